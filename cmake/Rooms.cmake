@@ -1,0 +1,57 @@
+# One target per room. A room sees its own public headers and those of the rooms it links, nothing else:
+# each room's headers are included as <room/Header.h> through a folder of links made for that room alone,
+# so that a forbidden include does not compile.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(lumora_flags INTERFACE)
+target_compile_options(lumora_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
+  -Wold-style-cast -Wcast-align -Wformat=2 -Wnull-dereference -Wimplicit-fallthrough
+  -fno-strict-overflow -fstack-protector-strong)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # Unique symbols would pin a plug-in's copy of an inline variable to the first library that brought one.
+  target_compile_options(lumora_flags INTERFACE -fno-gnu-unique -Wduplicated-cond -Wlogical-op)
+endif()
+if(LUMORA_SANITIZE)
+  add_compile_options(-fsanitize=${LUMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=${LUMORA_SANITIZE})
+  # At -O1 with sanitizers the compiler reports null dereferences on paths it invents itself.
+  target_compile_options(lumora_flags INTERFACE -Wno-null-dereference)
+endif()
+
+# lumora_headers(TARGET ROOM...) lets TARGET include <ROOM/Header.h> for the rooms named, and no others.
+function(lumora_headers target)
+  set(view ${CMAKE_BINARY_DIR}/include/${target})
+  foreach(room IN LISTS ARGN)
+    get_filename_component(parent ${view}/${room} DIRECTORY)
+    file(MAKE_DIRECTORY ${parent})
+    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${room} ${view}/${room} SYMBOLIC)
+  endforeach()
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL "EXECUTABLE" OR type STREQUAL "MODULE_LIBRARY")
+    target_include_directories(${target} PRIVATE ${view})
+  elseif(type STREQUAL "INTERFACE_LIBRARY")
+    target_include_directories(${target} INTERFACE ${view})
+  else()
+    target_include_directories(${target} PUBLIC ${view})
+  endif()
+endfunction()

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/messaging/CFMessagePort.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace lumora {
+
+/// Gets the body of the tweak's answer, "nothing" when it answered without one. Runs on a worker thread.
+using ReplyBlock = std::function<void(const std::optional<platform::Data>& reply)>;
+
+/// Sends one message to the tweak: to the port "com.nevo.lumora/" + name, with id 0 and time-outs of 1.0 s each.
+///
+///     notify("updateSettings", Dictionary{{"key", "kSleepTime"}, {"object", 30}}, nullptr);
+///
+/// Returns at once, whatever becomes of the message; the exchange is one work item of the global queue, so no order is
+/// kept between two messages. A nil object sends no body; any other travels as the keyed archive of
+/// {"object": object}. The reply block is called at most once, and never when the exchange fails: failure is silent.
+/// Any thread.
+void notify(const std::string& name, const platform::Value& object, ReplyBlock reply);
+
+/// Opens the port "com.nevo.lumora/" + name on a worker thread, which serves it for as long as its run loop runs.
+/// Returns at once. A name that is taken yields no port, in silence. Any thread.
+void port(const std::string& name, platform::CFMessagePortCallBack callout);
+
+} // namespace lumora

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/foundation/NSCondition.h"
+#include "platform/foundation/Value.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace lumora {
+
+/// The settings session: a class's copy of the tweak's settings, and the lock that its creation waits on.
+///
+/// Every page class and every editing view class has one of its own, defined in its .cpp and never destroyed, shared by
+/// all instances for the life of the process:
+///
+///     static auto& session = *new SettingsSession;
+///     bool LumoraPreferences::init() { return PSListController::init() && session.start(); }
+///
+/// There is no default value and no file on this side: what the tweak did not send reads as nil. The main thread alone
+/// starts, reads and edits; replies land from worker threads.
+class SettingsSession {
+  public:
+    SettingsSession() = default;
+    SettingsSession(const SettingsSession&) = delete;
+    SettingsSession& operator=(const SettingsSession&) = delete;
+
+    /// The creation of one instance: replaces the lock, asks the tweak for its settings and, only while the slot is
+    /// empty, waits. Kept on purpose: the wait has no time limit and no fallback. Always true.
+    bool start();
+
+    /// The value under a preference key, nil when the slot or the entry is empty.
+    [[nodiscard]] platform::Value value(const std::string& key) const;
+    /// The slot itself: the settings dictionary, nil before the first reply and after one that held nothing.
+    [[nodiscard]] platform::Value settings() const;
+
+    /// Stores the value under the key and sends it to the tweak, as one "updateSettings" message. With an empty slot
+    /// there is nothing to store it in; it is sent all the same.
+    void setValue(const platform::Value& value, const std::string& key);
+
+  private:
+    void store(const platform::Data& reply);
+
+    mutable std::mutex slots_; ///< guards the two slots below, never held while waiting
+    std::shared_ptr<platform::NSCondition> lock_;
+    platform::Value settings_;
+};
+
+} // namespace lumora

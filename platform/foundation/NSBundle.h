@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/foundation/Class.h"
+#include "platform/foundation/Result.h"
+#include "platform/foundation/Value.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <typeinfo>
+
+namespace platform {
+
+/// A folder with an `Info.plist`, a shared object and resources.
+///
+///     auto bundle = NSBundle::bundleForClass(typeid(PreferenceHelper));
+///     auto icon = bundle->pathForResource("mail", "png");   // empty when there is none
+///
+/// Code once loaded stays for the life of the process. Main thread, but for pathForResource(), which any may call.
+class PLATFORM_EXPORT NSBundle {
+  public:
+    /// Null when there is no folder at the path.
+    [[nodiscard]] static std::shared_ptr<NSBundle> bundleWithPath(const std::filesystem::path& folder);
+    /// The bundle whose shared object holds the class: the folder of that file. Asked of the class's type information,
+    /// which stands in the library that defines the class's first virtual operation. Never null.
+    [[nodiscard]] static std::shared_ptr<NSBundle> bundleForClass(const std::type_info& type);
+
+    /// Loads the shared object that `CFBundleExecutable` names; true when it already is. A broken one is an error
+    /// here and silence at whoever must be silent.
+    Result<bool> load();
+    /// The class that `NSPrincipalClass` names, null when there is none. Asks the registry, so load() goes first.
+    [[nodiscard]] Class principalClass() const;
+
+    /// The file "name.type" among the resources; empty when there is none. A name that would leave the bundle has none.
+    [[nodiscard]] std::filesystem::path pathForResource(std::string_view name, std::string_view type) const;
+
+    [[nodiscard]] const std::filesystem::path& bundlePath() const { return folder_; }
+    /// Empty when Info.plist is missing or broken.
+    [[nodiscard]] const Dictionary& infoDictionary() const { return info_; }
+
+    explicit NSBundle(std::filesystem::path folder);
+
+  private:
+    std::filesystem::path folder_;
+    Dictionary info_;
+    bool loaded_ = false;
+};
+
+} // namespace platform

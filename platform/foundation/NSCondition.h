@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <condition_variable>
+#include <mutex>
+
+namespace platform {
+
+/// A lock with a condition to wait for.
+///
+///     condition.lock();
+///     while (!ready) condition.wait();   // releases the lock while it waits; may wake for no reason
+///     condition.unlock();
+class PLATFORM_EXPORT NSCondition {
+  public:
+    NSCondition() = default;
+    NSCondition(const NSCondition&) = delete;
+    NSCondition& operator=(const NSCondition&) = delete;
+
+    void lock() { mutex_.lock(); }
+    void unlock() { mutex_.unlock(); }
+    /// Waits without a time limit. The caller holds the lock before and after.
+    void wait() {
+        std::unique_lock held(mutex_, std::adopt_lock);
+        signalled_.wait(held);
+        held.release();
+    }
+    void signal() { signalled_.notify_one(); }
+    void broadcast() { signalled_.notify_all(); }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable signalled_;
+};
+
+} // namespace platform

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/foundation/PropertyList.h"
+
+namespace platform {
+
+/// Writes a value as a keyed archive, the form in which every message body travels.
+///
+///     std::optional<Data> body = NSKeyedArchiver::archivedDataWithRootObject(change);
+///
+/// Binary property list: `$version` 100000, `$archiver` "NSKeyedArchiver", `$top` {"root": UID}, `$objects` with
+/// "$null" first. Equal texts are written once. Any thread.
+class PLATFORM_EXPORT NSKeyedArchiver {
+  public:
+    /// Nothing when the value is nested deeper than PropertyListLimits::depth.
+    [[nodiscard]] static std::optional<Data> archivedDataWithRootObject(const Value& root);
+};
+
+/// Reads keyed archives, from any writer and from hostile ones: whatever the bytes are, the result is a value or
+/// nothing, in time and memory that are a small multiple of their length. Any thread.
+class PLATFORM_EXPORT NSKeyedUnarchiver {
+  public:
+    /// nil when the bytes are no readable archive, or when the root is nil itself.
+    [[nodiscard]] static Value unarchiveObjectWithData(const Data& archive);
+    /// The same with a reason, for tools that may speak.
+    [[nodiscard]] static Result<Value> unarchive(const Data& archive);
+};
+
+} // namespace platform

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <concepts>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace platform {
+
+/// The base of everything that can be the target of a row: pages and row builders.
+class PLATFORM_EXPORT NSObject {
+  public:
+    NSObject() = default;
+    NSObject(const NSObject&) = delete;
+    NSObject& operator=(const NSObject&) = delete;
+    virtual ~NSObject();
+};
+
+/// Makes an object in two phases: allocates it, then calls its init operation, and gives null when that says false.
+/// So the object exists fully, and can be held strongly, while it builds itself.
+///
+///     auto page = make<LumoraPreferences>();      // init()
+///     auto view = make<PluginsListView>(frame);   // initWithFrame(frame)
+///     auto helper = make<PreferenceHelper>(page, set, get);   // initWithTarget(page, set, get)
+template<class T, class... Arguments> std::shared_ptr<T> make(Arguments&&... arguments) {
+    auto object = std::make_shared<T>();
+    bool alive = false;
+    if constexpr (requires { { object->init(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>; })
+        alive = object->init(std::forward<Arguments>(arguments)...);
+    else if constexpr (requires { { object->initWithFrame(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>; })
+        alive = object->initWithFrame(std::forward<Arguments>(arguments)...);
+    else
+        alive = object->initWithTarget(std::forward<Arguments>(arguments)...);
+    return alive ? object : nullptr;
+}
+
+} // namespace platform

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <variant>
+
+namespace platform {
+
+/// A value, or one line that says why there is none, fit to show to a person.
+///
+///     Result<Value> read = readPropertyList(bytes);
+///     if (!read) return complain(read.error());
+template<class T> class Result {
+  public:
+    Result(T value) : contents_(std::in_place_index<0>, std::move(value)) {}
+    static Result failure(std::string why) { return Result(std::in_place_index<1>, std::move(why)); }
+
+    explicit operator bool() const { return contents_.index() == 0; }
+    [[nodiscard]] const T& value() const& { return std::get<0>(contents_); }
+    [[nodiscard]] T&& value() && { return std::get<0>(std::move(contents_)); }
+    [[nodiscard]] const std::string& error() const { return std::get<1>(contents_); }
+
+  private:
+    template<std::size_t I, class U> Result(std::in_place_index_t<I> which, U&& u) : contents_(which, std::forward<U>(u)) {}
+    std::variant<T, std::string> contents_;
+};
+
+} // namespace platform

@@ -1,0 +1,134 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace platform {
+
+class Value;
+class Dictionary;
+
+/// Raw bytes: message bodies, archives, file contents.
+using Data = std::vector<std::uint8_t>;
+
+/// A list keeps its order; entries may be of mixed kinds.
+using List = std::vector<Value>;
+
+/// A point in time, in seconds since 2001-01-01 00:00:00 UTC (the epoch that archives count from).
+struct Date {
+    double seconds = 0;
+    friend bool operator==(const Date&, const Date&) = default;
+};
+
+/// Anything a keyed archive can hold: nil, boolean, integer, real, text, data, date, list, dictionary.
+///
+///     Value change = Dictionary{{"key", "kSleepTime"}, {"object", 30}};
+///     change["object"].integer();   // 30
+///
+/// A value copies like an int: its contents are immutable and shared, so a copy costs one reference count however
+/// large the value is. Numbers and booleans stay apart (`true` never equals `1`), and so do integers and reals.
+/// Texts are UTF-8 and may hold NUL. Any thread may read a value; two threads may hold copies of one.
+class PLATFORM_EXPORT Value {
+  public:
+    enum class Kind : std::uint8_t { nil, boolean, integer, real, text, data, date, list, dictionary };
+
+    Value() = default;
+    Value(std::nullptr_t) {}
+    Value(bool boolean) : contents_(boolean) {}
+    Value(int integer) : contents_(std::int64_t{integer}) {}
+    Value(std::int64_t integer) : contents_(integer) {}
+    Value(double real) : contents_(real) {}
+    Value(float real) : contents_(double{real}) {}
+    Value(const char* text);
+    Value(std::string text);
+    Value(std::string_view text);
+    Value(Data data);
+    Value(Date date) : contents_(date) {}
+    Value(List list);
+    Value(Dictionary dictionary);
+
+    [[nodiscard]] Kind kind() const { return static_cast<Kind>(contents_.index()); }
+    [[nodiscard]] bool isNil() const { return kind() == Kind::nil; }
+    /// True for an integer or a real, false for a boolean.
+    [[nodiscard]] bool isNumber() const { return kind() == Kind::integer || kind() == Kind::real; }
+
+    /// What the value holds when it is of that kind, else nothing. No kind is converted into another.
+    [[nodiscard]] std::optional<bool> boolean() const;
+    [[nodiscard]] std::optional<std::int64_t> integer() const;
+    [[nodiscard]] std::optional<double> real() const;
+    [[nodiscard]] std::optional<Date> date() const;
+    /// Null when the value is of another kind. The pointer lives as long as any copy of this value.
+    [[nodiscard]] const std::string* text() const;
+    [[nodiscard]] const Data* data() const;
+    [[nodiscard]] const List* list() const;
+    [[nodiscard]] const Dictionary* dictionary() const;
+
+    /// The platform's lenient readings: a number or boolean as a number, 0 for everything else.
+    [[nodiscard]] double doubleValue() const;
+    /// True for `true` and for any number but zero.
+    [[nodiscard]] bool boolValue() const;
+
+    /// The entry of a dictionary; nil when this is no dictionary or has no such key.
+    [[nodiscard]] Value operator[](std::string_view key) const;
+
+    /// Deep equality; kinds must agree, dictionaries compare without regard to order, NaN equals nothing.
+    friend PLATFORM_EXPORT bool operator==(const Value& a, const Value& b);
+
+  private:
+    template<class T> using Shared = std::shared_ptr<const T>;
+    std::variant<std::monostate, bool, std::int64_t, double, Shared<std::string>, Shared<Data>, Date, Shared<List>,
+                 Shared<Dictionary>>
+        contents_;
+};
+
+/// A dictionary from text to value that keeps its insertion order.
+///
+/// Setting a key that is there keeps its place. Lookup takes O(log n) comparisons whatever the keys are, because keys
+/// arrive from other processes and must not be able to make it slow.
+class PLATFORM_EXPORT Dictionary {
+  public:
+    using Entry = std::pair<std::string, Value>;
+
+    Dictionary();
+    Dictionary(std::initializer_list<Entry> entries);
+    /// Takes all entries at once, in O(n log n); of entries with equal keys the last value wins, in the first's place.
+    explicit Dictionary(std::vector<Entry> entries);
+
+    [[nodiscard]] std::size_t size() const;
+    [[nodiscard]] bool empty() const;
+    [[nodiscard]] bool contains(std::string_view key) const;
+    /// Null when the key is absent. Valid until the dictionary is changed.
+    [[nodiscard]] const Value* find(std::string_view key) const;
+    /// nil when the key is absent.
+    [[nodiscard]] Value operator[](std::string_view key) const;
+
+    void set(std::string_view key, Value value);
+    /// False when there was no such key.
+    bool remove(std::string_view key);
+
+    /// In insertion order.
+    [[nodiscard]] std::vector<Entry>::const_iterator begin() const;
+    [[nodiscard]] std::vector<Entry>::const_iterator end() const;
+
+    friend PLATFORM_EXPORT bool operator==(const Dictionary& a, const Dictionary& b);
+
+  private:
+    std::vector<Entry> entries_;
+    std::vector<std::uint32_t> byKey_; ///< positions in entries_, sorted by key
+};
+
+/// The value as the platform's "%@" shows it: old-style property-list text, dictionary keys sorted. A top-level text
+/// stands bare, nil is "(null)". Used by NSLog; secure values are shown as they are.
+[[nodiscard]] PLATFORM_EXPORT std::string description(const Value& value);
+
+} // namespace platform

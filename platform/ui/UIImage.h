@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/foundation/Value.h"
+#include "platform/ui/CGGeometry.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace platform {
+
+class UIImage;
+using UIImageRef = std::shared_ptr<const UIImage>;
+
+/// A picture, kept as the file's own bytes; whoever draws it decodes them. Immutable; any thread.
+class PLATFORM_EXPORT UIImage {
+  public:
+    /// Null when the file is missing or holds no PNG or JPEG. A file "name@2x.png" beside "name.png" is taken up as the
+    /// same picture at twice the resolution.
+    [[nodiscard]] static UIImageRef imageWithContentsOfFile(const std::filesystem::path& path);
+
+    /// In points: the pixels of the single-resolution file.
+    [[nodiscard]] CGSize size() const { return size_; }
+    /// The encoded file for a screen of so many pixels a point, the next better one where there is a choice.
+    [[nodiscard]] const Data& encoded(double scale) const { return scale > 1 && !twice_.empty() ? twice_ : once_; }
+
+    UIImage(CGSize size, Data once, Data twice);
+
+  private:
+    CGSize size_;
+    Data once_;
+    Data twice_;
+};
+
+} // namespace platform

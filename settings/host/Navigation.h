@@ -1,0 +1,64 @@
+#pragma once
+
+#include "platform/preferences/PSListController.h"
+#include "settings/host/Snapshot.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace settings {
+
+/// The open pages and what a person does to them: makes pages, hands them events, and tells of every change by a
+/// snapshot. Knows nothing of how they are drawn.
+///
+///     Navigation navigation([](StackSnapshot snapshot) { … });
+///     navigation.open(NSClassFromString("LumoraPreferences"));
+///
+/// Main thread only, and so is the call of `show`. Events name a page by its id and a row by its position; one that
+/// comes too late, for a page that is gone or covered, does nothing.
+class Navigation {
+  public:
+    using Show = std::function<void(StackSnapshot)>;
+    explicit Navigation(Show show);
+
+    /// Makes a page and puts it on top. `show` is told first that it is being made, because making it may block for
+    /// good. False when the class is null or its init yields no page.
+    bool open(platform::Class pageClass);
+
+    /// A tap: opens what a link names (nothing where that class is not there), chooses an option, calls a button.
+    void rowTapped(std::uint64_t page, std::size_t row);
+    /// A switch, slider or field has a new value from the user's hand.
+    void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value);
+    /// Back to the page before; does nothing on the first page.
+    void back();
+    /// The content area has a new size. Views without a resizing mask keep their frame until the next appearance.
+    void setContentSize(platform::CGSize size);
+
+    /// The page on top, null when none is open.
+    [[nodiscard]] std::shared_ptr<platform::PSListController> topPage() const;
+
+  private:
+    struct OpenPage {
+        std::uint64_t id;
+        std::shared_ptr<platform::PSListController> controller;
+        std::string className;
+        std::shared_ptr<const PageSnapshot> snapshot;
+    };
+
+    bool open(platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row);
+    void appear();
+    void publish(std::string opening = {});
+    OpenPage* pageOnTop(std::uint64_t id);
+
+    Show show_;
+    std::vector<OpenPage> pages_;
+    platform::CGSize contentSize_{390, 760};
+};
+
+/// The picture of a page as it stands: asks its rows and reads each editable row's value. Main thread.
+[[nodiscard]] PageSnapshot snapshotOf(platform::PSListController& page, const std::string& className, std::uint64_t id);
+
+} // namespace settings

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/foundation/Value.h"
+#include "platform/ui/CGGeometry.h"
+#include "platform/ui/UIColor.h"
+#include "platform/ui/UIImage.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace settings {
+
+/// Immutable pictures of what the main thread holds, made there and handed to the thread that draws.
+
+/// One row as it is to be drawn. Fields that a row's kind does not have stay empty.
+struct RowSnapshot {
+    int cell = 0; ///< platform::PSCellType
+    std::string name;
+    std::string identifier;
+    platform::Value value;  ///< what the get operation gave when the snapshot was made
+    std::string valueTitle; ///< of an option list: the short title of the stored value, empty for none
+    std::string footerText;
+    std::string placeholder;
+    std::optional<double> min;
+    std::optional<double> max;
+    std::optional<bool> showValue;
+    std::vector<std::string> titles;
+    std::vector<platform::Value> values;
+    std::string detail; ///< name of the page class that the row opens
+    platform::UIImageRef icon;
+    bool marked = false; ///< of an option: it is the stored one
+};
+
+/// One view and what is in it; frames are relative to the parent.
+struct ViewSnapshot {
+    std::string className;
+    platform::CGRect frame;
+    platform::UIColorRef backgroundColor;
+    std::vector<ViewSnapshot> subviews;
+};
+
+struct PageSnapshot {
+    std::uint64_t id = 0; ///< tells pages apart, never used twice in a process
+    std::string className;
+    std::string title;
+    std::vector<RowSnapshot> rows;
+    std::shared_ptr<const ViewSnapshot> view; ///< of a page that hosts a view, when it has one
+    bool hostsView = false;
+};
+
+/// All open pages, the first one first; only the last is seen.
+struct StackSnapshot {
+    std::vector<std::shared_ptr<const PageSnapshot>> pages;
+    std::string opening; ///< class name of the page that is being made; empty when none is
+};
+
+} // namespace settings
