@@ -85,7 +85,8 @@ class PLATFORM_EXPORT Value {
     friend PLATFORM_EXPORT bool operator==(const Value& a, const Value& b);
 
   private:
-    template<class T> using Shared = std::shared_ptr<const T>;
+    template<class T>
+    using Shared = std::shared_ptr<const T>;
     std::variant<std::monostate, bool, std::int64_t, double, Shared<std::string>, Shared<Data>, Date, Shared<List>,
                  Shared<Dictionary>>
         contents_;
@@ -119,10 +120,15 @@ class PLATFORM_EXPORT Dictionary {
     /// In insertion order.
     [[nodiscard]] std::vector<Entry>::const_iterator begin() const;
     [[nodiscard]] std::vector<Entry>::const_iterator end() const;
+    /// The entry at a place in the order of the keys' bytes; place < size().
+    [[nodiscard]] const Entry& inKeyOrder(std::size_t place) const { return entries_[byKey_[place]]; }
 
     friend PLATFORM_EXPORT bool operator==(const Dictionary& a, const Dictionary& b);
 
   private:
+    /// Where the key stands in byKey_, or would stand.
+    [[nodiscard]] std::size_t placeOf(std::string_view key) const;
+
     std::vector<Entry> entries_;
     std::vector<std::uint32_t> byKey_; ///< positions in entries_, sorted by key
 };
