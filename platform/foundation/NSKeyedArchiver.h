@@ -9,10 +9,12 @@ namespace platform {
 ///     std::optional<Data> body = NSKeyedArchiver::archivedDataWithRootObject(change);
 ///
 /// Binary property list: `$version` 100000, `$archiver` "NSKeyedArchiver", `$top` {"root": UID}, `$objects` with
-/// "$null" first. Equal texts are written once. Any thread.
+/// "$null" first. Equal texts are shared; a dictionary keeps its order; nil is written as a reference to "$null",
+/// inside lists and dictionaries too. Any thread.
 class PLATFORM_EXPORT NSKeyedArchiver {
   public:
-    /// Nothing when the value is nested deeper than PropertyListLimits::depth.
+    /// Nothing when the value is beyond PropertyListLimits: nested too deeply, or too large. Texts that are no UTF-8
+    /// get the replacement character where they are not.
     [[nodiscard]] static std::optional<Data> archivedDataWithRootObject(const Value& root);
 };
 
@@ -22,8 +24,9 @@ class PLATFORM_EXPORT NSKeyedUnarchiver {
   public:
     /// nil when the bytes are no readable archive, or when the root is nil itself.
     [[nodiscard]] static Value unarchiveObjectWithData(const Data& archive);
-    /// The same with a reason, for tools that may speak.
-    [[nodiscard]] static Result<Value> unarchive(const Data& archive);
+    /// The same with a reason, for tools that may speak. `visits`, if given, receives how many references were
+    /// followed.
+    [[nodiscard]] static Result<Value> unarchive(const Data& archive, std::size_t* visits = nullptr);
 };
 
 } // namespace platform

@@ -1,0 +1,186 @@
+#include "BinaryReader.h"
+
+#include "Unicode.h"
+
+#include <bit>
+#include <cstring>
+#include <limits>
+
+namespace platform {
+
+namespace {
+
+constexpr std::string_view magic = "bplist00";
+constexpr std::size_t trailerSize = 32;
+
+std::uint64_t bigEndian(const std::uint8_t* bytes, std::size_t size) {
+    std::uint64_t number = 0;
+    for (std::size_t i = 0; i < size; ++i)
+        number = (number << 8) | bytes[i];
+    return number;
+}
+
+} // namespace
+
+Result<BinaryReader> BinaryReader::open(std::span<const std::uint8_t> bytes) {
+    BinaryReader reader(bytes);
+    if (const char* problem = reader.readTrailer()) return Result<BinaryReader>::failure(problem);
+    return reader;
+}
+
+const char* BinaryReader::readTrailer() {
+    if (bytes_.size() < magic.size() + trailerSize) return "too short for a binary property list";
+    if (std::memcmp(bytes_.data(), magic.data(), magic.size()) != 0) return "not a binary property list";
+
+    const std::uint8_t* trailer = bytes_.data() + bytes_.size() - trailerSize;
+    offsetSize_ = trailer[6];
+    referenceSize_ = trailer[7];
+    const std::uint64_t objectCount = bigEndian(trailer + 8, 8);
+    const std::uint64_t root = bigEndian(trailer + 16, 8);
+    const std::uint64_t tableOffset = bigEndian(trailer + 24, 8);
+
+    if (offsetSize_ < 1 || offsetSize_ > 8 || referenceSize_ < 1 || referenceSize_ > 8)
+        return "the trailer gives a size that no number has";
+    if (tableOffset < magic.size() || tableOffset > bytes_.size() - trailerSize)
+        return "the table of offsets lies outside the bytes";
+    if (objectCount > (bytes_.size() - trailerSize - tableOffset) / offsetSize_)
+        return "the table of offsets is longer than the bytes";
+    if (objectCount > std::numeric_limits<std::uint32_t>::max() / 2) return "too many objects";
+    if (root >= objectCount) return "there is no root object";
+
+    objectCount_ = objectCount;
+    root_ = root;
+    objectsEnd_ = bytes_.data() + tableOffset;
+    return nullptr;
+}
+
+bool BinaryReader::read(std::size_t reference, BinaryObject& object) {
+    const char* problem = readObject(reference, object);
+    return problem == nullptr || fail(problem);
+}
+
+const char* BinaryReader::readObject(std::size_t reference, BinaryObject& object) const {
+    using enum BinaryObject::Kind;
+    if (reference >= objectCount_) return "a reference to an object that is not there";
+    const std::uint64_t offset = bigEndian(objectsEnd_ + reference * offsetSize_, offsetSize_);
+    const auto end = static_cast<std::size_t>(objectsEnd_ - bytes_.data());
+    if (offset < magic.size() || offset >= end) return "an object lies outside the bytes";
+
+    const std::uint8_t* at = bytes_.data() + offset;
+    const unsigned type = *at >> 4U;
+    const unsigned low = *at & 0x0FU;
+    ++at;
+    std::size_t remaining = end - offset - 1;
+
+    const auto fixed = [&](BinaryObject::Kind kind, std::size_t size) {
+        object.kind = kind;
+        return size <= remaining ? nullptr : "a number is cut short";
+    };
+    std::size_t unitSize = 1;
+    switch (type) {
+    case 0x0:
+        if (low != 0 && low != 8 && low != 9) return "an object of an unknown kind";
+        object.kind = low == 0 ? null : boolean;
+        object.integer = low == 9 ? 1 : 0;
+        return nullptr;
+    case 0x1:
+        if (low > 4) return "an integer of an unknown size";
+        if (const char* problem = fixed(integer, std::size_t{1} << low)) return problem;
+        return readInteger(std::size_t{1} << low, at, object);
+    case 0x2:
+        if (low != 2 && low != 3) return "a real of an unknown size";
+        if (const char* problem = fixed(real, std::size_t{1} << low)) return problem;
+        object.real = low == 3 ? std::bit_cast<double>(bigEndian(at, 8))
+                               : std::bit_cast<float>(static_cast<std::uint32_t>(bigEndian(at, 4)));
+        return nullptr;
+    case 0x3:
+        if (low != 3) return "a date of an unknown size";
+        if (const char* problem = fixed(date, 8)) return problem;
+        object.real = std::bit_cast<double>(bigEndian(at, 8));
+        return nullptr;
+    case 0x8:
+        if (low > 3) return "a UID of an unknown size";
+        if (const char* problem = fixed(uid, low + 1)) return problem;
+        object.integer = static_cast<std::int64_t>(bigEndian(at, low + 1));
+        return nullptr;
+    case 0x4:
+        object.kind = data;
+        break;
+    case 0x5:
+        object.kind = ascii;
+        break;
+    case 0x6:
+        object.kind = utf16, unitSize = 2;
+        break;
+    case 0xA: // a list
+    case 0xB: // an ordered set
+    case 0xC: // a set: its order in the bytes is as good as any
+        object.kind = list, unitSize = referenceSize_;
+        break;
+    case 0xD:
+        object.kind = dictionary, unitSize = 2 * referenceSize_;
+        break;
+    default:
+        return "an object of an unknown kind";
+    }
+
+    std::uint64_t count = low;
+    if (low == 0x0F) {
+        if (remaining < 1 || (*at >> 4U) != 0x1 || (*at & 0x0FU) > 3) return "a count that is no integer";
+        const std::size_t size = std::size_t{1} << (*at & 0x0FU);
+        if (remaining < 1 + size) return "a count is cut short";
+        count = bigEndian(at + 1, size);
+        at += 1 + size;
+        remaining -= 1 + size;
+    }
+    if (count > remaining / unitSize) return "a count is larger than the bytes that remain";
+    object.contents = at;
+    object.count = count;
+    object.contentsSize = count * unitSize;
+    return nullptr;
+}
+
+const char* BinaryReader::readInteger(std::size_t size, const std::uint8_t* at, BinaryObject& object) {
+    // Up to four bytes count from zero, eight are signed. Sixteen are what writers use for an unsigned number beyond
+    // 63 bits: no value holds it, and a number silently changed would be worse than none.
+    std::uint64_t upper = 0;
+    if (size == 16) {
+        upper = bigEndian(at, 8);
+        at += 8;
+        size = 8;
+        const bool negative = (at[0] & 0x80U) != 0;
+        if (upper != (negative ? ~std::uint64_t{0} : 0)) return "an integer needs more than 64 bits";
+    }
+    object.integer = static_cast<std::int64_t>(bigEndian(at, size));
+    return nullptr;
+}
+
+std::size_t BinaryReader::entry(const BinaryObject& list, std::size_t index) {
+    ++visits_;
+    return bigEndian(list.contents + index * referenceSize_, referenceSize_);
+}
+
+std::size_t BinaryReader::key(const BinaryObject& dictionary, std::size_t index) {
+    return entry(dictionary, index);
+}
+
+std::size_t BinaryReader::value(const BinaryObject& dictionary, std::size_t index) {
+    return entry(dictionary, dictionary.count + index);
+}
+
+bool BinaryReader::equals(const BinaryObject& object, std::string_view text) {
+    return object.kind == BinaryObject::Kind::ascii && object.count == text.size() &&
+           std::memcmp(object.contents, text.data(), text.size()) == 0;
+}
+
+bool BinaryReader::readText(const BinaryObject& object, std::string& text) {
+    if (object.kind == BinaryObject::Kind::utf16) {
+        text = textFromUtf16(object.contents, object.count);
+        return true;
+    }
+    if (!isAscii(object.contents, object.count)) return fail("an ASCII text holds other bytes");
+    text.assign(reinterpret_cast<const char*>(object.contents), object.count);
+    return true;
+}
+
+} // namespace platform

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "platform/foundation/Result.h"
+#include "platform/foundation/Value.h"
+
+#include <span>
+#include <string_view>
+
+namespace platform {
+
+/// One object of a binary property list, as it lies in the bytes. Nothing is copied.
+struct BinaryObject {
+    enum class Kind : std::uint8_t { null, boolean, integer, real, date, data, ascii, utf16, uid, list, dictionary };
+
+    [[nodiscard]] bool isText() const { return kind == Kind::ascii || kind == Kind::utf16; }
+
+    Kind kind = Kind::null;
+    std::int64_t integer = 0;               ///< of a boolean, integer or UID
+    double real = 0;                        ///< of a real, or a date's seconds
+    const std::uint8_t* contents = nullptr; ///< bytes, UTF-16 units, or references
+    std::size_t count = 0;                  ///< bytes, UTF-16 units, or entries
+    std::size_t contentsSize = 0;           ///< the same in bytes
+};
+
+/// The structure of a binary property list: finds objects by reference, and checks every offset, count and reference
+/// against the bytes that are there before it is used.
+///
+///     auto reader = BinaryReader::open(bytes);
+///     BinaryObject root;
+///     if (reader && reader->read(reader->root(), root)) …
+///
+/// The bytes must outlive it. One thread.
+class BinaryReader {
+  public:
+    /// Checks the trailer, from which all else follows.
+    [[nodiscard]] static Result<BinaryReader> open(std::span<const std::uint8_t> bytes);
+
+    [[nodiscard]] std::size_t root() const { return root_; }
+    [[nodiscard]] std::size_t objectCount() const { return objectCount_; }
+    [[nodiscard]] std::size_t inputSize() const { return bytes_.size(); }
+
+    /// False, with a reason in problem(), when there is no sound object of that number.
+    [[nodiscard]] bool read(std::size_t reference, BinaryObject& object);
+    /// The contents of a text, copied: so their cost is counted first.
+    [[nodiscard]] bool readText(const BinaryObject& object, std::string& text);
+    /// Always false, for whoever reads on top of this to give a reason in its turn.
+    bool fail(const char* problem) {
+        problem_ = problem;
+        return false;
+    }
+    [[nodiscard]] const char* problem() const { return problem_; }
+    /// How many references were followed so far.
+    [[nodiscard]] std::size_t visits() const { return visits_; }
+
+    /// The numbers of a list's entries, of a dictionary's keys and of its values; index < count.
+    [[nodiscard]] std::size_t entry(const BinaryObject& list, std::size_t index);
+    [[nodiscard]] std::size_t key(const BinaryObject& dictionary, std::size_t index);
+    [[nodiscard]] std::size_t value(const BinaryObject& dictionary, std::size_t index);
+
+    /// Whether an object is the given text, which is ASCII.
+    [[nodiscard]] static bool equals(const BinaryObject& object, std::string_view text);
+
+  private:
+    explicit BinaryReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+    [[nodiscard]] const char* readTrailer();
+    [[nodiscard]] const char* readObject(std::size_t reference, BinaryObject& object) const;
+    [[nodiscard]] static const char* readInteger(std::size_t size, const std::uint8_t* at, BinaryObject& object);
+
+    std::span<const std::uint8_t> bytes_;
+    const std::uint8_t* objectsEnd_ = nullptr; ///< where the offset table begins
+    std::size_t offsetSize_ = 0;
+    std::size_t referenceSize_ = 0;
+    std::size_t objectCount_ = 0;
+    std::size_t root_ = 0;
+    std::size_t visits_ = 0;
+    const char* problem_ = "";
+};
+
+} // namespace platform

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/foundation/Value.h"
+
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+/// Writes a binary property list, object by object, straight into its bytes.
+///
+///     BinaryWriter writer(2, 100);
+///     writer.list(0, 1);
+///     writer.reference(1);
+///     writer.text(1, "hello");
+///     Data bytes = std::move(writer).finish();
+///
+/// Objects are numbered by the caller, 0 is the root, and come in any order; each is written exactly once.
+class BinaryWriter {
+  public:
+    /// No number may reach objectBound, which decides how wide references are. The size is a guess.
+    BinaryWriter(std::size_t objectBound, std::size_t expectedSize);
+
+    /// A boolean, integer, real, date or data.
+    void scalar(std::size_t number, const Value& value);
+    void integer(std::size_t number, std::int64_t integer);
+    void real(std::size_t number, double real);
+    void data(std::size_t number, const Data& data);
+    /// ASCII if every character is, else UTF-16; bytes that are no UTF-8 become the replacement character.
+    void text(std::size_t number, std::string_view text);
+    void uid(std::size_t number, std::size_t uid);
+
+    /// So many references follow, for a dictionary first those of all keys, then those of all values.
+    void list(std::size_t number, std::size_t count);
+    void dictionary(std::size_t number, std::size_t count);
+    void reference(std::size_t number);
+
+    /// The whole property list.
+    [[nodiscard]] Data finish() &&;
+
+  private:
+    void begin(std::size_t number);
+    void boolean(std::size_t number, bool boolean);
+    void date(std::size_t number, Date date);
+    [[nodiscard]] std::uint8_t* grow(std::size_t size);
+    void append(std::uint64_t number, std::size_t size);
+    void header(unsigned type, std::size_t count);
+
+    Data bytes_;
+    std::size_t used_ = 0;
+    std::vector<std::size_t> offsets_;
+    std::size_t referenceSize_;
+};
+
+} // namespace platform

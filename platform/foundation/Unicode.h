@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// Stands for whatever is no character: a byte that is not UTF-8, half a surrogate pair.
+inline constexpr char32_t replacementCharacter = 0xFFFD;
+
+[[nodiscard]] bool isAscii(const void* bytes, std::size_t size);
+
+/// Takes the next character off the front of a text, which must not be empty. A byte that begins no well-formed UTF-8
+/// sequence is taken alone and gives the replacement character.
+[[nodiscard]] char32_t takeCharacter(std::string_view& text);
+
+/// Appends one character as UTF-8.
+void appendCharacter(std::string& text, char32_t character);
+
+/// Texts as UTF-16, the upper byte of each unit first. Surrogates without their other half become the replacement
+/// character: an unfinished emoji should not cost the reader all of the settings around it.
+[[nodiscard]] std::string textFromUtf16(const std::uint8_t* units, std::size_t count);
+[[nodiscard]] std::size_t utf16Length(std::string_view text);
+/// Writes utf16Length(text) units and gives the end of what it wrote.
+std::uint8_t* writeUtf16(std::string_view text, std::uint8_t* into);
+
+/// Calls back with each UTF-16 unit of a character, one or two.
+template<class Callback>
+void forEachUnit(char32_t character, Callback&& callback) {
+    if (character < 0x10000) {
+        callback(static_cast<std::uint16_t>(character));
+    } else {
+        callback(static_cast<std::uint16_t>(0xD800 + ((character - 0x10000) >> 10)));
+        callback(static_cast<std::uint16_t>(0xDC00 + ((character - 0x10000) & 0x3FF)));
+    }
+}
+
+} // namespace platform
