@@ -10,8 +10,9 @@ namespace lumora {
 
 /// Makes the rows of one page, so that each sort of row is put together in one place.
 ///
-///     auto helper = make<PreferenceHelper>(this, selector(&AppsController::setValue), selector(&AppsController::getValue));
-///     rows = {helper->header("Options"), helper->toggle("Badges", "kAppBadgesEnabled")};
+///     auto helper = make<PreferenceHelper>(this, selector(&AppsController::setValue),
+///     selector(&AppsController::getValue)); rows = {helper->header("Options"), helper->toggle("Badges",
+///     "kAppBadgesEnabled")};
 ///
 /// Editable rows read and write through the page's two operations, under the preference key that is their identifier.
 /// The builder refers to its page without owning it and keeps no rows; the page owns the builder, because rows of
@@ -29,7 +30,8 @@ class PreferenceHelper final : public platform::NSObject {
     Row link(const std::string& title, const std::string& identifier, std::vector<std::string> titles,
              std::vector<platform::Value> values);
     Row toggle(const std::string& title, const std::string& identifier);
-    Row toggle(const std::string& title, const std::string& identifier, platform::SetAction set, platform::GetAction get);
+    Row toggle(const std::string& title, const std::string& identifier, platform::SetAction set,
+               platform::GetAction get);
     /// Begins a group; the rows after it belong to it.
     Row header(const std::string& text);
     /// Begins a group without a header that has this text beneath its rows.

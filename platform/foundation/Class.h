@@ -25,6 +25,6 @@ PLATFORM_EXPORT Class registerClass(ClassRecord record);
 } // namespace platform
 
 /// Makes a class known by its name; stands once in the class's own .cpp, in the class's namespace.
-#define PLATFORM_CLASS(T)                                                                                             \
-    [[maybe_unused]] static const platform::Class T##Class = platform::registerClass(                                 \
-        {#T, []() -> std::shared_ptr<platform::NSObject> { return platform::make<T>(); }});
+#define PLATFORM_CLASS(T)                                                                                              \
+    [[maybe_unused]] static const platform::Class T##Class =                                                           \
+        platform::registerClass({#T, []() -> std::shared_ptr<platform::NSObject> { return platform::make<T>(); }});

@@ -25,12 +25,17 @@ class PLATFORM_EXPORT NSObject {
 ///     auto page = make<LumoraPreferences>();      // init()
 ///     auto view = make<PluginsListView>(frame);   // initWithFrame(frame)
 ///     auto helper = make<PreferenceHelper>(page, set, get);   // initWithTarget(page, set, get)
-template<class T, class... Arguments> std::shared_ptr<T> make(Arguments&&... arguments) {
+template<class T, class... Arguments>
+std::shared_ptr<T> make(Arguments&&... arguments) {
     auto object = std::make_shared<T>();
     bool alive = false;
-    if constexpr (requires { { object->init(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>; })
+    if constexpr (requires {
+                      { object->init(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>;
+                  })
         alive = object->init(std::forward<Arguments>(arguments)...);
-    else if constexpr (requires { { object->initWithFrame(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>; })
+    else if constexpr (requires {
+                           { object->initWithFrame(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>;
+                       })
         alive = object->initWithFrame(std::forward<Arguments>(arguments)...);
     else
         alive = object->initWithTarget(std::forward<Arguments>(arguments)...);

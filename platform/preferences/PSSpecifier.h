@@ -36,7 +36,8 @@ using GetAction = std::function<Value(NSObject& target, PSSpecifier& row)>;
 using ButtonAction = std::function<void(NSObject& target, PSSpecifier& row)>;
 
 /// Names an operation of a class, to be called later on a target of that class: `selector(&RootPage::setValue)`.
-template<class Target, class Result, class... Arguments> auto selector(Result (Target::*operation)(Arguments...)) {
+template<class Target, class Result, class... Arguments>
+auto selector(Result (Target::*operation)(Arguments...)) {
     return [operation](NSObject& target, Arguments... arguments) -> Result {
         return (static_cast<Target&>(target).*operation)(std::forward<Arguments>(arguments)...);
     };

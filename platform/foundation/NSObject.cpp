@@ -1,0 +1,7 @@
+#include "platform/foundation/NSObject.h"
+
+namespace platform {
+
+NSObject::~NSObject() = default;
+
+} // namespace platform

@@ -1,0 +1,84 @@
+#!/usr/bin/env python3
+"""Draws the bundle's row icons into a folder: NAME.png at 29 pixels and NAME@2x.png at 58.
+
+    tools/icons/draw_icons.py resources
+
+Each icon is a function from a point (in units of the icon's side, y downwards) to the shade of its glyph there, put on
+a rounded square. Every pixel is sampled 8 by 8 times. Needs nothing but Python.
+"""
+import struct
+import sys
+import zlib
+from pathlib import Path
+
+SIDE = 29
+SAMPLES = 8
+
+
+def box(x, y, left, top, right, bottom, radius):
+    """True inside a rounded rectangle."""
+    cx = min(max(x, left + radius), right - radius)
+    cy = min(max(y, top + radius), bottom - radius)
+    return left <= x <= right and top <= y <= bottom and (x - cx) ** 2 + (y - cy) ** 2 <= radius ** 2
+
+
+def near(x, y, ax, ay, bx, by, width):
+    """True within half a width of the line from a to b."""
+    dx, dy = bx - ax, by - ay
+    t = min(max(((x - ax) * dx + (y - ay) * dy) / (dx * dx + dy * dy), 0), 1)
+    return (x - ax - t * dx) ** 2 + (y - ay - t * dy) ** 2 <= (width / 2) ** 2
+
+
+def bubble(x, y):
+    """A speech bubble with three dots: a word with the maker."""
+    dots = any((x - cx) ** 2 + (y - 0.44) ** 2 <= 0.052 ** 2 for cx in (0.335, 0.5, 0.665))
+    tail = 0.30 <= x <= 0.52 and 0.6 <= y <= 0.83 - (x - 0.30) * 1.05
+    return (box(x, y, 0.17, 0.21, 0.83, 0.67, 0.17) or tail) and not dots
+
+
+def envelope(x, y):
+    """An envelope with its flap closed."""
+    body = box(x, y, 0.15, 0.25, 0.85, 0.75, 0.07)
+    flap = near(x, y, 0.15, 0.29, 0.5, 0.555, 0.055) or near(x, y, 0.85, 0.29, 0.5, 0.555, 0.055)
+    return body and not flap
+
+
+ICONS = {"twitter": (bubble, (0x2F, 0xA8, 0x8F)), "mail": (envelope, (0x1F, 0x7A, 0xF0))}
+
+
+def pixel(glyph, colour, column, row, side):
+    plate = white = 0
+    for i in range(SAMPLES):
+        for j in range(SAMPLES):
+            x = (column + (i + 0.5) / SAMPLES) / side
+            y = (row + (j + 0.5) / SAMPLES) / side
+            if box(x, y, 0, 0, 1, 1, 0.225):
+                plate += 1
+                white += glyph(x, y)
+    if plate == 0:
+        return bytes(4)
+    share = white / plate
+    return bytes([round(c + (255 - c) * share) for c in colour] + [round(255 * plate / SAMPLES ** 2)])
+
+
+def chunk(name, body):
+    return struct.pack(">I", len(body)) + name + body + struct.pack(">I", zlib.crc32(name + body))
+
+
+def png(side, rows):
+    header = struct.pack(">IIBBBBB", side, side, 8, 6, 0, 0, 0)
+    pixels = zlib.compress(b"".join(b"\0" + row for row in rows), 9)
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", pixels) + chunk(b"IEND", b"")
+
+
+def main():
+    if len(sys.argv) != 2 or not Path(sys.argv[1]).is_dir():
+        sys.exit("usage: draw_icons.py FOLDER")
+    for name, (glyph, colour) in ICONS.items():
+        for suffix, side in (("", SIDE), ("@2x", 2 * SIDE)):
+            rows = [b"".join(pixel(glyph, colour, x, y, side) for x in range(side)) for y in range(side)]
+            (Path(sys.argv[1]) / f"{name}{suffix}.png").write_bytes(png(side, rows))
+
+
+if __name__ == "__main__":
+    main()
