@@ -15,7 +15,7 @@ namespace settings {
 /// snapshot. Knows nothing of how they are drawn.
 ///
 ///     Navigation navigation([](StackSnapshot snapshot) { … });
-///     navigation.open(NSClassFromString("LumoraPreferences"));
+///     navigation.open(NSClassFromString("LumoraPreferences"), "Lumora");
 ///
 /// Main thread only, and so is the call of `show`. Events name a page by its id and a row by its position; one that
 /// comes too late, for a page that is gone or covered, does nothing.
@@ -24,16 +24,17 @@ class Navigation {
     using Show = std::function<void(StackSnapshot)>;
     explicit Navigation(Show show);
 
-    /// Makes a page and puts it on top. `show` is told first that it is being made, because making it may block for
-    /// good. False when the class is null or its init yields no page.
-    bool open(platform::Class pageClass);
+    /// Makes a page, gives it a title unless that is empty, and puts it on top. `show` is told first that it is being
+    /// made, because making it may block for good. False when the class is null, makes no page, or its init yields
+    /// nothing.
+    bool open(platform::Class pageClass, const std::string& title);
 
     /// A tap: opens what a link names (nothing where that class is not there), chooses an option, calls a button.
     void rowTapped(std::uint64_t page, std::size_t row);
-    /// A switch, slider or field has a new value from the user's hand.
+    /// A switch, slider or field has a new value from the user's hand: stores it, then reads the row anew.
     void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value);
-    /// Back to the page before; does nothing on the first page.
-    void back();
+    /// Back from a page to the one before; does nothing on the first page.
+    void back(std::uint64_t page);
     /// The content area has a new size. Views without a resizing mask keep their frame until the next appearance.
     void setContentSize(platform::CGSize size);
 
@@ -49,16 +50,15 @@ class Navigation {
     };
 
     bool open(platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row);
-    void appear();
-    void publish(std::string opening = {});
+    void appear(bool animated);
+    void publish();
+    void publishOpening(const std::string& className, const std::string& title);
+    void readAnew(OpenPage& page);
     OpenPage* pageOnTop(std::uint64_t id);
 
     Show show_;
     std::vector<OpenPage> pages_;
     platform::CGSize contentSize_{390, 760};
 };
-
-/// The picture of a page as it stands: asks its rows and reads each editable row's value. Main thread.
-[[nodiscard]] PageSnapshot snapshotOf(platform::PSListController& page, const std::string& className, std::uint64_t id);
 
 } // namespace settings

@@ -34,7 +34,7 @@ struct RowSnapshot {
     bool marked = false; ///< of an option: it is the stored one
 };
 
-/// One view and what is in it; frames are relative to the parent.
+/// One view and what is in it; frames are relative to the parent. Hidden views are left out.
 struct ViewSnapshot {
     std::string className;
     platform::CGRect frame;
@@ -51,10 +51,16 @@ struct PageSnapshot {
     bool hostsView = false;
 };
 
+/// A page that is being made or is about to appear: what the main thread may be waiting for.
+struct Opening {
+    std::string className;
+    std::string title;
+};
+
 /// All open pages, the first one first; only the last is seen.
 struct StackSnapshot {
     std::vector<std::shared_ptr<const PageSnapshot>> pages;
-    std::string opening; ///< class name of the page that is being made; empty when none is
+    std::optional<Opening> opening;
 };
 
 } // namespace settings

@@ -1,0 +1,96 @@
+#include "settings/app/Application.h"
+
+#include "settings/app/DesktopColorScheme.h"
+#include "settings/app/Pictures.h"
+#include "settings/app/StartTrace.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <iostream>
+
+Q_IMPORT_QML_PLUGIN(LumoraPlugin)
+
+namespace settings {
+
+using platform::Result;
+
+namespace {
+
+int complain(const std::string& why) {
+    std::cerr << "lumora-settings: " << why << std::endl;
+    return 1;
+}
+
+void setUnlessSet(const char* name, const char* value) {
+    if (!qEnvironmentVariableIsSet(name)) qputenv(name, value);
+}
+
+bool hasDisplay() {
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+/// The user's environment goes first in everything.
+void prepareEnvironment(bool picturesOnly) {
+    // Drawing without a graphics driver takes a third of the memory, and the page is on the screen sooner.
+    setUnlessSet("QT_QUICK_BACKEND", "software");
+    // Animations go on while the GUI thread is busy.
+    setUnlessSet("QSG_RENDER_LOOP", "threaded");
+    if (!hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (picturesOnly) setUnlessSet("QT_SCALE_FACTOR", "1");
+}
+
+/// Without a display there is no window to open, but there is a tour to take.
+Options withoutDisplay(Options options) {
+    options.tour = "lumora-tour";
+    std::cerr << "lumora-settings: there is no display to open a window on (neither DISPLAY nor WAYLAND_DISPLAY is set); "
+                 "saving pictures of every page in "
+              << std::filesystem::absolute(*options.tour).string() << " instead" << std::endl;
+    return options;
+}
+
+void followDesktop(Shell& shell) {
+    auto* desktop = new DesktopColorScheme(&shell);
+    QObject::connect(desktop, &DesktopColorScheme::darkChosen, &shell, &Shell::setDark);
+}
+
+} // namespace
+
+int runApplication(int argc, char** argv, const Options& asked) {
+    const bool wantsPictures = asked.grab || asked.tour;
+    const Options options = wantsPictures || hasDisplay() ? asked : withoutDisplay(asked);
+    const bool picturesOnly = options.grab || options.tour;
+    prepareEnvironment(picturesOnly);
+
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Settings"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("lumora-settings"));
+    QGuiApplication::setQuitOnLastWindowClosed(false); // Shell::leave() ends the process
+    QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
+
+    auto& shell = *new Shell; // never destroyed, as the main thread reports to it
+    if (options.dark) shell.setDark(*options.dark);
+    else if (!picturesOnly) followDesktop(shell);
+    shell.launch({options.bundle.value_or(standardBundle()), options.page, contentSizeOf(options.size)},
+                 [](const std::string& why) { QCoreApplication::exit(complain(why)); });
+
+    QQmlApplicationEngine engine;
+    engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)},
+                                 {QStringLiteral("width"), options.size.width},
+                                 {QStringLiteral("height"), options.size.height}});
+    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/Main.qml")));
+    auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
+    if (!window) return complain("the window's own files cannot be loaded");
+    traceStart(*window, shell);
+    if (!picturesOnly) return QGuiApplication::exec();
+
+    Pictures pictures(shell, *window, std::chrono::milliseconds(qint64(options.timeout * 1000)));
+    const Result<bool> saved = options.grab ? pictures.grab(*options.grab) : pictures.tour(*options.tour);
+    return saved ? 0 : complain(saved.error());
+}
+
+} // namespace settings

@@ -1,0 +1,28 @@
+#include "settings/app/IconItem.h"
+
+#include <QPainter>
+
+namespace settings {
+
+void IconItem::setRow(RowModel* row) {
+    if (row_ == row) return;
+    row_ = row;
+    icon_ = row ? row->icon() : nullptr;
+    decodedScale_ = 0;
+    emit rowChanged();
+    update();
+}
+
+void IconItem::paint(QPainter* painter) {
+    if (!icon_) return;
+    const double scale = painter->device()->devicePixelRatioF();
+    if (scale != decodedScale_) {
+        const platform::Data& file = icon_->encoded(scale);
+        decoded_ = QImage::fromData(file.data(), static_cast<int>(file.size()));
+        decodedScale_ = scale;
+    }
+    painter->setRenderHint(QPainter::SmoothPixmapTransform);
+    painter->drawImage(boundingRect(), decoded_);
+}
+
+} // namespace settings

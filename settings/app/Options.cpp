@@ -1,0 +1,66 @@
+#include "settings/app/Options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <charconv>
+
+namespace settings {
+namespace {
+
+constexpr int kWrongUse = 2;
+constexpr double kLargestSide = 8192;
+
+/// Reads "390x844".
+std::optional<platform::CGSize> readSize(const std::string& text) {
+    platform::CGSize size;
+    const char* const end = text.data() + text.size();
+    const auto width = std::from_chars(text.data(), end, size.width);
+    if (width.ec != std::errc() || width.ptr == end || *width.ptr != 'x') return std::nullopt;
+    const auto height = std::from_chars(width.ptr + 1, end, size.height);
+    if (height.ec != std::errc() || height.ptr != end) return std::nullopt;
+    const auto fits = [](double side) { return side >= 1 && side <= kLargestSide; };
+    return fits(size.width) && fits(size.height) ? std::optional(size) : std::nullopt;
+}
+
+} // namespace
+
+Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
+    Options options;
+    std::string size;
+    bool dark = false;
+    bool light = false;
+    CLI::App app{"Shows the settings of Lumora and changes them.\n\n"
+                 "Without options, opens a window with the root page. The settings themselves are the tweak's: a page\n"
+                 "opens when lumora-tweak, or another program that speaks its ports, has answered."};
+    app.name("lumora-settings");
+    app.set_version_flag("--version", "lumora-settings " LUMORA_VERSION);
+    app.add_option("--root", options.root, "The folder that stands for the device's \"/\"")->type_name("DIR");
+    app.add_option("--bundle", options.bundle, "The settings bundle, in place of the device's own")->type_name("PATH");
+    app.add_option("--page", options.page, "Open straight at this page class")->type_name("CLASS");
+    auto* grab = app.add_option("--grab", options.grab, "Save a picture of the page, and end")->type_name("FILE.png");
+    auto* tour = app.add_option("--tour", options.tour, "Save pictures of every page in a folder, and end")->type_name("DIR");
+    auto* rows = app.add_option("--rows", options.rows, "Print a page as JSON, and end; secure values are dots")
+                     ->type_name("CLASS");
+    grab->excludes(tour, rows);
+    tour->excludes(rows);
+    app.add_option("--timeout", options.timeout, "How long --grab, --tour and --rows may take (default: 10)")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.001, 86400.0));
+    auto* lightFlag = app.add_flag("--light", light, "Light colours, whatever the desktop's setting");
+    app.add_flag("--dark", dark, "Dark colours, whatever the desktop's setting")->excludes(lightFlag);
+    app.add_option("--size", size, "The window's size (default: 390x844)")
+        ->type_name("WxH")
+        ->check([](const std::string& text) { return readSize(text) ? "" : "is no size such as 390x844: " + text; });
+    app.footer("Exit codes: 0 done, 1 failed, 2 wrong use.");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& end) {
+        exitCode = app.exit(end) == 0 ? 0 : kWrongUse;
+        return options;
+    }
+    if (dark || light) options.dark = dark;
+    if (!size.empty()) options.size = *readSize(size);
+    return options;
+}
+
+} // namespace settings

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/ui/CGGeometry.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace settings {
+
+/// What the command line asks for.
+struct Options {
+    std::optional<std::filesystem::path> root;
+    std::optional<std::filesystem::path> bundle;
+    std::string page; ///< class of the first page; empty for the bundle's own
+    std::optional<std::filesystem::path> grab;
+    std::optional<std::filesystem::path> tour;
+    std::optional<std::string> rows;
+    double timeout = 10; ///< seconds
+    std::optional<bool> dark;
+    platform::CGSize size{390, 844};
+};
+
+/// Height of the navigation bar, in points; a page has the rest of the window.
+inline constexpr int kBarHeight = 52;
+
+[[nodiscard]] constexpr platform::CGSize contentSizeOf(platform::CGSize window) {
+    return {window.width, window.height > kBarHeight ? window.height - kBarHeight : 0};
+}
+
+/// Reads the command line. Where there is nothing left to do, for --help, --version or wrong use, says what there is to
+/// say and sets `exitCode`.
+[[nodiscard]] Options readOptions(int argc, char** argv, std::optional<int>& exitCode);
+
+} // namespace settings

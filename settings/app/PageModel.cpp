@@ -1,0 +1,67 @@
+#include "settings/app/PageModel.h"
+
+#include "platform/preferences/PSSpecifier.h"
+
+#include <utility>
+
+namespace settings {
+
+PageModel::PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent)
+    : QObject(parent), events_(events), page_(std::move(page)) {
+    makeGroups();
+}
+
+QString PageModel::title() const {
+    return QString::fromStdString(page_->title);
+}
+
+void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
+    if (page == page_) return;
+    const bool sameRows = hasSameRows(*page);
+    const bool sameTitle = page->title == page_->title;
+    const bool sameView = page->view == page_->view && page->hostsView == page_->hostsView;
+    page_ = std::move(page);
+    if (!sameTitle) emit titleChanged();
+    if (!sameView) emit viewChanged();
+    if (!sameRows) return makeGroups();
+    for (std::size_t i = 0; i < rows_.size(); ++i)
+        rows_[i]->read(page_->rows[i]);
+}
+
+bool PageModel::hasSameRows(const PageSnapshot& page) const {
+    return std::equal(rows_.begin(), rows_.end(), page.rows.begin(), page.rows.end(),
+                      [](const RowModel* model, const RowSnapshot& row) { return model->isSameRow(row); });
+}
+
+void PageModel::makeGroups() {
+    const QObjectList former = std::exchange(groups_, {});
+    rows_.clear();
+    GroupModel* group = nullptr;
+    RowModel::Surroundings around;
+    for (std::size_t i = 0; i < page_->rows.size(); ++i) {
+        const RowSnapshot& row = page_->rows[i];
+        const bool begins = row.cell == platform::PSGroupCell;
+        if (begins || !group) {
+            group = makeGroup(begins ? &row : nullptr);
+            around = {group->header, group->footer, {}};
+        }
+        rows_.push_back(new RowModel(events_, page_->id, i, row, around, group));
+        if (row.cell == platform::PSStaticTextCell) around.textAbove = QString::fromStdString(row.name);
+        if (!begins) group->rows.push_back(rows_.back());
+    }
+    emit groupsChanged();
+    for (QObject* old : former)
+        old->deleteLater(); // its delegates may be in the middle of an event
+}
+
+GroupModel* PageModel::makeGroup(const RowSnapshot* groupRow) {
+    auto* group = new GroupModel(this);
+    if (groupRow) {
+        group->header = QString::fromStdString(groupRow->name);
+        group->footer = QString::fromStdString(groupRow->footerText);
+    }
+    groups_.push_back(group);
+    return group;
+}
+
+} // namespace settings

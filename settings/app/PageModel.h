@@ -1,0 +1,72 @@
+#pragma once
+
+#include "settings/app/RowModel.h"
+
+#include <QObject>
+#include <QObjectList>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include <memory>
+#include <vector>
+
+namespace settings {
+
+/// A group of rows with its header and footer, as QML draws it. GUI thread.
+class GroupModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Groups come from snapshots")
+
+    Q_PROPERTY(QString header MEMBER header CONSTANT)
+    Q_PROPERTY(QString footer MEMBER footer CONSTANT)
+    Q_PROPERTY(QObjectList rows MEMBER rows CONSTANT)
+
+  public:
+    using QObject::QObject;
+    QString header;
+    QString footer;
+    QObjectList rows; ///< of RowModel
+};
+
+/// A page, as QML draws it: groups of rows, or one view that fills it. GUI thread.
+///
+/// While the rows stay the same rows, a newer snapshot changes their values only, so that what draws them, and the
+/// keyboard focus in it, lives on.
+class PageModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Pages come from snapshots")
+
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged)
+    Q_PROPERTY(bool hostsView READ hostsView NOTIFY viewChanged)
+    Q_PROPERTY(QObjectList groups READ groups NOTIFY groupsChanged)
+
+  public:
+    PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent);
+
+    [[nodiscard]] QString title() const;
+    [[nodiscard]] bool hostsView() const { return page_->hostsView; }
+    [[nodiscard]] const QObjectList& groups() const { return groups_; }
+    [[nodiscard]] const PageSnapshot& snapshot() const { return *page_; }
+
+    /// Takes up a newer snapshot of the same page.
+    void read(std::shared_ptr<const PageSnapshot> page);
+
+  signals:
+    void titleChanged();
+    void groupsChanged();
+    void viewChanged();
+
+  private:
+    [[nodiscard]] bool hasSameRows(const PageSnapshot& page) const;
+    void makeGroups();
+    GroupModel* makeGroup(const RowSnapshot* groupRow);
+
+    Events& events_;
+    std::shared_ptr<const PageSnapshot> page_;
+    QObjectList groups_;
+    std::vector<RowModel*> rows_; ///< one for each row of the snapshot, group rows included
+};
+
+} // namespace settings

@@ -1,0 +1,135 @@
+#include "settings/app/Pictures.h"
+
+#include "platform/preferences/PSSpecifier.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QImage>
+
+#include <algorithm>
+#include <cctype>
+
+namespace settings {
+
+using platform::Result;
+
+namespace {
+
+/// What can stand in a file name on any system: "Sleep After" becomes "SleepAfter".
+std::string compact(const std::string& title) {
+    std::string name;
+    std::copy_if(title.begin(), title.end(), std::back_inserter(name),
+                 [](unsigned char letter) { return std::isalnum(letter) || letter >= 0x80; });
+    return name;
+}
+
+/// A page class has one picture, but for the class that all option lists share.
+std::string pictureName(const PageSnapshot& page) {
+    const bool shared = std::any_of(page.rows.begin(), page.rows.end(),
+                                    [](const RowSnapshot& row) { return row.cell == platform::PSListItemCell; });
+    return shared ? page.className + "-" + compact(page.title) : page.className;
+}
+
+bool isLink(const RowSnapshot& row) {
+    return row.cell == platform::PSLinkCell || row.cell == platform::PSLinkListCell;
+}
+
+} // namespace
+
+Pictures::Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost)
+    : shell_(shell), window_(window), deadline_(atMost) {
+    shell_.setAnimated(false);
+}
+
+Result<bool> Pictures::grab(const std::filesystem::path& file) {
+    try {
+        settle();
+        save(file);
+        return true;
+    } catch (const Stopped& stopped) {
+        return Result<bool>::failure(stopped.why);
+    }
+}
+
+Result<bool> Pictures::tour(const std::filesystem::path& folder) {
+    std::error_code failed;
+    std::filesystem::create_directories(folder, failed);
+    if (failed) return Result<bool>::failure("cannot make " + folder.string() + ": " + failed.message());
+    folder_ = folder;
+    try {
+        settle();
+        visitTopPage();
+        visitWaitingScreen();
+        return true;
+    } catch (const Stopped& stopped) {
+        return Result<bool>::failure(stopped.why);
+    }
+}
+
+/// Takes the page's pictures, then opens each of its links and comes back.
+void Pictures::visitTopPage() {
+    const PageSnapshot page = *shell_.topPage();
+    if (!visited_.insert(page.className + "\n" + page.title).second) return;
+    takePictures(pictureName(page));
+    const std::size_t depth = shell_.pages().size();
+    for (std::size_t row = 0; row < page.rows.size(); ++row) {
+        if (!isLink(page.rows[row])) continue;
+        perform([id = page.id, row](Navigation& navigation) { navigation.rowTapped(id, row); });
+        if (shell_.pages().size() == depth) continue; // the page that it names does not exist
+        visitTopPage();
+        perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); });
+    }
+}
+
+void Pictures::visitWaitingScreen() {
+    for (const bool lost : {false, true}) {
+        shell_.pretendWaiting(Opening{"LumoraPreferences", "Lumora"}, lost);
+        takePictures(lost ? "Waiting-over" : "Waiting");
+    }
+    shell_.pretendWaiting(std::nullopt, false);
+}
+
+void Pictures::takePictures(const std::string& name) {
+    for (const int width : widths_) {
+        resize(width);
+        for (const bool dark : {false, true}) {
+            shell_.setDark(dark);
+            save(folder_ / (name + "-" + std::to_string(width) + (dark ? "-dark.png" : "-light.png")));
+        }
+    }
+}
+
+void Pictures::save(const std::filesystem::path& file) {
+    QCoreApplication::processEvents();
+    const QImage picture = window_.grabWindow();
+    if (picture.isNull() || !picture.save(QString::fromStdString(file.string()), "PNG"))
+        throw Stopped{"cannot write the picture " + file.string()};
+}
+
+void Pictures::resize(int width) {
+    if (window_.width() == width) return;
+    window_.setWidth(width);
+    waitUntil([&] { return window_.width() == width; });
+    perform([](Navigation&) {}); // behind the new size of the content, which was posted before
+}
+
+/// Waits until the first page stands.
+void Pictures::settle() {
+    waitUntil([&] { return shell_.topPage() != nullptr; });
+    perform([](Navigation&) {});
+}
+
+void Pictures::perform(std::function<void(Navigation&)> work) {
+    const auto done = std::make_shared<bool>(false);
+    shell_.post(std::move(work), [done] { *done = true; });
+    waitUntil([&] { return *done; });
+}
+
+void Pictures::waitUntil(const std::function<bool()>& condition) {
+    while (!condition()) {
+        if (deadline_.hasExpired()) throw Stopped{"timed out waiting for the tweak to answer \"requestTweakSettings\""};
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, static_cast<int>(deadline_.remainingTime()));
+    }
+}
+
+} // namespace settings

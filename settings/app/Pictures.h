@@ -1,0 +1,52 @@
+#pragma once
+
+#include "settings/app/Shell.h"
+
+#include <QDeadlineTimer>
+#include <QQuickWindow>
+
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace settings {
+
+/// Saves pictures of the window: of one page, or of every page that links lead to. GUI thread, with the event loop
+/// running inside.
+///
+///     Pictures pictures(shell, window, std::chrono::seconds(10));
+///     if (auto saved = pictures.tour("pictures"); !saved) complain(saved.error());
+class Pictures {
+  public:
+    Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost);
+
+    [[nodiscard]] platform::Result<bool> grab(const std::filesystem::path& file);
+    /// Light and dark, at each width, each page once: "LumoraPreferences-390-light.png". Presses no button and changes
+    /// no value. The waiting screen comes last, in both of its states.
+    [[nodiscard]] platform::Result<bool> tour(const std::filesystem::path& folder);
+
+  private:
+    /// Ends the tour from within; its text says why.
+    struct Stopped {
+        std::string why;
+    };
+
+    void visitTopPage();
+    void visitWaitingScreen();
+    void takePictures(const std::string& name);
+    void save(const std::filesystem::path& file);
+    void resize(int width);
+    void settle();
+    void perform(std::function<void(Navigation&)> work);
+    void waitUntil(const std::function<bool()>& condition);
+
+    Shell& shell_;
+    QQuickWindow& window_;
+    QDeadlineTimer deadline_;
+    std::filesystem::path folder_;
+    std::set<std::string> visited_;
+    std::vector<int> widths_{390};
+};
+
+} // namespace settings

@@ -1,0 +1,191 @@
+#include "settings/app/Shell.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <utility>
+
+namespace settings {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kNoticeable = 200ms;
+/// A message has 1.0 s to be sent and 1.0 s to be answered; after both no answer can come.
+constexpr auto kBothTimeOuts = 2000ms;
+constexpr auto kSpare = 200ms;
+
+QString titleOf(const Opening& opening) {
+    return QString::fromStdString(opening.title.empty() ? opening.className : opening.title);
+}
+
+} // namespace
+
+// The host is never destroyed, because the main thread may be blocked in it for good.
+Shell::Shell()
+    : host_(*new Host([this](StackSnapshot stack) {
+          QMetaObject::invokeMethod(
+              this, [this, stack = std::move(stack)] { take(stack); }, Qt::QueuedConnection);
+      })) {
+    grace_.setSingleShot(true);
+    grace_.setInterval(kNoticeable);
+    connect(&grace_, &QTimer::timeout, this, [this] { setPatience(Patience::waiting); });
+    timeOuts_.setSingleShot(true);
+    timeOuts_.setInterval(kBothTimeOuts + kSpare);
+    connect(&timeOuts_, &QTimer::timeout, this, [this] { setPatience(Patience::over); });
+}
+
+void Shell::launch(Launch launch, std::function<void(const std::string&)> failed) {
+    setBusy(+1);
+    host_.launch(std::move(launch), [this, failed = std::move(failed)](const platform::Result<bool>& result) {
+        QMetaObject::invokeMethod(
+            this,
+            [this, failed, result] {
+                setBusy(-1);
+                if (!result) failed(result.error());
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void Shell::post(std::function<void(Navigation&)> work, std::function<void()> done) {
+    setBusy(+1);
+    host_.post([this, work = std::move(work), done = std::move(done)](Navigation& navigation) {
+        work(navigation);
+        QMetaObject::invokeMethod(
+            this,
+            [this, done] {
+                setBusy(-1);
+                if (done) done();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void Shell::setDark(bool dark) {
+    if (std::exchange(dark_, dark) != dark) emit darkChanged();
+}
+
+void Shell::setAnimated(bool animated) {
+    if (std::exchange(animated_, animated) != animated) emit animatedChanged();
+}
+
+QString Shell::waitingTitle() const {
+    if (opening_) return titleOf(*opening_);
+    return pages_.empty() ? tr("Lumora") : pages_.back()->title();
+}
+
+QString Shell::waitingHeadline() const {
+    if (!opening_) return lost() ? tr("%1 does not go on").arg(waitingTitle()) : tr("Waiting for %1").arg(waitingTitle());
+    return lost() ? tr("Lumora did not answer") : tr("Waiting for Lumora");
+}
+
+QString Shell::waitingText() const {
+    if (!opening_) return lost() ? tr("You can go on waiting, or restart Settings.") : QString();
+    if (lost())
+        return tr("Both time-outs of “requestTweakSettings” are over: no answer can come any more, and “%1” cannot open. "
+                  "Restart Settings to ask again.")
+            .arg(waitingTitle());
+    return tr("“%1” opens when “requestTweakSettings” is answered.").arg(waitingTitle());
+}
+
+void Shell::back() {
+    if (pages_.empty()) return;
+    post([page = topPage()->id](Navigation& navigation) { navigation.back(page); });
+}
+
+void Shell::setContentSize(const QSizeF& size) {
+    post([size](Navigation& navigation) { navigation.setContentSize({size.width(), size.height()}); });
+}
+
+void Shell::pageGone(PageModel* page) {
+    if (page && std::find(pages_.begin(), pages_.end(), page) == pages_.end()) page->deleteLater();
+}
+
+void Shell::restart() {
+    std::ifstream in("/proc/self/cmdline", std::ios::binary);
+    const std::string words{std::istreambuf_iterator<char>(in), {}};
+    std::vector<std::string> arguments;
+    for (std::size_t at = 0; at < words.size(); at += arguments.back().size() + 1)
+        arguments.emplace_back(words.c_str() + at);
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments)
+        pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    // Replaces the process whole, the blocked main thread with it; every descriptor closes by itself.
+    execv("/proc/self/exe", pointers.data());
+    std::perror("lumora-settings: cannot restart");
+}
+
+void Shell::leave() {
+    for (QWindow* window : QGuiApplication::topLevelWindows())
+        window->hide();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); // so that it is gone from the screen
+    host_.finish(lost() ? 0ms : kBothTimeOuts + kSpare);
+    std::fflush(nullptr);
+    _exit(0); // without joining: the main thread may be blocked for good
+}
+
+void Shell::pretendWaiting(std::optional<Opening> opening, bool lost) {
+    opening_ = std::move(opening);
+    patience_ = !opening_ ? Patience::fresh : lost ? Patience::over : Patience::waiting;
+    emit waitingChanged();
+}
+
+void Shell::rowTapped(std::uint64_t page, std::size_t row) {
+    post([page, row](Navigation& navigation) { navigation.rowTapped(page, row); });
+}
+
+void Shell::valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value,
+                         std::function<void()> taken) {
+    post([page, row, value](Navigation& navigation) { navigation.valueChanged(page, row, value); }, std::move(taken));
+}
+
+void Shell::take(const StackSnapshot& stack) {
+    std::size_t common = 0;
+    while (common < pages_.size() && common < stack.pages.size() &&
+           pages_[common]->snapshot().id == stack.pages[common]->id)
+        ++common;
+    if (common < pages_.size()) {
+        pages_.resize(common);
+        emit pagesPopped(static_cast<int>(common));
+    }
+    for (std::size_t i = 0; i < common; ++i)
+        pages_[i]->read(stack.pages[i]);
+    for (std::size_t i = common; i < stack.pages.size(); ++i) {
+        pages_.push_back(new PageModel(*this, stack.pages[i], this));
+        emit pagePushed(pages_.back());
+    }
+    opening_ = stack.opening;
+    if (waiting()) emit waitingChanged();
+}
+
+void Shell::setBusy(int change) {
+    const bool was = workUnderWay_ > 0;
+    workUnderWay_ += change;
+    const bool is = workUnderWay_ > 0;
+    if (was == is) return;
+    if (is) {
+        grace_.start();
+        timeOuts_.start();
+    } else {
+        grace_.stop();
+        timeOuts_.stop();
+        setPatience(Patience::fresh);
+    }
+}
+
+void Shell::setPatience(Patience patience) {
+    if (std::exchange(patience_, patience) != patience) emit waitingChanged();
+}
+
+} // namespace settings

@@ -1,0 +1,103 @@
+#pragma once
+
+#include "settings/app/Events.h"
+#include "settings/app/Options.h"
+#include "settings/app/PageModel.h"
+#include "settings/host/Host.h"
+
+#include <QObject>
+#include <QSizeF>
+#include <QTimer>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace settings {
+
+/// What stands between the drawn window and the main thread: takes its snapshots, posts the user's events to it, and
+/// knows when it is busy. Never waits for it. GUI thread.
+class Shell : public QObject, private Events {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The application makes the one shell")
+
+    Q_PROPERTY(bool dark READ dark WRITE setDark NOTIFY darkChanged)
+    Q_PROPERTY(bool animated READ animated WRITE setAnimated NOTIFY animatedChanged)
+    Q_PROPERTY(bool waiting READ waiting NOTIFY waitingChanged)
+    Q_PROPERTY(bool lost READ lost NOTIFY waitingChanged)
+    Q_PROPERTY(QString waitingTitle READ waitingTitle NOTIFY waitingChanged)
+    Q_PROPERTY(QString waitingHeadline READ waitingHeadline NOTIFY waitingChanged)
+    Q_PROPERTY(QString waitingText READ waitingText NOTIFY waitingChanged)
+    Q_PROPERTY(int barHeight READ barHeight CONSTANT)
+
+  public:
+    Shell();
+
+    /// Opens the first page. `failed` is told why there is none.
+    void launch(Launch launch, std::function<void(const std::string& why)> failed);
+    /// Hands work to the main thread; `done` is called here, after every snapshot that the work brought.
+    void post(std::function<void(Navigation&)> work, std::function<void()> done = {});
+
+    [[nodiscard]] static int barHeight() { return kBarHeight; }
+    [[nodiscard]] bool dark() const { return dark_; }
+    void setDark(bool dark);
+    [[nodiscard]] bool animated() const { return animated_; }
+    void setAnimated(bool animated);
+
+    /// The main thread has been busy for longer than one notices.
+    [[nodiscard]] bool waiting() const { return patience_ != Patience::fresh; }
+    /// It has been busy for so long that no answer of the tweak's can come any more.
+    [[nodiscard]] bool lost() const { return patience_ == Patience::over; }
+    [[nodiscard]] QString waitingTitle() const;
+    [[nodiscard]] QString waitingHeadline() const;
+    [[nodiscard]] QString waitingText() const;
+
+    [[nodiscard]] const std::vector<PageModel*>& pages() const { return pages_; }
+    /// The top page's snapshot, null when no page is open.
+    [[nodiscard]] const PageSnapshot* topPage() const { return pages_.empty() ? nullptr : &pages_.back()->snapshot(); }
+
+    Q_INVOKABLE void back();
+    Q_INVOKABLE void setContentSize(const QSizeF& size);
+    /// A popped page is no longer drawn.
+    Q_INVOKABLE void pageGone(settings::PageModel* page);
+    /// Begins anew in place, with the arguments of this process.
+    Q_INVOKABLE void restart();
+    /// The window has been closed: lets what is under way end, and ends the process.
+    Q_INVOKABLE void leave();
+
+    /// For pictures: shows the waiting screen in one of its two states, or hides it again.
+    void pretendWaiting(std::optional<Opening> opening, bool lost);
+
+  signals:
+    void darkChanged();
+    void animatedChanged();
+    void waitingChanged();
+    void pagePushed(settings::PageModel* page);
+    /// So many pages are left.
+    void pagesPopped(int depth);
+
+  private:
+    enum class Patience : unsigned char { fresh, waiting, over };
+
+    void rowTapped(std::uint64_t page, std::size_t row) override;
+    void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value,
+                      std::function<void()> taken) override;
+    void take(const StackSnapshot& stack);
+    void setBusy(int change);
+    void setPatience(Patience patience);
+
+    Host& host_;
+    std::vector<PageModel*> pages_;
+    std::optional<Opening> opening_;
+    int workUnderWay_ = 0;
+    Patience patience_ = Patience::fresh;
+    QTimer grace_;
+    QTimer timeOuts_;
+    bool dark_ = false;
+    bool animated_ = true;
+};
+
+} // namespace settings

@@ -1,0 +1,66 @@
+#include "settings/host/Host.h"
+
+#include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/NSBundle.h"
+#include "platform/messaging/Dispatch.h"
+
+#include <future>
+#include <memory>
+#include <thread>
+#include <utility>
+
+namespace settings {
+
+using platform::Result;
+
+namespace {
+
+Result<bool> openBundle(Navigation& navigation, const Launch& launch) {
+    const auto bundle = platform::NSBundle::bundleWithPath(launch.bundle);
+    if (!bundle) return Result<bool>::failure("there is no settings bundle at " + launch.bundle.string());
+    if (const Result<bool> loaded = bundle->load(); !loaded)
+        return Result<bool>::failure("the settings bundle cannot be loaded: " + loaded.error());
+
+    const bool first = launch.pageClass.empty();
+    const platform::Class page = first ? bundle->principalClass() : platform::NSClassFromString(launch.pageClass);
+    if (!page)
+        return Result<bool>::failure(first ? "the settings bundle " + launch.bundle.string() + " names no page"
+                                           : "there is no page class " + launch.pageClass);
+    // The first page has no row that opened it and could give it a title.
+    const std::string title = page == bundle->principalClass() ? bundle->bundlePath().stem().string() : page->name;
+    if (!navigation.open(page, title)) return Result<bool>::failure(page->name + " makes no page");
+    return true;
+}
+
+} // namespace
+
+std::filesystem::path standardBundle() {
+    return platform::devicePath("/Library/PreferenceBundles/Lumora.bundle");
+}
+
+Host::Host(Navigation::Show show) : navigation_(std::move(show)) {
+    std::thread([] { platform::dispatch_main(); }).detach();
+}
+
+void Host::launch(Launch launch, std::function<void(Result<bool>)> done) {
+    post([launch = std::move(launch), done = std::move(done)](Navigation& navigation) {
+        navigation.setContentSize(launch.contentSize);
+        done(openBundle(navigation, launch));
+    });
+}
+
+void Host::post(std::function<void(Navigation&)> work) {
+    platform::dispatch_async(platform::dispatch_get_main_queue(),
+                             [this, work = std::move(work)] { work(navigation_); });
+}
+
+void Host::finish(std::chrono::milliseconds atMost) {
+    const auto deadline = std::chrono::steady_clock::now() + atMost;
+    const auto done = std::make_shared<std::promise<void>>(); // outlives this call when the main thread is blocked
+    post([done](Navigation&) { done->set_value(); });
+    done->get_future().wait_until(deadline);
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    platform::dispatch_wait_until_idle(std::max(left, std::chrono::milliseconds(0)));
+}
+
+} // namespace settings

@@ -1,0 +1,154 @@
+#include "settings/host/Navigation.h"
+
+#include "platform/preferences/PSListItemsController.h"
+#include "settings/host/SnapshotOf.h"
+
+#include <utility>
+
+namespace settings {
+
+using namespace platform;
+
+namespace {
+
+std::uint64_t nextPageId() {
+    static std::uint64_t last = 0;
+    return ++last;
+}
+
+/// The row at a position, null when the page has no such row.
+PSSpecifierRef rowAt(PSListController& page, std::size_t row) {
+    const PSSpecifierList rows = page.specifiers();
+    return rows && row < rows->size() ? (*rows)[row] : nullptr;
+}
+
+bool isEditable(const PSSpecifier& row) {
+    switch (row.cellType()) {
+    case PSSliderCell:
+    case PSSwitchCell:
+    case PSEditTextCell:
+    case PSSecureEditTextCell: return true;
+    default: return false;
+    }
+}
+
+/// A page's own view fills the page; a view that replaced it follows only where its mask says so.
+CGRect resizedContent(const PSListController& page, CGSize size) {
+    CGRect frame = page.view()->frame();
+    const unsigned mask = page.hostsView() ? page.view()->autoresizingMask()
+                                           : UIViewAutoresizingFlexibleWidth | UIViewAutoresizingFlexibleHeight;
+    if ((mask & UIViewAutoresizingFlexibleWidth) != 0) frame.size.width = size.width;
+    if ((mask & UIViewAutoresizingFlexibleHeight) != 0) frame.size.height = size.height;
+    return frame;
+}
+
+} // namespace
+
+Navigation::Navigation(Show show) : show_(std::move(show)) {
+}
+
+bool Navigation::open(Class pageClass, const std::string& title) {
+    return open(pageClass, title, nullptr);
+}
+
+bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifierRef& row) {
+    if (!pageClass) return false;
+    publishOpening(pageClass->name, title);
+    auto page = std::dynamic_pointer_cast<PSListController>(pageClass->make());
+    if (!page) {
+        publish();
+        return false;
+    }
+    if (!title.empty()) page->setTitle(title);
+    page->setSpecifier(row);
+    pages_.push_back({nextPageId(), std::move(page), pageClass->name, nullptr});
+    appear(pages_.size() > 1);
+    return true;
+}
+
+void Navigation::rowTapped(std::uint64_t page, std::size_t row) {
+    OpenPage* top = pageOnTop(page);
+    const PSSpecifierRef tapped = top ? rowAt(*top->controller, row) : nullptr;
+    if (!tapped) return;
+    switch (tapped->cellType()) {
+    case PSLinkCell:
+    case PSLinkListCell: open(tapped->detail().resolve(), tapped->name(), tapped); break;
+    case PSListItemCell:
+        tapped->performAction();
+        readAnew(*top);
+        publish();
+        break;
+    case PSButtonCell: tapped->performAction(); break;
+    default: break;
+    }
+}
+
+void Navigation::valueChanged(std::uint64_t page, std::size_t row, const Value& value) {
+    OpenPage* top = pageOnTop(page);
+    const PSSpecifierRef edited = top ? rowAt(*top->controller, row) : nullptr;
+    if (!edited || !isEditable(*edited)) return;
+    edited->performSetter(value);
+    // Kept on purpose: only the row that was edited reads its value anew. A reply that landed meanwhile must not
+    // change the others under the user's hand.
+    PageSnapshot shown = *top->snapshot;
+    if (row < shown.rows.size()) shown.rows[row] = snapshotOf(*top->controller, row);
+    top->snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
+    publish();
+}
+
+void Navigation::back(std::uint64_t page) {
+    if (pages_.size() < 2 || !pageOnTop(page)) return;
+    pages_.pop_back();
+    appear(true);
+}
+
+void Navigation::setContentSize(CGSize size) {
+    if (size == contentSize_) return;
+    contentSize_ = size;
+    if (pages_.empty()) return;
+    OpenPage& top = pages_.back();
+    if (!top.controller->view()) return;
+    top.controller->view()->setFrame(resizedContent(*top.controller, size));
+    if (!top.controller->hostsView()) return; // rows are laid out where they are drawn
+    readAnew(top);
+    publish();
+}
+
+std::shared_ptr<PSListController> Navigation::topPage() const {
+    return pages_.empty() ? nullptr : pages_.back().controller;
+}
+
+void Navigation::appear(bool animated) {
+    OpenPage& top = pages_.back();
+    PSListController& page = *top.controller;
+    if (top.snapshot) publishOpening(top.className, top.snapshot->title); // a view made anew may block for good too
+    if (page.view()) page.view()->setFrame({{0, 0}, contentSize_});
+    page.viewWillAppear(animated);
+    readAnew(top);
+    publish();
+}
+
+void Navigation::readAnew(OpenPage& page) {
+    page.snapshot = std::make_shared<const PageSnapshot>(snapshotOf(*page.controller, page.className, page.id));
+}
+
+void Navigation::publishOpening(const std::string& className, const std::string& title) {
+    StackSnapshot stack;
+    for (const OpenPage& page : pages_)
+        if (page.snapshot) stack.pages.push_back(page.snapshot);
+    stack.opening = Opening{className, title};
+    show_(std::move(stack));
+}
+
+void Navigation::publish() {
+    StackSnapshot stack;
+    for (const OpenPage& page : pages_)
+        stack.pages.push_back(page.snapshot);
+    show_(std::move(stack));
+}
+
+Navigation::OpenPage* Navigation::pageOnTop(std::uint64_t id) {
+    return !pages_.empty() && pages_.back().id == id ? &pages_.back() : nullptr;
+}
+
+} // namespace settings

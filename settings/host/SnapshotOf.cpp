@@ -1,0 +1,105 @@
+#include "settings/host/SnapshotOf.h"
+
+#include "platform/preferences/PSListItemsController.h"
+#include "platform/preferences/PSTextFieldSpecifier.h"
+
+#include <cxxabi.h>
+
+#include <cstdlib>
+#include <typeinfo>
+
+namespace settings {
+
+using namespace platform;
+
+namespace {
+
+std::optional<double> number(const PSSpecifier& row, const std::string& key) {
+    const Value value = row.property(key);
+    return value.isNumber() ? std::optional(value.doubleValue()) : std::nullopt;
+}
+
+std::optional<bool> flag(const PSSpecifier& row, const std::string& key) {
+    return row.hasProperty(key) ? std::optional(row.property(key).boolValue()) : std::nullopt;
+}
+
+std::string text(const PSSpecifier& row, const std::string& key) {
+    const Value value = row.property(key);
+    return value.text() ? *value.text() : std::string();
+}
+
+/// The lists of an option list correspond by position but nobody has checked that they are equally long.
+std::string shortTitleOf(const PSSpecifier& row, const Value& value) {
+    const int index = indexOfOption(row, value);
+    if (index < 0) return {};
+    const auto at = static_cast<std::size_t>(index);
+    return at < row.shortTitles().size() ? row.shortTitles()[at] : row.titles()[at];
+}
+
+/// An option-list page has its group row first, then the options in their order.
+bool isMarked(const PSListController& page, std::size_t row) {
+    const auto* options = dynamic_cast<const PSListItemsController*>(&page);
+    return options && row == static_cast<std::size_t>(options->selectedIndex() + 1) && row > 0;
+}
+
+RowSnapshot snapshotOf(PSListController& page, PSSpecifier& row, std::size_t position) {
+    RowSnapshot shown;
+    shown.cell = row.cellType();
+    shown.name = row.name();
+    shown.identifier = row.identifier();
+    shown.value = row.performGetter();
+    shown.footerText = text(row, "footerText");
+    if (const auto* field = dynamic_cast<const PSTextFieldSpecifier*>(&row)) shown.placeholder = field->placeholder();
+    shown.min = number(row, "min");
+    shown.max = number(row, "max");
+    shown.showValue = flag(row, "showValue");
+    shown.titles = row.titles();
+    shown.values = row.values();
+    shown.detail = row.detail().name();
+    shown.icon = row.imageProperty("iconImage");
+    if (row.cellType() == PSLinkListCell) shown.valueTitle = shortTitleOf(row, shown.value);
+    if (row.cellType() == PSListItemCell) shown.marked = isMarked(page, position);
+    return shown;
+}
+
+std::string titleOf(PSListController& page) {
+    if (const UINavigationItem* item = page.navigationItem(); item && !item->title.empty()) return item->title;
+    return page.navigationTitle();
+}
+
+/// The class's own name without its namespaces, as it is written in the source.
+std::string classNameOf(const UIView& view) {
+    const std::unique_ptr<char, void (*)(void*)> readable(
+        abi::__cxa_demangle(typeid(view).name(), nullptr, nullptr, nullptr), std::free);
+    const std::string name = readable ? readable.get() : typeid(view).name();
+    const std::size_t colons = name.rfind("::");
+    return colons == std::string::npos ? name : name.substr(colons + 2);
+}
+
+} // namespace
+
+PageSnapshot snapshotOf(PSListController& page, const std::string& className, std::uint64_t id) {
+    PageSnapshot shown{.id = id, .className = className, .title = titleOf(page), .hostsView = page.hostsView()};
+    if (page.hostsView()) {
+        if (page.view() && !page.view()->isHidden())
+            shown.view = std::make_shared<const ViewSnapshot>(snapshotOf(*page.view()));
+        return shown;
+    }
+    if (const PSSpecifierList rows = page.specifiers())
+        for (std::size_t i = 0; i < rows->size(); ++i)
+            shown.rows.push_back(snapshotOf(page, *(*rows)[i], i));
+    return shown;
+}
+
+RowSnapshot snapshotOf(PSListController& page, std::size_t row) {
+    return snapshotOf(page, *page.specifiers()->at(row), row);
+}
+
+ViewSnapshot snapshotOf(const UIView& view) {
+    ViewSnapshot shown{classNameOf(view), view.frame(), view.backgroundColor(), {}};
+    for (const auto& subview : view.subviews())
+        if (!subview->isHidden()) shown.subviews.push_back(snapshotOf(*subview));
+    return shown;
+}
+
+} // namespace settings

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/preferences/PSListController.h"
+#include "settings/host/Snapshot.h"
+
+#include <cstdint>
+#include <string>
+
+namespace settings {
+
+/// The picture of a page as it stands: asks for its rows and reads each editable row's value. Main thread.
+[[nodiscard]] PageSnapshot snapshotOf(platform::PSListController& page, const std::string& className, std::uint64_t id);
+
+/// The picture of one row of a page, its value read anew. Main thread.
+[[nodiscard]] RowSnapshot snapshotOf(platform::PSListController& page, std::size_t row);
+
+/// The picture of a view and of all that is seen in it. Main thread.
+[[nodiscard]] ViewSnapshot snapshotOf(const platform::UIView& view);
+
+} // namespace settings

@@ -1,0 +1,30 @@
+import QtQuick
+
+// Two rotated bars: needs no image and is drawn smoothly by every backend.
+Item {
+    id: root
+
+    property color color: Theme.tertiary
+    property bool pointsBack: false
+    property real size: 6
+    property real stroke: 2
+
+    implicitWidth: size + stroke
+    implicitHeight: size * 2
+
+    component Bar: Rectangle {
+        property int side: 1
+
+        anchors.centerIn: parent
+        anchors.verticalCenterOffset: side * root.size / 2
+        width: root.size * Math.SQRT2 + root.stroke
+        height: root.stroke
+        radius: height / 2
+        rotation: side * (root.pointsBack ? 45 : -45)
+        color: root.color
+        antialiasing: true
+    }
+
+    Bar { side: -1 }
+    Bar { side: 1 }
+}

@@ -1,0 +1,87 @@
+import QtQuick
+import QtQuick.Window
+import QtQuick.Templates as T
+
+// A text field. What was typed is handed on with Enter, on losing the focus and on leaving the window, and only if
+// something was typed.
+Cell {
+    id: root
+
+    required property RowModel row
+    readonly property alias field: field
+
+    focused: field.activeFocus && keyboardFocus
+    readonly property bool keyboardFocus: field.focusReason === Qt.TabFocusReason || field.focusReason === Qt.BacktabFocusReason
+
+    // Assistive tools meet this item in place of the field, whose own text they would be told even when it is secure.
+    Item {
+        id: spoken
+
+        // Read by the toolkit as the text of the control.
+        readonly property string text: root.row.secure ? "•".repeat(field.length) : field.text
+
+        anchors.fill: parent
+        Accessible.role: Accessible.EditableText
+        Accessible.name: root.row.accessibleName
+        Accessible.description: root.row.accessibleDescription
+        Accessible.editable: true
+        Accessible.focusable: true
+        Accessible.focused: field.activeFocus
+        Accessible.passwordEdit: root.row.secure
+
+        T.TextField {
+            id: field
+
+            property bool edited: false
+
+            anchors.fill: parent
+            leftPadding: Theme.inset
+            rightPadding: Theme.inset
+            focusPolicy: Qt.StrongFocus
+            font.pixelSize: Theme.bodySize
+            color: Theme.text
+            selectionColor: Theme.accent
+            selectedTextColor: "white"
+            verticalAlignment: TextInput.AlignVCenter
+            echoMode: root.row.secure ? TextInput.Password : TextInput.Normal
+            passwordCharacter: "•"
+            passwordMaskDelay: 0
+            inputMethodHints: root.row.secure ? Qt.ImhHiddenText | Qt.ImhSensitiveData | Qt.ImhNoPredictiveText : Qt.ImhNone
+            selectByMouse: true
+            Accessible.ignored: true
+
+            function settle() {
+                if (!edited && text !== root.row.text)
+                    text = root.row.text;
+            }
+            function handOn() {
+                if (!edited)
+                    return;
+                edited = false;
+                root.row.write(text);
+            }
+
+            Component.onCompleted: settle()
+            onTextEdited: edited = true
+            onAccepted: handOn()
+            onActiveFocusChanged: if (!activeFocus) handOn()
+            Window.onActiveChanged: if (!Window.active) handOn()
+
+            Connections {
+                target: root.row
+                function onValueRead() { field.settle() }
+            }
+
+            Text {
+                visible: field.length === 0 && field.preeditText.length === 0
+                anchors { fill: parent; leftMargin: Theme.inset; rightMargin: Theme.inset }
+                text: root.row.placeholder
+                color: Theme.placeholder
+                font: field.font
+                verticalAlignment: Text.AlignVCenter
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+        }
+    }
+}

@@ -1,0 +1,54 @@
+import QtQuick
+
+// A group of rows with its header above and its footer beneath.
+Column {
+    id: root
+
+    required property GroupModel group
+    readonly property var files: ({
+        1: "LinkRow.qml", 2: "LinkRow.qml", 3: "OptionRow.qml", 5: "SliderRow.qml", 6: "SwitchRow.qml",
+        8: "FieldRow.qml", 12: "FieldRow.qml", 13: "ButtonRow.qml",
+    })
+
+    component Caption: Text {
+        visible: text.length > 0
+        width: root.width
+        leftPadding: Theme.inset
+        rightPadding: Theme.inset
+        color: Theme.secondary
+        font.pixelSize: Theme.footSize
+        wrapMode: Text.Wrap
+        Accessible.name: text
+        Accessible.ignored: !visible
+    }
+
+    Caption {
+        text: root.group.header
+        topPadding: 4
+        bottomPadding: 7
+        font.capitalization: Font.AllUppercase
+        Accessible.role: Accessible.Heading
+    }
+    Repeater {
+        id: rows
+
+        model: root.group.rows
+
+        Loader {
+            required property RowModel modelData
+            required property int index
+
+            width: root.width
+            // Handed over as initial properties, so that a row can rely on them from the beginning.
+            Component.onCompleted: setSource(root.files[modelData.cell] ?? "StaticRow.qml", {
+                row: modelData, first: index === 0, last: index === rows.count - 1,
+            })
+        }
+    }
+    Caption {
+        text: root.group.footer
+        topPadding: 7
+        lineHeight: 1.1
+        Accessible.role: Accessible.StaticText
+    }
+}

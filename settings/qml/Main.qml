@@ -1,0 +1,114 @@
+import QtQuick
+import QtQuick.Window
+import QtQuick.Templates as T
+
+Window {
+    id: window
+
+    required property Shell shell
+
+    visible: true
+    minimumWidth: 320
+    minimumHeight: 400
+    color: Theme.page
+    title: bar.title
+
+    onClosing: {
+        handOnFields();
+        shell.leave();
+    }
+
+    // A field hands on what was typed when it loses the focus.
+    function handOnFields() {
+        if (activeFocusItem)
+            activeFocusItem.focus = false;
+    }
+    function goBack() {
+        if (stack.depth < 2 || shell.waiting)
+            return;
+        handOnFields();
+        shell.back();
+    }
+
+    Binding {
+        target: Theme
+        property: "dark"
+        value: window.shell.dark
+    }
+    Connections {
+        target: window.shell
+
+        function onPagePushed(page) {
+            const item = stack.push(pageComponent, { page: page },
+                                    window.shell.animated && stack.depth > 0 ? T.StackView.PushTransition : T.StackView.Immediate);
+            item.gone.connect(window.shell.pageGone);
+        }
+        function onPagesPopped(depth) {
+            if (depth === 0)
+                stack.clear(T.StackView.Immediate);
+            else
+                stack.pop(stack.get(depth - 1), window.shell.animated ? T.StackView.PopTransition : T.StackView.Immediate);
+        }
+    }
+    Shortcut {
+        sequences: ["Escape", "Alt+Left", StandardKey.Back]
+        onActivated: window.goBack()
+    }
+
+    component Slide: Transition {
+        id: slide
+
+        property real from: 0
+        property real to: 0
+
+        XAnimator {
+            from: slide.from * stack.width
+            to: slide.to * stack.width
+            duration: 300
+            easing.type: Easing.OutCubic
+        }
+    }
+    Component {
+        id: pageComponent
+
+        Page {}
+    }
+    T.StackView {
+        id: stack
+
+        anchors { fill: parent; topMargin: bar.height }
+        enabled: !window.shell.waiting
+        clip: true
+        focus: true
+
+        pushEnter: Slide { from: 1; to: 0 }
+        pushExit: Slide { from: 0; to: -0.3 }
+        popEnter: Slide { from: -0.3; to: 0 }
+        popExit: Slide { from: 0; to: 1 }
+
+        onCurrentItemChanged: if (currentItem) currentItem.forceActiveFocus(Qt.OtherFocusReason)
+        onWidthChanged: Qt.callLater(reportSize)
+        onHeightChanged: Qt.callLater(reportSize)
+
+        function reportSize() {
+            window.shell.setContentSize(Qt.size(width, height));
+        }
+    }
+    WaitingScreen {
+        anchors.fill: stack
+        visible: window.shell.waiting
+        headline: window.shell.waitingHeadline
+        explanation: window.shell.waitingText
+        lost: window.shell.lost
+        onRestartTapped: window.shell.restart()
+    }
+    NavigationBar {
+        id: bar
+
+        width: parent.width
+        height: window.shell.barHeight
+        title: window.shell.waiting || !stack.currentItem ? window.shell.waitingTitle : stack.currentItem.page.title
+        canGoBack: stack.depth > 1 && !window.shell.waiting
+        onBackTapped: window.goBack()
+    }
+}

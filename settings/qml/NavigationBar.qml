@@ -1,0 +1,78 @@
+import QtQuick
+import QtQuick.Window
+import QtQuick.Templates as T
+
+// The bar at the top: the way back and the page's title.
+Item {
+    id: root
+
+    property string title
+    property bool canGoBack: false
+    signal backTapped
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.bar
+    }
+    Rectangle {
+        anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+        height: 1 / Screen.devicePixelRatio
+        color: Theme.hairline
+    }
+    Text {
+        anchors.centerIn: parent
+        width: Math.min(implicitWidth, parent.width - 2 * (back.width + 16))
+        text: root.title
+        color: Theme.text
+        font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
+        elide: Text.ElideRight
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+    T.AbstractButton {
+        id: back
+
+        visible: root.canGoBack
+        anchors { left: parent.left; leftMargin: 4; verticalCenter: parent.verticalCenter }
+        leftPadding: 6
+        rightPadding: 8
+        implicitWidth: implicitContentWidth + leftPadding + rightPadding
+        implicitHeight: 40
+        focusPolicy: Qt.StrongFocus
+        opacity: down ? 0.4 : 1
+        text: qsTr("Back")
+        font.pixelSize: Theme.bodySize
+
+        onClicked: root.backTapped()
+        Keys.onReturnPressed: click()
+        Keys.onEnterPressed: click()
+
+        Accessible.name: text
+        Accessible.onPressAction: click()
+
+        background: Rectangle {
+            visible: back.visualFocus
+            radius: 8
+            color: "transparent"
+            border { width: 2; color: Theme.accent }
+            antialiasing: true
+        }
+        contentItem: Row {
+            spacing: 6
+
+            Chevron {
+                anchors.verticalCenter: parent.verticalCenter
+                pointsBack: true
+                size: 9
+                stroke: 2.5
+                color: Theme.accent
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: back.text
+                color: Theme.accent
+                font: back.font
+            }
+        }
+    }
+}

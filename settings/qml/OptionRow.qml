@@ -1,0 +1,29 @@
+import QtQuick
+
+// One option of an option list; the stored one has the check mark.
+TappableRow {
+    id: control
+
+    text: row.title
+    checked: row.marked
+    Accessible.role: Accessible.RadioButton
+    Accessible.checkable: true
+    Accessible.checked: row.marked
+    Accessible.onToggleAction: click()
+
+    contentItem: Item {
+        Text {
+            anchors { left: parent.left; right: mark.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+            text: control.text
+            color: Theme.text
+            font: control.font
+            elide: Text.ElideRight
+        }
+        CheckMark {
+            id: mark
+
+            visible: control.row.marked
+            anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+        }
+    }
+}

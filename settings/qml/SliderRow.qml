@@ -1,0 +1,120 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A slider, and its number beside it. A drag is handed on when it ends, a key step at once.
+Cell {
+    id: root
+
+    required property RowModel row
+
+    focused: slider.visualFocus
+
+    T.Slider {
+        id: slider
+
+        readonly property real step: (to - from) / 20
+        property bool settling: false
+        property real handedOn: 0
+
+        anchors { fill: parent; leftMargin: Theme.inset; rightMargin: number.visible ? number.width + 26 : Theme.inset }
+        focusPolicy: Qt.StrongFocus
+        from: root.row.minimum
+        to: root.row.maximum
+
+        function settle() {
+            if (pressed)
+                return;
+            settling = true;
+            value = root.row.number;
+            handedOn = value;
+            settling = false;
+        }
+        // Assistive tools set the value themselves and may do so twice.
+        function handOn() {
+            if (pressed || settling || value === handedOn)
+                return;
+            handedOn = value;
+            root.row.slide(value);
+        }
+        function move(target) { value = Math.max(from, Math.min(to, target)) }
+
+        Component.onCompleted: settle()
+        onValueChanged: handOn()
+        onPressedChanged: handOn()
+
+        Connections {
+            target: root.row
+            function onValueRead() { slider.settle() }
+        }
+
+        // Handled here because the slider itself counts a held key as being pressed.
+        Keys.onPressed: event => {
+            const targets = new Map([
+                [Qt.Key_Left, value - step], [Qt.Key_Down, value - step],
+                [Qt.Key_Right, value + step], [Qt.Key_Up, value + step],
+                [Qt.Key_PageDown, value - 4 * step], [Qt.Key_PageUp, value + 4 * step],
+                [Qt.Key_Home, from], [Qt.Key_End, to],
+            ]);
+            if (event.modifiers & Qt.AltModifier || !targets.has(event.key))
+                return;
+            move(targets.get(event.key));
+            event.accepted = true;
+        }
+
+        Accessible.name: root.row.accessibleName
+        Accessible.description: root.row.accessibleDescription
+        Accessible.onIncreaseAction: move(value + step)
+        Accessible.onDecreaseAction: move(value - step)
+
+        background: Rectangle {
+            y: (slider.height - height) / 2
+            width: slider.width
+            height: 4
+            radius: 2
+            color: Theme.off
+            antialiasing: true
+
+            Rectangle {
+                width: knob.x + knob.width / 2
+                height: parent.height
+                radius: 2
+                color: Theme.accent
+                antialiasing: true
+            }
+        }
+        handle: Rectangle {
+            id: knob
+
+            x: slider.visualPosition * (slider.width - width)
+            y: (slider.height - height) / 2
+            implicitWidth: 28
+            implicitHeight: 28
+            radius: 14
+            color: "white"
+            border { width: 1; color: Theme.knobEdge }
+            antialiasing: true
+        }
+    }
+    Text {
+        id: number
+
+        visible: root.row.showsValue
+        anchors { right: parent.right; rightMargin: Theme.inset; verticalCenter: parent.verticalCenter }
+        width: Math.max(36, widest.advanceWidth)
+        text: root.row.shown(slider.value)
+        color: Theme.secondary
+        font.pixelSize: Theme.bodySize - 2
+        font.features: ({ "tnum": 1 })
+        horizontalAlignment: Text.AlignRight
+        Accessible.ignored: true
+    }
+    TextMetrics {
+        id: widest
+
+        readonly property string least: root.row.shown(root.row.minimum)
+        readonly property string most: root.row.shown(root.row.maximum)
+
+        font: number.font
+        text: least.length > most.length ? least : most
+    }
+}

@@ -1,0 +1,23 @@
+import QtQuick
+
+// A line of text, as high as the text needs.
+Cell {
+    id: root
+
+    required property RowModel row
+
+    implicitHeight: Math.max(Theme.rowHeight, label.implicitHeight + 22)
+
+    Text {
+        id: label
+
+        anchors { left: parent.left; right: parent.right; margins: Theme.inset; verticalCenter: parent.verticalCenter }
+        text: root.row.title
+        color: Theme.text
+        font.pixelSize: Theme.bodySize
+        wrapMode: Text.Wrap
+        Accessible.role: Accessible.StaticText
+        Accessible.name: root.row.accessibleName
+        Accessible.description: root.row.accessibleDescription
+    }
+}

@@ -1,0 +1,80 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// The whole row is the switch. It shows the user's hand at once and settles when the page has read its value.
+T.Switch {
+    id: control
+
+    required property RowModel row
+    property bool first: false
+    property bool last: false
+
+    implicitHeight: Theme.rowHeight
+    leftPadding: Theme.inset
+    rightPadding: Theme.inset
+    focusPolicy: Qt.StrongFocus
+    font.pixelSize: Theme.bodySize
+    text: row.title
+
+    function flip() {
+        toggle();
+        row.toggle(checked);
+    }
+
+    onToggled: row.toggle(checked)
+    Component.onCompleted: checked = row.on
+    Keys.onReturnPressed: flip()
+    Keys.onEnterPressed: flip()
+
+    Connections {
+        target: control.row
+        function onValueRead() { control.checked = control.row.on }
+    }
+
+    Accessible.name: row.accessibleName
+    Accessible.description: row.accessibleDescription
+    // What the toolkit does of its own accord flips the switch and tells nobody.
+    Accessible.onToggleAction: flip()
+    Accessible.onPressAction: flip()
+
+    background: Cell {
+        first: control.first
+        last: control.last
+        focused: control.visualFocus
+    }
+    contentItem: Text {
+        rightPadding: track.width + 8
+        text: control.text
+        color: Theme.text
+        font: control.font
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+    }
+    indicator: Rectangle {
+        id: track
+
+        x: control.width - width - control.rightPadding
+        anchors.verticalCenter: parent.verticalCenter
+        implicitWidth: 51
+        implicitHeight: 31
+        radius: height / 2
+        color: control.checked ? Theme.on : Theme.off
+        antialiasing: true
+
+        Behavior on color { ColorAnimation { duration: 150 } }
+
+        Rectangle {
+            x: 2 + control.visualPosition * (parent.width - width - 4)
+            anchors.verticalCenter: parent.verticalCenter
+            width: control.down ? 31 : 27
+            height: 27
+            radius: height / 2
+            color: "white"
+            border { width: 1; color: Theme.knobEdge }
+            antialiasing: true
+
+            Behavior on x { enabled: !control.down; NumberAnimation { duration: 150; easing.type: Easing.OutCubic } }
+            Behavior on width { NumberAnimation { duration: 100 } }
+        }
+    }
+}

@@ -1,0 +1,34 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A row that does one thing when it is tapped. What stands in it is up to the row.
+T.AbstractButton {
+    id: control
+
+    required property RowModel row
+    property bool first: false
+    property bool last: false
+    property real hairlineInset: Theme.inset
+
+    implicitHeight: Math.max(Theme.rowHeight, implicitContentHeight)
+    leftPadding: Theme.inset
+    rightPadding: Theme.inset
+    focusPolicy: Qt.StrongFocus
+    font.pixelSize: Theme.bodySize
+
+    onClicked: row.tap()
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    Accessible.name: row.accessibleName
+    Accessible.description: row.accessibleDescription
+    Accessible.onPressAction: click()
+
+    background: Cell {
+        first: control.first
+        last: control.last
+        down: control.down
+        focused: control.visualFocus
+        hairlineInset: control.hairlineInset
+    }
+}

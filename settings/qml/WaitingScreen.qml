@@ -1,0 +1,115 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// Stands in for a page while the main thread is busy with it: says what it waits for and, when nothing can come any
+// more, offers to begin anew.
+Rectangle {
+    id: root
+
+    required property string headline
+    required property string explanation
+    required property bool lost
+    signal restartTapped
+
+    color: Theme.page
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: headline
+    Accessible.description: explanation
+
+    Column {
+        anchors { centerIn: parent; verticalCenterOffset: -parent.height * 0.06 }
+        width: Math.min(parent.width, 440) - 4 * Theme.inset
+        spacing: 12
+
+        Item {
+            width: parent.width
+            height: 52
+
+            Spinner {
+                visible: !root.lost
+                anchors.horizontalCenter: parent.horizontalCenter
+            }
+            Rectangle {
+                visible: root.lost
+                anchors.horizontalCenter: parent.horizontalCenter
+                width: 36
+                height: 36
+                radius: 18
+                color: "transparent"
+                border { width: 2.5; color: Theme.secondary }
+                antialiasing: true
+
+                Rectangle { x: 16.5; y: 9; width: 3; height: 11; radius: 1.5; color: Theme.secondary; antialiasing: true }
+                Rectangle { x: 16.25; y: 23; width: 3.5; height: 3.5; radius: 1.75; color: Theme.secondary; antialiasing: true }
+            }
+        }
+        Text {
+            width: parent.width
+            text: root.headline
+            color: Theme.text
+            font { pixelSize: 20; weight: Font.DemiBold }
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+        Text {
+            width: parent.width
+            visible: text.length > 0
+            text: root.explanation
+            color: Theme.secondary
+            font.pixelSize: 15
+            lineHeight: 1.15
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+        Item {
+            width: parent.width
+            height: 68
+            opacity: root.lost ? 1 : 0
+
+            T.AbstractButton {
+                id: restart
+
+                enabled: root.lost
+                anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom }
+                implicitWidth: implicitContentWidth + 48
+                implicitHeight: 48
+                focusPolicy: Qt.StrongFocus
+                text: qsTr("Restart Settings")
+                font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
+
+                onClicked: root.restartTapped()
+                onEnabledChanged: if (enabled) forceActiveFocus(Qt.OtherFocusReason)
+                Keys.onReturnPressed: click()
+                Keys.onEnterPressed: click()
+
+                Accessible.name: text
+                Accessible.description: root.explanation
+                Accessible.onPressAction: click()
+
+                background: Rectangle {
+                    radius: 12
+                    color: restart.down ? Qt.darker(Theme.accent, 1.2) : Theme.accent
+                    antialiasing: true
+
+                    Rectangle {
+                        visible: restart.visualFocus
+                        anchors { fill: parent; margins: -4 }
+                        radius: 16
+                        color: "transparent"
+                        border { width: 2; color: Theme.accent }
+                        antialiasing: true
+                    }
+                }
+                contentItem: Text {
+                    text: restart.text
+                    color: "white"
+                    font: restart.font
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                }
+            }
+        }
+    }
+}
