@@ -1,0 +1,78 @@
+#include "tools/lumoractl/TweakClient.h"
+
+#include "platform/foundation/NSKeyedArchiver.h"
+#include "platform/messaging/CFMessagePort.h"
+
+using platform::CFMessagePortCreateRemote;
+using platform::CFMessagePortResult;
+using platform::CFMessagePortSendRequest;
+using platform::Data;
+using platform::Dictionary;
+using platform::NSKeyedArchiver;
+using platform::NSKeyedUnarchiver;
+using platform::Result;
+using platform::Value;
+
+namespace lumora {
+namespace {
+
+using Reply = std::optional<Data>;
+
+constexpr double kTimeout = 1.0;
+
+std::string explain(CFMessagePortResult result, const std::string& port) {
+    switch (result) {
+    case platform::kCFMessagePortSendTimeout:
+        return "the tweak at " + port + " takes no messages: it was not free within 1 second";
+    case platform::kCFMessagePortReceiveTimeout:
+        return "the tweak at " + port + " took the message and did not answer within 1 second";
+    case platform::kCFMessagePortIsInvalid:
+        return "no tweak answers on " + port + ": is lumora-tweak running?";
+    case platform::kCFMessagePortBecameInvalidError:
+        return "the tweak at " + port + " went away before it had answered";
+    default:
+        return "whoever holds " + port + " is not yours or does not speak the tweak's language";
+    }
+}
+
+Result<Reply> exchange(const std::string& message, const std::optional<Data>& body) {
+    const std::string name = "com.nevo.lumora/" + message;
+    Reply reply;
+    const CFMessagePortResult result =
+        CFMessagePortSendRequest(*CFMessagePortCreateRemote(name), 0, body, kTimeout, kTimeout, &reply);
+    if (result != platform::kCFMessagePortSuccess)
+        return Result<Reply>::failure(explain(result, (platform::portsFolder() / name).string()));
+    return reply;
+}
+
+} // namespace
+
+Result<Dictionary> fetchSettings() {
+    const auto fail = [](std::string why) { return Result<Dictionary>::failure(std::move(why)); };
+    const Result<Reply> reply = exchange("requestTweakSettings", std::nullopt);
+    if (!reply)
+        return fail(reply.error());
+    if (!reply.value())
+        return fail("the tweak answered without any settings");
+    const Result<Value> read = NSKeyedUnarchiver::unarchive(*reply.value());
+    if (!read)
+        return fail("the tweak's answer is no keyed archive: " + read.error());
+    const Dictionary* settings = read.value().dictionary();
+    return settings ? Result<Dictionary>(*settings) : fail("the tweak's answer is no dictionary of settings");
+}
+
+std::optional<std::string> changeSetting(const std::string& key, const Value& value) {
+    const auto body = NSKeyedArchiver::archivedDataWithRootObject(
+        Dictionary{{"object", Dictionary{{"key", key}, {"object", value}}}});
+    if (!body)
+        return "the value is nested too deeply for an archive";
+    const Result<Reply> reply = exchange("updateSettings", body);
+    if (!reply)
+        return reply.error();
+    if (!reply.value())
+        return std::nullopt;
+    const Value error = NSKeyedUnarchiver::unarchiveObjectWithData(*reply.value())["error"];
+    return error.text() ? std::optional(*error.text()) : std::nullopt;
+}
+
+} // namespace lumora

@@ -1,0 +1,198 @@
+#include "tools/lumoractl/Streams.h"
+#include "tools/lumoractl/TweakClient.h"
+
+#include "tools/json/Json.h"
+#include "tweak/Defaults.h"
+
+#include "platform/foundation/NSKeyedArchiver.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <optional>
+#include <string>
+
+using platform::Data;
+using platform::Dictionary;
+using platform::NSKeyedArchiver;
+using platform::NSKeyedUnarchiver;
+using platform::Result;
+using platform::Value;
+
+namespace lumora {
+namespace {
+
+enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUse = 2 };
+
+struct Arguments {
+    std::string key;
+    std::string value;
+    std::string input = "-";
+    std::string output = "-";
+    bool secrets = false;
+};
+
+int report(const std::string& error, ExitCode code = kFailed) {
+    std::fputs(("lumoractl: " + error + "\n").c_str(), stderr);
+    return code;
+}
+
+int write(const std::string& name, const void* bytes, std::size_t size) {
+    const auto failed = writeAll(name, bytes, size);
+    return failed ? report(*failed) : kDone;
+}
+
+int writeJsonTo(const std::string& name, const Value& value) {
+    const Result<std::string> json = writeJson(value);
+    if (!json)
+        return report(json.error());
+    const std::string text = json.value() + "\n";
+    return write(name, text.data(), text.size());
+}
+
+Result<Value> parseJson(const Data& bytes) {
+    return readJson({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+}
+
+int list(const Arguments& arguments) {
+    Result<Dictionary> settings = fetchSettings();
+    if (!settings)
+        return report(settings.error());
+    Dictionary shown = std::move(settings).value();
+    for (const Setting& setting : knownSettings())
+        if (setting.secure && !arguments.secrets && shown.contains(setting.key))
+            shown.set(setting.key, kSecureDots);
+    return writeJsonTo("-", shown);
+}
+
+int get(const Arguments& arguments) {
+    // Dots in place of the value would look like a value to a script.
+    if (isSecure(arguments.key) && !arguments.secrets)
+        return report(arguments.key + " is a secret: ask for it with --secrets", kWrongUse);
+    const Result<Dictionary> settings = fetchSettings();
+    if (!settings)
+        return report(settings.error());
+    const Value* value = settings.value().find(arguments.key);
+    return value ? writeJsonTo("-", *value) : report(arguments.key + " is not set");
+}
+
+int set(const Arguments& arguments) {
+    Data json(arguments.value.begin(), arguments.value.end());
+    if (arguments.value == "-") {
+        Result<Data> read = readAll("-");
+        if (!read)
+            return report(read.error());
+        json = std::move(read).value();
+    }
+    const Result<Value> value = parseJson(json);
+    if (!value)
+        return report("the value is no JSON: " + value.error() + R"( (a text needs its quotes: '"text"'))", kWrongUse);
+    const auto failed = changeSetting(arguments.key, value.value());
+    return failed ? report(*failed) : kDone;
+}
+
+int archive(const Arguments& arguments) {
+    const Result<Data> json = readAll(arguments.input);
+    if (!json)
+        return report(json.error());
+    const Result<Value> value = parseJson(json.value());
+    if (!value)
+        return report("the input is no JSON: " + value.error());
+    const std::optional<Data> archived = NSKeyedArchiver::archivedDataWithRootObject(value.value());
+    if (!archived)
+        return report("the value is nested too deeply for an archive");
+    return write(arguments.output, archived->data(), archived->size());
+}
+
+int unarchive(const Arguments& arguments) {
+    const Result<Data> archived = readAll(arguments.input);
+    if (!archived)
+        return report(archived.error());
+    const Result<Value> value = NSKeyedUnarchiver::unarchive(archived.value());
+    return value ? writeJsonTo(arguments.output, value.value())
+                 : report("the input is no keyed archive: " + value.error());
+}
+
+constexpr const char* kAbout = R"(Reads and changes the settings of Lumora's tweak from a shell, as JSON.
+
+Settings travel over the tweak's ports, under $LUMORA_PORTS, else $XDG_RUNTIME_DIR, else
+/run/user/UID, else /tmp/lumora-UID.)";
+
+constexpr const char* kJsonForms = R"(JSON keeps 1, 1.0 and true apart. What it has no form for is written
+  {"$data": "base64"}
+  {"$date": "2025-01-31T08:00:00Z"}   or seconds since 2001-01-01 00:00:00 UTC
+  {"$real": "nan"}                    or "inf" or "-inf"
+and a key of your own that begins with "$" has that sign twice.)";
+
+constexpr const char* kExitStatus = "Exit status: 0 done, 1 failed, 2 wrong use.";
+
+/// The commands, each with its help, and what the chosen one does.
+class CommandLine {
+  public:
+    CommandLine() {
+        app_.footer(std::string(kJsonForms) + "\n\n" + kExitStatus);
+        app_.set_version_flag("--version", "lumoractl " LUMORA_VERSION, "Print the version and exit");
+        app_.set_help_flag("--help", "Print this help and exit; each command has its own");
+        app_.require_subcommand(1);
+
+        CLI::App* listing = command("list", "Print all settings as one JSON object", list);
+        addSecrets(*listing);
+        CLI::App* getting = command("get", "Print one setting as JSON; fails when it is not set", get);
+        addKey(*getting);
+        addSecrets(*getting);
+        CLI::App* setting = command("set", "Change one setting; fails when the tweak refuses", set);
+        addKey(*setting);
+        setting->add_option("JSON", arguments_.value, "The new value, or - to read it from standard input, out of sight")
+            ->required();
+        setting->footer("Example: lumoractl set kSleepTime 30\n"
+                        "         lumoractl set kLSDateSubtitle '\"EEEE\"'\n\n" +
+                        std::string(kExitStatus));
+        addFiles(*command("archive", "Turn JSON into a keyed archive, the form that messages have", archive));
+        addFiles(*command("unarchive", "Turn a keyed archive into JSON", unarchive));
+    }
+
+    int run(int count, const char* const* words) {
+        try {
+            app_.parse(count, words);
+        } catch (const CLI::ParseError& error) {
+            return app_.exit(error) == 0 ? kDone : kWrongUse;
+        }
+        return chosen_(arguments_);
+    }
+
+  private:
+    using Action = int (*)(const Arguments&);
+
+    CLI::App* command(const std::string& name, const std::string& help, Action action) {
+        CLI::App* command = app_.add_subcommand(name, help);
+        command->footer(kExitStatus);
+        command->callback([this, action] { chosen_ = action; });
+        return command;
+    }
+
+    void addKey(CLI::App& command) {
+        command.add_option("KEY", arguments_.key, "The preference key, such as kTweakEnabled")->required();
+    }
+
+    void addSecrets(CLI::App& command) {
+        command.add_flag("--secrets", arguments_.secrets, "Show passcodes; without it they are dots or refused");
+    }
+
+    void addFiles(CLI::App& command) {
+        command.add_option("FILE", arguments_.input, "What to read; standard input when it is - or not given");
+        command.add_option("-o,--output", arguments_.output, "What to write; standard output when it is - or not given")
+            ->type_name("FILE");
+        command.footer(std::string(kJsonForms) + "\n\n" + kExitStatus);
+    }
+
+    CLI::App app_{kAbout, "lumoractl"};
+    Arguments arguments_;
+    Action chosen_ = nullptr;
+};
+
+} // namespace
+} // namespace lumora
+
+int main(int count, char** words) {
+    return lumora::CommandLine().run(count, words);
+}

@@ -1,0 +1,160 @@
+#include "tweak/Defaults.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <initializer_list>
+
+using platform::Dictionary;
+using platform::List;
+using platform::Value;
+
+namespace lumora {
+namespace {
+
+/// Colours are stored as hue, saturation and brightness.
+constexpr std::array<std::string_view, 3> kColorComponents{"h", "s", "b"};
+
+bool isFiniteNumber(const Value& value) {
+    return value.isNumber() && std::isfinite(value.doubleValue());
+}
+
+bool isListOfTexts(const Value& value) {
+    const List* list = value.list();
+    return list && std::all_of(list->begin(), list->end(), [](const Value& entry) { return entry.text() != nullptr; });
+}
+
+bool isColor(const Value& value) {
+    const Dictionary* color = value.dictionary();
+    return color && color->size() == kColorComponents.size() &&
+           std::all_of(kColorComponents.begin(), kColorComponents.end(), [&](std::string_view name) {
+               const Value component = (*color)[name];
+               // Written so that "not a number" is no component either.
+               return component.isNumber() && component.doubleValue() >= 0 && component.doubleValue() <= 1;
+           });
+}
+
+} // namespace
+
+const std::vector<Setting>& knownSettings() {
+    static const auto& settings = *new std::vector<Setting>{
+        // The first page
+        {"kTweakEnabled", true},
+        {"kSleepTime", 10},
+        {"kSleepDisabledForAppViews", false},
+        {"kNotificationsHideOnTap", false},
+        // Lockscreen apps
+        {"kAppsEnabled", List{}},
+        {"kAppsPerRow", 4},
+        {"kAppsPerRowLandscape", 6},
+        {"kAppBadgesEnabled", true},
+        {"kAppLabelsEnabled", true},
+        {"kAppRoundedEnabled", false},
+        {"kAppIconOpacity", 1.0},
+        {"kAppIconSize", 70.0},
+        {"kIconViewBlurEnabled", true},
+        {"kSwitchTapAndLongHold", false},
+        {"kLongHoldForPluginApps", false},
+        {"kAlwaysReturnToLSEnabled", false},
+        // Auto-unlock
+        {"kAutoUnlockEnabled", false},
+        {"kAutoUnlockPasscode", "", true},
+        {"kFullAutoUnlockEnabled", false},
+        {"kAutoUnlockPasscodeConfirm", "", true},
+        {"kAutoUnlockNotifications", false},
+        {"kAUNotificationsOnMainThread", false},
+        {"kAUAppsDisabled", List{}},
+        // App views
+        {"kWidgetsEnabled", true},
+        {"kAppViewsEnabled", List{}},
+        {"kAutoUnlockWidgetPasscode", "", true},
+        // Lock screen
+        {"kLSStatusBarHidden", false},
+        {"kGrabbersDisabled", false},
+        {"kCameraGrabberDisabled", false},
+        {"kSlideToUnlockDisabled", false},
+        {"kAlwaysShowBattery", false},
+        {"kSlideToUnlockText", ""},
+        // Passcode view
+        {"kLSPasscodeBlurHidden", false},
+        {"kLSPasscodeButtonsHidden", false},
+        {"kLSPasscodeTitleHidden", false},
+        {"kLSBlurColorEnabled", false},
+        {"kLSBlurColor", Dictionary{{"h", 0.6}, {"s", 0.75}, {"b", 0.9}}},
+        {"kLSBlurCutoffEnabled", false},
+        {"kLSPBlurOpacity", 1.0},
+        {"kLSPTintOpacity", 1.0},
+        {"kLSPButtonDiam", 0.0},
+        {"kLSPButtonSpacingH", 1.0},
+        {"kLSPButtonSpacingV", 1.0},
+        // Date view
+        {"kDateViewDisabled", false},
+        {"kLSDateSubtitleHidden", false},
+        {"kLSDateSubtitle", ""},
+        {"kLSDateFontName", "Default"},
+        {"kLSDateFontSize", 87.5},
+        {"kLSDateSubtitleFontSize", 18.0},
+        {"kLSDateOffset", 0.0},
+    };
+    return settings;
+}
+
+const Setting* findSetting(std::string_view key) {
+    const auto& settings = knownSettings();
+    const auto found = std::find_if(settings.begin(), settings.end(), [&](const Setting& s) { return s.key == key; });
+    return found == settings.end() ? nullptr : &*found;
+}
+
+bool isSecure(std::string_view key) {
+    const Setting* setting = findSetting(key);
+    return setting && setting->secure;
+}
+
+std::optional<std::string> objection(const Setting& setting, const Value& value) {
+    const auto unless = [&](bool fits, std::string_view wanted) -> std::optional<std::string> {
+        if (fits)
+            return std::nullopt;
+        // A value of the right kind has wrong contents, and naming its kind would only puzzle.
+        const bool sameKind = value.kind() == setting.byDefault.kind() || (value.isNumber() && setting.byDefault.isNumber());
+        return "takes " + std::string(wanted) + (sameKind ? "" : ", not " + std::string(kindName(value.kind())));
+    };
+    switch (setting.byDefault.kind()) {
+    case Value::Kind::boolean:
+        return unless(value.boolean().has_value(), "a boolean");
+    case Value::Kind::integer:
+    case Value::Kind::real:
+        return unless(isFiniteNumber(value), "a finite number");
+    case Value::Kind::text:
+        return unless(value.text() != nullptr, "a text");
+    case Value::Kind::list:
+        return unless(isListOfTexts(value), "a list of texts");
+    default:
+        return unless(isColor(value), R"(a colour {"h", "s", "b"} of numbers from 0 to 1)");
+    }
+}
+
+std::string_view kindName(Value::Kind kind) {
+    switch (kind) {
+    case Value::Kind::nil:
+        return "nil";
+    case Value::Kind::boolean:
+        return "a boolean";
+    case Value::Kind::integer:
+        return "an integer";
+    case Value::Kind::real:
+        return "a real";
+    case Value::Kind::text:
+        return "a text";
+    case Value::Kind::data:
+        return "data";
+    case Value::Kind::date:
+        return "a date";
+    case Value::Kind::list:
+        return "a list";
+    case Value::Kind::dictionary:
+        return "a dictionary";
+    }
+    return "unknown";
+}
+
+} // namespace lumora

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/foundation/Value.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lumora {
+
+/// A setting that the tweak knows: its preference key and the value it has until it is changed.
+struct Setting {
+    std::string key;
+    platform::Value byDefault;
+    bool secure = false; ///< a passcode: shown as dots wherever people look
+};
+
+/// Every setting that the tweak knows, in the order of the pages that edit them. Keys that are not among them belong to
+/// plug-ins. Any thread.
+[[nodiscard]] const std::vector<Setting>& knownSettings();
+
+/// Null for a key that no setting of ours has.
+[[nodiscard]] const Setting* findSetting(std::string_view key);
+[[nodiscard]] bool isSecure(std::string_view key);
+
+/// What shows in place of a secure value.
+inline constexpr const char* kSecureDots = "•••";
+
+/// Why the setting cannot have the value, as "takes a number, not a text"; nothing when it can.
+///
+/// A value must be of the kind of the setting's default. Integers and reals count as one kind, finite ones only; which
+/// numbers make sense is the business of the control that sends them. A list holds texts, a colour is {"h", "s", "b"}
+/// with three numbers in [0, 1].
+[[nodiscard]] std::optional<std::string> objection(const Setting& setting, const platform::Value& value);
+
+/// The kind of a value in words: "a text", "a list".
+[[nodiscard]] std::string_view kindName(platform::Value::Kind kind);
+
+} // namespace lumora

@@ -1,0 +1,20 @@
+#include "tweak/Log.h"
+
+#include "tools/json/Json.h"
+
+namespace lumora {
+
+std::string quoted(std::string_view text) {
+    constexpr std::size_t longest = 80;
+    std::string shown(text.substr(0, longest));
+    if (text.size() > longest) {
+        // Not in the middle of a character.
+        while (!shown.empty() && (static_cast<unsigned char>(text[shown.size()]) & 0xC0U) == 0x80U)
+            shown.pop_back();
+        shown += "…";
+    }
+    const auto json = writeJson(shown, JsonLayout::line);
+    return json ? json.value() : "\"…\"";
+}
+
+} // namespace lumora

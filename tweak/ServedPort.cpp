@@ -1,0 +1,83 @@
+#include "tweak/ServedPort.h"
+
+#include "link/Notify.h"
+
+#include "platform/messaging/CFMessagePort.h"
+
+#include <chrono>
+#include <thread>
+
+using platform::CFMessagePort;
+using platform::CFMessagePortCreateRemote;
+using platform::CFMessagePortResult;
+using platform::CFMessagePortSendRequest;
+using platform::CFRunLoopRef;
+using platform::Data;
+using platform::Result;
+using std::chrono::steady_clock;
+
+namespace lumora {
+namespace {
+
+constexpr std::int32_t kMessageId = 0;
+constexpr std::int32_t kProbeId = 1;
+constexpr double kProbeTimeout = 1.0;
+constexpr std::chrono::seconds kOpeningTimeout{5};
+constexpr std::chrono::milliseconds kProbeInterval{2};
+
+/// The run loop that serves the port, once a probe has reached it.
+class ServingLoop {
+  public:
+    void set(CFRunLoopRef loop) {
+        const std::lock_guard held(mutex_);
+        loop_ = std::move(loop);
+    }
+    [[nodiscard]] CFRunLoopRef get() const {
+        const std::lock_guard held(mutex_);
+        return loop_;
+    }
+
+  private:
+    mutable std::mutex mutex_;
+    CFRunLoopRef loop_;
+};
+
+} // namespace
+
+Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, Answer answer) {
+    using Opened = Result<std::unique_ptr<ServedPort>>;
+    const auto serving = std::make_shared<ServingLoop>();
+    port(name, [serving, answer = std::move(answer)](CFMessagePort&, std::int32_t messageId,
+                                                     const std::optional<Data>& body) -> std::optional<Data> {
+        if (messageId == kMessageId)
+            return answer(body);
+        if (messageId == kProbeId)
+            serving->set(platform::CFRunLoopGetCurrent());
+        return std::nullopt;
+    });
+
+    const std::string fullName = "com.nevo.lumora/" + name;
+    const std::string path = (platform::portsFolder() / fullName).string();
+    const auto remote = CFMessagePortCreateRemote(fullName);
+    const auto deadline = steady_clock::now() + kOpeningTimeout;
+    auto result = platform::kCFMessagePortIsInvalid;
+    while (steady_clock::now() < deadline) {
+        result = CFMessagePortSendRequest(*remote, kProbeId, std::nullopt, kProbeTimeout, kProbeTimeout, nullptr);
+        if (CFRunLoopRef loop = serving->get())
+            return Opened(std::unique_ptr<ServedPort>(new ServedPort(std::move(loop))));
+        if (result != platform::kCFMessagePortIsInvalid)
+            break;
+        std::this_thread::sleep_for(kProbeInterval);
+    }
+    if (result == platform::kCFMessagePortIsInvalid)
+        return Opened::failure("cannot open the port " + path + ": is the folder yours alone, and its path short enough?");
+    return Opened::failure("another tweak holds the port " + path);
+}
+
+ServedPort::ServedPort(CFRunLoopRef loop) : loop_(std::move(loop)) {}
+
+ServedPort::~ServedPort() {
+    platform::CFRunLoopStop(loop_);
+}
+
+} // namespace lumora

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/foundation/Result.h"
+#include "platform/foundation/Value.h"
+#include "tweak/Log.h"
+
+#include <condition_variable>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace lumora {
+
+/// A descriptor that closes itself.
+class Descriptor {
+  public:
+    Descriptor() = default;
+    explicit Descriptor(int number) : number_(number) {}
+    Descriptor(Descriptor&& other) noexcept : number_(other.number_) { other.number_ = -1; }
+    Descriptor& operator=(Descriptor&&) = delete;
+    ~Descriptor();
+
+    [[nodiscard]] int number() const { return number_; }
+    explicit operator bool() const { return number_ >= 0; }
+
+  private:
+    int number_ = -1;
+};
+
+/// The file that the settings stand in, and the only one in the system who writes it.
+///
+///     auto file = SettingsFile::open(path, log);       // fails while another process has it open
+///     file.value()->replace(bytes);                    // whole in its place, or untouched
+///
+/// A replaced file survives the death of the process at once, and that of the machine within a second: a thread of its
+/// own syncs it to the device. Any thread, one call at a time.
+class SettingsFile {
+  public:
+    /// Makes the folder where there is none, and holds a lock beside the file for as long as the object lives.
+    [[nodiscard]] static platform::Result<std::unique_ptr<SettingsFile>> open(const std::filesystem::path& path, Log log);
+    SettingsFile(const SettingsFile&) = delete;
+    SettingsFile& operator=(const SettingsFile&) = delete;
+    /// Syncs what is not synced yet.
+    ~SettingsFile();
+
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+    /// Nothing inside when there is no such file yet.
+    [[nodiscard]] platform::Result<std::optional<platform::Data>> read() const;
+
+    /// Renames the file to a name that nothing has yet, and gives that name.
+    [[nodiscard]] platform::Result<std::filesystem::path> setAside() const;
+
+    /// Writes a new file and renames it over the old one. Returns why it could not, and then the old one stands.
+    /// Only the owner may read the file: there are passcodes in it.
+    [[nodiscard]] std::optional<std::string> replace(const platform::Data& bytes);
+
+  private:
+    SettingsFile(std::filesystem::path path, Descriptor folder, Descriptor lock, Log log);
+    [[nodiscard]] bool write(const platform::Data& bytes, const std::string& name) const;
+    void syncWhenChanged();
+    void sync() const;
+
+    std::filesystem::path path_;
+    std::string name_;
+    Descriptor folder_;
+    Descriptor lock_;
+    Log log_;
+
+    std::mutex state_; ///< guards the two flags
+    std::condition_variable changed_;
+    bool unsynced_ = false;
+    bool closing_ = false;
+    std::thread syncing_;
+};
+
+} // namespace lumora

@@ -1,0 +1,127 @@
+#include "tweak/SettingsStore.h"
+
+#include "tweak/Defaults.h"
+#include "tweak/Log.h"
+
+#include "platform/foundation/NSKeyedArchiver.h"
+#include "platform/foundation/PropertyList.h"
+#include "platform/messaging/CFMessagePort.h"
+
+#include <utility>
+
+using platform::Data;
+using platform::Dictionary;
+using platform::NSKeyedArchiver;
+using platform::NSKeyedUnarchiver;
+using platform::Result;
+using platform::Value;
+
+namespace lumora {
+namespace {
+
+Dictionary withDefaults(const Dictionary& changed) {
+    Dictionary settings;
+    for (const Setting& setting : knownSettings()) {
+        const Value* value = changed.find(setting.key);
+        settings.set(setting.key, value ? *value : setting.byDefault);
+    }
+    for (const auto& [key, value] : changed)
+        if (!findSetting(key))
+            settings.set(key, value);
+    return settings;
+}
+
+/// The entries that their settings can have; a line in the log for each of the others.
+Dictionary fitting(const Dictionary& stored, const std::filesystem::path& path, const Log& log) {
+    Dictionary fits;
+    for (const auto& [key, value] : stored) {
+        const Setting* setting = findSetting(key);
+        const auto wrong = setting ? objection(*setting, value) : std::nullopt;
+        if (wrong)
+            log(path.string() + ": " + key + " " + *wrong + ": its default stands in");
+        else
+            fits.set(key, value);
+    }
+    return fits;
+}
+
+Result<Dictionary> readSettings(const SettingsFile& file) {
+    Result<std::optional<Data>> bytes = file.read();
+    if (!bytes)
+        return Result<Dictionary>::failure(bytes.error());
+    if (!bytes.value())
+        return Dictionary();
+    const Result<Value> read = platform::readPropertyList(*bytes.value());
+    if (!read)
+        return Result<Dictionary>::failure(read.error());
+    const Dictionary* settings = read.value().dictionary();
+    if (!settings)
+        return Result<Dictionary>::failure("it holds " + std::string(kindName(read.value().kind())) +
+                                           " in place of a dictionary");
+    return *settings;
+}
+
+/// Whether a page that asks for the settings could read the answer.
+bool fitsAnAnswer(const Dictionary& changed) {
+    const std::optional<Data> answer = NSKeyedArchiver::archivedDataWithRootObject(withDefaults(changed));
+    return answer && static_cast<std::int64_t>(answer->size()) <= platform::kMaximumMessageBody &&
+           NSKeyedUnarchiver::unarchive(*answer);
+}
+
+} // namespace
+
+Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem::path& path, const Log& log) {
+    using Opened = Result<std::unique_ptr<SettingsStore>>;
+    Result<std::unique_ptr<SettingsFile>> opened = SettingsFile::open(path, log);
+    if (!opened)
+        return Opened::failure(opened.error());
+    std::unique_ptr<SettingsFile> file = std::move(opened).value();
+
+    Dictionary changed;
+    if (const Result<Dictionary> read = readSettings(*file)) {
+        changed = fitting(read.value(), file->path(), log);
+    } else {
+        const Result<std::filesystem::path> aside = file->setAside();
+        if (!aside)
+            return Opened::failure("cannot read " + file->path().string() + " (" + read.error() +
+                                   ") and cannot set it aside: " + aside.error());
+        log("cannot read " + file->path().string() + " (" + read.error() + "): it is set aside as " +
+            aside.value().string() + ", defaults stand in");
+    }
+    return Opened(std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed))));
+}
+
+SettingsStore::SettingsStore(std::unique_ptr<SettingsFile> file, Dictionary changed)
+    : file_(std::move(file)), changed_(std::move(changed)) {}
+
+Dictionary SettingsStore::settings() const {
+    const std::lock_guard held(changing_);
+    return withDefaults(changed_);
+}
+
+std::optional<std::string> SettingsStore::change(const std::string& key, const Value& value) {
+    if (value.isNil())
+        return quoted(key) + " cannot be nil";
+    if (const Setting* setting = findSetting(key))
+        if (const auto wrong = objection(*setting, value))
+            return key + " " + *wrong;
+
+    const std::lock_guard held(changing_);
+    Dictionary changed = changed_;
+    changed.set(key, value);
+    const Result<Data> bytes = platform::writePropertyList(changed);
+    if (!bytes)
+        return quoted(key) + " cannot be kept: " + bytes.error();
+    // What cannot be read back must not replace what can. Both readers have limits that a value can pass for itself and
+    // still exceed together with the others.
+    if (const Result<Value> back = platform::readPropertyList(bytes.value()); !back)
+        return quoted(key) + " cannot be kept: " + back.error();
+    if (!fitsAnAnswer(changed))
+        return quoted(key) + " cannot be kept: the settings would not fit into one answer any more";
+    if (auto failed = file_->replace(bytes.value()))
+        return failed;
+    changed_ = std::move(changed);
+    return std::nullopt;
+}
+
+} // namespace lumora

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "tweak/Log.h"
+#include "tweak/SettingsStore.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lumora {
+
+/// Answers the two messages of the settings bundle from a store. Any thread.
+class Tweak {
+  public:
+    struct Options {
+        std::vector<std::string> omitted; ///< keys that are left out of every answer, as if they were not set
+        bool verbose = false;             ///< a line in the log for each message
+    };
+
+    Tweak(SettingsStore& store, Options options, Log log);
+
+    /// "requestTweakSettings": the keyed archive of the settings dictionary. Whatever the body is, it is ignored.
+    [[nodiscard]] std::optional<platform::Data> requestTweakSettings() const;
+
+    /// "updateSettings": the body is a keyed archive of {"object": {"key": text, "object": value}}. No body answers a
+    /// change that is made. One that is refused is told in one line of the log and answered with the keyed archive of
+    /// {"error": that line}; the bundle ignores either.
+    [[nodiscard]] std::optional<platform::Data> updateSettings(const std::optional<platform::Data>& body);
+
+  private:
+    [[nodiscard]] std::optional<std::string> applyChange(const std::optional<platform::Data>& body);
+
+    SettingsStore& store_;
+    Options options_;
+    Log log_;
+};
+
+} // namespace lumora

@@ -1,0 +1,138 @@
+#include "tweak/ServedPort.h"
+#include "tweak/SettingsStore.h"
+#include "tweak/Tweak.h"
+
+#include "platform/foundation/DeviceRoot.h"
+#include "platform/messaging/CFMessagePort.h"
+#include "platform/messaging/Dispatch.h"
+
+#include <CLI/CLI.hpp>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+#include <pthread.h>
+#include <unistd.h>
+
+using platform::Data;
+using platform::Result;
+
+namespace lumora {
+namespace {
+
+enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUse = 2 };
+
+struct Arguments {
+    std::string root;
+    std::string settings;
+    Tweak::Options tweak;
+};
+
+void logLine(const std::string& line) {
+    // One call for each line, so that lines of two threads stay whole.
+    std::fputs(("lumora-tweak: " + line + "\n").c_str(), stderr);
+}
+
+/// The signals that ask the tweak to leave. They are blocked in every thread and waited for in the first one, so that
+/// nothing is ever interrupted half-way.
+sigset_t leavingSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    return signals;
+}
+
+void prepareSignals() {
+    const sigset_t leaving = leavingSignals();
+    pthread_sigmask(SIG_BLOCK, &leaving, nullptr);
+    // A full disk, a file-size limit or a closed log must be an error to report, not an end.
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+void waitUntilAskedToLeave() {
+    const sigset_t leaving = leavingSignals();
+    int signal = 0;
+    while (sigwait(&leaving, &signal) != 0) {}
+}
+
+/// Opens both ports and serves them until a signal comes; closing begins when this returns.
+int serve(Tweak& tweak, const std::filesystem::path& settings) {
+    // One after the other: of two tweaks that start at once, the one that gets the first port gets both.
+    const auto changes = ServedPort::open(
+        "updateSettings", [&tweak](const std::optional<Data>& body) { return tweak.updateSettings(body); });
+    if (!changes) {
+        logLine(changes.error());
+        return kFailed;
+    }
+    const auto requests = ServedPort::open(
+        "requestTweakSettings", [&tweak](const std::optional<Data>&) { return tweak.requestTweakSettings(); });
+    if (!requests) {
+        logLine(requests.error());
+        return kFailed;
+    }
+    std::cout << "lumora-tweak ready, settings at " << settings.string() << std::endl;
+    waitUntilAskedToLeave();
+    return kDone;
+}
+
+int run(const Arguments& arguments) {
+    prepareSignals();
+    if (!arguments.root.empty())
+        platform::setDeviceRoot(arguments.root);
+    const Result<std::unique_ptr<SettingsStore>> store = SettingsStore::open(
+        arguments.settings.empty() ? platform::devicePath(kSettingsPath) : std::filesystem::path(arguments.settings),
+        logLine);
+    if (!store) {
+        logLine(store.error());
+        return kFailed;
+    }
+    Tweak tweak(*store.value(), arguments.tweak, logLine);
+    const int code = serve(tweak, store.value()->path());
+    // The ports' threads may still be answering, and they remove the sockets; the tweak and its store outlive them.
+    if (!platform::dispatch_wait_until_idle(std::chrono::seconds(10))) {
+        logLine("a message is stuck: leaving without it");
+        std::_Exit(kFailed);
+    }
+    return code;
+}
+
+} // namespace
+} // namespace lumora
+
+int main(int count, char** words) {
+    lumora::Arguments arguments;
+    CLI::App app(R"(The stand-in for the device's tweak: owns every setting of Lumora and keeps it on disk.
+
+It answers the messages "requestTweakSettings" and "updateSettings" on the ports of those names under
+$LUMORA_PORTS, else $XDG_RUNTIME_DIR, else /run/user/UID, else /tmp/lumora-UID, and says on standard output
+when it is ready. SIGTERM and SIGINT end it once the change in hand is on disk.)",
+                 "lumora-tweak");
+    app.footer(R"(A change that a setting cannot have is refused, with a line on standard error. Keys that are not
+Lumora's own belong to plug-ins and are kept like any other. A settings file that cannot be read is
+renamed to FILE.unreadable, never overwritten.
+
+Exit status: 0 after SIGTERM or SIGINT, 1 when it cannot start, 2 for wrong use.)");
+    app.add_option("--root", arguments.root, "The folder that stands for the device's \"/\"; else $LUMORA_ROOT, else /")
+        ->type_name("DIR");
+    app.add_option("--settings", arguments.settings,
+                   std::string("Where the settings are kept; else ") + lumora::kSettingsPath + " under the root")
+        ->type_name("FILE");
+    app.add_option("--omit", arguments.tweak.omitted, "Answer as if KEY were not set; may be given several times")
+        ->type_name("KEY")
+        ->allow_extra_args(false);
+    app.add_flag("--verbose", arguments.tweak.verbose,
+                 "Write a line to standard error for each message, passcodes as dots");
+    app.set_version_flag("--version", "lumora-tweak " LUMORA_VERSION, "Print the version and exit");
+    app.set_help_flag("--help", "Print this help and exit");
+    try {
+        app.parse(count, words);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? lumora::kDone : lumora::kWrongUse;
+    }
+    return lumora::run(arguments);
+}
