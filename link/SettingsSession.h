@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 namespace lumora {
@@ -39,7 +40,12 @@ class SettingsSession {
     void setValue(const platform::Value& value, const std::string& key);
 
   private:
-    void store(const platform::Data& reply);
+    void replaceLock();
+    void waitOnce();
+    /// A reply landed, on a worker thread. One that holds nothing empties the slot.
+    void store(const std::optional<platform::Data>& reply);
+    static void wake(platform::NSCondition& lock);
+    [[nodiscard]] std::shared_ptr<platform::NSCondition> currentLock() const;
 
     mutable std::mutex slots_; ///< guards the two slots below, never held while waiting
     std::shared_ptr<platform::NSCondition> lock_;

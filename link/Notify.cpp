@@ -1,0 +1,66 @@
+#include "link/Notify.h"
+
+#include "platform/foundation/NSKeyedArchiver.h"
+#include "platform/messaging/CFRunLoop.h"
+#include "platform/messaging/Dispatch.h"
+
+#include <utility>
+
+namespace lumora {
+
+using namespace platform;
+
+namespace {
+
+constexpr std::int32_t kMessageId = 0; // messages are told apart by their port's name only
+constexpr double kSendTimeout = 1.0;
+constexpr double kReceiveTimeout = 1.0;
+
+std::string portName(const std::string& message) {
+    return "com.nevo.lumora/" + message;
+}
+
+DispatchQueue& workers() {
+    return dispatch_get_global_queue(0, 0);
+}
+
+/// The worker's side of notify().
+void exchange(const std::string& name, const Value& object, const ReplyBlock& reply) {
+    const auto remote = CFMessagePortCreateRemote(name);
+
+    std::optional<Data> request;
+    if (!object.isNil()) {
+        request = NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"object", object}});
+        if (!request) return; // nested too deeply for any archive
+    }
+
+    std::optional<Data> answer;
+    const auto result = CFMessagePortSendRequest(*remote, kMessageId, request, kSendTimeout, kReceiveTimeout, &answer);
+
+    // Kept on purpose: a message that fails is dropped without a word, a log line or a second try. The tweak owns every
+    // setting, so there is nothing to repair on this side; whoever waits for the reply block is prepared for it never
+    // to run.
+    if (result != kCFMessagePortSuccess) return;
+
+    if (reply) reply(answer);
+}
+
+/// The worker's side of port(): returns only when somebody stops the run loop.
+void serve(const std::string& name, CFMessagePortCallBack callout) {
+    const auto local = CFMessagePortCreateLocal(name, std::move(callout));
+    CFRunLoopAddSource(CFRunLoopGetCurrent(), CFMessagePortCreateRunLoopSource(local));
+    CFRunLoopRun();
+}
+
+} // namespace
+
+void notify(const std::string& name, const Value& object, ReplyBlock reply) {
+    dispatch_async(workers(),
+                   [port = portName(name), object, reply = std::move(reply)] { exchange(port, object, reply); });
+}
+
+void port(const std::string& name, CFMessagePortCallBack callout) {
+    dispatch_async(workers(), [port = portName(name), callout = std::move(callout)] { serve(port, callout); });
+}
+
+} // namespace lumora

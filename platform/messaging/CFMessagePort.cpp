@@ -1,0 +1,40 @@
+#include "platform/messaging/CFMessagePort.h"
+
+#include "platform/messaging/MessagePort.h"
+#include "platform/messaging/PortExchange.h"
+#include "platform/messaging/PortServer.h"
+
+namespace platform {
+
+CFMessagePortRef CFMessagePortCreateRemote(const std::string& name) {
+    auto port = std::make_shared<CFMessagePort>();
+    port->address = PortAddress::ofName(name);
+    return port;
+}
+
+CFMessagePortResult CFMessagePortSendRequest(const CFMessagePort& remote, std::int32_t messageId,
+                                             const std::optional<Data>& body, double sendTimeout, double receiveTimeout,
+                                             std::optional<Data>* reply) {
+    if (!remote.address) return kCFMessagePortIsInvalid;
+    PortExchange exchange(*remote.address);
+    auto result = exchange.send(messageId, body, sendTimeout);
+    if (result == kCFMessagePortSuccess) result = exchange.receive(receiveTimeout);
+    if (result == kCFMessagePortSuccess && reply != nullptr) *reply = exchange.takeReply();
+    return result;
+}
+
+CFMessagePortRef CFMessagePortCreateLocal(const std::string& name, CFMessagePortCallBack callout) {
+    auto port = CFMessagePortCreateRemote(name);
+    if (!port->address) return nullptr;
+    port->listener = PortListener::open(*port->address);
+    port->callout = std::move(callout);
+    return port->listener ? port : nullptr;
+}
+
+CFRunLoopSourceRef CFMessagePortCreateRunLoopSource(const CFMessagePortRef& local) {
+    if (!local || !local->listener) return nullptr;
+    auto server = std::make_shared<PortServer>(local);
+    return server->isReady() ? server : nullptr;
+}
+
+} // namespace platform

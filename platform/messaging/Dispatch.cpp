@@ -1,0 +1,195 @@
+#include "platform/messaging/Dispatch.h"
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <pthread.h>
+#include <utility>
+
+#if defined(__has_feature)
+#define LUMORA_CLANG_SANITIZER (__has_feature(address_sanitizer) || __has_feature(thread_sanitizer))
+#else
+#define LUMORA_CLANG_SANITIZER 0
+#endif
+
+namespace platform {
+
+using Block = std::function<void()>;
+
+class DispatchQueue {
+  public:
+    DispatchQueue() = default;
+    DispatchQueue(const DispatchQueue&) = delete;
+    DispatchQueue& operator=(const DispatchQueue&) = delete;
+    virtual void async(Block block) = 0;
+
+  protected:
+    ~DispatchQueue() = default; // queues live as long as the process: threads may use them to its very end
+};
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || LUMORA_CLANG_SANITIZER
+constexpr std::size_t kStackSize = 4 << 20; // instrumented frames are many times as large
+#else
+constexpr std::size_t kStackSize = 256 << 10;
+#endif
+
+constexpr int kMostThreads = 256;
+constexpr std::chrono::milliseconds kIdleTime(1500);
+
+/// A pool in which one thread at least is always looking for work, until the cap is reached.
+///
+/// The thread that takes an item first sees to it that another one looks; only then it runs the item, which may be
+/// stuck for seconds. So handing in an item never has to start a thread, with the exception of the very first item and
+/// of those that follow when the system refused a thread.
+class GlobalQueue final : public DispatchQueue {
+  public:
+    void async(Block block) override {
+        std::unique_lock held(mutex_);
+        items_.push_back(std::move(block));
+        ++unfinished_;
+        const bool alone = claimLooker();
+        held.unlock();
+        if (alone) startLooker();
+        available_.notify_one();
+    }
+
+    bool waitUntilIdle(std::chrono::milliseconds atMost) {
+        std::unique_lock held(mutex_);
+        return idle_.wait_for(held, atMost, [this] { return unfinished_ == 0; });
+    }
+
+  private:
+    /// Reserves the place of a thread that is to look for work, if none does and one may be started.
+    bool claimLooker() {
+        if (looking_ > 0 || threads_ == kMostThreads) return false;
+        ++looking_;
+        ++threads_;
+        return true;
+    }
+
+    void startLooker() {
+        pthread_attr_t attributes;
+        pthread_attr_init(&attributes);
+        pthread_attr_setstacksize(&attributes, kStackSize);
+        pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+        pthread_t thread{};
+        const auto main = [](void* queue) -> void* {
+            static_cast<GlobalQueue*>(queue)->work();
+            return nullptr;
+        };
+        const int error = pthread_create(&thread, &attributes, main, this);
+        pthread_attr_destroy(&attributes);
+        if (error == 0) return;
+
+        // Nothing is lost: the items stay, for the next thread that is done with its own or can be started.
+        const std::lock_guard held(mutex_);
+        --looking_;
+        --threads_;
+    }
+
+    void work() {
+        std::unique_lock held(mutex_);
+        while (waitForItem(held)) {
+            Block item = std::move(items_.front());
+            items_.pop_front();
+            --looking_;
+            const bool alone = claimLooker();
+            held.unlock();
+            if (alone) startLooker();
+            item();
+            item = nullptr; // what it holds goes before it counts as done
+            held.lock();
+            ++looking_;
+            if (--unfinished_ == 0) idle_.notify_all();
+        }
+        --looking_;
+        --threads_;
+    }
+
+    /// False when the thread should leave: others look for work and there has been none for a while.
+    bool waitForItem(std::unique_lock<std::mutex>& held) {
+        while (items_.empty()) {
+            if (looking_ == 1) {
+                available_.wait(held);
+            } else if (available_.wait_for(held, kIdleTime) == std::cv_status::timeout && items_.empty() &&
+                       looking_ > 1) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    std::mutex mutex_;
+    std::condition_variable available_;
+    std::condition_variable idle_;
+    std::deque<Block> items_;
+    std::size_t unfinished_ = 0; ///< waiting or running
+    int threads_ = 0;
+    int looking_ = 0; ///< threads that wait for an item, or are about to
+};
+
+class MainQueue final : public DispatchQueue {
+  public:
+    void async(Block block) override {
+        {
+            const std::lock_guard held(mutex_);
+            items_.push_back(std::move(block));
+        }
+        available_.notify_one();
+    }
+
+    [[noreturn]] void serve() {
+        while (true)
+            next()();
+    }
+
+  private:
+    Block next() {
+        std::unique_lock held(mutex_);
+        available_.wait(held, [this] { return !items_.empty(); });
+        Block item = std::move(items_.front());
+        items_.pop_front();
+        return item;
+    }
+
+    std::mutex mutex_;
+    std::condition_variable available_;
+    std::deque<Block> items_;
+};
+
+GlobalQueue& globalQueue() {
+    static auto& queue = *new GlobalQueue;
+    return queue;
+}
+
+MainQueue& mainQueue() {
+    static auto& queue = *new MainQueue;
+    return queue;
+}
+
+} // namespace
+
+DispatchQueue& dispatch_get_global_queue(long /*priority*/, unsigned long /*flags*/) {
+    return globalQueue();
+}
+
+DispatchQueue& dispatch_get_main_queue() {
+    return mainQueue();
+}
+
+void dispatch_async(DispatchQueue& queue, std::function<void()> block) {
+    queue.async(std::move(block));
+}
+
+void dispatch_main() {
+    mainQueue().serve();
+}
+
+bool dispatch_wait_until_idle(std::chrono::milliseconds atMost) {
+    return globalQueue().waitUntilIdle(atMost);
+}
+
+} // namespace platform

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/messaging/FileDescriptor.h"
+
+#include <cstdint>
+
+namespace platform {
+
+/// Waits for many descriptors at once, on one thread; wake() alone may come from another.
+class Poller {
+  public:
+    /// Is called when its descriptor is ready. It may end its own watching, and its own life, but no other's.
+    class Watcher {
+      public:
+        Watcher() = default;
+        Watcher(const Watcher&) = delete;
+        Watcher& operator=(const Watcher&) = delete;
+        virtual void ready() = 0;
+
+      protected:
+        ~Watcher() = default;
+    };
+
+    Poller();
+
+    /// False when no descriptor was left for it: it watches nothing then, and must not be waited on.
+    [[nodiscard]] bool isOpen() const;
+
+    /// `events` are epoll's: EPOLLIN, EPOLLOUT or neither. Watching ends with remove() or when the descriptor is
+    /// closed.
+    [[nodiscard]] bool add(int descriptor, std::uint32_t events, Watcher& watcher);
+    void change(int descriptor, std::uint32_t events, Watcher& watcher);
+    void remove(int descriptor);
+
+    /// Waits until something is ready or wake() was called, and calls the watchers concerned.
+    void wait();
+    void wake();
+
+  private:
+    FileDescriptor epoll_;
+    FileDescriptor wake_;
+};
+
+} // namespace platform

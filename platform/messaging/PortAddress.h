@@ -1,0 +1,38 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+namespace platform {
+
+/// Where the port of a name lives: the path of its socket, known to fit a socket address. Any thread.
+class PortAddress {
+  public:
+    /// Nothing for a name that makes no path below the ports folder: an empty, "." or ".." component, a NUL, or more
+    /// bytes than a socket address holds.
+    [[nodiscard]] static std::optional<PortAddress> ofName(const std::string& name);
+
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    /// Makes the folders down to the socket with mode 0700. False when one of them, the ports folder included, belongs
+    /// to someone else, can be written by others, or is a symbolic link.
+    [[nodiscard]] bool makeFolders() const;
+    /// connect() to it: 0 or the error number.
+    [[nodiscard]] int connect(int socket) const;
+    /// bind() to it: 0 or the error number.
+    [[nodiscard]] int bind(int socket) const;
+
+  private:
+    PortAddress(std::filesystem::path folder, std::filesystem::path path);
+
+    std::filesystem::path folder_;
+    std::filesystem::path path_;
+    sockaddr_un address_{};
+};
+
+/// Whether the process at the other end belongs to this user or to root.
+[[nodiscard]] bool peerIsTrusted(int socket);
+
+} // namespace platform

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/messaging/FileDescriptor.h"
+#include "platform/messaging/PortAddress.h"
+
+#include <memory>
+#include <sys/types.h>
+
+namespace platform {
+
+/// The listening socket of a local port, and the claim to its name.
+///
+/// The claim is a lock on a file beside the socket, held for life: whoever holds it may replace the socket file. So two
+/// starters can never both take over a dead process's socket.
+class PortListener {
+  public:
+    /// Null when the name is taken by a live port, or no socket can stand there.
+    [[nodiscard]] static std::unique_ptr<PortListener> open(const PortAddress& address);
+    /// Removes the socket file, if it is still this one.
+    ~PortListener();
+    PortListener(const PortListener&) = delete;
+    PortListener& operator=(const PortListener&) = delete;
+
+    /// Non-blocking.
+    [[nodiscard]] int socket() const { return socket_.number(); }
+
+  private:
+    explicit PortListener(const PortAddress& address) : address_(address) {}
+    [[nodiscard]] bool lock();
+    [[nodiscard]] bool removeDeadSocket() const;
+    [[nodiscard]] bool listen();
+
+    PortAddress address_;
+    FileDescriptor lock_; ///< outlives the socket, so that the name is given up last
+    FileDescriptor socket_;
+    dev_t device_ = 0; ///< with file_, tells our socket file from one that came after it
+    ino_t file_ = 0;   ///< zero while there is none
+};
+
+} // namespace platform

@@ -1,0 +1,135 @@
+#include "platform/messaging/PortServer.h"
+
+#include "platform/messaging/MessagePort.h"
+#include "platform/messaging/PortFrame.h"
+
+#include <cerrno>
+#include <span>
+#include <sys/epoll.h>
+#include <sys/socket.h>
+#include <sys/timerfd.h>
+#include <utility>
+
+namespace platform {
+
+/// One client: reads its requests and writes the replies, in turn. While a reply waits for the client to read, nothing
+/// more is read from it.
+class PortServer::Connection final : public Poller::Watcher {
+  public:
+    Connection(PortServer& server, FileDescriptor socket) : server_(server), socket_(std::move(socket)) {}
+
+    void ready() override {
+        const bool open = reply_ ? writeReply() : read();
+        if (!open) server_.drop(socket_.number()); // ends this object
+    }
+
+  private:
+    using Bytes = std::span<const std::uint8_t>;
+
+    /// All of these say whether the connection goes on.
+    bool read() {
+        auto& buffer = server_.received_;
+        const auto count = ::recv(socket_.number(), buffer.data(), buffer.size(), MSG_DONTWAIT);
+        if (count < 0) return errno == EAGAIN || errno == EINTR;
+        if (count == 0) return false;
+        return take(Bytes(buffer).first(static_cast<std::size_t>(count)));
+    }
+
+    bool take(Bytes bytes) {
+        while (!bytes.empty()) {
+            bytes = bytes.subspan(reader_.feed(bytes));
+            if (reader_.state() == PortFrameReader::State::broken) return false;
+            if (reader_.state() == PortFrameReader::State::partial) return true;
+            if (!answer(reader_.take())) return false;
+            if (reply_) {
+                unread_.assign(bytes.begin(), bytes.end());
+                return true;
+            }
+        }
+        return true;
+    }
+
+    bool answer(const PortFrame& request) {
+        auto body = server_.port_->callout(*server_.port_, request.messageId, request.body);
+        if (body && std::cmp_greater(body->size(), kMaximumMessageBody)) return false;
+        PortFrameWriter reply(0, std::move(body));
+        const auto state = reply.write(socket_.number());
+        if (state == PortFrameWriter::State::blocked) {
+            reply_.emplace(std::move(reply));
+            server_.poller_->change(socket_.number(), EPOLLOUT, *this);
+        }
+        return state != PortFrameWriter::State::closed;
+    }
+
+    bool writeReply() {
+        const auto state = reply_->write(socket_.number());
+        if (state != PortFrameWriter::State::done) return state == PortFrameWriter::State::blocked;
+        reply_.reset();
+        server_.poller_->change(socket_.number(), EPOLLIN, *this);
+        return take(std::exchange(unread_, {}));
+    }
+
+    PortServer& server_;
+    FileDescriptor socket_;
+    PortFrameReader reader_;
+    std::optional<PortFrameWriter> reply_; ///< while part of it is unwritten
+    Data unread_;                          ///< what came in the same read behind the request of that reply
+};
+
+PortServer::Pause::Pause(PortServer& server)
+    : server_(server), timer_(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
+}
+
+void PortServer::Pause::begin() {
+    constexpr itimerspec tenthOfASecond{{0, 0}, {0, 100'000'000}};
+    ::timerfd_settime(timer_.number(), 0, &tenthOfASecond, nullptr);
+}
+
+void PortServer::Pause::ready() {
+    std::uint64_t rings = 0;
+    [[maybe_unused]] const auto taken = ::read(timer_.number(), &rings, sizeof rings);
+    server_.resumeAccepting();
+}
+
+PortServer::PortServer(CFMessagePortRef port) : port_(std::move(port)), pause_(*this), received_{} {
+}
+
+PortServer::~PortServer() = default;
+
+void PortServer::schedule(Poller& poller) {
+    if (poller_ != nullptr) return;
+    if (poller.add(pause_.timer(), EPOLLIN, pause_) && poller.add(port_->listener->socket(), EPOLLIN, *this))
+        poller_ = &poller;
+}
+
+void PortServer::cancel() {
+    if (poller_ == nullptr) return;
+    connections_.clear();
+    poller_->remove(port_->listener->socket());
+    poller_->remove(pause_.timer());
+    poller_ = nullptr;
+}
+
+void PortServer::ready() {
+    FileDescriptor socket(::accept4(port_->listener->socket(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (!socket) {
+        const bool exhausted = errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM;
+        if (exhausted) {
+            // The client stays in the backlog and the socket readable: without a pause this would spin.
+            poller_->change(port_->listener->socket(), 0, *this);
+            pause_.begin();
+        }
+        return;
+    }
+    if (!peerIsTrusted(socket.number())) return;
+
+    const int number = socket.number();
+    auto connection = std::make_unique<Connection>(*this, std::move(socket));
+    if (poller_->add(number, EPOLLIN, *connection)) connections_.emplace(number, std::move(connection));
+}
+
+void PortServer::resumeAccepting() {
+    poller_->change(port_->listener->socket(), EPOLLIN, *this);
+}
+
+} // namespace platform

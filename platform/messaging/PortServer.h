@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/messaging/CFMessagePort.h"
+#include "platform/messaging/CFRunLoopSource.h"
+#include "platform/messaging/FileDescriptor.h"
+
+#include <array>
+#include <memory>
+#include <unordered_map>
+
+namespace platform {
+
+/// Serves a local port: accepts connections and answers their frames through the port's callout, one at a time.
+///
+/// No descriptor ever blocks it, so a slow or silent client delays no other. Lives on its run loop's thread.
+class PortServer final : public CFRunLoopSource, private Poller::Watcher {
+  public:
+    explicit PortServer(CFMessagePortRef port);
+    ~PortServer() override;
+
+    /// False when no descriptor was left for what it needs.
+    [[nodiscard]] bool isReady() const { return pause_.timer() >= 0; }
+    void schedule(Poller& poller) override;
+    void cancel() override;
+
+  private:
+    class Connection;
+
+    /// Rings when it is time to try accepting again.
+    class Pause final : public Poller::Watcher {
+      public:
+        explicit Pause(PortServer& server);
+        void begin();
+        void ready() override;
+        [[nodiscard]] int timer() const { return timer_.number(); }
+
+      private:
+        PortServer& server_;
+        FileDescriptor timer_;
+    };
+
+    void ready() override;
+    void resumeAccepting();
+    void drop(int socket) { connections_.erase(socket); }
+
+    CFMessagePortRef port_;
+    Pause pause_;
+    Poller* poller_ = nullptr; ///< while scheduled
+    std::unordered_map<int, std::unique_ptr<Connection>> connections_;
+    std::array<std::uint8_t, 64 << 10> received_; ///< where every read lands first
+};
+
+} // namespace platform
