@@ -1,0 +1,74 @@
+# What ./run, ./test, bench/run and scripts/lint share: packages and builds. Sourced, not run.
+# shellcheck shell=bash disable=SC2034
+
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+say() { printf '%s\n' "$*" >&2; }
+fail() { say "$(basename "$0"): $*"; exit 1; }
+
+build_packages=(g++ cmake ninja-build pkg-config python3 libglib2.0-dev libcli11-dev nlohmann-json3-dev
+  qt6-base-dev qt6-declarative-dev libgl-dev
+  qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtquick-controls
+  qml6-module-qtqml-workerscript fonts-inter)
+test_packages=(libgtest-dev libgmock-dev libplist-dev xvfb xauth xdotool dbus-daemon at-spi2-core
+  gir1.2-atspi-2.0 python3-pyatspi qml6-module-qttest)
+bench_packages=(libbenchmark-dev libplist-dev libsystemd-dev dbus-daemon xvfb xauth)
+lint_packages=(clang clang-format clang-tidy shellcheck qt6-declarative-dev-tools)
+fuzz_packages=(clang libclang-rt-14-dev)
+
+# install_packages PACKAGE…: installs what is missing, or says exactly what to install by hand.
+install_packages() {
+  local missing=() package
+  for package in "$@"; do
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  local -a as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    if command -v sudo >/dev/null && sudo -n true 2>/dev/null; then as_root=(sudo); else by_hand "there is no root here" "${missing[@]}"; fi
+  fi
+  command -v apt-get >/dev/null || by_hand "there is no apt-get here" "${missing[@]}"
+  say "Installing ${#missing[@]} packages: ${missing[*]}"
+  local log
+  log=$(mktemp)
+  if ! { "${as_root[@]}" apt-get update -qq &&
+         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    tail -n 15 "$log" >&2
+    by_hand "apt-get failed, as it says above" "${missing[@]}"
+  fi
+  rm -f "$log"
+}
+
+by_hand() {
+  say "$(basename "$0"): packages are missing and $1. Install them by hand, then call this again:"
+  shift
+  say "    apt-get install --no-install-recommends $*"
+  exit 1
+}
+
+# build PRESET OPTION… -- TARGET…: configures when the options are not yet so, then builds the targets (all without one).
+build() {
+  local preset=$1 folder=$top/build/$1 option log
+  local -a options=()
+  shift
+  while [ $# -gt 0 ] && [ "$1" != -- ]; do options+=("$1"); shift; done
+  [ $# -gt 0 ] && shift
+  local configured=1
+  [ -f "$folder/build.ninja" ] || configured=0
+  for option in "${options[@]}"; do
+    grep -qs "^$(printf '%s' "${option#-D}" | sed 's/=/:[A-Z]*=/')\$" "$folder/CMakeCache.txt" || configured=0
+  done
+  if [ $configured = 0 ]; then
+    log=$(mktemp)
+    say "Configuring build/$preset"
+    (cd "$top" && cmake --preset "$preset" "${options[@]}") >"$log" 2>&1 || { cat "$log" >&2; fail "cmake could not configure build/$preset"; }
+    rm -f "$log"
+  fi
+  if ! ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
+    say "Building build/$preset (a first build takes a few minutes)"
+    log=$(mktemp)
+    ninja -C "$folder" "$@" >"$log" 2>&1 || { grep -v '^\[' "$log" | tail -n 60 >&2; fail "the build of build/$preset failed"; }
+    grep -i 'warning:' "$log" >&2 || true
+    rm -f "$log"
+  fi
+}
