@@ -25,8 +25,9 @@ struct OptionList : testing::Test {
     std::shared_ptr<PSListItemsController> page = make<PSListItemsController>();
 
     void open(std::vector<Value> values, std::vector<std::string> titles) {
-        auto row = PSSpecifier::preferenceSpecifierNamed("Sleep After", &target, selector(&Target::set), selector(&Target::get),
-                                                         "PSListItemsController", platform::PSLinkListCell, false);
+        auto row = PSSpecifier::preferenceSpecifierNamed("Sleep After", &target, selector(&Target::set),
+                                                         selector(&Target::get), "PSListItemsController",
+                                                         platform::PSLinkListCell, false);
         row->setValues(std::move(values), titles, titles);
         page->setSpecifier(row);
     }

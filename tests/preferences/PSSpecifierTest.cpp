@@ -18,8 +18,8 @@ struct Target final : platform::NSObject {
 };
 
 platform::PSSpecifierRef rowFor(Target* target) {
-    auto row = PSSpecifier::preferenceSpecifierNamed("Name", target, selector(&Target::set), selector(&Target::get), "SomePage",
-                                                     platform::PSSwitchCell, false);
+    auto row = PSSpecifier::preferenceSpecifierNamed("Name", target, selector(&Target::set), selector(&Target::get),
+                                                     "SomePage", platform::PSSwitchCell, false);
     row->action = selector(&Target::tap);
     return row;
 }
@@ -60,7 +60,8 @@ TEST(PSSpecifier, CallsItsOperationsOnItsTarget) {
 
 TEST(PSSpecifier, WithoutOperationsReadsNilAndIgnoresTheRest) {
     Target target;
-    const auto row = PSSpecifier::preferenceSpecifierNamed("", &target, nullptr, nullptr, {}, platform::PSStaticTextCell, false);
+    const auto row =
+        PSSpecifier::preferenceSpecifierNamed("", &target, nullptr, nullptr, {}, platform::PSStaticTextCell, false);
     row->performSetter(1);
     row->performAction();
     EXPECT_TRUE(row->performGetter().isNil());

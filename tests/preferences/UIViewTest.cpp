@@ -56,7 +56,8 @@ TEST_F(Autoresizing, WithFlexibleWidthAndTopMarginStaysAtTheBottom) {
 }
 
 TEST_F(Autoresizing, SharesTheGrowthInProportionToTheFlexibleParts) {
-    const unsigned leftAndWidth = platform::UIViewAutoresizingFlexibleLeftMargin | platform::UIViewAutoresizingFlexibleWidth;
+    const unsigned leftAndWidth =
+        platform::UIViewAutoresizingFlexibleLeftMargin | platform::UIViewAutoresizingFlexibleWidth;
     EXPECT_EQ(afterGrowthBy(28, 0, leftAndWidth), CGRectMake(22, 20, 286, 310));
 }
 

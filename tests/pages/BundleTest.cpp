@@ -1,0 +1,94 @@
+#include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/NSBundle.h"
+#include "platform/preferences/PSListController.h"
+#include "tests/pages/RecordingTweak.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace {
+
+using platform::NSBundle;
+namespace fs = std::filesystem;
+
+const fs::path lumoraBundle = fs::path(LUMORA_TEST_ROOT) / "Library/PreferenceBundles/Lumora.bundle";
+
+/// A folder that looks like Lumora.bundle, to be broken.
+struct BrokenBundle : testing::Test {
+    fs::path folder = fs::path(testing::TempDir()) / "Broken.bundle";
+    void SetUp() override {
+        fs::remove_all(folder);
+        fs::copy(lumoraBundle, folder);
+    }
+    void TearDown() override { fs::remove_all(folder); }
+    std::string errorOfLoading() const {
+        const platform::Result<bool> loaded = NSBundle::bundleWithPath(folder)->load();
+        return loaded ? "" : loaded.error();
+    }
+};
+
+TEST_F(BrokenBundle, CutShortIsRefusedBeforeItIsMapped) {
+    const auto whole = fs::file_size(folder / "Lumora");
+    for (const auto length :
+         {whole / 2, whole / 3, std::uintmax_t{4096}, std::uintmax_t{64}, std::uintmax_t{10}, std::uintmax_t{0}}) {
+        fs::resize_file(folder / "Lumora", length);
+        EXPECT_NE(errorOfLoading().find("cannot be loaded"), std::string::npos) << length;
+    }
+}
+
+TEST_F(BrokenBundle, WithAForeignFileInsteadOfCodeIsRefused) {
+    std::ofstream(folder / "Lumora", std::ios::trunc) << "#!/bin/sh\necho not a library\n" << std::string(4096, '#');
+    EXPECT_NE(errorOfLoading().find("no shared object"), std::string::npos);
+}
+
+TEST_F(BrokenBundle, WithoutAnInfoPlistOrWithAWrongOneIsRefused) {
+    fs::remove(folder / "Info.plist");
+    EXPECT_NE(errorOfLoading().find("Info.plist"), std::string::npos);
+    std::ofstream(folder / "Info.plist") << "<plist><dict><key>CFBundleExecutable</key></dict>";
+    EXPECT_NE(errorOfLoading().find("Info.plist"), std::string::npos);
+    std::ofstream(folder / "Info.plist")
+        << "<plist><dict><key>CFBundleExecutable</key><string>../Lumora</string></dict></plist>";
+    EXPECT_NE(errorOfLoading(), "") << "an executable outside the bundle";
+}
+
+TEST_F(BrokenBundle, ThatIsNoFolderIsNoBundle) {
+    EXPECT_EQ(NSBundle::bundleWithPath(folder / "Info.plist"), nullptr);
+    EXPECT_EQ(NSBundle::bundleWithPath(folder / "nothing"), nullptr);
+}
+
+TEST(LumoraBundle, FindsResourcesOnlyInsideItself) {
+    const auto bundle = NSBundle::bundleWithPath(lumoraBundle);
+    ASSERT_NE(bundle, nullptr);
+    EXPECT_EQ(bundle->pathForResource("mail", "png"), lumoraBundle / "mail.png");
+    EXPECT_EQ(bundle->pathForResource("mail", "jpg"), fs::path());
+    EXPECT_EQ(bundle->pathForResource("../Lumora.bundle/mail", "png"), fs::path());
+    EXPECT_EQ(bundle->pathForResource("", ""), fs::path());
+}
+
+TEST(LumoraBundle, LoadsAndItsRootPageFindsItsIconsInIt) {
+    tests::RecordingTweak::shared();
+    const auto bundle = NSBundle::bundleWithPath(lumoraBundle);
+    ASSERT_NE(bundle, nullptr);
+    EXPECT_EQ(bundle->principalClass(), nullptr) << "not before it is loaded";
+    const platform::Result<bool> loaded = bundle->load();
+    ASSERT_TRUE(loaded) << loaded.error();
+    EXPECT_TRUE(bundle->load()) << "a second time is no matter";
+
+    const platform::Class rootClass = bundle->principalClass();
+    ASSERT_NE(rootClass, nullptr);
+    EXPECT_EQ(rootClass->name, "LumoraPreferences");
+    const auto root = std::dynamic_pointer_cast<platform::PSListController>(rootClass->make());
+    ASSERT_NE(root, nullptr);
+    const auto rows = root->specifiers();
+    ASSERT_EQ(rows->size(), 15U);
+    for (const std::size_t button : {13U, 14U}) {
+        const auto icon = rows->at(button)->imageProperty("iconImage");
+        ASSERT_NE(icon, nullptr);
+        EXPECT_EQ(icon->size(), (platform::CGSize{29, 29}));
+        EXPECT_NE(icon->encoded(1), icon->encoded(2)) << "one picture for each of two resolutions";
+    }
+    EXPECT_EQ(NSBundle::bundleForClass(typeid(*root))->bundlePath(), lumoraBundle);
+}
+
+} // namespace

@@ -1,0 +1,226 @@
+#include "pages/PreferenceHelper.h"
+
+#include "platform/foundation/NSBundle.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+
+namespace {
+
+using lumora::PreferenceHelper;
+using lumora::PreferenceHelperAdditions::addIcon;
+using platform::make;
+using platform::selector;
+using platform::Value;
+namespace fs = std::filesystem;
+
+struct Page final : platform::PSListController {
+    std::map<std::string, Value> stored;
+    std::string lastTap;
+    Value getValue(platform::PSSpecifier& row) { return stored[row.identifier()]; }
+    void setValue(const Value& value, platform::PSSpecifier& row) { stored[row.identifier()] = value; }
+    Value getOther(platform::PSSpecifier& /*row*/) { return "other"; }
+    void setOther(const Value& value, platform::PSSpecifier& /*row*/) { stored["other"] = value; }
+    void tapped(platform::PSSpecifier& sender) { lastTap = sender.name(); }
+};
+
+struct RowBuilder : testing::Test {
+    std::shared_ptr<Page> page = make<Page>();
+    std::shared_ptr<PreferenceHelper> helper =
+        make<PreferenceHelper>(page.get(), selector(&Page::setValue), selector(&Page::getValue));
+
+    /// That the row reads and writes the page's entry under the key.
+    void expectBoundTo(const platform::PSSpecifierRef& row, const std::string& key) {
+        EXPECT_EQ(row->identifier(), key);
+        EXPECT_EQ(row->target(), page.get());
+        EXPECT_TRUE(row->performGetter().isNil());
+        row->performSetter(42);
+        EXPECT_EQ(page->stored[key], Value(42));
+        EXPECT_EQ(row->performGetter(), Value(42));
+    }
+    static void expectUnbound(const platform::PSSpecifierRef& row) {
+        EXPECT_FALSE(row->setAction());
+        EXPECT_FALSE(row->getAction());
+    }
+};
+
+TEST_F(RowBuilder, MakesAButtonThatCallsThePageWithTheRow) {
+    const auto row = helper->button("@handle", selector(&Page::tapped));
+    EXPECT_EQ(row->cellType(), 13);
+    EXPECT_EQ(row->name(), "@handle");
+    EXPECT_EQ(row->target(), page.get());
+    expectUnbound(row);
+    row->performAction();
+    EXPECT_EQ(page->lastTap, "@handle");
+}
+
+TEST_F(RowBuilder, MakesALinkToAPageClass) {
+    const auto row = helper->link("Apps", "AppsController");
+    EXPECT_EQ(row->cellType(), 1);
+    EXPECT_EQ(row->name(), "Apps");
+    EXPECT_EQ(row->target(), page.get());
+    EXPECT_EQ(row->detail().name(), "AppsController");
+    EXPECT_EQ(row->identifier(), "");
+    expectUnbound(row);
+}
+
+TEST_F(RowBuilder, MakesAnOptionListWithTitlesAsShortTitles) {
+    const auto row = helper->link("Sleep After", "kSleepTime", {"5 Seconds", "Never"}, {5, 3600});
+    EXPECT_EQ(row->cellType(), 2);
+    EXPECT_EQ(row->name(), "Sleep After");
+    EXPECT_EQ(row->detail().name(), "PSListItemsController");
+    EXPECT_EQ(row->titles(), (std::vector<std::string>{"5 Seconds", "Never"}));
+    EXPECT_EQ(row->shortTitles(), row->titles());
+    EXPECT_EQ(row->values(), (std::vector<Value>{5, 3600}));
+    expectBoundTo(row, "kSleepTime");
+}
+
+TEST_F(RowBuilder, PassesOptionListsOfUnequalLengthOnUnchecked) {
+    const auto row = helper->link("Odd", "kOdd", {"one", "two"}, {1});
+    EXPECT_EQ(row->titles().size(), 2U);
+    EXPECT_EQ(row->values().size(), 1U);
+}
+
+TEST_F(RowBuilder, MakesASwitchWhoseKeyIsThePropertyId) {
+    const auto row = helper->toggle("Enable", "kEnabled");
+    EXPECT_EQ(row->cellType(), 6);
+    EXPECT_EQ(row->name(), "Enable");
+    EXPECT_EQ(row->property("id"), Value("kEnabled"));
+    expectBoundTo(row, "kEnabled");
+}
+
+TEST_F(RowBuilder, MakesASwitchWithOperationsOfItsOwn) {
+    const auto row = helper->toggle("Enable", "kEnabled", selector(&Page::setOther), selector(&Page::getOther));
+    EXPECT_EQ(row->cellType(), 6);
+    EXPECT_EQ(row->identifier(), "kEnabled");
+    EXPECT_EQ(row->performGetter(), Value("other"));
+    row->performSetter(true);
+    EXPECT_EQ(page->stored["other"], Value(true));
+}
+
+TEST_F(RowBuilder, MakesGroupsWithHeadersAndFooters) {
+    const auto header = helper->header("General");
+    EXPECT_EQ(header->cellType(), 0);
+    EXPECT_EQ(header->name(), "General");
+    EXPECT_FALSE(header->hasProperty("footerText"));
+    expectUnbound(header);
+
+    const auto both = helper->header("Hide Items", "On = Hidden");
+    EXPECT_EQ(both->name(), "Hide Items");
+    EXPECT_EQ(both->property("footerText"), Value("On = Hidden"));
+}
+
+TEST_F(RowBuilder, MakesFootersAndSpacersWithTheEmptyTextAsName) {
+    const auto footer = helper->footer("A note");
+    EXPECT_EQ(footer->cellType(), 0);
+    EXPECT_EQ(footer->name(), "");
+    EXPECT_EQ(footer->property("footerText"), Value("A note"));
+    const auto spacer = helper->spacer();
+    EXPECT_EQ(spacer->cellType(), 0);
+    EXPECT_EQ(spacer->name(), "");
+    EXPECT_FALSE(spacer->hasProperty("footerText"));
+}
+
+TEST_F(RowBuilder, IsItselfTheTargetOfStaticText) {
+    const auto row = helper->static_("Opacity (1.0)");
+    EXPECT_EQ(row->cellType(), 7);
+    EXPECT_EQ(row->name(), "Opacity (1.0)");
+    EXPECT_EQ(row->target(), helper.get());
+    expectUnbound(row);
+}
+
+TEST_F(RowBuilder, MakesSlidersThatShowTheirValueUnlessTold) {
+    const auto row = helper->slider("kOpacity", 0.1F, 1.0F);
+    EXPECT_EQ(row->cellType(), 5);
+    EXPECT_EQ(row->name(), "");
+    EXPECT_EQ(row->property("min"), Value(0.1F)) << "bounds are single-precision numbers";
+    EXPECT_NE(row->property("min"), Value(0.1));
+    EXPECT_EQ(row->property("max"), Value(1.0));
+    EXPECT_EQ(row->property("showValue"), Value(true));
+    expectBoundTo(row, "kOpacity");
+
+    EXPECT_EQ(helper->slider("kOpacity", 0, 1, false)->property("showValue"), Value(false));
+    EXPECT_EQ(helper->slider("kOpacity", 0, 1, true)->property("showValue"), Value(true));
+}
+
+TEST_F(RowBuilder, MakesFieldsWhoseFirstTextIsThePlaceholder) {
+    const auto plain = helper->field("Date Subtitle Text", "kLSDateSubtitle");
+    const auto secure = helper->field("Passcode", "kPasscode", true);
+    EXPECT_EQ(plain->cellType(), 8);
+    EXPECT_EQ(helper->field("x", "y", false)->cellType(), 8);
+    EXPECT_EQ(secure->cellType(), 12);
+    for (const auto& [row, placeholder] : {std::pair(plain, "Date Subtitle Text"), std::pair(secure, "Passcode")}) {
+        const auto field = std::dynamic_pointer_cast<platform::PSTextFieldSpecifier>(row);
+        ASSERT_NE(field, nullptr);
+        EXPECT_EQ(field->placeholder(), placeholder);
+        EXPECT_EQ(field->name(), "");
+    }
+    expectBoundTo(secure, "kPasscode");
+}
+
+TEST_F(RowBuilder, NeverMakesARowToEdit) {
+    for (const auto& row : {helper->header("x"), helper->toggle("x", "y"), helper->link("x", "y"), helper->static_("x"),
+                            helper->slider("x", 0, 1), helper->field("x", "y"), helper->button("x", nullptr)})
+        EXPECT_FALSE(row->edit());
+}
+
+TEST_F(RowBuilder, KeepsItsThreeProperties) {
+    EXPECT_EQ(helper->target(), page.get());
+    const auto other = make<Page>();
+    helper->setTarget(other.get());
+    helper->setGetAction(selector(&Page::getOther));
+    helper->setSetAction(selector(&Page::setOther));
+    const auto row = helper->toggle("Enable", "kEnabled");
+    EXPECT_EQ(row->target(), other.get());
+    EXPECT_EQ(row->performGetter(), Value("other"));
+    EXPECT_TRUE(helper->setAction());
+    EXPECT_TRUE(helper->getAction());
+}
+
+/// Resources beside this program, which is the "bundle" that holds the classes linked into it.
+struct Icons : RowBuilder {
+    fs::path folder = platform::NSBundle::bundleForClass(typeid(Page))->bundlePath();
+    void SetUp() override {
+        for (const char* name : {"lumora-test-icon.png", "lumora-test-icon.jpg"})
+            fs::copy_file(fs::path(LUMORA_SOURCE) / "resources/mail.png", folder / name,
+                          fs::copy_options::overwrite_existing);
+    }
+    void TearDown() override {
+        fs::remove(folder / "lumora-test-icon.png");
+        fs::remove(folder / "lumora-test-icon.jpg");
+    }
+};
+
+TEST_F(Icons, AreLookedUpAsPngAndGivenToTheVeryRow) {
+    const auto row = helper->button("Mail", nullptr);
+    EXPECT_EQ(addIcon(row, "lumora-test-icon"), row);
+    ASSERT_NE(row->imageProperty("iconImage"), nullptr);
+    EXPECT_EQ(row->imageProperty("iconImage")->size(), (platform::CGSize{29, 29}));
+}
+
+TEST_F(Icons, WithAnExtensionOfTheirOwnAreLookedUpWithThat) {
+    fs::remove(folder / "lumora-test-icon.png");
+    EXPECT_NE(addIcon(helper->spacer(), "lumora-test-icon.jpg")->imageProperty("iconImage"), nullptr);
+    EXPECT_EQ(addIcon(helper->spacer(), "lumora-test-icon")->imageProperty("iconImage"), nullptr);
+}
+
+TEST_F(Icons, ThatAreNotThereAreStoredAsNoImage) {
+    const auto row = addIcon(helper->button("Mail", nullptr), "nowhere");
+    EXPECT_TRUE(row->hasProperty("iconImage"));
+    EXPECT_EQ(row->imageProperty("iconImage"), nullptr);
+}
+
+TEST_F(Icons, OfSpecifierWithIconComeFromTheTargetPagesBundle) {
+    const auto row = helper->button("Mail", nullptr);
+    EXPECT_EQ(helper->specifier(row, "lumora-test-icon"), row);
+    EXPECT_NE(row->imageProperty("iconImage"), nullptr);
+
+    // A page class of the platform library: its bundle is that library's folder, where no such icon stands.
+    const auto foreign = make<platform::PSListController>();
+    helper->setTarget(foreign.get());
+    EXPECT_EQ(helper->specifier(helper->spacer(), "lumora-test-icon")->imageProperty("iconImage"), nullptr);
+}
+
+} // namespace
