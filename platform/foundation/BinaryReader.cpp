@@ -13,13 +13,6 @@ namespace {
 constexpr std::string_view magic = "bplist00";
 constexpr std::size_t trailerSize = 32;
 
-std::uint64_t bigEndian(const std::uint8_t* bytes, std::size_t size) {
-    std::uint64_t number = 0;
-    for (std::size_t i = 0; i < size; ++i)
-        number = (number << 8) | bytes[i];
-    return number;
-}
-
 } // namespace
 
 Result<BinaryReader> BinaryReader::open(std::span<const std::uint8_t> bytes) {
@@ -153,19 +146,6 @@ const char* BinaryReader::readInteger(std::size_t size, const std::uint8_t* at, 
     }
     object.integer = static_cast<std::int64_t>(bigEndian(at, size));
     return nullptr;
-}
-
-std::size_t BinaryReader::entry(const BinaryObject& list, std::size_t index) {
-    ++visits_;
-    return bigEndian(list.contents + index * referenceSize_, referenceSize_);
-}
-
-std::size_t BinaryReader::key(const BinaryObject& dictionary, std::size_t index) {
-    return entry(dictionary, index);
-}
-
-std::size_t BinaryReader::value(const BinaryObject& dictionary, std::size_t index) {
-    return entry(dictionary, dictionary.count + index);
 }
 
 bool BinaryReader::equals(const BinaryObject& object, std::string_view text) {

@@ -53,15 +53,26 @@ class BinaryReader {
     [[nodiscard]] std::size_t visits() const { return visits_; }
 
     /// The numbers of a list's entries, of a dictionary's keys and of its values; index < count.
-    [[nodiscard]] std::size_t entry(const BinaryObject& list, std::size_t index);
-    [[nodiscard]] std::size_t key(const BinaryObject& dictionary, std::size_t index);
-    [[nodiscard]] std::size_t value(const BinaryObject& dictionary, std::size_t index);
+    [[nodiscard]] std::size_t entry(const BinaryObject& list, std::size_t index) {
+        ++visits_;
+        return bigEndian(list.contents + index * referenceSize_, referenceSize_);
+    }
+    [[nodiscard]] std::size_t key(const BinaryObject& dictionary, std::size_t index) { return entry(dictionary, index); }
+    [[nodiscard]] std::size_t value(const BinaryObject& dictionary, std::size_t index) {
+        return entry(dictionary, dictionary.count + index);
+    }
 
     /// Whether an object is the given text, which is ASCII.
     [[nodiscard]] static bool equals(const BinaryObject& object, std::string_view text);
 
   private:
     explicit BinaryReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+    [[nodiscard]] static std::uint64_t bigEndian(const std::uint8_t* bytes, std::size_t size) {
+        std::uint64_t number = bytes[0];
+        for (std::size_t i = 1; i < size; ++i)
+            number = (number << 8) | bytes[i];
+        return number;
+    }
     [[nodiscard]] const char* readTrailer();
     [[nodiscard]] const char* readObject(std::size_t reference, BinaryObject& object) const;
     [[nodiscard]] static const char* readInteger(std::size_t size, const std::uint8_t* at, BinaryObject& object);

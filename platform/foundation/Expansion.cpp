@@ -55,11 +55,20 @@ bool Expansion::buildLeaf(std::size_t reference, const BinaryObject& object, Val
     if (object.kind == BinaryObject::Kind::data) {
         value = Data(object.contents, object.contents + object.count);
     } else {
-        std::string text;
-        if (!reader_.readText(object, text)) return false;
-        value = std::move(text);
+        const std::shared_ptr<std::string> text = roomForText(object.contentsSize);
+        if (!reader_.readText(object, *text)) return false;
+        value = Value(text);
     }
     return keep(reference, object.contentsSize, value);
+}
+
+std::shared_ptr<std::string> Expansion::roomForText(std::size_t size) {
+    if (size > longestInBatch) return std::make_shared<std::string>();
+    if (batchUsed_ == batchSize) {
+        batch_ = std::make_shared<Batch>();
+        batchUsed_ = 0;
+    }
+    return {batch_, &(*batch_)[batchUsed_++]};
 }
 
 bool Expansion::keep(std::size_t reference, std::size_t bytes, const Value& value) {

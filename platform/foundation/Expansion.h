@@ -3,6 +3,7 @@
 #include "platform/foundation/BinaryReader.h"
 #include "platform/foundation/PropertyList.h"
 
+#include <array>
 #include <vector>
 
 namespace platform {
@@ -47,6 +48,13 @@ class Expansion {
         std::size_t values, bytes; ///< what it expands to
         unsigned levels;           ///< of containers inside it, itself included
     };
+    /// Short texts are allocated a few together: the texts of a long list would otherwise spend most of their time in
+    /// the allocator. One of them keeps its neighbours alive, so there are few, and none is long.
+    static constexpr std::size_t batchSize = 16;
+    static constexpr std::size_t longestInBatch = 64;
+    using Batch = std::array<std::string, batchSize>;
+    [[nodiscard]] std::shared_ptr<std::string> roomForText(std::size_t size);
+
     void remember(std::size_t reference, Built built);
 
     BinaryReader& reader_;
@@ -55,6 +63,8 @@ class Expansion {
     unsigned deepest_ = 0;             ///< container met since the last one was opened
     std::vector<std::uint32_t> built_; ///< by reference: not met, being built, or firstPlace + place in shared_
     std::vector<Built> shared_;
+    std::shared_ptr<Batch> batch_;
+    std::size_t batchUsed_ = batchSize;
 };
 
 } // namespace platform

@@ -52,6 +52,8 @@ class PLATFORM_EXPORT Value {
     Value(const char* text);
     Value(std::string text);
     Value(std::string_view text);
+    /// Shares a text that is there already; never null.
+    explicit Value(std::shared_ptr<const std::string> text) : contents_(std::move(text)) {}
     Value(Data data);
     Value(Date date) : contents_(date) {}
     Value(List list);
