@@ -52,6 +52,25 @@ bool BinaryReader::read(std::size_t reference, BinaryObject& object) {
     return problem == nullptr || fail(problem);
 }
 
+bool BinaryReader::readUid(std::size_t reference, std::size_t& uid) {
+    // Half of all objects in an archive are UIDs of one or two bytes, so these have a path of their own.
+    if (reference < objectCount_) {
+        const std::size_t offset = bigEndian(objectsEnd_ + reference * offsetSize_, offsetSize_);
+        const auto end = static_cast<std::size_t>(objectsEnd_ - bytes_.data());
+        if (offset >= magic.size() && offset < end && end - offset >= 3) {
+            const std::uint8_t* at = bytes_.data() + offset;
+            if (*at == 0x80 || *at == 0x81) {
+                uid = *at == 0x80 ? at[1] : static_cast<std::size_t>(at[1] << 8U | at[2]);
+                return true;
+            }
+        }
+    }
+    BinaryObject object;
+    if (!read(reference, object)) return false;
+    uid = static_cast<std::size_t>(object.integer);
+    return object.kind == BinaryObject::Kind::uid || fail("an archived object that is not referred to by UID");
+}
+
 const char* BinaryReader::readObject(std::size_t reference, BinaryObject& object) const {
     using enum BinaryObject::Kind;
     if (reference >= objectCount_) return "a reference to an object that is not there";
@@ -126,7 +145,8 @@ const char* BinaryReader::readObject(std::size_t reference, BinaryObject& object
         at += 1 + size;
         remaining -= 1 + size;
     }
-    if (count > remaining / unitSize) return "a count is larger than the bytes that remain";
+    if (unitSize == 1 ? count > remaining : count > remaining / unitSize)
+        return "a count is larger than the bytes that remain";
     object.contents = at;
     object.count = count;
     object.contentsSize = count * unitSize;

@@ -41,6 +41,8 @@ class BinaryReader {
 
     /// False, with a reason in problem(), when there is no sound object of that number.
     [[nodiscard]] bool read(std::size_t reference, BinaryObject& object);
+    /// The same for an object that must be a UID.
+    [[nodiscard]] bool readUid(std::size_t reference, std::size_t& uid);
     /// The contents of a text, copied: so their cost is counted first.
     [[nodiscard]] bool readText(const BinaryObject& object, std::string& text);
     /// Always false, for whoever reads on top of this to give a reason in its turn.
@@ -57,7 +59,9 @@ class BinaryReader {
         ++visits_;
         return bigEndian(list.contents + index * referenceSize_, referenceSize_);
     }
-    [[nodiscard]] std::size_t key(const BinaryObject& dictionary, std::size_t index) { return entry(dictionary, index); }
+    [[nodiscard]] std::size_t key(const BinaryObject& dictionary, std::size_t index) {
+        return entry(dictionary, index);
+    }
     [[nodiscard]] std::size_t value(const BinaryObject& dictionary, std::size_t index) {
         return entry(dictionary, dictionary.count + index);
     }
@@ -68,6 +72,7 @@ class BinaryReader {
   private:
     explicit BinaryReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
     [[nodiscard]] static std::uint64_t bigEndian(const std::uint8_t* bytes, std::size_t size) {
+        if (size == 2) return static_cast<std::uint64_t>(bytes[0]) << 8U | bytes[1];
         std::uint64_t number = bytes[0];
         for (std::size_t i = 1; i < size; ++i)
             number = (number << 8) | bytes[i];

@@ -6,7 +6,7 @@ namespace platform {
 
 namespace {
 
-enum : std::uint32_t { notMet, beingBuilt, firstPlace };
+enum : std::uint32_t { notMet, metOnce, beingBuilt, firstPlace };
 
 } // namespace
 
@@ -14,8 +14,7 @@ Expansion::Expansion(BinaryReader& reader)
     : reader_(reader),
       valuesLeft_(reader.inputSize() * PropertyListLimits::valuesPerByte + PropertyListLimits::spareValues),
       bytesLeft_(reader.inputSize() * PropertyListLimits::expandedBytesPerByte + PropertyListLimits::spareBytes),
-      inputLeft_(reader.inputSize()), built_(reader.objectCount(), notMet) {
-    shared_.reserve(reader.objectCount() / 2);
+      inputLeft_(2 * reader.inputSize()), built_(reader.objectCount(), notMet) {
 }
 
 bool Expansion::charge(std::size_t bytes) {
@@ -27,7 +26,7 @@ bool Expansion::charge(std::size_t bytes) {
 
 Expansion::State Expansion::recall(std::size_t reference, unsigned depth, Value& value) {
     // An object that is not there is for the reader to refuse.
-    if (reference >= built_.size() || built_[reference] == notMet) return State::fresh;
+    if (reference >= built_.size() || built_[reference] <= metOnce) return State::fresh;
     if (built_[reference] == beingBuilt) {
         reader_.fail("an object contains itself");
         return State::refused;
@@ -49,8 +48,6 @@ Expansion::State Expansion::recall(std::size_t reference, unsigned depth, Value&
 }
 
 bool Expansion::buildLeaf(std::size_t reference, const BinaryObject& object, Value& value) {
-    const State known = recall(reference, 0, value);
-    if (known != State::fresh) return known == State::shared;
     if (!charge(object.contentsSize) || !consume(object)) return false;
     if (object.kind == BinaryObject::Kind::data) {
         value = Data(object.contents, object.contents + object.count);
@@ -72,6 +69,8 @@ std::shared_ptr<std::string> Expansion::roomForText(std::size_t size) {
 }
 
 bool Expansion::keep(std::size_t reference, std::size_t bytes, const Value& value) {
+    // Most texts are met once. One that is met again is built again, and only then worth remembering.
+    if (std::exchange(built_[reference], metOnce) == notMet) return true;
     remember(reference, {value, 1, bytes, 0});
     return true;
 }

@@ -11,9 +11,9 @@ namespace platform {
 /// Keeps the tree that is built from a binary property list in proportion to its bytes.
 ///
 /// Objects may be referred to any number of times, so the tree that a few bytes stand for can have any size and even
-/// contain itself. Each object is therefore built once and shared from then on; the size of what it expands to is
-/// counted again at each reference; and objects, which in a sound file do not overlap, may together not be longer than
-/// the file. False always comes with a reason in the reader's problem().
+/// contain itself. Each container is therefore built once and all else at most twice, and shared from then on; the size
+/// of what it expands to is counted again at each reference; and objects, which in a sound file do not overlap, may
+/// together not be longer than twice the file. False always comes with a reason in the reader's problem().
 class Expansion {
   public:
     explicit Expansion(BinaryReader& reader);
@@ -26,7 +26,7 @@ class Expansion {
     /// `shared` gives the value built earlier, counted once more at this depth; an object inside itself is refused.
     [[nodiscard]] State recall(std::size_t reference, unsigned depth, Value& value);
 
-    /// Builds a text or data object, or takes the one built earlier.
+    /// Builds a text or data object.
     [[nodiscard]] bool buildLeaf(std::size_t reference, const BinaryObject& object, Value& value);
     /// Remembers a value that is no container, already charged. Always true.
     bool keep(std::size_t reference, std::size_t bytes, const Value& value);
@@ -60,8 +60,9 @@ class Expansion {
     BinaryReader& reader_;
     std::size_t valuesLeft_, bytesLeft_;
     std::size_t inputLeft_;
-    unsigned deepest_ = 0;             ///< container met since the last one was opened
-    std::vector<std::uint32_t> built_; ///< by reference: not met, being built, or firstPlace + place in shared_
+    unsigned deepest_ = 0; ///< container met since the last one was opened
+    std::vector<std::uint32_t>
+        built_; ///< by reference: not met, met once, being built, or firstPlace + place in shared_
     std::vector<Built> shared_;
     std::shared_ptr<Batch> batch_;
     std::size_t batchUsed_ = batchSize;

@@ -275,11 +275,8 @@ bool Decoder::decode(Value& value) {
 }
 
 bool Decoder::follow(std::size_t uid, std::optional<std::size_t>& reference) {
-    BinaryObject object;
-    if (!reader_.read(uid, object)) return false;
-    if (object.kind != BinaryObject::Kind::uid)
-        return reader_.fail("an archived object that is not referred to by UID");
-    const auto index = static_cast<std::size_t>(object.integer);
+    std::size_t index = 0;
+    if (!reader_.readUid(uid, index)) return false;
     if (index >= objects_.count) return reader_.fail("a UID beyond $objects");
     reference = index > 0 ? std::optional(reader_.entry(objects_, index)) : std::nullopt;
     return true;
@@ -391,8 +388,13 @@ bool Decoder::decodeWrapped(Family family, std::size_t reference, std::optional<
         value = Date{object.kind == real ? object.real : static_cast<double>(object.integer)};
         return expansion_.charge() && expansion_.keep(reference, 0, value);
     }
-    if ((family == Family::text && object.isText()) || (family == Family::data && object.kind == data))
-        return expansion_.buildLeaf(*contents, object, value) && expansion_.keep(reference, object.contentsSize, value);
+    if ((family == Family::text && object.isText()) || (family == Family::data && object.kind == data)) {
+        // Writers of property lists share equal texts, so the contents may have been met before.
+        const Expansion::State known = expansion_.recall(*contents, 0, value);
+        if (known == Expansion::State::refused) return false;
+        if (known == Expansion::State::fresh && !expansion_.buildLeaf(*contents, object, value)) return false;
+        return expansion_.keep(reference, object.contentsSize, value);
+    }
     return reader_.fail("an archived object whose contents are of another kind");
 }
 

@@ -1,0 +1,123 @@
+// Archives that other implementations wrote.
+
+#include "Files.h"
+
+#include "platform/foundation/NSKeyedArchiver.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using platform::Data;
+using platform::NSKeyedArchiver;
+using platform::NSKeyedUnarchiver;
+using platform::Value;
+
+/// Kinds and all: a boolean is no number, an integer no real.
+void expectSame(const Value& value, const Json& json, const std::string& where) {
+    SCOPED_TRACE(where);
+    switch (json.type()) {
+    case Json::value_t::null: EXPECT_TRUE(value.isNil()); return;
+    case Json::value_t::boolean: EXPECT_EQ(value.boolean(), json.get<bool>()); return;
+    case Json::value_t::number_unsigned:
+    case Json::value_t::number_integer: EXPECT_EQ(value.integer(), json.get<std::int64_t>()); return;
+    case Json::value_t::number_float: EXPECT_EQ(value.real(), json.get<double>()); return;
+    case Json::value_t::string:
+        ASSERT_NE(value.text(), nullptr);
+        EXPECT_EQ(*value.text(), json.get<std::string>());
+        return;
+    case Json::value_t::array:
+        ASSERT_NE(value.list(), nullptr);
+        ASSERT_EQ(value.list()->size(), json.size());
+        for (std::size_t i = 0; i < json.size(); ++i)
+            expectSame((*value.list())[i], json[i], where + "/" + std::to_string(i));
+        return;
+    case Json::value_t::object:
+        ASSERT_NE(value.dictionary(), nullptr);
+        ASSERT_EQ(value.dictionary()->size(), json.size());
+        for (const auto& [key, entry] : json.items()) {
+            ASSERT_TRUE(value.dictionary()->contains(key)) << key;
+            expectSame(value[key], entry, where + "/" + key);
+        }
+        return;
+    default: FAIL() << "JSON of an unexpected kind";
+    }
+}
+
+class ForeignArchive : public testing::TestWithParam<std::filesystem::path> {
+  protected:
+    [[nodiscard]] static Json expected() {
+        const std::string name = GetParam().filename().string();
+        std::ifstream file(testData("archives") / (name.substr(0, name.find('.')) + ".json"));
+        return Json::parse(file);
+    }
+};
+
+TEST_P(ForeignArchive, DecodesToItsValue) {
+    const auto value = NSKeyedUnarchiver::unarchive(readFile(GetParam()));
+    ASSERT_TRUE(value) << value.error();
+    expectSame(value.value(), expected(), "");
+}
+
+TEST_P(ForeignArchive, SurvivesARoundTripInItsOwnOrder) {
+    const Value value = NSKeyedUnarchiver::unarchiveObjectWithData(readFile(GetParam()));
+    const Data written = NSKeyedArchiver::archivedDataWithRootObject(value).value();
+    const Value read = NSKeyedUnarchiver::unarchiveObjectWithData(written);
+    expectSame(read, expected(), "");
+    // Equal bytes are equal order, too.
+    EXPECT_EQ(NSKeyedArchiver::archivedDataWithRootObject(read), written);
+}
+
+TEST_P(ForeignArchive, GivesAValueOrNothingWhereverItIsCutShort) {
+    const Data archive = readFile(GetParam());
+    for (std::size_t length = 0; length < archive.size(); ++length) {
+        const auto value = NSKeyedUnarchiver::unarchive(Data(archive.begin(), archive.begin() + std::ptrdiff_t(length)));
+        EXPECT_TRUE(value || !value.error().empty()) << length;
+    }
+}
+
+TEST_P(ForeignArchive, GivesAValueOrNothingWhicheverByteIsChanged) {
+    Data archive = readFile(GetParam());
+    std::size_t values = 0;
+    std::size_t refusals = 0;
+    for (std::uint8_t& byte : archive) {
+        const std::uint8_t original = byte;
+        for (unsigned change = 1; change < 256; ++change) {
+            byte = static_cast<std::uint8_t>(original ^ change);
+            std::size_t visits = 0;
+            const auto value = NSKeyedUnarchiver::unarchive(archive, &visits);
+            ASSERT_LE(visits, 8 * archive.size());
+            if (!value) {
+                ++refusals;
+                continue;
+            }
+            ++values;
+            // Whatever was read can be written, and reads the same.
+            const auto written = NSKeyedArchiver::archivedDataWithRootObject(value.value());
+            ASSERT_TRUE(written);
+            const auto again = NSKeyedUnarchiver::unarchive(*written);
+            ASSERT_TRUE(again) << again.error();
+            ASSERT_EQ(NSKeyedArchiver::archivedDataWithRootObject(again.value()), written);
+        }
+        byte = original;
+    }
+    // Most of a small archive is structure, but texts and numbers can change and leave it sound.
+    EXPECT_GT(values, 0U);
+    EXPECT_GT(refusals, 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Archives, ForeignArchive, testing::ValuesIn(filesIn(testData("archives"), ".bplist")),
+                         [](const auto& instance) {
+                             std::string name = instance.param.filename().string();
+                             std::replace(name.begin(), name.end(), '.', '_');
+                             return name;
+                         });
+
+TEST(ForeignArchives, AreAllThere) {
+    EXPECT_EQ(filesIn(testData("archives"), ".bplist").size(), 2 * filesIn(testData("archives"), ".json").size());
+    EXPECT_GE(filesIn(testData("archives"), ".json").size(), 13U);
+}
+
+} // namespace
