@@ -1,50 +1,18 @@
 // Archives that other implementations wrote.
 
 #include "Files.h"
+#include "Json.h"
 
 #include "platform/foundation/NSKeyedArchiver.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using platform::Data;
 using platform::NSKeyedArchiver;
 using platform::NSKeyedUnarchiver;
 using platform::Value;
-
-/// Kinds and all: a boolean is no number, an integer no real.
-void expectSame(const Value& value, const Json& json, const std::string& where) {
-    SCOPED_TRACE(where);
-    switch (json.type()) {
-    case Json::value_t::null: EXPECT_TRUE(value.isNil()); return;
-    case Json::value_t::boolean: EXPECT_EQ(value.boolean(), json.get<bool>()); return;
-    case Json::value_t::number_unsigned:
-    case Json::value_t::number_integer: EXPECT_EQ(value.integer(), json.get<std::int64_t>()); return;
-    case Json::value_t::number_float: EXPECT_EQ(value.real(), json.get<double>()); return;
-    case Json::value_t::string:
-        ASSERT_NE(value.text(), nullptr);
-        EXPECT_EQ(*value.text(), json.get<std::string>());
-        return;
-    case Json::value_t::array:
-        ASSERT_NE(value.list(), nullptr);
-        ASSERT_EQ(value.list()->size(), json.size());
-        for (std::size_t i = 0; i < json.size(); ++i)
-            expectSame((*value.list())[i], json[i], where + "/" + std::to_string(i));
-        return;
-    case Json::value_t::object:
-        ASSERT_NE(value.dictionary(), nullptr);
-        ASSERT_EQ(value.dictionary()->size(), json.size());
-        for (const auto& [key, entry] : json.items()) {
-            ASSERT_TRUE(value.dictionary()->contains(key)) << key;
-            expectSame(value[key], entry, where + "/" + key);
-        }
-        return;
-    default: FAIL() << "JSON of an unexpected kind";
-    }
-}
 
 class ForeignArchive : public testing::TestWithParam<std::filesystem::path> {
   protected:
@@ -73,7 +41,8 @@ TEST_P(ForeignArchive, SurvivesARoundTripInItsOwnOrder) {
 TEST_P(ForeignArchive, GivesAValueOrNothingWhereverItIsCutShort) {
     const Data archive = readFile(GetParam());
     for (std::size_t length = 0; length < archive.size(); ++length) {
-        const auto value = NSKeyedUnarchiver::unarchive(Data(archive.begin(), archive.begin() + std::ptrdiff_t(length)));
+        const auto value =
+            NSKeyedUnarchiver::unarchive(Data(archive.begin(), archive.begin() + std::ptrdiff_t(length)));
         EXPECT_TRUE(value || !value.error().empty()) << length;
     }
 }

@@ -2,6 +2,7 @@
 
 #include "platform/foundation/Value.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>

@@ -4,6 +4,8 @@
 
 #include <initializer_list>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 /// A binary property list put together byte by byte, sound or not. The first object is the root.
 ///
@@ -38,21 +40,21 @@ class RawList {
             append(entry.second, referenceSize_);
         return *this;
     }
+    [[nodiscard]] std::size_t count() const { return offsets_.size(); }
     /// An object that lies where another one does, so many bytes further on.
     RawList& addAlias(std::size_t object, std::size_t further) {
         offsets_.push_back(offsets_[object] + further);
         return *this;
     }
 
-    [[nodiscard]] platform::Data bytes() {
-        return bytesWithTrailer(offsets_.size(), 0, bytes_.size());
-    }
+    [[nodiscard]] platform::Data bytes() { return bytesWithTrailer(offsets_.size(), 0, bytes_.size()); }
     [[nodiscard]] platform::Data bytesWithTrailer(std::uint64_t count, std::uint64_t root, std::uint64_t table) {
         const platform::Data objects = bytes_;
+        const std::size_t offsetSize = bytes_.size() < 0x100 ? 1 : bytes_.size() < 0x10000 ? 2 : 4;
         for (const std::size_t offset : offsets_)
-            append(offset, 4);
+            append(offset, offsetSize);
         bytes_.insert(bytes_.end(), 6, 0);
-        append(4, 1);
+        append(offsetSize, 1);
         append(referenceSize_, 1);
         append(count, 8);
         append(root, 8);

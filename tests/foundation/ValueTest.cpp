@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -145,7 +146,8 @@ TEST(Dictionary, AgreesWithAPlainListOfEntriesOverRandomChanges) {
     Dictionary dictionary;
     for (int step = 0; step < 5000; ++step) {
         const std::string key = "key" + std::to_string(random() % 50);
-        const auto known = std::find_if(model.begin(), model.end(), [&](const auto& entry) { return entry.first == key; });
+        const auto known =
+            std::find_if(model.begin(), model.end(), [&](const auto& entry) { return entry.first == key; });
         if (random() % 3 == 0) {
             EXPECT_EQ(dictionary.remove(key), known != model.end());
             if (known != model.end()) model.erase(known);

@@ -1,0 +1,33 @@
+#include "Allocations.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::atomic<std::size_t> allocationCount{0};
+std::atomic<std::size_t> allocationBytes{0};
+
+} // namespace
+
+Allocations Allocations::now() {
+    return {allocationCount.load(), allocationBytes.load()};
+}
+
+// NOLINTBEGIN(cppcoreguidelines-no-malloc,misc-new-delete-overloads): these are the allocator
+void* operator new(std::size_t size) {
+    allocationCount.fetch_add(1, std::memory_order_relaxed);
+    allocationBytes.fetch_add(size, std::memory_order_relaxed);
+    if (void* memory = std::malloc(size)) return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
+}
+// NOLINTEND(cppcoreguidelines-no-malloc,misc-new-delete-overloads)
