@@ -112,10 +112,10 @@ bool isSecure(std::string_view key) {
 
 std::optional<std::string> objection(const Setting& setting, const Value& value) {
     const auto unless = [&](bool fits, std::string_view wanted) -> std::optional<std::string> {
-        if (fits)
-            return std::nullopt;
+        if (fits) return std::nullopt;
         // A value of the right kind has wrong contents, and naming its kind would only puzzle.
-        const bool sameKind = value.kind() == setting.byDefault.kind() || (value.isNumber() && setting.byDefault.isNumber());
+        const bool sameKind =
+            value.kind() == setting.byDefault.kind() || (value.isNumber() && setting.byDefault.isNumber());
         return "takes " + std::string(wanted) + (sameKind ? "" : ", not " + std::string(kindName(value.kind())));
     };
     switch (setting.byDefault.kind()) {

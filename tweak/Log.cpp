@@ -4,7 +4,7 @@
 
 namespace lumora {
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     constexpr std::size_t longest = 80;
     std::string shown(text.substr(0, longest));
     if (text.size() > longest) {

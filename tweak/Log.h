@@ -10,6 +10,6 @@ namespace lumora {
 using Log = std::function<void(const std::string& line)>;
 
 /// A text from another process made fit for a line of the log: in quotes, on one line, of bounded length.
-[[nodiscard]] std::string quoted(std::string_view text);
+[[nodiscard]] std::string inQuotes(std::string_view text);
 
 } // namespace lumora

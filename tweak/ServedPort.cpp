@@ -47,14 +47,13 @@ class ServingLoop {
 Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, Answer answer) {
     using Opened = Result<std::unique_ptr<ServedPort>>;
     const auto serving = std::make_shared<ServingLoop>();
-    port(name, [serving, answer = std::move(answer)](CFMessagePort&, std::int32_t messageId,
-                                                     const std::optional<Data>& body) -> std::optional<Data> {
-        if (messageId == kMessageId)
-            return answer(body);
-        if (messageId == kProbeId)
-            serving->set(platform::CFRunLoopGetCurrent());
-        return std::nullopt;
-    });
+    port(name,
+         [serving, answer = std::move(answer)](CFMessagePort&, std::int32_t messageId,
+                                               const std::optional<Data>& body) -> std::optional<Data> {
+             if (messageId == kMessageId) return answer(body);
+             if (messageId == kProbeId) serving->set(platform::CFRunLoopGetCurrent());
+             return std::nullopt;
+         });
 
     const std::string fullName = "com.nevo.lumora/" + name;
     const std::string path = (platform::portsFolder() / fullName).string();
@@ -65,16 +64,17 @@ Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, An
         result = CFMessagePortSendRequest(*remote, kProbeId, std::nullopt, kProbeTimeout, kProbeTimeout, nullptr);
         if (CFRunLoopRef loop = serving->get())
             return Opened(std::unique_ptr<ServedPort>(new ServedPort(std::move(loop))));
-        if (result != platform::kCFMessagePortIsInvalid)
-            break;
+        if (result != platform::kCFMessagePortIsInvalid) break;
         std::this_thread::sleep_for(kProbeInterval);
     }
     if (result == platform::kCFMessagePortIsInvalid)
-        return Opened::failure("cannot open the port " + path + ": is the folder yours alone, and its path short enough?");
+        return Opened::failure("cannot open the port " + path +
+                               ": is the folder yours alone, and its path short enough?");
     return Opened::failure("another tweak holds the port " + path);
 }
 
-ServedPort::ServedPort(CFRunLoopRef loop) : loop_(std::move(loop)) {}
+ServedPort::ServedPort(CFRunLoopRef loop) : loop_(std::move(loop)) {
+}
 
 ServedPort::~ServedPort() {
     platform::CFRunLoopStop(loop_);

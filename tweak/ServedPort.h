@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/foundation/Result.h"
+#include "platform/foundation/Value.h"
 #include "platform/messaging/CFRunLoop.h"
 
 #include <functional>

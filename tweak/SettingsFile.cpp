@@ -31,8 +31,7 @@ std::string systemError() {
 } // namespace
 
 Descriptor::~Descriptor() {
-    if (number_ >= 0)
-        close(number_);
+    if (number_ >= 0) close(number_);
 }
 
 Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::path& path, Log log) {
@@ -40,32 +39,30 @@ Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::
     // Where the name is a link, it is the file behind it that must be replaced.
     std::error_code failed;
     const std::filesystem::path file = std::filesystem::weakly_canonical(path, failed);
-    if (failed || file.filename().empty())
-        return Opened::failure(path.string() + " is no name for a settings file");
+    if (failed || file.filename().empty()) return Opened::failure(path.string() + " is no name for a settings file");
     std::filesystem::create_directories(file.parent_path(), failed);
     if (failed)
         return Opened::failure("cannot make the folder " + file.parent_path().string() + ": " + failed.message());
 
     Descriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder)
-        return Opened::failure("cannot open the folder " + file.parent_path().string() + ": " + systemError());
+    if (!folder) return Opened::failure("cannot open the folder " + file.parent_path().string() + ": " + systemError());
     struct stat status {};
     if (fstatat(folder.number(), file.filename().c_str(), &status, 0) == 0 && !S_ISREG(status.st_mode))
         return Opened::failure(file.string() + " is no regular file");
 
     const std::string lockName = file.filename().string() + ".lock";
     Descriptor lock(openat(folder.number(), lockName.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
-    if (!lock)
-        return Opened::failure("cannot write in " + file.parent_path().string() + ": " + systemError());
+    if (!lock) return Opened::failure("cannot write in " + file.parent_path().string() + ": " + systemError());
     if (flock(lock.number(), LOCK_EX | LOCK_NB) != 0)
         return Opened::failure("another lumora-tweak is running: it holds " + file.string());
-    return Opened(std::unique_ptr<SettingsFile>(
-        new SettingsFile(file, std::move(folder), std::move(lock), std::move(log))));
+    return Opened(
+        std::unique_ptr<SettingsFile>(new SettingsFile(file, std::move(folder), std::move(lock), std::move(log))));
 }
 
 SettingsFile::SettingsFile(std::filesystem::path path, Descriptor folder, Descriptor lock, Log log)
     : path_(std::move(path)), name_(path_.filename().string()), folder_(std::move(folder)), lock_(std::move(lock)),
-      log_(std::move(log)), syncing_([this] { syncWhenChanged(); }) {}
+      log_(std::move(log)), syncing_([this] { syncWhenChanged(); }) {
+}
 
 SettingsFile::~SettingsFile() {
     {
@@ -79,24 +76,18 @@ SettingsFile::~SettingsFile() {
 Result<std::optional<Data>> SettingsFile::read() const {
     using Read = Result<std::optional<Data>>;
     const Descriptor file(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file && errno == ENOENT)
-        return Read(std::nullopt);
+    if (!file && errno == ENOENT) return Read(std::nullopt);
     struct stat status {};
-    if (!file || fstat(file.number(), &status) != 0)
-        return Read::failure(systemError());
-    if (status.st_size > kLargestFile)
-        return Read::failure("it is larger than any settings file");
+    if (!file || fstat(file.number(), &status) != 0) return Read::failure(systemError());
+    if (status.st_size > kLargestFile) return Read::failure("it is larger than any settings file");
 
     Data bytes(static_cast<std::size_t>(status.st_size));
     std::size_t got = 0;
     while (got < bytes.size()) {
         const ssize_t more = ::read(file.number(), bytes.data() + got, bytes.size() - got);
-        if (more < 0 && errno == EINTR)
-            continue;
-        if (more < 0)
-            return Read::failure(systemError());
-        if (more == 0)
-            break;
+        if (more < 0 && errno == EINTR) continue;
+        if (more < 0) return Read::failure(systemError());
+        if (more == 0) break;
         got += static_cast<std::size_t>(more);
     }
     bytes.resize(got);
@@ -110,8 +101,7 @@ Result<std::filesystem::path> SettingsFile::setAside() const {
         // Unlike a plain rename, this one fails where the name is taken.
         if (renameat2(folder_.number(), name_.c_str(), folder_.number(), aside.c_str(), RENAME_NOREPLACE) == 0)
             return path_.parent_path() / aside;
-        if (errno != EEXIST)
-            return Name::failure(systemError());
+        if (errno != EEXIST) return Name::failure(systemError());
     }
     return Name::failure("too many such files stand there already");
 }
@@ -137,13 +127,11 @@ std::optional<std::string> SettingsFile::replace(const Data& bytes) {
 bool SettingsFile::write(const Data& bytes, const std::string& name) const {
     const Descriptor file(
         openat(folder_.number(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
-    if (!file)
-        return false;
+    if (!file) return false;
     std::size_t written = 0;
     while (written < bytes.size()) {
         const ssize_t more = ::write(file.number(), bytes.data() + written, bytes.size() - written);
-        if (more < 0 && errno != EINTR)
-            return false;
+        if (more < 0 && errno != EINTR) return false;
         written += more < 0 ? 0 : static_cast<std::size_t>(more);
     }
     return true;
@@ -154,8 +142,7 @@ void SettingsFile::syncWhenChanged() {
     while (true) {
         changed_.wait(held, [this] { return unsynced_ || closing_; });
         changed_.wait_for(held, kSyncDelay, [this] { return closing_; });
-        if (!unsynced_)
-            return;
+        if (!unsynced_) return;
         unsynced_ = false;
         held.unlock();
         sync();

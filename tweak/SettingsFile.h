@@ -40,7 +40,8 @@ class Descriptor {
 class SettingsFile {
   public:
     /// Makes the folder where there is none, and holds a lock beside the file for as long as the object lives.
-    [[nodiscard]] static platform::Result<std::unique_ptr<SettingsFile>> open(const std::filesystem::path& path, Log log);
+    [[nodiscard]] static platform::Result<std::unique_ptr<SettingsFile>> open(const std::filesystem::path& path,
+                                                                              Log log);
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
     /// Syncs what is not synced yet.

@@ -26,8 +26,7 @@ Dictionary withDefaults(const Dictionary& changed) {
         settings.set(setting.key, value ? *value : setting.byDefault);
     }
     for (const auto& [key, value] : changed)
-        if (!findSetting(key))
-            settings.set(key, value);
+        if (!findSetting(key)) settings.set(key, value);
     return settings;
 }
 
@@ -47,13 +46,10 @@ Dictionary fitting(const Dictionary& stored, const std::filesystem::path& path, 
 
 Result<Dictionary> readSettings(const SettingsFile& file) {
     Result<std::optional<Data>> bytes = file.read();
-    if (!bytes)
-        return Result<Dictionary>::failure(bytes.error());
-    if (!bytes.value())
-        return Dictionary();
+    if (!bytes) return Result<Dictionary>::failure(bytes.error());
+    if (!bytes.value()) return Dictionary();
     const Result<Value> read = platform::readPropertyList(*bytes.value());
-    if (!read)
-        return Result<Dictionary>::failure(read.error());
+    if (!read) return Result<Dictionary>::failure(read.error());
     const Dictionary* settings = read.value().dictionary();
     if (!settings)
         return Result<Dictionary>::failure("it holds " + std::string(kindName(read.value().kind())) +
@@ -73,8 +69,7 @@ bool fitsAnAnswer(const Dictionary& changed) {
 Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem::path& path, const Log& log) {
     using Opened = Result<std::unique_ptr<SettingsStore>>;
     Result<std::unique_ptr<SettingsFile>> opened = SettingsFile::open(path, log);
-    if (!opened)
-        return Opened::failure(opened.error());
+    if (!opened) return Opened::failure(opened.error());
     std::unique_ptr<SettingsFile> file = std::move(opened).value();
 
     Dictionary changed;
@@ -92,7 +87,8 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
 }
 
 SettingsStore::SettingsStore(std::unique_ptr<SettingsFile> file, Dictionary changed)
-    : file_(std::move(file)), changed_(std::move(changed)) {}
+    : file_(std::move(file)), changed_(std::move(changed)) {
+}
 
 Dictionary SettingsStore::settings() const {
     const std::lock_guard held(changing_);
@@ -100,26 +96,22 @@ Dictionary SettingsStore::settings() const {
 }
 
 std::optional<std::string> SettingsStore::change(const std::string& key, const Value& value) {
-    if (value.isNil())
-        return quoted(key) + " cannot be nil";
+    if (value.isNil()) return inQuotes(key) + " cannot be nil";
     if (const Setting* setting = findSetting(key))
-        if (const auto wrong = objection(*setting, value))
-            return key + " " + *wrong;
+        if (const auto wrong = objection(*setting, value)) return key + " " + *wrong;
 
     const std::lock_guard held(changing_);
     Dictionary changed = changed_;
     changed.set(key, value);
     const Result<Data> bytes = platform::writePropertyList(changed);
-    if (!bytes)
-        return quoted(key) + " cannot be kept: " + bytes.error();
+    if (!bytes) return inQuotes(key) + " cannot be kept: " + bytes.error();
     // What cannot be read back must not replace what can. Both readers have limits that a value can pass for itself and
     // still exceed together with the others.
     if (const Result<Value> back = platform::readPropertyList(bytes.value()); !back)
-        return quoted(key) + " cannot be kept: " + back.error();
+        return inQuotes(key) + " cannot be kept: " + back.error();
     if (!fitsAnAnswer(changed))
-        return quoted(key) + " cannot be kept: the settings would not fit into one answer any more";
-    if (auto failed = file_->replace(bytes.value()))
-        return failed;
+        return inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more";
+    if (auto failed = file_->replace(bytes.value())) return failed;
     changed_ = std::move(changed);
     return std::nullopt;
 }

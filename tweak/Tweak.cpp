@@ -24,11 +24,9 @@ struct Change {
 
 Result<Change> readChange(const std::optional<Data>& body) {
     const auto refuse = [](std::string why) { return Result<Change>::failure(std::move(why)); };
-    if (!body)
-        return refuse("the message has no body");
+    if (!body) return refuse("the message has no body");
     const Result<Value> root = NSKeyedUnarchiver::unarchive(*body);
-    if (!root)
-        return refuse("the message is no keyed archive: " + root.error());
+    if (!root) return refuse("the message is no keyed archive: " + root.error());
     const Dictionary* message = root.value().dictionary();
     if (!message || message->size() != 1 || !message->contains("object"))
         return refuse(R"(the message is not of the shape {"object": change})");
@@ -37,14 +35,12 @@ Result<Change> readChange(const std::optional<Data>& body) {
     if (!change || change->size() != 2 || !change->contains("key") || !change->contains("object"))
         return refuse(R"(the change is not of the shape {"key": text, "object": value})");
     const Value key = (*change)["key"];
-    if (!key.text())
-        return refuse("the change's key is " + std::string(kindName(key.kind())) + ", not a text");
+    if (!key.text()) return refuse("the change's key is " + std::string(kindName(key.kind())) + ", not a text");
     return Change{*key.text(), (*change)["object"]};
 }
 
 std::string shown(const Change& change) {
-    if (isSecure(change.key))
-        return kSecureDots;
+    if (isSecure(change.key)) return kSecureDots;
     const Result<std::string> json = writeJson(change.value, JsonLayout::line);
     return json ? json.value() : std::string(kindName(change.value.kind()));
 }
@@ -52,33 +48,30 @@ std::string shown(const Change& change) {
 } // namespace
 
 Tweak::Tweak(SettingsStore& store, Options options, Log log)
-    : store_(store), options_(std::move(options)), log_(std::move(log)) {}
+    : store_(store), options_(std::move(options)), log_(std::move(log)) {
+}
 
 std::optional<Data> Tweak::requestTweakSettings() const {
     Dictionary settings = store_.settings();
     for (const std::string& key : options_.omitted)
         settings.remove(key);
-    if (options_.verbose)
-        log_("requestTweakSettings: " + std::to_string(settings.size()) + " settings");
+    if (options_.verbose) log_("requestTweakSettings: " + std::to_string(settings.size()) + " settings");
     return NSKeyedArchiver::archivedDataWithRootObject(settings);
 }
 
 std::optional<Data> Tweak::updateSettings(const std::optional<Data>& body) {
     const std::optional<std::string> refusal = applyChange(body);
-    if (!refusal)
-        return std::nullopt;
+    if (!refusal) return std::nullopt;
     log_("updateSettings refused: " + *refusal);
     return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"error", *refusal}});
 }
 
 std::optional<std::string> Tweak::applyChange(const std::optional<Data>& body) {
     const Result<Change> read = readChange(body);
-    if (!read)
-        return read.error();
+    if (!read) return read.error();
     const Change& change = read.value();
     std::optional<std::string> refusal = store_.change(change.key, change.value);
-    if (!refusal && options_.verbose)
-        log_("updateSettings: " + quoted(change.key) + " = " + shown(change));
+    if (!refusal && options_.verbose) log_("updateSettings: " + inQuotes(change.key) + " = " + shown(change));
     return refusal;
 }
 

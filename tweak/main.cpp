@@ -57,7 +57,8 @@ void prepareSignals() {
 void waitUntilAskedToLeave() {
     const sigset_t leaving = leavingSignals();
     int signal = 0;
-    while (sigwait(&leaving, &signal) != 0) {}
+    while (sigwait(&leaving, &signal) != 0) {
+    }
 }
 
 /// Opens both ports and serves them until a signal comes; closing begins when this returns.
@@ -82,8 +83,7 @@ int serve(Tweak& tweak, const std::filesystem::path& settings) {
 
 int run(const Arguments& arguments) {
     prepareSignals();
-    if (!arguments.root.empty())
-        platform::setDeviceRoot(arguments.root);
+    if (!arguments.root.empty()) platform::setDeviceRoot(arguments.root);
     const Result<std::unique_ptr<SettingsStore>> store = SettingsStore::open(
         arguments.settings.empty() ? platform::devicePath(kSettingsPath) : std::filesystem::path(arguments.settings),
         logLine);

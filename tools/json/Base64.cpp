@@ -24,8 +24,7 @@ std::string encodeBase64(const Data& data) {
 }
 
 std::optional<Data> decodeBase64(std::string_view text) {
-    if (text.size() % 4 != 0)
-        return std::nullopt;
+    if (text.size() % 4 != 0) return std::nullopt;
     std::string_view digits = text;
     while (digits.ends_with('=') && text.size() - digits.size() < 2)
         digits.remove_suffix(1);
@@ -36,8 +35,7 @@ std::optional<Data> decodeBase64(std::string_view text) {
     unsigned held = 0;
     for (const char digit : digits) {
         const std::size_t value = kAlphabet.find(digit);
-        if (value == std::string_view::npos)
-            return std::nullopt;
+        if (value == std::string_view::npos) return std::nullopt;
         bits = bits << 6 | static_cast<std::uint32_t>(value);
         held += 6;
         if (held >= 8) {

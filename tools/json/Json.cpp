@@ -69,18 +69,17 @@ class Writer {
 
   private:
     static ordered_json real(double real) {
-        if (std::isfinite(real))
-            return real;
+        if (std::isfinite(real)) return real;
         return single(kReal, std::isnan(real) ? "nan" : real > 0 ? "inf" : "-inf");
     }
 
     static ordered_json date(Date date) {
-        if (auto text = formatTimestamp(date))
-            return single(kDate, std::move(*text));
+        if (auto text = formatTimestamp(date)) return single(kDate, std::move(*text));
         return single(kDate, real(date.seconds));
     }
 
-    template<class Make> ordered_json nested(Make make) {
+    template<class Make>
+    ordered_json nested(Make make) {
         if (depth_ == PropertyListLimits::depth) {
             tooDeep_ = true;
             return nullptr;
@@ -125,8 +124,7 @@ class Reader {
     }
     bool number_float(double value, const std::string& digits) {
         // The parser reports an integer that is too large as a real.
-        if (digits.find_first_of(".eE") == std::string::npos)
-            return fail(digits + " is beyond 64 signed bits");
+        if (digits.find_first_of(".eE") == std::string::npos) return fail(digits + " is beyond 64 signed bits");
         return add(value);
     }
     bool string(std::string& text) { return add(std::move(text)); }
@@ -150,15 +148,12 @@ class Reader {
         Entries entries = std::move(open_.back().entries);
         open_.pop_back();
         for (const auto& [key, value] : entries)
-            if (key.starts_with('$') && !key.starts_with("$$"))
-                return special(entries);
+            if (key.starts_with('$') && !key.starts_with("$$")) return special(entries);
         std::unordered_set<std::string_view> seen;
         for (const auto& [key, value] : entries)
-            if (!seen.insert(key).second)
-                return fail("the key \"" + key + "\" stands there twice");
+            if (!seen.insert(key).second) return fail("the key \"" + key + "\" stands there twice");
         for (auto& [key, value] : entries)
-            if (key.starts_with('$'))
-                key.erase(0, 1);
+            if (key.starts_with('$')) key.erase(0, 1);
         return add(Dictionary(std::move(entries)));
     }
 
@@ -170,8 +165,7 @@ class Reader {
     }
 
     Result<Value> result() && {
-        if (error_)
-            return Result<Value>::failure(std::move(*error_));
+        if (error_) return Result<Value>::failure(std::move(*error_));
         return std::move(root_);
     }
 
@@ -203,11 +197,9 @@ class Reader {
     bool special(const Entries& entries) {
         const auto& [key, value] = entries.front();
         if (entries.size() == 1) {
-            if (auto known = specialValue(key, value))
-                return add(std::move(*known));
+            if (auto known = specialValue(key, value)) return add(std::move(*known));
             for (const char* form : {kData, kDate, kReal})
-                if (key == form)
-                    return fail("this is no value for \"" + key + "\"");
+                if (key == form) return fail("this is no value for \"" + key + "\"");
         }
         return fail(R"(only {"$data": …}, {"$date": …} and {"$real": …}, alone, have a key with "$" before it; )"
                     R"(a key of your own is written with "$$")");
@@ -216,16 +208,13 @@ class Reader {
     static std::optional<Value> specialValue(std::string_view key, const Value& value) {
         const std::string* text = value.text();
         if (key == kData && text) {
-            if (auto data = decodeBase64(*text))
-                return Value(std::move(*data));
+            if (auto data = decodeBase64(*text)) return Value(std::move(*data));
         } else if (key == kDate && text) {
-            if (auto date = parseTimestamp(*text))
-                return Value(*date);
+            if (auto date = parseTimestamp(*text)) return Value(*date);
         } else if (key == kDate && value.isNumber()) {
             return Value(Date{value.doubleValue()});
         } else if (key == kReal && text) {
-            if (*text == "nan")
-                return Value(std::numeric_limits<double>::quiet_NaN());
+            if (*text == "nan") return Value(std::numeric_limits<double>::quiet_NaN());
             if (*text == "inf" || *text == "-inf")
                 return Value(std::copysign(std::numeric_limits<double>::infinity(), *text == "inf" ? 1.0 : -1.0));
         }

@@ -19,8 +19,8 @@ enum class JsonLayout : unsigned char {
 ///     writeJson(Dictionary{{"kLSPTintOpacity", 1.0}});   // {"kLSPTintOpacity": 1.0}
 ///     readJson(R"({"$date": "2025-01-31T08:00:00Z"})");  // a date
 ///
-/// 1, 1.0 and true stay three different values, dictionaries keep their order, nil is null. What JSON has no form for is
-/// a dictionary of one entry: {"$data": "base64"}, {"$date": "2025-01-31T08:00:00Z"} (or a number of seconds since
+/// 1, 1.0 and true stay three different values, dictionaries keep their order, nil is null. What JSON has no form for
+/// is a dictionary of one entry: {"$data": "base64"}, {"$date": "2025-01-31T08:00:00Z"} (or a number of seconds since
 /// 2001-01-01 00:00:00 UTC, for fractions), {"$real": "nan"}, "inf" or "-inf". A key of one's own that begins with "$"
 /// is written with that sign doubled. Any thread.
 ///
@@ -28,8 +28,8 @@ enum class JsonLayout : unsigned char {
 [[nodiscard]] platform::Result<std::string> writeJson(const platform::Value& value,
                                                       JsonLayout layout = JsonLayout::indented);
 
-/// Fails, with the reason and its place, for anything but one whole JSON value: also for integers beyond 64 signed bits,
-/// keys that occur twice, invalid UTF-8 and nesting deeper than an archive may be.
+/// Fails, with the reason and its place, for anything but one whole JSON value: also for integers beyond 64 signed
+/// bits, keys that occur twice, invalid UTF-8 and nesting deeper than an archive may be.
 [[nodiscard]] platform::Result<platform::Value> readJson(std::string_view text);
 
 } // namespace lumora

@@ -1,5 +1,6 @@
 #include "tools/json/Timestamp.h"
 
+#include <array>
 #include <charconv>
 #include <chrono>
 #include <cmath>
@@ -18,8 +19,7 @@ constexpr sys_seconds kLast = sys_days{year{9999} / December / 31} + hours{24} -
 
 /// The number that the whole text is; -1 when it is none.
 int number(std::string_view digits) {
-    if (digits.find_first_not_of("0123456789") != std::string_view::npos)
-        return -1;
+    if (digits.find_first_not_of("0123456789") != std::string_view::npos) return -1;
     int value = -1;
     std::from_chars(digits.data(), digits.data() + digits.size(), value);
     return value;
@@ -48,11 +48,9 @@ std::optional<std::string> formatTimestamp(Date date) {
 
 std::optional<Date> parseTimestamp(std::string_view text) {
     constexpr std::string_view form = "0000-00-00T00:00:00Z";
-    if (text.size() != form.size())
-        return std::nullopt;
+    if (text.size() != form.size()) return std::nullopt;
     for (std::size_t at = 0; at < form.size(); ++at)
-        if (form[at] != '0' && text[at] != form[at])
-            return std::nullopt;
+        if (form[at] != '0' && text[at] != form[at]) return std::nullopt;
     const year_month_day day{year{number(text.substr(0, 4))}, month{static_cast<unsigned>(number(text.substr(5, 2)))},
                              std::chrono::day{static_cast<unsigned>(number(text.substr(8, 2)))}};
     const int hour = number(text.substr(11, 2));
@@ -60,8 +58,7 @@ std::optional<Date> parseTimestamp(std::string_view text) {
     const int second = number(text.substr(17, 2));
     const bool inRange = number(text.substr(0, 4)) > 0 && day.ok() && hour >= 0 && hour < 24 && minute >= 0 &&
                          minute < 60 && second >= 0 && second < 60;
-    if (!inRange)
-        return std::nullopt;
+    if (!inRange) return std::nullopt;
     const sys_seconds moment = sys_days{day} + hours{hour} + minutes{minute} + seconds{second};
     return Date{static_cast<double>((moment - kEpoch).count())};
 }

@@ -20,8 +20,7 @@ class Stream {
     Stream(const Stream&) = delete;
     Stream& operator=(const Stream&) = delete;
     ~Stream() {
-        if (own_ && file_)
-            std::fclose(file_);
+        if (own_ && file_) std::fclose(file_);
     }
     [[nodiscard]] std::FILE* file() const { return file_; }
 

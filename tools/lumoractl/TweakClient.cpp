@@ -50,13 +50,10 @@ Result<Reply> exchange(const std::string& message, const std::optional<Data>& bo
 Result<Dictionary> fetchSettings() {
     const auto fail = [](std::string why) { return Result<Dictionary>::failure(std::move(why)); };
     const Result<Reply> reply = exchange("requestTweakSettings", std::nullopt);
-    if (!reply)
-        return fail(reply.error());
-    if (!reply.value())
-        return fail("the tweak answered without any settings");
+    if (!reply) return fail(reply.error());
+    if (!reply.value()) return fail("the tweak answered without any settings");
     const Result<Value> read = NSKeyedUnarchiver::unarchive(*reply.value());
-    if (!read)
-        return fail("the tweak's answer is no keyed archive: " + read.error());
+    if (!read) return fail("the tweak's answer is no keyed archive: " + read.error());
     const Dictionary* settings = read.value().dictionary();
     return settings ? Result<Dictionary>(*settings) : fail("the tweak's answer is no dictionary of settings");
 }
@@ -64,13 +61,10 @@ Result<Dictionary> fetchSettings() {
 std::optional<std::string> changeSetting(const std::string& key, const Value& value) {
     const auto body = NSKeyedArchiver::archivedDataWithRootObject(
         Dictionary{{"object", Dictionary{{"key", key}, {"object", value}}}});
-    if (!body)
-        return "the value is nested too deeply for an archive";
+    if (!body) return "the value is nested too deeply for an archive";
     const Result<Reply> reply = exchange("updateSettings", body);
-    if (!reply)
-        return reply.error();
-    if (!reply.value())
-        return std::nullopt;
+    if (!reply) return reply.error();
+    if (!reply.value()) return std::nullopt;
     const Value error = NSKeyedUnarchiver::unarchiveObjectWithData(*reply.value())["error"];
     return error.text() ? std::optional(*error.text()) : std::nullopt;
 }

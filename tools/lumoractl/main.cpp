@@ -44,8 +44,7 @@ int write(const std::string& name, const void* bytes, std::size_t size) {
 
 int writeJsonTo(const std::string& name, const Value& value) {
     const Result<std::string> json = writeJson(value);
-    if (!json)
-        return report(json.error());
+    if (!json) return report(json.error());
     const std::string text = json.value() + "\n";
     return write(name, text.data(), text.size());
 }
@@ -56,12 +55,10 @@ Result<Value> parseJson(const Data& bytes) {
 
 int list(const Arguments& arguments) {
     Result<Dictionary> settings = fetchSettings();
-    if (!settings)
-        return report(settings.error());
+    if (!settings) return report(settings.error());
     Dictionary shown = std::move(settings).value();
     for (const Setting& setting : knownSettings())
-        if (setting.secure && !arguments.secrets && shown.contains(setting.key))
-            shown.set(setting.key, kSecureDots);
+        if (setting.secure && !arguments.secrets && shown.contains(setting.key)) shown.set(setting.key, kSecureDots);
     return writeJsonTo("-", shown);
 }
 
@@ -70,8 +67,7 @@ int get(const Arguments& arguments) {
     if (isSecure(arguments.key) && !arguments.secrets)
         return report(arguments.key + " is a secret: ask for it with --secrets", kWrongUse);
     const Result<Dictionary> settings = fetchSettings();
-    if (!settings)
-        return report(settings.error());
+    if (!settings) return report(settings.error());
     const Value* value = settings.value().find(arguments.key);
     return value ? writeJsonTo("-", *value) : report(arguments.key + " is not set");
 }
@@ -80,8 +76,7 @@ int set(const Arguments& arguments) {
     Data json(arguments.value.begin(), arguments.value.end());
     if (arguments.value == "-") {
         Result<Data> read = readAll("-");
-        if (!read)
-            return report(read.error());
+        if (!read) return report(read.error());
         json = std::move(read).value();
     }
     const Result<Value> value = parseJson(json);
@@ -93,21 +88,17 @@ int set(const Arguments& arguments) {
 
 int archive(const Arguments& arguments) {
     const Result<Data> json = readAll(arguments.input);
-    if (!json)
-        return report(json.error());
+    if (!json) return report(json.error());
     const Result<Value> value = parseJson(json.value());
-    if (!value)
-        return report("the input is no JSON: " + value.error());
+    if (!value) return report("the input is no JSON: " + value.error());
     const std::optional<Data> archived = NSKeyedArchiver::archivedDataWithRootObject(value.value());
-    if (!archived)
-        return report("the value is nested too deeply for an archive");
+    if (!archived) return report("the value is nested too deeply for an archive");
     return write(arguments.output, archived->data(), archived->size());
 }
 
 int unarchive(const Arguments& arguments) {
     const Result<Data> archived = readAll(arguments.input);
-    if (!archived)
-        return report(archived.error());
+    if (!archived) return report(archived.error());
     const Result<Value> value = NSKeyedUnarchiver::unarchive(archived.value());
     return value ? writeJsonTo(arguments.output, value.value())
                  : report("the input is no keyed archive: " + value.error());
@@ -142,7 +133,8 @@ class CommandLine {
         addSecrets(*getting);
         CLI::App* setting = command("set", "Change one setting; fails when the tweak refuses", set);
         addKey(*setting);
-        setting->add_option("JSON", arguments_.value, "The new value, or - to read it from standard input, out of sight")
+        setting
+            ->add_option("JSON", arguments_.value, "The new value, or - to read it from standard input, out of sight")
             ->required();
         setting->footer("Example: lumoractl set kSleepTime 30\n"
                         "         lumoractl set kLSDateSubtitle '\"EEEE\"'\n\n" +
@@ -180,7 +172,8 @@ class CommandLine {
 
     void addFiles(CLI::App& command) {
         command.add_option("FILE", arguments_.input, "What to read; standard input when it is - or not given");
-        command.add_option("-o,--output", arguments_.output, "What to write; standard output when it is - or not given")
+        command
+            .add_option("-o,--output", arguments_.output, "What to write; standard output when it is - or not given")
             ->type_name("FILE");
         command.footer(std::string(kJsonForms) + "\n\n" + kExitStatus);
     }

@@ -1,0 +1,273 @@
+#include "tools/json/Json.h"
+#include "tools/json/Base64.h"
+#include "tools/json/Timestamp.h"
+
+#include "platform/foundation/PropertyList.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+using namespace lumora;
+using platform::Data;
+using platform::Date;
+using platform::Dictionary;
+using platform::List;
+using platform::PropertyListLimits;
+using platform::Result;
+using platform::Value;
+using testing::HasSubstr;
+
+namespace {
+
+std::string line(const Value& value) {
+    const Result<std::string> json = writeJson(value, JsonLayout::line);
+    return json ? json.value() : "error: " + json.error();
+}
+
+std::string errorOf(std::string_view json) {
+    const Result<Value> read = readJson(json);
+    return read ? "no error" : read.error();
+}
+
+Value read(std::string_view json) {
+    const Result<Value> read = readJson(json);
+    EXPECT_TRUE(read) << json << ": " << read.error();
+    return read ? read.value() : Value();
+}
+
+void expectRoundTrip(const Value& value, const std::string& json) {
+    EXPECT_EQ(line(value), json);
+    EXPECT_EQ(read(json), value) << json;
+}
+
+/// Equality in which NaN equals NaN and -0.0 is not 0.0: by the text, which tells them apart.
+void expectSameAfterRoundTrip(const Value& value) {
+    const std::string json = line(value);
+    EXPECT_EQ(line(read(json)), json);
+}
+
+/// Any value, seldom larger than a few dozen entries.
+Value randomValue(std::mt19937& random, int depth) {
+    const auto upTo = [&](int most) { return std::uniform_int_distribution(0, most)(random); };
+    const auto text = [&] {
+        static const List parts{"$", "$data", "a", "\n", "\"", "é", "😀", std::string(1, '\0'), "\\", "$$"};
+        std::string made;
+        for (int count = upTo(3); count > 0; --count)
+            made += *parts[static_cast<std::size_t>(upTo(static_cast<int>(parts.size()) - 1))].text();
+        return made;
+    };
+    switch (upTo(depth > 0 ? 8 : 6)) {
+    case 0:
+        return nullptr;
+    case 1:
+        return upTo(1) == 1;
+    case 2:
+        return static_cast<std::int64_t>(random()) << upTo(31);
+    case 3:
+        return std::ldexp(static_cast<double>(random()), upTo(200) - 100);
+    case 4:
+        return text();
+    case 5: {
+        Data data(static_cast<std::size_t>(upTo(7)));
+        for (std::uint8_t& byte : data)
+            byte = static_cast<std::uint8_t>(random());
+        return data;
+    }
+    case 6:
+        return Date{upTo(1) == 1 ? static_cast<double>(random()) : static_cast<double>(random()) / 7};
+    case 7: {
+        List list;
+        for (int count = upTo(4); count > 0; --count)
+            list.push_back(randomValue(random, depth - 1));
+        return list;
+    }
+    default: {
+        Dictionary dictionary;
+        for (int count = upTo(4); count > 0; --count)
+            dictionary.set(text(), randomValue(random, depth - 1));
+        return dictionary;
+    }
+    }
+}
+
+} // namespace
+
+TEST(Json, KeepsIntegersRealsAndBooleansApart) {
+    expectRoundTrip(1, "1");
+    expectRoundTrip(1.0, "1.0");
+    expectRoundTrip(true, "true");
+    expectRoundTrip(0, "0");
+    expectRoundTrip(0.0, "0.0");
+    expectRoundTrip(false, "false");
+    expectRoundTrip(List{1, 1.0, true}, "[1,1.0,true]");
+    EXPECT_EQ(read("1e2"), Value(100.0)) << "an exponent makes a real";
+}
+
+TEST(Json, KeepsEveryIntegerOf64SignedBits) {
+    expectRoundTrip(std::numeric_limits<std::int64_t>::max(), "9223372036854775807");
+    expectRoundTrip(std::numeric_limits<std::int64_t>::min(), "-9223372036854775808");
+}
+
+TEST(Json, RefusesIntegersBeyond64SignedBits) {
+    EXPECT_EQ(errorOf("9223372036854775808"), "9223372036854775808 is beyond 64 signed bits");
+    EXPECT_EQ(errorOf("-9223372036854775809"), "-9223372036854775809 is beyond 64 signed bits");
+    EXPECT_EQ(errorOf("[18446744073709551616]"), "18446744073709551616 is beyond 64 signed bits");
+}
+
+TEST(Json, KeepsRealsExactly) {
+    for (const double real : {0.1, 1.0 / 3, 87.5, 1e300, 5e-324, -0.0, 1.7976931348623157e308, 0.5833333333333334})
+        expectSameAfterRoundTrip(real);
+    EXPECT_TRUE(std::signbit(*read("-0.0").real()));
+}
+
+TEST(Json, NamesTheRealsThatAreNotFinite) {
+    EXPECT_EQ(line(std::numeric_limits<double>::quiet_NaN()), R"({"$real":"nan"})");
+    expectRoundTrip(std::numeric_limits<double>::infinity(), R"({"$real":"inf"})");
+    expectRoundTrip(-std::numeric_limits<double>::infinity(), R"({"$real":"-inf"})");
+    EXPECT_TRUE(std::isnan(*read(R"({"$real": "nan"})").real()));
+}
+
+TEST(Json, KeepsTheOrderOfKeys) {
+    expectRoundTrip(Dictionary{{"z", 1}, {"a", 2}, {"m", 3}}, R"({"z":1,"a":2,"m":3})");
+    const Value swapped = read(R"({"b": 1, "a": 2})");
+    EXPECT_EQ(swapped.dictionary()->begin()->first, "b");
+}
+
+TEST(Json, KeepsTextsExactly) {
+    expectRoundTrip("Grüße, 日本語, 😀", "\"Grüße, 日本語, 😀\"");
+    expectRoundTrip(std::string("a\0b", 3), R"("a\u0000b")");
+    expectRoundTrip("\"quotes\"\n\\", R"("\"quotes\"\n\\")");
+    expectRoundTrip("", R"("")");
+    EXPECT_EQ(read(R"("\ud83d\ude00")"), Value("😀"));
+}
+
+TEST(Json, WritesNilAsNull) {
+    expectRoundTrip(nullptr, "null");
+    expectRoundTrip(List{nullptr}, "[null]");
+}
+
+TEST(Json, WritesDataAsBase64) {
+    expectRoundTrip(Data{}, R"({"$data":""})");
+    expectRoundTrip(Data{'h'}, R"({"$data":"aA=="})");
+    expectRoundTrip(Data{'h', 'i'}, R"({"$data":"aGk="})");
+    expectRoundTrip(Data{0xff, 0xfe, 0x00}, R"({"$data":"//4A"})");
+}
+
+TEST(Json, WritesDatesForPeopleAndFractionsAsSeconds) {
+    expectRoundTrip(Date{0}, R"({"$date":"2001-01-01T00:00:00Z"})");
+    expectRoundTrip(Date{-1}, R"({"$date":"2000-12-31T23:59:59Z"})");
+    expectRoundTrip(Date{760003200}, R"({"$date":"2025-01-31T08:00:00Z"})");
+    expectRoundTrip(Date{0.5}, R"({"$date":0.5})");
+    expectRoundTrip(Date{1e300}, R"({"$date":1e+300})");
+    EXPECT_EQ(read(R"({"$date": 5})"), Value(Date{5}));
+    expectSameAfterRoundTrip(Date{std::numeric_limits<double>::infinity()});
+    expectSameAfterRoundTrip(Date{-0.0});
+}
+
+TEST(Json, DoublesTheSignOfKeysOfOnesOwn) {
+    expectRoundTrip(Dictionary{{"$data", "x"}}, R"({"$$data":"x"})");
+    expectRoundTrip(Dictionary{{"$$", 1}, {"$", 2}, {"a$", 3}}, R"({"$$$":1,"$$":2,"a$":3})");
+}
+
+TEST(Json, RefusesFormsThatItDoesNotKnow) {
+    EXPECT_THAT(errorOf(R"({"$top": 1})"), HasSubstr("is written with \"$$\""));
+    EXPECT_THAT(errorOf(R"({"$data": "aGk=", "b": 1})"), HasSubstr("alone"));
+    EXPECT_EQ(errorOf(R"({"$data": "aGk"})"), R"(this is no value for "$data")");
+    EXPECT_EQ(errorOf(R"({"$data": 1})"), R"(this is no value for "$data")");
+    EXPECT_EQ(errorOf(R"({"$date": "yesterday"})"), R"(this is no value for "$date")");
+    EXPECT_EQ(errorOf(R"({"$date": true})"), R"(this is no value for "$date")");
+    EXPECT_EQ(errorOf(R"({"$real": "infinity"})"), R"(this is no value for "$real")");
+    EXPECT_EQ(errorOf(R"({"$real": 1.0})"), R"(this is no value for "$real")");
+}
+
+TEST(Json, RefusesKeysThatOccurTwice) {
+    EXPECT_EQ(errorOf(R"({"a": 1, "b": 2, "a": 3})"), R"(the key "a" stands there twice)");
+    EXPECT_EQ(errorOf(R"([{"x": {"": 1, "": 1}}])"), R"(the key "" stands there twice)");
+}
+
+TEST(Json, SaysWhereTheTextStopsBeingJson) {
+    EXPECT_THAT(errorOf(""), HasSubstr("line 1, column 1"));
+    EXPECT_THAT(errorOf("{\"a\": 1,\n \"b\" 2}"), HasSubstr("line 2"));
+    EXPECT_THAT(errorOf("[1] 2"), HasSubstr("column 5"));
+    for (const char* text : {"{", "[1,]", "{\"a\"}", "'text'", "text", "NaN", "01", "1.", "\"open", "nul", "// no"})
+        EXPECT_FALSE(readJson(text)) << text;
+}
+
+TEST(Json, RefusesTextsThatAreNotUtf8) {
+    EXPECT_THAT(errorOf("\"\xff\""), HasSubstr("UTF-8"));
+    EXPECT_THAT(errorOf("{\"\xc3\": 1}"), HasSubstr("UTF-8"));
+    EXPECT_FALSE(readJson(R"("\ud83d")")) << "half a surrogate pair";
+    EXPECT_EQ(line(List{"\xff"}), "error: a text is not valid UTF-8");
+}
+
+TEST(Json, RefusesReadingDeeperThanAnArchiveMayBe) {
+    const auto nested = [](unsigned depth) { return std::string(depth, '[') + std::string(depth, ']'); };
+    EXPECT_TRUE(readJson(nested(PropertyListLimits::depth)));
+    EXPECT_THAT(errorOf(nested(PropertyListLimits::depth + 1)), HasSubstr("nested more than"));
+    EXPECT_THAT(errorOf(nested(1'000'000)), HasSubstr("nested more than"));
+    EXPECT_THAT(errorOf(std::string(1'000'000, '[')), HasSubstr("nested more than"));
+}
+
+TEST(Json, RefusesWritingDeeperThanAnArchiveMayBe) {
+    Value deep = 1;
+    for (unsigned level = 0; level < PropertyListLimits::depth; ++level)
+        deep = List{deep};
+    EXPECT_EQ(read(line(deep)), deep);
+    EXPECT_THAT(line(List{deep}), HasSubstr("error: lists and dictionaries are nested more than"));
+}
+
+TEST(Json, GivesEachEntryALineWhenIndented) {
+    const auto json = writeJson(Dictionary{{"a", List{1, 2.0}}, {"b", Dictionary{}}, {"c", List{}}});
+    EXPECT_EQ(json.value(), "{\n  \"a\": [\n    1,\n    2.0\n  ],\n  \"b\": {},\n  \"c\": []\n}");
+}
+
+TEST(Json, BringsBackAnyValueThatItWrites) {
+    const unsigned seed = std::random_device()();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    for (int i = 0; i < 5000; ++i) {
+        const Value value = randomValue(random, 4);
+        for (const JsonLayout layout : {JsonLayout::line, JsonLayout::indented}) {
+            const auto json = writeJson(value, layout);
+            ASSERT_TRUE(json) << json.error();
+            const auto back = readJson(json.value());
+            ASSERT_TRUE(back) << json.value() << ": " << back.error();
+            ASSERT_EQ(back.value(), value) << json.value();
+        }
+    }
+}
+
+TEST(Json, TakesLargeDictionariesInItsStride) {
+    std::vector<Dictionary::Entry> entries;
+    for (int i = 0; i < 100'000; ++i)
+        entries.emplace_back("key" + std::to_string(i), i);
+    const Value large = Dictionary(std::move(entries));
+    EXPECT_EQ(read(line(large)), large);
+}
+
+TEST(Base64, TakesNothingButItsOwnForm) {
+    for (const char* text :
+         {"a", "aG", "aGk", "aGk=a", "aG==", "a===", "====", "=", "aGk=\n", "aG k", "aGl=", "_-A=", "aGk=aGk="})
+        EXPECT_EQ(decodeBase64(text), std::nullopt) << text;
+    EXPECT_EQ(decodeBase64(""), Data());
+}
+
+TEST(Timestamp, CoversFourDigitYears) {
+    EXPECT_EQ(formatTimestamp(*parseTimestamp("0001-01-01T00:00:00Z")), "0001-01-01T00:00:00Z");
+    EXPECT_EQ(formatTimestamp(*parseTimestamp("9999-12-31T23:59:59Z")), "9999-12-31T23:59:59Z");
+    EXPECT_EQ(formatTimestamp(Date{parseTimestamp("9999-12-31T23:59:59Z")->seconds + 1}), std::nullopt);
+    EXPECT_EQ(formatTimestamp(Date{parseTimestamp("0001-01-01T00:00:00Z")->seconds - 1}), std::nullopt);
+}
+
+TEST(Timestamp, TakesNothingButRealMomentsInItsOwnForm) {
+    EXPECT_TRUE(parseTimestamp("2024-02-29T00:00:00Z"));
+    for (const char* text : {"2023-02-29T00:00:00Z", "2024-00-01T00:00:00Z", "2024-13-01T00:00:00Z",
+                             "2024-01-01T24:00:00Z", "2024-01-01T00:60:00Z", "2024-01-01T00:00:60Z",
+                             "0000-01-01T00:00:00Z", "2024-01-01 00:00:00Z", "2024-01-01T00:00:00", "2024-1-1T0:0:0Z",
+                             "+024-01-01T00:00:00Z", "2024-01-01T-1:00:00Z", "2024-01-01T00:00:00ZZ", ""})
+        EXPECT_EQ(parseTimestamp(text), std::nullopt) << text;
+}

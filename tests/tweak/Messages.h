@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/foundation/NSKeyedArchiver.h"
+#include "platform/messaging/CFMessagePort.h"
+
+#include <optional>
+#include <string>
+
+namespace tests {
+
+/// The body of an "updateSettings" message, as the bundle sends it.
+inline platform::Data changeBody(const std::string& key, const platform::Value& value) {
+    using platform::Dictionary;
+    return *platform::NSKeyedArchiver::archivedDataWithRootObject(
+        Dictionary{{"object", Dictionary{{"key", key}, {"object", value}}}});
+}
+
+/// Sends a body to the port and gives the result code; the reply is stored when the code is success.
+inline platform::CFMessagePortResult send(const std::string& message, const std::optional<platform::Data>& body,
+                                          std::optional<platform::Data>& reply, std::int32_t id = 0) {
+    const auto remote = platform::CFMessagePortCreateRemote("com.nevo.lumora/" + message);
+    return platform::CFMessagePortSendRequest(*remote, id, body, 5.0, 5.0, &reply);
+}
+
+/// The settings that a running tweak answers with; nil when none does.
+inline platform::Value askForSettings() {
+    std::optional<platform::Data> reply;
+    if (send("requestTweakSettings", std::nullopt, reply) != platform::kCFMessagePortSuccess || !reply) return nullptr;
+    return platform::NSKeyedUnarchiver::unarchiveObjectWithData(*reply);
+}
+
+/// What a running tweak says of a change: empty when it is made.
+inline std::string change(const std::string& key, const platform::Value& value) {
+    std::optional<platform::Data> reply;
+    if (send("updateSettings", changeBody(key, value), reply) != platform::kCFMessagePortSuccess) return "no answer";
+    if (!reply) return {};
+    const std::string* error = platform::NSKeyedUnarchiver::unarchiveObjectWithData(*reply)["error"].text();
+    return error ? *error : "an answer without an error";
+}
+
+} // namespace tests

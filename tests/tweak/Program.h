@@ -1,0 +1,125 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tests {
+
+/// A program that was started and whose output is kept: standard output comes line by line while it runs, standard
+/// error when it has ended.
+class Program {
+  public:
+    explicit Program(std::vector<std::string> command, const std::string& input = {}) {
+        std::fputs(input.c_str(), in_.get());
+        std::fflush(in_.get());
+        ::lseek(fileno(in_.get()), 0, SEEK_SET);
+        int ends[2];
+        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+        std::vector<char*> words;
+        words.reserve(command.size() + 1);
+        for (std::string& word : command)
+            words.push_back(word.data());
+        words.push_back(nullptr);
+        id_ = fork();
+        if (id_ == 0) {
+            dup2(fileno(in_.get()), STDIN_FILENO);
+            dup2(ends[1], STDOUT_FILENO);
+            dup2(fileno(err_.get()), STDERR_FILENO);
+            execvp(words.front(), words.data());
+            _exit(127);
+        }
+        ::close(ends[1]);
+        out_.reset(fdopen(ends[0], "r"));
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program() { kill(); }
+
+    [[nodiscard]] pid_t id() const { return id_; }
+
+    /// The next line of standard output without its end; empty when there is no more.
+    [[nodiscard]] std::string readLine() {
+        std::string line;
+        for (int c = std::fgetc(out_.get()); c != EOF && c != '\n'; c = std::fgetc(out_.get()))
+            line += static_cast<char>(c);
+        return line;
+    }
+    /// Everything that is still to come on standard output, up to its end.
+    [[nodiscard]] std::string readRest() {
+        std::string rest;
+        for (int c = std::fgetc(out_.get()); c != EOF; c = std::fgetc(out_.get()))
+            rest += static_cast<char>(c);
+        return rest;
+    }
+
+    void signal(int number) const {
+        if (id_ > 0) ::kill(id_, number);
+    }
+    /// Waits for the end: the exit status, or the negated signal that ended it.
+    int wait() {
+        int status = 0;
+        if (id_ <= 0 || waitpid(std::exchange(id_, -1), &status, 0) < 0) return -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+    void kill() {
+        signal(SIGKILL);
+        wait();
+    }
+    /// What stands on standard error by now.
+    [[nodiscard]] std::string errors() const {
+        std::string text;
+        char block[4096];
+        off_t at = 0;
+        while (const ssize_t got = pread(fileno(err_.get()), block, sizeof block, at)) {
+            if (got < 0) break;
+            text.append(block, static_cast<std::size_t>(got));
+            at += got;
+        }
+        return text;
+    }
+
+  private:
+    struct Close {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    using File = std::unique_ptr<std::FILE, Close>;
+
+    /// Not inherited by accident: each program gets only its own three streams.
+    static File temporary() {
+        File file(std::tmpfile());
+        if (!file) throw std::runtime_error("no temporary file");
+        fcntl(fileno(file.get()), F_SETFD, FD_CLOEXEC);
+        return file;
+    }
+
+    File in_ = temporary();
+    File err_ = temporary();
+    File out_;
+    pid_t id_ = -1;
+};
+
+/// What a program that ran to its end left behind.
+struct Finished {
+    int status = 0;
+    std::string output;
+    std::string errors;
+};
+
+inline Finished run(std::vector<std::string> command, const std::string& input = {}) {
+    Program program(std::move(command), input);
+    std::string output = program.readRest();
+    const int status = program.wait();
+    return {status, std::move(output), program.errors()};
+}
+
+} // namespace tests

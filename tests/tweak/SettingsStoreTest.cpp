@@ -1,0 +1,337 @@
+#include "tests/tweak/Sandbox.h"
+
+#include "tweak/Defaults.h"
+#include "tweak/SettingsStore.h"
+
+#include "platform/foundation/PropertyList.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <latch>
+#include <set>
+#include <thread>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace lumora;
+using namespace tests;
+using platform::Data;
+using platform::Date;
+using platform::Dictionary;
+using platform::List;
+using platform::Result;
+using platform::Value;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Optional;
+using testing::UnorderedElementsAre;
+
+namespace {
+
+class SettingsStoreTest : public testing::Test {
+  protected:
+    std::unique_ptr<SettingsStore> open() {
+        Result<std::unique_ptr<SettingsStore>> opened = SettingsStore::open(sandbox.settings(), log);
+        if (opened) return std::move(opened).value();
+        failure = opened.error();
+        return nullptr;
+    }
+
+    [[nodiscard]] Value onDisk() const {
+        const auto read = platform::readPropertyList(bytesOf(readFile(sandbox.settings())));
+        return read ? read.value() : Value();
+    }
+
+    [[nodiscard]] std::set<std::string> files() const {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(sandbox.path()))
+            names.insert(entry.path().filename());
+        return names;
+    }
+
+    Sandbox sandbox;
+    std::vector<std::string> lines;
+    std::string failure;
+    Log log = [this](const std::string& line) { lines.push_back(line); };
+};
+
+/// While it lives, no file can be made longer than so many bytes: what a full disk is like, without one.
+class FullDisk {
+  public:
+    explicit FullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+
+  private:
+    rlimit before_{};
+    void (*handler_)(int);
+};
+
+} // namespace
+
+TEST_F(SettingsStoreTest, HoldsEveryDefaultAndWritesNothingAtFirst) {
+    const auto store = open();
+    ASSERT_TRUE(store);
+    for (const Setting& setting : knownSettings())
+        EXPECT_EQ(store->settings()[setting.key], setting.byDefault);
+    EXPECT_FALSE(std::filesystem::exists(sandbox.settings()));
+}
+
+TEST_F(SettingsStoreTest, KeepsChangesOfEveryKindAcrossARestart) {
+    const std::vector<Dictionary::Entry> changes{
+        {"kTweakEnabled", false},
+        {"kSleepTime", 3600},
+        {"kAppIconOpacity", 0.1},
+        {"kLSDateSubtitle", "Grüße 😀"},
+        {"kAppsEnabled", List{"com.b", "com.a"}},
+        {"kLSBlurColor", Dictionary{{"h", 0.25}, {"s", 1.0}, {"b", 0.0}}},
+        {"kAutoUnlockPasscode", "1234"},
+    };
+    {
+        const auto store = open();
+        for (const auto& [key, value] : changes)
+            ASSERT_EQ(store->change(key, value), std::nullopt);
+    }
+    const auto store = open();
+    for (const auto& [key, value] : changes)
+        EXPECT_EQ(store->settings()[key], value) << key;
+    EXPECT_EQ(store->settings().size(), knownSettings().size());
+    EXPECT_THAT(lines, IsEmpty());
+}
+
+TEST_F(SettingsStoreTest, KeepsKeysOfPlugInsWhateverTheirKind) {
+    const std::vector<Dictionary::Entry> changes{
+        {"com.example.switch", true},
+        {"com.example.data", Data{1, 2, 3}},
+        {"com.example.date", Date{0.5}},
+        {"com.example.list", List{1, "a", List{}}},
+        {"com.example.nested", Dictionary{{"a", Dictionary{{"b", 1.5}}}}},
+        {"", "an empty key is a key"},
+    };
+    {
+        const auto store = open();
+        for (const auto& [key, value] : changes)
+            ASSERT_EQ(store->change(key, value), std::nullopt);
+    }
+    const auto store = open();
+    for (const auto& [key, value] : changes)
+        EXPECT_EQ(store->settings()[key], value) << key;
+}
+
+TEST_F(SettingsStoreTest, StoresOnlyWhatWasChanged) {
+    const auto store = open();
+    ASSERT_EQ(store->change("kSleepTime", 30), std::nullopt);
+    ASSERT_EQ(store->change("kTweakEnabled", true), std::nullopt) << "to its default, which counts as changed";
+    EXPECT_EQ(onDisk(), Value(Dictionary{{"kSleepTime", 30}, {"kTweakEnabled", true}}));
+}
+
+TEST_F(SettingsStoreTest, HasEachChangeOnDiskWhenItReturns) {
+    const auto store = open();
+    for (int i = 0; i < 200; ++i) {
+        ASSERT_EQ(store->change("kSleepTime", i), std::nullopt);
+        ASSERT_EQ(onDisk()["kSleepTime"], Value(i));
+    }
+}
+
+TEST_F(SettingsStoreTest, ReplacesTheFileSoThatAReaderNeverSeesHalfOfIt) {
+    const auto store = open();
+    ASSERT_EQ(store->change("com.example.text", std::string(5000, 'a')), std::nullopt);
+    std::atomic<bool> done = false;
+    std::size_t unreadable = 0;
+    std::latch reading(1);
+    std::thread reader([&] {
+        reading.count_down();
+        while (!done)
+            unreadable += onDisk().isNil() ? 1U : 0U;
+    });
+    reading.wait();
+    for (int i = 0; i < 500; ++i)
+        EXPECT_EQ(store->change("com.example.text", std::string(5000, static_cast<char>('a' + i % 26))), std::nullopt);
+    done = true;
+    reader.join();
+    EXPECT_EQ(unreadable, 0U);
+}
+
+TEST_F(SettingsStoreTest, LosesNoneOfTheChangesThatThreadsMakeAtOnce) {
+    const auto store = open();
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([&store, t] {
+            for (int i = 0; i < 50; ++i)
+                EXPECT_EQ(store->change("key-" + std::to_string(t) + "-" + std::to_string(i), i), std::nullopt);
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(store->settings().size(), knownSettings().size() + 200);
+    EXPECT_EQ(onDisk().dictionary()->size(), 200U);
+}
+
+TEST_F(SettingsStoreTest, LetsOnlyTheOwnerReadTheFile) {
+    const mode_t before = umask(0);
+    const auto store = open();
+    EXPECT_EQ(store->change("kAutoUnlockPasscode", "1234"), std::nullopt);
+    umask(before);
+    struct stat status {};
+    ASSERT_EQ(stat(sandbox.settings().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST_F(SettingsStoreTest, LeavesNothingBesideTheFileButItsLock) {
+    {
+        const auto store = open();
+        ASSERT_EQ(store->change("kSleepTime", 30), std::nullopt);
+    }
+    EXPECT_THAT(files(), UnorderedElementsAre("settings.plist", "settings.plist.lock"));
+}
+
+TEST_F(SettingsStoreTest, MakesTheFoldersOnTheWay) {
+    const auto deep = sandbox.path() / "var" / "mobile" / "settings.plist";
+    const auto store = SettingsStore::open(deep, log);
+    ASSERT_TRUE(store);
+    EXPECT_EQ(store.value()->change("kSleepTime", 30), std::nullopt);
+    EXPECT_TRUE(std::filesystem::exists(deep));
+}
+
+TEST_F(SettingsStoreTest, ReplacesTheFileBehindALinkAndKeepsTheLink) {
+    const auto real = sandbox.path() / "real.plist";
+    writeFile(real, "<plist><dict><key>kSleepTime</key><integer>15</integer></dict></plist>");
+    std::filesystem::create_symlink(real, sandbox.settings());
+    const auto store = open();
+    ASSERT_TRUE(store) << failure;
+    EXPECT_EQ(store->settings()["kSleepTime"], Value(15));
+    EXPECT_EQ(store->change("kSleepTime", 30), std::nullopt);
+    EXPECT_TRUE(std::filesystem::is_symlink(sandbox.settings()));
+    EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
+}
+
+TEST_F(SettingsStoreTest, SetsAnUnreadableFileAsideAndNeverOverwritesOne) {
+    const std::vector<std::string> unreadable{"", "no property list", std::string("bplist00\0\0\0", 11),
+                                              "<plist><array/></plist>"};
+    for (const std::string& contents : unreadable) {
+        writeFile(sandbox.settings(), contents);
+        const auto store = open();
+        ASSERT_TRUE(store) << failure;
+        EXPECT_EQ(store->settings().size(), knownSettings().size());
+        EXPECT_EQ(store->change("kSleepTime", 30), std::nullopt);
+    }
+    EXPECT_EQ(readFile(sandbox.path() / "settings.plist.unreadable"), unreadable[0]);
+    EXPECT_EQ(readFile(sandbox.path() / "settings.plist.unreadable-2"), unreadable[1]);
+    EXPECT_EQ(readFile(sandbox.path() / "settings.plist.unreadable-3"), unreadable[2]);
+    EXPECT_EQ(readFile(sandbox.path() / "settings.plist.unreadable-4"), unreadable[3]);
+    ASSERT_EQ(lines.size(), unreadable.size());
+    EXPECT_THAT(lines[0], HasSubstr("it is set aside as " + sandbox.settings().string() + ".unreadable, defaults"));
+    EXPECT_THAT(lines[3], HasSubstr("it holds a list in place of a dictionary"));
+}
+
+TEST_F(SettingsStoreTest, RefusesToStartOverAnUnreadableFileItCannotSetAside) {
+    // Every name that it could have is taken, so the file would have to be overwritten.
+    writeFile(sandbox.settings(), "no property list");
+    writeFile(sandbox.path() / "settings.plist.unreadable", "");
+    for (int number = 2; number < 10'000; ++number)
+        writeFile(sandbox.path() / ("settings.plist.unreadable-" + std::to_string(number)), "");
+    EXPECT_FALSE(open());
+    EXPECT_THAT(failure, HasSubstr("cannot set it aside"));
+    EXPECT_EQ(readFile(sandbox.settings()), "no property list");
+}
+
+TEST_F(SettingsStoreTest, LeavesOutStoredValuesThatTheirSettingsCannotHave) {
+    writeFile(sandbox.settings(), "<plist><dict><key>kSleepTime</key><string>soon</string>"
+                                  "<key>kTweakEnabled</key><false/></dict></plist>");
+    const auto store = open();
+    ASSERT_TRUE(store) << failure;
+    EXPECT_EQ(store->settings()["kSleepTime"], findSetting("kSleepTime")->byDefault);
+    EXPECT_EQ(store->settings()["kTweakEnabled"], Value(false));
+    EXPECT_THAT(lines, ElementsAre(sandbox.settings().string() +
+                                   ": kSleepTime takes a finite number, not a text: its default stands in"));
+}
+
+TEST_F(SettingsStoreTest, NeverTakesAnythingButARegularFileForItsOwn) {
+    const auto folder = sandbox.path() / "folder";
+    std::filesystem::create_directory(folder);
+    EXPECT_THAT(SettingsStore::open(folder, log).error(), HasSubstr("is no regular file"));
+    EXPECT_THAT(SettingsStore::open("/dev/null", log).error(), HasSubstr("is no regular file"));
+    const auto pipe = sandbox.path() / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_THAT(SettingsStore::open(pipe, log).error(), HasSubstr("is no regular file"));
+}
+
+TEST_F(SettingsStoreTest, SaysSoWhenItsFolderCannotBeMade) {
+    writeFile(sandbox.path() / "file", "");
+    EXPECT_THAT(SettingsStore::open(sandbox.path() / "file" / "settings.plist", log).error(),
+                HasSubstr("cannot make the folder"));
+}
+
+TEST_F(SettingsStoreTest, RefusesAChangeThatDoesNotFitOnTheDisk) {
+    const auto store = open();
+    ASSERT_EQ(store->change("kSleepTime", 30), std::nullopt);
+    const std::string before = readFile(sandbox.settings());
+    {
+        const FullDisk full(4096);
+        EXPECT_THAT(store->change("kLSDateSubtitle", std::string(10'000, 'x')),
+                    Optional(HasSubstr("cannot write " + sandbox.settings().string() + ": File too large")));
+        EXPECT_EQ(store->settings()["kLSDateSubtitle"], Value(""));
+        EXPECT_EQ(readFile(sandbox.settings()), before);
+        EXPECT_THAT(files(), UnorderedElementsAre("settings.plist", "settings.plist.lock"));
+        EXPECT_EQ(store->change("kSleepTime", 60), std::nullopt) << "what fits is kept";
+    }
+    EXPECT_EQ(store->change("kLSDateSubtitle", std::string(10'000, 'x')), std::nullopt) << "there is room again";
+    EXPECT_EQ(onDisk()["kSleepTime"], Value(60));
+}
+
+TEST_F(SettingsStoreTest, RefusesChangesWhenItsFolderIsGone) {
+    const auto folder = sandbox.path() / "folder";
+    const auto store = SettingsStore::open(folder / "settings.plist", log);
+    ASSERT_TRUE(store);
+    std::filesystem::remove_all(folder);
+    EXPECT_THAT(store.value()->change("kSleepTime", 30), Optional(HasSubstr("cannot write")));
+    EXPECT_EQ(store.value()->settings()["kSleepTime"], findSetting("kSleepTime")->byDefault);
+}
+
+TEST_F(SettingsStoreTest, RefusesValuesThatCouldNotBeReadBack) {
+    const auto store = open();
+    Value deep = 1;
+    for (unsigned level = 0; level < platform::PropertyListLimits::depth + 1; ++level)
+        deep = List{deep};
+    EXPECT_THAT(store->change("com.example.deep", deep), Optional(HasSubstr("cannot be kept")));
+    EXPECT_THAT(store->change("com.example.nil", List{nullptr}), Optional(HasSubstr("cannot be kept")));
+    EXPECT_EQ(store->settings().size(), knownSettings().size());
+    EXPECT_EQ(open(), nullptr) << "the file is still held by the first store";
+}
+
+TEST_F(SettingsStoreTest, KeepsTheDeepestValueThatItTakes) {
+    unsigned kept = 0;
+    {
+        const auto store = open();
+        Value deep = 1;
+        while (!store->change("com.example.deep", deep) && kept < 1000) {
+            deep = List{deep};
+            ++kept;
+        }
+    }
+    EXPECT_GT(kept, 50U);
+    EXPECT_LT(kept, 1000U);
+    const auto store = open();
+    EXPECT_TRUE(store->settings().contains("com.example.deep"));
+    EXPECT_THAT(lines, IsEmpty());
+}
+
+TEST_F(SettingsStoreTest, IsTheOnlyOneWithItsFile) {
+    auto first = open();
+    ASSERT_TRUE(first);
+    EXPECT_FALSE(open());
+    EXPECT_EQ(failure, "another lumora-tweak is running: it holds " + sandbox.settings().string());
+    first.reset();
+    EXPECT_TRUE(open());
+}

@@ -1,0 +1,232 @@
+#include "tests/tweak/Messages.h"
+#include "tests/tweak/Program.h"
+#include "tests/tweak/Sandbox.h"
+
+#include "tweak/Defaults.h"
+#include "tweak/SettingsStore.h"
+
+#include "platform/foundation/PropertyList.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <csignal>
+#include <thread>
+
+using namespace lumora;
+using namespace tests;
+using platform::Data;
+using platform::Dictionary;
+using platform::kCFMessagePortSuccess;
+using platform::List;
+using platform::Value;
+using testing::AnyOf;
+using testing::Eq;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+constexpr const char* kReady = "lumora-tweak ready, settings at ";
+
+class TweakProgram : public testing::Test {
+  protected:
+    [[nodiscard]] std::vector<std::string> command(std::vector<std::string> options) const {
+        options.insert(options.begin(), {LUMORA_TWEAK, "--settings", sandbox.settings().string()});
+        return options;
+    }
+
+    /// The ports that have a socket, live or dead.
+    [[nodiscard]] std::vector<std::string> sockets() const {
+        std::vector<std::string> names;
+        std::error_code none;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(sandbox.ports(), none))
+            if (entry.is_socket()) names.push_back(entry.path().filename());
+        return names;
+    }
+
+    Sandbox sandbox;
+};
+
+} // namespace
+
+TEST_F(TweakProgram, SaysItIsReadyOnceBothPortsAnswer) {
+    Program tweak(command({}));
+    ASSERT_EQ(tweak.readLine(), kReady + sandbox.settings().string()) << tweak.errors();
+    std::optional<Data> reply;
+    EXPECT_EQ(send("updateSettings", changeBody("kSleepTime", 30), reply), kCFMessagePortSuccess);
+    EXPECT_EQ(reply, std::nullopt);
+    EXPECT_EQ(askForSettings()["kSleepTime"], Value(30));
+}
+
+TEST_F(TweakProgram, KeepsItsSettingsUnderTheDeviceRoot) {
+    Program tweak({LUMORA_TWEAK, "--root", sandbox.path()});
+    ASSERT_EQ(tweak.readLine(), kReady + sandbox.path().string() + kSettingsPath) << tweak.errors();
+    EXPECT_EQ(change("kSleepTime", 30), "");
+    EXPECT_TRUE(std::filesystem::exists(sandbox.path().string() + kSettingsPath));
+}
+
+TEST_F(TweakProgram, RemembersChangesFromOneRunToTheNext) {
+    {
+        Program tweak(command({}));
+        ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+        EXPECT_EQ(change("kAppsEnabled", List{"com.b", "com.a"}), "");
+        tweak.signal(SIGTERM);
+        EXPECT_EQ(tweak.wait(), 0);
+    }
+    Program tweak(command({}));
+    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    EXPECT_EQ(askForSettings()["kAppsEnabled"], Value(List{"com.b", "com.a"}));
+}
+
+TEST_F(TweakProgram, AnswersARefusalWithItsReasonAndLogsIt) {
+    Program tweak(command({}));
+    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    EXPECT_EQ(change("kTweakEnabled", "yes"), "kTweakEnabled takes a boolean, not a text");
+    EXPECT_EQ(tweak.errors(), "lumora-tweak: updateSettings refused: kTweakEnabled takes a boolean, not a text\n");
+    EXPECT_EQ(askForSettings()["kTweakEnabled"], Value(true));
+}
+
+TEST_F(TweakProgram, IgnoresMessagesOfAnotherId) {
+    Program tweak(command({"--verbose"}));
+    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    for (const std::int32_t id : {1, 2, -1}) {
+        std::optional<Data> reply;
+        EXPECT_EQ(send("updateSettings", changeBody("kSleepTime", 30), reply, id), kCFMessagePortSuccess);
+        EXPECT_EQ(reply, std::nullopt);
+    }
+    EXPECT_EQ(askForSettings()["kSleepTime"], findSetting("kSleepTime")->byDefault);
+    EXPECT_EQ(tweak.errors(), "lumora-tweak: requestTweakSettings: 50 settings\n");
+}
+
+TEST_F(TweakProgram, OmitsKeysAndHidesPasscodesAsItsOptionsSay) {
+    Program tweak(command({"--verbose", "--omit", "kSleepTime", "--omit", "kTweakEnabled"}));
+    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    EXPECT_EQ(change("kAutoUnlockPasscode", "24680"), "");
+    const Value settings = askForSettings();
+    EXPECT_FALSE(settings.dictionary()->contains("kSleepTime"));
+    EXPECT_FALSE(settings.dictionary()->contains("kTweakEnabled"));
+    EXPECT_EQ(settings["kAutoUnlockPasscode"], Value("24680"));
+    EXPECT_EQ(tweak.errors(), "lumora-tweak: updateSettings: \"kAutoUnlockPasscode\" = •••\n"
+                              "lumora-tweak: requestTweakSettings: 48 settings\n");
+}
+
+TEST_F(TweakProgram, LeavesNoSocketsWhenASignalEndsIt) {
+    for (const int signal : {SIGTERM, SIGINT}) {
+        Program tweak(command({}));
+        ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+        EXPECT_EQ(sockets().size(), 2U);
+        tweak.signal(signal);
+        EXPECT_EQ(tweak.wait(), 0);
+        EXPECT_THAT(sockets(), IsEmpty());
+        EXPECT_EQ(tweak.errors(), "");
+    }
+}
+
+TEST_F(TweakProgram, EndsCleanlyWhileChangesPourIn) {
+    Program tweak(command({}));
+    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    std::atomic<int> answered = 0;
+    std::thread client([&answered] {
+        while (change("com.example.count", answered + 1).empty())
+            answered.fetch_add(1);
+        answered.notify_all();
+    });
+    for (int seen = answered; seen < 20; seen = answered)
+        std::this_thread::yield();
+    tweak.signal(SIGTERM);
+    EXPECT_EQ(tweak.wait(), 0);
+    client.join();
+    EXPECT_THAT(sockets(), IsEmpty());
+    const Value kept = platform::readPropertyList(bytesOf(readFile(sandbox.settings()))).value();
+    EXPECT_THAT(kept["com.example.count"].integer(), AnyOf(Eq(answered.load()), Eq(answered.load() + 1)));
+}
+
+TEST_F(TweakProgram, SaysThatAnotherTweakHoldsThePorts) {
+    Program first(command({}));
+    ASSERT_THAT(first.readLine(), HasSubstr(kReady)) << first.errors();
+    const Finished second = run({LUMORA_TWEAK, "--settings", sandbox.path() / "other.plist"});
+    EXPECT_EQ(second.status, 1);
+    EXPECT_EQ(second.output, "");
+    EXPECT_THAT(second.errors, HasSubstr("another tweak holds the port " + sandbox.ports().string()));
+    EXPECT_EQ(change("kSleepTime", 30), "") << "the first one still serves";
+}
+
+TEST_F(TweakProgram, SaysThatAnotherTweakHoldsTheSettings) {
+    Program first(command({}));
+    ASSERT_THAT(first.readLine(), HasSubstr(kReady)) << first.errors();
+    setenv("LUMORA_PORTS", (sandbox.path() / "other-ports").c_str(), 1);
+    const Finished second = run(command({}));
+    EXPECT_EQ(second.status, 1);
+    EXPECT_THAT(second.errors, HasSubstr("another lumora-tweak is running: it holds " + sandbox.settings().string()));
+}
+
+TEST_F(TweakProgram, LeavesExactlyOneOfSeveralThatStartAtOnce) {
+    std::vector<std::unique_ptr<Program>> tweaks;
+    for (int i = 0; i < 4; ++i)
+        tweaks.push_back(std::make_unique<Program>(
+            std::vector<std::string>{LUMORA_TWEAK, "--settings", sandbox.path() / ("settings-" + std::to_string(i))}));
+    int ready = 0;
+    for (const auto& tweak : tweaks) {
+        if (tweak->readLine().starts_with(kReady)) {
+            ++ready;
+        } else {
+            EXPECT_EQ(tweak->wait(), 1);
+            EXPECT_THAT(tweak->errors(), HasSubstr("another tweak holds the port"));
+        }
+    }
+    EXPECT_EQ(ready, 1);
+    EXPECT_EQ(change("kSleepTime", 30), "");
+}
+
+TEST_F(TweakProgram, TakesOverThePortsOfOneThatWasKilled) {
+    {
+        Program tweak(command({}));
+        ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+        tweak.kill();
+        EXPECT_EQ(sockets().size(), 2U);
+    }
+    Program tweak(command({}));
+    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    EXPECT_EQ(change("kSleepTime", 30), "");
+}
+
+TEST_F(TweakProgram, SaysThatThePortsFolderCannotBeUsed) {
+    writeFile(sandbox.ports(), "a file where the folder should be");
+    const Finished tweak = run(command({}));
+    EXPECT_EQ(tweak.status, 1);
+    EXPECT_THAT(tweak.errors, HasSubstr("port " + sandbox.ports().string()));
+}
+
+TEST_F(TweakProgram, StartsWithDefaultsBesideAnUnreadableFile) {
+    writeFile(sandbox.settings(), "no property list");
+    Program tweak(command({}));
+    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    EXPECT_THAT(tweak.errors(), HasSubstr("it is set aside as " + sandbox.settings().string() + ".unreadable"));
+    EXPECT_EQ(askForSettings()["kSleepTime"], findSetting("kSleepTime")->byDefault);
+    EXPECT_EQ(readFile(sandbox.settings().string() + ".unreadable"), "no property list");
+}
+
+TEST_F(TweakProgram, RefusesChangesWhenTheDiskIsFullAndGoesOn) {
+    Program tweak({"/bin/sh", "-c", "ulimit -f 8; exec \"$@\"", "sh", LUMORA_TWEAK, "--settings", sandbox.settings()});
+    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    EXPECT_THAT(change("kLSDateSubtitle", std::string(50'000, 'x')), HasSubstr("File too large"));
+    EXPECT_THAT(tweak.errors(), HasSubstr("updateSettings refused: cannot write " + sandbox.settings().string()));
+    EXPECT_EQ(askForSettings()["kLSDateSubtitle"], Value(""));
+    EXPECT_EQ(change("kSleepTime", 30), "");
+}
+
+TEST_F(TweakProgram, TellsWrongUseFromHelp) {
+    EXPECT_EQ(run({LUMORA_TWEAK, "--no-such-option"}).status, 2);
+    EXPECT_EQ(run({LUMORA_TWEAK, "stray"}).status, 2);
+    EXPECT_EQ(run({LUMORA_TWEAK, "--settings"}).status, 2);
+    const Finished help = run({LUMORA_TWEAK, "--help"});
+    EXPECT_EQ(help.status, 0);
+    for (const char* option : {"--root DIR", "--settings FILE", "--omit KEY", "--verbose", "--version", "--help"})
+        EXPECT_THAT(help.output, HasSubstr(option));
+    const Finished version = run({LUMORA_TWEAK, "--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.output, testing::StartsWith("lumora-tweak "));
+}
