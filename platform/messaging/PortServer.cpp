@@ -128,6 +128,10 @@ void PortServer::ready() {
     if (poller_->add(number, EPOLLIN, *connection)) connections_.emplace(number, std::move(connection));
 }
 
+void PortServer::drop(int socket) {
+    connections_.erase(socket);
+}
+
 void PortServer::resumeAccepting() {
     poller_->change(port_->listener->socket(), EPOLLIN, *this);
 }

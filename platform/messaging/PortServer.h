@@ -41,7 +41,7 @@ class PortServer final : public CFRunLoopSource, private Poller::Watcher {
 
     void ready() override;
     void resumeAccepting();
-    void drop(int socket) { connections_.erase(socket); }
+    void drop(int socket);
 
     CFMessagePortRef port_;
     Pause pause_;

@@ -1,0 +1,235 @@
+// The sending side, against receivers that misbehave in every way a byte stream allows.
+
+#include "platform/messaging/CFMessagePort.h"
+#include "tests/support/PortsFolder.h"
+#include "tests/support/RawSocket.h"
+#include "tests/support/Waiting.h"
+
+#include <chrono>
+#include <atomic>
+#include <functional>
+#include <future>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <thread>
+
+using namespace platform;
+using namespace tests;
+
+namespace {
+
+constexpr double kLong = 60;
+constexpr double kShort = 0.2;
+
+/// A receiver whose every connection is handled by a function of the test.
+class RawReceiver {
+  public:
+    RawReceiver(const std::filesystem::path& path, std::function<void(RawSocket&)> handle)
+        : listener_(RawSocket::listeningAt(path)), thread_([this, handle = std::move(handle)] {
+              auto client = listener_.accept();
+              handle(client);
+          }) {}
+    ~RawReceiver() { thread_.join(); }
+    RawReceiver(const RawReceiver&) = delete;
+    RawReceiver& operator=(const RawReceiver&) = delete;
+
+  private:
+    RawSocket listener_;
+    std::thread thread_;
+};
+
+CFMessagePortResult send(double sendTimeout, double receiveTimeout, std::optional<Data>* reply = nullptr,
+                         const std::optional<Data>& body = std::nullopt) {
+    return CFMessagePortSendRequest(*CFMessagePortCreateRemote("port"), 0, body, sendTimeout, receiveTimeout, reply);
+}
+
+} // namespace
+
+TEST(CFMessagePortSendRequest, PutsTheDocumentedBytesOnTheWire) {
+    const PortsFolder folder;
+    Data received;
+    {
+        const RawReceiver receiver(folder.socket("port"), [&received](RawSocket& client) {
+            received = client.receive(16 + 3);
+            client.send(frameWithoutBody());
+        });
+        EXPECT_EQ(CFMessagePortSendRequest(*CFMessagePortCreateRemote("port"), -2, bytes("abc"), kLong, kLong, nullptr),
+                  kCFMessagePortSuccess);
+    }
+    EXPECT_EQ(received, (Data{'L', 'M', 'P', '1', 0xfe, 0xff, 0xff, 0xff, 3, 0, 0, 0, 0, 0, 0, 0, 'a', 'b', 'c'}));
+}
+
+TEST(CFMessagePortSendRequest, SendsAHeaderAloneWithoutABody) {
+    const PortsFolder folder;
+    Data received;
+    {
+        const RawReceiver receiver(folder.socket("port"), [&received](RawSocket& client) {
+            received = client.receive(16);
+            client.send(frameWithoutBody());
+            EXPECT_TRUE(client.isClosedByPeer()) << "nothing comes behind the header";
+        });
+        EXPECT_EQ(send(kLong, kLong), kCFMessagePortSuccess);
+    }
+    EXPECT_EQ(received, (Data{'L', 'M', 'P', '1', 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 255}));
+}
+
+TEST(CFMessagePortSendRequest, TimesOutReceivingFromASilentReceiver) {
+    const PortsFolder folder;
+    const auto listener = RawSocket::listeningAt(folder.socket("port")); // never accepts
+    EXPECT_EQ(send(kLong, kShort), kCFMessagePortReceiveTimeout);
+}
+
+TEST(CFMessagePortSendRequest, TimesOutReceivingHalfAReply) {
+    const PortsFolder folder;
+    std::promise<void> timedOut;
+    const RawReceiver receiver(folder.socket("port"), [&timedOut](RawSocket& client) {
+        auto reply = frameWith(bytes("never whole"));
+        reply.resize(reply.size() - 1);
+        client.send(reply);
+        timedOut.get_future().wait();
+    });
+    EXPECT_EQ(send(kLong, kShort), kCFMessagePortReceiveTimeout);
+    timedOut.set_value();
+}
+
+TEST(CFMessagePortSendRequest, TimesOutReceivingAReplyThatDrips) {
+    const PortsFolder folder;
+    std::atomic<bool> closed = false;
+    const RawReceiver receiver(folder.socket("port"), [&closed](RawSocket& client) {
+        // A byte every few milliseconds: no single wait is long, the whole would take minutes.
+        const auto reply = frameWith(Data(1 << 16, 'x'));
+        for (std::size_t i = 0; i < reply.size() && client.send(std::span(reply).subspan(i, 1)); ++i) {
+            pollfd gone{client.number(), POLLRDHUP, 0};
+            if (::poll(&gone, 1, 5) > 0) break;
+        }
+        closed = true;
+    });
+    EXPECT_EQ(send(kLong, kShort), kCFMessagePortReceiveTimeout);
+    EXPECT_TRUE(eventually([&closed] { return closed.load(); })) << "the connection goes with the time-out";
+}
+
+TEST(CFMessagePortSendRequest, TimesOutReceivingAReplyThatNeverPauses) {
+    const PortsFolder folder;
+    const RawReceiver receiver(folder.socket("port"), [](RawSocket& client) {
+        client.send(frameBytes(0, kMaximumMessageBody));
+        for (const Data byte(1, 'x'); client.send(byte);) {}
+    });
+    EXPECT_EQ(send(kLong, kShort), kCFMessagePortReceiveTimeout);
+}
+
+TEST(CFMessagePortSendRequest, TakesAReplyThatDripsInTime) {
+    const PortsFolder folder;
+    const RawReceiver receiver(folder.socket("port"), [](RawSocket& client) {
+        for (const auto byte : frameWith(bytes("drop by drop")))
+            client.send({&byte, 1});
+    });
+    std::optional<Data> reply;
+    EXPECT_EQ(send(kLong, kLong, &reply), kCFMessagePortSuccess);
+    EXPECT_EQ(reply, bytes("drop by drop"));
+}
+
+TEST(CFMessagePortSendRequest, TimesOutSendingMoreThanTheReceiverReads) {
+    const PortsFolder folder;
+    const auto listener = RawSocket::listeningAt(folder.socket("port")); // never accepts
+    EXPECT_EQ(send(kShort, kLong, nullptr, Data(32 << 20)), kCFMessagePortSendTimeout);
+}
+
+TEST(CFMessagePortSendRequest, TimesOutSendingToAFullBacklog) {
+    const PortsFolder folder;
+    const auto listener = RawSocket::listeningAt(folder.socket("port"), 0);
+    const auto waiting = RawSocket::connectedTo(folder.socket("port"));
+    EXPECT_EQ(send(kShort, kLong), kCFMessagePortSendTimeout);
+    EXPECT_EQ(send(0, kLong), kCFMessagePortSendTimeout);
+}
+
+TEST(CFMessagePortSendRequest, QueuesAtAFullBacklogUntilThereIsAPlace) {
+    const PortsFolder folder;
+    const auto listener = RawSocket::listeningAt(folder.socket("port"), 0);
+    const auto before = RawSocket::connectedTo(folder.socket("port"));
+    auto result = std::async(std::launch::async, [] { return send(kLong, kLong); });
+    // The sender is either about to queue or in the queue; both must end well once the place is free.
+    const auto first = listener.accept();
+    const auto second = listener.accept();
+    EXPECT_EQ(second.receive(16).size(), 16U);
+    second.send(frameWithoutBody());
+    EXPECT_EQ(result.get(), kCFMessagePortSuccess);
+}
+
+TEST(CFMessagePortSendRequest, BecomesInvalidWhenTheReceiverClosesAtAnyByteOfTheReply) {
+    const auto reply = frameWith(bytes("cut me"));
+    for (std::size_t cut = 0; cut < reply.size(); ++cut) {
+        SCOPED_TRACE(cut);
+        const PortsFolder folder;
+        const RawReceiver receiver(folder.socket("port"), [&](RawSocket& client) {
+            EXPECT_EQ(client.receive(16).size(), 16U);
+            client.send(std::span(reply).first(cut));
+        });
+        std::optional<Data> untouched;
+        EXPECT_EQ(send(kLong, kLong, &untouched), kCFMessagePortBecameInvalidError);
+        EXPECT_EQ(untouched, std::nullopt);
+    }
+}
+
+TEST(CFMessagePortSendRequest, BecomesInvalidWhenTheReceiverClosesUnread) {
+    const PortsFolder folder;
+    const RawReceiver receiver(folder.socket("port"), [](RawSocket&) {});
+    EXPECT_EQ(send(kLong, kLong, nullptr, Data(8 << 20)), kCFMessagePortBecameInvalidError);
+}
+
+TEST(CFMessagePortSendRequest, RefusesAReplyThatIsNoFrame) {
+    for (const auto& reply : {frameBytes(0, -1, {}, "HTTP"), frameBytes(0, -2), frameBytes(0, kMaximumMessageBody + 1)}) {
+        const PortsFolder folder;
+        const RawReceiver receiver(folder.socket("port"), [&reply](RawSocket& client) {
+            client.send(reply);
+            EXPECT_FALSE(client.receive(17).empty());
+        });
+        EXPECT_EQ(send(kLong, kLong), kCFMessagePortTransportError);
+    }
+}
+
+TEST(CFMessagePortSendRequest, IsInvalidAtADeadSocketOrNoSocketAtAll) {
+    const PortsFolder folder;
+    RawSocket::leaveDeadSocketAt(folder.socket("port"));
+    EXPECT_EQ(send(kLong, kLong), kCFMessagePortIsInvalid);
+    std::filesystem::remove(folder.socket("port"));
+    std::filesystem::create_directory(folder.socket("port"));
+    EXPECT_EQ(send(kLong, kLong), kCFMessagePortIsInvalid);
+}
+
+TEST(CFMessagePortSendRequest, SurvivesHavingNoDescriptorLeft) {
+    const PortsFolder folder;
+    const auto listener = RawSocket::listeningAt(folder.socket("port"));
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit none{0, limit.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    const auto result = send(kLong, kLong);
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(result, kCFMessagePortTransportError);
+}
+
+TEST(CFMessagePortSendRequest, RefusesAReceiverThatBelongsToSomeoneElse) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can make a process of another user";
+    const PortsFolder folder;
+    auto listener = RawSocket::listeningAt(folder.socket("port"));
+    std::array<int, 2> ready{};
+    ASSERT_EQ(::pipe(ready.data()), 0);
+    const auto child = ::fork();
+    if (child == 0) {
+        // Whoever calls listen() last is the one that the kernel shows to the other end.
+        const bool listening = ::setuid(65534) == 0 && ::listen(listener.number(), 1) == 0;
+        if (!listening || ::write(ready[1], "!", 1) != 1) ::_exit(1);
+        const RawSocket client(::accept(listener.number(), nullptr, nullptr));
+        ::_exit(client.receive(1).empty() ? 0 : 2); // 2: it was told something
+    }
+    char mark = 0;
+    ASSERT_EQ(::read(ready[0], &mark, 1), 1);
+    EXPECT_EQ(send(kLong, kLong, nullptr, bytes("secret")), kCFMessagePortTransportError);
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0) << "no byte of the request reached the other user";
+    ::close(ready[0]);
+    ::close(ready[1]);
+}

@@ -1,0 +1,228 @@
+// The serving side, against clients that misbehave in every way a byte stream allows.
+
+#include "platform/messaging/CFMessagePort.h"
+#include "tests/support/PortsFolder.h"
+#include "tests/support/RawSocket.h"
+#include "tests/support/ServedPort.h"
+#include "tests/support/Waiting.h"
+
+#include <array>
+#include <atomic>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <vector>
+
+using namespace platform;
+using namespace tests;
+
+namespace {
+
+/// A port that answers with the request's own body and counts the requests.
+class EchoPort : public testing::Test {
+  protected:
+    [[nodiscard]] RawSocket connect() const { return RawSocket::connectedTo(folder_.socket("echo")); }
+
+    PortsFolder folder_;
+    std::atomic<int> requests_ = 0;
+    ServedPort port_{"echo", [this](auto&, auto, const auto& body) {
+                         ++requests_;
+                         return body;
+                     }};
+};
+
+} // namespace
+
+TEST_F(EchoPort, AnswersWithTheDocumentedBytes) {
+    const auto client = connect();
+    client.send(frameWith(bytes("abc"), 5));
+    EXPECT_EQ(client.receive(16 + 3),
+              (Data{'L', 'M', 'P', '1', 0, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 'a', 'b', 'c'}));
+    client.send(frameWithoutBody(5));
+    EXPECT_EQ(client.receive(16), (Data{'L', 'M', 'P', '1', 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 255}));
+}
+
+TEST_F(EchoPort, CarriesSeveralExchangesOnAConnection) {
+    const auto client = connect();
+    for (int i = 0; i < 100; ++i) {
+        const auto frame = frameWith(Data(static_cast<std::size_t>(i), 'x'));
+        client.send(frame);
+        EXPECT_EQ(client.receive(frame.size()), frame);
+    }
+    EXPECT_EQ(requests_, 100);
+}
+
+TEST_F(EchoPort, AnswersRequestsThatArriveTogetherInTheirOrder) {
+    Data stream;
+    for (std::uint8_t i = 0; i < 200; ++i) {
+        const auto frame = frameWith(Data(i, i));
+        stream.insert(stream.end(), frame.begin(), frame.end());
+    }
+    const auto client = connect();
+    client.send(stream);
+    EXPECT_EQ(client.receive(stream.size()), stream);
+}
+
+TEST_F(EchoPort, AnswersAClientThatHasFinishedSending) {
+    const auto client = connect();
+    const auto frame = frameWith(Data(1 << 20, 'x'));
+    std::thread sender([&] {
+        client.send(frame);
+        client.finishSending();
+    });
+    EXPECT_EQ(client.receive(frame.size() + 1), frame);
+    sender.join();
+}
+
+TEST_F(EchoPort, ClosesOnWhatIsNoFrame) {
+    for (const auto& garbage : {frameBytes(0, -1, {}, "HTTP"), frameBytes(0, -2), frameBytes(0, INT64_MIN),
+                                frameBytes(0, kMaximumMessageBody + 1)}) {
+        const auto client = connect();
+        client.send(garbage);
+        EXPECT_TRUE(client.isClosedByPeer());
+    }
+    EXPECT_EQ(requests_, 0);
+}
+
+TEST_F(EchoPort, AnswersWhatCameBeforeTheGarbage) {
+    const auto client = connect();
+    auto stream = frameWith(bytes("good"));
+    const auto good = stream;
+    const auto garbage = frameBytes(0, -7);
+    stream.insert(stream.end(), garbage.begin(), garbage.end());
+    client.send(stream);
+    EXPECT_EQ(client.receive(good.size()), good);
+    EXPECT_TRUE(client.isClosedByPeer());
+}
+
+TEST_F(EchoPort, NeverCallsOutForAnUnfinishedRequest) {
+    const auto frame = frameWith(bytes("cut me"));
+    for (std::size_t cut = 0; cut < frame.size(); ++cut) {
+        const auto client = connect();
+        client.send(std::span(frame).first(cut));
+        client.finishSending();
+        EXPECT_TRUE(client.isClosedByPeer());
+    }
+    EXPECT_EQ(requests_, 0);
+}
+
+TEST_F(EchoPort, ServesOthersWhileClientsAreSilentSlowOrDoNotRead) {
+    std::vector<RawSocket> silent;
+    for (int i = 0; i < 50; ++i)
+        silent.push_back(connect());
+
+    const auto slow = connect();
+    const auto frame = frameWith(bytes("slowly"));
+    slow.send(std::span(frame).first(20));
+
+    // Sends requests until both directions are full, and reads none of the replies.
+    const auto deaf = connect();
+    const timeval brief{0, 100'000};
+    ::setsockopt(deaf.number(), SOL_SOCKET, SO_SNDTIMEO, &brief, sizeof brief);
+    const auto large = frameWith(Data(1 << 16, 'x'));
+    while (deaf.send(large)) {}
+
+    const auto client = connect();
+    client.send(frame);
+    EXPECT_EQ(client.receive(frame.size()), frame);
+
+    slow.send(std::span(frame).subspan(20));
+    EXPECT_EQ(slow.receive(frame.size()), frame) << "the slow one gets its answer, too";
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(deaf.receive(large.size()), large) << "and so does the one that now reads";
+}
+
+TEST_F(EchoPort, LosesNothingToAClientThatReadsLate) {
+    // More replies than fit in the socket; the requests behind the blocked one must wait their turn.
+    Data stream;
+    for (int i = 0; i < 400; ++i) {
+        const auto frame = frameWith(Data(5000, static_cast<std::uint8_t>(i)));
+        stream.insert(stream.end(), frame.begin(), frame.end());
+    }
+    const auto client = connect();
+    std::thread sender([&] { EXPECT_TRUE(client.send(stream)); });
+    EXPECT_TRUE(eventually([&] { return requests_ > 20; })) << "replies pile up before the first one is read";
+    EXPECT_EQ(client.receive(stream.size()), stream);
+    sender.join();
+    EXPECT_EQ(requests_, 400);
+}
+
+TEST_F(EchoPort, GivesUpTheConnectionsOfClientsThatLeave) {
+    const auto descriptors = descriptorCount();
+    for (int i = 0; i < 100; ++i) {
+        const auto client = connect();
+        client.send(frameWith(bytes("and gone")));
+    }
+    EXPECT_TRUE(eventually([&] { return descriptorCount() == descriptors; }));
+}
+
+TEST_F(EchoPort, ServesAgainOnceThereAreDescriptorsAgain) {
+    const auto waiting = connect(); // so that the next one gets the highest number in use plus one
+    auto client = RawSocket();
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_TRUE(eventually([&] { return descriptorCount() > 0; }));
+    waiting.send(frameWith({}));
+    EXPECT_EQ(waiting.receive(16).size(), 16U);
+
+    const rlimit few{static_cast<rlim_t>(client.number()) + 1, limit.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    folder_.socket("echo").native().copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(::connect(client.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    client.send(frameWith(bytes("patience")));
+
+    // The other connections are still served meanwhile.
+    const auto frame = frameWith(bytes("now"));
+    for (int i = 0; i < 10; ++i) {
+        waiting.send(frame);
+        EXPECT_EQ(waiting.receive(frame.size()), frame);
+    }
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(client.receive(16 + 8).size(), 16U + 8U);
+}
+
+TEST_F(EchoPort, CallsOutOneAtATime) {
+    std::atomic<int> inside = 0;
+    std::atomic<int> most = 0;
+    const ServedPort port("single", [&](auto&, auto, const auto&) {
+        most = std::max(most.load(), ++inside);
+        std::this_thread::yield();
+        --inside;
+        return std::nullopt;
+    });
+    std::vector<std::thread> clients;
+    for (int i = 0; i < 8; ++i) {
+        clients.emplace_back([&] {
+            for (int n = 0; n < 50; ++n)
+                EXPECT_EQ(CFMessagePortSendRequest(*CFMessagePortCreateRemote("single"), 0, std::nullopt, 60, 60, nullptr), 0);
+        });
+    }
+    for (auto& client : clients)
+        client.join();
+    EXPECT_EQ(most, 1);
+}
+
+TEST_F(EchoPort, RefusesAClientThatBelongsToSomeoneElse) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can make a process of another user";
+    // Lets the other user through to the socket, where only the port itself can refuse it.
+    ::chmod(folder_.path().c_str(), 0755);
+    ::chmod(folder_.socket("echo").c_str(), 0666);
+    const auto child = ::fork();
+    if (child == 0) {
+        if (::setuid(65534) != 0) ::_exit(1);
+        try {
+            const auto client = connect();
+            client.send(frameWith(bytes("let me in")));
+            ::_exit(client.isClosedByPeer() ? 0 : 2);
+        } catch (const std::exception&) {
+            ::_exit(3);
+        }
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(requests_, 0);
+}

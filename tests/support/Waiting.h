@@ -1,0 +1,35 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <iterator>
+#include <poll.h>
+
+namespace tests {
+
+/// Far longer than anything takes that works at all, on the slowest machine and under sanitizers.
+inline constexpr std::chrono::seconds kLongEnough(60);
+
+/// Looks again and again, a few milliseconds apart, at a condition that tells nobody when it changes; false when it
+/// still does not hold after a generous while.
+template<class Condition> bool eventually(Condition holds) {
+    const auto end = std::chrono::steady_clock::now() + kLongEnough;
+    while (!holds()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        ::poll(nullptr, 0, 2);
+    }
+    return true;
+}
+
+inline std::ptrdiff_t entries(const char* folder) {
+    return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
+}
+/// Of this process, as they are now.
+inline std::ptrdiff_t threadCount() {
+    return entries("/proc/self/task");
+}
+inline std::ptrdiff_t descriptorCount() {
+    return entries("/proc/self/fd");
+}
+
+} // namespace tests
