@@ -3,6 +3,7 @@
 #include "platform/ui/CGGeometry.h"
 
 #include <filesystem>
+#include <utility>
 #include <optional>
 #include <string>
 

@@ -116,7 +116,8 @@ QString RowModel::shown(double number) const {
 void RowModel::change(const Value& value) {
     ++changesUnderWay_;
     events_.valueChanged(page_, position_, value, [self = QPointer(this)] {
-        if (self && --self->changesUnderWay_ == 0) emit self->valueRead();
+        RowModel* const row = self.data();
+        if (row && --row->changesUnderWay_ == 0) emit row->valueRead();
     });
 }
 

@@ -9,7 +9,6 @@
 #include <chrono>
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 
@@ -113,10 +112,9 @@ void Shell::pageGone(PageModel* page) {
 
 void Shell::restart() {
     std::ifstream in("/proc/self/cmdline", std::ios::binary);
-    const std::string words{std::istreambuf_iterator<char>(in), {}};
     std::vector<std::string> arguments;
-    for (std::size_t at = 0; at < words.size(); at += arguments.back().size() + 1)
-        arguments.emplace_back(words.c_str() + at);
+    for (std::string argument; std::getline(in, argument, '\0');)
+        arguments.push_back(argument);
     std::vector<char*> pointers;
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());

@@ -79,7 +79,11 @@ std::string classNameOf(const UIView& view) {
 } // namespace
 
 PageSnapshot snapshotOf(PSListController& page, const std::string& className, std::uint64_t id) {
-    PageSnapshot shown{.id = id, .className = className, .title = titleOf(page), .hostsView = page.hostsView()};
+    PageSnapshot shown;
+    shown.id = id;
+    shown.className = className;
+    shown.title = titleOf(page);
+    shown.hostsView = page.hostsView();
     if (page.hostsView()) {
         if (page.view() && !page.view()->isHidden())
             shown.view = std::make_shared<const ViewSnapshot>(snapshotOf(*page.view()));
