@@ -25,7 +25,7 @@ endif()
 add_library(lumora_flags INTERFACE)
 target_compile_options(lumora_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
-  -Wold-style-cast -Wcast-align -Wformat=2 -Wnull-dereference -Wimplicit-fallthrough
+  -Wold-style-cast -Wcast-align -Wformat=2 -Wimplicit-fallthrough
   -fno-strict-overflow -fstack-protector-strong)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Unique symbols would pin a plug-in's copy of an inline variable to the first library that brought one.
@@ -34,8 +34,6 @@ endif()
 if(LUMORA_SANITIZE)
   add_compile_options(-fsanitize=${LUMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=${LUMORA_SANITIZE})
-  # At -O1 with sanitizers the compiler reports null dereferences on paths it invents itself.
-  target_compile_options(lumora_flags INTERFACE -Wno-null-dereference)
 endif()
 
 # lumora_headers(TARGET ROOM...) lets TARGET include <ROOM/Header.h> for the rooms named, and no others.

@@ -29,9 +29,8 @@ struct BrokenBundle : testing::Test {
 };
 
 TEST_F(BrokenBundle, CutShortIsRefusedBeforeItIsMapped) {
-    const auto whole = fs::file_size(folder / "Lumora");
-    for (const auto length :
-         {whole / 2, whole / 3, std::uintmax_t{4096}, std::uintmax_t{64}, std::uintmax_t{10}, std::uintmax_t{0}}) {
+    // All of these end within the code; what lies behind it, for a debugger, nobody maps.
+    for (const std::uintmax_t length : {40'000U, 4096U, 64U, 10U, 0U}) {
         fs::resize_file(folder / "Lumora", length);
         EXPECT_NE(errorOfLoading().find("cannot be loaded"), std::string::npos) << length;
     }

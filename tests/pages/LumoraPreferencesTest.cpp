@@ -12,7 +12,7 @@ using lumora::LumoraPreferences;
 using platform::Dictionary;
 using platform::make;
 using platform::Value;
-using testing::HasSubstr;
+using testing::MatchesRegex;
 using tests::RecordingTweak;
 
 struct ExpectedRow {
@@ -44,8 +44,20 @@ const std::vector<ExpectedRow> expectedRows{
 struct RootPage : testing::Test {
     RecordingTweak& tweak = RecordingTweak::shared();
 
-    /// The class's dictionary lives as long as the process, so every test begins by what an earlier one may have left.
-    static std::shared_ptr<LumoraPreferences> open() { return make<LumoraPreferences>(); }
+    /// Opens the page with these settings at the tweak, and waits until its own request has been answered: the class's
+    /// dictionary lives as long as the process, and a reply that lands late would undo what a test has changed.
+    std::shared_ptr<LumoraPreferences> open(Dictionary settings = {}) {
+        static int openings = 0;
+        settings.set("opening", ++openings);
+        tweak.setSettings(settings);
+        auto page = make<LumoraPreferences>();
+        const auto probe = platform::PSSpecifier::preferenceSpecifierNamed("", nullptr, nullptr, nullptr, {},
+                                                                           platform::PSSwitchCell, false);
+        probe->setIdentifier("opening");
+        while (page->getValue(*probe) != Value(openings))
+            std::this_thread::yield();
+        return page;
+    }
     static platform::PSSpecifierRef row(LumoraPreferences& page, const std::string& identifier) {
         for (const auto& row : *page.specifiers())
             if (row->identifier() == identifier) return row;
@@ -81,7 +93,6 @@ TEST_F(RootPage, OffersSevenSleepTimesOfWhichNeverIsAnHour) {
 
 TEST_F(RootPage, StoresAndSendsTheIntegerOfNever) {
     const auto page = open();
-    tweak.setSettings(Dictionary{});
     const auto sleep = row(*page, "kSleepTime");
     sleep->performSetter(sleep->values().back());
     EXPECT_EQ(sleep->performGetter(), Value(3600));
@@ -90,7 +101,6 @@ TEST_F(RootPage, StoresAndSendsTheIntegerOfNever) {
 
 TEST_F(RootPage, SendsASwitchAtOnceUnderItsKey) {
     const auto page = open();
-    tweak.setSettings(Dictionary{});
     row(*page, "kTweakEnabled")->performSetter(true);
     EXPECT_EQ(tweak.waitForChanges(1).front(), Value(Dictionary{{"key", "kTweakEnabled"}, {"object", true}}));
 }
@@ -109,14 +119,13 @@ TEST_F(RootPage, ReadsAnAbsentKeyAsNil) {
 }
 
 TEST_F(RootPage, LogsItsWholeDictionaryEachTimeItAppears) {
-    const auto page = open();
-    row(*page, "kTweakEnabled")->performSetter(true);
+    const auto page = open({{"kTweakEnabled", true}, {"kSleepTime", 5}});
     row(*page, "kSleepTime")->performSetter(20);
     for (int appearance = 0; appearance < 2; ++appearance) {
         testing::internal::CaptureStderr();
         page->viewWillAppear(true);
         EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                    HasSubstr("{\n    kSleepTime = 20;\n    kTweakEnabled = 1;\n}\n"));
+                    MatchesRegex(".*\\{\n    kSleepTime = 20;\n    kTweakEnabled = 1;\n    opening = [0-9]+;\n\\}\n"));
     }
 }
 
