@@ -144,7 +144,7 @@ TEST(CFMessagePort, LosesAndDoublesNothingInABurst) {
                 const Data body = {static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(i >> 8)};
                 const auto id = static_cast<std::int32_t>(i);
                 results[i] = CFMessagePortSendRequest(*CFMessagePortCreateRemote("burst"), id, body, 1, 1, &reply);
-                if (results[i] == kCFMessagePortSuccess) EXPECT_EQ(reply, body);
+                EXPECT_TRUE(results[i] != kCFMessagePortSuccess || reply == body);
             });
         }
         ASSERT_TRUE(dispatch_wait_until_idle(kLongEnough));

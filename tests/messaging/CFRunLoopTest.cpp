@@ -44,9 +44,8 @@ TEST(CFRunLoop, ServesSeveralPorts) {
     std::promise<CFRunLoopRef> ready;
     std::thread server([&ready] {
         for (const auto* name : {"one", "two"}) {
-            const auto port = CFMessagePortCreateLocal(name, [name](auto&, auto, const auto&) -> std::optional<Data> {
-                return Data(name, name + 3);
-            });
+            const auto port = CFMessagePortCreateLocal(
+                name, [name](auto&, auto, const auto&) -> std::optional<Data> { return Data(name, name + 3); });
             CFRunLoopAddSource(CFRunLoopGetCurrent(), CFMessagePortCreateRunLoopSource(port));
         }
         ready.set_value(CFRunLoopGetCurrent());
@@ -65,9 +64,9 @@ TEST(CFRunLoop, ServesSeveralPorts) {
 TEST(CFRunLoop, CanBeStoppedFromACallout) {
     const PortsFolder folder;
     std::thread server([port = CFMessagePortCreateLocal("last", [](auto&, auto, const auto& body) {
-        CFRunLoopStop(CFRunLoopGetCurrent());
-        return body;
-    })] {
+                            CFRunLoopStop(CFRunLoopGetCurrent());
+                            return body;
+                        })] {
         CFRunLoopAddSource(CFRunLoopGetCurrent(), CFMessagePortCreateRunLoopSource(port));
         CFRunLoopRun();
     });

@@ -5,8 +5,8 @@
 #include "tests/support/RawSocket.h"
 #include "tests/support/Waiting.h"
 
-#include <chrono>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <future>
 #include <gtest/gtest.h>
@@ -114,7 +114,8 @@ TEST(CFMessagePortSendRequest, TimesOutReceivingAReplyThatNeverPauses) {
     const PortsFolder folder;
     const RawReceiver receiver(folder.socket("port"), [](RawSocket& client) {
         client.send(frameBytes(0, kMaximumMessageBody));
-        for (const Data byte(1, 'x'); client.send(byte);) {}
+        for (const Data byte(1, 'x'); client.send(byte);) {
+        }
     });
     EXPECT_EQ(send(kLong, kShort), kCFMessagePortReceiveTimeout);
 }
@@ -179,7 +180,8 @@ TEST(CFMessagePortSendRequest, BecomesInvalidWhenTheReceiverClosesUnread) {
 }
 
 TEST(CFMessagePortSendRequest, RefusesAReplyThatIsNoFrame) {
-    for (const auto& reply : {frameBytes(0, -1, {}, "HTTP"), frameBytes(0, -2), frameBytes(0, kMaximumMessageBody + 1)}) {
+    for (const auto& reply :
+         {frameBytes(0, -1, {}, "HTTP"), frameBytes(0, -2), frameBytes(0, kMaximumMessageBody + 1)}) {
         const PortsFolder folder;
         const RawReceiver receiver(folder.socket("port"), [&reply](RawSocket& client) {
             client.send(reply);

@@ -37,8 +37,7 @@ class EchoPort : public testing::Test {
 TEST_F(EchoPort, AnswersWithTheDocumentedBytes) {
     const auto client = connect();
     client.send(frameWith(bytes("abc"), 5));
-    EXPECT_EQ(client.receive(16 + 3),
-              (Data{'L', 'M', 'P', '1', 0, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 'a', 'b', 'c'}));
+    EXPECT_EQ(client.receive(16 + 3), (Data{'L', 'M', 'P', '1', 0, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 'a', 'b', 'c'}));
     client.send(frameWithoutBody(5));
     EXPECT_EQ(client.receive(16), (Data{'L', 'M', 'P', '1', 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 255}));
 }
@@ -121,7 +120,8 @@ TEST_F(EchoPort, ServesOthersWhileClientsAreSilentSlowOrDoNotRead) {
     const timeval brief{0, 100'000};
     ::setsockopt(deaf.number(), SOL_SOCKET, SO_SNDTIMEO, &brief, sizeof brief);
     const auto large = frameWith(Data(1 << 16, 'x'));
-    while (deaf.send(large)) {}
+    while (deaf.send(large)) {
+    }
 
     const auto client = connect();
     client.send(frame);
@@ -158,30 +158,32 @@ TEST_F(EchoPort, GivesUpTheConnectionsOfClientsThatLeave) {
 }
 
 TEST_F(EchoPort, ServesAgainOnceThereAreDescriptorsAgain) {
-    const auto waiting = connect(); // so that the next one gets the highest number in use plus one
-    auto client = RawSocket();
+    const auto served = connect();
+    const auto frame = frameWith(bytes("now"));
+    served.send(frame);
+    ASSERT_EQ(served.receive(frame.size()), frame);
+
+    RawSocket patient;
+    std::vector<RawSocket> hoard;
     rlimit limit{};
     ::getrlimit(RLIMIT_NOFILE, &limit);
-    EXPECT_TRUE(eventually([&] { return descriptorCount() > 0; }));
-    waiting.send(frameWith({}));
-    EXPECT_EQ(waiting.receive(16).size(), 16U);
-
-    const rlimit few{static_cast<rlim_t>(client.number()) + 1, limit.rlim_max};
+    const rlimit few{static_cast<rlim_t>(patient.number()) + 8, limit.rlim_max};
     ::setrlimit(RLIMIT_NOFILE, &few);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    folder_.socket("echo").native().copy(address.sun_path, sizeof address.sun_path - 1);
-    ASSERT_EQ(::connect(client.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    client.send(frameWith(bytes("patience")));
+    for (int copy = ::dup(patient.number()); copy >= 0; copy = ::dup(patient.number()))
+        hoard.emplace_back(copy);
 
-    // The other connections are still served meanwhile.
-    const auto frame = frameWith(bytes("now"));
-    for (int i = 0; i < 10; ++i) {
-        waiting.send(frame);
-        EXPECT_EQ(waiting.receive(frame.size()), frame);
+    patient.connect(folder_.socket("echo"));
+    patient.send(frame);
+    for (int i = 0; i < 100; ++i) {
+        served.send(frame);
+        EXPECT_EQ(served.receive(frame.size()), frame) << "connections that stand are served meanwhile";
     }
+    std::uint8_t byte = 0;
+    EXPECT_EQ(::recv(patient.number(), &byte, 1, MSG_DONTWAIT), -1) << "there was no descriptor to accept it with";
+
+    hoard.clear();
+    EXPECT_EQ(patient.receive(frame.size()), frame);
     ::setrlimit(RLIMIT_NOFILE, &limit);
-    EXPECT_EQ(client.receive(16 + 8).size(), 16U + 8U);
 }
 
 TEST_F(EchoPort, CallsOutOneAtATime) {
@@ -197,7 +199,9 @@ TEST_F(EchoPort, CallsOutOneAtATime) {
     for (int i = 0; i < 8; ++i) {
         clients.emplace_back([&] {
             for (int n = 0; n < 50; ++n)
-                EXPECT_EQ(CFMessagePortSendRequest(*CFMessagePortCreateRemote("single"), 0, std::nullopt, 60, 60, nullptr), 0);
+                EXPECT_EQ(
+                    CFMessagePortSendRequest(*CFMessagePortCreateRemote("single"), 0, std::nullopt, 60, 60, nullptr),
+                    0);
         });
     }
     for (auto& client : clients)

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
 #include <stdexcept>
 #include <string>
 #include <sys/wait.h>

@@ -2,11 +2,9 @@
 
 #include "platform/foundation/Value.h"
 
-#include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <filesystem>
-#include <initializer_list>
-#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -61,9 +59,7 @@ class RawSocket {
 
     static RawSocket connectedTo(const std::filesystem::path& path) {
         RawSocket socket;
-        const auto address = addressOf(path);
-        if (::connect(socket.number_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-            throw std::runtime_error("cannot connect to " + path.native());
+        socket.connect(path);
         return socket;
     }
     static RawSocket listeningAt(const std::filesystem::path& path, int backlog = 16) {
@@ -78,6 +74,11 @@ class RawSocket {
     /// What a killed process leaves behind: a socket file that nobody listens at.
     static void leaveDeadSocketAt(const std::filesystem::path& path) { listeningAt(path).close(); }
 
+    void connect(const std::filesystem::path& path) const {
+        const auto address = addressOf(path);
+        if (::connect(number_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+            throw std::runtime_error("cannot connect to " + path.native());
+    }
     [[nodiscard]] RawSocket accept() const { return RawSocket(::accept(number_, nullptr, nullptr)); }
     /// False when the other end is gone.
     bool send(std::span<const std::uint8_t> data) const {

@@ -12,7 +12,8 @@ inline constexpr std::chrono::seconds kLongEnough(60);
 
 /// Looks again and again, a few milliseconds apart, at a condition that tells nobody when it changes; false when it
 /// still does not hold after a generous while.
-template<class Condition> bool eventually(Condition holds) {
+template<class Condition>
+bool eventually(Condition holds) {
     const auto end = std::chrono::steady_clock::now() + kLongEnough;
     while (!holds()) {
         if (std::chrono::steady_clock::now() > end) return false;
