@@ -116,7 +116,8 @@ when it is ready. SIGTERM and SIGINT end it once the change in hand is on disk.)
 Lumora's own belong to plug-ins and are kept like any other. A settings file that cannot be read is
 renamed to FILE.unreadable, never overwritten.
 
-Exit status: 0 after SIGTERM or SIGINT, 1 when it cannot start, 2 for wrong use.)");
+Exit status: 0 after SIGTERM or SIGINT, 1 when it cannot start, 2 for wrong use.
+)");
     app.add_option("--root", arguments.root, "The folder that stands for the device's \"/\"; else $LUMORA_ROOT, else /")
         ->type_name("DIR");
     app.add_option("--settings", arguments.settings,

@@ -81,7 +81,7 @@ int set(const Arguments& arguments) {
     }
     const Result<Value> value = parseJson(json);
     if (!value)
-        return report("the value is no JSON: " + value.error() + R"( (a text needs its quotes: '"text"'))", kWrongUse);
+        return report("the value is not understood: " + value.error() + R"( (a text has quotes: '"text"'))", kWrongUse);
     const auto failed = changeSetting(arguments.key, value.value());
     return failed ? report(*failed) : kDone;
 }
@@ -115,7 +115,7 @@ constexpr const char* kJsonForms = R"(JSON keeps 1, 1.0 and true apart. What it 
   {"$real": "nan"}                    or "inf" or "-inf"
 and a key of your own that begins with "$" has that sign twice.)";
 
-constexpr const char* kExitStatus = "Exit status: 0 done, 1 failed, 2 wrong use.";
+constexpr const char* kExitStatus = "Exit status: 0 done, 1 failed, 2 wrong use.\n";
 
 /// The commands, each with its help, and what the chosen one does.
 class CommandLine {
@@ -135,7 +135,8 @@ class CommandLine {
         addKey(*setting);
         setting
             ->add_option("JSON", arguments_.value, "The new value, or - to read it from standard input, out of sight")
-            ->required();
+            ->required()
+            ->type_name("");
         setting->footer("Example: lumoractl set kSleepTime 30\n"
                         "         lumoractl set kLSDateSubtitle '\"EEEE\"'\n\n" +
                         std::string(kExitStatus));
@@ -163,7 +164,9 @@ class CommandLine {
     }
 
     void addKey(CLI::App& command) {
-        command.add_option("KEY", arguments_.key, "The preference key, such as kTweakEnabled")->required();
+        command.add_option("KEY", arguments_.key, "The preference key, such as kTweakEnabled")
+            ->required()
+            ->type_name("");
     }
 
     void addSecrets(CLI::App& command) {
@@ -171,7 +174,8 @@ class CommandLine {
     }
 
     void addFiles(CLI::App& command) {
-        command.add_option("FILE", arguments_.input, "What to read; standard input when it is - or not given");
+        command.add_option("FILE", arguments_.input, "What to read; standard input when it is - or not given")
+            ->type_name("");
         command
             .add_option("-o,--output", arguments_.output, "What to write; standard output when it is - or not given")
             ->type_name("FILE");

@@ -1,0 +1,68 @@
+#include "tests/tweak/Program.h"
+#include "tests/tweak/Sandbox.h"
+
+#include "tweak/Defaults.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+using namespace lumora;
+using namespace tests;
+using testing::Contains;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+namespace {
+
+/// What bash offers for the last of these words.
+std::vector<std::string> offers(std::vector<std::string> words) {
+    std::vector<std::string> command{
+        "bash", "-c",
+        "lumoractl() { " LUMORACTL " \"$@\"; }; . " LUMORA_COMPLETIONS "/lumoractl.bash;"
+        "COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _lumoractl; printf '%s\\n' \"${COMPREPLY[@]}\"",
+        "bash", "lumoractl"};
+    command.insert(command.end(), words.begin(), words.end());
+    std::istringstream lines(run(std::move(command)).output);
+    std::vector<std::string> offered;
+    for (std::string line; std::getline(lines, line);)
+        if (!line.empty()) offered.push_back(line);
+    return offered;
+}
+
+} // namespace
+
+TEST(BashCompletion, OffersCommandsAndTheirOptions) {
+    const Sandbox sandbox;
+    EXPECT_THAT(offers({""}),
+                UnorderedElementsAre("list", "get", "set", "archive", "unarchive", "--help", "--version"));
+    EXPECT_THAT(offers({"un"}), UnorderedElementsAre("unarchive"));
+    EXPECT_THAT(offers({"list", "-"}), UnorderedElementsAre("--help", "--secrets"));
+    EXPECT_THAT(offers({"archive", "--o"}), UnorderedElementsAre("--output"));
+    EXPECT_THAT(offers({"list", ""}), IsEmpty());
+}
+
+TEST(BashCompletion, OffersTheKeysOfTheRunningTweak) {
+    const Sandbox sandbox;
+    Program tweak({LUMORA_TWEAK, "--settings", sandbox.settings()});
+    ASSERT_THAT(tweak.readLine(), testing::StartsWith("lumora-tweak ready"));
+    ASSERT_EQ(run({LUMORACTL, "set", "com.example.key", "[1, 2]"}).status, 0);
+    const auto keys = offers({"get", ""});
+    EXPECT_EQ(keys.size(), knownSettings().size() + 1);
+    EXPECT_THAT(keys, Contains("com.example.key"));
+    EXPECT_THAT(offers({"set", "kSleepT"}), UnorderedElementsAre("kSleepTime"));
+    EXPECT_THAT(offers({"set", "kSleepTime", ""}), IsEmpty());
+    EXPECT_THAT(offers({"get", "--secrets", "kSleepT"}), UnorderedElementsAre("kSleepTime"));
+}
+
+TEST(BashCompletion, OffersNoKeysWithoutATweak) {
+    const Sandbox sandbox;
+    EXPECT_THAT(offers({"get", ""}), IsEmpty());
+}
+
+TEST(BashCompletion, OffersFilesToArchive) {
+    const Sandbox sandbox;
+    writeFile(sandbox.path() / "in.json", "1");
+    EXPECT_THAT(offers({"archive", sandbox.path().string() + "/"}), Contains((sandbox.path() / "in.json").string()));
+}

@@ -1,0 +1,355 @@
+#include "tests/tweak/Program.h"
+#include "tests/tweak/Sandbox.h"
+
+#include "tools/json/Json.h"
+#include "tweak/Defaults.h"
+
+#include "platform/foundation/NSKeyedArchiver.h"
+#include "platform/messaging/CFMessagePort.h"
+#include "platform/messaging/CFRunLoop.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <thread>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+
+using namespace lumora;
+using namespace tests;
+using platform::Data;
+using platform::Dictionary;
+using platform::NSKeyedArchiver;
+using platform::NSKeyedUnarchiver;
+using platform::Value;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+Finished lumoractl(std::vector<std::string> words, const std::string& input = {}) {
+    words.insert(words.begin(), LUMORACTL);
+    return run(std::move(words), input);
+}
+
+Finished shell(const std::string& script) {
+    return run({"/bin/sh", "-c", script, LUMORACTL});
+}
+
+/// lumoractl on its own: no tweak runs.
+class Lumoractl : public testing::Test {
+  protected:
+    Sandbox sandbox;
+};
+
+/// lumoractl beside a real tweak.
+class LumoractlWithTweak : public Lumoractl {
+  protected:
+    void SetUp() override {
+        ASSERT_THAT(tweak.readLine(), testing::StartsWith("lumora-tweak ready")) << tweak.errors();
+    }
+
+    Program tweak{{LUMORA_TWEAK, "--settings", sandbox.settings(), "--omit", "kLSDateOffset"}};
+};
+
+/// A tweak of another make, in this process: answers both messages with the same body.
+class StrangeTweak {
+  public:
+    explicit StrangeTweak(const std::optional<Data>& answer) {
+        std::promise<platform::CFRunLoopRef> loop;
+        auto running = loop.get_future();
+        thread_ = std::thread([answer, &loop] {
+            const auto answerAll = [answer](platform::CFMessagePort&, std::int32_t, const std::optional<Data>&) {
+                return answer;
+            };
+            const auto current = platform::CFRunLoopGetCurrent();
+            for (const char* name : {"com.nevo.lumora/requestTweakSettings", "com.nevo.lumora/updateSettings"})
+                platform::CFRunLoopAddSource(current, platform::CFMessagePortCreateRunLoopSource(
+                                                          platform::CFMessagePortCreateLocal(name, answerAll)));
+            loop.set_value(current);
+            platform::CFRunLoopRun();
+        });
+        loop_ = running.get();
+    }
+    StrangeTweak(const StrangeTweak&) = delete;
+    StrangeTweak& operator=(const StrangeTweak&) = delete;
+    ~StrangeTweak() {
+        platform::CFRunLoopStop(loop_);
+        thread_.join();
+    }
+
+  private:
+    platform::CFRunLoopRef loop_;
+    std::thread thread_;
+};
+
+/// A socket where the tweak's port should be, on which nobody ever answers, or which hangs up on everyone.
+class RawPort {
+  public:
+    enum class Manner { silent, hangingUp };
+
+    RawPort(const Sandbox& sandbox, const std::string& message, Manner manner) {
+        const auto folder = sandbox.ports() / "com.nevo.lumora";
+        std::filesystem::create_directories(folder);
+        for (const auto& made : {sandbox.ports(), folder})
+            std::filesystem::permissions(made, std::filesystem::perms::owner_all);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        (folder / message).string().copy(address.sun_path, sizeof address.sun_path - 1);
+        listener_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        if (bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+            listen(listener_, 8) != 0)
+            throw std::runtime_error("no socket");
+        if (manner == Manner::hangingUp)
+            thread_ = std::thread([this] {
+                const int client = accept(listener_, nullptr, nullptr);
+                char byte = 0;
+                while (client >= 0 && recv(client, &byte, 1, MSG_PEEK) < 0) {
+                }
+                ::shutdown(client, SHUT_RDWR);
+                ::close(client);
+            });
+    }
+    RawPort(const RawPort&) = delete;
+    RawPort& operator=(const RawPort&) = delete;
+    ~RawPort() {
+        ::shutdown(listener_, SHUT_RDWR);
+        if (thread_.joinable()) thread_.join();
+        ::close(listener_);
+    }
+
+  private:
+    int listener_ = -1;
+    std::thread thread_;
+};
+
+Value parsed(const std::string& json) {
+    const auto value = readJson(json);
+    EXPECT_TRUE(value) << json << ": " << value.error();
+    return value ? value.value() : Value();
+}
+
+} // namespace
+
+TEST_F(LumoractlWithTweak, ListsAllSettingsAsOneObject) {
+    const Finished list = lumoractl({"list"});
+    EXPECT_EQ(list.status, 0) << list.errors;
+    const Value settings = parsed(list.output);
+    ASSERT_TRUE(settings.dictionary());
+    EXPECT_EQ(settings.dictionary()->size(), knownSettings().size() - 1);
+    EXPECT_EQ(settings["kAppIconSize"], Value(70.0)) << "a real stays a real";
+    EXPECT_EQ(settings["kSleepTime"], Value(10));
+    EXPECT_THAT(list.output, testing::StartsWith("{\n  \"kTweakEnabled\": true,\n  \"kSleepTime\": 10,\n"));
+}
+
+TEST_F(LumoractlWithTweak, ListsSecureValuesAsDotsUnlessAskedForSecrets) {
+    EXPECT_EQ(lumoractl({"set", "kAutoUnlockPasscode", "\"24680\""}).status, 0);
+    const Finished dots = lumoractl({"list"});
+    EXPECT_THAT(dots.output, Not(HasSubstr("24680")));
+    for (const Setting& setting : knownSettings())
+        EXPECT_EQ(parsed(dots.output)[setting.key] == Value("•••"), setting.secure) << setting.key;
+    EXPECT_EQ(parsed(lumoractl({"list", "--secrets"}).output)["kAutoUnlockPasscode"], Value("24680"));
+}
+
+TEST_F(LumoractlWithTweak, GetsWhatItSet) {
+    for (const auto& [key, json] : std::vector<std::pair<std::string, std::string>>{
+             {"kSleepTime", "3600"},
+             {"kTweakEnabled", "false"},
+             {"kLSPButtonDiam", "-15.0"},
+             {"kLSPButtonSpacingH", "2"},
+             {"kLSDateSubtitle", "\"Grüße\""},
+             {"kLSDateFontName", "\"\""},
+             {"com.example.date", "{\n  \"$date\": \"2025-01-31T08:00:00Z\"\n}"},
+             {"com.example.list", "[\n  1,\n  1.0,\n  true\n]"}}) {
+        const Finished set = lumoractl({"set", key, json});
+        EXPECT_EQ(set.status, 0) << set.errors;
+        EXPECT_EQ(set.output, "");
+        const Finished get = lumoractl({"get", key});
+        EXPECT_EQ(get.status, 0) << get.errors;
+        EXPECT_EQ(get.output, json + "\n");
+    }
+}
+
+TEST_F(LumoractlWithTweak, SetsAValueFromStandardInput) {
+    EXPECT_EQ(lumoractl({"set", "kAutoUnlockPasscode", "-"}, "\"13579\"\n").status, 0);
+    EXPECT_EQ(lumoractl({"get", "--secrets", "kAutoUnlockPasscode"}).output, "\"13579\"\n");
+}
+
+TEST_F(LumoractlWithTweak, GetsASecretOnlyWhenAskedForSecrets) {
+    const Finished refused = lumoractl({"get", "kAutoUnlockPasscode"});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.output, "");
+    EXPECT_EQ(refused.errors, "lumoractl: kAutoUnlockPasscode is a secret: ask for it with --secrets\n");
+}
+
+TEST_F(LumoractlWithTweak, FailsNamingAKeyThatIsNotSet) {
+    for (const char* key : {"kLSDateOffset", "com.example.unheard-of"}) {
+        const Finished get = lumoractl({"get", key});
+        EXPECT_EQ(get.status, 1);
+        EXPECT_EQ(get.output, "");
+        EXPECT_EQ(get.errors, "lumoractl: " + std::string(key) + " is not set\n");
+    }
+}
+
+TEST_F(LumoractlWithTweak, ReportsWhyTheTweakRefuses) {
+    const Finished set = lumoractl({"set", "kTweakEnabled", "1"});
+    EXPECT_EQ(set.status, 1);
+    EXPECT_EQ(set.errors, "lumoractl: kTweakEnabled takes a boolean, not an integer\n");
+    EXPECT_EQ(lumoractl({"get", "kTweakEnabled"}).output, "true\n");
+    EXPECT_EQ(lumoractl({"set", "kTweakEnabled", "null"}).errors, "lumoractl: \"kTweakEnabled\" cannot be nil\n");
+}
+
+TEST_F(LumoractlWithTweak, RefusesAValueThatIsNoJson) {
+    const Finished set = lumoractl({"set", "kLSDateSubtitle", "EEEE"});
+    EXPECT_EQ(set.status, 2);
+    EXPECT_THAT(set.errors, HasSubstr("a text has quotes"));
+}
+
+TEST_F(LumoractlWithTweak, WorksInPipes) {
+    const Finished piped = shell("\"$0\" list | \"$0\" archive | \"$0\" unarchive -");
+    EXPECT_EQ(piped.status, 0) << piped.errors;
+    EXPECT_EQ(piped.output, lumoractl({"list"}).output);
+}
+
+TEST_F(Lumoractl, SaysThatNoTweakAnswers) {
+    const std::string ports = sandbox.ports() / "com.nevo.lumora";
+    for (const auto& words : std::vector<std::vector<std::string>>{{"list"}, {"get", "kSleepTime"}}) {
+        const Finished failed = lumoractl(words);
+        EXPECT_EQ(failed.status, 1);
+        EXPECT_EQ(failed.output, "");
+        EXPECT_EQ(failed.errors,
+                  "lumoractl: no tweak answers on " + ports + "/requestTweakSettings: is lumora-tweak running?\n");
+    }
+    const Finished set = lumoractl({"set", "kSleepTime", "30"});
+    EXPECT_EQ(set.status, 1);
+    EXPECT_EQ(set.errors, "lumoractl: no tweak answers on " + ports + "/updateSettings: is lumora-tweak running?\n");
+}
+
+TEST_F(Lumoractl, TellsASilentTweakFromOneThatHangsUp) {
+    {
+        const RawPort silent(sandbox, "requestTweakSettings", RawPort::Manner::silent);
+        const Finished list = lumoractl({"list"});
+        EXPECT_EQ(list.status, 1);
+        EXPECT_THAT(list.errors, HasSubstr("did not answer within 1 second"));
+    }
+    const RawPort hangingUp(sandbox, "updateSettings", RawPort::Manner::hangingUp);
+    const Finished set = lumoractl({"set", "kSleepTime", "30"});
+    EXPECT_EQ(set.status, 1);
+    EXPECT_THAT(set.errors, HasSubstr("went away before it had answered"));
+}
+
+TEST_F(Lumoractl, SaysWhenAnAnswerHoldsNoSettings) {
+    const auto errorFor = [](const std::optional<Data>& answer) {
+        const StrangeTweak tweak(answer);
+        const Finished list = lumoractl({"list"});
+        EXPECT_EQ(list.status, 1);
+        EXPECT_EQ(list.output, "");
+        return list.errors;
+    };
+    EXPECT_THAT(errorFor(std::nullopt), HasSubstr("answered without any settings"));
+    EXPECT_THAT(errorFor(Data{'n', 'o'}), HasSubstr("is no keyed archive"));
+    EXPECT_THAT(errorFor(NSKeyedArchiver::archivedDataWithRootObject("text")), HasSubstr("is no dictionary"));
+}
+
+TEST_F(Lumoractl, TakesATweakThatGivesNoReasonsAtItsWord) {
+    for (const auto& answer : {std::optional(Data{'o', 'k'}), NSKeyedArchiver::archivedDataWithRootObject(true)}) {
+        const StrangeTweak tweak(answer);
+        EXPECT_EQ(lumoractl({"set", "kSleepTime", "30"}).status, 0);
+    }
+}
+
+TEST_F(Lumoractl, UnarchivesEveryArchiveToItsJsonAndBack) {
+    int archives = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(LUMORA_TEST_DATA "/archives")) {
+        if (entry.path().extension() != ".bplist") continue;
+        ++archives;
+        const std::filesystem::path name = entry.path().stem();
+        const auto json = entry.path().parent_path() / (name.extension() == ".imm" ? name.stem() : name);
+        const Finished read = lumoractl({"unarchive", entry.path()});
+        ASSERT_EQ(read.status, 0) << entry.path() << ": " << read.errors;
+        EXPECT_EQ(parsed(read.output), parsed(readFile(json.string() + ".json"))) << entry.path();
+
+        const auto again = sandbox.path() / "again.bplist";
+        ASSERT_EQ(lumoractl({"archive", "-o", again}, read.output).status, 0);
+        EXPECT_EQ(lumoractl({"unarchive", again}).output, read.output) << entry.path();
+    }
+    EXPECT_GT(archives, 20);
+}
+
+TEST_F(Lumoractl, WritesAndReadsFilesByName) {
+    const auto json = sandbox.path() / "in.json";
+    const auto archive = sandbox.path() / "out.bplist";
+    const auto back = sandbox.path() / "back.json";
+    writeFile(json, R"({"b": [1, 1.0, true, null], "a": {"$data": "aGk="}})");
+    EXPECT_EQ(lumoractl({"archive", json, "--output", archive}).status, 0);
+    EXPECT_EQ(NSKeyedUnarchiver::unarchiveObjectWithData(bytesOf(readFile(archive))), parsed(readFile(json)));
+    EXPECT_EQ(lumoractl({"unarchive", archive, "-o", back}).status, 0);
+    EXPECT_EQ(parsed(readFile(back)), parsed(readFile(json)));
+}
+
+TEST_F(Lumoractl, LeavesTheOutputAloneWhenTheInputIsWrong) {
+    const auto kept = sandbox.path() / "kept";
+    writeFile(kept, "kept");
+    const Finished archive = lumoractl({"archive", "-o", kept}, "{\"a\": }");
+    EXPECT_EQ(archive.status, 1);
+    EXPECT_THAT(archive.errors, HasSubstr("the input is no JSON: parse error at line 1"));
+    const Finished unarchive = lumoractl({"unarchive", "-o", kept}, "no archive");
+    EXPECT_EQ(unarchive.status, 1);
+    EXPECT_THAT(unarchive.errors, HasSubstr("the input is no keyed archive: "));
+    EXPECT_EQ(readFile(kept), "kept");
+}
+
+TEST_F(Lumoractl, SaysWhatItCannotReadOrWrite) {
+    const std::string missing = sandbox.path() / "missing" / "file";
+    EXPECT_EQ(lumoractl({"archive", missing}).errors,
+              "lumoractl: cannot read " + missing + ": No such file or directory\n");
+    EXPECT_EQ(lumoractl({"unarchive", sandbox.path()}).errors,
+              "lumoractl: cannot read " + sandbox.path().string() + ": Is a directory\n");
+    EXPECT_EQ(lumoractl({"archive", "-o", missing}, "1").errors,
+              "lumoractl: cannot write " + missing + ": No such file or directory\n");
+    const Finished full = shell("echo 1 | \"$0\" archive > /dev/full");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.errors, "lumoractl: cannot write standard output: No space left on device\n");
+}
+
+TEST_F(Lumoractl, TellsWrongUseFromFailure) {
+    for (const auto& words : std::vector<std::vector<std::string>>{{},
+                                                                   {"unknown"},
+                                                                   {"list", "stray"},
+                                                                   {"get"},
+                                                                   {"get", "a", "b"},
+                                                                   {"set"},
+                                                                   {"set", "kSleepTime"},
+                                                                   {"set", "kSleepTime", "1", "2"},
+                                                                   {"set", "kSleepTime", "{"},
+                                                                   {"list", "--no-such-option"},
+                                                                   {"archive", "a", "b"},
+                                                                   {"archive", "-o"},
+                                                                   {"list", "list"}}) {
+        const Finished wrong = lumoractl(words);
+        EXPECT_EQ(wrong.status, 2) << testing::PrintToString(words);
+        EXPECT_EQ(wrong.output, "") << testing::PrintToString(words);
+        EXPECT_NE(wrong.errors, "") << testing::PrintToString(words);
+    }
+}
+
+TEST_F(Lumoractl, HelpsEverywhere) {
+    for (const auto& words : std::vector<std::vector<std::string>>{{"--help"},
+                                                                   {"list", "--help"},
+                                                                   {"get", "--help"},
+                                                                   {"set", "--help"},
+                                                                   {"archive", "--help"},
+                                                                   {"unarchive", "--help"}}) {
+        const Finished help = lumoractl(words);
+        EXPECT_EQ(help.status, 0);
+        EXPECT_THAT(help.output,
+                    AllOf(HasSubstr("Usage: lumoractl"), HasSubstr("Exit status: 0 done, 1 failed, 2 wrong use.\n")));
+        EXPECT_EQ(help.errors, "");
+    }
+    const Finished version = lumoractl({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.output, testing::MatchesRegex("lumoractl [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}

@@ -1,0 +1,35 @@
+# Completion of lumoractl for bash. Keys are those that the running tweak knows, plug-ins' own included.
+
+_lumoractl_keys() {
+    lumoractl list 2>/dev/null | sed -n 's/^  "\([^"\\]*\)": .*/\1/p'
+}
+
+_lumoractl() {
+    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} command= key= i
+    for ((i = 1; i < COMP_CWORD; i++)); do
+        case ${COMP_WORDS[i]} in
+            -*) ;;
+            *) if [[ -z $command ]]; then command=${COMP_WORDS[i]}; else key=${COMP_WORDS[i]}; fi ;;
+        esac
+    done
+    COMPREPLY=()
+    if [[ -z $command ]]; then
+        mapfile -t COMPREPLY < <(compgen -W 'list get set archive unarchive --help --version' -- "$word")
+        return
+    fi
+    if [[ $word == -* ]]; then
+        local options=--help
+        case $command in
+            list | get) options+=' --secrets' ;;
+            archive | unarchive) options+=' --output -o' ;;
+        esac
+        mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+        return
+    fi
+    case $command in
+        get | set) [[ -n $key ]] || mapfile -t COMPREPLY < <(compgen -W "$(_lumoractl_keys)" -- "$word") ;;
+        archive | unarchive) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
+    esac
+}
+
+complete -o filenames -F _lumoractl lumoractl
