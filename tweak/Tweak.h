@@ -13,8 +13,8 @@ namespace lumora {
 class Tweak {
   public:
     struct Options {
-        std::vector<std::string> omitted; ///< keys that are left out of every answer, as if they were not set
-        bool verbose = false;             ///< a line in the log for each message
+        std::vector<std::string> omitted{}; ///< keys that are left out of every answer, as if they were not set
+        bool verbose = false;               ///< a line in the log for each message
     };
 
     Tweak(SettingsStore& store, Options options, Log log);

@@ -34,8 +34,8 @@ inline std::string change(const std::string& key, const platform::Value& value) 
     std::optional<platform::Data> reply;
     if (send("updateSettings", changeBody(key, value), reply) != platform::kCFMessagePortSuccess) return "no answer";
     if (!reply) return {};
-    const std::string* error = platform::NSKeyedUnarchiver::unarchiveObjectWithData(*reply)["error"].text();
-    return error ? *error : "an answer without an error";
+    const platform::Value error = platform::NSKeyedUnarchiver::unarchiveObjectWithData(*reply)["error"];
+    return error.text() ? *error.text() : "an answer without an error";
 }
 
 } // namespace tests

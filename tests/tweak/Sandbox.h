@@ -5,15 +5,16 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
 namespace tests {
 
 inline std::string readFile(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream contents;
+    contents << std::ifstream(file, std::ios::binary).rdbuf();
+    return contents.str();
 }
 
 inline void writeFile(const std::filesystem::path& file, const std::string& contents) {

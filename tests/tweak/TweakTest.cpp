@@ -140,5 +140,5 @@ TEST_F(TweakTest, ShowsSecureValuesAsDotsWhenVerbose) {
         }
     EXPECT_EQ(lines.size(), 6U);
     EXPECT_THAT(lines, Each(Not(HasSubstr("24680"))));
-    EXPECT_THAT(lines, Contains(R"(updateSettings: "kAutoUnlockPasscode" = •••)"));
+    EXPECT_THAT(lines, testing::Contains(R"(updateSettings: "kAutoUnlockPasscode" = •••)"));
 }
