@@ -3,6 +3,9 @@
 #include <algorithm>
 
 namespace platform {
+
+PLATFORM_CLASS(PSListItemsController)
+
 namespace {
 
 std::size_t optionCount(const PSSpecifier& row) {

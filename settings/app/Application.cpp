@@ -79,6 +79,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
                  [](const std::string& why) { QCoreApplication::exit(complain(why)); });
 
     QQmlApplicationEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)},
                                  {QStringLiteral("width"), options.size.width},
                                  {QStringLiteral("height"), options.size.height}});

@@ -68,7 +68,7 @@ Result<bool> Pictures::tour(const std::filesystem::path& folder) {
 
 /// Takes the page's pictures, then opens each of its links and comes back.
 void Pictures::visitTopPage() {
-    const PageSnapshot page = *shell_.topPage();
+    const PageSnapshot page = shell_.pages().back()->snapshot();
     if (!visited_.insert(page.className + "\n" + page.title).second) return;
     takePictures(pictureName(page));
     const std::size_t depth = shell_.pages().size();

@@ -33,7 +33,8 @@ void ViewItem::setPage(PageModel* page) {
 }
 
 void ViewItem::takeView() {
-    view_ = page_ ? page_->snapshot().view : nullptr;
+    const PageModel* page = page_.data();
+    view_ = page ? page->snapshot().view : nullptr;
     update();
 }
 

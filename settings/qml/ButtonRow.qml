@@ -1,4 +1,5 @@
 import QtQuick
+import Lumora
 
 // Calls an operation of the page, with an icon before its title where it has one.
 TappableRow {
@@ -27,7 +28,7 @@ TappableRow {
             }
             text: control.text
             color: Theme.accent
-            font: control.font
+            font.pixelSize: Theme.bodySize
             elide: Text.ElideMiddle
         }
     }

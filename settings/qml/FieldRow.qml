@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Window
 import QtQuick.Templates as T
+import Lumora
 
 // A text field. What was typed is handed on with Enter, on losing the focus and on leaving the window, and only if
 // something was typed.
@@ -38,7 +39,8 @@ Cell {
             leftPadding: Theme.inset
             rightPadding: Theme.inset
             focusPolicy: Qt.StrongFocus
-            font.pixelSize: Theme.bodySize
+            // A control's own font is the desktop's; texts have the application's.
+            font { family: Qt.application.font.family; pixelSize: Theme.bodySize }
             color: Theme.text
             selectionColor: Theme.accent
             selectedTextColor: "white"
@@ -77,7 +79,7 @@ Cell {
                 anchors { fill: parent; leftMargin: Theme.inset; rightMargin: Theme.inset }
                 text: root.row.placeholder
                 color: Theme.placeholder
-                font: field.font
+                font.pixelSize: Theme.bodySize
                 verticalAlignment: Text.AlignVCenter
                 elide: Text.ElideRight
                 Accessible.ignored: true

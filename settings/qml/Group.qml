@@ -1,4 +1,5 @@
 import QtQuick
+import Lumora
 
 // A group of rows with its header above and its footer beneath.
 Column {

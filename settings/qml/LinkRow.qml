@@ -1,4 +1,5 @@
 import QtQuick
+import Lumora
 
 // Opens a page. An option list shows what is chosen in it.
 TappableRow {
@@ -16,7 +17,7 @@ TappableRow {
             width: Math.min(implicitWidth, parent.width - chevron.width - 8 - Math.min(value.implicitWidth + 12, parent.width / 2))
             text: control.text
             color: Theme.text
-            font: control.font
+            font.pixelSize: Theme.bodySize
             elide: Text.ElideRight
         }
         Text {
@@ -25,7 +26,7 @@ TappableRow {
             anchors { left: title.right; leftMargin: 12; right: chevron.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
             text: control.row.valueTitle
             color: Theme.secondary
-            font: control.font
+            font.pixelSize: Theme.bodySize
             horizontalAlignment: Text.AlignRight
             elide: Text.ElideRight
         }

@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Window
 import QtQuick.Templates as T
+import Lumora
 
 Window {
     id: window
@@ -35,19 +36,24 @@ Window {
         property: "dark"
         value: window.shell.dark
     }
+    Binding {
+        target: Theme
+        property: "animated"
+        value: window.shell.animated
+    }
     Connections {
         target: window.shell
 
         function onPagePushed(page) {
             const item = stack.push(pageComponent, { page: page },
-                                    window.shell.animated && stack.depth > 0 ? T.StackView.PushTransition : T.StackView.Immediate);
+                                    Theme.animated && stack.depth > 0 ? T.StackView.PushTransition : T.StackView.Immediate);
             item.gone.connect(window.shell.pageGone);
         }
         function onPagesPopped(depth) {
             if (depth === 0)
                 stack.clear(T.StackView.Immediate);
             else
-                stack.pop(stack.get(depth - 1), window.shell.animated ? T.StackView.PopTransition : T.StackView.Immediate);
+                stack.pop(stack.get(depth - 1), Theme.animated ? T.StackView.PopTransition : T.StackView.Immediate);
         }
     }
     Shortcut {

@@ -41,7 +41,6 @@ Item {
         focusPolicy: Qt.StrongFocus
         opacity: down ? 0.4 : 1
         text: qsTr("Back")
-        font.pixelSize: Theme.bodySize
 
         onClicked: root.backTapped()
         Keys.onReturnPressed: click()
@@ -71,7 +70,7 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 text: back.text
                 color: Theme.accent
-                font: back.font
+                font.pixelSize: Theme.bodySize
             }
         }
     }

@@ -1,4 +1,5 @@
 import QtQuick
+import Lumora
 
 // One option of an option list; the stored one has the check mark.
 TappableRow {
@@ -16,7 +17,7 @@ TappableRow {
             anchors { left: parent.left; right: mark.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
             text: control.text
             color: Theme.text
-            font: control.font
+            font.pixelSize: Theme.bodySize
             elide: Text.ElideRight
         }
         CheckMark {

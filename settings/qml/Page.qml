@@ -1,4 +1,5 @@
 import QtQuick
+import Lumora
 
 // One open page: its rows, or the view that it hosts. Opaque, because the page below slides under it.
 FocusScope {

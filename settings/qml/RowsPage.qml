@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Window
 import QtQuick.Templates as T
+import Lumora
 
 // A page of rows: a column of groups that scrolls and keeps what has the focus in view.
 Flickable {
@@ -62,7 +63,7 @@ Flickable {
             color: Theme.secondary
             opacity: indicator.active && indicator.size < 1 ? 0.6 : 0
 
-            Behavior on opacity { NumberAnimation { duration: 250 } }
+            Behavior on opacity { enabled: Theme.animated; NumberAnimation { duration: 250 } }
         }
     }
 }

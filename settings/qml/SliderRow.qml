@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Lumora
 
 // A slider, and its number beside it. A drag is handed on when it ends, a key step at once.
 Cell {

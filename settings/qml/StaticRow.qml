@@ -1,4 +1,5 @@
 import QtQuick
+import Lumora
 
 // A line of text, as high as the text needs.
 Cell {

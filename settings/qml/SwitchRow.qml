@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Lumora
 
 // The whole row is the switch. It shows the user's hand at once and settles when the page has read its value.
 T.Switch {
@@ -13,8 +14,8 @@ T.Switch {
     leftPadding: Theme.inset
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus
-    font.pixelSize: Theme.bodySize
     text: row.title
+    checked: row.on
 
     function flip() {
         toggle();
@@ -22,7 +23,6 @@ T.Switch {
     }
 
     onToggled: row.toggle(checked)
-    Component.onCompleted: checked = row.on
     Keys.onReturnPressed: flip()
     Keys.onEnterPressed: flip()
 
@@ -46,7 +46,7 @@ T.Switch {
         rightPadding: track.width + 8
         text: control.text
         color: Theme.text
-        font: control.font
+        font.pixelSize: Theme.bodySize
         verticalAlignment: Text.AlignVCenter
         elide: Text.ElideRight
     }
@@ -61,7 +61,7 @@ T.Switch {
         color: control.checked ? Theme.on : Theme.off
         antialiasing: true
 
-        Behavior on color { ColorAnimation { duration: 150 } }
+        Behavior on color { enabled: Theme.animated; ColorAnimation { duration: 150 } }
 
         Rectangle {
             x: 2 + control.visualPosition * (parent.width - width - 4)
@@ -73,8 +73,8 @@ T.Switch {
             border { width: 1; color: Theme.knobEdge }
             antialiasing: true
 
-            Behavior on x { enabled: !control.down; NumberAnimation { duration: 150; easing.type: Easing.OutCubic } }
-            Behavior on width { NumberAnimation { duration: 100 } }
+            Behavior on x { enabled: Theme.animated && !control.down; NumberAnimation { duration: 150; easing.type: Easing.OutCubic } }
+            Behavior on width { enabled: Theme.animated; NumberAnimation { duration: 100 } }
         }
     }
 }

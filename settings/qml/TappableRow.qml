@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Lumora
 
 // A row that does one thing when it is tapped. What stands in it is up to the row.
 T.AbstractButton {
@@ -14,7 +15,6 @@ T.AbstractButton {
     leftPadding: Theme.inset
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus
-    font.pixelSize: Theme.bodySize
 
     onClicked: row.tap()
     Keys.onReturnPressed: click()

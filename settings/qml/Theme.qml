@@ -4,6 +4,7 @@ import QtQuick
 // Colours and measures, once for all.
 QtObject {
     property bool dark: false
+    property bool animated: true
 
     readonly property color page: dark ? "#000000" : "#f2f2f7"
     readonly property color cell: dark ? "#1c1c1e" : "#ffffff"

@@ -77,7 +77,6 @@ Rectangle {
                 implicitHeight: 48
                 focusPolicy: Qt.StrongFocus
                 text: qsTr("Restart Settings")
-                font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
 
                 onClicked: root.restartTapped()
                 onEnabledChanged: if (enabled) forceActiveFocus(Qt.OtherFocusReason)
@@ -105,7 +104,7 @@ Rectangle {
                 contentItem: Text {
                     text: restart.text
                     color: "white"
-                    font: restart.font
+                    font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
                 }
