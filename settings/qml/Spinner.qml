@@ -4,7 +4,7 @@ import QtQuick
 Item {
     id: root
 
-    property bool turning: true
+    property bool turning: Theme.animated
     property int lit: 0
 
     implicitWidth: 36
