@@ -1,0 +1,104 @@
+#include "settings/host/Host.h"
+
+#include "link/Notify.h"
+#include "platform/foundation/NSKeyedArchiver.h"
+#include "tests/support/PortsFolder.h"
+#include "tests/support/ServedPort.h"
+#include "tests/support/Waiting.h"
+
+#include <future>
+#include <mutex>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace platform;
+using namespace settings;
+
+/// The host of this test program: there can be only one, and it is never destroyed.
+class Recorded {
+  public:
+    static Recorded& shared() {
+        static auto& recorded = *new Recorded;
+        return recorded;
+    }
+
+    std::optional<std::string> launch(Launch launch) {
+        std::promise<Result<bool>> promised;
+        host.launch(std::move(launch), [&](Result<bool> result) { promised.set_value(std::move(result)); });
+        const Result<bool> result = promised.get_future().get();
+        return result ? std::nullopt : std::optional(result.error());
+    }
+    StackSnapshot last() {
+        const std::lock_guard held(mutex_);
+        return last_;
+    }
+
+  private:
+    std::mutex mutex_;
+    StackSnapshot last_;
+
+  public:
+    Host host{[this](StackSnapshot stack) {
+        const std::lock_guard held(mutex_);
+        last_ = std::move(stack);
+    }};
+};
+
+const std::filesystem::path kBundle =
+    std::filesystem::path(LUMORA_TEST_ROOT) / "Library/PreferenceBundles/Lumora.bundle";
+
+TEST(Host, SaysThatThereIsNoBundle) {
+    const auto why = Recorded::shared().launch({"/nowhere/Lumora.bundle", "", {390, 760}});
+    ASSERT_TRUE(why);
+    EXPECT_EQ(*why, "there is no settings bundle at /nowhere/Lumora.bundle");
+}
+
+TEST(Host, SaysThatABundleIsBroken) {
+    const tests::PortsFolder folder;
+    const auto broken = folder.path() / "Broken.bundle";
+    std::filesystem::create_directory(broken);
+    const auto why = Recorded::shared().launch({broken, "", {390, 760}});
+    ASSERT_TRUE(why);
+    EXPECT_NE(why->find("cannot be loaded"), std::string::npos) << *why;
+}
+
+TEST(Host, SaysThatThereIsNoSuchPageClass) {
+    const auto why = Recorded::shared().launch({kBundle, "NoSuchPage", {390, 760}});
+    ASSERT_TRUE(why);
+    EXPECT_EQ(*why, "there is no page class NoSuchPage");
+}
+
+TEST(Host, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes) {
+    const tests::PortsFolder ports;
+    std::promise<void> answer;
+    const auto allowed = answer.get_future().share();
+    const tests::ServedPort tweak("com.nevo.lumora/requestTweakSettings",
+                                  [allowed](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
+                                      allowed.wait();
+                                      return NSKeyedArchiver::archivedDataWithRootObject(
+                                          Dictionary{{"kTweakEnabled", true}});
+                                  });
+    ASSERT_TRUE(tweak.isOpen());
+    auto& recorded = Recorded::shared();
+    std::promise<Result<bool>> opened;
+    recorded.host.launch({kBundle, "", {390, 760}}, [&](Result<bool> result) { opened.set_value(std::move(result)); });
+    EXPECT_TRUE(tests::eventually([&] { return recorded.last().opening.has_value(); }));
+    EXPECT_EQ(recorded.last().opening->className, "LumoraPreferences");
+    EXPECT_EQ(recorded.last().opening->title, "Lumora");
+    EXPECT_TRUE(recorded.last().pages.empty());
+
+    answer.set_value();
+    const Result<bool> result = opened.get_future().get();
+    ASSERT_TRUE(result) << result.error();
+    ASSERT_EQ(recorded.last().pages.size(), 1u);
+    const PageSnapshot& page = *recorded.last().pages[0];
+    EXPECT_EQ(page.title, "Lumora");
+    ASSERT_EQ(page.rows.size(), 15u);
+    EXPECT_EQ(page.rows[1].value, Value(true));
+
+    recorded.host.finish(std::chrono::seconds(5));
+}
+
+} // namespace

@@ -1,0 +1,263 @@
+#include "settings/host/Navigation.h"
+
+#include "tests/settings/TestPages.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace platform;
+using namespace settings;
+using namespace tests;
+using ::testing::ElementsAre;
+using ::testing::Pair;
+
+class NavigationTest : public ::testing::Test {
+  protected:
+    NavigationTest() {
+        RowsPage::reset();
+        HostedView::made = 0;
+        HostedPage::mask = UIViewAutoresizingNone;
+        HostedPage::viewless = false;
+    }
+
+    const PageSnapshot& top() const { return *shown.back().pages.back(); }
+    std::size_t depth() const { return shown.back().pages.size(); }
+    void openRoot() { ASSERT_TRUE(navigation.open(NSClassFromString("RowsPage"), "Root")); }
+    void tap(RowsPage::Row row) { navigation.rowTapped(top().id, row); }
+
+    std::vector<StackSnapshot> shown;
+    Navigation navigation{[this](StackSnapshot stack) { shown.push_back(std::move(stack)); }};
+};
+
+TEST_F(NavigationTest, TellsWhatItOpensBeforeThePageIsMade) {
+    openRoot();
+    ASSERT_EQ(shown.size(), 2u);
+    EXPECT_TRUE(shown.front().pages.empty());
+    ASSERT_TRUE(shown.front().opening);
+    EXPECT_EQ(shown.front().opening->className, "RowsPage");
+    EXPECT_EQ(shown.front().opening->title, "Root");
+    EXPECT_FALSE(shown.back().opening);
+}
+
+TEST_F(NavigationTest, ShowsARowOfEachKindWithWhatItHas) {
+    RowsPage::values = {{"switch", true}, {"slider", 1.25}, {"options", 10}, {"secret", "1234"}};
+    openRoot();
+    const auto& rows = top().rows;
+    ASSERT_EQ(rows.size(), 11u);
+    EXPECT_EQ(top().title, "Root");
+    EXPECT_EQ(rows[RowsPage::Group].footerText, "Below");
+    EXPECT_EQ(rows[RowsPage::Switch].value, Value(true));
+    EXPECT_EQ(rows[RowsPage::Slider].min, 0.5);
+    EXPECT_EQ(rows[RowsPage::Slider].max, 2.0);
+    EXPECT_EQ(rows[RowsPage::Slider].showValue, true);
+    EXPECT_EQ(rows[RowsPage::Options].valueTitle, "10");
+    EXPECT_EQ(rows[RowsPage::Secret].placeholder, "Passcode");
+    EXPECT_EQ(rows[RowsPage::Hosted].detail, "HostedPage");
+    EXPECT_FALSE(rows[RowsPage::Switch].showValue);
+    EXPECT_TRUE(rows[RowsPage::Text].value.isNil());
+}
+
+TEST_F(NavigationTest, ShowsNothingChosenWhenTheStoredValueIsNoOption) {
+    RowsPage::values = {{"options", 11}};
+    openRoot();
+    EXPECT_EQ(top().rows[RowsPage::Options].valueTitle, "");
+}
+
+TEST_F(NavigationTest, LetsAPageAppearOnceWhenItOpensAndOnceWhenItIsBack) {
+    openRoot();
+    EXPECT_THAT(RowsPage::appearances, ElementsAre(false));
+    tap(RowsPage::Options);
+    EXPECT_EQ(depth(), 2u);
+    EXPECT_EQ(RowsPage::appearances.size(), 1u);
+    navigation.back(top().id);
+    EXPECT_EQ(depth(), 1u);
+    EXPECT_THAT(RowsPage::appearances, ElementsAre(false, true));
+}
+
+TEST_F(NavigationTest, ReadsTheRowsAnewWhenAPageIsBack) {
+    RowsPage::values = {{"options", 5}};
+    openRoot();
+    tap(RowsPage::Options);
+    navigation.rowTapped(top().id, 3);
+    navigation.back(top().id);
+    EXPECT_EQ(top().rows[RowsPage::Options].valueTitle, "–");
+}
+
+TEST_F(NavigationTest, KeepsThePageThatIsBackTheSamePage) {
+    openRoot();
+    const auto id = top().id;
+    tap(RowsPage::Options);
+    EXPECT_NE(top().id, id);
+    navigation.back(top().id);
+    EXPECT_EQ(top().id, id);
+}
+
+TEST_F(NavigationTest, OpensNothingForALinkWhoseClassIsMissing) {
+    openRoot();
+    const std::size_t before = shown.size();
+    tap(RowsPage::Nowhere);
+    EXPECT_EQ(shown.size(), before);
+    EXPECT_EQ(RowsPage::appearances.size(), 1u);
+}
+
+TEST_F(NavigationTest, StaysWhereItIsWhenAClassMakesNoPage) {
+    openRoot();
+    for (const auto row : {RowsPage::NoPage, RowsPage::Refused}) {
+        tap(row);
+        EXPECT_EQ(depth(), 1u);
+        EXPECT_FALSE(shown.back().opening);
+    }
+    EXPECT_EQ(RowsPage::appearances.size(), 1u);
+    EXPECT_FALSE(navigation.open(nullptr, ""));
+    EXPECT_FALSE(navigation.open(NSClassFromString("NotAPage"), ""));
+}
+
+TEST_F(NavigationTest, GivesAPageTheTitleAndTheRowThatOpenedIt) {
+    openRoot();
+    tap(RowsPage::Options);
+    EXPECT_EQ(navigation.topPage()->title(), "Options");
+    ASSERT_TRUE(navigation.topPage()->specifier());
+    EXPECT_EQ(navigation.topPage()->specifier()->identifier(), "options");
+    EXPECT_EQ(top().title, "Options");
+}
+
+TEST_F(NavigationTest, MarksTheStoredOptionAndMovesTheMarkToTheChosenOne) {
+    RowsPage::values = {{"options", 5}};
+    openRoot();
+    tap(RowsPage::Options);
+    EXPECT_EQ(top().className, "PSListItemsController");
+    ASSERT_EQ(top().rows.size(), 4u);
+    EXPECT_TRUE(top().rows[1].marked);
+    navigation.rowTapped(top().id, 3);
+    EXPECT_THAT(RowsPage::changes, ElementsAre(Pair("options", Value(3600))));
+    EXPECT_FALSE(top().rows[1].marked);
+    EXPECT_TRUE(top().rows[3].marked);
+    EXPECT_EQ(depth(), 2u) << "choosing stays on the list";
+}
+
+TEST_F(NavigationTest, StoresAnEditedValueOnceAndReadsTheRowAnew) {
+    openRoot();
+    navigation.valueChanged(top().id, RowsPage::Switch, true);
+    EXPECT_THAT(RowsPage::changes, ElementsAre(Pair("switch", Value(true))));
+    EXPECT_EQ(top().rows[RowsPage::Switch].value, Value(true));
+}
+
+TEST_F(NavigationTest, LeavesOtherRowsAsTheyWereReadWhenOneIsEdited) {
+    RowsPage::values = {{"slider", 1.0}};
+    openRoot();
+    RowsPage::values["slider"] = 2.0; // as by a late reply
+    navigation.valueChanged(top().id, RowsPage::Switch, true);
+    EXPECT_EQ(top().rows[RowsPage::Slider].value, Value(1.0));
+}
+
+TEST_F(NavigationTest, EditsOnlyRowsThatCanBeEdited) {
+    openRoot();
+    for (const auto row : {RowsPage::Group, RowsPage::Options, RowsPage::Button, RowsPage::Text})
+        navigation.valueChanged(top().id, row, true);
+    navigation.valueChanged(top().id, 1000, true);
+    EXPECT_TRUE(RowsPage::changes.empty());
+}
+
+TEST_F(NavigationTest, CallsAButtonsActionOnceForEachTap) {
+    openRoot();
+    tap(RowsPage::Button);
+    tap(RowsPage::Button);
+    EXPECT_EQ(RowsPage::buttonTaps, 2);
+}
+
+TEST_F(NavigationTest, IgnoresEventsForPagesThatAreGoneOrCovered) {
+    openRoot();
+    const auto root = top().id;
+    tap(RowsPage::Options);
+    const auto options = top().id;
+    navigation.valueChanged(root, RowsPage::Switch, true);
+    navigation.rowTapped(root, RowsPage::Button);
+    navigation.back(root);
+    EXPECT_EQ(depth(), 2u);
+    navigation.back(options);
+    navigation.back(options);
+    navigation.rowTapped(options, 2);
+    EXPECT_EQ(depth(), 1u);
+    EXPECT_TRUE(RowsPage::changes.empty());
+    EXPECT_EQ(RowsPage::buttonTaps, 0);
+}
+
+TEST_F(NavigationTest, HasNoWayBackFromTheFirstPage) {
+    openRoot();
+    navigation.back(top().id);
+    EXPECT_EQ(depth(), 1u);
+    EXPECT_EQ(RowsPage::appearances.size(), 1u);
+}
+
+TEST_F(NavigationTest, ShowsAHostedViewInTheContentAreaWithoutItsHiddenViews) {
+    navigation.setContentSize({320, 500});
+    ASSERT_TRUE(navigation.open(NSClassFromString("HostedPage"), ""));
+    EXPECT_TRUE(top().hostsView);
+    EXPECT_EQ(top().title, "Fonts");
+    EXPECT_TRUE(top().rows.empty());
+    ASSERT_TRUE(top().view);
+    EXPECT_EQ(top().view->className, "HostedView");
+    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 320, 500));
+    EXPECT_EQ(top().view->backgroundColor, UIColor::whiteColor());
+    ASSERT_EQ(top().view->subviews.size(), 1u);
+    EXPECT_EQ(top().view->subviews[0].frame, CGRectMake(1, 2, 3, 4));
+}
+
+TEST_F(NavigationTest, GivesAHostedPageAFreshViewAtEachAppearance) {
+    openRoot();
+    tap(RowsPage::Hosted);
+    const auto first = navigation.topPage()->view();
+    navigation.topPage()->viewWillAppear(true);
+    EXPECT_NE(navigation.topPage()->view(), first);
+    navigation.back(top().id);
+    tap(RowsPage::Hosted);
+    EXPECT_EQ(HostedView::made, 3);
+}
+
+TEST_F(NavigationTest, TellsAPageThatAppearsAgainBecauseItsViewMayBlock) {
+    ASSERT_TRUE(navigation.open(NSClassFromString("HostedPage"), ""));
+    ASSERT_TRUE(navigation.open(NSClassFromString("RowsPage"), "Above"));
+    const auto above = top().id;
+    shown.clear();
+    navigation.back(above);
+    ASSERT_EQ(shown.size(), 2u);
+    ASSERT_TRUE(shown.front().opening);
+    EXPECT_EQ(shown.front().opening->className, "HostedPage");
+    EXPECT_EQ(shown.front().pages.size(), 1u) << "the page above is gone already";
+    EXPECT_FALSE(shown.back().opening);
+}
+
+TEST_F(NavigationTest, ShowsAPageWithoutAViewAsEmpty) {
+    HostedPage::viewless = true;
+    ASSERT_TRUE(navigation.open(NSClassFromString("HostedPage"), ""));
+    EXPECT_TRUE(top().hostsView);
+    EXPECT_FALSE(top().view);
+    navigation.setContentSize({100, 100});
+    EXPECT_FALSE(top().view);
+}
+
+TEST_F(NavigationTest, TakesTheTitleFromAPageWithoutNavigationItem) {
+    ASSERT_TRUE(navigation.open(NSClassFromString("BarePage"), "Bare"));
+    EXPECT_EQ(top().title, "Bare");
+    EXPECT_TRUE(top().view);
+}
+
+TEST_F(NavigationTest, KeepsTheFrameOfAViewWithoutMaskUntilItAppearsAgain) {
+    ASSERT_TRUE(navigation.open(NSClassFromString("HostedPage"), ""));
+    navigation.setContentSize({1024, 700});
+    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 390, 760));
+    ASSERT_TRUE(navigation.open(NSClassFromString("RowsPage"), "Above"));
+    navigation.back(top().id);
+    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 1024, 700)) << "the page's frame is the content area's again";
+}
+
+TEST_F(NavigationTest, ResizesAViewByItsMask) {
+    HostedPage::mask = UIViewAutoresizingFlexibleWidth;
+    ASSERT_TRUE(navigation.open(NSClassFromString("HostedPage"), ""));
+    navigation.setContentSize({1024, 700});
+    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 1024, 760));
+}
+
+} // namespace

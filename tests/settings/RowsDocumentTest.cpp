@@ -1,0 +1,80 @@
+#include "settings/host/RowsDocument.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace platform;
+using namespace settings;
+
+PageSnapshot pageOf(RowSnapshot row) {
+    PageSnapshot page;
+    page.className = "RootPage";
+    page.rows.push_back(std::move(row));
+    return page;
+}
+
+TEST(RowsDocument, GivesEachRowOnlyWhatItHas) {
+    RowSnapshot row;
+    row.cell = 6;
+    row.name = "Enable";
+    row.identifier = "kEnabled";
+    EXPECT_EQ(rowsDocument(pageOf(row)),
+              Value(Dictionary{{"page", "RootPage"},
+                               {"rows", List{Dictionary{{"cell", 6}, {"name", "Enable"}, {"identifier", "kEnabled"}}}}}));
+}
+
+TEST(RowsDocument, KeepsIntegersRealsAndBooleansApart) {
+    for (const Value& value : {Value(1), Value(1.0), Value(true)}) {
+        RowSnapshot row;
+        row.value = value;
+        const Value shown = (*rowsDocument(pageOf(row))["rows"].list())[0]["value"];
+        EXPECT_EQ(shown.kind(), value.kind());
+        EXPECT_EQ(shown, value);
+    }
+}
+
+TEST(RowsDocument, ShowsSecureValuesAsDotsWhateverTheyAre) {
+    for (const Value& secret : {Value("1234"), Value(""), Value(1234)}) {
+        RowSnapshot row;
+        row.cell = 12;
+        row.value = secret;
+        EXPECT_EQ((*rowsDocument(pageOf(row))["rows"].list())[0]["value"], Value("•••"));
+    }
+    RowSnapshot unset;
+    unset.cell = 12;
+    EXPECT_FALSE((*rowsDocument(pageOf(unset))["rows"].list())[0].dictionary()->contains("value"));
+}
+
+TEST(RowsDocument, HasItsKeysInTheirOrder) {
+    RowSnapshot row;
+    row.cell = 5;
+    row.name = "n";
+    row.identifier = "i";
+    row.value = 0.5;
+    row.footerText = "f";
+    row.placeholder = "p";
+    row.min = 0.0;
+    row.max = 1.0;
+    row.showValue = false;
+    row.titles = {"One"};
+    row.values = {1};
+    row.detail = "Detail";
+    row.icon = std::make_shared<const UIImage>(CGSize{1, 1}, Data{}, Data{});
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : *(*rowsDocument(pageOf(row))["rows"].list())[0].dictionary())
+        keys.push_back(key);
+    EXPECT_EQ(keys, (std::vector<std::string>{"cell", "name", "identifier", "value", "footerText", "placeholder", "min",
+                                              "max", "showValue", "titles", "values", "detail", "icon"}));
+}
+
+TEST(RowsDocument, NamesTheViewOfAPageThatHostsOne) {
+    PageSnapshot page;
+    page.className = "FontPage";
+    page.hostsView = true;
+    EXPECT_EQ(rowsDocument(page), Value(Dictionary{{"page", "FontPage"}, {"view", Value()}, {"sections", List{}}}));
+    page.view = std::make_shared<const ViewSnapshot>(ViewSnapshot{"FontView", {}, nullptr, {}});
+    EXPECT_EQ(rowsDocument(page)["view"], Value("FontView"));
+}
+
+} // namespace

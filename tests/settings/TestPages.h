@@ -1,0 +1,134 @@
+#pragma once
+
+#include "platform/preferences/PSListController.h"
+#include "platform/preferences/PSListItemsController.h"
+#include "platform/preferences/PSTextFieldSpecifier.h"
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tests {
+
+/// A page of every kind of row that keeps its values in memory and counts what is done to it.
+class RowsPage : public platform::PSListController {
+  public:
+    static inline std::map<std::string, platform::Value> values;
+    static inline std::vector<std::pair<std::string, platform::Value>> changes;
+    static inline std::vector<bool> appearances; ///< the animated flag of each
+    static inline int buttonTaps = 0;
+
+    static void reset() {
+        values.clear();
+        changes.clear();
+        appearances.clear();
+        buttonTaps = 0;
+    }
+
+    platform::Value getValue(platform::PSSpecifier& row) { return values[row.identifier()]; }
+    void setValue(const platform::Value& value, platform::PSSpecifier& row) {
+        changes.emplace_back(row.identifier(), value);
+        values[row.identifier()] = value;
+    }
+    void press(platform::PSSpecifier& /*sender*/) { ++buttonTaps; }
+
+    void viewWillAppear(bool animated) override {
+        PSListController::viewWillAppear(animated);
+        appearances.push_back(animated);
+    }
+
+    platform::PSSpecifierList specifiers() override {
+        using namespace platform;
+        if (_specifiers) return _specifiers;
+        const auto group = row("General", "", PSGroupCell);
+        group->setProperty("Below", "footerText");
+        const auto slider = row("", "slider", PSSliderCell);
+        slider->setProperty(0.5F, "min");
+        slider->setProperty(2.0F, "max");
+        slider->setProperty(true, "showValue");
+        const auto options = row("Options", "options", PSLinkListCell, "PSListItemsController");
+        options->setValues({5, 10, 3600}, {"Five", "Ten", "Never"}, {"5", "10", "–"});
+        const auto secure = PSTextFieldSpecifier::preferenceSpecifierNamed(
+            "", this, selector(&RowsPage::setValue), selector(&RowsPage::getValue), {}, PSSecureEditTextCell, false);
+        secure->setIdentifier("secret");
+        secure->setPlaceholder("Passcode");
+        const auto button = row("Press", "", PSButtonCell);
+        button->action = selector(&RowsPage::press);
+        _specifiers = std::make_shared<const std::vector<PSSpecifierRef>>(std::vector<PSSpecifierRef>{
+            group, row("Switch", "switch", PSSwitchCell), slider, options, secure, button,
+            row("Hosted", "", PSLinkCell, "HostedPage"), row("Nowhere", "", PSLinkCell, "NoSuchClass"),
+            row("No page", "", PSLinkCell, "NotAPage"), row("Refused", "", PSLinkCell, "RefusedPage"),
+            row("Text", "", PSStaticTextCell)});
+        return _specifiers;
+    }
+
+    enum Row : std::size_t { Group, Switch, Slider, Options, Secret, Button, Hosted, Nowhere, NoPage, Refused, Text };
+
+  private:
+    platform::PSSpecifierRef row(const char* name, const char* identifier, platform::PSCellType cell,
+                                 platform::PSDetail detail = {}) {
+        auto made = platform::PSSpecifier::preferenceSpecifierNamed(name, this, platform::selector(&RowsPage::setValue),
+                                                                    platform::selector(&RowsPage::getValue),
+                                                                    std::move(detail), cell, false);
+        made->setIdentifier(identifier);
+        return made;
+    }
+};
+
+class HostedView : public platform::UIView {
+  public:
+    static inline int made = 0;
+
+    bool initWithFrame(const platform::CGRect& frame) override {
+        if (!UIView::initWithFrame(frame)) return false;
+        ++made;
+        setBackgroundColor(platform::UIColor::whiteColor());
+        const auto seen = platform::make<UIView>(platform::CGRectMake(1, 2, 3, 4));
+        const auto hidden = platform::make<UIView>(platform::CGRectMake(0, 0, 9, 9));
+        hidden->setHidden(true);
+        addSubview(seen);
+        addSubview(hidden);
+        return true;
+    }
+};
+
+/// A page whose whole content is one view, made anew at each appearance.
+class HostedPage : public platform::PSListController {
+  public:
+    static inline unsigned mask = platform::UIViewAutoresizingNone;
+    static inline bool viewless = false;
+
+    void viewWillAppear(bool animated) override {
+        PSListController::viewWillAppear(animated);
+        if (platform::UINavigationItem* item = navigationItem()) item->title = "Fonts";
+        const platform::CGRect frame = view() ? view()->frame() : platform::CGRect{};
+        auto next = viewless ? nullptr : platform::make<HostedView>(frame);
+        if (next) next->setAutoresizingMask(mask);
+        setView(next);
+    }
+};
+
+/// A page of a platform version whose pages have no navigation item.
+class BarePage : public HostedPage {
+  public:
+    platform::UINavigationItem* navigationItem() override { return nullptr; }
+};
+
+class RefusedPage : public platform::PSListController {
+  public:
+    bool init() override { return false; }
+};
+
+class NotAPage : public platform::NSObject {
+  public:
+    [[nodiscard]] bool init() const { return true; }
+};
+
+PLATFORM_CLASS(RowsPage)
+PLATFORM_CLASS(HostedPage)
+PLATFORM_CLASS(BarePage)
+PLATFORM_CLASS(RefusedPage)
+PLATFORM_CLASS(NotAPage)
+
+} // namespace tests
