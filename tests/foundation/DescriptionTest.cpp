@@ -9,6 +9,7 @@ namespace {
 using namespace std::string_literals;
 using platform::Data;
 using platform::Date;
+using platform::description;
 using platform::Dictionary;
 using platform::List;
 using platform::Value;

@@ -78,6 +78,7 @@ class RawList {
     }
 
     std::size_t referenceSize_;
-    platform::Data bytes_{'b', 'p', 'l', 'i', 's', 't', '0', '0'};
+    static constexpr std::string_view magic = "bplist00";
+    platform::Data bytes_ = platform::Data(magic.begin(), magic.end());
     std::vector<std::size_t> offsets_;
 };
