@@ -82,7 +82,8 @@ bool Decoder::decodeDictionary(const BinaryObject& object, unsigned depth, Value
         BinaryObject key;
         if (!reader_.read(reader_.key(object, i), key)) return false;
         if (!key.isText()) return reader_.fail("a dictionary key that is no text");
-        if (!expansion_.charge(key.contentsSize) || !reader_.readText(key, entries[i].first)) return false;
+        if (!expansion_.charge(key.contentsSize) || !reader_.checkText(key)) return false;
+        entries[i].first = BinaryReader::text(key);
         if (!decode(reader_.value(object, i), depth + 1, entries[i].second)) return false;
     }
     value = Dictionary(std::move(entries));

@@ -47,11 +47,6 @@ const char* BinaryReader::readTrailer() {
     return nullptr;
 }
 
-bool BinaryReader::read(std::size_t reference, BinaryObject& object) {
-    const char* problem = readObject(reference, object);
-    return problem == nullptr || fail(problem);
-}
-
 bool BinaryReader::readUid(std::size_t reference, std::size_t& uid) {
     // Half of all objects in an archive are UIDs of one or two bytes, so these have a path of their own.
     if (reference < objectCount_) {
@@ -71,12 +66,12 @@ bool BinaryReader::readUid(std::size_t reference, std::size_t& uid) {
     return object.kind == BinaryObject::Kind::uid || fail("an archived object that is not referred to by UID");
 }
 
-const char* BinaryReader::readObject(std::size_t reference, BinaryObject& object) const {
+bool BinaryReader::read(std::size_t reference, BinaryObject& object) {
     using enum BinaryObject::Kind;
-    if (reference >= objectCount_) return "a reference to an object that is not there";
+    if (reference >= objectCount_) return fail("a reference to an object that is not there");
     const std::uint64_t offset = bigEndian(objectsEnd_ + reference * offsetSize_, offsetSize_);
     const auto end = static_cast<std::size_t>(objectsEnd_ - bytes_.data());
-    if (offset < magic.size() || offset >= end) return "an object lies outside the bytes";
+    if (offset < magic.size() || offset >= end) return fail("an object lies outside the bytes");
 
     const std::uint8_t* at = bytes_.data() + offset;
     const unsigned type = *at >> 4U;
@@ -86,35 +81,35 @@ const char* BinaryReader::readObject(std::size_t reference, BinaryObject& object
 
     const auto fixed = [&](BinaryObject::Kind kind, std::size_t size) {
         object.kind = kind;
-        return size <= remaining ? nullptr : "a number is cut short";
+        return size <= remaining || fail("a number is cut short");
     };
     std::size_t unitSize = 1;
     switch (type) {
     case 0x0:
-        if (low != 0 && low != 8 && low != 9) return "an object of an unknown kind";
+        if (low != 0 && low != 8 && low != 9) return fail("an object of an unknown kind");
         object.kind = low == 0 ? null : boolean;
         object.integer = low == 9 ? 1 : 0;
-        return nullptr;
+        return true;
     case 0x1:
-        if (low > 4) return "an integer of an unknown size";
-        if (const char* problem = fixed(integer, std::size_t{1} << low)) return problem;
+        if (low > 4) return fail("an integer of an unknown size");
+        if (!fixed(integer, std::size_t{1} << low)) return false;
         return readInteger(std::size_t{1} << low, at, object);
     case 0x2:
-        if (low != 2 && low != 3) return "a real of an unknown size";
-        if (const char* problem = fixed(real, std::size_t{1} << low)) return problem;
+        if (low != 2 && low != 3) return fail("a real of an unknown size");
+        if (!fixed(real, std::size_t{1} << low)) return false;
         object.real = low == 3 ? std::bit_cast<double>(bigEndian(at, 8))
                                : std::bit_cast<float>(static_cast<std::uint32_t>(bigEndian(at, 4)));
-        return nullptr;
+        return true;
     case 0x3:
-        if (low != 3) return "a date of an unknown size";
-        if (const char* problem = fixed(date, 8)) return problem;
+        if (low != 3) return fail("a date of an unknown size");
+        if (!fixed(date, 8)) return false;
         object.real = std::bit_cast<double>(bigEndian(at, 8));
-        return nullptr;
+        return true;
     case 0x8:
-        if (low > 3) return "a UID of an unknown size";
-        if (const char* problem = fixed(uid, low + 1)) return problem;
+        if (low > 3) return fail("a UID of an unknown size");
+        if (!fixed(uid, low + 1)) return false;
         object.integer = static_cast<std::int64_t>(bigEndian(at, low + 1));
-        return nullptr;
+        return true;
     case 0x4:
         object.kind = data;
         break;
@@ -133,27 +128,27 @@ const char* BinaryReader::readObject(std::size_t reference, BinaryObject& object
         object.kind = dictionary, unitSize = 2 * referenceSize_;
         break;
     default:
-        return "an object of an unknown kind";
+        return fail("an object of an unknown kind");
     }
 
     std::uint64_t count = low;
     if (low == 0x0F) {
-        if (remaining < 1 || (*at >> 4U) != 0x1 || (*at & 0x0FU) > 3) return "a count that is no integer";
+        if (remaining < 1 || (*at >> 4U) != 0x1 || (*at & 0x0FU) > 3) return fail("a count that is no integer");
         const std::size_t size = std::size_t{1} << (*at & 0x0FU);
-        if (remaining < 1 + size) return "a count is cut short";
+        if (remaining < 1 + size) return fail("a count is cut short");
         count = bigEndian(at + 1, size);
         at += 1 + size;
         remaining -= 1 + size;
     }
     if (unitSize == 1 ? count > remaining : count > remaining / unitSize)
-        return "a count is larger than the bytes that remain";
+        return fail("a count is larger than the bytes that remain");
     object.contents = at;
     object.count = count;
     object.contentsSize = count * unitSize;
-    return nullptr;
+    return true;
 }
 
-const char* BinaryReader::readInteger(std::size_t size, const std::uint8_t* at, BinaryObject& object) {
+bool BinaryReader::readInteger(std::size_t size, const std::uint8_t* at, BinaryObject& object) {
     // Up to four bytes count from zero, eight are signed. Sixteen are what writers use for an unsigned number beyond
     // 63 bits: no value holds it, and a number silently changed would be worse than none.
     std::uint64_t upper = 0;
@@ -162,10 +157,10 @@ const char* BinaryReader::readInteger(std::size_t size, const std::uint8_t* at, 
         at += 8;
         size = 8;
         const bool negative = (at[0] & 0x80U) != 0;
-        if (upper != (negative ? ~std::uint64_t{0} : 0)) return "an integer needs more than 64 bits";
+        if (upper != (negative ? ~std::uint64_t{0} : 0)) return fail("an integer needs more than 64 bits");
     }
     object.integer = static_cast<std::int64_t>(bigEndian(at, size));
-    return nullptr;
+    return true;
 }
 
 bool BinaryReader::equals(const BinaryObject& object, std::string_view text) {
@@ -173,14 +168,14 @@ bool BinaryReader::equals(const BinaryObject& object, std::string_view text) {
            std::memcmp(object.contents, text.data(), text.size()) == 0;
 }
 
-bool BinaryReader::readText(const BinaryObject& object, std::string& text) {
-    if (object.kind == BinaryObject::Kind::utf16) {
-        text = textFromUtf16(object.contents, object.count);
-        return true;
-    }
-    if (!isAscii(object.contents, object.count)) return fail("an ASCII text holds other bytes");
-    text.assign(reinterpret_cast<const char*>(object.contents), object.count);
-    return true;
+bool BinaryReader::checkText(const BinaryObject& object) {
+    return object.kind != BinaryObject::Kind::ascii || isAscii(object.contents, object.count) ||
+           fail("an ASCII text holds other bytes");
+}
+
+std::string BinaryReader::text(const BinaryObject& object) {
+    if (object.kind == BinaryObject::Kind::utf16) return textFromUtf16(object.contents, object.count);
+    return {reinterpret_cast<const char*>(object.contents), object.count};
 }
 
 } // namespace platform

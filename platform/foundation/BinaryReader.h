@@ -43,8 +43,10 @@ class BinaryReader {
     [[nodiscard]] bool read(std::size_t reference, BinaryObject& object);
     /// The same for an object that must be a UID.
     [[nodiscard]] bool readUid(std::size_t reference, std::size_t& uid);
-    /// The contents of a text, copied: so their cost is counted first.
-    [[nodiscard]] bool readText(const BinaryObject& object, std::string& text);
+    /// Whether a text's contents are sound. Takes as long as they are, so their cost is counted first.
+    [[nodiscard]] bool checkText(const BinaryObject& object);
+    /// The contents of a text that was checked.
+    [[nodiscard]] static std::string text(const BinaryObject& object);
     /// Always false, for whoever reads on top of this to give a reason in its turn.
     bool fail(const char* problem) {
         problem_ = problem;
@@ -79,8 +81,7 @@ class BinaryReader {
         return number;
     }
     [[nodiscard]] const char* readTrailer();
-    [[nodiscard]] const char* readObject(std::size_t reference, BinaryObject& object) const;
-    [[nodiscard]] static const char* readInteger(std::size_t size, const std::uint8_t* at, BinaryObject& object);
+    [[nodiscard]] bool readInteger(std::size_t size, const std::uint8_t* at, BinaryObject& object);
 
     std::span<const std::uint8_t> bytes_;
     const std::uint8_t* objectsEnd_ = nullptr; ///< where the offset table begins

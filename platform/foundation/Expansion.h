@@ -3,7 +3,7 @@
 #include "platform/foundation/BinaryReader.h"
 #include "platform/foundation/PropertyList.h"
 
-#include <array>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -19,17 +19,30 @@ class Expansion {
     explicit Expansion(BinaryReader& reader);
 
     /// Counts one value that is no container, of so many bytes (0 for numbers and the like).
-    [[nodiscard]] bool charge(std::size_t bytes = 0);
+    [[nodiscard]] bool charge(std::size_t bytes = 0) {
+        if (valuesLeft_ < 1 || bytesLeft_ < bytes) return reader_.fail(tooLarge);
+        valuesLeft_ -= 1;
+        bytesLeft_ -= bytes;
+        return true;
+    }
 
     /// What is known about an object before it is looked at.
     enum class State : std::uint8_t { fresh, shared, refused };
     /// `shared` gives the value built earlier, counted once more at this depth; an object inside itself is refused.
-    [[nodiscard]] State recall(std::size_t reference, unsigned depth, Value& value);
+    [[nodiscard]] State recall(std::size_t reference, unsigned depth, Value& value) {
+        // An object that is not there is for the reader to refuse.
+        if (reference >= built_.size() || built_[reference] <= metOnce) return State::fresh;
+        return recallKnown(reference, depth, value);
+    }
 
     /// Builds a text or data object.
     [[nodiscard]] bool buildLeaf(std::size_t reference, const BinaryObject& object, Value& value);
     /// Remembers a value that is no container, already charged. Always true.
-    bool keep(std::size_t reference, std::size_t bytes, const Value& value);
+    bool keep(std::size_t reference, std::size_t bytes, const Value& value) {
+        // Most texts are met once. One that is met again is built again, and only then worth remembering.
+        if (std::exchange(built_[reference], metOnce) != notMet) remember(reference, {value, 1, bytes, 0});
+        return true;
+    }
 
     /// Stands around the building of a container; depth counts from 1 for the outermost.
     struct Opened {
@@ -40,9 +53,17 @@ class Expansion {
     void close(std::size_t reference, unsigned depth, const Opened& opened, const Value& value);
 
     /// Counts an object's own bytes, once for each object that is built from.
-    [[nodiscard]] bool consume(const BinaryObject& object);
+    [[nodiscard]] bool consume(const BinaryObject& object) {
+        if (inputLeft_ < object.contentsSize) return reader_.fail("objects overlap");
+        inputLeft_ -= object.contentsSize;
+        return true;
+    }
 
   private:
+    static constexpr const char* tooLarge = "shared objects stand for too large a value";
+    /// What stands in built_; from firstPlace on it is a place in shared_.
+    enum : std::uint32_t { notMet, metOnce, beingBuilt, firstPlace };
+
     struct Built {
         Value value;
         std::size_t values, bytes; ///< what it expands to
@@ -52,10 +73,15 @@ class Expansion {
     /// the allocator. One of them keeps its neighbours alive, so there are few, and none is long.
     static constexpr std::size_t batchSize = 16;
     static constexpr std::size_t longestInBatch = 64;
-    using Batch = std::array<std::string, batchSize>;
-    [[nodiscard]] std::shared_ptr<std::string> roomForText(std::size_t size);
+    using Batch = std::vector<std::string>;
+    [[nodiscard]] std::shared_ptr<const std::string> share(std::string text);
 
+    [[nodiscard]] State recallKnown(std::size_t reference, unsigned depth, Value& value);
     void remember(std::size_t reference, Built built);
+    State refuse(const char* problem) {
+        reader_.fail(problem);
+        return State::refused;
+    }
 
     BinaryReader& reader_;
     std::size_t valuesLeft_, bytesLeft_;
@@ -65,7 +91,6 @@ class Expansion {
         built_; ///< by reference: not met, met once, being built, or firstPlace + place in shared_
     std::vector<Built> shared_;
     std::shared_ptr<Batch> batch_;
-    std::size_t batchUsed_ = batchSize;
 };
 
 } // namespace platform

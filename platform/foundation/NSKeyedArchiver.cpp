@@ -403,7 +403,11 @@ bool Decoder::decodeKey(std::size_t uid, std::string& key) {
     if (!follow(uid, reference)) return false;
     BinaryObject object;
     if (reference && !reader_.read(*reference, object)) return false;
-    if (object.isText()) return expansion_.charge(object.contentsSize) && reader_.readText(object, key);
+    if (object.isText()) {
+        if (!expansion_.charge(object.contentsSize) || !reader_.checkText(object)) return false;
+        key = BinaryReader::text(object);
+        return true;
+    }
 
     // A key may also be a text object of its own.
     Value value;

@@ -10,7 +10,8 @@ namespace platform {
 ///
 ///     Result<Value> read = readPropertyList(bytes);
 ///     if (!read) return complain(read.error());
-template<class T> class Result {
+template<class T>
+class Result {
   public:
     Result(T value) : contents_(std::in_place_index<0>, std::move(value)) {}
     static Result failure(std::string why) { return Result(std::in_place_index<1>, std::move(why)); }
@@ -21,7 +22,8 @@ template<class T> class Result {
     [[nodiscard]] const std::string& error() const { return std::get<1>(contents_); }
 
   private:
-    template<std::size_t I, class U> Result(std::in_place_index_t<I> which, U&& u) : contents_(which, std::forward<U>(u)) {}
+    template<std::size_t I, class U>
+    Result(std::in_place_index_t<I> which, U&& u) : contents_(which, std::forward<U>(u)) {}
     std::variant<T, std::string> contents_;
 };
 

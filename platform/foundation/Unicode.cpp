@@ -5,16 +5,23 @@
 namespace platform {
 
 bool isAscii(const void* bytes, std::size_t size) {
-    const auto* position = static_cast<const unsigned char*>(bytes);
-    constexpr std::uint64_t upperBits = 0x8080808080808080U;
-    for (; size >= sizeof upperBits; size -= sizeof upperBits, position += sizeof upperBits) {
+    const auto* begin = static_cast<const unsigned char*>(bytes);
+    const auto eightAt = [begin](std::size_t offset) {
         std::uint64_t eight = 0;
-        std::memcpy(&eight, position, sizeof eight);
-        if ((eight & upperBits) != 0) return false;
+        std::memcpy(&eight, begin + offset, sizeof eight);
+        return eight;
+    };
+    constexpr std::uint64_t upperBits = 0x8080808080808080U;
+    std::uint64_t seen = 0;
+    if (size < sizeof seen) {
+        for (std::size_t i = 0; i < size; ++i)
+            seen |= begin[i];
+        return (seen & 0x80U) == 0;
     }
-    for (; size > 0; --size, ++position)
-        if (*position >= 0x80) return false;
-    return true;
+    // The last eight may overlap those before them.
+    for (std::size_t i = 0; i + sizeof seen < size; i += sizeof seen)
+        seen |= eightAt(i);
+    return ((seen | eightAt(size - sizeof seen)) & upperBits) == 0;
 }
 
 char32_t takeCharacter(std::string_view& text) {
