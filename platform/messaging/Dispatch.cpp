@@ -6,6 +6,7 @@
 #include <mutex>
 #include <pthread.h>
 #include <utility>
+#include <vector>
 
 #if defined(__has_feature)
 #define LUMORA_CLANG_SANITIZER (__has_feature(address_sanitizer) || __has_feature(thread_sanitizer))
@@ -50,10 +51,10 @@ class GlobalQueue final : public DispatchQueue {
         std::unique_lock held(mutex_);
         items_.push_back(std::move(block));
         ++unfinished_;
+        callIdleThread();
         const bool alone = claimLooker();
         held.unlock();
         if (alone) startLooker();
-        available_.notify_one();
     }
 
     bool waitUntilIdle(std::chrono::milliseconds atMost) {
@@ -62,6 +63,20 @@ class GlobalQueue final : public DispatchQueue {
     }
 
   private:
+    /// A thread of the pool, as far as others must know of it. The one that fell idle last is called first: its memory
+    /// is still warm, and the others come to leave.
+    struct Thread {
+        std::condition_variable wake;
+        bool called = false;
+    };
+
+    void callIdleThread() {
+        if (resting_.empty()) return;
+        resting_.back()->called = true;
+        resting_.back()->wake.notify_one();
+        resting_.pop_back();
+    }
+
     /// Reserves the place of a thread that is to look for work, if none does and one may be started.
     bool claimLooker() {
         if (looking_ > 0 || threads_ == kMostThreads) return false;
@@ -80,7 +95,7 @@ class GlobalQueue final : public DispatchQueue {
             static_cast<GlobalQueue*>(queue)->work();
             return nullptr;
         };
-        const int error = pthread_create(&thread, &attributes, main, this);
+        const int error = ::pthread_create(&thread, &attributes, main, this);
         pthread_attr_destroy(&attributes);
         if (error == 0) return;
 
@@ -91,8 +106,9 @@ class GlobalQueue final : public DispatchQueue {
     }
 
     void work() {
+        Thread self;
         std::unique_lock held(mutex_);
-        while (waitForItem(held)) {
+        while (waitForItem(held, self)) {
             Block item = std::move(items_.front());
             items_.pop_front();
             --looking_;
@@ -109,23 +125,26 @@ class GlobalQueue final : public DispatchQueue {
         --threads_;
     }
 
-    /// False when the thread should leave: others look for work and there has been none for a while.
-    bool waitForItem(std::unique_lock<std::mutex>& held) {
+    /// False when the thread should leave: others look for work and it has not been called for a while.
+    bool waitForItem(std::unique_lock<std::mutex>& held, Thread& self) {
         while (items_.empty()) {
+            self.called = false;
+            resting_.push_back(&self);
+            const auto called = [&self] { return self.called; };
             if (looking_ == 1) {
-                available_.wait(held);
-            } else if (available_.wait_for(held, kIdleTime) == std::cv_status::timeout && items_.empty() &&
-                       looking_ > 1) {
-                return false;
+                self.wake.wait(held, called);
+            } else if (!self.wake.wait_for(held, kIdleTime, called)) {
+                std::erase(resting_, &self);
+                if (looking_ > 1) return false;
             }
         }
         return true;
     }
 
     std::mutex mutex_;
-    std::condition_variable available_;
     std::condition_variable idle_;
     std::deque<Block> items_;
+    std::vector<Thread*> resting_;
     std::size_t unfinished_ = 0; ///< waiting or running
     int threads_ = 0;
     int looking_ = 0; ///< threads that wait for an item, or are about to

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <gtest/gtest.h>
 #include <optional>
 #include <stdexcept>
 #include <string>
