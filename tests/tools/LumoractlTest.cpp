@@ -58,17 +58,17 @@ class LumoractlWithTweak : public Lumoractl {
 /// A tweak of another make, in this process: answers both messages with the same body.
 class StrangeTweak {
   public:
-    explicit StrangeTweak(const std::optional<Data>& answer) {
+    explicit StrangeTweak(std::optional<Data> answer) : answer_(std::move(answer)) {
         std::promise<platform::CFRunLoopRef> loop;
         auto running = loop.get_future();
-        thread_ = std::thread([answer, &loop] {
-            const auto answerAll = [answer](platform::CFMessagePort&, std::int32_t, const std::optional<Data>&) {
-                return answer;
-            };
+        thread_ = std::thread([this, &loop] {
             const auto current = platform::CFRunLoopGetCurrent();
-            for (const char* name : {"com.nevo.lumora/requestTweakSettings", "com.nevo.lumora/updateSettings"})
-                platform::CFRunLoopAddSource(current, platform::CFMessagePortCreateRunLoopSource(
-                                                          platform::CFMessagePortCreateLocal(name, answerAll)));
+            for (const char* name : {"com.nevo.lumora/requestTweakSettings", "com.nevo.lumora/updateSettings"}) {
+                const auto port =
+                    platform::CFMessagePortCreateLocal(name, [this](platform::CFMessagePort&, std::int32_t,
+                                                                    const std::optional<Data>&) { return answer_; });
+                platform::CFRunLoopAddSource(current, platform::CFMessagePortCreateRunLoopSource(port));
+            }
             loop.set_value(current);
             platform::CFRunLoopRun();
         });
@@ -82,6 +82,7 @@ class StrangeTweak {
     }
 
   private:
+    std::optional<Data> answer_;
     platform::CFRunLoopRef loop_;
     std::thread thread_;
 };
