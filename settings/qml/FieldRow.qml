@@ -38,7 +38,7 @@ Cell {
             anchors.fill: parent
             leftPadding: Theme.inset
             rightPadding: Theme.inset
-            focusPolicy: Qt.StrongFocus
+            activeFocusOnTab: true
             // A control's own font is the desktop's; texts have the application's.
             font { family: Qt.application.font.family; pixelSize: Theme.bodySize }
             color: Theme.text

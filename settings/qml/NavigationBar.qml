@@ -43,11 +43,11 @@ Item {
         text: qsTr("Back")
 
         onClicked: root.backTapped()
-        Keys.onReturnPressed: click()
-        Keys.onEnterPressed: click()
+        Keys.onReturnPressed: clicked()
+        Keys.onEnterPressed: clicked()
 
         Accessible.name: text
-        Accessible.onPressAction: click()
+        Accessible.onPressAction: clicked()
 
         background: Rectangle {
             visible: back.visualFocus

@@ -10,7 +10,7 @@ TappableRow {
     Accessible.role: Accessible.RadioButton
     Accessible.checkable: true
     Accessible.checked: row.marked
-    Accessible.onToggleAction: click()
+    Accessible.onToggleAction: clicked()
 
     contentItem: Item {
         Text {

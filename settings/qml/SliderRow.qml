@@ -105,7 +105,6 @@ Cell {
         text: root.row.shown(slider.value)
         color: Theme.secondary
         font.pixelSize: Theme.bodySize - 2
-        font.features: ({ "tnum": 1 })
         horizontalAlignment: Text.AlignRight
         Accessible.ignored: true
     }

@@ -17,12 +17,12 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
 
     onClicked: row.tap()
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     Accessible.name: row.accessibleName
     Accessible.description: row.accessibleDescription
-    Accessible.onPressAction: click()
+    Accessible.onPressAction: clicked()
 
     background: Cell {
         first: control.first

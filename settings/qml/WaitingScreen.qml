@@ -80,12 +80,12 @@ Rectangle {
 
                 onClicked: root.restartTapped()
                 onEnabledChanged: if (enabled) forceActiveFocus(Qt.OtherFocusReason)
-                Keys.onReturnPressed: click()
-                Keys.onEnterPressed: click()
+                Keys.onReturnPressed: clicked()
+                Keys.onEnterPressed: clicked()
 
                 Accessible.name: text
                 Accessible.description: root.explanation
-                Accessible.onPressAction: click()
+                Accessible.onPressAction: clicked()
 
                 background: Rectangle {
                     radius: 12

@@ -62,7 +62,9 @@ TEST(RowsDocument, HasItsKeysInTheirOrder) {
     row.detail = "Detail";
     row.icon = std::make_shared<const UIImage>(CGSize{1, 1}, Data{}, Data{});
     std::vector<std::string> keys;
-    for (const auto& [key, value] : *(*rowsDocument(pageOf(row))["rows"].list())[0].dictionary())
+    const Value document = rowsDocument(pageOf(row));
+    const Value first = document["rows"].list()->front();
+    for (const auto& [key, value] : *first.dictionary())
         keys.push_back(key);
     EXPECT_EQ(keys, (std::vector<std::string>{"cell", "name", "identifier", "value", "footerText", "placeholder", "min",
                                               "max", "showValue", "titles", "values", "detail", "icon"}));

@@ -1,0 +1,316 @@
+import QtQuick
+import QtTest
+import Lumora
+
+// Rows as they are drawn, with the bench in place of the main thread.
+Item {
+    id: root
+
+    width: 390
+    height: 800
+
+    property var shownPage: null
+
+    Loader {
+        id: host
+
+        anchors.fill: parent
+        active: root.shownPage !== null
+        sourceComponent: RowsPage { page: root.shownPage }
+    }
+
+    TestCase {
+        id: test
+
+        name: "Rows"
+        when: windowShown
+
+        function cleanup() { root.shownPage = null }
+
+        function open(rows) {
+            root.shownPage = null;
+            root.shownPage = bench.page(rows);
+            verify(waitForRendering(host.item));
+        }
+        function find(item, matches) {
+            for (let i = 0; i < item.children.length; ++i) {
+                const found = matches(item.children[i]) ? item.children[i] : find(item.children[i], matches);
+                if (found)
+                    return found;
+            }
+            return null;
+        }
+        function control(type) {
+            const found = find(host.item, item => item.toString().startsWith(type));
+            verify(found, type + " is drawn");
+            return found;
+        }
+        function texts() {
+            const all = [];
+            find(host.item, item => {
+                if (item.toString().startsWith("QQuickText") && item.visible && item.text !== undefined)
+                    all.push(item.text);
+                return false;
+            });
+            return all;
+        }
+        function slider() { return find(host.item, item => item.handOn !== undefined && item.from !== undefined) }
+        function field() { return find(host.item, item => item.echoMode !== undefined && item.edited !== undefined) }
+        function toggle() { return find(host.item, item => item.flip !== undefined) }
+        function spokenAs(name) { return bench.spoken(host.item).filter(control => control.name === name) }
+
+        // -- what nil and values of wrong kinds look like --
+
+        function test_drawsNilAsOffMinimumEmptyAndNothingChosen() {
+            open([{ cell: 6, name: "Switch" }, { cell: 5, min: 0.5, max: 2 }, { cell: 8, placeholder: "Text" },
+                  { cell: 2, name: "List" }]);
+            compare(toggle().checked, false);
+            compare(slider().value, 0.5);
+            compare(field().text, "");
+            verify(texts().includes("Text"), "the placeholder shows");
+        }
+        function test_drawsValuesOfWrongKindsAsNil() {
+            const wrong = [[], "yes"];
+            for (const value of wrong) {
+                open([{ cell: 6, name: "Switch", value: value }, { cell: 5, min: 0.5, max: 2, value: value }]);
+                compare(toggle().checked, false);
+                compare(slider().value, 0.5);
+            }
+            open([{ cell: 8, placeholder: "Text", value: [] }]);
+            compare(field().text, "");
+        }
+        function test_keepsASlidersValueWithinItsBounds() {
+            open([{ cell: 5, min: 0, max: 1, value: 7 }]);
+            compare(slider().value, 1);
+            compare(bench.changes.length, 0);
+        }
+        function test_drawsARowOfUnknownKindAsText() {
+            open([{ cell: 99, name: "Strange" }]);
+            verify(texts().includes("Strange"));
+        }
+        function test_showsTheShortTitleOfTheChosenOption() {
+            open([{ cell: 2, name: "Sleep After", valueTitle: "20 Seconds" }]);
+            verify(texts().includes("20 Seconds"));
+        }
+        function test_showsASlidersNumberOnlyWhenItIsAskedFor() {
+            open([{ cell: 5, min: 0, max: 1, value: 0.5, showValue: true }]);
+            verify(texts().includes("0.50"));
+            open([{ cell: 5, min: 0, max: 1, value: 0.5, showValue: false }]);
+            verify(!texts().includes("0.50"));
+        }
+
+        // -- switches --
+
+        function test_handsOnASwitchOnceWhenItIsTapped() {
+            open([{ cell: 6, name: "Switch", value: false }]);
+            mouseClick(toggle());
+            compare(toggle().checked, true);
+            compare(bench.changes, [[0, true]]);
+        }
+        function test_handsOnASwitchBySpaceAndByEnter() {
+            open([{ cell: 6, name: "Switch", value: false }]);
+            toggle().forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Space);
+            keyClick(Qt.Key_Return);
+            compare(bench.changes, [[0, true], [0, false]]);
+        }
+        function test_handsOnASwitchOnceByAccessibilityAction() {
+            open([{ cell: 6, name: "Switch", value: false }]);
+            verify(bench.act(host.item, "Switch", "Toggle"));
+            compare(toggle().checked, true);
+            compare(bench.changes, [[0, true]]);
+        }
+        function test_settlesASwitchOnWhatThePageHasStored() {
+            open([{ cell: 6, name: "Switch", value: false }]);
+            mouseClick(toggle());
+            bench.show([{ cell: 6, name: "Switch", value: false }]);
+            compare(toggle().checked, true, "the user's hand shows while the change is under way");
+            bench.takeAll();
+            compare(toggle().checked, false, "the page has kept its value");
+        }
+        function test_doesNotFlickerBackWhileASecondChangeIsUnderWay() {
+            open([{ cell: 6, name: "Switch", value: false }]);
+            mouseClick(toggle());
+            mouseClick(toggle());
+            bench.show([{ cell: 6, name: "Switch", value: true }]);
+            compare(toggle().checked, false);
+            bench.show([{ cell: 6, name: "Switch", value: false }]);
+            bench.takeAll();
+            compare(toggle().checked, false);
+        }
+
+        // -- sliders --
+
+        function test_handsOnASliderOnlyWhenItIsReleased() {
+            open([{ cell: 5, min: 0, max: 1, value: 0 }]);
+            const s = slider();
+            mousePress(s, 14, s.height / 2);
+            for (let x = 20; x <= s.width / 2; x += 10)
+                mouseMove(s, x, s.height / 2);
+            verify(s.value > 0.2, "the knob follows the hand");
+            compare(bench.changes.length, 0);
+            mouseRelease(s, s.width / 2, s.height / 2);
+            compare(bench.changes.length, 1);
+            fuzzyCompare(bench.changes[0][1], s.value, 1e-5);
+        }
+        function test_handsOnEachKeyStepOfASliderWithoutRoundingNoise() {
+            open([{ cell: 5, min: 0, max: 1, value: 0.1 }]);
+            slider().forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Right);
+            keyClick(Qt.Key_Up);
+            keyClick(Qt.Key_Left);
+            compare(bench.changes, [[0, 0.15], [0, 0.2], [0, 0.15]]);
+            keyClick(Qt.Key_End);
+            keyClick(Qt.Key_Right);
+            compare(bench.changes.length, 4, "nothing beyond the end");
+            compare(bench.changes[3][1], 1);
+        }
+        function test_handsOnASliderOnceByAccessibilityAction() {
+            open([{ cell: 7, name: "Opacity (1.0)" }, { cell: 5, min: 0, max: 1, value: 0.5 }]);
+            verify(bench.act(host.item, "Opacity (1.0)", "Increase"));
+            compare(bench.changes, [[1, 0.55]]);
+        }
+        function test_settlesASliderWithoutHandingItOn() {
+            open([{ cell: 5, min: 0, max: 1, value: 0.5 }]);
+            bench.show([{ cell: 5, min: 0, max: 1, value: 0.25 }]);
+            compare(slider().value, 0.25);
+            compare(bench.changes.length, 0);
+        }
+
+        // -- fields --
+
+        function test_handsOnAFieldWithEnterOnlyIfSomethingWasTyped() {
+            open([{ cell: 8, placeholder: "Text", value: "a" }]);
+            const f = field();
+            f.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Return);
+            compare(bench.changes.length, 0);
+            f.cursorPosition = 1;
+            keyClick("b");
+            compare(bench.changes.length, 0, "not while typing");
+            keyClick(Qt.Key_Return);
+            keyClick(Qt.Key_Return);
+            compare(bench.changes, [[0, "ab"]]);
+        }
+        function test_handsOnAFieldWhenItLosesTheFocus() {
+            open([{ cell: 8, placeholder: "First" }, { cell: 8, placeholder: "Second" }]);
+            field().forceActiveFocus(Qt.TabFocusReason);
+            keyClick("x");
+            keyClick(Qt.Key_Tab);
+            compare(bench.changes, [[0, "x"]]);
+            keyClick(Qt.Key_Backtab);
+            compare(bench.changes.length, 1);
+        }
+        function test_handsOnAClearedFieldAsEmptyText() {
+            open([{ cell: 8, placeholder: "Text", value: "a" }]);
+            field().forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_End);
+            keyClick(Qt.Key_Backspace);
+            keyClick(Qt.Key_Enter);
+            compare(bench.changes, [[0, ""]]);
+        }
+        function test_doesNotOverwriteWhatIsBeingTyped() {
+            open([{ cell: 8, placeholder: "Text", value: "a" }]);
+            field().forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_End);
+            keyClick("b");
+            bench.show([{ cell: 8, placeholder: "Text", value: "other" }]);
+            compare(field().text, "ab");
+        }
+        function test_speaksOfASecureFieldInDotsOnly() {
+            bench.spokenEvents();
+            open([{ cell: 12, placeholder: "Passcode", value: "hidden" }]);
+            field().forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_End);
+            keyClick("q");
+            const spoken = bench.spoken(host.item);
+            const secret = spoken.filter(control => control.name === "Passcode");
+            compare(secret.length, 1);
+            compare(secret[0].password, true);
+            compare(secret[0].focused, true);
+            for (const control of spoken)
+                for (const text of [control.name, control.description, control.value, control.text, String(control.number ?? "")])
+                    verify(!/hidden|hiddenq|q$/.test(text), "told: " + text);
+            for (const text of bench.spokenEvents())
+                verify(!/hidden|q/.test(text), "told by an event: " + text);
+            verify(!texts().some(text => /hidden/.test(text)));
+        }
+        function test_speaksThePlainTextOfAnOrdinaryField() {
+            open([{ cell: 8, placeholder: "Subtitle", value: "plain" }]);
+            const spoken = spokenAs("Subtitle");
+            compare(spoken.length, 1);
+            verify(spoken[0].value === "plain" || spoken[0].text === "plain");
+            compare(spoken[0].password, false);
+        }
+
+        // -- taps --
+
+        function test_tapsLinksButtonsAndOptionsByMouseKeyboardAndAssistiveTool_data() {
+            return [{ tag: "link", cell: 1 }, { tag: "option list", cell: 2 }, { tag: "option", cell: 3 },
+                    { tag: "button", cell: 13 }];
+        }
+        function test_tapsLinksButtonsAndOptionsByMouseKeyboardAndAssistiveTool(data) {
+            open([{ cell: 0, name: "Group" }, { cell: data.cell, name: "Row" }]);
+            const row = find(host.item, item => item.clicked !== undefined);
+            mouseClick(row);
+            compare(bench.taps, [1]);
+            row.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Space);
+            keyClick(Qt.Key_Return);
+            compare(bench.taps, [1, 1, 1]);
+            verify(bench.act(host.item, "Row", "Press"));
+            compare(bench.taps, [1, 1, 1, 1]);
+        }
+
+        // -- focus --
+
+        function test_keepsTheFocusWhenASnapshotChangesValuesOnly() {
+            open([{ cell: 6, name: "A", value: false }, { cell: 8, placeholder: "B", value: "x" }]);
+            const before = toggle();
+            before.forceActiveFocus(Qt.TabFocusReason);
+            bench.show([{ cell: 6, name: "A", value: true }, { cell: 8, placeholder: "B", value: "y" }]);
+            compare(toggle(), before, "the same control draws the row");
+            verify(before.activeFocus);
+            verify(before.checked);
+            compare(field().text, "y");
+        }
+        function test_drawsOtherRowsWhenASnapshotHasOthers() {
+            open([{ cell: 6, name: "A" }]);
+            bench.show([{ cell: 1, name: "B" }, { cell: 1, name: "C" }]);
+            tryVerify(() => texts().includes("B") && texts().includes("C"));
+            verify(!texts().includes("A"));
+        }
+        function test_scrollsToWhatHasTheFocus() {
+            const rows = [];
+            for (let i = 0; i < 40; ++i)
+                rows.push({ cell: 1, name: "Row " + i });
+            open(rows);
+            compare(host.item.contentY, 0);
+            const last = find(host.item, item => item.text === "Row 39" && item.clicked !== undefined);
+            last.forceActiveFocus(Qt.TabFocusReason);
+            verify(host.item.contentY > 0);
+            const place = last.mapToItem(host.item, 0, 0);
+            verify(place.y >= 0 && place.y + last.height <= host.item.height);
+        }
+
+        // -- names, roles, descriptions --
+
+        function test_givesEveryControlANameARoleAndADescription() {
+            open([{ cell: 0, name: "Group", footerText: "Footer" }, { cell: 6, name: "Switch", value: true },
+                  { cell: 1, name: "Link" }, { cell: 2, name: "List", valueTitle: "Ten" }, { cell: 7, name: "Above" },
+                  { cell: 5, min: 0, max: 1 }, { cell: 8, placeholder: "Field" }, { cell: 13, name: "Button" }]);
+            for (const name of ["Switch", "Link", "List", "Above", "Field", "Button"])
+                verify(spokenAs(name).length > 0, name);
+            compare(spokenAs("Switch")[0].checked, true);
+            compare(spokenAs("Switch")[0].description, "Footer");
+            compare(spokenAs("List")[0].description, "Ten. Footer");
+            compare(spokenAs("Above").length, 2, "the text, and the slider beneath it");
+            compare(spokenAs("Field")[0].description, "Footer");
+        }
+        function test_tellsWhichOptionIsChosen() {
+            open([{ cell: 3, name: "One", marked: false }, { cell: 3, name: "Two", marked: true }]);
+            compare(spokenAs("One")[0].checked, false);
+            compare(spokenAs("Two")[0].checked, true);
+        }
+    }
+}
