@@ -47,9 +47,10 @@ void prepareEnvironment(bool picturesOnly) {
 /// Without a display there is no window to open, but there is a tour to take.
 Options withoutDisplay(Options options) {
     options.tour = "lumora-tour";
-    std::cerr << "lumora-settings: there is no display to open a window on (neither DISPLAY nor WAYLAND_DISPLAY is set); "
-                 "saving pictures of every page in "
-              << std::filesystem::absolute(*options.tour).string() << " instead" << std::endl;
+    std::cerr
+        << "lumora-settings: there is no display to open a window on (neither DISPLAY nor WAYLAND_DISPLAY is set); "
+           "saving pictures of every page in "
+        << std::filesystem::absolute(*options.tour).string() << " instead" << std::endl;
     return options;
 }
 
@@ -73,8 +74,10 @@ int runApplication(int argc, char** argv, const Options& asked) {
     QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
 
     auto& shell = *new Shell; // never destroyed, as the main thread reports to it
-    if (options.dark) shell.setDark(*options.dark);
-    else if (!picturesOnly) followDesktop(shell);
+    if (options.dark)
+        shell.setDark(*options.dark);
+    else if (!picturesOnly)
+        followDesktop(shell);
     shell.launch({options.bundle.value_or(standardBundle()), options.page, contentSizeOf(options.size)},
                  [](const std::string& why) { QCoreApplication::exit(complain(why)); });
 

@@ -38,7 +38,8 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     app.add_option("--bundle", options.bundle, "The settings bundle, in place of the device's own")->type_name("PATH");
     app.add_option("--page", options.page, "Open straight at this page class")->type_name("CLASS");
     auto* grab = app.add_option("--grab", options.grab, "Save a picture of the page, and end")->type_name("FILE.png");
-    auto* tour = app.add_option("--tour", options.tour, "Save pictures of every page in a folder, and end")->type_name("DIR");
+    auto* tour =
+        app.add_option("--tour", options.tour, "Save pictures of every page in a folder, and end")->type_name("DIR");
     auto* rows = app.add_option("--rows", options.rows, "Print a page as JSON, and end; secure values are dots")
                      ->type_name("CLASS");
     grab->excludes(tour, rows);

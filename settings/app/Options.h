@@ -3,9 +3,9 @@
 #include "platform/ui/CGGeometry.h"
 
 #include <filesystem>
-#include <utility>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace settings {
 

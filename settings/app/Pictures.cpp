@@ -101,7 +101,10 @@ void Pictures::takePictures(const std::string& name) {
 
 void Pictures::save(const std::filesystem::path& file) {
     QCoreApplication::processEvents();
-    const QImage picture = window_.grabWindow();
+    // One format, so that a picture is the same on every platform.
+    QImage picture = window_.grabWindow().convertToFormat(QImage::Format_RGB32);
+    picture.setDotsPerMeterX(2835);
+    picture.setDotsPerMeterY(2835);
     if (picture.isNull() || !picture.save(QString::fromStdString(file.string()), "PNG"))
         throw Stopped{"cannot write the picture " + file.string()};
 }

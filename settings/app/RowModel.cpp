@@ -26,11 +26,13 @@ QString nameFor(const RowSnapshot& row, const RowModel::Surroundings& around) {
         return *std::find_if(names.begin(), names.end() - 1, [](const QString& name) { return !name.isEmpty(); });
     };
     switch (row.cell) {
-    case PSSliderCell: return firstOf({around.textAbove, around.header, identifier});
+    case PSSliderCell:
+        return firstOf({around.textAbove, around.header, identifier});
     case PSEditTextCell:
     case PSSecureEditTextCell:
         return firstOf({QString::fromStdString(row.placeholder), around.header, identifier});
-    default: return firstOf({QString::fromStdString(row.name), identifier});
+    default:
+        return firstOf({QString::fromStdString(row.name), identifier});
     }
 }
 

@@ -11,8 +11,8 @@ namespace settings {
 
 /// One row, as QML draws it. What kind of row it is never changes; its value does, with each snapshot. GUI thread.
 ///
-/// Values come from another process and are of any kind: one that does not fit reads as the platform draws nil, a switch
-/// as off, a slider at its minimum, a field as empty, an option list with nothing chosen.
+/// Values come from another process and are of any kind: one that does not fit reads as the platform draws nil, a
+/// switch as off, a slider at its minimum, a field as empty, an option list with nothing chosen.
 class RowModel : public QObject {
     Q_OBJECT
     QML_ELEMENT

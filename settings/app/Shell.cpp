@@ -84,14 +84,16 @@ QString Shell::waitingTitle() const {
 }
 
 QString Shell::waitingHeadline() const {
-    if (!opening_) return lost() ? tr("%1 does not go on").arg(waitingTitle()) : tr("Waiting for %1").arg(waitingTitle());
+    if (!opening_)
+        return lost() ? tr("%1 does not go on").arg(waitingTitle()) : tr("Waiting for %1").arg(waitingTitle());
     return lost() ? tr("Lumora did not answer") : tr("Waiting for Lumora");
 }
 
 QString Shell::waitingText() const {
     if (!opening_) return lost() ? tr("You can go on waiting, or restart Settings.") : QString();
     if (lost())
-        return tr("Both time-outs of “requestTweakSettings” are over: no answer can come any more, and “%1” cannot open. "
+        return tr("Both time-outs of “requestTweakSettings” are over: no answer can come any more, and “%1” cannot "
+                  "open. "
                   "Restart Settings to ask again.")
             .arg(waitingTitle());
     return tr("“%1” opens when “requestTweakSettings” is answered.").arg(waitingTitle());

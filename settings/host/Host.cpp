@@ -59,7 +59,8 @@ void Host::finish(std::chrono::milliseconds atMost) {
     const auto done = std::make_shared<std::promise<void>>(); // outlives this call when the main thread is blocked
     post([done](Navigation&) { done->set_value(); });
     done->get_future().wait_until(deadline);
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
     platform::dispatch_wait_until_idle(std::max(left, std::chrono::milliseconds(0)));
 }
 

@@ -27,8 +27,10 @@ bool isEditable(const PSSpecifier& row) {
     case PSSliderCell:
     case PSSwitchCell:
     case PSEditTextCell:
-    case PSSecureEditTextCell: return true;
-    default: return false;
+    case PSSecureEditTextCell:
+        return true;
+    default:
+        return false;
     }
 }
 
@@ -72,14 +74,19 @@ void Navigation::rowTapped(std::uint64_t page, std::size_t row) {
     if (!tapped) return;
     switch (tapped->cellType()) {
     case PSLinkCell:
-    case PSLinkListCell: open(tapped->detail().resolve(), tapped->name(), tapped); break;
+    case PSLinkListCell:
+        open(tapped->detail().resolve(), tapped->name(), tapped);
+        break;
     case PSListItemCell:
         tapped->performAction();
         readAnew(*top);
         publish();
         break;
-    case PSButtonCell: tapped->performAction(); break;
-    default: break;
+    case PSButtonCell:
+        tapped->performAction();
+        break;
+    default:
+        break;
     }
 }
 

@@ -24,11 +24,11 @@ Cell {
         anchors.fill: parent
         Accessible.role: Accessible.EditableText
         Accessible.name: root.row.accessibleName
-        Accessible.description: root.row.accessibleDescription
+        // Said in words: the toolkit leaves out the name of what is marked as a password.
+        Accessible.description: (root.row.secure ? [qsTr("Secure")] : []).concat(root.row.accessibleDescription || []).join(". ")
         Accessible.editable: true
         Accessible.focusable: true
         Accessible.focused: field.activeFocus
-        Accessible.passwordEdit: root.row.secure
 
         T.TextField {
             id: field

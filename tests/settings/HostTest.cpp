@@ -74,12 +74,11 @@ TEST(Host, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes) {
     const tests::PortsFolder ports;
     std::promise<void> answer;
     const auto allowed = answer.get_future().share();
-    const tests::ServedPort tweak("com.nevo.lumora/requestTweakSettings",
-                                  [allowed](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
-                                      allowed.wait();
-                                      return NSKeyedArchiver::archivedDataWithRootObject(
-                                          Dictionary{{"kTweakEnabled", true}});
-                                  });
+    const tests::ServedPort tweak(
+        "com.nevo.lumora/requestTweakSettings", [allowed](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
+            allowed.wait();
+            return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kTweakEnabled", true}});
+        });
     ASSERT_TRUE(tweak.isOpen());
     auto& recorded = Recorded::shared();
     std::promise<Result<bool>> opened;

@@ -19,9 +19,10 @@ TEST(RowsDocument, GivesEachRowOnlyWhatItHas) {
     row.cell = 6;
     row.name = "Enable";
     row.identifier = "kEnabled";
-    EXPECT_EQ(rowsDocument(pageOf(row)),
-              Value(Dictionary{{"page", "RootPage"},
-                               {"rows", List{Dictionary{{"cell", 6}, {"name", "Enable"}, {"identifier", "kEnabled"}}}}}));
+    EXPECT_EQ(
+        rowsDocument(pageOf(row)),
+        Value(Dictionary{{"page", "RootPage"},
+                         {"rows", List{Dictionary{{"cell", 6}, {"name", "Enable"}, {"identifier", "kEnabled"}}}}}));
 }
 
 TEST(RowsDocument, KeepsIntegersRealsAndBooleansApart) {

@@ -9,12 +9,18 @@ QStringList told; ///< by accessibility events
 
 platform::Value toValue(const QVariant& value) {
     switch (value.typeId()) {
-    case QMetaType::Bool: return value.toBool();
-    case QMetaType::Int: return value.toInt();
-    case QMetaType::Double: return value.toDouble();
-    case QMetaType::QString: return value.toString().toStdString();
-    case QMetaType::QVariantList: return platform::List{};
-    default: return {};
+    case QMetaType::Bool:
+        return value.toBool();
+    case QMetaType::Int:
+        return value.toInt();
+    case QMetaType::Double:
+        return value.toDouble();
+    case QMetaType::QString:
+        return value.toString().toStdString();
+    case QMetaType::QVariantList:
+        return platform::List{};
+    default:
+        return {};
     }
 }
 
@@ -48,9 +54,12 @@ void visit(QAccessibleInterface* control, const std::function<void(QAccessibleIn
 }
 
 void listen(QAccessibleEvent* event) {
-    if (event->type() == QAccessible::TextInserted) told << static_cast<QAccessibleTextInsertEvent*>(event)->textInserted();
-    if (event->type() == QAccessible::TextRemoved) told << static_cast<QAccessibleTextRemoveEvent*>(event)->textRemoved();
-    if (event->type() == QAccessible::TextUpdated) told << static_cast<QAccessibleTextUpdateEvent*>(event)->textInserted();
+    if (event->type() == QAccessible::TextInserted)
+        told << static_cast<QAccessibleTextInsertEvent*>(event)->textInserted();
+    if (event->type() == QAccessible::TextRemoved)
+        told << static_cast<QAccessibleTextRemoveEvent*>(event)->textRemoved();
+    if (event->type() == QAccessible::TextUpdated)
+        told << static_cast<QAccessibleTextUpdateEvent*>(event)->textInserted();
     if (event->type() == QAccessible::ValueChanged)
         told << static_cast<QAccessibleValueChangeEvent*>(event)->value().toString();
 }
@@ -86,7 +95,6 @@ QVariantList Bench::spoken(QQuickItem* item) {
                            {"value", control->text(QAccessible::Value)},
                            {"number", value},
                            {"text", text ? text->text(0, text->characterCount()) : QString()},
-                           {"password", bool(control->state().passwordEdit)},
                            {"checked", bool(control->state().checked)},
                            {"checkable", bool(control->state().checkable)},
                            {"focused", bool(control->state().focused)},
