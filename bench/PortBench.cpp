@@ -194,7 +194,7 @@ class CallerCost {
     explicit CallerCost(benchmark::State& state) : state_(state) {}
     ~CallerCost() {
         std::nth_element(costs_.begin(), costs_.begin() + static_cast<std::ptrdiff_t>(costs_.size() / 2), costs_.end());
-        state_.counters["median_us"] = costs_[costs_.size() / 2] * 1e6;
+        state_.counters["value"] = costs_[costs_.size() / 2] * 1e9; // nanoseconds
     }
     CallerCost(const CallerCost&) = delete;
     CallerCost& operator=(const CallerCost&) = delete;

@@ -3,8 +3,10 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <pthread.h>
+#include <sched.h>
 #include <utility>
 #include <vector>
 
@@ -51,9 +53,11 @@ class GlobalQueue final : public DispatchQueue {
         std::unique_lock held(mutex_);
         items_.push_back(std::move(block));
         ++unfinished_;
-        callIdleThread();
+        Thread* const idle = callIdleThread();
         const bool alone = claimLooker();
         held.unlock();
+        // Woken under the lock, it would preempt the caller only to find the door shut.
+        if (idle != nullptr) idle->wake.notify_one();
         if (alone) startLooker();
     }
 
@@ -70,11 +74,13 @@ class GlobalQueue final : public DispatchQueue {
         bool called = false;
     };
 
-    void callIdleThread() {
-        if (resting_.empty()) return;
-        resting_.back()->called = true;
-        resting_.back()->wake.notify_one();
+    /// The thread to wake, null when none is idle. It may have gone by then, its record stays.
+    Thread* callIdleThread() {
+        if (resting_.empty()) return nullptr;
+        Thread* const idle = resting_.back();
         resting_.pop_back();
+        idle->called = true;
+        return idle;
     }
 
     /// Reserves the place of a thread that is to look for work, if none does and one may be started.
@@ -106,9 +112,15 @@ class GlobalQueue final : public DispatchQueue {
     }
 
     void work() {
-        Thread self;
+        // A batch thread that is woken never preempts the thread that woke it. With the ordinary policy the caller of
+        // async() would often sit out the first part of the item that it has just handed in.
+        const sched_param ordinary{};
+        ::sched_setscheduler(0, SCHED_BATCH, &ordinary);
+
         std::unique_lock held(mutex_);
-        while (waitForItem(held, self)) {
+        auto self = spare_.empty() ? std::make_unique<Thread>() : std::move(spare_.back());
+        if (!spare_.empty()) spare_.pop_back();
+        while (waitForItem(held, *self)) {
             Block item = std::move(items_.front());
             items_.pop_front();
             --looking_;
@@ -121,6 +133,7 @@ class GlobalQueue final : public DispatchQueue {
             ++looking_;
             if (--unfinished_ == 0) idle_.notify_all();
         }
+        spare_.push_back(std::move(self));
         --looking_;
         --threads_;
     }
@@ -145,7 +158,8 @@ class GlobalQueue final : public DispatchQueue {
     std::condition_variable idle_;
     std::deque<Block> items_;
     std::vector<Thread*> resting_;
-    std::size_t unfinished_ = 0; ///< waiting or running
+    std::vector<std::unique_ptr<Thread>> spare_; ///< of threads that have gone, for those to come
+    std::size_t unfinished_ = 0;                 ///< waiting or running
     int threads_ = 0;
     int looking_ = 0; ///< threads that wait for an item, or are about to
 };

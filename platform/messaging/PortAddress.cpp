@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,10 +14,16 @@ namespace platform {
 
 namespace {
 
-std::optional<std::filesystem::path> folderFromEnvironment(const char* variable) {
-    const char* folder = std::getenv(variable);
-    if (folder == nullptr || *folder == '\0') return std::nullopt;
-    return folder;
+/// Every message asks for it anew, so this stays with plain texts: taking a path apart costs more than a system call.
+std::string folderOfPorts() {
+    for (const char* variable : {"LUMORA_PORTS", "XDG_RUNTIME_DIR"}) {
+        const char* folder = std::getenv(variable);
+        if (folder != nullptr && *folder != '\0') return folder;
+    }
+    const auto user = std::to_string(::geteuid());
+    auto folder = "/run/user/" + user;
+    struct stat status {};
+    return ::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? folder : "/tmp/lumora-" + user;
 }
 
 bool isPlainPath(std::string_view name) {
@@ -31,7 +38,7 @@ bool isPlainPath(std::string_view name) {
 }
 
 bool isOurs(uid_t owner) {
-    return owner == ::geteuid() || owner == 0;
+    return owner == 0 || owner == ::geteuid();
 }
 
 /// A folder in which nobody but this user and root can put or replace a socket.
@@ -48,38 +55,33 @@ bool makeFolder(const std::filesystem::path& folder) {
 } // namespace
 
 std::filesystem::path portsFolder() {
-    if (auto folder = folderFromEnvironment("LUMORA_PORTS")) return *folder;
-    if (auto folder = folderFromEnvironment("XDG_RUNTIME_DIR")) return *folder;
-    const auto user = std::to_string(::geteuid());
-    std::error_code ignored;
-    if (auto folder = "/run/user/" + user; std::filesystem::is_directory(folder, ignored)) return folder;
-    return "/tmp/lumora-" + user;
+    return folderOfPorts();
 }
 
 std::optional<PortAddress> PortAddress::ofName(const std::string& name) {
     if (!isPlainPath(name)) return std::nullopt;
-    // A trailing slash would make the kernel follow a symbolic link that must be refused.
-    auto folder = (portsFolder() / "").lexically_normal().parent_path();
-    auto path = folder / name;
-    if (path.native().size() >= sizeof(sockaddr_un::sun_path)) return std::nullopt;
-    return PortAddress(std::move(folder), std::move(path));
+    const auto folder = folderOfPorts();
+    if (folder.size() + 1 + name.size() >= sizeof(sockaddr_un::sun_path)) return std::nullopt;
+    return PortAddress(folder, name);
 }
 
-PortAddress::PortAddress(std::filesystem::path folder, std::filesystem::path path)
-    : folder_(std::move(folder)), path_(std::move(path)) {
+PortAddress::PortAddress(const std::string& folder, const std::string& name) : folder_(folder), name_(name) {
     address_.sun_family = AF_UNIX;
-    std::copy(path_.native().begin(), path_.native().end(), address_.sun_path);
+    const auto end = std::copy(folder.begin(), folder.end(), address_.sun_path);
+    *end = '/';
+    std::copy(name.begin(), name.end(), end + 1);
 }
 
 bool PortAddress::makeFolders() const {
+    // A trailing slash would make the kernel follow a symbolic link that must be refused.
+    const auto ports = (std::filesystem::path(folder_) / "").lexically_normal().parent_path();
     std::filesystem::path folder;
-    for (const auto& component : folder_) {
+    for (const auto& component : ports) {
         folder /= component;
         if (!makeFolder(folder)) return false;
     }
     if (!isPrivate(folder)) return false;
-    for (const auto& component : path_.parent_path().lexically_relative(folder_)) {
-        if (component == ".") continue; // a name of one component has its socket in the ports folder itself
+    for (const auto& component : std::filesystem::path(name_).parent_path()) {
         folder /= component;
         if (!makeFolder(folder) || !isPrivate(folder)) return false;
     }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <sys/socket.h>
@@ -15,7 +14,7 @@ class PortAddress {
     /// bytes than a socket address holds.
     [[nodiscard]] static std::optional<PortAddress> ofName(const std::string& name);
 
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    [[nodiscard]] const char* path() const { return address_.sun_path; }
     /// Makes the folders down to the socket with mode 0700. False when one of them, the ports folder included, belongs
     /// to someone else, can be written by others, or is a symbolic link.
     [[nodiscard]] bool makeFolders() const;
@@ -25,10 +24,10 @@ class PortAddress {
     [[nodiscard]] int bind(int socket) const;
 
   private:
-    PortAddress(std::filesystem::path folder, std::filesystem::path path);
+    PortAddress(const std::string& folder, const std::string& name);
 
-    std::filesystem::path folder_;
-    std::filesystem::path path_;
+    std::string folder_; ///< the ports folder
+    std::string name_;
     sockaddr_un address_{};
 };
 

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <string>
 #include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -26,7 +27,7 @@ std::unique_ptr<PortListener> PortListener::open(const PortAddress& address) {
 }
 
 bool PortListener::lock() {
-    const auto path = address_.path().native() + ".lock";
+    const auto path = std::string(address_.path()) + ".lock";
     lock_ = FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, kOwnerOnly));
     // The file itself stays when the port goes: removing it would let two starters lock two different files.
     return lock_ && ::flock(lock_.number(), LOCK_EX | LOCK_NB) == 0;
@@ -34,13 +35,13 @@ bool PortListener::lock() {
 
 bool PortListener::removeDeadSocket() const {
     struct stat status {};
-    if (::lstat(address_.path().c_str(), &status) != 0) return errno == ENOENT;
+    if (::lstat(address_.path(), &status) != 0) return errno == ENOENT;
     if (!S_ISSOCK(status.st_mode)) return false;
 
     // A program that knows nothing of the lock may be serving here. Only a refusal proves the socket dead: a full
     // backlog is a sign of life.
     const auto probe = makeSocket();
-    return probe && address_.connect(probe.number()) == ECONNREFUSED && ::unlink(address_.path().c_str()) == 0;
+    return probe && address_.connect(probe.number()) == ECONNREFUSED && ::unlink(address_.path()) == 0;
 }
 
 bool PortListener::listen() {
@@ -48,19 +49,18 @@ bool PortListener::listen() {
     if (!socket_ || address_.bind(socket_.number()) != 0) return false;
 
     struct stat status {};
-    if (::lstat(address_.path().c_str(), &status) != 0) return false;
+    if (::lstat(address_.path(), &status) != 0) return false;
     device_ = status.st_dev;
     file_ = status.st_ino;
     // The mode that bind() gave depends on the umask. Nobody could use it in between: the folder is private.
-    return ::chmod(address_.path().c_str(), kOwnerOnly) == 0 && ::listen(socket_.number(), SOMAXCONN) == 0;
+    return ::chmod(address_.path(), kOwnerOnly) == 0 && ::listen(socket_.number(), SOMAXCONN) == 0;
 }
 
 PortListener::~PortListener() {
     if (file_ == 0) return;
     struct stat status {};
-    const bool ours =
-        ::lstat(address_.path().c_str(), &status) == 0 && status.st_dev == device_ && status.st_ino == file_;
-    if (ours) ::unlink(address_.path().c_str());
+    const bool ours = ::lstat(address_.path(), &status) == 0 && status.st_dev == device_ && status.st_ino == file_;
+    if (ours) ::unlink(address_.path());
 }
 
 } // namespace platform

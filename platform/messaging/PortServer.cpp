@@ -19,14 +19,25 @@ class PortServer::Connection final : public Poller::Watcher {
     Connection(PortServer& server, FileDescriptor socket) : server_(server), socket_(std::move(socket)) {}
 
     void ready() override {
-        const bool open = reply_ ? writeReply() : read();
-        if (!open) server_.drop(socket_.number()); // ends this object
+        if (!proceed()) return server_.drop(socket_.number()); // ends this object
+        if (std::exchange(awaited_, events()) != events()) server_.poller_->change(socket_.number(), awaited_, *this);
+    }
+
+    /// Takes what the client has sent by now, which mostly is its whole request, and only then waits for more.
+    [[nodiscard]] bool begin() {
+        if (!proceed()) return false;
+        awaited_ = events();
+        return server_.poller_->add(socket_.number(), awaited_, *this);
     }
 
   private:
     using Bytes = std::span<const std::uint8_t>;
 
+    [[nodiscard]] std::uint32_t events() const { return reply_ ? EPOLLOUT : EPOLLIN; }
+
     /// All of these say whether the connection goes on.
+    bool proceed() { return reply_ ? writeReply() : read(); }
+
     bool read() {
         auto& buffer = server_.received_;
         const auto count = ::recv(socket_.number(), buffer.data(), buffer.size(), MSG_DONTWAIT);
@@ -54,10 +65,7 @@ class PortServer::Connection final : public Poller::Watcher {
         if (body && std::cmp_greater(body->size(), kMaximumMessageBody)) return false;
         PortFrameWriter reply(0, std::move(body));
         const auto state = reply.write(socket_.number());
-        if (state == PortFrameWriter::State::blocked) {
-            reply_.emplace(std::move(reply));
-            server_.poller_->change(socket_.number(), EPOLLOUT, *this);
-        }
+        if (state == PortFrameWriter::State::blocked) reply_.emplace(std::move(reply));
         return state != PortFrameWriter::State::closed;
     }
 
@@ -65,12 +73,12 @@ class PortServer::Connection final : public Poller::Watcher {
         const auto state = reply_->write(socket_.number());
         if (state != PortFrameWriter::State::done) return state == PortFrameWriter::State::blocked;
         reply_.reset();
-        server_.poller_->change(socket_.number(), EPOLLIN, *this);
         return take(std::exchange(unread_, {}));
     }
 
     PortServer& server_;
     FileDescriptor socket_;
+    std::uint32_t awaited_ = 0; ///< the events that the poller watches for
     PortFrameReader reader_;
     std::optional<PortFrameWriter> reply_; ///< while part of it is unwritten
     Data unread_;                          ///< what came in the same read behind the request of that reply
@@ -125,7 +133,7 @@ void PortServer::ready() {
 
     const int number = socket.number();
     auto connection = std::make_unique<Connection>(*this, std::move(socket));
-    if (poller_->add(number, EPOLLIN, *connection)) connections_.emplace(number, std::move(connection));
+    if (connection->begin()) connections_.emplace(number, std::move(connection));
 }
 
 void PortServer::drop(int socket) {
