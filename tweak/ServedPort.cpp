@@ -9,7 +9,6 @@
 
 using platform::CFMessagePort;
 using platform::CFMessagePortCreateRemote;
-using platform::CFMessagePortResult;
 using platform::CFMessagePortSendRequest;
 using platform::CFRunLoopRef;
 using platform::Data;
@@ -62,15 +61,13 @@ Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, An
     auto result = platform::kCFMessagePortIsInvalid;
     while (steady_clock::now() < deadline) {
         result = CFMessagePortSendRequest(*remote, kProbeId, std::nullopt, kProbeTimeout, kProbeTimeout, nullptr);
-        if (CFRunLoopRef loop = serving->get())
-            return Opened(std::unique_ptr<ServedPort>(new ServedPort(std::move(loop))));
-        if (result != platform::kCFMessagePortIsInvalid) break;
+        if (CFRunLoopRef loop = serving->get()) return std::unique_ptr<ServedPort>(new ServedPort(std::move(loop)));
+        if (result == platform::kCFMessagePortSuccess) return Opened::failure("another tweak holds the port " + path);
         std::this_thread::sleep_for(kProbeInterval);
     }
-    if (result == platform::kCFMessagePortIsInvalid)
-        return Opened::failure("cannot open the port " + path +
-                               ": is the folder yours alone, and its path short enough?");
-    return Opened::failure("another tweak holds the port " + path);
+    if (result == platform::kCFMessagePortSendTimeout || result == platform::kCFMessagePortReceiveTimeout)
+        return Opened::failure("another tweak holds the port " + path + " and does not answer");
+    return Opened::failure("cannot open the port " + path + ": is the folder yours alone, and its path short enough?");
 }
 
 ServedPort::ServedPort(CFRunLoopRef loop) : loop_(std::move(loop)) {

@@ -55,8 +55,7 @@ Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::
     if (!lock) return Opened::failure("cannot write in " + file.parent_path().string() + ": " + systemError());
     if (flock(lock.number(), LOCK_EX | LOCK_NB) != 0)
         return Opened::failure("another lumora-tweak is running: it holds " + file.string());
-    return Opened(
-        std::unique_ptr<SettingsFile>(new SettingsFile(file, std::move(folder), std::move(lock), std::move(log))));
+    return std::unique_ptr<SettingsFile>(new SettingsFile(file, std::move(folder), std::move(lock), std::move(log)));
 }
 
 SettingsFile::SettingsFile(std::filesystem::path path, Descriptor folder, Descriptor lock, Log log)
@@ -76,7 +75,7 @@ SettingsFile::~SettingsFile() {
 Result<std::optional<Data>> SettingsFile::read() const {
     using Read = Result<std::optional<Data>>;
     const Descriptor file(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file && errno == ENOENT) return Read(std::nullopt);
+    if (!file && errno == ENOENT) return {std::nullopt};
     struct stat status {};
     if (!file || fstat(file.number(), &status) != 0) return Read::failure(systemError());
     if (status.st_size > kLargestFile) return Read::failure("it is larger than any settings file");
@@ -91,7 +90,7 @@ Result<std::optional<Data>> SettingsFile::read() const {
         got += static_cast<std::size_t>(more);
     }
     bytes.resize(got);
-    return Read(std::move(bytes));
+    return {std::move(bytes)};
 }
 
 Result<std::filesystem::path> SettingsFile::setAside() const {

@@ -36,10 +36,11 @@ Dictionary fitting(const Dictionary& stored, const std::filesystem::path& path, 
     for (const auto& [key, value] : stored) {
         const Setting* setting = findSetting(key);
         const auto wrong = setting ? objection(*setting, value) : std::nullopt;
-        if (wrong)
+        if (wrong) {
             log(path.string() + ": " + key + " " + *wrong + ": its default stands in");
-        else
+        } else {
             fits.set(key, value);
+        }
     }
     return fits;
 }
@@ -51,9 +52,10 @@ Result<Dictionary> readSettings(const SettingsFile& file) {
     const Result<Value> read = platform::readPropertyList(*bytes.value());
     if (!read) return Result<Dictionary>::failure(read.error());
     const Dictionary* settings = read.value().dictionary();
-    if (!settings)
+    if (!settings) {
         return Result<Dictionary>::failure("it holds " + std::string(kindName(read.value().kind())) +
                                            " in place of a dictionary");
+    }
     return *settings;
 }
 
@@ -77,13 +79,14 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
         changed = fitting(read.value(), file->path(), log);
     } else {
         const Result<std::filesystem::path> aside = file->setAside();
-        if (!aside)
+        if (!aside) {
             return Opened::failure("cannot read " + file->path().string() + " (" + read.error() +
                                    ") and cannot set it aside: " + aside.error());
+        }
         log("cannot read " + file->path().string() + " (" + read.error() + "): it is set aside as " +
             aside.value().string() + ", defaults stand in");
     }
-    return Opened(std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed))));
+    return std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed)));
 }
 
 SettingsStore::SettingsStore(std::unique_ptr<SettingsFile> file, Dictionary changed)

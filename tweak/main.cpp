@@ -104,6 +104,8 @@ int run(const Arguments& arguments) {
 } // namespace
 } // namespace lumora
 
+// Nothing throws here but a mistake in the options below, and that had better end the program.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int count, char** words) {
     lumora::Arguments arguments;
     CLI::App app(R"(The stand-in for the device's tweak: owns every setting of Lumora and keeps it on disk.

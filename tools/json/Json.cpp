@@ -30,6 +30,9 @@ constexpr const char* kData = "$data";
 constexpr const char* kDate = "$date";
 constexpr const char* kReal = "$real";
 
+const std::string kTooDeep =
+    "lists and dictionaries are nested more than " + std::to_string(PropertyListLimits::depth) + " deep";
+
 using Entries = std::vector<Dictionary::Entry>;
 
 ordered_json single(const char* key, ordered_json value) {
@@ -130,7 +133,7 @@ class Reader {
     bool string(std::string& text) { return add(std::move(text)); }
     bool binary(const ordered_json::binary_t&) { return fail("JSON has no binary values"); }
 
-    bool start_array(std::size_t) { return open(false); }
+    bool start_array(std::size_t) { return open(); }
     bool end_array() {
         List list;
         list.reserve(open_.back().entries.size());
@@ -139,7 +142,7 @@ class Reader {
         open_.pop_back();
         return add(std::move(list));
     }
-    bool start_object(std::size_t) { return open(true); }
+    bool start_object(std::size_t) { return open(); }
     bool key(std::string& key) {
         open_.back().key = std::move(key);
         return true;
@@ -172,24 +175,22 @@ class Reader {
   private:
     /// A list or dictionary that is not closed yet. Entries of a list have empty keys.
     struct Open {
-        bool isDictionary = false;
         std::string key;
         Entries entries;
     };
 
-    bool open(bool isDictionary) {
-        if (open_.size() == PropertyListLimits::depth)
-            return fail("lists and dictionaries are nested more than " + std::to_string(PropertyListLimits::depth) +
-                        " deep");
-        open_.push_back({isDictionary, {}, {}});
+    bool open() {
+        if (open_.size() == PropertyListLimits::depth) return fail(kTooDeep);
+        open_.emplace_back();
         return true;
     }
 
     bool add(Value value) {
-        if (open_.empty())
+        if (open_.empty()) {
             root_ = std::move(value);
-        else
+        } else {
             open_.back().entries.emplace_back(std::move(open_.back().key), std::move(value));
+        }
         return true;
     }
 
@@ -236,9 +237,7 @@ class Reader {
 Result<std::string> writeJson(const Value& value, JsonLayout layout) {
     Writer writer;
     const ordered_json tree = writer.write(value);
-    if (writer.tooDeep())
-        return Result<std::string>::failure("lists and dictionaries are nested more than " +
-                                            std::to_string(PropertyListLimits::depth) + " deep");
+    if (writer.tooDeep()) return Result<std::string>::failure(kTooDeep);
     try {
         return tree.dump(layout == JsonLayout::indented ? 2 : -1);
     } catch (const ordered_json::type_error&) {
