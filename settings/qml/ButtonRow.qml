@@ -29,6 +29,8 @@ TappableRow {
             text: control.text
             color: Theme.accent
             font.pixelSize: Theme.bodySize
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: Theme.smallestSize
             elide: Text.ElideMiddle
         }
     }

@@ -52,6 +52,25 @@ Cell {
             selectByMouse: true
             Accessible.ignored: true
 
+            cursorDelegate: Rectangle {
+                id: cursor
+
+                visible: field.cursorVisible
+                width: 2
+                radius: 1
+                color: Theme.accent
+
+                SequentialAnimation on opacity {
+                    running: cursor.visible && Theme.animated
+                    loops: Animation.Infinite
+
+                    PauseAnimation { duration: 600 }
+                    PropertyAction { value: 0 }
+                    PauseAnimation { duration: 400 }
+                    PropertyAction { value: 1 }
+                }
+            }
+
             function settle() {
                 if (!edited && text !== root.row.text)
                     text = root.row.text;

@@ -48,6 +48,8 @@ T.Switch {
         color: Theme.text
         font.pixelSize: Theme.bodySize
         verticalAlignment: Text.AlignVCenter
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.smallestSize
         elide: Text.ElideRight
     }
     indicator: Rectangle {

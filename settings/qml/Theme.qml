@@ -27,4 +27,5 @@ QtObject {
     readonly property int contentWidth: 640
     readonly property int bodySize: 17
     readonly property int footSize: 13
+    readonly property int smallestSize: 14 // down to which a title shrinks before it is cut
 }
