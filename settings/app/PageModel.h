@@ -20,7 +20,7 @@ class GroupModel : public QObject {
 
     Q_PROPERTY(QString header MEMBER header CONSTANT)
     Q_PROPERTY(QString footer MEMBER footer CONSTANT)
-    Q_PROPERTY(QObjectList rows MEMBER rows CONSTANT)
+    Q_PROPERTY(QList<QObject*> rows MEMBER rows CONSTANT)
 
   public:
     using QObject::QObject;
@@ -40,7 +40,7 @@ class PageModel : public QObject {
 
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(bool hostsView READ hostsView NOTIFY viewChanged)
-    Q_PROPERTY(QObjectList groups READ groups NOTIFY groupsChanged)
+    Q_PROPERTY(QList<QObject*> groups READ groups NOTIFY groupsChanged)
 
   public:
     PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent);

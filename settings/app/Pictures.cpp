@@ -113,7 +113,8 @@ void Pictures::resize(int width) {
     if (window_.width() == width) return;
     window_.setWidth(width);
     waitUntil([&] { return window_.width() == width; });
-    perform([](Navigation&) {}); // behind the new size of the content, which was posted before
+    const platform::CGSize content = contentSizeOf({double(width), double(window_.height())});
+    perform([content](Navigation& navigation) { navigation.setContentSize(content); });
 }
 
 /// Waits until the first page stands.

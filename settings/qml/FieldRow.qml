@@ -40,7 +40,7 @@ Cell {
             rightPadding: Theme.inset
             activeFocusOnTab: true
             // A control's own font is the desktop's; texts have the application's.
-            font { family: Qt.application.font.family; pixelSize: Theme.bodySize }
+            font: placeholder.font
             color: Theme.text
             selectionColor: Theme.accent
             selectedTextColor: "white"
@@ -94,6 +94,8 @@ Cell {
             }
 
             Text {
+                id: placeholder
+
                 visible: field.length === 0 && field.preeditText.length === 0
                 anchors { fill: parent; leftMargin: Theme.inset; rightMargin: Theme.inset }
                 text: root.row.placeholder

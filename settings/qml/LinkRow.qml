@@ -7,7 +7,7 @@ TappableRow {
 
     text: row.title
     Accessible.role: Accessible.Link
-    Accessible.description: [row.valueTitle, row.accessibleDescription].filter(part => part.length > 0).join(". ")
+    Accessible.description: row.valueTitle + (row.valueTitle && row.accessibleDescription ? ". " : "") + row.accessibleDescription
 
     contentItem: Item {
         Text {

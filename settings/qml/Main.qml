@@ -61,6 +61,14 @@ Window {
         onActivated: window.goBack()
     }
 
+    // Width and height change one after the other; the page hears of both at once.
+    Timer {
+        id: sizeReport
+
+        interval: 0
+        onTriggered: window.shell.setContentSize(Qt.size(stack.width, stack.height))
+    }
+
     component Slide: Transition {
         id: slide
 
@@ -93,12 +101,10 @@ Window {
         popExit: Slide { from: 0; to: 1 }
 
         onCurrentItemChanged: if (currentItem) currentItem.forceActiveFocus(Qt.OtherFocusReason)
-        onWidthChanged: Qt.callLater(reportSize)
-        onHeightChanged: Qt.callLater(reportSize)
+        onWidthChanged: sizeReport.restart()
+        onHeightChanged: sizeReport.restart()
 
-        function reportSize() {
-            window.shell.setContentSize(Qt.size(width, height));
-        }
+        readonly property Page shownPage: currentItem as Page
     }
     WaitingScreen {
         anchors.fill: stack
@@ -113,7 +119,7 @@ Window {
 
         width: parent.width
         height: window.shell.barHeight
-        title: window.shell.waiting || !stack.currentItem ? window.shell.waitingTitle : stack.currentItem.page.title
+        title: window.shell.waiting || !stack.shownPage ? window.shell.waitingTitle : stack.shownPage.page.title
         canGoBack: stack.depth > 1 && !window.shell.waiting
         onBackTapped: window.goBack()
     }

@@ -10,7 +10,9 @@ Item {
     implicitWidth: 36
     implicitHeight: 36
 
-    NumberAnimation on lit {
+    NumberAnimation {
+        target: root
+        property: "lit"
         running: root.turning && root.visible
         from: 0
         to: 12
