@@ -224,7 +224,10 @@ Dictionary::Dictionary(std::initializer_list<Entry> entries) : Dictionary(std::v
 Dictionary::Dictionary(std::vector<Entry> entries) : entries_(std::move(entries)), byKey_(entries_.size()) {
     const auto key = [this](std::uint32_t position) -> const std::string& { return entries_[position].first; };
     std::iota(byKey_.begin(), byKey_.end(), 0U);
-    std::ranges::stable_sort(byKey_, {}, key);
+    std::ranges::sort(byKey_, [&key](std::uint32_t a, std::uint32_t b) {
+        const int order = key(a).compare(key(b));
+        return order != 0 ? order < 0 : a < b;
+    });
     if (std::ranges::adjacent_find(byKey_, {}, key) == byKey_.end()) return;
 
     // Equal keys now stand side by side, earliest first: the first keeps its place and takes the last one's value.

@@ -16,10 +16,14 @@ Allocations Allocations::now() {
 }
 
 // NOLINTBEGIN(cppcoreguidelines-no-malloc,misc-new-delete-overloads): these are the allocator
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t& /*nothrow*/) noexcept {
     allocationCount.fetch_add(1, std::memory_order_relaxed);
     allocationBytes.fetch_add(size, std::memory_order_relaxed);
-    if (void* memory = std::malloc(size)) return memory;
+    return std::malloc(size);
+}
+
+void* operator new(std::size_t size) {
+    if (void* memory = operator new(size, std::nothrow)) return memory;
     throw std::bad_alloc();
 }
 
