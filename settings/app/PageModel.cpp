@@ -34,7 +34,7 @@ bool PageModel::hasSameRows(const PageSnapshot& page) const {
 }
 
 void PageModel::makeGroups() {
-    const QObjectList former = std::exchange(groups_, {});
+    const QList<GroupModel*> former = std::exchange(groups_, {});
     rows_.clear();
     GroupModel* group = nullptr;
     RowModel::Surroundings around;
@@ -50,7 +50,7 @@ void PageModel::makeGroups() {
         if (!begins) group->rows.push_back(rows_.back());
     }
     emit groupsChanged();
-    for (QObject* old : former)
+    for (GroupModel* old : former)
         old->deleteLater(); // its delegates may be in the middle of an event
 }
 

@@ -3,8 +3,9 @@
 #include "settings/app/RowModel.h"
 
 #include <QObject>
-#include <QObjectList>
+#include <QList>
 #include <QString>
+#include <QtQml/qqmllist.h>
 #include <QtQml/qqmlregistration.h>
 
 #include <memory>
@@ -20,13 +21,16 @@ class GroupModel : public QObject {
 
     Q_PROPERTY(QString header MEMBER header CONSTANT)
     Q_PROPERTY(QString footer MEMBER footer CONSTANT)
-    Q_PROPERTY(QList<QObject*> rows MEMBER rows CONSTANT)
+    Q_PROPERTY(QQmlListProperty<settings::RowModel> rows READ drawnRows CONSTANT)
 
   public:
     using QObject::QObject;
     QString header;
     QString footer;
-    QObjectList rows; ///< of RowModel
+    QList<RowModel*> rows;
+
+  private:
+    QQmlListProperty<RowModel> drawnRows() { return {this, &rows}; }
 };
 
 /// A page, as QML draws it: groups of rows, or one view that fills it. GUI thread.
@@ -40,14 +44,13 @@ class PageModel : public QObject {
 
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(bool hostsView READ hostsView NOTIFY viewChanged)
-    Q_PROPERTY(QList<QObject*> groups READ groups NOTIFY groupsChanged)
+    Q_PROPERTY(QQmlListProperty<settings::GroupModel> groups READ drawnGroups NOTIFY groupsChanged)
 
   public:
     PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent);
 
     [[nodiscard]] QString title() const;
     [[nodiscard]] bool hostsView() const { return page_->hostsView; }
-    [[nodiscard]] const QObjectList& groups() const { return groups_; }
     [[nodiscard]] const PageSnapshot& snapshot() const { return *page_; }
 
     /// Takes up a newer snapshot of the same page.
@@ -60,12 +63,13 @@ class PageModel : public QObject {
 
   private:
     [[nodiscard]] bool hasSameRows(const PageSnapshot& page) const;
+    QQmlListProperty<GroupModel> drawnGroups() { return {this, &groups_}; }
     void makeGroups();
     GroupModel* makeGroup(const RowSnapshot* groupRow);
 
     Events& events_;
     std::shared_ptr<const PageSnapshot> page_;
-    QObjectList groups_;
+    QList<GroupModel*> groups_;
     std::vector<RowModel*> rows_; ///< one for each row of the snapshot, group rows included
 };
 
