@@ -58,7 +58,7 @@ class Display:
     def __init__(self):
         read, write = os.pipe()
         self.process = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[write], stderr=subprocess.DEVNULL)
         os.close(write)
         with os.fdopen(read) as number:
@@ -115,8 +115,10 @@ class ProgramsTest(unittest.TestCase):
     def open_window(self, *options):
         window = self.start(program("lumora-settings"), "--root", ROOT, "--light", *options, stderr=subprocess.PIPE)
         window.lines = Lines(window.stderr)
-        window.id = eventually(lambda: self.xdotool("search", "--pid", str(window.pid), "--onlyvisible").strip(),
-                               "the window").split()[0]
+        def appeared():
+            self.assertIsNone(window.poll(), window.lines.text)
+            return self.windows(window)
+        window.id = eventually(appeared, "the window")[0]
         self.xdotool("windowmove", window.id, "0", "0")
         self.xdotool("windowfocus", window.id)
         return window
@@ -126,6 +128,9 @@ class ProgramsTest(unittest.TestCase):
         window = self.open_window(*options)
         eventually(lambda: "kTweakEnabled" in window.lines.text, "the root page")
         return window
+
+    def windows(self, process):
+        return self.xdotool("search", "--pid", str(process.pid), "--onlyvisible").split()
 
     def xdotool(self, *arguments):
         return subprocess.run(["xdotool", *arguments], text=True, capture_output=True, env=self.environment,
@@ -285,8 +290,7 @@ class ProgramsTest(unittest.TestCase):
     def test_ends_at_once_when_it_is_closed_while_a_page_blocks(self):
         window = self.open_window()
         self.close(window)
-        eventually(lambda: not self.xdotool("search", "--pid", str(window.pid), "--onlyvisible").strip(),
-                   "the window to go")
+        eventually(lambda: not self.windows(window), "the window to go")
         self.assertEqual(window.wait(LONG_ENOUGH), 0)
 
     def test_lets_a_change_reach_the_tweak_when_it_is_closed_at_once(self):
@@ -303,17 +307,15 @@ class ProgramsTest(unittest.TestCase):
         def restarted():
             # The button takes the focus when it is offered.
             self.xdotool("key", "--window", window.id, "Return")
-            return self.xdotool("search", "--pid", str(window.pid), "--onlyvisible").strip() not in ("", window.id)
+            return self.windows(window) not in ([], [window.id])
         eventually(restarted, "the restart")
-        window.id = self.xdotool("search", "--pid", str(window.pid), "--onlyvisible").split()[0]
         self.assertIsNone(window.poll(), "the process is the same")
         self.start_tweak()
 
         def appeared():
-            shown = self.xdotool("search", "--pid", str(window.pid), "--onlyvisible").split()
-            if shown:
-                self.xdotool("windowfocus", shown[0])
-                self.xdotool("key", "--window", shown[0], "Return")
+            for shown in self.windows(window):
+                self.xdotool("windowfocus", shown)
+                self.xdotool("key", "--window", shown, "Return")
             return "kTweakEnabled" in window.lines.text
         eventually(appeared, "the root page after a restart")
         self.assertIsNone(window.poll())
