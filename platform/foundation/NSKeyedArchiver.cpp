@@ -95,9 +95,10 @@ Encoder::Encoder(const Flattening& flat)
     : flat_(flat), archivedCount_(1 + flat.objects().size()),
       writer_(firstArchived + 4 * (archivedCount_ + familyCount) + nameBound,
               flat.contentsSize() + 32 * archivedCount_ + 512) {
-    for (const Flattening::Object& object : flat.objects())
-        if (const Family family = familyOf(object); family != Family::unknown && classUid(family) == 0)
-            classUid(family) = 1;
+    for (const Flattening::Object& object : flat.objects()) {
+        const Family family = familyOf(object);
+        if (family != Family::unknown) classUid(family) = 1;
+    }
     for (std::size_t& uid : classUids_)
         if (uid != 0) uid = archivedCount_++;
     next_ = firstArchived + 2 * archivedCount_ - (flat.holdsNil() ? 0 : 1);
@@ -125,12 +126,14 @@ Data Encoder::encode() && {
     std::size_t number = firstArchived;
     for (const Flattening::Object& object : flat_.objects()) {
         ++number;
-        if (object.text != nullptr)
-            writer_.text(number, *object.text);
-        else if (const Family family = familyOf(object); family != Family::unknown)
+        const Family family = familyOf(object);
+        if (family != Family::unknown) {
             writeInstance(number, family, object);
-        else
+        } else if (object.text != nullptr) {
+            writer_.text(number, *object.text);
+        } else {
             writer_.scalar(number, *object.value);
+        }
     }
     writeClasses();
     for (std::size_t uid = flat_.holdsNil() ? 0 : 1; uid < archivedCount_; ++uid)

@@ -98,11 +98,12 @@ std::size_t utf16Length(std::string_view text) {
 }
 
 std::uint8_t* writeUtf16(std::string_view text, std::uint8_t* into) {
+    const auto write = [&into](std::uint16_t unit) {
+        *into++ = static_cast<std::uint8_t>(unit >> 8);
+        *into++ = static_cast<std::uint8_t>(unit & 0xFF);
+    };
     while (!text.empty())
-        forEachUnit(takeCharacter(text), [&into](std::uint16_t unit) {
-            *into++ = static_cast<std::uint8_t>(unit >> 8);
-            *into++ = static_cast<std::uint8_t>(unit & 0xFF);
-        });
+        forEachUnit(takeCharacter(text), write);
     return into;
 }
 

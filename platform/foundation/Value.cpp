@@ -67,7 +67,7 @@ struct Box {
 };
 
 template<class Contents>
-std::shared_ptr<const Contents> shared(Contents&& contents) {
+std::shared_ptr<const Contents> shared(Contents contents) {
     auto box = std::make_shared<Box<Contents>>(std::move(contents));
     const Contents* inside = &box->contents;
     return {std::move(box), inside};

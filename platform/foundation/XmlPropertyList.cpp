@@ -37,10 +37,11 @@ std::optional<Value> numberFrom(std::string_view text, int base = 10) {
     Number number{};
     std::from_chars_result result{};
     if (text.starts_with('+')) text.remove_prefix(1);
-    if constexpr (std::is_integral_v<Number>)
+    if constexpr (std::is_integral_v<Number>) {
         result = std::from_chars(text.data(), text.data() + text.size(), number, base);
-    else
+    } else {
         result = std::from_chars(text.data(), text.data() + text.size(), number);
+    }
     if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return std::nullopt;
     return Value(number);
 }
@@ -57,12 +58,10 @@ std::optional<Value> dateFrom(std::string_view text) {
     std::array<unsigned, 6> fields{};
     std::size_t field = 0;
     for (std::size_t i = 0; i < form.size(); ++i) {
-        if (form[i] == '0' && text[i] >= '0' && text[i] <= '9')
-            fields[field] = fields[field] * 10 + static_cast<unsigned>(text[i] - '0');
-        else if (form[i] != '0' && form[i] == text[i])
-            ++field;
-        else
-            return std::nullopt;
+        const bool digit = form[i] == '0';
+        if (digit ? text[i] < '0' || text[i] > '9' : text[i] != form[i]) return std::nullopt;
+        if (digit) fields[field] = fields[field] * 10 + static_cast<unsigned>(text[i] - '0');
+        if (!digit) ++field;
     }
     using namespace std::chrono;
     const year_month_day day{year(static_cast<int>(fields[0])), month(fields[1]), std::chrono::day(fields[2])};
