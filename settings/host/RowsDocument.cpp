@@ -30,10 +30,11 @@ Dictionary document(const RowSnapshot& row) {
 } // namespace
 
 Value rowsDocument(const PageSnapshot& page) {
-    if (page.hostsView)
+    if (page.hostsView) {
         return Dictionary{{"page", page.className},
                           {"view", page.view ? Value(page.view->className) : Value()},
                           {"sections", List{}}};
+    }
     List rows;
     for (const RowSnapshot& row : page.rows)
         rows.emplace_back(document(row));
