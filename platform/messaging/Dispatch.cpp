@@ -25,10 +25,8 @@ class DispatchQueue {
     DispatchQueue() = default;
     DispatchQueue(const DispatchQueue&) = delete;
     DispatchQueue& operator=(const DispatchQueue&) = delete;
+    virtual ~DispatchQueue() = default;
     virtual void async(Block block) = 0;
-
-  protected:
-    ~DispatchQueue() = default; // queues live as long as the process: threads may use them to its very end
 };
 
 namespace {
@@ -193,6 +191,7 @@ class MainQueue final : public DispatchQueue {
     std::deque<Block> items_;
 };
 
+// Queues live as long as the process: threads may use them to its very end.
 GlobalQueue& globalQueue() {
     static auto& queue = *new GlobalQueue;
     return queue;

@@ -15,10 +15,8 @@ class Poller {
         Watcher() = default;
         Watcher(const Watcher&) = delete;
         Watcher& operator=(const Watcher&) = delete;
+        virtual ~Watcher() = default;
         virtual void ready() = 0;
-
-      protected:
-        ~Watcher() = default;
     };
 
     Poller();

@@ -76,7 +76,7 @@ PortFrame PortFrameReader::take() {
     return std::exchange(frame_, {});
 }
 
-PortFrameWriter::PortFrameWriter(std::int32_t messageId, std::optional<Data> body) : header_{} {
+PortFrameWriter::PortFrameWriter(std::int32_t messageId, std::optional<Data> body) {
     std::copy(kMagic.begin(), kMagic.end(), header_.begin());
     putLittleEndian(header_, kMessageIdAt, messageId);
     putLittleEndian(header_, kBodyLengthAt, body ? static_cast<std::int64_t>(body->size()) : kNoBody);

@@ -63,7 +63,7 @@ class PortFrameWriter {
     State write(int socket);
 
   private:
-    std::array<std::uint8_t, PortFrame::headerSize> header_;
+    std::array<std::uint8_t, PortFrame::headerSize> header_{};
     Data body_;
     std::size_t written_ = 0;
 };

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <sys/types.h>
+#include <utility>
 
 namespace platform {
 
@@ -25,7 +26,7 @@ class PortListener {
     [[nodiscard]] int socket() const { return socket_.number(); }
 
   private:
-    explicit PortListener(const PortAddress& address) : address_(address) {}
+    explicit PortListener(PortAddress address) : address_(std::move(address)) {}
     [[nodiscard]] bool lock();
     [[nodiscard]] bool removeDeadSocket() const;
     [[nodiscard]] bool listen();

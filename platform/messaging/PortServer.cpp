@@ -99,7 +99,7 @@ void PortServer::Pause::ready() {
     server_.resumeAccepting();
 }
 
-PortServer::PortServer(CFMessagePortRef port) : port_(std::move(port)), pause_(*this), received_{} {
+PortServer::PortServer(CFMessagePortRef port) : port_(std::move(port)), pause_(*this) {
 }
 
 PortServer::~PortServer() = default;

@@ -47,7 +47,7 @@ class PortServer final : public CFRunLoopSource, private Poller::Watcher {
     Pause pause_;
     Poller* poller_ = nullptr; ///< while scheduled
     std::unordered_map<int, std::unique_ptr<Connection>> connections_;
-    std::array<std::uint8_t, 64 << 10> received_; ///< where every read lands first
+    std::array<std::uint8_t, 64 << 10> received_{}; ///< where every read lands first
 };
 
 } // namespace platform
