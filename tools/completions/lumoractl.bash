@@ -5,7 +5,7 @@ _lumoractl_keys() {
 }
 
 _lumoractl() {
-    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} command= key= i
+    local word=${COMP_WORDS[COMP_CWORD]} command='' key='' i
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${COMP_WORDS[i]} in
             -*) ;;
