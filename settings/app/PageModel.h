@@ -2,8 +2,8 @@
 
 #include "settings/app/RowModel.h"
 
-#include <QObject>
 #include <QList>
+#include <QObject>
 #include <QString>
 #include <QtQml/qqmllist.h>
 #include <QtQml/qqmlregistration.h>

@@ -91,11 +91,12 @@ QString Shell::waitingHeadline() const {
 
 QString Shell::waitingText() const {
     if (!opening_) return lost() ? tr("You can go on waiting, or restart Settings.") : QString();
-    if (lost())
+    if (lost()) {
         return tr("Both time-outs of “requestTweakSettings” are over: no answer can come any more, and “%1” cannot "
                   "open. "
                   "Restart Settings to ask again.")
             .arg(waitingTitle());
+    }
     return tr("“%1” opens when “requestTweakSettings” is answered.").arg(waitingTitle());
 }
 

@@ -4,6 +4,7 @@
 #include "platform/foundation/NSBundle.h"
 #include "platform/messaging/Dispatch.h"
 
+#include <algorithm>
 #include <future>
 #include <memory>
 #include <thread>
@@ -23,9 +24,10 @@ Result<bool> openBundle(Navigation& navigation, const Launch& launch) {
 
     const bool first = launch.pageClass.empty();
     const platform::Class page = first ? bundle->principalClass() : platform::NSClassFromString(launch.pageClass);
-    if (!page)
+    if (!page) {
         return Result<bool>::failure(first ? "the settings bundle " + launch.bundle.string() + " names no page"
                                            : "there is no page class " + launch.pageClass);
+    }
     // The first page has no row that opened it and could give it a title.
     const std::string title = page == bundle->principalClass() ? bundle->bundlePath().stem().string() : page->name;
     if (!navigation.open(page, title)) return Result<bool>::failure(page->name + " makes no page");

@@ -89,9 +89,10 @@ PageSnapshot snapshotOf(PSListController& page, const std::string& className, st
             shown.view = std::make_shared<const ViewSnapshot>(snapshotOf(*page.view()));
         return shown;
     }
-    if (const PSSpecifierList rows = page.specifiers())
+    if (const PSSpecifierList rows = page.specifiers()) {
         for (std::size_t i = 0; i < rows->size(); ++i)
             shown.rows.push_back(snapshotOf(page, *(*rows)[i], i));
+    }
     return shown;
 }
 
