@@ -36,7 +36,7 @@ template<class Number>
 std::optional<Value> numberFrom(std::string_view text, int base = 10) {
     Number number{};
     std::from_chars_result result{};
-    if (text.starts_with('+')) text.remove_prefix(1);
+    if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
     if constexpr (std::is_integral_v<Number>) {
         result = std::from_chars(text.data(), text.data() + text.size(), number, base);
     } else {
@@ -47,7 +47,9 @@ std::optional<Value> numberFrom(std::string_view text, int base = 10) {
 }
 
 std::optional<Value> integerFrom(std::string_view text) {
-    if (text.starts_with("0x") || text.starts_with("0X")) return numberFrom<std::int64_t>(text.substr(2), 16);
+    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    if (hexadecimal && text.find_first_of("+-") == std::string_view::npos)
+        return numberFrom<std::int64_t>(text.substr(2), 16);
     return numberFrom<std::int64_t>(text);
 }
 

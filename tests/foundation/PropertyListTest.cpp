@@ -154,12 +154,27 @@ TEST(PropertyList, ReadsEveryElementOfXml) {
 }
 
 TEST(PropertyList, RefusesUnsoundXml) {
-    for (const char* body :
-         {"", "<string>one</string><string>two</string>", "<unknown/>", "<dict><string>no key</string></dict>",
-          "<dict><key>a</key></dict>", "<dict><key>a</key><key>b</key></dict>", "<array><key>a</key></array>",
-          "<key>a</key>", "<integer></integer>", "<integer>1x</integer>", "<integer>9223372036854775808</integer>",
-          "<real>one</real>", "<date>yesterday</date>", "<date>2001-13-01T00:00:00Z</date>", "<data>a*b</data>",
-          "<string><true/></string>", "<plist/>", "<array>stray</array>", "<string>unclosed"})
+    for (const char* body : {"",
+                             "<string>one</string><string>two</string>",
+                             "<unknown/>",
+                             "<dict><string>no key</string></dict>",
+                             "<dict><key>a</key></dict>",
+                             "<dict><key>a</key><key>b</key></dict>",
+                             "<array><key>a</key></array>",
+                             "<key>a</key>",
+                             "<integer></integer>",
+                             "<integer>1x</integer>",
+                             "<integer>+-1</integer>",
+                             "<integer>0x-1</integer>",
+                             "<integer>9223372036854775808</integer>",
+                             "<real>one</real>",
+                             "<date>yesterday</date>",
+                             "<date>2001-13-01T00:00:00Z</date>",
+                             "<data>a*b</data>",
+                             "<string><true/></string>",
+                             "<plist/>",
+                             "<array>stray</array>",
+                             "<string>unclosed"})
         EXPECT_FALSE(refusal(inPlist(body)).empty()) << body;
     EXPECT_FALSE(refusal("<dict/>").empty());
     EXPECT_FALSE(refusal("<plist>").empty());
