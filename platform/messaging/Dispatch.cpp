@@ -6,7 +6,6 @@
 #include <memory>
 #include <mutex>
 #include <pthread.h>
-#include <sched.h>
 #include <utility>
 #include <vector>
 
@@ -110,11 +109,6 @@ class GlobalQueue final : public DispatchQueue {
     }
 
     void work() {
-        // A batch thread that is woken never preempts the thread that woke it. With the ordinary policy the caller of
-        // async() would often sit out the first part of the item that it has just handed in.
-        const sched_param ordinary{};
-        ::sched_setscheduler(0, SCHED_BATCH, &ordinary);
-
         std::unique_lock held(mutex_);
         auto self = spare_.empty() ? std::make_unique<Thread>() : std::move(spare_.back());
         if (!spare_.empty()) spare_.pop_back();
