@@ -24,7 +24,7 @@ Data bytesOf(std::string_view text) {
 
 std::string inPlist(const std::string& body) {
     return R"(<?xml version="1.0" encoding="UTF-8"?>
-<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<!DOCTYPE plist SYSTEM "plist.dtd">
 <plist version="1.0">)" +
            body + "</plist>\n";
 }

@@ -2,7 +2,7 @@
 
 #include "tests/pages/RecordingTweak.h"
 
-#include <cstdio>
+#include <thread>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
