@@ -2,6 +2,7 @@
 #include "platform/foundation/NSBundle.h"
 #include "platform/preferences/PSListController.h"
 #include "tests/pages/RecordingTweak.h"
+#include "tests/support/TestName.h"
 
 #include <filesystem>
 #include <fstream>
@@ -16,7 +17,7 @@ const fs::path lumoraBundle = fs::path(LUMORA_TEST_ROOT) / "Library/PreferenceBu
 
 /// A folder that looks like Lumora.bundle, to be broken.
 struct BrokenBundle : testing::Test {
-    fs::path folder = fs::path(testing::TempDir()) / "Broken.bundle";
+    fs::path folder = fs::path(testing::TempDir()) / (tests::testName() + ".bundle");
     void SetUp() override {
         fs::remove_all(folder);
         fs::copy(lumoraBundle, folder);

@@ -2,9 +2,9 @@
 
 #include "tests/pages/RecordingTweak.h"
 
-#include <thread>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "pages/PreferenceHelper.h"
 
 #include "platform/foundation/NSBundle.h"
+#include "tests/support/TestName.h"
 
 #include <filesystem>
 #include <fstream>
@@ -182,28 +183,29 @@ TEST_F(RowBuilder, KeepsItsThreeProperties) {
 /// Resources beside this program, which is the "bundle" that holds the classes linked into it.
 struct Icons : RowBuilder {
     fs::path folder = platform::NSBundle::bundleForClass(typeid(Page))->bundlePath();
+    std::string icon = tests::testName();
     void SetUp() override {
-        for (const char* name : {"lumora-test-icon.png", "lumora-test-icon.jpg"})
+        for (const std::string& name : {icon + ".png", icon + ".jpg"})
             fs::copy_file(fs::path(LUMORA_SOURCE) / "resources/mail.png", folder / name,
                           fs::copy_options::overwrite_existing);
     }
     void TearDown() override {
-        fs::remove(folder / "lumora-test-icon.png");
-        fs::remove(folder / "lumora-test-icon.jpg");
+        fs::remove(folder / (icon + ".png"));
+        fs::remove(folder / (icon + ".jpg"));
     }
 };
 
 TEST_F(Icons, AreLookedUpAsPngAndGivenToTheVeryRow) {
     const auto row = helper->button("Mail", nullptr);
-    EXPECT_EQ(addIcon(row, "lumora-test-icon"), row);
+    EXPECT_EQ(addIcon(row, icon), row);
     ASSERT_NE(row->imageProperty("iconImage"), nullptr);
     EXPECT_EQ(row->imageProperty("iconImage")->size(), (platform::CGSize{29, 29}));
 }
 
 TEST_F(Icons, WithAnExtensionOfTheirOwnAreLookedUpWithThat) {
-    fs::remove(folder / "lumora-test-icon.png");
-    EXPECT_NE(addIcon(helper->spacer(), "lumora-test-icon.jpg")->imageProperty("iconImage"), nullptr);
-    EXPECT_EQ(addIcon(helper->spacer(), "lumora-test-icon")->imageProperty("iconImage"), nullptr);
+    fs::remove(folder / (icon + ".png"));
+    EXPECT_NE(addIcon(helper->spacer(), icon + ".jpg")->imageProperty("iconImage"), nullptr);
+    EXPECT_EQ(addIcon(helper->spacer(), icon)->imageProperty("iconImage"), nullptr);
 }
 
 TEST_F(Icons, ThatAreNotThereAreStoredAsNoImage) {
@@ -214,13 +216,13 @@ TEST_F(Icons, ThatAreNotThereAreStoredAsNoImage) {
 
 TEST_F(Icons, OfSpecifierWithIconComeFromTheTargetPagesBundle) {
     const auto row = helper->button("Mail", nullptr);
-    EXPECT_EQ(helper->specifier(row, "lumora-test-icon"), row);
+    EXPECT_EQ(helper->specifier(row, icon), row);
     EXPECT_NE(row->imageProperty("iconImage"), nullptr);
 
     // A page class of the platform library: its bundle is that library's folder, where no such icon stands.
     const auto foreign = make<platform::PSListController>();
     helper->setTarget(foreign.get());
-    EXPECT_EQ(helper->specifier(helper->spacer(), "lumora-test-icon")->imageProperty("iconImage"), nullptr);
+    EXPECT_EQ(helper->specifier(helper->spacer(), icon)->imageProperty("iconImage"), nullptr);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "platform/ui/UIImage.h"
 
+#include "tests/support/TestName.h"
+
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -10,7 +12,7 @@ using platform::UIImage;
 namespace fs = std::filesystem;
 
 struct ImageFiles : testing::Test {
-    fs::path folder = fs::path(testing::TempDir()) / "lumora-images";
+    fs::path folder = fs::path(testing::TempDir()) / tests::testName();
     void SetUp() override {
         fs::remove_all(folder);
         fs::create_directories(folder);
