@@ -47,13 +47,20 @@ TEST_P(ForeignArchive, GivesAValueOrNothingWhereverItIsCutShort) {
     }
 }
 
+/// Every change of a byte, but for the sanitizer of threads: there is only one here, and it takes its time.
+#ifdef __SANITIZE_THREAD__
+constexpr unsigned kNextChange = 23;
+#else
+constexpr unsigned kNextChange = 1;
+#endif
+
 TEST_P(ForeignArchive, GivesAValueOrNothingWhicheverByteIsChanged) {
     Data archive = readFile(GetParam());
     std::size_t values = 0;
     std::size_t refusals = 0;
     for (std::uint8_t& byte : archive) {
         const std::uint8_t original = byte;
-        for (unsigned change = 1; change < 256; ++change) {
+        for (unsigned change = 1; change < 256; change += kNextChange) {
             byte = static_cast<std::uint8_t>(original ^ change);
             std::size_t visits = 0;
             const auto value = NSKeyedUnarchiver::unarchive(archive, &visits);

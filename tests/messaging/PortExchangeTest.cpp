@@ -123,6 +123,8 @@ TEST(CFMessagePortSendRequest, TimesOutReceivingAReplyThatNeverPauses) {
 TEST(CFMessagePortSendRequest, TakesAReplyThatDripsInTime) {
     const PortsFolder folder;
     const RawReceiver receiver(folder.socket("port"), [](RawSocket& client) {
+        // Closing with the request unread would reset the connection and take the reply with it.
+        EXPECT_EQ(client.receive(16).size(), 16U);
         for (const auto byte : frameWith(bytes("drop by drop")))
             client.send({&byte, 1});
     });
