@@ -45,7 +45,8 @@ PreferenceHelper::Row PreferenceHelper::link(const std::string& title, platform:
 }
 
 PreferenceHelper::Row PreferenceHelper::link(const std::string& title, const std::string& identifier,
-                                             std::vector<std::string> titles, std::vector<platform::Value> values) {
+                                             const std::vector<std::string>& titles,
+                                             std::vector<platform::Value> values) {
     Row row = PSSpecifier::preferenceSpecifierNamed(title, target_, setAction_, getAction_, "PSListItemsController",
                                                     platform::PSLinkListCell, false);
     row->setValues(std::move(values), titles, titles);

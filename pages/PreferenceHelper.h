@@ -27,7 +27,7 @@ class PreferenceHelper final : public platform::NSObject {
     /// Opens the page class `to`.
     Row link(const std::string& title, platform::PSDetail to);
     /// Opens a list of the titles, each of which stores the value at its position.
-    Row link(const std::string& title, const std::string& identifier, std::vector<std::string> titles,
+    Row link(const std::string& title, const std::string& identifier, const std::vector<std::string>& titles,
              std::vector<platform::Value> values);
     Row toggle(const std::string& title, const std::string& identifier);
     Row toggle(const std::string& title, const std::string& identifier, platform::SetAction set,

@@ -21,6 +21,7 @@ class Process {
         int out[2];
         if (::pipe2(in, O_CLOEXEC) != 0 || ::pipe2(out, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
         std::vector<char*> arguments;
+        arguments.reserve(command.size() + 1);
         for (auto& word : command)
             arguments.push_back(word.data());
         arguments.push_back(nullptr);
