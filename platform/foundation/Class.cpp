@@ -26,11 +26,10 @@ Class NSClassFromString(std::string_view name) {
     return found == known.classes.end() ? nullptr : &found->second;
 }
 
-Class registerClass(ClassRecord record) {
+Class registerClass(const ClassRecord& record) {
     Registry& known = registry();
     const std::lock_guard hold(known.mutex);
-    std::string name = record.name;
-    return &known.classes.try_emplace(std::move(name), std::move(record)).first->second;
+    return &known.classes.try_emplace(record.name, record).first->second;
 }
 
 } // namespace platform

@@ -20,7 +20,7 @@ using Class = const ClassRecord*;
 [[nodiscard]] PLATFORM_EXPORT Class NSClassFromString(std::string_view name);
 
 /// Registers a class under its name for the life of the process; of two classes with one name the first stays.
-PLATFORM_EXPORT Class registerClass(ClassRecord record);
+PLATFORM_EXPORT Class registerClass(const ClassRecord& record);
 
 } // namespace platform
 

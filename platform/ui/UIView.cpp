@@ -1,6 +1,7 @@
 #include "platform/ui/UIView.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform {
 namespace {
@@ -50,12 +51,11 @@ void UIView::setFrame(const CGRect& frame) {
         view->setFrame(autoresized(view->frame(), view->autoresizingMask_, before, frame.size));
 }
 
-void UIView::addSubview(const std::shared_ptr<UIView>& view) {
+void UIView::addSubview(std::shared_ptr<UIView> view) {
     if (!view || view.get() == this) return;
-    const std::shared_ptr<UIView> held = view; // the former parent may hold the only other reference
-    held->removeFromSuperview();
-    held->superview_ = this;
-    subviews_.push_back(held);
+    view->removeFromSuperview();
+    view->superview_ = this;
+    subviews_.push_back(std::move(view));
 }
 
 void UIView::removeFromSuperview() {

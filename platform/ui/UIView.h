@@ -49,7 +49,7 @@ class PLATFORM_EXPORT UIView : public NSObject {
     /// Back to front.
     [[nodiscard]] const std::vector<std::shared_ptr<UIView>>& subviews() const { return subviews_; }
     /// Puts the view in front of the others, taking it from its former parent.
-    void addSubview(const std::shared_ptr<UIView>& view);
+    void addSubview(std::shared_ptr<UIView> view);
     void removeFromSuperview();
 
   private:

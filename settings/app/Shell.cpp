@@ -119,6 +119,7 @@ void Shell::restart() {
     for (std::string argument; std::getline(in, argument, '\0');)
         arguments.push_back(argument);
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);

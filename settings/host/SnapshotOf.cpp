@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <typeinfo>
+#include <utility>
 
 namespace settings {
 
@@ -39,7 +40,7 @@ std::string shortTitleOf(const PSSpecifier& row, const Value& value) {
 /// An option-list page has its group row first, then the options in their order.
 bool isMarked(const PSListController& page, std::size_t row) {
     const auto* options = dynamic_cast<const PSListItemsController*>(&page);
-    return options && row == static_cast<std::size_t>(options->selectedIndex() + 1) && row > 0;
+    return options && row > 0 && std::cmp_equal(row - 1, options->selectedIndex());
 }
 
 RowSnapshot snapshotOf(PSListController& page, PSSpecifier& row, std::size_t position) {
