@@ -79,7 +79,7 @@ TEST(PortFrameReader, TakesMemoryForWhatArrivedNotForWhatWasPromised) {
 
 TEST(PortFrameFuzzer, ReplaysItsSeeds) {
     int seeds = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(LUMORA_SOURCE "/fuzz/seeds/port-frame")) {
+    for (const auto& entry : std::filesystem::directory_iterator(LUMORA_SOURCE "/fuzz/seeds/PortFrame")) {
         SCOPED_TRACE(entry.path());
         std::ifstream file(entry.path(), std::ios::binary);
         const Data seed{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

@@ -88,7 +88,8 @@ TEST(LumoraBundle, LoadsAndItsRootPageFindsItsIconsInIt) {
         EXPECT_EQ(icon->size(), (platform::CGSize{29, 29}));
         EXPECT_NE(icon->encoded(1), icon->encoded(2)) << "one picture for each of two resolutions";
     }
-    EXPECT_EQ(NSBundle::bundleForClass(typeid(*root))->bundlePath(), lumoraBundle);
+    const platform::PSListController& page = *root;
+    EXPECT_EQ(NSBundle::bundleForClass(typeid(page))->bundlePath(), lumoraBundle);
 }
 
 } // namespace
