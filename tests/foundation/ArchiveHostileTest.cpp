@@ -128,7 +128,7 @@ TEST(HostileArchive, WithLongKeysInManyDictionariesStaysWithinItsBudget) {
     const auto value = readPropertyList(bytes);
     ASSERT_FALSE(value);
     EXPECT_EQ(value.error(), "shared objects stand for too large a value");
-    EXPECT_LE((Allocations::now() - before).bytes, 2U * 64U * bytes.size() + PropertyListLimits::spareBytes);
+    EXPECT_LE((Allocations::now() - before).bytes, bytes.size() * 2 * 64 + PropertyListLimits::spareBytes);
 }
 
 TEST(HostileArchive, WithCountsBeyondItsBytesIsRefused) {
