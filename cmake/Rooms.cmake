@@ -35,8 +35,8 @@ if(LUMORA_SANITIZE)
   add_compile_options(-fsanitize=${LUMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=${LUMORA_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # Instrumented code misleads these two about paths that cannot be taken.
-    target_compile_options(lumora_flags INTERFACE -Wno-maybe-uninitialized -Wno-stringop-overflow)
+    # Instrumented code misleads this one about paths that cannot be taken.
+    target_compile_options(lumora_flags INTERFACE -Wno-maybe-uninitialized)
   endif()
 endif()
 

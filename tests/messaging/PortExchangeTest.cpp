@@ -86,7 +86,7 @@ TEST(CFMessagePortSendRequest, TimesOutReceivingHalfAReply) {
     std::promise<void> timedOut;
     const RawReceiver receiver(folder.socket("port"), [&timedOut](RawSocket& client) {
         auto reply = frameWith(bytes("never whole"));
-        reply.resize(reply.size() - 1);
+        reply.pop_back();
         client.send(reply);
         timedOut.get_future().wait();
     });
