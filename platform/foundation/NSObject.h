@@ -37,6 +37,10 @@ std::shared_ptr<T> make(Arguments&&... arguments) {
                            { object->initWithFrame(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>;
                        })
         alive = object->initWithFrame(std::forward<Arguments>(arguments)...);
+    else if constexpr (requires {
+                           { object->initWithStyle(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>;
+                       })
+        alive = object->initWithStyle(std::forward<Arguments>(arguments)...);
     else
         alive = object->initWithTarget(std::forward<Arguments>(arguments)...);
     return alive ? object : nullptr;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "platform/foundation/Value.h"
+#include "platform/ui/NSIndexPath.h"
+#include "settings/host/Snapshot.h"
 
 #include <cstdint>
 #include <functional>
@@ -14,6 +16,11 @@ class Events {
     /// `taken` is called, on the GUI thread, when the page has the value and its snapshot has been shown.
     virtual void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value,
                               std::function<void()> taken) = 0;
+    /// A row of the page's table was dropped, its own place included. `taken` as above.
+    virtual void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
+                          std::function<void()> taken) = 0;
+    /// The page's table shows another part of itself, or its headers and footers have other heights.
+    virtual void tableScrolled(std::uint64_t page, const TableViewport& viewport) = 0;
 
   protected:
     ~Events() = default;

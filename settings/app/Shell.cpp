@@ -152,6 +152,15 @@ void Shell::valueChanged(std::uint64_t page, std::size_t row, const platform::Va
     post([page, row, value](Navigation& navigation) { navigation.valueChanged(page, row, value); }, std::move(taken));
 }
 
+void Shell::rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
+                     std::function<void()> taken) {
+    post([page, from, to](Navigation& navigation) { navigation.rowMoved(page, from, to); }, std::move(taken));
+}
+
+void Shell::tableScrolled(std::uint64_t page, const TableViewport& viewport) {
+    post([page, viewport](Navigation& navigation) { navigation.tableScrolled(page, viewport); });
+}
+
 void Shell::take(const StackSnapshot& stack) {
     std::size_t common = 0;
     while (common < pages_.size() && common < stack.pages.size() &&

@@ -85,6 +85,9 @@ class Shell : public QObject, private Events {
     void rowTapped(std::uint64_t page, std::size_t row) override;
     void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value,
                       std::function<void()> taken) override;
+    void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
+                  std::function<void()> taken) override;
+    void tableScrolled(std::uint64_t page, const TableViewport& viewport) override;
     void take(const StackSnapshot& stack);
     void setBusy(int change);
     void setPatience(Patience patience);

@@ -34,16 +34,6 @@ bool isEditable(const PSSpecifier& row) {
     }
 }
 
-/// A page's own view fills the page; a view that replaced it follows only where its mask says so.
-CGRect resizedContent(const PSListController& page, CGSize size) {
-    CGRect frame = page.view()->frame();
-    const unsigned mask = page.hostsView() ? page.view()->autoresizingMask()
-                                           : UIViewAutoresizingFlexibleWidth | UIViewAutoresizingFlexibleHeight;
-    if ((mask & UIViewAutoresizingFlexibleWidth) != 0) frame.size.width = size.width;
-    if ((mask & UIViewAutoresizingFlexibleHeight) != 0) frame.size.height = size.height;
-    return frame;
-}
-
 } // namespace
 
 Navigation::Navigation(Show show) : show_(std::move(show)) {
@@ -103,6 +93,26 @@ void Navigation::valueChanged(std::uint64_t page, std::size_t row, const Value& 
     publish();
 }
 
+void Navigation::rowMoved(std::uint64_t page, NSIndexPath from, NSIndexPath to) {
+    OpenPage* top = pageOnTop(page);
+    UITableView* table = top ? tableOf(*top->controller) : nullptr;
+    if (!table) return;
+    table->dropRow(from, to);
+    readAnew(*top);
+    publish();
+}
+
+void Navigation::tableScrolled(std::uint64_t page, const TableViewport& viewport) {
+    OpenPage* top = pageOnTop(page);
+    UITableView* table = top ? tableOf(*top->controller) : nullptr;
+    if (!table) return;
+    for (std::size_t i = 0; i < viewport.sections.size(); ++i)
+        table->setSectionHeights(static_cast<int>(i), viewport.sections[i].header, viewport.sections[i].footer);
+    table->setViewport(viewport.top, viewport.bottom);
+    readAnew(*top);
+    publish();
+}
+
 void Navigation::back(std::uint64_t page) {
     if (pages_.size() < 2 || !pageOnTop(page)) return;
     pages_.pop_back();
@@ -115,7 +125,7 @@ void Navigation::setContentSize(CGSize size) {
     if (pages_.empty()) return;
     OpenPage& top = pages_.back();
     if (!top.controller->view()) return;
-    top.controller->view()->setFrame(resizedContent(*top.controller, size));
+    top.controller->view()->setFrame({{0, 0}, size});
     if (!top.controller->hostsView()) return; // rows are laid out where they are drawn
     readAnew(top);
     publish();

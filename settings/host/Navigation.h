@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/preferences/PSListController.h"
+#include "platform/ui/NSIndexPath.h"
 #include "settings/host/Snapshot.h"
 
 #include <cstdint>
@@ -33,9 +34,14 @@ class Navigation {
     void rowTapped(std::uint64_t page, std::size_t row);
     /// A switch, slider or field has a new value from the user's hand: stores it, then reads the row anew.
     void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value);
+    /// A row of the page's table was dropped, in its own place or in another.
+    void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to);
+    /// The page's table shows another part of itself: makes the cells for it.
+    void tableScrolled(std::uint64_t page, const TableViewport& viewport);
     /// Back from a page to the one before; does nothing on the first page.
     void back(std::uint64_t page);
-    /// The content area has a new size. Views without a resizing mask keep their frame until the next appearance.
+    /// The content area has a new size. The page's view fills it always; what is in that view follows by its resizing
+    /// mask, and without one keeps its frame until the next appearance.
     void setContentSize(platform::CGSize size);
 
     /// The page on top, null when none is open.

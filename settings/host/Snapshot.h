@@ -42,12 +42,54 @@ struct ViewSnapshot {
     std::vector<ViewSnapshot> subviews;
 };
 
+/// One row of a table that is in view.
+struct CellSnapshot {
+    std::string title;      ///< may be empty
+    std::string identifier; ///< the hidden detail text
+    platform::UIImageRef image;
+    bool movable = false; ///< has a handle to drag it by
+    bool marked = false;  ///< bears a checkmark
+};
+
+/// One section of a table. Heights are in points; all rows of a section are equally high.
+struct SectionSnapshot {
+    std::string header; ///< empty for none
+    std::string footer; ///< empty for none
+    double headerHeight = 0;
+    double footerHeight = 0;
+    double rowHeight = 0;
+    int rowCount = 0;
+    int firstCell = 0; ///< the row that cells.front() is
+    std::vector<CellSnapshot> cells;
+};
+
+/// A table with the cells of those rows that are in view. From the top: each section's header, rows and footer, without
+/// gaps.
+struct TableSnapshot {
+    platform::CGRect frame; ///< on the page
+    std::vector<SectionSnapshot> sections;
+};
+
+/// What whoever draws a table tells of it: the part for which cells are to be made, in the table's own coordinates, and
+/// how high it drew the headers and footers (one entry for each section).
+struct TableViewport {
+    struct Heights {
+        double header = 0;
+        double footer = 0;
+        friend bool operator==(const Heights&, const Heights&) = default;
+    };
+    double top = 0;
+    double bottom = 0;
+    std::vector<Heights> sections;
+};
+
 struct PageSnapshot {
     std::uint64_t id = 0; ///< tells pages apart, never used twice in a process
     std::string className;
     std::string title;
     std::vector<RowSnapshot> rows;
-    std::shared_ptr<const ViewSnapshot> view; ///< of a page that hosts a view, when it has one
+    std::shared_ptr<const ViewSnapshot> view;   ///< of a page that hosts a view, when it has one
+    std::shared_ptr<const TableSnapshot> table; ///< the table in that view, when it has one
     bool hostsView = false;
 };
 

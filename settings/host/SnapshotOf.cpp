@@ -77,6 +77,54 @@ std::string classNameOf(const UIView& view) {
     return colons == std::string::npos ? name : name.substr(colons + 2);
 }
 
+UITableView* tableIn(UIView& view) {
+    if (view.isHidden()) return nullptr;
+    if (auto* table = dynamic_cast<UITableView*>(&view)) return table;
+    for (const auto& subview : view.subviews())
+        if (UITableView* table = tableIn(*subview)) return table;
+    return nullptr;
+}
+
+/// The frame of a view, in the coordinates of the page that shows it.
+CGRect frameOnPage(const UIView& view) {
+    CGRect frame = view.frame();
+    for (const UIView* parent = view.superview(); parent; parent = parent->superview()) {
+        frame.origin.x += parent->frame().origin.x;
+        frame.origin.y += parent->frame().origin.y;
+    }
+    return frame;
+}
+
+CellSnapshot snapshotOf(UITableView& table, NSIndexPath path, UITableViewCell& cell) {
+    CellSnapshot shown;
+    shown.title = cell.textLabel().text();
+    shown.identifier = cell.detailTextLabel().text();
+    shown.image = cell.imageView().image();
+    shown.movable = table.canMoveRow(path);
+    return shown;
+}
+
+TableSnapshot snapshotOf(UITableView& table) {
+    table.layoutIfNeeded();
+    TableSnapshot shown;
+    shown.frame = frameOnPage(table);
+    for (const UITableView::Section& section : table.sections())
+        shown.sections.push_back({section.header,
+                                  section.footer,
+                                  section.headerHeight,
+                                  section.footerHeight,
+                                  section.rowHeight,
+                                  section.rowCount,
+                                  0,
+                                  {}});
+    for (const auto& [path, cell] : table.visibleCells()) {
+        SectionSnapshot& section = shown.sections.at(static_cast<std::size_t>(path.section));
+        if (section.cells.empty()) section.firstCell = path.row;
+        section.cells.push_back(snapshotOf(table, path, *cell));
+    }
+    return shown;
+}
+
 } // namespace
 
 PageSnapshot snapshotOf(PSListController& page, const std::string& className, std::uint64_t id) {
@@ -88,6 +136,7 @@ PageSnapshot snapshotOf(PSListController& page, const std::string& className, st
     if (page.hostsView()) {
         if (page.view() && !page.view()->isHidden())
             shown.view = std::make_shared<const ViewSnapshot>(snapshotOf(*page.view()));
+        if (UITableView* table = tableOf(page)) shown.table = std::make_shared<const TableSnapshot>(snapshotOf(*table));
         return shown;
     }
     if (const PSSpecifierList rows = page.specifiers()) {
@@ -99,6 +148,10 @@ PageSnapshot snapshotOf(PSListController& page, const std::string& className, st
 
 RowSnapshot snapshotOf(PSListController& page, std::size_t row) {
     return snapshotOf(page, *page.specifiers()->at(row), row);
+}
+
+UITableView* tableOf(const PSListController& page) {
+    return page.hostsView() && page.view() ? tableIn(*page.view()) : nullptr;
 }
 
 ViewSnapshot snapshotOf(const UIView& view) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/preferences/PSListController.h"
+#include "platform/ui/UITableView.h"
 #include "settings/host/Snapshot.h"
 
 #include <cstdint>
@@ -13,6 +14,9 @@ namespace settings {
 
 /// The picture of one row of a page, its value read anew. Main thread.
 [[nodiscard]] RowSnapshot snapshotOf(platform::PSListController& page, std::size_t row);
+
+/// The table that a page's view is or holds, the first of them; null for none. Main thread.
+[[nodiscard]] platform::UITableView* tableOf(const platform::PSListController& page);
 
 /// The picture of a view and of all that is seen in it. Main thread.
 [[nodiscard]] ViewSnapshot snapshotOf(const platform::UIView& view);

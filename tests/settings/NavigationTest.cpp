@@ -244,20 +244,18 @@ TEST_F(NavigationTest, TakesTheTitleFromAPageWithoutNavigationItem) {
     EXPECT_TRUE(top().view);
 }
 
-TEST_F(NavigationTest, KeepsTheFrameOfAViewWithoutMaskUntilItAppearsAgain) {
+TEST_F(NavigationTest, FillsThePageWithTheHostedViewAndKeepsTheFrameOfWhatHasNoMaskInIt) {
     ASSERT_TRUE(navigation.open(NSClassFromString("HostedPage"), ""));
     navigation.setContentSize({1024, 700});
-    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 390, 760));
-    ASSERT_TRUE(navigation.open(NSClassFromString("RowsPage"), "Above"));
-    navigation.back(top().id);
-    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 1024, 700)) << "the page's frame is the content area's again";
+    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 1024, 700));
+    EXPECT_EQ(top().view->subviews.at(0).frame, CGRectMake(1, 2, 3, 4));
 }
 
-TEST_F(NavigationTest, ResizesAViewByItsMask) {
+TEST_F(NavigationTest, ResizesWhatIsInTheHostedViewByItsMask) {
     HostedPage::mask = UIViewAutoresizingFlexibleWidth;
     ASSERT_TRUE(navigation.open(NSClassFromString("HostedPage"), ""));
     navigation.setContentSize({1024, 700});
-    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 1024, 760));
+    EXPECT_EQ(top().view->subviews.at(0).frame, CGRectMake(1, 2, 3 + 1024 - 390, 4));
 }
 
 } // namespace

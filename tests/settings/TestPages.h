@@ -104,7 +104,7 @@ class HostedPage : public platform::PSListController {
         if (platform::UINavigationItem* item = navigationItem()) item->title = "Fonts";
         const platform::CGRect frame = view() ? view()->frame() : platform::CGRect{};
         auto next = viewless ? nullptr : platform::make<HostedView>(frame);
-        if (next) next->setAutoresizingMask(mask);
+        if (next) next->subviews().front()->setAutoresizingMask(mask);
         setView(next);
     }
 };

@@ -131,6 +131,14 @@ void Bench::valueChanged(std::uint64_t /*page*/, std::size_t row, const platform
     underWay_.push_back(std::move(taken));
 }
 
+void Bench::rowMoved(std::uint64_t /*page*/, platform::NSIndexPath /*from*/, platform::NSIndexPath /*to*/,
+                     std::function<void()> taken) {
+    underWay_.push_back(std::move(taken));
+}
+
+void Bench::tableScrolled(std::uint64_t /*page*/, const settings::TableViewport& /*viewport*/) {
+}
+
 std::shared_ptr<const settings::PageSnapshot> Bench::snapshot(const QVariantList& rows) {
     auto page = std::make_shared<settings::PageSnapshot>();
     page->id = 1;

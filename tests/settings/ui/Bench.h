@@ -43,6 +43,9 @@ class Bench : public QObject, private settings::Events {
     void rowTapped(std::uint64_t page, std::size_t row) override;
     void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value,
                       std::function<void()> taken) override;
+    void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
+                  std::function<void()> taken) override;
+    void tableScrolled(std::uint64_t page, const settings::TableViewport& viewport) override;
     std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantList& rows);
 
     settings::PageModel* page_ = nullptr;

@@ -1,0 +1,49 @@
+/* The application-list library, as its users see it: the installed applications with their names and icons. This header
+ * stands alone, so that anybody can put a library of their own in its place:
+ *
+ *     /Library/MobileSubstrate/DynamicLibraries/AppList.dylib
+ *
+ * The library exports one table, the class, under the name ALApplicationList. Its users find it by that name after they
+ * have loaded the library, and do not use one of another version. A null entry means "does not answer".
+ *
+ * All functions may be called from any one thread at a time. Texts are UTF-8.
+ */
+#ifndef LUMORA_APPLIST_H
+#define LUMORA_APPLIST_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define AL_APPLICATION_LIST_VERSION 1u
+#define AL_APPLICATION_LIST_SYMBOL "ALApplicationList"
+
+/* The one shared application list; what is in it is the library's own affair. */
+typedef struct ALSharedList ALSharedList;
+
+/* Called once for each application. Both texts are valid during the call only. */
+typedef void (*ALApplicationVisitor)(const char* displayIdentifier, const char* displayName, void* context);
+
+/* Called once, with an encoded PNG file, valid during the call only. */
+typedef void (*ALIconVisitor)(const uint8_t* bytes, size_t length, void* context);
+
+typedef struct ALApplicationListClass {
+    uint32_t version; /* AL_APPLICATION_LIST_VERSION */
+    /* The shared application list; null when there is none. */
+    ALSharedList* (*sharedApplicationList)(void);
+    /* Visits every installed application, in no particular order. An identifier is visited once. */
+    void (*applications)(ALSharedList* list, ALApplicationVisitor visit, void* context);
+    /* Hands over the application's icon: `size` points wide and high, drawn for a screen of `scale` pixels a point.
+     * Does not call back when there is no such application or it has no icon. */
+    void (*iconOfSize)(ALSharedList* list, double size, double scale, const char* displayIdentifier,
+                       ALIconVisitor visit, void* context);
+} ALApplicationListClass;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

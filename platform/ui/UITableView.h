@@ -1,0 +1,116 @@
+#pragma once
+
+#include "platform/ui/NSIndexPath.h"
+#include "platform/ui/UITableViewCell.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+class UITableView;
+
+/// What is in a table. Asked by the table alone.
+class PLATFORM_EXPORT UITableViewDataSource {
+  public:
+    virtual ~UITableViewDataSource();
+    virtual int numberOfSectionsInTableView(UITableView& tableView) = 0;
+    virtual int numberOfRowsInSection(UITableView& tableView, int section) = 0;
+    /// Never null.
+    virtual std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
+    virtual std::string titleForHeaderInSection(UITableView& tableView, int section) = 0;
+    virtual std::string titleForFooterInSection(UITableView& tableView, int section) = 0;
+    virtual bool canMoveRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
+    /// The user has dropped a row; its new place counts with the row taken out of its old one.
+    virtual void moveRowAtIndexPath(UITableView& tableView, NSIndexPath from, NSIndexPath to) = 0;
+};
+
+/// How a table's rows are shown.
+class PLATFORM_EXPORT UITableViewDelegate {
+  public:
+    virtual ~UITableViewDelegate();
+    /// In points.
+    virtual double heightForRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
+    virtual UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
+    virtual bool shouldIndentWhileEditingRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
+};
+
+enum UITableViewStyle : int { UITableViewStylePlain = 0, UITableViewStyleGrouped = 1 };
+
+/// A scrolling column of rows in sections, of which only those in view exist as cells.
+///
+///     tableView = make<UITableView>(frame, UITableViewStyleGrouped);
+///     tableView->setDataSource(this);
+///     tableView->setDelegate(this);
+///     addSubview(tableView);
+///
+/// It refers to its data source and delegate without owning them. What draws it tells it the part that is in view, and
+/// how high headers and footers came out; those are measured in the drawn font. All rows of a section are as high as
+/// the delegate says of the first. Main thread.
+class PLATFORM_EXPORT UITableView final : public UIView {
+  public:
+    using UIView::initWithFrame;
+    bool initWithFrame(const CGRect& frame, UITableViewStyle style);
+
+    [[nodiscard]] UITableViewStyle style() const { return style_; }
+    void setDataSource(UITableViewDataSource* dataSource) { dataSource_ = dataSource; }
+    void setDelegate(UITableViewDelegate* delegate) { delegate_ = delegate; }
+    [[nodiscard]] bool isEditing() const { return editing_; }
+    void setEditing(bool editing) { editing_ = editing; }
+
+    /// Asks the data source anew for everything.
+    void reloadData();
+    /// Loads the table when it never was. Whoever draws the table calls this first.
+    void layoutIfNeeded();
+
+    /// A cell of that identifier that is out of view, null when there is none.
+    std::shared_ptr<UITableViewCell> dequeueReusableCellWithIdentifier(const std::string& identifier);
+    /// The cell of a row in view, null for every other row.
+    [[nodiscard]] std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(NSIndexPath path) const;
+
+    [[nodiscard]] int numberOfSections() const { return static_cast<int>(sections_.size()); }
+    [[nodiscard]] int numberOfRowsInSection(int section) const;
+    /// In the table's own coordinates, which begin at the top of the first header.
+    [[nodiscard]] CGRect rectForRowAtIndexPath(NSIndexPath path) const;
+    [[nodiscard]] CGSize contentSize() const;
+
+    // What follows is for whoever draws the table.
+
+    struct Section {
+        std::string header;
+        std::string footer;
+        double headerHeight = 0;
+        double footerHeight = 0;
+        double rowHeight = 0;
+        int rowCount = 0;
+    };
+    [[nodiscard]] const std::vector<Section>& sections() const { return sections_; }
+    void setSectionHeights(int section, double header, double footer);
+    /// The part for which there are cells, from `top` to `bottom`; one row at each end may stand out of it.
+    void setViewport(double top, double bottom);
+    /// The rows in view, in order.
+    [[nodiscard]] const std::map<NSIndexPath, std::shared_ptr<UITableViewCell>>& visibleCells() const { return cells_; }
+    /// True while editing, when the data source says that the row can be moved.
+    [[nodiscard]] bool canMoveRow(NSIndexPath path);
+    /// The user has dropped a row: tells the data source, and makes the cells in view anew. Places that do not exist,
+    /// and rows that cannot be moved, do nothing.
+    void dropRow(NSIndexPath from, NSIndexPath to);
+
+  private:
+    void makeCells();
+
+    UITableViewStyle style_ = UITableViewStylePlain;
+    UITableViewDataSource* dataSource_ = nullptr;
+    UITableViewDelegate* delegate_ = nullptr;
+    bool editing_ = false;
+    bool loaded_ = false;
+    std::vector<Section> sections_;
+    double top_ = 0;
+    double bottom_ = 0;
+    std::map<NSIndexPath, std::shared_ptr<UITableViewCell>> cells_;
+    std::multimap<std::string, std::shared_ptr<UITableViewCell>> reusable_;
+};
+
+} // namespace platform
