@@ -12,11 +12,10 @@ namespace lumora {
 
 /// The settings session: a class's copy of the tweak's settings, and the lock that its creation waits on.
 ///
-/// Every page class and every editing view class has one of its own, defined in its .cpp and never destroyed, shared by
-/// all instances for the life of the process:
+/// Every page class and every editing view class has one of its own, sessionOf<Class>(), shared by all instances for
+/// the life of the process:
 ///
-///     static auto& session = *new SettingsSession;
-///     bool LumoraPreferences::init() { return PSListController::init() && session.start(); }
+///     AppsController::AppsController() : SettingsPage(sessionOf<AppsController>()) {}
 ///
 /// There is no default value and no file on this side: what the tweak did not send reads as nil. The main thread alone
 /// starts, reads and edits; replies land from worker threads.
@@ -51,5 +50,13 @@ class SettingsSession {
     std::shared_ptr<platform::NSCondition> lock_;
     platform::Value settings_;
 };
+
+/// The one session of a class, never destroyed: replies may land as long as the process lives. To be called in the
+/// class's own .cpp only.
+template<class Owner>
+SettingsSession& sessionOf() {
+    static auto& session = *new SettingsSession;
+    return session;
+}
 
 } // namespace lumora

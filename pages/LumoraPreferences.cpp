@@ -10,16 +10,7 @@ using PreferenceHelperAdditions::addIcon;
 
 PLATFORM_CLASS(LumoraPreferences)
 
-namespace {
-
-SettingsSession& session() {
-    static auto& session = *new SettingsSession;
-    return session;
-}
-
-} // namespace
-
-LumoraPreferences::LumoraPreferences() : SettingsPage(lumora::session()) {
+LumoraPreferences::LumoraPreferences() : SettingsPage(sessionOf<LumoraPreferences>()) {
 }
 
 SettingsPage::Rows LumoraPreferences::rows(PreferenceHelper& make) {
@@ -50,7 +41,7 @@ SettingsPage::Rows LumoraPreferences::rows(PreferenceHelper& make) {
 
 void LumoraPreferences::viewWillAppear(bool animated) {
     SettingsPage::viewWillAppear(animated);
-    platform::NSLog(platform::description(SettingsPage::session().settings()));
+    platform::NSLog(platform::description(session().settings()));
 }
 
 // The two contact actions have nothing to call yet: the platform layer offers neither opening an address nor a mail

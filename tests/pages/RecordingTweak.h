@@ -37,11 +37,23 @@ class RecordingTweak {
         return changes_;
     }
 
+    void forgetChanges() {
+        const std::lock_guard hold(mutex_);
+        changes_.clear();
+    }
+
+    /// How often the settings were asked for.
+    int requests() {
+        const std::lock_guard hold(mutex_);
+        return requested_;
+    }
+
   private:
     RecordingTweak() = default;
 
     std::optional<platform::Data> settings() {
         const std::lock_guard hold(mutex_);
+        ++requested_;
         return platform::NSKeyedArchiver::archivedDataWithRootObject(settings_);
     }
 
@@ -56,6 +68,7 @@ class RecordingTweak {
     std::condition_variable changed_;
     platform::Value settings_ = platform::Dictionary{};
     std::vector<platform::Value> changes_;
+    int requested_ = 0;
     PortsFolder folder_;
     ServedPort requests_{"com.nevo.lumora/requestTweakSettings",
                          [this](auto&, auto, const auto& /*body*/) { return settings(); }};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "pages/SettingsPage.h"
+
+namespace lumora {
+
+/// The Auto-Unlock page: lets the tweak unlock the device when an application is opened from the lock screen.
+///
+/// Kept on purpose: the two passcodes are ordinary settings. The page compares them neither with anything nor with each
+/// other; whether they agree is for the tweak to say.
+class AutoUnlockController final : public SettingsPage {
+  public:
+    AutoUnlockController();
+
+  protected:
+    Rows rows(PreferenceHelper& make) override;
+};
+
+} // namespace lumora

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/preferences/PSListController.h"
+
+#include <memory>
+#include <string>
+
+namespace lumora {
+
+/// A page that shows one view and no rows: what all such pages share. The view is made anew on each appearance, fetches
+/// its settings itself and keeps nothing when the page is left.
+///
+///     class FontViewController final : public HostedViewPage {
+///       public:
+///         FontViewController() : HostedViewPage("Fonts") {}
+///       protected:
+///         std::shared_ptr<platform::UIView> makeView(const platform::CGRect& frame) override;
+///     };
+///
+/// Main thread; an appearance blocks for as long as making the view does.
+class HostedViewPage : public platform::PSListController {
+  public:
+    [[nodiscard]] std::string navigationTitle() const override { return title_; }
+    [[nodiscard]] std::string title() const override { return title_; }
+    void viewWillAppear(bool animated) override;
+
+  protected:
+    explicit HostedViewPage(std::string title) : title_(std::move(title)) {}
+
+    /// Null is shown as it is: a page without content.
+    virtual std::shared_ptr<platform::UIView> makeView(const platform::CGRect& frame) = 0;
+
+  private:
+    std::string title_;
+};
+
+} // namespace lumora

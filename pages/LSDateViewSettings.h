@@ -1,0 +1,18 @@
+#pragma once
+
+#include "pages/SettingsPage.h"
+
+namespace lumora {
+
+/// The Date View page: the lock screen's clock and date, their font, sizes and place.
+///
+/// Three of its settings stand on the Lock Screen Settings page too; each page edits its own copy.
+class LSDateViewSettings final : public SettingsPage {
+  public:
+    LSDateViewSettings();
+
+  protected:
+    Rows rows(PreferenceHelper& make) override;
+};
+
+} // namespace lumora

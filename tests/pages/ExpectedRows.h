@@ -1,0 +1,121 @@
+#pragma once
+
+#include "platform/preferences/PSListController.h"
+#include "platform/preferences/PSTextFieldSpecifier.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tests {
+
+/// Everything that a row of a settings page says of itself.
+struct ExpectedRow {
+    int cell = 0;
+    std::string name;
+    std::string identifier;
+    std::string detail;
+    std::string footer;
+    std::string placeholder;
+    std::optional<double> min;
+    std::optional<double> max;
+    bool showsValue = false;
+    std::vector<std::string> titles;
+    std::vector<platform::Value> values;
+    friend bool operator==(const ExpectedRow&, const ExpectedRow&) = default;
+
+    friend std::ostream& operator<<(std::ostream& out, const ExpectedRow& row) {
+        return out << "kind " << row.cell << " \"" << row.name << "\" key " << row.identifier << " opens " << row.detail
+                   << " footer \"" << row.footer << "\" placeholder \"" << row.placeholder << "\" bounds "
+                   << row.min.value_or(-1e9) << ".." << row.max.value_or(-1e9) << ", " << row.titles.size()
+                   << " titles, " << row.values.size() << " values";
+    }
+};
+
+using ExpectedRows = std::vector<ExpectedRow>;
+
+inline ExpectedRow row(int cell, const std::string& name, const std::string& key = "", const std::string& opens = "") {
+    ExpectedRow row;
+    row.cell = cell;
+    row.name = name;
+    row.identifier = key;
+    row.detail = opens;
+    return row;
+}
+inline ExpectedRow group(const std::string& header, const std::string& footer = "") {
+    ExpectedRow group = row(0, header);
+    group.footer = footer;
+    return group;
+}
+inline ExpectedRow page(const std::string& title, const std::string& pageClass) {
+    return row(1, title, "", pageClass);
+}
+inline ExpectedRow options(const std::string& title, const std::string& key, std::vector<std::string> titles,
+                           std::vector<platform::Value> values) {
+    ExpectedRow options = row(2, title, key, "PSListItemsController");
+    options.titles = std::move(titles);
+    options.values = std::move(values);
+    return options;
+}
+inline ExpectedRow toggle(const std::string& title, const std::string& key) {
+    return row(6, title, key);
+}
+inline ExpectedRow text(const std::string& title) {
+    return row(7, title);
+}
+inline ExpectedRow slider(const std::string& key, double min, double max) {
+    ExpectedRow slider = row(5, "", key);
+    slider.min = min;
+    slider.max = max;
+    slider.showsValue = true;
+    return slider;
+}
+inline ExpectedRow field(const std::string& placeholder, const std::string& key) {
+    ExpectedRow field = row(8, "", key);
+    field.placeholder = placeholder;
+    return field;
+}
+inline ExpectedRow secret(const std::string& placeholder, const std::string& key) {
+    ExpectedRow secret = field(placeholder, key);
+    secret.cell = 12;
+    return secret;
+}
+inline ExpectedRow button(const std::string& title) {
+    return row(13, title);
+}
+
+inline ExpectedRow asExpected(const platform::PSSpecifier& row) {
+    ExpectedRow shown = tests::row(row.cellType(), row.name(), row.identifier(), row.detail().name());
+    shown.titles = row.titles();
+    shown.values = row.values();
+    const platform::Value footer = row.property("footerText");
+    if (footer.text()) shown.footer = *footer.text();
+    if (const auto* field = dynamic_cast<const platform::PSTextFieldSpecifier*>(&row))
+        shown.placeholder = field->placeholder();
+    if (row.hasProperty("min")) shown.min = row.property("min").doubleValue();
+    if (row.hasProperty("max")) shown.max = row.property("max").doubleValue();
+    shown.showsValue = row.property("showValue").boolValue();
+    return shown;
+}
+
+/// The page has exactly these rows, in this order. Those of static text answer to the row builder, all others to the
+/// page; those with a key can be read and written, no others.
+inline void expectRows(platform::PSListController& page, const ExpectedRows& expected) {
+    const auto rows = page.specifiers();
+    ASSERT_NE(rows, nullptr);
+    EXPECT_EQ(rows->size(), expected.size());
+    for (std::size_t i = 0; i < rows->size() && i < expected.size(); ++i) {
+        SCOPED_TRACE(i + 1);
+        const platform::PSSpecifier& row = *rows->at(i);
+        EXPECT_EQ(asExpected(row), expected[i]);
+        EXPECT_EQ(row.target() == &page, row.cellType() != platform::PSStaticTextCell);
+        EXPECT_EQ(bool(row.setAction()), !expected[i].identifier.empty());
+        EXPECT_EQ(bool(row.getAction()), !expected[i].identifier.empty());
+    }
+}
+
+} // namespace tests

@@ -1,0 +1,359 @@
+#include "pages/AppsController.h"
+#include "pages/AutoUnlockController.h"
+#include "pages/LSDateViewSettings.h"
+#include "pages/LSPasscodeSettings.h"
+#include "pages/LSSettingsController.h"
+
+#include "tests/pages/ExpectedRows.h"
+#include "tests/pages/OpenPage.h"
+
+#include <gtest/gtest.h>
+
+// Each page as its users know it, written down a second time, and what its rows do.
+namespace {
+
+using lumora::AppsController;
+using lumora::AutoUnlockController;
+using lumora::LSDateViewSettings;
+using lumora::LSPasscodeSettings;
+using lumora::LSSettingsController;
+using platform::Dictionary;
+using platform::PSSpecifier;
+using platform::Value;
+using namespace tests;
+
+struct SettingsPages : testing::Test {
+    RecordingTweak& tweak = RecordingTweak::shared();
+
+    /// The only change that the tweak was sent.
+    void expectChange(const std::string& key, const Value& value) {
+        const auto changes = tweak.waitForChanges(1);
+        ASSERT_EQ(changes.size(), 1U);
+        EXPECT_EQ(changes.front(), Value(Dictionary{{"key", key}, {"object", value}}));
+    }
+
+    /// Drags a slider to one of its ends: what the control then hands over.
+    static void dragToLeftEnd(PSSpecifier& row) { row.performSetter(row.property("min").doubleValue()); }
+    static void dragToRightEnd(PSSpecifier& row) { row.performSetter(row.property("max").doubleValue()); }
+};
+
+// Lockscreen Apps
+
+TEST_F(SettingsPages, LockscreenAppsHasItsRowsInOrder) {
+    const auto apps = openPage<AppsController>();
+    expectRows(
+        *apps,
+        {
+            group("Lockscreen Apps"),
+            page("Apps", "AppsListController"),
+            page("Auto-Unlock", "AutoUnlockController"),
+            group("Options"),
+            options("Apps Per Row", "kAppsPerRow", {"1", "2", "3", "4", "5"}, {1, 2, 3, 4, 5}),
+            options("Apps Per Row In Landscape", "kAppsPerRowLandscape", {"1", "2", "3", "4", "5", "6", "7"},
+                    {1, 2, 3, 4, 5, 6, 7}),
+            toggle("Badges", "kAppBadgesEnabled"),
+            toggle("Labels", "kAppLabelsEnabled"),
+            toggle("Round Icons", "kAppRoundedEnabled"),
+            group(""),
+            text("Opacity (1.0)"),
+            slider("kAppIconOpacity", 0, 1),
+            text("Size (70)"),
+            slider("kAppIconSize", 50, 90),
+            group(""),
+            toggle("Blur Icon View Background", "kIconViewBlurEnabled"),
+            toggle("Open Apps With Long Hold", "kSwitchTapAndLongHold"),
+            toggle("Long Hold For Plugin Apps Only", "kLongHoldForPluginApps"),
+            toggle("Always Return To Lock Screen", "kAlwaysReturnToLSEnabled"),
+            group(
+                "",
+                R"(Enable "Open App With Long Hold" to open the app with a long hold and open app view plugins with a tap.)"),
+            group(
+                "",
+                R"(Enable "Long Hold For Plugin Apps Only" to open apps with associated plugins with a long hold and all other apps with a tap.)"),
+            group(
+                "",
+                R"(Enable "Always Return To Lock Screen" to always return to the lockscreen when the home button is clicked after opening an app from Lumora, even when the device does not have a passcode.)"),
+        });
+}
+
+TEST_F(SettingsPages, LockscreenAppsGivesTheVeryRowListASecondTime) {
+    const auto apps = openPage<AppsController>();
+    const auto first = apps->specifiers();
+    EXPECT_EQ(apps->specifiers(), first);
+}
+
+TEST_F(SettingsPages, ChoosingSevenInLandscapeStoresAndSendsTheInteger) {
+    const auto apps = openPage<AppsController>();
+    const auto row = rowOf(*apps, "kAppsPerRowLandscape");
+    row->performSetter(row->values().back());
+    EXPECT_EQ(row->performGetter(), Value(7));
+    expectChange("kAppsPerRowLandscape", 7);
+}
+
+TEST_F(SettingsPages, TheIconSizeReachesFiftyAtTheLeftEnd) {
+    const auto apps = openPage<AppsController>();
+    const auto row = rowOf(*apps, "kAppIconSize");
+    dragToLeftEnd(*row);
+    EXPECT_EQ(row->performGetter(), Value(50.0));
+    expectChange("kAppIconSize", 50.0);
+}
+
+TEST_F(SettingsPages, WithAnEmptyDictionaryEverySwitchReadsNilAndNothingIsSent) {
+    const auto apps = openPage<AppsController>();
+    for (const auto& row : *apps->specifiers()) {
+        if (row->cellType() == platform::PSSwitchCell) {
+            EXPECT_TRUE(row->performGetter().isNil()) << row->name();
+        }
+    }
+    // Whatever reading had sent would be recorded before this change is.
+    rowOf(*apps, "kAppBadgesEnabled")->performSetter(true);
+    expectChange("kAppBadgesEnabled", true);
+}
+
+// Lock Screen Settings
+
+TEST_F(SettingsPages, LockScreenSettingsHasItsRowsInOrder) {
+    const auto lockScreen = openPage<LSSettingsController>();
+    expectRows(*lockScreen, {
+                                group("Hide Lock Screen View Items", "On = Hidden"),
+                                toggle("Status Bar", "kLSStatusBarHidden"),
+                                toggle("Top/Bottom Grabbers", "kGrabbersDisabled"),
+                                toggle("Camera Grabber", "kCameraGrabberDisabled"),
+                                toggle("Date View", "kDateViewDisabled"),
+                                toggle("Date Subtitle", "kLSDateSubtitleHidden"),
+                                toggle("Slide To Unlock", "kSlideToUnlockDisabled"),
+                                group("", "Keeps the battery visible when the status bar is hidden"),
+                                toggle("Always Show Battery", "kAlwaysShowBattery"),
+                                group("Settings"),
+                                page("Passcode View", "LSPasscodeSettings"),
+                                page("Date View", "LSDateViewSettings"),
+                                group(""),
+                                field("Date Subtitle Text", "kLSDateSubtitle"),
+                                field("Slide To Unlock Text", "kSlideToUnlockText"),
+                            });
+}
+
+TEST_F(SettingsPages, SwitchingDateViewOnSendsThatItIsToBeHidden) {
+    const auto lockScreen = openPage<LSSettingsController>();
+    const auto row = rowOf(*lockScreen, "kDateViewDisabled");
+    row->performSetter(true);
+    EXPECT_EQ(row->performGetter(), Value(true));
+    expectChange("kDateViewDisabled", true);
+}
+
+TEST_F(SettingsPages, TypingInAFieldSendsTheText) {
+    const auto lockScreen = openPage<LSSettingsController>();
+    rowOf(*lockScreen, "kSlideToUnlockText")->performSetter("go on, then");
+    expectChange("kSlideToUnlockText", "go on, then");
+}
+
+TEST_F(SettingsPages, ClearingAFieldSendsTheEmptyText) {
+    const auto lockScreen = openPage<LSSettingsController>({{"kSlideToUnlockText", "before"}});
+    rowOf(*lockScreen, "kSlideToUnlockText")->performSetter("");
+    expectChange("kSlideToUnlockText", "");
+}
+
+TEST_F(SettingsPages, OpeningAPageBelowFetchesTheSettingsAnew) {
+    tweak.setSettings(Dictionary{{"kLSPBlurOpacity", 0.25}, {"kLSDateOffset", 4.0}});
+    const int before = tweak.requests();
+    for (const char* title : {"Passcode View", "Date View"}) {
+        const auto lockScreen = platform::make<LSSettingsController>();
+        const auto rows = lockScreen->specifiers();
+        const auto link = std::find_if(rows->begin(), rows->end(), [&](const auto& row) {
+            return row->cellType() == platform::PSLinkCell && row->name() == title;
+        });
+        ASSERT_NE(link, rows->end());
+        const auto below = std::dynamic_pointer_cast<platform::PSListController>((*link)->detail().resolve()->make());
+        ASSERT_NE(below, nullptr);
+        EXPECT_FALSE(below->specifiers()->empty());
+    }
+    EXPECT_GE(tweak.requests(), before + 2) << "each of the two pages waits for a reply of its own when first made";
+}
+
+// Auto-Unlock
+
+TEST_F(SettingsPages, AutoUnlockHasItsRowsInOrder) {
+    const auto unlock = openPage<AutoUnlockController>();
+    expectRows(*unlock,
+               {
+                   group("Auto-Unlock", "Enable and enter your passcode to temporarily unlock the device when opening "
+                                        "apps from Lumora. Device will relock if the home button is pressed."),
+                   toggle("Enable Auto-Unlock", "kAutoUnlockEnabled"),
+                   secret("Passcode", "kAutoUnlockPasscode"),
+                   group("", "Enable to fully unlock your device when opening apps from Lumora. Please confirm your "
+                             "passcode to enable this feature."),
+                   toggle("Fully Unlock Device", "kFullAutoUnlockEnabled"),
+                   secret("Passcode", "kAutoUnlockPasscodeConfirm"),
+                   group("", "Swipe notifications to temporarily unlock the LockScreen. Auto-Unlock must be enabled "
+                             "and passcode must be entered above for this feature to work."),
+                   toggle("Auto Unlock Notifications", "kAutoUnlockNotifications"),
+                   group("", "Enable to run the notification auto unlock on the main thread. This will cause a slight "
+                             "delay in the notification unlock, but is more stable. If you are not experiencing any "
+                             "issues with notification auto unlock, you can leave this disabled."),
+                   toggle("Unlock on Main Thread", "kAUNotificationsOnMainThread"),
+                   group("", "If you don't want all your apps in lumora to auto-unlock, specify them here."),
+                   page("Auto-Unlock Apps", "AUAppsListController"),
+               });
+}
+
+TEST_F(SettingsPages, APasscodeAndAnotherAsItsConfirmationAreBothSentAsTyped) {
+    const auto unlock = openPage<AutoUnlockController>();
+    rowOf(*unlock, "kAutoUnlockPasscode")->performSetter("1234");
+    expectChange("kAutoUnlockPasscode", "1234");
+    tweak.forgetChanges();
+    rowOf(*unlock, "kAutoUnlockPasscodeConfirm")->performSetter("4321");
+    expectChange("kAutoUnlockPasscodeConfirm", "4321");
+    EXPECT_EQ(rowOf(*unlock, "kAutoUnlockPasscode")->performGetter(), Value("1234"));
+}
+
+TEST_F(SettingsPages, FullUnlockIsSentWhileTheConfirmationIsEmpty) {
+    const auto unlock = openPage<AutoUnlockController>({{"kAutoUnlockPasscode", "1234"}});
+    const auto row = rowOf(*unlock, "kFullAutoUnlockEnabled");
+    row->performSetter(true);
+    EXPECT_EQ(row->performGetter(), Value(true));
+    expectChange("kFullAutoUnlockEnabled", true);
+}
+
+// Passcode View
+
+TEST_F(SettingsPages, PasscodeViewHasItsRowsInOrder) {
+    const auto passcode = openPage<LSPasscodeSettings>();
+    expectRows(*passcode, {
+                              group("Hide Items", "On = Hidden"),
+                              toggle("Passcode Blur", "kLSPasscodeBlurHidden"),
+                              toggle("Emergency & Cancel", "kLSPasscodeButtonsHidden"),
+                              toggle("Status Title", "kLSPasscodeTitleHidden"),
+                              group("Settings"),
+                              toggle("Custom Blur Color", "kLSBlurColorEnabled"),
+                              page("Blur Color", "ColorPickerController"),
+                              toggle("Blur Cutoff", "kLSBlurCutoffEnabled"),
+                              text("Blur Opacity (1)"),
+                              slider("kLSPBlurOpacity", 0, 1),
+                              text("Tint Opacity (1)"),
+                              slider("kLSPTintOpacity", 0, 1),
+                              group(""),
+                              toggle("Enable Blur For Icon View", "kIconViewBlurEnabled"),
+                              group(""),
+                              text("Button Diameter Offset (0)"),
+                              slider("kLSPButtonDiam", -15, 15),
+                              text("Button Horizontal Spacing (1.0)"),
+                              slider("kLSPButtonSpacingH", 0, 3),
+                              text("Button Vertical Spacing (1.0)"),
+                              slider("kLSPButtonSpacingV", 0, 3),
+                          });
+}
+
+TEST_F(SettingsPages, TheButtonDiameterReachesFifteenBelowZeroAtTheLeftEnd) {
+    const auto passcode = openPage<LSPasscodeSettings>();
+    dragToLeftEnd(*rowOf(*passcode, "kLSPButtonDiam"));
+    expectChange("kLSPButtonDiam", -15.0);
+}
+
+TEST_F(SettingsPages, BothButtonSpacingsReachThreeAtTheRightEnd) {
+    const auto passcode = openPage<LSPasscodeSettings>();
+    for (const char* key : {"kLSPButtonSpacingH", "kLSPButtonSpacingV"}) {
+        const auto row = rowOf(*passcode, key);
+        dragToRightEnd(*row);
+        EXPECT_EQ(row->performGetter(), Value(3.0));
+    }
+}
+
+TEST_F(SettingsPages, TheColourLinkStaysWhetherTheCustomColourIsOnOrOff) {
+    for (const bool on : {false, true}) {
+        const auto passcode = openPage<LSPasscodeSettings>({{"kLSBlurColorEnabled", on}});
+        const auto link = passcode->specifiers()->at(6);
+        EXPECT_EQ(link->cellType(), platform::PSLinkCell);
+        EXPECT_EQ(link->detail().name(), "ColorPickerController");
+    }
+}
+
+// Date View
+
+TEST_F(SettingsPages, DateViewHasItsRowsInOrder) {
+    const auto dateView = openPage<LSDateViewSettings>();
+    expectRows(*dateView, {
+                              group("Hide Items", "On = Hidden"),
+                              toggle("Date View", "kDateViewDisabled"),
+                              toggle("Date Subtitle", "kLSDateSubtitleHidden"),
+                              group("Settings"),
+                              page("Date View Font", "FontViewController"),
+                              text("Time Font Size (87.5)"),
+                              slider("kLSDateFontSize", 10, 150),
+                              text("Date Subtitle Font Size (18)"),
+                              slider("kLSDateSubtitleFontSize", 5, 50),
+                              text("Date View Offset (0)"),
+                              slider("kLSDateOffset", -10, 50),
+                              group(""),
+                              field("Date Subtitle Text", "kLSDateSubtitle"),
+                          });
+}
+
+TEST_F(SettingsPages, TheTimeFontSizeReachesTenAndAHundredAndFifty) {
+    const auto dateView = openPage<LSDateViewSettings>();
+    const auto row = rowOf(*dateView, "kLSDateFontSize");
+    dragToLeftEnd(*row);
+    EXPECT_EQ(row->performGetter(), Value(10.0));
+    expectChange("kLSDateFontSize", 10.0);
+    tweak.forgetChanges();
+    dragToRightEnd(*row);
+    EXPECT_EQ(row->performGetter(), Value(150.0));
+    expectChange("kLSDateFontSize", 150.0);
+}
+
+TEST_F(SettingsPages, TheDateViewOffsetReachesTenBelowZero) {
+    const auto dateView = openPage<LSDateViewSettings>();
+    dragToLeftEnd(*rowOf(*dateView, "kLSDateOffset"));
+    expectChange("kLSDateOffset", -10.0);
+}
+
+TEST_F(SettingsPages, AChangeOnTheDateViewPageLeavesTheOpenPageBelowAsItWas) {
+    const auto lockScreen =
+        openPage<LSSettingsController>({{"kLSDateSubtitle", "earlier"}, {"kDateViewDisabled", false}});
+    const auto dateView = openPage<LSDateViewSettings>({{"kLSDateSubtitle", "earlier"}, {"kDateViewDisabled", false}});
+    rowOf(*dateView, "kLSDateSubtitle")->performSetter("later");
+    rowOf(*dateView, "kDateViewDisabled")->performSetter(true);
+    tweak.waitForChanges(2);
+    EXPECT_EQ(rowOf(*dateView, "kLSDateSubtitle")->performGetter(), Value("later"));
+    EXPECT_EQ(rowOf(*lockScreen, "kLSDateSubtitle")->performGetter(), Value("earlier"));
+    EXPECT_EQ(rowOf(*lockScreen, "kDateViewDisabled")->performGetter(), Value(false));
+}
+
+// All of them
+
+template<class Page>
+struct EveryPageOfRows : testing::Test {};
+using PagesOfRows =
+    testing::Types<AppsController, AutoUnlockController, LSDateViewSettings, LSPasscodeSettings, LSSettingsController>;
+TYPED_TEST_SUITE(EveryPageOfRows, PagesOfRows);
+
+TYPED_TEST(EveryPageOfRows, IsFoundByItsClassName) {
+    const std::string name = testing::internal::GetTypeName<TypeParam>();
+    const auto found = platform::NSClassFromString(name.substr(name.rfind(':') + 1));
+    ASSERT_NE(found, nullptr) << name;
+    EXPECT_EQ(found->name, name.substr(name.rfind(':') + 1));
+}
+
+TYPED_TEST(EveryPageOfRows, SetsNoTitleOfItsOwn) {
+    const auto opened = openPage<TypeParam>();
+    opened->setTitle("the opening row's");
+    EXPECT_EQ(opened->title(), "the opening row's");
+    EXPECT_EQ(opened->navigationTitle(), "the opening row's");
+}
+
+TYPED_TEST(EveryPageOfRows, KeepsADictionaryOfItsOwn) {
+    const auto opened = openPage<TypeParam>({{"probe", "this page's"}});
+    (void)openPage<std::conditional_t<std::is_same_v<TypeParam, AppsController>, LSSettingsController, AppsController>>(
+        {{"probe", "another page's"}});
+    const auto probe =
+        PSSpecifier::preferenceSpecifierNamed("", nullptr, nullptr, nullptr, {}, platform::PSSwitchCell, false);
+    probe->setIdentifier("probe");
+    EXPECT_EQ(opened->getValue(*probe), Value("this page's"));
+}
+
+TYPED_TEST(EveryPageOfRows, ReadsEveryAbsentKeyAsNil) {
+    const auto opened = openPage<TypeParam>();
+    for (const auto& row : *opened->specifiers())
+        EXPECT_TRUE(row->performGetter().isNil()) << row->identifier();
+}
+
+} // namespace
