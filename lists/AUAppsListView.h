@@ -1,0 +1,19 @@
+#pragma once
+
+#include "lists/ApplicationsListView.h"
+
+namespace lumora {
+
+/// The content of the "Auto-Unlock Apps" page: which of the chosen applications are not to unlock the device. It saves
+/// the disabled ones and only reads which are chosen; no application is hidden from it. Main thread.
+class AUAppsListView final : public ApplicationsListView {
+  public:
+    AUAppsListView();
+
+  protected:
+    Selection setupArrays() override;
+    const char* savedKey() const override;
+    const std::vector<std::string>& savedList() const override { return disabled(); }
+};
+
+} // namespace lumora

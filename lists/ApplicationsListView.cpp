@@ -1,0 +1,72 @@
+#include "lists/ApplicationsListView.h"
+
+namespace lumora {
+
+using namespace platform;
+
+namespace {
+
+constexpr const char* kAppListLibrary = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
+constexpr double kIconSize = 29;
+
+} // namespace
+
+const std::vector<std::string>& ApplicationsListView::hiddenDisplayIdentifiers() {
+    static const auto& hidden = *new std::vector<std::string>{
+        "com.apple.AdSheet",
+        "com.apple.AdSheetPhone",
+        "com.apple.AdSheetPad",
+        "com.apple.DataActivation",
+        "com.apple.DemoApp",
+        "com.apple.fieldtest",
+        "com.apple.iosdiagnostics",
+        "com.apple.iphoneos.iPodOut",
+        "com.apple.TrustMe",
+        "com.apple.WebSheet",
+        "com.apple.springboard",
+        "com.apple.purplebuddy",
+        "com.apple.datadetectors.DDActionsService",
+        "com.apple.FacebookAccountMigrationDialog",
+        "com.apple.iad.iAdOptOut",
+        "com.apple.ios.StoreKitUIService",
+        "com.apple.TextInput.kbd",
+        "com.apple.MailCompositionService",
+        "com.apple.mobilesms.compose",
+        "com.apple.quicklook.quicklookd",
+        "com.apple.ShoeboxUIService",
+        "com.apple.social.remoteui.SocialUIService",
+        "com.apple.WebViewService",
+        "com.apple.gamecenter.GameCenterUIService",
+        "com.apple.appleaccount.AACredentialRecoveryDialog",
+        "com.apple.CompassCalibrationViewService",
+        "com.apple.WebContentFilter.remoteUI.WebContentAnalysisUI",
+        "com.apple.PassbookUIService",
+        "com.apple.uikit.PrintStatus",
+        "com.apple.Copilot",
+        "com.apple.MusicUIService",
+        "com.apple.AccountAuthenticationDialog",
+        "com.apple.MobileReplayer",
+        "com.apple.SiriViewService",
+    };
+    return hidden;
+}
+
+void ApplicationsListView::prepare() {
+    applist_ = openLibrary(kAppListLibrary);
+    if (const auto* list = ALApplicationList::sharedApplicationList()) applications_ = list->applications();
+}
+
+std::string ApplicationsListView::footer() const {
+    return "Swipe left on the lockscreen to see selected apps.";
+}
+
+unsigned ApplicationsListView::tableMask() const {
+    return UIViewAutoresizingFlexibleWidth | UIViewAutoresizingFlexibleHeight;
+}
+
+void ApplicationsListView::decorate(UITableViewCell& cell, const std::string& identifier) {
+    const auto* list = ALApplicationList::sharedApplicationList();
+    cell.imageView().setImage(list ? list->iconOfSizeForDisplayIdentifier(kIconSize, identifier) : nullptr);
+}
+
+} // namespace lumora

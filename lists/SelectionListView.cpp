@@ -1,0 +1,146 @@
+#include "lists/SelectionListView.h"
+
+#include "platform/foundation/Collation.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+
+namespace lumora {
+
+using namespace platform;
+
+namespace {
+
+enum Section : int { kEnabled = 0, kDisabled = 1 };
+
+constexpr const char* kCell = "theCell";
+constexpr double kRowHeight = 40.0;
+
+std::string_view titleOf(const std::string& identifier, const Titles& titles) {
+    const auto found = titles.find(identifier);
+    return found == titles.end() ? std::string_view() : std::string_view(found->second);
+}
+
+} // namespace
+
+bool SelectionListView::initWithFrame(const CGRect& frame) {
+    if (!UIView::initWithFrame(frame) || !session_.start()) return false;
+    prepare();
+    setupTableViewWithFrame(frame);
+    return true;
+}
+
+void SelectionListView::setupTableViewWithFrame(const CGRect& frame) {
+    selection_ = setupArrays();
+    tableView_ = make<UITableView>(frame, UITableViewStyleGrouped);
+    tableView_->setDelegate(this);
+    tableView_->setDataSource(this);
+    tableView_->setEditing(true);
+    tableView_->setAutoresizingMask(tableMask());
+    addSubview(tableView_);
+}
+
+void SelectionListView::savePreferences() {
+    const auto& list = savedList();
+    session_.setValue(List(list.begin(), list.end()), savedKey());
+}
+
+std::vector<std::string> SelectionListView::saved(const char* key) const {
+    std::vector<std::string> texts;
+    const Value value = session_.value(key);
+    if (const List* list = value.list()) {
+        for (const Value& entry : *list)
+            if (entry.text()) texts.push_back(*entry.text());
+    }
+    return texts;
+}
+
+std::string SelectionListView::identifierAt(NSIndexPath path) const {
+    const std::vector<std::string> none;
+    const auto& list = path.section == kEnabled ? enabled() : path.section == kDisabled ? disabled() : none;
+    return path.row >= 0 && std::cmp_less(path.row, list.size()) ? list[static_cast<std::size_t>(path.row)] : "";
+}
+
+int SelectionListView::numberOfSectionsInTableView(UITableView& /*tableView*/) {
+    return 2;
+}
+
+int SelectionListView::numberOfRowsInSection(UITableView& /*tableView*/, int section) {
+    if (section == kEnabled) return static_cast<int>(enabled().size());
+    return section == kDisabled ? static_cast<int>(disabled().size()) : 0;
+}
+
+std::shared_ptr<UITableViewCell> SelectionListView::cellForRowAtIndexPath(UITableView& tableView, NSIndexPath path) {
+    auto cell = tableView.dequeueReusableCellWithIdentifier(kCell);
+    if (!cell) cell = make<UITableViewCell>(UITableViewCellStyleDefault, kCell);
+    const std::string identifier = identifierAt(path);
+    cell->textLabel().setText(std::string(titleOf(identifier, titles())));
+    cell->detailTextLabel().setText(identifier);
+    cell->detailTextLabel().setHidden(true);
+    decorate(*cell, identifier);
+    return cell;
+}
+
+std::string SelectionListView::titleForHeaderInSection(UITableView& /*tableView*/, int section) {
+    if (section == kEnabled) return "Enabled";
+    return section == kDisabled ? "Disabled" : "";
+}
+
+std::string SelectionListView::titleForFooterInSection(UITableView& /*tableView*/, int section) {
+    return section == kEnabled ? " " : footer();
+}
+
+bool SelectionListView::canMoveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
+    return true;
+}
+
+void SelectionListView::moveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath from, NSIndexPath to) {
+    selection_ = moved(std::move(selection_), from, to);
+    savePreferences();
+}
+
+double SelectionListView::heightForRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
+    return kRowHeight;
+}
+
+UITableViewCellEditingStyle SelectionListView::editingStyleForRowAtIndexPath(UITableView& /*tableView*/,
+                                                                             NSIndexPath /*path*/) {
+    return UITableViewCellEditingStyleNone;
+}
+
+bool SelectionListView::shouldIndentWhileEditingRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
+    return false;
+}
+
+std::vector<std::string> sortedByTitle(const std::vector<std::string>& identifiers, const Titles& titles) {
+    // Each title is looked up once, not at each comparison.
+    std::vector<std::pair<std::string_view, const std::string*>> rows;
+    rows.reserve(identifiers.size());
+    for (const std::string& identifier : identifiers)
+        rows.emplace_back(titleOf(identifier, titles), &identifier);
+    std::sort(rows.begin(), rows.end(),
+              [](const auto& a, const auto& b) { return localizedCaseInsensitiveCompare(a.first, b.first) < 0; });
+    std::vector<std::string> sorted;
+    sorted.reserve(rows.size());
+    for (const auto& [title, identifier] : rows)
+        sorted.push_back(*identifier);
+    return sorted;
+}
+
+std::vector<std::string> sortedByTitle(const Titles& titles) {
+    std::vector<std::string> identifiers;
+    identifiers.reserve(titles.size());
+    for (const auto& [identifier, title] : titles)
+        identifiers.push_back(identifier);
+    return sortedByTitle(identifiers, titles);
+}
+
+std::vector<std::string> without(std::vector<std::string> identifiers, const std::vector<std::string>& removed) {
+    const std::unordered_set<std::string_view> gone(removed.begin(), removed.end());
+    std::erase_if(identifiers, [&](const std::string& identifier) { return gone.contains(identifier); });
+    return identifiers;
+}
+
+} // namespace lumora
