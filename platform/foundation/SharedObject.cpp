@@ -50,11 +50,11 @@ std::string faultOf(const std::filesystem::path& file) {
 
 } // namespace
 
-Result<void*> loadSharedObject(const std::filesystem::path& file) {
+Result<void*> loadSharedObject(const std::filesystem::path& file, Binding binding) {
     if (std::string fault = faultOf(file); !fault.empty())
         return Result<void*>::failure(file.string() + " cannot be loaded: " + fault);
     // RTLD_NODELETE: objects and page classes of the library outlive every request to unload it.
-    void* handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    void* handle = dlopen(file.c_str(), (binding == Binding::Lazy ? RTLD_LAZY : RTLD_NOW) | RTLD_LOCAL | RTLD_NODELETE);
     if (!handle) return Result<void*>::failure(dlerror());
     return handle;
 }

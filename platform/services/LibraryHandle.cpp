@@ -1,0 +1,56 @@
+#include "platform/services/LibraryHandle.h"
+
+#include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/SharedObject.h"
+
+#include <algorithm>
+#include <dlfcn.h>
+#include <mutex>
+#include <vector>
+
+namespace platform {
+namespace {
+
+/// What each open handle got from the loader, in the order of opening. Never destroyed, as handles may outlive statics.
+struct OpenLibraries {
+    std::mutex mutex;
+    std::vector<void*> codes;
+};
+
+OpenLibraries& all() {
+    static auto& libraries = *new OpenLibraries;
+    return libraries;
+}
+
+} // namespace
+
+LibraryHandle openLibrary(std::string_view fixedPath) {
+    const Result<void*> code = loadSharedObject(devicePath(fixedPath), Binding::Lazy);
+    // Silent: a library of somebody else's may be missing, and a list without it is all that the user is to see.
+    if (!code) return {};
+    const std::lock_guard lock(all().mutex);
+    all().codes.push_back(code.value());
+    return LibraryHandle(code.value());
+}
+
+LibraryHandle::~LibraryHandle() {
+    if (!code_) return;
+    const std::lock_guard lock(all().mutex);
+    std::vector<void*>& codes = all().codes;
+    codes.erase(std::find(codes.begin(), codes.end(), code_));
+    dlclose(code_);
+}
+
+int openLibraries() {
+    const std::lock_guard lock(all().mutex);
+    return int(all().codes.size());
+}
+
+const void* symbolOfOpenLibraries(const char* name) {
+    const std::lock_guard lock(all().mutex);
+    for (void* code : all().codes)
+        if (const void* symbol = dlsym(code, name)) return symbol;
+    return nullptr;
+}
+
+} // namespace platform
