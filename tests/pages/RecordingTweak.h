@@ -42,6 +42,13 @@ class RecordingTweak {
         changes_.clear();
     }
 
+    /// Answers to who asks for the settings are held back until they are let go.
+    void holdAnswers(bool held) {
+        const std::lock_guard hold(mutex_);
+        held_ = held;
+        changed_.notify_all();
+    }
+
     /// How often the settings were asked for.
     int requests() {
         const std::lock_guard hold(mutex_);
@@ -52,8 +59,9 @@ class RecordingTweak {
     RecordingTweak() = default;
 
     std::optional<platform::Data> settings() {
-        const std::lock_guard hold(mutex_);
+        std::unique_lock hold(mutex_);
         ++requested_;
+        changed_.wait(hold, [&] { return !held_; });
         return platform::NSKeyedArchiver::archivedDataWithRootObject(settings_);
     }
 
@@ -69,6 +77,7 @@ class RecordingTweak {
     platform::Value settings_ = platform::Dictionary{};
     std::vector<platform::Value> changes_;
     int requested_ = 0;
+    bool held_ = false;
     PortsFolder folder_;
     ServedPort requests_{"com.nevo.lumora/requestTweakSettings",
                          [this](auto&, auto, const auto& /*body*/) { return settings(); }};

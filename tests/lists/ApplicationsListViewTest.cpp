@@ -1,0 +1,311 @@
+#include "lists/AUAppsListController.h"
+#include "lists/AUAppsListView.h"
+#include "lists/AppsListController.h"
+#include "lists/AppsListView.h"
+
+#include "tests/pages/RecordingTweak.h"
+#include "tests/support/DeviceFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <dlfcn.h>
+#include <thread>
+
+namespace {
+
+using lumora::AppsListView;
+using lumora::AUAppsListView;
+using lumora::SelectionListView;
+using platform::CGRectMake;
+using platform::Dictionary;
+using platform::List;
+using platform::make;
+using platform::NSIndexPath;
+using platform::Value;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using testing::UnorderedElementsAre;
+using tests::RecordingTweak;
+
+constexpr const char* kLibrary = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
+constexpr const char* kApplications = "/Library/MobileSubstrate/DynamicLibraries/applications.txt";
+constexpr auto kFrame = CGRectMake(0, 0, 390, 760);
+
+Value change(const char* key, List list) {
+    return Dictionary{{"key", key}, {"object", std::move(list)}};
+}
+
+/// The lists are each made once in a test, as each test runs in a process of its own: only the first view of a class
+/// waits for what the tweak has to say.
+struct ApplicationLists : testing::Test {
+    tests::DeviceFolder device;
+    RecordingTweak& tweak = RecordingTweak::shared();
+
+    void installLibrary(const std::string& applications) const {
+        device.install(LUMORA_FILE_APP_LIST, kLibrary);
+        device.write(applications, kApplications);
+    }
+    /// A number that the library keeps of its use.
+    template<class Number>
+    Number counted(const char* name) const {
+        void* handle = dlopen((device.path() / (kLibrary + 1)).c_str(), RTLD_NOW | RTLD_NOLOAD);
+        const auto* number = static_cast<const Number*>(dlsym(handle, name));
+        dlclose(handle);
+        return *number;
+    }
+    static void draw(SelectionListView& view) { view.tableView().layoutIfNeeded(); }
+    static std::string titleAt(SelectionListView& view, NSIndexPath path) {
+        draw(view);
+        const auto cell = view.tableView().cellForRowAtIndexPath(path);
+        return cell ? cell->textLabel().text() : "no cell";
+    }
+    static std::vector<std::string> titles(SelectionListView& view, int section) {
+        draw(view);
+        std::vector<std::string> shown;
+        for (int row = 0; row < view.tableView().numberOfRowsInSection(section); ++row)
+            shown.push_back(titleAt(view, {section, row}));
+        return shown;
+    }
+};
+
+const std::string kSixApplications = "org.b\tbanana\n"
+                                     "org.c\tCherry\n"
+                                     "org.a\tapple\n"
+                                     "com.apple.springboard\tSpringBoard\n"
+                                     "org.e\tÉclair\n"
+                                     "org.d\tdate\n";
+
+TEST_F(ApplicationLists, AppsShowsTheSavedOnesInTheirOrderAndTheOthersSortedByName) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}});
+    const auto view = make<AppsListView>(kFrame);
+    draw(*view);
+    EXPECT_THAT(titles(*view, 0), ElementsAre("date", "apple"));
+    EXPECT_THAT(titles(*view, 1), ElementsAre("banana", "Cherry", "Éclair"));
+    EXPECT_THAT(view->enabled(), ElementsAre("org.d", "org.a"));
+}
+
+TEST_F(ApplicationLists, AppsNeverOffersASystemService) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{});
+    const auto view = make<AppsListView>(kFrame);
+    EXPECT_THAT(view->disabled(), Not(Contains("com.apple.springboard")));
+    EXPECT_EQ(view->disabled().size(), 5U);
+}
+
+TEST_F(ApplicationLists, AppsShowsASystemServiceThatWasSaved) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"com.apple.springboard"}}});
+    const auto view = make<AppsListView>(kFrame);
+    EXPECT_THAT(titles(*view, 0), ElementsAre("SpringBoard"));
+}
+
+TEST(HiddenDisplayIdentifiers, AreThirtyFourInOrder) {
+    const auto& hidden = AppsListView::hiddenDisplayIdentifiers();
+    EXPECT_EQ(hidden.size(), 34U);
+    EXPECT_EQ(hidden.front(), "com.apple.AdSheet");
+    EXPECT_EQ(hidden.at(10), "com.apple.springboard");
+    EXPECT_EQ(hidden.back(), "com.apple.SiriViewService");
+    EXPECT_EQ(&AUAppsListView::hiddenDisplayIdentifiers(), &hidden);
+    EXPECT_THAT(hidden, Each(testing::StartsWith("com.apple.")));
+}
+
+TEST_F(ApplicationLists, AppsSavesWhatIsEnabledAtEachDrop) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}});
+    const auto view = make<AppsListView>(kFrame);
+    draw(*view);
+    view->tableView().dropRow({1, 1}, {0, 1});
+    EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAppsEnabled", {"org.d", "org.c", "org.a"})));
+    EXPECT_THAT(titles(*view, 0), ElementsAre("date", "Cherry", "apple"));
+    EXPECT_THAT(titles(*view, 1), ElementsAre("banana", "Éclair"));
+}
+
+TEST_F(ApplicationLists, AMissingSavedListStartsEmptyAndSavesWhatItShows) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{});
+    const auto view = make<AppsListView>(kFrame);
+    draw(*view);
+    EXPECT_THAT(view->enabled(), IsEmpty());
+    view->tableView().dropRow({1, 0}, {0, 0});
+    EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAppsEnabled", {"org.a"})));
+}
+
+TEST_F(ApplicationLists, AnApplicationThatIsGoneHasAnEmptyTitleNoIconAndIsSavedBack) {
+    installLibrary("org.a\tapple\n");
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"plain.gone", "org.a"}}});
+    const auto view = make<AppsListView>(kFrame);
+    draw(*view);
+    const auto cell = view->tableView().cellForRowAtIndexPath({0, 0});
+    EXPECT_EQ(cell->textLabel().text(), "");
+    EXPECT_EQ(cell->imageView().image(), nullptr);
+    EXPECT_EQ(cell->detailTextLabel().text(), "plain.gone");
+    EXPECT_TRUE(cell->detailTextLabel().isHidden());
+    view->tableView().dropRow({0, 0}, {0, 1});
+    EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAppsEnabled", {"org.a", "plain.gone"})));
+}
+
+TEST_F(ApplicationLists, IconsAreAskedForAtTwentyNinePointsAndOnlyForRowsInView) {
+    std::string many;
+    for (int i = 0; i < 10000; ++i)
+        many += "org.app" + std::to_string(i) + "\tApplication " + std::to_string(i) + "\n";
+    installLibrary(many);
+    tweak.setSettings(Dictionary{});
+    const auto view = make<AppsListView>(kFrame);
+    draw(*view);
+    EXPECT_EQ(view->disabled().size(), 10000U);
+    const auto rowsInView = static_cast<int>(view->tableView().visibleCells().size());
+    EXPECT_LE(rowsInView, 19) << "760 points hold 19 rows of 40";
+    EXPECT_EQ(counted<int>("FileAppList_iconsAsked"), 2 * rowsInView) << "once and twice as sharp";
+    EXPECT_EQ(counted<double>("FileAppList_lastSize"), 29);
+    EXPECT_NE(view->tableView().visibleCells().begin()->second->imageView().image(), nullptr);
+}
+
+TEST_F(ApplicationLists, WithoutTheLibraryOnlyWhatWasSavedShowsUntitled) {
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.b", "org.a"}}, {"kAUAppsDisabled", List{"org.a"}}});
+    const auto apps = make<AppsListView>(kFrame);
+    EXPECT_THAT(apps->enabled(), ElementsAre("org.b", "org.a"));
+    EXPECT_THAT(apps->disabled(), IsEmpty());
+    draw(*apps);
+    EXPECT_THAT(titles(*apps, 0), ElementsAre("", ""));
+    EXPECT_EQ(apps->tableView().cellForRowAtIndexPath({0, 0})->imageView().image(), nullptr);
+    const auto exempt = make<AUAppsListView>(kFrame);
+    EXPECT_THAT(exempt->enabled(), ElementsAre("org.b"));
+    EXPECT_THAT(exempt->disabled(), ElementsAre("org.a"));
+}
+
+TEST_F(ApplicationLists, AHandleThatWasNeverGotIsNotClosed) {
+    tweak.setSettings(Dictionary{});
+    ASSERT_EQ(platform::openLibraries(), 0);
+    {
+        const auto view = make<AppsListView>(kFrame);
+        EXPECT_EQ(platform::openLibraries(), 0);
+    }
+    EXPECT_EQ(platform::openLibraries(), 0);
+}
+
+TEST_F(ApplicationLists, TheLibraryIsOpenForAsLongAsAViewLives) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{});
+    {
+        const auto apps = make<AppsListView>(kFrame);
+        const auto exempt = make<AUAppsListView>(kFrame);
+        EXPECT_EQ(platform::openLibraries(), 2);
+    }
+    EXPECT_EQ(platform::openLibraries(), 0);
+    EXPECT_EQ(platform::ALApplicationList::sharedApplicationList(), nullptr);
+}
+
+TEST_F(ApplicationLists, AutoUnlockAppsShowsTheChosenOnesAndSortsTheExemptOnes) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.c", "org.a", "com.apple.springboard"}},
+                                 {"kAUAppsDisabled", List{"org.e", "org.c", "org.b"}}});
+    const auto view = make<AUAppsListView>(kFrame);
+    draw(*view);
+    EXPECT_THAT(titles(*view, 0), ElementsAre("date", "apple", "SpringBoard")) << "nothing is hidden here";
+    EXPECT_THAT(titles(*view, 1), ElementsAre("banana", "Cherry", "Éclair"));
+}
+
+TEST_F(ApplicationLists, AutoUnlockAppsSavesTheExemptOnesAndNeverTheChosenOnes) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}, {"kAUAppsDisabled", List{}}});
+    const auto view = make<AUAppsListView>(kFrame);
+    draw(*view);
+    view->tableView().dropRow({0, 0}, {1, 0});
+    EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAUAppsDisabled", {"org.d"})));
+    view->tableView().dropRow({0, 0}, {0, 0});
+    EXPECT_THAT(tweak.waitForChanges(2), Each(change("kAUAppsDisabled", {"org.d"})))
+        << "every drop is saved, and only under that key";
+}
+
+TEST_F(ApplicationLists, AnExemptApplicationStaysThoughItIsChosenNoMore) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.a"}}, {"kAUAppsDisabled", List{"org.d"}}});
+    const auto view = make<AUAppsListView>(kFrame);
+    EXPECT_THAT(view->enabled(), ElementsAre("org.a"));
+    EXPECT_THAT(view->disabled(), ElementsAre("org.d"));
+}
+
+TEST_F(ApplicationLists, AnOrderGivenToTheExemptOnesIsSavedAndGoneAtTheNextBuild) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{{"kAUAppsDisabled", List{"org.a", "org.b", "org.c"}}});
+    const auto first = make<AUAppsListView>(kFrame);
+    draw(*first);
+    first->tableView().dropRow({1, 0}, {1, 2});
+    EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAUAppsDisabled", {"org.b", "org.c", "org.a"})));
+    const auto second = make<AUAppsListView>(kFrame);
+    EXPECT_THAT(second->disabled(), ElementsAre("org.a", "org.b", "org.c"));
+}
+
+TEST_F(ApplicationLists, AnIdentifierWithoutANameSortsAsTheEmptyText) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{{"kAUAppsDisabled", List{"org.a", "org.gone"}}});
+    const auto view = make<AUAppsListView>(kFrame);
+    EXPECT_THAT(view->disabled(), ElementsAre("org.gone", "org.a"));
+}
+
+TEST_F(ApplicationLists, TheTableFollowsTheViewsSize) {
+    tweak.setSettings(Dictionary{});
+    const auto view = make<AppsListView>(kFrame);
+    EXPECT_EQ(view->tableView().autoresizingMask(), 18U);
+    view->setFrame(CGRectMake(0, 0, 1024, 700));
+    EXPECT_EQ(view->tableView().frame(), CGRectMake(0, 0, 1024, 700));
+}
+
+TEST_F(ApplicationLists, BothHaveTheSameFooterBeneathTheLastSection) {
+    tweak.setSettings(Dictionary{});
+    for (const std::shared_ptr<SelectionListView>& view :
+         {std::shared_ptr<SelectionListView>(make<AppsListView>(kFrame)),
+          std::shared_ptr<SelectionListView>(make<AUAppsListView>(kFrame))}) {
+        auto& table = view->tableView();
+        EXPECT_EQ(view->titleForFooterInSection(table, 0), " ");
+        EXPECT_EQ(view->titleForFooterInSection(table, 1), "Swipe left on the lockscreen to see selected apps.");
+        EXPECT_EQ(view->titleForFooterInSection(table, 2), "Swipe left on the lockscreen to see selected apps.");
+    }
+}
+
+TEST_F(ApplicationLists, ASavedValueThatIsNoListCountsAsNone) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{{"kAppsEnabled", "org.a"}, {"kAUAppsDisabled", 7}});
+    EXPECT_THAT(make<AppsListView>(kFrame)->enabled(), IsEmpty());
+    EXPECT_THAT(make<AUAppsListView>(kFrame)->disabled(), IsEmpty());
+}
+
+// The pages that host them
+
+TEST_F(ApplicationLists, ThePagesHaveTheirTitlesAndViews) {
+    tweak.setSettings(Dictionary{});
+    const auto apps = make<lumora::AppsListController>();
+    const auto exempt = make<lumora::AUAppsListController>();
+    apps->viewWillAppear(false);
+    exempt->viewWillAppear(false);
+    EXPECT_EQ(apps->title(), "Apps");
+    EXPECT_EQ(exempt->title(), "Auto-Unlock Apps");
+    EXPECT_NE(std::dynamic_pointer_cast<AppsListView>(apps->view()), nullptr);
+    EXPECT_NE(std::dynamic_pointer_cast<AUAppsListView>(exempt->view()), nullptr);
+    EXPECT_NE(platform::NSClassFromString("AppsListController"), nullptr);
+    EXPECT_NE(platform::NSClassFromString("AUAppsListController"), nullptr);
+}
+
+TEST_F(ApplicationLists, AMoveInOneViewIsThereInTheNextOneOfItsPage) {
+    installLibrary(kSixApplications);
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.a", "org.b"}}});
+    const auto page = make<lumora::AppsListController>();
+    page->viewWillAppear(false);
+    const auto first = std::dynamic_pointer_cast<AppsListView>(page->view());
+    draw(*first);
+    first->tableView().dropRow({0, 0}, {0, 1});
+    tweak.holdAnswers(true); // so what the second one shows is what is already here
+    page->viewWillAppear(false);
+    tweak.holdAnswers(false);
+    const auto second = std::dynamic_pointer_cast<AppsListView>(page->view());
+    EXPECT_NE(second, first);
+    EXPECT_THAT(second->enabled(), ElementsAre("org.b", "org.a"));
+}
+
+} // namespace
