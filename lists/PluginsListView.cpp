@@ -1,17 +1,20 @@
 #include "lists/PluginsListView.h"
 
 #include "link/PreferenceKeys.h"
-#include "lists/PluginDiscovery.h"
 
 namespace lumora {
 
 PluginsListView::PluginsListView() : SelectionListView(sessionOf<PluginsListView>()) {
 }
 
+std::vector<Plugin> PluginsListView::getPlugins() {
+    return discoverPlugins(false);
+}
+
 Selection PluginsListView::setupArrays() {
     plugins_.clear();
-    for (const auto& plugin : getPlugins())
-        plugins_[plugin.identifier()] = plugin.name();
+    for (const Plugin& plugin : getPlugins())
+        plugins_[plugin.identifier().value_or("")] = plugin.name().value_or("");
     Selection lists;
     lists.enabled = saved(kAppViewsEnabled);
     lists.disabled = without(sortedByTitle(plugins_), lists.enabled);

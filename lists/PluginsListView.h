@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lists/PluginDiscovery.h"
 #include "lists/SelectionListView.h"
 
 namespace lumora {
@@ -9,6 +10,9 @@ namespace lumora {
 class PluginsListView final : public SelectionListView {
   public:
     PluginsListView();
+
+    /// Every plug-in that is installed and can be used, with a settings page or without.
+    [[nodiscard]] static std::vector<Plugin> getPlugins();
 
   protected:
     Selection setupArrays() override;

@@ -258,4 +258,76 @@ TEST_F(NavigationTest, ResizesWhatIsInTheHostedViewByItsMask) {
     EXPECT_EQ(top().view->subviews.at(0).frame, CGRectMake(1, 2, 3 + 1024 - 390, 4));
 }
 
+/// A page with a table of ten rows and one, drawn with headers of 50 points and footers of 20.
+struct TableNavigationTest : NavigationTest {
+    void SetUp() override {
+        TableView::sections = {{"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}, {"k"}};
+        TableView::cellsAsked = 0;
+        ASSERT_TRUE(navigation.open(NSClassFromString("TablePage"), "Plugins"));
+    }
+    void scroll(double upper, double lower) { navigation.tableScrolled(top().id, {upper, lower, {{50, 20}, {50, 20}}}); }
+    [[nodiscard]] const TableSnapshot& table() const { return *top().table; }
+};
+
+TEST_F(TableNavigationTest, ShowsTheTableWithTheCellsOfTheRowsInView) {
+    EXPECT_EQ(table().frame, CGRectMake(0, 10, 390, 750));
+    ASSERT_EQ(table().sections.size(), 2U);
+    EXPECT_EQ(table().sections[0].header, "Enabled");
+    EXPECT_EQ(table().sections[0].footer, " ");
+    EXPECT_EQ(table().sections[0].rowCount, 10);
+    EXPECT_EQ(table().sections[0].rowHeight, 40);
+    EXPECT_EQ(table().sections[1].cells.at(0).title, "Title of k");
+    EXPECT_EQ(table().sections[1].cells.at(0).identifier, "k");
+    EXPECT_TRUE(table().sections[1].cells.at(0).movable);
+}
+
+TEST_F(TableNavigationTest, MakesTheCellsThatScrollIntoViewAndNoOthers) {
+    scroll(0, 100);
+    const int asked = TableView::cellsAsked;
+    scroll(130, 210); // the third and fourth row
+    EXPECT_EQ(table().sections[0].firstCell, 2);
+    ASSERT_EQ(table().sections[0].cells.size(), 2U);
+    EXPECT_EQ(table().sections[0].cells[1].identifier, "d");
+    EXPECT_TRUE(table().sections[1].cells.empty());
+    EXPECT_EQ(TableView::cellsAsked, asked + 2);
+}
+
+TEST_F(TableNavigationTest, TakesUpTheHeightsThatHeadersAndFootersWereDrawnWith) {
+    scroll(0, 10000);
+    EXPECT_EQ(table().sections[0].headerHeight, 50);
+    EXPECT_EQ(table().sections[1].footerHeight, 20);
+    navigation.tableScrolled(top().id, {0, 10, {{50, 20}, {50, 20}, {7, 7}}}); // a section that does not exist
+    EXPECT_EQ(table().sections.size(), 2U);
+}
+
+TEST_F(TableNavigationTest, MovesARowAndShowsTheTableAfterwards) {
+    scroll(0, 10000);
+    navigation.rowMoved(top().id, {0, 0}, {1, 1});
+    EXPECT_EQ(table().sections[0].rowCount, 9);
+    ASSERT_EQ(table().sections[1].cells.size(), 2U);
+    EXPECT_EQ(table().sections[1].cells[1].identifier, "a");
+}
+
+TEST_F(TableNavigationTest, TellsOfAMoveThatCannotBeByTheSameTable) {
+    TableView::sections[0][0] = "fixed";
+    const auto before = TableView::sections;
+    const std::size_t shownBefore = shown.size();
+    navigation.rowMoved(top().id, {0, 0}, {0, 3});
+    navigation.rowMoved(top().id, {0, 99}, {0, 3});
+    EXPECT_EQ(TableView::sections, before);
+    EXPECT_EQ(shown.size(), shownBefore + 2) << "whoever drew the move is told how it stands";
+}
+
+TEST_F(TableNavigationTest, IgnoresTableEventsOfOtherPages) {
+    const std::uint64_t id = top().id;
+    ASSERT_TRUE(navigation.open(NSClassFromString("RowsPage"), "Above"));
+    const std::size_t shownBefore = shown.size();
+    navigation.rowMoved(id, {0, 0}, {0, 1});
+    navigation.tableScrolled(id, {0, 10, {}});
+    navigation.rowMoved(top().id, {0, 0}, {0, 1}); // a page without a table
+    navigation.tableScrolled(top().id, {0, 10, {}});
+    EXPECT_EQ(shown.size(), shownBefore);
+    EXPECT_EQ(TableView::sections[0][0], "a");
+}
+
 } // namespace

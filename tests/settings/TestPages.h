@@ -3,6 +3,7 @@
 #include "platform/preferences/PSListController.h"
 #include "platform/preferences/PSListItemsController.h"
 #include "platform/preferences/PSTextFieldSpecifier.h"
+#include "platform/ui/UITableView.h"
 
 #include <map>
 #include <string>
@@ -109,6 +110,76 @@ class HostedPage : public platform::PSListController {
     }
 };
 
+/// A page that hosts a table of two sections, whose rows can be moved.
+class TableView : public platform::UIView,
+                  public platform::UITableViewDataSource,
+                  public platform::UITableViewDelegate {
+  public:
+    static inline std::vector<std::vector<std::string>> sections;
+    static inline int cellsAsked = 0;
+
+    bool initWithFrame(const platform::CGRect& frame) override {
+        using namespace platform;
+        if (!UIView::initWithFrame(frame)) return false;
+        const auto table =
+            make<UITableView>(CGRectMake(0, 10, frame.size.width, frame.size.height - 10), UITableViewStyleGrouped);
+        table->setDataSource(this);
+        table->setDelegate(this);
+        table->setEditing(true);
+        addSubview(table);
+        return true;
+    }
+    int numberOfSectionsInTableView(platform::UITableView& /*table*/) override {
+        return static_cast<int>(sections.size());
+    }
+    int numberOfRowsInSection(platform::UITableView& /*table*/, int section) override {
+        return static_cast<int>(sections.at(static_cast<std::size_t>(section)).size());
+    }
+    std::shared_ptr<platform::UITableViewCell> cellForRowAtIndexPath(platform::UITableView& /*table*/,
+                                                                     platform::NSIndexPath path) override {
+        ++cellsAsked;
+        const auto& row = sections.at(static_cast<std::size_t>(path.section)).at(static_cast<std::size_t>(path.row));
+        auto cell = platform::make<platform::UITableViewCell>(platform::UITableViewCellStyleDefault, "cell");
+        cell->textLabel().setText("Title of " + row);
+        cell->detailTextLabel().setText(row);
+        return cell;
+    }
+    std::string titleForHeaderInSection(platform::UITableView& /*table*/, int section) override {
+        return section == 0 ? "Enabled" : "Disabled";
+    }
+    std::string titleForFooterInSection(platform::UITableView& /*table*/, int /*section*/) override { return " "; }
+    bool canMoveRowAtIndexPath(platform::UITableView& /*table*/, platform::NSIndexPath path) override {
+        return sections.at(static_cast<std::size_t>(path.section)).at(static_cast<std::size_t>(path.row)) != "fixed";
+    }
+    void moveRowAtIndexPath(platform::UITableView& /*table*/, platform::NSIndexPath from,
+                            platform::NSIndexPath to) override {
+        auto& source = sections.at(static_cast<std::size_t>(from.section));
+        auto& destination = sections.at(static_cast<std::size_t>(to.section));
+        std::string row = source.at(static_cast<std::size_t>(from.row));
+        source.erase(source.begin() + from.row);
+        destination.insert(destination.begin() + to.row, std::move(row));
+    }
+    double heightForRowAtIndexPath(platform::UITableView& /*table*/, platform::NSIndexPath /*path*/) override {
+        return 40;
+    }
+    platform::UITableViewCellEditingStyle editingStyleForRowAtIndexPath(platform::UITableView& /*table*/,
+                                                                        platform::NSIndexPath /*path*/) override {
+        return platform::UITableViewCellEditingStyleNone;
+    }
+    bool shouldIndentWhileEditingRowAtIndexPath(platform::UITableView& /*table*/,
+                                                platform::NSIndexPath /*path*/) override {
+        return false;
+    }
+};
+
+class TablePage : public platform::PSListController {
+  public:
+    void viewWillAppear(bool animated) override {
+        PSListController::viewWillAppear(animated);
+        setView(platform::make<TableView>(view()->frame()));
+    }
+};
+
 /// A page of a platform version whose pages have no navigation item.
 class BarePage : public HostedPage {
   public:
@@ -127,6 +198,7 @@ class NotAPage : public platform::NSObject {
 
 PLATFORM_CLASS(RowsPage)
 PLATFORM_CLASS(HostedPage)
+PLATFORM_CLASS(TablePage)
 PLATFORM_CLASS(BarePage)
 PLATFORM_CLASS(RefusedPage)
 PLATFORM_CLASS(NotAPage)
