@@ -10,7 +10,7 @@ AppsListView::AppsListView() : ApplicationsListView(sessionOf<AppsListView>()) {
 Selection AppsListView::setupArrays() {
     Selection lists;
     lists.enabled = saved(kAppsEnabled);
-    lists.disabled = without(without(sortedByTitle(titles()), hiddenDisplayIdentifiers()), lists.enabled);
+    lists.disabled = restSortedByTitle(titles(), {hiddenDisplayIdentifiers(), lists.enabled});
     return lists;
 }
 

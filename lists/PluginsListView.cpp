@@ -17,7 +17,7 @@ Selection PluginsListView::setupArrays() {
         plugins_[plugin.identifier().value_or("")] = plugin.name().value_or("");
     Selection lists;
     lists.enabled = saved(kAppViewsEnabled);
-    lists.disabled = without(sortedByTitle(plugins_), lists.enabled);
+    lists.disabled = restSortedByTitle(plugins_, {lists.enabled});
     return lists;
 }
 

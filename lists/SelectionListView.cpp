@@ -23,6 +23,23 @@ std::string_view titleOf(const std::string& identifier, const Titles& titles) {
     return found == titles.end() ? std::string_view() : std::string_view(found->second);
 }
 
+/// What is sorted: views, so that texts are neither looked up nor copied at each comparison.
+struct Row {
+    std::string_view title;
+    const std::string* identifier;
+};
+
+std::vector<std::string> sorted(std::vector<Row> rows) {
+    const Collation& order = Collation::ofUser();
+    std::sort(rows.begin(), rows.end(),
+              [&](const Row& a, const Row& b) { return order.compare(a.title, b.title) < 0; });
+    std::vector<std::string> identifiers;
+    identifiers.reserve(rows.size());
+    for (const Row& row : rows)
+        identifiers.push_back(*row.identifier);
+    return identifiers;
+}
+
 } // namespace
 
 bool SelectionListView::initWithFrame(const CGRect& frame) {
@@ -115,26 +132,22 @@ bool SelectionListView::shouldIndentWhileEditingRowAtIndexPath(UITableView& /*ta
 }
 
 std::vector<std::string> sortedByTitle(const std::vector<std::string>& identifiers, const Titles& titles) {
-    // Each title is looked up once, not at each comparison.
-    std::vector<std::pair<std::string_view, const std::string*>> rows;
+    std::vector<Row> rows;
     rows.reserve(identifiers.size());
     for (const std::string& identifier : identifiers)
-        rows.emplace_back(titleOf(identifier, titles), &identifier);
-    std::sort(rows.begin(), rows.end(),
-              [](const auto& a, const auto& b) { return localizedCaseInsensitiveCompare(a.first, b.first) < 0; });
-    std::vector<std::string> sorted;
-    sorted.reserve(rows.size());
-    for (const auto& [title, identifier] : rows)
-        sorted.push_back(*identifier);
-    return sorted;
+        rows.push_back({titleOf(identifier, titles), &identifier});
+    return sorted(std::move(rows));
 }
 
-std::vector<std::string> sortedByTitle(const Titles& titles) {
-    std::vector<std::string> identifiers;
-    identifiers.reserve(titles.size());
+std::vector<std::string> restSortedByTitle(const Titles& titles, std::initializer_list<Identifiers> leftOut) {
+    std::unordered_set<std::string_view> gone;
+    for (const Identifiers& identifiers : leftOut)
+        gone.insert(identifiers.get().begin(), identifiers.get().end());
+    std::vector<Row> rows;
+    rows.reserve(titles.size());
     for (const auto& [identifier, title] : titles)
-        identifiers.push_back(identifier);
-    return sortedByTitle(identifiers, titles);
+        if (!gone.contains(identifier)) rows.push_back({title, &identifier});
+    return sorted(std::move(rows));
 }
 
 std::vector<std::string> without(std::vector<std::string> identifiers, const std::vector<std::string>& removed) {

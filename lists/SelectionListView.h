@@ -4,6 +4,8 @@
 #include "lists/Move.h"
 #include "platform/ui/UITableView.h"
 
+#include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -78,10 +80,13 @@ class SelectionListView : public platform::UIView,
     std::shared_ptr<platform::UITableView> tableView_;
 };
 
-/// Everything that has a title, sorted by it as the user's language does, case aside. Equal titles keep no order.
-[[nodiscard]] std::vector<std::string> sortedByTitle(const Titles& titles);
-/// The same for some identifiers; one without a title counts as one with the empty title.
+/// Identifiers sorted by their titles as the user's language does, case aside; one without a title counts as one with
+/// the empty title. Equal titles keep no order.
 [[nodiscard]] std::vector<std::string> sortedByTitle(const std::vector<std::string>& identifiers, const Titles& titles);
+/// Everything that has a title and is in none of these lists, sorted in the same way.
+using Identifiers = std::reference_wrapper<const std::vector<std::string>>;
+[[nodiscard]] std::vector<std::string> restSortedByTitle(const Titles& titles,
+                                                         std::initializer_list<Identifiers> leftOut);
 /// What of the first list is not in the second, in its order.
 [[nodiscard]] std::vector<std::string> without(std::vector<std::string> identifiers,
                                                const std::vector<std::string>& removed);

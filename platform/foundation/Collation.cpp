@@ -53,10 +53,14 @@ int Collation::compare(std::string_view a, std::string_view b) const {
     return ucol_strcollUTF8(collator_.get(), a.data(), lengthOf(a), b.data(), lengthOf(b), &status);
 }
 
-int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) {
+const Collation& Collation::ofUser() {
     // Never destroyed: another thread may still be comparing while the process ends.
     static const auto& users = *new Collation(usersLocale());
-    return users.compare(a, b);
+    return users;
+}
+
+int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) {
+    return Collation::ofUser().compare(a, b);
 }
 
 } // namespace platform

@@ -28,6 +28,9 @@ class PLATFORM_EXPORT Collation {
     /// "POSIX", whose own order would tell case apart, get the order that suits most languages.
     explicit Collation(std::string_view locale);
 
+    /// The order of the user's language, for whoever compares often.
+    [[nodiscard]] static const Collation& ofUser();
+
     [[nodiscard]] int compare(std::string_view a, std::string_view b) const;
 
   private:

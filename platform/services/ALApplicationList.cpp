@@ -15,6 +15,10 @@ namespace {
 bool isText(const char* bytes) {
     if (!bytes) return false;
     for (std::string_view rest(bytes); !rest.empty();) {
+        const auto plain =
+            std::find_if(rest.begin(), rest.end(), [](char c) { return static_cast<signed char>(c) < 0; });
+        rest.remove_prefix(static_cast<std::size_t>(plain - rest.begin()));
+        if (rest.empty()) break;
         const std::string_view before = rest;
         if (takeCharacter(rest) == replacementCharacter && before.size() - rest.size() == 1) return false;
     }
@@ -45,6 +49,7 @@ ALApplicationList* ALApplicationList::sharedApplicationList() {
 
 std::unordered_map<std::string, std::string> ALApplicationList::applications() const {
     std::unordered_map<std::string, std::string> found;
+    found.reserve(1024); // more than most devices have
     if (table_->applications) table_->applications(list_, takeApplication, &found);
     return found;
 }

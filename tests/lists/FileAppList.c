@@ -27,28 +27,36 @@ static ALSharedList* shared(void) {
     return (ALSharedList*)&list;
 }
 
-static FILE* list_file(void) {
-    static char path[4096];
+/* The file's text, read once and kept; null when there is none. */
+static const char* list_text(void) {
+    static char* text;
+    char path[4096];
     Dl_info where;
-    if (!dladdr((void*)&FileAppList_iconsAsked, &where)) return NULL;
+    if (text || !dladdr((void*)&FileAppList_iconsAsked, &where)) return text;
     const char* slash = strrchr(where.dli_fname, '/');
-    const int folder = slash ? (int)(slash - where.dli_fname) : 0;
-    snprintf(path, sizeof path, "%.*s/applications.txt", folder, where.dli_fname);
-    return fopen(path, "r");
+    snprintf(path, sizeof path, "%.*s/applications.txt", slash ? (int)(slash - where.dli_fname) : 0, where.dli_fname);
+    FILE* file = fopen(path, "r");
+    size_t length = 0;
+    if (!file || getdelim(&text, &length, 0, file) < 0) text = NULL;
+    if (file) fclose(file);
+    return text;
 }
 
 static void applications(ALSharedList* list, ALApplicationVisitor visit, void* context) {
     (void)list;
-    FILE* file = list_file();
-    char line[1024];
-    while (file && fgets(line, sizeof line, file)) {
-        line[strcspn(line, "\n")] = 0;
-        char* tab = strchr(line, '\t');
-        if (!tab) continue;
-        *tab = 0;
-        visit(line, tab + 1, context);
+    char identifier[256];
+    char name[256];
+    const char* line = list_text();
+    while (line && *line) {
+        const size_t tab = strcspn(line, "\t");
+        const size_t end = strcspn(line, "\n");
+        if (tab < end && tab < sizeof identifier && end - tab <= sizeof name) {
+            snprintf(identifier, sizeof identifier, "%.*s", (int)tab, line);
+            snprintf(name, sizeof name, "%.*s", (int)(end - tab - 1), line + tab + 1);
+            visit(identifier, name, context);
+        }
+        line += end + (line[end] ? 1 : 0);
     }
-    if (file) fclose(file);
 }
 
 static void icon_of_size(ALSharedList* list, double size, double scale, const char* identifier, ALIconVisitor visit,
