@@ -3,6 +3,9 @@ set(LUMORA_DEVICE_ROOT ${CMAKE_BINARY_DIR}/root)
 set(LUMORA_BUNDLES ${LUMORA_DEVICE_ROOT}/Library/PreferenceBundles)
 file(MAKE_DIRECTORY ${LUMORA_DEVICE_ROOT}/var/mobile/Library/Preferences)
 
+# Everything that belongs into the device root, beside the bundle.
+add_custom_target(device_root)
+
 # lumora_bundle(TARGET FOLDER PRINCIPAL_CLASS IDENTIFIER RESOURCES file…) makes a loadable bundle of a module library:
 # a folder with the shared object, an Info.plist and the resources.
 function(lumora_bundle target folder)

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <gio/gio.h>
+#include <memory>
+
+namespace applist {
+
+/// Gives back what GLib handed over.
+struct GLibDeleter {
+    void operator()(void* memory) const { g_free(memory); }
+    void operator()(GKeyFile* file) const { g_key_file_unref(file); }
+    void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
+    void operator()(GVariant* value) const { g_variant_unref(value); }
+};
+
+struct GObjectDeleter {
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+
+/// Owns what is freed, or released otherwise than by g_object_unref().
+template<class T>
+using GLibPointer = std::unique_ptr<T, GLibDeleter>;
+
+/// Owns one reference to an object.
+template<class T>
+using GObjectPointer = std::unique_ptr<T, GObjectDeleter>;
+
+} // namespace applist

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "tests/support/TestName.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace tests {
+
+inline constexpr const char* appListPath = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
+
+/// A device root of the test's own, in which it installs an application-list library.
+struct InstalledLibrary : testing::Test {
+    std::filesystem::path root = std::filesystem::path(testing::TempDir()) / ("services-" + testName());
+    std::filesystem::path file = root / std::filesystem::path(appListPath).relative_path();
+
+    void SetUp() override {
+        std::filesystem::remove_all(root);
+        std::filesystem::create_directories(file.parent_path());
+        setenv("LUMORA_ROOT", root.c_str(), 1);
+    }
+    void TearDown() override {
+        for (const char* variable : {"LUMORA_ROOT", "FAKE_APPLIST_COUNT", "ODD_APPLIST"})
+            unsetenv(variable);
+        std::filesystem::remove_all(root);
+    }
+
+    /// Each test loads a copy of its own, since a library that was loaded once stays.
+    void install(const std::filesystem::path& built) const { std::filesystem::copy_file(built, file); }
+};
+
+} // namespace tests

@@ -1,0 +1,90 @@
+#include "platform/services/ALApplicationList.h"
+
+#include "tests/services/InstalledLibrary.h"
+
+#include <fstream>
+#include <optional>
+#include <utility>
+
+namespace {
+
+using platform::ALApplicationList;
+using platform::LibraryHandle;
+using platform::openLibraries;
+using platform::openLibrary;
+using tests::appListPath;
+
+using LibraryHandles = tests::InstalledLibrary;
+
+TEST_F(LibraryHandles, AreEmptyWhenThereIsNoLibrary) {
+    testing::internal::CaptureStderr();
+    {
+        const LibraryHandle handle = openLibrary(appListPath);
+        EXPECT_FALSE(handle);
+        EXPECT_EQ(openLibraries(), 0);
+        EXPECT_EQ(ALApplicationList::sharedApplicationList(), nullptr);
+    }
+    EXPECT_EQ(openLibraries(), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(LibraryHandles, AreEmptyForFilesThatAreNoWholeLibrary) {
+    testing::internal::CaptureStderr();
+    install(FAKE_APPLIST);
+    std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
+    EXPECT_FALSE(openLibrary(appListPath));
+    std::ofstream(file) << "text";
+    EXPECT_FALSE(openLibrary(appListPath));
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file);
+    EXPECT_FALSE(openLibrary(appListPath));
+    EXPECT_EQ(openLibraries(), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(LibraryHandles, AreCounted) {
+    install(FAKE_APPLIST);
+    std::optional<LibraryHandle> first = openLibrary(appListPath);
+    std::optional<LibraryHandle> second = openLibrary(appListPath);
+    EXPECT_TRUE(*first);
+    EXPECT_TRUE(*second);
+    EXPECT_EQ(openLibraries(), 2);
+    first.reset();
+    EXPECT_EQ(openLibraries(), 1);
+    EXPECT_NE(ALApplicationList::sharedApplicationList(), nullptr);
+    second.reset();
+    EXPECT_EQ(openLibraries(), 0);
+}
+
+TEST_F(LibraryHandles, TakeTheClassWithThemWhenTheLastIsClosed) {
+    install(FAKE_APPLIST);
+    std::optional<LibraryHandle> handle = openLibrary(appListPath);
+    ALApplicationList* list = ALApplicationList::sharedApplicationList();
+    ASSERT_NE(list, nullptr);
+    handle.reset();
+    EXPECT_EQ(ALApplicationList::sharedApplicationList(), nullptr);
+    handle = openLibrary(appListPath);
+    EXPECT_EQ(ALApplicationList::sharedApplicationList(), list);
+}
+
+TEST_F(LibraryHandles, CanBeMovedAndAreClosedOnce) {
+    install(FAKE_APPLIST);
+    {
+        LibraryHandle empty;
+        EXPECT_FALSE(empty);
+        LibraryHandle opened = openLibrary(appListPath);
+        empty = std::move(opened);
+        EXPECT_TRUE(empty);
+        const LibraryHandle last(std::move(empty));
+        EXPECT_TRUE(last);
+        EXPECT_EQ(openLibraries(), 1);
+    }
+    EXPECT_EQ(openLibraries(), 0);
+}
+
+TEST_F(LibraryHandles, BindFunctionsWhenTheyAreCalled) {
+    install(ODD_APPLIST);
+    EXPECT_TRUE(openLibrary(appListPath));
+}
+
+} // namespace
