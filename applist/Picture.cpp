@@ -36,7 +36,7 @@ struct Fit {
 /// Makes the picture as large as its square allows. No size fails the decoding, before it takes any memory.
 void fit(GdkPixbufLoader* loader, int width, int height, gpointer data) {
     const Fit& wanted = *static_cast<const Fit*>(data);
-    constexpr int largest = 8192;
+    constexpr int largest = 4096;
     if (!wanted.drawing && (width > largest || height > largest)) return gdk_pixbuf_loader_set_size(loader, 0, 0);
     const double scale = double(wanted.pixels) / std::max({width, height, 1});
     const auto scaled = [&](int side) { return std::clamp(int(std::lround(side * scale)), 1, wanted.pixels); };

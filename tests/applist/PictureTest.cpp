@@ -59,9 +59,13 @@ TEST_F(Pictures, ThatCannotBeDrawnAreNone) {
         huge.replace(16, 8, std::string("\0\1\0\0\0\1\0\0", 8)); // says that it is 65,536 pixels wide and high
         return huge;
     }());
-    for (const char* name : {"cut.png", "header.png", "empty.png", "text.png", "broken.svg", "huge.png", "missing.png"})
+    write(folder / "huge.xpm", "/* XPM */\nstatic char* p[] = {\"20000 20000 1 1\", \". c #102030\", \".\"};\n");
+    write(folder / "huge.svg", tests::svg(2000000000, 1, "#102030"));
+    for (const char* name :
+         {"cut.png", "header.png", "empty.png", "text.png", "broken.svg", "huge.png", "huge.xpm", "missing.png"})
         EXPECT_TRUE(drawPicture(folder / name, 29).empty()) << name;
     EXPECT_TRUE(drawPicture({}, 29).empty());
+    EXPECT_LE(drawPicture(folder / "huge.svg", 29).size(), 10'000);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
