@@ -36,9 +36,9 @@ typedef struct ALApplicationListClass {
     ALSharedList* (*sharedApplicationList)(void);
     /* Visits every installed application, in no particular order. An identifier is visited once. */
     void (*applications)(ALSharedList* list, ALApplicationVisitor visit, void* context);
-    /* Hands over the application's icon: `size` points wide and high, drawn for a screen of `scale` pixels a point, so a
-     * picture of size × scale pixels each way. Does not call back when there is no such application, it has no icon, or
-     * size or scale is no sensible number. */
+    /* Hands over the application's icon: `size` points wide and high, drawn for a screen of `scale` pixels a point, so
+     * a picture of size × scale pixels each way. Does not call back when there is no such application, it has no icon,
+     * or size or scale is no sensible number. */
     void (*iconOfSize)(ALSharedList* list, double size, double scale, const char* displayIdentifier,
                        ALIconVisitor visit, void* context);
 } ALApplicationListClass;
