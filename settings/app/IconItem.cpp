@@ -4,12 +4,11 @@
 
 namespace settings {
 
-void IconItem::setRow(RowModel* row) {
-    if (row_ == row) return;
-    row_ = row;
-    icon_ = row ? row->icon() : nullptr;
+void IconItem::setIcon(const platform::UIImageRef& icon) {
+    if (icon_ == icon) return;
+    icon_ = icon;
     decodedScale_ = 0;
-    emit rowChanged();
+    emit iconChanged();
     update();
 }
 

@@ -1,29 +1,28 @@
 #pragma once
 
-#include "settings/app/RowModel.h"
+#include "platform/ui/UIImage.h"
 
 #include <QImage>
-#include <QPointer>
 #include <QQuickPaintedItem>
 
 namespace settings {
 
-/// Draws a row's icon, in the resolution that the screen has. GUI thread.
+/// Draws an icon, in the resolution that the screen has. GUI thread.
 class IconItem : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(settings::RowModel* row READ row WRITE setRow NOTIFY rowChanged REQUIRED)
+    Q_PROPERTY(platform::UIImageRef icon READ icon WRITE setIcon NOTIFY iconChanged REQUIRED)
 
   public:
-    [[nodiscard]] RowModel* row() const { return row_; }
-    void setRow(RowModel* row);
+    /// Null for none.
+    [[nodiscard]] platform::UIImageRef icon() const { return icon_; }
+    void setIcon(const platform::UIImageRef& icon);
     void paint(QPainter* painter) override;
 
   signals:
-    void rowChanged();
+    void iconChanged();
 
   private:
-    QPointer<RowModel> row_;
     platform::UIImageRef icon_;
     QImage decoded_;
     double decodedScale_ = 0;

@@ -9,6 +9,7 @@ namespace settings {
 PageModel::PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent)
     : QObject(parent), events_(events), page_(std::move(page)) {
     makeGroups();
+    readTable();
 }
 
 QString PageModel::title() const {
@@ -23,9 +24,18 @@ void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
     page_ = std::move(page);
     if (!sameTitle) emit titleChanged();
     if (!sameView) emit viewChanged();
+    readTable();
     if (!sameRows) return makeGroups();
     for (std::size_t i = 0; i < rows_.size(); ++i)
         rows_[i]->read(page_->rows[i]);
+}
+
+void PageModel::readTable() {
+    if (table_ && page_->table) return table_->read(page_->table);
+    if (!table_ && !page_->table) return;
+    if (table_) table_->deleteLater();
+    table_ = page_->table ? new TableModel(events_, page_->id, page_->table, this) : nullptr;
+    emit tableChanged();
 }
 
 bool PageModel::hasSameRows(const PageSnapshot& page) const {

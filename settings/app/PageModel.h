@@ -1,6 +1,7 @@
 #pragma once
 
 #include "settings/app/RowModel.h"
+#include "settings/app/TableModel.h"
 
 #include <QList>
 #include <QObject>
@@ -33,7 +34,7 @@ class GroupModel : public QObject {
     QQmlListProperty<RowModel> drawnRows() { return {this, &rows}; }
 };
 
-/// A page, as QML draws it: groups of rows, or one view that fills it. GUI thread.
+/// A page, as QML draws it: groups of rows, or one view that fills it and the table in that view. GUI thread.
 ///
 /// While the rows stay the same rows, a newer snapshot changes their values only, so that what draws them, and the
 /// keyboard focus in it, lives on.
@@ -44,6 +45,7 @@ class PageModel : public QObject {
 
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(bool hostsView READ hostsView NOTIFY viewChanged)
+    Q_PROPERTY(settings::TableModel* table READ table NOTIFY tableChanged)
     Q_PROPERTY(QQmlListProperty<settings::GroupModel> groups READ drawnGroups NOTIFY groupsChanged)
 
   public:
@@ -51,6 +53,8 @@ class PageModel : public QObject {
 
     [[nodiscard]] QString title() const;
     [[nodiscard]] bool hostsView() const { return page_->hostsView; }
+    /// Null when the page has no table.
+    [[nodiscard]] TableModel* table() const { return table_; }
     [[nodiscard]] const PageSnapshot& snapshot() const { return *page_; }
 
     /// Takes up a newer snapshot of the same page.
@@ -60,15 +64,18 @@ class PageModel : public QObject {
     void titleChanged();
     void groupsChanged();
     void viewChanged();
+    void tableChanged();
 
   private:
     [[nodiscard]] bool hasSameRows(const PageSnapshot& page) const;
     QQmlListProperty<GroupModel> drawnGroups() { return {this, &groups_}; }
     void makeGroups();
+    void readTable();
     GroupModel* makeGroup(const RowSnapshot* groupRow);
 
     Events& events_;
     std::shared_ptr<const PageSnapshot> page_;
+    TableModel* table_ = nullptr;
     QList<GroupModel*> groups_;
     std::vector<RowModel*> rows_; ///< one for each row of the snapshot, group rows included
 };

@@ -14,7 +14,7 @@ TappableRow {
             id: icon
 
             visible: control.row.hasIcon
-            row: control.row
+            icon: control.row.icon
             anchors { left: parent.left; verticalCenter: parent.verticalCenter }
             width: Theme.iconSize
             height: Theme.iconSize

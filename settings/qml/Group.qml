@@ -11,19 +11,9 @@ Column {
         8: "FieldRow.qml", 12: "FieldRow.qml", 13: "ButtonRow.qml",
     })
 
-    component Caption: Text {
+    Caption {
         visible: text.length > 0
         width: root.width
-        leftPadding: Theme.inset
-        rightPadding: Theme.inset
-        color: Theme.secondary
-        font.pixelSize: Theme.footSize
-        wrapMode: Text.Wrap
-        Accessible.name: text
-        Accessible.ignored: !visible
-    }
-
-    Caption {
         text: root.group.header
         topPadding: 4
         bottomPadding: 7
@@ -47,6 +37,8 @@ Column {
         }
     }
     Caption {
+        visible: text.length > 0
+        width: root.width
         text: root.group.footer
         topPadding: 7
         lineHeight: 1.1

@@ -1,7 +1,7 @@
 import QtQuick
 import Lumora
 
-// One open page: its rows, or the view that it hosts. Opaque, because the page below slides under it.
+// One open page: its rows, or the view that it hosts and the table in it. Opaque, because the page below slides under it.
 FocusScope {
     id: root
 
@@ -25,5 +25,13 @@ FocusScope {
         anchors.fill: parent
         active: root.page.hostsView
         sourceComponent: ViewItem { page: root.page }
+    }
+    Loader {
+        x: root.page.table?.frame.x ?? 0
+        y: root.page.table?.frame.y ?? 0
+        width: root.page.table?.frame.width ?? 0
+        height: root.page.table?.frame.height ?? 0
+        active: root.page.table !== null
+        sourceComponent: Table { table: root.page.table; title: root.page.title; focus: true }
     }
 }

@@ -52,18 +52,5 @@ Flickable {
         }
     }
 
-    T.ScrollIndicator.vertical: T.ScrollIndicator {
-        id: indicator
-
-        padding: 3
-        contentItem: Rectangle {
-            implicitWidth: 3
-            implicitHeight: 3
-            radius: 1.5
-            color: Theme.secondary
-            opacity: indicator.active && indicator.size < 1 ? 0.6 : 0
-
-            Behavior on opacity { enabled: Theme.animated; NumberAnimation { duration: 250 } }
-        }
-    }
+    T.ScrollIndicator.vertical: PageScrollIndicator {}
 }

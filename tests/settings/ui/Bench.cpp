@@ -1,9 +1,16 @@
 #include "tests/settings/ui/Bench.h"
 
 #include <QAccessible>
+#include <QBuffer>
+#include <QImage>
 #include <QQuickWindow>
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
+
+constexpr double kTableHeight = 700;
 
 QStringList told; ///< by accessibility events
 
@@ -46,6 +53,40 @@ settings::RowSnapshot toRow(const QVariantMap& map) {
     return row;
 }
 
+platform::UIImageRef square(const QString& color) {
+    QImage image(29, 29, QImage::Format_RGB32);
+    image.fill(QColor(color));
+    QByteArray file;
+    QBuffer buffer(&file);
+    image.save(&buffer, "PNG");
+    return std::make_shared<const platform::UIImage>(platform::CGSize{29, 29}, platform::Data(file.begin(), file.end()),
+                                                     platform::Data{});
+}
+
+settings::CellSnapshot toCell(const QVariantMap& map) {
+    settings::CellSnapshot cell;
+    cell.title = map["title"].toString().toStdString();
+    cell.identifier = map["identifier"].toString().toStdString();
+    if (map.contains("icon")) cell.image = square(map["icon"].toString());
+    cell.marked = map["marked"].toBool();
+    cell.movable = !map["fixed"].toBool();
+    return cell;
+}
+
+settings::SectionSnapshot toSection(const QVariantMap& map) {
+    settings::SectionSnapshot section;
+    section.header = map["header"].toString().toStdString();
+    section.footer = map["footer"].toString().toStdString();
+    section.headerHeight = 50;
+    section.footerHeight = 24;
+    section.rowHeight = 40;
+    for (const QVariant& row : map["rows"].toList())
+        section.cells.push_back(toCell(row.toMap()));
+    for (int i = 0; i < map["count"].toInt(); ++i)
+        section.cells.push_back({"Row " + std::to_string(i), "row." + std::to_string(i), nullptr, true, false});
+    return section;
+}
+
 void visit(QAccessibleInterface* control, const std::function<void(QAccessibleInterface*)>& look) {
     if (!control) return;
     look(control);
@@ -60,6 +101,8 @@ void listen(QAccessibleEvent* event) {
         told << static_cast<QAccessibleTextRemoveEvent*>(event)->textRemoved();
     if (event->type() == QAccessible::TextUpdated)
         told << static_cast<QAccessibleTextUpdateEvent*>(event)->textInserted();
+    if (event->type() == QAccessible::Focus && event->accessibleInterface())
+        told << "focus: " + event->accessibleInterface()->text(QAccessible::Name);
     if (event->type() == QAccessible::ValueChanged)
         told << static_cast<QAccessibleValueChangeEvent*>(event)->value().toString();
 }
@@ -67,11 +110,34 @@ void listen(QAccessibleEvent* event) {
 } // namespace
 
 settings::PageModel* Bench::page(const QVariantList& rows) {
+    setPage(snapshot(rows));
+    return page_;
+}
+
+void Bench::setPage(std::shared_ptr<const settings::PageSnapshot> page) {
     changes_.clear();
     taps_.clear();
+    moves_.clear();
+    viewports_.clear();
     underWay_.clear();
-    page_ = new settings::PageModel(*this, snapshot(rows), this);
+    viewport_ = {0, kTableHeight, {}};
+    page_ = new settings::PageModel(*this, std::move(page), this);
+}
+
+settings::PageModel* Bench::tablePage(const QVariantList& sections) {
+    viewport_ = {0, kTableHeight, {}};
+    sections_.clear();
+    for (const QVariant& section : sections)
+        sections_.push_back(toSection(section.toMap()));
+    setPage(tableSnapshot());
     return page_;
+}
+
+void Bench::showTable(const QVariantList& sections) {
+    sections_.clear();
+    for (const QVariant& section : sections)
+        sections_.push_back(toSection(section.toMap()));
+    page_->read(tableSnapshot());
 }
 
 void Bench::show(const QVariantList& rows) {
@@ -131,12 +197,65 @@ void Bench::valueChanged(std::uint64_t /*page*/, std::size_t row, const platform
     underWay_.push_back(std::move(taken));
 }
 
-void Bench::rowMoved(std::uint64_t /*page*/, platform::NSIndexPath /*from*/, platform::NSIndexPath /*to*/,
+void Bench::rowMoved(std::uint64_t /*page*/, platform::NSIndexPath from, platform::NSIndexPath to,
                      std::function<void()> taken) {
-    underWay_.push_back(std::move(taken));
+    moves_ << QVariant(QVariantList{from.section, from.row, to.section, to.row});
+    underWay_.push_back([this, from, to, taken = std::move(taken)] {
+        move(from, to);
+        page_->read(tableSnapshot());
+        taken();
+    });
 }
 
-void Bench::tableScrolled(std::uint64_t /*page*/, const settings::TableViewport& /*viewport*/) {
+void Bench::tableScrolled(std::uint64_t /*page*/, const settings::TableViewport& viewport) {
+    viewport_ = viewport;
+    QVariantList headers;
+    QVariantList footers;
+    for (const auto& heights : viewport.sections) {
+        headers << heights.header;
+        footers << heights.footer;
+    }
+    viewports_ << QVariantMap{
+        {"top", viewport.top}, {"bottom", viewport.bottom}, {"headers", headers}, {"footers", footers}};
+    QMetaObject::invokeMethod(
+        page_, [this, page = page_] { page->read(tableSnapshot()); }, Qt::QueuedConnection);
+}
+
+void Bench::move(platform::NSIndexPath from, platform::NSIndexPath to) {
+    auto& source = sections_[std::size_t(from.section)].cells;
+    const settings::CellSnapshot cell = source[std::size_t(from.row)];
+    source.erase(source.begin() + from.row);
+    auto& destination = sections_[std::size_t(to.section)].cells;
+    destination.insert(destination.begin() + to.row, cell);
+}
+
+/// The cells of those rows alone that are in the viewport.
+std::shared_ptr<const settings::PageSnapshot> Bench::tableSnapshot() const {
+    settings::TableSnapshot table;
+    table.frame = platform::CGRectMake(0, 0, 390, kTableHeight);
+    double y = 0;
+    for (std::size_t i = 0; i < sections_.size(); ++i) {
+        settings::SectionSnapshot section = sections_[i];
+        section.rowCount = int(section.cells.size());
+        if (i < viewport_.sections.size()) {
+            section.headerHeight = viewport_.sections[i].header;
+            section.footerHeight = viewport_.sections[i].footer;
+        }
+        const double rows = y + section.headerHeight;
+        const int first = std::clamp(int(std::floor((viewport_.top - rows) / 40)), 0, section.rowCount);
+        const int end = std::clamp(int(std::ceil((viewport_.bottom - rows) / 40)), first, section.rowCount);
+        section.cells.erase(section.cells.begin() + end, section.cells.end());
+        section.cells.erase(section.cells.begin(), section.cells.begin() + first);
+        section.firstCell = first;
+        y = rows + section.rowCount * 40 + section.footerHeight;
+        table.sections.push_back(std::move(section));
+    }
+    auto page = std::make_shared<settings::PageSnapshot>();
+    page->id = 1;
+    page->title = "Bench";
+    page->hostsView = true;
+    page->table = std::make_shared<const settings::TableSnapshot>(std::move(table));
+    return page;
 }
 
 std::shared_ptr<const settings::PageSnapshot> Bench::snapshot(const QVariantList& rows) {

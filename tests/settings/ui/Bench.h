@@ -16,6 +16,8 @@ class Bench : public QObject, private settings::Events {
     Q_OBJECT
     Q_PROPERTY(QVariantList changes READ changes)
     Q_PROPERTY(QVariantList taps READ taps)
+    Q_PROPERTY(QVariantList moves READ moves)
+    Q_PROPERTY(QVariantList viewports READ viewports)
 
   public:
     using QObject::QObject;
@@ -25,15 +27,25 @@ class Bench : public QObject, private settings::Events {
     Q_INVOKABLE settings::PageModel* page(const QVariantList& rows);
     /// A newer snapshot of the last page, with these rows.
     Q_INVOKABLE void show(const QVariantList& rows);
-    /// Everything that was handed on has arrived.
+    /// A page with a table: sections as maps of "header", "footer" and either "rows", maps of "title", "identifier",
+    /// "icon", "marked", "fixed", or "count". The table fills 390 × 700 points, and cells are made as it asks for them.
+    Q_INVOKABLE settings::PageModel* tablePage(const QVariantList& sections);
+    /// A newer snapshot of the last page, with these sections.
+    Q_INVOKABLE void showTable(const QVariantList& sections);
+    /// Everything that was handed on has arrived, and the page has shown what came of it.
     Q_INVOKABLE void takeAll();
 
     [[nodiscard]] QVariantList changes() const { return changes_; }
     [[nodiscard]] QVariantList taps() const { return taps_; }
+    /// Lists of four numbers: section and row from which, section and row to which.
+    [[nodiscard]] QVariantList moves() const { return moves_; }
+    /// Maps of "top", "bottom", "headers", "footers".
+    [[nodiscard]] QVariantList viewports() const { return viewports_; }
 
     /// What assistive tools are told about everything in the item's window, every text of each.
     Q_INVOKABLE QVariantList spoken(QQuickItem* item);
-    /// Every text that assistive tools have been told of by an event since the last call.
+    /// Every text that assistive tools have been told of by an event since the last call, and "focus: " with the name
+    /// of what has got the focus.
     Q_INVOKABLE QStringList spokenEvents();
     /// Does what an assistive tool would by that action on the control of that name in the item's window: "Toggle",
     /// "Press", "Increase", "Decrease".
@@ -47,9 +59,16 @@ class Bench : public QObject, private settings::Events {
                   std::function<void()> taken) override;
     void tableScrolled(std::uint64_t page, const settings::TableViewport& viewport) override;
     std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantList& rows);
+    std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;
+    void setPage(std::shared_ptr<const settings::PageSnapshot> page);
+    void move(platform::NSIndexPath from, platform::NSIndexPath to);
 
     settings::PageModel* page_ = nullptr;
     QVariantList changes_;
     QVariantList taps_;
+    QVariantList moves_;
+    QVariantList viewports_;
+    std::vector<settings::SectionSnapshot> sections_; ///< of the table, every cell in them
+    settings::TableViewport viewport_;
     std::vector<std::function<void()>> underWay_;
 };

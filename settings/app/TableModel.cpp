@@ -1,0 +1,234 @@
+#include "settings/app/TableModel.h"
+
+#include <QPointer>
+
+#include <algorithm>
+#include <utility>
+
+namespace settings {
+
+using platform::NSIndexPath;
+
+namespace {
+
+constexpr int kRowsAround = 4; ///< beyond each end of what is seen, so that a slow scroll shows no empty rows
+
+const CellSnapshot* cellAt(const SectionSnapshot& section, int row) {
+    const int at = row - section.firstCell;
+    return at >= 0 && at < static_cast<int>(section.cells.size()) ? &section.cells[std::size_t(at)] : nullptr;
+}
+
+/// What the main thread will do too. Cells of rows that are not known stay unknown.
+void moveRow(TableSnapshot& table, NSIndexPath from, NSIndexPath to, const CellSnapshot& cell) {
+    SectionSnapshot& source = table.sections[std::size_t(from.section)];
+    if (cellAt(source, from.row))
+        source.cells.erase(source.cells.begin() + (from.row - source.firstCell));
+    else if (from.row < source.firstCell)
+        --source.firstCell;
+    --source.rowCount;
+    SectionSnapshot& destination = table.sections[std::size_t(to.section)];
+    if (destination.cells.empty()) destination.firstCell = to.row;
+    const int at = to.row - destination.firstCell;
+    if (at >= 0 && at <= static_cast<int>(destination.cells.size()))
+        destination.cells.insert(destination.cells.begin() + at, cell);
+    else if (at < 0)
+        ++destination.firstCell;
+    ++destination.rowCount;
+}
+
+} // namespace
+
+TableModel::TableModel(Events& events, std::uint64_t page, std::shared_ptr<const TableSnapshot> table, QObject* parent)
+    : QObject(parent), events_(events), page_(page), latest_(std::move(table)), height_(latest_->frame.size.height) {
+    take();
+}
+
+QRectF TableModel::frame() const {
+    const platform::CGRect& frame = shown_.frame;
+    return {frame.origin.x, frame.origin.y, frame.size.width, frame.size.height};
+}
+
+double TableModel::heightOf(int place) const {
+    return layout_.sections()[std::size_t(layout_.pathOf(place).section)].rowHeight;
+}
+
+void TableModel::setCurrent(int place) {
+    if (place == current() || place < 0 || place >= total()) return;
+    current_ = layout_.pathOf(place);
+    this->place();
+    emit currentChanged();
+}
+
+void TableModel::read(std::shared_ptr<const TableSnapshot> table) {
+    latest_ = std::move(table);
+    if (movesUnderWay_ == 0) take();
+}
+
+void TableModel::take() {
+    const bool sameFrame = shown_.frame == latest_->frame;
+    shown_ = *latest_;
+    if (!sameFrame) emit frameChanged();
+    makeSections();
+    measure();
+}
+
+void TableModel::makeSections() {
+    if (std::cmp_equal(sections_.size(), shown_.sections.size())) {
+        for (int i = 0; i < sections_.size(); ++i)
+            sections_[i]->read(shown_.sections[std::size_t(i)]);
+        return;
+    }
+    const QList<SectionModel*> former = std::exchange(sections_, {});
+    for (const SectionSnapshot& section : shown_.sections) {
+        sections_.push_back(new SectionModel(section, this));
+        connect(sections_.back(), &SectionModel::measured, this, &TableModel::measure);
+    }
+    emit sectionsChanged();
+    for (SectionModel* old : former)
+        old->deleteLater();
+}
+
+/// Lays everything out by what is shown and by the heights as they were drawn.
+void TableModel::measure() {
+    std::vector<TableLayout::Section> sections;
+    for (int i = 0; i < sections_.size(); ++i) {
+        const SectionSnapshot& section = shown_.sections[std::size_t(i)];
+        sections.push_back(
+            {sections_[i]->headerHeight(), sections_[i]->footerHeight(), section.rowHeight, section.rowCount});
+    }
+    const int before = current();
+    layout_ = TableLayout(std::move(sections));
+    if (lifted_ && !layout_.hasRow(*lifted_)) {
+        lifted_.reset();
+        emit liftedChanged();
+    }
+    if (lifted_) target_ = layout_.nearest(*lifted_, liftedTop_);
+    if (total() == 0)
+        current_ = {};
+    else if (!layout_.hasRow(current_))
+        current_ = layout_.pathOf(std::clamp(before, 0, total() - 1));
+    place();
+    if (current() != before) emit currentChanged();
+}
+
+void TableModel::show(double top, double height) {
+    top_ = top;
+    height_ = height;
+    place();
+}
+
+/// Gives every section and every row in view its place. The current and the lifted row exist even out of view, because
+/// the focus and the hand are on them.
+void TableModel::place() {
+    const TableLayout arranged = arrangement();
+    double margin = 0;
+    for (const auto& section : layout_.sections())
+        margin = std::max(margin, kRowsAround * section.rowHeight);
+    inView_ = layout_.rowsBetween(top_ - margin, top_ + height_ + margin);
+    for (int i = 0; i < sections_.size(); ++i) {
+        const TableLayout::Rows rows = inView_[std::size_t(i)];
+        std::vector<int> wanted;
+        for (int row = rows.first; row < rows.end; ++row)
+            wanted.push_back(row);
+        for (const auto& path : {std::optional(current_), lifted_})
+            if (path && path->section == i && layout_.hasRow(*path)) wanted.push_back(path->row);
+        std::sort(wanted.begin(), wanted.end());
+        wanted.erase(std::unique(wanted.begin(), wanted.end()), wanted.end());
+
+        std::vector<SectionModel::Row> shown;
+        for (const int row : wanted) {
+            const NSIndexPath path{i, row};
+            const NSIndexPath there = lifted_ ? afterMove(path, *lifted_, target_) : path;
+            const int last = arranged.sections()[std::size_t(there.section)].rowCount - 1;
+            const CellSnapshot* cell = cellAt(shown_.sections[std::size_t(i)], row);
+            const SectionModel::Row* former = cell ? nullptr : sections_[i]->find(row);
+            shown.push_back({row, layout_.placeOf(path), arranged.rowTop(there), there.row == 0, there.row == last,
+                             cell     ? *cell
+                             : former ? former->cell
+                                      : CellSnapshot{}});
+        }
+        sections_[i]->show(std::move(shown));
+        sections_[i]->put({arranged.sectionTop(i), arranged.footerTop(i), layout_.sections()[std::size_t(i)].rowHeight,
+                           layout_.sections()[std::size_t(i)].rowCount});
+    }
+    emit placed();
+    reportSoon();
+}
+
+bool TableModel::isMovable(NSIndexPath path) const {
+    const SectionModel::Row* row = layout_.hasRow(path) ? sections_[path.section]->find(path.row) : nullptr;
+    return row && row->cell.movable;
+}
+
+void TableModel::step(int place, int by) {
+    if (lifted_ || place < 0 || place >= total()) return;
+    const NSIndexPath from = layout_.pathOf(place);
+    const auto to = layout_.step(from, by);
+    if (to && isMovable(from)) move(from, *to);
+}
+
+void TableModel::lift(int place) {
+    if (lifted_ || place < 0 || place >= total() || !isMovable(layout_.pathOf(place))) return;
+    setCurrent(place);
+    target_ = layout_.pathOf(place);
+    lifted_ = target_;
+    liftedTop_ = layout_.rowTop(target_);
+    emit liftedChanged();
+}
+
+void TableModel::carry(double top) {
+    if (!lifted_) return;
+    liftedTop_ = top;
+    const NSIndexPath target = layout_.nearest(*lifted_, top);
+    if (std::exchange(target_, target) != target) place();
+}
+
+void TableModel::drop() {
+    if (!lifted_) return;
+    const NSIndexPath from = *lifted_;
+    lifted_.reset();
+    emit liftedChanged(); // first, because rows that stand where they should are not to move any more
+    move(from, target_);
+}
+
+void TableModel::putBack() {
+    if (!lifted_) return;
+    lifted_.reset();
+    emit liftedChanged();
+    place();
+}
+
+void TableModel::move(NSIndexPath from, NSIndexPath to) {
+    const SectionModel::Row* row = sections_[from.section]->find(from.row);
+    moveRow(shown_, from, to, row ? row->cell : CellSnapshot{});
+    current_ = to;
+    ++movesUnderWay_;
+    events_.rowMoved(page_, from, to, [self = QPointer(this)] {
+        TableModel* const table = self.data();
+        if (table && --table->movesUnderWay_ == 0) table->take();
+    });
+    measure();
+    emit currentChanged();
+}
+
+/// At most once each turn of the event loop, and after any move that has been handed on in it.
+void TableModel::reportSoon() {
+    if (std::exchange(reportDue_, true)) return;
+    QMetaObject::invokeMethod(this, &TableModel::report, Qt::QueuedConnection);
+}
+
+void TableModel::report() {
+    reportDue_ = false;
+    std::vector<TableViewport::Heights> heights;
+    double margin = 0;
+    for (const auto& section : layout_.sections()) {
+        heights.push_back({section.headerHeight, section.footerHeight});
+        margin = std::max(margin, kRowsAround * section.rowHeight);
+    }
+    if (inView_ == reportedRows_ && heights == reportedHeights_) return;
+    reportedRows_ = inView_;
+    reportedHeights_ = heights;
+    events_.tableScrolled(page_, {top_ - margin, top_ + height_ + margin, std::move(heights)});
+}
+
+} // namespace settings

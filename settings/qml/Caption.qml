@@ -1,0 +1,12 @@
+import QtQuick
+
+// The small text above or beneath a group of rows.
+Text {
+    leftPadding: Theme.inset
+    rightPadding: Theme.inset
+    color: Theme.secondary
+    font.pixelSize: Theme.footSize
+    wrapMode: Text.Wrap
+    Accessible.name: text
+    Accessible.ignored: text.trim().length === 0
+}

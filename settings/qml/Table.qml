@@ -1,0 +1,329 @@
+import QtQuick
+import QtQuick.Templates as T
+import Lumora
+
+// A table of sections, whose rows can be moved by their handles, by the keyboard and by assistive tools. Only rows in
+// view exist, each at the place that the model gives it.
+FocusScope {
+    id: root
+
+    required property TableModel table
+    required property string title
+
+    readonly property real columnWidth: Math.min(width, Theme.contentWidth) - 2 * Theme.inset
+    readonly property real columnX: (width - columnWidth) / 2
+    readonly property bool dragging: table.lifted >= 0
+    readonly property alias contentY: flick.contentY
+    property bool keyboardFocus: true
+
+    activeFocusOnTab: table.total > 0
+    Accessible.role: Accessible.List
+    Accessible.name: title
+
+    onActiveFocusChanged: {
+        if (!activeFocus)
+            keyboardFocus = true;
+        else if (keyboardFocus)
+            reveal();
+    }
+    onEnabledChanged: if (!enabled) putBack()
+    onVisibleChanged: if (!visible) putBack()
+
+    // -- in the hand --
+
+    property real pointer: 0 // where the hand is, from the top of what is seen
+    property real grip: 0    // from the top of the lifted row to the hand
+
+    function lift(row, y) {
+        landing.stop();
+        landing.place = -1;
+        flick.cancelFlick();
+        keyboardFocus = false;
+        table.lift(row.place);
+        if (!dragging)
+            return;
+        forceActiveFocus(Qt.MouseFocusReason);
+        overlay.take(row);
+        grip = y + flick.contentY - row.top;
+        carry(y);
+    }
+    function carry(y) {
+        if (!dragging)
+            return;
+        pointer = Math.max(0, Math.min(height, y));
+        overlay.top = pointer + flick.contentY - grip;
+        table.carry(overlay.top);
+    }
+    function drop() {
+        if (!dragging)
+            return;
+        table.drop();
+        landing.begin();
+    }
+    function putBack() {
+        if (!dragging)
+            return;
+        table.putBack();
+        landing.begin();
+    }
+
+    // At the edges the table scrolls on, the faster the nearer the hand is to the edge.
+    FrameAnimation {
+        readonly property real edge: Math.min(60, root.height / 4)
+        readonly property real depth: root.pointer < edge ? root.pointer / edge - 1
+                                    : root.pointer > root.height - edge ? (root.pointer - root.height) / edge + 1 : 0
+
+        running: root.dragging && depth !== 0
+        onTriggered: {
+            const y = flick.contentY + 1400 * depth * Math.abs(depth) * Math.min(frameTime, 0.1);
+            flick.scrollTo(y);
+            root.carry(root.pointer);
+        }
+    }
+
+    // -- by keyboard and assistive tools --
+
+    function reveal() {
+        if (table.current < 0 || dragging)
+            return;
+        const top = table.topOf(table.current);
+        const bottom = top + table.heightOf(table.current);
+        if (top - 50 < flick.contentY)
+            flick.scrollTo(top - 50);
+        else if (bottom + 24 > flick.contentY + flick.height)
+            flick.scrollTo(bottom + 24 - flick.height);
+    }
+    function go(place) {
+        keyboardFocus = true;
+        table.current = Math.max(0, Math.min(table.total - 1, place));
+        reveal();
+    }
+    function step(place, by) {
+        if (dragging)
+            return;
+        table.current = place;
+        table.step(place, by);
+        keyboardFocus = true;
+        forceActiveFocus(Qt.OtherFocusReason);
+        reveal();
+    }
+
+    // The way back would take the key first.
+    Keys.onShortcutOverride: event => event.accepted = dragging && event.key === Qt.Key_Escape
+    Keys.onPressed: event => {
+        if (dragging) {
+            if (event.key === Qt.Key_Escape)
+                putBack();
+            event.accepted = true;
+            return;
+        }
+        const by = event.key === Qt.Key_Down ? 1 : event.key === Qt.Key_Up ? -1 : 0;
+        if (event.modifiers & Qt.AltModifier) {
+            event.accepted = by !== 0 && table.current >= 0;
+            if (event.accepted)
+                step(table.current, by);
+            return;
+        }
+        const aPage = table.current < 0 ? 1 : Math.max(1, Math.floor(height / table.heightOf(table.current)) - 1);
+        const targets = new Map([
+            [Qt.Key_Down, table.current + 1], [Qt.Key_Up, table.current - 1],
+            [Qt.Key_PageDown, table.current + aPage], [Qt.Key_PageUp, table.current - aPage],
+            [Qt.Key_Home, 0], [Qt.Key_End, table.total - 1],
+        ]);
+        event.accepted = targets.has(event.key) && table.current >= 0;
+        if (event.accepted)
+            go(targets.get(event.key));
+    }
+    // From a row the chain leads back to the table itself first, which would be the same stop again.
+    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+
+    component MakeRoom: NumberAnimation {
+        duration: 150
+        easing.type: Easing.OutCubic
+    }
+
+    Flickable {
+        id: flick
+
+        anchors.fill: parent
+        contentWidth: width
+        contentHeight: root.table.contentHeight + 32
+        boundsBehavior: Flickable.DragAndOvershootBounds
+        interactive: !root.dragging
+        clip: true
+
+        function scrollTo(y) { contentY = Math.max(0, Math.min(Math.max(0, contentHeight - height), y)) }
+
+        onContentYChanged: root.table.show(contentY, height)
+        onHeightChanged: root.table.show(contentY, height)
+        Component.onCompleted: root.table.show(contentY, height)
+
+        Repeater {
+            model: root.table.sections
+
+            Item {
+                id: part
+
+                required property SectionModel modelData
+                readonly property SectionModel section: modelData
+
+                width: flick.width
+
+                Caption {
+                    id: header
+
+                    x: root.columnX
+                    y: part.section.top
+                    width: root.columnWidth
+                    height: text ? implicitHeight : topPadding
+                    text: part.section.header
+                    topPadding: 24
+                    bottomPadding: 7
+                    Accessible.role: Accessible.Heading
+
+                    Behavior on y { enabled: root.dragging && Theme.animated; MakeRoom {} }
+                }
+                Repeater {
+                    model: part.section
+
+                    TableRow {
+                        id: row
+
+                        required property int place
+                        required property int position
+                        required property real top
+                        required property string spokenName
+                        readonly property bool lifted: place === root.table.lifted
+                        readonly property bool wanted: place === root.table.current && root.activeFocus
+
+                        required title
+                        required icon
+                        required hasIcon
+                        required marked
+                        required movable
+                        required first
+                        required last
+
+                        x: root.columnX
+                        y: top
+                        z: lifted ? -1 : 0
+                        width: root.columnWidth
+                        height: part.section.rowHeight
+                        empty: lifted || place === landing.place
+                        focused: activeFocus && root.keyboardFocus
+
+                        function takeFocus() {
+                            if (wanted)
+                                forceActiveFocus(Qt.OtherFocusReason);
+                        }
+
+                        onWantedChanged: takeFocus()
+                        Component.onCompleted: takeFocus()
+                        onActiveFocusChanged: if (activeFocus) root.table.current = place
+
+                        Behavior on y { enabled: root.dragging && !row.lifted && Theme.animated; MakeRoom {} }
+
+                        Accessible.role: Accessible.ListItem
+                        Accessible.name: spokenName
+                        Accessible.description: {
+                            const header = part.section.header;
+                            const where = header ? qsTr("Position %1 of %2 in %3.").arg(position).arg(part.section.total).arg(header)
+                                                 : qsTr("Position %1 of %2.").arg(position).arg(part.section.total);
+                            return movable ? where + " " + qsTr("Alt+Up and Alt+Down move it.") : where;
+                        }
+                        Accessible.focusable: true
+                        Accessible.onIncreaseAction: root.step(place, 1)
+                        Accessible.onDecreaseAction: root.step(place, -1)
+
+                        MouseArea {
+                            id: handle
+
+                            enabled: row.movable
+                            anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
+                            width: 60
+                            preventStealing: true
+                            cursorShape: !row.movable ? Qt.ArrowCursor : pressed ? Qt.ClosedHandCursor : Qt.OpenHandCursor
+
+                            function hand(mouse) { return mapToItem(flick, mouse.x, mouse.y).y }
+
+                            onPressed: mouse => root.lift(row, hand(mouse))
+                            onPositionChanged: mouse => root.carry(hand(mouse))
+                            onReleased: root.drop()
+                            onCanceled: root.putBack()
+                        }
+                    }
+                }
+                Caption {
+                    id: footer
+
+                    x: root.columnX
+                    y: part.section.footerTop
+                    width: root.columnWidth
+                    height: text ? implicitHeight : 0
+                    text: part.section.footer
+                    topPadding: 7
+                    lineHeight: 1.1
+                    Accessible.role: Accessible.StaticText
+
+                    Behavior on y { enabled: root.dragging && Theme.animated; MakeRoom {} }
+                }
+                Binding {
+                    target: part.section
+                    property: "headerHeight"
+                    value: header.height
+                }
+                Binding {
+                    target: part.section
+                    property: "footerHeight"
+                    value: footer.height
+                }
+            }
+        }
+
+        T.ScrollIndicator.vertical: PageScrollIndicator {}
+    }
+
+    // The lifted row, above all the others, until it has come down.
+    TableRow {
+        id: overlay
+
+        property real top: 0
+
+        visible: root.dragging || landing.running
+        x: root.columnX
+        y: top - flick.contentY
+        width: root.columnWidth
+        first: true
+        last: true
+        down: true
+
+        function take(row) {
+            title = row.title;
+            icon = row.icon;
+            hasIcon = row.hasIcon;
+            marked = row.marked;
+            movable = row.movable;
+            height = row.height;
+            top = row.top;
+        }
+
+        NumberAnimation on top {
+            id: landing
+
+            property int place: -1
+
+            running: false
+            duration: 150
+            easing.type: Easing.OutCubic
+            onFinished: place = -1
+
+            function begin() {
+                if (!Theme.animated)
+                    return;
+                place = root.table.current;
+                to = root.table.topOf(place);
+                restart();
+            }
+        }
+    }
+}
