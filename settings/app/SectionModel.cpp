@@ -120,7 +120,7 @@ QVariant SectionModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> SectionModel::roleNames() const {
-    return {{PlaceRole, "place"},           {PositionRole, "position"}, {TopRole, "top"},
+    return {{PlaceRole, "place"},           {PositionRole, "position"}, {TopRole, "rowTop"},
             {FirstRole, "first"},           {LastRole, "last"},         {TitleRole, "title"},
             {SpokenNameRole, "spokenName"}, {IconRole, "icon"},         {HasIconRole, "hasIcon"},
             {MovableRole, "movable"},       {MarkedRole, "marked"}};

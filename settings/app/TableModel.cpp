@@ -18,22 +18,26 @@ const CellSnapshot* cellAt(const SectionSnapshot& section, int row) {
     return at >= 0 && at < static_cast<int>(section.cells.size()) ? &section.cells[std::size_t(at)] : nullptr;
 }
 
-/// What the main thread will do too. Cells of rows that are not known stay unknown.
-void moveRow(TableSnapshot& table, NSIndexPath from, NSIndexPath to, const CellSnapshot& cell) {
-    SectionSnapshot& source = table.sections[std::size_t(from.section)];
-    if (cellAt(source, from.row))
-        source.cells.erase(source.cells.begin() + (from.row - source.firstCell));
-    else if (from.row < source.firstCell)
-        --source.firstCell;
-    --source.rowCount;
-    SectionSnapshot& destination = table.sections[std::size_t(to.section)];
-    if (destination.cells.empty()) destination.firstCell = to.row;
-    const int at = to.row - destination.firstCell;
-    if (at >= 0 && at <= static_cast<int>(destination.cells.size()))
-        destination.cells.insert(destination.cells.begin() + at, cell);
-    else if (at < 0)
-        ++destination.firstCell;
-    ++destination.rowCount;
+void takeOut(SectionSnapshot& section, int row) {
+    if (cellAt(section, row))
+        section.cells.erase(section.cells.begin() + (row - section.firstCell));
+    else if (row < section.firstCell)
+        --section.firstCell;
+    --section.rowCount;
+}
+
+/// Cells between the row and those that are known are empty until a snapshot brings them.
+void putIn(SectionSnapshot& section, int row, const CellSnapshot& cell) {
+    auto& cells = section.cells;
+    if (cells.empty()) section.firstCell = row;
+    if (row < section.firstCell) {
+        cells.insert(cells.begin(), std::size_t(section.firstCell - row), CellSnapshot{});
+        section.firstCell = row;
+    }
+    const auto at = std::size_t(row - section.firstCell);
+    if (at > cells.size()) cells.resize(at);
+    cells.insert(cells.begin() + std::ptrdiff_t(at), cell);
+    ++section.rowCount;
 }
 
 } // namespace
@@ -61,15 +65,30 @@ void TableModel::setCurrent(int place) {
 
 void TableModel::read(std::shared_ptr<const TableSnapshot> table) {
     latest_ = std::move(table);
-    if (movesUnderWay_ == 0) take();
+    // While a move is under way nobody can tell whether the snapshot was made before it or after.
+    if (movesUnderWay_.empty()) take();
 }
 
 void TableModel::take() {
     const bool sameFrame = shown_.frame == latest_->frame;
     shown_ = *latest_;
+    for (const Move& move : movesUnderWay_)
+        apply(move);
     if (!sameFrame) emit frameChanged();
     makeSections();
     measure();
+}
+
+/// What the main thread will do too, unless its rows are others by now.
+void TableModel::apply(const Move& move) {
+    auto& sections = shown_.sections;
+    if (std::cmp_greater_equal(std::max(move.from.section, move.to.section), sections.size())) return;
+    SectionSnapshot& source = sections[std::size_t(move.from.section)];
+    SectionSnapshot& destination = sections[std::size_t(move.to.section)];
+    const int rowsThere = destination.rowCount - (&source == &destination ? 1 : 0);
+    if (move.from.row >= source.rowCount || move.to.row > rowsThere) return;
+    takeOut(source, move.from.row);
+    putIn(destination, move.to.row, move.cell);
 }
 
 void TableModel::makeSections() {
@@ -200,12 +219,14 @@ void TableModel::putBack() {
 
 void TableModel::move(NSIndexPath from, NSIndexPath to) {
     const SectionModel::Row* row = sections_[from.section]->find(from.row);
-    moveRow(shown_, from, to, row ? row->cell : CellSnapshot{});
+    movesUnderWay_.push_back({from, to, row ? row->cell : CellSnapshot{}});
+    apply(movesUnderWay_.back());
     current_ = to;
-    ++movesUnderWay_;
     events_.rowMoved(page_, from, to, [self = QPointer(this)] {
         TableModel* const table = self.data();
-        if (table && --table->movesUnderWay_ == 0) table->take();
+        if (!table) return;
+        table->movesUnderWay_.pop_front();
+        table->take();
     });
     measure();
     emit currentChanged();

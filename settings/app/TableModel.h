@@ -11,6 +11,7 @@
 #include <QtQml/qqmllist.h>
 #include <QtQml/qqmlregistration.h>
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -21,8 +22,8 @@ namespace settings {
 /// thread.
 ///
 /// Rows are named by their place, counted over all sections. A moved row stands where the user's hand has put it from
-/// then on; snapshots are taken up again when all moves have arrived. While a row is lifted nothing is moved yet: the
-/// other rows only make room, and the lifted one's own place goes along as an empty gap.
+/// then on: a snapshot is taken up together with the moves that have not arrived yet. While a row is lifted nothing is
+/// moved yet: the other rows only make room, and the lifted one's own place goes along as an empty gap.
 class TableModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -73,10 +74,17 @@ class TableModel : public QObject {
     void liftedChanged();
 
   private:
+    struct Move {
+        platform::NSIndexPath from;
+        platform::NSIndexPath to;
+        CellSnapshot cell; ///< of the row
+    };
+
     QQmlListProperty<SectionModel> drawnSections() { return {this, &sections_}; }
     [[nodiscard]] TableLayout arrangement() const { return lifted_ ? layout_.moved(*lifted_, target_) : layout_; }
     [[nodiscard]] bool isMovable(platform::NSIndexPath path) const;
     void take();
+    void apply(const Move& move);
     void makeSections();
     void measure();
     void place();
@@ -96,7 +104,7 @@ class TableModel : public QObject {
     std::optional<platform::NSIndexPath> lifted_;
     platform::NSIndexPath target_; ///< where the lifted row would go
     double liftedTop_ = 0;
-    int movesUnderWay_ = 0;
+    std::deque<Move> movesUnderWay_;
 
     std::vector<TableLayout::Rows> inView_;
     std::vector<TableLayout::Rows> reportedRows_;

@@ -44,15 +44,15 @@ FocusScope {
             return;
         forceActiveFocus(Qt.MouseFocusReason);
         overlay.take(row);
-        grip = y + flick.contentY - row.top;
+        grip = y + flick.contentY - row.rowTop;
         carry(y);
     }
     function carry(y) {
         if (!dragging)
             return;
         pointer = Math.max(0, Math.min(height, y));
-        overlay.top = pointer + flick.contentY - grip;
-        table.carry(overlay.top);
+        overlay.rowTop = pointer + flick.contentY - grip;
+        table.carry(overlay.rowTop);
     }
     function drop() {
         if (!dragging)
@@ -191,7 +191,7 @@ FocusScope {
 
                         required property int place
                         required property int position
-                        required property real top
+                        required property real rowTop
                         required property string spokenName
                         readonly property bool lifted: place === root.table.lifted
                         readonly property bool wanted: place === root.table.current && root.activeFocus
@@ -205,20 +205,15 @@ FocusScope {
                         required last
 
                         x: root.columnX
-                        y: top
+                        y: rowTop
                         z: lifted ? -1 : 0
                         width: root.columnWidth
                         height: part.section.rowHeight
                         empty: lifted || place === landing.place
                         focused: activeFocus && root.keyboardFocus
 
-                        function takeFocus() {
-                            if (wanted)
-                                forceActiveFocus(Qt.OtherFocusReason);
-                        }
-
-                        onWantedChanged: takeFocus()
-                        Component.onCompleted: takeFocus()
+                        onWantedChanged: if (wanted) forceActiveFocus(Qt.OtherFocusReason)
+                        Component.onCompleted: if (wanted) forceActiveFocus(Qt.OtherFocusReason)
                         onActiveFocusChanged: if (activeFocus) root.table.current = place
 
                         Behavior on y { enabled: root.dragging && !row.lifted && Theme.animated; MakeRoom {} }
@@ -287,11 +282,11 @@ FocusScope {
     TableRow {
         id: overlay
 
-        property real top: 0
+        property real rowTop: 0
 
         visible: root.dragging || landing.running
         x: root.columnX
-        y: top - flick.contentY
+        y: rowTop - flick.contentY
         width: root.columnWidth
         first: true
         last: true
@@ -304,10 +299,10 @@ FocusScope {
             marked = row.marked;
             movable = row.movable;
             height = row.height;
-            top = row.top;
+            rowTop = row.rowTop;
         }
 
-        NumberAnimation on top {
+        NumberAnimation on rowTop {
             id: landing
 
             property int place: -1

@@ -18,12 +18,12 @@ Cell {
         visible: !root.empty
         anchors { fill: parent; leftMargin: Theme.inset; rightMargin: Theme.inset }
 
-        IconItem {
-            visible: root.hasIcon
-            icon: root.icon
+        Loader {
+            active: root.hasIcon
             anchors { left: parent.left; verticalCenter: parent.verticalCenter }
             width: Theme.iconSize
             height: Theme.iconSize
+            sourceComponent: IconItem { icon: root.icon }
         }
         Text {
             anchors {

@@ -95,6 +95,7 @@ void visit(QAccessibleInterface* control, const std::function<void(QAccessibleIn
 }
 
 void listen(QAccessibleEvent* event) {
+    if (qEnvironmentVariableIsSet("DBG")) qWarning() << event->type() << event->object();
     if (event->type() == QAccessible::TextInserted)
         told << static_cast<QAccessibleTextInsertEvent*>(event)->textInserted();
     if (event->type() == QAccessible::TextRemoved)
