@@ -95,15 +95,12 @@ void visit(QAccessibleInterface* control, const std::function<void(QAccessibleIn
 }
 
 void listen(QAccessibleEvent* event) {
-    if (qEnvironmentVariableIsSet("DBG")) qWarning() << event->type() << event->object();
     if (event->type() == QAccessible::TextInserted)
         told << static_cast<QAccessibleTextInsertEvent*>(event)->textInserted();
     if (event->type() == QAccessible::TextRemoved)
         told << static_cast<QAccessibleTextRemoveEvent*>(event)->textRemoved();
     if (event->type() == QAccessible::TextUpdated)
         told << static_cast<QAccessibleTextUpdateEvent*>(event)->textInserted();
-    if (event->type() == QAccessible::Focus && event->accessibleInterface())
-        told << "focus: " + event->accessibleInterface()->text(QAccessible::Name);
     if (event->type() == QAccessible::ValueChanged)
         told << static_cast<QAccessibleValueChangeEvent*>(event)->value().toString();
 }
