@@ -1,5 +1,6 @@
 #include "settings/app/Pictures.h"
 
+#include "platform/foundation/Class.h"
 #include "platform/preferences/PSSpecifier.h"
 
 #include <QCoreApplication>
@@ -14,6 +15,8 @@ namespace settings {
 using platform::Result;
 
 namespace {
+
+constexpr int kWidths[] = {320, 390, 1024};
 
 /// What can stand in a file name on any system: "Sleep After" becomes "SleepAfter".
 std::string compact(const std::string& title) {
@@ -57,19 +60,30 @@ Result<bool> Pictures::tour(const std::filesystem::path& folder) {
     if (failed) return Result<bool>::failure("cannot make " + folder.string() + ": " + failed.message());
     folder_ = folder;
     try {
-        settle();
-        visitTopPage();
-        visitWaitingScreen();
+        for (const int width : kWidths) {
+            settle();
+            resize(width);
+            visitPages();
+            visitWaitingScreen();
+        }
         return true;
     } catch (const Stopped& stopped) {
         return Result<bool>::failure(stopped.why);
     }
 }
 
+void Pictures::visitPages() {
+    visited_.clear();
+    // Views without a resizing mask keep their frame until their page appears again.
+    if (shell_.topPage()->hostsView) openAnew();
+    visitTopPage();
+}
+
 /// Takes the page's pictures, then opens each of its links and comes back.
 void Pictures::visitTopPage() {
-    const PageSnapshot page = shell_.pages().back()->snapshot();
-    if (!visited_.insert(page.className + "\n" + page.title).second) return;
+    const PageSnapshot page = *shell_.topPage();
+    if (!visited_.insert(pictureName(page)).second) return;
+    settle();
     takePictures(pictureName(page));
     const std::size_t depth = shell_.pages().size();
     for (std::size_t row = 0; row < page.rows.size(); ++row) {
@@ -90,12 +104,9 @@ void Pictures::visitWaitingScreen() {
 }
 
 void Pictures::takePictures(const std::string& name) {
-    for (const int width : widths_) {
-        resize(width);
-        for (const bool dark : {false, true}) {
-            shell_.setDark(dark);
-            save(folder_ / (name + "-" + std::to_string(width) + (dark ? "-dark.png" : "-light.png")));
-        }
+    for (const bool dark : {false, true}) {
+        shell_.setDark(dark);
+        save(folder_ / (name + "-" + std::to_string(window_.width()) + (dark ? "-dark.png" : "-light.png")));
     }
 }
 
@@ -117,10 +128,19 @@ void Pictures::resize(int width) {
     perform([content](Navigation& navigation) { navigation.setContentSize(content); });
 }
 
-/// Waits until the first page stands.
+/// Waits until a page stands, with all that it has asked for since it was drawn.
 void Pictures::settle() {
     waitUntil([&] { return shell_.topPage() != nullptr; });
+    QCoreApplication::processEvents();
     perform([](Navigation&) {});
+}
+
+/// A page makes its view when it appears, and it appears again when another one has been on top.
+void Pictures::openAnew() {
+    perform([name = shell_.topPage()->className](Navigation& navigation) {
+        navigation.open(platform::NSClassFromString(name), {});
+    });
+    perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); });
 }
 
 void Pictures::perform(std::function<void(Navigation&)> work) {

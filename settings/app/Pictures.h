@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <set>
 #include <string>
-#include <vector>
 
 namespace settings {
 
@@ -22,8 +21,9 @@ class Pictures {
     Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost);
 
     [[nodiscard]] platform::Result<bool> grab(const std::filesystem::path& file);
-    /// Light and dark, at each width, each page once: "LumoraPreferences-390-light.png". Presses no button and changes
-    /// no value. The waiting screen comes last, in both of its states.
+    /// Every page, opened anew at each width, light and dark: "LumoraPreferences-390-light.png". A class that several
+    /// rows open has one picture, but for option lists. Presses no button and changes no value. The waiting screen
+    /// comes last, in both of its states.
     [[nodiscard]] platform::Result<bool> tour(const std::filesystem::path& folder);
 
   private:
@@ -32,12 +32,14 @@ class Pictures {
         std::string why;
     };
 
+    void visitPages();
     void visitTopPage();
     void visitWaitingScreen();
     void takePictures(const std::string& name);
     void save(const std::filesystem::path& file);
     void resize(int width);
     void settle();
+    void openAnew();
     void perform(std::function<void(Navigation&)> work);
     void waitUntil(const std::function<bool()>& condition);
 
@@ -45,8 +47,7 @@ class Pictures {
     QQuickWindow& window_;
     QDeadlineTimer deadline_;
     std::filesystem::path folder_;
-    std::set<std::string> visited_;
-    std::vector<int> widths_{390};
+    std::set<std::string> visited_; ///< names of pictures at the present width
 };
 
 } // namespace settings

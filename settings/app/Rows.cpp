@@ -5,6 +5,7 @@
 
 #include <future>
 #include <iostream>
+#include <limits>
 
 namespace settings {
 
@@ -31,9 +32,14 @@ int printRows(const Options& options) {
         if (!stack.pages.empty()) page->last = stack.pages.back();
     });
     host.launch({options.bundle.value_or(standardBundle()), *options.rows, contentSizeOf(options.size)},
-                [page](const Result<bool>& opened) {
-                    page->written.set_value(opened ? lumora::writeJson(rowsDocument(*page->last))
-                                                   : Result<std::string>::failure(opened.error()));
+                [page, &host](const Result<bool>& opened) {
+                    if (!opened) return page->written.set_value(Result<std::string>::failure(opened.error()));
+                    host.post([page](Navigation& navigation) {
+                        // A table's rows all exist once all of it is in view.
+                        constexpr double everywhere = std::numeric_limits<double>::infinity();
+                        navigation.tableScrolled(page->last->id, {0, everywhere, {}});
+                        page->written.set_value(lumora::writeJson(rowsDocument(*page->last)));
+                    });
                 });
     auto written = page->written.get_future();
     if (written.wait_for(std::chrono::duration<double>(options.timeout)) != std::future_status::ready)

@@ -27,13 +27,28 @@ Dictionary document(const RowSnapshot& row) {
     return shown;
 }
 
+Dictionary document(const SectionSnapshot& section) {
+    List rows;
+    for (const CellSnapshot& cell : section.cells)
+        rows.emplace_back(Dictionary{{"identifier", cell.identifier}, {"title", cell.title}, {"marked", cell.marked}});
+    return Dictionary{{"header", section.header}, {"footer", section.footer}, {"rows", std::move(rows)}};
+}
+
+List sectionsOf(const PageSnapshot& page) {
+    List sections;
+    if (!page.table) return sections;
+    for (const SectionSnapshot& section : page.table->sections)
+        sections.emplace_back(document(section));
+    return sections;
+}
+
 } // namespace
 
 Value rowsDocument(const PageSnapshot& page) {
     if (page.hostsView) {
         return Dictionary{{"page", page.className},
                           {"view", page.view ? Value(page.view->className) : Value()},
-                          {"sections", List{}}};
+                          {"sections", sectionsOf(page)}};
     }
     List rows;
     for (const RowSnapshot& row : page.rows)

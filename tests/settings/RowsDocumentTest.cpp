@@ -80,4 +80,31 @@ TEST(RowsDocument, NamesTheViewOfAPageThatHostsOne) {
     EXPECT_EQ(rowsDocument(page)["view"], Value("FontView"));
 }
 
+TEST(RowsDocument, ListsTheSectionsOfATableWithTheirRows) {
+    PageSnapshot page;
+    page.className = "ListPage";
+    page.hostsView = true;
+    page.view = std::make_shared<const ViewSnapshot>(ViewSnapshot{"ListView", {}, nullptr, {}});
+    TableSnapshot table;
+    table.sections.push_back(
+        {"Enabled",
+         " ",
+         50,
+         24,
+         40,
+         2,
+         0,
+         {{"Clock", "com.example.clock", nullptr, true, false}, {"", "com.example.gone", nullptr, true, true}}});
+    table.sections.push_back({"Disabled", "Drag them.", 50, 24, 40, 0, 0, {}});
+    page.table = std::make_shared<const TableSnapshot>(table);
+    const Dictionary clock{{"identifier", "com.example.clock"}, {"title", "Clock"}, {"marked", false}};
+    const Dictionary gone{{"identifier", "com.example.gone"}, {"title", ""}, {"marked", true}};
+    EXPECT_EQ(rowsDocument(page),
+              Value(Dictionary{
+                  {"page", "ListPage"},
+                  {"view", "ListView"},
+                  {"sections", List{Dictionary{{"header", "Enabled"}, {"footer", " "}, {"rows", List{clock, gone}}},
+                                    Dictionary{{"header", "Disabled"}, {"footer", "Drag them."}, {"rows", List{}}}}}}));
+}
+
 } // namespace

@@ -233,10 +233,11 @@ class ProgramsTest(unittest.TestCase):
         self.assertEqual(toured.returncode, 0, toured.stderr)
         names = set(os.listdir(self.folder + "/tour"))
         for page in ("LumoraPreferences", "PSListItemsController-SleepAfter", "Waiting", "Waiting-over"):
-            for scheme in ("light", "dark"):
-                self.assertIn(f"{page}-390-{scheme}.png", names)
+            for width in (320, 390, 1024):
+                for scheme in ("light", "dark"):
+                    self.assertIn(f"{page}-{width}-{scheme}.png", names)
         for name in names:
-            self.assert_is_picture(f"{self.folder}/tour/{name}", 390, 844)
+            self.assert_is_picture(f"{self.folder}/tour/{name}", int(name.split("-")[-2]), 844)
         self.assertIsNone(self.stored("kTweakEnabled"), "a tour changes nothing")
 
     def test_takes_the_tour_instead_of_opening_a_window_where_there_is_no_display(self):
