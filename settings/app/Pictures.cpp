@@ -112,8 +112,14 @@ void Pictures::takePictures(const std::string& name) {
 
 void Pictures::save(const std::filesystem::path& file) {
     QCoreApplication::processEvents();
+    QImage picture;
+    waitUntil([&] {
+        picture = window_.grabWindow();
+        window_.update(); // a display may draw the window in its new size a few frames later
+        return picture.isNull() || picture.size() == window_.size() * window_.effectiveDevicePixelRatio();
+    });
     // One format, so that a picture is the same on every platform.
-    QImage picture = window_.grabWindow().convertToFormat(QImage::Format_RGB32);
+    picture = picture.convertToFormat(QImage::Format_RGB32);
     picture.setDotsPerMeterX(2835);
     picture.setDotsPerMeterY(2835);
     if (picture.isNull() || !picture.save(QString::fromStdString(file.string()), "PNG"))
