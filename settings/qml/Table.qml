@@ -179,6 +179,7 @@ FocusScope {
                     text: part.section.header
                     topPadding: 24
                     bottomPadding: 7
+                    font.capitalization: Font.AllUppercase
                     Accessible.role: Accessible.Heading
 
                     Behavior on y { enabled: root.dragging && Theme.animated; MakeRoom {} }

@@ -69,7 +69,9 @@ class Display:
         self.process.wait()
 
 
-class ProgramsTest(unittest.TestCase):
+class Programs(unittest.TestCase):
+    """What tests of the programs are made of: a display, a folder, programs that end with the test."""
+
     @classmethod
     def setUpClass(cls):
         cls.display = Display()
@@ -89,8 +91,6 @@ class ProgramsTest(unittest.TestCase):
             "XDG_RUNTIME_DIR": self.folder,
         }
         os.mkdir(self.environment["LUMORA_PORTS"], 0o700)
-
-    # -- what the tests are made of --
 
     def start(self, *command, **options):
         process = subprocess.Popen(command, env=self.environment, text=True, **options)
@@ -165,6 +165,8 @@ class ProgramsTest(unittest.TestCase):
         xlib.XSendEvent(display, int(window.id), 0, 0, ctypes.byref(message))
         xlib.XCloseDisplay(display)
 
+
+class ProgramsTest(Programs):
     # -- without a window --
 
     def test_prints_a_page_as_json(self):

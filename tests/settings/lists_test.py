@@ -1,0 +1,142 @@
+#!/usr/bin/python3
+"""The lists in the real programs: rows moved by mouse, keyboard and assistive action, as the tweak has them then.
+
+    dbus-run-session -- lists_test.py [-v] BINARIES DEVICE_ROOT
+
+Needs what programs_test.py needs, and pyatspi with its bus.
+"""
+import json
+import os
+import subprocess
+import sys
+import unittest
+
+import pyatspi
+from gi.repository import Atspi, GLib
+
+import programs_test
+from programs_test import eventually, program
+
+# None of them is installed: their rows have no title, and the identifier is their name.
+SAVED = ["test.one", "test.two", "test.three"]
+
+
+class Lists:
+    """The tests, for one page of a list and the key that it saves."""
+
+    page = key = None
+
+    def setUp(self):
+        super().setUp()
+        self.environment |= {"DBUS_SESSION_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"],
+                             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        self.start_tweak()
+        self.lumoractl("set", self.key, json.dumps(SAVED))
+        self.assertEqual(self.saved(), SAVED)
+
+    def lumoractl(self, *arguments):
+        return subprocess.run([program("lumoractl"), *arguments], text=True, capture_output=True,
+                              env=self.environment, check=True).stdout
+
+    def saved(self):
+        return json.loads(self.lumoractl("get", self.key))
+
+    def open_list(self):
+        window = self.open_window("--page", self.page)
+        eventually(lambda: set(SAVED) <= self.rows(window).keys(), "the rows")
+        return window
+
+    def find(self, accessible, matches):
+        if matches(accessible):
+            yield accessible
+        for child in accessible:
+            if child:
+                yield from self.find(child, matches)
+
+    def rows(self, window):
+        """The rows by their names, as assistive tools see them now."""
+        desktop = pyatspi.Registry.getDesktop(0)
+        desktop.set_cache_mask(Atspi.Cache.NONE)
+        try:
+            return {row.name: row for application in desktop
+                    if application and application.get_process_id() == window.pid
+                    for row in self.find(application, lambda it: it.getRole() == pyatspi.ROLE_LIST_ITEM)}
+        except GLib.Error:
+            return {}  # something went away while it was looked at
+
+    def place(self, window, name):
+        row = self.rows(window)[name]
+        return row.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+
+    def expect_saved(self, identifiers):
+        try:
+            eventually(lambda: self.saved() == identifiers, identifiers)
+        except AssertionError:
+            self.assertEqual(self.saved(), identifiers)
+
+    def test_moves_a_row_by_its_handle(self):
+        window = self.open_list()
+        row = self.place(window, "test.one")
+        x, y = row.x + row.width - 30, row.y + row.height // 2
+        self.xdotool("mousemove", str(x), str(y), "mousedown", "1")
+        for step in range(10, 81, 10):
+            self.xdotool("mousemove", str(x), str(y + step))
+        self.assertEqual(self.saved(), SAVED, "nothing is moved before the drop")
+        self.xdotool("mouseup", "1")
+        self.expect_saved(["test.two", "test.three", "test.one"])
+
+    def test_moves_a_row_by_keyboard_and_out_of_the_enabled_ones(self):
+        window = self.open_list()
+        self.xdotool("key", "--window", window.id, "Tab", "Down", "alt+Up")
+        self.expect_saved(["test.two", "test.one", "test.three"])
+        self.xdotool("key", "--window", window.id, "alt+Down", "alt+Down", "alt+Down")
+        self.expect_saved(["test.one", "test.three"])
+
+    def test_moves_a_row_by_assistive_action_and_tells_of_its_focus(self):
+        window = self.open_list()
+        focused = []
+
+        def listen(event):
+            if event.detail1:
+                focused.append(event.source.name)
+        pyatspi.Registry.registerEventListener(listen, "object:state-changed:focused")
+        self.addCleanup(pyatspi.Registry.deregisterEventListener, listen, "object:state-changed:focused")
+        row = self.rows(window)["test.one"]
+        actions = row.queryAction()
+        names = [actions.getName(i) for i in range(actions.nActions)]
+        actions.doAction(names.index("Increase"))
+        self.expect_saved(["test.two", "test.one", "test.three"])
+
+        def told():
+            GLib.MainContext.default().iteration(False)
+            return focused and focused[-1] == "test.one"
+        eventually(told, f"the focus on the moved row, not {focused}")
+        moved = self.rows(window)["test.one"]
+        self.assertTrue(moved.getState().contains(pyatspi.STATE_FOCUSED))
+        self.assertTrue(moved.description.startswith("Position 2 of 3 in Enabled."), moved.description)
+        actions = moved.queryAction()
+        actions.doAction([actions.getName(i) for i in range(actions.nActions)].index("Decrease"))
+        self.expect_saved(SAVED)
+
+    def test_prints_every_row_of_the_list(self):
+        many = [f"test.{i}" for i in range(300)]
+        self.lumoractl("set", self.key, json.dumps(many))
+        printed = self.settings("--rows", self.page, DISPLAY="")
+        self.assertEqual(printed.returncode, 0, printed.stderr)
+        page = json.loads(printed.stdout)
+        self.assertEqual(page["page"], self.page)
+        self.assertEqual([section["header"] for section in page["sections"]], ["Enabled", "Disabled"])
+        self.assertEqual([row["identifier"] for row in page["sections"][0]["rows"]], many)
+        self.assertEqual(page["sections"][0]["rows"][0], {"identifier": "test.0", "title": "", "marked": False})
+
+
+class AppViewsTest(Lists, programs_test.Programs):
+    page, key = "PluginsListViewController", "kAppViewsEnabled"
+
+
+class AppsTest(Lists, programs_test.Programs):
+    page, key = "AppsListController", "kAppsEnabled"
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
