@@ -10,15 +10,18 @@ TappableRow {
     Accessible.description: row.valueTitle + (row.valueTitle && row.accessibleDescription ? ". " : "") + row.accessibleDescription
 
     contentItem: Item {
-        Text {
+        RowTitle {
             id: title
 
             anchors { left: parent.left; verticalCenter: parent.verticalCenter }
-            width: Math.min(implicitWidth, parent.width - chevron.width - 8 - Math.min(value.implicitWidth + 12, parent.width / 2))
+            width: Math.min(Math.ceil(unbound.advanceWidth) + 1, parent.width - chevron.width - 8 - Math.min(value.implicitWidth + 12, parent.width / 2))
             text: control.text
-            color: Theme.text
-            font.pixelSize: Theme.bodySize
-            elide: Text.ElideRight
+        }
+        TextMetrics {
+            id: unbound
+
+            font { family: title.font.family; pixelSize: Theme.bodySize }
+            text: control.text
         }
         Text {
             id: value

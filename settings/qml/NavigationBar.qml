@@ -20,8 +20,16 @@ Item {
         color: Theme.hairline
     }
     Text {
-        anchors.centerIn: parent
-        width: Math.min(implicitWidth, parent.width - 2 * (back.width + 16))
+        // In the middle of the bar, or of what the way back leaves of it when the title needs more.
+        readonly property real edge: back.visible ? back.x + back.width + 4 : 16
+        readonly property bool fits: implicitWidth <= parent.width - 2 * edge
+
+        x: fits ? (parent.width - width) / 2 : edge
+        anchors.verticalCenter: parent.verticalCenter
+        width: fits ? implicitWidth : parent.width - edge - 16
+        horizontalAlignment: Text.AlignHCenter
+        fontSizeMode: Text.HorizontalFit
+        minimumPixelSize: Theme.smallestSize
         text: root.title
         color: Theme.text
         font { pixelSize: Theme.bodySize; weight: Font.DemiBold }

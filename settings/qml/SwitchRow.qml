@@ -42,15 +42,11 @@ T.Switch {
         last: control.last
         focused: control.visualFocus
     }
-    contentItem: Text {
-        rightPadding: track.width + 8
-        text: control.text
-        color: Theme.text
-        font.pixelSize: Theme.bodySize
-        verticalAlignment: Text.AlignVCenter
-        fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: Theme.smallestSize
-        elide: Text.ElideRight
+    contentItem: Item {
+        RowTitle {
+            anchors { fill: parent; rightMargin: track.width + 8 }
+            text: control.text
+        }
     }
     indicator: Rectangle {
         id: track

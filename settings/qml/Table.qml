@@ -213,6 +213,8 @@ FocusScope {
                         empty: lifted || place === landing.place
                         focused: activeFocus && root.keyboardFocus
 
+                        // The gap goes beneath the rows of the other sections too.
+                        onLiftedChanged: part.z = lifted ? -1 : 0
                         onWantedChanged: if (wanted) forceActiveFocus(Qt.OtherFocusReason)
                         Component.onCompleted: if (wanted) forceActiveFocus(Qt.OtherFocusReason)
                         onActiveFocusChanged: if (activeFocus) root.table.current = place

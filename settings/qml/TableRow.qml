@@ -25,7 +25,7 @@ Cell {
             height: Theme.iconSize
             sourceComponent: IconItem { icon: root.icon }
         }
-        Text {
+        RowTitle {
             anchors {
                 left: parent.left
                 leftMargin: root.hairlineInset - Theme.inset
@@ -35,9 +35,6 @@ Cell {
             }
             text: root.title
             textFormat: Text.PlainText
-            color: Theme.text
-            font.pixelSize: Theme.bodySize
-            elide: Text.ElideRight
             Accessible.ignored: true
         }
         Row {
