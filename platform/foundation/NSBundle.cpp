@@ -1,19 +1,24 @@
 #include "platform/foundation/NSBundle.h"
 
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/RegularFile.h"
 #include "platform/foundation/SharedObject.h"
 
+#include <algorithm>
 #include <dlfcn.h>
-#include <fstream>
-#include <iterator>
 #include <utility>
 
 namespace platform {
 namespace {
 
+/// Far more than any Info.plist has; a longer one is broken.
+constexpr std::uint64_t kLongestInfo = std::uint64_t{1} << 24;
+
 Dictionary readInfo(const std::filesystem::path& folder) {
-    std::ifstream in(folder / "Info.plist", std::ios::binary);
-    const Data bytes{std::istreambuf_iterator<char>(in), {}};
+    const RegularFile file(folder / "Info.plist");
+    if (!file || file.size() > kLongestInfo) return {};
+    Data bytes(file.size());
+    if (!file.read(0, bytes.data(), bytes.size())) return {};
     const Result<Value> info = readPropertyList(bytes);
     return info && info.value().dictionary() ? *info.value().dictionary() : Dictionary{};
 }
@@ -26,6 +31,13 @@ std::string textOf(const Dictionary& info, std::string_view key) {
 /// True for a file name, false for anything that is a path.
 bool isFileName(std::string_view name) {
     return name.find('/') == std::string_view::npos && name.find('\0') == std::string_view::npos;
+}
+
+bool isIdentifier(const std::string& name) {
+    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    return !name.empty() && !isDigit(name.front()) &&
+           std::all_of(name.begin(), name.end(), [&](char c) { return isLetter(c) || isDigit(c); });
 }
 
 } // namespace
@@ -53,12 +65,21 @@ Result<bool> NSBundle::load() {
             folder_.string() + " cannot be loaded: its Info.plist is missing, broken or names no CFBundleExecutable");
     const Result<void*> handle = loadSharedObject(folder_ / executable);
     if (!handle) return Result<bool>::failure(handle.error());
-    loaded_ = true;
+    loaded_ = handle.value();
     return true;
 }
 
 Class NSBundle::principalClass() const {
     return NSClassFromString(textOf(info_, "NSPrincipalClass"));
+}
+
+const void* NSBundle::principalClassTable(const std::string& prefix) const {
+    const std::string name = textOf(info_, "NSPrincipalClass");
+    return loaded_ && isIdentifier(name) ? symbolIn(loaded_, prefix + name) : nullptr;
+}
+
+bool NSBundle::unload() {
+    return std::exchange(loaded_, nullptr) != nullptr;
 }
 
 std::filesystem::path NSBundle::pathForResource(std::string_view name, std::string_view type) const {

@@ -31,6 +31,12 @@ class PLATFORM_EXPORT NSBundle {
     Result<bool> load();
     /// The class that `NSPrincipalClass` names, null when there is none. Asks the registry, so load() goes first.
     [[nodiscard]] Class principalClass() const;
+    /// For bundles whose principal class is a table of C functions: what the shared object itself exports under the
+    /// prefix followed by `NSPrincipalClass`. Null when it is not loaded, when there is none, or when the name is no
+    /// identifier.
+    [[nodiscard]] const void* principalClassTable(const std::string& prefix) const;
+    /// Takes back a load(); false when there was none. The code stays where it is, because objects of it live on.
+    bool unload();
 
     /// The file "name.type" among the resources; empty when there is none. A name that would leave the bundle has none.
     [[nodiscard]] std::filesystem::path pathForResource(std::string_view name, std::string_view type) const;
@@ -44,7 +50,7 @@ class PLATFORM_EXPORT NSBundle {
   private:
     std::filesystem::path folder_;
     Dictionary info_;
-    bool loaded_ = false;
+    void* loaded_ = nullptr; ///< the loader's handle, null when not loaded
 };
 
 } // namespace platform

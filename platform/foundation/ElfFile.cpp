@@ -1,0 +1,142 @@
+#include "platform/foundation/ElfFile.h"
+
+#include <cstring>
+#include <elf.h>
+#include <map>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace platform {
+namespace {
+
+constexpr unsigned char kThisByteOrder = ELFDATA2LSB;
+#if defined(__x86_64__)
+constexpr Elf64_Half kThisMachine = EM_X86_64;
+#elif defined(__aarch64__)
+constexpr Elf64_Half kThisMachine = EM_AARCH64;
+#else
+#error "name this machine's ELF number here"
+#endif
+
+constexpr const char* kCutShort = "it is cut short";
+constexpr const char* kDamaged = "it is damaged";
+
+/// One file under examination. Each step gives what is wrong, empty when nothing is, and may stand on the steps before.
+class ElfFile {
+  public:
+    explicit ElfFile(const RegularFile& file) : file_(file) {}
+
+    std::string fault() {
+        for (const auto step : {&ElfFile::readHeader, &ElfFile::readSegments, &ElfFile::readDynamic,
+                                &ElfFile::checkTexts, &ElfFile::checkTables})
+            if (std::string wrong = (this->*step)(); !wrong.empty()) return wrong;
+        return {};
+    }
+
+  private:
+    template<class T>
+    [[nodiscard]] std::optional<T> readAt(std::uint64_t offset) const {
+        T record{};
+        return file_.read(offset, &record, sizeof record) ? std::optional(record) : std::nullopt;
+    }
+
+    [[nodiscard]] bool isInFile(std::uint64_t offset, std::uint64_t size) const {
+        return offset <= file_.size() && size <= file_.size() - offset;
+    }
+
+    std::string readHeader() {
+        const auto header = readAt<Elf64_Ehdr>(0);
+        if (!header || std::memcmp(header->e_ident, ELFMAG, SELFMAG) != 0) return "it is no shared object";
+        header_ = *header;
+        if (header_.e_ident[EI_CLASS] != ELFCLASS64 || header_.e_ident[EI_DATA] != kThisByteOrder ||
+            header_.e_machine != kThisMachine)
+            return "it is for another machine";
+        if (header_.e_type != ET_DYN || header_.e_phentsize != sizeof(Elf64_Phdr)) return "it is no shared object";
+        // Nobody maps the section headers, but they stand last: a file that has lost them has lost its end.
+        const std::uint64_t sections = std::uint64_t{header_.e_shnum} * header_.e_shentsize;
+        return header_.e_shoff != 0 && !isInFile(header_.e_shoff, sections) ? kCutShort : "";
+    }
+
+    std::string readSegments() {
+        std::uint64_t end = 0; // of the one before, in memory
+        for (std::uint64_t i = 0; i < header_.e_phnum; ++i) {
+            if (header_.e_phoff > file_.size()) return kCutShort;
+            const auto part = readAt<Elf64_Phdr>(header_.e_phoff + i * sizeof(Elf64_Phdr));
+            if (!part || !isInFile(part->p_offset, part->p_filesz)) return kCutShort;
+            if (part->p_type == PT_DYNAMIC) dynamic_ = part;
+            if (part->p_type != PT_LOAD) continue;
+            // The loader reserves from the first to the last and maps each over that, wherever it says it goes.
+            if (part->p_vaddr < end || part->p_memsz > UINT64_MAX - part->p_vaddr || part->p_memsz < part->p_filesz)
+                return kDamaged;
+            end = part->p_vaddr + part->p_memsz;
+            loaded_.push_back(*part);
+        }
+        return loaded_.empty() || !dynamic_ ? "it is no shared object" : "";
+    }
+
+    std::string readDynamic() {
+        const auto place = placeInFile(dynamic_->p_vaddr, dynamic_->p_filesz);
+        if (!place || *place != dynamic_->p_offset) return kDamaged;
+        for (std::uint64_t at = 0; at + sizeof(Elf64_Dyn) <= dynamic_->p_filesz; at += sizeof(Elf64_Dyn)) {
+            const auto entry = readAt<Elf64_Dyn>(dynamic_->p_offset + at);
+            if (!entry) return kCutShort;
+            if (entry->d_tag == DT_NULL) return {};
+            if (entry->d_tag == DT_NEEDED || entry->d_tag == DT_SONAME || entry->d_tag == DT_RPATH ||
+                entry->d_tag == DT_RUNPATH)
+                texts_.push_back(entry->d_un.d_val);
+            entries_.insert_or_assign(entry->d_tag, entry->d_un.d_val);
+        }
+        return kDamaged; // without an end
+    }
+
+    std::string checkTexts() {
+        const auto size = entry(DT_STRSZ);
+        const auto table = entry(DT_STRTAB) && size ? placeInFile(*entry(DT_STRTAB), *size) : std::nullopt;
+        if (!table || *size == 0 || !entry(DT_SYMTAB)) return kDamaged;
+        if (const auto last = readAt<char>(*table + *size - 1); !last || *last != '\0') return kDamaged;
+        for (const std::uint64_t text : texts_)
+            if (text >= *size) return kDamaged;
+        return {};
+    }
+
+    std::string checkTables() {
+        for (const Elf64_Sxword alone : {DT_SYMTAB, DT_HASH, DT_GNU_HASH, DT_VERSYM, DT_VERNEED})
+            if (const auto address = entry(alone); address && !placeInFile(*address, 1)) return kDamaged;
+        for (const auto& [table, size] :
+             {std::pair(DT_RELA, DT_RELASZ), std::pair(DT_JMPREL, DT_PLTRELSZ), std::pair(DT_RELR, DT_RELRSZ),
+              std::pair(DT_INIT_ARRAY, DT_INIT_ARRAYSZ), std::pair(DT_FINI_ARRAY, DT_FINI_ARRAYSZ)})
+            if (const auto address = entry(table); address && !placeInFile(*address, entry(size).value_or(0)))
+                return kDamaged;
+        return {};
+    }
+
+    [[nodiscard]] std::optional<std::uint64_t> entry(Elf64_Sxword tag) const {
+        const auto found = entries_.find(tag);
+        return found == entries_.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    /// Where the file keeps what will be mapped at an address; nothing when that is in no one segment's bytes.
+    [[nodiscard]] std::optional<std::uint64_t> placeInFile(std::uint64_t address, std::uint64_t size) const {
+        for (const Elf64_Phdr& part : loaded_)
+            if (address >= part.p_vaddr && address - part.p_vaddr <= part.p_filesz &&
+                size <= part.p_filesz - (address - part.p_vaddr))
+                return part.p_offset + (address - part.p_vaddr);
+        return std::nullopt;
+    }
+
+    const RegularFile& file_;
+    Elf64_Ehdr header_{};
+    std::vector<Elf64_Phdr> loaded_;
+    std::optional<Elf64_Phdr> dynamic_;
+    std::map<Elf64_Sxword, std::uint64_t> entries_;
+    std::vector<std::uint64_t> texts_;
+};
+
+} // namespace
+
+std::string faultOfSharedObject(const RegularFile& file) {
+    return file ? ElfFile(file).fault() : "it cannot be read";
+}
+
+} // namespace platform
