@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/KitExport.h"
 #include "platform/foundation/NSCondition.h"
 #include "platform/foundation/Value.h"
 
@@ -19,7 +20,7 @@ namespace lumora {
 ///
 /// There is no default value and no file on this side: what the tweak did not send reads as nil. The main thread alone
 /// starts, reads and edits; replies land from worker threads.
-class SettingsSession {
+class LUMORA_KIT_EXPORT SettingsSession {
   public:
     SettingsSession() = default;
     SettingsSession(const SettingsSession&) = delete;

@@ -123,10 +123,12 @@ PreferenceHelper::Row PreferenceHelper::specifier(const Row& row, const std::str
     return row;
 }
 
+#ifdef LUMORA_OWN_COPY
 platform::PSSpecifierRef PreferenceHelperAdditions::addIcon(const platform::PSSpecifierRef& row,
                                                             const std::string& iconName) {
     setIcon(*row, iconName, *platform::NSBundle::bundleForClass(typeid(PreferenceHelper)));
     return row;
 }
+#endif
 
 } // namespace lumora

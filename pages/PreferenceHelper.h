@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/KitExport.h"
 #include "platform/preferences/PSListController.h"
 #include "platform/preferences/PSTextFieldSpecifier.h"
 
@@ -17,7 +18,7 @@ namespace lumora {
 /// Editable rows read and write through the page's two operations, under the preference key that is their identifier.
 /// The builder refers to its page without owning it and keeps no rows; the page owns the builder, because rows of
 /// static text have the builder for their target. Nothing is checked here. Main thread.
-class PreferenceHelper final : public platform::NSObject {
+class LUMORA_KIT_EXPORT PreferenceHelper final : public platform::NSObject {
   public:
     bool initWithTarget(platform::PSListController* target, platform::SetAction set, platform::GetAction get);
 
@@ -61,6 +62,8 @@ class PreferenceHelper final : public platform::NSObject {
     platform::GetAction getAction_;
 };
 
+#ifdef LUMORA_OWN_COPY // in a plug-in the builder comes from the kit, whose folder has no icons: specifier() finds its
+                       // own
 namespace PreferenceHelperAdditions {
 
 /// Gives a row an icon from the resources of the bundle that holds PreferenceHelper; returns the row, so that it is
@@ -69,5 +72,6 @@ namespace PreferenceHelperAdditions {
 platform::PSSpecifierRef addIcon(const platform::PSSpecifierRef& row, const std::string& iconName);
 
 } // namespace PreferenceHelperAdditions
+#endif
 
 } // namespace lumora

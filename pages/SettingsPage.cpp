@@ -1,5 +1,7 @@
 #include "pages/SettingsPage.h"
 
+#include <utility>
+
 namespace lumora {
 
 using platform::selector;
@@ -9,10 +11,13 @@ bool SettingsPage::init() {
 }
 
 platform::PSSpecifierList SettingsPage::specifiers() {
-    if (_specifiers) return _specifiers;
+    if (helper_) return _specifiers;
     helper_ =
         platform::make<PreferenceHelper>(this, selector(&SettingsPage::setValue), selector(&SettingsPage::getValue));
-    _specifiers = std::make_shared<const Rows>(rows(*helper_));
+    Rows all = _specifiers ? *_specifiers : Rows();
+    const Rows own = rows(*helper_);
+    all.insert(all.end(), own.begin(), own.end());
+    _specifiers = std::make_shared<const Rows>(std::move(all));
     return _specifiers;
 }
 

@@ -17,11 +17,11 @@ namespace lumora {
 ///     SettingsPage::Rows AppsController::rows(PreferenceHelper& make) { return {make.header("Options"), …}; }
 ///
 /// Main thread.
-class SettingsPage : public platform::PSListController {
+class LUMORA_KIT_EXPORT SettingsPage : public platform::PSListController {
   public:
     /// Returns only after the class's settings dictionary is there, however long that takes.
     bool init() override;
-    /// Built on the first request and kept for the life of the page.
+    /// Built on the first request and kept for the life of the page. Rows that are in the row list by then stand ahead.
     platform::PSSpecifierList specifiers() override;
 
     /// The get and set operations of every editable row.

@@ -21,6 +21,7 @@
 #ifndef LUMORA_APP_VIEW_H
 #define LUMORA_APP_VIEW_H
 
+#include <stddef.h>
 #include <stdint.h>
 
 #ifdef __cplusplus

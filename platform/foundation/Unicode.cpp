@@ -53,6 +53,15 @@ char32_t takeCharacter(std::string_view& text) {
     return character;
 }
 
+bool isUtf8(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t before = text.size();
+        // A byte that is none is taken alone; the replacement character itself has three.
+        if (takeCharacter(text) == replacementCharacter && before - text.size() == 1) return false;
+    }
+    return true;
+}
+
 void appendCharacter(std::string& text, char32_t character) {
     const auto append = [&text](char32_t byte) { text.push_back(static_cast<char>(byte)); };
     if (character < 0x80) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -15,6 +17,9 @@ inline constexpr char32_t replacementCharacter = 0xFFFD;
 /// Takes the next character off the front of a text, which must not be empty. A byte that begins no well-formed UTF-8
 /// sequence is taken alone and gives the replacement character.
 [[nodiscard]] char32_t takeCharacter(std::string_view& text);
+
+/// True when every byte belongs to a well-formed UTF-8 sequence.
+[[nodiscard]] PLATFORM_EXPORT bool isUtf8(std::string_view text);
 
 /// Appends one character as UTF-8.
 void appendCharacter(std::string& text, char32_t character);

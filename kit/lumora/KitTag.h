@@ -1,0 +1,46 @@
+/* What a settings page of a plug-in is checked by before it is used. A page is a C++ object that shares its classes
+ * with the Settings application, so both must be made by the same version of the kit, the same compiler and the same
+ * standard library; LUMORA_KIT_TAG names all three. This header stands alone; authors include
+ * <lumora/SettingsController.h>.
+ */
+#ifndef LUMORA_KIT_TAG_H
+#define LUMORA_KIT_TAG_H
+
+#include <lumora/AppView.h>
+
+#ifdef __cplusplus
+#include <version> /* names the standard library */
+#endif
+
+/* Counted up with every change after which a page that is compiled already no longer fits. */
+#define LUMORA_KIT_VERSION 1
+
+#define LUMORA_KIT_QUOTED(number) #number
+#define LUMORA_KIT_TEXT(number) LUMORA_KIT_QUOTED(number)
+
+#if defined(__clang__)
+#define LUMORA_KIT_COMPILER "clang " LUMORA_KIT_TEXT(__clang_major__)
+#elif defined(__GNUC__)
+#define LUMORA_KIT_COMPILER "gcc " LUMORA_KIT_TEXT(__GNUC__)
+#else
+#define LUMORA_KIT_COMPILER "another compiler"
+#endif
+
+#if defined(_GLIBCXX_DEBUG)
+#define LUMORA_KIT_LIBRARY "libstdc++ for debugging"
+#elif defined(_GLIBCXX_USE_CXX11_ABI)
+#define LUMORA_KIT_LIBRARY "libstdc++ abi " LUMORA_KIT_TEXT(_GLIBCXX_USE_CXX11_ABI)
+#elif defined(_LIBCPP_ABI_VERSION)
+#define LUMORA_KIT_LIBRARY "libc++ abi " LUMORA_KIT_TEXT(_LIBCPP_ABI_VERSION)
+#else
+#define LUMORA_KIT_LIBRARY "another standard library"
+#endif
+
+#define LUMORA_KIT_TAG "kit " LUMORA_KIT_TEXT(LUMORA_KIT_VERSION) ", " LUMORA_KIT_COMPILER ", " LUMORA_KIT_LIBRARY
+
+struct LumoraSettingsController {
+    const char* tag;       /* LUMORA_KIT_TAG, as the plug-in was compiled with it */
+    const void* pageClass; /* a platform::ClassRecord; not looked at unless the tag is the reader's own */
+};
+
+#endif

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <lumora/KitTag.h>
+
+#include "pages/SettingsPage.h"
+
+#include <memory>
+
+/// Gives a plug-in's page class as its settings controller; stands once in a source file, after the page's class.
+///
+///     namespace {
+///     class ClockPage final : public lumora::SettingsPage { … };
+///     LUMORA_SETTINGS_CONTROLLER(ClockPage, settingsController)
+///     const LumoraAppView clockView{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController};
+///     }
+///
+/// It defines the function that is named second. The page is made each time that its link is tapped, on the main thread
+/// of the Settings application. Two plug-ins may give their pages the same name: pages of plug-ins are never looked up
+/// by name.
+#define LUMORA_SETTINGS_CONTROLLER(Page, function)                                                                     \
+    static const LumoraSettingsController* function() {                                                                \
+        static const auto& pageClass = *new platform::ClassRecord{                                                     \
+            #Page, []() -> std::shared_ptr<platform::NSObject> { return platform::make<Page>(); }};                    \
+        static const LumoraSettingsController controller{LUMORA_KIT_TAG, &pageClass};                                  \
+        return &controller;                                                                                            \
+    }

@@ -1,0 +1,64 @@
+// The Notes application's App View, with a settings page of its own.
+#include <lumora/SettingsController.h>
+
+namespace {
+
+using platform::Dictionary;
+using platform::selector;
+using platform::Value;
+
+lumora::SettingsSession& session() {
+    static auto& session = *new lumora::SettingsSession;
+    return session;
+}
+
+class NotesPage final : public lumora::SettingsPage {
+  public:
+    NotesPage() : SettingsPage(::session()) {}
+
+    /// The tweak knows no defaults of ours, so what was never set is filled in here.
+    Value valueOrDefault(platform::PSSpecifier& row) {
+        static const Dictionary defaults{{"org.lumora.plugins.notes.order", "edited"},
+                                         {"org.lumora.plugins.notes.textSize", 15.0},
+                                         {"org.lumora.plugins.notes.hideLocked", true}};
+        const Value value = getValue(row);
+        return value.isNil() ? defaults[row.identifier()] : value;
+    }
+
+  protected:
+    Rows rows(lumora::PreferenceHelper& make) override {
+        make.setGetAction(selector(&NotesPage::valueOrDefault));
+        return {
+            make.header("List", "The note at the top is the one that the App View opens with."),
+            make.specifier(make.link("Sort By", "org.lumora.plugins.notes.order",
+                                     {"Date Edited", "Date Created", "Title"}, {"edited", "created", "title"}),
+                           "page"),
+            make.field("Title for New Notes", "org.lumora.plugins.notes.title"),
+
+            make.header("Text"),
+            make.specifier(make.static_("Text Size"), "letter"),
+            make.slider("org.lumora.plugins.notes.textSize", 9, 30),
+
+            make.header("Privacy", "Locked notes show their title only until the device is unlocked."),
+            make.specifier(make.toggle("Hide Locked Notes", "org.lumora.plugins.notes.hideLocked"), "lock"),
+        };
+    }
+};
+
+LUMORA_SETTINGS_CONTROLLER(NotesPage, settingsController)
+
+const LumoraAppView notesView{
+    .version = LUMORA_APP_VIEW_VERSION,
+    .identifier = [] { return "org.lumora.plugins.notes"; },
+    .name = [] { return "Notes"; },
+    .appID = [] { return "org.lumora.samples.Notes"; },
+    .settingsController = settingsController,
+};
+
+const LumoraAppView* sharedInstance() {
+    return &notesView;
+}
+
+} // namespace
+
+LUMORA_PRINCIPAL_CLASS(NotesView, sharedInstance)
