@@ -24,8 +24,8 @@ endif()
 
 add_library(lumora_flags INTERFACE)
 target_compile_options(lumora_flags INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
-  -Wold-style-cast -Wcast-align -Wformat=2 -Wimplicit-fallthrough
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-align -Wformat=2 -Wimplicit-fallthrough
+  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor;-Woverloaded-virtual;-Wold-style-cast>
   -fno-strict-overflow -fstack-protector-strong)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Unique symbols would pin a plug-in's copy of an inline variable to the first library that brought one.

@@ -14,7 +14,7 @@ _lumoractl() {
     done
     COMPREPLY=()
     if [[ -z $command ]]; then
-        mapfile -t COMPREPLY < <(compgen -W 'list get set archive unarchive --help --version' -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W 'list get set archive unarchive plugins --help --version' -- "$word")
         return
     fi
     if [[ $word == -* ]]; then
@@ -22,13 +22,14 @@ _lumoractl() {
         case $command in
             list | get) options+=' --secrets' ;;
             archive | unarchive) options+=' --output -o' ;;
+            plugins) options+=' --json --root --timeout' ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
         return
     fi
     case $command in
         get | set) [[ -n $key ]] || mapfile -t COMPREPLY < <(compgen -W "$(_lumoractl_keys)" -- "$word") ;;
-        archive | unarchive) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
+        archive | unarchive | plugins) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
     esac
 }
 

@@ -1,13 +1,16 @@
+#include "tools/lumoractl/Plugins.h"
 #include "tools/lumoractl/Streams.h"
 #include "tools/lumoractl/TweakClient.h"
 
 #include "tools/json/Json.h"
 #include "tweak/Defaults.h"
 
+#include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 
 #include <CLI/CLI.hpp>
 
+#include <chrono>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -30,6 +33,10 @@ struct Arguments {
     std::string input = "-";
     std::string output = "-";
     bool secrets = false;
+    std::string plugins;
+    std::string root;
+    double timeout = 5.0;
+    bool json = false;
 };
 
 int report(const std::string& error, ExitCode code = kFailed) {
@@ -104,6 +111,16 @@ int unarchive(const Arguments& arguments) {
                  : report("the input is no keyed archive: " + value.error());
 }
 
+int plugins(const Arguments& arguments) {
+    if (!arguments.root.empty()) platform::setDeviceRoot(arguments.root);
+    const auto limit = std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(arguments.timeout));
+    const auto found = probePlugins(arguments.plugins, limit);
+    if (!found) return report(found.error());
+    const std::string table = pluginTable(found.value());
+    const int written = arguments.json ? writeJsonTo("-", found.value()) : write("-", table.data(), table.size());
+    return written != kDone ? written : allUsable(found.value()) ? kDone : kFailed;
+}
+
 constexpr const char* kAbout = R"(Reads and changes the settings of Lumora's tweak from a shell, as JSON.
 
 Settings travel over the tweak's ports, under $LUMORA_PORTS, else $XDG_RUNTIME_DIR, else
@@ -142,6 +159,7 @@ class CommandLine {
                         std::string(kExitStatus));
         addFiles(*command("archive", "Turn JSON into a keyed archive, the form that messages have", archive));
         addFiles(*command("unarchive", "Turn a keyed archive into JSON", unarchive));
+        addPlugins(*command("plugins", "List the App View plug-ins, or why they are skipped", plugins));
     }
 
     int run(int count, const char* const* words) {
@@ -180,6 +198,22 @@ class CommandLine {
             .add_option("-o,--output", arguments_.output, "What to write; standard output when it is - or not given")
             ->type_name("FILE");
         command.footer(std::string(kJsonForms) + "\n\n" + kExitStatus);
+    }
+
+    void addPlugins(CLI::App& command) {
+        command
+            .add_option("PATH", arguments_.plugins,
+                        "A folder of plug-ins or one bundle; /Library/Nevo/Lumora/Plugins when not given")
+            ->type_name("");
+        command.add_option("--root", arguments_.root, "The folder that stands for the device's \"/\"")
+            ->type_name("DIR");
+        command.add_option("--timeout", arguments_.timeout, "How long each may take to answer")
+            ->type_name("SECONDS")
+            ->capture_default_str()
+            ->check(CLI::Range(0.001, 3600.0));
+        command.add_flag("--json", arguments_.json, "Print one JSON list, with an object for each entry");
+        command.footer("Each plug-in runs in a process of its own, so that none can harm the others.\n\n"
+                       "Exit status: 0 all can be used, 1 one is skipped or the folder cannot be read, 2 wrong use.\n");
     }
 
     CLI::App app_{kAbout, "lumoractl"};
