@@ -13,9 +13,9 @@
 #include <optional>
 #include <poll.h>
 #include <string>
-#include <sys/pidfd.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -104,7 +104,7 @@ struct Received {
 /// A child process in a group of its own; gone, with all that it started and left in the group, when this object goes.
 class Child {
   public:
-    explicit Child(pid_t id) : id_(id), ending_(::pidfd_open(id, 0)) {
+    explicit Child(pid_t id) : id_(id), ending_(static_cast<int>(::syscall(SYS_pidfd_open, id, 0))) {
         ::setpgid(id, id); // here and in the child, since either may run first
     }
     Child(const Child&) = delete;
