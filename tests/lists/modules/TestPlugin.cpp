@@ -5,7 +5,10 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <stdexcept>
+#include <sys/file.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
@@ -65,11 +68,20 @@ const LumoraAppView* sharedInstance() {
     const std::string how = kind();
     if (how == "crashing") std::abort();
     if (how == "exiting") std::exit(0);
-    while (how == "hanging")
-        ::pause();
-    if (how == "closing")
+    if (how == "scribbling") // into every file that is open, whosever it is
+        for (int number = 0; number < 256; ++number)
+            std::ignore = ::write(number, "{}{\n", 4);
+    if (how.starts_with("closing"))
         for (int number = 0; number < 256; ++number)
             ::close(number);
+    while (how.ends_with("hanging"))
+        ::pause();
+    if (how == "forking") {
+        // The process that is left behind holds a lock on the module's own file for as long as it lives.
+        ::flock(::open(ownFile().c_str(), O_RDONLY), LOCK_EX);
+        while (::fork() == 0)
+            ::pause();
+    }
     if (how == "printing") std::puts("hello\033[2J from a plug-in");
     if (how == "null-instance") return nullptr;
     if (how == "throwing-instance") throw std::runtime_error("no");

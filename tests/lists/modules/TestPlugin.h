@@ -4,10 +4,15 @@
 #include <filesystem>
 #include <string>
 
-/// The name of the bundle that this module is in, without its extension: one module is copied into many bundles.
-static std::string ownName() {
+/// Where this module is: one is copied into many bundles.
+inline std::filesystem::path ownFile() {
     Dl_info where{};
     static const char here = 0;
     ::dladdr(&here, &where);
-    return std::filesystem::path(where.dli_fname).parent_path().stem().string();
+    return where.dli_fname;
+}
+
+/// The name of the bundle that this module is in, without its extension.
+inline std::string ownName() {
+    return ownFile().parent_path().stem().string();
 }

@@ -1,0 +1,163 @@
+#include "tests/lists/PluginFolder.h"
+#include "tests/support/Waiting.h"
+#include "tests/tweak/Program.h"
+
+#include "tools/json/Json.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+
+using namespace tests;
+using platform::Dictionary;
+using platform::Value;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+namespace fs = std::filesystem;
+
+namespace {
+
+class PluginsCommand : public testing::Test {
+  protected:
+    static Finished list(std::vector<std::string> words) {
+        words.insert(words.begin(), {LUMORACTL, "plugins"});
+        return run(std::move(words));
+    }
+    /// What is told about one bundle of the folder.
+    [[nodiscard]] Value told(const std::string& bundle, const std::string& timeout = "60") const {
+        const Finished finished = list({"--json", "--timeout", timeout, (plugins.path() / bundle).string()});
+        const auto read = lumora::readJson(finished.output);
+        EXPECT_TRUE(read && read.value().list() && read.value().list()->size() == 1) << finished.output;
+        if (!read || !read.value().list() || read.value().list()->size() != 1) return {};
+        const Value entry = read.value().list()->front();
+        EXPECT_EQ(finished.status, entry["skipped"].isNil() ? 0 : 1);
+        return entry;
+    }
+    /// Why a bundle of the test plug-in that behaves in one way is skipped.
+    [[nodiscard]] std::string skipped(const std::string& behaviour, const std::string& timeout = "60") const {
+        plugins.add(behaviour + "-1.bundle", "TestPlugin");
+        const Value why = told(behaviour + "-1.bundle", timeout)["skipped"];
+        return why.text() ? *why.text() : "";
+    }
+
+    PluginFolder plugins;
+};
+
+TEST_F(PluginsCommand, ListsThePlugInFolderUnderTheRoot) {
+    plugins.add("Radio.bundle", "PagePlugin");
+    plugins.add("good-1.bundle", "TestPlugin");
+    const Finished finished = list({"--root", plugins.root().string()});
+    EXPECT_EQ(finished.status, 0) << finished.errors;
+    EXPECT_THAT(finished.output, HasSubstr("Radio.bundle   Radio, test.same, for test.same, settings page\n"));
+    EXPECT_THAT(
+        finished.output,
+        HasSubstr("good-1.bundle  good-1, test.good-1, for org.example.Application, no settings page: it has none\n"));
+    EXPECT_EQ(finished.errors, "");
+}
+
+TEST_F(PluginsCommand, TakesAFolderOfPlugInsWithOrWithoutASlash) {
+    plugins.add("Radio.bundle", "PagePlugin");
+    const Finished finished = list({plugins.path().string()});
+    EXPECT_THAT(finished.output, StartsWith("Radio.bundle  Radio"));
+    EXPECT_EQ(list({plugins.path().string() + "/"}).output, finished.output);
+    EXPECT_EQ(list({(plugins.path() / "Radio.bundle/").string()}).output, finished.output) << "one bundle alone";
+}
+
+TEST_F(PluginsCommand, TellsEverythingAsJson) {
+    plugins.add("Radio.bundle", "PagePlugin");
+    EXPECT_EQ(told("Radio.bundle"), Value(Dictionary{{"entry", "Radio.bundle"},
+                                                     {"name", "Radio"},
+                                                     {"identifier", "test.same"},
+                                                     {"appID", "test.same"},
+                                                     {"settings", true}}));
+    plugins.add("Foo.Bundle", "TestPlugin");
+    const Finished both = list({"--json", plugins.path().string()});
+    EXPECT_EQ(both.status, 1);
+    const auto read = lumora::readJson(both.output);
+    ASSERT_TRUE(read) << read.error();
+    ASSERT_EQ(read.value().list()->size(), 2U);
+}
+
+TEST_F(PluginsCommand, SaysWhyOthersAreSkippedAndFails) {
+    plugins.add("Radio.bundle", "PagePlugin");
+    plugins.add("Foo.Bundle", "TestPlugin");
+    plugins.write(plugins.path() / "README", "text");
+    plugins.add("null-name-1.bundle", "TestPlugin");
+    fs::resize_file(plugins.add("Torn.bundle", "TestPlugin") / "Code", 5000);
+    const Finished finished = list({plugins.path().string()});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.output,
+                AllOf(HasSubstr("Radio.bundle        Radio, "),
+                      HasSubstr("Foo.Bundle          skipped: not a bundle: its extension is not \"bundle\"\n"),
+                      HasSubstr("README              skipped: not a bundle: "),
+                      HasSubstr("null-name-1.bundle  skipped: its plug-in object gives no name\n"),
+                      HasSubstr("Torn.bundle         skipped: "), HasSubstr("cut short\n")));
+}
+
+TEST_F(PluginsCommand, SaysWhyAPageOfAnotherMakeIsNotUsed) {
+    plugins.add("other-tag-1.bundle", "TestPlugin");
+    const Value entry = told("other-tag-1.bundle");
+    EXPECT_EQ(entry["settings"], Value(false));
+    EXPECT_THAT(*entry["why"].text(), StartsWith("it was made with kit 0, another compiler"));
+}
+
+TEST_F(PluginsCommand, ReportsAPlugInThatCrashes) {
+    EXPECT_THAT(skipped("crashing"), HasSubstr("it crashes: Aborted"));
+}
+
+TEST_F(PluginsCommand, ReportsAPlugInThatEndsTheProcess) {
+    EXPECT_EQ(skipped("exiting"), "it ends the process, with exit status 0");
+}
+
+TEST_F(PluginsCommand, ReportsAPlugInThatHangs) {
+    EXPECT_EQ(skipped("hanging", "0.2"), "it hangs: no answer within 200 ms");
+}
+
+TEST_F(PluginsCommand, ReportsAPlugInThatClosesEveryFileAndHangs) {
+    EXPECT_THAT(skipped("closing"), StartsWith("it ends the process"));
+    EXPECT_EQ(skipped("closing-hanging", "0.2"), "it hangs: no answer within 200 ms");
+}
+
+TEST_F(PluginsCommand, ReportsAPlugInThatScribbles) {
+    EXPECT_EQ(skipped("scribbling"), "it writes into files that are not its own");
+}
+
+TEST_F(PluginsCommand, EndsWhatAPlugInLeftRunning) {
+    plugins.add("forking-1.bundle", "TestPlugin");
+    EXPECT_EQ(told("forking-1.bundle")["name"], Value("forking-1"));
+    const int file = ::open(plugins.module("forking-1.bundle").c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_TRUE(eventually([file] { return ::flock(file, LOCK_EX | LOCK_NB) == 0; })) << "who is left holds the lock";
+    ::close(file);
+}
+
+TEST_F(PluginsCommand, KeepsWhatAPlugInPrintsOutOfItsOwnOutput) {
+    plugins.add("printing-1.bundle", "TestPlugin");
+    EXPECT_EQ(told("printing-1.bundle")["prints"], Value("hello?[2J from a plug-in"));
+    const Finished finished = list({plugins.path().string()});
+    EXPECT_EQ(finished.status, 0) << "such a plug-in can be used all the same";
+    EXPECT_THAT(finished.output, AllOf(HasSubstr("prints: hello?[2J from a plug-in\n"), Not(HasSubstr("\033"))));
+}
+
+TEST_F(PluginsCommand, GoesOnAfterAPlugInThatCrashed) {
+    plugins.add("crashing-1.bundle", "TestPlugin");
+    plugins.add("good-1.bundle", "TestPlugin");
+    plugins.add("good-2.bundle", "TestPlugin");
+    const Finished finished = list({plugins.path().string()});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.output, AllOf(HasSubstr("good-1, test.good-1"), HasSubstr("good-2, test.good-2")));
+}
+
+TEST_F(PluginsCommand, HasNothingToListWithoutAPlugInFolderButMissesOneThatWasNamed) {
+    const Finished none = list({"--root", (plugins.root() / "elsewhere").string()});
+    EXPECT_EQ(none.status, 0);
+    EXPECT_EQ(none.output, "");
+    EXPECT_EQ(list({"--json", "--root", (plugins.root() / "elsewhere").string()}).output, "[]\n");
+    const Finished missing = list({(plugins.root() / "elsewhere").string()});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.errors, AllOf(StartsWith("lumoractl: cannot read "), HasSubstr("No such file")));
+    EXPECT_EQ(list({"--timeout", "0"}).status, 2);
+}
+
+} // namespace
