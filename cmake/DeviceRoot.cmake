@@ -7,4 +7,6 @@ file(MAKE_DIRECTORY ${LUMORA_DEVICE_ROOT}/var/mobile/Library/Preferences)
 include(${CMAKE_CURRENT_LIST_DIR}/Bundle.cmake)
 
 # Everything that stands in the device root; whoever opens the Settings application builds this beside it.
-add_custom_target(device_root)
+if(NOT TARGET device_root)
+  add_custom_target(device_root)
+endif()

@@ -1,0 +1,160 @@
+#!/usr/bin/env python3
+"""The plug-in kit as an outside author has it: installed into a folder of its own, used from another.
+
+    tests/kit/kit_test.py BUILD [-v]
+"""
+import concurrent.futures
+import json
+import os
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+BUILD = Path(sys.argv.pop(1)).resolve()
+SOURCE = Path(__file__).resolve().parents[2]
+WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Wconversion", "-Wsign-conversion", "-Werror"]
+
+
+def cached(entry):
+    """An entry of the build's cache: the kit is used with the compilers that it was built with."""
+    found = re.search(rf"^{entry}:\w+=(.*)$", (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE)
+    return found.group(1) if found else ""
+
+
+CC, CXX = cached("CMAKE_C_COMPILER"), cached("CMAKE_CXX_COMPILER")
+
+
+def run(*command, folder=None, **environment):
+    done = subprocess.run([str(word) for word in command], cwd=folder, env={**os.environ, **environment}, text=True,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+    if done.returncode != 0:
+        raise AssertionError(f"{' '.join(map(str, command))}\n{done.stdout}")
+    return done.stdout
+
+
+def plugins(path):
+    """What discovery makes of a bundle, or of a folder of them."""
+    done = subprocess.run([BUILD / "bin/lumoractl", "plugins", "--json", path], text=True, capture_output=True, check=False)
+    return json.loads(done.stdout)
+
+
+class Kit(unittest.TestCase):
+    maxDiff = None
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = Path(tempfile.mkdtemp(prefix="lumora-kit-"))
+        cls.addClassCleanup(shutil.rmtree, cls.folder, ignore_errors=True)
+        cls.prefix = cls.folder / "prefix"
+        run(cached("CMAKE_COMMAND"), "--install", BUILD, "--component", "kit", "--prefix", cls.prefix)
+        cls.include = cls.prefix / "include/lumora-kit"
+        cls.pkgconfig = str(next(cls.prefix.rglob("lumora-kit.pc")).parent)
+        cls.template = cls.prefix / "share/lumora-kit/template"
+
+    def scratch(self):
+        """An empty folder outside of the tree."""
+        return Path(tempfile.mkdtemp(dir=self.folder))
+
+    def flags(self, *options):
+        return run("pkg-config", *options, "lumora-kit", PKG_CONFIG_PATH=self.pkgconfig).split()
+
+    def test_every_header_compiles_alone(self):
+        headers = sorted(self.include.rglob("*.h"))
+        self.assertGreater(len(headers), 15)
+        commands = [[CXX, "-std=c++20", "-fsyntax-only", *WARNINGS, f"-I{self.include}", "-xc++", header]
+                    for header in headers]
+        commands += [[CXX, "-std=c++20", "-fsyntax-only", *WARNINGS, "-xc++", self.include / "lumora/AppView.h"],
+                     [CC, "-std=c11", "-fsyntax-only", *WARNINGS, "-xc", self.include / "lumora/AppView.h"]]
+        # A header compiled as the main file is told that "#pragma once" has no effect there.
+        with concurrent.futures.ThreadPoolExecutor(2) as pool:
+            for done in [pool.submit(self.compile_alone, command) for command in commands]:
+                done.result()
+
+    @staticmethod
+    def compile_alone(command):
+        done = subprocess.run(command[:-1] + ["-"], input=f'#include "{command[-1]}"\n#include "{command[-1]}"\n',
+                              text=True, capture_output=True, check=False)
+        if done.returncode != 0:
+            raise AssertionError(f"{command[-1]}\n{done.stderr}")
+
+    def test_headers_include_each_other_only(self):
+        for header in self.include.rglob("*.h"):
+            for included in re.findall(r'#include (?:"([^"]+)"|<(lumora/[^>]+)>)', header.read_text()):
+                self.assertTrue((self.include / (included[0] or included[1])).exists(), f"{header.name}: {included}")
+
+    def test_nothing_installed_names_the_build_or_the_source(self):
+        for file in self.prefix.rglob("*"):
+            if file.is_file() and not file.is_symlink() and ".so" not in file.name:
+                text = file.read_bytes()
+                self.assertNotIn(str(BUILD).encode(), text, file)
+                self.assertNotIn(str(SOURCE).encode(), text, file)
+
+    def test_the_template_builds_with_cmake(self):
+        folder = self.scratch()
+        run(cached("CMAKE_COMMAND"), "-G", "Ninja", "-S", self.template, "-B", folder, f"-DCMAKE_PREFIX_PATH={self.prefix}",
+            f"-DCMAKE_C_COMPILER={CC}", f"-DCMAKE_CXX_COMPILER={CXX}")
+        run(cached("CMAKE_COMMAND"), "--build", folder)
+        self.assertEqual(plugins(folder / "MyView.bundle"), [self.my_view()])
+        self.assertTrue((folder / "MyView.bundle/icon@2x.png").exists())
+
+    def test_the_template_builds_with_pkg_config(self):
+        folder = self.scratch() / "copy"
+        shutil.copytree(self.template, folder)
+        run("make", f"CXX={CXX}", folder=folder, PKG_CONFIG_PATH=self.pkgconfig)
+        self.assertEqual(plugins(folder / "MyView.bundle"), [self.my_view()])
+
+    @staticmethod
+    def my_view():
+        return {"entry": "MyView.bundle", "name": "My View", "identifier": "com.example.myview",
+                "appID": "org.example.Application", "settings": True}
+
+    def test_a_plug_in_in_c_needs_the_c_compiler_only(self):
+        bundle = self.scratch() / "ClockView.bundle"
+        bundle.mkdir()
+        run(CC, "-std=c11", *WARNINGS, "-shared", *self.flags("--cflags"), SOURCE / "plugins/Clock/ClockView.c",
+            "-o", bundle / "MyView")
+        text = (self.template / "Info.plist").read_text()
+        (bundle / "Info.plist").write_text(text.replace("<string>MyView</string>\n</dict>", "<string>ClockView</string>\n</dict>"))
+        self.assertEqual([entry.get("name") for entry in plugins(bundle)], ["Clock"])
+
+    def test_a_plug_in_in_c_builds_with_cmake_without_a_cpp_compiler(self):
+        folder = self.scratch()
+        (folder / "CMakeLists.txt").write_text(
+            "cmake_minimum_required(VERSION 3.20)\nproject(Clock LANGUAGES C)\nfind_package(LumoraKit REQUIRED)\n"
+            f"lumora_add_plugin(ClockView SOURCES {SOURCE}/plugins/Clock/ClockView.c IDENTIFIER com.example.clock)\n")
+        run(cached("CMAKE_COMMAND"), "-G", "Ninja", "-S", folder, "-B", folder / "build",
+            f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_C_COMPILER={CC}")
+        run(cached("CMAKE_COMMAND"), "--build", folder / "build")
+        self.assertEqual([entry.get("name") for entry in plugins(folder / "build/ClockView.bundle")], ["Clock"])
+
+    def test_the_libraries_have_names_to_stand_on(self):
+        for library in ("kit", "platform"):
+            file = next(self.prefix.rglob(f"liblumora-{library}.so"))
+            self.assertRegex(run("readelf", "-d", file), rf"SONAME.*liblumora-{library}\.so\.1\]")
+        self.assertNotIn(str(BUILD), run("readelf", "-d", next(self.prefix.rglob("liblumora-kit.so"))))
+
+    def test_a_page_of_another_compiler_is_not_used_and_lumoractl_says_why(self):
+        folder = self.scratch() / "copy"
+        shutil.copytree(self.template, folder)
+        # As a compiler of another version would have it.
+        text = (folder / "MyView.cpp").read_text()
+        (folder / "MyView.cpp").write_text(text.replace(
+            "namespace {\n", '#undef LUMORA_KIT_COMPILER\n#define LUMORA_KIT_COMPILER "gcc 7"\nnamespace {\n', 1))
+        run("make", f"CXX={CXX}", folder=folder, PKG_CONFIG_PATH=self.pkgconfig)
+        [told] = plugins(folder / "MyView.bundle")
+        self.assertFalse(told["settings"])
+        self.assertRegex(told["why"], r"^it was made with kit 1, gcc 7, .* and does not fit kit 1, ")
+
+    def test_icons_from_the_kits_own_folder_are_not_offered(self):
+        source = self.scratch() / "icon.cpp"
+        source.write_text("#include <lumora/SettingsController.h>\nauto use = lumora::PreferenceHelperAdditions::addIcon;\n")
+        with self.assertRaises(AssertionError):
+            run(CXX, "-std=c++20", "-fsyntax-only", f"-I{self.include}", source)
+
+
+if __name__ == "__main__":
+    unittest.main()
