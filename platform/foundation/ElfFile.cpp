@@ -1,5 +1,6 @@
 #include "platform/foundation/ElfFile.h"
 
+#include <algorithm>
 #include <cstring>
 #include <elf.h>
 #include <map>
@@ -20,6 +21,8 @@ constexpr Elf64_Half kThisMachine = EM_AARCH64;
 #endif
 
 constexpr const char* kCutShort = "it is cut short";
+/// Far more dynamic entries than any library has; a file may be of any length, and sparse.
+constexpr std::uint64_t kMostEntries = 4096;
 constexpr const char* kDamaged = "it is damaged";
 
 /// One file under examination. Each step gives what is wrong, empty when nothing is, and may stand on the steps before.
@@ -41,6 +44,14 @@ class ElfFile {
         return file_.read(offset, &record, sizeof record) ? std::optional(record) : std::nullopt;
     }
 
+    /// A table of so many entries; empty when the file does not have that much there.
+    template<class T>
+    [[nodiscard]] std::vector<T> tableAt(std::uint64_t offset, std::uint64_t count) const {
+        if (offset > file_.size() || count > (file_.size() - offset) / sizeof(T)) return {};
+        std::vector<T> table(count);
+        return file_.read(offset, table.data(), count * sizeof(T)) ? table : std::vector<T>();
+    }
+
     [[nodiscard]] bool isInFile(std::uint64_t offset, std::uint64_t size) const {
         return offset <= file_.size() && size <= file_.size() - offset;
     }
@@ -60,17 +71,17 @@ class ElfFile {
 
     std::string readSegments() {
         std::uint64_t end = 0; // of the one before, in memory
-        for (std::uint64_t i = 0; i < header_.e_phnum; ++i) {
-            if (header_.e_phoff > file_.size()) return kCutShort;
-            const auto part = readAt<Elf64_Phdr>(header_.e_phoff + i * sizeof(Elf64_Phdr));
-            if (!part || !isInFile(part->p_offset, part->p_filesz)) return kCutShort;
-            if (part->p_type == PT_DYNAMIC) dynamic_ = part;
-            if (part->p_type != PT_LOAD) continue;
+        const auto parts = tableAt<Elf64_Phdr>(header_.e_phoff, header_.e_phnum);
+        if (parts.size() != header_.e_phnum) return kCutShort;
+        for (const Elf64_Phdr& part : parts) {
+            if (!isInFile(part.p_offset, part.p_filesz)) return kCutShort;
+            if (part.p_type == PT_DYNAMIC) dynamic_ = part;
+            if (part.p_type != PT_LOAD) continue;
             // The loader reserves from the first to the last and maps each over that, wherever it says it goes.
-            if (part->p_vaddr < end || part->p_memsz > UINT64_MAX - part->p_vaddr || part->p_memsz < part->p_filesz)
+            if (part.p_vaddr < end || part.p_memsz > UINT64_MAX - part.p_vaddr || part.p_memsz < part.p_filesz)
                 return kDamaged;
-            end = part->p_vaddr + part->p_memsz;
-            loaded_.push_back(*part);
+            end = part.p_vaddr + part.p_memsz;
+            loaded_.push_back(part);
         }
         return loaded_.empty() || !dynamic_ ? "it is no shared object" : "";
     }
@@ -78,14 +89,13 @@ class ElfFile {
     std::string readDynamic() {
         const auto place = placeInFile(dynamic_->p_vaddr, dynamic_->p_filesz);
         if (!place || *place != dynamic_->p_offset) return kDamaged;
-        for (std::uint64_t at = 0; at + sizeof(Elf64_Dyn) <= dynamic_->p_filesz; at += sizeof(Elf64_Dyn)) {
-            const auto entry = readAt<Elf64_Dyn>(dynamic_->p_offset + at);
-            if (!entry) return kCutShort;
-            if (entry->d_tag == DT_NULL) return {};
-            if (entry->d_tag == DT_NEEDED || entry->d_tag == DT_SONAME || entry->d_tag == DT_RPATH ||
-                entry->d_tag == DT_RUNPATH)
-                texts_.push_back(entry->d_un.d_val);
-            entries_.insert_or_assign(entry->d_tag, entry->d_un.d_val);
+        const std::uint64_t count = std::min(dynamic_->p_filesz / sizeof(Elf64_Dyn), kMostEntries);
+        for (const Elf64_Dyn& entry : tableAt<Elf64_Dyn>(*place, count)) {
+            if (entry.d_tag == DT_NULL) return {};
+            if (entry.d_tag == DT_NEEDED || entry.d_tag == DT_SONAME || entry.d_tag == DT_RPATH ||
+                entry.d_tag == DT_RUNPATH)
+                texts_.push_back(entry.d_un.d_val);
+            entries_.insert_or_assign(entry.d_tag, entry.d_un.d_val);
         }
         return kDamaged; // without an end
     }
