@@ -5,7 +5,6 @@
 #include <elf.h>
 #include <map>
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace platform {
@@ -24,6 +23,17 @@ constexpr const char* kCutShort = "it is cut short";
 /// Far more dynamic entries than any library has; a file may be of any length, and sparse.
 constexpr std::uint64_t kMostEntries = 4096;
 constexpr const char* kDamaged = "it is damaged";
+
+/// Tables that the loader walks: where they are, how many bytes they have, and of how many each entry is.
+struct Table {
+    Elf64_Sxword address, size;
+    std::size_t width;
+};
+constexpr Table kTables[] = {{DT_RELA, DT_RELASZ, sizeof(Elf64_Rela)},
+                             {DT_JMPREL, DT_PLTRELSZ, sizeof(Elf64_Rela)},
+                             {DT_RELR, DT_RELRSZ, sizeof(Elf64_Relr)},
+                             {DT_INIT_ARRAY, DT_INIT_ARRAYSZ, sizeof(Elf64_Addr)},
+                             {DT_FINI_ARRAY, DT_FINI_ARRAYSZ, sizeof(Elf64_Addr)}};
 
 /// One file under examination. Each step gives what is wrong, empty when nothing is, and may stand on the steps before.
 class ElfFile {
@@ -113,12 +123,25 @@ class ElfFile {
     std::string checkTables() {
         for (const Elf64_Sxword alone : {DT_SYMTAB, DT_HASH, DT_GNU_HASH, DT_VERSYM, DT_VERNEED})
             if (const auto address = entry(alone); address && !placeInFile(*address, 1)) return kDamaged;
-        for (const auto& [table, size] :
-             {std::pair(DT_RELA, DT_RELASZ), std::pair(DT_JMPREL, DT_PLTRELSZ), std::pair(DT_RELR, DT_RELRSZ),
-              std::pair(DT_INIT_ARRAY, DT_INIT_ARRAYSZ), std::pair(DT_FINI_ARRAY, DT_FINI_ARRAYSZ)})
-            if (const auto address = entry(table); address && !placeInFile(*address, entry(size).value_or(0)))
+        for (const Elf64_Sxword code : {DT_INIT, DT_FINI})
+            if (const auto address = entry(code); address && !isCode(*address)) return kDamaged;
+        for (const auto& [table, size, width] : kTables) {
+            const auto bytes = entry(size);
+            if (const auto address = entry(table);
+                address && (!bytes || *bytes % width != 0 || !placeInFile(*address, *bytes)))
                 return kDamaged;
-        return {};
+        }
+        const bool usual = entry(DT_SYMENT) == sizeof(Elf64_Sym) &&
+                           entry(DT_RELAENT).value_or(sizeof(Elf64_Rela)) == sizeof(Elf64_Rela) &&
+                           (!entry(DT_JMPREL) || entry(DT_PLTREL) == DT_RELA) &&
+                           (!entry(DT_VERNEED) || (entry(DT_VERSYM) && entry(DT_VERNEEDNUM)));
+        return usual ? "" : kDamaged;
+    }
+
+    [[nodiscard]] bool isCode(std::uint64_t address) const {
+        return std::any_of(loaded_.begin(), loaded_.end(), [address](const Elf64_Phdr& part) {
+            return (part.p_flags & PF_X) != 0 && address >= part.p_vaddr && address - part.p_vaddr < part.p_filesz;
+        });
     }
 
     [[nodiscard]] std::optional<std::uint64_t> entry(Elf64_Sxword tag) const {
