@@ -53,16 +53,17 @@ typedef struct LumoraPrincipalClass {
 
 #define LUMORA_PRINCIPAL_CLASS_SYMBOL "LumoraPrincipalClass_"
 
-/* Exports the principal class under its name. Stands once in a source file, outside of any function or namespace. */
+/* Declares what the plug-in exports. */
 #ifdef __cplusplus
 #define LUMORA_PLUGIN_EXPORT extern "C" __attribute__((visibility("default")))
 #else
-#define LUMORA_PLUGIN_EXPORT __attribute__((visibility("default")))
+#define LUMORA_PLUGIN_EXPORT extern __attribute__((visibility("default")))
 #endif
+
+/* Exports the principal class under its name. Stands once in a source file, outside of any function or namespace. */
 #define LUMORA_PRINCIPAL_CLASS(name, sharedInstance)                                                                   \
     LUMORA_PLUGIN_EXPORT const LumoraPrincipalClass LumoraPrincipalClass_##name;                                       \
-    LUMORA_PLUGIN_EXPORT const LumoraPrincipalClass LumoraPrincipalClass_##name = {LUMORA_APP_VIEW_VERSION,            \
-                                                                                   sharedInstance};
+    const LumoraPrincipalClass LumoraPrincipalClass_##name = {LUMORA_APP_VIEW_VERSION, sharedInstance};
 
 #ifdef __cplusplus
 }
