@@ -43,7 +43,7 @@ Item {
         function texts() {
             const all = [];
             find(host.item, item => {
-                if (item.toString().startsWith("QQuickText") && item.visible && item.text !== undefined)
+                if (/^(QQuickText|RowTitle|Caption)/.test(item.toString()) && item.visible && item.text !== undefined)
                     all.push(item.displayText ?? item.text);
                 return false;
             });
@@ -92,6 +92,19 @@ Item {
             verify(texts().includes("0.50"));
             open([{ cell: 5, min: 0, max: 1, value: 0.5, showValue: false }]);
             verify(!texts().includes("0.50"));
+        }
+
+        function test_shrinksALongTitleAndThenGivesItTwoLines() {
+            const title = name => find(host.item, item => item.takesTwoLines !== undefined && item.text === name);
+            const shrunk = "Enable Blur For The Whole Icon View";
+            const longer = "Always Return To The Lock Screen After Opening An App";
+            open([{ cell: 6, name: "Short" }, { cell: 6, name: shrunk }, { cell: 6, name: longer }, { cell: 1, name: longer }]);
+            compare(title("Short").fontInfo.pixelSize, Theme.bodySize);
+            verify(title(shrunk).fontInfo.pixelSize < Theme.bodySize);
+            compare(title(shrunk).lineCount, 1);
+            compare(title(longer).lineCount, 2);
+            for (const name of ["Short", shrunk, longer])
+                verify(!title(name).truncated, name);
         }
 
         // -- switches --
