@@ -42,6 +42,11 @@ bool isLink(const RowSnapshot& row) {
 Pictures::Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost)
     : shell_(shell), window_(window), deadline_(atMost) {
     shell_.setAnimated(false);
+    window_.installEventFilter(this);
+}
+
+bool Pictures::eventFilter(QObject* /*watched*/, QEvent* event) {
+    return event->isInputEvent();
 }
 
 Result<bool> Pictures::grab(const std::filesystem::path& file) {

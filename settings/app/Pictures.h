@@ -3,6 +3,8 @@
 #include "settings/app/Shell.h"
 
 #include <QDeadlineTimer>
+#include <QEvent>
+#include <QObject>
 #include <QQuickWindow>
 
 #include <filesystem>
@@ -11,12 +13,13 @@
 
 namespace settings {
 
-/// Saves pictures of the window: of one page, or of every page that links lead to. GUI thread, with the event loop
+/// Saves pictures of the window: of one page, or of every page that links lead to. Meanwhile the window is deaf to
+/// mouse and keyboard, which would open other pages or restart the program. GUI thread, with the event loop
 /// running inside.
 ///
 ///     Pictures pictures(shell, window, std::chrono::seconds(10));
 ///     if (auto saved = pictures.tour("pictures"); !saved) complain(saved.error());
-class Pictures {
+class Pictures : private QObject {
   public:
     Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost);
 
@@ -31,6 +34,8 @@ class Pictures {
     struct Stopped {
         std::string why;
     };
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     void visitPages();
     void visitTopPage();
