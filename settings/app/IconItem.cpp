@@ -4,9 +4,10 @@
 
 namespace settings {
 
-void IconItem::setIcon(const platform::UIImageRef& icon) {
-    if (icon_ == icon) return;
-    icon_ = icon;
+void IconItem::setIcon(const QVariant& icon) {
+    const auto image = icon.value<platform::UIImageRef>();
+    if (icon_ == image) return;
+    icon_ = image;
     decodedScale_ = 0;
     emit iconChanged();
     update();

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QQuickPaintedItem>
+#include <QVariant>
 
 namespace settings {
 
@@ -11,12 +12,12 @@ namespace settings {
 class IconItem : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(platform::UIImageRef icon READ icon WRITE setIcon NOTIFY iconChanged REQUIRED)
+    Q_PROPERTY(QVariant icon READ icon WRITE setIcon NOTIFY iconChanged REQUIRED)
 
   public:
-    /// Null for none.
-    [[nodiscard]] platform::UIImageRef icon() const { return icon_; }
-    void setIcon(const platform::UIImageRef& icon);
+    /// Holds a platform::UIImageRef, of which QML knows nothing; null for none.
+    [[nodiscard]] QVariant icon() const { return QVariant::fromValue(icon_); }
+    void setIcon(const QVariant& icon);
     void paint(QPainter* painter) override;
 
   signals:

@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QVariant>
 #include <QtQml/qqmlregistration.h>
 
 namespace settings {
@@ -26,7 +27,7 @@ class RowModel : public QObject {
     Q_PROPERTY(double maximum READ maximum CONSTANT)
     Q_PROPERTY(bool showsValue READ showsValue CONSTANT)
     Q_PROPERTY(bool hasIcon READ hasIcon CONSTANT)
-    Q_PROPERTY(platform::UIImageRef icon READ icon CONSTANT)
+    Q_PROPERTY(QVariant icon READ icon CONSTANT)
     Q_PROPERTY(QString accessibleName READ accessibleName CONSTANT)
     Q_PROPERTY(QString accessibleDescription READ accessibleDescription CONSTANT)
 
@@ -63,7 +64,8 @@ class RowModel : public QObject {
     [[nodiscard]] QString text() const;
     [[nodiscard]] QString valueTitle() const;
     [[nodiscard]] bool marked() const { return row_.marked; }
-    [[nodiscard]] platform::UIImageRef icon() const { return row_.icon; }
+    /// Holds a platform::UIImageRef, for an IconItem.
+    [[nodiscard]] QVariant icon() const { return QVariant::fromValue(row_.icon); }
 
     /// False when the row is another one: of another kind, or with another text.
     [[nodiscard]] bool isSameRow(const RowSnapshot& row) const;

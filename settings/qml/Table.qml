@@ -177,6 +177,8 @@ FocusScope {
                     width: root.columnWidth
                     height: text ? implicitHeight : topPadding
                     text: part.section.header
+                    onHeightChanged: part.section.headerHeight = height
+                    Component.onCompleted: part.section.headerHeight = height
                     topPadding: 24
                     bottomPadding: 7
                     font.capitalization: Font.AllUppercase
@@ -259,21 +261,13 @@ FocusScope {
                     width: root.columnWidth
                     height: text ? implicitHeight : 0
                     text: part.section.footer
+                    onHeightChanged: part.section.footerHeight = height
+                    Component.onCompleted: part.section.footerHeight = height
                     topPadding: 7
                     lineHeight: 1.1
                     Accessible.role: Accessible.StaticText
 
                     Behavior on y { enabled: root.dragging && Theme.animated; MakeRoom {} }
-                }
-                Binding {
-                    target: part.section
-                    property: "headerHeight"
-                    value: header.height
-                }
-                Binding {
-                    target: part.section
-                    property: "footerHeight"
-                    value: footer.height
                 }
             }
         }
@@ -305,12 +299,13 @@ FocusScope {
             rowTop = row.rowTop;
         }
 
-        NumberAnimation on rowTop {
+        NumberAnimation {
             id: landing
 
             property int place: -1
 
-            running: false
+            target: overlay
+            property: "rowTop"
             duration: 150
             easing.type: Easing.OutCubic
             onFinished: place = -1
