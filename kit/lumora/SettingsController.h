@@ -6,6 +6,13 @@
 
 #include <memory>
 
+namespace lumora {
+
+/// True when the kit's library that is loaded was itself made as the tag says.
+[[nodiscard]] LUMORA_KIT_EXPORT bool kitIs(const char* tag);
+
+} // namespace lumora
+
 /// Gives a plug-in's page class as its settings controller; stands once in a source file, after the page's class.
 ///
 ///     namespace {
@@ -21,6 +28,7 @@
     static const LumoraSettingsController* function() {                                                                \
         static const auto& pageClass = *new platform::ClassRecord{                                                     \
             #Page, []() -> std::shared_ptr<platform::NSObject> { return platform::make<Page>(); }};                    \
-        static const LumoraSettingsController controller{LUMORA_KIT_TAG, &pageClass};                                  \
+        static const LumoraSettingsController controller{                                                              \
+            lumora::kitIs(LUMORA_KIT_TAG) ? LUMORA_KIT_TAG : LUMORA_KIT_TAG " on a kit of another make", &pageClass};  \
         return &controller;                                                                                            \
     }
