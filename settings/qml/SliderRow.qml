@@ -14,7 +14,7 @@ Cell {
         id: slider
 
         readonly property real step: (to - from) / 20
-        property bool settling: false
+        property bool settling: true // until the row is whole: bounds are set one after the other, and clamp the value
         property real handedOn: 0
 
         anchors { fill: parent; leftMargin: Theme.inset; rightMargin: number.visible ? number.width + 26 : Theme.inset }

@@ -178,6 +178,20 @@ Item {
             verify(bench.act(host.item, "Opacity (1.0)", "Increase"));
             compare(bench.changes, [[1, 0.55]]);
         }
+        function test_handsNothingOnWhenASliderIsOnlyShown_data() {
+            return [
+                { tag: "bounds above nought", min: 50, max: 90, value: 70, shown: 70 },
+                { tag: "bounds around nought", min: -15, max: 15, value: -3, shown: -3 },
+                { tag: "bounds below nought", min: -20, max: -10, value: -12, shown: -12 },
+                { tag: "a value beyond the bounds", min: 50, max: 90, value: 7, shown: 50 },
+                { tag: "nil", min: 50, max: 90, value: undefined, shown: 50 },
+            ];
+        }
+        function test_handsNothingOnWhenASliderIsOnlyShown(data) {
+            open([{ cell: 5, identifier: "s", min: data.min, max: data.max, value: data.value }]);
+            compare(slider().value, data.shown);
+            compare(bench.changes.length, 0);
+        }
         function test_settlesASliderWithoutHandingItOn() {
             open([{ cell: 5, min: 0, max: 1, value: 0.5 }]);
             bench.show([{ cell: 5, min: 0, max: 1, value: 0.25 }]);
