@@ -6,16 +6,11 @@ namespace lumora {
 
 PLATFORM_CLASS(PluginsListController)
 
-namespace {
-
-SettingsSession& session() {
-    static auto& session = *new SettingsSession;
-    return session;
+PluginsListController::PluginsListController() : SettingsPage(sessionOf<PluginsListController>()) {
 }
 
-} // namespace
-
-PluginsListController::PluginsListController() : SettingsPage(lumora::session()) {
+platform::PSSpecifierList PluginsListController::specifiers() {
+    return hasBuiltRows() ? _specifiers : buildRows();
 }
 
 std::vector<Plugin> PluginsListController::getPluginsWithSettings() {

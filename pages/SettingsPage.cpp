@@ -11,7 +11,10 @@ bool SettingsPage::init() {
 }
 
 platform::PSSpecifierList SettingsPage::specifiers() {
-    if (helper_) return _specifiers;
+    return _specifiers ? _specifiers : buildRows();
+}
+
+platform::PSSpecifierList SettingsPage::buildRows() {
     helper_ =
         platform::make<PreferenceHelper>(this, selector(&SettingsPage::setValue), selector(&SettingsPage::getValue));
     Rows all = _specifiers ? *_specifiers : Rows();

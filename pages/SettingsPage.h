@@ -10,10 +10,9 @@
 namespace lumora {
 
 /// A page of rows bound to preference keys: what all such pages share. A page adds its class's session, which it
-/// defines in its own .cpp, and its table of rows:
+/// names in its own .cpp, and its table of rows:
 ///
-///     static auto& session = *new SettingsSession;
-///     AppsController::AppsController() : SettingsPage(session) {}
+///     AppsController::AppsController() : SettingsPage(sessionOf<AppsController>()) {}
 ///     SettingsPage::Rows AppsController::rows(PreferenceHelper& make) { return {make.header("Options"), …}; }
 ///
 /// Main thread.
@@ -21,7 +20,7 @@ class LUMORA_KIT_EXPORT SettingsPage : public platform::PSListController {
   public:
     /// Returns only after the class's settings dictionary is there, however long that takes.
     bool init() override;
-    /// Built on the first request and kept for the life of the page. Rows that are in the row list by then stand ahead.
+    /// Built on the first request and kept for the life of the page; a row list that is there already stays as it is.
     platform::PSSpecifierList specifiers() override;
 
     /// The get and set operations of every editable row.
@@ -35,6 +34,10 @@ class LUMORA_KIT_EXPORT SettingsPage : public platform::PSListController {
 
     /// The page's rows in display order, made anew at each call.
     virtual Rows rows(PreferenceHelper& make) = 0;
+
+    /// Puts the page's rows behind those that the row list holds.
+    platform::PSSpecifierList buildRows();
+    [[nodiscard]] bool hasBuiltRows() const { return helper_ != nullptr; }
 
     [[nodiscard]] const SettingsSession& session() const { return session_; }
 

@@ -3,15 +3,9 @@
 
 namespace {
 
-/// The page's copy of the tweak's settings: one for each page class.
-lumora::SettingsSession& session() {
-    static auto& session = *new lumora::SettingsSession;
-    return session;
-}
-
 class MyPage final : public lumora::SettingsPage {
   public:
-    MyPage() : SettingsPage(::session()) {}
+    MyPage() : SettingsPage(lumora::sessionOf<MyPage>()) {}
 
   protected:
     Rows rows(lumora::PreferenceHelper& make) override {

@@ -7,14 +7,9 @@ using platform::Dictionary;
 using platform::selector;
 using platform::Value;
 
-lumora::SettingsSession& session() {
-    static auto& session = *new lumora::SettingsSession;
-    return session;
-}
-
 class NotesPage final : public lumora::SettingsPage {
   public:
-    NotesPage() : SettingsPage(::session()) {}
+    NotesPage() : SettingsPage(lumora::sessionOf<NotesPage>()) {}
 
     /// The tweak knows no defaults of ours, so what was never set is filled in here.
     Value valueOrDefault(platform::PSSpecifier& row) {

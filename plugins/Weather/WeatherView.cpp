@@ -8,14 +8,9 @@ using platform::Dictionary;
 using platform::selector;
 using platform::Value;
 
-lumora::SettingsSession& session() {
-    static auto& session = *new lumora::SettingsSession;
-    return session;
-}
-
 class WeatherPage final : public lumora::SettingsPage {
   public:
-    WeatherPage() : SettingsPage(::session()) {}
+    WeatherPage() : SettingsPage(lumora::sessionOf<WeatherPage>()) {}
 
     /// The tweak knows no defaults of ours, so what was never set is filled in here.
     Value valueOrDefault(platform::PSSpecifier& row) {

@@ -2,6 +2,7 @@
 
 #include "platform/foundation/NSBundle.h"
 #include "tests/lists/PluginFolder.h"
+#include "tests/pages/ExpectedRows.h"
 #include "tests/pages/RecordingTweak.h"
 
 #include <gmock/gmock.h>
@@ -18,50 +19,27 @@ using platform::Value;
 using tests::RecordingTweak;
 namespace fs = std::filesystem;
 
-struct ExpectedRow {
-    int cell;
-    std::string name;
-    std::string identifier;
-    std::string detail;
-    std::string footer;
+const tests::ExpectedRows firstRows{
+    tests::group("",
+                 "If your device has a passcode, insert here to use secure App Views. See footer note for more info."),
+    tests::toggle("Enable App Views", "kWidgetsEnabled"),
+    tests::secret("Passcode", "kAutoUnlockWidgetPasscode"),
+    tests::group("App Views"),
+    tests::page("Select Plugins", "PluginsListViewController"),
 };
 
-const std::vector<ExpectedRow> firstRows{
-    {0, "", "", "",
-     "If your device has a passcode, insert here to use secure App Views. See footer note for more info."},
-    {6, "Enable App Views", "kWidgetsEnabled", "", ""},
-    {12, "", "kAutoUnlockWidgetPasscode", "", ""},
-    {0, "App Views", "", "", ""},
-    {1, "Select Plugins", "", "PluginsListViewController", ""},
+const tests::ExpectedRows lastRows{
+    tests::group("", "Tap and hold onto an App View's associated application to reveal the App View"),
+    tests::group(""),
+    tests::group("", "What is a secure App View and why does Lumora require my passcode to use it?"),
+    tests::group("",
+                 R"(If your device is locked with a passcode, the lockscreen requires the passcode before it will )"
+                 R"(allow Lumora to render "secure" or "private" views (SMS, Mail, Facebook, Twitter) on the Lock )"
+                 R"(Screen. If your device does not have a passcode you can leave the passcode field above empty.)"),
 };
 
-const std::vector<ExpectedRow> lastRows{
-    {0, "", "", "", "Tap and hold onto an App View's associated application to reveal the App View"},
-    {0, "", "", "", ""},
-    {0, "", "", "", "What is a secure App View and why does Lumora require my passcode to use it?"},
-    {0, "", "", "",
-     R"(If your device is locked with a passcode, the lockscreen requires the passcode before it will allow Lumora to )"
-     R"(render "secure" or "private" views (SMS, Mail, Facebook, Twitter) on the Lock Screen. If your device does not )"
-     R"(have a passcode you can leave the passcode field above empty.)"},
-};
-
-void expectRows(PSListController& page, const std::vector<ExpectedRow>& expected) {
-    const auto rows = page.specifiers();
-    ASSERT_EQ(rows->size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        SCOPED_TRACE(i + 1);
-        const auto& row = rows->at(i);
-        EXPECT_EQ(row->cellType(), expected[i].cell);
-        EXPECT_EQ(row->name(), expected[i].name);
-        EXPECT_EQ(row->identifier(), expected[i].identifier);
-        EXPECT_EQ(row->detail().name(), expected[i].detail);
-        EXPECT_EQ(row->target(), &page);
-        EXPECT_EQ(row->property("footerText"), expected[i].footer.empty() ? Value() : Value(expected[i].footer));
-    }
-}
-
-std::vector<ExpectedRow> withBetween(const std::vector<ExpectedRow>& between) {
-    std::vector<ExpectedRow> rows = firstRows;
+tests::ExpectedRows withBetween(const tests::ExpectedRows& between) {
+    tests::ExpectedRows rows = firstRows;
     rows.insert(rows.end(), between.begin(), between.end());
     rows.insert(rows.end(), lastRows.begin(), lastRows.end());
     return rows;
@@ -83,10 +61,7 @@ struct AppViewsPage : testing::Test {
 TEST_F(AppViewsPage, HasNineRowsWithoutPlugIns) {
     const auto page = make<PluginsListController>();
     ASSERT_NE(page, nullptr);
-    expectRows(*page, withBetween({}));
-    const auto field = std::dynamic_pointer_cast<platform::PSTextFieldSpecifier>(page->specifiers()->at(2));
-    ASSERT_NE(field, nullptr);
-    EXPECT_EQ(field->placeholder(), "Passcode");
+    tests::expectRows(*page, withBetween({}));
     EXPECT_EQ(page->specifiers(), page->specifiers());
 }
 
@@ -95,17 +70,17 @@ TEST_F(AppViewsPage, ShowsAGroupWithOneLinkForTheOnePlugInWithAPage) {
     plugins.add("pageless-1.bundle", "TestPlugin");
     plugins.add("no-name-1.bundle", "TestPlugin");
     const auto page = make<PluginsListController>();
-    expectRows(*page, withBetween({{0, "Settings", "", "", ""}, {1, "Radio", "", "TestPage", ""}}));
+    tests::expectRows(*page, withBetween({tests::group("Settings"), tests::page("Radio", "TestPage")}));
     EXPECT_EQ(PluginsListController::getPluginsWithSettings().size(), 1U);
 }
 
 TEST_F(AppViewsPage, KeepsItsRowsWhenAPlugInComesLater) {
     const auto page = make<PluginsListController>();
-    expectRows(*page, withBetween({}));
+    tests::expectRows(*page, withBetween({}));
     plugins.add("Later.bundle", "PagePlugin");
-    expectRows(*page, withBetween({}));
-    expectRows(*make<PluginsListController>(),
-               withBetween({{0, "Settings", "", "", ""}, {1, "Later", "", "TestPage", ""}}));
+    tests::expectRows(*page, withBetween({}));
+    tests::expectRows(*make<PluginsListController>(),
+                      withBetween({tests::group("Settings"), tests::page("Later", "TestPage")}));
 }
 
 TEST_F(AppViewsPage, OpensThePageOfTheVeryPlugInWhereTwoUseOneClassName) {
@@ -175,27 +150,16 @@ TEST_F(AppViewsPage, OpensThePagesOfTheSamplesWithIconsOfTheirOwn) {
     EXPECT_THAT(names, testing::UnorderedElementsAre("Notes", "Weather"));
 }
 
-/// A page whose row list is not empty when the rows are asked for.
-struct PreparedPage final : lumora::SettingsPage {
-    PreparedPage() : SettingsPage(session()) {
-        _specifiers = std::make_shared<const Rows>(Rows{platform::PSSpecifier::preferenceSpecifierNamed(
-            "Ahead", this, nullptr, nullptr, {}, platform::PSGroupCell, false)});
-    }
-    static lumora::SettingsSession& session() {
-        static auto& session = *new lumora::SettingsSession;
-        return session;
-    }
-    Rows rows(lumora::PreferenceHelper& make) override { return {make.header("Own")}; }
-};
-
-TEST_F(AppViewsPage, LikeEveryPageHasRowsThatWereThereBeforeStandAhead) {
-    const auto page = make<PreparedPage>();
-    for (int request = 0; request < 2; ++request) {
-        const auto rows = page->specifiers();
-        ASSERT_EQ(rows->size(), 2U);
-        EXPECT_EQ(rows->front()->name(), "Ahead");
-        EXPECT_EQ(rows->back()->name(), "Own");
-    }
+TEST_F(AppViewsPage, HasRowsThatWereThereBeforeStandAhead) {
+    const auto page = make<PluginsListController>();
+    const auto ahead = platform::PSSpecifier::preferenceSpecifierNamed("Ahead", page.get(), nullptr, nullptr, {},
+                                                                       platform::PSGroupCell, false);
+    tests::setRowList(*page, {ahead});
+    tests::ExpectedRows expected = withBetween({});
+    expected.insert(expected.begin(), tests::group("Ahead"));
+    tests::expectRows(*page, expected);
+    EXPECT_EQ(page->specifiers()->front(), ahead);
+    EXPECT_EQ(page->specifiers(), page->specifiers());
 }
 
 } // namespace

@@ -118,4 +118,12 @@ inline void expectRows(platform::PSListController& page, const ExpectedRows& exp
     }
 }
 
+/// Puts rows into a page's row list from outside, which no page does by itself.
+inline void setRowList(platform::PSListController& page, std::vector<platform::PSSpecifierRef> rows) {
+    struct Opened : platform::PSListController {
+        static auto rowList() { return &Opened::_specifiers; }
+    };
+    page.*Opened::rowList() = std::make_shared<const std::vector<platform::PSSpecifierRef>>(std::move(rows));
+}
+
 } // namespace tests

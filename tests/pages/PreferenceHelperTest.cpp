@@ -3,8 +3,10 @@
 #include "platform/foundation/NSBundle.h"
 #include "tests/support/TestName.h"
 
+#include "platform/preferences/PSListItemsController.h"
 #include <filesystem>
 #include <fstream>
+
 #include <gtest/gtest.h>
 #include <map>
 
@@ -220,7 +222,7 @@ TEST_F(Icons, OfSpecifierWithIconComeFromTheTargetPagesBundle) {
     EXPECT_NE(row->imageProperty("iconImage"), nullptr);
 
     // A page class of the platform library: its bundle is that library's folder, where no such icon stands.
-    const auto foreign = make<platform::PSListController>();
+    const auto foreign = make<platform::PSListItemsController>();
     helper->setTarget(foreign.get());
     EXPECT_EQ(helper->specifier(helper->spacer(), icon)->imageProperty("iconImage"), nullptr);
 }

@@ -333,6 +333,13 @@ TYPED_TEST(EveryPageOfRows, IsFoundByItsClassName) {
     EXPECT_EQ(found->name, name.substr(name.rfind(':') + 1));
 }
 
+TYPED_TEST(EveryPageOfRows, LeavesARowListThatIsAlreadySetAsItIs) {
+    const auto opened = openPage<TypeParam>();
+    setRowList(*opened, {});
+    ASSERT_NE(opened->specifiers(), nullptr);
+    EXPECT_TRUE(opened->specifiers()->empty());
+}
+
 TYPED_TEST(EveryPageOfRows, SetsNoTitleOfItsOwn) {
     const auto opened = openPage<TypeParam>();
     opened->setTitle("the opening row's");

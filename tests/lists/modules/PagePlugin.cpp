@@ -5,14 +5,9 @@
 
 namespace {
 
-lumora::SettingsSession& session() {
-    static auto& session = *new lumora::SettingsSession;
-    return session;
-}
-
 class TestPage final : public lumora::SettingsPage {
   public:
-    TestPage() : SettingsPage(::session()) {}
+    TestPage() : SettingsPage(lumora::sessionOf<TestPage>()) {}
 
   protected:
     Rows rows(lumora::PreferenceHelper& make) override {
