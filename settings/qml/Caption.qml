@@ -4,6 +4,7 @@ import QtQuick
 Text {
     leftPadding: Theme.inset
     rightPadding: Theme.inset
+    textFormat: Text.PlainText
     color: Theme.secondary
     font.pixelSize: Theme.footSize
     wrapMode: Text.Wrap

@@ -1,8 +1,9 @@
 import QtQuick
 import QtQuick.Window
+import Lumora
 
-// The ground of one row of a group. Only the outer corners of the group are round; a Rectangle rounds all four, so the
-// others are cut away.
+// The ground of one row of a group, with the row's icon where it has one. Only the outer corners of the group are round;
+// a Rectangle rounds all four, so the others are cut away.
 Item {
     id: root
 
@@ -10,7 +11,9 @@ Item {
     property bool last: false
     property bool down: false
     property bool focused: false
-    property real hairlineInset: Theme.inset
+    property bool hasIcon: false
+    property var icon
+    property bool empty: false // what stands in the row is in the user's hand
 
     implicitHeight: Theme.rowHeight
     clip: true
@@ -25,9 +28,17 @@ Item {
     }
     Rectangle {
         visible: !root.last
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; leftMargin: root.hairlineInset }
+        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; leftMargin: Theme.contentInset(root.hasIcon) }
         height: 1 / Screen.devicePixelRatio
         color: Theme.hairline
+    }
+    Loader {
+        active: root.hasIcon
+        visible: !root.empty
+        anchors { left: parent.left; leftMargin: Theme.inset; verticalCenter: parent.verticalCenter }
+        width: Theme.iconSize
+        height: Theme.iconSize
+        sourceComponent: IconItem { icon: root.icon }
     }
     Rectangle {
         visible: root.focused

@@ -11,6 +11,9 @@ Cell {
     required property RowModel row
     readonly property alias field: field
 
+    hasIcon: row.hasIcon
+    icon: row.icon
+
     focused: field.activeFocus && keyboardFocus
     readonly property bool keyboardFocus: field.focusReason === Qt.TabFocusReason || field.focusReason === Qt.BacktabFocusReason
 
@@ -36,7 +39,7 @@ Cell {
             property bool edited: false
 
             anchors.fill: parent
-            leftPadding: Theme.inset
+            leftPadding: Theme.contentInset(root.hasIcon)
             rightPadding: Theme.inset
             activeFocusOnTab: true
             // A control's own font is the desktop's; texts have the application's.

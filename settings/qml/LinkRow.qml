@@ -28,6 +28,7 @@ TappableRow {
 
             anchors { left: title.right; leftMargin: 12; right: chevron.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
             text: control.row.valueTitle
+            textFormat: Text.PlainText
             color: Theme.secondary
             font.pixelSize: Theme.bodySize
             horizontalAlignment: Text.AlignRight

@@ -31,6 +31,7 @@ Item {
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: Theme.smallestSize
         text: root.title
+        textFormat: Text.PlainText
         color: Theme.text
         font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
         elide: Text.ElideRight

@@ -16,6 +16,7 @@ TappableRow {
         Text {
             anchors { left: parent.left; right: mark.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
             text: control.text
+            textFormat: Text.PlainText
             color: Theme.text
             font.pixelSize: Theme.bodySize
             elide: Text.ElideRight

@@ -6,6 +6,7 @@ Text {
 
     readonly property bool takesTwoLines: width > 0 && smallest.advanceWidth > width
 
+    textFormat: Text.PlainText
     color: Theme.text
     font.pixelSize: takesTwoLines ? Theme.smallestSize : Theme.bodySize
     fontSizeMode: takesTwoLines ? Text.FixedSize : Text.HorizontalFit

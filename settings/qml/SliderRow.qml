@@ -9,6 +9,8 @@ Cell {
     required property RowModel row
 
     focused: slider.visualFocus
+    hasIcon: row.hasIcon
+    icon: row.icon
 
     T.Slider {
         id: slider
@@ -17,7 +19,7 @@ Cell {
         property bool settling: true // until the row is whole: bounds are set one after the other, and clamp the value
         property real handedOn: 0
 
-        anchors { fill: parent; leftMargin: Theme.inset; rightMargin: number.visible ? number.width + 26 : Theme.inset }
+        anchors { fill: parent; leftMargin: Theme.contentInset(root.hasIcon); rightMargin: number.visible ? number.width + 26 : Theme.inset }
         focusPolicy: Qt.StrongFocus
         from: root.row.minimum
         to: root.row.maximum

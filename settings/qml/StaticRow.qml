@@ -7,13 +7,22 @@ Cell {
 
     required property RowModel row
 
+    hasIcon: row.hasIcon
+    icon: row.icon
     implicitHeight: Math.max(Theme.rowHeight, label.implicitHeight + 22)
 
     Text {
         id: label
 
-        anchors { left: parent.left; right: parent.right; margins: Theme.inset; verticalCenter: parent.verticalCenter }
+        anchors {
+            left: parent.left
+            leftMargin: Theme.contentInset(root.hasIcon)
+            right: parent.right
+            rightMargin: Theme.inset
+            verticalCenter: parent.verticalCenter
+        }
         text: root.row.title
+        textFormat: Text.PlainText
         color: Theme.text
         font.pixelSize: Theme.bodySize
         wrapMode: Text.Wrap

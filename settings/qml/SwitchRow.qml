@@ -11,7 +11,7 @@ T.Switch {
     property bool last: false
 
     implicitHeight: Theme.rowHeight
-    leftPadding: Theme.inset
+    leftPadding: Theme.contentInset(row.hasIcon)
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus
     text: row.title
@@ -41,6 +41,8 @@ T.Switch {
         first: control.first
         last: control.last
         focused: control.visualFocus
+        hasIcon: control.row.hasIcon
+        icon: control.row.icon
     }
     contentItem: Item {
         RowTitle {

@@ -9,10 +9,9 @@ T.AbstractButton {
     required property RowModel row
     property bool first: false
     property bool last: false
-    property real hairlineInset: Theme.inset
 
     implicitHeight: Math.max(Theme.rowHeight, implicitContentHeight)
-    leftPadding: Theme.inset
+    leftPadding: Theme.contentInset(row.hasIcon)
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus
 
@@ -29,6 +28,7 @@ T.AbstractButton {
         last: control.last
         down: control.down
         focused: control.visualFocus
-        hairlineInset: control.hairlineInset
+        hasIcon: control.row.hasIcon
+        icon: control.row.icon
     }
 }

@@ -24,6 +24,7 @@ QtObject {
     readonly property int rowHeight: 44
     readonly property int rowRadius: 10
     readonly property int iconSize: 29
+    function contentInset(hasIcon) { return hasIcon ? 2 * inset + iconSize : inset }
     readonly property int contentWidth: 640
     readonly property int bodySize: 17
     readonly property int footSize: 13

@@ -37,6 +37,16 @@ QVariant toVariant(const platform::Value& value) {
     return value.text() ? QString::fromStdString(*value.text()) : QVariant();
 }
 
+platform::UIImageRef square(const QString& color) {
+    QImage image(29, 29, QImage::Format_RGB32);
+    image.fill(QColor(color));
+    QByteArray file;
+    QBuffer buffer(&file);
+    image.save(&buffer, "PNG");
+    return std::make_shared<const platform::UIImage>(platform::CGSize{29, 29}, platform::Data(file.begin(), file.end()),
+                                                     platform::Data{});
+}
+
 settings::RowSnapshot toRow(const QVariantMap& map) {
     settings::RowSnapshot row;
     row.cell = map["cell"].toInt();
@@ -50,17 +60,8 @@ settings::RowSnapshot toRow(const QVariantMap& map) {
     if (map.contains("max")) row.max = map["max"].toDouble();
     if (map.contains("showValue")) row.showValue = map["showValue"].toBool();
     row.marked = map["marked"].toBool();
+    if (map.contains("icon")) row.icon = square(map["icon"].toString());
     return row;
-}
-
-platform::UIImageRef square(const QString& color) {
-    QImage image(29, 29, QImage::Format_RGB32);
-    image.fill(QColor(color));
-    QByteArray file;
-    QBuffer buffer(&file);
-    image.save(&buffer, "PNG");
-    return std::make_shared<const platform::UIImage>(platform::CGSize{29, 29}, platform::Data(file.begin(), file.end()),
-                                                     platform::Data{});
 }
 
 settings::CellSnapshot toCell(const QVariantMap& map) {

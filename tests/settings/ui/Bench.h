@@ -23,7 +23,7 @@ class Bench : public QObject, private settings::Events {
     using QObject::QObject;
 
     /// Rows as maps of "cell", "name", "identifier", "value", "footerText", "placeholder", "min", "max", "showValue",
-    /// "valueTitle", "marked".
+    /// "valueTitle", "marked", "icon" (a colour).
     Q_INVOKABLE settings::PageModel* page(const QVariantList& rows);
     /// A newer snapshot of the last page, with these rows.
     Q_INVOKABLE void show(const QVariantList& rows);

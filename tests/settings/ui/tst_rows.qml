@@ -147,6 +147,35 @@ Item {
             compare(toggle().checked, false);
         }
 
+        // -- icons and texts --
+
+        function test_drawsAnIconLeftOfARowOfAnyKind_data() {
+            return [
+                { tag: "link", cell: 1 }, { tag: "option list", cell: 2 }, { tag: "slider", cell: 5 },
+                { tag: "switch", cell: 6 }, { tag: "static text", cell: 7 }, { tag: "field", cell: 8 },
+                { tag: "secure field", cell: 12 }, { tag: "button", cell: 13 },
+            ];
+        }
+        function test_drawsAnIconLeftOfARowOfAnyKind(data) {
+            open([{ cell: data.cell, name: "Row", placeholder: "Row", min: 0, max: 1, icon: "red" }]);
+            const picture = grabImage(host.item);
+            const x = 2 * Theme.inset + Theme.iconSize / 2;
+            compare(picture.pixel(x, 20 + Theme.rowHeight / 2), "#ff0000");
+            compare(picture.pixel(2 * Theme.inset + Theme.iconSize + 4, 20 + 10), Theme.cell.toString(), "room after it");
+        }
+        function test_drawsMarkupInTextsAsItIsWritten() {
+            open([{ cell: 0, name: "<b>Group</b>", footerText: "<i>Foot</i>" }, { cell: 1, name: "<b>Link</b>", valueTitle: "<u>Value</u>" },
+                  { cell: 6, name: "<b>Switch</b>" }, { cell: 7, name: "<b>Text</b>" }, { cell: 13, name: "<b>Button</b>" }]);
+            const formats = [];
+            find(host.item, item => {
+                if (item.textFormat !== undefined && item.text?.startsWith("<"))
+                    formats.push(item.textFormat);
+                return false;
+            });
+            compare(formats.length, 7);
+            verify(formats.every(format => format === Text.PlainText));
+        }
+
         // -- sliders --
 
         function test_handsOnASliderOnlyWhenItIsReleased() {

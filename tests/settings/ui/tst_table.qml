@@ -130,7 +130,7 @@ Item {
             const y = row("With").y + 20;
             compare(picture.pixel(2 * Theme.inset + 14, y), "#ff0000");
             verify(picture.pixel(2 * Theme.inset + 14, y + 40) !== "#ff0000");
-            verify(row("With").hairlineInset > row("Without").hairlineInset);
+            verify(row("With").hasIcon && !row("Without").hasIcon);
         }
         function test_showsARowWithoutATitleAndAMark() {
             open([{ header: "Enabled", rows: [{ identifier: "gone" }, { title: "Chosen", marked: true }] }]);
