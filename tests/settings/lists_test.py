@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""The lists in the real programs: rows moved by mouse, keyboard and assistive action, as the tweak has them then.
+"""The lists in the real programs: rows moved by mouse, keyboard and assistive action, as the tweak has them then; and a
+plug-in's own page.
 
     dbus-run-session -- lists_test.py [-v] BINARIES DEVICE_ROOT
 
@@ -17,8 +18,49 @@ from gi.repository import Atspi, GLib
 import programs_test
 from programs_test import eventually, program
 
+# What the toolkit makes of a switch, and of a link.
+SWITCH = pyatspi.ROLE_CHECK_BOX
+LINK = pyatspi.ROLE_PUSH_BUTTON
+
 # None of them is installed: their rows have no title, and the identifier is their name.
 SAVED = ["test.one", "test.two", "test.three"]
+
+
+class Spoken(programs_test.Programs):
+    """What tests of a window as assistive tools see it are made of."""
+
+    def setUp(self):
+        super().setUp()
+        self.environment |= {"DBUS_SESSION_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"],
+                             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        self.start_tweak()
+
+    def lumoractl(self, *arguments):
+        return subprocess.run([program("lumoractl"), *arguments], text=True, capture_output=True,
+                              env=self.environment, check=True).stdout
+
+    def find(self, accessible, matches):
+        if matches(accessible):
+            yield accessible
+        for child in accessible:
+            if child:
+                yield from self.find(child, matches)
+
+    def spoken(self, window, role):
+        """What is shown in a role, by its name, as assistive tools see it now."""
+        desktop = pyatspi.Registry.getDesktop(0)
+        desktop.set_cache_mask(Atspi.Cache.NONE)
+        try:
+            return {item.name: item for application in desktop
+                    if application and application.get_process_id() == window.pid
+                    for item in self.find(application, lambda it: it.getRole() == role and
+                                          it.getState().contains(pyatspi.STATE_SHOWING))}
+        except GLib.Error:
+            return {}  # something went away while it was looked at
+
+    def act(self, item, name):
+        actions = item.queryAction()
+        actions.doAction([actions.getName(i) for i in range(actions.nActions)].index(name))
 
 
 class Lists:
@@ -28,15 +70,8 @@ class Lists:
 
     def setUp(self):
         super().setUp()
-        self.environment |= {"DBUS_SESSION_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"],
-                             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
-        self.start_tweak()
         self.lumoractl("set", self.key, json.dumps(SAVED))
         self.assertEqual(self.saved(), SAVED)
-
-    def lumoractl(self, *arguments):
-        return subprocess.run([program("lumoractl"), *arguments], text=True, capture_output=True,
-                              env=self.environment, check=True).stdout
 
     def saved(self):
         return json.loads(self.lumoractl("get", self.key))
@@ -46,23 +81,8 @@ class Lists:
         eventually(lambda: set(SAVED) <= self.rows(window).keys(), "the rows")
         return window
 
-    def find(self, accessible, matches):
-        if matches(accessible):
-            yield accessible
-        for child in accessible:
-            if child:
-                yield from self.find(child, matches)
-
     def rows(self, window):
-        """The rows by their names, as assistive tools see them now."""
-        desktop = pyatspi.Registry.getDesktop(0)
-        desktop.set_cache_mask(Atspi.Cache.NONE)
-        try:
-            return {row.name: row for application in desktop
-                    if application and application.get_process_id() == window.pid
-                    for row in self.find(application, lambda it: it.getRole() == pyatspi.ROLE_LIST_ITEM)}
-        except GLib.Error:
-            return {}  # something went away while it was looked at
+        return self.spoken(window, pyatspi.ROLE_LIST_ITEM)
 
     def place(self, window, name):
         row = self.rows(window)[name]
@@ -101,10 +121,7 @@ class Lists:
                 focused.append(event.source.name)
         pyatspi.Registry.registerEventListener(listen, "object:state-changed:focused")
         self.addCleanup(pyatspi.Registry.deregisterEventListener, listen, "object:state-changed:focused")
-        row = self.rows(window)["test.one"]
-        actions = row.queryAction()
-        names = [actions.getName(i) for i in range(actions.nActions)]
-        actions.doAction(names.index("Increase"))
+        self.act(self.rows(window)["test.one"], "Increase")
         self.expect_saved(["test.two", "test.one", "test.three"])
 
         def told():
@@ -114,8 +131,7 @@ class Lists:
         moved = self.rows(window)["test.one"]
         self.assertTrue(moved.getState().contains(pyatspi.STATE_FOCUSED))
         self.assertTrue(moved.description.startswith("Position 2 of 3 in Enabled."), moved.description)
-        actions = moved.queryAction()
-        actions.doAction([actions.getName(i) for i in range(actions.nActions)].index("Decrease"))
+        self.act(moved, "Decrease")
         self.expect_saved(SAVED)
 
     def test_prints_every_row_of_the_list(self):
@@ -130,12 +146,34 @@ class Lists:
         self.assertEqual(page["sections"][0]["rows"][0], {"identifier": "test.0", "title": "", "marked": False})
 
 
-class AppViewsTest(Lists, programs_test.Programs):
+class AppViewsTest(Lists, Spoken):
     page, key = "PluginsListViewController", "kAppViewsEnabled"
 
 
-class AppsTest(Lists, programs_test.Programs):
+class AppsTest(Lists, Spoken):
     page, key = "AppsListController", "kAppsEnabled"
+
+
+class AutoUnlockAppsTest(Spoken):
+    def test_saves_what_is_exempt_and_leaves_the_chosen_ones_alone(self):
+        self.lumoractl("set", "kAppsEnabled", json.dumps(SAVED))
+        window = self.open_window("--page", "AUAppsListController")
+        eventually(lambda: "test.three" in self.spoken(window, pyatspi.ROLE_LIST_ITEM), "the rows")
+        self.act(self.spoken(window, pyatspi.ROLE_LIST_ITEM)["test.three"], "Increase")
+        eventually(lambda: json.loads(self.lumoractl("get", "kAUAppsDisabled")) == ["test.three"], "the exempt one")
+        self.assertEqual(json.loads(self.lumoractl("get", "kAppsEnabled")), SAVED)
+
+
+class PlugInPageTest(Spoken):
+    """A plug-in's own settings page, from its link to a key of its own at the tweak."""
+
+    def test_opens_from_its_link_and_keeps_its_keys_at_the_tweak(self):
+        window = self.open_window("--page", "PluginsListController")
+        eventually(lambda: "Weather" in self.spoken(window, LINK), "the link")
+        self.act(self.spoken(window, LINK)["Weather"], "Press")
+        eventually(lambda: "Show Tomorrow" in self.spoken(window, SWITCH), "the plug-in's page")
+        self.act(self.spoken(window, SWITCH)["Show Tomorrow"], "Toggle")
+        eventually(lambda: self.stored("org.lumora.plugins.weather.tomorrow") is False, "the change at the tweak")
 
 
 if __name__ == "__main__":
