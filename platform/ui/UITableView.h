@@ -55,6 +55,7 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     bool initWithFrame(const CGRect& frame, UITableViewStyle style);
 
     [[nodiscard]] UITableViewStyle style() const { return style_; }
+    /// Whoever takes the source away, reloads.
     void setDataSource(UITableViewDataSource* dataSource) { dataSource_ = dataSource; }
     void setDelegate(UITableViewDelegate* delegate) { delegate_ = delegate; }
     [[nodiscard]] bool isEditing() const { return editing_; }

@@ -199,4 +199,18 @@ TEST_F(PlugInList, LooksIntoTheFolderAgainOnEachAppearanceOfItsPage) {
     EXPECT_NE(platform::NSClassFromString("PluginsListViewController"), nullptr);
 }
 
+TEST_F(PlugInList, ShowsAMoveInTheNextViewOfItsPage) {
+    install({"A", "B"});
+    tweak.setSettings(Dictionary{{"kAppViewsEnabled", List{"test.A", "test.B"}}});
+    const auto page = make<lumora::PluginsListViewController>();
+    page->viewWillAppear(false);
+    const auto first = std::dynamic_pointer_cast<PluginsListView>(page->view());
+    first->tableView().layoutIfNeeded();
+    first->tableView().dropRow({0, 0}, {0, 1});
+    tweak.holdAnswers(true); // so what the second one shows is what is already here
+    page->viewWillAppear(false);
+    tweak.holdAnswers(false);
+    EXPECT_THAT(std::dynamic_pointer_cast<PluginsListView>(page->view())->enabled(), ElementsAre("test.B", "test.A"));
+}
+
 } // namespace

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "platform/foundation/NSKeyedArchiver.h"
+#include "platform/messaging/Dispatch.h"
 #include "tests/support/PortsFolder.h"
 #include "tests/support/ServedPort.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
@@ -34,6 +36,14 @@ class RecordingTweak {
     std::vector<platform::Value> waitForChanges(std::size_t count) {
         std::unique_lock hold(mutex_);
         changed_.wait(hold, [&] { return changes_.size() >= count; });
+        return changes_;
+    }
+
+    /// All changes, once no message is under way any more.
+    std::vector<platform::Value> changes() {
+        while (!platform::dispatch_wait_until_idle(std::chrono::seconds(1)))
+            ;
+        const std::lock_guard hold(mutex_);
         return changes_;
     }
 
