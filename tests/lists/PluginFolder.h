@@ -1,11 +1,9 @@
 #pragma once
 
-#include "platform/foundation/DeviceRoot.h"
+#include "tests/support/DeviceFolder.h"
 
 #include <filesystem>
 #include <fstream>
-#include <stdexcept>
-#include <stdlib.h>
 #include <string>
 
 namespace tests {
@@ -13,22 +11,10 @@ namespace tests {
 /// A device root for one test, with a plug-in folder in it; gone when the test ends.
 class PluginFolder {
   public:
-    PluginFolder() {
-        std::string made = std::filesystem::temp_directory_path() / "plugins-XXXXXX";
-        if (!::mkdtemp(made.data())) throw std::runtime_error("no folder for the test");
-        root_ = made;
-        std::filesystem::create_directories(path());
-        platform::setDeviceRoot(root_);
-    }
-    PluginFolder(const PluginFolder&) = delete;
-    PluginFolder& operator=(const PluginFolder&) = delete;
-    ~PluginFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(root_, ignored);
-    }
+    PluginFolder() { std::filesystem::create_directories(path()); }
 
-    [[nodiscard]] const std::filesystem::path& root() const { return root_; }
-    [[nodiscard]] std::filesystem::path path() const { return root_ / "Library/Nevo/Lumora/Plugins"; }
+    [[nodiscard]] const std::filesystem::path& root() const { return device_.path(); }
+    [[nodiscard]] std::filesystem::path path() const { return root() / "Library/Nevo/Lumora/Plugins"; }
     /// Where the module of a bundle is.
     [[nodiscard]] std::filesystem::path module(const std::string& bundle) const { return path() / bundle / "Code"; }
 
@@ -49,7 +35,7 @@ class PluginFolder {
     }
 
   private:
-    std::filesystem::path root_;
+    DeviceFolder device_;
 };
 
 } // namespace tests
