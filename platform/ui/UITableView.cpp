@@ -21,6 +21,11 @@ double heightOf(const UITableView::Section& section) {
 UITableViewDataSource::~UITableViewDataSource() = default;
 UITableViewDelegate::~UITableViewDelegate() = default;
 
+std::uint64_t UITableView::nextId() {
+    static std::uint64_t last = 0;
+    return ++last;
+}
+
 bool UITableView::initWithFrame(const CGRect& frame, UITableViewStyle style) {
     style_ = style;
     bottom_ = frame.size.height;
@@ -40,7 +45,7 @@ void UITableView::reloadData() {
         section.header = dataSource_->titleForHeaderInSection(*this, i);
         section.footer = dataSource_->titleForFooterInSection(*this, i);
         section.rowCount = dataSource_->numberOfRowsInSection(*this, i);
-        section.rowHeight = delegate_ && section.rowCount > 0 ? delegate_->heightForRowAtIndexPath(*this, {i, 0}) : 0;
+        section.rowHeight = delegate_ ? delegate_->heightForRowAtIndexPath(*this, {i, 0}) : 0;
         const auto at = static_cast<std::size_t>(i);
         section.headerHeight = at < before.size() ? before[at].headerHeight : kHeaderHeight;
         section.footerHeight = at < before.size() ? before[at].footerHeight : kFooterHeight;
@@ -105,7 +110,24 @@ void UITableView::dropRow(NSIndexPath from, NSIndexPath to) {
     const int rowsThere = numberOfRowsInSection(to.section) - (from.section == to.section ? 1 : 0);
     if (to.row < 0 || to.row > rowsThere) return;
     dataSource_->moveRowAtIndexPath(*this, from, to);
-    reloadData();
+    --sections_[static_cast<std::size_t>(from.section)].rowCount;
+    ++sections_[static_cast<std::size_t>(to.section)].rowCount;
+    moveCells(from, to);
+    makeCells();
+}
+
+/// Each cell goes where its row went: what it shows has not changed.
+void UITableView::moveCells(NSIndexPath from, NSIndexPath to) {
+    for (auto& [path, cell] : std::exchange(cells_, {})) {
+        NSIndexPath now = path;
+        if (path == from) {
+            now = to;
+        } else {
+            if (now.section == from.section && now.row > from.row) --now.row;
+            if (now.section == to.section && now.row >= to.row) ++now.row;
+        }
+        cells_.emplace(now, std::move(cell));
+    }
 }
 
 /// Cells of rows that have left the view go to the reuse queue before those of rows that have come into it are made.

@@ -3,6 +3,7 @@
 #include "platform/ui/NSIndexPath.h"
 #include "platform/ui/UITableViewCell.h"
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -27,7 +28,8 @@ class PLATFORM_EXPORT UITableViewDataSource {
     virtual void moveRowAtIndexPath(UITableView& tableView, NSIndexPath from, NSIndexPath to) = 0;
 };
 
-/// How a table's rows are shown.
+/// How a table's rows are shown. Of its answers about editing every list gives the same, none, and so the table does
+/// not ask for them yet.
 class PLATFORM_EXPORT UITableViewDelegate {
   public:
     virtual ~UITableViewDelegate();
@@ -48,7 +50,7 @@ enum UITableViewStyle : int { UITableViewStylePlain = 0, UITableViewStyleGrouped
 ///
 /// It refers to its data source and delegate without owning them. What draws it tells it the part that is in view, and
 /// how high headers and footers came out; those are measured in the drawn font. All rows of a section are as high as
-/// the delegate says of the first. Main thread.
+/// the delegate says of the first, or of the one that would be. Main thread.
 class PLATFORM_EXPORT UITableView final : public UIView {
   public:
     using UIView::initWithFrame;
@@ -79,6 +81,9 @@ class PLATFORM_EXPORT UITableView final : public UIView {
 
     // What follows is for whoever draws the table.
 
+    /// Tells tables apart, never used twice in a process.
+    [[nodiscard]] std::uint64_t id() const { return id_; }
+
     struct Section {
         std::string header;
         std::string footer;
@@ -95,13 +100,16 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     [[nodiscard]] const std::map<NSIndexPath, std::shared_ptr<UITableViewCell>>& visibleCells() const { return cells_; }
     /// True while editing, when the data source says that the row can be moved.
     [[nodiscard]] bool canMoveRow(NSIndexPath path);
-    /// The user has dropped a row: tells the data source, and makes the cells in view anew. Places that do not exist,
-    /// and rows that cannot be moved, do nothing.
+    /// The user has dropped a row: tells the data source, and moves the cells along. Places that do not exist, and rows
+    /// that cannot be moved, do nothing.
     void dropRow(NSIndexPath from, NSIndexPath to);
 
   private:
+    static std::uint64_t nextId();
     void makeCells();
+    void moveCells(NSIndexPath from, NSIndexPath to);
 
+    const std::uint64_t id_ = nextId();
     UITableViewStyle style_ = UITableViewStylePlain;
     UITableViewDataSource* dataSource_ = nullptr;
     UITableViewDelegate* delegate_ = nullptr;

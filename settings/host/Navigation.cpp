@@ -22,13 +22,6 @@ PSSpecifierRef rowAt(PSListController& page, std::size_t row) {
     return rows && row < rows->size() ? (*rows)[row] : nullptr;
 }
 
-void setViewport(UITableView& table, const TableViewport& viewport) {
-    table.layoutIfNeeded();
-    for (std::size_t i = 0; i < viewport.sections.size(); ++i)
-        table.setSectionHeights(static_cast<int>(i), viewport.sections[i].header, viewport.sections[i].footer);
-    table.setViewport(viewport.top, viewport.bottom);
-}
-
 bool isEditable(const PSSpecifier& row) {
     switch (row.cellType()) {
     case PSSliderCell:
@@ -60,7 +53,7 @@ bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifi
     }
     if (!title.empty()) page->setTitle(title);
     page->setSpecifier(row);
-    pages_.push_back({nextPageId(), std::move(page), pageClass->name, nullptr, std::nullopt});
+    pages_.push_back({nextPageId(), std::move(page), pageClass->name, nullptr});
     appear(pages_.size() > 1);
     return true;
 }
@@ -113,8 +106,10 @@ void Navigation::tableScrolled(std::uint64_t page, const TableViewport& viewport
     OpenPage* top = pageOnTop(page);
     UITableView* table = top ? tableOf(*top->controller) : nullptr;
     if (!table) return;
-    top->viewport = viewport;
-    setViewport(*table, viewport);
+    table->layoutIfNeeded();
+    for (std::size_t i = 0; i < viewport.sections.size(); ++i)
+        table->setSectionHeights(static_cast<int>(i), viewport.sections[i].header, viewport.sections[i].footer);
+    table->setViewport(viewport.top, viewport.bottom);
     readAnew(*top);
     publish();
 }
@@ -126,7 +121,8 @@ void Navigation::back(std::uint64_t page) {
 }
 
 void Navigation::setContentSize(CGSize size) {
-    if (size == contentSize_) return;
+    // A window that is still being set up has no room for a page yet; what shrinks to nothing does not grow back alike.
+    if (size == contentSize_ || size.width <= 0 || size.height <= 0) return;
     contentSize_ = size;
     if (pages_.empty()) return;
     OpenPage& top = pages_.back();
@@ -147,7 +143,6 @@ void Navigation::appear(bool animated) {
     if (top.snapshot) publishOpening(top.className, top.snapshot->title); // a view made anew may block for good too
     if (page.view()) page.view()->setFrame({{0, 0}, contentSize_});
     page.viewWillAppear(animated);
-    if (UITableView* table = tableOf(page); table && top.viewport) setViewport(*table, *top.viewport);
     readAnew(top);
     publish();
 }

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -54,7 +53,6 @@ class Navigation {
         std::shared_ptr<platform::PSListController> controller;
         std::string className;
         std::shared_ptr<const PageSnapshot> snapshot;
-        std::optional<TableViewport> viewport; ///< of its table, for the one that is made when it appears again
     };
 
     bool open(platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row);

@@ -107,6 +107,7 @@ CellSnapshot snapshotOf(UITableView& table, NSIndexPath path, UITableViewCell& c
 TableSnapshot snapshotOf(UITableView& table) {
     table.layoutIfNeeded();
     TableSnapshot shown;
+    shown.id = table.id();
     shown.frame = frameOnPage(table);
     for (const UITableView::Section& section : table.sections())
         shown.sections.push_back({section.header,

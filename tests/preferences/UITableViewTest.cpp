@@ -166,6 +166,58 @@ TEST_F(Table, TellsItsSourceOfADropAndShowsWhatFollows) {
     EXPECT_THAT(shown(), ElementsAre("b", "c", "a"));
 }
 
+TEST_F(Table, MovesTheCellsAlongWithADropAndAsksForNoneAgain) {
+    show({{"a", "b", "c", "d"}, {"e", "f", "g"}}, 1000);
+    const auto carried = table->cellForRowAtIndexPath({0, 1});
+    const int asked = content.cellsAsked;
+    table->dropRow({0, 1}, {1, 1});
+    EXPECT_EQ(table->cellForRowAtIndexPath({1, 1}), carried);
+    EXPECT_THAT(shown(), ElementsAre("a", "c", "d", "e", "b", "f", "g"));
+    table->dropRow({1, 1}, {0, 0});
+    EXPECT_THAT(shown(), ElementsAre("b", "a", "c", "d", "e", "f", "g"));
+    table->dropRow({0, 0}, {0, 3});
+    EXPECT_THAT(shown(), ElementsAre("a", "c", "d", "b", "e", "f", "g"));
+    table->dropRow({0, 3}, {0, 1});
+    EXPECT_THAT(shown(), ElementsAre("a", "b", "c", "d", "e", "f", "g"));
+    EXPECT_EQ(content.cellsAsked, asked);
+}
+
+TEST_F(Table, ShowsAfterAnyDropWhatItWouldShowAnew) {
+    int drops = 0;
+    for (int enabled = 0; enabled <= 4; ++enabled) {
+        for (int section = 0; section < 2; ++section) {
+            for (int row = 0; row < (section == 0 ? enabled : 4 - enabled); ++row) {
+                for (int there = 0; there < 2; ++there) {
+                    const int places = (there == 0 ? enabled : 4 - enabled) + (there == section ? 0 : 1);
+                    for (int place = 0; place < places; ++place) {
+                        const std::vector<std::string> all{"a", "b", "c", "d"};
+                        show({{all.begin(), all.begin() + enabled}, {all.begin() + enabled, all.end()}}, 1000);
+                        table->dropRow({section, row}, {there, place});
+                        const auto after = shown();
+                        table->reloadData();
+                        ASSERT_EQ(after, shown());
+                        ++drops;
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_EQ(drops, 5 * 4 * 5) << "each of four rows to each of five places, however the rows are divided";
+}
+
+TEST_F(Table, MakesTheCellOfTheRowThatComesIntoViewWhenOneIsCarriedOutOfIt) {
+    show({numbered(100)});
+    const int asked = content.cellsAsked;
+    table->dropRow({0, 1}, {0, 80});
+    EXPECT_THAT(shown(), ElementsAre("0", "2", "3", "4"));
+    EXPECT_EQ(content.cellsAsked, asked + 1);
+}
+
+TEST_F(Table, KnowsHowHighTheFirstRowOfAnEmptySectionWouldBe) {
+    show({{}, {"a"}});
+    EXPECT_EQ(table->sections().at(0).rowHeight, 40);
+}
+
 TEST_F(Table, TellsOfADropInTheRowsOwnPlace) {
     show({{"a", "b"}});
     table->dropRow({0, 1}, {0, 1});

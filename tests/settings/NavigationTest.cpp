@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace {
 
 using namespace platform;
@@ -265,7 +267,9 @@ struct TableNavigationTest : NavigationTest {
         TableView::cellsAsked = 0;
         ASSERT_TRUE(navigation.open(NSClassFromString("TablePage"), "Plugins"));
     }
-    void scroll(double upper, double lower) { navigation.tableScrolled(top().id, {upper, lower, {{50, 20}, {50, 20}}}); }
+    void scroll(double upper, double lower) {
+        navigation.tableScrolled(top().id, {upper, lower, {{50, 20}, {50, 20}}});
+    }
     [[nodiscard]] const TableSnapshot& table() const { return *top().table; }
 };
 
@@ -298,6 +302,30 @@ TEST_F(TableNavigationTest, TakesUpTheHeightsThatHeadersAndFootersWereDrawnWith)
     EXPECT_EQ(table().sections[1].footerHeight, 20);
     navigation.tableScrolled(top().id, {0, 10, {{50, 20}, {50, 20}, {7, 7}}}); // a section that does not exist
     EXPECT_EQ(table().sections.size(), 2U);
+}
+
+TEST_F(TableNavigationTest, MakesAllCellsWhenThereIsNoEndToTheView) {
+    scroll(0, std::numeric_limits<double>::infinity());
+    EXPECT_EQ(table().sections[0].cells.size(), 10U);
+}
+
+TEST_F(TableNavigationTest, BeginsAtTheTopOfAnotherTableWhenThePageAppearsAgain) {
+    scroll(130, 210);
+    const std::uint64_t before = table().id;
+    navigation.rowMoved(top().id, {0, 0}, {0, 1});
+    EXPECT_EQ(table().id, before);
+    ASSERT_TRUE(navigation.open(NSClassFromString("TablePage"), "Above"));
+    navigation.back(top().id);
+    EXPECT_NE(table().id, before);
+    EXPECT_EQ(table().sections[0].firstCell, 0);
+}
+
+TEST_F(TableNavigationTest, IsNotShrunkByAWindowThatHasNoSizeYet) {
+    navigation.setContentSize({0, -52});
+    navigation.setContentSize({390, 0});
+    navigation.setContentSize({390, 792});
+    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 390, 792));
+    EXPECT_EQ(table().frame, CGRectMake(0, 10, 390, 750)) << "it has no mask";
 }
 
 TEST_F(TableNavigationTest, MovesARowAndShowsTheTableAfterwards) {
