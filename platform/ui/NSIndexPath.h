@@ -8,7 +8,8 @@ namespace platform {
 struct NSIndexPath {
     int section = 0;
     int row = 0;
-    friend auto operator<=>(const NSIndexPath&, const NSIndexPath&) = default; // NOLINT(modernize-use-nullptr): not ours
+    friend auto operator<=>(const NSIndexPath&,
+                            const NSIndexPath&) = default; // NOLINT(modernize-use-nullptr): not ours
 };
 
 } // namespace platform
