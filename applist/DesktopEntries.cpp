@@ -13,8 +13,28 @@ namespace fs = std::filesystem;
 constexpr std::int64_t kLargestFile = 1 << 20;
 constexpr std::string_view kEnding = ".desktop";
 
+/// Notes where the program of an entry is, as GIO has found it.
+void addProgram(DesktopEntry& entry, const char* name) {
+    if (!name || !*name) return;
+    const GLibPointer<char> found(g_find_program_in_path(name));
+    entry.programs.emplace_back(found ? found.get() : name);
+}
+
+bool hasPrograms(const DesktopEntry& entry) {
+    return std::all_of(entry.programs.begin(), entry.programs.end(),
+                       [](const fs::path& program) { return g_file_test(program.c_str(), G_FILE_TEST_IS_EXECUTABLE); });
+}
+
+/// True for a link to one of the folders on its own path, in which looking would have no end.
+bool leadsBack(const fs::path& link) {
+    std::error_code failed;
+    for (fs::path folder = link.parent_path(); folder.has_relative_path(); folder = folder.parent_path())
+        if (fs::equivalent(folder, link, failed)) return true;
+    return fs::equivalent("/", link, failed);
+}
+
 DesktopEntry read(const fs::path& file, const FileStamp& stamp) {
-    DesktopEntry entry{file, stamp, false, false, {}, nullptr};
+    DesktopEntry entry{file, stamp, false, {}, false, {}, nullptr};
     const GObjectPointer<GDesktopAppInfo> info(g_desktop_app_info_new_from_filename(file.c_str()));
     if (!info) return entry;
     // Without this GIO would make up a name.
@@ -22,6 +42,9 @@ DesktopEntry read(const fs::path& file, const FileStamp& stamp) {
     if (!name || !*name) return entry;
     entry.readable = true;
     GAppInfo* application = G_APP_INFO(info.get());
+    const GLibPointer<char> tried(g_desktop_app_info_get_string(info.get(), "TryExec"));
+    addProgram(entry, tried.get());
+    addProgram(entry, g_app_info_get_executable(application));
     entry.shown = g_app_info_should_show(application) && !g_desktop_app_info_get_is_hidden(info.get());
     entry.name = g_app_info_get_display_name(application);
     if (GIcon* icon = g_app_info_get_icon(application)) entry.icon.reset(G_ICON(g_object_ref(icon)));
@@ -37,20 +60,24 @@ bool DesktopEntries::refresh() {
     changed_ = false;
     Entries entries;
     for (const fs::path& folder : folders_)
-        look(folder, entries);
+        look(folder, {}, entries);
     entries_ = std::move(entries);
     return changed_;
 }
 
-void DesktopEntries::look(const fs::path& folder, Entries& entries) {
-    std::error_code failed;
-    fs::recursive_directory_iterator at(folder, fs::directory_options::skip_permission_denied, failed);
-    for (; !failed && at != fs::recursive_directory_iterator(); at.increment(failed)) {
+void DesktopEntries::look(const fs::path& folder, const std::string& prefix, Entries& entries) {
+    std::error_code failed; // a folder that is missing or cannot be read has no entries
+    for (fs::directory_iterator at(folder, failed), end; !failed && at != end; at.increment(failed)) {
         const fs::path& file = at->path();
-        std::string identifier = file.lexically_relative(folder).string();
-        if (!identifier.ends_with(kEnding) || !g_utf8_validate(identifier.c_str(), -1, nullptr)) continue;
+        std::string identifier = prefix + file.filename().string();
+        std::error_code unknown;
+        if (!identifier.ends_with(kEnding)) {
+            if (at->is_directory(unknown) && !(at->is_symlink(unknown) && leadsBack(file)))
+                look(file, identifier + "-", entries);
+            continue;
+        }
+        if (!g_utf8_validate(identifier.c_str(), -1, nullptr)) continue;
         identifier.resize(identifier.size() - kEnding.size());
-        std::replace(identifier.begin(), identifier.end(), '/', '-');
         if (identifier.empty() || entries.contains(identifier)) continue;
         if (const auto stamp = stampOfFile(file, kLargestFile))
             entries.emplace(identifier, entryOf(identifier, file, *stamp));
@@ -60,7 +87,8 @@ void DesktopEntries::look(const fs::path& folder, Entries& entries) {
 DesktopEntry DesktopEntries::entryOf(const std::string& identifier, const fs::path& file, const FileStamp& stamp) {
     const auto known = entries_.find(identifier);
     // One that could not be read is tried again: its program may have been installed after it.
-    if (known != entries_.end() && known->second.readable && known->second.file == file && known->second.stamp == stamp)
+    if (known != entries_.end() && known->second.readable && known->second.file == file &&
+        known->second.stamp == stamp && hasPrograms(known->second))
         return std::move(known->second);
     ++filesRead_;
     DesktopEntry entry = read(file, stamp);

@@ -13,15 +13,16 @@ namespace applist {
 struct DesktopEntry {
     std::filesystem::path file;
     FileStamp stamp;
-    bool readable = false;      ///< names an application whose program is there
-    bool shown = false;         ///< is one that users are meant to see
-    std::string name;           ///< in the user's language
-    GObjectPointer<GIcon> icon; ///< null when the entry names none
+    bool readable = false;                       ///< names an application whose program is there
+    std::vector<std::filesystem::path> programs; ///< what has to be there for that
+    bool shown = false;                          ///< is one that users are meant to see
+    std::string name;                            ///< in the user's language
+    GObjectPointer<GIcon> icon;                  ///< null when the entry names none
 };
 
 /// The desktop entries of some folders by their identifiers: the path below the folder, with "-" for "/" and without
-/// ".desktop". Of two with one identifier that of the earlier folder counts, even if it is broken or hides the
-/// application.
+/// ".desktop". Linked folders count as others do, but for those that lead back to a folder around them. Of two with one
+/// identifier that of the earlier folder counts, even if it is broken or hides the application.
 ///
 ///     DesktopEntries entries({"/usr/share/applications"});
 ///     entries.refresh();
@@ -30,8 +31,8 @@ class DesktopEntries {
   public:
     explicit DesktopEntries(std::vector<std::filesystem::path> folders);
 
-    /// Looks through the folders and reads the files that are new or have changed, no others but broken ones. True when
-    /// an application is new or has changed.
+    /// Looks through the folders and reads the files that are new or have changed, no others but broken ones and those
+    /// whose program is gone. True when an application is new or has changed.
     bool refresh();
 
     /// The identifiers and names of the applications to be shown, as of the last refresh.
@@ -44,7 +45,7 @@ class DesktopEntries {
 
   private:
     using Entries = std::map<std::string, DesktopEntry>;
-    void look(const std::filesystem::path& folder, Entries& entries);
+    void look(const std::filesystem::path& folder, const std::string& prefix, Entries& entries);
     [[nodiscard]] DesktopEntry entryOf(const std::string& identifier, const std::filesystem::path& file,
                                        const FileStamp& stamp);
 

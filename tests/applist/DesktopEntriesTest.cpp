@@ -2,6 +2,7 @@
 
 #include "tests/applist/Desktop.h"
 
+#include <algorithm>
 #include <sys/stat.h>
 
 namespace {
@@ -112,6 +113,65 @@ TEST_F(Entries, OfProgramsThatAreInstalledLaterShowThen) {
     write(program, "#!/bin/sh\n");
     fs::permissions(program, fs::perms::owner_all);
     EXPECT_EQ(shown(), (Shown{{"late", "Late"}}));
+}
+
+TEST_F(Entries, OfProgramsThatAreRemovedLaterShowNoMore) {
+    const fs::path tried = folder / "tried";
+    const fs::path run = folder / "run";
+    for (const fs::path& program : {tried, run}) {
+        write(program, "#!/bin/sh\n");
+        fs::permissions(program, fs::perms::owner_all);
+    }
+    write(first / "tried.desktop", entryNamed("Tried", "TryExec=" + tried.string() + "\n"));
+    write(first / "run.desktop", "[Desktop Entry]\nType=Application\nName=Run\nExec=" + run.string() + " --now\n");
+    EXPECT_EQ(shown(), (Shown{{"run", "Run"}, {"tried", "Tried"}}));
+    EXPECT_EQ(shown().size(), 2U);
+    EXPECT_EQ(entries.filesRead(), 2) << "while the programs are there";
+    fs::remove(tried);
+    EXPECT_EQ(shown(), (Shown{{"run", "Run"}}));
+    fs::permissions(run, fs::perms::owner_read);
+    EXPECT_EQ(shown(), Shown{});
+    fs::permissions(run, fs::perms::owner_all);
+    EXPECT_EQ(shown(), (Shown{{"run", "Run"}}));
+}
+
+TEST_F(Entries, OfLinkedFoldersAreFoundOnEveryWayThatComesToAnEnd) {
+    write(first / "real/here.desktop", entryNamed("Here"));
+    write(folder / "elsewhere/there.desktop", entryNamed("There"));
+    write(folder / "elsewhere/deep/below.desktop", entryNamed("Below"));
+    fs::create_directory_symlink("real", first / "again");
+    fs::create_directory_symlink(folder / "elsewhere", first / "linked");
+    fs::create_directory_symlink(".", first / "real/self");
+    fs::create_directory_symlink(first, folder / "elsewhere/back");
+    fs::create_directory_symlink("/", first / "everything");
+    EXPECT_EQ(
+        shown(),
+        (Shown{
+            {"again-here", "Here"}, {"linked-deep-below", "Below"}, {"linked-there", "There"}, {"real-here", "Here"}}));
+}
+
+TEST_F(Entries, AreThoseThatGioFinds) {
+    const fs::path applications = tests::Desktop::systemData() / "applications";
+    write(applications / "top.desktop", entryNamed("Top"));
+    write(applications / ".unseen/dotted.desktop", entryNamed("Dotted"));
+    write(applications / "folder.desktop/inner.desktop", entryNamed("Inner"));
+    write(folder / "elsewhere/deep/below.desktop", entryNamed("Below"));
+    fs::create_directory_symlink(folder / "elsewhere", applications / "linked");
+    fs::create_symlink(folder / "elsewhere/deep/below.desktop", applications / "file.desktop");
+    Shown found;
+    GList* all = g_app_info_get_all();
+    for (const GList* at = all; at; at = at->next) {
+        std::string identifier = g_app_info_get_id(G_APP_INFO(at->data));
+        identifier.resize(identifier.size() - std::string(".desktop").size());
+        found.emplace_back(identifier, g_app_info_get_name(G_APP_INFO(at->data)));
+    }
+    g_list_free_full(all, g_object_unref);
+    std::sort(found.begin(), found.end());
+    DesktopEntries ofSystem({applications});
+    ofSystem.refresh();
+    EXPECT_EQ(ofSystem.shown(), found);
+    EXPECT_EQ(found.size(), 4U);
+    fs::remove_all(applications);
 }
 
 } // namespace
