@@ -49,7 +49,7 @@ int openLibraries() {
 const void* symbolOfOpenLibraries(const char* name) {
     const std::lock_guard lock(all().mutex);
     for (void* code : all().codes)
-        if (const void* symbol = dlsym(code, name)) return symbol;
+        if (const void* symbol = symbolIn(code, name)) return symbol;
     return nullptr;
 }
 

@@ -43,8 +43,8 @@ class PLATFORM_EXPORT LibraryHandle {
 /// How many handles are open.
 [[nodiscard]] PLATFORM_EXPORT int openLibraries();
 
-/// What the libraries that are open export under a name: the first one's that has it, null when none has. Valid for the
-/// life of the process.
+/// What the libraries that are open themselves export under a name: the first one's that has it, null when none has.
+/// Valid for the life of the process.
 [[nodiscard]] const void* symbolOfOpenLibraries(const char* name);
 
 } // namespace platform

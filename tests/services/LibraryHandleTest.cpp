@@ -67,6 +67,13 @@ TEST_F(LibraryHandles, TakeTheClassWithThemWhenTheLastIsClosed) {
     EXPECT_EQ(ALApplicationList::sharedApplicationList(), list);
 }
 
+TEST_F(LibraryHandles, HaveOnlyTheClassOfTheLibraryItself) {
+    install(BORROWING_APPLIST);
+    const LibraryHandle handle = openLibrary(appListPath);
+    ASSERT_TRUE(handle) << "with the library that it stands on";
+    EXPECT_EQ(ALApplicationList::sharedApplicationList(), nullptr);
+}
+
 TEST_F(LibraryHandles, CanBeMovedAndAreClosedOnce) {
     install(FAKE_APPLIST);
     {
