@@ -54,6 +54,7 @@ char32_t takeCharacter(std::string_view& text) {
 }
 
 bool isUtf8(std::string_view text) {
+    if (isAscii(text.data(), text.size())) return true; // as most texts are
     while (!text.empty()) {
         const std::size_t before = text.size();
         // A byte that is none is taken alone; the replacement character itself has three.

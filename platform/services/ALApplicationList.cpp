@@ -6,23 +6,13 @@
 #include <algorithm>
 #include <array>
 #include <map>
-#include <string_view>
 
 namespace platform {
 namespace {
 
 /// The library is somebody else's: a text of it that is no UTF-8 could not be saved and read again.
 bool isText(const char* bytes) {
-    if (!bytes) return false;
-    for (std::string_view rest(bytes); !rest.empty();) {
-        const auto plain =
-            std::find_if(rest.begin(), rest.end(), [](char c) { return static_cast<signed char>(c) < 0; });
-        rest.remove_prefix(static_cast<std::size_t>(plain - rest.begin()));
-        if (rest.empty()) break;
-        const std::string_view before = rest;
-        if (takeCharacter(rest) == replacementCharacter && before.size() - rest.size() == 1) return false;
-    }
-    return true;
+    return bytes && isUtf8(bytes);
 }
 
 void takeApplication(const char* identifier, const char* name, void* context) {
