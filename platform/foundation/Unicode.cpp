@@ -1,6 +1,7 @@
 #include "Unicode.h"
 
 #include <cstring>
+#include <unicode/uchar.h>
 
 namespace platform {
 
@@ -61,6 +62,20 @@ bool isUtf8(std::string_view text) {
         if (takeCharacter(text) == replacementCharacter && before - text.size() == 1) return false;
     }
     return true;
+}
+
+bool isVisible(char32_t character) {
+    switch (u_charType(static_cast<UChar32>(character))) {
+    case U_UNASSIGNED:
+    case U_CONTROL_CHAR:
+    case U_FORMAT_CHAR:
+    case U_SURROGATE:
+    case U_LINE_SEPARATOR:
+    case U_PARAGRAPH_SEPARATOR:
+        return false;
+    default:
+        return true;
+    }
 }
 
 void appendCharacter(std::string& text, char32_t character) {

@@ -16,13 +16,18 @@ inline constexpr char32_t replacementCharacter = 0xFFFD;
 
 /// Takes the next character off the front of a text, which must not be empty. A byte that begins no well-formed UTF-8
 /// sequence is taken alone and gives the replacement character.
-[[nodiscard]] char32_t takeCharacter(std::string_view& text);
+[[nodiscard]] PLATFORM_EXPORT char32_t takeCharacter(std::string_view& text);
 
 /// True when every byte belongs to a well-formed UTF-8 sequence.
 [[nodiscard]] PLATFORM_EXPORT bool isUtf8(std::string_view text);
 
+/// True for a character that only stands for itself, a space too. False for one that tells whoever shows the text what
+/// to do: control characters, format characters (writing direction, zero width) and separators of lines and paragraphs;
+/// and for one that is not assigned.
+[[nodiscard]] PLATFORM_EXPORT bool isVisible(char32_t character);
+
 /// Appends one character as UTF-8.
-void appendCharacter(std::string& text, char32_t character);
+PLATFORM_EXPORT void appendCharacter(std::string& text, char32_t character);
 
 /// Texts as UTF-16, the upper byte of each unit first. Surrogates without their other half become the replacement
 /// character: an unfinished emoji should not cost the reader all of the settings around it.

@@ -140,6 +140,24 @@ TEST_F(PluginsCommand, KeepsWhatAPlugInPrintsOutOfItsOwnOutput) {
     EXPECT_THAT(finished.output, AllOf(HasSubstr("prints: hello?[2J from a plug-in\n"), Not(HasSubstr("\033"))));
 }
 
+TEST_F(PluginsCommand, SaysThatAPlugInAnswersAtTooGreatLength) {
+    EXPECT_EQ(skipped("endless"), "it could not be examined: its answers are too long");
+}
+
+TEST_F(PluginsCommand, ShowsNoCharacterThatTellsATerminalWhatToDo) {
+    // A control character of eight bits, a turned writing direction, a line separator, and a tag beyond 16 bits.
+    const std::string name = "A\x1B[2J\u009B\u202Etxt\u2028\u200B\U000E0041\u00E9\U0001F600\x7F-1";
+    plugins.add(name + ".bundle", "TestPlugin");
+    const std::string plain = "A\uFFFD[2J\uFFFD\uFFFDtxt\uFFFD\uFFFD\uFFFD\u00E9\U0001F600\uFFFD-1";
+    EXPECT_EQ(list({plugins.path().string()}).output,
+              plain + ".bundle  " + plain + ", test." + plain +
+                  ", for org.example.Application, no settings page: it has none\n");
+    EXPECT_THAT(list({"--json", plugins.path().string()}).output,
+                HasSubstr(R"("A\u001b[2J\u009b\u202etxt\u2028\u200b\udb40\udc41)"
+                          "\u00E9\U0001F600\\u007f-1\""));
+    EXPECT_EQ(told(name + ".bundle")["name"], Value(name)) << "nothing is lost in JSON";
+}
+
 TEST_F(PluginsCommand, GoesOnAfterAPlugInThatCrashed) {
     plugins.add("crashing-1.bundle", "TestPlugin");
     plugins.add("good-1.bundle", "TestPlugin");
@@ -153,6 +171,8 @@ TEST_F(PluginsCommand, HasNothingToListWithoutAPlugInFolderButMissesOneThatWasNa
     const Finished none = list({"--root", (plugins.root() / "elsewhere").string()});
     EXPECT_EQ(none.status, 0);
     EXPECT_EQ(none.output, "");
+    EXPECT_EQ(none.errors, "lumoractl: there is no plug-in folder at " +
+                               (plugins.root() / "elsewhere/Library/Nevo/Lumora/Plugins").string() + "\n");
     EXPECT_EQ(list({"--json", "--root", (plugins.root() / "elsewhere").string()}).output, "[]\n");
     const Finished missing = list({(plugins.root() / "elsewhere").string()});
     EXPECT_EQ(missing.status, 1);

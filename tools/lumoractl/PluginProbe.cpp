@@ -70,8 +70,8 @@ class Pipe {
 
 /// The child's side: reports over one pipe, and whatever the plug-in prints goes into the other.
 [[noreturn]] void examineInChild(const std::filesystem::path& bundle, int report, int printed) {
-    ::setpgid(0, 0);                    // what the plug-in starts goes with it
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL); // and both go with this program
+    ::setpgid(0, 0);                    // what the plug-in starts is ended with it, by the group
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL); // it alone, should this program be killed before it can end the group
     const rlimit noCore{0, 0};
     ::setrlimit(RLIMIT_CORE, &noCore);
     const int nothing = ::open("/dev/null", O_RDONLY);
@@ -133,14 +133,15 @@ class Child {
     int ending_;
 };
 
-enum class Outcome : unsigned char { reported, ended, late };
+enum class Outcome : unsigned char { reported, tooLong, ended, late };
 
-/// Reads both pipes until the report is there, the process has ended or the time is over.
+/// Reads both pipes until the report is there or longer than is kept, the process has ended or the time is over.
 Outcome receive(const Child& child, const Pipe& reports, const Pipe& prints, std::chrono::milliseconds limit,
                 Received& report, Received& printed) {
     const auto end = std::chrono::steady_clock::now() + limit;
     while (true) {
         if (report.text.find('\n') != std::string::npos) return Outcome::reported;
+        if (report.text.size() == kMostKept) return Outcome::tooLong;
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now()).count();
         if (left <= 0) return Outcome::late;
         std::array<pollfd, 3> watched{pollfd{report.ended ? -1 : reports.out(), POLLIN, 0},
@@ -199,6 +200,8 @@ Dictionary probeBundle(const std::filesystem::path& bundle, std::chrono::millise
     const Result<Value> read = readJson(report.text);
     if (outcome == Outcome::late)
         told.set("skipped", "it hangs: no answer within " + std::to_string(limit.count()) + " ms");
+    else if (outcome == Outcome::tooLong)
+        told.set("skipped", "it could not be examined: its answers are too long");
     else if (outcome == Outcome::ended)
         told.set("skipped", howItEnded(status));
     else if (read && read.value().dictionary())

@@ -2,6 +2,7 @@
 
 #include "lists/PluginDiscovery.h"
 #include "tools/lumoractl/PluginProbe.h"
+#include "tools/lumoractl/Printable.h"
 
 #include <algorithm>
 #include <vector>
@@ -16,11 +17,7 @@ namespace {
 
 std::string textOf(const Value& entry, const char* key) {
     const Value value = entry[key];
-    std::string text = value.text() ? *value.text() : std::string();
-    // A stranger's text must not move the cursor of whoever reads it.
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; }, '?');
-    return text;
+    return value.text() ? printable(*value.text()) : std::string();
 }
 
 std::string described(const Value& plugin) {

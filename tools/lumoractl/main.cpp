@@ -1,7 +1,9 @@
 #include "tools/lumoractl/Plugins.h"
+#include "tools/lumoractl/Printable.h"
 #include "tools/lumoractl/Streams.h"
 #include "tools/lumoractl/TweakClient.h"
 
+#include "lists/PluginDiscovery.h"
 #include "tools/json/Json.h"
 #include "tweak/Defaults.h"
 
@@ -12,6 +14,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -116,8 +119,13 @@ int plugins(const Arguments& arguments) {
     const auto limit = std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(arguments.timeout));
     const auto found = probePlugins(arguments.plugins, limit);
     if (!found) return report(found.error());
-    const std::string table = pluginTable(found.value());
-    const int written = arguments.json ? writeJsonTo("-", found.value()) : write("-", table.data(), table.size());
+    std::error_code unknown;
+    if (arguments.plugins.empty() && !std::filesystem::exists(pluginFolder(), unknown))
+        report("there is no plug-in folder at " + pluginFolder().string());
+    const Result<std::string> text = arguments.json ? writeJson(found.value()) : pluginTable(found.value());
+    if (!text) return report(text.error());
+    const std::string shown = arguments.json ? printableJson(text.value()) + "\n" : text.value();
+    const int written = write("-", shown.data(), shown.size());
     return written != kDone ? written : allUsable(found.value()) ? kDone : kFailed;
 }
 

@@ -43,7 +43,8 @@ const char* identifier() {
 }
 const char* name() {
     static const std::string text = ownName();
-    return answer("name", text.c_str());
+    static const std::string endless(std::size_t{2} << 20, 'x');
+    return answer("name", kind() == "endless" ? endless.c_str() : text.c_str());
 }
 const char* appID() {
     return answer("appID", "org.example.Application");
