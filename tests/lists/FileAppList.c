@@ -1,7 +1,6 @@
 /* An application-list library for tests: lists what stands in the file "applications.txt" beside it, a line each, an
  * identifier, a tab and a name. Every application but those whose identifier begins with "plain." has an icon. How
  * often icons were asked for is exported, and at which sizes. */
-#define _GNU_SOURCE
 #include "applist/AppList.h"
 
 #include <dlfcn.h>
