@@ -25,6 +25,7 @@ class IconCache {
         std::string identifier;
         int pixels = 0;
         int scale = 0;
+        // NOLINTNEXTLINE(modernize-use-nullptr): the check sees a null in what the compiler writes here
         friend auto operator<=>(const Key&, const Key&) = default;
     };
 

@@ -84,7 +84,7 @@ Points decoded(const std::vector<std::uint8_t>& png) {
     const bool alpha = gdk_pixbuf_get_has_alpha(picture);
     const guint8* bytes = gdk_pixbuf_read_pixels(picture);
     for (int y = 0; y < points.height; ++y) {
-        const guint8* point = bytes + y * gdk_pixbuf_get_rowstride(picture);
+        const guint8* point = bytes + std::ptrdiff_t(y) * gdk_pixbuf_get_rowstride(picture);
         for (int x = 0; x < points.width; ++x, point += alpha ? 4 : 3)
             points.redGreenBlueAlpha.push_back(std::uint32_t(point[0]) << 24 | std::uint32_t(point[1]) << 16 |
                                                std::uint32_t(point[2]) << 8 | (alpha ? point[3] : 0xFF));

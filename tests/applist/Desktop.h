@@ -33,7 +33,8 @@ struct Points {
     int height = 0;
     std::vector<std::uint32_t> redGreenBlueAlpha;
     [[nodiscard]] std::uint32_t at(int x, int y) const {
-        return redGreenBlueAlpha.at(static_cast<std::size_t>(y * width + x));
+        return redGreenBlueAlpha.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                                    static_cast<std::size_t>(x));
     }
 };
 [[nodiscard]] Points decoded(const std::vector<std::uint8_t>& png);

@@ -46,7 +46,7 @@ TEST_F(Entries, LeaveOutWhatUsersAreNotToSee) {
 
 TEST_F(Entries, LeaveOutWhatIsBroken) {
     write(first / "empty.desktop", "");
-    write(first / "noise.desktop", "\xFF\x00\x01[Desktop");
+    write(first / "noise.desktop", std::string("\xFF\0\x01[Desktop", 11));
     write(first / "link.desktop", "[Desktop Entry]\nType=Link\nName=Link\nURL=file:///\n");
     write(first / "nameless.desktop", "[Desktop Entry]\nType=Application\nExec=true\n");
     write(first / "emptyname.desktop", entryNamed(""));
