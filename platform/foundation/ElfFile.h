@@ -10,8 +10,11 @@ namespace platform {
 /// when nothing is.
 ///
 /// The loader trusts what the headers say. A file that was cut short maps well and then kills the process when its
-/// missing pages are touched, and so does one whose tables lie where nothing is mapped. Looked at here is what the
-/// loader follows before it runs any code; a file that was written to do harm can do so as code, checked or not.
+/// missing pages are touched, and so does one whose tables lie where nothing is mapped. Checked is all that the loader
+/// follows until the code runs: segments and their flags, protection, the dynamic section, texts, symbols and their
+/// hash tables, relocations, versions, the functions to begin and end with; sections too, if there are any, since they
+/// say where code and data ought to be. Not checked are the code, the data, what symbols stand for, what unwinding
+/// follows, and the libraries that it needs. A file that was written to do harm can do so as code, checked or not.
 [[nodiscard]] std::string faultOfSharedObject(const RegularFile& file);
 
 } // namespace platform
