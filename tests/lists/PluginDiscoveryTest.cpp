@@ -12,7 +12,12 @@
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
+#include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -53,6 +58,11 @@ void writeAt(const fs::path& file, std::size_t offset, T record) {
     std::fstream out(file, std::ios::binary | std::ios::in | std::ios::out);
     out.seekp(static_cast<std::streamoff>(offset));
     out.write(reinterpret_cast<const char*>(&record), sizeof record);
+}
+
+std::string readAll(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 /// Where the program header of a type stands in a module.
@@ -240,6 +250,74 @@ std::string askedOf(const fs::path& module) {
     return asked ? asked() : "no test plug-in";
 }
 
+/// One byte of a module that is not what it was.
+struct Change {
+    std::size_t offset;
+    char value;
+};
+
+/// A few changes of each byte of the ELF header, the program headers and the dynamic section.
+std::vector<Change> changesOfHeaders(const fs::path& module) {
+    const auto header = readAt<Elf64_Ehdr>(module, 0);
+    const auto dynamic = readAt<Elf64_Phdr>(module, headerOf(module, PT_DYNAMIC));
+    std::vector<Change> changes;
+    for (const auto& [from, size] :
+         {std::pair<std::size_t, std::size_t>(0, sizeof header),
+          std::pair<std::size_t, std::size_t>(header.e_phoff, header.e_phnum * sizeof(Elf64_Phdr)),
+          std::pair<std::size_t, std::size_t>(dynamic.p_offset, dynamic.p_filesz)})
+        for (std::size_t offset = from; offset < from + size; ++offset) {
+            const auto was = readAt<unsigned char>(module, offset);
+            for (const int value : std::set<int>{0, 0xFF, was ^ 1, was ^ 0x80})
+                if (value != was) changes.push_back({offset, static_cast<char>(value)});
+        }
+    return changes;
+}
+
+/// Counts what a child did, and is read when the child is dead.
+class SharedCount {
+  public:
+    SharedCount()
+        : count_(static_cast<std::size_t*>(
+              ::mmap(nullptr, sizeof *count_, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))) {}
+    SharedCount(const SharedCount&) = delete;
+    SharedCount& operator=(const SharedCount&) = delete;
+    ~SharedCount() { ::munmap(count_, sizeof *count_); }
+    std::size_t& operator*() const { return *count_; }
+
+  private:
+    std::size_t* count_;
+};
+
+/// Examines the bundle once with each change, in children; what did not survive that.
+std::vector<Change> deadlyOnes(const std::vector<Change>& changes, const fs::path& bundle) {
+    const auto good = readAll(bundle / "Code");
+    std::vector<Change> deadly;
+    const SharedCount next;
+    while (*next < changes.size()) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            const rlimit none{0, 0}; // no core files of deaths that are counted
+            ::setrlimit(RLIMIT_CORE, &none);
+            // Loaded code stays, so each child takes a few hundred only.
+            for (const std::size_t end = std::min(*next + 300, changes.size()); *next < end; ++*next) {
+                std::string spoilt = good;
+                spoilt[changes[*next].offset] = changes[*next].value;
+                // A file of its own each time: the loader knows one that it has loaded, and maps it.
+                fs::remove(bundle / "Code");
+                tests::PluginFolder::write(bundle / "Code", spoilt);
+                if (const auto plugin = examine(bundle)) std::ignore = plugin.value().settingsController();
+            }
+            ::_exit(0);
+        }
+        int status = 0;
+        if (child < 0 || ::waitpid(child, &status, 0) != child) throw std::runtime_error("no child");
+        if (status == 0) continue;
+        deadly.push_back(changes.at(*next));
+        ++*next;
+    }
+    return deadly;
+}
+
 struct PluginDiscovery : testing::Test {
     tests::PluginFolder plugins;
 };
@@ -267,6 +345,19 @@ TEST_F(PluginDiscovery, LeavesNoDescriptorOpenOverBrokenBundles) {
     const auto before = tests::descriptorCount();
     EXPECT_THAT(discoverPlugins(false), IsEmpty());
     EXPECT_EQ(tests::descriptorCount(), before);
+}
+
+TEST_F(PluginDiscovery, SurvivesEveryChangedByteOfAModulesHeaders) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizers follow every loaded copy, which takes minutes";
+#endif
+    const fs::path bundle = plugins.add("good-1.bundle", "TestPlugin");
+    const auto changes = changesOfHeaders(bundle / "Code");
+    ASSERT_GT(changes.size(), 2000U);
+    std::vector<std::string> deadly;
+    for (const auto& [offset, value] : deadlyOnes(changes, bundle))
+        deadly.push_back(std::to_string(offset) + " = " + std::to_string(static_cast<unsigned char>(value)));
+    EXPECT_THAT(deadly, IsEmpty()) << "of " << changes.size() << " changes";
 }
 
 TEST_F(PluginDiscovery, SaysForEachBrokenBundleWhatIsWrong) {
