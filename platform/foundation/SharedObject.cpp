@@ -11,6 +11,10 @@ Result<void*> loadSharedObject(const std::filesystem::path& file) {
     if (const std::string fault = faultOfSharedObject(RegularFile(file)); !fault.empty())
         return Result<void*>::failure(file.string() + " cannot be loaded: " + fault);
     // RTLD_NODELETE: objects and page classes of the library outlive every request to unload it.
+    //
+    // An exception of the library's own initialisers is not caught, and must not be: it would unwind through the
+    // loader, which would then hold its lock for ever and take the library for one that is whole. dlopen() is declared
+    // to throw nothing, so such an exception ends the process here.
     void* handle = dlopen(file.c_str(), (binding == Binding::Lazy ? RTLD_LAZY : RTLD_NOW) | RTLD_LOCAL | RTLD_NODELETE);
     if (!handle) return Result<void*>::failure(dlerror());
     return handle;

@@ -107,6 +107,10 @@ TEST_F(PluginsCommand, ReportsAPlugInThatCrashes) {
     EXPECT_THAT(skipped("crashing"), HasSubstr("it crashes: Aborted"));
 }
 
+TEST_F(PluginsCommand, ReportsAPlugInWhoseInitialiserThrowsAsOneThatCrashes) {
+    EXPECT_THAT(skipped("throwing-initialiser"), HasSubstr("it crashes: Aborted"));
+}
+
 TEST_F(PluginsCommand, ReportsAPlugInThatEndsTheProcess) {
     EXPECT_EQ(skipped("exiting"), "it ends the process, with exit status 0");
 }

@@ -94,6 +94,11 @@ const LumoraAppView* sharedInstance() {
     return &view;
 }
 
+/// Runs while the module is being loaded.
+[[gnu::constructor]] void initialise() {
+    if (kind() == "throwing-initialiser") throw std::runtime_error("no");
+}
+
 } // namespace
 
 LUMORA_PRINCIPAL_CLASS(TestPlugin, sharedInstance)
