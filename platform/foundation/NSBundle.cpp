@@ -79,7 +79,9 @@ const void* NSBundle::principalClassTable(const std::string& prefix) const {
 }
 
 bool NSBundle::unload() {
-    return std::exchange(loaded_, nullptr) != nullptr;
+    if (!loaded_) return false;
+    dlclose(std::exchange(loaded_, nullptr)); // gives the loader's count back; what loadSharedObject() maps stays
+    return true;
 }
 
 std::filesystem::path NSBundle::pathForResource(std::string_view name, std::string_view type) const {
