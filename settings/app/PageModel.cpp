@@ -5,6 +5,14 @@
 #include <utility>
 
 namespace settings {
+namespace {
+
+/// Each snapshot has views of its own, but what is in them seldom changes.
+bool isSame(const std::shared_ptr<const ViewSnapshot>& one, const std::shared_ptr<const ViewSnapshot>& other) {
+    return one && other ? *one == *other : one == other;
+}
+
+} // namespace
 
 PageModel::PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent)
     : QObject(parent), events_(events), page_(std::move(page)) {
@@ -20,7 +28,7 @@ void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
     if (page == page_) return;
     const bool sameRows = hasSameRows(*page);
     const bool sameTitle = page->title == page_->title;
-    const bool sameView = page->view == page_->view && page->hostsView == page_->hostsView;
+    const bool sameView = isSame(page->view, page_->view) && page->hostsView == page_->hostsView;
     page_ = std::move(page);
     if (!sameTitle) emit titleChanged();
     if (!sameView) emit viewChanged();
@@ -31,7 +39,7 @@ void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
 }
 
 void PageModel::readTable() {
-    if (table_ && page_->table) return table_->read(page_->table);
+    if (table_ && page_->table && table_->id() == page_->table->id) return table_->read(page_->table);
     if (!table_ && !page_->table) return;
     if (table_) table_->deleteLater();
     table_ = page_->table ? new TableModel(events_, page_->id, page_->table, this) : nullptr;

@@ -60,7 +60,7 @@ int TableLayout::placeOf(NSIndexPath path) const {
 
 NSIndexPath TableLayout::pathOf(int place) const {
     NSIndexPath path{0, place};
-    while (path.row >= at(path.section).rowCount)
+    while (path.section < static_cast<int>(sections_.size()) && path.row >= at(path.section).rowCount)
         path.row -= at(path.section++).rowCount;
     return path;
 }

@@ -42,7 +42,7 @@ class TableLayout {
     [[nodiscard]] int rowTotal() const;
     [[nodiscard]] bool hasRow(platform::NSIndexPath path) const;
     [[nodiscard]] int placeOf(platform::NSIndexPath path) const;
-    /// Of a place from 0 up to, but not with, `rowTotal()`.
+    /// No row for a place that there is not.
     [[nodiscard]] platform::NSIndexPath pathOf(int place) const;
 
     [[nodiscard]] TableLayout moved(platform::NSIndexPath from, platform::NSIndexPath to) const;

@@ -18,6 +18,11 @@ const CellSnapshot* cellAt(const SectionSnapshot& section, int row) {
     return at >= 0 && at < static_cast<int>(section.cells.size()) ? &section.cells[std::size_t(at)] : nullptr;
 }
 
+/// No cell is without any name.
+bool hasCome(const CellSnapshot& cell) {
+    return !cell.title.empty() || !cell.identifier.empty();
+}
+
 void takeOut(SectionSnapshot& section, int row) {
     if (cellAt(section, row))
         section.cells.erase(section.cells.begin() + (row - section.firstCell));
@@ -53,7 +58,13 @@ QRectF TableModel::frame() const {
 }
 
 double TableModel::heightOf(int place) const {
-    return layout_.sections()[std::size_t(layout_.pathOf(place).section)].rowHeight;
+    const NSIndexPath path = layout_.pathOf(place);
+    return layout_.hasRow(path) ? layout_.sections()[std::size_t(path.section)].rowHeight : 0;
+}
+
+double TableModel::topOf(int place) const {
+    const NSIndexPath path = layout_.pathOf(place);
+    return layout_.hasRow(path) ? layout_.rowTop(path) : 0;
 }
 
 void TableModel::setCurrent(int place) {
@@ -71,12 +82,18 @@ void TableModel::read(std::shared_ptr<const TableSnapshot> table) {
 
 void TableModel::take() {
     const bool sameFrame = shown_.frame == latest_->frame;
+    // A row in the user's hand is held by an item that goes away with its section.
+    if (latest_->sections.size() != shown_.sections.size()) putBack();
     shown_ = *latest_;
     for (const Move& move : movesUnderWay_)
         apply(move);
     if (!sameFrame) emit frameChanged();
-    makeSections();
+    const QList<SectionModel*> former = makeSections();
     measure();
+    if (former == sections_) return;
+    emit sectionsChanged(); // not before everything has its place
+    for (SectionModel* old : former)
+        old->deleteLater();
 }
 
 /// What the main thread will do too, unless its rows are others by now.
@@ -91,20 +108,19 @@ void TableModel::apply(const Move& move) {
     putIn(destination, move.to.row, move.cell);
 }
 
-void TableModel::makeSections() {
+/// Gives back those that there were before, which are the same ones as long as there are as many.
+QList<SectionModel*> TableModel::makeSections() {
     if (std::cmp_equal(sections_.size(), shown_.sections.size())) {
         for (int i = 0; i < sections_.size(); ++i)
             sections_[i]->read(shown_.sections[std::size_t(i)]);
-        return;
+        return sections_;
     }
     const QList<SectionModel*> former = std::exchange(sections_, {});
     for (const SectionSnapshot& section : shown_.sections) {
         sections_.push_back(new SectionModel(section, this));
         connect(sections_.back(), &SectionModel::measured, this, &TableModel::measure);
     }
-    emit sectionsChanged();
-    for (SectionModel* old : former)
-        old->deleteLater();
+    return former;
 }
 
 /// Lays everything out by what is shown and by the heights as they were drawn.
@@ -136,14 +152,19 @@ void TableModel::show(double top, double height) {
     place();
 }
 
+/// How far beyond what is seen rows are made.
+double TableModel::margin() const {
+    double rowHeight = 0;
+    for (const auto& section : layout_.sections())
+        rowHeight = std::max(rowHeight, section.rowHeight);
+    return kRowsAround * rowHeight;
+}
+
 /// Gives every section and every row in view its place. The current and the lifted row exist even out of view, because
 /// the focus and the hand are on them.
 void TableModel::place() {
     const TableLayout arranged = arrangement();
-    double margin = 0;
-    for (const auto& section : layout_.sections())
-        margin = std::max(margin, kRowsAround * section.rowHeight);
-    inView_ = layout_.rowsBetween(top_ - margin, top_ + height_ + margin);
+    inView_ = layout_.rowsBetween(top_ - margin(), top_ + height_ + margin());
     for (int i = 0; i < sections_.size(); ++i) {
         const TableLayout::Rows rows = inView_[std::size_t(i)];
         std::vector<int> wanted;
@@ -174,9 +195,11 @@ void TableModel::place() {
     reportSoon();
 }
 
+/// Whether a row may move whose cell has not come is for the main thread to say, which is asked of every move anyway.
 bool TableModel::isMovable(NSIndexPath path) const {
-    const SectionModel::Row* row = layout_.hasRow(path) ? sections_[path.section]->find(path.row) : nullptr;
-    return row && row->cell.movable;
+    if (!layout_.hasRow(path)) return false;
+    const SectionModel::Row* row = sections_[path.section]->find(path.row);
+    return !row || !hasCome(row->cell) || row->cell.movable;
 }
 
 void TableModel::step(int place, int by) {
@@ -241,15 +264,12 @@ void TableModel::reportSoon() {
 void TableModel::report() {
     reportDue_ = false;
     std::vector<TableViewport::Heights> heights;
-    double margin = 0;
-    for (const auto& section : layout_.sections()) {
+    for (const auto& section : layout_.sections())
         heights.push_back({section.headerHeight, section.footerHeight});
-        margin = std::max(margin, kRowsAround * section.rowHeight);
-    }
     if (inView_ == reportedRows_ && heights == reportedHeights_) return;
     reportedRows_ = inView_;
     reportedHeights_ = heights;
-    events_.tableScrolled(page_, {top_ - margin, top_ + height_ + margin, std::move(heights)});
+    events_.tableScrolled(page_, {top_ - margin(), top_ + height_ + margin(), std::move(heights)});
 }
 
 } // namespace settings

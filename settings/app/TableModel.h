@@ -48,12 +48,13 @@ class TableModel : public QObject {
     /// The row in the user's hand, -1 for none.
     [[nodiscard]] int lifted() const { return lifted_ ? layout_.placeOf(*lifted_) : -1; }
 
+    [[nodiscard]] std::uint64_t id() const { return shown_.id; }
     /// Takes up a newer snapshot of the same table.
     void read(std::shared_ptr<const TableSnapshot> table);
 
     /// The part that is seen, in points from the table's top.
     Q_INVOKABLE void show(double top, double height);
-    Q_INVOKABLE [[nodiscard]] double topOf(int place) const { return layout_.rowTop(layout_.pathOf(place)); }
+    Q_INVOKABLE [[nodiscard]] double topOf(int place) const;
     Q_INVOKABLE [[nodiscard]] double heightOf(int place) const;
 
     /// Moves a row by one step down (1) or up (-1), over the border of a section too, and makes it the current one.
@@ -85,7 +86,8 @@ class TableModel : public QObject {
     [[nodiscard]] bool isMovable(platform::NSIndexPath path) const;
     void take();
     void apply(const Move& move);
-    void makeSections();
+    QList<SectionModel*> makeSections();
+    [[nodiscard]] double margin() const;
     void measure();
     void place();
     void move(platform::NSIndexPath from, platform::NSIndexPath to);

@@ -40,6 +40,7 @@ struct ViewSnapshot {
     platform::CGRect frame;
     platform::UIColorRef backgroundColor;
     std::vector<ViewSnapshot> subviews;
+    friend bool operator==(const ViewSnapshot&, const ViewSnapshot&) = default;
 };
 
 /// One row of a table that is in view.
@@ -66,7 +67,7 @@ struct SectionSnapshot {
 /// A table with the cells of those rows that are in view. From the top: each section's header, rows and footer, without
 /// gaps.
 struct TableSnapshot {
-    std::uint64_t id = 0;   ///< tells tables apart: a page that appears again has another one, which begins at its top
+    std::uint64_t id = 0;   ///< tells tables apart; a page that makes its view anew has another one
     platform::CGRect frame; ///< on the page
     std::vector<SectionSnapshot> sections;
 };
