@@ -1,7 +1,8 @@
 import QtQuick
 
-// The small text above or beneath a group of rows.
+// The small text above or beneath a group of rows. Of whole height, so that hairlines beneath it fall on whole pixels.
 Text {
+    height: Math.ceil(implicitHeight)
     leftPadding: Theme.inset
     rightPadding: Theme.inset
     textFormat: Text.PlainText

@@ -17,7 +17,6 @@ Column {
         text: root.group.header
         topPadding: 4
         bottomPadding: 7
-        font.capitalization: Font.AllUppercase
         Accessible.role: Accessible.Heading
     }
     Repeater {

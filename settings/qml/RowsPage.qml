@@ -11,6 +11,7 @@ Flickable {
 
     contentWidth: width
     contentHeight: groups.y + groups.height + 32
+    pixelAligned: true
     boundsBehavior: Flickable.DragAndOvershootBounds
     clip: true
 
