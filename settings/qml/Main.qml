@@ -28,6 +28,7 @@ Window {
         if (stack.depth < 2 || shell.waiting)
             return;
         handOnFields();
+        stack.shownPage?.putBack();
         shell.back();
     }
 
@@ -66,7 +67,10 @@ Window {
         id: sizeReport
 
         interval: 0
-        onTriggered: window.shell.setContentSize(Qt.size(stack.width, stack.height))
+        onTriggered: {
+            if (stack.width > 0 && stack.height > 0) // not before the window has its size
+                window.shell.setContentSize(Qt.size(stack.width, stack.height));
+        }
     }
 
     component Slide: Transition {

@@ -12,6 +12,12 @@ FocusScope {
     Accessible.name: page.title
     Component.onDestruction: gone(page)
 
+    // What is in the user's hand stays where it was.
+    function putBack() {
+        if (list.item)
+            list.item.putBack();
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Theme.page
@@ -19,7 +25,8 @@ FocusScope {
     Loader {
         anchors.fill: parent
         active: !root.page.hostsView
-        sourceComponent: RowsPage { page: root.page; focus: true }
+        focus: active
+        sourceComponent: RowsPage { page: root.page }
     }
     Loader {
         anchors.fill: parent
@@ -27,11 +34,14 @@ FocusScope {
         sourceComponent: ViewItem { page: root.page }
     }
     Loader {
+        id: list
+
         x: root.page.table?.frame.x ?? 0
         y: root.page.table?.frame.y ?? 0
         width: root.page.table?.frame.width ?? 0
         height: root.page.table?.frame.height ?? 0
         active: root.page.table !== null
+        focus: active
         sourceComponent: Table { table: root.page.table; title: root.page.title; focus: true }
     }
 }

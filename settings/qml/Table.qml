@@ -14,17 +14,17 @@ FocusScope {
     readonly property real columnX: (width - columnWidth) / 2
     readonly property bool dragging: table.lifted >= 0
     readonly property alias contentY: flick.contentY
-    property bool keyboardFocus: true
+    property bool keyboardFocus: false // since a key was used, until the mouse is
 
-    activeFocusOnTab: table.total > 0
     Accessible.role: Accessible.List
     Accessible.name: title
 
-    onActiveFocusChanged: {
-        if (!activeFocus)
-            keyboardFocus = true;
-        else if (keyboardFocus)
-            reveal();
+    onTableChanged: {
+        landing.end();
+        flick.cancelFlick();
+        flick.contentY = 0;
+        if (table)
+            table.show(0, flick.height);
     }
     onEnabledChanged: if (!enabled) putBack()
     onVisibleChanged: if (!visible) putBack()
@@ -33,10 +33,11 @@ FocusScope {
 
     property real pointer: 0 // where the hand is, from the top of what is seen
     property real grip: 0    // from the top of the lifted row to the hand
+    property real highest: 0 // where the hand has been
+    property real lowest: 0
 
     function lift(row, y) {
-        landing.stop();
-        landing.place = -1;
+        landing.end();
         flick.cancelFlick();
         keyboardFocus = false;
         table.lift(row.place);
@@ -45,12 +46,15 @@ FocusScope {
         forceActiveFocus(Qt.MouseFocusReason);
         overlay.take(row);
         grip = y + flick.contentY - row.rowTop;
+        highest = lowest = y;
         carry(y);
     }
     function carry(y) {
         if (!dragging)
             return;
         pointer = Math.max(0, Math.min(height, y));
+        highest = Math.min(highest, pointer);
+        lowest = Math.max(lowest, pointer);
         overlay.rowTop = pointer + flick.contentY - grip;
         table.carry(overlay.rowTop);
     }
@@ -67,11 +71,14 @@ FocusScope {
         landing.begin();
     }
 
-    // At the edges the table scrolls on, the faster the nearer the hand is to the edge.
+    // At the edges the table scrolls on, the faster the nearer the hand is to the edge. A hand that only presses there
+    // does not want it to.
     FrameAnimation {
         readonly property real edge: Math.min(60, root.height / 4)
-        readonly property real depth: root.pointer < edge ? root.pointer / edge - 1
-                                    : root.pointer > root.height - edge ? (root.pointer - root.height) / edge + 1 : 0
+        readonly property bool upwards: root.lowest - root.pointer >= 4
+        readonly property bool downwards: root.pointer - root.highest >= 4
+        readonly property real depth: upwards && root.pointer < edge ? root.pointer / edge - 1
+            : downwards && root.pointer > root.height - edge ? (root.pointer - root.height) / edge + 1 : 0
 
         running: root.dragging && depth !== 0
         onTriggered: {
@@ -101,6 +108,7 @@ FocusScope {
     function step(place, by) {
         if (dragging)
             return;
+        landing.end();
         table.current = place;
         table.step(place, by);
         keyboardFocus = true;
@@ -134,8 +142,27 @@ FocusScope {
         if (event.accepted)
             go(targets.get(event.key));
     }
-    // From a row the chain leads back to the table itself first, which would be the same stop again.
+    // The first key shows where the focus is, as it does when it comes from elsewhere.
+    Keys.onTabPressed: {
+        if (keyboardFocus || table.current < 0)
+            tabStop.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
+        else
+            go(table.current);
+    }
+    // From a row the chain leads back to the table's own stop first, which would be the same one again.
     Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+
+    signal focusWanted
+
+    // The stop of the tab chain, which knows how the focus came. It hands it on to the current row.
+    T.Control {
+        id: tabStop
+
+        focusPolicy: root.table.total > 0 ? Qt.TabFocus : Qt.NoFocus
+        Accessible.ignored: true
+        onVisualFocusChanged: if (visualFocus) root.go(root.table.current)
+        onActiveFocusChanged: if (activeFocus) root.focusWanted()
+    }
 
     component MakeRoom: NumberAnimation {
         duration: 150
@@ -148,6 +175,7 @@ FocusScope {
         anchors.fill: parent
         contentWidth: width
         contentHeight: root.table.contentHeight + 32
+        pixelAligned: true // or hairlines vanish between two pixels
         boundsBehavior: Flickable.DragAndOvershootBounds
         interactive: !root.dragging
         clip: true
@@ -175,13 +203,12 @@ FocusScope {
                     x: root.columnX
                     y: part.section.top
                     width: root.columnWidth
-                    height: text ? implicitHeight : topPadding
+                    height: text ? Math.ceil(implicitHeight) : topPadding
                     text: part.section.header
                     onHeightChanged: part.section.headerHeight = height
                     Component.onCompleted: part.section.headerHeight = height
                     topPadding: 24
                     bottomPadding: 7
-                    font.capitalization: Font.AllUppercase
                     Accessible.role: Accessible.Heading
 
                     Behavior on y { enabled: root.dragging && Theme.animated; MakeRoom {} }
@@ -197,7 +224,9 @@ FocusScope {
                         required property real rowTop
                         required property string spokenName
                         readonly property bool lifted: place === root.table.lifted
-                        readonly property bool wanted: place === root.table.current && root.activeFocus
+                        readonly property bool isCurrent: place === root.table.current && root.activeFocus
+                        // Assistive tools tell the name of what gets the focus, so it waits for the name.
+                        readonly property bool wanted: isCurrent && spokenName.length > 0
 
                         required title
                         required icon
@@ -213,7 +242,7 @@ FocusScope {
                         width: root.columnWidth
                         height: part.section.rowHeight
                         empty: lifted || place === landing.place
-                        focused: activeFocus && root.keyboardFocus
+                        focused: isCurrent && root.keyboardFocus
 
                         // The gap goes beneath the rows of the other sections too.
                         onLiftedChanged: part.z = lifted ? -1 : 0
@@ -221,6 +250,10 @@ FocusScope {
                         Component.onCompleted: if (wanted) forceActiveFocus(Qt.OtherFocusReason)
                         onActiveFocusChanged: if (activeFocus) root.table.current = place
 
+                        Connections {
+                            target: root
+                            function onFocusWanted() { if (row.wanted) row.forceActiveFocus(Qt.OtherFocusReason) }
+                        }
                         Behavior on y { enabled: root.dragging && !row.lifted && Theme.animated; MakeRoom {} }
 
                         Accessible.role: Accessible.ListItem
@@ -259,7 +292,7 @@ FocusScope {
                     x: root.columnX
                     y: part.section.footerTop
                     width: root.columnWidth
-                    height: text ? implicitHeight : 0
+                    height: text ? Math.ceil(implicitHeight) : 0
                     text: part.section.footer
                     onHeightChanged: part.section.footerHeight = height
                     Component.onCompleted: part.section.footerHeight = height
@@ -310,6 +343,10 @@ FocusScope {
             easing.type: Easing.OutCubic
             onFinished: place = -1
 
+            function end() {
+                landing.stop();
+                place = -1;
+            }
             function begin() {
                 if (!Theme.animated)
                     return;
