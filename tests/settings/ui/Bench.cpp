@@ -118,6 +118,7 @@ void Bench::setPage(std::shared_ptr<const settings::PageSnapshot> page) {
     taps_.clear();
     moves_.clear();
     viewports_.clear();
+    busy_ = false;
     underWay_.clear();
     viewport_ = {0, kTableHeight, {}};
     page_ = new settings::PageModel(*this, std::move(page), this);
@@ -136,6 +137,18 @@ void Bench::showTable(const QVariantList& sections) {
     sections_.clear();
     for (const QVariant& section : sections)
         sections_.push_back(toSection(section.toMap()));
+    page_->read(tableSnapshot());
+}
+
+void Bench::showOtherTable(const QVariantList& sections) {
+    ++tableId_;
+    viewport_ = {0, kTableHeight, {}};
+    showTable(sections);
+}
+
+void Bench::paint(const QString& color) {
+    const QColor ground(color);
+    ground_ = platform::UIColor::colorWithRed(ground.redF(), ground.greenF(), ground.blueF(), 1);
     page_->read(tableSnapshot());
 }
 
@@ -216,6 +229,7 @@ void Bench::tableScrolled(std::uint64_t /*page*/, const settings::TableViewport&
     }
     viewports_ << QVariantMap{
         {"top", viewport.top}, {"bottom", viewport.bottom}, {"headers", headers}, {"footers", footers}};
+    if (busy_) return;
     QMetaObject::invokeMethod(
         page_, [this, page = page_] { page->read(tableSnapshot()); }, Qt::QueuedConnection);
 }
@@ -231,6 +245,7 @@ void Bench::move(platform::NSIndexPath from, platform::NSIndexPath to) {
 /// The cells of those rows alone that are in the viewport.
 std::shared_ptr<const settings::PageSnapshot> Bench::tableSnapshot() const {
     settings::TableSnapshot table;
+    table.id = tableId_;
     table.frame = platform::CGRectMake(0, 0, 390, kTableHeight);
     double y = 0;
     for (std::size_t i = 0; i < sections_.size(); ++i) {
@@ -253,6 +268,8 @@ std::shared_ptr<const settings::PageSnapshot> Bench::tableSnapshot() const {
     page->id = 1;
     page->title = "Bench";
     page->hostsView = true;
+    page->view = std::make_shared<const settings::ViewSnapshot>(
+        settings::ViewSnapshot{"View", platform::CGRectMake(0, 0, 390, kTableHeight), ground_, {}});
     page->table = std::make_shared<const settings::TableSnapshot>(std::move(table));
     return page;
 }

@@ -18,6 +18,8 @@ class Bench : public QObject, private settings::Events {
     Q_PROPERTY(QVariantList taps READ taps)
     Q_PROPERTY(QVariantList moves READ moves)
     Q_PROPERTY(QVariantList viewports READ viewports)
+    /// Asked for cells, it brings none until `takeAll()`.
+    Q_PROPERTY(bool busy MEMBER busy_)
 
   public:
     using QObject::QObject;
@@ -32,6 +34,10 @@ class Bench : public QObject, private settings::Events {
     Q_INVOKABLE settings::PageModel* tablePage(const QVariantList& sections);
     /// A newer snapshot of the last page, with these sections.
     Q_INVOKABLE void showTable(const QVariantList& sections);
+    /// The same of a view that the page has made anew.
+    Q_INVOKABLE void showOtherTable(const QVariantList& sections);
+    /// The ground of the view that the table is in gets a colour.
+    Q_INVOKABLE void paint(const QString& color);
     /// Everything that was handed on has arrived, and the page has shown what came of it.
     Q_INVOKABLE void takeAll();
 
@@ -69,5 +75,8 @@ class Bench : public QObject, private settings::Events {
     QVariantList viewports_;
     std::vector<settings::SectionSnapshot> sections_; ///< of the table, every cell in them
     settings::TableViewport viewport_;
+    bool busy_ = false;
+    std::uint64_t tableId_ = 1;
+    platform::UIColorRef ground_;
     std::vector<std::function<void()>> underWay_;
 };

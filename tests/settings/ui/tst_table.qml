@@ -16,6 +16,11 @@ Item {
         sequence: "Escape"
         onActivated: ++root.escapes
     }
+    SignalSpy {
+        id: views
+
+        signalName: "viewChanged"
+    }
     Rectangle {
         id: before
 
@@ -90,6 +95,7 @@ Item {
                 parts.push({ y: caption.y, text: "|" });
             return parts.sort((one, other) => one.y - other.y).map(part => part.text).join("");
         }
+        function places() { return rows().map(item => [item.title, item.y]).sort() }
         function middle(title) { return row(title).mapToItem(host.item, row(title).width - 30, 20) }
         function lift(title) {
             const hand = middle(title);
@@ -350,8 +356,163 @@ Item {
             compare(drawn(), "|BAC|XY");
         }
 
+        function test_doesNotScrollForAPressNearAnEdge_data() {
+            return [{ tag: "bottom", y: 690, away: -30, scrolled: y => y > 420 }, { tag: "top", y: 10, away: 30, scrolled: y => y < 380 }];
+        }
+        function test_doesNotScrollForAPressNearAnEdge(data) {
+            open([{ header: "Enabled", count: 200 }]);
+            scroller().contentY = 400;
+            tryVerify(() => rows().some(item => item.y > 1100 && item.spokenName.length > 0));
+            mousePress(host.item, 340, data.y);
+            verify(table().dragging);
+            for (let frame = 0; frame < 10; ++frame)
+                waitForRendering(host.item, 20);
+            compare(scroller().contentY, 400);
+            mouseMove(host.item, 340, data.y + data.away);
+            mouseMove(host.item, 340, data.y);
+            tryVerify(() => data.scrolled(scroller().contentY));
+            mouseMove(host.item, 340, 350);
+            mouseRelease(host.item, 340, 350);
+        }
+        function test_makesRoomWhereTheRowWillStand() {
+            open([{ header: "Enabled", footer: " " }, { header: "Disabled", rows: [{ title: "X" }, { title: "Y" }] }]);
+            const hand = lift("Y");
+            mouseMove(host.item, hand.x, 60);
+            const during = places();
+            mouseRelease(host.item, hand.x, 60);
+            compare(places(), during);
+            bench.takeAll();
+            compare(places(), during);
+        }
+        function test_endsALandingForTheNextHandOrKey_data() {
+            return [{ tag: "key" }, { tag: "hand" }];
+        }
+        function test_endsALandingForTheNextHandOrKey(data) {
+            Theme.animated = true;
+            open(letters);
+            let hand = lift("A");
+            mouseMove(host.item, hand.x, hand.y + 80);
+            mouseRelease(host.item, hand.x, hand.y + 80);
+            verify(overlay().visible);
+            if (data.tag === "key") {
+                keyClick(Qt.Key_Down, Qt.AltModifier);
+                verify(!overlay().visible);
+            } else {
+                hand = lift("Y");
+                compare(rows().filter(item => item.empty).map(item => item.title), ["Y"]);
+                mouseRelease(host.item, hand.x, hand.y);
+                tryVerify(() => !overlay().visible);
+            }
+            compare(rows().filter(item => item.empty).length, 0);
+        }
+        function test_putsTheRowBackWhenTheNumberOfSectionsChanges() {
+            open(letters);
+            const hand = lift("A");
+            mouseMove(host.item, hand.x, hand.y + 80);
+            bench.showTable([letters[0]]);
+            verify(!table().dragging);
+            compare(drawn(), "|ABC");
+            mouseRelease(host.item, hand.x, hand.y + 80);
+            compare(bench.moves, []);
+            bench.showTable([]);
+            compare(drawn(), "");
+            compare([table().table.topOf(0), table().table.heightOf(0)], [0, 0]);
+            bench.showTable(letters);
+            compare(drawn(), "|ABC|XY");
+        }
+        function test_putsTheRowBackForThePage() {
+            open(letters);
+            const hand = lift("A");
+            mouseMove(host.item, hand.x, hand.y + 80);
+            host.item.putBack();
+            mouseRelease(host.item, hand.x, hand.y + 80);
+            compare(bench.moves, []);
+            compare(drawn(), "|ABC|XY");
+        }
+        function test_beginsAtTheTopWhenTheTableIsAnotherOne() {
+            const many = [{ header: "Enabled", count: 100 }];
+            open(many);
+            enter();
+            keyClick(Qt.Key_End);
+            tryVerify(() => focusedRow() === "Row 99");
+            bench.showTable(many);
+            verify(table().contentY > 0, "a newer snapshot of the same one changes nothing");
+            compare(table().table.current, 99);
+            bench.showOtherTable(many);
+            compare(table().contentY, 0);
+            tryVerify(() => focusedRow() === "Row 0");
+            tryVerify(() => rows().length > 15 && rows().every(item => item.title.length > 0));
+        }
+        function test_standsOnWholePixels() {
+            open([{ header: "Enabled", footer: "A footer.\nAnother line.", count: 100 }]);
+            const heights = bench.viewports[bench.viewports.length - 1];
+            for (const height of heights.headers.concat(heights.footers))
+                compare(height, Math.round(height));
+            scroller().contentY = 100.4;
+            compare(scroller().contentItem.y, -100);
+        }
+        function test_drawsHeadersAsTheyAreWritten() {
+            open(letters);
+            const header = all(host.item, item => item.text === "Enabled")[0];
+            compare(header.font.capitalization, Font.MixedCase);
+        }
+        function test_drawsAHostedViewAnewOnlyWhenItIsAnother() {
+            open(letters);
+            views.target = root.shownPage;
+            views.clear();
+            bench.showTable(letters);
+            compare(views.count, 0);
+            bench.paint("red");
+            compare(views.count, 1);
+            bench.showTable(letters);
+            compare(views.count, 1);
+        }
+
         // -- by keyboard --
 
+        function test_takesKeysWhenItOpensAndShowsTheFocusOnceOneIsUsed() {
+            open(letters);
+            host.item.forceActiveFocus(Qt.OtherFocusReason);
+            compare(focusedRow(), "A");
+            compare(ringed(), []);
+            keyClick(Qt.Key_Tab);
+            compare(focusedRow(), "A");
+            compare(ringed(), ["A"]);
+            keyClick(Qt.Key_Tab);
+            verify(after.activeFocus);
+        }
+        function test_staysWhereItIsWhenTheFocusComesBackByItself() {
+            open([{ header: "Enabled", count: 200 }]);
+            const hand = lift("Row 1");
+            mouseRelease(host.item, hand.x, hand.y);
+            scroller().contentY = 3000;
+            host.enabled = false;
+            host.enabled = true;
+            before.forceActiveFocus(Qt.OtherFocusReason);
+            host.item.forceActiveFocus(Qt.ActiveWindowFocusReason);
+            verify(table().activeFocus);
+            compare(scroller().contentY, 3000);
+            compare(ringed(), []);
+            enter();
+            compare(focusedRow(), "Row 1");
+            compare(ringed(), ["Row 1"]);
+            verify(scroller().contentY < 100, "a key reveals it");
+        }
+        function test_movesARowWhoseCellHasNotComeAndFocusesItOnceItHasAName() {
+            open([{ header: "Enabled", count: 300 }]);
+            enter();
+            bench.busy = true;
+            for (let i = 0; i < 6; ++i)
+                keyClick(Qt.Key_PageDown);
+            const from = table().table.current;
+            compare(focusedRow(), undefined);
+            keyClick(Qt.Key_Up, Qt.AltModifier);
+            compare(bench.moves, [[0, from, 0, from - 1]]);
+            bench.busy = false;
+            bench.takeAll();
+            tryVerify(() => focusedRow() === "Row " + from);
+            compare(table().table.current, from - 1);
+        }
         function test_isOneStopForTab() {
             open(letters);
             enter();
