@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QImage>
+#include <QTimer>
 
 #include <algorithm>
 #include <cctype>
@@ -17,6 +18,8 @@ using platform::Result;
 namespace {
 
 constexpr int kWidths[] = {320, 390, 1024};
+/// What a page waits for that does not come.
+constexpr auto kPage = "the tweak to answer \"requestTweakSettings\"";
 
 /// What can stand in a file name on any system: "Sleep After" becomes "SleepAfter".
 std::string compact(const std::string& title) {
@@ -27,10 +30,9 @@ std::string compact(const std::string& title) {
 }
 
 /// A page class has one picture, but for the class that all option lists share.
-std::string pictureName(const PageSnapshot& page) {
-    const bool shared = std::any_of(page.rows.begin(), page.rows.end(),
-                                    [](const RowSnapshot& row) { return row.cell == platform::PSListItemCell; });
-    return shared ? page.className + "-" + compact(page.title) : page.className;
+bool isShared(const PageSnapshot& page) {
+    return std::any_of(page.rows.begin(), page.rows.end(),
+                       [](const RowSnapshot& row) { return row.cell == platform::PSListItemCell; });
 }
 
 bool isLink(const RowSnapshot& row) {
@@ -40,7 +42,7 @@ bool isLink(const RowSnapshot& row) {
 } // namespace
 
 Pictures::Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost)
-    : shell_(shell), window_(window), deadline_(atMost) {
+    : shell_(shell), window_(window), atMost_(atMost) {
     shell_.setAnimated(false);
     window_.installEventFilter(this);
 }
@@ -79,25 +81,34 @@ Result<bool> Pictures::tour(const std::filesystem::path& folder) {
 
 void Pictures::visitPages() {
     visited_.clear();
-    // Views without a resizing mask keep their frame until their page appears again.
-    if (shell_.topPage()->hostsView) openAnew();
+    openAnew(); // what a page makes when it appears, it makes for the present width
     visitTopPage();
 }
 
 /// Takes the page's pictures, then opens each of its links and comes back.
 void Pictures::visitTopPage() {
     const PageSnapshot page = *shell_.topPage();
-    if (!visited_.insert(pictureName(page)).second) return;
+    const std::string name = pictureName(page);
+    if (!visited_.insert(name).second) return;
     settle();
-    takePictures(pictureName(page));
+    takePictures(name);
     const std::size_t depth = shell_.pages().size();
     for (std::size_t row = 0; row < page.rows.size(); ++row) {
         if (!isLink(page.rows[row])) continue;
-        perform([id = page.id, row](Navigation& navigation) { navigation.rowTapped(id, row); });
+        perform([id = page.id, row](Navigation& navigation) { navigation.rowTapped(id, row); }, kPage);
         if (shell_.pages().size() == depth) continue; // the page that it names does not exist
         visitTopPage();
-        perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); });
+        perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); }, kPage);
     }
+}
+
+/// An option list is known by its title, and by the page that leads to it when another page's has the same title.
+std::string Pictures::pictureName(const PageSnapshot& page) {
+    if (!isShared(page)) return page.className;
+    const std::string name = page.className + "-" + compact(page.title);
+    const auto& pages = shell_.pages();
+    const std::string opener = pages.size() > 1 ? pages[pages.size() - 2]->snapshot().className : std::string();
+    return openers_.emplace(name, opener).first->second == opener ? name : name + "-" + opener;
 }
 
 void Pictures::visitWaitingScreen() {
@@ -118,11 +129,13 @@ void Pictures::takePictures(const std::string& name) {
 void Pictures::save(const std::filesystem::path& file) {
     QCoreApplication::processEvents();
     QImage picture;
-    waitUntil([&] {
-        picture = window_.grabWindow();
-        window_.update(); // a display may draw the window in its new size a few frames later
-        return picture.isNull() || picture.size() == window_.size() * window_.effectiveDevicePixelRatio();
-    });
+    waitUntil(
+        [&] {
+            picture = window_.grabWindow();
+            window_.update(); // a display may draw the window in its new size a few frames later
+            return picture.isNull() || picture.size() == window_.size() * window_.effectiveDevicePixelRatio();
+        },
+        "the window to be drawn");
     // One format, so that a picture is the same on every platform.
     picture = picture.convertToFormat(QImage::Format_RGB32);
     picture.setDotsPerMeterX(2835);
@@ -134,36 +147,39 @@ void Pictures::save(const std::filesystem::path& file) {
 void Pictures::resize(int width) {
     if (window_.width() == width) return;
     window_.setWidth(width);
-    waitUntil([&] { return window_.width() == width; });
+    waitUntil([&] { return window_.width() == width; }, "the window's new width");
     const platform::CGSize content = contentSizeOf({double(width), double(window_.height())});
-    perform([content](Navigation& navigation) { navigation.setContentSize(content); });
+    perform([content](Navigation& navigation) { navigation.setContentSize(content); }, "the page to be laid out");
 }
 
 /// Waits until a page stands, with all that it has asked for since it was drawn.
 void Pictures::settle() {
-    waitUntil([&] { return shell_.topPage() != nullptr; });
+    waitUntil([&] { return shell_.topPage() != nullptr; }, kPage);
     QCoreApplication::processEvents();
-    perform([](Navigation&) {});
+    perform([](Navigation&) {}, "the page to stand still");
 }
 
 /// A page makes its view when it appears, and it appears again when another one has been on top.
 void Pictures::openAnew() {
-    perform([name = shell_.topPage()->className](Navigation& navigation) {
-        navigation.open(platform::NSClassFromString(name), {});
-    });
-    perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); });
+    perform([name = shell_.topPage()->className](
+                Navigation& navigation) { navigation.open(platform::NSClassFromString(name), {}); },
+            kPage);
+    perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); }, kPage);
 }
 
-void Pictures::perform(std::function<void(Navigation&)> work) {
+void Pictures::perform(std::function<void(Navigation&)> work, const char* awaited) {
     const auto done = std::make_shared<bool>(false);
     shell_.post(std::move(work), [done] { *done = true; });
-    waitUntil([&] { return *done; });
+    waitUntil([&] { return *done; }, awaited);
 }
 
-void Pictures::waitUntil(const std::function<bool()>& condition) {
+void Pictures::waitUntil(const std::function<bool()>& condition, const char* awaited) {
+    QTimer deadline; // its event ends a wait for events that do not come
+    deadline.setSingleShot(true);
+    deadline.start(atMost_);
     while (!condition()) {
-        if (deadline_.hasExpired()) throw Stopped{"timed out waiting for the tweak to answer \"requestTweakSettings\""};
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, static_cast<int>(deadline_.remainingTime()));
+        if (!deadline.isActive()) throw Stopped{std::string("timed out waiting for ") + awaited};
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 }
 

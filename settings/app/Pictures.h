@@ -2,20 +2,21 @@
 
 #include "settings/app/Shell.h"
 
-#include <QDeadlineTimer>
 #include <QEvent>
 #include <QObject>
 #include <QQuickWindow>
 
+#include <chrono>
 #include <filesystem>
+#include <map>
 #include <set>
 #include <string>
 
 namespace settings {
 
 /// Saves pictures of the window: of one page, or of every page that links lead to. Meanwhile the window is deaf to
-/// mouse and keyboard, which would open other pages or restart the program. GUI thread, with the event loop
-/// running inside.
+/// mouse and keyboard, which would open other pages or restart the program. GUI thread, with the event loop running
+/// inside.
 ///
 ///     Pictures pictures(shell, window, std::chrono::seconds(10));
 ///     if (auto saved = pictures.tour("pictures"); !saved) complain(saved.error());
@@ -25,8 +26,8 @@ class Pictures : private QObject {
 
     [[nodiscard]] platform::Result<bool> grab(const std::filesystem::path& file);
     /// Every page, opened anew at each width, light and dark: "LumoraPreferences-390-light.png". A class that several
-    /// rows open has one picture, but for option lists. Presses no button and changes no value. The waiting screen
-    /// comes last, in both of its states.
+    /// rows open has one picture, but for option lists: "PSListItemsController-SleepAfter-390-light.png". Presses no
+    /// button and changes no value. The waiting screen comes last, in both of its states.
     [[nodiscard]] platform::Result<bool> tour(const std::filesystem::path& folder);
 
   private:
@@ -45,14 +46,16 @@ class Pictures : private QObject {
     void resize(int width);
     void settle();
     void openAnew();
-    void perform(std::function<void(Navigation&)> work);
-    void waitUntil(const std::function<bool()>& condition);
+    std::string pictureName(const PageSnapshot& page);
+    void perform(std::function<void(Navigation&)> work, const char* awaited);
+    void waitUntil(const std::function<bool()>& condition, const char* awaited);
 
     Shell& shell_;
     QQuickWindow& window_;
-    QDeadlineTimer deadline_;
+    std::chrono::milliseconds atMost_; ///< for each thing that is waited for
     std::filesystem::path folder_;
-    std::set<std::string> visited_; ///< names of pictures at the present width
+    std::set<std::string> visited_;              ///< names of pictures at the present width
+    std::map<std::string, std::string> openers_; ///< of option lists, by the picture's name: the page that leads there
 };
 
 } // namespace settings

@@ -234,10 +234,13 @@ class ProgramsTest(Programs):
         toured = self.settings("--tour", self.folder + "/tour")
         self.assertEqual(toured.returncode, 0, toured.stderr)
         names = set(os.listdir(self.folder + "/tour"))
-        for page in ("LumoraPreferences", "PSListItemsController-SleepAfter", "Waiting", "Waiting-over"):
-            for width in (320, 390, 1024):
-                for scheme in ("light", "dark"):
-                    self.assertIn(f"{page}-{width}-{scheme}.png", names)
+        pages = ("AUAppsListController", "AppsController", "AppsListController", "AutoUnlockController",
+                 "LSDateViewSettings", "LSPasscodeSettings", "LSSettingsController", "LumoraPreferences", "NotesPage",
+                 "PSListItemsController-AppsPerRow", "PSListItemsController-AppsPerRowInLandscape",
+                 "PSListItemsController-SleepAfter", "PSListItemsController-SortBy", "PSListItemsController-Units",
+                 "PluginsListController", "PluginsListViewController", "Waiting", "Waiting-over", "WeatherPage")
+        self.assertEqual(names, {f"{page}-{width}-{scheme}.png" for page in pages for width in (320, 390, 1024)
+                                 for scheme in ("light", "dark")})
         for name in names:
             self.assert_is_picture(f"{self.folder}/tour/{name}", int(name.split("-")[-2]), 844)
         self.assertIsNone(self.stored("kTweakEnabled"), "a tour changes nothing")
