@@ -16,7 +16,7 @@ import pyatspi
 from gi.repository import Atspi, GLib
 
 import programs_test
-from programs_test import eventually, program
+from programs_test import HEIGHT, eventually, program
 
 # What the toolkit makes of a switch, and of a link.
 SWITCH = pyatspi.ROLE_CHECK_BOX
@@ -62,6 +62,38 @@ class Spoken(programs_test.Programs):
         actions = item.queryAction()
         actions.doAction([actions.getName(i) for i in range(actions.nActions)].index(name))
 
+    def rows(self, window):
+        return self.spoken(window, pyatspi.ROLE_LIST_ITEM)
+
+    def place(self, window, name):
+        row = eventually(lambda: self.rows(window).get(name), name)
+        return row.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+
+    def focused(self, window):
+        return [name for name, row in self.rows(window).items() if row.getState().contains(pyatspi.STATE_FOCUSED)]
+
+    def lift(self, window, name):
+        """Presses a row's handle, and tells where."""
+        row = self.place(window, name)
+        x, y = row.x + row.width - 30, row.y + row.height // 2
+        self.xdotool("mousemove", str(x), str(y), "mousedown", "1")
+        return x, y
+
+    def drag(self, window, name, to):
+        """Drops a row where its middle is at that height."""
+        x, y = self.lift(window, name)
+        for part in range(1, 9):
+            self.xdotool("mousemove", str(x), str(y + (to - y) * part // 8))
+        self.xdotool("mouseup", "1")
+
+    def expect(self, key, identifiers):
+        def stored():
+            return json.loads(self.lumoractl("get", key))
+        try:
+            eventually(lambda: stored() == identifiers, identifiers)
+        except AssertionError:
+            self.assertEqual(stored(), identifiers)
+
 
 class Lists:
     """The tests, for one page of a list and the key that it saves."""
@@ -81,29 +113,90 @@ class Lists:
         eventually(lambda: set(SAVED) <= self.rows(window).keys(), "the rows")
         return window
 
-    def rows(self, window):
-        return self.spoken(window, pyatspi.ROLE_LIST_ITEM)
-
-    def place(self, window, name):
-        row = self.rows(window)[name]
-        return row.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-
     def expect_saved(self, identifiers):
-        try:
-            eventually(lambda: self.saved() == identifiers, identifiers)
-        except AssertionError:
-            self.assertEqual(self.saved(), identifiers)
+        self.expect(self.key, identifiers)
+
+    def save_many(self, count):
+        many = [f"test.{i}" for i in range(count)]
+        self.lumoractl("set", self.key, json.dumps(many))
+        return many
+
+    def open_many(self):
+        window = self.open_window("--page", self.page)
+        eventually(lambda: "test.0" in self.rows(window), "the rows")
+        return window
+
+    def disabled(self):
+        """The titles and identifiers of what is not in the list."""
+        page = json.loads(self.settings("--rows", self.page, DISPLAY="").stdout)
+        return [(row["title"], row["identifier"]) for row in page["sections"][1]["rows"]]
 
     def test_moves_a_row_by_its_handle(self):
         window = self.open_list()
-        row = self.place(window, "test.one")
-        x, y = row.x + row.width - 30, row.y + row.height // 2
-        self.xdotool("mousemove", str(x), str(y), "mousedown", "1")
+        x, y = self.lift(window, "test.one")
         for step in range(10, 81, 10):
             self.xdotool("mousemove", str(x), str(y + step))
         self.assertEqual(self.saved(), SAVED, "nothing is moved before the drop")
         self.xdotool("mouseup", "1")
         self.expect_saved(["test.two", "test.three", "test.one"])
+
+    def test_moves_rows_between_the_sections_by_their_handles(self):
+        first, _ = self.disabled()[0]
+        window = self.open_list()
+        target = self.place(window, first)
+        # What is beneath a row that is out has moved up by one.
+        self.drag(window, "test.two", target.y - target.height // 2)
+        self.expect_saved(["test.one", "test.three"])
+        target = self.place(window, "test.one")
+        self.drag(window, "test.two", target.y + target.height // 2)
+        self.expect_saved(["test.two", "test.one", "test.three"])
+
+    def test_moves_rows_into_an_empty_section_and_out_of_the_only_full_one(self):
+        self.lumoractl("set", self.key, "[]")
+        title, identifier = self.disabled()[1]
+        window = self.open_window("--page", self.page)
+        row = self.place(window, title)
+        self.drag(window, title, 100)
+        self.expect_saved([identifier])
+        eventually(lambda: self.place(window, title).y < row.y, "the row in the other section")
+        self.drag(window, title, self.place(window, title).y + 5 * row.height)
+        self.expect_saved([])
+
+    def test_scrolls_over_many_rows_for_a_row_in_the_hand(self):
+        many = self.save_many(120)
+        window = self.open_many()
+        x, y = self.lift(window, "test.0")
+        for to in (y + 20, y + 300, HEIGHT - 60, HEIGHT - 4):
+            self.xdotool("mousemove", str(x), str(to))
+        eventually(lambda: any(f"test.{i}" in self.rows(window) for i in range(70, 120)), "the rows far below")
+        self.xdotool("mousemove", str(x), str(HEIGHT // 2))
+        self.xdotool("mouseup", "1")
+        eventually(lambda: self.saved() != many, "the move")
+        moved = self.saved()
+        self.assertEqual([row for row in moved if row != "test.0"], many[1:])
+        self.assertGreaterEqual(moved.index("test.0"), 60)
+
+    def test_shows_the_last_row_whole(self):
+        self.save_many(60)
+        last, _ = self.disabled()[-1]
+        window = self.open_many()
+        self.xdotool("key", "--window", window.id, "End")
+        eventually(lambda: self.focused(window) == [last], "the focus on the last row")
+        place = self.place(window, last)
+        self.assertGreater(place.y, HEIGHT // 2)
+        self.assertLessEqual(place.y + place.height, HEIGHT)
+
+    def test_moves_a_row_that_has_only_just_come_into_view(self):
+        many = self.save_many(300)
+        window = self.open_many()
+        self.xdotool("key", "--window", window.id, "--delay", "0", "Next", "Next", "Next", "alt+Up")
+        eventually(lambda: self.saved() != many, "the move")
+        moved = self.saved()
+        at = next(i for i in range(300) if moved[i] != many[i])
+        self.assertGreater(at, 20)
+        many[at], many[at + 1] = many[at + 1], many[at]
+        self.assertEqual(moved, many)
+        eventually(lambda: self.focused(window) == [moved[at]], "the focus on the moved row")
 
     def test_moves_a_row_by_keyboard_and_out_of_the_enabled_ones(self):
         window = self.open_list()
@@ -150,6 +243,16 @@ class AppViewsTest(Lists, Spoken):
     page, key = "PluginsListViewController", "kAppViewsEnabled"
 
 
+    def test_puts_a_row_back_when_its_page_goes(self):
+        window = self.open_window("--page", "PluginsListController")
+        eventually(lambda: "Select Plugins" in self.spoken(window, LINK), "the link")
+        self.act(self.spoken(window, LINK)["Select Plugins"], "Press")
+        x, y = self.lift(window, "test.one")
+        self.xdotool("mousemove", str(x), str(y + 80), "key", "alt+Left", "mouseup", "1")
+        eventually(lambda: "Select Plugins" in self.spoken(window, LINK), "the page before")
+        self.assertEqual(self.saved(), SAVED)
+
+
 class AppsTest(Lists, Spoken):
     page, key = "AppsListController", "kAppsEnabled"
 
@@ -158,9 +261,15 @@ class AutoUnlockAppsTest(Spoken):
     def test_saves_what_is_exempt_and_leaves_the_chosen_ones_alone(self):
         self.lumoractl("set", "kAppsEnabled", json.dumps(SAVED))
         window = self.open_window("--page", "AUAppsListController")
-        eventually(lambda: "test.three" in self.spoken(window, pyatspi.ROLE_LIST_ITEM), "the rows")
-        self.act(self.spoken(window, pyatspi.ROLE_LIST_ITEM)["test.three"], "Increase")
-        eventually(lambda: json.loads(self.lumoractl("get", "kAUAppsDisabled")) == ["test.three"], "the exempt one")
+        eventually(lambda: "test.three" in self.rows(window), "the rows")
+        self.act(self.rows(window)["test.three"], "Increase")
+        self.expect("kAUAppsDisabled", ["test.three"])
+        self.xdotool("key", "--window", window.id, "Up", "alt+Down")
+        self.expect("kAUAppsDisabled", ["test.two", "test.three"])
+        self.drag(window, "test.one", self.place(window, "test.three").y + 60)
+        self.expect("kAUAppsDisabled", ["test.two", "test.three", "test.one"])
+        self.drag(window, "test.three", 100)
+        self.expect("kAUAppsDisabled", ["test.two", "test.one"])
         self.assertEqual(json.loads(self.lumoractl("get", "kAppsEnabled")), SAVED)
 
 
