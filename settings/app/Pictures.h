@@ -37,7 +37,6 @@ class Pictures : private QObject {
     };
 
     bool eventFilter(QObject* watched, QEvent* event) override;
-
     void visitPages();
     void visitTopPage();
     void visitWaitingScreen();

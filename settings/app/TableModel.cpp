@@ -87,11 +87,12 @@ void TableModel::take() {
     shown_ = *latest_;
     for (const Move& move : movesUnderWay_)
         apply(move);
-    if (!sameFrame) emit frameChanged();
     const QList<SectionModel*> former = makeSections();
     measure();
+    // Nobody is told before everything has its place.
+    if (!sameFrame) emit frameChanged();
     if (former == sections_) return;
-    emit sectionsChanged(); // not before everything has its place
+    emit sectionsChanged();
     for (SectionModel* old : former)
         old->deleteLater();
 }

@@ -144,13 +144,15 @@ FocusScope {
     }
     // The first key shows where the focus is, as it does when it comes from elsewhere.
     Keys.onTabPressed: {
+        if (dragging)
+            return;
         if (keyboardFocus || table.current < 0)
             tabStop.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
         else
             go(table.current);
     }
     // From a row the chain leads back to the table's own stop first, which would be the same one again.
-    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+    Keys.onBacktabPressed: if (!dragging) nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
     signal focusWanted
 

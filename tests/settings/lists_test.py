@@ -163,12 +163,12 @@ class Lists:
         self.expect_saved([])
 
     def test_scrolls_over_many_rows_for_a_row_in_the_hand(self):
-        many = self.save_many(120)
+        many = self.save_many(300)
         window = self.open_many()
         x, y = self.lift(window, "test.0")
-        for to in (y + 20, y + 300, HEIGHT - 60, HEIGHT - 4):
+        for to in (y + 20, y + 300, HEIGHT - 60, HEIGHT - 20):
             self.xdotool("mousemove", str(x), str(to))
-        eventually(lambda: any(f"test.{i}" in self.rows(window) for i in range(70, 120)), "the rows far below")
+        eventually(lambda: any(f"test.{i}" in self.rows(window) for i in range(70, 300)), "the rows far below")
         self.xdotool("mousemove", str(x), str(HEIGHT // 2))
         self.xdotool("mouseup", "1")
         eventually(lambda: self.saved() != many, "the move")

@@ -9,6 +9,7 @@ import ctypes
 import json
 import os
 import plistlib
+import resource
 import shutil
 import struct
 import subprocess
@@ -200,6 +201,12 @@ class ProgramsTest(Programs):
             self.assertEqual(failed.returncode, 1, options)
             self.assertIn("timed out waiting for the tweak", failed.stderr)
             self.assertEqual(failed.stdout, "")
+
+    def test_waits_for_an_answer_without_turning(self):
+        before = resource.getrusage(resource.RUSAGE_CHILDREN)
+        self.assertEqual(self.settings("--timeout", "4", "--grab", self.folder + "/a.png").returncode, 1)
+        after = resource.getrusage(resource.RUSAGE_CHILDREN)
+        self.assertLess(after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime, 2)
 
     def test_tells_wrong_use_from_failure(self):
         for options in (["--nonsense"], ["--size", "0x0"], ["--size", "wide"], ["--light", "--dark"],

@@ -420,6 +420,16 @@ Item {
             bench.showTable(letters);
             compare(drawn(), "|ABC|XY");
         }
+        function test_keepsTheFocusWhileARowIsInTheHand() {
+            open(letters);
+            const hand = lift("B");
+            keyClick(Qt.Key_Tab);
+            keyClick(Qt.Key_Tab);
+            keyClick(Qt.Key_Backtab);
+            compare(focusedRow(), "B");
+            compare(ringed(), []);
+            mouseRelease(host.item, hand.x, hand.y);
+        }
         function test_putsTheRowBackForThePage() {
             open(letters);
             const hand = lift("A");
