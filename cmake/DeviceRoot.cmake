@@ -4,9 +4,7 @@ set(LUMORA_BUNDLES ${LUMORA_DEVICE_ROOT}/Library/PreferenceBundles)
 set(LUMORA_PLUGINS ${LUMORA_DEVICE_ROOT}/Library/Nevo/Lumora/Plugins)
 file(MAKE_DIRECTORY ${LUMORA_DEVICE_ROOT}/var/mobile/Library/Preferences)
 
-include(${CMAKE_CURRENT_LIST_DIR}/Bundle.cmake)
-
 # Everything that stands in the device root; whoever opens the Settings application builds this beside it.
-if(NOT TARGET device_root)
-  add_custom_target(device_root)
-endif()
+add_custom_target(device_root)
+
+include(${CMAKE_CURRENT_LIST_DIR}/Bundle.cmake)

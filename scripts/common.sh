@@ -6,7 +6,8 @@ top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 say() { printf '%s\n' "$*" >&2; }
 fail() { say "$(basename "$0"): $*"; exit 1; }
 
-build_packages=(g++ cmake ninja-build pkg-config python3 libglib2.0-dev libicu-dev libgdk-pixbuf-2.0-dev librsvg2-common libcli11-dev nlohmann-json3-dev
+build_packages=(g++ cmake ninja-build pkg-config python3 libglib2.0-dev libicu-dev libgdk-pixbuf-2.0-dev librsvg2-common
+  libcli11-dev nlohmann-json3-dev
   qt6-base-dev qt6-declarative-dev libgl-dev
   qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtquick-controls
   qml6-module-qtqml-workerscript fonts-inter)

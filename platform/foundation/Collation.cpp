@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
-#include <unicode/ucol.h>
+#include <unicode/coll.h>
 #include <unicode/uloc.h>
 
 namespace platform {
@@ -29,28 +29,32 @@ std::string_view usersLocale() {
     return {};
 }
 
-int32_t lengthOf(std::string_view text) {
-    return int32_t(std::min<std::size_t>(text.size(), std::numeric_limits<int32_t>::max()));
+icu::StringPiece piece(std::string_view text) {
+    return {text.data(), int32_t(std::min<std::size_t>(text.size(), std::numeric_limits<int32_t>::max()))};
 }
 
 } // namespace
+
+struct Collation::Rules {
+    std::unique_ptr<icu::Collator> collator;
+};
 
 Collation::Collation(std::string_view locale) {
     // A name that is none is an error to ICU, where a language that it does not know is not.
     for (const std::string& name : {icuName(locale), std::string()}) {
         UErrorCode status = U_ZERO_ERROR;
-        const std::shared_ptr<UCollator> collator(ucol_open(name.c_str(), &status), ucol_close);
+        std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale(name.c_str()), status));
         if (U_FAILURE(status)) continue;
-        ucol_setStrength(collator.get(), UCOL_SECONDARY);
-        collator_ = collator;
+        collator->setStrength(icu::Collator::SECONDARY);
+        rules_ = std::make_shared<const Rules>(Rules{std::move(collator)});
         return;
     }
 }
 
 int Collation::compare(std::string_view a, std::string_view b) const {
-    if (!collator_) return a.compare(b); // ICU came without its data: an order at least
+    if (!rules_) return a.compare(b); // ICU came without its data: an order at least
     UErrorCode status = U_ZERO_ERROR;
-    return ucol_strcollUTF8(collator_.get(), a.data(), lengthOf(a), b.data(), lengthOf(b), &status);
+    return rules_->collator->compareUTF8(piece(a), piece(b), status);
 }
 
 const Collation& Collation::ofUser() {

@@ -6,8 +6,6 @@
 #include <string>
 #include <string_view>
 
-struct UCollator;
-
 namespace platform {
 
 /// Compares two texts as the user's language orders them, without regard to case: less than, equal to or greater than
@@ -34,7 +32,8 @@ class PLATFORM_EXPORT Collation {
     [[nodiscard]] int compare(std::string_view a, std::string_view b) const;
 
   private:
-    std::shared_ptr<const UCollator> collator_;
+    struct Rules;
+    std::shared_ptr<const Rules> rules_;
 };
 
 } // namespace platform

@@ -7,7 +7,7 @@
 
 namespace platform {
 
-Result<void*> loadSharedObject(const std::filesystem::path& file) {
+Result<void*> loadSharedObject(const std::filesystem::path& file, Binding binding) {
     if (const std::string fault = faultOfSharedObject(RegularFile(file)); !fault.empty())
         return Result<void*>::failure(file.string() + " cannot be loaded: " + fault);
     // RTLD_NODELETE: objects and page classes of the library outlive every request to unload it.

@@ -7,8 +7,11 @@
 
 namespace platform {
 
+/// When a library finds the functions that it calls: all at once, or each at its first call.
+enum class Binding : unsigned char { Now, Lazy };
+
 /// Maps a shared object into the process for good, once the file has been checked. Main thread.
-[[nodiscard]] Result<void*> loadSharedObject(const std::filesystem::path& file);
+[[nodiscard]] Result<void*> loadSharedObject(const std::filesystem::path& file, Binding binding = Binding::Now);
 
 /// What a loaded object itself exports under a name; null when it exports nothing so named, whatever the libraries
 /// export that it stands on.

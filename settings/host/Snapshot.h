@@ -67,7 +67,7 @@ struct SectionSnapshot {
 /// A table with the cells of those rows that are in view. From the top: each section's header, rows and footer, without
 /// gaps.
 struct TableSnapshot {
-    std::uint64_t id = 0;   ///< tells tables apart; a page that makes its view anew has another one
+    std::uint64_t id = 0;   ///< tells tables apart: a page that appears again has another one, which begins at its top
     platform::CGRect frame; ///< on the page
     std::vector<SectionSnapshot> sections;
 };
