@@ -118,16 +118,8 @@ void UITableView::dropRow(NSIndexPath from, NSIndexPath to) {
 
 /// Each cell goes where its row went: what it shows has not changed.
 void UITableView::moveCells(NSIndexPath from, NSIndexPath to) {
-    for (auto& [path, cell] : std::exchange(cells_, {})) {
-        NSIndexPath now = path;
-        if (path == from) {
-            now = to;
-        } else {
-            if (now.section == from.section && now.row > from.row) --now.row;
-            if (now.section == to.section && now.row >= to.row) ++now.row;
-        }
-        cells_.emplace(now, std::move(cell));
-    }
+    for (auto& [path, cell] : std::exchange(cells_, {}))
+        cells_.emplace(afterMove(path, from, to), std::move(cell));
 }
 
 /// Cells of rows that have left the view go to the reuse queue before those of rows that have come into it are made.

@@ -98,11 +98,4 @@ std::optional<NSIndexPath> TableLayout::step(NSIndexPath from, int by) const {
     return NSIndexPath{section, by > 0 ? 0 : at(section).rowCount};
 }
 
-NSIndexPath afterMove(NSIndexPath row, NSIndexPath from, NSIndexPath to) {
-    if (row == from) return to;
-    if (row.section == from.section && row.row > from.row) --row.row;
-    if (row.section == to.section && row.row >= to.row) ++row.row;
-    return row;
-}
-
 } // namespace settings

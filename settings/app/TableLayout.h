@@ -57,8 +57,4 @@ class TableLayout {
     std::vector<Section> sections_;
 };
 
-/// Where a row stands after a move, which may be its own or another's.
-[[nodiscard]] platform::NSIndexPath afterMove(platform::NSIndexPath row, platform::NSIndexPath from,
-                                              platform::NSIndexPath to);
-
 } // namespace settings

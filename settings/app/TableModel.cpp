@@ -179,7 +179,7 @@ void TableModel::place() {
         std::vector<SectionModel::Row> shown;
         for (const int row : wanted) {
             const NSIndexPath path{i, row};
-            const NSIndexPath there = lifted_ ? afterMove(path, *lifted_, target_) : path;
+            const NSIndexPath there = lifted_ ? platform::afterMove(path, *lifted_, target_) : path;
             const int last = arranged.sections()[std::size_t(there.section)].rowCount - 1;
             const CellSnapshot* cell = cellAt(shown_.sections[std::size_t(i)], row);
             const SectionModel::Row* former = cell ? nullptr : sections_[i]->find(row);
