@@ -116,7 +116,7 @@ QList<SectionModel*> TableModel::makeSections() {
             sections_[i]->read(shown_.sections[std::size_t(i)]);
         return sections_;
     }
-    const QList<SectionModel*> former = std::exchange(sections_, {});
+    QList<SectionModel*> former = std::exchange(sections_, {});
     for (const SectionSnapshot& section : shown_.sections) {
         sections_.push_back(new SectionModel(section, this));
         connect(sections_.back(), &SectionModel::measured, this, &TableModel::measure);

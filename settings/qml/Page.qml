@@ -13,10 +13,7 @@ FocusScope {
     Component.onDestruction: gone(page)
 
     // What is in the user's hand stays where it was.
-    function putBack() {
-        if (list.item)
-            list.item.putBack();
-    }
+    function putBack() { (list.item as Table)?.putBack() }
 
     Rectangle {
         anchors.fill: parent
