@@ -105,8 +105,8 @@ TEST_F(Library, CanBeAskedFromWithinItsAnswers) {
 }
 
 TEST(TheDeviceRoot, IsFoundFromTheLibrarysOwnPath) {
-    EXPECT_EQ(applist::deviceRootOfLibrary("/a/root/Library/MobileSubstrate/DynamicLibraries/AppList.dylib"),
-              "/a/root");
+    EXPECT_EQ(applist::deviceRootOfLibrary("/a/device/Library/MobileSubstrate/DynamicLibraries/AppList.dylib"),
+              "/a/device");
     EXPECT_EQ(applist::deviceRootOfLibrary("/a/./b/../Library/MobileSubstrate/DynamicLibraries/AppList.dylib"), "/a");
     EXPECT_EQ(applist::deviceRootOfLibrary("/Library/MobileSubstrate/DynamicLibraries/AppList.dylib"), "/");
     EXPECT_EQ(applist::deviceRootOfLibrary("/usr/lib/AppList.dylib"), "");
