@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/preferences/PSListController.h"
+#include "platform/ui/UIView.h"
 
 #include <memory>
 #include <string>

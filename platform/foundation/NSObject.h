@@ -41,6 +41,10 @@ std::shared_ptr<T> make(Arguments&&... arguments) {
                            { object->initWithStyle(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>;
                        })
         alive = object->initWithStyle(std::forward<Arguments>(arguments)...);
+    else if constexpr (requires {
+                           { object->initWithImage(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>;
+                       })
+        alive = object->initWithImage(std::forward<Arguments>(arguments)...);
     else
         alive = object->initWithTarget(std::forward<Arguments>(arguments)...);
     return alive ? object : nullptr;

@@ -1,5 +1,7 @@
 #include "platform/preferences/PSListController.h"
 
+#include "platform/ui/UIView.h"
+
 #include <utility>
 
 namespace platform {

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "platform/preferences/PSSpecifier.h"
-#include "platform/ui/UIView.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace platform {
+
+class UIView;
 
 /// A page's rows in display order, never changed once made; a page's row list is this object or null.
 using PSSpecifierList = std::shared_ptr<const std::vector<PSSpecifierRef>>;

@@ -26,4 +26,14 @@ constexpr CGRect CGRectMake(double x, double y, double width, double height) {
     return {{x, y}, {width, height}};
 }
 
+/// The left and top edges belong to a rectangle, the right and bottom edges do not.
+constexpr bool CGRectContainsPoint(const CGRect& rect, CGPoint point) {
+    return point.x >= rect.origin.x && point.x < rect.origin.x + rect.size.width && point.y >= rect.origin.y &&
+           point.y < rect.origin.y + rect.size.height;
+}
+
+constexpr CGPoint CGRectGetCenter(const CGRect& rect) {
+    return {rect.origin.x + rect.size.width / 2, rect.origin.y + rect.size.height / 2};
+}
+
 } // namespace platform

@@ -3,6 +3,7 @@
 #include "platform/Export.h"
 
 #include <memory>
+#include <vector>
 
 namespace platform {
 
@@ -10,14 +11,36 @@ class UIColor;
 /// Colours are shared and immutable; whether two are one object and whether they are equal are two questions.
 using UIColorRef = std::shared_ptr<const UIColor>;
 
-/// A colour with components in [0, 1]. Any thread.
+/// How a colour's components are to be read; the platform's numbers.
+enum class CGColorSpaceModel : int { monochrome = 0, rgb = 1 };
+
+/// A colour with components in [0, 1]. Equal are colours of one model with equal components: a grey is never equal to
+/// the same colour made of red, green and blue. Any thread.
 class PLATFORM_EXPORT UIColor {
   public:
+    struct HSB {
+        double hue = 0; ///< a fraction of the colour circle: 0 is red, 1/3 green, 2/3 blue
+        double saturation = 0;
+        double brightness = 0;
+        double alpha = 1;
+        friend bool operator==(const HSB&, const HSB&) = default;
+    };
+
     [[nodiscard]] static UIColorRef colorWithRed(double red, double green, double blue, double alpha);
-    [[nodiscard]] static UIColorRef blackColor();
+    [[nodiscard]] static UIColorRef colorWithWhite(double white, double alpha);
+    /// An RGB colour by the standard conversion. Components out of range are taken as the nearest that are in it.
+    [[nodiscard]] static UIColorRef colorWithHue(double hue, double saturation, double brightness, double alpha);
+    [[nodiscard]] static UIColorRef blackColor(); ///< monochrome, as are the next two
     [[nodiscard]] static UIColorRef whiteColor();
     [[nodiscard]] static UIColorRef clearColor();
 
+    [[nodiscard]] CGColorSpaceModel colorSpaceModel() const { return model_; }
+    /// White level and alpha, or red, green, blue and alpha.
+    [[nodiscard]] std::vector<double> components() const;
+    /// By the standard conversion: hue and saturation of a grey are 0, and hue is never 1.
+    [[nodiscard]] HSB getHue() const;
+
+    // A grey has its white level in all three.
     [[nodiscard]] double red() const { return red_; }
     [[nodiscard]] double green() const { return green_; }
     [[nodiscard]] double blue() const { return blue_; }
@@ -25,9 +48,10 @@ class PLATFORM_EXPORT UIColor {
 
     friend bool operator==(const UIColor&, const UIColor&) = default;
 
-    UIColor(double red, double green, double blue, double alpha);
+    UIColor(CGColorSpaceModel model, double red, double green, double blue, double alpha);
 
   private:
+    CGColorSpaceModel model_;
     double red_;
     double green_;
     double blue_;

@@ -1,20 +1,15 @@
 #include "platform/ui/UIImage.h"
 
+#include "platform/foundation/FileContents.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <utility>
 
 namespace platform {
 namespace {
-
-Data contentsOf(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return Data{std::istreambuf_iterator<char>(in), {}};
-}
 
 unsigned bigEndian(const Data& bytes, std::size_t at, unsigned count) {
     unsigned number = 0;
@@ -53,12 +48,12 @@ std::optional<CGSize> sizeOf(const Data& bytes) {
 
 UIImageRef UIImage::imageWithContentsOfFile(const std::filesystem::path& path) {
     if (path.empty()) return nullptr;
-    Data once = contentsOf(path);
+    Data once = dataWithContentsOfFile(path).value_or(Data());
     const std::optional<CGSize> size = sizeOf(once);
     if (!size) return nullptr;
     std::filesystem::path twicePath = path;
     twicePath.replace_filename(path.stem().string() + "@2x" + path.extension().string());
-    Data twice = contentsOf(twicePath);
+    Data twice = dataWithContentsOfFile(twicePath).value_or(Data());
     if (!sizeOf(twice)) twice.clear();
     return std::make_shared<const UIImage>(*size, std::move(once), std::move(twice));
 }

@@ -21,6 +21,9 @@ double heightOf(const UITableView::Section& section) {
 UITableViewDataSource::~UITableViewDataSource() = default;
 UITableViewDelegate::~UITableViewDelegate() = default;
 
+void UITableViewDelegate::didSelectRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
+}
+
 std::uint64_t UITableView::nextId() {
     static std::uint64_t last = 0;
     return ++last;
@@ -32,7 +35,7 @@ bool UITableView::initWithFrame(const CGRect& frame, UITableViewStyle style) {
     return UIView::initWithFrame(frame);
 }
 
-void UITableView::layoutIfNeeded() {
+void UITableView::layoutSubviews() {
     if (!loaded_) reloadData();
 }
 
@@ -103,6 +106,11 @@ void UITableView::setViewport(double top, double bottom) {
 bool UITableView::canMoveRow(NSIndexPath path) {
     return editing_ && dataSource_ && path.row >= 0 && path.row < numberOfRowsInSection(path.section) &&
            dataSource_->canMoveRowAtIndexPath(*this, path);
+}
+
+void UITableView::tapRow(NSIndexPath path) {
+    if (editing_ || !delegate_ || path.row < 0 || path.row >= numberOfRowsInSection(path.section)) return;
+    delegate_->didSelectRowAtIndexPath(*this, path);
 }
 
 void UITableView::dropRow(NSIndexPath from, NSIndexPath to) {

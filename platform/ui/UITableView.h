@@ -37,6 +37,8 @@ class PLATFORM_EXPORT UITableViewDelegate {
     virtual double heightForRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
     virtual UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
     virtual bool shouldIndentWhileEditingRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
+    /// The user has tapped a row. By default nothing comes of it.
+    virtual void didSelectRowAtIndexPath(UITableView& tableView, NSIndexPath path);
 };
 
 enum UITableViewStyle : int { UITableViewStylePlain = 0, UITableViewStyleGrouped = 1 };
@@ -65,8 +67,8 @@ class PLATFORM_EXPORT UITableView final : public UIView {
 
     /// Asks the data source anew for everything.
     void reloadData();
-    /// Loads the table when it never was. Whoever draws the table calls this first.
-    void layoutIfNeeded();
+    /// Loads the table when it never was.
+    void layoutSubviews() override;
 
     /// A cell of that identifier that is out of view, null when there is none.
     std::shared_ptr<UITableViewCell> dequeueReusableCellWithIdentifier(const std::string& identifier);
@@ -100,6 +102,8 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     [[nodiscard]] const std::map<NSIndexPath, std::shared_ptr<UITableViewCell>>& visibleCells() const { return cells_; }
     /// True while editing, when the data source says that the row can be moved.
     [[nodiscard]] bool canMoveRow(NSIndexPath path);
+    /// The user has tapped a row: tells the delegate, unless the table is being edited or has no such row.
+    void tapRow(NSIndexPath path);
     /// The user has dropped a row: tells the data source, and moves the cells along. Places that do not exist, and rows
     /// that cannot be moved, do nothing.
     void dropRow(NSIndexPath from, NSIndexPath to);

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/ui/UIImage.h"
+#include "platform/ui/UIImageView.h"
+#include "platform/ui/UILabel.h"
 #include "platform/ui/UIView.h"
 
 #include <memory>
@@ -11,27 +12,7 @@ namespace platform {
 enum UITableViewCellStyle : int { UITableViewCellStyleDefault = 0 };
 enum UITableViewCellEditingStyle : int { UITableViewCellEditingStyleNone = 0 };
 
-/// A line of text. Main thread.
-class PLATFORM_EXPORT UILabel final : public UIView {
-  public:
-    /// Empty is nothing.
-    [[nodiscard]] const std::string& text() const { return text_; }
-    void setText(std::string text) { text_ = std::move(text); }
-
-  private:
-    std::string text_;
-};
-
-/// A picture in its place. Main thread.
-class PLATFORM_EXPORT UIImageView final : public UIView {
-  public:
-    /// Null is nothing.
-    [[nodiscard]] const UIImageRef& image() const { return image_; }
-    void setImage(UIImageRef image) { image_ = std::move(image); }
-
-  private:
-    UIImageRef image_;
-};
+enum UITableViewCellAccessoryType : int { UITableViewCellAccessoryNone = 0, UITableViewCellAccessoryCheckmark = 3 };
 
 /// One row of a table. A cell that has scrolled out of view serves again for another row, with whatever the row before
 /// left in it. Main thread.
@@ -43,12 +24,16 @@ class PLATFORM_EXPORT UITableViewCell final : public UIView {
     [[nodiscard]] UILabel& textLabel() { return *textLabel_; }
     [[nodiscard]] UILabel& detailTextLabel() { return *detailTextLabel_; }
     [[nodiscard]] UIImageView& imageView() { return *imageView_; }
+    /// What stands at the end of the row.
+    [[nodiscard]] UITableViewCellAccessoryType accessoryType() const { return accessoryType_; }
+    void setAccessoryType(UITableViewCellAccessoryType type) { accessoryType_ = type; }
 
   private:
     std::string reuseIdentifier_;
     std::shared_ptr<UILabel> textLabel_;
     std::shared_ptr<UILabel> detailTextLabel_;
     std::shared_ptr<UIImageView> imageView_;
+    UITableViewCellAccessoryType accessoryType_ = UITableViewCellAccessoryNone;
 };
 
 } // namespace platform

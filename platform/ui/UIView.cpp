@@ -31,39 +31,136 @@ CGRect autoresized(CGRect frame, unsigned mask, CGSize before, CGSize after) {
     return frame;
 }
 
+CGContext* currentContext = nullptr;
+
 } // namespace
+
+CGContext* UIGraphicsGetCurrentContext() {
+    return currentContext;
+}
 
 UIView::~UIView() {
     for (const auto& view : subviews_)
         view->superview_ = nullptr;
 }
 
+bool UIView::init() {
+    return initWithFrame({});
+}
+
 bool UIView::initWithFrame(const CGRect& frame) {
-    frame_ = frame;
+    setFrame(frame);
     return true;
 }
 
 void UIView::setFrame(const CGRect& frame) {
     const CGSize before = frame_.size;
     frame_ = frame;
+    center_ = CGRectGetCenter(frame);
     if (before == frame.size) return;
+    setNeedsLayout();
     for (const auto& view : subviews_)
         view->setFrame(autoresized(view->frame(), view->autoresizingMask_, before, frame.size));
 }
 
+void UIView::setCenter(CGPoint center) {
+    center_ = center;
+    frame_.origin = {center.x - frame_.size.width / 2, center.y - frame_.size.height / 2};
+}
+
 void UIView::addSubview(std::shared_ptr<UIView> view) {
-    if (!view || view.get() == this) return;
-    view->removeFromSuperview();
+    attach(std::move(view), nullptr);
+}
+
+void UIView::insertSubview(std::shared_ptr<UIView> view, const UIView& aboveSubview) {
+    attach(std::move(view), &aboveSubview);
+}
+
+void UIView::attach(std::shared_ptr<UIView> view, const UIView* above) {
+    if (!view || view.get() == this || view.get() == above) return;
+    if (view->superview_ != this) view->willMoveToSuperview(this);
+    view->detach();
     view->superview_ = this;
-    subviews_.push_back(std::move(view));
+    const auto below =
+        std::find_if(subviews_.begin(), subviews_.end(), [above](const auto& other) { return other.get() == above; });
+    subviews_.insert(below == subviews_.end() ? below : below + 1, std::move(view));
+    setNeedsLayout();
 }
 
 void UIView::removeFromSuperview() {
     if (!superview_) return;
+    willMoveToSuperview(nullptr);
+    detach();
+}
+
+void UIView::detach() {
+    if (!superview_) return;
     auto& siblings = superview_->subviews_;
     superview_ = nullptr;
+    // May be the last that holds this view, so nothing is touched after it.
     siblings.erase(
         std::find_if(siblings.begin(), siblings.end(), [this](const auto& view) { return view.get() == this; }));
+}
+
+void UIView::willMoveToSuperview(UIView* /*newSuperview*/) {
+}
+
+void UIView::layoutSubviews() {
+}
+
+void UIView::layoutIfNeeded() {
+    if (std::exchange(needsLayout_, false)) layoutSubviews();
+    const auto views = subviews_; // laying one out may bring another
+    for (const auto& view : views)
+        view->layoutIfNeeded();
+}
+
+void UIView::drawRect(const CGRect& /*rect*/) {
+}
+
+void UIView::displayIfNeeded() {
+    if (needsDisplay_ && frame_.size.width > 0 && frame_.size.height > 0) {
+        needsDisplay_ = false;
+        CGContext context(frame_.size);
+        CGContext* const before = std::exchange(currentContext, &context);
+        drawRect(bounds());
+        currentContext = before;
+        CGDrawing drawing = std::move(context).take();
+        drawing_ = drawing.steps.empty() ? nullptr : std::make_shared<const CGDrawing>(std::move(drawing));
+    }
+    for (const auto& view : subviews_)
+        view->displayIfNeeded();
+}
+
+void UIView::touchesBegan(const UITouches& touches, const UIEvent& event) {
+    if (superview_) superview_->touchesBegan(touches, event);
+}
+
+void UIView::touchesMoved(const UITouches& touches, const UIEvent& event) {
+    if (superview_) superview_->touchesMoved(touches, event);
+}
+
+void UIView::touchesEnded(const UITouches& touches, const UIEvent& event) {
+    if (superview_) superview_->touchesEnded(touches, event);
+}
+
+void UIView::touchesCancelled(const UITouches& touches, const UIEvent& event) {
+    if (superview_) superview_->touchesCancelled(touches, event);
+}
+
+std::vector<UIAccessibilityElement> UIView::accessibilityElements() const {
+    return {};
+}
+
+std::shared_ptr<UIView> hitTest(const std::shared_ptr<UIView>& view, CGPoint point) {
+    if (view->isHidden() || !view->isUserInteractionEnabled() || !CGRectContainsPoint(view->bounds(), point))
+        return nullptr;
+    const auto& subviews = view->subviews();
+    for (auto subview = subviews.rbegin(); subview != subviews.rend(); ++subview) {
+        const CGPoint origin = (*subview)->frame().origin;
+        if (auto hit = hitTest(*subview, {point.x - origin.x, point.y - origin.y})) return hit;
+    }
+    return view;
 }
 
 } // namespace platform

@@ -2,10 +2,12 @@
 
 #include "platform/foundation/Value.h"
 #include "platform/ui/NSIndexPath.h"
+#include "platform/ui/UITouch.h"
 #include "settings/host/Snapshot.h"
 
 #include <cstdint>
 #include <functional>
+#include <vector>
 
 namespace settings {
 
@@ -19,6 +21,10 @@ class Events {
     /// A row of the page's table was dropped, its own place included. `taken` as above.
     virtual void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
                           std::function<void()> taken) = 0;
+    virtual void tableRowTapped(std::uint64_t page, platform::NSIndexPath path) = 0;
+    /// Fingers, or the mouse, on the view that the page hosts, all that come at one time together; places are on the
+    /// page.
+    virtual void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points) = 0;
     /// The page's table shows another part of itself, or its headers and footers have other heights.
     virtual void tableScrolled(std::uint64_t page, const TableViewport& viewport) = 0;
 

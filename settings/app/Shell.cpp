@@ -157,6 +157,14 @@ void Shell::rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::N
     post([page, from, to](Navigation& navigation) { navigation.rowMoved(page, from, to); }, std::move(taken));
 }
 
+void Shell::tableRowTapped(std::uint64_t page, platform::NSIndexPath path) {
+    post([page, path](Navigation& navigation) { navigation.tableRowTapped(page, path); });
+}
+
+void Shell::touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points) {
+    post([page, points](Navigation& navigation) { navigation.touched(page, points); });
+}
+
 void Shell::tableScrolled(std::uint64_t page, const TableViewport& viewport) {
     post([page, viewport](Navigation& navigation) { navigation.tableScrolled(page, viewport); });
 }

@@ -14,8 +14,8 @@ void draw(QPainter& painter, const ViewSnapshot& view) {
     const platform::CGRect& frame = view.frame;
     painter.save();
     painter.translate(frame.origin.x, frame.origin.y);
-    if (view.backgroundColor)
-        painter.fillRect(QRectF(0, 0, frame.size.width, frame.size.height), toQColor(*view.backgroundColor));
+    if (const auto& background = view.layer.backgroundColor)
+        painter.fillRect(QRectF(0, 0, frame.size.width, frame.size.height), toQColor(*background));
     for (const ViewSnapshot& subview : view.subviews)
         draw(painter, subview);
     painter.restore();

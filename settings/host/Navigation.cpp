@@ -102,6 +102,23 @@ void Navigation::rowMoved(std::uint64_t page, NSIndexPath from, NSIndexPath to) 
     publish();
 }
 
+void Navigation::tableRowTapped(std::uint64_t page, NSIndexPath path) {
+    OpenPage* top = pageOnTop(page);
+    UITableView* table = top ? tableOf(*top->controller) : nullptr;
+    if (!table) return;
+    table->tapRow(path);
+    readAnew(*top);
+    publish();
+}
+
+void Navigation::touched(std::uint64_t page, const std::vector<UITouchRouter::Point>& points) {
+    OpenPage* top = pageOnTop(page);
+    if (!top || !top->controller->hostsView() || !top->controller->view()) return;
+    touches_.send(top->controller->view(), points);
+    readAnew(*top);
+    publish();
+}
+
 void Navigation::tableScrolled(std::uint64_t page, const TableViewport& viewport) {
     OpenPage* top = pageOnTop(page);
     UITableView* table = top ? tableOf(*top->controller) : nullptr;
@@ -140,6 +157,7 @@ std::shared_ptr<PSListController> Navigation::topPage() const {
 void Navigation::appear(bool animated) {
     OpenPage& top = pages_.back();
     PSListController& page = *top.controller;
+    touches_.cancel();
     if (top.snapshot) publishOpening(top.className, top.snapshot->title); // a view made anew may block for good too
     if (page.view()) page.view()->setFrame({{0, 0}, contentSize_});
     page.viewWillAppear(animated);

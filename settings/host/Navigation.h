@@ -2,6 +2,7 @@
 
 #include "platform/preferences/PSListController.h"
 #include "platform/ui/NSIndexPath.h"
+#include "platform/ui/UITouch.h"
 #include "settings/host/Snapshot.h"
 
 #include <cstdint>
@@ -36,6 +37,10 @@ class Navigation {
     void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value);
     /// A row of the page's table was dropped, in its own place or in another.
     void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to);
+    /// A row of the page's table was tapped.
+    void tableRowTapped(std::uint64_t page, platform::NSIndexPath path);
+    /// Fingers, or the mouse, on the view that the page hosts; all that comes at one time together.
+    void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points);
     /// The page's table shows another part of itself: makes the cells for it.
     void tableScrolled(std::uint64_t page, const TableViewport& viewport);
     /// Back from a page to the one before; does nothing on the first page.
@@ -65,6 +70,7 @@ class Navigation {
     Show show_;
     std::vector<OpenPage> pages_;
     platform::CGSize contentSize_{390, 760};
+    platform::UITouchRouter touches_; ///< on the page on top
 };
 
 } // namespace settings

@@ -1,8 +1,12 @@
 #pragma once
 
 #include "platform/foundation/Value.h"
+#include "platform/ui/CALayer.h"
+#include "platform/ui/CGContext.h"
 #include "platform/ui/CGGeometry.h"
-#include "platform/ui/UIColor.h"
+#include "platform/ui/NSIndexPath.h"
+#include "platform/ui/UIAccessibilityElement.h"
+#include "platform/ui/UIFont.h"
 #include "platform/ui/UIImage.h"
 
 #include <cstdint>
@@ -34,13 +38,26 @@ struct RowSnapshot {
     bool marked = false; ///< of an option: it is the stored one
 };
 
-/// One view and what is in it; frames are relative to the parent. Hidden views are left out.
+/// One view and what is in it; frames are relative to the parent. Hidden views are left out. From the back: the layer's
+/// shadow and background, the image or the drawing, both stretched over the view, the subviews, the layer's border.
 struct ViewSnapshot {
     std::string className;
     platform::CGRect frame;
-    platform::UIColorRef backgroundColor;
-    std::vector<ViewSnapshot> subviews;
+    platform::CALayer layer;
+    platform::UIImageRef image{};     ///< null for none
+    platform::CGDrawingRef drawing{}; ///< null for none
+    std::vector<ViewSnapshot> subviews{};
     friend bool operator==(const ViewSnapshot&, const ViewSnapshot&) = default;
+};
+
+/// A text that scrolls by itself, and cannot be edited.
+struct TextSnapshot {
+    std::uint64_t id = 0;   ///< tells texts apart: a page that appears again has another one, which begins at its top
+    platform::CGRect frame; ///< on the page
+    std::string text;
+    platform::UIFontRef font;
+    bool selectable = false;
+    friend bool operator==(const TextSnapshot&, const TextSnapshot&) = default;
 };
 
 /// One row of a table that is in view.
@@ -48,8 +65,9 @@ struct CellSnapshot {
     std::string title;      ///< may be empty
     std::string identifier; ///< the hidden detail text
     platform::UIImageRef image;
-    bool movable = false; ///< has a handle to drag it by
-    bool marked = false;  ///< bears a checkmark
+    bool movable = false;       ///< has a handle to drag it by
+    bool marked = false;        ///< bears a checkmark
+    platform::UIFontRef font{}; ///< of the title; null for the table's usual one
 };
 
 /// One section of a table. Heights are in points; all rows of a section are equally high.
@@ -64,12 +82,25 @@ struct SectionSnapshot {
     std::vector<CellSnapshot> cells;
 };
 
+/// Where in the view a row comes to stand; the platform's numbers.
+enum class ScrollPosition : int { none = 0, top = 1, middle = 2, bottom = 3 };
+
+/// The page wants a row of its table to be seen. Done once for each serial number.
+struct ScrollRequest {
+    std::uint64_t serial = 0; ///< 0 for no request yet
+    platform::NSIndexPath row;
+    ScrollPosition position = ScrollPosition::none;
+    bool animated = false;
+};
+
 /// A table with the cells of those rows that are in view. From the top: each section's header, rows and footer, without
 /// gaps.
 struct TableSnapshot {
     std::uint64_t id = 0;   ///< tells tables apart: a page that appears again has another one, which begins at its top
     platform::CGRect frame; ///< on the page
     std::vector<SectionSnapshot> sections;
+    bool selectable = false; ///< a tap on a row means something
+    ScrollRequest scroll;
 };
 
 /// What whoever draws a table tells of it: the part for which cells are to be made, in the table's own coordinates, and
@@ -85,6 +116,9 @@ struct TableViewport {
     std::vector<Heights> sections;
 };
 
+/// Something on a page that the keyboard and assistive tools reach by what a touch would do.
+using ElementSnapshot = platform::UIAccessibilityElement;
+
 struct PageSnapshot {
     std::uint64_t id = 0; ///< tells pages apart, never used twice in a process
     std::string className;
@@ -92,6 +126,8 @@ struct PageSnapshot {
     std::vector<RowSnapshot> rows;
     std::shared_ptr<const ViewSnapshot> view;   ///< of a page that hosts a view, when it has one
     std::shared_ptr<const TableSnapshot> table; ///< the table in that view, when it has one
+    std::shared_ptr<const TextSnapshot> text;   ///< the text view in that view, when it has one
+    std::vector<ElementSnapshot> elements;      ///< of that view, back to front; frames are on the page
     bool hostsView = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "platform/preferences/PSListItemsController.h"
 #include "platform/preferences/PSTextFieldSpecifier.h"
+#include "platform/ui/UITextView.h"
 
 #include <cxxabi.h>
 
@@ -77,17 +78,20 @@ std::string classNameOf(const UIView& view) {
     return colons == std::string::npos ? name : name.substr(colons + 2);
 }
 
-UITableView* tableIn(UIView& view) {
+/// The first of that class in a view that is seen.
+template<class Kind>
+Kind* firstIn(UIView& view) {
     if (view.isHidden()) return nullptr;
-    if (auto* table = dynamic_cast<UITableView*>(&view)) return table;
+    if (auto* found = dynamic_cast<Kind*>(&view)) return found;
     for (const auto& subview : view.subviews())
-        if (UITableView* table = tableIn(*subview)) return table;
+        if (Kind* found = firstIn<Kind>(*subview)) return found;
     return nullptr;
 }
 
-/// The frame of a view, in the coordinates of the page that shows it.
-CGRect frameOnPage(const UIView& view) {
-    CGRect frame = view.frame();
+/// A rectangle of a view's own, in the coordinates of the page that shows the view.
+CGRect onPage(CGRect frame, const UIView& view) {
+    frame.origin.x += view.frame().origin.x;
+    frame.origin.y += view.frame().origin.y;
     for (const UIView* parent = view.superview(); parent; parent = parent->superview()) {
         frame.origin.x += parent->frame().origin.x;
         frame.origin.y += parent->frame().origin.y;
@@ -98,6 +102,7 @@ CGRect frameOnPage(const UIView& view) {
 CellSnapshot snapshotOf(UITableView& table, NSIndexPath path, UITableViewCell& cell) {
     CellSnapshot shown;
     shown.title = cell.textLabel().text();
+    shown.marked = cell.accessoryType() == UITableViewCellAccessoryCheckmark;
     shown.identifier = cell.detailTextLabel().text();
     shown.image = cell.imageView().image();
     shown.movable = table.canMoveRow(path);
@@ -108,7 +113,7 @@ TableSnapshot snapshotOf(UITableView& table) {
     table.layoutIfNeeded();
     TableSnapshot shown;
     shown.id = table.id();
-    shown.frame = frameOnPage(table);
+    shown.frame = onPage(table.bounds(), table);
     for (const UITableView::Section& section : table.sections())
         shown.sections.push_back({section.header,
                                   section.footer,
@@ -126,6 +131,40 @@ TableSnapshot snapshotOf(UITableView& table) {
     return shown;
 }
 
+TextSnapshot snapshotOf(const UITextView& view) {
+    return {view.id(), onPage(view.bounds(), view), view.text(), view.font(), view.isSelectable()};
+}
+
+void addElements(std::vector<ElementSnapshot>& elements, const UIView& view) {
+    if (view.isHidden()) return;
+    for (UIAccessibilityElement& element : view.accessibilityElements()) {
+        element.frame = onPage(element.frame, view);
+        elements.push_back(std::move(element));
+    }
+    for (const auto& subview : view.subviews())
+        addElements(elements, *subview);
+}
+
+ViewSnapshot pictureOf(const UIView& view) {
+    const auto* picture = dynamic_cast<const UIImageView*>(&view);
+    ViewSnapshot shown{
+        classNameOf(view), view.frame(), view.layer(), picture ? picture->image() : nullptr, view.drawing(), {}};
+    for (const auto& subview : view.subviews())
+        if (!subview->isHidden()) shown.subviews.push_back(pictureOf(*subview));
+    return shown;
+}
+
+/// What is seen of a page that hosts a view.
+void addView(PageSnapshot& shown, UIView& view) {
+    if (view.isHidden()) return;
+    shown.view = std::make_shared<const ViewSnapshot>(settings::snapshotOf(view));
+    if (auto* table = firstIn<UITableView>(view))
+        shown.table = std::make_shared<const TableSnapshot>(snapshotOf(*table));
+    if (const auto* text = firstIn<UITextView>(view))
+        shown.text = std::make_shared<const TextSnapshot>(snapshotOf(*text));
+    addElements(shown.elements, view);
+}
+
 } // namespace
 
 PageSnapshot snapshotOf(PSListController& page, const std::string& className, std::uint64_t id) {
@@ -135,9 +174,7 @@ PageSnapshot snapshotOf(PSListController& page, const std::string& className, st
     shown.title = titleOf(page);
     shown.hostsView = page.hostsView();
     if (page.hostsView()) {
-        if (page.view() && !page.view()->isHidden())
-            shown.view = std::make_shared<const ViewSnapshot>(snapshotOf(*page.view()));
-        if (UITableView* table = tableOf(page)) shown.table = std::make_shared<const TableSnapshot>(snapshotOf(*table));
+        if (page.view()) addView(shown, *page.view());
         return shown;
     }
     if (const PSSpecifierList rows = page.specifiers()) {
@@ -152,14 +189,13 @@ RowSnapshot snapshotOf(PSListController& page, std::size_t row) {
 }
 
 UITableView* tableOf(const PSListController& page) {
-    return page.hostsView() && page.view() ? tableIn(*page.view()) : nullptr;
+    return page.hostsView() && page.view() ? firstIn<UITableView>(*page.view()) : nullptr;
 }
 
-ViewSnapshot snapshotOf(const UIView& view) {
-    ViewSnapshot shown{classNameOf(view), view.frame(), view.backgroundColor(), {}};
-    for (const auto& subview : view.subviews())
-        if (!subview->isHidden()) shown.subviews.push_back(snapshotOf(*subview));
-    return shown;
+ViewSnapshot snapshotOf(UIView& view) {
+    view.layoutIfNeeded();
+    view.displayIfNeeded();
+    return pictureOf(view);
 }
 
 } // namespace settings

@@ -18,7 +18,7 @@ namespace settings {
 /// The table that a page's view is or holds, the first of them; null for none. Main thread.
 [[nodiscard]] platform::UITableView* tableOf(const platform::PSListController& page);
 
-/// The picture of a view and of all that is seen in it. Main thread.
-[[nodiscard]] ViewSnapshot snapshotOf(const platform::UIView& view);
+/// The picture of a view and of all that is seen in it, which lays itself out and draws first. Main thread.
+[[nodiscard]] ViewSnapshot snapshotOf(platform::UIView& view);
 
 } // namespace settings

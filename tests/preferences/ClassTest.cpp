@@ -1,6 +1,7 @@
 #include "platform/foundation/Class.h"
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/preferences/PSListController.h"
+#include "platform/ui/UIView.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 #include "platform/preferences/PSListController.h"
+#include "platform/ui/UIView.h"
 
 #include <gtest/gtest.h>
 

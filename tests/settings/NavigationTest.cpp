@@ -202,7 +202,7 @@ TEST_F(NavigationTest, ShowsAHostedViewInTheContentAreaWithoutItsHiddenViews) {
     ASSERT_TRUE(top().view);
     EXPECT_EQ(top().view->className, "HostedView");
     EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 320, 500));
-    EXPECT_EQ(top().view->backgroundColor, UIColor::whiteColor());
+    EXPECT_EQ(top().view->layer.backgroundColor, UIColor::whiteColor());
     ASSERT_EQ(top().view->subviews.size(), 1u);
     EXPECT_EQ(top().view->subviews[0].frame, CGRectMake(1, 2, 3, 4));
 }

@@ -76,7 +76,7 @@ TEST(RowsDocument, NamesTheViewOfAPageThatHostsOne) {
     page.className = "FontPage";
     page.hostsView = true;
     EXPECT_EQ(rowsDocument(page), Value(Dictionary{{"page", "FontPage"}, {"view", Value()}, {"sections", List{}}}));
-    page.view = std::make_shared<const ViewSnapshot>(ViewSnapshot{"FontView", {}, nullptr, {}});
+    page.view = std::make_shared<const ViewSnapshot>(ViewSnapshot{"FontView", {}, {}});
     EXPECT_EQ(rowsDocument(page)["view"], Value("FontView"));
 }
 
@@ -84,7 +84,7 @@ TEST(RowsDocument, ListsTheSectionsOfATableWithTheirRows) {
     PageSnapshot page;
     page.className = "ListPage";
     page.hostsView = true;
-    page.view = std::make_shared<const ViewSnapshot>(ViewSnapshot{"ListView", {}, nullptr, {}});
+    page.view = std::make_shared<const ViewSnapshot>(ViewSnapshot{"ListView", {}, {}});
     TableSnapshot table;
     table.sections.push_back(
         {"Enabled",

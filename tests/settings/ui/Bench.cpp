@@ -219,6 +219,12 @@ void Bench::rowMoved(std::uint64_t /*page*/, platform::NSIndexPath from, platfor
     });
 }
 
+void Bench::tableRowTapped(std::uint64_t /*page*/, platform::NSIndexPath /*path*/) {
+}
+
+void Bench::touched(std::uint64_t /*page*/, const std::vector<platform::UITouchRouter::Point>& /*points*/) {
+}
+
 void Bench::tableScrolled(std::uint64_t /*page*/, const settings::TableViewport& viewport) {
     viewport_ = viewport;
     QVariantList headers;
@@ -269,7 +275,7 @@ std::shared_ptr<const settings::PageSnapshot> Bench::tableSnapshot() const {
     page->title = "Bench";
     page->hostsView = true;
     page->view = std::make_shared<const settings::ViewSnapshot>(
-        settings::ViewSnapshot{"View", platform::CGRectMake(0, 0, 390, kTableHeight), ground_, {}});
+        settings::ViewSnapshot{"View", platform::CGRectMake(0, 0, 390, kTableHeight), {.backgroundColor = ground_}});
     page->table = std::make_shared<const settings::TableSnapshot>(std::move(table));
     return page;
 }

@@ -62,6 +62,8 @@ class Bench : public QObject, private settings::Events {
                       std::function<void()> taken) override;
     void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
                   std::function<void()> taken) override;
+    void tableRowTapped(std::uint64_t page, platform::NSIndexPath path) override;
+    void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points) override;
     void tableScrolled(std::uint64_t page, const settings::TableViewport& viewport) override;
     std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantList& rows);
     std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;

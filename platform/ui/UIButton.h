@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/ui/UIView.h"
+
+#include <functional>
+#include <utility>
+#include <vector>
+
+namespace platform {
+
+/// What happens to a control; the platform's numbers, added up.
+enum UIControlEvents : unsigned { UIControlEventTouchUpInside = 64 };
+
+/// A rectangle that is pressed. It has no look of its own but its layer's. Main thread.
+class PLATFORM_EXPORT UIButton final : public UIView {
+  public:
+    /// Calls an operation of the target, with the button, when the event happens. The target is not owned: it outlives
+    /// the button, or is a view that the button is in.
+    template<class Target>
+    void addTarget(Target& target, void (Target::*action)(UIButton& sender), unsigned controlEvents) {
+        actions_.push_back({controlEvents, [&target, action](UIButton& sender) { (target.*action)(sender); }});
+    }
+
+    void touchesBegan(const UITouches& touches, const UIEvent& event) override;
+    void touchesMoved(const UITouches& touches, const UIEvent& event) override;
+    /// A touch that ends where the button is has pressed it; one that ends elsewhere has not.
+    void touchesEnded(const UITouches& touches, const UIEvent& event) override;
+    void touchesCancelled(const UITouches& touches, const UIEvent& event) override;
+
+    [[nodiscard]] std::vector<UIAccessibilityElement> accessibilityElements() const override;
+
+  private:
+    struct Action {
+        unsigned events;
+        std::function<void(UIButton& sender)> perform;
+    };
+    std::vector<Action> actions_;
+};
+
+} // namespace platform

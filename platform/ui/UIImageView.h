@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/ui/UIImage.h"
+#include "platform/ui/UIView.h"
+
+namespace platform {
+
+/// A picture, stretched over the whole view. Touches go through it to the view that it is in. Main thread.
+class PLATFORM_EXPORT UIImageView final : public UIView {
+  public:
+    UIImageView() { setUserInteractionEnabled(false); }
+
+    /// As large as the picture.
+    bool initWithImage(UIImageRef image);
+
+    /// Null is nothing.
+    [[nodiscard]] const UIImageRef& image() const { return image_; }
+    void setImage(UIImageRef image) { image_ = std::move(image); }
+
+  private:
+    UIImageRef image_;
+};
+
+} // namespace platform

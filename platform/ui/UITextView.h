@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/ui/UIFont.h"
+#include "platform/ui/UIView.h"
+
+#include <cstdint>
+#include <string>
+
+namespace platform {
+
+/// A text of many lines that scrolls when it is higher than the view. Main thread.
+class PLATFORM_EXPORT UITextView final : public UIView {
+  public:
+    [[nodiscard]] const std::string& text() const { return text_; }
+    void setText(std::string text) { text_ = std::move(text); }
+
+    /// Never null; at first the system's font at 12.0 points.
+    [[nodiscard]] const UIFontRef& font() const { return font_; }
+    void setFont(UIFontRef font) {
+        if (font) font_ = std::move(font);
+    }
+
+    [[nodiscard]] bool isEditable() const { return editable_; }
+    void setEditable(bool editable) { editable_ = editable; }
+    [[nodiscard]] bool isSelectable() const { return selectable_; }
+    void setSelectable(bool selectable) { selectable_ = selectable; }
+
+    /// Tells text views apart, never used twice in a process.
+    [[nodiscard]] std::uint64_t id() const { return id_; }
+
+  private:
+    static std::uint64_t nextId();
+
+    const std::uint64_t id_ = nextId();
+    std::string text_;
+    UIFontRef font_ = UIFont::systemFontOfSize(12.0);
+    bool editable_ = true;
+    bool selectable_ = true;
+};
+
+} // namespace platform
