@@ -1,9 +1,9 @@
 // Bytes made to cost their reader dearly.
 
-#include "Allocations.h"
 #include "RawArchive.h"
 
 #include "platform/foundation/NSKeyedArchiver.h"
+#include "tests/support/Allocations.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Allocations.h"
+#include "tests/support/Allocations.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -8,11 +8,12 @@ namespace {
 
 std::atomic<std::size_t> allocationCount{0};
 std::atomic<std::size_t> allocationBytes{0};
+std::atomic<std::size_t> freedCount{0};
 
 } // namespace
 
 Allocations Allocations::now() {
-    return {allocationCount.load(), allocationBytes.load()};
+    return {allocationCount.load(), allocationBytes.load(), freedCount.load()};
 }
 
 // NOLINTBEGIN(cppcoreguidelines-no-malloc,misc-new-delete-overloads): these are the allocator
@@ -28,10 +29,11 @@ void* operator new(std::size_t size) {
 }
 
 void operator delete(void* memory) noexcept {
+    if (memory) freedCount.fetch_add(1, std::memory_order_relaxed);
     std::free(memory);
 }
 
 void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    std::free(memory);
+    operator delete(memory);
 }
 // NOLINTEND(cppcoreguidelines-no-malloc,misc-new-delete-overloads)

@@ -10,9 +10,10 @@
 struct Allocations {
     std::size_t count = 0;
     std::size_t bytes = 0;
+    std::size_t freed = 0; ///< how many were given back
 
     [[nodiscard]] static Allocations now();
     friend Allocations operator-(const Allocations& a, const Allocations& b) {
-        return {a.count - b.count, a.bytes - b.bytes};
+        return {a.count - b.count, a.bytes - b.bytes, a.freed - b.freed};
     }
 };

@@ -1,0 +1,113 @@
+#include "settings/host/Navigation.h"
+
+#include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/NSBundle.h"
+#include "platform/messaging/Dispatch.h"
+#include "platform/preferences/PSSpecifier.h"
+#include "tests/pages/RecordingTweak.h"
+#include "tests/support/Allocations.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <iterator>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace settings;
+using testing::IsSupersetOf;
+
+/// The pages of the real bundle, with the samples of the device root that the build makes.
+class TreeTest : public testing::Test {
+  protected:
+    TreeTest() {
+        tests::RecordingTweak::shared();
+        platform::setDeviceRoot(LUMORA_TEST_ROOT);
+        const auto bundle =
+            platform::NSBundle::bundleWithPath(LUMORA_TEST_ROOT "/Library/PreferenceBundles/Lumora.bundle");
+        EXPECT_TRUE(bundle && bundle->load());
+        EXPECT_TRUE(navigation.open(bundle->principalClass(), "Lumora"));
+    }
+
+    const PageSnapshot& top() const { return *shown.pages.back(); }
+    /// The rows of the page on top that open another one.
+    std::vector<std::size_t> links() const {
+        std::vector<std::size_t> found;
+        for (std::size_t row = 0; row < top().rows.size(); ++row)
+            if (!top().rows[row].detail.empty()) found.push_back(row);
+        return found;
+    }
+    /// Opens every page that can be reached from the one on top, calls back with each, and goes back.
+    void visit(const std::function<void()>& opened) {
+        for (const std::size_t row : links()) {
+            const std::string name = top().rows[row].name;
+            const std::string detail = top().rows[row].detail;
+            const std::size_t depth = shown.pages.size();
+            navigation.rowTapped(top().id, row);
+            ASSERT_EQ(shown.pages.size(), depth + 1) << name << " opens nothing";
+            EXPECT_EQ(top().className, detail);
+            opened();
+            visit(opened);
+            navigation.back(top().id);
+            ASSERT_EQ(shown.pages.size(), depth);
+        }
+    }
+
+    StackSnapshot shown;
+    Navigation navigation{[this](StackSnapshot stack) { shown = std::move(stack); }};
+};
+
+std::size_t entriesIn(const char* folder) {
+    return std::size_t(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
+
+/// What a process holds that could grow.
+struct Holdings {
+    std::size_t descriptors;
+    std::size_t objects; ///< blocks from the allocator that are in use
+};
+
+Holdings holdings() {
+    while (!platform::dispatch_wait_until_idle(std::chrono::seconds(1)))
+        ;
+    const Allocations all = Allocations::now();
+    return {entriesIn("/proc/self/fd"), all.count - all.freed};
+}
+
+TEST_F(TreeTest, OpensEveryLinkOfEveryPage) {
+    std::set<std::string> classes{top().className};
+    visit([&] {
+        classes.insert(top().className);
+        EXPECT_NE(top().title, "") << top().className;
+        EXPECT_TRUE(!top().rows.empty() || top().view) << top().className << " shows nothing";
+    });
+    EXPECT_THAT(classes, IsSupersetOf({"LumoraPreferences", "AppsController", "AppsListController",
+                                       "AutoUnlockController", "AUAppsListController", "PluginsListController",
+                                       "PluginsListViewController", "LSSettingsController", "LSPasscodeSettings",
+                                       "ColorPickerController", "LSDateViewSettings", "FontViewController",
+                                       "ChangeLogController", "PSListItemsController"}));
+}
+
+TEST_F(TreeTest, LeavesNothingBehindOfAThousandOpenedAndClosedPages) {
+    const auto openPages = [this](int count) {
+        for (int opened = 0; opened < count;)
+            visit([&] { ++opened; });
+    };
+    openPages(200); // whatever is kept for good has been made by then
+    const Holdings before = holdings();
+    openPages(1000);
+    const Holdings after = holdings();
+    std::printf("descriptors %zu, then %zu; objects %zu, then %zu\n", before.descriptors, after.descriptors,
+                before.objects, after.objects);
+    EXPECT_LE(after.descriptors, before.descriptors);
+    EXPECT_LE(after.objects, before.objects + 100) << "not even one for each page";
+    EXPECT_EQ(shown.pages.size(), 1U);
+}
+
+} // namespace
