@@ -1,0 +1,190 @@
+#!/usr/bin/python3
+"""The colour page in the real window: what a drag, a theme, a key and an assistive tool send, message by message.
+
+    dbus-run-session -- colors_test.py [-v] BINARIES DEVICE_ROOT
+
+Needs what lists_test.py needs.
+"""
+import ctypes
+import sys
+import unittest
+
+import pyatspi
+
+from lists_test import Spoken
+from programs_test import HEIGHT, WIDTH, eventually
+from recording_tweak import RecordingTweak
+
+BAR = 52  # the navigation bar, above the page
+# In the window, at its first size: the picker fills the page from 75 points below its top to the strip of themes.
+FIELD = (20, BAR + 75 + 20, WIDTH - 40, HEIGHT - BAR - 75 - 60 - 90)
+BRIGHTNESS = (20, HEIGHT - 60 - 50, WIDTH - 40, 30)
+THEMES = [(0.5, 1.0), (0.61, 0.75), (0.72, 0.95), (0.28, 0.78), (0.16, 1.0), (0.0, 1.0), (0.88, 0.73)]
+
+
+def near(colour, **components):
+    return all(abs(colour[name] - value) < 1e-6 for name, value in components.items())
+
+
+class Pixels:
+    """Reads the colours of the screen."""
+
+    def __init__(self, display):
+        self.x11 = ctypes.CDLL("libX11.so.6")
+        for name in ("XOpenDisplay", "XGetImage", "XDefaultRootWindow", "XGetPixel"):
+            getattr(self.x11, name).restype = ctypes.c_void_p
+        self.x11.XGetPixel.restype = ctypes.c_ulong
+        self.display = ctypes.c_void_p(self.x11.XOpenDisplay(display.encode()))
+        self.root = ctypes.c_void_p(self.x11.XDefaultRootWindow(self.display))
+
+    def at(self, x, y):
+        image = ctypes.c_void_p(self.x11.XGetImage(self.display, self.root, x, y, 1, 1, ctypes.c_ulong(2**32 - 1), 2))
+        pixel = self.x11.XGetPixel(image, 0, 0)
+        self.x11.XDestroyImage(image)
+        return pixel >> 16 & 255, pixel >> 8 & 255, pixel & 255
+
+    def close(self):
+        self.x11.XCloseDisplay(self.display)
+
+
+class ColorsTest(Spoken):
+    def setUp(self):
+        super().setUp()
+        self.pixels = Pixels(self.display.name)
+        self.addCleanup(self.pixels.close)
+
+    def start_tweak(self):
+        """Each test has one that remembers what it is sent."""
+
+    def open_page(self, colour):
+        self.tweak = RecordingTweak(self.environment["LUMORA_PORTS"], {"kLSBlurColor": colour} if colour else {})
+        self.addCleanup(self.tweak.__exit__)
+        self.xdotool("mousemove", "1200", "1000")
+        window = self.open_window("--page", "ColorPickerController")
+        eventually(lambda: "Brightness" in self.sliders(window), "the colour control")
+        return window
+
+    def sliders(self, window):
+        return self.spoken(window, pyatspi.ROLE_SLIDER)
+
+    def colours(self):
+        changes = list(self.tweak.changes)
+        self.assertEqual({key for key, _ in changes} - {"kLSBlurColor"}, set())
+        for _, colour in changes:
+            self.assertEqual(list(colour), ["h", "s", "b"])
+            self.assertTrue(all(type(component) is float for component in colour.values()), colour)
+        return [colour for _, colour in changes]
+
+    def wait_for(self, count):
+        eventually(lambda: len(self.tweak.changes) >= count, f"{count} messages")
+        return self.colours()
+
+    @staticmethod
+    def in_field(x, y):
+        """Hue and saturation at a point of the window."""
+        left, top, width, height = FIELD
+        return (x - left) / width, 1 - (y - top) / height
+
+    def tap_theme(self, window, index):
+        self.tap(window, round((index + 0.5) * WIDTH / 7), HEIGHT - 30)
+
+    def test_sends_each_colour_of_a_slow_drag_across_the_field_exactly_once(self):
+        self.open_page({"h": 0.0, "s": 0.0, "b": 1.0})
+        path = [(FIELD[0] + 10 * step, FIELD[1] + 7 * step) for step in range(30)]
+        self.xdotool("mousemove", *map(str, path[0]), "mousedown", "1")
+        self.wait_for(1)
+        for count, (x, y) in enumerate(path[1:], 2):
+            self.xdotool("mousemove", str(x), str(y))
+            self.wait_for(count)
+        self.xdotool("mouseup", "1")
+        self.assertEqual([(colour["h"], colour["s"]) for colour in self.colours()],
+                         [self.in_field(x, y) for x, y in path])
+        self.assertEqual({colour["b"] for colour in self.colours()}, {1.0})
+
+    def test_sends_no_colour_of_a_fast_drag_twice(self):
+        self.open_page({"h": 0.0, "s": 0.0, "b": 1.0})
+        path = [(FIELD[0] + step, FIELD[1] + step) for step in range(1, FIELD[2])]
+        moves = [word for x, y in path for word in ("mousemove", str(x), str(y))]
+        self.xdotool(*moves[:3], "mousedown", "1", *moves[3:], "mouseup", "1")
+        last = self.in_field(*path[-1])
+        eventually(lambda: last in [(colour["h"], colour["s"]) for colour in self.colours()], "the last colour")
+        self.xdotool("mousemove", "1200", "1000")
+        places = [self.in_field(x, y) for x, y in path]
+        # The one place that matters to those who come later: nothing is under way any more.
+        self.tap_theme(None, 0)
+        eventually(lambda: any(near(colour, h=0.5, s=1.0) for colour in self.colours()[-4:]), "the theme")
+        seen = [places.index(place) for place in [(colour["h"], colour["s"]) for colour in self.colours()]
+                if place in places]
+        self.assertEqual(len(seen), len(set(seen)), "a colour came twice")
+        self.assertIn(0, seen)
+        overtaken = sum(1 for one, next_one in zip(seen, seen[1:]) if next_one < one)
+        print(f"{len(seen)} messages of {len(path)} moves; {overtaken} times one overtook another", file=sys.stderr)
+
+    def test_sends_nothing_for_moves_outside_of_the_field_and_the_bar(self):
+        self.open_page({"h": 0.5, "s": 0.5, "b": 1.0})
+        left, top, width, height = FIELD
+        self.xdotool("mousemove", str(left + 5), str(top + height - 5), "mousedown", "1")
+        self.wait_for(1)
+        for x, y in ((left + 5, top + height), (left + 5, top + height + 10), (5, top + height + 19), (2, top + 50)):
+            self.xdotool("mousemove", str(x), str(y))
+        self.xdotool("mousemove", str(left + 6), str(top + 50), "mouseup", "1")
+        self.assertEqual([(colour["h"], colour["s"]) for colour in self.wait_for(2)],
+                         [self.in_field(left + 5, top + height - 5), self.in_field(left + 6, top + 50)])
+
+    def test_sets_brightness_in_the_bar(self):
+        self.open_page({"h": 0.25, "s": 0.5, "b": 1.0})
+        left, top, width, height = BRIGHTNESS
+        self.xdotool("mousemove", str(left), str(top + 15), "mousedown", "1", "mouseup", "1")  # it is 1 already
+        self.xdotool("mousemove", str(left + width // 2), str(top), "mousedown", "1", "mouseup", "1")
+        self.assertEqual(self.wait_for(1), [{"h": 0.25, "s": 0.5, "b": 0.5}])
+
+    def test_sends_one_message_for_a_theme_that_is_tapped_twice(self):
+        window = self.open_page({"h": 0.0, "s": 0.0, "b": 1.0})
+        self.tap_theme(window, 1)
+        self.wait_for(1)
+        self.tap_theme(window, 1)
+        self.tap_theme(window, 6)
+        self.wait_for(2)
+        self.tap_theme(window, 6)
+        self.tap_theme(window, 4)
+        colours = self.wait_for(3)
+        self.assertEqual(len(colours), 3)
+        for colour, index in zip(colours, (1, 6, 4)):
+            self.assertTrue(near(colour, h=THEMES[index][0], s=THEMES[index][1]), colours)
+        self.assertEqual([round(colour["b"], 6) for colour in colours], [1.0, 0.94, 1.0],
+                         "each theme with the brightness that was current before")
+
+    def test_stores_the_old_brightness_with_a_theme_and_previews_the_theme_in_full(self):
+        window = self.open_page({"h": 0.5, "s": 1.0, "b": 1.0})
+        eventually(lambda: self.pixels.at(WIDTH // 2, BAR + 10) == (0, 255, 255), "the preview of what is stored")
+        self.tap_theme(window, 5)
+        self.assertEqual(self.wait_for(1), [{"h": 0.0, "s": 1.0, "b": 1.0}])
+        eventually(lambda: self.pixels.at(WIDTH // 2, BAR + 10) == (176, 0, 0), "the dark red preview")
+
+    def test_opens_on_black_with_nothing_stored(self):
+        window = self.open_page(None)
+        eventually(lambda: self.pixels.at(WIDTH // 2, BAR + 10) == (0, 0, 0), "the black preview")
+        self.assertEqual([self.sliders(window)[name].queryValue().currentValue
+                          for name in ("Hue", "Saturation", "Brightness")], [0, 0, 0])
+        self.assertEqual(self.colours(), [])
+
+    def test_moves_the_marks_by_keyboard(self):
+        window = self.open_page({"h": 0.5, "s": 0.5, "b": 0.5})
+        self.sliders(window)["Hue"].queryComponent().grabFocus()
+        for count, key in enumerate(("Right", "shift+Left", "Up", "shift+Down"), 1):
+            self.xdotool("key", "--window", window.id, key)
+            self.wait_for(count)
+        colours = self.colours()
+        for colour, (h, s) in zip(colours, ((0.51, 0.5), (0.41, 0.5), (0.41, 0.51), (0.41, 0.41))):
+            self.assertTrue(near(colour, h=h, s=s, b=0.5), colours)
+
+    def test_takes_a_value_from_an_assistive_tool(self):
+        window = self.open_page({"h": 0.5, "s": 0.5, "b": 0.5})
+        self.sliders(window)["Brightness"].queryValue().currentValue = 0.75
+        self.assertTrue(near(self.wait_for(1)[0], h=0.5, s=0.5, b=0.75), self.colours())
+        self.sliders(window)["Saturation"].queryValue().currentValue = 0.25
+        self.assertTrue(near(self.wait_for(2)[1], h=0.5, s=0.25, b=0.75), self.colours())
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
