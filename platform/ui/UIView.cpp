@@ -60,7 +60,8 @@ void UIView::setFrame(const CGRect& frame) {
     if (before == frame.size) return;
     setNeedsLayout();
     for (const auto& view : subviews_)
-        view->setFrame(autoresized(view->frame(), view->autoresizingMask_, before, frame.size));
+        if (view->autoresizingMask_ != UIViewAutoresizingNone)
+            view->setFrame(autoresized(view->frame(), view->autoresizingMask_, before, frame.size));
 }
 
 void UIView::setCenter(CGPoint center) {

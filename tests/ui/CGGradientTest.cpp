@@ -1,0 +1,56 @@
+#include "platform/ui/CGContext.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace {
+
+using platform::CGContext;
+using platform::CGGradientCreateWithColorComponents;
+using Stop = platform::CGGradient::Stop;
+
+TEST(CGGradient, WithoutLocationsHasItsStopsEvenlyFromZeroToOne) {
+    const auto three = CGGradientCreateWithColorComponents({1, 0, 0, 1, 0, 1, 0, 0.5, 0, 0, 1, 0});
+    ASSERT_NE(three, nullptr);
+    EXPECT_EQ(three->stops(), (std::vector{Stop{0, 1, 0, 0, 1}, Stop{0.5, 0, 1, 0, 0.5}, Stop{1, 0, 0, 1, 0}}));
+    EXPECT_EQ(CGGradientCreateWithColorComponents({1, 0, 0, 1})->stops(), (std::vector{Stop{0, 1, 0, 0, 1}}));
+}
+
+TEST(CGGradient, HasItsStopsWhereItIsTold) {
+    const auto gradient = CGGradientCreateWithColorComponents({1, 0, 0, 1, 0, 1, 0, 1}, {0.25, 0.5});
+    ASSERT_NE(gradient, nullptr);
+    EXPECT_EQ(gradient->stops(), (std::vector{Stop{0.25, 1, 0, 0, 1}, Stop{0.5, 0, 1, 0, 1}}));
+}
+
+TEST(CGGradient, IsNoneWhenTheNumbersDoNotFit) {
+    EXPECT_EQ(CGGradientCreateWithColorComponents({}), nullptr);
+    EXPECT_EQ(CGGradientCreateWithColorComponents({1, 0, 0}), nullptr);
+    EXPECT_EQ(CGGradientCreateWithColorComponents({1, 0, 0, 1, 0}), nullptr);
+    EXPECT_EQ(CGGradientCreateWithColorComponents({1, 0, 0, 1}, {0, 1}), nullptr);
+}
+
+TEST(CGContext, KeepsWhatIsDrawnInOrderAndNoGradientThatIsNone) {
+    const auto gradient = CGGradientCreateWithColorComponents({1, 0, 0, 1});
+    CGContext context({10, 20});
+    context.saveGState();
+    context.clipToRect(platform::CGRectMake(1, 2, 3, 4));
+    context.drawLinearGradient(gradient, {0, 0}, {10, 0}, 3);
+    context.drawLinearGradient(nullptr, {0, 0}, {10, 0}, 0);
+    context.restoreGState();
+    const platform::CGDrawing drawing = std::move(context).take();
+    EXPECT_EQ(drawing.size, (platform::CGSize{10, 20}));
+    ASSERT_EQ(drawing.steps.size(), 4U);
+    EXPECT_TRUE(std::holds_alternative<platform::CGDrawing::SaveState>(drawing.steps[0]));
+    EXPECT_EQ(std::get<platform::CGDrawing::Clip>(drawing.steps[1]).rect, platform::CGRectMake(1, 2, 3, 4));
+    const auto& drawn = std::get<platform::CGDrawing::LinearGradient>(drawing.steps[2]);
+    EXPECT_EQ(drawn.gradient, gradient);
+    EXPECT_EQ(drawn.start, (platform::CGPoint{0, 0}));
+    EXPECT_EQ(drawn.end, (platform::CGPoint{10, 0}));
+    EXPECT_EQ(drawn.options, 3U);
+    EXPECT_TRUE(std::holds_alternative<platform::CGDrawing::RestoreState>(drawing.steps[3]));
+}
+
+} // namespace

@@ -1,0 +1,93 @@
+#include "platform/ui/UIButton.h"
+#include "platform/ui/UITouch.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace {
+
+using platform::CGPoint;
+using platform::CGRectMake;
+using platform::make;
+using platform::UIButton;
+using platform::UIControlEventTouchUpInside;
+using platform::UITouchPhase;
+
+struct Target : platform::UIView {
+    std::vector<int> pressed; ///< tags
+    int touches = 0;
+
+    void press(UIButton& sender) { pressed.push_back(sender.tag()); }
+    void touchesBegan(const platform::UITouches& /*touches*/, const platform::UIEvent& /*event*/) override {
+        ++touches;
+    }
+    void touchesMoved(const platform::UITouches& /*touches*/, const platform::UIEvent& /*event*/) override {
+        ++touches;
+    }
+    void touchesEnded(const platform::UITouches& /*touches*/, const platform::UIEvent& /*event*/) override {
+        ++touches;
+    }
+    void touchesCancelled(const platform::UITouches& /*touches*/, const platform::UIEvent& /*event*/) override {
+        ++touches;
+    }
+};
+
+struct Buttons : testing::Test {
+    std::shared_ptr<Target> target = make<Target>(CGRectMake(0, 0, 100, 100));
+    std::shared_ptr<UIButton> button = make<UIButton>(CGRectMake(10, 10, 20, 20));
+    platform::UITouchRouter router;
+    Buttons() {
+        button->setTag(5);
+        button->addTarget(*target, &Target::press, UIControlEventTouchUpInside);
+        target->addSubview(button);
+    }
+    void touch(UITouchPhase phase, CGPoint point, int finger = 1) { router.send(target, {{finger, phase, point}}); }
+};
+
+TEST_F(Buttons, ArePressedByATouchThatEndsInside) {
+    touch(UITouchPhase::began, {10, 10});
+    touch(UITouchPhase::moved, {90, 90});
+    EXPECT_TRUE(target->pressed.empty());
+    touch(UITouchPhase::ended, {29, 29});
+    EXPECT_EQ(target->pressed, std::vector{5});
+}
+
+TEST_F(Buttons, AreNotPressedByATouchThatEndsOutside) {
+    for (const CGPoint end : {CGPoint{30, 15}, CGPoint{15, 30}, CGPoint{9, 15}, CGPoint{15, 9}}) {
+        touch(UITouchPhase::began, {15, 15});
+        touch(UITouchPhase::ended, end);
+    }
+    EXPECT_TRUE(target->pressed.empty());
+}
+
+TEST_F(Buttons, AreNotPressedByATouchThatIsCancelledOrBeganElsewhere) {
+    touch(UITouchPhase::began, {15, 15});
+    touch(UITouchPhase::cancelled, {15, 15});
+    touch(UITouchPhase::began, {15, 15});
+    router.cancel();
+    EXPECT_EQ(target->touches, 0) << "touches of a button are its own";
+    touch(UITouchPhase::began, {50, 50});
+    touch(UITouchPhase::ended, {15, 15});
+    EXPECT_TRUE(target->pressed.empty());
+    EXPECT_EQ(target->touches, 2);
+}
+
+TEST_F(Buttons, TellOnlyThoseWhoAskedForTheEvent) {
+    const auto other = make<Target>();
+    button->addTarget(*other, &Target::press, 1);
+    button->addTarget(*target, &Target::press, UIControlEventTouchUpInside | 1);
+    touch(UITouchPhase::began, {15, 15});
+    touch(UITouchPhase::ended, {15, 15});
+    EXPECT_EQ(target->pressed, (std::vector{5, 5}));
+    EXPECT_TRUE(other->pressed.empty());
+}
+
+TEST_F(Buttons, AreCalledByTheirLabelsByAssistiveTools) {
+    button->setAccessibilityLabel("Cyan");
+    EXPECT_EQ(button->accessibilityElements(),
+              (std::vector{platform::UIAccessibilityElement{"Cyan", CGRectMake(0, 0, 20, 20), {}}}));
+}
+
+} // namespace
