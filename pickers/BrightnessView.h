@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/ui/UIView.h"
+
+namespace lumora {
+
+/// The brightness bar of the colour control: fades from a colour at its left edge to black at its right one. Draws
+/// nothing before it is given a colour. Main thread.
+class BrightnessView final : public platform::UIView {
+  public:
+    /// Null until one is set.
+    [[nodiscard]] const platform::UIColorRef& color() const { return color_; }
+    /// The colour at full brightness, without alpha; never null. The same object again changes nothing; an equal colour
+    /// that is another object is drawn anew.
+    void setColor(platform::UIColorRef color);
+
+    /// Null until a colour is set.
+    [[nodiscard]] const platform::CGGradientRef& gradient() const { return gradient_; }
+    void drawRect(const platform::CGRect& rect) override;
+
+  private:
+    void setupGradient();
+
+    platform::CGGradientRef gradient_;
+    platform::UIColorRef color_;
+};
+
+} // namespace lumora

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/ui/CGGeometry.h"
+
+/// Where colours are: between points and components, nothing else. Points and rectangles are in one coordinate space,
+/// components are in [0, 1] where a point is in the rectangle. The rectangle is not empty. Any thread.
+namespace lumora {
+
+/// What a point of the field stands for. Hue grows from the left to the right, saturation from the bottom to the top.
+struct HueSaturation {
+    double hue = 0;
+    double saturation = 0;
+    friend bool operator==(const HueSaturation&, const HueSaturation&) = default;
+};
+
+constexpr HueSaturation hueSaturationAt(platform::CGPoint point, const platform::CGRect& field) {
+    return {(point.x - field.origin.x) / field.size.width, 1 - (point.y - field.origin.y) / field.size.height};
+}
+
+constexpr platform::CGPoint pointOf(HueSaturation color, const platform::CGRect& field) {
+    return {field.origin.x + color.hue * field.size.width, field.origin.y + (1 - color.saturation) * field.size.height};
+}
+
+/// Brightness grows from the right end of the bar to the left one, whatever the height.
+constexpr double brightnessAt(platform::CGPoint point, const platform::CGRect& bar) {
+    return 1 - (point.x - bar.origin.x) / bar.size.width;
+}
+
+/// Halfway up the bar.
+constexpr platform::CGPoint pointOf(double brightness, const platform::CGRect& bar) {
+    return {bar.origin.x + (1 - brightness) * bar.size.width, CGRectGetCenter(bar).y};
+}
+
+} // namespace lumora

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "pickers/BrightnessView.h"
+#include "platform/foundation/Value.h"
+#include "platform/ui/UIImageView.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace lumora {
+
+/// A colour control: a field of hues and saturations above a bar of brightnesses, each with a mark that follows the
+/// finger. Every change of the colour is reported to the change block, while the finger is still down.
+///
+///     auto picker = make<ColorPicker>(frame, color, [](const UIColorRef& chosen) { show(chosen); });
+///     addSubview(picker); // shows the colour, and black when there is none
+///
+/// The colour is kept as the object that was chosen last, and beside it as hue, saturation and brightness: a grey or a
+/// black has no hue of its own, yet the marks stay where the finger left them. Main thread.
+class ColorPicker final : public platform::UIView {
+  public:
+    /// Gets the colour that is stored now.
+    using DidChangeColorBlock = std::function<void(const platform::UIColorRef& color)>;
+
+    using UIView::initWithFrame;
+    /// Stores the colour as it is and reports nothing; null is allowed. The subviews are made later.
+    bool initWithFrame(const platform::CGRect& frame, platform::UIColorRef color,
+                       DidChangeColorBlock didChangeColorBlock);
+
+    /// Null only until the control is placed in a view.
+    [[nodiscard]] const platform::UIColorRef& color() const { return color_; }
+    /// Moves the marks to a colour and reports it if it differs from the stored one; null does nothing. A grey is
+    /// stored as an RGB colour without alpha.
+    ///
+    /// Kept on purpose: while the change is reported, hue and saturation are the new colour's already and brightness is
+    /// still the former one's.
+    void setColor(const platform::UIColorRef& color);
+
+    [[nodiscard]] double currentHue() const { return currentHue_; } ///< a fraction of the circle, 0 is red
+    [[nodiscard]] double currentSaturation() const { return currentSaturation_; }
+    [[nodiscard]] double currentBrightness() const { return currentBrightness_; }
+    /// {"h": hue, "s": saturation, "b": brightness} as they are now.
+    [[nodiscard]] platform::Dictionary getHSB() const;
+
+    [[nodiscard]] const DidChangeColorBlock& didChangeColorBlock() const { return didChangeColorBlock_; }
+    /// Null for none.
+    void setDidChangeColorBlock(DidChangeColorBlock block) { didChangeColorBlock_ = std::move(block); }
+
+    /// Recolours the frames of field and bar and the bar's mark. Kept on purpose: the view's own tint stays.
+    void setTintColor(platform::UIColorRef color) override;
+
+    // Each is made and put in its place when it is first asked for.
+    const std::shared_ptr<platform::UIImageView>& hueSatImage();
+    const std::shared_ptr<BrightnessView>& gradientView();
+    const std::shared_ptr<platform::UIView>& crossHairs();
+    const std::shared_ptr<platform::UIView>& brightnessIndicator();
+    void setHueSatImage(std::shared_ptr<platform::UIImageView> view) { hueSatImage_ = std::move(view); }
+    void setGradientView(std::shared_ptr<BrightnessView> view) { gradientView_ = std::move(view); }
+    void setCrossHairs(std::shared_ptr<platform::UIView> view) { crossHairs_ = std::move(view); }
+    void setBrightnessIndicator(std::shared_ptr<platform::UIView> view) { brightnessIndicator_ = std::move(view); }
+
+    void willMoveToSuperview(platform::UIView* newSuperview) override;
+    void layoutSubviews() override;
+    void touchesBegan(const platform::UITouches& touches, const platform::UIEvent& event) override;
+    void touchesMoved(const platform::UITouches& touches, const platform::UIEvent& event) override;
+    [[nodiscard]] std::vector<platform::UIAccessibilityElement> accessibilityElements() const override;
+
+  private:
+    static platform::UIColorRef _defaultTintColor();
+    [[nodiscard]] platform::CGRect fieldFrame() const;
+    [[nodiscard]] platform::CGRect barFrame() const;
+
+    /// The one place where the stored colour changes.
+    void _setColor(const platform::UIColorRef& color);
+    void _updateGradientColor();
+    void _updateCrosshairPosition();
+    void _updateBrightnessPosition();
+    void _updateHueSatWithMovement(platform::CGPoint point);
+    void _updateBrightnessWithMovement(platform::CGPoint point);
+    void dispatchTouchEvent(platform::CGPoint point);
+
+    double currentBrightness_ = 0;
+    double currentHue_ = 0;
+    double currentSaturation_ = 0;
+    DidChangeColorBlock didChangeColorBlock_;
+    platform::UIColorRef color_;
+    std::shared_ptr<BrightnessView> gradientView_;
+    std::shared_ptr<platform::UIView> brightnessIndicator_;
+    std::shared_ptr<platform::UIImageView> hueSatImage_;
+    std::shared_ptr<platform::UIView> crossHairs_;
+};
+
+} // namespace lumora

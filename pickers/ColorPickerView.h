@@ -1,0 +1,48 @@
+#pragma once
+
+#include "pickers/ColorPicker.h"
+#include "platform/ui/UIButton.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace lumora {
+
+/// Chooses the colour of the blur: a band that shows it, the colour control, and a strip of seven colours to tap. Each
+/// change is sent to the tweak at once, as {"h": …, "s": …, "b": …} under the view's identifier.
+///
+///     auto view = make<ColorPickerView>(frame);
+///     view->setIdentifier(kLSBlurColor);
+///
+/// The control's change block holds the view: whoever lets go of the view cuts that block. Main thread; making one
+/// blocks for as long as the settings take.
+class ColorPickerView final : public platform::UIView, public std::enable_shared_from_this<ColorPickerView> {
+  public:
+    bool initWithFrame(const platform::CGRect& frame) override;
+
+    [[nodiscard]] const std::shared_ptr<ColorPicker>& pickerView() const { return pickerView_; }
+    void setPickerView(std::shared_ptr<ColorPicker> view) { pickerView_ = std::move(view); }
+    [[nodiscard]] const std::shared_ptr<platform::UIView>& preview() const { return preview_; }
+    void setPreview(std::shared_ptr<platform::UIView> view) { preview_ = std::move(view); }
+    /// The preference key under which the colour is saved; to be set before the first change.
+    [[nodiscard]] const std::string& identifier() const { return identifier_; }
+    void setIdentifier(std::string identifier) { identifier_ = std::move(identifier); }
+
+    /// The colours of the strip, made anew.
+    [[nodiscard]] static std::vector<platform::UIColorRef> themes();
+    /// A tapped button of the strip, whose tag is the number of its theme.
+    void setColor(platform::UIButton& button);
+    /// Stores the control's colour and sends it to the tweak.
+    void savePreferences();
+
+  private:
+    void setupColorPickerInFrame(const platform::CGRect& frame);
+    std::shared_ptr<platform::UIView> themesView(const platform::CGRect& frame);
+
+    std::shared_ptr<ColorPicker> pickerView_;
+    std::shared_ptr<platform::UIView> preview_;
+    std::string identifier_;
+};
+
+} // namespace lumora
