@@ -23,8 +23,9 @@ class Events {
                           std::function<void()> taken) = 0;
     virtual void tableRowTapped(std::uint64_t page, platform::NSIndexPath path) = 0;
     /// Fingers, or the mouse, on the view that the page hosts, all that come at one time together; places are on the
-    /// page.
-    virtual void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points) = 0;
+    /// page. `taken` as above, and may be null.
+    virtual void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
+                         std::function<void()> taken) = 0;
     /// The page's table shows another part of itself, or its headers and footers have other heights.
     virtual void tableScrolled(std::uint64_t page, const TableViewport& viewport) = 0;
 

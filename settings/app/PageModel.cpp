@@ -2,6 +2,7 @@
 
 #include "platform/preferences/PSSpecifier.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace settings {
@@ -12,12 +13,24 @@ bool isSame(const std::shared_ptr<const ViewSnapshot>& one, const std::shared_pt
     return one && other ? *one == *other : one == other;
 }
 
+/// From the top to the bottom, in a line from the left to the right.
+std::vector<ElementSnapshot> inReadingOrder(std::vector<ElementSnapshot> elements) {
+    std::stable_sort(elements.begin(), elements.end(), [](const ElementSnapshot& one, const ElementSnapshot& other) {
+        const platform::CGPoint& first = one.frame.origin;
+        const platform::CGPoint& second = other.frame.origin;
+        return std::pair(first.y, first.x) < std::pair(second.y, second.x);
+    });
+    return elements;
+}
+
 } // namespace
 
 PageModel::PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent)
     : QObject(parent), events_(events), page_(std::move(page)) {
     makeGroups();
     readTable();
+    readText();
+    readElements();
 }
 
 QString PageModel::title() const {
@@ -33,6 +46,8 @@ void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
     if (!sameTitle) emit titleChanged();
     if (!sameView) emit viewChanged();
     readTable();
+    readText();
+    readElements();
     if (!sameRows) return makeGroups();
     for (std::size_t i = 0; i < rows_.size(); ++i)
         rows_[i]->read(page_->rows[i]);
@@ -44,6 +59,36 @@ void PageModel::readTable() {
     if (table_) table_->deleteLater();
     table_ = page_->table ? new TableModel(events_, page_->id, page_->table, this) : nullptr;
     emit tableChanged();
+}
+
+void PageModel::readText() {
+    if (text_ && page_->text && text_->id() == page_->text->id) return text_->read(page_->text);
+    if (!text_ && !page_->text) return;
+    if (text_) text_->deleteLater();
+    text_ = page_->text ? new TextModel(page_->text, this) : nullptr;
+    emit textChanged();
+}
+
+void PageModel::readElements() {
+    const std::vector<ElementSnapshot> elements = inReadingOrder(page_->elements);
+    const bool same =
+        std::equal(elements_.begin(), elements_.end(), elements.begin(), elements.end(),
+                   [](const ElementModel* model, const auto& element) { return model->isSameElement(element); });
+    if (same) {
+        for (std::size_t i = 0; i < elements.size(); ++i)
+            elements_[qsizetype(i)]->read(elements[i]);
+        return;
+    }
+    const QList<ElementModel*> former = std::exchange(elements_, {});
+    for (const ElementSnapshot& element : elements)
+        elements_.push_back(new ElementModel(events_, page_->id, element, this));
+    emit elementsChanged();
+    for (ElementModel* old : former)
+        old->deleteLater();
+}
+
+void PageModel::touch(const std::vector<platform::UITouchRouter::Point>& points) {
+    events_.touched(page_->id, points, {});
 }
 
 bool PageModel::hasSameRows(const PageSnapshot& page) const {

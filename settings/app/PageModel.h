@@ -1,7 +1,9 @@
 #pragma once
 
+#include "settings/app/ElementModel.h"
 #include "settings/app/RowModel.h"
 #include "settings/app/TableModel.h"
+#include "settings/app/TextModel.h"
 
 #include <QList>
 #include <QObject>
@@ -34,10 +36,11 @@ class GroupModel : public QObject {
     QQmlListProperty<RowModel> drawnRows() { return {this, &rows}; }
 };
 
-/// A page, as QML draws it: groups of rows, or one view that fills it and the table in that view. GUI thread.
+/// A page, as QML draws it: groups of rows, or one view that fills it, the table or text in that view, and what the
+/// keyboard reaches there. GUI thread.
 ///
 /// While the rows stay the same rows, a newer snapshot changes their values only, so that what draws them, and the
-/// keyboard focus in it, lives on.
+/// keyboard focus in it, lives on. So it is with the elements of a view.
 class PageModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -46,6 +49,8 @@ class PageModel : public QObject {
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(bool hostsView READ hostsView NOTIFY viewChanged)
     Q_PROPERTY(settings::TableModel* table READ table NOTIFY tableChanged)
+    Q_PROPERTY(settings::TextModel* text READ text NOTIFY textChanged)
+    Q_PROPERTY(QQmlListProperty<settings::ElementModel> elements READ drawnElements NOTIFY elementsChanged)
     Q_PROPERTY(QQmlListProperty<settings::GroupModel> groups READ drawnGroups NOTIFY groupsChanged)
 
   public:
@@ -55,27 +60,41 @@ class PageModel : public QObject {
     [[nodiscard]] bool hostsView() const { return page_->hostsView; }
     /// Null when the page has no table.
     [[nodiscard]] TableModel* table() const { return table_; }
+    /// Null when the page has no text.
+    [[nodiscard]] TextModel* text() const { return text_; }
+    /// In the order in which one reads.
+    [[nodiscard]] const QList<ElementModel*>& elements() const { return elements_; }
     [[nodiscard]] const PageSnapshot& snapshot() const { return *page_; }
 
     /// Takes up a newer snapshot of the same page.
     void read(std::shared_ptr<const PageSnapshot> page);
+
+    /// Fingers on the page's view, all that come at one time together; places are on the page.
+    void touch(const std::vector<platform::UITouchRouter::Point>& points);
 
   signals:
     void titleChanged();
     void groupsChanged();
     void viewChanged();
     void tableChanged();
+    void textChanged();
+    void elementsChanged();
 
   private:
     [[nodiscard]] bool hasSameRows(const PageSnapshot& page) const;
     QQmlListProperty<GroupModel> drawnGroups() { return {this, &groups_}; }
+    QQmlListProperty<ElementModel> drawnElements() { return {this, &elements_}; }
     void makeGroups();
     void readTable();
+    void readText();
+    void readElements();
     GroupModel* makeGroup(const RowSnapshot* groupRow);
 
     Events& events_;
     std::shared_ptr<const PageSnapshot> page_;
     TableModel* table_ = nullptr;
+    TextModel* text_ = nullptr;
+    QList<ElementModel*> elements_;
     QList<GroupModel*> groups_;
     std::vector<RowModel*> rows_; ///< one for each row of the snapshot, group rows included
 };

@@ -161,8 +161,9 @@ void Shell::tableRowTapped(std::uint64_t page, platform::NSIndexPath path) {
     post([page, path](Navigation& navigation) { navigation.tableRowTapped(page, path); });
 }
 
-void Shell::touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points) {
-    post([page, points](Navigation& navigation) { navigation.touched(page, points); });
+void Shell::touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
+                    std::function<void()> taken) {
+    post([page, points](Navigation& navigation) { navigation.touched(page, points); }, std::move(taken));
 }
 
 void Shell::tableScrolled(std::uint64_t page, const TableViewport& viewport) {

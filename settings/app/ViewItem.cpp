@@ -1,27 +1,10 @@
 #include "settings/app/ViewItem.h"
 
-#include <QPainter>
+#include "settings/app/ViewChange.h"
+
+#include <utility>
 
 namespace settings {
-namespace {
-
-QColor toQColor(const platform::UIColor& color) {
-    return QColor::fromRgbF(float(color.red()), float(color.green()), float(color.blue()), float(color.alpha()));
-}
-
-/// Back to front, each view in its parent's coordinates; a view does not clip what is in it.
-void draw(QPainter& painter, const ViewSnapshot& view) {
-    const platform::CGRect& frame = view.frame;
-    painter.save();
-    painter.translate(frame.origin.x, frame.origin.y);
-    if (const auto& background = view.layer.backgroundColor)
-        painter.fillRect(QRectF(0, 0, frame.size.width, frame.size.height), toQColor(*background));
-    for (const ViewSnapshot& subview : view.subviews)
-        draw(painter, subview);
-    painter.restore();
-}
-
-} // namespace
 
 void ViewItem::setPage(PageModel* page) {
     if (page_ == page) return;
@@ -34,12 +17,26 @@ void ViewItem::setPage(PageModel* page) {
 
 void ViewItem::takeView() {
     const PageModel* page = page_.data();
-    view_ = page ? page->snapshot().view : nullptr;
-    update();
+    const auto before = std::exchange(view_, page ? page->snapshot().view : nullptr);
+    const QRectF whole = boundingRect();
+    const QRectF area = (before && view_ ? changedArea(*before, *view_) : whole) & whole;
+    // An empty rectangle would mean everything, and would be forgotten for the next one that is not empty.
+    if (!area.isEmpty()) update(area.toAlignedRect().adjusted(-1, -1, 1, 1));
+}
+
+void ViewItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
+    QQuickPaintedItem::geometryChange(newGeometry, oldGeometry);
+    const QRectF whole = boundingRect();
+    if (newGeometry.size() != oldGeometry.size() && !whole.isEmpty()) update(whole.toAlignedRect());
+}
+
+QSGNode* ViewItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) {
+    painted_ = view_;
+    return QQuickPaintedItem::updatePaintNode(node, data);
 }
 
 void ViewItem::paint(QPainter* painter) {
-    if (view_) draw(*painter, *view_);
+    if (painted_) painter_.paint(*painter, *painted_);
 }
 
 } // namespace settings

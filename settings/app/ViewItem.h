@@ -1,13 +1,15 @@
 #pragma once
 
 #include "settings/app/PageModel.h"
+#include "settings/app/ViewPainter.h"
 
 #include <QPointer>
 #include <QQuickPaintedItem>
 
 namespace settings {
 
-/// Draws the view that a page hosts, and all the views in it, from the page's snapshot. GUI thread.
+/// Draws the view that a page hosts, and all the views in it, from the page's snapshot; where a newer one looks alike,
+/// nothing is drawn anew. GUI thread, but for the painting.
 class ViewItem : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -21,11 +23,18 @@ class ViewItem : public QQuickPaintedItem {
   signals:
     void pageChanged();
 
+  protected:
+    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+    QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
+
   private:
     void takeView();
 
     QPointer<PageModel> page_;
-    std::shared_ptr<const ViewSnapshot> view_; ///< kept here, because painting may be on the render thread
+    std::shared_ptr<const ViewSnapshot> view_;
+    // Painting may be on the render thread; these change only while that one waits for the GUI thread's.
+    std::shared_ptr<const ViewSnapshot> painted_;
+    ViewPainter painter_;
 };
 
 } // namespace settings

@@ -1,7 +1,7 @@
 import QtQuick
 import Lumora
 
-// One open page: its rows, or the view that it hosts and the table in it. Opaque, because the page below slides under it.
+// One open page: its rows, or the view that it hosts and the table or text in it. Opaque, because the page below slides under it.
 FocusScope {
     id: root
 
@@ -28,7 +28,25 @@ FocusScope {
     Loader {
         anchors.fill: parent
         active: root.page.hostsView
-        sourceComponent: ViewItem { page: root.page }
+        sourceComponent: Item {
+            ViewItem {
+                anchors.fill: parent
+                page: root.page
+            }
+            Repeater {
+                model: root.page.elements
+
+                Element {
+                    required property ElementModel modelData
+
+                    element: modelData
+                }
+            }
+            TouchItem {
+                anchors.fill: parent
+                page: root.page
+            }
+        }
     }
     Loader {
         id: list
@@ -40,5 +58,14 @@ FocusScope {
         active: root.page.table !== null
         focus: active
         sourceComponent: Table { table: root.page.table; title: root.page.title; focus: true }
+    }
+    Loader {
+        x: root.page.text?.frame.x ?? 0
+        y: root.page.text?.frame.y ?? 0
+        width: root.page.text?.frame.width ?? 0
+        height: root.page.text?.frame.height ?? 0
+        active: root.page.text !== null
+        focus: active
+        sourceComponent: TextPage { text: root.page.text; focus: true }
     }
 }

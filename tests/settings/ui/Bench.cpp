@@ -88,6 +88,45 @@ settings::SectionSnapshot toSection(const QVariantMap& map) {
     return section;
 }
 
+QString nameOf(platform::UITouchPhase phase) {
+    switch (phase) {
+    case platform::UITouchPhase::began:
+        return QStringLiteral("began");
+    case platform::UITouchPhase::moved:
+        return QStringLiteral("moved");
+    case platform::UITouchPhase::ended:
+        return QStringLiteral("ended");
+    case platform::UITouchPhase::cancelled:
+        return QStringLiteral("cancelled");
+    }
+    return {};
+}
+
+platform::CGRect toFrame(const QVariant& frame) {
+    const QRectF rect = frame.toRectF();
+    return platform::CGRectMake(rect.x(), rect.y(), rect.width(), rect.height());
+}
+
+settings::ViewSnapshot toView(const platform::CGRect& frame, const QVariant& color) {
+    const QColor ground(color.toString());
+    return {"View",
+            frame,
+            {.backgroundColor =
+                 platform::UIColor::colorWithRed(ground.redF(), ground.greenF(), ground.blueF(), ground.alphaF())}};
+}
+
+settings::ElementSnapshot toElement(const QVariantMap& map) {
+    settings::ElementSnapshot element;
+    element.label = map["label"].toString().toStdString();
+    element.frame = toFrame(map["frame"]);
+    for (const QVariant& part : map["axes"].toList()) {
+        const QVariantMap axis = part.toMap();
+        element.axes.push_back({axis["label"].toString().toStdString(), axis["value"].toDouble(),
+                                axis["vertical"].toBool(), axis["reversed"].toBool()});
+    }
+    return element;
+}
+
 void visit(QAccessibleInterface* control, const std::function<void(QAccessibleInterface*)>& look) {
     if (!control) return;
     look(control);
@@ -118,6 +157,7 @@ void Bench::setPage(std::shared_ptr<const settings::PageSnapshot> page) {
     taps_.clear();
     moves_.clear();
     viewports_.clear();
+    touches_.clear();
     busy_ = false;
     underWay_.clear();
     viewport_ = {0, kTableHeight, {}};
@@ -199,6 +239,48 @@ bool Bench::act(QQuickItem* item, const QString& name, const QString& action) {
     return done;
 }
 
+bool Bench::setNumber(QQuickItem* item, const QString& name, double value) {
+    bool done = false;
+    visit(QAccessible::queryAccessibleInterface(item->window()), [&](QAccessibleInterface* control) {
+        if (done || control->role() != QAccessible::Slider || control->text(QAccessible::Name) != name) return;
+        control->valueInterface()->setCurrentValue(value);
+        done = true;
+    });
+    return done;
+}
+
+settings::PageModel* Bench::viewPage(const QVariantMap& view) {
+    setPage(viewSnapshot(view));
+    return page_;
+}
+
+void Bench::showView(const QVariantMap& view) {
+    page_->read(viewSnapshot(view));
+}
+
+QString Bench::colorAt(QQuickItem* item, double x, double y) {
+    const QImage picture = item->window()->grabWindow();
+    return picture.pixelColor((item->mapToScene({x, y}) * picture.devicePixelRatio()).toPoint()).name();
+}
+
+std::shared_ptr<const settings::PageSnapshot> Bench::viewSnapshot(const QVariantMap& view) {
+    auto page = std::make_shared<settings::PageSnapshot>();
+    page->id = 1;
+    page->title = "Bench";
+    page->hostsView = true;
+    settings::ViewSnapshot root = toView(platform::CGRectMake(0, 0, 390, kTableHeight), view["color"]);
+    for (const QVariant& part : view["views"].toList())
+        root.subviews.push_back(toView(toFrame(part.toMap()["frame"]), part.toMap()["color"]));
+    page->view = std::make_shared<const settings::ViewSnapshot>(std::move(root));
+    for (const QVariant& element : view["elements"].toList())
+        page->elements.push_back(toElement(element.toMap()));
+    if (const QVariantMap text = view["text"].toMap(); !text.isEmpty())
+        page->text = std::make_shared<const settings::TextSnapshot>(settings::TextSnapshot{
+            text["id"].toULongLong(), toFrame(text["frame"]), text["text"].toString().toStdString(),
+            platform::UIFont::systemFontOfSize(15), text["selectable"].toBool()});
+    return page;
+}
+
 void Bench::rowTapped(std::uint64_t /*page*/, std::size_t row) {
     taps_ << int(row);
 }
@@ -222,7 +304,13 @@ void Bench::rowMoved(std::uint64_t /*page*/, platform::NSIndexPath from, platfor
 void Bench::tableRowTapped(std::uint64_t /*page*/, platform::NSIndexPath /*path*/) {
 }
 
-void Bench::touched(std::uint64_t /*page*/, const std::vector<platform::UITouchRouter::Point>& /*points*/) {
+void Bench::touched(std::uint64_t /*page*/, const std::vector<platform::UITouchRouter::Point>& points,
+                    std::function<void()> taken) {
+    QVariantList event;
+    for (const auto& [finger, phase, location] : points)
+        event << QVariant(QVariantList{int(finger), nameOf(phase), location.x, location.y});
+    touches_ << QVariant(event);
+    if (taken) underWay_.push_back(std::move(taken));
 }
 
 void Bench::tableScrolled(std::uint64_t /*page*/, const settings::TableViewport& viewport) {

@@ -18,6 +18,7 @@ class Bench : public QObject, private settings::Events {
     Q_PROPERTY(QVariantList taps READ taps)
     Q_PROPERTY(QVariantList moves READ moves)
     Q_PROPERTY(QVariantList viewports READ viewports)
+    Q_PROPERTY(QVariantList touches READ touches)
     /// Asked for cells, it brings none until `takeAll()`.
     Q_PROPERTY(bool busy MEMBER busy_)
 
@@ -38,6 +39,14 @@ class Bench : public QObject, private settings::Events {
     Q_INVOKABLE void showOtherTable(const QVariantList& sections);
     /// The ground of the view that the table is in gets a colour.
     Q_INVOKABLE void paint(const QString& color);
+    /// A page that hosts a view of 390 × 700 points: "color" of its ground, "views" (maps of "frame", a rectangle, and
+    /// "color"), "elements" (maps of "label", "frame" and "axes", these maps of "label", "value", "vertical", "reversed")
+    /// and "text" (a map of "text", "frame", "selectable" and "id").
+    Q_INVOKABLE settings::PageModel* viewPage(const QVariantMap& view);
+    /// A newer snapshot of the last page, with this view.
+    Q_INVOKABLE void showView(const QVariantMap& view);
+    /// The window's picture has that colour there.
+    Q_INVOKABLE QString colorAt(QQuickItem* item, double x, double y);
     /// Everything that was handed on has arrived, and the page has shown what came of it.
     Q_INVOKABLE void takeAll();
 
@@ -48,6 +57,9 @@ class Bench : public QObject, private settings::Events {
     /// Maps of "top", "bottom", "headers", "footers".
     [[nodiscard]] QVariantList viewports() const { return viewports_; }
 
+    /// One list for each event, of lists of four: finger, "began", "moved", "ended" or "cancelled", x, y.
+    [[nodiscard]] QVariantList touches() const { return touches_; }
+
     /// What assistive tools are told about everything in the item's window, every text of each.
     Q_INVOKABLE QVariantList spoken(QQuickItem* item);
     /// Every text that assistive tools have been told of by an event since the last call.
@@ -55,6 +67,8 @@ class Bench : public QObject, private settings::Events {
     /// Does what an assistive tool would by that action on the control of that name in the item's window: "Toggle",
     /// "Press", "Increase", "Decrease".
     Q_INVOKABLE bool act(QQuickItem* item, const QString& name, const QString& action);
+    /// Sets the value of the slider of that name, as an assistive tool would.
+    Q_INVOKABLE bool setNumber(QQuickItem* item, const QString& name, double value);
 
   private:
     void rowTapped(std::uint64_t page, std::size_t row) override;
@@ -63,10 +77,12 @@ class Bench : public QObject, private settings::Events {
     void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
                   std::function<void()> taken) override;
     void tableRowTapped(std::uint64_t page, platform::NSIndexPath path) override;
-    void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points) override;
+    void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
+                 std::function<void()> taken) override;
     void tableScrolled(std::uint64_t page, const settings::TableViewport& viewport) override;
     std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantList& rows);
     std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;
+    static std::shared_ptr<const settings::PageSnapshot> viewSnapshot(const QVariantMap& view);
     void setPage(std::shared_ptr<const settings::PageSnapshot> page);
     void move(platform::NSIndexPath from, platform::NSIndexPath to);
 
@@ -75,6 +91,7 @@ class Bench : public QObject, private settings::Events {
     QVariantList taps_;
     QVariantList moves_;
     QVariantList viewports_;
+    QVariantList touches_;
     std::vector<settings::SectionSnapshot> sections_; ///< of the table, every cell in them
     settings::TableViewport viewport_;
     bool busy_ = false;

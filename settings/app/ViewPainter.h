@@ -1,0 +1,74 @@
+#pragma once
+
+#include "settings/host/Snapshot.h"
+
+#include <QColor>
+#include <QImage>
+#include <QPainter>
+#include <QRectF>
+#include <QSizeF>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace settings {
+
+/// Pictures that were made for something, the latest few of them.
+template<class For>
+class PictureCache {
+  public:
+    template<class Make>
+    QImage find(const For& what, Make make) {
+        const auto known =
+            std::find_if(kept_.begin(), kept_.end(), [&](const auto& kept) { return kept.first == what; });
+        if (known != kept_.end())
+            std::rotate(kept_.begin(), known, known + 1);
+        else
+            kept_.insert(kept_.begin(), {what, make()});
+        if (kept_.size() > kMost) kept_.pop_back();
+        return kept_.front().second;
+    }
+
+  private:
+    static constexpr std::size_t kMost = 8;
+    std::vector<std::pair<For, QImage>> kept_;
+};
+
+/// Paints views, whatever the number of the screen's pixels for a point. Square corners lie on whole pixels, so that
+/// views that adjoin leave no seam; round ones are smooth.
+///
+///     ViewPainter painter;
+///     painter.paint(qPainter, *page.view);
+///
+/// Keeps the shadows and scaled images that it has made. One thread at a time.
+class ViewPainter {
+  public:
+    /// The painter's coordinates are those of the view's parent; it is left as it was.
+    void paint(QPainter& painter, const ViewSnapshot& view);
+
+  private:
+    struct Shadow {
+        QSizeF size; ///< all in pixels of the screen
+        double cornerRadius;
+        double blur;
+        QColor color;
+        friend bool operator==(const Shadow&, const Shadow&) = default;
+    };
+    struct Picture {
+        platform::UIImageRef image;
+        const platform::Data* file; ///< the image's own, of one resolution or the other
+        QSize size;                 ///< in pixels; empty for the file's own
+        friend bool operator==(const Picture&, const Picture&) = default;
+    };
+
+    void paintShadow(QPainter& painter, const platform::CALayer& layer, const QRectF& box, double radius);
+    void paintImage(QPainter& painter, const platform::UIImageRef& image, const QRectF& box);
+    static QImage blurred(const Shadow& shadow);
+
+    PictureCache<Shadow> shadows_;
+    PictureCache<Picture> decoded_;
+    PictureCache<Picture> scaled_;
+};
+
+} // namespace settings

@@ -1,0 +1,103 @@
+import QtQuick
+import Lumora
+
+// Something on a page's view, for the keyboard and assistive tools: a button, or a mark that is moved along one axis or
+// two. Not seen but for the ring around it. The mouse and fingers go to the view itself.
+Item {
+    id: root
+
+    required property ElementModel element
+    readonly property bool isButton: element.axes.length === 0
+    readonly property alias ringed: ring.visible
+
+    x: element.frame.x
+    y: element.frame.y
+    width: element.frame.width
+    height: element.frame.height
+    activeFocusOnTab: true // and in no other way, so that the ring needs no other reason
+
+    Accessible.role: isButton ? Accessible.Button : Accessible.Grouping
+    Accessible.name: element.label
+    Accessible.description: Array.from(element.axes, axis => axis.label + " " + Math.round(axis.value * 100) + " %").join(", ")
+    Accessible.focusable: true
+    Accessible.onPressAction: if (isButton) element.press()
+
+    Keys.onPressed: event => {
+        if (event.modifiers & (Qt.AltModifier | Qt.ControlModifier | Qt.MetaModifier))
+            return;
+        if (isButton) {
+            event.accepted = [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter].includes(event.key);
+            if (event.accepted && !event.isAutoRepeat)
+                element.press();
+            return;
+        }
+        const step = event.modifiers & Qt.ShiftModifier ? 0.1 : 0.01;
+        const moves = new Map();
+        if (element.movesAcross) {
+            moves.set(Qt.Key_Left, [-step, 0]).set(Qt.Key_Right, [step, 0]);
+            moves.set(Qt.Key_Home, [-1, 0]).set(Qt.Key_End, [1, 0]);
+            moves.set(Qt.Key_PageUp, [-0.1, 0]).set(Qt.Key_PageDown, [0.1, 0]);
+        }
+        if (element.movesDown) {
+            moves.set(Qt.Key_Up, [0, -step]).set(Qt.Key_Down, [0, step]);
+            moves.set(Qt.Key_PageUp, [0, -0.1]).set(Qt.Key_PageDown, [0, 0.1]);
+            if (!element.movesAcross)
+                moves.set(Qt.Key_Home, [0, -1]).set(Qt.Key_End, [0, 1]);
+        }
+        event.accepted = moves.has(event.key);
+        if (event.accepted)
+            element.move(...moves.get(event.key));
+    }
+
+    // One for each axis; only assistive tools know of it.
+    Repeater {
+        model: root.element.axes
+
+        Item {
+            id: slider
+
+            required property AxisModel modelData
+            readonly property real minimumValue: 0
+            readonly property real maximumValue: 1
+            readonly property real stepSize: 0.01
+            property real value: 0
+
+            anchors.fill: parent
+            Component.onCompleted: value = modelData.value
+            // An assistive tool has set it: the view is asked, and what a touch cannot reach is taken back.
+            onValueChanged: {
+                modelData.set(value);
+                value = modelData.value;
+            }
+
+            Connections {
+                target: slider.modelData
+                function onValueChanged() { slider.value = slider.modelData.value }
+            }
+
+            Accessible.role: Accessible.Slider
+            Accessible.name: modelData.label
+            Accessible.description: root.element.label
+            Accessible.onIncreaseAction: modelData.set(modelData.value + stepSize)
+            Accessible.onDecreaseAction: modelData.set(modelData.value - stepSize)
+        }
+    }
+    // As on every control, and once more inside, since what is below it may have any colour.
+    Rectangle {
+        visible: root.activeFocus
+        anchors { fill: parent; margins: 3 }
+        color: "transparent"
+        border { width: 1; color: Theme.cell }
+        antialiasing: true
+    }
+    Rectangle {
+        id: ring
+
+        visible: root.activeFocus
+        anchors { fill: parent; margins: 1 }
+        radius: 2
+        color: "transparent"
+        border { width: 2; color: Theme.accent }
+        antialiasing: true
+    }
+}
