@@ -1,23 +1,174 @@
 #include "platform/ui/UIFont.h"
 
+#include "platform/foundation/Unicode.h"
+
+#include <fontconfig/fontconfig.h>
+
+#include <algorithm>
+#include <cctype>
+#include <map>
+#include <mutex>
+#include <set>
+#include <tuple>
+#include <unordered_map>
 #include <utility>
 
 namespace platform {
+
+namespace {
+
+struct InstalledFont {
+    std::string family;
+    std::string name;
+    std::string file;
+    int index = 0;
+
+    friend bool operator<(const InstalledFont& a, const InstalledFont& b) {
+        return std::tie(a.family, a.name, a.file, a.index) < std::tie(b.family, b.name, b.file, b.index);
+    }
+};
+
+/// What was installed at one look. Never changes.
+struct Installed {
+    explicit Installed(std::vector<InstalledFont> found) : fonts(std::move(found)) {
+        std::sort(fonts.begin(), fonts.end());
+        for (const InstalledFont& font : fonts) {
+            families[font.family].push_back(&font);
+            byName.emplace(font.name, &font);
+        }
+    }
+    Installed(const Installed&) = delete;
+    Installed& operator=(const Installed&) = delete;
+
+    std::vector<InstalledFont> fonts;
+    std::map<std::string, std::vector<const InstalledFont*>> families;
+    std::unordered_map<std::string, const InstalledFont*> byName;
+};
+
+/// Empty when there is none that can be read.
+std::string text(const FcPattern* pattern, const char* key) {
+    FcChar8* found = nullptr;
+    if (FcPatternGetString(pattern, key, 0, &found) != FcResultMatch) return {};
+    std::string value = reinterpret_cast<const char*>(found);
+    return isUtf8(value) ? value : std::string();
+}
+
+int number(const FcPattern* pattern, const char* key) {
+    int found = 0;
+    FcPatternGetInteger(pattern, key, 0, &found);
+    return found;
+}
+
+bool flag(const FcPattern* pattern, const char* key) {
+    FcBool found = FcFalse;
+    FcPatternGetBool(pattern, key, 0, &found);
+    return found == FcTrue;
+}
+
+/// One text as fontconfig would make it a PostScript name: every sign that none can have is a hyphen.
+std::string hyphenated(std::string name) {
+    for (char& sign : name)
+        if (sign == ' ' || (std::ispunct(static_cast<unsigned char>(sign)) != 0 && sign != '_')) sign = '-';
+    return name;
+}
+
+/// For a font that has no PostScript name, fontconfig makes one of its family's, which is then the same for all of the
+/// family's fonts. A real one is ASCII, and does not leave out what the full name has besides the family.
+bool isMadeUp(const std::string& name, const std::string& family, const std::string& fullName) {
+    if (std::any_of(name.begin(), name.end(), [](unsigned char sign) { return sign > 126; })) return true;
+    return name != family && hyphenated(name) == hyphenated(family) && hyphenated(fullName) != hyphenated(family);
+}
+
+std::string nameOf(const FcPattern* pattern, const std::string& family) {
+    const std::string name = text(pattern, FC_POSTSCRIPT_NAME);
+    const std::string fullName = text(pattern, FC_FULLNAME);
+    return fullName.empty() || (!name.empty() && !isMadeUp(name, family, fullName)) ? name : fullName;
+}
+
+/// Of a variable font there is an entry for all that it can be, beside one for each of its instances.
+bool standsForAll(const FcPattern* pattern) {
+    return flag(pattern, FC_VARIABLE);
+}
+
+std::vector<InstalledFont> fontsIn(const FcFontSet& set) {
+    const std::vector<const FcPattern*> patterns(set.fonts, set.fonts + set.nfont);
+    const auto faceOf = [](const FcPattern* pattern) {
+        return std::pair(text(pattern, FC_FILE), number(pattern, FC_INDEX) & 0xFFFF);
+    };
+    std::set<std::pair<std::string, int>> withInstances;
+    for (const FcPattern* pattern : patterns)
+        if (!standsForAll(pattern)) withInstances.insert(faceOf(pattern));
+
+    std::vector<InstalledFont> fonts;
+    for (const FcPattern* pattern : patterns) {
+        if (!flag(pattern, FC_SCALABLE)) continue;
+        if (standsForAll(pattern) && withInstances.contains(faceOf(pattern))) continue;
+        InstalledFont font;
+        font.family = text(pattern, FC_FAMILY);
+        font.name = nameOf(pattern, font.family);
+        font.file = text(pattern, FC_FILE);
+        // The instance that stands for all is none that a file could be asked for.
+        font.index = standsForAll(pattern) ? faceOf(pattern).second : number(pattern, FC_INDEX);
+        if (!font.family.empty() && !font.name.empty() && !font.file.empty()) fonts.push_back(std::move(font));
+    }
+    return fonts;
+}
+
+/// Reads fontconfig's caches. A configuration of our own, because the shared one is the toolkit's, on another thread.
+std::shared_ptr<const Installed> look() {
+    const std::unique_ptr<FcConfig, void (*)(FcConfig*)> config(FcInitLoadConfigAndFonts(), FcConfigDestroy);
+    // The set itself: a list that is asked for leaves out files whose names differ in case only.
+    const FcFontSet* set = config ? FcConfigGetFonts(config.get(), FcSetSystem) : nullptr;
+    return std::make_shared<const Installed>(set ? fontsIn(*set) : std::vector<InstalledFont>());
+}
+
+std::mutex lastLook;
+std::shared_ptr<const Installed> installed; ///< at the last look; guarded by it
+
+/// Fontconfig could tell whether anything has changed, but only to the second, which a font that has just been
+/// installed may fall into. Looking takes a few milliseconds, and whoever lists fonts begins with the families.
+std::shared_ptr<const Installed> lookAnew() {
+    auto found = look();
+    const std::lock_guard hold(lastLook);
+    return installed = std::move(found);
+}
+
+std::shared_ptr<const Installed> atLastLook() {
+    {
+        const std::lock_guard hold(lastLook);
+        if (installed) return installed;
+    }
+    return lookAnew();
+}
+
+} // namespace
 
 UIFont::UIFont(std::string name, double size, std::filesystem::path file, int index)
     : name_(std::move(name)), size_(size), file_(std::move(file)), index_(index) {
 }
 
 std::vector<std::string> UIFont::familyNames() {
-    return {};
+    std::vector<std::string> names;
+    for (const auto& [family, fonts] : lookAnew()->families)
+        names.push_back(family);
+    return names;
 }
 
-std::vector<std::string> UIFont::fontNamesForFamilyName(const std::string& /*family*/) {
-    return {};
+std::vector<std::string> UIFont::fontNamesForFamilyName(const std::string& family) {
+    const auto all = atLastLook();
+    std::vector<std::string> names;
+    if (const auto found = all->families.find(family); found != all->families.end()) {
+        for (const InstalledFont* font : found->second)
+            names.push_back(font->name);
+    }
+    return names;
 }
 
-UIFontRef UIFont::fontWithName(const std::string& /*name*/, double /*size*/) {
-    return nullptr;
+UIFontRef UIFont::fontWithName(const std::string& name, double size) {
+    const auto all = atLastLook();
+    const auto found = all->byName.find(name);
+    if (found == all->byName.end()) return nullptr;
+    return std::make_shared<const UIFont>(name, size, found->second->file, found->second->index);
 }
 
 UIFontRef UIFont::systemFontOfSize(double size) {

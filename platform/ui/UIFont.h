@@ -13,16 +13,22 @@ class UIFont;
 using UIFontRef = std::shared_ptr<const UIFont>;
 
 /// A font at a size: the installed one of a name, or the system's own. Whoever draws it opens its file; making a font
-/// opens nothing. Immutable; any thread.
+/// opens nothing.
+///
+///     label.setFont(UIFont::fontWithName("Inter-Bold", label.font()->pointSize()));
+///
+/// Installed are the scalable fonts that fontconfig knows. Asking for the families looks anew at what is installed; the
+/// names in a family, and fonts by their names, are those of the last look. Immutable; any thread.
 class PLATFORM_EXPORT UIFont {
   public:
-    /// Every family with a scalable font, each once.
+    /// Every family with a font, each once, in the order of their bytes.
     [[nodiscard]] static std::vector<std::string> familyNames();
     /// The names of a family's fonts, one for each font that is installed, so that a name may come twice: the
-    /// PostScript name, or the full name where a font has none. Empty for a family that is not installed.
+    /// PostScript name, or the full name where a font has none. A variable font counts once for each instance that it
+    /// names. Empty for a family that is not installed.
     [[nodiscard]] static std::vector<std::string> fontNamesForFamilyName(const std::string& family);
 
-    /// Null when no installed font has that name. Of several of one name, the first that the system lists.
+    /// Null when no installed font has that name. Of several of one name it is always the same one.
     [[nodiscard]] static UIFontRef fontWithName(const std::string& name, double size);
     [[nodiscard]] static UIFontRef systemFontOfSize(double size);
 

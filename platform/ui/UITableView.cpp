@@ -11,15 +11,63 @@ namespace {
 // What a header and a footer are taken to need until somebody has drawn them: a line of small text with its margins.
 constexpr double kHeaderHeight = 50;
 constexpr double kFooterHeight = 24;
+constexpr double kRowHeight = 44;
 
 double heightOf(const UITableView::Section& section) {
     return section.headerHeight + section.rowCount * section.rowHeight + section.footerHeight;
+}
+
+/// Where what is seen has its top once a row stands in that position.
+double scrolledTo(UITableViewScrollPosition position, double top, double height, double rowTop, double rowBottom) {
+    switch (position) {
+    case UITableViewScrollPositionTop:
+        return rowTop;
+    case UITableViewScrollPositionMiddle:
+        return (rowTop + rowBottom - height) / 2;
+    case UITableViewScrollPositionBottom:
+        return rowBottom - height;
+    case UITableViewScrollPositionNone:
+        break;
+    }
+    return std::min(std::max(top, rowBottom - height), rowTop);
 }
 
 } // namespace
 
 UITableViewDataSource::~UITableViewDataSource() = default;
 UITableViewDelegate::~UITableViewDelegate() = default;
+
+int UITableViewDataSource::numberOfSectionsInTableView(UITableView& /*tableView*/) {
+    return 1;
+}
+
+std::string UITableViewDataSource::titleForHeaderInSection(UITableView& /*tableView*/, int /*section*/) {
+    return {};
+}
+
+std::string UITableViewDataSource::titleForFooterInSection(UITableView& /*tableView*/, int /*section*/) {
+    return {};
+}
+
+bool UITableViewDataSource::canMoveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
+    return false;
+}
+
+void UITableViewDataSource::moveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*from*/, NSIndexPath /*to*/) {
+}
+
+double UITableViewDelegate::heightForRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
+    return kRowHeight;
+}
+
+UITableViewCellEditingStyle UITableViewDelegate::editingStyleForRowAtIndexPath(UITableView& /*tableView*/,
+                                                                               NSIndexPath /*path*/) {
+    return UITableViewCellEditingStyleNone;
+}
+
+bool UITableViewDelegate::shouldIndentWhileEditingRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
+    return true;
+}
 
 void UITableViewDelegate::didSelectRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
 }
@@ -41,6 +89,7 @@ void UITableView::layoutSubviews() {
 
 void UITableView::reloadData() {
     loaded_ = true;
+    selected_.reset();
     const std::vector<Section> before = std::exchange(sections_, {});
     const int count = dataSource_ ? dataSource_->numberOfSectionsInTableView(*this) : 0;
     for (int i = 0; i < count; ++i) {
@@ -69,12 +118,16 @@ std::shared_ptr<UITableViewCell> UITableView::cellForRowAtIndexPath(NSIndexPath 
     return found == cells_.end() ? nullptr : found->second;
 }
 
+bool UITableView::hasRow(NSIndexPath path) const {
+    return path.row >= 0 && path.row < numberOfRowsInSection(path.section);
+}
+
 int UITableView::numberOfRowsInSection(int section) const {
     return section >= 0 && section < numberOfSections() ? sections_[static_cast<std::size_t>(section)].rowCount : 0;
 }
 
 CGRect UITableView::rectForRowAtIndexPath(NSIndexPath path) const {
-    if (path.row < 0 || path.row >= numberOfRowsInSection(path.section)) return {};
+    if (!hasRow(path)) return {};
     double y = 0;
     for (int i = 0; i < path.section; ++i)
         y += heightOf(sections_[static_cast<std::size_t>(i)]);
@@ -103,13 +156,30 @@ void UITableView::setViewport(double top, double bottom) {
     makeCells();
 }
 
+void UITableView::deselectRow(NSIndexPath path, bool /*animated*/) {
+    if (selected_ == path) selected_.reset();
+}
+
+void UITableView::scrollToRow(NSIndexPath path, UITableViewScrollPosition position, bool animated) {
+    layoutIfNeeded();
+    if (!hasRow(path)) return;
+    scrollRequest_ = {scrollRequest_.serial + 1, path, position, animated};
+    if (!std::isfinite(bottom_)) return; // there are cells for all rows already
+    const CGRect row = rectForRowAtIndexPath(path);
+    const double height = frame().size.height;
+    const double margin = std::max(0.0, (bottom_ - top_ - height) / 2); // whoever draws asks for more than is seen
+    const double wanted = scrolledTo(position, top_ + margin, height, row.origin.y, row.origin.y + row.size.height);
+    const double top = std::clamp(wanted, 0.0, std::max(0.0, contentSize().height - height));
+    setViewport(top - margin, top + height + margin);
+}
+
 bool UITableView::canMoveRow(NSIndexPath path) {
-    return editing_ && dataSource_ && path.row >= 0 && path.row < numberOfRowsInSection(path.section) &&
-           dataSource_->canMoveRowAtIndexPath(*this, path);
+    return editing_ && dataSource_ && hasRow(path) && dataSource_->canMoveRowAtIndexPath(*this, path);
 }
 
 void UITableView::tapRow(NSIndexPath path) {
-    if (editing_ || !delegate_ || path.row < 0 || path.row >= numberOfRowsInSection(path.section)) return;
+    if (editing_ || !delegate_ || !hasRow(path)) return;
+    selected_ = path;
     delegate_->didSelectRowAtIndexPath(*this, path);
 }
 

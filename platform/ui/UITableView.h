@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,35 +14,44 @@ namespace platform {
 
 class UITableView;
 
-/// What is in a table. Asked by the table alone.
+/// What is in a table. Asked by the table alone. A list says only what it has: by default there is one section without
+/// a header and a footer, and no row can be moved.
 class PLATFORM_EXPORT UITableViewDataSource {
   public:
     virtual ~UITableViewDataSource();
-    virtual int numberOfSectionsInTableView(UITableView& tableView) = 0;
+    virtual int numberOfSectionsInTableView(UITableView& tableView);
     virtual int numberOfRowsInSection(UITableView& tableView, int section) = 0;
     /// Never null.
     virtual std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
-    virtual std::string titleForHeaderInSection(UITableView& tableView, int section) = 0;
-    virtual std::string titleForFooterInSection(UITableView& tableView, int section) = 0;
-    virtual bool canMoveRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
+    virtual std::string titleForHeaderInSection(UITableView& tableView, int section);
+    virtual std::string titleForFooterInSection(UITableView& tableView, int section);
+    virtual bool canMoveRowAtIndexPath(UITableView& tableView, NSIndexPath path);
     /// The user has dropped a row; its new place counts with the row taken out of its old one.
-    virtual void moveRowAtIndexPath(UITableView& tableView, NSIndexPath from, NSIndexPath to) = 0;
+    virtual void moveRowAtIndexPath(UITableView& tableView, NSIndexPath from, NSIndexPath to);
 };
 
-/// How a table's rows are shown. Of its answers about editing every list gives the same, none, and so the table does
-/// not ask for them yet.
+/// How a table's rows are shown, and what comes of a tap. Of its answers about editing every list gives the same, none,
+/// and so the table does not ask for them yet.
 class PLATFORM_EXPORT UITableViewDelegate {
   public:
     virtual ~UITableViewDelegate();
-    /// In points.
-    virtual double heightForRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
-    virtual UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
-    virtual bool shouldIndentWhileEditingRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
-    /// The user has tapped a row. By default nothing comes of it.
+    /// In points; 44 by default.
+    virtual double heightForRowAtIndexPath(UITableView& tableView, NSIndexPath path);
+    virtual UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& tableView, NSIndexPath path);
+    virtual bool shouldIndentWhileEditingRowAtIndexPath(UITableView& tableView, NSIndexPath path);
+    /// The user has tapped a row, which is selected now. By default nothing comes of it.
     virtual void didSelectRowAtIndexPath(UITableView& tableView, NSIndexPath path);
 };
 
 enum UITableViewStyle : int { UITableViewStylePlain = 0, UITableViewStyleGrouped = 1 };
+
+/// Where in the view a row comes to stand; none is wherever the least scrolling brings all of it into view.
+enum UITableViewScrollPosition : int {
+    UITableViewScrollPositionNone = 0,
+    UITableViewScrollPositionTop = 1,
+    UITableViewScrollPositionMiddle = 2,
+    UITableViewScrollPositionBottom = 3
+};
 
 /// A scrolling column of rows in sections, of which only those in view exist as cells.
 ///
@@ -75,6 +85,13 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     /// The cell of a row in view, null for every other row.
     [[nodiscard]] std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(NSIndexPath path) const;
 
+    /// The row that was tapped last, none once it is deselected.
+    [[nodiscard]] std::optional<NSIndexPath> indexPathForSelectedRow() const { return selected_; }
+    void deselectRow(NSIndexPath path, bool animated);
+    /// Brings a row into view, as far as scrolling allows, and makes the cells around it. A row that there is not does
+    /// nothing.
+    void scrollToRow(NSIndexPath path, UITableViewScrollPosition position, bool animated);
+
     [[nodiscard]] int numberOfSections() const { return static_cast<int>(sections_.size()); }
     [[nodiscard]] int numberOfRowsInSection(int section) const;
     /// In the table's own coordinates, which begin at the top of the first header.
@@ -102,7 +119,16 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     [[nodiscard]] const std::map<NSIndexPath, std::shared_ptr<UITableViewCell>>& visibleCells() const { return cells_; }
     /// True while editing, when the data source says that the row can be moved.
     [[nodiscard]] bool canMoveRow(NSIndexPath path);
-    /// The user has tapped a row: tells the delegate, unless the table is being edited or has no such row.
+    /// The last row that was to be scrolled to, for whoever draws: by the heights as drawn, and once for each number.
+    struct ScrollRequest {
+        std::uint64_t serial = 0; ///< 0 when there was none yet
+        NSIndexPath row;
+        UITableViewScrollPosition position = UITableViewScrollPositionNone;
+        bool animated = false;
+    };
+    [[nodiscard]] const ScrollRequest& scrollRequest() const { return scrollRequest_; }
+    /// The user has tapped a row: selects it and tells the delegate, unless the table is being edited or has no such
+    /// row.
     void tapRow(NSIndexPath path);
     /// The user has dropped a row: tells the data source, and moves the cells along. Places that do not exist, and rows
     /// that cannot be moved, do nothing.
@@ -112,6 +138,7 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     static std::uint64_t nextId();
     void makeCells();
     void moveCells(NSIndexPath from, NSIndexPath to);
+    [[nodiscard]] bool hasRow(NSIndexPath path) const;
 
     const std::uint64_t id_ = nextId();
     UITableViewStyle style_ = UITableViewStylePlain;
@@ -122,6 +149,8 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     std::vector<Section> sections_;
     double top_ = 0;
     double bottom_ = 0;
+    std::optional<NSIndexPath> selected_;
+    ScrollRequest scrollRequest_;
     std::map<NSIndexPath, std::shared_ptr<UITableViewCell>> cells_;
     std::multimap<std::string, std::shared_ptr<UITableViewCell>> reusable_;
 };

@@ -106,6 +106,7 @@ CellSnapshot snapshotOf(UITableView& table, NSIndexPath path, UITableViewCell& c
     shown.identifier = cell.detailTextLabel().text();
     shown.image = cell.imageView().image();
     shown.movable = table.canMoveRow(path);
+    if (const UIFontRef& font = cell.textLabel().font(); !font->fontName().empty()) shown.font = font;
     return shown;
 }
 
@@ -128,6 +129,9 @@ TableSnapshot snapshotOf(UITableView& table) {
         if (section.cells.empty()) section.firstCell = path.row;
         section.cells.push_back(snapshotOf(table, path, *cell));
     }
+    shown.selectable = !table.isEditing();
+    const UITableView::ScrollRequest& scroll = table.scrollRequest();
+    shown.scroll = {scroll.serial, scroll.row, static_cast<ScrollPosition>(scroll.position), scroll.animated};
     return shown;
 }
 

@@ -1,0 +1,108 @@
+#include "pickers/FontView.h"
+
+#include "link/PreferenceKeys.h"
+#include "platform/foundation/Collation.h"
+#include "platform/ui/UIFont.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace lumora {
+
+using namespace platform;
+
+namespace {
+
+constexpr const char* kDefault = "Default"; // stands for the system's own font
+constexpr const char* kCell = "theCell";
+constexpr double kRowHeight = 40.0;
+
+} // namespace
+
+FontView::FontView() : session_(sessionOf<FontView>()) {
+}
+
+bool FontView::initWithFrame(const CGRect& frame) {
+    if (!UIView::initWithFrame(frame) || !session_.start()) return false;
+    setupTableViewWithFrame(frame);
+    return true;
+}
+
+std::vector<std::string> FontView::allFonts() {
+    std::vector<std::string> fonts;
+    for (const std::string& family : UIFont::familyNames())
+        std::ranges::move(UIFont::fontNamesForFamilyName(family), std::back_inserter(fonts));
+    const Collation& order = Collation::ofUser();
+    std::ranges::stable_sort(fonts, [&](const auto& a, const auto& b) { return order.compare(a, b) < 0; });
+    fonts.insert(fonts.begin(), kDefault);
+    return fonts;
+}
+
+void FontView::setupArrays() {
+    fonts_ = allFonts();
+    selectedIndex_ = {0, 0};
+    const Value stored = session_.value(kLSDateFontName);
+    // A font could be named as the first row is; only what the row stands for is ever stored under that name.
+    if (!stored.text() || *stored.text() == kDefault) return;
+    const auto found = std::ranges::find(fonts_, *stored.text());
+    if (found != fonts_.end()) selectedIndex_.row = static_cast<int>(found - fonts_.begin());
+}
+
+void FontView::setupTableViewWithFrame(const CGRect& frame) {
+    setupArrays();
+    tableView_ = make<UITableView>(frame, UITableViewStyleGrouped);
+    tableView_->setDelegate(this);
+    tableView_->setDataSource(this);
+    tableView_->setEditing(false);
+    tableView_->setAutoresizingMask(UIViewAutoresizingFlexibleWidth | UIViewAutoresizingFlexibleHeight);
+    addSubview(tableView_);
+    tableView_->scrollToRow(selectedIndex_, UITableViewScrollPositionMiddle, false);
+}
+
+void FontView::savePreferences() {
+    const auto row = static_cast<std::size_t>(selectedIndex_.row);
+    if (row < fonts_.size()) session_.setValue(fonts_[row], kLSDateFontName);
+}
+
+int FontView::numberOfSectionsInTableView(UITableView& /*tableView*/) {
+    return 1;
+}
+
+int FontView::numberOfRowsInSection(UITableView& /*tableView*/, int /*section*/) {
+    return static_cast<int>(fonts_.size());
+}
+
+double FontView::heightForRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
+    return kRowHeight;
+}
+
+std::string FontView::titleForHeaderInSection(UITableView& /*tableView*/, int /*section*/) {
+    return "Fonts";
+}
+
+std::shared_ptr<UITableViewCell> FontView::cellForRowAtIndexPath(UITableView& tableView, NSIndexPath path) {
+    auto cell = tableView.dequeueReusableCellWithIdentifier(kCell);
+    if (!cell) cell = make<UITableViewCell>(UITableViewCellStyleDefault, kCell);
+    const std::string& name = fonts_.at(static_cast<std::size_t>(path.row));
+    UILabel& label = cell->textLabel();
+    label.setText(name);
+    // Kept on purpose: the row "Default" leaves its label alone, so that a cell that serves again shows it in the font
+    // of a row before.
+    if (name != kDefault) label.setFont(UIFont::fontWithName(name, label.font()->pointSize()));
+    cell->setAccessoryType(path == selectedIndex_ ? UITableViewCellAccessoryCheckmark : UITableViewCellAccessoryNone);
+    return cell;
+}
+
+void FontView::didSelectRowAtIndexPath(UITableView& tableView, NSIndexPath path) {
+    const auto marked = tableView.cellForRowAtIndexPath(selectedIndex_);
+    const auto tapped = tableView.cellForRowAtIndexPath(path);
+    tableView.deselectRow(path, true);
+    // In this order, which leaves the mark on a row that has it already.
+    if (marked) marked->setAccessoryType(UITableViewCellAccessoryNone);
+    if (tapped) tapped->setAccessoryType(UITableViewCellAccessoryCheckmark);
+    selectedIndex_ = path;
+    savePreferences();
+}
+
+} // namespace lumora

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "link/SettingsSession.h"
+#include "platform/ui/UITableView.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace lumora {
+
+/// Every installed font by its name, each in that font, behind a first row "Default"; the chosen one bears a checkmark,
+/// and a tap on another one is stored at once.
+///
+///     const auto view = make<FontView>(frame); // reads what is installed, and scrolls to the chosen one
+///
+/// A stored name that is not installed marks "Default", and stays stored until a row is tapped. Main thread; making one
+/// blocks for as long as the settings take.
+class FontView final : public platform::UIView,
+                       public platform::UITableViewDataSource,
+                       public platform::UITableViewDelegate {
+  public:
+    FontView();
+    bool initWithFrame(const platform::CGRect& frame) override;
+
+    /// "Default", then the names of all fonts as the user's language orders them, case aside. A name that several fonts
+    /// have comes as often.
+    [[nodiscard]] static std::vector<std::string> allFonts();
+
+    [[nodiscard]] const std::vector<std::string>& fonts() const { return fonts_; }
+    void setFonts(std::vector<std::string> fonts) { fonts_ = std::move(fonts); }
+    /// The row that bears the checkmark.
+    [[nodiscard]] platform::NSIndexPath selectedIndex() const { return selectedIndex_; }
+    void setSelectedIndex(platform::NSIndexPath path) { selectedIndex_ = path; }
+    [[nodiscard]] const std::shared_ptr<platform::UITableView>& tableView() const { return tableView_; }
+    void setTableView(std::shared_ptr<platform::UITableView> tableView) { tableView_ = std::move(tableView); }
+
+    /// Stores the chosen font's name and sends it to the tweak.
+    void savePreferences();
+
+    int numberOfSectionsInTableView(platform::UITableView& tableView) override;
+    int numberOfRowsInSection(platform::UITableView& tableView, int section) override;
+    double heightForRowAtIndexPath(platform::UITableView& tableView, platform::NSIndexPath path) override;
+    std::string titleForHeaderInSection(platform::UITableView& tableView, int section) override;
+    std::shared_ptr<platform::UITableViewCell> cellForRowAtIndexPath(platform::UITableView& tableView,
+                                                                     platform::NSIndexPath path) override;
+    void didSelectRowAtIndexPath(platform::UITableView& tableView, platform::NSIndexPath path) override;
+
+  private:
+    void setupArrays();
+    void setupTableViewWithFrame(const platform::CGRect& frame);
+
+    SettingsSession& session_;
+    std::vector<std::string> fonts_;
+    platform::NSIndexPath selectedIndex_;
+    std::shared_ptr<platform::UITableView> tableView_;
+};
+
+} // namespace lumora
