@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -13,7 +15,7 @@ namespace platform {
 ///     if (file) file.read(0, &header, sizeof header);
 ///
 /// Any thread.
-class RegularFile {
+class PLATFORM_EXPORT RegularFile {
   public:
     explicit RegularFile(const std::filesystem::path& path);
     RegularFile(const RegularFile&) = delete;

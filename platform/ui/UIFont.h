@@ -42,6 +42,7 @@ class PLATFORM_EXPORT UIFont {
     [[nodiscard]] int index() const { return index_; }
 
     UIFont(std::string name, double size, std::filesystem::path file, int index);
+    friend bool operator==(const UIFont&, const UIFont&) = default;
 
   private:
     std::string name_;

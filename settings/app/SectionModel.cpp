@@ -14,6 +14,7 @@ enum Role : int {
     FirstRole,
     LastRole,
     TitleRole,
+    TitleFontRole,
     SpokenNameRole,
     IconRole,
     HasIconRole,
@@ -24,7 +25,7 @@ enum Role : int {
 bool isSame(const SectionModel::Row& one, const SectionModel::Row& other) {
     const auto parts = [](const SectionModel::Row& row) {
         return std::tie(row.row, row.place, row.top, row.first, row.last, row.cell.title, row.cell.identifier,
-                        row.cell.image, row.cell.movable, row.cell.marked);
+                        row.cell.image, row.cell.movable, row.cell.marked, row.cell.font);
     };
     return parts(one) == parts(other);
 }
@@ -104,6 +105,8 @@ QVariant SectionModel::data(const QModelIndex& index, int role) const {
         return row.last;
     case TitleRole:
         return QString::fromStdString(title);
+    case TitleFontRole:
+        return row.cell.font ? QVariant::fromValue(row.cell.font) : QVariant();
     case SpokenNameRole:
         return QString::fromStdString(title.empty() ? row.cell.identifier : title);
     case IconRole:
@@ -123,7 +126,7 @@ QHash<int, QByteArray> SectionModel::roleNames() const {
     return {{PlaceRole, "place"},           {PositionRole, "position"}, {TopRole, "rowTop"},
             {FirstRole, "first"},           {LastRole, "last"},         {TitleRole, "title"},
             {SpokenNameRole, "spokenName"}, {IconRole, "icon"},         {HasIconRole, "hasIcon"},
-            {MovableRole, "movable"},       {MarkedRole, "marked"}};
+            {MovableRole, "movable"},       {MarkedRole, "marked"},     {TitleFontRole, "titleFont"}};
 }
 
 } // namespace settings

@@ -82,6 +82,7 @@ void TableModel::read(std::shared_ptr<const TableSnapshot> table) {
 
 void TableModel::take() {
     const bool sameFrame = shown_.frame == latest_->frame;
+    const bool sameUse = shown_.selectable == latest_->selectable;
     // A row in the user's hand is held by an item that goes away with its section.
     if (latest_->sections.size() != shown_.sections.size()) putBack();
     shown_ = *latest_;
@@ -91,10 +92,13 @@ void TableModel::take() {
     measure();
     // Nobody is told before everything has its place.
     if (!sameFrame) emit frameChanged();
-    if (former == sections_) return;
-    emit sectionsChanged();
-    for (SectionModel* old : former)
-        old->deleteLater();
+    if (!sameUse) emit selectableChanged();
+    if (former != sections_) {
+        emit sectionsChanged();
+        for (SectionModel* old : former)
+            old->deleteLater();
+    }
+    if (isScrollAsked()) emit scrollAsked();
 }
 
 /// What the main thread will do too, unless its rows are others by now.
@@ -194,6 +198,40 @@ void TableModel::place() {
     }
     emit placed();
     reportSoon();
+}
+
+void TableModel::tap(int place) {
+    if (!selectable() || place < 0 || place >= total()) return;
+    setCurrent(place);
+    events_.tableRowTapped(page_, layout_.pathOf(place));
+}
+
+bool TableModel::isScrollAsked() const {
+    return shown_.scroll.serial != lastScroll_ && layout_.hasRow(shown_.scroll.row);
+}
+
+double TableModel::askedTop(double top, double height) const {
+    if (!isScrollAsked()) return top;
+    const NSIndexPath row = shown_.scroll.row;
+    const double rowTop = layout_.rowTop(row);
+    const double rowHeight = layout_.sections()[std::size_t(row.section)].rowHeight;
+    switch (shown_.scroll.position) {
+    case ScrollPosition::top:
+        return rowTop;
+    case ScrollPosition::middle:
+        return rowTop + (rowHeight - height) / 2;
+    case ScrollPosition::bottom:
+        return rowTop + rowHeight - height;
+    case ScrollPosition::none:
+        break;
+    }
+    return std::min(std::max(top, rowTop + rowHeight - height), rowTop);
+}
+
+void TableModel::scrollDone() {
+    if (!isScrollAsked()) return;
+    lastScroll_ = shown_.scroll.serial;
+    setCurrent(layout_.placeOf(shown_.scroll.row));
 }
 
 /// Whether a row may move whose cell has not come is for the main thread to say, which is asked of every move anyway.

@@ -34,6 +34,7 @@ class TableModel : public QObject {
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY placed)
     Q_PROPERTY(int total READ total NOTIFY placed)
     Q_PROPERTY(int current READ current WRITE setCurrent NOTIFY currentChanged)
+    Q_PROPERTY(bool selectable READ selectable NOTIFY selectableChanged)
     Q_PROPERTY(int lifted READ lifted NOTIFY liftedChanged)
 
   public:
@@ -45,6 +46,8 @@ class TableModel : public QObject {
     /// The row that has the keyboard focus when the table has it, -1 when there are no rows.
     [[nodiscard]] int current() const { return total() > 0 ? layout_.placeOf(current_) : -1; }
     void setCurrent(int place);
+    /// A tap on a row means something.
+    [[nodiscard]] bool selectable() const { return shown_.selectable; }
     /// The row in the user's hand, -1 for none.
     [[nodiscard]] int lifted() const { return lifted_ ? layout_.placeOf(*lifted_) : -1; }
 
@@ -56,6 +59,17 @@ class TableModel : public QObject {
     Q_INVOKABLE void show(double top, double height);
     Q_INVOKABLE [[nodiscard]] double topOf(int place) const;
     Q_INVOKABLE [[nodiscard]] double heightOf(int place) const;
+
+    /// The user has tapped a row, which becomes the current one.
+    Q_INVOKABLE void tap(int place);
+
+    /// Whether the page wants a row to be seen, and that has not been done.
+    Q_INVOKABLE [[nodiscard]] bool isScrollAsked() const;
+    /// Where what is seen then has its top, of what is so high and has its top there now. It may be beyond the ends.
+    Q_INVOKABLE [[nodiscard]] double askedTop(double top, double height) const;
+    Q_INVOKABLE [[nodiscard]] bool isAskedAnimated() const { return shown_.scroll.animated; }
+    /// It has been done: the row is the current one then.
+    Q_INVOKABLE void scrollDone();
 
     /// Moves a row by one step down (1) or up (-1), over the border of a section too, and makes it the current one.
     /// Does nothing at the very ends, and with rows that cannot be moved.
@@ -73,6 +87,8 @@ class TableModel : public QObject {
     void placed();
     void currentChanged();
     void liftedChanged();
+    void selectableChanged();
+    void scrollAsked();
 
   private:
     struct Move {
@@ -107,6 +123,7 @@ class TableModel : public QObject {
     platform::NSIndexPath target_; ///< where the lifted row would go
     double liftedTop_ = 0;
     std::deque<Move> movesUnderWay_;
+    std::uint64_t lastScroll_ = 0; ///< the last request that was done
 
     std::vector<TableLayout::Rows> inView_;
     std::vector<TableLayout::Rows> reportedRows_;

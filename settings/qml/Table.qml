@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Lumora
 
-// A table of sections, whose rows can be moved by their handles, by the keyboard and by assistive tools. Only rows in
-// view exist, each at the place that the model gives it.
+// A table of sections, whose rows can be moved by their handles, by the keyboard and by assistive tools, or be tapped.
+// Only rows in view exist, each at the place that the model gives it.
 FocusScope {
     id: root
 
@@ -25,6 +25,11 @@ FocusScope {
         flick.contentY = 0;
         if (table)
             table.show(0, flick.height);
+        flick.scrollAsAsked();
+    }
+    Connections {
+        target: root.table
+        function onScrollAsked() { flick.scrollAsAsked() }
     }
     onEnabledChanged: if (!enabled) putBack()
     onVisibleChanged: if (!visible) putBack()
@@ -105,6 +110,10 @@ FocusScope {
         table.current = Math.max(0, Math.min(table.total - 1, place));
         reveal();
     }
+    function tap(place) {
+        if (!dragging)
+            table.tap(place);
+    }
     function step(place, by) {
         if (dragging)
             return;
@@ -130,6 +139,12 @@ FocusScope {
             event.accepted = by !== 0 && table.current >= 0;
             if (event.accepted)
                 step(table.current, by);
+            return;
+        }
+        if ([Qt.Key_Return, Qt.Key_Enter, Qt.Key_Space].includes(event.key)) {
+            event.accepted = table.selectable && table.current >= 0;
+            if (event.accepted && !event.isAutoRepeat)
+                tap(table.current);
             return;
         }
         const aPage = table.current < 0 ? 1 : Math.max(1, Math.floor(height / table.heightOf(table.current)) - 1);
@@ -184,9 +199,43 @@ FocusScope {
 
         function scrollTo(y) { contentY = Math.max(0, Math.min(Math.max(0, contentHeight - height), y)) }
 
+        // What the page has asked for waits until it is known how much is seen.
+        function scrollAsAsked() {
+            if (!completed || height <= 0 || root.dragging || !root.table?.isScrollAsked())
+                return;
+            cancelFlick();
+            scrolling.stop();
+            const from = contentY;
+            scrollTo(root.table.askedTop(from, height));
+            if (root.table.isAskedAnimated() && Theme.animated && contentY !== from) {
+                scrolling.from = from;
+                scrolling.to = contentY;
+                scrolling.start();
+            }
+            root.table.scrollDone();
+        }
+
+        property bool completed: false
+
         onContentYChanged: root.table.show(contentY, height)
-        onHeightChanged: root.table.show(contentY, height)
-        Component.onCompleted: root.table.show(contentY, height)
+        onHeightChanged: {
+            root.table.show(contentY, height);
+            scrollAsAsked();
+        }
+        Component.onCompleted: {
+            root.table.show(contentY, height);
+            completed = true;
+            scrollAsAsked();
+        }
+        onMovementStarted: scrolling.stop()
+
+        NumberAnimation on contentY {
+            id: scrolling
+
+            running: false
+            duration: 250
+            easing.type: Easing.InOutCubic
+        }
 
         Repeater {
             model: root.table.sections
@@ -231,6 +280,7 @@ FocusScope {
                         readonly property bool wanted: isCurrent && spokenName.length > 0
 
                         required title
+                        required titleFont
                         required icon
                         required hasIcon
                         required marked
@@ -245,6 +295,8 @@ FocusScope {
                         height: part.section.rowHeight
                         empty: lifted || place === landing.place
                         focused: isCurrent && root.keyboardFocus
+                        down: touch.pressed
+                        inView: rowTop < flick.contentY + flick.height && rowTop + height > flick.contentY
 
                         // The gap goes beneath the rows of the other sections too.
                         onLiftedChanged: part.z = lifted ? -1 : 0
@@ -258,7 +310,9 @@ FocusScope {
                         }
                         Behavior on y { enabled: root.dragging && !row.lifted && Theme.animated; MakeRoom {} }
 
-                        Accessible.role: Accessible.ListItem
+                        Accessible.role: root.table.selectable ? Accessible.RadioButton : Accessible.ListItem
+                        Accessible.checkable: root.table.selectable
+                        Accessible.checked: root.table.selectable && marked
                         Accessible.name: spokenName
                         Accessible.description: {
                             const header = part.section.header;
@@ -270,6 +324,23 @@ FocusScope {
                         Accessible.onIncreaseAction: root.step(place, 1)
                         Accessible.onDecreaseAction: root.step(place, -1)
 
+                        // Only what is connected is told to assistive tools as an action.
+                        Connections {
+                            target: root.table.selectable ? row.Accessible : null
+                            function onPressAction() { root.tap(row.place) }
+                            function onToggleAction() { root.tap(row.place) }
+                        }
+                        MouseArea {
+                            id: touch
+
+                            enabled: root.table.selectable
+                            anchors.fill: parent
+                            onClicked: {
+                                root.keyboardFocus = false;
+                                root.tap(row.place);
+                                root.forceActiveFocus(Qt.MouseFocusReason);
+                            }
+                        }
                         MouseArea {
                             id: handle
 
@@ -326,6 +397,7 @@ FocusScope {
 
         function take(row) {
             title = row.title;
+            titleFont = row.titleFont;
             icon = row.icon;
             hasIcon = row.hasIcon;
             marked = row.marked;

@@ -6,6 +6,8 @@ Cell {
     id: root
 
     property string title
+    property var titleFont    // undefined for the usual one
+    property bool inView: true // until then no font is opened for it
     property bool marked: false
     property bool movable: false
 
@@ -13,7 +15,22 @@ Cell {
         visible: !root.empty
         anchors { fill: parent; leftMargin: Theme.contentInset(root.hasIcon); rightMargin: Theme.inset }
 
+        // Drawn in a font of its own, unless that cannot be.
+        Loader {
+            id: drawn
+
+            active: root.titleFont !== undefined
+            anchors { left: parent.left; right: signs.left; rightMargin: 8; top: parent.top; bottom: parent.bottom }
+            sourceComponent: FontTitle {
+                text: root.title
+                titleFont: root.titleFont
+                color: Theme.text
+                smallestScale: Theme.smallestSize / Theme.bodySize
+                inView: root.inView
+            }
+        }
         RowTitle {
+            visible: !drawn.item?.drawn
             anchors { left: parent.left; right: signs.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
             text: root.title
             Accessible.ignored: true

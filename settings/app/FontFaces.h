@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/ui/UIFont.h"
+
+#include <QPainterPath>
+#include <QString>
+
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <optional>
+
+namespace settings {
+
+/// A text as it is drawn: its outline, with the beginning of the baseline at (0, 0), and how far the text goes.
+struct TextOutline {
+    QPainterPath path;
+    double width = 0;
+    bool rightToLeft = false;
+};
+
+/// Draws text in fonts by their files, collections and instances of variable fonts included, which the toolkit's own
+/// fonts cannot name. A face is opened for the first text in it, and those used last stay open.
+///
+///     if (const auto outline = FontFaces::shared().outline(*font, "Inter-Bold")) painter.drawPath(outline->path);
+///
+/// GUI thread.
+class FontFaces {
+  public:
+    static FontFaces& shared();
+
+    /// Nothing when the file cannot be read as a font, or when the font has no outlines for some of the text.
+    [[nodiscard]] std::optional<TextOutline> outline(const platform::UIFont& font, const QString& text);
+    /// How many faces have been opened so far.
+    [[nodiscard]] int opened() const { return opened_; }
+
+    FontFaces();
+    FontFaces(const FontFaces&) = delete;
+    FontFaces& operator=(const FontFaces&) = delete;
+    ~FontFaces();
+
+  private:
+    struct Library;
+    class Face;
+    Face* face(const platform::UIFont& font);
+
+    std::unique_ptr<Library> library_;
+    std::list<std::unique_ptr<Face>> faces_; ///< the one used last comes first
+    int opened_ = 0;
+};
+
+} // namespace settings
