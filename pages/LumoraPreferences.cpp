@@ -1,12 +1,32 @@
 #include "pages/LumoraPreferences.h"
 
 #include "link/PreferenceKeys.h"
+#include "pages/ProblemReport.h"
+#include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/FileContents.h"
 #include "platform/foundation/NSLog.h"
+#include "platform/services/UIApplication.h"
 
 namespace lumora {
 
+using platform::MFMailComposeViewController;
+using platform::NSURL;
+using platform::PSSpecifier;
 using platform::selector;
+using platform::UIApplication;
 using PreferenceHelperAdditions::addIcon;
+
+namespace {
+
+constexpr const char* kHandle = "nevo_lumora"; // without the "@"
+constexpr const char* kSupport = "support@nevo.example";
+
+void attachIfReadable(MFMailComposeViewController& composer, const char* fixedPath, const char* fileName) {
+    if (auto data = platform::dataWithContentsOfFile(platform::devicePath(fixedPath)))
+        composer.addAttachmentData(std::move(*data), "text/plain", fileName);
+}
+
+} // namespace
 
 PLATFORM_CLASS(LumoraPreferences)
 
@@ -34,8 +54,8 @@ SettingsPage::Rows LumoraPreferences::rows(PreferenceHelper& make) {
         make.link("Change Log", "ChangeLogController"),
 
         make.header("Contact", "Questions, ideas and problem reports are welcome."),
-        addIcon(make.button("@nevo_lumora", selector(&LumoraPreferences::openTwitter)), "twitter"),
-        addIcon(make.button("support@nevo.example", selector(&LumoraPreferences::openEmail)), "mail"),
+        addIcon(make.button("@" + std::string(kHandle), selector(&LumoraPreferences::openTwitter)), "twitter"),
+        addIcon(make.button(kSupport, selector(&LumoraPreferences::openEmail)), "mail"),
     };
 }
 
@@ -44,12 +64,30 @@ void LumoraPreferences::viewWillAppear(bool animated) {
     platform::NSLog(platform::description(session().settings()));
 }
 
-// The two contact actions have nothing to call yet: the platform layer offers neither opening an address nor a mail
-// composer. Until it does, a tap on either button does nothing.
-void LumoraPreferences::openTwitter(platform::PSSpecifier& /*sender*/) {
+void LumoraPreferences::openTwitter(PSSpecifier& /*sender*/) {
+    // Kept on purpose: where no application takes the scheme nothing happens, and no web page opens instead.
+    if (const auto profile = NSURL::URLWithString("twitter://user?screen_name=" + std::string(kHandle)))
+        UIApplication::sharedApplication().openURL(*profile);
 }
 
-void LumoraPreferences::openEmail(platform::PSSpecifier& /*sender*/) {
+void LumoraPreferences::openEmail(PSSpecifier& /*sender*/) {
+    if (!MFMailComposeViewController::canSendMail()) return; // without a word, on purpose
+    const ProblemReport report = ProblemReport::ofThisDevice();
+    const auto composer = platform::make<MFMailComposeViewController>();
+    composer->setMailComposeDelegate(std::static_pointer_cast<LumoraPreferences>(shared_from_this()));
+    composer->setToRecipients({kSupport});
+    composer->setSubject(report.subject());
+    composer->setMessageBody(report.body(), false);
+    attachIfReadable(*composer, "/var/mobile/nevo_lumora_log", "log");
+    attachIfReadable(*composer, "/tmp/dpkgl.log", "dpkgl.log");
+    presentViewController(composer, true, nullptr);
+}
+
+// Kept on purpose: however it ended, nothing more is shown or logged here.
+void LumoraPreferences::mailComposeController(MFMailComposeViewController& controller,
+                                              platform::MFMailComposeResult /*result*/,
+                                              const platform::NSError* /*error*/) {
+    controller.dismissViewControllerAnimated(true, nullptr);
 }
 
 } // namespace lumora

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "pages/SettingsPage.h"
+#include "platform/services/MFMailComposeViewController.h"
 
 namespace lumora {
 
 /// The root page: the master switch, the sleep timer, the links to every other page, and the maker's contact.
-class LumoraPreferences final : public SettingsPage {
+class LumoraPreferences final : public SettingsPage, public platform::MFMailComposeViewControllerDelegate {
   public:
     LumoraPreferences();
 
@@ -13,11 +14,16 @@ class LumoraPreferences final : public SettingsPage {
     /// problem report is read against, and so it shows every value as it is, passcodes included.
     void viewWillAppear(bool animated) override;
 
+    void mailComposeController(platform::MFMailComposeViewController& controller, platform::MFMailComposeResult result,
+                               const platform::NSError* error) override;
+
   protected:
     Rows rows(PreferenceHelper& make) override;
 
   private:
+    /// Opens the maker's profile in the device's social-media application.
     void openTwitter(platform::PSSpecifier& sender);
+    /// Presents a problem report for the user to complete, with the diagnostic files that can be read.
     void openEmail(platform::PSSpecifier& sender);
 };
 

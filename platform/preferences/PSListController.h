@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/preferences/PSSpecifier.h"
+#include "platform/ui/UIViewController.h"
 
 #include <memory>
 #include <string>
@@ -22,7 +23,7 @@ struct UINavigationItem {
 ///
 /// A page either has rows (specifiers()) or shows one view that fills it (setView() from viewWillAppear()). The
 /// application makes it with make<T>(), so init() runs to its end before anything is shown. Main thread.
-class PLATFORM_EXPORT PSListController : public NSObject {
+class PLATFORM_EXPORT PSListController : public UIViewController {
   public:
     PSListController();
     ~PSListController() override;

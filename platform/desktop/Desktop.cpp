@@ -1,0 +1,52 @@
+#include "platform/Export.h"
+#include "platform/desktop/MessageWriter.h"
+#include "platform/services/DesktopServices.h"
+
+#include <gio/gio.h>
+
+#include <memory>
+
+namespace platform {
+namespace {
+
+struct Unreference {
+    void operator()(void* object) const { g_object_unref(object); }
+};
+using Application = std::unique_ptr<GAppInfo, Unreference>;
+
+Application applicationOf(const std::string& scheme) {
+    return Application(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
+}
+
+class Desktop final : public DesktopServices {
+  public:
+    std::optional<Handler> handlerOf(const std::string& scheme) override {
+        const Application application = applicationOf(scheme);
+        if (!application) return std::nullopt;
+        const char* id = g_app_info_get_id(application.get());
+        const char* program = g_app_info_get_executable(application.get());
+        return Handler{id ? id : "", program ? program : ""};
+    }
+
+    bool openAddress(const std::string& scheme, const std::string& address) override {
+        const Application application = applicationOf(scheme);
+        if (!application) return false;
+        GList* addresses = g_list_append(nullptr, const_cast<char*>(address.c_str()));
+        // Why it does not start is of no use: nobody is told.
+        const bool opened = g_app_info_launch_uris(application.get(), addresses, nullptr, nullptr) != FALSE;
+        g_list_free(addresses);
+        return opened;
+    }
+
+    std::vector<std::string> addressesIn(const std::string& list) override { return mailAddressesIn(list); }
+
+    Result<bool> writeMessage(const MailMessage& message, int file) override { return writeMailMessage(message, file); }
+};
+
+} // namespace
+} // namespace platform
+
+extern "C" PLATFORM_EXPORT platform::DesktopServices* lumora_desktop_services() {
+    static platform::Desktop desktop;
+    return &desktop;
+}

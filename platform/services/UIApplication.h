@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/services/NSURL.h"
+
+namespace platform {
+
+/// The application as its pages see it.
+///
+///     UIApplication::sharedApplication().openURL(*NSURL::URLWithString("mailto:a@b.example"));
+///
+/// Main thread.
+class PLATFORM_EXPORT UIApplication {
+  public:
+    [[nodiscard]] static UIApplication& sharedApplication();
+
+    /// Hands the address to the program registered for its scheme and does not wait for it. Where there is none nothing
+    /// at all happens: false.
+    bool openURL(const NSURL& url);
+};
+
+} // namespace platform
