@@ -8,8 +8,8 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sstream>
-#include <sys/pidfd.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -128,7 +128,7 @@ Ended runProgram(const std::vector<std::string>& command, const fs::path& input,
     theirs.close();
     if (!id) return Ended::failure(id.error());
 
-    const File program(pidfd_open(id.value(), 0));
+    const File program(static_cast<int>(::syscall(SYS_pidfd_open, id.value(), 0)));
     std::string complaint;
     const bool inTime = program.number() >= 0 && waitFor(program.number(), complaints, complaint, atMost);
     if (!inTime) ::kill(-id.value(), SIGKILL);

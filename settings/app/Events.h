@@ -28,6 +28,9 @@ class Events {
                          std::function<void()> taken) = 0;
     /// The page's table shows another part of itself, or its headers and footers have other heights.
     virtual void tableScrolled(std::uint64_t page, const TableViewport& viewport) = 0;
+    /// The user did something with the message that is composed over the page.
+    virtual void composed(std::uint64_t page, std::uint64_t composer, ComposerAction action,
+                          const platform::MailText& text) = 0;
 
   protected:
     ~Events() = default;

@@ -29,8 +29,7 @@ PageModel::PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, Q
     : QObject(parent), events_(events), page_(std::move(page)) {
     makeGroups();
     readTable();
-    readText();
-    readElements();
+    readComposer();
 }
 
 QString PageModel::title() const {
@@ -46,8 +45,7 @@ void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
     if (!sameTitle) emit titleChanged();
     if (!sameView) emit viewChanged();
     readTable();
-    readText();
-    readElements();
+    readComposer();
     if (!sameRows) return makeGroups();
     for (std::size_t i = 0; i < rows_.size(); ++i)
         rows_[i]->read(page_->rows[i]);
@@ -61,34 +59,12 @@ void PageModel::readTable() {
     emit tableChanged();
 }
 
-void PageModel::readText() {
-    if (text_ && page_->text && text_->id() == page_->text->id) return text_->read(page_->text);
-    if (!text_ && !page_->text) return;
-    if (text_) text_->deleteLater();
-    text_ = page_->text ? new TextModel(page_->text, this) : nullptr;
-    emit textChanged();
-}
-
-void PageModel::readElements() {
-    const std::vector<ElementSnapshot> elements = inReadingOrder(page_->elements);
-    const bool same =
-        std::equal(elements_.begin(), elements_.end(), elements.begin(), elements.end(),
-                   [](const ElementModel* model, const auto& element) { return model->isSameElement(element); });
-    if (same) {
-        for (std::size_t i = 0; i < elements.size(); ++i)
-            elements_[qsizetype(i)]->read(elements[i]);
-        return;
-    }
-    const QList<ElementModel*> former = std::exchange(elements_, {});
-    for (const ElementSnapshot& element : elements)
-        elements_.push_back(new ElementModel(events_, page_->id, element, this));
-    emit elementsChanged();
-    for (ElementModel* old : former)
-        old->deleteLater();
-}
-
-void PageModel::touch(const std::vector<platform::UITouchRouter::Point>& points) {
-    events_.touched(page_->id, points, {});
+void PageModel::readComposer() {
+    if (composer_ && page_->composer && composer_->id() == page_->composer->id) return composer_->read(page_->composer);
+    if (!composer_ && !page_->composer) return;
+    if (composer_) composer_->deleteLater();
+    composer_ = page_->composer ? new ComposerModel(events_, page_->id, page_->composer, this) : nullptr;
+    emit composerChanged();
 }
 
 bool PageModel::hasSameRows(const PageSnapshot& page) const {

@@ -71,6 +71,7 @@ Result<bool> Pictures::tour(const std::filesystem::path& folder) {
             settle();
             resize(width);
             visitPages();
+            visitComposer();
             visitWaitingScreen();
         }
         return true;
@@ -109,6 +110,20 @@ std::string Pictures::pictureName(const PageSnapshot& page) {
     const auto& pages = shell_.pages();
     const std::string opener = pages.size() > 1 ? pages[pages.size() - 2]->snapshot().className : std::string();
     return openers_.emplace(name, opener).first->second == opener ? name : name + "-" + opener;
+}
+
+/// Nothing is pressed for it, which would compose a real message, and another one on each device.
+void Pictures::visitComposer() {
+    shell_.pretendComposing(std::make_shared<const ComposerSnapshot>(
+        ComposerSnapshot{0,
+                         {"support@nevo.example", "Lumora -- iPhone6,1(7.0.4)",
+                          "Application: Lumora\nDevice: iPhone6,1\nFirmware: 7.0.4\n\nComments:\nThe clock does not "
+                          "follow the color that I choose.\n\nReproduce:\nChoose a color, then lock the screen."},
+                         {{"log", 48'200}, {"dpkgl.log", 1'260'000}},
+                         false,
+                         {}}));
+    takePictures("Composer");
+    shell_.pretendComposing(nullptr);
 }
 
 void Pictures::visitWaitingScreen() {

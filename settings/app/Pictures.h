@@ -27,7 +27,8 @@ class Pictures : private QObject {
     [[nodiscard]] platform::Result<bool> grab(const std::filesystem::path& file);
     /// Every page, opened anew at each width, light and dark: "LumoraPreferences-390-light.png". A class that several
     /// rows open has one picture, but for option lists: "PSListItemsController-SleepAfter-390-light.png". Presses no
-    /// button and changes no value. The waiting screen comes last, in both of its states.
+    /// button and changes no value. A message being composed, and the waiting
+    /// screen in both of its states, come last.
     [[nodiscard]] platform::Result<bool> tour(const std::filesystem::path& folder);
 
   private:
@@ -40,6 +41,7 @@ class Pictures : private QObject {
     void visitPages();
     void visitTopPage();
     void visitWaitingScreen();
+    void visitComposer();
     void takePictures(const std::string& name);
     void save(const std::filesystem::path& file);
     void resize(int width);

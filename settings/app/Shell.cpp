@@ -22,6 +22,8 @@ constexpr auto kNoticeable = 200ms;
 /// A message has 1.0 s to be sent and 1.0 s to be answered; after both no answer can come.
 constexpr auto kBothTimeOuts = 2000ms;
 constexpr auto kSpare = 200ms;
+/// Somewhat longer than sending a message may take.
+constexpr std::chrono::milliseconds kMailAtMost = 130s;
 
 QString titleOf(const Opening& opening) {
     return QString::fromStdString(opening.title.empty() ? opening.className : opening.title);
@@ -132,7 +134,7 @@ void Shell::leave() {
     for (QWindow* window : QGuiApplication::topLevelWindows())
         window->hide();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); // so that it is gone from the screen
-    host_.finish(lost() ? 0ms : kBothTimeOuts + kSpare);
+    host_.finish(lost() ? 0ms : isComposing() ? kMailAtMost : kBothTimeOuts + kSpare);
     std::fflush(nullptr);
     _exit(0); // without joining: the main thread may be blocked for good
 }
@@ -141,6 +143,12 @@ void Shell::pretendWaiting(std::optional<Opening> opening, bool lost) {
     opening_ = std::move(opening);
     patience_ = !opening_ ? Patience::fresh : lost ? Patience::over : Patience::waiting;
     emit waitingChanged();
+}
+
+void Shell::pretendComposing(std::shared_ptr<const ComposerSnapshot> composer) {
+    PageSnapshot page = *topPage();
+    page.composer = std::move(composer);
+    pages_.back()->read(std::make_shared<const PageSnapshot>(std::move(page)));
 }
 
 void Shell::rowTapped(std::uint64_t page, std::size_t row) {
@@ -168,6 +176,11 @@ void Shell::touched(std::uint64_t page, const std::vector<platform::UITouchRoute
 
 void Shell::tableScrolled(std::uint64_t page, const TableViewport& viewport) {
     post([page, viewport](Navigation& navigation) { navigation.tableScrolled(page, viewport); });
+}
+
+void Shell::composed(std::uint64_t page, std::uint64_t composer, ComposerAction action,
+                     const platform::MailText& text) {
+    post([page, composer, action, text](Navigation& navigation) { navigation.composed(page, composer, action, text); });
 }
 
 void Shell::take(const StackSnapshot& stack) {

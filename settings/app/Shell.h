@@ -70,6 +70,8 @@ class Shell : public QObject, private Events {
 
     /// For pictures: shows the waiting screen in one of its two states, or hides it again.
     void pretendWaiting(std::optional<Opening> opening, bool lost);
+    /// For pictures: shows a message being composed over the top page, or takes it away again.
+    void pretendComposing(std::shared_ptr<const ComposerSnapshot> composer);
 
   signals:
     void darkChanged();
@@ -91,7 +93,10 @@ class Shell : public QObject, private Events {
     void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
                  std::function<void()> taken) override;
     void tableScrolled(std::uint64_t page, const TableViewport& viewport) override;
+    void composed(std::uint64_t page, std::uint64_t composer, ComposerAction action,
+                  const platform::MailText& text) override;
     void take(const StackSnapshot& stack);
+    [[nodiscard]] bool isComposing() const { return topPage() && topPage()->composer; }
     void setBusy(int change);
     void setPatience(Patience patience);
 

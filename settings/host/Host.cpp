@@ -58,12 +58,17 @@ void Host::post(std::function<void(Navigation&)> work) {
 
 void Host::finish(std::chrono::milliseconds atMost) {
     const auto deadline = std::chrono::steady_clock::now() + atMost;
-    const auto done = std::make_shared<std::promise<void>>(); // outlives this call when the main thread is blocked
-    post([done](Navigation&) { done->set_value(); });
-    done->get_future().wait_until(deadline);
+    catchUp(deadline);
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
     platform::dispatch_wait_until_idle(std::max(left, std::chrono::milliseconds(0)));
+    catchUp(deadline); // with what the workers have handed back to it
+}
+
+void Host::catchUp(std::chrono::steady_clock::time_point deadline) {
+    const auto done = std::make_shared<std::promise<void>>(); // outlives this call when the main thread is blocked
+    post([done](Navigation&) { done->set_value(); });
+    done->get_future().wait_until(deadline);
 }
 
 } // namespace settings

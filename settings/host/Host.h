@@ -44,6 +44,9 @@ class Host {
     void finish(std::chrono::milliseconds atMost);
 
   private:
+    /// Waits until the main thread has done what it has been handed so far, or the time is over.
+    void catchUp(std::chrono::steady_clock::time_point deadline);
+
     Navigation navigation_;
 };
 

@@ -1,6 +1,7 @@
 #include "settings/host/Navigation.h"
 
 #include "platform/preferences/PSListItemsController.h"
+#include "settings/host/ComposerSnapshotOf.h"
 #include "settings/host/SnapshotOf.h"
 
 #include <utility>
@@ -74,6 +75,7 @@ void Navigation::rowTapped(std::uint64_t page, std::size_t row) {
         break;
     case PSButtonCell:
         tapped->performAction();
+        watchComposer(*top);
         break;
     default:
         break;
@@ -116,6 +118,41 @@ void Navigation::touched(std::uint64_t page, const std::vector<UITouchRouter::Po
     if (!top || !top->controller->hostsView() || !top->controller->view()) return;
     touches_.send(top->controller->view(), points);
     readAnew(*top);
+    publish();
+}
+
+void Navigation::composed(std::uint64_t page, std::uint64_t composer, ComposerAction action, const MailText& text) {
+    OpenPage* top = pageOnTop(page);
+    const auto presented = top ? composerOf(*top->controller) : nullptr;
+    if (!presented || presented->id() != composer) return;
+    switch (action) {
+    case ComposerAction::send:
+        return presented->send(text);
+    case ComposerAction::save:
+        return presented->saveDraft(text);
+    case ComposerAction::cancel:
+        return presented->cancel();
+    }
+}
+
+/// Shows what a button has presented, and each change of it.
+void Navigation::watchComposer(OpenPage& page) {
+    const auto composer = composerOf(*page.controller);
+    if (!composer || (page.snapshot->composer && page.snapshot->composer->id == composer->id())) return;
+    composer->setObserver([self = std::weak_ptr(self_), id = page.id, watched = std::weak_ptr(composer)] {
+        if (const auto changed = watched.lock()) report(*changed);
+        if (const auto navigation = self.lock()) (*navigation)->composerChanged(id);
+    });
+    composerChanged(page.id);
+}
+
+void Navigation::composerChanged(std::uint64_t id) {
+    OpenPage* page = pageOnTop(id);
+    if (!page) return;
+    // The rows keep the values that they have been shown with, as when one of them is edited.
+    PageSnapshot shown = *page->snapshot;
+    shown.composer = composerSnapshotOf(*page->controller);
+    page->snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
     publish();
 }
 
@@ -166,7 +203,9 @@ void Navigation::appear(bool animated) {
 }
 
 void Navigation::readAnew(OpenPage& page) {
-    page.snapshot = std::make_shared<const PageSnapshot>(snapshotOf(*page.controller, page.className, page.id));
+    PageSnapshot shown = snapshotOf(*page.controller, page.className, page.id);
+    shown.composer = composerSnapshotOf(*page.controller);
+    page.snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
 }
 
 void Navigation::publishOpening(const std::string& className, const std::string& title) {

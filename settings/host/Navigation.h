@@ -43,6 +43,8 @@ class Navigation {
     void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points);
     /// The page's table shows another part of itself: makes the cells for it.
     void tableScrolled(std::uint64_t page, const TableViewport& viewport);
+    /// The user did something with the message that is composed over the page, of which he has made this text.
+    void composed(std::uint64_t page, std::uint64_t composer, ComposerAction action, const platform::MailText& text);
     /// Back from a page to the one before; does nothing on the first page.
     void back(std::uint64_t page);
     /// The content area has a new size. The page's view fills it always; what is in that view follows by its resizing
@@ -65,12 +67,15 @@ class Navigation {
     void publish();
     void publishOpening(const std::string& className, const std::string& title);
     void readAnew(OpenPage& page);
+    void watchComposer(OpenPage& page);
+    void composerChanged(std::uint64_t page);
     OpenPage* pageOnTop(std::uint64_t id);
 
     Show show_;
     std::vector<OpenPage> pages_;
     platform::CGSize contentSize_{390, 760};
-    platform::UITouchRouter touches_; ///< on the page on top
+    platform::UITouchRouter touches_;                                         ///< on the page on top
+    std::shared_ptr<Navigation*> self_ = std::make_shared<Navigation*>(this); ///< watched by what may outlive this
 };
 
 } // namespace settings

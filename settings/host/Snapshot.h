@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/foundation/Value.h"
+#include "platform/services/MailMessage.h"
 #include "platform/ui/CALayer.h"
 #include "platform/ui/CGContext.h"
 #include "platform/ui/CGGeometry.h"
@@ -119,6 +120,25 @@ struct TableViewport {
 /// Something on a page that the keyboard and assistive tools reach by what a touch would do.
 using ElementSnapshot = platform::UIAccessibilityElement;
 
+/// A file that goes with a message.
+struct AttachmentSnapshot {
+    std::string name;
+    std::uint64_t size = 0; ///< in bytes
+};
+
+/// A message that is being composed over a page. Its text is what the composer began with: what the user makes of it is
+/// known only to who draws it, until it is sent or saved.
+struct ComposerSnapshot {
+    std::uint64_t id = 0; ///< tells composers apart
+    platform::MailText text;
+    std::vector<AttachmentSnapshot> attachments;
+    bool working = false; ///< being sent or kept
+    std::string problem;  ///< why the last try did not end it, empty for none
+};
+
+/// What the user does with a message.
+enum class ComposerAction : unsigned char { send, save, cancel };
+
 struct PageSnapshot {
     std::uint64_t id = 0; ///< tells pages apart, never used twice in a process
     std::string className;
@@ -129,6 +149,7 @@ struct PageSnapshot {
     std::shared_ptr<const TextSnapshot> text;   ///< the text view in that view, when it has one
     std::vector<ElementSnapshot> elements;      ///< of that view, back to front; frames are on the page
     bool hostsView = false;
+    std::shared_ptr<const ComposerSnapshot> composer; ///< what the page presents over itself, null for nothing
 };
 
 /// A page that is being made or is about to appear: what the main thread may be waiting for.

@@ -16,7 +16,17 @@ Window {
 
     onClosing: {
         handOnFields();
+        (sheet.item as Composer)?.leave();
         shell.leave();
+    }
+
+    // A message that is composed over the page, which is deaf meanwhile.
+    readonly property ComposerModel composing: stack.shownPage?.page.composer ?? null
+    onComposingChanged: {
+        if (composing) {
+            sheet.active = false;
+            sheet.active = true;
+        }
     }
 
     // A field hands on what was typed when it loses the focus.
@@ -59,6 +69,7 @@ Window {
     }
     Shortcut {
         sequences: ["Escape", "Alt+Left", StandardKey.Back]
+        enabled: !window.composing
         onActivated: window.goBack()
     }
 
@@ -95,7 +106,7 @@ Window {
         id: stack
 
         anchors { fill: parent; topMargin: bar.height }
-        enabled: !window.shell.waiting
+        enabled: !window.shell.waiting && !window.composing
         clip: true
         focus: true
 
@@ -125,6 +136,20 @@ Window {
         height: window.shell.barHeight
         title: window.shell.waiting || !stack.shownPage ? window.shell.waitingTitle : stack.shownPage.page.title
         canGoBack: stack.depth > 1 && !window.shell.waiting
+        enabled: !window.composing
         onBackTapped: window.goBack()
+    }
+    Loader {
+        id: sheet
+
+        anchors.fill: parent
+        active: false
+        sourceComponent: Composer {
+            composer: window.composing
+            onGone: {
+                sheet.active = false;
+                stack.currentItem?.forceActiveFocus(Qt.OtherFocusReason);
+            }
+        }
     }
 }

@@ -80,6 +80,8 @@ class Bench : public QObject, private settings::Events {
     void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
                  std::function<void()> taken) override;
     void tableScrolled(std::uint64_t page, const settings::TableViewport& viewport) override;
+    void composed(std::uint64_t page, std::uint64_t composer, settings::ComposerAction action,
+                  const platform::MailText& text) override;
     std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantList& rows);
     std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;
     static std::shared_ptr<const settings::PageSnapshot> viewSnapshot(const QVariantMap& view);

@@ -1,0 +1,321 @@
+import QtQuick
+import QtQuick.Window
+import QtQuick.Templates as T
+import Lumora
+
+// A message to complete and send, on a sheet that slides over the window from below. What is edited is kept here alone:
+// snapshots tell only whether it is being sent and what became of that.
+FocusScope {
+    id: root
+
+    // Null once composing has ended; the sheet slides away then and says when it is gone.
+    property ComposerModel composer
+    signal gone
+
+    property bool open: false
+    property bool handedOver: false // until the first answer to that comes
+    property bool saving: false
+    property var begun: ({ to: "", subject: "", body: "" })
+    property var attachments: []
+    readonly property bool working: handedOver || (composer?.working ?? true)
+    readonly property bool edited: to.text !== begun.to || subject.text !== begun.subject || body.text !== begun.body
+
+    function send() {
+        if (working || !sendButton.enabled)
+            return;
+        handedOver = true;
+        saving = false;
+        composer.send(to.text, subject.text, body.text);
+    }
+    function saveDraft() {
+        if (working)
+            return;
+        handedOver = true;
+        saving = true;
+        composer.saveDraft(to.text, subject.text, body.text);
+    }
+    function cancel() {
+        if (!working)
+            composer.cancel();
+    }
+    // The window is closed: what the user has written is not thrown away. What is being sent goes on.
+    function leave() {
+        if (edited)
+            saveDraft();
+    }
+    function slideAway() {
+        if (!Theme.animated || !open)
+            gone();
+        open = false;
+    }
+
+    Component.onCompleted: {
+        begun = { to: composer.to, subject: composer.subject, body: composer.body };
+        attachments = composer.attachments;
+        to.text = begun.to;
+        subject.text = begun.subject;
+        body.text = begun.body;
+        open = true;
+        body.forceActiveFocus(Qt.OtherFocusReason);
+    }
+    onComposerChanged: if (!composer) slideAway()
+
+    Accessible.role: Accessible.Dialog
+    Accessible.name: title.text
+
+    Connections {
+        target: root.composer
+        function onChanged() { if (!root.composer.working) root.handedOver = false }
+    }
+    Shortcut {
+        sequence: "Escape"
+        enabled: root.open
+        onActivated: root.cancel()
+    }
+    Shortcut {
+        sequences: ["Ctrl+Return", "Ctrl+Enter"]
+        enabled: root.open
+        onActivated: root.send()
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: "black"
+        opacity: root.open ? 0.4 : 0
+
+        Behavior on opacity { enabled: Theme.animated; NumberAnimation { duration: 300 } }
+    }
+    // What is behind hears nothing.
+    MouseArea {
+        anchors.fill: parent
+        hoverEnabled: true
+        acceptedButtons: Qt.AllButtons
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    Item {
+        id: sheet
+
+        readonly property int gap: 28
+
+        x: Math.round((parent.width - width) / 2)
+        y: root.open ? gap : parent.height
+        width: Math.min(parent.width, Theme.contentWidth + 2 * Theme.inset)
+        height: parent.height - gap
+
+        Behavior on y {
+            enabled: Theme.animated
+            NumberAnimation {
+                duration: 300
+                easing.type: Easing.OutCubic
+                onRunningChanged: if (!running && !root.open) root.gone()
+            }
+        }
+
+        // Its lower corners are beneath the window.
+        Rectangle {
+            width: parent.width
+            height: parent.height + radius
+            radius: 14
+            color: Theme.cell
+            antialiasing: true
+        }
+
+        Item {
+            id: head
+
+            width: parent.width
+            height: 52
+
+            ComposerButton {
+                anchors { left: parent.left; leftMargin: Theme.inset - leftPadding; verticalCenter: parent.verticalCenter }
+                text: qsTr("Cancel")
+                enabled: !root.working
+                onClicked: root.cancel()
+            }
+            Text {
+                id: title
+
+                anchors.centerIn: parent
+                text: qsTr("New Message")
+                color: Theme.text
+                font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+            ComposerButton {
+                id: sendButton
+
+                anchors { right: parent.right; rightMargin: Theme.inset - rightPadding; verticalCenter: parent.verticalCenter }
+                text: qsTr("Send")
+                strong: true
+                enabled: !root.working && to.text.trim().length > 0
+                onClicked: root.send()
+            }
+            Rectangle {
+                anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+                height: 1
+                color: Theme.hairline
+            }
+        }
+
+        Flickable {
+            id: scroller
+
+            anchors { left: parent.left; right: parent.right; top: head.bottom; bottom: foot.top }
+            contentWidth: width
+            contentHeight: column.height
+            pixelAligned: true
+            clip: true
+
+            function showCursor() {
+                if (!body.activeFocus)
+                    return;
+                const top = body.y + body.cursorRectangle.y;
+                const bottom = top + body.cursorRectangle.height + 8;
+                if (top < contentY)
+                    contentY = Math.max(0, top - 8);
+                else if (bottom > contentY + height)
+                    contentY = Math.min(contentHeight - height, bottom - height);
+            }
+            onHeightChanged: showCursor()
+
+            Column {
+                id: column
+
+                width: scroller.width
+
+                ComposerField {
+                    id: to
+
+                    width: parent.width
+                    label: qsTr("To")
+                    readOnly: root.working
+                    field.inputMethodHints: Qt.ImhEmailCharactersOnly
+                    field.onAccepted: subject.field.forceActiveFocus(Qt.TabFocusReason)
+                    field.onActiveFocusChanged: if (field.activeFocus) scroller.contentY = 0
+                }
+                ComposerField {
+                    id: subject
+
+                    width: parent.width
+                    label: qsTr("Subject")
+                    readOnly: root.working
+                    field.onAccepted: body.forceActiveFocus(Qt.TabFocusReason)
+                    field.onActiveFocusChanged: if (field.activeFocus) scroller.contentY = 0
+                }
+                T.TextArea {
+                    id: body
+
+                    width: parent.width
+                    height: Math.max(contentHeight + topPadding + bottomPadding, 200)
+                    topPadding: 12
+                    bottomPadding: 12
+                    leftPadding: Theme.inset
+                    rightPadding: Theme.inset
+                    activeFocusOnTab: true
+                    readOnly: root.working
+                    textFormat: TextEdit.PlainText
+                    wrapMode: TextEdit.Wrap
+                    selectByMouse: true
+                    font.family: title.font.family
+                    font.pixelSize: Theme.bodySize
+                    color: Theme.text
+                    selectionColor: Theme.accent
+                    selectedTextColor: "white"
+                    // Tab goes on to the next control, as everywhere else.
+                    KeyNavigation.priority: KeyNavigation.BeforeItem
+                    KeyNavigation.tab: saveButton
+                    KeyNavigation.backtab: subject.field
+                    Accessible.name: qsTr("Message")
+
+                    onCursorRectangleChanged: scroller.showCursor()
+                    cursorDelegate: Rectangle {
+                        visible: body.cursorVisible
+                        width: 2
+                        radius: 1
+                        color: Theme.accent
+                    }
+                }
+                Repeater {
+                    model: root.attachments
+
+                    Item {
+                        id: attachment
+
+                        required property var modelData
+
+                        width: column.width
+                        height: Theme.rowHeight
+                        Accessible.role: Accessible.ListItem
+                        Accessible.name: qsTr("Attachment %1, %2").arg(modelData.name).arg(modelData.size)
+
+                        Rectangle {
+                            anchors { left: parent.left; leftMargin: Theme.inset; right: parent.right }
+                            height: 1
+                            color: Theme.hairline
+                        }
+                        Text {
+                            anchors { left: parent.left; leftMargin: Theme.inset; right: size.left; rightMargin: 12; verticalCenter: parent.verticalCenter }
+                            text: attachment.modelData.name
+                            textFormat: Text.PlainText
+                            color: Theme.text
+                            font.pixelSize: Theme.bodySize
+                            elide: Text.ElideMiddle
+                            Accessible.ignored: true
+                        }
+                        Text {
+                            id: size
+
+                            anchors { right: parent.right; rightMargin: Theme.inset; verticalCenter: parent.verticalCenter }
+                            text: attachment.modelData.size
+                            color: Theme.secondary
+                            font.pixelSize: Theme.bodySize
+                            Accessible.ignored: true
+                        }
+                    }
+                }
+            }
+
+            T.ScrollIndicator.vertical: PageScrollIndicator {}
+        }
+
+        Item {
+            id: foot
+
+            anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+            height: Math.max(48, status.implicitHeight + 16)
+
+            Rectangle {
+                width: parent.width
+                height: 1
+                color: Theme.hairline
+            }
+            ComposerButton {
+                id: saveButton
+
+                anchors { left: parent.left; leftMargin: Theme.inset - leftPadding; verticalCenter: parent.verticalCenter }
+                text: qsTr("Save Draft")
+                enabled: !root.working
+                onClicked: root.saveDraft()
+            }
+            Text {
+                id: status
+
+                anchors { left: saveButton.right; leftMargin: 12; right: parent.right; rightMargin: Theme.inset; verticalCenter: parent.verticalCenter }
+                visible: text.length > 0
+                text: !root.open || !root.composer ? ""
+                    : root.working ? (root.saving ? qsTr("Saving…") : qsTr("Sending…")) : root.composer.problem
+                textFormat: Text.PlainText
+                color: Theme.secondary
+                font.pixelSize: Theme.footSize
+                horizontalAlignment: Text.AlignRight
+                wrapMode: Text.Wrap
+                maximumLineCount: 4
+                elide: Text.ElideRight
+                Accessible.role: Accessible.AlertMessage
+                Accessible.name: text
+            }
+        }
+    }
+}

@@ -1,0 +1,36 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A button of the composer: its text in the accent colour.
+T.AbstractButton {
+    id: root
+
+    property bool strong: false
+
+    leftPadding: 8
+    rightPadding: 8
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: 40
+    focusPolicy: Qt.StrongFocus
+    opacity: down ? 0.4 : 1
+
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+
+    Accessible.name: text
+    Accessible.onPressAction: if (enabled) clicked()
+
+    background: Rectangle {
+        visible: root.visualFocus
+        radius: 8
+        color: "transparent"
+        border { width: 2; color: Theme.accent }
+        antialiasing: true
+    }
+    contentItem: Text {
+        text: root.text
+        color: root.enabled ? Theme.accent : Theme.placeholder
+        font { pixelSize: Theme.bodySize; weight: root.strong ? Font.DemiBold : Font.Normal }
+        verticalAlignment: Text.AlignVCenter
+    }
+}
