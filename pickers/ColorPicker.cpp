@@ -21,7 +21,8 @@ UIColorRef fullColor(double hue, double saturation) {
     return UIColor::colorWithHue(hue, saturation, 1.0, 1.0);
 }
 
-void setBorder(UIView& view) {
+void setBorder(UIView& view, UIColorRef color) {
+    view.layer().borderColor = std::move(color);
     view.layer().borderWidth = 0.5;
     view.layer().cornerRadius = 2.0;
     view.setClipsToBounds(true);
@@ -54,12 +55,12 @@ UIColorRef ColorPicker::_defaultTintColor() {
 
 CGRect ColorPicker::fieldFrame() const {
     const auto [width, height] = frame().size;
-    return CGRectMake(kMargin, kMargin, width - 2 * kMargin, height - 3 * kMargin - kBarHeight);
+    return CGRectMake(kMargin, kMargin, width - 2 * kMargin, height - (3 * kMargin + kBarHeight));
 }
 
 CGRect ColorPicker::barFrame() const {
     const auto [width, height] = frame().size;
-    return CGRectMake(kMargin, height - kMargin - kBarHeight, width - 2 * kMargin, kBarHeight);
+    return CGRectMake(kMargin, height - (kMargin + kBarHeight), width - 2 * kMargin, kBarHeight);
 }
 
 const std::shared_ptr<UIImageView>& ColorPicker::hueSatImage() {
@@ -69,8 +70,7 @@ const std::shared_ptr<UIImageView>& ColorPicker::hueSatImage() {
         hueSatImage_ = make<UIImageView>(UIImage::imageWithContentsOfFile(file));
         hueSatImage_->setFrame(fieldFrame());
         hueSatImage_->setAutoresizingMask(UIViewAutoresizingFlexibleWidth | UIViewAutoresizingFlexibleHeight);
-        hueSatImage_->layer().borderColor = _defaultTintColor();
-        setBorder(*hueSatImage_);
+        setBorder(*hueSatImage_, _defaultTintColor());
     }
     if (!hueSatImage_->superview()) addSubview(hueSatImage_);
     return hueSatImage_;
@@ -81,8 +81,7 @@ const std::shared_ptr<BrightnessView>& ColorPicker::gradientView() {
         gradientView_ = make<BrightnessView>();
         gradientView_->setFrame(barFrame());
         gradientView_->setAutoresizingMask(UIViewAutoresizingFlexibleWidth | UIViewAutoresizingFlexibleTopMargin);
-        gradientView_->layer().borderColor = _defaultTintColor();
-        setBorder(*gradientView_);
+        setBorder(*gradientView_, _defaultTintColor());
     }
     if (!gradientView_->superview()) addSubview(gradientView_);
     return gradientView_;

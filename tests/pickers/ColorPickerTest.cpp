@@ -212,14 +212,14 @@ TEST_F(Picker, LeavesAViewThatHasAnotherParentThere) {
 
 TEST_F(Picker, FollowsItsSizeWithFieldAndBarAndPlacesTheMarksAnew) {
     place(hsb(0.25, 0.5, 0.75));
-    for (const auto& frame : {CGRectMake(3, 4, 640, 345), CGRectMake(0, 0, 320, 600), CGRectMake(0, 0, 200.5, 130)}) {
+    for (const auto& frame : {CGRectMake(3, 4, 640, 345), CGRectMake(0, 0, 320, 600), CGRectMake(0, 0, 200.3, 130.3)}) {
         picker->setFrame(frame);
         const auto [width, height] = frame.size;
         EXPECT_EQ(picker->gradientView()->frame(), CGRectMake(20, height - 50, width - 40, 30)) << "by its mask";
         picker->layoutIfNeeded();
         EXPECT_EQ(picker->hueSatImage()->frame(), CGRectMake(20, 20, width - 40, height - 90));
         EXPECT_EQ(picker->gradientView()->frame(), CGRectMake(20, height - 50, width - 40, 30));
-        expectMarks({20 + (width - 40) / 4, 20 + (height - 90) / 2}, {20 + (width - 40) / 4, height - 35});
+        expectMarks({20 + (width - 40) / 4, 20 + (height - 90) / 2}, {20 + (width - 40) / 4, height - 50 + 15});
         EXPECT_EQ(picker->crossHairs()->frame().size, (platform::CGSize{28, 28}));
         EXPECT_EQ(picker->brightnessIndicator()->frame().size, (platform::CGSize{5, 40}));
     }
