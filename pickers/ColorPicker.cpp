@@ -39,11 +39,11 @@ void setMark(UIView& view) {
 
 } // namespace
 
-bool ColorPicker::initWithFrame(const CGRect& frame, UIColorRef color, DidChangeColorBlock didChangeColorBlock) {
+bool ColorPicker::initWithFrame(const CGRect& frame, UIColorRef color, DidChangeColorBlock andDidChangeColorBlock) {
     if (!UIView::init()) return false;
     setFrame(frame);
     color_ = std::move(color);
-    didChangeColorBlock_ = std::move(didChangeColorBlock);
+    didChangeColorBlock_ = std::move(andDidChangeColorBlock);
     return true;
 }
 

@@ -17,7 +17,8 @@ namespace lumora {
 ///     addSubview(picker); // shows the colour, and black when there is none
 ///
 /// The colour is kept as the object that was chosen last, and beside it as hue, saturation and brightness: a grey or a
-/// black has no hue of its own, yet the marks stay where the finger left them. Main thread.
+/// black has no hue of its own, yet the marks stay where the finger left them for as long as the control stays where it
+/// is. Main thread.
 class ColorPicker final : public platform::UIView {
   public:
     /// Gets the colour that is stored now.
@@ -26,7 +27,7 @@ class ColorPicker final : public platform::UIView {
     using UIView::initWithFrame;
     /// Stores the colour as it is and reports nothing; null is allowed. The subviews are made later.
     bool initWithFrame(const platform::CGRect& frame, platform::UIColorRef color,
-                       DidChangeColorBlock didChangeColorBlock);
+                       DidChangeColorBlock andDidChangeColorBlock);
 
     /// Null only until the control is placed in a view.
     [[nodiscard]] const platform::UIColorRef& color() const { return color_; }
@@ -47,8 +48,10 @@ class ColorPicker final : public platform::UIView {
     /// Null for none.
     void setDidChangeColorBlock(DidChangeColorBlock block) { didChangeColorBlock_ = std::move(block); }
 
-    /// Recolours the frames of field and bar and the bar's mark. Kept on purpose: the view's own tint stays.
+    /// Recolours the borders of field and bar, and the bar's mark. Kept on purpose: the view's own tint stays.
     void setTintColor(platform::UIColorRef color) override;
+    /// Black: what the borders have at first.
+    [[nodiscard]] static platform::UIColorRef _defaultTintColor();
 
     // Each is made and put in its place when it is first asked for.
     const std::shared_ptr<platform::UIImageView>& hueSatImage();
@@ -67,7 +70,6 @@ class ColorPicker final : public platform::UIView {
     [[nodiscard]] std::vector<platform::UIAccessibilityElement> accessibilityElements() const override;
 
   private:
-    static platform::UIColorRef _defaultTintColor();
     [[nodiscard]] platform::CGRect fieldFrame() const;
     [[nodiscard]] platform::CGRect barFrame() const;
 

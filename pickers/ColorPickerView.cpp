@@ -35,15 +35,11 @@ SettingsSession& session() {
     return sessionOf<ColorPickerView>();
 }
 
-UIColorRef hsb(double hue, double saturation, double brightness) {
-    return UIColor::colorWithHue(hue, saturation, brightness, 1.0);
-}
-
 /// Kept on purpose: components are read in single precision, though they are saved in double.
 UIColorRef storedColor() {
     const Value stored = session().value(kLSBlurColor);
     const auto component = [&](const char* key) { return static_cast<float>(stored[key].doubleValue()); };
-    return hsb(component("h"), component("s"), component("b"));
+    return ColorPickerView::h(component("h"), component("s"), component("b"));
 }
 
 void castShadow(UIView& view) {
@@ -83,10 +79,14 @@ void ColorPickerView::setupColorPickerInFrame(const CGRect& frame) {
     addSubview(themes);
 }
 
+UIColorRef ColorPickerView::h(double hue, double s, double b) {
+    return UIColor::colorWithHue(hue, s, b, 1.0);
+}
+
 std::vector<UIColorRef> ColorPickerView::themes() {
     std::vector<UIColorRef> colors;
     for (const Theme& theme : kThemes)
-        colors.push_back(hsb(theme.hue, theme.saturation, theme.brightness));
+        colors.push_back(h(theme.hue, theme.saturation, theme.brightness));
     return colors;
 }
 

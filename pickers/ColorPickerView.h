@@ -31,6 +31,10 @@ class ColorPickerView final : public platform::UIView, public std::enable_shared
 
     /// The colours of the strip, made anew.
     [[nodiscard]] static std::vector<platform::UIColorRef> themes();
+    /// A strip with a button for each of them, side by side; the buttons refer to this view.
+    [[nodiscard]] std::shared_ptr<platform::UIView> themesView(const platform::CGRect& frame);
+    /// An opaque colour of that hue, saturation and brightness.
+    [[nodiscard]] static platform::UIColorRef h(double hue, double s, double b);
     /// A tapped button of the strip, whose tag is the number of its theme.
     void setColor(platform::UIButton& button);
     /// Stores the control's colour and sends it to the tweak.
@@ -38,7 +42,6 @@ class ColorPickerView final : public platform::UIView, public std::enable_shared
 
   private:
     void setupColorPickerInFrame(const platform::CGRect& frame);
-    std::shared_ptr<platform::UIView> themesView(const platform::CGRect& frame);
 
     std::shared_ptr<ColorPicker> pickerView_;
     std::shared_ptr<platform::UIView> preview_;

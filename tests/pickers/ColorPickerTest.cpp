@@ -115,6 +115,7 @@ TEST_F(Picker, HasAFieldAboveABar) {
         EXPECT_EQ(view->layer().borderWidth, 0.5);
         EXPECT_EQ(view->layer().cornerRadius, 2.0);
         EXPECT_EQ(view->layer().borderColor, UIColor::blackColor());
+        EXPECT_EQ(view->layer().borderColor, ColorPicker::_defaultTintColor());
         EXPECT_TRUE(view->clipsToBounds());
         EXPECT_EQ(view->layer().shadowOpacity, 0);
     }

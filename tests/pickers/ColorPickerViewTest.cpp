@@ -197,12 +197,14 @@ TEST_F(ColorPage, DividesTheStripEvenlyAmongItsButtons) {
     EXPECT_NE(width, 320.0 / 7);
 }
 
-TEST_F(ColorPage, RoundsTheHeightOfAButtonToSinglePrecisionToo) {
-    open({}, CGRectMake(0, 0, 390.1, 700.1));
-    const CGRect button = strip().subviews().front()->frame();
-    EXPECT_EQ(button.size.width, double(static_cast<float>(390.1 / 7)));
-    EXPECT_EQ(button.size.height, 60);
-    EXPECT_EQ(strip().frame(), CGRectMake(0, 700.1 - 60, 390.1, 60));
+TEST_F(ColorPage, RoundsTheSizeOfAButtonToSinglePrecision) {
+    open({});
+    const auto odd = view().themesView(CGRectMake(1, 2, 390.1, 33.3));
+    EXPECT_EQ(odd->frame(), CGRectMake(1, 2, 390.1, 33.3));
+    ASSERT_EQ(odd->subviews().size(), 7U);
+    for (const auto& button : odd->subviews())
+        EXPECT_EQ(button->frame().size, (platform::CGSize{static_cast<float>(390.1 / 7), 33.3F}));
+    EXPECT_EQ(odd->subviews()[1]->frame().origin, (CGPoint{static_cast<float>(390.1 / 7), 0}));
 }
 
 TEST_F(ColorPage, NamesTheColoursOfItsButtons) {
