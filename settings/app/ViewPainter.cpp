@@ -95,6 +95,16 @@ void repeat(QPainter& painter, const CGDrawing& drawing, const QRectF& box) {
         painter.restore();
 }
 
+/// What a blur needs on each side, in pixels.
+double marginOf(double blur) {
+    return std::ceil(3 * blur) + 1;
+}
+
+/// Finer than one sees, and coarse enough for a shadow to be found again.
+QPointF inEighths(QPointF point) {
+    return {std::round(point.x() * 8) / 8, std::round(point.y() * 8) / 8};
+}
+
 /// The weights of a pixel and of those on one side of it, which make 1 with those on the other side.
 std::vector<float> weightsOf(double blur) {
     std::vector<float> weights(std::size_t(std::ceil(3 * blur)) + 1);
@@ -162,22 +172,27 @@ void ViewPainter::paintShadow(QPainter& painter, const CALayer& layer, const QRe
     const double scale = pixels(painter);
     QColor color = toQColor(*layer.shadowColor);
     color.setAlphaF(float(std::min(1.0, color.alphaF() * layer.shadowOpacity)));
-    const Shadow shadow{box.size() * scale, radius * scale, layer.shadowRadius * scale, color};
+    // An image is drawn sharply on whole pixels only, so where the corner lies between them is a matter of the image.
+    const QTransform toScreen = painter.combinedTransform();
+    const QPointF corner = toScreen.map(box.topLeft() + QPointF(layer.shadowOffset.width, layer.shadowOffset.height));
+    const QPointF pixel(std::floor(corner.x()), std::floor(corner.y()));
+    const Shadow shadow{box.size() * scale, inEighths(corner - pixel), radius * scale, layer.shadowRadius * scale,
+                        color};
     const QImage image = shadows_.find(shadow, [&] { return blurred(shadow); });
-    const double margin = (std::ceil(3 * shadow.blur) + 1) / scale;
-    const QPointF corner =
-        box.topLeft() + QPointF(layer.shadowOffset.width, layer.shadowOffset.height) - QPointF(margin, margin);
-    painter.drawImage(QRectF(corner, QSizeF(image.size()) / scale), image);
+    const double margin = marginOf(shadow.blur);
+    const QRectF place(pixel - QPointF(margin, margin), QSizeF(image.size()));
+    painter.drawImage(toScreen.inverted().mapRect(place), image);
 }
 
 QImage ViewPainter::blurred(const Shadow& shadow) {
-    const double margin = std::ceil(3 * shadow.blur) + 1;
-    QImage image(int(std::ceil(shadow.size.width() + 2 * margin)), int(std::ceil(shadow.size.height() + 2 * margin)),
+    const double margin = marginOf(shadow.blur);
+    const QRectF shape(QPointF(margin, margin) + shadow.phase, shadow.size);
+    QImage image(int(std::ceil(shape.right() + margin)), int(std::ceil(shape.bottom() + margin)),
                  QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(rounded(QRectF(QPointF(margin, margin), shadow.size), shadow.cornerRadius), shadow.color);
+    painter.fillPath(rounded(shape, shadow.cornerRadius), shadow.color);
     painter.end();
     if (shadow.blur <= 0) return image;
 

@@ -49,7 +49,8 @@ class ViewPainter {
 
   private:
     struct Shadow {
-        QSizeF size; ///< all in pixels of the screen
+        QSizeF size;   ///< all in pixels of the screen
+        QPointF phase; ///< of the corner, within its pixel
         double cornerRadius;
         double blur;
         QColor color;

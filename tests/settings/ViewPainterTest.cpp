@@ -266,6 +266,19 @@ TEST(ViewPainter, CastsAShadowOnAllSidesThatFadesOut) {
     EXPECT_NEAR(qRed(image.pixel(14, 20)), 255 * (1 - 0.31), 4);
 }
 
+TEST(ViewPainter, CastsTheShadowOfARoundViewThatLiesBetweenPixelsEvenly) {
+    const CALayer layer{
+        .backgroundColor = red(), .cornerRadius = 7, .shadowOffset = {0, 0}, .shadowRadius = 0.5, .shadowOpacity = 1};
+    const QImage image = painted(view({{10.5, 12.5}, {14, 14}}, layer)); // its middle is that of the pixel (17, 19)
+    for (int out = 6; out < 12; ++out) {
+        const QRgb left = image.pixel(17 - out, 19);
+        EXPECT_TRUE(isNearly(image.pixel(17 + out, 19), left)) << out;
+        EXPECT_TRUE(isNearly(image.pixel(17, 19 - out), left)) << out;
+        EXPECT_TRUE(isNearly(image.pixel(17, 19 + out), left)) << out;
+    }
+    EXPECT_NE(image.pixel(17 - 8, 19), kWhite);
+}
+
 TEST(ViewPainter, MovesTheShadowAndWeakensIt) {
     CALayer layer{.backgroundColor = nullptr,
                   .shadowColor = UIColor::blackColor(),
