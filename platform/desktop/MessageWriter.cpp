@@ -51,11 +51,19 @@ void addAddresses(GMimeMessage* message, GMimeAddressType type, const std::strin
     if (addresses) internet_address_list_append(g_mime_message_get_addresses(message, type), addresses.get());
 }
 
+void setContent(GMimePart* part, const char* bytes, std::size_t count, GMimeContentEncoding encoding) {
+    const Owned<GMimeStream> stream(g_mime_stream_mem_new_with_buffer(bytes, count));
+    const Owned<GMimeDataWrapper> content(
+        g_mime_data_wrapper_new_with_stream(stream.get(), GMIME_CONTENT_ENCODING_DEFAULT));
+    g_mime_part_set_content(part, content.get());
+    g_mime_part_set_content_encoding(part, encoding);
+}
+
 Owned<GMimeObject> textPart(const MailMessage& message) {
     Owned<GMimeTextPart> part(g_mime_text_part_new_with_subtype(message.isHTML ? "html" : "plain"));
     g_mime_text_part_set_charset(part.get(), "utf-8");
-    g_mime_text_part_set_text(part.get(), message.text.body.c_str());
-    g_mime_part_set_content_encoding(GMIME_PART(part.get()), GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
+    setContent(GMIME_PART(part.get()), message.text.body.data(), message.text.body.size(),
+               GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
     return Owned<GMimeObject>(GMIME_OBJECT(part.release()));
 }
 
@@ -66,13 +74,8 @@ Owned<GMimeObject> attachmentPart(const MailAttachment& attachment) {
     Owned<GMimePart> part(g_mime_part_new_with_type(type.c_str(), subtype.c_str()));
     g_mime_part_set_filename(part.get(), attachment.fileName.c_str());
     g_mime_object_set_disposition(GMIME_OBJECT(part.get()), "attachment");
-    const Data& data = *attachment.data;
-    const Owned<GMimeStream> bytes(
-        g_mime_stream_mem_new_with_buffer(reinterpret_cast<const char*>(data.data()), data.size()));
-    const Owned<GMimeDataWrapper> content(
-        g_mime_data_wrapper_new_with_stream(bytes.get(), GMIME_CONTENT_ENCODING_DEFAULT));
-    g_mime_part_set_content(part.get(), content.get());
-    g_mime_part_set_content_encoding(part.get(), GMIME_CONTENT_ENCODING_BASE64);
+    setContent(part.get(), reinterpret_cast<const char*>(attachment.data->data()), attachment.data->size(),
+               GMIME_CONTENT_ENCODING_BASE64);
     return Owned<GMimeObject>(GMIME_OBJECT(part.release()));
 }
 

@@ -2,13 +2,18 @@
 
 #include <glib.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <cstring>
 #include <memory>
 
 namespace platform {
 
 std::optional<NSURL> NSURL::URLWithString(const std::string& text) {
-    if (text.find('\0') != std::string::npos) return std::nullopt;
+    // The check that follows is lenient about these.
+    const auto isForbidden = [](unsigned char letter) {
+        return letter <= ' ' || letter >= 0x7F || std::strchr("\"<>\\^`{|}", letter) != nullptr;
+    };
+    if (std::any_of(text.begin(), text.end(), isForbidden)) return std::nullopt;
     if (!g_uri_is_valid(text.c_str(), G_URI_FLAGS_NONE, nullptr)) return std::nullopt;
     const std::unique_ptr<char, void (*)(void*)> scheme(g_uri_parse_scheme(text.c_str()), g_free);
     if (!scheme) return std::nullopt;

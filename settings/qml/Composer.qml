@@ -10,6 +10,7 @@ FocusScope {
 
     // Null once composing has ended; the sheet slides away then and says when it is gone.
     property ComposerModel composer
+    property int gap: 0 // above the sheet
     signal gone
 
     property bool open: false
@@ -55,6 +56,8 @@ FocusScope {
         to.text = begun.to;
         subject.text = begun.subject;
         body.text = begun.body;
+        to.field.cursorPosition = 0; // a long text begins at its beginning
+        subject.field.cursorPosition = 0;
         open = true;
         body.forceActiveFocus(Qt.OtherFocusReason);
     }
@@ -96,12 +99,10 @@ FocusScope {
     Item {
         id: sheet
 
-        readonly property int gap: 28
-
         x: Math.round((parent.width - width) / 2)
-        y: root.open ? gap : parent.height
+        y: root.open ? root.gap : parent.height
         width: Math.min(parent.width, Theme.contentWidth + 2 * Theme.inset)
-        height: parent.height - gap
+        height: parent.height - root.gap
 
         Behavior on y {
             enabled: Theme.animated

@@ -28,7 +28,9 @@ Item {
         leftPadding: 8
         rightPadding: Theme.inset
         activeFocusOnTab: true
-        font: name.font // a control's own font is the desktop's
+        // A control's own font is the desktop's; texts have the application's.
+        font.family: name.font.family
+        font.pixelSize: Theme.bodySize
         color: Theme.text
         selectionColor: Theme.accent
         selectedTextColor: "white"

@@ -146,6 +146,7 @@ Window {
         active: false
         sourceComponent: Composer {
             composer: window.composing
+            gap: window.shell.barHeight
             onGone: {
                 sheet.active = false;
                 stack.currentItem?.forceActiveFocus(Qt.OtherFocusReason);

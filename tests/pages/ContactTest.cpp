@@ -1,0 +1,190 @@
+#include "pages/LumoraPreferences.h"
+#include "pages/ProblemReport.h"
+#include "platform/services/UIDevice.h"
+#include "tests/pages/OpenPage.h"
+#include "tests/support/DeviceFolder.h"
+#include "tests/support/Home.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <sys/utsname.h>
+#include <unistd.h>
+
+namespace {
+
+using lumora::LumoraPreferences;
+using lumora::ProblemReport;
+using platform::MFMailComposeViewController;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+
+TEST(ProblemReport, NamesTheDeviceAndItsSystemInTheSubject) {
+    EXPECT_EQ(ProblemReport("iPhone6,1", "7.0.4").subject(), "Lumora -- iPhone6,1(7.0.4)");
+}
+
+TEST(ProblemReport, HasABodyToFillInWithoutALineAtItsEnd) {
+    EXPECT_EQ(ProblemReport("iPhone6,1", "7.0.4").body(), "Application: Lumora\n"
+                                                          "Device: iPhone6,1\n"
+                                                          "Firmware: 7.0.4\n"
+                                                          "\n"
+                                                          "Comments:\n"
+                                                          "Please describe in detail what's wrong\n"
+                                                          "\n"
+                                                          "Reproduce:\n"
+                                                          "How can I reproduce this issue?");
+}
+
+TEST(ProblemReport, IsOfThisDevice) {
+    utsname names{};
+    ASSERT_EQ(uname(&names), 0);
+    EXPECT_EQ(ProblemReport::ofThisDevice().subject(), "Lumora -- " + std::string(names.machine) + "(" +
+                                                           platform::UIDevice::currentDevice().systemVersion() + ")");
+}
+
+class ContactTest : public ::testing::Test {
+  protected:
+    ContactTest() : page(tests::openPage<LumoraPreferences>()) {}
+    void enableMail() { ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1); }
+    void tap(std::size_t row) { page->specifiers()->at(row)->performAction(); }
+    void tapMail() { tap(14); }
+    std::shared_ptr<MFMailComposeViewController> composer() {
+        return std::dynamic_pointer_cast<MFMailComposeViewController>(page->presentedViewController());
+    }
+    /// Name and bytes of each.
+    std::vector<std::pair<std::string, std::string>> attachments() {
+        std::vector<std::pair<std::string, std::string>> all;
+        if (!composer()) return {{"nothing is presented", ""}};
+        for (const auto& attachment : composer()->message().attachments) {
+            EXPECT_EQ(attachment.mimeType, "text/plain");
+            all.emplace_back(attachment.fileName, std::string(attachment.data->begin(), attachment.data->end()));
+        }
+        return all;
+    }
+    static constexpr const char* kLog = "/var/mobile/nevo_lumora_log";
+    static constexpr const char* kOther = "/tmp/dpkgl.log";
+
+    tests::Home home;
+    tests::DeviceFolder device;
+    std::shared_ptr<LumoraPreferences> page;
+};
+
+TEST_F(ContactTest, OpensTheMakersProfile) {
+    home.addRecorder("social");
+    home.registerFor("twitter", "social.desktop", "social %u");
+    tap(13);
+    EXPECT_THAT(home.argumentsOf("social"), ElementsAre("twitter://user?screen_name=nevo_lumora"));
+}
+
+TEST_F(ContactTest, OpensNothingWhereNoApplicationTakesProfiles) {
+    testing::internal::CaptureStderr();
+    tap(13);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(page->presentedViewController(), nullptr);
+}
+
+TEST_F(ContactTest, PresentsAReportToTheMaker) {
+    enableMail();
+    tapMail();
+    ASSERT_NE(composer(), nullptr);
+    const auto& message = composer()->message();
+    const auto report = ProblemReport::ofThisDevice();
+    EXPECT_EQ(message.text.to, "support@nevo.example");
+    EXPECT_EQ(message.text.subject, report.subject());
+    EXPECT_EQ(message.text.body, report.body());
+    EXPECT_FALSE(message.isHTML);
+}
+
+TEST_F(ContactTest, PresentsNothingWhereNoMailCanBeSent) {
+    testing::internal::CaptureStderr();
+    tapMail();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(page->presentedViewController(), nullptr);
+}
+
+TEST_F(ContactTest, AttachesBothDiagnosticFilesInOrder) {
+    enableMail();
+    device.write("one", kLog);
+    device.write(std::string("\0\xff", 2), kOther);
+    tapMail();
+    EXPECT_THAT(attachments(), ElementsAre(Pair("log", "one"), Pair("dpkgl.log", std::string("\0\xff", 2))));
+}
+
+TEST_F(ContactTest, AttachesNothingWhereNeitherFileIsThere) {
+    enableMail();
+    tapMail();
+    EXPECT_THAT(attachments(), IsEmpty());
+}
+
+TEST_F(ContactTest, AttachesTheOneFileThatIsThere) {
+    enableMail();
+    device.write("two", kOther);
+    tapMail();
+    EXPECT_THAT(attachments(), ElementsAre(Pair("dpkgl.log", "two")));
+}
+
+TEST_F(ContactTest, AttachesAnEmptyFile) {
+    enableMail();
+    device.write("", kLog);
+    tapMail();
+    EXPECT_THAT(attachments(), ElementsAre(Pair("log", "")));
+}
+
+TEST_F(ContactTest, SkipsWhatOnlyStandsWhereAFileShouldBe) {
+    enableMail();
+    std::filesystem::create_directories(device.path() / "var/mobile/nevo_lumora_log");
+    std::filesystem::create_directories(device.path() / "tmp");
+    ASSERT_EQ(::mkfifo((device.path() / "tmp/dpkgl.log").c_str(), 0600), 0);
+    testing::internal::CaptureStderr();
+    tapMail();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_THAT(attachments(), IsEmpty());
+}
+
+TEST_F(ContactTest, SkipsAFileThatCannotBeRead) {
+    enableMail();
+    device.write("secret", kLog);
+    device.write("two", kOther);
+    ASSERT_EQ(::chmod((device.path() / "var/mobile/nevo_lumora_log").c_str(), 0), 0);
+    for (const auto& folder : {device.path(), home.path()})
+        ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
+    ASSERT_EQ(::chmod((home.path() / "bin/mta").c_str(), 0755), 0);
+    const bool isRoot = ::geteuid() == 0;
+    if (isRoot) {
+        ASSERT_EQ(::seteuid(65534), 0);
+    } // nothing is closed to root
+    tapMail();
+    if (isRoot) {
+        ASSERT_EQ(::seteuid(0), 0);
+    }
+    EXPECT_THAT(attachments(), ElementsAre(Pair("dpkgl.log", "two")));
+}
+
+TEST_F(ContactTest, BuildsAnotherReportForEachTap) {
+    enableMail();
+    tapMail();
+    const auto first = composer();
+    first->cancel();
+    EXPECT_EQ(page->presentedViewController(), nullptr);
+    tapMail();
+    EXPECT_NE(composer(), nullptr);
+    EXPECT_NE(composer(), first);
+}
+
+TEST_F(ContactTest, DismissesTheReportHoweverItEnded) {
+    enableMail();
+    const platform::NSError error{"why"};
+    for (const int result : {0, 1, 2, 3}) {
+        tapMail();
+        ASSERT_NE(composer(), nullptr);
+        testing::internal::CaptureStderr();
+        page->mailComposeController(*composer(), static_cast<platform::MFMailComposeResult>(result),
+                                    result == 3 ? &error : nullptr);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_EQ(page->presentedViewController(), nullptr);
+    }
+}
+
+} // namespace

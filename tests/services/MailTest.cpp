@@ -1,0 +1,406 @@
+#include "platform/messaging/Dispatch.h"
+#include "platform/services/MFMailComposeViewController.h"
+#include "tests/support/Home.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <future>
+#include <map>
+#include <mutex>
+#include <sys/stat.h>
+#include <thread>
+
+namespace {
+
+using namespace platform;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::SizeIs;
+
+/// Runs something on the main thread and waits for it.
+void onMain(const std::function<void()>& work) {
+    static const bool started = (std::thread([] { dispatch_main(); }).detach(), true);
+    ASSERT_TRUE(started);
+    std::promise<void> done;
+    dispatch_async(dispatch_get_main_queue(), [&] {
+        work();
+        done.set_value();
+    });
+    done.get_future().wait();
+}
+
+/// Keeps each result that it is told, and on which thread.
+class Delegate final : public MFMailComposeViewControllerDelegate {
+  public:
+    struct Told {
+        MFMailComposeResult result;
+        std::string error; ///< empty for none
+        std::thread::id thread;
+    };
+    void mailComposeController(MFMailComposeViewController& /*controller*/, MFMailComposeResult result,
+                               const NSError* error) override {
+        const std::lock_guard lock(mutex_);
+        told_.push_back({result, error ? error->localizedDescription : "", std::this_thread::get_id()});
+        changed_.notify_all();
+    }
+    /// The first result, once there is one, and it is the only one when the main thread has nothing left to do.
+    Told only() {
+        {
+            std::unique_lock lock(mutex_);
+            changed_.wait_for(lock, tests::kLongEnough, [this] { return !told_.empty(); });
+        }
+        EXPECT_TRUE(dispatch_wait_until_idle(tests::kLongEnough));
+        onMain([] {});
+        const std::lock_guard lock(mutex_);
+        EXPECT_THAT(told_, SizeIs(1));
+        return told_.empty() ? Told{MFMailComposeResultCancelled, "never told", {}} : told_.front();
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<Told> told_;
+};
+
+class MailTest : public ::testing::Test {
+  protected:
+    MailTest() {
+        onMain([this] {
+            mainThread = std::this_thread::get_id();
+            composer = make<MFMailComposeViewController>();
+            composer->setMailComposeDelegate(delegate);
+            composer->setToRecipients({"support@nevo.example"});
+            composer->setSubject("Subject");
+            composer->setMessageBody("Body", false);
+        });
+    }
+    ~MailTest() override {
+        onMain([this] { composer = nullptr; });
+    }
+    void useSendmail(const std::string& script) {
+        ::setenv("LUMORA_SENDMAIL", home.addProgram("mta", script).c_str(), 1);
+    }
+    void attach(const std::string& bytes, const std::string& name) {
+        onMain([&] { composer->addAttachmentData({bytes.begin(), bytes.end()}, "text/plain", name); });
+    }
+    void send(const MailText& text = {"support@nevo.example", "Subject", "Body"}) {
+        onMain([&] { composer->send(text); });
+    }
+    /// Waits for the message to be edited again.
+    std::string problem() {
+        std::string why;
+        EXPECT_TRUE(tests::eventually([&] {
+            onMain([&] { why = composer->isWorking() ? "" : composer->problem(); });
+            return !why.empty();
+        }));
+        return why;
+    }
+    static bool canSend() {
+        bool can = false;
+        onMain([&] { can = MFMailComposeViewController::canSendMail(); });
+        return can;
+    }
+    std::string onlyDraft() const {
+        const auto drafts = tests::Home::filesIn(home.drafts());
+        EXPECT_THAT(drafts, SizeIs(1));
+        return drafts.empty() ? "" : tests::Home::contentsOf(drafts.front());
+    }
+
+    tests::Home home;
+    std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
+    std::shared_ptr<MFMailComposeViewController> composer;
+    std::thread::id mainThread;
+};
+
+// -- whether there is a way --
+
+TEST_F(MailTest, CannotBeSentWithoutAnyProgram) {
+    EXPECT_FALSE(canSend());
+    ::setenv("LUMORA_SENDMAIL", (home.path() / "bin/missing").c_str(), 1);
+    EXPECT_FALSE(canSend());
+}
+
+TEST_F(MailTest, CanBeSentWithSendmailInThePath) {
+    ::unsetenv("LUMORA_SENDMAIL");
+    home.addRecorder("sendmail");
+    EXPECT_TRUE(canSend());
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    EXPECT_THAT(home.argumentsOf("sendmail"), ElementsAre("-i", "--", "support@nevo.example"));
+}
+
+TEST_F(MailTest, CanBeHandedToAKnownMailProgramThatIsRegistered) {
+    home.addRecorder("thunderbird");
+    EXPECT_FALSE(canSend());
+    home.registerFor("mailto", "thunderbird.desktop", "thunderbird %u");
+    EXPECT_TRUE(tests::eventually(canSend)) << "what is registered later is noticed";
+}
+
+TEST_F(MailTest, CannotBeHandedToAProgramThatIsNotKnownToTakeAttachments) {
+    home.addRecorder("other");
+    home.registerFor("mailto", "other.desktop", "other %u");
+    EXPECT_FALSE(canSend());
+}
+
+TEST_F(MailTest, CannotBeHandedToAKnownProgramInsideAnother) {
+    home.addRecorder("sandbox");
+    home.registerFor("mailto", "thunderbird.desktop", "sandbox run thunderbird %u");
+    EXPECT_FALSE(canSend());
+}
+
+// -- sendmail --
+
+TEST_F(MailTest, IsSentToAllItsRecipientsAsItWasEdited) {
+    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+    ::setenv("EMAIL", "me@home.example", 1);
+    send({"A <a@b.example>, -f@c.example", "Grüße\nBcc: x@y.example", "Text"});
+    const auto told = delegate->only();
+    EXPECT_EQ(told.result, MFMailComposeResultSent);
+    EXPECT_EQ(told.error, "");
+    EXPECT_EQ(told.thread, mainThread);
+    EXPECT_THAT(home.argumentsOf("mta"), ElementsAre("-i", "--", "a@b.example", "-f@c.example"));
+    const std::string message = home.inputOf("mta");
+    EXPECT_THAT(message, HasSubstr("\nFrom: me@home.example\n"));
+    EXPECT_THAT(message, testing::StartsWith("Date: "));
+    EXPECT_THAT(message, HasSubstr("\nMessage-Id: <"));
+    EXPECT_THAT(message, Not(HasSubstr("\nBcc:")));
+    EXPECT_THAT(home.filesIn(home.drafts()), IsEmpty()) << "what is sent is no draft any more";
+}
+
+TEST_F(MailTest, IsKeptWhenSendingFails) {
+    useSendmail("cat > /dev/null; echo 'no route' >&2; exit 75");
+    send();
+    const auto told = delegate->only();
+    EXPECT_EQ(told.result, MFMailComposeResultFailed);
+    EXPECT_THAT(told.error, HasSubstr("ended with 75: no route"));
+    EXPECT_THAT(onlyDraft(), HasSubstr("Subject: Subject\n"));
+    EXPECT_EQ(home.filesIn(home.drafts()).front(), composer->draft());
+}
+
+TEST_F(MailTest, IsKeptWhenTheProgramEndsWithoutReading) {
+    attach(std::string(20 << 20, 'x'), "log");
+    useSendmail("exit 1");
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultFailed);
+    EXPECT_GT(onlyDraft().size(), 20U << 20);
+}
+
+TEST_F(MailTest, IsKeptWhenTheProgramIsKilled) {
+    useSendmail("kill -9 $$");
+    send();
+    EXPECT_THAT(delegate->only().error, HasSubstr("signal 9"));
+    EXPECT_THAT(onlyDraft(), HasSubstr("Body"));
+}
+
+TEST_F(MailTest, IsKeptWhenTheProgramIsGoneByThen) {
+    useSendmail("exit 0");
+    EXPECT_TRUE(canSend());
+    std::filesystem::remove(home.path() / "bin/mta");
+    send();
+    const auto told = delegate->only();
+    EXPECT_EQ(told.result, MFMailComposeResultFailed);
+    EXPECT_THAT(told.error, HasSubstr("no program"));
+    EXPECT_THAT(onlyDraft(), HasSubstr("Body"));
+}
+
+TEST_F(MailTest, IsSentOnceHoweverOftenItIsAskedForMeanwhile) {
+    const std::string gate = (home.path() / "gate").string();
+    ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+    useSendmail("echo once >> " + (home.path() / "calls").string() + "; cat > /dev/null; read go < " + gate);
+    send();
+    send();
+    onMain([this] {
+        EXPECT_TRUE(composer->isWorking()) << "the main thread is free while the program takes its time";
+        composer->saveDraft({});
+        composer->cancel();
+    });
+    std::ofstream(gate) << "go\n";
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    send();
+    onMain([this] { composer->cancel(); });
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    EXPECT_EQ(home.contentsOf(home.path() / "calls"), "once\n");
+}
+
+TEST_F(MailTest, IsSentByAProgramThatGoesOnInTheBackgroundWithItsStandardError) {
+    const std::string gate = (home.path() / "gate").string();
+    ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+    useSendmail("cat > /dev/null; (read go < " + gate + ") & exit 0");
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    std::ofstream(gate) << "go\n";
+}
+
+TEST_F(MailTest, StaysToBeEditedWithoutAnAddress) {
+    useSendmail("exit 0");
+    send({" , ", "Subject", "Body"});
+    EXPECT_THAT(problem(), HasSubstr("no address"));
+    send({"a@b.example", "Subject", "Body"});
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+}
+
+TEST_F(MailTest, StaysToBeEditedWhenItCannotBeKept) {
+    useSendmail("exit 0");
+    std::ofstream(home.path() / "data/lumora") << "in the way";
+    send();
+    EXPECT_THAT(problem(), HasSubstr("cannot make the folder"));
+    std::filesystem::remove(home.path() / "data/lumora");
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+}
+
+// -- drafts and the way out --
+
+TEST_F(MailTest, IsCancelledWithoutATrace) {
+    onMain([this] {
+        composer->cancel();
+        composer->cancel();
+    });
+    const auto told = delegate->only();
+    EXPECT_EQ(told.result, MFMailComposeResultCancelled);
+    EXPECT_EQ(told.thread, mainThread);
+    EXPECT_THAT(home.filesIn(home.drafts()), IsEmpty());
+}
+
+TEST_F(MailTest, IsSavedAsADraftThatItsUserAloneCanRead) {
+    attach("attached", "log");
+    onMain([this] { composer->saveDraft({"support@nevo.example", "Later", "Not yet"}); });
+    const auto told = delegate->only();
+    EXPECT_EQ(told.result, MFMailComposeResultSaved);
+    EXPECT_EQ(told.error, "");
+    EXPECT_THAT(onlyDraft(), HasSubstr("Subject: Later\n"));
+    EXPECT_THAT(onlyDraft(), HasSubstr("filename=log"));
+    const auto permissions = [](const std::filesystem::path& path) {
+        return static_cast<unsigned>(std::filesystem::status(path).permissions());
+    };
+    EXPECT_EQ(permissions(home.drafts()), 0700U);
+    EXPECT_EQ(permissions(composer->draft()), 0600U);
+    EXPECT_EQ(composer->draft().extension(), ".eml");
+}
+
+TEST_F(MailTest, KeepsEveryDraftInAFileOfItsOwn) {
+    for (int i = 0; i < 5; ++i) {
+        onMain([&] {
+            composer = make<MFMailComposeViewController>();
+            delegate = std::make_shared<Delegate>();
+            composer->setMailComposeDelegate(delegate);
+            composer->saveDraft({"a@b.example", "S" + std::to_string(i), ""});
+        });
+        EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    }
+    EXPECT_THAT(home.filesIn(home.drafts()), SizeIs(5));
+}
+
+TEST_F(MailTest, KeepsDraftsInTheHomeWhereNoOtherPlaceIsNamed) {
+    ::unsetenv("XDG_DATA_HOME");
+    onMain([this] { composer->saveDraft({}); });
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    EXPECT_EQ(composer->draft().parent_path(), home.path() / ".local/share/lumora/drafts");
+}
+
+TEST_F(MailTest, EndsWithoutADelegate) {
+    onMain([this] { delegate = nullptr; });
+    onMain([this] {
+        composer->cancel();
+        EXPECT_TRUE(composer->isOver());
+    });
+}
+
+// -- mail programs --
+
+class MailProgramTest : public MailTest {
+  protected:
+    void use(const std::string& program, const std::string& desktopId) {
+        home.addRecorder(program);
+        home.registerFor("mailto", desktopId, program + " %u");
+        attach(std::string("one\0two", 7), "log");
+        attach("three", "dpkgl.log");
+    }
+    /// Where the files are that the program was handed, after a look at them.
+    std::string folder() {
+        const auto made = home.filesIn(home.path() / "tmp");
+        EXPECT_THAT(made, SizeIs(1));
+        if (made.empty()) return {};
+        struct stat facts {};
+        EXPECT_EQ(::stat(made.front().c_str(), &facts), 0);
+        EXPECT_EQ(facts.st_mode & 0777U, 0700U);
+        EXPECT_EQ(home.contentsOf(made.front() / "log"), std::string("one\0two", 7));
+        EXPECT_EQ(home.contentsOf(made.front() / "dpkgl.log"), "three");
+        return made.front();
+    }
+    void handOver() {
+        send({"a@b.example", "What's, it?", "1 & 2\n\"3\""});
+        EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved) << "somebody else sends it, or does not";
+        EXPECT_THAT(home.filesIn(home.drafts()), IsEmpty());
+    }
+    static std::string replaced(std::string text, const std::string& what, const std::string& by) {
+        for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size())
+            text.replace(at, what.size(), by);
+        return text;
+    }
+    std::string address = "mailto:a@b.example?subject=What%27s%2C%20it%3F&body=1%20%26%202%0A%223%22";
+};
+
+TEST_F(MailProgramTest, ThunderbirdTakesAListWithEverythingEncoded) {
+    use("thunderbird", "thunderbird.desktop");
+    handOver();
+    const std::string arguments = "format=2,to=a%40b.example,subject=What%27s%2C%20it%3F,body=1%20%26%202%0A%223%22,"
+                                  "attachment=file%3A%2F%2FDIR%2Flog%2Cfile%3A%2F%2FDIR%2Fdpkgl.log";
+    EXPECT_THAT(home.argumentsOf("thunderbird"),
+                ElementsAre("-compose", replaced(arguments, "DIR", replaced(folder(), "/", "%2F"))));
+}
+
+TEST_F(MailProgramTest, EvolutionTakesAnAddressWithTheFilesInIt) {
+    use("evolution", "org.gnome.Evolution.desktop");
+    handOver();
+    const std::string files = replaced(folder(), "/", "%2F");
+    EXPECT_THAT(home.argumentsOf("evolution"),
+                ElementsAre(address + "&attach=" + files + "%2Flog&attach=" + files + "%2Fdpkgl.log"));
+}
+
+TEST_F(MailProgramTest, KMailTakesOptions) {
+    use("kmail", "org.kde.kmail2.desktop");
+    handOver();
+    const std::string files = "file://" + folder();
+    EXPECT_THAT(home.argumentsOf("kmail"),
+                ElementsAre("--composer", "--subject", "What's, it?", "--body", "1 & 2\n\"3\"", "--attach",
+                            files + "/log", "--attach", files + "/dpkgl.log", "--", "a@b.example"));
+}
+
+TEST_F(MailProgramTest, ClawsMailTakesAnAddressAndFiles) {
+    use("claws-mail", "claws-mail.desktop");
+    handOver();
+    const std::string files = folder();
+    EXPECT_THAT(home.argumentsOf("claws-mail"),
+                ElementsAre("--compose", address, "--attach", files + "/log", files + "/dpkgl.log"));
+}
+
+TEST_F(MailProgramTest, SylpheedTakesAnAddressAndFiles) {
+    use("sylpheed", "sylpheed.desktop");
+    handOver();
+    const std::string files = folder();
+    EXPECT_THAT(home.argumentsOf("sylpheed"),
+                ElementsAre("--compose", address, "--attach", files + "/log", files + "/dpkgl.log"));
+}
+
+TEST_F(MailProgramTest, IsNotCalledWhereMailCanBeSent) {
+    use("thunderbird", "thunderbird.desktop");
+    useSendmail("cat > /dev/null");
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    EXPECT_THAT(home.filesIn(home.path() / "tmp"), IsEmpty());
+}
+
+TEST_F(MailProgramTest, LosesNothingWhenItDoesNotStart) {
+    use("thunderbird", "thunderbird.desktop");
+    std::ofstream(home.path() / "bin/thunderbird", std::ios::trunc) << "no program";
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultFailed);
+    EXPECT_THAT(onlyDraft(), HasSubstr("Subject: Subject\n"));
+}
+
+} // namespace

@@ -1,0 +1,37 @@
+#include "platform/services/UIApplication.h"
+
+#include "tests/support/Home.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using platform::NSURL;
+using platform::UIApplication;
+using ::testing::ElementsAre;
+
+TEST(UIApplication, HandsAnAddressToTheProgramRegisteredForItsScheme) {
+    const tests::Home home;
+    home.addRecorder("viewer");
+    home.registerFor("twitter", "viewer.desktop", "viewer --open %u");
+    EXPECT_TRUE(UIApplication::sharedApplication().openURL(*NSURL::URLWithString("twitter://user?screen_name=a")));
+    EXPECT_THAT(home.argumentsOf("viewer"), ElementsAre("--open", "twitter://user?screen_name=a"));
+}
+
+TEST(UIApplication, DoesNothingForASchemeThatNobodyTakes) {
+    const tests::Home home;
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(UIApplication::sharedApplication().openURL(*NSURL::URLWithString("twitter://user?screen_name=a")));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(UIApplication, DoesNothingWhenTheRegisteredProgramIsGone) {
+    const tests::Home home;
+    home.registerFor("twitter", "viewer.desktop", "viewer %u");
+    EXPECT_FALSE(UIApplication::sharedApplication().openURL(*NSURL::URLWithString("twitter://user")));
+}
+
+} // namespace
