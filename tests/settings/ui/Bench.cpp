@@ -313,6 +313,33 @@ void Bench::touched(std::uint64_t /*page*/, const std::vector<platform::UITouchR
     if (taken) underWay_.push_back(std::move(taken));
 }
 
+void Bench::compose(const QVariantMap& message) {
+    settings::PageSnapshot page = page_->snapshot();
+    page.composer = nullptr;
+    if (!message.isEmpty()) {
+        const auto text = [&](const char* key) { return message[key].toString().toStdString(); };
+        settings::ComposerSnapshot composer{message["id"].toULongLong(),
+                                            {text("to"), text("subject"), text("body")},
+                                            {},
+                                            message["working"].toBool(),
+                                            text("problem")};
+        for (const QVariant& file : message["attachments"].toList())
+            composer.attachments.push_back(
+                {file.toMap()["name"].toString().toStdString(), file.toMap()["size"].toULongLong()});
+        page.composer = std::make_shared<const settings::ComposerSnapshot>(std::move(composer));
+    }
+    page_->read(std::make_shared<const settings::PageSnapshot>(std::move(page)));
+}
+
+void Bench::composed(std::uint64_t /*page*/, std::uint64_t /*composer*/, settings::ComposerAction action,
+                     const platform::MailText& text) {
+    static constexpr const char* names[] = {"send", "save", "cancel"};
+    compositions_ << QVariantMap{{"action", names[static_cast<int>(action)]},
+                                 {"to", QString::fromStdString(text.to)},
+                                 {"subject", QString::fromStdString(text.subject)},
+                                 {"body", QString::fromStdString(text.body)}};
+}
+
 void Bench::tableScrolled(std::uint64_t /*page*/, const settings::TableViewport& viewport) {
     viewport_ = viewport;
     QVariantList headers;

@@ -18,7 +18,7 @@ class Bench : public QObject, private settings::Events {
     Q_PROPERTY(QVariantList taps READ taps)
     Q_PROPERTY(QVariantList moves READ moves)
     Q_PROPERTY(QVariantList viewports READ viewports)
-    Q_PROPERTY(QVariantList touches READ touches)
+    Q_PROPERTY(QVariantList compositions READ compositions)
     /// Asked for cells, it brings none until `takeAll()`.
     Q_PROPERTY(bool busy MEMBER busy_)
 
@@ -37,6 +37,9 @@ class Bench : public QObject, private settings::Events {
     Q_INVOKABLE void showTable(const QVariantList& sections);
     /// The same of a view that the page has made anew.
     Q_INVOKABLE void showOtherTable(const QVariantList& sections);
+    /// A newer snapshot of the last page, with a message: a map of "id", "to", "subject", "body", "attachments" (maps
+    /// of "name", "size"), "working", "problem"; without one when that is empty.
+    Q_INVOKABLE void compose(const QVariantMap& message);
     /// The ground of the view that the table is in gets a colour.
     Q_INVOKABLE void paint(const QString& color);
     /// A page that hosts a view of 390 × 700 points: "color" of its ground, "views" (maps of "frame", a rectangle, and
@@ -57,8 +60,8 @@ class Bench : public QObject, private settings::Events {
     /// Maps of "top", "bottom", "headers", "footers".
     [[nodiscard]] QVariantList viewports() const { return viewports_; }
 
-    /// One list for each event, of lists of four: finger, "began", "moved", "ended" or "cancelled", x, y.
-    [[nodiscard]] QVariantList touches() const { return touches_; }
+    /// Maps of "action" ("send", "save", "cancel"), "to", "subject", "body".
+    [[nodiscard]] QVariantList compositions() const { return compositions_; }
 
     /// What assistive tools are told about everything in the item's window, every text of each.
     Q_INVOKABLE QVariantList spoken(QQuickItem* item);
@@ -93,7 +96,7 @@ class Bench : public QObject, private settings::Events {
     QVariantList taps_;
     QVariantList moves_;
     QVariantList viewports_;
-    QVariantList touches_;
+    QVariantList compositions_;
     std::vector<settings::SectionSnapshot> sections_; ///< of the table, every cell in them
     settings::TableViewport viewport_;
     bool busy_ = false;
