@@ -70,7 +70,7 @@ def fonts_of(kind):
     weight = [("wght", 100, 400, 900, "Weight")]
     if kind == "many":
         for i in range(int(number)):
-            yield f"many{i:04}.ttf", font(f"Many {i:04}", 700, f"Many{i:04}-Regular")
+            yield f"many{i:04}.ttf", font(f"Many {i:04}", 700, f"Many{i:04}-Regular", characters="Many-Regular0123456789")
     elif kind == "twins":
         yield "twin1.ttf", font("Twin", 300, "Twin-Regular")
         yield "twin2.ttf", font("Twin", 700, "Twin-Regular")

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+namespace tests {
+
+/// Which files of a folder anybody has opened since.
+class OpenedFiles {
+  public:
+    explicit OpenedFiles(const std::filesystem::path& folder) {
+        if (::inotify_add_watch(watch_, folder.c_str(), IN_OPEN) < 0)
+            throw std::runtime_error("no watch on the folder");
+    }
+    ~OpenedFiles() { ::close(watch_); }
+    OpenedFiles(const OpenedFiles&) = delete;
+    OpenedFiles& operator=(const OpenedFiles&) = delete;
+
+    [[nodiscard]] std::set<std::string> names() const {
+        std::set<std::string> opened;
+        std::array<char, 65536> events{};
+        for (ssize_t size = 0; (size = ::read(watch_, events.data(), events.size())) > 0;) {
+            for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
+                inotify_event event{};
+                std::memcpy(&event, events.data() + at, sizeof event);
+                if (event.len > 0) opened.emplace(events.data() + at + sizeof event); // not the folder itself
+                at += sizeof event + event.len;
+            }
+        }
+        return opened;
+    }
+
+  private:
+    int watch_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+};
+
+} // namespace tests

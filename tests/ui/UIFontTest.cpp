@@ -1,0 +1,143 @@
+#include "platform/ui/UIFont.h"
+
+#include "tests/support/OpenedFiles.h"
+#include "tests/support/TestFonts.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using platform::UIFont;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using tests::TestFonts;
+
+std::vector<std::string> allNames() {
+    std::vector<std::string> names;
+    for (const std::string& family : UIFont::familyNames())
+        std::ranges::copy(UIFont::fontNamesForFamilyName(family), std::back_inserter(names));
+    return names;
+}
+
+/// Each test runs in a process of its own, in which nobody has looked yet at what is installed.
+
+TEST(UIFont, NamesFamiliesOnceAndTheirFontsByPostScriptName) {
+    const TestFonts fonts({"twins", "collection"});
+    EXPECT_THAT(UIFont::familyNames(), UnorderedElementsAre("Twin", "Collect Low", "Collect High"));
+    EXPECT_THAT(UIFont::fontNamesForFamilyName("Collect Low"), ElementsAre("CollectLow-Regular"));
+}
+
+TEST(UIFont, KeepsTwoFontsOfOneNameAndAlwaysGivesTheSameOfThem) {
+    const TestFonts fonts({"twins"});
+    EXPECT_THAT(UIFont::familyNames(), ElementsAre("Twin"));
+    EXPECT_THAT(UIFont::fontNamesForFamilyName("Twin"), ElementsAre("Twin-Regular", "Twin-Regular"));
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(UIFont::familyNames().size(), 1U);
+        EXPECT_EQ(UIFont::fontWithName("Twin-Regular", 12)->file(), fonts.files() / "twin1.ttf");
+    }
+}
+
+TEST(UIFont, TellsFilesApartWhoseNamesDifferInCaseOnly) {
+    const TestFonts fonts({"cases"});
+    EXPECT_THAT(allNames(), UnorderedElementsAre("Alpha", "BETA", "alpha", "beta"));
+    EXPECT_EQ(UIFont::fontWithName("beta", 12)->file(), fonts.files() / "beta.ttf");
+    EXPECT_EQ(UIFont::fontWithName("BETA", 12)->file(), fonts.files() / "BETA.ttf");
+}
+
+TEST(UIFont, GoesByTheFullNameWithoutAPostScriptName) {
+    const TestFonts fonts({"nameless", "arabic"});
+    EXPECT_EQ(allNames().size(), 2U);
+    EXPECT_THAT(UIFont::fontNamesForFamilyName("Name Less"), ElementsAre("Name Less Wide"));
+    EXPECT_THAT(UIFont::fontNamesForFamilyName("خط عربي"), ElementsAre("خط عربي"));
+    EXPECT_EQ(UIFont::fontWithName("Name Less Wide", 12)->file(), fonts.files() / "nameless.ttf");
+    EXPECT_EQ(UIFont::fontWithName("Name-Less", 12), nullptr);
+}
+
+TEST(UIFont, CountsEachInstanceOfAVariableFont) {
+    const TestFonts fonts({"variable"});
+    const auto names = allNames();
+    ASSERT_EQ(names.size(), 3U);
+    std::vector<int> instances;
+    for (const std::string& name : names) {
+        const auto font = UIFont::fontWithName(name, 12);
+        EXPECT_EQ(font->file(), fonts.files() / "vary.ttf");
+        EXPECT_EQ(font->index() & 0xFFFF, 0);
+        instances.push_back(font->index() >> 16);
+    }
+    EXPECT_THAT(instances, UnorderedElementsAre(0, 1, 3)) << "the second is what the font is without being varied";
+}
+
+TEST(UIFont, CountsAVariableFontWithoutInstancesOnce) {
+    const TestFonts fonts({"uninstanced"});
+    EXPECT_THAT(allNames(), ElementsAre("PlainVary-Regular"));
+}
+
+TEST(UIFont, KnowsTheFacesOfACollectionByTheirNumbers) {
+    const TestFonts fonts({"collection"});
+    EXPECT_EQ(allNames().size(), 2U);
+    EXPECT_EQ(UIFont::fontWithName("CollectLow-Regular", 12)->index(), 0);
+    EXPECT_EQ(UIFont::fontWithName("CollectHigh-Regular", 12)->index(), 1);
+    EXPECT_EQ(UIFont::fontWithName("CollectHigh-Regular", 12)->file(), fonts.files() / "collection.ttc");
+}
+
+TEST(UIFont, GivesNothingForWhatIsNotInstalled) {
+    const TestFonts fonts({"twins"});
+    EXPECT_EQ(allNames().size(), 2U);
+    EXPECT_EQ(UIFont::fontWithName("Twin", 12), nullptr) << "a family's name is none of a font";
+    EXPECT_EQ(UIFont::fontWithName("", 12), nullptr);
+    EXPECT_THAT(UIFont::fontNamesForFamilyName("Twins"), IsEmpty());
+}
+
+TEST(UIFont, KnowsFontsByNameBeforeAnybodyHasAskedForTheFamilies) {
+    const TestFonts fonts({"twins"});
+    EXPECT_NE(UIFont::fontWithName("Twin-Regular", 12), nullptr);
+}
+
+TEST(UIFont, SeesFontsThatComeAndGoWhileTheProgramRuns) {
+    const TestFonts fonts({"twins"});
+    EXPECT_THAT(UIFont::familyNames(), ElementsAre("Twin"));
+    fonts.install({"nameless"});
+    EXPECT_THAT(UIFont::familyNames(), ElementsAre("Name Less", "Twin"));
+    std::filesystem::remove(fonts.files() / "nameless.ttf");
+    EXPECT_THAT(UIFont::familyNames(), ElementsAre("Twin"));
+    EXPECT_EQ(UIFont::fontWithName("Name Less Wide", 12), nullptr);
+}
+
+TEST(UIFont, HasNoFontsWhereNoneAreInstalled) {
+    const TestFonts fonts({});
+    EXPECT_THAT(UIFont::familyNames(), IsEmpty());
+}
+
+TEST(UIFont, LeavesOutFilesThatAreNoFonts) {
+    const TestFonts fonts({"twins"});
+    std::ofstream(fonts.files() / "broken.ttf") << "no font";
+    EXPECT_THAT(allNames(), ElementsAre("Twin-Regular", "Twin-Regular"));
+}
+
+TEST(UIFont, OpensNoFontOnceTheSystemKnowsThem) {
+    const TestFonts fonts({"many=50"});
+    EXPECT_EQ(allNames().size(), 50U);
+    const tests::OpenedFiles opened(fonts.files());
+    for (const std::string& name : allNames())
+        EXPECT_NE(UIFont::fontWithName(name, 17), nullptr);
+    EXPECT_THAT(opened.names(), IsEmpty());
+}
+
+TEST(UIFont, HasTheSizeAndTheNameThatItWasAskedFor) {
+    const TestFonts fonts({"twins"});
+    EXPECT_EQ(allNames().size(), 2U);
+    const auto font = UIFont::fontWithName("Twin-Regular", 17.5);
+    EXPECT_EQ(font->fontName(), "Twin-Regular");
+    EXPECT_EQ(font->pointSize(), 17.5);
+    EXPECT_EQ(UIFont::systemFontOfSize(15)->pointSize(), 15);
+    EXPECT_EQ(UIFont::systemFontOfSize(15)->fontName(), "");
+}
+
+} // namespace
