@@ -1,5 +1,7 @@
 #include "tests/settings/ui/Bench.h"
 
+#include "settings/app/FontFaces.h"
+
 #include <QAccessible>
 #include <QBuffer>
 #include <QImage>
@@ -64,69 +66,6 @@ settings::RowSnapshot toRow(const QVariantMap& map) {
     return row;
 }
 
-settings::CellSnapshot toCell(const QVariantMap& map) {
-    settings::CellSnapshot cell;
-    cell.title = map["title"].toString().toStdString();
-    cell.identifier = map["identifier"].toString().toStdString();
-    if (map.contains("icon")) cell.image = square(map["icon"].toString());
-    cell.marked = map["marked"].toBool();
-    cell.movable = !map["fixed"].toBool();
-    return cell;
-}
-
-settings::SectionSnapshot toSection(const QVariantMap& map) {
-    settings::SectionSnapshot section;
-    section.header = map["header"].toString().toStdString();
-    section.footer = map["footer"].toString().toStdString();
-    section.headerHeight = 50;
-    section.footerHeight = 24;
-    section.rowHeight = 40;
-    for (const QVariant& row : map["rows"].toList())
-        section.cells.push_back(toCell(row.toMap()));
-    for (int i = 0; i < map["count"].toInt(); ++i)
-        section.cells.push_back({"Row " + std::to_string(i), "row." + std::to_string(i), nullptr, true, false});
-    return section;
-}
-
-QString nameOf(platform::UITouchPhase phase) {
-    switch (phase) {
-    case platform::UITouchPhase::began:
-        return QStringLiteral("began");
-    case platform::UITouchPhase::moved:
-        return QStringLiteral("moved");
-    case platform::UITouchPhase::ended:
-        return QStringLiteral("ended");
-    case platform::UITouchPhase::cancelled:
-        return QStringLiteral("cancelled");
-    }
-    return {};
-}
-
-platform::CGRect toFrame(const QVariant& frame) {
-    const QRectF rect = frame.toRectF();
-    return platform::CGRectMake(rect.x(), rect.y(), rect.width(), rect.height());
-}
-
-settings::ViewSnapshot toView(const platform::CGRect& frame, const QVariant& color) {
-    const QColor ground(color.toString());
-    return {"View",
-            frame,
-            {.backgroundColor =
-                 platform::UIColor::colorWithRed(ground.redF(), ground.greenF(), ground.blueF(), ground.alphaF())}};
-}
-
-settings::ElementSnapshot toElement(const QVariantMap& map) {
-    settings::ElementSnapshot element;
-    element.label = map["label"].toString().toStdString();
-    element.frame = toFrame(map["frame"]);
-    for (const QVariant& part : map["axes"].toList()) {
-        const QVariantMap axis = part.toMap();
-        element.axes.push_back({axis["label"].toString().toStdString(), axis["value"].toDouble(),
-                                axis["vertical"].toBool(), axis["reversed"].toBool()});
-    }
-    return element;
-}
-
 void visit(QAccessibleInterface* control, const std::function<void(QAccessibleInterface*)>& look) {
     if (!control) return;
     look(control);
@@ -147,6 +86,48 @@ void listen(QAccessibleEvent* event) {
 
 } // namespace
 
+/// A font by its file, and its number there after a "#".
+platform::UIFontRef Bench::fontIn(const QString& file) const {
+    const QStringList parts = file.split('#');
+    return std::make_shared<const platform::UIFont>(file.toStdString(), 17.0, (fonts_ + parts[0]).toStdString(),
+                                                    parts.value(1).toInt());
+}
+
+settings::CellSnapshot Bench::toCell(const QVariantMap& map) const {
+    settings::CellSnapshot cell;
+    cell.title = map["title"].toString().toStdString();
+    cell.identifier = map["identifier"].toString().toStdString();
+    if (map.contains("icon")) cell.image = square(map["icon"].toString());
+    cell.marked = map["marked"].toBool();
+    cell.movable = !map["fixed"].toBool() && !selectable_;
+    if (map.contains("font")) cell.font = fontIn(map["font"].toString());
+    return cell;
+}
+
+settings::SectionSnapshot Bench::toSection(const QVariantMap& map) const {
+    settings::SectionSnapshot section;
+    section.header = map["header"].toString().toStdString();
+    section.footer = map["footer"].toString().toStdString();
+    section.headerHeight = 50;
+    section.footerHeight = 24;
+    section.rowHeight = 40;
+    for (const QVariant& row : map["rows"].toList())
+        section.cells.push_back(toCell(row.toMap()));
+    for (int i = 0; i < map["count"].toInt(); ++i) {
+        settings::CellSnapshot cell;
+        cell.title = "Row " + std::to_string(i);
+        cell.identifier = "row." + std::to_string(i);
+        cell.movable = !selectable_;
+        if (map["fonts"].toBool()) {
+            const QString number = QStringLiteral("%1").arg(i, 4, 10, QLatin1Char('0'));
+            cell.title = "Many" + number.toStdString();
+            cell.font = fontIn("many" + number + ".ttf");
+        }
+        section.cells.push_back(std::move(cell));
+    }
+    return section;
+}
+
 settings::PageModel* Bench::page(const QVariantList& rows) {
     setPage(snapshot(rows));
     return page_;
@@ -155,6 +136,7 @@ settings::PageModel* Bench::page(const QVariantList& rows) {
 void Bench::setPage(std::shared_ptr<const settings::PageSnapshot> page) {
     changes_.clear();
     taps_.clear();
+    tableTaps_.clear();
     moves_.clear();
     viewports_.clear();
     touches_.clear();
@@ -184,6 +166,14 @@ void Bench::showOtherTable(const QVariantList& sections) {
     ++tableId_;
     viewport_ = {0, kTableHeight, {}};
     showTable(sections);
+}
+
+void Bench::askToScroll(int row, int position, bool animated) {
+    scroll_ = {scroll_.serial + 1, {0, row}, static_cast<settings::ScrollPosition>(position), animated};
+}
+
+int Bench::fontsOpened() {
+    return settings::FontFaces::shared().opened();
 }
 
 void Bench::paint(const QString& color) {
@@ -301,7 +291,8 @@ void Bench::rowMoved(std::uint64_t /*page*/, platform::NSIndexPath from, platfor
     });
 }
 
-void Bench::tableRowTapped(std::uint64_t /*page*/, platform::NSIndexPath /*path*/) {
+void Bench::tableRowTapped(std::uint64_t /*page*/, platform::NSIndexPath path) {
+    tableTaps_ << QVariant(QVariantList{path.section, path.row});
 }
 
 void Bench::touched(std::uint64_t /*page*/, const std::vector<platform::UITouchRouter::Point>& points,
@@ -367,6 +358,8 @@ void Bench::move(platform::NSIndexPath from, platform::NSIndexPath to) {
 std::shared_ptr<const settings::PageSnapshot> Bench::tableSnapshot() const {
     settings::TableSnapshot table;
     table.id = tableId_;
+    table.selectable = selectable_;
+    table.scroll = scroll_;
     table.frame = platform::CGRectMake(0, 0, 390, kTableHeight);
     double y = 0;
     for (std::size_t i = 0; i < sections_.size(); ++i) {

@@ -3,11 +3,13 @@
 #include "settings/app/PageModel.h"
 
 #include <QQuickItem>
+#include <QString>
 #include <QVariantList>
 #include <QVariantMap>
 
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 /// Stands in for the main thread in tests of the drawn rows: makes pages, sends snapshots when told to, and keeps what
@@ -16,14 +18,20 @@ class Bench : public QObject, private settings::Events {
     Q_OBJECT
     Q_PROPERTY(QVariantList changes READ changes)
     Q_PROPERTY(QVariantList taps READ taps)
+    Q_PROPERTY(QVariantList tableTaps READ tableTaps)
     Q_PROPERTY(QVariantList moves READ moves)
     Q_PROPERTY(QVariantList viewports READ viewports)
     Q_PROPERTY(QVariantList compositions READ compositions)
     /// Asked for cells, it brings none until `takeAll()`.
     Q_PROPERTY(bool busy MEMBER busy_)
+    /// A tap on a row of the table means something, and no row can be moved. Until the next page.
+    Q_PROPERTY(bool selectable MEMBER selectable_)
+    /// How many fonts have been opened to draw titles in.
+    Q_PROPERTY(int fontsOpened READ fontsOpened)
 
   public:
-    using QObject::QObject;
+    /// Fonts that titles can be drawn in are in that folder.
+    explicit Bench(QString fonts, QObject* parent) : QObject(parent), fonts_(std::move(fonts)) {}
 
     /// Rows as maps of "cell", "name", "identifier", "value", "footerText", "placeholder", "min", "max", "showValue",
     /// "valueTitle", "marked", "icon" (a colour).
@@ -31,15 +39,17 @@ class Bench : public QObject, private settings::Events {
     /// A newer snapshot of the last page, with these rows.
     Q_INVOKABLE void show(const QVariantList& rows);
     /// A page with a table: sections as maps of "header", "footer" and either "rows", maps of "title", "identifier",
-    /// "icon", "marked", "fixed", or "count". The table fills 390 × 700 points, and cells are made as it asks for them.
+    /// "icon", "marked", "fixed", "font" (a file, or one and a number, as "a.ttc#1"), or "count", to which "fonts" may
+    /// say that row 7 has the font "many0007.ttf". The table fills 390 × 700 points, and cells are made as it asks for
+    /// them.
     Q_INVOKABLE settings::PageModel* tablePage(const QVariantList& sections);
     /// A newer snapshot of the last page, with these sections.
     Q_INVOKABLE void showTable(const QVariantList& sections);
     /// The same of a view that the page has made anew.
     Q_INVOKABLE void showOtherTable(const QVariantList& sections);
-    /// A newer snapshot of the last page, with a message: a map of "id", "to", "subject", "body", "attachments" (maps
-    /// of "name", "size"), "working", "problem"; without one when that is empty.
-    Q_INVOKABLE void compose(const QVariantMap& message);
+    /// The page wants a row of its only section to be seen, from the next snapshot on: 1 at the top, 2 in the middle, 3
+    /// at the bottom, 0 anywhere.
+    Q_INVOKABLE void askToScroll(int row, int position, bool animated = false);
     /// The ground of the view that the table is in gets a colour.
     Q_INVOKABLE void paint(const QString& color);
     /// A page that hosts a view of 390 × 700 points: "color" of its ground, "views" (maps of "frame", a rectangle, and
@@ -55,6 +65,9 @@ class Bench : public QObject, private settings::Events {
 
     [[nodiscard]] QVariantList changes() const { return changes_; }
     [[nodiscard]] QVariantList taps() const { return taps_; }
+    /// Lists of two numbers: section and row.
+    [[nodiscard]] QVariantList tableTaps() const { return tableTaps_; }
+    [[nodiscard]] static int fontsOpened();
     /// Lists of four numbers: section and row from which, section and row to which.
     [[nodiscard]] QVariantList moves() const { return moves_; }
     /// Maps of "top", "bottom", "headers", "footers".
@@ -87,19 +100,25 @@ class Bench : public QObject, private settings::Events {
                   const platform::MailText& text) override;
     std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantList& rows);
     std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;
-    static std::shared_ptr<const settings::PageSnapshot> viewSnapshot(const QVariantMap& view);
+    [[nodiscard]] settings::CellSnapshot toCell(const QVariantMap& map) const;
+    [[nodiscard]] settings::SectionSnapshot toSection(const QVariantMap& map) const;
+    [[nodiscard]] platform::UIFontRef fontIn(const QString& file) const;
     void setPage(std::shared_ptr<const settings::PageSnapshot> page);
     void move(platform::NSIndexPath from, platform::NSIndexPath to);
 
     settings::PageModel* page_ = nullptr;
     QVariantList changes_;
     QVariantList taps_;
+    QVariantList tableTaps_;
     QVariantList moves_;
     QVariantList viewports_;
     QVariantList compositions_;
     std::vector<settings::SectionSnapshot> sections_; ///< of the table, every cell in them
     settings::TableViewport viewport_;
+    QString fonts_;
     bool busy_ = false;
+    bool selectable_ = false;
+    settings::ScrollRequest scroll_;
     std::uint64_t tableId_ = 1;
     platform::UIColorRef ground_;
     std::vector<std::function<void()>> underWay_;

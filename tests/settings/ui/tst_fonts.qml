@@ -1,0 +1,356 @@
+import QtQuick
+import QtTest
+import Lumora
+
+// A table whose rows can be tapped, and titles that are drawn in fonts of their own, with the bench in place of the main
+// thread. In the bench's fonts every letter is a box, by whose height they are told apart.
+Item {
+    id: root
+
+    width: 390
+    height: 700
+
+    property var shownPage: null
+
+    Rectangle {
+        id: before
+
+        activeFocusOnTab: true
+        width: 1
+        height: 1
+    }
+    Loader {
+        id: host
+
+        anchors.fill: parent
+        active: root.shownPage !== null
+        sourceComponent: Page { page: root.shownPage }
+    }
+
+    TestCase {
+        id: test
+
+        name: "Fonts"
+        when: windowShown
+
+        readonly property var letters: [{ header: "Fonts", rows: [{ title: "A", marked: true }, { title: "B" }, { title: "C" }] }]
+        readonly property var many: [{ header: "Fonts", count: 200 }]
+        readonly property var manyFonts: [{ header: "Fonts", count: 200, fonts: true }]
+
+        function init() {
+            Theme.animated = false;
+            bench.selectable = true;
+        }
+        function cleanup() {
+            root.shownPage = null;
+            bench.selectable = false;
+            bench.askToScroll(-1, 0);
+            Theme.dark = false;
+        }
+        function open(sections) {
+            root.shownPage = null;
+            root.shownPage = bench.tablePage(sections);
+            verify(waitForRendering(host.item));
+            tryVerify(() => bench.viewports.length > 0);
+            tryVerify(() => rows().every(row => row.spokenName.length > 0));
+        }
+        function all(item, matches) {
+            let found = [];
+            if (!item)
+                return found;
+            for (let i = 0; i < item.children.length; ++i) {
+                if (matches(item.children[i]))
+                    found.push(item.children[i]);
+                found = found.concat(all(item.children[i], matches));
+            }
+            return found;
+        }
+        function table() { return all(host.item, item => item.reveal !== undefined)[0] }
+        function scroller() { return all(table(), item => item.scrollTo !== undefined)[0] }
+        function rows() { return all(host.item, item => item.wanted !== undefined) }
+        function row(title) { return rows().find(item => item.title === title) }
+        function place(title) { return row(title).mapToItem(host.item, 0, 0).y }
+        function shown() { return rows().filter(item => place(item.title) < 700 && place(item.title) > -40) }
+        function drawnTitle(title) { return all(row(title), item => item.smallestScale !== undefined)[0] }
+        function usualTitle(title) { return all(row(title), item => item.takesTwoLines !== undefined)[0] }
+        function spokenAs(name) { return bench.spoken(host.item).find(control => control.name === name) }
+        function tapOn(title) { mouseClick(host.item, 100, place(title) + 20) }
+        // From where to where there is ink in a column of a picture, within a row that begins at y.
+        function ink(picture, x, y) {
+            const ground = picture.pixel(x, y + 2);
+            let top = -1, bottom = -1;
+            for (let i = 2; i < 38; ++i)
+                if (!Qt.colorEqual(picture.pixel(x, y + i), ground)) {
+                    top = top < 0 ? i : top;
+                    bottom = i;
+                }
+            return top < 0 ? 0 : bottom - top + 1;
+        }
+        function inkOf(title, x) { return ink(grabImage(host.item), x, place(title)) }
+
+        // -- taps --
+
+        function test_tellsOfATapByMouse() {
+            open(letters);
+            tapOn("B");
+            compare(bench.tableTaps, [[0, 1]]);
+            tapOn("B");
+            compare(bench.tableTaps, [[0, 1], [0, 1]]);
+            compare(bench.moves, []);
+            mouseClick(host.item, row("A").x + row("A").width - 20, place("A") + 20);
+            compare(bench.tableTaps[2], [0, 0], "by its mark too");
+        }
+        function test_tellsOfATapByTouchButNotOfOneThatScrolls() {
+            open(many);
+            const finger = touchEvent(host.item);
+            finger.press(0, host.item, 100, place("Row 3") + 20).commit();
+            finger.release(0, host.item, 100, place("Row 3") + 20).commit();
+            compare(bench.tableTaps, [[0, 3]]);
+            finger.press(0, host.item, 100, 400).commit();
+            for (const y of [380, 340, 300, 260])
+                finger.move(0, host.item, 100, y).commit();
+            tryVerify(() => table().contentY > 0);
+            finger.release(0, host.item, 100, 260).commit();
+            compare(bench.tableTaps.length, 1);
+        }
+        function test_tellsOfATapByKey_data() {
+            return [{ tag: "return", key: Qt.Key_Return }, { tag: "enter", key: Qt.Key_Enter }, { tag: "space", key: Qt.Key_Space }];
+        }
+        function test_tellsOfATapByKey(data) {
+            open(letters);
+            before.forceActiveFocus(Qt.OtherFocusReason);
+            keyClick(Qt.Key_Tab);
+            keyClick(Qt.Key_Down);
+            keyClick(data.key);
+            compare(bench.tableTaps, [[0, 1]]);
+        }
+        function test_tellsOfATapByAssistiveAction_data() {
+            return [{ tag: "press", action: "Press" }, { tag: "toggle", action: "Toggle" }];
+        }
+        function test_tellsOfATapByAssistiveAction(data) {
+            open(letters);
+            verify(bench.act(host.item, "C", data.action));
+            compare(bench.tableTaps, [[0, 2]]);
+        }
+        function test_goesOnFromTheTappedRowByKeyboard() {
+            open(letters);
+            tapOn("B");
+            keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Space);
+            compare(bench.tableTaps, [[0, 1], [0, 2]]);
+        }
+        function test_cannotTapTheRowsOfATableThatIsEdited() {
+            bench.selectable = false;
+            open(letters);
+            tapOn("B");
+            before.forceActiveFocus(Qt.OtherFocusReason);
+            keyClick(Qt.Key_Tab);
+            keyClick(Qt.Key_Return);
+            verify(!bench.act(host.item, "C", "Press"), "there is no such action");
+            compare(bench.tableTaps, []);
+        }
+        function test_hasNoHandles() {
+            open(letters);
+            verify(rows().every(item => !item.movable));
+            const y = place("A");
+            mouseDrag(host.item, row("A").x + row("A").width - 20, y + 20, 0, 60);
+            compare(bench.moves, []);
+        }
+        function test_showsWhichRowIsPressed() {
+            open(letters);
+            mousePress(host.item, 100, place("B") + 20);
+            compare(rows().filter(item => item.down).map(item => item.title), ["B"]);
+            mouseRelease(host.item, 100, place("B") + 20);
+            compare(rows().filter(item => item.down).length, 0);
+        }
+        function test_tellsAssistiveToolsWhichRowIsMarked() {
+            open(letters);
+            compare(["A", "B", "C"].map(name => spokenAs(name).checked), [true, false, false]);
+            verify(["A", "B", "C"].every(name => spokenAs(name).checkable && spokenAs(name).focusable));
+            compare(spokenAs("B").role, 0x2d); // a radio button
+            compare(spokenAs("B").description, "Position 2 of 3 in Fonts.");
+            bench.showTable([{ header: "Fonts", rows: [{ title: "A" }, { title: "B", marked: true }, { title: "C" }] }]);
+            compare(["A", "B", "C"].map(name => spokenAs(name).checked), [false, true, false]);
+        }
+
+        // -- scrolled where the page wants it --
+
+        function test_scrollsToARowThatThePageWantsFromTheFirstSnapshotOn_data() {
+            return [{ tag: "top", position: 1, y: 0 }, { tag: "middle", position: 2, y: 330 }, { tag: "bottom", position: 3, y: 660 }];
+        }
+        function test_scrollsToARowThatThePageWantsFromTheFirstSnapshotOn(data) {
+            bench.askToScroll(100, data.position);
+            open(many);
+            fuzzyCompare(place("Row 100"), data.y, 1);
+        }
+        function test_scrollsToARowInALaterSnapshot() {
+            open(many);
+            bench.askToScroll(100, 2);
+            bench.showTable(many);
+            tryVerify(() => row("Row 100"));
+            fuzzyCompare(place("Row 100"), 330, 1);
+        }
+        function test_scrollsNoFurtherThanItGoes() {
+            bench.askToScroll(0, 2);
+            open(many);
+            compare(table().contentY, 0);
+            bench.askToScroll(199, 2);
+            bench.showTable(many);
+            tryVerify(() => row("Row 199"));
+            compare(table().contentY, scroller().contentHeight - 700);
+        }
+        function test_scrollsOnceForEachRequest() {
+            bench.askToScroll(100, 2);
+            open(many);
+            scroller().contentY = 0;
+            bench.showTable(many);
+            compare(table().contentY, 0);
+            bench.askToScroll(100, 2);
+            bench.showTable(many);
+            verify(table().contentY > 3000);
+        }
+        function test_scrollsOnlyAsFarAsNeededWhenAnyPlaceWillDo() {
+            open(many);
+            bench.askToScroll(5, 0);
+            bench.showTable(many);
+            compare(table().contentY, 0);
+            bench.askToScroll(30, 0);
+            bench.showTable(many);
+            tryVerify(() => row("Row 30"));
+            fuzzyCompare(place("Row 30"), 660, 1);
+        }
+        function test_glidesWhenItIsToBeAnimated() {
+            Theme.animated = true;
+            open(many);
+            bench.askToScroll(100, 2, true);
+            bench.showTable(many);
+            verify(table().contentY < 1000);
+            tryVerify(() => row("Row 100") && Math.abs(place("Row 100") - 330) < 1);
+        }
+        function test_doesNotScrollToARowThatThereIsNot() {
+            bench.askToScroll(500, 2);
+            open(many);
+            compare(table().contentY, 0);
+        }
+        function test_goesOnByKeyboardFromTheRowThatWasScrolledTo() {
+            bench.askToScroll(100, 2);
+            open(many);
+            const y = table().contentY;
+            before.forceActiveFocus(Qt.OtherFocusReason);
+            keyClick(Qt.Key_Tab);
+            keyClick(Qt.Key_Space);
+            compare(bench.tableTaps, [[0, 100]]);
+            compare(table().contentY, y);
+        }
+
+        // -- titles in fonts of their own --
+
+        function test_drawsATitleInTheFontOfItsCell_data() {
+            return [
+                { tag: "one file", font: "twin1.ttf", height: 0.3 }, { tag: "another", font: "twin2.ttf", height: 0.7 },
+                { tag: "first face", font: "collection.ttc", height: 0.2 }, { tag: "second face", font: "collection.ttc#1", height: 0.9 },
+                { tag: "plain", font: "vary.ttf", height: 0.5 }, { tag: "thin instance", font: "vary.ttf#65536", height: 0.2 },
+                { tag: "black instance", font: "vary.ttf#196608", height: 0.8 },
+            ];
+        }
+        function test_drawsATitleInTheFontOfItsCell(data) {
+            open([{ header: "Fonts", rows: [{ title: "HHHH", font: data.font }] }]);
+            verify(drawnTitle("HHHH").drawn);
+            verify(!usualTitle("HHHH").visible);
+            const height = inkOf("HHHH", row("HHHH").x + Theme.inset + 4);
+            verify(Math.abs(height - 17 * data.height) <= 2, height + " points high");
+        }
+        function test_hasTheBaselineAtTheSameHeightForEveryFont() {
+            open([{ header: "Fonts", rows: [{ title: "One", font: "twin1.ttf" }, { title: "Two", font: "twin2.ttf" }] }]);
+            const picture = grabImage(host.item);
+            const x = row("One").x + Theme.inset + 4;
+            for (const title of ["One", "Two"]) {
+                verify(!Qt.colorEqual(picture.pixel(x, place(title) + 25), Theme.cell));
+                verify(Qt.colorEqual(picture.pixel(x, place(title) + 28), Theme.cell));
+            }
+        }
+        function test_cutsOffWhatIsHigherThanTheRow() {
+            open([{ header: "Fonts", rows: [{ title: "Above" }, { title: "Tall", font: "tall.ttf" }] }]);
+            compare(row("Tall").height, 40);
+            verify(drawnTitle("Tall").drawn);
+            const picture = grabImage(host.item);
+            verify(!Qt.colorEqual(picture.pixel(row("Tall").x + Theme.inset + 4, place("Tall") + 1), Theme.cell));
+            verify(Qt.colorEqual(picture.pixel(row("Tall").x + Theme.inset + 4, place("Above") + 4), Theme.cell));
+        }
+        function test_followsTheColoursOfTheTheme() {
+            open([{ header: "Fonts", rows: [{ title: "HH", font: "twin2.ttf" }] }]);
+            const x = row("HH").x + Theme.inset + 4;
+            compare(grabImage(host.item).pixel(x, place("HH") + 20), "#000000");
+            Theme.dark = true;
+            compare(grabImage(host.item).pixel(x, place("HH") + 20), "#ffffff");
+        }
+        function test_usesTheUsualFontForWhatItsOwnCannotShow_data() {
+            return [{ tag: "letters", font: "dumb.ttf" }, { tag: "no file", font: "gone.ttf" }, { tag: "no font", font: "../fonts.conf" },
+                    { tag: "a folder", font: "." }, { tag: "no such face", font: "collection.ttc#7" },
+                    { tag: "no such instance", font: "vary.ttf#6553600" }];
+        }
+        function test_usesTheUsualFontForWhatItsOwnCannotShow(data) {
+            open([{ header: "Fonts", rows: [{ title: "Plain", font: data.font }] }]);
+            verify(!drawnTitle("Plain").drawn);
+            verify(usualTitle("Plain").visible);
+        }
+        function test_changesWithTheCellsFont() {
+            open([{ header: "Fonts", rows: [{ title: "HH", font: "twin1.ttf" }] }]);
+            const x = row("HH").x + Theme.inset + 4;
+            const low = inkOf("HH", x);
+            bench.showTable([{ header: "Fonts", rows: [{ title: "HH", font: "twin2.ttf" }] }]);
+            tryVerify(() => inkOf("HH", x) > low + 4);
+            bench.showTable([{ header: "Fonts", rows: [{ title: "HH", font: "dumb.ttf" }] }]);
+            tryVerify(() => usualTitle("HH").visible);
+            bench.showTable([{ header: "Fonts", rows: [{ title: "HH" }] }]);
+            verify(usualTitle("HH").visible);
+        }
+        function test_shrinksThenCutsATitleThatIsTooLong_data() {
+            return [{ tag: "fits", length: 20, inkEnd: 170 }, { tag: "shrunk", length: 40, inkEnd: 318 }, { tag: "cut", length: 90, inkEnd: 318 }];
+        }
+        function test_shrinksThenCutsATitleThatIsTooLong(data) {
+            const title = "H".repeat(data.length);
+            open([{ header: "Fonts", rows: [{ title: title, font: "twin2.ttf", marked: true }] }]);
+            verify(drawnTitle(title).drawn);
+            const picture = grabImage(host.item);
+            const left = row(title).x + Theme.inset;
+            let last = 0;
+            for (let x = 0; x < drawnTitle(title).width + 6; ++x)
+                if (ink(picture, left + x, place(title)) > 0)
+                    last = x;
+            verify(last < drawnTitle(title).width, "up to " + last);
+            verify(Math.abs(last - Math.min(data.inkEnd, drawnTitle(title).width)) < 14, "up to " + last);
+        }
+        function test_beginsARightToLeftTitleAtTheRight() {
+            open([{ header: "Fonts", rows: [{ title: "خط عربي", font: "arabic.ttf" }] }]);
+            verify(drawnTitle("خط عربي").drawn);
+            const picture = grabImage(host.item);
+            const left = row("خط عربي").x + Theme.inset;
+            const right = left + drawnTitle("خط عربي").width;
+            compare(ink(picture, left + 4, place("خط عربي")), 0);
+            verify(ink(picture, right - 5, place("خط عربي")) > 0);
+        }
+        function test_opensAsManyFontsAsRowsAreShown() {
+            const before = bench.fontsOpened;
+            open(manyFonts);
+            compare(bench.fontsOpened - before, shown().length);
+            scroller().contentY = 400;
+            tryVerify(() => shown().every(item => drawnTitle(item.title)?.drawn));
+            compare(bench.fontsOpened - before, Math.max(...shown().map(item => item.place)) + 1);
+        }
+        function test_opensNoFontOfARowThatIsPassedOnTheWay() {
+            const before = bench.fontsOpened;
+            bench.askToScroll(150, 2);
+            open(manyFonts);
+            tryVerify(() => shown().every(item => drawnTitle(item.title)?.drawn));
+            verify(shown().some(item => item.title === "Many0150"));
+            compare(bench.fontsOpened - before, shown().length);
+        }
+        function test_opensAFontOnceForAsLongAsItIsInUse() {
+            open([{ header: "Fonts", rows: [{ title: "One", font: "twin1.ttf" }, { title: "Two", font: "twin1.ttf" }] }]);
+            const before = bench.fontsOpened;
+            open([{ header: "Fonts", rows: [{ title: "Two", font: "twin1.ttf" }, { title: "One", font: "twin1.ttf" }] }]);
+            compare(bench.fontsOpened, before);
+        }
+    }
+}
