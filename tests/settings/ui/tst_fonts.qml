@@ -107,10 +107,13 @@ Item {
             finger.release(0, host.item, 100, place("Row 3") + 20).commit();
             compare(bench.tableTaps, [[0, 3]]);
             finger.press(0, host.item, 100, 400).commit();
-            for (const y of [380, 340, 300, 260])
-                finger.move(0, host.item, 100, y).commit();
-            tryVerify(() => table().contentY > 0);
-            finger.release(0, host.item, 100, 260).commit();
+            let y = 400;
+            tryVerify(() => {
+                y = Math.max(100, y - 20);
+                finger.move(0, host.item, 100, y).commit(); // the window takes up one with each frame
+                return table().contentY > 0;
+            });
+            finger.release(0, host.item, 100, y).commit();
             compare(bench.tableTaps.length, 1);
         }
         function test_tellsOfATapByKey_data() {
