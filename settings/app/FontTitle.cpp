@@ -7,6 +7,7 @@
 #include <QTransform>
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -15,7 +16,7 @@ namespace settings {
 
 namespace {
 
-constexpr double kHalfCapital = 0.36; // of the size: what lies between a line's middle and its baseline
+constexpr double kBaseline = 0.32; // beneath the middle of the row, of the size: where the usual font has its own
 
 /// The longest beginning of a text that fits with an ellipsis behind it; nothing when not even the ellipsis can be
 /// drawn.
@@ -94,7 +95,7 @@ QPainterPath FontTitle::layOut() const {
     if (outline->width * scale > width()) outline = elided(*font_, text_, width() / scale);
     if (!outline) return {};
     const double left = outline->rightToLeft ? width() - outline->width * scale : 0;
-    const double baseline = height() / 2 + kHalfCapital * font_->pointSize() * scale;
+    const double baseline = std::round(height() / 2 + kBaseline * font_->pointSize() * scale);
     return (QTransform::fromScale(scale, scale) * QTransform::fromTranslate(left, baseline)).map(outline->path);
 }
 

@@ -268,8 +268,8 @@ Item {
             const picture = grabImage(host.item);
             const x = row("One").x + Theme.inset + 4;
             for (const title of ["One", "Two"]) {
-                verify(!Qt.colorEqual(picture.pixel(x, place(title) + 25), Theme.cell));
-                verify(Qt.colorEqual(picture.pixel(x, place(title) + 28), Theme.cell));
+                verify(!Qt.colorEqual(picture.pixel(x, place(title) + 24), Theme.cell));
+                verify(Qt.colorEqual(picture.pixel(x, place(title) + 25), Theme.cell));
             }
         }
         function test_cutsOffWhatIsHigherThanTheRow() {
