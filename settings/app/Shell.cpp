@@ -202,18 +202,18 @@ void Shell::take(const StackSnapshot& stack) {
     if (waiting()) emit waitingChanged();
 }
 
+/// What ends shows that the main thread goes on, however much is still to be done; what begins may have to queue.
 void Shell::setBusy(int change) {
-    const bool was = workUnderWay_ > 0;
+    const bool queues = change > 0 && workUnderWay_ > 0;
     workUnderWay_ += change;
-    const bool is = workUnderWay_ > 0;
-    if (was == is) return;
-    if (is) {
+    if (queues) return;
+    setPatience(Patience::fresh);
+    if (workUnderWay_ > 0) {
         grace_.start();
         timeOuts_.start();
     } else {
         grace_.stop();
         timeOuts_.stop();
-        setPatience(Patience::fresh);
     }
 }
 

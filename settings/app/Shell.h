@@ -47,7 +47,7 @@ class Shell : public QObject, private Events {
     [[nodiscard]] bool animated() const { return animated_; }
     void setAnimated(bool animated);
 
-    /// The main thread has been busy for longer than one notices.
+    /// The main thread has been busy with one thing for longer than one notices.
     [[nodiscard]] bool waiting() const { return patience_ != Patience::fresh; }
     /// It has been busy for so long that no answer of the tweak's can come any more.
     [[nodiscard]] bool lost() const { return patience_ == Patience::over; }
