@@ -30,13 +30,8 @@ void ViewItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeomet
     if (newGeometry.size() != oldGeometry.size() && !whole.isEmpty()) update(whole.toAlignedRect());
 }
 
-QSGNode* ViewItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) {
-    painted_ = view_;
-    return QQuickPaintedItem::updatePaintNode(node, data);
-}
-
 void ViewItem::paint(QPainter* painter) {
-    if (painted_) painter_.paint(*painter, *painted_);
+    if (view_) painter_.paint(*painter, *view_);
 }
 
 } // namespace settings

@@ -9,7 +9,7 @@
 namespace settings {
 
 /// Draws the view that a page hosts, and all the views in it, from the page's snapshot; where a newer one looks alike,
-/// nothing is drawn anew. GUI thread, but for the painting.
+/// nothing is drawn anew. GUI thread; painting may be on another, for which this one waits.
 class ViewItem : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -25,15 +25,12 @@ class ViewItem : public QQuickPaintedItem {
 
   protected:
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
-    QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
 
   private:
     void takeView();
 
     QPointer<PageModel> page_;
     std::shared_ptr<const ViewSnapshot> view_;
-    // Painting may be on the render thread; these change only while that one waits for the GUI thread's.
-    std::shared_ptr<const ViewSnapshot> painted_;
     ViewPainter painter_;
 };
 

@@ -53,8 +53,8 @@ class Bench : public QObject, private settings::Events {
     /// The ground of the view that the table is in gets a colour.
     Q_INVOKABLE void paint(const QString& color);
     /// A page that hosts a view of 390 × 700 points: "color" of its ground, "views" (maps of "frame", a rectangle, and
-    /// "color"), "elements" (maps of "label", "frame" and "axes", these maps of "label", "value", "vertical", "reversed")
-    /// and "text" (a map of "text", "frame", "selectable" and "id").
+    /// "color"), "elements" (maps of "label", "frame" and "axes", these maps of "label", "value", "vertical",
+    /// "reversed") and "text" (a map of "text", "frame", "selectable" and "id").
     Q_INVOKABLE settings::PageModel* viewPage(const QVariantMap& view);
     /// A newer snapshot of the last page, with this view.
     Q_INVOKABLE void showView(const QVariantMap& view);

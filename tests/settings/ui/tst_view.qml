@@ -212,6 +212,15 @@ Item {
             compare(bench.touches, [[[-1, "began", 100, 630]], [[-1, "ended", 100, 630]]]);
         }
 
+        function test_leavesATableItsOwnInput() {
+            root.shownPage = bench.tablePage([{ header: "Header", rows: [{ title: "A" }, { title: "B" }] }]);
+            verify(waitForRendering(host.item));
+            for (const y of [10, 70, 110, 600])
+                mouseClick(host.item, 60, y);
+            touchEvent(host.item).press(0, host.item, 60, 70).commit().release(0, host.item, 60, 70).commit();
+            compare(bench.touches, []);
+        }
+
         // -- keys --
 
         function test_goesFromElementToElementInTheOrderInWhichOneReads() {
