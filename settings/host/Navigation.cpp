@@ -60,7 +60,7 @@ bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifi
 }
 
 void Navigation::rowTapped(std::uint64_t page, std::size_t row) {
-    OpenPage* top = pageOnTop(page);
+    OpenPage* top = openToEvents(page);
     const PSSpecifierRef tapped = top ? rowAt(*top->controller, row) : nullptr;
     if (!tapped) return;
     switch (tapped->cellType()) {
@@ -83,7 +83,7 @@ void Navigation::rowTapped(std::uint64_t page, std::size_t row) {
 }
 
 void Navigation::valueChanged(std::uint64_t page, std::size_t row, const Value& value) {
-    OpenPage* top = pageOnTop(page);
+    OpenPage* top = openToEvents(page);
     const PSSpecifierRef edited = top ? rowAt(*top->controller, row) : nullptr;
     if (!edited || !isEditable(*edited)) return;
     edited->performSetter(value);
@@ -96,7 +96,7 @@ void Navigation::valueChanged(std::uint64_t page, std::size_t row, const Value& 
 }
 
 void Navigation::rowMoved(std::uint64_t page, NSIndexPath from, NSIndexPath to) {
-    OpenPage* top = pageOnTop(page);
+    OpenPage* top = openToEvents(page);
     UITableView* table = top ? tableOf(*top->controller) : nullptr;
     if (!table) return;
     table->dropRow(from, to);
@@ -105,7 +105,7 @@ void Navigation::rowMoved(std::uint64_t page, NSIndexPath from, NSIndexPath to) 
 }
 
 void Navigation::tableRowTapped(std::uint64_t page, NSIndexPath path) {
-    OpenPage* top = pageOnTop(page);
+    OpenPage* top = openToEvents(page);
     UITableView* table = top ? tableOf(*top->controller) : nullptr;
     if (!table) return;
     table->tapRow(path);
@@ -114,7 +114,7 @@ void Navigation::tableRowTapped(std::uint64_t page, NSIndexPath path) {
 }
 
 void Navigation::touched(std::uint64_t page, const std::vector<UITouchRouter::Point>& points) {
-    OpenPage* top = pageOnTop(page);
+    OpenPage* top = openToEvents(page);
     if (!top || !top->controller->hostsView() || !top->controller->view()) return;
     touches_.send(top->controller->view(), points);
     readAnew(*top);
@@ -169,7 +169,7 @@ void Navigation::tableScrolled(std::uint64_t page, const TableViewport& viewport
 }
 
 void Navigation::back(std::uint64_t page) {
-    if (pages_.size() < 2 || !pageOnTop(page)) return;
+    if (pages_.size() < 2 || !openToEvents(page)) return;
     pages_.pop_back();
     appear(true);
 }
@@ -225,6 +225,11 @@ void Navigation::publish() {
 
 Navigation::OpenPage* Navigation::pageOnTop(std::uint64_t id) {
     return !pages_.empty() && pages_.back().id == id ? &pages_.back() : nullptr;
+}
+
+Navigation::OpenPage* Navigation::openToEvents(std::uint64_t id) {
+    OpenPage* top = pageOnTop(id);
+    return top && !top->controller->presentedViewController() ? top : nullptr;
 }
 
 } // namespace settings

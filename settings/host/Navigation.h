@@ -69,6 +69,8 @@ class Navigation {
     void readAnew(OpenPage& page);
     void watchComposer(OpenPage& page);
     void composerChanged(std::uint64_t page);
+    /// The page on top, unless it has presented something over itself: what is behind that hears nothing, whoever asks.
+    OpenPage* openToEvents(std::uint64_t id);
     OpenPage* pageOnTop(std::uint64_t id);
 
     Show show_;

@@ -121,6 +121,18 @@ TEST_F(ComposingTest, GoesOnShowingItWhenThePageIsReadAnew) {
     EXPECT_EQ(composer()->id, id) << "one message at a time";
 }
 
+TEST_F(ComposingTest, ThePageBehindHearsNothing) {
+    perform([this](Navigation& navigation) {
+        navigation.open(NSClassFromString("MailPage"), "Another");
+        navigation.rowTapped(top().id, 0);
+    });
+    perform([this](Navigation& navigation) { navigation.back(top().id); });
+    EXPECT_EQ(top().title, "Another");
+    act(ComposerAction::cancel);
+    perform([this](Navigation& navigation) { navigation.back(top().id); });
+    EXPECT_EQ(top().title, "Mail");
+}
+
 TEST_F(ComposingTest, ShowsThatItIsBeingSentUntilItIs) {
     const std::string gate = (home.path() / "gate").string();
     ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);

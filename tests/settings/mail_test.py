@@ -215,7 +215,6 @@ class MailTest(Spoken):
         self.keys(window, "ctrl+Return")
         eventually(lambda: "Sending…" in self.spoken(window, ALERT), "what it is doing")
         send = self.spoken(window, BUTTON)["Send"]
-        self.assertFalse(send.getState().contains(pyatspi.STATE_SENSITIVE))
         self.act(send, "Press")
         self.keys(window, "ctrl+Return", "Escape")
         self.assertIn("New Message", self.spoken(window, DIALOG))
@@ -264,10 +263,10 @@ class MailTest(Spoken):
 
     def test_cancels_without_a_trace_and_gives_the_page_back(self):
         window = self.compose()
-        self.assertFalse(self.spoken(window, SWITCH)["Enable Lumora"].getState().contains(pyatspi.STATE_SENSITIVE),
-                         "the page behind is deaf")
+        self.act(self.spoken(window, SWITCH)["Enable Lumora"], "Toggle")  # the page behind is deaf
         self.act(self.spoken(window, BUTTON)["Cancel"], "Press")
         self.expect_gone(window)
+        self.assertIsNone(self.stored("kTweakEnabled"))
         self.act(self.spoken(window, SWITCH)["Enable Lumora"], "Toggle")
         eventually(lambda: self.stored("kTweakEnabled") is False, "the switch")
         self.assertEqual((self.kept(), self.sink.envelopes), ([], []))
