@@ -121,7 +121,7 @@ class MailTest(Spoken):
 
     def text(self, window, name):
         field = self.spoken(window, FIELD)[name].queryText()
-        return field.getText(0, field.characterCount)
+        return field.getText(0, field.characterCount).replace("\u2029", "\n")  # what the toolkit ends lines with
 
     def keys(self, window, *keys):
         self.xdotool("key", "--window", window.id, *keys)
