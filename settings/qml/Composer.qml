@@ -63,9 +63,6 @@ FocusScope {
     }
     onComposerChanged: if (!composer) slideAway()
 
-    Accessible.role: Accessible.Dialog
-    Accessible.name: title.text
-
     Connections {
         target: root.composer
         function onChanged() { if (!root.composer.working) root.handedOver = false }
@@ -103,6 +100,8 @@ FocusScope {
         y: root.open ? root.gap : parent.height
         width: Math.min(parent.width, Theme.contentWidth + 2 * Theme.inset)
         height: parent.height - root.gap
+        Accessible.role: Accessible.Dialog
+        Accessible.name: title.text
 
         Behavior on y {
             enabled: Theme.animated

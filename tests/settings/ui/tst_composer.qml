@@ -1,0 +1,200 @@
+import QtQuick
+import QtTest
+import Lumora
+
+// The composer as it is drawn and handled, with the bench in place of the main thread.
+Item {
+    id: root
+
+    width: 390
+    height: 700
+
+    property var shownPage: null
+
+    Loader {
+        id: host
+
+        anchors.fill: parent
+        active: false
+        sourceComponent: Composer {
+            composer: root.shownPage.composer
+            gap: 52
+        }
+    }
+    SignalSpy {
+        id: gone
+
+        target: host.item
+        signalName: "gone"
+    }
+
+    TestCase {
+        id: test
+
+        name: "Composer"
+        when: windowShown
+
+        readonly property var message: ({
+            id: 1, to: "support@nevo.example", subject: "Subject", body: "One\nTwo",
+            attachments: [{ name: "log", size: 48200 }, { name: "dpkgl.log", size: 1260000 }],
+        })
+
+        function init() {
+            Theme.animated = false;
+            root.width = 390;
+            open({});
+        }
+        function cleanup() {
+            host.active = false;
+            Theme.dark = false;
+        }
+        function open(changes) {
+            host.active = false;
+            root.shownPage = bench.page([]);
+            bench.compose(Object.assign({}, message, changes));
+            host.active = true;
+            gone.clear();
+            verify(waitForRendering(host.item));
+        }
+        function show(changes) { bench.compose(Object.assign({}, message, changes)) }
+        function spokenAs(name) { return bench.spoken(host.item).find(control => control.name === name) }
+        function focused() { return bench.spoken(host.item).filter(control => control.focused).map(control => control.name) }
+        function press(name) { verify(bench.act(host.item, name, "Press")) }
+        // Types where the focus is.
+        function type(letters) {
+            for (const letter of letters)
+                keyClick(letter);
+        }
+        function done() { return bench.compositions[bench.compositions.length - 1] }
+        function find(item, matches) {
+            if (matches(item))
+                return item;
+            for (let i = 0; i < item.children.length; ++i) {
+                const found = find(item.children[i], matches);
+                if (found)
+                    return found;
+            }
+            return null;
+        }
+
+        function test_beginsWithTheMessageAndTheFocusInItsText() {
+            compare(spokenAs("To").text, "support@nevo.example");
+            compare(spokenAs("Subject").text, "Subject");
+            compare(spokenAs("Message").text.replace("\u2029", "\n"), "One\nTwo");
+            compare(focused(), ["Message"]);
+            verify(spokenAs("Attachment log, 48 kB"));
+            verify(spokenAs("Attachment dpkgl.log, 1.3 MB"));
+        }
+        function test_namesEverythingForAssistiveTools() {
+            for (const name of ["Cancel", "Send", "Save Draft"])
+                compare(spokenAs(name).role, 0x2b, name);
+            for (const name of ["To", "Subject", "Message"])
+                compare(spokenAs(name).role, 0x2a, name);
+            verify(bench.spoken(host.item).some(control => control.name === "New Message" && control.role === 0x12));
+        }
+        function test_handsOverWhatWasEdited() {
+            type("x ");
+            keyClick(Qt.Key_Backtab, Qt.ShiftModifier);
+            keyClick(Qt.Key_End);
+            type("!");
+            keyClick(Qt.Key_Return, Qt.ControlModifier);
+            compare(done(), { action: "send", to: "support@nevo.example", subject: "Subject!", body: "x One\nTwo" });
+        }
+        function test_isNotDisturbedByASnapshotThatArrives() {
+            type("x");
+            show({ body: "Another", to: "" });
+            show({ problem: "No way" });
+            compare(focused(), ["Message"]);
+            type("y");
+            press("Save Draft");
+            compare(done(), { action: "save", to: "support@nevo.example", subject: "Subject", body: "xyOne\nTwo" });
+        }
+        function test_cannotBePressedTwice() {
+            const before = bench.compositions.length;
+            press("Send");
+            press("Send");
+            press("Save Draft");
+            keyClick(Qt.Key_Return, Qt.ControlModifier);
+            keyClick(Qt.Key_Escape);
+            show({ working: true });
+            press("Cancel");
+            type("x");
+            compare(bench.compositions.length, before + 1);
+            compare(spokenAs("Message").text.replace("\u2029", "\n"), "One\nTwo");
+            verify(spokenAs("Sending…"));
+        }
+        function test_saysWhyItIsStillThereAndCanBePressedAgain() {
+            press("Send");
+            show({ working: true });
+            show({ problem: "There is no address to send it to." });
+            verify(spokenAs("There is no address to send it to."));
+            const before = bench.compositions.length;
+            press("Send");
+            compare(bench.compositions.length, before + 1);
+        }
+        function test_cannotBeSentToNobody() {
+            open({ to: " " });
+            const before = bench.compositions.length;
+            press("Send");
+            keyClick(Qt.Key_Return, Qt.ControlModifier);
+            compare(bench.compositions.length, before);
+        }
+        function test_isCancelledWithEscape() {
+            keyClick(Qt.Key_Escape);
+            compare(done().action, "cancel");
+            bench.compose({});
+            compare(gone.count, 1);
+        }
+        function test_goesThroughEverythingWithTab() {
+            const order = [];
+            for (let i = 0; i < 6; ++i) {
+                keyClick(Qt.Key_Tab);
+                order.push(focused()[0]);
+            }
+            compare(order, ["Save Draft", "Cancel", "Send", "To", "Subject", "Message"]);
+            compare(spokenAs("Message").text.replace("\u2029", "\n"), "One\nTwo", "Tab is no letter here");
+        }
+        function test_keepsOnlyWhatWasEditedWhenTheWindowCloses() {
+            const before = bench.compositions.length;
+            host.item.leave();
+            compare(bench.compositions.length, before);
+            type("x");
+            host.item.leave();
+            compare(done().action, "save");
+        }
+        function test_growsWithItsTextAndScrollsToTheCursor() {
+            open({ body: "line\n".repeat(200) });
+            const scroller = find(host.item, item => item.showCursor !== undefined);
+            verify(scroller.contentHeight > 200 * 15);
+            keyClick(Qt.Key_End, Qt.ControlModifier);
+            tryVerify(() => scroller.contentY > 200 * 15 - scroller.height);
+            keyClick(Qt.Key_Home, Qt.ControlModifier);
+            tryVerify(() => scroller.contentY < 120);
+        }
+        function test_fitsEveryWidth_data() { return [{ width: 320 }, { width: 390 }, { width: 1024 }] }
+        function test_fitsEveryWidth(data) {
+            root.width = data.width;
+            tryCompare(host.item, "width", data.width);
+            const controls = ["Cancel", "New Message", "Send"].map(
+                text => find(host.item, item => item.text === text));
+            for (let i = 0; i < 2; ++i) {
+                const right = controls[i].mapToItem(host.item, controls[i].width, 0).x;
+                verify(right <= controls[i + 1].mapToItem(host.item, 0, 0).x, `${controls[i].text} at ${data.width}`);
+            }
+            verify(controls[0].mapToItem(host.item, 0, 0).x >= 0);
+            verify(controls[2].mapToItem(host.item, controls[2].width, 0).x <= data.width);
+        }
+        function test_slidesUpAndAwayUnlessNothingMoves() {
+            const sheet = find(host.item, item => item.y === 52);
+            verify(sheet, "without animation it is there at once");
+            Theme.animated = true;
+            open({});
+            const sliding = find(host.item, item => item.y > 52 && item.height === host.item.height - 52);
+            verify(sliding);
+            tryCompare(sliding, "y", 52);
+            bench.compose({});
+            compare(gone.count, 0);
+            tryCompare(gone, "count", 1);
+        }
+    }
+}
