@@ -13,7 +13,7 @@ build_packages=(g++ cmake ninja-build pkg-config python3 libglib2.0-dev libicu-d
   qml6-module-qtqml-workerscript fonts-inter)
 test_packages=(make binutils libgtest-dev libgmock-dev libplist-dev xvfb xauth xdotool dbus-daemon at-spi2-core
   gir1.2-atspi-2.0 python3-pyatspi qml6-module-qttest
-  msmtp python3-aiosmtpd)
+  msmtp python3-aiosmtpd x11-xkb-utils)
 bench_packages=(libbenchmark-dev libplist-dev libsystemd-dev dbus-daemon xvfb xauth)
 lint_packages=(clang clang-format clang-tidy shellcheck qt6-declarative-dev-tools qml6-module-qtqml)
 fuzz_packages=(clang libclang-rt-14-dev)

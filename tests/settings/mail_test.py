@@ -11,6 +11,7 @@ import email
 import email.policy
 import os
 import shutil
+import subprocess
 import sys
 import threading
 import unittest
@@ -60,6 +61,12 @@ class Sink:
 
 
 class MailTest(Spoken):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        # A keyboard with letters beyond ASCII.
+        subprocess.run(["setxkbmap", "-display", cls.display.name, "de"], check=True)
+
     def setUp(self):
         super().setUp()
         self.make_device()
@@ -127,7 +134,7 @@ class MailTest(Spoken):
         self.xdotool("key", "--window", window.id, *keys)
 
     def type(self, window, field, text):
-        """Puts a text at the end of a field's, in its own way for letters that no key has."""
+        """Puts a text at the end of a field's."""
         before = self.text(window, field)
         self.xdotool("type", "--window", window.id, "--delay", "4", text)
         eventually(lambda: self.text(window, field) == before + text, f"{text!r} in {field}")
@@ -204,13 +211,30 @@ class MailTest(Spoken):
         _, message = self.sink.only()
         self.assertEqual([part.get_filename() for part in message.iter_attachments()], ["dpkgl.log"])
 
-    def test_says_that_it_is_sending_and_cannot_be_pressed_again(self):
+    def hold_up_sending(self):
+        """Sends only once something is written to the pipe that this gives."""
         gate = os.path.join(self.folder, "gate")
         os.mkfifo(gate)
         slow = os.path.join(self.folder, "bin", "slow")
         self.write(slow, f"#!/bin/sh\nread go < {gate}\nexec msmtp \"$@\"\n".encode())
         os.chmod(slow, 0o700)
         self.environment["LUMORA_SENDMAIL"] = slow
+        return gate
+
+    def test_sends_to_the_end_when_the_window_is_closed_meanwhile(self):
+        gate = self.hold_up_sending()
+        window = self.compose()
+        self.keys(window, "ctrl+Return")
+        eventually(lambda: "Sending…" in self.spoken(window, ALERT), "what it is doing")
+        self.close(window)
+        eventually(lambda: not self.windows(window), "the window to go")
+        self.write(gate, b"go\n")
+        self.sink.only()
+        self.assertEqual(window.wait(LONG_ENOUGH), 0)
+        self.assertEqual(self.kept(), [])
+
+    def test_says_that_it_is_sending_and_cannot_be_pressed_again(self):
+        gate = self.hold_up_sending()
         window = self.compose()
         self.keys(window, "ctrl+Return")
         eventually(lambda: "Sending…" in self.spoken(window, ALERT), "what it is doing")
