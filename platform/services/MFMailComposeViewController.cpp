@@ -6,6 +6,7 @@
 #include "platform/services/MailPrograms.h"
 #include "platform/services/Sendmail.h"
 
+#include <optional>
 #include <thread>
 #include <utility>
 

@@ -1,5 +1,6 @@
 #include "platform/services/Program.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>

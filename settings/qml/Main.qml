@@ -16,7 +16,7 @@ Window {
 
     onClosing: {
         handOnFields();
-        (sheet.item as Composer)?.leave();
+        sheet.item?.leave();
         shell.leave();
     }
 
@@ -24,8 +24,10 @@ Window {
     readonly property ComposerModel composing: stack.shownPage?.page.composer ?? null
     onComposingChanged: {
         if (composing) {
-            sheet.active = false;
-            sheet.active = true;
+            sheet.source = "";
+            sheet.setSource("Composer.qml", { composer: composing, gap: shell.barHeight });
+        } else if (sheet.item) {
+            sheet.item.composer = null;
         }
     }
 
@@ -139,18 +141,19 @@ Window {
         enabled: !window.composing
         onBackTapped: window.goBack()
     }
+    // Read when it is first needed: the window would open some milliseconds later.
     Loader {
         id: sheet
 
         anchors.fill: parent
-        active: false
-        sourceComponent: Composer {
-            composer: window.composing
-            gap: window.shell.barHeight
-            onGone: {
-                sheet.active = false;
-                stack.currentItem?.forceActiveFocus(Qt.OtherFocusReason);
-            }
+    }
+    Connections {
+        target: sheet.item
+        ignoreUnknownSignals: true
+
+        function onGone() {
+            sheet.source = "";
+            stack.currentItem?.forceActiveFocus(Qt.OtherFocusReason);
         }
     }
 }
