@@ -108,11 +108,7 @@ class MailTest(Spoken):
         window = self.open_root_page(*options)
         eventually(lambda: SUPPORT in self.spoken(window, BUTTON), "the button")
         self.act(self.spoken(window, BUTTON)[SUPPORT], "Press")
-
-        def composing():
-            self.xdotool("windowfocus", window.id)  # again, as a window that is slow to appear takes no focus
-            return self.has_focus(window, "Message")
-        eventually(composing, "the composer")
+        eventually(lambda: self.has_focus(window, "Message"), "the composer")
         # It has slid in when it stands still.
         places = []
 
