@@ -35,6 +35,10 @@ QString AxisModel::label() const {
     return QString::fromStdString(element_.snapshot().axes[index_].label);
 }
 
+bool AxisModel::isVertical() const {
+    return element_.snapshot().axes[index_].vertical;
+}
+
 double AxisModel::value() const {
     return element_.valueOf(index_);
 }

@@ -24,12 +24,14 @@ class AxisModel : public QObject {
     QML_UNCREATABLE("Axes come from snapshots")
 
     Q_PROPERTY(QString label READ label CONSTANT)
+    Q_PROPERTY(bool vertical READ isVertical CONSTANT)
     Q_PROPERTY(double value READ value NOTIFY valueChanged)
 
   public:
     AxisModel(ElementModel& element, std::size_t index);
 
     [[nodiscard]] QString label() const;
+    [[nodiscard]] bool isVertical() const;
     [[nodiscard]] double value() const;
     /// From 0 to 1, or the nearest that a touch reaches.
     Q_INVOKABLE void set(double value);

@@ -3,7 +3,7 @@ import Lumora
 
 // Something on a page's view, for the keyboard and assistive tools: a button, or a mark that is moved along one axis or
 // two. Not seen but for the ring around it. The mouse and fingers go to the view itself.
-Item {
+FocusScope {
     id: root
 
     required property ElementModel element
@@ -19,7 +19,7 @@ Item {
     Accessible.role: isButton ? Accessible.Button : Accessible.Grouping
     Accessible.name: element.label
     Accessible.description: Array.from(element.axes, axis => axis.label + " " + Math.round(axis.value * 100) + " %").join(", ")
-    Accessible.focusable: true
+    Accessible.focusable: isButton
     Accessible.onPressAction: if (isButton) element.press()
 
     Keys.onPressed: event => {
@@ -45,24 +45,34 @@ Item {
                 moves.set(Qt.Key_Home, [0, -1]).set(Qt.Key_End, [0, 1]);
         }
         event.accepted = moves.has(event.key);
-        if (event.accepted)
-            element.move(...moves.get(event.key));
+        if (!event.accepted)
+            return;
+        const [across, down] = moves.get(event.key);
+        const moved = Array.from(element.axes).findIndex(axis => axis.vertical === (down !== 0));
+        sliders.itemAt(moved).forceActiveFocus(Qt.OtherFocusReason);
+        element.move(across, down);
     }
+    // From a slider the chain leads back to the element first, which would be the same one again.
+    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
-    // One for each axis; only assistive tools know of it.
+    // One for each axis. Assistive tools read out what happens where the focus is, so it goes to the one that is moved.
     Repeater {
+        id: sliders
+
         model: root.element.axes
 
         Item {
             id: slider
 
             required property AxisModel modelData
+            required property int index
             readonly property real minimumValue: 0
             readonly property real maximumValue: 1
             readonly property real stepSize: 0.01
             property real value: 0
 
             anchors.fill: parent
+            focus: index === 0
             Component.onCompleted: value = modelData.value
             // An assistive tool has set it: the view is asked, and what a touch cannot reach is taken back.
             onValueChanged: {
@@ -78,6 +88,7 @@ Item {
             Accessible.role: Accessible.Slider
             Accessible.name: modelData.label
             Accessible.description: root.element.label
+            Accessible.focusable: true
             Accessible.onIncreaseAction: modelData.set(modelData.value + stepSize)
             Accessible.onDecreaseAction: modelData.set(modelData.value - stepSize)
         }

@@ -235,8 +235,12 @@ Item {
             compare(order, ["Colour", "Brightness", "First", "Second"]);
             keyClick(Qt.Key_Tab);
             verify(after.activeFocus);
+            for (const label of order.reverse()) {
+                keyClick(Qt.Key_Backtab);
+                compare(focusedElement(), label);
+            }
             keyClick(Qt.Key_Backtab);
-            compare(focusedElement(), "Second");
+            verify(before.activeFocus);
         }
         function test_pressesAButtonByKeyInItsMiddle_data() {
             return [{ tag: "Space", key: Qt.Key_Space }, { tag: "Return", key: Qt.Key_Return }, { tag: "Enter", key: Qt.Key_Enter }];
@@ -319,7 +323,6 @@ Item {
             open(colorView(0.25, 1, 0.5));
             verify(spokenAs(button, "First"));
             verify(spokenAs(button, "Second").focusable);
-            verify(spokenAs(group, "Colour").focusable);
             compare(spokenAs(group, "Colour").description, "Hue 25 %, Saturation 100 %");
             compare(spokenAs(slider, "Hue").number, 0.25);
             compare(spokenAs(slider, "Saturation").number, 1);
@@ -340,6 +343,21 @@ Item {
             verify(bench.act(host.item, "Saturation", "Increase"));
             compare(touched(), [198.5, 291]);
             compare(bench.touches.length, 4);
+        }
+        function test_tellsOfTheFocusOnTheQuantityThatIsMoved() {
+            open(colorView(0.5, 0.5, 0.5));
+            before.forceActiveFocus(Qt.OtherFocusReason);
+            const focused = () => bench.spoken(host.item).filter(control => control.role === slider && control.focused).map(control => control.name);
+            keyClick(Qt.Key_Tab);
+            compare(focused(), ["Hue"]);
+            keyClick(Qt.Key_Down);
+            compare(focused(), ["Saturation"]);
+            keyClick(Qt.Key_Right);
+            compare(focused(), ["Hue"]);
+            keyClick(Qt.Key_Tab);
+            compare(focused(), ["Brightness"]);
+            keyClick(Qt.Key_Backtab);
+            compare(focused(), ["Hue"]);
         }
         function test_setsAQuantityByAssistiveTool() {
             open(colorView(0.5, 0.5, 0.5));
