@@ -24,6 +24,7 @@ namespace {
 constexpr std::size_t kOpenFaces = 48;                                  // more than a window shows
 constexpr FT_Int32 kLoadFlags = FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP; // as it would be on paper
 constexpr double kUnits = 64;                                           // of a point
+constexpr int kMostSteps = 100000; // of a text's outline; no honest title has so many
 
 template<class Thing>
 using Owned = std::unique_ptr<Thing, void (*)(Thing*)>;
@@ -177,6 +178,7 @@ class FontFaces::Face {
             if (glyph->format != FT_GLYPH_FORMAT_OUTLINE) return false;
             QPainterPath outline;
             if (!addGlyph(outline, glyph->outline)) return false;
+            if (drawn.path.elementCount() + outline.elementCount() > kMostSteps) return false;
             outline.translate(drawn.width + places[i].x_offset / kUnits, -places[i].y_offset / kUnits);
             drawn.path.addPath(outline);
             drawn.width += places[i].x_advance / kUnits;
