@@ -5,10 +5,10 @@
 #include <fontconfig/fontconfig.h>
 
 #include <algorithm>
-#include <cctype>
 #include <map>
 #include <mutex>
 #include <set>
+#include <string_view>
 #include <tuple>
 #include <unordered_map>
 #include <utility>
@@ -65,10 +65,10 @@ bool flag(const FcPattern* pattern, const char* key) {
     return found == FcTrue;
 }
 
-/// One text as fontconfig would make it a PostScript name: every sign that none can have is a hyphen.
+/// A text with a hyphen for every sign that fontconfig might take for none of a PostScript name, and a few more.
 std::string hyphenated(std::string name) {
     for (char& sign : name)
-        if (sign == ' ' || (std::ispunct(static_cast<unsigned char>(sign)) != 0 && sign != '_')) sign = '-';
+        if (std::string_view(" !\"#$%&'()*+,./:;<=>?@[\\]^`{|}~").find(sign) != std::string_view::npos) sign = '-';
     return name;
 }
 

@@ -143,8 +143,10 @@ FocusScope {
         }
         if ([Qt.Key_Return, Qt.Key_Enter, Qt.Key_Space].includes(event.key)) {
             event.accepted = table.selectable && table.current >= 0;
-            if (event.accepted && !event.isAutoRepeat)
+            if (event.accepted && !event.isAutoRepeat) {
+                go(table.current);
                 tap(table.current);
+            }
             return;
         }
         const aPage = table.current < 0 ? 1 : Math.max(1, Math.floor(height / table.heightOf(table.current)) - 1);
@@ -321,10 +323,13 @@ FocusScope {
                             return movable ? where + " " + qsTr("Alt+Up and Alt+Down move it.") : where;
                         }
                         Accessible.focusable: true
-                        Accessible.onIncreaseAction: root.step(place, 1)
-                        Accessible.onDecreaseAction: root.step(place, -1)
 
                         // Only what is connected is told to assistive tools as an action.
+                        Connections {
+                            target: row.movable ? row.Accessible : null
+                            function onIncreaseAction() { root.step(row.place, 1) }
+                            function onDecreaseAction() { root.step(row.place, -1) }
+                        }
                         Connections {
                             target: root.table.selectable ? row.Accessible : null
                             function onPressAction() { root.tap(row.place) }

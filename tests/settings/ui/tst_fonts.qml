@@ -127,6 +127,15 @@ Item {
             keyClick(data.key);
             compare(bench.tableTaps, [[0, 1]]);
         }
+        function test_showsTheRowThatIsTappedByKey() {
+            open(many);
+            before.forceActiveFocus(Qt.OtherFocusReason);
+            keyClick(Qt.Key_Tab);
+            scroller().contentY = 3000;
+            keyClick(Qt.Key_Return);
+            compare(bench.tableTaps, [[0, 0]]);
+            verify(table().contentY < 100);
+        }
         function test_tellsOfATapByAssistiveAction_data() {
             return [{ tag: "press", action: "Press" }, { tag: "toggle", action: "Toggle" }];
         }
@@ -171,6 +180,7 @@ Item {
             compare(["A", "B", "C"].map(name => spokenAs(name).checked), [true, false, false]);
             verify(["A", "B", "C"].every(name => spokenAs(name).checkable && spokenAs(name).focusable));
             compare(spokenAs("B").role, 0x2d); // a radio button
+            verify(!bench.act(host.item, "B", "Increase"), "there is nothing to move");
             compare(spokenAs("B").description, "Position 2 of 3 in Fonts.");
             bench.showTable([{ header: "Fonts", rows: [{ title: "A" }, { title: "B", marked: true }, { title: "C" }] }]);
             compare(["A", "B", "C"].map(name => spokenAs(name).checked), [false, true, false]);
