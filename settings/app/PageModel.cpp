@@ -29,6 +29,8 @@ PageModel::PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, Q
     : QObject(parent), events_(events), page_(std::move(page)) {
     makeGroups();
     readTable();
+    readText();
+    readElements();
     readComposer();
 }
 
@@ -45,6 +47,8 @@ void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
     if (!sameTitle) emit titleChanged();
     if (!sameView) emit viewChanged();
     readTable();
+    readText();
+    readElements();
     readComposer();
     if (!sameRows) return makeGroups();
     for (std::size_t i = 0; i < rows_.size(); ++i)
@@ -57,6 +61,36 @@ void PageModel::readTable() {
     if (table_) table_->deleteLater();
     table_ = page_->table ? new TableModel(events_, page_->id, page_->table, this) : nullptr;
     emit tableChanged();
+}
+
+void PageModel::readText() {
+    if (text_ && page_->text && text_->id() == page_->text->id) return text_->read(page_->text);
+    if (!text_ && !page_->text) return;
+    if (text_) text_->deleteLater();
+    text_ = page_->text ? new TextModel(page_->text, this) : nullptr;
+    emit textChanged();
+}
+
+void PageModel::readElements() {
+    const std::vector<ElementSnapshot> elements = inReadingOrder(page_->elements);
+    const bool same =
+        std::equal(elements_.begin(), elements_.end(), elements.begin(), elements.end(),
+                   [](const ElementModel* model, const auto& element) { return model->isSameElement(element); });
+    if (same) {
+        for (std::size_t i = 0; i < elements.size(); ++i)
+            elements_[qsizetype(i)]->read(elements[i]);
+        return;
+    }
+    const QList<ElementModel*> former = std::exchange(elements_, {});
+    for (const ElementSnapshot& element : elements)
+        elements_.push_back(new ElementModel(events_, page_->id, element, this));
+    emit elementsChanged();
+    for (ElementModel* old : former)
+        old->deleteLater();
+}
+
+void PageModel::touch(const std::vector<platform::UITouchRouter::Point>& points) {
+    events_.touched(page_->id, points, {});
 }
 
 void PageModel::readComposer() {

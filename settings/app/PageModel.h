@@ -1,5 +1,6 @@
 #pragma once
 
+#include "settings/app/ElementModel.h"
 #include "settings/app/ComposerModel.h"
 #include "settings/app/RowModel.h"
 #include "settings/app/TableModel.h"
@@ -49,6 +50,8 @@ class PageModel : public QObject {
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(bool hostsView READ hostsView NOTIFY viewChanged)
     Q_PROPERTY(settings::TableModel* table READ table NOTIFY tableChanged)
+    Q_PROPERTY(settings::TextModel* text READ text NOTIFY textChanged)
+    Q_PROPERTY(QQmlListProperty<settings::ElementModel> elements READ drawnElements NOTIFY elementsChanged)
     Q_PROPERTY(settings::ComposerModel* composer READ composer NOTIFY composerChanged)
     Q_PROPERTY(QQmlListProperty<settings::GroupModel> groups READ drawnGroups NOTIFY groupsChanged)
 
@@ -59,6 +62,10 @@ class PageModel : public QObject {
     [[nodiscard]] bool hostsView() const { return page_->hostsView; }
     /// Null when the page has no table.
     [[nodiscard]] TableModel* table() const { return table_; }
+    /// Null when the page has no text.
+    [[nodiscard]] TextModel* text() const { return text_; }
+    /// In the order in which one reads.
+    [[nodiscard]] const QList<ElementModel*>& elements() const { return elements_; }
     /// Null when no message is being composed.
     [[nodiscard]] ComposerModel* composer() const { return composer_; }
     [[nodiscard]] const PageSnapshot& snapshot() const { return *page_; }
@@ -74,6 +81,8 @@ class PageModel : public QObject {
     void groupsChanged();
     void viewChanged();
     void tableChanged();
+    void textChanged();
+    void elementsChanged();
     void composerChanged();
 
   private:
@@ -82,12 +91,16 @@ class PageModel : public QObject {
     QQmlListProperty<ElementModel> drawnElements() { return {this, &elements_}; }
     void makeGroups();
     void readTable();
+    void readText();
+    void readElements();
     void readComposer();
     GroupModel* makeGroup(const RowSnapshot* groupRow);
 
     Events& events_;
     std::shared_ptr<const PageSnapshot> page_;
     TableModel* table_ = nullptr;
+    TextModel* text_ = nullptr;
+    QList<ElementModel*> elements_;
     ComposerModel* composer_ = nullptr;
     QList<GroupModel*> groups_;
     std::vector<RowModel*> rows_; ///< one for each row of the snapshot, group rows included

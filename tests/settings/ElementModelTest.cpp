@@ -22,6 +22,8 @@ class Hand final : public Events {
                   std::function<void()> /*taken*/) override {}
     void tableRowTapped(std::uint64_t /*page*/, NSIndexPath /*path*/) override {}
     void tableScrolled(std::uint64_t /*page*/, const TableViewport& /*viewport*/) override {}
+    void composed(std::uint64_t /*page*/, std::uint64_t /*composer*/, ComposerAction /*action*/,
+                  const platform::MailText& /*text*/) override {}
     void touched(std::uint64_t page, const std::vector<UITouchRouter::Point>& points,
                  std::function<void()> taken) override {
         pages.push_back(page);

@@ -358,6 +358,122 @@ TEST_F(TableNavigationTest, IgnoresTableEventsOfOtherPages) {
     EXPECT_EQ(TableView::sections[0][0], "a");
 }
 
+/// A page whose view is touched.
+struct FieldNavigationTest : NavigationTest {
+    void SetUp() override {
+        FieldView::reset();
+        ASSERT_TRUE(navigation.open(NSClassFromString("FieldPage"), "Color"));
+    }
+    void touch(std::vector<UITouchRouter::Point> points) { navigation.touched(top().id, points); }
+    [[nodiscard]] const ViewSnapshot& field() const { return top().view->subviews.at(0); }
+};
+
+TEST_F(FieldNavigationTest, ShowsTheLookOfEachViewThatIsSeen) {
+    EXPECT_EQ(field().className, "FieldView");
+    EXPECT_EQ(field().frame, CGRectMake(10, 20, 300, 300));
+    ASSERT_EQ(field().subviews.size(), 4U) << "the hidden one is left out";
+    const ViewSnapshot& picture = field().subviews.at(0);
+    EXPECT_EQ(picture.frame, CGRectMake(20, 30, 200, 100)) << "in the view that it is in";
+    EXPECT_EQ(picture.layer.cornerRadius, 2);
+    EXPECT_TRUE(picture.layer.masksToBounds);
+    EXPECT_TRUE(picture.image);
+    EXPECT_FALSE(picture.drawing);
+    EXPECT_FALSE(field().image);
+    ASSERT_TRUE(field().drawing);
+    EXPECT_EQ(field().drawing->size, (CGSize{300, 300}));
+    EXPECT_EQ(field().drawing->steps.size(), 1U);
+}
+
+TEST_F(FieldNavigationTest, ShowsTheElementsThatAreSeenByTheirPlacesOnThePage) {
+    ASSERT_EQ(top().elements.size(), 2U);
+    EXPECT_EQ(top().elements[0].label, "Field");
+    EXPECT_EQ(top().elements[0].frame, CGRectMake(30, 50, 200, 100));
+    EXPECT_EQ(top().elements[0].axes.at(0).label, "Across");
+    EXPECT_EQ(top().elements[1].label, "Press");
+    EXPECT_EQ(top().elements[1].frame, CGRectMake(30, 220, 50, 40));
+    EXPECT_TRUE(top().elements[1].axes.empty());
+}
+
+TEST_F(FieldNavigationTest, ShowsTheTextByItsPlaceOnThePage) {
+    ASSERT_TRUE(top().text);
+    EXPECT_EQ(top().text->frame, CGRectMake(160, 220, 100, 60));
+    EXPECT_EQ(top().text->text, "Text");
+    EXPECT_EQ(top().text->font->pointSize(), 15);
+    EXPECT_FALSE(top().text->selectable);
+}
+
+TEST_F(FieldNavigationTest, HandsTouchesToTheViewAndShowsWhatComesOfThem) {
+    touch({{0, UITouchPhase::began, {130, 100}}});
+    EXPECT_THAT(FieldView::touches, ElementsAre("began 120 80"));
+    EXPECT_EQ(field().subviews.at(1).frame, CGRectMake(115, 75, 10, 10));
+    EXPECT_EQ(top().elements[0].axes[0].value, 0.5);
+    touch({{0, UITouchPhase::moved, {80, 100}}});
+    EXPECT_EQ(top().elements[0].axes[0].value, 0.25);
+    touch({{0, UITouchPhase::ended, {80, 100}}});
+    EXPECT_THAT(FieldView::touches, ElementsAre("began 120 80", "moved 70 80", "ended 70 80"));
+}
+
+TEST_F(FieldNavigationTest, HandsOnTheFingersOfOneEventInTheirOrder) {
+    touch({{4, UITouchPhase::began, {40, 60}}, {2, UITouchPhase::began, {50, 70}}});
+    touch({{4, UITouchPhase::moved, {41, 60}}, {2, UITouchPhase::ended, {50, 70}}});
+    EXPECT_THAT(FieldView::touches, ElementsAre("began 30 40", "began 40 50", "moved 31 40", "ended 40 50"));
+    EXPECT_EQ(field().subviews.at(1).frame.origin, (CGPoint{35, 45})) << "the last one's place stays";
+}
+
+TEST_F(FieldNavigationTest, PressesAButtonOnceForEachTouchThatEndsOnIt) {
+    touch({{0, UITouchPhase::began, {50, 230}}});
+    EXPECT_EQ(FieldView::presses, 0);
+    touch({{0, UITouchPhase::ended, {50, 230}}});
+    EXPECT_EQ(FieldView::presses, 1);
+    touch({{0, UITouchPhase::began, {50, 230}}});
+    touch({{0, UITouchPhase::cancelled, {50, 230}}});
+    EXPECT_EQ(FieldView::presses, 1);
+    EXPECT_TRUE(FieldView::touches.empty());
+}
+
+TEST_F(FieldNavigationTest, KeepsTheTextAndPlaceOfATextThatIsTouchedBeside) {
+    const std::uint64_t id = top().text->id;
+    touch({{0, UITouchPhase::began, {130, 100}}});
+    EXPECT_EQ(top().text->id, id);
+    openRoot();
+    navigation.back(top().id);
+    EXPECT_NE(top().text->id, id) << "a page that appears again has a view of its own";
+}
+
+TEST_F(FieldNavigationTest, CancelsTheTouchesOfAPageThatIsCovered) {
+    const std::uint64_t id = top().id;
+    touch({{0, UITouchPhase::began, {130, 100}}, {1, UITouchPhase::began, {140, 100}}});
+    FieldView::touches.clear();
+    openRoot();
+    EXPECT_THAT(FieldView::touches, ElementsAre("cancelled", "cancelled"));
+    navigation.touched(id, {{0, UITouchPhase::moved, {131, 100}}});
+    navigation.touched(top().id, {{0, UITouchPhase::began, {131, 100}}}); // a page of rows
+    EXPECT_EQ(FieldView::touches.size(), 2U);
+}
+
+TEST_F(FieldNavigationTest, ForgetsTheTouchesOfAPageThatIsGone) {
+    openRoot();
+    ASSERT_TRUE(navigation.open(NSClassFromString("FieldPage"), "Color"));
+    const std::uint64_t id = top().id;
+    touch({{0, UITouchPhase::began, {130, 100}}});
+    FieldView::touches.clear();
+    navigation.back(id);
+    const std::size_t shownBefore = shown.size();
+    navigation.touched(id, {{0, UITouchPhase::ended, {130, 100}}});
+    EXPECT_TRUE(FieldView::touches.empty());
+    EXPECT_EQ(shown.size(), shownBefore);
+}
+
+TEST_F(FieldNavigationTest, HandsNoTouchToAViewThatCameAfterItBegan) {
+    touch({{0, UITouchPhase::began, {130, 100}}});
+    openRoot();
+    navigation.back(top().id);
+    FieldView::touches.clear();
+    touch({{0, UITouchPhase::moved, {131, 100}}});
+    touch({{0, UITouchPhase::ended, {131, 100}}});
+    EXPECT_TRUE(FieldView::touches.empty());
+}
+
 struct ChoiceNavigationTest : NavigationTest {
     void SetUp() override { ASSERT_TRUE(navigation.open(NSClassFromString("ChoicePage"), "Choice")); }
     [[nodiscard]] const TableSnapshot& table() const { return *top().table; }

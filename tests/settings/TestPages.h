@@ -184,6 +184,92 @@ class TablePage : public platform::PSListController {
     }
 };
 
+/// A colour control in small: a field whose mark follows the finger, with a button below it and a text beside that.
+/// Keeps what reaches it.
+class FieldView : public platform::UIView {
+  public:
+    static inline std::vector<std::string> touches; ///< "began 5 6"
+    static inline int presses = 0;
+
+    static void reset() {
+        touches.clear();
+        presses = 0;
+    }
+
+    bool initWithFrame(const platform::CGRect& frame) override {
+        using namespace platform;
+        if (!UIView::initWithFrame(frame)) return false;
+        field_ = make<UIImageView>(CGRectMake(20, 30, 200, 100));
+        field_->setImage(std::make_shared<const UIImage>(CGSize{1, 1}, Data{1}, Data{}));
+        field_->layer().cornerRadius = 2;
+        field_->setClipsToBounds(true);
+        mark_ = make<UIView>(CGRectMake(0, 0, 10, 10));
+        mark_->setUserInteractionEnabled(false);
+        const auto button = make<UIButton>(CGRectMake(20, 200, 50, 40));
+        button->setAccessibilityLabel("Press");
+        button->addTarget(*this, &FieldView::press, UIControlEventTouchUpInside);
+        hidden_ = make<UIButton>(CGRectMake(80, 200, 50, 40));
+        hidden_->setHidden(true);
+        text_ = make<UITextView>(CGRectMake(150, 200, 100, 60));
+        text_->setText("Text");
+        text_->setSelectable(false);
+        text_->setFont(UIFont::systemFontOfSize(15));
+        addSubview(field_);
+        addSubview(mark_);
+        addSubview(button);
+        addSubview(hidden_);
+        addSubview(text_);
+        return true;
+    }
+    void drawRect(const platform::CGRect& rect) override { platform::UIGraphicsGetCurrentContext()->clipToRect(rect); }
+
+    void touchesBegan(const platform::UITouches& all, const platform::UIEvent& /*event*/) override {
+        take(all, "began");
+    }
+    void touchesMoved(const platform::UITouches& all, const platform::UIEvent& /*event*/) override {
+        take(all, "moved");
+    }
+    void touchesEnded(const platform::UITouches& all, const platform::UIEvent& /*event*/) override {
+        take(all, "ended");
+    }
+    void touchesCancelled(const platform::UITouches& all, const platform::UIEvent& /*event*/) override {
+        for (std::size_t i = 0; i < all.size(); ++i)
+            touches.emplace_back("cancelled");
+    }
+
+    [[nodiscard]] std::vector<platform::UIAccessibilityElement> accessibilityElements() const override {
+        const platform::CGRect frame = field_->frame();
+        return {{"Field", frame, {{"Across", (mark_->center().x - frame.origin.x) / frame.size.width, false, false}}}};
+    }
+
+  private:
+    void press(platform::UIButton& /*sender*/) { ++presses; }
+    void take(const platform::UITouches& all, const char* what) {
+        for (const auto& touch : all) {
+            const platform::CGPoint place = touch->locationInView(*this);
+            touches.push_back(std::string(what) + " " + std::to_string(int(place.x)) + " " +
+                              std::to_string(int(place.y)));
+            if (platform::CGRectContainsPoint(field_->frame(), place)) mark_->setCenter(place);
+        }
+    }
+
+    std::shared_ptr<platform::UIImageView> field_;
+    std::shared_ptr<platform::UIView> mark_;
+    std::shared_ptr<platform::UIButton> hidden_;
+    std::shared_ptr<platform::UITextView> text_;
+};
+
+/// Its view lies within another one, 10 points to the right and 20 down.
+class FieldPage : public platform::PSListController {
+  public:
+    void viewWillAppear(bool animated) override {
+        PSListController::viewWillAppear(animated);
+        const auto ground = platform::make<platform::UIView>(view()->frame());
+        ground->addSubview(platform::make<FieldView>(platform::CGRectMake(10, 20, 300, 300)));
+        setView(ground);
+    }
+};
+
 /// A page that hosts a table of a hundred rows to choose from, scrolled to row 50.
 class ChoiceView : public platform::UIView,
                    public platform::UITableViewDataSource,
@@ -242,6 +328,7 @@ class NotAPage : public platform::NSObject {
 PLATFORM_CLASS(RowsPage)
 PLATFORM_CLASS(HostedPage)
 PLATFORM_CLASS(TablePage)
+PLATFORM_CLASS(FieldPage)
 PLATFORM_CLASS(ChoicePage)
 PLATFORM_CLASS(BarePage)
 PLATFORM_CLASS(RefusedPage)

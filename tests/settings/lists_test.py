@@ -46,13 +46,21 @@ class Spoken(programs_test.Programs):
             if child:
                 yield from self.find(child, matches)
 
-    def spoken(self, window, role):
-        """What is shown in a role, by its name, as assistive tools see it now."""
+    def applications(self, window):
+        """Those of the window's process; of others only that they are not."""
         desktop = pyatspi.Registry.getDesktop(0)
         desktop.set_cache_mask(Atspi.Cache.NONE)
+        for application in desktop:
+            try:
+                if application and application.get_process_id() == window.pid:
+                    yield application
+            except GLib.Error:
+                pass  # one that has just gone
+
+    def spoken(self, window, role):
+        """What is shown in a role, by its name, as assistive tools see it now."""
         try:
-            return {item.name: item for application in desktop
-                    if application and application.get_process_id() == window.pid
+            return {item.name: item for application in self.applications(window)
                     for item in self.find(application, lambda it: it.getRole() == role and
                                           it.getState().contains(pyatspi.STATE_SHOWING))}
         except GLib.Error:

@@ -245,8 +245,8 @@ class ProgramsTest(Programs):
                  "LSDateViewSettings", "LSPasscodeSettings", "LSSettingsController", "LumoraPreferences", "NotesPage",
                  "PSListItemsController-AppsPerRow", "PSListItemsController-AppsPerRowInLandscape",
                  "PSListItemsController-SleepAfter", "PSListItemsController-SortBy", "PSListItemsController-Units",
-                 "ChangeLogController", "FontViewController", "PluginsListController", "PluginsListViewController", "Waiting",
-                 "Waiting-over", "WeatherPage")
+                 "ChangeLogController", "ColorPickerController", "Composer", "FontViewController", "PluginsListController",
+                 "PluginsListViewController", "Waiting", "Waiting-over", "WeatherPage")
         self.assertEqual(names, {f"{page}-{width}-{scheme}.png" for page in pages for width in (320, 390, 1024)
                                  for scheme in ("light", "dark")})
         for name in names:

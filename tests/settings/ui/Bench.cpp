@@ -66,6 +66,45 @@ settings::RowSnapshot toRow(const QVariantMap& map) {
     return row;
 }
 
+QString nameOf(platform::UITouchPhase phase) {
+    switch (phase) {
+    case platform::UITouchPhase::began:
+        return QStringLiteral("began");
+    case platform::UITouchPhase::moved:
+        return QStringLiteral("moved");
+    case platform::UITouchPhase::ended:
+        return QStringLiteral("ended");
+    case platform::UITouchPhase::cancelled:
+        return QStringLiteral("cancelled");
+    }
+    return {};
+}
+
+platform::CGRect toFrame(const QVariant& frame) {
+    const QRectF rect = frame.toRectF();
+    return platform::CGRectMake(rect.x(), rect.y(), rect.width(), rect.height());
+}
+
+settings::ViewSnapshot toView(const platform::CGRect& frame, const QVariant& color) {
+    const QColor ground(color.toString());
+    return {"View",
+            frame,
+            {.backgroundColor =
+                 platform::UIColor::colorWithRed(ground.redF(), ground.greenF(), ground.blueF(), ground.alphaF())}};
+}
+
+settings::ElementSnapshot toElement(const QVariantMap& map) {
+    settings::ElementSnapshot element;
+    element.label = map["label"].toString().toStdString();
+    element.frame = toFrame(map["frame"]);
+    for (const QVariant& part : map["axes"].toList()) {
+        const QVariantMap axis = part.toMap();
+        element.axes.push_back({axis["label"].toString().toStdString(), axis["value"].toDouble(),
+                                axis["vertical"].toBool(), axis["reversed"].toBool()});
+    }
+    return element;
+}
+
 void visit(QAccessibleInterface* control, const std::function<void(QAccessibleInterface*)>& look) {
     if (!control) return;
     look(control);

@@ -21,6 +21,7 @@ class Bench : public QObject, private settings::Events {
     Q_PROPERTY(QVariantList tableTaps READ tableTaps)
     Q_PROPERTY(QVariantList moves READ moves)
     Q_PROPERTY(QVariantList viewports READ viewports)
+    Q_PROPERTY(QVariantList touches READ touches)
     Q_PROPERTY(QVariantList compositions READ compositions)
     /// Asked for cells, it brings none until `takeAll()`.
     Q_PROPERTY(bool busy MEMBER busy_)
@@ -47,6 +48,9 @@ class Bench : public QObject, private settings::Events {
     Q_INVOKABLE void showTable(const QVariantList& sections);
     /// The same of a view that the page has made anew.
     Q_INVOKABLE void showOtherTable(const QVariantList& sections);
+    /// A newer snapshot of the last page, with a message: a map of "id", "to", "subject", "body", "attachments" (maps
+    /// of "name", "size"), "working", "problem"; without one when that is empty.
+    Q_INVOKABLE void compose(const QVariantMap& message);
     /// The page wants a row of its only section to be seen, from the next snapshot on: 1 at the top, 2 in the middle, 3
     /// at the bottom, 0 anywhere.
     Q_INVOKABLE void askToScroll(int row, int position, bool animated = false);
@@ -73,6 +77,8 @@ class Bench : public QObject, private settings::Events {
     /// Maps of "top", "bottom", "headers", "footers".
     [[nodiscard]] QVariantList viewports() const { return viewports_; }
 
+    /// One list for each event, of lists of four: finger, "began", "moved", "ended" or "cancelled", x, y.
+    [[nodiscard]] QVariantList touches() const { return touches_; }
     /// Maps of "action" ("send", "save", "cancel"), "to", "subject", "body".
     [[nodiscard]] QVariantList compositions() const { return compositions_; }
 
@@ -100,6 +106,7 @@ class Bench : public QObject, private settings::Events {
                   const platform::MailText& text) override;
     std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantList& rows);
     std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;
+    static std::shared_ptr<const settings::PageSnapshot> viewSnapshot(const QVariantMap& view);
     [[nodiscard]] settings::CellSnapshot toCell(const QVariantMap& map) const;
     [[nodiscard]] settings::SectionSnapshot toSection(const QVariantMap& map) const;
     [[nodiscard]] platform::UIFontRef fontIn(const QString& file) const;
@@ -112,6 +119,7 @@ class Bench : public QObject, private settings::Events {
     QVariantList tableTaps_;
     QVariantList moves_;
     QVariantList viewports_;
+    QVariantList touches_;
     QVariantList compositions_;
     std::vector<settings::SectionSnapshot> sections_; ///< of the table, every cell in them
     settings::TableViewport viewport_;
