@@ -15,7 +15,7 @@ Item {
     Text {
         id: name
 
-        anchors { left: parent.left; leftMargin: Theme.inset; verticalCenter: parent.verticalCenter }
+        anchors { left: parent.left; leftMargin: Theme.inset; baseline: field.baseline }
         text: qsTr("%1:").arg(root.label)
         color: Theme.secondary
         font.pixelSize: Theme.bodySize
