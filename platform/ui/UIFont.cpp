@@ -1,6 +1,7 @@
 #include "platform/ui/UIFont.h"
 
 #include "platform/foundation/Unicode.h"
+#include "platform/ui/UIFontStream.h"
 
 #include <fontconfig/fontconfig.h>
 
@@ -16,6 +17,9 @@
 namespace platform {
 
 namespace {
+
+constexpr std::size_t kLongestMadeUp = 255; // of a PostScript name
+constexpr int kMostFilesRead = 200;         // at one look; takes a few milliseconds
 
 struct InstalledFont {
     std::string family;
@@ -72,18 +76,50 @@ std::string hyphenated(std::string name) {
     return name;
 }
 
-/// For a font that has no PostScript name, fontconfig makes one of its family's, which is then the same for all of the
-/// family's fonts. A real one is ASCII, and does not leave out what the full name has besides the family.
-bool isMadeUp(const std::string& name, const std::string& family, const std::string& fullName) {
-    if (std::any_of(name.begin(), name.end(), [](unsigned char sign) { return sign > 126; })) return true;
-    return name != family && hyphenated(name) == hyphenated(family) && hyphenated(fullName) != hyphenated(family);
+/// For a font that has no PostScript name, fontconfig makes one of its family's name in some language, and does not say
+/// so.
+bool looksMadeUp(const FcPattern* pattern, const std::string& name) {
+    FcChar8* family = nullptr;
+    for (int i = 0; FcPatternGetString(pattern, FC_FAMILY, i, &family) == FcResultMatch; ++i)
+        if (hyphenated(reinterpret_cast<const char*>(family)).substr(0, kLongestMadeUp) == hyphenated(name))
+            return true;
+    return false;
 }
 
-std::string nameOf(const FcPattern* pattern, const std::string& family) {
-    const std::string name = text(pattern, FC_POSTSCRIPT_NAME);
-    const std::string fullName = text(pattern, FC_FULLNAME);
-    return fullName.empty() || (!name.empty() && !isMadeUp(name, family, fullName)) ? name : fullName;
-}
+/// Says by what names fonts go. One look at what is installed has one.
+class Namer {
+  public:
+    Namer() { FT_Init_FreeType(&library_); }
+    Namer(const Namer&) = delete;
+    Namer& operator=(const Namer&) = delete;
+    ~Namer() { FT_Done_FreeType(library_); }
+
+    /// The PostScript name, or the full name where a font has none.
+    std::string nameOf(const FcPattern* pattern, const InstalledFont& font) {
+        std::string name = text(pattern, FC_POSTSCRIPT_NAME);
+        std::string fullName = text(pattern, FC_FULLNAME);
+        if (fullName.empty()) return name;
+        if (name.empty() || std::any_of(name.begin(), name.end(), [](unsigned char sign) { return sign > 126; }))
+            return fullName; // a real name is ASCII
+        if (name == fullName || !looksMadeUp(pattern, name)) return name;
+        if (++filesRead_ > kMostFilesRead) return name == font.family ? name : fullName; // what is likely
+        return isInFile(name, font) ? name : fullName;
+    }
+
+  private:
+    [[nodiscard]] bool isInFile(const std::string& name, const InstalledFont& font) const {
+        UIFontStream stream(font.file);
+        FT_Face face = stream.open(library_, font.index);
+        if (!face) return false;
+        const char* found = FT_Get_Postscript_Name(face);
+        const bool isIt = found && name == found;
+        FT_Done_Face(face);
+        return isIt;
+    }
+
+    FT_Library library_ = nullptr;
+    int filesRead_ = 0;
+};
 
 /// Of a variable font there is an entry for all that it can be, beside one for each of its instances.
 bool standsForAll(const FcPattern* pattern) {
@@ -99,16 +135,17 @@ std::vector<InstalledFont> fontsIn(const FcFontSet& set) {
     for (const FcPattern* pattern : patterns)
         if (!standsForAll(pattern)) withInstances.insert(faceOf(pattern));
 
+    Namer namer;
     std::vector<InstalledFont> fonts;
     for (const FcPattern* pattern : patterns) {
         if (!flag(pattern, FC_SCALABLE)) continue;
         if (standsForAll(pattern) && withInstances.contains(faceOf(pattern))) continue;
         InstalledFont font;
         font.family = text(pattern, FC_FAMILY);
-        font.name = nameOf(pattern, font.family);
         font.file = text(pattern, FC_FILE);
         // The instance that stands for all is none that a file could be asked for.
         font.index = standsForAll(pattern) ? faceOf(pattern).second : number(pattern, FC_INDEX);
+        font.name = namer.nameOf(pattern, font);
         if (!font.family.empty() && !font.name.empty() && !font.file.empty()) fonts.push_back(std::move(font));
     }
     return fonts;

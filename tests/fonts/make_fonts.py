@@ -10,6 +10,9 @@ apart: in thousandths of the size. The kinds:
     twins         two files with one PostScript name, "Twin-Regular": one box is 300 high, the other 700
     cases         families "beta", "Alpha", "BETA" and "alpha", fonts of the same names; so are their files
     nameless      "Name Less" with the full name "Name Less Wide" and no PostScript name
+    halfnameless  "Foo" and, in the same family, "Foo Bold", neither with a PostScript name
+    twowords      "Two Words" by family and full name, no PostScript name
+    hyphens=COUNT families "Real Name 0000" and so on, one font each: "Real-Name-0000", and "Real Name 0000 Regular" in full
     variable      "Vary" by weight, its box 200 to 800 high, with the instances Thin (200), Regular (500), Black (800)
     uninstanced   "Plain Vary", variable with no instance named
     collection    one file: "CollectLow-Regular" (200), "CollectHigh-Regular" (900)
@@ -79,6 +82,14 @@ def fonts_of(kind):
             yield f"{name}.ttf", font(name, 700, name)
     elif kind == "nameless":
         yield "nameless.ttf", font("Name Less", 700, None, "Name Less Wide")
+    elif kind == "halfnameless":
+        yield "foo.ttf", font("Foo", 300, None, "Foo")
+        yield "foobold.ttf", font("Foo", 700, None, "Foo Bold", style="Bold")
+    elif kind == "twowords":
+        yield "twowords.ttf", font("Two Words", 700, None, "Two Words")
+    elif kind == "hyphens":
+        for i in range(int(number)):
+            yield f"hyphens{i:04}.ttf", font(f"Real Name {i:04}", 700, f"Real-Name-{i:04}", characters=["x"])
     elif kind == "variable":
         instances = [{"location": {"wght": at}, "stylename": name, "postscriptfontname": f"Vary-{name}"}
                      for name, at in (("Thin", 100), ("Regular", 400), ("Black", 900))]

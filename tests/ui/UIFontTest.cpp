@@ -60,6 +60,44 @@ TEST(UIFont, GoesByTheFullNameWithoutAPostScriptName) {
     EXPECT_EQ(UIFont::fontWithName("Name-Less", 12), nullptr);
 }
 
+TEST(UIFont, TellsFontsOfAFamilyApartThatHaveNoPostScriptName) {
+    const TestFonts fonts({"halfnameless"});
+    EXPECT_THAT(allNames(), UnorderedElementsAre("Foo", "Foo Bold"));
+    EXPECT_EQ(UIFont::fontWithName("Foo", 12)->file(), fonts.files() / "foo.ttf");
+    EXPECT_EQ(UIFont::fontWithName("Foo Bold", 12)->file(), fonts.files() / "foobold.ttf");
+}
+
+TEST(UIFont, KeepsAPostScriptNameThatLooksMadeUp) {
+    const TestFonts fonts({"hyphens=1"});
+    EXPECT_THAT(allNames(), ElementsAre("Real-Name-0000"));
+}
+
+TEST(UIFont, MakesUpNoNameOfAFamilyWithSpaces) {
+    const TestFonts fonts({"twowords"});
+    EXPECT_THAT(allNames(), ElementsAre("Two Words"));
+}
+
+TEST(UIFont, ReadsABoundedNumberOfFilesHoweverManyNamesLookMadeUp) {
+    const TestFonts fonts({"hyphens=300"});
+    EXPECT_EQ(allNames().size(), 300U);
+    const tests::OpenedFiles opened(fonts.files());
+    EXPECT_EQ(UIFont::familyNames().size(), 300U);
+    EXPECT_EQ(opened.names().size(), 200U);
+}
+
+TEST(UIFont, SurvivesAFileCutShortWhoseNameIsToBeReadInIt) {
+    const TestFonts fonts({"hyphens=1"});
+    const auto file = fonts.files() / "hyphens0000.ttf";
+    EXPECT_THAT(allNames(), ElementsAre("Real-Name-0000"));
+    // In place, of which fontconfig takes no notice.
+    for (auto size = std::filesystem::file_size(file); size > 0; size -= std::min<std::uintmax_t>(size, 7)) {
+        std::filesystem::resize_file(file, size);
+        EXPECT_THAT(allNames(), ElementsAre(testing::AnyOf("Real-Name-0000", "Real Name 0000 Regular")));
+    }
+    std::filesystem::resize_file(file, 0);
+    EXPECT_THAT(allNames(), ElementsAre("Real Name 0000 Regular"));
+}
+
 TEST(UIFont, CountsEachInstanceOfAVariableFont) {
     const TestFonts fonts({"variable"});
     const auto names = allNames();

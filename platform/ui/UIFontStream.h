@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/foundation/RegularFile.h"
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <algorithm>
+#include <filesystem>
+
+namespace platform {
+
+/// A font's file as FreeType reads it: read and not mapped, so that one that is cut short meanwhile gives bad glyphs at
+/// worst.
+///
+///     UIFontStream stream(font.file());
+///     if (FT_Face face = stream.open(library, font.index())) …
+///
+/// Outlives the face. One thread, that of the library.
+class UIFontStream {
+  public:
+    explicit UIFontStream(const std::filesystem::path& path) : file_(path) {
+        stream_.size = file_.size();
+        stream_.descriptor.pointer = &file_;
+        stream_.read = [](FT_Stream stream, unsigned long offset, unsigned char* into, unsigned long count) {
+            const auto& file = *static_cast<const RegularFile*>(stream->descriptor.pointer);
+            if (offset > file.size()) return count == 0 ? 1UL : 0UL; // of nothing the result is an error code
+            count = std::min(count, static_cast<unsigned long>(file.size()) - offset);
+            return count > 0 && file.read(offset, into, count) ? count : 0UL;
+        };
+    }
+    UIFontStream(const UIFontStream&) = delete;
+    UIFontStream& operator=(const UIFontStream&) = delete;
+    ~UIFontStream() = default;
+
+    /// To be ended with FT_Done_Face; null when the file cannot be read as a font, or has none of that number.
+    [[nodiscard]] FT_Face open(FT_Library library, int index) {
+        FT_Open_Args from{};
+        from.flags = FT_OPEN_STREAM;
+        from.stream = &stream_;
+        FT_Face face = nullptr;
+        return file_ && FT_Open_Face(library, &from, index, &face) == 0 ? face : nullptr;
+    }
+
+  private:
+    RegularFile file_;
+    FT_StreamRec stream_{};
+};
+
+} // namespace platform
