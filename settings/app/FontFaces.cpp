@@ -1,9 +1,7 @@
 #include "settings/app/FontFaces.h"
 
-#include "platform/foundation/RegularFile.h"
+#include "platform/ui/UIFontStream.h"
 
-#include <ft2build.h>
-#include FT_FREETYPE_H
 #include FT_OUTLINE_H
 
 #include <hb-ft.h>
@@ -16,8 +14,8 @@
 
 namespace settings {
 
-using platform::RegularFile;
 using platform::UIFont;
+using platform::UIFontStream;
 
 namespace {
 
@@ -118,24 +116,12 @@ struct FontFaces::Library {
     FT_Library library = nullptr;
 };
 
-/// One open font. Its file is read and not mapped, so that one that is cut short meanwhile gives bad glyphs at worst.
+/// One open font.
 class FontFaces::Face {
   public:
-    Face(FT_Library library, const UIFont& font) : font_(font), file_(font.file()) {
-        if (!file_) return;
-        stream_.size = file_.size();
-        stream_.descriptor.pointer = &file_;
-        stream_.read = [](FT_Stream stream, unsigned long offset, unsigned char* into, unsigned long count) {
-            const auto& file = *static_cast<const RegularFile*>(stream->descriptor.pointer);
-            if (offset > file.size()) return count == 0 ? 1UL : 0UL; // of nothing the result is an error code
-            count = std::min(count, static_cast<unsigned long>(file.size()) - offset);
-            return count > 0 && file.read(offset, into, count) ? count : 0UL;
-        };
-        FT_Open_Args from{};
-        from.flags = FT_OPEN_STREAM;
-        from.stream = &stream_;
-        FT_Face opened = nullptr;
-        if (FT_Open_Face(library, &from, font.index(), &opened) != 0) return;
+    Face(FT_Library library, const UIFont& font) : stream_(font.file()) {
+        FT_Face opened = stream_.open(library, font.index());
+        if (!opened) return;
         face_.reset(opened);
         const auto size = FT_F26Dot6(font.pointSize() * kUnits);
         if (FT_IS_SCALABLE(opened) == 0 || FT_Set_Char_Size(opened, size, size, 72, 72) != 0) return;
@@ -147,7 +133,6 @@ class FontFaces::Face {
     ~Face() = default;
 
     explicit operator bool() const { return shaper_ != nullptr; }
-    [[nodiscard]] const UIFont& font() const { return font_; }
 
     std::optional<TextOutline> outline(const QString& text) {
         TextOutline drawn;
@@ -186,9 +171,7 @@ class FontFaces::Face {
         return true;
     }
 
-    UIFont font_;
-    RegularFile file_;
-    FT_StreamRec stream_{};
+    UIFontStream stream_;
     Owned<FT_FaceRec> face_{nullptr, [](FT_Face face) { FT_Done_Face(face); }};
     Owned<hb_font_t> shaper_{nullptr, hb_font_destroy};
 };
@@ -205,17 +188,19 @@ FontFaces::~FontFaces() = default;
 
 FontFaces::Face* FontFaces::face(const UIFont& font) {
     const auto found =
-        std::find_if(faces_.begin(), faces_.end(), [&](const auto& open) { return open->font() == font; });
+        std::find_if(faces_.begin(), faces_.end(), [&](const auto& tried) { return tried.font == font; });
     if (found != faces_.end()) {
         faces_.splice(faces_.begin(), faces_, found);
-        return faces_.front().get();
+        return faces_.front().face.get();
     }
     auto opened = std::make_unique<Face>(library_->library, font);
-    if (!*opened) return nullptr;
-    ++opened_;
-    faces_.push_front(std::move(opened));
+    if (*opened)
+        ++opened_;
+    else
+        opened.reset();
+    faces_.push_front({font, std::move(opened)});
     if (faces_.size() > kOpenFaces) faces_.pop_back();
-    return faces_.front().get();
+    return faces_.front().face.get();
 }
 
 std::optional<TextOutline> FontFaces::outline(const UIFont& font, const QString& text) {

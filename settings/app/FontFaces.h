@@ -20,7 +20,8 @@ struct TextOutline {
 };
 
 /// Draws text in fonts by their files, collections and instances of variable fonts included, which the toolkit's own
-/// fonts cannot name. A face is opened for the first text in it, and those used last stay open.
+/// fonts cannot name. A face is opened for the first text in it, and those used last stay open; one that cannot be
+/// opened is remembered as such in their place.
 ///
 ///     if (const auto outline = FontFaces::shared().outline(*font, "Inter-Bold")) painter.drawPath(outline->path);
 ///
@@ -45,7 +46,11 @@ class FontFaces {
     Face* face(const platform::UIFont& font);
 
     std::unique_ptr<Library> library_;
-    std::list<std::unique_ptr<Face>> faces_; ///< the one used last comes first
+    struct Tried {
+        platform::UIFont font;
+        std::unique_ptr<Face> face; ///< null when it could not be opened
+    };
+    std::list<Tried> faces_; ///< the one used last comes first
     int opened_ = 0;
 };
 

@@ -26,10 +26,8 @@ std::optional<TextOutline> elided(const platform::UIFont& font, const QString& t
     QTextBoundaryFinder signs(QTextBoundaryFinder::Grapheme, text);
     while (signs.toNextBoundary() > 0)
         ends.push_back(signs.position());
-    const auto cut = [&](qsizetype end) {
-        auto outline = faces.outline(font, text.left(end) + u'…');
-        return outline ? outline : faces.outline(font, text.left(end) + QStringLiteral("..."));
-    };
+    const QString ellipsis = faces.outline(font, QStringLiteral("…")) ? QStringLiteral("…") : QStringLiteral("...");
+    const auto cut = [&](qsizetype end) { return faces.outline(font, text.left(end) + ellipsis); };
     const auto tooLong = std::partition_point(ends.begin(), ends.end(), [&](qsizetype end) {
         const auto outline = cut(end);
         return outline && outline->width <= width;

@@ -106,6 +106,29 @@ TEST(FontFaces, OpensAFileForTheFirstTextInItOnly) {
     EXPECT_THAT(opened.names(), ElementsAre("many0001.ttf", "many0002.ttf"));
 }
 
+TEST(FontFaces, OpensAFileThatIsNoFontOnce) {
+    const TestFonts fonts({});
+    write("no font", fonts.files() / "broken.ttf");
+    FontFaces faces;
+    EXPECT_FALSE(faces.outline(fontIn(fonts.files() / "broken.ttf"), "a"));
+    const tests::OpenedFiles opened(fonts.files());
+    EXPECT_FALSE(faces.outline(fontIn(fonts.files() / "broken.ttf"), "a"));
+    EXPECT_FALSE(faces.outline(fontIn(fonts.files() / "broken.ttf"), "b"));
+    EXPECT_THAT(opened.names(), testing::IsEmpty());
+    EXPECT_EQ(faces.opened(), 0);
+}
+
+TEST(FontFaces, ForgetsAFileThatIsNoFontAsItForgetsFonts) {
+    const TestFonts fonts({"many=100"});
+    const auto late = fonts.files() / "late.ttf";
+    FontFaces faces;
+    EXPECT_FALSE(faces.outline(fontIn(late), "M"));
+    for (const auto& entry : std::filesystem::directory_iterator(fonts.files()))
+        EXPECT_TRUE(faces.outline(fontIn(entry.path()), "M"));
+    std::filesystem::copy(fonts.files() / "many0000.ttf", late);
+    EXPECT_TRUE(faces.outline(fontIn(late), "M"));
+}
+
 TEST(FontFaces, KeepsThoseUsedLastOpenAndNoMore) {
     const TestFonts fonts({"many=100"});
     FontFaces faces;
