@@ -10,12 +10,9 @@
 
 namespace settings {
 
-/// Draws a line of text in an installed font: at the font's size, its baseline where it is for every font, and what
-/// stands out above and below cut off. A text that is too long shrinks at first, and is then cut with an ellipsis. GUI
-/// thread.
-///
-/// The font is opened once the item is in view. `drawn` is false as long as there is nothing to see, because of that or
-/// because the font cannot show the text.
+/// Draws a line of text in an installed font, its baseline where it is for every font, what stands out above and below
+/// cut off. A text that is too long shrinks at first, and is then cut with an ellipsis. The font is opened once the
+/// item is in view; `drawn` is false until there is something to see. GUI thread.
 class FontTitle : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -28,7 +25,6 @@ class FontTitle : public QQuickPaintedItem {
 
   public:
     explicit FontTitle(QQuickItem* parent = nullptr);
-
     void setText(const QString& text);
     /// Holds a platform::UIFontRef, of which QML knows nothing.
     [[nodiscard]] QVariant titleFont() const { return QVariant::fromValue(font_); }
@@ -57,7 +53,7 @@ class FontTitle : public QQuickPaintedItem {
     bool inView_ = false;
     bool due_ = true;
     bool drawn_ = false;
-    QPainterPath path_; ///< where it is to be drawn; made here, because painting may be on the render thread
+    QPainterPath path_; ///< where it is to be drawn; painting may be on the render thread
 };
 
 } // namespace settings
