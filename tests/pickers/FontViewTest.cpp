@@ -107,9 +107,14 @@ TEST_F(FontList, LeavesDefaultTheFontOfTheRowBefore) {
 TEST_F(FontList, LeavesALabelItsFontWhenThereIsNoSuchFontAnyMore) {
     const TestFonts fonts({"twins"});
     show({});
+    const auto before = table().cellForRowAtIndexPath({0, 1})->textLabel().font();
+    ASSERT_EQ(before->fontName(), "Twin-Regular");
     view->setFonts({"Default", "Gone-Regular"});
     table().reloadData();
-    EXPECT_EQ(table().cellForRowAtIndexPath({0, 1})->textLabel().text(), "Gone-Regular");
+    const auto& label = table().cellForRowAtIndexPath({0, 1})->textLabel();
+    EXPECT_EQ(label.text(), "Gone-Regular");
+    ASSERT_NE(label.font(), nullptr);
+    EXPECT_EQ(label.font(), before);
 }
 
 struct Unmarked {
@@ -128,6 +133,9 @@ TEST_P(FontListUnmarked, MarksDefaultAndBeginsAtTheTop) {
     EXPECT_THAT(markedRows(), ElementsAre(0));
     EXPECT_EQ(table().scrollRequest().row, (NSIndexPath{0, 0}));
     EXPECT_EQ(table().scrollRequest().position, platform::UITableViewScrollPositionMiddle);
+    EXPECT_FALSE(table().scrollRequest().animated);
+    EXPECT_EQ(table().visibleCells().begin()->first.row, 0);
+    EXPECT_EQ(table().visibleCells().rbegin()->first.row, 17);
     EXPECT_THAT(tweak.changes(), IsEmpty()) << "nothing is saved until a row is tapped";
 }
 
