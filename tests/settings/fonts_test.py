@@ -163,6 +163,11 @@ class FontsTest(lists_test.Spoken):
                     if name.startswith("Many") and self.is_seen(row)}
         eventually(lambda: len(watch.names()) >= len(shown()) > 0, "the fonts")
         self.assertEqual(watch.names(), shown())
+        # A file that is opened too many would be by the frames that come of this.
+        self.xdotool("key", "--window", window.id, "Tab", "Up")
+        self.click(window, name_of(1001))
+        self.expect_chosen(window, name_of(1001))
+        self.assertEqual(watch.names(), shown())
 
     @staticmethod
     def is_seen(row):
