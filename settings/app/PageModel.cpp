@@ -28,10 +28,7 @@ std::vector<ElementSnapshot> inReadingOrder(std::vector<ElementSnapshot> element
 PageModel::PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent)
     : QObject(parent), events_(events), page_(std::move(page)) {
     makeGroups();
-    readTable();
-    readText();
-    readElements();
-    readComposer();
+    readParts();
 }
 
 QString PageModel::title() const {
@@ -46,29 +43,28 @@ void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
     page_ = std::move(page);
     if (!sameTitle) emit titleChanged();
     if (!sameView) emit viewChanged();
-    readTable();
-    readText();
-    readElements();
-    readComposer();
+    readParts();
     if (!sameRows) return makeGroups();
     for (std::size_t i = 0; i < rows_.size(); ++i)
         rows_[i]->read(page_->rows[i]);
 }
 
-void PageModel::readTable() {
-    if (table_ && page_->table && table_->id() == page_->table->id) return table_->read(page_->table);
-    if (!table_ && !page_->table) return;
-    if (table_) table_->deleteLater();
-    table_ = page_->table ? new TableModel(events_, page_->id, page_->table, this) : nullptr;
-    emit tableChanged();
+void PageModel::readParts() {
+    readPart(table_, page_->table, &PageModel::tableChanged, events_, page_->id);
+    readPart(text_, page_->text, &PageModel::textChanged);
+    readElements();
+    readPart(composer_, page_->composer, &PageModel::composerChanged, events_, page_->id);
 }
 
-void PageModel::readText() {
-    if (text_ && page_->text && text_->id() == page_->text->id) return text_->read(page_->text);
-    if (!text_ && !page_->text) return;
-    if (text_) text_->deleteLater();
-    text_ = page_->text ? new TextModel(page_->text, this) : nullptr;
-    emit textChanged();
+/// What a page has one of, or none. Its model lives on for as long as it is the same one.
+template<class Model, class Part, class... Context>
+void PageModel::readPart(Model*& model, const std::shared_ptr<const Part>& part, void (PageModel::*changed)(),
+                         Context&&... context) {
+    if (model && part && model->id() == part->id) return model->read(part);
+    if (!model && !part) return;
+    if (model) model->deleteLater();
+    model = part ? new Model(std::forward<Context>(context)..., part, this) : nullptr;
+    emit(this->*changed)();
 }
 
 void PageModel::readElements() {
@@ -91,14 +87,6 @@ void PageModel::readElements() {
 
 void PageModel::touch(const std::vector<platform::UITouchRouter::Point>& points) {
     events_.touched(page_->id, points, {});
-}
-
-void PageModel::readComposer() {
-    if (composer_ && page_->composer && composer_->id() == page_->composer->id) return composer_->read(page_->composer);
-    if (!composer_ && !page_->composer) return;
-    if (composer_) composer_->deleteLater();
-    composer_ = page_->composer ? new ComposerModel(events_, page_->id, page_->composer, this) : nullptr;
-    emit composerChanged();
 }
 
 bool PageModel::hasSameRows(const PageSnapshot& page) const {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "settings/app/ElementModel.h"
 #include "settings/app/ComposerModel.h"
+#include "settings/app/ElementModel.h"
 #include "settings/app/RowModel.h"
 #include "settings/app/TableModel.h"
 #include "settings/app/TextModel.h"
@@ -90,10 +90,11 @@ class PageModel : public QObject {
     QQmlListProperty<GroupModel> drawnGroups() { return {this, &groups_}; }
     QQmlListProperty<ElementModel> drawnElements() { return {this, &elements_}; }
     void makeGroups();
-    void readTable();
-    void readText();
+    void readParts();
+    template<class Model, class Part, class... Context>
+    void readPart(Model*& model, const std::shared_ptr<const Part>& part, void (PageModel::*changed)(),
+                  Context&&... context);
     void readElements();
-    void readComposer();
     GroupModel* makeGroup(const RowSnapshot* groupRow);
 
     Events& events_;
