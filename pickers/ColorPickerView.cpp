@@ -85,13 +85,14 @@ UIColorRef ColorPickerView::h(double hue, double s, double b) {
 
 std::vector<UIColorRef> ColorPickerView::themes() {
     std::vector<UIColorRef> colors;
+    colors.reserve(kThemes.size());
     for (const Theme& theme : kThemes)
         colors.push_back(h(theme.hue, theme.saturation, theme.brightness));
     return colors;
 }
 
 std::shared_ptr<UIView> ColorPickerView::themesView(const CGRect& frame) {
-    const auto strip = make<UIView>(frame);
+    auto strip = make<UIView>(frame);
     castShadow(*strip);
     const auto colors = themes();
     // Kept on purpose: the size of a button is in single precision.

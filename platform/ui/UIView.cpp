@@ -1,6 +1,7 @@
 #include "platform/ui/UIView.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace platform {
@@ -156,10 +157,9 @@ std::vector<UIAccessibilityElement> UIView::accessibilityElements() const {
 std::shared_ptr<UIView> hitTest(const std::shared_ptr<UIView>& view, CGPoint point) {
     if (view->isHidden() || !view->isUserInteractionEnabled() || !CGRectContainsPoint(view->bounds(), point))
         return nullptr;
-    const auto& subviews = view->subviews();
-    for (auto subview = subviews.rbegin(); subview != subviews.rend(); ++subview) {
-        const CGPoint origin = (*subview)->frame().origin;
-        if (auto hit = hitTest(*subview, {point.x - origin.x, point.y - origin.y})) return hit;
+    for (const auto& subview : std::ranges::reverse_view(view->subviews())) {
+        const CGPoint origin = subview->frame().origin;
+        if (auto hit = hitTest(subview, {point.x - origin.x, point.y - origin.y})) return hit;
     }
     return view;
 }

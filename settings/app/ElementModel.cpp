@@ -3,6 +3,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <utility>
 
 namespace settings {
 
@@ -47,8 +48,8 @@ void AxisModel::set(double value) {
     if (value != this->value()) element_.setValue(index_, value);
 }
 
-ElementModel::ElementModel(Events& events, std::uint64_t page, const ElementSnapshot& element, QObject* parent)
-    : QObject(parent), events_(events), page_(page), element_(element) {
+ElementModel::ElementModel(Events& events, std::uint64_t page, ElementSnapshot element, QObject* parent)
+    : QObject(parent), events_(events), page_(page), element_(std::move(element)) {
     for (std::size_t i = 0; i < element_.axes.size(); ++i)
         axes_.push_back(new AxisModel(*this, i));
     settle();

@@ -59,7 +59,7 @@ class ElementModel : public QObject {
     Q_PROPERTY(QQmlListProperty<settings::AxisModel> axes READ listedAxes CONSTANT)
 
   public:
-    ElementModel(Events& events, std::uint64_t page, const ElementSnapshot& element, QObject* parent);
+    ElementModel(Events& events, std::uint64_t page, ElementSnapshot element, QObject* parent);
 
     [[nodiscard]] QRectF frame() const;
     [[nodiscard]] QString label() const { return QString::fromStdString(element_.label); }
