@@ -19,7 +19,7 @@ namespace platform {
 namespace {
 
 constexpr std::size_t kLongestMadeUp = 255; // of a PostScript name
-constexpr int kMostFilesRead = 200;         // at one look; takes a few milliseconds
+constexpr int kMostFilesRead = 200;         // at one look; takes some ten milliseconds
 
 struct InstalledFont {
     std::string family;
