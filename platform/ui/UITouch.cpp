@@ -41,6 +41,7 @@ void UITouchRouter::send(const std::shared_ptr<UIView>& pageView, const std::vec
     std::vector<Group> groups;
     UIEvent event;
     for (const Point& point : points) {
+        if (point.phase == UITouchPhase::began) cancel(point.finger); // its end has not come, and never will
         if (point.phase == UITouchPhase::began && pageView) {
             const CGPoint origin = pageView->frame().origin;
             const CGPoint inside{point.location.x - origin.x, point.location.y - origin.y};
@@ -66,12 +67,16 @@ void UITouchRouter::send(const std::shared_ptr<UIView>& pageView, const std::vec
 }
 
 void UITouchRouter::cancel() {
-    for (const auto& [finger, held] : std::exchange(views_, {})) {
-        const std::shared_ptr<UIView> view = held.lock();
-        if (!view) continue;
-        const UIEvent event{{std::make_shared<const UITouch>(CGPoint{}, UITouchPhase::cancelled)}};
-        view->touchesCancelled(event.allTouches, event);
-    }
+    while (!views_.empty())
+        cancel(views_.begin()->first);
+}
+
+void UITouchRouter::cancel(std::int64_t finger) {
+    const auto held = views_.extract(finger);
+    const std::shared_ptr<UIView> view = held ? held.mapped().lock() : nullptr;
+    if (!view) return;
+    const UIEvent event{{std::make_shared<const UITouch>(CGPoint{}, UITouchPhase::cancelled)}};
+    view->touchesCancelled(event.allTouches, event);
 }
 
 } // namespace platform

@@ -33,7 +33,8 @@ struct UIEvent {
 };
 
 /// Hands touches to views. A touch belongs, until it ends, to the view under it when it began; touches of one event and
-/// one phase reach a view together, in their order. A touch whose view has gone reaches nobody. Main thread.
+/// one phase reach a view together, in their order. A touch whose view has gone reaches nobody. A finger that comes
+/// down without having left cancels its former touch. Main thread.
 class PLATFORM_EXPORT UITouchRouter {
   public:
     struct Point {
@@ -48,6 +49,8 @@ class PLATFORM_EXPORT UITouchRouter {
     void cancel();
 
   private:
+    void cancel(std::int64_t finger);
+
     std::map<std::int64_t, std::weak_ptr<UIView>> views_;
 };
 

@@ -117,6 +117,20 @@ TEST_F(Touches, ThatAreCancelledAreOver) {
     EXPECT_EQ(left->calls.back().operation, "cancelled");
 }
 
+TEST_F(Touches, AreCancelledWhenTheirFingerComesDownAgain) {
+    send({{1, UITouchPhase::began, {15, 120}}});
+    send({{1, UITouchPhase::began, {60, 120}}, {2, UITouchPhase::began, {61, 120}}});
+    ASSERT_EQ(left->calls.size(), 2U);
+    EXPECT_EQ(left->calls.back().operation, "cancelled");
+    EXPECT_EQ(right->calls, (std::vector<Call>{{"began", {{10, 10}, {11, 10}}, 2}}));
+    send({{1, UITouchPhase::began, {5, 99}}}); // outside
+    send({{1, UITouchPhase::moved, {60, 121}}});
+    EXPECT_EQ(right->calls.size(), 2U);
+    EXPECT_EQ(right->calls.back().operation, "cancelled");
+    send({{2, UITouchPhase::ended, {61, 120}}});
+    EXPECT_EQ(right->calls.back().operation, "ended");
+}
+
 TEST_F(Touches, GoOnWhenThePageHasNoViewAnyMore) {
     send({{1, UITouchPhase::began, {15, 120}}});
     router.send(nullptr, {{1, UITouchPhase::moved, {15, 121}}, {2, UITouchPhase::began, {15, 121}}});
