@@ -84,6 +84,30 @@ TEST_F(Buttons, TellOnlyThoseWhoAskedForTheEvent) {
     EXPECT_TRUE(other->pressed.empty());
 }
 
+TEST_F(Buttons, TellATargetThatIsAddedMeanwhileFromTheNextTimeOn) {
+    struct Adder : Target {
+        std::vector<std::shared_ptr<Target>> added;
+        void add(UIButton& sender) {
+            for (int i = 0; i < 100; ++i) { // more than the list of targets has room for where it is
+                added.push_back(make<Target>());
+                sender.addTarget(*added.back(), &Target::press, UIControlEventTouchUpInside);
+            }
+        }
+    };
+    const auto adder = make<Adder>();
+    button->addTarget(*adder, &Adder::add, UIControlEventTouchUpInside);
+    button->addTarget(*target, &Target::press, UIControlEventTouchUpInside);
+    touch(UITouchPhase::began, {15, 15});
+    touch(UITouchPhase::ended, {15, 15});
+    ASSERT_EQ(adder->added.size(), 100U);
+    EXPECT_EQ(target->pressed, (std::vector{5, 5})) << "those after it are told, too";
+    for (const auto& added : adder->added)
+        EXPECT_TRUE(added->pressed.empty());
+    touch(UITouchPhase::began, {15, 15});
+    touch(UITouchPhase::ended, {15, 15});
+    EXPECT_EQ(adder->added.front()->pressed, std::vector{5});
+}
+
 TEST_F(Buttons, AreCalledByTheirLabelsByAssistiveTools) {
     button->setAccessibilityLabel("Cyan");
     EXPECT_EQ(button->accessibilityElements(),
