@@ -27,11 +27,6 @@ UIColorRef UIColor::whiteColor() {
     return white;
 }
 
-UIColorRef UIColor::clearColor() {
-    static const auto& clear = *new UIColorRef(colorWithWhite(0, 0));
-    return clear;
-}
-
 std::vector<double> UIColor::components() const {
     if (model_ == CGColorSpaceModel::monochrome) return {red_, alpha_};
     return {red_, green_, blue_, alpha_};

@@ -30,9 +30,8 @@ class PLATFORM_EXPORT UIColor {
     [[nodiscard]] static UIColorRef colorWithWhite(double white, double alpha);
     /// An RGB colour by the standard conversion. Components out of range are taken as the nearest that are in it.
     [[nodiscard]] static UIColorRef colorWithHue(double hue, double saturation, double brightness, double alpha);
-    [[nodiscard]] static UIColorRef blackColor(); ///< monochrome, as are the next two
+    [[nodiscard]] static UIColorRef blackColor(); ///< monochrome, as is the next one
     [[nodiscard]] static UIColorRef whiteColor();
-    [[nodiscard]] static UIColorRef clearColor();
 
     [[nodiscard]] CGColorSpaceModel colorSpaceModel() const { return model_; }
     /// White level and alpha, or red, green, blue and alpha.

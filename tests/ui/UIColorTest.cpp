@@ -125,7 +125,6 @@ TEST(UIColor, OfTheSystemIsOneObjectEach) {
     EXPECT_EQ(UIColor::blackColor(), UIColor::blackColor());
     EXPECT_EQ(UIColor::blackColor()->components(), (std::vector{0.0, 1.0}));
     EXPECT_EQ(UIColor::whiteColor()->components(), (std::vector{1.0, 1.0}));
-    EXPECT_EQ(UIColor::clearColor()->components(), (std::vector{0.0, 0.0}));
 }
 
 } // namespace
