@@ -20,6 +20,7 @@ class PLATFORM_EXPORT UITextView final : public UIView {
         if (font) font_ = std::move(font);
     }
 
+    /// The window edits no text, whatever this says; it is kept because pages state it.
     [[nodiscard]] bool isEditable() const { return editable_; }
     void setEditable(bool editable) { editable_ = editable; }
     [[nodiscard]] bool isSelectable() const { return selectable_; }
