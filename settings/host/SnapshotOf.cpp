@@ -6,6 +6,7 @@
 
 #include <cxxabi.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <typeinfo>
 #include <utility>
@@ -139,14 +140,27 @@ TextSnapshot snapshotOf(const UITextView& view) {
     return {view.id(), onPage(view.bounds(), view), view.text(), view.font(), view.isSelectable()};
 }
 
-void addElements(std::vector<ElementSnapshot>& elements, const UIView& view) {
+/// What two rectangles share; without a side when that is nothing.
+CGRect intersection(const CGRect& one, const CGRect& other) {
+    const double left = std::max(one.origin.x, other.origin.x);
+    const double top = std::max(one.origin.y, other.origin.y);
+    const double right = std::min(one.origin.x + one.size.width, other.origin.x + other.size.width);
+    const double bottom = std::min(one.origin.y + one.size.height, other.origin.y + other.size.height);
+    return CGRectMake(left, top, std::max(0.0, right - left), std::max(0.0, bottom - top));
+}
+
+/// Only what a touch can reach: no touch begins beyond the page's end.
+void addElements(std::vector<ElementSnapshot>& elements, const UIView& view, const CGRect& page) {
     if (view.isHidden()) return;
     for (UIAccessibilityElement& element : view.accessibilityElements()) {
         element.frame = onPage(element.frame, view);
+        const CGRect reached = intersection(element.frame, page);
+        if (reached.size.width <= 0 || reached.size.height <= 0) continue;
+        if (element.axes.empty()) element.frame = reached; // quantities are measured along the whole of it
         elements.push_back(std::move(element));
     }
     for (const auto& subview : view.subviews())
-        addElements(elements, *subview);
+        addElements(elements, *subview, page);
 }
 
 ViewSnapshot pictureOf(const UIView& view) {
@@ -166,7 +180,7 @@ void addView(PageSnapshot& shown, UIView& view) {
         shown.table = std::make_shared<const TableSnapshot>(snapshotOf(*table));
     if (const auto* text = firstIn<UITextView>(view))
         shown.text = std::make_shared<const TextSnapshot>(snapshotOf(*text));
-    addElements(shown.elements, view);
+    addElements(shown.elements, view, view.frame());
 }
 
 } // namespace

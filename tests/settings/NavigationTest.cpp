@@ -394,6 +394,22 @@ TEST_F(FieldNavigationTest, ShowsTheElementsThatAreSeenByTheirPlacesOnThePage) {
     EXPECT_TRUE(top().elements[1].axes.empty());
 }
 
+TEST_F(FieldNavigationTest, ShowsOfTheElementsOnlyWhatATouchReachesOnASmallerPage) {
+    navigation.setContentSize({200, 240});
+    ASSERT_EQ(top().elements.size(), 2U);
+    EXPECT_EQ(top().elements[0].frame, CGRectMake(30, 50, 200, 100)) << "its quantity is measured along all of it";
+    EXPECT_EQ(top().elements[1].frame, CGRectMake(30, 220, 50, 20));
+    navigation.setContentSize({50, 230});
+    EXPECT_EQ(top().elements.at(1).frame, CGRectMake(30, 220, 20, 10));
+    navigation.setContentSize({200, 220});
+    ASSERT_EQ(top().elements.size(), 1U);
+    EXPECT_EQ(top().elements[0].label, "Field");
+    navigation.setContentSize({30, 500});
+    EXPECT_TRUE(top().elements.empty());
+    navigation.setContentSize({390, 500});
+    EXPECT_EQ(top().elements.at(1).frame, CGRectMake(30, 220, 50, 40));
+}
+
 TEST_F(FieldNavigationTest, ShowsTheTextByItsPlaceOnThePage) {
     ASSERT_TRUE(top().text);
     EXPECT_EQ(top().text->frame, CGRectMake(160, 220, 100, 60));
