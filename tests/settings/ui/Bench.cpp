@@ -14,8 +14,6 @@ namespace {
 
 constexpr double kTableHeight = 700;
 
-QStringList told; ///< by accessibility events
-
 platform::Value toValue(const QVariant& value) {
     switch (value.typeId()) {
     case QMetaType::Bool:
@@ -110,17 +108,6 @@ void visit(QAccessibleInterface* control, const std::function<void(QAccessibleIn
     look(control);
     for (int i = 0; i < control->childCount(); ++i)
         visit(control->child(i), look);
-}
-
-void listen(QAccessibleEvent* event) {
-    if (event->type() == QAccessible::TextInserted)
-        told << static_cast<QAccessibleTextInsertEvent*>(event)->textInserted();
-    if (event->type() == QAccessible::TextRemoved)
-        told << static_cast<QAccessibleTextRemoveEvent*>(event)->textRemoved();
-    if (event->type() == QAccessible::TextUpdated)
-        told << static_cast<QAccessibleTextUpdateEvent*>(event)->textInserted();
-    if (event->type() == QAccessible::ValueChanged)
-        told << static_cast<QAccessibleValueChangeEvent*>(event)->value().toString();
 }
 
 } // namespace
@@ -248,12 +235,6 @@ QVariantList Bench::spoken(QQuickItem* item) {
                            {"focusable", bool(control->state().focusable)}};
     });
     return all;
-}
-
-QStringList Bench::spokenEvents() {
-    QAccessible::setActive(true);
-    QAccessible::installUpdateHandler(listen);
-    return std::exchange(told, {});
 }
 
 bool Bench::act(QQuickItem* item, const QString& name, const QString& action) {

@@ -84,8 +84,6 @@ class Bench : public QObject, private settings::Events {
 
     /// What assistive tools are told about everything in the item's window, every text of each.
     Q_INVOKABLE QVariantList spoken(QQuickItem* item);
-    /// Every text that assistive tools have been told of by an event since the last call.
-    Q_INVOKABLE QStringList spokenEvents();
     /// Does what an assistive tool would by that action on the control of that name in the item's window: "Toggle",
     /// "Press", "Increase", "Decrease".
     Q_INVOKABLE bool act(QQuickItem* item, const QString& name, const QString& action);
