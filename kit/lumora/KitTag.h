@@ -12,8 +12,9 @@
 #include <version> /* names the standard library */
 #endif
 
-/* Counted up with every change after which a page that is compiled already no longer fits. */
-#define LUMORA_KIT_VERSION 1
+/* Counted up with every change after which a page that is compiled already no longer fits; see SettingsController.cpp.
+ */
+#define LUMORA_KIT_VERSION 2
 
 #define LUMORA_KIT_QUOTED(number) #number
 #define LUMORA_KIT_TEXT(number) LUMORA_KIT_QUOTED(number)
