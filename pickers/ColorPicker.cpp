@@ -193,11 +193,10 @@ void ColorPicker::touchesMoved(const UITouches& touches, const UIEvent& event) {
 }
 
 void ColorPicker::dispatchTouchEvent(CGPoint point) {
-    const CGRect bar = gradientView()->frame();
     if (CGRectContainsPoint(hueSatImage()->frame(), point)) {
         crossHairs()->setCenter(point);
         _updateHueSatWithMovement(point);
-    } else if (CGRectContainsPoint(bar, point)) {
+    } else if (const CGRect bar = gradientView()->frame(); CGRectContainsPoint(bar, point)) {
         brightnessIndicator()->setCenter({point.x, CGRectGetCenter(bar).y});
         _updateBrightnessWithMovement(point);
     }

@@ -13,14 +13,15 @@ ColorPickerController::~ColorPickerController() {
 
 std::shared_ptr<platform::UIView> ColorPickerController::makeView(const platform::CGRect& frame) {
     const auto view = platform::make<ColorPickerView>(frame);
-    view->setIdentifier(kLSBlurColor);
+    if (view) view->setIdentifier(kLSBlurColor);
     cutChangeBlock();
     colorView_ = view;
     return view;
 }
 
 void ColorPickerController::cutChangeBlock() {
-    if (const auto view = colorView_.lock()) view->pickerView()->setDidChangeColorBlock(nullptr);
+    const auto view = colorView_.lock();
+    if (view && view->pickerView()) view->pickerView()->setDidChangeColorBlock(nullptr);
 }
 
 } // namespace lumora

@@ -38,6 +38,7 @@ SettingsSession& session() {
 /// Kept on purpose: components are read in single precision, though they are saved in double.
 UIColorRef storedColor() {
     const Value stored = session().value(kLSBlurColor);
+    // One that is missing or no number counts as 0.
     const auto component = [&](const char* key) { return static_cast<float>(stored[key].doubleValue()); };
     return ColorPickerView::h(component("h"), component("s"), component("b"));
 }
