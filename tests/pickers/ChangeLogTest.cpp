@@ -1,17 +1,13 @@
 #include "pickers/ChangeLog.h"
 #include "pickers/ChangeLogController.h"
 
-#include "platform/foundation/NSBundle.h"
 #include "platform/ui/UITextView.h"
+#include "tests/support/BundleFile.h"
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <string>
-#include <sys/file.h>
-#include <unistd.h>
 
 namespace {
 
@@ -27,22 +23,11 @@ UITextView& textIn(const platform::UIView& view) {
     return dynamic_cast<UITextView&>(*view.subviews().at(0));
 }
 
-/// The file stands in the folder of this program, which stands for the bundle; one test after the other has it.
 class ChangeLogTest : public testing::Test {
   protected:
-    ChangeLogTest() {
-        lock_ = ::open((folder_ / "changelog.lock").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
-        ::flock(lock_, LOCK_EX);
-    }
-    ~ChangeLogTest() override {
-        std::filesystem::remove(file_);
-        ::close(lock_);
-    }
-    void write(const std::string& text) { std::ofstream(file_, std::ios::binary) << text; }
+    void write(const std::string& text) const { file_.write(text); }
 
-    std::filesystem::path folder_ = platform::NSBundle::bundleForClass(typeid(ChangeLog))->bundlePath();
-    std::filesystem::path file_ = folder_ / "changelog.txt";
-    int lock_ = -1;
+    tests::BundleFile file_{typeid(ChangeLog), "changelog.txt"};
 };
 
 TEST_F(ChangeLogTest, ShowsTheWholeFileInTheSystemsFontAt15Points) {
@@ -83,7 +68,7 @@ TEST_F(ChangeLogTest, IsEmptyWhenTheFileIsNotUtf8) {
 }
 
 TEST_F(ChangeLogTest, IsEmptyWhenSomethingElseStandsInThePlaceOfTheFile) {
-    std::filesystem::create_directory(file_);
+    std::filesystem::create_directory(file_.path());
     const auto view = make<ChangeLog>(CGRectMake(0, 0, 320, 480));
     EXPECT_EQ(textIn(*view).text(), "");
 }

@@ -1,8 +1,8 @@
 #include "pickers/ColorMapping.h"
 #include "pickers/ColorPicker.h"
 
-#include "platform/foundation/NSBundle.h"
 #include "tests/pickers/Fingers.h"
+#include "tests/support/BundleFile.h"
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtest/gtest.h>
@@ -10,11 +10,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <memory>
-#include <sys/file.h>
-#include <unistd.h>
 
 namespace {
 
@@ -93,29 +90,17 @@ TEST_F(ColorMap, IsFineEnoughToBeStretchedOverAFieldAndSmallEnoughToShip) {
     EXPECT_LE(fs::file_size(kMap), 20'000U);
 }
 
-/// The picture stands in the folder of this program, which stands for the bundle; one test after the other has it.
 class ColorMapResource : public testing::Test {
   protected:
-    ColorMapResource() {
-        lock_ = ::open((folder_ / "colormap.lock").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
-        ::flock(lock_, LOCK_EX);
-    }
-    ~ColorMapResource() override {
-        fs::remove(folder_ / "colormap.png");
-        ::close(lock_);
-    }
     static std::shared_ptr<ColorPicker> picker() {
         return make<ColorPicker>(CGRectMake(0, 0, 320, 345), UIColor::colorWithHue(0, 1, 1, 1), nullptr);
     }
 
-    fs::path folder_ = platform::NSBundle::bundleForClass(typeid(ColorPicker))->bundlePath();
-
-  private:
-    int lock_ = -1;
+    tests::BundleFile file_{typeid(ColorPicker), "colormap.png"};
 };
 
 TEST_F(ColorMapResource, IsStretchedOverTheField) {
-    fs::copy_file(kMap, folder_ / "colormap.png");
+    fs::copy_file(kMap, file_.path());
     const auto field = picker()->hueSatImage();
     ASSERT_NE(field->image(), nullptr);
     EXPECT_EQ(field->image()->encoded(2).size(), fs::file_size(kMap));
