@@ -1,5 +1,6 @@
 #pragma once
 
+#include "settings/app/AxisModel.h"
 #include "settings/app/Events.h"
 #include "settings/host/Snapshot.h"
 
@@ -14,35 +15,6 @@
 #include <cstdint>
 
 namespace settings {
-
-class ElementModel;
-
-/// A quantity of an element's, as assistive tools set it. GUI thread.
-class AxisModel : public QObject {
-    Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("Axes come from snapshots")
-
-    Q_PROPERTY(QString label READ label CONSTANT)
-    Q_PROPERTY(bool vertical READ isVertical CONSTANT)
-    Q_PROPERTY(double value READ value NOTIFY valueChanged)
-
-  public:
-    AxisModel(ElementModel& element, std::size_t index);
-
-    [[nodiscard]] QString label() const;
-    [[nodiscard]] bool isVertical() const;
-    [[nodiscard]] double value() const;
-    /// From 0 to 1, or the nearest that a touch reaches.
-    Q_INVOKABLE void set(double value);
-
-  signals:
-    void valueChanged();
-
-  private:
-    ElementModel& element_;
-    std::size_t index_;
-};
 
 /// Something on a page's view that the keyboard and assistive tools reach. What they do becomes a touch at the place
 /// that means it, a point within the frame; the mark stands where it was put last until the view has answered. GUI

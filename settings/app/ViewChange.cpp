@@ -1,7 +1,6 @@
 #include "settings/app/ViewChange.h"
 
-#include <algorithm>
-#include <cmath>
+#include "settings/app/ViewPainter.h"
 
 namespace settings {
 
@@ -36,9 +35,9 @@ QRectF extentOf(const ViewSnapshot& view) {
     const QRectF box(frame.origin.x, frame.origin.y, frame.size.width, frame.size.height);
     QRectF extent = box;
     if (layer.shadowOpacity > 0) {
-        const double blur = std::ceil(3 * layer.shadowRadius) + 1;
-        extent |=
-            box.translated(layer.shadowOffset.width, layer.shadowOffset.height).adjusted(-blur, -blur, blur, blur);
+        const double margin = marginOf(layer.shadowRadius);
+        extent |= box.translated(layer.shadowOffset.width, layer.shadowOffset.height)
+                      .adjusted(-margin, -margin, margin, margin);
     }
     if (layer.masksToBounds) return extent;
     for (const ViewSnapshot& subview : view.subviews)

@@ -3,7 +3,9 @@
 #include <QLinearGradient>
 #include <QPainterPath>
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace settings {
 
@@ -95,11 +97,6 @@ void repeat(QPainter& painter, const CGDrawing& drawing, const QRectF& box) {
         painter.restore();
 }
 
-/// What a blur needs on each side, in pixels.
-double marginOf(double blur) {
-    return std::ceil(3 * blur) + 1;
-}
-
 /// Finer than one sees, and coarse enough for a shadow to be found again.
 QPointF inEighths(QPointF point) {
     return {std::round(point.x() * 8) / 8, std::round(point.y() * 8) / 8};
@@ -137,6 +134,10 @@ void blurLines(std::vector<float>& values, const std::vector<float>& weights, st
 }
 
 } // namespace
+
+double marginOf(double blur) {
+    return std::ceil(3 * blur) + 1;
+}
 
 void ViewPainter::paint(QPainter& painter, const ViewSnapshot& view) {
     const CALayer& layer = view.layer;
