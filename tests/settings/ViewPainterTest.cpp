@@ -34,7 +34,7 @@ ViewSnapshot view(const CGRect& frame, CALayer layer = {}) {
 }
 
 /// On white, on a screen of so many pixels a point.
-QImage painted(const ViewSnapshot& view, int scale = 1, QSize size = {40, 40}) {
+QImage painted(const ViewSnapshot& view, double scale = 1, QSize size = {40, 40}) {
     QImage image(size * scale, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::white);
     QPainter painter(&image);
@@ -76,13 +76,13 @@ CGDrawing::LinearGradient redToBlack(CGPoint start, CGPoint end, unsigned option
 }
 
 TEST(ViewPainter, FillsExactlyTheFrame) {
-    for (const int scale : {1, 2}) {
+    for (const auto& [scale, pixels] : {std::pair(1.0, QRect(10, 20, 5, 4)), std::pair(1.25, QRect(13, 25, 6, 5)),
+                                        std::pair(1.5, QRect(15, 30, 8, 6)), std::pair(2.0, QRect(20, 40, 10, 8))}) {
         const QImage image = painted(view({{10, 20}, {5, 4}}, {.backgroundColor = red()}), scale);
         for (int y = 0; y < image.height(); ++y)
             for (int x = 0; x < image.width(); ++x)
-                ASSERT_EQ(image.pixel(x, y),
-                          QRect(10 * scale, 20 * scale, 5 * scale, 4 * scale).contains(x, y) ? kRed : kWhite)
-                    << x << ", " << y;
+                ASSERT_EQ(image.pixel(x, y), pixels.contains(x, y) ? kRed : kWhite)
+                    << x << ", " << y << " at " << scale;
     }
 }
 
@@ -100,10 +100,10 @@ TEST(ViewPainter, LeavesNoSeamBetweenViewsThatAdjoinWithinAPixel) {
     ViewSnapshot strip = view({{0, 0}, {40, 4}}, {.backgroundColor = UIColor::blackColor()});
     for (int i = 0; i < 7; ++i)
         strip.subviews.push_back(view({{i * 40 / 7.0, 0}, {40 / 7.0, 4}}, {.backgroundColor = red()}));
-    for (const int scale : {1, 2}) {
+    for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
         const QImage image = painted(strip, scale);
         for (int x = 0; x < image.width(); ++x)
-            EXPECT_EQ(image.pixel(x, 1), kRed) << x;
+            EXPECT_EQ(image.pixel(x, 1), kRed) << x << " at " << scale;
     }
 }
 
