@@ -88,6 +88,7 @@ void TouchItem::add(std::vector<Point>& points, std::int64_t finger, UITouchPhas
         down_.erase(finger);
     else
         down_[finger] = points.back().location;
+    if (phase == UITouchPhase::began) emit began(place);
 }
 
 void TouchItem::send(const std::vector<Point>& points) {

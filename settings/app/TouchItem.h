@@ -26,6 +26,8 @@ class TouchItem : public QQuickItem {
 
   signals:
     void pageChanged();
+    /// A finger has come down there, or the mouse; the view is told after this.
+    void began(QPointF place);
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;

@@ -14,20 +14,40 @@ FocusScope {
     y: element.frame.y
     width: element.frame.width
     height: element.frame.height
-    activeFocusOnTab: true // and in no other way, so that the ring needs no other reason
+    activeFocusOnTab: isButton // or else one of the sliders is
+
+    // The mouse and fingers bring the keyboard along. The ring waits for a key then.
+    property bool inHand: false
+    function takeInHand() {
+        inHand = true;
+        forceActiveFocus(Qt.MouseFocusReason);
+    }
+    // The focus comes back with the window as it went.
+    onActiveFocusChanged: if (!activeFocus && Window.active) inHand = false
 
     Accessible.role: isButton ? Accessible.Button : Accessible.Grouping
     Accessible.name: element.label
-    Accessible.description: Array.from(element.axes, axis => axis.label + " " + Math.round(axis.value * 100) + " %").join(", ")
+    Accessible.description: {
+        const quantities = Array.from(element.axes, axis => axis.label + " " + Math.round(axis.value * 100) + " %");
+        return quantities.join(", ");
+    }
     Accessible.focusable: isButton
-    Accessible.onPressAction: if (isButton) element.press()
+
+    // Only what is connected is told to assistive tools as an action.
+    Connections {
+        target: root.isButton ? root.Accessible : null
+        function onPressAction() { root.element.press() }
+    }
 
     Keys.onPressed: event => {
         if (event.modifiers & (Qt.AltModifier | Qt.ControlModifier | Qt.MetaModifier))
             return;
         if (isButton) {
             event.accepted = [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter].includes(event.key);
-            if (event.accepted && !event.isAutoRepeat)
+            if (!event.accepted)
+                return;
+            inHand = false;
+            if (!event.isAutoRepeat)
                 element.press();
             return;
         }
@@ -47,13 +67,12 @@ FocusScope {
         event.accepted = moves.has(event.key);
         if (!event.accepted)
             return;
+        inHand = false;
         const [across, down] = moves.get(event.key);
         const moved = Array.from(element.axes).findIndex(axis => axis.vertical === (down !== 0));
         sliders.itemAt(moved).forceActiveFocus(Qt.OtherFocusReason);
         element.move(across, down);
     }
-    // From a slider the chain leads back to the element first, which would be the same one again.
-    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
     // One for each axis. Assistive tools read out what happens where the focus is, so it goes to the one that is moved.
     Repeater {
@@ -73,6 +92,7 @@ FocusScope {
 
             anchors.fill: parent
             focus: index === 0
+            activeFocusOnTab: focus // the one that was moved last
             Component.onCompleted: value = modelData.value
             // An assistive tool has set it: the view is asked, and what a touch cannot reach is taken back.
             onValueChanged: {
@@ -95,7 +115,7 @@ FocusScope {
     }
     // As on every control, and once more inside, since what is below it may have any colour.
     Rectangle {
-        visible: root.activeFocus
+        visible: ring.visible
         anchors { fill: parent; margins: 3 }
         color: "transparent"
         border { width: 1; color: Theme.cell }
@@ -104,7 +124,7 @@ FocusScope {
     Rectangle {
         id: ring
 
-        visible: root.activeFocus
+        visible: root.activeFocus && !root.inHand
         anchors { fill: parent; margins: 1 }
         radius: 2
         color: "transparent"

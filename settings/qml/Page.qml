@@ -1,7 +1,8 @@
 import QtQuick
 import Lumora
 
-// One open page: its rows, or the view that it hosts and the table or text in it. Opaque, because the page below slides under it.
+// One open page: its rows, or the view that it hosts and the table or text in it. Opaque, because the page below slides
+// under it.
 FocusScope {
     id: root
 
@@ -34,6 +35,8 @@ FocusScope {
                 page: root.page
             }
             Repeater {
+                id: elements
+
                 model: root.page.elements
 
                 Element {
@@ -45,6 +48,13 @@ FocusScope {
             TouchItem {
                 anchors.fill: parent
                 page: root.page
+                onBegan: place => {
+                    for (let i = 0; i < elements.count; ++i) {
+                        const element = elements.itemAt(i) as Element;
+                        if (element.contains(mapToItem(element, place)))
+                            element.takeInHand();
+                    }
+                }
             }
         }
     }
@@ -63,7 +73,8 @@ FocusScope {
         x: root.page.text?.frame.x ?? 0
         y: root.page.text?.frame.y ?? 0
         width: root.page.text?.frame.width ?? 0
-        height: root.page.text?.frame.height ?? 0
+        // A window that is lower than the view leaves the end of the text in reach.
+        height: Math.max(0, Math.min(root.page.text?.frame.height ?? 0, root.height - y))
         active: root.page.text !== null
         focus: active
         sourceComponent: TextPage { text: root.page.text; focus: true }

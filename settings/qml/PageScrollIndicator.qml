@@ -6,6 +6,7 @@ T.ScrollIndicator {
     id: root
 
     padding: 3
+    Accessible.ignored: true
     contentItem: Rectangle {
         implicitWidth: 3
         implicitHeight: 3

@@ -316,6 +316,45 @@ Item {
             keyClick(Qt.Key_Right);
             compare(touched(), [20 + 0.26 * 350, 95]);
         }
+        function test_takesTheKeyboardWhereTheHandIsAndShowsItWithTheFirstKey_data() {
+            return [{ tag: "mouse", touch: (x, y) => mouseClick(host.item, x, y) },
+                    { tag: "finger", touch: (x, y) => touchEvent(host.item).press(0, host.item, x, y).commit().release(0, host.item, x, y).commit() }];
+        }
+        function test_takesTheKeyboardWhereTheHandIsAndShowsItWithTheFirstKey(data) {
+            open(colorView(0.5, 0.5, 0.5));
+            data.touch(100, 200);
+            compare(focusedElement(), "Colour");
+            compare(ringed(), []);
+            keyClick(Qt.Key_Right);
+            compare(touched(), [198.5, 295]);
+            compare(ringed(), ["Colour"]);
+            data.touch(100, 200);
+            compare(ringed(), []);
+            keyClick(Qt.Key_Tab);
+            compare(ringed(), ["Brightness"]);
+            keyClick(Qt.Key_Backtab);
+            compare(ringed(), ["Colour"]);
+            data.touch(250, 630);
+            compare(focusedElement(), "Second");
+            compare(ringed(), []);
+            keyClick(Qt.Key_Space);
+            compare(touched(), [250, 630]);
+            compare(ringed(), ["Second"]);
+            data.touch(5, 5);
+            compare(ringed(), ["Second"], "nothing is there that would take it");
+        }
+        function test_comesBackToTheQuantityThatWasMovedLast() {
+            open(colorView(0.5, 0.5, 0.5));
+            focusOn("Colour");
+            keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Tab);
+            compare(focusedElement(), "Brightness");
+            keyClick(Qt.Key_Backtab);
+            compare(focusedElement(), "Colour");
+            compare(bench.spoken(host.item).filter(control => control.role === slider && control.focused).map(control => control.name), ["Saturation"]);
+            keyClick(Qt.Key_Backtab);
+            verify(before.activeFocus);
+        }
 
         // -- assistive tools --
 
@@ -335,6 +374,16 @@ Item {
             open(colorView(0.25, 1, 0.5));
             verify(bench.act(host.item, "Second", "Press"));
             compare(touched(), [250, 630]);
+        }
+        function test_offersNoActionAndNoFocusOnWhatIsNoButton() {
+            open(colorView(0.25, 1, 0.5));
+            for (const name of ["Colour", "Brightness"]) {
+                verify(!spokenAs(group, name).focusable, name);
+                verify(!bench.act(host.item, name, "Press"), name);
+            }
+            compare(bench.touches, []);
+            for (const name of ["Hue", "Saturation", "Brightness"])
+                verify(spokenAs(slider, name).focusable, name);
         }
         function test_changesAQuantityByAssistiveAction() {
             open(colorView(0.5, 0.5, 0.5));
@@ -385,6 +434,19 @@ Item {
             compare(shownText().font.pixelSize, 15);
             compare(shownText().font.family, Application.font.family);
             verify(shownText().readOnly);
+        }
+        function test_showsTheEndOfATextInAWindowLowerThanTheView() {
+            open(textView(manyLines));
+            host.anchors.fill = null;
+            host.height = 300;
+            compare(scroller().height, 280);
+            host.item.forceActiveFocus();
+            keyClick(Qt.Key_End);
+            compare(scroller().contentY, scroller().contentHeight - 280);
+            host.height = 10;
+            compare(scroller().height, 0);
+            host.anchors.fill = root;
+            compare(scroller().height, 600);
         }
         function test_showsMarkupAsItIsWritten() {
             open(textView("<b>Bold</b> & plain"));
@@ -465,6 +527,7 @@ Item {
             const told = bench.spoken(host.item).find(control => control.name === "One\nTwo");
             verify(told);
             compare(told.role, 0x29);
+            compare(bench.spoken(host.item).filter(control => control.name === ""), [], "nothing is told of the scroll bar");
         }
     }
 }
