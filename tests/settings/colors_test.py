@@ -13,7 +13,7 @@ import pyatspi
 from gi.repository import GLib
 
 from lists_test import Spoken
-from programs_test import HEIGHT, WIDTH, eventually
+from programs_test import HEIGHT, LONG_ENOUGH, WIDTH, eventually
 from recording_tweak import RecordingTweak
 
 BAR = 52  # the navigation bar, above the page
@@ -58,8 +58,8 @@ class ColorsTest(Spoken):
         """Each test has one that remembers what it is sent."""
 
     def open_page(self, colour):
-        self.tweak = RecordingTweak(self.environment["LUMORA_PORTS"], {"kLSBlurColor": colour} if colour else {})
-        self.addCleanup(self.tweak.__exit__)
+        settings = {"kLSBlurColor": colour} if colour else {}
+        self.tweak = self.enterContext(RecordingTweak(self.environment["LUMORA_PORTS"], settings))
         self.xdotool("mousemove", "1200", "1000")
         window = self.open_window("--page", "ColorPickerController")
         eventually(lambda: "Brightness" in self.sliders(window), "the colour control")
@@ -78,6 +78,12 @@ class ColorsTest(Spoken):
 
     def wait_for(self, count):
         eventually(lambda: len(self.tweak.changes) >= count, f"{count} messages")
+        return self.colours()
+
+    def all_colours(self, window):
+        """Those that come before the window ends: it waits for the messages that are under way."""
+        self.close(window)
+        self.assertEqual(window.wait(LONG_ENOUGH), 0)
         return self.colours()
 
     @staticmethod
@@ -107,16 +113,16 @@ class ColorsTest(Spoken):
         path = [(FIELD[0] + step, FIELD[1] + step) for step in range(1, FIELD[2])]
         moves = [word for x, y in path for word in ("mousemove", str(x), str(y))]
         self.xdotool(*moves[:3], "mousedown", "1", *moves[3:], "mouseup", "1")
-        last = self.in_field(*path[-1])
-        eventually(lambda: last in [(colour["h"], colour["s"]) for colour in self.colours()], "the last colour")
-        places = [self.in_field(x, y) for x, y in path]
-        # What comes after all of them: whatever was sent twice has come by then, or is on its way with it.
+        # The theme is touched after all of them, so that by its message theirs are under way at least.
         self.tap_theme(window, 0)
         eventually(lambda: any(near(colour, {"h": 0.5, "s": 1.0}) for colour in self.colours()), "the theme")
-        seen = [places.index(place) for place in [(colour["h"], colour["s"]) for colour in self.colours()]
-                if place in places]
+        places = [self.in_field(x, y) for x, y in path]
+        came = [(colour["h"], colour["s"]) for colour in self.all_colours(window)]
+        seen = [places.index(place) for place in came if place in places]
+        self.assertEqual(len(came), len(seen) + 1, "only the theme's was chosen elsewhere")
         self.assertEqual(len(seen), len(set(seen)), "a colour came twice")
         self.assertIn(0, seen)
+        self.assertIn(len(path) - 1, seen)
         overtaken = sum(1 for one, next_one in zip(seen, seen[1:]) if next_one < one)
         print(f"{len(seen)} messages of {len(path)} moves; {overtaken} times one overtook another", file=sys.stderr)
 
@@ -166,7 +172,9 @@ class ColorsTest(Spoken):
         eventually(lambda: self.pixels.at(WIDTH // 2, BAR + 10) == (0, 0, 0), "the black preview")
         self.assertEqual([self.sliders(window)[name].queryValue().currentValue
                           for name in ("Hue", "Saturation", "Brightness")], [0, 0, 0])
-        self.assertEqual(self.colours(), [])
+        self.tap_theme(window, 0)
+        self.assertEqual(self.wait_for(1), [{"h": 0.5, "s": 1.0, "b": 0.0}])
+        self.assertEqual(len(self.all_colours(window)), 1, "opening the page sends nothing")
 
     def test_moves_the_marks_by_keyboard(self):
         window = self.open_page({"h": 0.5, "s": 0.5, "b": 0.5})
