@@ -213,7 +213,7 @@ QImage ViewPainter::blurred(const Shadow& shadow) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(int(y)));
         std::transform(opacity.begin() + std::ptrdiff_t(y * width), opacity.begin() + std::ptrdiff_t((y + 1) * width),
                        line, [&](float alpha) {
-                           return qPremultiply(qRgba(color.red(), color.green(), color.blue(), int(alpha + 0.5F)));
+                           return qPremultiply(qRgba(color.red(), color.green(), color.blue(), int(std::lround(alpha))));
                        });
     }
     return image;

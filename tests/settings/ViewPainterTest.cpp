@@ -15,7 +15,6 @@ using namespace settings;
 constexpr QRgb kWhite = 0xffffffff;
 constexpr QRgb kBlack = 0xff000000;
 constexpr QRgb kRed = 0xffff0000;
-constexpr QRgb kGreen = 0xff00ff00;
 constexpr QRgb kBlue = 0xff0000ff;
 constexpr QRgb kGrey = 0xff7f7f7f; ///< half of black on white
 
