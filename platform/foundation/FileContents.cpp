@@ -3,17 +3,21 @@
 #include "platform/foundation/RegularFile.h"
 #include "platform/foundation/Unicode.h"
 
+#include <new>
+
 namespace platform {
 namespace {
 
 template<class Bytes>
 std::optional<Bytes> contents(const std::filesystem::path& path) {
     const RegularFile file(path);
-    if (!file) return std::nullopt;
-    Bytes bytes;
-    bytes.resize(file.size());
-    if (!file.read(0, bytes.data(), bytes.size())) return std::nullopt;
-    return bytes;
+    if (!file || file.size() > kLargestFileContents) return std::nullopt;
+    try {
+        Bytes bytes(static_cast<std::size_t>(file.size()), {});
+        if (file.read(0, bytes.data(), bytes.size())) return bytes;
+    } catch (const std::bad_alloc&) { // to whoever asks, there is no such file
+    }
+    return std::nullopt;
 }
 
 } // namespace

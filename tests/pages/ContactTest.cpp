@@ -162,6 +162,20 @@ TEST_F(ContactTest, SkipsAFileThatCannotBeRead) {
     EXPECT_THAT(attachments(), ElementsAre(Pair("dpkgl.log", "two")));
 }
 
+TEST_F(ContactTest, SkipsALogThatNoMemoryHoldsButNotALargeOne) {
+    enableMail();
+    device.write("", kLog);
+    device.write("", kOther);
+    std::filesystem::resize_file(device.path() / "var/mobile/nevo_lumora_log", 20'000'000);
+    std::filesystem::resize_file(device.path() / "tmp/dpkgl.log", 4ULL << 40U); // sparse
+    testing::internal::CaptureStderr();
+    tapMail();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    const auto attached = attachments();
+    ASSERT_EQ(attached.size(), 1U);
+    EXPECT_EQ(attached.front().second.size(), 20'000'000U);
+}
+
 TEST_F(ContactTest, BuildsAnotherReportForEachTap) {
     enableMail();
     tapMail();
