@@ -38,7 +38,7 @@ class Desktop final : public DesktopServices {
         return opened;
     }
 
-    std::vector<std::string> addressesIn(const std::string& list) override { return mailAddressesIn(list); }
+    Result<std::vector<std::string>> addressesIn(const std::string& list) override { return mailAddressesIn(list); }
 
     Result<bool> writeMessage(const MailMessage& message, int file) override { return writeMailMessage(message, file); }
 };
@@ -47,6 +47,7 @@ class Desktop final : public DesktopServices {
 } // namespace platform
 
 extern "C" PLATFORM_EXPORT platform::DesktopServices* lumora_desktop_services() {
-    static platform::Desktop desktop;
+    // Never destroyed: a worker may still be writing a message while the process ends.
+    static auto& desktop = *new platform::Desktop;
     return &desktop;
 }

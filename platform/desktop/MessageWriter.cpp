@@ -34,7 +34,9 @@ std::string hostName() {
 
 /// The user's own address: the one in the environment, else that of the login, which sendmail may complete.
 std::string senderAddress() {
-    if (const char* address = std::getenv("EMAIL"); address && *address) return address;
+    const char* named = std::getenv("EMAIL");
+    if (const auto addresses = mailAddressesIn(named ? named : ""); addresses && addresses.value().size() == 1)
+        return named;
     const passwd* user = getpwuid(getuid());
     return std::string(user ? user->pw_name : "user") + "@" + hostName();
 }
@@ -46,9 +48,69 @@ std::string oneLine(std::string text) {
     return text;
 }
 
+std::string trimmed(const std::string& text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+/// The parts of a list, none of them empty. What separates them may also stand inside quotes, brackets and comments.
+std::vector<std::string> partsOf(const std::string& list) {
+    std::vector<std::string> parts(1);
+    char closing = 0; // of what is open
+    bool escaped = false;
+    for (const char letter : oneLine(list)) {
+        if (!closing && (letter == ',' || letter == ';')) {
+            parts.emplace_back();
+            continue;
+        }
+        parts.back() += letter;
+        if (escaped || letter == '\\') {
+            escaped = !escaped;
+        } else if (closing) {
+            if (letter == closing) closing = 0;
+        } else {
+            closing = letter == '"' ? '"' : letter == '<' ? '>' : letter == '(' ? ')' : '\0';
+        }
+    }
+    for (std::string& part : parts)
+        part = trimmed(part);
+    std::erase(parts, "");
+    return parts;
+}
+
+/// What stands in the angle brackets at the end, or everything where there are none.
+std::string withoutName(const std::string& part) {
+    const std::size_t open = part.rfind('<');
+    if (open == std::string::npos || part.back() != '>') return part;
+    return trimmed(part.substr(open + 1, part.size() - open - 2));
+}
+
+bool isAddress(const std::string& text) {
+    const std::size_t at = text.find('@');
+    return at != 0 && at != std::string::npos && at + 1 < text.size() && text.find('@', at + 1) == std::string::npos &&
+           std::all_of(text.begin(), text.end(), [](char letter) { return letter > ' ' && letter < 127; });
+}
+
+/// Nothing where the part is not just one address: the parser finds some address in almost everything.
+Owned<InternetAddressList> addressIn(const std::string& part) {
+    Owned<InternetAddressList> found(internet_address_list_parse(nullptr, part.c_str()));
+    if (!found || internet_address_list_length(found.get()) != 1) return nullptr;
+    InternetAddress* address = internet_address_list_get_address(found.get(), 0);
+    if (!INTERNET_ADDRESS_IS_MAILBOX(address)) return nullptr;
+    const char* bare = internet_address_mailbox_get_addr(INTERNET_ADDRESS_MAILBOX(address));
+    return bare && isAddress(bare) && withoutName(part) == bare ? std::move(found) : nullptr;
+}
+
 void addAddresses(GMimeMessage* message, GMimeAddressType type, const std::string& list) {
-    const Owned<InternetAddressList> addresses(internet_address_list_parse(nullptr, oneLine(list).c_str()));
-    if (addresses) internet_address_list_append(g_mime_message_get_addresses(message, type), addresses.get());
+    InternetAddressList* all = g_mime_message_get_addresses(message, type);
+    for (const std::string& part : partsOf(list)) {
+        if (const auto address = addressIn(part)) {
+            internet_address_list_append(all, address.get());
+        } else {
+            const Owned<InternetAddress> asTyped(internet_address_mailbox_new(nullptr, part.c_str()));
+            internet_address_list_add(all, asTyped.get());
+        }
+    }
 }
 
 void setContent(GMimePart* part, const char* bytes, std::size_t count, GMimeContentEncoding encoding) {
@@ -68,11 +130,12 @@ Owned<GMimeObject> textPart(const MailMessage& message) {
 }
 
 Owned<GMimeObject> attachmentPart(const MailAttachment& attachment) {
-    const std::size_t slash = attachment.mimeType.find('/');
-    const std::string type = slash == std::string::npos ? "application" : attachment.mimeType.substr(0, slash);
-    const std::string subtype = slash == std::string::npos ? "octet-stream" : attachment.mimeType.substr(slash + 1);
+    const std::string mimeType = oneLine(attachment.mimeType);
+    const std::size_t slash = mimeType.find('/');
+    const std::string type = slash == std::string::npos ? "application" : mimeType.substr(0, slash);
+    const std::string subtype = slash == std::string::npos ? "octet-stream" : mimeType.substr(slash + 1);
     Owned<GMimePart> part(g_mime_part_new_with_type(type.c_str(), subtype.c_str()));
-    g_mime_part_set_filename(part.get(), attachment.fileName.c_str());
+    g_mime_part_set_filename(part.get(), oneLine(attachment.fileName).c_str());
     g_mime_object_set_disposition(GMIME_OBJECT(part.get()), "attachment");
     setContent(part.get(), reinterpret_cast<const char*>(attachment.data->data()), attachment.data->size(),
                GMIME_CONTENT_ENCODING_BASE64);
@@ -105,16 +168,12 @@ Owned<GMimeMessage> messageOf(const MailMessage& message) {
 
 } // namespace
 
-std::vector<std::string> mailAddressesIn(const std::string& list) {
+Result<std::vector<std::string>> mailAddressesIn(const std::string& list) {
     initialiseOnce();
     std::vector<std::string> found;
-    const Owned<InternetAddressList> addresses(internet_address_list_parse(nullptr, oneLine(list).c_str()));
-    const int count = addresses ? internet_address_list_length(addresses.get()) : 0;
-    for (int i = 0; i < count; ++i) {
-        InternetAddress* address = internet_address_list_get_address(addresses.get(), i);
-        if (!INTERNET_ADDRESS_IS_MAILBOX(address)) continue;
-        const char* bare = internet_address_mailbox_get_addr(INTERNET_ADDRESS_MAILBOX(address));
-        if (bare && *bare) found.emplace_back(bare);
+    for (const std::string& part : partsOf(list)) {
+        if (!addressIn(part)) return Result<std::vector<std::string>>::failure("“" + part + "” is no address.");
+        found.push_back(withoutName(part));
     }
     return found;
 }

@@ -18,6 +18,11 @@ namespace platform {
 /// Any thread.
 class DesktopServices {
   public:
+    DesktopServices() = default;
+    DesktopServices(const DesktopServices&) = delete;
+    DesktopServices& operator=(const DesktopServices&) = delete;
+    virtual ~DesktopServices() = default;
+
     /// The program registered for a scheme.
     struct Handler {
         std::string desktopId; ///< "org.gnome.Evolution.desktop"
@@ -27,13 +32,10 @@ class DesktopServices {
     /// Hands the address to that program; false when there is none or it does not start.
     virtual bool openAddress(const std::string& scheme, const std::string& address) = 0;
 
-    /// The bare addresses in a list such as "A <a@b.example>, c@d.example".
-    [[nodiscard]] virtual std::vector<std::string> addressesIn(const std::string& list) = 0;
+    /// The bare addresses in a list such as "A <a@b.example>, c@d.example"; fails when any part of it is none.
+    [[nodiscard]] virtual Result<std::vector<std::string>> addressesIn(const std::string& list) = 0;
     /// Writes a message to an open file in the form in which it travels, with "\n" at the ends of lines.
     [[nodiscard]] virtual Result<bool> writeMessage(const MailMessage& message, int file) = 0;
-
-  protected:
-    ~DesktopServices() = default;
 };
 
 /// Null when that library is not there or cannot be loaded. The first call is on the main thread.

@@ -7,6 +7,7 @@
 #include "platform/services/Sendmail.h"
 
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -26,6 +27,7 @@ bool MFMailComposeViewController::canSendMail() {
 bool MFMailComposeViewController::init() {
     static std::uint64_t last = 0;
     id_ = ++last;
+    (void)desktopServices(); // loaded here, on the main thread; what asks for it later are workers
     return true;
 }
 
@@ -61,55 +63,77 @@ void MFMailComposeViewController::cancel() {
     if (state_ == State::editing) finish(MFMailComposeResultCancelled);
 }
 
-MFMailComposeViewController::Outcome MFMailComposeViewController::kept(const MailMessage& message) {
+void MFMailComposeViewController::leave(MailText text) {
+    left_ = true;
+    saveDraft(std::move(text));
+}
+
+MFMailComposeViewController::Outcome MFMailComposeViewController::kept(const MailMessage& message,
+                                                                       std::chrono::milliseconds /*atMost*/) {
     const Result<std::filesystem::path> draft = keepDraft(message);
     if (!draft) return {.problem = draft.error()};
     return {.result = MFMailComposeResultSaved, .draft = draft.value()};
 }
 
 /// Kept before anything is tried, so that nothing is lost whatever becomes of the programs and of this process.
-MFMailComposeViewController::Outcome MFMailComposeViewController::sent(const MailMessage& message) {
+MFMailComposeViewController::Outcome MFMailComposeViewController::sent(const MailMessage& message,
+                                                                       std::chrono::milliseconds atMost) {
     DesktopServices* desktop = desktopServices();
-    const std::vector<std::string> recipients =
-        desktop ? desktop->addressesIn(message.text.to) : std::vector<std::string>();
-    if (recipients.empty()) return {.problem = "There is no address to send it to."};
-    Outcome outcome = kept(message);
+    if (!desktop) return {.problem = "The library that writes messages is missing."};
+    const Result<std::vector<std::string>> recipients = desktop->addressesIn(message.text.to);
+    if (!recipients) return {.problem = recipients.error()};
+    if (recipients.value().empty()) return {.problem = "There is no address to send it to."};
+    Outcome outcome = kept(message, atMost);
     if (!outcome.result) return outcome;
 
-    Result<bool> done = Result<bool>::failure("there is no program to send mail with");
     if (const auto program = sendmailProgram()) {
-        done = sendWith(*program, recipients, outcome.draft);
-        outcome.result = MFMailComposeResultSent;
-    } else if (const auto own = mailProgram()) {
-        done = openIn(*own, message);
+        const Result<bool> sent = sendWith(*program, recipients.value(), outcome.draft, atMost);
+        if (!sent) return {MFMailComposeResultFailed, sent.error(), outcome.draft};
+        std::error_code ignored; // a draft too many is better than none
+        std::filesystem::remove(outcome.draft, ignored);
+        return {.result = MFMailComposeResultSent};
     }
-    if (!done) return {MFMailComposeResultFailed, done.error(), outcome.draft};
-    std::error_code ignored; // a draft too many is better than none
-    std::filesystem::remove(outcome.draft, ignored);
-    outcome.draft.clear();
+    const auto own = mailProgram();
+    const Result<bool> opened = own ? openIn(*own, message, recipients.value())
+                                    : Result<bool>::failure("there is no program to send mail with");
+    // The draft stays: nobody knows whether the mail program takes up what it was handed.
+    return opened ? outcome : Outcome{MFMailComposeResultFailed, opened.error(), outcome.draft};
+}
+
+/// The queue's own threads have small stacks, which is not enough for other people's libraries.
+MFMailComposeViewController::Outcome MFMailComposeViewController::done(Job job, const MailMessage& message,
+                                                                       std::chrono::milliseconds atMost) {
+    Outcome outcome;
+    std::thread thread;
+    try {
+        thread = std::thread([&] { outcome = job(message, atMost); });
+    } catch (const std::system_error& failed) {
+        return {.problem = std::string("Nothing can be done now: ") + failed.what()};
+    }
+    thread.join();
     return outcome;
 }
 
-void MFMailComposeViewController::work(MailText text, Outcome (*job)(const MailMessage&)) {
+void MFMailComposeViewController::work(MailText text, Job job) {
     if (state_ != State::editing) return;
     message_.text = std::move(text);
     state_ = State::working;
     problem_.clear();
     auto self = std::static_pointer_cast<MFMailComposeViewController>(shared_from_this());
-    // The queue's own threads have small stacks, which is not enough for other people's libraries.
-    dispatch_async(dispatch_get_global_queue(0, 0), [self, message = message_, job] {
-        Outcome outcome;
-        std::thread([&] { outcome = job(message); }).join();
-        dispatch_async(dispatch_get_main_queue(), [self, outcome] { self->take(outcome); });
+    dispatch_async(dispatch_get_global_queue(0, 0), [self, message = message_, job, atMost = sendingTime_] {
+        const Outcome outcome = done(job, message, atMost);
+        dispatch_async(dispatch_get_main_queue(), [self, outcome, job] { self->take(outcome, job); });
     });
     if (changed_) changed_();
 }
 
-void MFMailComposeViewController::take(const Outcome& outcome) {
+void MFMailComposeViewController::take(const Outcome& outcome, Job job) {
     problem_ = outcome.problem;
     draft_ = outcome.draft;
     if (outcome.result) return finish(*outcome.result);
+    if (left_ && job == kept) return finish(MFMailComposeResultFailed);
     state_ = State::editing;
+    if (left_) return saveDraft(message_.text);
     if (changed_) changed_();
 }
 

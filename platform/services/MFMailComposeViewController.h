@@ -1,8 +1,10 @@
 #pragma once
 
+#include "platform/services/MFMailComposeViewControllerDelegate.h"
 #include "platform/services/MailMessage.h"
 #include "platform/ui/UIViewController.h"
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -11,32 +13,6 @@
 #include <vector>
 
 namespace platform {
-
-/// How composing ended; the platform's numbers.
-enum MFMailComposeResult : int {
-    MFMailComposeResultCancelled = 0,
-    MFMailComposeResultSaved = 1, ///< kept as a draft, or handed to the user's own mail program
-    MFMailComposeResultSent = 2,
-    MFMailComposeResultFailed = 3,
-};
-
-/// Why something failed, fit to show to a person.
-struct NSError {
-    std::string localizedDescription;
-};
-
-class MFMailComposeViewController;
-
-/// Who is told that composing has ended, once. Main thread.
-class MFMailComposeViewControllerDelegate {
-  public:
-    /// The error is null unless the result is a failure.
-    virtual void mailComposeController(MFMailComposeViewController& controller, MFMailComposeResult result,
-                                       const NSError* error) = 0;
-
-  protected:
-    ~MFMailComposeViewControllerDelegate() = default;
-};
 
 /// A message that its user completes, and then sends, keeps or throws away.
 ///
@@ -70,25 +46,34 @@ class PLATFORM_EXPORT MFMailComposeViewController final : public UIViewControlle
     [[nodiscard]] const std::filesystem::path& draft() const { return draft_; }
     /// Called after each change of the above.
     void setObserver(std::function<void()> changed) { changed_ = std::move(changed); }
+    /// How long sendmail may take before it is ended.
+    void setSendingTime(std::chrono::milliseconds atMost) { sendingTime_ = atMost; }
 
     // What its user does, with the text as it has been edited; nothing while it is working or over.
     void send(MailText text);
     void saveDraft(MailText text);
     void cancel();
+    /// Its user has left: keeps it as a draft, or once it turns out that it is not sent. If that is not possible
+    /// either, it has failed.
+    void leave(MailText text);
 
   private:
     enum class State : unsigned char { editing, working, over };
     struct Outcome;
-    void work(MailText text, Outcome (*job)(const MailMessage&));
-    void take(const Outcome& outcome);
+    using Job = Outcome (*)(const MailMessage& message, std::chrono::milliseconds atMost);
+    void work(MailText text, Job job);
+    void take(const Outcome& outcome, Job job);
     void finish(MFMailComposeResult result);
-    static Outcome kept(const MailMessage& message);
-    static Outcome sent(const MailMessage& message);
+    static Outcome kept(const MailMessage& message, std::chrono::milliseconds atMost);
+    static Outcome sent(const MailMessage& message, std::chrono::milliseconds atMost);
+    static Outcome done(Job job, const MailMessage& message, std::chrono::milliseconds atMost);
 
     std::uint64_t id_ = 0;
     std::weak_ptr<MFMailComposeViewControllerDelegate> delegate_;
     MailMessage message_;
     State state_ = State::editing;
+    bool left_ = false;
+    std::chrono::milliseconds sendingTime_ = std::chrono::minutes(2);
     std::string problem_;
     std::filesystem::path draft_;
     std::function<void()> changed_;

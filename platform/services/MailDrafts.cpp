@@ -3,10 +3,12 @@
 #include "platform/services/DesktopServices.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <optional>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -37,15 +39,30 @@ std::string timeOfDay() {
     return {text, std::strftime(text, sizeof text, "%Y-%m-%d-%H%M%S", &local)};
 }
 
-Result<bool> write(const MailMessage& message, const fs::path& file) {
+Result<bool> write(const MailMessage& message, int file) {
     DesktopServices* desktop = desktopServices();
     if (!desktop) return Result<bool>::failure("the library that writes messages is missing");
-    const int number = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    if (number < 0) return Result<bool>::failure(std::strerror(errno));
-    Result<bool> written = desktop->writeMessage(message, number);
-    if (written && ::fsync(number) != 0) written = Result<bool>::failure(std::strerror(errno));
-    if (::close(number) != 0 && written) written = Result<bool>::failure(std::strerror(errno));
+    Result<bool> written = desktop->writeMessage(message, file);
+    if (written && ::fsync(file) != 0) written = Result<bool>::failure(std::strerror(errno));
     return written;
+}
+
+/// Gives the file that name, if nobody has it.
+bool publish(const fs::path& file, const fs::path& name) {
+    if (::renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0) return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    return ::link(file.c_str(), name.c_str()) == 0 && ::unlink(file.c_str()) == 0; // not every file system can do that
+}
+
+/// Under the first of its names that is free; nothing when it cannot be published.
+std::optional<fs::path> published(const fs::path& file, const fs::path& folder) {
+    const std::string time = timeOfDay();
+    for (int number = 1; number <= 1000; ++number) {
+        const fs::path name = folder / (time + (number > 1 ? "-" + std::to_string(number) : "") + ".eml");
+        if (publish(file, name)) return name;
+        if (errno != EEXIST) break;
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -64,19 +81,18 @@ Kept keepDraft(const MailMessage& message) {
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return failed("make the folder", folder);
     if (::chmod(folder.c_str(), 0700) != 0) return failed("make private the folder", folder);
 
-    // Reserves a name that nobody else has; what is renamed over it later overwrites this empty file only.
-    std::string name = folder / (timeOfDay() + "-XXXXXX.eml");
-    const int reserved = ::mkostemps(name.data(), 4, O_CLOEXEC);
-    if (reserved < 0) return failed("make a file in", folder);
-    ::close(reserved);
-    const fs::path draft = name;
-    const fs::path fresh = folder / ("." + draft.filename().string() + ".new");
-    const Result<bool> written = write(message, fresh);
-    if (written && ::rename(fresh.c_str(), draft.c_str()) == 0) return draft;
-    const std::string why = written ? std::strerror(errno) : written.error();
-    ::unlink(fresh.c_str());
-    ::unlink(draft.c_str());
-    return Kept::failure("cannot write " + draft.string() + ": " + why);
+    // Hidden until it is whole.
+    std::string hidden = folder / ".XXXXXX.new";
+    const int file = ::mkostemps(hidden.data(), 4, O_CLOEXEC);
+    if (file < 0) return failed("make a file in", folder);
+    Result<bool> written = write(message, file);
+    if (::close(file) != 0 && written) written = Result<bool>::failure(std::strerror(errno));
+    if (written) {
+        if (const auto draft = published(hidden, folder)) return *draft;
+        written = Result<bool>::failure(std::strerror(errno));
+    }
+    ::unlink(hidden.c_str());
+    return Kept::failure("cannot write a draft in " + folder.string() + ": " + written.error());
 }
 
 } // namespace platform

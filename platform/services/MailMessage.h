@@ -10,7 +10,7 @@ namespace platform {
 
 /// What a person edits of a message; all of it UTF-8.
 struct MailText {
-    std::string to; ///< addresses with commas between them
+    std::string to; ///< addresses with commas or semicolons between them
     std::string subject;
     std::string body;
     friend bool operator==(const MailText&, const MailText&) = default;

@@ -7,6 +7,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <optional>
+#include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace platform {
@@ -98,11 +101,32 @@ constexpr Known kKnown[] = {
     {"sylpheed.desktop", "sylpheed", clawsAndSylpheed},
 };
 
-Result<fs::path> makePrivateFolder() {
-    const char* temporary = std::getenv("TMPDIR");
-    std::string made = fs::path(temporary && *temporary == '/' ? temporary : "/tmp") / "lumora-report-XXXXXX";
-    if (!::mkdtemp(made.data())) return Result<fs::path>::failure("cannot make " + made + ": " + std::strerror(errno));
-    return fs::path(made);
+/// A private folder for the attachments, gone again unless it is kept.
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        const char* temporary = std::getenv("TMPDIR");
+        std::string made = fs::path(temporary && *temporary == '/' ? temporary : "/tmp") / "lumora-report-XXXXXX";
+        if (::mkdtemp(made.data())) path_ = made;
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder() {
+        std::error_code ignored; // what cannot be removed is the user's own, in a temporary folder
+        if (!path_.empty()) fs::remove_all(path_, ignored);
+    }
+    void keep() { path_.clear(); }
+    /// Empty when it could not be made; errno says why.
+    [[nodiscard]] const fs::path& path() const { return path_; }
+
+  private:
+    fs::path path_;
+};
+
+/// A name without folders, whatever it was called.
+fs::path fileNameOf(const MailAttachment& attachment) {
+    const fs::path name = fs::path(attachment.fileName).filename();
+    return name.empty() || name == "." || name == ".." ? "attachment" : name;
 }
 
 bool writeFile(const fs::path& file, const Data& data) {
@@ -130,20 +154,32 @@ std::optional<MailProgram> mailProgram() {
     return std::nullopt;
 }
 
-Result<bool> openIn(const MailProgram& program, const MailMessage& message) {
+Result<bool> openIn(const MailProgram& program, const MailMessage& message,
+                    const std::vector<std::string>& recipients) {
+    using Opened = Result<bool>;
+    std::optional<TemporaryFolder> folder;
     Files files;
     if (!message.attachments.empty()) {
-        const Result<fs::path> folder = makePrivateFolder();
-        if (!folder) return Result<bool>::failure(folder.error());
-        for (const MailAttachment& attachment : message.attachments) {
-            files.push_back(folder.value() / attachment.fileName);
-            if (!writeFile(files.back(), *attachment.data))
-                return Result<bool>::failure("cannot write " + files.back().string() + ": " + std::strerror(errno));
-        }
+        folder.emplace();
+        if (folder->path().empty())
+            return Opened::failure(std::string("cannot make a temporary folder: ") + std::strerror(errno));
     }
-    Options command = program.options(message.text, files);
+    for (const MailAttachment& attachment : message.attachments) {
+        // Each in a folder of its own, since two may have one name.
+        const fs::path own = folder->path() / std::to_string(files.size() + 1);
+        files.push_back(own / fileNameOf(attachment));
+        if (::mkdir(own.c_str(), 0700) != 0 || !writeFile(files.back(), *attachment.data))
+            return Opened::failure("cannot write " + files.back().string() + ": " + std::strerror(errno));
+    }
+    MailText text = message.text;
+    text.to.clear(); // mail programs agree on bare addresses with commas between them, and on little else
+    for (const std::string& address : recipients)
+        text.to += (text.to.empty() ? "" : ",") + address;
+    Options command = program.options(text, files);
     command.insert(command.begin(), program.file.string());
-    return startProgram(command);
+    const Opened started = startProgram(command);
+    if (started && folder) folder->keep();
+    return started;
 }
 
 } // namespace platform

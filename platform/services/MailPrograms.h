@@ -20,8 +20,10 @@ struct MailProgram {
 /// The user's own mail program, if it is the registered one for "mailto" and a known one. Any thread.
 [[nodiscard]] std::optional<MailProgram> mailProgram();
 
-/// Opens the message in the program for its user to send. The attachments are files in a private temporary folder,
-/// which stays: the program reads them when the user sends, and nobody knows when that is. Any thread.
-[[nodiscard]] Result<bool> openIn(const MailProgram& program, const MailMessage& message);
+/// Opens the message, to these addresses, in the program for its user to send. The attachments are files in a private
+/// temporary folder, which stays unless this fails: the program reads them when the user sends, and nobody knows when
+/// that is. Any thread.
+[[nodiscard]] Result<bool> openIn(const MailProgram& program, const MailMessage& message,
+                                  const std::vector<std::string>& recipients);
 
 } // namespace platform

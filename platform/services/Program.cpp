@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -61,6 +62,7 @@ Result<pid_t> spawn(const std::vector<std::string>& command, const char* input, 
         posix_spawn_file_actions_adddup2(&files, complaints, STDERR_FILENO);
     else
         posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     sigset_t none;
@@ -87,18 +89,27 @@ bool takeComplaint(int from, std::string& complaint) {
     return count > 0 || (count < 0 && (errno == EAGAIN || errno == EINTR));
 }
 
+/// Whether a program has ended; what came of it can still be asked.
+bool hasEnded(pid_t id) {
+    siginfo_t facts{};
+    return ::waitid(P_PID, static_cast<id_t>(id), &facts, WEXITED | WNOHANG | WNOWAIT) == 0 && facts.si_pid == id;
+}
+
 /// Waits for the end of a program and reads what it complains of; false when the time is over. It is the end of the
 /// program that counts: a child that goes on in the background may hold its standard error open.
-bool waitFor(int program, File& complaints, std::string& complaint, std::chrono::milliseconds atMost) {
+bool waitFor(pid_t id, File& complaints, std::string& complaint, std::chrono::milliseconds atMost) {
+    const File program(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
+    // Some systems have no descriptors for processes: it is asked now and then.
+    const auto mostAtOnce = program.number() >= 0 ? atMost : std::chrono::milliseconds(20);
     const auto deadline = std::chrono::steady_clock::now() + atMost;
     for (;;) {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        pollfd events[] = {{program, POLLIN, 0}, {complaints.number(), POLLIN, 0}};
+        pollfd events[] = {{program.number(), POLLIN, 0}, {complaints.number(), POLLIN, 0}};
         if (left.count() <= 0) return false;
-        if (::poll(events, 2, static_cast<int>(left.count())) < 0 && errno != EINTR) return false;
+        if (::poll(events, 2, static_cast<int>(std::min(left, mostAtOnce).count())) < 0 && errno != EINTR) return false;
         if (events[1].revents != 0 && !takeComplaint(complaints.number(), complaint)) complaints.close();
-        if (events[0].revents != 0 && events[1].revents == 0) return true;
+        if (events[1].revents == 0 && hasEnded(id)) return true;
     }
 }
 
@@ -129,9 +140,8 @@ Ended runProgram(const std::vector<std::string>& command, const fs::path& input,
     theirs.close();
     if (!id) return Ended::failure(id.error());
 
-    const File program(static_cast<int>(::syscall(SYS_pidfd_open, id.value(), 0)));
     std::string complaint;
-    const bool inTime = program.number() >= 0 && waitFor(program.number(), complaints, complaint, atMost);
+    const bool inTime = waitFor(id.value(), complaints, complaint, atMost);
     if (!inTime) ::kill(-id.value(), SIGKILL);
     int status = 0;
     while (::waitpid(id.value(), &status, 0) < 0 && errno == EINTR) {
@@ -153,7 +163,10 @@ Ended startProgram(const std::vector<std::string>& command) {
     const Result<pid_t> id = spawn(command, "/dev/null", -1);
     if (!id) return Ended::failure(id.error());
     // Its end, hours later perhaps, is taken note of so that nothing of it stays behind.
-    std::thread([child = id.value()] { ::waitpid(child, nullptr, 0); }).detach();
+    try {
+        std::thread([child = id.value()] { ::waitpid(child, nullptr, 0); }).detach();
+    } catch (const std::system_error&) { // it runs, which is what was asked for
+    }
     return true;
 }
 

@@ -12,10 +12,10 @@ std::optional<std::filesystem::path> sendmailProgram() {
 }
 
 Result<bool> sendWith(const std::filesystem::path& program, const std::vector<std::string>& recipients,
-                      const std::filesystem::path& message) {
+                      const std::filesystem::path& message, std::chrono::milliseconds atMost) {
     std::vector<std::string> command{program.string(), "-i", "--"};
     command.insert(command.end(), recipients.begin(), recipients.end());
-    return runProgram(command, message, std::chrono::minutes(2));
+    return runProgram(command, message, atMost);
 }
 
 } // namespace platform

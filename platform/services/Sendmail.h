@@ -6,7 +6,7 @@ namespace platform {
 
 /// The system's way to send mail, as every mail transport offers it: `sendmail -i -- RECIPIENT…`.
 ///
-///     if (const auto program = sendmailProgram()) sendWith(*program, {"a@b.example"}, draft);
+///     if (const auto program = sendmailProgram()) sendWith(*program, {"a@b.example"}, draft, std::chrono::minutes(2));
 ///
 /// Any thread.
 
@@ -15,8 +15,8 @@ namespace platform {
 
 /// Sends the message in a file. It is the file itself that the program reads, so neither its size nor a program that
 /// ends without reading matters, and were this process to end, the message would still be sent whole. Blocks until
-/// the program ends, two minutes at most.
+/// the program ends, or has had the time that it may take and is ended.
 [[nodiscard]] Result<bool> sendWith(const std::filesystem::path& program, const std::vector<std::string>& recipients,
-                                    const std::filesystem::path& message);
+                                    const std::filesystem::path& message, std::chrono::milliseconds atMost);
 
 } // namespace platform

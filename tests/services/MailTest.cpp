@@ -5,12 +5,24 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <condition_variable>
+#include <csignal>
+#include <cstddef>
+#include <fcntl.h>
 #include <future>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <map>
 #include <mutex>
+#include <pthread.h>
+#include <sys/inotify.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -253,7 +265,156 @@ TEST_F(MailTest, StaysToBeEditedWhenItCannotBeKept) {
     EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
 }
 
+TEST_F(MailTest, IsSentToNobodyWhenAnyRecipientIsNotUnderstood) {
+    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+    const std::map<std::string, std::string> lists = {
+        {"a@b.example, and bob", "and bob"},
+        {"a@b.example, bob", "bob"},
+        {"a@b@c.example", "a@b@c.example"},
+        {"a@b.example c@d.example", "a@b.example c@d.example"},
+        {"friends: a@b.example, c@d.example;", "friends: a@b.example"},
+        {"a@b.example, <c@d.example", "<c@d.example"},
+        {"jürgen@b.example", "jürgen@b.example"},
+        {"a@", "a@"},
+    };
+    for (const auto& [list, part] : lists) {
+        send({list, "Subject", "Body"});
+        EXPECT_EQ(problem(), "“" + part + "” is no address.");
+    }
+    EXPECT_THAT(home.filesIn(home.drafts()), IsEmpty());
+    EXPECT_FALSE(std::filesystem::exists(home.path() / "mta.input"));
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+}
+
+TEST_F(MailTest, IsSentToAllRecipientsHoweverTheyAreSeparated) {
+    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+    send({"a@b.example; \"Doe; J, \\\"\" <c@d.example>,, Jürgen <e@f.example> ;", "Subject", "Body"});
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    EXPECT_THAT(home.argumentsOf("mta"), ElementsAre("-i", "--", "a@b.example", "c@d.example", "e@f.example"));
+    for (const char* address : {"a@b.example", "<c@d.example>", "<e@f.example>"})
+        EXPECT_THAT(home.inputOf("mta"), HasSubstr(address));
+}
+
+TEST_F(MailTest, TakesNoHeaderFromNamesTypesOrTheEnvironment) {
+    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+    ::setenv("EMAIL", "nobody", 1);
+    onMain([this] {
+        composer->addAttachmentData({1}, "text/plain\nBcc: x@y.example", "log");
+        composer->addAttachmentData({1}, "text/plain", "log\r\nBcc: x@y.example\r\n\r\n");
+    });
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    EXPECT_THAT(home.inputOf("mta"), Not(HasSubstr("\nBcc:")));
+    EXPECT_THAT(home.inputOf("mta"), Not(HasSubstr("From: nobody\n")));
+}
+
+TEST_F(MailTest, IsKeptWhenSendingTakesTooLongAndNothingOfItGoesOn) {
+    const std::string gate = (home.path() / "gate").string();
+    ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+    const int reading = ::open(gate.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(reading, 0);
+    useSendmail("exec 3> " + gate + "\nsleep 1000 &\necho both >&3\ncat > /dev/null\nwait");
+    onMain([this] { composer->setSendingTime(std::chrono::seconds(2)); });
+    send();
+    const auto told = delegate->only();
+    EXPECT_EQ(told.result, MFMailComposeResultFailed);
+    EXPECT_THAT(told.error, HasSubstr("did not end in time"));
+    EXPECT_THAT(onlyDraft(), HasSubstr("Body"));
+    // Both hold the pipe open as long as they live.
+    std::string heard;
+    EXPECT_TRUE(tests::eventually([&] {
+        char some[16];
+        const ssize_t count = ::read(reading, some, sizeof some);
+        if (count > 0) heard.append(some, static_cast<std::size_t>(count));
+        return count == 0;
+    }));
+    EXPECT_EQ(heard, "both\n");
+    ::close(reading);
+}
+
+TEST_F(MailTest, GivesItsProgramNoFilesOfThisProcess) {
+    const int open = ::fcntl(STDOUT_FILENO, F_DUPFD, 77); // without FD_CLOEXEC
+    ASSERT_GE(open, 77);
+    useSendmail("cat > /dev/null; [ ! -e /proc/$$/fd/" + std::to_string(open) + " ]");
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    ::close(open);
+}
+
+TEST_F(MailTest, IsSentWhereProcessesHaveNoDescriptors) {
+    const sock_filter steps[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_open, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog filter{std::size(steps), const_cast<sock_filter*>(steps)};
+    ASSERT_EQ(::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+    ASSERT_EQ(::syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, SECCOMP_FILTER_FLAG_TSYNC, &filter), 0);
+    ASSERT_LT(::syscall(SYS_pidfd_open, ::getpid(), 0), 0);
+    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    EXPECT_THAT(home.inputOf("mta"), HasSubstr("Body"));
+}
+
+TEST_F(MailTest, StaysToBeEditedWhereNoThreadCanBeMade) {
+    useSendmail("exit 0");
+    pthread_attr_t usual;
+    ASSERT_EQ(::pthread_getattr_default_np(&usual), 0);
+    pthread_attr_t huge = usual;
+    ASSERT_EQ(::pthread_attr_setstacksize(&huge, std::size_t{1} << 47U), 0);
+    ASSERT_EQ(::pthread_setattr_default_np(&huge), 0);
+    send();
+    EXPECT_THAT(problem(), HasSubstr("Nothing can be done now"));
+    ASSERT_EQ(::pthread_setattr_default_np(&usual), 0);
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+}
+
+TEST_F(MailTest, LoadsWhatWritesItsMessageOnTheMainThread) {
+    EXPECT_THAT(home.contentsOf("/proc/self/maps"), HasSubstr("liblumora-desktop.so")) << "before any worker needs it";
+}
+
 // -- drafts and the way out --
+
+TEST_F(MailTest, KeepsRecipientsInADraftAsTheyWereTyped) {
+    onMain([this] { composer->saveDraft({"a@b.example, and bob", "Later", "Not yet"}); });
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    EXPECT_THAT(onlyDraft(), HasSubstr("To: a@b.example, and bob\n"));
+}
+
+TEST_F(MailTest, LeavesNothingWhereADraftCannotBeWritten) {
+    attach(std::string(100'000, 'x'), "log");
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit little{4096, usual.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &little), 0);
+    onMain([this] { composer->saveDraft({"a@b.example", "Later", "Not yet"}); });
+    EXPECT_THAT(problem(), HasSubstr("cannot write a draft"));
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
+    EXPECT_THAT(home.filesIn(home.drafts()), IsEmpty());
+}
+
+TEST_F(MailTest, ShowsNoDraftBeforeItIsWhole) {
+    std::filesystem::create_directories(home.drafts());
+    const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    ASSERT_GE(::inotify_add_watch(watch, home.drafts().c_str(), IN_CREATE | IN_MOVED_TO), 0);
+    onMain([this] { composer->saveDraft({"a@b.example", "Later", "Not yet"}); });
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    alignas(inotify_event) char events[4096];
+    const ssize_t count = ::read(watch, events, sizeof events);
+    ::close(watch);
+    std::vector<std::string> shown;
+    for (ssize_t at = 0; at < count;) {
+        const auto* event = reinterpret_cast<const inotify_event*>(events + at);
+        if (event->name[0] != '.') shown.push_back((event->mask & IN_MOVED_TO) != 0 ? "whole" : "empty");
+        at += static_cast<ssize_t>(sizeof *event + event->len);
+    }
+    EXPECT_THAT(shown, ElementsAre("whole"));
+}
 
 TEST_F(MailTest, IsCancelledWithoutATrace) {
     onMain([this] {
@@ -328,14 +489,14 @@ class MailProgramTest : public MailTest {
         struct stat facts {};
         EXPECT_EQ(::stat(made.front().c_str(), &facts), 0);
         EXPECT_EQ(facts.st_mode & 0777U, 0700U);
-        EXPECT_EQ(home.contentsOf(made.front() / "log"), std::string("one\0two", 7));
-        EXPECT_EQ(home.contentsOf(made.front() / "dpkgl.log"), "three");
+        EXPECT_EQ(home.contentsOf(made.front() / "1/log"), std::string("one\0two", 7));
+        EXPECT_EQ(home.contentsOf(made.front() / "2/dpkgl.log"), "three");
         return made.front();
     }
     void handOver() {
         send({"a@b.example", "What's, it?", "1 & 2\n\"3\""});
         EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved) << "somebody else sends it, or does not";
-        EXPECT_THAT(home.filesIn(home.drafts()), IsEmpty());
+        EXPECT_THAT(onlyDraft(), HasSubstr("To: a@b.example\n")) << "nobody knows what becomes of it there";
     }
     static std::string replaced(std::string text, const std::string& what, const std::string& by) {
         for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size())
@@ -349,7 +510,7 @@ TEST_F(MailProgramTest, ThunderbirdTakesAListWithEverythingEncoded) {
     use("thunderbird", "thunderbird.desktop");
     handOver();
     const std::string arguments = "format=2,to=a%40b.example,subject=What%27s%2C%20it%3F,body=1%20%26%202%0A%223%22,"
-                                  "attachment=file%3A%2F%2FDIR%2Flog%2Cfile%3A%2F%2FDIR%2Fdpkgl.log";
+                                  "attachment=file%3A%2F%2FDIR%2F1%2Flog%2Cfile%3A%2F%2FDIR%2F2%2Fdpkgl.log";
     EXPECT_THAT(home.argumentsOf("thunderbird"),
                 ElementsAre("-compose", replaced(arguments, "DIR", replaced(folder(), "/", "%2F"))));
 }
@@ -359,7 +520,7 @@ TEST_F(MailProgramTest, EvolutionTakesAnAddressWithTheFilesInIt) {
     handOver();
     const std::string files = replaced(folder(), "/", "%2F");
     EXPECT_THAT(home.argumentsOf("evolution"),
-                ElementsAre(address + "&attach=" + files + "%2Flog&attach=" + files + "%2Fdpkgl.log"));
+                ElementsAre(address + "&attach=" + files + "%2F1%2Flog&attach=" + files + "%2F2%2Fdpkgl.log"));
 }
 
 TEST_F(MailProgramTest, KMailTakesOptions) {
@@ -368,7 +529,7 @@ TEST_F(MailProgramTest, KMailTakesOptions) {
     const std::string files = "file://" + folder();
     EXPECT_THAT(home.argumentsOf("kmail"),
                 ElementsAre("--composer", "--subject", "What's, it?", "--body", "1 & 2\n\"3\"", "--attach",
-                            files + "/log", "--attach", files + "/dpkgl.log", "--", "a@b.example"));
+                            files + "/1/log", "--attach", files + "/2/dpkgl.log", "--", "a@b.example"));
 }
 
 TEST_F(MailProgramTest, ClawsMailTakesAnAddressAndFiles) {
@@ -376,7 +537,7 @@ TEST_F(MailProgramTest, ClawsMailTakesAnAddressAndFiles) {
     handOver();
     const std::string files = folder();
     EXPECT_THAT(home.argumentsOf("claws-mail"),
-                ElementsAre("--compose", address, "--attach", files + "/log", files + "/dpkgl.log"));
+                ElementsAre("--compose", address, "--attach", files + "/1/log", files + "/2/dpkgl.log"));
 }
 
 TEST_F(MailProgramTest, SylpheedTakesAnAddressAndFiles) {
@@ -384,7 +545,7 @@ TEST_F(MailProgramTest, SylpheedTakesAnAddressAndFiles) {
     handOver();
     const std::string files = folder();
     EXPECT_THAT(home.argumentsOf("sylpheed"),
-                ElementsAre("--compose", address, "--attach", files + "/log", files + "/dpkgl.log"));
+                ElementsAre("--compose", address, "--attach", files + "/1/log", files + "/2/dpkgl.log"));
 }
 
 TEST_F(MailProgramTest, IsNotCalledWhereMailCanBeSent) {
@@ -401,6 +562,32 @@ TEST_F(MailProgramTest, LosesNothingWhenItDoesNotStart) {
     send();
     EXPECT_EQ(delegate->only().result, MFMailComposeResultFailed);
     EXPECT_THAT(onlyDraft(), HasSubstr("Subject: Subject\n"));
+    EXPECT_THAT(home.filesIn(home.path() / "tmp"), IsEmpty()) << "nor is anything left that nobody will read";
+}
+
+TEST_F(MailProgramTest, KeepsWhatAProgramWasHandedThatFailsAtOnce) {
+    home.addProgram("thunderbird", "exit 1");
+    home.registerFor("mailto", "thunderbird.desktop", "thunderbird %u");
+    send();
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    EXPECT_THAT(onlyDraft(), HasSubstr("Subject: Subject\n"));
+    EXPECT_EQ(home.filesIn(home.drafts()).front(), composer->draft());
+}
+
+TEST_F(MailProgramTest, IsHandedFilesOfOneNameAndNoneOutsideOfTheirFolder) {
+    use("sylpheed", "sylpheed.desktop");
+    attach("again", "log");
+    attach("out", "../../../../out");
+    attach("up", "..");
+    send({"A <a@b.example>; c@d.example", "Subject", "Body"});
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    const std::string files = folder();
+    EXPECT_THAT(home.argumentsOf("sylpheed"),
+                ElementsAre("--compose", "mailto:a@b.example,c@d.example?subject=Subject&body=Body", "--attach",
+                            files + "/1/log", files + "/2/dpkgl.log", files + "/3/log", files + "/4/out",
+                            files + "/5/attachment"));
+    EXPECT_EQ(home.contentsOf(files + "/3/log"), "again");
+    EXPECT_EQ(home.contentsOf(files + "/4/out"), "out");
 }
 
 } // namespace
