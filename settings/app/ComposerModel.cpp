@@ -7,8 +7,7 @@
 
 namespace settings {
 
-ComposerModel::ComposerModel(Events& events, std::uint64_t page, std::shared_ptr<const ComposerSnapshot> composer,
-                             QObject* parent)
+ComposerModel::ComposerModel(Events& events, std::uint64_t page, Snapshot composer, QObject* parent)
     : QObject(parent), events_(events), page_(page), composer_(std::move(composer)) {
 }
 
@@ -23,7 +22,7 @@ QVariantList ComposerModel::attachments() const {
     return list;
 }
 
-void ComposerModel::read(const std::shared_ptr<const ComposerSnapshot>& composer) {
+void ComposerModel::read(const Snapshot& composer) {
     if (composer == composer_) return;
     auto newer = std::make_shared<ComposerSnapshot>(*composer);
     newer->text = composer_->text;
@@ -41,6 +40,10 @@ void ComposerModel::saveDraft(const QString& to, const QString& subject, const Q
 
 void ComposerModel::cancel() {
     act(ComposerAction::cancel, {}, {}, {});
+}
+
+void ComposerModel::leave(const QString& to, const QString& subject, const QString& body) {
+    act(ComposerAction::leave, to, subject, body);
 }
 
 void ComposerModel::act(ComposerAction action, const QString& to, const QString& subject, const QString& body) {

@@ -13,13 +13,11 @@ namespace settings {
 
 /// A message that is being composed over a page, as QML draws it. GUI thread.
 ///
-/// The texts are what the message began with and never change: what draws them keeps what is made of them, whatever
-/// snapshots arrive, and hands it over with the action.
+/// The texts are those that the message began with: what draws them hands over what was made of them.
 class ComposerModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Composers come from snapshots")
-
     Q_PROPERTY(QString to READ to CONSTANT)
     Q_PROPERTY(QString subject READ subject CONSTANT)
     Q_PROPERTY(QString body READ body CONSTANT)
@@ -29,8 +27,8 @@ class ComposerModel : public QObject {
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
 
   public:
-    ComposerModel(Events& events, std::uint64_t page, std::shared_ptr<const ComposerSnapshot> composer,
-                  QObject* parent);
+    using Snapshot = std::shared_ptr<const ComposerSnapshot>;
+    ComposerModel(Events& events, std::uint64_t page, Snapshot composer, QObject* parent);
 
     [[nodiscard]] std::uint64_t id() const { return composer_->id; }
     [[nodiscard]] QString to() const { return QString::fromStdString(composer_->text.to); }
@@ -41,21 +39,21 @@ class ComposerModel : public QObject {
     [[nodiscard]] QString problem() const { return QString::fromStdString(composer_->problem); }
 
     /// Takes up a newer snapshot of the same message, all but its text.
-    void read(const std::shared_ptr<const ComposerSnapshot>& composer);
-
+    void read(const Snapshot& composer);
     Q_INVOKABLE void send(const QString& to, const QString& subject, const QString& body);
     Q_INVOKABLE void saveDraft(const QString& to, const QString& subject, const QString& body);
     Q_INVOKABLE void cancel();
+    /// The window is closed: what is not being sent is to be kept.
+    Q_INVOKABLE void leave(const QString& to, const QString& subject, const QString& body);
 
   signals:
     void changed();
 
   private:
     void act(ComposerAction action, const QString& to, const QString& subject, const QString& body);
-
     Events& events_;
     std::uint64_t page_;
-    std::shared_ptr<const ComposerSnapshot> composer_;
+    Snapshot composer_;
 };
 
 } // namespace settings

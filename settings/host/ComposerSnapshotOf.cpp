@@ -20,9 +20,11 @@ std::shared_ptr<const ComposerSnapshot> composerSnapshotOf(const platform::PSLis
 }
 
 void report(const MFMailComposeViewController& composer) {
+    if (!composer.isOver()) return; // whoever edits it reads on the sheet why
+    const char* lost = composer.draft().empty() ? "neither sent nor kept" : "not sent";
     if (!composer.problem().empty())
-        std::cerr << "lumora-settings: the message was not sent: " << composer.problem() << std::endl;
-    if (composer.isOver() && !composer.draft().empty())
+        std::cerr << "lumora-settings: the message was " << lost << ": " << composer.problem() << std::endl;
+    if (!composer.draft().empty())
         std::cerr << "lumora-settings: the message is kept as a draft, " << composer.draft().string() << std::endl;
 }
 

@@ -35,6 +35,10 @@ bool isEditable(const PSSpecifier& row) {
     }
 }
 
+bool isField(const PSSpecifier& row) {
+    return row.cellType() == PSEditTextCell || row.cellType() == PSSecureEditTextCell;
+}
+
 } // namespace
 
 Navigation::Navigation(Show show) : show_(std::move(show)) {
@@ -83,9 +87,11 @@ void Navigation::rowTapped(std::uint64_t page, std::size_t row) {
 }
 
 void Navigation::valueChanged(std::uint64_t page, std::size_t row, const Value& value) {
-    OpenPage* top = openToEvents(page);
+    OpenPage* top = pageOnTop(page);
     const PSSpecifierRef edited = top ? rowAt(*top->controller, row) : nullptr;
     if (!edited || !isEditable(*edited)) return;
+    // A field hands on what was typed when something is presented, because it loses the focus to that.
+    if (!isField(*edited) && !openToEvents(page)) return;
     edited->performSetter(value);
     // Kept on purpose: only the row that was edited reads its value anew. A reply that landed meanwhile must not
     // change the others under the user's hand.
@@ -132,6 +138,8 @@ void Navigation::composed(std::uint64_t page, std::uint64_t composer, ComposerAc
         return presented->saveDraft(text);
     case ComposerAction::cancel:
         return presented->cancel();
+    case ComposerAction::leave:
+        return presented->leave(text);
     }
 }
 

@@ -137,7 +137,7 @@ struct ComposerSnapshot {
 };
 
 /// What the user does with a message.
-enum class ComposerAction : unsigned char { send, save, cancel };
+enum class ComposerAction : unsigned char { send, save, cancel, leave };
 
 struct PageSnapshot {
     std::uint64_t id = 0; ///< tells pages apart, never used twice in a process

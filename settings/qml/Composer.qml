@@ -16,13 +16,15 @@ FocusScope {
     property bool open: false
     property bool handedOver: false // until the first answer to that comes
     property bool saving: false
+    property bool asking: false // whether to throw away what was edited
+    property Item focusBefore: null // of that question
     property var begun: ({ to: "", subject: "", body: "" })
     property var attachments: []
     readonly property bool working: handedOver || (composer?.working ?? true)
     readonly property bool edited: to.text !== begun.to || subject.text !== begun.subject || body.text !== begun.body
 
     function send() {
-        if (working || !sendButton.enabled)
+        if (working || asking || !sendButton.enabled)
             return;
         handedOver = true;
         saving = false;
@@ -31,18 +33,35 @@ FocusScope {
     function saveDraft() {
         if (working)
             return;
+        asking = false;
         handedOver = true;
         saving = true;
         composer.saveDraft(to.text, subject.text, body.text);
     }
+    // What was edited is not thrown away by one key.
     function cancel() {
-        if (!working)
+        if (working)
+            return;
+        if (!edited)
             composer.cancel();
+        else if (asking)
+            goOn();
+        else
+            ask();
     }
-    // The window is closed: what the user has written is not thrown away. What is being sent goes on.
+    function ask() {
+        focusBefore = Window.activeFocusItem;
+        asking = true;
+        keepButton.forceActiveFocus(Qt.PopupFocusReason);
+    }
+    function goOn() {
+        asking = false;
+        (focusBefore ?? body).forceActiveFocus(Qt.PopupFocusReason);
+    }
+    // The window is closed: what the user has written, or wanted to send, is not thrown away. What is being sent goes on.
     function leave() {
-        if (edited)
-            saveDraft();
+        if (composer && (edited || handedOver || composer.working))
+            composer.leave(to.text, subject.text, body.text);
     }
     function slideAway() {
         if (!Theme.animated || !open)
@@ -126,6 +145,7 @@ FocusScope {
 
             width: parent.width
             height: 52
+            enabled: !root.asking
 
             ComposerButton {
                 anchors { left: parent.left; leftMargin: Theme.inset - leftPadding; verticalCenter: parent.verticalCenter }
@@ -167,6 +187,7 @@ FocusScope {
             contentHeight: column.height
             pixelAligned: true
             clip: true
+            enabled: !root.asking
 
             function showCursor() {
                 if (!body.activeFocus)
@@ -284,7 +305,7 @@ FocusScope {
             id: foot
 
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
-            height: Math.max(48, status.implicitHeight + 16)
+            height: root.asking ? question.height + 16 : Math.max(48, status.implicitHeight + 16)
 
             Rectangle {
                 width: parent.width
@@ -296,6 +317,7 @@ FocusScope {
 
                 anchors { left: parent.left; leftMargin: Theme.inset - leftPadding; verticalCenter: parent.verticalCenter }
                 text: qsTr("Save Draft")
+                visible: !root.asking
                 enabled: !root.working
                 onClicked: root.saveDraft()
             }
@@ -304,10 +326,10 @@ FocusScope {
 
                 anchors { left: saveButton.right; leftMargin: 12; right: parent.right; rightMargin: Theme.inset; verticalCenter: parent.verticalCenter }
                 visible: text.length > 0
-                text: !root.open || !root.composer ? ""
+                text: !root.open || !root.composer || root.asking ? ""
                     : root.working ? (root.saving ? qsTr("Saving…") : qsTr("Sending…")) : root.composer.problem
                 textFormat: Text.PlainText
-                color: Theme.secondary
+                color: root.working ? Theme.secondary : Theme.warning
                 font.pixelSize: Theme.footSize
                 horizontalAlignment: Text.AlignRight
                 wrapMode: Text.Wrap
@@ -315,6 +337,47 @@ FocusScope {
                 elide: Text.ElideRight
                 Accessible.role: Accessible.AlertMessage
                 Accessible.name: text
+            }
+            Column {
+                id: question
+
+                anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter }
+                visible: root.asking
+                enabled: root.asking
+                topPadding: 8
+
+                Text {
+                    width: parent.width
+                    leftPadding: Theme.inset
+                    rightPadding: Theme.inset
+                    bottomPadding: 4
+                    text: root.asking ? qsTr("Keep what was written?") : ""
+                    color: Theme.secondary
+                    font.pixelSize: Theme.footSize
+                    horizontalAlignment: Text.AlignHCenter
+                    wrapMode: Text.Wrap
+                    Accessible.role: Accessible.AlertMessage
+                    Accessible.name: text
+                }
+                ComposerButton {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: qsTr("Delete Draft")
+                    tint: Theme.warning
+                    onClicked: root.composer.cancel()
+                }
+                ComposerButton {
+                    id: keepButton
+
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: qsTr("Save Draft")
+                    strong: true
+                    onClicked: root.saveDraft()
+                }
+                ComposerButton {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    text: qsTr("Continue Editing")
+                    onClicked: root.goOn()
+                }
             }
         }
     }

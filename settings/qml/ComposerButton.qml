@@ -6,6 +6,7 @@ T.AbstractButton {
     id: root
 
     property bool strong: false
+    property color tint: Theme.accent
 
     leftPadding: 8
     rightPadding: 8
@@ -29,7 +30,7 @@ T.AbstractButton {
     }
     contentItem: Text {
         text: root.text
-        color: root.enabled ? Theme.accent : Theme.placeholder
+        color: root.enabled ? root.tint : Theme.placeholder
         font { pixelSize: Theme.bodySize; weight: root.strong ? Font.DemiBold : Font.Normal }
         verticalAlignment: Text.AlignVCenter
     }

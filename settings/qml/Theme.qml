@@ -16,6 +16,7 @@ QtObject {
     readonly property color placeholder: dark ? "#7c7c82" : "#9a9aa0"
     readonly property color tertiary: dark ? "#5a5a5e" : "#c4c4c7"
     readonly property color accent: dark ? "#0a84ff" : "#007aff"
+    readonly property color warning: dark ? "#ff6961" : "#c4001d"
     readonly property color on: dark ? "#30d158" : "#34c759"
     readonly property color off: dark ? "#39393d" : "#e4e4e7"
     readonly property color knobEdge: dark ? "#00000000" : "#24000000"

@@ -23,19 +23,26 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-/// A page whose one button presents a message with one attachment.
+/// A page with a button that presents a message with one attachment, a field and a switch.
 class MailPage final : public PSListController, public MFMailComposeViewControllerDelegate {
   public:
     static inline std::vector<MFMailComposeResult> results; ///< main thread
+    static inline std::vector<Value> values;                ///< that the page took; main thread
 
     PSSpecifierList specifiers() override {
         if (_specifiers) return _specifiers;
         const auto button =
             PSSpecifier::preferenceSpecifierNamed("Mail", this, nullptr, nullptr, {}, PSButtonCell, false);
         button->action = selector(&MailPage::press);
-        _specifiers = std::make_shared<const std::vector<PSSpecifierRef>>(std::vector<PSSpecifierRef>{button});
+        const auto field = PSSpecifier::preferenceSpecifierNamed("Field", this, selector(&MailPage::setValue), nullptr,
+                                                                 {}, PSEditTextCell, false);
+        const auto toggle = PSSpecifier::preferenceSpecifierNamed("Switch", this, selector(&MailPage::setValue),
+                                                                  nullptr, {}, PSSwitchCell, false);
+        _specifiers =
+            std::make_shared<const std::vector<PSSpecifierRef>>(std::vector<PSSpecifierRef>{button, field, toggle});
         return _specifiers;
     }
+    void setValue(const Value& value, PSSpecifier& /*row*/) { values.push_back(value); }
     void press(PSSpecifier& /*sender*/) {
         const auto composer = make<MFMailComposeViewController>();
         composer->setMailComposeDelegate(std::static_pointer_cast<MailPage>(shared_from_this()));
@@ -133,6 +140,15 @@ TEST_F(ComposingTest, ThePageBehindHearsNothing) {
     EXPECT_EQ(top().title, "Mail");
 }
 
+TEST_F(ComposingTest, ThePageBehindTakesOnlyWhatWasTypedBefore) {
+    perform([this](Navigation& navigation) {
+        navigation.valueChanged(top().id, 2, true);
+        navigation.valueChanged(top().id, 1, "typed");
+    });
+    EXPECT_THAT(MailPage::values, ElementsAre(Value("typed")));
+    EXPECT_NE(composer(), nullptr);
+}
+
 TEST_F(ComposingTest, ShowsThatItIsBeingSentUntilItIs) {
     const std::string gate = (home.path() / "gate").string();
     ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
@@ -164,6 +180,39 @@ TEST_F(ComposingTest, ShowsWhyItIsStillThereToBeEdited) {
     EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return message && !message->problem.empty(); }));
     EXPECT_FALSE(composer()->working);
     EXPECT_THAT(results(), IsEmpty());
+}
+
+TEST_F(ComposingTest, SaysNothingOfWhatTheSheetShows) {
+    testing::internal::CaptureStderr();
+    act(ComposerAction::send, {"", "Edited", "Text"});
+    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return message && !message->problem.empty(); }));
+    std::ofstream(home.path() / "data/lumora") << "in the way";
+    act(ComposerAction::save);
+    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) {
+        return message && message->problem.find("folder") != std::string::npos;
+    }));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(ComposingTest, KeepsAMessageThatIsRefusedAfterItsUserHasLeft) {
+    testing::internal::CaptureStderr();
+    host.post([page = top().id, id = composer()->id](Navigation& navigation) {
+        navigation.composed(page, id, ComposerAction::send, {"bob", "Edited", "Text"});
+        navigation.composed(page, id, ComposerAction::leave, {"bob", "Edited", "Text"});
+    });
+    host.finish(kLongEnough);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("kept as a draft"));
+    ASSERT_THAT(Home::filesIn(home.drafts()), SizeIs(1));
+    EXPECT_THAT(Home::contentsOf(Home::filesIn(home.drafts()).front()), HasSubstr("Subject: Edited\n"));
+}
+
+TEST_F(ComposingTest, SaysThatAMessageIsLostWhenItsUserHasLeft) {
+    std::ofstream(home.path() / "data/lumora") << "in the way";
+    testing::internal::CaptureStderr();
+    act(ComposerAction::leave);
+    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return !message; }));
+    EXPECT_THAT(results(), ElementsAre(MFMailComposeResultFailed));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("neither sent nor kept: cannot make the folder"));
 }
 
 TEST_F(ComposingTest, IgnoresWhatIsDoneToAMessageThatIsGone) {

@@ -303,6 +303,33 @@ class MailTest(Spoken):
         eventually(lambda: self.has_focus(window, "Message"), "the composer again")
         self.assertEqual((self.kept(), self.sink.envelopes), ([], []))
 
+    def test_asks_before_what_was_written_is_thrown_away(self):
+        window = self.compose()
+        self.keys(window, "ctrl+End")
+        self.type(window, "Message", " Yes.")
+        self.keys(window, "Escape")
+        eventually(lambda: "Keep what was written?" in self.spoken(window, ALERT), "the question")
+        self.keys(window, "Escape")
+        eventually(lambda: self.has_focus(window, "Message"), "the text again")
+        self.type(window, "Message", " No.")
+        self.keys(window, "Escape")
+        eventually(lambda: "Delete Draft" in self.spoken(window, BUTTON), "the question again")
+        self.act(self.spoken(window, BUTTON)["Delete Draft"], "Press")
+        self.expect_gone(window)
+        self.assertEqual((self.kept(), self.sink.envelopes), ([], []))
+
+    def test_keeps_a_report_that_is_refused_after_the_window_was_closed(self):
+        window = self.compose()
+        self.keys(window, "shift+Tab", "shift+Tab")
+        eventually(lambda: self.has_focus(window, "To"), "the focus on the recipients")
+        self.keys(window, "End")
+        self.type(window, "To", ", bob")
+        self.keys(window, "ctrl+Return")
+        self.close(window)
+        self.assertEqual(window.wait(LONG_ENOUGH), 0)
+        self.assertEqual(len(self.kept()), 1)
+        self.assertEqual(self.sink.envelopes, [])
+
     def test_keeps_what_was_written_when_the_window_is_closed(self):
         window = self.compose()
         self.keys(window, "ctrl+End")

@@ -344,7 +344,7 @@ void Bench::compose(const QVariantMap& message) {
 
 void Bench::composed(std::uint64_t /*page*/, std::uint64_t /*composer*/, settings::ComposerAction action,
                      const platform::MailText& text) {
-    static constexpr const char* names[] = {"send", "save", "cancel"};
+    static constexpr const char* names[] = {"send", "save", "cancel", "leave"};
     compositions_ << QVariantMap{{"action", names[static_cast<int>(action)]},
                                  {"to", QString::fromStdString(text.to)},
                                  {"subject", QString::fromStdString(text.subject)},

@@ -160,7 +160,66 @@ Item {
             compare(bench.compositions.length, before);
             type("x");
             host.item.leave();
-            compare(done().action, "save");
+            compare(done(), { action: "leave", to: "support@nevo.example", subject: "Subject", body: "xOne\nTwo" });
+        }
+        function test_leavesWhatIsBeingSentToBeKeptIfItIsRefused() {
+            press("Send");
+            host.item.leave();
+            compare(done().action, "leave");
+            show({ working: true });
+            const before = bench.compositions.length;
+            host.item.leave();
+            compare(bench.compositions.length, before + 1);
+        }
+        function test_asksBeforeWhatWasEditedIsThrownAway_data() { return [{ tag: "Escape" }, { tag: "Cancel" }] }
+        function test_asksBeforeWhatWasEditedIsThrownAway(data) {
+            keyClick(Qt.Key_Backtab, Qt.ShiftModifier);
+            type("x");
+            const before = bench.compositions.length;
+            const leave = () => data.tag === "Escape" ? keyClick(Qt.Key_Escape) : press("Cancel");
+            leave();
+            verify(spokenAs("Keep what was written?"));
+            compare(focused(), ["Save Draft"]);
+            const order = [];
+            for (let i = 0; i < 3; ++i) {
+                keyClick(Qt.Key_Tab);
+                order.push(focused()[0]);
+            }
+            compare(order, ["Continue Editing", "Delete Draft", "Save Draft"], "nothing else can be reached");
+            keyClick(Qt.Key_Return, Qt.ControlModifier);
+            compare(bench.compositions.length, before, "nothing has been done");
+            press("Delete Draft");
+            compare(done().action, "cancel");
+            compare(bench.compositions.length, before + 1);
+        }
+        function test_goesOnWithASecondEscapeOrTheButton() {
+            keyClick(Qt.Key_Backtab, Qt.ShiftModifier);
+            type("x");
+            const before = bench.compositions.length;
+            keyClick(Qt.Key_Escape);
+            keyClick(Qt.Key_Escape);
+            compare(focused(), ["Subject"], "where it was");
+            verify(!spokenAs("Keep what was written?"));
+            keyClick(Qt.Key_Escape);
+            press("Continue Editing");
+            compare(focused(), ["Subject"]);
+            compare(spokenAs("Subject").text, "x");
+            compare(bench.compositions.length, before);
+        }
+        function test_savesADraftWhenAsked() {
+            type("x");
+            keyClick(Qt.Key_Escape);
+            keyClick(Qt.Key_Space);
+            compare(done(), { action: "save", to: "support@nevo.example", subject: "Subject", body: "xOne\nTwo" });
+            show({ working: true });
+            verify(spokenAs("Saving…"));
+        }
+        function test_marksOnlyTheReasonOfAFailureAsAWarning() {
+            press("Send");
+            compare(find(host.item, item => item.text === "Sending…").color, Theme.secondary);
+            show({ working: true });
+            show({ problem: "No way" });
+            compare(find(host.item, item => item.text === "No way").color, Theme.warning);
         }
         function test_growsWithItsTextAndScrollsToTheCursor() {
             open({ body: "line\n".repeat(200) });
