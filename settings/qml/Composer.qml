@@ -60,7 +60,7 @@ FocusScope {
     }
     // The window is closed: what the user has written, or wanted to send, is not thrown away. What is being sent goes on.
     function leave() {
-        if (composer && (edited || handedOver || composer.working))
+        if (composer && (edited || handedOver || composer.working || composer.problem))
             composer.leave(to.text, subject.text, body.text);
     }
     function slideAway() {

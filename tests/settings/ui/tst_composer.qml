@@ -169,7 +169,9 @@ Item {
             show({ working: true });
             const before = bench.compositions.length;
             host.item.leave();
-            compare(bench.compositions.length, before + 1);
+            show({ problem: "No room" });
+            host.item.leave();
+            compare(bench.compositions.length, before + 2, "it was to be sent, so it is to be kept");
         }
         function test_asksBeforeWhatWasEditedIsThrownAway_data() { return [{ tag: "Escape" }, { tag: "Cancel" }] }
         function test_asksBeforeWhatWasEditedIsThrownAway(data) {
