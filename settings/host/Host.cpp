@@ -59,10 +59,13 @@ void Host::post(std::function<void(Navigation&)> work) {
 void Host::finish(std::chrono::milliseconds atMost) {
     const auto deadline = std::chrono::steady_clock::now() + atMost;
     catchUp(deadline);
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-    platform::dispatch_wait_until_idle(std::max(left, std::chrono::milliseconds(0)));
-    catchUp(deadline); // with what the workers have handed back to it
+    // What the workers hand back may lead to more work, once: a message that was refused is kept.
+    for (int round = 0; round < 2; ++round) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        platform::dispatch_wait_until_idle(std::max(left, std::chrono::milliseconds(0)));
+        catchUp(deadline);
+    }
 }
 
 void Host::catchUp(std::chrono::steady_clock::time_point deadline) {
