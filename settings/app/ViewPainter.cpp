@@ -213,7 +213,8 @@ QImage ViewPainter::blurred(const Shadow& shadow) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(int(y)));
         std::transform(opacity.begin() + std::ptrdiff_t(y * width), opacity.begin() + std::ptrdiff_t((y + 1) * width),
                        line, [&](float alpha) {
-                           return qPremultiply(qRgba(color.red(), color.green(), color.blue(), int(std::lround(alpha))));
+                           return qPremultiply(
+                               qRgba(color.red(), color.green(), color.blue(), int(std::lround(alpha))));
                        });
     }
     return image;
