@@ -43,7 +43,7 @@ class Navigation {
     void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points);
     /// The page's table shows another part of itself: makes the cells for it.
     void tableScrolled(std::uint64_t page, const TableViewport& viewport);
-    /// The user did something with the message that is composed over the page, of which he has made this text.
+    /// The user did something with the message that is composed over the page, with the text as it has been edited.
     void composed(std::uint64_t page, std::uint64_t composer, ComposerAction action, const platform::MailText& text);
     /// Back from a page to the one before; does nothing on the first page.
     void back(std::uint64_t page);
