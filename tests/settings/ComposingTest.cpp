@@ -98,11 +98,12 @@ class ComposingTest : public ::testing::Test {
     std::condition_variable changed;
     std::vector<StackSnapshot> shown;
     // Never destroyed, as in the program: the main thread goes on.
-    Host& host = *new Host([this](StackSnapshot stack) {
-        const std::lock_guard lock(mutex);
-        shown.push_back(std::move(stack));
-        changed.notify_all();
-    });
+    static inline Host* kept = nullptr; ///< as a host is never destroyed
+    Host& host = *(kept = new Host([this](StackSnapshot stack) {
+                       const std::lock_guard lock(mutex);
+                       shown.push_back(std::move(stack));
+                       changed.notify_all();
+                   }));
 };
 
 TEST_F(ComposingTest, ShowsTheMessageThatAButtonPresents) {
