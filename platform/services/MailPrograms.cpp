@@ -177,7 +177,7 @@ Result<bool> openIn(const MailProgram& program, const MailMessage& message,
         text.to += (text.to.empty() ? "" : ",") + address;
     Options command = program.options(text, files);
     command.insert(command.begin(), program.file.string());
-    const Opened started = startProgram(command);
+    Opened started = startProgram(command);
     if (started && folder) folder->keep();
     return started;
 }

@@ -1,7 +1,6 @@
 #include "platform/ui/UIView.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace platform {
@@ -157,9 +156,11 @@ std::vector<UIAccessibilityElement> UIView::accessibilityElements() const {
 std::shared_ptr<UIView> hitTest(const std::shared_ptr<UIView>& view, CGPoint point) {
     if (view->isHidden() || !view->isUserInteractionEnabled() || !CGRectContainsPoint(view->bounds(), point))
         return nullptr;
-    for (const auto& subview : std::ranges::reverse_view(view->subviews())) {
-        const CGPoint origin = subview->frame().origin;
-        if (auto hit = hitTest(subview, {point.x - origin.x, point.y - origin.y})) return hit;
+    const auto& subviews = view->subviews();
+    // NOLINTNEXTLINE(modernize-loop-convert): clang 14 cannot compile the reversed view of this standard library
+    for (auto subview = subviews.rbegin(); subview != subviews.rend(); ++subview) {
+        const CGPoint origin = (*subview)->frame().origin;
+        if (auto hit = hitTest(*subview, {point.x - origin.x, point.y - origin.y})) return hit;
     }
     return view;
 }
