@@ -3,7 +3,7 @@
 
     dbus-run-session -- colors_test.py [-v] BINARIES DEVICE_ROOT
 
-Needs what lists_test.py needs.
+Needs what spoken.py needs.
 """
 import ctypes
 import sys
@@ -12,9 +12,9 @@ import unittest
 import pyatspi
 from gi.repository import GLib
 
-from lists_test import Spoken
-from programs_test import HEIGHT, LONG_ENOUGH, WIDTH, eventually
 from recording_tweak import RecordingTweak
+from spoken import Spoken
+from window import HEIGHT, LONG_ENOUGH, WIDTH, eventually
 
 BAR = 52  # the navigation bar, above the page
 # In the window, at its first size: the picker fills the page from 75 points below its top to the strip of themes.

@@ -4,7 +4,7 @@ and how many font files are opened for it.
 
     dbus-run-session -- fonts_test.py [-v] BINARIES DEVICE_ROOT
 
-Needs what lists_test.py needs, and fontTools.
+Needs what spoken.py needs, and fontTools.
 """
 import ctypes
 import json
@@ -18,8 +18,8 @@ import unittest
 
 import pyatspi
 
-import lists_test
-from programs_test import HEIGHT, eventually
+from spoken import Spoken
+from window import HEIGHT, eventually
 
 KEY = "kLSDateFontName"
 COUNT = 2000
@@ -60,7 +60,7 @@ def name_of(number):
     return f"Many{number:04}-Regular"
 
 
-class FontsTest(lists_test.Spoken):
+class FontsTest(Spoken):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()

@@ -4,103 +4,20 @@ plug-in's own page.
 
     dbus-run-session -- lists_test.py [-v] BINARIES DEVICE_ROOT
 
-Needs what programs_test.py needs, and pyatspi with its bus.
+Needs what spoken.py needs.
 """
 import json
-import os
-import subprocess
 import sys
 import unittest
 
 import pyatspi
-from gi.repository import Atspi, GLib
+from gi.repository import GLib
 
-import programs_test
-from programs_test import HEIGHT, eventually, program
-
-# What the toolkit makes of a switch, and of a link.
-SWITCH = pyatspi.ROLE_CHECK_BOX
-LINK = pyatspi.ROLE_PUSH_BUTTON
+from spoken import LINK, SWITCH, Spoken
+from window import HEIGHT, eventually
 
 # None of them is installed: their rows have no title, and the identifier is their name.
 SAVED = ["test.one", "test.two", "test.three"]
-
-
-class Spoken(programs_test.Programs):
-    """What tests of a window as assistive tools see it are made of."""
-
-    def setUp(self):
-        super().setUp()
-        self.environment |= {"DBUS_SESSION_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"],
-                             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
-        self.start_tweak()
-
-    def lumoractl(self, *arguments):
-        return subprocess.run([program("lumoractl"), *arguments], text=True, capture_output=True,
-                              env=self.environment, check=True).stdout
-
-    def find(self, accessible, matches):
-        if matches(accessible):
-            yield accessible
-        for child in accessible:
-            if child:
-                yield from self.find(child, matches)
-
-    def applications(self, window):
-        """Those of the window's process; of others only that they are not."""
-        desktop = pyatspi.Registry.getDesktop(0)
-        desktop.set_cache_mask(Atspi.Cache.NONE)
-        for application in desktop:
-            try:
-                if application and application.get_process_id() == window.pid:
-                    yield application
-            except GLib.Error:
-                pass  # one that has just gone
-
-    def spoken(self, window, role):
-        """What is shown in a role, by its name, as assistive tools see it now."""
-        try:
-            return {item.name: item for application in self.applications(window)
-                    for item in self.find(application, lambda it: it.getRole() == role and
-                                          it.getState().contains(pyatspi.STATE_SHOWING))}
-        except GLib.Error:
-            return {}  # something went away while it was looked at
-
-    def act(self, item, name):
-        actions = item.queryAction()
-        actions.doAction([actions.getName(i) for i in range(actions.nActions)].index(name))
-
-    def rows(self, window):
-        return self.spoken(window, pyatspi.ROLE_LIST_ITEM)
-
-    def place(self, window, name):
-        row = eventually(lambda: self.rows(window).get(name), name)
-        return row.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-
-    def focused(self, window):
-        return [name for name, row in self.rows(window).items() if row.getState().contains(pyatspi.STATE_FOCUSED)]
-
-    def lift(self, window, name):
-        """Presses a row's handle, and tells where."""
-        row = self.place(window, name)
-        x, y = row.x + row.width - 30, row.y + row.height // 2
-        self.xdotool("mousemove", str(x), str(y), "mousedown", "1")
-        return x, y
-
-    def drag(self, window, name, to):
-        """Drops a row where its middle is at that height."""
-        x, y = self.lift(window, name)
-        for part in range(1, 9):
-            self.xdotool("mousemove", str(x), str(y + (to - y) * part // 8))
-        self.xdotool("mouseup", "1")
-
-    def expect(self, key, identifiers):
-        def stored():
-            return json.loads(self.lumoractl("get", key))
-        try:
-            eventually(lambda: stored() == identifiers, identifiers)
-        except AssertionError:
-            self.assertEqual(stored(), identifiers)
 
 
 class Lists:

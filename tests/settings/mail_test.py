@@ -4,7 +4,7 @@ test's own, saved, cancelled.
 
     dbus-run-session -- mail_test.py [-v] BINARIES DEVICE_ROOT
 
-Needs what lists_test.py needs, msmtp and aiosmtpd.
+Needs what spoken.py needs, msmtp and aiosmtpd.
 """
 import asyncio
 import email
@@ -19,9 +19,8 @@ import unittest
 import pyatspi
 from aiosmtpd.smtp import SMTP
 
-import programs_test
-from lists_test import SWITCH, Spoken
-from programs_test import LONG_ENOUGH, eventually
+from spoken import SWITCH, Spoken
+from window import LONG_ENOUGH, ROOT, eventually
 
 BUTTON = pyatspi.ROLE_PUSH_BUTTON
 DIALOG = pyatspi.ROLE_DIALOG
@@ -90,12 +89,10 @@ class MailTest(Spoken):
         self.device = os.path.join(self.folder, "device")
         for folder in ("", "var", "var/mobile", "tmp"):
             os.mkdir(os.path.join(self.device, folder))
-        for folder in os.listdir(programs_test.ROOT):
+        for folder in os.listdir(ROOT):
             if folder not in ("var", "tmp"):
-                os.symlink(os.path.join(programs_test.ROOT, folder), os.path.join(self.device, folder))
-        real = programs_test.ROOT
-        programs_test.ROOT = self.device
-        self.addCleanup(setattr, programs_test, "ROOT", real)
+                os.symlink(os.path.join(ROOT, folder), os.path.join(self.device, folder))
+        self.root = self.device
         self.log = os.path.join(self.device, "var/mobile/nevo_lumora_log")
         self.other = os.path.join(self.device, "tmp/dpkgl.log")
 

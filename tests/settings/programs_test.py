@@ -2,169 +2,18 @@
 """The real programs together: lumora-settings on a display of its own, lumora-tweak, lumoractl.
 
     programs_test.py [-v] BINARIES DEVICE_ROOT
-
-Needs Xvfb and xdotool, and nothing of Python beyond its standard library.
 """
-import ctypes
 import json
 import os
-import plistlib
 import resource
-import shutil
 import struct
 import subprocess
 import sys
 import tempfile
 import threading
-import time
 import unittest
 
-BINARIES, ROOT = map(os.path.abspath, sys.argv[-2:]) if len(sys.argv) > 2 else (None, None)
-LONG_ENOUGH = 60  # seconds, for anything that works at all
-WIDTH, HEIGHT = 390, 844
-
-
-def eventually(condition, what):
-    """Looks again and again at what tells nobody when it changes."""
-    end = time.monotonic() + LONG_ENOUGH
-    tick = threading.Event()
-    while not (result := condition()):
-        if time.monotonic() > end:
-            raise AssertionError(f"never came: {what}")
-        tick.wait(0.02)
-    return result
-
-
-def program(name):
-    return os.path.join(BINARIES, name)
-
-
-class Lines:
-    """What a program writes, readable while it runs."""
-
-    def __init__(self, stream):
-        self.text = ""
-        self._thread = threading.Thread(target=self._read, args=(stream,), daemon=True)
-        self._thread.start()
-
-    def _read(self, stream):
-        for line in stream:
-            self.text += line
-        stream.close()
-
-
-class Display:
-    """An X server without a window manager, for all tests."""
-
-    def __init__(self):
-        read, write = os.pipe()
-        self.process = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"],
-            pass_fds=[write], stderr=subprocess.DEVNULL)
-        os.close(write)
-        with os.fdopen(read) as number:
-            self.name = ":" + number.readline().strip()
-
-    def stop(self):
-        self.process.terminate()
-        self.process.wait()
-
-
-class Programs(unittest.TestCase):
-    """What tests of the programs are made of: a display, a folder, programs that end with the test."""
-
-    @classmethod
-    def setUpClass(cls):
-        cls.display = Display()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.display.stop()
-
-    def setUp(self):
-        self.folder = tempfile.mkdtemp(prefix="programs-")
-        self.addCleanup(shutil.rmtree, self.folder, True)
-        self.settings_file = os.path.join(self.folder, "settings.plist")
-        self.environment = {
-            **{name: value for name, value in os.environ.items()
-               if not name.startswith(("QT_", "QSG_", "LUMORA_", "WAYLAND", "DBUS_"))},
-            "DISPLAY": self.display.name, "LUMORA_PORTS": os.path.join(self.folder, "ports"),
-            "XDG_RUNTIME_DIR": self.folder,
-        }
-        os.mkdir(self.environment["LUMORA_PORTS"], 0o700)
-
-    def start(self, *command, **options):
-        process = subprocess.Popen(command, env=self.environment, text=True, **options)
-
-        def end():
-            process.kill()
-            process.wait()
-            if process.stdout:
-                process.stdout.close()
-        self.addCleanup(end)
-        return process
-
-    def start_tweak(self, *options):
-        tweak = self.start(program("lumora-tweak"), "--settings", self.settings_file, *options, stdout=subprocess.PIPE)
-        self.assertIn("ready", tweak.stdout.readline())
-        return tweak
-
-    def settings(self, *options, **environment):
-        return subprocess.run([program("lumora-settings"), "--root", ROOT, *options], text=True, capture_output=True,
-                              env={**self.environment, **environment}, timeout=LONG_ENOUGH, check=False)
-
-    def open_window(self, *options):
-        window = self.start(program("lumora-settings"), "--root", ROOT, "--light", *options, stderr=subprocess.PIPE)
-        window.lines = Lines(window.stderr)
-        def appeared():
-            self.assertIsNone(window.poll(), window.lines.text)
-            return self.windows(window)
-        window.id = eventually(appeared, "the window")[0]
-        self.xdotool("windowmove", window.id, "0", "0")
-        self.xdotool("windowfocus", window.id)
-        return window
-
-    def open_root_page(self, *options):
-        """The root page logs its settings when it appears, and is drawn soon after."""
-        window = self.open_window(*options)
-        eventually(lambda: "kTweakEnabled" in window.lines.text, "the root page")
-        return window
-
-    def windows(self, process):
-        return self.xdotool("search", "--pid", str(process.pid), "--onlyvisible").split()
-
-    def xdotool(self, *arguments):
-        return subprocess.run(["xdotool", *arguments], text=True, capture_output=True, env=self.environment,
-                              check=False).stdout
-
-    def tap(self, window, x, y):
-        self.xdotool("mousemove", "--window", window.id, str(x), str(y), "click", "1")
-
-    def stored(self, key):
-        """What stands on the disk, read by somebody else's reader."""
-        try:
-            with open(self.settings_file, "rb") as file:
-                return plistlib.load(file).get(key)
-        except FileNotFoundError:
-            return None
-
-    def close(self, window):
-        """Asks the window to close, as a window manager does."""
-        xlib = ctypes.CDLL("libX11.so.6")
-        xlib.XOpenDisplay.restype = ctypes.c_void_p
-        display = ctypes.c_void_p(xlib.XOpenDisplay(self.display.name.encode()))
-
-        class ClientMessage(ctypes.Structure):
-            _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
-                        ("display", ctypes.c_void_p), ("window", ctypes.c_ulong), ("message_type", ctypes.c_ulong),
-                        ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("pad", ctypes.c_long * 12)]
-        atom = lambda name: xlib.XInternAtom(display, name, 0)
-        xlib.XInternAtom.restype = ctypes.c_ulong
-        message = ClientMessage(type=33, window=int(window.id), message_type=atom(b"WM_PROTOCOLS"), format=32)
-        message.data[0] = atom(b"WM_DELETE_WINDOW")
-        xlib.XSendEvent.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_long, ctypes.c_void_p]
-        xlib.XSendEvent(display, int(window.id), 0, 0, ctypes.byref(message))
-        xlib.XCloseDisplay(display)
+from window import HEIGHT, LONG_ENOUGH, ROOT, WIDTH, Lines, Programs, eventually, program
 
 
 class ProgramsTest(Programs):

@@ -3,7 +3,7 @@
 
     dbus-run-session -- views_test.py [-v] BINARIES DEVICE_ROOT
 
-Needs what lists_test.py needs.
+Needs what spoken.py needs.
 """
 import os
 import re
@@ -13,8 +13,8 @@ import unittest
 import pyatspi
 from gi.repository import GLib
 
-from lists_test import Spoken
-from programs_test import ROOT, WIDTH, eventually
+from spoken import Spoken
+from window import ROOT, WIDTH, eventually
 
 
 class ChangeLogTest(Spoken):
