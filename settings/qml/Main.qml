@@ -70,7 +70,7 @@ Window {
         }
     }
     Shortcut {
-        sequences: ["Escape", "Alt+Left", StandardKey.Back]
+        sequences: ["Escape", StandardKey.Back] // Alt+Left is one of the latter; named twice, it would be ambiguous
         enabled: !window.composing
         onActivated: window.goBack()
     }

@@ -175,13 +175,12 @@ class AppViewsTest(Lists, Spoken):
         window = self.open_window("--page", "PluginsListController")
         eventually(lambda: "Select Plugins" in self.spoken(window, LINK), "the link")
         self.act(self.spoken(window, LINK)["Select Plugins"], "Press")
+        eventually(lambda: "test.one" in self.rows(window) and "Select Plugins" not in self.spoken(window, LINK),
+                   "the list, in its place")
         x, y = self.lift(window, "test.one")
         self.xdotool("mousemove", str(x), str(y + 80))
-
-        def is_back():
-            self.xdotool("key", "alt+Left")  # deaf while it waits, as it may on a busy machine
-            return "Select Plugins" in self.spoken(window, LINK)
-        eventually(is_back, "the page before")
+        self.xdotool("key", "alt+Left")
+        eventually(lambda: "Select Plugins" in self.spoken(window, LINK), "the page before")
         self.xdotool("mouseup", "1")
         self.assertEqual(self.saved(), SAVED)
 
