@@ -10,6 +10,7 @@
 #include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <cstdlib>
 #include <iostream>
 
 Q_IMPORT_QML_PLUGIN(LumoraPlugin)
@@ -79,7 +80,11 @@ int runApplication(int argc, char** argv, const Options& asked) {
     else if (!picturesOnly)
         followDesktop(shell);
     shell.launch({options.bundle.value_or(standardBundle()), options.page, contentSizeOf(options.size)},
-                 [](const std::string& why) { QCoreApplication::exit(complain(why)); });
+                 [picturesOnly](const std::string& why) {
+                     // Who waits for a page to take a picture of would go on waiting.
+                     if (picturesOnly) std::_Exit(complain(why));
+                     QCoreApplication::exit(complain(why));
+                 });
 
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));

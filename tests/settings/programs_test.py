@@ -43,6 +43,7 @@ class ProgramsTest(Programs):
             failed = self.settings(*options)
             self.assertEqual(failed.returncode, 1, options)
             self.assertIn(why, failed.stderr)
+            self.assertNotIn("timed out", failed.stderr)
 
     def test_says_that_the_tweak_did_not_answer_in_time(self):
         for options in (["--rows", "LumoraPreferences"], ["--grab", self.folder + "/a.png"], ["--tour", self.folder]):
