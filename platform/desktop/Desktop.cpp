@@ -1,5 +1,6 @@
 #include "platform/Export.h"
 #include "platform/desktop/MessageWriter.h"
+#include "platform/desktop/Owned.h"
 #include "platform/services/DesktopServices.h"
 
 #include <gio/gio.h>
@@ -9,10 +10,7 @@
 namespace platform {
 namespace {
 
-struct Unreference {
-    void operator()(void* object) const { g_object_unref(object); }
-};
-using Application = std::unique_ptr<GAppInfo, Unreference>;
+using Application = Owned<GAppInfo>;
 
 Application applicationOf(const std::string& scheme) {
     return Application(g_app_info_get_default_for_uri_scheme(scheme.c_str()));

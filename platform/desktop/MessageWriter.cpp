@@ -1,5 +1,7 @@
 #include "platform/desktop/MessageWriter.h"
 
+#include "platform/desktop/Owned.h"
+
 #include <gmime/gmime.h>
 
 #include <algorithm>
@@ -12,12 +14,6 @@
 
 namespace platform {
 namespace {
-
-struct Unreference {
-    void operator()(void* object) const { g_object_unref(object); }
-};
-template<class T>
-using Owned = std::unique_ptr<T, Unreference>;
 
 struct Free {
     void operator()(void* memory) const { g_free(memory); }

@@ -1,5 +1,6 @@
 #include "BinaryWriter.h"
 
+#include "BinaryFormat.h"
 #include "Unicode.h"
 
 #include <algorithm>
@@ -9,9 +10,6 @@
 namespace platform {
 
 namespace {
-
-constexpr std::string_view magic = "bplist00";
-constexpr std::size_t trailerSize = 32;
 
 /// How many bytes a number takes that counts from zero; any width.
 constexpr std::size_t width(std::uint64_t number) {
@@ -39,8 +37,9 @@ std::uint8_t* writeBigEndian(std::uint8_t* into, std::uint64_t number, std::size
 } // namespace
 
 BinaryWriter::BinaryWriter(std::size_t objectBound, std::size_t expectedSize)
-    : bytes_(std::max(expectedSize, magic.size())), used_(magic.size()), referenceSize_(width(objectBound)) {
-    std::memcpy(bytes_.data(), magic.data(), magic.size());
+    : bytes_(std::max(expectedSize, binaryMagic.size())), used_(binaryMagic.size()),
+      referenceSize_(width(objectBound)) {
+    std::memcpy(bytes_.data(), binaryMagic.data(), binaryMagic.size());
     offsets_.reserve(objectBound);
 }
 
@@ -155,7 +154,7 @@ void BinaryWriter::reference(std::size_t number) {
 Data BinaryWriter::finish() && {
     const std::size_t table = used_;
     const std::size_t offsetSize = width(table);
-    std::uint8_t* into = grow(offsets_.size() * offsetSize + trailerSize);
+    std::uint8_t* into = grow(offsets_.size() * offsetSize + binaryTrailerSize);
     for (const std::size_t offset : offsets_)
         into = writeBigEndian(into, offset, offsetSize);
     into = std::fill_n(into, 6, std::uint8_t{0});

@@ -21,11 +21,6 @@ using platform::Result;
 
 namespace {
 
-int complain(const std::string& why) {
-    std::cerr << "lumora-settings: " << why << std::endl;
-    return 1;
-}
-
 void setUnlessSet(const char* name, const char* value) {
     if (!qEnvironmentVariableIsSet(name)) qputenv(name, value);
 }
@@ -61,6 +56,11 @@ void followDesktop(Shell& shell) {
 }
 
 } // namespace
+
+int complain(const std::string& why) {
+    std::cerr << "lumora-settings: " << why << std::endl;
+    return 1;
+}
 
 int runApplication(int argc, char** argv, const Options& asked) {
     const bool wantsPictures = asked.grab || asked.tour;

@@ -8,6 +8,9 @@ namespace settings {
 /// closes the window: the process ends there.
 int runApplication(int argc, char** argv, const Options& options);
 
+/// Says on standard error why the program fails; the exit code.
+int complain(const std::string& why);
+
 /// Prints the page as JSON, without any window; the exit code.
 int printRows(const Options& options);
 

@@ -19,11 +19,6 @@ struct Page {
     std::promise<Result<std::string>> written;
 };
 
-int complain(const std::string& why) {
-    std::cerr << "lumora-settings: " << why << '\n';
-    return 1;
-}
-
 } // namespace
 
 int printRows(const Options& options) {

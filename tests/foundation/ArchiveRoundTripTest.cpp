@@ -135,9 +135,9 @@ TEST(KeyedArchive, ReadsWhateverItWritesHoweverOftenATextIsRepeated) {
     const auto read = NSKeyedUnarchiver::unarchive(archive);
     ASSERT_TRUE(read) << read.error();
     EXPECT_EQ(read.value(), value);
-    const auto plain = platform::writePropertyList(value);
-    ASSERT_TRUE(plain);
-    EXPECT_EQ(platform::readPropertyList(plain.value()).value(), value);
+    const auto list = platform::writePropertyList(value);
+    ASSERT_TRUE(list);
+    EXPECT_EQ(platform::readPropertyList(list.value()).value(), value);
 }
 
 TEST(KeyedArchive, IsWrittenUpToTheDepthThatIsReadAndNoFurther) {

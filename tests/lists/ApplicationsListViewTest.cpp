@@ -34,7 +34,7 @@ using tests::RecordingTweak;
 
 constexpr const char* kLibrary = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
 constexpr const char* kApplications = "/Library/MobileSubstrate/DynamicLibraries/applications.txt";
-constexpr auto kFrame = CGRectMake(0, 0, 390, 760);
+constexpr auto kWindow = CGRectMake(0, 0, 390, 760);
 
 Value change(const char* key, List list) {
     return Dictionary{{"key", key}, {"object", std::move(list)}};
@@ -83,7 +83,7 @@ const std::string kSixApplications = "org.b\tbanana\n"
 TEST_F(ApplicationLists, AppsShowsTheSavedOnesInTheirOrderAndTheOthersSortedByName) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}});
-    const auto view = make<AppsListView>(kFrame);
+    const auto view = make<AppsListView>(kWindow);
     draw(*view);
     EXPECT_THAT(titles(*view, 0), ElementsAre("date", "apple"));
     EXPECT_THAT(titles(*view, 1), ElementsAre("banana", "Cherry", "Éclair"));
@@ -93,7 +93,7 @@ TEST_F(ApplicationLists, AppsShowsTheSavedOnesInTheirOrderAndTheOthersSortedByNa
 TEST_F(ApplicationLists, AppsNeverOffersASystemService) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{});
-    const auto view = make<AppsListView>(kFrame);
+    const auto view = make<AppsListView>(kWindow);
     EXPECT_THAT(view->disabled(), Not(Contains("com.apple.springboard")));
     EXPECT_EQ(view->disabled().size(), 5U);
 }
@@ -101,7 +101,7 @@ TEST_F(ApplicationLists, AppsNeverOffersASystemService) {
 TEST_F(ApplicationLists, AppsShowsASystemServiceThatWasSaved) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{{"kAppsEnabled", List{"com.apple.springboard"}}});
-    const auto view = make<AppsListView>(kFrame);
+    const auto view = make<AppsListView>(kWindow);
     EXPECT_THAT(titles(*view, 0), ElementsAre("SpringBoard"));
 }
 
@@ -150,7 +150,7 @@ TEST(HiddenDisplayIdentifiers, AreTheThirtyFourSystemServices) {
 TEST_F(ApplicationLists, AppsSavesWhatIsEnabledAtEachDrop) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}});
-    const auto view = make<AppsListView>(kFrame);
+    const auto view = make<AppsListView>(kWindow);
     draw(*view);
     view->tableView().dropRow({1, 1}, {0, 1});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAppsEnabled", {"org.d", "org.c", "org.a"})));
@@ -161,7 +161,7 @@ TEST_F(ApplicationLists, AppsSavesWhatIsEnabledAtEachDrop) {
 TEST_F(ApplicationLists, AMissingSavedListStartsEmptyAndSavesWhatItShows) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{});
-    const auto view = make<AppsListView>(kFrame);
+    const auto view = make<AppsListView>(kWindow);
     draw(*view);
     EXPECT_THAT(view->enabled(), IsEmpty());
     view->tableView().dropRow({1, 0}, {0, 0});
@@ -171,7 +171,7 @@ TEST_F(ApplicationLists, AMissingSavedListStartsEmptyAndSavesWhatItShows) {
 TEST_F(ApplicationLists, AnApplicationThatIsGoneHasAnEmptyTitleNoIconAndIsSavedBack) {
     installLibrary("org.a\tapple\n");
     tweak.setSettings(Dictionary{{"kAppsEnabled", List{"plain.gone", "org.a"}}});
-    const auto view = make<AppsListView>(kFrame);
+    const auto view = make<AppsListView>(kWindow);
     draw(*view);
     const auto cell = view->tableView().cellForRowAtIndexPath({0, 0});
     EXPECT_EQ(cell->textLabel().text(), "");
@@ -188,7 +188,7 @@ TEST_F(ApplicationLists, IconsAreAskedForAtTwentyNinePointsAndOnlyForRowsInView)
         many += "org.app" + std::to_string(i) + "\tApplication " + std::to_string(i) + "\n";
     installLibrary(many);
     tweak.setSettings(Dictionary{});
-    const auto view = make<AppsListView>(kFrame);
+    const auto view = make<AppsListView>(kWindow);
     draw(*view);
     EXPECT_EQ(view->disabled().size(), 10000U);
     const auto rowsInView = static_cast<int>(view->tableView().visibleCells().size());
@@ -200,13 +200,13 @@ TEST_F(ApplicationLists, IconsAreAskedForAtTwentyNinePointsAndOnlyForRowsInView)
 
 TEST_F(ApplicationLists, WithoutTheLibraryOnlyWhatWasSavedShowsUntitled) {
     tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.b", "org.a"}}, {"kAUAppsDisabled", List{"org.a"}}});
-    const auto apps = make<AppsListView>(kFrame);
+    const auto apps = make<AppsListView>(kWindow);
     EXPECT_THAT(apps->enabled(), ElementsAre("org.b", "org.a"));
     EXPECT_THAT(apps->disabled(), IsEmpty());
     draw(*apps);
     EXPECT_THAT(titles(*apps, 0), ElementsAre("", ""));
     EXPECT_EQ(apps->tableView().cellForRowAtIndexPath({0, 0})->imageView().image(), nullptr);
-    const auto exempt = make<AUAppsListView>(kFrame);
+    const auto exempt = make<AUAppsListView>(kWindow);
     EXPECT_THAT(exempt->enabled(), ElementsAre("org.b"));
     EXPECT_THAT(exempt->disabled(), ElementsAre("org.a"));
 }
@@ -215,7 +215,7 @@ TEST_F(ApplicationLists, AHandleThatWasNeverGotIsNotClosed) {
     tweak.setSettings(Dictionary{});
     ASSERT_EQ(platform::openLibraries(), 0);
     {
-        const auto view = make<AppsListView>(kFrame);
+        const auto view = make<AppsListView>(kWindow);
         EXPECT_EQ(platform::openLibraries(), 0);
     }
     EXPECT_EQ(platform::openLibraries(), 0);
@@ -225,8 +225,8 @@ TEST_F(ApplicationLists, TheLibraryIsOpenForAsLongAsAViewLives) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{});
     {
-        const auto apps = make<AppsListView>(kFrame);
-        const auto exempt = make<AUAppsListView>(kFrame);
+        const auto apps = make<AppsListView>(kWindow);
+        const auto exempt = make<AUAppsListView>(kWindow);
         EXPECT_EQ(platform::openLibraries(), 2);
     }
     EXPECT_EQ(platform::openLibraries(), 0);
@@ -237,7 +237,7 @@ TEST_F(ApplicationLists, AutoUnlockAppsShowsTheChosenOnesAndSortsTheExemptOnes) 
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.c", "org.a", "com.apple.springboard"}},
                                  {"kAUAppsDisabled", List{"org.e", "org.c", "org.b"}}});
-    const auto view = make<AUAppsListView>(kFrame);
+    const auto view = make<AUAppsListView>(kWindow);
     draw(*view);
     EXPECT_THAT(titles(*view, 0), ElementsAre("date", "apple", "SpringBoard")) << "nothing is hidden here";
     EXPECT_THAT(titles(*view, 1), ElementsAre("banana", "Cherry", "Éclair"));
@@ -246,7 +246,7 @@ TEST_F(ApplicationLists, AutoUnlockAppsShowsTheChosenOnesAndSortsTheExemptOnes) 
 TEST_F(ApplicationLists, AutoUnlockAppsSavesTheExemptOnesAndNeverTheChosenOnes) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}, {"kAUAppsDisabled", List{}}});
-    const auto view = make<AUAppsListView>(kFrame);
+    const auto view = make<AUAppsListView>(kWindow);
     draw(*view);
     view->tableView().dropRow({0, 0}, {1, 0});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAUAppsDisabled", {"org.d"})));
@@ -258,7 +258,7 @@ TEST_F(ApplicationLists, AutoUnlockAppsSavesTheExemptOnesAndNeverTheChosenOnes) 
 TEST_F(ApplicationLists, AnExemptApplicationStaysThoughItIsChosenNoMore) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.a"}}, {"kAUAppsDisabled", List{"org.d"}}});
-    const auto view = make<AUAppsListView>(kFrame);
+    const auto view = make<AUAppsListView>(kWindow);
     EXPECT_THAT(view->enabled(), ElementsAre("org.a"));
     EXPECT_THAT(view->disabled(), ElementsAre("org.d"));
 }
@@ -266,24 +266,24 @@ TEST_F(ApplicationLists, AnExemptApplicationStaysThoughItIsChosenNoMore) {
 TEST_F(ApplicationLists, AnOrderGivenToTheExemptOnesIsSavedAndGoneAtTheNextBuild) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{{"kAUAppsDisabled", List{"org.a", "org.b", "org.c"}}});
-    const auto first = make<AUAppsListView>(kFrame);
+    const auto first = make<AUAppsListView>(kWindow);
     draw(*first);
     first->tableView().dropRow({1, 0}, {1, 2});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAUAppsDisabled", {"org.b", "org.c", "org.a"})));
-    const auto second = make<AUAppsListView>(kFrame);
+    const auto second = make<AUAppsListView>(kWindow);
     EXPECT_THAT(second->disabled(), ElementsAre("org.a", "org.b", "org.c"));
 }
 
 TEST_F(ApplicationLists, AnIdentifierWithoutANameSortsAsTheEmptyText) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{{"kAUAppsDisabled", List{"org.a", "org.gone"}}});
-    const auto view = make<AUAppsListView>(kFrame);
+    const auto view = make<AUAppsListView>(kWindow);
     EXPECT_THAT(view->disabled(), ElementsAre("org.gone", "org.a"));
 }
 
 TEST_F(ApplicationLists, TheTableFollowsTheViewsSize) {
     tweak.setSettings(Dictionary{});
-    const auto view = make<AppsListView>(kFrame);
+    const auto view = make<AppsListView>(kWindow);
     EXPECT_EQ(view->tableView().autoresizingMask(), 18U);
     view->setFrame(CGRectMake(0, 0, 1024, 700));
     EXPECT_EQ(view->tableView().frame(), CGRectMake(0, 0, 1024, 700));
@@ -292,8 +292,8 @@ TEST_F(ApplicationLists, TheTableFollowsTheViewsSize) {
 TEST_F(ApplicationLists, BothHaveTheSameFooterBeneathTheLastSection) {
     tweak.setSettings(Dictionary{});
     for (const std::shared_ptr<SelectionListView>& view :
-         {std::shared_ptr<SelectionListView>(make<AppsListView>(kFrame)),
-          std::shared_ptr<SelectionListView>(make<AUAppsListView>(kFrame))}) {
+         {std::shared_ptr<SelectionListView>(make<AppsListView>(kWindow)),
+          std::shared_ptr<SelectionListView>(make<AUAppsListView>(kWindow))}) {
         auto& table = view->tableView();
         EXPECT_EQ(view->titleForFooterInSection(table, 0), " ");
         EXPECT_EQ(view->titleForFooterInSection(table, 1), "Swipe left on the lockscreen to see selected apps.");
@@ -304,8 +304,8 @@ TEST_F(ApplicationLists, BothHaveTheSameFooterBeneathTheLastSection) {
 TEST_F(ApplicationLists, ASavedValueThatIsNoListCountsAsNone) {
     installLibrary(kSixApplications);
     tweak.setSettings(Dictionary{{"kAppsEnabled", "org.a"}, {"kAUAppsDisabled", 7}});
-    EXPECT_THAT(make<AppsListView>(kFrame)->enabled(), IsEmpty());
-    EXPECT_THAT(make<AUAppsListView>(kFrame)->disabled(), IsEmpty());
+    EXPECT_THAT(make<AppsListView>(kWindow)->enabled(), IsEmpty());
+    EXPECT_THAT(make<AUAppsListView>(kWindow)->disabled(), IsEmpty());
 }
 
 // The pages that host them

@@ -1,5 +1,6 @@
 #include "pickers/ColorPicker.h"
 
+#include "tests/pickers/Colors.h"
 #include "tests/pickers/Fingers.h"
 
 #include <gtest/gtest.h>
@@ -18,15 +19,9 @@ using platform::make;
 using platform::UIColor;
 using platform::UIColorRef;
 using platform::UIView;
+using tests::dictionary;
+using tests::hsb;
 using tests::touchesAt;
-
-UIColorRef hsb(double hue, double saturation, double brightness) {
-    return UIColor::colorWithHue(hue, saturation, brightness, 1.0);
-}
-
-Dictionary dictionary(double hue, double saturation, double brightness) {
-    return {{"h", hue}, {"s", saturation}, {"b", brightness}};
-}
 
 double before(double edge) {
     return std::nextafter(edge, 0);

@@ -3,6 +3,7 @@
 
 #include "platform/foundation/Class.h"
 #include "tests/pages/RecordingTweak.h"
+#include "tests/pickers/Colors.h"
 #include "tests/pickers/Fingers.h"
 
 #include <gmock/gmock.h>
@@ -32,15 +33,9 @@ using platform::Value;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
+using tests::dictionary;
+using tests::hsb;
 using tests::RecordingTweak;
-
-UIColorRef hsb(double hue, double saturation, double brightness) {
-    return UIColor::colorWithHue(hue, saturation, brightness, 1.0);
-}
-
-Dictionary dictionary(const Value& hue, const Value& saturation, const Value& brightness) {
-    return {{"h", hue}, {"s", saturation}, {"b", brightness}};
-}
 
 Dictionary stored(double hue, double saturation, double brightness) {
     return {{"kLSBlurColor", dictionary(hue, saturation, brightness)}};

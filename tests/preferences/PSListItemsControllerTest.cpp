@@ -10,7 +10,7 @@ using platform::PSSpecifier;
 using platform::selector;
 using platform::Value;
 
-struct Target final : platform::NSObject {
+struct Chooser final : platform::NSObject {
     Value stored;
     int writes = 0;
     Value get(PSSpecifier& /*row*/) { return stored; }
@@ -21,12 +21,12 @@ struct Target final : platform::NSObject {
 };
 
 struct OptionList : testing::Test {
-    Target target;
+    Chooser target;
     std::shared_ptr<PSListItemsController> page = make<PSListItemsController>();
 
     void open(std::vector<Value> values, std::vector<std::string> titles) {
-        auto row = PSSpecifier::preferenceSpecifierNamed("Sleep After", &target, selector(&Target::set),
-                                                         selector(&Target::get), "PSListItemsController",
+        auto row = PSSpecifier::preferenceSpecifierNamed("Sleep After", &target, selector(&Chooser::set),
+                                                         selector(&Chooser::get), "PSListItemsController",
                                                          platform::PSLinkListCell, false);
         row->setValues(std::move(values), titles, titles);
         page->setSpecifier(row);
