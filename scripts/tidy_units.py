@@ -3,11 +3,13 @@
 
     tidy_units.py BUILD_FOLDER FILE…
 
-A file that is in no target, such as a template, is read as if it were in that of its neighbours.
+The analyser looks into source files that another one includes only where that one's name begins with "UnifiedSource", so
+it is given such a copy. A file that is in no target, such as a template, is read as if it were in that of its neighbours.
 """
 import json
 import os
 import re
+import shutil
 import sys
 
 build, ours = sys.argv[1], {os.path.realpath(file) for file in sys.argv[2:]}
@@ -23,6 +25,9 @@ for unit in sorted(units):
             files = {os.path.realpath(included) for included in INCLUDED.findall(file.read())}
     if files & ours:
         seen |= files
+        if unit not in files:
+            folder, name = os.path.split(unit)
+            unit = shutil.copy(unit, os.path.join(folder, name.replace("unity", "UnifiedSource")))
         print(unit)
 for file in sorted(ours - seen):
     print(file)
