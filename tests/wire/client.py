@@ -1,0 +1,108 @@
+#!/usr/bin/env python3
+"""A client written after docs/ports.md alone.
+
+    Client(folder).settings()                           # all of them
+    Client(folder).set("kSleepTime", 30)                # None, or why it was refused
+
+and as a program, which exits with 1 when something fails:
+
+    client.py get [KEY]
+    client.py set KEY JSON
+"""
+import argparse
+import socket
+import struct
+import sys
+import time
+
+import forms
+import wire
+
+PATIENCE = 1.0  # seconds to connect and write, and as many again for the reply
+
+
+class NoAnswer(Exception):
+    """Nobody answered in time, or what came is no answer."""
+
+
+class Client:
+    """Asks and tells the tweak of a ports folder, over a connection for each message. Any thread may call."""
+
+    def __init__(self, folder):
+        self._folder = folder
+
+    def settings(self):
+        body = self._exchange(wire.REQUEST_SETTINGS, None)
+        try:
+            settings = wire.unarchive(body or b"")
+        except wire.NotAnArchive as error:
+            raise NoAnswer(str(error)) from error
+        if type(settings) is not dict:
+            raise NoAnswer("the settings are no dictionary")
+        return settings
+
+    def set(self, key, value):
+        """None, or the line that says why the tweak refuses. What is no such line is no refusal."""
+        body = self._exchange(wire.UPDATE_SETTINGS, wire.archive({"object": {"key": key, "object": value}}))
+        try:
+            answer = wire.unarchive(body or b"")
+        except wire.NotAnArchive:
+            return None
+        return answer.get("error") if type(answer) is dict else None
+
+    def _exchange(self, name, body):
+        try:
+            with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as connection:
+                end = time.monotonic() + PATIENCE
+                # With a time-out of Python's own, connect() would not wait for a place in a full backlog.
+                connection.setsockopt(socket.SOL_SOCKET, socket.SO_SNDTIMEO, struct.pack("@ll", 1, 0))
+                connection.connect(wire.socket_path(self._folder, name))
+                if not wire.is_ours(connection):
+                    raise NoAnswer("the port is somebody else's")
+                connection.settimeout(_left(end))
+                connection.sendall(wire.frame(body))
+                end = time.monotonic() + PATIENCE
+
+                def receive(length):
+                    connection.settimeout(_left(end))
+                    return connection.recv(length)
+                return wire.read_frame(receive)
+        except (OSError, EOFError, wire.NotAFrame) as error:
+            raise NoAnswer(f"no answer from the tweak: {error!r}") from error
+
+
+def _left(end):
+    left = end - time.monotonic()
+    if left <= 0:
+        raise TimeoutError("the time is over")
+    return left
+
+
+def main():
+    parser = argparse.ArgumentParser(description="Reads and changes the tweak's settings, as JSON.")
+    commands = parser.add_subparsers(dest="command", required=True)
+    get = commands.add_parser("get")
+    get.add_argument("key", nargs="?")
+    change = commands.add_parser("set")
+    change.add_argument("key")
+    change.add_argument("value", type=forms.load, metavar="JSON")
+    options = parser.parse_args()
+    client = Client(wire.ports_folder())
+    try:
+        if options.command == "set":
+            if refused := client.set(options.key, options.value):
+                sys.exit(f"client.py: {refused}")
+            return
+        settings = client.settings()
+    except (NoAnswer, TypeError, ValueError, OverflowError) as error:
+        sys.exit(f"client.py: {error}")
+    if options.key is None:
+        print(forms.dump(settings, indent=2))
+    elif options.key in settings:
+        print(forms.dump(settings[options.key], indent=2))
+    else:
+        sys.exit(f"client.py: {options.key} is not set")
+
+
+if __name__ == "__main__":
+    main()

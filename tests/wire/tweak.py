@@ -1,0 +1,104 @@
+#!/usr/bin/env python3
+"""A tweak written after docs/ports.md alone. In a test it remembers what it is told:
+
+    with Tweak(folder, {"kSleepTime": 30}) as tweak:
+        ...                                             # tweak.settings, tweak.changes
+
+and as a program it keeps its settings on disk, as JSON:
+
+    tweak.py [--settings FILE.json]
+"""
+import argparse
+import os
+import signal
+import sys
+import threading
+
+import forms
+import wire
+
+
+class Tweak:
+    """Holds both ports from with to its end. keep(settings), if given, is called before a change is answered.
+
+    Each client is served by a thread of its own; one change is taken at a time.
+    """
+
+    def __init__(self, folder, settings, keep=None):
+        self.settings, self.changes = settings, []
+        self._folder, self._keep = folder, keep
+        self._lock, self._ports = threading.Lock(), []
+
+    def __enter__(self):
+        try:
+            for name, answer in ((wire.UPDATE_SETTINGS, self._update), (wire.REQUEST_SETTINGS, self._request)):
+                self._ports.append(wire.Port(self._folder, name, answer))
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        while self._ports:
+            self._ports.pop().close()
+
+    def _request(self, _):
+        with self._lock:
+            return wire.archive(self.settings)
+
+    def _update(self, body):
+        try:
+            change = wire.unarchive(body or b"")["object"]
+            key, value = change["key"], change["object"]
+        except (wire.NotAnArchive, LookupError, TypeError) as error:
+            return self._refuse(f"that is no change: {error}")
+        if type(key) is not str:
+            return self._refuse("the key is no text")
+        with self._lock:
+            self.changes.append((key, value))
+            self.settings[key] = value
+            if self._keep:
+                try:
+                    self._keep(self.settings)
+                except OSError as error:
+                    return self._refuse(f"the settings cannot be kept: {error}")
+        return None
+
+    @staticmethod
+    def _refuse(why):
+        return wire.archive({"error": why})
+
+
+def keep_in(path):
+    """What writes settings into a file, anew each time, so that nobody reads half of them."""
+    def keep(settings):
+        with open(path + ".new", "w", encoding="utf-8") as file:
+            file.write(forms.dump(settings, indent=2) + "\n")
+        os.rename(path + ".new", path)
+    return keep
+
+
+def kept_in(path):
+    try:
+        with open(path, encoding="utf-8") as file:
+            return forms.load(file.read())
+    except FileNotFoundError:
+        return {}
+
+
+def main():
+    parser = argparse.ArgumentParser(description="A tweak that keeps its settings as JSON, until SIGTERM or SIGINT.")
+    parser.add_argument("--settings", metavar="FILE.json", default="settings.json")
+    path = parser.parse_args().settings
+    ends = {signal.SIGTERM, signal.SIGINT}
+    signal.pthread_sigmask(signal.SIG_BLOCK, ends)  # before there are threads, which take this over
+    try:
+        with Tweak(wire.ports_folder(), kept_in(path), keep_in(path)):
+            print("tweak.py: ready", flush=True)
+            signal.sigwait(ends)
+    except (OSError, ValueError) as error:
+        sys.exit(f"tweak.py: {error}")
+
+
+if __name__ == "__main__":
+    main()
