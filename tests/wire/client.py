@@ -66,7 +66,7 @@ class Client:
                 def receive(length):
                     connection.settimeout(_left(end))
                     return connection.recv(length)
-                return wire.read_frame(receive)
+                return wire.read_frame(receive)[1]
         except (OSError, EOFError, wire.NotAFrame) as error:
             raise NoAnswer(f"no answer from the tweak: {error!r}") from error
 

@@ -5,7 +5,9 @@
 import base64
 import json
 import math
+from datetime import datetime
 
+import wire
 from wire import Date
 
 
@@ -42,6 +44,8 @@ def _whole(value):
         if key == "$data":
             return base64.b64decode(content, validate=True)
         if key == "$date":
+            if isinstance(content, str):
+                return Date((datetime.fromisoformat(content) - wire.EPOCH).total_seconds())
             return Date(float(content))
         if key == "$real":
             return float(content)

@@ -19,7 +19,7 @@ import wire
 
 
 class Tweak:
-    """Holds both ports from with to its end. keep(settings), if given, is called before a change is answered.
+    """Holds both ports from with to its end. keep(settings), if given, puts a change on disk before it is taken.
 
     Each client is served by a thread of its own; one change is taken at a time.
     """
@@ -54,14 +54,16 @@ class Tweak:
             return self._refuse(f"that is no change: {error}")
         if type(key) is not str:
             return self._refuse("the key is no text")
+        if value is None:
+            return self._refuse("nothing takes a key away")
         with self._lock:
-            self.changes.append((key, value))
-            self.settings[key] = value
             if self._keep:
                 try:
-                    self._keep(self.settings)
+                    self._keep({**self.settings, key: value})
                 except OSError as error:
                     return self._refuse(f"the settings cannot be kept: {error}")
+            self.changes.append((key, value))
+            self.settings[key] = value
         return None
 
     @staticmethod

@@ -14,6 +14,7 @@ import stat
 import struct
 import threading
 from dataclasses import dataclass
+from datetime import datetime, timezone
 from itertools import count
 
 REQUEST_SETTINGS = "com.nevo.lumora/requestTweakSettings"
@@ -22,11 +23,14 @@ UPDATE_SETTINGS = "com.nevo.lumora/updateSettings"
 
 # -- keyed archives --
 
+EPOCH = datetime(2001, 1, 1, tzinfo=timezone.utc)
+
+
 @dataclass(frozen=True)
 class Date:
     """A moment, exactly as it travels."""
 
-    seconds: float  # since 2001-01-01 UTC
+    seconds: float  # since EPOCH
 
 
 def archive(value):
@@ -119,10 +123,6 @@ def _property_list(objects, root, classes):
             texts[words] = next(numbers)
         return texts[words]
 
-    def nested(parts):
-        """Numbers for the lists and data within one object, which follow it in the file."""
-        return [(next(numbers), part) for part in parts]
-
     for index in range(1, len(objects)):
         uid(index)
     keys = [text(key) for key in ("$version", "$archiver", "$top", "$objects")]
@@ -142,7 +142,7 @@ def _property_list(objects, root, classes):
             written.append((listed, _head(10, 2), [text(content), text("NSObject")]))
         else:
             keys = [text(key) for key in (*content, "$class")]
-            parts = nested(content.values())
+            parts = [(next(numbers), part) for part in content.values()]  # they follow their object
             written.append((number, _head(13, len(keys)), [*keys, *(place for place, _ in parts), uid(classes[kind])]))
             for place, part in parts:
                 if isinstance(part, bytes):
@@ -172,7 +172,9 @@ class NotAnArchive(ValueError):
     """Bytes that are no keyed archive, or one that swells beyond what its size allows."""
 
 
-DEEPEST = 100  # dictionaries and lists within each other
+CONTENTS = {"NSString": ("NS.string", (str,)), "NSData": ("NS.data", (bytes,)), "NSDate": ("NS.time", (float, int))}
+KINDS = {"NSDictionary", "NSArray", "NSNull", *CONTENTS}
+DEEPEST = 128  # dictionaries and lists within each other
 
 
 def unarchive(data):
@@ -210,14 +212,22 @@ class _Reader:
             return None
         if type(found) in (bool, float, str, bytes):
             return found
+        if type(found) is datetime:
+            return Date((found.replace(tzinfo=timezone.utc) - EPOCH).total_seconds())
         if type(found) is int and -1 << 63 <= found < 1 << 63:
             return found
         if type(found) is not dict or depth == DEEPEST:
             raise NotAnArchive("an object of no known kind, or too deep")
-        return self.made(self.at(found["$class"])["$classname"], found, depth + 1)
+        return self.made(self.kind(self.at(found["$class"])), found, depth + 1)
 
-    def made(self, classname, found, depth):
-        kind = classname.replace("NSMutable", "NS", 1)
+    def kind(self, described):
+        """What is known of an object's class, or else of the nearest one that it derives from."""
+        for name in (described["$classname"], *described.get("$classes", ())):
+            if (known := name.replace("NSMutable", "NS", 1)) in KINDS:
+                return known
+        raise NotAnArchive("an object of an unknown class")
+
+    def made(self, kind, found, depth):
         if kind == "NSDictionary":
             keys = [self.value(key, depth) for key in found["NS.keys"]]
             values = [self.value(item, depth) for item in found["NS.objects"]]
@@ -228,11 +238,12 @@ class _Reader:
             return [self.value(item, depth) for item in found["NS.objects"]]
         if kind == "NSNull":
             return None
-        field, kinds = {"NSString": ("NS.string", (str,)), "NSData": ("NS.data", (bytes,)),
-                        "NSDate": ("NS.time", (float, int))}[kind]
+        field, kinds = CONTENTS[kind]
         content = found[field]
+        if type(content) is plistlib.UID:
+            content = self.at(content)
         if type(content) not in kinds:
-            raise NotAnArchive(f"{classname} without {field}")
+            raise NotAnArchive(f"an {kind} without {field}")
         return Date(float(content)) if kind == "NSDate" else content
 
 
@@ -255,7 +266,7 @@ def frame(body):
 
 
 def read_frame(receive):
-    """The body of the next frame; EOFError where the other side is done. receive(N) yields up to N bytes, as recv does."""
+    """Id and body of the next frame; EOFError where the other side is done. receive(N) yields up to N bytes, as recv."""
     def read(length):
         data = bytearray()
         while len(data) < length:
@@ -270,11 +281,11 @@ def read_frame(receive):
         if end.args == (0,):
             raise
         raise NotAFrame("a header that ends early") from end
-    magic, _, length = HEADER.unpack(header)
+    magic, message, length = HEADER.unpack(header)
     if magic != b"LMP1" or not NO_BODY <= length <= LONGEST:
         raise NotAFrame("a header of another kind")
     try:
-        return None if length == NO_BODY else read(length)
+        return message, None if length == NO_BODY else read(length)
     except EOFError as end:
         raise NotAFrame("a body that ends early") from end
 
@@ -394,7 +405,8 @@ class Port:
     def _serve(self, connection):
         try:
             while True:
-                connection.sendall(frame(self._answer(read_frame(connection.recv))))
+                message, body = read_frame(connection.recv)
+                connection.sendall(frame(self._answer(body) if message == 0 else None))
         except (EOFError, NotAFrame, OSError):
             pass  # Whoever is no longer there, or speaks otherwise, is told nothing.
         finally:

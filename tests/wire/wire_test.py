@@ -18,6 +18,7 @@ import tempfile
 import threading
 import time
 import unittest
+from datetime import datetime
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
@@ -82,13 +83,30 @@ class ArchiveTest(unittest.TestCase):
             return {"$classname": name, "$classes": [name, "NSObject"]}
         objects = ["$null", {"NS.keys": [uid(2)], "NS.objects": [uid(4)], "$class": uid(10)},
                    {"NS.string": "key", "$class": uid(11)}, b"raw",
-                   {"NS.objects": [uid(0), uid(5), uid(6), uid(7), uid(3)], "$class": uid(12)}, {"$class": uid(13)},
-                   {"NS.data": b"Lo", "$class": uid(14)}, {"NS.time": 5, "$class": uid(15)}, "", "",
-                   *map(classed, ("NSMutableDictionary", "NSMutableString", "NSMutableArray", "NSNull",
-                                  "NSMutableData", "NSDate"))]
+                   {"NS.objects": [*map(uid, (0, 5, 6, 7, 8, 3))], "$class": uid(12)}, {"$class": uid(13)},
+                   {"NS.data": uid(3), "$class": uid(14)}, {"NS.time": 5, "$class": uid(15)},
+                   datetime(2001, 1, 2), "",
+                   {"$classname": "OwnDictionary", "$classes": ["OwnDictionary", "NSMutableDictionary", "NSObject"]},
+                   *map(classed, ("NSMutableString", "NSMutableArray", "NSNull", "NSMutableData", "NSDate"))]
         data = plistlib.dumps({"$version": 100000, "$archiver": "NSKeyedArchiver", "$top": {"root": uid(1)},
                                "$objects": objects}, fmt=plistlib.FMT_BINARY)
-        self.assertEqual(exactly(wire.unarchive(data)), exactly({"key": [None, None, b"Lo", Date(5.0), b"raw"]}))
+        self.assertEqual(exactly(wire.unarchive(data)),
+                         exactly({"key": [None, None, b"raw", Date(5.0), Date(86400.0), b"raw"]}))
+        real = subprocess.run([program("lumoractl"), "unarchive"], input=data, capture_output=True,
+                              timeout=LONG_ENOUGH, check=True)
+        self.assertEqual(exactly(forms.load(real.stdout)), exactly(wire.unarchive(data)))
+
+    def test_reads_as_deep_as_the_document_says_and_no_deeper(self):
+        value = []
+        for _ in range(127):
+            value = [value]
+        self.assertEqual(wire.unarchive(wire.archive(value)), value)
+        for deep, works in ((value, True), ([value], False)):
+            real = subprocess.run([program("lumoractl"), "unarchive"], input=wire.archive(deep), capture_output=True,
+                                  timeout=LONG_ENOUGH, check=False)
+            self.assertEqual(real.returncode == 0, works, real.stderr)
+        with self.assertRaises(wire.NotAnArchive):
+            wire.unarchive(wire.archive([value]))
 
     def test_refuses_what_is_no_archive_whatever_it_is(self):
         good = wire.archive(ALL_KINDS)
@@ -268,7 +286,7 @@ class FramesTest(PortsTest):
     def replies(self, connection):
         while True:
             try:
-                yield wire.read_frame(connection.recv)
+                yield wire.read_frame(connection.recv)[1]
             except EOFError:
                 return
 
@@ -300,6 +318,13 @@ class FramesTest(PortsTest):
                 self.assertEqual(connection.recv(1), b"", header)
             self.assertTrue(self.client.settings())
 
+    def test_answers_a_request_with_another_id_without_a_body(self):
+        for _ in self.both_tweaks():
+            for name in (wire.REQUEST_SETTINGS, wire.UPDATE_SETTINGS):
+                connection = self.connected(name)
+                connection.sendall(wire.HEADER.pack(b"LMP1", 7, wire.NO_BODY))
+                self.assertEqual(wire.read_frame(connection.recv), (0, None))
+
     def test_tells_no_body_from_an_empty_one(self):
         port = wire.Port(self.ports, "test/echo", lambda body: body)
         self.addCleanup(port.close)
@@ -307,7 +332,7 @@ class FramesTest(PortsTest):
         for body in (None, b"", b"a" * (1 << 20)):
             sender = threading.Thread(target=connection.sendall, args=(wire.frame(body),))
             sender.start()
-            self.assertEqual(wire.read_frame(connection.recv), body)
+            self.assertEqual(wire.read_frame(connection.recv), (0, body))
             sender.join()
 
     def test_serves_others_while_one_is_silent(self):
@@ -417,7 +442,8 @@ class ClientTest(PortsTest):
 
     def test_is_told_why_a_change_is_refused(self):
         before = self.client.settings()
-        for key, value in (("kSleepTime", "soon"), ("kTweakEnabled", 1), ("kAppsPerRow", 9), ("kLSBlurColor", {"h": 0.5})):
+        for key, value in (("kSleepTime", "soon"), ("kTweakEnabled", 1), ("kLSDateSubtitle", None),
+                           ("kLSBlurColor", {"h": 0.5, "s": 0.5, "b": 1.5}), ("kAppsEnabled", ["a", 1])):
             why = self.client.set(key, value)
             self.assertIsInstance(why, str, key)
             self.assertIn(key, why)
@@ -444,7 +470,7 @@ class ClientTest(PortsTest):
         self.assertEqual(run("get", "kSleepTime").stdout, "60\n")
         self.assertIs(forms.load(run("get").stdout)["kTweakEnabled"], True)
         self.assertEqual(run("get", "org.test.none").returncode, 1)
-        refused = run("set", "kSleepTime", "61")
+        refused = run("set", "kSleepTime", "true")
         self.assertEqual(refused.returncode, 1)
         self.assertIn("kSleepTime", refused.stderr)
 
