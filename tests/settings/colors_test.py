@@ -6,14 +6,17 @@
 Needs what spoken.py needs.
 """
 import ctypes
+import os
 import sys
 import unittest
+
+sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "wire"))
 
 import pyatspi
 from gi.repository import GLib
 
-from recording_tweak import RecordingTweak
 from spoken import Spoken
+from tweak import Tweak
 from window import HEIGHT, LONG_ENOUGH, WIDTH, eventually
 
 BAR = 52  # the navigation bar, above the page
@@ -59,7 +62,7 @@ class ColorsTest(Spoken):
 
     def open_page(self, colour):
         settings = {"kLSBlurColor": colour} if colour else {}
-        self.tweak = self.enterContext(RecordingTweak(self.environment["LUMORA_PORTS"], settings))
+        self.tweak = self.enterContext(Tweak(self.environment["LUMORA_PORTS"], settings))
         self.xdotool("mousemove", "1200", "1000")
         window = self.open_window("--page", "ColorPickerController")
         eventually(lambda: "Brightness" in self.sliders(window), "the colour control")

@@ -18,7 +18,7 @@ import time
 import forms
 import wire
 
-PATIENCE = 1.0  # seconds to connect and write, and as many again for the reply
+PATIENCE = 1  # seconds to connect and write, and as many again for the reply
 
 
 class NoAnswer(Exception):
@@ -28,8 +28,8 @@ class NoAnswer(Exception):
 class Client:
     """Asks and tells the tweak of a ports folder, over a connection for each message. Any thread may call."""
 
-    def __init__(self, folder):
-        self._folder = folder
+    def __init__(self, folder, patience=PATIENCE):
+        self._folder, self._patience = folder, patience
 
     def settings(self):
         body = self._exchange(wire.REQUEST_SETTINGS, None)
@@ -53,15 +53,15 @@ class Client:
     def _exchange(self, name, body):
         try:
             with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as connection:
-                end = time.monotonic() + PATIENCE
+                end = time.monotonic() + self._patience
                 # With a time-out of Python's own, connect() would not wait for a place in a full backlog.
-                connection.setsockopt(socket.SOL_SOCKET, socket.SO_SNDTIMEO, struct.pack("@ll", 1, 0))
+                connection.setsockopt(socket.SOL_SOCKET, socket.SO_SNDTIMEO, struct.pack("@ll", int(self._patience), 0))
                 connection.connect(wire.socket_path(self._folder, name))
                 if not wire.is_ours(connection):
                     raise NoAnswer("the port is somebody else's")
                 connection.settimeout(_left(end))
                 connection.sendall(wire.frame(body))
-                end = time.monotonic() + PATIENCE
+                end = time.monotonic() + self._patience
 
                 def receive(length):
                     connection.settimeout(_left(end))

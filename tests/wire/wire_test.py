@@ -148,7 +148,7 @@ class PortsTest(unittest.TestCase):
         self.folder = tempfile.mkdtemp(prefix="wire-")
         self.addCleanup(shutil.rmtree, self.folder, True)
         self.ports = os.path.join(self.folder, "ports")
-        self.client = Client(self.ports)
+        self.client = Client(self.ports, LONG_ENOUGH)  # this machine may be busy
         self.environment = {**{name: value for name, value in os.environ.items() if not name.startswith("LUMORA_")},
                             "LUMORA_PORTS": self.ports}
 
@@ -345,6 +345,10 @@ class FramesTest(PortsTest):
 class SilenceTest(PortsTest):
     """A client, and receivers that are not as they should be."""
 
+    def setUp(self):
+        super().setUp()
+        self.client = Client(self.ports)
+
     def listen(self, backlog=5):
         os.makedirs(self.ports + "/com.nevo.lumora", 0o700)
         listener = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
@@ -455,7 +459,7 @@ class ClientTest(PortsTest):
 
     def test_is_served_among_two_hundred_at_once(self):
         def change(number):
-            own = Client(self.ports)
+            own = Client(self.ports, LONG_ENOUGH)
             refused = own.set(f"org.test.{number}", number)
             return refused or own.settings()[f"org.test.{number}"]
         with concurrent.futures.ThreadPoolExecutor(200) as pool:
@@ -514,7 +518,7 @@ class TweakTest(PortsTest):
 
     def test_serves_two_hundred_at_once(self):
         with Tweak(self.ports, {}) as tweak, concurrent.futures.ThreadPoolExecutor(200) as pool:
-            answers = list(pool.map(lambda number: Client(self.ports).set(f"key {number}", number), range(200)))
+            answers = list(pool.map(lambda number: self.client.set(f"key {number}", number), range(200)))
             self.assertEqual(answers, [None] * 200)
             self.assertEqual(sorted(value for _, value in tweak.changes), list(range(200)))
 
