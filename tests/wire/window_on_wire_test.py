@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""The whole Settings application on a tweak of another language: it shows the same as on lumora-tweak, and what is changed
-in its window arrives on that tweak's disk, with the kind that docs/ports.md names.
+"""The whole Settings application on a tweak of another language: it shows the same as on lumora-tweak, and what is
+changed in its window arrives on that tweak's disk, with the kind that docs/ports.md names.
 
     dbus-run-session -- window_on_wire_test.py [-v] BINARIES DEVICE_ROOT
 

@@ -54,7 +54,8 @@ def archive(value):
     def text(words):
         if type(words) is not str:
             raise TypeError(f"the key {words!r} is no text")
-        return add((str, words), ("text", words))
+        # A long text that is shared would stand for more than its archive's length allows.
+        return add((str, words) if len(words) <= 16 else (str, len(objects)), ("text", words))
 
     def encode(it):
         kind = type(it)
@@ -183,7 +184,7 @@ def unarchive(data):
         document = plistlib.loads(data, fmt=plistlib.FMT_BINARY)
         if document["$archiver"] != "NSKeyedArchiver" or document["$version"] != 100000:
             raise NotAnArchive("an archive of another kind")
-        return _Reader(document["$objects"], 1000 + 16 * len(data)).value(document["$top"]["root"])
+        return _Reader(document["$objects"], len(data)).value(document["$top"]["root"])
     except NotAnArchive:
         raise
     except (plistlib.InvalidFileException, LookupError, TypeError, ValueError, AttributeError, RecursionError) as error:
@@ -193,16 +194,18 @@ def unarchive(data):
 class _Reader:
     """Follows the numbers of one archive."""
 
-    def __init__(self, objects, budget):
-        self.objects, self.budget = objects, budget
+    def __init__(self, objects, length):
+        self.objects = objects
+        self.values, self.bytes = 4096 + 4 * length, (1 << 20) + 64 * length  # that may still come
 
     def at(self, uid):
         """The object that is numbered, paid for."""
         if type(uid) is not plistlib.UID:
             raise NotAnArchive("a UID is missing")
         found = self.objects[uid.data]
-        self.budget -= 1 + (len(found) if isinstance(found, (str, bytes)) else 0)
-        if self.budget < 0:
+        self.values -= 1
+        self.bytes -= len(found) if isinstance(found, (str, bytes)) else 0
+        if self.values < 0 or self.bytes < 0:
             raise NotAnArchive("it holds more than its size allows")
         return found
 
@@ -266,7 +269,7 @@ def frame(body):
 
 
 def read_frame(receive):
-    """Id and body of the next frame; EOFError where the other side is done. receive(N) yields up to N bytes, as recv."""
+    """Id and body of the next frame; EOFError where the other side is done. receive(N) yields up to N bytes."""
     def read(length):
         data = bytearray()
         while len(data) < length:

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""A tweak and a client in another language, written after docs/ports.md alone, with the real lumora-tweak and lumoractl.
+"""A tweak and a client in another language, written after docs/ports.md, with the real lumora-tweak and lumoractl.
 
     wire_test.py [-v] BINARIES DEVICE_ROOT
 """
 import concurrent.futures
+import fcntl
 import math
 import os
 import plistlib
@@ -36,8 +37,8 @@ DOCUMENT = (HERE.parents[1] / "docs" / "ports.md").read_text(encoding="utf-8")
 
 ALL_KINDS = {
     "yes": True, "no": False, "one": 1, "one real": 1.0, "nothing": 0, "nothing real": 0.0, "below nothing": -0.0,
-    "least": -1 << 63, "most": (1 << 63) - 1, "infinite": math.inf, "words": "Grüße 𝄞", "no words": "", "$null": "$null",
-    "data": bytes(range(256)), "no data": b"", "date": Date(760000000.25), "list": [1, True, 1.0, "1", [], {}],
+    "least": -1 << 63, "most": (1 << 63) - 1, "infinite": math.inf, "words": "Grüße 𝄞", "no words": "",
+    "$null": "$null", "data": bytes(range(256)), "no data": b"", "date": Date(760000000.25), "list": [1, True, 1.0, "1", [], {}],
     "dictionary": {"b": 1, "a": {"deep": [[["er"]]]}}, "many": {f"key {i}": i for i in range(400)},
 }
 
@@ -132,6 +133,15 @@ class ArchiveTest(unittest.TestCase):
                                    "$objects": objects}, fmt=plistlib.FMT_BINARY)
             with self.assertRaises(wire.NotAnArchive):
                 wire.unarchive(data)
+
+    def test_writes_long_equal_texts_so_that_others_read_them(self):
+        value = [{"a" * size: "ä𝄞" * size for size in (5, 16, 17, 50, 1000)}] * 2000
+        real = subprocess.run([program("lumoractl"), "unarchive"], input=wire.archive(value), capture_output=True,
+                              timeout=LONG_ENOUGH, check=True)
+        self.assertEqual(forms.load(real.stdout), value)
+        theirs = subprocess.run([program("lumoractl"), "archive"], input=forms.dump(value).encode(),
+                                capture_output=True, timeout=LONG_ENOUGH, check=True)
+        self.assertEqual(wire.unarchive(theirs.stdout), value)
 
     def test_archives_nothing_that_has_no_form(self):
         for value in ({1: 2}, (1,), {"a": object()}):
@@ -238,6 +248,20 @@ class PlaceTest(PortsTest):
             with self.assertRaises(wire.NameTaken):
                 Tweak(self.ports, {}).__enter__()
             self.assertEqual(self.client.settings(), {"a": 1})
+
+    def test_opens_no_port_while_the_lock_is_held_or_is_a_link(self):
+        os.makedirs(self.ports + "/com.nevo.lumora", 0o700)
+        path = wire.socket_path(self.ports, wire.UPDATE_SETTINGS)
+        with open(path + ".lock", "w", encoding="ascii") as lock:
+            fcntl.flock(lock, fcntl.LOCK_EX)
+            with self.assertRaises(wire.NameTaken):
+                wire.Port(self.ports, wire.UPDATE_SETTINGS, lambda body: None)
+        os.unlink(path + ".lock")
+        os.symlink(self.folder + "/elsewhere", path + ".lock")
+        with self.assertRaises(OSError):
+            wire.Port(self.ports, wire.UPDATE_SETTINGS, lambda body: None)
+        self.assertEqual(os.listdir(self.ports + "/com.nevo.lumora"), ["updateSettings.lock"])
+        self.assertFalse(os.path.exists(self.folder + "/elsewhere"))
 
     def test_leaves_alone_what_is_no_socket_or_still_lives(self):
         os.makedirs(self.ports + "/com.nevo.lumora", 0o700)
