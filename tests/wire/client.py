@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""A client written after docs/ports.md alone.
+"""A client written after docs/ports.md.
 
     Client(folder).settings()                           # all of them
     Client(folder).set("kSleepTime", 30)                # None, or why it was refused

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""A tweak written after docs/ports.md alone. In a test it remembers what it is told:
+"""A tweak written after docs/ports.md. In a test it remembers what it is told:
 
     with Tweak(folder, {"kSleepTime": 30}) as tweak:
         ...                                             # tweak.settings, tweak.changes

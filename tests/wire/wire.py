@@ -1,4 +1,4 @@
-"""The ports and what travels over them, written after docs/ports.md alone: archives, frames, and who holds a name.
+"""The ports and what travels over them, written after docs/ports.md: archives, frames, and who holds a name.
 
     archive({"key": "kSleepTime", "object": 30})    # the bytes of a keyed archive
     unarchive(data)                                 # and back; None is nil

@@ -38,7 +38,8 @@ DOCUMENT = (HERE.parents[1] / "docs" / "ports.md").read_text(encoding="utf-8")
 ALL_KINDS = {
     "yes": True, "no": False, "one": 1, "one real": 1.0, "nothing": 0, "nothing real": 0.0, "below nothing": -0.0,
     "least": -1 << 63, "most": (1 << 63) - 1, "infinite": math.inf, "words": "Grüße 𝄞", "no words": "",
-    "$null": "$null", "data": bytes(range(256)), "no data": b"", "date": Date(760000000.25), "list": [1, True, 1.0, "1", [], {}],
+    "$null": "$null", "data": bytes(range(256)), "no data": b"", "date": Date(760000000.25),
+    "list": [1, True, 1.0, "1", [], {}],
     "dictionary": {"b": 1, "a": {"deep": [[["er"]]]}}, "many": {f"key {i}": i for i in range(400)},
 }
 
