@@ -1,0 +1,126 @@
+#include "Differences.h"
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <ostream>
+
+namespace tests {
+
+using namespace std::string_literals;
+using platform::Data;
+using platform::Date;
+using platform::Dictionary;
+using platform::List;
+using platform::Value;
+
+namespace {
+
+/// The value with a change made to all that is no container, keys too, in the order of its form.
+Value changed(const Value& value, const std::function<Value(const Value&)>& change) {
+    if (const List* list = value.list()) {
+        List entries;
+        for (const Value& entry : *list)
+            entries.push_back(changed(entry, change));
+        return entries;
+    }
+    if (const Dictionary* dictionary = value.dictionary()) {
+        std::vector<Dictionary::Entry> entries;
+        for (const auto& [key, entry] : *dictionary) {
+            const Value changedKey = change(key);
+            entries.emplace_back(*changedKey.text(), changed(entry, change));
+        }
+        return Dictionary(std::move(entries));
+    }
+    return change(value);
+}
+
+Value withTextsCutAtNul(const Value& value) {
+    return changed(value, [](const Value& leaf) {
+        return leaf.text() == nullptr ? leaf : Value(leaf.text()->substr(0, leaf.text()->find('\0')));
+    });
+}
+
+Value withAsciiTextsCutAtNul(const Value& value) {
+    return changed(value, [](const Value& leaf) {
+        const bool ascii = leaf.text() != nullptr && std::ranges::none_of(*leaf.text(), [](char c) { return c < 0; });
+        return ascii ? withTextsCutAtNul(leaf) : leaf;
+    });
+}
+
+Value withOtherTextForNull(const Value& value) {
+    return changed(value, [](const Value& leaf) { return leaf == Value("$null") ? Value("no $null") : leaf; });
+}
+
+/// Zeros of both signs are one number to those who share equal ones: that which comes first.
+Value withZerosLikeTheFirst(const Value& value) {
+    std::optional<double> first;
+    return changed(value, [&](const Value& leaf) {
+        const double number = leaf.date() ? leaf.date()->seconds : leaf.real().value_or(1);
+        if (number != 0) return leaf;
+        if (!first) first = number;
+        return leaf.date() ? Value(Date{*first}) : Value(*first);
+    });
+}
+
+/// nil alone is no entry of anything.
+Value withTextForNilInside(const Value& value) {
+    if (value.isNil()) return value;
+    return changed(value, [](const Value& leaf) { return leaf.isNil() ? Value("no nil") : leaf; });
+}
+
+Value withTextForData(const Value& value) {
+    return changed(value, [](const Value& leaf) { return leaf.data() != nullptr ? Value("no data") : leaf; });
+}
+
+Value inOrderOfKeys(const Value& value) {
+    if (const List* list = value.list()) {
+        List entries;
+        for (const Value& entry : *list)
+            entries.push_back(inOrderOfKeys(entry));
+        return entries;
+    }
+    if (const Dictionary* dictionary = value.dictionary()) {
+        std::vector<Dictionary::Entry> entries;
+        for (std::size_t place = 0; place < dictionary->size(); ++place)
+            entries.emplace_back(dictionary->inKeyOrder(place).first,
+                                 inOrderOfKeys(dictionary->inKeyOrder(place).second));
+        return Dictionary(std::move(entries));
+    }
+    return value;
+}
+
+} // namespace
+
+const std::vector<Difference>& differences() {
+    using enum Direction;
+    using enum Difference::Effect;
+    static const std::vector<Difference> all{
+        {"gnustep", theyRead, "DictionariesHaveAnOrderOfTheirOwn", reorders, inOrderOfKeys,
+         Dictionary{{"b", 1}, {"a", 2}, {"c", 3}}},
+        {"gnustep", theyRead, "NilInsideIsRefused", excludes, withTextForNilInside, List{Value()}},
+        {"gnustep", theyRead, "TheTextNullIsReadAsNil", excludes, withOtherTextForNull, List{"$null"}},
+        {"gnustep", theyRead, "DataIsReadAsNil", excludes, withTextForData, List{Data{1}}},
+        {"gnustep", theyWrite, "DictionariesHaveAnOrderOfTheirOwn", reorders, inOrderOfKeys,
+         Dictionary{{"b", 1}, {"a", 2}, {"c", 3}}},
+        {"gnustep", theyWrite, "ZerosOfBothSignsAreOne", excludes, withZerosLikeTheFirst, List{0.0, -0.0}},
+        {"libplist", theyRead, "AsciiTextsEndAtNul", changes, withAsciiTextsCutAtNul, "a\0b"s},
+        {"libplist", theyWrite, "TextsEndAtNul", changes, withTextsCutAtNul, "a\0b"s},
+        {"plistlib", theyWrite, "ZerosOfBothSignsAreOne", changes, withZerosLikeTheFirst, List{0.0, -0.0}},
+    };
+    return all;
+}
+
+Value normalised(const Value& value, const std::string& peer, Direction direction, Difference::Effect effect) {
+    Value result = value;
+    for (const Difference& difference : differences())
+        if (difference.peer == peer && difference.direction == direction && difference.effect == effect)
+            result = difference.normalised(result);
+    return result;
+}
+
+void PrintTo(const Difference& difference, std::ostream* stream) {
+    *stream << difference.peer << ": " << difference.name;
+}
+
+} // namespace tests

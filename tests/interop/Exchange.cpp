@@ -1,0 +1,68 @@
+#include "Exchange.h"
+
+#include "Form.h"
+
+#include "platform/foundation/NSKeyedArchiver.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace tests {
+
+using platform::NSKeyedArchiver;
+using platform::NSKeyedUnarchiver;
+using platform::Value;
+using Effect = Difference::Effect;
+
+namespace {
+
+std::string readByUs(const std::string& hex) {
+    const auto archive = bytesOf(hex);
+    if (!archive) return hex;
+    const auto value = NSKeyedUnarchiver::unarchive(*archive);
+    return value ? form(value.value()) : "! " + value.error();
+}
+
+/// Where two forms part, with what stands before it.
+std::string parting(const std::string& expected, const std::string& arrived) {
+    std::istringstream expectedTokens(expected);
+    std::istringstream arrivedTokens(arrived);
+    std::string before;
+    std::string one;
+    std::string other;
+    std::size_t count = 0;
+    for (; expectedTokens >> one && arrivedTokens >> other && one == other; ++count)
+        before = one;
+    return "token " + std::to_string(count) + ", after " + before + ": " + one + " became " + other;
+}
+
+} // namespace
+
+Value Exchange::normalised(const Value& value, Effect effect) const {
+    using enum Direction;
+    if (mode_ == "read") return tests::normalised(value, peerName_, theyRead, effect);
+    // Whatever changes when a peer reads, changes more when it writes.
+    if (mode_ == "write" || effect == Effect::changes) return tests::normalised(value, peerName_, theyWrite, effect);
+    return tests::normalised(tests::normalised(value, peerName_, theyRead, effect), peerName_, theyWrite, effect);
+}
+
+void Exchange::send(const Value& value, const std::string& index) {
+    const Value sent = normalised(value, Effect::excludes);
+    const std::string question =
+        mode_ == "write" ? form(sent) : hexOf(NSKeyedArchiver::archivedDataWithRootObject(sent).value());
+    const std::string answer = peer_.ask(question);
+    const std::string arrived = mode_ == "read" ? answer : readByUs(answer);
+
+    const auto ordered = [&](const Value& unordered) { return form(normalised(unordered, Effect::reorders)); };
+    const std::string expected = ordered(normalised(sent, Effect::changes));
+    const auto arrivedValue = readForm(arrived);
+    const std::string seen = arrivedValue ? ordered(*arrivedValue) : arrived;
+    if (seen == expected) return;
+    ++failures_;
+    ADD_FAILURE() << peerName_ << " " << mode_ << ", index " << index << ", repeat with --seed " << Run::seed
+                  << "\nvalue:    " << form(value) << "\nexpected: " << expected << "\narrived:  " << seen << "\n"
+                  << parting(expected, seen) << "\narchive:  " << (mode_ == "read" ? question : answer);
+}
+
+} // namespace tests
