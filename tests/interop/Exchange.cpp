@@ -3,9 +3,11 @@
 #include "Form.h"
 
 #include "platform/foundation/NSKeyedArchiver.h"
+#include "tests/foundation/RandomValue.h"
 
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <sstream>
 
 namespace tests {
@@ -63,6 +65,14 @@ void Exchange::send(const Value& value, const std::string& index) {
     ADD_FAILURE() << peerName_ << " " << mode_ << ", index " << index << ", repeat with --seed " << Run::seed
                   << "\nvalue:    " << form(value) << "\nexpected: " << expected << "\narrived:  " << seen << "\n"
                   << parting(expected, seen) << "\narchive:  " << (mode_ == "read" ? question : answer);
+}
+
+void exchangeRandomValues(const std::string& peer, const std::vector<std::string>& arguments, unsigned count) {
+    std::cout << "seed " << Run::seed << ", " << count << " values\n";
+    RandomValue random(Run::seed);
+    Exchange exchange(peer, arguments);
+    for (unsigned i = 0; i < count && !exchange.hasFailedOften(); ++i)
+        exchange.send(random.next(i % 8 == 0 ? 4 : 2), std::to_string(i));
 }
 
 } // namespace tests

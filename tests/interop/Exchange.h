@@ -4,6 +4,7 @@
 #include "Peer.h"
 
 #include <string>
+#include <vector>
 
 namespace tests {
 
@@ -39,5 +40,8 @@ class Exchange {
     Peer peer_;
     unsigned failures_ = 0;
 };
+
+/// Random values, one after the other, in one process of the peer. Prints the seed.
+void exchangeRandomValues(const std::string& peer, const std::vector<std::string>& arguments, unsigned count);
 
 } // namespace tests

@@ -1,10 +1,6 @@
 // Archives exchanged both ways with other implementations.
 
 #include "Exchange.h"
-#include "Form.h"
-
-#include "platform/foundation/NSKeyedArchiver.h"
-#include "tests/foundation/RandomValue.h"
 
 #include <gtest/gtest.h>
 
@@ -12,33 +8,24 @@
 #include <csignal>
 #include <cstring>
 #include <iostream>
+#include <random>
 
 namespace {
 
-using tests::Exchange;
 using tests::Run;
-
-/// Random values, one after the other, in one process of the peer.
-void exchangeRandomValues(const std::string& peer, const std::vector<std::string>& arguments, unsigned count) {
-    std::cout << "seed " << Run::seed << ", " << count << " values\n";
-    RandomValue random(Run::seed);
-    Exchange exchange(peer, arguments);
-    for (unsigned i = 0; i < count && !exchange.hasFailedOften(); ++i)
-        exchange.send(random.next(i % 8 == 0 ? 4 : 2), std::to_string(i));
-}
 
 class Interop : public testing::TestWithParam<std::string> {};
 
 TEST_P(Interop, PeerReadsWhatWeWrite) {
-    exchangeRandomValues(GetParam(), {"read"}, Run::values);
+    tests::exchangeRandomValues(GetParam(), {"read"}, Run::values);
 }
 
 TEST_P(Interop, WeReadWhatPeerWrites) {
-    exchangeRandomValues(GetParam(), {"write"}, Run::values);
+    tests::exchangeRandomValues(GetParam(), {"write"}, Run::values);
 }
 
 TEST_P(Interop, ValuesComeFullCircle) {
-    exchangeRandomValues(GetParam(), {"again"}, Run::values);
+    tests::exchangeRandomValues(GetParam(), {"again"}, Run::values);
 }
 
 INSTANTIATE_TEST_SUITE_P(Peers, Interop, testing::Values("gnustep", "libplist", "plistlib"),

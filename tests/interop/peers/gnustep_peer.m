@@ -4,6 +4,7 @@
 //     gnustep_peer again            archive -> the same value archived anew
 //     gnustep_peer write            value -> archive
 //     gnustep_peer write mutable    the same, of mutable objects
+//     gnustep_peer sample           a name below -> archive of an object that no form describes
 //
 // Values are written as tests/interop/Form.h says. A line that starts with "!" says why there is no answer.
 
@@ -36,9 +37,9 @@ static NSString* hexOf(NSData* bytes) {
     return [[[NSString alloc] initWithData:hex encoding:NSASCIIStringEncoding] autorelease];
 }
 
-/// Well-formed UTF-8 as a text, by way of UTF-16 in a given order of bytes: all other conversions leave out a mark of
-/// byte order in front.
-static NSString* textOf(NSData* utf8) {
+/// Well-formed UTF-8 as a text, by way of UTF-16 in a given order of bytes: all other ways to make one, a mutable copy
+/// too, leave out a mark of byte order in front.
+static NSString* textOf(NSData* utf8, BOOL isMutable) {
     const unsigned char* from = [utf8 bytes];
     const unsigned char* end = from + [utf8 length];
     NSMutableData* utf16 = [NSMutableData data];
@@ -55,7 +56,8 @@ static NSString* textOf(NSData* utf8) {
         }
         [utf16 appendBytes:(unsigned char[]){character >> 8, character & 0xFF} length:2];
     }
-    return [[[NSString alloc] initWithData:utf16 encoding:NSUTF16BigEndianStringEncoding] autorelease];
+    Class made = isMutable ? [NSMutableString class] : [NSString class];
+    return [[[made alloc] initWithData:utf16 encoding:NSUTF16BigEndianStringEncoding] autorelease];
 }
 
 static double realOf(NSString* bits) {
@@ -72,9 +74,10 @@ static NSString* bitsOf(double real) {
     return [NSString stringWithFormat:@"%016llx", number];
 }
 
-/// Makes objects of a value's tokens, mutable ones if asked to.
+/// Makes objects of a value's tokens; mutable ones if asked to, else equal texts and numbers are one object.
 @interface FormReader : NSObject {
     NSEnumerator* tokens;
+    NSMutableDictionary* known;
     BOOL mutable_;
 }
 - (id)initWithForm:(NSString*)form mutable:(BOOL)isMutable;
@@ -86,6 +89,7 @@ static NSString* bitsOf(double real) {
 - (id)initWithForm:(NSString*)form mutable:(BOOL)isMutable {
     if ((self = [super init]) != nil) {
         tokens = [[[form componentsSeparatedByString:@" "] objectEnumerator] retain];
+        known = [NSMutableDictionary new];
         mutable_ = isMutable;
     }
     return self;
@@ -93,16 +97,11 @@ static NSString* bitsOf(double real) {
 
 - (void)dealloc {
     [tokens release];
+    [known release];
     [super dealloc];
 }
 
-- (id)inKind:(id)object {
-    return mutable_ ? [[object mutableCopy] autorelease] : object;
-}
-
-/// The next value; nil stands for nil and, as there are no others at that place, for a closing bracket.
-- (id)next {
-    NSString* token = [tokens nextObject];
+- (id)leaf:(NSString*)token {
     NSString* rest = [token substringFromIndex:1];
     switch ([token characterAtIndex:0]) {
     case 't':
@@ -116,13 +115,22 @@ static NSString* bitsOf(double real) {
     case 'r':
         return [NSNumber numberWithDouble:realOf(rest)];
     case 's':
-        return [self inKind:textOf(bytesOf(rest))];
+        return textOf(bytesOf(rest), mutable_);
     case 'd':
-        return [self inKind:[NSData dataWithData:bytesOf(rest)]];
+        return mutable_ ? bytesOf(rest) : [NSData dataWithData:bytesOf(rest)];
     case 'w':
         return [NSDate dateWithTimeIntervalSinceReferenceDate:realOf(rest)];
     case 'n':
         return [NSNull null];
+    default:
+        return nil;
+    }
+}
+
+/// The next value; nil is a closing bracket.
+- (id)next {
+    NSString* token = [tokens nextObject];
+    switch ([token characterAtIndex:0]) {
     case '[': {
         NSMutableArray* list = [NSMutableArray array];
         for (id entry = [self next]; entry != nil; entry = [self next])
@@ -135,8 +143,13 @@ static NSString* bitsOf(double real) {
             [dictionary setObject:[self next] forKey:key];
         return mutable_ ? dictionary : [NSDictionary dictionaryWithDictionary:dictionary];
     }
-    default:
-        return nil;
+    default: {
+        id object = mutable_ ? nil : [known objectForKey:token];
+        if (object != nil) return object;
+        object = [self leaf:token];
+        if (object != nil) [known setObject:object forKey:token];
+        return object;
+    }
     }
 }
 
@@ -196,9 +209,54 @@ static NSString* archiveOf(id object) {
     return hexOf(bytes);
 }
 
+/// A text of a class that nobody else knows.
+@interface Caption : NSString {
+    NSString* text;
+}
+- (id)initWithText:(NSString*)text;
+@end
+
+@implementation Caption
+
+- (id)initWithText:(NSString*)newText {
+    if ((self = [super init]) != nil) text = [newText retain];
+    return self;
+}
+
+- (void)dealloc {
+    [text release];
+    [super dealloc];
+}
+
+- (NSUInteger)length {
+    return [text length];
+}
+
+- (unichar)characterAtIndex:(NSUInteger)index {
+    return [text characterAtIndex:index];
+}
+
+@end
+
+static id sampleNamed(NSString* name) {
+    NSArray* shared = [NSArray arrayWithObjects:@"one", [NSNumber numberWithInt:2], nil];
+    NSDictionary* samples = [NSDictionary
+        dictionaryWithObjectsAndKeys:[NSNumber numberWithChar:-5], @"char", [NSNumber numberWithUnsignedChar:200],
+                                     @"unsigned char", [NSNumber numberWithShort:-300], @"short",
+                                     [NSNumber numberWithUnsignedInt:4294967295U], @"unsigned int",
+                                     [NSNumber numberWithFloat:0.1F], @"float",
+                                     [NSDecimalNumber decimalNumberWithString:@"1.5"], @"decimal",
+                                     [[[Caption alloc] initWithText:@"Caption"] autorelease], @"text subclass",
+                                     [NSArray arrayWithObjects:shared, shared, [NSArray arrayWithArray:shared], nil],
+                                     @"shared list", [NSSet setWithObject:@"one"], @"set",
+                                     [NSURL URLWithString:@"http://example.org/"], @"address", nil];
+    return [samples objectForKey:name];
+}
+
 static NSString* answer(NSString* line, const char* mode, BOOL isMutable) {
     if (strcmp(mode, "write") == 0)
         return archiveOf([[[[FormReader alloc] initWithForm:line mutable:isMutable] autorelease] next]);
+    if (strcmp(mode, "sample") == 0) return archiveOf(sampleNamed(line));
     id object = [NSKeyedUnarchiver unarchiveObjectWithData:bytesOf(line)];
     if (strcmp(mode, "again") == 0) return archiveOf(object);
     NSMutableString* form = [NSMutableString string];

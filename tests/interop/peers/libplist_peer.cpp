@@ -14,6 +14,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <iomanip>
 #include <iostream>
 #include <map>
@@ -208,10 +209,22 @@ std::string dataOf(plist_t node) {
     return {bytes, static_cast<std::size_t>(length)};
 }
 
+/// By iteration: asking for one entry after the other takes a time that grows with the square of their number.
+std::vector<plist_t> entries(plist_t list) {
+    std::vector<plist_t> found;
+    plist_array_iter next = nullptr;
+    plist_array_new_iter(list, &next);
+    plist_t entry = nullptr;
+    for (plist_array_next_item(list, next, &entry); entry != nullptr; plist_array_next_item(list, next, &entry))
+        found.push_back(entry);
+    std::free(next);
+    return found;
+}
+
 /// Follows an archive through libplist's tree.
 class Unarchiver {
   public:
-    explicit Unarchiver(plist_t archive) : objects_(field(archive, "$objects", PLIST_ARRAY)) {
+    explicit Unarchiver(plist_t archive) : objects_(entries(field(archive, "$objects", PLIST_ARRAY))) {
         if (textOf(field(archive, "$archiver", PLIST_STRING)) != "NSKeyedArchiver")
             throw std::runtime_error("not a keyed archive");
     }
@@ -226,9 +239,8 @@ class Unarchiver {
 
   private:
     plist_t object(std::uint64_t uid) {
-        plist_t found = plist_array_get_item(objects_, static_cast<std::uint32_t>(uid));
-        if (found == nullptr) throw std::runtime_error("a UID beyond $objects");
-        return found;
+        if (uid >= objects_.size()) throw std::runtime_error("a UID beyond $objects");
+        return objects_[uid];
     }
 
     Plain archived(plist_t node) {
@@ -272,17 +284,19 @@ class Unarchiver {
     }
 
     Plain container(const char* token, plist_t node) {
-        plist_t keys = *token == '{' ? field(node, "NS.keys", PLIST_ARRAY) : nullptr;
-        plist_t values = field(node, "NS.objects", PLIST_ARRAY);
+        const auto values = entries(field(node, "NS.objects", PLIST_ARRAY));
+        const bool dictionary = *token == '{';
+        const auto keys = dictionary ? entries(field(node, "NS.keys", PLIST_ARRAY)) : std::vector<plist_t>();
+        if (dictionary && keys.size() != values.size()) throw std::runtime_error("a key or value is missing");
         Plain made{token};
-        for (std::uint32_t i = 0; i < plist_array_get_size(values); ++i) {
-            if (keys != nullptr) made.entries.push_back(value(plist_array_get_item(keys, i)));
-            made.entries.push_back(value(plist_array_get_item(values, i)));
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            if (dictionary) made.entries.push_back(value(keys[i]));
+            made.entries.push_back(value(values[i]));
         }
         return made;
     }
 
-    plist_t objects_;
+    std::vector<plist_t> objects_;
 };
 
 std::string answer(const std::string& line, std::string_view mode, bool isInline) {

@@ -1,0 +1,77 @@
+// What differs by the nature of other implementations still does, as docs/interoperability.md has it.
+
+#include "Differences.h"
+#include "Form.h"
+#include "Peer.h"
+
+#include "platform/foundation/NSKeyedArchiver.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+using platform::NSKeyedArchiver;
+using platform::NSKeyedUnarchiver;
+using platform::Value;
+using tests::Difference;
+using tests::Direction;
+using tests::form;
+using tests::Peer;
+
+class InteropDifference : public testing::TestWithParam<Difference> {
+  protected:
+    /// The form in which a value arrives, or "!" and why it does not.
+    static std::string arrived(const Value& value) {
+        const Difference& difference = GetParam();
+        if (difference.direction == Direction::theyRead) {
+            const auto archive = NSKeyedArchiver::archivedDataWithRootObject(value);
+            return Peer(difference.peer, {"read"}).ask(tests::hexOf(archive.value()));
+        }
+        const std::string answer = Peer(difference.peer, {"write"}).ask(form(value));
+        const auto archive = tests::bytesOf(answer);
+        if (!archive) return answer;
+        const auto read = NSKeyedUnarchiver::unarchive(*archive);
+        return read ? form(read.value()) : "! " + read.error();
+    }
+};
+
+TEST_P(InteropDifference, StillExists) {
+    const Difference& difference = GetParam();
+    const std::string seen = arrived(difference.witness);
+    EXPECT_NE(seen, form(difference.witness)) << "there is no difference any more: remove it, here and from the table";
+    const Value normalised = difference.normalised(difference.witness);
+    switch (difference.effect) {
+    case Difference::Effect::changes:
+        EXPECT_EQ(seen, form(normalised));
+        break;
+    case Difference::Effect::excludes:
+        EXPECT_EQ(arrived(normalised), form(normalised));
+        break;
+    case Difference::Effect::reorders:
+        const auto value = tests::readForm(seen);
+        ASSERT_TRUE(value) << seen;
+        EXPECT_EQ(form(difference.normalised(*value)), form(normalised));
+        break;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, InteropDifference, testing::ValuesIn(tests::differences()), [](const auto& instance) {
+    const Difference& difference = instance.param;
+    return difference.peer + (difference.direction == Direction::theyRead ? "_reads_" : "_writes_") + difference.name;
+});
+
+TEST(InteropDifferences, StandInTheTableEach) {
+    std::ifstream file(LUMORA_SOURCE "/docs/interoperability.md");
+    const std::string page(std::istreambuf_iterator<char>(file), {});
+    for (const Difference& difference : tests::differences()) {
+        const bool reads = difference.direction == Direction::theyRead;
+        const std::string row =
+            "| " + difference.peer + (reads ? " reads" : " writes") + " | `" + difference.name + "` |";
+        EXPECT_NE(page.find(row), std::string::npos) << row;
+    }
+}
+
+} // namespace
