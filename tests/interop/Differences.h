@@ -8,8 +8,6 @@
 
 namespace tests {
 
-enum class Direction { theyRead, theyWrite };
-
 /// What becomes of values on the way to or from another implementation, by its nature. There are these and no others;
 /// docs/interoperability.md gives the reasons, and a test sees to it that each still exists.
 struct Difference {
@@ -20,7 +18,7 @@ struct Difference {
     };
 
     std::string peer;
-    Direction direction;
+    std::string way; ///< its arguments: "read", "write", or "write" and a style
     std::string name;
     Effect effect;
     platform::Value (*normalised)(const platform::Value&);
@@ -29,8 +27,8 @@ struct Difference {
 
 [[nodiscard]] const std::vector<Difference>& differences();
 
-/// A value with the normalisations of a peer and direction that have the given effect.
-[[nodiscard]] platform::Value normalised(const platform::Value& value, const std::string& peer, Direction direction,
+/// A value with the normalisations of a peer that have the given effect. Those of "write" are those of its styles, too.
+[[nodiscard]] platform::Value normalised(const platform::Value& value, const std::string& peer, const std::string& way,
                                          Difference::Effect effect);
 
 /// For the names of tests.

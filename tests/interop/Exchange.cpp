@@ -42,11 +42,10 @@ std::string parting(const std::string& expected, const std::string& arrived) {
 } // namespace
 
 Value Exchange::normalised(const Value& value, Effect effect) const {
-    using enum Direction;
-    if (mode_ == "read") return tests::normalised(value, peerName_, theyRead, effect);
+    if (mode_ != "again") return tests::normalised(value, peerName_, way_, effect);
     // Whatever changes when a peer reads, changes more when it writes.
-    if (mode_ == "write" || effect == Effect::changes) return tests::normalised(value, peerName_, theyWrite, effect);
-    return tests::normalised(tests::normalised(value, peerName_, theyRead, effect), peerName_, theyWrite, effect);
+    const Value read = effect == Effect::changes ? value : tests::normalised(value, peerName_, "read", effect);
+    return tests::normalised(read, peerName_, "write", effect);
 }
 
 void Exchange::send(const Value& value, const std::string& index) {
@@ -62,7 +61,7 @@ void Exchange::send(const Value& value, const std::string& index) {
     const std::string seen = arrivedValue ? ordered(*arrivedValue) : arrived;
     if (seen == expected) return;
     ++failures_;
-    ADD_FAILURE() << peerName_ << " " << mode_ << ", index " << index << ", repeat with --seed " << Run::seed
+    ADD_FAILURE() << peerName_ << " " << way_ << ", index " << index << ", repeat with --seed " << Run::seed
                   << "\nvalue:    " << form(value) << "\nexpected: " << expected << "\narrived:  " << seen << "\n"
                   << parting(expected, seen) << "\narchive:  " << (mode_ == "read" ? question : answer);
 }

@@ -25,7 +25,10 @@ struct Run {
 class Exchange {
   public:
     Exchange(const std::string& peer, const std::vector<std::string>& arguments)
-        : peerName_(peer), mode_(arguments.front()), peer_(peer, arguments) {}
+        : peerName_(peer), mode_(arguments.front()), peer_(peer, arguments) {
+        for (const std::string& argument : arguments)
+            way_ += (way_.empty() ? "" : " ") + argument;
+    }
 
     void send(const platform::Value& value, const std::string& index);
     /// After some failures more of them tell nothing new.
@@ -37,6 +40,7 @@ class Exchange {
 
     std::string peerName_;
     std::string mode_;
+    std::string way_; ///< all arguments, as Difference has them
     Peer peer_;
     unsigned failures_ = 0;
 };
