@@ -4,7 +4,21 @@ set(LUMORA_BUNDLES ${LUMORA_DEVICE_ROOT}/Library/PreferenceBundles)
 set(LUMORA_PLUGINS ${LUMORA_DEVICE_ROOT}/Library/Nevo/Lumora/Plugins)
 file(MAKE_DIRECTORY ${LUMORA_DEVICE_ROOT}/var/mobile/Library/Preferences)
 
+# An installation has one, too. Programs look for it from their own folder, so that it may lie under any prefix.
+set(LUMORA_INSTALLED_ROOT ${CMAKE_INSTALL_LIBDIR}/lumora/root)
+file(RELATIVE_PATH LUMORA_ROOT_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/lumora/root)
+
 # Everything that stands in the device root; whoever opens the Settings application builds this beside it.
 add_custom_target(device_root)
 
 include(${CMAKE_CURRENT_LIST_DIR}/Bundle.cmake)
+
+# lumora_install_bundle(TARGET FOLDER COMPONENT) installs what lumora_bundle() has made into a folder of the device root.
+function(lumora_install_bundle target folder component)
+  set(bundle ${LUMORA_INSTALLED_ROOT}/${folder}/${target}.bundle)
+  file(RELATIVE_PATH libraries /${bundle} /${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
+  get_target_property(files ${target} LUMORA_BUNDLE_FILES)
+  install(TARGETS ${target} LIBRARY DESTINATION ${bundle} COMPONENT ${component})
+  install(FILES ${files} DESTINATION ${bundle} COMPONENT ${component})
+endfunction()

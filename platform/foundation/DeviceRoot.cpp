@@ -3,27 +3,47 @@
 #include <cstdlib>
 
 namespace platform {
+
+namespace fs = std::filesystem;
+
 namespace {
 
-std::filesystem::path& chosenRoot() {
-    static auto& root = *new std::filesystem::path;
+fs::path& givenRoot() {
+    static auto& root = *new fs::path;
     return root;
+}
+
+fs::path folderOfThisProgram() {
+    std::error_code failed;
+    return fs::read_symlink("/proc/self/exe", failed).parent_path();
 }
 
 } // namespace
 
-std::filesystem::path deviceRoot() {
-    if (!chosenRoot().empty()) return chosenRoot();
+fs::path chosenDeviceRoot() {
+    if (!givenRoot().empty()) return givenRoot();
     const char* fromEnvironment = std::getenv("LUMORA_ROOT");
-    return fromEnvironment && *fromEnvironment ? fromEnvironment : "/";
+    return fromEnvironment ? fromEnvironment : "";
 }
 
-void setDeviceRoot(const std::filesystem::path& root) {
-    chosenRoot() = root;
+fs::path installedDeviceRoot(const fs::path& folder) {
+    const fs::path root = (folder / LUMORA_INSTALLED_ROOT).lexically_normal();
+    std::error_code failed;
+    return fs::is_directory(root / "Library/PreferenceBundles/Lumora.bundle", failed) ? root : fs::path();
 }
 
-std::filesystem::path devicePath(std::string_view fixedPath) {
-    return deviceRoot() / std::filesystem::path(fixedPath).relative_path();
+fs::path deviceRoot() {
+    if (fs::path chosen = chosenDeviceRoot(); !chosen.empty()) return chosen;
+    static const auto& installed = *new fs::path(installedDeviceRoot(folderOfThisProgram()));
+    return installed.empty() ? "/" : installed;
+}
+
+void setDeviceRoot(const fs::path& root) {
+    givenRoot() = root;
+}
+
+fs::path devicePath(std::string_view fixedPath) {
+    return deviceRoot() / fs::path(fixedPath).relative_path();
 }
 
 } // namespace platform

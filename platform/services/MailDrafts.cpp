@@ -1,15 +1,14 @@
 #include "platform/services/MailDrafts.h"
 
+#include "platform/foundation/UserFolder.h"
 #include "platform/services/DesktopServices.h"
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <optional>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,12 +18,6 @@ namespace fs = std::filesystem;
 using Kept = Result<fs::path>;
 
 namespace {
-
-fs::path homeFolder() {
-    if (const char* home = std::getenv("HOME"); home && *home) return home;
-    const passwd* user = getpwuid(getuid());
-    return user ? user->pw_dir : "/";
-}
 
 Kept failed(const std::string& what, const fs::path& where) {
     return Kept::failure("cannot " + what + " " + where.string() + ": " + std::strerror(errno));
@@ -68,10 +61,7 @@ std::optional<fs::path> published(const fs::path& file, const fs::path& folder) 
 } // namespace
 
 fs::path draftsFolder() {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    // A relative path there is to be ignored.
-    const fs::path base = data && *data == '/' ? fs::path(data) : homeFolder() / ".local/share";
-    return base / "lumora/drafts";
+    return userFolder("XDG_DATA_HOME", ".local/share") / "lumora/drafts";
 }
 
 Kept keepDraft(const MailMessage& message) {

@@ -2,6 +2,7 @@
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/preferences/PSListController.h"
 #include "platform/ui/UIView.h"
+#include "tests/support/DeviceFolder.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -60,8 +61,22 @@ TEST(DeviceRoot, ComesFromTheEnvironmentUntilAProgramSetsIt) {
     EXPECT_EQ(platform::devicePath("/tmp/dpkgl.log"), "/some/device/tmp/dpkgl.log");
     platform::setDeviceRoot("/another");
     EXPECT_EQ(platform::devicePath("/tmp/dpkgl.log"), "/another/tmp/dpkgl.log");
+    EXPECT_EQ(platform::chosenDeviceRoot(), "/another");
     platform::setDeviceRoot({});
     unsetenv("LUMORA_ROOT");
+    EXPECT_EQ(platform::chosenDeviceRoot(), "");
+}
+
+TEST(DeviceRoot, IsFoundBesideTheProgramsOnceItHoldsTheBundle) {
+    const tests::DeviceFolder prefix;
+    platform::setDeviceRoot({});
+    const std::filesystem::path programs = prefix.path() / "bin";
+    const std::filesystem::path root = (programs / LUMORA_ROOT_FROM_PROGRAMS).lexically_normal();
+    EXPECT_TRUE(root.string().starts_with(prefix.path().string())) << root;
+    std::filesystem::create_directories(root / "Library/PreferenceBundles");
+    EXPECT_EQ(platform::installedDeviceRoot(programs), "");
+    std::filesystem::create_directory(root / "Library/PreferenceBundles/Lumora.bundle");
+    EXPECT_EQ(platform::installedDeviceRoot(programs), root);
 }
 
 } // namespace

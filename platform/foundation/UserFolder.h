@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/Export.h"
+
+#include <filesystem>
+
+namespace platform {
+
+/// A folder for the user's own files, by the desktop's rules: what the variable says if that is a whole path, else the
+/// folder of that name in the home folder. It need not exist.
+///
+///     userFolder("XDG_DATA_HOME", ".local/share")
+///
+/// Any thread, as long as none changes the environment.
+[[nodiscard]] PLATFORM_EXPORT std::filesystem::path userFolder(const char* variable, const char* nameInHome);
+
+} // namespace platform
