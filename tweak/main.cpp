@@ -3,6 +3,7 @@
 #include "tweak/Tweak.h"
 
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/UserFolder.h"
 #include "platform/messaging/CFMessagePort.h"
 #include "platform/messaging/Dispatch.h"
 
@@ -15,7 +16,7 @@
 #include <string>
 
 #include <pthread.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
 using platform::Data;
 using platform::Result;
@@ -81,12 +82,19 @@ int serve(Tweak& tweak, const std::filesystem::path& settings) {
     return kDone;
 }
 
+std::filesystem::path settingsFile(const Arguments& arguments) {
+    if (!arguments.settings.empty()) return arguments.settings;
+    if (!platform::chosenDeviceRoot().empty()) return platform::devicePath(kSettingsPath);
+    // An installed device root is everybody's. Whatever is made on the way to the user's own file is his alone.
+    umask(S_IRWXG | S_IRWXO);
+    return platform::userFolder("XDG_CONFIG_HOME", ".config") / "lumora" /
+           std::filesystem::path(kSettingsPath).filename();
+}
+
 int run(const Arguments& arguments) {
     prepareSignals();
     if (!arguments.root.empty()) platform::setDeviceRoot(arguments.root);
-    const Result<std::unique_ptr<SettingsStore>> store = SettingsStore::open(
-        arguments.settings.empty() ? platform::devicePath(kSettingsPath) : std::filesystem::path(arguments.settings),
-        logLine);
+    const Result<std::unique_ptr<SettingsStore>> store = SettingsStore::open(settingsFile(arguments), logLine);
     if (!store) {
         logLine(store.error());
         return kFailed;
@@ -120,10 +128,11 @@ renamed to FILE.unreadable, never overwritten.
 
 Exit status: 0 after SIGTERM or SIGINT, 1 when it cannot start, 2 for wrong use.
 )");
-    app.add_option("--root", arguments.root, "The folder that stands for the device's \"/\"; else $LUMORA_ROOT, else /")
+    app.add_option("--root", arguments.root, "The folder that stands for the device's \"/\"; else $LUMORA_ROOT")
         ->type_name("DIR");
     app.add_option("--settings", arguments.settings,
-                   std::string("Where the settings are kept; else ") + lumora::kSettingsPath + " under the root")
+                   std::string("Where the settings are kept; else ") + lumora::kSettingsPath +
+                       " under the root, else $XDG_CONFIG_HOME/lumora/com.nevo.lumora.plist")
         ->type_name("FILE");
     app.add_option("--omit", arguments.tweak.omitted, "Answer as if KEY were not set; may be given several times")
         ->type_name("KEY")

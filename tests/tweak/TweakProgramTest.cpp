@@ -68,6 +68,25 @@ TEST_F(TweakProgram, KeepsItsSettingsUnderTheDeviceRoot) {
     EXPECT_TRUE(std::filesystem::exists(sandbox.path().string() + kSettingsPath));
 }
 
+TEST_F(TweakProgram, KeepsItsSettingsAmongTheUsersOwnFilesWhenNoRootIsAskedFor) {
+    setenv("XDG_CONFIG_HOME", (sandbox.path() / "config").c_str(), 1);
+    Program tweak({LUMORA_TWEAK});
+    const std::filesystem::path kept = sandbox.path() / "config/lumora/com.nevo.lumora.plist";
+    ASSERT_EQ(tweak.readLine(), kReady + kept.string()) << tweak.errors();
+    EXPECT_EQ(change("kSleepTime", 30), "");
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(kept).permissions(), perms::owner_read | perms::owner_write);
+    EXPECT_EQ(std::filesystem::status(kept.parent_path()).permissions(), perms::owner_all);
+}
+
+TEST_F(TweakProgram, KeepsItsSettingsInTheHomeFolderWithoutAConfigurationFolder) {
+    setenv("XDG_CONFIG_HOME", "a/relative/path/is/to/be/ignored", 1);
+    setenv("HOME", (sandbox.path() / "home").c_str(), 1);
+    Program tweak({LUMORA_TWEAK});
+    EXPECT_EQ(tweak.readLine(), kReady + (sandbox.path() / "home/.config/lumora/com.nevo.lumora.plist").string())
+        << tweak.errors();
+}
+
 TEST_F(TweakProgram, RemembersChangesFromOneRunToTheNext) {
     {
         Program tweak(command({}));
