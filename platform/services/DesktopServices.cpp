@@ -17,7 +17,7 @@ std::filesystem::path ownFolder() {
 
 DesktopServices* load() {
     // Silent: to whoever asks, a device without these services is one that sends no mail and opens no address.
-    const Result<void*> code = loadSharedObject(ownFolder() / "liblumora-desktop.so", Binding::Lazy);
+    const Result<void*> code = loadSharedObject(ownFolder() / LUMORA_DESKTOP_LIBRARY, Binding::Lazy);
     if (!code) return nullptr;
     const void* symbol = symbolIn(code.value(), "lumora_desktop_services");
     return symbol ? reinterpret_cast<DesktopServices* (*)()>(const_cast<void*>(symbol))() : nullptr;

@@ -1,0 +1,85 @@
+# Debian packages: cmake --preset package, then cmake --build --preset package.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME lumora)
+set(CPACK_PACKAGE_CONTACT "Seed 4d9c3db2 maintainers <maintainers@users.noreply.c-seed-4d9c3db2.example>")
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
+set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/Compress.cmake)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE "") # there is no packaging apart from this
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+
+# debian_package(COMPONENT PACKAGE SECTION DEPENDS text RECOMMENDS text SUGGESTS text DESCRIPTION line…): the first line
+# of the description is the synopsis. What the libraries of others bring is found out by dpkg-shlibdeps.
+macro(debian_package component package section)
+  cmake_parse_arguments(PACKAGE "" "DEPENDS;RECOMMENDS;SUGGESTS" "DESCRIPTION" ${ARGN})
+  string(TOUPPER ${component} name)
+  list(APPEND CPACK_COMPONENTS_ALL ${component})
+  list(JOIN PACKAGE_DESCRIPTION "\n" CPACK_DEBIAN_${name}_DESCRIPTION)
+  set(CPACK_DEBIAN_${name}_PACKAGE_NAME ${package})
+  set(CPACK_DEBIAN_${name}_PACKAGE_SECTION ${section})
+  set(CPACK_DEBIAN_${name}_PACKAGE_DEPENDS ${PACKAGE_DEPENDS})
+  set(CPACK_DEBIAN_${name}_PACKAGE_RECOMMENDS ${PACKAGE_RECOMMENDS})
+  set(CPACK_DEBIAN_${name}_PACKAGE_SUGGESTS ${PACKAGE_SUGGESTS})
+  install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/debian/copyright ${CMAKE_CURRENT_SOURCE_DIR}/debian/changelog
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${component})
+endmacro()
+
+set(libraries liblumora${KIT_VERSION})
+set(same "(= ${PROJECT_VERSION})")
+
+debian_package(settings lumora-settings utils
+  DEPENDS "${libraries} ${same}, qml6-module-qtquick, qml6-module-qtquick-window, qml6-module-qtquick-templates, \
+qml6-module-qtqml-workerscript"
+  RECOMMENDS "lumora-tweak, fonts-inter, librsvg2-common, qt6-wayland"
+  SUGGESTS "lumora-samples, default-mta | mail-transport-agent"
+  DESCRIPTION
+    "settings of a lock-screen enhancement, the application"
+    "Lumora shows rows of applications and plug-in views on a lock screen."
+    "This is the application that shows its settings and changes them: which"
+    "applications and views there are and in which order, what the passcode and"
+    "date views show, fonts and colours."
+    "The settings are kept by lumora-tweak or another program that speaks its ports.")
+debian_package(tweak lumora-tweak utils
+  DEPENDS "${libraries} ${same}"
+  SUGGESTS "lumora-settings, lumoractl"
+  DESCRIPTION
+    "settings of a lock-screen enhancement, kept and handed out"
+    "Keeps the settings of Lumora on disk for each user, and hands them out to the"
+    "programs that ask. It is started when a user logs in.")
+debian_package(lumoractl lumoractl utils
+  DEPENDS "${libraries} ${same}"
+  RECOMMENDS lumora-tweak
+  DESCRIPTION
+    "settings of a lock-screen enhancement, from a shell"
+    "Reads and changes the settings of Lumora as JSON, and tells what is wrong with"
+    "plug-ins that do not show up.")
+debian_package(libraries ${libraries} libs
+  DESCRIPTION
+    "settings of a lock-screen enhancement, the libraries"
+    "The platform layer under the settings of Lumora, and the library that plug-ins"
+    "with settings pages stand on.")
+debian_package(kit liblumora-dev libdevel
+  DEPENDS "${libraries} ${same}"
+  SUGGESTS "g++, cmake, pkg-config, lumoractl"
+  DESCRIPTION
+    "settings of a lock-screen enhancement, to write plug-ins"
+    "Headers, a CMake package, a pkg-config file, documents and a template: all that"
+    "it takes to write a view for Lumora's lock screen with a settings page.")
+debian_package(samples lumora-samples utils
+  DEPENDS "${libraries} ${same}"
+  RECOMMENDS lumora-settings
+  DESCRIPTION
+    "settings of a lock-screen enhancement, samples"
+    "Four sample plug-ins, and sample applications that fill the lists of Lumora's"
+    "settings where few real ones are installed. They appear nowhere else.")
+
+set(CPACK_DEBIAN_TWEAK_PACKAGE_CONTROL_EXTRA
+  ${CMAKE_CURRENT_SOURCE_DIR}/debian/postinst ${CMAKE_CURRENT_SOURCE_DIR}/debian/postrm)
+
+include(CPack)

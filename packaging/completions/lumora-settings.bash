@@ -1,0 +1,17 @@
+# Completion of lumora-settings for bash.
+
+_lumora_settings() {
+    local word=${COMP_WORDS[COMP_CWORD]}
+    COMPREPLY=()
+    case ${COMP_WORDS[COMP_CWORD - 1]} in
+        --root | --bundle | --tour) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
+        --grab) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
+        --page | --rows | --timeout | --size) ;;
+        *)
+            mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --rows --timeout --light --dark
+                --size --help --version' -- "$word")
+            ;;
+    esac
+}
+
+complete -o filenames -F _lumora_settings lumora-settings
