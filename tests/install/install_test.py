@@ -1,0 +1,241 @@
+#!/usr/bin/env python3
+"""The installation: staged under one prefix, moved to another place, and used there as a person has it.
+
+    tests/install/install_test.py BUILD [-v]
+"""
+import json
+import os
+import re
+import shutil
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree
+from pathlib import Path
+
+BUILD = Path(sys.argv.pop(1)).resolve()
+HERE = Path(__file__).resolve().parent
+SOURCE = HERE.parents[1]
+PREFIX = "opt/lumora"
+PROGRAMS = ("lumora-settings", "lumora-tweak", "lumoractl")
+COMMANDS = ("list", "get", "set", "archive", "unarchive", "plugins")
+OPTION = re.compile(r"(?<![\w/-])(--?[a-z][a-z-]*)")
+
+
+def cached(entry):
+    """An entry of the build's cache."""
+    found = re.search(rf"^{entry}:\w+=(.*)$", (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE)
+    return found.group(1) if found else ""
+
+
+def output(*command, **environment):
+    """What a program that must succeed writes, errors and warnings included."""
+    done = subprocess.run([str(word) for word in command], env={**os.environ, **environment}, text=True,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+    if done.returncode != 0:
+        raise AssertionError(f"{' '.join(map(str, command))}\n{done.stdout}")
+    return done.stdout
+
+
+def install(prefix, *options, **environment):
+    output(cached("CMAKE_COMMAND"), "--install", BUILD, "--prefix", prefix, *options, **environment)
+
+
+class Install(unittest.TestCase):
+    maxDiff = None
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = Path(tempfile.mkdtemp(prefix="lumora-install-"))
+        cls.addClassCleanup(shutil.rmtree, cls.folder, ignore_errors=True)
+        install("/" + PREFIX, DESTDIR=str(cls.folder / "staged"))
+        cls.prefix = cls.folder / "moved"
+        (cls.folder / "staged" / PREFIX).rename(cls.prefix)
+
+    @classmethod
+    def files(cls):
+        return sorted(str(file.relative_to(cls.prefix)) for file in cls.prefix.rglob("*") if not file.is_dir())
+
+    def elf_files(self):
+        for name in self.files():
+            file = self.prefix / name
+            if not file.is_symlink() and file.read_bytes()[:4] == b"\x7fELF":
+                yield file
+
+    # -- what is there --
+
+    def test_is_what_it_is_expected_to_be(self):
+        expected = (HERE / "files.txt").read_text().format(
+            libraries=cached("CMAKE_INSTALL_LIBDIR") or "lib", type=cached("CMAKE_BUILD_TYPE").lower())
+        self.assertEqual(self.files(), sorted(expected.split("\n")[:-1]))
+        self.assertEqual([str(path) for path in (self.folder / "staged").rglob("*")], [str(self.folder / "staged/opt")])
+
+    def test_belongs_to_no_place(self):
+        for file in self.elf_files():
+            for paths in re.findall(r"R(?:UN)?PATH.*\[(.*)\]", output("readelf", "-d", file)):
+                self.assertRegex(paths, r"^\$ORIGIN(/[^:]*)?$", file)
+        elf = set(self.elf_files())  # with its notes for debuggers, which name sources
+        for file in map(self.prefix.joinpath, self.files()):
+            contents = b"" if file.resolve() in elf else file.read_bytes()
+            for place in (BUILD, SOURCE, self.folder):
+                self.assertFalse(str(place).encode() in contents, f"{place} is named by {file}")
+
+    def test_can_be_read_by_all_and_written_by_its_owner(self):
+        for path in self.prefix.rglob("*"):
+            if path.is_symlink():
+                continue
+            runs = path.is_dir() or path.parent == self.prefix / "bin"
+            mode = stat.S_IMODE(path.stat().st_mode)
+            self.assertEqual(mode | (0 if runs else 0o111), 0o755, path)
+
+    # -- what others make of it --
+
+    def test_the_entry_in_the_menu_is_valid_and_has_what_it_names(self):
+        entry = self.prefix / "share/applications/lumora-settings.desktop"
+        self.assertEqual(output("desktop-file-validate", entry), "")
+        values = dict(line.split("=", 1) for line in entry.read_text().splitlines() if "=" in line)
+        self.assertTrue(os.access(self.prefix / "bin" / values["Exec"], os.X_OK))
+        icon = self.prefix / f"share/icons/hicolor/scalable/apps/{values['Icon']}.svg"
+        root = xml.etree.ElementTree.parse(icon).getroot()
+        self.assertEqual((root.tag, root.get("viewBox")), ("{http://www.w3.org/2000/svg}svg", "0 0 128 128"))
+
+    def test_the_metadata_is_valid_and_of_this_version(self):
+        [file] = (self.prefix / "share/metainfo").iterdir()
+        self.assertIn("successful", output("appstreamcli", "validate", "--no-net", file))
+        component = xml.etree.ElementTree.parse(file).getroot()
+        self.assertTrue((self.prefix / "share/applications" / component.findtext("launchable")).exists())
+        self.assertEqual(component.find("releases/release").get("version"), cached("CMAKE_PROJECT_VERSION"))
+
+    def test_the_unit_is_valid_and_starts_the_program_of_its_prefix(self):
+        unit = "lib/systemd/user/lumora-tweak.service"
+        self.assertIn(f'\nExecStart="/{PREFIX}/bin/lumora-tweak"\n', (self.prefix / unit).read_text())
+        install(self.folder / "of its own", "--component", "tweak")
+        said = output("systemd-analyze", "--user", "--man=no", "verify", self.folder / "of its own" / unit,
+                      XDG_RUNTIME_DIR=str(self.folder))
+        self.assertEqual(said, "")
+
+    # -- the manual pages and completions --
+
+    def helps(self, program):
+        """The help of a program, with those of its commands."""
+        program = self.prefix / "bin" / program
+        commands = COMMANDS if program.name == "lumoractl" else ()
+        return "".join(output(program, *words) for words in [["--help"], *([name, "--help"] for name in commands)])
+
+    def options(self, program):
+        """What the help lists at the start of a line."""
+        listed = re.findall(r"^  (-\S+)", self.helps(program), re.MULTILINE)
+        return {option for names in listed for option in names.split(",")}
+
+    def manual(self, program):
+        return output("man", "--warnings", "-E", "UTF-8", "-l", self.prefix / f"share/man/man1/{program}.1",
+                      LC_ALL="C.UTF-8", MANWIDTH="100", MANPAGER="cat", GROFF_NO_SGR="1", MAN_KEEP_FORMATTING="")
+
+    def section(self, program, title):
+        return re.search(rf"^{title}\n(.*?)(?=^\S)", self.manual(program), re.MULTILINE | re.DOTALL).group(1)
+
+    def test_the_manual_pages_are_without_warnings(self):
+        for program in PROGRAMS:
+            said = output("man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z",
+                          self.prefix / f"share/man/man1/{program}.1", LC_ALL="C.UTF-8")
+            self.assertNotIn("warning", said, program)
+            self.assertNotIn("error:", said, program)
+            self.assertIn(f"Lumora {cached('CMAKE_PROJECT_VERSION')}", self.manual(program))
+
+    def test_the_manual_pages_have_the_options_of_the_help_and_no_others(self):
+        for program in PROGRAMS:
+            entries = re.findall(r"^ {7}(-.*?)(?:  |$)", self.section(program, "OPTIONS"), re.MULTILINE)
+            self.assertEqual({option for entry in entries for option in OPTION.findall(entry)}, self.options(program))
+
+    def test_the_manual_page_has_the_commands_of_the_help(self):
+        told = re.findall(r"^ {7}([a-z]+)\b", self.section("lumoractl", "COMMANDS"), re.MULTILINE)
+        helped = re.findall(r"^  ([a-z]+)  ", output(self.prefix / "bin/lumoractl", "--help"), re.MULTILINE)
+        self.assertEqual(told, helped)
+        self.assertEqual(tuple(helped), COMMANDS)
+
+    def test_the_completions_of_every_shell_have_the_options_of_the_help(self):
+        for program in PROGRAMS:
+            bash = (self.prefix / f"share/bash-completion/completions/{program}").read_text()
+            zsh = (self.prefix / f"share/zsh/site-functions/_{program}").read_text()
+            fish = (self.prefix / f"share/fish/vendor_completions.d/{program}.fish").read_text()
+            options = {option for option in self.options(program) if option.startswith("--")}
+            self.assertEqual({o for o in OPTION.findall(bash) if o.startswith("--")}, options)
+            self.assertEqual({o for o in OPTION.findall(zsh.replace("]", " ")) if o.startswith("--")}, options)
+            self.assertEqual({f"--{o}" for o in re.findall(r"^complete .* -l ([a-z-]+)", fish, re.MULTILINE)}, options)
+
+    def test_bash_completes_options_and_what_they_take(self):
+        (self.folder / "here.plist").touch()
+
+        def offers(*words):
+            return output("bash", "-c", '. "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _lumora_tweak;'
+                          'printf "%s\\n" "${COMPREPLY[@]}"',
+                          self.prefix / "share/bash-completion/completions/lumora-tweak", "lumora-tweak", *words).split()
+        self.assertEqual(offers("--ver"), ["--verbose", "--version"])
+        self.assertEqual(offers("--settings", f"{self.folder}/h"), [f"{self.folder}/here.plist"])
+        self.assertEqual(offers("--omit", ""), [])
+
+    # -- the programs, from where they are now --
+
+    def start_tweak(self):
+        """A home with nothing in it, and the installed tweak at work for it."""
+        home = Path(tempfile.mkdtemp(dir=self.folder))
+        self.environment = {"HOME": str(home), "XDG_RUNTIME_DIR": str(home), "PATH": "/usr/bin:/bin",
+                            "XDG_DATA_DIRS": str(home), "LC_ALL": "C.UTF-8"}
+        tweak = subprocess.Popen([self.prefix / "bin/lumora-tweak"], env=self.environment, stdout=subprocess.PIPE,
+                                 text=True)
+        self.addCleanup(tweak.stdout.close)
+        self.addCleanup(tweak.wait, 60)
+        self.addCleanup(tweak.terminate)
+        kept = home / ".config/lumora/com.nevo.lumora.plist"
+        self.assertEqual(tweak.stdout.readline(), f"lumora-tweak ready, settings at {kept}\n")
+        return tweak
+
+    def run_program(self, name, *options, **environment):
+        done = subprocess.run([self.prefix / "bin" / name, *map(str, options)], env={**self.environment, **environment},
+                              cwd=self.folder, text=True, capture_output=True, timeout=120, check=False)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return done
+
+    def rows(self, page):
+        return json.loads(self.run_program("lumora-settings", "--rows", page).stdout)
+
+    def test_the_programs_keep_a_setting_for_the_user(self):
+        before = self.files()
+        self.start_tweak()
+        self.run_program("lumoractl", "set", "kSleepTime", "30")
+        self.assertEqual(self.run_program("lumoractl", "get", "kSleepTime").stdout, "30\n")
+        [value] = [row["value"] for row in self.rows("LumoraPreferences")["rows"] if row["identifier"] == "kSleepTime"]
+        self.assertEqual(value, 30)
+        self.assertEqual(self.files(), before, "nothing is written where everybody's files are")
+
+    def test_the_plug_ins_and_applications_of_the_installed_root_are_found(self):
+        self.start_tweak()
+        plugins = json.loads(self.run_program("lumoractl", "plugins", "--json").stdout)
+        self.assertEqual(sorted((plugin["name"], plugin["settings"]) for plugin in plugins),
+                         [("Clock", False), ("Music", False), ("Notes", True), ("Weather", True)])
+        pages = [row["name"] for row in self.rows("PluginsListController")["rows"]]
+        self.assertIn("Weather", pages)
+        titles = [row["title"] for section in self.rows("AppsListController")["sections"] for row in section["rows"]]
+        self.assertIn("Podcasts", titles)
+        self.assertEqual(len(titles), 25)
+
+    def test_a_page_can_be_drawn_without_a_display(self):
+        self.start_tweak()
+        self.run_program("lumora-settings", "--grab", "page.png")
+        self.assertEqual((self.folder / "page.png").read_bytes()[:8], b"\x89PNG\r\n\x1a\n")
+
+    def test_nothing_is_loaded_from_the_build(self):
+        tweak = self.start_tweak()
+        loaded = Path(f"/proc/{tweak.pid}/maps").read_text()
+        for command in (["lumoractl", "plugins"], ["lumora-settings", "--rows", "AppsListController"],
+                        ["lumora-settings", "--grab", "loaded.png", "--page", "PluginsListController"]):
+            loaded += self.run_program(*command, LD_DEBUG="files").stderr
+        for name in ("liblumora-platform", "liblumora-kit", "Lumora.bundle/Lumora", "AppList.dylib", "WeatherView"):
+            self.assertRegex(loaded, rf"{re.escape(str(self.prefix))}\S*{name}")
+        self.assertNotIn(str(BUILD), loaded)
+
+
+if __name__ == "__main__":
+    unittest.main()
