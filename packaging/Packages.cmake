@@ -10,7 +10,6 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE "") # there is no packaging apart from this
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 
@@ -26,6 +25,10 @@ macro(debian_package component package section)
   set(CPACK_DEBIAN_${name}_PACKAGE_DEPENDS ${PACKAGE_DEPENDS})
   set(CPACK_DEBIAN_${name}_PACKAGE_RECOMMENDS ${PACKAGE_RECOMMENDS})
   set(CPACK_DEBIAN_${name}_PACKAGE_SUGGESTS ${PACKAGE_SUGGESTS})
+  if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/debian/${component}.lintian-overrides)
+    install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/debian/${component}.lintian-overrides RENAME ${package}
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT ${component})
+  endif()
   install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/debian/copyright ${CMAKE_CURRENT_SOURCE_DIR}/debian/changelog
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${component})
 endmacro()
@@ -79,6 +82,14 @@ debian_package(samples lumora-samples utils
     "Four sample plug-ins, and sample applications that fill the lists of Lumora's"
     "settings where few real ones are installed. They appear nowhere else.")
 
+# CPack would take every plug-in for a library.
+set(shlibs)
+foreach(library desktop kit platform)
+  string(APPEND shlibs "liblumora-${library} ${KIT_VERSION} ${libraries} ${same}\n")
+endforeach()
+file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/shlibs ${shlibs})
+set(CPACK_DEBIAN_LIBRARIES_PACKAGE_CONTROL_EXTRA
+  ${CMAKE_CURRENT_BINARY_DIR}/shlibs ${CMAKE_CURRENT_SOURCE_DIR}/debian/triggers)
 set(CPACK_DEBIAN_TWEAK_PACKAGE_CONTROL_EXTRA
   ${CMAKE_CURRENT_SOURCE_DIR}/debian/postinst ${CMAKE_CURRENT_SOURCE_DIR}/debian/postrm)
 
