@@ -13,7 +13,8 @@ add_custom_target(device_root)
 
 include(${CMAKE_CURRENT_LIST_DIR}/Bundle.cmake)
 
-# lumora_install_bundle(TARGET FOLDER COMPONENT) installs what lumora_bundle() has made into a folder of the device root.
+# lumora_install_bundle(TARGET FOLDER COMPONENT) installs what lumora_bundle() has made, into a folder of the device
+# root.
 function(lumora_install_bundle target folder component)
   set(bundle ${LUMORA_INSTALLED_ROOT}/${folder}/${target}.bundle)
   file(RELATIVE_PATH libraries /${bundle} /${CMAKE_INSTALL_LIBDIR})

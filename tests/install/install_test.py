@@ -167,11 +167,12 @@ class Install(unittest.TestCase):
 
     def test_bash_completes_options_and_what_they_take(self):
         (self.folder / "here.plist").touch()
+        completion = self.prefix / "share/bash-completion/completions/lumora-tweak"
 
         def offers(*words):
             return output("bash", "-c", '. "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _lumora_tweak;'
                           'printf "%s\\n" "${COMPREPLY[@]}"',
-                          self.prefix / "share/bash-completion/completions/lumora-tweak", "lumora-tweak", *words).split()
+                          completion, "lumora-tweak", *words).split()
         self.assertEqual(offers("--ver"), ["--verbose", "--version"])
         self.assertEqual(offers("--settings", f"{self.folder}/h"), [f"{self.folder}/here.plist"])
         self.assertEqual(offers("--omit", ""), [])

@@ -99,7 +99,8 @@ class Debian:
 
     @staticmethod
     def environment(**more):
-        return {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C.UTF-8", "DEBIAN_FRONTEND": "noninteractive", **more}
+        return {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C.UTF-8", "DEBIAN_FRONTEND": "noninteractive",
+                **more}
 
     def run(self, *words):
         return output(*self.command(*words), env=self.environment())
