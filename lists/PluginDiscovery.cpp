@@ -3,6 +3,7 @@
 #include <lumora/KitTag.h>
 
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/FolderContents.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/Unicode.h"
 
@@ -73,8 +74,8 @@ Result<Plugin> examineLoaded(const LumoraPrincipalClass* principalClass) {
 std::vector<fs::path> bundlePaths(const fs::path& folder) {
     std::vector<fs::path> paths;
     std::error_code failed; // a folder that is missing or cannot be read lists nothing
-    for (fs::directory_iterator entry(folder, failed), end; !failed && entry != end; entry.increment(failed))
-        if (isPluginPath(entry->path())) paths.push_back(entry->path());
+    for (fs::path& entry : platform::contentsOfFolder(folder, failed))
+        if (isPluginPath(entry)) paths.push_back(std::move(entry));
     return paths;
 }
 

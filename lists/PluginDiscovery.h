@@ -49,8 +49,9 @@ class Plugin {
 /// Runs the plug-in's code. Main thread.
 [[nodiscard]] platform::Result<Plugin> examine(const std::filesystem::path& bundle);
 
-/// The plug-ins in the plug-in folder, or only those with a settings page, in the order in which the folder lists them.
-/// Each call looks anew; what cannot be used is left out in silence. Main thread.
+/// The plug-ins in the plug-in folder, or only those with a settings page, in the order in which the file manager lists
+/// them: by the names of their bundles, since nothing is sorted here. Each call looks anew; what cannot be used is left
+/// out in silence. Main thread.
 [[nodiscard]] std::vector<Plugin> discoverPlugins(bool withSettings);
 
 } // namespace lumora

@@ -234,11 +234,12 @@ const std::vector<std::pair<std::string, Breaking>> breakings{
      [](const auto& plugins, const auto& bundle) { fs::create_symlink(bundle, plugins.path() / bundle); }},
 };
 
-/// The names of good bundles in the order in which the folder lists them.
+/// The names of good bundles, which are found in this order.
 std::vector<std::string> listedGood(const fs::path& folder) {
     std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(folder))
         if (entry.path().stem().string().starts_with("good-")) names.push_back(entry.path().stem().string());
+    std::ranges::sort(names);
     return names;
 }
 

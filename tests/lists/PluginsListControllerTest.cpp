@@ -148,7 +148,7 @@ TEST_F(AppViewsPage, OpensThePagesOfTheSamplesWithIconsOfTheirOwn) {
         }
         EXPECT_EQ(icons, 3U);
     }
-    EXPECT_THAT(names, testing::UnorderedElementsAre("Notes", "Weather"));
+    EXPECT_THAT(names, testing::ElementsAre("Notes", "Weather"));
 }
 
 TEST_F(AppViewsPage, HasRowsThatWereThereBeforeStandAhead) {

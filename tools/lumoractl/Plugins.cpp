@@ -1,6 +1,7 @@
 #include "tools/lumoractl/Plugins.h"
 
 #include "lists/PluginDiscovery.h"
+#include "platform/foundation/FolderContents.h"
 #include "tools/lumoractl/PluginProbe.h"
 #include "tools/lumoractl/Printable.h"
 
@@ -33,10 +34,8 @@ std::string described(const Value& plugin) {
 Result<List> probePlugins(const fs::path& path, std::chrono::milliseconds limit) {
     const fs::path folder = path.empty() ? pluginFolder() : path.has_filename() ? path : path.parent_path();
     if (isPluginPath(folder)) return List{probePlugin(folder, limit)};
-    std::vector<fs::path> entries; // listed first: plug-ins might change the folder
     std::error_code failed;
-    for (fs::directory_iterator entry(folder, failed), end; !failed && entry != end; entry.increment(failed))
-        entries.push_back(entry->path());
+    const std::vector<fs::path> entries = platform::contentsOfFolder(folder, failed);
     if (failed && !(path.empty() && failed == std::errc::no_such_file_or_directory))
         return Result<List>::failure("cannot read " + folder.string() + ": " + failed.message());
     List plugins;
