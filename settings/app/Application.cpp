@@ -1,6 +1,6 @@
 #include "settings/app/Application.h"
 
-#include "settings/app/DesktopColorScheme.h"
+#include "settings/app/DesktopLook.h"
 #include "settings/app/Pictures.h"
 #include "settings/app/StartTrace.h"
 
@@ -50,9 +50,11 @@ Options withoutDisplay(Options options) {
     return options;
 }
 
-void followDesktop(Shell& shell) {
-    auto* desktop = new DesktopColorScheme(&shell);
-    QObject::connect(desktop, &DesktopColorScheme::darkChosen, &shell, &Shell::setDark);
+/// In whatever the command line leaves open.
+void followDesktop(Shell& shell, const Options& options) {
+    auto* desktop = new DesktopLook(&shell);
+    if (!options.dark) QObject::connect(desktop, &DesktopLook::darkChosen, &shell, &Shell::setDark);
+    if (!options.textSize) QObject::connect(desktop, &DesktopLook::textSizeChosen, &shell, &Shell::setTextSize);
 }
 
 } // namespace
@@ -75,10 +77,9 @@ int runApplication(int argc, char** argv, const Options& asked) {
     QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
 
     auto& shell = *new Shell; // never destroyed, as the main thread reports to it
-    if (options.dark)
-        shell.setDark(*options.dark);
-    else if (!picturesOnly)
-        followDesktop(shell);
+    shell.setDark(options.dark.value_or(false));
+    shell.setTextSize(options.textSize.value_or(100));
+    if (!picturesOnly && !(options.dark && options.textSize)) followDesktop(shell, options);
     shell.launch({options.bundle.value_or(standardBundle()), options.page, contentSizeOf(options.size)},
                  [picturesOnly](const std::string& why) {
                      // Who waits for a page to take a picture of would go on waiting.

@@ -54,6 +54,12 @@ void FontTitle::setTitleFont(const QVariant& font) {
     emit changed();
 }
 
+void FontTitle::setUsualScale(double scale) {
+    if (std::exchange(usualScale_, scale) == scale) return;
+    layOutSoon();
+    emit changed();
+}
+
 void FontTitle::setColor(const QColor& color) {
     if (std::exchange(color_, color) == color) return;
     update();
@@ -89,7 +95,7 @@ QPainterPath FontTitle::layOut() const {
     if (!font_ || width() <= 0) return {};
     auto outline = FontFaces::shared().outline(*font_, text_);
     if (!outline) return {};
-    const double scale = outline->width > width() ? std::max(smallestScale_, width() / outline->width) : 1;
+    const double scale = std::min(usualScale_, std::max(smallestScale_, width() / outline->width));
     if (outline->width * scale > width()) outline = elided(*font_, text_, width() / scale);
     if (!outline) return {};
     const double left = outline->rightToLeft ? width() - outline->width * scale : 0;

@@ -50,6 +50,9 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
         ->check(CLI::Range(0.001, 86400.0));
     auto* lightFlag = app.add_flag("--light", light, "Light colours, whatever the desktop's setting");
     app.add_flag("--dark", dark, "Dark colours, whatever the desktop's setting")->excludes(lightFlag);
+    app.add_option("--text-size", options.textSize, "How large texts are, whatever the desktop's setting (usual: 100)")
+        ->type_name("PERCENT")
+        ->check(CLI::Range(kSmallestTexts, kLargestTexts));
     app.add_option("--size", size, "The window's size (default: 390x844)")
         ->type_name("WxH")
         ->check([](const std::string& text) { return readSize(text) ? "" : "is no size such as 390x844: " + text; });

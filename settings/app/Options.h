@@ -19,8 +19,13 @@ struct Options {
     std::optional<std::string> rows;
     double timeout = 10; ///< seconds
     std::optional<bool> dark;
+    std::optional<int> textSize; ///< in percent
     platform::CGSize size{390, 844};
 };
+
+/// How small and how large texts can be, in percent of their usual size.
+inline constexpr int kSmallestTexts = 50;
+inline constexpr int kLargestTexts = 300;
 
 /// Height of the navigation bar, in points; a page has the rest of the window.
 inline constexpr int kBarHeight = 52;

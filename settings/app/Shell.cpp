@@ -76,6 +76,11 @@ void Shell::setDark(bool dark) {
     if (std::exchange(dark_, dark) != dark) emit darkChanged();
 }
 
+void Shell::setTextSize(int percent) {
+    const int size = std::clamp(percent, kSmallestTexts, kLargestTexts);
+    if (std::exchange(textSize_, size) != size) emit textSizeChanged();
+}
+
 void Shell::setAnimated(bool animated) {
     if (std::exchange(animated_, animated) != animated) emit animatedChanged();
 }

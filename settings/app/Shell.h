@@ -26,6 +26,7 @@ class Shell : public QObject, private Events {
 
     Q_PROPERTY(bool dark READ dark WRITE setDark NOTIFY darkChanged)
     Q_PROPERTY(bool animated READ animated WRITE setAnimated NOTIFY animatedChanged)
+    Q_PROPERTY(int textSize READ textSize WRITE setTextSize NOTIFY textSizeChanged)
     Q_PROPERTY(bool waiting READ waiting NOTIFY waitingChanged)
     Q_PROPERTY(bool lost READ lost NOTIFY waitingChanged)
     Q_PROPERTY(QString waitingTitle READ waitingTitle NOTIFY waitingChanged)
@@ -44,6 +45,9 @@ class Shell : public QObject, private Events {
     [[nodiscard]] static int barHeight() { return kBarHeight; }
     [[nodiscard]] bool dark() const { return dark_; }
     void setDark(bool dark);
+    /// In percent of the usual size; kept within what the window can be drawn with.
+    [[nodiscard]] int textSize() const { return textSize_; }
+    void setTextSize(int percent);
     [[nodiscard]] bool animated() const { return animated_; }
     void setAnimated(bool animated);
 
@@ -75,6 +79,7 @@ class Shell : public QObject, private Events {
 
   signals:
     void darkChanged();
+    void textSizeChanged();
     void animatedChanged();
     void waitingChanged();
     void pagePushed(settings::PageModel* page);
@@ -108,6 +113,7 @@ class Shell : public QObject, private Events {
     QTimer grace_;
     QTimer timeOuts_;
     bool dark_ = false;
+    int textSize_ = 100;
     bool animated_ = true;
 };
 

@@ -8,14 +8,8 @@ TappableRow {
     text: row.title
     Accessible.role: Accessible.Button
 
-    contentItem: Text {
+    contentItem: RowTitle {
         text: control.text
-        textFormat: Text.PlainText
         color: Theme.accent
-        font.pixelSize: Theme.bodySize
-        fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: Theme.smallestSize
-        verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideMiddle
     }
 }

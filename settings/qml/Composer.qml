@@ -143,12 +143,19 @@ FocusScope {
         Item {
             id: head
 
+            // The title gets a line of its own when there is not enough room for it between the buttons.
+            readonly property real room: width - 2 * Math.max(cancelButton.x + cancelButton.width, width - sendButton.x)
+            readonly property bool stacked: title.implicitWidth > room
+            readonly property int line: Math.max(52, Theme.rowHeight)
+
             width: parent.width
-            height: 52
+            height: line + (stacked ? title.implicitHeight + 8 : 0)
             enabled: !root.asking
 
             ComposerButton {
-                anchors { left: parent.left; leftMargin: Theme.inset - leftPadding; verticalCenter: parent.verticalCenter }
+                id: cancelButton
+
+                anchors { left: parent.left; leftMargin: Theme.inset - leftPadding; verticalCenter: parent.top; verticalCenterOffset: head.line / 2 }
                 text: qsTr("Cancel")
                 enabled: !root.working
                 onClicked: root.cancel()
@@ -156,7 +163,10 @@ FocusScope {
             Text {
                 id: title
 
-                anchors.centerIn: parent
+                anchors { horizontalCenter: parent.horizontalCenter; verticalCenter: parent.top; verticalCenterOffset: head.stacked ? head.line + height / 2 : head.line / 2 }
+                width: Math.min(implicitWidth, head.width - 2 * Theme.inset)
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
                 text: qsTr("New Message")
                 color: Theme.text
                 font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
@@ -166,7 +176,7 @@ FocusScope {
             ComposerButton {
                 id: sendButton
 
-                anchors { right: parent.right; rightMargin: Theme.inset - rightPadding; verticalCenter: parent.verticalCenter }
+                anchors { right: parent.right; rightMargin: Theme.inset - rightPadding; verticalCenter: parent.top; verticalCenterOffset: head.line / 2 }
                 text: qsTr("Send")
                 strong: true
                 enabled: !root.working && to.text.trim().length > 0
@@ -266,8 +276,10 @@ FocusScope {
 
                         required property var modelData
 
+                        readonly property bool stacked: name.implicitWidth + 12 + size.implicitWidth > width - 2 * Theme.inset
+
                         width: column.width
-                        height: Theme.rowHeight
+                        height: Math.max(Theme.rowHeight, 2 * Theme.rowMargin + name.implicitHeight + (stacked ? size.implicitHeight : 0))
                         Accessible.role: Accessible.ListItem
                         Accessible.name: qsTr("Attachment %1, %2").arg(modelData.name).arg(modelData.size)
 
@@ -277,18 +289,22 @@ FocusScope {
                             color: Theme.hairline
                         }
                         Text {
-                            anchors { left: parent.left; leftMargin: Theme.inset; right: size.left; rightMargin: 12; verticalCenter: parent.verticalCenter }
+                            id: name
+
+                            anchors { left: parent.left; leftMargin: Theme.inset; right: parent.right; rightMargin: Theme.inset
+                                      verticalCenter: parent.verticalCenter; verticalCenterOffset: attachment.stacked ? -size.height / 2 : 0 }
                             text: attachment.modelData.name
                             textFormat: Text.PlainText
                             color: Theme.text
                             font.pixelSize: Theme.bodySize
-                            elide: Text.ElideMiddle
+                            wrapMode: Text.Wrap
                             Accessible.ignored: true
                         }
                         Text {
                             id: size
 
-                            anchors { right: parent.right; rightMargin: Theme.inset; verticalCenter: parent.verticalCenter }
+                            anchors { right: parent.right; rightMargin: Theme.inset
+                                      verticalCenter: parent.verticalCenter; verticalCenterOffset: attachment.stacked ? name.height / 2 : 0 }
                             text: attachment.modelData.size
                             color: Theme.secondary
                             font.pixelSize: Theme.bodySize
@@ -305,7 +321,7 @@ FocusScope {
             id: foot
 
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
-            height: root.asking ? question.height + 16 : Math.max(48, status.implicitHeight + 16)
+            height: root.asking ? question.height + 16 : Math.max(48, saveButton.height + 8, status.implicitHeight + 16)
 
             Rectangle {
                 width: parent.width
@@ -333,8 +349,6 @@ FocusScope {
                 font.pixelSize: Theme.footSize
                 horizontalAlignment: Text.AlignRight
                 wrapMode: Text.Wrap
-                maximumLineCount: 4
-                elide: Text.ElideRight
                 Accessible.role: Accessible.AlertMessage
                 Accessible.name: text
             }

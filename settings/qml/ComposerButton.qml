@@ -11,7 +11,7 @@ T.AbstractButton {
     leftPadding: 8
     rightPadding: 8
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    implicitHeight: 40
+    implicitHeight: Math.max(40, implicitContentHeight + 8)
     focusPolicy: Qt.StrongFocus
     opacity: down ? 0.4 : 1
 

@@ -11,6 +11,7 @@ Cell {
     required property RowModel row
     readonly property alias field: field
 
+    implicitHeight: Math.max(Theme.rowHeight, Math.max(placeholder.implicitHeight, field.contentHeight) + 2 * Theme.rowMargin)
     hasIcon: row.hasIcon
     icon: row.icon
 
@@ -43,7 +44,7 @@ Cell {
             rightPadding: Theme.inset
             activeFocusOnTab: true
             // A control's own font is the desktop's; texts have the application's.
-            font: placeholder.font
+            font { family: placeholder.font.family; pixelSize: Theme.bodySize }
             color: Theme.text
             selectionColor: Theme.accent
             selectedTextColor: "white"
@@ -96,16 +97,13 @@ Cell {
                 function onValueRead() { field.settle() }
             }
 
-            Text {
+            RowTitle {
                 id: placeholder
 
                 visible: field.length === 0 && field.preeditText.length === 0
                 anchors { fill: parent; leftMargin: Theme.inset; rightMargin: Theme.inset }
                 text: root.row.placeholder
                 color: Theme.placeholder
-                font.pixelSize: Theme.bodySize
-                verticalAlignment: Text.AlignVCenter
-                elide: Text.ElideRight
                 Accessible.ignored: true
             }
         }

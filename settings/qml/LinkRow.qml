@@ -1,7 +1,7 @@
 import QtQuick
 import Lumora
 
-// Opens a page. An option list shows what is chosen in it.
+// Opens a page. An option list shows what is chosen in it, beneath the title when both are too long for one line.
 TappableRow {
     id: control
 
@@ -10,11 +10,23 @@ TappableRow {
     Accessible.description: row.valueTitle + (row.valueTitle && row.accessibleDescription ? ". " : "") + row.accessibleDescription
 
     contentItem: Item {
+        id: content
+
+        readonly property real room: width - chevron.width - 8
+        readonly property bool stacked: value.implicitWidth + 12 > room / 2
+                                        && smallest.advanceWidth + 12 + value.implicitWidth > room
+
+        // On whole pixels, as anchors would have it.
+        function middle(height) { return Math.ceil(Math.floor(content.height) / 2) - Math.ceil(Math.floor(height) / 2) }
+
+        implicitHeight: stacked ? title.implicitHeight + 2 + value.implicitHeight : Math.max(title.implicitHeight, value.implicitHeight)
+
         RowTitle {
             id: title
 
-            anchors { left: parent.left; verticalCenter: parent.verticalCenter }
-            width: Math.min(Math.ceil(unbound.advanceWidth) + 1, parent.width - chevron.width - 8 - Math.min(value.implicitWidth + 12, parent.width / 2))
+            y: content.stacked ? content.middle(content.implicitHeight) : content.middle(height)
+            width: content.stacked ? content.room
+                : Math.min(Math.ceil(unbound.advanceWidth) + 1, content.room - value.implicitWidth - 12)
             text: control.text
         }
         TextMetrics {
@@ -23,16 +35,24 @@ TappableRow {
             font { family: title.font.family; pixelSize: Theme.bodySize }
             text: control.text
         }
+        TextMetrics {
+            id: smallest
+
+            font { family: title.font.family; pixelSize: Theme.smallestSize }
+            text: control.text
+        }
         Text {
             id: value
 
-            anchors { left: title.right; leftMargin: 12; right: chevron.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+            x: content.stacked ? 0 : title.width + 12
+            y: content.stacked ? title.y + title.height + 2 : content.middle(height)
+            width: content.room - x
             text: control.row.valueTitle
             textFormat: Text.PlainText
             color: Theme.secondary
             font.pixelSize: Theme.bodySize
-            horizontalAlignment: Text.AlignRight
-            elide: Text.ElideRight
+            horizontalAlignment: content.stacked ? Text.AlignLeft : Text.AlignRight
+            wrapMode: content.stacked ? Text.Wrap : Text.NoWrap
         }
         Chevron {
             id: chevron

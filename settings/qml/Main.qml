@@ -51,6 +51,11 @@ Window {
     }
     Binding {
         target: Theme
+        property: "textSize"
+        value: window.shell.textSize
+    }
+    Binding {
+        target: Theme
         property: "animated"
         value: window.shell.animated
     }

@@ -29,11 +29,11 @@ Item {
         width: fits ? implicitWidth : parent.width - edge - 16
         horizontalAlignment: Text.AlignHCenter
         fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: Theme.smallestSize
+        minimumPixelSize: Theme.smallestFixedSize
         text: root.title
         textFormat: Text.PlainText
         color: Theme.text
-        font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
+        font { pixelSize: Theme.bodySizeWithin(40); weight: Font.DemiBold }
         elide: Text.ElideRight
         Accessible.role: Accessible.Heading
         Accessible.name: text
@@ -79,7 +79,7 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 text: back.text
                 color: Theme.accent
-                font.pixelSize: Theme.bodySize
+                font.pixelSize: Theme.bodySizeWithin(40)
             }
         }
     }

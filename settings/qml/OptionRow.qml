@@ -13,13 +13,17 @@ TappableRow {
     Accessible.onToggleAction: clicked()
 
     contentItem: Item {
+        implicitHeight: title.implicitHeight
+
         Text {
+            id: title
+
             anchors { left: parent.left; right: mark.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
             text: control.text
             textFormat: Text.PlainText
             color: Theme.text
             font.pixelSize: Theme.bodySize
-            elide: Text.ElideRight
+            wrapMode: Text.Wrap
         }
         CheckMark {
             id: mark

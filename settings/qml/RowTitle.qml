@@ -1,26 +1,30 @@
 import QtQuick
 
-// The title of a row. One that is too long shrinks at first, then takes two lines, and is cut only then.
+// The title of a row. One that is too long shrinks at first, and then takes as many lines as it needs. In a row of fixed
+// height it is cut after the second.
 Text {
     id: root
 
-    readonly property bool takesTwoLines: width > 0 && smallest.advanceWidth > width
+    property real fixedHeight: 0 // of the row; 0 for one that grows with its title
+    readonly property int usualSize: fixedHeight > 0 ? Theme.bodySizeWithin(fixedHeight) : Theme.bodySize
+    readonly property int smallestSize: fixedHeight > 0 ? Theme.smallestFixedSize : Theme.smallestSize
+    readonly property bool takesLines: width > 0 && (smallest.advanceWidth > width || /[\n\r\u2028\u2029]/.test(text))
 
     textFormat: Text.PlainText
     color: Theme.text
-    font.pixelSize: takesTwoLines ? Theme.smallestSize : Theme.bodySize
-    fontSizeMode: takesTwoLines ? Text.FixedSize : Text.HorizontalFit
-    minimumPixelSize: Theme.smallestSize
-    wrapMode: takesTwoLines ? Text.Wrap : Text.NoWrap
-    maximumLineCount: 2
-    lineHeight: takesTwoLines ? 0.95 : 1
+    font.pixelSize: takesLines ? smallestSize : usualSize
+    fontSizeMode: takesLines ? Text.FixedSize : Text.HorizontalFit
+    minimumPixelSize: smallestSize
+    wrapMode: takesLines ? Text.Wrap : Text.NoWrap
+    maximumLineCount: fixedHeight > 0 ? 2 : 2147483647
+    lineHeight: takesLines ? 0.95 : 1
     verticalAlignment: Text.AlignVCenter
-    elide: Text.ElideRight
+    elide: fixedHeight > 0 ? Text.ElideRight : Text.ElideNone
 
     TextMetrics {
         id: smallest
 
-        font { family: root.font.family; pixelSize: Theme.smallestSize }
+        font { family: root.font.family; pixelSize: root.smallestSize }
         text: root.text
     }
 }

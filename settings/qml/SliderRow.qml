@@ -9,6 +9,7 @@ Cell {
     required property RowModel row
 
     focused: slider.visualFocus
+    implicitHeight: Math.max(Theme.rowHeight, number.implicitHeight + 2 * Theme.rowMargin)
     hasIcon: row.hasIcon
     icon: row.icon
 
@@ -106,7 +107,7 @@ Cell {
         width: Math.max(36, widest.advanceWidth)
         text: root.row.shown(slider.value)
         color: Theme.secondary
-        font.pixelSize: Theme.bodySize - 2
+        font.pixelSize: Theme.scaled(15)
         horizontalAlignment: Text.AlignRight
         Accessible.ignored: true
     }

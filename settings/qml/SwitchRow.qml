@@ -10,7 +10,7 @@ T.Switch {
     property bool first: false
     property bool last: false
 
-    implicitHeight: Theme.rowHeight
+    implicitHeight: Math.max(Theme.rowHeight, implicitContentHeight + 2 * Theme.rowMargin)
     leftPadding: Theme.contentInset(row.hasIcon)
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus
@@ -45,7 +45,11 @@ T.Switch {
         icon: control.row.icon
     }
     contentItem: Item {
+        implicitHeight: title.implicitHeight
+
         RowTitle {
+            id: title
+
             anchors { fill: parent; rightMargin: track.width + 8 }
             text: control.text
         }

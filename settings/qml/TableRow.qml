@@ -25,7 +25,8 @@ Cell {
                 text: root.title
                 titleFont: root.titleFont
                 color: Theme.text
-                smallestScale: Theme.smallestSize / Theme.bodySize
+                usualScale: Theme.bodySizeWithin(root.height) / 17
+                smallestScale: Theme.smallestFixedSize / 17
                 inView: root.inView
             }
         }
@@ -33,6 +34,7 @@ Cell {
             visible: !drawn.item?.drawn
             anchors { left: parent.left; right: signs.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
             text: root.title
+            fixedHeight: root.height
             Accessible.ignored: true
         }
         Row {

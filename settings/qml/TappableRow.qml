@@ -10,7 +10,7 @@ T.AbstractButton {
     property bool first: false
     property bool last: false
 
-    implicitHeight: Math.max(Theme.rowHeight, implicitContentHeight)
+    implicitHeight: Math.max(Theme.rowHeight, implicitContentHeight + 2 * Theme.rowMargin)
     leftPadding: Theme.contentInset(row.hasIcon)
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus

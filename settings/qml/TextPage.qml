@@ -57,7 +57,7 @@ FocusScope {
             text: root.text?.text ?? ""
             textFormat: TextEdit.PlainText
             wrapMode: TextEdit.Wrap
-            font.pixelSize: root.text?.size ?? Theme.bodySize
+            font.pixelSize: Theme.scaled(root.text?.size ?? 17)
             color: Theme.text
             selectionColor: Theme.accent
             selectedTextColor: "white"

@@ -5,6 +5,7 @@ import QtQuick
 QtObject {
     property bool dark: false
     property bool animated: true
+    property int textSize: 100 // in percent of the usual size
 
     readonly property color page: dark ? "#000000" : "#f2f2f7"
     readonly property color cell: dark ? "#1c1c1e" : "#ffffff"
@@ -22,12 +23,17 @@ QtObject {
     readonly property color knobEdge: dark ? "#00000000" : "#24000000"
 
     readonly property int inset: 16
-    readonly property int rowHeight: 44
+    readonly property int rowHeight: Math.max(44, Math.ceil(1.25 * bodySize) + 22)
+    readonly property int rowMargin: 5 // at least, above and below what is in a row
     readonly property int rowRadius: 10
     readonly property int iconSize: 29
     function contentInset(hasIcon) { return hasIcon ? 2 * inset + iconSize : inset }
     readonly property int contentWidth: 640
-    readonly property int bodySize: 17
-    readonly property int footSize: 13
-    readonly property int smallestSize: 14 // down to which a title shrinks before it is cut
+    function scaled(size) { return Math.max(1, Math.round(size * textSize / 100)) }
+    readonly property int bodySize: scaled(17)
+    readonly property int footSize: scaled(13)
+    readonly property int smallestSize: scaled(14) // down to which a title shrinks before it takes more lines
+    // Where the height is not ours to choose texts take what there is of it, and shrink as far as they are still read.
+    readonly property int smallestFixedSize: Math.min(smallestSize, 14)
+    function bodySizeWithin(height) { return Math.min(bodySize, Math.floor(height * 0.8)) }
 }

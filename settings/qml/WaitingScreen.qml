@@ -47,7 +47,7 @@ Rectangle {
             width: parent.width
             text: root.headline
             color: Theme.text
-            font { pixelSize: 20; weight: Font.DemiBold }
+            font { pixelSize: Theme.scaled(20); weight: Font.DemiBold }
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
             Accessible.ignored: true
@@ -57,7 +57,7 @@ Rectangle {
             visible: text.length > 0
             text: root.explanation
             color: Theme.secondary
-            font.pixelSize: 15
+            font.pixelSize: Theme.scaled(15)
             lineHeight: 1.15
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
@@ -65,7 +65,7 @@ Rectangle {
         }
         Item {
             width: parent.width
-            height: 68
+            height: restart.height + 20
             opacity: root.lost ? 1 : 0
 
             T.AbstractButton {
@@ -73,8 +73,9 @@ Rectangle {
 
                 enabled: root.lost
                 anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom }
-                implicitWidth: implicitContentWidth + 48
-                implicitHeight: 48
+                width: Math.min(parent.width, implicitContentWidth + 48)
+                height: Math.max(48, contentItem.implicitHeight + 14)
+                padding: width < implicitContentWidth + 48 ? 12 : 0
                 focusPolicy: Qt.StrongFocus
                 text: qsTr("Restart Settings")
 
@@ -105,6 +106,7 @@ Rectangle {
                     text: restart.text
                     color: "white"
                     font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
+                    wrapMode: Text.Wrap
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
                 }

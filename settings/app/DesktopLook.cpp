@@ -1,0 +1,68 @@
+#include "settings/app/DesktopLook.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+
+#include <algorithm>
+#include <cmath>
+
+namespace settings {
+namespace {
+
+const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString kInterface = QStringLiteral("org.freedesktop.portal.Settings");
+const QString kColors = QStringLiteral("org.freedesktop.appearance");
+const QString kDark = QStringLiteral("color-scheme");
+const QString kTexts = QStringLiteral("org.gnome.desktop.interface");
+const QString kSize = QStringLiteral("text-scaling-factor");
+
+/// Without an address the connection would look for, or even start, a bus of its own accord, and wait for it.
+bool hasSessionBus() {
+    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS");
+}
+
+/// Older portals put what they answer into one variant too many.
+QVariant unwrapped(QVariant value) {
+    while (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+} // namespace
+
+DesktopLook::DesktopLook(QObject* parent) : QObject(parent) {
+    if (!hasSessionBus()) return;
+    QDBusConnection::sessionBus().connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
+                                          SLOT(settingChanged(QString, QString, QDBusVariant)));
+    ask(kColors, kDark);
+    ask(kTexts, kSize);
+}
+
+void DesktopLook::ask(const QString& area, const QString& key) {
+    QDBusMessage read = QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Read"));
+    read << area << key;
+    auto* call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(read), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, area, key] {
+        const QDBusPendingReply<QDBusVariant> reply = *call;
+        if (reply.isValid()) tell(area, key, reply.value().variant());
+        call->deleteLater();
+    });
+}
+
+void DesktopLook::settingChanged(const QString& area, const QString& key, const QDBusVariant& value) {
+    tell(area, key, value.variant());
+}
+
+void DesktopLook::tell(const QString& area, const QString& key, const QVariant& value) {
+    const QVariant told = unwrapped(value);
+    if (area == kColors && key == kDark) emit darkChosen(told.toUInt() == 1); // the portal's number for "prefers dark"
+    if (area != kTexts || key != kSize) return;
+    // What is no size at all, a text or not a number, changes nothing.
+    if (const double factor = told.toDouble(); factor > 0)
+        emit textSizeChosen(int(std::lround(std::min(factor, 100.0) * 100)));
+}
+
+} // namespace settings
