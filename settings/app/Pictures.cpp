@@ -17,7 +17,6 @@ using platform::Result;
 
 namespace {
 
-constexpr int kWidths[] = {320, 390, 1024};
 /// What a page waits for that does not come.
 constexpr auto kPage = "the tweak to answer \"requestTweakSettings\"";
 
@@ -61,13 +60,13 @@ Result<bool> Pictures::grab(const std::filesystem::path& file) {
     }
 }
 
-Result<bool> Pictures::tour(const std::filesystem::path& folder) {
+Result<bool> Pictures::tour(const std::filesystem::path& folder, const std::vector<int>& widths) {
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
     if (failed) return Result<bool>::failure("cannot make " + folder.string() + ": " + failed.message());
     folder_ = folder;
     try {
-        for (const int width : kWidths) {
+        for (const int width : widths) {
             settle();
             resize(width);
             visitPages();
@@ -135,10 +134,13 @@ void Pictures::visitWaitingScreen() {
 }
 
 void Pictures::takePictures(const std::string& name) {
-    for (const bool dark : {false, true}) {
-        shell_.setDark(dark);
-        save(folder_ / (name + "-" + std::to_string(window_.width()) + (dark ? "-dark.png" : "-light.png")));
-    }
+    for (const bool dark : {false, true})
+        takePicture(name, dark);
+}
+
+void Pictures::takePicture(const std::string& name, bool dark) {
+    shell_.setDark(dark);
+    save(folder_ / (name + "-" + std::to_string(window_.width()) + (dark ? "-dark.png" : "-light.png")));
 }
 
 void Pictures::save(const std::filesystem::path& file) {

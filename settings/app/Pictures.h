@@ -11,6 +11,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace settings {
 
@@ -29,7 +30,14 @@ class Pictures : private QObject {
     /// rows open has one picture, but for option lists: "PSListItemsController-SleepAfter-390-light.png". Presses no
     /// button and changes no value. A message being composed, and the waiting
     /// screen in both of its states, come last.
-    [[nodiscard]] platform::Result<bool> tour(const std::filesystem::path& folder);
+    [[nodiscard]] platform::Result<bool> tour(const std::filesystem::path& folder,
+                                              const std::vector<int>& widths = {320, 390, 1024});
+
+  protected:
+    /// Saves the window as it is under that name, light and dark; called for each page at each width.
+    virtual void takePictures(const std::string& name);
+    void takePicture(const std::string& name, bool dark);
+    [[nodiscard]] QQuickWindow& window() const { return window_; }
 
   private:
     /// Ends the tour from within; its text says why.
@@ -42,7 +50,6 @@ class Pictures : private QObject {
     void visitTopPage();
     void visitWaitingScreen();
     void visitComposer();
-    void takePictures(const std::string& name);
     void save(const std::filesystem::path& file);
     void resize(int width);
     void settle();

@@ -31,7 +31,7 @@ T.AbstractButton {
     contentItem: Text {
         text: root.text
         color: root.enabled ? root.tint : Theme.placeholder
-        font { pixelSize: Theme.bodySize; weight: root.strong ? Font.DemiBold : Font.Normal }
+        font { pixelSize: Theme.bodySizeWithin(40); weight: root.strong ? Font.DemiBold : Font.Normal }
         verticalAlignment: Text.AlignVCenter
     }
 }

@@ -13,8 +13,8 @@ TappableRow {
         id: content
 
         readonly property real room: width - chevron.width - 8
-        readonly property bool stacked: value.implicitWidth + 12 > room / 2
-                                        && smallest.advanceWidth + 12 + value.implicitWidth > room
+        readonly property bool stacked: unboundValue.advanceWidth + 12 > room / 2
+                                        && smallest.advanceWidth + 12 + unboundValue.advanceWidth > room
 
         // On whole pixels, as anchors would have it.
         function middle(height) { return Math.ceil(Math.floor(content.height) / 2) - Math.ceil(Math.floor(height) / 2) }
@@ -40,6 +40,12 @@ TappableRow {
 
             font { family: title.font.family; pixelSize: Theme.smallestSize }
             text: control.text
+        }
+        TextMetrics {
+            id: unboundValue
+
+            font { family: title.font.family; pixelSize: Theme.bodySize }
+            text: control.row.valueTitle
         }
         Text {
             id: value

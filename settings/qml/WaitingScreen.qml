@@ -16,99 +16,112 @@ Rectangle {
     Accessible.name: headline
     Accessible.description: explanation
 
-    Column {
-        anchors { centerIn: parent; verticalCenterOffset: -parent.height * 0.06 }
-        width: Math.min(parent.width, 440) - 4 * Theme.inset
-        spacing: 12
+    // Large texts may not fit into a low window.
+    Flickable {
+        id: flick
 
-        Item {
-            width: parent.width
-            height: 52
+        anchors.fill: parent
+        contentWidth: width
+        contentHeight: Math.max(height, column.height)
+        interactive: contentHeight > height
 
-            Spinner {
-                visible: !root.lost
-                anchors.horizontalCenter: parent.horizontalCenter
-            }
-            Rectangle {
-                visible: root.lost
-                anchors.horizontalCenter: parent.horizontalCenter
-                width: 36
-                height: 36
-                radius: 18
-                color: "transparent"
-                border { width: 2.5; color: Theme.secondary }
-                antialiasing: true
+        Column {
+            id: column
 
-                Rectangle { x: 16.5; y: 9; width: 3; height: 11; radius: 1.5; color: Theme.secondary; antialiasing: true }
-                Rectangle { x: 16.25; y: 23; width: 3.5; height: 3.5; radius: 1.75; color: Theme.secondary; antialiasing: true }
-            }
-        }
-        Text {
-            width: parent.width
-            text: root.headline
-            color: Theme.text
-            font { pixelSize: Theme.scaled(20); weight: Font.DemiBold }
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            Accessible.ignored: true
-        }
-        Text {
-            width: parent.width
-            visible: text.length > 0
-            text: root.explanation
-            color: Theme.secondary
-            font.pixelSize: Theme.scaled(15)
-            lineHeight: 1.15
-            horizontalAlignment: Text.AlignHCenter
-            wrapMode: Text.Wrap
-            Accessible.ignored: true
-        }
-        Item {
-            width: parent.width
-            height: restart.height + 20
-            opacity: root.lost ? 1 : 0
+            anchors { centerIn: parent; verticalCenterOffset: -Math.min(parent.height * 0.06, (parent.height - height) / 2) }
+            width: Math.min(parent.width, 440) - 4 * Theme.inset
+            spacing: 12
 
-            T.AbstractButton {
-                id: restart
+            Item {
+                width: parent.width
+                height: 52
 
-                enabled: root.lost
-                anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom }
-                width: Math.min(parent.width, implicitContentWidth + 48)
-                height: Math.max(48, contentItem.implicitHeight + 14)
-                padding: width < implicitContentWidth + 48 ? 12 : 0
-                focusPolicy: Qt.StrongFocus
-                text: qsTr("Restart Settings")
-
-                onClicked: root.restartTapped()
-                onEnabledChanged: if (enabled) forceActiveFocus(Qt.OtherFocusReason)
-                Keys.onReturnPressed: clicked()
-                Keys.onEnterPressed: clicked()
-
-                Accessible.name: text
-                Accessible.description: root.explanation
-                Accessible.onPressAction: clicked()
-
-                background: Rectangle {
-                    radius: 12
-                    color: restart.down ? Qt.darker(Theme.accent, 1.2) : Theme.accent
+                Spinner {
+                    visible: !root.lost
+                    anchors.horizontalCenter: parent.horizontalCenter
+                }
+                Rectangle {
+                    visible: root.lost
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    width: 36
+                    height: 36
+                    radius: 18
+                    color: "transparent"
+                    border { width: 2.5; color: Theme.secondary }
                     antialiasing: true
 
-                    Rectangle {
-                        visible: restart.visualFocus
-                        anchors { fill: parent; margins: -4 }
-                        radius: 16
-                        color: "transparent"
-                        border { width: 2; color: Theme.accent }
-                        antialiasing: true
-                    }
+                    Rectangle { x: 16.5; y: 9; width: 3; height: 11; radius: 1.5; color: Theme.secondary; antialiasing: true }
+                    Rectangle { x: 16.25; y: 23; width: 3.5; height: 3.5; radius: 1.75; color: Theme.secondary; antialiasing: true }
                 }
-                contentItem: Text {
-                    text: restart.text
-                    color: "white"
-                    font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
-                    wrapMode: Text.Wrap
-                    horizontalAlignment: Text.AlignHCenter
-                    verticalAlignment: Text.AlignVCenter
+            }
+            Text {
+                width: parent.width
+                text: root.headline
+                color: Theme.text
+                font { pixelSize: Theme.scaled(20); weight: Font.DemiBold }
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                Accessible.ignored: true
+            }
+            Text {
+                width: parent.width
+                visible: text.length > 0
+                text: root.explanation
+                color: Theme.secondary
+                font.pixelSize: Theme.scaled(15)
+                lineHeight: 1.15
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
+                Accessible.ignored: true
+            }
+            Item {
+                width: parent.width
+                height: restart.height + 20
+                opacity: root.lost ? 1 : 0
+
+                T.AbstractButton {
+                    id: restart
+
+                    enabled: root.lost
+                    anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom }
+                    width: Math.min(parent.width, implicitContentWidth + 48)
+                    height: Math.max(48, contentItem.implicitHeight + 14)
+                    leftPadding: width < implicitContentWidth + 48 ? 12 : 0
+                    rightPadding: leftPadding
+                    focusPolicy: Qt.StrongFocus
+                    text: qsTr("Restart Settings")
+
+                    onClicked: root.restartTapped()
+                    onEnabledChanged: if (enabled) forceActiveFocus(Qt.OtherFocusReason)
+                    Keys.onReturnPressed: clicked()
+                    Keys.onEnterPressed: clicked()
+
+                    Accessible.name: text
+                    Accessible.description: root.explanation
+                    Accessible.onPressAction: clicked()
+
+                    background: Rectangle {
+                        radius: 12
+                        color: restart.down ? Qt.darker(Theme.accent, 1.2) : Theme.accent
+                        antialiasing: true
+
+                        Rectangle {
+                            visible: restart.visualFocus
+                            anchors { fill: parent; margins: -4 }
+                            radius: 16
+                            color: "transparent"
+                            border { width: 2; color: Theme.accent }
+                            antialiasing: true
+                        }
+                    }
+                    contentItem: Text {
+                        text: restart.text
+                        color: "white"
+                        font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
+                        wrapMode: Text.Wrap
+                        horizontalAlignment: Text.AlignHCenter
+                        verticalAlignment: Text.AlignVCenter
+                    }
                 }
             }
         }

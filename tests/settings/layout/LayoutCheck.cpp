@@ -1,0 +1,177 @@
+#include "tests/settings/layout/LayoutCheck.h"
+
+#include <QAccessible>
+#include <QRectF>
+#include <QVariant>
+
+#include <algorithm>
+#include <cstring>
+
+namespace tests {
+
+namespace {
+
+constexpr double kTolerance = 1; // letters are placed in fractions of a point
+
+bool isA(const QObject& object, const char* className) {
+    for (const QMetaObject* type = object.metaObject(); type; type = type->superClass())
+        if (std::strncmp(type->className(), className, std::strlen(className)) == 0) return true;
+    return false;
+}
+
+/// The nearest item around it of one of these types, itself included.
+template<class... Names>
+const QQuickItem* around(const QQuickItem& item, Names... names) {
+    for (const QQuickItem* ancestor = &item; ancestor; ancestor = ancestor->parentItem())
+        if ((isA(*ancestor, names) || ...)) return ancestor;
+    return nullptr;
+}
+
+QString described(const QQuickItem& item) {
+    QString text = item.property("text").toString();
+    if (text.size() > 40) text = text.left(40) + QStringLiteral("…");
+    const QQuickItem* row =
+        around(item, "TappableRow", "LinkRow", "OptionRow", "ButtonRow", "SwitchRow", "FieldRow", "SliderRow",
+               "StaticRow", "TableRow", "Caption", "NavigationBar", "Composer", "WaitingScreen", "TextPage");
+    const QString type = QString::fromLatin1((row ? *row : item).metaObject()->className()).section(u'_', 0, 0);
+    return type + QStringLiteral(" “") + text.simplified() + QStringLiteral("”");
+}
+
+bool isText(const QQuickItem& item) {
+    return isA(item, "QQuickText") && !isA(item, "QQuickTextInput") && !isA(item, "QQuickTextEdit");
+}
+
+/// Something that a person looks at, and not only the ground below or the room around it.
+bool isSeen(const QQuickItem& item) {
+    if (isText(item)) return !item.property("text").toString().trimmed().isEmpty();
+    return isA(item, "QQuickTextInput") || isA(item, "QQuickTextEdit") || isA(item, "QQuickSlider") ||
+           isA(item, "Chevron") || isA(item, "CheckMark") || isA(item, "settings::IconItem") || isA(item, "Spinner") ||
+           (item.parentItem() && item.parentItem()->property("indicator").value<QQuickItem*>() == &item);
+}
+
+/// Where the letters of a text stand, or all of another item, in the window.
+QRectF seenOf(const QQuickItem& item) {
+    if (!isText(item)) return item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
+    const auto number = [&](const char* name) { return item.property(name).toDouble(); };
+    const QSizeF size(number("contentWidth"), number("contentHeight"));
+    const double freeWidth = item.width() - number("leftPadding") - number("rightPadding") - size.width();
+    const double freeHeight = item.height() - number("topPadding") - number("bottomPadding") - size.height();
+    const int across = item.property("effectiveHorizontalAlignment").toInt();
+    const int down = item.property("verticalAlignment").toInt();
+    const double x = across & Qt::AlignRight ? freeWidth : across & Qt::AlignHCenter ? freeWidth / 2 : 0;
+    const double y = down & Qt::AlignBottom ? freeHeight : down & Qt::AlignVCenter ? freeHeight / 2 : 0;
+    return item.mapRectToScene(QRectF({number("leftPadding") + x, number("topPadding") + y}, size));
+}
+
+bool contains(const QRectF& outer, const QRectF& inner) {
+    return outer.adjusted(-kTolerance, -kTolerance, kTolerance, kTolerance).contains(inner);
+}
+
+bool overlap(const QRectF& one, const QRectF& other) {
+    const QRectF common = one.intersected(other);
+    return common.width() > kTolerance && common.height() > kTolerance;
+}
+
+/// What an assistive tool is told of the text, by itself or by the row that it is in.
+bool isSpokenInFull(const QQuickItem& item) {
+    const QString text = item.property("text").toString();
+    for (const QQuickItem* at = &item; at; at = at->parentItem()) {
+        QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(const_cast<QQuickItem*>(at));
+        if (spoken && spoken->text(QAccessible::Name) == text) return true;
+        if (isA(*at, "TableRow") || isA(*at, "NavigationBar")) return false;
+    }
+    return false;
+}
+
+class Check {
+  public:
+    explicit Check(const QQuickItem& root) : window_(root.mapRectToScene(QRectF(0, 0, root.width(), root.height()))) {
+        visit(root);
+        findOverlaps();
+    }
+    [[nodiscard]] std::vector<std::string> faults() && { return std::move(faults_); }
+
+  private:
+    struct Seen {
+        const QQuickItem* item;
+        QRectF place;
+        const QQuickItem* scroller; ///< what it scrolls with
+    };
+
+    void visit(const QQuickItem& item) {
+        if (!item.isVisible() || item.opacity() == 0) return;
+        if (item.width() <= 0 && item.property("text").isValid() && isSeen(item))
+            complain(item, QStringLiteral("has no room at all"));
+        if (isSeen(item)) {
+            if (isText(item)) checkText(item);
+            checkPlace(item);
+            seen_.push_back({&item, seenOf(item), around(item, "QQuickFlickable")});
+        }
+        const QList<QQuickItem*> children = item.childItems();
+        for (const QQuickItem* child : children)
+            visit(*child);
+    }
+
+    void checkText(const QQuickItem& item) {
+        const auto number = [&](const char* name) { return item.property(name).toDouble(); };
+        if (item.property("truncated").toBool()) {
+            if (!around(item, "TableRow", "NavigationBar"))
+                complain(item, QStringLiteral("is cut off"));
+            else if (!isSpokenInFull(item))
+                complain(item, QStringLiteral("is cut off, and no assistive tool is told the rest"));
+            return;
+        }
+        const double width = item.width() - number("leftPadding") - number("rightPadding");
+        const double height = item.height() - number("topPadding") - number("bottomPadding");
+        if (number("contentWidth") > width + kTolerance)
+            complain(item, QStringLiteral("is wider than its item, %1 > %2").arg(number("contentWidth")).arg(width));
+        if (number("contentHeight") > height + kTolerance)
+            complain(item, QStringLiteral("is higher than its item, %1 > %2").arg(number("contentHeight")).arg(height));
+    }
+
+    /// Within its row and everything else that clips, and within the window's sides.
+    void checkPlace(const QQuickItem& item) {
+        const QRectF place = seenOf(item);
+        if (place.left() < window_.left() - kTolerance || place.right() > window_.right() + kTolerance)
+            complain(item, QStringLiteral("stands out of the window"));
+        for (const QQuickItem* at = item.parentItem(); at; at = at->parentItem()) {
+            const bool scrolls = isA(*at, "QQuickFlickable");
+            if (scrolls) return;
+            const bool holds = at->clip() || isA(*at, "QQuickControl") || isA(*at, "QQuickAbstractButton") ||
+                               isA(*at, "TableRow") || isA(*at, "NavigationBar");
+            if (holds && !contains(at->mapRectToScene(QRectF(0, 0, at->width(), at->height())), place))
+                return complain(item, QStringLiteral("stands out of its ") +
+                                          QString::fromLatin1(at->metaObject()->className()).section(u'_', 0, 0));
+        }
+    }
+
+    void findOverlaps() {
+        const auto topOf = [](const Seen& seen) { return seen.place.top(); };
+        std::ranges::stable_sort(seen_, {}, topOf);
+        for (std::size_t i = 0; i < seen_.size(); ++i) {
+            for (std::size_t j = i + 1; j < seen_.size() && topOf(seen_[j]) < seen_[i].place.bottom(); ++j) {
+                const Seen& one = seen_[i];
+                const Seen& other = seen_[j];
+                if (one.scroller != other.scroller || !overlap(one.place, other.place)) continue;
+                if (one.item->isAncestorOf(other.item) || other.item->isAncestorOf(one.item)) continue;
+                complain(*one.item, QStringLiteral("overlaps ") + described(*other.item));
+            }
+        }
+    }
+
+    void complain(const QQuickItem& item, const QString& what) {
+        faults_.push_back((described(item) + QStringLiteral(" ") + what).toStdString());
+    }
+
+    QRectF window_;
+    std::vector<Seen> seen_;
+    std::vector<std::string> faults_;
+};
+
+} // namespace
+
+std::vector<std::string> layoutFaults(const QQuickItem& root) {
+    return Check(root).faults();
+}
+
+} // namespace tests
