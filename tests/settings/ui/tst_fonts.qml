@@ -72,7 +72,7 @@ Item {
         function place(title) { return row(title).mapToItem(host.item, 0, 0).y }
         function shown() { return rows().filter(item => place(item.title) < 700 && place(item.title) > -40) }
         function drawnTitle(title) { return all(row(title), item => item.smallestScale !== undefined)[0] }
-        function usualTitle(title) { return all(row(title), item => item.takesTwoLines !== undefined)[0] }
+        function usualTitle(title) { return all(row(title), item => item.takesLines !== undefined)[0] }
         function spokenAs(name) { return bench.spoken(host.item).find(control => control.name === name) }
         function tapOn(title) { mouseClick(host.item, 100, place(title) + 20) }
         // From where to where there is ink in a column of a picture, within a row that begins at y.

@@ -95,7 +95,7 @@ Item {
         }
 
         function test_shrinksALongTitleAndThenGivesItTwoLines() {
-            const title = name => find(host.item, item => item.takesTwoLines !== undefined && item.text === name);
+            const title = name => find(host.item, item => item.takesLines !== undefined && item.text === name);
             const shrunk = "Enable Blur For The Whole Icon View";
             const longer = "Always Return To The Lock Screen After Opening An App";
             open([{ cell: 6, name: "Short" }, { cell: 6, name: shrunk }, { cell: 6, name: longer }, { cell: 1, name: longer }]);
