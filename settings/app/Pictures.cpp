@@ -20,12 +20,16 @@ namespace {
 /// What a page waits for that does not come.
 constexpr auto kPage = "the tweak to answer \"requestTweakSettings\"";
 
-/// What can stand in a file name on any system: "Sleep After" becomes "SleepAfter".
+/// What can stand in a file name on any system, and is not too long for one: "Sleep After" becomes "SleepAfter".
 std::string compact(const std::string& title) {
     std::string name;
     std::copy_if(title.begin(), title.end(), std::back_inserter(name),
                  [](unsigned char letter) { return std::isalnum(letter) || letter >= 0x80; });
-    return name;
+    const auto isWithinLetter = [](unsigned char byte) { return (byte & 0xC0U) == 0x80; };
+    std::size_t end = std::min<std::size_t>(name.size(), 100);
+    while (end < name.size() && isWithinLetter(static_cast<unsigned char>(name[end])))
+        --end;
+    return name.substr(0, end);
 }
 
 /// A page class has one picture, but for the class that all option lists share.

@@ -111,6 +111,7 @@ void RowModel::write(const QString& text) {
 }
 
 QString RowModel::shown(double number) const {
+    if (std::abs(number) >= 1e7) return QString::number(number, 'g', 4); // in a row there is no room for all digits
     const int decimals = maximum() - minimum() > 10 ? 1 : 2;
     return QString::number(number, 'f', decimals);
 }

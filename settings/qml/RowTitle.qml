@@ -13,7 +13,7 @@ Text {
     textFormat: Text.PlainText
     color: Theme.text
     font.pixelSize: takesLines ? smallestSize : usualSize
-    fontSizeMode: takesLines ? Text.FixedSize : Text.HorizontalFit
+    fontSizeMode: takesLines ? Text.FixedSize : fixedHeight > 0 ? Text.Fit : Text.HorizontalFit
     minimumPixelSize: smallestSize
     wrapMode: takesLines ? Text.Wrap : Text.NoWrap
     maximumLineCount: fixedHeight > 0 ? 2 : 2147483647

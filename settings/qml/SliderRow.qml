@@ -104,7 +104,7 @@ Cell {
 
         visible: root.row.showsValue
         anchors { right: parent.right; rightMargin: Theme.inset; verticalCenter: parent.verticalCenter }
-        width: Math.max(36, widest.advanceWidth)
+        width: Math.max(Theme.scaled(36), widest.advanceWidth)
         text: root.row.shown(slider.value)
         color: Theme.secondary
         font.pixelSize: Theme.scaled(15)
@@ -116,8 +116,10 @@ Cell {
 
         readonly property string least: root.row.shown(root.row.minimum)
         readonly property string most: root.row.shown(root.row.maximum)
+        readonly property string longest: least.length > most.length ? least : most
 
         font: number.font
-        text: least.length > most.length ? least : most
+        // Zero is the widest digit. At the usual size, what it needs more is less than the room beside the number.
+        text: Theme.textSize > 100 ? longest.replace(/[0-9]/g, "0") : longest
     }
 }

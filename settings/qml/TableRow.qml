@@ -33,6 +33,7 @@ Cell {
         RowTitle {
             visible: !drawn.item?.drawn
             anchors { left: parent.left; right: signs.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+            height: parent.height - 1 // odd as a line is, for letters on whole pixels
             text: root.title
             fixedHeight: root.height
             Accessible.ignored: true
