@@ -78,6 +78,12 @@ Cell {
             function settle() {
                 if (!edited && text !== root.row.text)
                     text = root.row.text;
+                showBeginning();
+            }
+            // A text that is too long is read from its beginning, unless one is about to write at its end.
+            function showBeginning() {
+                if (!activeFocus)
+                    ensureVisible(0);
             }
             function handOn() {
                 if (!edited)
@@ -89,7 +95,11 @@ Cell {
             Component.onCompleted: settle()
             onTextEdited: edited = true
             onAccepted: handOn()
-            onActiveFocusChanged: if (!activeFocus) handOn()
+            onActiveFocusChanged: {
+                if (!activeFocus)
+                    handOn();
+                showBeginning();
+            }
             Window.onActiveChanged: if (!Window.active) handOn()
 
             Connections {

@@ -28,6 +28,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         width: fits ? implicitWidth : parent.width - edge - 16
         horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: Theme.smallestFixedSize
         text: root.title
