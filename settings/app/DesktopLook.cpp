@@ -35,6 +35,7 @@ QVariant unwrapped(QVariant value) {
 
 DesktopLook::DesktopLook(QObject* parent) : QObject(parent) {
     if (!hasSessionBus()) return;
+    qRegisterMetaType<QDBusVariant>(); // or no slot can be found that takes one
     QDBusConnection::sessionBus().connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
                                           SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask(kColors, kDark);
