@@ -31,7 +31,7 @@ Item {
         verticalAlignment: Text.AlignVCenter
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: Theme.smallestFixedSize
-        text: root.title
+        text: root.title.replace(/[\r\n\u2028\u2029]+/g, " ") // one line, as there is room for one
         textFormat: Text.PlainText
         color: Theme.text
         font { pixelSize: Theme.bodySizeWithin(40); weight: Font.DemiBold }

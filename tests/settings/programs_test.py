@@ -60,7 +60,8 @@ class ProgramsTest(Programs):
 
     def test_tells_wrong_use_from_failure(self):
         for options in (["--nonsense"], ["--size", "0x0"], ["--size", "wide"], ["--light", "--dark"],
-                        ["--grab", "a.png", "--rows", "X"], ["--timeout", "0"], ["stray"]):
+                        ["--grab", "a.png", "--rows", "X"], ["--timeout", "0"], ["stray"],
+                        ["--text-size", "49"], ["--text-size", "301"], ["--text-size", "large"]):
             self.assertEqual(self.settings(*options).returncode, 2, options)
         self.assertEqual(self.settings("--help").returncode, 0)
         self.assertRegex(self.settings("--version").stdout, r"^lumora-settings \d+\.\d+\.\d+")
@@ -85,6 +86,18 @@ class ProgramsTest(Programs):
                 pictures.append(picture.read())
         self.assertEqual(pictures[0], pictures[1])
         self.assertEqual(pictures[0], pictures[2])
+
+    def test_draws_texts_in_the_size_that_is_asked_for(self):
+        self.start_tweak()
+        pictures = {}
+        for options in ([], ["--text-size", "100"], ["--text-size", "200"]):
+            file = f"{self.folder}/picture.png"
+            saved = self.settings("--grab", file, *options)
+            self.assertEqual(saved.returncode, 0, saved.stderr)
+            with open(file, "rb") as picture:
+                pictures[" ".join(options)] = picture.read()
+        self.assertEqual(pictures[""], pictures["--text-size 100"])
+        self.assertNotEqual(pictures[""], pictures["--text-size 200"])
 
     def test_takes_a_tour_of_every_page(self):
         self.start_tweak()

@@ -8,12 +8,13 @@ Needs what spoken.py needs.
 import os
 import re
 import sys
+import threading
 import unittest
 
 import pyatspi
-from gi.repository import GLib
+from gi.repository import Gio, GLib
 
-from spoken import Spoken
+from spoken import SWITCH, Spoken
 from window import ROOT, WIDTH, eventually
 
 
@@ -27,6 +28,79 @@ class ChangeLogTest(Spoken):
         place = shown.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
         self.assertEqual((place.x, place.width), (0, WIDTH))
         self.assertFalse(shown.getState().contains(pyatspi.STATE_EDITABLE))
+
+
+class Portal:
+    """A desktop's portal that tells how large texts are, and no more."""
+
+    INTERFACE = """<node><interface name="org.freedesktop.portal.Settings">
+        <method name="Read"><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/></method>
+        <signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal></interface></node>"""
+    PATH, NAME, SETTINGS = "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Desktop", "org.freedesktop.portal.Settings"
+    KEY = ("org.gnome.desktop.interface", "text-scaling-factor")
+
+    def __init__(self, factor):
+        self.factor = factor
+        self.loop = GLib.MainLoop(GLib.MainContext())
+        ready = threading.Event()
+        self.thread = threading.Thread(target=self._serve, args=(ready,), daemon=True)
+        self.thread.start()
+        ready.wait()
+
+    def _serve(self, ready):
+        self.loop.get_context().push_thread_default()
+        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+        self.bus = Gio.DBusConnection.new_for_address_sync(os.environ["DBUS_SESSION_BUS_ADDRESS"], flags, None, None)
+        interface = Gio.DBusNodeInfo.new_for_xml(self.INTERFACE).interfaces[0]
+        self.bus.register_object(self.PATH, interface, self._answer, None, None)
+        self.bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
+                           GLib.Variant("(su)", (self.NAME, 0)), None, Gio.DBusCallFlags.NONE, -1, None)
+        ready.set()
+        self.loop.run()
+
+    def _answer(self, _bus, _sender, _path, _interface, _method, parameters, call):
+        if parameters.unpack() == self.KEY:  # wrapped once too often, as by older portals
+            call.return_value(GLib.Variant("(v)", (GLib.Variant("v", GLib.Variant("d", self.factor)),)))
+        else:
+            call.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")
+
+    def change(self, factor):
+        self.bus.emit_signal(None, self.PATH, self.SETTINGS, "SettingChanged",
+                             GLib.Variant("(ssv)", (*self.KEY, GLib.Variant("d", factor))))
+        self.bus.flush_sync(None)
+
+    def stop(self):
+        self.loop.get_context().invoke_full(GLib.PRIORITY_DEFAULT, self.loop.quit)
+        self.thread.join()
+        self.bus.close_sync(None)
+
+
+class TextSizeTest(Spoken):
+    def height(self, window):
+        switch = self.spoken(window, SWITCH).get("Enable Lumora")
+        return switch and switch.queryComponent().getExtents(pyatspi.DESKTOP_COORDS).height
+
+    def test_follows_the_desktop(self):
+        portal = Portal(2.0)
+        self.addCleanup(portal.stop)
+        window = self.open_root_page()
+        eventually(lambda: (self.height(window) or 0) > 60, "rows for large texts")
+        portal.change(1.0)
+        eventually(lambda: self.height(window) == 44, "rows for usual texts")
+        for nonsense in (0.0, -1.0, float("nan")):
+            portal.change(nonsense)
+        portal.change(2.0)
+        eventually(lambda: (self.height(window) or 0) > 60, "large texts again")
+
+    def test_is_what_the_command_line_says_whatever_the_desktop_has(self):
+        portal = Portal(3.0)
+        self.addCleanup(portal.stop)
+        window = self.open_root_page("--text-size", "100")
+        eventually(lambda: self.height(window) == 44, "rows for usual texts")
+        portal.change(2.0)
+        other = self.open_root_page()
+        eventually(lambda: (self.height(other) or 0) > 60, "another window, which follows")
+        self.assertEqual(self.height(window), 44)
 
 
 class SecureFieldTest(Spoken):

@@ -25,7 +25,10 @@ Item {
         name: "Rows"
         when: windowShown
 
-        function cleanup() { root.shownPage = null }
+        function cleanup() {
+            root.shownPage = null;
+            Theme.textSize = 100;
+        }
 
         function open(rows) {
             root.shownPage = null;
@@ -105,6 +108,48 @@ Item {
             compare(title(longer).lineCount, 2);
             for (const name of ["Short", shrunk, longer])
                 verify(!title(name).truncated, name);
+        }
+
+        // -- how large texts are --
+
+        function test_growsWithItsTexts_data() {
+            const title = "Enable App Views";
+            return [{ tag: "switch", row: { cell: 6, name: title } }, { tag: "link", row: { cell: 1, name: title } },
+                    { tag: "chosen", row: { cell: 2, name: title, valueTitle: title } },
+                    { tag: "option", row: { cell: 3, name: title } }, { tag: "button", row: { cell: 13, name: title } },
+                    { tag: "text", row: { cell: 7, name: title } }, { tag: "field", row: { cell: 8, placeholder: title } },
+                    { tag: "slider", row: { cell: 5, min: 0, max: 1, showValue: true } }];
+        }
+        function test_growsWithItsTexts(data) {
+            const rowHeight = () => find(host.item, item => item.row !== undefined && item.first !== undefined).height;
+            open([data.row]);
+            const usual = rowHeight();
+            verify(usual >= 44);
+            Theme.textSize = 300;
+            verify(rowHeight() > usual, rowHeight());
+            find(host.item, item => {
+                if (item.visible && item.truncated !== undefined)
+                    verify(!item.truncated && item.contentHeight <= item.height + 1, item.text);
+                return false;
+            });
+            Theme.textSize = 50;
+            verify(rowHeight() >= 44, "as high as a finger needs");
+            Theme.textSize = 100;
+            compare(rowHeight(), usual);
+        }
+        function test_putsALongValueBeneathItsTitle() {
+            const title = "Sleep After", value = "as many minutes as it takes, and then some more of them";
+            const shown = text => find(host.item, item => item.truncated !== undefined && item.text === text);
+            open([{ cell: 2, name: title, valueTitle: "2 Minutes" }]);
+            compare(shown("2 Minutes").y, shown(title).y);
+            open([{ cell: 2, name: title, valueTitle: value }]);
+            verify(shown(value).y >= shown(title).y + shown(title).height);
+            verify(shown(value).lineCount > 1);
+            verify(!shown(value).truncated);
+        }
+        function test_showsALongTextOfAFieldFromItsBeginning() {
+            open([{ cell: 8, value: "words ".repeat(50) }]);
+            compare(field().positionToRectangle(0).x >= 0, true);
         }
 
         // -- switches --
