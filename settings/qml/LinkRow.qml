@@ -27,7 +27,7 @@ TappableRow {
             y: content.stacked ? content.middle(content.implicitHeight) : content.middle(height)
             width: content.stacked ? content.room
                 : value.text.length === 0 ? content.room - 12
-                : Math.min(Math.ceil(unbound.advanceWidth) + 1, content.room - value.implicitWidth - 12)
+                : Math.min(Math.max(Math.ceil(unbound.advanceWidth) + 1, Theme.bodySize), content.room - value.implicitWidth - 12)
             text: control.text
         }
         TextMetrics {

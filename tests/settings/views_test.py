@@ -34,9 +34,12 @@ class Portal:
     """A desktop's portal that tells how large texts are, and no more."""
 
     INTERFACE = """<node><interface name="org.freedesktop.portal.Settings">
-        <method name="Read"><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/></method>
+        <method name="Read">
+            <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/>
+        </method>
         <signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal></interface></node>"""
-    PATH, NAME, SETTINGS = "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Desktop", "org.freedesktop.portal.Settings"
+    PATH, NAME = "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Desktop"
+    SETTINGS = "org.freedesktop.portal.Settings"
     KEY = ("org.gnome.desktop.interface", "text-scaling-factor")
 
     def __init__(self, factor):
