@@ -33,6 +33,8 @@ Cell {
         Accessible.editable: true
         Accessible.focusable: true
         Accessible.focused: field.activeFocus
+        // Where an assistive tool puts the focus.
+        onActiveFocusChanged: if (activeFocus) field.forceActiveFocus(Qt.OtherFocusReason)
 
         T.TextField {
             id: field
