@@ -17,6 +17,9 @@ Cell {
         id: slider
 
         readonly property real step: (to - from) / 20
+        // Read by the toolkit as the bounds of the control.
+        readonly property real minimumValue: from
+        readonly property real maximumValue: to
         property bool settling: true // until the row is whole: bounds are set one after the other, and clamp the value
         property real handedOn: 0
 
