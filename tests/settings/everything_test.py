@@ -1,0 +1,354 @@
+#!/usr/bin/python3
+"""Every control of every page of rows, in the real window: found by what is read out for it, used by pointer, keyboard and
+assistive tool, and looked up on the tweak's disk.
+
+    dbus-run-session -- everything_test.py [-v] BINARIES DEVICE_ROOT
+
+Needs what spoken.py needs.
+"""
+import email
+import email.policy
+import json
+import os
+import sys
+import unittest
+
+import pyatspi
+
+from everything import WAYS, Control, Everything, ways_for
+from everything_pages import CELLS, PAGES, VIEWS
+from window import eventually
+
+ROLES = {"switch": pyatspi.ROLE_CHECK_BOX, "slider": pyatspi.ROLE_SLIDER, "field": pyatspi.ROLE_TEXT,
+         "secure": pyatspi.ROLE_TEXT, "text": pyatspi.ROLE_LABEL}
+HEADING, LABEL, OPTION = pyatspi.ROLE_HEADING, pyatspi.ROLE_LABEL, pyatspi.ROLE_RADIO_BUTTON
+BUTTON = pyatspi.ROLE_PUSH_BUTTON  # which links are, too
+
+
+class EverythingTest(Everything):
+    def open_page(self, page, *options):
+        """A page, whatever of it has been used so far, and by which ways."""
+        self.rows = PAGES[page]
+        self.used = {}
+        self.chosen = {row.key: self.before[row.key] for row in self.rows if row.key}
+        window = self.open_window("--page", page, *options)
+        eventually(lambda: self.items(window), "the page")
+        return window
+
+    def around(self, row):
+        """The text that tells a row from others of its name: what stands beneath its group, or else above."""
+        group = next(other for other in reversed(self.rows[:self.position(row)]) if other.kind == "group")
+        return group.footer or group.name
+
+    def position(self, row):
+        return next(i for i, other in enumerate(self.rows) if other is row)
+
+    def control(self, row):
+        around = "" if self.around(row) == row.name else self.around(row)
+        told = {"secure": ["Secure"], "options": [self.title_of(row)] if row.kind == "options" else []}.get(row.kind, [])
+        return Control(ROLES.get(row.kind, BUTTON), row.name, ". ".join([*told, *([around] if around else [])]))
+
+    def title_of(self, row):
+        return row.titles[row.values.index(self.chosen[row.key])]
+
+    def use(self, window, row, way):
+        getattr(self, "use_" + row.kind)(window, row, way)
+        self.used.setdefault(self.position(row), set()).add(way)
+
+    def use_all(self, window):
+        """Each row by each way, down the page and again; of links and buttons, which take long, each way by some."""
+        self.read_all(window)
+        for way in WAYS:
+            for row in self.rows:
+                slow = [other for other in self.rows if other.kind == row.kind in ("link", "button")]
+                number = next((i for i, other in enumerate(slow) if other is row), 0)
+                if row.kind not in ("group", "text") and way in (ways_for(number, len(slow)) if slow else WAYS):
+                    self.use(window, row, way)
+        self.expect_all_used()
+
+    def expect_all_used(self):
+        unused = [row for row in self.rows if not self.used.get(self.position(row))]
+        self.assertEqual(unused, [], "used by nobody")
+        for kind in {row.kind for row in self.rows} - {"group", "text"}:
+            ways = set().union(*(self.used[self.position(row)] for row in self.rows if row.kind == kind))
+            self.assertEqual(ways, set(WAYS), kind)
+
+    # -- what is there --
+
+    def expect_rows(self, page):
+        """The program's rows are those that we know of, each with what was stored before."""
+        printed = json.loads(self.settings("--rows", page, DISPLAY="").stdout)["rows"]
+        if page == "PluginsListController":
+            printed[6:8] = sorted(printed[6:8], key=lambda row: row["name"])
+        self.assertEqual(len(printed), len(PAGES[page]))
+        for row, known in zip(printed, PAGES[page]):
+            is_field = known.kind in ("field", "secure")
+            expected = {"cell": CELLS[known.kind], "name": "" if is_field or known.kind == "slider" else known.name,
+                        "identifier": known.key or ""}
+            if known.footer:
+                expected |= {"footerText": known.footer}
+            if known.kind == "slider":
+                expected |= {"min": known.low, "max": known.high, "showValue": True}
+            if is_field:
+                expected |= {"placeholder": known.name}
+            if known.kind == "options":
+                expected |= {"titles": list(known.titles), "values": list(known.values),
+                             "detail": "PSListItemsController"}
+            if known.kind == "link":
+                expected |= {"detail": known.page}
+            if known.kind == "button":
+                expected |= {"icon": True}
+            if known.key:
+                expected |= {"value": "•••" if known.kind == "secure" else self.before[known.key]}
+            self.assertEqual(row, expected)
+
+    def read_all(self, window):
+        """All that is read out on the page are our rows, each as it was stored."""
+        expected = []
+        for row in self.rows:
+            if row.kind == "group":
+                expected += [Control(HEADING, row.name, "")] * bool(row.name)
+                expected += [Control(LABEL, row.footer, "")] * bool(row.footer)
+                self.used[self.position(row)] = {"assistive"}
+                continue
+            expected.append(self.control(row))
+            item = self.find_control(window, expected[-1])
+            if row.kind == "switch":
+                self.assertEqual(item.getState().contains(pyatspi.STATE_CHECKED), self.before[row.key], row)
+            elif row.kind == "slider":
+                self.assertEqual(item.queryValue().currentValue, self.before[row.key])
+                self.assertEqual((item.queryValue().minimumValue, item.queryValue().maximumValue), (row.low, row.high))
+            elif row.kind in ("field", "secure"):
+                self.assertEqual(self.text_of(item), self.shown(row, self.before[row.key]))
+            elif row.kind == "text":
+                self.used[self.position(row)] = {"assistive"}
+        panes = (pyatspi.ROLE_PANEL,)
+        shown = [control for control, _ in self.items(window) if control.role not in panes]
+        self.assertCountEqual(shown, expected)
+
+    @staticmethod
+    def text_of(item):
+        return item.queryText().getText(0, item.queryText().characterCount)
+
+    @staticmethod
+    def shown(row, text):
+        return "•" * len(text) if row.kind == "secure" else text
+
+    # -- each kind of row --
+
+    def use_switch(self, window, row, way):
+        control = self.control(row)
+        for key in ("space", "Return"):
+            on = not self.has_state(window, control, pyatspi.STATE_CHECKED)
+            self.press(window, control, way, key)
+            self.expect_stored(row.key, on)
+            eventually(lambda: self.has_state(window, control, pyatspi.STATE_CHECKED) is on, f"{control} as it is stored")
+
+    def use_slider(self, window, row, way):
+        control = self.control(row)
+        for end, key in ((row.low, "Home"), (row.high, "End")):
+            if way == "pointer":
+                place = self.turn_wheel_to(window, control)
+                value = self.find_control(window, control).queryValue().currentValue
+                x = place.x + 14 + (place.width - 28) * (value - row.low) / (row.high - row.low)
+                y, to = place.y + place.height // 2, place.x + (-8 if end == row.low else place.width + 8)
+                moves = [word for step in range(1, 5)
+                         for word in ("mousemove", str(round(x + (to - x) * step / 4)), str(y))]
+                self.xdotool("mousemove", str(round(x)), str(y), "mousedown", "1", *moves, "mouseup", "1")
+            elif way == "keyboard":
+                self.focus_by_keyboard(window, control)
+                self.keys(window, key)
+            else:
+                self.focus_by_assistive_tool(window, control)
+                self.find_control(window, control).queryValue().currentValue = end
+            self.expect_stored(row.key, float(end))
+            eventually(lambda: self.find_control(window, control).queryValue().currentValue == end, "the slider's end")
+
+    def use_field(self, window, row, way):
+        control = self.control(row)
+        for text, key in ((f"By {way}", "Return"), ("", "Tab")):
+            self.focus(window, control, way)
+            eventually(lambda: self.has_state(window, control, pyatspi.STATE_FOCUSED), f"the focus in {control}")
+            self.keys(window, "ctrl+a", "BackSpace")
+            self.type(window, text)
+            self.keys(window, key)
+            self.expect_stored(row.key, text)
+            self.assertEqual(self.text_of(self.find_control(window, control)), self.shown(row, text))
+
+    use_secure = use_field
+
+    def use_options(self, window, row, way):
+        """Opens the list by that way and chooses every third option, each by another way."""
+        first = WAYS.index(way)
+        self.press(window, self.control(row), way)
+        self.expect_page(window, row.name, Control(OPTION, row.titles[0], ""))
+        shown = [control for control, _ in self.items(window) if control.role == OPTION]
+        self.assertEqual(shown, [Control(OPTION, title, "") for title in row.titles])
+        for i in range(first, len(row.values), 3):
+            option = Control(OPTION, row.titles[i], "")
+            by = WAYS[(first + i // 3) % 3]
+            self.press(window, option, by)
+            self.expect_stored(row.key, row.values[i])
+            eventually(lambda: self.marked(window) == [option.name], f"the mark of {option.name}")
+            self.used.setdefault((self.position(row), i), set()).add(by)
+            self.chosen[row.key] = row.values[i]
+        self.go_back(window, way, "alt+Left")
+        self.find_control(window, self.control(row))
+
+    def marked(self, window):
+        return [control.name for control, item in self.items(window)
+                if control.role == OPTION and item.getState().contains(pyatspi.STATE_CHECKED)]
+
+    def use_link(self, window, row, way):
+        self.press(window, self.control(row), way)
+        self.expect_page(window, VIEWS.get(row.page, row.name), self.landmark(row.page))
+        self.go_back(window, way)
+        self.find_control(window, self.control(row))
+
+    def expect_page(self, window, title, landmark):
+        self.find_control(window, landmark)
+        self.assertEqual(self.title(window), title)
+
+    @staticmethod
+    def landmark(page):
+        """Something that no other page has."""
+        if page == "ColorPickerController":
+            return Control(pyatspi.ROLE_SLIDER, "Hue", "Hue and Saturation")
+        if page in VIEWS:
+            return Control(pyatspi.ROLE_PANEL if page == "ChangeLogController" else pyatspi.ROLE_LIST, VIEWS[page], "")
+        first = next(row for row in PAGES[page] if row.kind == "group")
+        return Control(HEADING, first.name, "") if first.name else Control(LABEL, first.footer, "")
+
+
+class PagesTest(EverythingTest):
+    def check(self, page):
+        self.expect_rows(page)
+        self.use_all(self.open_page(page))
+
+    def test_lockscreen_apps(self):
+        self.check("AppsController")
+
+    def test_auto_unlock(self):
+        self.check("AutoUnlockController")
+
+    def test_lock_screen(self):
+        self.check("LSSettingsController")
+
+    def test_passcode_view(self):
+        self.check("LSPasscodeSettings")
+
+    def test_date_view(self):
+        self.check("LSDateViewSettings")
+
+    def test_app_views(self):
+        self.check("PluginsListController")
+
+    def test_pages_of_plug_ins(self):
+        """They have no class that could be named from outside: their links lead to them."""
+        for link in ("Notes", "Weather"):
+            window = self.open_page("PluginsListController")
+            self.press(window, Control(BUTTON, link, "Settings"), "assistive")
+            self.rows = PAGES[link + "Page"]
+            self.used = {}
+            self.chosen = self.before
+            self.expect_page(window, link, self.landmark(link + "Page"))
+            self.use_all(window)
+            window.kill()
+
+    def test_knows_every_page_that_a_link_opens(self):
+        found = ["LumoraPreferences"]
+        for page in found:  # grows meanwhile
+            if page not in VIEWS and page not in ("NotesPage", "WeatherPage"):
+                rows = json.loads(self.settings("--rows", page, DISPLAY="").stdout)["rows"]
+                found += [row["detail"] for row in rows if row["cell"] == CELLS["link"] and row["detail"] not in found]
+        self.assertEqual(set(found), {*PAGES, *VIEWS})
+
+
+class RootPageTest(EverythingTest):
+    """The first page, with programs of the test's own for the two buttons at its end."""
+
+    def setUp(self):
+        super().setUp()
+        self.opened = os.path.join(self.folder, "opened")
+        self.sent = os.path.join(self.folder, "sent")
+        viewer = self.add_program("viewer", f'echo "$@" >> {self.opened}')
+        self.environment["LUMORA_SENDMAIL"] = self.add_program("transport", f'cat > {self.sent}.new\n'
+                                                               f'mv {self.sent}.new {self.sent}')
+        with open(os.path.join(self.home, "applications/viewer.desktop"), "w", encoding="ascii") as file:
+            file.write(f"[Desktop Entry]\nType=Application\nName=Viewer\nExec={viewer} %u\n"
+                       "MimeType=x-scheme-handler/twitter;\n")
+        with open(os.path.join(self.home, "mimeapps.list"), "w", encoding="ascii") as file:
+            file.write("[Default Applications]\nx-scheme-handler/twitter=viewer.desktop\n")
+
+    def add_program(self, name, script):
+        path = os.path.join(self.folder, name)
+        with open(path, "w", encoding="ascii") as file:
+            file.write(f"#!/bin/sh\n{script}\n")
+        os.chmod(path, 0o700)
+        return path
+
+    def test_first_page(self):
+        self.expect_rows("LumoraPreferences")
+        self.use_all(self.open_page("LumoraPreferences"))
+
+    def use_all(self, window):
+        super().use_all(window)
+        # Two buttons are not enough for each to stand for a way.
+        for row in [row for row in self.rows if row.kind == "button"]:
+            for way in WAYS:
+                self.use(window, row, way)
+
+    def use_button(self, window, row, way):
+        if row.name.startswith("@"):
+            before = self.addresses()
+            self.press(window, self.control(row), way)
+            eventually(lambda: self.addresses() == [*before, "twitter://user?screen_name=nevo_lumora"], "the address")
+            return
+        self.press(window, self.control(row), way)
+        composer = lambda: self.spoken(window, BUTTON)
+        end = {"pointer": "Send", "keyboard": "Cancel", "assistive": "Save Draft"}[way]
+        button = eventually(lambda: composer().get(end), "the composer")
+        if way == "pointer":
+            self.expect_still(button)
+            place = button.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+            self.click(place.x + place.width / 2, place.y + place.height / 2)
+        elif way == "keyboard":
+            self.keys(window, "Escape")
+        else:
+            self.act(button, "Press")
+        eventually(lambda: end not in composer(), "the composer to go")
+        if end == "Send":
+            eventually(lambda: os.path.exists(self.sent), "the message")
+            self.expect_report(self.sent)
+        if end == "Save Draft":
+            drafts = os.path.join(self.home, "lumora/drafts")
+            [draft] = eventually(lambda: os.listdir(drafts), "the draft")
+            self.expect_report(os.path.join(drafts, draft))
+            os.remove(os.path.join(drafts, draft))
+
+    def addresses(self):
+        try:
+            with open(self.opened, encoding="ascii") as file:
+                return file.read().split()
+        except FileNotFoundError:
+            return []
+
+    def expect_report(self, path):
+        with open(path, "rb") as file:
+            message = email.message_from_binary_file(file, policy=email.policy.default)
+        self.assertEqual(message["To"], "support@nevo.example")
+        self.assertRegex(message["Subject"], r"^Lumora -- .+\(.+\)$")
+
+    @staticmethod
+    def expect_still(item):
+        """It has slid in."""
+        places = []
+
+        def stands():
+            places.append(item.queryComponent().getExtents(pyatspi.DESKTOP_COORDS).y)
+            return len(places) > 5 and len(set(places[-5:])) == 1
+        eventually(stands, "the composer in its place")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
