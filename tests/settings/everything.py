@@ -75,17 +75,13 @@ class Everything(Spoken):
         return None
 
     def items(self, window):
-        """All that is read out on the page that is shown, as (control, accessible)."""
+        """All that is read out on the page that is shown, as (control, accessible), in view or not."""
         try:
             page = self.page(window)
             return [(Control(item.getRole(), item.name, item.description), item)
-                    for item in (self.find(page, self.is_showing) if page else ())]
+                    for item in (self.find(page, lambda it: it.get_component_iface()) if page else ())]
         except GLib.Error:
             return []  # something went away while it was looked at
-
-    @staticmethod
-    def is_showing(item):
-        return item.getState().contains(pyatspi.STATE_SHOWING)
 
     def look_for(self, window, control):
         if control == BACK:
@@ -97,9 +93,9 @@ class Everything(Spoken):
     def find_control(self, window, control):
         return eventually(lambda: self.look_for(window, control), str(control))
 
-    def has_state(self, window, control, state):
-        item = self.look_for(window, control)
-        return item and item.getState().contains(state)
+    @staticmethod
+    def has_state(item, state):
+        return item.getState().contains(state)
 
     def title(self, window):
         """The one in the bar above all pages."""
@@ -114,65 +110,71 @@ class Everything(Spoken):
     def type(self, window, text):
         self.xdotool("type", "--window", window.id, "--delay", "4", text)
 
-    def click(self, x, y):
-        self.xdotool("mousemove", str(round(x)), str(round(y)), "click", "1")
-
-    def extents(self, window, control):
-        return self.find_control(window, control).queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-
     @staticmethod
-    def is_in_view(place):
+    def extents(item):
+        return item.get_component_iface().get_extents(pyatspi.DESKTOP_COORDS)
+
+    def is_in_view(self, item):
+        place = self.extents(item)
         return place.y >= BAR and place.y + place.height <= HEIGHT
 
-    def turn_wheel_to(self, window, control):
+    def turn_wheel_to(self, item):
         """Where it is then."""
         self.xdotool("mousemove", str(WIDTH // 2), str(HEIGHT // 2))
-        while not self.is_in_view(place := self.extents(window, control)):
-            self.xdotool("click", "4" if place.y < BAR else "5")
-            eventually(lambda: self.extents(window, control).y != place.y, f"the page to scroll to {control}")
-        return place
+        while not self.is_in_view(item):
+            y = self.extents(item).y
+            self.xdotool("click", "4" if y < BAR else "5")
+            eventually(lambda: self.extents(item).y != y, f"the page to scroll to {item.name}")
+        return self.extents(item)
+
+    def focused(self, window):
+        """What has the keyboard, on the page or above it."""
+        back = self.look_for(window, BACK)
+        return next((control for control, item in [*self.items(window), *([(BACK, back)] if back else [])]
+                     if control.role not in (pyatspi.ROLE_PANEL, pyatspi.ROLE_LIST)
+                     and self.has_state(item, pyatspi.STATE_FOCUSED)), None)
 
     def focus_by_keyboard(self, window, control):
-        """The keyboard's way leads to everything, whatever it begins with, and shows it."""
-        def focused():
-            return [item for item, _ in [*self.items(window), (BACK, None)]
-                    if item.role not in (pyatspi.ROLE_PANEL, pyatspi.ROLE_LIST)
-                    and self.has_state(window, item, pyatspi.STATE_FOCUSED)]
+        """The way of the keyboard leads to everything, wherever it begins."""
         seen = []
-        while (now := focused()) != [control]:
+        while (now := self.focused(window)) != control:
             self.assertNotIn(now, seen, f"the keyboard does not lead to {control}")
             seen.extend([now] if now else [])
             self.keys(window, "Tab")
-            eventually(lambda: focused() not in ([], now), f"the focus after {now}")
-        eventually(lambda: self.is_in_view(self.extents(window, control)), f"{control} in view")
-
-    def focus_by_assistive_tool(self, window, control):
-        self.act(self.find_control(window, control), "SetFocus")
-        eventually(lambda: self.has_state(window, control, pyatspi.STATE_FOCUSED), f"the focus on {control}")
-        eventually(lambda: self.is_in_view(self.extents(window, control)), f"{control} in view")
+            eventually(lambda: self.focused(window) not in (None, now), f"the focus after {now}")
 
     def focus(self, window, control, way):
+        """Brings it into view too, and gives what has the focus then."""
+        item = self.find_control(window, control)
         if way == "pointer":
-            place = self.turn_wheel_to(window, control)
-            self.click(place.x + place.width / 2, place.y + place.height / 2)
+            self.click(item)
         elif way == "keyboard":
             self.focus_by_keyboard(window, control)
         else:
-            self.focus_by_assistive_tool(window, control)
+            self.act(item, "SetFocus")
+        if way != "pointer":
+            eventually(lambda: self.has_state(item, pyatspi.STATE_FOCUSED), f"the focus on {control}")
+            eventually(lambda: self.is_in_view(item), f"{control} in view")
+        return item
+
+    def click(self, item):
+        place = self.turn_wheel_to(item)
+        self.xdotool("mousemove", str(place.x + place.width // 2), str(place.y + place.height // 2), "click", "1")
 
     def press(self, window, control, way, key="Return"):
-        """What has the focus takes Return and the space bar."""
-        self.focus(window, control, way)
+        """By a key, if by keyboard: what has the focus takes Return and the space bar."""
+        item = self.focus(window, control, way)
         if way == "keyboard":
             self.keys(window, key)
         elif way == "assistive":
-            self.act(self.find_control(window, control), "Press")
+            self.act(item, "Press")
 
     def go_back(self, window, way, key="Escape"):
+        back = self.find_control(window, BACK)
         if way == "pointer":
-            place = self.extents(window, BACK)
-            self.click(place.x + place.width / 2, place.y + place.height / 2)
+            place = self.extents(back)
+            self.xdotool("mousemove", str(place.x + place.width // 2), str(place.y + place.height // 2), "click", "1")
         elif way == "keyboard":
             self.keys(window, key)
         else:
-            self.act(self.find_control(window, BACK), "Press")
+            self.act(back, "Press")
