@@ -40,6 +40,7 @@ class Everything(Spoken):
     """A test that uses every control of some pages."""
 
     before = stored_before()
+    looked_at = (None, [])  # a page, and what is on it
 
     def start_tweak(self, *options):
         """One that has a value for every key, and a home in which there is nothing but what the test puts there."""
@@ -64,29 +65,44 @@ class Everything(Spoken):
 
     # -- what is there --
 
+    def frames(self, window):
+        return [frame for application in self.applications(window) for frame in application if frame]
+
     def page(self, window):
         """The page that is shown, once it has slid in and the other one has gone."""
-        for application in self.applications(window):
-            for frame in application:
-                for pane in (child for child in frame if child.getRole() == pyatspi.ROLE_LAYERED_PANE):
-                    shown = [page for page in pane if page and page.getState().contains(pyatspi.STATE_SHOWING)]
-                    if len(shown) == 1:
-                        return shown[0]
+        for pane in (child for frame in self.frames(window) for child in frame
+                     if child.getRole() == pyatspi.ROLE_LAYERED_PANE):
+            shown = [page for page in pane if page and self.has_state(page, pyatspi.STATE_SHOWING)]
+            if len(shown) == 1:
+                return shown[0]
         return None
+
+    def above(self, window, role):
+        """What is shown in the bar above all pages."""
+        return [child for frame in self.frames(window) for child in frame
+                if child.getRole() == role and self.has_state(child, pyatspi.STATE_SHOWING)]
+
+    def title(self, window):
+        return next((child.name for child in self.above(window, pyatspi.ROLE_HEADING)), None)
 
     def items(self, window):
         """All that is read out on the page that is shown, as (control, accessible), in view or not."""
+        self.looked_at = (None, [])
         try:
-            page = self.page(window)
-            return [(Control(item.getRole(), item.name, item.description), item)
-                    for item in (self.find(page, lambda it: it.get_component_iface()) if page else ())]
+            if page := self.page(window):
+                self.looked_at = (page, [(Control(item.getRole(), item.name, item.description), item)
+                                         for item in self.find(page, lambda it: it.get_component_iface())])
         except GLib.Error:
-            return []  # something went away while it was looked at
+            pass  # something went away while it was looked at
+        return self.looked_at[1]
 
     def look_for(self, window, control):
+        """A page is walked through once, and again when something is not there, because that takes a while."""
         if control == BACK:
-            return self.spoken(window, control.role).get(control.name)
-        found = [item for other, item in self.items(window) if other == control]
+            return next((back for back in self.above(window, BACK.role) if back.name == BACK.name), None)
+        if self.looked_at[0] != self.page(window) or control not in [other for other, _ in self.looked_at[1]]:
+            self.items(window)
+        found = [item for other, item in self.looked_at[1] if other == control]
         self.assertLessEqual(len(found), 1, f"told apart by nothing: {control}")
         return found[0] if found else None
 
@@ -96,11 +112,6 @@ class Everything(Spoken):
     @staticmethod
     def has_state(item, state):
         return item.getState().contains(state)
-
-    def title(self, window):
-        """The one in the bar above all pages."""
-        return next((name for application in self.applications(window) for frame in application
-                     for name in [child.name for child in frame if child.getRole() == pyatspi.ROLE_HEADING]), None)
 
     # -- as a person does --
 
@@ -119,29 +130,37 @@ class Everything(Spoken):
         return place.y >= BAR and place.y + place.height <= HEIGHT
 
     def turn_wheel_to(self, item):
-        """Where it is then."""
-        self.xdotool("mousemove", str(WIDTH // 2), str(HEIGHT // 2))
-        while not self.is_in_view(item):
-            y = self.extents(item).y
-            self.xdotool("click", "4" if y < BAR else "5")
-            eventually(lambda: self.extents(item).y != y, f"the page to scroll to {item.name}")
-        return self.extents(item)
+        """Notch by notch, each of which scrolls little after the mouse has dragged something. Gives where it is then."""
+        places = []
 
-    def focused(self, window):
-        """What has the keyboard, on the page or above it."""
-        back = self.look_for(window, BACK)
-        return next((control for control, item in [*self.items(window), *([(BACK, back)] if back else [])]
-                     if control.role not in (pyatspi.ROLE_PANEL, pyatspi.ROLE_LIST)
-                     and self.has_state(item, pyatspi.STATE_FOCUSED)), None)
+        def stands():
+            places.append(self.extents(item).y)
+            if len(places) < 6 or len(set(places[-6:])) > 1:
+                return False
+            if self.is_in_view(item):
+                return True
+            self.xdotool("mousemove", str(WIDTH // 2), str(HEIGHT // 2), "click", "4" if places[-1] < BAR else "5")
+            places.clear()
+            return False
+        if not self.is_in_view(item):
+            eventually(stands, f"the page to scroll to {item.name}")
+        return self.extents(item)
 
     def focus_by_keyboard(self, window, control):
         """The way of the keyboard leads to everything, wherever it begins."""
+        self.find_control(window, control)
+        items = [(other, item) for other, item in self.looked_at[1]
+                 if other.role not in (pyatspi.ROLE_PANEL, pyatspi.ROLE_LIST)]
+        items += [(BACK, back) for back in self.above(window, BACK.role)]
+
+        def focused():
+            return next((other for other, item in items if self.has_state(item, pyatspi.STATE_FOCUSED)), None)
         seen = []
-        while (now := self.focused(window)) != control:
+        while (now := focused()) != control:
             self.assertNotIn(now, seen, f"the keyboard does not lead to {control}")
             seen.extend([now] if now else [])
             self.keys(window, "Tab")
-            eventually(lambda: self.focused(window) not in (None, now), f"the focus after {now}")
+            eventually(lambda: focused() not in (None, now), f"the focus after {now}")
 
     def focus(self, window, control, way):
         """Brings it into view too, and gives what has the focus then."""

@@ -1,0 +1,343 @@
+#!/usr/bin/python3
+"""Every row of every list, every font, every colour: the pages that are one view, in the real window, used by pointer,
+keyboard and assistive tool, and looked up on the tweak's disk.
+
+    dbus-run-session -- everything_views_test.py [-v] BINARIES DEVICE_ROOT
+
+Needs what spoken.py needs, and fontTools.
+"""
+import json
+import os
+import subprocess
+import sys
+import unittest
+
+import pyatspi
+
+from everything import BAR, WAYS, Control, Everything
+from window import HEIGHT, ROOT, WIDTH, eventually
+
+MAKE_FONTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "fonts", "make_fonts.py")
+
+
+class Table(Everything):
+    """A page of one table. Only rows in view exist."""
+
+    def order(self):
+        """All rows from the top, by what is read out for them."""
+        raise NotImplementedError
+
+    def open_table(self, page):
+        window = self.open_window("--page", page)
+        eventually(lambda: self.rows(window), "the rows")
+        return window
+
+    def printed(self, page):
+        """The sections of the table, as the titles of their rows."""
+        sections = json.loads(self.settings("--rows", page, DISPLAY="").stdout)["sections"]
+        return [[row["title"] for row in section["rows"]] for section in sections]
+
+    def bring(self, window, name):
+        """Turns the wheel until a row and what is around it are in view, or there is no more to scroll."""
+        looks = []
+
+        def stands():
+            rows = self.rows(window)
+            shown = [other for other in self.order() if other in rows]
+            if not shown:
+                return False
+            looks.append((shown[0], self.extents(rows[shown[0]]).y))
+            if len(looks) < 4 or len(set(looks[-4:])) > 1:
+                return False
+            y = self.extents(rows[name]).y if name in rows else None
+            if y is not None and (BAR + 100 <= y <= HEIGHT - 140 or len(looks) >= 12):
+                return True
+            above = y < HEIGHT / 2 if y is not None else self.order().index(name) < self.order().index(shown[0])
+            self.xdotool("mousemove", str(WIDTH // 2), str(HEIGHT // 2), "click", "4" if above else "5")
+            if len(set(looks)) > 1:
+                looks.clear()
+            return False
+        eventually(stands, f"{name} in view")
+        return self.rows(window)[name]
+
+    def focus_row(self, window, name):
+        """By keyboard."""
+        if not self.focused(window):
+            self.keys(window, "Tab")
+        [now] = eventually(lambda: self.focused(window), "the focus on a row")
+        by = self.order().index(name) - self.order().index(now)
+        if by:
+            self.keys(window, *["Down" if by > 0 else "Up"] * abs(by))
+        eventually(lambda: self.focused(window) == [name], f"the focus on {name}, not {self.focused(window)}")
+        return self.rows(window)[name]
+
+
+class Lists:
+    """The tests, for one page of a list."""
+
+    page = key = None
+    saved = 0  # the section of which the key is the list
+    lists = None
+    prefix = "org.lumora.samples."
+
+    def identifiers(self, names):
+        return [self.prefix + name for name in names]
+
+    def order(self):
+        return sum(self.lists, [])
+
+    def test_moves_every_row_by_pointer_keyboard_and_assistive_tool(self):
+        self.assertEqual(self.printed(self.page), self.lists)
+        self.ways = {}
+        self.moved = set()
+        window = self.open_table(self.page)
+        everything = set(self.order())
+        enabled, disabled = map(list, self.lists)
+        for number, name in enumerate(enabled[:-1]):
+            self.move(window, name, +1, WAYS[number % 3])
+        for number, name in enumerate(disabled):
+            self.move(window, name, -1, WAYS[number % 3])
+        for way in WAYS:
+            self.move(window, self.lists[0][0], +1, way)
+            self.move(window, self.lists[0][-1], +1, way)
+        for way in WAYS:
+            self.move(window, self.lists[1][0], +1, way)
+        for way in WAYS:
+            self.move(window, self.lists[1][0], -1, way)
+        self.assertEqual(self.moved, everything)
+        self.assertEqual(self.ways, {(start, end): set(WAYS) for start in (0, 1) for end in (0, 1)})
+
+    def move(self, window, name, by, way):
+        """By one place; from the end of a section that is to the other one."""
+        start = 0 if name in self.lists[0] else 1
+        at = self.lists[start].index(name) + by
+        end = start if 0 <= at < len(self.lists[start]) else 1 - start
+        if end != start:
+            at = 0 if end == 1 else len(self.lists[0])
+        written = os.stat(self.settings_file).st_mtime_ns
+        if way == "pointer":
+            self.bring(window, name)
+            self.drag(window, name, self.height_for(window, name, by, end != start))
+        elif way == "keyboard":
+            self.focus_row(window, name)
+            self.keys(window, "alt+Down" if by > 0 else "alt+Up")
+        else:
+            self.act(self.bring(window, name), "Increase" if by > 0 else "Decrease")
+        self.lists[start].remove(name)
+        self.lists[end].insert(at, name)
+        eventually(lambda: os.stat(self.settings_file).st_mtime_ns != written, f"the move of {name} at the tweak")
+        self.expect_stored(self.key, self.identifiers(self.lists[self.saved]))
+        place = f"Position {at + 1} of {len(self.lists[end])} in {('Enabled', 'Disabled')[end]}."
+        eventually(lambda: name in (rows := self.rows(window)) and rows[name].description.startswith(place),
+                   f"{name} at {place}")
+        self.moved.add(name)
+        self.ways.setdefault((start, end), set()).add(way)
+
+    def height_for(self, window, name, by, to_other_section):
+        """Where the middle of a row is to be dropped. What is beneath a row that is out has moved up by one."""
+        order = self.order()
+        next_to = order.index(name) + by
+        if not 0 <= next_to < len(order):
+            return self.place(window, name).y + by * 120
+        other = self.place(window, order[next_to])
+        if not to_other_section:
+            return other.y + other.height // 2
+        if not self.lists[0 if by < 0 else 1]:
+            return self.place(window, name).y + by * 120
+        return other.y + (-other.height // 2 if by > 0 else other.height * 3 // 2)
+
+
+APPS = ["Books", "Browser", "Calculator", "Calendar", "Camera", "Clock", "Contacts", "Files", "Fitness", "Keys", "Mail",
+        "Maps", "Messages", "Music", "Notes", "Phone", "Photos", "Podcasts", "Recorder", "Reminders", "Shares", "Terminal",
+        "Translator", "Videos", "Weather"]
+
+
+class AppsTest(Lists, Table):
+    page, key = "AppsListController", "kAppsEnabled"
+
+    def setUp(self):
+        self.lists = [["Weather", "Books", "Mail", "Clock"], [app for app in APPS
+                                                             if app not in ("Weather", "Books", "Mail", "Clock")]]
+        self.before = {self.key: self.identifiers(self.lists[0])}
+        super().setUp()
+
+
+class AutoUnlockAppsTest(Lists, Table):
+    page, key, saved = "AUAppsListController", "kAUAppsDisabled", 1
+
+    def setUp(self):
+        chosen = ["Weather", "Books", "Mail", "Clock", "Phone", "Files", "Keys"]
+        self.lists = [["Weather", "Mail", "Phone", "Keys"], ["Books", "Clock", "Files"]]
+        self.before = {"kAppsEnabled": self.identifiers(chosen), self.key: self.identifiers(["Files", "Books", "Clock"])}
+        super().setUp()
+
+    def tearDown(self):
+        self.expect_stored("kAppsEnabled", self.before["kAppsEnabled"])
+        super().tearDown()
+
+
+class AppViewsTest(Lists, Table):
+    page, key, prefix = "PluginsListViewController", "kAppViewsEnabled", "org.lumora.plugins."
+
+    def identifiers(self, names):
+        return [self.prefix + name.lower() for name in names]
+
+    def setUp(self):
+        self.lists = [["Weather"], ["Clock", "Music", "Notes"]]
+        self.before = {self.key: self.identifiers(self.lists[0])}
+        super().setUp()
+
+
+class FontsTest(Table):
+    key = "kLSDateFontName"
+    names = ["Default"] + [f"Many{number:04}-Regular" for number in range(30)]
+    before = {key: names[7]}
+
+    def setUp(self):
+        super().setUp()
+        fonts = os.path.join(self.folder, "fonts")
+        subprocess.run(["/usr/bin/python3", MAKE_FONTS, fonts, "many=30"], check=True)
+        self.environment["FONTCONFIG_FILE"] = fonts + "/fonts.conf"
+
+    def order(self):
+        return self.names
+
+    def rows(self, window):
+        return self.spoken(window, pyatspi.ROLE_RADIO_BUTTON)
+
+    def marked(self, window):
+        return [name for name, row in self.rows(window).items() if self.has_state(row, pyatspi.STATE_CHECKED)]
+
+    def choose(self, window, name, way, key):
+        if way == "keyboard":
+            self.focus_row(window, name)
+            self.keys(window, key)
+        elif way == "pointer":
+            self.click(self.bring(window, name))
+        else:
+            self.act(self.bring(window, name), "Press")
+        self.expect_stored(self.key, name)
+        eventually(lambda: self.marked(window) == [name], f"the mark of {name}, not {self.marked(window)}")
+
+    def test_chooses_every_font(self):
+        self.assertEqual(self.printed("FontViewController"), [self.names])
+        window = self.open_table("FontViewController")
+        eventually(lambda: self.marked(window) == [self.before[self.key]], "the mark of what is stored")
+        for number, name in enumerate(self.names):
+            self.choose(window, name, WAYS[number % 3], ("space", "Return")[number % 2])
+        for way in WAYS:
+            for name in (self.names[-2], self.names[-1], self.names[1], self.names[0]):
+                self.choose(window, name, way, "Return")
+
+
+class ColorsTest(Everything):
+    key = "kLSBlurColor"
+    before = {key: {"h": 0.25, "s": 0.5, "b": 0.75}}
+    # Hue, saturation, and the brightness that a theme leaves behind for what is chosen next.
+    themes = {"Cyan": (0.5, 1.0, 1.0), "Blue": (0.61, 0.75, 0.94), "Violet": (0.72, 0.95, 1.0),
+              "Green": (0.28, 0.78, 0.83), "Yellow": (0.16, 1.0, 1.0), "Dark Red": (0.0, 1.0, 0.69),
+              "Pink": (0.88, 0.73, 1.0)}
+
+    def open_page(self):
+        window = self.open_window("--page", "ColorPickerController")
+        self.find_control(window, self.slider("Brightness"))
+        return window
+
+    @staticmethod
+    def slider(name):
+        return Control(pyatspi.ROLE_SLIDER, name, "Brightness" if name == "Brightness" else "Hue and Saturation")
+
+    def expect_color(self, h, s, b):
+        def is_stored():
+            color = self.stored(self.key)
+            return list(color) == ["h", "s", "b"] and all(
+                isinstance(color[name], float) and abs(color[name] - value) < 1e-6
+                for name, value in (("h", h), ("s", s), ("b", b)))
+        try:
+            eventually(is_stored, f"the colour {h}, {s}, {b}")
+        except AssertionError as never:
+            raise AssertionError(f"{never}, not {self.stored(self.key)}") from None
+
+    def test_chooses_every_theme(self):
+        window = self.open_page()
+        shown = [control.name for control, _ in self.items(window) if control.role == pyatspi.ROLE_PUSH_BUTTON]
+        self.assertEqual(shown, list(self.themes))
+        brightness = self.before[self.key]["b"]
+        for way in WAYS:
+            for number, (name, (h, s, b)) in enumerate(self.themes.items()):
+                self.press(window, Control(pyatspi.ROLE_PUSH_BUTTON, name, ""), way, ("space", "Return")[number % 2])
+                self.expect_color(h, s, brightness)
+                brightness = b
+
+    def test_chooses_at_the_corners_and_in_the_middle_of_the_field(self):
+        window = self.open_page()
+        hue, saturation = (self.find_control(window, self.slider(name)) for name in ("Hue", "Saturation"))
+        field = self.extents(hue)
+        # The right and the lower edge belong to the field no more.
+        for x, y in ((0, 0), (field.width - 1, 0), (field.width - 1, field.height - 1), (0, field.height - 1),
+                     (field.width // 2, field.height // 2)):
+            self.xdotool("mousemove", str(field.x + x), str(field.y + y), "click", "1")
+            self.expect_color(x / field.width, 1 - y / field.height, 0.75)
+
+        self.focus_by_keyboard(window, self.slider("Hue"))
+        reach = self.reach_by_keyboard(window)
+        for values in reach:
+            self.expect_within(*values)
+
+        for h, s in ((0, 0), (1, 0), (1, 1), (0, 1), (0.5, 0.5)):
+            hue.queryValue().currentValue = h
+            saturation.queryValue().currentValue = s
+            self.expect_within(h, s)
+
+    def reach_by_keyboard(self, window):
+        """Goes around the field; at its ends the keys have no further effect."""
+        for keys, corner in ((["Home"] + ["shift+Up"] * 10, (0, 1)), (["End"], (1, 1)), (["shift+Down"] * 10, (1, 0)),
+                             (["Home"], (0, 0)), (["shift+Right"] * 5 + ["shift+Up"] * 5, (0.5, 0.5))):
+            self.keys(window, *keys)
+            yield corner
+
+    def expect_within(self, h, s, b=0.75):
+        """What the keyboard and assistive tools choose is a place that can be touched: the nearest one."""
+        near = lambda color: all(abs(color[name] - value) < 0.005 for name, value in (("h", h), ("s", s), ("b", b)))
+        try:
+            eventually(lambda: near(self.stored(self.key)), f"a colour near {h}, {s}, {b}")
+        except AssertionError as never:
+            raise AssertionError(f"{never}, not {self.stored(self.key)}") from None
+
+    def test_chooses_at_the_ends_and_in_the_middle_of_the_bar(self):
+        window = self.open_page()
+        brightness = self.find_control(window, self.slider("Brightness"))
+        bar = self.extents(brightness)
+        for x, y in ((0, 0), (bar.width - 1, bar.height - 1), (bar.width // 2, bar.height // 2)):
+            self.xdotool("mousemove", str(bar.x + x), str(bar.y + y), "click", "1")
+            self.expect_color(0.25, 0.5, 1 - x / bar.width)
+        self.focus_by_keyboard(window, self.slider("Brightness"))
+        for keys, value in ((["Home"], 1), (["End"], 0), (["shift+Left"] * 5, 0.5)):
+            self.keys(window, *keys)
+            self.expect_within(0.25, 0.5, value)
+        for value in (0, 1, 0.5):
+            brightness.queryValue().currentValue = value
+            self.expect_within(0.25, 0.5, value)
+
+
+class ChangeLogTest(Everything):
+    def test_reads_the_change_log_to_its_end(self):
+        with open(os.path.join(ROOT, "Library/PreferenceBundles/Lumora.bundle/changelog.txt"), encoding="utf-8") as file:
+            text = file.read()
+        window = self.open_window("--page", "ChangeLogController", "--size", "390x400")
+        label = self.find_control(window, Control(pyatspi.ROLE_LABEL, text, ""))
+        top = self.extents(label).y
+        self.keys(window, "End")
+        eventually(lambda: self.extents(label).y + self.extents(label).height <= 400, "its end by keyboard")
+        end = self.extents(label).y
+        self.keys(window, "Home")
+        eventually(lambda: self.extents(label).y == top, "its beginning by keyboard")
+
+        def turned():
+            self.xdotool("mousemove", str(WIDTH // 2), "200", "click", "5")
+            return self.extents(label).y == end
+        eventually(turned, "its end by the wheel")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
