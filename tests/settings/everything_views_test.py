@@ -37,36 +37,47 @@ class Table(Everything):
         sections = json.loads(self.settings("--rows", page, DISPLAY="").stdout)["sections"]
         return [[row["title"] for row in section["rows"]] for section in sections]
 
-    def bring(self, window, name):
-        """Turns the wheel until a row and what is around it are in view, or there is no more to scroll."""
-        looks = []
+    def bring(self, window, name, around=0):
+        """Turns the wheel until a row and so much around it are in view, or there is no more to scroll."""
+        notches = []
+
+        def is_there():
+            rows = self.rows(window)
+            if name not in rows:
+                shown = next((other for other in self.order() if other in rows), None)
+                if shown:
+                    self.turn_wheel(self.order().index(name) < self.order().index(shown))
+                return False
+            y = self.where_it_stands(rows[name])
+            if BAR + around <= y <= HEIGHT - 40 - around or notches[-2:] == [y] * 2:
+                return rows[name]
+            notches.append(y)
+            self.turn_wheel(y < HEIGHT / 2)
+            return False
+        return eventually(is_there, f"{name} in view")
+
+    def turn_wheel(self, up):
+        self.xdotool("mousemove", str(WIDTH // 2), str(HEIGHT // 2), "click", "4" if up else "5")
+
+    def where_it_stands(self, item):
+        places = []
 
         def stands():
-            rows = self.rows(window)
-            shown = [other for other in self.order() if other in rows]
-            if not shown:
-                return False
-            looks.append((shown[0], self.extents(rows[shown[0]]).y))
-            if len(looks) < 4 or len(set(looks[-4:])) > 1:
-                return False
-            y = self.extents(rows[name]).y if name in rows else None
-            if y is not None and (BAR + 100 <= y <= HEIGHT - 140 or len(looks) >= 12):
-                return True
-            above = y < HEIGHT / 2 if y is not None else self.order().index(name) < self.order().index(shown[0])
-            self.xdotool("mousemove", str(WIDTH // 2), str(HEIGHT // 2), "click", "4" if above else "5")
-            if len(set(looks)) > 1:
-                looks.clear()
-            return False
-        eventually(stands, f"{name} in view")
-        return self.rows(window)[name]
+            places.append(self.extents(item).y)
+            return len(places) >= 5 and len(set(places[-5:])) == 1
+        eventually(stands, f"{item.name} to stand still")
+        return places[-1]
 
     def focus_row(self, window, name):
         """By keyboard."""
         if not self.focused(window):
             self.keys(window, "Tab")
         [now] = eventually(lambda: self.focused(window), "the focus on a row")
-        by = self.order().index(name) - self.order().index(now)
-        if by:
+        order = self.order()
+        by = order.index(name) - order.index(now)
+        if name in (order[0], order[-1]):
+            self.keys(window, "Home" if name == order[0] else "End")
+        elif by:
             self.keys(window, *["Down" if by > 0 else "Up"] * abs(by))
         eventually(lambda: self.focused(window) == [name], f"the focus on {name}, not {self.focused(window)}")
         return self.rows(window)[name]
@@ -93,8 +104,8 @@ class Lists:
         window = self.open_table(self.page)
         everything = set(self.order())
         enabled, disabled = map(list, self.lists)
-        for number, name in enumerate(enabled[:-1]):
-            self.move(window, name, +1, WAYS[number % 3])
+        for number, name in enumerate(enabled if len(enabled) > 1 else []):
+            self.move(window, name, -1 if name == self.lists[0][-1] else +1, WAYS[number % 3])
         for number, name in enumerate(disabled):
             self.move(window, name, -1, WAYS[number % 3])
         for way in WAYS:
@@ -116,7 +127,7 @@ class Lists:
             at = 0 if end == 1 else len(self.lists[0])
         written = os.stat(self.settings_file).st_mtime_ns
         if way == "pointer":
-            self.bring(window, name)
+            self.bring(window, name, around=100)  # what is moved over has its place, and the page stands still
             self.drag(window, name, self.height_for(window, name, by, end != start))
         elif way == "keyboard":
             self.focus_row(window, name)
@@ -137,13 +148,11 @@ class Lists:
         """Where the middle of a row is to be dropped. What is beneath a row that is out has moved up by one."""
         order = self.order()
         next_to = order.index(name) + by
-        if not 0 <= next_to < len(order):
+        if not 0 <= next_to < len(order) or to_other_section and not self.lists[0 if by < 0 else 1]:
             return self.place(window, name).y + by * 120
         other = self.place(window, order[next_to])
         if not to_other_section:
             return other.y + other.height // 2
-        if not self.lists[0 if by < 0 else 1]:
-            return self.place(window, name).y + by * 120
         return other.y + (-other.height // 2 if by > 0 else other.height * 3 // 2)
 
 
@@ -226,7 +235,7 @@ class FontsTest(Table):
         for number, name in enumerate(self.names):
             self.choose(window, name, WAYS[number % 3], ("space", "Return")[number % 2])
         for way in WAYS:
-            for name in (self.names[-2], self.names[-1], self.names[1], self.names[0]):
+            for name in (self.names[-1], self.names[1], self.names[0]):
                 self.choose(window, name, way, "Return")
 
 
