@@ -1,5 +1,5 @@
-"""What tests of every control are made of: a page that is at rest, its controls as they are read out, and the three ways in
-which a person uses them.
+"""What tests of every control are made of: a page that is at rest, its controls as they are read out, and the three ways
+in which a person uses them.
 
     item = self.find_control(window, control)    # by role, name and description
     self.press(window, control, "keyboard")      # by keyboard, pointer or assistive tool
@@ -130,7 +130,7 @@ class Everything(Spoken):
         return place.y >= BAR and place.y + place.height <= HEIGHT
 
     def turn_wheel_to(self, item):
-        """Notch by notch, each of which scrolls little after the mouse has dragged something. Gives where it is then."""
+        """Notch by notch, of which the first scroll little after the mouse has dragged something. Gives where it is."""
         places = []
 
         def stands():

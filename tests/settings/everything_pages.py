@@ -5,7 +5,8 @@ own, so nothing here is taken from it.
 """
 from typing import NamedTuple
 
-CELLS = {"group": 0, "link": 1, "options": 2, "slider": 5, "switch": 6, "text": 7, "field": 8, "secure": 12, "button": 13}
+CELLS = {"group": 0, "link": 1, "options": 2, "slider": 5, "switch": 6, "text": 7, "field": 8, "secure": 12,
+         "button": 13}
 
 
 class Row(NamedTuple):
@@ -89,15 +90,16 @@ APPS = [
     switch("Open Apps With Long Hold", "kSwitchTapAndLongHold"),
     switch("Long Hold For Plugin Apps Only", "kLongHoldForPluginApps"),
     switch("Always Return To Lock Screen", "kAlwaysReturnToLSEnabled"),
-    group(footer='Enable "Open App With Long Hold" to open the app with a long hold and open app view plugins with a tap.'),
-    group(footer='Enable "Long Hold For Plugin Apps Only" to open apps with associated plugins with a long hold and all '
-                 'other apps with a tap.'),
+    group(footer='Enable "Open App With Long Hold" to open the app with a long hold and open app view plugins with a '
+                 'tap.'),
+    group(footer='Enable "Long Hold For Plugin Apps Only" to open apps with associated plugins with a long hold and '
+                 'all other apps with a tap.'),
     group(footer='Enable "Always Return To Lock Screen" to always return to the lockscreen when the home button is '
                  'clicked after opening an app from Lumora, even when the device does not have a passcode.'),
 ]
 AUTO_UNLOCK = [
-    group("Auto-Unlock", "Enable and enter your passcode to temporarily unlock the device when opening apps from Lumora. "
-                         "Device will relock if the home button is pressed."),
+    group("Auto-Unlock", "Enable and enter your passcode to temporarily unlock the device when opening apps from "
+                         "Lumora. Device will relock if the home button is pressed."),
     switch("Enable Auto-Unlock", "kAutoUnlockEnabled"),
     secure("Passcode", "kAutoUnlockPasscode"),
     group(footer="Enable to fully unlock your device when opening apps from Lumora. Please confirm your passcode to "
@@ -202,8 +204,9 @@ PAGES = {page: sum(rows, []) for page, rows in {
     "PluginsListController": APP_VIEWS, "NotesPage": NOTES, "WeatherPage": WEATHER}.items()}
 
 # The pages that are one list, one picture or one text, by their titles; everything_views_test.py is about them.
-VIEWS = {"AppsListController": "Apps", "PluginsListViewController": "Plugins", "AUAppsListController": "Auto-Unlock Apps",
-         "FontViewController": "Fonts", "ColorPickerController": "Color", "ChangeLogController": "Change Log"}
+VIEWS = {"AppsListController": "Apps", "PluginsListViewController": "Plugins",
+         "AUAppsListController": "Auto-Unlock Apps", "FontViewController": "Fonts", "ColorPickerController": "Color",
+         "ChangeLogController": "Change Log"}
 
 
 def stored_before():

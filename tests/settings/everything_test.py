@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Every control of every page of rows, in the real window: found by what is read out for it, used by pointer, keyboard and
-assistive tool, and looked up on the tweak's disk.
+"""Every control of every page of rows, in the real window: found by what is read out for it, used by pointer, keyboard
+and assistive tool, and looked up on the tweak's disk.
 
     dbus-run-session -- everything_test.py [-v] BINARIES DEVICE_ROOT
 
@@ -45,8 +45,8 @@ class EverythingTest(Everything):
 
     def control(self, row):
         around = "" if self.around(row) == row.name else self.around(row)
-        told = {"secure": ["Secure"], "options": [self.title_of(row)] if row.kind == "options" else []}.get(row.kind, [])
-        return Control(ROLES.get(row.kind, BUTTON), row.name, ". ".join([*told, *([around] if around else [])]))
+        told = "Secure" if row.kind == "secure" else self.title_of(row) if row.kind == "options" else ""
+        return Control(ROLES.get(row.kind, BUTTON), row.name, ". ".join(text for text in (told, around) if text))
 
     def title_of(self, row):
         return row.titles[row.values.index(self.chosen[row.key])]
@@ -69,6 +69,10 @@ class EverythingTest(Everything):
     def expect_all_used(self):
         unused = [row for row in self.rows if not self.used.get(self.position(row))]
         self.assertEqual(unused, [], "used by nobody")
+        for row in self.rows:
+            options = [self.used.get((self.position(row), title), set()) for title in row.titles]
+            self.assertTrue(all(options), f"not all chosen: {row}")
+            self.assertEqual(set().union(*options), set(WAYS) if options else set(), row)
         for kind in {row.kind for row in self.rows} - {"group", "text"}:
             ways = set().union(*(self.used[self.position(row)] for row in self.rows if row.kind == kind))
             self.assertEqual(ways, set(WAYS), kind)
@@ -122,8 +126,7 @@ class EverythingTest(Everything):
                 self.assertEqual(self.text_of(item), self.shown(row, self.before[row.key]))
             elif row.kind == "text":
                 self.used[self.position(row)] = {"assistive"}
-        panes = (pyatspi.ROLE_PANEL,)
-        shown = [control for control, _ in self.items(window) if control.role not in panes]
+        shown = [control for control, _ in self.items(window) if control.role != pyatspi.ROLE_PANEL]
         self.assertCountEqual(shown, expected)
 
     @staticmethod
@@ -196,7 +199,7 @@ class EverythingTest(Everything):
             self.press(window, option, by)
             self.expect_stored(row.key, row.values[i])
             eventually(lambda: self.marked(window) == [option.name], f"the mark of {option.name}")
-            self.used.setdefault((self.position(row), i), set()).add(by)
+            self.used.setdefault((self.position(row), row.titles[i]), set()).add(by)
             self.chosen[row.key] = row.values[i]
         self.go_back(window, way, "alt+Left")
         self.find_control(window, self.control(row))

@@ -157,16 +157,16 @@ class Lists:
 
 
 APPS = ["Books", "Browser", "Calculator", "Calendar", "Camera", "Clock", "Contacts", "Files", "Fitness", "Keys", "Mail",
-        "Maps", "Messages", "Music", "Notes", "Phone", "Photos", "Podcasts", "Recorder", "Reminders", "Shares", "Terminal",
-        "Translator", "Videos", "Weather"]
+        "Maps", "Messages", "Music", "Notes", "Phone", "Photos", "Podcasts", "Recorder", "Reminders", "Shares",
+        "Terminal", "Translator", "Videos", "Weather"]
 
 
 class AppsTest(Lists, Table):
     page, key = "AppsListController", "kAppsEnabled"
 
     def setUp(self):
-        self.lists = [["Weather", "Books", "Mail", "Clock"], [app for app in APPS
-                                                             if app not in ("Weather", "Books", "Mail", "Clock")]]
+        chosen = ["Weather", "Books", "Mail", "Clock"]
+        self.lists = [chosen, [app for app in APPS if app not in chosen]]
         self.before = {self.key: self.identifiers(self.lists[0])}
         super().setUp()
 
@@ -177,7 +177,8 @@ class AutoUnlockAppsTest(Lists, Table):
     def setUp(self):
         chosen = ["Weather", "Books", "Mail", "Clock", "Phone", "Files", "Keys"]
         self.lists = [["Weather", "Mail", "Phone", "Keys"], ["Books", "Clock", "Files"]]
-        self.before = {"kAppsEnabled": self.identifiers(chosen), self.key: self.identifiers(["Files", "Books", "Clock"])}
+        self.before = {"kAppsEnabled": self.identifiers(chosen),
+                       self.key: self.identifiers(["Files", "Books", "Clock"])}
         super().setUp()
 
     def tearDown(self):
@@ -331,7 +332,8 @@ class ColorsTest(Everything):
 
 class ChangeLogTest(Everything):
     def test_reads_the_change_log_to_its_end(self):
-        with open(os.path.join(ROOT, "Library/PreferenceBundles/Lumora.bundle/changelog.txt"), encoding="utf-8") as file:
+        bundle = os.path.join(ROOT, "Library/PreferenceBundles/Lumora.bundle")
+        with open(os.path.join(bundle, "changelog.txt"), encoding="utf-8") as file:
             text = file.read()
         window = self.open_window("--page", "ChangeLogController", "--size", "390x400")
         label = self.find_control(window, Control(pyatspi.ROLE_LABEL, text, ""))
