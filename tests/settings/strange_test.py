@@ -6,7 +6,6 @@
 A program looks at the pages, at two widths and several text sizes: layout_tour. Its pictures of them are left in
 $LUMORA_TEST_PICTURES, if that is set.
 """
-import datetime
 import os
 import plistlib
 import re
@@ -16,8 +15,11 @@ import sys
 import tempfile
 import unittest
 
-from recording_tweak import RecordingTweak
+sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "wire"))
+
+from tweak import Tweak
 from window import BINARIES, LONG_ENOUGH, ROOT, program
+from wire import Date
 
 BOOLEANS = """kTweakEnabled kSleepDisabledForAppViews kNotificationsHideOnTap kAppBadgesEnabled kAppLabelsEnabled
     kAppRoundedEnabled kIconViewBlurEnabled kSwitchTapAndLongHold kLongHoldForPluginApps kAlwaysReturnToLSEnabled
@@ -50,7 +52,7 @@ TEXT_CASES = {
 NUL = "be\0fore" * 3
 VALUE_CASES = {
     "text": "strange", "a long text": TEXT_CASES["many words"], "number": 7, "boolean": True, "list": ["a", 1],
-    "no entries": [], "dictionary": {"a": "b"}, "data": b"\0\xff", "date": datetime.datetime(2001, 1, 1),
+    "no entries": [], "dictionary": {"a": "b"}, "data": b"\0\xff", "date": Date(0.0),
     "null": None, "huge number": 2**63 - 1, "huge negative number": -2**63, "not a number": float("nan"),
     "infinity": float("inf"), "negative infinity": float("-inf"), "largest real": 1.7976931348623157e308,
     "least real": 5e-324, "real": 0.1 + 0.2,
@@ -109,7 +111,7 @@ class Strange(unittest.TestCase):
                 environment |= {"HOME": home, "XDG_DATA_DIRS": home, "XDG_DATA_HOME": home, "XDG_RUNTIME_DIR": home,
                                 "LUMORA_PORTS": home, "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen",
                                 "QT_QUICK_BACKEND": "software", "QSG_RENDER_LOOP": "threaded", "QT_SCALE_FACTOR": "1"}
-                with RecordingTweak(home, answered) as tweak:
+                with Tweak(home, answered) as tweak:
                     tour = subprocess.run([program("layout_tour"), root, pictures, str(size)], env=environment,
                                           capture_output=True, timeout=2 * LONG_ENOUGH, check=False)
                     self.assertEqual(tweak.changes, [], "looking changes nothing")
