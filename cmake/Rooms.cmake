@@ -34,6 +34,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # Unique symbols would pin a plug-in's copy of an inline variable to the first library that brought one.
   target_compile_options(lumora_flags INTERFACE -fno-gnu-unique -Wduplicated-cond -Wlogical-op)
 endif()
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # It takes every file but the first for a header, in which unnamed namespaces would be a mistake.
+  target_compile_options(lumora_flags INTERFACE -Wno-subobject-linkage)
+endif()
 if(LUMORA_SANITIZE)
   add_compile_options(-fsanitize=${LUMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=${LUMORA_SANITIZE})

@@ -12,9 +12,9 @@ build_packages=(g++ cmake ninja-build pkg-config python3 libglib2.0-dev libicu-d
   qt6-base-dev qt6-declarative-dev libgl-dev
   qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtquick-controls
   qml6-module-qtqml-workerscript fonts-inter fonts-dejavu-core)
-test_packages=(make binutils libgtest-dev libgmock-dev libplist-dev xvfb xauth xdotool dbus-daemon at-spi2-core
-  gir1.2-atspi-2.0 python3-pyatspi python3-fonttools qml6-module-qttest msmtp python3-aiosmtpd x11-xkb-utils
-  desktop-file-utils appstream systemd man-db)
+test_packages=(make binutils gobjc libgnustep-base-dev libgtest-dev libgmock-dev libplist-dev xvfb xauth xdotool
+  dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-pyatspi python3-fonttools qml6-module-qttest msmtp
+  python3-aiosmtpd x11-xkb-utils desktop-file-utils appstream systemd man-db)
 package_packages=(dpkg-dev file debootstrap)
 bench_packages=(libbenchmark-dev libplist-dev libsystemd-dev dbus-daemon xvfb xauth)
 lint_packages=(clang clang-format clang-tidy shellcheck qt6-declarative-dev-tools qml6-module-qtqml)

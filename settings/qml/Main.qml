@@ -75,7 +75,7 @@ Window {
         }
     }
     Shortcut {
-        sequences: ["Escape", StandardKey.Back] // the latter is Alt+Left; one that is there twice is taken for neither
+        sequences: ["Escape", StandardKey.Back] // Alt+Left is one of the latter; named twice, it would be ambiguous
         enabled: !window.composing
         onActivated: window.goBack()
     }
