@@ -6,10 +6,10 @@ _lumora_settings() {
     case ${COMP_WORDS[COMP_CWORD - 1]} in
         --root | --bundle | --tour) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
         --grab) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
-        --page | --rows | --timeout | --size) ;;
+        --page | --rows | --timeout | --text-size | --size) ;;
         *)
             mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --rows --timeout --light --dark
-                --size --help --version' -- "$word")
+                --text-size --size --help --version' -- "$word")
             ;;
     esac
 }

@@ -105,7 +105,7 @@ TEST_F(ColorPage, ReadsAnEntryThatIsMissingAsZero) {
 }
 
 TEST_F(ColorPage, ReadsNumbersOfEveryKindAndNothingElse) {
-    open({{"kLSBlurColor", dictionary("0.5", true, 1)}});
+    open({{"kLSBlurColor", Dictionary{{"h", "0.5"}, {"s", true}, {"b", 1}}}});
     EXPECT_EQ(*preview(), *hsb(0, 1, 1));
 }
 

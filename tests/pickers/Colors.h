@@ -9,9 +9,8 @@ inline platform::UIColorRef hsb(double hue, double saturation, double brightness
     return platform::UIColor::colorWithHue(hue, saturation, brightness, 1.0);
 }
 
-/// A colour as it is stored, or something in its place.
-inline platform::Dictionary dictionary(const platform::Value& hue, const platform::Value& saturation,
-                                       const platform::Value& brightness) {
+/// A colour as it is stored.
+inline platform::Dictionary dictionary(double hue, double saturation, double brightness) {
     return {{"h", hue}, {"s", saturation}, {"b", brightness}};
 }
 
