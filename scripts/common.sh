@@ -17,7 +17,7 @@ test_packages=(make binutils gobjc libgnustep-base-dev libgtest-dev libgmock-dev
   python3-aiosmtpd x11-xkb-utils desktop-file-utils appstream systemd man-db)
 package_packages=(dpkg-dev file debootstrap)
 bench_packages=(libbenchmark-dev libplist-dev libsystemd-dev dbus-daemon xvfb xauth)
-lint_packages=(clang clang-format clang-tidy shellcheck qt6-declarative-dev-tools qml6-module-qtqml)
+lint_packages=(clang clang-format clang-tidy shellcheck pyflakes3 qt6-declarative-dev-tools qml6-module-qtqml)
 fuzz_packages=(clang libclang-rt-14-dev)
 
 # install_packages PACKAGE…: installs what is missing, or says exactly what to install by hand.
