@@ -1,22 +1,23 @@
 import QtQuick
 
-// Drawn from two bars, so that it does not depend on a font that has the sign.
+// Drawn from two bars, so that it does not depend on a font that has the sign. As large as the text beside it.
 Item {
     id: root
 
     property color color: Theme.accent
+    property real scaling: Theme.bodySize / 17
 
-    implicitWidth: 16
-    implicitHeight: 14
+    implicitWidth: Math.round(16 * scaling)
+    implicitHeight: Math.round(14 * scaling)
 
     component Bar: Rectangle {
-        height: 2.25
+        height: 2.25 * root.scaling
         radius: height / 2
         color: root.color
         antialiasing: true
         transformOrigin: Item.Left
     }
 
-    Bar { x: 1; y: 7; width: 7; rotation: 47 }
-    Bar { x: 5.2; y: 12; width: 13.5; rotation: -57 }
+    Bar { x: root.scaling; y: 7 * root.scaling; width: 7 * root.scaling; rotation: 47 }
+    Bar { x: 5.2 * root.scaling; y: 12 * root.scaling; width: 13.5 * root.scaling; rotation: -57 }
 }

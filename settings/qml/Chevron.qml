@@ -1,13 +1,14 @@
 import QtQuick
 
-// Two rotated bars: needs no image and is drawn smoothly by every backend.
+// Two rotated bars: needs no image and is drawn smoothly by every backend. As large as the text beside it.
 Item {
     id: root
 
     property color color: Theme.tertiary
     property bool pointsBack: false
-    property real size: 6
-    property real stroke: 2
+    property real scaling: Theme.bodySize / 17
+    property real size: 6 * scaling
+    property real stroke: 2 * scaling
 
     implicitWidth: size + stroke
     implicitHeight: size * 2

@@ -48,16 +48,15 @@ TappableRow {
             font { family: title.font.family; pixelSize: Theme.bodySize }
             text: control.row.valueTitle
         }
-        Text {
+        WordText {
             id: value
 
             x: content.stacked ? 0 : title.width + 12
             y: content.stacked ? title.y + title.height + 2 : content.middle(height)
             width: content.room - x
             text: control.row.valueTitle
-            textFormat: Text.PlainText
             color: Theme.secondary
-            font.pixelSize: Theme.bodySize
+            keepsWords: content.stacked
             horizontalAlignment: content.stacked ? Text.AlignLeft : Text.AlignRight
             wrapMode: content.stacked ? Text.Wrap : Text.NoWrap
         }

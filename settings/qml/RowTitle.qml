@@ -2,7 +2,7 @@ import QtQuick
 
 // The title of a row. One that is too long shrinks at first, and then takes as many lines as it needs. In a row of fixed
 // height it is cut after the second.
-Text {
+WordText {
     id: root
 
     property real fixedHeight: 0 // of the row; 0 for one that grows with its title
@@ -10,9 +10,9 @@ Text {
     readonly property int smallestSize: fixedHeight > 0 ? Theme.smallestFixedSize : Theme.smallestSize
     readonly property bool takesLines: width > 0 && (smallest.advanceWidth > width || /[\n\r\u2028\u2029]/.test(text))
 
-    textFormat: Text.PlainText
     color: Theme.text
-    font.pixelSize: takesLines ? smallestSize : usualSize
+    largestSize: takesLines ? smallestSize : usualSize
+    keepsWords: takesLines
     fontSizeMode: takesLines ? Text.FixedSize : fixedHeight > 0 ? Text.Fit : Text.HorizontalFit
     minimumPixelSize: smallestSize
     wrapMode: takesLines ? Text.Wrap : Text.NoWrap

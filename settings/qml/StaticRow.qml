@@ -11,7 +11,7 @@ Cell {
     icon: row.icon
     implicitHeight: Math.max(Theme.rowHeight, label.implicitHeight + 22)
 
-    Text {
+    WordText {
         id: label
 
         anchors {
@@ -22,10 +22,7 @@ Cell {
             verticalCenter: parent.verticalCenter
         }
         text: root.row.title
-        textFormat: Text.PlainText
         color: Theme.text
-        font.pixelSize: Theme.bodySize
-        wrapMode: Text.Wrap
         Accessible.role: Accessible.StaticText
         Accessible.name: root.row.accessibleName
         Accessible.description: root.row.accessibleDescription

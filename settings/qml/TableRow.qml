@@ -10,6 +10,8 @@ Cell {
     property bool inView: true // until then no font is opened for it
     property bool marked: false
     property bool movable: false
+    // The signs are as large as the title, which the height of the row does not let grow for ever.
+    readonly property real scaling: Theme.bodySizeWithin(height) / 17
 
     Item {
         visible: !root.empty
@@ -25,7 +27,7 @@ Cell {
                 text: root.title
                 titleFont: root.titleFont
                 color: Theme.text
-                usualScale: Theme.bodySizeWithin(root.height) / 17
+                usualScale: root.scaling
                 smallestScale: Theme.smallestFixedSize / 17
                 inView: root.inView
             }
@@ -47,22 +49,12 @@ Cell {
             CheckMark {
                 visible: root.marked
                 anchors.verticalCenter: parent.verticalCenter
+                scaling: root.scaling
             }
-            Column {
+            Handle {
                 visible: root.movable
                 anchors.verticalCenter: parent.verticalCenter
-                spacing: 4
-
-                Repeater {
-                    model: 3
-
-                    Rectangle {
-                        width: 20
-                        height: 2
-                        radius: 1
-                        color: Theme.tertiary
-                    }
-                }
+                scaling: Math.min(2, root.scaling)
             }
         }
     }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Lumora
 
 // A text that scrolls and cannot be edited.
@@ -14,39 +13,19 @@ FocusScope {
         flick.contentY = 0;
     }
 
-    Keys.onPressed: event => {
-        const line = 3 * metrics.lineSpacing;
-        const aPage = Math.max(line, flick.height - line);
-        const targets = new Map([
-            [Qt.Key_Up, flick.contentY - line], [Qt.Key_Down, flick.contentY + line],
-            [Qt.Key_PageUp, flick.contentY - aPage], [Qt.Key_PageDown, flick.contentY + aPage],
-            [Qt.Key_Home, 0], [Qt.Key_End, flick.contentHeight],
-        ]);
-        if (event.modifiers & ~Qt.KeypadModifier || !targets.has(event.key))
-            return;
-        flick.scrollTo(targets.get(event.key));
-        event.accepted = true;
-    }
+    Keys.onPressed: event => flick.takeKey(event)
 
     FontMetrics {
         id: metrics
 
         font: shown.font
     }
-    Flickable {
+    Scroller {
         id: flick
 
         anchors.fill: parent
-        contentWidth: width
         contentHeight: shown.height
-        pixelAligned: true
-        boundsBehavior: Flickable.DragAndOvershootBounds
-        clip: true
-
-        function scrollTo(y) {
-            cancelFlick();
-            contentY = Math.max(0, Math.min(contentHeight - height, y));
-        }
+        line: 3 * metrics.lineSpacing
 
         TextEdit {
             id: shown
@@ -67,7 +46,5 @@ FocusScope {
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
-
-        T.ScrollIndicator.vertical: PageScrollIndicator {}
     }
 }
