@@ -1,29 +1,52 @@
 import QtQuick
+import QtQuick.Templates as T
 import Lumora
 
-// One option of an option list; the stored one has the check mark.
-TappableRow {
+// One option of an option list; the stored one has the check mark. No TappableRow, as it has to be a radio button of the
+// toolkit's: that is what assistive tools are told.
+T.RadioButton {
     id: control
 
+    required property RowModel row
+    property bool first: false
+    property bool last: false
+
+    implicitHeight: Math.max(Theme.rowHeight, implicitContentHeight + 2 * Theme.rowMargin)
+    leftPadding: Theme.contentInset(row.hasIcon)
+    rightPadding: Theme.inset
+    focusPolicy: Qt.StrongFocus
     text: row.title
+    // The page says which one is stored.
+    checkable: false
+    autoExclusive: false
     checked: row.marked
-    Accessible.role: Accessible.RadioButton
-    Accessible.checkable: true
-    Accessible.checked: row.marked
+
+    onClicked: row.tap()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+
+    Accessible.name: row.accessibleName
+    Accessible.description: row.accessibleDescription
+    Accessible.onPressAction: clicked()
     Accessible.onToggleAction: clicked()
 
+    background: Cell {
+        first: control.first
+        last: control.last
+        down: control.down
+        focused: control.visualFocus
+        hasIcon: control.row.hasIcon
+        icon: control.row.icon
+    }
     contentItem: Item {
         implicitHeight: title.implicitHeight
 
-        Text {
+        WordText {
             id: title
 
             anchors { left: parent.left; right: mark.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
             text: control.text
-            textFormat: Text.PlainText
             color: Theme.text
-            font.pixelSize: Theme.bodySize
-            wrapMode: Text.Wrap
         }
         CheckMark {
             id: mark

@@ -22,7 +22,8 @@ from window import eventually
 ROLES = {"switch": pyatspi.ROLE_CHECK_BOX, "slider": pyatspi.ROLE_SLIDER, "field": pyatspi.ROLE_TEXT,
          "secure": pyatspi.ROLE_TEXT, "text": pyatspi.ROLE_LABEL}
 HEADING, LABEL = pyatspi.ROLE_HEADING, pyatspi.ROLE_LABEL
-BUTTON = pyatspi.ROLE_PUSH_BUTTON  # which is what the toolkit makes of links and options, too
+BUTTON = pyatspi.ROLE_PUSH_BUTTON  # which is what the toolkit makes of links, too
+OPTION = pyatspi.ROLE_RADIO_BUTTON
 
 
 class EverythingTest(Everything):
@@ -190,11 +191,11 @@ class EverythingTest(Everything):
         """Opens the list by that way and chooses every third option, each by another way."""
         first = WAYS.index(way)
         self.press(window, self.control(row), way)
-        self.expect_page(window, row.name, Control(BUTTON, row.titles[0], ""))
-        shown = [control for control, _ in self.items(window) if control.role == BUTTON]
-        self.assertEqual(shown, [Control(BUTTON, title, "") for title in row.titles])
+        self.expect_page(window, row.name, Control(OPTION, row.titles[0], ""))
+        shown = [control for control, _ in self.items(window) if control.role == OPTION]
+        self.assertEqual(shown, [Control(OPTION, title, "") for title in row.titles])
         for i in range(first, len(row.values), 3):
-            option = Control(BUTTON, row.titles[i], "")
+            option = Control(OPTION, row.titles[i], "")
             by = WAYS[(first + i // 3) % 3]
             self.press(window, option, by)
             self.expect_stored(row.key, row.values[i])
@@ -206,7 +207,7 @@ class EverythingTest(Everything):
 
     def marked(self, window):
         return [control.name for control, item in self.items(window)
-                if control.role == BUTTON and self.has_state(item, pyatspi.STATE_CHECKED)]
+                if control.role == OPTION and self.has_state(item, pyatspi.STATE_CHECKED)]
 
     def use_link(self, window, row, way):
         self.press(window, self.control(row), way)

@@ -46,7 +46,7 @@ Item {
         function texts() {
             const all = [];
             find(host.item, item => {
-                if (/^(QQuickText|RowTitle|Caption)/.test(item.toString()) && item.visible && item.text !== undefined)
+                if (/^(QQuickText|WordText|RowTitle|Caption)/.test(item.toString()) && item.visible && item.text !== undefined)
                     all.push(item.displayText ?? item.text);
                 return false;
             });
@@ -404,6 +404,7 @@ Item {
             open([{ cell: 3, name: "One", marked: false }, { cell: 3, name: "Two", marked: true }]);
             compare(spokenAs("One")[0].checked, false);
             compare(spokenAs("Two")[0].checked, true);
+            compare(spokenAs("Two")[0].role, 0x2d, "a radio button");
         }
     }
 }
