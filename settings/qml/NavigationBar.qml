@@ -20,6 +20,8 @@ Item {
         color: Theme.hairline
     }
     Text {
+        id: title
+
         // In the middle of the bar, or of what the way back leaves of it when the title needs more.
         readonly property real edge: back.visible ? back.x + back.width + 4 : 16
         readonly property bool fits: implicitWidth <= parent.width - 2 * edge
@@ -46,11 +48,15 @@ Item {
         anchors { left: parent.left; leftMargin: 4; verticalCenter: parent.verticalCenter }
         leftPadding: 6
         rightPadding: 8
-        implicitWidth: implicitContentWidth + leftPadding + rightPadding
+        implicitWidth: Math.max(40, implicitContentWidth + leftPadding + rightPadding)
         implicitHeight: 40
         focusPolicy: Qt.StrongFocus
         opacity: down ? 0.4 : 1
         text: qsTr("Back")
+
+        // The title is worth more than the word, when there is no room for both.
+        readonly property real fullWidth: leftPadding + chevron.width + signs.spacing + word.implicitWidth + rightPadding
+        readonly property bool wordless: title.implicitWidth > root.width - (x + fullWidth + 4) - 16
 
         onClicked: root.backTapped()
         Keys.onReturnPressed: clicked()
@@ -67,16 +73,24 @@ Item {
             antialiasing: true
         }
         contentItem: Row {
+            id: signs
+
             spacing: 6
 
             Chevron {
+                id: chevron
+
                 anchors.verticalCenter: parent.verticalCenter
                 pointsBack: true
-                size: 9
-                stroke: 2.5
+                scaling: Theme.bodySizeWithin(40) / 17
+                size: 9 * scaling
+                stroke: 2.5 * scaling
                 color: Theme.accent
             }
             Text {
+                id: word
+
+                visible: !back.wordless
                 anchors.verticalCenter: parent.verticalCenter
                 text: back.text
                 color: Theme.accent
