@@ -16,14 +16,24 @@ Rectangle {
     Accessible.name: headline
     Accessible.description: explanation
 
+    // Only the button can have the focus.
+    Keys.onPressed: event => flick.takeKey(event)
+
     // Large texts may not fit into a low window.
-    Flickable {
+    Scroller {
         id: flick
 
         anchors.fill: parent
-        contentWidth: width
-        contentHeight: Math.max(height, column.height)
+        contentHeight: Math.max(height, column.height + 2 * Theme.inset)
         interactive: contentHeight > height
+        onHeightChanged: showButton()
+        onContentHeightChanged: showButton()
+
+        function showButton() {
+            const top = restart.mapToItem(contentItem, 0, 0).y;
+            if (restart.activeFocus)
+                show(top - 8, top + restart.height + 8);
+        }
 
         Column {
             id: column
@@ -54,24 +64,23 @@ Rectangle {
                     Rectangle { x: 16.25; y: 23; width: 3.5; height: 3.5; radius: 1.75; color: Theme.secondary; antialiasing: true }
                 }
             }
-            Text {
+            WordText {
                 width: parent.width
                 text: root.headline
                 color: Theme.text
-                font { pixelSize: Theme.scaled(20); weight: Font.DemiBold }
+                largestSize: Theme.scaled(20)
+                weight: Font.DemiBold
                 horizontalAlignment: Text.AlignHCenter
-                wrapMode: Text.Wrap
                 Accessible.ignored: true
             }
-            Text {
+            WordText {
                 width: parent.width
                 visible: text.length > 0
                 text: root.explanation
                 color: Theme.secondary
-                font.pixelSize: Theme.scaled(15)
+                largestSize: Theme.scaled(15)
                 lineHeight: 1.15
                 horizontalAlignment: Text.AlignHCenter
-                wrapMode: Text.Wrap
                 Accessible.ignored: true
             }
             Item {
@@ -93,6 +102,7 @@ Rectangle {
 
                     onClicked: root.restartTapped()
                     onEnabledChanged: if (enabled) forceActiveFocus(Qt.OtherFocusReason)
+                    onActiveFocusChanged: flick.showButton()
                     Keys.onReturnPressed: clicked()
                     Keys.onEnterPressed: clicked()
 
