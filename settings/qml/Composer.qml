@@ -146,10 +146,13 @@ FocusScope {
             // The title gets a line of its own when there is not enough room for it between the buttons.
             readonly property real room: width - 2 * Math.max(cancelButton.x + cancelButton.width, width - sendButton.x)
             readonly property bool stacked: title.implicitWidth > room
-            readonly property int line: Math.max(52, Theme.rowHeight)
+            readonly property int line: 52
+            readonly property int full: line + (stacked ? title.implicitHeight + 8 : 0)
 
             width: parent.width
-            height: line + (stacked ? title.implicitHeight + 8 : 0)
+            // In a low window it makes room for a question that is asked in large letters.
+            height: visible ? full : 0
+            visible: !root.asking || full + foot.height + Theme.rowHeight <= sheet.height
             enabled: !root.asking
 
             ComposerButton {
@@ -169,7 +172,7 @@ FocusScope {
                 wrapMode: Text.Wrap
                 text: qsTr("New Message")
                 color: Theme.text
-                font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
+                font { pixelSize: Theme.bodySizeWithin(40); weight: Font.DemiBold }
                 Accessible.role: Accessible.Heading
                 Accessible.name: text
             }
@@ -189,27 +192,25 @@ FocusScope {
             }
         }
 
-        Flickable {
+        Scroller {
             id: scroller
 
             anchors { left: parent.left; right: parent.right; top: head.bottom; bottom: foot.top }
-            contentWidth: width
             contentHeight: column.height
-            pixelAligned: true
-            clip: true
+            visible: height > 0
             enabled: !root.asking
 
-            function showCursor() {
-                if (!body.activeFocus)
-                    return;
-                const top = body.y + body.cursorRectangle.y;
-                const bottom = top + body.cursorRectangle.height + 8;
-                if (top < contentY)
-                    contentY = Math.max(0, top - 8);
-                else if (bottom > contentY + height)
-                    contentY = Math.min(contentHeight - height, bottom - height);
+            // A field is seen with what is above it, as far as there is room.
+            function showFocus() {
+                const cursor = body.cursorRectangle;
+                if (body.activeFocus)
+                    show(body.y + cursor.y - (body.y + cursor.y < contentY ? 8 : 0), body.y + cursor.y + cursor.height + 8);
+                else if (to.field.activeFocus)
+                    scrollTo(0);
+                else if (subject.field.activeFocus)
+                    scrollTo(subject.y + subject.height - height);
             }
-            onHeightChanged: showCursor()
+            onHeightChanged: showFocus()
 
             Column {
                 id: column
@@ -224,7 +225,7 @@ FocusScope {
                     readOnly: root.working
                     field.inputMethodHints: Qt.ImhEmailCharactersOnly
                     field.onAccepted: subject.field.forceActiveFocus(Qt.TabFocusReason)
-                    field.onActiveFocusChanged: if (field.activeFocus) scroller.contentY = 0
+                    field.onActiveFocusChanged: scroller.showFocus()
                 }
                 ComposerField {
                     id: subject
@@ -233,7 +234,7 @@ FocusScope {
                     label: qsTr("Subject")
                     readOnly: root.working
                     field.onAccepted: body.forceActiveFocus(Qt.TabFocusReason)
-                    field.onActiveFocusChanged: if (field.activeFocus) scroller.contentY = 0
+                    field.onActiveFocusChanged: scroller.showFocus()
                 }
                 T.TextArea {
                     id: body
@@ -260,7 +261,7 @@ FocusScope {
                     KeyNavigation.backtab: subject.field
                     Accessible.name: qsTr("Message")
 
-                    onCursorRectangleChanged: scroller.showCursor()
+                    onCursorRectangleChanged: scroller.showFocus()
                     cursorDelegate: Rectangle {
                         visible: body.cursorVisible
                         width: 2
@@ -288,16 +289,13 @@ FocusScope {
                             height: 1
                             color: Theme.hairline
                         }
-                        Text {
+                        WordText {
                             id: name
 
                             anchors { left: parent.left; leftMargin: Theme.inset; right: parent.right; rightMargin: Theme.inset
                                       verticalCenter: parent.verticalCenter; verticalCenterOffset: attachment.stacked ? -size.height / 2 : 0 }
                             text: attachment.modelData.name
-                            textFormat: Text.PlainText
                             color: Theme.text
-                            font.pixelSize: Theme.bodySize
-                            wrapMode: Text.Wrap
                             Accessible.ignored: true
                         }
                         Text {
@@ -313,15 +311,17 @@ FocusScope {
                     }
                 }
             }
-
-            T.ScrollIndicator.vertical: PageScrollIndicator {}
         }
 
         Item {
             id: foot
 
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
-            height: root.asking ? question.height + 16 : Math.max(48, saveButton.height + 8, status.implicitHeight + 16)
+            height: root.asking ? question.height + 16 : line + (stacked && problem.visible ? problem.height + 8 : 0)
+
+            readonly property real line: Math.max(48, saveButton.height + 8)
+            readonly property real room: width - saveButton.x - saveButton.width - 12 - Theme.inset // beside the button
+            readonly property bool stacked: unbound.advanceWidth + 1 > room || /[\n\r\u2028\u2029]/.test(status.text)
 
             Rectangle {
                 width: parent.width
@@ -331,26 +331,57 @@ FocusScope {
             ComposerButton {
                 id: saveButton
 
-                anchors { left: parent.left; leftMargin: Theme.inset - leftPadding; verticalCenter: parent.verticalCenter }
+                anchors { left: parent.left; leftMargin: Theme.inset - leftPadding; verticalCenter: parent.bottom; verticalCenterOffset: -foot.line / 2 }
                 text: qsTr("Save Draft")
                 visible: !root.asking
                 enabled: !root.working
                 onClicked: root.saveDraft()
             }
-            Text {
-                id: status
+            // Beside the button where there is room for it, or else above; a long one scrolls.
+            Scroller {
+                id: problem
 
-                anchors { left: saveButton.right; leftMargin: 12; right: parent.right; rightMargin: Theme.inset; verticalCenter: parent.verticalCenter }
-                visible: text.length > 0
-                text: !root.open || !root.composer || root.asking ? ""
-                    : root.working ? (root.saving ? qsTr("Saving…") : qsTr("Sending…")) : root.composer.problem
-                textFormat: Text.PlainText
-                color: root.working ? Theme.secondary : Theme.warning
-                font.pixelSize: Theme.footSize
-                horizontalAlignment: Text.AlignRight
-                wrapMode: Text.Wrap
+                readonly property real most: Math.min(0.4 * sheet.height, sheet.height - head.height - foot.line - Theme.rowHeight) - 8
+
+                x: foot.stacked ? Theme.inset : parent.width - Theme.inset - width
+                y: foot.stacked ? 8 : Math.round((parent.height - height) / 2)
+                width: foot.stacked ? parent.width - 2 * Theme.inset : foot.room
+                height: Math.max(0, Math.min(status.height, most))
+                contentHeight: status.height
+                line: Theme.footSize
+                visible: status.text.length > 0
+                activeFocusOnTab: contentHeight > height
+                Keys.onPressed: event => takeKey(event)
                 Accessible.role: Accessible.AlertMessage
-                Accessible.name: text
+                Accessible.name: status.text
+                Accessible.focusable: activeFocusOnTab
+
+                WordText {
+                    id: status
+
+                    width: problem.width
+                    text: !root.open || !root.composer || root.asking ? ""
+                        : root.working ? (root.saving ? qsTr("Saving…") : qsTr("Sending…")) : root.composer.problem
+                    color: root.working ? Theme.secondary : Theme.warning
+                    largestSize: Theme.footSize
+                    horizontalAlignment: foot.stacked ? Text.AlignLeft : Text.AlignRight
+                    onTextChanged: problem.contentY = 0
+                    Accessible.ignored: true
+                }
+            }
+            Rectangle {
+                visible: problem.activeFocus
+                anchors { fill: problem; margins: -4 }
+                radius: 8
+                color: "transparent"
+                border { width: 2; color: Theme.accent }
+                antialiasing: true
+            }
+            TextMetrics {
+                id: unbound
+
+                font { family: status.font.family; pixelSize: Theme.footSize }
+                text: status.text
             }
             Column {
                 id: question

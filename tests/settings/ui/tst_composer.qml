@@ -42,11 +42,13 @@ Item {
         function init() {
             Theme.animated = false;
             root.width = 390;
+            root.height = 700;
             open({});
         }
         function cleanup() {
             host.active = false;
             Theme.dark = false;
+            Theme.textSize = 100;
         }
         function open(changes) {
             host.active = false;
@@ -223,9 +225,69 @@ Item {
             show({ problem: "No way" });
             compare(find(host.item, item => item.text === "No way").color, Theme.warning);
         }
+        // From above to below, each where the one before ends, and in the window.
+        function verifyInOrder(items) {
+            let bottom = 52;
+            for (const item of items) {
+                const place = item.mapToItem(host.item, 0, 0);
+                verify(place.y >= bottom - 1, `${item} is at ${place.y}, not beneath ${bottom}`);
+                bottom = place.y + item.height;
+            }
+            verify(bottom <= host.item.height + 1, `it ends at ${bottom}`);
+        }
+        function test_leavesRoomForTheMessageWhateverIsSaid_data() {
+            return [{ width: 390, height: 844, textSize: 100 }, { width: 320, height: 568, textSize: 200 },
+                    { width: 320, height: 400, textSize: 300 }, { width: 1024, height: 400, textSize: 300 }];
+        }
+        function test_leavesRoomForTheMessageWhateverIsSaid(data) {
+            root.width = data.width;
+            root.height = data.height;
+            Theme.textSize = data.textSize;
+            const problem = "This is no address: " + "x".repeat(3000) + "@nevo.example. ";
+            for (const said of [problem, problem.repeat(3), "No way"]) {
+                open({ problem: said });
+                const status = find(host.item, item => item.text === said);
+                const scroller = find(host.item, item => item.showFocus !== undefined);
+                const save = find(host.item, item => item.clicked !== undefined && item.text === "Save Draft");
+                verify(scroller.height >= 44);
+                verify(status.parent.parent.height <= 0.4 * host.item.height);
+                verify(status.parent.parent.height > 0);
+                if (said !== "No way") {
+                    verifyInOrder([find(host.item, item => item.text === "New Message"), scroller, status.parent.parent, save]);
+                    compare(spokenAs(said).name, said);
+                    status.parent.parent.forceActiveFocus(Qt.TabFocusReason);
+                    keyClick(Qt.Key_End);
+                    fuzzyCompare(status.parent.parent.contentY, status.height - status.parent.parent.height, 1);
+                }
+            }
+        }
+        function test_showsWhatHasTheFocusAndAsksInTheLowestWindow() {
+            root.width = 320;
+            root.height = 400;
+            Theme.textSize = 300;
+            open({ problem: "No way. ".repeat(50) });
+            const scroller = find(host.item, item => item.showFocus !== undefined);
+            for (const name of ["Subject", "To"]) {
+                keyClick(Qt.Key_Backtab, Qt.ShiftModifier);
+                compare(focused(), [name]);
+                const field = find(host.item, item => item.field !== undefined && item.label === name);
+                const top = field.mapToItem(scroller, 0, 0).y;
+                verify(top >= 0 && top + field.height <= scroller.height, `${name} at ${top}, ${field.height} of ${scroller.height}`);
+            }
+            type("x");
+            keyClick(Qt.Key_Escape);
+            const buttons = ["Delete Draft", "Save Draft", "Continue Editing"].map(text => find(host.item, item =>
+                item.clicked !== undefined && item.text === text && item.visible));
+            const question = find(host.item, item => item.text === "Keep what was written?");
+            waitForRendering(host.item);
+            verifyInOrder([...(scroller.visible ? [scroller] : []), question, ...buttons]);
+            verify(!find(host.item, item => item.text === "New Message").visible, "there is no room for both");
+            keyClick(Qt.Key_Escape);
+            verify(find(host.item, item => item.text === "New Message").visible);
+        }
         function test_growsWithItsTextAndScrollsToTheCursor() {
             open({ body: "line\n".repeat(200) });
-            const scroller = find(host.item, item => item.showCursor !== undefined);
+            const scroller = find(host.item, item => item.showFocus !== undefined);
             verify(scroller.contentHeight > 200 * 15);
             keyClick(Qt.Key_End, Qt.ControlModifier);
             tryVerify(() => scroller.contentY > 200 * 15 - scroller.height);
