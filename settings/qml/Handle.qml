@@ -1,6 +1,6 @@
 import QtQuick
 
-// What a row of a table is moved by: three bars.
+// What a row of a table is moved by: three bars. They become no longer, which would take room from the title.
 Column {
     id: root
 
@@ -12,7 +12,7 @@ Column {
         model: 3
 
         Rectangle {
-            width: 20 * root.scaling
+            width: 20
             height: 2 * root.scaling
             radius: height / 2
             color: Theme.tertiary
