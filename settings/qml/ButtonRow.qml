@@ -8,8 +8,15 @@ TappableRow {
     text: row.title
     Accessible.role: Accessible.Button
 
-    contentItem: RowTitle {
-        text: control.text
-        color: Theme.accent
+    contentItem: Item {
+        implicitHeight: title.implicitHeight
+
+        RowTitle {
+            id: title
+
+            anchors.fill: parent
+            text: control.text
+            color: Theme.accent
+        }
     }
 }

@@ -21,10 +21,13 @@ Flickable {
                 continue;
             const top = item.mapToItem(groups, 0, 0).y + groups.y;
             const lowest = Math.max(0, contentHeight - height);
-            if (top - 44 < contentY)
-                contentY = Math.max(0, top - 44);
-            else if (top + item.height + 24 > contentY + height)
-                contentY = Math.min(lowest, top + item.height + 24 - height);
+            const spare = Math.max(0, height - item.height); // for a part of what is around it
+            const above = Math.min(44, spare);
+            const bottom = top + item.height + Math.min(24, spare);
+            if (top - above < contentY)
+                contentY = Math.max(0, top - above);
+            else if (bottom > contentY + height)
+                contentY = Math.min(lowest, bottom - height);
             return;
         }
     }
