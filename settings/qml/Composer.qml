@@ -211,6 +211,7 @@ FocusScope {
                     scrollTo(subject.y + subject.height - height);
             }
             onHeightChanged: showFocus()
+            onContentHeightChanged: showFocus()
 
             Column {
                 id: column
