@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QImage>
+#include <QQuickItem>
 #include <QTimer>
 
 #include <algorithm>
@@ -38,6 +39,16 @@ bool isShared(const PageSnapshot& page) {
                        [](const RowSnapshot& row) { return row.cell == platform::PSListItemCell; });
 }
 
+/// What scrolls and has more to show, null for nothing.
+QQuickItem* longPage(QQuickItem& item) {
+    if (!item.isVisible()) return nullptr;
+    if (item.inherits("QQuickFlickable") && item.property("contentHeight").toDouble() > item.height() + 1) return &item;
+    const QList<QQuickItem*> children = item.childItems();
+    for (QQuickItem* child : children)
+        if (QQuickItem* found = longPage(*child)) return found;
+    return nullptr;
+}
+
 bool isLink(const RowSnapshot& row) {
     return row.cell == platform::PSLinkCell || row.cell == platform::PSLinkListCell;
 }
@@ -64,15 +75,18 @@ Result<bool> Pictures::grab(const std::filesystem::path& file) {
     }
 }
 
-Result<bool> Pictures::tour(const std::filesystem::path& folder, const std::vector<int>& widths) {
+Result<bool> Pictures::tour(const std::filesystem::path& folder, std::vector<QSize> sizes) {
+    if (sizes.empty())
+        for (const int width : {320, 390, 1024})
+            sizes.emplace_back(width, window_.height());
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
     if (failed) return Result<bool>::failure("cannot make " + folder.string() + ": " + failed.message());
     folder_ = folder;
     try {
-        for (const int width : widths) {
+        for (const QSize size : sizes) {
             settle();
-            resize(width);
+            resize(size);
             visitPages();
             visitComposer();
             visitWaitingScreen();
@@ -96,19 +110,30 @@ void Pictures::visitTopPage() {
     if (!visited_.insert(name).second) return;
     settle();
     takePictures(name);
+    if (scroll(true)) {
+        takePictures(name + "-end");
+        scroll(false);
+    }
     const std::size_t depth = shell_.pages().size();
     for (std::size_t row = 0; row < page.rows.size(); ++row) {
         if (!isLink(page.rows[row])) continue;
         perform([id = page.id, row](Navigation& navigation) { navigation.rowTapped(id, row); }, kPage);
-        if (shell_.pages().size() == depth) continue; // the page that it names does not exist
+        if (shell_.pages().size() == depth) {
+            missPage(name, page.rows[row]);
+            continue;
+        }
         visitTopPage();
         perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); }, kPage);
     }
 }
 
-/// An option list is known by its title, and by the page that leads to it when another page's has the same title.
+/// An option list is known by its title, and by the page that leads to it when another page's has the same title. Of
+/// other classes the first page is known by the class alone.
 std::string Pictures::pictureName(const PageSnapshot& page) {
-    if (!isShared(page)) return page.className;
+    if (!isShared(page)) {
+        const bool first = titles_.emplace(page.className, page.title).first->second == page.title;
+        return first ? page.className : page.className + "-" + compact(page.title);
+    }
     const std::string name = page.className + "-" + compact(page.title);
     const auto& pages = shell_.pages();
     const std::string opener = pages.size() > 1 ? pages[pages.size() - 2]->snapshot().className : std::string();
@@ -165,12 +190,25 @@ void Pictures::save(const std::filesystem::path& file) {
         throw Stopped{"cannot write the picture " + file.string()};
 }
 
-void Pictures::resize(int width) {
-    if (window_.width() == width) return;
-    window_.setWidth(width);
-    waitUntil([&] { return window_.width() == width; }, "the window's new width");
-    const platform::CGSize content = contentSizeOf({double(width), double(window_.height())});
+void Pictures::resize(QSize size) {
+    if (window_.size() == size) return;
+    window_.resize(size);
+    waitUntil([&] { return window_.size() == size; }, "the window's new size");
+    const platform::CGSize content = contentSizeOf({double(size.width()), double(size.height())});
     perform([content](Navigation& navigation) { navigation.setContentSize(content); }, "the page to be laid out");
+}
+
+/// Whether there is more of the page than the window shows.
+bool Pictures::scroll(bool toEnd) {
+    QQuickItem* scroller = longPage(*window_.contentItem());
+    if (!scroller) return false;
+    // A table makes the rows that are seen, and knows then how high all of it is.
+    for (int i = 0; i < 2; ++i) {
+        const double end = scroller->property("contentHeight").toDouble() - scroller->height();
+        scroller->setProperty("contentY", toEnd ? end : 0);
+        settle();
+    }
+    return true;
 }
 
 /// Waits until a page stands, with all that it has asked for since it was drawn.

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QObject>
 #include <QQuickWindow>
+#include <QSize>
 
 #include <chrono>
 #include <filesystem>
@@ -26,16 +27,18 @@ class Pictures : private QObject {
     Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost);
 
     [[nodiscard]] platform::Result<bool> grab(const std::filesystem::path& file);
-    /// Every page, opened anew at each width, light and dark: "LumoraPreferences-390-light.png". A class that several
-    /// rows open has one picture, but for option lists: "PSListItemsController-SleepAfter-390-light.png". Presses no
-    /// button and changes no value. A message being composed, and the waiting
-    /// screen in both of its states, come last.
-    [[nodiscard]] platform::Result<bool> tour(const std::filesystem::path& folder,
-                                              const std::vector<int>& widths = {320, 390, 1024});
+    /// Every page, opened anew at each size, light and dark: "LumoraPreferences-390-light.png", and when it is longer
+    /// than the window its end: "LumoraPreferences-end-390-light.png". A class that several rows open has one picture,
+    /// but for option lists, "PSListItemsController-SleepAfter-390-light.png", and for pages with other titles. Presses
+    /// no button and changes no value. A message being composed, and the waiting screen in both of its states, come
+    /// last. When no size is named, they are 320, 390 and 1024 points and the height that the window has.
+    [[nodiscard]] platform::Result<bool> tour(const std::filesystem::path& folder, std::vector<QSize> sizes = {});
 
   protected:
     /// Saves the window as it is under that name, light and dark; called for each page at each width.
     virtual void takePictures(const std::string& name);
+    /// A row of the page of that name leads to a page that does not exist.
+    virtual void missPage(const std::string& /*name*/, const RowSnapshot& /*link*/) {}
     void takePicture(const std::string& name, bool dark);
     [[nodiscard]] QQuickWindow& window() const { return window_; }
 
@@ -51,7 +54,8 @@ class Pictures : private QObject {
     void visitWaitingScreen();
     void visitComposer();
     void save(const std::filesystem::path& file);
-    void resize(int width);
+    void resize(QSize size);
+    bool scroll(bool toEnd);
     void settle();
     void openAnew();
     std::string pictureName(const PageSnapshot& page);
@@ -64,6 +68,7 @@ class Pictures : private QObject {
     std::filesystem::path folder_;
     std::set<std::string> visited_;              ///< names of pictures at the present width
     std::map<std::string, std::string> openers_; ///< of option lists, by the picture's name: the page that leads there
+    std::map<std::string, std::string> titles_;  ///< by class: of the page that bears its name alone
 };
 
 } // namespace settings

@@ -110,7 +110,12 @@ class ProgramsTest(Programs):
                  "PSListItemsController-SleepAfter", "PSListItemsController-SortBy", "PSListItemsController-Units",
                  "ChangeLogController", "ColorPickerController", "Composer", "FontViewController", "PluginsListController",
                  "PluginsListViewController", "Waiting", "Waiting-over", "WeatherPage")
-        self.assertEqual(names, {f"{page}-{width}-{scheme}.png" for page in pages for width in (320, 390, 1024)
+        widths = (320, 390, 1024)
+        ends = [("AutoUnlockController-end", width) for width in widths[:2]]
+        ends += [(f"{page}-end", width) for width in widths for page in (
+            "AppsController", "AppsListController", "ChangeLogController", "FontViewController", "LSPasscodeSettings")]
+        shown = [(page, width) for page in pages for width in widths] + ends
+        self.assertEqual(names, {f"{page}-{width}-{scheme}.png" for page, width in shown
                                  for scheme in ("light", "dark")})
         for name in names:
             self.assert_is_picture(f"{self.folder}/tour/{name}", int(name.split("-")[-2]), 844)
