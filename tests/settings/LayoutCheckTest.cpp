@@ -1,5 +1,7 @@
 #include "tests/settings/layout/LayoutCheck.h"
 
+#include <QAccessible>
+#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -7,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <memory>
 
 using testing::ElementsAre;
@@ -25,6 +28,7 @@ class LayoutCheck : public testing::Test {
         static char name[] = "layout_check";
         static char* arguments[] = {name, nullptr};
         static QGuiApplication application(count, arguments);
+        QAccessible::setActive(true);
     }
 
     std::vector<std::string> faultsOf(const char* contents) {
@@ -41,6 +45,13 @@ class LayoutCheck : public testing::Test {
         QQuickWindow window;
         item->setParentItem(window.contentItem());
         return tests::layoutFaults(*item);
+    }
+
+    static bool eventually(const std::function<bool()>& condition) {
+        const QDeadlineTimer end(10'000);
+        while (!condition() && !end.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        return condition();
     }
 
     QQmlEngine engine_;
@@ -93,6 +104,69 @@ TEST_F(LayoutCheck, LooksAtWhatIsScrolledOutOfViewAndNotAtWhatIsHidden) {
     EXPECT_THAT(faultsOf(R"(Text { visible: false; width: 20; text: "Donau" }
                             Item { opacity: 0; Text { width: 20; text: "Donau" } })"),
                 IsEmpty());
+}
+
+TEST_F(LayoutCheck, FindsATitleOfTheBarThatNobodyIsToldInFull) {
+    const char* bar = R"(component NavigationBar: Item { width: 200; height: 40
+                             Text { width: 100; text: "words ".repeat(20); elide: Text.ElideRight
+                                    Accessible.role: Accessible.Heading; Accessible.name: text; Accessible.ignored: %1 } }
+                         NavigationBar {})";
+    const auto faults = [&](const char* ignored) {
+        return faultsOf(QString::fromUtf8(bar).arg(QLatin1String(ignored)).toUtf8().constData());
+    };
+    EXPECT_THAT(faults("false"), IsEmpty());
+    EXPECT_THAT(faults("true"), ElementsAre(HasSubstr("no assistive tool is told the rest")));
+}
+
+TEST_F(LayoutCheck, FindsWhatHasTheFocusOutOfView) {
+    QQmlComponent component(&engine_);
+    component.setData(R"(import QtQuick
+                         Item { width: 200; height: 400
+                             Flickable { objectName: "flick"; width: 200; height: 400; contentHeight: 2000; clip: true
+                                 Item { objectName: "row"; y: 1000; width: 200; height: 44 } } })",
+                      QUrl());
+    const std::unique_ptr<QObject> made(component.create());
+    auto* item = qobject_cast<QQuickItem*>(made.get());
+    ASSERT_TRUE(item);
+    QQuickWindow window;
+    window.show();
+    item->setParentItem(window.contentItem());
+    window.requestActivate();
+    ASSERT_TRUE(eventually([&] { return window.isActive(); }));
+    EXPECT_THAT(tests::focusFaults(*item), IsEmpty());
+    auto* row = item->findChild<QQuickItem*>(QStringLiteral("row"));
+    row->forceActiveFocus();
+    EXPECT_THAT(tests::focusFaults(*item), ElementsAre(HasSubstr("has the focus, and 0 of its 44 points are in view")));
+    auto* flick = item->findChild<QQuickItem*>(QStringLiteral("flick"));
+    flick->setProperty("contentY", 620);
+    EXPECT_THAT(tests::focusFaults(*item), ElementsAre(HasSubstr("20 of its 44 points")));
+    flick->setProperty("contentY", 700);
+    EXPECT_THAT(tests::focusFaults(*item), IsEmpty());
+    row->setHeight(1000);
+    EXPECT_THAT(tests::focusFaults(*item), ElementsAre(HasSubstr("100 of its 1000 points")))
+        << "a good part is asked for";
+    flick->setProperty("contentY", 990);
+    EXPECT_THAT(tests::focusFaults(*item), IsEmpty());
+}
+
+TEST_F(LayoutCheck, FindsATextThatHasBecomeSmaller) {
+    QQmlComponent component(&engine_);
+    component.setData(R"(import QtQuick
+                         Item { property int size: 30
+                             Text { width: 200; font.pixelSize: parent.size; text: "Title" }
+                             Text { width: 60; font.pixelSize: 2 * parent.size; minimumPixelSize: 5
+                                    fontSizeMode: Text.HorizontalFit; text: "It shrinks" } })",
+                      QUrl());
+    const std::unique_ptr<QObject> made(component.create());
+    auto* item = qobject_cast<QQuickItem*>(made.get());
+    ASSERT_TRUE(item);
+    const auto before = tests::textSizes(*item);
+    ASSERT_EQ(before.size(), 2U);
+    EXPECT_EQ(before[0].pixels, 30);
+    EXPECT_LT(before[1].pixels, 30) << "as it is drawn";
+    EXPECT_THAT(tests::smallerThan(before, *item), IsEmpty());
+    item->setProperty("size", 20);
+    EXPECT_THAT(tests::smallerThan(before, *item), ElementsAre(HasSubstr("“Title” is smaller, 20 < 30")));
 }
 
 } // namespace

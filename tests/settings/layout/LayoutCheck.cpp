@@ -1,11 +1,15 @@
 #include "tests/settings/layout/LayoutCheck.h"
 
 #include <QAccessible>
+#include <QJSValue>
+#include <QQuickWindow>
 #include <QRectF>
 #include <QVariant>
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <utility>
 
 namespace tests {
 
@@ -43,9 +47,11 @@ bool isText(const QQuickItem& item) {
 
 /// Something that a person looks at, and not only the ground below or the room around it.
 bool isSeen(const QQuickItem& item) {
+    if (isA(item, "settings::FontTitle")) return item.property("drawn").toBool();
     if (isText(item)) return !item.property("text").toString().trimmed().isEmpty();
     return isA(item, "QQuickTextInput") || isA(item, "QQuickTextEdit") || isA(item, "QQuickSlider") ||
-           isA(item, "Chevron") || isA(item, "CheckMark") || isA(item, "settings::IconItem") || isA(item, "Spinner") ||
+           isA(item, "Chevron") || isA(item, "CheckMark") || isA(item, "Handle") || isA(item, "settings::IconItem") ||
+           isA(item, "Spinner") ||
            (item.parentItem() && item.parentItem()->property("indicator").value<QQuickItem*>() == &item);
 }
 
@@ -77,7 +83,8 @@ bool isSpokenInFull(const QQuickItem& item) {
     const QString text = item.property("text").toString();
     for (const QQuickItem* at = &item; at; at = at->parentItem()) {
         QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(const_cast<QQuickItem*>(at));
-        if (spoken && spoken->text(QAccessible::Name) == text) return true;
+        const bool isTold = spoken && spoken->parent() && spoken->parent()->indexOfChild(spoken) >= 0;
+        if (isTold && spoken->text(QAccessible::Name) == text) return true;
         if (isA(*at, "TableRow") || isA(*at, "NavigationBar")) return false;
     }
     return false;
@@ -89,9 +96,17 @@ class Check {
         visit(root);
         findOverlaps();
     }
+    static std::vector<std::string> ofFocus(const QQuickItem& root) {
+        Check check;
+        check.window_ = root.mapRectToScene(QRectF(0, 0, root.width(), root.height()));
+        check.checkFocus(root);
+        return std::move(check.faults_);
+    }
     [[nodiscard]] std::vector<std::string> faults() && { return std::move(faults_); }
 
   private:
+    Check() = default;
+
     struct Seen {
         const QQuickItem* item;
         QRectF place;
@@ -145,6 +160,24 @@ class Check {
         }
     }
 
+    /// All of what has the focus is in view, or a good part of what is higher than the view.
+    void checkFocus(const QQuickItem& root) {
+        const QQuickItem* item = root.window() ? root.window()->activeFocusItem() : nullptr;
+        if (!item || item == root.window()->contentItem()) return;
+        const QRectF place =
+            item->mapRectToScene(isA(*item, "QQuickTextEdit") ? item->property("cursorRectangle").toRectF()
+                                                              : QRectF(0, 0, item->width(), item->height()));
+        QRectF view = window_;
+        for (const QQuickItem* at = item->parentItem(); at; at = at->parentItem())
+            if (at->clip()) view &= at->mapRectToScene(QRectF(0, 0, at->width(), at->height()));
+        const double inView = place.intersected(view).height();
+        const bool fits = place.height() <= view.height();
+        if (fits ? inView < place.height() - kTolerance : inView < view.height() / 2)
+            complain(
+                *item,
+                QStringLiteral("has the focus, and %1 of its %2 points are in view").arg(inView).arg(place.height()));
+    }
+
     void findOverlaps() {
         const auto topOf = [](const Seen& seen) { return seen.place.top(); };
         std::ranges::stable_sort(seen_, {}, topOf);
@@ -172,6 +205,37 @@ class Check {
 
 std::vector<std::string> layoutFaults(const QQuickItem& root) {
     return Check(root).faults();
+}
+
+std::vector<std::string> focusFaults(const QQuickItem& root) {
+    return Check::ofFocus(root);
+}
+
+std::vector<TextSize> textSizes(const QQuickItem& root) {
+    std::vector<TextSize> sizes;
+    if (!root.isVisible() || root.opacity() == 0) return sizes;
+    if (isText(root) && isSeen(root)) {
+        // What the text was drawn with, when it had to shrink.
+        const int pixels = root.property("fontInfo").value<QJSValue>().property(QStringLiteral("pixelSize")).toInt();
+        sizes.push_back({&root, root.property("text").toString(), pixels});
+    }
+    const QList<QQuickItem*> children = root.childItems();
+    for (const QQuickItem* child : children)
+        std::ranges::copy(textSizes(*child), std::back_inserter(sizes));
+    return sizes;
+}
+
+std::vector<std::string> smallerThan(const std::vector<TextSize>& before, const QQuickItem& root) {
+    std::vector<std::string> faults;
+    for (const TextSize& now : textSizes(root)) {
+        const auto same = [&](const TextSize& other) { return other.item == now.item && other.text == now.text; };
+        const auto former = std::ranges::find_if(before, same);
+        if (former != before.end() && now.pixels < former->pixels)
+            faults.push_back(
+                (described(*now.item) + QStringLiteral(" is smaller, %1 < %2").arg(now.pixels).arg(former->pixels))
+                    .toStdString());
+    }
+    return faults;
 }
 
 } // namespace tests

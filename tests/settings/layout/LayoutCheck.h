@@ -12,9 +12,22 @@ namespace tests {
 ///
 ///     for (const std::string& fault : layoutFaults(*window.contentItem())) complain(fault);
 ///
-/// Two places may cut a text, because their height is fixed: the title of the navigation bar and the rows of a table.
-/// There the full text has to be what assistive tools are told. Fields of one line scroll. What is scrolled out of view
-/// is looked at, too. GUI thread.
+/// Two places may cut a text, because
+/// their height is fixed: the title of the navigation bar and the rows of a table. There the full text has to be what
+/// assistive tools are told. Fields of one line scroll. What is scrolled out of view is looked at, too. GUI thread.
 [[nodiscard]] std::vector<std::string> layoutFaults(const QQuickItem& root);
+
+/// A sentence if what has the focus is out of view, or where the cursor is in a text of several lines.
+[[nodiscard]] std::vector<std::string> focusFaults(const QQuickItem& root);
+
+/// Each text that is seen and the size of its letters in pixels, so that two states of a window can be compared.
+struct TextSize {
+    const QQuickItem* item;
+    QString text;
+    int pixels;
+};
+[[nodiscard]] std::vector<TextSize> textSizes(const QQuickItem& root);
+/// A sentence for each text that is smaller now than it is in the list.
+[[nodiscard]] std::vector<std::string> smallerThan(const std::vector<TextSize>& before, const QQuickItem& root);
 
 } // namespace tests

@@ -1,9 +1,10 @@
-// Opens every page of the application at two widths, and prints what is wrong with how it is laid out, a line each:
+// Opens every page of the application in several sizes of the window, goes through it by Tab, and prints what is wrong
+// with how it is laid out, a line each, and which links open nothing. Saves pictures of such pages:
 //
 //     layout_tour ROOT PICTURES TEXT_SIZE
 //
-// Ends with 0 when there is nothing to print, 1 when there is, 2 when there is a page that cannot be opened. The tweak
-// is whichever has the ports.
+// Ends with 0 when there is nothing to print, 1 when there is, 2 when the tour has come to no end. The tweak is
+// whichever has the ports.
 #include "platform/foundation/DeviceRoot.h"
 #include "settings/app/Pictures.h"
 #include "settings/host/Host.h"
@@ -16,26 +17,96 @@
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <iostream>
+#include <set>
 
 Q_IMPORT_QML_PLUGIN(LumoraPlugin)
 
 namespace {
 
+/// A window in which most of a page is seen at once, and the least that there is.
+constexpr int kHigh = 1200;
+constexpr int kLow = 400;
+
 class LayoutTour : public settings::Pictures {
   public:
-    using Pictures::Pictures;
+    LayoutTour(settings::Shell& shell, QQuickWindow& window)
+        : Pictures(shell, window, std::chrono::seconds(60)), shell_(shell) {}
     [[nodiscard]] bool foundFaults() const { return foundFaults_; }
 
   protected:
     void takePictures(const std::string& name) override {
-        takePicture(name, false);
-        for (const std::string& fault : tests::layoutFaults(*window().contentItem())) {
-            foundFaults_ = true;
-            std::cout << name << "-" << window().width() << ": " << fault << std::endl;
-        }
+        (void)window().grabWindow(); // by then everything is in its place
+        complain(name, tests::layoutFaults(*window().contentItem()));
+        if (name.ends_with("-end")) return; // scrolled by nobody who has the focus
+        if (window().height() == kHigh)
+            compareSizes(name);
+        else
+            goThroughByTab(name);
+        if (name == "Composer") visitComposerStates();
+    }
+    /// Pages of strange plug-ins have a link to no page, and are to open all the same.
+    void missPage(const std::string& name, const settings::RowSnapshot& link) override {
+        if (link.detail != "NoSuchPage") complain(name, {"the link to " + link.detail + " opens nothing"});
     }
 
   private:
+    void visitComposerStates() {
+        const QString words = QStringLiteral("nothing is sent to an address like this, ");
+        for (const QString& problem :
+             {QStringLiteral("No way."), words, words.repeated(50), QString(3000, QLatin1Char('x'))}) {
+            settings::ComposerSnapshot composer = *shell_.topPage()->composer;
+            composer.problem = problem.toStdString();
+            shell_.pretendComposing(std::make_shared<const settings::ComposerSnapshot>(composer));
+            takePictures("Composer-problem");
+        }
+        QQuickItem* sheet = composer(*window().contentItem());
+        if (!sheet) return complain("Composer", {"cannot be found"});
+        QMetaObject::invokeMethod(sheet, "ask");
+        takePictures("Composer-asking");
+        QMetaObject::invokeMethod(sheet, "goOn");
+    }
+
+    static QQuickItem* composer(QQuickItem& item) {
+        if (QByteArrayView(item.metaObject()->className()).startsWith("Composer_")) return &item;
+        const QList<QQuickItem*> children = item.childItems();
+        for (QQuickItem* child : children)
+            if (QQuickItem* found = composer(*child)) return found;
+        return nullptr;
+    }
+
+    /// Larger texts are nowhere smaller than usual ones.
+    void compareSizes(const std::string& name) {
+        const int size = shell_.textSize();
+        if (size <= 100) return;
+        shell_.setTextSize(100);
+        QCoreApplication::processEvents();
+        const auto usual = tests::textSizes(*window().contentItem());
+        shell_.setTextSize(size);
+        QCoreApplication::processEvents();
+        complain(name, tests::smallerThan(usual, *window().contentItem()));
+    }
+
+    void goThroughByTab(const std::string& name) {
+        QQuickItem* before = window().activeFocusItem();
+        complain(name, tests::focusFaults(*window().contentItem()));
+        std::set<const QQuickItem*> seen;
+        for (QQuickItem* item = window().contentItem()->nextItemInFocusChain(true); seen.insert(item).second;
+             item = item->nextItemInFocusChain(true)) {
+            item->forceActiveFocus(Qt::TabFocusReason);
+            complain(name, tests::focusFaults(*window().contentItem()));
+        }
+        if (before) before->forceActiveFocus(Qt::OtherFocusReason);
+    }
+
+    void complain(const std::string& name, const std::vector<std::string>& faults) {
+        for (const std::string& fault : faults) {
+            foundFaults_ = true;
+            std::cout << name << "-" << window().width() << "x" << window().height() << ": " << fault << std::endl;
+        }
+        if (!faults.empty()) takePicture(name + "-" + std::to_string(window().height()), false);
+    }
+
+    settings::Shell& shell_;
     bool foundFaults_ = false;
 };
 
@@ -54,7 +125,7 @@ int main(int argc, char** argv) {
     QAccessible::setActive(true);
     auto& shell = *new settings::Shell; // never destroyed, as the main thread reports to it
     shell.setTextSize(std::atoi(argv[3]));
-    const platform::CGSize size{320, 1200};
+    const platform::CGSize size{320, kHigh};
     shell.launch({settings::standardBundle(), {}, settings::contentSizeOf(size)},
                  [](const std::string& why) { QCoreApplication::exit(fail(why)); });
     QQmlApplicationEngine engine;
@@ -65,8 +136,8 @@ int main(int argc, char** argv) {
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/Main.qml")));
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return fail("the window's own files cannot be loaded");
-    LayoutTour tour(shell, *window, std::chrono::seconds(60));
-    const auto done = tour.tour(argv[2], {320, 390});
+    LayoutTour tour(shell, *window);
+    const auto done = tour.tour(argv[2], {{320, kHigh}, {390, 568}, {320, kLow}});
     // Without an end of threads and objects, as the application itself.
     std::cout.flush();
     std::_Exit(!done ? fail(done.error()) : tour.foundFaults() ? 1 : 0);
