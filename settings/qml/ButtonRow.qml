@@ -8,13 +8,15 @@ TappableRow {
     text: row.title
     Accessible.role: Accessible.Button
 
+    // Within an item that has its height: a title whose height the row sets keeps the one that it had with one line.
     contentItem: Item {
         implicitHeight: title.implicitHeight
 
         RowTitle {
             id: title
 
-            anchors.fill: parent
+            y: (parent.height - height) / 2
+            width: parent.width
             text: control.text
             color: Theme.accent
         }
