@@ -1,11 +1,12 @@
 #!/usr/bin/python3
 """Every page on settings, names and titles of any kind: it opens, nothing overlaps and nothing is cut off.
 
-    strange_test.py [-v] Few|All BINARIES DEVICE_ROOT
+    strange_test.py [-v] Few|Values|Texts BINARIES DEVICE_ROOT
 
-A program looks at the pages, in several sizes of the window and of texts: layout_tour. Its pictures of those that it
-complains of are left in $LUMORA_TEST_PICTURES, if that is set.
+A program looks at the pages, at two widths and several text sizes: layout_tour. Its pictures of them are left in
+$LUMORA_TEST_PICTURES, if that is set. Needs fc-list and the fonts that are named here.
 """
+import glob
 import os
 import plistlib
 import re
@@ -13,9 +14,11 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import unicodedata
 import unittest
 
-sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "wire"))
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.append(os.path.join(HERE, "..", "wire"))
 
 from tweak import Tweak
 from window import BINARIES, LONG_ENOUGH, ROOT, program
@@ -65,6 +68,14 @@ LIST_CASES = {
 }
 
 
+# Of the packages fonts-inter, fonts-dejavu-core, fonts-noto-color-emoji, fonts-ddc-uchen and fonts-tlwg-loma-ttf.
+FONTS = ["opentype/inter/*.otf", "truetype/dejavu/DejaVuSans.ttf", "truetype/dejavu/DejaVuSans-Bold.ttf",
+         "truetype/noto/NotoColorEmoji.ttf", "truetype/tibetan/DDC_Uchen.ttf", "truetype/tlwg/Loma.ttf",
+         "truetype/tlwg/Loma-Bold.ttf"]
+# The pages that the documentation has pictures of are all there are.
+PAGES = {re.sub(r"-\d+-(light|dark).*", "", name) for name in os.listdir(os.path.join(HERE, "../../docs/pictures"))}
+
+
 def settings(**changes):
     """Plain settings, but for some."""
     plain = {key: False for key in BOOLEANS} | {key: 20 for key in NUMBERS} | {key: "text" for key in TEXTS}
@@ -72,8 +83,28 @@ def settings(**changes):
     return plain | {COLOUR: {"h": 0.5, "s": 0.5, "b": 0.5}} | changes
 
 
+def dealt(cases, keys, turn):
+    """A case for each of some keys; in as many turns as there are cases each key gets each of them."""
+    values = list(cases.values())
+    return {key: values[(turn + number) % len(values)] for number, key in enumerate(keys)}
+
+
 class Strange(unittest.TestCase):
     maxDiff = None
+
+    @classmethod
+    def setUpClass(cls):
+        """The same fonts everywhere, and some for every script that the texts are in."""
+        cls.fonts = tempfile.mkdtemp(prefix="strange-fonts-")
+        cls.addClassCleanup(shutil.rmtree, cls.fonts, True)
+        for pattern in FONTS:
+            files = glob.glob(os.path.join("/usr/share/fonts", pattern))
+            assert files, f"there is no /usr/share/fonts/{pattern}"
+            for file in files:
+                os.symlink(file, os.path.join(cls.fonts, os.path.basename(file)))
+        cls.fonts_file = os.path.join(cls.fonts, "fonts.conf")
+        with open(cls.fonts_file, "w", encoding="utf-8") as file:
+            file.write(f"<fontconfig><dir>{cls.fonts}</dir><cachedir>{cls.fonts}/cache</cachedir></fontconfig>")
 
     def setUp(self):
         self.folder = tempfile.mkdtemp(prefix="strange-")
@@ -98,79 +129,108 @@ class Strange(unittest.TestCase):
                 file.write(f"[Desktop Entry]\nType=Application\nName={title}\nExec=true\n")
         return root
 
-    def look(self, called, answered, root=ROOT, sizes=(100, 200)):
+    def look(self, called, answered, root=ROOT, size=200, names=()):
         """Opens every page, and expects nothing to be said about them."""
-        for size in sizes:
-            with self.subTest(called, text_size=size):
-                name = re.sub(r"\W+", "-", f"{called} {size}")
-                pictures = os.path.join(self.pictures, "strange", name)
-                os.makedirs(pictures, exist_ok=True)
-                home = tempfile.mkdtemp(dir=self.folder)
-                environment = {key: value for key, value in os.environ.items()
-                               if not key.startswith(("QT_", "QSG_", "LUMORA_", "XDG_", "WAYLAND", "DBUS_"))}
-                environment |= {"HOME": home, "XDG_DATA_DIRS": home, "XDG_DATA_HOME": home, "XDG_RUNTIME_DIR": home,
-                                "LUMORA_PORTS": home, "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen",
-                                "QT_QUICK_BACKEND": "software", "QSG_RENDER_LOOP": "threaded", "QT_SCALE_FACTOR": "1"}
-                with Tweak(home, answered) as tweak:
-                    tour = subprocess.run([program("layout_tour"), root, pictures, str(size)], env=environment,
-                                          capture_output=True, timeout=2 * LONG_ENOUGH, check=False)
-                    self.assertEqual(tweak.changes, [], "looking changes nothing")
-                said = tour.stdout.decode(errors="replace")
-                self.assertEqual(said, "", f"see the pictures in {pictures}")
-                self.assertEqual(tour.returncode, 0, tour.stderr.decode(errors="replace")[-2000:])
+        with self.subTest(called, text_size=size):
+            name = re.sub(r"\W+", "-", f"{called} {size}")
+            pictures = os.path.join(self.pictures, "strange", name)
+            shutil.rmtree(pictures, True)
+            home = tempfile.mkdtemp(dir=self.folder)
+            environment = {key: value for key, value in os.environ.items()
+                           if not key.startswith(("QT_", "QSG_", "LUMORA_", "XDG_", "WAYLAND", "DBUS_"))}
+            environment |= {"HOME": home, "XDG_DATA_DIRS": home, "XDG_DATA_HOME": home, "XDG_RUNTIME_DIR": home,
+                            "LUMORA_PORTS": home, "FONTCONFIG_FILE": self.fonts_file, "LC_ALL": "C.UTF-8",
+                            "QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software",
+                            "QSG_RENDER_LOOP": "threaded", "QT_SCALE_FACTOR": "1"}
+            with Tweak(home, answered) as tweak:
+                tour = subprocess.run([program("layout_tour"), root, pictures, str(size)], env=environment,
+                                      capture_output=True, timeout=2 * LONG_ENOUGH, check=False)
+                self.assertEqual(tweak.changes, [], "looking changes nothing")
+            said = tour.stdout.decode(errors="replace")
+            self.assertEqual(said, "", f"see the pictures in {pictures}")
+            self.assertEqual(tour.returncode, 0, tour.stderr.decode(errors="replace")[-2000:])
+            self.expect_all_pages(pictures, names)
+
+    def expect_all_pages(self, pictures, names):
+        """Those of the application, and one for each of the names; at both widths."""
+        for width in ("320", "390"):
+            found = {match[1] for match in (re.fullmatch(rf"(.+)-{width}\b.*-light.*\.png", name)
+                                            for name in os.listdir(pictures)) if match}
+            more = found - PAGES
+            self.assertEqual(PAGES - found, set(), "not opened")
+            self.assertEqual(len([page for page in more if page.startswith("StrangePage")]), len(names), more)
+            self.assertTrue(all(re.match("StrangePage|PSListItemsController-", page) for page in more), more)
 
 
 class Few(Strange):
     """What fits into half a minute."""
 
+    def test_has_a_glyph_for_every_character(self):
+        """But for those that say how others are written, and for a space of another width."""
+        listed = subprocess.run(["fc-list", "--format", "%{charset} "], capture_output=True, check=True, text=True,
+                                env=os.environ | {"FONTCONFIG_FILE": self.fonts_file}).stdout
+        ranges = [[int(end, 16) for end in part.split("-")] for part in set(listed.split())]
+        missing = {character for text in TEXT_CASES.values() for character in text
+                   if unicodedata.category(character) not in ("Cc", "Cf", "Zs", "Zl", "Zp")
+                   and not any(part[0] <= ord(character) <= part[-1] for part in ranges)}
+        self.assertEqual(missing, set())
+
     def test_plain_settings(self):
-        self.look("plain", settings(), sizes=(100, 200, 300))
+        for size in (100, 300):
+            self.look("plain", settings(), size=size)
 
     def test_no_settings(self):
-        self.look("no settings", {}, sizes=(100,))
+        self.look("no settings", {}, size=100)
 
     def test_texts_where_numbers_belong(self):
-        self.look("few wrong", {key: TEXT_CASES["many words"][:1000] for key in KEYS}, sizes=(200,))
+        self.look("few wrong", {key: TEXT_CASES["many words"] for key in KEYS})
 
-    def test_names_of_all_kinds(self):
-        names = [text[:150] for text in TEXT_CASES.values()][::2]
-        self.look("few names", settings(kLSDateSubtitle=NUL), self.device(names), sizes=(200,))
+    def test_names_of_some_kinds(self):
+        names = [TEXT_CASES[case] for case in ("one long word", "right to left", "emoji", "tall scripts", "invisible")]
+        self.look("few names", settings(kLSDateSubtitle=NUL), self.device(names), names=names)
 
 
-class All(Strange):
+class Values(Strange):
+    """What else can be stored for the keys, or be missing."""
+
     def test_any_value_for_every_key(self):
-        for called, value in VALUE_CASES.items():
-            self.look(f"all are {called}", {key: value for key in KEYS})
+        for turn in range(len(VALUE_CASES)):
+            self.look(f"values {turn}", dealt(VALUE_CASES, KEYS, turn), size=(100, 200)[turn % 2])
 
     def test_each_key_left_out_while_others_are_there(self):
-        """By the digits of its number, so that of any two keys each is there without the other once."""
+        """By the digits of its number, so that of any two keys one is there without the other once."""
         for digit in range(len(KEYS).bit_length()):
-            for kept in 0, 1:
-                some = {key: value for key, value in settings().items() if KEYS.index(key) >> digit & 1 == kept}
-                self.look(f"some {digit} {kept}", some, sizes=(100,))
+            some = {key: value for key, value in settings().items() if KEYS.index(key) >> digit & 1}
+            self.look(f"some {digit}", some, size=100)
 
     def test_numbers_out_of_bounds(self):
         for called, number in (("below", -1000), ("above", 1000), ("by little", 150.0001)):
-            self.look(f"numbers {called}", settings(**{key: number for key in NUMBERS}))
-            self.look(f"colour {called}", settings(**{COLOUR: {"h": number, "s": number, "b": number}}), sizes=(100,))
+            color = {COLOUR: {"h": number, "s": number, "b": number}}
+            self.look(f"numbers {called}", settings(**{key: number for key in NUMBERS}, **color))
 
     def test_colours_of_the_wrong_kind(self):
-        for called, value in VALUE_CASES.items():
-            self.look(f"colour of {called}", settings(**{COLOUR: {"h": value, "s": value, "b": value}}), sizes=(100,))
+        """Three values at a time."""
+        for turn in range(0, len(VALUE_CASES), 3):
+            self.look(f"colour {turn}", settings(**{COLOUR: dealt(VALUE_CASES, "hsb", turn)}), size=100)
+
+
+class Texts(Strange):
+    """Texts, names and lists of all kinds."""
 
     def test_texts_of_all_kinds(self):
-        for called, text in (TEXT_CASES | {"nul": NUL}).items():
-            self.look(f"texts of {called}", settings(**{key: text for key in TEXTS}), sizes=(50, 100, 200, 300))
+        cases = TEXT_CASES | {"nul": NUL}
+        for turn in range(len(cases)):
+            self.look(f"texts {turn}", settings(**dealt(cases, TEXTS, turn)), size=(50, 100, 200, 300)[turn % 4])
 
     def test_lists_of_all_kinds(self):
-        for called, entries in LIST_CASES.items():
-            self.look(f"lists of {called}", settings(**{key: entries for key in LISTS}))
+        for turn in range(len(LIST_CASES)):
+            self.look(f"lists {turn}", settings(**dealt(LIST_CASES, LISTS, turn)), size=(100, 200)[turn % 2])
 
     def test_names_of_all_kinds(self):
-        for number, (called, name) in enumerate(TEXT_CASES.items()):
-            with self.subTest(called):
-                self.folder = os.path.join(self.folder, str(number))
-                self.look(f"names of {called}", settings(), self.device([name]), sizes=(50, 100, 200, 300))
+        names = TEXT_CASES.values()
+        root = self.device(names)
+        for size in (50, 100, 300):
+            self.look("names", settings(), root, size, names)
 
     def test_thousands_of_applications(self):
         root = self.device([])
@@ -178,7 +238,7 @@ class All(Strange):
             with open(f"{root}/usr/share/applications/org.example.Application{number}.desktop", "w",
                       encoding="utf-8") as file:
                 file.write(f"[Desktop Entry]\nType=Application\nName=Application {number}\nExec=true\n")
-        self.look("thousands", settings(kAppsEnabled=LIST_CASES["5,000 entries"]), root, sizes=(100,))
+        self.look("thousands", settings(kAppsEnabled=LIST_CASES["5,000 entries"]), root, size=100)
 
 
 if __name__ == "__main__":
