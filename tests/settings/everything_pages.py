@@ -170,7 +170,7 @@ APP_VIEWS = [
     group("App Views"),
     link("Select Plugins", "PluginsListViewController"),
     group("Settings"),
-    link("Notes", "NotesPage"),  # the plug-ins' order is that of their folder
+    link("Notes", "NotesPage"),
     link("Weather", "WeatherPage"),
     group(footer="Tap and hold onto an App View's associated application to reveal the App View"),
     group(),

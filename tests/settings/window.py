@@ -4,6 +4,7 @@ A program that imports this is called with the folder of programs and the device
 and xdotool, and nothing of Python beyond its standard library. A test that fails leaves a picture of its display in
 $LUMORA_TEST_PICTURES, if that is set.
 """
+import contextlib
 import ctypes
 import mmap
 import os
@@ -103,6 +104,13 @@ class Programs(unittest.TestCase):
     def tearDownClass(cls):
         cls.display.stop()
 
+    def run(self, result=None):
+        """Takes away the picture that an earlier failure of the test has left."""
+        if picture := self.picture_of_failure():
+            with contextlib.suppress(FileNotFoundError):
+                os.remove(picture)
+        return super().run(result)
+
     def setUp(self):
         self.folder = tempfile.mkdtemp(prefix="programs-")
         self.addCleanup(shutil.rmtree, self.folder, True)
@@ -115,22 +123,32 @@ class Programs(unittest.TestCase):
         }
         os.mkdir(self.environment["LUMORA_PORTS"], 0o700)
 
+    def _callSetUp(self):
+        with self.picture_if_it_fails():
+            self.setUp()  # not by way of the base class, behind whose frame a failure would tell nothing of where it was
+
     def _callTestMethod(self, method):
+        with self.picture_if_it_fails():
+            method()
+
+    @contextlib.contextmanager
+    def picture_if_it_fails(self):
         """Unlike a clean-up, this is still there when the window is, and knows of the failure."""
         try:
-            method()  # not by way of the base class, behind whose frame a failure would tell nothing of where it was
+            yield
         except unittest.SkipTest:
             raise
         except Exception:
-            self.leave_picture()
+            if path := self.picture_of_failure():
+                os.makedirs(os.path.dirname(path), exist_ok=True)
+                self.display.save_picture(path)
+                print("A picture of the failure:", path, file=sys.stderr)
             raise
 
-    def leave_picture(self):
-        if folder := os.environ.get("LUMORA_TEST_PICTURES"):
-            os.makedirs(folder, exist_ok=True)
-            path = os.path.join(folder, self.id().removeprefix("__main__.") + ".png")
-            self.display.save_picture(path)
-            print("A picture of the failure:", path, file=sys.stderr)
+    def picture_of_failure(self):
+        """Where it is to be, if anywhere."""
+        folder = os.environ.get("LUMORA_TEST_PICTURES")
+        return folder and os.path.join(folder, self.id().removeprefix("__main__.") + ".png")
 
     def start(self, *command, **options):
         process = subprocess.Popen(command, env=self.environment, text=True, **options)
