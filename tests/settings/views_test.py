@@ -31,7 +31,7 @@ class ChangeLogTest(Spoken):
 
 
 class Portal:
-    """A desktop's portal that tells how large texts are, and no more."""
+    """A desktop's portal that tells how large texts are and whether dark colours are preferred, and no more."""
 
     INTERFACE = """<node><interface name="org.freedesktop.portal.Settings">
         <method name="Read">
@@ -40,10 +40,12 @@ class Portal:
         <signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal></interface></node>"""
     PATH, NAME = "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Desktop"
     SETTINGS = "org.freedesktop.portal.Settings"
-    KEY = ("org.gnome.desktop.interface", "text-scaling-factor")
+    TEXTS = ("org.gnome.desktop.interface", "text-scaling-factor")
+    COLOURS = ("org.freedesktop.appearance", "color-scheme")
+    NO_PREFERENCE, DARK, LIGHT = range(3)
 
-    def __init__(self, factor):
-        self.factor = factor
+    def __init__(self, factor=1.0, scheme=NO_PREFERENCE):
+        self.values = {self.TEXTS: GLib.Variant("d", factor), self.COLOURS: GLib.Variant("u", scheme)}
         self.loop = GLib.MainLoop(GLib.MainContext())
         ready = threading.Event()
         self.thread = threading.Thread(target=self._serve, args=(ready,), daemon=True)
@@ -62,14 +64,19 @@ class Portal:
         self.loop.run()
 
     def _answer(self, _bus, _sender, _path, _interface, _method, parameters, call):
-        if parameters.unpack() == self.KEY:  # wrapped once too often, as by older portals
-            call.return_value(GLib.Variant("(v)", (GLib.Variant("v", GLib.Variant("d", self.factor)),)))
+        if value := self.values.get(parameters.unpack()):  # wrapped once too often, as by older portals
+            call.return_value(GLib.Variant("(v)", (GLib.Variant("v", value),)))
         else:
             call.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")
 
     def change(self, factor):
-        self.bus.emit_signal(None, self.PATH, self.SETTINGS, "SettingChanged",
-                             GLib.Variant("(ssv)", (*self.KEY, GLib.Variant("d", factor))))
+        self._tell(self.TEXTS, GLib.Variant("d", factor))
+
+    def change_colours(self, scheme):
+        self._tell(self.COLOURS, GLib.Variant("u", scheme))
+
+    def _tell(self, key, value):
+        self.bus.emit_signal(None, self.PATH, self.SETTINGS, "SettingChanged", GLib.Variant("(ssv)", (*key, value)))
         self.bus.flush_sync(None)
 
     def stop(self):
@@ -104,6 +111,44 @@ class TextSizeTest(Spoken):
         other = self.open_root_page()
         eventually(lambda: (self.height(other) or 0) > 60, "another window, which follows")
         self.assertEqual(self.height(window), 44)
+
+
+class DarkTest(Spoken):
+    """What the screen shows beside the first row, and in it above its text."""
+
+    LIGHT, DARK = ("#f2f2f7", "#ffffff"), ("#000000", "#1c1c1e")
+
+    def row(self, window):
+        switch = self.spoken(window, SWITCH).get("Enable Lumora")
+        return switch and switch.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+
+    def colours(self, row):
+        return row and (self.display.color_at(4, row.y + 4), self.display.color_at(WIDTH // 2, row.y + 4))
+
+    def test_follows_the_desktop(self):
+        self.scheme = []
+        portal = Portal(scheme=Portal.DARK)
+        self.addCleanup(portal.stop)
+        window = self.open_root_page()
+        eventually(lambda: self.colours(self.row(window)) == self.DARK, "dark colours")
+        for scheme, colours in ((Portal.LIGHT, self.LIGHT), (Portal.DARK, self.DARK),
+                                (Portal.NO_PREFERENCE, self.LIGHT)):
+            portal.change_colours(scheme)
+            eventually(lambda: self.colours(self.row(window)) == colours, f"{colours} for {scheme}")
+
+    def test_is_what_the_command_line_says_whatever_the_desktop_has(self):
+        for option, other, colours in (("--light", Portal.DARK, self.LIGHT), ("--dark", Portal.LIGHT, self.DARK)):
+            with self.subTest(option):
+                self.scheme = [option]
+                portal = Portal(scheme=other)
+                window = self.open_root_page()
+                eventually(lambda: self.colours(self.row(window)) == colours, f"{colours} by {option}")
+                portal.change_colours(other)
+                portal.change(2.0)
+                eventually(lambda: self.row(window).height > 60, "what the desktop said last")
+                self.assertEqual(self.colours(self.row(window)), colours)
+                window.kill()
+                portal.stop()
 
 
 class SecureFieldTest(Spoken):

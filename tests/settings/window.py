@@ -66,17 +66,27 @@ class Display:
         with os.fdopen(read) as number:
             self.name = ":" + number.readline().strip()
 
-    def save_picture(self, path):
-        """What is on the screen now, as a PNG file. The server keeps its pixels in a file, in the format of xwd."""
+    @contextlib.contextmanager
+    def screen(self):
+        """The width and height of what is on the screen, and what gives a line of it: blue, green, red and nothing for
+        each pixel. The server keeps them in a file, in the format of xwd."""
         with open(os.path.join(self.folder, "Xvfb_screen0"), "rb") as file, \
                 mmap.mmap(file.fileno(), 0, access=mmap.ACCESS_READ) as screen:
             header = struct.unpack(">25I", screen[:100])
             start, width, height, stride = header[0] + 12 * header[19], header[4], header[5], header[12]
+            yield width, height, lambda y: screen[start + y * stride:start + y * stride + 4 * width]
+
+    def color_at(self, x, y):
+        with self.screen() as (_, _, line):
+            return "#" + line(y)[4 * x:4 * x + 3][::-1].hex()
+
+    def save_picture(self, path):
+        """What is on the screen now, as a PNG file."""
+        with self.screen() as (width, height, line):
             lines = []
             for y in range(height):
-                line = screen[start + y * stride:start + y * stride + 4 * width]
                 colours = bytearray(3 * width)
-                colours[0::3], colours[1::3], colours[2::3] = line[2::4], line[1::4], line[0::4]
+                colours[0::3], colours[1::3], colours[2::3] = line(y)[2::4], line(y)[1::4], line(y)[0::4]
                 lines.append(b"\0" + bytes(colours))
         with open(path, "wb") as file:
             file.write(b"\x89PNG\r\n\x1a\n")
@@ -95,6 +105,7 @@ class Programs(unittest.TestCase):
     """A test of the programs."""
 
     root = ROOT
+    scheme = ["--light"]  # the option for it; none to follow the desktop
 
     @classmethod
     def setUpClass(cls):
@@ -171,7 +182,7 @@ class Programs(unittest.TestCase):
                               env={**self.environment, **environment}, timeout=LONG_ENOUGH, check=False)
 
     def open_window(self, *options):
-        window = self.start(program("lumora-settings"), "--root", self.root, "--light", *options, stderr=subprocess.PIPE)
+        window = self.start(program("lumora-settings"), "--root", self.root, *self.scheme, *options, stderr=subprocess.PIPE)
         window.lines = Lines(window.stderr)
         def appeared():
             self.assertIsNone(window.poll(), window.lines.text)
