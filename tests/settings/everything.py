@@ -31,11 +31,6 @@ class Control(NamedTuple):
 BACK = Control(pyatspi.ROLE_PUSH_BUTTON, "Back", "")
 
 
-def ways_for(number, count):
-    """All three for one of a kind; where there are more they share them, each way being somebody's."""
-    return [WAYS[number % 3]] if count >= 3 else list(WAYS[number::count])
-
-
 class Everything(Spoken):
     """A test that uses every control of some pages."""
 
@@ -53,6 +48,14 @@ class Everything(Spoken):
         self.environment |= {"HOME": self.home, "XDG_DATA_HOME": self.home, "XDG_CONFIG_HOME": self.home,
                              "XDG_DATA_DIRS": nothing, "XDG_CONFIG_DIRS": nothing, "LUMORA_SENDMAIL": ""}
         return super().start_tweak(*options)
+
+    def add_program(self, name, script):
+        """One of the test's own."""
+        path = os.path.join(self.folder, name)
+        with open(path, "w", encoding="ascii") as file:
+            file.write(f"#!/bin/sh\n{script}\n")
+        os.chmod(path, 0o700)
+        return path
 
     def expect_stored(self, key, value):
         """On the tweak's disk, and of the same type."""
@@ -145,6 +148,15 @@ class Everything(Spoken):
         if not self.is_in_view(item):
             eventually(stands, f"the page to scroll to {item.name}")
         return self.extents(item)
+
+    def expect_still(self, item):
+        """It has slid in."""
+        places = []
+
+        def stands():
+            places.append(self.extents(item).y)
+            return len(places) > 5 and len(set(places[-5:])) == 1
+        eventually(stands, f"{item.name} in its place")
 
     def focus_by_keyboard(self, window, control):
         """The way of the keyboard leads to everything, wherever it begins."""
