@@ -149,17 +149,17 @@ class Strange(unittest.TestCase):
             said = tour.stdout.decode(errors="replace")
             self.assertEqual(said, "", f"see the pictures in {pictures}")
             self.assertEqual(tour.returncode, 0, tour.stderr.decode(errors="replace")[-2000:])
-            self.expect_all_pages(pictures, names)
+            self.expect_all_pages(tour.stderr.decode(), names)
 
-    def expect_all_pages(self, pictures, names):
+    def expect_all_pages(self, told, names):
         """Those of the application, and one for each of the names; at both widths."""
         for width in ("320", "390"):
-            found = {match[1] for match in (re.fullmatch(rf"(.+)-{width}\b.*-light.*\.png", name)
-                                            for name in os.listdir(pictures)) if match}
+            found = set(re.findall(rf"^looked at (.+?)(?:-end)?-{width}\b", told, re.MULTILINE))
             more = found - PAGES
             self.assertEqual(PAGES - found, set(), "not opened")
             self.assertEqual(len([page for page in more if page.startswith("StrangePage")]), len(names), more)
-            self.assertTrue(all(re.match("StrangePage|PSListItemsController-", page) for page in more), more)
+            allowed = "StrangePage|PSListItemsController-|Composer-"
+            self.assertTrue(all(re.match(allowed, page) for page in more), more)
 
 
 class Few(Strange):
@@ -186,7 +186,7 @@ class Few(Strange):
         self.look("few wrong", {key: TEXT_CASES["many words"] for key in KEYS})
 
     def test_names_of_some_kinds(self):
-        names = [TEXT_CASES[case] for case in ("one long word", "right to left", "emoji", "tall scripts", "invisible")]
+        names = [TEXT_CASES[case][:300] for case in ("one long word", "right to left", "emoji", "tall scripts", "invisible")]
         self.look("few names", settings(kLSDateSubtitle=NUL), self.device(names), names=names)
 
 

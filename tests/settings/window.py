@@ -136,7 +136,7 @@ class Programs(unittest.TestCase):
 
     def _callSetUp(self):
         with self.picture_if_it_fails():
-            self.setUp()  # not by way of the base class, behind whose frame a failure would tell nothing of where it was
+            self.setUp()  # not by way of the base class, behind whose frame a failure would not tell where it was
 
     def _callTestMethod(self, method):
         with self.picture_if_it_fails():
