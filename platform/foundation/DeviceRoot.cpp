@@ -29,7 +29,7 @@ fs::path chosenDeviceRoot() {
 fs::path installedDeviceRoot(const fs::path& folder) {
     const fs::path root = (folder / LUMORA_INSTALLED_ROOT).lexically_normal();
     std::error_code failed;
-    return fs::is_directory(root / "Library/PreferenceBundles/Lumora.bundle", failed) ? root : fs::path();
+    return fs::is_directory(root / "Library", failed) ? root : fs::path();
 }
 
 fs::path deviceRoot() {

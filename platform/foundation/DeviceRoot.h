@@ -15,7 +15,7 @@ namespace platform {
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path chosenDeviceRoot();
 
 /// The device root that an installation has for the programs in `folder`, whatever its prefix.
-/// Empty where there is none: a folder without the settings bundle is no device.
+/// Empty where there is none: a folder without a "Library" is no device, and any part of ours brings that.
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path installedDeviceRoot(const std::filesystem::path& folder);
 
 /// Called once, by a program's `--root DIR`, before anything else of the platform is used.

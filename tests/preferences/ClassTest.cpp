@@ -67,15 +67,15 @@ TEST(DeviceRoot, ComesFromTheEnvironmentUntilAProgramSetsIt) {
     EXPECT_EQ(platform::chosenDeviceRoot(), "");
 }
 
-TEST(DeviceRoot, IsFoundBesideTheProgramsOnceItHoldsTheBundle) {
+TEST(DeviceRoot, IsFoundBesideTheProgramsOnceAnythingIsInstalledThere) {
     const tests::DeviceFolder prefix;
     platform::setDeviceRoot({});
     const std::filesystem::path programs = prefix.path() / "bin";
     const std::filesystem::path root = (programs / LUMORA_ROOT_FROM_PROGRAMS).lexically_normal();
     EXPECT_TRUE(root.string().starts_with(prefix.path().string())) << root;
-    std::filesystem::create_directories(root / "Library/PreferenceBundles");
+    std::filesystem::create_directories(root);
     EXPECT_EQ(platform::installedDeviceRoot(programs), "");
-    std::filesystem::create_directory(root / "Library/PreferenceBundles/Lumora.bundle");
+    std::filesystem::create_directories(root / "Library/Nevo/Lumora/Plugins");
     EXPECT_EQ(platform::installedDeviceRoot(programs), root);
 }
 
