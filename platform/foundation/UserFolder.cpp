@@ -1,8 +1,10 @@
 #include "platform/foundation/UserFolder.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <pwd.h>
 #include <unistd.h>
+#include <vector>
 
 namespace platform {
 
@@ -12,8 +14,12 @@ namespace {
 
 fs::path homeFolder() {
     if (const char* home = std::getenv("HOME"); home && *home) return home;
-    const passwd* user = getpwuid(getuid());
-    return user ? user->pw_dir : "/";
+    std::vector<char> texts(1024);
+    passwd user{};
+    passwd* found = nullptr;
+    while (getpwuid_r(getuid(), &user, texts.data(), texts.size(), &found) == ERANGE)
+        texts.resize(texts.size() * 2);
+    return found ? found->pw_dir : "";
 }
 
 } // namespace
@@ -21,7 +27,9 @@ fs::path homeFolder() {
 fs::path userFolder(const char* variable, const char* nameInHome) {
     const char* named = std::getenv(variable);
     // A relative path there is to be ignored.
-    return named && *named == '/' ? fs::path(named) : homeFolder() / nameInHome;
+    if (named && *named == '/') return named;
+    const fs::path home = homeFolder();
+    return home.empty() ? home : home / nameInHome;
 }
 
 } // namespace platform

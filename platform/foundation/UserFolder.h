@@ -7,7 +7,7 @@
 namespace platform {
 
 /// A folder for the user's own files, by the desktop's rules: what the variable says if that is a whole path, else the
-/// folder of that name in the home folder. It need not exist.
+/// folder of that name in the home folder. It need not exist. Empty for a user without a home.
 ///
 ///     userFolder("XDG_DATA_HOME", ".local/share")
 ///

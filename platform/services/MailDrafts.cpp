@@ -61,11 +61,13 @@ std::optional<fs::path> published(const fs::path& file, const fs::path& folder) 
 } // namespace
 
 fs::path draftsFolder() {
-    return userFolder("XDG_DATA_HOME", ".local/share") / "lumora/drafts";
+    const fs::path data = userFolder("XDG_DATA_HOME", ".local/share");
+    return data.empty() ? data : data / "lumora/drafts";
 }
 
 Kept keepDraft(const MailMessage& message) {
     const fs::path folder = draftsFolder();
+    if (folder.empty()) return Kept::failure("cannot keep a draft: its user has no home folder");
     std::error_code error;
     fs::create_directories(folder.parent_path(), error);
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return failed("make the folder", folder);

@@ -7,7 +7,8 @@
 
 namespace platform {
 
-/// Where drafts are kept: `$XDG_DATA_HOME/lumora/drafts`, else `~/.local/share/lumora/drafts`.
+/// Where drafts are kept: `$XDG_DATA_HOME/lumora/drafts`, else `~/.local/share/lumora/drafts`. Empty for a user without
+/// a home folder.
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path draftsFolder();
 
 /// Keeps a message as a file of its own in that folder, readable by its user alone, and tells where. It is whole or not
