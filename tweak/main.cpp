@@ -9,14 +9,22 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <iostream>
 #include <string>
+#include <string_view>
 
 #include <pthread.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using platform::Data;
 using platform::Result;
@@ -62,6 +70,26 @@ void waitUntilAskedToLeave() {
     }
 }
 
+/// Tells the service manager that started this program, if one did and wants to know: one datagram to the socket that
+/// it named, where "@" begins a name that is no file's. One that is not there is told nothing.
+void notifyServiceManager() {
+    const char* name = std::getenv("NOTIFY_SOCKET");
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::size_t length = name ? std::strlen(name) : 0;
+    if (length == 0 || length > sizeof address.sun_path) return;
+    std::memcpy(address.sun_path, name, length);
+    if (*name == '@') address.sun_path[0] = '\0';
+    const int socket = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (socket < 0) return;
+    constexpr std::string_view ready = "READY=1";
+    const auto* receiver = reinterpret_cast<const sockaddr*>(&address);
+    const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + length);
+    if (::sendto(socket, ready.data(), ready.size(), MSG_NOSIGNAL, receiver, size) < 0)
+        logLine(std::string("cannot tell the service manager: ") + std::strerror(errno));
+    ::close(socket);
+}
+
 /// Opens both ports and serves them until a signal comes; closing begins when this returns.
 int serve(Tweak& tweak, const std::filesystem::path& settings) {
     // One after the other: of two tweaks that start at once, the one that gets the first port gets both.
@@ -78,23 +106,31 @@ int serve(Tweak& tweak, const std::filesystem::path& settings) {
         return kFailed;
     }
     std::cout << "lumora-tweak ready, settings at " << settings.string() << std::endl;
+    notifyServiceManager();
     waitUntilAskedToLeave();
     return kDone;
 }
 
+/// Empty for a user who has no place of his own.
 std::filesystem::path settingsFile(const Arguments& arguments) {
     if (!arguments.settings.empty()) return arguments.settings;
     if (!platform::chosenDeviceRoot().empty()) return platform::devicePath(kSettingsPath);
-    // An installed device root is everybody's. Whatever is made on the way to the user's own file is his alone.
-    umask(S_IRWXG | S_IRWXO);
-    return platform::userFolder("XDG_CONFIG_HOME", ".config") / "lumora" /
-           std::filesystem::path(kSettingsPath).filename();
+    // An installed device root is everybody's.
+    const std::filesystem::path own = platform::userFolder("XDG_CONFIG_HOME", ".config");
+    return own.empty() ? own : own / "lumora" / std::filesystem::path(kSettingsPath).filename();
 }
 
 int run(const Arguments& arguments) {
     prepareSignals();
+    // Whatever is made here, folders on the way to the settings too, is for the user alone.
+    umask(S_IRWXG | S_IRWXO);
     if (!arguments.root.empty()) platform::setDeviceRoot(arguments.root);
-    const Result<std::unique_ptr<SettingsStore>> store = SettingsStore::open(settingsFile(arguments), logLine);
+    const std::filesystem::path settings = settingsFile(arguments);
+    if (settings.empty()) {
+        logLine("there is no home folder to keep settings in: set $XDG_CONFIG_HOME or use --settings");
+        return kFailed;
+    }
+    const Result<std::unique_ptr<SettingsStore>> store = SettingsStore::open(settings, logLine);
     if (!store) {
         logLine(store.error());
         return kFailed;

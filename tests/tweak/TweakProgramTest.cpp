@@ -12,7 +12,13 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstddef>
 #include <thread>
+
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace lumora;
 using namespace tests;
@@ -50,6 +56,34 @@ class TweakProgram : public testing::Test {
     Sandbox sandbox;
 };
 
+/// Where a service manager listens; "@" begins a name that is no file's.
+class NotifySocket {
+  public:
+    explicit NotifySocket(const std::string& name) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        name.copy(address.sun_path, sizeof address.sun_path);
+        if (name.front() == '@') address.sun_path[0] = '\0';
+        const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size());
+        EXPECT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&address), size), 0) << name;
+        const timeval patience{60, 0};
+        setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    }
+    NotifySocket(const NotifySocket&) = delete;
+    NotifySocket& operator=(const NotifySocket&) = delete;
+    ~NotifySocket() { close(socket_); }
+
+    /// What is told next; empty after a minute of silence.
+    [[nodiscard]] std::string next() const {
+        char text[100];
+        const ssize_t size = recv(socket_, text, sizeof text, 0);
+        return size > 0 ? std::string(text, static_cast<std::size_t>(size)) : "";
+    }
+
+  private:
+    int socket_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+};
+
 } // namespace
 
 TEST_F(TweakProgram, SaysItIsReadyOnceBothPortsAnswer) {
@@ -85,6 +119,44 @@ TEST_F(TweakProgram, KeepsItsSettingsInTheHomeFolderWithoutAConfigurationFolder)
     Program tweak({LUMORA_TWEAK});
     EXPECT_EQ(tweak.readLine(), kReady + (sandbox.path() / "home/.config/lumora/com.nevo.lumora.plist").string())
         << tweak.errors();
+}
+
+TEST_F(TweakProgram, SaysThatAUserWithoutAHomeHasNoPlaceForSettings) {
+    const std::vector<std::string> nobody{"unshare", "--user", "--map-user=54321"}; // whom no list of users has
+    std::vector<std::string> command = nobody;
+    command.emplace_back("true");
+    if (run(command).status != 0) GTEST_SKIP() << "name spaces of users are not permitted";
+    unsetenv("XDG_CONFIG_HOME");
+    unsetenv("HOME");
+    command = nobody;
+    command.emplace_back(LUMORA_TWEAK);
+    const Finished tweak = run(command);
+    EXPECT_EQ(tweak.status, 1);
+    EXPECT_EQ(tweak.errors,
+              "lumora-tweak: there is no home folder to keep settings in: set $XDG_CONFIG_HOME or use --settings\n");
+}
+
+TEST_F(TweakProgram, TellsTheServiceManagerOnceBothPortsAnswer) {
+    const std::string file = sandbox.path() / "notify";
+    for (const std::string& name : {file, "@" + file}) {
+        const NotifySocket manager(name);
+        setenv("NOTIFY_SOCKET", name.c_str(), 1);
+        Program tweak(command({}));
+        unsetenv("NOTIFY_SOCKET");
+        EXPECT_EQ(manager.next(), "READY=1") << name << ": " << tweak.errors();
+        EXPECT_EQ(change("kSleepTime", 30), "");
+        EXPECT_EQ(askForSettings()["kSleepTime"], Value(30));
+    }
+}
+
+TEST_F(TweakProgram, ServesAlthoughTheServiceManagerIsGone) {
+    for (const std::string& name : {(sandbox.path() / "nobody").string(), std::string(200, 'x'), std::string("@")}) {
+        setenv("NOTIFY_SOCKET", name.c_str(), 1);
+        Program tweak(command({}));
+        unsetenv("NOTIFY_SOCKET");
+        ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+        EXPECT_EQ(change("kSleepTime", 30), "");
+    }
 }
 
 TEST_F(TweakProgram, RemembersChangesFromOneRunToTheNext) {
