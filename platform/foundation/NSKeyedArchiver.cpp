@@ -33,7 +33,7 @@ constexpr std::string_view time = "NS.time";
 } // namespace name
 
 /// What the class of an archived object makes of it.
-enum class Family : std::uint8_t { dictionary, list, data, date, text, null, unknown };
+enum class Family : std::uint8_t { dictionary, list, date, data, text, null, unknown };
 
 struct ClassName {
     std::string_view name;
@@ -64,7 +64,7 @@ class Encoder {
   private:
     /// Numbers in the property list: these, then all of `$objects`, then a UID for each of them, then the rest as met.
     enum : std::size_t { archiveNumber, versionNumber, topNumber, listNumber, firstArchived };
-    static constexpr std::size_t familyCount = 4; ///< families that a writer uses
+    static constexpr std::size_t familyCount = 3; ///< families that a writer uses, the first ones
     static constexpr std::size_t nameBound = 24;
 
     void writeArchive();
@@ -111,12 +111,10 @@ Family Encoder::familyOf(const Flattening::Object& object) {
         return Family::dictionary;
     case Value::Kind::list:
         return Family::list;
-    case Value::Kind::data:
-        return Family::data;
     case Value::Kind::date:
         return Family::date;
     default:
-        return Family::unknown;
+        return Family::unknown; // in place; data is so, too, since some read no other that cannot be changed
     }
 }
 
@@ -165,7 +163,7 @@ void Encoder::writeInstance(std::size_t number, Family family, const Flattening:
     const bool dictionary = family == Family::dictionary;
     writer_.dictionary(number, dictionary ? 3 : 2);
     if (dictionary) referTo(name::keys);
-    referTo(family == Family::data ? name::data : family == Family::date ? name::time : name::values);
+    referTo(family == Family::date ? name::time : name::values);
     referTo(name::class_);
 
     const std::size_t keys = next_;
@@ -174,7 +172,6 @@ void Encoder::writeInstance(std::size_t number, Family family, const Flattening:
     writer_.reference(contents);
     writer_.reference(uidNumber(classUid(family)));
 
-    if (family == Family::data) return writer_.data(contents, *object.value->data());
     if (family == Family::date) return writer_.real(contents, object.value->date()->seconds);
     if (dictionary) writeUids(keys, object.firstReference, object.count);
     writeUids(contents, object.firstReference + (dictionary ? object.count : 0), object.count);

@@ -14,6 +14,8 @@ def value(uid):
     if uid.data == 0:
         return None
     found = objects[uid.data]
+    if isinstance(found, bytes):
+        return {"data": found.hex()}
     if not isinstance(found, dict):
         return found
     described = objects[found["$class"].data]
@@ -22,8 +24,6 @@ def value(uid):
         return dict(zip(map(value, found["NS.keys"]), map(value, found["NS.objects"]), strict=True))
     if described["$classname"] == "NSArray":
         return [value(entry) for entry in found["NS.objects"]]
-    if described["$classname"] == "NSData":
-        return {"data": found["NS.data"].hex()}
     if described["$classname"] == "NSDate":
         return {"date": found["NS.time"]}
     raise ValueError(described)

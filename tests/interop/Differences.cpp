@@ -9,7 +9,6 @@
 namespace tests {
 
 using namespace std::string_literals;
-using platform::Data;
 using platform::Date;
 using platform::Dictionary;
 using platform::List;
@@ -86,10 +85,6 @@ Value withTextForNilInside(const Value& value) {
     return changed(value, [](const Value& leaf) { return leaf.isNil() ? Value("no nil") : leaf; });
 }
 
-Value withTextForData(const Value& value) {
-    return changed(value, [](const Value& leaf) { return leaf.data() != nullptr ? Value("no data") : leaf; });
-}
-
 Value inOrderOfKeys(const Value& value) {
     if (const List* list = value.list()) {
         List entries;
@@ -116,7 +111,6 @@ const std::vector<Difference>& differences() {
          Dictionary{{"b", 1}, {"a", 2}, {"c", 3}}},
         {"gnustep", "read", "NilInsideIsRefused", excludes, withTextForNilInside, List{Value()}},
         {"gnustep", "read", "TheTextNullIsReadAsNil", excludes, withOtherTextForNull, List{"$null"}},
-        {"gnustep", "read", "DataIsReadAsNil", excludes, withTextForData, List{Data{1}}},
         {"gnustep", "write", "DictionariesHaveAnOrderOfTheirOwn", reorders, inOrderOfKeys,
          Dictionary{{"b", 1}, {"a", 2}, {"c", 3}}},
         {"gnustep", "write", "NotANumberIsLost", excludes, withZeroForNotANumber, std::nan("")},

@@ -71,7 +71,7 @@ def archive(value):
             real = b"\x23" + struct.pack(">d", it)
             return add((float, real), ("plain", real))
         if kind is bytes:
-            return fill(reserve(), "NSData", data=_head(4, len(it)) + it)
+            return add((bytes, len(objects)), ("plain", _head(4, len(it)) + it))
         if kind is Date:
             return fill(reserve(), "NSDate", time=b"\x23" + struct.pack(">d", it.seconds))
         if kind is list:

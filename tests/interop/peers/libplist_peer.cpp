@@ -263,6 +263,8 @@ class Unarchiver {
         }
         case PLIST_STRING:
             return {"s" + hexOf(textOf(node))};
+        case PLIST_DATA:
+            return {"d" + hexOf(dataOf(node))};
         case PLIST_DICT:
             return instance(node);
         default:
@@ -276,7 +278,6 @@ class Unarchiver {
         const std::string name = textOf(field(object(uid), "$classname", PLIST_STRING));
         if (name == "NSDictionary") return container("{", node);
         if (name == "NSArray") return container("[", node);
-        if (name == "NSData") return {"d" + hexOf(dataOf(field(node, "NS.data", PLIST_DATA)))};
         if (name != "NSDate") throw std::runtime_error("an unexpected class: " + name);
         double seconds = 0;
         plist_get_real_val(field(node, "NS.time", PLIST_REAL), &seconds);
