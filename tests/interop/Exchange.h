@@ -11,7 +11,7 @@ namespace tests {
 /// What repeats a run; printed by each test. `--seed N` and `--values N` set them.
 struct Run {
     static inline unsigned seed = 0;
-    static inline unsigned values = 2'000;
+    static inline unsigned values = LUMORA_INTEROP_VALUES;
 };
 
 /// Exchanges values with another implementation and says what arrived otherwise than it should, with all that it takes
