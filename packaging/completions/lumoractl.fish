@@ -4,6 +4,11 @@ function __lumoractl_keys
     lumoractl list 2>/dev/null | string match -gr '^  "([^"\\\\]*)": '
 end
 
+# Whether the word after the command is the one to complete.
+function __lumoractl_key_is_next
+    __fish_seen_subcommand_from get set; and test (count (string match -v -- '-*' (commandline -opc))) -eq 2
+end
+
 set -l commands list get set archive unarchive plugins
 complete -c lumoractl -f
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a list -d 'Print all settings as one JSON object'
@@ -14,7 +19,7 @@ complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a unarchiv
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a plugins -d 'List the App View plug-ins'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -l version -d 'Print the version'
 complete -c lumoractl -l help -d 'Print help'
-complete -c lumoractl -n '__fish_seen_subcommand_from get set' -a '(__lumoractl_keys)'
+complete -c lumoractl -n __lumoractl_key_is_next -a '(__lumoractl_keys)'
 complete -c lumoractl -n '__fish_seen_subcommand_from list get' -l secrets -d 'Show passcodes'
 complete -c lumoractl -n '__fish_seen_subcommand_from archive unarchive' -F
 complete -c lumoractl -n '__fish_seen_subcommand_from archive unarchive' -s o -l output -r -F -d 'What to write'

@@ -9,38 +9,21 @@ import re
 import shutil
 import stat
 import subprocess
-import sys
 import tempfile
 import unittest
 import xml.etree.ElementTree
 from pathlib import Path
 
-BUILD = Path(sys.argv.pop(1)).resolve()
-HERE = Path(__file__).resolve().parent
-SOURCE = HERE.parents[1]
+from build import BUILD, SOURCE, cached, output
+
 PREFIX = "opt/lumora"
 PROGRAMS = ("lumora-settings", "lumora-tweak", "lumoractl")
 COMMANDS = ("list", "get", "set", "archive", "unarchive", "plugins")
 OPTION = re.compile(r"(?<![\w/-])(--?[a-z][a-z-]*)")
 
 
-def cached(entry):
-    """An entry of the build's cache."""
-    found = re.search(rf"^{entry}:\w+=(.*)$", (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE)
-    return found.group(1) if found else ""
-
-
-def output(*command, **environment):
-    """What a program that must succeed writes, errors and warnings included."""
-    done = subprocess.run([str(word) for word in command], env={**os.environ, **environment}, text=True,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
-    if done.returncode != 0:
-        raise AssertionError(f"{' '.join(map(str, command))}\n{done.stdout}")
-    return done.stdout
-
-
 def install(prefix, *options, **environment):
-    output(cached("CMAKE_COMMAND"), "--install", BUILD, "--prefix", prefix, *options, **environment)
+    output(cached("CMAKE_COMMAND"), "--install", BUILD, "--prefix", prefix, *options, umask=0o022, **environment)
 
 
 class Install(unittest.TestCase):
@@ -67,7 +50,7 @@ class Install(unittest.TestCase):
     # -- what is there --
 
     def test_is_what_it_is_expected_to_be(self):
-        expected = (HERE / "files.txt").read_text().format(
+        expected = (SOURCE / "tests/install/files.txt").read_text().format(
             libraries=cached("CMAKE_INSTALL_LIBDIR") or "lib", type=cached("CMAKE_BUILD_TYPE").lower())
         self.assertEqual(self.files(), sorted(expected.split("\n")[:-1]))
         self.assertEqual([str(path) for path in (self.folder / "staged").rglob("*")], [str(self.folder / "staged/opt")])
@@ -83,12 +66,20 @@ class Install(unittest.TestCase):
                 self.assertFalse(str(place).encode() in contents, f"{place} is named by {file}")
 
     def test_can_be_read_by_all_and_written_by_its_owner(self):
-        for path in self.prefix.rglob("*"):
+        for path in [self.prefix, *self.prefix.rglob("*")]:
             if path.is_symlink():
                 continue
             runs = path.is_dir() or path.parent == self.prefix / "bin"
             mode = stat.S_IMODE(path.stat().st_mode)
             self.assertEqual(mode | (0 if runs else 0o111), 0o755, path)
+
+    def test_the_documents_link_to_what_is_installed_with_them(self):
+        [folder] = (self.prefix / "share/doc").iterdir()
+        links = [(file, link) for file in folder.glob("*.md")
+                 for link in re.findall(r"\]\(([^)#]+)[^)]*\)", file.read_text()) if "://" not in link]
+        self.assertGreater(len(links), 2)
+        for file, link in links:
+            self.assertTrue((folder / link).exists(), f"{file.name}: {link}")
 
     # -- what others make of it --
 
@@ -115,6 +106,18 @@ class Install(unittest.TestCase):
         said = output("systemd-analyze", "--user", "--man=no", "verify", self.folder / "of its own" / unit,
                       XDG_RUNTIME_DIR=str(self.folder))
         self.assertEqual(said, "")
+
+    def test_the_unit_starts_a_program_that_is_not_under_the_prefix(self):
+        folder = self.folder / "apart"
+        folder.mkdir()
+        script = (SOURCE / "packaging/InstallUnit.cmake.in").read_text()
+        for name, value in (("CMAKE_INSTALL_BINDIR", "/opt/programs"), ("UNIT", folder / "lumora-tweak.service"),
+                            ("UNIT_TEMPLATE", SOURCE / "packaging/lumora-tweak.service.in")):
+            script = script.replace(f"@{name}@", str(value))
+        (folder / "install.cmake").write_text(script)
+        output(cached("CMAKE_COMMAND"), f"-DCMAKE_INSTALL_PREFIX={folder}", "-P", folder / "install.cmake")
+        unit = (folder / "lib/systemd/user/lumora-tweak.service").read_text()
+        self.assertIn('\nExecStart="/opt/programs/lumora-tweak"\n', unit)
 
     # -- the manual pages and completions --
 
@@ -177,6 +180,36 @@ class Install(unittest.TestCase):
         self.assertEqual(offers("--settings", f"{self.folder}/h"), [f"{self.folder}/here.plist"])
         self.assertEqual(offers("--omit", ""), [])
 
+    def test_bash_completes_a_key_and_not_its_value(self):
+        self.start_tweak()
+        completion = self.prefix / "share/bash-completion/completions/lumoractl"
+
+        def offers(*words):
+            return self.shell("bash", "-c", '. "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _lumoractl;'
+                              'printf "%s\n" "${COMPREPLY[@]}"', completion, "lumoractl", *words).split()
+        self.assert_keys_are_completed(offers)
+        self.assertEqual(offers("list", "--"), ["--help", "--secrets"])
+
+    def test_fish_completes_a_key_and_not_its_value(self):
+        self.start_tweak()
+        completion = self.prefix / "share/fish/vendor_completions.d/lumoractl.fish"
+
+        def offers(*words):
+            said = self.shell("fish", "--no-config", "-c", f"source '{completion}'; complete -C '{' '.join(words)}'")
+            return [line.split("\t")[0] for line in said.splitlines()]
+        self.assert_keys_are_completed(lambda *words: offers("lumoractl", *words))
+
+    def assert_keys_are_completed(self, offers):
+        self.assertEqual(set(offers("")) - {"--help", "--version"}, set(COMMANDS))
+        for command in (["get"], ["get", "--secrets"], ["set"]):
+            self.assertEqual(set(offers(*command, "kSleep")), {"kSleepDisabledForAppViews", "kSleepTime"}, command)
+        self.assertEqual(offers("set", "kSleepTime", ""), [])
+        self.assertEqual(offers("get", "kSleepTime", ""), [])
+
+    def test_zsh_reads_its_completions(self):
+        for program in PROGRAMS:
+            self.assertEqual(output("zsh", "-n", self.prefix / f"share/zsh/site-functions/_{program}"), "")
+
     # -- the programs, from where they are now --
 
     def start_tweak(self):
@@ -192,6 +225,11 @@ class Install(unittest.TestCase):
         kept = home / ".config/lumora/com.nevo.lumora.plist"
         self.assertEqual(tweak.stdout.readline(), f"lumora-tweak ready, settings at {kept}\n")
         return tweak
+
+    def shell(self, *command):
+        """What a shell says that finds the installed programs."""
+        return output("env", "-i", *(f"{name}={value}" for name, value in self.environment.items()),
+                      f"PATH={self.prefix}/bin:/usr/bin:/bin", *command)
 
     def run_program(self, name, *options, **environment):
         done = subprocess.run([self.prefix / "bin" / name, *map(str, options)], env={**self.environment, **environment},

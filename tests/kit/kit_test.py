@@ -5,7 +5,6 @@
 """
 import concurrent.futures
 import json
-import os
 import re
 import shutil
 import subprocess
@@ -14,26 +13,15 @@ import tempfile
 import unittest
 from pathlib import Path
 
-BUILD = Path(sys.argv.pop(1)).resolve()
-SOURCE = Path(__file__).resolve().parents[2]
+sys.path.append(str(Path(__file__).resolve().parents[1] / "install"))
+
+from build import BUILD, SOURCE, cached, output
+
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Wconversion", "-Wsign-conversion", "-Werror"]
 
 
-def cached(entry):
-    """An entry of the build's cache: the kit is used with the compilers that it was built with."""
-    found = re.search(rf"^{entry}:\w+=(.*)$", (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE)
-    return found.group(1) if found else ""
-
-
+# The kit is used with the compilers that it was built with.
 CC, CXX = cached("CMAKE_C_COMPILER"), cached("CMAKE_CXX_COMPILER")
-
-
-def run(*command, folder=None, **environment):
-    done = subprocess.run([str(word) for word in command], cwd=folder, env={**os.environ, **environment}, text=True,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
-    if done.returncode != 0:
-        raise AssertionError(f"{' '.join(map(str, command))}\n{done.stdout}")
-    return done.stdout
 
 
 def plugins(path):
@@ -51,7 +39,7 @@ class Kit(unittest.TestCase):
         cls.folder = Path(tempfile.mkdtemp(prefix="lumora-kit-"))
         cls.addClassCleanup(shutil.rmtree, cls.folder, ignore_errors=True)
         cls.prefix = cls.folder / "prefix"
-        run(cached("CMAKE_COMMAND"), "--install", BUILD, "--component", "kit", "--prefix", cls.prefix)
+        output(cached("CMAKE_COMMAND"), "--install", BUILD, "--component", "kit", "--prefix", cls.prefix)
         cls.include = cls.prefix / "include/lumora-kit"
         cls.pkgconfig = str(next(cls.prefix.rglob("lumora-kit.pc")).parent)
         cls.template = cls.prefix / "share/lumora-kit/template"
@@ -61,7 +49,7 @@ class Kit(unittest.TestCase):
         return Path(tempfile.mkdtemp(dir=self.folder))
 
     def flags(self, *options):
-        return run("pkg-config", *options, "lumora-kit", PKG_CONFIG_PATH=self.pkgconfig).split()
+        return output("pkg-config", *options, "lumora-kit", PKG_CONFIG_PATH=self.pkgconfig).split()
 
     def test_every_header_compiles_alone(self):
         headers = sorted(self.include.rglob("*.h"))
@@ -96,16 +84,16 @@ class Kit(unittest.TestCase):
 
     def test_the_template_builds_with_cmake(self):
         folder = self.scratch()
-        run(cached("CMAKE_COMMAND"), "-G", "Ninja", "-S", self.template, "-B", folder,
-            f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_C_COMPILER={CC}", f"-DCMAKE_CXX_COMPILER={CXX}")
-        run(cached("CMAKE_COMMAND"), "--build", folder)
+        output(cached("CMAKE_COMMAND"), "-G", "Ninja", "-S", self.template, "-B", folder,
+               f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_C_COMPILER={CC}", f"-DCMAKE_CXX_COMPILER={CXX}")
+        output(cached("CMAKE_COMMAND"), "--build", folder)
         self.assertEqual(plugins(folder / "MyView.bundle"), [self.my_view()])
         self.assertTrue((folder / "MyView.bundle/icon@2x.png").exists())
 
     def test_the_template_builds_with_pkg_config(self):
         folder = self.scratch() / "copy"
         shutil.copytree(self.template, folder)
-        run("make", f"CXX={CXX}", folder=folder, PKG_CONFIG_PATH=self.pkgconfig)
+        output("make", f"CXX={CXX}", folder=folder, PKG_CONFIG_PATH=self.pkgconfig)
         self.assertEqual(plugins(folder / "MyView.bundle"), [self.my_view()])
 
     @staticmethod
@@ -116,8 +104,8 @@ class Kit(unittest.TestCase):
     def test_a_plug_in_in_c_needs_the_c_compiler_only(self):
         bundle = self.scratch() / "ClockView.bundle"
         bundle.mkdir()
-        run(CC, "-std=c11", *WARNINGS, "-shared", *self.flags("--cflags"), SOURCE / "plugins/Clock/ClockView.c",
-            "-o", bundle / "MyView")
+        output(CC, "-std=c11", *WARNINGS, "-shared", *self.flags("--cflags"), SOURCE / "plugins/Clock/ClockView.c",
+               "-o", bundle / "MyView")
         text = (self.template / "Info.plist").read_text()
         (bundle / "Info.plist").write_text(
             text.replace("<string>MyView</string>\n</dict>", "<string>ClockView</string>\n</dict>"))
@@ -128,16 +116,16 @@ class Kit(unittest.TestCase):
         (folder / "CMakeLists.txt").write_text(
             "cmake_minimum_required(VERSION 3.20)\nproject(Clock LANGUAGES C)\nfind_package(LumoraKit REQUIRED)\n"
             f"lumora_add_plugin(ClockView SOURCES {SOURCE}/plugins/Clock/ClockView.c IDENTIFIER com.example.clock)\n")
-        run(cached("CMAKE_COMMAND"), "-G", "Ninja", "-S", folder, "-B", folder / "build",
-            f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_C_COMPILER={CC}")
-        run(cached("CMAKE_COMMAND"), "--build", folder / "build")
+        output(cached("CMAKE_COMMAND"), "-G", "Ninja", "-S", folder, "-B", folder / "build",
+               f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_C_COMPILER={CC}")
+        output(cached("CMAKE_COMMAND"), "--build", folder / "build")
         self.assertEqual([entry.get("name") for entry in plugins(folder / "build/ClockView.bundle")], ["Clock"])
 
     def test_the_libraries_have_names_to_stand_on(self):
         for library in ("kit", "platform"):
             file = next(self.prefix.rglob(f"liblumora-{library}.so"))
-            self.assertRegex(run("readelf", "-d", file), rf"SONAME.*liblumora-{library}\.so\.2\]")
-        self.assertNotIn(str(BUILD), run("readelf", "-d", next(self.prefix.rglob("liblumora-kit.so"))))
+            self.assertRegex(output("readelf", "-d", file), rf"SONAME.*liblumora-{library}\.so\.2\]")
+        self.assertNotIn(str(BUILD), output("readelf", "-d", next(self.prefix.rglob("liblumora-kit.so"))))
 
     def test_a_page_of_another_compiler_is_not_used_and_lumoractl_says_why(self):
         folder = self.scratch() / "copy"
@@ -146,7 +134,7 @@ class Kit(unittest.TestCase):
         text = (folder / "MyView.cpp").read_text()
         (folder / "MyView.cpp").write_text(text.replace(
             "namespace {\n", '#undef LUMORA_KIT_COMPILER\n#define LUMORA_KIT_COMPILER "gcc 7"\nnamespace {\n', 1))
-        run("make", f"CXX={CXX}", folder=folder, PKG_CONFIG_PATH=self.pkgconfig)
+        output("make", f"CXX={CXX}", folder=folder, PKG_CONFIG_PATH=self.pkgconfig)
         [told] = plugins(folder / "MyView.bundle")
         self.assertFalse(told["settings"])
         self.assertRegex(told["why"], r"^it was made with kit 2, gcc 7, .* on a kit of another make and does not fit kit 2, ")
@@ -156,7 +144,7 @@ class Kit(unittest.TestCase):
         source.write_text("#include <lumora/SettingsController.h>\n"
                           "auto use = lumora::PreferenceHelperAdditions::addIcon;\n")
         with self.assertRaises(AssertionError):
-            run(CXX, "-std=c++20", "-fsyntax-only", f"-I{self.include}", source)
+            output(CXX, "-std=c++20", "-fsyntax-only", f"-I{self.include}", source)
 
 
 if __name__ == "__main__":
