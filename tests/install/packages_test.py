@@ -3,12 +3,14 @@
 
     tests/install/packages_test.py BUILD [-v]
 
-Needs root, for a root of its own, and the package mirror that this machine uses. Without them it says so and ends with
-77. The bare Debian and what was downloaded for it are kept under BUILD/tests/install.
+To install them it needs root, for a root of its own, and the package mirror that this machine uses. Without them it
+says so and, if all else passed, ends with 77. The bare Debian and what was downloaded for it are kept under
+BUILD/tests/install.
 """
 import contextlib
 import json
 import os
+import platform
 import re
 import shutil
 import signal
@@ -20,29 +22,21 @@ import urllib.error
 import urllib.request
 from pathlib import Path
 
-BUILD = Path(sys.argv.pop(1)).resolve()
-SOURCE = Path(__file__).resolve().parents[2]
-KEPT = BUILD / "tests/install"
+from build import BUILD, SOURCE, output
+
+KEPT = BUILD / "tests/install/debian"
 PACKAGES = {"liblumora-dev", "liblumora2", "lumora-samples", "lumora-settings", "lumora-tweak", "lumoractl"}
 PERSON = 1000
 PERSONAL = {"HOME": "/home/person", "XDG_RUNTIME_DIR": "/home/person"}
 
 
-def output(*command, **options):
-    """What a program that must succeed writes, errors included."""
-    done = subprocess.run([str(word) for word in command], text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                          check=False, **options)
-    if done.returncode != 0:
-        raise AssertionError(f"{' '.join(map(str, command))}\n{done.stdout[-4000:]}")
-    return done.stdout
-
-
 def make_packages():
-    """The packages, by name; as anybody makes them, but for the compiler, which takes several files at a time."""
+    """The packages, by name; as anybody makes them, even one who lets nobody look at his files, but for the compiler,
+    which takes several files at a time."""
     made = SOURCE / "build/package/packages"
     shutil.rmtree(made, ignore_errors=True)
-    output("cmake", "--preset", "package", "-DCMAKE_UNITY_BUILD=ON", cwd=SOURCE)
-    output("cmake", "--build", "--preset", "package", "--parallel", "2", cwd=SOURCE)
+    output("cmake", "--preset", "package", "-DCMAKE_UNITY_BUILD=ON", folder=SOURCE)
+    output("cmake", "--build", "--preset", "package", "--parallel", "2", folder=SOURCE, umask=0o077)
     return {file.name.split("_")[0]: file for file in made.glob("*.deb")}
 
 
@@ -50,6 +44,21 @@ def package_sources():
     """Where this machine has Debian from, as lines for a sources.list."""
     return sorted(set(output("apt-get", "indextargets", "--format", "deb $(SITE) $(RELEASE) $(COMPONENT)",
                              "Created-By: Packages", "Origin: Debian").split("\n")[:-1]))
+
+
+def own_source():
+    """The mirror and the release that this machine is of; nothing if it has no such mirror."""
+    release = platform.freedesktop_os_release().get("VERSION_CODENAME")
+    found = (line.split()[1:3] for line in package_sources())
+    return next(((mirror, name) for mirror, name in found if name == release), None)
+
+
+def remove(folder):
+    """Removes a folder with all that is in it, but nothing that is mounted there."""
+    mounted = [line.split()[4] for line in Path("/proc/self/mountinfo").read_text().splitlines()]
+    if inside := [path for path in mounted if Path(path).is_relative_to(Path(folder).resolve())]:
+        raise RuntimeError(f"{folder} stays: {', '.join(inside)} is mounted in it")
+    shutil.rmtree(folder, ignore_errors=True)
 
 
 def missing():
@@ -61,10 +70,9 @@ def missing():
             return f"there is no {tool}"
     if subprocess.run(["unshare", "--mount", "--pid", "--fork", "true"], capture_output=True, check=False).returncode:
         return "mounts of its own are not permitted"
-    sources = package_sources()
-    if not sources:
-        return "apt knows no mirror of Debian"
-    mirror, release = sources[0].split()[1:3]
+    if not (source := own_source()):
+        return "apt knows no mirror of the Debian that this machine has"
+    mirror, release = source
     try:
         urllib.request.urlopen(f"{mirror}/dists/{release}/Release", timeout=30).close()
     except (urllib.error.URLError, OSError) as error:
@@ -77,14 +85,7 @@ class Debian:
 
     def __init__(self, folder):
         self.root = folder
-        base = KEPT / "base"
-        if not base.exists():
-            fresh = KEPT / "base.new"
-            shutil.rmtree(fresh, ignore_errors=True)
-            mirror, release = package_sources()[0].split()[1:3]
-            output("debootstrap", "--variant=minbase", "--include=ca-certificates", release, fresh, mirror)
-            fresh.rename(base)
-        output("cp", "-a", "--reflink=auto", f"{base}/.", self.root)
+        output("cp", "-a", "--reflink=auto", f"{self.base()}/.", self.root)
         (self.root / "etc/apt/sources.list").write_text("\n".join(package_sources()) + "\n")
         shutil.copy("/etc/resolv.conf", self.root / "etc/resolv.conf")
         self.archives = KEPT / "archives"
@@ -92,6 +93,24 @@ class Debian:
         for file in self.archives.glob("*.deb"):
             shutil.copy(file, self.root / "var/cache/apt/archives")
         self.run("apt-get", "update")
+
+    @staticmethod
+    def base():
+        """A bare Debian from where this machine has its own; kept until that changes."""
+        base, made_of = KEPT / "base", "\n".join(package_sources())
+        marked = KEPT / "base.sources"
+        if base.exists() and marked.exists() and marked.read_text() == made_of:
+            return base
+        fresh = KEPT / "base.new"
+        for old in (base, fresh):
+            remove(old)
+        mirror, release = own_source()
+        # What it mounts is gone with it, however it ends.
+        output("unshare", "--mount", "--pid", "--fork", "--kill-child",
+               "debootstrap", "--variant=minbase", "--include=ca-certificates", release, fresh, mirror)
+        fresh.rename(base)
+        marked.write_text(made_of)
+        return base
 
     def command(self, *words, user=0):
         return ["unshare", "--mount", "--pid", "--fork", "--kill-child", f"--mount-proc={self.root}/proc", "chroot",
@@ -102,15 +121,15 @@ class Debian:
         return {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C.UTF-8", "DEBIAN_FRONTEND": "noninteractive",
                 **more}
 
-    def run(self, *words):
-        return output(*self.command(*words), env=self.environment())
-
-    def run_as_person(self, *words):
-        done = subprocess.run(self.command(*words, user=PERSON), env=self.environment(**PERSONAL), text=True,
+    def run(self, *words, user=0, **environment):
+        done = subprocess.run(self.command(*words, user=user), env=self.environment(**environment), text=True,
                               capture_output=True, check=False)
         if done.returncode != 0:
-            raise AssertionError(f"{' '.join(words)}\n{done.stderr}")
+            raise AssertionError(f"{' '.join(words)}\n{done.stdout[-4000:]}\n{done.stderr[-4000:]}")
         return done.stdout
+
+    def run_as_person(self, *words):
+        return self.run(*words, user=PERSON, **PERSONAL)
 
     def install(self, *packages):
         self.run("apt-get", "install", "-y", "--no-install-recommends", *packages)
@@ -125,8 +144,11 @@ class Packages(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.packages = make_packages()
+        # In there are programs that run as root whoever starts them: nobody else can get at them.
+        KEPT.mkdir(mode=0o700, parents=True, exist_ok=True)
+        KEPT.chmod(0o700)
         cls.folder = Path(tempfile.mkdtemp(prefix="lumora-packages-", dir=KEPT))
-        cls.addClassCleanup(shutil.rmtree, cls.folder, ignore_errors=True)
+        cls.addClassCleanup(remove, cls.folder)
         for name, file in cls.packages.items():
             output("dpkg-deb", "-x", file, cls.folder / name)
 
@@ -170,8 +192,19 @@ class Packages(unittest.TestCase):
         for file in self.files():
             self.assertFalse(str(SOURCE).encode() in file.read_bytes(), file)
 
+    def test_their_folders_and_files_are_readable_by_all_and_written_by_root(self):
+        for package, file in self.packages.items():
+            for line in output("dpkg-deb", "-c", file).splitlines():
+                mode, owner = line.split()[:2]
+                self.assertIn(mode, ("drwxr-xr-x", "-rwxr-xr-x", "-rw-r--r--", "lrwxrwxrwx"), f"{package}: {line}")
+                self.assertEqual(owner, "root/root", f"{package}: {line}")
+
+    def test_debians_own_checker_has_nothing_to_say(self):
+        self.assertEqual(output("lintian", "--allow-root", *self.packages.values()), "")
+
     # -- what becomes of them --
 
+    @unittest.skipIf(why_not := missing(), why_not)
     def test_they_are_installed_used_and_purged(self):
         debian = Debian(Path(tempfile.mkdtemp(prefix="debian-", dir=self.folder)))
         debian.root.chmod(0o755)
@@ -180,8 +213,12 @@ class Packages(unittest.TestCase):
         brought.mkdir()
         for file in self.packages.values():
             shutil.copy(file, brought)
+        # Only a tool at first: it finds what is installed without the application.
+        few = ("lumoractl", "lumora-samples", "liblumora2")
+        debian.install(*(f"/root/packages/{self.packages[name].name}" for name in few))
+        self.assert_samples_are_found(debian)
         debian.install(*(f"/root/packages/{file.name}" for file in self.packages.values()))
-        shutil.rmtree(brought)
+        remove(brought)
         self.assertTrue(self.started_at_login(debian))
 
         self.assert_programs_work(debian)
@@ -245,12 +282,19 @@ class Packages(unittest.TestCase):
         plugins = json.loads(debian.run_as_person("lumoractl", "plugins", "--json", f"{folder}/MyView.bundle"))
         self.assertEqual([(plugin["name"], plugin["settings"]) for plugin in plugins], [("My View", True)])
         self.assertNotIn("RUNPATH", debian.run("readelf", "-d", f"{folder}/MyView.bundle/MyView"))
+        self.assert_samples_are_found(debian)
+
+        debian.install("cmake")
+        debian.run_as_person("cmake", "-S", folder, "-B", f"{folder}/build")
+        debian.run_as_person("cmake", "--build", f"{folder}/build")
+        plugins = json.loads(debian.run_as_person("lumoractl", "plugins", "--json", f"{folder}/build/MyView.bundle"))
+        self.assertEqual([(plugin["name"], plugin["settings"]) for plugin in plugins], [("My View", True)])
+
+    def assert_samples_are_found(self, debian):
         plugins = json.loads(debian.run_as_person("lumoractl", "plugins", "--json"))
         self.assertEqual(sorted(plugin["name"] for plugin in plugins), ["Clock", "Music", "Notes", "Weather"])
 
 
 if __name__ == "__main__":
-    if why := missing():
-        print(f"skipped: {why}")
-        sys.exit(77)
-    unittest.main()
+    result = unittest.main(exit=False).result
+    sys.exit(1 if not result.wasSuccessful() else 77 if result.skipped else 0)
