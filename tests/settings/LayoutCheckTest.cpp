@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -27,9 +28,10 @@ class LayoutCheck : public testing::Test {
         static int count = 1;
         static char name[] = "layout_check";
         static char* arguments[] = {name, nullptr};
-        static QGuiApplication application(count, arguments);
+        application = new QGuiApplication(count, arguments);
         QAccessible::setActive(true);
     }
+    static void TearDownTestSuite() { delete std::exchange(application, nullptr); } // before what it stands on goes
 
     std::vector<std::string> faultsOf(const char* contents) {
         QQmlComponent component(&engine_);
@@ -55,6 +57,7 @@ class LayoutCheck : public testing::Test {
     }
 
     QQmlEngine engine_;
+    static inline QGuiApplication* application = nullptr;
 };
 
 TEST_F(LayoutCheck, SaysNothingOfTextsThatHaveRoom) {

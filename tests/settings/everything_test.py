@@ -181,11 +181,11 @@ class EverythingTest(Everything):
     def use_options(self, window, row, way):
         """Opens the list, chooses each option and goes back."""
         self.press(window, self.control(row), way)
-        self.expect_page(window, row.name, Control(BUTTON, row.titles[0], ""))
-        shown = [control for control, _ in self.items(window) if control.role == BUTTON]
-        self.assertEqual(shown, [Control(BUTTON, title, "") for title in row.titles])
+        self.expect_page(window, row.name, Control(OPTION, row.titles[0], ""))
+        shown = [control for control, _ in self.items(window) if control.role == OPTION]
+        self.assertEqual(shown, [Control(OPTION, title, "") for title in row.titles])
         for title, value in zip(row.titles, row.values):
-            self.press(window, Control(BUTTON, title, ""), way)
+            self.press(window, Control(OPTION, title, ""), way)
             self.expect_stored(row.key, value)
             eventually(lambda: self.marked(window) == [title], f"the mark of {title}")
             self.used.setdefault((self.position(row), title), set()).add(way)

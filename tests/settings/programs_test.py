@@ -9,11 +9,9 @@ import resource
 import struct
 import subprocess
 import sys
-import tempfile
-import threading
 import unittest
 
-from window import HEIGHT, LONG_ENOUGH, ROOT, WIDTH, Lines, Programs, eventually, program
+from window import LONG_ENOUGH, ROOT, WIDTH, Programs, eventually, program
 
 
 class ProgramsTest(Programs):

@@ -3,8 +3,8 @@
 
     strange_test.py [-v] Few|Values|Texts BINARIES DEVICE_ROOT
 
-A program looks at the pages, at two widths and several text sizes: layout_tour. Its pictures of them are left in
-$LUMORA_TEST_PICTURES, if that is set. Needs fc-list and the fonts that are named here.
+A program looks at the pages, in several sizes of the window and of texts: layout_tour. Its pictures of those that it
+complains of are left in $LUMORA_TEST_PICTURES, if that is set. Needs fc-list and the fonts that are named here.
 """
 import glob
 import os
@@ -73,7 +73,7 @@ FONTS = ["opentype/inter/*.otf", "truetype/dejavu/DejaVuSans.ttf", "truetype/dej
          "truetype/noto/NotoColorEmoji.ttf", "truetype/tibetan/DDC_Uchen.ttf", "truetype/tlwg/Loma.ttf",
          "truetype/tlwg/Loma-Bold.ttf"]
 # The pages that the documentation has pictures of are all there are.
-PAGES = {re.sub(r"-\d+-(light|dark).*", "", name) for name in os.listdir(os.path.join(HERE, "../../docs/pictures"))}
+PAGES = {re.sub(r"(-end)?-\d+-(light|dark).*", "", name) for name in os.listdir(os.path.join(HERE, "../../docs/pictures"))}
 
 
 def settings(**changes):
