@@ -36,7 +36,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # It takes every file but the first for a header, in which unnamed namespaces would be a mistake.
-  target_compile_options(lumora_flags INTERFACE -Wno-subobject-linkage)
+  target_compile_options(lumora_flags INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
 endif()
 if(LUMORA_SANITIZE)
   add_compile_options(-fsanitize=${LUMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
