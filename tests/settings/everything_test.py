@@ -17,13 +17,13 @@ import pyatspi
 
 from everything import WAYS, Control, Everything
 from everything_pages import CELLS, PAGES, VIEWS
+from spoken import OPTION
 from window import eventually
 
 ROLES = {"switch": pyatspi.ROLE_CHECK_BOX, "slider": pyatspi.ROLE_SLIDER, "field": pyatspi.ROLE_TEXT,
          "secure": pyatspi.ROLE_TEXT, "text": pyatspi.ROLE_LABEL}
 HEADING, LABEL = pyatspi.ROLE_HEADING, pyatspi.ROLE_LABEL
 BUTTON = pyatspi.ROLE_PUSH_BUTTON  # which is what the toolkit makes of links, too
-OPTION = pyatspi.ROLE_RADIO_BUTTON
 
 
 class EverythingTest(Everything):

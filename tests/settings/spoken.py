@@ -11,9 +11,10 @@ from gi.repository import Atspi, GLib
 
 from window import Programs, eventually, program
 
-# What the toolkit makes of a switch, and of a link.
+# What the toolkit makes of a switch, of a link, and of an option in a list of them.
 SWITCH = pyatspi.ROLE_CHECK_BOX
 LINK = pyatspi.ROLE_PUSH_BUTTON
+OPTION = pyatspi.ROLE_RADIO_BUTTON
 
 
 class Spoken(Programs):

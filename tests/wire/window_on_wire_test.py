@@ -19,7 +19,7 @@ import pyatspi
 
 import forms
 from client import Client
-from spoken import LINK, SWITCH, Spoken
+from spoken import LINK, OPTION, SWITCH, Spoken
 from tweak import Tweak
 from window import LONG_ENOUGH, Programs, eventually
 
@@ -141,7 +141,7 @@ class ChangesTest(Spoken):
     def test_option_arrives_as_an_integer(self):
         window, link = self.open("AppsController", LINK, "Apps Per Row")
         self.act(link, "Press")
-        self.act(self.shown(window, LINK, "3"), "Press")
+        self.act(self.shown(window, OPTION, "3"), "Press")
         self.expect_stored("kAppsPerRow", 3)
 
     def test_moved_row_arrives_as_a_list_of_texts(self):
