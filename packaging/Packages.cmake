@@ -1,7 +1,7 @@
 # Debian packages: cmake --preset package, then cmake --build --preset package.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME lumora)
-set(CPACK_PACKAGE_CONTACT "Seed 4d9c3db2 maintainers <maintainers@users.noreply.c-seed-4d9c3db2.example>")
+set(CPACK_PACKAGE_CONTACT "The Lumora maintainers <support@nevo.example>")
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
