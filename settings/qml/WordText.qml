@@ -26,6 +26,6 @@ Text {
     FontMetrics {
         id: metrics
 
-        font { family: Qt.application.font.family; weight: root.weight; pixelSize: root.largestSize }
+        font { family: Application.font.family; weight: root.weight; pixelSize: root.largestSize }
     }
 }
