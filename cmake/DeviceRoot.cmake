@@ -5,8 +5,8 @@ set(LUMORA_PLUGINS ${LUMORA_DEVICE_ROOT}/Library/Nevo/Lumora/Plugins)
 file(MAKE_DIRECTORY ${LUMORA_DEVICE_ROOT}/var/mobile/Library/Preferences)
 
 # An installation has one, too. Programs look for it from their own folder, so that it may lie under any prefix.
-set(LUMORA_INSTALLED_ROOT ${CMAKE_INSTALL_LIBDIR}/lumora/root)
-file(RELATIVE_PATH LUMORA_ROOT_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/lumora/root)
+set(LUMORA_INSTALLED_ROOT ${CMAKE_INSTALL_LIBDIR}/lumora/device)
+file(RELATIVE_PATH LUMORA_ROOT_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/lumora/device)
 
 # Everything that stands in the device root; whoever opens the Settings application builds this beside it.
 add_custom_target(device_root)

@@ -209,15 +209,15 @@ class Packages(unittest.TestCase):
         debian = Debian(Path(tempfile.mkdtemp(prefix="debian-", dir=self.folder)))
         debian.root.chmod(0o755)
         debian.run("useradd", "--create-home", f"--uid={PERSON}", "person")
-        brought = debian.root / "root/packages"
+        brought = debian.root / "srv/packages"
         brought.mkdir()
         for file in self.packages.values():
             shutil.copy(file, brought)
         # Only a tool at first: it finds what is installed without the application.
         few = ("lumoractl", "lumora-samples", "liblumora2")
-        debian.install(*(f"/root/packages/{self.packages[name].name}" for name in few))
+        debian.install(*(f"/srv/packages/{self.packages[name].name}" for name in few))
         self.assert_samples_are_found(debian)
-        debian.install(*(f"/root/packages/{file.name}" for file in self.packages.values()))
+        debian.install(*(f"/srv/packages/{file.name}" for file in self.packages.values()))
         remove(brought)
         self.assertTrue(self.started_at_login(debian))
 
