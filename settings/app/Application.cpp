@@ -70,13 +70,15 @@ int runApplication(int argc, char** argv, const Options& asked) {
     const bool picturesOnly = options.grab || options.tour;
     prepareEnvironment(picturesOnly);
 
-    QGuiApplication application(argc, argv);
+    // None of these is destroyed: the process ends without it, the main thread reports to the shell until then, and Qt
+    // now and then waits for ever for the thread that draws a window when it destroys the window.
+    new QGuiApplication(argc, argv);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Settings"));
     QGuiApplication::setDesktopFileName(QStringLiteral("lumora-settings"));
     QGuiApplication::setQuitOnLastWindowClosed(false); // Shell::leave() ends the process
     QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
 
-    auto& shell = *new Shell; // never destroyed, as the main thread reports to it
+    auto& shell = *new Shell;
     shell.setDark(options.dark.value_or(false));
     shell.setTextSize(options.textSize.value_or(100));
     if (!picturesOnly && !(options.dark && options.textSize)) followDesktop(shell, options);
@@ -87,7 +89,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
                      QCoreApplication::exit(complain(why));
                  });
 
-    QQmlApplicationEngine engine;
+    auto& engine = *new QQmlApplicationEngine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)},
                                  {QStringLiteral("width"), options.size.width},
