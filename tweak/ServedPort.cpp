@@ -3,6 +3,7 @@
 #include "link/Notify.h"
 
 #include "platform/messaging/CFMessagePort.h"
+#include "platform/messaging/PortAddress.h"
 
 #include <chrono>
 #include <thread>
@@ -12,6 +13,7 @@ using platform::CFMessagePortCreateRemote;
 using platform::CFMessagePortSendRequest;
 using platform::CFRunLoopRef;
 using platform::Data;
+using platform::PortAddress;
 using platform::Result;
 using std::chrono::steady_clock;
 
@@ -45,6 +47,15 @@ class ServingLoop {
 
 Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, Answer answer) {
     using Opened = Result<std::unique_ptr<ServedPort>>;
+    const std::string fullName = "com.nevo.lumora/" + name;
+    const std::string path = (platform::portsFolder() / fullName).string();
+    // What port() would keep to itself.
+    const auto address = PortAddress::ofName(fullName);
+    if (!address) return Opened::failure("cannot open the port " + path + ": its path is too long for a socket");
+    if (!address->makeFolders())
+        return Opened::failure("cannot open the port " + path +
+                               ": its folder cannot be made, or is not a folder of yours alone");
+
     const auto serving = std::make_shared<ServingLoop>();
     port(name,
          [serving, answer = std::move(answer)](CFMessagePort&, std::int32_t messageId,
@@ -54,8 +65,6 @@ Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, An
              return std::nullopt;
          });
 
-    const std::string fullName = "com.nevo.lumora/" + name;
-    const std::string path = (platform::portsFolder() / fullName).string();
     const auto remote = CFMessagePortCreateRemote(fullName);
     const auto deadline = steady_clock::now() + kOpeningTimeout;
     auto result = platform::kCFMessagePortIsInvalid;
@@ -67,7 +76,8 @@ Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, An
     }
     if (result == platform::kCFMessagePortSendTimeout || result == platform::kCFMessagePortReceiveTimeout)
         return Opened::failure("another tweak holds the port " + path + " and does not answer");
-    return Opened::failure("cannot open the port " + path + ": is the folder yours alone, and its path short enough?");
+    return Opened::failure("cannot open the port " + path +
+                           ": something stands in the way of its socket or its lock file");
 }
 
 ServedPort::ServedPort(CFRunLoopRef loop) : loop_(std::move(loop)) {

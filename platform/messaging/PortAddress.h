@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <optional>
 #include <string>
 #include <sys/socket.h>
@@ -8,7 +10,7 @@
 namespace platform {
 
 /// Where the port of a name lives: the path of its socket, known to fit a socket address. Any thread.
-class PortAddress {
+class PLATFORM_EXPORT PortAddress {
   public:
     /// Nothing for a name that makes no path below the ports folder: an empty, "." or ".." component, a NUL, or more
     /// bytes than a socket address holds.

@@ -289,6 +289,7 @@ TEST_F(TweakProgram, SaysThatThePortsFolderCannotBeUsed) {
     const Finished tweak = run(command({}));
     EXPECT_EQ(tweak.status, 1);
     EXPECT_THAT(tweak.errors, HasSubstr("port " + sandbox.ports().string()));
+    EXPECT_THAT(tweak.errors, HasSubstr("its folder cannot be made, or is not a folder of yours alone"));
 }
 
 TEST_F(TweakProgram, StartsWithDefaultsBesideAnUnreadableFile) {

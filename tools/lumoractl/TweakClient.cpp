@@ -2,6 +2,7 @@
 
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/CFMessagePort.h"
+#include "platform/messaging/PortAddress.h"
 
 using platform::CFMessagePortCreateRemote;
 using platform::CFMessagePortResult;
@@ -37,11 +38,12 @@ std::string explain(CFMessagePortResult result, const std::string& port) {
 
 Result<Reply> exchange(const std::string& message, const std::optional<Data>& body) {
     const std::string name = "com.nevo.lumora/" + message;
+    const std::string path = (platform::portsFolder() / name).string();
+    if (!platform::PortAddress::ofName(name)) return Result<Reply>::failure(path + " is too long for a socket's path");
     Reply reply;
     const CFMessagePortResult result =
         CFMessagePortSendRequest(*CFMessagePortCreateRemote(name), 0, body, kTimeout, kTimeout, &reply);
-    if (result != platform::kCFMessagePortSuccess)
-        return Result<Reply>::failure(explain(result, (platform::portsFolder() / name).string()));
+    if (result != platform::kCFMessagePortSuccess) return Result<Reply>::failure(explain(result, path));
     return reply;
 }
 
