@@ -2,6 +2,7 @@
 
 A program that imports this is called with the folder of programs and the device root as its last arguments.
 """
+import contextlib
 import os
 import shutil
 import subprocess
@@ -19,6 +20,15 @@ from window import LONG_ENOUGH, ROOT, Lines, eventually, program
 
 def descriptors(process):
     return len(os.listdir(f"/proc/{process.pid}/fd"))
+
+
+def sockets(process):
+    """How many it has, connected or not."""
+    found = 0
+    for number in os.listdir(f"/proc/{process.pid}/fd"):
+        with contextlib.suppress(FileNotFoundError):
+            found += os.readlink(f"/proc/{process.pid}/fd/{number}").startswith("socket:")
+    return found
 
 
 def threads(process):

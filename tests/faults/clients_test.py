@@ -6,6 +6,7 @@
 The bundle must keep silent about each of them, and lumoractl must say what happened. Whatever happened, nothing stays
 behind, and the next message to a tweak that is as it should be works.
 """
+import concurrent.futures
 import os
 import random
 import signal
@@ -64,13 +65,12 @@ class LumoractlTest(Case):
         self.assertEqual((listed.returncode, listed.stdout, listed.stderr), (0, "30\n", ""))
 
     def test_says_what_happened_in_place_of_an_answer(self):
-        with FaultyTweak(self.ports, silent) as tweak:
+        with FaultyTweak(self.ports, silent) as tweak, concurrent.futures.ThreadPoolExecutor(2) as pool:
             for called, (fault, why) in NO_REPLIES.items():
                 with self.subTest(called):
                     tweak.fault = fault
-                    # A message that nobody reads is one that breaks: whether while it is written or later is chance.
-                    self.expect_failure(self.lumoractl("list"), why)
-                    self.expect_failure(self.lumoractl("set", "kSleepTime", "30"), why)
+                    for result in pool.map(lambda words: self.lumoractl(*words), (["list"], ["set", "kSleepTime", "30"])):
+                        self.expect_failure(result, why)
             self.expect_sound(tweak)
 
     def test_says_what_is_wrong_with_an_answer_and_takes_any_frame_for_a_change_that_was_taken(self):
@@ -98,7 +98,7 @@ class LumoractlTest(Case):
             for end in range(len(SMALL)):
                 tweak.fault = answering(SMALL[:end])
                 self.expect_failure(self.lumoractl("list"), GONE)
-            self.assertEqual(tweak.requests(wire.REQUEST_SETTINGS), len(SMALL), "none is asked for again")
+            self.assertEqual(tweak.visits(wire.REQUEST_SETTINGS), len(SMALL), "none is asked for again")
             self.expect_sound(tweak)
 
     def test_says_that_a_tweak_is_not_free(self):
@@ -179,7 +179,7 @@ class BundleTest(Case):
                 for end in positions:
                     tweak.fault = answering(reply[:end])
                     self.assertEqual(self.replies(), 0, end)
-            self.assertEqual(tweak.requests(wire.REQUEST_SETTINGS), len(SMALL) + len(ends), "no second try")
+            self.assertEqual(tweak.visits(wire.REQUEST_SETTINGS), len(SMALL) + len(ends), "no second try")
             tweak.fault = sound
             self.expect_sound()
 

@@ -40,9 +40,7 @@ class Client:
         self._tweak, self.name, self.connection = tweak, name, connection
 
     def take_request(self):
-        _, body = wire.read_frame(self.connection.recv)
-        self._tweak.took(self.name)
-        return body
+        return wire.read_frame(self.connection.recv)[1]
 
     def pause(self, seconds):
         """Does nothing for a while; False if the tweak or the client ends meanwhile."""
@@ -100,7 +98,7 @@ class FaultyTweak:
 
     def __init__(self, folder, fault):
         self.fault, self._folder = fault, folder
-        self._guard, self._taken = threading.Lock(), []
+        self._guard, self._visited = threading.Lock(), []
         self._threads, self._listeners = [], []
 
     def __enter__(self):
@@ -118,14 +116,10 @@ class FaultyTweak:
             listener.close()
         os.close(self.over)
 
-    def took(self, name):
+    def visits(self, name):
+        """How many clients have come to a port. Those of the programs come anew for each message."""
         with self._guard:
-            self._taken.append(name)
-
-    def requests(self, name):
-        """How many whole requests have come to a port."""
-        with self._guard:
-            return self._taken.count(name)
+            return self._visited.count(name)
 
     def _run(self, work, *arguments):
         thread = threading.Thread(target=work, args=arguments)
@@ -136,6 +130,8 @@ class FaultyTweak:
     def _accept(self, name, listener):
         while self.over not in select.select([self.over, listener], [], [])[0]:
             connection, _ = listener.accept()
+            with self._guard:
+                self._visited.append(name)
             self._run(self._serve, name, connection)
 
     def _serve(self, name, connection):

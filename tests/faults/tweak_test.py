@@ -1,0 +1,177 @@
+#!/usr/bin/env python3
+"""Clients that fail in every way, and lumora-tweak, which must lose nothing, keep nothing of them and serve the others.
+
+    tweak_test.py [-v] BINARIES DEVICE_ROOT
+"""
+import contextlib
+import os
+import plistlib
+import random
+import re
+import socket
+import sys
+import unittest
+
+from case import LONG_ENOUGH, Case, sockets, threads
+import wire
+
+CHANGE = wire.frame(wire.archive({"object": {"key": "kLSDateSubtitle", "object": "changed"}}))
+MEBIBYTE = 1 << 20
+
+
+def memory(process, what="VmRSS"):
+    """In bytes; VmHWM is the most that it ever was."""
+    with open(f"/proc/{process.pid}/status", encoding="ascii") as file:
+        return int(re.search(rf"^{what}:\s+(\d+) kB$", file.read(), re.MULTILINE).group(1)) << 10
+
+
+class TweakTest(Case):
+    def setUp(self):
+        super().setUp()
+        self.tweak = self.start_tweak()
+        self.assertIsNone(self.client.set("kSleepTime", 15))
+        self.threads = threads(self.tweak)
+
+    def connected(self, name=wire.UPDATE_SETTINGS):
+        connection = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
+        self.addCleanup(connection.close)
+        connection.settimeout(LONG_ENOUGH)
+        connection.connect(wire.socket_path(self.ports, name))
+        return connection
+
+    def stored(self):
+        with open(self.settings_file, "rb") as file:
+            return plistlib.load(file)
+
+    def expect_sound(self, said=""):
+        """That nothing was lost or is left of the clients before, and that the next one is served."""
+        self.expect_soon(lambda: sockets(self.tweak), 2)  # those of its ports
+        self.assertLessEqual(threads(self.tweak), self.threads)
+        self.assertEqual(self.stored(), {"kSleepTime": 15})
+        self.assertEqual(self.client.settings()["kSleepTime"], 15)
+        self.assertIsNone(self.client.set("kSleepTime", 60))
+        self.assertEqual(self.stored(), {"kSleepTime": 60})
+        self.assertEqual(self.tweak.errors.text, said)
+
+    def test_takes_nothing_from_a_client_that_goes_away_at_any_byte(self):
+        for end in range(len(CHANGE)):
+            with contextlib.closing(self.connected()) as connection:
+                connection.sendall(CHANGE[:end])
+        self.expect_sound()
+
+    def test_takes_nothing_from_a_client_that_resets_the_connection_or_sends_half_and_waits(self):
+        waiting = [self.connected() for _ in range(50)]
+        for number, connection in enumerate(waiting):
+            connection.sendall(CHANGE[:number * len(CHANGE) // len(waiting)])
+        self.assertEqual(self.client.settings()["kSleepTime"], 15, "others are served meanwhile")
+        for connection in waiting:
+            connection.shutdown(socket.SHUT_WR)
+            self.assertEqual(connection.recv(1), b"", "closed without an answer")
+            connection.close()
+        self.expect_sound()
+
+    def test_takes_a_change_that_drips_and_answers_it(self):
+        connection = self.connected()
+        for byte in CHANGE:
+            self.assertNotIn("kLSDateSubtitle", self.stored())
+            connection.sendall(bytes([byte]))
+        self.assertEqual(wire.read_frame(connection.recv), (0, None))
+        self.assertEqual(self.stored()["kLSDateSubtitle"], "changed")
+
+    def test_takes_a_change_from_a_client_that_does_not_wait_for_the_answer(self):
+        connection = self.connected()
+        connection.sendall(CHANGE)
+        connection.close()
+        self.expect_soon(lambda: self.stored().get("kLSDateSubtitle"), "changed")
+
+    def test_refuses_the_longest_message_and_serves_others_while_it_comes(self):
+        connection = self.connected()
+        connection.sendall(wire.HEADER.pack(b"LMP1", 0, wire.LONGEST))
+        block = bytes(MEBIBYTE)
+        for sent in range(wire.LONGEST // MEBIBYTE):
+            if sent % 16 == 0:
+                self.assertEqual(self.client.settings()["kSleepTime"], 15)
+            connection.sendall(block)
+        refused = wire.unarchive(wire.read_frame(connection.recv)[1])
+        self.assertIn("the message is no keyed archive", refused["error"])
+        connection.close()
+        self.expect_sound(f"lumora-tweak: updateSettings refused: {refused['error']}\n")
+
+    def test_refuses_a_change_that_would_make_the_settings_longer_than_an_answer(self):
+        connection = self.connected()
+        change = wire.archive({"object": {"key": "org.test.long", "object": bytes(wire.LONGEST - 1000)}})
+        connection.sendall(wire.frame(change))
+        refused = wire.unarchive(wire.read_frame(connection.recv)[1])
+        self.assertIn('"org.test.long" cannot be kept', refused["error"])
+        connection.close()
+        self.expect_sound(f"lumora-tweak: updateSettings refused: {refused['error']}\n")
+
+    def test_hangs_up_on_a_message_of_a_byte_more_without_waiting_for_it(self):
+        connection = self.connected()
+        connection.sendall(wire.HEADER.pack(b"LMP1", 0, wire.LONGEST + 1))
+        self.assertEqual(connection.recv(1), b"")
+        connection.close()
+        self.expect_sound()
+
+    def test_sets_nothing_aside_for_what_is_only_announced(self):
+        announced = [self.connected() for _ in range(100)]
+        for connection in announced:
+            connection.sendall(wire.HEADER.pack(b"LMP1", 0, wire.LONGEST) + b"a few bytes")
+        self.assertEqual(self.client.settings()["kSleepTime"], 15)
+        self.assertLess(memory(self.tweak, "VmHWM"), wire.LONGEST)
+        for connection in announced:
+            connection.close()
+        self.expect_sound()
+
+    def test_stops_reading_from_a_client_that_never_reads(self):
+        greedy = self.connected(wire.REQUEST_SETTINGS)
+        greedy.settimeout(0.5)
+        requests = wire.frame(None) * 10_000
+        sent = 0
+        with self.assertRaises(TimeoutError):
+            while sent < 64 * MEBIBYTE:
+                sent += greedy.send(requests)
+        self.assertLess(sent, 8 * MEBIBYTE)
+        self.assertLess(memory(self.tweak, "VmHWM"), wire.LONGEST)
+        self.assertEqual(self.client.settings()["kSleepTime"], 15)
+        greedy.close()
+        self.expect_sound()
+
+    def test_hangs_up_on_garbage(self):
+        chosen = random.Random(4)
+        for _ in range(300):
+            name = chosen.choice([wire.REQUEST_SETTINGS, wire.UPDATE_SETTINGS])
+            with contextlib.closing(self.connected(name)) as peer:
+                peer.sendall(chosen.randbytes(chosen.randrange(16, 200)))
+                try:
+                    self.assertEqual(peer.recv(1), b"")
+                except ConnectionResetError:
+                    pass  # which is what closing upon unread bytes looks like
+        self.expect_sound()
+
+    def test_refuses_changes_of_any_broken_shape_and_keeps_what_it_has(self):
+        chosen = random.Random(5)
+        connection = self.connected()
+        refused = 0
+        for _ in range(1000):
+            body = bytearray(CHANGE[16:])
+            for _ in range(chosen.randrange(1, 4)):
+                body[chosen.randrange(len(body))] = chosen.randrange(256)
+            connection.sendall(wire.frame(bytes(body)))
+            answer = wire.read_frame(connection.recv)[1]
+            refused += answer is not None and isinstance(wire.unarchive(answer)["error"], str)
+        self.assertGreater(refused, 100)
+        self.assertEqual(self.stored()["kSleepTime"], 15)
+        self.assertEqual(self.client.settings()["kSleepTime"], 15)
+
+    def test_serves_others_beside_hundreds_that_only_connect(self):
+        idle = [self.connected() for _ in range(300)]
+        self.assertIsNone(self.client.set("kSleepTime", 15))
+        self.assertEqual(self.client.settings()["kSleepTime"], 15)
+        for connection in idle:
+            connection.close()
+        self.expect_sound()
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
