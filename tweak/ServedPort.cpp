@@ -77,7 +77,7 @@ Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, An
     if (result == platform::kCFMessagePortSendTimeout || result == platform::kCFMessagePortReceiveTimeout)
         return Opened::failure("another tweak holds the port " + path + " and does not answer");
     return Opened::failure("cannot open the port " + path +
-                           ": something stands in the way of its socket or its lock file");
+                           ": its socket or lock file cannot be used, or no descriptor is left");
 }
 
 ServedPort::ServedPort(CFRunLoopRef loop) : loop_(std::move(loop)) {

@@ -45,11 +45,9 @@ Dictionary fitting(const Dictionary& stored, const std::filesystem::path& path, 
     return fits;
 }
 
-Result<Dictionary> readSettings(const SettingsFile& file) {
-    Result<std::optional<Data>> bytes = file.read();
-    if (!bytes) return Result<Dictionary>::failure(bytes.error());
-    if (!bytes.value()) return Dictionary();
-    const Result<Value> read = platform::readPropertyList(*bytes.value());
+Result<Dictionary> settingsIn(const std::optional<Data>& bytes) {
+    if (!bytes) return Dictionary();
+    const Result<Value> read = platform::readPropertyList(*bytes);
     if (!read) return Result<Dictionary>::failure(read.error());
     const Dictionary* settings = read.value().dictionary();
     if (!settings) {
@@ -74,8 +72,12 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
     if (!opened) return Opened::failure(opened.error());
     std::unique_ptr<SettingsFile> file = std::move(opened).value();
 
+    const Result<std::optional<Data>> bytes = file->read();
+    // Nothing is known of what is in it: it may be sound, and only this process short of descriptors.
+    if (!bytes) return Opened::failure("cannot read " + file->path().string() + ": " + bytes.error());
+
     Dictionary changed;
-    if (const Result<Dictionary> read = readSettings(*file)) {
+    if (const Result<Dictionary> read = settingsIn(bytes.value())) {
         changed = fitting(read.value(), file->path(), log);
     } else {
         const Result<std::filesystem::path> aside = file->setAside();

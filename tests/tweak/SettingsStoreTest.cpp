@@ -246,6 +246,15 @@ TEST_F(SettingsStoreTest, RefusesToStartOverAnUnreadableFileItCannotSetAside) {
     EXPECT_EQ(readFile(sandbox.settings()), "no property list");
 }
 
+TEST_F(SettingsStoreTest, RefusesToStartBesideAFileThatItCannotReadNowAndLeavesItAlone) {
+    // Settings of that size are nobody's, and a file that is all hole takes no room.
+    writeFile(sandbox.settings(), "");
+    std::filesystem::resize_file(sandbox.settings(), (std::uintmax_t{64} << 20) + 1);
+    EXPECT_FALSE(open());
+    EXPECT_EQ(failure, "cannot read " + sandbox.settings().string() + ": it is larger than any settings file");
+    EXPECT_TRUE(std::filesystem::exists(sandbox.settings()));
+}
+
 TEST_F(SettingsStoreTest, LeavesOutStoredValuesThatTheirSettingsCannotHave) {
     writeFile(sandbox.settings(), "<plist><dict><key>kSleepTime</key><string>soon</string>"
                                   "<key>kTweakEnabled</key><false/></dict></plist>");
