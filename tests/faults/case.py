@@ -47,15 +47,16 @@ class Case(unittest.TestCase):
 
     def start(self, *command, **options):
         """A program that runs until the test ends; what it says on standard error is in .errors.text."""
-        process = subprocess.Popen(command, text=True, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                   stderr=subprocess.PIPE, **{"env": self.environment, **options})
+        pipes = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
+        process = subprocess.Popen(command, text=True, **{"env": self.environment, **pipes, **options})
         process.errors = Lines(process.stderr)
 
         def end():
             process.kill()
             process.wait()
             process.stdin.close()
-            process.stdout.close()
+            if process.stdout:
+                process.stdout.close()
         self.addCleanup(end)
         return process
 

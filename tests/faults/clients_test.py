@@ -13,7 +13,7 @@ import signal
 import sys
 import unittest
 
-from case import Case, descriptors, program, threads
+from case import LONG_ENOUGH, Case, descriptors, eventually, threads
 import wire
 from faulty import (HERE, NAMES, STEPS, FaultyTweak, answering, crowded, dripping, hanging_up, reply_to, silent, sound,
                     unread)
@@ -59,9 +59,21 @@ NO_SETTINGS = {
 
 
 class LumoractlTest(Case):
+    def setUp(self):
+        super().setUp()
+        self.asked = 0
+
+    def ask(self, why, *words):
+        """Once; on a slow machine again, until what comes in time does come in time."""
+        def asked():
+            self.asked += 1
+            result = self.lumoractl(*words)
+            return result if why == LATE or LATE not in result.stderr else None
+        return eventually(asked, why)
+
     def expect_sound(self, tweak):
         tweak.fault = sound
-        listed = self.lumoractl("get", "kSleepTime")
+        listed = self.ask("", "get", "kSleepTime")
         self.assertEqual((listed.returncode, listed.stdout, listed.stderr), (0, "30\n", ""))
 
     def test_says_what_happened_in_place_of_an_answer(self):
@@ -69,8 +81,9 @@ class LumoractlTest(Case):
             for called, (fault, why) in NO_REPLIES.items():
                 with self.subTest(called):
                     tweak.fault = fault
-                    for result in pool.map(lambda words: self.lumoractl(*words), (["list"], ["set", "kSleepTime", "30"])):
-                        self.expect_failure(result, why)
+                    asked = [pool.submit(self.ask, why, *words) for words in (["list"], ["set", "kSleepTime", "30"])]
+                    for result in asked:
+                        self.expect_failure(result.result(), why)
             self.expect_sound(tweak)
 
     def test_says_what_is_wrong_with_an_answer_and_takes_any_frame_for_a_change_that_was_taken(self):
@@ -78,8 +91,8 @@ class LumoractlTest(Case):
             for called, (fault, why) in NO_SETTINGS.items():
                 with self.subTest(called):
                     tweak.fault = fault
-                    self.expect_failure(self.lumoractl("list"), why)
-                    changed = self.lumoractl("set", "kSleepTime", "30")
+                    self.expect_failure(self.ask(why, "list"), why)
+                    changed = self.ask("", "set", "kSleepTime", "30")
                     self.assertEqual((changed.returncode, changed.stdout, changed.stderr), (0, "", ""))
             self.expect_sound(tweak)
 
@@ -90,15 +103,15 @@ class LumoractlTest(Case):
 
     def test_takes_an_answer_that_drips_in_time(self):
         with FaultyTweak(self.ports, dripping(reply_to(wire.UPDATE_SETTINGS), 0.01)):
-            changed = self.lumoractl("set", "kSleepTime", "30")
+            changed = self.ask("", "set", "kSleepTime", "30")
             self.assertEqual((changed.returncode, changed.stderr), (0, ""))
 
     def test_says_that_a_tweak_went_away_at_any_byte_of_its_reply(self):
         with FaultyTweak(self.ports, silent) as tweak:
             for end in range(len(SMALL)):
                 tweak.fault = answering(SMALL[:end])
-                self.expect_failure(self.lumoractl("list"), GONE)
-            self.assertEqual(tweak.visits(wire.REQUEST_SETTINGS), len(SMALL), "none is asked for again")
+                self.expect_failure(self.ask(GONE, "list"), GONE)
+            self.assertEqual(tweak.visits(wire.REQUEST_SETTINGS), self.asked, "it never tries again by itself")
             self.expect_sound(tweak)
 
     def test_says_that_a_tweak_is_not_free(self):
@@ -112,16 +125,16 @@ class LumoractlTest(Case):
                 tweak = self.start(sys.executable, str(HERE / "faulty.py"), step)
                 self.assertIn("ready", tweak.stdout.readline())
                 asked = self.lumoractl("get", "kSleepTime")
-                self.assertEqual(tweak.wait(60), -signal.SIGKILL)
-                if step == "replied":
-                    self.assertEqual((asked.returncode, asked.stdout), (0, "30\n"), asked.stderr)
+                self.assertEqual(tweak.wait(LONG_ENOUGH), -signal.SIGKILL)
+                if step == "replied" and asked.returncode == 0:
+                    self.assertEqual((asked.stdout, asked.stderr), ("30\n", ""))
                 else:
-                    self.expect_failure(asked, GONE)
+                    self.expect_failure(asked, LATE, *[GONE] * (step != "replied"))  # late on a slow machine
                 self.expect_failure(self.lumoractl("list"), "is lumora-tweak running?")
                 after = self.start_tweak()
-                self.assertEqual(self.lumoractl("set", "kSleepTime", "60").returncode, 0)
+                self.assertIsNone(self.client.set("kSleepTime", 60))
                 after.terminate()
-                self.assertEqual(after.wait(60), 0)
+                self.assertEqual(after.wait(LONG_ENOUGH), 0)
 
 
 class BundleTest(Case):
@@ -131,18 +144,21 @@ class BundleTest(Case):
         super().setUp()
         self.sender = self.start(SENDER)
         with FaultyTweak(self.ports, sound):
-            self.assertEqual(self.replies(), 1)
+            self.expect_reply()
         self.before = descriptors(self.sender)
 
-    def replies(self, count=1, name="requestTweakSettings"):
-        """To how many of some messages a reply came."""
-        print(count, name, file=self.sender.stdin, flush=True)
+    def replies(self, count=1, *names):
+        """How many replies came to so many messages of each name."""
+        print(count, *(names or ["requestTweakSettings"]), file=self.sender.stdin, flush=True)
         return int(self.sender.stdout.readline())
+
+    def expect_reply(self, name="requestTweakSettings"):
+        eventually(lambda: self.replies(1, name) == 1, "a reply in time")
 
     def expect_sound(self):
         """That a message is answered, that nothing was said, and that nothing is left of those before."""
         for name in ("requestTweakSettings", "updateSettings"):
-            self.assertEqual(self.replies(name=name), 1)
+            self.expect_reply(name)
         self.expect_soon(lambda: descriptors(self.sender), self.before)
         self.expect_soon(lambda: threads(self.sender), 2)  # the first one, and the one that looks for work
         self.assertEqual(self.sender.errors.text, "")
@@ -152,8 +168,7 @@ class BundleTest(Case):
             for called, (fault, _) in NO_REPLIES.items():
                 with self.subTest(called):
                     tweak.fault = fault
-                    for name in ("requestTweakSettings", "updateSettings"):
-                        self.assertEqual(self.replies(20, name), 0)
+                    self.assertEqual(self.replies(20, "requestTweakSettings", "updateSettings"), 0)
             tweak.fault = sound
             self.expect_sound()
 
@@ -161,7 +176,7 @@ class BundleTest(Case):
         with FaultyTweak(self.ports, silent) as tweak:
             for fault, _ in NO_SETTINGS.values():
                 tweak.fault = fault
-                self.assertEqual(self.replies(), 1)
+                self.expect_reply()
             tweak.fault = sound
             self.expect_sound()
 
@@ -185,8 +200,7 @@ class BundleTest(Case):
 
     def test_messages_fail_in_silence_at_a_tweak_that_is_not_free(self):
         with crowded(self.ports):
-            for name in ("requestTweakSettings", "updateSettings"):
-                self.assertEqual(self.replies(100, name), 0)
+            self.assertEqual(self.replies(100, "requestTweakSettings", "updateSettings"), 0)
         with FaultyTweak(self.ports, sound):
             self.expect_sound()
 
@@ -194,8 +208,8 @@ class BundleTest(Case):
         for step in STEPS:
             tweak = self.start(sys.executable, str(HERE / "faulty.py"), step)
             self.assertIn("ready", tweak.stdout.readline())
-            self.assertEqual(self.replies(), step == "replied", step)
-            self.assertEqual(tweak.wait(60), -signal.SIGKILL)
+            self.assertLessEqual(self.replies(), step == "replied", step)
+            self.assertEqual(tweak.wait(LONG_ENOUGH), -signal.SIGKILL)
             self.assertEqual(self.replies(), 0, "nobody is there")
         self.start_tweak()
         self.expect_sound()

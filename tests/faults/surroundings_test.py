@@ -1,0 +1,383 @@
+#!/usr/bin/env python3
+"""Machines that have no room, no descriptors, odd folders, other locales or a plug-in that crashes: every program says
+what is wrong, where it may, and loses nothing.
+
+    surroundings_test.py [-v] TEST_PLUGIN BINARIES DEVICE_ROOT
+"""
+import contextlib
+import json
+import os
+import plistlib
+import resource
+import shutil
+import signal
+import socket
+import stat
+import subprocess
+import sys
+import unittest
+
+from case import LONG_ENOUGH, ROOT, Case, eventually, program
+import wire
+
+TEST_PLUGIN = os.path.abspath(sys.argv[-3]) if len(sys.argv) > 3 else None
+AS_ROOT = os.geteuid() == 0
+NOBODY = 65534
+WORDS = "Grüße – 𝄞"
+
+
+def limited(kind, most):
+    """What makes a program start with at most that."""
+    return lambda: resource.setrlimit(kind, (most, resource.getrlimit(kind)[1]))
+
+
+class DiskTest(Case):
+    """A small disk of the test's own."""
+
+    def setUp(self):
+        super().setUp()
+        self.disk = os.path.join(self.folder, "disk")
+        os.mkdir(self.disk)
+        if not AS_ROOT or self.mount("size=256k").returncode:
+            self.skipTest("only root can have a disk of its own, and not in every container")
+        self.addCleanup(subprocess.run, ["umount", "-l", self.disk], check=True)
+        self.settings_file = os.path.join(self.disk, "settings.plist")
+
+    def mount(self, options):
+        command = ["mount", "-t", "tmpfs", "-o", options, "none", self.disk]
+        return subprocess.run(command, capture_output=True, check=False)
+
+    def remount(self, options):
+        subprocess.run(["mount", "-o", "remount," + options, self.disk], check=True)
+
+    def fill(self):
+        with open(os.path.join(self.disk, "filling"), "wb", buffering=0) as file, contextlib.suppress(OSError):
+            while file.write(bytes(4096)):
+                pass
+
+    def stored(self):
+        with open(self.settings_file, "rb") as file:
+            return plistlib.load(file)
+
+    def expect_refusal(self, why):
+        before = self.stored()
+        self.assertIn(why, self.client.set("kSleepTime", 60))
+        self.expect_failure(self.lumoractl("set", "kSleepTime", "60"), why)
+        self.assertEqual(self.stored(), before)
+        self.assertEqual(self.client.settings()["kSleepTime"], before["kSleepTime"])
+
+    def expect_taken(self):
+        self.assertIsNone(self.client.set("kSleepTime", 20))
+        self.assertEqual(self.stored(), {"kSleepTime": 20})
+
+    def test_a_full_disk_costs_the_tweak_nothing_but_the_change(self):
+        tweak = self.start_tweak()
+        self.assertIsNone(self.client.set("kSleepTime", 15))
+        self.fill()
+        self.expect_refusal("No space left on device")
+        self.assertEqual(sorted(os.listdir(self.disk)), ["filling", "settings.plist", "settings.plist.lock"])
+        tweak.terminate()
+        self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+        self.start_tweak()
+        self.assertEqual(self.client.settings()["kSleepTime"], 15)
+        self.expect_refusal("No space left on device")
+        os.unlink(os.path.join(self.disk, "filling"))
+        self.expect_taken()
+
+    def test_a_read_only_disk_keeps_the_tweak_from_starting_and_its_settings_as_they_are(self):
+        tweak = self.start_tweak()
+        self.assertIsNone(self.client.set("kSleepTime", 15))
+        tweak.terminate()
+        self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+        self.remount("ro")
+        refused = self.run_program(program("lumora-tweak"), "--settings", self.settings_file)
+        self.expect_failure(refused, f"cannot write in {self.disk}: Read-only file system")
+        self.remount("rw")
+        self.start_tweak()
+        self.assertEqual(self.client.settings()["kSleepTime"], 15)
+        self.expect_taken()
+
+    def test_a_full_disk_is_told_by_whoever_writes_to_it(self):
+        self.start_tweak()
+        self.fill()
+        picture = os.path.join(self.disk, "picture.png")
+        grabbed = self.run_program(program("lumora-settings"), "--root", ROOT, "--grab", picture,
+                                   env=self.environment | {"DISPLAY": "", "XDG_RUNTIME_DIR": self.folder})
+        self.assertEqual(grabbed.returncode, 1)
+        self.assertIn(f"lumora-settings: cannot write the picture {picture}", grabbed.stderr)
+        archived = self.lumoractl("archive", "-o", os.path.join(self.disk, "archive"), input="[1, 2, 3]")
+        self.expect_failure(archived, "No space left on device")
+
+
+class ReadOnlyFolderTest(Case):
+    def test_costs_a_running_tweak_nothing_but_the_change(self):
+        """As an ordinary user: nothing is read-only to root."""
+        user = {"user": NOBODY, "group": NOBODY, "extra_groups": [], "cwd": "/"} if AS_ROOT else {}
+        try:
+            self.assertEqual(self.lumoractl("--version", **user).returncode, 0)
+        except PermissionError:
+            self.skipTest("the programs are where only root can run them")
+        folder = os.path.join(self.folder, "settings")
+        os.mkdir(folder, 0o700)
+        os.mkdir(self.ports, 0o700)
+        if AS_ROOT:
+            os.chmod(self.folder, 0o755)
+            for path in (folder, self.ports):
+                os.chown(path, NOBODY, NOBODY)
+        self.settings_file = os.path.join(folder, "settings.plist")
+        self.start_tweak(**user)
+        self.assertEqual(self.lumoractl("set", "kSleepTime", "15", **user).returncode, 0)
+        os.chmod(folder, 0o500)
+        self.expect_failure(self.lumoractl("set", "kSleepTime", "60", **user), "Permission denied")
+        self.assertEqual(self.lumoractl("get", "kSleepTime", **user).stdout, "15\n")
+        os.chmod(folder, 0o700)
+        with open(self.settings_file, "rb") as file:
+            self.assertEqual(plistlib.load(file), {"kSleepTime": 15})
+        self.assertEqual(self.lumoractl("set", "kSleepTime", "60", **user).returncode, 0)
+
+
+class OutputTest(Case):
+    def test_output_that_cannot_be_written_is_told(self):
+        with open("/dev/full", "w", encoding="ascii") as full:
+            tweak = self.start(program("lumora-tweak"), "--settings", self.settings_file, stdout=full)
+            eventually(lambda: self.lumoractl("list").returncode == 0, "the tweak, which serves nevertheless")
+            for command in (["lumoractl", "list"], ["lumoractl", "plugins", "--root", ROOT], ["lumoractl", "archive"],
+                            ["lumora-settings", "--root", ROOT, "--rows", "AppsController"]):
+                with self.subTest(command):
+                    told = subprocess.run([program(command[0]), *command[1:]], stdout=full, stderr=subprocess.PIPE,
+                                          env=self.environment, text=True, input="1", timeout=LONG_ENOUGH, check=False)
+                    self.assertEqual(told.returncode, 1)
+                    self.assertRegex(told.stderr, rf"^{command[0]}: cannot write (to )?standard output")
+            tweak.terminate()
+            self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+
+    def test_errors_that_nobody_can_read_change_nothing(self):
+        with open("/dev/full", "w", encoding="ascii") as full:
+            options = {"env": self.environment, "stderr": full, "timeout": LONG_ENOUGH, "check": False}
+            nobody = subprocess.run([program("lumoractl"), "list"], **options)
+            self.assertEqual(nobody.returncode, 1)
+            tweak = subprocess.Popen([program("lumora-tweak"), "--settings", self.settings_file], text=True,
+                                     env=self.environment, stdout=subprocess.PIPE, stderr=full)
+            with tweak:
+                self.addCleanup(tweak.kill)
+                self.assertIn("ready", tweak.stdout.readline())
+                self.assertIn("kSleepTime", self.client.set("kSleepTime", "soon"))
+                self.assertIsNone(self.client.set("kSleepTime", 15))
+                rows = subprocess.run([program("lumora-settings"), "--root", ROOT, "--rows", "LumoraPreferences"],
+                                      stdout=subprocess.PIPE, **options)
+                self.assertEqual(rows.returncode, 0)
+                self.assertEqual(json.loads(rows.stdout)["page"], "LumoraPreferences")
+                tweak.terminate()
+
+
+class DescriptorsTest(Case):
+    def test_a_tweak_without_descriptors_refuses_the_change_and_goes_on_when_there_are_some(self):
+        tweak = self.start_tweak()
+        self.assertIsNone(self.client.set("kSleepTime", 15))
+        connection = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
+        self.addCleanup(connection.close)
+        connection.settimeout(LONG_ENOUGH)
+        connection.connect(wire.socket_path(self.ports, wire.UPDATE_SETTINGS))
+        change = wire.frame(wire.archive({"object": {"key": "kSleepTime", "object": 60}}))
+        connection.sendall(change)
+        self.assertEqual(wire.read_frame(connection.recv), (0, None))
+        self.assertIsNone(self.client.set("kSleepTime", 15))
+        _, most = resource.prlimit(tweak.pid, resource.RLIMIT_NOFILE)
+        resource.prlimit(tweak.pid, resource.RLIMIT_NOFILE, (3, most))
+        connection.sendall(change)
+        self.assertIn("Too many open files", wire.unarchive(wire.read_frame(connection.recv)[1])["error"])
+        self.expect_failure(self.lumoractl("list"), "did not answer within 1 second")
+        resource.prlimit(tweak.pid, resource.RLIMIT_NOFILE, (most, most))
+        self.assertEqual(self.client.settings()["kSleepTime"], 15)
+        self.assertIsNone(self.client.set("kSleepTime", 60))
+
+    def test_a_tweak_with_too_few_descriptors_starts_or_says_why_not_and_loses_no_settings(self):
+        with open(self.settings_file, "wb") as file:
+            plistlib.dump({"kSleepTime": 15}, file)
+        for most in (4, 5, 6, 30):
+            with self.subTest(most):
+                tweak = self.start(program("lumora-tweak"), "--settings", self.settings_file,
+                                   preexec_fn=limited(resource.RLIMIT_NOFILE, most))
+                if "ready" in tweak.stdout.readline():
+                    self.assertEqual(self.client.settings()["kSleepTime"], 15)
+                    tweak.terminate()
+                    self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+                else:
+                    self.assertEqual(tweak.wait(LONG_ENOUGH), 1)
+                    eventually(lambda tweak=tweak: tweak.errors.text.startswith("lumora-tweak: cannot "), "the reason")
+                    self.assertNotEqual(most, 30)
+        with open(self.settings_file, "rb") as file:
+            self.assertEqual(plistlib.load(file), {"kSleepTime": 15})
+        self.assertEqual([name for name in os.listdir(self.folder) if "unreadable" in name], [])
+
+    def test_other_programs_need_few_descriptors_and_say_when_they_have_none(self):
+        self.start_tweak()
+        few = {"preexec_fn": limited(resource.RLIMIT_NOFILE, 4)}
+        self.assertEqual(self.lumoractl("get", "kSleepTime", **few).stdout, "10\n")
+        listed = self.lumoractl("plugins", "--root", ROOT, **few)
+        self.assertEqual(listed.returncode, 1)
+        self.assertIn("it could not be examined: no process for it", listed.stdout)
+        self.assertEqual(self.rows("AppsController").returncode, 0)
+        for most in range(4, 12):
+            with self.subTest(most):
+                rows = self.rows("AppsController", "--timeout", "5", preexec_fn=limited(resource.RLIMIT_NOFILE, most))
+                if rows.returncode == 0:
+                    self.assertEqual(json.loads(rows.stdout)["page"], "AppsController")
+                else:
+                    self.expect_failure(rows, "cannot be loaded", "timed out waiting for the tweak")
+
+
+class PortsFolderTest(Case):
+    UNUSABLE = "its folder cannot be made, or is not a folder of yours alone"
+
+    def expect_no_ports(self, folder, why=UNUSABLE, told="is lumora-tweak running?"):
+        """That no port opens there, that everybody who may say so does, and that nothing is made."""
+        self.environment["LUMORA_PORTS"] = folder
+        refused = self.run_program(program("lumora-tweak"), "--settings", self.settings_file)
+        self.expect_failure(refused, f"cannot open the port {folder}/com.nevo.lumora/updateSettings: {why}")
+        self.expect_failure(self.lumoractl("list"), told)
+        self.expect_failure(self.lumoractl("set", "kSleepTime", "30"), told)
+        self.expect_failure(self.rows("LumoraPreferences", "--timeout", "0.3"), "timed out waiting for the tweak")
+
+    def test_is_made_for_the_user_alone_when_it_is_missing(self):
+        self.ports = self.environment["LUMORA_PORTS"] = self.folder + "/a/b/ports"
+        self.assertIn("is lumora-tweak running?", self.lumoractl("list").stderr)
+        self.assertFalse(os.path.exists(self.folder + "/a"), "who only asks makes nothing")
+        self.start_tweak()
+        for path in (self.folder + "/a", self.folder + "/a/b", self.ports):
+            self.assertEqual(stat.S_IMODE(os.stat(path).st_mode), 0o700)
+        self.assertEqual(self.lumoractl("list").returncode, 0)
+
+    def test_is_refused_when_others_could_write_to_it(self):
+        os.mkdir(self.ports)
+        for mode in (0o777, 0o1777, 0o770, 0o702):
+            os.chmod(self.ports, mode)
+            self.expect_no_ports(self.ports)
+            self.assertEqual(os.listdir(self.ports), [])
+
+    def test_is_refused_when_it_is_a_link_or_no_folder(self):
+        real = os.path.join(self.folder, "real")
+        os.mkdir(real, 0o700)
+        os.symlink(real, self.ports)
+        self.expect_no_ports(self.ports)
+        self.assertEqual(os.listdir(real), [])
+        os.rmdir(real)
+        self.expect_no_ports(self.ports)
+        self.assertFalse(os.path.exists(real))
+        os.unlink(self.ports)
+        with open(self.ports, "w", encoding="ascii") as file:
+            file.write("a file")
+        self.expect_no_ports(self.ports)
+        with open(self.ports, encoding="ascii") as file:
+            self.assertEqual(file.read(), "a file")
+
+    def test_is_refused_when_the_folder_in_it_is_a_link(self):
+        os.makedirs(self.ports, 0o700)
+        os.mkdir(self.folder + "/real", 0o700)
+        os.symlink(self.folder + "/real", self.ports + "/com.nevo.lumora")
+        self.expect_no_ports(self.ports)
+        self.assertEqual(os.listdir(self.folder + "/real"), [])
+
+    @unittest.skipUnless(AS_ROOT, "only root can make a folder of somebody else's")
+    def test_is_refused_when_it_is_somebody_elses(self):
+        os.mkdir(self.ports, 0o700)
+        os.chown(self.ports, NOBODY, NOBODY)
+        self.expect_no_ports(self.ports)
+        self.assertEqual(os.listdir(self.ports), [])
+
+    def test_is_refused_when_its_path_is_too_long_for_a_socket(self):
+        # Of the 107 bytes a name takes 36, and the longer one 43; with a slash between them.
+        longest = os.path.join(self.folder, "x" * (107 - 44 - 1 - len(self.folder)))
+        self.ports = self.environment["LUMORA_PORTS"] = longest
+        tweak = self.start_tweak()
+        self.assertEqual(self.lumoractl("list").returncode, 0)
+        tweak.terminate()
+        self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+        self.expect_no_ports(longest + "x" * 40, "its path is too long for a socket", "is too long for a socket's path")
+        self.assertFalse(os.path.exists(longest + "x" * 40))
+
+    def test_says_what_stands_where_the_socket_should_be(self):
+        os.makedirs(self.ports + "/com.nevo.lumora", 0o700)
+        with open(wire.socket_path(self.ports, wire.UPDATE_SETTINGS), "w", encoding="ascii") as file:
+            file.write("a file")
+        self.expect_no_ports(self.ports, "its socket or lock file cannot be used")
+        with open(file.name, encoding="ascii") as file:
+            self.assertEqual(file.read(), "a file")
+
+
+class PluginTest(Case):
+    def test_a_plug_in_whose_initialiser_throws_ends_settings_where_it_is_loaded_and_costs_no_setting(self):
+        root = os.path.join(self.folder, "root")
+        shutil.copytree(ROOT, root, symlinks=True)
+        bundle = os.path.join(root, "Library/Nevo/Lumora/Plugins/throwing-initialiser-1.bundle")
+        os.mkdir(bundle)
+        shutil.copy(TEST_PLUGIN, bundle + "/Code")
+        with open(bundle + "/Info.plist", "wb") as file:
+            plistlib.dump({"CFBundleExecutable": "Code", "NSPrincipalClass": "TestPlugin"}, file)
+        self.start_tweak()
+        self.assertIsNone(self.client.set("kSleepTime", 15))
+
+        def rows(page):
+            return self.run_program(program("lumora-settings"), "--root", root, "--rows", page,
+                                    preexec_fn=limited(resource.RLIMIT_CORE, 0))
+        self.assertEqual(rows("PluginsListController").returncode, -signal.SIGABRT)
+        self.assertEqual(rows("LumoraPreferences").returncode, 0, "the pages that load no plug-ins")
+        listed = self.lumoractl("plugins", "--root", root)
+        self.assertEqual(listed.returncode, 1)
+        self.assertRegex(listed.stdout, r"throwing-initialiser-1.bundle +skipped: it crashes: Aborted")
+        self.assertIn("ClockView.bundle", listed.stdout)
+        self.assertEqual(self.client.settings()["kSleepTime"], 15)
+        shutil.rmtree(bundle)
+        self.assertEqual(rows("PluginsListController").returncode, 0)
+
+
+class LocaleTest(Case):
+    """Texts are UTF-8 whatever the locale says."""
+
+    def locales(self):
+        """Environments of locales without UTF-8."""
+        yield {"LC_ALL": "C"}
+        yield {"LC_ALL": "POSIX"}
+        yield {"LC_ALL": "no_SUCH.locale"}
+        latin = os.path.join(self.folder, "locales")
+        os.makedirs(latin)
+        command = ["localedef", "-i", "de_DE", "-f", "ISO-8859-1", "--no-archive", latin + "/de_DE.ISO-8859-1"]
+        if not shutil.which("localedef") or subprocess.run(command, capture_output=True, check=False).returncode:
+            self.skipTest("the locales before passed, but de_DE.ISO-8859-1 cannot be made without the package locales")
+        yield {"LC_ALL": "de_DE.ISO-8859-1", "LOCPATH": latin}
+
+    def test_programs_do_the_same_without_utf_8(self):
+        self.environment["DISPLAY"] = ""
+        self.environment["XDG_RUNTIME_DIR"] = self.folder
+        base = self.environment
+        self.environment = base | {"LC_ALL": "C.UTF-8"}
+        self.settings_file = os.path.join(self.folder, WORDS + ".plist")
+        tweak = self.start_tweak()
+        self.assertEqual(self.lumoractl("set", "kLSDateSubtitle", json.dumps(WORDS)).returncode, 0)
+        wanted = self.rows("LSDateViewSettings").stdout
+        self.assertIn(WORDS, wanted)
+        for number, locale in enumerate(self.locales()):
+            with self.subTest(**locale):
+                tweak.terminate()
+                self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+                self.environment = base | locale
+                tweak = self.start_tweak()
+                self.assertEqual(self.lumoractl("get", "kLSDateSubtitle").stdout, f'"{WORDS}"\n')
+                key = f"org.test.{WORDS}{number}"
+                changed = self.lumoractl("set", key, json.dumps(WORDS, ensure_ascii=False))
+                self.assertEqual((changed.returncode, changed.stderr), (0, ""))
+                self.assertEqual(self.client.settings()[key], WORDS)
+                listed = self.lumoractl("list")
+                self.assertEqual(json.loads(listed.stdout)[key], WORDS)
+                rows = self.rows("LSDateViewSettings")
+                self.assertEqual((rows.returncode, rows.stdout), (0, wanted), rows.stderr)
+                self.assertEqual(self.lumoractl("plugins", "--root", ROOT).returncode, 0)
+                picture = os.path.join(self.folder, f"{WORDS}{number}.png")
+                grabbed = self.run_program(program("lumora-settings"), "--root", ROOT, "--grab", picture)
+                self.assertEqual(grabbed.returncode, 0, grabbed.stderr)
+                self.assertTrue(os.path.exists(picture))
+                self.assertTrue(os.path.exists(self.settings_file))
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[1:-3]])
