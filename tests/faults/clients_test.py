@@ -15,7 +15,7 @@ import unittest
 
 from case import LONG_ENOUGH, Case, descriptors, eventually, threads
 import wire
-from faulty import (HERE, NAMES, STEPS, FaultyTweak, answering, crowded, dripping, hanging_up, reply_to, silent, sound,
+from faulty import (HERE, STEPS, FaultyTweak, answering, crowded, dripping, hanging_up, reply_to, silent, sound,
                     unread)
 
 SENDER = os.path.abspath(sys.argv[-3]) if len(sys.argv) > 3 else None

@@ -4,7 +4,6 @@
     tweak_test.py [-v] BINARIES DEVICE_ROOT
 """
 import contextlib
-import os
 import plistlib
 import random
 import re
