@@ -47,6 +47,17 @@ bool publish(const fs::path& file, const fs::path& name) {
     return ::link(file.c_str(), name.c_str()) == 0 && ::unlink(file.c_str()) == 0; // not every file system can do that
 }
 
+/// Makes the missing folders on the way, for the user alone whatever the umask, as the desktop's rules have it.
+bool makeFolders(const fs::path& path) {
+    fs::path folder;
+    for (const auto& component : path) {
+        folder /= component;
+        std::error_code unknown;
+        if (::mkdir(folder.c_str(), 0700) != 0 && !fs::is_directory(folder, unknown)) return false;
+    }
+    return true;
+}
+
 /// Under the first of its names that is free; nothing when it cannot be published.
 std::optional<fs::path> published(const fs::path& file, const fs::path& folder) {
     const std::string time = timeOfDay();
@@ -68,9 +79,7 @@ fs::path draftsFolder() {
 Kept keepDraft(const MailMessage& message) {
     const fs::path folder = draftsFolder();
     if (folder.empty()) return Kept::failure("cannot keep a draft: its user has no home folder");
-    std::error_code error;
-    fs::create_directories(folder.parent_path(), error);
-    if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return failed("make the folder", folder);
+    if (!makeFolders(folder)) return failed("make the folder", folder);
     if (::chmod(folder.c_str(), 0700) != 0) return failed("make private the folder", folder);
 
     // Hidden until it is whole.
