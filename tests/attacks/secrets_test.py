@@ -1,0 +1,214 @@
+#!/usr/bin/python3
+"""Passcodes do not leak: they are in none of what the programs print, log, draw, say to assistive tools, hand to other
+programs or leave in files, but where they must be: in the tweak's settings, and in the root page's log line. And what the
+application leaves in files is for its user alone.
+
+    dbus-run-session -- secrets_test.py [-v] BINARIES DEVICE_ROOT
+
+Needs what spoken.py needs.
+"""
+import os
+import plistlib
+import stat
+import subprocess
+import sys
+import unittest
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+sys.path.append(str(HERE.parent / "settings"))
+
+import pyatspi
+from gi.repository import GLib
+
+from spoken import Spoken
+from window import ROOT, Programs, eventually, program
+
+KEYS = ("kAutoUnlockPasscode", "kAutoUnlockPasscodeConfirm", "kAutoUnlockWidgetPasscode")
+PASSCODES = {key: f"zq{number}Wx{number}Vk" for number, key in enumerate(KEYS, 1)}
+OTHERS = {key: f"ia{number}Lj{number}Tr" for number, key in enumerate(KEYS, 4)}  # as long
+# Pages on which passcodes are, and the one that logs them.
+PAGES = ("AutoUnlockController", "PluginsListController", "LumoraPreferences")
+
+
+class Leaks(Programs):
+    """A test that looks for passcodes."""
+
+    def save(self, passcodes):
+        with open(self.settings_file, "wb") as file:
+            plistlib.dump(passcodes, file)
+
+    def leaks(self, text):
+        data = text if isinstance(text, bytes) else text.encode()
+        return [key for key, passcode in PASSCODES.items()
+                if passcode.encode() in data or passcode.encode("utf-16-le") in data]
+
+    def assert_tells_nothing(self, text, where):
+        self.assertEqual(self.leaks(text), [], f"{where}: {text!r}")
+
+    def assert_only_the_root_page_tells(self, errors, times):
+        """What must be told: all settings, in one log line each time that page appears."""
+        blocks = errors.split(" lumora-settings[")[1:]
+        telling = [block for block in blocks if self.leaks(block)]
+        self.assertEqual(len(telling), times, errors)
+        for block in telling:
+            self.assertEqual(self.leaks(block), list(KEYS))
+            self.assertIn("kTweakEnabled", block)
+        self.assertEqual(self.leaks(errors.split(" lumora-settings[")[0]), [])
+
+    def assert_handed_on_to_nobody(self, process):
+        for name in ("cmdline", "environ"):
+            self.assert_tells_nothing(Path(f"/proc/{process.pid}/{name}").read_bytes(), name)
+
+    def files(self):
+        """All that was made in the test's folder, but the settings themselves."""
+        for path in Path(self.folder).rglob("*"):
+            if path != Path(self.settings_file) and stat.S_ISREG(os.lstat(path).st_mode):
+                yield path
+
+    def assert_left_in_no_file(self):
+        for path in self.files():
+            self.assert_tells_nothing(path.read_bytes(), path)
+
+
+class PrintedTest(Leaks):
+    def run_tweak(self):
+        self.save(PASSCODES)
+        self.start_tweak()
+
+    def lumoractl(self, *arguments, **options):
+        return subprocess.run([program("lumoractl"), *arguments], text=True, capture_output=True, env=self.environment,
+                              check=False, **options)
+
+    def test_lumoractl_shows_a_passcode_only_when_asked_to(self):
+        self.run_tweak()
+        for arguments in (["list"], ["plugins", "--root", ROOT], *(["get", key] for key in KEYS)):
+            done = self.lumoractl(*arguments)
+            self.assert_tells_nothing(done.stdout + done.stderr, arguments)
+        self.assertEqual(self.leaks(self.lumoractl("list", "--secrets").stdout), list(KEYS))
+        for key in KEYS:
+            self.assertEqual(self.leaks(self.lumoractl("get", key, "--secrets").stdout), [key])
+
+    def test_the_tweak_notes_a_change_of_a_passcode_without_it(self):
+        with open(os.path.join(self.folder, "log"), "w+", encoding="utf-8") as log:
+            tweak = self.start(program("lumora-tweak"), "--verbose", "--settings", self.settings_file,
+                               stdout=subprocess.PIPE, stderr=log)
+            self.assertIn("ready", tweak.stdout.readline())
+            for key, passcode in PASSCODES.items():
+                taken = self.lumoractl("set", key, "-", input=f'"{passcode}"')
+                self.assertEqual((taken.returncode, taken.stdout, taken.stderr), (0, "", ""))
+                for wrong in (f'["{passcode}"]', f'{{"{passcode}": 1}}'):
+                    refused = self.lumoractl("set", key, "-", input=wrong)
+                    self.assertEqual(refused.returncode, 1)
+                    self.assert_tells_nothing(refused.stderr, wrong)
+            self.assert_handed_on_to_nobody(tweak)
+            tweak.terminate()
+            tweak.wait()
+            log.seek(0)
+            noted = log.read()
+        for key, passcode in PASSCODES.items():
+            self.assertIn(f'"{key}"', noted)
+            self.assertEqual(self.stored(key), passcode)
+        self.assert_tells_nothing(noted, "the tweak's log")
+        self.assert_left_in_no_file()
+
+    def test_lumoractl_says_nothing_of_a_passcode_that_it_does_not_understand(self):
+        self.run_tweak()
+        for passcode in PASSCODES.values():
+            wrong = self.lumoractl("set", KEYS[0], "-", input=passcode)  # without quotes
+            self.assertEqual(wrong.returncode, 2)
+            self.assert_tells_nothing(wrong.stdout + wrong.stderr, "what is wrong")
+
+    def test_pages_are_printed_with_dots(self):
+        self.run_tweak()
+        for page in PAGES:
+            printed = self.settings("--rows", page, DISPLAY="")
+            self.assertEqual(printed.returncode, 0, printed.stderr)
+            self.assert_tells_nothing(printed.stdout, page)
+            self.assert_only_the_root_page_tells(printed.stderr, 1 if page == "LumoraPreferences" else 0)
+
+    def test_pages_are_drawn_alike_with_other_passcodes(self):
+        drawn = []
+        for passcodes in (PASSCODES, OTHERS):
+            self.save(passcodes)
+            tweak = self.start_tweak()
+            for page in PAGES:
+                picture = os.path.join(self.folder, f"{page}.png")
+                saved = self.settings("--grab", picture, "--page", page, "--size", "390x2000")
+                self.assertEqual(saved.returncode, 0, saved.stderr)
+                self.assert_only_the_root_page_tells(
+                    saved.stderr, 1 if page == "LumoraPreferences" and passcodes == PASSCODES else 0)
+                drawn.append(Path(picture).read_bytes())
+            tweak.terminate()
+            tweak.wait()
+        self.assertEqual(drawn[:len(PAGES)], drawn[len(PAGES):])
+
+
+class WindowTest(Leaks, Spoken):
+    """The window under a umask that hides nothing, at home in a folder in which nothing is yet."""
+
+    def start_tweak(self, *options):
+        self.save(PASSCODES)
+        self.addCleanup(os.umask, os.umask(0))
+        self.environment |= {"HOME": self.folder + "/home", "XDG_DATA_HOME": self.folder + "/home/data",
+                             "XDG_CACHE_HOME": self.folder + "/home/cache", "XDG_CONFIG_HOME": self.folder + "/home/config",
+                             "TMPDIR": self.folder + "/tmp"}
+        for name in ("HOME", "TMPDIR"):
+            os.mkdir(self.environment[name], 0o700)
+        return super().start_tweak(*options)
+
+    def spoken_texts(self, window):
+        """All that assistive tools can read of a window, and how many fields are among it."""
+        texts, fields = [], 0
+        try:
+            for application in self.applications(window):
+                for item in self.find(application, lambda _: True):
+                    texts += [item.name, item.description, *item.getAttributes()]
+                    if text := item.get_text_iface():
+                        texts.append(text.get_text(0, text.get_character_count()))
+                    fields += item.getRole() == pyatspi.ROLE_TEXT
+        except GLib.Error:
+            return [], 0  # something went away while it was looked at
+        return texts, fields
+
+    def test_says_nothing_of_a_passcode(self):
+        for page, count in (("AutoUnlockController", 2), ("PluginsListController", 1)):
+            window = self.open_window("--page", page)
+            texts, _ = eventually(lambda: (said := self.spoken_texts(window))[1] >= count and said, "the fields")
+            self.assert_tells_nothing("\n".join(texts), page)
+            self.assertIn("•" * len(PASSCODES[KEYS[0]]), texts)
+            self.assert_tells_nothing(self.xdotool("getwindowname", window.id), "the window's name")
+            self.assert_handed_on_to_nobody(window)
+            self.close(window)
+            self.assertEqual(window.wait(), 0)
+            self.assert_tells_nothing(window.lines.text, "standard error")
+        self.assert_left_in_no_file()
+
+    def test_keeps_a_report_for_its_user_alone_and_passcodes_out_of_it(self):
+        """A mail program is told of nothing but the message."""
+        mailer = Path(self.folder, "mailer")
+        mailer.write_text(f"#!/bin/sh\n{{ cat; echo; tr '\\0' '\\n' </proc/$$/cmdline; env; }} >{self.folder}/told\nexit 75\n",
+                          encoding="utf-8")
+        mailer.chmod(0o700)
+        self.environment["LUMORA_SENDMAIL"] = str(mailer)
+        window = self.open_root_page()
+        button = lambda name: eventually(lambda: self.spoken(window, pyatspi.ROLE_PUSH_BUTTON).get(name), name)
+        self.act(button("support@nevo.example"), "Press")
+        self.act(button("Send"), "Press")
+        drafts = Path(self.folder, "home/data/lumora/drafts")
+        eventually(lambda: drafts.is_dir() and [name for name in os.listdir(drafts) if name.endswith(".eml")], "the draft")
+        eventually(lambda: str(drafts) in window.lines.text, "what went wrong")
+        self.close(window)
+        window.wait()
+        self.assert_only_the_root_page_tells(window.lines.text, 1)
+        self.assertIn("Lumora", Path(self.folder, "told").read_text(encoding="utf-8"))
+        self.assert_left_in_no_file()
+        for path in [drafts.parent, *drafts.parent.rglob("*")]:
+            self.assertEqual(stat.S_IMODE(os.lstat(path).st_mode) & 0o077, 0, path)
+        for path in Path(self.folder, "home").rglob("*"):
+            self.assertEqual(stat.S_IMODE(os.lstat(path).st_mode) & 0o022, 0, f"{path} can be changed by anybody")
+        self.assertEqual(os.listdir(self.environment["TMPDIR"]), [])
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])

@@ -1,0 +1,300 @@
+#!/usr/bin/env python3
+"""What another user of the machine can do to the programs: nothing, by way of the ports, of symbolic links, or of files
+that are open to all.
+
+    strangers_test.py [-v] BINARIES DEVICE_ROOT
+
+Needs nothing of Python beyond its standard library. Tests of another user need root, and are skipped without.
+"""
+import multiprocessing
+import os
+import shutil
+import socket
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+sys.path += [str(HERE.parent / "settings"), str(HERE.parent / "wire")]
+
+import wire
+from window import LONG_ENOUGH, ROOT, program
+
+STRANGER = 65534
+PORTS = (wire.UPDATE_SETTINGS, wire.REQUEST_SETTINGS)
+CHANGE = wire.archive({"object": {"key": "kSleepTime", "object": 10}})
+
+
+class Attacked(unittest.TestCase):
+    """A test of programs that need no display, with a folder of its own."""
+
+    def setUp(self):
+        self.folder = Path(tempfile.mkdtemp(prefix="attacks-"))
+        self.addCleanup(shutil.rmtree, self.folder, True)
+        self.ports, self.settings_file = self.folder / "ports", self.folder / "settings.plist"
+        self.environment = {**{name: value for name, value in os.environ.items() if not name.startswith("LUMORA_")},
+                            "LUMORA_PORTS": str(self.ports), "XDG_RUNTIME_DIR": str(self.folder),
+                            "HOME": str(self.folder), "QT_QPA_PLATFORM": "offscreen"}
+
+    def start(self, *command, **options):
+        process = subprocess.Popen(command, env=self.environment, text=True, **options)
+
+        def end():
+            process.kill()
+            process.communicate()
+        self.addCleanup(end)
+        return process
+
+    def start_tweak(self, *options):
+        tweak = self.start(program("lumora-tweak"), *options, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self.assertIn("ready", tweak.stdout.readline())
+        return tweak
+
+    def call(self, name, *arguments, **options):
+        return subprocess.run([program(name), *arguments], env=self.environment, text=True, capture_output=True,
+                              timeout=LONG_ENOUGH, check=False, **options)
+
+    def lumoractl(self, *arguments, **options):
+        return self.call("lumoractl", *arguments, **options)
+
+    def assert_refuses_to_start(self):
+        """The tweak, and says so."""
+        failed = self.call("lumora-tweak", "--settings", self.settings_file)
+        self.assertEqual((failed.returncode, failed.stdout), (1, ""))
+        self.assertRegex(failed.stderr, r"^lumora-tweak: \S")
+
+
+# -- what is done in a process of another user, or in one of the same user to see that it would work --
+
+def ask(path, request):
+    """What comes back from a port."""
+    with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as connection:
+        connection.settimeout(LONG_ENOUGH)
+        try:
+            connection.connect(path)
+            connection.sendall(request)
+            return connection.recv(1 << 16)
+        except PermissionError:
+            return "no way in"
+        except (BrokenPipeError, ConnectionResetError):
+            return b""
+
+
+def serve(path, ready, clients):
+    """What clients of a false port tell it, one after the other; each is answered as a tweak would."""
+    told = []
+    with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as listener:
+        listener.bind(path)
+        os.chmod(path, 0o666)
+        listener.listen()
+        ready.set()
+        for _ in range(clients):
+            with listener.accept()[0] as connection:
+                connection.settimeout(LONG_ENOUGH)
+                try:
+                    told.append(connection.recv(1 << 16))
+                    connection.sendall(wire.frame(wire.archive({"kSleepTime": 10})))
+                except (BrokenPipeError, ConnectionResetError):
+                    pass
+    return told
+
+
+def leave_powers_and(user, result, function, arguments):
+    if user != os.geteuid():
+        os.setgroups([])
+        os.setgid(user)
+        os.setuid(user)
+    result.put(function(*arguments))
+
+
+class As:
+    """A function under way in a process of a user."""
+
+    def __init__(self, test, user, function, *arguments):
+        system = multiprocessing.get_context("fork")
+        self.result = system.Queue()
+        self.process = system.Process(target=leave_powers_and, args=(user, self.result, function, arguments), daemon=True)
+        self.process.start()
+        test.addCleanup(self.process.join)
+        test.addCleanup(self.process.kill)
+
+    def get(self):
+        return self.result.get(timeout=LONG_ENOUGH)
+
+
+@unittest.skipUnless(os.geteuid() == 0, "only root can be another user as well")
+class StrangerTest(Attacked):
+    def open_to_all(self):
+        """As if modes had been changed by mistake: what is left is that both ends look who the other one is."""
+        for path in (self.folder, *self.folder.rglob("*")):
+            os.chmod(path, 0o755 if path.is_dir() else 0o666)
+
+    def test_modes_keep_a_stranger_out_of_the_ports(self):
+        self.start_tweak("--settings", self.settings_file)
+        os.chmod(self.folder, 0o755)
+        for name in PORTS:
+            path = wire.socket_path(self.ports, name)
+            self.assertEqual(As(self, STRANGER, ask, path, wire.frame(None)).get(), "no way in")
+
+    def test_the_tweak_neither_answers_a_stranger_nor_does_what_he_says(self):
+        self.start_tweak("--settings", self.settings_file)
+        self.lumoractl("set", "kSleepTime", "30")
+        self.open_to_all()
+        for name, body in zip(PORTS, (CHANGE, None)):
+            path = wire.socket_path(self.ports, name)
+            self.assertEqual(As(self, STRANGER, ask, path, wire.frame(body)).get(), b"")
+        self.assertEqual(self.lumoractl("get", "kSleepTime").stdout, "30\n")
+        for name, body in zip(PORTS, (CHANGE, None)):
+            path = wire.socket_path(self.ports, name)
+            self.assertTrue(As(self, 0, ask, path, wire.frame(body)).get().startswith(b"LMP1"), "our own are answered")
+        self.assertEqual(self.lumoractl("get", "kSleepTime").stdout, "10\n")
+
+    def exchange_at_false_ports(self, user):
+        """What comes of each program, and what the false tweak of a user was told by it."""
+        shutil.rmtree(self.ports, True)
+        (self.ports / "com.nevo.lumora").mkdir(parents=True)
+        self.open_to_all()
+        os.chmod(self.ports / "com.nevo.lumora", 0o777)
+        calls = [("lumoractl", ["list"]), ("lumoractl", ["set", "kAutoUnlockPasscode", "-"])]
+        if os.path.exists(program("lumora-settings")):
+            calls.append(("lumora-settings", ["--root", ROOT, "--rows", "AutoUnlockController", "--timeout", "8"]))
+        serving = {}
+        for name, clients in ((wire.UPDATE_SETTINGS, 1), (wire.REQUEST_SETTINGS, len(calls) - 1)):
+            ready = multiprocessing.get_context("fork").Event()
+            serving[name] = As(self, user, serve, wire.socket_path(self.ports, name), ready, clients)
+            self.assertTrue(ready.wait(LONG_ENOUGH))
+        done = [self.call(name, *arguments, input='"secret"') for name, arguments in calls]
+        return done, {name: port.get() for name, port in serving.items()}
+
+    def test_no_program_tells_a_strangers_tweak_anything_or_believes_it(self):
+        done, told = self.exchange_at_false_ports(STRANGER)
+        self.assertEqual(set(told[wire.UPDATE_SETTINGS] + told[wire.REQUEST_SETTINGS]), {b""})
+        for finished in done:
+            self.assertEqual((finished.returncode, finished.stdout), (1, ""))
+            self.assertRegex(finished.stderr, r"^lumora\S+: \S")
+
+    def test_every_program_believes_a_tweak_of_its_own_user(self):
+        """Or the test above would show nothing."""
+        done, told = self.exchange_at_false_ports(0)
+        self.assertEqual([finished.returncode for finished in done], [0] * len(done))
+        self.assertIn(b"secret", told[wire.UPDATE_SETTINGS][0])
+        self.assertEqual(told[wire.REQUEST_SETTINGS], [wire.frame(None)] * (len(done) - 1))
+
+    def test_the_tweak_opens_no_port_in_a_strangers_folder(self):
+        for below in ("", "com.nevo.lumora"):
+            shutil.rmtree(self.ports, True)
+            (self.ports / below).mkdir(0o700, parents=True)
+            os.chown(self.ports / below, STRANGER, STRANGER)
+            self.assert_refuses_to_start()
+            self.assertEqual(os.listdir(self.ports / below), [])
+
+    def test_root_itself_does_not_follow_a_link_to_a_strangers_port(self):
+        (self.ports / "com.nevo.lumora").mkdir(0o700, parents=True)
+        foreign = self.folder / "foreign"
+        foreign.mkdir()
+        os.chmod(self.folder, 0o755)
+        os.chmod(foreign, 0o777)
+        ready = multiprocessing.get_context("fork").Event()
+        false = As(self, STRANGER, serve, str(foreign / "port"), ready, 1)
+        self.assertTrue(ready.wait(LONG_ENOUGH))
+        os.symlink(foreign / "port", self.ports / wire.UPDATE_SETTINGS)
+        self.assertEqual(self.lumoractl("set", "kAutoUnlockPasscode", '"secret"').returncode, 1)
+        self.assertEqual(false.get(), [b""])
+
+
+class LinkTest(Attacked):
+    """Links that somebody laid before the tweak was started."""
+
+    def setUp(self):
+        super().setUp()
+        self.foreign = self.folder / "foreign"
+        self.foreign.mkdir(0o755)
+        (self.foreign / "file").write_text("somebody's")
+        os.chmod(self.foreign / "file", 0o640)
+
+    def assert_untouched(self):
+        self.assertEqual(os.listdir(self.foreign), ["file"])
+        self.assertEqual((self.foreign / "file").read_text(), "somebody's")
+        modes = [stat.S_IMODE(path.stat().st_mode) for path in (self.foreign, self.foreign / "file")]
+        self.assertEqual(modes, [0o755, 0o640])
+
+    def assert_leads_nowhere(self, link, target):
+        link.parent.mkdir(0o700, parents=True, exist_ok=True)
+        os.symlink(target, link)
+        self.assert_refuses_to_start()
+        self.assert_untouched()
+        self.assertEqual(os.readlink(link), str(target), "the link itself stays as well")
+
+    def test_the_ports_folder_is_no_link(self):
+        self.assert_leads_nowhere(self.ports, self.foreign)
+
+    def test_the_folder_below_it_is_no_link(self):
+        self.assert_leads_nowhere(self.ports / "com.nevo.lumora", self.foreign)
+
+    def test_no_port_is_made_where_a_link_leads(self):
+        self.assert_leads_nowhere(self.ports / wire.UPDATE_SETTINGS, self.foreign / "port")
+
+    def test_no_file_is_taken_for_a_port_through_a_link(self):
+        self.assert_leads_nowhere(self.ports / wire.UPDATE_SETTINGS, self.foreign / "file")
+
+    def test_no_lock_is_made_where_a_link_leads(self):
+        self.assert_leads_nowhere(self.ports / (wire.UPDATE_SETTINGS + ".lock"), self.foreign / "lock")
+
+    def test_no_lock_is_taken_through_a_link(self):
+        self.assert_leads_nowhere(self.ports / (wire.UPDATE_SETTINGS + ".lock"), self.foreign / "file")
+
+    def test_the_settings_are_not_locked_through_a_link(self):
+        self.assert_leads_nowhere(Path(f"{self.settings_file}.lock"), self.foreign / "file")
+
+    def test_settings_are_not_written_through_a_link_in_the_place_of_the_new_file(self):
+        os.symlink(self.foreign / "file", f"{self.settings_file}.new")
+        self.start_tweak("--settings", self.settings_file)
+        changed = self.lumoractl("set", "kSleepTime", "20")
+        self.assertEqual(changed.returncode, 0, changed.stderr)
+        self.assert_untouched()
+        self.assertTrue(stat.S_ISREG(os.lstat(self.settings_file).st_mode))
+
+
+class ModeTest(Attacked):
+    """Everything that the tweak makes by itself is for its user alone, whatever the umask."""
+
+    def make_everything(self, mask):
+        """Ports, settings and what stands beside them, in folders that are not there yet."""
+        self.addCleanup(os.umask, os.umask(mask))
+        del self.environment["LUMORA_PORTS"]
+        self.environment |= {"XDG_RUNTIME_DIR": str(self.folder / "run/user"),
+                             "XDG_CONFIG_HOME": str(self.folder / "home/config")}
+        self.device = self.folder / "device"
+        self.device.mkdir()
+        settings = self.device / "var/mobile/Library/Preferences/com.nevo.lumora.plist"
+        for options in ([], ["--root", self.device], ["--root", self.device]):
+            tweak = self.start_tweak("--verbose", *options)
+            changed = self.lumoractl("set", "kAutoUnlockPasscode", "-", input='"secret"')
+            self.assertEqual(changed.returncode, 0, changed.stderr)
+            tweak.kill()  # its dead sockets stay
+            tweak.wait()
+            if options:
+                settings.write_bytes(b"nonsense")  # the next one sets it aside
+
+    def assert_all_is_private(self):
+        made = [path for path in self.folder.rglob("*") if path != self.device]
+        names = {path.name for path in made}
+        self.assertLessEqual({"com.nevo.lumora.plist", "com.nevo.lumora.plist.unreadable", "com.nevo.lumora.plist.lock",
+                              "updateSettings", "updateSettings.lock", "requestTweakSettings"}, names)
+        for path in made:
+            self.assertEqual(stat.S_IMODE(os.lstat(path).st_mode) & 0o077, 0, path)
+
+    def test_under_the_usual_umask(self):
+        self.make_everything(0o022)
+        self.assert_all_is_private()
+
+    def test_under_a_umask_that_hides_nothing(self):
+        self.make_everything(0o000)
+        self.assert_all_is_private()
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
