@@ -25,7 +25,10 @@
 #include <cstdlib>
 #include <functional>
 #include <future>
+#include <poll.h>
 #include <string>
+#include <utility>
+#include <vector>
 
 using namespace platform;
 using namespace settings;
@@ -45,7 +48,7 @@ constexpr long kWarmingUp = 20; // one part in so many, and so many batches at l
 /// At most so many messages are on their way at a time.
 constexpr long kBatch = 16;
 
-/// A byte lost with every fourth message would show; so would a descriptor or thread that is never given back.
+/// In full, a byte lost with every fourth message shows; at any factor, a descriptor or thread that is not given back.
 constexpr Ledger::Tolerance kOwn{.grownKb = 8192, .grownHeapKb = 256, .busy = 2 * kBatch + 8};
 constexpr Ledger::Tolerance kOfTweak{.grownKb = 4096, .grownHeapKb = 0, .busy = kBatch + 8};
 
