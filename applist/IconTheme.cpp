@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <string_view>
 #include <utility>
 
 namespace applist {
@@ -11,6 +12,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t kLargestIndex = 1 << 20;
+/// More than any theme inherits from; each is looked for among the files, and compared with all before it.
+constexpr std::size_t kMostThemes = 64;
 constexpr const char* kThemeGroup = "Icon Theme";
 constexpr std::array<const char*, 3> kEndings{".png", ".svg", ".xpm"};
 
@@ -28,11 +31,11 @@ GLibPointer<GKeyFile> readIndex(const fs::path& file) {
 std::vector<std::string> listOf(GKeyFile* index, const char* key) {
     std::vector<std::string> texts;
     const GLibPointer<char> joined(g_key_file_get_string(index, kThemeGroup, key, nullptr));
-    if (!joined) return texts;
-    for (std::string rest = joined.get(); !rest.empty();) {
+    std::string_view rest = joined ? joined.get() : "";
+    while (!rest.empty()) {
         const std::size_t end = std::min(rest.find(','), rest.size());
-        if (end > 0) texts.push_back(rest.substr(0, end));
-        rest.erase(0, end + 1);
+        if (end > 0) texts.emplace_back(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     return texts;
 }
@@ -80,7 +83,7 @@ void IconTheme::add(const std::string& name) {
         if (!index) continue;
         chain_[place].folders = foldersOf(name, index.get());
         for (const std::string& parent : listOf(index.get(), "Inherits"))
-            if (parent != "hicolor") add(parent); // everybody's last one
+            if (parent != "hicolor" && chain_.size() < kMostThemes) add(parent); // "hicolor" is everybody's last one
         return;
     }
 }

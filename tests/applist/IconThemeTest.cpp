@@ -31,6 +31,21 @@ struct Icons : tests::FolderTest {
 const std::string kSizes = "[16]\nSize=16\nType=Fixed\n[32]\nSize=32\nType=Fixed\n[64]\nSize=64\nType=Fixed\n"
                            "[32@2]\nSize=32\nScale=2\nType=Fixed\n";
 
+TEST_F(Icons, OfMoreParentsThanAnyThemeHasAreNotLookedFor) {
+    std::string missing;
+    for (int i = 0; i < 100; ++i)
+        missing += "missing-" + std::to_string(i) + ",";
+    write(system / "near/index.theme", index("p," + missing, "", ""));
+    write(system / "far/index.theme", index(missing + "p", "", ""));
+    write(system / "p/index.theme", index("", "16", kSizes));
+    write(system / "p/16/a.png", "");
+    EXPECT_EQ(theme("near").find("a", 16, 1), system / "p/16/a.png");
+    EXPECT_EQ(theme("far").find("a", 16, 1), fs::path());
+    write(system / "hicolor/index.theme", index("", "16", kSizes));
+    write(system / "hicolor/16/b.png", "");
+    EXPECT_EQ(theme("far").find("b", 16, 1), system / "hicolor/16/b.png");
+}
+
 TEST_F(Icons, OfTheNearestSizeAreFound) {
     write(system / "t/index.theme", index("", "16,32,64,32@2", kSizes));
     for (const char* size : {"16", "32", "64", "32@2"})
