@@ -46,7 +46,10 @@ DesktopEntry read(const fs::path& file, const FileStamp& stamp) {
     addProgram(entry, tried.get());
     addProgram(entry, g_app_info_get_executable(application));
     entry.shown = g_app_info_should_show(application) && !g_desktop_app_info_get_is_hidden(info.get());
-    entry.name = g_app_info_get_display_name(application);
+    // Each may well be there and empty, but for the last.
+    for (const char* known : {g_app_info_get_display_name(application), g_app_info_get_name(application),
+                              static_cast<const char*>(name.get())})
+        if (entry.name.empty()) entry.name = known;
     if (GIcon* icon = g_app_info_get_icon(application)) entry.icon.reset(G_ICON(g_object_ref(icon)));
     return entry;
 }

@@ -33,6 +33,12 @@ TEST_F(Entries, AreNamedInTheUsersLanguageAndKnownByTheirPath) {
     EXPECT_EQ(entries.find("clock"), nullptr);
 }
 
+TEST_F(Entries, AreNamedByAnotherOfTheirNamesWhereOneIsEmpty) {
+    write(first / "full.desktop", entryNamed("Full", "X-GNOME-FullName=\n"));
+    write(first / "translated.desktop", entryNamed("Translated", "Name[de]=\n"));
+    EXPECT_EQ(shown(), (Shown{{"full", "Full"}, {"translated", "Translated"}}));
+}
+
 TEST_F(Entries, LeaveOutWhatUsersAreNotToSee) {
     write(first / "hidden.desktop", entryNamed("Hidden", "Hidden=true\n"));
     write(first / "internal.desktop", entryNamed("Internal", "NoDisplay=true\n"));
