@@ -2,12 +2,8 @@
 #include "platform/messaging/CFMessagePort.h"
 #include "tests/support/RawSocket.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <malloc.h>
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 using namespace platform;
 using namespace tests;
@@ -75,16 +71,4 @@ TEST(PortFrameReader, TakesMemoryForWhatArrivedNotForWhatWasPromised) {
     for (auto& reader : readers)
         reader.feed(frameBytes(0, kMaximumMessageBody, bytes("only this")));
     EXPECT_LT(inUse() - before, 100U << 10);
-}
-
-TEST(PortFrameFuzzer, ReplaysItsSeeds) {
-    int seeds = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(LUMORA_SOURCE "/fuzz/seeds/PortFrame")) {
-        SCOPED_TRACE(entry.path());
-        std::ifstream file(entry.path(), std::ios::binary);
-        const Data seed{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-        EXPECT_EQ(LLVMFuzzerTestOneInput(seed.data(), seed.size()), 0);
-        ++seeds;
-    }
-    EXPECT_GE(seeds, 12);
 }

@@ -1,20 +1,17 @@
-#include "platform/messaging/CFMessagePort.h"
+#include "Fuzzer.h"
+
 #include "platform/messaging/PortFrame.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
 
+using fuzzing::require;
 using platform::PortFrame;
 using platform::PortFrameReader;
 
 namespace {
 
 using Bytes = std::span<const std::uint8_t>;
-
-void require(bool condition) {
-    if (!condition) std::abort();
-}
 
 struct Outcome {
     std::vector<PortFrame> frames;
@@ -49,6 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto whole = readInPieces(stream, size);
     require(readInPieces(stream, std::size_t{data[0]} + 1) == whole);
 
+    if (!whole.frames.empty()) ++fuzzing::taken;
     std::size_t bytes = 0;
     for (const auto& frame : whole.frames)
         bytes += PortFrame::headerSize + (frame.body ? frame.body->size() : 0);

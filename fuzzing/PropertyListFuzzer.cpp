@@ -1,11 +1,10 @@
 // Any bytes, in binary or XML form, give a value or nothing; a value can be written, and reads as itself again.
 
+#include "Fuzzer.h"
+
 #include "platform/foundation/PropertyList.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-
+using fuzzing::require;
 using platform::Data;
 using platform::readPropertyList;
 using platform::writePropertyList;
@@ -13,12 +12,13 @@ using platform::writePropertyList;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     std::size_t visits = 0;
     const auto value = readPropertyList(Data(bytes, bytes + size), &visits);
-    if (visits > 16 * size + 64) std::abort();
+    require(visits <= 16 * size + 64);
     if (!value) return 0;
+    ++fuzzing::taken;
 
     const auto written = writePropertyList(value.value());
-    if (!written) std::abort();
+    require(static_cast<bool>(written));
     const auto again = readPropertyList(written.value());
-    if (!again || writePropertyList(again.value()).value() != written.value()) std::abort();
+    require(again && writePropertyList(again.value()).value() == written.value());
     return 0;
 }

@@ -1,11 +1,10 @@
 // Any bytes give a value or nothing; a value can be written, and reads as itself again.
 
+#include "Fuzzer.h"
+
 #include "platform/foundation/NSKeyedArchiver.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-
+using fuzzing::require;
 using platform::Data;
 using platform::NSKeyedArchiver;
 using platform::NSKeyedUnarchiver;
@@ -13,14 +12,15 @@ using platform::NSKeyedUnarchiver;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     std::size_t visits = 0;
     const auto value = NSKeyedUnarchiver::unarchive(Data(bytes, bytes + size), &visits);
-    if (visits > 16 * size + 64) std::abort();
+    require(visits <= 16 * size + 64);
     if (!value) return 0;
-    if (description(value.value()).empty() && value.value().text() == nullptr) std::abort();
+    ++fuzzing::taken;
+    require(!description(value.value()).empty() || value.value().text() != nullptr);
 
     const auto archive = NSKeyedArchiver::archivedDataWithRootObject(value.value());
-    if (!archive) std::abort();
+    require(archive.has_value());
     const auto again = NSKeyedUnarchiver::unarchive(*archive);
     // Compared as bytes, which tell more apart than values do: the order of keys, one NaN from another.
-    if (!again || NSKeyedArchiver::archivedDataWithRootObject(again.value()) != archive) std::abort();
+    require(again && NSKeyedArchiver::archivedDataWithRootObject(again.value()) == archive);
     return 0;
 }

@@ -1,0 +1,44 @@
+// A file that is shown as text, such as the change log, is read exactly or not at all. What goes to a terminal can be
+// shown whatever it was.
+
+#include "Fuzzer.h"
+#include "InputFile.h"
+
+#include "platform/foundation/FileContents.h"
+#include "platform/foundation/Unicode.h"
+#include "tools/lumoractl/Printable.h"
+
+#include <glib.h>
+
+using fuzzing::require;
+
+namespace {
+
+/// What another reader of UTF-8 says. It takes no zero byte for text; we do.
+bool isTextToGLib(std::string text) {
+    for (char& letter : text)
+        if (letter == '\0') letter = ' ';
+    return g_utf8_validate_len(text.data(), text.size(), nullptr) != FALSE;
+}
+
+bool isVisible(std::string_view text) {
+    while (!text.empty())
+        if (!platform::isVisible(platform::takeCharacter(text))) return false;
+    return true;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    static const fuzzing::InputFile file("changelog.txt");
+    const std::string input(fuzzing::textOf(bytes, size));
+    file.write(input);
+    const auto text = platform::stringWithContentsOfFile(file.path());
+    require(text.has_value() == isTextToGLib(input));
+    require(!text || *text == input);
+    if (text && !text->empty()) ++fuzzing::taken;
+
+    const std::string printed = lumora::printable(input);
+    require(platform::isUtf8(printed) && isVisible(printed) && lumora::printable(printed) == printed);
+    return 0;
+}
