@@ -20,6 +20,14 @@ void addProgram(DesktopEntry& entry, const char* name) {
     entry.programs.emplace_back(found ? found.get() : name);
 }
 
+/// The same for the first word of a command line. GIO itself tells of one that is quoted only its part up to a space.
+void addProgramOfCommand(DesktopEntry& entry, const char* line) {
+    gchar** words = nullptr;
+    if (!line || !g_shell_parse_argv(line, nullptr, &words, nullptr)) return;
+    addProgram(entry, words[0]);
+    g_strfreev(words);
+}
+
 bool hasPrograms(const DesktopEntry& entry) {
     return std::all_of(entry.programs.begin(), entry.programs.end(),
                        [](const fs::path& program) { return g_file_test(program.c_str(), G_FILE_TEST_IS_EXECUTABLE); });
@@ -44,7 +52,7 @@ DesktopEntry read(const fs::path& file, const FileStamp& stamp) {
     GAppInfo* application = G_APP_INFO(info.get());
     const GLibPointer<char> tried(g_desktop_app_info_get_string(info.get(), "TryExec"));
     addProgram(entry, tried.get());
-    addProgram(entry, g_app_info_get_executable(application));
+    addProgramOfCommand(entry, g_app_info_get_commandline(application));
     entry.shown = g_app_info_should_show(application) && !g_desktop_app_info_get_is_hidden(info.get());
     // Each may well be there and empty, but for the last.
     for (const char* known : {g_app_info_get_display_name(application), g_app_info_get_name(application),

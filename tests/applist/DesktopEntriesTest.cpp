@@ -112,6 +112,19 @@ TEST_F(Entries, AreReadAgainOnlyWhenTheirFilesHaveChanged) {
     EXPECT_EQ(entries.shown().size(), many);
 }
 
+TEST_F(Entries, OfQuotedProgramsAreReadOnce) {
+    const fs::path program = folder / "two words";
+    write(program, "#!/bin/sh\n");
+    fs::permissions(program, fs::perms::owner_all);
+    write(first / "quoted.desktop",
+          "[Desktop Entry]\nType=Application\nName=Quoted\nExec=\"" + program.string() + "\" %U\n");
+    EXPECT_EQ(shown(), (Shown{{"quoted", "Quoted"}}));
+    EXPECT_FALSE(entries.refresh());
+    EXPECT_EQ(entries.filesRead(), 1);
+    fs::remove(program);
+    EXPECT_EQ(shown(), Shown{});
+}
+
 TEST_F(Entries, OfProgramsThatAreInstalledLaterShowThen) {
     const fs::path program = folder / "program";
     write(first / "late.desktop", entryNamed("Late", "TryExec=" + program.string() + "\n"));
