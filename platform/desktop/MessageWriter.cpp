@@ -87,8 +87,15 @@ bool isAddress(const std::string& text) {
            std::all_of(text.begin(), text.end(), [](char letter) { return letter > ' ' && letter < 127; });
 }
 
+/// True for a comment behind a domain in square brackets, over which the parser loses memory.
+bool hasCommentBehindBrackets(const std::string& part) {
+    const std::size_t bracket = part.find('[', std::min(part.find('@'), part.size()));
+    return bracket != std::string::npos && part.find('(', bracket) != std::string::npos;
+}
+
 /// Nothing where the part is not just one address: the parser finds some address in almost everything.
 Owned<InternetAddressList> addressIn(const std::string& part) {
+    if (hasCommentBehindBrackets(part)) return nullptr;
     Owned<InternetAddressList> found(internet_address_list_parse(nullptr, part.c_str()));
     if (!found || internet_address_list_length(found.get()) != 1) return nullptr;
     InternetAddress* address = internet_address_list_get_address(found.get(), 0);
