@@ -16,14 +16,24 @@ Application applicationOf(const std::string& scheme) {
     return Application(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
 }
 
+/// The first word of an application's command line. GIO itself tells of one that is quoted only its part up to a space,
+/// with the quote.
+std::string programOf(GAppInfo* application) {
+    const char* line = g_app_info_get_commandline(application);
+    gchar** words = nullptr;
+    if (!line || !g_shell_parse_argv(line, nullptr, &words, nullptr)) return {};
+    std::string program = words[0];
+    g_strfreev(words);
+    return program;
+}
+
 class Desktop final : public DesktopServices {
   public:
     std::optional<Handler> handlerOf(const std::string& scheme) override {
         const Application application = applicationOf(scheme);
         if (!application) return std::nullopt;
         const char* id = g_app_info_get_id(application.get());
-        const char* program = g_app_info_get_executable(application.get());
-        return Handler{id ? id : "", program ? program : ""};
+        return Handler{id ? id : "", programOf(application.get())};
     }
 
     bool openAddress(const std::string& scheme, const std::string& address) override {

@@ -152,6 +152,14 @@ TEST_F(MailTest, CanBeHandedToAKnownMailProgramThatIsRegistered) {
     EXPECT_TRUE(tests::eventually(canSend)) << "what is registered later is noticed";
 }
 
+TEST_F(MailTest, CanBeHandedToAKnownProgramWhosePathIsQuoted) {
+    std::filesystem::create_directory(home.path() / "bin/my mail");
+    home.addRecorder("my mail/thunderbird");
+    home.registerFor("mailto", "thunderbird.desktop",
+                     '"' + (home.path() / "bin/my mail/thunderbird").string() + "\" %u");
+    EXPECT_TRUE(canSend());
+}
+
 TEST_F(MailTest, CannotBeHandedToAProgramThatIsNotKnownToTakeAttachments) {
     home.addRecorder("other");
     home.registerFor("mailto", "other.desktop", "other %u");
