@@ -85,9 +85,10 @@ TEST(HostileArchive, IsReadUpToTheDepthThatIsAllowedAndNoFurther) {
 TEST(HostileArchive, CannotPassTheDepthThroughASharedList) {
     // The same tower of 100 lists is met at the top first and 100 levels further down again.
     RawArchive archive;
-    archive.addList({102, 2});
-    for (std::size_t i = 0; i < 100; ++i)
+    archive.addList({2, 102});
+    for (std::size_t i = 0; i < 99; ++i)
         archive.addList({i + 3});
+    archive.addList({});
     for (std::size_t i = 0; i < 99; ++i)
         archive.addList({i + 103});
     archive.addList({2});
