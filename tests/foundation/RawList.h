@@ -20,6 +20,11 @@ class RawList {
             bytes_.push_back(static_cast<std::uint8_t>(byte));
         return *this;
     }
+    /// One more byte of the object that was added last.
+    RawList& appendByte(int byte) {
+        append(static_cast<std::size_t>(byte), 1);
+        return *this;
+    }
     RawList& add(std::string_view text) {
         addMarker(0x5, text.size());
         bytes_.insert(bytes_.end(), text.begin(), text.end());

@@ -59,6 +59,10 @@ TEST(ColorMapping, PutsEachBrightnessHalfwayUpTheBar) {
     EXPECT_EQ(pointOf(0, kBar), (CGPoint{300, 315}));
 }
 
+TEST(ColorMapping, PutsAColourOfWhichNothingIsSaidInTheLowerLeftCorner) {
+    EXPECT_EQ(pointOf(HueSaturation{}, kField), (CGPoint{20, 280}));
+}
+
 TEST(ColorMapping, LeadsBackToWhereItCameFrom) {
     constexpr CGRect field = CGRectMake(20, 20, 350.5, 533.25);
     for (int i = 0; i <= 97; ++i)

@@ -1,0 +1,264 @@
+// The binary form, byte by byte: what is sound to the last bit, and why everything else is refused.
+
+#include "Files.h"
+#include "RawList.h"
+
+#include "platform/foundation/NSKeyedArchiver.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+using platform::Data;
+using platform::List;
+using platform::NSKeyedArchiver;
+using platform::NSKeyedUnarchiver;
+using platform::readPropertyList;
+using platform::Result;
+using platform::Value;
+
+std::string refusal(const Result<Value>& value) {
+    return value ? "" : value.error();
+}
+std::string refusal(const Data& bytes) {
+    return refusal(readPropertyList(bytes));
+}
+std::string refusalOf(std::initializer_list<int> object) {
+    return refusal(RawList(1).add(object).bytes());
+}
+
+/// The number true and nothing else, with a trailer that says what it likes.
+struct Trailer {
+    std::size_t offsetSize = 1, referenceSize = 1, count = 1, root = 0, table = 9;
+
+    [[nodiscard]] Data bytes() const {
+        constexpr std::string_view begin = "bplist00\x09";
+        Data bytes(begin.begin(), begin.end());
+        append(bytes, 8, std::clamp<std::size_t>(offsetSize, 1, 9));
+        append(bytes, 0, 6);
+        append(bytes, offsetSize, 1);
+        append(bytes, referenceSize, 1);
+        append(bytes, count, 8);
+        append(bytes, root, 8);
+        append(bytes, table, 8);
+        return bytes;
+    }
+
+  private:
+    static void append(Data& bytes, std::size_t number, std::size_t size) {
+        for (std::size_t i = size; i > 0; --i)
+            bytes.push_back(i > 8 ? 0 : static_cast<std::uint8_t>(number >> (8 * (i - 1))));
+    }
+};
+
+/// A sound archive of fewer than 256 objects, of which the table can be changed.
+class Archive {
+  public:
+    explicit Archive(Data bytes) : bytes_(std::move(bytes)) {}
+
+    [[nodiscard]] const Data& bytes() const { return bytes_; }
+    [[nodiscard]] std::size_t count() const { return bytes_[bytes_.size() - 17]; }
+    [[nodiscard]] std::size_t table() const { return number(bytes_.size() - 4, 4); }
+    [[nodiscard]] std::size_t offset(std::size_t object) const { return number(place(object), width()); }
+    void setOffset(std::size_t object, std::size_t offset) {
+        for (std::size_t i = 0; i < width(); ++i)
+            bytes_[place(object) + i] = static_cast<std::uint8_t>(offset >> (8 * (width() - 1 - i)));
+    }
+    std::uint8_t& byte(std::size_t offset) { return bytes_[offset]; }
+
+  private:
+    [[nodiscard]] std::size_t width() const { return bytes_[bytes_.size() - 26]; }
+    [[nodiscard]] std::size_t place(std::size_t object) const { return table() + object * width(); }
+    [[nodiscard]] std::size_t number(std::size_t at, std::size_t size) const {
+        std::size_t number = 0;
+        for (std::size_t i = 0; i < size; ++i)
+            number = number << 8U | bytes_[at + i];
+        return number;
+    }
+
+    Data bytes_;
+};
+
+TEST(BinaryForm, NeedsATrailerThatFitsTheBytes) {
+    ASSERT_EQ(readPropertyList(Trailer{}.bytes()).value(), Value(true));
+    for (std::size_t size = 1; size <= 8; ++size) {
+        EXPECT_EQ(refusal(Trailer{.offsetSize = size}.bytes()), "") << size;
+        EXPECT_EQ(refusal(Trailer{.referenceSize = size}.bytes()), "") << size;
+    }
+    for (const std::size_t size : {std::size_t{0}, std::size_t{9}, std::size_t{255}}) {
+        EXPECT_EQ(refusal(Trailer{.offsetSize = size}.bytes()), "the trailer gives a size that no number has") << size;
+        EXPECT_EQ(refusal(Trailer{.referenceSize = size}.bytes()), "the trailer gives a size that no number has");
+    }
+
+    EXPECT_EQ(refusal(Trailer{.table = 7}.bytes()), "the table of offsets lies outside the bytes");
+    EXPECT_EQ(refusal(Trailer{.table = 8}.bytes()), "an object lies outside the bytes");
+    EXPECT_EQ(refusal(Trailer{.count = 0, .table = 10}.bytes()), "there is no root object");
+    EXPECT_EQ(refusal(Trailer{.count = 0, .table = 11}.bytes()), "the table of offsets lies outside the bytes");
+    EXPECT_EQ(refusal(Trailer{.count = 2}.bytes()), "the table of offsets is longer than the bytes");
+    EXPECT_EQ(refusal(Trailer{.offsetSize = 2, .count = 2}.bytes()), "the table of offsets is longer than the bytes");
+    EXPECT_EQ(refusal(Trailer{.root = 1}.bytes()), "there is no root object");
+    EXPECT_EQ(refusal(Trailer{.count = 0}.bytes()), "there is no root object");
+}
+
+TEST(BinaryForm, NeedsItsMagicAndATrailer) {
+    Data bytes = Trailer{}.bytes();
+    bytes[7] = '1';
+    EXPECT_EQ(refusal(bytes), "not a binary property list");
+    Data shortest(40, 0);
+    std::ranges::copy(std::string_view("bplist00"), shortest.begin());
+    EXPECT_EQ(refusal(shortest), "the trailer gives a size that no number has");
+    shortest.pop_back();
+    EXPECT_EQ(refusal(shortest), "too short for a binary property list");
+}
+
+TEST(BinaryForm, NeedsEachObjectBetweenTheMagicAndTheTable) {
+    Archive list(RawList(1).addList({1, 2}).add({0x09}).add({0x08}).bytes());
+    ASSERT_EQ(readPropertyList(list.bytes()).value(), Value(List{true, false}));
+    for (const std::size_t offset : {std::size_t{0}, std::size_t{7}, list.table(), list.table() + 1}) {
+        Archive changed = list;
+        changed.setOffset(1, offset);
+        EXPECT_EQ(refusal(changed.bytes()), "an object lies outside the bytes") << offset;
+    }
+    list.setOffset(1, list.table() - 1);
+    EXPECT_EQ(readPropertyList(list.bytes()).value(), Value(List{false, false}));
+}
+
+TEST(BinaryForm, RefusesMarkersThatMeanNothing) {
+    for (const int marker : {0x01, 0x07, 0x0A, 0x0F, 0x70, 0x90, 0xE0, 0xF0})
+        EXPECT_EQ(refusalOf({marker, 0, 0, 0, 0, 0, 0, 0, 0, 0}), "an object of an unknown kind") << marker;
+
+    const auto withRoomForAll = [](int marker) {
+        return refusal(RawList(1).add({marker}).add(std::string(100, 'x')).bytes());
+    };
+    for (const int marker : {0x15, 0x1F})
+        EXPECT_EQ(withRoomForAll(marker), "an integer of an unknown size") << marker;
+    for (const int marker : {0x20, 0x21, 0x24, 0x25})
+        EXPECT_EQ(withRoomForAll(marker), "a real of an unknown size") << marker;
+    for (const int marker : {0x30, 0x32, 0x34})
+        EXPECT_EQ(withRoomForAll(marker), "a date of an unknown size") << marker;
+    for (const int marker : {0x84, 0x8F})
+        EXPECT_EQ(withRoomForAll(marker), "a UID of an unknown size") << marker;
+    EXPECT_EQ(withRoomForAll(0x83), "a UID outside a keyed archive");
+}
+
+TEST(BinaryForm, RefusesNumbersThatAreCutShort) {
+    for (const auto& [marker, size] :
+         {std::pair(0x10, 1), std::pair(0x11, 2), std::pair(0x12, 4), std::pair(0x13, 8), std::pair(0x14, 16),
+          std::pair(0x22, 4), std::pair(0x23, 8), std::pair(0x33, 8), std::pair(0x80, 1), std::pair(0x83, 4)}) {
+        RawList list(1);
+        list.add({marker});
+        for (int i = 1; i < size; ++i)
+            list.appendByte(0);
+        EXPECT_EQ(refusal(list.bytes()), "a number is cut short") << marker;
+        list.appendByte(0);
+        EXPECT_EQ(refusal(list.bytes()), marker < 0x80 ? "" : "a UID outside a keyed archive") << marker;
+    }
+}
+
+TEST(BinaryForm, RefusesCountsThatAreNone) {
+    EXPECT_EQ(refusalOf({0x5F}), "a count that is no integer");
+    EXPECT_EQ(refusalOf({0x5F, 0x20, 1, 'x'}), "a count that is no integer");
+    EXPECT_EQ(refusalOf({0x5F, 0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 'x'}),
+              "a count that is no integer");
+    EXPECT_EQ(refusalOf({0x5F, 0x10}), "a count is cut short");
+    EXPECT_EQ(refusalOf({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0}), "a count is cut short");
+    EXPECT_EQ(refusalOf({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 1}), "a count is larger than the bytes that remain");
+    EXPECT_EQ(refusalOf({0x5F, 0x10, 1}), "a count is larger than the bytes that remain");
+    EXPECT_EQ(refusalOf({0x5F, 0x10, 2, 'x'}), "a count is larger than the bytes that remain");
+    EXPECT_EQ(refusalOf({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 4, 'x', 'y', 'z'}),
+              "a count is larger than the bytes that remain");
+    EXPECT_EQ(readPropertyList(RawList(1).add({0x5F, 0x10, 0}).bytes()).value(), Value(""));
+    EXPECT_EQ(readPropertyList(RawList(1).add({0x5F, 0x10, 1, 'x'}).bytes()).value(), Value("x"));
+    EXPECT_EQ(readPropertyList(RawList(1).add({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 1, 'x'}).bytes()).value(), Value("x"));
+}
+
+TEST(BinaryForm, RefusesContentsThatAreCutShort) {
+    constexpr const char* tooLarge = "a count is larger than the bytes that remain";
+    EXPECT_EQ(refusalOf({0x42, 0}), tooLarge);
+    EXPECT_EQ(refusalOf({0x52, 'h'}), tooLarge);
+    EXPECT_EQ(refusalOf({0x62, 0, 'h', 0}), tooLarge);
+    EXPECT_EQ(refusalOf({0xA1}), tooLarge);
+    EXPECT_EQ(refusalOf({0xD1, 0}), tooLarge);
+}
+
+TEST(BinaryForm, ReadsIntegersOfSixteenBytesThatFitIntoEight) {
+    const auto read = [](int upper, int top) {
+        RawList list(1);
+        list.add({0x14});
+        for (int i = 0; i < 8; ++i)
+            list.appendByte(upper);
+        list.appendByte(top);
+        for (int i = 0; i < 7; ++i)
+            list.appendByte(0xFF);
+        return readPropertyList(list.bytes());
+    };
+    EXPECT_EQ(read(0xFF, 0xFF).value(), Value(-1));
+    EXPECT_EQ(read(0x00, 0x7F).value(), Value(std::numeric_limits<std::int64_t>::max()));
+    EXPECT_EQ(refusal(read(0x00, 0xFF)), "an integer needs more than 64 bits");
+    EXPECT_EQ(refusal(read(0xFF, 0x7F)), "an integer needs more than 64 bits");
+}
+
+TEST(BinaryForm, TellsHowManyReferencesItFollowed) {
+    std::size_t visits = 7;
+    ASSERT_TRUE(
+        readPropertyList(RawList(1).addList({1, 2}).add({0x09}).addDictionary({{3, 1}}).add("k").bytes(), &visits));
+    EXPECT_EQ(visits, 4U);
+}
+
+TEST(BinaryForm, RefusesAKeyThatIsUnsound) {
+    EXPECT_EQ(refusal(RawList(1).addDictionary({{7, 1}}).add({0x09}).bytes()),
+              "a reference to an object that is not there");
+    EXPECT_EQ(refusal(RawList(1).addDictionary({{1, 2}}).add({0x52, 'k', 0xFF}).add({0x09}).bytes()),
+              "an ASCII text holds other bytes");
+    EXPECT_EQ(refusal(RawList(1).addDictionary({{1, 7}}).add("k").bytes()),
+              "a reference to an object that is not there");
+}
+
+TEST(BinaryForm, OfAnArchiveIsReadOnlyIfEachObjectIsSoundThatItStandsOn) {
+    for (const auto& file : filesIn(testData("archives"), ".bplist")) {
+        const Archive archive(readFile(file));
+        const Value value = NSKeyedUnarchiver::unarchiveObjectWithData(archive.bytes());
+        const auto letter =
+            std::find(archive.bytes().begin() + 8, archive.bytes().end(), 's') - archive.bytes().begin();
+        ASSERT_LT(letter, std::ptrdiff_t(archive.table())) << "0x73, a marker of no kind";
+        std::size_t refused = 0;
+        std::size_t nameless = 0;
+        for (std::size_t object = 0; object < archive.count(); ++object) {
+            Archive changed = archive;
+            changed.setOffset(object, std::size_t(letter));
+            const auto read = NSKeyedUnarchiver::unarchive(changed.bytes());
+            if (read) {
+                ASSERT_EQ(read.value(), value) << file << ", object " << object;
+            } else if (read.error() == "not a keyed archive") {
+                ++nameless;
+            } else {
+                ASSERT_EQ(read.error(), "an object of an unknown kind") << file << ", object " << object;
+                ++refused;
+            }
+        }
+        EXPECT_EQ(nameless, 1U) << "the name of the archiver";
+        EXPECT_GE(refused, archive.count() - 8) << "nobody needs the version, $null, and the names of base classes";
+    }
+}
+
+TEST(BinaryForm, OfAnArchiveHasNoUidBeyondItsObjects) {
+    const Archive archive(*NSKeyedArchiver::archivedDataWithRootObject(List{1, Value()}));
+    constexpr std::uint8_t objects = 4; // "$null", the list, 1, and the class
+    std::size_t uids = 0;
+    for (std::size_t object = 0; object < archive.count(); ++object) {
+        Archive changed = archive;
+        const std::size_t at = archive.offset(object);
+        if (changed.byte(at) != 0x80) continue;
+        ++uids;
+        changed.byte(at + 1) = objects;
+        EXPECT_EQ(refusal(NSKeyedUnarchiver::unarchive(changed.bytes())), "a UID beyond $objects");
+        changed.byte(at + 1) = objects - 1;
+        EXPECT_NE(refusal(NSKeyedUnarchiver::unarchive(changed.bytes())), "a UID beyond $objects");
+    }
+    EXPECT_EQ(uids, objects);
+}
+
+} // namespace
