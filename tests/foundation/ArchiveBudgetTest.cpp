@@ -19,9 +19,9 @@ using platform::readPropertyList;
 using platform::Result;
 using platform::Value;
 
-constexpr const char* tooLarge = "shared objects stand for too large a value";
+constexpr const char* overBudget = "shared objects stand for too large a value";
 
-std::string refusal(const Result<Value>& value) {
+std::string budgetProblem(const Result<Value>& value) {
     return value ? "" : value.error();
 }
 
@@ -92,12 +92,24 @@ TEST(ArchiveBudget, OfDepthCountsTheLevelsOfListsThatAreShared) {
             const bool small = extent.values[0] <= valuesAllowed(bytes);
             ASSERT_EQ(bool(value), shallow && small) << "graph " << i << " of " << extent.levels[0] << " levels";
             if (small != shallow) {
-                ASSERT_EQ(value.error(), small ? "nested too deeply" : tooLarge);
+                ASSERT_EQ(value.error(), small ? "nested too deeply" : overBudget);
             }
         }
     }
     EXPECT_GT(readable, graphs / 10);
     EXPECT_LT(readable, graphs - graphs / 10);
+}
+
+TEST(ArchiveBudget, OfDepthCountsAListThatHoldsNothingButOneMetBefore) {
+    for (const std::size_t chain : {PropertyListLimits::depth - 3, PropertyListLimits::depth - 2}) {
+        RawList list(1);
+        list.addList({1, 2, 3}).addList({}).addList({1});
+        for (std::size_t i = 1; i < chain; ++i)
+            list.addList({i + 3});
+        list.addList({2});
+        EXPECT_EQ(budgetProblem(readPropertyList(list.bytes())),
+                  chain + 3 <= PropertyListLimits::depth ? "" : "nested too deeply");
+    }
 }
 
 TEST(ArchiveBudget, OfValuesIsUsedUpToTheLast) {
@@ -111,7 +123,8 @@ TEST(ArchiveBudget, OfValuesIsUsedUpToTheLast) {
                 list.addList(std::vector<std::size_t>(99, 2)).add({0x09}).add(std::string(unused, 'u'));
                 const Data bytes = list.bytes();
                 const std::size_t values = 1 + 60 * 100 + single;
-                ASSERT_EQ(refusal(readPropertyList(bytes)), values <= valuesAllowed(bytes) ? "" : tooLarge) << unused;
+                ASSERT_EQ(budgetProblem(readPropertyList(bytes)), values <= valuesAllowed(bytes) ? "" : overBudget)
+                    << unused;
                 exact += values == valuesAllowed(bytes) ? 1U : 0U;
             }
         }
@@ -130,7 +143,8 @@ TEST(ArchiveBudget, OfTextIsUsedUpToTheLastByte) {
             list.add(std::string(own, 'o')).add(std::string(unused, 'u'));
             const Data bytes = list.bytes();
             const std::size_t expanded = uses * length + own;
-            ASSERT_EQ(refusal(readPropertyList(bytes)), expanded <= bytesAllowed(bytes) ? "" : tooLarge) << unused;
+            ASSERT_EQ(budgetProblem(readPropertyList(bytes)), expanded <= bytesAllowed(bytes) ? "" : overBudget)
+                << unused;
             exact += expanded == bytesAllowed(bytes) ? 1U : 0U;
         }
     }
@@ -146,7 +160,7 @@ TEST(ArchiveBudget, OfObjectsThatOverlapIsTwiceTheFile) {
         list.addList(references).add({0x09}).add(std::string(length, 't')).addAlias(2, 0).addAlias(2, 0);
         const Data bytes = list.bytes();
         const std::size_t read = references.size() + 3 * length;
-        ASSERT_EQ(refusal(readPropertyList(bytes)), read <= 2 * bytes.size() ? "" : "objects overlap") << length;
+        ASSERT_EQ(budgetProblem(readPropertyList(bytes)), read <= 2 * bytes.size() ? "" : "objects overlap") << length;
         exact += read == 2 * bytes.size() ? 1U : 0U;
     }
     EXPECT_EQ(exact, 1U);

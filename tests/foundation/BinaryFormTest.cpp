@@ -20,14 +20,14 @@ using platform::readPropertyList;
 using platform::Result;
 using platform::Value;
 
-std::string refusal(const Result<Value>& value) {
+std::string complaint(const Result<Value>& value) {
     return value ? "" : value.error();
 }
-std::string refusal(const Data& bytes) {
-    return refusal(readPropertyList(bytes));
+std::string complaint(const Data& bytes) {
+    return complaint(readPropertyList(bytes));
 }
-std::string refusalOf(std::initializer_list<int> object) {
-    return refusal(RawList(1).add(object).bytes());
+std::string complaintAbout(std::initializer_list<int> object) {
+    return complaint(RawList(1).add(object).bytes());
 }
 
 /// The number true and nothing else, with a trailer that says what it likes.
@@ -85,33 +85,34 @@ class Archive {
 TEST(BinaryForm, NeedsATrailerThatFitsTheBytes) {
     ASSERT_EQ(readPropertyList(Trailer{}.bytes()).value(), Value(true));
     for (std::size_t size = 1; size <= 8; ++size) {
-        EXPECT_EQ(refusal(Trailer{.offsetSize = size}.bytes()), "") << size;
-        EXPECT_EQ(refusal(Trailer{.referenceSize = size}.bytes()), "") << size;
+        EXPECT_EQ(complaint(Trailer{.offsetSize = size}.bytes()), "") << size;
+        EXPECT_EQ(complaint(Trailer{.referenceSize = size}.bytes()), "") << size;
     }
     for (const std::size_t size : {std::size_t{0}, std::size_t{9}, std::size_t{255}}) {
-        EXPECT_EQ(refusal(Trailer{.offsetSize = size}.bytes()), "the trailer gives a size that no number has") << size;
-        EXPECT_EQ(refusal(Trailer{.referenceSize = size}.bytes()), "the trailer gives a size that no number has");
+        EXPECT_EQ(complaint(Trailer{.offsetSize = size}.bytes()), "the trailer gives a size that no number has")
+            << size;
+        EXPECT_EQ(complaint(Trailer{.referenceSize = size}.bytes()), "the trailer gives a size that no number has");
     }
 
-    EXPECT_EQ(refusal(Trailer{.table = 7}.bytes()), "the table of offsets lies outside the bytes");
-    EXPECT_EQ(refusal(Trailer{.table = 8}.bytes()), "an object lies outside the bytes");
-    EXPECT_EQ(refusal(Trailer{.count = 0, .table = 10}.bytes()), "there is no root object");
-    EXPECT_EQ(refusal(Trailer{.count = 0, .table = 11}.bytes()), "the table of offsets lies outside the bytes");
-    EXPECT_EQ(refusal(Trailer{.count = 2}.bytes()), "the table of offsets is longer than the bytes");
-    EXPECT_EQ(refusal(Trailer{.offsetSize = 2, .count = 2}.bytes()), "the table of offsets is longer than the bytes");
-    EXPECT_EQ(refusal(Trailer{.root = 1}.bytes()), "there is no root object");
-    EXPECT_EQ(refusal(Trailer{.count = 0}.bytes()), "there is no root object");
+    EXPECT_EQ(complaint(Trailer{.table = 7}.bytes()), "the table of offsets lies outside the bytes");
+    EXPECT_EQ(complaint(Trailer{.table = 8}.bytes()), "an object lies outside the bytes");
+    EXPECT_EQ(complaint(Trailer{.count = 0, .table = 10}.bytes()), "there is no root object");
+    EXPECT_EQ(complaint(Trailer{.count = 0, .table = 11}.bytes()), "the table of offsets lies outside the bytes");
+    EXPECT_EQ(complaint(Trailer{.count = 2}.bytes()), "the table of offsets is longer than the bytes");
+    EXPECT_EQ(complaint(Trailer{.offsetSize = 2, .count = 2}.bytes()), "the table of offsets is longer than the bytes");
+    EXPECT_EQ(complaint(Trailer{.root = 1}.bytes()), "there is no root object");
+    EXPECT_EQ(complaint(Trailer{.count = 0}.bytes()), "there is no root object");
 }
 
 TEST(BinaryForm, NeedsItsMagicAndATrailer) {
     Data bytes = Trailer{}.bytes();
     bytes[7] = '1';
-    EXPECT_EQ(refusal(bytes), "not a binary property list");
+    EXPECT_EQ(complaint(bytes), "not a binary property list");
     Data shortest(40, 0);
     std::ranges::copy(std::string_view("bplist00"), shortest.begin());
-    EXPECT_EQ(refusal(shortest), "the trailer gives a size that no number has");
+    EXPECT_EQ(complaint(shortest), "the trailer gives a size that no number has");
     shortest.pop_back();
-    EXPECT_EQ(refusal(shortest), "too short for a binary property list");
+    EXPECT_EQ(complaint(shortest), "too short for a binary property list");
 }
 
 TEST(BinaryForm, NeedsEachObjectBetweenTheMagicAndTheTable) {
@@ -120,7 +121,7 @@ TEST(BinaryForm, NeedsEachObjectBetweenTheMagicAndTheTable) {
     for (const std::size_t offset : {std::size_t{0}, std::size_t{7}, list.table(), list.table() + 1}) {
         Archive changed = list;
         changed.setOffset(1, offset);
-        EXPECT_EQ(refusal(changed.bytes()), "an object lies outside the bytes") << offset;
+        EXPECT_EQ(complaint(changed.bytes()), "an object lies outside the bytes") << offset;
     }
     list.setOffset(1, list.table() - 1);
     EXPECT_EQ(readPropertyList(list.bytes()).value(), Value(List{false, false}));
@@ -128,10 +129,10 @@ TEST(BinaryForm, NeedsEachObjectBetweenTheMagicAndTheTable) {
 
 TEST(BinaryForm, RefusesMarkersThatMeanNothing) {
     for (const int marker : {0x01, 0x07, 0x0A, 0x0F, 0x70, 0x90, 0xE0, 0xF0})
-        EXPECT_EQ(refusalOf({marker, 0, 0, 0, 0, 0, 0, 0, 0, 0}), "an object of an unknown kind") << marker;
+        EXPECT_EQ(complaintAbout({marker, 0, 0, 0, 0, 0, 0, 0, 0, 0}), "an object of an unknown kind") << marker;
 
     const auto withRoomForAll = [](int marker) {
-        return refusal(RawList(1).add({marker}).add(std::string(100, 'x')).bytes());
+        return complaint(RawList(1).add({marker}).add(std::string(100, 'x')).bytes());
     };
     for (const int marker : {0x15, 0x1F})
         EXPECT_EQ(withRoomForAll(marker), "an integer of an unknown size") << marker;
@@ -152,23 +153,23 @@ TEST(BinaryForm, RefusesNumbersThatAreCutShort) {
         list.add({marker});
         for (int i = 1; i < size; ++i)
             list.appendByte(0);
-        EXPECT_EQ(refusal(list.bytes()), "a number is cut short") << marker;
+        EXPECT_EQ(complaint(list.bytes()), "a number is cut short") << marker;
         list.appendByte(0);
-        EXPECT_EQ(refusal(list.bytes()), marker < 0x80 ? "" : "a UID outside a keyed archive") << marker;
+        EXPECT_EQ(complaint(list.bytes()), marker < 0x80 ? "" : "a UID outside a keyed archive") << marker;
     }
 }
 
 TEST(BinaryForm, RefusesCountsThatAreNone) {
-    EXPECT_EQ(refusalOf({0x5F}), "a count that is no integer");
-    EXPECT_EQ(refusalOf({0x5F, 0x20, 1, 'x'}), "a count that is no integer");
-    EXPECT_EQ(refusalOf({0x5F, 0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 'x'}),
+    EXPECT_EQ(complaintAbout({0x5F}), "a count that is no integer");
+    EXPECT_EQ(complaintAbout({0x5F, 0x20, 1, 'x'}), "a count that is no integer");
+    EXPECT_EQ(complaintAbout({0x5F, 0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 'x'}),
               "a count that is no integer");
-    EXPECT_EQ(refusalOf({0x5F, 0x10}), "a count is cut short");
-    EXPECT_EQ(refusalOf({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0}), "a count is cut short");
-    EXPECT_EQ(refusalOf({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 1}), "a count is larger than the bytes that remain");
-    EXPECT_EQ(refusalOf({0x5F, 0x10, 1}), "a count is larger than the bytes that remain");
-    EXPECT_EQ(refusalOf({0x5F, 0x10, 2, 'x'}), "a count is larger than the bytes that remain");
-    EXPECT_EQ(refusalOf({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 4, 'x', 'y', 'z'}),
+    EXPECT_EQ(complaintAbout({0x5F, 0x10}), "a count is cut short");
+    EXPECT_EQ(complaintAbout({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0}), "a count is cut short");
+    EXPECT_EQ(complaintAbout({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 1}), "a count is larger than the bytes that remain");
+    EXPECT_EQ(complaintAbout({0x5F, 0x10, 1}), "a count is larger than the bytes that remain");
+    EXPECT_EQ(complaintAbout({0x5F, 0x10, 2, 'x'}), "a count is larger than the bytes that remain");
+    EXPECT_EQ(complaintAbout({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 4, 'x', 'y', 'z'}),
               "a count is larger than the bytes that remain");
     EXPECT_EQ(readPropertyList(RawList(1).add({0x5F, 0x10, 0}).bytes()).value(), Value(""));
     EXPECT_EQ(readPropertyList(RawList(1).add({0x5F, 0x10, 1, 'x'}).bytes()).value(), Value("x"));
@@ -176,12 +177,12 @@ TEST(BinaryForm, RefusesCountsThatAreNone) {
 }
 
 TEST(BinaryForm, RefusesContentsThatAreCutShort) {
-    constexpr const char* tooLarge = "a count is larger than the bytes that remain";
-    EXPECT_EQ(refusalOf({0x42, 0}), tooLarge);
-    EXPECT_EQ(refusalOf({0x52, 'h'}), tooLarge);
-    EXPECT_EQ(refusalOf({0x62, 0, 'h', 0}), tooLarge);
-    EXPECT_EQ(refusalOf({0xA1}), tooLarge);
-    EXPECT_EQ(refusalOf({0xD1, 0}), tooLarge);
+    constexpr const char* cutShort = "a count is larger than the bytes that remain";
+    EXPECT_EQ(complaintAbout({0x42, 0}), cutShort);
+    EXPECT_EQ(complaintAbout({0x52, 'h'}), cutShort);
+    EXPECT_EQ(complaintAbout({0x62, 0, 'h', 0}), cutShort);
+    EXPECT_EQ(complaintAbout({0xA1}), cutShort);
+    EXPECT_EQ(complaintAbout({0xD1, 0}), cutShort);
 }
 
 TEST(BinaryForm, ReadsIntegersOfSixteenBytesThatFitIntoEight) {
@@ -197,8 +198,8 @@ TEST(BinaryForm, ReadsIntegersOfSixteenBytesThatFitIntoEight) {
     };
     EXPECT_EQ(read(0xFF, 0xFF).value(), Value(-1));
     EXPECT_EQ(read(0x00, 0x7F).value(), Value(std::numeric_limits<std::int64_t>::max()));
-    EXPECT_EQ(refusal(read(0x00, 0xFF)), "an integer needs more than 64 bits");
-    EXPECT_EQ(refusal(read(0xFF, 0x7F)), "an integer needs more than 64 bits");
+    EXPECT_EQ(complaint(read(0x00, 0xFF)), "an integer needs more than 64 bits");
+    EXPECT_EQ(complaint(read(0xFF, 0x7F)), "an integer needs more than 64 bits");
 }
 
 TEST(BinaryForm, TellsHowManyReferencesItFollowed) {
@@ -209,11 +210,11 @@ TEST(BinaryForm, TellsHowManyReferencesItFollowed) {
 }
 
 TEST(BinaryForm, RefusesAKeyThatIsUnsound) {
-    EXPECT_EQ(refusal(RawList(1).addDictionary({{7, 1}}).add({0x09}).bytes()),
+    EXPECT_EQ(complaint(RawList(1).addDictionary({{7, 1}}).add({0x09}).bytes()),
               "a reference to an object that is not there");
-    EXPECT_EQ(refusal(RawList(1).addDictionary({{1, 2}}).add({0x52, 'k', 0xFF}).add({0x09}).bytes()),
+    EXPECT_EQ(complaint(RawList(1).addDictionary({{1, 2}}).add({0x52, 'k', 0xFF}).add({0x09}).bytes()),
               "an ASCII text holds other bytes");
-    EXPECT_EQ(refusal(RawList(1).addDictionary({{1, 7}}).add("k").bytes()),
+    EXPECT_EQ(complaint(RawList(1).addDictionary({{1, 7}}).add("k").bytes()),
               "a reference to an object that is not there");
 }
 
@@ -254,9 +255,9 @@ TEST(BinaryForm, OfAnArchiveHasNoUidBeyondItsObjects) {
         if (changed.byte(at) != 0x80) continue;
         ++uids;
         changed.byte(at + 1) = objects;
-        EXPECT_EQ(refusal(NSKeyedUnarchiver::unarchive(changed.bytes())), "a UID beyond $objects");
+        EXPECT_EQ(complaint(NSKeyedUnarchiver::unarchive(changed.bytes())), "a UID beyond $objects");
         changed.byte(at + 1) = objects - 1;
-        EXPECT_NE(refusal(NSKeyedUnarchiver::unarchive(changed.bytes())), "a UID beyond $objects");
+        EXPECT_NE(complaint(NSKeyedUnarchiver::unarchive(changed.bytes())), "a UID beyond $objects");
     }
     EXPECT_EQ(uids, objects);
 }
