@@ -112,6 +112,15 @@ TEST(ArchiveBudget, OfDepthCountsAListThatHoldsNothingButOneMetBefore) {
     }
 }
 
+TEST(ArchiveBudget, OfDepthCountsNoLevelForATextThatIsShared) {
+    RawList list(1);
+    list.addList({1, 1, 2}).add("text");
+    for (std::size_t i = 2; i < PropertyListLimits::depth; ++i)
+        list.addList({i + 1});
+    list.addList({1});
+    EXPECT_EQ(budgetProblem(readPropertyList(list.bytes())), "");
+}
+
 TEST(ArchiveBudget, OfValuesIsUsedUpToTheLast) {
     // Sixty lists of a hundred values, and some single ones. What nobody refers to makes the budget larger by 4 a byte.
     std::size_t exact = 0;

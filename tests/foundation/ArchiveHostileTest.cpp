@@ -206,6 +206,7 @@ TEST(HostileArchive, WithEqualKeysGivesTheLastOfTheirValues) {
 
 TEST(HostileArchive, WithReferencesToNowhereIsRefused) {
     expectRefused(plain, RawList(1).addList({7}).bytes(), "a reference to an object that is not there");
+    expectRefused(plain, RawList(1).addList({1}).bytes(), "a reference to an object that is not there");
     expectRefused(keyed, RawArchive().addList({70}).bytes(), "a reference to an object that is not there");
     EXPECT_FALSE(NSKeyedUnarchiver::unarchive(RawArchive().addWideText(0, 1).bytes()));
 }

@@ -128,6 +128,16 @@ TEST(KeyedArchive, SharesEqualTexts) {
     EXPECT_EQ((*read.list())[1].text(), (*read.list())[49].text());
 }
 
+TEST(KeyedArchive, SharesEqualTextsAmongManyOthers) {
+    List texts;
+    for (int i = 0; i < 2'000; ++i)
+        texts.emplace_back("a text of some length, number " + std::to_string(i));
+    const std::size_t once = archived(texts).size();
+    const List again = texts;
+    texts.insert(texts.end(), again.begin(), again.end());
+    EXPECT_LE(archived(texts).size() - once, 2'000U * 6);
+}
+
 TEST(KeyedArchive, ReadsWhateverItWritesHoweverOftenATextIsRepeated) {
     const Value value = List(60'000, Value(std::string(1'000, 't')));
     const Data archive = archived(value);

@@ -9,10 +9,13 @@
 
 #include <algorithm>
 #include <limits>
+#include <set>
 
 namespace {
 
 using platform::Data;
+using platform::Date;
+using platform::Dictionary;
 using platform::List;
 using platform::NSKeyedArchiver;
 using platform::NSKeyedUnarchiver;
@@ -242,6 +245,19 @@ TEST(BinaryForm, OfAnArchiveIsReadOnlyIfEachObjectIsSoundThatItStandsOn) {
         }
         EXPECT_EQ(nameless, 1U) << "the name of the archiver";
         EXPECT_GE(refused, archive.count() - 8) << "nobody needs the version, $null, and the names of base classes";
+    }
+}
+
+TEST(BinaryForm, OfAnArchiveNumbersNothingThatIsNotThere) {
+    const Value some = Dictionary{{"list", List{1, "text", Date{2}}}, {"empty", List{}}};
+    for (const Value& value : {Value(), Value(1), some, Value(List{some, Value(), some})}) {
+        const Archive archive(*NSKeyedArchiver::archivedDataWithRootObject(value));
+        std::set<std::size_t> offsets;
+        for (std::size_t object = 0; object < archive.count(); ++object)
+            offsets.insert(archive.offset(object));
+        EXPECT_EQ(offsets.size(), archive.count());
+        EXPECT_EQ(*offsets.begin(), 8U);
+        EXPECT_LT(*offsets.rbegin(), archive.table());
     }
 }
 
