@@ -261,6 +261,23 @@ TEST(BinaryForm, OfAnArchiveNumbersNothingThatIsNotThere) {
     }
 }
 
+TEST(BinaryForm, OfAnArchiveHasEachNameOnce) {
+    const Data bytes = *NSKeyedArchiver::archivedDataWithRootObject(List{List{}, List{}, Dictionary{{"k", Date{1}}}});
+    const std::string_view characters(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    for (const std::string_view name : {"NS.objects", "NS.keys", "NS.time", "$classname", "$classes", "NSObject"}) {
+        ASSERT_NE(characters.find(name), std::string_view::npos) << name;
+        EXPECT_EQ(characters.find(name), characters.rfind(name)) << name;
+    }
+}
+
+TEST(BinaryForm, OfAnArchiveFollowsNoReferenceTwice) {
+    std::size_t visits = 0;
+    ASSERT_TRUE(NSKeyedUnarchiver::unarchive(*NSKeyedArchiver::archivedDataWithRootObject(List{1, Value()}), &visits));
+    // The archive's four fields and $top's one, the root; the list's two fields and its class; the class's two fields,
+    // of which the first names it; two entries, of which one is nil.
+    EXPECT_EQ(visits, 4U * 2 + 2 + 1 + 2 * 2 + 1 + 2 * 2 + 2 + 1);
+}
+
 TEST(BinaryForm, OfAnArchiveHasNoUidBeyondItsObjects) {
     const Archive archive(*NSKeyedArchiver::archivedDataWithRootObject(List{1, Value()}));
     constexpr std::uint8_t objects = 4; // "$null", the list, 1, and the class
