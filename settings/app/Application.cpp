@@ -2,7 +2,6 @@
 
 #include "settings/app/DesktopLook.h"
 #include "settings/app/Pictures.h"
-#include "settings/app/StartTrace.h"
 
 #include <QFont>
 #include <QGuiApplication>
@@ -34,8 +33,9 @@ bool hasDisplay() {
 void prepareEnvironment(bool picturesOnly) {
     // Drawing without a graphics driver takes a third of the memory, and the page is on the screen sooner.
     setUnlessSet("QT_QUICK_BACKEND", "software");
-    // Animations go on while the GUI thread is busy.
-    setUnlessSet("QSG_RENDER_LOOP", "threaded");
+    // What has changed is drawn at once. The threaded loop keeps a pace of 60 frames a second instead, which no display
+    // asks of software, and a drag would lag behind by one; the GUI thread is never busy for long.
+    setUnlessSet("QSG_RENDER_LOOP", "basic");
     if (!hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
     if (picturesOnly) setUnlessSet("QT_SCALE_FACTOR", "1");
 }
@@ -97,7 +97,6 @@ int runApplication(int argc, char** argv, const Options& asked) {
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/Main.qml")));
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return complain("the window's own files cannot be loaded");
-    traceStart(*window, shell);
     if (!picturesOnly) return QGuiApplication::exec();
 
     Pictures pictures(shell, *window, std::chrono::milliseconds(qint64(options.timeout * 1000)));
