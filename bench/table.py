@@ -1,35 +1,55 @@
 #!/usr/bin/env python3
 """Turns Google Benchmark's JSON into one table: ours, floor or peer, ratio, goal, met or not.
 
-    bench/table.py RESULTS.json… [--json TABLE.json]
+    bench/table.py RESULTS.json… [--peers] [--json TABLE.json] [--readme README.md]
 
 Goals are ratios against a floor or a peer measured in the same run, since these numbers mean nothing across machines;
 the few in microseconds, milliseconds and megabytes are costs that a person or a caller feels directly.
 """
 import argparse
 import json
+import os
+import platform
 import sys
 
-# what is told, ours, floor or peer, the largest ratio that meets the goal
+US, MS, MB = ("µs", 1e3), ("ms", 1e6), ("MB", 1)  # the unit, and what a measured number is divided by
+FRAME = 1000 / 60
+INSTANT = 100  # milliseconds up to which an answer seems to come at once
+
+# what is told, ours, floor or peer, the unit of both, the largest ratio that meets the goal
 RATIOS = [
-    ("port exchange of 200 bytes / bare Unix-socket exchange", "PortExchange", "BareSocketExchange", 1.3),
-    ("notify() to its reply block / bare Unix-socket exchange", "NotifyToReply", "BareSocketExchange", 2.5),
-    ("notify() to its reply block / D-Bus call on a new connection", "NotifyToReply", "DBusCallNewConnection", 0.5),
-    ("encode a settings dictionary / libplist", "EncodeSettings", "EncodeSettingsLibplist", 1 / 5),
-    ("decode a settings dictionary / libplist, to settings", "DecodeSettings", "DecodeSettingsLibplist", 1 / 4),
-    ("decode a settings dictionary / libplist, parsing alone", "DecodeSettings", "ParseSettingsLibplist", 1 / 4),
-    ("application list of 10,000 built / library call and ICU sort", "BuildAppsList", "ListAndSort", 1.3),
-    ("discover 1,000 plug-ins / bare dlopen and dlsym", "DiscoverThousandPlugins", "LoadThousandPluginsBare", 2.0),
+    ("port exchange of 200 bytes / bare Unix-socket exchange", "PortExchange", "BareSocketExchange", US, 1.3),
+    ("notify() to its reply block / bare Unix-socket exchange", "NotifyToReply", "BareSocketExchange", US, 2.5),
+    ("notify() to its reply block / D-Bus call on a new connection", "NotifyToReply", "DBusCallNewConnection", US, 0.5),
+    ("encode a settings dictionary / libplist", "EncodeSettings", "EncodeSettingsLibplist", US, 1 / 5),
+    ("decode a settings dictionary / libplist, to settings", "DecodeSettings", "DecodeSettingsLibplist", US, 1 / 4),
+    ("decode a settings dictionary / libplist, parsing alone", "DecodeSettings", "ParseSettingsLibplist", US, 1 / 4),
+    ("application list of 10,000 built / library call and ICU sort", "BuildAppsList", "ListAndSort", US, 1.3),
+    ("discover 1,000 plug-ins / bare dlopen and dlsym", "DiscoverThousandPlugins", "LoadThousandPluginsBare", US, 2.0),
 ]
-# what is told, benchmark, unit, divisor of nanoseconds, the largest value that meets the goal
+# what is told, benchmark, unit, the largest value that meets the goal
 COSTS = [
-    ("cost of notify() to its caller, idle", "NotifyCallerCost", "µs", 1e3, 10),
-    ("cost of notify() to its caller, 200 messages stuck", "NotifyCallerCostWith200Stuck", "µs", 1e3, 10),
-    ("first frame of the window, warm", "FirstFrame", "ms", 1e6, 150),
+    ("cost of notify() to its caller, idle", "NotifyCallerCost", US, 10),
+    ("cost of notify() to its caller, 200 messages stuck", "NotifyCallerCostWith200Stuck", US, 10),
+    ("start to the first page on the screen, warm", "WindowStart", MS, 150),
+    ("resident memory of the window then", "WindowMemory", MB, 64),
+    *((told + which, benchmark + suffix, MS, goal)
+      for told, benchmark, goal in (
+          ("tap on a switch to its change on the screen", "TapSwitch", 2 * FRAME),
+          ("tap on a link to the first row of a page that asks the tweak", "OpenPage", INSTANT),
+          ("tap on a link to the first row of a page that was open before", "OpenPageAgain", INSTANT),
+          ("move of a finger to the crosshair there", "MoveCrosshair", FRAME),
+          ("move of a finger to the crosshair there, at 120 moves a second", "DragCrosshair", FRAME))
+      for which, suffix in ((", median", ""), (", 95th percentile", "95"))),
 ]
-MEMORY = ("resident memory of the window", "ResidentMemory", "MB", 1, 64)
+# Installed and measured with --peers only.
+PEERS = [(f"{told} / {program}", "Window" + what, name + what, unit, 1 / 2)
+         for name, program in (("Systemsettings", "systemsettings"), ("PhoshMobileSettings", "phosh-mobile-settings"),
+                               ("GnomeControlCenter", "gnome-control-center"))
+         for told, what, unit in (("start to the first page on the screen", "Start", MS), ("memory then", "Memory", MB))]
 
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+BEGIN, END = "<!-- made by bench/run --readme -->\n", "<!-- end -->\n"
 
 
 def medians(paths):
@@ -46,34 +66,69 @@ def medians(paths):
     return found
 
 
-def rows(found):
-    for told, ours, peer, goal in RATIOS:
-        if ours in found and peer in found:
-            yield told, f"{found[ours] / 1e3:.1f} µs", f"{found[peer] / 1e3:.1f} µs", found[ours] / found[peer], goal, ""
-        else:
-            yield told, None, None, None, goal, ""
-    for told, ours, unit, divisor, goal in [*COSTS, MEMORY]:
-        value = found[ours] / divisor if ours in found else None
-        yield told, None if value is None else f"{value:.1f} {unit}", "", value, goal, " " + unit
+def rows(found, ratios):
+    """A row of the table each, as it is written to JSON."""
+    def measured(name, unit):
+        return found[name] / unit[1] if name in found else None
+
+    for told, name, peer, unit, goal in ratios:
+        ours, theirs = measured(name, unit), measured(peer, unit)
+        value = ours / theirs if ours is not None and theirs else None
+        yield {"measured": told, "ours": ours, "peer": theirs, "of": unit[0], "value": value, "goal": goal, "unit": "ratio"}
+    for told, name, unit, goal in COSTS:
+        value = measured(name, unit)
+        yield {"measured": told, "ours": value, "peer": None, "of": unit[0], "value": value, "goal": goal, "unit": unit[0]}
+
+
+def lines(table):
+    def shown(number, unit):
+        return "–" if number is None else f"{number:.1f} {unit}"
+
+    yield "| measured | ours | floor or peer | ratio | goal | met |\n|---|---|---|---|---|---|\n"
+    for row in table:
+        ratio = row["unit"] == "ratio"
+        goal = f"≤ {row['goal']:.3g}" + ("" if ratio else " " + row["unit"])
+        value = f"{row['value']:.2f}" if ratio and row["met"] != "not measured" else "–" if ratio else ""
+        yield (f"| {row['measured']} | {shown(row['ours'], row['of'])} | "
+               f"{shown(row['peer'], row['of']) if ratio else ''} | {value} | {goal} | {row['met']} |\n")
+
+
+def machine():
+    """Processor, cores, kernel and distribution, in a line."""
+    with open("/proc/cpuinfo", encoding="utf-8") as file:
+        model = next((line.split(":", 1)[1].strip() for line in file if line.startswith("model name")), platform.machine())
+    return f"{model}, {len(os.sched_getaffinity(0))} cores, {platform.system()} {platform.release()}, " \
+           f"{platform.freedesktop_os_release()['PRETTY_NAME']}"
+
+
+def write_between_marks(path, text):
+    with open(path, encoding="utf-8") as file:
+        before, found, rest = file.read().partition(BEGIN)
+    _, ended, after = rest.partition(END)
+    if not found or not ended:
+        sys.exit(f"{path} has no place for the table")
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(before + BEGIN + text + END + after)
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("results", nargs="+")
+    parser.add_argument("--peers", action="store_true", help="with rows for other settings programs")
     parser.add_argument("--json", metavar="FILE", help="write the same as JSON")
+    parser.add_argument("--readme", metavar="FILE", help="put the table between its marks in this file")
     arguments = parser.parse_args()
-    table = []
-    print("| measured | ours | floor or peer | ratio or value | goal | met |")
-    print("|---|---|---|---|---|---|")
-    for told, ours, peer, value, goal, unit in rows(medians(arguments.results)):
-        shown = "not measured" if value is None else f"{value:.2f}{unit}"
-        met = "?" if value is None else "yes" if value <= goal else "no"
-        print(f"| {told} | {ours or '–'} | {peer or '–'} | {shown} | ≤ {goal:.3g}{unit} | {met} |")
-        table.append({"measured": told, "value": value, "goal": goal, "unit": unit.strip() or "ratio", "met": met})
+    table = list(rows(medians(arguments.results), RATIOS + PEERS * arguments.peers))
+    for row in table:
+        row["met"] = "not measured" if row["value"] is None else "yes" if row["value"] <= row["goal"] else "no"
+    text = f"Measured on: {machine()}.\n\n" + "".join(lines(table))
+    print(text, end="")
     if arguments.json:
         with open(arguments.json, "w", encoding="utf-8") as file:
-            json.dump(table, file, ensure_ascii=False, indent=2)
-    return 0 if all(row["value"] is not None for row in table) else 1
+            json.dump({"machine": machine(), "rows": table}, file, ensure_ascii=False, indent=2)
+    if arguments.readme:
+        write_between_marks(arguments.readme, text)
+    return 0 if all(row["value"] is not None for row in table if row["measured"] not in {peer[0] for peer in PEERS}) else 1
 
 
 if __name__ == "__main__":

@@ -17,7 +17,8 @@ test_packages=(make binutils gobjc libgnustep-base-dev libgtest-dev libgmock-dev
   python3-aiosmtpd x11-xkb-utils desktop-file-utils appstream systemd man-db fish zsh
   fontconfig fonts-noto-color-emoji fonts-ddc-uchen fonts-tlwg-loma-ttf)
 package_packages=(dpkg-dev file lintian debootstrap)
-bench_packages=(libbenchmark-dev libplist-dev libsystemd-dev dbus-daemon xvfb xauth)
+bench_packages=(libbenchmark-dev libplist-dev libsystemd-dev dbus-daemon xvfb xauth libxtst6)
+peer_packages=(systemsettings phosh-mobile-settings gnome-control-center)
 lint_packages=(clang clang-format clang-tidy shellcheck pyflakes3 qt6-declarative-dev-tools qml6-module-qtqml)
 fuzz_packages=(clang libclang-rt-14-dev)
 coverage_packages=(gcovr)

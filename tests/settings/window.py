@@ -56,12 +56,12 @@ class Lines:
 class Display:
     """An X server without a window manager, for all tests."""
 
-    def __init__(self):
+    def __init__(self, *options):
         read, write = os.pipe()
         self.folder = tempfile.mkdtemp(prefix="display-")
         self.process = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset",
-             "-fbdir", self.folder], pass_fds=[write], stderr=subprocess.DEVNULL)
+             "-fbdir", self.folder, *options], pass_fds=[write], stderr=subprocess.DEVNULL)
         os.close(write)
         with os.fdopen(read) as number:
             self.name = ":" + number.readline().strip()

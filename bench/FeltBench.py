@@ -1,0 +1,135 @@
+#!/usr/bin/env python3
+"""What a person feels: from the event at the display server to the changed pixels on the screen, in the real window.
+
+    bench/FeltBench.py BUILD [TIMES]
+
+Prints JSON in the form of Google Benchmark's. Drawing is done in software, as by ./run.
+"""
+import json
+import random
+import statistics
+import sys
+import time
+
+from stage import LOOK, Stage
+from window import HEIGHT, LONG_ENOUGH, WIDTH
+
+BAR = 52
+PAGE = (0, BAR, WIDTH, HEIGHT - BAR)
+CELL = "#ffffff"
+SWITCH = (307, 110, 51, 20)  # "Enable Lumora", on the root page
+LINK = (100, 164)  # "Apps", beneath it
+BACK = (40, 25)
+RIGHT_OF_ROWS = (WIDTH - 8, 121)  # the page's ground, unless another page's first row slides in over it
+FIELD = (20, BAR + 75 + 20, WIDTH - 40, HEIGHT - BAR - 75 - 60 - 90)
+RING = 16  # half the side of the square that holds the crosshair
+
+
+def pause():
+    """The next event comes at no particular moment of a frame."""
+    time.sleep(random.uniform(0.02, 0.06))
+
+
+def open_window(stage, at):
+    stage.when(lambda: stage.pixel(*at) == CELL)
+    stage.settle(*PAGE)
+
+
+def tap_switch(stage, times):
+    """From letting go of a switch to the first change of its picture. What the press changed is drawn by then."""
+    with stage.settings():
+        open_window(stage, LINK)
+        for _ in range(times):
+            stage.press(*SWITCH[:2])
+            stage.settle(*SWITCH)
+            pause()
+            before = stage.area(*SWITCH)
+            let_go = stage.release()
+            yield stage.when(lambda: stage.area(*SWITCH) != before) - let_go
+            stage.settle(*SWITCH)
+
+
+def push_page(stage):
+    """From letting go of a link to the first row of its page coming into view."""
+    pause()
+    stage.press(*LINK)
+    let_go = stage.release()
+    seconds = stage.when(lambda: stage.pixel(*RIGHT_OF_ROWS) == CELL) - let_go
+    stage.settle(*PAGE)
+    return seconds
+
+
+def open_page(stage, times):
+    """The page asks the tweak and waits for the answer."""
+    for _ in range(times):
+        with stage.settings():
+            open_window(stage, LINK)
+            yield push_page(stage)
+
+
+def open_page_again(stage, times):
+    with stage.settings():
+        open_window(stage, LINK)
+        for _ in range(times + 1):
+            yield push_page(stage)
+            stage.press(*BACK)
+            stage.release()
+            stage.settle(*PAGE)
+
+
+def drag(stage, times, interval=None):
+    """From each move of a finger to the crosshair at its place, or at a later one. A move comes every interval seconds,
+    or else when the crosshair has come to the last one's place."""
+    left, top, width, height = FIELD
+    path = [(left + 30 + 48 * (step % 6), top + 30 + 48 * (step // 6 % 6)) for step in range(times)]
+    with stage.settings("--page", "ColorPickerController"):
+        stage.when(lambda: stage.pixel(left + width // 2, top + height - 5) != "#000000")
+        stage.settle(*PAGE)
+        stage.press(left + 200, top + 400)  # off the path
+        stage.settle(*PAGE)
+        squares = {place: (place[0] - RING, place[1] - RING, 2 * RING, 2 * RING) for place in path}
+        empty = {place: stage.area(*square) for place, square in squares.items()}
+        under_way = []
+
+        def drawn():
+            """How many of the moves under way are on the screen, or overtaken by one that is."""
+            return next((count for count in range(len(under_way), 0, -1)
+                         if stage.area(*squares[under_way[count - 1][0]]) != empty[under_way[count - 1][0]]), 0)
+
+        for place in path:
+            if not interval:
+                pause()
+            began = stage.move(*place)
+            under_way.append((place, began))
+            while time.monotonic() < began + (interval or LONG_ENOUGH) and under_way:
+                if count := drawn():
+                    now = time.monotonic()
+                    yield from (now - moved for _, moved in under_way[:count])
+                    del under_way[:count]
+                time.sleep(LOOK)
+        stage.release()
+
+
+def entries(name, samples):
+    """The median, and the 95th percentile."""
+    milliseconds = [1000 * seconds for seconds in samples]
+    return [{"name": name, "real_time": statistics.median(milliseconds), "time_unit": "ms"},
+            {"name": name + "95", "real_time": statistics.quantiles(milliseconds, n=20)[-1], "time_unit": "ms"}]
+
+
+def main():
+    times = int(sys.argv[2]) if len(sys.argv) > 2 else 60
+    with Stage(sys.argv[1]) as stage:
+        benchmarks = [
+            *entries("TapSwitch", tap_switch(stage, times)),
+            *entries("OpenPage", open_page(stage, times // 3)),
+            *entries("OpenPageAgain", open_page_again(stage, times // 3)),
+            *entries("MoveCrosshair", drag(stage, 3 * times)),
+            *entries("DragCrosshair", drag(stage, 10 * times, 1 / 120)),
+        ]
+    json.dump({"context": {"times": times}, "benchmarks": benchmarks}, sys.stdout, indent=2)
+    print()
+
+
+if __name__ == "__main__":
+    main()
