@@ -90,7 +90,7 @@ class TreeArchiver {
         case Value::Kind::real:
             return append(plist_new_real(*value.real()));
         case Value::Kind::text:
-            return addText(*value.text());
+            return addText(std::string(*value.text()));
         case Value::Kind::list: {
             plist_t instance = plist_new_dict();
             const std::uint64_t uid = append(instance);

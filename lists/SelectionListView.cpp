@@ -70,7 +70,7 @@ std::vector<std::string> SelectionListView::saved(const char* key) const {
     const Value value = session_.value(key);
     if (const List* list = value.list()) {
         for (const Value& entry : *list)
-            if (entry.text()) texts.push_back(*entry.text());
+            if (entry.text()) texts.emplace_back(*entry.text());
     }
     return texts;
 }

@@ -36,7 +36,7 @@ Result<Change> readChange(const std::optional<Data>& body) {
         return refuse(R"(the change is not of the shape {"key": text, "object": value})");
     const Value key = (*change)["key"];
     if (!key.text()) return refuse("the change's key is " + std::string(kindName(key.kind())) + ", not a text");
-    return Change{*key.text(), (*change)["object"]};
+    return Change{std::string(*key.text()), (*change)["object"]};
 }
 
 std::string shown(const Change& change) {

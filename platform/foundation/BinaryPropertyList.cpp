@@ -120,7 +120,7 @@ Result<Data> writePropertyList(const Value& value) {
     for (std::size_t number = 0; number < flat.objects().size(); ++number) {
         const Flattening::Object& object = flat.objects()[number];
         std::size_t references = 0;
-        if (object.text != nullptr) {
+        if (object.text) {
             writer.text(number, *object.text);
         } else if (object.value->kind() == Value::Kind::list) {
             writer.list(number, object.count);

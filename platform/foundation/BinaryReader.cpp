@@ -169,7 +169,7 @@ bool BinaryReader::checkText(const BinaryObject& object) {
 
 std::string BinaryReader::text(const BinaryObject& object) {
     if (object.kind == BinaryObject::Kind::utf16) return textFromUtf16(object.contents, object.count);
-    return {reinterpret_cast<const char*>(object.contents), object.count};
+    return std::string(asciiText(object));
 }
 
 } // namespace platform

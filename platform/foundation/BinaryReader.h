@@ -45,7 +45,10 @@ class BinaryReader {
     [[nodiscard]] bool readUid(std::size_t reference, std::size_t& uid);
     /// Whether a text's contents are sound. Takes as long as they are, so their cost is counted first.
     [[nodiscard]] bool checkText(const BinaryObject& object);
-    /// The contents of a text that was checked.
+    /// The contents of a text that was checked; as they lie in the bytes, if they are ASCII.
+    [[nodiscard]] static std::string_view asciiText(const BinaryObject& object) {
+        return {reinterpret_cast<const char*>(object.contents), object.count};
+    }
     [[nodiscard]] static std::string text(const BinaryObject& object);
     /// Always false, for whoever reads on top of this to give a reason in its turn.
     bool fail(const char* problem) {

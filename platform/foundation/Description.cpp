@@ -183,7 +183,7 @@ void Describer::escape(char32_t character) {
 
 std::string description(const Value& value) {
     if (value.isNil()) return "(null)";
-    if (const std::string* text = value.text()) return *text;
+    if (const std::string_view* text = value.text()) return std::string(*text);
     if (const auto integer = value.integer()) return shortest(*integer);
     if (const auto real = value.real()) return shortest(*real);
     if (const auto date = value.date()) return dateText(*date);

@@ -29,19 +29,22 @@ bool Expansion::buildLeaf(std::size_t reference, const BinaryObject& object, Val
         value = Data(object.contents, object.contents + object.count);
     } else {
         if (!reader_.checkText(object)) return false;
-        value = Value(share(BinaryReader::text(object)));
+        value = object.kind == BinaryObject::Kind::ascii ? share(BinaryReader::asciiText(object))
+                                                         : share(BinaryReader::text(object));
     }
     return keep(reference, object.contentsSize, value);
 }
 
-std::shared_ptr<const std::string> Expansion::share(std::string text) {
-    if (text.size() > longestInBatch) return std::make_shared<const std::string>(std::move(text));
-    if (batch_ == nullptr || batch_->size() == batchSize) {
-        batch_ = std::make_shared<Batch>();
-        batch_->reserve(batchSize);
-    }
-    batch_->push_back(std::move(text));
-    return {batch_, &batch_->back()};
+Value Expansion::share(std::string_view text) {
+    if (text.size() > longestInBatch) return text;
+    if (batch_ == nullptr || batch_->textCount == batch_->texts.size() ||
+        text.size() > batch_->characters.size() - batch_->characterCount)
+        batch_ = std::make_shared_for_overwrite<Batch>();
+    char* const characters = batch_->characters.data() + batch_->characterCount;
+    batch_->characterCount += text.copy(characters, text.size());
+    std::string_view& shared = batch_->texts[batch_->textCount++];
+    shared = {characters, text.size()};
+    return Value(std::shared_ptr<const std::string_view>(batch_, &shared));
 }
 
 bool Expansion::open(std::size_t reference, unsigned depth, Opened& opened) {

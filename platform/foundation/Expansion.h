@@ -3,6 +3,8 @@
 #include "platform/foundation/BinaryReader.h"
 #include "platform/foundation/PropertyList.h"
 
+#include <array>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -69,12 +71,15 @@ class Expansion {
         std::size_t values, bytes; ///< what it expands to
         unsigned levels;           ///< of containers inside it, itself included
     };
-    /// Short texts are allocated a few together: the texts of a long list would otherwise spend most of their time in
-    /// the allocator. One of them keeps its neighbours alive, so there are few, and none is long.
-    static constexpr std::size_t batchSize = 16;
+    /// Short texts are allocated a few together, with their characters: the texts of a long list would otherwise spend
+    /// most of their time in the allocator. One of them keeps its neighbours alive, so there are few, and none is long.
+    struct Batch {
+        std::array<std::string_view, 16> texts;
+        std::array<char, 512> characters;
+        std::size_t textCount = 0, characterCount = 0;
+    };
     static constexpr std::size_t longestInBatch = 64;
-    using Batch = std::vector<std::string>;
-    [[nodiscard]] std::shared_ptr<const std::string> share(std::string text);
+    [[nodiscard]] Value share(std::string_view text);
 
     [[nodiscard]] State recallKnown(std::size_t reference, unsigned depth, Value& value);
     void remember(std::size_t reference, Built built);

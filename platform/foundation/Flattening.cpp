@@ -34,16 +34,16 @@ const char* Flattening::add(const Value& value, unsigned depth, std::uint32_t& n
         number = addText(&value, *value.text());
         return nullptr;
     case Value::Kind::list:
-        number = addObject(&value, nullptr);
+        number = addObject(&value, std::nullopt);
         return addList(*value.list(), depth, number);
     case Value::Kind::dictionary:
-        number = addObject(&value, nullptr);
+        number = addObject(&value, std::nullopt);
         return addDictionary(*value.dictionary(), depth, number);
     case Value::Kind::data:
         contentsSize_ += value.data()->size();
         [[fallthrough]];
     default:
-        number = addObject(&value, nullptr);
+        number = addObject(&value, std::nullopt);
         return nullptr;
     }
 }
@@ -83,30 +83,30 @@ const char* Flattening::reserve(std::uint32_t number, std::size_t references) {
     return nullptr;
 }
 
-std::uint32_t Flattening::addObject(const Value* value, const std::string* text) {
+std::uint32_t Flattening::addObject(const Value* value, std::optional<std::string_view> text) {
     objects_.push_back({value, text, 0, 0});
     return static_cast<std::uint32_t>(objects_.size() - 1);
 }
 
-std::uint32_t Flattening::addText(const Value* value, const std::string& text) {
+std::uint32_t Flattening::addText(const Value* value, std::string_view text) {
     const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(text));
     const std::size_t mask = texts_.size() - 1;
     for (std::size_t i = 0; i < searchLimit; ++i) {
         Known& known = texts_[(hash + i) & mask];
         if (known.number == nil) {
-            known = {hash, addObject(value, &text)};
+            known = {hash, addObject(value, text)};
             objects_.back().count = 1;
             contentsSize_ += text.size();
             if (++textCount_ > texts_.size() / 2) growTexts();
             return static_cast<std::uint32_t>(objects_.size() - 1);
         }
         if (known.hash != hash || *objects_[known.number].text != text) continue;
-        if (objects_[known.number].count == usesLimit) known.number = addObject(value, &text);
+        if (objects_[known.number].count == usesLimit) known.number = addObject(value, text);
         ++objects_[known.number].count;
         return known.number;
     }
     contentsSize_ += text.size();
-    return addObject(value, &text);
+    return addObject(value, text);
 }
 
 void Flattening::growTexts() {

@@ -17,8 +17,8 @@ class Flattening {
 
     /// Either a value or the text of a dictionary's key.
     struct Object {
-        const Value* value;      ///< null for a key
-        const std::string* text; ///< null for all but texts
+        const Value* value;                   ///< null for a key
+        std::optional<std::string_view> text; ///< nothing for all but texts
         std::uint32_t firstReference;
         std::uint32_t count; ///< a container's entries; a text's uses
     };
@@ -40,8 +40,8 @@ class Flattening {
     [[nodiscard]] const char* addList(const List& list, unsigned depth, std::uint32_t number);
     [[nodiscard]] const char* addDictionary(const Dictionary& dictionary, unsigned depth, std::uint32_t number);
     [[nodiscard]] const char* reserve(std::uint32_t number, std::size_t references);
-    [[nodiscard]] std::uint32_t addObject(const Value* value, const std::string* text);
-    [[nodiscard]] std::uint32_t addText(const Value* value, const std::string& text);
+    [[nodiscard]] std::uint32_t addObject(const Value* value, std::optional<std::string_view> text);
+    [[nodiscard]] std::uint32_t addText(const Value* value, std::string_view text);
     void growTexts();
 
     struct Known {

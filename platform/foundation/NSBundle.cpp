@@ -25,7 +25,7 @@ Dictionary readInfo(const std::filesystem::path& folder) {
 
 std::string textOf(const Dictionary& info, std::string_view key) {
     const Value entry = info[key];
-    return entry.text() ? *entry.text() : std::string();
+    return std::string(entry.text() ? *entry.text() : std::string_view());
 }
 
 /// True for a file name, false for anything that is a path.

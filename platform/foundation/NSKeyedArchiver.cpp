@@ -105,7 +105,7 @@ Encoder::Encoder(const Flattening& flat)
 }
 
 Family Encoder::familyOf(const Flattening::Object& object) {
-    if (object.text != nullptr) return Family::unknown;
+    if (object.text) return Family::unknown;
     switch (object.value->kind()) {
     case Value::Kind::dictionary:
         return Family::dictionary;
@@ -127,7 +127,7 @@ Data Encoder::encode() && {
         const Family family = familyOf(object);
         if (family != Family::unknown) {
             writeInstance(number, family, object);
-        } else if (object.text != nullptr) {
+        } else if (object.text) {
             writer_.text(number, *object.text);
         } else {
             writer_.scalar(number, *object.value);

@@ -73,6 +73,23 @@ std::shared_ptr<const Contents> shared(Contents contents) {
     return {std::move(box), inside};
 }
 
+/// Holds the characters of a text for the values that share it.
+struct Text {
+    explicit Text(std::string&& taken) : characters(std::move(taken)), text(characters) {}
+    Text(const Text&) = delete;
+    Text& operator=(const Text&) = delete;
+    ~Text() = default;
+
+    std::string characters;
+    std::string_view text;
+};
+
+std::shared_ptr<const std::string_view> shared(std::string characters) {
+    auto held = std::make_shared<Text>(std::move(characters));
+    const std::string_view* inside = &held->text;
+    return {std::move(held), inside};
+}
+
 /// Compares two values of any depth with a list of pairs still to be compared in place of recursion.
 class Comparison {
   public:
@@ -138,9 +155,9 @@ class Comparison {
 
 Value::Value(const char* text) : Value(std::string(text)) {
 }
-Value::Value(std::string text) : contents_(std::make_shared<const std::string>(std::move(text))) {
+Value::Value(std::string text) : contents_(shared(std::move(text))) {
 }
-Value::Value(std::string_view text) : contents_(std::make_shared<const std::string>(text)) {
+Value::Value(std::string_view text) : Value(std::string(text)) {
 }
 Value::Value(Data data) : contents_(std::make_shared<const Data>(std::move(data))) {
 }
@@ -169,8 +186,8 @@ std::optional<Date> Value::date() const {
     return date != nullptr ? std::optional(*date) : std::nullopt;
 }
 
-const std::string* Value::text() const {
-    const auto* text = std::get_if<Shared<std::string>>(&contents_);
+const std::string_view* Value::text() const {
+    const auto* text = std::get_if<Shared<std::string_view>>(&contents_);
     return text != nullptr ? text->get() : nullptr;
 }
 

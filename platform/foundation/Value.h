@@ -52,8 +52,8 @@ class PLATFORM_EXPORT Value {
     Value(const char* text);
     Value(std::string text);
     Value(std::string_view text);
-    /// Shares a text that is there already; never null.
-    explicit Value(std::shared_ptr<const std::string> text) : contents_(std::move(text)) {}
+    /// Shares a text that is there already, with the characters that it refers to; never null.
+    explicit Value(std::shared_ptr<const std::string_view> text) : contents_(std::move(text)) {}
     Value(Data data);
     Value(Date date) : contents_(date) {}
     Value(List list);
@@ -69,8 +69,9 @@ class PLATFORM_EXPORT Value {
     [[nodiscard]] std::optional<std::int64_t> integer() const;
     [[nodiscard]] std::optional<double> real() const;
     [[nodiscard]] std::optional<Date> date() const;
-    /// Null when the value is of another kind. The pointer lives as long as any copy of this value.
-    [[nodiscard]] const std::string* text() const;
+    /// Null when the value is of another kind. What it points to, and a text's characters, live as long as any copy of
+    /// this value.
+    [[nodiscard]] const std::string_view* text() const;
     [[nodiscard]] const Data* data() const;
     [[nodiscard]] const List* list() const;
     [[nodiscard]] const Dictionary* dictionary() const;
@@ -89,7 +90,7 @@ class PLATFORM_EXPORT Value {
   private:
     template<class T>
     using Shared = std::shared_ptr<const T>;
-    std::variant<std::monostate, bool, std::int64_t, double, Shared<std::string>, Shared<Data>, Date, Shared<List>,
+    std::variant<std::monostate, bool, std::int64_t, double, Shared<std::string_view>, Shared<Data>, Date, Shared<List>,
                  Shared<Dictionary>>
         contents_;
 };

@@ -20,7 +20,7 @@ PSSpecifier::~PSSpecifier() = default;
 
 std::string PSSpecifier::identifier() const {
     const Value id = property("id");
-    return id.text() ? *id.text() : std::string();
+    return std::string(id.text() ? *id.text() : std::string_view());
 }
 
 void PSSpecifier::setIdentifier(const std::string& identifier) {

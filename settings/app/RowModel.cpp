@@ -16,7 +16,7 @@ namespace {
 
 /// Only text and numbers have a written form in a field; anything else is left out, as nil is.
 QString written(const Value& value) {
-    if (const std::string* text = value.text()) return QString::fromStdString(*text);
+    if (const std::string_view* text = value.text()) return QString::fromUtf8(*text);
     return value.isNumber() ? QString::fromStdString(description(value)) : QString();
 }
 

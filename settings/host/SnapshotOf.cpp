@@ -28,7 +28,7 @@ std::optional<bool> flag(const PSSpecifier& row, const std::string& key) {
 
 std::string text(const PSSpecifier& row, const std::string& key) {
     const Value value = row.property(key);
-    return value.text() ? *value.text() : std::string();
+    return std::string(value.text() ? *value.text() : std::string_view());
 }
 
 /// The lists of an option list correspond by position but nobody has checked that they are equally long.

@@ -57,7 +57,7 @@ Value withComposedTexts(const Value& value) {
     return changed(value, [](const Value& leaf) {
         constexpr std::string_view decomposed = "u\u0308";
         if (leaf.text() == nullptr) return leaf;
-        std::string text = *leaf.text();
+        std::string text(*leaf.text());
         for (std::size_t at = text.find(decomposed); at != std::string::npos; at = text.find(decomposed))
             text.replace(at, decomposed.size(), "ü");
         return Value(text);

@@ -117,7 +117,7 @@ std::optional<Value> readDictionary(std::istream& tokens) {
     if (!parts || parts->size() % 2 != 0) return std::nullopt;
     std::vector<Dictionary::Entry> entries;
     for (std::size_t i = 0; i < parts->size(); i += 2) {
-        const std::string* key = (*parts)[i].text();
+        const std::string_view* key = (*parts)[i].text();
         if (key == nullptr) return std::nullopt;
         entries.emplace_back(*key, (*parts)[i + 1]);
     }

@@ -43,7 +43,7 @@ TEST_F(RootPage, HasFifteenRowsInOrder) {
                                  tests::toggle("Hide Notifications On Tap", "kNotificationsHideOnTap"),
                                  tests::group("Changes"),
                                  tests::page("Change Log", "ChangeLogController"),
-                                 tests::group("Contact", *contactFooter.text()),
+                                 tests::group("Contact", std::string(*contactFooter.text())),
                                  tests::button("@nevo_lumora"),
                                  tests::button("support@nevo.example"),
                              });

@@ -39,7 +39,7 @@ class PluginsCommand : public testing::Test {
     [[nodiscard]] std::string skipped(const std::string& behaviour, const std::string& timeout = "60") const {
         plugins.add(behaviour + "-1.bundle", "TestPlugin");
         const Value why = told(behaviour + "-1.bundle", timeout)["skipped"];
-        return why.text() ? *why.text() : "";
+        return std::string(why.text() ? *why.text() : "");
     }
 
     PluginFolder plugins;

@@ -35,7 +35,7 @@ inline std::string change(const std::string& key, const platform::Value& value) 
     if (send("updateSettings", changeBody(key, value), reply) != platform::kCFMessagePortSuccess) return "no answer";
     if (!reply) return {};
     const platform::Value error = platform::NSKeyedUnarchiver::unarchiveObjectWithData(*reply)["error"];
-    return error.text() ? *error.text() : "an answer without an error";
+    return std::string(error.text() ? *error.text() : "an answer without an error");
 }
 
 } // namespace tests

@@ -82,7 +82,8 @@ TEST_F(TweakTest, RefusesMessagesOfTheWrongShapeWithOneLineAndChangesNothing) {
         const Value reply = answer(tweak().updateSettings(wrong[i]));
         ASSERT_TRUE(reply["error"].text()) << "message " << i;
         EXPECT_EQ(reply.dictionary()->size(), 1U);
-        EXPECT_THAT(lines, ElementsAre("updateSettings refused: " + *reply["error"].text())) << "message " << i;
+        EXPECT_THAT(lines, ElementsAre("updateSettings refused: " + std::string(*reply["error"].text())))
+            << "message " << i;
         EXPECT_THAT(lines, Each(Not(HasSubstr("\n"))));
     }
     EXPECT_EQ(store->settings(), before);

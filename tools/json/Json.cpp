@@ -207,7 +207,7 @@ class Reader {
     }
 
     static std::optional<Value> specialValue(std::string_view key, const Value& value) {
-        const std::string* text = value.text();
+        const std::string_view* text = value.text();
         if (key == kData && text) {
             if (auto data = decodeBase64(*text)) return Value(std::move(*data));
         } else if (key == kDate && text) {

@@ -68,7 +68,7 @@ std::optional<std::string> changeSetting(const std::string& key, const Value& va
     if (!reply) return reply.error();
     if (!reply.value()) return std::nullopt;
     const Value error = NSKeyedUnarchiver::unarchiveObjectWithData(*reply.value())["error"];
-    return error.text() ? std::optional(*error.text()) : std::nullopt;
+    return error.text() ? std::optional(std::string(*error.text())) : std::nullopt;
 }
 
 } // namespace lumora

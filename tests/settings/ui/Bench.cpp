@@ -34,7 +34,7 @@ platform::Value toValue(const QVariant& value) {
 QVariant toVariant(const platform::Value& value) {
     if (value.boolean()) return *value.boolean();
     if (value.isNumber()) return value.doubleValue();
-    return value.text() ? QString::fromStdString(*value.text()) : QVariant();
+    return value.text() ? QString::fromUtf8(*value.text()) : QVariant();
 }
 
 platform::UIImageRef square(const QString& color) {
