@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
     if (!bundle->infoDictionary().empty()) ++fuzzing::taken;
     for (const auto& [key, value] : bundle->infoDictionary()) {
-        const std::string* text = value.text();
+        const std::string_view* text = value.text();
         const auto found = text ? bundle->pathForResource(*text, "") : bundle->pathForResource(key, "plist");
         require(found.empty() || found == file.path());
     }
