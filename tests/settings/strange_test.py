@@ -141,7 +141,7 @@ class Strange(unittest.TestCase):
             environment |= {"HOME": home, "XDG_DATA_DIRS": home, "XDG_DATA_HOME": home, "XDG_RUNTIME_DIR": home,
                             "LUMORA_PORTS": home, "FONTCONFIG_FILE": self.fonts_file, "LC_ALL": "C.UTF-8",
                             "QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software",
-                            "QSG_RENDER_LOOP": "threaded", "QT_SCALE_FACTOR": "1"}
+                            "QSG_RENDER_LOOP": "basic", "QT_SCALE_FACTOR": "1"}
             with Tweak(home, answered) as tweak:
                 tour = subprocess.run([program("layout_tour"), root, pictures, str(size)], env=environment,
                                       capture_output=True, timeout=2 * LONG_ENOUGH, check=False)
