@@ -7,8 +7,10 @@ The bundle must keep silent about each of them, and lumoractl must say what happ
 behind, and the next message to a tweak that is as it should be works.
 """
 import concurrent.futures
+import json
 import os
 import random
+import select
 import signal
 import sys
 import unittest
@@ -118,6 +120,10 @@ class LumoractlTest(Case):
         with crowded(self.ports):
             for words in (["list"], ["set", "kSleepTime", "30"]):
                 self.expect_failure(self.lumoractl(*words), "takes no messages: it was not free within 1 second")
+        with FaultyTweak(self.ports, unread):
+            longer_than_a_buffer = json.dumps("x" * (4 << 20))
+            changed = self.lumoractl("set", "kLSDateSubtitle", "-", input=longer_than_a_buffer)
+            self.expect_failure(changed, "takes no messages: it was not free within 1 second")
 
     def test_says_that_a_tweak_was_killed_and_goes_on_with_the_next(self):
         for step in STEPS:
@@ -152,6 +158,19 @@ class BundleTest(Case):
         print(count, *(names or ["requestTweakSettings"]), file=self.sender.stdin, flush=True)
         return int(self.sender.stdout.readline())
 
+    def page(self):
+        """A sender that a page has been opened in, with what it reads."""
+        def opened():
+            sender = self.start(SENDER)
+            print("open", file=sender.stdin, flush=True)
+            # Without a reply in time it would wait for good.
+            return select.select([sender.stdout], [], [], 10)[0] and (sender, int(sender.stdout.readline()))
+        return eventually(opened, "a page that opens")
+
+    def open_again(self, sender):
+        print("open", file=sender.stdin, flush=True)
+        return int(sender.stdout.readline())
+
     def expect_reply(self, name="requestTweakSettings"):
         eventually(lambda: self.replies(1, name) == 1, "a reply in time")
 
@@ -179,6 +198,34 @@ class BundleTest(Case):
                 self.expect_reply()
             tweak.fault = sound
             self.expect_sound()
+
+    def test_a_page_that_is_opened_again_keeps_its_settings_when_its_request_is_dropped(self):
+        with FaultyTweak(self.ports, sound) as tweak:
+            pages = [self.page() for _ in NO_REPLIES]
+            self.assertEqual([read for _, read in pages], [30] * len(pages))
+            faults = iter([fault for fault, _ in NO_REPLIES.values()])  # one for each of them
+            tweak.fault = lambda client: next(faults)(client)
+            with concurrent.futures.ThreadPoolExecutor(len(pages)) as pool:
+                read = list(pool.map(self.open_again, [sender for sender, _ in pages]))
+            self.assertEqual(read, [30] * len(pages))
+            self.assertIsNone(next(faults, None), "each was met with")
+            self.assertEqual("".join(sender.errors.text for sender, _ in pages), "")
+
+    def test_a_page_that_has_its_settings_reads_nothing_after_an_answer_without_any(self):
+        with FaultyTweak(self.ports, sound) as tweak:
+            for called, (fault, _) in NO_SETTINGS.items():
+                with self.subTest(called):
+                    tweak.fault = sound
+                    sender, read = self.page()
+                    self.assertEqual(read, 30)
+                    tweak.fault = fault
+                    eventually(lambda sender=sender: self.open_again(sender) == 0, "an answer in time")
+                    self.assertEqual(sender.errors.text, "")
+
+    def test_a_page_opens_on_a_list_for_settings_and_reads_nothing(self):
+        with FaultyTweak(self.ports, NO_SETTINGS["a list"][0]):
+            _, read = self.page()
+            self.assertEqual(read, 0)
 
     def test_the_longest_reply_leaves_nothing_behind(self):
         with FaultyTweak(self.ports, answering(wire.frame(ZEROS))) as tweak:
