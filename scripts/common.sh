@@ -15,7 +15,7 @@ build_packages=(g++ cmake ninja-build pkg-config python3 libglib2.0-dev libicu-d
 test_packages=(make binutils gobjc libgnustep-base-dev libgtest-dev libgmock-dev libplist-dev xvfb xauth xdotool
   dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-pyatspi python3-fonttools qml6-module-qttest msmtp
   python3-aiosmtpd x11-xkb-utils desktop-file-utils appstream systemd man-db fish zsh
-  fontconfig fonts-noto-color-emoji fonts-ddc-uchen fonts-tlwg-loma-ttf)
+  locales fontconfig fonts-noto-color-emoji fonts-ddc-uchen fonts-tlwg-loma-ttf)
 package_packages=(dpkg-dev file lintian debootstrap)
 bench_packages=(libbenchmark-dev libplist-dev libsystemd-dev dbus-daemon xvfb xauth libxtst6)
 peer_packages=(systemsettings phosh-mobile-settings gnome-control-center)
