@@ -4,7 +4,8 @@ that are open to all.
 
     strangers_test.py [-v] BINARIES DEVICE_ROOT
 
-Needs nothing of Python beyond its standard library. Tests of another user need root, and are skipped without.
+Needs nothing of Python beyond its standard library. Tests of another user are skipped
+where nobody can become one.
 """
 import multiprocessing
 import os
@@ -18,12 +19,13 @@ import unittest
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
-sys.path += [str(HERE.parent / "settings"), str(HERE.parent / "wire")]
+sys.path += [str(HERE.parent / name) for name in ("settings", "support", "wire")]
 
+import stranger
 import wire
 from window import LONG_ENOUGH, ROOT, program
 
-STRANGER = 65534
+STRANGER = stranger.USER
 PORTS = (wire.UPDATE_SETTINGS, wire.REQUEST_SETTINGS)
 CHANGE = wire.archive({"object": {"key": "kSleepTime", "object": 10}})
 
@@ -102,12 +104,13 @@ def serve(path, ready, clients):
     return told
 
 
-def leave_powers_and(user, result, function, arguments):
-    if user != os.geteuid():
-        os.setgroups([])
-        os.setgid(user)
-        os.setuid(user)
-    result.put(function(*arguments))
+def put_what_comes_of(function, arguments, user, result):
+    try:
+        if user == STRANGER:
+            stranger.become()
+        result.put(function(*arguments))
+    except OSError as error:
+        result.put(error)
 
 
 class As:
@@ -116,25 +119,39 @@ class As:
     def __init__(self, test, user, function, *arguments):
         system = multiprocessing.get_context("fork")
         self.result = system.Queue()
-        self.process = system.Process(target=leave_powers_and, args=(user, self.result, function, arguments), daemon=True)
+        work = (function, arguments, user, self.result)
+        self.process = system.Process(target=put_what_comes_of, args=work, daemon=True)
         self.process.start()
         test.addCleanup(self.process.join)
         test.addCleanup(self.process.kill)
 
     def get(self):
-        return self.result.get(timeout=LONG_ENOUGH)
+        result = self.result.get(timeout=LONG_ENOUGH)
+        if isinstance(result, OSError):
+            raise result
+        return result
 
 
-@unittest.skipUnless(os.geteuid() == 0, "only root can be another user as well")
+@unittest.skipUnless(stranger.can_be(), stranger.WHY_NOT)
 class StrangerTest(Attacked):
+    def setUp(self):
+        super().setUp()
+        os.chmod(self.folder, 0o755)
+        if not stranger.reaches(self.folder):
+            self.skipTest(f"the folders above {self.folder} keep everybody else out")
+
     def open_to_all(self):
         """As if modes had been changed by mistake: what is left is that both ends look who the other one is."""
         for path in (self.folder, *self.folder.rglob("*")):
             os.chmod(path, 0o755 if path.is_dir() else 0o666)
 
     def test_modes_keep_a_stranger_out_of_the_ports(self):
+        ready = multiprocessing.get_context("fork").Event()
+        As(self, 0, serve, str(self.folder / "open"), ready, 1)
+        self.assertTrue(ready.wait(LONG_ENOUGH))
+        answer = As(self, STRANGER, ask, str(self.folder / "open"), wire.frame(None)).get()
+        self.assertTrue(answer.startswith(b"LMP1"), "nothing but modes is in his way")
         self.start_tweak("--settings", self.settings_file)
-        os.chmod(self.folder, 0o755)
         for name in PORTS:
             path = wire.socket_path(self.ports, name)
             self.assertEqual(As(self, STRANGER, ask, path, wire.frame(None)).get(), "no way in")
@@ -195,7 +212,6 @@ class StrangerTest(Attacked):
         (self.ports / "com.nevo.lumora").mkdir(0o700, parents=True)
         foreign = self.folder / "foreign"
         foreign.mkdir()
-        os.chmod(self.folder, 0o755)
         os.chmod(foreign, 0o777)
         ready = multiprocessing.get_context("fork").Event()
         false = As(self, STRANGER, serve, str(foreign / "port"), ready, 1)

@@ -12,7 +12,7 @@ import unittest
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
-sys.path += [str(HERE.parent / "settings"), str(HERE.parent / "wire")]
+sys.path += [str(HERE.parent / name) for name in ("settings", "support", "wire")]
 
 from client import Client
 from window import LONG_ENOUGH, ROOT, Lines, eventually, program
@@ -46,10 +46,11 @@ class Case(unittest.TestCase):
                             "LUMORA_PORTS": self.ports}
 
     def start(self, *command, **options):
-        """A program that runs until the test ends; what it says on standard error is in .errors.text."""
+        """A program that runs until the test ends; what it says on standard error is in .errors.text, unless
+        that leads elsewhere."""
         pipes = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE}
         process = subprocess.Popen(command, text=True, **{"env": self.environment, **pipes, **options})
-        process.errors = Lines(process.stderr)
+        process.errors = process.stderr and Lines(process.stderr)
 
         def end():
             process.kill()
@@ -62,7 +63,7 @@ class Case(unittest.TestCase):
 
     def start_tweak(self, *options, **started):
         tweak = self.start(program("lumora-tweak"), "--settings", self.settings_file, *options, **started)
-        self.assertIn("ready", tweak.stdout.readline(), tweak.errors.text)
+        self.assertIn("ready", tweak.stdout.readline(), tweak.errors and tweak.errors.text)
         return tweak
 
     def run_program(self, *command, **options):
