@@ -15,6 +15,7 @@ from case import LONG_ENOUGH, Case, sockets, threads
 import wire
 
 CHANGE = wire.frame(wire.archive({"object": {"key": "kLSDateSubtitle", "object": "changed"}}))
+SIGN_OF_LIFE = wire.HEADER.pack(b"LMP1", 1, wire.NO_BODY)  # what it is asked for, and nothing else
 MEBIBYTE = 1 << 20
 
 
@@ -44,6 +45,11 @@ class TweakTest(Case):
 
     def expect_sound(self, said=""):
         """That nothing was lost or is left of the clients before, and that the next one is served."""
+        # It is asked behind all of them, so that none waits to be accepted still.
+        for name in (wire.REQUEST_SETTINGS, wire.UPDATE_SETTINGS):
+            with contextlib.closing(self.connected(name)) as connection:
+                connection.sendall(SIGN_OF_LIFE)
+                wire.read_frame(connection.recv)
         self.expect_soon(lambda: sockets(self.tweak), 2)  # those of its ports
         self.assertLessEqual(threads(self.tweak), self.threads)
         self.assertEqual(self.stored(), {"kSleepTime": 15})
@@ -126,10 +132,15 @@ class TweakTest(Case):
         greedy = self.connected(wire.REQUEST_SETTINGS)
         greedy.settimeout(0.5)
         requests = wire.frame(None) * 10_000
-        sent = 0
-        with self.assertRaises(TimeoutError):
-            while sent < 64 * MEBIBYTE:
+        sent = refused = 0
+        while refused < 2 and sent < 64 * MEBIBYTE:
+            try:
                 sent += greedy.send(requests)
+                refused = 0
+            except TimeoutError:
+                refused += 1
+                self.client.settings()  # so it is not just slow: it had the time to serve others
+        self.assertGreater(sent, 0)
         self.assertLess(sent, 8 * MEBIBYTE)
         self.assertLess(memory(self.tweak, "VmHWM"), wire.LONGEST)
         self.assertEqual(self.client.settings()["kSleepTime"], 15)
