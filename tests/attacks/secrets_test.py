@@ -1,14 +1,17 @@
 #!/usr/bin/python3
 """Passcodes do not leak: they are in none of what the programs print, log, draw, say to assistive tools, hand to other
-programs or leave in files, but where they must be: in the tweak's settings, and in the root page's log line. And what the
-application leaves in files is for its user alone.
+programs or leave in files, but where they must be: in the tweak's settings, and in the root page's log line. And what
+the application leaves in files is for its user alone.
 
     dbus-run-session -- secrets_test.py [-v] BINARIES DEVICE_ROOT
 
 Needs what spoken.py needs.
 """
+import email
+import email.policy
 import os
 import plistlib
+import shutil
 import stat
 import subprocess
 import sys
@@ -29,6 +32,15 @@ PASSCODES = {key: f"zq{number}Wx{number}Vk" for number, key in enumerate(KEYS, 1
 OTHERS = {key: f"ia{number}Lj{number}Tr" for number, key in enumerate(KEYS, 4)}  # as long
 # Pages on which passcodes are, and the one that logs them.
 PAGES = ("AutoUnlockController", "PluginsListController", "LumoraPreferences")
+
+
+def contents(path):
+    """The header fields and parts of a message as who reads it sees them: in the file they may be encoded."""
+    message = email.message_from_bytes(path.read_bytes(), policy=email.policy.default)
+    for part in message.walk():
+        yield "header", "\n".join(f"{name}: {value}" for name, value in part.items())
+        if not part.is_multipart():
+            yield part.get_content_type(), part.get_payload(decode=True)
 
 
 class Leaks(Programs):
@@ -69,6 +81,9 @@ class Leaks(Programs):
     def assert_left_in_no_file(self):
         for path in self.files():
             self.assert_tells_nothing(path.read_bytes(), path)
+            if path.suffix == ".eml":
+                for what, content in contents(path):
+                    self.assert_tells_nothing(content, f"{what} of {path}")
 
 
 class PrintedTest(Leaks):
@@ -150,9 +165,9 @@ class WindowTest(Leaks, Spoken):
     def start_tweak(self, *options):
         self.save(PASSCODES)
         self.addCleanup(os.umask, os.umask(0))
-        self.environment |= {"HOME": self.folder + "/home", "XDG_DATA_HOME": self.folder + "/home/data",
-                             "XDG_CACHE_HOME": self.folder + "/home/cache", "XDG_CONFIG_HOME": self.folder + "/home/config",
-                             "TMPDIR": self.folder + "/tmp"}
+        home = self.folder + "/home"
+        self.environment |= {"HOME": home, "XDG_DATA_HOME": home + "/data", "XDG_CACHE_HOME": home + "/cache",
+                             "XDG_CONFIG_HOME": home + "/config", "TMPDIR": self.folder + "/tmp"}
         for name in ("HOME", "TMPDIR"):
             os.mkdir(self.environment[name], 0o700)
         return super().start_tweak(*options)
@@ -185,9 +200,15 @@ class WindowTest(Leaks, Spoken):
         self.assert_left_in_no_file()
 
     def test_keeps_a_report_for_its_user_alone_and_passcodes_out_of_it(self):
-        """A mail program is told of nothing but the message."""
+        """A mail program is told of nothing but the message, with the log that is there attached."""
+        self.root = self.folder + "/device"
+        shutil.copytree(ROOT, self.root, symlinks=True)
+        os.mkdir(self.root + "/tmp")
+        log = b"what was installed, \0\xff"
+        Path(self.root, "tmp/dpkgl.log").write_bytes(log)
         mailer = Path(self.folder, "mailer")
-        mailer.write_text(f"#!/bin/sh\n{{ cat; echo; tr '\\0' '\\n' </proc/$$/cmdline; env; }} >{self.folder}/told\nexit 75\n",
+        mailer.write_text(f"#!/bin/sh\ncat >{self.folder}/told.eml\n"
+                          f"{{ tr '\\0' '\\n' </proc/$$/cmdline; env; }} >{self.folder}/told\nexit 75\n",
                           encoding="utf-8")
         mailer.chmod(0o700)
         self.environment["LUMORA_SENDMAIL"] = str(mailer)
@@ -196,12 +217,17 @@ class WindowTest(Leaks, Spoken):
         self.act(button("support@nevo.example"), "Press")
         self.act(button("Send"), "Press")
         drafts = Path(self.folder, "home/data/lumora/drafts")
-        eventually(lambda: drafts.is_dir() and [name for name in os.listdir(drafts) if name.endswith(".eml")], "the draft")
+        eventually(lambda: list(drafts.glob("*.eml")), "the draft")
         eventually(lambda: str(drafts) in window.lines.text, "what went wrong")
         self.close(window)
         window.wait()
         self.assert_only_the_root_page_tells(window.lines.text, 1)
-        self.assertIn("Lumora", Path(self.folder, "told").read_text(encoding="utf-8"))
+        self.assertIn(str(mailer), Path(self.folder, "told").read_text(encoding="utf-8"))
+        for message in (Path(self.folder, "told.eml"), *drafts.glob("*.eml")):
+            parts = [content for what, content in contents(message) if what != "header"]
+            self.assertTrue(any(b"Lumora" in part for part in parts), parts)
+            self.assertIn(log, parts, "what is attached is looked into as well")
+            self.assertNotIn(log, message.read_bytes(), "and would not be found as it stands there")
         self.assert_left_in_no_file()
         for path in [drafts.parent, *drafts.parent.rglob("*")]:
             self.assertEqual(stat.S_IMODE(os.lstat(path).st_mode) & 0o077, 0, path)
