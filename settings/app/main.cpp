@@ -14,7 +14,7 @@
 }
 
 /// The toolkit keeps compiled code in the user's cache and runs it at the next start: nobody else is to change it
-/// there.
+/// there. The programs that this one starts have this umask too; none of them needs a wider one.
 static void letNobodyElseWrite() {
     ::umask(::umask(S_IRWXG | S_IRWXO) | S_IWGRP | S_IWOTH);
 }
