@@ -273,6 +273,21 @@ TEST_F(MailTest, StaysToBeEditedWhenItCannotBeKept) {
     EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
 }
 
+TEST_F(MailTest, SaysWhyNoFolderForItCanBeMade) {
+    ASSERT_EQ(::chmod(home.path().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod((home.path() / "data").c_str(), 0555), 0);
+    const bool isRoot = ::geteuid() == 0;
+    if (isRoot) { // nothing is closed to root
+        ASSERT_EQ(::seteuid(65534), 0);
+    }
+    onMain([this] { composer->saveDraft({"a@b.example", "Later", "Not yet"}); });
+    EXPECT_THAT(problem(), AllOf(HasSubstr("cannot make the folder"), HasSubstr("Permission denied")));
+    if (isRoot) {
+        ASSERT_EQ(::seteuid(0), 0);
+    }
+    ASSERT_EQ(::chmod((home.path() / "data").c_str(), 0755), 0);
+}
+
 TEST_F(MailTest, IsSentToNobodyWhenAnyRecipientIsNotUnderstood) {
     ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
     const std::map<std::string, std::string> lists = {
