@@ -87,9 +87,20 @@ bool isAddress(const std::string& text) {
            std::all_of(text.begin(), text.end(), [](char letter) { return letter > ' ' && letter < 127; });
 }
 
+/// Where a name in quotes at the beginning ends; 0 where there is none, or no end to it.
+std::size_t endOfQuotedName(const std::string& part) {
+    if (part.empty() || part.front() != '"') return 0;
+    for (std::size_t i = 1; i < part.size(); ++i) {
+        if (part[i] == '"') return i + 1;
+        if (part[i] == '\\') ++i;
+    }
+    return 0;
+}
+
 /// True for a comment behind a domain in square brackets, over which the parser loses memory.
 bool hasCommentBehindBrackets(const std::string& part) {
-    const std::size_t bracket = part.find('[', std::min(part.find('@'), part.size()));
+    const std::size_t at = part.find('@', endOfQuotedName(part));
+    const std::size_t bracket = part.find('[', std::min(at, part.size()));
     return bracket != std::string::npos && part.find('(', bracket) != std::string::npos;
 }
 

@@ -299,6 +299,9 @@ TEST_F(MailTest, IsSentToNobodyWhenAnyRecipientIsNotUnderstood) {
         {"a@b.example, <c@d.example", "<c@d.example"},
         {"jürgen@b.example", "jürgen@b.example"},
         {"a@", "a@"},
+        {"a@[127.0.0.1] (home)", "a@[127.0.0.1] (home)"},
+        {"\"a@b\" <c@[127.0.0.1] (home)>", "\"a@b\" <c@[127.0.0.1] (home)>"},
+        {"\"a\\\" <c@[127.0.0.1] (home)", "\"a\\\" <c@[127.0.0.1] (home)"},
     };
     for (const auto& [list, part] : lists) {
         send({list, "Subject", "Body"});
@@ -317,6 +320,13 @@ TEST_F(MailTest, IsSentToAllRecipientsHoweverTheyAreSeparated) {
     EXPECT_THAT(home.argumentsOf("mta"), ElementsAre("-i", "--", "a@b.example", "c@d.example", "e@f.example"));
     for (const char* address : {"a@b.example", "<c@d.example>", "<e@f.example>"})
         EXPECT_THAT(home.inputOf("mta"), HasSubstr(address));
+}
+
+TEST_F(MailTest, IsSentToARecipientWhateverStandsInTheQuotesOfTheName) {
+    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+    send({"\"a@b [x] (y)\" <c@d.example>, \"\\\"a@[b] (c)\" <e@f.example>", "Subject", "Body"});
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    EXPECT_THAT(home.argumentsOf("mta"), ElementsAre("-i", "--", "c@d.example", "e@f.example"));
 }
 
 TEST_F(MailTest, TakesNoHeaderFromNamesTypesOrTheEnvironment) {
