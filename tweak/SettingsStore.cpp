@@ -82,10 +82,10 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
     } else {
         const Result<std::filesystem::path> aside = file->setAside();
         if (!aside) {
-            return Opened::failure("cannot read " + file->path().string() + " (" + read.error() +
-                                   ") and cannot set it aside: " + aside.error());
+            return Opened::failure(file->path().string() + " holds no settings (" + read.error() +
+                                   ") and cannot be set aside: " + aside.error());
         }
-        log("cannot read " + file->path().string() + " (" + read.error() + "): it is set aside as " +
+        log(file->path().string() + " holds no settings (" + read.error() + "): it is set aside as " +
             aside.value().string() + ", defaults stand in");
     }
     return std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed)));

@@ -19,9 +19,9 @@ namespace lumora {
 /// Only changed settings are stored: a default stands in the program, where a later version may better it. Any thread.
 class SettingsStore {
   public:
-    /// A file that cannot be read is set aside under another name, with a line in the log, and defaults stand in. Fails
-    /// when even that cannot be done, because going on would overwrite it. An entry that its setting cannot have is
-    /// told in the log and left out.
+    /// A file that holds no settings is set aside under another name, with a line in the log, and defaults stand in.
+    /// Fails when that cannot be done, or when the file cannot be read at all, because going on would overwrite it. An
+    /// entry that its setting cannot have is told in the log and left out.
     [[nodiscard]] static platform::Result<std::unique_ptr<SettingsStore>> open(const std::filesystem::path& path,
                                                                                const Log& log);
 
