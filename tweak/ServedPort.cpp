@@ -3,10 +3,14 @@
 #include "link/Notify.h"
 
 #include "platform/messaging/CFMessagePort.h"
+#include "platform/messaging/FileDescriptor.h"
 #include "platform/messaging/PortAddress.h"
 
+#include <array>
 #include <chrono>
 #include <thread>
+
+#include <sys/socket.h>
 
 using platform::CFMessagePort;
 using platform::CFMessagePortCreateRemote;
@@ -43,6 +47,15 @@ class ServingLoop {
     CFRunLoopRef loop_;
 };
 
+/// Whether there are enough for a port: its lock, its socket, a timer and two of its run loop, and one at each end of
+/// the probe. With fewer it would not open, or open and never answer, and both are silent.
+bool descriptorsAreLeft() {
+    std::array<platform::FileDescriptor, 7> needed;
+    for (auto& descriptor : needed)
+        descriptor = platform::FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    return static_cast<bool>(needed.back());
+}
+
 } // namespace
 
 Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, Answer answer) {
@@ -55,6 +68,8 @@ Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, An
     if (!address->makeFolders())
         return Opened::failure("cannot open the port " + path +
                                ": its folder cannot be made, or is not a folder of yours alone");
+    if (!descriptorsAreLeft())
+        return Opened::failure("cannot open the port " + path + ": not enough descriptors are left");
 
     const auto serving = std::make_shared<ServingLoop>();
     port(name,
@@ -76,8 +91,7 @@ Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, An
     }
     if (result == platform::kCFMessagePortSendTimeout || result == platform::kCFMessagePortReceiveTimeout)
         return Opened::failure("another tweak holds the port " + path + " and does not answer");
-    return Opened::failure("cannot open the port " + path +
-                           ": its socket or lock file cannot be used, or no descriptor is left");
+    return Opened::failure("cannot open the port " + path + ": its socket or lock file cannot be used");
 }
 
 ServedPort::ServedPort(CFRunLoopRef loop) : loop_(std::move(loop)) {

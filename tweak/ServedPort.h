@@ -21,8 +21,8 @@ class ServedPort {
     /// Answers a message, on the port's own thread.
     using Answer = std::function<std::optional<platform::Data>(const std::optional<platform::Data>& body)>;
 
-    /// Opens the port "com.nevo.lumora/" + name and returns once it answers. Fails when another process has the port
-    /// or when the ports folder cannot be used.
+    /// Opens the port "com.nevo.lumora/" + name and returns once it answers. Fails when another process has the port,
+    /// when the ports folder cannot be used, or when too few descriptors are left.
     [[nodiscard]] static platform::Result<std::unique_ptr<ServedPort>> open(const std::string& name, Answer answer);
     ServedPort(const ServedPort&) = delete;
     ServedPort& operator=(const ServedPort&) = delete;

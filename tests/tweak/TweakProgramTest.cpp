@@ -292,6 +292,21 @@ TEST_F(TweakProgram, SaysThatThePortsFolderCannotBeUsed) {
     EXPECT_THAT(tweak.errors, HasSubstr("its folder cannot be made, or is not a folder of yours alone"));
 }
 
+TEST_F(TweakProgram, SaysSoWhenTooFewDescriptorsAreLeft) {
+    bool started = false;
+    for (int few = 6; !started && few < 100; ++few) { // below that, the loader finds no library
+        Program tweak({"/bin/sh", "-c", "ulimit -n " + std::to_string(few) + "; exec \"$@\"", "sh", LUMORA_TWEAK,
+                       "--settings", sandbox.settings()});
+        started = !tweak.readLine().empty();
+        if (started) continue;
+        EXPECT_EQ(tweak.wait(), 1) << few;
+        EXPECT_THAT(tweak.errors(),
+                    AnyOf(testing::EndsWith("not enough descriptors are left\n"), HasSubstr("Too many open files")))
+            << few;
+    }
+    EXPECT_TRUE(started);
+}
+
 TEST_F(TweakProgram, StartsWithDefaultsBesideAnUnreadableFile) {
     writeFile(sandbox.settings(), "no property list");
     Program tweak(command({}));
