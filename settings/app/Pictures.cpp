@@ -7,6 +7,7 @@
 #include <QEventLoop>
 #include <QImage>
 #include <QQuickItem>
+#include <QSaveFile>
 #include <QTimer>
 
 #include <algorithm>
@@ -47,6 +48,19 @@ QQuickItem* longPage(QQuickItem& item) {
     for (QQuickItem* child : children)
         if (QQuickItem* found = longPage(*child)) return found;
     return nullptr;
+}
+
+/// A plain file has the whole picture afterwards or is as it was. What is none, such as /dev/stdout, is written in
+/// place.
+bool write(const QImage& picture, const std::filesystem::path& file) {
+    const QString name = QString::fromStdString(file.string());
+    std::error_code unknown;
+    const auto type = std::filesystem::symlink_status(file, unknown).type();
+    if (type != std::filesystem::file_type::regular && type != std::filesystem::file_type::not_found)
+        return picture.save(name, "PNG");
+    QSaveFile whole(name);
+    whole.setDirectWriteFallback(true); // for a file in a folder that takes no other
+    return whole.open(QIODevice::WriteOnly) && picture.save(&whole, "PNG") && whole.commit();
 }
 
 bool isLink(const RowSnapshot& row) {
@@ -186,8 +200,7 @@ void Pictures::save(const std::filesystem::path& file) {
     picture = picture.convertToFormat(QImage::Format_RGB32);
     picture.setDotsPerMeterX(2835);
     picture.setDotsPerMeterY(2835);
-    if (picture.isNull() || !picture.save(QString::fromStdString(file.string()), "PNG"))
-        throw Stopped{"cannot write the picture " + file.string()};
+    if (picture.isNull() || !write(picture, file)) throw Stopped{"cannot write the picture " + file.string()};
 }
 
 void Pictures::resize(QSize size) {

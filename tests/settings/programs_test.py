@@ -50,6 +50,39 @@ class ProgramsTest(Programs):
             self.assertIn("timed out waiting for the tweak", failed.stderr)
             self.assertEqual(failed.stdout, "")
 
+    def test_saves_a_picture_whole_or_not_at_all(self):
+        self.start_tweak()
+        file = self.folder + "/a.png"
+        full = ["sh", "-c", "trap '' XFSZ; ulimit -f 4; exec \"$@\"", "sh"]
+        for before in (None, b"what stood there"):
+            if before:
+                with open(file, "wb") as stream:
+                    stream.write(before)
+            failed = subprocess.run(full + [program("lumora-settings"), "--root", ROOT, "--grab", file], text=True,
+                                    env=self.environment, capture_output=True, timeout=LONG_ENOUGH, check=False)
+            self.assertEqual(failed.returncode, 1)
+            self.assertIn("cannot write the picture", failed.stderr)
+            left = [name for name in os.listdir(self.folder) if name.startswith("a.png")]
+            self.assertEqual(left, ["a.png"] if before else [])
+        with open(file, "rb") as stream:
+            self.assertEqual(stream.read(), before)
+
+    def test_saves_a_picture_into_what_is_no_plain_file(self):
+        self.start_tweak()
+        link = self.folder + "/link.png"
+        os.symlink("behind.png", link)
+        for file in ("/dev/null", link, self.folder + "/behind.png"):
+            saved = self.settings("--grab", file)
+            self.assertEqual(saved.returncode, 0, saved.stderr)
+        self.assertTrue(os.path.islink(link))
+        with open(link, "rb") as stream:
+            self.assertTrue(stream.read().startswith(b"\x89PNG"))
+        self.assertFalse(os.path.isfile("/dev/null"))
+        printed = subprocess.run([program("lumora-settings"), "--root", ROOT, "--grab", "/dev/stdout"], check=False,
+                                 env=self.environment, capture_output=True, timeout=LONG_ENOUGH)
+        self.assertEqual(printed.returncode, 0, printed.stderr)
+        self.assertTrue(printed.stdout.startswith(b"\x89PNG"))
+
     def test_waits_for_an_answer_without_turning(self):
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
         self.assertEqual(self.settings("--timeout", "4", "--grab", self.folder + "/a.png").returncode, 1)
