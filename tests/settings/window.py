@@ -20,7 +20,8 @@ import unittest
 import zlib
 
 BINARIES, ROOT = map(os.path.abspath, sys.argv[-2:]) if len(sys.argv) > 2 else (None, None)
-LONG_ENOUGH = 60  # seconds, for anything that works at all
+# Seconds, for anything that works at all; $LUMORA_TEST_PATIENCE times that where programs are slow.
+LONG_ENOUGH = 60 * int(os.environ.get("LUMORA_TEST_PATIENCE", "1"))
 WIDTH, HEIGHT = 390, 844
 
 
@@ -165,6 +166,9 @@ class Programs(unittest.TestCase):
         process = subprocess.Popen(command, env=self.environment, text=True, **options)
 
         def end():
+            process.terminate()  # one that is killed takes along what it has counted, where that is done
+            with contextlib.suppress(subprocess.TimeoutExpired):
+                process.wait(10)
             process.kill()
             process.wait()
             if process.stdout:
