@@ -284,6 +284,34 @@ TEST_F(SettingsStoreTest, SaysSoWhenItsFolderCannotBeMade) {
                 HasSubstr("cannot make the folder"));
 }
 
+TEST_F(SettingsStoreTest, SaysSoWhenItsNameIsNoFiles) {
+    EXPECT_EQ(SettingsStore::open("/", log).error(), "/ is no name for a settings file");
+    const auto link = sandbox.path() / "link";
+    std::filesystem::create_symlink(link, link);
+    EXPECT_EQ(SettingsStore::open(link, log).error(), link.string() + " is no name for a settings file");
+}
+
+TEST_F(SettingsStoreTest, DoesNotFollowALinkInPlaceOfItsLock) {
+    const auto victim = sandbox.path() / "victim";
+    std::filesystem::create_symlink(victim, sandbox.settings().string() + ".lock");
+    EXPECT_FALSE(open());
+    EXPECT_THAT(failure, HasSubstr("cannot write in " + sandbox.path().string()));
+    EXPECT_FALSE(std::filesystem::exists(victim));
+}
+
+TEST_F(SettingsStoreTest, SaysSoWhenWhatItHasWrittenCannotBeSynced) {
+    // The folder may go too late, after the change has been synced: then once more.
+    for (int i = 0; i < 100 && lines.empty(); ++i) {
+        const auto folder = sandbox.path() / "folder";
+        const auto store = SettingsStore::open(folder / "settings.plist", log);
+        ASSERT_TRUE(store);
+        EXPECT_EQ(store.value()->change("kSleepTime", 30), std::nullopt);
+        std::filesystem::remove_all(folder);
+    } // here it is closed, which syncs
+    ASSERT_FALSE(lines.empty());
+    EXPECT_THAT(lines[0], HasSubstr("settings.plist to the device: No such file or directory"));
+}
+
 TEST_F(SettingsStoreTest, RefusesAChangeThatDoesNotFitOnTheDisk) {
     const auto store = open();
     ASSERT_EQ(store->change("kSleepTime", 30), std::nullopt);

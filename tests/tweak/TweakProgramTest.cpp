@@ -245,6 +245,18 @@ TEST_F(TweakProgram, SaysThatAnotherTweakHoldsThePorts) {
     EXPECT_EQ(change("kSleepTime", 30), "") << "the first one still serves";
 }
 
+TEST_F(TweakProgram, SaysThatAnotherTweakHoldsThePortsWithoutAnswering) {
+    Program first(command({}));
+    ASSERT_THAT(first.readLine(), HasSubstr(kReady)) << first.errors();
+    first.signal(SIGSTOP);
+    const Finished second = run({LUMORA_TWEAK, "--settings", sandbox.path() / "other.plist"});
+    EXPECT_EQ(second.status, 1);
+    EXPECT_THAT(second.errors, HasSubstr("another tweak holds the port " + sandbox.ports().string()));
+    EXPECT_THAT(second.errors, HasSubstr(" and does not answer"));
+    first.signal(SIGCONT);
+    EXPECT_EQ(change("kSleepTime", 30), "") << "the first one still serves";
+}
+
 TEST_F(TweakProgram, SaysThatAnotherTweakHoldsTheSettings) {
     Program first(command({}));
     ASSERT_THAT(first.readLine(), HasSubstr(kReady)) << first.errors();
