@@ -176,6 +176,7 @@ TEST_F(ElfFile, tellsOfProtectionThatTheCodeWouldRunInto) {
         };
         EXPECT_EQ(damageOf("small.so", change), "it protects what is no data of its own") << size;
     }
+    EXPECT_EQ(faultOf("small.so", [](Library& one) { one.part(PT_GNU_RELRO).p_memsz = 1; }), "") << "no whole page";
     EXPECT_EQ(damageOf("begins.so", [](Library& one) { one.part(PT_GNU_RELRO).p_memsz += 0x1000; }),
               "it protects data that the code writes to");
     const auto protectAll = [](Library& one) {
@@ -264,6 +265,12 @@ TEST_F(ElfFile, tellsOfHashTablesThatLeadAstray) {
     EXPECT_EQ(damageOf("small.so", word(4, 5)), nowhere);
     EXPECT_EQ(damageOf("small.so", word(24, 1U << 20)), outside);
     EXPECT_EQ(damageOf("small.so", word(32, 0xABCDEF01)), other);
+    const auto empty = [&](Library& one) {
+        word(24, 0)(one);
+        word(28, 0)(one);
+    };
+    EXPECT_EQ(faultOf("small.so", empty), "") << "it finds nothing, and that is all";
+    EXPECT_EQ(faultOf("small.so", [](Library& one) { one.takeAway(DT_GNU_HASH); }), "") << "the other one is enough";
     // The older kind: numbers of buckets and of symbols; buckets; chains.
     const auto oldWord = [](std::uint64_t offset, std::uint32_t value) {
         return [=](Library& one) { one.after<std::uint32_t>(DT_HASH, offset) = value; };
@@ -279,10 +286,12 @@ TEST_F(ElfFile, tellsOfVersionsThatAreNotThere) {
     EXPECT_EQ(damageOf("versions.so", [](Library& one) { one.takeAway(DT_VERSYM); }), "its versions are not complete");
     EXPECT_EQ(damageOf("begins.so", [](Library& one) { one.takeAway(DT_VERNEEDNUM); }),
               "its versions are not complete");
-    for (const Change& change : {Change([](Library& one) { one.after<Elf64_Verneed>(DT_VERNEED).vn_file = 0; }),
-                                 Change([](Library& one) { one.after<Elf64_Verneed>(DT_VERNEED).vn_file = 65; }),
-                                 Change([](Library& one) { one.after<Elf64_Verneed>(DT_VERNEED).vn_next = 1U << 20; }),
-                                 Change([](Library& one) { one.after<Elf64_Vernaux>(DT_VERNEED, 16).vna_name = 65; })})
+    for (const Change& change :
+         {Change([](Library& one) { one.after<Elf64_Verneed>(DT_VERNEED).vn_file = 0; }),
+          Change([](Library& one) { one.after<Elf64_Verneed>(DT_VERNEED).vn_file = 65; }),
+          Change([](Library& one) { one.after<Elf64_Verneed>(DT_VERNEED).vn_next = 1U << 20; }),
+          Change([](Library& one) { one.after<Elf64_Vernaux>(DT_VERNEED, 16).vna_name = 65; }),
+          Change([](Library& one) { one.after<Elf64_Vernaux>(DT_VERNEED, 16).vna_next = 1U << 20; })})
         EXPECT_EQ(damageOf("begins.so", change), "the versions that it needs are not in order");
     for (const Change& change : {Change([](Library& one) { one.after<Elf64_Verdef>(DT_VERDEF).vd_next = 1U << 20; }),
                                  Change([](Library& one) { one.after<Elf64_Verdef>(DT_VERDEF).vd_aux = 1U << 20; }),
@@ -301,6 +310,8 @@ TEST_F(ElfFile, tellsOfBeginningsThatAreNoFunctions) {
     EXPECT_EQ(damageOf("begins.so", [](Library& one) { one.relocationOf(0x1DD0).r_addend = 0x2000; }), reason);
     EXPECT_EQ(damageOf("begins.so", [](Library& one) { one.relocationOf(0x1DD0).r_offset = 0x2000; }), reason)
         << "left as it is in the file";
+    // The first bit after the mark stands for the word after the one before, which the last function's address is in.
+    EXPECT_EQ(damageOf("packed.so", [](Library& one) { one.after<Elf64_Relr>(DT_RELR, 8) = 0b101; }), reason);
     EXPECT_EQ(damageOf("begins.so", [](Library& one) { one.set(DT_INIT_ARRAY, 0x1DD8); }),
               "its table of functions to begin or end with is not where it says");
 }

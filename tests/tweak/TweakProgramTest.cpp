@@ -3,6 +3,7 @@
 #include "tests/tweak/Sandbox.h"
 
 #include "tweak/Defaults.h"
+#include "tweak/ServedPort.h"
 #include "tweak/SettingsStore.h"
 
 #include "platform/foundation/PropertyList.h"
@@ -28,6 +29,7 @@ using platform::kCFMessagePortSuccess;
 using platform::List;
 using platform::Value;
 using testing::AnyOf;
+using testing::ElementsAre;
 using testing::Eq;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -243,6 +245,17 @@ TEST_F(TweakProgram, SaysThatAnotherTweakHoldsThePorts) {
     EXPECT_EQ(second.output, "");
     EXPECT_THAT(second.errors, HasSubstr("another tweak holds the port " + sandbox.ports().string()));
     EXPECT_EQ(change("kSleepTime", 30), "") << "the first one still serves";
+}
+
+TEST_F(TweakProgram, KeepsNeitherPortWhenSomebodyElseHoldsTheSecond) {
+    const auto answer = [](const std::optional<Data>&) -> std::optional<Data> { return std::nullopt; };
+    const auto held = ServedPort::open("requestTweakSettings", answer);
+    ASSERT_TRUE(held) << held.error();
+    const Finished tweak = run(command({}));
+    EXPECT_EQ(tweak.status, 1);
+    EXPECT_THAT(tweak.errors, HasSubstr("another tweak holds the port "));
+    EXPECT_THAT(tweak.errors, HasSubstr("requestTweakSettings"));
+    EXPECT_THAT(sockets(), ElementsAre(HasSubstr("requestTweakSettings")));
 }
 
 TEST_F(TweakProgram, SaysThatAnotherTweakHoldsThePortsWithoutAnswering) {

@@ -111,6 +111,17 @@ TEST_F(TweakTest, KeepsTheLogOnOneLineWhateverTheKeyHolds) {
     EXPECT_LT(lines[0].size(), 200U);
 }
 
+TEST_F(TweakTest, CutsNoCharacterOfALongKeyInTwo) {
+    for (const std::string start : {"", "a", "aa", "aaa"}) {
+        std::string key = start;
+        for (int i = 0; i < 100; ++i)
+            key += "€";
+        std::string shown = key.substr(0, start.size() + (80 - start.size()) / 3 * 3);
+        ASSERT_NE(tweak().updateSettings(changeBody(key, nullptr)), std::nullopt);
+        EXPECT_EQ(lines.back(), "updateSettings refused: \"" + shown + "…\" cannot be nil");
+    }
+}
+
 TEST_F(TweakTest, AnswersAsIfOmittedKeysWereNotSet) {
     Tweak omitting = tweak({.omitted = {"kSleepTime", "com.example.key", "unheard-of"}});
     ASSERT_EQ(omitting.updateSettings(changeBody("com.example.key", 1)), std::nullopt);
