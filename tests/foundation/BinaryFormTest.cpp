@@ -118,6 +118,20 @@ TEST(BinaryForm, NeedsItsMagicAndATrailer) {
     EXPECT_EQ(complaint(shortest), "too short for a binary property list");
 }
 
+TEST(BinaryForm, HoldsEachTextOnceHoweverManyThereAre) {
+    for (const std::size_t count : {100U, 130U, 400U, 2000U}) {
+        List texts;
+        for (std::size_t i = 0; i < 2 * count; ++i)
+            texts.push_back("text " + std::to_string(i % count));
+        const Data bytes = platform::writePropertyList(texts).value();
+        std::size_t objects = 0;
+        for (std::size_t i = bytes.size() - 24; i < bytes.size() - 16; ++i)
+            objects = objects << 8 | bytes[i];
+        EXPECT_GE(objects, 1 + count);
+        EXPECT_LE(objects, 1 + count + count / 100) << "a text that is hard to find may stand there twice";
+    }
+}
+
 TEST(BinaryForm, NeedsEachObjectBetweenTheMagicAndTheTable) {
     Archive list(RawList(1).addList({1, 2}).add({0x09}).add({0x08}).bytes());
     ASSERT_EQ(readPropertyList(list.bytes()).value(), Value(List{true, false}));
