@@ -112,6 +112,8 @@ void PortServer::schedule(Poller& poller) {
 
 void PortServer::cancel() {
     if (poller_ == nullptr) return;
+    for (const auto& [socket, connection] : connections_)
+        poller_->remove(socket);
     connections_.clear();
     poller_->remove(port_->listener->socket());
     poller_->remove(pause_.timer());
@@ -136,7 +138,10 @@ void PortServer::ready() {
     if (connection->begin()) connections_.emplace(number, std::move(connection));
 }
 
+// A process that is being started has the socket too, for a moment, and as long as that lasts closing it here would
+// leave it to the poller.
 void PortServer::drop(int socket) {
+    poller_->remove(socket);
     connections_.erase(socket);
 }
 
