@@ -53,7 +53,7 @@ struct Trailer {
   private:
     static void append(Data& bytes, std::size_t number, std::size_t size) {
         for (std::size_t i = size; i > 0; --i)
-            bytes.push_back(i > 8 ? 0 : static_cast<std::uint8_t>(number >> (8 * (i - 1))));
+            bytes.push_back(static_cast<std::uint8_t>(i > 8 ? 0 : number >> (8 * (i - 1))));
     }
 };
 

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <atomic>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -155,6 +156,32 @@ TEST_F(EchoPort, GivesUpTheConnectionsOfClientsThatLeave) {
         client.send(frameWith(bytes("and gone")));
     }
     EXPECT_TRUE(eventually([&] { return descriptorCount() == descriptors; }));
+}
+
+// As any process has for a moment that is being started while a connection is open.
+TEST_F(EchoPort, ForgetsAConnectionOfWhichAnotherProcessHasADescriptor) {
+    const auto descriptors = descriptorCount();
+    const auto client = connect();
+    const auto frame = frameWith(bytes("still here"));
+    client.send(frame);
+    ASSERT_EQ(client.receive(frame.size()), frame);
+    const pid_t holder = ::fork();
+    if (holder == 0) {
+        ::alarm(60);
+        while (true)
+            ::pause();
+    }
+    client.send(bytes("no frame at all, and long enough to show that"));
+    EXPECT_TRUE(eventually([&] { return descriptorCount() == descriptors + 1; })) << "the client's is left";
+    client.send(bytes("more"));
+    for (int i = 0; i < 10; ++i) {
+        const auto other = connect();
+        other.send(frame);
+        EXPECT_EQ(other.receive(frame.size()), frame);
+    }
+    ::kill(holder, SIGKILL);
+    ::waitpid(holder, nullptr, 0);
+    EXPECT_EQ(requests_, 11);
 }
 
 TEST_F(EchoPort, ServesAgainOnceThereAreDescriptorsAgain) {
