@@ -24,8 +24,8 @@ class Poller {
     /// False when no descriptor was left for it: it watches nothing then, and must not be waited on.
     [[nodiscard]] bool isOpen() const;
 
-    /// `events` are epoll's: EPOLLIN, EPOLLOUT or neither. Watching ends with remove() or when the descriptor is
-    /// closed.
+    /// `events` are epoll's: EPOLLIN, EPOLLOUT or neither. Watching ends with remove(), which has to come before the
+    /// descriptor is closed: another process may hold a copy, and with it the watch would go on.
     [[nodiscard]] bool add(int descriptor, std::uint32_t events, Watcher& watcher);
     void change(int descriptor, std::uint32_t events, Watcher& watcher);
     void remove(int descriptor);

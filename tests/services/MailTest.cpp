@@ -277,9 +277,7 @@ TEST_F(MailTest, SaysWhyNoFolderForItCanBeMade) {
     ASSERT_EQ(::chmod(home.path().c_str(), 0755), 0);
     ASSERT_EQ(::chmod((home.path() / "data").c_str(), 0555), 0);
     const bool isRoot = ::geteuid() == 0;
-    if (isRoot) { // nothing is closed to root
-        ASSERT_EQ(::seteuid(65534), 0);
-    }
+    if (isRoot && ::seteuid(65534) != 0) GTEST_SKIP() << "nothing is closed to root, who cannot be anybody else here";
     onMain([this] { composer->saveDraft({"a@b.example", "Later", "Not yet"}); });
     EXPECT_THAT(problem(), AllOf(HasSubstr("cannot make the folder"), HasSubstr("Permission denied")));
     if (isRoot) {
