@@ -17,7 +17,7 @@ import subprocess
 import sys
 import unittest
 
-from case import LONG_ENOUGH, ROOT, Case, eventually, program
+from case import LONG_ENOUGH, ROOT, Case, eventually, program, with_few_descriptors
 import stranger
 import wire
 
@@ -173,6 +173,7 @@ class OutputTest(Case):
             self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
 
 
+@with_few_descriptors
 class DescriptorsTest(Case):
     def test_a_tweak_without_descriptors_refuses_the_change_and_goes_on_when_there_are_some(self):
         tweak = self.start_tweak()

@@ -7,7 +7,7 @@ import resource
 import sys
 import unittest
 
-from case import LONG_ENOUGH, descriptors, eventually, sockets, threads
+from case import LONG_ENOUGH, descriptors, eventually, sockets, threads, with_few_descriptors
 import wire
 from clients_test import NO_REPLIES, NO_SETTINGS, SMALL
 from faulty import FaultyTweak, answering, crowded, hanging_up, silent, sound
@@ -133,6 +133,7 @@ class WindowTest(Programs):
         self.assertEqual(window.lines.text, said)
         self.expect_to_close(window)
 
+    @with_few_descriptors
     def test_shows_changes_without_a_descriptor_left_and_sends_them_when_there_are_some(self):
         def drawn():
             """The line of the screen that goes through the first switch."""

@@ -67,6 +67,15 @@ class ProgramsTest(Programs):
         with open(file, "rb") as stream:
             self.assertEqual(stream.read(), before)
 
+    def test_starts_again_after_it_was_started_on_a_full_disk(self):
+        self.start_tweak()
+        self.environment["XDG_CACHE_HOME"] = self.folder + "/cache"
+        full = ["sh", "-c", "trap '' XFSZ; ulimit -f 4; exec \"$@\"", "sh"]
+        for command in (full, []):
+            started = subprocess.run(command + [program("lumora-settings"), "--root", ROOT, "--grab", "/dev/null"],
+                                     env=self.environment, stderr=subprocess.DEVNULL, timeout=LONG_ENOUGH, check=False)
+            self.assertEqual(started.returncode, 0)
+
     def test_saves_a_picture_into_what_is_no_plain_file(self):
         self.start_tweak()
         link = self.folder + "/link.png"

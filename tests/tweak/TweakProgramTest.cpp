@@ -318,6 +318,9 @@ TEST_F(TweakProgram, SaysThatThePortsFolderCannotBeUsed) {
 }
 
 TEST_F(TweakProgram, SaysSoWhenTooFewDescriptorsAreLeft) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the check of virtual tables needs a pipe of its own to look at memory";
+#endif
     bool started = false;
     for (int few = 6; !started && few < 100; ++few) { // below that, the loader finds no library
         Program tweak({"/bin/sh", "-c", "ulimit -n " + std::to_string(few) + "; exec \"$@\"", "sh", LUMORA_TWEAK,
