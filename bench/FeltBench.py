@@ -22,6 +22,7 @@ LINK = (100, 164)  # "Apps", beneath it
 BACK = (40, 25)
 RIGHT_OF_ROWS = (WIDTH - 8, 121)  # the page's ground, unless another page's first row slides in over it
 FIELD = (20, BAR + 75 + 20, WIDTH - 40, HEIGHT - BAR - 75 - 60 - 90)
+ROUND = 36  # moves of a dragging finger, after which it comes to the same places again
 RING = 16  # half the side of the square that holds the crosshair
 
 
@@ -79,9 +80,9 @@ def open_page_again(stage, times):
 
 def drag(stage, times, interval=None):
     """From each move of a finger to the crosshair at its place, or at a later one. A move comes every interval seconds,
-    or else when the crosshair has come to the last one's place."""
+    wherever the crosshair is by then, or else when it has come to the last one's place."""
     left, top, width, height = FIELD
-    path = [(left + 30 + 48 * (step % 6), top + 30 + 48 * (step // 6 % 6)) for step in range(times)]
+    path = [(left + 30 + 48 * (step % 6), top + 30 + 48 * (step % ROUND // 6)) for step in range(times)]
     with stage.settings("--page", "ColorPickerController"):
         stage.when(lambda: stage.pixel(left + width // 2, top + height - 5) != "#000000")
         stage.settle(*PAGE)
@@ -96,17 +97,27 @@ def drag(stage, times, interval=None):
             return next((count for count in range(len(under_way), 0, -1)
                          if stage.area(*squares[under_way[count - 1][0]]) != empty[under_way[count - 1][0]]), 0)
 
-        for place in path:
-            if not interval:
-                pause()
-            began = stage.move(*place)
-            under_way.append((place, began))
-            while time.monotonic() < began + (interval or LONG_ENOUGH) and under_way:
-                if count := drawn():
-                    now = time.monotonic()
-                    yield from (now - moved for _, moved in under_way[:count])
-                    del under_way[:count]
+        def arrivals(until):
+            """Looks until then; how long each move took that has come to the screen meanwhile."""
+            while not until():
+                count, now = drawn(), time.monotonic()
+                if under_way and now > under_way[0][1] + LONG_ENOUGH:
+                    raise RuntimeError("never came to the screen")
+                yield from (now - moved for _, moved in under_way[:count])
+                del under_way[:count]
                 time.sleep(LOOK)
+
+        began = time.monotonic()
+        for step, place in enumerate(path):
+            if interval:
+                yield from arrivals(lambda: time.monotonic() >= began + step * interval)
+            else:
+                yield from arrivals(lambda: not under_way)
+                pause()
+            if len(under_way) >= ROUND - 1:  # its place is that of a move which is not told apart from it
+                raise RuntimeError("the crosshair is a whole round of the path behind")
+            under_way.append((place, stage.move(*place)))
+        yield from arrivals(lambda: not under_way)
         stage.release()
 
 
