@@ -51,13 +51,12 @@ def tap_switch(stage, times):
 
 
 def push_page(stage):
-    """From letting go of a link to the first row of its page coming into view."""
+    """From letting go of a link to the first row of its page coming into view, and to the page at rest."""
     pause()
     stage.press(*LINK)
     let_go = stage.release()
-    seconds = stage.when(lambda: stage.pixel(*RIGHT_OF_ROWS) == CELL) - let_go
-    stage.settle(*PAGE)
-    return seconds
+    coming = stage.when(lambda: stage.pixel(*RIGHT_OF_ROWS) == CELL)
+    return coming - let_go, stage.settle(*PAGE) - let_go
 
 
 def open_page(stage, times):
@@ -128,13 +127,18 @@ def entries(name, samples):
             {"name": name + "95", "real_time": statistics.quantiles(milliseconds, n=20)[-1], "time_unit": "ms"}]
 
 
+def page_entries(name, samples):
+    coming, at_rest = zip(*samples)
+    return entries(name, coming) + entries(name + "AtRest", at_rest)
+
+
 def main():
     times = int(sys.argv[2]) if len(sys.argv) > 2 else 60
     with Stage(sys.argv[1]) as stage:
         benchmarks = [
             *entries("TapSwitch", tap_switch(stage, times)),
-            *entries("OpenPage", open_page(stage, times // 3)),
-            *entries("OpenPageAgain", open_page_again(stage, times // 3)),
+            *page_entries("OpenPage", open_page(stage, times // 3)),
+            *page_entries("OpenPageAgain", open_page_again(stage, times // 3)),
             *entries("MoveCrosshair", drag(stage, 3 * times)),
             *entries("DragCrosshair", drag(stage, 10 * times, 1 / 120)),
         ]

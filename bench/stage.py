@@ -100,12 +100,13 @@ class Stage:
         return time.monotonic()
 
     def settle(self, *area, still=0.25):
-        """Waits until nothing has changed there for so long."""
+        """Waits until nothing has changed there for so long; the moment since which that is so, to 10 ms."""
         seen, since = self.area(*area), time.monotonic()
         while time.monotonic() < since + still:
             time.sleep(0.01)
             if seen != (seen := self.area(*area)):
                 since = time.monotonic()
+        return since
 
     # -- hands: all give the moment at which the display server was told --
 
