@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""From the start of a process to its picture on the screen, warm, and the memory that it takes by then.
+"""From the start of a process to its picture on the screen, warm, and the memory that it takes at that moment.
 
     bench/StartBench.py BUILD [--runs N] [--peers]
 
@@ -26,28 +26,29 @@ PEERS = {"Systemsettings": "systemsettings", "PhoshMobileSettings": "phosh-mobil
          "GnomeControlCenter": "gnome-control-center"}
 
 
-def pictures(look, began):
-    """What is drawn one after the other, each with its moment, until it stays as it is."""
-    seen = [(began, look())]
+def pictures(look, memory, began):
+    """What is drawn one after the other, each with its moment and the memory then, until it stays as it is."""
+    seen = [(began, look(), memory())]
     while (now := time.monotonic()) < (seen[-1][0] + STILL if len(seen) > 1 else began + PATIENCE) and \
             now < began + PATIENCE:
         if (picture := look()) != seen[-1][1]:
-            seen.append((time.monotonic(), picture))
+            seen.append((time.monotonic(), picture, memory()))
         time.sleep(LOOK)
     return seen
 
 
 def drawn(seen):
-    """The moment from which nine tenths of the changed pixels are what they are in the end; None if none changed."""
+    """The moment from which nine tenths of the changed pixels are what they are in the end, and the memory then; None
+    if none changed."""
     blank, final = (memoryview(seen[place][1]).cast("I") for place in (0, -1))
     changed = [place for place, (one, other) in enumerate(zip(blank, final)) if one != other]
     since = None
-    for moment, picture in seen[1:]:
+    for moment, picture, memory in seen[1:]:
         pixels = memoryview(picture).cast("I")
         if sum(pixels[place] == final[place] for place in changed) < 0.9 * len(changed):
             since = None
         elif since is None:
-            since = moment
+            since = moment, memory
     return since
 
 
@@ -60,9 +61,12 @@ def start_once(stage, command):
     """Milliseconds and megabytes, or None."""
     began = time.monotonic()
     with stage.program(*command) as process:
-        seen = pictures(lambda: stage.area(0, 0, stage.width, stage.height, LINES), began)
-        moment = drawn(seen)
-        return moment and process.poll() is None and (1000 * (moment - began), resident_megabytes(process)) or None
+        first = drawn(pictures(lambda: stage.area(0, 0, stage.width, stage.height, LINES),
+                               lambda: resident_megabytes(process), began))
+        if first is None or process.poll() is not None:
+            return None
+        moment, megabytes = first
+        return 1000 * (moment - began), megabytes
 
 
 def start(stage, name, command, runs):
