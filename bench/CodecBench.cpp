@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace {
@@ -61,9 +62,9 @@ class TreeArchiver {
         return count_++;
     }
 
-    std::uint64_t addText(const std::string& text) {
+    std::uint64_t addText(std::string_view text) {
         const auto [known, added] = texts_.try_emplace(text, count_);
-        if (added) append(plist_new_string(text.c_str()));
+        if (added) append(plist_new_string(std::string(text).c_str()));
         return known->second;
     }
 
@@ -90,7 +91,7 @@ class TreeArchiver {
         case Value::Kind::real:
             return append(plist_new_real(*value.real()));
         case Value::Kind::text:
-            return addText(std::string(*value.text()));
+            return addText(*value.text());
         case Value::Kind::list: {
             plist_t instance = plist_new_dict();
             const std::uint64_t uid = append(instance);
@@ -122,7 +123,7 @@ class TreeArchiver {
 
     plist_t objects_ = plist_new_array();
     std::uint64_t count_ = 1;
-    std::unordered_map<std::string, std::uint64_t> texts_;
+    std::unordered_map<std::string_view, std::uint64_t> texts_; ///< of the value, which outlives the archiver
     std::unordered_map<std::string, std::uint64_t> classes_;
 };
 
