@@ -116,6 +116,18 @@ TEST(PropertyList, IsNotWrittenForNil) {
     EXPECT_EQ(writePropertyList(List{1, Value()}).error(), "nil inside a property list");
 }
 
+TEST(PropertyList, IsWrittenWithAsManyEntriesAsAreAllowedAndNoMore) {
+    std::vector<Dictionary::Entry> entries;
+    for (int i = 0; i < 2047; ++i)
+        entries.emplace_back(std::to_string(i), "x");
+    List list(1024, Value(Dictionary(std::move(entries))));
+    const std::size_t known = 1024 * (1 + 2 * 2047); // a dictionary is an entry, and each of its keys and values is
+    list.insert(list.begin(), PropertyListLimits::writtenValues - known, Value("x"));
+    EXPECT_TRUE(writePropertyList(list));
+    list.insert(list.begin(), "x");
+    EXPECT_EQ(writePropertyList(list).error(), "too large a value");
+}
+
 TEST(PropertyList, ReadsEveryElementOfXml) {
     const Value value = readXml(R"(
 <dict>
