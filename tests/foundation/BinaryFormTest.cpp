@@ -8,8 +8,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <set>
+#include <unordered_map>
 
 namespace {
 
@@ -130,6 +132,21 @@ TEST(BinaryForm, HoldsEachTextOnceHoweverManyThereAre) {
         EXPECT_GE(objects, 1 + count);
         EXPECT_LE(objects, 1 + count + count / 100) << "a text that is hard to find may stand there twice";
     }
+}
+
+TEST(BinaryForm, TellsTextsApartThatHashAlike) {
+    // The writer keeps 32 bits of a hash, and two of so many texts have the same.
+    std::unordered_map<std::uint32_t, std::string> met;
+    for (int i = 0; i < 1'000'000; ++i) {
+        const std::string text = std::to_string(i);
+        const auto [other, isNew] =
+            met.try_emplace(static_cast<std::uint32_t>(std::hash<std::string_view>()(text)), text);
+        if (isNew) continue;
+        const Value value = List{other->second, text, other->second, text};
+        EXPECT_EQ(readPropertyList(platform::writePropertyList(value).value()).value(), value);
+        return;
+    }
+    FAIL() << "no two texts hash alike";
 }
 
 TEST(BinaryForm, NeedsEachObjectBetweenTheMagicAndTheTable) {
