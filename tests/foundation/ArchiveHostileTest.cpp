@@ -82,6 +82,17 @@ TEST(HostileArchive, IsReadUpToTheDepthThatIsAllowedAndNoFurther) {
     expectRefused(keyed, multipliedArchive(depth + 1, 1).bytes(), "nested too deeply");
 }
 
+TEST(HostileArchive, OfDictionariesIsReadUpToTheSameDepthAndNoFurther) {
+    const auto nested = [](std::size_t levels) {
+        RawList list(2);
+        for (std::size_t i = 0; i < levels; ++i)
+            list.addDictionary({{levels, i + 1}});
+        return list.add("a key, and the ground").bytes();
+    };
+    EXPECT_TRUE(readWithinProportion(plain, nested(PropertyListLimits::depth)));
+    expectRefused(plain, nested(PropertyListLimits::depth + 1), "nested too deeply");
+}
+
 TEST(HostileArchive, CannotPassTheDepthThroughASharedList) {
     // The same tower of 100 lists is met at the top first and 100 levels further down again.
     RawArchive archive;

@@ -120,6 +120,13 @@ TEST(BinaryForm, NeedsItsMagicAndATrailer) {
     EXPECT_EQ(complaint(shortest), "too short for a binary property list");
 }
 
+TEST(BinaryForm, HoldsItsObjectsAndNothingElse) {
+    const auto written = platform::writePropertyList(List{true, Dictionary{{"k", 5}}});
+    ASSERT_TRUE(written) << written.error();
+    EXPECT_EQ(written.value(),
+              RawList(1).addList({1, 2}).add({0x09}).addDictionary({{3, 4}}).add("k").add({0x10, 5}).bytes());
+}
+
 TEST(BinaryForm, HoldsEachTextOnceHoweverManyThereAre) {
     for (const std::size_t count : {100U, 130U, 400U, 2000U}) {
         List texts;
@@ -241,6 +248,9 @@ TEST(BinaryForm, TellsHowManyReferencesItFollowed) {
     ASSERT_TRUE(
         readPropertyList(RawList(1).addList({1, 2}).add({0x09}).addDictionary({{3, 1}}).add("k").bytes(), &visits));
     EXPECT_EQ(visits, 4U);
+    const std::string_view xml = "<plist><true/></plist>";
+    ASSERT_TRUE(readPropertyList(Data(xml.begin(), xml.end()), &visits));
+    EXPECT_EQ(visits, 0U) << "which the other form has none of";
 }
 
 TEST(BinaryForm, RefusesAKeyThatIsUnsound) {
