@@ -121,10 +121,17 @@ TEST(BinaryForm, NeedsItsMagicAndATrailer) {
 }
 
 TEST(BinaryForm, HoldsItsObjectsAndNothingElse) {
-    const auto written = platform::writePropertyList(List{true, Dictionary{{"k", 5}}});
+    const auto written = platform::writePropertyList(List{true, Dictionary{{"k", 5}, {"l", 6}}});
     ASSERT_TRUE(written) << written.error();
-    EXPECT_EQ(written.value(),
-              RawList(1).addList({1, 2}).add({0x09}).addDictionary({{3, 4}}).add("k").add({0x10, 5}).bytes());
+    EXPECT_EQ(written.value(), RawList(1)
+                                   .addList({1, 2})
+                                   .add({0x09})
+                                   .addDictionary({{3, 4}, {5, 6}})
+                                   .add("k")
+                                   .add({0x10, 5})
+                                   .add("l")
+                                   .add({0x10, 6})
+                                   .bytes());
 }
 
 TEST(BinaryForm, HoldsEachTextOnceHoweverManyThereAre) {
