@@ -117,11 +117,13 @@ TEST(PropertyList, IsNotWrittenForNil) {
 }
 
 TEST(PropertyList, IsWrittenWithAsManyEntriesAsAreAllowedAndNoMore) {
+    constexpr std::size_t size = 2047;
     std::vector<Dictionary::Entry> entries;
-    for (int i = 0; i < 2047; ++i)
+    for (std::size_t i = 0; i < size; ++i)
         entries.emplace_back(std::to_string(i), "x");
     List list(1024, Value(Dictionary(std::move(entries))));
-    const std::size_t known = 1024 * (1 + 2 * 2047); // a dictionary is an entry, and each of its keys and values is
+    const std::size_t known =
+        list.size() * (1 + 2 * size); // a dictionary is an entry, and each of its keys and values is
     list.insert(list.begin(), PropertyListLimits::writtenValues - known, Value("x"));
     EXPECT_TRUE(writePropertyList(list));
     list.insert(list.begin(), "x");
