@@ -122,8 +122,8 @@ TEST(PropertyList, IsWrittenWithAsManyEntriesAsAreAllowedAndNoMore) {
     for (std::size_t i = 0; i < size; ++i)
         entries.emplace_back(std::to_string(i), "x");
     List list(1024, Value(Dictionary(std::move(entries))));
-    const std::size_t known =
-        list.size() * (1 + 2 * size); // a dictionary is an entry, and each of its keys and values is
+    // A dictionary is an entry, and each of its keys and values is.
+    const std::size_t known = list.size() * (1 + 2 * size);
     list.insert(list.begin(), PropertyListLimits::writtenValues - known, Value("x"));
     EXPECT_TRUE(writePropertyList(list));
     list.insert(list.begin(), "x");
