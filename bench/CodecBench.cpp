@@ -133,7 +133,7 @@ Data libplistBytes(const Value& value) {
     std::uint32_t size = 0;
     plist_to_bin(tree.get(), &bytes, &size);
     Data data(bytes, bytes + size);
-    plist_to_bin_free(bytes);
+    plist_mem_free(bytes);
     return data;
 }
 

@@ -177,7 +177,7 @@ TEST(ArchivePeer, WeReadWhatLibplistWritesAnew) {
     std::uint32_t size = 0;
     plist_to_bin(archive.get(), &bytes, &size);
     const Data written(bytes, bytes + size);
-    plist_to_bin_free(bytes);
+    plist_mem_free(bytes);
     const auto value = NSKeyedUnarchiver::unarchive(written);
     ASSERT_TRUE(value) << value.error();
     EXPECT_EQ(value.value(), everything());

@@ -100,7 +100,7 @@ class Archiver {
         std::uint32_t size = 0;
         plist_to_bin(archive.get(), &bytes, &size);
         const std::string hex = hexOf({bytes, size});
-        plist_to_bin_free(bytes);
+        plist_mem_free(bytes);
         return hex;
     }
 
