@@ -10,7 +10,6 @@ BUILD/tests/install.
 import contextlib
 import json
 import os
-import platform
 import re
 import shutil
 import signal
@@ -18,11 +17,12 @@ import subprocess
 import sys
 import tempfile
 import unittest
-import urllib.error
-import urllib.request
 from pathlib import Path
 
 from build import BUILD, SOURCE, output
+
+sys.path.append(str(SOURCE / "scripts"))
+import bare_debian
 
 KEPT = BUILD / "tests/install/debian"
 PACKAGES = {"liblumora-dev", "liblumora3", "lumora-samples", "lumora-settings", "lumora-tweak", "lumoractl"}
@@ -40,54 +40,13 @@ def make_packages():
     return {file.name.split("_")[0]: file for file in made.glob("*.deb")}
 
 
-def package_sources():
-    """Where this machine has Debian from, as lines for a sources.list."""
-    return sorted(set(output("apt-get", "indextargets", "--format", "deb $(SITE) $(RELEASE) $(COMPONENT)",
-                             "Created-By: Packages", "Origin: Debian").split("\n")[:-1]))
-
-
-def own_source():
-    """The mirror and the release that this machine is of; nothing if it has no such mirror."""
-    release = platform.freedesktop_os_release().get("VERSION_CODENAME")
-    found = (line.split()[1:3] for line in package_sources())
-    return next(((mirror, name) for mirror, name in found if name == release), None)
-
-
-def remove(folder):
-    """Removes a folder with all that is in it, but nothing that is mounted there."""
-    mounted = [line.split()[4] for line in Path("/proc/self/mountinfo").read_text().splitlines()]
-    if inside := [path for path in mounted if Path(path).is_relative_to(Path(folder).resolve())]:
-        raise RuntimeError(f"{folder} stays: {', '.join(inside)} is mounted in it")
-    shutil.rmtree(folder, ignore_errors=True)
-
-
-def missing():
-    """Why there can be no Debian here; nothing if there can."""
-    if os.geteuid() != 0:
-        return "only root can make a root folder"
-    for tool in ("debootstrap", "unshare", "chroot", "apt-get"):
-        if not shutil.which(tool):
-            return f"there is no {tool}"
-    if subprocess.run(["unshare", "--mount", "--pid", "--fork", "true"], capture_output=True, check=False).returncode:
-        return "mounts of its own are not permitted"
-    if not (source := own_source()):
-        return "apt knows no mirror of the Debian that this machine has"
-    mirror, release = source
-    try:
-        urllib.request.urlopen(f"{mirror}/dists/{release}/Release", timeout=30).close()
-    except (urllib.error.URLError, OSError) as error:
-        return f"{mirror} cannot be reached: {error}"
-    return None
-
-
 class Debian:
-    """A Debian in a folder of its own. Whatever is mounted in it is gone with the program that runs there."""
+    """A Debian as this machine has it, bare, in a folder of its own."""
 
     def __init__(self, folder):
         self.root = folder
         output("cp", "-a", "--reflink=auto", f"{self.base()}/.", self.root)
-        (self.root / "etc/apt/sources.list").write_text("\n".join(package_sources()) + "\n")
-        shutil.copy("/etc/resolv.conf", self.root / "etc/resolv.conf")
+        bare_debian.connect(self.root)
         self.archives = KEPT / "archives"
         self.archives.mkdir(exist_ok=True)
         for file in self.archives.glob("*.deb"):
@@ -96,34 +55,17 @@ class Debian:
 
     @staticmethod
     def base():
-        """A bare Debian from where this machine has its own; kept until that changes."""
-        base, made_of = KEPT / "base", "\n".join(package_sources())
+        """What it is a copy of; kept until this machine has its packages from elsewhere."""
+        base, made_of = KEPT / "base", "\n".join(bare_debian.package_sources())
         marked = KEPT / "base.sources"
-        if base.exists() and marked.exists() and marked.read_text() == made_of:
-            return base
-        fresh = KEPT / "base.new"
-        for old in (base, fresh):
-            remove(old)
-        mirror, release = own_source()
-        # What it mounts is gone with it, however it ends.
-        output("unshare", "--mount", "--pid", "--fork", "--kill-child",
-               "debootstrap", "--variant=minbase", "--include=ca-certificates", release, fresh, mirror)
-        fresh.rename(base)
-        marked.write_text(made_of)
+        if not (base.exists() and marked.exists() and marked.read_text() == made_of):
+            bare_debian.make(base)
+            marked.write_text(made_of)
         return base
 
-    def command(self, *words, user=0):
-        return ["unshare", "--mount", "--pid", "--fork", "--kill-child", f"--mount-proc={self.root}/proc", "chroot",
-                f"--userspec={user}:{user}", self.root, *words]
-
-    @staticmethod
-    def environment(**more):
-        return {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C.UTF-8", "DEBIAN_FRONTEND": "noninteractive",
-                **more}
-
     def run(self, *words, user=0, **environment):
-        done = subprocess.run(self.command(*words, user=user), env=self.environment(**environment), text=True,
-                              capture_output=True, check=False)
+        done = subprocess.run(bare_debian.command(self.root, *words, user=user),
+                              env=bare_debian.environment(**environment), text=True, capture_output=True, check=False)
         if done.returncode != 0:
             raise AssertionError(f"{' '.join(words)}\n{done.stdout[-4000:]}\n{done.stderr[-4000:]}")
         return done.stdout
@@ -144,11 +86,9 @@ class Packages(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.packages = make_packages()
-        # In there are programs that run as root whoever starts them: nobody else can get at them.
-        KEPT.mkdir(mode=0o700, parents=True, exist_ok=True)
-        KEPT.chmod(0o700)
+        bare_debian.make_private(KEPT)
         cls.folder = Path(tempfile.mkdtemp(prefix="lumora-packages-", dir=KEPT))
-        cls.addClassCleanup(remove, cls.folder)
+        cls.addClassCleanup(bare_debian.remove, cls.folder)
         for name, file in cls.packages.items():
             output("dpkg-deb", "-x", file, cls.folder / name)
 
@@ -204,7 +144,7 @@ class Packages(unittest.TestCase):
 
     # -- what becomes of them --
 
-    @unittest.skipIf(why_not := missing(), why_not)
+    @unittest.skipIf(why_not := bare_debian.why_not(), why_not)
     def test_they_are_installed_used_and_purged(self):
         debian = Debian(Path(tempfile.mkdtemp(prefix="debian-", dir=self.folder)))
         debian.root.chmod(0o755)
@@ -218,7 +158,7 @@ class Packages(unittest.TestCase):
         debian.install(*(f"/srv/packages/{self.packages[name].name}" for name in few))
         self.assert_samples_are_found(debian)
         debian.install(*(f"/srv/packages/{file.name}" for file in self.packages.values()))
-        remove(brought)
+        bare_debian.remove(brought)
         self.assertTrue(self.started_at_login(debian))
 
         self.assert_programs_work(debian)
@@ -253,8 +193,9 @@ class Packages(unittest.TestCase):
         return known + sorted(str(path) for path in found if "lumora" not in path.parent.parts)
 
     def assert_programs_work(self, debian):
-        tweak = subprocess.Popen(debian.command("lumora-tweak", user=PERSON), env=debian.environment(**PERSONAL),
-                                 stdout=subprocess.PIPE, text=True, start_new_session=True)
+        tweak = subprocess.Popen(bare_debian.command(debian.root, "lumora-tweak", user=PERSON),
+                                 env=bare_debian.environment(**PERSONAL), stdout=subprocess.PIPE, text=True,
+                                 start_new_session=True)
         try:
             self.assertEqual(tweak.stdout.readline(),
                              "lumora-tweak ready, settings at /home/person/.config/lumora/com.nevo.lumora.plist\n")

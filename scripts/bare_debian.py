@@ -1,5 +1,5 @@
-"""A bare Debian in a folder of its own, from where this machine has its packages: for scripts/on-debian, and for the
-test that installs packages. Whatever is mounted in it is gone with the program that runs there, however that ends.
+"""A bare Debian in a folder of its own, made of packages from where this machine has its own: for scripts/on-debian, and
+for the test that installs packages. What is mounted in it is gone with the program that runs there, however that ends.
 """
 import os
 import platform
@@ -67,13 +67,17 @@ def remove(folder):
     shutil.rmtree(folder, ignore_errors=True)
 
 
+def make_private(folder):
+    """Makes a folder that nobody else can get into: in a Debian are programs that run as root whoever starts them."""
+    folder.mkdir(mode=0o700, parents=True, exist_ok=True)
+    folder.chmod(0o700)
+
+
 def make(folder, release=OWN_RELEASE, packages=()):
     """Makes a bare Debian with these packages, whole or not at all."""
     fresh = folder.with_name(folder.name + ".new")
     remove(fresh)
-    # In there are programs that run as root whoever starts them: nobody else can get at them.
-    folder.parent.mkdir(mode=0o700, parents=True, exist_ok=True)
-    folder.parent.chmod(0o700)
+    make_private(folder.parent)
     done = subprocess.run([*APART, "debootstrap", "--variant=minbase",
                            f"--include={','.join(['ca-certificates', *packages])}", release, fresh, mirror_of(release)],
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
