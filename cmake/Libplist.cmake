@@ -1,6 +1,6 @@
-# libplist, which the tests and the benchmarks hold our codec to. The name of what frees its bytes is that of 2.3; an
-# older one, as in Debian 12, has another.
+# libplist, to which the tests and the benchmarks hold our codec. Before 2.3, as in Debian 12, what frees its bytes has
+# another name, and its integers have no sign.
 pkg_check_modules(LIBPLIST REQUIRED IMPORTED_TARGET libplist-2.0)
 if(LIBPLIST_VERSION VERSION_LESS 2.3)
-  target_compile_definitions(PkgConfig::LIBPLIST INTERFACE plist_mem_free=plist_to_bin_free)
+  target_compile_definitions(PkgConfig::LIBPLIST INTERFACE plist_mem_free=plist_to_bin_free LIBPLIST_WITHOUT_SIGNS)
 endif()

@@ -82,14 +82,20 @@ TEST(InteropStyles, ObjectsThatNoValueHoldsAreRefused) {
         EXPECT_EQ(readSample(name), "! an archived object of an unknown class") << name;
 }
 
-// An integer beyond 63 bits is no value. Python writes it in 16 bytes, which are refused; the others in 8, where it
-// cannot be told from a negative one.
+// An integer beyond 63 bits is no value. Written in 16 bytes, it is refused; in 8, it cannot be told from a negative
+// one. Python takes 16, GNUstep 8; libplist 8 until 2.2, and 16 since then.
 TEST(InteropStyles, AnIntegerBeyondSixtyThreeBitsIsRefusedWhereItCanBeTold) {
-    for (const std::string integer : {"i9223372036854775808", "i18446744073709551615"}) {
-        EXPECT_EQ(read(Peer("plistlib", {"write"}).ask(integer)), "! an integer needs more than 64 bits");
-        const auto wrapped = static_cast<std::int64_t>(std::stoull(integer.substr(1)));
-        EXPECT_EQ(read(Peer("libplist", {"write"}).ask(integer)), form(wrapped));
-        EXPECT_EQ(read(Peer("gnustep", {"write"}).ask(integer)), form(wrapped));
+    for (const auto& [integer, bits] :
+         {std::pair("i9223372036854775808", "8000000000000000"), {"i18446744073709551615", "ffffffffffffffff"}}) {
+        for (const std::string peer : {"plistlib", "libplist", "gnustep"}) {
+            const std::string archive = Peer(peer, {"write"}).ask(integer);
+            const bool inSixteen = archive.find(std::string("140000000000000000") + bits) != std::string::npos;
+            const bool inEight = archive.find(std::string("13") + bits) != std::string::npos;
+            const auto negative = static_cast<std::int64_t>(std::stoull(bits, nullptr, 16));
+            EXPECT_NE(inSixteen, inEight) << peer << ": " << archive;
+            EXPECT_EQ(read(archive), inSixteen ? "! an integer needs more than 64 bits" : form(negative)) << peer;
+            if (peer != "libplist") EXPECT_EQ(inSixteen, peer == "plistlib") << archive;
+        }
     }
 }
 

@@ -81,6 +81,16 @@ void writeForm(const Plain& value, std::string& form) {
     form += value.token == "[" ? " ]" : " }";
 }
 
+/// A libplist before 2.3 knows no signs: to it, a negative number is what its bits mean without one.
+plist_t integerNode(const std::string& digits) {
+    if (digits[0] != '-') return plist_new_uint(std::stoull(digits));
+#ifdef LIBPLIST_WITHOUT_SIGNS
+    return plist_new_uint(static_cast<std::uint64_t>(std::stoll(digits)));
+#else
+    return plist_new_int(std::stoll(digits));
+#endif
+}
+
 /// Lays a value out as archived objects, which refer to each other by UID. Equal texts and numbers are one object.
 class Archiver {
   public:
@@ -127,7 +137,7 @@ class Archiver {
         case 'f':
             return plist_new_bool(token[0] == 't' ? 1 : 0);
         case 'i':
-            return plist_new_uint(rest[0] == '-' ? static_cast<std::uint64_t>(std::stoll(rest)) : std::stoull(rest));
+            return integerNode(rest);
         case 'r':
             return plist_new_real(realOf(rest));
         case 's':
@@ -251,7 +261,7 @@ class Unarchiver {
             return {boolean != 0 ? "t" : "f"};
         }
         case PLIST_UINT: {
-            // Negative numbers come as what their bits mean without a sign.
+            // Negative numbers come as what their bits mean without a sign; so they do to those who could ask for it.
             std::uint64_t integer = 0;
             plist_get_uint_val(node, &integer);
             return {"i" + std::to_string(static_cast<std::int64_t>(integer))};
