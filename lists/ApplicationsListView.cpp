@@ -66,7 +66,7 @@ unsigned ApplicationsListView::tableMask() const {
 
 void ApplicationsListView::decorate(UITableViewCell& cell, const std::string& identifier) {
     const auto* list = ALApplicationList::sharedApplicationList();
-    cell.imageView().setImage(list ? list->iconOfSizeForDisplayIdentifier(kIconSize, identifier) : nullptr);
+    cell.imageView().setImage(list ? list->iconOfSize(kIconSize, identifier) : nullptr);
 }
 
 } // namespace lumora

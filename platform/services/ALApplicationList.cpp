@@ -44,13 +44,13 @@ std::unordered_map<std::string, std::string> ALApplicationList::applications() c
     return found;
 }
 
-UIImageRef ALApplicationList::iconOfSizeForDisplayIdentifier(double size, const std::string& identifier) const {
+UIImageRef ALApplicationList::iconOfSize(double size, const std::string& forDisplayIdentifier) const {
     if (!table_->iconOfSize) return nullptr;
     Data once;
     Data twice;
-    table_->iconOfSize(list_, size, 1, identifier.c_str(), takeIcon, &once);
+    table_->iconOfSize(list_, size, 1, forDisplayIdentifier.c_str(), takeIcon, &once);
     if (once.empty()) return nullptr;
-    table_->iconOfSize(list_, size, 2, identifier.c_str(), takeIcon, &twice);
+    table_->iconOfSize(list_, size, 2, forDisplayIdentifier.c_str(), takeIcon, &twice);
     return std::make_shared<const UIImage>(CGSize{size, size}, std::move(once), std::move(twice));
 }
 

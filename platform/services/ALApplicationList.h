@@ -27,7 +27,7 @@ class PLATFORM_EXPORT ALApplicationList {
     [[nodiscard]] std::unordered_map<std::string, std::string> applications() const;
 
     /// The application's icon, `size` points wide and high, once and twice as sharp; null when it has none.
-    [[nodiscard]] UIImageRef iconOfSizeForDisplayIdentifier(double size, const std::string& identifier) const;
+    [[nodiscard]] UIImageRef iconOfSize(double size, const std::string& forDisplayIdentifier) const;
 
     ALApplicationList(const ALApplicationListClass& table, ALSharedList& list) : table_(&table), list_(&list) {}
 

@@ -33,7 +33,7 @@ TEST_F(ApplicationLists, GiveIconsOfBothResolutions) {
     const LibraryHandle library = openLibrary(appListPath);
     ALApplicationList* list = ALApplicationList::sharedApplicationList();
     ASSERT_NE(list, nullptr);
-    const UIImageRef icon = list->iconOfSizeForDisplayIdentifier(29, "fake.00009");
+    const UIImageRef icon = list->iconOfSize(29, "fake.00009");
     ASSERT_NE(icon, nullptr);
     EXPECT_EQ(icon->size(), (platform::CGSize{29, 29}));
     constexpr std::size_t widthAt = 19; // the lowest byte of the width in a PNG file's header
@@ -47,8 +47,8 @@ TEST_F(ApplicationLists, HaveNoIconForStrangers) {
     const LibraryHandle library = openLibrary(appListPath);
     ALApplicationList* list = ALApplicationList::sharedApplicationList();
     ASSERT_NE(list, nullptr);
-    EXPECT_EQ(list->iconOfSizeForDisplayIdentifier(29, "fake.00010"), nullptr);
-    EXPECT_EQ(list->iconOfSizeForDisplayIdentifier(29, ""), nullptr);
+    EXPECT_EQ(list->iconOfSize(29, "fake.00010"), nullptr);
+    EXPECT_EQ(list->iconOfSize(29, ""), nullptr);
     void* loaded = dlopen(file.c_str(), RTLD_LAZY | RTLD_NOLOAD);
     ASSERT_NE(loaded, nullptr);
     EXPECT_EQ(*static_cast<unsigned*>(dlsym(loaded, "fakeAppListIconCalls")), 2);
@@ -87,7 +87,7 @@ TEST_F(ApplicationLists, AreEmptyWhenTheyDoNotAnswer) {
     ALApplicationList* list = ALApplicationList::sharedApplicationList();
     ASSERT_NE(list, nullptr);
     EXPECT_TRUE(list->applications().empty());
-    EXPECT_EQ(list->iconOfSizeForDisplayIdentifier(29, "good"), nullptr);
+    EXPECT_EQ(list->iconOfSize(29, "good"), nullptr);
 }
 
 TEST_F(ApplicationLists, LeaveOutWhatIsNoTextOrNoPicture) {
@@ -97,7 +97,7 @@ TEST_F(ApplicationLists, LeaveOutWhatIsNoTextOrNoPicture) {
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(list->applications(), (Names{{"good", "Güte"}, {"empty.name", ""}}));
     for (const char* identifier : {"null", "empty", "text"})
-        EXPECT_EQ(list->iconOfSizeForDisplayIdentifier(29, identifier), nullptr) << identifier;
+        EXPECT_EQ(list->iconOfSize(29, identifier), nullptr) << identifier;
 }
 
 } // namespace
