@@ -57,7 +57,7 @@ void FontView::setupTableViewWithFrame(const CGRect& frame) {
     tableView_->setEditing(false);
     tableView_->setAutoresizingMask(UIViewAutoresizingFlexibleWidth | UIViewAutoresizingFlexibleHeight);
     addSubview(tableView_);
-    tableView_->scrollToRow(selectedIndex_, UITableViewScrollPositionMiddle, false);
+    tableView_->scrollToRowAtIndexPath(selectedIndex_, UITableViewScrollPositionMiddle, false);
 }
 
 void FontView::savePreferences() {
@@ -97,7 +97,7 @@ std::shared_ptr<UITableViewCell> FontView::cellForRowAtIndexPath(UITableView& ta
 void FontView::didSelectRowAtIndexPath(UITableView& tableView, NSIndexPath path) {
     const auto marked = tableView.cellForRowAtIndexPath(selectedIndex_);
     const auto tapped = tableView.cellForRowAtIndexPath(path);
-    tableView.deselectRow(path, true);
+    tableView.deselectRowAtIndexPath(path, true);
     // In this order, which leaves the mark on a row that has it already.
     if (marked) marked->setAccessoryType(UITableViewCellAccessoryNone);
     if (tapped) tapped->setAccessoryType(UITableViewCellAccessoryCheckmark);

@@ -156,19 +156,20 @@ void UITableView::setViewport(double top, double bottom) {
     makeCells();
 }
 
-void UITableView::deselectRow(NSIndexPath path, bool /*animated*/) {
+void UITableView::deselectRowAtIndexPath(NSIndexPath path, bool /*animated*/) {
     if (selected_ == path) selected_.reset();
 }
 
-void UITableView::scrollToRow(NSIndexPath path, UITableViewScrollPosition position, bool animated) {
+void UITableView::scrollToRowAtIndexPath(NSIndexPath path, UITableViewScrollPosition atScrollPosition, bool animated) {
     layoutIfNeeded();
     if (!hasRow(path)) return;
-    scrollRequest_ = {scrollRequest_.serial + 1, path, position, animated};
+    scrollRequest_ = {scrollRequest_.serial + 1, path, atScrollPosition, animated};
     if (!std::isfinite(bottom_)) return; // there are cells for all rows already
     const CGRect row = rectForRowAtIndexPath(path);
     const double height = frame().size.height;
     const double margin = std::max(0.0, (bottom_ - top_ - height) / 2); // whoever draws asks for more than is seen
-    const double wanted = scrolledTo(position, top_ + margin, height, row.origin.y, row.origin.y + row.size.height);
+    const double wanted =
+        scrolledTo(atScrollPosition, top_ + margin, height, row.origin.y, row.origin.y + row.size.height);
     const double top = std::clamp(wanted, 0.0, std::max(0.0, contentSize().height - height));
     setViewport(top - margin, top + height + margin);
 }

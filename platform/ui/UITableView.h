@@ -87,10 +87,10 @@ class PLATFORM_EXPORT UITableView final : public UIView {
 
     /// The row that was tapped last, none once it is deselected.
     [[nodiscard]] std::optional<NSIndexPath> indexPathForSelectedRow() const { return selected_; }
-    void deselectRow(NSIndexPath path, bool animated);
+    void deselectRowAtIndexPath(NSIndexPath path, bool animated);
     /// Brings a row into view, as far as scrolling allows, and makes the cells around it. A row that there is not does
     /// nothing.
-    void scrollToRow(NSIndexPath path, UITableViewScrollPosition position, bool animated);
+    void scrollToRowAtIndexPath(NSIndexPath path, UITableViewScrollPosition atScrollPosition, bool animated);
 
     [[nodiscard]] int numberOfSections() const { return static_cast<int>(sections_.size()); }
     [[nodiscard]] int numberOfRowsInSection(int section) const;

@@ -282,7 +282,7 @@ class ChoiceView : public platform::UIView,
         table_->setDataSource(this);
         table_->setDelegate(this);
         addSubview(table_);
-        table_->scrollToRow({0, 50}, UITableViewScrollPositionMiddle, true);
+        table_->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionMiddle, true);
         return true;
     }
     int numberOfRowsInSection(platform::UITableView& /*table*/, int /*section*/) override { return 100; }

@@ -306,9 +306,9 @@ TEST_F(PlainTable, KeepsATappedRowSelectedUntilItIsDeselected) {
     table->tapRow({0, 3});
     EXPECT_THAT(plain.taps, ElementsAre(NSIndexPath{0, 3}));
     EXPECT_EQ(table->indexPathForSelectedRow(), (NSIndexPath{0, 3}));
-    table->deselectRow({0, 2}, true);
+    table->deselectRowAtIndexPath({0, 2}, true);
     EXPECT_EQ(table->indexPathForSelectedRow(), (NSIndexPath{0, 3}));
-    table->deselectRow({0, 3}, true);
+    table->deselectRowAtIndexPath({0, 3}, true);
     EXPECT_EQ(table->indexPathForSelectedRow(), std::nullopt);
 }
 
@@ -322,46 +322,46 @@ TEST_F(PlainTable, SelectsNothingWhileItIsEditingOrWhereThereIsNoRow) {
 }
 
 TEST_F(PlainTable, LoadsToScrollAndMakesTheCellsAroundTheRowOnly) {
-    table->scrollToRow({0, 50}, UITableViewScrollPositionMiddle, false);
+    table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionMiddle, false);
     EXPECT_EQ(ends(), std::pair(45, 55));
     EXPECT_EQ(table->visibleCells().size(), 11U);
 }
 
 TEST_F(PlainTable, PutsARowInEachPosition) {
     table->layoutIfNeeded();
-    table->scrollToRow({0, 50}, UITableViewScrollPositionTop, false);
+    table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionTop, false);
     EXPECT_EQ(ends(), std::pair(50, 59));
-    table->scrollToRow({0, 50}, UITableViewScrollPositionBottom, false);
+    table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionBottom, false);
     EXPECT_EQ(ends(), std::pair(41, 50));
-    table->scrollToRow({0, 45}, UITableViewScrollPositionNone, false);
+    table->scrollToRowAtIndexPath({0, 45}, UITableViewScrollPositionNone, false);
     EXPECT_EQ(ends(), std::pair(41, 50)) << "it is seen already";
-    table->scrollToRow({0, 60}, UITableViewScrollPositionNone, false);
+    table->scrollToRowAtIndexPath({0, 60}, UITableViewScrollPositionNone, false);
     EXPECT_EQ(ends(), std::pair(51, 60));
-    table->scrollToRow({0, 40}, UITableViewScrollPositionNone, false);
+    table->scrollToRowAtIndexPath({0, 40}, UITableViewScrollPositionNone, false);
     EXPECT_EQ(ends(), std::pair(40, 49));
 }
 
 TEST_F(PlainTable, ScrollsNoFurtherThanItGoes) {
-    table->scrollToRow({0, 0}, UITableViewScrollPositionMiddle, false);
+    table->scrollToRowAtIndexPath({0, 0}, UITableViewScrollPositionMiddle, false);
     EXPECT_EQ(ends(), std::pair(0, 8)) << "beneath the header";
-    table->scrollToRow({0, 99}, UITableViewScrollPositionMiddle, false);
+    table->scrollToRowAtIndexPath({0, 99}, UITableViewScrollPositionMiddle, false);
     EXPECT_EQ(ends(), std::pair(90, 99)) << "above the footer";
 }
 
 TEST_F(PlainTable, AsksWhoeverDrawsToScrollOnceForEachTime) {
     EXPECT_EQ(table->scrollRequest().serial, 0U);
-    table->scrollToRow({0, 50}, UITableViewScrollPositionMiddle, true);
+    table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionMiddle, true);
     const auto first = table->scrollRequest();
     EXPECT_EQ(first.row, (NSIndexPath{0, 50}));
     EXPECT_EQ(first.position, UITableViewScrollPositionMiddle);
     EXPECT_TRUE(first.animated);
-    table->scrollToRow({0, 50}, UITableViewScrollPositionMiddle, true);
+    table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionMiddle, true);
     EXPECT_NE(table->scrollRequest().serial, first.serial);
 }
 
 TEST_F(PlainTable, DoesNotScrollToARowThatThereIsNot) {
     for (const NSIndexPath path : {NSIndexPath{0, 100}, {0, -1}, {1, 0}})
-        table->scrollToRow(path, UITableViewScrollPositionTop, false);
+        table->scrollToRowAtIndexPath(path, UITableViewScrollPositionTop, false);
     EXPECT_EQ(table->scrollRequest().serial, 0U);
     EXPECT_EQ(ends().first, 0);
 }
@@ -369,10 +369,10 @@ TEST_F(PlainTable, DoesNotScrollToARowThatThereIsNot) {
 TEST_F(PlainTable, KeepsAsManyCellsAroundAsWhoeverDrawsHasAskedFor) {
     table->layoutIfNeeded();
     table->setViewport(-88, 440 + 88);
-    table->scrollToRow({0, 50}, UITableViewScrollPositionMiddle, false);
+    table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionMiddle, false);
     EXPECT_EQ(ends(), std::pair(43, 57));
     table->setViewport(0, std::numeric_limits<double>::infinity());
-    table->scrollToRow({0, 3}, UITableViewScrollPositionMiddle, false);
+    table->scrollToRowAtIndexPath({0, 3}, UITableViewScrollPositionMiddle, false);
     EXPECT_EQ(ends(), std::pair(0, 99));
 }
 
