@@ -74,7 +74,7 @@ Result<Plugin> examineLoaded(const LumoraPrincipalClass* principalClass) {
 std::vector<fs::path> bundlePaths(const fs::path& folder) {
     std::vector<fs::path> paths;
     std::error_code failed; // a folder that is missing or cannot be read lists nothing
-    for (fs::path& entry : platform::contentsOfFolder(folder, failed))
+    for (fs::path& entry : platform::contentsOfDirectoryAtPath(folder, failed))
         if (isPluginPath(entry)) paths.push_back(std::move(entry));
     return paths;
 }

@@ -6,7 +6,7 @@ namespace platform {
 
 namespace fs = std::filesystem;
 
-std::vector<fs::path> contentsOfFolder(const fs::path& folder, std::error_code& failed) {
+std::vector<fs::path> contentsOfDirectoryAtPath(const fs::path& folder, std::error_code& failed) {
     std::vector<fs::path> paths;
     for (fs::directory_iterator entry(folder, failed), end; !failed && entry != end; entry.increment(failed))
         paths.push_back(entry->path());

@@ -12,8 +12,8 @@ namespace platform {
 /// system, none of which lists in an order that one could count on. When the folder is missing or cannot be read,
 /// `failed` says so, and what was read before that is all there is. Any thread.
 ///
-///     for (const auto& path : contentsOfFolder(folder, failed)) examine(path);
-[[nodiscard]] PLATFORM_EXPORT std::vector<std::filesystem::path> contentsOfFolder(const std::filesystem::path& folder,
-                                                                                  std::error_code& failed);
+///     for (const auto& path : contentsOfDirectoryAtPath(folder, failed)) examine(path);
+[[nodiscard]] PLATFORM_EXPORT std::vector<std::filesystem::path>
+contentsOfDirectoryAtPath(const std::filesystem::path& folder, std::error_code& failed);
 
 } // namespace platform

@@ -20,7 +20,7 @@ class FolderContents : public testing::Test {
   protected:
     [[nodiscard]] std::vector<std::string> names() {
         std::vector<std::string> names;
-        for (const fs::path& path : platform::contentsOfFolder(device_.path(), failed_)) {
+        for (const fs::path& path : platform::contentsOfDirectoryAtPath(device_.path(), failed_)) {
             EXPECT_EQ(path.parent_path(), device_.path());
             names.push_back(path.filename().string());
         }
@@ -57,10 +57,10 @@ TEST_F(FolderContents, holdBrokenLinksButNotTheFolderItselfNorItsParent) {
 }
 
 TEST_F(FolderContents, areNoneWhereThereIsNoFolder) {
-    EXPECT_THAT(platform::contentsOfFolder(device_.path() / "missing", failed_), IsEmpty());
+    EXPECT_THAT(platform::contentsOfDirectoryAtPath(device_.path() / "missing", failed_), IsEmpty());
     EXPECT_EQ(failed_, std::errc::no_such_file_or_directory);
     make("file");
-    EXPECT_THAT(platform::contentsOfFolder(device_.path() / "file", failed_), IsEmpty());
+    EXPECT_THAT(platform::contentsOfDirectoryAtPath(device_.path() / "file", failed_), IsEmpty());
     EXPECT_EQ(failed_, std::errc::not_a_directory);
 }
 

@@ -35,7 +35,7 @@ Result<List> probePlugins(const fs::path& path, std::chrono::milliseconds limit)
     const fs::path folder = path.empty() ? pluginFolder() : path.has_filename() ? path : path.parent_path();
     if (isPluginPath(folder)) return List{probePlugin(folder, limit)};
     std::error_code failed;
-    const std::vector<fs::path> entries = platform::contentsOfFolder(folder, failed);
+    const std::vector<fs::path> entries = platform::contentsOfDirectoryAtPath(folder, failed);
     if (failed && !(path.empty() && failed == std::errc::no_such_file_or_directory))
         return Result<List>::failure("cannot read " + folder.string() + ": " + failed.message());
     List plugins;
