@@ -8,6 +8,17 @@ file(MAKE_DIRECTORY ${LUMORA_DEVICE_ROOT}/var/mobile/Library/Preferences)
 set(LUMORA_INSTALLED_ROOT ${CMAKE_INSTALL_LIBDIR}/lumora/device)
 file(RELATIVE_PATH LUMORA_ROOT_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/lumora/device)
 
+# Programs that nobody calls by hand: lumora_helper(TARGET COMPONENT) installs one. The platform library looks for them
+# from its own folder.
+set(LUMORA_HELPERS ${CMAKE_INSTALL_LIBEXECDIR}/lumora)
+file(RELATIVE_PATH LUMORA_HELPERS_FROM_LIBRARIES ${CMAKE_INSTALL_FULL_LIBDIR} ${CMAKE_INSTALL_FULL_LIBEXECDIR}/lumora)
+file(RELATIVE_PATH LUMORA_BUILT_HELPERS_FROM_LIBRARIES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY} ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+file(RELATIVE_PATH LUMORA_LIBRARIES_FROM_HELPERS ${CMAKE_INSTALL_FULL_LIBEXECDIR}/lumora ${CMAKE_INSTALL_FULL_LIBDIR})
+function(lumora_helper target component)
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH $ORIGIN/${LUMORA_LIBRARIES_FROM_HELPERS})
+  install(TARGETS ${target} RUNTIME DESTINATION ${LUMORA_HELPERS} COMPONENT ${component})
+endfunction()
+
 # Everything that stands in the device root; whoever opens the Settings application builds this beside it.
 add_custom_target(device_root)
 
