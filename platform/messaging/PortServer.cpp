@@ -12,6 +12,14 @@
 
 namespace platform {
 
+namespace {
+
+/// As many as can be pending at once. Who connects while these are accepted waits for the next round, so that endless
+/// newcomers keep nobody from being served.
+constexpr int kMostAcceptedInARound = SOMAXCONN;
+
+} // namespace
+
 /// One client: reads its requests and writes the replies, in turn. While a reply waits for the client to read, nothing
 /// more is read from it.
 class PortServer::Connection final : public Poller::Watcher {
@@ -23,12 +31,8 @@ class PortServer::Connection final : public Poller::Watcher {
         if (std::exchange(awaited_, events()) != events()) server_.poller_->change(socket_.number(), awaited_, *this);
     }
 
-    /// Takes what the client has sent by now, which mostly is its whole request, and only then waits for more.
-    [[nodiscard]] bool begin() {
-        if (!proceed()) return false;
-        awaited_ = events();
-        return server_.poller_->add(socket_.number(), awaited_, *this);
-    }
+    /// Nothing is read yet: this client's turn comes after that of those who were there before.
+    [[nodiscard]] bool begin() { return server_.poller_->add(socket_.number(), awaited_, *this); }
 
   private:
     using Bytes = std::span<const std::uint8_t>;
@@ -78,7 +82,7 @@ class PortServer::Connection final : public Poller::Watcher {
 
     PortServer& server_;
     FileDescriptor socket_;
-    std::uint32_t awaited_ = 0; ///< the events that the poller watches for
+    std::uint32_t awaited_ = EPOLLIN; ///< the events that the poller watches for
     PortFrameReader reader_;
     std::optional<PortFrameWriter> reply_; ///< while part of it is unwritten
     Data unread_;                          ///< what came in the same read behind the request of that reply
@@ -121,6 +125,13 @@ void PortServer::cancel() {
 }
 
 void PortServer::ready() {
+    int accepted = 0;
+    while (accepted < kMostAcceptedInARound && acceptOne())
+        ++accepted;
+}
+
+/// Whether there may be another.
+bool PortServer::acceptOne() {
     FileDescriptor socket(::accept4(port_->listener->socket(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     if (!socket) {
         const bool exhausted = errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM;
@@ -129,13 +140,14 @@ void PortServer::ready() {
             poller_->change(port_->listener->socket(), 0, *this);
             pause_.begin();
         }
-        return;
+        return false;
     }
-    if (!peerIsTrusted(socket.number())) return;
+    if (!peerIsTrusted(socket.number())) return true;
 
     const int number = socket.number();
     auto connection = std::make_unique<Connection>(*this, std::move(socket));
     if (connection->begin()) connections_.emplace(number, std::move(connection));
+    return true;
 }
 
 // A process that is being started has the socket too, for a moment, and as long as that lasts closing it here would

@@ -12,7 +12,9 @@ namespace platform {
 
 /// Serves a local port: accepts connections and answers their frames through the port's callout, one at a time.
 ///
-/// No descriptor ever blocks it, so a slow or silent client delays no other. Lives on its run loop's thread.
+/// No descriptor ever blocks it, so a slow or silent client delays no other. All who wait to be accepted are accepted
+/// in one round of the run loop, and then take their turns with the others: nobody starves beside busy clients. Lives
+/// on its run loop's thread.
 class PortServer final : public CFRunLoopSource, private Poller::Watcher {
   public:
     explicit PortServer(CFMessagePortRef port);
@@ -40,6 +42,7 @@ class PortServer final : public CFRunLoopSource, private Poller::Watcher {
     };
 
     void ready() override;
+    bool acceptOne();
     void resumeAccepting();
     void drop(int socket);
 

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <semaphore>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -132,6 +133,40 @@ TEST_F(EchoPort, ServesOthersWhileClientsAreSilentSlowOrDoNotRead) {
     EXPECT_EQ(slow.receive(frame.size()), frame) << "the slow one gets its answer, too";
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(deaf.receive(large.size()), large) << "and so does the one that now reads";
+}
+
+TEST_F(EchoPort, AcceptsAllThatArePendingInOneRound) {
+    constexpr int kBusy = 200; // more than are served in one round
+    constexpr int kNew = 100;
+    std::binary_semaphore allHaveCome(0);
+    std::atomic<std::ptrdiff_t> acceptedWithTheFirst = 0;
+    const ServedPort port("crowded", [&](auto&, std::int32_t id, const auto&) {
+        if (id == 1) allHaveCome.acquire();
+        if (id == 2 && acceptedWithTheFirst == 0) acceptedWithTheFirst = descriptorCount();
+        return std::nullopt;
+    });
+    const auto path = folder_.socket("crowded");
+    const auto connected = [&] { return RawSocket::connectedTo(path); };
+    std::vector<RawSocket> busy;
+    for (int i = 0; i < kBusy; ++i) {
+        busy.push_back(connected());
+        busy.back().send(frameWithoutBody());
+        ASSERT_EQ(busy.back().receive(16), frameWithoutBody());
+    }
+
+    busy.front().send(frameWithoutBody(1));
+    for (const auto& client : busy)
+        client.send(frameWithoutBody());
+    std::vector<RawSocket> fresh;
+    for (int i = 0; i < kNew; ++i) {
+        fresh.push_back(connected());
+        fresh.back().send(frameWithoutBody(2));
+    }
+    const auto pending = descriptorCount();
+    allHaveCome.release();
+    for (const auto& client : fresh)
+        EXPECT_EQ(client.receive(16), frameWithoutBody());
+    EXPECT_EQ(acceptedWithTheFirst, pending + kNew);
 }
 
 TEST_F(EchoPort, LosesNothingToAClientThatReadsLate) {
