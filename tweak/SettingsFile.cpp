@@ -38,7 +38,8 @@ Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::
     using Opened = Result<std::unique_ptr<SettingsFile>>;
     // Where the name is a link, it is the file behind it that must be replaced.
     std::error_code failed;
-    const std::filesystem::path file = std::filesystem::weakly_canonical(path, failed);
+    std::filesystem::path file = std::filesystem::absolute(path, failed);
+    if (!failed) file = std::filesystem::weakly_canonical(file, failed);
     if (failed || file.filename().empty()) return Opened::failure(path.string() + " is no name for a settings file");
     std::filesystem::create_directories(file.parent_path(), failed);
     if (failed)

@@ -206,6 +206,16 @@ TEST_F(TweakProgram, OmitsKeysAndHidesPasscodesAsItsOptionsSay) {
                               "lumora-tweak: requestTweakSettings: 48 settings\n");
 }
 
+TEST_F(TweakProgram, TakesABareNameForItsSettings) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(sandbox.path());
+    Program tweak({LUMORA_TWEAK, "--settings", "a.plist"});
+    std::filesystem::current_path(before);
+    ASSERT_EQ(tweak.readLine(), kReady + (sandbox.path() / "a.plist").string()) << tweak.errors();
+    EXPECT_EQ(change("kSleepTime", 30), "");
+    EXPECT_TRUE(std::filesystem::exists(sandbox.path() / "a.plist"));
+}
+
 TEST_F(TweakProgram, LeavesNoSocketsWhenASignalEndsIt) {
     for (const int signal : {SIGTERM, SIGINT}) {
         Program tweak(command({}));
