@@ -57,6 +57,12 @@ Result<Dictionary> settingsIn(const std::optional<Data>& bytes) {
     return *settings;
 }
 
+/// Whether the settings, which were made larger before there was a limit, shrink.
+bool shrinks(const Dictionary& settings, const Data& changed) {
+    const Result<Data> before = platform::writePropertyList(settings);
+    return before && changed.size() < before.value().size();
+}
+
 /// Whether a page that asks for the settings could read the answer.
 bool fitsAnAnswer(const Dictionary& changed) {
     const std::optional<Data> answer = NSKeyedArchiver::archivedDataWithRootObject(withDefaults(changed));
@@ -110,6 +116,9 @@ std::optional<std::string> SettingsStore::change(const std::string& key, const V
     changed.set(key, value);
     const Result<Data> bytes = platform::writePropertyList(changed);
     if (!bytes) return inQuotes(key) + " cannot be kept: " + bytes.error();
+    if (bytes.value().size() > kLargestSettings && !shrinks(changed_, bytes.value()))
+        return inQuotes(key) + " cannot be kept: the settings would take more than " +
+               std::to_string(kLargestSettings >> 20U) + " MiB";
     // What cannot be read back must not replace what can. Both readers have limits that a value can pass for itself and
     // still exceed together with the others.
     if (const Result<Value> back = platform::readPropertyList(bytes.value()); !back)

@@ -3,6 +3,7 @@
 #include "platform/foundation/Value.h"
 #include "tweak/SettingsFile.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <mutex>
@@ -10,6 +11,10 @@
 #include <string>
 
 namespace lumora {
+
+/// How large the settings may become, in bytes as they are written. Each change writes all of them, and whoever sent it
+/// waits for that no longer than a second. A file that is larger already is read, and may shrink.
+inline constexpr std::size_t kLargestSettings = 4U << 20U;
 
 /// Owns every setting of the tweak and keeps what was changed on disk, as a binary property list.
 ///
@@ -31,7 +36,7 @@ class SettingsStore {
     [[nodiscard]] platform::Dictionary settings() const;
 
     /// Gives a setting a value, on disk before in memory. Returns, in one line, why the change is refused; then it
-    /// changes nothing.
+    /// changes nothing. One that makes the settings larger than kLargestSettings is refused.
     [[nodiscard]] std::optional<std::string> change(const std::string& key, const platform::Value& value);
 
   private:

@@ -102,14 +102,19 @@ class TweakTest(Case):
         connection.close()
         self.expect_sound(f"lumora-tweak: updateSettings refused: {refused['error']}\n")
 
-    def test_refuses_a_change_that_would_make_the_settings_longer_than_an_answer(self):
+    def test_refuses_a_change_that_would_make_the_settings_too_large(self):
         connection = self.connected()
         change = wire.archive({"object": {"key": "org.test.long", "object": bytes(wire.LONGEST - 1000)}})
         connection.sendall(wire.frame(change))
         refused = wire.unarchive(wire.read_frame(connection.recv)[1])
-        self.assertIn('"org.test.long" cannot be kept', refused["error"])
+        self.assertEqual(refused["error"], '"org.test.long" cannot be kept: the settings would take more than 4 MiB')
+        with open(self.folder + "/long.json", "w", encoding="ascii") as file:
+            file.write(f'"{"x" * 5 * MEBIBYTE}"')
+        with open(self.folder + "/long.json", encoding="ascii") as file:
+            told = self.lumoractl("set", "org.test.long", "-", stdin=file)
+        self.expect_failure(told, f"lumoractl: {refused['error']}")
         connection.close()
-        self.expect_sound(f"lumora-tweak: updateSettings refused: {refused['error']}\n")
+        self.expect_sound(2 * f"lumora-tweak: updateSettings refused: {refused['error']}\n")
 
     def test_hangs_up_on_a_message_of_a_byte_more_without_waiting_for_it(self):
         connection = self.connected()

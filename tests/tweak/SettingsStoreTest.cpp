@@ -338,6 +338,40 @@ TEST_F(SettingsStoreTest, RefusesChangesWhenItsFolderIsGone) {
     EXPECT_EQ(store.value()->settings()["kSleepTime"], findSetting("kSleepTime")->byDefault);
 }
 
+TEST_F(SettingsStoreTest, GrowsToItsLimitAndNotBeyond) {
+    constexpr const char* kKey = "com.example.data";
+    const auto store = open();
+    const Data most(kLargestSettings - 100);
+    ASSERT_EQ(store->change(kKey, most), std::nullopt);
+    const std::string before = readFile(sandbox.settings());
+    EXPECT_LE(before.size(), kLargestSettings);
+    EXPECT_EQ(store->change("com.example.more", std::string(100, 'x')),
+              "\"com.example.more\" cannot be kept: the settings would take more than 4 MiB");
+    EXPECT_EQ(store->change(kKey, Data(kLargestSettings)),
+              "\"com.example.data\" cannot be kept: the settings would take more than 4 MiB");
+    EXPECT_FALSE(store->settings().contains("com.example.more"));
+    EXPECT_EQ(store->settings()[kKey], Value(most));
+    EXPECT_EQ(readFile(sandbox.settings()), before);
+    EXPECT_EQ(store->change("kTweakEnabled", false), std::nullopt) << "what fits is kept";
+}
+
+TEST_F(SettingsStoreTest, ReadsAFileBeyondItsLimitAndLetsItShrink) {
+    const Data large(kLargestSettings, 1);
+    const auto written =
+        platform::writePropertyList(Dictionary{{"a", large}, {"b", Data(kLargestSettings, 2)}, {"kSleepTime", 15}});
+    writeFile(sandbox.settings(), {written.value().begin(), written.value().end()});
+    const auto store = open();
+    ASSERT_TRUE(store) << failure;
+    EXPECT_EQ(store->settings()["a"], Value(large));
+    EXPECT_EQ(store->settings()["kSleepTime"], Value(15));
+    EXPECT_THAT(store->change("kSleepTime", 20), Optional(HasSubstr("more than 4 MiB"))) << "as large as before";
+    EXPECT_EQ(onDisk()["kSleepTime"], Value(15));
+    EXPECT_EQ(store->change("a", Data(kLargestSettings / 2, 1)), std::nullopt) << "still beyond it, but less so";
+    EXPECT_EQ(store->change("b", ""), std::nullopt);
+    EXPECT_EQ(store->change("kSleepTime", 20), std::nullopt);
+    EXPECT_EQ(onDisk()["kSleepTime"], Value(20));
+}
+
 TEST_F(SettingsStoreTest, RefusesValuesThatCouldNotBeReadBack) {
     const auto store = open();
     Value deep = 1;
