@@ -10,46 +10,38 @@ namespace lumora {
 using namespace platform;
 
 bool SettingsSession::start() {
-    replaceLock();
+    const auto lock = std::make_shared<NSCondition>();
+    {
+        const std::lock_guard held(slots_);
+        lock_ = lock;
+    }
     notify("requestTweakSettings", nullptr, [this](const std::optional<Data>& reply) { store(reply); });
 
     // Kept on purpose: no time limit and no defaults. Without the tweak's settings there is no page.
+    lock->lock();
     while (settings().isNil())
-        waitOnce();
+        lock->wait();
+    lock->unlock();
     return true;
 }
 
-void SettingsSession::replaceLock() {
-    auto lock = std::make_shared<NSCondition>();
-    {
-        const std::lock_guard held(slots_);
-        std::swap(lock_, lock);
-    }
-    if (lock) wake(*lock); // whoever waits there goes on to wait on the new one, which is the one to be signalled
-}
-
-void SettingsSession::waitOnce() {
+void SettingsSession::store(const std::optional<Data>& reply) {
     const auto lock = currentLock();
     lock->lock();
-    if (settings().isNil() && lock == currentLock()) lock->wait();
-    lock->unlock();
-}
-
-void SettingsSession::store(const std::optional<Data>& reply) {
     auto settings = reply ? NSKeyedUnarchiver::unarchiveObjectWithData(*reply) : Value();
     {
         const std::lock_guard held(slots_);
         settings_ = std::move(settings);
     }
-    // The lock is taken after the store and not before: one that is replaced in between has been woken by then, and its
-    // waiter finds the settings when it looks again.
-    wake(*currentLock());
-}
+    lock->signal();
+    lock->unlock();
 
-void SettingsSession::wake(NSCondition& lock) {
-    lock.lock();
-    lock.broadcast();
-    lock.unlock();
+    // Whoever replaced the lock before the store waits on the new one; whoever replaces it later finds the settings.
+    const auto replaced = currentLock();
+    if (replaced == lock) return;
+    replaced->lock();
+    replaced->signal();
+    replaced->unlock();
 }
 
 std::shared_ptr<NSCondition> SettingsSession::currentLock() const {

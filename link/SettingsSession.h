@@ -19,7 +19,8 @@ namespace lumora {
 ///     AppsController::AppsController() : SettingsPage(sessionOf<AppsController>()) {}
 ///
 /// There is no default value and no file on this side: what the tweak did not send reads as nil. The main thread alone
-/// starts, reads and edits; replies land from worker threads.
+/// starts, reads and edits; replies land from worker threads, each under the lock that is current when it comes, and
+/// wake whoever waits on that lock, or on the one that has replaced it meanwhile.
 class LUMORA_KIT_EXPORT SettingsSession {
   public:
     SettingsSession() = default;
@@ -27,7 +28,9 @@ class LUMORA_KIT_EXPORT SettingsSession {
     SettingsSession& operator=(const SettingsSession&) = delete;
 
     /// The creation of one instance: replaces the lock, asks the tweak for its settings and, only while the slot is
-    /// empty, waits. Kept on purpose: the wait has no time limit and no fallback. Always true.
+    /// empty, waits on that lock. Always true. Kept on purpose: the wait has no time limit and no fallback; and the
+    /// slot is looked at after the request was sent, so a reply that holds nothing and lands before that look empties
+    /// the slot under this very start, which then waits, although there were settings when it began.
     bool start();
 
     /// The value under a preference key, nil when the slot or the entry is empty.
@@ -40,11 +43,8 @@ class LUMORA_KIT_EXPORT SettingsSession {
     void setValue(const platform::Value& value, const std::string& key);
 
   private:
-    void replaceLock();
-    void waitOnce();
     /// A reply landed, on a worker thread. One that holds nothing empties the slot.
     void store(const std::optional<platform::Data>& reply);
-    static void wake(platform::NSCondition& lock);
     [[nodiscard]] std::shared_ptr<platform::NSCondition> currentLock() const;
 
     mutable std::mutex slots_; ///< guards the two slots below, never held while waiting

@@ -27,7 +27,6 @@ class PLATFORM_EXPORT NSCondition {
         held.release();
     }
     void signal() { signalled_.notify_one(); }
-    void broadcast() { signalled_.notify_all(); }
 
   private:
     std::mutex mutex_;
