@@ -161,9 +161,13 @@ TEST_F(ColorPage, CountsItsFramesOriginForTheControlOnly) {
 TEST_F(ColorPage, OffersSevenColours) {
     const auto colors = ColorPickerView::themes();
     ASSERT_EQ(colors.size(), 7U);
+    const std::array<UIColorRef, 7> exactly{hsb(0.5, 1, 1),        hsb(0.61, 0.75, 0.94), hsb(0.72, 0.95, 1),
+                                            hsb(0.28, 0.78, 0.83), hsb(0.16, 1, 1),       hsb(0, 1, 0.69),
+                                            hsb(0.88, 0.73, 1)};
     const std::array<std::array<int, 3>, 7> expected{
         {{0, 255, 255}, {60, 121, 240}, {90, 13, 255}, {99, 212, 47}, {255, 245, 0}, {176, 0, 0}, {255, 69, 203}}};
     for (std::size_t i = 0; i < 7; ++i) {
+        EXPECT_EQ(*colors[i], *exactly.at(i)) << i;
         const auto level = [](double component) { return static_cast<int>(std::lround(component * 255)); };
         const UIColor& color = *colors[i];
         EXPECT_EQ((std::array{level(color.red()), level(color.green()), level(color.blue())}), expected.at(i)) << i;
