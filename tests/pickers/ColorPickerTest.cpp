@@ -546,6 +546,14 @@ TEST_F(Picker, RecoloursItsFramesAndTheBarsMarkAndKeepsItsOwnTint) {
     EXPECT_EQ(picker->tintColor(), nullptr);
 }
 
+TEST_F(Picker, FillsItsMarksAnewAtEachLayout) {
+    place(hsb(0.25, 0.5, 0.75));
+    picker->setTintColor(hsb(0.1, 1, 1));
+    picker->setNeedsLayout();
+    picker->layoutIfNeeded();
+    EXPECT_EQ(*fill(), *hsb(0.25, 0.5, 1));
+}
+
 TEST_F(Picker, TellsAssistiveToolsOfItsThreeQuantities) {
     place(hsb(0.25, 0.5, 0.75));
     touch({{160, 20}, {230, 310}});
