@@ -74,6 +74,7 @@ TEST_F(FontList, ListsEveryFontSortedBehindDefault) {
 TEST_F(FontList, IsATableOfOneSection) {
     const TestFonts fonts({"twins"});
     show({});
+    EXPECT_THAT(view->subviews(), ElementsAre(view->tableView()));
     EXPECT_EQ(table().style(), platform::UITableViewStyleGrouped);
     EXPECT_EQ(table().frame(), kFrame);
     EXPECT_EQ(table().autoresizingMask(), 18U);
