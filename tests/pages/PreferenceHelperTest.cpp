@@ -164,9 +164,12 @@ TEST_F(RowBuilder, MakesFieldsWhoseFirstTextIsThePlaceholder) {
 }
 
 TEST_F(RowBuilder, NeverMakesARowToEdit) {
-    for (const auto& row : {helper->header("x"), helper->toggle("x", "y"), helper->link("x", "y"), helper->static_("x"),
-                            helper->slider("x", 0, 1), helper->field("x", "y"), helper->button("x", nullptr)})
-        EXPECT_FALSE(row->edit());
+    const std::vector<PreferenceHelper::Row> rows{
+        helper->header("x"),     helper->toggle("x", "y"),           helper->link("x", "y"),
+        helper->static_("x"),    helper->link("x", "y", {"z"}, {1}), helper->slider("x", 0, 1),
+        helper->field("x", "y"), helper->button("x", nullptr)};
+    for (const auto& row : rows)
+        EXPECT_FALSE(row->edit()) << row->cellType();
 }
 
 TEST_F(RowBuilder, KeepsItsThreeProperties) {
@@ -178,6 +181,8 @@ TEST_F(RowBuilder, KeepsItsThreeProperties) {
     const auto row = helper->toggle("Enable", "kEnabled");
     EXPECT_EQ(row->target(), other.get());
     EXPECT_EQ(row->performGetter(), Value("other"));
+    row->performSetter(7);
+    EXPECT_EQ(other->stored["other"], Value(7));
     EXPECT_TRUE(helper->setAction());
     EXPECT_TRUE(helper->getAction());
 }
