@@ -1,4 +1,5 @@
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/FileContents.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/preferences/PSListController.h"
 #include "tests/pages/RecordingTweak.h"
@@ -82,11 +83,14 @@ TEST(LumoraBundle, LoadsAndItsRootPageFindsItsIconsInIt) {
     ASSERT_NE(root, nullptr);
     const auto rows = root->specifiers();
     ASSERT_EQ(rows->size(), 15U);
-    for (const std::size_t button : {13U, 14U}) {
+    for (const auto& [button, name] : {std::pair(13U, "twitter"), std::pair(14U, "mail")}) {
         const auto icon = rows->at(button)->imageProperty("iconImage");
         ASSERT_NE(icon, nullptr);
         EXPECT_EQ(icon->size(), (platform::CGSize{29, 29}));
-        EXPECT_NE(icon->encoded(1), icon->encoded(2)) << "one picture for each of two resolutions";
+        EXPECT_EQ(icon->encoded(1), platform::dataWithContentsOfFile(lumoraBundle / (name + std::string(".png"))))
+            << name;
+        EXPECT_EQ(icon->encoded(2), platform::dataWithContentsOfFile(lumoraBundle / (name + std::string("@2x.png"))))
+            << name;
     }
     const platform::PSListController& page = *root;
     EXPECT_EQ(NSBundle::bundleForClass(typeid(page))->bundlePath(), lumoraBundle);
