@@ -3,8 +3,31 @@
 #include "tests/pages/ExpectedRows.h"
 #include "tests/pages/OpenPage.h"
 
+#include <cstdarg>
+#include <cstdio>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <syslog.h>
+
+namespace {
+
+struct Logged {
+    int priority;
+    std::string message;
+};
+std::vector<Logged> systemLog;
+
+} // namespace
+
+/// The system log of this program: the platform library finds it before the C library's.
+extern "C" [[gnu::visibility("default")]] void syslog(int priority, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    char* message = nullptr;
+    if (vasprintf(&message, format, arguments) >= 0) systemLog.push_back({priority, message});
+    std::free(message);
+    va_end(arguments);
+}
 
 namespace {
 
@@ -79,13 +102,18 @@ TEST_F(RootPage, ReadsAnAbsentKeyAsNil) {
 }
 
 TEST_F(RootPage, LogsItsWholeDictionaryEachTimeItAppears) {
-    const auto page = openPage<LumoraPreferences>({{"kTweakEnabled", true}, {"kSleepTime", 5}});
+    const auto page = openPage<LumoraPreferences>({{"kTweakEnabled", true}, {"kSleepTime", 5}, {"other", "100%s"}});
     rowOf(*page, "kSleepTime")->performSetter(20);
+    const std::string settings = "\\{\n    kSleepTime = 20;\n    kTweakEnabled = 1;\n    opening = [0-9]+;\n"
+                                 "    other = \"100%s\";\n\\}";
     for (int appearance = 0; appearance < 2; ++appearance) {
+        systemLog.clear();
         testing::internal::CaptureStderr();
         page->viewWillAppear(true);
-        EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                    MatchesRegex(".*\\{\n    kSleepTime = 20;\n    kTweakEnabled = 1;\n    opening = [0-9]+;\n\\}\n"));
+        EXPECT_THAT(testing::internal::GetCapturedStderr(), MatchesRegex(".*" + settings + "\n"));
+        ASSERT_EQ(systemLog.size(), 1U);
+        EXPECT_THAT(systemLog.front().message, MatchesRegex(settings));
+        EXPECT_EQ(systemLog.front().priority, LOG_USER | LOG_NOTICE);
     }
 }
 
