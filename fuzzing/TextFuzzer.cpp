@@ -6,7 +6,6 @@
 
 #include "platform/foundation/FileContents.h"
 #include "platform/foundation/Unicode.h"
-#include "tools/lumoractl/Printable.h"
 
 #include <glib.h>
 
@@ -38,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     require(!text || *text == input);
     if (text && !text->empty()) ++fuzzing::taken;
 
-    const std::string printed = lumora::printable(input);
-    require(platform::isUtf8(printed) && isVisible(printed) && lumora::printable(printed) == printed);
+    const std::string printed = platform::printable(input);
+    require(platform::isUtf8(printed) && isVisible(printed) && platform::printable(printed) == printed);
     return 0;
 }

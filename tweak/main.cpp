@@ -3,6 +3,7 @@
 #include "tweak/Tweak.h"
 
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/Unicode.h"
 #include "platform/foundation/UserFolder.h"
 #include "platform/messaging/CFMessagePort.h"
 #include "platform/messaging/Dispatch.h"
@@ -42,7 +43,7 @@ struct Arguments {
 
 void logLine(const std::string& line) {
     // One call for each line, so that lines of two threads stay whole.
-    std::fputs(("lumora-tweak: " + line + "\n").c_str(), stderr);
+    std::fputs(("lumora-tweak: " + platform::printable(line) + "\n").c_str(), stderr);
 }
 
 /// The signals that ask the tweak to leave. They are blocked in every thread and waited for in the first one, so that
@@ -172,6 +173,7 @@ Exit status: 0 after SIGTERM or SIGINT, 1 when it cannot start, 2 for wrong use.
         ->type_name("FILE");
     app.add_option("--omit", arguments.tweak.omitted, "Answer as if KEY were not set; may be given several times")
         ->type_name("KEY")
+        ->check([](const std::string& key) { return platform::isUtf8(key) ? "" : "a key is UTF-8"; })
         ->allow_extra_args(false);
     app.add_flag("--verbose", arguments.tweak.verbose,
                  "Write a line to standard error for each message, passcodes as dots");

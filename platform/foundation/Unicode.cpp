@@ -78,6 +78,15 @@ bool isVisible(char32_t character) {
     }
 }
 
+std::string printable(std::string_view text) {
+    std::string printed;
+    while (!text.empty()) {
+        const char32_t character = takeCharacter(text);
+        appendCharacter(printed, isVisible(character) ? character : replacementCharacter);
+    }
+    return printed;
+}
+
 void appendCharacter(std::string& text, char32_t character) {
     const auto append = [&text](char32_t byte) { text.push_back(static_cast<char>(byte)); };
     if (character < 0x80) {

@@ -26,6 +26,12 @@ inline constexpr char32_t replacementCharacter = 0xFFFD;
 /// and for one that is not assigned.
 [[nodiscard]] PLATFORM_EXPORT bool isVisible(char32_t character);
 
+/// A stranger's text for a terminal or a log, which must stay on its line, and must neither move the cursor nor turn
+/// the writing direction of what stands around it: U+FFFD replaces every character that isVisible() refuses.
+///
+///     printable("Clock\x1B[2J");   // "Clock\uFFFD[2J"
+[[nodiscard]] PLATFORM_EXPORT std::string printable(std::string_view text);
+
 /// Appends one character as UTF-8.
 PLATFORM_EXPORT void appendCharacter(std::string& text, char32_t character);
 

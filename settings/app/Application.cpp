@@ -3,6 +3,8 @@
 #include "settings/app/DesktopLook.h"
 #include "settings/app/Pictures.h"
 
+#include "platform/foundation/Unicode.h"
+
 #include <QFont>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
@@ -63,7 +65,7 @@ void followDesktop(Shell& shell, const Options& options) {
 } // namespace
 
 int complain(const std::string& why) {
-    std::cerr << "lumora-settings: " << why << std::endl;
+    std::cerr << "lumora-settings: " << platform::printable(why) << std::endl;
     return 1;
 }
 

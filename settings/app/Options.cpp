@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "platform/foundation/Unicode.h"
+
 #include <charconv>
 
 namespace settings {
@@ -22,6 +24,11 @@ std::optional<platform::CGSize> readSize(const std::string& text) {
     return fits(size.width) && fits(size.height) ? std::optional(size) : std::nullopt;
 }
 
+/// Why the text cannot name a class; empty when it can.
+std::string isName(const std::string& text) {
+    return platform::isUtf8(text) ? "" : "a name is UTF-8";
+}
+
 } // namespace
 
 Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
@@ -36,12 +43,13 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     app.set_version_flag("--version", "lumora-settings " LUMORA_VERSION);
     app.add_option("--root", options.root, "The folder that stands for the device's \"/\"")->type_name("DIR");
     app.add_option("--bundle", options.bundle, "The settings bundle, in place of the device's own")->type_name("PATH");
-    app.add_option("--page", options.page, "Open straight at this page class")->type_name("CLASS");
+    app.add_option("--page", options.page, "Open straight at this page class")->type_name("CLASS")->check(isName);
     auto* grab = app.add_option("--grab", options.grab, "Save a picture of the page, and end")->type_name("FILE.png");
     auto* tour =
         app.add_option("--tour", options.tour, "Save pictures of every page in a folder, and end")->type_name("DIR");
     auto* rows = app.add_option("--rows", options.rows, "Print a page as JSON, and end; secure values are dots")
-                     ->type_name("CLASS");
+                     ->type_name("CLASS")
+                     ->check(isName);
     grab->excludes(tour, rows);
     tour->excludes(rows);
     app.add_option("--timeout", options.timeout,

@@ -1,5 +1,7 @@
 #include "settings/host/ComposerSnapshotOf.h"
 
+#include "platform/foundation/Unicode.h"
+
 #include <iostream>
 
 namespace settings {
@@ -23,7 +25,8 @@ void report(const MFMailComposeViewController& composer) {
     if (!composer.isOver()) return; // whoever edits it reads on the sheet why
     const char* lost = composer.draft().empty() ? "neither sent nor kept" : "not sent";
     if (!composer.problem().empty())
-        std::cerr << "lumora-settings: the message was " << lost << ": " << composer.problem() << std::endl;
+        std::cerr << "lumora-settings: the message was " << lost << ": " << platform::printable(composer.problem())
+                  << std::endl;
     if (!composer.draft().empty())
         std::cerr << "lumora-settings: the message is kept as a draft, " << composer.draft().string() << std::endl;
 }

@@ -101,7 +101,8 @@ class ProgramsTest(Programs):
     def test_tells_wrong_use_from_failure(self):
         for options in (["--nonsense"], ["--size", "0x0"], ["--size", "wide"], ["--light", "--dark"],
                         ["--grab", "a.png", "--rows", "X"], ["--timeout", "0"], ["stray"],
-                        ["--text-size", "49"], ["--text-size", "301"], ["--text-size", "large"]):
+                        ["--text-size", "49"], ["--text-size", "301"], ["--text-size", "large"],
+                        ["--rows", "\udcff"], ["--page", "\udcff"]):  # bytes that are no UTF-8
             self.assertEqual(self.settings(*options).returncode, 2, options)
         self.assertEqual(self.settings("--help").returncode, 0)
         self.assertRegex(self.settings("--version").stdout, r"^lumora-settings \d+\.\d+\.\d+")

@@ -145,6 +145,13 @@ TEST(Json, KeepsTextsExactly) {
     EXPECT_EQ(read(R"("\ud83d\ude00")"), Value("😀"));
 }
 
+TEST(Json, EscapesWhatTellsATerminalWhatToDo) {
+    expectRoundTrip("\x1B[2J\x7F\u009B\u202E\u2066\u2028\u2029\u200B\U000E0041",
+                    R"("\u001b[2J\u007f\u009b\u202e\u2066\u2028\u2029\u200b\udb40\udc41")");
+    expectRoundTrip("é – 😀", "\"é – 😀\"");
+    EXPECT_EQ(writeJson(Dictionary{{"\u202E", 1}}).value(), "{\n  \"\\u202e\": 1\n}") << "keys too, but no line break";
+}
+
 TEST(Json, WritesNilAsNull) {
     expectRoundTrip(nullptr, "null");
     expectRoundTrip(List{nullptr}, "[null]");

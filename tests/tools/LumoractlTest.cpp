@@ -209,6 +209,17 @@ TEST_F(LumoractlWithTweak, RefusesAValueThatIsNoJson) {
     EXPECT_THAT(set.errors, HasSubstr("a text has quotes"));
 }
 
+TEST_F(LumoractlWithTweak, RefusesAKeyThatIsNoUtf8) {
+    const std::string before = lumoractl({"list"}).output;
+    for (const auto& words : std::vector<std::vector<std::string>>{{"set", "org.test.\xFF", "1"}, {"get", "\xC3"}}) {
+        const Finished refused = lumoractl(words);
+        EXPECT_EQ(refused.status, 2);
+        EXPECT_EQ(refused.output, "");
+        EXPECT_THAT(refused.errors, HasSubstr("KEY: a key is UTF-8"));
+    }
+    EXPECT_EQ(lumoractl({"list"}).output, before);
+}
+
 TEST_F(LumoractlWithTweak, WorksInPipes) {
     const Finished piped = shell("\"$0\" list | \"$0\" archive | \"$0\" unarchive -");
     EXPECT_EQ(piped.status, 0) << piped.errors;
@@ -260,6 +271,15 @@ TEST_F(Lumoractl, TakesATweakThatGivesNoReasonsAtItsWord) {
         const StrangeTweak tweak(answer);
         EXPECT_EQ(lumoractl({"set", "kSleepTime", "30"}).status, 0);
     }
+}
+
+TEST_F(Lumoractl, ShowsNothingThatATerminalObeys) {
+    const StrangeTweak tweak(
+        NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"error", "\u202Eno\x1B[2J\u009B\u2028"}}));
+    const Finished refused = lumoractl({"set", "kSleepTime", "30"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.errors, "lumoractl: \uFFFDno\uFFFD[2J\uFFFD\uFFFD\n");
+    EXPECT_EQ(lumoractl({"get", "error"}).output, "\"\\u202eno\\u001b[2J\\u009b\\u2028\"\n");
 }
 
 TEST_F(Lumoractl, UnarchivesEveryArchiveToItsJsonAndBack) {

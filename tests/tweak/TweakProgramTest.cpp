@@ -206,6 +206,13 @@ TEST_F(TweakProgram, OmitsKeysAndHidesPasscodesAsItsOptionsSay) {
                               "lumora-tweak: requestTweakSettings: 48 settings\n");
 }
 
+TEST_F(TweakProgram, LogsNothingThatATerminalObeys) {
+    Program tweak(command({"--verbose"}));
+    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    EXPECT_EQ(change("\u009B2J", "\u202Eleft\u2028"), "");
+    EXPECT_EQ(tweak.errors(), "lumora-tweak: updateSettings: \"\\u009b2J\" = \"\\u202eleft\\u2028\"\n");
+}
+
 TEST_F(TweakProgram, TakesABareNameForItsSettings) {
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(sandbox.path());
@@ -367,6 +374,9 @@ TEST_F(TweakProgram, TellsWrongUseFromHelp) {
     EXPECT_EQ(run({LUMORA_TWEAK, "--no-such-option"}).status, 2);
     EXPECT_EQ(run({LUMORA_TWEAK, "stray"}).status, 2);
     EXPECT_EQ(run({LUMORA_TWEAK, "--settings"}).status, 2);
+    const Finished foreign = run(command({"--omit", "\xFF"}));
+    EXPECT_EQ(foreign.status, 2);
+    EXPECT_THAT(foreign.errors, HasSubstr("a key is UTF-8"));
     const Finished help = run({LUMORA_TWEAK, "--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* option : {"--root DIR", "--settings FILE", "--omit KEY", "--verbose", "--version", "--help"})

@@ -4,10 +4,14 @@
 #include "tools/json/Timestamp.h"
 
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/Unicode.h"
 
 #include <nlohmann/json.hpp>
 
+#include <array>
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
 #include <limits>
 #include <optional>
 #include <unordered_set>
@@ -232,6 +236,26 @@ class Reader {
     std::optional<std::string> error_;
 };
 
+/// JSON for a terminal or a log, with nothing lost: whatever character tells it what to do is written \uXXXX. Line
+/// breaks stay, since JSON has them only between values.
+std::string fitToShow(std::string_view json) {
+    std::string printed;
+    printed.reserve(json.size());
+    const auto escape = [&printed](std::uint16_t unit) {
+        std::array<char, sizeof "\\uXXXX"> escaped{};
+        std::snprintf(escaped.data(), escaped.size(), "\\u%04x", unsigned{unit});
+        printed += escaped.data();
+    };
+    while (!json.empty()) {
+        const char32_t character = platform::takeCharacter(json);
+        if (character == '\n' || platform::isVisible(character))
+            platform::appendCharacter(printed, character);
+        else
+            platform::forEachUnit(character, escape);
+    }
+    return printed;
+}
+
 } // namespace
 
 Result<std::string> writeJson(const Value& value, JsonLayout layout) {
@@ -239,7 +263,7 @@ Result<std::string> writeJson(const Value& value, JsonLayout layout) {
     const ordered_json tree = writer.write(value);
     if (writer.tooDeep()) return Result<std::string>::failure(kTooDeep);
     try {
-        return tree.dump(layout == JsonLayout::indented ? 2 : -1);
+        return fitToShow(tree.dump(layout == JsonLayout::indented ? 2 : -1));
     } catch (const ordered_json::type_error&) {
         // The one thing that the library refuses to write.
         return Result<std::string>::failure("a text is not valid UTF-8");

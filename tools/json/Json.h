@@ -22,7 +22,8 @@ enum class JsonLayout : unsigned char {
 /// 1, 1.0 and true stay three different values, dictionaries keep their order, nil is null. What JSON has no form for
 /// is a dictionary of one entry: {"$data": "base64"}, {"$date": "2025-01-31T08:00:00Z"} (or a number of seconds since
 /// 2001-01-01 00:00:00 UTC, for fractions), {"$real": "nan"}, "inf" or "-inf". A key of one's own that begins with "$"
-/// is written with that sign doubled. Any thread.
+/// is written with that sign doubled. A character that tells a terminal what to do, such as a control character or one
+/// that turns the writing direction, is written \uXXXX. Any thread.
 ///
 /// Fails for texts that are no UTF-8 and for a value nested deeper than an archive may be.
 [[nodiscard]] platform::Result<std::string> writeJson(const platform::Value& value,

@@ -2,8 +2,8 @@
 
 #include "lists/PluginDiscovery.h"
 #include "platform/foundation/FolderContents.h"
+#include "platform/foundation/Unicode.h"
 #include "tools/lumoractl/PluginProbe.h"
-#include "tools/lumoractl/Printable.h"
 
 #include <algorithm>
 #include <vector>
@@ -18,7 +18,7 @@ namespace {
 
 std::string textOf(const Value& entry, const char* key) {
     const Value value = entry[key];
-    return value.text() ? printable(*value.text()) : std::string();
+    return value.text() ? platform::printable(*value.text()) : std::string();
 }
 
 std::string described(const Value& plugin) {

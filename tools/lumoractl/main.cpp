@@ -1,5 +1,4 @@
 #include "tools/lumoractl/Plugins.h"
-#include "tools/lumoractl/Printable.h"
 #include "tools/lumoractl/Streams.h"
 #include "tools/lumoractl/TweakClient.h"
 
@@ -9,6 +8,7 @@
 
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/NSKeyedArchiver.h"
+#include "platform/foundation/Unicode.h"
 
 #include <CLI/CLI.hpp>
 
@@ -43,7 +43,7 @@ struct Arguments {
 };
 
 int report(const std::string& error, ExitCode code = kFailed) {
-    std::fputs(("lumoractl: " + error + "\n").c_str(), stderr);
+    std::fputs(("lumoractl: " + platform::printable(error) + "\n").c_str(), stderr);
     return code;
 }
 
@@ -124,7 +124,7 @@ int plugins(const Arguments& arguments) {
         report("there is no plug-in folder at " + pluginFolder().string());
     const Result<std::string> text = arguments.json ? writeJson(found.value()) : pluginTable(found.value());
     if (!text) return report(text.error());
-    const std::string shown = arguments.json ? printableJson(text.value()) + "\n" : text.value();
+    const std::string shown = arguments.json ? text.value() + "\n" : text.value();
     const int written = write("-", shown.data(), shown.size());
     return written != kDone ? written : allUsable(found.value()) ? kDone : kFailed;
 }
@@ -192,7 +192,8 @@ class CommandLine {
     void addKey(CLI::App& command) {
         command.add_option("KEY", arguments_.key, "The preference key, such as kTweakEnabled")
             ->required()
-            ->type_name("");
+            ->type_name("")
+            ->check([](const std::string& key) { return platform::isUtf8(key) ? "" : "a key is UTF-8"; });
     }
 
     void addSecrets(CLI::App& command) {
