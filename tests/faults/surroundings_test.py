@@ -97,6 +97,43 @@ class DiskTest(Case):
         self.assertEqual(self.client.settings()["kSleepTime"], 15)
         self.expect_taken()
 
+    def mount_disk_that_may_fail(self):
+        """In place of the other one; gives the file that tells its file system of an error when it is written to."""
+        image = os.path.join(self.folder, "image")
+        with open(image, "wb") as file:
+            file.truncate(4 << 20)
+        for command in (["mkfs.ext4", "-q", "-F", image],
+                        ["mount", "-o", "loop,errors=remount-ro", image, self.disk]):
+            if not shutil.which(command[0]) or subprocess.run(command, capture_output=True, check=False).returncode:
+                self.skipTest(f"{command[0]} makes no disk of a file here")
+        self.addCleanup(subprocess.run, ["umount", "-l", self.disk], check=True)
+        device = os.stat(self.disk).st_dev
+        name = os.path.basename(os.path.realpath(f"/sys/dev/block/{os.major(device)}:{os.minor(device)}"))
+        trigger = f"/sys/fs/ext4/{name}/trigger_fs_error"
+        if not os.access(trigger, os.W_OK):
+            self.skipTest(f"{trigger} cannot be written to, and so the disk not made to fail")
+        return trigger
+
+    def test_a_disk_that_turns_read_only_costs_a_running_tweak_nothing_but_the_change(self):
+        trigger = self.mount_disk_that_may_fail()
+        tweak = self.start_tweak()
+        self.assertIsNone(self.client.set("kSleepTime", 15))
+        os.sync()
+        with open(trigger, "w", encoding="ascii") as file:
+            file.write("an error of the test's own")
+        self.expect_refusal("Read-only file system")
+        self.expect_refusal("Read-only file system")
+        self.assertEqual(self.rows("LumoraPreferences").returncode, 0)
+        tweak.terminate()
+        self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+        refused = self.run_program(program("lumora-tweak"), "--settings", self.settings_file)
+        self.expect_failure(refused, f"cannot write in {self.disk}: Read-only file system")
+        subprocess.run(["umount", self.disk], check=True)
+        subprocess.run(["mount", "-o", "loop", os.path.join(self.folder, "image"), self.disk], check=True)
+        self.start_tweak()
+        self.assertEqual(self.client.settings()["kSleepTime"], 15)
+        self.expect_taken()
+
     def test_a_full_disk_is_told_by_whoever_writes_to_it(self):
         self.start_tweak()
         self.fill()
