@@ -94,7 +94,11 @@ class Install(unittest.TestCase):
 
     def test_the_metadata_is_valid_and_of_this_version(self):
         [file] = (self.prefix / "share/metainfo").iterdir()
-        self.assertIn("successful", output("appstreamcli", "validate", "--no-net", file))
+        # Newer checkers, which fail then, want a page on the web as well; there is none.
+        said = subprocess.run(["appstreamcli", "validate", "--no-net", file], text=True, stdout=subprocess.PIPE,
+                              check=False).stdout
+        self.assertRegex(said, "Validation was successful|Validation failed: warnings: 1,")
+        self.assertLessEqual(set(re.findall(r"^[EW]: \S+ (.*)", said, re.MULTILINE)), {"url-homepage-missing"}, said)
         component = xml.etree.ElementTree.parse(file).getroot()
         self.assertTrue((self.prefix / "share/applications" / component.findtext("launchable")).exists())
         self.assertEqual(component.find("releases/release").get("version"), cached("CMAKE_PROJECT_VERSION"))
