@@ -1,7 +1,7 @@
 #include "applist/DesktopEntries.h"
 
 #include <algorithm>
-#include <gio/gdesktopappinfo.h>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -12,54 +12,22 @@ namespace fs = std::filesystem;
 
 constexpr std::int64_t kLargestFile = 1 << 20;
 constexpr std::string_view kEnding = ".desktop";
+constexpr std::size_t kDeepest = 64;       ///< folders in folders
+constexpr int kMostWays = 8;               ///< that lead to one folder, by links
+constexpr std::size_t kMostFolders = 8192; ///< in one of the folders, whatever a link leads to
+constexpr std::size_t kMostEntries = 1 << 17;
 
-/// Notes where the program of an entry is, as GIO has found it.
-void addProgram(DesktopEntry& entry, const char* name) {
-    if (!name || !*name) return;
-    const GLibPointer<char> found(g_find_program_in_path(name));
-    entry.programs.emplace_back(found ? found.get() : name);
+std::optional<FolderNumber> numberOf(const fs::path& folder) {
+    const std::optional<FileStamp> stamp = stampOf(folder);
+    return stamp ? std::optional(FolderNumber(stamp->device, stamp->inode)) : std::nullopt;
 }
 
-/// The same for the first word of a command line. GIO itself tells of one that is quoted only its part up to a space.
-void addProgramOfCommand(DesktopEntry& entry, const char* line) {
-    gchar** words = nullptr;
-    if (!line || !g_shell_parse_argv(line, nullptr, &words, nullptr)) return;
-    addProgram(entry, words[0]);
-    g_strfreev(words);
-}
-
-bool hasPrograms(const DesktopEntry& entry) {
-    return std::all_of(entry.programs.begin(), entry.programs.end(),
-                       [](const fs::path& program) { return g_file_test(program.c_str(), G_FILE_TEST_IS_EXECUTABLE); });
-}
-
-/// True for a link to one of the folders on its own path, in which looking would have no end.
-bool leadsBack(const fs::path& link) {
-    std::error_code failed;
-    for (fs::path folder = link.parent_path(); folder.has_relative_path(); folder = folder.parent_path())
-        if (fs::equivalent(folder, link, failed)) return true;
-    return fs::equivalent("/", link, failed);
-}
-
-DesktopEntry read(const fs::path& file, const FileStamp& stamp) {
-    DesktopEntry entry{file, stamp, false, {}, false, {}, nullptr};
-    const GObjectPointer<GDesktopAppInfo> info(g_desktop_app_info_new_from_filename(file.c_str()));
-    if (!info) return entry;
-    // Without this GIO would make up a name.
-    const GLibPointer<char> name(g_desktop_app_info_get_string(info.get(), "Name"));
-    if (!name || !*name) return entry;
-    entry.readable = true;
-    GAppInfo* application = G_APP_INFO(info.get());
-    const GLibPointer<char> tried(g_desktop_app_info_get_string(info.get(), "TryExec"));
-    addProgram(entry, tried.get());
-    addProgramOfCommand(entry, g_app_info_get_commandline(application));
-    entry.shown = g_app_info_should_show(application) && !g_desktop_app_info_get_is_hidden(info.get());
-    // Each may well be there and empty, but for the last.
-    for (const char* known : {g_app_info_get_display_name(application), g_app_info_get_name(application),
-                              static_cast<const char*>(name.get())})
-        if (entry.name.empty()) entry.name = known;
-    if (GIcon* icon = g_app_info_get_icon(application)) entry.icon.reset(G_ICON(g_object_ref(icon)));
-    return entry;
+/// The folders on the path of a folder, without itself.
+std::vector<FolderNumber> foldersAround(const fs::path& folder) {
+    std::vector<FolderNumber> around;
+    for (fs::path inner = folder; inner.has_relative_path(); inner = inner.parent_path())
+        if (const auto number = numberOf(inner.parent_path())) around.push_back(*number);
+    return around;
 }
 
 } // namespace
@@ -70,39 +38,63 @@ DesktopEntries::DesktopEntries(std::vector<fs::path> folders) : folders_(std::mo
 bool DesktopEntries::refresh() {
     changed_ = false;
     Entries entries;
-    for (const fs::path& folder : folders_)
-        look(folder, {}, entries);
+    for (const fs::path& folder : folders_) {
+        Walk walk;
+        look({folder, {}, foldersAround(folder)}, walk, entries);
+        for (; !walk.links.empty(); walk.links.pop_front())
+            look(walk.links.front(), walk, entries);
+    }
     entries_ = std::move(entries);
     return changed_;
 }
 
-void DesktopEntries::look(const fs::path& folder, const std::string& prefix, Entries& entries) {
+void DesktopEntries::look(const Place& place, Walk& walk, Entries& entries) {
+    const std::optional<FolderNumber> number = numberOf(place.folder);
+    if (!number || place.around.size() >= kDeepest || walk.folders >= kMostFolders) return;
+    if (std::find(place.around.begin(), place.around.end(), *number) != place.around.end()) return; // it leads back
+    if (++walk.ways[*number] > kMostWays) return;
+    ++walk.folders;
+
+    // Entries come before folders, and folders before links to folders, each in the order of their names: so no order
+    // of a disk decides which of two with one identifier counts.
+    std::set<std::string> files;
+    std::set<std::string> folders;
+    std::set<std::string> links;
     std::error_code failed; // a folder that is missing or cannot be read has no entries
-    for (fs::directory_iterator at(folder, failed), end; !failed && at != end; at.increment(failed)) {
-        const fs::path& file = at->path();
-        std::string identifier = prefix + file.filename().string();
+    for (fs::directory_iterator at(place.folder, failed), end; !failed && at != end; at.increment(failed)) {
+        std::string name = at->path().filename().string();
         std::error_code unknown;
-        if (!identifier.ends_with(kEnding)) {
-            if (at->is_directory(unknown) && !(at->is_symlink(unknown) && leadsBack(file)))
-                look(file, identifier + "-", entries);
-            continue;
-        }
-        if (!g_utf8_validate(identifier.c_str(), -1, nullptr)) continue;
-        identifier.resize(identifier.size() - kEnding.size());
-        if (identifier.empty() || entries.contains(identifier)) continue;
-        if (const auto stamp = stampOfFile(file, kLargestFile))
-            entries.emplace(identifier, entryOf(identifier, file, *stamp));
+        if (name.ends_with(kEnding))
+            files.insert(std::move(name));
+        else if (at->is_directory(unknown))
+            (at->is_symlink(unknown) ? links : folders).insert(std::move(name));
     }
+    for (const std::string& name : files)
+        take(place.folder / name, place.prefix + name, entries);
+    std::vector<FolderNumber> around = place.around;
+    around.push_back(*number);
+    for (const std::string& name : folders)
+        look({place.folder / name, place.prefix + name + "-", around}, walk, entries);
+    for (const std::string& name : links)
+        walk.links.push_back({place.folder / name, place.prefix + name + "-", around});
+}
+
+void DesktopEntries::take(const fs::path& file, std::string identifier, Entries& entries) {
+    if (entries.size() >= kMostEntries || !g_utf8_validate(identifier.c_str(), -1, nullptr)) return;
+    identifier.resize(identifier.size() - kEnding.size());
+    if (identifier.empty() || entries.contains(identifier)) return;
+    if (const auto stamp = stampOfFile(file, kLargestFile))
+        entries.emplace(identifier, entryOf(identifier, file, *stamp));
 }
 
 DesktopEntry DesktopEntries::entryOf(const std::string& identifier, const fs::path& file, const FileStamp& stamp) {
     const auto known = entries_.find(identifier);
     // One that could not be read is tried again: its program may have been installed after it.
     if (known != entries_.end() && known->second.readable && known->second.file == file &&
-        known->second.stamp == stamp && hasPrograms(known->second))
+        known->second.stamp == stamp && known->second.hasPrograms())
         return std::move(known->second);
     ++filesRead_;
-    DesktopEntry entry = read(file, stamp);
+    DesktopEntry entry = readDesktopEntry(file, stamp);
     changed_ = changed_ || entry.readable;
     return entry;
 }

@@ -1,28 +1,22 @@
 #pragma once
 
-#include "applist/FileStamp.h"
-#include "applist/GLibPointer.h"
+#include "applist/DesktopEntry.h"
 
+#include <deque>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace applist {
 
-/// What a desktop entry says of its application.
-struct DesktopEntry {
-    std::filesystem::path file;
-    FileStamp stamp;
-    bool readable = false;                       ///< names an application whose program is there
-    std::vector<std::filesystem::path> programs; ///< what has to be there for that
-    bool shown = false;                          ///< is one that users are meant to see
-    std::string name;                            ///< in the user's language
-    GObjectPointer<GIcon> icon;                  ///< null when the entry names none
-};
+/// What a folder is: device and inode, for links name it anew.
+using FolderNumber = std::pair<std::uint64_t, std::uint64_t>;
 
 /// The desktop entries of some folders by their identifiers: the path below the folder, with "-" for "/" and without
-/// ".desktop". Linked folders count as others do, but for those that lead back to a folder around them. Of two with one
-/// identifier that of the earlier folder counts, even if it is broken or hides the application.
+/// ".desktop". Linked folders count as others do, but for those that lead back to a folder around them; a folder is
+/// looked through at most eight times, however many links name it. Of two with one identifier that of the earlier
+/// folder counts, even if it is broken or hides the application.
 ///
 ///     DesktopEntries entries({"/usr/share/applications"});
 ///     entries.refresh();
@@ -45,7 +39,20 @@ class DesktopEntries {
 
   private:
     using Entries = std::map<std::string, DesktopEntry>;
-    void look(const std::filesystem::path& folder, const std::string& prefix, Entries& entries);
+    /// A folder on the way through one of the folders.
+    struct Place {
+        std::filesystem::path folder;
+        std::string prefix;               ///< of the identifiers of its entries
+        std::vector<FolderNumber> around; ///< the folders in which it was found, from the outermost
+    };
+    /// The way through one of the folders and all that is in it.
+    struct Walk {
+        std::size_t folders = 0;
+        std::map<FolderNumber, int> ways; ///< on which a folder was found
+        std::deque<Place> links;          ///< to be looked through after everything that is there itself
+    };
+    void look(const Place& place, Walk& walk, Entries& entries);
+    void take(const std::filesystem::path& file, std::string identifier, Entries& entries);
     [[nodiscard]] DesktopEntry entryOf(const std::string& identifier, const std::filesystem::path& file,
                                        const FileStamp& stamp);
 

@@ -8,6 +8,7 @@ namespace applist {
 /// Gives back what GLib handed over.
 struct GLibDeleter {
     void operator()(void* memory) const { g_free(memory); }
+    void operator()(char** texts) const { g_strfreev(texts); }
     void operator()(GKeyFile* file) const { g_key_file_unref(file); }
     void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
     void operator()(GVariant* value) const { g_variant_unref(value); }

@@ -1,8 +1,10 @@
 #include "applist/DesktopEntries.h"
 
 #include "tests/applist/Desktop.h"
+#include "tests/support/Waiting.h"
 
 #include <algorithm>
+#include <gio/gdesktopappinfo.h>
 #include <sys/stat.h>
 
 namespace {
@@ -23,6 +25,19 @@ struct Entries : tests::FolderTest {
         return entries.shown();
     }
 };
+
+Shown foundByGio() {
+    Shown found;
+    GList* all = g_app_info_get_all();
+    for (const GList* at = all; at; at = at->next) {
+        std::string identifier = g_app_info_get_id(G_APP_INFO(at->data));
+        identifier.resize(identifier.size() - std::string(".desktop").size());
+        found.emplace_back(identifier, g_app_info_get_name(G_APP_INFO(at->data)));
+    }
+    g_list_free_full(all, g_object_unref);
+    std::sort(found.begin(), found.end());
+    return found;
+}
 
 TEST_F(Entries, AreNamedInTheUsersLanguageAndKnownByTheirPath) {
     write(first / "org.example.Weather.desktop", entryNamed("Weather", "Name[de]=Wetter\nName[sv]=Väder\n"));
@@ -169,6 +184,108 @@ TEST_F(Entries, OfLinkedFoldersAreFoundOnEveryWayThatComesToAnEnd) {
             {"again-here", "Here"}, {"linked-deep-below", "Below"}, {"linked-there", "There"}, {"real-here", "Here"}}));
 }
 
+TEST_F(Entries, OfFoldersThatLinkToThemselvesTwiceAreFoundOnce) {
+    const fs::path applications = tests::Desktop::systemData() / "applications"; // GIO would look through it by itself
+    write(applications / "clock.desktop", entryNamed("Clock"));
+    for (const char* name : {"a", "b"})
+        fs::create_directory_symlink(".", applications / name);
+    DesktopEntries ofSystem({applications});
+    EXPECT_TRUE(ofSystem.refresh());
+    EXPECT_EQ(ofSystem.shown(), (Shown{{"clock", "Clock"}}));
+    fs::remove_all(applications);
+}
+
+TEST_F(Entries, OfFoldersThatAllLinkToEachOtherAreFoundInFewWays) {
+    constexpr int many = 20;
+    const auto numbered = [&](int i) { return first / ("folder" + std::to_string(i)); };
+    for (int i = 0; i < many; ++i)
+        write(numbered(i) / "clock.desktop", entryNamed("Clock"));
+    for (int i = 0; i < many; ++i)
+        for (int j = 0; j < many; ++j)
+            fs::create_directory_symlink(numbered(j), numbered(i) / ("link" + std::to_string(j)));
+    const Shown found = shown();
+    EXPECT_EQ(found.size(), 8 * many);
+    for (int i = 0; i < many; ++i)
+        EXPECT_NE(entries.find("folder" + std::to_string(i) + "-clock"), nullptr) << i;
+    EXPECT_EQ(shown(), found);
+}
+
+TEST_F(Entries, OfAFolderComeBeforeThoseOfItsFoldersInTheirOrder) {
+    write(first / "a-b-c.desktop", entryNamed("Outside"));
+    write(first / "a/b-c.desktop", entryNamed("Inside"));
+    write(first / "x/y-z.desktop", entryNamed("First"));
+    write(first / "x-y/z.desktop", entryNamed("Second"));
+    EXPECT_EQ(shown(), (Shown{{"a-b-c", "Outside"}, {"x-y-z", "First"}}));
+}
+
+TEST_F(Entries, SayWhatGioReadsInThem) {
+    write(folder / "program", "#!/bin/sh\n");
+    fs::permissions(folder / "program", fs::perms::owner_all);
+    write(folder / "data", "");
+    const std::string begin = "[Desktop Entry]\nType=Application\nName=A\n";
+    const std::string inFolder = "Path=" + folder.string() + "\n";
+    const std::vector<std::string> texts{
+        "",
+        begin,
+        "[Other]\nKey=1\n" + begin,
+        "# a remark\n\n" + begin,
+        "[Desktop Entry]\nName=A\nExec=true\n",
+        "[Desktop Entry]\nType=Link\nName=A\nExec=true\n",
+        begin + "Exec=\n",
+        begin + "Exec=   \n",
+        begin + "Exec=true %U\n",
+        begin + "Exec=\"true\n",
+        begin + "Exec=no-such-program\n",
+        begin + "Exec=./program\n",
+        begin + inFolder + "Exec=program\n",
+        begin + "Exec=" + folder.string() + "\n",
+        begin + "Exec=true\nTryExec=\n",
+        begin + "Exec=true\nTryExec=false\n",
+        begin + "Exec=true\nTryExec=/no/such/program\n",
+        begin + "DBusActivatable=true\n",
+        begin + "NoDisplay=true\n",
+        begin + "NoDisplay=perhaps\n",
+        begin + "Hidden=1\n",
+        begin + "OnlyShowIn=\n",
+        begin + "OnlyShowIn=Test;\n",
+        begin + "OnlyShowIn=Other;Test\n",
+        begin + "OnlyShowIn=Other;\nNotShowIn=Test;\n",
+        begin + "NotShowIn=Test;\n",
+        begin + "NotShowIn=Other;\n",
+        begin + "Name[de]=B\nX-GNOME-FullName=C\nX-GNOME-FullName[de]=D\n",
+        begin + "Name[de]=B\nX-GNOME-FullName=C\n",
+        begin + "Icon=clock\n",
+        begin + "Icon=clock.png\nIcon[de]=uhr.svg\n",
+        begin + "Icon=org.example.svg.Clock\n",
+        begin + "Icon=/a/clock.png\n",
+    };
+    for (const std::string& text : texts) {
+        const fs::path file = folder / "entry.desktop";
+        write(file, text);
+        const applist::DesktopEntry entry = applist::readDesktopEntry(file, {});
+        const applist::GObjectPointer<GDesktopAppInfo> info(g_desktop_app_info_new_from_filename(file.c_str()));
+        ASSERT_EQ(entry.readable, info != nullptr) << text;
+        if (!info) continue;
+        GAppInfo* application = G_APP_INFO(info.get());
+        EXPECT_EQ(entry.shown, g_app_info_should_show(application) && !g_desktop_app_info_get_is_hidden(info.get()))
+            << text;
+        EXPECT_EQ(entry.name, g_app_info_get_display_name(application)) << text;
+        GIcon* icon = g_app_info_get_icon(application);
+        EXPECT_TRUE(icon ? g_icon_equal(entry.icon.get(), icon) : !entry.icon) << text;
+    }
+}
+
+TEST_F(Entries, FindTheirProgramsInTheFolderInWhichTheyHaveThemRun) { // as GIO does since its version 2.76
+    write(folder / "program", "#!/bin/sh\n");
+    fs::permissions(folder / "program", fs::perms::owner_all);
+    write(folder / "data", "");
+    const std::string path = "[Desktop Entry]\nType=Application\nName=A\nPath=" + folder.string() + "\n";
+    write(first / "here.desktop", path + "Exec=./program\nTryExec=../" + folder.filename().string() + "/program\n");
+    write(first / "nothere.desktop", path + "Exec=./other\n");
+    write(first / "noprogram.desktop", path + "Exec=./data\n");
+    EXPECT_EQ(shown(), (Shown{{"here", "A"}}));
+}
+
 TEST_F(Entries, AreThoseThatGioFinds) {
     const fs::path applications = tests::Desktop::systemData() / "applications";
     write(applications / "top.desktop", entryNamed("Top"));
@@ -178,18 +295,11 @@ TEST_F(Entries, AreThoseThatGioFinds) {
     fs::create_directory_symlink(folder / "elsewhere", applications / "linked");
     fs::create_symlink(folder / "elsewhere/deep/below.desktop", applications / "file.desktop");
     Shown found;
-    GList* all = g_app_info_get_all();
-    for (const GList* at = all; at; at = at->next) {
-        std::string identifier = g_app_info_get_id(G_APP_INFO(at->data));
-        identifier.resize(identifier.size() - std::string(".desktop").size());
-        found.emplace_back(identifier, g_app_info_get_name(G_APP_INFO(at->data)));
-    }
-    g_list_free_full(all, g_object_unref);
-    std::sort(found.begin(), found.end());
+    // It has looked already, perhaps, and hears of new files a little later.
+    EXPECT_TRUE(tests::eventually([&] { return (found = foundByGio()).size() == 4; })) << found.size();
     DesktopEntries ofSystem({applications});
     ofSystem.refresh();
     EXPECT_EQ(ofSystem.shown(), found);
-    EXPECT_EQ(found.size(), 4U);
     fs::remove_all(applications);
 }
 
