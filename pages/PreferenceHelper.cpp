@@ -13,13 +13,14 @@ using platform::PSTextFieldSpecifier;
 
 namespace {
 
-/// The one icon lookup; a name without an extension is a "png". What is not there is stored as no image.
+/// The one icon lookup; a name without an extension is a "png". The name keeps its folders, and no resource has any.
+/// What is not there is stored as no image.
 void setIcon(PSSpecifier& row, const std::string& iconName, const platform::NSBundle& bundle) {
     const std::filesystem::path name(iconName);
     const std::string extension = name.extension().string();
     const std::string type = extension.size() > 1 ? extension.substr(1) : "png";
-    row.setProperty(platform::UIImage::imageWithContentsOfFile(bundle.pathForResource(name.stem().string(), type)),
-                    "iconImage");
+    const std::string base = (name.parent_path() / name.stem()).string();
+    row.setProperty(platform::UIImage::imageWithContentsOfFile(bundle.pathForResource(base, type)), "iconImage");
 }
 
 } // namespace

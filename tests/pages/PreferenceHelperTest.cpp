@@ -221,6 +221,11 @@ TEST_F(Icons, ThatAreNotThereAreStoredAsNoImage) {
     EXPECT_EQ(row->imageProperty("iconImage"), nullptr);
 }
 
+TEST_F(Icons, KeepTheirFoldersInWhichThereIsNone) {
+    for (const std::string& name : {"nowhere/" + icon + ".png", "nowhere/" + icon, (folder / icon).string()})
+        EXPECT_EQ(addIcon(helper->spacer(), name)->imageProperty("iconImage"), nullptr) << name;
+}
+
 TEST_F(Icons, OfSpecifierWithIconComeFromTheTargetPagesBundle) {
     const auto row = helper->button("Mail", nullptr);
     EXPECT_EQ(helper->specifier(row, icon), row);
