@@ -6,10 +6,12 @@
 #include "platform/preferences/PSSpecifier.h"
 #include "tests/pages/RecordingTweak.h"
 #include "tests/support/Allocations.h"
+#include "tests/support/Waiting.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -21,6 +23,10 @@
 namespace {
 
 using namespace settings;
+using platform::Dictionary;
+using platform::List;
+using platform::Value;
+using testing::ElementsAre;
 using testing::IsSupersetOf;
 
 /// The pages of the real bundle, with the samples of the device root that the build makes.
@@ -59,6 +65,33 @@ class TreeTest : public testing::Test {
         }
     }
 
+    void goBack(std::size_t pages) {
+        for (; pages > 0; --pages)
+            navigation.back(top().id);
+    }
+    /// Taps these links, each on the page that the one before has opened.
+    void follow(const std::vector<std::string>& names) {
+        for (const std::string& name : names) {
+            const auto row = std::ranges::find(top().rows, name, &RowSnapshot::name);
+            ASSERT_NE(row, top().rows.end()) << "no link to " << name;
+            navigation.rowTapped(top().id, std::size_t(row - top().rows.begin()));
+        }
+    }
+    /// The second time, the pages have what the tweak answers now, whatever this process knew before.
+    void followTwice(const std::vector<std::string>& names) {
+        follow(names);
+        ASSERT_TRUE(platform::dispatch_wait_until_idle(tests::kLongEnough));
+        goBack(names.size());
+        follow(names);
+    }
+    /// The first section of the list on top.
+    std::vector<std::string> enabled() const {
+        std::vector<std::string> identifiers;
+        for (const CellSnapshot& cell : top().table->sections.front().cells)
+            identifiers.push_back(cell.identifier);
+        return identifiers;
+    }
+
     StackSnapshot shown;
     Navigation navigation{[this](StackSnapshot stack) { shown = std::move(stack); }};
 };
@@ -92,6 +125,31 @@ TEST_F(TreeTest, OpensEveryLinkOfEveryPage) {
                                        "PluginsListViewController", "LSSettingsController", "LSPasscodeSettings",
                                        "ColorPickerController", "LSDateViewSettings", "FontViewController",
                                        "ChangeLogController", "PSListItemsController"}));
+}
+
+TEST_F(TreeTest, ShowsAutoUnlockAppsAsItKnewThemWhileTheAnswerToItsPageIsUnderWay) {
+    auto& tweak = tests::RecordingTweak::shared();
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.one", "org.two"}}});
+    followTwice({"Apps", "Auto-Unlock", "Auto-Unlock Apps"});
+    EXPECT_THAT(enabled(), ElementsAre("org.one", "org.two"));
+    goBack(3);
+
+    followTwice({"Apps", "Apps"});
+    navigation.rowMoved(top().id, {0, 0}, {1, 0});
+    EXPECT_THAT(tweak.waitForChanges(1),
+                ElementsAre(Value(Dictionary{{"key", "kAppsEnabled"}, {"object", List{"org.two"}}})));
+    goBack(2);
+
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.two"}}}); // as a tweak answers from then on
+    tweak.holdAnswers(true);
+    follow({"Apps", "Auto-Unlock", "Auto-Unlock Apps"});
+    EXPECT_THAT(enabled(), ElementsAre("org.one", "org.two"));
+    tweak.holdAnswers(false);
+    EXPECT_TRUE(tests::eventually([this] {
+        goBack(1);
+        follow({"Auto-Unlock Apps"});
+        return enabled() == std::vector<std::string>{"org.two"};
+    })) << "the change never came to be shown";
 }
 
 TEST_F(TreeTest, LeavesNothingBehindOfAThousandOpenedAndClosedPages) {
