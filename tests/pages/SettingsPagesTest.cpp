@@ -30,10 +30,6 @@ struct SettingsPages : testing::Test {
     void expectChange(const std::string& key, const Value& value) {
         EXPECT_THAT(tweak.changes(), testing::ElementsAre(Value(Dictionary{{"key", key}, {"object", value}})));
     }
-
-    /// Drags a slider to one of its ends: what the control then hands over.
-    static void dragToLeftEnd(PSSpecifier& row) { row.performSetter(row.property("min").doubleValue()); }
-    static void dragToRightEnd(PSSpecifier& row) { row.performSetter(row.property("max").doubleValue()); }
 };
 
 // Lockscreen Apps
@@ -87,14 +83,6 @@ TEST_F(SettingsPages, ChoosingSevenInLandscapeStoresAndSendsTheInteger) {
     row->performSetter(row->values().back());
     EXPECT_EQ(row->performGetter(), Value(7));
     expectChange("kAppsPerRowLandscape", 7);
-}
-
-TEST_F(SettingsPages, TheIconSizeReachesFiftyAtTheLeftEnd) {
-    const auto apps = openPage<AppsController>();
-    const auto row = rowOf(*apps, "kAppIconSize");
-    dragToLeftEnd(*row);
-    EXPECT_EQ(row->performGetter(), Value(50.0));
-    expectChange("kAppIconSize", 50.0);
 }
 
 TEST_F(SettingsPages, WithAnEmptyDictionaryEverySwitchReadsNilAndNothingIsSent) {
@@ -245,23 +233,6 @@ TEST_F(SettingsPages, PasscodeViewHasItsRowsInOrder) {
                           });
 }
 
-TEST_F(SettingsPages, TheButtonDiameterReachesFifteenBelowZeroAtTheLeftEnd) {
-    const auto passcode = openPage<LSPasscodeSettings>();
-    dragToLeftEnd(*rowOf(*passcode, "kLSPButtonDiam"));
-    expectChange("kLSPButtonDiam", -15.0);
-}
-
-TEST_F(SettingsPages, BothButtonSpacingsReachThreeAtTheRightEnd) {
-    const auto passcode = openPage<LSPasscodeSettings>();
-    for (const char* key : {"kLSPButtonSpacingH", "kLSPButtonSpacingV"}) {
-        const auto row = rowOf(*passcode, key);
-        dragToRightEnd(*row);
-        EXPECT_EQ(row->performGetter(), Value(3.0));
-        expectChange(key, 3.0);
-        tweak.forgetChanges();
-    }
-}
-
 TEST_F(SettingsPages, TheColourLinkStaysWhetherTheCustomColourIsOnOrOff) {
     for (const bool on : {false, true}) {
         const auto passcode = openPage<LSPasscodeSettings>({{"kLSBlurColorEnabled", on}});
@@ -290,24 +261,6 @@ TEST_F(SettingsPages, DateViewHasItsRowsInOrder) {
                               group(""),
                               field("Date Subtitle Text", "kLSDateSubtitle"),
                           });
-}
-
-TEST_F(SettingsPages, TheTimeFontSizeReachesTenAndAHundredAndFifty) {
-    const auto dateView = openPage<LSDateViewSettings>();
-    const auto row = rowOf(*dateView, "kLSDateFontSize");
-    dragToLeftEnd(*row);
-    EXPECT_EQ(row->performGetter(), Value(10.0));
-    expectChange("kLSDateFontSize", 10.0);
-    tweak.forgetChanges();
-    dragToRightEnd(*row);
-    EXPECT_EQ(row->performGetter(), Value(150.0));
-    expectChange("kLSDateFontSize", 150.0);
-}
-
-TEST_F(SettingsPages, TheDateViewOffsetReachesTenBelowZero) {
-    const auto dateView = openPage<LSDateViewSettings>();
-    dragToLeftEnd(*rowOf(*dateView, "kLSDateOffset"));
-    expectChange("kLSDateOffset", -10.0);
 }
 
 TEST_F(SettingsPages, AChangeOnTheDateViewPageLeavesTheOpenPageBelowAsItWas) {

@@ -235,6 +235,26 @@ Item {
             compare(bench.changes.length, 1);
             fuzzyCompare(bench.changes[0][1], s.value, 1e-5);
         }
+        function test_handsOnTheBoundsOfASliderThatIsDraggedBeyondItsEnds_data() {
+            return [{ tag: "opacity", min: 0, max: 1 }, { tag: "icon size", min: 50, max: 90 },
+                    { tag: "button diameter", min: -15, max: 15 }, { tag: "button spacing", min: 0, max: 3 },
+                    { tag: "time font size", min: 10, max: 150 }, { tag: "date subtitle font size", min: 5, max: 50 },
+                    { tag: "date view offset", min: -10, max: 50 }];
+        }
+        function test_handsOnTheBoundsOfASliderThatIsDraggedBeyondItsEnds(data) {
+            open([{ cell: 5, min: data.min, max: data.max, value: (data.min + data.max) / 2, showValue: true }]);
+            const s = slider();
+            function drag(from, to) {
+                mousePress(s, from, s.height / 2);
+                for (let step = 1; step <= 4; ++step)
+                    mouseMove(s, from + (to - from) * step / 4, s.height / 2);
+                mouseRelease(s, to, s.height / 2);
+            }
+            drag(s.width / 2, -8);
+            compare(bench.changes, [[0, data.min]]);
+            drag(14, s.width + 8);
+            compare(bench.changes, [[0, data.min], [0, data.max]]);
+        }
         function test_handsOnEachKeyStepOfASliderWithoutRoundingNoise() {
             open([{ cell: 5, min: 0, max: 1, value: 0.1 }]);
             slider().forceActiveFocus(Qt.TabFocusReason);
