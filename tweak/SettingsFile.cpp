@@ -1,7 +1,6 @@
 #include "tweak/SettingsFile.h"
 
 #include <cerrno>
-#include <chrono>
 #include <cstdio>
 #include <system_error>
 
@@ -15,9 +14,6 @@ using platform::Result;
 
 namespace lumora {
 namespace {
-
-/// Changes that follow one another closely are synced together; the device has them within a second.
-constexpr std::chrono::milliseconds kSyncDelay{300};
 
 /// As much as one message could carry; anything larger is not ours.
 constexpr off_t kLargestFile = off_t{64} << 20;

@@ -4,6 +4,7 @@
 #include "platform/foundation/Value.h"
 #include "tweak/Log.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <filesystem>
 #include <memory>
@@ -39,6 +40,9 @@ class Descriptor {
 /// own syncs it to the device. Any thread, one call at a time.
 class SettingsFile {
   public:
+    /// Changes that follow one another this closely are synced together.
+    static constexpr std::chrono::milliseconds kSyncDelay{300};
+
     /// Makes the folder where there is none, and holds a lock beside the file for as long as the object lives.
     [[nodiscard]] static platform::Result<std::unique_ptr<SettingsFile>> open(const std::filesystem::path& path,
                                                                               Log log);

@@ -1,3 +1,4 @@
+#include "tests/support/Waiting.h"
 #include "tests/tweak/Sandbox.h"
 
 #include "tweak/Defaults.h"
@@ -8,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <latch>
 #include <set>
@@ -15,6 +18,8 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 using namespace lumora;
 using namespace tests;
@@ -30,6 +35,18 @@ using testing::IsEmpty;
 using testing::Optional;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
+
+namespace {
+
+std::atomic<int> synced = 0;
+
+} // namespace
+
+/// Counts what is synced to the device; the one of the C library stands behind it.
+extern "C" int fsync(int descriptor) {
+    ++synced;
+    return static_cast<int>(::syscall(SYS_fsync, descriptor));
+}
 
 namespace {
 
@@ -297,6 +314,14 @@ TEST_F(SettingsStoreTest, DoesNotFollowALinkInPlaceOfItsLock) {
     EXPECT_FALSE(open());
     EXPECT_THAT(failure, HasSubstr("cannot write in " + sandbox.path().string()));
     EXPECT_FALSE(std::filesystem::exists(victim));
+}
+
+TEST_F(SettingsStoreTest, SyncsAChangeToTheDeviceWhileItIsOpenAndWithinASecond) {
+    const auto store = open();
+    const int before = synced;
+    ASSERT_EQ(store->change("kSleepTime", 30), std::nullopt);
+    EXPECT_TRUE(eventually([&] { return synced >= before + 2; })) << "neither the file nor its folder";
+    EXPECT_LT(SettingsFile::kSyncDelay, std::chrono::seconds(1)); // what the store waits for first
 }
 
 TEST_F(SettingsStoreTest, SaysSoWhenWhatItHasWrittenCannotBeSynced) {
