@@ -162,6 +162,22 @@ TEST(ArchiveBudget, OfTextIsUsedUpToTheLastByte) {
     EXPECT_EQ(exact, 2U);
 }
 
+TEST(ArchiveBudget, OfTextIsNotUsedByANilThatIsShared) {
+    constexpr std::size_t length = 100 * PropertyListLimits::expandedBytesPerByte;
+    std::size_t exact = 0;
+    for (std::size_t unused = 15; unused < 3'000; unused += 1) {
+        RawArchive archive;
+        archive.addList(repeated(2, 300, 3, 1'000)).addText(std::string(length, 't')).addNull();
+        archive.addText(std::string(unused, 'u'));
+        const Data bytes = archive.bytes();
+        ASSERT_EQ(budgetProblem(NSKeyedUnarchiver::unarchive(bytes)),
+                  300 * length <= bytesAllowed(bytes) ? "" : overBudget)
+            << unused;
+        exact += 300 * length == bytesAllowed(bytes) ? 1U : 0U;
+    }
+    EXPECT_EQ(exact, 1U);
+}
+
 TEST(ArchiveBudget, OfObjectsThatOverlapIsTwiceTheFile) {
     std::size_t exact = 0;
     for (std::size_t length = 400; length < 700; ++length) {

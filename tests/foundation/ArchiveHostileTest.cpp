@@ -222,6 +222,23 @@ TEST(HostileArchive, WithReferencesToNowhereIsRefused) {
     EXPECT_FALSE(NSKeyedUnarchiver::unarchive(RawArchive().addWideText(0, 1).bytes()));
 }
 
+TEST(HostileArchive, WithATextWhoseContentsAreUnsoundIsRefusedForThat) {
+    expectRefused(keyed, RawArchive().addWideText(70, 1).bytes(), "a reference to an object that is not there");
+    expectRefused(keyed, RawArchive().addWideText(2, 1).addRubbish().bytes(), "an object of an unknown kind");
+    expectRefused(keyed, RawArchive().addWideText(2, 1).addNull().bytes(),
+                  "an archived object whose contents are of another kind");
+}
+
+TEST(HostileArchive, TakesAKeyThatIsATextObjectOfItsOwnAndNoOther) {
+    const auto value = readWithinProportion(
+        keyed, RawArchive().addDictionary(2, 4).addWideText(3, 1).addText("key").addText("value").bytes());
+    ASSERT_TRUE(value) << value.error();
+    EXPECT_EQ(value.value(), Value(platform::Dictionary{{"key", "value"}}));
+    constexpr std::string_view why = "a dictionary key that is no text";
+    expectRefused(keyed, RawArchive().addDictionary(0, 2).addText("value").bytes(), why);
+    expectRefused(keyed, RawArchive().addDictionary(3, 2).addText("value").addNull().bytes(), why);
+}
+
 TEST(HostileArchive, IsNilForWhoeverAsksForNoReason) {
     EXPECT_TRUE(NSKeyedUnarchiver::unarchiveObjectWithData(multipliedLists(24, 2)).isNil());
     EXPECT_TRUE(NSKeyedUnarchiver::unarchiveObjectWithData({}).isNil());

@@ -23,6 +23,21 @@ class RawArchive {
         objects_.push_back({Kind::text, {}, std::move(text)});
         return *this;
     }
+    /// A dictionary of one entry, by the UIDs of its key and its value.
+    RawArchive& addDictionary(std::size_t key, std::size_t value) {
+        objects_.push_back({Kind::dictionary, {key, value}, {}});
+        return *this;
+    }
+    /// A nil that is an object.
+    RawArchive& addNull() {
+        objects_.push_back({Kind::null, {}, {}});
+        return *this;
+    }
+    /// What is no object at all.
+    RawArchive& addRubbish() {
+        objects_.push_back({Kind::rubbish, {}, {}});
+        return *this;
+    }
 
     [[nodiscard]] platform::Data bytes() const {
         enum : std::size_t {
@@ -36,20 +51,27 @@ class RawArchive {
             objectList,
             classKey,
             entriesKey,
+            keysKey,
             textKey,
             listClass,
             textClass,
+            dictionaryClass,
+            nullClass,
             classNameKey,
             listClassName,
             textClassName,
+            dictionaryClassName,
+            nullClassName,
             null,
             firstFree
         };
-        const std::size_t uidCount = objects_.size() + 3; // "$null", the objects, two classes
+        const std::size_t uidCount = objects_.size() + 5; // "$null", the objects, four classes
         const std::size_t firstUid = firstFree;
         const std::size_t firstObject = firstUid + uidCount;
         const std::size_t listClassUid = objects_.size() + 1;
         const std::size_t textClassUid = objects_.size() + 2;
+        const std::size_t dictionaryClassUid = objects_.size() + 3;
+        const std::size_t nullClassUid = objects_.size() + 4;
 
         RawList list(4);
         list.addDictionary({{archiverKey, archiver}, {topKey, top}, {objectsKey, objectList}});
@@ -58,12 +80,12 @@ class RawArchive {
         std::vector<std::size_t> references{null};
         for (std::size_t i = 0; i < objects_.size(); ++i)
             references.push_back(firstObject + i);
-        references.push_back(listClass);
-        references.push_back(textClass);
+        references.insert(references.end(), {listClass, textClass, dictionaryClass, nullClass});
         list.addList(references);
-        list.add("$class").add("NS.objects").add("NS.string");
-        list.addDictionary({{classNameKey, listClassName}}).addDictionary({{classNameKey, textClassName}});
-        list.add("$classname").add("NSArray").add("NSMutableString").add("$null");
+        list.add("$class").add("NS.objects").add("NS.keys").add("NS.string");
+        for (const std::size_t name : {listClassName, textClassName, dictionaryClassName, nullClassName})
+            list.addDictionary({{classNameKey, name}});
+        list.add("$classname").add("NSArray").add("NSMutableString").add("NSDictionary").add("NSNull").add("$null");
         for (std::size_t uid = 0; uid < uidCount; ++uid)
             list.add({0x82, int(uid >> 16U) & 0xFF, int(uid >> 8U) & 0xFF, int(uid) & 0xFF});
         std::size_t next = firstObject + objects_.size();
@@ -72,6 +94,14 @@ class RawArchive {
                 list.add(object.text);
             } else if (object.kind == Kind::list) {
                 list.addDictionary({{entriesKey, next++}, {classKey, firstUid + listClassUid}});
+            } else if (object.kind == Kind::dictionary) {
+                list.addDictionary(
+                    {{keysKey, next}, {entriesKey, next + 1}, {classKey, firstUid + dictionaryClassUid}});
+                next += 2;
+            } else if (object.kind == Kind::null) {
+                list.addDictionary({{classKey, firstUid + nullClassUid}});
+            } else if (object.kind == Kind::rubbish) {
+                list.add({0x0F});
             } else {
                 std::vector<std::pair<std::size_t, std::size_t>> fields{{textKey, firstUid + object.uids[0]},
                                                                         {classKey, firstUid + textClassUid}};
@@ -80,6 +110,8 @@ class RawArchive {
             }
         }
         for (const Object& object : objects_) {
+            if (object.kind == Kind::dictionary)
+                list.addList({firstUid + object.uids[0]}).addList({firstUid + object.uids[1]});
             if (object.kind != Kind::list) continue;
             std::vector<std::size_t> entries;
             for (const std::size_t uid : object.uids)
@@ -90,7 +122,7 @@ class RawArchive {
     }
 
   private:
-    enum class Kind : std::uint8_t { list, text, wideText };
+    enum class Kind : std::uint8_t { list, text, wideText, dictionary, null, rubbish };
     struct Object {
         Kind kind;
         std::vector<std::size_t> uids;
