@@ -12,7 +12,6 @@
 using platform::Data;
 using platform::Dictionary;
 using platform::NSKeyedArchiver;
-using platform::NSKeyedUnarchiver;
 using platform::Result;
 using platform::Value;
 
@@ -63,11 +62,10 @@ bool shrinks(const Dictionary& settings, const Data& changed) {
     return before && changed.size() < before.value().size();
 }
 
-/// Whether a page that asks for the settings could read the answer.
+/// Whether a page that asks for the settings could be given them. It reads whatever can be written.
 bool fitsAnAnswer(const Dictionary& changed) {
     const std::optional<Data> answer = NSKeyedArchiver::archivedDataWithRootObject(withDefaults(changed));
-    return answer && static_cast<std::int64_t>(answer->size()) <= platform::kMaximumMessageBody &&
-           NSKeyedUnarchiver::unarchive(*answer);
+    return answer && static_cast<std::int64_t>(answer->size()) <= platform::kMaximumMessageBody;
 }
 
 } // namespace
@@ -119,10 +117,6 @@ std::optional<std::string> SettingsStore::change(const std::string& key, const V
     if (bytes.value().size() > kLargestSettings && !shrinks(changed_, bytes.value()))
         return inQuotes(key) + " cannot be kept: the settings would take more than " +
                std::to_string(kLargestSettings >> 20U) + " MiB";
-    // What cannot be read back must not replace what can. Both readers have limits that a value can pass for itself and
-    // still exceed together with the others.
-    if (const Result<Value> back = platform::readPropertyList(bytes.value()); !back)
-        return inQuotes(key) + " cannot be kept: " + back.error();
     if (!fitsAnAnswer(changed))
         return inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more";
     if (auto failed = file_->replace(bytes.value())) return failed;
