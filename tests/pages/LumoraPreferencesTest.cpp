@@ -5,9 +5,12 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <string>
 #include <syslog.h>
+#include <vector>
 
 namespace {
 
@@ -23,9 +26,10 @@ std::vector<Logged> systemLog;
 extern "C" [[gnu::visibility("default")]] void syslog(int priority, const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    char* message = nullptr;
-    if (vasprintf(&message, format, arguments) >= 0) systemLog.push_back({priority, message});
-    std::free(message);
+    if (char* message = nullptr; vasprintf(&message, format, arguments) >= 0) {
+        systemLog.push_back({priority, message});
+        std::free(message);
+    }
     va_end(arguments);
 }
 
