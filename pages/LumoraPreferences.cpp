@@ -3,8 +3,8 @@
 #include "link/PreferenceKeys.h"
 #include "pages/ProblemReport.h"
 #include "platform/foundation/DeviceRoot.h"
-#include "platform/foundation/FileContents.h"
 #include "platform/foundation/NSLog.h"
+#include "platform/foundation/RegularFile.h"
 #include "platform/services/UIApplication.h"
 
 namespace lumora {
@@ -22,8 +22,8 @@ constexpr const char* kHandle = "nevo_lumora"; // without the "@"
 constexpr const char* kSupport = "support@nevo.example";
 
 void attachIfReadable(MFMailComposeViewController& composer, const char* fixedPath, const char* fileName) {
-    if (auto data = platform::dataWithContentsOfFile(platform::devicePath(fixedPath)))
-        composer.addAttachmentData(std::move(*data), "text/plain", fileName);
+    if (auto data = platform::RegularFile::copyOf(platform::devicePath(fixedPath)))
+        composer.addAttachmentData(std::move(data), "text/plain", fileName);
 }
 
 } // namespace

@@ -127,10 +127,9 @@ void addAddresses(GMimeMessage* message, GMimeAddressType type, const std::strin
     }
 }
 
-void setContent(GMimePart* part, const char* bytes, std::size_t count, GMimeContentEncoding encoding) {
-    const Owned<GMimeStream> stream(g_mime_stream_mem_new_with_buffer(bytes, count));
+void setContent(GMimePart* part, const Owned<GMimeStream>& bytes, GMimeContentEncoding encoding) {
     const Owned<GMimeDataWrapper> content(
-        g_mime_data_wrapper_new_with_stream(stream.get(), GMIME_CONTENT_ENCODING_DEFAULT));
+        g_mime_data_wrapper_new_with_stream(bytes.get(), GMIME_CONTENT_ENCODING_DEFAULT));
     g_mime_part_set_content(part, content.get());
     g_mime_part_set_content_encoding(part, encoding);
 }
@@ -138,7 +137,8 @@ void setContent(GMimePart* part, const char* bytes, std::size_t count, GMimeCont
 Owned<GMimeObject> textPart(const MailMessage& message) {
     Owned<GMimeTextPart> part(g_mime_text_part_new_with_subtype(message.isHTML ? "html" : "plain"));
     g_mime_text_part_set_charset(part.get(), "utf-8");
-    setContent(GMIME_PART(part.get()), message.text.body.data(), message.text.body.size(),
+    const std::string& body = message.text.body;
+    setContent(GMIME_PART(part.get()), Owned<GMimeStream>(g_mime_stream_mem_new_with_buffer(body.data(), body.size())),
                GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE);
     return Owned<GMimeObject>(GMIME_OBJECT(part.release()));
 }
@@ -151,8 +151,11 @@ Owned<GMimeObject> attachmentPart(const MailAttachment& attachment) {
     Owned<GMimePart> part(g_mime_part_new_with_type(type.c_str(), subtype.c_str()));
     g_mime_part_set_filename(part.get(), oneLine(attachment.fileName).c_str());
     g_mime_object_set_disposition(GMIME_OBJECT(part.get()), "attachment");
-    setContent(part.get(), reinterpret_cast<const char*>(attachment.data->data()), attachment.data->size(),
-               GMIME_CONTENT_ENCODING_BASE64);
+    // Read piece by piece while the message is written.
+    Owned<GMimeStream> bytes(g_mime_stream_fs_new_with_bounds(attachment.data->descriptor(), 0,
+                                                              static_cast<gint64>(attachment.data->size())));
+    g_mime_stream_fs_set_owner(GMIME_STREAM_FS(bytes.get()), FALSE);
+    setContent(part.get(), bytes, GMIME_CONTENT_ENCODING_BASE64);
     return Owned<GMimeObject>(GMIME_OBJECT(part.release()));
 }
 

@@ -1,11 +1,47 @@
 #include "platform/foundation/RegularFile.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
+#include <string>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace platform {
+namespace {
+
+/// Open for its user alone and without a name; negative when there is none to be had.
+int unnamedFile() {
+    const char* named = std::getenv("TMPDIR");
+    const std::filesystem::path folder = named && *named == '/' ? named : "/var/tmp";
+    int number = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (number >= 0) return number;
+    std::string name = folder / "lumora-XXXXXX"; // not every file system can do that
+    number = ::mkostemp(name.data(), O_CLOEXEC);
+    if (number >= 0) ::unlink(name.c_str());
+    return number;
+}
+
+/// Asked before anything is written: a file with holes can be larger than any disk. True where nobody knows.
+bool hasRoom(int file, std::uint64_t bytes) {
+    struct statvfs facts {};
+    return ::fstatvfs(file, &facts) != 0 || facts.f_blocks == 0 || bytes <= facts.f_bavail * facts.f_frsize;
+}
+
+bool writeAll(int file, const char* bytes, std::size_t count) {
+    while (count > 0) {
+        const ssize_t written = ::write(file, bytes, count);
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        bytes += written;
+        count -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+} // namespace
 
 RegularFile::RegularFile(const std::filesystem::path& path) {
     // Asked before opening too, because opening alone has effects on some devices.
@@ -19,6 +55,17 @@ RegularFile::RegularFile(const std::filesystem::path& path) {
         ::close(number_);
         number_ = -1;
     }
+}
+
+std::shared_ptr<const RegularFile> RegularFile::copyOf(const std::filesystem::path& path) {
+    const RegularFile file(path);
+    if (!file) return nullptr;
+    const std::shared_ptr<RegularFile> copy(new RegularFile(unnamedFile(), 0));
+    if (!*copy || !hasRoom(copy->number_, file.size())) return nullptr;
+    const auto written = file.writeTo(copy->number_);
+    if (!written) return nullptr;
+    copy->size_ = *written;
+    return copy;
 }
 
 RegularFile::~RegularFile() {
@@ -37,6 +84,20 @@ bool RegularFile::read(std::uint64_t offset, void* into, std::size_t count) cons
         count -= static_cast<std::size_t>(got);
     }
     return true;
+}
+
+std::optional<std::uint64_t> RegularFile::writeTo(int file) const {
+    char some[1 << 15];
+    std::uint64_t done = 0;
+    while (done < size_) {
+        const std::size_t most = std::min<std::uint64_t>(sizeof some, size_ - done);
+        const ssize_t count = ::pread(number_, some, most, static_cast<off_t>(done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0 || !writeAll(file, some, static_cast<std::size_t>(count))) return std::nullopt;
+        if (count == 0) break;
+        done += static_cast<std::uint64_t>(count);
+    }
+    return done;
 }
 
 } // namespace platform

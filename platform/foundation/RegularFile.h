@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
+#include <optional>
 
 namespace platform {
 
@@ -22,13 +24,25 @@ class PLATFORM_EXPORT RegularFile {
     RegularFile& operator=(const RegularFile&) = delete;
     ~RegularFile();
 
+    /// A copy of the bytes that a plain file has now, in a file without a name: nobody else can reach it, whatever
+    /// becomes of the other, and it takes no memory. It stands in `$TMPDIR`, else in /var/tmp, which is for what may be
+    /// large. Null when the file cannot be read, or where there is no room for it.
+    [[nodiscard]] static std::shared_ptr<const RegularFile> copyOf(const std::filesystem::path& path);
+
     /// False when there is no plain file at the path, or none that may be read.
     explicit operator bool() const { return number_ >= 0; }
     [[nodiscard]] std::uint64_t size() const { return size_; }
     /// False when the file does not have so many bytes there.
     [[nodiscard]] bool read(std::uint64_t offset, void* into, std::size_t count) const;
+    /// Appends to an open file as much as this one had when it was opened, or what is left of it by now, and tells how
+    /// much that was. Nothing when either fails; errno says why.
+    [[nodiscard]] std::optional<std::uint64_t> writeTo(int file) const;
+    /// For whoever reads it by other means; open as long as this is there.
+    [[nodiscard]] int descriptor() const { return number_; }
 
   private:
+    RegularFile(int number, std::uint64_t size) : number_(number), size_(size) {}
+
     int number_ = -1;
     std::uint64_t size_ = 0;
 };

@@ -46,9 +46,9 @@ void MFMailComposeViewController::setMessageBody(std::string body, bool isHTML) 
     message_.isHTML = isHTML;
 }
 
-void MFMailComposeViewController::addAttachmentData(Data data, std::string mimeType, std::string fileName) {
-    message_.attachments.push_back(
-        {std::make_shared<const Data>(std::move(data)), std::move(mimeType), std::move(fileName)});
+void MFMailComposeViewController::addAttachmentData(std::shared_ptr<const RegularFile> data, std::string mimeType,
+                                                    std::string fileName) {
+    message_.attachments.push_back({std::move(data), std::move(mimeType), std::move(fileName)});
 }
 
 void MFMailComposeViewController::send(MailText text) {

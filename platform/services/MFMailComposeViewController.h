@@ -33,7 +33,8 @@ class PLATFORM_EXPORT MFMailComposeViewController final : public UIViewControlle
     void setToRecipients(const std::vector<std::string>& addresses);
     void setSubject(std::string subject) { message_.text.subject = std::move(subject); }
     void setMessageBody(std::string body, bool isHTML);
-    void addAttachmentData(Data data, std::string mimeType, std::string fileName);
+    /// The bytes are read when the message is kept or sent, so they should be a copy that nobody changes.
+    void addAttachmentData(std::shared_ptr<const RegularFile> data, std::string mimeType, std::string fileName);
 
     // What whoever shows the composer needs.
     [[nodiscard]] std::uint64_t id() const { return id_; } ///< tells composers apart

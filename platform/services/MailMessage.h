@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/Value.h"
+#include "platform/foundation/RegularFile.h"
 
 #include <memory>
 #include <string>
@@ -16,9 +16,10 @@ struct MailText {
     friend bool operator==(const MailText&, const MailText&) = default;
 };
 
-/// A file that goes with a message. Its bytes are never changed, so copies of a message share them.
+/// A file that goes with a message. Its bytes are never changed, so copies of a message share them; one of these at a
+/// time is written.
 struct MailAttachment {
-    std::shared_ptr<const Data> data;
+    std::shared_ptr<const RegularFile> data;
     std::string mimeType; ///< "text/plain"
     std::string fileName; ///< without folders
 };

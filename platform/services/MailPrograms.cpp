@@ -129,15 +129,10 @@ fs::path fileNameOf(const MailAttachment& attachment) {
     return name.empty() || name == "." || name == ".." ? "attachment" : name;
 }
 
-bool writeFile(const fs::path& file, const Data& data) {
+bool writeFile(const fs::path& file, const RegularFile& data) {
     const int number = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (number < 0) return false;
-    std::size_t done = 0;
-    while (done < data.size()) {
-        const ssize_t count = ::write(number, data.data() + done, data.size() - done);
-        if (count < 0 && errno != EINTR) break;
-        if (count > 0) done += static_cast<std::size_t>(count);
-    }
+    const auto done = data.writeTo(number);
     return ::close(number) == 0 && done == data.size();
 }
 

@@ -2,14 +2,19 @@
 #include "pages/ProblemReport.h"
 #include "platform/services/UIDevice.h"
 #include "tests/pages/OpenPage.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/DeviceFolder.h"
 #include "tests/support/Home.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/utsname.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -20,6 +25,7 @@ using platform::MFMailComposeViewController;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
+using ::testing::SizeIs;
 
 TEST(ProblemReport, NamesTheDeviceAndItsSystemInTheSubject) {
     EXPECT_EQ(ProblemReport("iPhone6,1", "7.0.4").subject(), "Lumora -- iPhone6,1(7.0.4)");
@@ -46,7 +52,10 @@ TEST(ProblemReport, IsOfThisDevice) {
 
 class ContactTest : public ::testing::Test {
   protected:
-    ContactTest() : page(tests::openPage<LumoraPreferences>()) {}
+    ContactTest() : page(tests::openPage<LumoraPreferences>()) {
+        std::filesystem::create_directory(copies);
+        ::setenv("TMPDIR", copies.c_str(), 1);
+    }
     void enableMail() { ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1); }
     void tap(std::size_t row) { page->specifiers()->at(row)->performAction(); }
     void tapMail() { tap(14); }
@@ -59,15 +68,20 @@ class ContactTest : public ::testing::Test {
         if (!composer()) return {{"nothing is presented", ""}};
         for (const auto& attachment : composer()->message().attachments) {
             EXPECT_EQ(attachment.mimeType, "text/plain");
-            all.emplace_back(attachment.fileName, std::string(attachment.data->begin(), attachment.data->end()));
+            std::string bytes(attachment.data->size(), '\0');
+            EXPECT_TRUE(attachment.data->read(0, bytes.data(), bytes.size()));
+            all.emplace_back(attachment.fileName, std::move(bytes));
         }
         return all;
     }
     static constexpr const char* kLog = "/var/mobile/nevo_lumora_log";
     static constexpr const char* kOther = "/tmp/dpkgl.log";
+    [[nodiscard]] std::filesystem::path log() const { return device.path() / "var/mobile/nevo_lumora_log"; }
+    [[nodiscard]] std::filesystem::path other() const { return device.path() / "tmp/dpkgl.log"; }
 
     tests::Home home;
     tests::DeviceFolder device;
+    std::filesystem::path copies = home.path() / "copies";
     std::shared_ptr<LumoraPreferences> page;
 };
 
@@ -134,23 +148,33 @@ TEST_F(ContactTest, AttachesAnEmptyFile) {
 
 TEST_F(ContactTest, SkipsWhatOnlyStandsWhereAFileShouldBe) {
     enableMail();
-    std::filesystem::create_directories(device.path() / "var/mobile/nevo_lumora_log");
-    std::filesystem::create_directories(device.path() / "tmp");
-    ASSERT_EQ(::mkfifo((device.path() / "tmp/dpkgl.log").c_str(), 0600), 0);
-    testing::internal::CaptureStderr();
-    tapMail();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_THAT(attachments(), IsEmpty());
+    const auto expectNothing = [this](const char* what) {
+        testing::internal::CaptureStderr();
+        tapMail();
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << what;
+        EXPECT_THAT(attachments(), IsEmpty()) << what;
+        composer()->cancel();
+    };
+    std::filesystem::create_directories(log());
+    std::filesystem::create_directories(other().parent_path());
+    ASSERT_EQ(::mkfifo(other().c_str(), 0600), 0);
+    expectNothing("a folder and a pipe");
+    std::filesystem::remove(log());
+    std::filesystem::remove(other());
+    std::filesystem::create_symlink(other(), log());
+    std::filesystem::create_symlink(log(), other());
+    expectNothing("links in a circle");
 }
 
 TEST_F(ContactTest, SkipsAFileThatCannotBeRead) {
     enableMail();
     device.write("secret", kLog);
     device.write("two", kOther);
-    ASSERT_EQ(::chmod((device.path() / "var/mobile/nevo_lumora_log").c_str(), 0), 0);
+    ASSERT_EQ(::chmod(log().c_str(), 0), 0);
     for (const auto& folder : {device.path(), home.path()})
         ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
     ASSERT_EQ(::chmod((home.path() / "bin/mta").c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(copies.c_str(), 01777), 0);
     const bool isRoot = ::geteuid() == 0;
     if (isRoot && ::seteuid(65534) != 0) GTEST_SKIP() << "nothing is closed to root, who cannot be anybody else here";
     tapMail();
@@ -160,18 +184,68 @@ TEST_F(ContactTest, SkipsAFileThatCannotBeRead) {
     EXPECT_THAT(attachments(), ElementsAre(Pair("dpkgl.log", "two")));
 }
 
-TEST_F(ContactTest, SkipsALogThatNoMemoryHoldsButNotALargeOne) {
+TEST_F(ContactTest, AttachesALogThatNoMessageWouldHoldWithoutHoldingItInMemory) {
     enableMail();
     device.write("", kLog);
-    device.write("", kOther);
-    std::filesystem::resize_file(device.path() / "var/mobile/nevo_lumora_log", 20'000'000);
-    std::filesystem::resize_file(device.path() / "tmp/dpkgl.log", 4ULL << 40U); // sparse
+    std::filesystem::resize_file(log(), 100'000'000);
+    const Allocations before = Allocations::now();
+    tapMail();
+    EXPECT_LE((Allocations::now() - before).bytes, 1'000'000U);
+    ASSERT_THAT(composer()->message().attachments, SizeIs(1));
+    EXPECT_EQ(composer()->message().attachments.front().data->size(), 100'000'000U);
+}
+
+TEST_F(ContactTest, SkipsALogForWhoseCopyThereIsNoRoom) {
+    enableMail();
+    device.write("", kLog);
+    device.write(std::string(100'000, 'x'), kOther);
+    const auto room = std::filesystem::space(home.path()).available;
+    std::filesystem::resize_file(log(), room + (1U << 30U)); // sparse
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit little{50'000, usual.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &little), 0);
     testing::internal::CaptureStderr();
     tapMail();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    const auto attached = attachments();
-    ASSERT_EQ(attached.size(), 1U);
-    EXPECT_EQ(attached.front().second.size(), 20'000'000U);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
+    EXPECT_THAT(attachments(), IsEmpty());
+    EXPECT_THAT(tests::Home::filesIn(copies), IsEmpty());
+}
+
+TEST_F(ContactTest, AttachesWhatStoodThereAtTheTap) {
+    enableMail();
+    device.write("before", kLog);
+    device.write("before", kOther);
+    tapMail();
+    device.write("", kLog);
+    std::filesystem::remove(other());
+    EXPECT_THAT(attachments(), ElementsAre(Pair("log", "before"), Pair("dpkgl.log", "before")));
+    EXPECT_THAT(tests::Home::filesIn(copies), IsEmpty()) << "the copies have no names";
+}
+
+TEST_F(ContactTest, AttachesSomeBeginningOfALogThatGrowsAndShrinksMeanwhile) {
+    enableMail();
+    const std::string whole(1'000'000, 'x');
+    device.write(whole, kLog);
+    std::atomic<bool> over = false;
+    std::thread writer([&] {
+        while (!over) {
+            std::filesystem::resize_file(log(), 3);
+            device.write(whole, kLog);
+        }
+    });
+    for (int i = 0; i < 100; ++i) {
+        tapMail();
+        const auto attached = attachments();
+        EXPECT_THAT(attached, SizeIs(1));
+        for (const auto& [name, bytes] : attached)
+            EXPECT_TRUE(whole.starts_with(bytes)) << bytes.size() << " bytes";
+        composer()->cancel();
+    }
+    over = true;
+    writer.join();
 }
 
 TEST_F(ContactTest, BuildsAnotherReportForEachTap) {

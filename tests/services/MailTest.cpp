@@ -1,6 +1,7 @@
 #include "platform/messaging/Dispatch.h"
 #include "platform/services/MFMailComposeViewController.h"
 #include "tests/support/Home.h"
+#include "tests/support/MailedFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -96,8 +97,9 @@ class MailTest : public ::testing::Test {
     void useSendmail(const std::string& script) {
         ::setenv("LUMORA_SENDMAIL", home.addProgram("mta", script).c_str(), 1);
     }
-    void attach(const std::string& bytes, const std::string& name) {
-        onMain([&] { composer->addAttachmentData({bytes.begin(), bytes.end()}, "text/plain", name); });
+    void attach(const std::string& bytes, const std::string& name, const std::string& mimeType = "text/plain") {
+        onMain(
+            [&] { composer->addAttachmentData(tests::mailedFile(home.path() / "attached", bytes), mimeType, name); });
     }
     void send(const MailText& text = {"support@nevo.example", "Subject", "Body"}) {
         onMain([&] { composer->send(text); });
@@ -110,6 +112,11 @@ class MailTest : public ::testing::Test {
             return !why.empty();
         }));
         return why;
+    }
+    /// In bytes.
+    static std::size_t peakMemory() {
+        const std::string facts = tests::Home::contentsOf("/proc/self/status");
+        return std::stoul(facts.substr(facts.find("VmHWM:") + 6)) * 1024;
     }
     static bool canSend() {
         bool can = false;
@@ -330,10 +337,8 @@ TEST_F(MailTest, IsSentToARecipientWhateverStandsInTheQuotesOfTheName) {
 TEST_F(MailTest, TakesNoHeaderFromNamesTypesOrTheEnvironment) {
     ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
     ::setenv("EMAIL", "nobody", 1);
-    onMain([this] {
-        composer->addAttachmentData({1}, "text/plain\nBcc: x@y.example", "log");
-        composer->addAttachmentData({1}, "text/plain", "log\r\nBcc: x@y.example\r\n\r\n");
-    });
+    attach("x", "log", "text/plain\nBcc: x@y.example");
+    attach("x", "log\r\nBcc: x@y.example\r\n\r\n");
     send();
     EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
     EXPECT_THAT(home.inputOf("mta"), Not(HasSubstr("\nBcc:")));
@@ -427,6 +432,22 @@ TEST_F(MailTest, LeavesNothingWhereADraftCannotBeWritten) {
     EXPECT_THAT(problem(), HasSubstr("cannot write a draft"));
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
     EXPECT_THAT(home.filesIn(home.drafts()), IsEmpty());
+}
+
+TEST_F(MailTest, IsWrittenWithoutHoldingWhatIsAttachedInMemory) {
+    constexpr std::size_t kSize = 100'000'000;
+    onMain([this] {
+        const std::filesystem::path file = home.path() / "large";
+        std::ofstream{file};
+        std::filesystem::resize_file(file, kSize);
+        composer->addAttachmentData(RegularFile::copyOf(file), "text/plain", "log");
+    });
+    std::ofstream("/proc/self/clear_refs") << "5\n"; // forgets the peak
+    const std::size_t before = peakMemory();
+    onMain([this] { composer->saveDraft({"a@b.example", "Later", "Not yet"}); });
+    EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    EXPECT_LT(peakMemory(), before + kSize / 2);
+    EXPECT_GT(std::filesystem::file_size(composer->draft()), kSize * 4 / 3);
 }
 
 TEST_F(MailTest, ShowsNoDraftBeforeItIsWhole) {

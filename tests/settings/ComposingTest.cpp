@@ -3,6 +3,7 @@
 #include "settings/host/Host.h"
 #include "tests/settings/TestPages.h"
 #include "tests/support/Home.h"
+#include "tests/support/MailedFile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <sys/stat.h>
 
 #include <condition_variable>
+#include <cstdlib>
 #include <future>
 #include <mutex>
 
@@ -49,7 +51,8 @@ class MailPage final : public PSListController, public MFMailComposeViewControll
         composer->setToRecipients({"a@b.example", "c@d.example"});
         composer->setSubject("Subject");
         composer->setMessageBody("Body", false);
-        composer->addAttachmentData(Data(1500), "text/plain", "log");
+        composer->addAttachmentData(mailedFile(std::string(std::getenv("HOME")) + "/log", std::string(1500, 'x')),
+                                    "text/plain", "log");
         presentViewController(composer, true, nullptr);
     }
     void mailComposeController(MFMailComposeViewController& controller, MFMailComposeResult result,

@@ -146,7 +146,8 @@ class MailTest(Spoken):
     # -- sending --
 
     def test_sends_the_report_as_it_was_edited(self):
-        log = b".\n..\n.dot\nFrom here\n" + b"x" * 1200 + b"\n\0\xff\xfe\r\n" + b"no end"
+        log = (b".\n..\n.dot\nFrom here\n" + b"x" * 3_000_000 + b"\n\0\xff\xfe\r\n"
+               b"Content-Type: multipart/mixed; boundary=\"end\"\n\n--end\nContent-Type: text/plain\n\n--end--\n" + b"no end")
         self.write(self.log, log)
         self.write(self.other, b"packages\n")
         window = self.compose()
@@ -155,8 +156,8 @@ class MailTest(Spoken):
         begun = self.text(window, "Message")
         self.assertTrue(begun.endswith("Reproduce:\nHow can I reproduce this issue?"), begun)
         subject = self.text(window, "Subject")
-        self.assertEqual(set(self.spoken(window, ITEM)) & {"Attachment log, 1 kB", "Attachment dpkgl.log, 9 bytes"},
-                         {"Attachment log, 1 kB", "Attachment dpkgl.log, 9 bytes"})
+        self.assertEqual(set(self.spoken(window, ITEM)) & {"Attachment log, 3.0 MB", "Attachment dpkgl.log, 9 bytes"},
+                         {"Attachment log, 3.0 MB", "Attachment dpkgl.log, 9 bytes"})
         long_line = "y" * 1100
         self.keys(window, "ctrl+End", "Return")
         eventually(lambda: self.text(window, "Message") == begun + "\n", "the new line")
