@@ -3,6 +3,7 @@
 #include "link/PreferenceKeys.h"
 #include "link/SettingsSession.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -38,8 +39,11 @@ SettingsSession& session() {
 /// Kept on purpose: components are read in single precision, though they are saved in double.
 UIColorRef storedColor() {
     const Value stored = session().value(kLSBlurColor);
-    // One that is missing or no number counts as 0.
-    const auto component = [&](const char* key) { return static_cast<float>(stored[key].doubleValue()); };
+    // One that is missing or no number counts as 0, and one beyond its bounds as the nearer of them: most doubles are
+    // beyond all that single precision has.
+    const auto component = [&](const char* key) {
+        return static_cast<float>(std::clamp(stored[key].doubleValue(), 0.0, 1.0));
+    };
     return ColorPickerView::h(component("h"), component("s"), component("b"));
 }
 

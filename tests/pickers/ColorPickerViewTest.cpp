@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cfenv>
 #include <cmath>
 #include <memory>
 #include <string>
@@ -115,8 +116,10 @@ TEST_F(ColorPage, ReadsWhatIsNoColourAsBlack) {
 }
 
 TEST_F(ColorPage, TakesStoredNumbersOutOfRangeAsTheNearestInIt) {
+    std::feclearexcept(FE_OVERFLOW);
     open(stored(-1e300, 1e300, INFINITY));
     EXPECT_EQ(*preview(), *hsb(0, 1, 1));
+    EXPECT_EQ(std::fetestexcept(FE_OVERFLOW), 0) << "they were narrowed before they were bounded";
 }
 
 TEST_F(ColorPage, ReadsInSinglePrecisionAndSavesInDouble) {
