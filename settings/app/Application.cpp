@@ -2,6 +2,7 @@
 
 #include "settings/app/DesktopLook.h"
 #include "settings/app/Pictures.h"
+#include "settings/app/TouchItem.h"
 
 #include "platform/foundation/Unicode.h"
 
@@ -81,6 +82,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Settings"));
     QGuiApplication::setDesktopFileName(QStringLiteral("lumora-settings"));
     QGuiApplication::setQuitOnLastWindowClosed(false); // Shell::leave() ends the process
+    TouchItem::wantEveryMove();
     QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
 
     auto& shell = *new Shell;

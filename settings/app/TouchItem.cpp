@@ -1,5 +1,6 @@
 #include "settings/app/TouchItem.h"
 
+#include <QCoreApplication>
 #include <QMouseEvent>
 #include <QTouchEvent>
 
@@ -18,6 +19,13 @@ TouchItem::TouchItem(QQuickItem* parent) : QQuickItem(parent) {
     setAcceptTouchEvents(true);
     setKeepMouseGrab(true);
     setKeepTouchGrab(true);
+}
+
+void TouchItem::wantEveryMove() {
+    // Of the mouse and of fingers, where they come from the display server; the toolkit has switched that on by now.
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
+    // Of fingers, which would wait for the next picture.
+    qputenv("QML_NO_TOUCH_COMPRESSION", "1");
 }
 
 TouchItem::~TouchItem() {

@@ -21,6 +21,10 @@ class TouchItem : public QQuickItem {
     explicit TouchItem(QQuickItem* parent = nullptr);
     ~TouchItem() override;
 
+    /// The toolkit makes one of the moves that it finds waiting, since most programs draw no more than that; here each
+    /// of them means something. For all windows of the process, before the first one and after the application object.
+    static void wantEveryMove();
+
     [[nodiscard]] PageModel* page() const { return page_; }
     void setPage(PageModel* page);
 

@@ -1,3 +1,4 @@
+#include "settings/app/TouchItem.h"
 #include "tests/settings/ui/Bench.h"
 
 #include <QProcess>
@@ -22,6 +23,7 @@ class Setup : public QObject {
     }
 
   public slots:
+    void applicationAvailable() { settings::TouchItem::wantEveryMove(); }
     void qmlEngineAvailable(QQmlEngine* engine) {
         engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
         engine->rootContext()->setContextProperty(QStringLiteral("bench"),
