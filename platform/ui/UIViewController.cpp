@@ -8,11 +8,12 @@ UIViewController::~UIViewController() {
     if (presented_) presented_->presenting_ = nullptr;
 }
 
-void UIViewController::presentViewController(std::shared_ptr<UIViewController> controller, bool /*animated*/,
+void UIViewController::presentViewController(std::shared_ptr<UIViewController> controller, bool animated,
                                              const std::function<void()>& completion) {
     if (!controller || presented_ || controller->presenting_) return;
     controller->presenting_ = this;
     presented_ = std::move(controller);
+    presentsAnimated_ = animated;
     if (completion) completion();
 }
 
@@ -24,6 +25,7 @@ void UIViewController::dismissViewControllerAnimated(bool animated, const std::f
     // Kept until the end: it may be the one that asked, and nobody else may hold it.
     const std::shared_ptr<UIViewController> dismissed = std::exchange(presented_, nullptr);
     dismissed->presenting_ = nullptr;
+    presentsAnimated_ = animated;
     if (completion) completion();
 }
 

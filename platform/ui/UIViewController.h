@@ -23,11 +23,14 @@ class PLATFORM_EXPORT UIViewController : public NSObject, public std::enable_sha
                                const std::function<void()>& completion);
     /// Null when none is.
     [[nodiscard]] const std::shared_ptr<UIViewController>& presentedViewController() const { return presented_; }
+    /// Whether what was presented last was to be seen coming, or going once it was dismissed.
+    [[nodiscard]] bool presentsAnimated() const { return presentsAnimated_; }
     /// Ends what this one presents or, when it presents nothing, its own presentation.
     void dismissViewControllerAnimated(bool animated, const std::function<void()>& completion);
 
   private:
     std::shared_ptr<UIViewController> presented_;
+    bool presentsAnimated_ = false;
     UIViewController* presenting_ = nullptr; ///< keeps this one, so it is there as long as it is named here
 };
 

@@ -53,6 +53,7 @@ class PageModel : public QObject {
     Q_PROPERTY(settings::TextModel* text READ text NOTIFY textChanged)
     Q_PROPERTY(QQmlListProperty<settings::ElementModel> elements READ drawnElements NOTIFY elementsChanged)
     Q_PROPERTY(settings::ComposerModel* composer READ composer NOTIFY composerChanged)
+    Q_PROPERTY(bool presentsAnimated READ presentsAnimated NOTIFY composerChanged)
     Q_PROPERTY(QQmlListProperty<settings::GroupModel> groups READ drawnGroups NOTIFY groupsChanged)
 
   public:
@@ -68,6 +69,8 @@ class PageModel : public QObject {
     [[nodiscard]] const QList<ElementModel*>& elements() const { return elements_; }
     /// Null when no message is being composed.
     [[nodiscard]] ComposerModel* composer() const { return composer_; }
+    /// It is to be seen coming or, when it is null, going.
+    [[nodiscard]] bool presentsAnimated() const { return page_->presentsAnimated; }
     [[nodiscard]] const PageSnapshot& snapshot() const { return *page_; }
 
     /// Takes up a newer snapshot of the same page.

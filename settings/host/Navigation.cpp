@@ -23,6 +23,11 @@ PSSpecifierRef rowAt(PSListController& page, std::size_t row) {
     return rows && row < rows->size() ? (*rows)[row] : nullptr;
 }
 
+void addComposer(PageSnapshot& shown, const PSListController& page) {
+    shown.composer = composerSnapshotOf(page);
+    shown.presentsAnimated = page.presentsAnimated();
+}
+
 bool isEditable(const PSSpecifier& row) {
     switch (row.cellType()) {
     case PSSliderCell:
@@ -159,7 +164,7 @@ void Navigation::composerChanged(std::uint64_t id) {
     if (!page) return;
     // The rows keep the values that they have been shown with, as when one of them is edited.
     PageSnapshot shown = *page->snapshot;
-    shown.composer = composerSnapshotOf(*page->controller);
+    addComposer(shown, *page->controller);
     page->snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
     publish();
 }
@@ -212,7 +217,7 @@ void Navigation::appear(bool animated) {
 
 void Navigation::readAnew(OpenPage& page) {
     PageSnapshot shown = snapshotOf(*page.controller, page.className, page.id);
-    shown.composer = composerSnapshotOf(*page.controller);
+    addComposer(shown, *page.controller);
     page.snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
 }
 

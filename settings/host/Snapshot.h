@@ -150,6 +150,7 @@ struct PageSnapshot {
     std::vector<ElementSnapshot> elements;      ///< of that view, back to front; frames are on the page
     bool hostsView = false;
     std::shared_ptr<const ComposerSnapshot> composer; ///< what the page presents over itself, null for nothing
+    bool presentsAnimated = true;                     ///< it is to be seen coming and, once it is null, going
 };
 
 /// A page that is being made or is about to appear: what the main thread may be waiting for.

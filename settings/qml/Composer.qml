@@ -11,6 +11,7 @@ FocusScope {
     // Null once composing has ended; the sheet slides away then and says when it is gone.
     property ComposerModel composer
     property int gap: 0 // above the sheet
+    property bool animated: true // it slides, here and away, where anything moves at all
     signal gone
 
     property bool open: false
@@ -20,6 +21,7 @@ FocusScope {
     property Item focusBefore: null // of that question
     property var begun: ({ to: "", subject: "", body: "" })
     property var attachments: []
+    readonly property bool slides: animated && Theme.animated
     readonly property bool working: handedOver || (composer?.working ?? true)
     readonly property bool edited: to.text !== begun.to || subject.text !== begun.subject || body.text !== begun.body
 
@@ -64,7 +66,7 @@ FocusScope {
             composer.leave(to.text, subject.text, body.text);
     }
     function slideAway() {
-        if (!Theme.animated || !open)
+        if (!slides || !open)
             gone();
         open = false;
     }
@@ -102,7 +104,7 @@ FocusScope {
         color: "black"
         opacity: root.open ? 0.4 : 0
 
-        Behavior on opacity { enabled: Theme.animated; NumberAnimation { duration: 300 } }
+        Behavior on opacity { enabled: root.slides; NumberAnimation { duration: 300 } }
     }
     // What is behind hears nothing.
     MouseArea {
@@ -123,7 +125,7 @@ FocusScope {
         Accessible.name: title.text
 
         Behavior on y {
-            enabled: Theme.animated
+            enabled: root.slides
             NumberAnimation {
                 duration: 300
                 easing.type: Easing.OutCubic

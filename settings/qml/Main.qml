@@ -25,8 +25,10 @@ Window {
     onComposingChanged: {
         if (composing) {
             sheet.source = "";
-            sheet.setSource("Composer.qml", { composer: composing, gap: shell.barHeight });
+            sheet.setSource("Composer.qml", { composer: composing, gap: shell.barHeight,
+                                              animated: stack.shownPage.page.presentsAnimated });
         } else if (sheet.item) {
+            sheet.item.animated = stack.shownPage?.page.presentsAnimated ?? true;
             sheet.item.composer = null;
         }
     }

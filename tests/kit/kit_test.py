@@ -124,7 +124,7 @@ class Kit(unittest.TestCase):
     def test_the_libraries_have_names_to_stand_on(self):
         for library in ("kit", "platform"):
             file = next(self.prefix.rglob(f"liblumora-{library}.so"))
-            self.assertRegex(output("readelf", "-d", file), rf"SONAME.*liblumora-{library}\.so\.3\]")
+            self.assertRegex(output("readelf", "-d", file), rf"SONAME.*liblumora-{library}\.so\.4\]")
         self.assertNotIn(str(BUILD), output("readelf", "-d", next(self.prefix.rglob("liblumora-kit.so"))))
 
     def test_a_page_of_another_compiler_is_not_used_and_lumoractl_says_why(self):
@@ -137,7 +137,7 @@ class Kit(unittest.TestCase):
         output("make", f"CXX={CXX}", folder=folder, PKG_CONFIG_PATH=self.pkgconfig)
         [told] = plugins(folder / "MyView.bundle")
         self.assertFalse(told["settings"])
-        self.assertRegex(told["why"], r"^it was made with kit 3, gcc 7, .* on a kit of another make and does not fit kit 3, ")
+        self.assertRegex(told["why"], r"^it was made with kit 4, gcc 7, .* on a kit of another make and does not fit kit 4, ")
 
     def test_icons_from_the_kits_own_folder_are_not_offered(self):
         source = self.scratch() / "icon.cpp"

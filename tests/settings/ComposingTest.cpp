@@ -58,7 +58,7 @@ class MailPage final : public PSListController, public MFMailComposeViewControll
     void mailComposeController(MFMailComposeViewController& controller, MFMailComposeResult result,
                                const NSError* /*error*/) override {
         results.push_back(result);
-        controller.dismissViewControllerAnimated(true, nullptr);
+        controller.dismissViewControllerAnimated(result != MFMailComposeResultCancelled, nullptr);
     }
 };
 PLATFORM_CLASS(MailPage)
@@ -116,6 +116,12 @@ TEST_F(ComposingTest, ShowsTheMessageThatAButtonPresents) {
     EXPECT_EQ(composer()->attachments.front().name, "log");
     EXPECT_EQ(composer()->attachments.front().size, 1500U);
     EXPECT_FALSE(composer()->working);
+}
+
+TEST_F(ComposingTest, TellsWhetherItIsToBeSeenComingAndGoing) {
+    EXPECT_TRUE(top().presentsAnimated);
+    act(ComposerAction::cancel);
+    EXPECT_FALSE(top().presentsAnimated);
 }
 
 TEST_F(ComposingTest, ShowsNothingAnyMoreWhenItIsCancelled) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace {
 
 using platform::UIViewController;
@@ -28,6 +30,19 @@ TEST(UIViewController, DismissesWhatItPresentsItself) {
     page->presentViewController(std::make_shared<UIViewController>(), false, nullptr);
     page->dismissViewControllerAnimated(false, nullptr);
     EXPECT_EQ(page->presentedViewController(), nullptr);
+}
+
+TEST(UIViewController, TellsWhetherWhatItPresentsIsToBeSeenComingAndGoing) {
+    const auto page = std::make_shared<UIViewController>();
+    for (const auto& [coming, going] : {std::pair(true, false), std::pair(false, true)}) {
+        const auto sheet = std::make_shared<UIViewController>();
+        page->presentViewController(sheet, coming, nullptr);
+        EXPECT_EQ(page->presentsAnimated(), coming);
+        page->presentViewController(std::make_shared<UIViewController>(), !coming, nullptr);
+        EXPECT_EQ(page->presentsAnimated(), coming) << "nothing came of another one";
+        sheet->dismissViewControllerAnimated(going, nullptr);
+        EXPECT_EQ(page->presentsAnimated(), going);
+    }
 }
 
 TEST(UIViewController, PresentsOneAtATimeAndNoneTwice) {

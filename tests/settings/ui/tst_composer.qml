@@ -10,6 +10,7 @@ Item {
     height: 700
 
     property var shownPage: null
+    property bool animated: true
 
     Loader {
         id: host
@@ -19,6 +20,7 @@ Item {
         sourceComponent: Composer {
             composer: root.shownPage.composer
             gap: 52
+            animated: root.animated
         }
     }
     SignalSpy {
@@ -79,6 +81,23 @@ Item {
             return null;
         }
 
+        function test_slidesHereAndAwayWhereThatIsAsked_data() {
+            return [{ tag: "animated", animated: true }, { tag: "at once", animated: false }];
+        }
+        function test_slidesHereAndAwayWhereThatIsAsked(data) {
+            host.active = false;
+            Theme.animated = true;
+            root.animated = data.animated;
+            host.active = true;
+            const sheet = find(host.item, item => item.height === 700 - 52);
+            compare(sheet.y === 52, !data.animated);
+            tryCompare(sheet, "y", 52);
+            gone.clear();
+            bench.compose({});
+            compare(gone.count, data.animated ? 0 : 1);
+            tryCompare(gone, "count", 1);
+            root.animated = true;
+        }
         function test_beginsWithTheMessageAndTheFocusInItsText() {
             compare(spokenAs("To").text, "support@nevo.example");
             compare(spokenAs("Subject").text, "Subject");
