@@ -156,8 +156,10 @@ void UITableView::setViewport(double top, double bottom) {
     makeCells();
 }
 
-void UITableView::deselectRowAtIndexPath(NSIndexPath path, bool /*animated*/) {
-    if (selected_ == path) selected_.reset();
+void UITableView::deselectRowAtIndexPath(NSIndexPath path, bool animated) {
+    if (selected_ != path) return;
+    selected_.reset();
+    deselectsAnimated_ = animated;
 }
 
 void UITableView::scrollToRowAtIndexPath(NSIndexPath path, UITableViewScrollPosition atScrollPosition, bool animated) {
@@ -176,6 +178,15 @@ void UITableView::scrollToRowAtIndexPath(NSIndexPath path, UITableViewScrollPosi
 
 bool UITableView::canMoveRow(NSIndexPath path) {
     return editing_ && dataSource_ && hasRow(path) && dataSource_->canMoveRowAtIndexPath(*this, path);
+}
+
+UITableViewCellEditingStyle UITableView::editingStyleOfRow(NSIndexPath path) {
+    if (!editing_ || !delegate_ || !hasRow(path)) return UITableViewCellEditingStyleNone;
+    return delegate_->editingStyleForRowAtIndexPath(*this, path);
+}
+
+bool UITableView::isRowIndented(NSIndexPath path) {
+    return editing_ && delegate_ && hasRow(path) && delegate_->shouldIndentWhileEditingRowAtIndexPath(*this, path);
 }
 
 void UITableView::tapRow(NSIndexPath path) {

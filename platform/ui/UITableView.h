@@ -30,14 +30,17 @@ class PLATFORM_EXPORT UITableViewDataSource {
     virtual void moveRowAtIndexPath(UITableView& tableView, NSIndexPath from, NSIndexPath to);
 };
 
-/// How a table's rows are shown, and what comes of a tap. Of its answers about editing every list gives the same, none,
-/// and so the table does not ask for them yet.
+/// How a table's rows are shown, and what comes of a tap.
 class PLATFORM_EXPORT UITableViewDelegate {
   public:
     virtual ~UITableViewDelegate();
     /// In points; 44 by default.
     virtual double heightForRowAtIndexPath(UITableView& tableView, NSIndexPath path);
+    /// The sign at the beginning of the row while the table is being edited; by default there is none. It is only
+    /// shown: no list deletes or inserts rows, so nothing comes of a tap on it.
     virtual UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& tableView, NSIndexPath path);
+    /// Whether the row makes room for that sign while the table is being edited, even if it has none; by default it
+    /// does.
     virtual bool shouldIndentWhileEditingRowAtIndexPath(UITableView& tableView, NSIndexPath path);
     /// The user has tapped a row, which is selected now. By default nothing comes of it.
     virtual void didSelectRowAtIndexPath(UITableView& tableView, NSIndexPath path);
@@ -87,6 +90,7 @@ class PLATFORM_EXPORT UITableView final : public UIView {
 
     /// The row that was tapped last, none once it is deselected.
     [[nodiscard]] std::optional<NSIndexPath> indexPathForSelectedRow() const { return selected_; }
+    /// The row's ground goes back to what it was, slowly when that is `animated`.
     void deselectRowAtIndexPath(NSIndexPath path, bool animated);
     /// Brings a row into view, as far as scrolling allows, and makes the cells around it. A row that there is not does
     /// nothing.
@@ -119,6 +123,12 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     [[nodiscard]] const std::map<NSIndexPath, std::shared_ptr<UITableViewCell>>& visibleCells() const { return cells_; }
     /// True while editing, when the data source says that the row can be moved.
     [[nodiscard]] bool canMoveRow(NSIndexPath path);
+    /// What the delegate says of the row while editing; none otherwise.
+    [[nodiscard]] UITableViewCellEditingStyle editingStyleOfRow(NSIndexPath path);
+    /// True while editing, when the delegate says that the row is indented.
+    [[nodiscard]] bool isRowIndented(NSIndexPath path);
+    /// How the last row was deselected.
+    [[nodiscard]] bool deselectsAnimated() const { return deselectsAnimated_; }
     /// The last row that was to be scrolled to, for whoever draws: by the heights as drawn, and once for each number.
     struct ScrollRequest {
         std::uint64_t serial = 0; ///< 0 when there was none yet
@@ -150,6 +160,7 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     double top_ = 0;
     double bottom_ = 0;
     std::optional<NSIndexPath> selected_;
+    bool deselectsAnimated_ = false;
     ScrollRequest scrollRequest_;
     std::map<NSIndexPath, std::shared_ptr<UITableViewCell>> cells_;
     std::multimap<std::string, std::shared_ptr<UITableViewCell>> reusable_;

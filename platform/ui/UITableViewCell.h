@@ -10,7 +10,11 @@
 namespace platform {
 
 enum UITableViewCellStyle : int { UITableViewCellStyleDefault = 0 };
-enum UITableViewCellEditingStyle : int { UITableViewCellEditingStyleNone = 0 };
+enum UITableViewCellEditingStyle : int {
+    UITableViewCellEditingStyleNone = 0,
+    UITableViewCellEditingStyleDelete = 1,
+    UITableViewCellEditingStyleInsert = 2
+};
 
 enum UITableViewCellAccessoryType : int { UITableViewCellAccessoryNone = 0, UITableViewCellAccessoryCheckmark = 3 };
 

@@ -21,7 +21,8 @@ class Events {
     /// A row of the page's table was dropped, its own place included. `taken` as above.
     virtual void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
                           std::function<void()> taken) = 0;
-    virtual void tableRowTapped(std::uint64_t page, platform::NSIndexPath path) = 0;
+    /// `taken` as above.
+    virtual void tableRowTapped(std::uint64_t page, platform::NSIndexPath path, std::function<void()> taken) = 0;
     /// Fingers, or the mouse, on the view that the page hosts, all that come at one time together; places are on the
     /// page. `taken` as above, and may be null.
     virtual void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,

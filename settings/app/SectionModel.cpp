@@ -19,13 +19,16 @@ enum Role : int {
     IconRole,
     HasIconRole,
     MovableRole,
+    EditingStyleRole,
+    IndentedRole,
     MarkedRole
 };
 
 bool isSame(const SectionModel::Row& one, const SectionModel::Row& other) {
     const auto parts = [](const SectionModel::Row& row) {
         return std::tie(row.row, row.place, row.top, row.first, row.last, row.cell.title, row.cell.identifier,
-                        row.cell.image, row.cell.movable, row.cell.marked, row.cell.font);
+                        row.cell.image, row.cell.movable, row.cell.editingStyle, row.cell.indented, row.cell.marked,
+                        row.cell.font);
     };
     return parts(one) == parts(other);
 }
@@ -115,6 +118,10 @@ QVariant SectionModel::data(const QModelIndex& index, int role) const {
         return row.cell.image != nullptr;
     case MovableRole:
         return row.cell.movable;
+    case EditingStyleRole:
+        return row.cell.editingStyle;
+    case IndentedRole:
+        return row.cell.indented;
     case MarkedRole:
         return row.cell.marked;
     default:
@@ -123,10 +130,20 @@ QVariant SectionModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> SectionModel::roleNames() const {
-    return {{PlaceRole, "place"},           {PositionRole, "position"}, {TopRole, "rowTop"},
-            {FirstRole, "first"},           {LastRole, "last"},         {TitleRole, "title"},
-            {SpokenNameRole, "spokenName"}, {IconRole, "icon"},         {HasIconRole, "hasIcon"},
-            {MovableRole, "movable"},       {MarkedRole, "marked"},     {TitleFontRole, "titleFont"}};
+    return {{PlaceRole, "place"},
+            {PositionRole, "position"},
+            {TopRole, "rowTop"},
+            {FirstRole, "first"},
+            {LastRole, "last"},
+            {TitleRole, "title"},
+            {SpokenNameRole, "spokenName"},
+            {IconRole, "icon"},
+            {HasIconRole, "hasIcon"},
+            {MovableRole, "movable"},
+            {MarkedRole, "marked"},
+            {TitleFontRole, "titleFont"},
+            {EditingStyleRole, "editingStyle"},
+            {IndentedRole, "indented"}};
 }
 
 } // namespace settings

@@ -170,8 +170,8 @@ void Shell::rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::N
     post([page, from, to](Navigation& navigation) { navigation.rowMoved(page, from, to); }, std::move(taken));
 }
 
-void Shell::tableRowTapped(std::uint64_t page, platform::NSIndexPath path) {
-    post([page, path](Navigation& navigation) { navigation.tableRowTapped(page, path); });
+void Shell::tableRowTapped(std::uint64_t page, platform::NSIndexPath path, std::function<void()> taken) {
+    post([page, path](Navigation& navigation) { navigation.tableRowTapped(page, path); }, std::move(taken));
 }
 
 void Shell::touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,

@@ -94,7 +94,7 @@ class Shell : public QObject, private Events {
                       std::function<void()> taken) override;
     void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
                   std::function<void()> taken) override;
-    void tableRowTapped(std::uint64_t page, platform::NSIndexPath path) override;
+    void tableRowTapped(std::uint64_t page, platform::NSIndexPath path, std::function<void()> taken) override;
     void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
                  std::function<void()> taken) override;
     void tableScrolled(std::uint64_t page, const TableViewport& viewport) override;

@@ -82,7 +82,10 @@ void TableModel::read(std::shared_ptr<const TableSnapshot> table) {
 
 void TableModel::take() {
     const bool sameFrame = shown_.frame == latest_->frame;
+    const bool sameStyle = shown_.grouped == latest_->grouped;
     const bool sameUse = shown_.selectable == latest_->selectable;
+    const bool sameWay = shown_.deselectsAnimated == latest_->deselectsAnimated;
+    const int selectedBefore = selected();
     // A row in the user's hand is held by an item that goes away with its section.
     if (latest_->sections.size() != shown_.sections.size()) putBack();
     shown_ = *latest_;
@@ -92,7 +95,10 @@ void TableModel::take() {
     measure();
     // Nobody is told before everything has its place.
     if (!sameFrame) emit frameChanged();
+    if (!sameStyle) emit groupedChanged();
     if (!sameUse) emit selectableChanged();
+    if (!sameWay) emit deselectsAnimatedChanged(); // first, because it is about how the selected row changes
+    if (selected() != selectedBefore) emit selectedChanged();
     if (former != sections_) {
         emit sectionsChanged();
         for (SectionModel* old : former)
@@ -203,7 +209,19 @@ void TableModel::place() {
 void TableModel::tap(int place) {
     if (!selectable() || place < 0 || place >= total()) return;
     setCurrent(place);
-    events_.tableRowTapped(page_, layout_.pathOf(place));
+    tapsUnderWay_.push_back(layout_.pathOf(place));
+    emit selectedChanged();
+    events_.tableRowTapped(page_, tapsUnderWay_.back(), [self = QPointer(this)] {
+        TableModel* const table = self.data();
+        if (!table) return;
+        table->tapsUnderWay_.pop_front();
+        emit table->selectedChanged();
+    });
+}
+
+int TableModel::selected() const {
+    const auto path = tapsUnderWay_.empty() ? shown_.selected : std::optional(tapsUnderWay_.back());
+    return path && layout_.hasRow(*path) ? layout_.placeOf(*path) : -1;
 }
 
 bool TableModel::isScrollAsked() const {

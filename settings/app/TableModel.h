@@ -34,7 +34,10 @@ class TableModel : public QObject {
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY placed)
     Q_PROPERTY(int total READ total NOTIFY placed)
     Q_PROPERTY(int current READ current WRITE setCurrent NOTIFY currentChanged)
+    Q_PROPERTY(bool grouped READ grouped NOTIFY groupedChanged)
     Q_PROPERTY(bool selectable READ selectable NOTIFY selectableChanged)
+    Q_PROPERTY(int selected READ selected NOTIFY selectedChanged)
+    Q_PROPERTY(bool deselectsAnimated READ deselectsAnimated NOTIFY deselectsAnimatedChanged)
     Q_PROPERTY(int lifted READ lifted NOTIFY liftedChanged)
 
   public:
@@ -46,8 +49,15 @@ class TableModel : public QObject {
     /// The row that has the keyboard focus when the table has it, -1 when there are no rows.
     [[nodiscard]] int current() const { return total() > 0 ? layout_.placeOf(current_) : -1; }
     void setCurrent(int place);
+    /// Rows stand apart from the sides, in boxes with round corners.
+    [[nodiscard]] bool grouped() const { return shown_.grouped; }
     /// A tap on a row means something.
     [[nodiscard]] bool selectable() const { return shown_.selectable; }
+    /// The row that was tapped, -1 for none. It stays so until the page has taken the tap, and then for as long as the
+    /// page wants.
+    [[nodiscard]] int selected() const;
+    /// The row that was selected last is to be seen fading.
+    [[nodiscard]] bool deselectsAnimated() const { return shown_.deselectsAnimated; }
     /// The row in the user's hand, -1 for none.
     [[nodiscard]] int lifted() const { return lifted_ ? layout_.placeOf(*lifted_) : -1; }
 
@@ -87,7 +97,10 @@ class TableModel : public QObject {
     void placed();
     void currentChanged();
     void liftedChanged();
+    void groupedChanged();
     void selectableChanged();
+    void selectedChanged();
+    void deselectsAnimatedChanged();
     void scrollAsked();
 
   private:
@@ -123,6 +136,7 @@ class TableModel : public QObject {
     platform::NSIndexPath target_; ///< where the lifted row would go
     double liftedTop_ = 0;
     std::deque<Move> movesUnderWay_;
+    std::deque<platform::NSIndexPath> tapsUnderWay_;
     std::uint64_t lastScroll_ = 0; ///< the last request that was done
 
     std::vector<TableLayout::Rows> inView_;

@@ -67,6 +67,8 @@ struct CellSnapshot {
     std::string identifier; ///< the hidden detail text
     platform::UIImageRef image;
     bool movable = false;       ///< has a handle to drag it by
+    int editingStyle = 0;       ///< platform::UITableViewCellEditingStyle
+    bool indented = false;      ///< has room for the sign of that
     bool marked = false;        ///< bears a checkmark
     platform::UIFontRef font{}; ///< of the title; null for the table's usual one
 };
@@ -100,7 +102,10 @@ struct TableSnapshot {
     std::uint64_t id = 0;   ///< tells tables apart: a page that appears again has another one, which begins at its top
     platform::CGRect frame; ///< on the page
     std::vector<SectionSnapshot> sections;
-    bool selectable = false; ///< a tap on a row means something
+    bool grouped = true;                           ///< its rows stand apart from the sides, in boxes with round corners
+    bool selectable = false;                       ///< a tap on a row means something
+    std::optional<platform::NSIndexPath> selected; ///< the row that was tapped, until it is deselected
+    bool deselectsAnimated = false;                ///< as the last one was
     ScrollRequest scroll;
 };
 

@@ -107,6 +107,8 @@ CellSnapshot snapshotOf(UITableView& table, NSIndexPath path, UITableViewCell& c
     shown.identifier = cell.detailTextLabel().text();
     shown.image = cell.imageView().image();
     shown.movable = table.canMoveRow(path);
+    shown.editingStyle = table.editingStyleOfRow(path);
+    shown.indented = table.isRowIndented(path);
     if (const UIFontRef& font = cell.textLabel().font(); !font->fontName().empty()) shown.font = font;
     return shown;
 }
@@ -130,7 +132,10 @@ TableSnapshot snapshotOf(UITableView& table) {
         if (section.cells.empty()) section.firstCell = path.row;
         section.cells.push_back(snapshotOf(table, path, *cell));
     }
+    shown.grouped = table.style() == UITableViewStyleGrouped;
     shown.selectable = !table.isEditing();
+    shown.selected = table.indexPathForSelectedRow();
+    shown.deselectsAnimated = table.deselectsAnimated();
     const UITableView::ScrollRequest& scroll = table.scrollRequest();
     shown.scroll = {scroll.serial, scroll.row, static_cast<ScrollPosition>(scroll.position), scroll.animated};
     return shown;

@@ -10,7 +10,7 @@ FocusScope {
     required property TableModel table
     required property string title
 
-    readonly property real columnWidth: Math.min(width, Theme.contentWidth) - 2 * Theme.inset
+    readonly property real columnWidth: table.grouped ? Math.min(width, Theme.contentWidth) - 2 * Theme.inset : width
     readonly property real columnX: (width - columnWidth) / 2
     readonly property bool dragging: table.lifted >= 0
     readonly property alias contentY: flick.contentY
@@ -287,6 +287,8 @@ FocusScope {
                         required hasIcon
                         required marked
                         required movable
+                        required editingStyle
+                        required indented
                         required first
                         required last
 
@@ -297,7 +299,9 @@ FocusScope {
                         height: part.section.rowHeight
                         empty: lifted || place === landing.place
                         focused: isCurrent && root.keyboardFocus
-                        down: touch.pressed
+                        down: touch.pressed || place === root.table.selected
+                        fades: root.table.deselectsAnimated
+                        boxed: root.table.grouped
                         inView: rowTop < flick.contentY + flick.height && rowTop + height > flick.contentY
 
                         // The gap goes beneath the rows of the other sections too.
@@ -399,6 +403,7 @@ FocusScope {
         first: true
         last: true
         down: true
+        boxed: root.table.grouped
 
         function take(row) {
             title = row.title;
@@ -407,6 +412,8 @@ FocusScope {
             hasIcon = row.hasIcon;
             marked = row.marked;
             movable = row.movable;
+            editingStyle = row.editingStyle;
+            indented = row.indented;
             height = row.height;
             rowTop = row.rowTop;
         }

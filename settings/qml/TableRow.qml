@@ -1,7 +1,8 @@
 import QtQuick
 import Lumora
 
-// One row of a table: a title, a check mark, and the handle to move it by. Empty while it is in the hand.
+// One row of a table: the sign to delete or insert it by, a title, a check mark, and the handle to move it by. Empty while
+// it is in the hand.
 Cell {
     id: root
 
@@ -10,12 +11,48 @@ Cell {
     property bool inView: true // until then no font is opened for it
     property bool marked: false
     property bool movable: false
+    property int editingStyle: 0 // 1 to delete, 2 to insert, 0 for no sign
+    property bool indented: false
+    property bool fades: false // when it is no longer down
+    readonly property alias fading: fade.running
     // The signs are as large as the title, which the height of the row does not let grow for ever.
     readonly property real scaling: Theme.bodySizeWithin(height) / 17
 
+    indent: indented || editingStyle !== 0 ? 38 : 0
+
+    onDownChanged: {
+        if (fades && !down && Theme.animated)
+            fade.restart();
+        else
+            fade.stop();
+    }
+    ColorAnimation {
+        id: fade
+
+        target: root
+        property: "ground"
+        from: Theme.cellDown
+        to: Theme.cell
+        duration: 250
+    }
+    Loader {
+        active: root.editingStyle !== 0
+        visible: !root.empty
+        anchors { left: parent.left; leftMargin: Theme.inset; verticalCenter: parent.verticalCenter }
+        sourceComponent: Rectangle {
+            width: 22
+            height: width
+            radius: width / 2
+            color: root.editingStyle === 1 ? Theme.warning : Theme.on
+            antialiasing: true
+
+            Rectangle { anchors.centerIn: parent; width: 12; height: 2; color: "white" }
+            Rectangle { anchors.centerIn: parent; width: 2; height: 12; color: "white"; visible: root.editingStyle === 2 }
+        }
+    }
     Item {
         visible: !root.empty
-        anchors { fill: parent; leftMargin: Theme.contentInset(root.hasIcon); rightMargin: Theme.inset }
+        anchors { fill: parent; leftMargin: root.indent + Theme.contentInset(root.hasIcon); rightMargin: Theme.inset }
 
         // Drawn in a font of its own, unless that cannot be.
         Loader {

@@ -20,7 +20,7 @@ class Hand final : public Events {
                       std::function<void()> /*taken*/) override {}
     void rowMoved(std::uint64_t /*page*/, NSIndexPath /*from*/, NSIndexPath /*to*/,
                   std::function<void()> /*taken*/) override {}
-    void tableRowTapped(std::uint64_t /*page*/, NSIndexPath /*path*/) override {}
+    void tableRowTapped(std::uint64_t /*page*/, NSIndexPath /*path*/, std::function<void()> /*taken*/) override {}
     void tableScrolled(std::uint64_t /*page*/, const TableViewport& /*viewport*/) override {}
     void composed(std::uint64_t /*page*/, std::uint64_t /*composer*/, ComposerAction /*action*/,
                   const platform::MailText& /*text*/) override {}

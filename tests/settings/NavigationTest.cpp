@@ -516,10 +516,36 @@ TEST_F(ChoiceNavigationTest, MarksTheTappedRow) {
     EXPECT_FALSE(cell(51).marked);
 }
 
+TEST_F(ChoiceNavigationTest, TellsWhichRowIsSelectedAndHowTheLastOneCeasedToBe) {
+    EXPECT_EQ(table().selected, std::nullopt);
+    EXPECT_FALSE(table().deselectsAnimated);
+    navigation.tableRowTapped(top().id, {0, 52});
+    EXPECT_EQ(table().selected, (NSIndexPath{0, 52}));
+    navigation.tableRowTapped(top().id, {0, 53}); // which the page deselects at once
+    EXPECT_EQ(table().selected, std::nullopt);
+    EXPECT_TRUE(table().deselectsAnimated);
+}
+
+TEST_F(ChoiceNavigationTest, TellsTheStyleOfItsTable) {
+    EXPECT_TRUE(table().grouped);
+    ChoiceView::style = UITableViewStylePlain;
+    ASSERT_TRUE(navigation.open(NSClassFromString("ChoicePage"), "Choice"));
+    EXPECT_FALSE(table().grouped);
+    ChoiceView::style = UITableViewStyleGrouped;
+}
+
 TEST_F(ChoiceNavigationTest, NamesTheFontOfATitleUnlessItIsTheSystems) {
     ASSERT_NE(cell(51).font, nullptr);
     EXPECT_EQ(cell(51).font->fontName(), "Inter-Bold");
     EXPECT_EQ(cell(52).font, nullptr);
+}
+
+TEST_F(TableNavigationTest, TellsWhichRowsHaveSignsAndRoomForThem) {
+    scroll(50, 170);
+    std::vector<std::pair<int, bool>> signs;
+    for (const CellSnapshot& cell : table().sections.at(0).cells)
+        signs.emplace_back(cell.editingStyle, cell.indented);
+    EXPECT_THAT(signs, ElementsAre(Pair(0, false), Pair(1, true), Pair(2, false)));
 }
 
 TEST_F(TableNavigationTest, HasNothingToSelectWhileItIsEditedAndNothingToScrollTo) {

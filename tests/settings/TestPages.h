@@ -167,12 +167,13 @@ class TableView : public platform::UIView,
         return 40;
     }
     platform::UITableViewCellEditingStyle editingStyleForRowAtIndexPath(platform::UITableView& /*table*/,
-                                                                        platform::NSIndexPath /*path*/) override {
-        return platform::UITableViewCellEditingStyleNone;
+                                                                        platform::NSIndexPath path) override {
+        return path == platform::NSIndexPath{0, 1}   ? platform::UITableViewCellEditingStyleDelete
+               : path == platform::NSIndexPath{0, 2} ? platform::UITableViewCellEditingStyleInsert
+                                                     : platform::UITableViewCellEditingStyleNone;
     }
-    bool shouldIndentWhileEditingRowAtIndexPath(platform::UITableView& /*table*/,
-                                                platform::NSIndexPath /*path*/) override {
-        return false;
+    bool shouldIndentWhileEditingRowAtIndexPath(platform::UITableView& /*table*/, platform::NSIndexPath path) override {
+        return path == platform::NSIndexPath{0, 1};
     }
 };
 
@@ -275,10 +276,12 @@ class ChoiceView : public platform::UIView,
                    public platform::UITableViewDataSource,
                    public platform::UITableViewDelegate {
   public:
+    static inline platform::UITableViewStyle style = platform::UITableViewStyleGrouped;
+
     bool initWithFrame(const platform::CGRect& frame) override {
         using namespace platform;
         if (!UIView::initWithFrame(frame)) return false;
-        table_ = make<UITableView>(frame, UITableViewStyleGrouped);
+        table_ = make<UITableView>(frame, style);
         table_->setDataSource(this);
         table_->setDelegate(this);
         addSubview(table_);
@@ -295,6 +298,7 @@ class ChoiceView : public platform::UIView,
     }
     void didSelectRowAtIndexPath(platform::UITableView& table, platform::NSIndexPath path) override {
         table.cellForRowAtIndexPath(path)->setAccessoryType(platform::UITableViewCellAccessoryCheckmark);
+        if (path.row == 53) table.deselectRowAtIndexPath(path, true);
     }
 
   private:

@@ -55,10 +55,12 @@ struct Content : UITableViewDataSource, UITableViewDelegate {
         destination.insert(destination.begin() + to.row, std::move(row));
     }
     double heightForRowAtIndexPath(UITableView& /*table*/, NSIndexPath /*path*/) override { return height; }
-    UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& /*table*/, NSIndexPath /*path*/) override {
-        return UITableViewCellEditingStyleNone;
+    UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& /*table*/, NSIndexPath path) override {
+        return path.row == 1 ? UITableViewCellEditingStyleInsert : UITableViewCellEditingStyleNone;
     }
-    bool shouldIndentWhileEditingRowAtIndexPath(UITableView& /*table*/, NSIndexPath /*path*/) override { return false; }
+    bool shouldIndentWhileEditingRowAtIndexPath(UITableView& /*table*/, NSIndexPath path) override {
+        return path.row == 2;
+    }
 };
 
 struct Table : testing::Test {
@@ -308,8 +310,13 @@ TEST_F(PlainTable, KeepsATappedRowSelectedUntilItIsDeselected) {
     EXPECT_EQ(table->indexPathForSelectedRow(), (NSIndexPath{0, 3}));
     table->deselectRowAtIndexPath({0, 2}, true);
     EXPECT_EQ(table->indexPathForSelectedRow(), (NSIndexPath{0, 3}));
+    EXPECT_FALSE(table->deselectsAnimated());
     table->deselectRowAtIndexPath({0, 3}, true);
     EXPECT_EQ(table->indexPathForSelectedRow(), std::nullopt);
+    EXPECT_TRUE(table->deselectsAnimated());
+    table->tapRow({0, 3});
+    table->deselectRowAtIndexPath({0, 3}, false);
+    EXPECT_FALSE(table->deselectsAnimated());
 }
 
 TEST_F(PlainTable, SelectsNothingWhileItIsEditingOrWhereThereIsNoRow) {
@@ -374,6 +381,20 @@ TEST_F(PlainTable, KeepsAsManyCellsAroundAsWhoeverDrawsHasAskedFor) {
     table->setViewport(0, std::numeric_limits<double>::infinity());
     table->scrollToRowAtIndexPath({0, 3}, UITableViewScrollPositionMiddle, false);
     EXPECT_EQ(ends(), std::pair(0, 99));
+}
+
+TEST_F(Table, AsksForSignsAndRoomForThemWhileItIsEditing) {
+    show({numbered(3)});
+    for (const int row : {0, 1, 2}) {
+        EXPECT_EQ(table->editingStyleOfRow({0, row}),
+                  row == 1 ? UITableViewCellEditingStyleInsert : UITableViewCellEditingStyleNone);
+        EXPECT_EQ(table->isRowIndented({0, row}), row == 2);
+    }
+    EXPECT_EQ(table->editingStyleOfRow({1, 1}), UITableViewCellEditingStyleNone) << "there is no such row";
+    EXPECT_FALSE(table->isRowIndented({1, 2}));
+    table->setEditing(false);
+    EXPECT_EQ(table->editingStyleOfRow({0, 1}), UITableViewCellEditingStyleNone);
+    EXPECT_FALSE(table->isRowIndented({0, 2}));
 }
 
 TEST_F(Table, IsEmptyWithoutASource) {

@@ -126,6 +126,8 @@ settings::CellSnapshot Bench::toCell(const QVariantMap& map) const {
     if (map.contains("icon")) cell.image = square(map["icon"].toString());
     cell.marked = map["marked"].toBool();
     cell.movable = !map["fixed"].toBool() && !selectable_;
+    cell.editingStyle = map["editingStyle"].toInt();
+    cell.indented = map["indented"].toBool();
     if (map.contains("font")) cell.font = fontIn(map["font"].toString());
     return cell;
 }
@@ -311,8 +313,9 @@ void Bench::rowMoved(std::uint64_t /*page*/, platform::NSIndexPath from, platfor
     });
 }
 
-void Bench::tableRowTapped(std::uint64_t /*page*/, platform::NSIndexPath path) {
+void Bench::tableRowTapped(std::uint64_t /*page*/, platform::NSIndexPath path, std::function<void()> taken) {
     tableTaps_ << QVariant(QVariantList{path.section, path.row});
+    underWay_.push_back(std::move(taken));
 }
 
 void Bench::touched(std::uint64_t /*page*/, const std::vector<platform::UITouchRouter::Point>& points,
@@ -380,6 +383,9 @@ std::shared_ptr<const settings::PageSnapshot> Bench::tableSnapshot() const {
     table.id = tableId_;
     table.selectable = selectable_;
     table.scroll = scroll_;
+    table.grouped = !plain_;
+    if (selected_ >= 0) table.selected = platform::NSIndexPath{0, selected_};
+    table.deselectsAnimated = deselectsAnimated_;
     table.frame = platform::CGRectMake(0, 0, 390, kTableHeight);
     double y = 0;
     for (std::size_t i = 0; i < sections_.size(); ++i) {

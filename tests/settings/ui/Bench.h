@@ -27,6 +27,11 @@ class Bench : public QObject, private settings::Events {
     Q_PROPERTY(bool busy MEMBER busy_)
     /// A tap on a row of the table means something, and no row can be moved. Until the next page.
     Q_PROPERTY(bool selectable MEMBER selectable_)
+    /// Of the table, from its next snapshot on: its style, the selected row of its only section (-1 for none), and how
+    /// the last one was deselected.
+    Q_PROPERTY(bool plain MEMBER plain_)
+    Q_PROPERTY(int selected MEMBER selected_)
+    Q_PROPERTY(bool deselectsAnimated MEMBER deselectsAnimated_)
     /// How many fonts have been opened to draw titles in.
     Q_PROPERTY(int fontsOpened READ fontsOpened)
 
@@ -40,9 +45,9 @@ class Bench : public QObject, private settings::Events {
     /// A newer snapshot of the last page, with these rows.
     Q_INVOKABLE void show(const QVariantList& rows);
     /// A page with a table: sections as maps of "header", "footer" and either "rows", maps of "title", "identifier",
-    /// "icon", "marked", "fixed", "font" (a file, or one and a number, as "a.ttc#1"), or "count", to which "fonts" may
-    /// say that row 7 has the font "many0007.ttf". The table fills 390 × 700 points, and cells are made as it asks for
-    /// them.
+    /// "icon", "marked", "fixed", "editingStyle", "indented", "font" (a file, or one and a number, as "a.ttc#1"), or
+    /// "count", to which "fonts" may say that row 7 has the font "many0007.ttf". The table fills 390 × 700 points, and
+    /// cells are made as it asks for them.
     Q_INVOKABLE settings::PageModel* tablePage(const QVariantList& sections);
     /// A newer snapshot of the last page, with these sections.
     Q_INVOKABLE void showTable(const QVariantList& sections);
@@ -96,7 +101,7 @@ class Bench : public QObject, private settings::Events {
                       std::function<void()> taken) override;
     void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
                   std::function<void()> taken) override;
-    void tableRowTapped(std::uint64_t page, platform::NSIndexPath path) override;
+    void tableRowTapped(std::uint64_t page, platform::NSIndexPath path, std::function<void()> taken) override;
     void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
                  std::function<void()> taken) override;
     void tableScrolled(std::uint64_t page, const settings::TableViewport& viewport) override;
@@ -124,6 +129,9 @@ class Bench : public QObject, private settings::Events {
     QString fonts_;
     bool busy_ = false;
     bool selectable_ = false;
+    bool plain_ = false;
+    int selected_ = -1;
+    bool deselectsAnimated_ = false;
     settings::ScrollRequest scroll_;
     std::uint64_t tableId_ = 1;
     platform::UIColorRef ground_;

@@ -19,6 +19,11 @@ Item {
         width: 1
         height: 1
     }
+    SignalSpy {
+        id: grounds
+
+        signalName: "groundChanged"
+    }
     Loader {
         id: host
 
@@ -44,6 +49,8 @@ Item {
         function cleanup() {
             root.shownPage = null;
             bench.selectable = false;
+            bench.selected = -1;
+            bench.deselectsAnimated = false;
             bench.askToScroll(-1, 0);
             Theme.dark = false;
         }
@@ -99,6 +106,36 @@ Item {
             compare(bench.moves, []);
             mouseClick(host.item, row("A").x + row("A").width - 20, place("A") + 20);
             compare(bench.tableTaps[2], [0, 0], "by its mark too");
+        }
+        function groundOf(title) { return bench.colorAt(host.item, 195, place(title) + 20) }
+        function test_showsATappedRowSelectedUntilThePageDeselectsIt() {
+            open(letters);
+            tapOn("B");
+            compare(groundOf("B"), Theme.cellDown.toString(), "before the page has taken the tap");
+            bench.selected = 1;
+            bench.showTable(letters);
+            bench.takeAll();
+            compare(groundOf("B"), Theme.cellDown.toString(), "and after that");
+            bench.selected = -1;
+            bench.showTable(letters);
+            compare(groundOf("B"), Theme.cell.toString());
+        }
+        function test_letsADeselectedRowFadeWhereThatIsAsked_data() {
+            return [{ tag: "animated", animated: true }, { tag: "at once", animated: false }];
+        }
+        function test_letsADeselectedRowFadeWhereThatIsAsked(data) {
+            Theme.animated = true;
+            open(letters);
+            tapOn("B");
+            grounds.target = row("B");
+            grounds.clear();
+            bench.deselectsAnimated = data.animated;
+            bench.showTable(letters);
+            bench.takeAll();
+            compare(row("B").fading, data.animated);
+            tryCompare(row("B"), "fading", false);
+            compare(grounds.count > 3, data.animated, grounds.count + " changes");
+            compare(groundOf("B"), Theme.cell.toString());
         }
         function test_tellsOfATapByTouchButNotOfOneThatScrolls() {
             open(many);
@@ -173,6 +210,7 @@ Item {
             mousePress(host.item, 100, place("B") + 20);
             compare(rows().filter(item => item.down).map(item => item.title), ["B"]);
             mouseRelease(host.item, 100, place("B") + 20);
+            bench.takeAll();
             compare(rows().filter(item => item.down).length, 0);
         }
         function test_tellsAssistiveToolsWhichRowIsMarked() {

@@ -60,6 +60,7 @@ Item {
             root.shownPage = null;
             root.escapes = 0;
             host.enabled = true;
+            bench.plain = false;
             Theme.dark = false;
         }
         function open(sections) {
@@ -130,6 +131,27 @@ Item {
             open(letters);
             compare(rows().filter(item => item.first).map(item => item.title), ["A", "X"]);
             compare(rows().filter(item => item.last).map(item => item.title), ["C", "Y"]);
+        }
+        function test_standsTheRowsOfAPlainTableFromSideToSideWithoutRoundCorners() {
+            open(letters);
+            const corner = () => bench.colorAt(host.item, row("A").x, row("A").y);
+            verify(corner() !== Theme.cell.toString());
+            bench.plain = true;
+            bench.showTable(letters);
+            compare([row("A").x, row("A").width], [0, 390]);
+            compare(corner(), Theme.cell.toString());
+        }
+        function test_drawsSignsToDeleteAndInsertRowsAndMakesRoomForThem() {
+            open([{ header: "Edited", rows: [{ title: "A" }, { title: "B", indented: true }, { title: "C", editingStyle: 1 },
+                                             { title: "D", editingStyle: 2 }] }]);
+            const left = title => all(row(title), item => item.fixedHeight !== undefined)[0].mapToItem(row(title), 0, 0).x;
+            compare(["A", "B", "C", "D"].map(left), [16, 54, 54, 54]);
+            const colors = title => [[19, 20], [27, 15], [27, 20]].map(([x, y]) =>
+                bench.colorAt(host.item, row(title).x + x, row(title).y + y));
+            const [ground, red, green] = [Theme.cell, Theme.warning, Theme.on].map(color => color.toString());
+            compare(colors("B"), [ground, ground, ground]);
+            compare(colors("C"), [red, red, "#ffffff"]);
+            compare(colors("D"), [green, "#ffffff", "#ffffff"]);
         }
         function test_putsAnIconLeftOfTheTitle() {
             open([{ header: "Enabled", rows: [{ title: "With", icon: "red" }, { title: "Without" }] }]);
