@@ -6,6 +6,7 @@
 #include "platform/preferences/PSSpecifier.h"
 #include "tests/pages/RecordingTweak.h"
 #include "tests/support/Allocations.h"
+#include "tests/support/Deadline.h"
 #include "tests/support/Waiting.h"
 
 #include <gmock/gmock.h>
@@ -142,7 +143,10 @@ TEST_F(TreeTest, ShowsAutoUnlockAppsAsItKnewThemWhileTheAnswerToItsPageIsUnderWa
 
     tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.two"}}}); // as a tweak answers from then on
     tweak.holdAnswers(true);
-    follow({"Apps", "Auto-Unlock", "Auto-Unlock Apps"});
+    {
+        const tests::Deadline deadline("pages that were open before, which wait for no answer");
+        follow({"Apps", "Auto-Unlock", "Auto-Unlock Apps"});
+    }
     EXPECT_THAT(enabled(), ElementsAre("org.one", "org.two"));
     tweak.holdAnswers(false);
     EXPECT_TRUE(tests::eventually([this] {
