@@ -40,14 +40,14 @@ void visitApplications(ALSharedList* list, ALApplicationVisitor visit, void* con
         visit(identifier.c_str(), name.c_str(), context);
 }
 
-void visitIcon(ALSharedList* list, double size, double scale, const char* displayIdentifier, ALIconVisitor visit,
-               void* context) {
+void visitIconFile(ALSharedList* list, double size, double scale, const char* displayIdentifier, ALFileVisitor visit,
+                   void* context) {
     if (!displayIdentifier) return;
-    const std::vector<std::uint8_t> png = list->applications.icon(size, scale, displayIdentifier);
-    if (!png.empty()) visit(png.data(), png.size(), context);
+    const std::filesystem::path file = list->applications.iconFile(size, scale, displayIdentifier);
+    if (!file.empty()) visit(file.c_str(), context);
 }
 
 } // namespace
 
 const ALApplicationListClass ALApplicationList = {AL_APPLICATION_LIST_VERSION, sharedApplicationList, visitApplications,
-                                                  visitIcon};
+                                                  nullptr, visitIconFile};

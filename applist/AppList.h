@@ -4,7 +4,7 @@
  *     /Library/MobileSubstrate/DynamicLibraries/AppList.dylib
  *
  * The library exports one table, the class, under the name ALApplicationList. Its users find it by that name after they
- * have loaded the library, and do not use one of another version. A null entry means "does not answer".
+ * have loaded the library, and do not use one of a later version than they know. A null entry means "does not answer".
  *
  * All functions may be called from any one thread at a time. Texts are UTF-8.
  */
@@ -18,7 +18,7 @@
 extern "C" {
 #endif
 
-#define AL_APPLICATION_LIST_VERSION 1u
+#define AL_APPLICATION_LIST_VERSION 2u
 #define AL_APPLICATION_LIST_SYMBOL "ALApplicationList"
 
 /* The one shared application list; what is in it is the library's own affair. */
@@ -29,6 +29,9 @@ typedef void (*ALApplicationVisitor)(const char* displayIdentifier, const char* 
 
 /* Called once, with an encoded PNG file, valid during the call only. */
 typedef void (*ALIconVisitor)(const uint8_t* bytes, size_t length, void* context);
+
+/* Called once, with the path of a file, valid during the call only. */
+typedef void (*ALFileVisitor)(const char* path, void* context);
 
 typedef struct ALApplicationListClass {
     uint32_t version; /* AL_APPLICATION_LIST_VERSION */
@@ -41,6 +44,13 @@ typedef struct ALApplicationListClass {
      * or size or scale is no sensible number. */
     void (*iconOfSize)(ALSharedList* list, double size, double scale, const char* displayIdentifier,
                        ALIconVisitor visit, void* context);
+    /* From here on since version 2; a table of version 1 ends before it and serves as it did. */
+
+    /* Names the file from which that icon is to be drawn: PNG, SVG, XPM or JPEG, of any size. Users of the library ask
+     * for it first and have it drawn by another process, so that no picture of a stranger can hurt them or make them
+     * wait. When it does not call back, iconOfSize is asked. */
+    void (*iconFileOfSize)(ALSharedList* list, double size, double scale, const char* displayIdentifier,
+                           ALFileVisitor visit, void* context);
 } ALApplicationListClass;
 
 #ifdef __cplusplus

@@ -1,6 +1,5 @@
 #include "applist/ApplicationList.h"
 
-#include "applist/Picture.h"
 #include "applist/QuietLog.h"
 
 #include <cmath>
@@ -10,8 +9,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kIconBudget = 4 << 20; // some hundreds of icons as lists show them
-constexpr std::int64_t kLargestIcon = 16 << 20;
+constexpr std::size_t kMostKnownIcons = 1 << 15;
 constexpr int kLargestScale = 8;
 constexpr double kMostPixels = 1024;
 
@@ -19,14 +17,14 @@ constexpr double kMostPixels = 1024;
 
 ApplicationList::ApplicationList(DataFolders folders, std::string iconTheme)
     : entries_(std::move(folders.applications)),
-      theme_(std::move(folders.icons), std::move(folders.pixmaps), std::move(iconTheme)), icons_(kIconBudget) {
+      theme_(std::move(folders.icons), std::move(folders.pixmaps), std::move(iconTheme)) {
 }
 
 void ApplicationList::refresh() {
     const QuietLog quiet;
     const bool entriesChanged = entries_.refresh();
     const bool iconsChanged = theme_.refresh();
-    if (entriesChanged || iconsChanged) icons_.clear();
+    if (entriesChanged || iconsChanged || icons_.size() > kMostKnownIcons) icons_.clear();
     fresh_ = true;
 }
 
@@ -35,29 +33,22 @@ std::vector<std::pair<std::string, std::string>> ApplicationList::applications()
     return entries_.shown();
 }
 
-std::vector<std::uint8_t> ApplicationList::icon(double size, double scale, const std::string& identifier) {
+fs::path ApplicationList::iconFile(double size, double scale, const std::string& identifier) {
     const double side = size * scale;
     if (!(size > 0 && scale > 0 && scale <= kLargestScale && side >= 1 && side <= kMostPixels)) return {};
     if (!fresh_) refresh();
     const DesktopEntry* entry = entries_.find(identifier);
     if (!entry || !entry->icon) return {};
 
-    const int pixels = int(std::lround(side));
-    const int wholeScale = int(std::ceil(scale));
-    const IconCache::Key key{identifier, pixels, wholeScale};
-    const DrawnIcon* known = icons_.find(key);
-    if (known && (known->file.empty() || known->stamp == stampOf(known->file))) return known->png;
-
-    const QuietLog quiet;
-    DrawnIcon drawn;
-    drawn.file = fileOf(entry->icon.get(), int(std::lround(size)), wholeScale);
-    drawn.stamp = stampOfFile(drawn.file, kLargestIcon);
-    if (drawn.stamp) {
-        ++iconsDrawn_;
-        drawn.png = drawPicture(drawn.file, pixels);
+    const Wanted wanted{identifier, int(std::lround(size)), int(std::ceil(scale))};
+    IconFile& known = icons_[wanted];
+    if (!known.looked || (!known.file.empty() && known.stamp != stampOf(known.file))) {
+        const QuietLog quiet;
+        ++iconsLookedFor_;
+        known = {true, fileOf(entry->icon.get(), wanted.size, wanted.scale), {}};
+        known.stamp = stampOf(known.file);
     }
-    icons_.put(key, drawn);
-    return std::move(drawn.png);
+    return known.stamp && known.stamp->regular ? known.file : fs::path(); // a pipe in its place would never end
 }
 
 fs::path ApplicationList::fileOf(GIcon* icon, int size, int scale) const {

@@ -2,9 +2,9 @@
 
 #include "applist/DataFolders.h"
 #include "applist/DesktopEntries.h"
-#include "applist/IconCache.h"
 #include "applist/IconTheme.h"
 
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,7 +14,7 @@ namespace applist {
 /// The applications of some folders with their names and icons.
 ///
 ///     ApplicationList list(DataFolders::ofDesktopAndDevice({}), iconThemeName());
-///     for (const auto& [identifier, name] : list.applications()) show(name, list.icon(29, 2, identifier));
+///     for (const auto& [identifier, name] : list.applications()) show(name, list.iconFile(29, 2, identifier));
 ///
 /// One thread at a time.
 class ApplicationList {
@@ -24,22 +24,37 @@ class ApplicationList {
     /// Identifiers and names; looks for what has been installed or removed meanwhile.
     [[nodiscard]] std::vector<std::pair<std::string, std::string>> applications();
 
-    /// A PNG file of size × scale pixels, of an application as of the last applications(); empty when it has no icon.
-    [[nodiscard]] std::vector<std::uint8_t> icon(double size, double scale, const std::string& identifier);
+    /// The file that fits best for an icon of size × scale pixels, of an application as of the last applications();
+    /// empty when it has none.
+    [[nodiscard]] std::filesystem::path iconFile(double size, double scale, const std::string& identifier);
 
-    /// How often a desktop entry was read and an icon drawn since the beginning.
+    /// How often a desktop entry was read and an icon looked for since the beginning.
     [[nodiscard]] int filesRead() const { return entries_.filesRead(); }
-    [[nodiscard]] int iconsDrawn() const { return iconsDrawn_; }
+    [[nodiscard]] int iconsLookedFor() const { return iconsLookedFor_; }
 
   private:
+    /// An application's icon of one size and scale.
+    struct Wanted {
+        std::string identifier;
+        int size = 0;
+        int scale = 0;
+        // NOLINTNEXTLINE(modernize-use-nullptr): the check sees a null in what the compiler writes here
+        friend auto operator<=>(const Wanted&, const Wanted&) = default;
+    };
+    struct IconFile {
+        bool looked = false;
+        std::filesystem::path file; ///< empty when none was found
+        std::optional<FileStamp> stamp;
+    };
+
     void refresh();
     [[nodiscard]] std::filesystem::path fileOf(GIcon* icon, int size, int scale) const;
 
     DesktopEntries entries_;
     IconTheme theme_;
-    IconCache icons_;
+    std::map<Wanted, IconFile> icons_; ///< those that were asked for
     bool fresh_ = false;
-    int iconsDrawn_ = 0;
+    int iconsLookedFor_ = 0;
 };
 
 } // namespace applist

@@ -8,6 +8,7 @@ namespace {
 
 constexpr const char* kAppListLibrary = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
 constexpr double kIconSize = 29;
+constexpr std::chrono::milliseconds kPatience(100); // less than a person notices
 
 } // namespace
 
@@ -56,6 +57,10 @@ void ApplicationsListView::prepare() {
     if (const auto* list = ALApplicationList::sharedApplicationList()) applications_ = list->applications();
 }
 
+ApplicationsListView::ApplicationsListView(SettingsSession& session)
+    : SelectionListView(session), patience_(kPatience) {
+}
+
 std::string ApplicationsListView::footer() const {
     return "Swipe left on the lockscreen to see selected apps.";
 }
@@ -65,8 +70,16 @@ unsigned ApplicationsListView::tableMask() const {
 }
 
 void ApplicationsListView::decorate(UITableViewCell& cell, const std::string& identifier) {
+    iconsToCome_.erase(&cell); // of the row that the cell was before
     const auto* list = ALApplicationList::sharedApplicationList();
-    cell.imageView().setImage(list ? list->iconOfSize(kIconSize, identifier) : nullptr);
+    PictureOrderRef order;
+    const auto come = [this, &cell](UIImageRef icon) {
+        iconsToCome_.erase(&cell);
+        cell.imageView().setImage(std::move(icon));
+        tableView().contentsChanged();
+    };
+    cell.imageView().setImage(list ? list->iconOfSize(kIconSize, identifier, patience_, order, come) : nullptr);
+    if (order) iconsToCome_[&cell] = std::move(order);
 }
 
 } // namespace lumora

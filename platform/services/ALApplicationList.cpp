@@ -2,13 +2,21 @@
 
 #include "applist/AppList.h"
 #include "platform/foundation/Unicode.h"
+#include "platform/ui/PictureSize.h"
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <cmath>
 #include <map>
+#include <utility>
 
 namespace platform {
 namespace {
+
+constexpr std::uint32_t kFirstVersion = 1;
+constexpr std::uint32_t kVersionOfIconFiles = 2;
+constexpr double kLargestIcon = 1024; // pixels each way
 
 /// The library is somebody else's: a text of it that is no UTF-8 could not be saved and read again.
 bool isText(const char* bytes) {
@@ -20,17 +28,33 @@ void takeApplication(const char* identifier, const char* name, void* context) {
         static_cast<std::unordered_map<std::string, std::string>*>(context)->emplace(identifier, name);
 }
 
+void takePath(const char* path, void* context) {
+    if (path) *static_cast<std::string*>(context) = path;
+}
+
+/// Larger ones are not what was asked for, and may be made to take all memory when they are decoded.
 void takeIcon(const std::uint8_t* bytes, std::size_t length, void* context) {
     static constexpr std::array<std::uint8_t, 8> png{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-    if (bytes && length > png.size() && std::equal(png.begin(), png.end(), bytes))
-        static_cast<Data*>(context)->assign(bytes, bytes + length);
+    if (!bytes || length <= png.size() || !std::equal(png.begin(), png.end(), bytes)) return;
+    Data file(bytes, bytes + length);
+    const auto size = pictureSize(file);
+    if (size && size->width <= kLargestIcon && size->height <= kLargestIcon)
+        *static_cast<Data*>(context) = std::move(file);
+}
+
+/// Null without the first of both resolutions.
+UIImageRef iconOf(double size, PictureDecoder::Drawn drawn) {
+    if (drawn[0].empty()) return nullptr;
+    return std::make_shared<const UIImage>(CGSize{size, size}, std::move(drawn[0]), std::move(drawn[1]));
 }
 
 } // namespace
 
 ALApplicationList* ALApplicationList::sharedApplicationList() {
     const auto* table = static_cast<const ALApplicationListClass*>(symbolOfOpenLibraries(AL_APPLICATION_LIST_SYMBOL));
-    if (!table || table->version != AL_APPLICATION_LIST_VERSION || !table->sharedApplicationList) return nullptr;
+    if (!table || table->version < kFirstVersion || table->version > AL_APPLICATION_LIST_VERSION ||
+        !table->sharedApplicationList)
+        return nullptr;
     ALSharedList* list = table->sharedApplicationList();
     if (!list) return nullptr;
     static auto& shared = *new std::map<ALSharedList*, ALApplicationList>;
@@ -45,13 +69,47 @@ std::unordered_map<std::string, std::string> ALApplicationList::applications() c
 }
 
 UIImageRef ALApplicationList::iconOfSize(double size, const std::string& forDisplayIdentifier) const {
+    PicturePatience patience(std::chrono::hours(1)); // the decoder's own limits are far below
+    PictureOrderRef order;
+    return iconOfSize(size, forDisplayIdentifier, patience, order, [](const UIImageRef&) {});
+}
+
+UIImageRef ALApplicationList::iconOfSize(double size, const std::string& forDisplayIdentifier,
+                                         PicturePatience& patience, PictureOrderRef& order,
+                                         std::function<void(UIImageRef)> later) const {
+    order.reset();
+    std::vector<PictureWanted> files = iconFiles(size, forDisplayIdentifier);
+    if (files.empty()) return drawnByTheLibrary(size, forDisplayIdentifier);
+    PictureDecoder& decoder = PictureDecoder::shared();
+    order = decoder.order(std::move(files));
+    const auto drawn =
+        decoder.wait(order, patience, [size, later = std::move(later)](const PictureDecoder::Drawn& pictures) {
+            later(iconOf(size, pictures));
+        });
+    if (!drawn) return nullptr;
+    order.reset();
+    return iconOf(size, *drawn);
+}
+
+/// Those of both resolutions; none when the library does not know them, or lets nobody know.
+std::vector<PictureWanted> ALApplicationList::iconFiles(double size, const std::string& identifier) const {
+    std::vector<PictureWanted> files;
+    if (table_->version < kVersionOfIconFiles || !table_->iconFileOfSize) return files;
+    for (const int scale : {1, 2}) {
+        std::string path;
+        table_->iconFileOfSize(list_, size, scale, identifier.c_str(), takePath, &path);
+        if (path.empty()) return {};
+        files.push_back({path, static_cast<int>(std::lround(size * scale))});
+    }
+    return files;
+}
+
+UIImageRef ALApplicationList::drawnByTheLibrary(double size, const std::string& identifier) const {
     if (!table_->iconOfSize) return nullptr;
-    Data once;
-    Data twice;
-    table_->iconOfSize(list_, size, 1, forDisplayIdentifier.c_str(), takeIcon, &once);
-    if (once.empty()) return nullptr;
-    table_->iconOfSize(list_, size, 2, forDisplayIdentifier.c_str(), takeIcon, &twice);
-    return std::make_shared<const UIImage>(CGSize{size, size}, std::move(once), std::move(twice));
+    PictureDecoder::Drawn drawn(2);
+    table_->iconOfSize(list_, size, 1, identifier.c_str(), takeIcon, &drawn[0]);
+    if (!drawn[0].empty()) table_->iconOfSize(list_, size, 2, identifier.c_str(), takeIcon, &drawn[1]);
+    return iconOf(size, drawn);
 }
 
 } // namespace platform

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "platform/services/LibraryHandle.h"
+#include "platform/services/PictureDecoder.h"
 #include "platform/ui/UIImage.h"
 
+#include <functional>
 #include <string>
 #include <unordered_map>
 
@@ -29,9 +31,17 @@ class PLATFORM_EXPORT ALApplicationList {
     /// The application's icon, `size` points wide and high, once and twice as sharp; null when it has none.
     [[nodiscard]] UIImageRef iconOfSize(double size, const std::string& forDisplayIdentifier) const;
 
+    /// The same for a view that shows itself before all icons are there: null as well when patience ends first. Then
+    /// `later` is called with the icon, once, unless the order is let go of before.
+    [[nodiscard]] UIImageRef iconOfSize(double size, const std::string& forDisplayIdentifier, PicturePatience& patience,
+                                        PictureOrderRef& order, std::function<void(UIImageRef)> later) const;
+
     ALApplicationList(const ALApplicationListClass& table, ALSharedList& list) : table_(&table), list_(&list) {}
 
   private:
+    [[nodiscard]] std::vector<PictureWanted> iconFiles(double size, const std::string& identifier) const;
+    [[nodiscard]] UIImageRef drawnByTheLibrary(double size, const std::string& identifier) const;
+
     const ALApplicationListClass* table_;
     ALSharedList* list_;
 };

@@ -1,60 +1,22 @@
 #include "platform/ui/UIImage.h"
 
 #include "platform/foundation/FileContents.h"
+#include "platform/ui/PictureSize.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdint>
 #include <optional>
 #include <utility>
 
 namespace platform {
-namespace {
-
-unsigned bigEndian(const Data& bytes, std::size_t at, unsigned count) {
-    unsigned number = 0;
-    for (unsigned i = 0; i < count; ++i)
-        number = number << 8 | bytes[at + i];
-    return number;
-}
-
-std::optional<CGSize> sizeOfPng(const Data& bytes) {
-    static constexpr std::array<std::uint8_t, 8> signature{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-    constexpr std::size_t widthAt = 16; // signature, then length and name of the header chunk
-    if (bytes.size() < widthAt + 8 || !std::equal(signature.begin(), signature.end(), bytes.begin()))
-        return std::nullopt;
-    return CGSize{double(bigEndian(bytes, widthAt, 4)), double(bigEndian(bytes, widthAt + 4, 4))};
-}
-
-/// Walks the segments of a JPEG to its frame header.
-std::optional<CGSize> sizeOfJpeg(const Data& bytes) {
-    if (bytes.size() < 4 || bytes[0] != 0xFF || bytes[1] != 0xD8) return std::nullopt;
-    for (std::size_t at = 2; at + 9 <= bytes.size() && bytes[at] == 0xFF;) {
-        const unsigned marker = bytes[at + 1];
-        const bool tables = marker == 0xC4 || marker == 0xC8 || marker == 0xCC;
-        if (marker >= 0xC0 && marker <= 0xCF && !tables)
-            return CGSize{double(bigEndian(bytes, at + 7, 2)), double(bigEndian(bytes, at + 5, 2))};
-        at += 2 + bigEndian(bytes, at + 2, 2);
-    }
-    return std::nullopt;
-}
-
-std::optional<CGSize> sizeOf(const Data& bytes) {
-    if (auto png = sizeOfPng(bytes)) return png;
-    return sizeOfJpeg(bytes);
-}
-
-} // namespace
 
 UIImageRef UIImage::imageWithContentsOfFile(const std::filesystem::path& path) {
     if (path.empty()) return nullptr;
     Data once = dataWithContentsOfFile(path).value_or(Data());
-    const std::optional<CGSize> size = sizeOf(once);
+    const std::optional<CGSize> size = pictureSize(once);
     if (!size) return nullptr;
     std::filesystem::path twicePath = path;
     twicePath.replace_filename(path.stem().string() + "@2x" + path.extension().string());
     Data twice = dataWithContentsOfFile(twicePath).value_or(Data());
-    if (!sizeOf(twice)) twice.clear();
+    if (!pictureSize(twice)) twice.clear();
     return std::make_shared<const UIImage>(*size, std::move(once), std::move(twice));
 }
 

@@ -119,6 +119,11 @@ void UIView::layoutIfNeeded() {
 void UIView::drawRect(const CGRect& /*rect*/) {
 }
 
+void UIView::contentsChanged() const {
+    for (const UIView* view = this; view; view = view->superview_)
+        if (view->watcher_) return view->watcher_();
+}
+
 void UIView::displayIfNeeded() {
     if (needsDisplay_ && frame_.size.width > 0 && frame_.size.height > 0) {
         needsDisplay_ = false;

@@ -7,6 +7,7 @@
 #include "platform/ui/UIAccessibilityElement.h"
 #include "platform/ui/UIColor.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -103,6 +104,10 @@ class PLATFORM_EXPORT UIView : public NSObject {
     virtual void drawRect(const CGRect& rect);
     /// Draws the view and all that is in it, as far as it is due and they have any size.
     void displayIfNeeded();
+    /// Something in this view looks different by itself, after no event: tells who watches it, or a view around it.
+    void contentsChanged() const;
+    /// For whoever shows the views; null for nobody.
+    void watchContents(std::function<void()> watcher) { watcher_ = std::move(watcher); }
     /// What drawRect() drew last; null for nothing.
     [[nodiscard]] const CGDrawingRef& drawing() const { return drawing_; }
 
@@ -140,6 +145,7 @@ class PLATFORM_EXPORT UIView : public NSObject {
     bool needsDisplay_ = true;
     int tag_ = 0;
     CGDrawingRef drawing_;
+    std::function<void()> watcher_;
     std::string accessibilityLabel_;
     UIView* superview_ = nullptr;
     std::vector<std::shared_ptr<UIView>> subviews_;

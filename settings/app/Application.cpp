@@ -1,5 +1,6 @@
 #include "settings/app/Application.h"
 
+#include "platform/services/PictureDecoder.h"
 #include "settings/app/DesktopLook.h"
 #include "settings/app/Pictures.h"
 #include "settings/app/TouchItem.h"
@@ -75,6 +76,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
     const Options options = wantsPictures || hasDisplay() ? asked : withoutDisplay(asked);
     const bool picturesOnly = options.grab || options.tour;
     prepareEnvironment(picturesOnly);
+    if (picturesOnly) platform::PicturePatience::makeEndless();
 
     // None of these is destroyed: the process ends without it, the main thread reports to the shell until then, and
     // where $QSG_RENDER_LOOP asks for a thread that draws, destroying the window now and then waits for it for ever.

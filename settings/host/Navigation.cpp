@@ -212,6 +212,22 @@ void Navigation::appear(bool animated) {
     if (page.view()) page.view()->setFrame({{0, 0}, contentSize_});
     page.viewWillAppear(animated);
     readAnew(top);
+    watchView(top);
+    publish();
+}
+
+/// Shows what changes by itself in a view, such as an icon that is drawn when its row is seen already.
+void Navigation::watchView(const OpenPage& page) {
+    if (!page.controller->hostsView() || !page.controller->view()) return;
+    page.controller->view()->watchContents([self = std::weak_ptr(self_), id = page.id] {
+        if (const auto navigation = self.lock()) (*navigation)->viewChanged(id);
+    });
+}
+
+void Navigation::viewChanged(std::uint64_t id) {
+    OpenPage* page = pageOnTop(id);
+    if (!page) return;
+    readAnew(*page);
     publish();
 }
 

@@ -67,6 +67,8 @@ class Navigation {
     void publish();
     void publishOpening(const std::string& className, const std::string& title);
     void readAnew(OpenPage& page);
+    void watchView(const OpenPage& page);
+    void viewChanged(std::uint64_t page);
     void watchComposer(OpenPage& page);
     void composerChanged(std::uint64_t page);
     /// The page on top, unless it has presented something over itself: what is behind that hears nothing, whoever asks.

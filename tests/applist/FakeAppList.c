@@ -70,4 +70,4 @@ static void iconOfSize(ALSharedList* list, double size, double scale, const char
 }
 
 const ALApplicationListClass ALApplicationList = {AL_APPLICATION_LIST_VERSION, sharedApplicationList, applications,
-                                                  iconOfSize};
+                                                  iconOfSize, NULL};

@@ -49,7 +49,17 @@ static void icon(ALSharedList* self, double size, double scale, const char* iden
     if (strcmp(identifier, "missing function") == 0) functionThatNoLibraryHas();
 }
 
-ALApplicationListClass ALApplicationList = {AL_APPLICATION_LIST_VERSION, sharedList, applications, icon};
+static void iconFile(ALSharedList* self, double size, double scale, const char* identifier, ALFileVisitor visit,
+                     void* context) {
+    (void)self;
+    (void)size;
+    if (strcmp(identifier, "null") == 0) visit(NULL, context);
+    if (strcmp(identifier, "empty") == 0) visit("", context);
+    if (strcmp(identifier, "nowhere") == 0) visit("/no/such/picture.png", context);
+    if (strcmp(identifier, "half") == 0 && scale < 2) visit("/no/such/picture.png", context);
+}
+
+ALApplicationListClass ALApplicationList = {AL_APPLICATION_LIST_VERSION, sharedList, applications, icon, iconFile};
 
 __attribute__((constructor)) static void takeOddity(void) {
     const char* oddity = getenv("ODD_APPLIST");
@@ -60,5 +70,6 @@ __attribute__((constructor)) static void takeOddity(void) {
     if (strcmp(oddity, "entries") == 0) {
         ALApplicationList.applications = NULL;
         ALApplicationList.iconOfSize = NULL;
+        ALApplicationList.iconFileOfSize = NULL;
     }
 }

@@ -67,5 +67,13 @@ static void icon_of_size(ALSharedList* list, double size, double scale, const ch
     if (strncmp(identifier, "plain.", 6) != 0) visit(png, sizeof png, context);
 }
 
-EXPORT const ALApplicationListClass ALApplicationList;
-const ALApplicationListClass ALApplicationList = {AL_APPLICATION_LIST_VERSION, shared, applications, icon_of_size};
+/* Of version 1, as libraries have it that were made before there was another: the table ends here. */
+struct first_version {
+    uint32_t version;
+    ALSharedList* (*sharedApplicationList)(void);
+    void (*applications)(ALSharedList* list, ALApplicationVisitor visit, void* context);
+    void (*iconOfSize)(ALSharedList* list, double size, double scale, const char* identifier, ALIconVisitor visit,
+                       void* context);
+};
+EXPORT const struct first_version ALApplicationList;
+const struct first_version ALApplicationList = {1, shared, applications, icon_of_size};

@@ -96,7 +96,7 @@ TEST_F(ApplicationLists, LeaveOutWhatIsNoTextOrNoPicture) {
     ALApplicationList* list = ALApplicationList::sharedApplicationList();
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(list->applications(), (Names{{"good", "Güte"}, {"empty.name", ""}}));
-    for (const char* identifier : {"null", "empty", "text"})
+    for (const char* identifier : {"null", "empty", "text", "nowhere", "half"})
         EXPECT_EQ(list->iconOfSize(29, identifier), nullptr) << identifier;
 }
 

@@ -1,17 +1,23 @@
-#include "applist/Picture.h"
+#include "pictures/Picture.h"
 
-#include "applist/GLibPointer.h"
+#include "platform/desktop/Owned.h"
+#include "platform/services/PictureFrames.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <fstream>
 #include <gdk-pixbuf/gdk-pixbuf.h>
-#include <iterator>
 #include <string>
 #include <string_view>
 
-namespace applist {
+namespace pictures {
+
+using platform::Owned;
+
 namespace {
 
 /// A usual kind of picture.
@@ -43,9 +49,22 @@ void fit(GdkPixbufLoader* loader, int width, int height, gpointer data) {
     gdk_pixbuf_loader_set_size(loader, scaled(width), scaled(height));
 }
 
-GObjectPointer<GdkPixbuf> decode(const std::filesystem::path& file, int pixels) {
-    std::ifstream in(file, std::ios::binary);
-    const std::string contents{std::istreambuf_iterator<char>(in), {}};
+/// All of a regular file of sensible size; empty for anything else. Does not wait for who would write into a pipe.
+std::string contentsOf(const std::filesystem::path& path) {
+    std::string contents;
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    struct stat state {};
+    if (file >= 0 && ::fstat(file, &state) == 0 && S_ISREG(state.st_mode) &&
+        state.st_size <= platform::kLargestPictureFile) {
+        contents.resize(std::size_t(state.st_size));
+        contents.resize(std::size_t(std::max<ssize_t>(::read(file, contents.data(), contents.size()), 0)));
+    }
+    if (file >= 0) ::close(file);
+    return contents;
+}
+
+Owned<GdkPixbuf> decode(const std::filesystem::path& file, int pixels) {
+    const std::string contents = contentsOf(file);
     std::string_view bytes = contents;
     bytes.remove_prefix(std::min(bytes.find_first_not_of(" \t\r\n"), bytes.size()));
     // Found here, since gdk-pixbuf's own guess depends on the desktop's database of file types.
@@ -53,7 +72,7 @@ GObjectPointer<GdkPixbuf> decode(const std::filesystem::path& file, int pixels) 
         return bytes.starts_with(usual.beginning) && bytes.find(usual.ending) != std::string_view::npos;
     });
     if (kind == kKinds.end()) return nullptr;
-    const GObjectPointer<GdkPixbufLoader> loader(gdk_pixbuf_loader_new_with_type(kind->name, nullptr));
+    const Owned<GdkPixbufLoader> loader(gdk_pixbuf_loader_new_with_type(kind->name, nullptr));
     if (!loader) return nullptr;
     Fit wanted{pixels, kind->drawing};
     g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(fit), &wanted);
@@ -61,12 +80,12 @@ GObjectPointer<GdkPixbuf> decode(const std::filesystem::path& file, int pixels) 
     const bool written = gdk_pixbuf_loader_write(loader.get(), data, bytes.size(), nullptr);
     const bool closed = gdk_pixbuf_loader_close(loader.get(), nullptr); // in any case
     GdkPixbuf* picture = written && closed ? gdk_pixbuf_loader_get_pixbuf(loader.get()) : nullptr;
-    return GObjectPointer<GdkPixbuf>(picture ? GDK_PIXBUF(g_object_ref(picture)) : nullptr);
+    return Owned<GdkPixbuf>(picture ? GDK_PIXBUF(g_object_ref(picture)) : nullptr);
 }
 
-GObjectPointer<GdkPixbuf> centred(const GdkPixbuf* picture, int pixels) {
-    GObjectPointer<GdkPixbuf> plate(gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, pixels, pixels));
-    const GObjectPointer<GdkPixbuf> withAlpha(gdk_pixbuf_add_alpha(picture, FALSE, 0, 0, 0));
+Owned<GdkPixbuf> centred(const GdkPixbuf* picture, int pixels) {
+    Owned<GdkPixbuf> plate(gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, pixels, pixels));
+    const Owned<GdkPixbuf> withAlpha(gdk_pixbuf_add_alpha(picture, FALSE, 0, 0, 0));
     if (!plate || !withAlpha) return nullptr;
     gdk_pixbuf_fill(plate.get(), 0);
     const int width = gdk_pixbuf_get_width(picture);
@@ -79,7 +98,7 @@ GObjectPointer<GdkPixbuf> centred(const GdkPixbuf* picture, int pixels) {
 } // namespace
 
 std::vector<std::uint8_t> drawPicture(const std::filesystem::path& file, int pixels) {
-    GObjectPointer<GdkPixbuf> picture = decode(file, pixels);
+    Owned<GdkPixbuf> picture = decode(file, pixels);
     if (!picture || gdk_pixbuf_get_width(picture.get()) > pixels || gdk_pixbuf_get_height(picture.get()) > pixels)
         return {};
     if (gdk_pixbuf_get_width(picture.get()) < pixels || gdk_pixbuf_get_height(picture.get()) < pixels)
@@ -87,8 +106,9 @@ std::vector<std::uint8_t> drawPicture(const std::filesystem::path& file, int pix
     char* bytes = nullptr;
     gsize length = 0;
     if (!picture || !gdk_pixbuf_save_to_buffer(picture.get(), &bytes, &length, "png", nullptr, nullptr)) return {};
-    const GLibPointer<char> owned(bytes);
-    return {bytes, bytes + length};
+    std::vector<std::uint8_t> png(bytes, bytes + length);
+    g_free(bytes);
+    return png;
 }
 
-} // namespace applist
+} // namespace pictures

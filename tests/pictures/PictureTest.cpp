@@ -1,10 +1,10 @@
-#include "applist/Picture.h"
+#include "pictures/Picture.h"
 
 #include "tests/applist/Desktop.h"
 
 namespace {
 
-using applist::drawPicture;
+using pictures::drawPicture;
 using tests::decoded;
 using tests::Points;
 using tests::write;
