@@ -1,6 +1,7 @@
 // What a message costs: the exchange itself, the whole way of a notify(), and what of it its caller pays.
 
 #include "link/Notify.h"
+#include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/CFMessagePort.h"
 #include "platform/messaging/Dispatch.h"
 #include "tests/support/PortsFolder.h"
@@ -13,7 +14,9 @@
 #include <atomic>
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <latch>
 #include <semaphore>
+#include <string>
 #include <systemd/sd-bus.h>
 #include <thread>
 #include <vector>
@@ -22,6 +25,8 @@ using namespace platform;
 using namespace tests;
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kBodySize = 200;
 
@@ -97,6 +102,59 @@ void NotifyToReply(benchmark::State& state) {
         lumora::notify("echo", text, [&replied](const auto&) { replied.release(); });
         replied.acquire();
     }
+}
+
+/// How long 100 clients wait that connect at once while 200 others never pause: until the last of them is answered. The
+/// answer is one that a tweak gives.
+void NewcomersAmongBusy(benchmark::State& state) {
+    constexpr int kThreads = 4;
+    constexpr int kBusyEach = 50;
+    constexpr int kNew = 100;
+    Dictionary settings;
+    for (int i = 0; i < 50; ++i)
+        settings.set("kSetting" + std::to_string(i), i);
+    const PortsFolder folder;
+    const ServedPort port("com.nevo.lumora/settings", [&settings](auto&, auto, const auto&) {
+        return NSKeyedArchiver::archivedDataWithRootObject(settings);
+    });
+    const auto path = folder.socket("com.nevo.lumora/settings");
+    const auto request = frameWithoutBody();
+    const auto size = request.size() + NSKeyedArchiver::archivedDataWithRootObject(settings)->size();
+
+    std::atomic<bool> leave = false;
+    std::atomic<bool> failed = false;
+    std::latch connected(kThreads);
+    std::vector<std::thread> busy;
+    for (int i = 0; i < kThreads; ++i) {
+        busy.emplace_back([&] {
+            std::vector<RawSocket> clients;
+            while (clients.size() < kBusyEach) {
+                clients.push_back(RawSocket::connectedTo(path));
+                clients.back().send(request);
+            }
+            connected.count_down();
+            while (!leave) {
+                for (const auto& client : clients)
+                    if (client.receive(size).size() != size || !client.send(request)) failed = true;
+            }
+        });
+    }
+    connected.wait();
+    for (auto _ : state) {
+        const auto begin = Clock::now();
+        std::vector<RawSocket> fresh;
+        while (fresh.size() < kNew) {
+            fresh.push_back(RawSocket::connectedTo(path));
+            fresh.back().send(request);
+        }
+        for (const auto& client : fresh)
+            if (client.receive(size).size() != size) failed = true;
+        state.SetIterationTime(std::chrono::duration<double>(Clock::now() - begin).count());
+    }
+    leave = true;
+    for (auto& thread : busy)
+        thread.join();
+    if (failed) state.SkipWithError("an exchange failed");
 }
 
 // --- The same over a message bus, on a new connection each time ---
@@ -186,8 +244,6 @@ void DBusCallNewConnection(benchmark::State& state) {
 
 // --- What the caller of notify() pays ---
 
-using Clock = std::chrono::steady_clock;
-
 /// The time of the call alone, not of what it sets off: each message's reply is awaited before the next is sent.
 class CallerCost {
   public:
@@ -250,6 +306,7 @@ BENCHMARK(BareSocketExchange)->UseRealTime()->Unit(benchmark::kMicrosecond);
 BENCHMARK(PortExchange)->UseRealTime()->Unit(benchmark::kMicrosecond);
 BENCHMARK(NotifyToReply)->UseRealTime()->Unit(benchmark::kMicrosecond);
 BENCHMARK(DBusCallNewConnection)->UseRealTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(NewcomersAmongBusy)->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(NotifyCallerCost)->UseManualTime()->Iterations(10'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(NotifyCallerCostWith200Stuck)->UseManualTime()->Iterations(20)->Unit(benchmark::kMicrosecond);
 

@@ -33,6 +33,7 @@ RATIOS = [
 COSTS = [
     ("cost of notify() to its caller, idle", "NotifyCallerCost", US, 10),
     ("cost of notify() to its caller, 200 messages stuck", "NotifyCallerCostWith200Stuck", US, 10),
+    ("100 new connections to a port beside 200 busy ones, the last answered", "NewcomersAmongBusy", MS, 300),
     ("start to the first page on the screen, warm", "WindowStart", MS, 150),
     ("resident memory of the window then", "WindowMemory", MB, 64),
     *((told + which, benchmark + suffix, MS, goal)
