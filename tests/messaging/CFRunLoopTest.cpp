@@ -51,7 +51,7 @@ TEST(CFRunLoop, ServesSeveralPorts) {
         ready.set_value(CFRunLoopGetCurrent());
         CFRunLoopRun();
     });
-    const auto loop = ready.get_future().get();
+    const auto loop = awaited(ready.get_future(), "the run loop");
     for (const std::string name : {"one", "two"}) {
         std::optional<Data> reply;
         EXPECT_EQ(CFMessagePortSendRequest(*CFMessagePortCreateRemote(name), 0, std::nullopt, 10, 10, &reply), 0);

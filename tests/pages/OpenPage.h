@@ -2,10 +2,10 @@
 
 #include "platform/preferences/PSListController.h"
 #include "tests/pages/RecordingTweak.h"
+#include "tests/support/Deadline.h"
 
 #include <memory>
 #include <string>
-#include <thread>
 
 namespace tests {
 
@@ -17,19 +17,23 @@ inline platform::PSSpecifierRef rowOf(platform::PSListController& page, const st
 }
 
 /// Opens a page with these settings at the tweak, and waits until its own request has been answered: the class's
-/// dictionary lives as long as the process, and a reply that lands late would undo what a test has changed.
+/// dictionary lives as long as the process, and a reply that lands late would undo what a test has changed. A message
+/// that takes more than a second is dropped, as it has to be; the page is opened once more then.
 template<class Page>
 std::shared_ptr<Page> openPage(platform::Dictionary settings = {}) {
     static int openings = 0;
     settings.set("opening", ++openings);
+    RecordingTweak::waitUntilIdle(); // for what an earlier test has sent
     RecordingTweak::shared().setSettings(settings);
-    auto page = platform::make<Page>();
     const auto probe = platform::PSSpecifier::preferenceSpecifierNamed("", nullptr, nullptr, nullptr, {},
                                                                        platform::PSSwitchCell, false);
     probe->setIdentifier("opening");
-    while (page->getValue(*probe) != platform::Value(openings))
-        std::this_thread::yield();
-    return page;
+    const Deadline deadline("the settings of a page that opens");
+    while (true) {
+        auto page = platform::make<Page>();
+        RecordingTweak::waitUntilIdle();
+        if (page->getValue(*probe) == platform::Value(openings)) return page;
+    }
 }
 
 } // namespace tests

@@ -4,11 +4,13 @@
 #include "platform/messaging/Dispatch.h"
 #include "tests/support/PortsFolder.h"
 #include "tests/support/ServedPort.h"
+#include "tests/support/Waiting.h"
 
-#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -32,17 +34,22 @@ class RecordingTweak {
         changes_.clear();
     }
 
-    /// Waits until so many changes have come, and gives them.
+    /// Waits until so many changes have come, and gives them. Throws when they do not come.
     std::vector<platform::Value> waitForChanges(std::size_t count) {
         std::unique_lock hold(mutex_);
-        changed_.wait(hold, [&] { return changes_.size() >= count; });
+        if (!changed_.wait_for(hold, kLongEnough, [&] { return changes_.size() >= count; }))
+            throw std::runtime_error(std::to_string(changes_.size()) + " changes came, not " + std::to_string(count));
         return changes_;
+    }
+
+    /// Waits until no message is under way any more. Throws when they do not end.
+    static void waitUntilIdle() {
+        if (!platform::dispatch_wait_until_idle(kLongEnough)) throw std::runtime_error("messages do not end");
     }
 
     /// All changes, once no message is under way any more.
     std::vector<platform::Value> changes() {
-        while (!platform::dispatch_wait_until_idle(std::chrono::seconds(1)))
-            ;
+        waitUntilIdle();
         const std::lock_guard hold(mutex_);
         return changes_;
     }
@@ -71,7 +78,7 @@ class RecordingTweak {
     std::optional<platform::Data> settings() {
         std::unique_lock hold(mutex_);
         ++requested_;
-        changed_.wait(hold, [&] { return !held_; });
+        changed_.wait_for(hold, kLongEnough, [&] { return !held_; });
         return platform::NSKeyedArchiver::archivedDataWithRootObject(settings_);
     }
 

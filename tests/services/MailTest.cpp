@@ -43,7 +43,7 @@ void onMain(const std::function<void()>& work) {
         work();
         done.set_value();
     });
-    done.get_future().wait();
+    tests::awaited(done.get_future(), "the turn of the main thread");
 }
 
 /// Keeps each result that it is told, and on which thread.

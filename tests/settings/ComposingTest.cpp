@@ -76,7 +76,7 @@ class ComposingTest : public ::testing::Test {
             work(navigation);
             done.set_value();
         });
-        done.get_future().wait();
+        awaited(done.get_future(), "the turn of the main thread");
     }
     void act(ComposerAction action, const MailText& text = {"a@b.example", "Edited", "Text"}) {
         perform([&](Navigation& navigation) { navigation.composed(top().id, composer()->id, action, text); });

@@ -27,7 +27,7 @@ class Recorded {
     std::optional<std::string> launch(Launch launch) {
         std::promise<Result<bool>> promised;
         host.launch(std::move(launch), [&](Result<bool> result) { promised.set_value(std::move(result)); });
-        const Result<bool> result = promised.get_future().get();
+        const Result<bool> result = tests::awaited(promised.get_future(), "the end of a launch");
         return result ? std::nullopt : std::optional(result.error());
     }
     StackSnapshot last() {
@@ -76,7 +76,7 @@ TEST(Host, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes) {
     const auto allowed = answer.get_future().share();
     const tests::ServedPort tweak(
         "com.nevo.lumora/requestTweakSettings", [allowed](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
-            allowed.wait();
+            allowed.wait_for(tests::kLongEnough);
             return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kTweakEnabled", true}});
         });
     ASSERT_TRUE(tweak.isOpen());
@@ -89,7 +89,7 @@ TEST(Host, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes) {
     EXPECT_TRUE(recorded.last().pages.empty());
 
     answer.set_value();
-    const Result<bool> result = opened.get_future().get();
+    const Result<bool> result = tests::awaited(opened.get_future(), "the page");
     ASSERT_TRUE(result) << result.error();
     ASSERT_EQ(recorded.last().pages.size(), 1u);
     const PageSnapshot& page = *recorded.last().pages[0];

@@ -2,7 +2,6 @@
 
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/NSBundle.h"
-#include "platform/messaging/Dispatch.h"
 #include "platform/preferences/PSSpecifier.h"
 #include "tests/pages/RecordingTweak.h"
 #include "tests/support/Allocations.h"
@@ -108,8 +107,7 @@ struct Holdings {
 };
 
 Holdings holdings() {
-    while (!platform::dispatch_wait_until_idle(std::chrono::seconds(1)))
-        ;
+    tests::RecordingTweak::waitUntilIdle();
     const Allocations all = Allocations::now();
     return {entriesIn("/proc/self/fd"), all.count - all.freed};
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Deadline.h"
+
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
@@ -16,7 +18,7 @@ namespace tests {
 /// this object goes.
 class Process {
   public:
-    explicit Process(std::vector<std::string> command) {
+    explicit Process(std::vector<std::string> command) : name_(command.front()) {
         int in[2];
         int out[2];
         if (::pipe2(in, O_CLOEXEC) != 0 || ::pipe2(out, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
@@ -51,6 +53,7 @@ class Process {
     }
     /// Without its end; empty when the program has ended.
     [[nodiscard]] std::string read() const {
+        const Deadline deadline("a line of " + name_);
         std::string line;
         for (int c = std::fgetc(output_); c != EOF && c != '\n'; c = std::fgetc(output_))
             line += static_cast<char>(c);
@@ -63,9 +66,11 @@ class Process {
 
   private:
     void wait() {
+        const Deadline deadline("the end of " + name_);
         if (id_ > 0) ::waitpid(std::exchange(id_, -1), nullptr, 0);
     }
 
+    std::string name_;
     pid_t id_ = -1;
     FILE* input_ = nullptr;
     FILE* output_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include "platform/messaging/CFMessagePort.h"
 #include "platform/messaging/CFRunLoop.h"
+#include "tests/support/Waiting.h"
 
 #include <future>
 #include <string>
@@ -22,7 +23,7 @@ class ServedPort {
             opened.set_value(port ? platform::CFRunLoopGetCurrent() : nullptr);
             platform::CFRunLoopRun();
         });
-        loop_ = loop.get();
+        loop_ = awaited(std::move(loop), "the port " + name);
     }
     ~ServedPort() {
         if (loop_) platform::CFRunLoopStop(loop_);

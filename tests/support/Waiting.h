@@ -2,8 +2,11 @@
 
 #include <chrono>
 #include <filesystem>
+#include <future>
 #include <iterator>
 #include <poll.h>
+#include <stdexcept>
+#include <string>
 #include <thread>
 
 namespace tests {
@@ -21,6 +24,14 @@ bool eventually(Condition holds) {
         ::poll(nullptr, 0, 2);
     }
     return true;
+}
+
+/// What a promise holds once it is kept. Throws, and says what did not come, when that is not so after a generous
+/// while.
+template<class T>
+T awaited(std::future<T> future, const std::string& what) {
+    if (future.wait_for(kLongEnough) != std::future_status::ready) throw std::runtime_error(what + " did not come");
+    return future.get();
 }
 
 inline std::ptrdiff_t entries(const char* folder) {

@@ -72,7 +72,7 @@ class StrangeTweak {
             loop.set_value(current);
             platform::CFRunLoopRun();
         });
-        loop_ = running.get();
+        loop_ = awaited(std::move(running), "the ports of the tweak");
     }
     StrangeTweak(const StrangeTweak&) = delete;
     StrangeTweak& operator=(const StrangeTweak&) = delete;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Deadline.h"
+
 #include <cstdio>
 #include <memory>
 #include <stdexcept>
@@ -19,7 +21,7 @@ namespace tests {
 /// error when it has ended.
 class Program {
   public:
-    explicit Program(std::vector<std::string> command, const std::string& input = {}) {
+    explicit Program(std::vector<std::string> command, const std::string& input = {}) : name_(command.front()) {
         std::fputs(input.c_str(), in_.get());
         std::fflush(in_.get());
         ::lseek(fileno(in_.get()), 0, SEEK_SET);
@@ -49,6 +51,7 @@ class Program {
 
     /// The next line of standard output without its end; empty when there is no more.
     [[nodiscard]] std::string readLine() {
+        const Deadline deadline("a line of " + name_);
         std::string line;
         for (int c = std::fgetc(out_.get()); c != EOF && c != '\n'; c = std::fgetc(out_.get()))
             line += static_cast<char>(c);
@@ -56,6 +59,7 @@ class Program {
     }
     /// Everything that is still to come on standard output, up to its end.
     [[nodiscard]] std::string readRest() {
+        const Deadline deadline("all that " + name_ + " prints");
         std::string rest;
         for (int c = std::fgetc(out_.get()); c != EOF; c = std::fgetc(out_.get()))
             rest += static_cast<char>(c);
@@ -67,6 +71,7 @@ class Program {
     }
     /// Waits for the end: the exit status, or the negated signal that ended it.
     int wait() {
+        const Deadline deadline("the end of " + name_);
         int status = 0;
         if (id_ <= 0 || waitpid(std::exchange(id_, -1), &status, 0) < 0) return -1;
         return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
@@ -102,6 +107,7 @@ class Program {
         return file;
     }
 
+    std::string name_;
     File in_ = temporary();
     File err_ = temporary();
     File out_;

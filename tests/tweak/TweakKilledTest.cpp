@@ -74,8 +74,11 @@ TEST(TweakKilled, LosesNoAnsweredChangeInTwoHundredKills) {
             for (Client& client : clients)
                 threads.emplace_back([&client, &answered] { client.run(answered); });
             // The other clients' changes are under way whenever this one condition comes true.
-            while (answered < before)
-                std::this_thread::yield();
+            {
+                const Deadline deadline("answers of the tweak");
+                while (answered < before)
+                    std::this_thread::yield();
+            }
             tweak.kill();
             for (std::thread& thread : threads)
                 thread.join();

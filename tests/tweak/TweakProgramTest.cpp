@@ -244,8 +244,7 @@ TEST_F(TweakProgram, EndsCleanlyWhileChangesPourIn) {
             answered.fetch_add(1);
         answered.notify_all();
     });
-    for (int seen = answered; seen < 20; seen = answered)
-        std::this_thread::yield();
+    EXPECT_TRUE(eventually([&] { return answered >= 20; })) << "answers";
     tweak.signal(SIGTERM);
     EXPECT_EQ(tweak.wait(), 0);
     client.join();
