@@ -33,8 +33,7 @@ Reply replyTo(const std::string& name, const Value& object) {
     std::promise<Reply> promise;
     auto reply = promise.get_future();
     notify(name, object, [&promise](const auto& body) { promise.set_value({body, std::this_thread::get_id()}); });
-    if (reply.wait_for(kLongEnough) != std::future_status::ready) throw std::runtime_error("no reply");
-    return reply.get();
+    return awaited(std::move(reply), "the reply to " + name);
 }
 
 void waitUntilIdle() {
@@ -54,7 +53,7 @@ bool failsAfterASecond(const std::string& name) {
         const auto begin = std::chrono::steady_clock::now();
         if (!failsInSilence(name)) return false;
         const auto taken = std::chrono::steady_clock::now() - begin;
-        if (taken < 2s) return taken > 900ms;
+        if (taken < 1200ms) return taken > 950ms;
     }
     return false;
 }
@@ -194,20 +193,23 @@ TEST(Notify, LetsOtherMessagesPassOneThatIsStuck) {
 }
 
 TEST(Notify, RunsEachReplyBlockOnce) {
-    constexpr int kMessages = 500;
+    constexpr std::size_t kMessages = 500;
     const PortsFolder folder;
     std::multiset<std::int64_t> received;
     const ServedPort port("com.nevo.lumora/message", [&received](auto&, auto, const auto& body) {
         received.insert(*NSKeyedUnarchiver::unarchiveObjectWithData(*body)["object"].integer());
         return std::nullopt;
     });
-    std::vector<std::atomic<int>> calls(kMessages);
-    for (int i = 0; i < kMessages; ++i)
-        notify("message", i, [&calls, i](const auto&) { ++calls[static_cast<std::size_t>(i)]; });
-    waitUntilIdle();
-    for (int i = 0; i < kMessages; ++i) {
-        EXPECT_LE(calls[static_cast<std::size_t>(i)], 1);
-        EXPECT_EQ(received.count(i), static_cast<std::size_t>(calls[static_cast<std::size_t>(i)]));
+    std::vector<std::atomic<std::size_t>> calls(kMessages);
+    // One that takes more than a second is dropped, as it has to be, and is sent once more.
+    for (int round = 0; round < 10; ++round) {
+        for (std::size_t i = 0; i < kMessages; ++i)
+            if (calls[i] == 0) notify("message", static_cast<int>(i), [&calls, i](const auto&) { ++calls[i]; });
+        waitUntilIdle();
+    }
+    for (std::size_t i = 0; i < kMessages; ++i) {
+        EXPECT_GE(calls[i], 1U) << i;
+        EXPECT_LE(calls[i], received.count(static_cast<std::int64_t>(i))) << i;
     }
 }
 
