@@ -203,7 +203,8 @@ TEST_F(ContactTest, SkipsALogForWhoseCopyThereIsNoRoom) {
     std::filesystem::resize_file(log(), room + (1U << 30U)); // sparse
     rlimit usual{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
-    ::signal(SIGXFSZ, SIG_IGN);
+    static volatile std::sig_atomic_t stopped = 0;
+    ::signal(SIGXFSZ, [](int) { stopped = stopped + 1; });
     const rlimit little{50'000, usual.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &little), 0);
     testing::internal::CaptureStderr();
@@ -211,6 +212,7 @@ TEST_F(ContactTest, SkipsALogForWhoseCopyThereIsNoRoom) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
     EXPECT_THAT(attachments(), IsEmpty());
+    EXPECT_EQ(stopped, 1) << "a copy that is larger than the disk is not even begun";
     EXPECT_THAT(tests::Home::filesIn(copies), IsEmpty());
 }
 
