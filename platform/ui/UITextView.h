@@ -4,15 +4,21 @@
 #include "platform/ui/UIView.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace platform {
 
 /// A text of many lines that scrolls when it is higher than the view. Main thread.
 class PLATFORM_EXPORT UITextView final : public UIView {
   public:
-    [[nodiscard]] const std::string& text() const { return text_; }
-    void setText(std::string text) { text_ = std::move(text); }
+    [[nodiscard]] const std::string& text() const { return *text_; }
+    /// The same, for whoever keeps it: a text may have many megabytes. Another object once another text is set.
+    [[nodiscard]] const std::shared_ptr<const std::string>& sharedText() const { return text_; }
+    void setText(std::string text) {
+        if (text != *text_) text_ = std::make_shared<const std::string>(std::move(text));
+    }
 
     /// Never null; at first the system's font at 12.0 points.
     [[nodiscard]] const UIFontRef& font() const { return font_; }
@@ -33,7 +39,7 @@ class PLATFORM_EXPORT UITextView final : public UIView {
     static std::uint64_t nextId();
 
     const std::uint64_t id_ = nextId();
-    std::string text_;
+    std::shared_ptr<const std::string> text_ = std::make_shared<const std::string>();
     UIFontRef font_ = UIFont::systemFontOfSize(12.0);
     bool editable_ = true;
     bool selectable_ = true;

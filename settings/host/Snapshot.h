@@ -55,7 +55,7 @@ struct ViewSnapshot {
 struct TextSnapshot {
     std::uint64_t id = 0;   ///< tells texts apart: a page that appears again has another one, which begins at its top
     platform::CGRect frame; ///< on the page
-    std::string text;
+    std::shared_ptr<const std::string> text; ///< never null; another one is another text
     platform::UIFontRef font;
     bool selectable = false;
     friend bool operator==(const TextSnapshot&, const TextSnapshot&) = default;

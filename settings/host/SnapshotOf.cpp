@@ -142,7 +142,7 @@ TableSnapshot snapshotOf(UITableView& table) {
 }
 
 TextSnapshot snapshotOf(const UITextView& view) {
-    return {view.id(), onPage(view.bounds(), view), view.text(), view.font(), view.isSelectable()};
+    return {view.id(), onPage(view.bounds(), view), view.sharedText(), view.font(), view.isSelectable()};
 }
 
 /// What two rectangles share; without a side when that is nothing.

@@ -24,16 +24,15 @@ Flickable {
             scrollTo(top);
     }
     function takeKey(event) {
-        const aPage = Math.max(line, height - line);
-        const targets = new Map([
-            [Qt.Key_Up, contentY - line], [Qt.Key_Down, contentY + line],
-            [Qt.Key_PageUp, contentY - aPage], [Qt.Key_PageDown, contentY + aPage],
-            [Qt.Key_Home, 0], [Qt.Key_End, contentHeight],
-        ]);
-        if (event.modifiers & ~Qt.KeypadModifier || !targets.has(event.key))
+        if (!keys.knows(event))
             return;
-        scrollTo(targets.get(event.key));
+        scrollTo(keys.target(event));
         event.accepted = true;
+    }
+
+    readonly property ScrollKeys keys: ScrollKeys {
+        view: root
+        line: root.line
     }
 
     T.ScrollIndicator.vertical: PageScrollIndicator {}

@@ -1,42 +1,77 @@
 import QtQuick
+import QtQuick.Templates as T
 import Lumora
 
-// A text that scrolls and cannot be edited.
+// A text that scrolls and cannot be edited. Of a long one only the pieces around what is seen exist.
 FocusScope {
     id: root
 
     required property TextModel text
-    readonly property alias contentY: flick.contentY
+    readonly property alias contentY: list.contentY
+    readonly property int letterSize: Theme.scaled(text?.size ?? 17)
+    readonly property int pieceCount: text?.pieceCount ?? 0
 
     onTextChanged: {
-        flick.cancelFlick();
-        flick.contentY = 0;
+        list.cancelFlick();
+        list.positionViewAtBeginning();
     }
 
-    Keys.onPressed: event => flick.takeKey(event)
+    Keys.onPressed: event => list.takeKey(event)
 
     FontMetrics {
         id: metrics
 
-        font: shown.font
+        font.pixelSize: root.letterSize
     }
-    Scroller {
-        id: flick
+    ScrollKeys {
+        id: keys
+
+        view: list
+        line: 3 * metrics.lineSpacing
+    }
+    ListView {
+        id: list
 
         anchors.fill: parent
-        contentHeight: shown.height
-        line: 3 * metrics.lineSpacing
+        contentWidth: width
+        pixelAligned: true
+        boundsBehavior: Flickable.DragAndOvershootBounds
+        clip: true
+        keyNavigationEnabled: false
+        currentIndex: -1 // which would take the focus
+        focus: true
+        model: root.pieceCount
 
-        TextEdit {
-            id: shown
+        // How high the pieces are that are not seen is only estimated.
+        function scrollTo(y) {
+            cancelFlick();
+            if (y <= originY)
+                positionViewAtBeginning();
+            else if (y >= originY + contentHeight - height)
+                positionViewAtEnd();
+            else
+                contentY = y;
+        }
+        function takeKey(event) {
+            if (!keys.knows(event))
+                return;
+            scrollTo(keys.target(event));
+            event.accepted = true;
+        }
 
-            width: flick.width
-            padding: 8
-            focus: selectByMouse // for the keys that copy
-            text: root.text?.text ?? ""
+        delegate: TextEdit {
+            required property int index
+
+            width: list.width
+            leftPadding: 8
+            rightPadding: 8
+            topPadding: index === 0 ? 8 : 0
+            bottomPadding: index === root.pieceCount - 1 ? 8 : 0
+            focus: selectByMouse && index === 0 // for the keys that copy
+            text: index < (root.text?.pieceCount ?? 0) ? root.text.piece(index) : ""
             textFormat: TextEdit.PlainText
             wrapMode: TextEdit.Wrap
-            font.pixelSize: Theme.scaled(root.text?.size ?? 17)
+            font.pixelSize: root.letterSize
             color: Theme.text
             selectionColor: Theme.accent
             selectedTextColor: "white"
@@ -45,6 +80,19 @@ FocusScope {
             activeFocusOnPress: selectByMouse
             Accessible.role: Accessible.StaticText
             Accessible.name: text
+            Accessible.ignored: root.pieceCount > 1
         }
+
+        T.ScrollIndicator.vertical: PageScrollIndicator {}
+    }
+    // Assistive tools are told the whole of it, also where it comes in pieces.
+    Item {
+        parent: list.contentItem
+        y: list.originY
+        width: list.width
+        height: list.contentHeight
+        Accessible.role: Accessible.StaticText
+        Accessible.name: root.pieceCount > 1 ? root.text.text : ""
+        Accessible.ignored: root.pieceCount <= 1
     }
 }

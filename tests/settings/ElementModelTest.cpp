@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
 #include <utility>
 
 namespace {
@@ -216,7 +218,8 @@ TEST(TextOfAPage, LivesOnWhileItIsTheSameText) {
     const auto pageWith = [](std::uint64_t id, std::string text) {
         auto page = pageOf({});
         page->text = std::make_shared<const TextSnapshot>(
-            TextSnapshot{id, CGRectMake(0, 0, 100, 100), std::move(text), UIFont::systemFontOfSize(15), false});
+            TextSnapshot{id, CGRectMake(0, 0, 100, 100), std::make_shared<const std::string>(std::move(text)),
+                         UIFont::systemFontOfSize(15), false});
         return page;
     };
     Hand hand;
@@ -231,6 +234,40 @@ TEST(TextOfAPage, LivesOnWhileItIsTheSameText) {
     EXPECT_NE(page.text(), text);
     page.read(pageOf({}));
     EXPECT_EQ(page.text(), nullptr);
+}
+
+TEST(TextOfAPage, ComesInPiecesThatAreNoneTooLongAndLoseNothing) {
+    static constexpr qsizetype kLong = 8192;
+    const auto pieces = [](const std::string& text) {
+        const auto snapshot = std::make_shared<const TextSnapshot>(
+            TextSnapshot{1, {}, std::make_shared<const std::string>(text), UIFont::systemFontOfSize(15), false});
+        const TextModel model(snapshot, nullptr);
+        QStringList all;
+        for (int i = 0; i < model.pieceCount(); ++i) {
+            all << model.piece(i);
+            EXPECT_LE(all.back().toUtf8().size(), kLong);
+        }
+        EXPECT_EQ(model.piece(-1) + model.piece(model.pieceCount()), "");
+        return all;
+    };
+    EXPECT_EQ(pieces(""), QStringList{""});
+    EXPECT_EQ(pieces("one\ntwo\n"), QStringList{"one\ntwo\n"});
+
+    QString lines;
+    for (int i = 0; i < 5000; ++i)
+        lines += QStringLiteral("Zeile %1: ä\n").arg(i);
+    EXPECT_GT(pieces(lines.toStdString()).size(), 5);
+    EXPECT_EQ(pieces(lines.toStdString()).join('\n'), lines);
+    EXPECT_EQ(pieces(QString(lines).replace("\n", "\r\n").toStdString()).join("\r\n"),
+              QString(lines).replace("\n", "\r\n"));
+
+    // Lines that are too long for a piece are broken at a space, else between two characters.
+    const QStringList words = pieces(QString("Wörter ").repeated(5000).toStdString());
+    EXPECT_EQ(words.join(""), QString("Wörter ").repeated(5000));
+    EXPECT_TRUE(
+        std::all_of(words.begin(), words.end(), [](const QString& piece) { return piece.endsWith("Wörter "); }));
+    for (const char* letter : {"ä", "–", "😀"})
+        EXPECT_EQ(pieces(QString(letter).repeated(9000).toStdString()).join(""), QString(letter).repeated(9000));
 }
 
 } // namespace

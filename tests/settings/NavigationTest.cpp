@@ -413,7 +413,7 @@ TEST_F(FieldNavigationTest, ShowsOfTheElementsOnlyWhatATouchReachesOnASmallerPag
 TEST_F(FieldNavigationTest, ShowsTheTextByItsPlaceOnThePage) {
     ASSERT_TRUE(top().text);
     EXPECT_EQ(top().text->frame, CGRectMake(160, 220, 100, 60));
-    EXPECT_EQ(top().text->text, "Text");
+    EXPECT_EQ(*top().text->text, "Text");
     EXPECT_EQ(top().text->font->pointSize(), 15);
     EXPECT_FALSE(top().text->selectable);
 }

@@ -287,9 +287,10 @@ std::shared_ptr<const settings::PageSnapshot> Bench::viewSnapshot(const QVariant
     for (const QVariant& element : view["elements"].toList())
         page->elements.push_back(toElement(element.toMap()));
     if (const QVariantMap text = view["text"].toMap(); !text.isEmpty())
-        page->text = std::make_shared<const settings::TextSnapshot>(settings::TextSnapshot{
-            text["id"].toULongLong(), toFrame(text["frame"]), text["text"].toString().toStdString(),
-            platform::UIFont::systemFontOfSize(15), text["selectable"].toBool()});
+        page->text = std::make_shared<const settings::TextSnapshot>(
+            settings::TextSnapshot{text["id"].toULongLong(), toFrame(text["frame"]),
+                                   std::make_shared<const std::string>(text["text"].toString().toStdString()),
+                                   platform::UIFont::systemFontOfSize(15), text["selectable"].toBool()});
     return page;
 }
 

@@ -448,6 +448,33 @@ Item {
             host.anchors.fill = root;
             compare(scroller().height, 600);
         }
+        function test_laysOutOnlyWhatIsSeenOfALongTextAndTellsAllOfIt() {
+            const whole = Array.from({ length: 20000 }, (_, i) => "Line " + i).join("\n");
+            open(textView(whole));
+            host.item.forceActiveFocus();
+            const pieces = () => all(host.item, item => item.selectByMouse !== undefined);
+            const at = (piece, y) => piece.mapToItem(scroller(), 0, y).y;
+            verify(pieces().some(piece => piece.text.startsWith("Line 0\nLine 1\n") && at(piece, 0) === 0));
+            verify(pieces().length < 10);
+            const told = bench.spoken(host.item).filter(control => control.name.startsWith("Line"));
+            compare(told.map(control => control.role), [0x29]);
+            compare(told[0].name, whole);
+            keyClick(Qt.Key_End);
+            tryVerify(() => pieces().some(piece => piece.text.endsWith("\nLine 19999") && at(piece, piece.height) === 600));
+            verify(pieces().length < 10);
+            for (let i = 0; i < 30; ++i)
+                keyClick(Qt.Key_PageUp);
+            // Nothing is left out between two pieces, and nothing shown twice.
+            const seen = pieces().filter(piece => at(piece, piece.height) > 0 && at(piece, 0) < 600).sort((one, other) => one.y - other.y);
+            verify(seen.length > 0);
+            verify(whole.includes(seen.map(piece => piece.text).join("\n")));
+            for (let i = 1; i < seen.length; ++i)
+                compare(seen[i].y, seen[i - 1].y + seen[i - 1].height);
+            keyClick(Qt.Key_Home);
+            tryVerify(() => pieces().some(piece => piece.text.startsWith("Line 0\n") && at(piece, 0) === 0));
+            bench.showView(textView("Short", 2));
+            tryVerify(() => pieces().length === 1 && pieces()[0].text === "Short" && at(pieces()[0], 0) === 0);
+        }
         function test_showsMarkupAsItIsWritten() {
             open(textView("<b>Bold</b> & plain"));
             compare(shownText().getText(0, 100), "<b>Bold</b> & plain");
