@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 using platform::Data;
+using platform::FileDescriptor;
 using platform::Result;
 
 namespace lumora {
@@ -26,10 +27,6 @@ std::string systemError() {
 
 } // namespace
 
-Descriptor::~Descriptor() {
-    if (number_ >= 0) close(number_);
-}
-
 Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::path& path, Log log) {
     using Opened = Result<std::unique_ptr<SettingsFile>>;
     // Where the name is a link, it is the file behind it that must be replaced.
@@ -41,21 +38,22 @@ Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::
     if (failed)
         return Opened::failure("cannot make the folder " + file.parent_path().string() + ": " + failed.message());
 
-    Descriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FileDescriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder) return Opened::failure("cannot open the folder " + file.parent_path().string() + ": " + systemError());
     struct stat status {};
     if (fstatat(folder.number(), file.filename().c_str(), &status, 0) == 0 && !S_ISREG(status.st_mode))
         return Opened::failure(file.string() + " is no regular file");
 
     const std::string lockName = file.filename().string() + ".lock";
-    Descriptor lock(openat(folder.number(), lockName.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
+    FileDescriptor lock(
+        openat(folder.number(), lockName.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
     if (!lock) return Opened::failure("cannot write in " + file.parent_path().string() + ": " + systemError());
     if (flock(lock.number(), LOCK_EX | LOCK_NB) != 0)
         return Opened::failure("another lumora-tweak is running: it holds " + file.string());
     return std::unique_ptr<SettingsFile>(new SettingsFile(file, std::move(folder), std::move(lock), std::move(log)));
 }
 
-SettingsFile::SettingsFile(std::filesystem::path path, Descriptor folder, Descriptor lock, Log log)
+SettingsFile::SettingsFile(std::filesystem::path path, FileDescriptor folder, FileDescriptor lock, Log log)
     : path_(std::move(path)), name_(path_.filename().string()), folder_(std::move(folder)), lock_(std::move(lock)),
       log_(std::move(log)), syncing_([this] { syncWhenChanged(); }) {
 }
@@ -71,7 +69,7 @@ SettingsFile::~SettingsFile() {
 
 Result<std::optional<Data>> SettingsFile::read() const {
     using Read = Result<std::optional<Data>>;
-    const Descriptor file(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const FileDescriptor file(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file && errno == ENOENT) return {std::nullopt};
     struct stat status {};
     if (!file || fstat(file.number(), &status) != 0) return Read::failure(systemError());
@@ -121,7 +119,7 @@ std::optional<std::string> SettingsFile::replace(const Data& bytes) {
 
 /// Leaves the reason for a failure in errno.
 bool SettingsFile::write(const Data& bytes, const std::string& name) const {
-    const Descriptor file(
+    const FileDescriptor file(
         openat(folder_.number(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
     if (!file) return false;
     std::size_t written = 0;
@@ -147,7 +145,7 @@ void SettingsFile::syncWhenChanged() {
 }
 
 void SettingsFile::sync() const {
-    const Descriptor file(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC));
+    const FileDescriptor file(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file || fsync(file.number()) != 0 || fsync(folder_.number()) != 0)
         log_("cannot sync " + path_.string() + " to the device: " + systemError());
 }

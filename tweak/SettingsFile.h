@@ -2,6 +2,7 @@
 
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
+#include "platform/messaging/FileDescriptor.h"
 #include "tweak/Log.h"
 
 #include <chrono>
@@ -14,22 +15,6 @@
 #include <thread>
 
 namespace lumora {
-
-/// A descriptor that closes itself.
-class Descriptor {
-  public:
-    Descriptor() = default;
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(Descriptor&& other) noexcept : number_(other.number_) { other.number_ = -1; }
-    Descriptor& operator=(Descriptor&&) = delete;
-    ~Descriptor();
-
-    [[nodiscard]] int number() const { return number_; }
-    explicit operator bool() const { return number_ >= 0; }
-
-  private:
-    int number_ = -1;
-};
 
 /// The file that the settings stand in, and the only one in the system who writes it.
 ///
@@ -64,15 +49,15 @@ class SettingsFile {
     [[nodiscard]] std::optional<std::string> replace(const platform::Data& bytes);
 
   private:
-    SettingsFile(std::filesystem::path path, Descriptor folder, Descriptor lock, Log log);
+    SettingsFile(std::filesystem::path path, platform::FileDescriptor folder, platform::FileDescriptor lock, Log log);
     [[nodiscard]] bool write(const platform::Data& bytes, const std::string& name) const;
     void syncWhenChanged();
     void sync() const;
 
     std::filesystem::path path_;
     std::string name_;
-    Descriptor folder_;
-    Descriptor lock_;
+    platform::FileDescriptor folder_;
+    platform::FileDescriptor lock_;
     Log log_;
 
     std::mutex state_; ///< guards the two flags
