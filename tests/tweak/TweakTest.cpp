@@ -137,9 +137,11 @@ TEST_F(TweakTest, WritesALineForEachMessageWhenVerbose) {
     ASSERT_TRUE(verbose.requestTweakSettings());
     ASSERT_EQ(verbose.updateSettings(changeBody("kLSPTintOpacity", 0.5)), std::nullopt);
     ASSERT_EQ(verbose.updateSettings(changeBody("kAppsEnabled", List{"com.a", "com.b"})), std::nullopt);
+    ASSERT_EQ(verbose.updateSettings(changeBody("kLSDateSubtitle", std::string(1000, 'x'))), std::nullopt);
     ASSERT_NE(verbose.updateSettings(std::nullopt), std::nullopt);
     EXPECT_THAT(lines, ElementsAre("requestTweakSettings: 50 settings", R"(updateSettings: "kLSPTintOpacity" = 0.5)",
                                    R"(updateSettings: "kAppsEnabled" = ["com.a","com.b"])",
+                                   R"(updateSettings: "kLSDateSubtitle" = a text)",
                                    "updateSettings refused: the message has no body"));
 }
 
