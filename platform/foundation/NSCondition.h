@@ -21,12 +21,12 @@ class PLATFORM_EXPORT NSCondition {
     void lock() { mutex_.lock(); }
     void unlock() { mutex_.unlock(); }
     /// Waits without a time limit. The caller holds the lock before and after.
-    void wait() {
-        std::unique_lock held(mutex_, std::adopt_lock);
-        signalled_.wait(held);
-        held.release();
-    }
+    void wait();
     void signal() { signalled_.notify_one(); }
+
+    /// How many threads of this process wait on a condition just now, any condition: for whoever tells a person whether
+    /// something is being waited for or done.
+    [[nodiscard]] static int waiting();
 
   private:
     std::mutex mutex_;

@@ -108,7 +108,8 @@ int runApplication(int argc, char** argv, const Options& asked) {
     if (!window) return complain("the window's own files cannot be loaded");
     if (!picturesOnly) return QGuiApplication::exec();
 
-    Pictures pictures(shell, *window, std::chrono::milliseconds(qint64(options.timeout * 1000)));
+    Pictures pictures(shell, *window, std::chrono::milliseconds(qint64(options.timeout * 1000)),
+                      [](const std::string& why) { std::_Exit(complain(why)); });
     const Result<bool> saved = options.grab ? pictures.grab(*options.grab) : pictures.tour(*options.tour);
     return saved ? 0 : complain(saved.error());
 }

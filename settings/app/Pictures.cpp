@@ -19,9 +19,6 @@ using platform::Result;
 
 namespace {
 
-/// What a page waits for that does not come.
-constexpr auto kPage = "the tweak to answer \"requestTweakSettings\"";
-
 /// What can stand in a file name on any system, and is not too long for one: "Sleep After" becomes "SleepAfter".
 std::string compact(const std::string& title) {
     std::string name;
@@ -69,8 +66,10 @@ bool isLink(const RowSnapshot& row) {
 
 } // namespace
 
-Pictures::Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost)
-    : shell_(shell), window_(window), atMost_(atMost) {
+Pictures::Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost,
+                   const std::function<void(const std::string& why)>& overdue)
+    : shell_(shell), window_(window), atMost_(atMost),
+      drawing_(atMost, [overdue] { overdue("timed out waiting for the page to be drawn"); }) {
     shell_.setAnimated(false);
     window_.installEventFilter(this);
 }
@@ -131,13 +130,13 @@ void Pictures::visitTopPage() {
     const std::size_t depth = shell_.pages().size();
     for (std::size_t row = 0; row < page.rows.size(); ++row) {
         if (!isLink(page.rows[row])) continue;
-        perform([id = page.id, row](Navigation& navigation) { navigation.rowTapped(id, row); }, kPage);
+        perform([id = page.id, row](Navigation& navigation) { navigation.rowTapped(id, row); });
         if (shell_.pages().size() == depth) {
             missPage(name, page.rows[row]);
             continue;
         }
         visitTopPage();
-        perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); }, kPage);
+        perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); });
     }
 }
 
@@ -187,7 +186,7 @@ void Pictures::takePicture(const std::string& name, bool dark) {
 }
 
 void Pictures::save(const std::filesystem::path& file) {
-    QCoreApplication::processEvents();
+    draw();
     QImage picture;
     waitUntil(
         [&] {
@@ -195,7 +194,7 @@ void Pictures::save(const std::filesystem::path& file) {
             window_.update(); // a display may draw the window in its new size a few frames later
             return picture.isNull() || picture.size() == window_.size() * window_.effectiveDevicePixelRatio();
         },
-        "the window to be drawn");
+        [] { return "the window to be drawn"; });
     // One format, so that a picture is the same on every platform.
     picture = picture.convertToFormat(QImage::Format_RGB32);
     picture.setDotsPerMeterX(2835);
@@ -206,9 +205,9 @@ void Pictures::save(const std::filesystem::path& file) {
 void Pictures::resize(QSize size) {
     if (window_.size() == size) return;
     window_.resize(size);
-    waitUntil([&] { return window_.size() == size; }, "the window's new size");
+    waitUntil([&] { return window_.size() == size; }, [] { return "the window's new size"; });
     const platform::CGSize content = contentSizeOf({double(size.width()), double(size.height())});
-    perform([content](Navigation& navigation) { navigation.setContentSize(content); }, "the page to be laid out");
+    perform([content](Navigation& navigation) { navigation.setContentSize(content); });
 }
 
 /// Whether there is more of the page than the window shows.
@@ -217,8 +216,9 @@ bool Pictures::scroll(bool toEnd) {
     if (!scroller) return false;
     // A table makes the rows that are seen, and knows then how high all of it is.
     for (int i = 0; i < 2; ++i) {
-        const double end = scroller->property("contentHeight").toDouble() - scroller->height();
-        scroller->setProperty("contentY", toEnd ? end : 0);
+        const double top = scroller->property("originY").toDouble();
+        const double end = top + scroller->property("contentHeight").toDouble() - scroller->height();
+        scroller->setProperty("contentY", toEnd ? end : top);
         settle();
     }
     return true;
@@ -226,31 +226,41 @@ bool Pictures::scroll(bool toEnd) {
 
 /// Waits until a page stands, with all that it has asked for since it was drawn.
 void Pictures::settle() {
-    waitUntil([&] { return shell_.topPage() != nullptr; }, kPage);
+    waitUntil([&] { return shell_.topPage() != nullptr; }, [&] { return awaitedPage(); });
+    draw();
+    perform([](Navigation&) {});
+}
+
+void Pictures::draw() {
+    const DrawingLimit::Turn turn(drawing_);
     QCoreApplication::processEvents();
-    perform([](Navigation&) {}, "the page to stand still");
 }
 
 /// A page makes its view when it appears, and it appears again when another one has been on top.
 void Pictures::openAnew() {
-    perform([name = shell_.topPage()->className](
-                Navigation& navigation) { navigation.open(platform::NSClassFromString(name), {}); },
-            kPage);
-    perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); }, kPage);
+    perform([name = shell_.topPage()->className](Navigation& navigation) {
+        navigation.open(platform::NSClassFromString(name), {});
+    });
+    perform([id = shell_.topPage()->id](Navigation& navigation) { navigation.back(id); });
 }
 
-void Pictures::perform(std::function<void(Navigation&)> work, const char* awaited) {
+void Pictures::perform(std::function<void(Navigation&)> work) {
     const auto done = std::make_shared<bool>(false);
     shell_.post(std::move(work), [done] { *done = true; });
-    waitUntil([&] { return *done; }, awaited);
+    waitUntil([&] { return *done; }, [&] { return awaitedPage(); });
 }
 
-void Pictures::waitUntil(const std::function<bool()>& condition, const char* awaited) {
+std::string Pictures::awaitedPage() const {
+    return whatBlocks(shell_.waitingTitle().toStdString());
+}
+
+void Pictures::waitUntil(const std::function<bool()>& condition, const std::function<std::string()>& awaited) {
+    const DrawingLimit::Turn turn(drawing_);
     QTimer deadline; // its event ends a wait for events that do not come
     deadline.setSingleShot(true);
     deadline.start(atMost_);
     while (!condition()) {
-        if (!deadline.isActive()) throw Stopped{std::string("timed out waiting for ") + awaited};
+        if (!deadline.isActive()) throw Stopped{"timed out waiting for " + awaited()};
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 }

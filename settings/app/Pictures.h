@@ -1,5 +1,6 @@
 #pragma once
 
+#include "settings/app/DrawingLimit.h"
 #include "settings/app/Shell.h"
 
 #include <QEvent>
@@ -9,6 +10,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -20,11 +22,14 @@ namespace settings {
 /// mouse and keyboard, which would open other pages or restart the program. GUI thread, with the event loop running
 /// inside.
 ///
-///     Pictures pictures(shell, window, std::chrono::seconds(10));
+///     Pictures pictures(shell, window, std::chrono::seconds(10), [](const std::string& why) { … std::_Exit(1); });
 ///     if (auto saved = pictures.tour("pictures"); !saved) complain(saved.error());
 class Pictures : private QObject {
   public:
-    Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost);
+    /// `overdue` is told, on another thread, that the window takes longer than that to be drawn. It has to end the
+    /// process: nothing else can end the drawing.
+    Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost,
+             const std::function<void(const std::string& why)>& overdue);
 
     [[nodiscard]] platform::Result<bool> grab(const std::filesystem::path& file);
     /// Every page, opened anew at each size, light and dark: "LumoraPreferences-390-light.png", and when it is longer
@@ -57,14 +62,17 @@ class Pictures : private QObject {
     void resize(QSize size);
     bool scroll(bool toEnd);
     void settle();
+    void draw();
     void openAnew();
     std::string pictureName(const PageSnapshot& page);
-    void perform(std::function<void(Navigation&)> work, const char* awaited);
-    void waitUntil(const std::function<bool()>& condition, const char* awaited);
+    void perform(std::function<void(Navigation&)> work);
+    void waitUntil(const std::function<bool()>& condition, const std::function<std::string()>& awaited);
+    [[nodiscard]] std::string awaitedPage() const;
 
     Shell& shell_;
     QQuickWindow& window_;
     std::chrono::milliseconds atMost_; ///< for each thing that is waited for
+    DrawingLimit drawing_;             ///< for each thing that is drawn
     std::filesystem::path folder_;
     std::set<std::string> visited_;              ///< names of pictures at the present width
     std::map<std::string, std::string> openers_; ///< of option lists, by the picture's name: the page that leads there

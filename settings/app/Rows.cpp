@@ -38,7 +38,7 @@ int printRows(const Options& options) {
                 });
     auto written = page->written.get_future();
     if (written.wait_for(std::chrono::duration<double>(options.timeout)) != std::future_status::ready)
-        return complain("timed out waiting for the tweak to answer \"requestTweakSettings\"");
+        return complain("timed out waiting for " + whatBlocks(*options.rows));
     const Result<std::string> text = written.get();
     if (!text) return complain(text.error());
     std::cout << text.value() << std::endl;

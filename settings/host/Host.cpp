@@ -2,6 +2,7 @@
 
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/NSBundle.h"
+#include "platform/foundation/NSCondition.h"
 #include "platform/messaging/Dispatch.h"
 
 #include <algorithm>
@@ -38,6 +39,12 @@ Result<bool> openBundle(Navigation& navigation, const Launch& launch) {
 
 std::filesystem::path standardBundle() {
     return platform::devicePath("/Library/PreferenceBundles/Lumora.bundle");
+}
+
+std::string whatBlocks(const std::string& page) {
+    // Nothing else in a page waits on a condition.
+    if (platform::NSCondition::waiting() > 0) return "the tweak to answer \"requestTweakSettings\"";
+    return "the page \"" + page + "\", which is not ready yet";
 }
 
 Host::Host(Navigation::Show show) : navigation_(std::move(show)) {

@@ -20,6 +20,10 @@ struct Launch {
 /// Where a device keeps the bundle: under the device root.
 [[nodiscard]] std::filesystem::path standardBundle();
 
+/// What the main thread is at while that page does not come, to be told behind "timed out waiting for": the tweak's
+/// answer, or the page itself. Any thread.
+[[nodiscard]] std::string whatBlocks(const std::string& page);
+
 /// Starts the permanent main thread, which alone calls into the bundle, and hands it work.
 ///
 ///     auto& host = *new Host(show);   // never destroyed: the main thread may be blocked in it for good

@@ -1,10 +1,13 @@
 #include "settings/app/ElementModel.h"
+#include "settings/app/DrawingLimit.h"
 #include "settings/app/PageModel.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <future>
 #include <string>
 #include <utility>
 
@@ -268,6 +271,16 @@ TEST(TextOfAPage, ComesInPiecesThatAreNoneTooLongAndLoseNothing) {
         std::all_of(words.begin(), words.end(), [](const QString& piece) { return piece.endsWith("Wörter "); }));
     for (const char* letter : {"ä", "–", "😀"})
         EXPECT_EQ(pieces(QString(letter).repeated(9000).toStdString()).join(""), QString(letter).repeated(9000));
+}
+
+TEST(DrawingLimit, IsToldOfOneThingThatTakesTooLongAndOfNothingElse) {
+    std::promise<void> told;
+    DrawingLimit limit(std::chrono::milliseconds(0), [&told] { told.set_value(); }); // a second time would throw
+    { const DrawingLimit::Turn quick(limit); }
+    const auto began = std::chrono::steady_clock::now();
+    const DrawingLimit::Turn slow(limit);
+    ASSERT_EQ(told.get_future().wait_for(std::chrono::minutes(1)), std::future_status::ready);
+    EXPECT_GE(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(200)) << "the first was over in time";
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "settings/host/Host.h"
 
 #include "link/Notify.h"
+#include "platform/foundation/NSCondition.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "tests/support/PortsFolder.h"
 #include "tests/support/ServedPort.h"
@@ -8,6 +9,7 @@
 
 #include <future>
 #include <mutex>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -48,6 +50,27 @@ class Recorded {
 
 const std::filesystem::path kBundle =
     std::filesystem::path(LUMORA_TEST_ROOT) / "Library/PreferenceBundles/Lumora.bundle";
+
+TEST(Host, TellsAPageThatWaitsForAnAnswerFromOneThatTakesItsTime) {
+    const std::string itself = R"(the page "Slow", which is not ready yet)";
+    EXPECT_EQ(whatBlocks("Slow"), itself);
+    NSCondition answered;
+    bool isAnswered = false;
+    std::thread page([&] {
+        answered.lock();
+        while (!isAnswered)
+            answered.wait();
+        answered.unlock();
+    });
+    EXPECT_TRUE(
+        tests::eventually([] { return whatBlocks("Slow") == R"(the tweak to answer "requestTweakSettings")"; }));
+    answered.lock();
+    isAnswered = true;
+    answered.signal();
+    answered.unlock();
+    page.join();
+    EXPECT_EQ(whatBlocks("Slow"), itself);
+}
 
 TEST(Host, SaysThatThereIsNoBundle) {
     const auto why = Recorded::shared().launch({"/nowhere/Lumora.bundle", "", {390, 760}});

@@ -5,7 +5,9 @@
 """
 import json
 import os
+import plistlib
 import resource
+import shutil
 import struct
 import subprocess
 import sys
@@ -45,10 +47,28 @@ class ProgramsTest(Programs):
 
     def test_says_that_the_tweak_did_not_answer_in_time(self):
         for options in (["--rows", "LumoraPreferences"], ["--grab", self.folder + "/a.png"], ["--tour", self.folder]):
-            failed = self.settings("--timeout", "0.3", *options)
+            failed = self.settings("--timeout", "1.5", *options)  # long enough to have asked it
             self.assertEqual(failed.returncode, 1, options)
             self.assertIn("timed out waiting for the tweak", failed.stderr)
             self.assertEqual(failed.stdout, "")
+
+    def test_keeps_the_time_out_while_a_page_is_drawn(self):
+        self.start_tweak()
+        root = self.folder + "/root"
+        shutil.copytree(ROOT, root, symlinks=True)
+        bundle = root + "/Library/Nevo/Lumora/Plugins/Strange.bundle"
+        os.mkdir(bundle)
+        shutil.copy(os.path.join(os.path.dirname(program("lumora-settings")), "strange", "StrangePlugin"), bundle)
+        with open(bundle + "/Info.plist", "wb") as file:
+            plistlib.dump({"CFBundleExecutable": "StrangePlugin", "NSPrincipalClass": "Strange"}, file)
+        with open(bundle + "/name.txt", "w", encoding="utf-8") as file:
+            file.write("word " * 1_600_000)  # several seconds' work
+        failed = subprocess.run([program("lumora-settings"), "--root", root, "--page", "PluginsListController",
+                                 "--timeout", "3", "--grab", self.folder + "/a.png"], env=self.environment, text=True,
+                                capture_output=True, timeout=LONG_ENOUGH, check=False)
+        self.assertEqual((failed.returncode, failed.stderr),
+                         (1, "lumora-settings: timed out waiting for the page to be drawn\n"))
+        self.assertFalse(os.path.exists(self.folder + "/a.png"))
 
     def test_saves_a_picture_whole_or_not_at_all(self):
         self.start_tweak()

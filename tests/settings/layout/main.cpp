@@ -30,7 +30,12 @@ constexpr int kLow = 400;
 class LayoutTour : public settings::Pictures {
   public:
     LayoutTour(settings::Shell& shell, QQuickWindow& window)
-        : Pictures(shell, window, std::chrono::seconds(60)), shell_(shell) {}
+        : Pictures(shell, window, std::chrono::seconds(60),
+                   [](const std::string& why) {
+                       std::cerr << why << std::endl;
+                       std::_Exit(1);
+                   }),
+          shell_(shell) {}
     [[nodiscard]] bool foundFaults() const { return foundFaults_; }
 
   protected:

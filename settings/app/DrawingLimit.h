@@ -1,0 +1,69 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <stop_token>
+#include <thread>
+#include <utility>
+
+namespace settings {
+
+/// Notices from a thread of its own that the GUI thread is at one thing for too long, with which no event of its loop
+/// can interfere, and calls `overdue` there. What the loop itself can end has a moment more.
+class DrawingLimit {
+    using Clock = std::chrono::steady_clock;
+
+  public:
+    DrawingLimit(std::chrono::milliseconds atMost, std::function<void()> overdue)
+        : atMost_(atMost + kMoment), overdue_(std::move(overdue)),
+          watching_([this](const std::stop_token& stop) { watch(stop); }) {}
+
+    /// One thing, for as long as it lives.
+    class Turn {
+      public:
+        explicit Turn(DrawingLimit& limit) : limit_(limit) { limit_.set(Clock::now() + limit_.atMost_); }
+        Turn(const Turn&) = delete;
+        Turn& operator=(const Turn&) = delete;
+        ~Turn() { limit_.set(std::nullopt); }
+
+      private:
+        DrawingLimit& limit_;
+    };
+
+  private:
+    static constexpr std::chrono::milliseconds kMoment{250};
+
+    void set(std::optional<Clock::time_point> deadline) {
+        {
+            const std::lock_guard held(mutex_);
+            deadline_ = deadline;
+        }
+        changed_.notify_one();
+    }
+
+    void watch(const std::stop_token& stop) {
+        std::unique_lock held(mutex_);
+        while (!stop.stop_requested()) {
+            const auto deadline = deadline_;
+            const auto another = [&] { return deadline_ != deadline; };
+            if (!deadline) {
+                changed_.wait(held, stop, another);
+            } else if (!changed_.wait_until(held, stop, *deadline, another) && !stop.stop_requested()) {
+                deadline_.reset();
+                overdue_();
+            }
+        }
+    }
+
+    std::chrono::milliseconds atMost_;
+    std::function<void()> overdue_;
+    std::mutex mutex_; ///< guards the deadline
+    std::condition_variable_any changed_;
+    std::optional<Clock::time_point> deadline_;
+    std::jthread watching_; ///< ends before the rest does
+};
+
+} // namespace settings
