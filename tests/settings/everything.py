@@ -14,7 +14,7 @@ import pyatspi
 from gi.repository import GLib
 
 from everything_pages import stored_before
-from spoken import Spoken
+from spoken import Spoken, role_of
 from window import HEIGHT, WIDTH, eventually
 
 WAYS = ("pointer", "keyboard", "assistive")
@@ -83,7 +83,7 @@ class Everything(Spoken):
     def above(self, window, role):
         """What is shown in the bar above all pages."""
         return [child for frame in self.frames(window) for child in frame
-                if child.getRole() == role and self.has_state(child, pyatspi.STATE_SHOWING)]
+                if role_of(child) == role and self.has_state(child, pyatspi.STATE_SHOWING)]
 
     def title(self, window):
         return next((child.name for child in self.above(window, pyatspi.ROLE_HEADING)), None)
@@ -93,7 +93,7 @@ class Everything(Spoken):
         self.looked_at = (None, [])
         try:
             if page := self.page(window):
-                self.looked_at = (page, [(Control(item.getRole(), item.name, item.description), item)
+                self.looked_at = (page, [(Control(role_of(item), item.name, item.description), item)
                                          for item in self.find(page, lambda it: it.get_component_iface())])
         except GLib.Error:
             pass  # something went away while it was looked at

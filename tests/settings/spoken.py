@@ -11,10 +11,16 @@ from gi.repository import Atspi, GLib
 
 from window import Programs, eventually, program
 
-# What the toolkit makes of a switch, of a link, and of an option in a list of them.
+# What the toolkit makes of a switch, of a link if it is an older one, and of an option in a list of them.
 SWITCH = pyatspi.ROLE_CHECK_BOX
 LINK = pyatspi.ROLE_PUSH_BUTTON
 OPTION = pyatspi.ROLE_RADIO_BUTTON
+
+
+def role_of(item):
+    """A newer toolkit tells of links as links, which are buttons to the tests."""
+    role = item.getRole()
+    return LINK if role == pyatspi.ROLE_LINK else role
 
 
 class Spoken(Programs):
@@ -52,7 +58,7 @@ class Spoken(Programs):
         """What is shown in a role, by its name, as assistive tools see it now."""
         try:
             return {item.name: item for application in self.applications(window)
-                    for item in self.find(application, lambda it: it.getRole() == role and
+                    for item in self.find(application, lambda it: role_of(it) == role and
                                           it.getState().contains(pyatspi.STATE_SHOWING))}
         except GLib.Error:
             return {}  # something went away while it was looked at
