@@ -3,16 +3,42 @@
 #include "platform/desktop/Owned.h"
 #include "platform/services/DesktopServices.h"
 
+#include <filesystem>
 #include <gio/gio.h>
-
 #include <memory>
 
 namespace platform {
 namespace {
 
+namespace fs = std::filesystem;
 using Application = Owned<GAppInfo>;
 
+/// Many times the folders of any desktop.
+constexpr int kMostFolders = 1024;
+
+/// Goes through a folder and all that is in it, along links too; false once it has met more folders than it may.
+bool comesToAnEnd(const fs::path& folder, int& foldersLeft) {
+    if (--foldersLeft < 0) return false;
+    std::error_code failed; // nobody looks into a folder that is missing or cannot be read
+    for (fs::directory_iterator at(folder, failed), end; !failed && at != end; at.increment(failed)) {
+        std::error_code unknown;
+        if (at->is_directory(unknown) && !comesToAnEnd(at->path(), foldersLeft)) return false;
+    }
+    return true;
+}
+
+/// Whether GIO can be asked for an application: it first goes through all folders of applications in this way, without
+/// a limit, and two links that lead back to their own folder are enough for that never to end.
+bool canBeSearched() {
+    int foldersLeft = kMostFolders;
+    if (!comesToAnEnd(fs::path(g_get_user_data_dir()) / "applications", foldersLeft)) return false;
+    for (const char* const* folder = g_get_system_data_dirs(); *folder; ++folder)
+        if (!comesToAnEnd(fs::path(*folder) / "applications", foldersLeft)) return false;
+    return true;
+}
+
 Application applicationOf(const std::string& scheme) {
+    if (!canBeSearched()) return nullptr; // nobody is told: it is as if no program took the address
     return Application(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
 }
 

@@ -2,6 +2,7 @@
 
 #include "tests/support/Home.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -31,6 +32,16 @@ TEST(UIApplication, DoesNothingForASchemeThatNobodyTakes) {
 TEST(UIApplication, DoesNothingWhenTheRegisteredProgramIsGone) {
     const tests::Home home;
     home.registerFor("twitter", "viewer.desktop", "viewer %u");
+    EXPECT_FALSE(UIApplication::sharedApplication().openURL(*NSURL::URLWithString("twitter://user")));
+}
+
+TEST(UIApplication, DoesNothingWhereTheFoldersOfApplicationsHaveNoEnd) {
+    const tests::Home home;
+    home.addRecorder("viewer");
+    home.registerFor("twitter", "viewer.desktop", "viewer %u");
+    const auto applications = home.path() / "data/applications";
+    for (const char* name : {"a", "b"})
+        std::filesystem::create_directory_symlink(".", applications / name);
     EXPECT_FALSE(UIApplication::sharedApplication().openURL(*NSURL::URLWithString("twitter://user")));
 }
 
