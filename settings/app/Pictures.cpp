@@ -47,6 +47,16 @@ QQuickItem* longPage(QQuickItem& item) {
     return nullptr;
 }
 
+/// What draws a page, null for nothing.
+const QQuickItem* drawnPage(const QQuickItem& item, const PageModel* page) {
+    if (!item.isVisible()) return nullptr;
+    if (item.property("page").value<PageModel*>() == page) return &item;
+    const QList<QQuickItem*> children = item.childItems();
+    for (const QQuickItem* child : children)
+        if (const QQuickItem* found = drawnPage(*child, page)) return found;
+    return nullptr;
+}
+
 /// A plain file has the whole picture afterwards or is as it was. What is none, such as /dev/stdout, is written in
 /// place.
 bool write(const QImage& picture, const std::filesystem::path& file) {
@@ -190,9 +200,11 @@ void Pictures::save(const std::filesystem::path& file) {
     QImage picture;
     waitUntil(
         [&] {
+            const bool showed = showsPage();
             picture = window_.grabWindow();
             window_.update(); // a display may draw the window in its new size a few frames later
-            return picture.isNull() || picture.size() == window_.size() * window_.effectiveDevicePixelRatio();
+            return showed &&
+                   (picture.isNull() || picture.size() == window_.size() * window_.effectiveDevicePixelRatio());
         },
         [] { return "the window to be drawn"; });
     // One format, so that a picture is the same on every platform.
@@ -200,6 +212,16 @@ void Pictures::save(const std::filesystem::path& file) {
     picture.setDotsPerMeterX(2835);
     picture.setDotsPerMeterY(2835);
     if (picture.isNull() || !write(picture, file)) throw Stopped{"cannot write the picture " + file.string()};
+}
+
+/// Whether the top page stands in the window, as large as it is to be. A window has no content before the display has
+/// told its size, which may come later than the page.
+bool Pictures::showsPage() const {
+    const QSizeF whole = window_.size();
+    if (!shell_.topPage() || window_.contentItem()->size() != whole) return false;
+    const QQuickItem* page = drawnPage(*window_.contentItem(), shell_.pages().back());
+    const platform::CGSize content = contentSizeOf({whole.width(), whole.height()});
+    return page && page->size() == QSizeF(content.width, content.height);
 }
 
 void Pictures::resize(QSize size) {
@@ -227,6 +249,7 @@ bool Pictures::scroll(bool toEnd) {
 /// Waits until a page stands, with all that it has asked for since it was drawn.
 void Pictures::settle() {
     waitUntil([&] { return shell_.topPage() != nullptr; }, [&] { return awaitedPage(); });
+    waitUntil([&] { return showsPage(); }, [] { return "the window to show the page"; });
     draw();
     perform([](Navigation&) {});
 }

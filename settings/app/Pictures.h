@@ -59,6 +59,7 @@ class Pictures : private QObject {
     void visitWaitingScreen();
     void visitComposer();
     void save(const std::filesystem::path& file);
+    [[nodiscard]] bool showsPage() const;
     void resize(QSize size);
     bool scroll(bool toEnd);
     void settle();

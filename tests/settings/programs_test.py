@@ -16,6 +16,13 @@ import unittest
 from window import LONG_ENOUGH, ROOT, WIDTH, Programs, eventually, program
 
 
+def what_stands_in(file):
+    """All of it, for it is small: a picture that should not be there."""
+    with open(file, "rb") as stream:
+        content = stream.read()
+    return f"{len(content)} bytes: {content.hex(' ', 4)}"
+
+
 class ProgramsTest(Programs):
     # -- without a window --
 
@@ -80,6 +87,8 @@ class ProgramsTest(Programs):
                     stream.write(before)
             failed = subprocess.run(full + [program("lumora-settings"), "--root", ROOT, "--grab", file], text=True,
                                     env=self.environment, capture_output=True, timeout=LONG_ENOUGH, check=False)
+            if failed.returncode == 0:
+                self.fail(what_stands_in(file))
             self.assertEqual(failed.returncode, 1)
             self.assertIn("cannot write the picture", failed.stderr)
             left = [name for name in os.listdir(self.folder) if name.startswith("a.png")]
