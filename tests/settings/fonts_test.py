@@ -122,7 +122,7 @@ class FontsTest(Spoken):
     def test_tells_assistive_tools_what_a_row_is(self):
         window = self.open_fonts(name_of(1))
         eventually(lambda: self.marked(window) == [name_of(1)], "the mark")
-        row = self.rows(window)[name_of(1)]
+        row = self.named(window, pyatspi.ROLE_LIST_ITEM, name_of(1))
         self.assertTrue(row.getState().contains(pyatspi.STATE_FOCUSABLE))
         self.assertEqual(row.description, f"Position 3 of {COUNT + 1} in Fonts.")
 

@@ -142,14 +142,14 @@ class Lists:
                 focused.append(event.source.name)
         pyatspi.Registry.registerEventListener(listen, "object:state-changed:focused")
         self.addCleanup(pyatspi.Registry.deregisterEventListener, listen, "object:state-changed:focused")
-        self.act(self.rows(window)["test.one"], "Increase")
+        self.act(self.named(window, pyatspi.ROLE_LIST_ITEM, "test.one"), "Increase")
         self.expect_saved(["test.two", "test.one", "test.three"])
 
         def told():
             GLib.MainContext.default().iteration(False)
             return focused and focused[-1] == "test.one"
         eventually(told, f"the focus on the moved row, not {focused}")
-        moved = self.rows(window)["test.one"]
+        moved = self.named(window, pyatspi.ROLE_LIST_ITEM, "test.one")
         self.assertTrue(moved.getState().contains(pyatspi.STATE_FOCUSED))
         self.assertTrue(moved.description.startswith("Position 2 of 3 in Enabled."), moved.description)
         self.act(moved, "Decrease")

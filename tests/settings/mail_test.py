@@ -116,15 +116,14 @@ class MailTest(Spoken):
         return window
 
     def place_of(self, window, role, name):
-        return eventually(lambda: self.spoken(window, role).get(name), name).queryComponent().getExtents(
-            pyatspi.DESKTOP_COORDS)
+        return self.named(window, role, name).queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
 
     def has_focus(self, window, name):
         field = self.spoken(window, FIELD).get(name)
         return field and field.getState().contains(pyatspi.STATE_FOCUSED)
 
     def text(self, window, name):
-        field = self.spoken(window, FIELD)[name].queryText()
+        field = self.named(window, FIELD, name).queryText()
         return field.getText(0, field.characterCount).replace("\u2029", "\n")  # what the toolkit ends lines with
 
     def keys(self, window, *keys):
@@ -169,7 +168,7 @@ class MailTest(Spoken):
         self.keys(window, "shift+Tab", "End")
         eventually(lambda: self.has_focus(window, "Subject"), "the focus on the subject")
         self.type(window, "Subject", " für")
-        self.act(self.spoken(window, BUTTON)["Send"], "Press")
+        self.act(self.named(window, BUTTON, "Send"), "Press")
         envelope, message = self.sink.only()
         self.expect_gone(window)
 
@@ -236,7 +235,7 @@ class MailTest(Spoken):
         window = self.compose()
         self.keys(window, "ctrl+Return")
         eventually(lambda: "Sending…" in self.spoken(window, ALERT), "what it is doing")
-        send = self.spoken(window, BUTTON)["Send"]
+        send = self.named(window, BUTTON, "Send")
         self.act(send, "Press")
         self.keys(window, "ctrl+Return", "Escape")
         self.assertIn("New Message", self.spoken(window, DIALOG))

@@ -9,7 +9,9 @@ import subprocess
 import pyatspi
 from gi.repository import Atspi, GLib
 
-from window import Programs, eventually, program
+from window import GONE, Programs, eventually, program
+
+GONE.append(GLib.Error)
 
 # What the toolkit makes of a switch, of a link if it is an older one, and of an option in a list of them.
 SWITCH = pyatspi.ROLE_CHECK_BOX
@@ -63,6 +65,10 @@ class Spoken(Programs):
         except GLib.Error:
             return {}  # something went away while it was looked at
 
+    def named(self, window, role, name):
+        """One of them, to be used at once: whatever changes on the screen may put another in its place."""
+        return eventually(lambda: self.spoken(window, role).get(name), name)
+
     def act(self, item, name):
         actions = item.queryAction()
         actions.doAction([actions.getName(i) for i in range(actions.nActions)].index(name))
@@ -71,8 +77,7 @@ class Spoken(Programs):
         return self.spoken(window, pyatspi.ROLE_LIST_ITEM)
 
     def place(self, window, name):
-        row = eventually(lambda: self.rows(window).get(name), name)
-        return row.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        return self.named(window, pyatspi.ROLE_LIST_ITEM, name).queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
 
     def focused(self, window):
         return [name for name, row in self.rows(window).items() if row.getState().contains(pyatspi.STATE_FOCUSED)]

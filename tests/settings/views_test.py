@@ -161,7 +161,7 @@ class SecureFieldTest(Spoken):
         names = ("object:text-changed", "object:property-change", "object:state-changed:focused")
         pyatspi.Registry.registerEventListener(listen, *names)
         self.addCleanup(pyatspi.Registry.deregisterEventListener, listen, *names)
-        place = self.spoken(window, pyatspi.ROLE_TEXT)["Passcode"].queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        place = self.named(window, pyatspi.ROLE_TEXT, "Passcode").queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
         self.xdotool("mousemove", str(place.x + 100), str(place.y + place.height // 2), "click", "1")
         self.xdotool("key", "--window", window.id, "q", "7", "x", "Return", "shift+Tab")
 
@@ -169,7 +169,7 @@ class SecureFieldTest(Spoken):
             GLib.MainContext.default().iteration(False)
             return any(kind == "object:state-changed:focused" and name != "Passcode" for kind, name, _ in told)
         eventually(has_told_of_the_next_focus, "the focus on another control, after all that was told of the text")
-        text = self.spoken(window, pyatspi.ROLE_TEXT)["Passcode"].queryText()
+        text = self.named(window, pyatspi.ROLE_TEXT, "Passcode").queryText()
         self.assertEqual(text.getText(0, text.characterCount), "•••")
         for kind, _, what in told:
             self.assertFalse(isinstance(what, str) and re.search("[q7x]", what), (kind, what))

@@ -23,17 +23,23 @@ BINARIES, ROOT = map(os.path.abspath, sys.argv[-2:]) if len(sys.argv) > 2 else (
 # Seconds, for anything that works at all; $LUMORA_TEST_PATIENCE times that where programs are slow.
 LONG_ENOUGH = 60 * int(os.environ.get("LUMORA_TEST_PATIENCE", "1"))
 WIDTH, HEIGHT = 390, 844
+# What a look ends with at something that has just gone from the screen; spoken.py knows what that is.
+GONE = []
 
 
 def eventually(condition, what):
-    """Looks again and again at what tells nobody when it changes."""
+    """Looks again and again at what tells nobody when it changes. A condition is to look for things anew each time."""
     end = time.monotonic() + LONG_ENOUGH
     tick = threading.Event()
-    while not (result := condition()):
+    while True:
+        try:
+            if result := condition():
+                return result
+        except tuple(GONE):
+            pass
         if time.monotonic() > end:
             raise AssertionError(f"never came: {what}")
         tick.wait(0.02)
-    return result
 
 
 def program(name):

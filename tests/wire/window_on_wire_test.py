@@ -107,26 +107,23 @@ class ChangesTest(Spoken):
             self.assertEqual(self.stored(key), value)
             raise
 
-    def shown(self, window, role, name):
-        return eventually(lambda: self.spoken(window, role).get(name), name)
-
     def open(self, page, role, name):
         """A page on which something is shown, and that."""
         window = self.open_window("--page", page)
-        return window, self.shown(window, role, name)
+        return window, self.named(window, role, name)
 
     def test_switch_arrives_as_a_boolean(self):
         window, switch = self.open("AppsController", SWITCH, "Round Icons")
         self.act(switch, "Toggle")
         self.expect_stored("kAppRoundedEnabled", True)
-        self.act(self.shown(window, SWITCH, "Round Icons"), "Toggle")
+        self.act(self.named(window, SWITCH, "Round Icons"), "Toggle")
         self.expect_stored("kAppRoundedEnabled", False)
 
     def test_slider_arrives_as_a_real_even_at_a_whole_number(self):
         window, slider = self.open("AppsController", pyatspi.ROLE_SLIDER, "Size (70)")
         slider.queryValue().currentValue = 90
         self.expect_stored("kAppIconSize", 90.0)
-        self.shown(window, pyatspi.ROLE_SLIDER, "Size (70)").queryValue().currentValue = 62.5
+        self.named(window, pyatspi.ROLE_SLIDER, "Size (70)").queryValue().currentValue = 62.5
         self.expect_stored("kAppIconSize", 62.5)
 
     def test_field_arrives_as_a_text(self):
@@ -141,7 +138,7 @@ class ChangesTest(Spoken):
     def test_option_arrives_as_an_integer(self):
         window, link = self.open("AppsController", LINK, "Apps Per Row")
         self.act(link, "Press")
-        self.act(self.shown(window, OPTION, "3"), "Press")
+        self.act(self.named(window, OPTION, "3"), "Press")
         self.expect_stored("kAppsPerRow", 3)
 
     def test_moved_row_arrives_as_a_list_of_texts(self):
@@ -157,20 +154,20 @@ class ChangesTest(Spoken):
                          if name != "Default")
         self.act(row, "Press")
         self.expect_stored("kLSDateFontName", name)
-        self.act(self.shown(window, pyatspi.ROLE_RADIO_BUTTON, "Default"), "Press")
+        self.act(self.named(window, pyatspi.ROLE_RADIO_BUTTON, "Default"), "Press")
         self.expect_stored("kLSDateFontName", "Default")
 
     def test_colour_arrives_as_three_reals(self):
         window, theme = self.open("ColorPickerController", pyatspi.ROLE_PUSH_BUTTON, "Cyan")
         self.act(theme, "Press")
         self.expect_stored("kLSBlurColor", {"h": 0.5, "s": 1.0, "b": 0.0})
-        self.shown(window, pyatspi.ROLE_SLIDER, "Brightness").queryValue().currentValue = 0.75
+        self.named(window, pyatspi.ROLE_SLIDER, "Brightness").queryValue().currentValue = 0.75
         self.expect_stored("kLSBlurColor", {"h": 0.5, "s": 1.0, "b": 0.75})
 
     def test_key_of_a_plug_in_arrives_like_any_other(self):
         window, link = self.open("PluginsListController", LINK, "Weather")
         self.act(link, "Press")
-        self.act(self.shown(window, SWITCH, "Show Tomorrow"), "Toggle")
+        self.act(self.named(window, SWITCH, "Show Tomorrow"), "Toggle")
         self.expect_stored("org.lumora.plugins.weather.tomorrow", False)
 
 
