@@ -22,7 +22,7 @@ HERE = Path(__file__).resolve().parent
 sys.path.append(str(HERE.parent / "settings"))
 
 import pyatspi
-from gi.repository import GLib
+from gi.repository import Atspi, GLib
 
 from spoken import Spoken
 from window import ROOT, Programs, eventually, program
@@ -180,7 +180,7 @@ class WindowTest(Leaks, Spoken):
                 for item in self.find(application, lambda _: True):
                     texts += [item.name, item.description, *item.getAttributes()]
                     if text := item.get_text_iface():
-                        texts.append(text.get_text(0, text.get_character_count()))
+                        texts.append(Atspi.Text.get_text(text, 0, Atspi.Text.get_character_count(text)))
                     fields += item.getRole() == pyatspi.ROLE_TEXT
         except GLib.Error:
             return [], 0  # something went away while it was looked at
