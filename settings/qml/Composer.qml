@@ -169,7 +169,7 @@ FocusScope {
                 id: title
 
                 anchors { horizontalCenter: parent.horizontalCenter; verticalCenter: parent.top; verticalCenterOffset: head.stacked ? head.line + height / 2 : head.line / 2 }
-                width: Math.min(implicitWidth, head.width - 2 * Theme.inset)
+                width: Math.min(Math.ceil(implicitWidth), head.width - 2 * Theme.inset)
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
                 text: qsTr("New Message")

@@ -79,7 +79,9 @@ Rectangle {
                 text: root.explanation
                 color: Theme.secondary
                 largestSize: Theme.scaled(15)
-                lineHeight: 1.15
+                // Whole pixels, so that no line stands between two.
+                lineHeightMode: Text.FixedHeight
+                lineHeight: Math.round(1.45 * font.pixelSize)
                 horizontalAlignment: Text.AlignHCenter
                 Accessible.ignored: true
             }
@@ -93,7 +95,7 @@ Rectangle {
 
                     enabled: root.lost
                     anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom }
-                    width: Math.min(parent.width, implicitContentWidth + 48)
+                    width: Math.min(parent.width, Math.ceil(implicitContentWidth) + 48)
                     height: Math.max(48, contentItem.implicitHeight + 14)
                     leftPadding: width < implicitContentWidth + 48 ? 12 : 0
                     rightPadding: leftPadding
