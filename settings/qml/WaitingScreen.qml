@@ -57,7 +57,7 @@ Rectangle {
                     height: 36
                     radius: 18
                     color: "transparent"
-                    border { width: 2.5; color: Theme.secondary }
+                    border { width: 3; color: Theme.secondary }
                     antialiasing: true
 
                     Rectangle { x: 16.5; y: 9; width: 3; height: 11; radius: 1.5; color: Theme.secondary; antialiasing: true }
