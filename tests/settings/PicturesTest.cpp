@@ -229,7 +229,8 @@ class NearlyTheSamePictures : public testing::Test {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         static int count = 1;
         static char* arguments[] = {nullptr};
-        static const QGuiApplication application(count, arguments);
+        static const auto* const application = new QGuiApplication(count, arguments); // outlives all that it knows of
+        ASSERT_NE(application, nullptr);
         ASSERT_NE(QFontDatabase::addApplicationFont(QStringLiteral(LUMORA_SOURCE "/tests/fonts/Inter.otc")), -1);
     }
     static int unlike(const Rows& before, const Rows& now, Held held = Held::nearly) {
