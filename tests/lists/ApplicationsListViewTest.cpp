@@ -3,7 +3,7 @@
 #include "lists/AppsListController.h"
 #include "lists/AppsListView.h"
 
-#include "tests/pages/RecordingTweak.h"
+#include "tests/pages/OpenPage.h"
 #include "tests/support/DeviceFolder.h"
 
 #include <gmock/gmock.h>
@@ -30,6 +30,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 using testing::UnorderedElementsAre;
+using tests::giveSettings;
 using tests::RecordingTweak;
 
 constexpr const char* kLibrary = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
@@ -40,8 +41,6 @@ Value change(const char* key, List list) {
     return Dictionary{{"key", key}, {"object", std::move(list)}};
 }
 
-/// The lists are each made once in a test, as each test runs in a process of its own: only the first view of a class
-/// waits for what the tweak has to say.
 struct ApplicationLists : testing::Test {
     tests::DeviceFolder device;
     RecordingTweak& tweak = RecordingTweak::shared();
@@ -57,6 +56,13 @@ struct ApplicationLists : testing::Test {
         const auto* number = static_cast<const Number*>(dlsym(handle, name));
         dlclose(handle);
         return *number;
+    }
+    /// A view whose request has been answered, so that no late reply undoes what is changed in it.
+    template<class View>
+    static std::shared_ptr<View> opened() {
+        auto view = make<View>(kWindow);
+        RecordingTweak::waitUntilIdle();
+        return view;
     }
     static void draw(SelectionListView& view) { view.tableView().layoutIfNeeded(); }
     static std::string titleAt(SelectionListView& view, NSIndexPath path) {
@@ -82,8 +88,8 @@ const std::string kSixApplications = "org.b\tbanana\n"
 
 TEST_F(ApplicationLists, AppsShowsTheSavedOnesInTheirOrderAndTheOthersSortedByName) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}});
-    const auto view = make<AppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}});
+    const auto view = opened<AppsListView>();
     draw(*view);
     EXPECT_THAT(titles(*view, 0), ElementsAre("date", "apple"));
     EXPECT_THAT(titles(*view, 1), ElementsAre("banana", "Cherry", "Éclair"));
@@ -92,16 +98,16 @@ TEST_F(ApplicationLists, AppsShowsTheSavedOnesInTheirOrderAndTheOthersSortedByNa
 
 TEST_F(ApplicationLists, AppsNeverOffersASystemService) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{});
-    const auto view = make<AppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
+    const auto view = opened<AppsListView>();
     EXPECT_THAT(view->disabled(), Not(Contains("com.apple.springboard")));
     EXPECT_EQ(view->disabled().size(), 5U);
 }
 
 TEST_F(ApplicationLists, AppsShowsASystemServiceThatWasSaved) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"com.apple.springboard"}}});
-    const auto view = make<AppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAppsEnabled", List{"com.apple.springboard"}}});
+    const auto view = opened<AppsListView>();
     EXPECT_THAT(titles(*view, 0), ElementsAre("SpringBoard"));
 }
 
@@ -149,8 +155,8 @@ TEST(HiddenDisplayIdentifiers, AreTheThirtyFourSystemServices) {
 
 TEST_F(ApplicationLists, AppsSavesWhatIsEnabledAtEachDrop) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}});
-    const auto view = make<AppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}});
+    const auto view = opened<AppsListView>();
     draw(*view);
     view->tableView().dropRow({1, 1}, {0, 1});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAppsEnabled", {"org.d", "org.c", "org.a"})));
@@ -160,8 +166,8 @@ TEST_F(ApplicationLists, AppsSavesWhatIsEnabledAtEachDrop) {
 
 TEST_F(ApplicationLists, AMissingSavedListStartsEmptyAndSavesWhatItShows) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{});
-    const auto view = make<AppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
+    const auto view = opened<AppsListView>();
     draw(*view);
     EXPECT_THAT(view->enabled(), IsEmpty());
     view->tableView().dropRow({1, 0}, {0, 0});
@@ -170,8 +176,8 @@ TEST_F(ApplicationLists, AMissingSavedListStartsEmptyAndSavesWhatItShows) {
 
 TEST_F(ApplicationLists, AnApplicationThatIsGoneHasAnEmptyTitleNoIconAndIsSavedBack) {
     installLibrary("org.a\tapple\n");
-    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"plain.gone", "org.a"}}});
-    const auto view = make<AppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAppsEnabled", List{"plain.gone", "org.a"}}});
+    const auto view = opened<AppsListView>();
     draw(*view);
     const auto cell = view->tableView().cellForRowAtIndexPath({0, 0});
     EXPECT_EQ(cell->textLabel().text(), "");
@@ -187,8 +193,8 @@ TEST_F(ApplicationLists, IconsAreAskedForAtTwentyNinePointsAndOnlyForRowsInView)
     for (int i = 0; i < 10000; ++i)
         many += "org.app" + std::to_string(i) + "\tApplication " + std::to_string(i) + "\n";
     installLibrary(many);
-    tweak.setSettings(Dictionary{});
-    const auto view = make<AppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
+    const auto view = opened<AppsListView>();
     draw(*view);
     EXPECT_EQ(view->disabled().size(), 10000U);
     const auto rowsInView = static_cast<int>(view->tableView().visibleCells().size());
@@ -199,23 +205,24 @@ TEST_F(ApplicationLists, IconsAreAskedForAtTwentyNinePointsAndOnlyForRowsInView)
 }
 
 TEST_F(ApplicationLists, WithoutTheLibraryOnlyWhatWasSavedShowsUntitled) {
-    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.b", "org.a"}}, {"kAUAppsDisabled", List{"org.a"}}});
-    const auto apps = make<AppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(
+        Dictionary{{"kAppsEnabled", List{"org.b", "org.a"}}, {"kAUAppsDisabled", List{"org.a"}}});
+    const auto apps = opened<AppsListView>();
     EXPECT_THAT(apps->enabled(), ElementsAre("org.b", "org.a"));
     EXPECT_THAT(apps->disabled(), IsEmpty());
     draw(*apps);
     EXPECT_THAT(titles(*apps, 0), ElementsAre("", ""));
     EXPECT_EQ(apps->tableView().cellForRowAtIndexPath({0, 0})->imageView().image(), nullptr);
-    const auto exempt = make<AUAppsListView>(kWindow);
+    const auto exempt = opened<AUAppsListView>();
     EXPECT_THAT(exempt->enabled(), ElementsAre("org.b"));
     EXPECT_THAT(exempt->disabled(), ElementsAre("org.a"));
 }
 
 TEST_F(ApplicationLists, AHandleThatWasNeverGotIsNotClosed) {
-    tweak.setSettings(Dictionary{});
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
     ASSERT_EQ(platform::openLibraries(), 0);
     {
-        const auto view = make<AppsListView>(kWindow);
+        const auto view = opened<AppsListView>();
         EXPECT_EQ(platform::openLibraries(), 0);
     }
     EXPECT_EQ(platform::openLibraries(), 0);
@@ -223,10 +230,10 @@ TEST_F(ApplicationLists, AHandleThatWasNeverGotIsNotClosed) {
 
 TEST_F(ApplicationLists, TheLibraryIsOpenForAsLongAsAViewLives) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{});
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
     {
-        const auto apps = make<AppsListView>(kWindow);
-        const auto exempt = make<AUAppsListView>(kWindow);
+        const auto apps = opened<AppsListView>();
+        const auto exempt = opened<AUAppsListView>();
         EXPECT_EQ(platform::openLibraries(), 2);
     }
     EXPECT_EQ(platform::openLibraries(), 0);
@@ -235,9 +242,10 @@ TEST_F(ApplicationLists, TheLibraryIsOpenForAsLongAsAViewLives) {
 
 TEST_F(ApplicationLists, AutoUnlockAppsShowsTheChosenOnesAndSortsTheExemptOnes) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.c", "org.a", "com.apple.springboard"}},
-                                 {"kAUAppsDisabled", List{"org.e", "org.c", "org.b"}}});
-    const auto view = make<AUAppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(
+        Dictionary{{"kAppsEnabled", List{"org.d", "org.c", "org.a", "com.apple.springboard"}},
+                   {"kAUAppsDisabled", List{"org.e", "org.c", "org.b"}}});
+    const auto view = opened<AUAppsListView>();
     draw(*view);
     EXPECT_THAT(titles(*view, 0), ElementsAre("date", "apple", "SpringBoard")) << "nothing is hidden here";
     EXPECT_THAT(titles(*view, 1), ElementsAre("banana", "Cherry", "Éclair"));
@@ -245,8 +253,9 @@ TEST_F(ApplicationLists, AutoUnlockAppsShowsTheChosenOnesAndSortsTheExemptOnes) 
 
 TEST_F(ApplicationLists, AutoUnlockAppsSavesTheExemptOnesAndNeverTheChosenOnes) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}, {"kAUAppsDisabled", List{}}});
-    const auto view = make<AUAppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(
+        Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}, {"kAUAppsDisabled", List{}}});
+    const auto view = opened<AUAppsListView>();
     draw(*view);
     view->tableView().dropRow({0, 0}, {1, 0});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAUAppsDisabled", {"org.d"})));
@@ -257,43 +266,44 @@ TEST_F(ApplicationLists, AutoUnlockAppsSavesTheExemptOnesAndNeverTheChosenOnes) 
 
 TEST_F(ApplicationLists, AnExemptApplicationStaysThoughItIsChosenNoMore) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.a"}}, {"kAUAppsDisabled", List{"org.d"}}});
-    const auto view = make<AUAppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(
+        Dictionary{{"kAppsEnabled", List{"org.a"}}, {"kAUAppsDisabled", List{"org.d"}}});
+    const auto view = opened<AUAppsListView>();
     EXPECT_THAT(view->enabled(), ElementsAre("org.a"));
     EXPECT_THAT(view->disabled(), ElementsAre("org.d"));
 }
 
 TEST_F(ApplicationLists, AnOrderGivenToTheExemptOnesIsSavedAndGoneAtTheNextBuild) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{{"kAUAppsDisabled", List{"org.a", "org.b", "org.c"}}});
-    const auto first = make<AUAppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAUAppsDisabled", List{"org.a", "org.b", "org.c"}}});
+    const auto first = opened<AUAppsListView>();
     draw(*first);
     first->tableView().dropRow({1, 0}, {1, 2});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAUAppsDisabled", {"org.b", "org.c", "org.a"})));
-    const auto second = make<AUAppsListView>(kWindow);
+    const auto second = opened<AUAppsListView>();
     EXPECT_THAT(second->disabled(), ElementsAre("org.a", "org.b", "org.c"));
 }
 
 TEST_F(ApplicationLists, AnIdentifierWithoutANameSortsAsTheEmptyText) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{{"kAUAppsDisabled", List{"org.a", "org.gone"}}});
-    const auto view = make<AUAppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAUAppsDisabled", List{"org.a", "org.gone"}}});
+    const auto view = opened<AUAppsListView>();
     EXPECT_THAT(view->disabled(), ElementsAre("org.gone", "org.a"));
 }
 
 TEST_F(ApplicationLists, TheTableFollowsTheViewsSize) {
-    tweak.setSettings(Dictionary{});
-    const auto view = make<AppsListView>(kWindow);
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
+    const auto view = opened<AppsListView>();
     EXPECT_EQ(view->tableView().autoresizingMask(), 18U);
     view->setFrame(CGRectMake(0, 0, 1024, 700));
     EXPECT_EQ(view->tableView().frame(), CGRectMake(0, 0, 1024, 700));
 }
 
 TEST_F(ApplicationLists, BothHaveTheSameFooterBeneathTheLastSection) {
-    tweak.setSettings(Dictionary{});
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
     for (const std::shared_ptr<SelectionListView>& view :
-         {std::shared_ptr<SelectionListView>(make<AppsListView>(kWindow)),
-          std::shared_ptr<SelectionListView>(make<AUAppsListView>(kWindow))}) {
+         {std::shared_ptr<SelectionListView>(opened<AppsListView>()),
+          std::shared_ptr<SelectionListView>(opened<AUAppsListView>())}) {
         auto& table = view->tableView();
         EXPECT_EQ(view->titleForFooterInSection(table, 0), " ");
         EXPECT_EQ(view->titleForFooterInSection(table, 1), "Swipe left on the lockscreen to see selected apps.");
@@ -303,15 +313,15 @@ TEST_F(ApplicationLists, BothHaveTheSameFooterBeneathTheLastSection) {
 
 TEST_F(ApplicationLists, ASavedValueThatIsNoListCountsAsNone) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{{"kAppsEnabled", "org.a"}, {"kAUAppsDisabled", 7}});
-    EXPECT_THAT(make<AppsListView>(kWindow)->enabled(), IsEmpty());
-    EXPECT_THAT(make<AUAppsListView>(kWindow)->disabled(), IsEmpty());
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAppsEnabled", "org.a"}, {"kAUAppsDisabled", 7}});
+    EXPECT_THAT(opened<AppsListView>()->enabled(), IsEmpty());
+    EXPECT_THAT(opened<AUAppsListView>()->disabled(), IsEmpty());
 }
 
 // The pages that host them
 
 TEST_F(ApplicationLists, ThePagesHaveTheirTitlesAndViews) {
-    tweak.setSettings(Dictionary{});
+    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
     const auto apps = make<lumora::AppsListController>();
     const auto exempt = make<lumora::AUAppsListController>();
     apps->viewWillAppear(false);
@@ -331,6 +341,7 @@ std::vector<std::string> enabledInTheNextViewAfterAMove() {
     const auto page = make<Page>();
     page->viewWillAppear(false);
     const auto first = std::dynamic_pointer_cast<View>(page->view());
+    tweak.waitUntilIdle();
     first->tableView().layoutIfNeeded();
     first->tableView().dropRow({0, 0}, {1, 0});
     tweak.holdAnswers(true); // so what the second one shows is what is already here
@@ -343,7 +354,8 @@ std::vector<std::string> enabledInTheNextViewAfterAMove() {
 
 TEST_F(ApplicationLists, AMoveInOneViewIsThereInTheNextOneOfItsPage) {
     installLibrary(kSixApplications);
-    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.a", "org.b"}}, {"kAUAppsDisabled", List{}}});
+    giveSettings<AppsListView, AUAppsListView>(
+        Dictionary{{"kAppsEnabled", List{"org.a", "org.b"}}, {"kAUAppsDisabled", List{}}});
     EXPECT_THAT((enabledInTheNextViewAfterAMove<lumora::AppsListController, AppsListView>()), ElementsAre("org.b"));
     EXPECT_THAT((enabledInTheNextViewAfterAMove<lumora::AUAppsListController, AUAppsListView>()), ElementsAre("org.b"));
 }

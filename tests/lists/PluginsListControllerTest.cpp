@@ -3,7 +3,7 @@
 #include "platform/foundation/NSBundle.h"
 #include "tests/lists/PluginFolder.h"
 #include "tests/pages/ExpectedRows.h"
-#include "tests/pages/RecordingTweak.h"
+#include "tests/pages/OpenPage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -49,7 +49,7 @@ struct AppViewsPage : testing::Test {
     RecordingTweak& tweak = RecordingTweak::shared();
     tests::PluginFolder plugins;
 
-    void SetUp() override { tweak.setSettings(Dictionary{}); }
+    void SetUp() override { tests::giveSettings<PluginsListController>(Dictionary{}); }
 
     /// Makes the page that a link row of the page opens.
     static std::shared_ptr<PSListController> opened(const platform::PSSpecifierRef& row) {
@@ -105,7 +105,7 @@ TEST_F(AppViewsPage, OpensThePageOfTheVeryPlugInWhereTwoUseOneClassName) {
 }
 
 TEST_F(AppViewsPage, GivesThePageOfAPlugInASessionAndKeysOfItsOwn) {
-    tweak.setSettings(Dictionary{{"test.Alone.on", true}});
+    tests::giveSettings<PluginsListController>(Dictionary{{"test.Alone.on", true}});
     plugins.add("Alone.bundle", "PagePlugin");
     const auto page = make<PluginsListController>();
     const auto itsPage = opened(page->specifiers()->at(firstRows.size() + 1));

@@ -2,7 +2,7 @@
 #include "lists/PluginsListViewController.h"
 
 #include "tests/lists/PluginFolder.h"
-#include "tests/pages/RecordingTweak.h"
+#include "tests/pages/OpenPage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,8 +23,7 @@ using tests::RecordingTweak;
 
 constexpr auto kFrame = CGRectMake(0, 0, 390, 760);
 
-/// Each test runs in a process of its own: only the first view of the class waits for what the tweak has to say. A test
-/// plug-in in "NAME.bundle" has the identifier "test.NAME" and the name "NAME".
+/// A test plug-in in "NAME.bundle" has the identifier "test.NAME" and the name "NAME".
 struct PlugInList : testing::Test {
     RecordingTweak& tweak = RecordingTweak::shared();
     tests::PluginFolder plugins;
@@ -35,8 +34,9 @@ struct PlugInList : testing::Test {
             plugins.add(name + ".bundle", "TestPlugin");
     }
     void show(Dictionary settings) {
-        tweak.setSettings(std::move(settings));
+        tests::giveSettings<PluginsListView>(std::move(settings));
         view = make<PluginsListView>(kFrame);
+        tweak.waitUntilIdle();
         ASSERT_NE(view, nullptr);
         view->tableView().layoutIfNeeded();
     }
@@ -123,7 +123,7 @@ TEST_F(PlugInList, KeepsAPlugInThatIsGoneAsAnUntitledRowUntilItIsDisabled) {
     view->tableView().dropRow({0, 0}, {1, 0});
     expectSaved({"test.A"});
     EXPECT_THAT(view->disabled(), ElementsAre("test.gone")) << "it stays until the page is built again";
-    tweak.setSettings(Dictionary{{"kAppViewsEnabled", List{"test.A"}}});
+    tests::giveSettings<PluginsListView>(Dictionary{{"kAppViewsEnabled", List{"test.A"}}});
     EXPECT_THAT(make<PluginsListView>(kFrame)->disabled(), IsEmpty());
 }
 
@@ -188,7 +188,7 @@ TEST_F(PlugInList, KeepsItsTablesFrameWhenThePageChangesItsSize) {
 
 TEST_F(PlugInList, LooksIntoTheFolderAgainOnEachAppearanceOfItsPage) {
     install({"A"});
-    tweak.setSettings(Dictionary{});
+    tests::giveSettings<PluginsListView>(Dictionary{});
     const auto page = make<lumora::PluginsListViewController>();
     EXPECT_EQ(page->title(), "Plugins");
     page->viewWillAppear(false);
@@ -201,10 +201,11 @@ TEST_F(PlugInList, LooksIntoTheFolderAgainOnEachAppearanceOfItsPage) {
 
 TEST_F(PlugInList, ShowsAMoveInTheNextViewOfItsPage) {
     install({"A", "B"});
-    tweak.setSettings(Dictionary{{"kAppViewsEnabled", List{"test.A", "test.B"}}});
+    tests::giveSettings<PluginsListView>(Dictionary{{"kAppViewsEnabled", List{"test.A", "test.B"}}});
     const auto page = make<lumora::PluginsListViewController>();
     page->viewWillAppear(false);
     const auto first = std::dynamic_pointer_cast<PluginsListView>(page->view());
+    tweak.waitUntilIdle();
     first->tableView().layoutIfNeeded();
     first->tableView().dropRow({0, 0}, {0, 1});
     tweak.holdAnswers(true); // so what the second one shows is what is already here

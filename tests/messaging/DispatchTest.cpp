@@ -45,6 +45,7 @@ using namespace tests;
 namespace {
 
 const std::ptrdiff_t threadsAtStart = threadCount();
+std::ptrdiff_t mainThreads = 0; ///< that run the main queue
 
 void async(std::function<void()> block) {
     dispatch_async(dispatch_get_global_queue(0, 0), std::move(block));
@@ -149,7 +150,7 @@ TEST(GlobalQueue, GivesItsThreadsBackWhenTheyAreIdle) {
         ASSERT_TRUE(stuck.waitUntilRunning(50));
         EXPECT_GE(threadCount(), 50);
     }
-    EXPECT_TRUE(eventually([&] { return threadCount() <= threadsAtStart + 1; })) << "one stays";
+    EXPECT_TRUE(eventually([&] { return threadCount() <= threadsAtStart + mainThreads + 1; })) << "one stays";
 }
 
 TEST(GlobalQueue, IsIdleOnlyWhenNothingRunsOrWaits) {
@@ -192,7 +193,10 @@ TEST(GlobalQueue, LosesNothingWhenTheSystemRefusesThreads) {
 }
 
 TEST(MainQueue, RunsItsItemsInOrderOnOneThread) {
-    std::thread(dispatch_main).detach(); // for good: it never returns
+    if (mainThreads == 0) {
+        std::thread(dispatch_main).detach(); // for good: it never returns
+        mainThreads = 1;
+    }
     constexpr int kItems = 1000;
     std::vector<int> order;
     std::vector<std::thread::id> threads;

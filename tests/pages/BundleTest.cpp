@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace {
 
@@ -67,11 +68,16 @@ TEST(LumoraBundle, FindsResourcesOnlyInsideItself) {
     EXPECT_EQ(bundle->pathForResource("", ""), fs::path());
 }
 
+TEST(LumoraBundleDeathTest, HasNoPrincipalClassBeforeItIsLoaded) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process in which nobody has loaded it
+    EXPECT_EXIT(_exit(NSBundle::bundleWithPath(lumoraBundle)->principalClass() ? 1 : 0), testing::ExitedWithCode(0),
+                "");
+}
+
 TEST(LumoraBundle, LoadsAndItsRootPageFindsItsIconsInIt) {
     tests::RecordingTweak::shared();
     const auto bundle = NSBundle::bundleWithPath(lumoraBundle);
     ASSERT_NE(bundle, nullptr);
-    EXPECT_EQ(bundle->principalClass(), nullptr) << "not before it is loaded";
     const platform::Result<bool> loaded = bundle->load();
     ASSERT_TRUE(loaded) << loaded.error();
     EXPECT_TRUE(bundle->load()) << "a second time is no matter";

@@ -79,6 +79,7 @@ class ContactTest : public ::testing::Test {
     [[nodiscard]] std::filesystem::path log() const { return device.path() / "var/mobile/nevo_lumora_log"; }
     [[nodiscard]] std::filesystem::path other() const { return device.path() / "tmp/dpkgl.log"; }
 
+    tests::RecordingTweak& tweak = tests::RecordingTweak::shared(); // first: its ports stay when the home goes
     tests::Home home;
     tests::DeviceFolder device;
     std::filesystem::path copies = home.path() / "copies";

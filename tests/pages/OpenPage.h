@@ -1,11 +1,13 @@
 #pragma once
 
+#include "link/SettingsSession.h"
 #include "platform/preferences/PSListController.h"
 #include "tests/pages/RecordingTweak.h"
 #include "tests/support/Deadline.h"
 
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace tests {
 
@@ -14,6 +16,17 @@ inline platform::PSSpecifierRef rowOf(platform::PSListController& page, const st
     for (const auto& row : *page.specifiers())
         if (row->identifier() == key) return row;
     return nullptr;
+}
+
+/// Has the tweak answer with these settings from now on, and the classes hold them already: a class's dictionary lives
+/// as long as the process, so that only the first instance would wait for them.
+template<class... Class>
+void giveSettings(platform::Value settings) {
+    RecordingTweak::waitUntilIdle(); // for what an earlier test has sent
+    RecordingTweak::shared().setSettings(std::move(settings));
+    const Deadline deadline("the settings of a class");
+    (lumora::sessionOf<Class>().start(), ...);
+    RecordingTweak::waitUntilIdle();
 }
 
 /// Opens a page with these settings at the tweak, and waits until its own request has been answered: the class's

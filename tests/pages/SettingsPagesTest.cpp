@@ -144,6 +144,7 @@ TEST_F(SettingsPages, OpeningAPageBelowFetchesTheSettingsAnew) {
         ASSERT_NE(link, rows->end());
         const auto page = std::dynamic_pointer_cast<platform::PSListController>((*link)->detail().resolve()->make());
         ASSERT_NE(page, nullptr);
+        tweak.waitUntilIdle();
         EXPECT_EQ(rowOf(*page, key)->performGetter(), Value(value)) << title;
     }
 }

@@ -2,7 +2,7 @@
 #include "pickers/ColorPickerController.h"
 
 #include "platform/foundation/Class.h"
-#include "tests/pages/RecordingTweak.h"
+#include "tests/pages/OpenPage.h"
 #include "tests/pickers/Colors.h"
 #include "tests/pickers/Fingers.h"
 
@@ -52,16 +52,17 @@ CGPoint theme(int index) {
 }
 
 /// A page of 320 by 480 points unless it says otherwise: its field covers x 20 to 300 and y 95 to 350, its bar y 370 to
-/// 400. Each test runs in a process of its own: only the first view waits for what the tweak has to say.
+/// 400.
 struct ColorPage : testing::Test {
     RecordingTweak& tweak = RecordingTweak::shared();
     std::shared_ptr<ColorPickerController> page = make<ColorPickerController>();
     std::shared_ptr<tests::Fingers> fingers;
 
     void open(Dictionary settings, const CGRect& frame = CGRectMake(0, 0, 320, 480)) {
-        tweak.setSettings(std::move(settings));
+        tests::giveSettings<ColorPickerView>(std::move(settings));
         page->view()->setFrame(frame);
         appear();
+        tweak.waitUntilIdle();
     }
     void appear() {
         page->viewWillAppear(true);

@@ -2,7 +2,7 @@
 #include "pickers/FontViewController.h"
 
 #include "link/PreferenceKeys.h"
-#include "tests/pages/RecordingTweak.h"
+#include "tests/pages/OpenPage.h"
 #include "tests/support/OpenedFiles.h"
 #include "tests/support/TestFonts.h"
 
@@ -32,14 +32,14 @@ using tests::TestFonts;
 constexpr auto kFrame = CGRectMake(0, 0, 390, 760);
 constexpr int kMark = platform::UITableViewCellAccessoryCheckmark;
 
-/// Each test runs in a process of its own: only the first view of the class waits for what the tweak has to say.
 struct FontList : testing::Test {
     RecordingTweak& tweak = RecordingTweak::shared();
     std::shared_ptr<FontView> view;
 
     void show(Dictionary settings) {
-        tweak.setSettings(std::move(settings));
+        tests::giveSettings<FontView>(std::move(settings));
         view = make<FontView>(kFrame);
+        tweak.waitUntilIdle();
         ASSERT_NE(view, nullptr);
     }
     void showWith(const Value& stored) { show({{lumora::kLSDateFontName, stored}}); }
@@ -220,7 +220,8 @@ TEST_F(FontList, ShowsTheNewChoiceOnItsNextAppearance) {
     const TestFonts fonts({"many=10"});
     showWith("Many0002-Regular");
     tap(7);
-    tweak.setSettings(Dictionary{{"kLSDateFontName", "Many0006-Regular"}}); // as a tweak would answer from then on
+    tests::giveSettings<FontView>(
+        Dictionary{{"kLSDateFontName", "Many0006-Regular"}}); // as a tweak would answer from then on
     EXPECT_EQ(make<FontView>(kFrame)->selectedIndex(), (NSIndexPath{0, 7}));
 }
 
@@ -237,7 +238,7 @@ TEST_F(FontList, OpensNoneOfTwoThousandFonts) {
 
 TEST_F(FontList, ReadsTheFontsAnewOnEachAppearanceOfItsPage) {
     const TestFonts fonts({"twins"});
-    tweak.setSettings(Dictionary{});
+    tests::giveSettings<FontView>(Dictionary{});
     const auto page = make<FontViewController>();
     EXPECT_EQ(page->title(), "Fonts");
     page->viewWillAppear(true);

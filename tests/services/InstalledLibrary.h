@@ -1,10 +1,12 @@
 #pragma once
 
+#include "tests/support/KeptEnvironment.h"
 #include "tests/support/TestName.h"
 
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <string>
 
 namespace tests {
 
@@ -12,7 +14,10 @@ inline constexpr const char* appListPath = "/Library/MobileSubstrate/DynamicLibr
 
 /// A device root of the test's own, in which it installs an application-list library.
 struct InstalledLibrary : testing::Test {
-    std::filesystem::path root = std::filesystem::path(testing::TempDir()) / ("services-" + testName());
+    KeptEnvironment environment;
+    static inline int installed = 0;
+    std::filesystem::path root =
+        std::filesystem::path(testing::TempDir()) / ("services-" + testName() + std::to_string(++installed));
     std::filesystem::path file = root / std::filesystem::path(appListPath).relative_path();
 
     void SetUp() override {
@@ -20,11 +25,7 @@ struct InstalledLibrary : testing::Test {
         std::filesystem::create_directories(file.parent_path());
         setenv("LUMORA_ROOT", root.c_str(), 1);
     }
-    void TearDown() override {
-        for (const char* variable : {"LUMORA_ROOT", "FAKE_APPLIST_COUNT", "ODD_APPLIST"})
-            unsetenv(variable);
-        std::filesystem::remove_all(root);
-    }
+    void TearDown() override { std::filesystem::remove_all(root); }
 
     /// Each test loads a copy of its own, since a library that was loaded once stays.
     void install(const std::filesystem::path& built) const { std::filesystem::copy_file(built, file); }

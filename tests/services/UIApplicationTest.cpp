@@ -13,7 +13,7 @@ using platform::UIApplication;
 using ::testing::ElementsAre;
 
 TEST(UIApplication, HandsAnAddressToTheProgramRegisteredForItsScheme) {
-    const tests::Home home;
+    tests::Home home;
     home.addRecorder("viewer");
     home.registerFor("twitter", "viewer.desktop", "viewer --open %u");
     EXPECT_TRUE(UIApplication::sharedApplication().openURL(*NSURL::URLWithString("twitter://user?screen_name=a")));
@@ -21,7 +21,7 @@ TEST(UIApplication, HandsAnAddressToTheProgramRegisteredForItsScheme) {
 }
 
 TEST(UIApplication, DoesNothingForASchemeThatNobodyTakes) {
-    const tests::Home home;
+    tests::Home home;
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     EXPECT_FALSE(UIApplication::sharedApplication().openURL(*NSURL::URLWithString("twitter://user?screen_name=a")));
@@ -30,13 +30,15 @@ TEST(UIApplication, DoesNothingForASchemeThatNobodyTakes) {
 }
 
 TEST(UIApplication, DoesNothingWhenTheRegisteredProgramIsGone) {
-    const tests::Home home;
+    tests::Home home;
+    const auto viewer = home.addRecorder("viewer");
     home.registerFor("twitter", "viewer.desktop", "viewer %u");
+    std::filesystem::remove(viewer);
     EXPECT_FALSE(UIApplication::sharedApplication().openURL(*NSURL::URLWithString("twitter://user")));
 }
 
 TEST(UIApplication, DoesNothingWhereTheFoldersOfApplicationsHaveNoEnd) {
-    const tests::Home home;
+    tests::Home home;
     home.addRecorder("viewer");
     home.registerFor("twitter", "viewer.desktop", "viewer %u");
     const auto applications = home.path() / "data/applications";

@@ -66,6 +66,10 @@ PLATFORM_CLASS(MailPage)
 class ComposingTest : public ::testing::Test {
   protected:
     ComposingTest() {
+        perform([](Navigation&) {
+            MailPage::results.clear();
+            MailPage::values.clear();
+        });
         perform([](Navigation& navigation) { navigation.open(NSClassFromString("MailPage"), "Mail"); });
         perform([this](Navigation& navigation) { navigation.rowTapped(top().id, 0); });
     }

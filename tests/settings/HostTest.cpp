@@ -10,6 +10,7 @@
 #include <future>
 #include <mutex>
 #include <thread>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -93,7 +94,7 @@ TEST(Host, SaysThatThereIsNoSuchPageClass) {
     EXPECT_EQ(*why, "there is no page class NoSuchPage");
 }
 
-TEST(Host, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes) {
+void stayOutOfTheWayWhileAPageBlocks() {
     const tests::PortsFolder ports;
     std::promise<void> answer;
     const auto allowed = answer.get_future().share();
@@ -121,6 +122,16 @@ TEST(Host, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes) {
     EXPECT_EQ(page.rows[1].value, Value(true));
 
     recorded.host.finish(std::chrono::seconds(5));
+}
+
+TEST(HostDeathTest, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process in which the page was not opened before
+    EXPECT_EXIT(
+        {
+            stayOutOfTheWayWhileAPageBlocks();
+            _exit(testing::Test::HasFailure() ? 1 : 0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 } // namespace

@@ -10,7 +10,7 @@
 
 namespace tests {
 
-/// An empty device root of its own for the rest of the test program, gone when that ends.
+/// An empty device root of its own, gone with this object; there is none then.
 class DeviceFolder {
   public:
     DeviceFolder() {
@@ -20,6 +20,7 @@ class DeviceFolder {
         platform::setDeviceRoot(path_);
     }
     ~DeviceFolder() {
+        platform::setDeviceRoot({});
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
     }

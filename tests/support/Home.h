@@ -1,8 +1,12 @@
 #pragma once
 
+#include "tests/support/KeptEnvironment.h"
 #include "tests/support/Waiting.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -12,14 +16,12 @@
 
 namespace tests {
 
-/// A user's home of its own for the rest of the test program, which is one test: no program is registered or found but
-/// those that the test puts there, and no mail is sent. Gone when the test ends.
+/// A user's home of its own for one test: no program is registered or found but those that the test puts there, and no
+/// mail is sent. When the test ends it is empty again, and the environment as before. All are in one place, because GIO
+/// remembers for the life of the process where a user's files are.
 class Home {
   public:
     Home() {
-        std::string made = std::filesystem::temp_directory_path() / "home-XXXXXX";
-        if (::mkdtemp(made.data()) == nullptr) throw std::runtime_error("no home");
-        path_ = made;
         for (const char* folder : {"bin", "tmp", "data/applications", "config", "nothing"})
             std::filesystem::create_directories(path_ / folder);
         ::setenv("HOME", path_.c_str(), 1);
@@ -33,8 +35,15 @@ class Home {
         ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
     }
     ~Home() {
+        // What GIO watches stays, since it takes seconds to notice that a folder is there again.
+        const std::vector<std::filesystem::path> watched{path_, path_ / "data", path_ / "data/applications",
+                                                         path_ / "config"};
         std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
+        for (const auto& folder : watched)
+            for (const auto& file : filesIn(folder))
+                if (std::find(watched.begin(), watched.end(), file) == watched.end())
+                    std::filesystem::remove_all(file, ignored);
+        if (!scheme_.empty()) waitUntilKnown(scheme_, "");
     }
     Home(const Home&) = delete;
     Home& operator=(const Home&) = delete;
@@ -56,12 +65,14 @@ class Home {
                                     ".new " + record + ".arguments\n" + last);
     }
     /// Registers a program as the one that takes a scheme.
-    void registerFor(const std::string& scheme, const std::string& desktopId, const std::string& exec) const {
+    void registerFor(const std::string& scheme, const std::string& desktopId, const std::string& exec) {
         std::ofstream(path_ / "data/applications" / desktopId)
             << "[Desktop Entry]\nType=Application\nName=Test\nExec=" << exec << "\nMimeType=x-scheme-handler/" << scheme
             << ";\n";
         std::ofstream(path_ / "config/mimeapps.list")
             << "[Default Applications]\nx-scheme-handler/" << scheme << "=" << desktopId << "\n";
+        scheme_ = scheme;
+        waitUntilKnown(scheme, desktopId);
     }
     /// What a recorder was called with, once it has been called.
     [[nodiscard]] std::vector<std::string> argumentsOf(const std::string& name) const {
@@ -89,7 +100,43 @@ class Home {
     }
 
   private:
-    std::filesystem::path path_;
+    /// Gone when the program ends.
+    struct Place {
+        Place() {
+            if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no home");
+        }
+        ~Place() {
+            std::error_code ignored;
+            std::filesystem::remove_all(path, ignored);
+        }
+        std::string path = std::filesystem::temp_directory_path() / "home-XXXXXX";
+    };
+    static const std::string& place() {
+        static const Place place;
+        return place.path;
+    }
+
+    /// GIO hears of a change on the disk a moment later, once the platform has loaded it.
+    static void waitUntilKnown(const std::string& scheme, const std::string& desktopId) {
+        void* gio = ::dlopen("libgio-2.0.so.0", RTLD_LAZY | RTLD_NOLOAD);
+        if (gio == nullptr) return;
+        const auto takerOf =
+            reinterpret_cast<void* (*)(const char*)>(::dlsym(gio, "g_app_info_get_default_for_uri_scheme"));
+        const auto idOf = reinterpret_cast<const char* (*)(void*)>(::dlsym(gio, "g_app_info_get_id"));
+        const auto release = reinterpret_cast<void (*)(void*)>(::dlsym(gio, "g_object_unref"));
+        const bool isKnown = eventually([&] {
+            void* taker = takerOf(scheme.c_str());
+            const std::string found = taker != nullptr ? idOf(taker) : "";
+            if (taker != nullptr) release(taker);
+            return found == desktopId;
+        });
+        if (!isKnown) std::fprintf(stderr, "GIO did not hear of %s for %s\n", desktopId.c_str(), scheme.c_str());
+        ::dlclose(gio);
+    }
+
+    KeptEnvironment environment_;
+    std::filesystem::path path_ = place();
+    std::string scheme_; ///< that a program was registered for, empty for none
 };
 
 } // namespace tests

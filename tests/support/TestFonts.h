@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/KeptEnvironment.h"
 #include "tests/support/Process.h"
 
 #include <cstdlib>
@@ -10,7 +11,7 @@
 
 namespace tests {
 
-/// Fonts of a test's own, and from then on nothing else is installed for this process. The kinds are those of
+/// Fonts of a test's own, and as long as this lives nothing else is installed for this process. The kinds are those of
 /// tests/fonts/make_fonts.py. The folder goes with the object.
 class TestFonts {
   public:
@@ -38,6 +39,7 @@ class TestFonts {
     [[nodiscard]] std::filesystem::path files() const { return path_ / "fonts"; }
 
   private:
+    KeptEnvironment environment_;
     std::filesystem::path path_;
 };
 

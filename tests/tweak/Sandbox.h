@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/foundation/Value.h"
+#include "tests/support/KeptEnvironment.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -38,7 +39,6 @@ class Sandbox {
     Sandbox(const Sandbox&) = delete;
     Sandbox& operator=(const Sandbox&) = delete;
     ~Sandbox() {
-        unsetenv("LUMORA_PORTS");
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
     }
@@ -48,6 +48,7 @@ class Sandbox {
     [[nodiscard]] std::filesystem::path settings() const { return path_ / "settings.plist"; }
 
   private:
+    KeptEnvironment environment_;
     std::filesystem::path path_;
 };
 

@@ -133,9 +133,13 @@ TEST(UIFont, GivesNothingForWhatIsNotInstalled) {
     EXPECT_THAT(UIFont::fontNamesForFamilyName("Twins"), IsEmpty());
 }
 
-TEST(UIFont, KnowsFontsByNameBeforeAnybodyHasAskedForTheFamilies) {
-    const TestFonts fonts({"twins"});
-    EXPECT_NE(UIFont::fontWithName("Twin-Regular", 12), nullptr);
+TEST(UIFontDeathTest, KnowsFontsByNameBeforeAnybodyHasAskedForTheFamilies) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process in which nobody has asked
+    const auto isKnown = [] {
+        const TestFonts fonts({"twins"});
+        return UIFont::fontWithName("Twin-Regular", 12) != nullptr;
+    };
+    EXPECT_EXIT(_exit(isKnown() ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 
 TEST(UIFont, SeesFontsThatComeAndGoWhileTheProgramRuns) {
