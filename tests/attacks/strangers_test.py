@@ -23,14 +23,14 @@ sys.path += [str(HERE.parent / name) for name in ("settings", "support", "wire")
 
 import stranger
 import wire
-from window import LONG_ENOUGH, ROOT, program
+from window import LONG_ENOUGH, ROOT, Limited, program
 
 STRANGER = stranger.USER
 PORTS = (wire.UPDATE_SETTINGS, wire.REQUEST_SETTINGS)
 CHANGE = wire.archive({"object": {"key": "kSleepTime", "object": 10}})
 
 
-class Attacked(unittest.TestCase):
+class Attacked(Limited):
     """A test of programs that need no display, with a folder of its own."""
 
     def setUp(self):

@@ -15,7 +15,7 @@ HERE = Path(__file__).resolve().parent
 sys.path += [str(HERE.parent / name) for name in ("settings", "support", "wire")]
 
 from client import Client
-from window import LONG_ENOUGH, ROOT, Lines, eventually, program
+from window import LONG_ENOUGH, ROOT, Limited, Lines, eventually, program
 
 with_few_descriptors = unittest.skipIf("undefined" in os.environ.get("LUMORA_SANITIZE", ""),
                                        "the check of virtual tables needs a pipe of its own to look at memory")
@@ -38,7 +38,7 @@ def threads(process):
     return len(os.listdir(f"/proc/{process.pid}/task"))
 
 
-class Case(unittest.TestCase):
+class Case(Limited):
     def setUp(self):
         self.folder = tempfile.mkdtemp(prefix="faults-")
         self.addCleanup(shutil.rmtree, self.folder, True)

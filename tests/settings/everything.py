@@ -15,7 +15,7 @@ from gi.repository import GLib
 
 from everything_pages import stored_before
 from spoken import Spoken, role_of
-from window import HEIGHT, WIDTH, eventually
+from window import HEIGHT, LONG_ENOUGH, WIDTH, eventually
 
 WAYS = ("pointer", "keyboard", "assistive")
 BAR = 52  # the navigation bar, above the page
@@ -34,6 +34,7 @@ BACK = Control(pyatspi.ROLE_PUSH_BUTTON, "Back", "")
 class Everything(Spoken):
     """A test that uses every control of some pages."""
 
+    limit = 10 * LONG_ENOUGH
     before = stored_before()
     looked_at = (None, [])  # a page, and what is on it
 

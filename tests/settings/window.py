@@ -10,6 +10,7 @@ import mmap
 import os
 import plistlib
 import shutil
+import signal
 import struct
 import subprocess
 import sys
@@ -108,7 +109,23 @@ class Display:
         shutil.rmtree(self.folder, True)
 
 
-class Programs(unittest.TestCase):
+class Limited(unittest.TestCase):
+    """A test that fails when it takes too long; where it was, and what it waited for there, is in its traceback."""
+
+    limit = 4 * LONG_ENOUGH
+
+    def run(self, result=None):
+        def give_up(*_):
+            raise AssertionError(f"waited in vain, after {self.limit} s")
+        signal.signal(signal.SIGALRM, give_up)
+        signal.setitimer(signal.ITIMER_REAL, self.limit, self.limit)  # again, for what is done at the end
+        try:
+            return super().run(result)
+        finally:
+            signal.setitimer(signal.ITIMER_REAL, 0)
+
+
+class Programs(Limited):
     """A test of the programs."""
 
     root = ROOT

@@ -30,7 +30,7 @@ import forms
 import wire
 from client import Client, NoAnswer
 from tweak import Tweak
-from window import LONG_ENOUGH, program
+from window import LONG_ENOUGH, Limited, program
 from wire import Date
 
 DOCUMENT = (HERE.parents[1] / "docs" / "ports.md").read_text(encoding="utf-8")
@@ -54,7 +54,7 @@ def from_command_line(*command, environment):
                           timeout=LONG_ENOUGH, check=False)
 
 
-class ArchiveTest(unittest.TestCase):
+class ArchiveTest(Limited):
     def test_builds_the_example_of_the_document_byte_by_byte(self):
         lines = re.findall(r"^    ([0-9a-f]{4})  ((?:[0-9a-f]{2} {1,2}){1,16})", DOCUMENT, re.MULTILINE)
         dumped = bytes.fromhex("".join(digits for _, digits in lines))
@@ -152,7 +152,7 @@ class ArchiveTest(unittest.TestCase):
             wire.archive(1 << 63)
 
 
-class PortsTest(unittest.TestCase):
+class PortsTest(Limited):
     """Tests with a ports folder of their own."""
 
     def setUp(self):
