@@ -94,7 +94,9 @@ TEST(InteropStyles, AnIntegerBeyondSixtyThreeBitsIsRefusedWhereItCanBeTold) {
             const auto negative = static_cast<std::int64_t>(std::stoull(bits, nullptr, 16));
             EXPECT_NE(inSixteen, inEight) << peer << ": " << archive;
             EXPECT_EQ(read(archive), inSixteen ? "! an integer needs more than 64 bits" : form(negative)) << peer;
-            if (peer != "libplist") EXPECT_EQ(inSixteen, peer == "plistlib") << archive;
+            if (peer != "libplist") {
+                EXPECT_EQ(inSixteen, peer == "plistlib") << archive;
+            }
         }
     }
 }
