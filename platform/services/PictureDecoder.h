@@ -50,8 +50,8 @@ class PLATFORM_EXPORT PicturePatience {
 class PLATFORM_EXPORT PictureDecoder {
   public:
     struct Limits {
-        std::chrono::milliseconds processor{2000}; ///< for one picture, as is the next
-        std::chrono::milliseconds clock{10'000};
+        std::chrono::milliseconds processor{1000}; ///< for one picture, as is the next
+        std::chrono::milliseconds clock{5000};
         std::uint64_t memory = 512 << 20; ///< of address space, in bytes
     };
     /// PNG files in the order of what was wanted; empty for what cannot be drawn.

@@ -1,6 +1,6 @@
 #include "applist/ApplicationList.h"
 
-#include "pictures/Picture.h"
+#include "decoder/Picture.h"
 #include "tests/applist/Desktop.h"
 
 #include <map>
@@ -28,7 +28,7 @@ TEST_F(Samples, AreSomeTwentyApplicationsWithNamesInSeveralLanguages) {
 TEST_F(Samples, HaveEachAnIconOfItsOwn) {
     std::map<std::vector<std::uint8_t>, std::string> icons;
     for (const auto& [identifier, name] : list.applications()) {
-        const std::vector<std::uint8_t> png = pictures::drawPicture(list.iconFile(29, 2, identifier), 58);
+        const std::vector<std::uint8_t> png = decoder::drawPicture(list.iconFile(29, 2, identifier), 58);
         const tests::Points points = tests::decoded(png);
         ASSERT_EQ(points.width, 58) << identifier;
         EXPECT_EQ(points.at(0, 0) & 0xFF, 0) << identifier << " has no rounded corner";

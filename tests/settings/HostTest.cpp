@@ -3,6 +3,7 @@
 #include "link/Notify.h"
 #include "platform/foundation/NSCondition.h"
 #include "platform/foundation/NSKeyedArchiver.h"
+#include "tests/support/DeviceFolder.h"
 #include "tests/support/PortsFolder.h"
 #include "tests/support/ServedPort.h"
 #include "tests/support/Waiting.h"
@@ -132,6 +133,43 @@ TEST(HostDeathTest, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes
             _exit(testing::Test::HasFailure() ? 1 : 0);
         },
         testing::ExitedWithCode(0), "");
+}
+
+/// A drawing of a few hundred bytes that takes hours.
+constexpr const char* kDear =
+    R"svg(<svg xmlns="http://www.w3.org/2000/svg" width="100" height="100"><filter id="f">
+<feTurbulence baseFrequency="0.05" numOctaves="1000000"/></filter><rect width="100" height="100" filter="url(#f)"/></svg>)svg";
+constexpr const char* kCheap = R"svg(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"/>)svg";
+
+TEST(Host, ShowsRowsBeforeAllTheirIconsAreDrawnAndEachIconWhenItIs) {
+    const tests::PortsFolder ports;
+    const tests::DeviceFolder device;
+    const std::filesystem::path library = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
+    device.install(LUMORA_TEST_ROOT + library.string(), library);
+    for (const auto& [name, picture] : {std::pair("dear", kDear), std::pair("cheap", kCheap)}) {
+        const std::string icon = "/" + std::string(name) + ".svg";
+        device.write(picture, icon);
+        device.write("[Desktop Entry]\nType=Application\nExec=true\nName=" + std::string(name) +
+                         "\nIcon=" + device.path().string() + icon + "\n",
+                     "/usr/share/applications/" + std::string(name) + ".desktop");
+    }
+    const tests::ServedPort tweak(
+        "com.nevo.lumora/requestTweakSettings", [](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
+            return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kAppsEnabled", List{"dear", "cheap"}}});
+        });
+    ASSERT_TRUE(tweak.isOpen());
+    auto& recorded = Recorded::shared();
+    const auto why = recorded.launch({kBundle, "AppsListController", {390, 760}});
+    ASSERT_FALSE(why) << *why;
+    const auto enabled = [&] { return recorded.last().pages.at(0)->table->sections.at(0).cells; };
+    const auto atFirst = enabled();
+    ASSERT_EQ(atFirst.size(), 2u);
+    EXPECT_EQ(atFirst[0].title, "dear");
+    EXPECT_EQ(atFirst[1].title, "cheap");
+    EXPECT_EQ(atFirst[1].image, nullptr) << "the row has waited for the one before it";
+    EXPECT_TRUE(tests::eventually([&] { return enabled().at(1).image != nullptr; })) << "no icon comes";
+    EXPECT_EQ(enabled().at(0).image, nullptr);
+    EXPECT_EQ(enabled().at(1).image->size(), (CGSize{29, 29}));
 }
 
 } // namespace

@@ -553,4 +553,21 @@ TEST_F(TableNavigationTest, HasNothingToSelectWhileItIsEditedAndNothingToScrollT
     EXPECT_EQ(table().scroll.serial, 0U);
 }
 
+TEST_F(NavigationTest, ShowsWhatChangesByItselfInAViewThatIsSeen) {
+    openRoot();
+    tap(RowsPage::Hosted);
+    const auto view = navigation.topPage()->view();
+    ASSERT_FALSE(view->subviews().empty());
+    const auto inner = view->subviews().front();
+    const std::size_t before = shown.size();
+    inner->setFrame(CGRectMake(1, 2, 3, 4));
+    inner->contentsChanged();
+    ASSERT_EQ(shown.size(), before + 1);
+    EXPECT_EQ(top().view->subviews.front().frame, CGRectMake(1, 2, 3, 4));
+    navigation.back(top().id);
+    const std::size_t after = shown.size();
+    inner->contentsChanged();
+    EXPECT_EQ(shown.size(), after) << "nobody sees it any more";
+}
+
 } // namespace

@@ -138,6 +138,52 @@ class ProgramsTest(Programs):
 
     # -- pictures --
 
+    def install_applications(self):
+        """Two whose icons take hours to draw, and one behind them whose icon is a green plate."""
+        data = self.folder + "/data"
+        os.makedirs(data + "/applications")
+        size = 'xmlns="http://www.w3.org/2000/svg" width="100" height="100"'
+        dear = f'<svg {size}><filter id="f"><feTurbulence baseFrequency="0.05" numOctaves="1000000"/>' \
+            f'<feGaussianBlur stdDeviation="100000"/></filter><rect width="100" height="100" filter="url(#f)"/></svg>'
+        green = f'<svg {size}><rect width="100" height="100" fill="#00ff00"/></svg>'
+        for name, picture in (("test.a", dear), ("test.b", dear), ("test.c", green)):
+            with open(f"{data}/{name}.svg", "w", encoding="utf-8") as file:
+                file.write(picture)
+            with open(f"{data}/applications/{name}.desktop", "w", encoding="utf-8") as file:
+                file.write(f"[Desktop Entry]\nType=Application\nExec=true\nName={name}\nIcon={data}/{name}.svg\n")
+        self.environment["XDG_DATA_HOME"] = data
+        subprocess.run([program("lumoractl"), "set", "kAppsEnabled", '["test.a", "test.b", "test.c"]'],
+                       env=self.environment, check=True, timeout=LONG_ENOUGH)
+
+    def green_is_seen(self):
+        with self.display.screen() as (_, height, line):
+            return any(bytes((0, 255, 0)) == line(y)[4 * x:4 * x + 3]
+                       for y in range(0, height, 4) for x in range(0, WIDTH, 4))
+
+    def test_draws_an_icon_into_its_row_when_dear_ones_before_it_are_given_up(self):
+        self.start_tweak()
+        self.install_applications()
+        self.assertFalse(self.green_is_seen())
+        self.open_window("--page", "AppsListController")
+        eventually(self.green_is_seen, "the icon")
+
+    def test_waits_for_every_icon_of_a_picture(self):
+        self.start_tweak()
+        self.install_applications()
+        pictures = []
+        for number in range(2):
+            file = f"{self.folder}/{number}.png"
+            saved = self.settings("--grab", file, "--page", "AppsListController", "--timeout", "60")
+            self.assertEqual(saved.returncode, 0, saved.stderr)
+            with open(file, "rb") as picture:
+                pictures.append(picture.read())
+        self.assertEqual(pictures[0], pictures[1])
+        os.remove(self.folder + "/data/test.c.svg")
+        saved = self.settings("--grab", file, "--page", "AppsListController", "--timeout", "60")
+        self.assertEqual(saved.returncode, 0, saved.stderr)
+        with open(file, "rb") as picture:
+            self.assertNotEqual(picture.read(), pictures[0], "the green icon was not in it")
+
     def assert_is_picture(self, file, width, height):
         with open(file, "rb") as picture:
             head = picture.read(24)

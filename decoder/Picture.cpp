@@ -1,4 +1,4 @@
-#include "pictures/Picture.h"
+#include "decoder/Picture.h"
 
 #include "platform/desktop/Owned.h"
 #include "platform/services/PictureFrames.h"
@@ -14,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-namespace pictures {
+namespace decoder {
 
 using platform::Owned;
 
@@ -111,4 +111,4 @@ std::vector<std::uint8_t> drawPicture(const std::filesystem::path& file, int pix
     return png;
 }
 
-} // namespace pictures
+} // namespace decoder

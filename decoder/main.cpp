@@ -1,4 +1,4 @@
-#include "pictures/Picture.h"
+#include "decoder/Picture.h"
 #include "platform/services/PictureFrames.h"
 
 #include <unistd.h>
@@ -51,7 +51,7 @@ int main() {
             return 1;
         std::string path(question.pathLength, '\0');
         if (!readAll(path.data(), path.size())) return 1;
-        const std::vector<std::uint8_t> png = pictures::drawPicture(path, int(question.pixels));
+        const std::vector<std::uint8_t> png = decoder::drawPicture(path, int(question.pixels));
         PictureAnswer answer;
         answer.number = question.number;
         answer.length = std::uint32_t(png.size());

@@ -1,10 +1,10 @@
-#include "pictures/Picture.h"
+#include "decoder/Picture.h"
 
 #include "tests/applist/Desktop.h"
 
 namespace {
 
-using pictures::drawPicture;
+using decoder::drawPicture;
 using tests::decoded;
 using tests::Points;
 using tests::write;

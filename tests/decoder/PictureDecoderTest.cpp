@@ -1,6 +1,6 @@
 #include "platform/services/PictureDecoder.h"
 
-#include "pictures/Picture.h"
+#include "decoder/Picture.h"
 #include "platform/messaging/Dispatch.h"
 #include "tests/applist/Desktop.h"
 #include "tests/support/Waiting.h"
@@ -52,7 +52,7 @@ struct Decoders : tests::FolderTest {
         const auto drawn = decoder.wait(order, patience, [](const PictureDecoder::Drawn&) {});
         return drawn ? std::optional<Data>(drawn->at(0)) : std::nullopt;
     }
-    static Data here(const fs::path& file, int pixels = 29) { return pictures::drawPicture(file, pixels); }
+    static Data here(const fs::path& file, int pixels = 29) { return decoder::drawPicture(file, pixels); }
 };
 
 TEST_F(Decoders, DrawAThousandPicturesAsThisProcessWould) {
