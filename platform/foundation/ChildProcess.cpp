@@ -165,6 +165,7 @@ Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const std::vector<std:
 
     std::unique_ptr<ChildProcess> child(new ChildProcess);
     child->id_ = id.value();
+    ::clock_getcpuclockid(id.value(), &child->clock_);
     child->ending_ = static_cast<int>(::syscall(SYS_pidfd_open, id.value(), 0));
     child->input_ = input.take();
     child->output_ = output.take();
@@ -213,21 +214,24 @@ ChildProcess::Heard ChildProcess::receive(std::string& into, std::size_t most, c
     }
 }
 
+ChildProcess::Heard ChildProcess::awaitEnd(const Patience& patience) {
+    return wait(-1, 0, patience);
+}
+
 /// Until the file is ready, the child has ended or its time is over.
 ChildProcess::Heard ChildProcess::wait(int file, short events, const Patience& patience) {
     using std::chrono::milliseconds;
+    constexpr milliseconds slice(20); // of one thread, which uses no processor time ahead of the clock; many use more
     for (;;) {
         std::array<pollfd, 3> watched{pollfd{file, events, 0}, pollfd{prints_, POLLIN, 0}, pollfd{ending_, POLLIN, 0}};
         const auto left = std::chrono::ceil<milliseconds>(patience.until - steady_clock::now());
-        // One thread of the child cannot use up its processor time sooner than the clock; several are noticed late.
-        const auto unused = std::chrono::ceil<milliseconds>(patience.processor - processorTime());
-        const auto longest = std::min<std::int64_t>(std::min(left, unused).count(), 60'000);
-        const int ready = ::poll(watched.data(), watched.size(), static_cast<int>(std::max<std::int64_t>(longest, 0)));
+        const auto longest = std::clamp(left, milliseconds(0), slice);
+        const int ready = ::poll(watched.data(), watched.size(), static_cast<int>(longest.count()));
         if (ready > 0 && watched[1].revents != 0) takePrints();
         if (ready > 0 && watched[0].revents != 0) return Heard::something;
         if (ready > 0 && watched[2].revents != 0) return Heard::end; // and nothing more is to be read
         if (left.count() <= 0) return Heard::tooLate;
-        if (unused.count() <= 0) return Heard::tooCostly;
+        if (ready == 0 && processorTime() >= patience.processor) return Heard::tooCostly;
     }
 }
 
@@ -241,10 +245,9 @@ void ChildProcess::takePrints() {
 }
 
 nanoseconds ChildProcess::processorTime() const {
-    clockid_t clock{};
     timespec used{};
     // Silent: of a child that has ended there is no such clock, and there is nothing left to limit.
-    if (id_ < 0 || ::clock_getcpuclockid(id_, &clock) != 0 || ::clock_gettime(clock, &used) != 0) return {};
+    if (id_ < 0 || ::clock_gettime(clock_, &used) != 0) return {};
     return std::chrono::seconds(used.tv_sec) + nanoseconds(used.tv_nsec);
 }
 

@@ -64,6 +64,9 @@ class PLATFORM_EXPORT ChildProcess {
     /// meanwhile is taken as well.
     [[nodiscard]] Heard receive(std::string& into, std::size_t most, const Patience& patience);
 
+    /// Waits for the end of the child alone: `end`, or that it takes too long. It is not taken note of before end().
+    [[nodiscard]] Heard awaitEnd(const Patience& patience);
+
     /// The beginning of what the child has printed to its standard error; after end() all that is kept of it.
     [[nodiscard]] const std::string& printed() const { return printed_; }
     /// Of the child alone, without those that it started.
@@ -79,6 +82,7 @@ class PLATFORM_EXPORT ChildProcess {
     void takePrints();
 
     pid_t id_ = -1;
+    clockid_t clock_{}; ///< of its processor time
     int status_ = 0;
     int ending_ = -1; ///< becomes readable when the process has ended
     int input_ = -1;
