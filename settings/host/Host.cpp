@@ -60,7 +60,7 @@ void Host::launch(Launch launch, std::function<void(Result<bool>)> done) {
 
 void Host::post(std::function<void(Navigation&)> work) {
     platform::dispatch_async(platform::dispatch_get_main_queue(),
-                             [this, work = std::move(work)] { work(navigation_); });
+                             [this, work = std::move(work)] { navigation_.run(work); });
 }
 
 void Host::finish(std::chrono::milliseconds atMost) {

@@ -4,6 +4,8 @@
 #include "settings/host/ComposerSnapshotOf.h"
 #include "settings/host/SnapshotOf.h"
 
+#include <exception>
+#include <iostream>
 #include <utility>
 
 namespace settings {
@@ -40,6 +42,18 @@ bool isEditable(const PSSpecifier& row) {
     }
 }
 
+/// Runs code of a page, which may be a stranger's: what it throws, in words; empty when it throws nothing.
+std::string faultOf(const std::function<void()>& work) {
+    try {
+        work();
+        return {};
+    } catch (const std::exception& thrown) {
+        return *thrown.what() ? thrown.what() : "it throws an exception without a word";
+    } catch (...) {
+        return "it throws what is no exception";
+    }
+}
+
 bool isField(const PSSpecifier& row) {
     return row.cellType() == PSEditTextCell || row.cellType() == PSSecureEditTextCell;
 }
@@ -56,16 +70,32 @@ bool Navigation::open(Class pageClass, const std::string& title) {
 bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifierRef& row) {
     if (!pageClass) return false;
     publishOpening(pageClass->name, title);
-    auto page = std::dynamic_pointer_cast<PSListController>(pageClass->make());
-    if (!page) {
-        publish();
-        return false;
+    const std::size_t depth = pages_.size();
+    const std::string fault = faultOf([&] {
+        auto page = std::dynamic_pointer_cast<PSListController>(pageClass->make());
+        if (!page) return;
+        if (!title.empty()) page->setTitle(title);
+        page->setSpecifier(row);
+        pages_.push_back({nextPageId(), std::move(page), pageClass->name, nullptr});
+        appear(pages_.size() > 1);
+    });
+    if (!fault.empty()) {
+        std::cerr << "lumora-settings: the page " << pageClass->name << " does not open: " << fault << std::endl;
+        pages_.erase(pages_.begin() + std::ptrdiff_t(depth), pages_.end());
     }
-    if (!title.empty()) page->setTitle(title);
-    page->setSpecifier(row);
-    pages_.push_back({nextPageId(), std::move(page), pageClass->name, nullptr});
-    appear(pages_.size() > 1);
-    return true;
+    if (pages_.size() > depth) return true;
+    publish();
+    return false;
+}
+
+void Navigation::run(const std::function<void(Navigation&)>& work) {
+    std::string fault = faultOf([&] { work(*this); });
+    while (!fault.empty() && !pages_.empty()) {
+        std::cerr << "lumora-settings: the page " << pages_.back().className << " fails: " << fault << std::endl;
+        if (pages_.size() == 1) return;
+        pages_.pop_back();
+        fault = faultOf([this] { appear(true); });
+    }
 }
 
 void Navigation::rowTapped(std::uint64_t page, std::size_t row) {

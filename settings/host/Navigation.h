@@ -28,8 +28,12 @@ class Navigation {
 
     /// Makes a page, gives it a title unless that is empty, and puts it on top. `show` is told first that it is being
     /// made, because making it may block for good. False when the class is null, makes no page, or its init yields
-    /// nothing.
+    /// nothing; and, with a line on standard error, when the page throws or has a null row.
     bool open(platform::Class pageClass, const std::string& title);
+
+    /// Does work in which pages may throw: that costs the page on top, unless it is the first, and a line on standard
+    /// error.
+    void run(const std::function<void(Navigation&)>& work);
 
     /// A tap: opens what a link names (nothing where that class is not there), chooses an option, calls a button.
     void rowTapped(std::uint64_t page, std::size_t row);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
 #include <typeinfo>
 #include <utility>
 
@@ -201,6 +202,8 @@ PageSnapshot snapshotOf(PSListController& page, const std::string& className, st
         return shown;
     }
     if (const PSSpecifierList rows = page.specifiers()) {
+        if (std::find(rows->begin(), rows->end(), nullptr) != rows->end())
+            throw std::runtime_error("it has a null row");
         for (std::size_t i = 0; i < rows->size(); ++i)
             shown.rows.push_back(snapshotOf(page, *(*rows)[i], i));
     }

@@ -116,6 +116,38 @@ TEST_F(NavigationTest, StaysWhereItIsWhenAClassMakesNoPage) {
     EXPECT_FALSE(navigation.open(NSClassFromString("NotAPage"), ""));
 }
 
+TEST_F(NavigationTest, OpensNothingForAPageThatThrowsOrHasANullRowAndSaysSo) {
+    openRoot();
+    for (const char* fault : {"constructor", "init", "rows", "row", "appearance"}) {
+        FaultyPage::fault = fault;
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(navigation.open(NSClassFromString("FaultyPage"), "Faulty")) << fault;
+        const std::string said = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(said, "lumora-settings: the page FaultyPage does not open: " +
+                            std::string(fault == std::string("row") ? "it has a null row" : "no page today") + "\n");
+        ASSERT_EQ(depth(), 1U) << fault;
+        EXPECT_EQ(top().className, "RowsPage");
+        EXPECT_FALSE(shown.back().opening);
+    }
+    FaultyPage::fault = "";
+    EXPECT_TRUE(navigation.open(NSClassFromString("FaultyPage"), "Faulty")) << "another time";
+}
+
+TEST_F(NavigationTest, ClosesAPageThatThrowsLaterOnButNotTheFirst) {
+    openRoot();
+    FaultyPage::fault = "";
+    ASSERT_TRUE(navigation.open(NSClassFromString("FaultyPage"), "Faulty"));
+    ASSERT_EQ(depth(), 2U);
+    testing::internal::CaptureStderr();
+    navigation.run([](Navigation&) { throw 7; });
+    EXPECT_EQ(depth(), 1U);
+    navigation.run([](Navigation&) { throw std::runtime_error("no more"); });
+    EXPECT_EQ(depth(), 1U);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "lumora-settings: the page FaultyPage fails: it throws what is no exception\n"
+              "lumora-settings: the page RowsPage fails: no more\n");
+}
+
 TEST_F(NavigationTest, GivesAPageTheTitleAndTheRowThatOpenedIt) {
     openRoot();
     tap(RowsPage::Options);

@@ -10,6 +10,7 @@
 #include "platform/ui/UITouch.h"
 
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -324,6 +325,31 @@ class RefusedPage : public platform::PSListController {
     bool init() override { return false; }
 };
 
+/// A page that fails in one place, or nowhere.
+class FaultyPage : public platform::PSListController {
+  public:
+    static inline std::string fault;
+
+    FaultyPage() { failIn("constructor"); }
+    bool init() override {
+        failIn("init");
+        return PSListController::init();
+    }
+    void viewWillAppear(bool animated) override {
+        failIn("appearance");
+        PSListController::viewWillAppear(animated);
+    }
+    platform::PSSpecifierList specifiers() override {
+        failIn("rows");
+        return fault == "row" ? std::make_shared<const std::vector<platform::PSSpecifierRef>>(1) : nullptr;
+    }
+
+  private:
+    static void failIn(const std::string& place) {
+        if (fault == place) throw std::runtime_error("no page today");
+    }
+};
+
 class NotAPage : public platform::NSObject {
   public:
     [[nodiscard]] bool init() const { return true; }
@@ -336,6 +362,7 @@ PLATFORM_CLASS(FieldPage)
 PLATFORM_CLASS(ChoicePage)
 PLATFORM_CLASS(BarePage)
 PLATFORM_CLASS(RefusedPage)
+PLATFORM_CLASS(FaultyPage)
 PLATFORM_CLASS(NotAPage)
 
 } // namespace tests
