@@ -4,7 +4,7 @@
 
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/FolderContents.h"
-#include "platform/foundation/NSBundle.h"
+#include "platform/foundation/LoadVerdicts.h"
 #include "platform/foundation/Unicode.h"
 
 #include <string_view>
@@ -71,12 +71,27 @@ Result<Plugin> examineLoaded(const LumoraPrincipalClass* principalClass) {
     return plugin;
 }
 
-std::vector<fs::path> bundlePaths(const fs::path& folder) {
-    std::vector<fs::path> paths;
+using Bundles = std::vector<std::shared_ptr<NSBundle>>;
+
+/// Those in a folder, in its order.
+Bundles bundlesIn(const fs::path& folder) {
+    Bundles bundles;
     std::error_code failed; // a folder that is missing or cannot be read lists nothing
-    for (fs::path& entry : platform::contentsOfDirectoryAtPath(folder, failed))
-        if (isPluginPath(entry)) paths.push_back(std::move(entry));
-    return paths;
+    for (const fs::path& entry : platform::contentsOfDirectoryAtPath(folder, failed))
+        if (auto bundle = isPluginPath(entry) ? NSBundle::bundleWithPath(entry) : nullptr)
+            bundles.push_back(std::move(bundle));
+    return bundles;
+}
+
+/// For each, whether its code leaves the process that it is loaded into alone.
+std::vector<bool> mayBeLoaded(const Bundles& bundles, const platform::ProbeLimits& limits) {
+    std::vector<platform::LoadCandidate> candidates;
+    candidates.reserve(bundles.size());
+    for (const auto& bundle : bundles) {
+        const fs::path& folder = bundle->bundlePath();
+        candidates.push_back({folder, {folder, folder / "Info.plist", bundle->executablePath()}});
+    }
+    return platform::mayBeLoaded(platform::ForeignCode::plugin, candidates, limits);
 }
 
 } // namespace
@@ -113,24 +128,30 @@ bool isPluginPath(const fs::path& path) {
     return path.extension() == ".bundle";
 }
 
-Result<Plugin> examine(const fs::path& path) {
-    const auto bundle = NSBundle::bundleWithPath(path);
-    if (!bundle) return fail("it is no folder");
-    const Result<bool> loaded = bundle->load();
+PluginExamination::PluginExamination(std::shared_ptr<NSBundle> bundle)
+    : bundle_(std::move(bundle)), plugin_(fail("it is no folder")) {
+    if (!bundle_) return;
+    const Result<bool> loaded = bundle_->load(platform::FileCheck::None);
     // Asked whether or not loading succeeded; without a loaded object there is no such table.
     const auto* principalClass =
-        static_cast<const LumoraPrincipalClass*>(bundle->principalClassTable(LUMORA_PRINCIPAL_CLASS_SYMBOL));
-    Result<Plugin> plugin = loaded ? examineLoaded(principalClass) : fail(loaded.error());
-    bundle->unload(); // in every case, and no matter what it answers
-    return plugin;
+        static_cast<const LumoraPrincipalClass*>(bundle_->principalClassTable(LUMORA_PRINCIPAL_CLASS_SYMBOL));
+    plugin_ = loaded ? examineLoaded(principalClass) : fail(loaded.error());
 }
 
-std::vector<Plugin> discoverPlugins(bool withSettings) {
+PluginExamination::~PluginExamination() {
+    if (bundle_) bundle_->unload(); // in every case, and no matter what it answers
+}
+
+std::vector<Plugin> discoverPlugins(bool withSettings, const platform::ProbeLimits& limits) {
+    const Bundles bundles = bundlesIn(pluginFolder());
+    const std::vector<bool> safe = mayBeLoaded(bundles, limits);
     std::vector<Plugin> found;
-    for (const fs::path& path : bundlePaths(pluginFolder())) {
-        const Result<Plugin> plugin = examine(path);
+    for (std::size_t i = 0; i < bundles.size(); ++i) {
         // Kept on purpose: here every reason is dropped. A broken plug-in is simply not there, so that one author's
         // mistake never stands in the way of the others; `lumoractl plugins` tells the reasons to whoever asks.
+        if (!safe[i]) continue;
+        const PluginExamination examination(bundles[i]);
+        const Result<Plugin>& plugin = examination.plugin();
         if (!plugin) continue;
         if (withSettings && !plugin.value().settingsController()) continue;
         found.push_back(plugin.value());

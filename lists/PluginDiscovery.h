@@ -3,9 +3,12 @@
 #include <lumora/AppView.h>
 
 #include "platform/foundation/Class.h"
+#include "platform/foundation/LoadProbe.h"
+#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/Result.h"
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -41,17 +44,32 @@ class Plugin {
 /// True for a path whose extension says "bundle", in these letters.
 [[nodiscard]] bool isPluginPath(const std::filesystem::path& path);
 
-/// Loads one plug-in bundle and asks for its object: the object, or why there is none that can be used.
+/// One plug-in bundle, loaded and asked for its object; unloaded when this goes.
 ///
-///     const auto plugin = examine(folder / "Clock.bundle");
-///     if (!plugin) complain(plugin.error());
+///     const PluginExamination examination(NSBundle::bundleWithPath(folder / "Clock.bundle"));
+///     if (!examination.plugin()) complain(examination.plugin().error());
 ///
-/// Runs the plug-in's code. Main thread.
-[[nodiscard]] platform::Result<Plugin> examine(const std::filesystem::path& bundle);
+/// Runs the plug-in's code, which may do anything to the process. Main thread.
+class PluginExamination {
+  public:
+    /// Null is a bundle that is no folder. The file of any other has no faultOfSharedObject().
+    explicit PluginExamination(std::shared_ptr<platform::NSBundle> bundle);
+    PluginExamination(const PluginExamination&) = delete;
+    PluginExamination& operator=(const PluginExamination&) = delete;
+    ~PluginExamination();
+
+    /// The object, or why there is none that can be used.
+    [[nodiscard]] const platform::Result<Plugin>& plugin() const { return plugin_; }
+
+  private:
+    std::shared_ptr<platform::NSBundle> bundle_;
+    platform::Result<Plugin> plugin_;
+};
 
 /// The plug-ins in the plug-in folder, or only those with a settings page, in the order in which the file manager lists
 /// them: by the names of their bundles, since nothing is sorted here. Each call looks anew; what cannot be used is left
-/// out in silence. Main thread.
-[[nodiscard]] std::vector<Plugin> discoverPlugins(bool withSettings);
+/// out in silence, and so is what would end or damage this process: all of it is tried in another one first, once for
+/// each state of its files. Main thread.
+[[nodiscard]] std::vector<Plugin> discoverPlugins(bool withSettings, const platform::ProbeLimits& limits = {});
 
 } // namespace lumora

@@ -46,4 +46,8 @@ fs::path devicePath(std::string_view fixedPath) {
     return deviceRoot() / fs::path(fixedPath).relative_path();
 }
 
+fs::path standardBundle() {
+    return devicePath("/Library/PreferenceBundles/Lumora.bundle");
+}
+
 } // namespace platform

@@ -24,4 +24,7 @@ PLATFORM_EXPORT void setDeviceRoot(const std::filesystem::path& root);
 /// A fixed path of the device, such as "/Library/Nevo/Lumora/Plugins", under the device root.
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path devicePath(std::string_view fixedPath);
 
+/// Where a device keeps the settings bundle.
+[[nodiscard]] PLATFORM_EXPORT std::filesystem::path standardBundle();
+
 } // namespace platform

@@ -2,7 +2,6 @@
 
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/RegularFile.h"
-#include "platform/foundation/SharedObject.h"
 
 #include <algorithm>
 #include <dlfcn.h>
@@ -57,13 +56,18 @@ std::shared_ptr<NSBundle> NSBundle::bundleForClass(const std::type_info& type) {
 NSBundle::NSBundle(std::filesystem::path folder) : folder_(std::move(folder)), info_(readInfo(folder_)) {
 }
 
-Result<bool> NSBundle::load() {
-    if (loaded_) return true;
+std::filesystem::path NSBundle::executablePath() const {
     const std::string executable = textOf(info_, "CFBundleExecutable");
-    if (executable.empty() || !isFileName(executable))
+    return executable.empty() || !isFileName(executable) ? std::filesystem::path() : folder_ / executable;
+}
+
+Result<bool> NSBundle::load(FileCheck check) {
+    if (loaded_) return true;
+    const std::filesystem::path executable = executablePath();
+    if (executable.empty())
         return Result<bool>::failure(
             folder_.string() + " cannot be loaded: its Info.plist is missing, broken or names no CFBundleExecutable");
-    const Result<void*> handle = loadSharedObject(folder_ / executable);
+    const Result<void*> handle = loadSharedObject(executable, Binding::Now, check);
     if (!handle) return Result<bool>::failure(handle.error());
     loaded_ = handle.value();
     return true;

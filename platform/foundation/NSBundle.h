@@ -2,6 +2,7 @@
 
 #include "platform/foundation/Class.h"
 #include "platform/foundation/Result.h"
+#include "platform/foundation/SharedObject.h"
 #include "platform/foundation/Value.h"
 
 #include <filesystem>
@@ -26,9 +27,12 @@ class PLATFORM_EXPORT NSBundle {
     /// which stands in the library that defines the class's first virtual operation. Never null.
     [[nodiscard]] static std::shared_ptr<NSBundle> bundleForClass(const std::type_info& type);
 
+    /// The shared object that `CFBundleExecutable` names, whether or not it is there; empty when nothing is named.
+    [[nodiscard]] std::filesystem::path executablePath() const;
     /// Loads the shared object that `CFBundleExecutable` names; true when it already is. A broken one is an error
-    /// here and silence at whoever must be silent.
-    Result<bool> load();
+    /// here and silence at whoever must be silent. One that mayBeLoaded() has let through just now is not looked at
+    /// again.
+    Result<bool> load(FileCheck check = FileCheck::WholeFile);
     /// The class that `NSPrincipalClass` names, null when there is none. Asks the registry, so load() goes first.
     [[nodiscard]] Class principalClass() const;
     /// For bundles whose principal class is a table of C functions: what the shared object itself exports under the

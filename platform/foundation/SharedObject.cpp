@@ -1,15 +1,42 @@
 #include "platform/foundation/SharedObject.h"
 
-#include "platform/foundation/ElfFile.h"
+#include "platform/foundation/RegularFile.h"
 
+#include <algorithm>
+#include <cstring>
 #include <dlfcn.h>
 #include <link.h>
+#include <utility>
+#include <vector>
 
 namespace platform {
+namespace {
 
-Result<void*> loadSharedObject(const std::filesystem::path& file, Binding binding) {
-    if (const std::string fault = faultOfSharedObject(RegularFile(file)); !fault.empty())
-        return Result<void*>::failure(file.string() + " cannot be loaded: " + fault);
+std::string faultOfFile(const RegularFile& file) {
+    if (!file) return "it is missing, no file, or cannot be read";
+    ElfW(Ehdr) header{};
+    if (!file.read(0, &header, sizeof header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
+        header.e_phentsize != sizeof(ElfW(Phdr)))
+        return {}; // the loader knows better what it is not
+    std::vector<ElfW(Phdr)> segments(header.e_phnum);
+    if (!file.read(header.e_phoff, segments.data(), segments.size() * sizeof(ElfW(Phdr)))) return "it is cut short";
+    const bool whole = std::all_of(segments.begin(), segments.end(), [&file](const ElfW(Phdr) & segment) {
+        return segment.p_type != PT_LOAD ||
+               (segment.p_offset <= file.size() && segment.p_filesz <= file.size() - segment.p_offset);
+    });
+    return whole ? std::string() : "it is cut short";
+}
+
+} // namespace
+
+std::string faultOfSharedObject(const std::filesystem::path& file) {
+    const std::string fault = faultOfFile(RegularFile(file));
+    return fault.empty() ? fault : file.string() + " cannot be loaded: " + fault;
+}
+
+Result<void*> loadSharedObject(const std::filesystem::path& file, Binding binding, FileCheck check) {
+    if (std::string fault = check == FileCheck::None ? "" : faultOfSharedObject(file); !fault.empty())
+        return Result<void*>::failure(std::move(fault));
     // RTLD_NODELETE: objects and page classes of the library outlive every request to unload it.
     //
     // An exception of the library's own initialisers is not caught, and must not be: it would unwind through the

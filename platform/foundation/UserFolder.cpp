@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -30,6 +31,20 @@ fs::path userFolder(const char* variable, const char* nameInHome) {
     if (named && *named == '/') return named;
     const fs::path home = homeFolder();
     return home.empty() ? home : home / nameInHome;
+}
+
+bool makeFolders(const fs::path& path) {
+    fs::path folder;
+    for (const auto& component : path) {
+        folder /= component;
+        if (::mkdir(folder.c_str(), 0700) == 0) continue;
+        const int reason = errno;
+        std::error_code unknown;
+        if (fs::is_directory(folder, unknown)) continue;
+        errno = reason;
+        return false;
+    }
+    return true;
 }
 
 } // namespace platform

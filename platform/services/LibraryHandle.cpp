@@ -1,6 +1,7 @@
 #include "platform/services/LibraryHandle.h"
 
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/LoadVerdicts.h"
 #include "platform/foundation/SharedObject.h"
 
 #include <algorithm>
@@ -25,8 +26,15 @@ OpenLibraries& all() {
 } // namespace
 
 LibraryHandle openLibrary(std::string_view fixedPath) {
-    const Result<void*> code = loadSharedObject(devicePath(fixedPath), Binding::Lazy);
-    // Silent: a library of somebody else's may be missing, and a list without it is all that the user is to see.
+    const std::filesystem::path path = devicePath(fixedPath);
+    // Silent, here and below: a library of somebody else's may be missing or no good, and a list without it is all that
+    // the user is to see.
+    if (!mayBeLoaded(ForeignCode::applicationList, {{path, {path}}}).front()) return {};
+    return openUntriedLibrary(path);
+}
+
+LibraryHandle openUntriedLibrary(const std::filesystem::path& path) {
+    const Result<void*> code = loadSharedObject(path, Binding::Lazy);
     if (!code) return {};
     const std::lock_guard lock(all().mutex);
     all().codes.push_back(code.value());

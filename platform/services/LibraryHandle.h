@@ -2,6 +2,7 @@
 
 #include "platform/Export.h"
 
+#include <filesystem>
 #include <string_view>
 #include <utility>
 
@@ -30,15 +31,18 @@ class PLATFORM_EXPORT LibraryHandle {
     explicit operator bool() const { return code_ != nullptr; }
 
   private:
-    friend LibraryHandle openLibrary(std::string_view fixedPath);
+    friend LibraryHandle openUntriedLibrary(const std::filesystem::path& path);
     explicit LibraryHandle(void* code) : code_(code) {}
 
     void* code_ = nullptr;
 };
 
 /// Loads a library from its path under the device root, binding its functions when they are first called. An empty
-/// handle when there is none or it cannot be loaded.
+/// handle when there is none, it cannot be loaded, or it would end this process: it is tried in another one first.
 [[nodiscard]] PLATFORM_EXPORT LibraryHandle openLibrary(std::string_view fixedPath);
+
+/// The same for a process that is there to find out what the library does to it.
+[[nodiscard]] PLATFORM_EXPORT LibraryHandle openUntriedLibrary(const std::filesystem::path& path);
 
 /// How many handles are open.
 [[nodiscard]] PLATFORM_EXPORT int openLibraries();

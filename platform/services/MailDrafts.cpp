@@ -47,22 +47,6 @@ bool publish(const fs::path& file, const fs::path& name) {
     return ::link(file.c_str(), name.c_str()) == 0 && ::unlink(file.c_str()) == 0; // not every file system can do that
 }
 
-/// Makes the missing folders on the way, for the user alone whatever the umask, as the desktop's rules have it. Leaves
-/// the reason for a failure in errno.
-bool makeFolders(const fs::path& path) {
-    fs::path folder;
-    for (const auto& component : path) {
-        folder /= component;
-        if (::mkdir(folder.c_str(), 0700) == 0) continue;
-        const int reason = errno;
-        std::error_code unknown;
-        if (fs::is_directory(folder, unknown)) continue;
-        errno = reason;
-        return false;
-    }
-    return true;
-}
-
 /// Under the first of its names that is free; nothing when it cannot be published.
 std::optional<fs::path> published(const fs::path& file, const fs::path& folder) {
     const std::string time = timeOfDay();

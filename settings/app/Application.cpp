@@ -1,5 +1,6 @@
 #include "settings/app/Application.h"
 
+#include "platform/foundation/DeviceRoot.h"
 #include "platform/services/PictureDecoder.h"
 #include "settings/app/DesktopLook.h"
 #include "settings/app/Pictures.h"
@@ -91,7 +92,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
     shell.setDark(options.dark.value_or(false));
     shell.setTextSize(options.textSize.value_or(100));
     if (!picturesOnly && !(options.dark && options.textSize)) followDesktop(shell, options);
-    shell.launch({options.bundle.value_or(standardBundle()), options.page, contentSizeOf(options.size)},
+    shell.launch({options.bundle.value_or(platform::standardBundle()), options.page, contentSizeOf(options.size)},
                  [picturesOnly](const std::string& why) {
                      // Who waits for a page to take a picture of would go on waiting.
                      if (picturesOnly) std::_Exit(complain(why));

@@ -1,3 +1,4 @@
+#include "platform/foundation/DeviceRoot.h"
 #include "settings/app/Application.h"
 #include "settings/host/Host.h"
 #include "settings/host/RowsDocument.h"
@@ -26,7 +27,7 @@ int printRows(const Options& options) {
     auto& host = *new Host([page](const StackSnapshot& stack) {
         if (!stack.pages.empty()) page->last = stack.pages.back();
     });
-    host.launch({options.bundle.value_or(standardBundle()), *options.rows, contentSizeOf(options.size)},
+    host.launch({options.bundle.value_or(platform::standardBundle()), *options.rows, contentSizeOf(options.size)},
                 [page, &host](const Result<bool>& opened) {
                     if (!opened) return page->written.set_value(Result<std::string>::failure(opened.error()));
                     host.post([page](Navigation& navigation) {

@@ -1,6 +1,5 @@
 #include "settings/host/Host.h"
 
-#include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSCondition.h"
 #include "platform/messaging/Dispatch.h"
@@ -36,10 +35,6 @@ Result<bool> openBundle(Navigation& navigation, const Launch& launch) {
 }
 
 } // namespace
-
-std::filesystem::path standardBundle() {
-    return platform::devicePath("/Library/PreferenceBundles/Lumora.bundle");
-}
 
 std::string whatBlocks(const std::string& page) {
     // Nothing else in a page waits on a condition.

@@ -17,9 +17,6 @@ struct Launch {
     platform::CGSize contentSize; ///< in points, of what is under the navigation bar
 };
 
-/// Where a device keeps the bundle: under the device root.
-[[nodiscard]] std::filesystem::path standardBundle();
-
 /// What the main thread is at while that page does not come, to be told behind "timed out waiting for": the tweak's
 /// answer, or the page itself. Any thread.
 [[nodiscard]] std::string whatBlocks(const std::string& page);
@@ -27,7 +24,7 @@ struct Launch {
 /// Starts the permanent main thread, which alone calls into the bundle, and hands it work.
 ///
 ///     auto& host = *new Host(show);   // never destroyed: the main thread may be blocked in it for good
-///     host.launch({.bundle = standardBundle()}, done);
+///     host.launch({.bundle = platform::standardBundle()}, done);
 ///     host.post([](Navigation& navigation) { navigation.back(7); });
 ///
 /// One per process. Its operations return at once and may be called from any thread; what they are given runs on the

@@ -6,24 +6,24 @@
 #include "tests/lists/PluginFolder.h"
 #include "tests/support/Waiting.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <dlfcn.h>
 #include <elf.h>
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <set>
-#include <sys/mman.h>
+#include <map>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 namespace {
 
 using lumora::discoverPlugins;
-using lumora::examine;
+using lumora::PluginExamination;
+using platform::NSBundle;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;
@@ -39,9 +39,15 @@ std::vector<std::string> namesOf(const std::vector<lumora::Plugin>& plugins) {
     return names;
 }
 
-std::string reasonOf(const fs::path& bundle) {
-    const auto plugin = examine(bundle);
-    return plugin ? "" : plugin.error();
+/// Why bundles cannot be used, as whoever asks is told; empty for one that can be.
+std::vector<std::string> reasonsOf(const std::vector<fs::path>& bundles) {
+    std::vector<std::string> reasons;
+    for (const auto& probed :
+         platform::probe(platform::ForeignCode::plugin, bundles, platform::ProbeReport::answers, {})) {
+        const platform::Value skipped = probed.told["skipped"];
+        reasons.push_back(skipped.text() ? std::string(*skipped.text()) : probed.why);
+    }
+    return reasons;
 }
 
 template<class T>
@@ -58,11 +64,6 @@ void writeAt(const fs::path& file, std::size_t offset, T record) {
     std::fstream out(file, std::ios::binary | std::ios::in | std::ios::out);
     out.seekp(static_cast<std::streamoff>(offset));
     out.write(reinterpret_cast<const char*>(&record), sizeof record);
-}
-
-std::string readAll(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 /// Where the program header of a type stands in a module.
@@ -104,9 +105,21 @@ Breaking codeAs(const std::string& contents) {
     return codeReplaced([contents](const fs::path& code) { tests::PluginFolder::write(code, contents); });
 }
 
+/// Where the part of a module ends that is mapped.
+std::size_t endOfSegments(const fs::path& module) {
+    const auto header = readAt<Elf64_Ehdr>(module, 0);
+    std::size_t end = 0;
+    for (std::size_t i = 0; i < header.e_phnum; ++i)
+        if (const auto segment = readAt<Elf64_Phdr>(module, header.e_phoff + i * sizeof(Elf64_Phdr));
+            segment.p_type == PT_LOAD)
+            end = std::max(end, segment.p_offset + segment.p_filesz);
+    return end;
+}
+
+/// What is left is so much of the part that is mapped.
 Breaking cutTo(double share) {
     return spoiling([share](const fs::path& bundle) {
-        const auto size = static_cast<double>(fs::file_size(bundle / "Code"));
+        const auto size = static_cast<double>(endOfSegments(bundle / "Code"));
         fs::resize_file(bundle / "Code", static_cast<std::uintmax_t>(size * share));
     });
 }
@@ -154,7 +167,7 @@ const std::vector<std::pair<std::string, Breaking>> breakings{
     {"cut-to-nothing", cutTo(0)},
     {"cut-in-header", cutTo(0.002)},
     {"cut-in-half", cutTo(0.5)},
-    {"cut-at-end", cutTo(0.99)},
+    {"cut-at-end", cutTo(0.9999)},
     {"text", codeAs("#!/bin/sh\necho not a library\n")},
     {"magic-alone", codeAs("\177ELF")},
     {"zeroes", codeAs(std::string(8192, '\0'))},
@@ -164,16 +177,11 @@ const std::vector<std::pair<std::string, Breaking>> breakings{
     {"object-file", patched<Elf64_Half>(offsetof(Elf64_Ehdr, e_type), ET_REL)},
     {"no-segments", patched<Elf64_Half>(offsetof(Elf64_Ehdr, e_phnum), 0)},
     {"segments-beyond", patched(offsetof(Elf64_Ehdr, e_phoff), kBeyond)},
-    {"sections-beyond", patched(offsetof(Elf64_Ehdr, e_shoff), kBeyond)},
     {"load-beyond", programHeader(PT_LOAD, offsetof(Elf64_Phdr, p_filesz), kBeyond)},
     {"load-elsewhere", programHeader(PT_LOAD, offsetof(Elf64_Phdr, p_vaddr), kBeyond)},
-    {"load-wrapping", programHeader(PT_LOAD, offsetof(Elf64_Phdr, p_memsz), ~std::uint64_t{0})},
-    {"dynamic-beyond", programHeader(PT_DYNAMIC, offsetof(Elf64_Phdr, p_offset), kBeyond)},
     {"dynamic-elsewhere", programHeader(PT_DYNAMIC, offsetof(Elf64_Phdr, p_vaddr), kBeyond)},
     {"dynamic-missing", programHeader<Elf64_Word>(PT_DYNAMIC, offsetof(Elf64_Phdr, p_type), PT_NULL)},
-    {"dynamic-without-end", programHeader<std::uint64_t>(PT_DYNAMIC, offsetof(Elf64_Phdr, p_filesz), 32)},
     {"texts-beyond", dynamicEntry(DT_STRTAB, kBeyond)},
-    {"texts-too-long", dynamicEntry(DT_STRSZ, kBeyond)},
     {"needed-beyond", dynamicEntry(DT_NEEDED, kBeyond)},
     {"symbols-beyond", dynamicEntry(DT_SYMTAB, kBeyond)},
     {"relocations-beyond", dynamicEntry(DT_RELASZ, kBeyond)},
@@ -251,74 +259,6 @@ std::string askedOf(const fs::path& module) {
     return asked ? asked() : "no test plug-in";
 }
 
-/// One byte of a module that is not what it was.
-struct Change {
-    std::size_t offset;
-    char value;
-};
-
-/// A few changes of each byte of the ELF header, the program headers and the dynamic section.
-std::vector<Change> changesOfHeaders(const fs::path& module) {
-    const auto header = readAt<Elf64_Ehdr>(module, 0);
-    const auto dynamic = readAt<Elf64_Phdr>(module, headerOf(module, PT_DYNAMIC));
-    std::vector<Change> changes;
-    for (const auto& [from, size] :
-         {std::pair<std::size_t, std::size_t>(0, sizeof header),
-          std::pair<std::size_t, std::size_t>(header.e_phoff, header.e_phnum * sizeof(Elf64_Phdr)),
-          std::pair<std::size_t, std::size_t>(dynamic.p_offset, dynamic.p_filesz)})
-        for (std::size_t offset = from; offset < from + size; ++offset) {
-            const auto was = readAt<unsigned char>(module, offset);
-            for (const int value : std::set<int>{0, 0xFF, was ^ 1, was ^ 0x80})
-                if (value != was) changes.push_back({offset, static_cast<char>(value)});
-        }
-    return changes;
-}
-
-/// Counts what a child did, and is read when the child is dead.
-class SharedCount {
-  public:
-    SharedCount()
-        : count_(static_cast<std::size_t*>(
-              ::mmap(nullptr, sizeof *count_, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))) {}
-    SharedCount(const SharedCount&) = delete;
-    SharedCount& operator=(const SharedCount&) = delete;
-    ~SharedCount() { ::munmap(count_, sizeof *count_); }
-    std::size_t& operator*() const { return *count_; }
-
-  private:
-    std::size_t* count_;
-};
-
-/// Examines the bundle once with each change, in children; what did not survive that.
-std::vector<Change> deadlyOnes(const std::vector<Change>& changes, const fs::path& bundle) {
-    const auto good = readAll(bundle / "Code");
-    std::vector<Change> deadly;
-    const SharedCount next;
-    while (*next < changes.size()) {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            const rlimit none{0, 0}; // no core files of deaths that are counted
-            ::setrlimit(RLIMIT_CORE, &none);
-            // Loaded code stays, so each child takes a few hundred only.
-            for (const std::size_t end = std::min(*next + 300, changes.size()); *next < end; ++*next) {
-                std::string spoilt = good;
-                spoilt[changes[*next].offset] = changes[*next].value;
-                // A file of its own each time: the loader knows one that it has loaded, and maps it.
-                fs::remove(bundle / "Code");
-                tests::PluginFolder::write(bundle / "Code", spoilt);
-                if (const auto plugin = examine(bundle)) std::ignore = plugin.value().settingsController();
-            }
-            ::_exit(0);
-        }
-        int status = 0;
-        if (child < 0 || ::waitpid(child, &status, 0) != child) throw std::runtime_error("no child");
-        if (status == 0) continue;
-        deadly.push_back(changes.at(*next));
-        ++*next;
-    }
-    return deadly;
-}
-
 struct PluginDiscovery : testing::Test {
     tests::PluginFolder plugins;
 };
@@ -348,39 +288,33 @@ TEST_F(PluginDiscovery, LeavesNoDescriptorOpenOverBrokenBundles) {
     EXPECT_EQ(tests::descriptorCount(), before);
 }
 
-TEST_F(PluginDiscovery, SurvivesEveryChangedByteOfAModulesHeaders) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "the sanitizers follow every loaded copy, which takes minutes";
-#endif
-    const fs::path bundle = plugins.add("good-1.bundle", "TestPlugin");
-    const auto changes = changesOfHeaders(bundle / "Code");
-    ASSERT_GT(changes.size(), 2000U);
-    std::vector<std::string> deadly;
-    for (const auto& [offset, value] : deadlyOnes(changes, bundle))
-        deadly.push_back(std::to_string(offset) + " = " + std::to_string(static_cast<unsigned char>(value)));
-    EXPECT_THAT(deadly, IsEmpty()) << "of " << changes.size() << " changes";
-}
-
 TEST_F(PluginDiscovery, SaysForEachBrokenBundleWhatIsWrong) {
+    std::vector<fs::path> bundles;
     for (const auto& [kind, breakOne] : breakings) {
         breakOne(plugins, kind + "-1.bundle");
-        EXPECT_NE(reasonOf(plugins.path() / (kind + "-1.bundle")), "") << kind;
+        bundles.push_back(plugins.path() / (kind + "-1.bundle"));
     }
-    const auto reason = [&](const std::string& kind) { return reasonOf(plugins.path() / (kind + "-1.bundle")); };
-    EXPECT_THAT(reason("cut-at-end"), HasSubstr("cut short"));
-    EXPECT_THAT(reason("other-machine"), HasSubstr("another machine"));
-    EXPECT_THAT(reason("text"), HasSubstr("no shared object"));
-    EXPECT_THAT(reason("texts-beyond"), HasSubstr("damaged"));
-    EXPECT_THAT(reason("pipe"), HasSubstr("cannot be read"));
-    EXPECT_THAT(reason("garbage-info"), HasSubstr("Info.plist"));
-    EXPECT_THAT(reason("missing-symbol"), HasSubstr("test_plugin_missing"));
-    EXPECT_THAT(reason("missing-library"), HasSubstr("libtest_plugin_missing"));
-    EXPECT_THAT(reason("class-missing"), HasSubstr("NSPrincipalClass"));
-    EXPECT_THAT(reason("class-version"), HasSubstr("version"));
-    EXPECT_THAT(reason("no-name"), HasSubstr("does not answer name"));
-    EXPECT_THAT(reason("null-name"), HasSubstr("gives no name"));
-    EXPECT_THAT(reason("empty-appID"), HasSubstr("empty appID"));
-    EXPECT_THAT(reason("plain-file"), HasSubstr("no folder"));
+    const std::vector<std::string> reasons = reasonsOf(bundles);
+    std::map<std::string, std::string> reason;
+    for (std::size_t i = 0; i < breakings.size(); ++i) {
+        EXPECT_NE(reasons[i], "") << breakings[i].first;
+        reason[breakings[i].first] = reasons[i];
+    }
+    EXPECT_THAT(reason["cut-at-end"], HasSubstr("cut short"));
+    EXPECT_THAT(reason["text"], HasSubstr("file too short"));
+    EXPECT_THAT(reason["texts-beyond"],
+                testing::AnyOf("it crashes: Segmentation fault", StartsWith("it ends the process")))
+        << "the latter under sanitizers";
+    EXPECT_THAT(reason["pipe"], HasSubstr("cannot be read"));
+    EXPECT_THAT(reason["garbage-info"], HasSubstr("Info.plist"));
+    EXPECT_THAT(reason["missing-symbol"], HasSubstr("test_plugin_missing"));
+    EXPECT_THAT(reason["missing-library"], HasSubstr("libtest_plugin_missing"));
+    EXPECT_THAT(reason["class-missing"], HasSubstr("NSPrincipalClass"));
+    EXPECT_THAT(reason["class-version"], HasSubstr("version"));
+    EXPECT_THAT(reason["no-name"], HasSubstr("does not answer name"));
+    EXPECT_THAT(reason["null-name"], HasSubstr("gives no name"));
+    EXPECT_THAT(reason["empty-appID"], HasSubstr("empty appID"));
+    EXPECT_THAT(reason["plain-file"], HasSubstr("no folder"));
 }
 
 TEST_F(PluginDiscovery, AsksEachTextTwiceAndForThePageOnlyWhenThatMatters) {
@@ -446,7 +380,8 @@ TEST_F(PluginDiscovery, TakesAPlugInWithoutAUsablePageAsOneWithoutSettings) {
         plugins.add(std::string(kind) + "-1.bundle", "TestPlugin");
     EXPECT_EQ(discoverPlugins(false).size(), 6U);
     EXPECT_THAT(discoverPlugins(true), IsEmpty());
-    const auto page = examine(plugins.path() / "other-tag-1.bundle").value().settingsController();
+    const PluginExamination examination(NSBundle::bundleWithPath(plugins.path() / "other-tag-1.bundle"));
+    const auto page = examination.plugin().value().settingsController();
     ASSERT_FALSE(page);
     EXPECT_THAT(page.error(), HasSubstr("made with kit 0, another compiler"));
     EXPECT_THAT(page.error(), HasSubstr(LUMORA_KIT_TAG));
@@ -455,11 +390,11 @@ TEST_F(PluginDiscovery, TakesAPlugInWithoutAUsablePageAsOneWithoutSettings) {
 TEST_F(PluginDiscovery, DoesNotTakeATableFromALibraryThatThePlugInStandsOn) {
     // The module beneath exports the table, the bundle's own does not.
     plugins.add("borrowed-1.bundle", "BorrowedTable");
-    EXPECT_THAT(reasonOf(plugins.path() / "borrowed-1.bundle"), HasSubstr("exports no table"));
+    EXPECT_THAT(reasonsOf({plugins.path() / "borrowed-1.bundle"}).front(), HasSubstr("exports no table"));
 }
 
 TEST_F(PluginDiscovery, KeepsCodeAndObjectsAfterTheBundleWasUnloaded) {
-    const auto bundle = platform::NSBundle::bundleWithPath(plugins.add("good-1.bundle", "TestPlugin"));
+    const auto bundle = NSBundle::bundleWithPath(plugins.add("good-1.bundle", "TestPlugin"));
     EXPECT_EQ(bundle->principalClassTable(LUMORA_PRINCIPAL_CLASS_SYMBOL), nullptr) << "not before it is loaded";
     EXPECT_FALSE(bundle->unload());
     ASSERT_TRUE(bundle->load());

@@ -24,6 +24,7 @@ struct InstalledLibrary : testing::Test {
         std::filesystem::remove_all(root);
         std::filesystem::create_directories(file.parent_path());
         setenv("LUMORA_ROOT", root.c_str(), 1);
+        setenv("XDG_CACHE_HOME", (root / "cache").c_str(), 1);
     }
     void TearDown() override { std::filesystem::remove_all(root); }
 

@@ -42,6 +42,20 @@ TEST_F(LibraryHandles, AreEmptyForFilesThatAreNoWholeLibrary) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+TEST_F(LibraryHandles, AreEmptyForALibraryThatEndsItsProcessUntilThereIsAnother) {
+    for (const char* moment : {"load", "shared", "applications", "icon"}) {
+        std::filesystem::remove(file);
+        install(ODD_APPLIST);
+        setenv("ODD_APPLIST", moment, 1);
+        EXPECT_FALSE(openLibrary(appListPath)) << moment;
+        unsetenv("ODD_APPLIST");
+        EXPECT_FALSE(openLibrary(appListPath)) << moment << ", without another try";
+    }
+    std::filesystem::remove(file);
+    install(ODD_APPLIST);
+    EXPECT_TRUE(openLibrary(appListPath));
+}
+
 TEST_F(LibraryHandles, AreCounted) {
     install(FAKE_APPLIST);
     std::optional<LibraryHandle> first = openLibrary(appListPath);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/foundation/DeviceRoot.h"
+#include "tests/support/KeptEnvironment.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -10,7 +11,8 @@
 
 namespace tests {
 
-/// An empty device root of its own, gone with this object; there is none then.
+/// An empty device root of its own, gone with this object; there is none then. With it a cache of its own, since what is
+/// found out about a root's plug-ins is kept in the user's.
 class DeviceFolder {
   public:
     DeviceFolder() {
@@ -18,6 +20,7 @@ class DeviceFolder {
         if (::mkdtemp(made.data()) == nullptr) throw std::runtime_error("no device root");
         path_ = made;
         platform::setDeviceRoot(path_);
+        ::setenv("XDG_CACHE_HOME", cache().c_str(), 1);
     }
     ~DeviceFolder() {
         platform::setDeviceRoot({});
@@ -28,6 +31,7 @@ class DeviceFolder {
     DeviceFolder& operator=(const DeviceFolder&) = delete;
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    [[nodiscard]] std::filesystem::path cache() const { return path_ / "cache"; }
 
     /// Puts a copy of a file at a fixed path.
     void install(const std::filesystem::path& file, const std::filesystem::path& fixedPath) const {
@@ -44,6 +48,7 @@ class DeviceFolder {
         std::filesystem::create_directories(place.parent_path());
         return place;
     }
+    KeptEnvironment environment_;
     std::filesystem::path path_;
 };
 

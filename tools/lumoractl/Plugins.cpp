@@ -2,13 +2,16 @@
 
 #include "lists/PluginDiscovery.h"
 #include "platform/foundation/FolderContents.h"
+#include "platform/foundation/LoadProbe.h"
 #include "platform/foundation/Unicode.h"
-#include "tools/lumoractl/PluginProbe.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
+using platform::Dictionary;
 using platform::List;
+using platform::Probed;
 using platform::Result;
 using platform::Value;
 namespace fs = std::filesystem;
@@ -19,6 +22,44 @@ namespace {
 std::string textOf(const Value& entry, const char* key) {
     const Value value = entry[key];
     return value.text() ? platform::printable(*value.text()) : std::string();
+}
+
+/// The beginning of a text, with a question mark for each byte that is not plain print.
+std::string plain(const std::string& printed) {
+    constexpr std::size_t mostShown = 200;
+    std::string text = printed.substr(0, mostShown);
+    while (!text.empty() && text.back() == '\n')
+        text.pop_back();
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+    return text;
+}
+
+/// What the probe has found out about an entry of the folder.
+Dictionary toldOf(const fs::path& entry, const Probed* probed) {
+    const std::string name = entry.filename().string();
+    Dictionary told{{"entry", platform::isUtf8(name) ? name : plain(name)}};
+    if (!probed) {
+        told.set("skipped", R"(not a bundle: its extension is not "bundle")");
+    } else {
+        for (const auto& [key, value] : probed->told)
+            told.set(key, value);
+        if (probed->verdict != Probed::Verdict::safe) told.set("skipped", plain(probed->why));
+        if (const std::string text = plain(probed->printed); !text.empty()) told.set("prints", text);
+    }
+    return told;
+}
+
+List probeEntries(const std::vector<fs::path>& entries, std::chrono::milliseconds limit) {
+    std::vector<fs::path> bundles;
+    std::copy_if(entries.begin(), entries.end(), std::back_inserter(bundles), isPluginPath);
+    const platform::ProbeLimits limits{limit, std::min(limit, platform::ProbeLimits().processor)};
+    const auto probed = platform::probe(platform::ForeignCode::plugin, bundles, platform::ProbeReport::answers, limits);
+    List told;
+    auto next = probed.begin();
+    for (const fs::path& entry : entries)
+        told.emplace_back(toldOf(entry, isPluginPath(entry) ? &*next++ : nullptr));
+    return told;
 }
 
 std::string described(const Value& plugin) {
@@ -33,15 +74,12 @@ std::string described(const Value& plugin) {
 
 Result<List> probePlugins(const fs::path& path, std::chrono::milliseconds limit) {
     const fs::path folder = path.empty() ? pluginFolder() : path.has_filename() ? path : path.parent_path();
-    if (isPluginPath(folder)) return List{probePlugin(folder, limit)};
+    if (isPluginPath(folder)) return probeEntries({folder}, limit);
     std::error_code failed;
     const std::vector<fs::path> entries = platform::contentsOfDirectoryAtPath(folder, failed);
     if (failed && !(path.empty() && failed == std::errc::no_such_file_or_directory))
         return Result<List>::failure("cannot read " + folder.string() + ": " + failed.message());
-    List plugins;
-    for (const fs::path& entry : entries)
-        plugins.emplace_back(probePlugin(entry, limit));
-    return plugins;
+    return probeEntries(entries, limit);
 }
 
 std::string pluginTable(const List& plugins) {

@@ -9,8 +9,13 @@
 
 namespace lumora {
 
-/// What discovery makes of every entry of a folder of plug-ins, or of one bundle: a dictionary for each, as
-/// probePlugin() gives it. With an empty path, of the plug-in folder, which may be missing; any other must be there.
+/// What discovery makes of every entry of a folder of plug-ins, or of one bundle, as lumora-probe finds out: a
+/// dictionary for each. With an empty path, of the plug-in folder, which may be missing; any other must be there.
+///
+///     {"entry": "Clock.bundle", "name": "Clock", "identifier": …, "appID": …, "settings": false, "why": "it has none"}
+///     {"entry": "Torn.bundle", "skipped": "… cannot be loaded: it is cut short"}
+///
+/// "prints" holds the beginning of what the plug-in wrote to the standard streams, if anything.
 [[nodiscard]] platform::Result<platform::List> probePlugins(const std::filesystem::path& path,
                                                             std::chrono::milliseconds limit);
 

@@ -7,6 +7,7 @@
 #include "tweak/Defaults.h"
 
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/LoadProbe.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/foundation/Unicode.h"
 
@@ -38,7 +39,7 @@ struct Arguments {
     bool secrets = false;
     std::string plugins;
     std::string root;
-    double timeout = 5.0;
+    double timeout = std::chrono::duration<double>(platform::ProbeLimits().clock).count();
     bool json = false;
 };
 

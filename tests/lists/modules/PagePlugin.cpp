@@ -1,4 +1,5 @@
-// A plug-in with a settings page, copied into several bundles: all copies give their pages the same class name.
+// A plug-in with a settings page, copied into several bundles: all copies give their pages the same class name. In a
+// bundle of the name "BundlePage" it gives a page of the settings bundle instead.
 #include <lumora/SettingsController.h>
 
 #include "tests/lists/modules/TestPlugin.h"
@@ -15,7 +16,14 @@ class TestPage final : public lumora::SettingsPage {
     }
 };
 
-LUMORA_SETTINGS_CONTROLLER(TestPage, settingsController)
+LUMORA_SETTINGS_CONTROLLER(TestPage, testPage)
+
+const LumoraSettingsController* settingsController() {
+    // What is found under the name of a class may be anybody's.
+    static const LumoraSettingsController bundlePage{LUMORA_KIT_TAG,
+                                                     platform::NSClassFromString("AutoUnlockController")};
+    return ownName() == "BundlePage" ? &bundlePage : testPage();
+}
 
 const char* identifier() {
     return "test.same";

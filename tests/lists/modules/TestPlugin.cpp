@@ -3,6 +3,7 @@
 
 #include "tests/lists/modules/TestPlugin.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -23,9 +24,55 @@ std::string& asked() {
     return asked;
 }
 
+/// Calls itself far more often than any stack holds.
+[[gnu::noinline]] int overflow(int depth) {
+    volatile char frame[4096]{};
+    frame[depth % 4096] = 1;
+    return depth == 1 << 30 ? 0 : overflow(depth + 1) + frame[0];
+}
+
+/// Does to the process what the bundle's kind says, "BEHAVIOUR-at-MOMENT", or "BEHAVIOUR" for when the instance is
+/// asked for.
+void misbehave(const std::string& moment) {
+    const std::string how = kind();
+    const std::size_t at = how.find("-at-");
+    if ((at == std::string::npos ? "instance" : how.substr(at + 4)) != moment) return;
+    const std::string what = how.substr(0, at);
+    volatile bool forever = true;
+    if (what == "throwing") throw std::runtime_error("no");
+    if (what == "aborting") std::abort();
+    if (what == "exiting" || (what == "exiting-in-settings" &&
+                              std::filesystem::read_symlink("/proc/self/exe").filename() == "lumora-settings"))
+        std::exit(0);
+    if (what == "leaving") ::_exit(0);
+    if (what == "killing") ::kill(0, SIGKILL); // its process group
+    if (what == "overflowing") std::ignore = overflow(0);
+    while (what == "looping" && forever) {
+    }
+    if (what == "scribbling") // into every file that is open, whosever it is
+        for (int number = 0; number < 256; ++number)
+            std::ignore = ::write(number, "{}{\n", 4);
+    if (what.starts_with("closing"))
+        for (int number = 0; number < 256; ++number)
+            ::close(number);
+    while (what.ends_with("hanging") && forever)
+        ::pause();
+    if (what == "forking" || what == "escaping") {
+        // The process that is left behind holds a lock on the module's own file for as long as it lives.
+        ::flock(::open(ownFile().c_str(), O_RDONLY), LOCK_EX);
+        while (::fork() == 0) {
+            if (what == "escaping") ::setsid();
+            ::alarm(60); // nobody else ends one that has left the group
+            while (forever)
+                ::pause();
+        }
+    }
+}
+
 /// An answer of the text, unless the bundle's kind spoils just this one.
 const char* answer(const char* question, const char* text) {
     asked() += std::string(question) + " ";
+    misbehave(question);
     const std::string how = kind();
     if (how == std::string("null-") + question) return nullptr;
     if (how == std::string("empty-") + question) return "";
@@ -43,8 +90,9 @@ const char* identifier() {
 }
 const char* name() {
     static const std::string text = ownName();
-    static const std::string endless(std::size_t{2} << 20, 'x');
-    return answer("name", kind() == "endless" ? endless.c_str() : text.c_str());
+    static const std::string endless(std::size_t{10} << 20, 'x');
+    static const std::string turned(1, static_cast<char>('0' + '9' - ownName().back()));
+    return answer("name", (kind() == "endless" ? endless : kind() == "turned" ? turned : text).c_str());
 }
 const char* appID() {
     return answer("appID", "org.example.Application");
@@ -52,11 +100,14 @@ const char* appID() {
 
 const LumoraSettingsController* settingsController() {
     asked() += "settingsController ";
+    misbehave("page");
     static const LumoraSettingsController otherTag{"kit 0, another compiler, another library", &otherTag};
+    static const LumoraSettingsController foreignTag{"caf\xE9", &foreignTag};
     static const LumoraSettingsController nullTag{nullptr, &nullTag};
     static const LumoraSettingsController nullPage{LUMORA_KIT_TAG, nullptr};
     const std::string how = kind();
     if (how == "other-tag") return &otherTag;
+    if (how == "foreign-tag") return &foreignTag;
     if (how == "null-tag") return &nullTag;
     if (how == "null-page") return &nullPage;
     if (how == "throwing-page") throw 1;
@@ -66,23 +117,8 @@ const LumoraSettingsController* settingsController() {
 const LumoraAppView* sharedInstance() {
     asked() += "sharedInstance ";
     static LumoraAppView view{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController};
+    misbehave("instance");
     const std::string how = kind();
-    if (how == "crashing") std::abort();
-    if (how == "exiting") std::exit(0);
-    if (how == "scribbling") // into every file that is open, whosever it is
-        for (int number = 0; number < 256; ++number)
-            std::ignore = ::write(number, "{}{\n", 4);
-    if (how.starts_with("closing"))
-        for (int number = 0; number < 256; ++number)
-            ::close(number);
-    while (how.ends_with("hanging"))
-        ::pause();
-    if (how == "forking") {
-        // The process that is left behind holds a lock on the module's own file for as long as it lives.
-        ::flock(::open(ownFile().c_str(), O_RDONLY), LOCK_EX);
-        while (::fork() == 0)
-            ::pause();
-    }
     if (how == "printing") std::puts("hello\033[2J from a plug-in");
     if (how == "null-instance") return nullptr;
     if (how == "throwing-instance") throw std::runtime_error("no");
@@ -96,7 +132,13 @@ const LumoraAppView* sharedInstance() {
 
 /// Runs while the module is being loaded.
 [[gnu::constructor]] void initialise() {
-    if (kind() == "throwing-initialiser") throw std::runtime_error("no");
+    if (const char* loads = std::getenv("LUMORA_TEST_LOADS")) { // a line for each, whoever loads
+        const int file = ::open(loads, O_WRONLY | O_APPEND | O_CLOEXEC);
+        const std::string line = ownName() + "\n";
+        std::ignore = ::write(file, line.data(), line.size());
+        ::close(file);
+    }
+    misbehave("load");
 }
 
 } // namespace

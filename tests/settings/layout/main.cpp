@@ -132,7 +132,7 @@ int main(int argc, char** argv) {
     auto& shell = *new settings::Shell; // never destroyed, as the main thread reports to it
     shell.setTextSize(std::atoi(argv[3]));
     const platform::CGSize size{320, kHigh};
-    shell.launch({settings::standardBundle(), {}, settings::contentSizeOf(size)},
+    shell.launch({platform::standardBundle(), {}, settings::contentSizeOf(size)},
                  [](const std::string& why) { QCoreApplication::exit(fail(why)); });
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));

@@ -1,0 +1,202 @@
+#include "platform/foundation/LoadProbe.h"
+
+#include "platform/foundation/ChildProcess.h"
+#include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/HelperProgram.h"
+#include "platform/foundation/PropertyList.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <cstring>
+#include <optional>
+#include <random>
+#include <string_view>
+#include <sys/wait.h>
+#include <thread>
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using Heard = ChildProcess::Heard;
+using Verdict = Probed::Verdict;
+
+constexpr std::uint64_t kMemory = std::uint64_t{4} << 30;
+constexpr std::size_t kDescriptors = 1024;
+/// What a command line may hold everywhere, with room to spare.
+constexpr std::size_t kMostArguments = std::size_t{100} << 10;
+/// The longest answer of a probe, which shortens texts so that it stays below.
+constexpr std::size_t kMostTold = std::size_t{1} << 20;
+constexpr std::size_t kLongestLine = 100;
+constexpr auto kToStart = 10s;
+constexpr const char* kScribbles = "it writes into files that are not its own";
+
+/// What an answer has to begin with, so that nothing that a plug-in writes by chance is taken for one.
+std::string newToken() {
+    std::random_device random;
+    std::string token;
+    for (int i = 0; i < 16; ++i)
+        token += "0123456789abcdef"[random() % 16];
+    return token;
+}
+
+/// Why a process that ended by itself did so.
+std::string howItEnded(int status) {
+    if (WIFSIGNALED(status)) return std::string("it crashes: ") + ::strsignal(WTERMSIG(status));
+    return "it ends the process, with exit status " + std::to_string(WEXITSTATUS(status));
+}
+
+/// One probe on its way along the paths.
+class Walk {
+  public:
+    Walk(std::unique_ptr<ChildProcess> child, std::string token, const ProbeLimits& limits)
+        : child_(std::move(child)), token_(std::move(token)), limits_(limits) {}
+
+    /// True once the probe is ready to load what it was given.
+    bool begins() {
+        const auto patience = child_->patience(kToStart, kToStart);
+        const std::string ready = probeAnswerLine(token_, 0, kReadyAnswer, 0);
+        while (unread_.size() < ready.size() && child_->receive(unread_, ready.size(), patience) == Heard::something) {
+        }
+        return std::exchange(unread_, {}) == ready;
+    }
+
+    /// What the probe says of the path that is due, or what became of the probe.
+    Probed next(std::size_t index) {
+        const auto patience = child_->patience(limits_.clock, limits_.processor);
+        Probed result;
+        for (;;) {
+            if (const auto whole = takeAnswer(index, result)) {
+                if (!*whole) return dead(Verdict::dangerous, kScribbles);
+                result.printed = child_->printed();
+                return result;
+            }
+            Heard heard = child_->receive(unread_, kMostTold + kLongestLine, patience);
+            if (heard == Heard::end) heard = child_->awaitEnd(patience); // it may have closed its output and go on
+            if (heard == Heard::end) return dead(Verdict::dangerous, howItEnded(child_->end()));
+            if (heard == Heard::tooLate) return dead(Verdict::tooLong, hangs(limits_.clock, ""));
+            if (heard == Heard::tooCostly)
+                return dead(Verdict::tooLong, hangs(limits_.processor, " of processor time"));
+        }
+    }
+
+  private:
+    static std::string hangs(std::chrono::milliseconds limit, const char* of) {
+        return "it hangs: no answer within " + std::to_string(limit.count()) + " ms" + of;
+    }
+    Probed dead(Verdict verdict, std::string why) {
+        child_->end();
+        return {verdict, std::move(why), {}, child_->printed()};
+    }
+
+    /// True when the answer is there, false for bytes that are none, nothing while more must come.
+    std::optional<bool> takeAnswer(std::size_t index, Probed& into) {
+        const std::size_t end = unread_.find('\n');
+        if (end == std::string::npos) return unread_.size() > kLongestLine ? std::optional(false) : std::nullopt;
+        const std::string line = unread_.substr(0, end + 1);
+        const std::size_t last = line.rfind(' ');
+        std::size_t length = 0;
+        if (last == std::string::npos || last == 0) return false;
+        std::from_chars(line.data() + last + 1, line.data() + end, length);
+        const char verdict = line[last - 1];
+        if (length > kMostTold || line != probeAnswerLine(token_, index, verdict, length)) return false;
+        if (unread_.size() < line.size() + length) return std::nullopt;
+        const std::string text = unread_.substr(line.size(), length);
+        unread_.erase(0, line.size() + length);
+        into.verdict = verdict == kSafeAnswer ? Verdict::safe : Verdict::dangerous;
+        if (verdict != kSafeAnswer) into.why = text;
+        if (verdict != kSafeAnswer || text.empty()) return true;
+        const Result<Value> told = readPropertyList(Data(text.begin(), text.end()));
+        if (told && told.value().dictionary()) into.told = *told.value().dictionary();
+        return !into.told.empty();
+    }
+
+    std::unique_ptr<ChildProcess> child_;
+    std::string token_;
+    ProbeLimits limits_;
+    std::string unread_;
+};
+
+/// Tries a part of the paths, one probe after the other.
+class Errand {
+  public:
+    Errand(ForeignCode kind, ProbeReport report, const ProbeLimits& limits)
+        : kind_(kind), report_(report), limits_(limits) {}
+
+    /// Fills the results from a first path to a last one, exclusive.
+    void run(const std::vector<fs::path>& paths, std::size_t first, std::size_t last,
+             std::vector<Probed>& results) const {
+        while (first < last) {
+            const std::size_t end = std::min(last, first + count(paths, first));
+            const std::string token = newToken();
+            auto child = start(paths, first, end, token);
+            std::string why = child ? "lumora-probe does not begin" : child.error();
+            if (child) {
+                Walk walk(std::move(child).value(), token, limits_);
+                if (walk.begins()) {
+                    first = follow(walk, first, end, results);
+                    continue;
+                }
+            }
+            for (; first < last; ++first)
+                results[first].why = "it could not be tried: " + why;
+        }
+    }
+
+  private:
+    /// As many as fit into one command line.
+    [[nodiscard]] std::size_t count(const std::vector<fs::path>& paths, std::size_t first) const {
+        if (report_ == ProbeReport::answers) return 1;
+        std::size_t bytes = 0;
+        std::size_t count = 0;
+        for (; first + count < paths.size() && (count == 0 || bytes < kMostArguments); ++count)
+            bytes += paths[first + count].native().size() + 1;
+        return count;
+    }
+    [[nodiscard]] Result<std::unique_ptr<ChildProcess>> start(const std::vector<fs::path>& paths, std::size_t first,
+                                                              std::size_t end, const std::string& token) const {
+        std::vector<std::string> command{helperProgram("lumora-probe").string(), token, deviceRoot().string(),
+                                         std::string{static_cast<char>(kind_)},
+                                         std::string{static_cast<char>(report_)}};
+        command.insert(command.end(), paths.begin() + std::ptrdiff_t(first), paths.begin() + std::ptrdiff_t(end));
+        return ChildProcess::start(command, {.memory = kMemory, .descriptors = kDescriptors});
+    }
+    /// The first that this probe has not decided.
+    static std::size_t follow(Walk& walk, std::size_t first, std::size_t end, std::vector<Probed>& results) {
+        for (std::size_t at = first; at < end; ++at) {
+            Probed result = walk.next(at - first);
+            // One that was loaded before may be to blame, so this one has to do it again in a process of its own.
+            if (result.verdict == Verdict::dangerous && at != first) return at;
+            const bool goesOn = result.verdict == Verdict::safe;
+            results[at] = std::move(result);
+            if (!goesOn) return at + 1;
+        }
+        return end;
+    }
+
+    ForeignCode kind_;
+    ProbeReport report_;
+    ProbeLimits limits_;
+};
+
+} // namespace
+
+std::string probeAnswerLine(const std::string& token, std::size_t index, char verdict, std::size_t length) {
+    return token + " " + std::to_string(index) + " " + verdict + " " + std::to_string(length) + "\n";
+}
+
+std::vector<Probed> probe(ForeignCode kind, const std::vector<fs::path>& paths, ProbeReport report,
+                          const ProbeLimits& limits) {
+    constexpr std::size_t many = 100; // are worth a second probe beside the first
+    const Errand errand(kind, report, limits);
+    std::vector<Probed> results(paths.size());
+    const std::size_t half = paths.size() < many ? paths.size() : paths.size() / 2;
+    std::jthread second;
+    if (half < paths.size()) second = std::jthread([&] { errand.run(paths, half, paths.size(), results); });
+    errand.run(paths, 0, half, results);
+    return results;
+}
+
+} // namespace platform

@@ -1,0 +1,210 @@
+#include "platform/foundation/LoadVerdicts.h"
+
+#include "platform/foundation/HelperProgram.h"
+#include "platform/foundation/UserFolder.h"
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kLargest = std::size_t{4} << 20;
+constexpr std::string_view kFormat = "lumora-probed 1 ";
+constexpr char kSafe = 's';
+constexpr char kDangerous = 'd';
+
+/// Which file that is and in which state; nothing when there is none.
+std::optional<std::string> stateOf(const fs::path& file, bool asCode) {
+    struct stat facts {};
+    if (::stat(file.c_str(), &facts) != 0 || (asCode && !S_ISREG(facts.st_mode))) return std::nullopt;
+    std::array<char, 160> text{};
+    const int length = std::snprintf(
+        text.data(), text.size(), "%llx:%llx:%llx:%llx.%lx:%llx.%lx", static_cast<unsigned long long>(facts.st_dev),
+        static_cast<unsigned long long>(facts.st_ino), static_cast<unsigned long long>(facts.st_size),
+        static_cast<unsigned long long>(facts.st_mtim.tv_sec), static_cast<unsigned long>(facts.st_mtim.tv_nsec),
+        static_cast<unsigned long long>(facts.st_ctim.tv_sec), static_cast<unsigned long>(facts.st_ctim.tv_nsec));
+    return std::string(text.data(), static_cast<std::size_t>(length));
+}
+
+/// All of the candidate's files; nothing when there is no shared object.
+std::optional<std::string> stateOf(const LoadCandidate& candidate) {
+    std::string states;
+    for (const fs::path& file : candidate.files) {
+        const bool asCode = &file == &candidate.files.back();
+        const auto state = stateOf(file, asCode);
+        if (!state && asCode) return std::nullopt;
+        states += state.value_or("-") + ",";
+    }
+    return states;
+}
+
+std::uint64_t checksum(std::string_view text) {
+    std::uint64_t sum = 0xCBF29CE484222325;
+    for (const char c : text)
+        sum = (sum ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+    return sum;
+}
+
+/// The verdicts of earlier times: a line for each, checked as a whole. One that is damaged, or anybody else's, or was
+/// made by another probe, counts as none.
+class KeptVerdicts {
+  public:
+    KeptVerdicts() : file_(userFolder("XDG_CACHE_HOME", ".cache") / "lumora/probed") {
+        // Another probe may find otherwise.
+        header_ = std::string(kFormat) + stateOf(helperProgram("lumora-probe"), true).value_or("none") + "\n";
+        read();
+    }
+
+    [[nodiscard]] char find(const std::string& name, const std::string& state) const {
+        const auto found = verdicts_.find(name);
+        return found != verdicts_.end() && found->second.substr(2) == state ? found->second.front() : '\0';
+    }
+    void keep(const std::string& name, const std::string& state, char verdict) {
+        if (name.find('\n') == std::string::npos) fresh_[name] = std::string{verdict, ' '} + state;
+    }
+    /// Silent: without a place to keep them in, all is probed again at the next start, and nothing else is lost.
+    void write() const {
+        std::string text = header_;
+        for (const auto& [name, verdict] : fresh_)
+            append(text, name, verdict);
+        for (const auto& [name, verdict] : verdicts_)
+            if (!fresh_.contains(std::string(name))) append(text, name, verdict);
+        text += std::to_string(checksum(text)) + "\n";
+        if (file_.is_relative() || !makeFolders(file_.parent_path())) return;
+        std::string made = file_.native() + ".XXXXXX";
+        const int number = ::mkostemp(made.data(), O_CLOEXEC); // of mode 0600
+        if (number < 0) return;
+        const bool whole = ::write(number, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+        if (::close(number) != 0 || !whole || ::rename(made.c_str(), file_.c_str()) != 0) ::unlink(made.c_str());
+    }
+
+  private:
+    static void append(std::string& text, std::string_view name, std::string_view verdict) {
+        constexpr std::size_t room = 64; // for what stands around it
+        if (text.size() + verdict.size() + name.size() + room < kLargest)
+            text.append(verdict).append(" ").append(name).append("\n");
+    }
+    void read() {
+        text_ = contents();
+        const std::string_view text = text_;
+        const std::size_t end = text.size() < 2 ? std::string_view::npos : text.rfind('\n', text.size() - 2);
+        if (end == std::string_view::npos || !text.starts_with(header_) ||
+            text.substr(end + 1) != std::to_string(checksum(text.substr(0, end + 1))) + "\n")
+            return;
+        // "s STATE NAME": what was written whole needs no further doubts.
+        for (std::size_t at = header_.size(); at <= end;) {
+            const std::size_t stop = text.find('\n', at);
+            const std::size_t name = text.find(' ', at + 2);
+            verdicts_.emplace(text.substr(name + 1, stop - name - 1), text.substr(at, name - at));
+            at = stop + 1;
+        }
+    }
+    [[nodiscard]] std::string contents() const {
+        std::string bytes;
+        if (file_.is_relative()) return bytes; // of a user without a home
+        const int number = ::open(file_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+        struct stat facts {};
+        if (number >= 0 && ::fstat(number, &facts) == 0 && S_ISREG(facts.st_mode) && facts.st_uid == ::geteuid() &&
+            (facts.st_mode & 0077) == 0 && facts.st_size <= off_t(kLargest)) {
+            bytes.resize(std::size_t(facts.st_size));
+            if (::read(number, bytes.data(), bytes.size()) != facts.st_size) bytes.clear();
+        }
+        if (number >= 0) ::close(number);
+        return bytes;
+    }
+
+    fs::path file_;
+    std::string header_;
+    std::string text_;
+    std::unordered_map<std::string_view, std::string_view> verdicts_; ///< by name, in the text
+    std::unordered_map<std::string, std::string> fresh_;
+};
+
+/// What took too long in this process's time. Never destroyed.
+struct Slow {
+    std::mutex mutex;
+    std::unordered_set<std::string> all;
+
+    static Slow& inThisProcess() {
+        static auto& slow = *new Slow;
+        return slow;
+    }
+    bool has(const std::string& which) {
+        const std::lock_guard lock(mutex);
+        return all.contains(which);
+    }
+    void add(std::string which) {
+        const std::lock_guard lock(mutex);
+        all.insert(std::move(which));
+    }
+};
+
+void complainOnce(const std::string& why) {
+    static std::once_flag once;
+    std::call_once(once, [&why] {
+        std::fprintf(stderr, "lumora: plug-ins and the application list are left out, because %s\n", why.c_str());
+    });
+}
+
+} // namespace
+
+std::vector<bool> mayBeLoaded(ForeignCode kind, const std::vector<LoadCandidate>& candidates,
+                              const ProbeLimits& limits) {
+    struct Unknown {
+        std::size_t index;
+        std::string name;
+        std::string state;
+    };
+    std::vector<bool> allowed(candidates.size(), false);
+    std::vector<Unknown> unknown;
+    std::vector<fs::path> paths;
+    KeptVerdicts kept;
+    for (std::size_t i = 0; i < candidates.size(); ++i) {
+        const auto state = stateOf(candidates[i]);
+        std::string name = static_cast<char>(kind) + candidates[i].path.native();
+        if (!state) continue;
+        const char verdict = kept.find(name, *state);
+        allowed[i] = verdict == kSafe;
+        if (verdict == kSafe || verdict == kDangerous || Slow::inThisProcess().has(*state + name)) continue;
+        paths.push_back(candidates[i].path);
+        unknown.push_back({i, std::move(name), *state});
+    }
+    if (unknown.empty()) return allowed;
+
+    const std::vector<Probed> probed = probe(kind, paths, ProbeReport::verdict, limits);
+    for (std::size_t i = 0; i < unknown.size(); ++i) {
+        auto& [index, name, state] = unknown[i];
+        switch (probed[i].verdict) {
+        case Probed::Verdict::safe:
+            allowed[index] = true;
+            kept.keep(name, state, kSafe);
+            break;
+        case Probed::Verdict::dangerous:
+            kept.keep(name, state, kDangerous);
+            break;
+        case Probed::Verdict::tooLong:
+            Slow::inThisProcess().add(state + name);
+            break;
+        case Probed::Verdict::untried:
+            complainOnce(probed[i].why);
+        }
+    }
+    kept.write();
+    return allowed;
+}
+
+} // namespace platform

@@ -1,0 +1,100 @@
+// lumora-probe: loads strangers' code and asks it what the Settings application would ask, so that what that does to a
+// process is done to this one. Nobody calls it by hand; platform::probe() does, which names
+//
+//     lumora-probe TOKEN ROOT KIND REPORT PATH…
+//
+// and hears of each path, in order, whether it left the process alone, and on request what it answered.
+
+#include "lists/PluginDiscovery.h"
+#include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/LoadProbe.h"
+#include "platform/foundation/NSBundle.h"
+#include "platform/foundation/PropertyList.h"
+#include "platform/foundation/SharedObject.h"
+#include "platform/foundation/Unicode.h"
+#include "platform/services/ALApplicationList.h"
+#include "probe/Channel.h"
+#include "probe/Traps.h"
+
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+using platform::Dictionary;
+using platform::ForeignCode;
+using platform::NSBundle;
+
+/// A text beyond that is a plug-in's joke, and told in part.
+constexpr std::size_t kLongestText = 4096;
+
+std::string shortened(const std::string& text) {
+    if (text.size() <= kLongestText) return text;
+    std::size_t end = kLongestText;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+        --end; // between two characters
+    return text.substr(0, end) + "…";
+}
+
+Dictionary answersOf(const std::shared_ptr<NSBundle>& bundle) {
+    const lumora::PluginExamination examination(bundle);
+    if (!examination.plugin()) return {{"skipped", shortened(examination.plugin().error())}};
+    const lumora::Plugin& plugin = examination.plugin().value();
+    const auto page = plugin.settingsController();
+    Dictionary answers{{"name", shortened(plugin.name().value_or(""))},
+                       {"identifier", shortened(plugin.identifier().value_or(""))},
+                       {"appID", shortened(plugin.appID().value_or(""))},
+                       {"settings", static_cast<bool>(page)}};
+    if (!page) answers.set("why", shortened(page.error()));
+    return answers;
+}
+
+void tryApplicationList(const std::filesystem::path& library) {
+    const auto handle = platform::openUntriedLibrary(library);
+    const auto* list = platform::ALApplicationList::sharedApplicationList();
+    if (!list) return;
+    std::ignore = list->applications();
+    std::ignore = list->iconOfSizeForDisplayIdentifier(29, ""); // of no application: pictures are not what is tried
+}
+
+std::string encoded(const Dictionary& answers) {
+    const auto bytes = platform::writePropertyList(answers);
+    return bytes ? std::string(bytes.value().begin(), bytes.value().end()) : std::string();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    constexpr int firstPath = 5;
+    if (argc < firstPath) return 2;
+    const lumora::Channel channel(argv[1]);
+    platform::setDeviceRoot(argv[2]);
+    const auto kind = static_cast<ForeignCode>(argv[3][0]);
+    const bool tells = static_cast<platform::ProbeReport>(argv[4][0]) == platform::ProbeReport::answers;
+    // A plug-in may use the page classes of the settings bundle, which is there whenever Settings looks for plug-ins.
+    if (const auto bundle = NSBundle::bundleWithPath(platform::standardBundle())) bundle->load();
+    const lumora::Traps traps;
+    channel.say(0, platform::kReadyAnswer, {});
+
+    for (int i = firstPath; i < argc; ++i) {
+        const auto index = static_cast<std::size_t>(i - firstPath);
+        const auto bundle = kind == ForeignCode::plugin ? NSBundle::bundleWithPath(argv[i]) : nullptr;
+        const std::filesystem::path code = kind != ForeignCode::plugin ? argv[i]
+                                           : bundle                    ? bundle->executablePath()
+                                                                       : "";
+        std::string fault = code.empty() ? std::string() : platform::faultOfSharedObject(code);
+        Dictionary answers;
+        if (fault.empty()) {
+            if (kind == ForeignCode::plugin)
+                answers = answersOf(bundle);
+            else
+                tryApplicationList(code);
+            fault = traps.sprung();
+        }
+        channel.say(index, fault.empty() ? platform::kSafeAnswer : platform::kDangerousAnswer,
+                    !fault.empty() ? fault
+                    : tells        ? encoded(answers)
+                                   : std::string());
+    }
+    ::_exit(0); // without the destructors of what was loaded, which Settings does not run either
+}

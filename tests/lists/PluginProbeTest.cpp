@@ -1,0 +1,262 @@
+// What plug-ins do to the process that they are loaded into, they do to another one first.
+
+#include "lists/PluginDiscovery.h"
+#include "tests/lists/PluginFolder.h"
+#include "tests/support/Waiting.h"
+
+#include <algorithm>
+#include <dlfcn.h>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <set>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using lumora::discoverPlugins;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::UnorderedElementsAre;
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+std::function<void()>& beforeUnloading() {
+    static std::function<void()> call;
+    return call;
+}
+
+std::vector<std::string> namesOf(const std::vector<lumora::Plugin>& plugins) {
+    std::vector<std::string> names;
+    names.reserve(plugins.size());
+    for (const lumora::Plugin& plugin : plugins)
+        names.push_back(plugin.name().value_or("nil"));
+    return names;
+}
+
+/// Short enough for a test of what hangs, and for a slow machine long enough for what does not.
+constexpr platform::ProbeLimits kShort{3s, 1s};
+
+struct PluginProbe : testing::Test {
+    PluginProbe() {
+        plugins.write(loads, "");
+        ::setenv("LUMORA_TEST_LOADS", loads.c_str(), 1);
+    }
+    ~PluginProbe() override { ::unsetenv("LUMORA_TEST_LOADS"); }
+
+    /// Which plug-ins have been loaded since the last call, in this process or another, each counted.
+    std::multiset<std::string> loaded() {
+        std::ifstream in(loads);
+        in.seekg(seen);
+        std::multiset<std::string> names;
+        for (std::string name; std::getline(in, name); seen += std::streamoff(name.size() + 1))
+            names.insert(name);
+        return names;
+    }
+    [[nodiscard]] fs::path kept() const { return plugins.root() / "cache/lumora/probed"; }
+    [[nodiscard]] std::string keptText() const {
+        std::ifstream in(kept(), std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+
+    tests::PluginFolder plugins;
+    fs::path loads = plugins.root() / "loads";
+    std::streamoff seen = 0;
+};
+
+TEST_F(PluginProbe, KeepsOutWhateverEndsOrDamagesAProcessAtAnyMoment) {
+    std::set<std::string> dangerous;
+    for (const std::string behaviour :
+         {"aborting", "leaving", "exiting", "killing", "overflowing", "scribbling", "closing"})
+        for (const std::string moment : {"load", "instance", "identifier", "name", "appID", "page"})
+            dangerous.insert(behaviour + "-at-" + moment + "-1");
+    dangerous.insert("throwing-at-load-1");
+    for (const std::string& name : dangerous)
+        plugins.add(name + ".bundle", "TestPlugin");
+    for (const char* name : {"before-1", "good-1", "middle-1", "zoo-1"}) // among them, in the order of their names
+        plugins.add(std::string(name) + ".bundle", "TestPlugin");
+    plugins.add("page.bundle", "PagePlugin");
+
+    EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("before-1", "good-1", "middle-1", "page", "zoo-1"));
+    auto names = loaded();
+    for (const std::string& name : dangerous)
+        EXPECT_GE(names.count(name), 1U) << "the probe has not tried " << name;
+    EXPECT_THAT(namesOf(discoverPlugins(true)), ElementsAre("page"));
+    EXPECT_THAT(loaded(), IsEmpty()) << "all are known, and what was loaded stays";
+}
+
+TEST_F(PluginProbe, GivesEachPlugInThatHangsItsTimeOnce) {
+    for (const char* name : {"good-1", "hanging-1", "looping-at-load-1", "looping-at-page-1", "zoo-1"})
+        plugins.add(std::string(name) + ".bundle", "TestPlugin");
+    EXPECT_THAT(namesOf(discoverPlugins(false, kShort)), ElementsAre("good-1", "zoo-1"));
+    EXPECT_THAT(loaded(), UnorderedElementsAre("good-1", "good-1", "hanging-1", "looping-at-load-1",
+                                               "looping-at-page-1", "zoo-1", "zoo-1"));
+    EXPECT_THAT(namesOf(discoverPlugins(false, kShort)), ElementsAre("good-1", "zoo-1"));
+    EXPECT_THAT(loaded(), IsEmpty()) << "the next time at once";
+    EXPECT_THAT(keptText(), HasSubstr("good-1.bundle"));
+    EXPECT_THAT(keptText(), Not(HasSubstr("hanging"))) << "the next start gives it its time again";
+    EXPECT_THAT(keptText(), Not(HasSubstr("looping")));
+}
+
+TEST_F(PluginProbe, TriesAPlugInAgainWhenAnyOfItsFilesHasChanged) {
+    const fs::path bundle = plugins.add("good-1.bundle", "TestPlugin");
+    const auto triedAgain = [this] {
+        EXPECT_EQ(discoverPlugins(false).size(), 1U);
+        return loaded().contains("good-1");
+    };
+    EXPECT_TRUE(triedAgain());
+    EXPECT_FALSE(triedAgain());
+    fs::rename(bundle / "Code", bundle / "Old");
+    fs::copy_file(bundle / "Old", bundle / "Code");
+    EXPECT_TRUE(triedAgain()) << "another shared object";
+    fs::copy_file(bundle / "Info.plist", bundle / "Other.plist");
+    EXPECT_TRUE(triedAgain()) << "another file beside";
+    fs::rename(bundle / "Other.plist", bundle / "Info.plist");
+    EXPECT_TRUE(triedAgain()) << "another Info.plist";
+    ::chmod((bundle / "Code").c_str(), 0700);
+    EXPECT_TRUE(triedAgain()) << "other permissions, which is another time";
+    EXPECT_FALSE(triedAgain());
+}
+
+TEST_F(PluginProbe, MakesADangerousPlugInUsableAsSoonAsItIsReplaced) {
+    const fs::path bundle = plugins.add("aborting-1.bundle", "TestPlugin");
+    EXPECT_THAT(discoverPlugins(false), IsEmpty());
+    fs::remove_all(bundle);
+    plugins.add("aborting-1.bundle", "PagePlugin");
+    EXPECT_EQ(discoverPlugins(false).size(), 1U);
+    fs::remove_all(bundle);
+    plugins.add("aborting-1.bundle", "TestPlugin");
+    EXPECT_THAT(discoverPlugins(false), IsEmpty()) << "and the other way round";
+}
+
+TEST_F(PluginProbe, AsksAPlugInAnewThatOnlyAnswersNothing) {
+    plugins.add("null-name-1.bundle", "TestPlugin");
+    plugins.add("missing-1.bundle", "MissingSymbol");
+    EXPECT_THAT(discoverPlugins(false), IsEmpty());
+    EXPECT_THAT(loaded(), UnorderedElementsAre("null-name-1", "null-name-1")) << "by the probe, then here";
+    EXPECT_THAT(keptText(), HasSubstr("null-name-1.bundle"));
+    EXPECT_THAT(keptText(), HasSubstr("missing-1.bundle"));
+}
+
+TEST_F(PluginProbe, KeepsItsVerdictsForItsUserAlone) {
+    ::umask(0);
+    plugins.add("good-1.bundle", "TestPlugin");
+    EXPECT_EQ(discoverPlugins(false).size(), 1U);
+    ::umask(022);
+    EXPECT_EQ(fs::status(kept()).permissions(), fs::perms(0600));
+    EXPECT_EQ(fs::status(kept().parent_path()).permissions(), fs::perms(0700));
+    EXPECT_EQ(std::distance(fs::directory_iterator(kept().parent_path()), {}), 1) << "nothing half written";
+}
+
+TEST_F(PluginProbe, TakesADamagedOrForeignCacheForNone) {
+    plugins.add("aborting-1.bundle", "TestPlugin");
+    EXPECT_THAT(discoverPlugins(false), IsEmpty());
+    const std::string good = keptText();
+    const auto probedAfter = [&](const std::string& text) {
+        plugins.write(kept(), text);
+        loaded();
+        EXPECT_THAT(discoverPlugins(false), IsEmpty());
+        return loaded().contains("aborting-1");
+    };
+    EXPECT_FALSE(probedAfter(good));
+    for (std::size_t i = 0; i < good.size(); i += 9) {
+        std::string damaged = good;
+        damaged[i] ^= 1;
+        EXPECT_TRUE(probedAfter(damaged)) << "byte " << i;
+        EXPECT_TRUE(probedAfter(good.substr(0, i))) << "cut to " << i << " bytes";
+    }
+    EXPECT_TRUE(probedAfter(std::string(5 << 20, '\n'))) << "far too long";
+    EXPECT_FALSE(probedAfter(good));
+    fs::permissions(kept(), fs::perms(0666));
+    EXPECT_TRUE(probedAfter(good)) << "anybody may have written it";
+    fs::rename(kept(), plugins.root() / "elsewhere");
+    fs::create_symlink(plugins.root() / "elsewhere", kept());
+    EXPECT_TRUE(probedAfter(good)) << "a link";
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(kept()))) << "which has been replaced";
+}
+
+TEST_F(PluginProbe, DoesWithoutAPlaceToKeepVerdictsIn) {
+    plugins.write(plugins.root() / "cache", "a file");
+    plugins.add("good-1.bundle", "TestPlugin");
+    plugins.add("aborting-1.bundle", "TestPlugin");
+    EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1"));
+    EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1"));
+}
+
+TEST_F(PluginProbe, LoadsNothingUnknownWhenThereIsNoProcessToTryItIn) {
+    plugins.add("good-1.bundle", "TestPlugin");
+    EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1"));
+    plugins.add("new-1.bundle", "TestPlugin");
+    rlimit before{};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const int next = ::dup(STDERR_FILENO);
+    ::close(next);
+    const rlimit few{rlim_t(next) + 3, before.rlim_max}; // enough to look at files, too few for a child's ends
+    testing::internal::CaptureStderr();
+    ::setrlimit(RLIMIT_NOFILE, &few);
+    const auto found = namesOf(discoverPlugins(false));
+    const auto again = namesOf(discoverPlugins(false));
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(found, ElementsAre("good-1"));
+    EXPECT_THAT(again, ElementsAre("good-1"));
+    EXPECT_THAT(said,
+                HasSubstr("lumora: plug-ins and the application list are left out, because it could not be tried"));
+    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+    EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1", "new-1")) << "as soon as there is one";
+}
+
+TEST_F(PluginProbe, UnloadsEachPlugInOnceInEveryCaseAfterAllQuestions) {
+    for (const char* kind : {"good", "null-name", "null-instance", "null-page"})
+        plugins.add(std::string(kind) + "-1.bundle", "TestPlugin");
+    plugins.add("page.bundle", "PagePlugin");
+    EXPECT_EQ(discoverPlugins(true).size(), 1U); // so that all are known, and each is loaded here
+    std::vector<std::string> askedBefore;
+    const auto asked = [this] {
+        void* handle = ::dlopen(plugins.module("good-1.bundle").c_str(), RTLD_NOW | RTLD_NOLOAD);
+        const auto answer = reinterpret_cast<const char* (*)()>(::dlsym(handle, "testPluginAsked"));
+        return std::string(answer());
+    };
+    const std::string first = asked();
+    int unloaded = 0;
+    beforeUnloading() = [&] {
+        if (++unloaded == 1) askedBefore.push_back(asked());
+    };
+    EXPECT_EQ(discoverPlugins(true).size(), 1U);
+    beforeUnloading() = nullptr;
+    EXPECT_EQ(unloaded, 5);
+    EXPECT_THAT(askedBefore, ElementsAre(first + first)) << "the settings page too, before the first is unloaded";
+    EXPECT_THAT(first, HasSubstr("settingsController"));
+}
+
+TEST_F(PluginProbe, ListsPlugInsByTheirBundlesAndNotByTheirNames) {
+    for (const char* bundle : {"turned-1", "turned-2", "turned-3"})
+        plugins.add(std::string(bundle) + ".bundle", "TestPlugin");
+    EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("8", "7", "6"));
+}
+
+TEST_F(PluginProbe, LeavesNothingOpenAndNobodyBehind) {
+    plugins.add("good-1.bundle", "TestPlugin");
+    EXPECT_EQ(discoverPlugins(false).size(), 1U);
+    const auto descriptors = tests::descriptorCount();
+    for (const char* name : {"aborting-1", "closing-hanging-1", "leaving-1", "scribbling-1", "null-page-1"})
+        plugins.add(std::string(name) + ".bundle", "TestPlugin");
+    EXPECT_EQ(discoverPlugins(false, kShort).size(), 2U);
+    EXPECT_EQ(tests::descriptorCount(), descriptors);
+    std::ifstream children("/proc/self/task/" + std::to_string(::getpid()) + "/children");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(children), {}), "");
+}
+
+} // namespace
+
+/// What the platform library calls to unload.
+extern "C" [[gnu::visibility("default")]] int dlclose(void* handle) noexcept {
+    static const auto loaders = reinterpret_cast<int (*)(void*)>(::dlsym(RTLD_NEXT, "dlclose"));
+    if (beforeUnloading()) beforeUnloading()();
+    return loaders(handle);
+}
