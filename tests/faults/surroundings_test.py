@@ -378,6 +378,12 @@ class PluginTest(Case):
         self.assertRegex(listed.stdout, r"looping-at-load-1.bundle +skipped: it hangs: no answer within 2000 ms of")
         self.assertIn("ClockView.bundle", listed.stdout)
 
+    def test_a_plug_in_that_calls_exit_is_no_success(self):
+        self.add("exiting-in-settings-at-name-1")
+        rows = self.rows("PluginsListController")
+        self.assertEqual((rows.returncode, rows.stdout), (1, ""))
+        self.assertIn("such as a plug-in, has called exit()", rows.stderr)
+
 
 class LocaleTest(Case):
     """Texts are UTF-8 whatever the locale says."""
