@@ -204,14 +204,16 @@ TEST_F(ContactTest, SkipsALogForWhoseCopyThereIsNoRoom) {
     std::filesystem::resize_file(log(), room + (1U << 30U)); // sparse
     rlimit usual{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
-    static volatile std::sig_atomic_t stopped = 0;
-    ::signal(SIGXFSZ, [](int) { stopped = stopped + 1; });
+    static volatile std::sig_atomic_t stopped;
+    stopped = 0;
+    const auto usualHandler = ::signal(SIGXFSZ, [](int) { stopped = stopped + 1; });
     const rlimit little{50'000, usual.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &little), 0);
     testing::internal::CaptureStderr();
     tapMail();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
+    ::signal(SIGXFSZ, usualHandler);
     EXPECT_THAT(attachments(), IsEmpty());
     EXPECT_EQ(stopped, 1) << "a copy that is larger than the disk is not even begun";
     EXPECT_THAT(tests::Home::filesIn(copies), IsEmpty());
