@@ -1,12 +1,11 @@
 #include "settings/app/Application.h"
 
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/Unicode.h"
 #include "platform/services/PictureDecoder.h"
 #include "settings/app/DesktopLook.h"
 #include "settings/app/Pictures.h"
 #include "settings/app/TouchItem.h"
-
-#include "platform/foundation/Unicode.h"
 
 #include <QFont>
 #include <QGuiApplication>

@@ -1,5 +1,6 @@
-#include "platform/foundation/DeviceRoot.h"
 #include "settings/app/Application.h"
+
+#include "platform/foundation/DeviceRoot.h"
 #include "settings/host/Host.h"
 #include "settings/host/RowsDocument.h"
 #include "tools/json/Json.h"
