@@ -84,7 +84,7 @@ struct Birth {
         for (int number = 1; number < NSIG; ++number)
             std::signal(number, SIG_DFL);
         // Out of the way of the three places first: any of these may stand in another's.
-        std::array<int, 4> moved{};
+        std::array<int, 3> moved{};
         for (std::size_t i = 0; i < standard.size(); ++i)
             moved[i] = ::fcntl(standard[i], F_DUPFD_CLOEXEC, 3);
         for (std::size_t i = 0; i < standard.size(); ++i)
@@ -223,13 +223,14 @@ ChildProcess::Heard ChildProcess::wait(int file, short events, const Patience& p
     using std::chrono::milliseconds;
     constexpr milliseconds slice(20); // of one thread, which uses no processor time ahead of the clock; many use more
     for (;;) {
-        std::array<pollfd, 3> watched{pollfd{file, events, 0}, pollfd{prints_, POLLIN, 0}, pollfd{ending_, POLLIN, 0}};
+        // The end is looked for first: whoever is seen to have ended before the file is looked at has said everything.
+        std::array<pollfd, 3> watched{pollfd{ending_, POLLIN, 0}, pollfd{file, events, 0}, pollfd{prints_, POLLIN, 0}};
         const auto left = std::chrono::ceil<milliseconds>(patience.until - steady_clock::now());
         const auto longest = std::clamp(left, milliseconds(0), slice);
         const int ready = ::poll(watched.data(), watched.size(), static_cast<int>(longest.count()));
-        if (ready > 0 && watched[1].revents != 0) takePrints();
-        if (ready > 0 && watched[0].revents != 0) return Heard::something;
-        if (ready > 0 && watched[2].revents != 0) return Heard::end; // and nothing more is to be read
+        if (ready > 0 && watched[2].revents != 0) takePrints();
+        if (ready > 0 && watched[1].revents != 0) return Heard::something;
+        if (ready > 0 && watched[0].revents != 0) return Heard::end; // and nothing more is to be read
         if (left.count() <= 0) return Heard::tooLate;
         if (ready == 0 && processorTime() >= patience.processor) return Heard::tooCostly;
     }
