@@ -18,8 +18,8 @@ using std::chrono::steady_clock;
 namespace {
 
 constexpr std::size_t kBudget = 4 << 20; // some hundreds of icons as lists show them
-/// A program that has ended so often without one answer is not worth another try.
-constexpr int kMostDeaths = 20;
+/// A program that has ended so often and has never answered is not worth another try.
+constexpr int kMostDeaths = 100;
 
 std::atomic<bool> endlessPatience = false;
 
@@ -156,7 +156,7 @@ Data PictureDecoder::draw(const PictureWanted& wanted) {
         if (!start()) return {};
         asked = ask(wanted, png);
         if (asked == Asked::answered)
-            deaths_ = 0;
+            hasAnswered_ = true;
         else
             child_.reset();
         if (asked == Asked::died) ++deaths_;
@@ -172,13 +172,10 @@ Data PictureDecoder::draw(const PictureWanted& wanted) {
 
 bool PictureDecoder::start() {
     if (child_) return true;
-    if (deaths_ >= kMostDeaths) return false;
+    if (deaths_ >= kMostDeaths && !hasAnswered_) return false;
     auto started = ChildProcess::start({program_.string()}, {.memory = limits_.memory, .descriptors = 64});
     // Silent, as a picture is that cannot be drawn: without the program there are no icons.
-    if (!started) {
-        ++deaths_;
-        return false;
-    }
+    if (!started) return false;
     ++starts_;
     child_ = std::move(started).value();
     return true;

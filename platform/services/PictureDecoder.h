@@ -100,7 +100,8 @@ class PLATFORM_EXPORT PictureDecoder {
 
     // What follows belongs to the thread.
     std::unique_ptr<ChildProcess> child_;
-    int deaths_ = 0; ///< since the last answer
+    bool hasAnswered_ = false;
+    int deaths_ = 0;
     std::uint32_t number_ = 0;
 };
 
