@@ -29,6 +29,9 @@ Dictionary withDefaults(const Dictionary& changed) {
     return settings;
 }
 
+/// Room for some hundreds of switches where the settings were too large before there was a limit.
+constexpr std::size_t kSpare = 64U << 10U;
+
 /// The entries that their settings can have; a line in the log for each of the others.
 Dictionary fitting(const Dictionary& stored, const std::filesystem::path& path, const Log& log) {
     Dictionary fits;
@@ -54,12 +57,6 @@ Result<Dictionary> settingsIn(const std::optional<Data>& bytes) {
                                            " in place of a dictionary");
     }
     return *settings;
-}
-
-/// Whether the settings, which were made larger before there was a limit, shrink.
-bool shrinks(const Dictionary& settings, const Data& changed) {
-    const Result<Data> before = platform::writePropertyList(settings);
-    return before && changed.size() < before.value().size();
 }
 
 /// Whether a page that asks for the settings could be given them. It reads whatever can be written.
@@ -92,11 +89,13 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
         log(file->path().string() + " holds no settings (" + read.error() + "): it is set aside as " +
             aside.value().string() + ", defaults stand in");
     }
-    return std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed)));
+    const std::size_t size = bytes.value() ? bytes.value()->size() : 0;
+    const std::size_t largest = size > kLargestSettings ? size + kSpare : kLargestSettings;
+    return std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed), largest));
 }
 
-SettingsStore::SettingsStore(std::unique_ptr<SettingsFile> file, Dictionary changed)
-    : file_(std::move(file)), changed_(std::move(changed)) {
+SettingsStore::SettingsStore(std::unique_ptr<SettingsFile> file, Dictionary changed, std::size_t largest)
+    : file_(std::move(file)), largest_(largest), changed_(std::move(changed)) {
 }
 
 Dictionary SettingsStore::settings() const {
@@ -114,9 +113,9 @@ std::optional<std::string> SettingsStore::change(const std::string& key, const V
     changed.set(key, value);
     const Result<Data> bytes = platform::writePropertyList(changed);
     if (!bytes) return inQuotes(key) + " cannot be kept: " + bytes.error();
-    if (bytes.value().size() > kLargestSettings && !shrinks(changed_, bytes.value()))
+    if (bytes.value().size() > largest_)
         return inQuotes(key) + " cannot be kept: the settings would take more than " +
-               std::to_string(kLargestSettings >> 20U) + " MiB";
+               std::to_string(largest_ >> 20U) + " MiB";
     if (!fitsAnAnswer(changed))
         return inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more";
     if (auto failed = file_->replace(bytes.value())) return failed;

@@ -13,7 +13,8 @@
 namespace lumora {
 
 /// How large the settings may become, in bytes as they are written. Each change writes all of them, and whoever sent it
-/// waits for that no longer than a second. A file that is larger already is read, and may shrink.
+/// waits for that no longer than a second. A file that is larger already keeps its size and a little more, so that its
+/// switches can still be changed.
 inline constexpr std::size_t kLargestSettings = 4U << 20U;
 
 /// Owns every setting of the tweak and keeps what was changed on disk, as a binary property list.
@@ -40,9 +41,10 @@ class SettingsStore {
     [[nodiscard]] std::optional<std::string> change(const std::string& key, const platform::Value& value);
 
   private:
-    SettingsStore(std::unique_ptr<SettingsFile> file, platform::Dictionary changed);
+    SettingsStore(std::unique_ptr<SettingsFile> file, platform::Dictionary changed, std::size_t largest);
 
     std::unique_ptr<SettingsFile> file_;
+    std::size_t largest_; ///< that the settings may become, in bytes
     mutable std::mutex changing_; ///< guards what follows, and one change at a time holds it
     platform::Dictionary changed_;
 };
