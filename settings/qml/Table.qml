@@ -299,7 +299,8 @@ FocusScope {
                         height: part.section.rowHeight
                         empty: lifted || place === landing.place
                         focused: isCurrent && root.keyboardFocus
-                        down: touch.pressed || place === root.table.selected
+                        selected: place === root.table.selected
+                        down: touch.pressed || selected
                         fades: root.table.deselectsAnimated
                         boxed: root.table.grouped
                         inView: rowTop < flick.contentY + flick.height && rowTop + height > flick.contentY

@@ -13,17 +13,20 @@ Cell {
     property bool movable: false
     property int editingStyle: 0 // 1 to delete, 2 to insert, 0 for no sign
     property bool indented: false
-    property bool fades: false // when it is no longer down
+    property bool selected: false
+    property bool fades: false // when it is no longer selected
     readonly property alias fading: fade.running
     // The signs are as large as the title, which the height of the row does not let grow for ever.
     readonly property real scaling: Theme.bodySizeWithin(height) / 17
 
     indent: indented || editingStyle !== 0 ? 38 : 0
 
-    onDownChanged: {
-        if (fades && !down && Theme.animated)
+    onSelectedChanged: {
+        if (fades && !selected && Theme.animated)
             fade.restart();
-        else
+    }
+    onDownChanged: {
+        if (down)
             fade.stop();
     }
     ColorAnimation {
