@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -25,6 +26,8 @@ int main(int argc, char** argv) {
     const settings::Options options = settings::readOptions(argc, argv, exitCode);
     if (exitCode) return *exitCode;
     if (options.root) platform::setDeviceRoot(*options.root);
+    std::signal(SIGXFSZ, SIG_IGN); // a limit of files is told by the write that meets it
+    std::signal(SIGCHLD, SIG_DFL); // whoever starts this may ignore it, and then no child's end could be known
     on_exit(complainOfExit, nullptr);
     end(options.rows ? settings::printRows(options) : settings::runApplication(argc, argv, options));
 }
