@@ -7,6 +7,7 @@
 #include "tests/support/Waiting.h"
 
 #include <condition_variable>
+#include <cstdio>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -78,7 +79,8 @@ class RecordingTweak {
     std::optional<platform::Data> settings() {
         std::unique_lock hold(mutex_);
         ++requested_;
-        changed_.wait_for(hold, kLongEnough, [&] { return !held_; });
+        if (!changed_.wait_for(hold, kLongEnough, [&] { return !held_; }))
+            std::fputs("an answer that is held back was never let go\n", stderr);
         return platform::NSKeyedArchiver::archivedDataWithRootObject(settings_);
     }
 
