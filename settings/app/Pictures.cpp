@@ -57,6 +57,14 @@ const QQuickItem* drawnPage(const QQuickItem& item, const PageModel* page) {
     return nullptr;
 }
 
+/// One colour all over: the bar alone has more of them, so nothing has been drawn there yet.
+bool isFlat(const QImage& picture) {
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            if (picture.pixel(x, y) != picture.pixel(0, 0)) return false;
+    return true;
+}
+
 /// A plain file has the whole picture afterwards or is as it was. What is none, such as /dev/stdout, is written in
 /// place.
 bool write(const QImage& picture, const std::filesystem::path& file) {
@@ -203,8 +211,8 @@ void Pictures::save(const std::filesystem::path& file) {
             const bool showed = showsPage();
             picture = window_.grabWindow();
             window_.update(); // a display may draw the window in its new size a few frames later
-            return showed &&
-                   (picture.isNull() || picture.size() == window_.size() * window_.effectiveDevicePixelRatio());
+            const QSize size = window_.size() * window_.effectiveDevicePixelRatio();
+            return showed && (picture.isNull() || (picture.size() == size && !isFlat(picture)));
         },
         [] { return "the window to be drawn"; });
     // One format, so that a picture is the same on every platform.
