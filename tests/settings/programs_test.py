@@ -13,6 +13,7 @@ import subprocess
 import sys
 import unittest
 
+from slow_display import SlowDisplay
 from window import LONG_ENOUGH, ROOT, WIDTH, Programs, eventually, program
 
 
@@ -202,6 +203,17 @@ class ProgramsTest(Programs):
                 pictures.append(picture.read())
         self.assertEqual(pictures[0], pictures[1])
         self.assertEqual(pictures[0], pictures[2])
+
+    def test_saves_no_empty_picture_when_the_display_is_late_to_tell_the_windows_size(self):
+        self.start_tweak()
+        pictures = []
+        with SlowDisplay(self.display.name, 1.5) as slow:
+            for display in (self.display.name, slow):
+                saved = self.settings("--grab", self.folder + "/a.png", DISPLAY=display, QT_XCB_NO_MITSHM="1")
+                self.assertEqual(saved.returncode, 0, saved.stderr)
+                with open(self.folder + "/a.png", "rb") as picture:
+                    pictures.append(picture.read())
+        self.assertEqual(pictures[0], pictures[1], f"{len(pictures[0])} and {len(pictures[1])} bytes")
 
     def test_draws_texts_in_the_size_that_is_asked_for(self):
         self.start_tweak()
