@@ -54,7 +54,7 @@ void tryApplicationList(const std::filesystem::path& library) {
     const auto* list = platform::ALApplicationList::sharedApplicationList();
     if (!list) return;
     std::ignore = list->applications();
-    std::ignore = list->iconOfSizeForDisplayIdentifier(29, ""); // of no application: pictures are not what is tried
+    std::ignore = list->iconOfSize(29, ""); // of no application: pictures are not what is tried
 }
 
 std::string encoded(const Dictionary& answers) {
