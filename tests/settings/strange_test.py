@@ -73,7 +73,8 @@ FONTS = ["opentype/inter/*.otf", "truetype/dejavu/DejaVuSans.ttf", "truetype/dej
          "truetype/noto/NotoColorEmoji.ttf", "truetype/tibetan/DDC_Uchen.ttf", "truetype/tlwg/Loma.ttf",
          "truetype/tlwg/Loma-Bold.ttf"]
 # The pages that the documentation has pictures of are all there are.
-PAGES = {re.sub(r"(-end)?-\d+-(light|dark).*", "", name) for name in os.listdir(os.path.join(HERE, "../../docs/pictures"))}
+PAGES = {re.sub(r"(-end)?-\d+-(light|dark).*", "", name)
+         for name in os.listdir(os.path.join(HERE, "../../docs/pictures")) if name.endswith(".png")}
 
 
 def settings(**changes):
