@@ -277,7 +277,7 @@ class PortsFolderTest(Case):
         self.expect_failure(refused, f"cannot open the port {folder}/com.nevo.lumora/updateSettings: {why}")
         self.expect_failure(self.lumoractl("list"), told)
         self.expect_failure(self.lumoractl("set", "kSleepTime", "30"), told)
-        self.expect_failure(self.rows("LumoraPreferences", "--timeout", "1"), "timed out waiting for the tweak")
+        self.expect_failure(self.rows("LumoraPreferences", "--timeout", "3"), "timed out waiting for the tweak")
 
     def test_is_made_for_the_user_alone_when_it_is_missing(self):
         self.ports = self.environment["LUMORA_PORTS"] = self.folder + "/a/b/ports"

@@ -55,7 +55,7 @@ class ProgramsTest(Programs):
 
     def test_says_that_the_tweak_did_not_answer_in_time(self):
         for options in (["--rows", "LumoraPreferences"], ["--grab", self.folder + "/a.png"], ["--tour", self.folder]):
-            failed = self.settings("--timeout", "1.5", *options)  # long enough to have asked it
+            failed = self.settings("--timeout", "5", *options)  # long enough to have asked it
             self.assertEqual(failed.returncode, 1, options)
             self.assertIn("timed out waiting for the tweak", failed.stderr)
             self.assertEqual(failed.stdout, "")
@@ -70,9 +70,9 @@ class ProgramsTest(Programs):
         with open(bundle + "/Info.plist", "wb") as file:
             plistlib.dump({"CFBundleExecutable": "StrangePlugin", "NSPrincipalClass": "Strange"}, file)
         with open(bundle + "/name.txt", "w", encoding="utf-8") as file:
-            file.write("word " * 1_600_000)  # several seconds' work
+            file.write("word " * 1_600_000)  # half a minute of work to draw, less than a second to open
         failed = subprocess.run([program("lumora-settings"), "--root", root, "--page", "PluginsListController",
-                                 "--timeout", "3", "--grab", self.folder + "/a.png"], env=self.environment, text=True,
+                                 "--timeout", "10", "--grab", self.folder + "/a.png"], env=self.environment, text=True,
                                 capture_output=True, timeout=LONG_ENOUGH, check=False)
         self.assertEqual((failed.returncode, failed.stderr),
                          (1, "lumora-settings: timed out waiting for the page to be drawn\n"))
