@@ -9,7 +9,11 @@ namespace fs = std::filesystem;
 fs::path platformLibraryFolder() {
     static const char here = 0;
     Dl_info where{};
-    return dladdr(&here, &where) != 0 ? fs::path(where.dli_fname).parent_path() : fs::path();
+    if (dladdr(&here, &where) == 0) return {};
+    // The loader may have come by a link, such as /lib for /usr/lib, from which no other folder is found.
+    std::error_code failed;
+    fs::path library = fs::canonical(where.dli_fname, failed);
+    return (failed ? fs::path(where.dli_fname) : library).parent_path();
 }
 
 fs::path helperProgram(const std::string& name) {
