@@ -5,6 +5,7 @@
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/FolderContents.h"
 #include "platform/foundation/LoadVerdicts.h"
+#include "platform/foundation/SharedObject.h"
 #include "platform/foundation/Unicode.h"
 
 #include <string_view>

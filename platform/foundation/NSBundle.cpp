@@ -2,6 +2,7 @@
 
 #include "platform/foundation/PropertyList.h"
 #include "platform/foundation/RegularFile.h"
+#include "platform/foundation/SharedObject.h"
 
 #include <algorithm>
 #include <dlfcn.h>
@@ -59,6 +60,10 @@ NSBundle::NSBundle(std::filesystem::path folder) : folder_(std::move(folder)), i
 std::filesystem::path NSBundle::executablePath() const {
     const std::string executable = textOf(info_, "CFBundleExecutable");
     return executable.empty() || !isFileName(executable) ? std::filesystem::path() : folder_ / executable;
+}
+
+Result<bool> NSBundle::load() {
+    return load(FileCheck::WholeFile);
 }
 
 Result<bool> NSBundle::load(FileCheck check) {

@@ -2,7 +2,6 @@
 
 #include "platform/foundation/Class.h"
 #include "platform/foundation/Result.h"
-#include "platform/foundation/SharedObject.h"
 #include "platform/foundation/Value.h"
 
 #include <filesystem>
@@ -12,6 +11,8 @@
 #include <typeinfo>
 
 namespace platform {
+
+enum class FileCheck : unsigned char; // in SharedObject.h
 
 /// A folder with an `Info.plist`, a shared object and resources.
 ///
@@ -32,7 +33,8 @@ class PLATFORM_EXPORT NSBundle {
     /// Loads the shared object that `CFBundleExecutable` names; true when it already is. A broken one is an error
     /// here and silence at whoever must be silent. One that mayBeLoaded() has let through just now is not looked at
     /// again.
-    Result<bool> load(FileCheck check = FileCheck::WholeFile);
+    Result<bool> load();
+    Result<bool> load(FileCheck check);
     /// The class that `NSPrincipalClass` names, null when there is none. Asks the registry, so load() goes first.
     [[nodiscard]] Class principalClass() const;
     /// For bundles whose principal class is a table of C functions: what the shared object itself exports under the
