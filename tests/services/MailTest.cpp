@@ -113,6 +113,23 @@ class MailTest : public ::testing::Test {
         }));
         return why;
     }
+    /// Sends where processes have no descriptors, which this one never has again.
+    void sendWithoutProcessDescriptors() {
+        const sock_filter steps[] = {
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_open, 0, 1),
+            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+        };
+        const sock_fprog filter{std::size(steps), const_cast<sock_filter*>(steps)};
+        ASSERT_EQ(::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+        ASSERT_EQ(::syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, SECCOMP_FILTER_FLAG_TSYNC, &filter), 0);
+        ASSERT_LT(::syscall(SYS_pidfd_open, ::getpid(), 0), 0);
+        ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+        send();
+        EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+        EXPECT_THAT(home.inputOf("mta"), HasSubstr("Body"));
+    }
     /// In bytes.
     static std::size_t peakMemory() {
         const std::string facts = tests::Home::contentsOf("/proc/self/status");
@@ -378,21 +395,16 @@ TEST_F(MailTest, GivesItsProgramNoFilesOfThisProcess) {
     ::close(open);
 }
 
-TEST_F(MailTest, IsSentWhereProcessesHaveNoDescriptors) {
-    const sock_filter steps[] = {
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_open, 0, 1),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-    };
-    const sock_fprog filter{std::size(steps), const_cast<sock_filter*>(steps)};
-    ASSERT_EQ(::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
-    ASSERT_EQ(::syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, SECCOMP_FILTER_FLAG_TSYNC, &filter), 0);
-    ASSERT_LT(::syscall(SYS_pidfd_open, ::getpid(), 0), 0);
-    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
-    send();
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
-    EXPECT_THAT(home.inputOf("mta"), HasSubstr("Body"));
+using MailDeathTest = MailTest;
+
+TEST_F(MailDeathTest, IsSentWhereProcessesHaveNoDescriptors) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process of its own, which never gets back what it gives up here
+    EXPECT_EXIT(
+        {
+            sendWithoutProcessDescriptors();
+            _exit(HasFailure() ? 1 : 0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST_F(MailTest, StaysToBeEditedWhereNoThreadCanBeMade) {
