@@ -256,7 +256,7 @@ class DescriptorsTest(Case):
         self.assertEqual(self.lumoractl("get", "kSleepTime", **few).stdout, "10\n")
         listed = self.lumoractl("plugins", "--root", ROOT, **few)
         self.assertEqual(listed.returncode, 1)
-        self.assertIn("it could not be examined: no process for it", listed.stdout)
+        self.assertIn("it could not be tried: Too many open files", listed.stdout)
         self.assertEqual(self.rows("AppsController").returncode, 0)
         for most in range(4, 12):
             with self.subTest(most):

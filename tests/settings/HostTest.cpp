@@ -141,7 +141,7 @@ constexpr const char* kDear =
 <feTurbulence baseFrequency="0.05" numOctaves="1000000"/></filter><rect width="100" height="100" filter="url(#f)"/></svg>)svg";
 constexpr const char* kCheap = R"svg(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"/>)svg";
 
-TEST(Host, ShowsRowsBeforeAllTheirIconsAreDrawnAndEachIconWhenItIs) {
+void showRowsBeforeTheirIcons() {
     const tests::PortsFolder ports;
     const tests::DeviceFolder device;
     const std::filesystem::path library = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
@@ -170,6 +170,16 @@ TEST(Host, ShowsRowsBeforeAllTheirIconsAreDrawnAndEachIconWhenItIs) {
     EXPECT_TRUE(tests::eventually([&] { return enabled().at(1).image != nullptr; })) << "no icon comes";
     EXPECT_EQ(enabled().at(0).image, nullptr);
     EXPECT_EQ(enabled().at(1).image->size(), (CGSize{29, 29}));
+}
+
+TEST(HostDeathTest, ShowsRowsBeforeAllTheirIconsAreDrawnAndEachIconWhenItIs) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process in which no icon was drawn before
+    EXPECT_EXIT(
+        {
+            showRowsBeforeTheirIcons();
+            _exit(testing::Test::HasFailure() ? 1 : 0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 } // namespace

@@ -86,15 +86,15 @@ TEST(RowsDocument, ListsTheSectionsOfATableWithTheirRows) {
     page.hostsView = true;
     page.view = std::make_shared<const ViewSnapshot>(ViewSnapshot{"ListView", {}, {}});
     TableSnapshot table;
-    table.sections.push_back(
-        {"Enabled",
-         " ",
-         50,
-         24,
-         40,
-         2,
-         0,
-         {{"Clock", "com.example.clock", nullptr, true, false}, {"", "com.example.gone", nullptr, true, true}}});
+    table.sections.push_back({"Enabled",
+                              " ",
+                              50,
+                              24,
+                              40,
+                              2,
+                              0,
+                              {{.title = "Clock", .identifier = "com.example.clock", .movable = true},
+                               {.title = "", .identifier = "com.example.gone", .movable = true, .marked = true}}});
     table.sections.push_back({"Disabled", "Drag them.", 50, 24, 40, 0, 0, {}});
     page.table = std::make_shared<const TableSnapshot>(table);
     const Dictionary clock{{"identifier", "com.example.clock"}, {"title", "Clock"}, {"marked", false}};

@@ -61,6 +61,8 @@ def name_of(number):
 
 
 class FontsTest(Spoken):
+    ROW = pyatspi.ROLE_RADIO_BUTTON
+
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
@@ -76,9 +78,6 @@ class FontsTest(Spoken):
     def setUp(self):
         super().setUp()
         self.environment["FONTCONFIG_FILE"] = self.fonts + "/fonts.conf"
-
-    def rows(self, window):
-        return self.spoken(window, pyatspi.ROLE_RADIO_BUTTON)
 
     def open_fonts(self, stored=None, *options):
         if stored:
@@ -122,7 +121,7 @@ class FontsTest(Spoken):
     def test_tells_assistive_tools_what_a_row_is(self):
         window = self.open_fonts(name_of(1))
         eventually(lambda: self.marked(window) == [name_of(1)], "the mark")
-        row = self.named(window, pyatspi.ROLE_LIST_ITEM, name_of(1))
+        row = self.named(window, self.ROW, name_of(1))
         self.assertTrue(row.getState().contains(pyatspi.STATE_FOCUSABLE))
         self.assertEqual(row.description, f"Position 3 of {COUNT + 1} in Fonts.")
 

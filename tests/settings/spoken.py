@@ -28,6 +28,8 @@ def role_of(item):
 class Spoken(Programs):
     """A test of a window that is looked at and pressed by assistive tools."""
 
+    ROW = pyatspi.ROLE_LIST_ITEM  # of the list that the test looks at
+
     def setUp(self):
         super().setUp()
         self.environment |= {"DBUS_SESSION_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"],
@@ -74,10 +76,10 @@ class Spoken(Programs):
         actions.doAction([actions.getName(i) for i in range(actions.nActions)].index(name))
 
     def rows(self, window):
-        return self.spoken(window, pyatspi.ROLE_LIST_ITEM)
+        return self.spoken(window, self.ROW)
 
     def place(self, window, name):
-        return self.named(window, pyatspi.ROLE_LIST_ITEM, name).queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        return self.named(window, self.ROW, name).queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
 
     def focused(self, window):
         return [name for name, row in self.rows(window).items() if row.getState().contains(pyatspi.STATE_FOCUSED)]

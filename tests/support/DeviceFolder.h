@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/foundation/DeviceRoot.h"
-#include "tests/support/KeptEnvironment.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -11,8 +10,8 @@
 
 namespace tests {
 
-/// An empty device root of its own, gone with this object; there is none then. With it a cache of its own, since what is
-/// found out about a root's plug-ins is kept in the user's.
+/// An empty device root of its own, gone with this object; there is none then. With it a cache of its own, since what
+/// is found out about a root's plug-ins is kept in the user's.
 class DeviceFolder {
   public:
     DeviceFolder() {
@@ -20,10 +19,12 @@ class DeviceFolder {
         if (::mkdtemp(made.data()) == nullptr) throw std::runtime_error("no device root");
         path_ = made;
         platform::setDeviceRoot(path_);
+        if (const char* before = std::getenv("XDG_CACHE_HOME")) cacheBefore_ = before;
         ::setenv("XDG_CACHE_HOME", cache().c_str(), 1);
     }
     ~DeviceFolder() {
         platform::setDeviceRoot({});
+        ::setenv("XDG_CACHE_HOME", cacheBefore_.c_str(), 1); // an empty one counts as none
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
     }
@@ -48,8 +49,8 @@ class DeviceFolder {
         std::filesystem::create_directories(place.parent_path());
         return place;
     }
-    KeptEnvironment environment_;
     std::filesystem::path path_;
+    std::string cacheBefore_; ///< empty for the usual one
 };
 
 } // namespace tests
