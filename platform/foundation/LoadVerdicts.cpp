@@ -1,6 +1,8 @@
 #include "platform/foundation/LoadVerdicts.h"
 
+#include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/HelperProgram.h"
+#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/UserFolder.h"
 
 #include <array>
@@ -23,7 +25,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kLargest = std::size_t{4} << 20;
-constexpr std::string_view kFormat = "lumora-probed 1 ";
+constexpr std::string_view kFormat = "lumora-probed 2";
 constexpr char kSafe = 's';
 constexpr char kDangerous = 'd';
 
@@ -52,6 +54,17 @@ std::optional<std::string> stateOf(const LoadCandidate& candidate) {
     return states;
 }
 
+/// What every verdict rests on beside the stranger's own files, as one line: the probe, the libraries of the system,
+/// and the settings bundle, which the probe loads first.
+std::string groundsOfAll() {
+    const auto bundle = NSBundle::bundleWithPath(standardBundle());
+    std::string line(kFormat);
+    for (const fs::path& file :
+         {helperProgram("lumora-probe"), fs::path("/etc/ld.so.cache"), bundle ? bundle->executablePath() : fs::path()})
+        line += " " + stateOf(file, true).value_or("none");
+    return line + "\n";
+}
+
 std::uint64_t checksum(std::string_view text) {
     std::uint64_t sum = 0xCBF29CE484222325;
     for (const char c : text)
@@ -60,12 +73,10 @@ std::uint64_t checksum(std::string_view text) {
 }
 
 /// The verdicts of earlier times: a line for each, checked as a whole. One that is damaged, or anybody else's, or was
-/// made by another probe, counts as none.
+/// made on other grounds, counts as none.
 class KeptVerdicts {
   public:
-    KeptVerdicts() : file_(userFolder("XDG_CACHE_HOME", ".cache") / "lumora/probed") {
-        // Another probe may find otherwise.
-        header_ = std::string(kFormat) + stateOf(helperProgram("lumora-probe"), true).value_or("none") + "\n";
+    KeptVerdicts() : file_(userFolder("XDG_CACHE_HOME", ".cache") / "lumora/probed"), header_(groundsOfAll()) {
         read();
     }
 

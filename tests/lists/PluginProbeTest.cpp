@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <set>
+#include <sstream>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -121,6 +122,26 @@ TEST_F(PluginProbe, TriesAPlugInAgainWhenAnyOfItsFilesHasChanged) {
     ::chmod((bundle / "Code").c_str(), 0700);
     EXPECT_TRUE(triedAgain()) << "other permissions, which is another time";
     EXPECT_FALSE(triedAgain());
+}
+
+TEST_F(PluginProbe, TriesAllAgainWhenTheSettingsBundleOrTheLibrariesOfTheSystemHaveChanged) {
+    plugins.add("good-1.bundle", "TestPlugin");
+    const fs::path bundle = plugins.add("../../../PreferenceBundles/Lumora.bundle", "TestPlugin");
+    const auto triedAgain = [this] {
+        EXPECT_EQ(discoverPlugins(false).size(), 1U);
+        return loaded().contains("good-1");
+    };
+    EXPECT_TRUE(triedAgain());
+    EXPECT_FALSE(triedAgain());
+    fs::permissions(bundle / "Code", fs::perms(0700));
+    EXPECT_TRUE(triedAgain()) << "another settings bundle";
+    EXPECT_FALSE(triedAgain());
+    struct stat libraries {};
+    if (::stat("/etc/ld.so.cache", &libraries) != 0) GTEST_SKIP() << "this system keeps no list of its libraries";
+    const std::string text = keptText();
+    std::ostringstream number;
+    number << std::hex << libraries.st_ino << ":" << libraries.st_size << ":" << libraries.st_mtim.tv_sec;
+    EXPECT_THAT(text.substr(0, text.find('\n')), HasSubstr(number.str()));
 }
 
 TEST_F(PluginProbe, MakesADangerousPlugInUsableAsSoonAsItIsReplaced) {
