@@ -10,13 +10,14 @@
 #include "platform/foundation/LoadProbe.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/RegularFile.h"
 #include "platform/foundation/SharedObject.h"
-#include "platform/foundation/Unicode.h"
 #include "platform/services/ALApplicationList.h"
 #include "probe/Channel.h"
 #include "probe/Traps.h"
 
 #include <string>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
@@ -83,6 +84,8 @@ int main(int argc, char** argv) {
                                            : bundle                    ? bundle->executablePath()
                                                                        : "";
         std::string fault = code.empty() ? std::string() : platform::faultOfSharedObject(code);
+        // That need not last: there may be too many files open at the moment.
+        const bool unread = !fault.empty() && !platform::RegularFile(code);
         Dictionary answers;
         if (fault.empty()) {
             if (kind == ForeignCode::plugin)
@@ -91,7 +94,8 @@ int main(int argc, char** argv) {
                 tryApplicationList(code);
             fault = traps.sprung();
         }
-        channel.say(index, fault.empty() ? platform::kSafeAnswer : platform::kDangerousAnswer,
+        const char bad = unread ? platform::kUndecidedAnswer : platform::kDangerousAnswer;
+        channel.say(index, fault.empty() ? platform::kSafeAnswer : bad,
                     !fault.empty() ? fault
                     : tells        ? encoded(answers)
                                    : std::string());

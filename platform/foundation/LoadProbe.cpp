@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <csignal>
 #include <cstddef>
 #include <cstring>
 #include <optional>
@@ -48,6 +49,15 @@ std::string howItEnded(int status) {
     return "it ends the process, with exit status " + std::to_string(WEXITSTATUS(status));
 }
 
+/// Whoever is killed may have done so itself, or the system has, which had no memory left.
+Verdict verdictOnEnd(int status) {
+    return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL ? Verdict::undecided : Verdict::dangerous;
+}
+
+Verdict verdictOf(char answer) {
+    return answer == kSafeAnswer ? Verdict::safe : answer == kUndecidedAnswer ? Verdict::undecided : Verdict::dangerous;
+}
+
 /// One probe on its way along the paths.
 class Walk {
   public:
@@ -75,10 +85,10 @@ class Walk {
             }
             Heard heard = child_->receive(unread_, kMostTold + kLongestLine, patience);
             if (heard == Heard::end) heard = child_->awaitEnd(patience); // it may have closed its output and go on
-            if (heard == Heard::end) return dead(Verdict::dangerous, howItEnded(child_->end()));
-            if (heard == Heard::tooLate) return dead(Verdict::tooLong, hangs(limits_.clock, ""));
+            if (heard == Heard::end) return dead(verdictOnEnd(child_->end()), howItEnded(child_->end()));
+            if (heard == Heard::tooLate) return dead(Verdict::undecided, hangs(limits_.clock, ""));
             if (heard == Heard::tooCostly)
-                return dead(Verdict::tooLong, hangs(limits_.processor, " of processor time"));
+                return dead(Verdict::undecided, hangs(limits_.processor, " of processor time"));
         }
     }
 
@@ -100,14 +110,14 @@ class Walk {
         std::size_t length = 0;
         if (last == std::string::npos || last == 0) return false;
         std::from_chars(line.data() + last + 1, line.data() + end, length);
-        const char verdict = line[last - 1];
-        if (length > kMostTold || line != probeAnswerLine(token_, index, verdict, length)) return false;
+        const char answer = line[last - 1];
+        if (length > kMostTold || line != probeAnswerLine(token_, index, answer, length)) return false;
         if (unread_.size() < line.size() + length) return std::nullopt;
         const std::string text = unread_.substr(line.size(), length);
         unread_.erase(0, line.size() + length);
-        into.verdict = verdict == kSafeAnswer ? Verdict::safe : Verdict::dangerous;
-        if (verdict != kSafeAnswer) into.why = text;
-        if (verdict != kSafeAnswer || text.empty()) return true;
+        into.verdict = verdictOf(answer);
+        if (answer != kSafeAnswer) into.why = text;
+        if (answer != kSafeAnswer || text.empty()) return true;
         const Result<Value> told = readPropertyList(Data(text.begin(), text.end()));
         if (told && told.value().dictionary()) into.told = *told.value().dictionary();
         return !into.told.empty();
@@ -167,11 +177,11 @@ class Errand {
     static std::size_t follow(Walk& walk, std::size_t first, std::size_t end, std::vector<Probed>& results) {
         for (std::size_t at = first; at < end; ++at) {
             Probed result = walk.next(at - first);
-            // One that was loaded before may be to blame, so this one has to do it again in a process of its own.
-            if (result.verdict == Verdict::dangerous && at != first) return at;
-            const bool goesOn = result.verdict == Verdict::safe;
+            const bool passed = result.verdict == Verdict::safe;
+            // One that was loaded before may be to blame, so this one has to do it again at the head of the next probe.
+            if (!passed && at != first) return at;
             results[at] = std::move(result);
-            if (!goesOn) return at + 1;
+            if (!passed) return at + 1;
         }
         return end;
     }

@@ -24,7 +24,7 @@ struct Probed {
     enum class Verdict : unsigned char {
         safe,      ///< it leaves its process alone, which is not to say that it is any good
         dangerous, ///< it ends or damages the process that it is in
-        tooLong,   ///< it may answer another time
+        undecided, ///< it took too long, was killed or could not be read, and may pass another time
         untried,   ///< there is no process to try it in
     };
     Verdict verdict = Verdict::untried;
@@ -40,9 +40,11 @@ enum class ProbeReport : char { verdict = 'v', answers = 'a' };
 inline constexpr char kReadyAnswer = 'r';
 inline constexpr char kSafeAnswer = 's';
 inline constexpr char kDangerousAnswer = 'd';
+inline constexpr char kUndecidedAnswer = 'u';
 
 /// Has `lumora-probe` load each and ask it all that this process would ask. One that ends the probe or takes too long
-/// costs only itself: another probe goes on behind it.
+/// costs only itself: another probe goes on behind it. Whatever does not pass behind others is tried again without
+/// them.
 ///
 ///     for (const Probed& plugin : probe(ForeignCode::plugin, bundles, ProbeReport::answers, {})) …
 ///

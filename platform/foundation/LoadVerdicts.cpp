@@ -145,14 +145,14 @@ class KeptVerdicts {
     std::unordered_map<std::string, std::string> fresh_;
 };
 
-/// What took too long in this process's time. Never destroyed.
-struct Slow {
+/// What stayed undecided in this process's time. Never destroyed.
+struct Undecided {
     std::mutex mutex;
     std::unordered_set<std::string> all;
 
-    static Slow& inThisProcess() {
-        static auto& slow = *new Slow;
-        return slow;
+    static Undecided& inThisProcess() {
+        static auto& undecided = *new Undecided;
+        return undecided;
     }
     bool has(const std::string& which) {
         const std::lock_guard lock(mutex);
@@ -190,7 +190,7 @@ std::vector<bool> mayBeLoaded(ForeignCode kind, const std::vector<LoadCandidate>
         if (!state) continue;
         const char verdict = kept.find(name, *state);
         allowed[i] = verdict == kSafe;
-        if (verdict == kSafe || verdict == kDangerous || Slow::inThisProcess().has(*state + name)) continue;
+        if (verdict == kSafe || verdict == kDangerous || Undecided::inThisProcess().has(*state + name)) continue;
         paths.push_back(candidates[i].path);
         unknown.push_back({i, std::move(name), *state});
     }
@@ -207,8 +207,8 @@ std::vector<bool> mayBeLoaded(ForeignCode kind, const std::vector<LoadCandidate>
         case Probed::Verdict::dangerous:
             kept.keep(name, state, kDangerous);
             break;
-        case Probed::Verdict::tooLong:
-            Slow::inThisProcess().add(state + name);
+        case Probed::Verdict::undecided:
+            Undecided::inThisProcess().add(state + name);
             break;
         case Probed::Verdict::untried:
             complainOnce(probed[i].why);

@@ -19,6 +19,7 @@
 namespace {
 
 using lumora::discoverPlugins;
+using Verdict = platform::Probed::Verdict;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -95,13 +96,40 @@ TEST_F(PluginProbe, GivesEachPlugInThatHangsItsTimeOnce) {
     for (const char* name : {"good-1", "hanging-1", "looping-at-load-1", "looping-at-page-1", "zoo-1"})
         plugins.add(std::string(name) + ".bundle", "TestPlugin");
     EXPECT_THAT(namesOf(discoverPlugins(false, kShort)), ElementsAre("good-1", "zoo-1"));
-    EXPECT_THAT(loaded(), UnorderedElementsAre("good-1", "good-1", "hanging-1", "looping-at-load-1",
+    EXPECT_THAT(loaded(), UnorderedElementsAre("good-1", "good-1", "hanging-1", "hanging-1", "looping-at-load-1",
                                                "looping-at-page-1", "zoo-1", "zoo-1"));
     EXPECT_THAT(namesOf(discoverPlugins(false, kShort)), ElementsAre("good-1", "zoo-1"));
     EXPECT_THAT(loaded(), IsEmpty()) << "the next time at once";
     EXPECT_THAT(keptText(), HasSubstr("good-1.bundle"));
     EXPECT_THAT(keptText(), Not(HasSubstr("hanging"))) << "the next start gives it its time again";
     EXPECT_THAT(keptText(), Not(HasSubstr("looping")));
+}
+
+TEST_F(PluginProbe, BlamesNoPlugInForTheDamageThatOneBeforeItDid) {
+    for (const char* culprit : {"spoiling-aborting-1", "spoiling-killing-1", "spoiling-looping-1"}) {
+        const auto probed = platform::probe(platform::ForeignCode::plugin,
+                                            {plugins.add(std::string(culprit) + ".bundle", "TestPlugin"),
+                                             plugins.add("good-" + std::string(culprit) + ".bundle", "TestPlugin")},
+                                            platform::ProbeReport::verdict, kShort);
+        EXPECT_EQ(probed[1].verdict, Verdict::safe) << "behind " << culprit << ": " << probed[1].why;
+        EXPECT_EQ(loaded().count("good-" + std::string(culprit)), 2U) << "behind it, then without it";
+    }
+}
+
+TEST_F(PluginProbe, KeepsNoVerdictOnWhatWasKilledOrCannotBeRead) {
+    plugins.add("killing-1.bundle", "TestPlugin");
+    EXPECT_THAT(discoverPlugins(false), IsEmpty());
+    EXPECT_EQ(loaded().count("killing-1"), 1U);
+    EXPECT_THAT(keptText(), Not(HasSubstr("killing-1"))) << "the system may have killed it";
+    EXPECT_THAT(discoverPlugins(false), IsEmpty());
+    EXPECT_THAT(loaded(), IsEmpty()) << "once for each process";
+    const fs::path bundle = plugins.add("good-1.bundle", "TestPlugin");
+    const auto verdict = [&bundle] {
+        return platform::probe(platform::ForeignCode::plugin, {bundle}, platform::ProbeReport::verdict, {})[0].verdict;
+    };
+    EXPECT_EQ(verdict(), Verdict::safe);
+    fs::remove(bundle / "Code");
+    EXPECT_EQ(verdict(), Verdict::undecided);
 }
 
 TEST_F(PluginProbe, TriesAPlugInAgainWhenAnyOfItsFilesHasChanged) {

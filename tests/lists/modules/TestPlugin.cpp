@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/file.h>
@@ -37,7 +38,10 @@ void misbehave(const std::string& moment) {
     const std::string how = kind();
     const std::size_t at = how.find("-at-");
     if ((at == std::string::npos ? "instance" : how.substr(at + 4)) != moment) return;
-    const std::string what = how.substr(0, at);
+    const char* spoilt = std::getenv("LUMORA_TEST_SPOILT");
+    const std::string what = spoilt ? spoilt : how.substr(0, at);
+    if (what.starts_with("spoiling-")) // makes whoever comes next misbehave
+        ::setenv("LUMORA_TEST_SPOILT", what.substr(std::strlen("spoiling-")).c_str(), 1);
     volatile bool forever = true;
     if (what == "throwing") throw std::runtime_error("no");
     if (what == "aborting") std::abort();
