@@ -232,7 +232,7 @@ ChildProcess::Heard ChildProcess::wait(int file, short events, const Patience& p
         if (ready > 0 && watched[1].revents != 0) return Heard::something;
         if (ready > 0 && watched[0].revents != 0) return Heard::end; // and nothing more is to be read
         if (left.count() <= 0) return Heard::tooLate;
-        if (ready == 0 && processorTime() >= patience.processor) return Heard::tooCostly;
+        if (processorTime() >= patience.processor) return Heard::tooCostly;
     }
 }
 

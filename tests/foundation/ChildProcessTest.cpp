@@ -93,6 +93,12 @@ TEST(ChildProcess, IsGivenUpWhenItHasUsedItsProcessorTime) {
     EXPECT_GE(child->processorTime(), 50ms);
 }
 
+TEST(ChildProcess, IsGivenUpForItsProcessorTimeThoughItPrintsAllTheWhile) {
+    const auto child = shell("while :; do echo oh >&2; done");
+    std::string answer;
+    EXPECT_EQ(child->receive(answer, 100, child->patience(10s, 50ms)), Heard::tooCostly);
+}
+
 TEST(ChildProcess, TakesNoMoreThanItMayOfProcessorAndDescriptors) {
     const auto busy = shell("while :; do :; done", {.processor = 1s});
     EXPECT_EQ(everything(*busy), "");
