@@ -17,7 +17,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <unordered_map>
-#include <unordered_set>
+#include <utility>
 
 namespace platform {
 namespace {
@@ -28,6 +28,7 @@ constexpr std::size_t kLargest = std::size_t{4} << 20;
 constexpr std::string_view kFormat = "lumora-probed 2";
 constexpr char kSafe = 's';
 constexpr char kDangerous = 'd';
+constexpr char kUndecided = 'u'; ///< in this process alone
 
 /// Which file that is and in which state; nothing when there is none.
 std::optional<std::string> stateOf(const fs::path& file, bool asCode) {
@@ -85,29 +86,36 @@ class KeptVerdicts {
         return found != verdicts_.end() && found->second.substr(2) == state ? found->second.front() : '\0';
     }
     void keep(const std::string& name, const std::string& state, char verdict) {
-        if (name.find('\n') == std::string::npos) fresh_[name] = std::string{verdict, ' '} + state;
+        fresh_[name] = std::string{verdict, ' '} + state;
     }
-    /// Silent: without a place to keep them in, all is probed again at the next start, and nothing else is lost.
-    void write() const {
+    /// False when not all verdicts can be found there again.
+    [[nodiscard]] bool write() const {
         std::string text = header_;
+        bool all = true;
         for (const auto& [name, verdict] : fresh_)
-            append(text, name, verdict);
+            all = append(text, name, verdict) && all;
         for (const auto& [name, verdict] : verdicts_)
-            if (!fresh_.contains(std::string(name))) append(text, name, verdict);
+            if (!fresh_.contains(std::string(name))) all = append(text, name, verdict) && all;
         text += std::to_string(checksum(text)) + "\n";
-        if (file_.is_relative() || !makeFolders(file_.parent_path())) return;
+        if (file_.is_relative() || !makeFolders(file_.parent_path())) return false;
         std::string made = file_.native() + ".XXXXXX";
         const int number = ::mkostemp(made.data(), O_CLOEXEC); // of mode 0600
-        if (number < 0) return;
+        if (number < 0) return false;
         const bool whole = ::write(number, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-        if (::close(number) != 0 || !whole || ::rename(made.c_str(), file_.c_str()) != 0) ::unlink(made.c_str());
+        if (::close(number) == 0 && whole && ::rename(made.c_str(), file_.c_str()) == 0) return all;
+        ::unlink(made.c_str());
+        return false;
     }
+    /// On what all of them rest.
+    [[nodiscard]] const std::string& grounds() const { return header_; }
 
   private:
-    static void append(std::string& text, std::string_view name, std::string_view verdict) {
+    static bool append(std::string& text, std::string_view name, std::string_view verdict) {
         constexpr std::size_t room = 64; // for what stands around it
-        if (text.size() + verdict.size() + name.size() + room < kLargest)
-            text.append(verdict).append(" ").append(name).append("\n");
+        if (name.find('\n') != std::string_view::npos || text.size() + verdict.size() + name.size() + room >= kLargest)
+            return false;
+        text.append(verdict).append(" ").append(name).append("\n");
+        return true;
     }
     void read() {
         text_ = contents();
@@ -145,23 +153,28 @@ class KeptVerdicts {
     std::unordered_map<std::string, std::string> fresh_;
 };
 
-/// What stayed undecided in this process's time. Never destroyed.
-struct Undecided {
-    std::mutex mutex;
-    std::unordered_set<std::string> all;
+/// What this process remembers by itself: what stayed undecided, and what there is no place to keep in. Never
+/// destroyed.
+class Remembered {
+  public:
+    static Remembered& inThisProcess() {
+        static auto& remembered = *new Remembered;
+        return remembered;
+    }
+    /// Zero for what is not remembered.
+    [[nodiscard]] char find(const std::string& which) {
+        const std::lock_guard lock(mutex_);
+        const auto found = verdicts_.find(which);
+        return found != verdicts_.end() ? found->second : '\0';
+    }
+    void add(std::string which, char verdict) {
+        const std::lock_guard lock(mutex_);
+        verdicts_[std::move(which)] = verdict;
+    }
 
-    static Undecided& inThisProcess() {
-        static auto& undecided = *new Undecided;
-        return undecided;
-    }
-    bool has(const std::string& which) {
-        const std::lock_guard lock(mutex);
-        return all.contains(which);
-    }
-    void add(std::string which) {
-        const std::lock_guard lock(mutex);
-        all.insert(std::move(which));
-    }
+  private:
+    std::mutex mutex_;
+    std::unordered_map<std::string, char> verdicts_;
 };
 
 void complainOnce(const std::string& why) {
@@ -184,37 +197,45 @@ std::vector<bool> mayBeLoaded(ForeignCode kind, const std::vector<LoadCandidate>
     std::vector<Unknown> unknown;
     std::vector<fs::path> paths;
     KeptVerdicts kept;
+    Remembered& remembered = Remembered::inThisProcess();
+    const auto key = [&kept](const Unknown& which) { return kept.grounds() + which.state + which.name; };
     for (std::size_t i = 0; i < candidates.size(); ++i) {
         const auto state = stateOf(candidates[i]);
-        std::string name = static_cast<char>(kind) + candidates[i].path.native();
         if (!state) continue;
-        const char verdict = kept.find(name, *state);
+        Unknown which{i, static_cast<char>(kind) + candidates[i].path.native(), *state};
+        char verdict = kept.find(which.name, which.state);
+        if (!verdict) verdict = remembered.find(key(which));
         allowed[i] = verdict == kSafe;
-        if (verdict == kSafe || verdict == kDangerous || Undecided::inThisProcess().has(*state + name)) continue;
+        if (verdict) continue;
         paths.push_back(candidates[i].path);
-        unknown.push_back({i, std::move(name), *state});
+        unknown.push_back(std::move(which));
     }
     if (unknown.empty()) return allowed;
 
     const std::vector<Probed> probed = probe(kind, paths, ProbeReport::verdict, limits);
+    std::vector<std::pair<std::string, char>> fresh;
     for (std::size_t i = 0; i < unknown.size(); ++i) {
-        auto& [index, name, state] = unknown[i];
+        const Unknown& which = unknown[i];
         switch (probed[i].verdict) {
         case Probed::Verdict::safe:
-            allowed[index] = true;
-            kept.keep(name, state, kSafe);
+        case Probed::Verdict::dangerous: {
+            allowed[which.index] = probed[i].verdict == Probed::Verdict::safe;
+            const char verdict = allowed[which.index] ? kSafe : kDangerous;
+            kept.keep(which.name, which.state, verdict);
+            fresh.emplace_back(key(which), verdict);
             break;
-        case Probed::Verdict::dangerous:
-            kept.keep(name, state, kDangerous);
-            break;
+        }
         case Probed::Verdict::undecided:
-            Undecided::inThisProcess().add(state + name);
+            remembered.add(key(which), kUndecided);
             break;
         case Probed::Verdict::untried:
             complainOnce(probed[i].why);
         }
     }
-    kept.write();
+    // Silent: what cannot be kept is probed again at the next start, and nothing else is lost.
+    if (!fresh.empty() && !kept.write())
+        for (auto& [which, verdict] : fresh)
+            remembered.add(std::move(which), verdict);
     return allowed;
 }
 

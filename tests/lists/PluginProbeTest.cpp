@@ -1,6 +1,7 @@
 // What plug-ins do to the process that they are loaded into, they do to another one first.
 
 #include "lists/PluginDiscovery.h"
+#include "platform/foundation/LoadVerdicts.h"
 #include "tests/lists/PluginFolder.h"
 #include "tests/support/Waiting.h"
 
@@ -234,7 +235,35 @@ TEST_F(PluginProbe, DoesWithoutAPlaceToKeepVerdictsIn) {
     plugins.add("good-1.bundle", "TestPlugin");
     plugins.add("aborting-1.bundle", "TestPlugin");
     EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1"));
+    EXPECT_THAT(loaded(), UnorderedElementsAre("aborting-1", "good-1", "good-1"));
     EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1"));
+    EXPECT_THAT(loaded(), IsEmpty()) << "this process remembers by itself";
+}
+
+TEST_F(PluginProbe, RemembersWhoseNameCannotBeKept) {
+    plugins.add("aborting-1\n.bundle", "TestPlugin");
+    plugins.add("good-1\n.bundle", "TestPlugin");
+    EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1\n"));
+    EXPECT_EQ(loaded().count("aborting-1"), 1U);
+    EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1\n"));
+    EXPECT_THAT(loaded(), IsEmpty());
+}
+
+TEST_F(PluginProbe, KeepsNoMoreThanItReadsAgain) {
+    constexpr std::size_t most = std::size_t{4} << 20;
+    constexpr std::size_t lengthOfName = 100'000;
+    const fs::path file = plugins.root() / "file";
+    plugins.write(file, "no code");
+    std::vector<platform::LoadCandidate> candidates; // with more in their names than may be kept
+    while (candidates.size() * lengthOfName <= most)
+        candidates.push_back({"/" + std::to_string(candidates.size()) + std::string(lengthOfName, '/'), {file}});
+    const std::vector<bool> all(candidates.size(), true);
+    EXPECT_EQ(platform::mayBeLoaded(platform::ForeignCode::plugin, candidates), all);
+    EXPECT_LE(fs::file_size(kept()), most);
+    EXPECT_GT(fs::file_size(kept()), most - 2 * lengthOfName);
+    const fs::file_time_type written = fs::last_write_time(kept());
+    EXPECT_EQ(platform::mayBeLoaded(platform::ForeignCode::plugin, candidates), all);
+    EXPECT_EQ(fs::last_write_time(kept()), written) << "nothing was tried again";
 }
 
 TEST_F(PluginProbe, LoadsNothingUnknownWhenThereIsNoProcessToTryItIn) {
