@@ -216,6 +216,8 @@ std::vector<bool> mayBeLoaded(ForeignCode kind, const std::vector<LoadCandidate>
     std::vector<std::pair<std::string, char>> fresh;
     for (std::size_t i = 0; i < unknown.size(); ++i) {
         const Unknown& which = unknown[i];
+        // What has changed meanwhile may not be what was tried: it is refused this once.
+        if (stateOf(candidates[which.index]) != which.state) continue;
         switch (probed[i].verdict) {
         case Probed::Verdict::safe:
         case Probed::Verdict::dangerous: {

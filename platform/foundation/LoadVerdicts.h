@@ -18,8 +18,9 @@ struct LoadCandidate {
 ///
 /// A verdict is kept for as long as the files are what they were, and so are the probe, the system's libraries and the
 /// settings bundle, in "lumora/probed" of the user's cache. What stays undecided is refused until this process ends.
-/// What could not be tried is refused, and the first time in a process a line on standard error says why. Waits for the
-/// probe. Any thread.
+/// What changes while it is
+/// tried is refused this once. What could not be tried is refused, and the first time in a process a line on standard
+/// error says why. Waits for the probe. Any thread.
 [[nodiscard]] PLATFORM_EXPORT std::vector<bool>
 mayBeLoaded(ForeignCode kind, const std::vector<LoadCandidate>& candidates, const ProbeLimits& limits = {});
 

@@ -249,6 +249,14 @@ TEST_F(PluginProbe, RemembersWhoseNameCannotBeKept) {
     EXPECT_THAT(loaded(), IsEmpty());
 }
 
+TEST_F(PluginProbe, RefusesAPlugInThatChangesWhileItIsTried) {
+    plugins.add("touching-at-load-1.bundle", "TestPlugin");
+    EXPECT_THAT(discoverPlugins(false), IsEmpty());
+    EXPECT_THAT(discoverPlugins(false), IsEmpty());
+    EXPECT_EQ(loaded().size(), 2U) << "by the probe alone, each time";
+    EXPECT_THAT(keptText(), Not(HasSubstr("touching")));
+}
+
 TEST_F(PluginProbe, KeepsNoMoreThanItReadsAgain) {
     constexpr std::size_t most = std::size_t{4} << 20;
     constexpr std::size_t lengthOfName = 100'000;
