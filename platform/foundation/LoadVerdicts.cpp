@@ -3,6 +3,7 @@
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/HelperProgram.h"
 #include "platform/foundation/NSBundle.h"
+#include "platform/foundation/RegularFile.h"
 #include "platform/foundation/UserFolder.h"
 
 #include <array>
@@ -133,17 +134,14 @@ class KeptVerdicts {
         }
     }
     [[nodiscard]] std::string contents() const {
-        std::string bytes;
-        if (file_.is_relative()) return bytes; // of a user without a home
-        const int number = ::open(file_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+        if (file_.is_relative()) return {}; // of a user without a home
+        const RegularFile file(file_);
         struct stat facts {};
-        if (number >= 0 && ::fstat(number, &facts) == 0 && S_ISREG(facts.st_mode) && facts.st_uid == ::geteuid() &&
-            (facts.st_mode & 0077) == 0 && facts.st_size <= off_t(kLargest)) {
-            bytes.resize(std::size_t(facts.st_size));
-            if (::read(number, bytes.data(), bytes.size()) != facts.st_size) bytes.clear();
-        }
-        if (number >= 0) ::close(number);
-        return bytes;
+        if (!file || ::fstat(file.descriptor(), &facts) != 0 || facts.st_uid != ::geteuid() ||
+            (facts.st_mode & 0077) != 0 || file.size() > kLargest)
+            return {};
+        std::string bytes(file.size(), '\0');
+        return file.read(0, bytes.data(), bytes.size()) ? bytes : std::string();
     }
 
     fs::path file_;
