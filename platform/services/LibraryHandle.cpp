@@ -25,11 +25,11 @@ OpenLibraries& all() {
 
 } // namespace
 
-LibraryHandle openLibrary(std::string_view fixedPath) {
+LibraryHandle openLibrary(std::string_view fixedPath, const ProbeLimits& limits) {
     const std::filesystem::path path = devicePath(fixedPath);
     // Silent, here and below: a library of somebody else's may be missing or no good, and a list without it is all that
     // the user is to see.
-    if (!mayBeLoaded(ForeignCode::applicationList, {{path, {path}}}).front()) return {};
+    if (!mayBeLoaded(ForeignCode::applicationList, {{path, {path}}}, limits).front()) return {};
     return openUntriedLibrary(path);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Export.h"
+#include "platform/foundation/LoadProbe.h"
 
 #include <filesystem>
 #include <string_view>
@@ -38,8 +39,9 @@ class PLATFORM_EXPORT LibraryHandle {
 };
 
 /// Loads a library from its path under the device root, binding its functions when they are first called. An empty
-/// handle when there is none, it cannot be loaded, or it would end this process: it is tried in another one first.
-[[nodiscard]] PLATFORM_EXPORT LibraryHandle openLibrary(std::string_view fixedPath);
+/// handle when there is none, it cannot be loaded, or it would end this process or hold it up: it is tried in another
+/// one first.
+[[nodiscard]] PLATFORM_EXPORT LibraryHandle openLibrary(std::string_view fixedPath, const ProbeLimits& limits = {});
 
 /// The same for a process that is there to find out what the library does to it.
 [[nodiscard]] PLATFORM_EXPORT LibraryHandle openUntriedLibrary(const std::filesystem::path& path);

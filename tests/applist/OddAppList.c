@@ -1,11 +1,13 @@
 /* An application-list library that is not as it should be: its texts and icons are bad, and it would call a function
  * that no library has. ODD_APPLIST, when it is loaded, adds a fault to the class: it may have another "version", no
  * "list", or no function for that ("class") or for anything else ("entries"), or end its process when it is
- * loaded ("load"), asked for its list ("shared"), applications ("applications") or an icon ("icon"). */
+ * loaded ("load"), asked for its list ("shared"), applications ("applications") or an icon ("icon"), or hang or loop
+ * then ("hanging-load", "looping-load"). */
 #include "applist/AppList.h"
 
 #include <stdlib.h>
 #include <string.h>
+#include <unistd.h>
 
 #define EXPORT __attribute__((visibility("default")))
 
@@ -18,13 +20,21 @@ struct ALSharedList {
 
 static ALSharedList list;
 
-static void end(const char* moment) {
+static void misbehave(const char* moment) {
     const char* oddity = getenv("ODD_APPLIST");
-    if (oddity && strcmp(oddity, moment) == 0) abort();
+    if (!oddity) return;
+    const char* dash = strchr(oddity, '-');
+    if (strcmp(dash ? dash + 1 : oddity, moment) != 0) return;
+    volatile int forever = 1;
+    while (strncmp(oddity, "looping-", 8) == 0 && forever) {
+    }
+    while (strncmp(oddity, "hanging-", 8) == 0 && forever)
+        pause();
+    abort();
 }
 
 static ALSharedList* sharedList(void) {
-    end("shared");
+    misbehave("shared");
     return &list;
 }
 
@@ -34,7 +44,7 @@ static ALSharedList* noList(void) {
 
 static void applications(ALSharedList* self, ALApplicationVisitor visit, void* context) {
     (void)self;
-    end("applications");
+    misbehave("applications");
     visit(NULL, "no identifier", context);
     visit("", "an empty identifier", context);
     visit("no.name", NULL, context);
@@ -51,7 +61,7 @@ static void icon(ALSharedList* self, double size, double scale, const char* iden
     (void)self;
     (void)size;
     (void)scale;
-    end("icon");
+    misbehave("icon");
     if (strcmp(identifier, "null") == 0) visit(NULL, 100, context);
     if (strcmp(identifier, "empty") == 0) visit(text, 0, context);
     if (strcmp(identifier, "text") == 0) visit(text, sizeof text, context);
@@ -73,7 +83,7 @@ ALApplicationListClass ALApplicationList = {AL_APPLICATION_LIST_VERSION, sharedL
 __attribute__((constructor)) static void takeOddity(void) {
     const char* oddity = getenv("ODD_APPLIST");
     if (!oddity) return;
-    end("load");
+    misbehave("load");
     if (strcmp(oddity, "version") == 0) ALApplicationList.version = AL_APPLICATION_LIST_VERSION + 1;
     if (strcmp(oddity, "list") == 0) ALApplicationList.sharedApplicationList = noList;
     if (strcmp(oddity, "class") == 0) ALApplicationList.sharedApplicationList = NULL;

@@ -2,8 +2,10 @@
 
 #include "tests/services/InstalledLibrary.h"
 
+#include <chrono>
 #include <fstream>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace {
@@ -54,6 +56,20 @@ TEST_F(LibraryHandles, AreEmptyForALibraryThatEndsItsProcessUntilThereIsAnother)
     std::filesystem::remove(file);
     install(ODD_APPLIST);
     EXPECT_TRUE(openLibrary(appListPath));
+}
+
+TEST_F(LibraryHandles, AreEmptyForALibraryThatTakesTooLongForThisProcess) {
+    using namespace std::chrono_literals;
+    for (const std::string moment : {"hanging-shared", "hanging-icon", "looping-load", "looping-applications"}) {
+        const bool hangs = moment.starts_with("hanging");
+        const platform::ProbeLimits limits{hangs ? 1s : 60s, hangs ? 60s : 1s};
+        std::filesystem::remove(file);
+        install(ODD_APPLIST);
+        setenv("ODD_APPLIST", moment.c_str(), 1);
+        EXPECT_FALSE(openLibrary(appListPath, limits)) << moment;
+        unsetenv("ODD_APPLIST");
+        EXPECT_FALSE(openLibrary(appListPath)) << moment << ", without another try";
+    }
 }
 
 TEST_F(LibraryHandles, AreCounted) {
