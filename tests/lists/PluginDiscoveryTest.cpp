@@ -29,15 +29,8 @@ using testing::ElementsAreArray;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
+using tests::namesOf;
 namespace fs = std::filesystem;
-
-std::vector<std::string> namesOf(const std::vector<lumora::Plugin>& plugins) {
-    std::vector<std::string> names;
-    names.reserve(plugins.size());
-    for (const lumora::Plugin& plugin : plugins)
-        names.push_back(plugin.name().value_or("nil"));
-    return names;
-}
 
 /// Why bundles cannot be used, as whoever asks is told; empty for one that can be.
 std::vector<std::string> reasonsOf(const std::vector<fs::path>& bundles) {

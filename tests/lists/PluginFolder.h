@@ -1,10 +1,12 @@
 #pragma once
 
+#include "lists/PluginDiscovery.h"
 #include "tests/support/DeviceFolder.h"
 
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace tests {
 
@@ -37,5 +39,14 @@ class PluginFolder {
   private:
     DeviceFolder device_;
 };
+
+/// What plug-ins call themselves.
+inline std::vector<std::string> namesOf(const std::vector<lumora::Plugin>& plugins) {
+    std::vector<std::string> names;
+    names.reserve(plugins.size());
+    for (const lumora::Plugin& plugin : plugins)
+        names.push_back(plugin.name().value_or("nil"));
+    return names;
+}
 
 } // namespace tests

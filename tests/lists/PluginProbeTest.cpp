@@ -26,20 +26,13 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::UnorderedElementsAre;
+using tests::namesOf;
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
 std::function<void()>& beforeUnloading() {
     static std::function<void()> call;
     return call;
-}
-
-std::vector<std::string> namesOf(const std::vector<lumora::Plugin>& plugins) {
-    std::vector<std::string> names;
-    names.reserve(plugins.size());
-    for (const lumora::Plugin& plugin : plugins)
-        names.push_back(plugin.name().value_or("nil"));
-    return names;
 }
 
 /// Short enough for a test of what hangs, and for a slow machine long enough for what does not.
