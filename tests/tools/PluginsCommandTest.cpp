@@ -98,6 +98,15 @@ TEST_F(PluginsCommand, SaysWhyOthersAreSkippedAndFails) {
                       HasSubstr("Torn.bundle         skipped: "), HasSubstr("cut short\n")));
 }
 
+TEST_F(PluginsCommand, SaysTheWholeReason) {
+    std::string folder;
+    for (int i = 0; i < 30; ++i)
+        folder += "Grüße";
+    fs::resize_file(plugins.add(folder + ".bundle", "TestPlugin") / "Code", 5000);
+    const Value why = told(folder + ".bundle")["skipped"];
+    EXPECT_THAT(std::string(*why.text()), AllOf(HasSubstr(folder + ".bundle/Code"), HasSubstr("it is cut short")));
+}
+
 TEST_F(PluginsCommand, SaysWhyAPageOfAnotherMakeIsNotUsed) {
     plugins.add("other-tag-1.bundle", "TestPlugin");
     const Value entry = told("other-tag-1.bundle");

@@ -35,16 +35,20 @@ std::string plain(const std::string& printed) {
     return text;
 }
 
+/// A text of a probe or of the file system, whole if it is one.
+std::string whole(const std::string& text) {
+    return platform::isUtf8(text) ? text : plain(text);
+}
+
 /// What the probe has found out about an entry of the folder.
 Dictionary toldOf(const fs::path& entry, const Probed* probed) {
-    const std::string name = entry.filename().string();
-    Dictionary told{{"entry", platform::isUtf8(name) ? name : plain(name)}};
+    Dictionary told{{"entry", whole(entry.filename().string())}};
     if (!probed) {
         told.set("skipped", R"(not a bundle: its extension is not "bundle")");
     } else {
         for (const auto& [key, value] : probed->told)
             told.set(key, value);
-        if (probed->verdict != Probed::Verdict::safe) told.set("skipped", plain(probed->why));
+        if (probed->verdict != Probed::Verdict::safe) told.set("skipped", whole(probed->why));
         if (const std::string text = plain(probed->printed); !text.empty()) told.set("prints", text);
     }
     return told;
