@@ -92,7 +92,7 @@ void Navigation::run(const std::function<void(Navigation&)>& work) {
     std::string fault = faultOf([&] { work(*this); });
     while (!fault.empty() && !pages_.empty()) {
         std::cerr << "lumora-settings: the page " << pages_.back().className << " fails: " << fault << std::endl;
-        if (pages_.size() == 1) return;
+        if (pages_.size() == 1) return publish(); // not as if it were still being opened
         pages_.pop_back();
         fault = faultOf([this] { appear(true); });
     }

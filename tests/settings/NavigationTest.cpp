@@ -148,6 +148,19 @@ TEST_F(NavigationTest, ClosesAPageThatThrowsLaterOnButNotTheFirst) {
               "lumora-settings: the page RowsPage fails: no more\n");
 }
 
+TEST_F(NavigationTest, ShowsTheFirstPageAsItWasWhenItThrowsAtItsReturn) {
+    FaultyPage::fault = "";
+    ASSERT_TRUE(navigation.open(NSClassFromString("FaultyPage"), "Faulty"));
+    ASSERT_TRUE(navigation.open(NSClassFromString("RowsPage"), "Rows"));
+    FaultyPage::fault = "appearance";
+    testing::internal::CaptureStderr();
+    navigation.run([this](Navigation&) { navigation.back(top().id); });
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "lumora-settings: the page FaultyPage fails: no page today\n");
+    FaultyPage::fault = "";
+    EXPECT_EQ(depth(), 1U);
+    EXPECT_FALSE(shown.back().opening);
+}
+
 TEST_F(NavigationTest, GivesAPageTheTitleAndTheRowThatOpenedIt) {
     openRoot();
     tap(RowsPage::Options);
