@@ -1,5 +1,6 @@
 #include "settings/host/Navigation.h"
 
+#include "platform/foundation/Unicode.h"
 #include "platform/preferences/PSListItemsController.h"
 #include "settings/host/ComposerSnapshotOf.h"
 #include "settings/host/SnapshotOf.h"
@@ -54,6 +55,11 @@ std::string faultOf(const std::function<void()>& work) {
     }
 }
 
+/// Both texts may be a stranger's.
+void complain(const std::string& className, const char* ofWhat, const std::string& fault) {
+    std::cerr << "lumora-settings: the page " << printable(className) << ofWhat << printable(fault) << std::endl;
+}
+
 bool isField(const PSSpecifier& row) {
     return row.cellType() == PSEditTextCell || row.cellType() == PSSecureEditTextCell;
 }
@@ -80,7 +86,7 @@ bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifi
         appear(pages_.size() > 1);
     });
     if (!fault.empty()) {
-        std::cerr << "lumora-settings: the page " << pageClass->name << " does not open: " << fault << std::endl;
+        complain(pageClass->name, " does not open: ", fault);
         pages_.erase(pages_.begin() + std::ptrdiff_t(depth), pages_.end());
     }
     if (pages_.size() > depth) return true;
@@ -91,7 +97,7 @@ bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifi
 void Navigation::run(const std::function<void(Navigation&)>& work) {
     std::string fault = faultOf([&] { work(*this); });
     while (!fault.empty() && !pages_.empty()) {
-        std::cerr << "lumora-settings: the page " << pages_.back().className << " fails: " << fault << std::endl;
+        complain(pages_.back().className, " fails: ", fault);
         if (pages_.size() == 1) return publish(); // not as if it were still being opened
         pages_.pop_back();
         fault = faultOf([this] { appear(true); });

@@ -161,6 +161,21 @@ TEST_F(NavigationTest, ShowsTheFirstPageAsItWasWhenItThrowsAtItsReturn) {
     EXPECT_FALSE(shown.back().opening);
 }
 
+TEST_F(NavigationTest, KeepsNamesAndWordsOfStrangersFromSteeringTheTerminal) {
+    const ClassRecord stranger{"Clear\x1B[2J", []() -> std::shared_ptr<NSObject> { return make<FaultyPage>(); }};
+    const std::string name = "Clear\uFFFD[2J";
+    FaultyPage::fault = "";
+    ASSERT_TRUE(navigation.open(&stranger, ""));
+    testing::internal::CaptureStderr();
+    navigation.run([](Navigation&) { throw std::runtime_error("\x1B]0;title\x07"); });
+    FaultyPage::fault = "init";
+    navigation.open(&stranger, "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "lumora-settings: the page " + name + " fails: \uFFFD]0;title\uFFFD\n" + "lumora-settings: the page " +
+                  name + " does not open: no page today\n");
+    FaultyPage::fault = "";
+}
+
 TEST_F(NavigationTest, GivesAPageTheTitleAndTheRowThatOpenedIt) {
     openRoot();
     tap(RowsPage::Options);
