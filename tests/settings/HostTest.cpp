@@ -3,6 +3,7 @@
 #include "link/Notify.h"
 #include "platform/foundation/NSCondition.h"
 #include "platform/foundation/NSKeyedArchiver.h"
+#include "tests/support/Deadline.h"
 #include "tests/support/DeviceFolder.h"
 #include "tests/support/PortsFolder.h"
 #include "tests/support/ServedPort.h"
@@ -70,6 +71,7 @@ TEST(Host, TellsAPageThatWaitsForAnAnswerFromOneThatTakesItsTime) {
     isAnswered = true;
     answered.signal();
     answered.unlock();
+    const tests::Deadline deadline("the end of a wait for an answer that has come");
     page.join();
     EXPECT_EQ(whatBlocks("Slow"), itself);
 }
