@@ -283,9 +283,14 @@ TEST_F(PluginProbe, LoadsNothingUnknownWhenThereIsNoProcessToTryItIn) {
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_THAT(found, ElementsAre("good-1"));
     EXPECT_THAT(again, ElementsAre("good-1"));
-    EXPECT_THAT(said,
-                HasSubstr("lumora: plug-ins and the application list are left out, because it could not be tried"));
-    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+    static bool hasComplained = false; // which happens once in a process
+    if (!std::exchange(hasComplained, true)) {
+        EXPECT_THAT(said,
+                    HasSubstr("lumora: plug-ins and the application list are left out, because it could not be tried"));
+        EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+    } else {
+        EXPECT_EQ(said, "");
+    }
     EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1", "new-1")) << "as soon as there is one";
 }
 
