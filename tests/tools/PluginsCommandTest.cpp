@@ -114,6 +114,13 @@ TEST_F(PluginsCommand, SaysWhyAPageOfAnotherMakeIsNotUsed) {
     EXPECT_THAT(*entry["why"].text(), StartsWith("it was made with kit 0, another compiler"));
 }
 
+TEST_F(PluginsCommand, KnowsHowAPlugInEndsWhereTheEndsOfChildrenAreIgnored) {
+    const std::string bundle = plugins.add("aborting-1.bundle", "TestPlugin").string();
+    const Finished finished = run({"/usr/bin/env", "--ignore-signal=CHLD", LUMORACTL, "plugins", bundle});
+    EXPECT_EQ(finished.status, 1);
+    EXPECT_THAT(finished.output, HasSubstr("it crashes: Aborted"));
+}
+
 TEST_F(PluginsCommand, ReportsAPlugInThatCrashes) {
     EXPECT_THAT(skipped("aborting"), HasSubstr("it crashes: Aborted"));
 }

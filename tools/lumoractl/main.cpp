@@ -14,6 +14,7 @@
 #include <CLI/CLI.hpp>
 
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -235,5 +236,6 @@ class CommandLine {
 } // namespace lumora
 
 int main(int count, char** words) {
+    std::signal(SIGCHLD, SIG_DFL); // whoever starts this may ignore it, and then no child's end could be known
     return lumora::CommandLine().run(count, words);
 }
