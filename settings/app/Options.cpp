@@ -53,7 +53,7 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     grab->excludes(tour, rows);
     tour->excludes(rows);
     app.add_option("--timeout", options.timeout,
-                   "How long --rows, and each page of --grab and --tour, may take (default: 10)")
+                   "How long --rows, and each page of --grab and --tour, may take (default: 30)")
         ->type_name("SECONDS")
         ->check(CLI::Range(0.001, 86400.0));
     auto* lightFlag = app.add_flag("--light", light, "Light colours, whatever the desktop's setting");

@@ -17,7 +17,7 @@ struct Options {
     std::optional<std::filesystem::path> grab;
     std::optional<std::filesystem::path> tour;
     std::optional<std::string> rows;
-    double timeout = 10; ///< seconds
+    double timeout = 30; ///< seconds; a plug-in that never answers takes 10 of them at each start
     std::optional<bool> dark;
     std::optional<int> textSize; ///< in percent
     platform::CGSize size{390, 844};
