@@ -61,7 +61,7 @@ void Shell::launch(Launch launch, std::function<void(const std::string&)> failed
 void Shell::post(std::function<void(Navigation&)> work, std::function<void()> done) {
     setBusy(+1);
     host_.post([this, work = std::move(work), done = std::move(done)](Navigation& navigation) {
-        work(navigation);
+        navigation.run(work); // what it throws must not keep the window waiting
         QMetaObject::invokeMethod(
             this,
             [this, done] {
