@@ -46,7 +46,7 @@ class Case(Limited):
         self.settings_file = os.path.join(self.folder, "settings.plist")
         self.client = Client(self.ports, LONG_ENOUGH)  # this machine may be busy
         self.environment = {**{name: value for name, value in os.environ.items() if not name.startswith("LUMORA_")},
-                            "LUMORA_PORTS": self.ports}
+                            "LUMORA_PORTS": self.ports, "XDG_CACHE_HOME": self.folder + "/cache"}
 
     def start(self, *command, **options):
         """A program that runs until the test ends; what it says on standard error is in .errors.text, unless

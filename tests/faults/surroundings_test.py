@@ -350,7 +350,6 @@ class PluginTest(Case):
         super().setUp()
         self.root = os.path.join(self.folder, "root")
         shutil.copytree(ROOT, self.root, symlinks=True)
-        self.environment["XDG_CACHE_HOME"] = os.path.join(self.folder, "cache")
         self.start_tweak()
 
     def add(self, name):

@@ -99,7 +99,6 @@ class ProgramsTest(Programs):
 
     def test_starts_again_after_it_was_started_on_a_full_disk(self):
         self.start_tweak()
-        self.environment["XDG_CACHE_HOME"] = self.folder + "/cache"
         full = ["sh", "-c", "trap '' XFSZ; ulimit -f 4; exec \"$@\"", "sh"]
         for command in (full, []):
             started = subprocess.run(command + [program("lumora-settings"), "--root", ROOT, "--grab", "/dev/null"],

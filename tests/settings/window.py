@@ -154,7 +154,7 @@ class Programs(Limited):
             **{name: value for name, value in os.environ.items()
                if not name.startswith(("QT_", "QSG_", "LUMORA_", "WAYLAND", "DBUS_"))},
             "DISPLAY": self.display.name, "LUMORA_PORTS": os.path.join(self.folder, "ports"),
-            "XDG_RUNTIME_DIR": self.folder,
+            "XDG_RUNTIME_DIR": self.folder, "XDG_CACHE_HOME": self.folder + "/cache",
         }
         os.mkdir(self.environment["LUMORA_PORTS"], 0o700)
 
