@@ -114,8 +114,8 @@ std::optional<std::string> SettingsStore::change(const std::string& key, const V
     const Result<Data> bytes = platform::writePropertyList(changed);
     if (!bytes) return inQuotes(key) + " cannot be kept: " + bytes.error();
     if (bytes.value().size() > largest_)
-        return inQuotes(key) + " cannot be kept: the settings would take more than " +
-               std::to_string(largest_ >> 20U) + " MiB";
+        return inQuotes(key) + " cannot be kept: the settings would take more than " + std::to_string(largest_ >> 20U) +
+               " MiB";
     if (!fitsAnAnswer(changed))
         return inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more";
     if (auto failed = file_->replace(bytes.value())) return failed;

@@ -44,7 +44,7 @@ class SettingsStore {
     SettingsStore(std::unique_ptr<SettingsFile> file, platform::Dictionary changed, std::size_t largest);
 
     std::unique_ptr<SettingsFile> file_;
-    std::size_t largest_; ///< that the settings may become, in bytes
+    std::size_t largest_;         ///< that the settings may become, in bytes
     mutable std::mutex changing_; ///< guards what follows, and one change at a time holds it
     platform::Dictionary changed_;
 };

@@ -159,7 +159,8 @@ It answers the messages "requestTweakSettings" and "updateSettings" on the ports
 $LUMORA_PORTS, else $XDG_RUNTIME_DIR, else /run/user/UID, else /tmp/lumora-UID, and says on standard output
 when it is ready. SIGTERM and SIGINT end it once the change in hand is on disk.)",
                  "lumora-tweak");
-    app.footer(R"(A change that a setting cannot have is refused, with a line on standard error, and so is one that would
+    app.footer(
+        R"(A change that a setting cannot have is refused, with a line on standard error, and so is one that would
 make the settings larger than 4 MiB. Keys that are not Lumora's own belong to plug-ins and are kept like
 any other. A settings file that holds no settings is renamed to FILE.unreadable, never overwritten.
 
