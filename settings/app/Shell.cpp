@@ -22,6 +22,8 @@ constexpr auto kNoticeable = 200ms;
 /// A message has 1.0 s to be sent and 1.0 s to be answered; after both no answer can come.
 constexpr auto kBothTimeOuts = 2000ms;
 constexpr auto kSpare = 200ms;
+/// A page may work that long, as when a few plug-ins are probed that do not answer.
+constexpr auto kWorkAtMost = 30s;
 /// Somewhat longer than sending a message may take.
 constexpr std::chrono::milliseconds kMailAtMost = 130s;
 
@@ -37,12 +39,8 @@ Shell::Shell()
           QMetaObject::invokeMethod(
               this, [this, stack = std::move(stack)] { take(stack); }, Qt::QueuedConnection);
       })) {
-    grace_.setSingleShot(true);
-    grace_.setInterval(kNoticeable);
-    connect(&grace_, &QTimer::timeout, this, [this] { setPatience(Patience::waiting); });
-    timeOuts_.setSingleShot(true);
-    timeOuts_.setInterval(kBothTimeOuts + kSpare);
-    connect(&timeOuts_, &QTimer::timeout, this, [this] { setPatience(Patience::over); });
+    looks_.setInterval(kNoticeable);
+    connect(&looks_, &QTimer::timeout, this, &Shell::look);
 }
 
 void Shell::launch(Launch launch, std::function<void(const std::string&)> failed) {
@@ -91,13 +89,13 @@ QString Shell::waitingTitle() const {
 }
 
 QString Shell::waitingHeadline() const {
-    if (!opening_)
+    if (!asksTweak_)
         return lost() ? tr("%1 does not go on").arg(waitingTitle()) : tr("Waiting for %1").arg(waitingTitle());
     return lost() ? tr("Lumora did not answer") : tr("Waiting for Lumora");
 }
 
 QString Shell::waitingText() const {
-    if (!opening_) return lost() ? tr("You can go on waiting, or restart Settings.") : QString();
+    if (!asksTweak_) return lost() ? tr("You can go on waiting, or restart Settings.") : QString();
     if (lost()) {
         return tr("Both time-outs of “requestTweakSettings” are over: no answer can come any more, and “%1” cannot "
                   "open. "
@@ -146,8 +144,7 @@ void Shell::leave() {
 
 void Shell::pretendWaiting(std::optional<Opening> opening, bool lost) {
     opening_ = std::move(opening);
-    patience_ = !opening_ ? Patience::fresh : lost ? Patience::over : Patience::waiting;
-    emit waitingChanged();
+    setPatience(!opening_ ? Patience::fresh : lost ? Patience::over : Patience::waiting, opening_.has_value());
 }
 
 void Shell::pretendComposing(std::shared_ptr<const ComposerSnapshot> composer) {
@@ -212,18 +209,27 @@ void Shell::setBusy(int change) {
     const bool queues = change > 0 && workUnderWay_ > 0;
     workUnderWay_ += change;
     if (queues) return;
-    setPatience(Patience::fresh);
-    if (workUnderWay_ > 0) {
-        grace_.start();
-        timeOuts_.start();
-    } else {
-        grace_.stop();
-        timeOuts_.stop();
-    }
+    setPatience(Patience::fresh, false);
+    since_.start();
+    if (workUnderWay_ > 0)
+        looks_.start();
+    else
+        looks_.stop();
 }
 
-void Shell::setPatience(Patience patience) {
-    if (std::exchange(patience_, patience) != patience) emit waitingChanged();
+/// A page may work before it asks the tweak, and afterwards.
+void Shell::look() {
+    const bool asks = waitsForTweak();
+    if (asks != asksTweak_) since_.start();
+    const std::chrono::milliseconds atMost = asks ? kBothTimeOuts + kSpare : kWorkAtMost;
+    setPatience(since_.hasExpired(atMost.count()) ? Patience::over : Patience::waiting, asks);
+}
+
+void Shell::setPatience(Patience patience, bool asksTweak) {
+    const bool changes = patience != patience_ || asksTweak != asksTweak_;
+    patience_ = patience;
+    asksTweak_ = asksTweak;
+    if (changes) emit waitingChanged();
 }
 
 } // namespace settings

@@ -5,6 +5,7 @@
 #include "settings/app/PageModel.h"
 #include "settings/host/Host.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QSizeF>
 #include <QTimer>
@@ -53,7 +54,8 @@ class Shell : public QObject, private Events {
 
     /// The main thread has been busy with one thing for longer than one notices.
     [[nodiscard]] bool waiting() const { return patience_ != Patience::fresh; }
-    /// It has been busy for so long that no answer of the tweak's can come any more.
+    /// It has waited for the tweak for so long that no answer can come any more; or it has worked at something for
+    /// longer than is to be expected.
     [[nodiscard]] bool lost() const { return patience_ == Patience::over; }
     [[nodiscard]] QString waitingTitle() const;
     [[nodiscard]] QString waitingHeadline() const;
@@ -103,15 +105,17 @@ class Shell : public QObject, private Events {
     void take(const StackSnapshot& stack);
     [[nodiscard]] bool isComposing() const { return topPage() && topPage()->composer; }
     void setBusy(int change);
-    void setPatience(Patience patience);
+    void look();
+    void setPatience(Patience patience, bool asksTweak);
 
     Host& host_;
     std::vector<PageModel*> pages_;
     std::optional<Opening> opening_;
     int workUnderWay_ = 0;
     Patience patience_ = Patience::fresh;
-    QTimer grace_;
-    QTimer timeOuts_;
+    bool asksTweak_ = false; ///< the main thread waits for the tweak, as it does not while it works
+    QTimer looks_;
+    QElapsedTimer since_; ///< the main thread has worked, or has waited for the tweak
     bool dark_ = false;
     int textSize_ = 100;
     bool animated_ = true;

@@ -36,9 +36,12 @@ Result<bool> openBundle(Navigation& navigation, const Launch& launch) {
 
 } // namespace
 
+bool waitsForTweak() {
+    return platform::NSCondition::waiting() > 0; // nothing else in a page waits on a condition
+}
+
 std::string whatBlocks(const std::string& page) {
-    // Nothing else in a page waits on a condition.
-    if (platform::NSCondition::waiting() > 0) return "the tweak to answer \"requestTweakSettings\"";
+    if (waitsForTweak()) return "the tweak to answer \"requestTweakSettings\"";
     return "the page \"" + page + "\", which is not ready yet";
 }
 

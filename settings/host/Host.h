@@ -17,6 +17,9 @@ struct Launch {
     platform::CGSize contentSize; ///< in points, of what is under the navigation bar
 };
 
+/// Whether the main thread waits for the tweak's answer just now. Any thread.
+[[nodiscard]] bool waitsForTweak();
+
 /// What the main thread is at while that page does not come, to be told behind "timed out waiting for": the tweak's
 /// answer, or the page itself. Any thread.
 [[nodiscard]] std::string whatBlocks(const std::string& page);

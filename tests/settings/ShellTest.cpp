@@ -1,6 +1,8 @@
 #include "settings/app/Shell.h"
 
-#include "tests/support/Waiting.h"
+#include "platform/foundation/NSCondition.h"
+#include "platform/preferences/PSListController.h"
+#include "tests/support/Deadline.h"
 
 #include <QCoreApplication>
 
@@ -55,6 +57,43 @@ TEST_F(ShellTest, GoesOnBehindAPageThatThrows) {
     shell.post([](Navigation&) { throw std::runtime_error("no more"); }, [&isDone] { isDone = true; });
     EXPECT_TRUE(comesTrue([&isDone] { return isDone; }));
     EXPECT_FALSE(shell.waiting());
+}
+
+class SlowPage : public platform::PSListController {
+  public:
+    static inline std::promise<void> worked;
+    static inline platform::NSCondition answer;
+    static inline bool isAnswered = false;
+
+    bool init() override {
+        tests::awaited(worked.get_future(), "the end of the page's work");
+        answer.lock();
+        while (!isAnswered)
+            answer.wait();
+        answer.unlock();
+        return false;
+    }
+};
+PLATFORM_CLASS(SlowPage)
+
+TEST_F(ShellTest, TellsAPageThatWorksFromOneThatWaitsForTheTweakAndGivesUpTheLatterAlone) {
+    SlowPage::worked = {};
+    SlowPage::isAnswered = false;
+    const tests::Deadline deadline("the end of the opening of a page");
+    shell.post([](Navigation& navigation) { navigation.open(platform::NSClassFromString("SlowPage"), "Slow"); });
+    EXPECT_TRUE(comesTrue([this] { return shell.waiting(); }));
+    EXPECT_EQ(shell.waitingHeadline(), "Waiting for Slow");
+    EXPECT_EQ(shell.waitingText(), "");
+    SlowPage::worked.set_value();
+    EXPECT_TRUE(comesTrue([this] { return shell.waitingHeadline() == "Waiting for Lumora"; }));
+    EXPECT_FALSE(shell.lost()) << "the tweak has only just been asked";
+    EXPECT_TRUE(comesTrue([this] { return shell.lost(); }));
+    EXPECT_EQ(shell.waitingHeadline(), "Lumora did not answer");
+    SlowPage::answer.lock();
+    SlowPage::isAnswered = true;
+    SlowPage::answer.signal();
+    SlowPage::answer.unlock();
+    EXPECT_TRUE(comesTrue([this] { return !shell.waiting(); }));
 }
 
 } // namespace
