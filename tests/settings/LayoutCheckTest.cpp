@@ -2,7 +2,6 @@
 
 #include <QAccessible>
 #include <QDeadlineTimer>
-#include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -22,17 +21,7 @@ namespace {
 /// A window of 200 × 400 points with something in it.
 class LayoutCheck : public testing::Test {
   protected:
-    static void SetUpTestSuite() {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        qputenv("QT_QUICK_BACKEND", "software");
-        static int count = 1;
-        static char name[] = "layout_check";
-        static char* arguments[] = {name, nullptr};
-        // Never destroyed: assistive tools are told nothing of a second one.
-        static const auto* const application = new QGuiApplication(count, arguments);
-        static_cast<void>(application);
-        QAccessible::setActive(true);
-    }
+    static void SetUpTestSuite() { QAccessible::setActive(true); }
 
     std::vector<std::string> faultsOf(const char* contents) {
         QQmlComponent component(&engine_);

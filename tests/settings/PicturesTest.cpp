@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFontDatabase>
-#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <QProcess>
@@ -226,11 +225,6 @@ struct Rows {
 class NearlyTheSamePictures : public testing::Test {
   protected:
     static void SetUpTestSuite() {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        static int count = 1;
-        static char* arguments[] = {nullptr};
-        static const auto* const application = new QGuiApplication(count, arguments); // outlives all that it knows of
-        ASSERT_NE(application, nullptr);
         ASSERT_NE(QFontDatabase::addApplicationFont(QStringLiteral(LUMORA_SOURCE "/tests/fonts/Inter.otc")), -1);
     }
     static int unlike(const Rows& before, const Rows& now, Held held = Held::nearly) {
