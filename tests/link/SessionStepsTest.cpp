@@ -9,6 +9,7 @@
 #include <ctime>
 #include <future>
 #include <gtest/gtest.h>
+#include <memory>
 
 using namespace lumora;
 using namespace platform;
@@ -67,13 +68,13 @@ struct SessionSteps : testing::Test {
     }
     /// Starts it on a thread that stands for the main thread, because it blocks. The request has been sent.
     std::future<bool> startBlocking(ReplyBlock& held) {
-        std::promise<void> sent;
-        whenSent = [&](const Message& message) {
+        const auto sent = std::make_shared<std::promise<void>>(); // the session's thread may be in it for longer
+        whenSent = [&held, sent](const Message& message) {
             held = message.reply;
-            sent.set_value();
+            sent->set_value();
         };
         auto creation = std::async(std::launch::async, [this] { return session.start(); });
-        sent.get_future().wait();
+        sent->get_future().wait();
         return creation;
     }
     /// The one thing about time: what must not happen is given a chance to.

@@ -57,6 +57,7 @@ TEST_F(SettingsSessionTest, StartsAgainAtOnceWithWhatItHoldsAndItsChanges) {
     EXPECT_EQ(tweak.requests(2).size(), 2U) << "it asks all the same";
     EXPECT_EQ(session.settings(), (Dictionary{{"kSleepTime", 45}, {"kTweakEnabled", true}}));
     release.set_value();
+    waitUntilRepliesLanded(); // before what the answer looks at is gone
 }
 
 TEST_F(SettingsSessionTest, LetsALateReplyReplaceEverything) {
