@@ -6,6 +6,7 @@
 // Ends with 0 when there is nothing to print, 1 when there is, 2 when the tour has come to no end. The tweak is
 // whichever has the ports.
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/services/PictureDecoder.h"
 #include "settings/app/Pictures.h"
 #include "settings/host/Host.h"
 #include "tests/settings/layout/LayoutCheck.h"
@@ -124,6 +125,7 @@ int fail(const std::string& why) {
 } // namespace
 
 int main(int argc, char** argv) {
+    platform::PicturePatience::makeEndless(); // so that a row has its icon in each picture
     if (argc != 4) return fail("takes a device root, a folder and a text size");
     platform::setDeviceRoot(argv[1]);
     QGuiApplication application(argc, argv);
