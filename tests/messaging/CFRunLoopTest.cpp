@@ -1,5 +1,6 @@
 #include "platform/messaging/CFRunLoop.h"
 #include "platform/messaging/CFMessagePort.h"
+#include "tests/support/Deadline.h"
 #include "tests/support/PortsFolder.h"
 #include "tests/support/ServedPort.h"
 
@@ -40,6 +41,7 @@ TEST(CFRunLoop, LetsGoOfItsPortsWhenItIsStopped) {
 }
 
 TEST(CFRunLoop, ServesSeveralPorts) {
+    const Deadline deadline("the run loop of two ports");
     const PortsFolder folder;
     std::promise<CFRunLoopRef> ready;
     std::thread server([&ready] {
@@ -62,6 +64,7 @@ TEST(CFRunLoop, ServesSeveralPorts) {
 }
 
 TEST(CFRunLoop, CanBeStoppedFromACallout) {
+    const Deadline deadline("the run loop that a callout stops");
     const PortsFolder folder;
     std::thread server([port = CFMessagePortCreateLocal("last", [](auto&, auto, const auto& body) {
                             CFRunLoopStop(CFRunLoopGetCurrent());

@@ -88,7 +88,7 @@ TEST(CFMessagePortSendRequest, TimesOutReceivingHalfAReply) {
         auto reply = frameWith(bytes("never whole"));
         reply.pop_back();
         client.send(reply);
-        timedOut.get_future().wait();
+        awaited(timedOut.get_future(), "the time-out");
     });
     EXPECT_EQ(send(kLong, kShort), kCFMessagePortReceiveTimeout);
     timedOut.set_value();

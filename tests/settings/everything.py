@@ -14,7 +14,7 @@ import pyatspi
 from gi.repository import GLib
 
 from everything_pages import stored_before
-from spoken import Spoken, role_of
+from spoken import Spoken, children, role_of
 from window import HEIGHT, LONG_ENOUGH, WIDTH, eventually
 
 WAYS = ("pointer", "keyboard", "assistive")
@@ -70,20 +70,20 @@ class Everything(Spoken):
     # -- what is there --
 
     def frames(self, window):
-        return [frame for application in self.applications(window) for frame in application if frame]
+        return [frame for application in self.applications(window) for frame in children(application)]
 
     def page(self, window):
         """The page that is shown, once it has slid in and the other one has gone."""
-        for pane in (child for frame in self.frames(window) for child in frame
+        for pane in (child for frame in self.frames(window) for child in children(frame)
                      if child.getRole() == pyatspi.ROLE_LAYERED_PANE):
-            shown = [page for page in pane if page and self.has_state(page, pyatspi.STATE_SHOWING)]
+            shown = [page for page in children(pane) if self.has_state(page, pyatspi.STATE_SHOWING)]
             if len(shown) == 1:
                 return shown[0]
         return None
 
     def above(self, window, role):
         """What is shown in the bar above all pages."""
-        return [child for frame in self.frames(window) for child in frame
+        return [child for frame in self.frames(window) for child in children(frame)
                 if role_of(child) == role and self.has_state(child, pyatspi.STATE_SHOWING)]
 
     def title(self, window):

@@ -13,6 +13,7 @@ import sys
 import unittest
 
 import pyatspi
+from gi.repository import GLib
 
 from everything import BAR, WAYS, Control, Everything
 from window import HEIGHT, ROOT, WIDTH, eventually
@@ -48,7 +49,9 @@ class Table(Everything):
                 if shown:
                     self.turn_wheel(self.order().index(name) < self.order().index(shown))
                 return False
-            y = self.where_it_stands(rows[name])
+            y = self.where_it_stands(rows[name], name)
+            if y is None:
+                return False
             if BAR + around <= y <= HEIGHT - 40 - around or notches[-2:] == [y] * 2:
                 return rows[name]
             notches.append(y)
@@ -59,13 +62,17 @@ class Table(Everything):
     def turn_wheel(self, up):
         self.xdotool("mousemove", str(WIDTH // 2), str(HEIGHT // 2), "click", "4" if up else "5")
 
-    def where_it_stands(self, item):
+    def where_it_stands(self, item, name):
+        """None when it goes meanwhile."""
         places = []
 
         def stands():
-            places.append(self.extents(item).y)
-            return len(places) >= 5 and len(set(places[-5:])) == 1
-        eventually(stands, f"{item.name} to stand still")
+            try:
+                places.append(self.extents(item).y if item.name == name else None)
+            except GLib.Error:
+                places.append(None)
+            return places[-1] is None or len(places) >= 5 and len(set(places[-5:])) == 1
+        eventually(stands, f"{name} to stand still")
         return places[-1]
 
     def focus_row(self, window, name):

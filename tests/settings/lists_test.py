@@ -102,7 +102,7 @@ class Lists:
         eventually(lambda: self.saved() != many, "the move")
         moved = self.saved()
         self.assertEqual([row for row in moved if row != "test.0"], many[1:])
-        self.assertGreaterEqual(moved.index("test.0"), 60)
+        self.assertGreaterEqual(moved.index("test.0"), 50)
 
     def test_shows_the_last_row_whole(self):
         self.save_many(60)

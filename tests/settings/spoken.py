@@ -25,6 +25,11 @@ def role_of(item):
     return LINK if role == pyatspi.ROLE_LINK else role
 
 
+def children(item):
+    """Those that are still there: one that goes while it is asked for is none."""
+    return [child for child in item if child]
+
+
 class Spoken(Programs):
     """A test of a window that is looked at and pressed by assistive tools."""
 
@@ -43,17 +48,16 @@ class Spoken(Programs):
     def find(self, accessible, matches):
         if matches(accessible):
             yield accessible
-        for child in accessible:
-            if child:
-                yield from self.find(child, matches)
+        for child in children(accessible):
+            yield from self.find(child, matches)
 
     def applications(self, window):
         """Those of the window's process; of others only that they are not."""
         desktop = pyatspi.Registry.getDesktop(0)
         desktop.set_cache_mask(Atspi.Cache.NONE)
-        for application in desktop:
+        for application in children(desktop):
             try:
-                if application and application.get_process_id() == window.pid:
+                if application.get_process_id() == window.pid:
                     yield application
             except GLib.Error:
                 pass  # one that has just gone
