@@ -1,7 +1,7 @@
 // A program of its own, because it has the base class's two operations in place of the platform library.
 #include "pages/AppsController.h"
-#include "pages/HostedViewPage.h"
 #include "pages/LumoraPreferences.h"
+#include "pages/base/HostedViewPage.h"
 #include "tests/pages/RecordingTweak.h"
 
 #include <gmock/gmock.h>
@@ -57,6 +57,7 @@ TEST_F(BaseCalls, InitialiseEveryPageOfRowsOnce) {
 
 TEST_F(BaseCalls, YieldNoPageThatAsksForSettingsWhereTheyYieldNothing) {
     yields = false;
+    EXPECT_TRUE(platform::dispatch_wait_until_idle(std::chrono::minutes(1))); // a page of another test has asked, too
     const int requests = tests::RecordingTweak::shared().requests();
     EXPECT_EQ(make<lumora::LumoraPreferences>(), nullptr);
     EXPECT_TRUE(platform::dispatch_wait_until_idle(std::chrono::minutes(1)));
