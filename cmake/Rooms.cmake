@@ -47,13 +47,15 @@ if(LUMORA_SANITIZE)
   endif()
 endif()
 
-# lumora_headers(TARGET ROOM...) lets TARGET include <ROOM/Header.h> for the rooms named, and no others.
+# lumora_headers(TARGET ROOM_OR_HEADER...) lets TARGET include <ROOM/Header.h> for the rooms named, and single headers of
+# others, and nothing else. Stands once for each target.
 function(lumora_headers target)
   set(view ${CMAKE_BINARY_DIR}/include/${target})
-  foreach(room IN LISTS ARGN)
-    get_filename_component(parent ${view}/${room} DIRECTORY)
-    file(MAKE_DIRECTORY ${parent})
-    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${room} ${view}/${room} SYMBOLIC)
+  file(REMOVE_RECURSE ${view}) # what an earlier layout has left
+  foreach(seen IN LISTS ARGN)
+    cmake_path(GET seen PARENT_PATH folder)
+    file(MAKE_DIRECTORY ${view}/${folder})
+    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${seen} ${view}/${seen} SYMBOLIC)
   endforeach()
   get_target_property(type ${target} TYPE)
   if(type STREQUAL "EXECUTABLE" OR type STREQUAL "MODULE_LIBRARY")

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "lists/PluginDiscovery.h"
-#include "pages/SettingsPage.h"
+#include "pages/base/SettingsPage.h"
 
 #include <vector>
 

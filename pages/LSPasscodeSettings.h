@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pages/SettingsPage.h"
+#include "pages/base/SettingsPage.h"
 
 namespace lumora {
 

@@ -1,6 +1,7 @@
 #include "pages/LumoraPreferences.h"
 
 #include "link/PreferenceKeys.h"
+#include "pages/PreferenceHelperAdditions.h"
 #include "pages/ProblemReport.h"
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/NSLog.h"

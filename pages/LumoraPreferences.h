@@ -1,7 +1,7 @@
 #pragma once
 
-#include "pages/SettingsPage.h"
-#include "platform/services/MFMailComposeViewController.h"
+#include "pages/base/SettingsPage.h"
+#include "platform/mail/MFMailComposeViewController.h"
 
 namespace lumora {
 

@@ -1,6 +1,6 @@
 #include "tweak/Log.h"
 
-#include "tools/json/Json.h"
+#include "json/Json.h"
 
 namespace lumora {
 

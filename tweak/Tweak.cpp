@@ -1,7 +1,7 @@
 #include "tweak/Tweak.h"
 
-#include "tools/json/Json.h"
 #include "tweak/Defaults.h"
+#include "json/Json.h"
 
 #include "platform/foundation/NSKeyedArchiver.h"
 

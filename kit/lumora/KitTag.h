@@ -14,7 +14,7 @@
 
 /* Counted up with every change after which a page that is compiled already no longer fits; see SettingsController.cpp.
  */
-#define LUMORA_KIT_VERSION 4
+#define LUMORA_KIT_VERSION 5
 
 #define LUMORA_KIT_QUOTED(number) #number
 #define LUMORA_KIT_TEXT(number) LUMORA_KIT_QUOTED(number)

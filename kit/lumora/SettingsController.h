@@ -2,7 +2,7 @@
 
 #include <lumora/KitTag.h>
 
-#include "pages/SettingsPage.h"
+#include "pages/base/SettingsPage.h"
 
 #include <memory>
 

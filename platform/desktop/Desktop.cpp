@@ -1,7 +1,8 @@
 #include "platform/Export.h"
 #include "platform/desktop/MessageWriter.h"
 #include "platform/desktop/Owned.h"
-#include "platform/services/DesktopServices.h"
+#include "platform/mail/MessageForm.h"
+#include "platform/services/AddressHandlers.h"
 
 #include <filesystem>
 #include <gio/gio.h>
@@ -53,7 +54,7 @@ std::string programOf(GAppInfo* application) {
     return program;
 }
 
-class Desktop final : public DesktopServices {
+class DesktopHandlers final : public AddressHandlers {
   public:
     std::optional<Handler> handlerOf(const std::string& scheme) override {
         const Application application = applicationOf(scheme);
@@ -71,17 +72,23 @@ class Desktop final : public DesktopServices {
         g_list_free(addresses);
         return opened;
     }
+};
 
+class DesktopForm final : public MessageForm {
+  public:
     Result<std::vector<std::string>> addressesIn(const std::string& list) override { return mailAddressesIn(list); }
-
-    Result<bool> writeMessage(const MailMessage& message, int file) override { return writeMailMessage(message, file); }
+    Result<bool> write(const MailMessage& message, int file) override { return writeMailMessage(message, file); }
 };
 
 } // namespace
 } // namespace platform
 
-extern "C" PLATFORM_EXPORT platform::DesktopServices* lumora_desktop_services() {
-    // Never destroyed: a worker may still be writing a message while the process ends.
-    static auto& desktop = *new platform::Desktop;
-    return &desktop;
+// Neither is ever destroyed: a worker may still be writing a message while the process ends.
+extern "C" PLATFORM_EXPORT platform::AddressHandlers* lumora_address_handlers() {
+    static auto& handlers = *new platform::DesktopHandlers;
+    return &handlers;
+}
+extern "C" PLATFORM_EXPORT platform::MessageForm* lumora_message_form() {
+    static auto& form = *new platform::DesktopForm;
+    return &form;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/foundation/Result.h"
-#include "platform/services/MailMessage.h"
+#include "platform/mail/MailMessage.h"
 
 #include <string>
 #include <vector>

@@ -5,7 +5,7 @@
 #include "platform/services/PictureDecoder.h"
 #include "settings/app/DesktopLook.h"
 #include "settings/app/Pictures.h"
-#include "settings/app/TouchItem.h"
+#include "settings/model/TouchItem.h"
 
 #include <QFont>
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "settings/app/DrawingLimit.h"
-#include "settings/app/Shell.h"
+#include "settings/model/Shell.h"
 
 #include <QEvent>
 #include <QObject>

@@ -3,7 +3,7 @@
 #include "platform/foundation/DeviceRoot.h"
 #include "settings/host/Host.h"
 #include "settings/host/RowsDocument.h"
-#include "tools/json/Json.h"
+#include "json/Json.h"
 
 #include <future>
 #include <iostream>

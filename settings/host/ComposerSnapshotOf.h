@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/mail/MFMailComposeViewController.h"
 #include "platform/preferences/PSListController.h"
-#include "platform/services/MFMailComposeViewController.h"
 #include "settings/host/Snapshot.h"
 
 #include <memory>

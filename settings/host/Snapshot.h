@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/foundation/Value.h"
-#include "platform/services/MailMessage.h"
+#include "platform/mail/MailMessage.h"
 #include "platform/ui/CALayer.h"
 #include "platform/ui/CGContext.h"
 #include "platform/ui/CGGeometry.h"

@@ -25,7 +25,7 @@ sys.path.append(str(SOURCE / "scripts"))
 import bare_debian
 
 KEPT = BUILD / "tests/install/debian"
-PACKAGES = {"liblumora-dev", "liblumora4", "lumora-samples", "lumora-settings", "lumora-tweak", "lumoractl"}
+PACKAGES = {"liblumora-dev", "liblumora5", "lumora-samples", "lumora-settings", "lumora-tweak", "lumoractl"}
 PERSON = 1000
 PERSONAL = {"HOME": "/home/person", "XDG_RUNTIME_DIR": "/home/person"}
 
@@ -108,8 +108,8 @@ class Packages(unittest.TestCase):
         for package in PACKAGES:
             self.assertEqual(self.field(package, "Version"), version)
             self.assertIn(self.field(package, "Maintainer"), changelog)
-            if package != "liblumora4":
-                self.assertIn(f"liblumora4 (= {version})", self.field(package, "Depends"))
+            if package != "liblumora5":
+                self.assertIn(f"liblumora5 (= {version})", self.field(package, "Depends"))
 
     def test_no_file_is_in_two_of_them(self):
         names = [str(file.relative_to(self.folder)).split("/", 1)[1] for file in self.files()]
@@ -154,7 +154,7 @@ class Packages(unittest.TestCase):
         for file in self.packages.values():
             shutil.copy(file, brought)
         # Only a tool at first: it finds what is installed without the application.
-        few = ("lumoractl", "lumora-samples", "liblumora4")
+        few = ("lumoractl", "lumora-samples", "liblumora5")
         debian.install(*(f"/srv/packages/{self.packages[name].name}" for name in few))
         self.assert_samples_are_found(debian)
         debian.install(*(f"/srv/packages/{file.name}" for file in self.packages.values()))

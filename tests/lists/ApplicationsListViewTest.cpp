@@ -1,7 +1,7 @@
-#include "lists/AUAppsListController.h"
 #include "lists/AUAppsListView.h"
-#include "lists/AppsListController.h"
 #include "lists/AppsListView.h"
+#include "pages/AUAppsListController.h"
+#include "pages/AppsListController.h"
 
 #include "tests/pages/OpenPage.h"
 #include "tests/support/DeviceFolder.h"

@@ -1,5 +1,5 @@
 #include "lists/PluginsListView.h"
-#include "lists/PluginsListViewController.h"
+#include "pages/PluginsListViewController.h"
 
 #include "tests/lists/PluginFolder.h"
 #include "tests/pages/OpenPage.h"

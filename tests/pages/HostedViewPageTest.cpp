@@ -1,4 +1,4 @@
-#include "pages/HostedViewPage.h"
+#include "pages/base/HostedViewPage.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
-#include "pages/PreferenceHelper.h"
+#include "pages/base/PreferenceHelper.h"
+#include "pages/PreferenceHelperAdditions.h"
 
 #include "platform/foundation/NSBundle.h"
 #include "tests/support/TestName.h"

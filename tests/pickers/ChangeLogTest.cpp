@@ -1,5 +1,5 @@
 #include "pickers/ChangeLog.h"
-#include "pickers/ChangeLogController.h"
+#include "pages/ChangeLogController.h"
 
 #include "platform/ui/UITextView.h"
 #include "tests/support/BundleFile.h"

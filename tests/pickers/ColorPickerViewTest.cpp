@@ -1,5 +1,5 @@
 #include "pickers/ColorPickerView.h"
-#include "pickers/ColorPickerController.h"
+#include "pages/ColorPickerController.h"
 
 #include "platform/foundation/Class.h"
 #include "tests/pages/OpenPage.h"

@@ -1,5 +1,5 @@
 #include "pickers/FontView.h"
-#include "pickers/FontViewController.h"
+#include "pages/FontViewController.h"
 
 #include "link/PreferenceKeys.h"
 #include "tests/pages/OpenPage.h"

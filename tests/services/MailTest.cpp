@@ -1,5 +1,5 @@
+#include "platform/mail/MFMailComposeViewController.h"
 #include "platform/messaging/Dispatch.h"
-#include "platform/services/MFMailComposeViewController.h"
 #include "tests/support/Home.h"
 #include "tests/support/MailedFile.h"
 

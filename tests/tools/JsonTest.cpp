@@ -1,6 +1,6 @@
-#include "tools/json/Json.h"
-#include "tools/json/Base64.h"
-#include "tools/json/Timestamp.h"
+#include "json/Json.h"
+#include "json/Base64.h"
+#include "json/Timestamp.h"
 
 #include "platform/foundation/PropertyList.h"
 

@@ -1,8 +1,8 @@
 #include "tests/tweak/Program.h"
 #include "tests/tweak/Sandbox.h"
 
-#include "tools/json/Json.h"
 #include "tweak/Defaults.h"
+#include "json/Json.h"
 
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/CFMessagePort.h"

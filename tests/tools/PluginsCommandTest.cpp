@@ -3,7 +3,7 @@
 #include "tests/tweak/Program.h"
 
 #include "lists/PluginDiscovery.h"
-#include "tools/json/Json.h"
+#include "json/Json.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

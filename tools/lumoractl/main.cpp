@@ -3,8 +3,8 @@
 #include "tools/lumoractl/TweakClient.h"
 
 #include "lists/PluginDiscovery.h"
-#include "tools/json/Json.h"
 #include "tweak/Defaults.h"
+#include "json/Json.h"
 
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/LoadProbe.h"

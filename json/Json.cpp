@@ -1,0 +1,279 @@
+#include "json/Json.h"
+
+#include "json/Base64.h"
+#include "json/Timestamp.h"
+
+#include "platform/foundation/PropertyList.h"
+#include "platform/foundation/Unicode.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+#include <optional>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+using nlohmann::ordered_json;
+using platform::Data;
+using platform::Date;
+using platform::Dictionary;
+using platform::List;
+using platform::PropertyListLimits;
+using platform::Result;
+using platform::Value;
+
+namespace lumora {
+namespace {
+
+constexpr const char* kData = "$data";
+constexpr const char* kDate = "$date";
+constexpr const char* kReal = "$real";
+
+const std::string kTooDeep =
+    "lists and dictionaries are nested more than " + std::to_string(PropertyListLimits::depth) + " deep";
+
+using Entries = std::vector<Dictionary::Entry>;
+
+ordered_json single(const char* key, ordered_json value) {
+    ordered_json object = ordered_json::object();
+    object[key] = std::move(value);
+    return object;
+}
+
+/// Turns a value into the JSON library's own tree.
+class Writer {
+  public:
+    ordered_json write(const Value& value) {
+        switch (value.kind()) {
+        case Value::Kind::nil:
+            return nullptr;
+        case Value::Kind::boolean:
+            return *value.boolean();
+        case Value::Kind::integer:
+            return *value.integer();
+        case Value::Kind::real:
+            return real(*value.real());
+        case Value::Kind::text:
+            return *value.text();
+        case Value::Kind::data:
+            return single(kData, encodeBase64(*value.data()));
+        case Value::Kind::date:
+            return date(*value.date());
+        case Value::Kind::list:
+            return nested([&] { return list(*value.list()); });
+        case Value::Kind::dictionary:
+            return nested([&] { return dictionary(*value.dictionary()); });
+        }
+        return nullptr;
+    }
+
+    [[nodiscard]] bool tooDeep() const { return tooDeep_; }
+
+  private:
+    static ordered_json real(double real) {
+        if (std::isfinite(real)) return real;
+        return single(kReal, std::isnan(real) ? "nan" : real > 0 ? "inf" : "-inf");
+    }
+
+    static ordered_json date(Date date) {
+        if (auto text = formatTimestamp(date)) return single(kDate, std::move(*text));
+        return single(kDate, real(date.seconds));
+    }
+
+    template<class Make>
+    ordered_json nested(Make make) {
+        if (depth_ == PropertyListLimits::depth) {
+            tooDeep_ = true;
+            return nullptr;
+        }
+        ++depth_;
+        ordered_json made = make();
+        --depth_;
+        return made;
+    }
+
+    ordered_json list(const List& list) {
+        ordered_json array = ordered_json::array();
+        for (const Value& entry : list)
+            array.push_back(write(entry));
+        return array;
+    }
+
+    ordered_json dictionary(const Dictionary& dictionary) {
+        ordered_json object = ordered_json::object();
+        // The object is a plain list of pairs beneath; its own insertion would look through all of them each time, and
+        // our keys differ from one another as it is.
+        auto& entries = object.get_ref<ordered_json::object_t&>();
+        for (const auto& [key, value] : dictionary)
+            entries.push_back({key.starts_with('$') ? "$" + key : key, write(value)});
+        return object;
+    }
+
+    unsigned depth_ = 0;
+    bool tooDeep_ = false;
+};
+
+/// Puts values together from what the JSON parser reports, one call for each thing that it meets.
+class Reader {
+  public:
+    bool null() { return add(nullptr); }
+    bool boolean(bool value) { return add(value); }
+    bool number_integer(std::int64_t value) { return add(value); }
+    bool number_unsigned(std::uint64_t value) {
+        if (value > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()))
+            return fail(std::to_string(value) + " is beyond 64 signed bits");
+        return add(static_cast<std::int64_t>(value));
+    }
+    bool number_float(double value, const std::string& digits) {
+        // The parser reports an integer that is too large as a real.
+        if (digits.find_first_of(".eE") == std::string::npos) return fail(digits + " is beyond 64 signed bits");
+        return add(value);
+    }
+    bool string(std::string& text) { return add(std::move(text)); }
+    bool binary(const ordered_json::binary_t&) { return fail("JSON has no binary values"); }
+
+    bool start_array(std::size_t) { return open(); }
+    bool end_array() {
+        List list;
+        list.reserve(open_.back().entries.size());
+        for (auto& [key, value] : open_.back().entries)
+            list.push_back(std::move(value));
+        open_.pop_back();
+        return add(std::move(list));
+    }
+    bool start_object(std::size_t) { return open(); }
+    bool key(std::string& key) {
+        open_.back().key = std::move(key);
+        return true;
+    }
+    bool end_object() {
+        Entries entries = std::move(open_.back().entries);
+        open_.pop_back();
+        for (const auto& [key, value] : entries)
+            if (key.starts_with('$') && !key.starts_with("$$")) return special(entries);
+        std::unordered_set<std::string_view> seen;
+        for (const auto& [key, value] : entries)
+            if (!seen.insert(key).second) return fail("the key \"" + key + "\" stands there twice");
+        for (auto& [key, value] : entries)
+            if (key.starts_with('$')) key.erase(0, 1);
+        return add(Dictionary(std::move(entries)));
+    }
+
+    bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) {
+        // What the library says begins with a code of its own in brackets.
+        const std::string_view what = error.what();
+        const std::size_t code = what.find("] ");
+        return fail(std::string(code == std::string_view::npos ? what : what.substr(code + 2)));
+    }
+
+    Result<Value> result() && {
+        if (error_) return Result<Value>::failure(std::move(*error_));
+        return std::move(root_);
+    }
+
+  private:
+    /// A list or dictionary that is not closed yet. Entries of a list have empty keys.
+    struct Open {
+        std::string key;
+        Entries entries;
+    };
+
+    bool open() {
+        if (open_.size() == PropertyListLimits::depth) return fail(kTooDeep);
+        open_.emplace_back();
+        return true;
+    }
+
+    bool add(Value value) {
+        if (open_.empty()) {
+            root_ = std::move(value);
+        } else {
+            open_.back().entries.emplace_back(std::move(open_.back().key), std::move(value));
+        }
+        return true;
+    }
+
+    /// A dictionary with a key that begins with a single "$".
+    bool special(const Entries& entries) {
+        const auto& [key, value] = entries.front();
+        if (entries.size() == 1) {
+            if (auto known = specialValue(key, value)) return add(std::move(*known));
+            for (const char* form : {kData, kDate, kReal})
+                if (key == form) return fail("this is no value for \"" + key + "\"");
+        }
+        return fail(R"(only {"$data": …}, {"$date": …} and {"$real": …}, alone, have a key with "$" before it; )"
+                    R"(a key of your own is written with "$$")");
+    }
+
+    static std::optional<Value> specialValue(std::string_view key, const Value& value) {
+        const std::string_view* text = value.text();
+        if (key == kData && text) {
+            if (auto data = decodeBase64(*text)) return Value(std::move(*data));
+        } else if (key == kDate && text) {
+            if (auto date = parseTimestamp(*text)) return Value(*date);
+        } else if (key == kDate && value.isNumber()) {
+            return Value(Date{value.doubleValue()});
+        } else if (key == kReal && text) {
+            if (*text == "nan") return Value(std::numeric_limits<double>::quiet_NaN());
+            if (*text == "inf" || *text == "-inf")
+                return Value(std::copysign(std::numeric_limits<double>::infinity(), *text == "inf" ? 1.0 : -1.0));
+        }
+        return std::nullopt;
+    }
+
+    bool fail(std::string why) {
+        error_ = std::move(why);
+        return false;
+    }
+
+    std::vector<Open> open_;
+    Value root_;
+    std::optional<std::string> error_;
+};
+
+/// JSON for a terminal or a log, with nothing lost: whatever character tells it what to do is written \uXXXX. Line
+/// breaks stay, since JSON has them only between values.
+std::string fitToShow(std::string_view json) {
+    std::string printed;
+    printed.reserve(json.size());
+    const auto escape = [&printed](std::uint16_t unit) {
+        std::array<char, sizeof "\\uXXXX"> escaped{};
+        std::snprintf(escaped.data(), escaped.size(), "\\u%04x", unsigned{unit});
+        printed += escaped.data();
+    };
+    while (!json.empty()) {
+        const char32_t character = platform::takeCharacter(json);
+        if (character == '\n' || platform::isVisible(character))
+            platform::appendCharacter(printed, character);
+        else
+            platform::forEachUnit(character, escape);
+    }
+    return printed;
+}
+
+} // namespace
+
+Result<std::string> writeJson(const Value& value, JsonLayout layout) {
+    Writer writer;
+    const ordered_json tree = writer.write(value);
+    if (writer.tooDeep()) return Result<std::string>::failure(kTooDeep);
+    try {
+        return fitToShow(tree.dump(layout == JsonLayout::indented ? 2 : -1));
+    } catch (const ordered_json::type_error&) {
+        // The one thing that the library refuses to write.
+        return Result<std::string>::failure("a text is not valid UTF-8");
+    }
+}
+
+Result<Value> readJson(std::string_view text) {
+    Reader reader;
+    ordered_json::sax_parse(text, &reader);
+    return std::move(reader).result();
+}
+
+} // namespace lumora

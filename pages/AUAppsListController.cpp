@@ -1,0 +1,7 @@
+#include "pages/AUAppsListController.h"
+
+namespace lumora {
+
+PLATFORM_CLASS(AUAppsListController)
+
+} // namespace lumora

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "lists/AUAppsListView.h"
+#include "pages/base/HostedViewPage.h"
+
+namespace lumora {
+
+/// The "Auto-Unlock Apps" page: hosts the list of applications exempt from auto-unlock. Main thread.
+class AUAppsListController final : public PageOf<AUAppsListView> {
+  public:
+    AUAppsListController() : PageOf("Auto-Unlock Apps") {}
+};
+
+} // namespace lumora

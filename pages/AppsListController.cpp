@@ -1,0 +1,7 @@
+#include "pages/AppsListController.h"
+
+namespace lumora {
+
+PLATFORM_CLASS(AppsListController)
+
+} // namespace lumora

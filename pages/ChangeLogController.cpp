@@ -1,0 +1,7 @@
+#include "pages/ChangeLogController.h"
+
+namespace lumora {
+
+PLATFORM_CLASS(ChangeLogController)
+
+} // namespace lumora

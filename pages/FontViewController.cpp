@@ -1,0 +1,7 @@
+#include "pages/FontViewController.h"
+
+namespace lumora {
+
+PLATFORM_CLASS(FontViewController)
+
+} // namespace lumora

@@ -1,0 +1,7 @@
+#include "pages/PluginsListViewController.h"
+
+namespace lumora {
+
+PLATFORM_CLASS(PluginsListViewController)
+
+} // namespace lumora

@@ -1,0 +1,149 @@
+#include "platform/mail/MFMailComposeViewController.h"
+
+#include "platform/mail/MailDrafts.h"
+#include "platform/mail/MailPrograms.h"
+#include "platform/mail/MessageForm.h"
+#include "platform/mail/Sendmail.h"
+#include "platform/messaging/Dispatch.h"
+
+#include <optional>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace platform {
+
+/// What came of the work: without a result the message is edited on.
+struct MFMailComposeViewController::Outcome {
+    std::optional<MFMailComposeResult> result{};
+    std::string problem{};
+    std::filesystem::path draft{};
+};
+
+bool MFMailComposeViewController::canSendMail() {
+    return sendmailProgram() || mailProgram();
+}
+
+bool MFMailComposeViewController::init() {
+    static std::uint64_t last = 0;
+    id_ = ++last;
+    (void)messageForm(); // loaded here, on the main thread; what asks for it later are workers
+    return true;
+}
+
+void MFMailComposeViewController::setMailComposeDelegate(std::weak_ptr<MFMailComposeViewControllerDelegate> delegate) {
+    delegate_ = std::move(delegate);
+}
+
+void MFMailComposeViewController::setToRecipients(const std::vector<std::string>& addresses) {
+    message_.text.to.clear();
+    for (const std::string& address : addresses)
+        message_.text.to += (message_.text.to.empty() ? "" : ", ") + address;
+}
+
+void MFMailComposeViewController::setMessageBody(std::string body, bool isHTML) {
+    message_.text.body = std::move(body);
+    message_.isHTML = isHTML;
+}
+
+void MFMailComposeViewController::addAttachmentData(std::shared_ptr<const RegularFile> data, std::string mimeType,
+                                                    std::string fileName) {
+    message_.attachments.push_back({std::move(data), std::move(mimeType), std::move(fileName)});
+}
+
+void MFMailComposeViewController::send(MailText text) {
+    work(std::move(text), sent);
+}
+
+void MFMailComposeViewController::saveDraft(MailText text) {
+    work(std::move(text), kept);
+}
+
+void MFMailComposeViewController::cancel() {
+    if (state_ == State::editing) finish(MFMailComposeResultCancelled);
+}
+
+void MFMailComposeViewController::leave(MailText text) {
+    left_ = true;
+    saveDraft(std::move(text));
+}
+
+MFMailComposeViewController::Outcome MFMailComposeViewController::kept(const MailMessage& message,
+                                                                       std::chrono::milliseconds /*atMost*/) {
+    const Result<std::filesystem::path> draft = keepDraft(message);
+    if (!draft) return {.problem = draft.error()};
+    return {.result = MFMailComposeResultSaved, .draft = draft.value()};
+}
+
+/// Kept before anything is tried, so that nothing is lost whatever becomes of the programs and of this process.
+MFMailComposeViewController::Outcome MFMailComposeViewController::sent(const MailMessage& message,
+                                                                       std::chrono::milliseconds atMost) {
+    MessageForm* form = messageForm();
+    if (!form) return {.problem = "The library that writes messages is missing."};
+    const Result<std::vector<std::string>> recipients = form->addressesIn(message.text.to);
+    if (!recipients) return {.problem = recipients.error()};
+    if (recipients.value().empty()) return {.problem = "There is no address to send it to."};
+    Outcome outcome = kept(message, atMost);
+    if (!outcome.result) return outcome;
+
+    if (const auto program = sendmailProgram()) {
+        const Result<bool> sent = sendWith(*program, recipients.value(), outcome.draft, atMost);
+        if (!sent) return {MFMailComposeResultFailed, sent.error(), outcome.draft};
+        std::error_code ignored; // a draft too many is better than none
+        std::filesystem::remove(outcome.draft, ignored);
+        return {.result = MFMailComposeResultSent};
+    }
+    const auto own = mailProgram();
+    const Result<bool> opened = own ? openIn(*own, message, recipients.value())
+                                    : Result<bool>::failure("there is no program to send mail with");
+    // The draft stays: nobody knows whether the mail program takes up what it was handed.
+    return opened ? outcome : Outcome{MFMailComposeResultFailed, opened.error(), outcome.draft};
+}
+
+/// The queue's own threads have small stacks, which is not enough for other people's libraries.
+MFMailComposeViewController::Outcome MFMailComposeViewController::done(Job job, const MailMessage& message,
+                                                                       std::chrono::milliseconds atMost) {
+    Outcome outcome;
+    std::thread thread;
+    try {
+        thread = std::thread([&] { outcome = job(message, atMost); });
+    } catch (const std::system_error& failed) {
+        return {.problem = std::string("Nothing can be done now: ") + failed.what()};
+    }
+    thread.join();
+    return outcome;
+}
+
+void MFMailComposeViewController::work(MailText text, Job job) {
+    if (state_ != State::editing) return;
+    message_.text = std::move(text);
+    state_ = State::working;
+    problem_.clear();
+    auto self = std::static_pointer_cast<MFMailComposeViewController>(shared_from_this());
+    dispatch_async(dispatch_get_global_queue(0, 0), [self, message = message_, job, atMost = sendingTime_] {
+        const Outcome outcome = done(job, message, atMost);
+        dispatch_async(dispatch_get_main_queue(), [self, outcome, job] { self->take(outcome, job); });
+    });
+    if (changed_) changed_();
+}
+
+void MFMailComposeViewController::take(const Outcome& outcome, Job job) {
+    problem_ = outcome.problem;
+    draft_ = outcome.draft;
+    if (outcome.result) return finish(*outcome.result);
+    if (left_ && job == kept) return finish(MFMailComposeResultFailed);
+    state_ = State::editing;
+    if (left_) return saveDraft(message_.text);
+    if (changed_) changed_();
+}
+
+void MFMailComposeViewController::finish(MFMailComposeResult result) {
+    const auto self = shared_from_this(); // the delegate dismisses it
+    state_ = State::over;
+    const NSError error{problem_};
+    if (const auto delegate = delegate_.lock())
+        delegate->mailComposeController(*this, result, result == MFMailComposeResultFailed ? &error : nullptr);
+    if (changed_) changed_();
+}
+
+} // namespace platform

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "platform/mail/MFMailComposeViewControllerDelegate.h"
+#include "platform/mail/MailMessage.h"
+#include "platform/ui/UIViewController.h"
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+/// A message that its user completes, and then sends, keeps or throws away.
+///
+///     auto composer = make<MFMailComposeViewController>();
+///     composer->setToRecipients({"support@nevo.example"});
+///     page->presentViewController(composer, true, nullptr);
+///
+/// Nothing is lost: what cannot be sent is kept as a draft, and what cannot even be kept stays to be edited. Main
+/// thread; the work is done elsewhere, and what it brought is told here.
+class PLATFORM_EXPORT MFMailComposeViewController final : public UIViewController {
+  public:
+    /// Whether there is a way to send mail, or a mail program to hand it to.
+    [[nodiscard]] static bool canSendMail();
+
+    bool init();
+
+    void setMailComposeDelegate(std::weak_ptr<MFMailComposeViewControllerDelegate> delegate);
+    void setToRecipients(const std::vector<std::string>& addresses);
+    void setSubject(std::string subject) { message_.text.subject = std::move(subject); }
+    void setMessageBody(std::string body, bool isHTML);
+    /// The bytes are read when the message is kept or sent, so they should be a copy that nobody changes.
+    void addAttachmentData(std::shared_ptr<const RegularFile> data, std::string mimeType, std::string fileName);
+
+    // What whoever shows the composer needs.
+    [[nodiscard]] std::uint64_t id() const { return id_; } ///< tells composers apart
+    [[nodiscard]] const MailMessage& message() const { return message_; }
+    [[nodiscard]] bool isWorking() const { return state_ == State::working; } ///< being sent or kept
+    [[nodiscard]] bool isOver() const { return state_ == State::over; }
+    /// Why the last try did not end it, or how it failed; empty when it did not.
+    [[nodiscard]] const std::string& problem() const { return problem_; }
+    /// Where it is kept as a draft, if it is.
+    [[nodiscard]] const std::filesystem::path& draft() const { return draft_; }
+    /// Called after each change of the above.
+    void setObserver(std::function<void()> changed) { changed_ = std::move(changed); }
+    /// How long sendmail may take before it is ended.
+    void setSendingTime(std::chrono::milliseconds atMost) { sendingTime_ = atMost; }
+
+    // What its user does, with the text as it has been edited; nothing while it is working or over.
+    void send(MailText text);
+    void saveDraft(MailText text);
+    void cancel();
+    /// Its user has left: keeps it as a draft, or once it turns out that it is not sent. If that is not possible
+    /// either, it has failed.
+    void leave(MailText text);
+
+  private:
+    enum class State : unsigned char { editing, working, over };
+    struct Outcome;
+    using Job = Outcome (*)(const MailMessage& message, std::chrono::milliseconds atMost);
+    void work(MailText text, Job job);
+    void take(const Outcome& outcome, Job job);
+    void finish(MFMailComposeResult result);
+    static Outcome kept(const MailMessage& message, std::chrono::milliseconds atMost);
+    static Outcome sent(const MailMessage& message, std::chrono::milliseconds atMost);
+    static Outcome done(Job job, const MailMessage& message, std::chrono::milliseconds atMost);
+
+    std::uint64_t id_ = 0;
+    std::weak_ptr<MFMailComposeViewControllerDelegate> delegate_;
+    MailMessage message_;
+    State state_ = State::editing;
+    bool left_ = false;
+    std::chrono::milliseconds sendingTime_ = std::chrono::minutes(2);
+    std::string problem_;
+    std::filesystem::path draft_;
+    std::function<void()> changed_;
+};
+
+} // namespace platform

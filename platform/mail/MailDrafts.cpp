@@ -1,0 +1,88 @@
+#include "platform/mail/MailDrafts.h"
+
+#include "platform/foundation/UserFolder.h"
+#include "platform/mail/MessageForm.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace fs = std::filesystem;
+using Kept = Result<fs::path>;
+
+namespace {
+
+Kept failed(const std::string& what, const fs::path& where) {
+    return Kept::failure("cannot " + what + " " + where.string() + ": " + std::strerror(errno));
+}
+
+/// "2026-11-21-133522", as the user's clock has it.
+std::string timeOfDay() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char text[32];
+    return {text, std::strftime(text, sizeof text, "%Y-%m-%d-%H%M%S", &local)};
+}
+
+Result<bool> write(const MailMessage& message, int file) {
+    MessageForm* form = messageForm();
+    if (!form) return Result<bool>::failure("the library that writes messages is missing");
+    Result<bool> written = form->write(message, file);
+    if (written && ::fsync(file) != 0) written = Result<bool>::failure(std::strerror(errno));
+    return written;
+}
+
+/// Gives the file that name, if nobody has it.
+bool publish(const fs::path& file, const fs::path& name) {
+    if (::renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0) return true;
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    return ::link(file.c_str(), name.c_str()) == 0 && ::unlink(file.c_str()) == 0; // not every file system can do that
+}
+
+/// Under the first of its names that is free; nothing when it cannot be published.
+std::optional<fs::path> published(const fs::path& file, const fs::path& folder) {
+    const std::string time = timeOfDay();
+    for (int number = 1; number <= 1000; ++number) {
+        const fs::path name = folder / (time + (number > 1 ? "-" + std::to_string(number) : "") + ".eml");
+        if (publish(file, name)) return name;
+        if (errno != EEXIST) break;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+fs::path draftsFolder() {
+    const fs::path data = userFolder("XDG_DATA_HOME", ".local/share");
+    return data.empty() ? data : data / "lumora/drafts";
+}
+
+Kept keepDraft(const MailMessage& message) {
+    const fs::path folder = draftsFolder();
+    if (folder.empty()) return Kept::failure("cannot keep a draft: its user has no home folder");
+    if (!makeFolders(folder)) return failed("make the folder", folder);
+    if (::chmod(folder.c_str(), 0700) != 0) return failed("make private the folder", folder);
+
+    // Hidden until it is whole.
+    std::string hidden = folder / ".XXXXXX.new";
+    const int file = ::mkostemps(hidden.data(), 4, O_CLOEXEC);
+    if (file < 0) return failed("make a file in", folder);
+    Result<bool> written = write(message, file);
+    if (::close(file) != 0 && written) written = Result<bool>::failure(std::strerror(errno));
+    if (written) {
+        if (const auto draft = published(hidden, folder)) return *draft;
+        written = Result<bool>::failure(std::strerror(errno));
+    }
+    ::unlink(hidden.c_str());
+    return Kept::failure("cannot write a draft in " + folder.string() + ": " + written.error());
+}
+
+} // namespace platform

@@ -1,0 +1,173 @@
+#include "platform/mail/Program.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sstream>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+
+namespace platform {
+
+using Ended = Result<bool>;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kMostComplaint = 4000; // letters of it that anybody reads
+
+class File {
+  public:
+    explicit File(int number) : number_(number) {}
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    ~File() { close(); }
+    void close() {
+        if (number_ >= 0) ::close(std::exchange(number_, -1));
+    }
+    [[nodiscard]] int number() const { return number_; }
+
+  private:
+    int number_;
+};
+
+bool isProgram(const fs::path& file) {
+    struct stat facts {};
+    return ::stat(file.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) && ::access(file.c_str(), X_OK) == 0;
+}
+
+/// In a group of its own and with nothing of this process but the three descriptors and the environment.
+Result<pid_t> spawn(const std::vector<std::string>& command, const char* input, int complaints) {
+    std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
+    for (const std::string& argument : command)
+        arguments.push_back(const_cast<char*>(argument.c_str()));
+    arguments.push_back(nullptr);
+
+    posix_spawn_file_actions_t files;
+    posix_spawn_file_actions_init(&files);
+    posix_spawn_file_actions_addopen(&files, STDIN_FILENO, input, O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    if (complaints >= 0)
+        posix_spawn_file_actions_adddup2(&files, complaints, STDERR_FILENO);
+    else
+        posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t none;
+    sigset_t all;
+    sigemptyset(&none);
+    sigfillset(&all);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setsigdefault(&attributes, &all);
+    posix_spawnattr_setpgroup(&attributes, 0);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    pid_t id = -1;
+    const int refused = posix_spawn(&id, arguments.front(), &files, &attributes, arguments.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&files);
+    if (refused != 0) return Result<pid_t>::failure(command.front() + " does not start: " + std::strerror(refused));
+    return id;
+}
+
+/// Takes what is there; false at the end.
+bool takeComplaint(int from, std::string& complaint) {
+    char some[4096];
+    const ssize_t count = ::read(from, some, sizeof some);
+    if (count > 0 && complaint.size() < kMostComplaint) complaint.append(some, static_cast<std::size_t>(count));
+    return count > 0 || (count < 0 && (errno == EAGAIN || errno == EINTR));
+}
+
+/// Whether a program has ended; what came of it can still be asked.
+bool hasEnded(pid_t id) {
+    siginfo_t facts{};
+    return ::waitid(P_PID, static_cast<id_t>(id), &facts, WEXITED | WNOHANG | WNOWAIT) == 0 && facts.si_pid == id;
+}
+
+/// Waits for the end of a program and reads what it complains of; false when the time is over. It is the end of the
+/// program that counts: a child that goes on in the background may hold its standard error open.
+bool waitFor(pid_t id, File& complaints, std::string& complaint, std::chrono::milliseconds atMost) {
+    const File program(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
+    // Some systems have no descriptors for processes: it is asked now and then.
+    const auto mostAtOnce = program.number() >= 0 ? atMost : std::chrono::milliseconds(20);
+    const auto deadline = std::chrono::steady_clock::now() + atMost;
+    for (;;) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+        pollfd events[] = {{program.number(), POLLIN, 0}, {complaints.number(), POLLIN, 0}};
+        if (left.count() <= 0) return false;
+        if (::poll(events, 2, static_cast<int>(std::min(left, mostAtOnce).count())) < 0 && errno != EINTR) return false;
+        if (events[1].revents != 0 && !takeComplaint(complaints.number(), complaint)) complaints.close();
+        if (events[1].revents == 0 && hasEnded(id)) return true;
+    }
+}
+
+std::string trimmed(std::string text) {
+    text.resize(std::min(text.size(), kMostComplaint));
+    text.erase(text.find_last_not_of(" \r\n\t") + 1);
+    return text;
+}
+
+} // namespace
+
+std::optional<fs::path> programNamed(const std::string& name) {
+    if (name.empty()) return std::nullopt;
+    if (name.find('/') != std::string::npos) return isProgram(name) ? std::optional<fs::path>(name) : std::nullopt;
+    const char* path = std::getenv("PATH");
+    std::istringstream folders(path ? path : "");
+    for (std::string folder; std::getline(folders, folder, ':');)
+        if (!folder.empty() && isProgram(fs::path(folder) / name)) return fs::path(folder) / name;
+    return std::nullopt;
+}
+
+Ended runProgram(const std::vector<std::string>& command, const fs::path& input, std::chrono::milliseconds atMost) {
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) return Ended::failure(std::strerror(errno));
+    File complaints(ends[0]);
+    File theirs(ends[1]);
+    const Result<pid_t> id = spawn(command, input.c_str(), theirs.number());
+    theirs.close();
+    if (!id) return Ended::failure(id.error());
+
+    std::string complaint;
+    const bool inTime = waitFor(id.value(), complaints, complaint, atMost);
+    if (!inTime) ::kill(-id.value(), SIGKILL);
+    int status = 0;
+    while (::waitpid(id.value(), &status, 0) < 0 && errno == EINTR) {
+    }
+    if (inTime && WIFEXITED(status) && WEXITSTATUS(status) == 0) return true;
+
+    std::string why = command.front();
+    if (!inTime)
+        why += " did not end in time";
+    else if (WIFSIGNALED(status))
+        why += " was ended by signal " + std::to_string(WTERMSIG(status));
+    else
+        why += " ended with " + std::to_string(WEXITSTATUS(status));
+    complaint = trimmed(std::move(complaint));
+    return Ended::failure(complaint.empty() ? why : why + ": " + complaint);
+}
+
+Ended startProgram(const std::vector<std::string>& command) {
+    const Result<pid_t> id = spawn(command, "/dev/null", -1);
+    if (!id) return Ended::failure(id.error());
+    // Its end, hours later perhaps, is taken note of so that nothing of it stays behind.
+    try {
+        std::thread([child = id.value()] { ::waitpid(child, nullptr, 0); }).detach();
+    } catch (const std::system_error&) { // it runs, which is what was asked for
+    }
+    return true;
+}
+
+} // namespace platform

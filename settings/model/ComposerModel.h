@@ -1,0 +1,59 @@
+#pragma once
+
+#include "settings/model/Events.h"
+
+#include <QObject>
+#include <QString>
+#include <QVariantList>
+#include <QtQml/qqmlregistration.h>
+
+#include <memory>
+
+namespace settings {
+
+/// A message that is being composed over a page, as QML draws it. GUI thread.
+///
+/// The texts are those that the message began with: what draws them hands over what was made of them.
+class ComposerModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Composers come from snapshots")
+    Q_PROPERTY(QString to READ to CONSTANT)
+    Q_PROPERTY(QString subject READ subject CONSTANT)
+    Q_PROPERTY(QString body READ body CONSTANT)
+    /// Of each its "name" and, for a person to read, its "size".
+    Q_PROPERTY(QVariantList attachments READ attachments CONSTANT)
+    Q_PROPERTY(bool working READ working NOTIFY changed)
+    Q_PROPERTY(QString problem READ problem NOTIFY changed)
+
+  public:
+    using Snapshot = std::shared_ptr<const ComposerSnapshot>;
+    ComposerModel(Events& events, std::uint64_t page, Snapshot composer, QObject* parent);
+
+    [[nodiscard]] std::uint64_t id() const { return composer_->id; }
+    [[nodiscard]] QString to() const { return QString::fromStdString(composer_->text.to); }
+    [[nodiscard]] QString subject() const { return QString::fromStdString(composer_->text.subject); }
+    [[nodiscard]] QString body() const { return QString::fromStdString(composer_->text.body); }
+    [[nodiscard]] QVariantList attachments() const;
+    [[nodiscard]] bool working() const { return composer_->working; }
+    [[nodiscard]] QString problem() const { return QString::fromStdString(composer_->problem); }
+
+    /// Takes up a newer snapshot of the same message, all but its text.
+    void read(const Snapshot& composer);
+    Q_INVOKABLE void send(const QString& to, const QString& subject, const QString& body);
+    Q_INVOKABLE void saveDraft(const QString& to, const QString& subject, const QString& body);
+    Q_INVOKABLE void cancel();
+    /// The window is closed: what is not being sent is to be kept.
+    Q_INVOKABLE void leave(const QString& to, const QString& subject, const QString& body);
+
+  signals:
+    void changed();
+
+  private:
+    void act(ComposerAction action, const QString& to, const QString& subject, const QString& body);
+    Events& events_;
+    std::uint64_t page_;
+    Snapshot composer_;
+};
+
+} // namespace settings

@@ -1,0 +1,128 @@
+#include "settings/model/PageModel.h"
+
+#include "platform/preferences/PSSpecifier.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace settings {
+namespace {
+
+/// Each snapshot has views of its own, but what is in them seldom changes.
+bool isSame(const std::shared_ptr<const ViewSnapshot>& one, const std::shared_ptr<const ViewSnapshot>& other) {
+    return one && other ? *one == *other : one == other;
+}
+
+/// From the top to the bottom, in a line from the left to the right.
+std::vector<ElementSnapshot> inReadingOrder(std::vector<ElementSnapshot> elements) {
+    std::stable_sort(elements.begin(), elements.end(), [](const ElementSnapshot& one, const ElementSnapshot& other) {
+        const platform::CGPoint& first = one.frame.origin;
+        const platform::CGPoint& second = other.frame.origin;
+        return std::pair(first.y, first.x) < std::pair(second.y, second.x);
+    });
+    return elements;
+}
+
+} // namespace
+
+PageModel::PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent)
+    : QObject(parent), events_(events), page_(std::move(page)) {
+    makeGroups();
+    readParts();
+}
+
+QString PageModel::title() const {
+    return QString::fromStdString(page_->title);
+}
+
+void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
+    if (page == page_) return;
+    const bool sameRows = hasSameRows(*page);
+    const bool sameTitle = page->title == page_->title;
+    const bool sameView = isSame(page->view, page_->view) && page->hostsView == page_->hostsView;
+    page_ = std::move(page);
+    if (!sameTitle) emit titleChanged();
+    if (!sameView) emit viewChanged();
+    readParts();
+    if (!sameRows) return makeGroups();
+    for (std::size_t i = 0; i < rows_.size(); ++i)
+        rows_[i]->read(page_->rows[i]);
+}
+
+void PageModel::readParts() {
+    readPart(table_, page_->table, &PageModel::tableChanged, events_, page_->id);
+    readPart(text_, page_->text, &PageModel::textChanged);
+    readElements();
+    readPart(composer_, page_->composer, &PageModel::composerChanged, events_, page_->id);
+}
+
+/// What a page has one of, or none. Its model lives on for as long as it is the same one.
+template<class Model, class Part, class... Context>
+void PageModel::readPart(Model*& model, const std::shared_ptr<const Part>& part, void (PageModel::*changed)(),
+                         Context&&... context) {
+    if (model && part && model->id() == part->id) return model->read(part);
+    if (!model && !part) return;
+    if (model) model->deleteLater();
+    model = part ? new Model(std::forward<Context>(context)..., part, this) : nullptr;
+    emit(this->*changed)();
+}
+
+void PageModel::readElements() {
+    const std::vector<ElementSnapshot> elements = inReadingOrder(page_->elements);
+    const bool same =
+        std::equal(elements_.begin(), elements_.end(), elements.begin(), elements.end(),
+                   [](const ElementModel* model, const auto& element) { return model->isSameElement(element); });
+    if (same) {
+        for (std::size_t i = 0; i < elements.size(); ++i)
+            elements_[qsizetype(i)]->read(elements[i]);
+        return;
+    }
+    const QList<ElementModel*> former = std::exchange(elements_, {});
+    for (const ElementSnapshot& element : elements)
+        elements_.push_back(new ElementModel(events_, page_->id, element, this));
+    emit elementsChanged();
+    for (ElementModel* old : former)
+        old->deleteLater();
+}
+
+void PageModel::touch(const std::vector<platform::UITouchRouter::Point>& points) {
+    events_.touched(page_->id, points, {});
+}
+
+bool PageModel::hasSameRows(const PageSnapshot& page) const {
+    return std::equal(rows_.begin(), rows_.end(), page.rows.begin(), page.rows.end(),
+                      [](const RowModel* model, const RowSnapshot& row) { return model->isSameRow(row); });
+}
+
+void PageModel::makeGroups() {
+    const QList<GroupModel*> former = std::exchange(groups_, {});
+    rows_.clear();
+    GroupModel* group = nullptr;
+    RowModel::Surroundings around;
+    for (std::size_t i = 0; i < page_->rows.size(); ++i) {
+        const RowSnapshot& row = page_->rows[i];
+        const bool begins = row.cell == platform::PSGroupCell;
+        if (begins || !group) {
+            group = makeGroup(begins ? &row : nullptr);
+            around = {group->header, group->footer, {}};
+        }
+        rows_.push_back(new RowModel(events_, page_->id, i, row, around, group));
+        if (row.cell == platform::PSStaticTextCell) around.textAbove = QString::fromStdString(row.name);
+        if (!begins) group->rows.push_back(rows_.back());
+    }
+    emit groupsChanged();
+    for (GroupModel* old : former)
+        old->deleteLater(); // its delegates may be in the middle of an event
+}
+
+GroupModel* PageModel::makeGroup(const RowSnapshot* groupRow) {
+    auto* group = new GroupModel(this);
+    if (groupRow) {
+        group->header = QString::fromStdString(groupRow->name);
+        group->footer = QString::fromStdString(groupRow->footerText);
+    }
+    groups_.push_back(group);
+    return group;
+}
+
+} // namespace settings

@@ -1,0 +1,113 @@
+#pragma once
+
+#include "settings/model/ComposerModel.h"
+#include "settings/model/ElementModel.h"
+#include "settings/model/RowModel.h"
+#include "settings/model/TableModel.h"
+#include "settings/model/TextModel.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmllist.h>
+#include <QtQml/qqmlregistration.h>
+
+#include <memory>
+#include <vector>
+
+namespace settings {
+
+/// A group of rows with its header and footer, as QML draws it. GUI thread.
+class GroupModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Groups come from snapshots")
+
+    Q_PROPERTY(QString header MEMBER header CONSTANT)
+    Q_PROPERTY(QString footer MEMBER footer CONSTANT)
+    Q_PROPERTY(QQmlListProperty<settings::RowModel> rows READ drawnRows CONSTANT)
+
+  public:
+    using QObject::QObject;
+    QString header;
+    QString footer;
+    QList<RowModel*> rows;
+
+  private:
+    QQmlListProperty<RowModel> drawnRows() { return {this, &rows}; }
+};
+
+/// A page, as QML draws it: groups of rows, or one view that fills it, the table or text in that view, and what the
+/// keyboard reaches there. GUI thread.
+///
+/// While the rows stay the same rows, a newer snapshot changes their values only, so that what draws them, and the
+/// keyboard focus in it, lives on. So it is with the elements of a view.
+class PageModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Pages come from snapshots")
+
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged)
+    Q_PROPERTY(bool hostsView READ hostsView NOTIFY viewChanged)
+    Q_PROPERTY(settings::TableModel* table READ table NOTIFY tableChanged)
+    Q_PROPERTY(settings::TextModel* text READ text NOTIFY textChanged)
+    Q_PROPERTY(QQmlListProperty<settings::ElementModel> elements READ drawnElements NOTIFY elementsChanged)
+    Q_PROPERTY(settings::ComposerModel* composer READ composer NOTIFY composerChanged)
+    Q_PROPERTY(bool presentsAnimated READ presentsAnimated NOTIFY composerChanged)
+    Q_PROPERTY(QQmlListProperty<settings::GroupModel> groups READ drawnGroups NOTIFY groupsChanged)
+
+  public:
+    PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent);
+
+    [[nodiscard]] QString title() const;
+    [[nodiscard]] bool hostsView() const { return page_->hostsView; }
+    /// Null when the page has no table.
+    [[nodiscard]] TableModel* table() const { return table_; }
+    /// Null when the page has no text.
+    [[nodiscard]] TextModel* text() const { return text_; }
+    /// In the order in which one reads.
+    [[nodiscard]] const QList<ElementModel*>& elements() const { return elements_; }
+    /// Null when no message is being composed.
+    [[nodiscard]] ComposerModel* composer() const { return composer_; }
+    /// It is to be seen coming or, when it is null, going.
+    [[nodiscard]] bool presentsAnimated() const { return page_->presentsAnimated; }
+    [[nodiscard]] const PageSnapshot& snapshot() const { return *page_; }
+
+    /// Takes up a newer snapshot of the same page.
+    void read(std::shared_ptr<const PageSnapshot> page);
+
+    /// Fingers on the page's view, all that come at one time together; places are on the page.
+    void touch(const std::vector<platform::UITouchRouter::Point>& points);
+
+  signals:
+    void titleChanged();
+    void groupsChanged();
+    void viewChanged();
+    void tableChanged();
+    void textChanged();
+    void elementsChanged();
+    void composerChanged();
+
+  private:
+    [[nodiscard]] bool hasSameRows(const PageSnapshot& page) const;
+    QQmlListProperty<GroupModel> drawnGroups() { return {this, &groups_}; }
+    QQmlListProperty<ElementModel> drawnElements() { return {this, &elements_}; }
+    void makeGroups();
+    void readParts();
+    template<class Model, class Part, class... Context>
+    void readPart(Model*& model, const std::shared_ptr<const Part>& part, void (PageModel::*changed)(),
+                  Context&&... context);
+    void readElements();
+    GroupModel* makeGroup(const RowSnapshot* groupRow);
+
+    Events& events_;
+    std::shared_ptr<const PageSnapshot> page_;
+    TableModel* table_ = nullptr;
+    TextModel* text_ = nullptr;
+    QList<ElementModel*> elements_;
+    ComposerModel* composer_ = nullptr;
+    QList<GroupModel*> groups_;
+    std::vector<RowModel*> rows_; ///< one for each row of the snapshot, group rows included
+};
+
+} // namespace settings

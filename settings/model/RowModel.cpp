@@ -1,0 +1,127 @@
+#include "settings/model/RowModel.h"
+
+#include "platform/preferences/PSSpecifier.h"
+
+#include <QPointer>
+#include <QStringList>
+
+#include <algorithm>
+#include <cmath>
+
+namespace settings {
+
+using namespace platform;
+
+namespace {
+
+/// Only text and numbers have a written form in a field; anything else is left out, as nil is.
+QString written(const Value& value) {
+    if (const std::string_view* text = value.text()) return QString::fromUtf8(*text);
+    return value.isNumber() ? QString::fromStdString(description(value)) : QString();
+}
+
+QString nameFor(const RowSnapshot& row, const RowModel::Surroundings& around) {
+    const QString identifier = QString::fromStdString(row.identifier);
+    const auto firstOf = [](std::initializer_list<QString> names) {
+        return *std::find_if(names.begin(), names.end() - 1, [](const QString& name) { return !name.isEmpty(); });
+    };
+    switch (row.cell) {
+    case PSSliderCell:
+        return firstOf({around.textAbove, around.header, identifier});
+    case PSEditTextCell:
+    case PSSecureEditTextCell:
+        return firstOf({QString::fromStdString(row.placeholder), around.header, identifier});
+    default:
+        return firstOf({QString::fromStdString(row.name), identifier});
+    }
+}
+
+} // namespace
+
+RowModel::RowModel(Events& events, std::uint64_t page, std::size_t position, const RowSnapshot& row,
+                   const Surroundings& around, QObject* parent)
+    : QObject(parent), events_(events), page_(page), position_(position), row_(row),
+      accessibleName_(nameFor(row, around)),
+      accessibleDescription_(around.footer.isEmpty() ? around.header : around.footer) {
+    if (accessibleDescription_ == accessibleName_) accessibleDescription_.clear();
+}
+
+QString RowModel::title() const {
+    return QString::fromStdString(row_.name);
+}
+
+QString RowModel::placeholder() const {
+    return QString::fromStdString(row_.placeholder);
+}
+
+bool RowModel::secure() const {
+    return row_.cell == PSSecureEditTextCell;
+}
+
+double RowModel::minimum() const {
+    const double minimum = row_.min.value_or(0);
+    return std::isfinite(minimum) ? minimum : 0;
+}
+
+double RowModel::maximum() const {
+    const double maximum = row_.max.value_or(1);
+    return std::isfinite(maximum) ? std::max(maximum, minimum()) : minimum() + 1;
+}
+
+double RowModel::number() const {
+    const double number = row_.value.isNumber() ? row_.value.doubleValue() : minimum();
+    return std::isnan(number) ? minimum() : std::clamp(number, minimum(), maximum());
+}
+
+QString RowModel::text() const {
+    return written(row_.value);
+}
+
+QString RowModel::valueTitle() const {
+    return QString::fromStdString(row_.valueTitle);
+}
+
+bool RowModel::isSameRow(const RowSnapshot& row) const {
+    return row.cell == row_.cell && row.name == row_.name && row.identifier == row_.identifier &&
+           row.footerText == row_.footerText && row.placeholder == row_.placeholder && row.min == row_.min &&
+           row.max == row_.max && row.showValue == row_.showValue && row.icon == row_.icon;
+}
+
+void RowModel::read(const RowSnapshot& row) {
+    row_ = row;
+    if (changesUnderWay_ == 0) emit valueRead();
+}
+
+void RowModel::tap() {
+    events_.rowTapped(page_, position_);
+}
+
+void RowModel::toggle(bool on) {
+    change(on);
+}
+
+void RowModel::slide(double number) {
+    // Six decimals are finer than any hand and keep steps from leaving 0.30000000000000004 behind.
+    const double rounded = std::round(number * 1e6) / 1e6;
+    change(std::clamp(rounded, minimum(), maximum()));
+}
+
+void RowModel::write(const QString& text) {
+    change(text.toStdString());
+}
+
+QString RowModel::shown(double number) const {
+    if (std::abs(number) >= 1e7) return QString::number(number, 'g', 4); // in a row there is no room for all digits
+    const int decimals = maximum() - minimum() > 10 ? 1 : 2;
+    return QString::number(number, 'f', decimals);
+}
+
+void RowModel::change(const Value& value) {
+    ++changesUnderWay_;
+    events_.valueChanged(page_, position_, value, [self = QPointer(this)] {
+        RowModel* const row = self.data();
+        if (row && --row->changesUnderWay_ == 0) emit row->valueRead();
+    });
+}
+
+} // namespace settings

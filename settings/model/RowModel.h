@@ -1,0 +1,99 @@
+#pragma once
+
+#include "settings/host/Snapshot.h"
+#include "settings/model/Events.h"
+
+#include <QObject>
+#include <QString>
+#include <QVariant>
+#include <QtQml/qqmlregistration.h>
+
+namespace settings {
+
+/// One row, as QML draws it. What kind of row it is never changes; its value does, with each snapshot. GUI thread.
+///
+/// Values come from another process and are of any kind: one that does not fit reads as the platform draws nil, a
+/// switch as off, a slider at its minimum, a field as empty, an option list with nothing chosen.
+class RowModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Rows come from snapshots")
+
+    Q_PROPERTY(int cell READ cell CONSTANT)
+    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString placeholder READ placeholder CONSTANT)
+    Q_PROPERTY(bool secure READ secure CONSTANT)
+    Q_PROPERTY(double minimum READ minimum CONSTANT)
+    Q_PROPERTY(double maximum READ maximum CONSTANT)
+    Q_PROPERTY(bool showsValue READ showsValue CONSTANT)
+    Q_PROPERTY(bool hasIcon READ hasIcon CONSTANT)
+    Q_PROPERTY(QVariant icon READ icon CONSTANT)
+    Q_PROPERTY(QString accessibleName READ accessibleName CONSTANT)
+    Q_PROPERTY(QString accessibleDescription READ accessibleDescription CONSTANT)
+
+    Q_PROPERTY(bool on READ on NOTIFY valueRead)
+    Q_PROPERTY(double number READ number NOTIFY valueRead)
+    Q_PROPERTY(QString text READ text NOTIFY valueRead)
+    Q_PROPERTY(QString valueTitle READ valueTitle NOTIFY valueRead)
+    Q_PROPERTY(bool marked READ marked NOTIFY valueRead)
+
+  public:
+    /// What is around a row and gives it its accessible texts.
+    struct Surroundings {
+        QString header;
+        QString footer;
+        QString textAbove; ///< of the nearest static text before it in its group
+    };
+
+    RowModel(Events& events, std::uint64_t page, std::size_t position, const RowSnapshot& row,
+             const Surroundings& around, QObject* parent);
+
+    [[nodiscard]] int cell() const { return row_.cell; }
+    [[nodiscard]] QString title() const;
+    [[nodiscard]] QString placeholder() const;
+    [[nodiscard]] bool secure() const;
+    [[nodiscard]] double minimum() const;
+    [[nodiscard]] double maximum() const;
+    [[nodiscard]] bool showsValue() const { return row_.showValue.value_or(false); }
+    [[nodiscard]] bool hasIcon() const { return row_.icon != nullptr; }
+    [[nodiscard]] QString accessibleName() const { return accessibleName_; }
+    [[nodiscard]] QString accessibleDescription() const { return accessibleDescription_; }
+
+    [[nodiscard]] bool on() const { return row_.value.boolValue(); }
+    [[nodiscard]] double number() const;
+    [[nodiscard]] QString text() const;
+    [[nodiscard]] QString valueTitle() const;
+    [[nodiscard]] bool marked() const { return row_.marked; }
+    /// Holds a platform::UIImageRef, for an IconItem.
+    [[nodiscard]] QVariant icon() const { return QVariant::fromValue(row_.icon); }
+
+    /// False when the row is another one: of another kind, or with another text.
+    [[nodiscard]] bool isSameRow(const RowSnapshot& row) const;
+    /// Takes up a newer snapshot of the same row.
+    void read(const RowSnapshot& row);
+
+    Q_INVOKABLE void tap();
+    Q_INVOKABLE void toggle(bool on);
+    Q_INVOKABLE void slide(double number);
+    Q_INVOKABLE void write(const QString& text);
+    /// A slider's number as it is shown beside it.
+    Q_INVOKABLE [[nodiscard]] QString shown(double number) const;
+
+  signals:
+    /// A snapshot has come and nothing that the user did since is still on its way: controls settle on the value, even
+    /// when it is the one that it was.
+    void valueRead();
+
+  private:
+    void change(const platform::Value& value);
+
+    Events& events_;
+    std::uint64_t page_;
+    std::size_t position_;
+    RowSnapshot row_;
+    QString accessibleName_;
+    QString accessibleDescription_;
+    int changesUnderWay_ = 0;
+};
+
+} // namespace settings

@@ -1,0 +1,235 @@
+#include "settings/model/Shell.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <utility>
+
+namespace settings {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kNoticeable = 200ms;
+/// A message has 1.0 s to be sent and 1.0 s to be answered; after both no answer can come.
+constexpr auto kBothTimeOuts = 2000ms;
+constexpr auto kSpare = 200ms;
+/// A page may work that long, as when a few plug-ins are probed that do not answer.
+constexpr auto kWorkAtMost = 30s;
+/// Somewhat longer than sending a message may take.
+constexpr std::chrono::milliseconds kMailAtMost = 130s;
+
+QString titleOf(const Opening& opening) {
+    return QString::fromStdString(opening.title.empty() ? opening.className : opening.title);
+}
+
+} // namespace
+
+// The host is never destroyed, because the main thread may be blocked in it for good.
+Shell::Shell()
+    : host_(*new Host([this](StackSnapshot stack) {
+          QMetaObject::invokeMethod(
+              this, [this, stack = std::move(stack)] { take(stack); }, Qt::QueuedConnection);
+      })) {
+    looks_.setInterval(kNoticeable);
+    connect(&looks_, &QTimer::timeout, this, &Shell::look);
+}
+
+void Shell::launch(Launch launch, std::function<void(const std::string&)> failed) {
+    setBusy(+1);
+    host_.launch(std::move(launch), [this, failed = std::move(failed)](const platform::Result<bool>& result) {
+        QMetaObject::invokeMethod(
+            this,
+            [this, failed, result] {
+                setBusy(-1);
+                if (!result) failed(result.error());
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void Shell::post(std::function<void(Navigation&)> work, std::function<void()> done) {
+    setBusy(+1);
+    host_.post([this, work = std::move(work), done = std::move(done)](Navigation& navigation) {
+        navigation.run(work); // what it throws must not keep the window waiting
+        QMetaObject::invokeMethod(
+            this,
+            [this, done] {
+                setBusy(-1);
+                if (done) done();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+void Shell::setDark(bool dark) {
+    if (std::exchange(dark_, dark) != dark) emit darkChanged();
+}
+
+void Shell::setTextSize(int percent) {
+    const int size = std::clamp(percent, kSmallestTexts, kLargestTexts);
+    if (std::exchange(textSize_, size) != size) emit textSizeChanged();
+}
+
+void Shell::setAnimated(bool animated) {
+    if (std::exchange(animated_, animated) != animated) emit animatedChanged();
+}
+
+QString Shell::waitingTitle() const {
+    if (opening_) return titleOf(*opening_);
+    return pages_.empty() ? tr("Lumora") : pages_.back()->title();
+}
+
+QString Shell::waitingHeadline() const {
+    if (!asksTweak_)
+        return lost() ? tr("%1 does not go on").arg(waitingTitle()) : tr("Waiting for %1").arg(waitingTitle());
+    return lost() ? tr("Lumora did not answer") : tr("Waiting for Lumora");
+}
+
+QString Shell::waitingText() const {
+    if (!asksTweak_) return lost() ? tr("You can go on waiting, or restart Settings.") : QString();
+    if (lost()) {
+        return tr("Both time-outs of “requestTweakSettings” are over: no answer can come any more, and “%1” cannot "
+                  "open. "
+                  "Restart Settings to ask again.")
+            .arg(waitingTitle());
+    }
+    return tr("“%1” opens when “requestTweakSettings” is answered.").arg(waitingTitle());
+}
+
+void Shell::back() {
+    if (pages_.empty()) return;
+    post([page = topPage()->id](Navigation& navigation) { navigation.back(page); });
+}
+
+void Shell::setContentSize(const QSizeF& size) {
+    post([size](Navigation& navigation) { navigation.setContentSize({size.width(), size.height()}); });
+}
+
+void Shell::pageGone(PageModel* page) {
+    if (page && std::find(pages_.begin(), pages_.end(), page) == pages_.end()) page->deleteLater();
+}
+
+void Shell::restart() {
+    std::ifstream in("/proc/self/cmdline", std::ios::binary);
+    std::vector<std::string> arguments;
+    for (std::string argument; std::getline(in, argument, '\0');)
+        arguments.push_back(argument);
+    std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
+    for (std::string& argument : arguments)
+        pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    // Replaces the process whole, the blocked main thread with it; every descriptor closes by itself.
+    execv("/proc/self/exe", pointers.data());
+    std::perror("lumora-settings: cannot restart");
+}
+
+void Shell::leave() {
+    for (QWindow* window : QGuiApplication::topLevelWindows())
+        window->hide();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); // so that it is gone from the screen
+    host_.finish(lost() ? 0ms : isComposing() ? kMailAtMost : kBothTimeOuts + kSpare);
+    std::fflush(nullptr);
+    _exit(0); // without joining: the main thread may be blocked for good
+}
+
+void Shell::pretendWaiting(std::optional<Opening> opening, bool lost) {
+    opening_ = std::move(opening);
+    setPatience(!opening_ ? Patience::fresh : lost ? Patience::over : Patience::waiting, opening_.has_value());
+}
+
+void Shell::pretendComposing(std::shared_ptr<const ComposerSnapshot> composer) {
+    PageSnapshot page = *topPage();
+    page.composer = std::move(composer);
+    pages_.back()->read(std::make_shared<const PageSnapshot>(std::move(page)));
+}
+
+void Shell::rowTapped(std::uint64_t page, std::size_t row) {
+    post([page, row](Navigation& navigation) { navigation.rowTapped(page, row); });
+}
+
+void Shell::valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value,
+                         std::function<void()> taken) {
+    post([page, row, value](Navigation& navigation) { navigation.valueChanged(page, row, value); }, std::move(taken));
+}
+
+void Shell::rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
+                     std::function<void()> taken) {
+    post([page, from, to](Navigation& navigation) { navigation.rowMoved(page, from, to); }, std::move(taken));
+}
+
+void Shell::tableRowTapped(std::uint64_t page, platform::NSIndexPath path, std::function<void()> taken) {
+    post([page, path](Navigation& navigation) { navigation.tableRowTapped(page, path); }, std::move(taken));
+}
+
+void Shell::touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
+                    std::function<void()> taken) {
+    post([page, points](Navigation& navigation) { navigation.touched(page, points); }, std::move(taken));
+}
+
+void Shell::tableScrolled(std::uint64_t page, const TableViewport& viewport) {
+    post([page, viewport](Navigation& navigation) { navigation.tableScrolled(page, viewport); });
+}
+
+void Shell::composed(std::uint64_t page, std::uint64_t composer, ComposerAction action,
+                     const platform::MailText& text) {
+    post([page, composer, action, text](Navigation& navigation) { navigation.composed(page, composer, action, text); });
+}
+
+void Shell::take(const StackSnapshot& stack) {
+    std::size_t common = 0;
+    while (common < pages_.size() && common < stack.pages.size() &&
+           pages_[common]->snapshot().id == stack.pages[common]->id)
+        ++common;
+    if (common < pages_.size()) {
+        pages_.resize(common);
+        emit pagesPopped(static_cast<int>(common));
+    }
+    for (std::size_t i = 0; i < common; ++i)
+        pages_[i]->read(stack.pages[i]);
+    for (std::size_t i = common; i < stack.pages.size(); ++i) {
+        pages_.push_back(new PageModel(*this, stack.pages[i], this));
+        emit pagePushed(pages_.back());
+    }
+    opening_ = stack.opening;
+    if (waiting()) emit waitingChanged();
+}
+
+/// What ends shows that the main thread goes on, however much is still to be done; what begins may have to queue.
+void Shell::setBusy(int change) {
+    const bool queues = change > 0 && workUnderWay_ > 0;
+    workUnderWay_ += change;
+    if (queues) return;
+    setPatience(Patience::fresh, false);
+    since_.start();
+    if (workUnderWay_ > 0)
+        looks_.start();
+    else
+        looks_.stop();
+}
+
+/// A page may work before it asks the tweak, and afterwards.
+void Shell::look() {
+    const bool asks = waitsForTweak();
+    if (asks != asksTweak_) since_.start();
+    const std::chrono::milliseconds atMost = asks ? kBothTimeOuts + kSpare : kWorkAtMost;
+    setPatience(since_.hasExpired(atMost.count()) ? Patience::over : Patience::waiting, asks);
+}
+
+void Shell::setPatience(Patience patience, bool asksTweak) {
+    const bool changes = patience != patience_ || asksTweak != asksTweak_;
+    patience_ = patience;
+    asksTweak_ = asksTweak;
+    if (changes) emit waitingChanged();
+}
+
+} // namespace settings

@@ -1,0 +1,128 @@
+#include "settings/model/TouchItem.h"
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <QTouchEvent>
+
+namespace settings {
+
+using platform::UITouchPhase;
+
+namespace {
+
+constexpr std::int64_t kMouse = -1; ///< fingers are counted from 0
+
+} // namespace
+
+TouchItem::TouchItem(QQuickItem* parent) : QQuickItem(parent) {
+    setAcceptedMouseButtons(Qt::LeftButton);
+    setAcceptTouchEvents(true);
+    setKeepMouseGrab(true);
+    setKeepTouchGrab(true);
+}
+
+void TouchItem::wantEveryMove() {
+    // Of the mouse and of fingers, where they come from the display server; the toolkit has switched that on by now.
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
+    // Of fingers, which would wait for the next picture.
+    qputenv("QML_NO_TOUCH_COMPRESSION", "1");
+}
+
+TouchItem::~TouchItem() {
+    cancelMouse();
+    cancelFingers();
+}
+
+void TouchItem::setPage(PageModel* page) {
+    if (page_ == page) return;
+    cancelMouse();
+    cancelFingers();
+    page_ = page;
+    emit pageChanged();
+}
+
+void TouchItem::mousePressEvent(QMouseEvent* event) {
+    sendMouse(UITouchPhase::began, event->position());
+}
+
+void TouchItem::mouseMoveEvent(QMouseEvent* event) {
+    sendMouse(UITouchPhase::moved, event->position());
+}
+
+void TouchItem::mouseReleaseEvent(QMouseEvent* event) {
+    sendMouse(UITouchPhase::ended, event->position());
+}
+
+/// Comes beside the press, which has been sent; ignored, the item would lose the mouse.
+void TouchItem::mouseDoubleClickEvent(QMouseEvent* event) {
+    event->accept();
+}
+
+void TouchItem::mouseUngrabEvent() {
+    cancelMouse();
+}
+
+void TouchItem::touchEvent(QTouchEvent* event) {
+    if (event->type() == QEvent::TouchCancel) return cancelFingers();
+    std::vector<Point> points;
+    for (const QEventPoint& point : event->points()) {
+        switch (point.state()) {
+        case QEventPoint::Pressed:
+            add(points, point.id(), UITouchPhase::began, point.position());
+            break;
+        case QEventPoint::Updated:
+            add(points, point.id(), UITouchPhase::moved, point.position());
+            break;
+        case QEventPoint::Released:
+            add(points, point.id(), UITouchPhase::ended, point.position());
+            break;
+        default:
+            break; // has not moved
+        }
+    }
+    send(points);
+}
+
+/// The fingers that are up by now have been told of.
+void TouchItem::touchUngrabEvent() {
+    cancelFingers();
+}
+
+/// Nothing comes of a touch that did not begin here, or has been cancelled.
+void TouchItem::add(std::vector<Point>& points, std::int64_t finger, UITouchPhase phase, QPointF place) {
+    if (phase != UITouchPhase::began && !down_.contains(finger)) return;
+    points.push_back({finger, phase, {place.x(), place.y()}});
+    if (phase == UITouchPhase::ended)
+        down_.erase(finger);
+    else
+        down_[finger] = points.back().location;
+    if (phase == UITouchPhase::began) emit began(place);
+}
+
+void TouchItem::send(const std::vector<Point>& points) {
+    if (page_ && !points.empty()) page_->touch(points);
+}
+
+void TouchItem::sendMouse(UITouchPhase phase, QPointF place) {
+    std::vector<Point> points;
+    add(points, kMouse, phase, place);
+    send(points);
+}
+
+void TouchItem::cancelMouse() {
+    const auto mouse = down_.find(kMouse);
+    if (mouse == down_.end()) return;
+    const Point point{kMouse, UITouchPhase::cancelled, mouse->second};
+    down_.erase(mouse);
+    send({point});
+}
+
+void TouchItem::cancelFingers() {
+    std::vector<Point> points;
+    for (const auto& [finger, place] : down_)
+        if (finger != kMouse) points.push_back({finger, UITouchPhase::cancelled, place});
+    std::erase_if(down_, [](const auto& down) { return down.first != kMouse; });
+    send(points);
+}
+
+} // namespace settings

@@ -1,0 +1,111 @@
+#include "settings/paint/FontTitle.h"
+
+#include "settings/paint/FontFaces.h"
+
+#include <QPainter>
+#include <QTextBoundaryFinder>
+#include <QTransform>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace settings {
+
+namespace {
+
+constexpr double kBaseline = 0.32; // beneath the middle of the row, of the size: where the usual font has its own
+
+/// The longest beginning of a text that fits with an ellipsis behind it; nothing when not even the ellipsis can be
+/// drawn.
+std::optional<TextOutline> elided(const platform::UIFont& font, const QString& text, double width) {
+    FontFaces& faces = FontFaces::shared();
+    std::vector<qsizetype> ends{0};
+    QTextBoundaryFinder signs(QTextBoundaryFinder::Grapheme, text);
+    while (signs.toNextBoundary() > 0)
+        ends.push_back(signs.position());
+    const QString ellipsis = faces.outline(font, QStringLiteral("…")) ? QStringLiteral("…") : QStringLiteral("...");
+    const auto cut = [&](qsizetype end) { return faces.outline(font, text.left(end) + ellipsis); };
+    const auto tooLong = std::partition_point(ends.begin(), ends.end(), [&](qsizetype end) {
+        const auto outline = cut(end);
+        return outline && outline->width <= width;
+    });
+    return cut(tooLong == ends.begin() ? 0 : *std::prev(tooLong));
+}
+
+} // namespace
+
+FontTitle::FontTitle(QQuickItem* parent) : QQuickPaintedItem(parent) {
+    setAntialiasing(true);
+}
+
+void FontTitle::setText(const QString& text) {
+    if (std::exchange(text_, text) == text) return;
+    layOutSoon();
+    emit changed();
+}
+
+void FontTitle::setTitleFont(const QVariant& font) {
+    const auto former = std::exchange(font_, font.value<platform::UIFontRef>());
+    if (former == font_ || (former && font_ && *former == *font_)) return;
+    layOutSoon();
+    emit changed();
+}
+
+void FontTitle::setUsualScale(double scale) {
+    if (std::exchange(usualScale_, scale) == scale) return;
+    layOutSoon();
+    emit changed();
+}
+
+void FontTitle::setColor(const QColor& color) {
+    if (std::exchange(color_, color) == color) return;
+    update();
+    emit changed();
+}
+
+void FontTitle::setInView(bool inView) {
+    if (std::exchange(inView_, inView) == inView) return;
+    if (due_) polish();
+    emit changed();
+}
+
+void FontTitle::geometryChange(const QRectF& geometry, const QRectF& former) {
+    QQuickPaintedItem::geometryChange(geometry, former);
+    if (geometry.size() != former.size()) layOutSoon();
+}
+
+void FontTitle::layOutSoon() {
+    due_ = true;
+    polish();
+}
+
+/// Called before the next frame, so that a row that only passes by while everything finds its place opens no font.
+void FontTitle::updatePolish() {
+    if (!inView_ || !std::exchange(due_, false)) return;
+    path_ = layOut();
+    update();
+    if (std::exchange(drawn_, !path_.isEmpty()) != drawn_) emit drawnChanged();
+}
+
+/// Empty when the text cannot be drawn in that font.
+QPainterPath FontTitle::layOut() const {
+    if (!font_ || width() <= 0) return {};
+    auto outline = FontFaces::shared().outline(*font_, text_);
+    if (!outline) return {};
+    const double scale = std::min(usualScale_, std::max(smallestScale_, width() / outline->width));
+    if (outline->width * scale > width()) outline = elided(*font_, text_, width() / scale);
+    if (!outline) return {};
+    const double left = outline->rightToLeft ? width() - outline->width * scale : 0;
+    const double baseline = std::round(height() / 2 + kBaseline * font_->pointSize() * scale);
+    return (QTransform::fromScale(scale, scale) * QTransform::fromTranslate(left, baseline)).map(outline->path);
+}
+
+void FontTitle::paint(QPainter* painter) {
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->fillPath(path_, color_);
+}
+
+} // namespace settings

@@ -1,0 +1,254 @@
+#include "platform/mail/MFMailComposeViewController.h"
+#include "platform/messaging/Dispatch.h"
+#include "settings/host/Host.h"
+#include "tests/settings/host/TestPages.h"
+#include "tests/support/Home.h"
+#include "tests/support/MailedFile.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <condition_variable>
+#include <cstdlib>
+#include <future>
+#include <mutex>
+
+namespace {
+
+using namespace platform;
+using namespace settings;
+using namespace tests;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+/// A page with a button that presents a message with one attachment, a field and a switch.
+class MailPage final : public PSListController, public MFMailComposeViewControllerDelegate {
+  public:
+    static inline std::vector<MFMailComposeResult> results; ///< main thread
+    static inline std::vector<Value> values;                ///< that the page took; main thread
+
+    PSSpecifierList specifiers() override {
+        if (_specifiers) return _specifiers;
+        const auto button =
+            PSSpecifier::preferenceSpecifierNamed("Mail", this, nullptr, nullptr, {}, PSButtonCell, false);
+        button->action = selector(&MailPage::press);
+        const auto field = PSSpecifier::preferenceSpecifierNamed("Field", this, selector(&MailPage::setValue), nullptr,
+                                                                 {}, PSEditTextCell, false);
+        const auto toggle = PSSpecifier::preferenceSpecifierNamed("Switch", this, selector(&MailPage::setValue),
+                                                                  nullptr, {}, PSSwitchCell, false);
+        _specifiers =
+            std::make_shared<const std::vector<PSSpecifierRef>>(std::vector<PSSpecifierRef>{button, field, toggle});
+        return _specifiers;
+    }
+    void setValue(const Value& value, PSSpecifier& /*row*/) { values.push_back(value); }
+    void press(PSSpecifier& /*sender*/) {
+        const auto composer = make<MFMailComposeViewController>();
+        composer->setMailComposeDelegate(std::static_pointer_cast<MailPage>(shared_from_this()));
+        composer->setToRecipients({"a@b.example", "c@d.example"});
+        composer->setSubject("Subject");
+        composer->setMessageBody("Body", false);
+        composer->addAttachmentData(mailedFile(std::string(std::getenv("HOME")) + "/log", std::string(1500, 'x')),
+                                    "text/plain", "log");
+        presentViewController(composer, true, nullptr);
+    }
+    void mailComposeController(MFMailComposeViewController& controller, MFMailComposeResult result,
+                               const NSError* /*error*/) override {
+        results.push_back(result);
+        controller.dismissViewControllerAnimated(result != MFMailComposeResultCancelled, nullptr);
+    }
+};
+PLATFORM_CLASS(MailPage)
+
+class ComposingTest : public ::testing::Test {
+  protected:
+    ComposingTest() {
+        perform([](Navigation&) {
+            MailPage::results.clear();
+            MailPage::values.clear();
+        });
+        perform([](Navigation& navigation) { navigation.open(NSClassFromString("MailPage"), "Mail"); });
+        perform([this](Navigation& navigation) { navigation.rowTapped(top().id, 0); });
+    }
+    /// Waits until the main thread has done it.
+    void perform(const std::function<void(Navigation&)>& work) {
+        std::promise<void> done;
+        host.post([&](Navigation& navigation) {
+            work(navigation);
+            done.set_value();
+        });
+        awaited(done.get_future(), "the turn of the main thread");
+    }
+    void act(ComposerAction action, const MailText& text = {"a@b.example", "Edited", "Text"}) {
+        perform([&](Navigation& navigation) { navigation.composed(top().id, composer()->id, action, text); });
+    }
+    PageSnapshot top() {
+        const std::lock_guard lock(mutex);
+        return *shown.back().pages.back();
+    }
+    std::shared_ptr<const ComposerSnapshot> composer() { return top().composer; }
+    bool waitUntil(const std::function<bool(const ComposerSnapshot*)>& holds) {
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, kLongEnough, [&] { return holds(shown.back().pages.back()->composer.get()); });
+    }
+    std::vector<MFMailComposeResult> results() {
+        std::vector<MFMailComposeResult> copy;
+        perform([&](Navigation&) { copy = MailPage::results; });
+        return copy;
+    }
+
+    Home home;
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<StackSnapshot> shown;
+    // Never destroyed, as in the program: the main thread goes on.
+    static inline Host* kept = nullptr; ///< as a host is never destroyed
+    Host& host = *(kept = new Host([this](StackSnapshot stack) {
+                       const std::lock_guard lock(mutex);
+                       shown.push_back(std::move(stack));
+                       changed.notify_all();
+                   }));
+};
+
+TEST_F(ComposingTest, ShowsTheMessageThatAButtonPresents) {
+    ASSERT_NE(composer(), nullptr);
+    EXPECT_EQ(composer()->text, (MailText{"a@b.example, c@d.example", "Subject", "Body"}));
+    ASSERT_THAT(composer()->attachments, SizeIs(1));
+    EXPECT_EQ(composer()->attachments.front().name, "log");
+    EXPECT_EQ(composer()->attachments.front().size, 1500U);
+    EXPECT_FALSE(composer()->working);
+}
+
+TEST_F(ComposingTest, TellsWhetherItIsToBeSeenComingAndGoing) {
+    EXPECT_TRUE(top().presentsAnimated);
+    act(ComposerAction::cancel);
+    EXPECT_FALSE(top().presentsAnimated);
+}
+
+TEST_F(ComposingTest, ShowsNothingAnyMoreWhenItIsCancelled) {
+    act(ComposerAction::cancel);
+    EXPECT_EQ(composer(), nullptr);
+    EXPECT_THAT(results(), ElementsAre(MFMailComposeResultCancelled));
+}
+
+TEST_F(ComposingTest, GoesOnShowingItWhenThePageIsReadAnew) {
+    const auto id = composer()->id;
+    perform([](Navigation& navigation) { navigation.setContentSize({500, 500}); });
+    perform([this](Navigation& navigation) { navigation.rowTapped(top().id, 0); });
+    ASSERT_NE(composer(), nullptr);
+    EXPECT_EQ(composer()->id, id) << "one message at a time";
+}
+
+TEST_F(ComposingTest, ThePageBehindHearsNothing) {
+    perform([this](Navigation& navigation) {
+        navigation.open(NSClassFromString("MailPage"), "Another");
+        navigation.rowTapped(top().id, 0);
+    });
+    perform([this](Navigation& navigation) { navigation.back(top().id); });
+    EXPECT_EQ(top().title, "Another");
+    act(ComposerAction::cancel);
+    perform([this](Navigation& navigation) { navigation.back(top().id); });
+    EXPECT_EQ(top().title, "Mail");
+}
+
+TEST_F(ComposingTest, ThePageBehindTakesOnlyWhatWasTypedBefore) {
+    perform([this](Navigation& navigation) {
+        navigation.valueChanged(top().id, 2, true);
+        navigation.valueChanged(top().id, 1, "typed");
+    });
+    EXPECT_THAT(MailPage::values, ElementsAre(Value("typed")));
+    EXPECT_NE(composer(), nullptr);
+}
+
+TEST_F(ComposingTest, ShowsThatItIsBeingSentUntilItIs) {
+    const std::string gate = (home.path() / "gate").string();
+    ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta", "read go < " + gate).c_str(), 1);
+    act(ComposerAction::send);
+    ASSERT_NE(composer(), nullptr);
+    EXPECT_TRUE(composer()->working);
+    std::ofstream(gate) << "go\n";
+    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return !message; }));
+    EXPECT_THAT(home.inputOf("mta"), HasSubstr("Subject: Edited\n"));
+    EXPECT_THAT(results(), ElementsAre(MFMailComposeResultSent));
+}
+
+TEST_F(ComposingTest, SaysWhatWentWrongAndWhereTheDraftIs) {
+    ::setenv("LUMORA_SENDMAIL", home.addProgram("mta", "echo 'no route' >&2; exit 75").c_str(), 1);
+    testing::internal::CaptureStderr();
+    act(ComposerAction::send);
+    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return !message; }));
+    EXPECT_THAT(results(), ElementsAre(MFMailComposeResultFailed));
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(said, HasSubstr("no route"));
+    const auto drafts = Home::filesIn(home.drafts());
+    ASSERT_THAT(drafts, SizeIs(1));
+    EXPECT_THAT(said, HasSubstr(drafts.front().string()));
+}
+
+TEST_F(ComposingTest, ShowsWhyItIsStillThereToBeEdited) {
+    act(ComposerAction::send, {"", "Edited", "Text"});
+    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return message && !message->problem.empty(); }));
+    EXPECT_FALSE(composer()->working);
+    EXPECT_THAT(results(), IsEmpty());
+}
+
+TEST_F(ComposingTest, SaysNothingOfWhatTheSheetShows) {
+    testing::internal::CaptureStderr();
+    act(ComposerAction::send, {"", "Edited", "Text"});
+    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return message && !message->problem.empty(); }));
+    std::ofstream(home.path() / "data/lumora") << "in the way";
+    act(ComposerAction::save);
+    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) {
+        return message && message->problem.find("folder") != std::string::npos;
+    }));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(ComposingTest, KeepsAMessageThatIsRefusedAfterItsUserHasLeft) {
+    testing::internal::CaptureStderr();
+    host.post([page = top().id, id = composer()->id](Navigation& navigation) {
+        navigation.composed(page, id, ComposerAction::send, {"bob", "Edited", "Text"});
+        navigation.composed(page, id, ComposerAction::leave, {"bob", "Edited", "Text"});
+    });
+    host.finish(kLongEnough);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("kept as a draft"));
+    ASSERT_THAT(Home::filesIn(home.drafts()), SizeIs(1));
+    EXPECT_THAT(Home::contentsOf(Home::filesIn(home.drafts()).front()), HasSubstr("Subject: Edited\n"));
+}
+
+TEST_F(ComposingTest, SaysThatAMessageIsLostWhenItsUserHasLeft) {
+    std::ofstream(home.path() / "data/lumora") << "in the way";
+    testing::internal::CaptureStderr();
+    act(ComposerAction::leave);
+    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return !message; }));
+    EXPECT_THAT(results(), ElementsAre(MFMailComposeResultFailed));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("neither sent nor kept: cannot make the folder"));
+}
+
+TEST_F(ComposingTest, IgnoresWhatIsDoneToAMessageThatIsGone) {
+    const auto page = top().id;
+    const auto id = composer()->id;
+    act(ComposerAction::cancel);
+    perform([&](Navigation& navigation) { navigation.composed(page, id, ComposerAction::cancel, {}); });
+    perform([this](Navigation& navigation) { navigation.rowTapped(top().id, 0); });
+    perform([&](Navigation& navigation) { navigation.composed(page, id, ComposerAction::cancel, {}); });
+    EXPECT_NE(composer(), nullptr) << "another one";
+    EXPECT_THAT(results(), SizeIs(1));
+}
+
+TEST_F(ComposingTest, FinishesADraftAndSaysWhereItIsBeforeTheProgramLeaves) {
+    testing::internal::CaptureStderr();
+    host.post([page = top().id, id = composer()->id](Navigation& navigation) {
+        navigation.composed(page, id, ComposerAction::save, {"a@b.example", "Edited", "Text"});
+    });
+    host.finish(kLongEnough);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("kept as a draft"));
+    ASSERT_THAT(Home::filesIn(home.drafts()), SizeIs(1));
+    EXPECT_THAT(Home::contentsOf(Home::filesIn(home.drafts()).front()), HasSubstr("Subject: Edited\n"));
+}
+
+} // namespace

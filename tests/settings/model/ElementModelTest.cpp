@@ -1,0 +1,286 @@
+#include "settings/model/ElementModel.h"
+#include "settings/app/DrawingLimit.h"
+#include "settings/model/PageModel.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <future>
+#include <string>
+#include <utility>
+
+namespace {
+
+using namespace platform;
+using namespace settings;
+using ::testing::ElementsAre;
+
+/// Keeps the touches, and answers when told to.
+class Hand final : public Events {
+  public:
+    void rowTapped(std::uint64_t /*page*/, std::size_t /*row*/) override {}
+    void valueChanged(std::uint64_t /*page*/, std::size_t /*row*/, const Value& /*value*/,
+                      std::function<void()> /*taken*/) override {}
+    void rowMoved(std::uint64_t /*page*/, NSIndexPath /*from*/, NSIndexPath /*to*/,
+                  std::function<void()> /*taken*/) override {}
+    void tableRowTapped(std::uint64_t /*page*/, NSIndexPath /*path*/, std::function<void()> /*taken*/) override {}
+    void tableScrolled(std::uint64_t /*page*/, const TableViewport& /*viewport*/) override {}
+    void composed(std::uint64_t /*page*/, std::uint64_t /*composer*/, ComposerAction /*action*/,
+                  const platform::MailText& /*text*/) override {}
+    void touched(std::uint64_t page, const std::vector<UITouchRouter::Point>& points,
+                 std::function<void()> taken) override {
+        pages.push_back(page);
+        touches.insert(touches.end(), points.begin(), points.end());
+        if (taken) underWay.push_back(std::move(taken));
+    }
+
+    void answer() {
+        const auto taken = std::move(underWay.front());
+        underWay.erase(underWay.begin());
+        taken();
+    }
+    /// Where the last touch was, which began and ended there.
+    [[nodiscard]] CGPoint place() const {
+        EXPECT_GE(touches.size(), 2u);
+        const UITouchRouter::Point& began = touches[touches.size() - 2];
+        const UITouchRouter::Point& ended = touches.back();
+        EXPECT_EQ(began.phase, UITouchPhase::began);
+        EXPECT_EQ(ended.phase, UITouchPhase::ended);
+        EXPECT_EQ(began.finger, ended.finger);
+        EXPECT_EQ(began.location, ended.location);
+        return ended.location;
+    }
+
+    std::vector<std::uint64_t> pages;
+    std::vector<UITouchRouter::Point> touches;
+    std::vector<std::function<void()>> underWay;
+};
+
+ElementSnapshot field(double hue, double saturation) {
+    return {
+        "Colour", CGRectMake(20, 95, 350, 500), {{"Hue", hue, false, false}, {"Saturation", saturation, true, true}}};
+}
+
+ElementSnapshot bar(double brightness) {
+    return {"Brightness", CGRectMake(20, 700, 350, 30), {{"Brightness", brightness, false, true}}};
+}
+
+AxisModel& axis(const ElementModel& element, int index) {
+    return *element.findChildren<AxisModel*>(Qt::FindDirectChildrenOnly).at(index);
+}
+
+TEST(ElementModel, PressesInTheMiddle) {
+    Hand hand;
+    ElementModel button(hand, 7, {"Theme", CGRectMake(10, 20, 30, 60), {}}, nullptr);
+    button.press();
+    EXPECT_EQ(hand.place(), (CGPoint{25, 50}));
+    EXPECT_THAT(hand.pages, ElementsAre(7, 7));
+    EXPECT_FALSE(button.movesAcross());
+    EXPECT_FALSE(button.movesDown());
+}
+
+TEST(ElementModel, TouchesWhereTheMarkComesToStand) {
+    Hand hand;
+    ElementModel element(hand, 1, field(0.5, 0.5), nullptr);
+    element.move(0.01, 0);
+    EXPECT_DOUBLE_EQ(hand.place().x, 20 + 0.51 * 350);
+    EXPECT_DOUBLE_EQ(hand.place().y, 95 + 0.5 * 500);
+    element.move(0, 0.1);
+    EXPECT_DOUBLE_EQ(hand.place().x, 20 + 0.51 * 350) << "from where it was put last";
+    EXPECT_DOUBLE_EQ(hand.place().y, 95 + 0.6 * 500);
+    EXPECT_DOUBLE_EQ(element.valueOf(1), 0.4) << "which is 1 at the top";
+}
+
+TEST(ElementModel, StaysWithinTheFrameAtEveryEdge) {
+    Hand hand;
+    ElementModel element(hand, 1, field(0.5, 0.5), nullptr);
+    element.move(1, 0);
+    EXPECT_DOUBLE_EQ(hand.place().x, 369.5);
+    element.move(-1, 0);
+    EXPECT_DOUBLE_EQ(hand.place().x, 20);
+    element.move(0, 1);
+    EXPECT_DOUBLE_EQ(hand.place().y, 594.5);
+    element.move(0, -1);
+    EXPECT_DOUBLE_EQ(hand.place().y, 95);
+    for (const auto& touch : hand.touches)
+        EXPECT_TRUE(CGRectContainsPoint(field(0, 0).frame, touch.location));
+}
+
+TEST(ElementModel, TouchesNothingWhenTheMarkCannotGoOn) {
+    Hand hand;
+    ElementModel element(hand, 1, field(0, 1), nullptr);
+    element.move(-0.01, 0);
+    element.move(0, -0.01);
+    ElementModel dark(hand, 1, bar(0), nullptr); // nearer to the end than a touch comes
+    dark.move(0.01, 0);
+    axis(dark, 0).set(0);
+    ElementModel black(hand, 1, field(0, 0), nullptr);
+    black.move(-0.01, 0);
+    black.move(0, 0.01);
+    EXPECT_TRUE(hand.touches.empty());
+}
+
+TEST(ElementModel, TurnsBackFromAnEndThatATouchCannotReach) {
+    Hand hand;
+    ElementModel dark(hand, 1, bar(0), nullptr);
+    dark.move(-0.01, 0);
+    EXPECT_DOUBLE_EQ(hand.place().x, 20 + 0.99 * 350);
+    EXPECT_NEAR(dark.valueOf(0), 0.01, 1e-12);
+}
+
+TEST(ElementModel, MovesAlongTheAxesThatItHas) {
+    Hand hand;
+    ElementModel element(hand, 1, bar(0.5), nullptr);
+    EXPECT_TRUE(element.movesAcross());
+    EXPECT_FALSE(element.movesDown());
+    element.move(0, 0.1);
+    EXPECT_TRUE(hand.touches.empty());
+    element.move(0.1, 0.1);
+    EXPECT_EQ(hand.place(), (CGPoint{20 + 0.6 * 350, 715}));
+}
+
+TEST(ElementModel, SetsAValueByTheTouchThatMeansIt) {
+    Hand hand;
+    ElementModel element(hand, 1, field(0.5, 0.5), nullptr);
+    axis(element, 0).set(0.25);
+    EXPECT_EQ(hand.place(), (CGPoint{20 + 0.25 * 350, 95 + 0.5 * 500}));
+    axis(element, 1).set(1);
+    EXPECT_EQ(hand.place(), (CGPoint{20 + 0.25 * 350, 95}));
+    axis(element, 0).set(2);
+    EXPECT_DOUBLE_EQ(hand.place().x, 369.5);
+    EXPECT_DOUBLE_EQ(axis(element, 0).value(), 1 - 0.5 / 350);
+    axis(element, 1).set(-3);
+    EXPECT_DOUBLE_EQ(hand.place().y, 594.5);
+}
+
+TEST(ElementModel, KeepsTheMarkUntilTheViewHasAnsweredEveryTouch) {
+    Hand hand;
+    ElementModel element(hand, 1, bar(0.5), nullptr);
+    element.move(0.1, 0);
+    element.move(0.1, 0);
+    element.read(bar(0.4));
+    hand.answer();
+    EXPECT_DOUBLE_EQ(element.valueOf(0), 0.3);
+    element.read(bar(0.9)); // the view has its own mind
+    hand.answer();
+    EXPECT_DOUBLE_EQ(element.valueOf(0), 0.9);
+    element.read(bar(0.2));
+    EXPECT_DOUBLE_EQ(element.valueOf(0), 0.2);
+}
+
+TEST(ElementModel, OutlivesNoAnswer) {
+    Hand hand;
+    auto element = std::make_unique<ElementModel>(hand, 1, bar(0.5), nullptr);
+    element->move(0.1, 0);
+    element.reset();
+    hand.answer();
+    EXPECT_TRUE(hand.underWay.empty());
+}
+
+std::shared_ptr<PageSnapshot> pageOf(std::vector<ElementSnapshot> elements) {
+    auto page = std::make_shared<PageSnapshot>();
+    page->id = 1;
+    page->hostsView = true;
+    page->elements = std::move(elements);
+    return page;
+}
+
+TEST(ElementsOfAPage, StandInTheOrderInWhichOneReads) {
+    Hand hand;
+    const PageModel page(hand,
+                         pageOf({bar(1),
+                                 {"Right", CGRectMake(30, 740, 10, 10), {}},
+                                 {"Left", CGRectMake(0, 740, 10, 10), {}},
+                                 field(0, 0)}),
+                         nullptr);
+    std::vector<std::string> labels;
+    for (const ElementModel* element : page.elements())
+        labels.push_back(element->label().toStdString());
+    EXPECT_THAT(labels, ElementsAre("Colour", "Brightness", "Left", "Right"));
+}
+
+TEST(ElementsOfAPage, LiveOnWhileOnlyFramesAndValuesChange) {
+    Hand hand;
+    PageModel page(hand, pageOf({field(0, 0), bar(1)}), nullptr);
+    const QList<ElementModel*> before = page.elements();
+    ElementSnapshot moved = field(0.25, 0.75);
+    moved.frame.size.width = 700;
+    page.read(pageOf({moved, bar(0.5)}));
+    EXPECT_EQ(page.elements(), before);
+    EXPECT_EQ(before[0]->valueOf(0), 0.25);
+    EXPECT_EQ(before[0]->valueOf(1), 0.75);
+    EXPECT_EQ(before[0]->frame().width(), 700);
+    EXPECT_EQ(before[1]->valueOf(0), 0.5);
+    page.read(pageOf({field(0, 0)}));
+    EXPECT_EQ(page.elements().size(), 1);
+}
+
+TEST(TextOfAPage, LivesOnWhileItIsTheSameText) {
+    const auto pageWith = [](std::uint64_t id, std::string text) {
+        auto page = pageOf({});
+        page->text = std::make_shared<const TextSnapshot>(
+            TextSnapshot{id, CGRectMake(0, 0, 100, 100), std::make_shared<const std::string>(std::move(text)),
+                         UIFont::systemFontOfSize(15), false});
+        return page;
+    };
+    Hand hand;
+    PageModel page(hand, pageWith(1, "One"), nullptr);
+    TextModel* const text = page.text();
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->size(), 15);
+    page.read(pageWith(1, "Two"));
+    EXPECT_EQ(page.text(), text);
+    EXPECT_EQ(text->text(), "Two");
+    page.read(pageWith(2, "Two"));
+    EXPECT_NE(page.text(), text);
+    page.read(pageOf({}));
+    EXPECT_EQ(page.text(), nullptr);
+}
+
+TEST(TextOfAPage, ComesInPiecesThatAreNoneTooLongAndLoseNothing) {
+    static constexpr qsizetype kLong = 8192;
+    const auto pieces = [](const std::string& text) {
+        const auto snapshot = std::make_shared<const TextSnapshot>(
+            TextSnapshot{1, {}, std::make_shared<const std::string>(text), UIFont::systemFontOfSize(15), false});
+        const TextModel model(snapshot, nullptr);
+        QStringList all;
+        for (int i = 0; i < model.pieceCount(); ++i) {
+            all << model.piece(i);
+            EXPECT_LE(all.back().toUtf8().size(), kLong);
+        }
+        EXPECT_EQ(model.piece(-1) + model.piece(model.pieceCount()), "");
+        return all;
+    };
+    EXPECT_EQ(pieces(""), QStringList{""});
+    EXPECT_EQ(pieces("one\ntwo\n"), QStringList{"one\ntwo\n"});
+
+    QString lines;
+    for (int i = 0; i < 5000; ++i)
+        lines += QStringLiteral("Zeile %1: ä\n").arg(i);
+    EXPECT_GT(pieces(lines.toStdString()).size(), 5);
+    EXPECT_EQ(pieces(lines.toStdString()).join('\n'), lines);
+    EXPECT_EQ(pieces(QString(lines).replace("\n", "\r\n").toStdString()).join("\r\n"),
+              QString(lines).replace("\n", "\r\n"));
+
+    // Lines that are too long for a piece are broken at a space, else between two characters.
+    const QStringList words = pieces(QString("Wörter ").repeated(5000).toStdString());
+    EXPECT_EQ(words.join(""), QString("Wörter ").repeated(5000));
+    EXPECT_TRUE(
+        std::all_of(words.begin(), words.end(), [](const QString& piece) { return piece.endsWith("Wörter "); }));
+    for (const char* letter : {"ä", "–", "😀"})
+        EXPECT_EQ(pieces(QString(letter).repeated(9000).toStdString()).join(""), QString(letter).repeated(9000));
+}
+
+TEST(DrawingLimit, IsToldOfOneThingThatTakesTooLongAndOfNothingElse) {
+    std::promise<void> told;
+    DrawingLimit limit(std::chrono::milliseconds(0), [&told] { told.set_value(); }); // a second time would throw
+    { const DrawingLimit::Turn quick(limit); }
+    const auto began = std::chrono::steady_clock::now();
+    const DrawingLimit::Turn slow(limit);
+    ASSERT_EQ(told.get_future().wait_for(std::chrono::minutes(1)), std::future_status::ready);
+    EXPECT_GE(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(200)) << "the first was over in time";
+}
+
+} // namespace

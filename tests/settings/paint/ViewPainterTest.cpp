@@ -1,0 +1,325 @@
+#include "settings/paint/ViewPainter.h"
+#include "settings/paint/ViewChange.h"
+
+#include <QBuffer>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace {
+
+using namespace platform;
+using namespace settings;
+
+constexpr QRgb kWhite = 0xffffffff;
+constexpr QRgb kBlack = 0xff000000;
+constexpr QRgb kRed = 0xffff0000;
+constexpr QRgb kBlue = 0xff0000ff;
+constexpr QRgb kGrey = 0xff7f7f7f; ///< half of black on white
+
+UIColorRef color(double red, double green, double blue) {
+    return UIColor::colorWithRed(red, green, blue, 1);
+}
+UIColorRef red() {
+    return color(1, 0, 0);
+}
+UIColorRef blue() {
+    return color(0, 0, 1);
+}
+
+ViewSnapshot view(const CGRect& frame, CALayer layer = {}) {
+    return {"View", frame, std::move(layer)};
+}
+
+/// On white, on a screen of so many pixels a point.
+QImage painted(const ViewSnapshot& view, double scale = 1, QSize size = {40, 40}) {
+    QImage image(size * scale, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.scale(scale, scale);
+    ViewPainter().paint(painter, view);
+    return image;
+}
+
+/// Alike but for the rounding of one step of each colour.
+::testing::AssertionResult isNearly(QRgb one, QRgb other) {
+    const int most = std::max({std::abs(qRed(one) - qRed(other)), std::abs(qGreen(one) - qGreen(other)),
+                               std::abs(qBlue(one) - qBlue(other))});
+    if (most <= 1) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << std::hex << one << " is not " << other;
+}
+
+Data png(const QImage& image) {
+    QByteArray file;
+    QBuffer buffer(&file);
+    image.save(&buffer, "PNG");
+    return {file.begin(), file.end()};
+}
+
+/// A row of pixels of those colours.
+QImage row(std::initializer_list<QRgb> colors) {
+    QImage image(int(colors.size()), 1, QImage::Format_ARGB32_Premultiplied);
+    int x = 0;
+    for (const QRgb pixel : colors)
+        image.setPixel(x++, 0, pixel);
+    return image;
+}
+
+CGDrawingRef drawing(CGSize size, std::vector<CGDrawing::Step> steps) {
+    return std::make_shared<const CGDrawing>(CGDrawing{size, std::move(steps)});
+}
+
+CGDrawing::LinearGradient redToBlack(CGPoint start, CGPoint end, unsigned options = 0) {
+    return {CGGradientCreateWithColorComponents({1, 0, 0, 1, 0, 0, 0, 1}), start, end, options};
+}
+
+TEST(ViewPainter, FillsExactlyTheFrame) {
+    for (const auto& [scale, pixels] : {std::pair(1.0, QRect(10, 20, 5, 4)), std::pair(1.25, QRect(13, 25, 6, 5)),
+                                        std::pair(1.5, QRect(15, 30, 8, 6)), std::pair(2.0, QRect(20, 40, 10, 8))}) {
+        const QImage image = painted(view({{10, 20}, {5, 4}}, {.backgroundColor = red()}), scale);
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                ASSERT_EQ(image.pixel(x, y), pixels.contains(x, y) ? kRed : kWhite)
+                    << x << ", " << y << " at " << scale;
+    }
+}
+
+TEST(ViewPainter, PaintsSubviewsInTheirParentsCoordinatesAndBeyondItsBounds) {
+    ViewSnapshot parent = view({{10, 10}, {10, 10}}, {.backgroundColor = red()});
+    parent.subviews = {view({{5, 5}, {10, 2}}, {.backgroundColor = blue()})};
+    const QImage image = painted(parent);
+    EXPECT_EQ(image.pixel(15, 15), kBlue);
+    EXPECT_EQ(image.pixel(24, 16), kBlue);
+    EXPECT_EQ(image.pixel(25, 16), kWhite);
+    EXPECT_EQ(image.pixel(14, 15), kRed);
+}
+
+TEST(ViewPainter, LeavesNoSeamBetweenViewsThatAdjoinWithinAPixel) {
+    ViewSnapshot strip = view({{0, 0}, {40, 4}}, {.backgroundColor = UIColor::blackColor()});
+    for (int i = 0; i < 7; ++i)
+        strip.subviews.push_back(view({{i * 40 / 7.0, 0}, {40 / 7.0, 4}}, {.backgroundColor = red()}));
+    for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+        const QImage image = painted(strip, scale);
+        for (int x = 0; x < image.width(); ++x)
+            EXPECT_EQ(image.pixel(x, 1), kRed) << x << " at " << scale;
+    }
+}
+
+TEST(ViewPainter, PaintsTheBorderWithinTheBoundsAndAboveTheSubviews) {
+    ViewSnapshot framed =
+        view({{10, 10}, {10, 10}}, {.backgroundColor = nullptr, .borderWidth = 2, .borderColor = blue()});
+    framed.subviews = {view({{0, 0}, {10, 10}}, {.backgroundColor = red()})};
+    const QImage image = painted(framed);
+    for (int at = 0; at < 10; ++at) {
+        const QRgb expected = at < 2 || at >= 8 ? kBlue : kRed;
+        EXPECT_EQ(image.pixel(10 + at, 15), expected) << at;
+        EXPECT_EQ(image.pixel(15, 10 + at), expected) << at;
+    }
+    EXPECT_EQ(image.pixel(9, 15), kWhite);
+    EXPECT_EQ(image.pixel(20, 15), kWhite);
+}
+
+TEST(ViewPainter, PaintsABorderOfHalfAPointAsAWholePixelOrAsHalfTheColour) {
+    const ViewSnapshot framed = view({{10, 10}, {10, 10}}, {.backgroundColor = nullptr, .borderWidth = 0.5});
+    const QImage once = painted(framed);
+    EXPECT_TRUE(isNearly(once.pixel(10, 15), kGrey));
+    EXPECT_TRUE(isNearly(once.pixel(15, 19), kGrey));
+    EXPECT_EQ(once.pixel(11, 15), kWhite);
+    const QImage twice = painted(framed, 2);
+    EXPECT_EQ(twice.pixel(20, 30), kBlack);
+    EXPECT_EQ(twice.pixel(39, 30), kBlack);
+    EXPECT_EQ(twice.pixel(21, 30), kWhite);
+}
+
+TEST(ViewPainter, RoundsTheCornersSmoothly) {
+    const QImage image =
+        painted(view({{10, 10}, {20, 20}}, {.backgroundColor = UIColor::blackColor(), .cornerRadius = 10}));
+    EXPECT_EQ(image.pixel(10, 10), kWhite);
+    EXPECT_EQ(image.pixel(20, 20), kBlack);
+    EXPECT_EQ(image.pixel(11, 20), kBlack);
+    bool smooth = false;
+    for (int x = 10; x < 20; ++x)
+        smooth |= image.pixel(x, 12) != kWhite && image.pixel(x, 12) != kBlack;
+    EXPECT_TRUE(smooth);
+}
+
+TEST(ViewPainter, TakesNoMoreOfACornerThanHalfTheSide) {
+    const QImage image =
+        painted(view({{10, 10}, {20, 4}}, {.backgroundColor = UIColor::blackColor(), .cornerRadius = 100}));
+    EXPECT_EQ(image.pixel(20, 10), kBlack);
+    EXPECT_EQ(image.pixel(20, 13), kBlack);
+}
+
+TEST(ViewPainter, CutsOffContentAtTheRoundedRectangleOnlyWhenAskedTo) {
+    ViewSnapshot clip =
+        view({{10, 10}, {20, 20}}, {.backgroundColor = nullptr, .cornerRadius = 10, .masksToBounds = true});
+    clip.subviews = {view({{-5, -5}, {40, 40}}, {.backgroundColor = UIColor::blackColor()})};
+    const QImage cut = painted(clip);
+    EXPECT_EQ(cut.pixel(10, 10), kWhite);
+    EXPECT_EQ(cut.pixel(9, 20), kWhite);
+    EXPECT_EQ(cut.pixel(20, 20), kBlack);
+    bool smooth = false;
+    for (int x = 10; x < 20; ++x)
+        smooth |= cut.pixel(x, 12) != kWhite && cut.pixel(x, 12) != kBlack;
+    EXPECT_TRUE(smooth);
+    clip.layer.masksToBounds = false;
+    EXPECT_EQ(painted(clip).pixel(9, 20), kBlack);
+}
+
+TEST(ViewPainter, DoesNotCutOffWhatComesAfterAClippedView) {
+    ViewSnapshot parent = view({{0, 0}, {40, 40}});
+    parent.subviews = {view({{0, 0}, {5, 5}}, {.backgroundColor = nullptr, .masksToBounds = true}),
+                       view({{20, 20}, {5, 5}}, {.backgroundColor = red()})};
+    EXPECT_EQ(painted(parent).pixel(22, 22), kRed);
+}
+
+TEST(ViewPainter, StretchesAnImageOverTheBounds) {
+    ViewSnapshot picture = view({{10, 10}, {20, 10}});
+    picture.image = std::make_shared<const UIImage>(CGSize{2, 1}, png(row({kRed, kBlue})), Data{});
+    const QImage image = painted(picture);
+    EXPECT_EQ(image.pixel(10, 10), kRed);
+    EXPECT_EQ(image.pixel(29, 19), kBlue);
+    EXPECT_EQ(image.pixel(9, 15), kWhite);
+    EXPECT_EQ(image.pixel(30, 15), kWhite);
+}
+
+TEST(ViewPainter, TakesTheResolutionThatTheScreenHas) {
+    ViewSnapshot picture = view({{10, 10}, {4, 4}});
+    picture.image = std::make_shared<const UIImage>(CGSize{1, 1}, png(row({kRed})), png(row({kBlue, kBlue})));
+    EXPECT_EQ(painted(picture).pixel(12, 12), kRed);
+    EXPECT_EQ(painted(picture, 2).pixel(24, 24), kBlue);
+}
+
+TEST(ViewPainter, PaintsNothingForAnImageThatCannotBeDecoded) {
+    ViewSnapshot picture = view({{10, 10}, {4, 4}}, {.backgroundColor = red()});
+    picture.image = std::make_shared<const UIImage>(CGSize{1, 1}, Data{1, 2, 3}, Data{});
+    EXPECT_EQ(painted(picture).pixel(12, 12), kRed);
+}
+
+TEST(ViewPainter, RunsAGradientFromOneEndToTheOtherAlikeInEveryRow) {
+    ViewSnapshot bar = view({{10, 10}, {20, 5}});
+    bar.drawing = drawing({20, 5}, {redToBlack({0, 0}, {20, 0})});
+    const QImage image = painted(bar);
+    for (int x = 0; x < 20; ++x) {
+        const int expected = qRound(255 * (1 - (x + 0.5) / 20));
+        for (int y = 10; y < 15; ++y)
+            EXPECT_TRUE(isNearly(image.pixel(10 + x, y), qRgb(expected, 0, 0))) << x << ", " << y;
+    }
+    EXPECT_EQ(image.pixel(9, 12), kWhite);
+    EXPECT_EQ(image.pixel(30, 12), kWhite);
+    EXPECT_EQ(image.pixel(20, 15), kWhite);
+}
+
+TEST(ViewPainter, GoesOnBeyondTheEndsOfAGradientOnlyWhenAskedTo) {
+    const auto columns = [](unsigned options) {
+        ViewSnapshot bar = view({{0, 0}, {40, 5}});
+        bar.drawing = drawing({40, 5}, {redToBlack({10, 0}, {30, 0}, options)});
+        const QImage image = painted(bar);
+        return std::vector<QRgb>{image.pixel(9, 2), image.pixel(30, 2)};
+    };
+    EXPECT_EQ(columns(0), (std::vector<QRgb>{kWhite, kWhite}));
+    EXPECT_EQ(columns(1), (std::vector<QRgb>{kRed, kWhite}));
+    EXPECT_EQ(columns(2), (std::vector<QRgb>{kWhite, kBlack}));
+    EXPECT_EQ(columns(3), (std::vector<QRgb>{kRed, kBlack}));
+}
+
+TEST(ViewPainter, StretchesADrawingFromTheSizeItWasDrawnIn) {
+    ViewSnapshot bar = view({{0, 0}, {40, 10}});
+    bar.drawing = drawing({20, 5}, {CGDrawing::Clip{{{0, 0}, {10, 5}}}, redToBlack({0, 0}, {0.001, 0}, 3)});
+    const QImage image = painted(bar);
+    EXPECT_EQ(image.pixel(19, 9), kBlack);
+    EXPECT_EQ(image.pixel(20, 9), kWhite);
+    EXPECT_EQ(image.pixel(19, 10), kWhite);
+}
+
+TEST(ViewPainter, RestoresOnlyWhatTheDrawingHasSaved) {
+    const auto black = redToBlack({-2, 0}, {-1, 0}, 3);
+    ViewSnapshot bar = view({{0, 0}, {40, 10}});
+    bar.drawing =
+        drawing({40, 10}, {CGDrawing::SaveState{}, CGDrawing::Clip{{{0, 0}, {5, 10}}}, CGDrawing::RestoreState{},
+                           CGDrawing::RestoreState{}, black, CGDrawing::SaveState{}});
+    ViewSnapshot parent = view({{0, 0}, {40, 40}});
+    parent.subviews = {bar, view({{0, 20}, {40, 5}}, {.backgroundColor = red()})};
+    const QImage image = painted(parent);
+    EXPECT_EQ(image.pixel(30, 5), kBlack);
+    EXPECT_EQ(image.pixel(30, 10), kWhite) << "a drawing ends where its view does";
+    EXPECT_EQ(image.pixel(30, 22), kRed);
+}
+
+TEST(ViewPainter, CastsAShadowOnAllSidesThatFadesOut) {
+    const QImage image =
+        painted(view({{15, 15}, {10, 10}},
+                     {.backgroundColor = red(), .shadowOffset = {0, 0}, .shadowRadius = 1, .shadowOpacity = 1}));
+    EXPECT_EQ(image.pixel(15, 15), kRed);
+    for (int out = 1; out <= 3; ++out) {
+        const QRgb left = image.pixel(15 - out, 20);
+        EXPECT_EQ(image.pixel(24 + out, 20), left);
+        EXPECT_EQ(image.pixel(20, 15 - out), left);
+        EXPECT_EQ(image.pixel(20, 24 + out), left);
+        EXPECT_LT(qRed(left), 255);
+        EXPECT_LT(qRed(left), qRed(image.pixel(14 - out, 20)));
+    }
+    EXPECT_EQ(image.pixel(10, 20), kWhite);
+    // Half a pixel beyond the edge, a Gaussian of deviation 1 has 0.31 left.
+    EXPECT_NEAR(qRed(image.pixel(14, 20)), 255 * (1 - 0.31), 4);
+}
+
+TEST(ViewPainter, CastsTheShadowOfARoundViewThatLiesBetweenPixelsEvenly) {
+    const CALayer layer{
+        .backgroundColor = red(), .cornerRadius = 7, .shadowOffset = {0, 0}, .shadowRadius = 0.5, .shadowOpacity = 1};
+    const QImage image = painted(view({{10.5, 12.5}, {14, 14}}, layer)); // its middle is that of the pixel (17, 19)
+    for (int out = 6; out < 12; ++out) {
+        const QRgb left = image.pixel(17 - out, 19);
+        EXPECT_TRUE(isNearly(image.pixel(17 + out, 19), left)) << out;
+        EXPECT_TRUE(isNearly(image.pixel(17, 19 - out), left)) << out;
+        EXPECT_TRUE(isNearly(image.pixel(17, 19 + out), left)) << out;
+    }
+    EXPECT_NE(image.pixel(17 - 8, 19), kWhite);
+}
+
+TEST(ViewPainter, MovesTheShadowAndWeakensIt) {
+    CALayer layer{.backgroundColor = nullptr,
+                  .shadowColor = UIColor::blackColor(),
+                  .shadowOffset = {10, 0},
+                  .shadowRadius = 0,
+                  .shadowOpacity = 0.5};
+    const QImage image = painted(view({{10, 10}, {10, 10}}, layer));
+    EXPECT_EQ(image.pixel(19, 15), kWhite);
+    EXPECT_TRUE(isNearly(image.pixel(20, 15), kGrey));
+    EXPECT_TRUE(isNearly(image.pixel(29, 15), kGrey));
+    EXPECT_EQ(image.pixel(30, 15), kWhite);
+    layer.shadowOpacity = 0;
+    EXPECT_EQ(painted(view({{10, 10}, {10, 10}}, layer)).pixel(25, 15), kWhite);
+}
+
+TEST(ViewChange, IsEmptyWhenOnlyColourObjectsDiffer) {
+    ViewSnapshot before = view({{0, 0}, {40, 40}}, {.backgroundColor = red()});
+    before.subviews = {view({{5, 5}, {10, 10}}, {.backgroundColor = blue()})};
+    ViewSnapshot after = before;
+    after.subviews[0].layer.backgroundColor = blue();
+    EXPECT_NE(before, after);
+    EXPECT_TRUE(changedArea(before, after).isEmpty());
+}
+
+TEST(ViewChange, IsTheOldAndTheNewPlaceOfWhatHasMovedWithItsShadow) {
+    ViewSnapshot before = view({{100, 100}, {400, 400}});
+    before.subviews = {
+        view({{0, 0}, {10, 10}}),
+        view({{50, 50}, {10, 10}},
+             {.backgroundColor = nullptr, .shadowOffset = {0, 0}, .shadowRadius = 1, .shadowOpacity = 1})};
+    ViewSnapshot after = before;
+    after.subviews[1].frame.origin.x = 60;
+    EXPECT_EQ(changedArea(before, after), QRectF(146, 146, 28, 18));
+}
+
+TEST(ViewChange, IsTheWholeViewWhenSubviewsCome) {
+    const ViewSnapshot before = view({{0, 0}, {40, 40}});
+    ViewSnapshot after = before;
+    after.subviews = {view({{30, 30}, {20, 20}})};
+    EXPECT_EQ(changedArea(before, after), QRectF(0, 0, 50, 50));
+    after.layer.masksToBounds = true;
+    EXPECT_EQ(changedArea(before, after), QRectF(0, 0, 40, 40));
+}
+
+} // namespace

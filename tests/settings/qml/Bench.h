@@ -1,0 +1,139 @@
+#pragma once
+
+#include "settings/model/PageModel.h"
+
+#include <QQuickItem>
+#include <QString>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+/// Stands in for the main thread in tests of the drawn rows: makes pages, sends snapshots when told to, and keeps what
+/// the rows hand on.
+class Bench : public QObject, private settings::Events {
+    Q_OBJECT
+    Q_PROPERTY(QVariantList changes READ changes)
+    Q_PROPERTY(QVariantList taps READ taps)
+    Q_PROPERTY(QVariantList tableTaps READ tableTaps)
+    Q_PROPERTY(QVariantList moves READ moves)
+    Q_PROPERTY(QVariantList viewports READ viewports)
+    Q_PROPERTY(QVariantList touches READ touches)
+    Q_PROPERTY(QVariantList compositions READ compositions)
+    /// Asked for cells, it brings none until `takeAll()`.
+    Q_PROPERTY(bool busy MEMBER busy_)
+    /// A tap on a row of the table means something, and no row can be moved. Until the next page.
+    Q_PROPERTY(bool selectable MEMBER selectable_)
+    /// Of the table, from its next snapshot on: its style, the selected row of its only section (-1 for none), and how
+    /// the last one was deselected.
+    Q_PROPERTY(bool plain MEMBER plain_)
+    Q_PROPERTY(int selected MEMBER selected_)
+    Q_PROPERTY(bool deselectsAnimated MEMBER deselectsAnimated_)
+    /// How many fonts have been opened to draw titles in.
+    Q_PROPERTY(int fontsOpened READ fontsOpened)
+
+  public:
+    /// Fonts that titles can be drawn in are in that folder.
+    explicit Bench(QString fonts, QObject* parent) : QObject(parent), fonts_(std::move(fonts)) {}
+
+    /// Rows as maps of "cell", "name", "identifier", "value", "footerText", "placeholder", "min", "max", "showValue",
+    /// "valueTitle", "marked", "icon" (a colour).
+    Q_INVOKABLE settings::PageModel* page(const QVariantList& rows);
+    /// A newer snapshot of the last page, with these rows.
+    Q_INVOKABLE void show(const QVariantList& rows);
+    /// A page with a table: sections as maps of "header", "footer" and either "rows", maps of "title", "identifier",
+    /// "icon", "marked", "fixed", "editingStyle", "indented", "font" (a file, or one and a number, as "a.ttc#1"), or
+    /// "count", to which "fonts" may say that row 7 has the font "many0007.ttf". The table fills 390 × 700 points, and
+    /// cells are made as it asks for them.
+    Q_INVOKABLE settings::PageModel* tablePage(const QVariantList& sections);
+    /// A newer snapshot of the last page, with these sections.
+    Q_INVOKABLE void showTable(const QVariantList& sections);
+    /// The same of a view that the page has made anew.
+    Q_INVOKABLE void showOtherTable(const QVariantList& sections);
+    /// A newer snapshot of the last page, with a message: a map of "id", "to", "subject", "body", "attachments" (maps
+    /// of "name", "size"), "working", "problem"; without one when that is empty.
+    Q_INVOKABLE void compose(const QVariantMap& message);
+    /// The page wants a row of its only section to be seen, from the next snapshot on: 1 at the top, 2 in the middle, 3
+    /// at the bottom, 0 anywhere.
+    Q_INVOKABLE void askToScroll(int row, int position, bool animated = false);
+    /// The ground of the view that the table is in gets a colour.
+    Q_INVOKABLE void paint(const QString& color);
+    /// A page that hosts a view of 390 × 700 points: "color" of its ground, "views" (maps of "frame", a rectangle, and
+    /// "color"), "elements" (maps of "label", "frame" and "axes", these maps of "label", "value", "vertical",
+    /// "reversed") and "text" (a map of "text", "frame", "selectable" and "id").
+    Q_INVOKABLE settings::PageModel* viewPage(const QVariantMap& view);
+    /// A newer snapshot of the last page, with this view.
+    Q_INVOKABLE void showView(const QVariantMap& view);
+    /// The window's picture has that colour there.
+    Q_INVOKABLE QString colorAt(QQuickItem* item, double x, double y);
+    /// Everything that was handed on has arrived, and the page has shown what came of it.
+    Q_INVOKABLE void takeAll();
+
+    [[nodiscard]] QVariantList changes() const { return changes_; }
+    [[nodiscard]] QVariantList taps() const { return taps_; }
+    /// Lists of two numbers: section and row.
+    [[nodiscard]] QVariantList tableTaps() const { return tableTaps_; }
+    [[nodiscard]] static int fontsOpened();
+    /// Lists of four numbers: section and row from which, section and row to which.
+    [[nodiscard]] QVariantList moves() const { return moves_; }
+    /// Maps of "top", "bottom", "headers", "footers".
+    [[nodiscard]] QVariantList viewports() const { return viewports_; }
+
+    /// One list for each event, of lists of four: finger, "began", "moved", "ended" or "cancelled", x, y.
+    [[nodiscard]] QVariantList touches() const { return touches_; }
+    /// Maps of "action" ("send", "save", "cancel"), "to", "subject", "body".
+    [[nodiscard]] QVariantList compositions() const { return compositions_; }
+
+    /// What assistive tools are told about everything in the item's window, every text of each.
+    Q_INVOKABLE QVariantList spoken(QQuickItem* item);
+    /// Does what an assistive tool would by that action on the control of that name in the item's window: "Toggle",
+    /// "Press", "Increase", "Decrease".
+    Q_INVOKABLE bool act(QQuickItem* item, const QString& name, const QString& action);
+    /// Sets the value of the slider of that name, as an assistive tool would.
+    Q_INVOKABLE bool setNumber(QQuickItem* item, const QString& name, double value);
+
+  private:
+    void rowTapped(std::uint64_t page, std::size_t row) override;
+    void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value,
+                      std::function<void()> taken) override;
+    void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
+                  std::function<void()> taken) override;
+    void tableRowTapped(std::uint64_t page, platform::NSIndexPath path, std::function<void()> taken) override;
+    void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
+                 std::function<void()> taken) override;
+    void tableScrolled(std::uint64_t page, const settings::TableViewport& viewport) override;
+    void composed(std::uint64_t page, std::uint64_t composer, settings::ComposerAction action,
+                  const platform::MailText& text) override;
+    std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantList& rows);
+    std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;
+    static std::shared_ptr<const settings::PageSnapshot> viewSnapshot(const QVariantMap& view);
+    [[nodiscard]] settings::CellSnapshot toCell(const QVariantMap& map) const;
+    [[nodiscard]] settings::SectionSnapshot toSection(const QVariantMap& map) const;
+    [[nodiscard]] platform::UIFontRef fontIn(const QString& file) const;
+    void setPage(std::shared_ptr<const settings::PageSnapshot> page);
+    void move(platform::NSIndexPath from, platform::NSIndexPath to);
+
+    settings::PageModel* page_ = nullptr;
+    QVariantList changes_;
+    QVariantList taps_;
+    QVariantList tableTaps_;
+    QVariantList moves_;
+    QVariantList viewports_;
+    QVariantList touches_;
+    QVariantList compositions_;
+    std::vector<settings::SectionSnapshot> sections_; ///< of the table, every cell in them
+    settings::TableViewport viewport_;
+    QString fonts_;
+    bool busy_ = false;
+    bool selectable_ = false;
+    bool plain_ = false;
+    int selected_ = -1;
+    bool deselectsAnimated_ = false;
+    settings::ScrollRequest scroll_;
+    std::uint64_t tableId_ = 1;
+    platform::UIColorRef ground_;
+    std::vector<std::function<void()>> underWay_;
+};
