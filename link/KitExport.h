@@ -1,7 +1,7 @@
 #pragma once
 
-/// Marks what the plug-in kit offers. The settings bundle and our own programs are compiled with a copy of the same
-/// code that they keep to themselves, and say so with LUMORA_OWN_COPY; plug-ins take the kit's library.
+/// Marks what the plug-in kit's library exports. The settings bundle and our own programs define LUMORA_OWN_COPY: each
+/// is compiled with a hidden copy of the same code.
 #ifdef LUMORA_OWN_COPY
 #define LUMORA_KIT_EXPORT
 #else

@@ -18,32 +18,32 @@ namespace lumora {
 ///
 ///     AppsController::AppsController() : SettingsPage(sessionOf<AppsController>()) {}
 ///
-/// There is no default value and no file on this side: what the tweak did not send reads as nil. The main thread alone
-/// starts, reads and edits; replies land from worker threads, each under the lock that is current when it comes, and
-/// wake whoever waits on that lock, or on the one that has replaced it meanwhile.
+/// This side keeps no defaults and no file: a value that the tweak did not send reads as nil. Only the main thread
+/// starts, reads and edits. Replies land from worker threads; each signals the lock that is current when it comes, and
+/// the one that has replaced it meanwhile.
 class LUMORA_KIT_EXPORT SettingsSession {
   public:
     SettingsSession() = default;
     SettingsSession(const SettingsSession&) = delete;
     SettingsSession& operator=(const SettingsSession&) = delete;
 
-    /// The creation of one instance: replaces the lock, asks the tweak for its settings and, only while the slot is
-    /// empty, waits on that lock. Always true. Kept on purpose: the wait has no time limit and no fallback; and the
-    /// slot is looked at after the request was sent, so a reply that holds nothing and lands before that look empties
-    /// the slot under this very start, which then waits, although there were settings when it began.
+    /// The creation of one instance: replaces the lock, asks the tweak for its settings and, while the slot is empty,
+    /// waits on that lock. Always true. Kept on purpose: the wait has no time limit and no fallback. Also on purpose,
+    /// the slot is read after the request is sent: an empty reply that lands before that empties the slot, and this
+    /// start waits although there were settings when it began.
     bool start();
 
     /// The value under a preference key, nil when the slot or the entry is empty.
     [[nodiscard]] platform::Value value(const std::string& key) const;
-    /// The slot itself: the settings dictionary, nil before the first reply and after one that held nothing.
+    /// The slot itself: the settings dictionary, nil before the first reply and after an empty one.
     [[nodiscard]] platform::Value settings() const;
 
-    /// Stores the value under the key and sends it to the tweak, as one "updateSettings" message. With an empty slot
-    /// there is nothing to store it in; it is sent all the same.
+    /// Stores the value under the key and sends it to the tweak, as one "updateSettings" message. With an empty slot it
+    /// only sends.
     void setValue(const platform::Value& value, const std::string& key);
 
   private:
-    /// A reply landed, on a worker thread. One that holds nothing empties the slot.
+    /// Stores a reply, on a worker thread. An empty one empties the slot.
     void store(const std::optional<platform::Data>& reply);
     [[nodiscard]] std::shared_ptr<platform::NSCondition> currentLock() const;
 
@@ -52,8 +52,8 @@ class LUMORA_KIT_EXPORT SettingsSession {
     platform::Value settings_;
 };
 
-/// The one session of a class, never destroyed: replies may land as long as the process lives. To be called in the
-/// class's own .cpp only.
+/// The one session of a class, never destroyed: replies may land as long as the process lives. Only the class's own
+/// .cpp calls this.
 template<class Owner>
 SettingsSession& sessionOf() {
     static auto& session = *new SettingsSession;
