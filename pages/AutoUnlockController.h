@@ -6,8 +6,8 @@ namespace lumora {
 
 /// The Auto-Unlock page: lets the tweak unlock the device when an application is opened from the lock screen.
 ///
-/// Kept on purpose: the two passcodes are ordinary settings. The page compares them neither with anything nor with each
-/// other; whether they agree is for the tweak to say.
+/// Kept on purpose: the two passcodes are ordinary settings. The page does not compare them; the tweak decides whether
+/// they agree.
 class AutoUnlockController final : public SettingsPage {
   public:
     AutoUnlockController();

@@ -18,7 +18,7 @@ class ColorPickerController final : public HostedViewPage {
     std::shared_ptr<platform::UIView> makeView(const platform::CGRect& frame) override;
 
   private:
-    /// Of the view that was made last: its block holds it, so that it would never go.
+    /// Cuts the change block of the latest view: the block holds the view, which would otherwise live for ever.
     void cutChangeBlock();
 
     std::weak_ptr<ColorPickerView> colorView_;

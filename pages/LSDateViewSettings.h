@@ -6,7 +6,7 @@ namespace lumora {
 
 /// The Date View page: the lock screen's clock and date, their font, sizes and place.
 ///
-/// Three of its settings stand on the Lock Screen Settings page too; each page edits its own copy.
+/// Three of its settings are on the Lock Screen Settings page too; each page edits its own copy.
 class LSDateViewSettings final : public SettingsPage {
   public:
     LSDateViewSettings();

@@ -10,8 +10,8 @@ class LumoraPreferences final : public SettingsPage, public platform::MFMailComp
   public:
     LumoraPreferences();
 
-    /// Writes the whole settings dictionary to the log each time the page appears. Kept on purpose: it is what a
-    /// problem report is read against, and so it shows every value as it is, passcodes included.
+    /// Writes the whole settings dictionary to the log each time the page appears. Kept on purpose: a problem report is
+    /// read against it, so it shows every value as it is, passcodes included.
     void viewWillAppear(bool animated) override;
 
     void mailComposeController(platform::MFMailComposeViewController& controller, platform::MFMailComposeResult result,
@@ -23,7 +23,7 @@ class LumoraPreferences final : public SettingsPage, public platform::MFMailComp
   private:
     /// Opens the maker's profile in the device's social-media application.
     void openTwitter(platform::PSSpecifier& sender);
-    /// Presents a problem report for the user to complete, with the diagnostic files that can be read.
+    /// Presents a problem report, which the user completes, with those diagnostic files that can be read.
     void openEmail(platform::PSSpecifier& sender);
 };
 

@@ -6,13 +6,12 @@
 
 namespace lumora::PreferenceHelperAdditions {
 
-/// Gives a row an icon from the resources of the bundle that holds PreferenceHelper; returns the row, so that it is
-/// applied to what a builder operation has just returned. An icon without an extension is a "png"; one that is not
-/// there leaves the row without an icon.
+/// Gives a row an icon from the resources of the bundle that holds PreferenceHelper, and returns the row. A name
+/// without an extension gets ".png"; a missing icon leaves the row without one.
 ///
 ///     addIcon(make.button("Mail", selector(&Page::openEmail)), "mail")
 ///
-/// The settings bundle's own: in a plug-in the builder comes from the kit, whose folder has no icons. Main thread.
+/// For the settings bundle only: in a plug-in the builder comes from the kit, whose folder has no icons. Main thread.
 platform::PSSpecifierRef addIcon(const platform::PSSpecifierRef& row, const std::string& iconName);
 
 } // namespace lumora::PreferenceHelperAdditions

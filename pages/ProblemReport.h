@@ -10,7 +10,7 @@ namespace lumora {
 ///     composer->setSubject(report.subject());   // "Lumora -- iPhone6,1(7.0.4)"
 class ProblemReport {
   public:
-    /// Of the device this is running on.
+    /// For the device on which this runs.
     [[nodiscard]] static ProblemReport ofThisDevice();
     ProblemReport(std::string deviceModel, std::string firmware);
 

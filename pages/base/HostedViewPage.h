@@ -8,15 +8,15 @@
 
 namespace lumora {
 
-/// A page that shows one view and no rows: what all such pages share. The view is made anew on each appearance, fetches
-/// its settings itself and keeps nothing when the page is left.
+/// What all pages share that show one view instead of rows. The view is made anew on each appearance and fetches its
+/// settings itself.
 ///
 ///     class FontViewController final : public PageOf<FontView> {
 ///       public:
 ///         FontViewController() : PageOf("Fonts") {}
 ///     };
 ///
-/// Main thread; an appearance blocks for as long as making the view does.
+/// Main thread; an appearance blocks while the view is being made.
 class HostedViewPage : public platform::PSListController {
   public:
     [[nodiscard]] std::string navigationTitle() const override { return title_; }
@@ -26,14 +26,14 @@ class HostedViewPage : public platform::PSListController {
   protected:
     explicit HostedViewPage(std::string title) : title_(std::move(title)) {}
 
-    /// Null is shown as it is: a page without content.
+    /// Null makes a page without content.
     virtual std::shared_ptr<platform::UIView> makeView(const platform::CGRect& frame) = 0;
 
   private:
     std::string title_;
 };
 
-/// A hosted view of that class, made for its frame.
+/// The page that hosts a View.
 template<class View>
 class PageOf : public HostedViewPage {
   protected:

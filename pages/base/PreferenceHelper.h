@@ -9,15 +9,17 @@
 
 namespace lumora {
 
-/// Makes the rows of one page, so that each sort of row is put together in one place.
+/// The row builder: makes the rows of one page.
 ///
-///     auto helper = make<PreferenceHelper>(this, selector(&AppsController::setValue),
-///     selector(&AppsController::getValue)); rows = {helper->header("Options"), helper->toggle("Badges",
-///     "kAppBadgesEnabled")};
+///     auto helper = make<PreferenceHelper>(this, selector(&Page::setValue), selector(&Page::getValue));
+///     rows = {
+///         helper->header("Options"),
+///         helper->toggle("Badges", "kAppBadgesEnabled"),
+///     };
 ///
 /// Editable rows read and write through the page's two operations, under the preference key that is their identifier.
-/// The builder refers to its page without owning it and keeps no rows; the page owns the builder, because rows of
-/// static text have the builder for their target. Nothing is checked here. Main thread.
+/// The builder refers to its page without owning it; the page owns the builder, because rows of static text have the
+/// builder as their target. The builder checks nothing. Main thread.
 class LUMORA_KIT_EXPORT PreferenceHelper final : public platform::NSObject {
   public:
     bool initWithTarget(platform::PSListController* target, platform::SetAction set, platform::GetAction get);
@@ -25,25 +27,25 @@ class LUMORA_KIT_EXPORT PreferenceHelper final : public platform::NSObject {
     using Row = platform::PSSpecifierRef;
 
     Row button(const std::string& title, platform::ButtonAction action);
-    /// Opens the page class `to`.
+    /// A row that opens the page class `to`.
     Row link(const std::string& title, platform::PSDetail to);
-    /// Opens a list of the titles, each of which stores the value at its position.
+    /// A row that opens a list of the titles; a tapped title stores the value at its position.
     Row link(const std::string& title, const std::string& identifier, const std::vector<std::string>& titles,
              std::vector<platform::Value> values);
     Row toggle(const std::string& title, const std::string& identifier);
     Row toggle(const std::string& title, const std::string& identifier, platform::SetAction set,
                platform::GetAction get);
-    /// Begins a group; the rows after it belong to it.
+    /// Begins a group, to which the rows after it belong.
     Row header(const std::string& text);
-    /// Begins a group without a header that has this text beneath its rows.
+    /// Begins a group without a header, with this text beneath its rows.
     Row footer(const std::string& text);
     Row header(const std::string& text, const std::string& footer);
     Row spacer();
     Row static_(const std::string& text);
-    /// Without a title. Bounds are single-precision numbers; the value is shown.
+    /// A slider without a title, which shows its value. Bounds are single-precision numbers.
     Row slider(const std::string& identifier, float min, float max);
     Row slider(const std::string& identifier, float min, float max, bool showValue);
-    /// Without a title: the first text is the placeholder.
+    /// A field without a title.
     Row field(const std::string& placeholder, const std::string& identifier);
     Row field(const std::string& placeholder, const std::string& identifier, bool secure);
     /// Gives a row an icon from the resources of the bundle that holds the target page's class; returns the row.

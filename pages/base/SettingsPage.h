@@ -9,8 +9,8 @@
 
 namespace lumora {
 
-/// A page of rows bound to preference keys: what all such pages share. A page adds its class's session, which it
-/// names in its own .cpp, and its table of rows:
+/// What all pages share whose rows are bound to preference keys. A page adds its class's session, which it names in its
+/// own .cpp, and its table of rows:
 ///
 ///     AppsController::AppsController() : SettingsPage(sessionOf<AppsController>()) {}
 ///     SettingsPage::Rows AppsController::rows(PreferenceHelper& make) { return {make.header("Options"), …}; }
@@ -18,9 +18,9 @@ namespace lumora {
 /// Main thread.
 class LUMORA_KIT_EXPORT SettingsPage : public platform::PSListController {
   public:
-    /// Returns only after the class's settings dictionary is there, however long that takes.
+    /// Returns once the class's settings dictionary is there; waits without a limit.
     bool init() override;
-    /// Built on the first request and kept for the life of the page; a row list that is there already stays as it is.
+    /// Built on the first request and kept for the life of the page. A row list that is already there stays as it is.
     platform::PSSpecifierList specifiers() override;
 
     /// The get and set operations of every editable row.
@@ -35,7 +35,7 @@ class LUMORA_KIT_EXPORT SettingsPage : public platform::PSListController {
     /// The page's rows in display order, made anew at each call.
     virtual Rows rows(PreferenceHelper& make) = 0;
 
-    /// Puts the page's rows behind those that the row list holds.
+    /// Appends the page's rows to those that the row list holds.
     platform::PSSpecifierList buildRows();
     [[nodiscard]] bool hasBuiltRows() const { return helper_ != nullptr; }
 
