@@ -4,8 +4,8 @@
 
 namespace lumora {
 
-/// The content of the "Auto-Unlock Apps" page: which of the chosen applications are not to unlock the device. It saves
-/// the disabled ones and only reads which are chosen; no application is hidden from it. Main thread.
+/// The content of the "Auto-Unlock Apps" page: which of the chosen applications leave the device locked. It saves the
+/// disabled ones and only reads which are chosen; it hides no application. Main thread.
 class AUAppsListView final : public ApplicationsListView {
   public:
     AUAppsListView();

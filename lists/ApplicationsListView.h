@@ -9,13 +9,12 @@
 
 namespace lumora {
 
-/// A selection list of applications: what the two of them share. Names and icons come from the application-list
-/// library, which is loaded when the view is made and closed when it goes. Without the library every name is missing
-/// and only what was saved shows. A view waits 100 ms in all for icons; one that comes later is put into its row then.
-/// Main thread.
+/// What the two selection lists of applications share. Names and icons come from the application-list library, which is
+/// loaded when the view is made and closed when it goes. Without the library the list shows what was saved, without
+/// names. A view waits 100 ms in all for icons; later ones are put into their rows as they come. Main thread.
 class ApplicationsListView : public SelectionListView {
   public:
-    /// System services that are not to be offered.
+    /// System services that the list does not offer.
     [[nodiscard]] static const std::vector<std::string>& hiddenDisplayIdentifiers();
 
   protected:
@@ -31,7 +30,7 @@ class ApplicationsListView : public SelectionListView {
     platform::LibraryHandle applist_;
     Titles applications_;
     platform::PicturePatience patience_;
-    /// Of cells that show their row without its icon until that has been drawn.
+    /// The orders of cells whose icon is still being drawn.
     std::map<platform::UITableViewCell*, platform::PictureOrderRef> iconsToCome_;
 };
 

@@ -15,8 +15,8 @@
 
 namespace lumora {
 
-/// A plug-in object: what a plug-in's principal class handed out as its one shared instance. A copy is the same object;
-/// every question is asked of the plug-in anew. Its code stays for the life of the process.
+/// A plug-in object: the one shared instance of a plug-in's principal class. A copy is the same object; each question
+/// is put to the plug-in anew. Its code stays for the life of the process.
 class Plugin {
   public:
     explicit Plugin(const LumoraAppView& object) : object_(&object) {}
@@ -25,26 +25,26 @@ class Plugin {
     [[nodiscard]] bool respondsToName() const { return object_->name != nullptr; }
     [[nodiscard]] bool respondsToAppID() const { return object_->appID != nullptr; }
 
-    /// The plug-in's three texts; nothing where it answers null, no UTF-8 or with an exception.
+    /// The plug-in's three texts; nothing if it answers null, another encoding than UTF-8, or with an exception.
     [[nodiscard]] std::optional<std::string> identifier() const;
     [[nodiscard]] std::optional<std::string> name() const;
     [[nodiscard]] std::optional<std::string> appID() const;
 
-    /// The page that the plug-in's settings link opens, or why it has none. Never null, and never to be looked up by
-    /// its name: two plug-ins may use the same one.
+    /// The page that the plug-in's settings link opens, or why it has none. Never null. Keep the class itself: its name
+    /// may be used by two plug-ins.
     [[nodiscard]] platform::Result<platform::Class> settingsController() const;
 
   private:
     const LumoraAppView* object_;
 };
 
-/// The folder that plug-ins are put into: "/Library/Nevo/Lumora/Plugins" of the device.
+/// The folder of plug-ins: "/Library/Nevo/Lumora/Plugins" of the device.
 [[nodiscard]] std::filesystem::path pluginFolder();
 
-/// True for a path whose extension says "bundle", in these letters.
+/// True for a path whose extension is exactly "bundle".
 [[nodiscard]] bool isPluginPath(const std::filesystem::path& path);
 
-/// One plug-in bundle, loaded and asked for its object; unloaded when this goes.
+/// Loads one plug-in bundle and asks for its object; unloads it at the end.
 ///
 ///     const PluginExamination examination(NSBundle::bundleWithPath(folder / "Clock.bundle"));
 ///     if (!examination.plugin()) complain(examination.plugin().error());
@@ -52,13 +52,13 @@ class Plugin {
 /// Runs the plug-in's code, which may do anything to the process. Main thread.
 class PluginExamination {
   public:
-    /// Null is a bundle that is no folder. The file of any other has no faultOfSharedObject().
+    /// Null stands for a bundle that is no folder. The caller has found no faultOfSharedObject() in any other.
     explicit PluginExamination(std::shared_ptr<platform::NSBundle> bundle);
     PluginExamination(const PluginExamination&) = delete;
     PluginExamination& operator=(const PluginExamination&) = delete;
     ~PluginExamination();
 
-    /// The object, or why there is none that can be used.
+    /// The object, or why it cannot be used.
     [[nodiscard]] const platform::Result<Plugin>& plugin() const { return plugin_; }
 
   private:
@@ -66,10 +66,9 @@ class PluginExamination {
     platform::Result<Plugin> plugin_;
 };
 
-/// The plug-ins in the plug-in folder, or only those with a settings page, in the order in which the file manager lists
-/// them: by the names of their bundles, since nothing is sorted here. Each call looks anew; what cannot be used is left
-/// out in silence, and so is what would end or damage this process: all of it is tried in another one first, once for
-/// each state of its files. Main thread.
+/// The plug-ins in the plug-in folder, or only those with a settings page, in the order of their bundles' names. Each
+/// call looks anew. Each plug-in is tried in another process first, once for each state of its files. One that cannot
+/// be used, or would end or damage this process, is left out in silence. Main thread.
 [[nodiscard]] std::vector<Plugin> discoverPlugins(bool withSettings, const platform::ProbeLimits& limits = {});
 
 } // namespace lumora

@@ -13,8 +13,7 @@ class PluginsListController final : public SettingsPage {
   public:
     PluginsListController();
 
-    /// Built on the first request. Kept on purpose: rows that are in the row list by then stand ahead of the page's
-    /// own.
+    /// Built on the first request. Kept on purpose: rows that are in the row list by then come before the page's own.
     platform::PSSpecifierList specifiers() override;
 
     /// Looks into the plug-in folder anew at each call.

@@ -5,13 +5,13 @@
 
 namespace lumora {
 
-/// The content of the "Plugins" page: the installed App View plug-ins, those that are enabled in the user's order. Main
+/// The content of the "Plugins" page: the installed App View plug-ins, the enabled ones in the user's order. Main
 /// thread.
 class PluginsListView final : public SelectionListView {
   public:
     PluginsListView();
 
-    /// Every plug-in that is installed and can be used, with a settings page or without.
+    /// Every installed plug-in that can be used, with a settings page or without.
     [[nodiscard]] static std::vector<Plugin> getPlugins();
 
   protected:
@@ -22,7 +22,7 @@ class PluginsListView final : public SelectionListView {
     const std::vector<std::string>& savedList() const override { return enabled(); }
 
   private:
-    Titles plugins_; ///< of two plug-ins with one identifier, the later one's name
+    Titles plugins_; ///< if two plug-ins have one identifier, the later one's name
 };
 
 } // namespace lumora

@@ -13,16 +13,16 @@
 
 namespace lumora {
 
-/// Identifier to what the user reads.
+/// The title that the user reads, by identifier.
 using Titles = std::unordered_map<std::string, std::string>;
 
 /// A reorderable selection list: one table, always in editing mode, with the sections "Enabled" and "Disabled". Rows
 /// are dragged within and between them, and every drop is saved at once. This is what the three list views share; each
 /// adds where its rows come from, which of the lists it saves, and under which preference key.
 ///
-/// What was saved is shown as it stands: an identifier that is no longer installed is a row with an empty title, is
-/// saved back unchanged, and one that was saved twice has two rows. Main thread; making one blocks for as long as the
-/// settings take.
+/// The list shows what was saved as it stands: an identifier that is no longer installed has a row with an empty title
+/// and is saved back unchanged; one that was saved twice has two rows. Main thread; making one blocks until the
+/// settings are there.
 class SelectionListView : public platform::UIView,
                           public platform::UITableViewDataSource,
                           public platform::UITableViewDelegate {
@@ -33,7 +33,7 @@ class SelectionListView : public platform::UIView,
     [[nodiscard]] const std::vector<std::string>& disabled() const { return selection_.disabled; }
     [[nodiscard]] platform::UITableView& tableView() { return *tableView_; }
 
-    /// Stores the list that this view saves and sends it to the tweak.
+    /// Stores this view's saved list and sends it to the tweak.
     void savePreferences();
 
     int numberOfSectionsInTableView(platform::UITableView& tableView) override;
@@ -53,17 +53,17 @@ class SelectionListView : public platform::UIView,
   protected:
     explicit SelectionListView(SettingsSession& session) : session_(session) {}
 
-    /// What must be there before the lists are built; by default nothing.
+    /// Gets ready what the lists are built from; by default nothing.
     virtual void prepare() {}
     /// Builds both lists.
     [[nodiscard]] virtual Selection setupArrays() = 0;
-    /// The titles of everything that is installed, valid once the lists are built.
+    /// The titles of all that is installed, valid once the lists are built.
     [[nodiscard]] virtual const Titles& titles() const = 0;
-    /// Beneath the last section.
+    /// The text beneath the last section.
     [[nodiscard]] virtual std::string footer() const = 0;
     /// How the table follows the view's size.
     [[nodiscard]] virtual unsigned tableMask() const { return platform::UIViewAutoresizingNone; }
-    /// Puts more than the title into a cell; by default nothing.
+    /// Adds to a cell that has its title; by default nothing.
     virtual void decorate(platform::UITableViewCell& /*cell*/, const std::string& /*identifier*/) {}
     [[nodiscard]] virtual const char* savedKey() const = 0;
     [[nodiscard]] virtual const std::vector<std::string>& savedList() const = 0;
@@ -80,14 +80,14 @@ class SelectionListView : public platform::UIView,
     std::shared_ptr<platform::UITableView> tableView_;
 };
 
-/// Identifiers sorted by their titles as the user's language does, case aside; one without a title counts as one with
-/// the empty title. Equal titles keep no order.
+/// The identifiers sorted by title in the order of the user's language, ignoring case; a missing title counts as empty.
+/// The order of equal titles is undefined.
 [[nodiscard]] std::vector<std::string> sortedByTitle(const std::vector<std::string>& identifiers, const Titles& titles);
-/// Everything that has a title and is in none of these lists, sorted in the same way.
 using Identifiers = std::reference_wrapper<const std::vector<std::string>>;
+/// All identifiers that have a title and are in none of these lists, sorted in the same way.
 [[nodiscard]] std::vector<std::string> restSortedByTitle(const Titles& titles,
                                                          std::initializer_list<Identifiers> leftOut);
-/// What of the first list is not in the second, in its order.
+/// The entries of the first list that the second lacks, in the order of the first.
 [[nodiscard]] std::vector<std::string> without(std::vector<std::string> identifiers,
                                                const std::vector<std::string>& removed);
 
