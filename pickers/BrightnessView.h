@@ -4,14 +4,14 @@
 
 namespace lumora {
 
-/// The brightness bar of the colour control: fades from a colour at its left edge to black at its right one. Draws
-/// nothing before it is given a colour. Main thread.
+/// The brightness bar of the colour control: fades from a colour at its left edge to black at its right one. Without a
+/// colour it draws nothing. Main thread.
 class BrightnessView final : public platform::UIView {
   public:
-    /// Null until one is set.
+    /// Null until a colour is set.
     [[nodiscard]] const platform::UIColorRef& color() const { return color_; }
-    /// The colour at full brightness, without alpha; never null. The same object again changes nothing; an equal colour
-    /// that is another object is drawn anew.
+    /// Takes the colour at full brightness, without alpha; never null. The same object again changes nothing; another
+    /// object is drawn anew, even if its colour is equal.
     void setColor(platform::UIColorRef color);
 
     /// Null until a colour is set.

@@ -4,8 +4,8 @@
 
 namespace lumora {
 
-/// Shows the bundle's change log, a text that can be read and scrolled and nothing else. A file that is missing, or is
-/// no UTF-8, shows as an empty text. Main thread.
+/// Shows the bundle's change log, a text to read and scroll. A file that is missing or not in UTF-8 shows as an empty
+/// text. Main thread.
 class ChangeLog final : public platform::UIView {
   public:
     bool initWithFrame(const platform::CGRect& frame) override;

@@ -2,11 +2,11 @@
 
 #include "platform/ui/CGGeometry.h"
 
-/// Where colours are: between points and components, nothing else. Points and rectangles are in one coordinate space,
-/// components are in [0, 1] where a point is in the rectangle. The rectangle is not empty. Any thread.
+/// Turns points of the colour control into components of a colour, and back. Points and rectangles are in one
+/// coordinate space, and no rectangle is empty; components are in [0, 1] for points in the rectangle. Any thread.
 namespace lumora {
 
-/// What a point of the field stands for. Hue grows from the left to the right, saturation from the bottom to the top.
+/// What a point of the field stands for. Hue grows from left to right, saturation from bottom to top.
 struct HueSaturation {
     double hue = 0;
     double saturation = 0;
@@ -21,12 +21,12 @@ constexpr platform::CGPoint pointOf(HueSaturation color, const platform::CGRect&
     return {field.origin.x + color.hue * field.size.width, field.origin.y + (1 - color.saturation) * field.size.height};
 }
 
-/// Brightness grows from the right end of the bar to the left one, whatever the height.
+/// Brightness grows from the right end of the bar to the left one; the height of the point is ignored.
 constexpr double brightnessAt(platform::CGPoint point, const platform::CGRect& bar) {
     return 1 - (point.x - bar.origin.x) / bar.size.width;
 }
 
-/// Halfway up the bar.
+/// The point for a brightness, halfway up the bar.
 constexpr platform::CGPoint pointOf(double brightness, const platform::CGRect& bar) {
     return {bar.origin.x + (1 - brightness) * bar.size.width, CGRectGetCenter(bar).y};
 }

@@ -16,16 +16,15 @@ namespace lumora {
 ///     auto picker = make<ColorPicker>(frame, color, [](const UIColorRef& chosen) { show(chosen); });
 ///     addSubview(picker); // shows the colour, and black when there is none
 ///
-/// The colour is kept as the object that was chosen last, and beside it as hue, saturation and brightness: a grey or a
-/// black has no hue of its own, yet the marks stay where the finger left them for as long as the control stays where it
-/// is. Main thread.
+/// The control keeps the colour as the object that was chosen last, and also as hue, saturation and brightness: grey
+/// and black have no hue, yet the marks stay where the finger left them until the control moves. Main thread.
 class ColorPicker final : public platform::UIView {
   public:
-    /// Gets the colour that is stored now.
+    /// Receives the colour that is now stored.
     using DidChangeColorBlock = std::function<void(const platform::UIColorRef& color)>;
 
     using UIView::initWithFrame;
-    /// Stores the colour as it is and reports nothing; null is allowed. The subviews are made later.
+    /// Stores the colour without a report; null is allowed. The subviews are made later.
     bool initWithFrame(const platform::CGRect& frame, platform::UIColorRef color,
                        DidChangeColorBlock andDidChangeColorBlock);
 
@@ -34,14 +33,14 @@ class ColorPicker final : public platform::UIView {
     /// Moves the marks to a colour and reports it if it differs from the stored one; null does nothing. A grey is
     /// stored as an RGB colour without alpha.
     ///
-    /// Kept on purpose: while the change is reported, hue and saturation are the new colour's already and brightness is
-    /// still the former one's.
+    /// Kept on purpose: while the change is reported, hue and saturation are the new colour's, and brightness is still
+    /// the former one's.
     void setColor(const platform::UIColorRef& color);
 
     [[nodiscard]] double currentHue() const { return currentHue_; } ///< a fraction of the circle, 0 is red
     [[nodiscard]] double currentSaturation() const { return currentSaturation_; }
     [[nodiscard]] double currentBrightness() const { return currentBrightness_; }
-    /// {"h": hue, "s": saturation, "b": brightness} as they are now.
+    /// The current {"h": hue, "s": saturation, "b": brightness}.
     [[nodiscard]] platform::Dictionary getHSB() const;
 
     [[nodiscard]] const DidChangeColorBlock& didChangeColorBlock() const { return didChangeColorBlock_; }
@@ -50,10 +49,10 @@ class ColorPicker final : public platform::UIView {
 
     /// Recolours the borders of field and bar, and the bar's mark. Kept on purpose: the view's own tint stays.
     void setTintColor(platform::UIColorRef color) override;
-    /// Black: what the borders have at first.
+    /// Black, the first colour of the borders.
     [[nodiscard]] static platform::UIColorRef _defaultTintColor();
 
-    // Each is made and put in its place when it is first asked for.
+    // Each view is made and placed at the first call.
     const std::shared_ptr<platform::UIImageView>& hueSatImage();
     const std::shared_ptr<BrightnessView>& gradientView();
     const std::shared_ptr<platform::UIView>& crossHairs();

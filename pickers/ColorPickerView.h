@@ -15,8 +15,8 @@ namespace lumora {
 ///     auto view = make<ColorPickerView>(frame);
 ///     view->setIdentifier(kLSBlurColor);
 ///
-/// The control's change block holds the view: whoever lets go of the view cuts that block. Main thread; making one
-/// blocks for as long as the settings take.
+/// The control's change block holds the view, so the view's owner cuts that block before it lets go. Main thread;
+/// making one blocks until the settings are there.
 class ColorPickerView final : public platform::UIView, public std::enable_shared_from_this<ColorPickerView> {
   public:
     bool initWithFrame(const platform::CGRect& frame) override;
@@ -25,17 +25,17 @@ class ColorPickerView final : public platform::UIView, public std::enable_shared
     void setPickerView(std::shared_ptr<ColorPicker> view) { pickerView_ = std::move(view); }
     [[nodiscard]] const std::shared_ptr<platform::UIView>& preview() const { return preview_; }
     void setPreview(std::shared_ptr<platform::UIView> view) { preview_ = std::move(view); }
-    /// The preference key under which the colour is saved; to be set before the first change.
+    /// The preference key under which the colour is saved; set before the first change.
     [[nodiscard]] const std::string& identifier() const { return identifier_; }
     void setIdentifier(std::string identifier) { identifier_ = std::move(identifier); }
 
     /// The colours of the strip, made anew.
     [[nodiscard]] static std::vector<platform::UIColorRef> themes();
-    /// A strip with a button for each of them, side by side; the buttons refer to this view.
+    /// A strip with a button for each theme, side by side; the buttons refer to this view.
     [[nodiscard]] std::shared_ptr<platform::UIView> themesView(const platform::CGRect& frame);
     /// An opaque colour of that hue, saturation and brightness.
     [[nodiscard]] static platform::UIColorRef h(double hue, double s, double b);
-    /// A tapped button of the strip, whose tag is the number of its theme.
+    /// Takes the colour of a tapped button of the strip; the button's tag is the number of its theme.
     void setColor(platform::UIButton& button);
     /// Stores the control's colour and sends it to the tweak.
     void savePreferences();

@@ -9,13 +9,13 @@
 
 namespace lumora {
 
-/// Every installed font by its name, each in that font, behind a first row "Default"; the chosen one bears a checkmark,
-/// and a tap on another one is stored at once.
+/// Lists "Default", then every installed font by its name and in that font. The chosen row bears a checkmark; a tap on
+/// another one is stored at once.
 ///
-///     const auto view = make<FontView>(frame); // reads what is installed, and scrolls to the chosen one
+///     const auto view = make<FontView>(frame); // reads the installed fonts, and scrolls to the chosen one
 ///
-/// A stored name that is not installed marks "Default", and stays stored until a row is tapped. Main thread; making one
-/// blocks for as long as the settings take.
+/// If the stored font is missing, "Default" is marked, and the name stays stored until a row is tapped. Main thread;
+/// making one blocks until the settings are there.
 class FontView final : public platform::UIView,
                        public platform::UITableViewDataSource,
                        public platform::UITableViewDelegate {
@@ -23,8 +23,8 @@ class FontView final : public platform::UIView,
     FontView();
     bool initWithFrame(const platform::CGRect& frame) override;
 
-    /// "Default", then the names of all fonts as the user's language orders them, case aside. A name that several fonts
-    /// have comes as often.
+    /// "Default", then the names of all fonts in the order of the user's language, ignoring case. A name that several
+    /// fonts share is repeated.
     [[nodiscard]] static std::vector<std::string> allFonts();
 
     [[nodiscard]] const std::vector<std::string>& fonts() const { return fonts_; }
