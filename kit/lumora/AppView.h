@@ -1,4 +1,4 @@
-/* An App View plug-in, as the Settings application sees it. This header stands alone: C11 or C++, nothing but the
+/* An App View plug-in, as the Settings application sees it. This header stands alone: it needs C11 or C++ and the
  * language's own headers.
  *
  * A plug-in is a folder "Name.bundle" in /Library/Nevo/Lumora/Plugins with an Info.plist, a shared object and its
@@ -14,9 +14,9 @@
  *     static const LumoraAppView *shared_instance(void) { return &clock_view; }
  *     LUMORA_PRINCIPAL_CLASS(Clock, shared_instance)
  *
- * A null entry of a table means "does not answer". All functions are called on the main thread of the Settings
- * application, and more than once: answer the same each time. Texts are UTF-8, belong to the plug-in and stay valid
- * until its next answer. The shared object is never unmapped.
+ * A null entry of a table means "does not answer". The Settings application calls all functions on its main thread,
+ * more than once: answer the same each time. Texts are UTF-8, belong to the plug-in and stay valid until its next
+ * answer. The shared object is never unmapped.
  */
 #ifndef LUMORA_APP_VIEW_H
 #define LUMORA_APP_VIEW_H
@@ -31,17 +31,17 @@ extern "C" {
 /* The version of both tables. A table of another version is not used. */
 #define LUMORA_APP_VIEW_VERSION 1u
 
-/* A settings page of the plug-in's own; made in C++ by LUMORA_SETTINGS_CONTROLLER of <lumora/SettingsController.h>. */
+/* The plug-in's settings page, made in C++ by LUMORA_SETTINGS_CONTROLLER of <lumora/SettingsController.h>. */
 typedef struct LumoraSettingsController LumoraSettingsController;
 
 /* The plug-in object. */
 typedef struct LumoraAppView {
     uint32_t version; /* LUMORA_APP_VIEW_VERSION */
-    /* The first three must be answered, with a text that is not empty. */
+    /* The first three are required, and answer with a text that is not empty. */
     const char* (*identifier)(void); /* tells plug-ins apart, in reverse-domain style; saved in the user's settings */
     const char* (*name)(void);       /* what the user reads */
     const char* (*appID)(void);      /* the application that the view belongs to */
-    /* The page that the plug-in's settings link opens; null, or answering null, for a plug-in without settings. */
+    /* The page that the plug-in's settings link opens. A plug-in without settings has null here, or answers null. */
     const LumoraSettingsController* (*settingsController)(void);
 } LumoraAppView;
 
@@ -53,7 +53,7 @@ typedef struct LumoraPrincipalClass {
 
 #define LUMORA_PRINCIPAL_CLASS_SYMBOL "LumoraPrincipalClass_"
 
-/* Declares what the plug-in exports. */
+/* Marks what the plug-in exports. */
 #ifdef __cplusplus
 #define LUMORA_PLUGIN_EXPORT extern "C" __attribute__((visibility("default")))
 #else

@@ -1,6 +1,6 @@
-/* What a settings page of a plug-in is checked by before it is used. A page is a C++ object that shares its classes
- * with the Settings application, so both must be made by the same version of the kit, the same compiler and the same
- * standard library; LUMORA_KIT_TAG names all three. This header stands alone; authors include
+/* The tag by which Settings checks a plug-in's settings page before it uses the page. A page is a C++ object that
+ * shares its classes with the Settings application, so both must be made with the same version of the kit, the same
+ * compiler and the same standard library; LUMORA_KIT_TAG names all three. Authors include
  * <lumora/SettingsController.h>.
  */
 #ifndef LUMORA_KIT_TAG_H
@@ -12,8 +12,7 @@
 #include <version> /* names the standard library */
 #endif
 
-/* Counted up with every change after which a page that is compiled already no longer fits; see SettingsController.cpp.
- */
+/* Raised by every change that a compiled page does not survive; see SettingsController.cpp. */
 #define LUMORA_KIT_VERSION 5
 
 #define LUMORA_KIT_QUOTED(number) #number
@@ -40,8 +39,8 @@
 #define LUMORA_KIT_TAG "kit " LUMORA_KIT_TEXT(LUMORA_KIT_VERSION) ", " LUMORA_KIT_COMPILER ", " LUMORA_KIT_LIBRARY
 
 struct LumoraSettingsController {
-    const char* tag;       /* LUMORA_KIT_TAG, as the plug-in was compiled with it */
-    const void* pageClass; /* a platform::ClassRecord; not looked at unless the tag is the reader's own */
+    const char* tag;       /* LUMORA_KIT_TAG, as compiled into the plug-in */
+    const void* pageClass; /* a platform::ClassRecord; read only if the tag is the reader's own */
 };
 
 #endif

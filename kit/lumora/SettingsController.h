@@ -8,12 +8,12 @@
 
 namespace lumora {
 
-/// True when the kit's library that is loaded was itself made as the tag says.
+/// True if the loaded library of the kit has this tag itself.
 [[nodiscard]] LUMORA_KIT_EXPORT bool kitIs(const char* tag);
 
 } // namespace lumora
 
-/// Gives a plug-in's page class as its settings controller; stands once in a source file, after the page's class.
+/// Makes a plug-in's page class its settings controller; stands once in a source file, after the page's class.
 ///
 ///     namespace {
 ///     class ClockPage final : public lumora::SettingsPage { … };
@@ -21,9 +21,8 @@ namespace lumora {
 ///     const LumoraAppView clockView{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController};
 ///     }
 ///
-/// It defines the function that is named second. The page is made each time that its link is tapped, on the main thread
-/// of the Settings application. Two plug-ins may give their pages the same name: pages of plug-ins are never looked up
-/// by name.
+/// It defines the function that is named second. Settings makes the page on its main thread, each time that the link is
+/// tapped. Two plug-ins may use the same class name: pages of plug-ins are never looked up by name.
 #define LUMORA_SETTINGS_CONTROLLER(Page, function)                                                                     \
     static const LumoraSettingsController* function() {                                                                \
         static const auto& pageClass = *new platform::ClassRecord{                                                     \
