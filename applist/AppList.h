@@ -1,12 +1,12 @@
 /* The application-list library, as its users see it: the installed applications with their names and icons. This header
- * stands alone, so that anybody can put a library of their own in its place:
+ * stands alone, so that you can put a library of your own in this place:
  *
  *     /Library/MobileSubstrate/DynamicLibraries/AppList.dylib
  *
- * The library exports one table, the class, under the name ALApplicationList. Its users find it by that name after they
- * have loaded the library, and do not use one of a later version than they know. A null entry means "does not answer".
+ * The library exports one table, the class, under the name ALApplicationList. Its users load the library, look the
+ * table up by that name, and use no later version than they know. A null entry means "does not answer".
  *
- * All functions may be called from any one thread at a time. Texts are UTF-8.
+ * Users may call from any thread, one at a time. Texts are UTF-8.
  */
 #ifndef LUMORA_APPLIST_H
 #define LUMORA_APPLIST_H
@@ -21,7 +21,7 @@ extern "C" {
 #define AL_APPLICATION_LIST_VERSION 2u
 #define AL_APPLICATION_LIST_SYMBOL "ALApplicationList"
 
-/* The one shared application list; what is in it is the library's own affair. */
+/* The one shared application list; only the library knows what is in it. */
 typedef struct ALSharedList ALSharedList;
 
 /* Called once for each application. Both texts are valid during the call only. */
@@ -40,15 +40,15 @@ typedef struct ALApplicationListClass {
     /* Visits every installed application, in no particular order. An identifier is visited once. */
     void (*applications)(ALSharedList* list, ALApplicationVisitor visit, void* context);
     /* Hands over the application's icon: `size` points wide and high, drawn for a screen of `scale` pixels a point, so
-     * a picture of size × scale pixels each way. Does not call back when there is no such application, it has no icon,
-     * or size or scale is no sensible number. */
+     * a picture of size × scale pixels each way. Does not call back for an unknown application, one without an icon, or
+     * a senseless size or scale. */
     void (*iconOfSize)(ALSharedList* list, double size, double scale, const char* displayIdentifier,
                        ALIconVisitor visit, void* context);
-    /* From here on since version 2; a table of version 1 ends before it and serves as it did. */
+    /* From here on since version 2. A table of version 1 ends above and still serves. */
 
-    /* Names the file from which that icon is to be drawn: PNG, SVG, XPM or JPEG, of any size. Users of the library ask
-     * for it first and have it drawn by another process, so that no picture of a stranger can hurt them or make them
-     * wait. When it does not call back, iconOfSize is asked. */
+    /* Names the file from which to draw that icon: PNG, SVG, XPM or JPEG, of any size. Users of the library ask for it
+     * first and have another process draw it, so that a foreign picture can neither hurt them nor make them wait. If it
+     * does not call back, they ask iconOfSize. */
     void (*iconFileOfSize)(ALSharedList* list, double size, double scale, const char* displayIdentifier,
                            ALFileVisitor visit, void* context);
 } ALApplicationListClass;
