@@ -8,9 +8,9 @@
 
 namespace lumora {
 
-/// The standard alphabet, padded.
+/// Uses the standard alphabet, with padding.
 [[nodiscard]] std::string encodeBase64(const platform::Data& data);
-/// Nothing unless the text is exactly what encodeBase64() writes for some data.
+/// Takes exactly what encodeBase64() writes; nothing for any other text.
 [[nodiscard]] std::optional<platform::Data> decodeBase64(std::string_view text);
 
 } // namespace lumora
