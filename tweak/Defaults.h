@@ -9,22 +9,22 @@
 
 namespace lumora {
 
-/// A setting that the tweak knows: its preference key and the value it has until it is changed.
+/// A setting that the tweak knows: its preference key and its value until it is changed.
 struct Setting {
     std::string key;
     platform::Value byDefault;
-    bool secure = false; ///< a passcode: shown as dots wherever people look
+    bool secure = false; ///< a passcode, shown as dots
 };
 
-/// Every setting that the tweak knows, in the order of the pages that edit them. Keys that are not among them belong to
-/// plug-ins. Any thread.
+/// Every setting that the tweak knows, in the order of the pages that edit them. All other keys belong to plug-ins. Any
+/// thread.
 [[nodiscard]] const std::vector<Setting>& knownSettings();
 
-/// Null for a key that no setting of ours has.
+/// Null for a key of a plug-in.
 [[nodiscard]] const Setting* findSetting(std::string_view key);
 [[nodiscard]] bool isSecure(std::string_view key);
 
-/// What shows in place of a secure value.
+/// Stands in place of a secure value.
 inline constexpr const char* kSecureDots = "•••";
 
 /// Why the setting cannot have the value, as "takes a number, not a text"; nothing when it can.

@@ -16,32 +16,32 @@
 
 namespace lumora {
 
-/// The file that the settings stand in, and the only one in the system who writes it.
+/// The file that holds the settings, and the only writer of it in the system.
 ///
 ///     auto file = SettingsFile::open(path, log);       // fails while another process has it open
 ///     file.value()->replace(bytes);                    // whole in its place, or untouched
 ///
-/// A replaced file survives the death of the process at once, and that of the machine within a second: a thread of its
-/// own syncs it to the device. Any thread, one call at a time.
+/// A replaced file survives the death of the process at once, and that of the machine within a second: a background
+/// thread syncs it to the device. Any thread, one call at a time.
 class SettingsFile {
   public:
     /// Changes that follow one another this closely are synced together.
     static constexpr std::chrono::milliseconds kSyncDelay{300};
 
-    /// Makes the folder where there is none, and holds a lock beside the file for as long as the object lives.
+    /// Makes a missing folder, and holds a lock beside the file for the life of the object.
     [[nodiscard]] static platform::Result<std::unique_ptr<SettingsFile>> open(const std::filesystem::path& path,
                                                                               Log log);
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
-    /// Syncs what is not synced yet.
+    /// Syncs the last changes.
     ~SettingsFile();
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-    /// Nothing inside when there is no such file yet.
+    /// A success without data when there is no file yet.
     [[nodiscard]] platform::Result<std::optional<platform::Data>> read() const;
 
-    /// Renames the file to a name that nothing has yet, and gives that name.
+    /// Renames the file to an unused name, and returns that name.
     [[nodiscard]] platform::Result<std::filesystem::path> setAside() const;
 
     /// Writes a new file and renames it over the old one. Returns why it could not, and then the old one stands.

@@ -12,9 +12,9 @@
 
 namespace lumora {
 
-/// How large the settings may become, in bytes as they are written. Each change writes all of them, and whoever sent it
-/// waits for that no longer than a second. A file that is larger already keeps its size and a little more, so that its
-/// switches can still be changed.
+/// How large the settings may become, in bytes as they are written. Each change writes all of them, and its sender
+/// waits for a second at most. A file that is already larger keeps its size and a little more, so that its switches can
+/// still be changed.
 inline constexpr std::size_t kLargestSettings = 4U << 20U;
 
 /// Owns every setting of the tweak and keeps what was changed on disk, as a binary property list.
@@ -22,12 +22,13 @@ inline constexpr std::size_t kLargestSettings = 4U << 20U;
 ///     auto store = SettingsStore::open(devicePath(kSettingsPath), log);
 ///     if (auto refusal = store.value()->change("kSleepTime", 30)) log(*refusal);
 ///
-/// Only changed settings are stored: a default stands in the program, where a later version may better it. Any thread.
+/// The file holds changed settings only: defaults are in the program, where a later version may improve them. Any
+/// thread.
 class SettingsStore {
   public:
-    /// A file that holds no settings is set aside under another name, with a line in the log, and defaults stand in.
-    /// Fails when that cannot be done, or when the file cannot be read at all, because going on would overwrite it. An
-    /// entry that its setting cannot have is told in the log and left out.
+    /// A file that holds no settings is set aside under another name, with a line in the log, and the defaults apply.
+    /// Fails if the file cannot be set aside or read, because going on would overwrite it. An entry with a value that
+    /// its setting cannot have is logged and left out.
     [[nodiscard]] static platform::Result<std::unique_ptr<SettingsStore>> open(const std::filesystem::path& path,
                                                                                const Log& log);
 
@@ -44,12 +45,12 @@ class SettingsStore {
     SettingsStore(std::unique_ptr<SettingsFile> file, platform::Dictionary changed, std::size_t largest);
 
     std::unique_ptr<SettingsFile> file_;
-    std::size_t largest_;         ///< that the settings may become, in bytes
-    mutable std::mutex changing_; ///< guards what follows, and one change at a time holds it
+    std::size_t largest_;         ///< size that the settings may reach, in bytes
+    mutable std::mutex changing_; ///< guards what follows; held by one change at a time
     platform::Dictionary changed_;
 };
 
-/// Where the settings stand under the device root.
+/// The path of the settings under the device root.
 inline constexpr const char* kSettingsPath = "/var/mobile/Library/Preferences/com.nevo.lumora.plist";
 
 } // namespace lumora

@@ -13,18 +13,18 @@ namespace lumora {
 class Tweak {
   public:
     struct Options {
-        std::vector<std::string> omitted{}; ///< keys that are left out of every answer, as if they were not set
+        std::vector<std::string> omitted{}; ///< keys that every answer leaves out, as if they were not set
         bool verbose = false;               ///< a line in the log for each message
     };
 
     Tweak(SettingsStore& store, Options options, Log log);
 
-    /// "requestTweakSettings": the keyed archive of the settings dictionary. Whatever the body is, it is ignored.
+    /// "requestTweakSettings": the keyed archive of the settings dictionary. The body of the request is ignored.
     [[nodiscard]] std::optional<platform::Data> requestTweakSettings() const;
 
-    /// "updateSettings": the body is a keyed archive of {"object": {"key": text, "object": value}}. No body answers a
-    /// change that is made. One that is refused is told in one line of the log and answered with the keyed archive of
-    /// {"error": that line}; the bundle ignores either.
+    /// "updateSettings": the body is a keyed archive of {"object": {"key": text, "object": value}}. The answer to a
+    /// change that is made has no body. A refusal is a line in the log and the keyed archive of {"error": that line}.
+    /// The bundle ignores both answers.
     [[nodiscard]] std::optional<platform::Data> updateSettings(const std::optional<platform::Data>& body);
 
   private:
