@@ -5,20 +5,20 @@
 
 namespace lumora {
 
-/// Below this, all descriptors are a plug-in's to stumble over; above is what the probe needs itself.
+/// Descriptors below this number are traps for plug-ins; the probe's own are above.
 inline constexpr int kLowDescriptors = 256;
 
 /// The same file under a number above the low ones if there is room, the old number closed.
 int moveUp(int descriptor);
 
-/// What the probe tells whoever started it. Takes the standard output for itself, and leaves plug-ins the standard
-/// error in its place, so that what they print is no answer.
+/// Tells the parent process what the probe finds. Takes the standard output for itself and puts the standard error in
+/// its place, so that what plug-ins print is no answer.
 class Channel {
   public:
-    /// Every answer begins with the token, by which the other end knows it.
+    /// Every answer begins with the token, by which the parent recognises it.
     explicit Channel(std::string token);
 
-    /// Ends the process when nobody listens, or when it is a copy that a plug-in has made.
+    /// Ends the process if the parent is gone, or if the process is a copy that a plug-in has made.
     void say(std::size_t index, char verdict, const std::string& text) const;
 
   private:

@@ -4,18 +4,17 @@
 
 namespace lumora {
 
-/// Fills the low descriptors, where a program has what it was made with: its display, its ports, its files. Here all of
-/// them lead into one pipe that nobody else knows of, so that a plug-in which writes to files that are not its own, or
-/// closes them, gives itself away.
+/// Fills the low descriptors, where programs have their display, ports and files, with one end of a private pipe. A
+/// plug-in that writes to files that are not its own, or closes them, gives itself away.
 class Traps {
   public:
-    /// The process's own descriptors must be above by now.
+    /// Requires that the process's own descriptors are above the low ones.
     Traps();
     Traps(const Traps&) = delete;
     Traps& operator=(const Traps&) = delete;
     ~Traps() = default; ///< the process ends with them
 
-    /// What has been done to them so far; empty while they are as they were.
+    /// What has been done to the traps so far; empty while they are untouched.
     [[nodiscard]] std::string sprung() const;
 
   private:
