@@ -1,6 +1,6 @@
 // Stands for libFuzzer in the tests: gives a fuzzer each file of a folder of seeds.
 //
-//     BundleSeeds fuzzing/seeds/Bundle
+//     BundleSeeds fuzz/seeds/Bundle
 
 #include "Fuzzer.h"
 
