@@ -139,7 +139,7 @@ class Kit(unittest.TestCase):
         output("make", f"CXX={CXX}", folder=folder, PKG_CONFIG_PATH=self.pkgconfig)
         [told] = plugins(folder / "MyView.bundle")
         self.assertFalse(told["settings"])
-        self.assertRegex(told["why"], r"^it was made with kit 4, gcc 7, .* on a kit of another make and does not fit kit 4, ")
+        self.assertRegex(told["why"], r"^it was made with kit 5, gcc 7, .* on a kit of another make and does not fit kit 5, ")
 
     def test_icons_from_the_kits_own_folder_are_not_offered(self):
         source = self.scratch() / "icon.cpp"
