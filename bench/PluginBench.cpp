@@ -2,6 +2,7 @@
 // bare dlopen() and dlsym().
 
 #include "lists/PluginDiscovery.h"
+#include "platform/foundation/FileDescriptor.h"
 #include "tests/lists/PluginFolder.h"
 
 #include <benchmark/benchmark.h>
@@ -50,20 +51,19 @@ void measure(benchmark::State& state, Load load, void (*prepare)()) {
     thousandPlugins();
     for ([[maybe_unused]] auto _ : state) {
         prepare();
-        int ends[2];
-        if (::pipe(ends) != 0) return state.SkipWithError("no pipe");
+        platform::Pipe pipe;
+        if (!pipe) return state.SkipWithError("no pipe");
         const pid_t child = ::fork();
         if (child == 0) {
             const auto start = std::chrono::steady_clock::now();
             const std::size_t loaded = load();
             const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
             const double told = loaded == kPlugins ? seconds : -1;
-            ::_exit(::write(ends[1], &told, sizeof told) == sizeof told ? 0 : 1);
+            ::_exit(::write(pipe.writing.number(), &told, sizeof told) == sizeof told ? 0 : 1);
         }
         double seconds = -1;
-        ::close(ends[1]);
-        const bool heard = ::read(ends[0], &seconds, sizeof seconds) == sizeof seconds;
-        ::close(ends[0]);
+        pipe.writing.close();
+        const bool heard = ::read(pipe.reading.number(), &seconds, sizeof seconds) == sizeof seconds;
         ::waitpid(child, nullptr, 0);
         if (!heard || seconds < 0) return state.SkipWithError("not all were loaded");
         state.SetIterationTime(seconds);

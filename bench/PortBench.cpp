@@ -1,6 +1,7 @@
 // What a message costs: the exchange itself, the whole way of a notify(), and what of it its caller pays.
 
 #include "link/Notify.h"
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/CFMessagePort.h"
 #include "platform/messaging/Dispatch.h"
@@ -46,11 +47,10 @@ class BareServer {
     void serve() const {
         std::array<char, kBodySize> body{};
         while (true) {
-            const int client = ::accept4(listener_.number(), nullptr, nullptr, SOCK_CLOEXEC);
-            if (client < 0) return;
-            if (::recv(client, body.data(), body.size(), MSG_WAITALL) == kBodySize)
-                ::send(client, body.data(), body.size(), MSG_NOSIGNAL);
-            ::close(client);
+            const FileDescriptor client(::accept4(listener_.number(), nullptr, nullptr, SOCK_CLOEXEC));
+            if (!client) return;
+            if (::recv(client.number(), body.data(), body.size(), MSG_WAITALL) == kBodySize)
+                ::send(client.number(), body.data(), body.size(), MSG_NOSIGNAL);
         }
     }
 
@@ -67,11 +67,11 @@ void BareSocketExchange(benchmark::State& state) {
     path.native().copy(address.sun_path, sizeof address.sun_path - 1);
     std::array<char, kBodySize> body{};
     for (auto _ : state) {
-        const int client = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        const bool done = ::connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
-                          ::send(client, body.data(), body.size(), MSG_NOSIGNAL) == kBodySize &&
-                          ::recv(client, body.data(), body.size(), MSG_WAITALL) == kBodySize;
-        ::close(client);
+        const FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        const bool done =
+            ::connect(client.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+            ::send(client.number(), body.data(), body.size(), MSG_NOSIGNAL) == kBodySize &&
+            ::recv(client.number(), body.data(), body.size(), MSG_WAITALL) == kBodySize;
         if (!done) state.SkipWithError("the exchange failed");
     }
 }

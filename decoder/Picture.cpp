@@ -1,6 +1,7 @@
 #include "decoder/Picture.h"
 
 #include "platform/desktop/Owned.h"
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/services/PictureFrames.h"
 
 #include <fcntl.h>
@@ -52,14 +53,13 @@ void fit(GdkPixbufLoader* loader, int width, int height, gpointer data) {
 /// All of a regular file of sensible size; empty for anything else. Does not wait for who would write into a pipe.
 std::string contentsOf(const std::filesystem::path& path) {
     std::string contents;
-    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    const platform::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat state {};
-    if (file >= 0 && ::fstat(file, &state) == 0 && S_ISREG(state.st_mode) &&
+    if (file && ::fstat(file.number(), &state) == 0 && S_ISREG(state.st_mode) &&
         state.st_size <= platform::kLargestPictureFile) {
         contents.resize(std::size_t(state.st_size));
-        contents.resize(std::size_t(std::max<ssize_t>(::read(file, contents.data(), contents.size()), 0)));
+        contents.resize(std::size_t(std::max<ssize_t>(::read(file.number(), contents.data(), contents.size()), 0)));
     }
-    if (file >= 0) ::close(file);
     return contents;
 }
 

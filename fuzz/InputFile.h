@@ -2,6 +2,8 @@
 
 #include "Fuzzer.h"
 
+#include "platform/foundation/FileDescriptor.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -17,20 +19,19 @@ namespace fuzzing {
 ///     file.write({bytes, size});
 class InputFile {
   public:
-    explicit InputFile(const std::string& name) : number_(::memfd_create(name.c_str(), MFD_CLOEXEC)) {
+    explicit InputFile(const std::string& name) : file_(::memfd_create(name.c_str(), MFD_CLOEXEC)) {
         std::string made = std::filesystem::temp_directory_path() / "fuzzer-XXXXXX";
-        require(number_ >= 0 && ::mkdtemp(made.data()) != nullptr);
+        require(file_ && ::mkdtemp(made.data()) != nullptr);
         folder_ = made;
         path_ = folder_ / name;
         std::filesystem::create_directories(path_.parent_path());
-        std::filesystem::create_symlink("/proc/self/fd/" + std::to_string(number_), path_);
+        std::filesystem::create_symlink("/proc/self/fd/" + std::to_string(file_.number()), path_);
     }
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
     ~InputFile() {
         std::error_code ignored;
         std::filesystem::remove_all(folder_, ignored);
-        ::close(number_);
     }
 
     [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
@@ -38,12 +39,12 @@ class InputFile {
 
     /// The bytes become all that the file holds.
     void write(std::string_view bytes) const {
-        require(::ftruncate(number_, 0) == 0);
-        require(::pwrite(number_, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()));
+        require(::ftruncate(file_.number(), 0) == 0);
+        require(::pwrite(file_.number(), bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()));
     }
 
   private:
-    int number_;
+    platform::FileDescriptor file_;
     std::filesystem::path folder_, path_;
 };
 

@@ -5,24 +5,26 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <tuple>
 #include <unistd.h>
 #include <utility>
 
 namespace lumora {
 
-int moveUp(int descriptor) {
-    int moved = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 2 * kLowDescriptors);
+using platform::FileDescriptor;
+
+FileDescriptor moveUp(FileDescriptor descriptor) {
+    FileDescriptor moved(::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, 2 * kLowDescriptors));
     // So few may be allowed that there is no room above.
-    if (moved < 0) moved = ::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-    if (moved < 0) return descriptor;
-    ::close(descriptor);
-    return moved;
+    if (!moved) moved = FileDescriptor(::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    return moved ? std::move(moved) : std::move(descriptor);
 }
 
-Channel::Channel(std::string token) : token_(std::move(token)), out_(moveUp(STDOUT_FILENO)), process_(::getpid()) {
-    const int nothing = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-    ::dup2(nothing, STDIN_FILENO);
-    if (nothing > STDERR_FILENO) ::close(nothing);
+Channel::Channel(std::string token)
+    : token_(std::move(token)), out_(moveUp(FileDescriptor(STDOUT_FILENO))), process_(::getpid()) {
+    FileDescriptor nothing(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    ::dup2(nothing.number(), STDIN_FILENO);
+    if (nothing.number() <= STDERR_FILENO) std::ignore = nothing.release();
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
@@ -31,7 +33,7 @@ void Channel::say(std::size_t index, char verdict, const std::string& text) cons
     std::fflush(nullptr); // what a plug-in has printed so far is its own
     const std::string answer = platform::probeAnswerLine(token_, index, verdict, text.size()) + text;
     for (std::size_t sent = 0; sent < answer.size();) {
-        const ssize_t some = ::write(out_, answer.data() + sent, answer.size() - sent);
+        const ssize_t some = ::write(out_.number(), answer.data() + sent, answer.size() - sent);
         if (some < 0 && errno != EINTR) ::_exit(1);
         if (some > 0) sent += std::size_t(some);
     }

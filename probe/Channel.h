@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/foundation/FileDescriptor.h"
+
 #include <cstddef>
 #include <string>
 
@@ -9,7 +11,7 @@ namespace lumora {
 inline constexpr int kLowDescriptors = 256;
 
 /// The same file under a number above the low ones if there is room, the old number closed.
-int moveUp(int descriptor);
+platform::FileDescriptor moveUp(platform::FileDescriptor descriptor);
 
 /// Tells the parent process what the probe finds. Takes the standard output for itself and puts the standard error in
 /// its place, so that what plug-ins print is no answer.
@@ -23,7 +25,7 @@ class Channel {
 
   private:
     std::string token_;
-    int out_;
+    platform::FileDescriptor out_;
     int process_;
 };
 

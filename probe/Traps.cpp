@@ -5,7 +5,9 @@
 #include <array>
 #include <fcntl.h>
 #include <poll.h>
+#include <tuple>
 #include <unistd.h>
+#include <utility>
 
 namespace lumora {
 namespace {
@@ -15,23 +17,22 @@ constexpr int kFirst = 3;
 } // namespace
 
 Traps::Traps() {
-    std::array<int, 2> ends{-1, -1};
     // A pipe that is full must not hold up whoever fills it.
-    if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
-    const int bottom = moveUp(ends[0]);
-    if (bottom < kLowDescriptors) return; // without room there are no traps
-    bottom_ = bottom;
+    platform::Pipe pipe(O_CLOEXEC | O_NONBLOCK);
+    platform::FileDescriptor bottom = moveUp(std::move(pipe.reading));
+    if (bottom.number() < kLowDescriptors) return; // without room there are no traps
+    bottom_ = std::move(bottom);
     for (int number = kFirst; number < kLowDescriptors; ++number)
-        if (number != ends[1]) ::dup3(ends[1], number, O_CLOEXEC);
-    if (ends[1] >= kLowDescriptors) ::close(ends[1]);
+        if (number != pipe.writing.number()) ::dup3(pipe.writing.number(), number, O_CLOEXEC);
+    if (pipe.writing.number() < kLowDescriptors) std::ignore = pipe.writing.release(); // it is one of them
 }
 
 std::string Traps::sprung() const {
     std::array<pollfd, kLowDescriptors - kFirst + 1> watched{};
     for (int number = kFirst; number < kLowDescriptors; ++number)
         watched[std::size_t(number - kFirst)] = {number, 0, 0};
-    watched.back() = {bottom_, POLLIN, 0};
-    if (bottom_ < 0 || ::poll(watched.data(), watched.size(), 0) <= 0) return {};
+    watched.back() = {bottom_.number(), POLLIN, 0};
+    if (!bottom_ || ::poll(watched.data(), watched.size(), 0) <= 0) return {};
     return watched.back().revents == POLLIN ? "it writes into files that are not its own"
                                             : "it closes files that are not its own";
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/foundation/FileDescriptor.h"
+
 #include <string>
 
 namespace lumora {
@@ -10,15 +12,12 @@ class Traps {
   public:
     /// Requires that the process's own descriptors are above the low ones.
     Traps();
-    Traps(const Traps&) = delete;
-    Traps& operator=(const Traps&) = delete;
-    ~Traps() = default; ///< the process ends with them
 
     /// What has been done to the traps so far; empty while they are untouched.
     [[nodiscard]] std::string sprung() const;
 
   private:
-    int bottom_ = -1; ///< the end of the pipe that can be read
+    platform::FileDescriptor bottom_; ///< the end of the pipe that can be read
 };
 
 } // namespace lumora

@@ -2,8 +2,8 @@
 
 #include "link/Notify.h"
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/messaging/CFMessagePort.h"
-#include "platform/messaging/FileDescriptor.h"
 #include "platform/messaging/PortAddress.h"
 
 #include <array>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
-#include "platform/messaging/FileDescriptor.h"
 #include "tweak/Log.h"
 
 #include <chrono>

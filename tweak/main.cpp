@@ -3,6 +3,7 @@
 #include "tweak/Tweak.h"
 
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/Unicode.h"
 #include "platform/foundation/UserFolder.h"
 #include "platform/messaging/CFMessagePort.h"
@@ -81,14 +82,13 @@ void notifyServiceManager() {
     if (length == 0 || length > sizeof address.sun_path) return;
     std::memcpy(address.sun_path, name, length);
     if (*name == '@') address.sun_path[0] = '\0';
-    const int socket = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (socket < 0) return;
+    const platform::FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    if (!socket) return;
     constexpr std::string_view ready = "READY=1";
     const auto* receiver = reinterpret_cast<const sockaddr*>(&address);
     const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + length);
-    if (::sendto(socket, ready.data(), ready.size(), MSG_NOSIGNAL, receiver, size) < 0)
+    if (::sendto(socket.number(), ready.data(), ready.size(), MSG_NOSIGNAL, receiver, size) < 0)
         logLine(std::string("cannot tell the service manager: ") + std::strerror(errno));
-    ::close(socket);
 }
 
 /// Opens both ports and serves them until a signal comes; closing begins when this returns.

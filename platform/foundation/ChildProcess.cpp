@@ -32,31 +32,19 @@ constexpr bool kSanitized = true;
 constexpr bool kSanitized = false;
 #endif
 
-void closeFile(int& file) {
-    if (file >= 0) ::close(std::exchange(file, -1));
-}
-
-/// Two ends that are joined; closed when this goes, unless they were taken.
-class Ends {
-  public:
+/// Two ends that are joined.
+struct Ends {
     Ends() {
+        int ends[2];
         // Sockets, since writing to one whose other end is gone need not raise a signal.
-        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends_.data()) != 0) ends_ = {-1, -1};
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return;
+        ours = FileDescriptor(ends[0]);
+        theirs = FileDescriptor(ends[1]);
     }
-    Ends(const Ends&) = delete;
-    Ends& operator=(const Ends&) = delete;
-    ~Ends() {
-        closeFile(ends_[0]);
-        closeFile(ends_[1]);
-    }
-    explicit operator bool() const { return ends_[0] >= 0; }
-    [[nodiscard]] int theirs() const { return ends_[1]; }
-    [[nodiscard]] int ours() const { return ends_[0]; }
-    [[nodiscard]] int take() { return std::exchange(ends_[0], -1); }
-    void closeTheirs() { closeFile(ends_[1]); }
+    explicit operator bool() const { return static_cast<bool>(ours); }
 
-  private:
-    std::array<int, 2> ends_{-1, -1};
+    FileDescriptor ours;
+    FileDescriptor theirs;
 };
 
 /// Everything that the child does before it is another program; all of it is prepared, since after fork() in a process
@@ -112,7 +100,7 @@ rlimit limitTo(decltype(RLIMIT_AS) what, std::uint64_t most, std::uint64_t grace
 Result<pid_t> give(Birth& birth) {
     Ends fault;
     if (!fault) return Result<pid_t>::failure(std::strerror(errno));
-    birth.fault = fault.theirs();
+    birth.fault = fault.theirs.number();
     // No handler of this process may run in the child.
     sigset_t all;
     sigset_t before;
@@ -124,10 +112,10 @@ Result<pid_t> give(Birth& birth) {
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     if (id < 0) return Result<pid_t>::failure(std::strerror(refused));
     ::setpgid(id, id); // here and in the child, since either may run first
-    fault.closeTheirs();
+    fault.theirs.close();
     int why = 0;
     ssize_t heard = 0;
-    while ((heard = ::read(fault.ours(), &why, sizeof why)) < 0 && errno == EINTR) {
+    while ((heard = ::read(fault.ours.number(), &why, sizeof why)) < 0 && errno == EINTR) {
     }
     if (heard == 0) return id;
     while (::waitpid(id, nullptr, 0) < 0 && errno == EINTR) {
@@ -152,7 +140,7 @@ Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const std::vector<std:
     if (!input || !output || !prints) return Started::failure(std::strerror(errno));
     Birth birth;
     birth.parent = ::getpid();
-    birth.standard = {input.theirs(), output.theirs(), prints.theirs()};
+    birth.standard = {input.theirs.number(), output.theirs.number(), prints.theirs.number()};
     birth.arguments = arguments.data();
     ::sigemptyset(&birth.noSignals);
     const auto seconds = static_cast<std::uint64_t>(limits.processor.count());
@@ -166,21 +154,16 @@ Result<std::unique_ptr<ChildProcess>> ChildProcess::start(const std::vector<std:
     std::unique_ptr<ChildProcess> child(new ChildProcess);
     child->id_ = id.value();
     ::clock_getcpuclockid(id.value(), &child->clock_);
-    child->ending_ = static_cast<int>(::syscall(SYS_pidfd_open, id.value(), 0));
-    child->input_ = input.take();
-    child->output_ = output.take();
-    child->prints_ = prints.take();
-    if (child->ending_ < 0)
-        return Started::failure(std::string("a process cannot be watched: ") + std::strerror(errno));
+    child->ending_ = FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, id.value(), 0)));
+    child->input_ = std::move(input.ours);
+    child->output_ = std::move(output.ours);
+    child->prints_ = std::move(prints.ours);
+    if (!child->ending_) return Started::failure(std::string("a process cannot be watched: ") + std::strerror(errno));
     return child;
 }
 
 ChildProcess::~ChildProcess() {
     end();
-    closeFile(ending_);
-    closeFile(input_);
-    closeFile(output_);
-    closeFile(prints_);
 }
 
 ChildProcess::Patience ChildProcess::patience(nanoseconds byTheClock, nanoseconds processor) const {
@@ -189,11 +172,11 @@ ChildProcess::Patience ChildProcess::patience(nanoseconds byTheClock, nanosecond
 
 bool ChildProcess::send(std::string_view bytes, const Patience& patience) {
     while (!bytes.empty()) {
-        const ssize_t sent = ::send(input_, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+        const ssize_t sent = ::send(input_.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
         if (sent > 0)
             bytes.remove_prefix(static_cast<std::size_t>(sent));
         else if (errno == EAGAIN) {
-            if (wait(input_, POLLOUT, patience) != Heard::something) return false;
+            if (wait(input_.number(), POLLOUT, patience) != Heard::something) return false;
         } else if (errno != EINTR)
             return false;
     }
@@ -203,10 +186,10 @@ bool ChildProcess::send(std::string_view bytes, const Patience& patience) {
 ChildProcess::Heard ChildProcess::receive(std::string& into, std::size_t most, const Patience& patience) {
     if (into.size() >= most) return Heard::enough;
     for (;;) {
-        if (const Heard heard = wait(output_, POLLIN, patience); heard != Heard::something) return heard;
+        if (const Heard heard = wait(output_.number(), POLLIN, patience); heard != Heard::something) return heard;
         const std::size_t before = into.size();
         into.resize(std::min(most, before + 65536));
-        const ssize_t got = ::recv(output_, into.data() + before, into.size() - before, MSG_DONTWAIT);
+        const ssize_t got = ::recv(output_.number(), into.data() + before, into.size() - before, MSG_DONTWAIT);
         const int why = errno;
         into.resize(before + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
         if (got > 0) return Heard::something;
@@ -224,7 +207,8 @@ ChildProcess::Heard ChildProcess::wait(int file, short events, const Patience& p
     constexpr milliseconds slice(20); // of one thread, which uses no processor time ahead of the clock; many use more
     for (;;) {
         // The end is looked for first: whoever is seen to have ended before the file is looked at has said everything.
-        std::array<pollfd, 3> watched{pollfd{ending_, POLLIN, 0}, pollfd{file, events, 0}, pollfd{prints_, POLLIN, 0}};
+        std::array<pollfd, 3> watched{pollfd{ending_.number(), POLLIN, 0}, pollfd{file, events, 0},
+                                      pollfd{prints_.number(), POLLIN, 0}};
         const auto left = std::chrono::ceil<milliseconds>(patience.until - steady_clock::now());
         const auto longest = std::clamp(left, milliseconds(0), slice);
         const int ready = ::poll(watched.data(), watched.size(), static_cast<int>(longest.count()));
@@ -238,11 +222,11 @@ ChildProcess::Heard ChildProcess::wait(int file, short events, const Patience& p
 
 void ChildProcess::takePrints() {
     std::array<char, 4096> block{};
-    const ssize_t got = ::recv(prints_, block.data(), block.size(), MSG_DONTWAIT);
+    const ssize_t got = ::recv(prints_.number(), block.data(), block.size(), MSG_DONTWAIT);
     if (got > 0)
         printed_.append(block.data(), std::min(static_cast<std::size_t>(got), kMostKept - printed_.size()));
     else if (got == 0 || (errno != EAGAIN && errno != EINTR))
-        closeFile(prints_);
+        prints_.close();
 }
 
 nanoseconds ChildProcess::processorTime() const {
@@ -259,8 +243,8 @@ int ChildProcess::end() {
     while (::waitpid(id_, &status_, 0) < 0 && errno == EINTR) {
     }
     id_ = -1;
-    while (prints_ >= 0 && printed_.size() < kMostKept) {
-        pollfd rest{prints_, POLLIN, 0};
+    while (prints_ && printed_.size() < kMostKept) {
+        pollfd rest{prints_.number(), POLLIN, 0};
         if (::poll(&rest, 1, 0) <= 0) break;
         takePrints();
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Export.h"
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/Result.h"
 
 #include <chrono>
@@ -84,10 +85,10 @@ class PLATFORM_EXPORT ChildProcess {
     pid_t id_ = -1;
     clockid_t clock_{}; ///< of its processor time
     int status_ = 0;
-    int ending_ = -1; ///< becomes readable when the process has ended
-    int input_ = -1;
-    int output_ = -1;
-    int prints_ = -1;
+    FileDescriptor ending_; ///< becomes readable when the process has ended
+    FileDescriptor input_;
+    FileDescriptor output_;
+    FileDescriptor prints_;
     std::string printed_;
 };
 

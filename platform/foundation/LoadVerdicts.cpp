@@ -1,6 +1,7 @@
 #include "platform/foundation/LoadVerdicts.h"
 
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/HelperProgram.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/RegularFile.h"
@@ -100,10 +101,10 @@ class KeptVerdicts {
         text += std::to_string(checksum(text)) + "\n";
         if (file_.is_relative() || !makeFolders(file_.parent_path())) return false;
         std::string made = file_.native() + ".XXXXXX";
-        const int number = ::mkostemp(made.data(), O_CLOEXEC); // of mode 0600
-        if (number < 0) return false;
-        const bool whole = ::write(number, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-        if (::close(number) == 0 && whole && ::rename(made.c_str(), file_.c_str()) == 0) return all;
+        FileDescriptor file(::mkostemp(made.data(), O_CLOEXEC)); // of mode 0600
+        if (!file) return false;
+        const bool whole = ::write(file.number(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
+        if (file.close() && whole && ::rename(made.c_str(), file_.c_str()) == 0) return all;
         ::unlink(made.c_str());
         return false;
     }

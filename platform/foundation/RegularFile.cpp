@@ -12,16 +12,16 @@
 namespace platform {
 namespace {
 
-/// Open for its user alone and without a name; negative when there is none to be had.
-int unnamedFile() {
+/// Open for its user alone and without a name, if there is one to be had.
+FileDescriptor unnamedFile() {
     const char* named = std::getenv("TMPDIR");
     const std::filesystem::path folder = named && *named == '/' ? named : "/var/tmp";
-    int number = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-    if (number >= 0) return number;
+    FileDescriptor file(::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+    if (file) return file;
     std::string name = folder / "lumora-XXXXXX"; // not every file system can do that
-    number = ::mkostemp(name.data(), O_CLOEXEC);
-    if (number >= 0) ::unlink(name.c_str());
-    return number;
+    file = FileDescriptor(::mkostemp(name.data(), O_CLOEXEC));
+    if (file) ::unlink(name.c_str());
+    return file;
 }
 
 /// Asked before anything is written: a file with holes can be larger than any disk. True where nobody knows.
@@ -47,36 +47,29 @@ RegularFile::RegularFile(const std::filesystem::path& path) {
     // Asked before opening too, because opening alone has effects on some devices.
     std::error_code failed;
     if (!std::filesystem::is_regular_file(path, failed)) return;
-    number_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat facts {};
-    if (number_ >= 0 && ::fstat(number_, &facts) == 0 && S_ISREG(facts.st_mode)) {
-        size_ = static_cast<std::uint64_t>(facts.st_size);
-    } else if (number_ >= 0) {
-        ::close(number_);
-        number_ = -1;
-    }
+    if (!file || ::fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode)) return;
+    file_ = std::move(file);
+    size_ = static_cast<std::uint64_t>(facts.st_size);
 }
 
 std::shared_ptr<const RegularFile> RegularFile::copyOf(const std::filesystem::path& path) {
     const RegularFile file(path);
     if (!file) return nullptr;
-    const std::shared_ptr<RegularFile> copy(new RegularFile(unnamedFile(), 0));
-    if (!*copy || !hasRoom(copy->number_, file.size())) return nullptr;
-    const auto written = file.writeTo(copy->number_);
+    const std::shared_ptr<RegularFile> copy(new RegularFile(unnamedFile()));
+    if (!*copy || !hasRoom(copy->descriptor(), file.size())) return nullptr;
+    const auto written = file.writeTo(copy->descriptor());
     if (!written) return nullptr;
     copy->size_ = *written;
     return copy;
-}
-
-RegularFile::~RegularFile() {
-    if (number_ >= 0) ::close(number_);
 }
 
 bool RegularFile::read(std::uint64_t offset, void* into, std::size_t count) const {
     if (offset > size_ || count > size_ - offset) return false;
     auto* bytes = static_cast<std::uint8_t*>(into);
     while (count > 0) {
-        const ssize_t got = ::pread(number_, bytes, count, static_cast<off_t>(offset));
+        const ssize_t got = ::pread(descriptor(), bytes, count, static_cast<off_t>(offset));
         if (got < 0 && errno == EINTR) continue;
         if (got <= 0) return false;
         bytes += got;
@@ -91,7 +84,7 @@ std::optional<std::uint64_t> RegularFile::writeTo(int file) const {
     std::uint64_t done = 0;
     while (done < size_) {
         const std::size_t most = std::min<std::uint64_t>(sizeof some, size_ - done);
-        const ssize_t count = ::pread(number_, some, most, static_cast<off_t>(done));
+        const ssize_t count = ::pread(descriptor(), some, most, static_cast<off_t>(done));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0 || !writeAll(file, some, static_cast<std::size_t>(count))) return std::nullopt;
         if (count == 0) break;

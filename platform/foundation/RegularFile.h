@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Export.h"
+#include "platform/foundation/FileDescriptor.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,9 +21,6 @@ namespace platform {
 class PLATFORM_EXPORT RegularFile {
   public:
     explicit RegularFile(const std::filesystem::path& path);
-    RegularFile(const RegularFile&) = delete;
-    RegularFile& operator=(const RegularFile&) = delete;
-    ~RegularFile();
 
     /// A copy of the bytes that a plain file has now, in a file without a name: nobody else can reach it, whatever
     /// becomes of the other, and it takes no memory. It stands in `$TMPDIR`, else in /var/tmp, which is for what may be
@@ -30,7 +28,7 @@ class PLATFORM_EXPORT RegularFile {
     [[nodiscard]] static std::shared_ptr<const RegularFile> copyOf(const std::filesystem::path& path);
 
     /// False when there is no plain file at the path, or none that may be read.
-    explicit operator bool() const { return number_ >= 0; }
+    explicit operator bool() const { return static_cast<bool>(file_); }
     [[nodiscard]] std::uint64_t size() const { return size_; }
     /// False when the file does not have so many bytes there.
     [[nodiscard]] bool read(std::uint64_t offset, void* into, std::size_t count) const;
@@ -38,12 +36,12 @@ class PLATFORM_EXPORT RegularFile {
     /// much that was. Nothing when either fails; errno says why.
     [[nodiscard]] std::optional<std::uint64_t> writeTo(int file) const;
     /// For whoever reads it by other means; open as long as this is there.
-    [[nodiscard]] int descriptor() const { return number_; }
+    [[nodiscard]] int descriptor() const { return file_.number(); }
 
   private:
-    RegularFile(int number, std::uint64_t size) : number_(number), size_(size) {}
+    explicit RegularFile(FileDescriptor file) : file_(std::move(file)) {}
 
-    int number_ = -1;
+    FileDescriptor file_;
     std::uint64_t size_ = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "platform/mail/MailDrafts.h"
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/UserFolder.h"
 #include "platform/mail/MessageForm.h"
 
@@ -73,10 +74,10 @@ Kept keepDraft(const MailMessage& message) {
 
     // Hidden until it is whole.
     std::string hidden = folder / ".XXXXXX.new";
-    const int file = ::mkostemps(hidden.data(), 4, O_CLOEXEC);
-    if (file < 0) return failed("make a file in", folder);
-    Result<bool> written = write(message, file);
-    if (::close(file) != 0 && written) written = Result<bool>::failure(std::strerror(errno));
+    FileDescriptor file(::mkostemps(hidden.data(), 4, O_CLOEXEC));
+    if (!file) return failed("make a file in", folder);
+    Result<bool> written = write(message, file.number());
+    if (!file.close() && written) written = Result<bool>::failure(std::strerror(errno));
     if (written) {
         if (const auto draft = published(hidden, folder)) return *draft;
         written = Result<bool>::failure(std::strerror(errno));

@@ -1,5 +1,6 @@
 #include "platform/mail/MailPrograms.h"
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/mail/Program.h"
 #include "platform/services/AddressHandlers.h"
 
@@ -129,11 +130,9 @@ fs::path fileNameOf(const MailAttachment& attachment) {
     return name.empty() || name == "." || name == ".." ? "attachment" : name;
 }
 
-bool writeFile(const fs::path& file, const RegularFile& data) {
-    const int number = ::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (number < 0) return false;
-    const auto done = data.writeTo(number);
-    return ::close(number) == 0 && done == data.size();
+bool writeFile(const fs::path& path, const RegularFile& data) {
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    return file && data.writeTo(file.number()) == data.size() && file.close();
 }
 
 } // namespace

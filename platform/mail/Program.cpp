@@ -1,5 +1,7 @@
 #include "platform/mail/Program.h"
 
+#include "platform/foundation/FileDescriptor.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -25,21 +27,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kMostComplaint = 4000; // letters of it that anybody reads
-
-class File {
-  public:
-    explicit File(int number) : number_(number) {}
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-    ~File() { close(); }
-    void close() {
-        if (number_ >= 0) ::close(std::exchange(number_, -1));
-    }
-    [[nodiscard]] int number() const { return number_; }
-
-  private:
-    int number_;
-};
 
 bool isProgram(const fs::path& file) {
     struct stat facts {};
@@ -97,10 +84,10 @@ bool hasEnded(pid_t id) {
 
 /// Waits for the end of a program and reads what it complains of; false when the time is over. It is the end of the
 /// program that counts: a child that goes on in the background may hold its standard error open.
-bool waitFor(pid_t id, File& complaints, std::string& complaint, std::chrono::milliseconds atMost) {
-    const File program(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
+bool waitFor(pid_t id, FileDescriptor& complaints, std::string& complaint, std::chrono::milliseconds atMost) {
+    const FileDescriptor program(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
     // Some systems have no descriptors for processes: it is asked now and then.
-    const auto mostAtOnce = program.number() >= 0 ? atMost : std::chrono::milliseconds(20);
+    const auto mostAtOnce = program ? atMost : std::chrono::milliseconds(20);
     const auto deadline = std::chrono::steady_clock::now() + atMost;
     for (;;) {
         const auto left =
@@ -132,16 +119,14 @@ std::optional<fs::path> programNamed(const std::string& name) {
 }
 
 Ended runProgram(const std::vector<std::string>& command, const fs::path& input, std::chrono::milliseconds atMost) {
-    int ends[2];
-    if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) return Ended::failure(std::strerror(errno));
-    File complaints(ends[0]);
-    File theirs(ends[1]);
-    const Result<pid_t> id = spawn(command, input.c_str(), theirs.number());
-    theirs.close();
+    Pipe complaints(O_CLOEXEC | O_NONBLOCK);
+    if (!complaints) return Ended::failure(std::strerror(errno));
+    const Result<pid_t> id = spawn(command, input.c_str(), complaints.writing.number());
+    complaints.writing.close();
     if (!id) return Ended::failure(id.error());
 
     std::string complaint;
-    const bool inTime = waitFor(id.value(), complaints, complaint, atMost);
+    const bool inTime = waitFor(id.value(), complaints.reading, complaint, atMost);
     if (!inTime) ::kill(-id.value(), SIGKILL);
     int status = 0;
     while (::waitpid(id.value(), &status, 0) < 0 && errno == EINTR) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/messaging/CFMessagePort.h"
-#include "platform/messaging/FileDescriptor.h"
 #include "platform/messaging/PortAddress.h"
 #include "platform/messaging/PortFrame.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/messaging/FileDescriptor.h"
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/messaging/PortAddress.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/messaging/CFMessagePort.h"
 #include "platform/messaging/CFRunLoopSource.h"
-#include "platform/messaging/FileDescriptor.h"
 
 #include <array>
 #include <memory>

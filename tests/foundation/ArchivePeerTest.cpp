@@ -3,6 +3,7 @@
 #include "Files.h"
 #include "Json.h"
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 
 #include <gtest/gtest.h>
@@ -51,10 +52,7 @@ std::pair<std::string, bool> run(const std::string& command) {
 /// A file that goes with the test.
 class TemporaryFile {
   public:
-    TemporaryFile() : path_(testing::TempDir() + "archive-XXXXXX") {
-        const int descriptor = mkstemp(path_.data());
-        if (descriptor >= 0) close(descriptor);
-    }
+    TemporaryFile() : path_(testing::TempDir() + "archive-XXXXXX") { platform::FileDescriptor(mkstemp(path_.data())); }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile() { std::filesystem::remove(path_); }

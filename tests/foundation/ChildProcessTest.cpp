@@ -13,6 +13,7 @@
 namespace {
 
 using platform::ChildProcess;
+using platform::FileDescriptor;
 using namespace std::chrono_literals;
 using Heard = ChildProcess::Heard;
 
@@ -47,11 +48,10 @@ TEST(ChildProcess, AnswersWhatItIsAsked) {
 }
 
 TEST(ChildProcess, HasNothingOfThisProcessButItsThreeEnds) {
-    const int open = ::open("/dev/null", O_RDONLY); // on purpose without O_CLOEXEC
-    const std::string script = "n=3; while [ $n -le " + std::to_string(open) +
+    const FileDescriptor open(::open("/dev/null", O_RDONLY)); // on purpose without O_CLOEXEC
+    const std::string script = "n=3; while [ $n -le " + std::to_string(open.number()) +
                                " ]; do [ -e /proc/$$/fd/$n ] && echo $n; n=$((n+1)); done; echo all";
     EXPECT_EQ(everything(*shell(script)), "all\n");
-    ::close(open);
 }
 
 TEST(ChildProcess, GivesBackEveryDescriptor) {
@@ -115,31 +115,30 @@ TEST(ChildProcess, SurvivesOneThatReadsNothingMore) {
 
 TEST(ChildProcess, EndsWithWhatItStarted) {
     char name[] = "/tmp/lumora-child-XXXXXX";
-    const int file = ::mkstemp(name);
-    ASSERT_GE(file, 0);
+    const FileDescriptor file(::mkstemp(name));
+    ASSERT_TRUE(file);
     {
         const auto child = shell("exec 9<\"" + std::string(name) + "\"; flock 9; sleep 1000 & echo locked; wait");
         std::string answer;
         ASSERT_EQ(child->receive(answer, 100, generous(*child)), Heard::something);
-        ASSERT_NE(::flock(file, LOCK_EX | LOCK_NB), 0);
+        ASSERT_NE(::flock(file.number(), LOCK_EX | LOCK_NB), 0);
     }
-    EXPECT_TRUE(tests::eventually([file] { return ::flock(file, LOCK_EX | LOCK_NB) == 0; }));
-    ::close(file);
+    EXPECT_TRUE(tests::eventually([&file] { return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0; }));
     ::unlink(name);
 }
 
 TEST(ChildProcess, DiesWithItsParent) {
-    int ends[2];
-    ASSERT_EQ(::pipe(ends), 0);
+    const platform::Pipe pipe;
+    ASSERT_TRUE(pipe);
     const pid_t parent = ::fork();
     if (parent == 0) {
         const auto child = shell("read -r nothing");
         const pid_t id = child->id();
-        std::ignore = ::write(ends[1], &id, sizeof id);
+        std::ignore = ::write(pipe.writing.number(), &id, sizeof id);
         ::raise(SIGKILL);
     }
     pid_t child = 0;
-    ASSERT_EQ(::read(ends[0], &child, sizeof child), ssize_t(sizeof child));
+    ASSERT_EQ(::read(pipe.reading.number(), &child, sizeof child), ssize_t(sizeof child));
     ::waitpid(parent, nullptr, 0);
     // Whoever takes orphans in here may take a while to bury this one.
     EXPECT_TRUE(tests::eventually([child] {
@@ -147,8 +146,6 @@ TEST(ChildProcess, DiesWithItsParent) {
         std::string text;
         return !std::getline(state, text) || text.find(") Z ") != std::string::npos;
     })) << "the child lives on";
-    ::close(ends[0]);
-    ::close(ends[1]);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // What plug-ins do to the process that they are loaded into, they do to another one first.
 
 #include "lists/PluginDiscovery.h"
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/LoadVerdicts.h"
 #include "tests/lists/PluginFolder.h"
 #include "tests/support/Waiting.h"
@@ -273,8 +274,7 @@ TEST_F(PluginProbe, LoadsNothingUnknownWhenThereIsNoProcessToTryItIn) {
     plugins.add("new-1.bundle", "TestPlugin");
     rlimit before{};
     ::getrlimit(RLIMIT_NOFILE, &before);
-    const int next = ::dup(STDERR_FILENO);
-    ::close(next);
+    const int next = platform::FileDescriptor(::dup(STDERR_FILENO)).number();
     const rlimit few{rlim_t(next) + 3, before.rlim_max}; // enough to look at files, too few for a child's ends
     testing::internal::CaptureStderr();
     ::setrlimit(RLIMIT_NOFILE, &few);

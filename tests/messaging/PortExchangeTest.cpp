@@ -1,5 +1,6 @@
 // The sending side, against receivers that misbehave in every way a byte stream allows.
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/messaging/CFMessagePort.h"
 #include "tests/support/PortsFolder.h"
 #include "tests/support/RawSocket.h"
@@ -221,22 +222,20 @@ TEST(CFMessagePortSendRequest, RefusesAReceiverThatBelongsToSomeoneElse) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can make a process of another user";
     const PortsFolder folder;
     auto listener = RawSocket::listeningAt(folder.socket("port"));
-    std::array<int, 2> ready{};
-    ASSERT_EQ(::pipe(ready.data()), 0);
+    const platform::Pipe ready;
+    ASSERT_TRUE(ready);
     const auto child = ::fork();
     if (child == 0) {
         // Whoever calls listen() last is the one that the kernel shows to the other end.
         const bool listening = ::setuid(65534) == 0 && ::listen(listener.number(), 1) == 0;
-        if (!listening || ::write(ready[1], "!", 1) != 1) ::_exit(1);
+        if (!listening || ::write(ready.writing.number(), "!", 1) != 1) ::_exit(1);
         const RawSocket client(::accept(listener.number(), nullptr, nullptr));
         ::_exit(client.receive(1).empty() ? 0 : 2); // 2: it was told something
     }
     char mark = 0;
-    ASSERT_EQ(::read(ready[0], &mark, 1), 1);
+    ASSERT_EQ(::read(ready.reading.number(), &mark, 1), 1);
     EXPECT_EQ(send(kLong, kLong, nullptr, bytes("secret")), kCFMessagePortTransportError);
     int status = -1;
     ::waitpid(child, &status, 0);
     EXPECT_EQ(status, 0) << "no byte of the request reached the other user";
-    ::close(ready[0]);
-    ::close(ready[1]);
 }

@@ -1,3 +1,4 @@
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/mail/MFMailComposeViewController.h"
 #include "platform/messaging/Dispatch.h"
 #include "tests/support/Home.h"
@@ -365,8 +366,8 @@ TEST_F(MailTest, TakesNoHeaderFromNamesTypesOrTheEnvironment) {
 TEST_F(MailTest, IsKeptWhenSendingTakesTooLongAndNothingOfItGoesOn) {
     const std::string gate = (home.path() / "gate").string();
     ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
-    const int reading = ::open(gate.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    ASSERT_GE(reading, 0);
+    const platform::FileDescriptor reading(::open(gate.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    ASSERT_TRUE(reading);
     useSendmail("exec 3> " + gate + "\nsleep 1000 &\necho both >&3\ncat > /dev/null\nwait");
     onMain([this] { composer->setSendingTime(std::chrono::seconds(2)); });
     send();
@@ -378,21 +379,19 @@ TEST_F(MailTest, IsKeptWhenSendingTakesTooLongAndNothingOfItGoesOn) {
     std::string heard;
     EXPECT_TRUE(tests::eventually([&] {
         char some[16];
-        const ssize_t count = ::read(reading, some, sizeof some);
+        const ssize_t count = ::read(reading.number(), some, sizeof some);
         if (count > 0) heard.append(some, static_cast<std::size_t>(count));
         return count == 0;
     }));
     EXPECT_EQ(heard, "both\n");
-    ::close(reading);
 }
 
 TEST_F(MailTest, GivesItsProgramNoFilesOfThisProcess) {
-    const int open = ::fcntl(STDOUT_FILENO, F_DUPFD, 77); // without FD_CLOEXEC
-    ASSERT_GE(open, 77);
-    useSendmail("cat > /dev/null; [ ! -e /proc/$$/fd/" + std::to_string(open) + " ]");
+    const platform::FileDescriptor open(::fcntl(STDOUT_FILENO, F_DUPFD, 77)); // without FD_CLOEXEC
+    ASSERT_GE(open.number(), 77);
+    useSendmail("cat > /dev/null; [ ! -e /proc/$$/fd/" + std::to_string(open.number()) + " ]");
     send();
     EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
-    ::close(open);
 }
 
 using MailDeathTest = MailTest;
@@ -464,13 +463,12 @@ TEST_F(MailTest, IsWrittenWithoutHoldingWhatIsAttachedInMemory) {
 
 TEST_F(MailTest, ShowsNoDraftBeforeItIsWhole) {
     std::filesystem::create_directories(home.drafts());
-    const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    ASSERT_GE(::inotify_add_watch(watch, home.drafts().c_str(), IN_CREATE | IN_MOVED_TO), 0);
+    const platform::FileDescriptor watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    ASSERT_GE(::inotify_add_watch(watch.number(), home.drafts().c_str(), IN_CREATE | IN_MOVED_TO), 0);
     onMain([this] { composer->saveDraft({"a@b.example", "Later", "Not yet"}); });
     EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
     alignas(inotify_event) char events[4096];
-    const ssize_t count = ::read(watch, events, sizeof events);
-    ::close(watch);
+    const ssize_t count = ::read(watch.number(), events, sizeof events);
     std::vector<std::string> shown;
     for (ssize_t at = 0; at < count;) {
         const auto* event = reinterpret_cast<const inotify_event*>(events + at);

@@ -1,4 +1,5 @@
 #include "tests/soak/Census.h"
+#include "platform/foundation/FileDescriptor.h"
 
 #include <cstdlib>
 #include <memory>
@@ -14,9 +15,9 @@ using tests::Census;
 
 TEST(Census, CountsDescriptors) {
     const Census before = Census::ofSelf();
-    const int one = ::dup(STDIN_FILENO);
+    platform::FileDescriptor one(::dup(STDIN_FILENO));
     const Census with = Census::ofSelf();
-    ::close(one);
+    one.close();
     EXPECT_EQ(with[Census::descriptors], before[Census::descriptors] + 1);
     EXPECT_EQ(Census::ofSelf()[Census::descriptors], before[Census::descriptors]);
 }

@@ -1,9 +1,9 @@
 #include "tests/soak/SoakedTweak.h"
 
+#include "platform/foundation/FileDescriptor.h"
+
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
 #include <stdexcept>
 #include <string_view>
 #include <sys/prctl.h>
@@ -13,20 +13,19 @@
 namespace tests {
 
 SoakedTweak::SoakedTweak(const std::filesystem::path& program, const std::filesystem::path& settings) {
-    int ends[2];
-    if (::pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    platform::Pipe output;
+    if (!output) throw std::runtime_error("no pipe");
     const pid_t parent = ::getpid();
     id_ = ::fork();
     if (id_ == 0) {
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
         if (::getppid() != parent) ::_exit(1);
-        ::dup2(ends[1], STDOUT_FILENO);
-        ::dup2(ends[1], STDERR_FILENO);
+        ::dup2(output.writing.number(), STDOUT_FILENO);
+        ::dup2(output.writing.number(), STDERR_FILENO);
         ::execl(program.c_str(), program.c_str(), "--verbose", "--settings", settings.c_str(), nullptr);
         ::_exit(127);
     }
-    ::close(ends[1]);
-    reader_ = std::thread([this, output = ends[0]] { read(output); });
+    reader_ = std::thread([this, lines = ::fdopen(output.reading.release(), "r")] { read(lines); });
 }
 
 SoakedTweak::~SoakedTweak() {
@@ -37,8 +36,7 @@ SoakedTweak::~SoakedTweak() {
     reader_.join(); // its pipe has ended with the tweak
 }
 
-void SoakedTweak::read(int output) {
-    std::FILE* const lines = ::fdopen(output, "r");
+void SoakedTweak::read(std::FILE* lines) {
     char* line = nullptr;
     std::size_t capacity = 0;
     for (ssize_t length = 0; (length = ::getline(&line, &capacity, lines)) > 0;) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdio>
 #include <filesystem>
 #include <sys/types.h>
 #include <thread>
@@ -27,7 +28,7 @@ class SoakedTweak {
     [[nodiscard]] long changes() const { return changes_; }
 
   private:
-    void read(int output);
+    void read(std::FILE* lines);
 
     pid_t id_ = -1;
     std::atomic<bool> ready_{false};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/NSBundle.h"
 
 #include <fcntl.h>
@@ -9,7 +10,6 @@
 #include <string>
 #include <sys/file.h>
 #include <typeinfo>
-#include <unistd.h>
 
 namespace tests {
 
@@ -23,15 +23,15 @@ class BundleFile {
   public:
     BundleFile(const std::type_info& inBundle, const std::string& name) {
         const std::filesystem::path folder = platform::NSBundle::bundleForClass(inBundle)->bundlePath();
-        folder_ = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        if (folder_ < 0 || ::flock(folder_, LOCK_EX) != 0) throw std::runtime_error("no bundle in " + folder.string());
+        folder_ = platform::FileDescriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!folder_ || ::flock(folder_.number(), LOCK_EX) != 0)
+            throw std::runtime_error("no bundle in " + folder.string());
         path_ = folder / name;
         std::filesystem::remove_all(path_);
     }
     ~BundleFile() {
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
-        ::close(folder_);
     }
     BundleFile(const BundleFile&) = delete;
     BundleFile& operator=(const BundleFile&) = delete;
@@ -44,7 +44,7 @@ class BundleFile {
 
   private:
     std::filesystem::path path_;
-    int folder_ = -1;
+    platform::FileDescriptor folder_;
 };
 
 } // namespace tests

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/foundation/FileDescriptor.h"
+
 #include <array>
 #include <cstring>
 #include <filesystem>
@@ -15,17 +17,14 @@ namespace tests {
 class OpenedFiles {
   public:
     explicit OpenedFiles(const std::filesystem::path& folder) {
-        if (::inotify_add_watch(watch_, folder.c_str(), IN_OPEN) < 0)
+        if (::inotify_add_watch(watch_.number(), folder.c_str(), IN_OPEN) < 0)
             throw std::runtime_error("no watch on the folder");
     }
-    ~OpenedFiles() { ::close(watch_); }
-    OpenedFiles(const OpenedFiles&) = delete;
-    OpenedFiles& operator=(const OpenedFiles&) = delete;
 
     [[nodiscard]] std::set<std::string> names() const {
         std::set<std::string> opened;
         std::array<char, 65536> events{};
-        for (ssize_t size = 0; (size = ::read(watch_, events.data(), events.size())) > 0;) {
+        for (ssize_t size = 0; (size = ::read(watch_.number(), events.data(), events.size())) > 0;) {
             for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
                 inotify_event event{};
                 std::memcpy(&event, events.data() + at, sizeof event);
@@ -37,7 +36,7 @@ class OpenedFiles {
     }
 
   private:
-    int watch_ = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    platform::FileDescriptor watch_{::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)};
 };
 
 } // namespace tests

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/foundation/FileDescriptor.h"
 #include "tests/support/Deadline.h"
 
 #include <csignal>
 #include <cstdio>
-#include <fcntl.h>
 #include <stdexcept>
 #include <string>
 #include <sys/wait.h>
@@ -19,9 +19,9 @@ namespace tests {
 class Process {
   public:
     explicit Process(std::vector<std::string> command) : name_(command.front()) {
-        int in[2];
-        int out[2];
-        if (::pipe2(in, O_CLOEXEC) != 0 || ::pipe2(out, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+        platform::Pipe in;
+        platform::Pipe out;
+        if (!in || !out) throw std::runtime_error("no pipe");
         std::vector<char*> arguments;
         arguments.reserve(command.size() + 1);
         for (auto& word : command)
@@ -29,15 +29,13 @@ class Process {
         arguments.push_back(nullptr);
         id_ = ::fork();
         if (id_ == 0) {
-            ::dup2(in[0], STDIN_FILENO);
-            ::dup2(out[1], STDOUT_FILENO);
+            ::dup2(in.reading.number(), STDIN_FILENO);
+            ::dup2(out.writing.number(), STDOUT_FILENO);
             ::execv(arguments.front(), arguments.data());
             ::_exit(127);
         }
-        ::close(in[0]);
-        ::close(out[1]);
-        input_ = ::fdopen(in[1], "w");
-        output_ = ::fdopen(out[0], "r");
+        input_ = ::fdopen(in.writing.release(), "w");
+        output_ = ::fdopen(out.reading.release(), "r");
     }
     ~Process() {
         if (input_ != nullptr) std::fclose(input_);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/Value.h"
 
 #include <cerrno>
@@ -11,8 +12,6 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
-#include <unistd.h>
-#include <utility>
 
 namespace tests {
 
@@ -45,17 +44,11 @@ inline Data bytes(const std::string& text) {
 class RawSocket {
   public:
     RawSocket() : RawSocket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {}
-    explicit RawSocket(int number) : number_(number) {
-        if (number_ < 0) throw std::runtime_error("no socket");
+    explicit RawSocket(int number) : socket_(number) {
+        if (!socket_) throw std::runtime_error("no socket");
         const timeval limit{60, 0};
-        ::setsockopt(number_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+        ::setsockopt(socket_.number(), SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     }
-    RawSocket(RawSocket&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    RawSocket& operator=(RawSocket&& other) noexcept {
-        std::swap(number_, other.number_);
-        return *this;
-    }
-    ~RawSocket() { close(); }
 
     static RawSocket connectedTo(const std::filesystem::path& path) {
         RawSocket socket;
@@ -66,24 +59,24 @@ class RawSocket {
         std::filesystem::create_directories(path.parent_path());
         RawSocket socket;
         const auto address = addressOf(path);
-        if (::bind(socket.number_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-            ::listen(socket.number_, backlog) != 0)
+        if (::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+            ::listen(socket.number(), backlog) != 0)
             throw std::runtime_error("cannot listen at " + path.native());
         return socket;
     }
     /// What a killed process leaves behind: a socket file that nobody listens at.
-    static void leaveDeadSocketAt(const std::filesystem::path& path) { listeningAt(path).close(); }
+    static void leaveDeadSocketAt(const std::filesystem::path& path) { listeningAt(path); }
 
     void connect(const std::filesystem::path& path) const {
         const auto address = addressOf(path);
-        if (::connect(number_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        if (::connect(number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
             throw std::runtime_error("cannot connect to " + path.native());
     }
-    [[nodiscard]] RawSocket accept() const { return RawSocket(::accept(number_, nullptr, nullptr)); }
+    [[nodiscard]] RawSocket accept() const { return RawSocket(::accept(number(), nullptr, nullptr)); }
     /// False when the other end is gone.
     bool send(std::span<const std::uint8_t> data) const {
         while (!data.empty()) {
-            const auto count = ::send(number_, data.data(), data.size(), MSG_NOSIGNAL);
+            const auto count = ::send(number(), data.data(), data.size(), MSG_NOSIGNAL);
             if (count <= 0) return false;
             data = data.subspan(static_cast<std::size_t>(count));
         }
@@ -94,7 +87,7 @@ class RawSocket {
         Data data(size);
         std::size_t have = 0;
         while (have < size) {
-            const auto count = ::recv(number_, data.data() + have, size - have, 0);
+            const auto count = ::recv(number(), data.data() + have, size - have, 0);
             if (count <= 0) break;
             have += static_cast<std::size_t>(count);
         }
@@ -104,14 +97,12 @@ class RawSocket {
     /// Whether the other end closed, with nothing more to read. Waits for either.
     [[nodiscard]] bool isClosedByPeer() const {
         std::uint8_t byte = 0;
-        const auto count = ::recv(number_, &byte, 1, 0);
+        const auto count = ::recv(number(), &byte, 1, 0);
         return count == 0 || (count < 0 && errno == ECONNRESET);
     }
-    void finishSending() const { ::shutdown(number_, SHUT_WR); }
-    void close() {
-        if (number_ >= 0) ::close(std::exchange(number_, -1));
-    }
-    [[nodiscard]] int number() const { return number_; }
+    void finishSending() const { ::shutdown(number(), SHUT_WR); }
+    void close() { socket_.close(); }
+    [[nodiscard]] int number() const { return socket_.number(); }
 
   private:
     static sockaddr_un addressOf(const std::filesystem::path& path) {
@@ -121,7 +112,7 @@ class RawSocket {
         return address;
     }
 
-    int number_ = -1;
+    platform::FileDescriptor socket_;
 };
 
 } // namespace tests

@@ -1,3 +1,4 @@
+#include "tests/support/RawSocket.h"
 #include "tests/tweak/Program.h"
 #include "tests/tweak/Sandbox.h"
 
@@ -13,9 +14,6 @@
 
 #include <future>
 #include <thread>
-
-#include <sys/socket.h>
-#include <sys/un.h>
 
 using namespace lumora;
 using namespace tests;
@@ -92,38 +90,28 @@ class RawPort {
   public:
     enum class Manner { silent, hangingUp };
 
-    RawPort(const Sandbox& sandbox, const std::string& message, Manner manner) {
-        const auto folder = sandbox.ports() / "com.nevo.lumora";
-        std::filesystem::create_directories(folder);
-        for (const auto& made : {sandbox.ports(), folder})
+    RawPort(const Sandbox& sandbox, const std::string& message, Manner manner)
+        : listener_(RawSocket::listeningAt(sandbox.ports() / "com.nevo.lumora" / message)) {
+        for (const auto& made : {sandbox.ports(), sandbox.ports() / "com.nevo.lumora"})
             std::filesystem::permissions(made, std::filesystem::perms::owner_all);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        (folder / message).string().copy(address.sun_path, sizeof address.sun_path - 1);
-        listener_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        if (bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-            listen(listener_, 8) != 0)
-            throw std::runtime_error("no socket");
         if (manner == Manner::hangingUp)
             thread_ = std::thread([this] {
-                const int client = accept(listener_, nullptr, nullptr);
+                const platform::FileDescriptor client(accept(listener_.number(), nullptr, nullptr));
                 char byte = 0;
-                while (client >= 0 && recv(client, &byte, 1, MSG_PEEK) < 0) {
+                while (client && recv(client.number(), &byte, 1, MSG_PEEK) < 0) {
                 }
-                ::shutdown(client, SHUT_RDWR);
-                ::close(client);
+                ::shutdown(client.number(), SHUT_RDWR);
             });
     }
     RawPort(const RawPort&) = delete;
     RawPort& operator=(const RawPort&) = delete;
     ~RawPort() {
-        ::shutdown(listener_, SHUT_RDWR);
+        ::shutdown(listener_.number(), SHUT_RDWR);
         if (thread_.joinable()) thread_.join();
-        ::close(listener_);
     }
 
   private:
-    int listener_ = -1;
+    RawSocket listener_;
     std::thread thread_;
 };
 

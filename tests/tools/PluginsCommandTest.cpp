@@ -3,6 +3,7 @@
 #include "tests/tweak/Program.h"
 
 #include "lists/PluginDiscovery.h"
+#include "platform/foundation/FileDescriptor.h"
 #include "json/Json.h"
 
 #include <gmock/gmock.h>
@@ -149,9 +150,9 @@ TEST_F(PluginsCommand, ReportsAPlugInThatScribbles) {
 TEST_F(PluginsCommand, EndsWhatAPlugInLeftRunning) {
     plugins.add("forking-1.bundle", "TestPlugin");
     EXPECT_EQ(told("forking-1.bundle")["name"], Value("forking-1"));
-    const int file = ::open(plugins.module("forking-1.bundle").c_str(), O_RDONLY | O_CLOEXEC);
-    EXPECT_TRUE(eventually([file] { return ::flock(file, LOCK_EX | LOCK_NB) == 0; })) << "who is left holds the lock";
-    ::close(file);
+    const platform::FileDescriptor file(::open(plugins.module("forking-1.bundle").c_str(), O_RDONLY | O_CLOEXEC));
+    EXPECT_TRUE(eventually([&file] { return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0; }))
+        << "who is left holds the lock";
 }
 
 TEST_F(PluginsCommand, KeepsWhatAPlugInPrintsOutOfItsOwnOutput) {

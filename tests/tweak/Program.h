@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/foundation/FileDescriptor.h"
 #include "tests/support/Deadline.h"
 
 #include <cstdio>
@@ -25,8 +26,8 @@ class Program {
         std::fputs(input.c_str(), in_.get());
         std::fflush(in_.get());
         ::lseek(fileno(in_.get()), 0, SEEK_SET);
-        int ends[2];
-        if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+        platform::Pipe output;
+        if (!output) throw std::runtime_error("no pipe");
         std::vector<char*> words;
         words.reserve(command.size() + 1);
         for (std::string& word : command)
@@ -35,13 +36,12 @@ class Program {
         id_ = fork();
         if (id_ == 0) {
             dup2(fileno(in_.get()), STDIN_FILENO);
-            dup2(ends[1], STDOUT_FILENO);
+            dup2(output.writing.number(), STDOUT_FILENO);
             dup2(fileno(err_.get()), STDERR_FILENO);
             execvp(words.front(), words.data());
             _exit(127);
         }
-        ::close(ends[1]);
-        out_.reset(fdopen(ends[0], "r"));
+        out_.reset(fdopen(output.reading.release(), "r"));
     }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;

@@ -6,6 +6,7 @@
 #include "tweak/ServedPort.h"
 #include "tweak/SettingsStore.h"
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/PropertyList.h"
 
 #include <gmock/gmock.h>
@@ -67,23 +68,20 @@ class NotifySocket {
         name.copy(address.sun_path, sizeof address.sun_path);
         if (name.front() == '@') address.sun_path[0] = '\0';
         const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size());
-        EXPECT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&address), size), 0) << name;
+        EXPECT_EQ(bind(socket_.number(), reinterpret_cast<const sockaddr*>(&address), size), 0) << name;
         const timeval patience{60, 0};
-        setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+        setsockopt(socket_.number(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     }
-    NotifySocket(const NotifySocket&) = delete;
-    NotifySocket& operator=(const NotifySocket&) = delete;
-    ~NotifySocket() { close(socket_); }
 
     /// What is told next; empty after a minute of silence.
     [[nodiscard]] std::string next() const {
         char text[100];
-        const ssize_t size = recv(socket_, text, sizeof text, 0);
+        const ssize_t size = recv(socket_.number(), text, sizeof text, 0);
         return size > 0 ? std::string(text, static_cast<std::size_t>(size)) : "";
     }
 
   private:
-    int socket_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    platform::FileDescriptor socket_{socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0)};
 };
 
 } // namespace

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+namespace platform {
+
+/// Owns one open descriptor, or none.
+///
+///     const FileDescriptor folder(::open("/tmp", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+///     if (!folder) complain(errno);
+class FileDescriptor {
+  public:
+    FileDescriptor() = default;
+    explicit FileDescriptor(int number) : number_(number) {}
+    FileDescriptor(FileDescriptor&& other) noexcept : number_(other.release()) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+        const int number = other.release();
+        close();
+        number_ = number;
+        return *this;
+    }
+    ~FileDescriptor() { close(); }
+
+    explicit operator bool() const { return number_ >= 0; }
+    [[nodiscard]] int number() const { return number_; }
+    /// Hands the descriptor over to whoever closes it then.
+    [[nodiscard]] int release() { return std::exchange(number_, -1); }
+    /// False when that fails, with the reason in errno: not all that was written has arrived then.
+    bool close() { return number_ < 0 || ::close(release()) == 0; }
+
+  private:
+    int number_ = -1;
+};
+
+/// A pipe, or two empty ends where none is to be had, with the reason in errno.
+struct Pipe {
+    explicit Pipe(int flags = O_CLOEXEC) {
+        int ends[2];
+        if (::pipe2(ends, flags) != 0) return;
+        reading = FileDescriptor(ends[0]);
+        writing = FileDescriptor(ends[1]);
+    }
+    explicit operator bool() const { return static_cast<bool>(writing); }
+
+    FileDescriptor reading;
+    FileDescriptor writing;
+};
+
+} // namespace platform
