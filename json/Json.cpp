@@ -171,10 +171,7 @@ class Reader {
         return fail(std::string(code == std::string_view::npos ? what : what.substr(code + 2)));
     }
 
-    Result<Value> result() && {
-        if (error_) return Result<Value>::failure(std::move(*error_));
-        return std::move(root_);
-    }
+    Result<Value> result() && { return std::move(root_); }
 
   private:
     /// A list or dictionary that is not closed yet. Entries of a list have empty keys.
@@ -227,13 +224,12 @@ class Reader {
     }
 
     bool fail(std::string why) {
-        error_ = std::move(why);
+        root_ = Result<Value>::failure(std::move(why));
         return false;
     }
 
     std::vector<Open> open_;
-    Value root_;
-    std::optional<std::string> error_;
+    Result<Value> root_ = Value();
 };
 
 /// JSON for a terminal or a log, with nothing lost: whatever character tells it what to do is written \uXXXX. Line

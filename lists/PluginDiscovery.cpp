@@ -36,11 +36,12 @@ std::optional<std::string> askText(const char* (*function)()) {
     return text && platform::isUtf8(text) ? std::optional<std::string>(text) : std::nullopt;
 }
 
-/// The last questions about one text; empty when it can be used. It is asked twice, so that a plug-in is held to what
-/// it says: once for whether there is a text, once for whether there is anything in it.
-std::string faultOfText(const Plugin& plugin, std::optional<std::string> (Plugin::*text)() const, const char* called) {
-    if (!(plugin.*text)()) return std::string("its plug-in object gives no ") + called;
-    if ((plugin.*text)() == "") return std::string("its plug-in object gives an empty ") + called;
+/// The last questions about one text. It is asked twice, so that a plug-in is held to what it says: once for whether
+/// there is a text, once for whether there is anything in it.
+Result<void> checkText(const Plugin& plugin, std::optional<std::string> (Plugin::*text)() const, const char* called) {
+    const auto refuse = [called](const std::string& why) { return Result<void>::failure(why + called); };
+    if (!(plugin.*text)()) return refuse("its plug-in object gives no ");
+    if ((plugin.*text)() == "") return refuse("its plug-in object gives an empty ");
     return {};
 }
 
@@ -66,9 +67,9 @@ Result<Plugin> examineLoaded(const LumoraPrincipalClass* principalClass) {
     if (!object.respondsToIdentifier()) return fail("its plug-in object does not answer identifier");
     if (!object.respondsToName()) return fail("its plug-in object does not answer name");
     if (!object.respondsToAppID()) return fail("its plug-in object does not answer appID");
-    if (auto fault = faultOfText(object, &Plugin::identifier, "identifier"); !fault.empty()) return fail(fault);
-    if (auto fault = faultOfText(object, &Plugin::name, "name"); !fault.empty()) return fail(fault);
-    if (auto fault = faultOfText(object, &Plugin::appID, "appID"); !fault.empty()) return fail(fault);
+    if (auto checked = checkText(object, &Plugin::identifier, "identifier"); !checked) return fail(checked.error());
+    if (auto checked = checkText(object, &Plugin::name, "name"); !checked) return fail(checked.error());
+    if (auto checked = checkText(object, &Plugin::appID, "appID"); !checked) return fail(checked.error());
     return plugin;
 }
 
@@ -132,7 +133,7 @@ bool isPluginPath(const fs::path& path) {
 PluginExamination::PluginExamination(std::shared_ptr<NSBundle> bundle)
     : bundle_(std::move(bundle)), plugin_(fail("it is no folder")) {
     if (!bundle_) return;
-    const Result<bool> loaded = bundle_->load(platform::FileCheck::None);
+    const Result<void> loaded = bundle_->load(platform::FileCheck::None);
     // Asked whether or not loading succeeded; without a loaded object there is no such table.
     const auto* principalClass =
         static_cast<const LumoraPrincipalClass*>(bundle_->principalClassTable(LUMORA_PRINCIPAL_CLASS_SYMBOL));

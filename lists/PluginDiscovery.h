@@ -52,7 +52,7 @@ class Plugin {
 /// Runs the plug-in's code, which may do anything to the process. Main thread.
 class PluginExamination {
   public:
-    /// Null stands for a bundle that is no folder. The caller has found no faultOfSharedObject() in any other.
+    /// Null stands for a bundle that is no folder. The file of any other has passed checkSharedObject().
     explicit PluginExamination(std::shared_ptr<platform::NSBundle> bundle);
     PluginExamination(const PluginExamination&) = delete;
     PluginExamination& operator=(const PluginExamination&) = delete;

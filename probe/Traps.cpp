@@ -27,14 +27,15 @@ Traps::Traps() {
     if (pipe.writing.number() < kLowDescriptors) std::ignore = pipe.writing.release(); // it is one of them
 }
 
-std::string Traps::sprung() const {
+platform::Result<void> Traps::check() const {
     std::array<pollfd, kLowDescriptors - kFirst + 1> watched{};
     for (int number = kFirst; number < kLowDescriptors; ++number)
         watched[std::size_t(number - kFirst)] = {number, 0, 0};
     watched.back() = {bottom_.number(), POLLIN, 0};
     if (!bottom_ || ::poll(watched.data(), watched.size(), 0) <= 0) return {};
-    return watched.back().revents == POLLIN ? "it writes into files that are not its own"
-                                            : "it closes files that are not its own";
+    return platform::Result<void>::failure(watched.back().revents == POLLIN
+                                               ? "it writes into files that are not its own"
+                                               : "it closes files that are not its own");
 }
 
 } // namespace lumora

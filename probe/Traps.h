@@ -1,8 +1,7 @@
 #pragma once
 
 #include "platform/foundation/FileDescriptor.h"
-
-#include <string>
+#include "platform/foundation/Result.h"
 
 namespace lumora {
 
@@ -13,8 +12,8 @@ class Traps {
     /// Requires that the process's own descriptors are above the low ones.
     Traps();
 
-    /// What has been done to the traps so far; empty while they are untouched.
-    [[nodiscard]] std::string sprung() const;
+    /// Fails once something has been done to them.
+    [[nodiscard]] platform::Result<void> check() const;
 
   private:
     platform::FileDescriptor bottom_; ///< the end of the pipe that can be read

@@ -25,6 +25,7 @@ namespace {
 using platform::Dictionary;
 using platform::ForeignCode;
 using platform::NSBundle;
+using platform::Result;
 
 /// A text beyond that is a plug-in's joke, and told in part.
 constexpr std::size_t kLongestText = 4096;
@@ -83,22 +84,22 @@ int main(int argc, char** argv) {
         const std::filesystem::path code = kind != ForeignCode::plugin ? argv[i]
                                            : bundle                    ? bundle->executablePath()
                                                                        : "";
-        std::string fault = code.empty() ? std::string() : platform::faultOfSharedObject(code);
-        // That need not last: there may be too many files open at the moment.
-        const bool unread = !fault.empty() && !platform::RegularFile(code);
+        Result<void> sound = code.empty() ? Result<void>() : platform::checkSharedObject(code);
+        // A fault need not last: there may be too many files open at the moment.
+        const bool unread = !sound && !platform::RegularFile(code);
         Dictionary answers;
-        if (fault.empty()) {
+        if (sound) {
             if (kind == ForeignCode::plugin)
                 answers = answersOf(bundle);
             else
                 tryApplicationList(code);
-            fault = traps.sprung();
+            sound = traps.check();
         }
         const char bad = unread ? platform::kUndecidedAnswer : platform::kDangerousAnswer;
-        channel.say(index, fault.empty() ? platform::kSafeAnswer : bad,
-                    !fault.empty() ? fault
-                    : tells        ? encoded(answers)
-                                   : std::string());
+        channel.say(index, sound ? platform::kSafeAnswer : bad,
+                    !sound  ? sound.error()
+                    : tells ? encoded(answers)
+                            : std::string());
     }
     ::_exit(0); // without the destructors of what was loaded, which Settings does not run either
 }

@@ -77,7 +77,7 @@ class DesktopHandlers final : public AddressHandlers {
 class DesktopForm final : public MessageForm {
   public:
     Result<std::vector<std::string>> addressesIn(const std::string& list) override { return mailAddressesIn(list); }
-    Result<bool> write(const MailMessage& message, int file) override { return writeMailMessage(message, file); }
+    Result<void> write(const MailMessage& message, int file) override { return writeMailMessage(message, file); }
 };
 
 } // namespace

@@ -195,7 +195,7 @@ Result<std::vector<std::string>> mailAddressesIn(const std::string& list) {
     return found;
 }
 
-Result<bool> writeMailMessage(const MailMessage& message, int file) {
+Result<void> writeMailMessage(const MailMessage& message, int file) {
     initialiseOnce();
     const Owned<GMimeMessage> made = messageOf(message);
     const Owned<GMimeStream> out(g_mime_stream_fs_new(file));
@@ -203,8 +203,8 @@ Result<bool> writeMailMessage(const MailMessage& message, int file) {
     errno = 0;
     if (g_mime_object_write_to_stream(GMIME_OBJECT(made.get()), nullptr, out.get()) < 0 ||
         g_mime_stream_flush(out.get()) != 0)
-        return Result<bool>::failure(errno != 0 ? std::strerror(errno) : "the message cannot be written");
-    return true;
+        return Result<void>::failure(errno != 0 ? std::strerror(errno) : "the message cannot be written");
+    return {};
 }
 
 } // namespace platform

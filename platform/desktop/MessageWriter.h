@@ -15,6 +15,6 @@ namespace platform {
 /// Writes a message to an open file in the form in which it travels. Text and attachments may hold any bytes and lines
 /// of any length: both are encoded. What is no address among the recipients, as in a draft, stays as it was typed. Any
 /// thread.
-[[nodiscard]] Result<bool> writeMailMessage(const MailMessage& message, int file);
+[[nodiscard]] Result<void> writeMailMessage(const MailMessage& message, int file);
 
 } // namespace platform

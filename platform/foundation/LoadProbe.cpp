@@ -32,7 +32,6 @@ constexpr std::size_t kMostArguments = std::size_t{100} << 10;
 constexpr std::size_t kMostTold = std::size_t{1} << 20;
 constexpr std::size_t kLongestLine = 100;
 constexpr auto kToStart = 10s;
-constexpr const char* kScribbles = "it writes into files that are not its own";
 
 /// What an answer has to begin with, so that nothing that a plug-in writes by chance is taken for one.
 std::string newToken() {
@@ -76,13 +75,10 @@ class Walk {
     /// What the probe says of the path that is due, or what became of the probe.
     Probed next(std::size_t index) {
         const auto patience = child_->patience(limits_.clock, limits_.processor);
-        Probed result;
         for (;;) {
-            if (const auto whole = takeAnswer(index, result)) {
-                if (!*whole) return dead(Verdict::dangerous, kScribbles);
-                result.printed = child_->printed();
-                return result;
-            }
+            const Result<std::optional<Probed>> answer = takeAnswer(index);
+            if (!answer) return dead(Verdict::dangerous, answer.error());
+            if (answer.value()) return *answer.value();
             Heard heard = child_->receive(unread_, kMostTold + kLongestLine, patience);
             if (heard == Heard::end) heard = child_->awaitEnd(patience); // it may have closed its output and go on
             if (heard == Heard::end) return dead(verdictOnEnd(child_->end()), howItEnded(child_->end()));
@@ -101,26 +97,29 @@ class Walk {
         return {verdict, std::move(why), {}, child_->printed()};
     }
 
-    /// True when the answer is there, false for bytes that are none, nothing while more must come.
-    std::optional<bool> takeAnswer(std::size_t index, Probed& into) {
+    /// Nothing while more must come. Fails for bytes that are no answer.
+    Result<std::optional<Probed>> takeAnswer(std::size_t index) {
+        const auto scribble = Result<std::optional<Probed>>::failure("it writes into files that are not its own");
         const std::size_t end = unread_.find('\n');
-        if (end == std::string::npos) return unread_.size() > kLongestLine ? std::optional(false) : std::nullopt;
+        if (end == std::string::npos && unread_.size() > kLongestLine) return scribble;
+        if (end == std::string::npos) return {std::nullopt};
         const std::string line = unread_.substr(0, end + 1);
         const std::size_t last = line.rfind(' ');
         std::size_t length = 0;
-        if (last == std::string::npos || last == 0) return false;
+        if (last == std::string::npos || last == 0) return scribble;
         std::from_chars(line.data() + last + 1, line.data() + end, length);
         const char answer = line[last - 1];
-        if (length > kMostTold || line != probeAnswerLine(token_, index, answer, length)) return false;
-        if (unread_.size() < line.size() + length) return std::nullopt;
+        if (length > kMostTold || line != probeAnswerLine(token_, index, answer, length)) return scribble;
+        if (unread_.size() < line.size() + length) return {std::nullopt};
         const std::string text = unread_.substr(line.size(), length);
         unread_.erase(0, line.size() + length);
-        into.verdict = verdictOf(answer);
-        if (answer != kSafeAnswer) into.why = text;
-        if (answer != kSafeAnswer || text.empty()) return true;
+        Probed probed{verdictOf(answer), {}, {}, child_->printed()};
+        if (answer != kSafeAnswer) probed.why = text;
+        if (answer != kSafeAnswer || text.empty()) return {probed};
         const Result<Value> told = readPropertyList(Data(text.begin(), text.end()));
-        if (told && told.value().dictionary()) into.told = *told.value().dictionary();
-        return !into.told.empty();
+        if (told && told.value().dictionary()) probed.told = *told.value().dictionary();
+        if (probed.told.empty()) return scribble;
+        return {probed};
     }
 
     std::unique_ptr<ChildProcess> child_;

@@ -62,20 +62,20 @@ std::filesystem::path NSBundle::executablePath() const {
     return executable.empty() || !isFileName(executable) ? std::filesystem::path() : folder_ / executable;
 }
 
-Result<bool> NSBundle::load() {
+Result<void> NSBundle::load() {
     return load(FileCheck::WholeFile);
 }
 
-Result<bool> NSBundle::load(FileCheck check) {
-    if (loaded_) return true;
+Result<void> NSBundle::load(FileCheck check) {
+    if (loaded_) return {};
     const std::filesystem::path executable = executablePath();
     if (executable.empty())
-        return Result<bool>::failure(
+        return Result<void>::failure(
             folder_.string() + " cannot be loaded: its Info.plist is missing, broken or names no CFBundleExecutable");
     const Result<void*> handle = loadSharedObject(executable, Binding::Now, check);
-    if (!handle) return Result<bool>::failure(handle.error());
+    if (!handle) return Result<void>::failure(handle.error());
     loaded_ = handle.value();
-    return true;
+    return {};
 }
 
 Class NSBundle::principalClass() const {

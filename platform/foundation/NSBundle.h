@@ -30,11 +30,11 @@ class PLATFORM_EXPORT NSBundle {
 
     /// The shared object that `CFBundleExecutable` names, whether or not it is there; empty when nothing is named.
     [[nodiscard]] std::filesystem::path executablePath() const;
-    /// Loads the shared object that `CFBundleExecutable` names; true when it already is. A broken one is an error
+    /// Loads the shared object that `CFBundleExecutable` names, unless it is loaded already. A broken one is an error
     /// here and silence at whoever must be silent. One that mayBeLoaded() has let through just now is not looked at
     /// again.
-    Result<bool> load();
-    Result<bool> load(FileCheck check);
+    Result<void> load();
+    Result<void> load(FileCheck check);
     /// The class that `NSPrincipalClass` names, null when there is none. Asks the registry, so load() goes first.
     [[nodiscard]] Class principalClass() const;
     /// For bundles whose principal class is a table of C functions: what the shared object itself exports under the

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -25,6 +26,26 @@ class Result {
     template<std::size_t I, class U>
     Result(std::in_place_index_t<I> which, U&& u) : contents_(which, std::forward<U>(u)) {}
     std::variant<T, std::string> contents_;
+};
+
+/// The same for what has no value to give: it is done, or there is one line that says why not.
+///
+///     if (Result<void> loaded = bundle->load(); !loaded) return complain(loaded.error());
+template<>
+class Result<void> {
+  public:
+    Result() = default;
+    static Result failure(std::string why) {
+        Result failed;
+        failed.why_ = std::move(why);
+        return failed;
+    }
+
+    explicit operator bool() const { return !why_; }
+    [[nodiscard]] const std::string& error() const { return why_.value(); }
+
+  private:
+    std::optional<std::string> why_;
 };
 
 } // namespace platform

@@ -10,33 +10,30 @@
 #include <vector>
 
 namespace platform {
-namespace {
 
-std::string faultOfFile(const RegularFile& file) {
-    if (!file) return "it is missing, no file, or cannot be read";
+Result<void> checkSharedObject(const std::filesystem::path& path) {
+    const auto refuse = [&path](const char* why) {
+        return Result<void>::failure(path.string() + " cannot be loaded: " + why);
+    };
+    const RegularFile file(path);
+    if (!file) return refuse("it is missing, no file, or cannot be read");
     ElfW(Ehdr) header{};
     if (!file.read(0, &header, sizeof header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
         header.e_phentsize != sizeof(ElfW(Phdr)))
         return {}; // the loader knows better what it is not
     std::vector<ElfW(Phdr)> segments(header.e_phnum);
-    if (!file.read(header.e_phoff, segments.data(), segments.size() * sizeof(ElfW(Phdr)))) return "it is cut short";
+    if (!file.read(header.e_phoff, segments.data(), segments.size() * sizeof(ElfW(Phdr))))
+        return refuse("it is cut short");
     const bool whole = std::all_of(segments.begin(), segments.end(), [&file](const ElfW(Phdr) & segment) {
         return segment.p_type != PT_LOAD ||
                (segment.p_offset <= file.size() && segment.p_filesz <= file.size() - segment.p_offset);
     });
-    return whole ? std::string() : "it is cut short";
-}
-
-} // namespace
-
-std::string faultOfSharedObject(const std::filesystem::path& file) {
-    const std::string fault = faultOfFile(RegularFile(file));
-    return fault.empty() ? fault : file.string() + " cannot be loaded: " + fault;
+    return whole ? Result<void>() : refuse("it is cut short");
 }
 
 Result<void*> loadSharedObject(const std::filesystem::path& file, Binding binding, FileCheck check) {
-    if (std::string fault = check == FileCheck::None ? "" : faultOfSharedObject(file); !fault.empty())
-        return Result<void*>::failure(std::move(fault));
+    const Result<void> sound = check == FileCheck::None ? Result<void>() : checkSharedObject(file);
+    if (!sound) return Result<void*>::failure(sound.error());
     // RTLD_NODELETE: objects and page classes of the library outlive every request to unload it.
     //
     // An exception of the library's own initialisers is not caught, and must not be: it would unwind through the

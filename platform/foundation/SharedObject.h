@@ -11,9 +11,9 @@ namespace platform {
 /// When a library finds the functions that it calls: all at once, or each at its first call.
 enum class Binding : unsigned char { Now, Lazy };
 
-/// What would end or hold up the process instead of being an error of the loader's: a file that is shorter than its
-/// segments say, since touching what is missing there raises a signal, and a pipe. Empty for all else.
-[[nodiscard]] PLATFORM_EXPORT std::string faultOfSharedObject(const std::filesystem::path& file);
+/// Fails for what would end or hold up the process instead of being an error of the loader's: a file that is shorter
+/// than its segments say, since touching what is missing there raises a signal, and a pipe.
+[[nodiscard]] PLATFORM_EXPORT Result<void> checkSharedObject(const std::filesystem::path& path);
 
 /// Whether a file is refused for such a fault, or has been looked at for it by mayBeLoaded().
 enum class FileCheck : unsigned char { WholeFile, None };

@@ -87,15 +87,15 @@ MFMailComposeViewController::Outcome MFMailComposeViewController::sent(const Mai
     if (!outcome.result) return outcome;
 
     if (const auto program = sendmailProgram()) {
-        const Result<bool> sent = sendWith(*program, recipients.value(), outcome.draft, atMost);
+        const Result<void> sent = sendWith(*program, recipients.value(), outcome.draft, atMost);
         if (!sent) return {MFMailComposeResultFailed, sent.error(), outcome.draft};
         std::error_code ignored; // a draft too many is better than none
         std::filesystem::remove(outcome.draft, ignored);
         return {.result = MFMailComposeResultSent};
     }
     const auto own = mailProgram();
-    const Result<bool> opened = own ? openIn(*own, message, recipients.value())
-                                    : Result<bool>::failure("there is no program to send mail with");
+    const Result<void> opened = own ? openIn(*own, message, recipients.value())
+                                    : Result<void>::failure("there is no program to send mail with");
     // The draft stays: nobody knows whether the mail program takes up what it was handed.
     return opened ? outcome : Outcome{MFMailComposeResultFailed, opened.error(), outcome.draft};
 }

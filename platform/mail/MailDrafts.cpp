@@ -9,7 +9,6 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
-#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,11 +32,11 @@ std::string timeOfDay() {
     return {text, std::strftime(text, sizeof text, "%Y-%m-%d-%H%M%S", &local)};
 }
 
-Result<bool> write(const MailMessage& message, int file) {
+Result<void> write(const MailMessage& message, int file) {
     MessageForm* form = messageForm();
-    if (!form) return Result<bool>::failure("the library that writes messages is missing");
-    Result<bool> written = form->write(message, file);
-    if (written && ::fsync(file) != 0) written = Result<bool>::failure(std::strerror(errno));
+    if (!form) return Result<void>::failure("the library that writes messages is missing");
+    Result<void> written = form->write(message, file);
+    if (written && ::fsync(file) != 0) written = Result<void>::failure(std::strerror(errno));
     return written;
 }
 
@@ -48,15 +47,15 @@ bool publish(const fs::path& file, const fs::path& name) {
     return ::link(file.c_str(), name.c_str()) == 0 && ::unlink(file.c_str()) == 0; // not every file system can do that
 }
 
-/// Under the first of its names that is free; nothing when it cannot be published.
-std::optional<fs::path> published(const fs::path& file, const fs::path& folder) {
+/// Under the first of its names that is free.
+Kept published(const fs::path& file, const fs::path& folder) {
     const std::string time = timeOfDay();
     for (int number = 1; number <= 1000; ++number) {
         const fs::path name = folder / (time + (number > 1 ? "-" + std::to_string(number) : "") + ".eml");
         if (publish(file, name)) return name;
         if (errno != EEXIST) break;
     }
-    return std::nullopt;
+    return Kept::failure(std::strerror(errno));
 }
 
 } // namespace
@@ -76,14 +75,12 @@ Kept keepDraft(const MailMessage& message) {
     std::string hidden = folder / ".XXXXXX.new";
     FileDescriptor file(::mkostemps(hidden.data(), 4, O_CLOEXEC));
     if (!file) return failed("make a file in", folder);
-    Result<bool> written = write(message, file.number());
-    if (!file.close() && written) written = Result<bool>::failure(std::strerror(errno));
-    if (written) {
-        if (const auto draft = published(hidden, folder)) return *draft;
-        written = Result<bool>::failure(std::strerror(errno));
-    }
+    Result<void> written = write(message, file.number());
+    if (!file.close() && written) written = Result<void>::failure(std::strerror(errno));
+    const Kept draft = written ? published(hidden, folder) : Kept::failure(written.error());
+    if (draft) return draft;
     ::unlink(hidden.c_str());
-    return Kept::failure("cannot write a draft in " + folder.string() + ": " + written.error());
+    return Kept::failure("cannot write a draft in " + folder.string() + ": " + draft.error());
 }
 
 } // namespace platform

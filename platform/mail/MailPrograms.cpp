@@ -148,9 +148,9 @@ std::optional<MailProgram> mailProgram() {
     return std::nullopt;
 }
 
-Result<bool> openIn(const MailProgram& program, const MailMessage& message,
+Result<void> openIn(const MailProgram& program, const MailMessage& message,
                     const std::vector<std::string>& recipients) {
-    using Opened = Result<bool>;
+    using Opened = Result<void>;
     std::optional<TemporaryFolder> folder;
     Files files;
     if (!message.attachments.empty()) {

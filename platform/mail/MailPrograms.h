@@ -23,7 +23,7 @@ struct MailProgram {
 /// Opens the message, to these addresses, in the program for its user to send. The attachments are files in a private
 /// temporary folder, which stays unless this fails: the program reads them when the user sends, and nobody knows when
 /// that is. Any thread.
-[[nodiscard]] Result<bool> openIn(const MailProgram& program, const MailMessage& message,
+[[nodiscard]] Result<void> openIn(const MailProgram& program, const MailMessage& message,
                                   const std::vector<std::string>& recipients);
 
 } // namespace platform

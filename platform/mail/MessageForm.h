@@ -23,7 +23,7 @@ class MessageForm {
     /// The bare addresses in a list such as "A <a@b.example>, c@d.example"; fails when any part of it is none.
     [[nodiscard]] virtual Result<std::vector<std::string>> addressesIn(const std::string& list) = 0;
     /// Writes a message to an open file, with "\n" at the ends of lines.
-    [[nodiscard]] virtual Result<bool> write(const MailMessage& message, int file) = 0;
+    [[nodiscard]] virtual Result<void> write(const MailMessage& message, int file) = 0;
 };
 
 /// Null without the desktop's library. The first call is on the main thread.

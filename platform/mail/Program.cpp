@@ -21,7 +21,7 @@
 
 namespace platform {
 
-using Ended = Result<bool>;
+using Ended = Result<void>;
 namespace fs = std::filesystem;
 
 namespace {
@@ -68,13 +68,30 @@ Result<pid_t> spawn(const std::vector<std::string>& command, const char* input, 
     return id;
 }
 
-/// Takes what is there; false at the end.
-bool takeComplaint(int from, std::string& complaint) {
-    char some[4096];
-    const ssize_t count = ::read(from, some, sizeof some);
-    if (count > 0 && complaint.size() < kMostComplaint) complaint.append(some, static_cast<std::size_t>(count));
-    return count > 0 || (count < 0 && (errno == EAGAIN || errno == EINTR));
-}
+/// What a program says on its standard error.
+class Complaint {
+  public:
+    explicit Complaint(FileDescriptor from) : from_(std::move(from)) {}
+
+    /// Where it comes from; negative once it has ended.
+    [[nodiscard]] int descriptor() const { return from_.number(); }
+    /// Takes what is there.
+    void take() {
+        char some[4096];
+        const ssize_t count = ::read(from_.number(), some, sizeof some);
+        if (count > 0 && text_.size() < kMostComplaint) text_.append(some, static_cast<std::size_t>(count));
+        if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR)) from_.close();
+    }
+    /// Without what stands empty at the end.
+    [[nodiscard]] std::string text() const {
+        const std::string text = text_.substr(0, kMostComplaint);
+        return text.substr(0, text.find_last_not_of(" \r\n\t") + 1);
+    }
+
+  private:
+    FileDescriptor from_;
+    std::string text_;
+};
 
 /// Whether a program has ended; what came of it can still be asked.
 bool hasEnded(pid_t id) {
@@ -84,7 +101,7 @@ bool hasEnded(pid_t id) {
 
 /// Waits for the end of a program and reads what it complains of; false when the time is over. It is the end of the
 /// program that counts: a child that goes on in the background may hold its standard error open.
-bool waitFor(pid_t id, FileDescriptor& complaints, std::string& complaint, std::chrono::milliseconds atMost) {
+bool waitFor(pid_t id, Complaint& complaint, std::chrono::milliseconds atMost) {
     const FileDescriptor program(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
     // Some systems have no descriptors for processes: it is asked now and then.
     const auto mostAtOnce = program ? atMost : std::chrono::milliseconds(20);
@@ -92,18 +109,12 @@ bool waitFor(pid_t id, FileDescriptor& complaints, std::string& complaint, std::
     for (;;) {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        pollfd events[] = {{program.number(), POLLIN, 0}, {complaints.number(), POLLIN, 0}};
+        pollfd events[] = {{program.number(), POLLIN, 0}, {complaint.descriptor(), POLLIN, 0}};
         if (left.count() <= 0) return false;
         if (::poll(events, 2, static_cast<int>(std::min(left, mostAtOnce).count())) < 0 && errno != EINTR) return false;
-        if (events[1].revents != 0 && !takeComplaint(complaints.number(), complaint)) complaints.close();
+        if (events[1].revents != 0) complaint.take();
         if (events[1].revents == 0 && hasEnded(id)) return true;
     }
-}
-
-std::string trimmed(std::string text) {
-    text.resize(std::min(text.size(), kMostComplaint));
-    text.erase(text.find_last_not_of(" \r\n\t") + 1);
-    return text;
 }
 
 } // namespace
@@ -119,19 +130,19 @@ std::optional<fs::path> programNamed(const std::string& name) {
 }
 
 Ended runProgram(const std::vector<std::string>& command, const fs::path& input, std::chrono::milliseconds atMost) {
-    Pipe complaints(O_CLOEXEC | O_NONBLOCK);
-    if (!complaints) return Ended::failure(std::strerror(errno));
-    const Result<pid_t> id = spawn(command, input.c_str(), complaints.writing.number());
-    complaints.writing.close();
+    Pipe errors(O_CLOEXEC | O_NONBLOCK);
+    if (!errors) return Ended::failure(std::strerror(errno));
+    const Result<pid_t> id = spawn(command, input.c_str(), errors.writing.number());
+    errors.writing.close();
     if (!id) return Ended::failure(id.error());
 
-    std::string complaint;
-    const bool inTime = waitFor(id.value(), complaints.reading, complaint, atMost);
+    Complaint complaint(std::move(errors.reading));
+    const bool inTime = waitFor(id.value(), complaint, atMost);
     if (!inTime) ::kill(-id.value(), SIGKILL);
     int status = 0;
     while (::waitpid(id.value(), &status, 0) < 0 && errno == EINTR) {
     }
-    if (inTime && WIFEXITED(status) && WEXITSTATUS(status) == 0) return true;
+    if (inTime && WIFEXITED(status) && WEXITSTATUS(status) == 0) return {};
 
     std::string why = command.front();
     if (!inTime)
@@ -140,8 +151,8 @@ Ended runProgram(const std::vector<std::string>& command, const fs::path& input,
         why += " was ended by signal " + std::to_string(WTERMSIG(status));
     else
         why += " ended with " + std::to_string(WEXITSTATUS(status));
-    complaint = trimmed(std::move(complaint));
-    return Ended::failure(complaint.empty() ? why : why + ": " + complaint);
+    const std::string text = complaint.text();
+    return Ended::failure(text.empty() ? why : why + ": " + text);
 }
 
 Ended startProgram(const std::vector<std::string>& command) {
@@ -152,7 +163,7 @@ Ended startProgram(const std::vector<std::string>& command) {
         std::thread([child = id.value()] { ::waitpid(child, nullptr, 0); }).detach();
     } catch (const std::system_error&) { // it runs, which is what was asked for
     }
-    return true;
+    return {};
 }
 
 } // namespace platform

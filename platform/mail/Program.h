@@ -22,10 +22,10 @@ namespace platform {
 
 /// Runs a program with a file as its standard input until it ends; what it wrote to its standard error is in the error
 /// when it fails. One that takes longer is ended, with its children.
-[[nodiscard]] Result<bool> runProgram(const std::vector<std::string>& command, const std::filesystem::path& input,
+[[nodiscard]] Result<void> runProgram(const std::vector<std::string>& command, const std::filesystem::path& input,
                                       std::chrono::milliseconds atMost);
 
 /// Starts a program that goes on by itself, without waiting for it.
-[[nodiscard]] Result<bool> startProgram(const std::vector<std::string>& command);
+[[nodiscard]] Result<void> startProgram(const std::vector<std::string>& command);
 
 } // namespace platform

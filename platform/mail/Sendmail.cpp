@@ -11,7 +11,7 @@ std::optional<std::filesystem::path> sendmailProgram() {
     return std::nullopt;
 }
 
-Result<bool> sendWith(const std::filesystem::path& program, const std::vector<std::string>& recipients,
+Result<void> sendWith(const std::filesystem::path& program, const std::vector<std::string>& recipients,
                       const std::filesystem::path& message, std::chrono::milliseconds atMost) {
     std::vector<std::string> command{program.string(), "-i", "--"};
     command.insert(command.end(), recipients.begin(), recipients.end());

@@ -16,7 +16,7 @@ namespace platform {
 /// Sends the message in a file. It is the file itself that the program reads, so neither its size nor a program that
 /// ends without reading matters, and were this process to end, the message would still be sent whole. Blocks until
 /// the program ends, or has had the time that it may take and is ended.
-[[nodiscard]] Result<bool> sendWith(const std::filesystem::path& program, const std::vector<std::string>& recipients,
+[[nodiscard]] Result<void> sendWith(const std::filesystem::path& program, const std::vector<std::string>& recipients,
                                     const std::filesystem::path& message, std::chrono::milliseconds atMost);
 
 } // namespace platform

@@ -110,7 +110,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
 
     Pictures pictures(shell, *window, std::chrono::milliseconds(qint64(options.timeout * 1000)),
                       [](const std::string& why) { std::_Exit(complain(why)); });
-    const Result<bool> saved = options.grab ? pictures.grab(*options.grab) : pictures.tour(*options.tour);
+    const Result<void> saved = options.grab ? pictures.grab(*options.grab) : pictures.tour(*options.tour);
     return saved ? 0 : complain(saved.error());
 }
 

@@ -96,23 +96,23 @@ bool Pictures::eventFilter(QObject* /*watched*/, QEvent* event) {
     return event->isInputEvent();
 }
 
-Result<bool> Pictures::grab(const std::filesystem::path& file) {
+Result<void> Pictures::grab(const std::filesystem::path& file) {
     try {
         settle();
         save(file);
-        return true;
+        return {};
     } catch (const Stopped& stopped) {
-        return Result<bool>::failure(stopped.why);
+        return Result<void>::failure(stopped.why);
     }
 }
 
-Result<bool> Pictures::tour(const std::filesystem::path& folder, std::vector<QSize> sizes) {
+Result<void> Pictures::tour(const std::filesystem::path& folder, std::vector<QSize> sizes) {
     if (sizes.empty())
         for (const int width : {320, 390, 1024})
             sizes.emplace_back(width, window_.height());
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
-    if (failed) return Result<bool>::failure("cannot make " + folder.string() + ": " + failed.message());
+    if (failed) return Result<void>::failure("cannot make " + folder.string() + ": " + failed.message());
     folder_ = folder;
     try {
         for (const QSize size : sizes) {
@@ -122,9 +122,9 @@ Result<bool> Pictures::tour(const std::filesystem::path& folder, std::vector<QSi
             visitComposer();
             visitWaitingScreen();
         }
-        return true;
+        return {};
     } catch (const Stopped& stopped) {
-        return Result<bool>::failure(stopped.why);
+        return Result<void>::failure(stopped.why);
     }
 }
 

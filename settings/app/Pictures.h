@@ -31,13 +31,13 @@ class Pictures : private QObject {
     Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost,
              const std::function<void(const std::string& why)>& overdue);
 
-    [[nodiscard]] platform::Result<bool> grab(const std::filesystem::path& file);
+    [[nodiscard]] platform::Result<void> grab(const std::filesystem::path& file);
     /// Every page, opened anew at each size, light and dark: "LumoraPreferences-390-light.png", and when it is longer
     /// than the window its end: "LumoraPreferences-end-390-light.png". A class that several rows open has one picture,
     /// but for option lists, "PSListItemsController-SleepAfter-390-light.png", and for pages with other titles. Presses
     /// no button and changes no value. A message being composed, and the waiting screen in both of its states, come
     /// last. When no size is named, they are 320, 390 and 1024 points and the height that the window has.
-    [[nodiscard]] platform::Result<bool> tour(const std::filesystem::path& folder, std::vector<QSize> sizes = {});
+    [[nodiscard]] platform::Result<void> tour(const std::filesystem::path& folder, std::vector<QSize> sizes = {});
 
   protected:
     /// Saves the window as it is under that name, light and dark; called for each page at each width.

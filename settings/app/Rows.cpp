@@ -29,7 +29,7 @@ int printRows(const Options& options) {
         if (!stack.pages.empty()) page->last = stack.pages.back();
     });
     host.launch({options.bundle.value_or(platform::standardBundle()), *options.rows, contentSizeOf(options.size)},
-                [page, &host](const Result<bool>& opened) {
+                [page, &host](const Result<void>& opened) {
                     if (!opened) return page->written.set_value(Result<std::string>::failure(opened.error()));
                     host.post([page](Navigation& navigation) {
                         // A table's rows all exist once all of it is in view.

@@ -16,22 +16,22 @@ using platform::Result;
 
 namespace {
 
-Result<bool> openBundle(Navigation& navigation, const Launch& launch) {
+Result<void> openBundle(Navigation& navigation, const Launch& launch) {
     const auto bundle = platform::NSBundle::bundleWithPath(launch.bundle);
-    if (!bundle) return Result<bool>::failure("there is no settings bundle at " + launch.bundle.string());
-    if (const Result<bool> loaded = bundle->load(); !loaded)
-        return Result<bool>::failure("the settings bundle cannot be loaded: " + loaded.error());
+    if (!bundle) return Result<void>::failure("there is no settings bundle at " + launch.bundle.string());
+    if (const Result<void> loaded = bundle->load(); !loaded)
+        return Result<void>::failure("the settings bundle cannot be loaded: " + loaded.error());
 
     const bool first = launch.pageClass.empty();
     const platform::Class page = first ? bundle->principalClass() : platform::NSClassFromString(launch.pageClass);
     if (!page) {
-        return Result<bool>::failure(first ? "the settings bundle " + launch.bundle.string() + " names no page"
+        return Result<void>::failure(first ? "the settings bundle " + launch.bundle.string() + " names no page"
                                            : "there is no page class " + launch.pageClass);
     }
     // The first page has no row that opened it and could give it a title.
     const std::string title = page == bundle->principalClass() ? bundle->bundlePath().stem().string() : page->name;
-    if (!navigation.open(page, title)) return Result<bool>::failure(page->name + " makes no page");
-    return true;
+    if (!navigation.open(page, title)) return Result<void>::failure(page->name + " makes no page");
+    return {};
 }
 
 } // namespace
@@ -50,7 +50,7 @@ Host::Host(Navigation::Show show) : navigation_(std::move(show)) {
     [[maybe_unused]] static const bool started = (std::thread([] { platform::dispatch_main(); }).detach(), true);
 }
 
-void Host::launch(Launch launch, std::function<void(Result<bool>)> done) {
+void Host::launch(Launch launch, std::function<void(Result<void>)> done) {
     post([launch = std::move(launch), done = std::move(done)](Navigation& navigation) {
         navigation.setContentSize(launch.contentSize);
         done(openBundle(navigation, launch));

@@ -40,7 +40,7 @@ class Host {
 
     /// Loads the bundle and opens its page. `done` is told of success when the page stands, or why there is none; it
     /// is never called when making the page blocks for good.
-    void launch(Launch launch, std::function<void(platform::Result<bool>)> done);
+    void launch(Launch launch, std::function<void(platform::Result<void>)> done);
     void post(std::function<void(Navigation&)> work);
 
     /// For a program that is about to leave: waits until the main thread has done what it was handed and every message

@@ -43,15 +43,15 @@ bool isEditable(const PSSpecifier& row) {
     }
 }
 
-/// Runs code of a page, which may be a stranger's: what it throws, in words; empty when it throws nothing.
-std::string faultOf(const std::function<void()>& work) {
+/// Runs code of a page, which may be a stranger's. Fails when it throws.
+Result<void> attempt(const std::function<void()>& work) {
     try {
         work();
         return {};
     } catch (const std::exception& thrown) {
-        return *thrown.what() ? thrown.what() : "it throws an exception without a word";
+        return Result<void>::failure(*thrown.what() ? thrown.what() : "it throws an exception without a word");
     } catch (...) {
-        return "it throws what is no exception";
+        return Result<void>::failure("it throws what is no exception");
     }
 }
 
@@ -77,7 +77,7 @@ bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifi
     if (!pageClass) return false;
     publishOpening(pageClass->name, title);
     const std::size_t depth = pages_.size();
-    const std::string fault = faultOf([&] {
+    const Result<void> opened = attempt([&] {
         auto page = std::dynamic_pointer_cast<PSListController>(pageClass->make());
         if (!page) return;
         if (!title.empty()) page->setTitle(title);
@@ -85,8 +85,8 @@ bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifi
         pages_.push_back({nextPageId(), std::move(page), pageClass->name, nullptr});
         appear(pages_.size() > 1);
     });
-    if (!fault.empty()) {
-        complain(pageClass->name, " does not open: ", fault);
+    if (!opened) {
+        complain(pageClass->name, " does not open: ", opened.error());
         pages_.erase(pages_.begin() + std::ptrdiff_t(depth), pages_.end());
     }
     if (pages_.size() > depth) return true;
@@ -95,12 +95,12 @@ bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifi
 }
 
 void Navigation::run(const std::function<void(Navigation&)>& work) {
-    std::string fault = faultOf([&] { work(*this); });
-    while (!fault.empty() && !pages_.empty()) {
-        complain(pages_.back().className, " fails: ", fault);
+    Result<void> done = attempt([&] { work(*this); });
+    while (!done && !pages_.empty()) {
+        complain(pages_.back().className, " fails: ", done.error());
         if (pages_.size() == 1) return publish(); // not as if it were still being opened
         pages_.pop_back();
-        fault = faultOf([this] { appear(true); });
+        done = attempt([this] { appear(true); });
     }
 }
 

@@ -45,7 +45,7 @@ Shell::Shell()
 
 void Shell::launch(Launch launch, std::function<void(const std::string&)> failed) {
     setBusy(+1);
-    host_.launch(std::move(launch), [this, failed = std::move(failed)](const platform::Result<bool>& result) {
+    host_.launch(std::move(launch), [this, failed = std::move(failed)](const platform::Result<void>& result) {
         QMetaObject::invokeMethod(
             this,
             [this, failed, result] {

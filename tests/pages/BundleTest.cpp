@@ -26,7 +26,7 @@ struct BrokenBundle : testing::Test {
     }
     void TearDown() override { fs::remove_all(folder); }
     std::string errorOfLoading() const {
-        const platform::Result<bool> loaded = NSBundle::bundleWithPath(folder)->load();
+        const platform::Result<void> loaded = NSBundle::bundleWithPath(folder)->load();
         return loaded ? "" : loaded.error();
     }
 };
@@ -82,7 +82,7 @@ TEST(LumoraBundle, LoadsAndItsRootPageFindsItsIconsInIt) {
     tests::RecordingTweak::shared();
     const auto bundle = NSBundle::bundleWithPath(lumoraBundle);
     ASSERT_NE(bundle, nullptr);
-    const platform::Result<bool> loaded = bundle->load();
+    const platform::Result<void> loaded = bundle->load();
     ASSERT_TRUE(loaded) << loaded.error();
     EXPECT_TRUE(bundle->load()) << "a second time is no matter";
 

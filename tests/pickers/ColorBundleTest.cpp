@@ -26,7 +26,7 @@ TEST(LumoraBundle, HasTheMapOfItsColourPage) {
     const auto folder = fs::path(LUMORA_TEST_ROOT) / "Library/PreferenceBundles/Lumora.bundle";
     const auto bundle = NSBundle::bundleWithPath(folder);
     ASSERT_NE(bundle, nullptr);
-    const platform::Result<bool> loaded = bundle->load();
+    const platform::Result<void> loaded = bundle->load();
     ASSERT_TRUE(loaded) << loaded.error();
     const platform::Class colorClass = platform::NSClassFromString("ColorPickerController");
     ASSERT_NE(colorClass, nullptr);

@@ -79,7 +79,7 @@ class Application {
     bool launch() {
         std::promise<bool> launched;
         host_.launch({platform::standardBundle(), "ChangeLogController", {390, 760}},
-                     [&](const Result<bool>& result) { launched.set_value(static_cast<bool>(result)); });
+                     [&](const Result<void>& result) { launched.set_value(static_cast<bool>(result)); });
         auto result = launched.get_future();
         return result.wait_for(kPatience) == std::future_status::ready && result.get();
     }

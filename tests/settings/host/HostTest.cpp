@@ -29,11 +29,10 @@ class Recorded {
         return recorded;
     }
 
-    std::optional<std::string> launch(Launch launch) {
-        std::promise<Result<bool>> promised;
-        host.launch(std::move(launch), [&](Result<bool> result) { promised.set_value(std::move(result)); });
-        const Result<bool> result = tests::awaited(promised.get_future(), "the end of a launch");
-        return result ? std::nullopt : std::optional(result.error());
+    Result<void> launch(Launch launch) {
+        std::promise<Result<void>> promised;
+        host.launch(std::move(launch), [&](Result<void> result) { promised.set_value(std::move(result)); });
+        return tests::awaited(promised.get_future(), "the end of a launch");
     }
     StackSnapshot last() {
         const std::lock_guard held(mutex_);
@@ -77,24 +76,24 @@ TEST(Host, TellsAPageThatWaitsForAnAnswerFromOneThatTakesItsTime) {
 }
 
 TEST(Host, SaysThatThereIsNoBundle) {
-    const auto why = Recorded::shared().launch({"/nowhere/Lumora.bundle", "", {390, 760}});
-    ASSERT_TRUE(why);
-    EXPECT_EQ(*why, "there is no settings bundle at /nowhere/Lumora.bundle");
+    const auto launched = Recorded::shared().launch({"/nowhere/Lumora.bundle", "", {390, 760}});
+    ASSERT_FALSE(launched);
+    EXPECT_EQ(launched.error(), "there is no settings bundle at /nowhere/Lumora.bundle");
 }
 
 TEST(Host, SaysThatABundleIsBroken) {
     const tests::PortsFolder folder;
     const auto broken = folder.path() / "Broken.bundle";
     std::filesystem::create_directory(broken);
-    const auto why = Recorded::shared().launch({broken, "", {390, 760}});
-    ASSERT_TRUE(why);
-    EXPECT_NE(why->find("cannot be loaded"), std::string::npos) << *why;
+    const auto launched = Recorded::shared().launch({broken, "", {390, 760}});
+    ASSERT_FALSE(launched);
+    EXPECT_NE(launched.error().find("cannot be loaded"), std::string::npos) << launched.error();
 }
 
 TEST(Host, SaysThatThereIsNoSuchPageClass) {
-    const auto why = Recorded::shared().launch({kBundle, "NoSuchPage", {390, 760}});
-    ASSERT_TRUE(why);
-    EXPECT_EQ(*why, "there is no page class NoSuchPage");
+    const auto launched = Recorded::shared().launch({kBundle, "NoSuchPage", {390, 760}});
+    ASSERT_FALSE(launched);
+    EXPECT_EQ(launched.error(), "there is no page class NoSuchPage");
 }
 
 void stayOutOfTheWayWhileAPageBlocks() {
@@ -108,15 +107,15 @@ void stayOutOfTheWayWhileAPageBlocks() {
         });
     ASSERT_TRUE(tweak.isOpen());
     auto& recorded = Recorded::shared();
-    std::promise<Result<bool>> opened;
-    recorded.host.launch({kBundle, "", {390, 760}}, [&](Result<bool> result) { opened.set_value(std::move(result)); });
+    std::promise<Result<void>> opened;
+    recorded.host.launch({kBundle, "", {390, 760}}, [&](Result<void> result) { opened.set_value(std::move(result)); });
     EXPECT_TRUE(tests::eventually([&] { return recorded.last().opening.has_value(); }));
     EXPECT_EQ(recorded.last().opening->className, "LumoraPreferences");
     EXPECT_EQ(recorded.last().opening->title, "Lumora");
     EXPECT_TRUE(recorded.last().pages.empty());
 
     answer.set_value();
-    const Result<bool> result = tests::awaited(opened.get_future(), "the page");
+    const Result<void> result = tests::awaited(opened.get_future(), "the page");
     ASSERT_TRUE(result) << result.error();
     ASSERT_EQ(recorded.last().pages.size(), 1u);
     const PageSnapshot& page = *recorded.last().pages[0];
@@ -161,8 +160,8 @@ void showRowsBeforeTheirIcons() {
         });
     ASSERT_TRUE(tweak.isOpen());
     auto& recorded = Recorded::shared();
-    const auto why = recorded.launch({kBundle, "AppsListController", {390, 760}});
-    ASSERT_FALSE(why) << *why;
+    const auto launched = recorded.launch({kBundle, "AppsListController", {390, 760}});
+    ASSERT_TRUE(launched) << launched.error();
     const auto enabled = [&] { return recorded.last().pages.at(0)->table->sections.at(0).cells; };
     const auto atFirst = enabled();
     ASSERT_EQ(atFirst.size(), 2u);
