@@ -9,6 +9,7 @@
 
 using platform::Dictionary;
 using platform::List;
+using platform::Result;
 using platform::Value;
 
 namespace lumora {
@@ -112,26 +113,27 @@ bool isSecure(std::string_view key) {
     return setting && setting->secure;
 }
 
-std::optional<std::string> objection(const Setting& setting, const Value& value) {
-    const auto unless = [&](bool fits, std::string_view wanted) -> std::optional<std::string> {
-        if (fits) return std::nullopt;
+Result<void> canHave(const Setting& setting, const Value& value) {
+    const auto only = [&](bool fits, std::string_view wanted) -> Result<void> {
+        if (fits) return {};
         // A value of the right kind has wrong contents, and naming its kind would only puzzle.
         const bool sameKind =
             value.kind() == setting.byDefault.kind() || (value.isNumber() && setting.byDefault.isNumber());
-        return "takes " + std::string(wanted) + (sameKind ? "" : ", not " + std::string(kindName(value.kind())));
+        return Result<void>::failure("takes " + std::string(wanted) +
+                                     (sameKind ? "" : ", not " + std::string(kindName(value.kind()))));
     };
     switch (setting.byDefault.kind()) {
     case Value::Kind::boolean:
-        return unless(value.boolean().has_value(), "a boolean");
+        return only(value.boolean().has_value(), "a boolean");
     case Value::Kind::integer:
     case Value::Kind::real:
-        return unless(isFiniteNumber(value), "a finite number");
+        return only(isFiniteNumber(value), "a finite number");
     case Value::Kind::text:
-        return unless(value.text() != nullptr, "a text");
+        return only(value.text() != nullptr, "a text");
     case Value::Kind::list:
-        return unless(isListOfTexts(value), "a list of texts");
+        return only(isListOfTexts(value), "a list of texts");
     default:
-        return unless(isColor(value), R"(a colour {"h", "s", "b"} of numbers from 0 to 1)");
+        return only(isColor(value), R"(a colour {"h", "s", "b"} of numbers from 0 to 1)");
     }
 }
 

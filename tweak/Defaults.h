@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,12 +27,12 @@ struct Setting {
 /// Stands in place of a secure value.
 inline constexpr const char* kSecureDots = "•••";
 
-/// Why the setting cannot have the value, as "takes a number, not a text"; nothing when it can.
+/// Whether the setting can have the value, or why not, as "takes a number, not a text".
 ///
 /// A value must be of the kind of the setting's default. Integers and reals count as one kind, finite ones only; which
 /// numbers make sense is the business of the control that sends them. A list holds texts, a colour is {"h", "s", "b"}
 /// with three numbers in [0, 1].
-[[nodiscard]] std::optional<std::string> objection(const Setting& setting, const platform::Value& value);
+[[nodiscard]] platform::Result<void> canHave(const Setting& setting, const platform::Value& value);
 
 /// The kind of a value in words: "a text", "a list".
 [[nodiscard]] std::string_view kindName(platform::Value::Kind kind);

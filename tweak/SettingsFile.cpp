@@ -100,21 +100,21 @@ Result<std::filesystem::path> SettingsFile::setAside() const {
     return Name::failure("too many such files stand there already");
 }
 
-std::optional<std::string> SettingsFile::replace(const Data& bytes) {
+Result<void> SettingsFile::replace(const Data& bytes) {
     const std::string fresh = name_ + ".new";
     // A process that was killed may have left one behind.
     unlinkat(folder_.number(), fresh.c_str(), 0);
     if (!write(bytes, fresh) || renameat(folder_.number(), fresh.c_str(), folder_.number(), name_.c_str()) != 0) {
-        std::string why = "cannot write " + path_.string() + ": " + systemError();
+        const std::string why = systemError();
         unlinkat(folder_.number(), fresh.c_str(), 0);
-        return why;
+        return Result<void>::failure("cannot write " + path_.string() + ": " + why);
     }
     {
         const std::lock_guard held(state_);
         unsynced_ = true;
     }
     changed_.notify_one();
-    return std::nullopt;
+    return {};
 }
 
 /// Leaves the reason for a failure in errno.

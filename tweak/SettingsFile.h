@@ -44,9 +44,9 @@ class SettingsFile {
     /// Renames the file to an unused name, and returns that name.
     [[nodiscard]] platform::Result<std::filesystem::path> setAside() const;
 
-    /// Writes a new file and renames it over the old one. Returns why it could not, and then the old one stands.
-    /// Only the owner may read the file: there are passcodes in it.
-    [[nodiscard]] std::optional<std::string> replace(const platform::Data& bytes);
+    /// Writes a new file and renames it over the old one, which stands when that fails. Only the owner may read the
+    /// file: there are passcodes in it.
+    [[nodiscard]] platform::Result<void> replace(const platform::Data& bytes);
 
   private:
     SettingsFile(std::filesystem::path path, platform::FileDescriptor folder, platform::FileDescriptor lock, Log log);

@@ -37,11 +37,11 @@ Dictionary fitting(const Dictionary& stored, const std::filesystem::path& path, 
     Dictionary fits;
     for (const auto& [key, value] : stored) {
         const Setting* setting = findSetting(key);
-        const auto wrong = setting ? objection(*setting, value) : std::nullopt;
-        if (wrong) {
-            log(path.string() + ": " + key + " " + *wrong + ": its default stands in");
-        } else {
+        const Result<void> allowed = setting ? canHave(*setting, value) : Result<void>();
+        if (allowed) {
             fits.set(key, value);
+        } else {
+            log(path.string() + ": " + key + " " + allowed.error() + ": its default stands in");
         }
     }
     return fits;
@@ -103,24 +103,25 @@ Dictionary SettingsStore::settings() const {
     return withDefaults(changed_);
 }
 
-std::optional<std::string> SettingsStore::change(const std::string& key, const Value& value) {
-    if (value.isNil()) return inQuotes(key) + " cannot be nil";
+Result<void> SettingsStore::change(const std::string& key, const Value& value) {
+    const auto refuse = [](std::string why) { return Result<void>::failure(std::move(why)); };
+    if (value.isNil()) return refuse(inQuotes(key) + " cannot be nil");
     if (const Setting* setting = findSetting(key))
-        if (const auto wrong = objection(*setting, value)) return key + " " + *wrong;
+        if (const auto allowed = canHave(*setting, value); !allowed) return refuse(key + " " + allowed.error());
 
     const std::lock_guard held(changing_);
     Dictionary changed = changed_;
     changed.set(key, value);
     const Result<Data> bytes = platform::writePropertyList(changed);
-    if (!bytes) return inQuotes(key) + " cannot be kept: " + bytes.error();
+    if (!bytes) return refuse(inQuotes(key) + " cannot be kept: " + bytes.error());
     if (bytes.value().size() > largest_)
-        return inQuotes(key) + " cannot be kept: the settings would take more than " + std::to_string(largest_ >> 20U) +
-               " MiB";
+        return refuse(inQuotes(key) + " cannot be kept: the settings would take more than " +
+                      std::to_string(largest_ >> 20U) + " MiB");
     if (!fitsAnAnswer(changed))
-        return inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more";
-    if (auto failed = file_->replace(bytes.value())) return failed;
-    changed_ = std::move(changed);
-    return std::nullopt;
+        return refuse(inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more");
+    Result<void> kept = file_->replace(bytes.value());
+    if (kept) changed_ = std::move(changed);
+    return kept;
 }
 
 } // namespace lumora

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 
 namespace lumora {
@@ -20,7 +19,7 @@ inline constexpr std::size_t kLargestSettings = 4U << 20U;
 /// Owns every setting of the tweak and keeps what was changed on disk, as a binary property list.
 ///
 ///     auto store = SettingsStore::open(devicePath(kSettingsPath), log);
-///     if (auto refusal = store.value()->change("kSleepTime", 30)) log(*refusal);
+///     if (auto changed = store.value()->change("kSleepTime", 30); !changed) log(changed.error());
 ///
 /// The file holds changed settings only: defaults are in the program, where a later version may improve them. Any
 /// thread.
@@ -37,9 +36,9 @@ class SettingsStore {
     /// Every known setting with its value, then the keys that only plug-ins know.
     [[nodiscard]] platform::Dictionary settings() const;
 
-    /// Gives a setting a value, on disk before in memory. Returns, in one line, why the change is refused; then it
-    /// changes nothing. One that makes the settings larger than kLargestSettings is refused.
-    [[nodiscard]] std::optional<std::string> change(const std::string& key, const platform::Value& value);
+    /// Gives a setting a value, on disk before in memory. A change that is refused changes nothing. One that makes the
+    /// settings larger than kLargestSettings is refused.
+    [[nodiscard]] platform::Result<void> change(const std::string& key, const platform::Value& value);
 
   private:
     SettingsStore(std::unique_ptr<SettingsFile> file, platform::Dictionary changed, std::size_t largest);

@@ -61,19 +61,19 @@ std::optional<Data> Tweak::requestTweakSettings() const {
 }
 
 std::optional<Data> Tweak::updateSettings(const std::optional<Data>& body) {
-    const std::optional<std::string> refusal = applyChange(body);
-    if (!refusal) return std::nullopt;
-    log_("updateSettings refused: " + *refusal);
-    return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"error", *refusal}});
+    const Result<void> applied = applyChange(body);
+    if (applied) return std::nullopt;
+    log_("updateSettings refused: " + applied.error());
+    return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"error", applied.error()}});
 }
 
-std::optional<std::string> Tweak::applyChange(const std::optional<Data>& body) {
+Result<void> Tweak::applyChange(const std::optional<Data>& body) {
     const Result<Change> read = readChange(body);
-    if (!read) return read.error();
+    if (!read) return Result<void>::failure(read.error());
     const Change& change = read.value();
-    std::optional<std::string> refusal = store_.change(change.key, change.value);
-    if (!refusal && options_.verbose) log_("updateSettings: " + inQuotes(change.key) + " = " + shown(change));
-    return refusal;
+    Result<void> changed = store_.change(change.key, change.value);
+    if (changed && options_.verbose) log_("updateSettings: " + inQuotes(change.key) + " = " + shown(change));
+    return changed;
 }
 
 } // namespace lumora

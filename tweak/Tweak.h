@@ -28,7 +28,7 @@ class Tweak {
     [[nodiscard]] std::optional<platform::Data> updateSettings(const std::optional<platform::Data>& body);
 
   private:
-    [[nodiscard]] std::optional<std::string> applyChange(const std::optional<platform::Data>& body);
+    [[nodiscard]] platform::Result<void> applyChange(const std::optional<platform::Data>& body);
 
     SettingsStore& store_;
     Options options_;

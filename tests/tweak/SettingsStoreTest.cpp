@@ -32,7 +32,6 @@ using platform::Value;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Optional;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
@@ -120,7 +119,7 @@ TEST_F(SettingsStoreTest, KeepsChangesOfEveryKindAcrossARestart) {
     {
         const auto store = open();
         for (const auto& [key, value] : changes)
-            ASSERT_EQ(store->change(key, value), std::nullopt);
+            ASSERT_TRUE(store->change(key, value));
     }
     const auto store = open();
     for (const auto& [key, value] : changes)
@@ -141,7 +140,7 @@ TEST_F(SettingsStoreTest, KeepsKeysOfPlugInsWhateverTheirKind) {
     {
         const auto store = open();
         for (const auto& [key, value] : changes)
-            ASSERT_EQ(store->change(key, value), std::nullopt);
+            ASSERT_TRUE(store->change(key, value));
     }
     const auto store = open();
     for (const auto& [key, value] : changes)
@@ -150,22 +149,22 @@ TEST_F(SettingsStoreTest, KeepsKeysOfPlugInsWhateverTheirKind) {
 
 TEST_F(SettingsStoreTest, StoresOnlyWhatWasChanged) {
     const auto store = open();
-    ASSERT_EQ(store->change("kSleepTime", 30), std::nullopt);
-    ASSERT_EQ(store->change("kTweakEnabled", true), std::nullopt) << "to its default, which counts as changed";
+    ASSERT_TRUE(store->change("kSleepTime", 30));
+    ASSERT_TRUE(store->change("kTweakEnabled", true)) << "to its default, which counts as changed";
     EXPECT_EQ(onDisk(), Value(Dictionary{{"kSleepTime", 30}, {"kTweakEnabled", true}}));
 }
 
 TEST_F(SettingsStoreTest, HasEachChangeOnDiskWhenItReturns) {
     const auto store = open();
     for (int i = 0; i < 200; ++i) {
-        ASSERT_EQ(store->change("kSleepTime", i), std::nullopt);
+        ASSERT_TRUE(store->change("kSleepTime", i));
         ASSERT_EQ(onDisk()["kSleepTime"], Value(i));
     }
 }
 
 TEST_F(SettingsStoreTest, ReplacesTheFileSoThatAReaderNeverSeesHalfOfIt) {
     const auto store = open();
-    ASSERT_EQ(store->change("com.example.text", std::string(5000, 'a')), std::nullopt);
+    ASSERT_TRUE(store->change("com.example.text", std::string(5000, 'a')));
     std::atomic<bool> done = false;
     std::size_t unreadable = 0;
     std::latch reading(1);
@@ -176,7 +175,7 @@ TEST_F(SettingsStoreTest, ReplacesTheFileSoThatAReaderNeverSeesHalfOfIt) {
     });
     reading.wait();
     for (int i = 0; i < 500; ++i)
-        EXPECT_EQ(store->change("com.example.text", std::string(5000, static_cast<char>('a' + i % 26))), std::nullopt);
+        EXPECT_TRUE(store->change("com.example.text", std::string(5000, static_cast<char>('a' + i % 26))));
     done = true;
     reader.join();
     EXPECT_EQ(unreadable, 0U);
@@ -188,7 +187,7 @@ TEST_F(SettingsStoreTest, LosesNoneOfTheChangesThatThreadsMakeAtOnce) {
     for (int t = 0; t < 4; ++t)
         threads.emplace_back([&store, t] {
             for (int i = 0; i < 50; ++i)
-                EXPECT_EQ(store->change("key-" + std::to_string(t) + "-" + std::to_string(i), i), std::nullopt);
+                EXPECT_TRUE(store->change("key-" + std::to_string(t) + "-" + std::to_string(i), i));
         });
     for (std::thread& thread : threads)
         thread.join();
@@ -199,7 +198,7 @@ TEST_F(SettingsStoreTest, LosesNoneOfTheChangesThatThreadsMakeAtOnce) {
 TEST_F(SettingsStoreTest, LetsOnlyTheOwnerReadTheFile) {
     const mode_t before = umask(0);
     const auto store = open();
-    EXPECT_EQ(store->change("kAutoUnlockPasscode", "1234"), std::nullopt);
+    EXPECT_TRUE(store->change("kAutoUnlockPasscode", "1234"));
     umask(before);
     struct stat status {};
     ASSERT_EQ(stat(sandbox.settings().c_str(), &status), 0);
@@ -209,7 +208,7 @@ TEST_F(SettingsStoreTest, LetsOnlyTheOwnerReadTheFile) {
 TEST_F(SettingsStoreTest, LeavesNothingBesideTheFileButItsLock) {
     {
         const auto store = open();
-        ASSERT_EQ(store->change("kSleepTime", 30), std::nullopt);
+        ASSERT_TRUE(store->change("kSleepTime", 30));
     }
     EXPECT_THAT(files(), UnorderedElementsAre("settings.plist", "settings.plist.lock"));
 }
@@ -218,7 +217,7 @@ TEST_F(SettingsStoreTest, MakesTheFoldersOnTheWay) {
     const auto deep = sandbox.path() / "var" / "mobile" / "settings.plist";
     const auto store = SettingsStore::open(deep, log);
     ASSERT_TRUE(store);
-    EXPECT_EQ(store.value()->change("kSleepTime", 30), std::nullopt);
+    EXPECT_TRUE(store.value()->change("kSleepTime", 30));
     EXPECT_TRUE(std::filesystem::exists(deep));
 }
 
@@ -229,7 +228,7 @@ TEST_F(SettingsStoreTest, ReplacesTheFileBehindALinkAndKeepsTheLink) {
     const auto store = open();
     ASSERT_TRUE(store) << failure;
     EXPECT_EQ(store->settings()["kSleepTime"], Value(15));
-    EXPECT_EQ(store->change("kSleepTime", 30), std::nullopt);
+    EXPECT_TRUE(store->change("kSleepTime", 30));
     EXPECT_TRUE(std::filesystem::is_symlink(sandbox.settings()));
     EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
 }
@@ -242,7 +241,7 @@ TEST_F(SettingsStoreTest, SetsAnUnreadableFileAsideAndNeverOverwritesOne) {
         const auto store = open();
         ASSERT_TRUE(store) << failure;
         EXPECT_EQ(store->settings().size(), knownSettings().size());
-        EXPECT_EQ(store->change("kSleepTime", 30), std::nullopt);
+        EXPECT_TRUE(store->change("kSleepTime", 30));
     }
     EXPECT_EQ(readFile(sandbox.path() / "settings.plist.unreadable"), unreadable[0]);
     EXPECT_EQ(readFile(sandbox.path() / "settings.plist.unreadable-2"), unreadable[1]);
@@ -319,7 +318,7 @@ TEST_F(SettingsStoreTest, DoesNotFollowALinkInPlaceOfItsLock) {
 TEST_F(SettingsStoreTest, SyncsAChangeToTheDeviceWhileItIsOpenAndWithinASecond) {
     const auto store = open();
     const int before = synced;
-    ASSERT_EQ(store->change("kSleepTime", 30), std::nullopt);
+    ASSERT_TRUE(store->change("kSleepTime", 30));
     EXPECT_TRUE(eventually([&] { return synced >= before + 2; })) << "neither the file nor its folder";
     EXPECT_LT(SettingsFile::kSyncDelay, std::chrono::seconds(1)); // what the store waits for first
 }
@@ -330,7 +329,7 @@ TEST_F(SettingsStoreTest, SaysSoWhenWhatItHasWrittenCannotBeSynced) {
         const auto folder = sandbox.path() / "folder";
         const auto store = SettingsStore::open(folder / "settings.plist", log);
         ASSERT_TRUE(store);
-        EXPECT_EQ(store.value()->change("kSleepTime", 30), std::nullopt);
+        EXPECT_TRUE(store.value()->change("kSleepTime", 30));
         std::filesystem::remove_all(folder);
     } // here it is closed, which syncs
     ASSERT_FALSE(lines.empty());
@@ -339,18 +338,18 @@ TEST_F(SettingsStoreTest, SaysSoWhenWhatItHasWrittenCannotBeSynced) {
 
 TEST_F(SettingsStoreTest, RefusesAChangeThatDoesNotFitOnTheDisk) {
     const auto store = open();
-    ASSERT_EQ(store->change("kSleepTime", 30), std::nullopt);
+    ASSERT_TRUE(store->change("kSleepTime", 30));
     const std::string before = readFile(sandbox.settings());
     {
         const FullDisk full(4096);
-        EXPECT_THAT(store->change("kLSDateSubtitle", std::string(10'000, 'x')),
-                    Optional(HasSubstr("cannot write " + sandbox.settings().string() + ": File too large")));
+        EXPECT_THAT(store->change("kLSDateSubtitle", std::string(10'000, 'x')).error(),
+                    HasSubstr("cannot write " + sandbox.settings().string() + ": File too large"));
         EXPECT_EQ(store->settings()["kLSDateSubtitle"], Value(""));
         EXPECT_EQ(readFile(sandbox.settings()), before);
         EXPECT_THAT(files(), UnorderedElementsAre("settings.plist", "settings.plist.lock"));
-        EXPECT_EQ(store->change("kSleepTime", 60), std::nullopt) << "what fits is kept";
+        EXPECT_TRUE(store->change("kSleepTime", 60)) << "what fits is kept";
     }
-    EXPECT_EQ(store->change("kLSDateSubtitle", std::string(10'000, 'x')), std::nullopt) << "there is room again";
+    EXPECT_TRUE(store->change("kLSDateSubtitle", std::string(10'000, 'x'))) << "there is room again";
     EXPECT_EQ(onDisk()["kSleepTime"], Value(60));
 }
 
@@ -359,7 +358,7 @@ TEST_F(SettingsStoreTest, RefusesChangesWhenItsFolderIsGone) {
     const auto store = SettingsStore::open(folder / "settings.plist", log);
     ASSERT_TRUE(store);
     std::filesystem::remove_all(folder);
-    EXPECT_THAT(store.value()->change("kSleepTime", 30), Optional(HasSubstr("cannot write")));
+    EXPECT_THAT(store.value()->change("kSleepTime", 30).error(), HasSubstr("cannot write"));
     EXPECT_EQ(store.value()->settings()["kSleepTime"], findSetting("kSleepTime")->byDefault);
 }
 
@@ -367,17 +366,17 @@ TEST_F(SettingsStoreTest, GrowsToItsLimitAndNotBeyond) {
     constexpr const char* kKey = "com.example.data";
     const auto store = open();
     const Data most(kLargestSettings - 100);
-    ASSERT_EQ(store->change(kKey, most), std::nullopt);
+    ASSERT_TRUE(store->change(kKey, most));
     const std::string before = readFile(sandbox.settings());
     EXPECT_LE(before.size(), kLargestSettings);
-    EXPECT_EQ(store->change("com.example.more", std::string(100, 'x')),
+    EXPECT_EQ(store->change("com.example.more", std::string(100, 'x')).error(),
               "\"com.example.more\" cannot be kept: the settings would take more than 4 MiB");
-    EXPECT_EQ(store->change(kKey, Data(kLargestSettings)),
+    EXPECT_EQ(store->change(kKey, Data(kLargestSettings)).error(),
               "\"com.example.data\" cannot be kept: the settings would take more than 4 MiB");
     EXPECT_FALSE(store->settings().contains("com.example.more"));
     EXPECT_EQ(store->settings()[kKey], Value(most));
     EXPECT_EQ(readFile(sandbox.settings()), before);
-    EXPECT_EQ(store->change("kTweakEnabled", false), std::nullopt) << "what fits is kept";
+    EXPECT_TRUE(store->change("kTweakEnabled", false)) << "what fits is kept";
 }
 
 TEST_F(SettingsStoreTest, ChangesSwitchesInAFileBeyondItsLimitWhichGrowsNoFurther) {
@@ -385,10 +384,10 @@ TEST_F(SettingsStoreTest, ChangesSwitchesInAFileBeyondItsLimitWhichGrowsNoFurthe
     writeFile(sandbox.settings(), {written.value().begin(), written.value().end()});
     const auto store = open();
     ASSERT_TRUE(store) << failure;
-    EXPECT_EQ(store->change("kSleepTime", 20), std::nullopt) << "some bytes more than before";
+    EXPECT_TRUE(store->change("kSleepTime", 20)) << "some bytes more than before";
     EXPECT_EQ(onDisk()["kSleepTime"], Value(20));
-    EXPECT_THAT(store->change("b", Data(1 << 17)), Optional(HasSubstr("more than 8 MiB")));
-    EXPECT_EQ(store->change("a", Data(kLargestSettings, 1)), std::nullopt);
+    EXPECT_THAT(store->change("b", Data(1 << 17)).error(), HasSubstr("more than 8 MiB"));
+    EXPECT_TRUE(store->change("a", Data(kLargestSettings, 1)));
 }
 
 TEST_F(SettingsStoreTest, RefusesValuesThatCouldNotBeReadBack) {
@@ -396,8 +395,8 @@ TEST_F(SettingsStoreTest, RefusesValuesThatCouldNotBeReadBack) {
     Value deep = 1;
     for (unsigned level = 0; level < platform::PropertyListLimits::depth + 1; ++level)
         deep = List{deep};
-    EXPECT_THAT(store->change("com.example.deep", deep), Optional(HasSubstr("cannot be kept")));
-    EXPECT_THAT(store->change("com.example.nil", List{nullptr}), Optional(HasSubstr("cannot be kept")));
+    EXPECT_THAT(store->change("com.example.deep", deep).error(), HasSubstr("cannot be kept"));
+    EXPECT_THAT(store->change("com.example.nil", List{nullptr}).error(), HasSubstr("cannot be kept"));
     EXPECT_EQ(store->settings().size(), knownSettings().size());
     EXPECT_EQ(open(), nullptr) << "the file is still held by the first store";
 }
@@ -407,7 +406,7 @@ TEST_F(SettingsStoreTest, KeepsTheDeepestValueThatItTakes) {
     {
         const auto store = open();
         Value deep = 1;
-        while (!store->change("com.example.deep", deep) && kept < 1000) {
+        while (store->change("com.example.deep", deep) && kept < 1000) {
             deep = List{deep};
             ++kept;
         }

@@ -49,12 +49,12 @@ Result<Data> readAll(const std::string& name) {
     return bytes;
 }
 
-std::optional<std::string> writeAll(const std::string& name, const void* bytes, std::size_t size) {
+Result<void> writeAll(const std::string& name, const void* bytes, std::size_t size) {
     const Stream stream(name, "wb", stdout);
     // Flushing at once shows a full disk while there is still someone to tell.
     if (!stream.file() || std::fwrite(bytes, 1, size, stream.file()) != size || std::fflush(stream.file()) != 0)
-        return failure("write", name, "standard output");
-    return std::nullopt;
+        return Result<void>::failure(failure("write", name, "standard output"));
+    return {};
 }
 
 } // namespace lumora

@@ -3,7 +3,6 @@
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
-#include <optional>
 #include <string>
 
 namespace lumora {
@@ -11,7 +10,7 @@ namespace lumora {
 /// Everything in a file, or in standard input where the name is "-".
 [[nodiscard]] platform::Result<platform::Data> readAll(const std::string& name);
 
-/// Makes a file of the bytes, or writes them to standard output where the name is "-". Returns why it could not.
-[[nodiscard]] std::optional<std::string> writeAll(const std::string& name, const void* bytes, std::size_t size);
+/// Makes a file of the bytes, or writes them to standard output where the name is "-".
+[[nodiscard]] platform::Result<void> writeAll(const std::string& name, const void* bytes, std::size_t size);
 
 } // namespace lumora

@@ -60,15 +60,16 @@ Result<Dictionary> fetchSettings() {
     return settings ? Result<Dictionary>(*settings) : fail("the tweak's answer is no dictionary of settings");
 }
 
-std::optional<std::string> changeSetting(const std::string& key, const Value& value) {
+Result<void> changeSetting(const std::string& key, const Value& value) {
+    const auto fail = [](std::string why) { return Result<void>::failure(std::move(why)); };
     const auto body = NSKeyedArchiver::archivedDataWithRootObject(
         Dictionary{{"object", Dictionary{{"key", key}, {"object", value}}}});
-    if (!body) return "the value is nested too deeply for an archive";
+    if (!body) return fail("the value is nested too deeply for an archive");
     const Result<Reply> reply = exchange("updateSettings", body);
-    if (!reply) return reply.error();
-    if (!reply.value()) return std::nullopt;
+    if (!reply) return fail(reply.error());
+    if (!reply.value()) return {};
     const Value error = NSKeyedUnarchiver::unarchiveObjectWithData(*reply.value())["error"];
-    return error.text() ? std::optional(std::string(*error.text())) : std::nullopt;
+    return error.text() ? fail(std::string(*error.text())) : Result<void>();
 }
 
 } // namespace lumora

@@ -3,7 +3,6 @@
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
-#include <optional>
 #include <string>
 
 namespace lumora {
@@ -14,8 +13,8 @@ namespace lumora {
 /// The settings dictionary.
 [[nodiscard]] platform::Result<platform::Dictionary> fetchSettings();
 
-/// Changes one setting. Returns why it could not, in the tweak's own words where it refused; a tweak that gives no
-/// reasons is taken at its word.
-[[nodiscard]] std::optional<std::string> changeSetting(const std::string& key, const platform::Value& value);
+/// Changes one setting. Fails in the tweak's own words where it refuses; one that answers without a reason has made the
+/// change.
+[[nodiscard]] platform::Result<void> changeSetting(const std::string& key, const platform::Value& value);
 
 } // namespace lumora

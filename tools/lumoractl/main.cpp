@@ -50,8 +50,8 @@ int report(const std::string& error, ExitCode code = kFailed) {
 }
 
 int write(const std::string& name, const void* bytes, std::size_t size) {
-    const auto failed = writeAll(name, bytes, size);
-    return failed ? report(*failed) : kDone;
+    const Result<void> written = writeAll(name, bytes, size);
+    return written ? kDone : report(written.error());
 }
 
 int writeJsonTo(const std::string& name, const Value& value) {
@@ -94,8 +94,8 @@ int set(const Arguments& arguments) {
     const Result<Value> value = parseJson(json);
     if (!value)
         return report("the value is not understood: " + value.error() + R"( (a text has quotes: '"text"'))", kWrongUse);
-    const auto failed = changeSetting(arguments.key, value.value());
-    return failed ? report(*failed) : kDone;
+    const Result<void> changed = changeSetting(arguments.key, value.value());
+    return changed ? kDone : report(changed.error());
 }
 
 int archive(const Arguments& arguments) {
