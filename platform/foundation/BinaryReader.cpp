@@ -11,13 +11,14 @@ namespace platform {
 
 Result<BinaryReader> BinaryReader::open(std::span<const std::uint8_t> bytes) {
     BinaryReader reader(bytes);
-    if (const char* problem = reader.readTrailer()) return Result<BinaryReader>::failure(problem);
+    if (!reader.readTrailer()) return Result<BinaryReader>::failure(reader.problem());
     return reader;
 }
 
-const char* BinaryReader::readTrailer() {
-    if (bytes_.size() < binaryMagic.size() + binaryTrailerSize) return "too short for a binary property list";
-    if (std::memcmp(bytes_.data(), binaryMagic.data(), binaryMagic.size()) != 0) return "not a binary property list";
+bool BinaryReader::readTrailer() {
+    if (bytes_.size() < binaryMagic.size() + binaryTrailerSize) return fail("too short for a binary property list");
+    if (std::memcmp(bytes_.data(), binaryMagic.data(), binaryMagic.size()) != 0)
+        return fail("not a binary property list");
 
     const std::uint8_t* trailer = bytes_.data() + bytes_.size() - binaryTrailerSize;
     offsetSize_ = trailer[6];
@@ -27,18 +28,18 @@ const char* BinaryReader::readTrailer() {
     const std::uint64_t tableOffset = bigEndian(trailer + 24, 8);
 
     if (offsetSize_ < 1 || offsetSize_ > 8 || referenceSize_ < 1 || referenceSize_ > 8)
-        return "the trailer gives a size that no number has";
+        return fail("the trailer gives a size that no number has");
     if (tableOffset < binaryMagic.size() || tableOffset > bytes_.size() - binaryTrailerSize)
-        return "the table of offsets lies outside the bytes";
+        return fail("the table of offsets lies outside the bytes");
     if (objectCount > (bytes_.size() - binaryTrailerSize - tableOffset) / offsetSize_)
-        return "the table of offsets is longer than the bytes";
-    if (objectCount > std::numeric_limits<std::uint32_t>::max() / 2) return "too many objects";
-    if (root >= objectCount) return "there is no root object";
+        return fail("the table of offsets is longer than the bytes");
+    if (objectCount > std::numeric_limits<std::uint32_t>::max() / 2) return fail("too many objects");
+    if (root >= objectCount) return fail("there is no root object");
 
     objectCount_ = objectCount;
     root_ = root;
     objectsEnd_ = bytes_.data() + tableOffset;
-    return nullptr;
+    return true;
 }
 
 bool BinaryReader::readUid(std::size_t reference, std::size_t& uid) {

@@ -29,7 +29,9 @@ struct BinaryObject {
 ///     BinaryObject root;
 ///     if (reader && reader->read(reader->root(), root)) …
 ///
-/// The bytes must outlive it. One thread.
+/// The bytes must outlive it. One thread. What reads here, and what reads on top of this, tells by a bool whether it has
+/// succeeded and fills what it is handed, without a Result around each of the thousands of objects in an archive; whoever
+/// asked for the whole gets one, made of problem().
 class BinaryReader {
   public:
     /// Checks the trailer, from which all else follows.
@@ -83,7 +85,7 @@ class BinaryReader {
             number = (number << 8) | bytes[i];
         return number;
     }
-    [[nodiscard]] const char* readTrailer();
+    [[nodiscard]] bool readTrailer();
     [[nodiscard]] bool readInteger(std::size_t size, const std::uint8_t* at, BinaryObject& object);
 
     std::span<const std::uint8_t> bytes_;

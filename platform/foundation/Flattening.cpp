@@ -19,68 +19,69 @@ constexpr std::size_t usesLimit = PropertyListLimits::expandedBytesPerByte;
 Result<Flattening> Flattening::of(const Value& root) {
     Flattening flat;
     flat.texts_.resize(256);
-    std::uint32_t number = 0;
-    if (const char* problem = flat.add(root, 1, number)) return Result<Flattening>::failure(problem);
+    if (const Number added = flat.add(root, 1); !added) return Result<Flattening>::failure(added.error());
     return flat;
 }
 
-const char* Flattening::add(const Value& value, unsigned depth, std::uint32_t& number) {
+Flattening::Number Flattening::add(const Value& value, unsigned depth) {
     switch (value.kind()) {
     case Value::Kind::nil:
         holdsNil_ = true;
-        number = nil;
-        return nullptr;
+        return nil;
     case Value::Kind::text:
-        number = addText(&value, *value.text());
-        return nullptr;
+        return addText(&value, *value.text());
     case Value::Kind::list:
-        number = addObject(&value, std::nullopt);
-        return addList(*value.list(), depth, number);
+        return addList(value, depth);
     case Value::Kind::dictionary:
-        number = addObject(&value, std::nullopt);
-        return addDictionary(*value.dictionary(), depth, number);
+        return addDictionary(value, depth);
     case Value::Kind::data:
         contentsSize_ += value.data()->size();
         [[fallthrough]];
     default:
-        number = addObject(&value, std::nullopt);
-        return nullptr;
+        return addObject(&value, std::nullopt);
     }
 }
 
-const char* Flattening::addList(const List& list, unsigned depth, std::uint32_t number) {
-    if (depth > PropertyListLimits::depth) return "nested too deeply";
-    std::size_t place = references_.size();
-    if (const char* problem = reserve(number, list.size())) return problem;
+Flattening::Number Flattening::addList(const Value& value, unsigned depth) {
+    const List& list = *value.list();
+    const std::uint32_t number = addObject(&value, std::nullopt);
+    const Result<std::size_t> first = reserve(number, depth, list.size());
+    if (!first) return Number::failure(first.error());
+    std::size_t place = first.value();
     for (const Value& entry : list) {
-        std::uint32_t entryNumber = 0;
-        if (const char* problem = add(entry, depth + 1, entryNumber)) return problem;
-        references_[place++] = entryNumber;
+        Number added = add(entry, depth + 1);
+        if (!added) return added;
+        references_[place++] = added.value();
     }
     objects_[number].count = static_cast<std::uint32_t>(list.size());
-    return nullptr;
+    return number;
 }
 
-const char* Flattening::addDictionary(const Dictionary& dictionary, unsigned depth, std::uint32_t number) {
-    if (depth > PropertyListLimits::depth) return "nested too deeply";
-    std::size_t keyPlace = references_.size();
+Flattening::Number Flattening::addDictionary(const Value& value, unsigned depth) {
+    const Dictionary& dictionary = *value.dictionary();
+    const std::uint32_t number = addObject(&value, std::nullopt);
+    const Result<std::size_t> first = reserve(number, depth, 2 * dictionary.size());
+    if (!first) return Number::failure(first.error());
+    std::size_t keyPlace = first.value();
     std::size_t valuePlace = keyPlace + dictionary.size();
-    if (const char* problem = reserve(number, 2 * dictionary.size())) return problem;
-    for (const auto& [key, value] : dictionary) {
-        std::uint32_t valueNumber = 0;
+    for (const auto& [key, entry] : dictionary) {
         references_[keyPlace++] = addText(nullptr, key);
-        if (const char* problem = add(value, depth + 1, valueNumber)) return problem;
-        references_[valuePlace++] = valueNumber;
+        Number added = add(entry, depth + 1);
+        if (!added) return added;
+        references_[valuePlace++] = added.value();
     }
     objects_[number].count = static_cast<std::uint32_t>(dictionary.size());
-    return nullptr;
+    return number;
 }
 
-const char* Flattening::reserve(std::uint32_t number, std::size_t references) {
-    if (references > PropertyListLimits::writtenValues - references_.size()) return "too large a value";
-    objects_[number].firstReference = static_cast<std::uint32_t>(references_.size());
-    references_.resize(references_.size() + references);
-    return nullptr;
+Result<std::size_t> Flattening::reserve(std::uint32_t number, unsigned depth, std::size_t references) {
+    using Place = Result<std::size_t>;
+    const std::size_t first = references_.size();
+    if (depth > PropertyListLimits::depth) return Place::failure("nested too deeply");
+    if (references > PropertyListLimits::writtenValues - first) return Place::failure("too large a value");
+    objects_[number].firstReference = static_cast<std::uint32_t>(first);
+    references_.resize(first + references);
+    return first;
 }
 
 std::uint32_t Flattening::addObject(const Value* value, std::optional<std::string_view> text) {

@@ -36,10 +36,13 @@ class Flattening {
     [[nodiscard]] std::size_t referenceCount() const { return references_.size(); }
 
   private:
-    [[nodiscard]] const char* add(const Value& value, unsigned depth, std::uint32_t& number);
-    [[nodiscard]] const char* addList(const List& list, unsigned depth, std::uint32_t number);
-    [[nodiscard]] const char* addDictionary(const Dictionary& dictionary, unsigned depth, std::uint32_t number);
-    [[nodiscard]] const char* reserve(std::uint32_t number, std::size_t references);
+    using Number = Result<std::uint32_t>;
+
+    [[nodiscard]] Number add(const Value& value, unsigned depth);
+    [[nodiscard]] Number addList(const Value& value, unsigned depth);
+    [[nodiscard]] Number addDictionary(const Value& value, unsigned depth);
+    /// Room for what is in a container; the place of the first.
+    [[nodiscard]] Result<std::size_t> reserve(std::uint32_t number, unsigned depth, std::size_t references);
     [[nodiscard]] std::uint32_t addObject(const Value* value, std::optional<std::string_view> text);
     [[nodiscard]] std::uint32_t addText(const Value* value, std::string_view text);
     void growTexts();

@@ -97,12 +97,16 @@ std::optional<Value> dataFrom(std::string_view text) {
     return Value(std::move(data));
 }
 
+Result<void> refuse(const char* why) {
+    return Result<void>::failure(why);
+}
+
 /// Receives the parser's events and builds the value, with a stack of its own in place of recursion.
 class Builder {
   public:
-    const char* start(std::string_view name);
-    const char* text(std::string_view text);
-    const char* end();
+    Result<void> start(std::string_view name);
+    Result<void> text(std::string_view text);
+    Result<void> end();
     [[nodiscard]] bool complete() const { return root_.has_value() && open_.empty(); }
     [[nodiscard]] Value take() { return std::move(*root_); }
 
@@ -115,38 +119,38 @@ class Builder {
         std::vector<Dictionary::Entry> entries{};
     };
 
-    const char* put(Value value);
+    Result<void> put(Value value);
     [[nodiscard]] static std::optional<Value> valueOf(Open& element);
 
     std::vector<Open> open_;
     std::optional<Value> root_;
 };
 
-const char* Builder::start(std::string_view name) {
+Result<void> Builder::start(std::string_view name) {
     const auto element = elementNamed(name);
-    if (!element) return "an element that property lists do not have";
+    if (!element) return refuse("an element that property lists do not have");
     if (open_.empty()) {
-        if (element != Element::plist) return "not a property list";
+        if (element != Element::plist) return refuse("not a property list");
     } else {
         const Open& parent = open_.back();
         const bool container =
             parent.element == Element::plist || parent.element == Element::array || parent.element == Element::dict;
-        if (!container || element == Element::plist) return "an element where none may be";
+        if (!container || element == Element::plist) return refuse("an element where none may be");
         if (parent.element == Element::dict && (element == Element::key) == parent.key.has_value())
-            return "keys and values do not take turns";
-        if (parent.element != Element::dict && element == Element::key) return "a key outside a dictionary";
+            return refuse("keys and values do not take turns");
+        if (parent.element != Element::dict && element == Element::key) return refuse("a key outside a dictionary");
     }
     // The outermost element is no value, so it does not count.
     if (open_.size() > PropertyListLimits::depth) {
         const bool container = element == Element::dict || element == Element::array;
-        if (container || open_.size() > PropertyListLimits::depth + 1) return "nested too deeply";
+        if (container || open_.size() > PropertyListLimits::depth + 1) return refuse("nested too deeply");
     }
     open_.push_back({*element});
-    return nullptr;
+    return {};
 }
 
-const char* Builder::text(std::string_view text) {
-    if (open_.empty()) return nullptr;
+Result<void> Builder::text(std::string_view text) {
+    if (open_.empty()) return {};
     Open& element = open_.back();
     switch (element.element) {
     case Element::plist:
@@ -154,24 +158,24 @@ const char* Builder::text(std::string_view text) {
     case Element::array:
     case Element::true_:
     case Element::false_:
-        return trimmed(text).empty() ? nullptr : "characters outside a value";
+        return trimmed(text).empty() ? Result<void>() : refuse("characters outside a value");
     default:
         element.characters += text;
-        return nullptr;
+        return {};
     }
 }
 
-const char* Builder::end() {
+Result<void> Builder::end() {
     Open element = std::move(open_.back());
     open_.pop_back();
-    if (element.element == Element::plist) return root_ ? nullptr : "an empty property list";
+    if (element.element == Element::plist) return root_ ? Result<void>() : refuse("an empty property list");
     if (element.element == Element::key) {
         open_.back().key = std::move(element.characters);
-        return nullptr;
+        return {};
     }
-    if (element.element == Element::dict && element.key) return "a key without a value";
+    if (element.element == Element::dict && element.key) return refuse("a key without a value");
     auto value = valueOf(element);
-    return value ? put(std::move(*value)) : "a value that cannot be read";
+    return value ? put(std::move(*value)) : refuse("a value that cannot be read");
 }
 
 std::optional<Value> Builder::valueOf(Open& element) {
@@ -201,7 +205,7 @@ std::optional<Value> Builder::valueOf(Open& element) {
     return std::nullopt;
 }
 
-const char* Builder::put(Value value) {
+Result<void> Builder::put(Value value) {
     Open& parent = open_.back();
     if (parent.element == Element::array) {
         parent.list.push_back(std::move(value));
@@ -209,14 +213,14 @@ const char* Builder::put(Value value) {
         parent.entries.emplace_back(std::move(*parent.key), std::move(value));
         parent.key.reset();
     } else {
-        if (root_) return "more than one value";
+        if (root_) return refuse("more than one value");
         root_ = std::move(value);
     }
-    return nullptr;
+    return {};
 }
 
-void complain(GError** error, const char* problem) {
-    if (problem != nullptr) g_set_error_literal(error, G_MARKUP_ERROR, G_MARKUP_ERROR_INVALID_CONTENT, problem);
+void complain(GError** error, const Result<void>& taken) {
+    if (!taken) g_set_error_literal(error, G_MARKUP_ERROR, G_MARKUP_ERROR_INVALID_CONTENT, taken.error().c_str());
 }
 
 constexpr GMarkupParser events{
