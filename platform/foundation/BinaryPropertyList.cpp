@@ -17,9 +17,10 @@ class Decoder {
   public:
     explicit Decoder(BinaryReader& reader) : reader_(reader), expansion_(reader) {}
 
-    bool decode(std::size_t reference, unsigned depth, Value& value);
+    bool decode(Value& value) { return decode(reader_.root(), 1, value); }
 
   private:
+    bool decode(std::size_t reference, unsigned depth, Value& value);
     bool decodeList(const BinaryObject& object, unsigned depth, Value& value);
     bool decodeDictionary(const BinaryObject& object, unsigned depth, Value& value);
 
@@ -35,22 +36,6 @@ bool Decoder::decode(std::size_t reference, unsigned depth, Value& value) {
 
     using enum BinaryObject::Kind;
     switch (object.kind) {
-    case boolean:
-        value = object.integer != 0;
-        return expansion_.charge();
-    case integer:
-        value = object.integer;
-        return expansion_.charge();
-    case real:
-        value = object.real;
-        return expansion_.charge();
-    case date:
-        value = Date{object.real};
-        return expansion_.charge();
-    case data:
-    case ascii:
-    case utf16:
-        return expansion_.buildLeaf(reference, object, value);
     case list:
     case dictionary: {
         Expansion::Opened opened{};
@@ -64,8 +49,9 @@ bool Decoder::decode(std::size_t reference, unsigned depth, Value& value) {
         return reader_.fail("nil inside a property list");
     case uid:
         return reader_.fail("a UID outside a keyed archive");
+    default:
+        return expansion_.buildLeaf(reference, object, value);
     }
-    return false;
 }
 
 bool Decoder::decodeList(const BinaryObject& object, unsigned depth, Value& value) {
@@ -90,23 +76,13 @@ bool Decoder::decodeDictionary(const BinaryObject& object, unsigned depth, Value
     return true;
 }
 
-Result<Value> readBinaryPropertyList(const Data& bytes, std::size_t* visits) {
-    auto reader = BinaryReader::open(bytes);
-    if (!reader) return Result<Value>::failure(reader.error());
-    BinaryReader document = std::move(reader).value();
-    Value value;
-    const bool decoded = Decoder(document).decode(document.root(), 1, value);
-    if (visits != nullptr) *visits = document.visits();
-    return decoded ? Result<Value>(std::move(value)) : Result<Value>::failure(document.problem());
-}
-
 } // namespace
 
 Result<Value> readPropertyList(const Data& bytes, std::size_t* visits) {
     constexpr std::string_view binaryMagic = "bplist";
-    if (visits != nullptr) *visits = 0;
     const std::string_view characters(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    if (characters.starts_with(binaryMagic)) return readBinaryPropertyList(bytes, visits);
+    if (characters.starts_with(binaryMagic)) return decodeBinary<Decoder>(bytes, visits);
+    if (visits != nullptr) *visits = 0;
     return readXmlPropertyList(characters);
 }
 

@@ -24,6 +24,27 @@ Expansion::State Expansion::recallKnown(std::size_t reference, unsigned depth, V
 }
 
 bool Expansion::buildLeaf(std::size_t reference, const BinaryObject& object, Value& value) {
+    using enum BinaryObject::Kind;
+    switch (object.kind) {
+    case boolean:
+        value = object.integer != 0;
+        return charge();
+    case integer:
+        value = object.integer;
+        return charge();
+    case real:
+        value = object.real;
+        return charge();
+    case date:
+        value = Date{object.real};
+        return charge();
+    default:
+        return buildContents(reference, object, value);
+    }
+}
+
+/// Of a text or of data.
+bool Expansion::buildContents(std::size_t reference, const BinaryObject& object, Value& value) {
     if (!charge(object.contentsSize) || !consume(object)) return false;
     if (object.kind == BinaryObject::Kind::data) {
         value = Data(object.contents, object.contents + object.count);

@@ -37,7 +37,7 @@ class Expansion {
         return recallKnown(reference, depth, value);
     }
 
-    /// Builds a text or data object.
+    /// Builds a value of what is no container, nil or UID.
     [[nodiscard]] bool buildLeaf(std::size_t reference, const BinaryObject& object, Value& value);
     /// Remembers a value that is no container, already charged. Always true.
     bool keep(std::size_t reference, std::size_t bytes, const Value& value) {
@@ -79,6 +79,7 @@ class Expansion {
         std::size_t textCount = 0, characterCount = 0;
     };
     static constexpr std::size_t longestInBatch = 64;
+    [[nodiscard]] bool buildContents(std::size_t reference, const BinaryObject& object, Value& value);
     [[nodiscard]] Value share(std::string_view text);
 
     [[nodiscard]] State recallKnown(std::size_t reference, unsigned depth, Value& value);
@@ -97,5 +98,19 @@ class Expansion {
     std::vector<Built> shared_;
     std::shared_ptr<Batch> batch_;
 };
+
+/// What a decoder that is made with a reader builds of a whole binary property list. `visits`, if given, receives how
+/// many references were followed.
+template<class Decoder>
+Result<Value> decodeBinary(const Data& bytes, std::size_t* visits) {
+    if (visits != nullptr) *visits = 0;
+    Result<BinaryReader> opened = BinaryReader::open(bytes);
+    if (!opened) return Result<Value>::failure(opened.error());
+    BinaryReader reader = std::move(opened).value();
+    Value value;
+    const bool decoded = Decoder(reader).decode(value);
+    if (visits != nullptr) *visits = reader.visits();
+    return decoded ? Result<Value>(std::move(value)) : Result<Value>::failure(reader.problem());
+}
 
 } // namespace platform
