@@ -104,10 +104,12 @@ Result<void> SettingsFile::replace(const Data& bytes) {
     const std::string fresh = name_ + ".new";
     // A process that was killed may have left one behind.
     unlinkat(folder_.number(), fresh.c_str(), 0);
-    if (!write(bytes, fresh) || renameat(folder_.number(), fresh.c_str(), folder_.number(), name_.c_str()) != 0) {
-        const std::string why = systemError();
+    Result<void> written = write(bytes, fresh);
+    if (written && renameat(folder_.number(), fresh.c_str(), folder_.number(), name_.c_str()) != 0)
+        written = Result<void>::failure(systemError());
+    if (!written) {
         unlinkat(folder_.number(), fresh.c_str(), 0);
-        return Result<void>::failure("cannot write " + path_.string() + ": " + why);
+        return Result<void>::failure("cannot write " + path_.string() + ": " + written.error());
     }
     {
         const std::lock_guard held(state_);
@@ -117,18 +119,17 @@ Result<void> SettingsFile::replace(const Data& bytes) {
     return {};
 }
 
-/// Leaves the reason for a failure in errno.
-bool SettingsFile::write(const Data& bytes, const std::string& name) const {
+Result<void> SettingsFile::write(const Data& bytes, const std::string& name) const {
     const FileDescriptor file(
         openat(folder_.number(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
-    if (!file) return false;
+    if (!file) return Result<void>::failure(systemError());
     std::size_t written = 0;
     while (written < bytes.size()) {
         const ssize_t more = ::write(file.number(), bytes.data() + written, bytes.size() - written);
-        if (more < 0 && errno != EINTR) return false;
+        if (more < 0 && errno != EINTR) return Result<void>::failure(systemError());
         written += more < 0 ? 0 : static_cast<std::size_t>(more);
     }
-    return true;
+    return {};
 }
 
 void SettingsFile::syncWhenChanged() {

@@ -50,7 +50,7 @@ class SettingsFile {
 
   private:
     SettingsFile(std::filesystem::path path, platform::FileDescriptor folder, platform::FileDescriptor lock, Log log);
-    [[nodiscard]] bool write(const platform::Data& bytes, const std::string& name) const;
+    [[nodiscard]] platform::Result<void> write(const platform::Data& bytes, const std::string& name) const;
     void syncWhenChanged();
     void sync() const;
 

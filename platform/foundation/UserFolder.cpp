@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -33,18 +34,16 @@ fs::path userFolder(const char* variable, const char* nameInHome) {
     return home.empty() ? home : home / nameInHome;
 }
 
-bool makeFolders(const fs::path& path) {
+Result<void> makeFolders(const fs::path& path) {
     fs::path folder;
     for (const auto& component : path) {
         folder /= component;
         if (::mkdir(folder.c_str(), 0700) == 0) continue;
-        const int reason = errno;
+        auto failed = Result<void>::failure(std::strerror(errno));
         std::error_code unknown;
-        if (fs::is_directory(folder, unknown)) continue;
-        errno = reason;
-        return false;
+        if (!fs::is_directory(folder, unknown)) return failed;
     }
-    return true;
+    return {};
 }
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Export.h"
+#include "platform/foundation/Result.h"
 
 #include <filesystem>
 
@@ -14,8 +15,8 @@ namespace platform {
 /// Any thread, as long as none changes the environment.
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path userFolder(const char* variable, const char* nameInHome);
 
-/// Makes the missing folders on the way, for the user alone whatever the umask, as the desktop's rules have it. False,
-/// with the reason in errno, when that fails. Any thread.
-[[nodiscard]] bool makeFolders(const std::filesystem::path& path);
+/// Makes the missing folders on the way, for the user alone whatever the umask, as the desktop's rules have it. Any
+/// thread.
+[[nodiscard]] Result<void> makeFolders(const std::filesystem::path& path);
 
 } // namespace platform

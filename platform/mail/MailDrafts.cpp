@@ -19,8 +19,8 @@ using Kept = Result<fs::path>;
 
 namespace {
 
-Kept failed(const std::string& what, const fs::path& where) {
-    return Kept::failure("cannot " + what + " " + where.string() + ": " + std::strerror(errno));
+Kept failed(const std::string& what, const fs::path& where, const std::string& why) {
+    return Kept::failure("cannot " + what + " " + where.string() + ": " + why);
 }
 
 /// "2026-11-21-133522", as the user's clock has it.
@@ -68,19 +68,19 @@ fs::path draftsFolder() {
 Kept keepDraft(const MailMessage& message) {
     const fs::path folder = draftsFolder();
     if (folder.empty()) return Kept::failure("cannot keep a draft: its user has no home folder");
-    if (!makeFolders(folder)) return failed("make the folder", folder);
-    if (::chmod(folder.c_str(), 0700) != 0) return failed("make private the folder", folder);
+    if (const auto made = makeFolders(folder); !made) return failed("make the folder", folder, made.error());
+    if (::chmod(folder.c_str(), 0700) != 0) return failed("make private the folder", folder, std::strerror(errno));
 
     // Hidden until it is whole.
     std::string hidden = folder / ".XXXXXX.new";
     FileDescriptor file(::mkostemps(hidden.data(), 4, O_CLOEXEC));
-    if (!file) return failed("make a file in", folder);
+    if (!file) return failed("make a file in", folder, std::strerror(errno));
     Result<void> written = write(message, file.number());
     if (!file.close() && written) written = Result<void>::failure(std::strerror(errno));
     const Kept draft = written ? published(hidden, folder) : Kept::failure(written.error());
     if (draft) return draft;
     ::unlink(hidden.c_str());
-    return Kept::failure("cannot write a draft in " + folder.string() + ": " + draft.error());
+    return failed("write a draft in", folder, draft.error());
 }
 
 } // namespace platform
