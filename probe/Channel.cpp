@@ -2,7 +2,6 @@
 
 #include "platform/foundation/LoadProbe.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <tuple>
@@ -32,11 +31,7 @@ void Channel::say(std::size_t index, char verdict, const std::string& text) cons
     if (::getpid() != process_) ::_exit(1);
     std::fflush(nullptr); // what a plug-in has printed so far is its own
     const std::string answer = platform::probeAnswerLine(token_, index, verdict, text.size()) + text;
-    for (std::size_t sent = 0; sent < answer.size();) {
-        const ssize_t some = ::write(out_.number(), answer.data() + sent, answer.size() - sent);
-        if (some < 0 && errno != EINTR) ::_exit(1);
-        if (some > 0) sent += std::size_t(some);
-    }
+    if (!out_.write(answer.data(), answer.size())) ::_exit(1);
 }
 
 } // namespace lumora

@@ -122,13 +122,7 @@ Result<void> SettingsFile::replace(const Data& bytes) {
 Result<void> SettingsFile::write(const Data& bytes, const std::string& name) const {
     const FileDescriptor file(
         openat(folder_.number(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
-    if (!file) return Result<void>::failure(systemError());
-    std::size_t written = 0;
-    while (written < bytes.size()) {
-        const ssize_t more = ::write(file.number(), bytes.data() + written, bytes.size() - written);
-        if (more < 0 && errno != EINTR) return Result<void>::failure(systemError());
-        written += more < 0 ? 0 : static_cast<std::size_t>(more);
-    }
+    if (!file || !file.write(bytes.data(), bytes.size())) return Result<void>::failure(systemError());
     return {};
 }
 

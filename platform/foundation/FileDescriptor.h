@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cerrno>
+#include <cstddef>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
@@ -25,6 +27,17 @@ class FileDescriptor {
 
     explicit operator bool() const { return number_ >= 0; }
     [[nodiscard]] int number() const { return number_; }
+    /// Writes all of the bytes. False when that fails, with the reason in errno.
+    [[nodiscard]] bool write(const void* bytes, std::size_t count) const {
+        for (const auto* at = static_cast<const char*>(bytes); count > 0;) {
+            const ssize_t some = ::write(number_, at, count);
+            if (some < 0 && errno == EINTR) continue;
+            if (some <= 0) return false;
+            at += some;
+            count -= static_cast<std::size_t>(some);
+        }
+        return true;
+    }
     /// Hands the descriptor over to whoever closes it then.
     [[nodiscard]] int release() { return std::exchange(number_, -1); }
     /// False when that fails, with the reason in errno: not all that was written has arrived then.

@@ -103,8 +103,8 @@ class KeptVerdicts {
         std::string made = file_.native() + ".XXXXXX";
         FileDescriptor file(::mkostemp(made.data(), O_CLOEXEC)); // of mode 0600
         if (!file) return false;
-        const bool whole = ::write(file.number(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
-        if (file.close() && whole && ::rename(made.c_str(), file_.c_str()) == 0) return all;
+        const bool written = file.write(text.data(), text.size());
+        if (file.close() && written && ::rename(made.c_str(), file_.c_str()) == 0) return all;
         ::unlink(made.c_str());
         return false;
     }

@@ -30,17 +30,6 @@ bool hasRoom(int file, std::uint64_t bytes) {
     return ::fstatvfs(file, &facts) != 0 || facts.f_blocks == 0 || bytes <= facts.f_bavail * facts.f_frsize;
 }
 
-bool writeAll(int file, const char* bytes, std::size_t count) {
-    while (count > 0) {
-        const ssize_t written = ::write(file, bytes, count);
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        bytes += written;
-        count -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
 } // namespace
 
 RegularFile::RegularFile(const std::filesystem::path& path) {
@@ -59,7 +48,7 @@ std::shared_ptr<const RegularFile> RegularFile::copyOf(const std::filesystem::pa
     if (!file) return nullptr;
     const std::shared_ptr<RegularFile> copy(new RegularFile(unnamedFile()));
     if (!*copy || !hasRoom(copy->descriptor(), file.size())) return nullptr;
-    const auto written = file.writeTo(copy->descriptor());
+    const auto written = file.writeTo(copy->file_);
     if (!written) return nullptr;
     copy->size_ = *written;
     return copy;
@@ -79,14 +68,14 @@ bool RegularFile::read(std::uint64_t offset, void* into, std::size_t count) cons
     return true;
 }
 
-std::optional<std::uint64_t> RegularFile::writeTo(int file) const {
+std::optional<std::uint64_t> RegularFile::writeTo(const FileDescriptor& file) const {
     char some[1 << 15];
     std::uint64_t done = 0;
     while (done < size_) {
         const std::size_t most = std::min<std::uint64_t>(sizeof some, size_ - done);
         const ssize_t count = ::pread(descriptor(), some, most, static_cast<off_t>(done));
         if (count < 0 && errno == EINTR) continue;
-        if (count < 0 || !writeAll(file, some, static_cast<std::size_t>(count))) return std::nullopt;
+        if (count < 0 || !file.write(some, static_cast<std::size_t>(count))) return std::nullopt;
         if (count == 0) break;
         done += static_cast<std::uint64_t>(count);
     }

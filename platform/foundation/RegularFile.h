@@ -34,7 +34,7 @@ class PLATFORM_EXPORT RegularFile {
     [[nodiscard]] bool read(std::uint64_t offset, void* into, std::size_t count) const;
     /// Appends to an open file as much as this one had when it was opened, or what is left of it by now, and tells how
     /// much that was. Nothing when either fails; errno says why.
-    [[nodiscard]] std::optional<std::uint64_t> writeTo(int file) const;
+    [[nodiscard]] std::optional<std::uint64_t> writeTo(const FileDescriptor& file) const;
     /// For whoever reads it by other means; open as long as this is there.
     [[nodiscard]] int descriptor() const { return file_.number(); }
 

@@ -132,7 +132,7 @@ fs::path fileNameOf(const MailAttachment& attachment) {
 
 bool writeFile(const fs::path& path, const RegularFile& data) {
     FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    return file && data.writeTo(file.number()) == data.size() && file.close();
+    return file && data.writeTo(file) == data.size() && file.close();
 }
 
 } // namespace
