@@ -114,7 +114,7 @@ bool isSecure(std::string_view key) {
 }
 
 Result<void> canHave(const Setting& setting, const Value& value) {
-    const auto only = [&](bool fits, std::string_view wanted) -> Result<void> {
+    const auto takes = [&](bool fits, std::string_view wanted) -> Result<void> {
         if (fits) return {};
         // A value of the right kind has wrong contents, and naming its kind would only puzzle.
         const bool sameKind =
@@ -124,16 +124,16 @@ Result<void> canHave(const Setting& setting, const Value& value) {
     };
     switch (setting.byDefault.kind()) {
     case Value::Kind::boolean:
-        return only(value.boolean().has_value(), "a boolean");
+        return takes(value.boolean().has_value(), "a boolean");
     case Value::Kind::integer:
     case Value::Kind::real:
-        return only(isFiniteNumber(value), "a finite number");
+        return takes(isFiniteNumber(value), "a finite number");
     case Value::Kind::text:
-        return only(value.text() != nullptr, "a text");
+        return takes(value.text() != nullptr, "a text");
     case Value::Kind::list:
-        return only(isListOfTexts(value), "a list of texts");
+        return takes(isListOfTexts(value), "a list of texts");
     default:
-        return only(isColor(value), R"(a colour {"h", "s", "b"} of numbers from 0 to 1)");
+        return takes(isColor(value), R"(a colour {"h", "s", "b"} of numbers from 0 to 1)");
     }
 }
 

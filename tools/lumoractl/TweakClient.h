@@ -13,8 +13,8 @@ namespace lumora {
 /// The settings dictionary.
 [[nodiscard]] platform::Result<platform::Dictionary> fetchSettings();
 
-/// Changes one setting. Fails in the tweak's own words where it refuses; one that answers without a reason has made the
-/// change.
+/// Changes one setting. Fails in the tweak's own words where it refuses; a tweak that gives no reasons is taken at its
+/// word.
 [[nodiscard]] platform::Result<void> changeSetting(const std::string& key, const platform::Value& value);
 
 } // namespace lumora
