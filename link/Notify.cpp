@@ -1,5 +1,6 @@
 #include "link/Notify.h"
 
+#include "link/Messages.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/CFRunLoop.h"
 #include "platform/messaging/Dispatch.h"
@@ -12,14 +13,6 @@ using namespace platform;
 
 namespace {
 
-constexpr std::int32_t kMessageId = 0; // messages are told apart by their port's name only
-constexpr double kSendTimeout = 1.0;
-constexpr double kReceiveTimeout = 1.0;
-
-std::string portName(const std::string& message) {
-    return "com.nevo.lumora/" + message;
-}
-
 DispatchQueue& workers() {
     return dispatch_get_global_queue(0, 0);
 }
@@ -30,7 +23,7 @@ void exchange(const std::string& name, const Value& object, const ReplyBlock& re
 
     std::optional<Data> request;
     if (!object.isNil()) {
-        request = NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"object", object}});
+        request = NSKeyedArchiver::archivedDataWithRootObject(messageWith(object));
         if (!request) return; // nested too deeply for any archive
     }
 

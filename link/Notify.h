@@ -11,16 +11,16 @@ namespace lumora {
 /// Receives the body of the tweak's answer, or nothing if the answer has no body. Runs on a worker thread.
 using ReplyBlock = std::function<void(const std::optional<platform::Data>& reply)>;
 
-/// Sends one message to the tweak: to the port "com.nevo.lumora/" + name, with id 0 and time-outs of 1.0 s each.
+/// Sends one message to the tweak, with the port name, id, time-outs and shape of link/Messages.h.
 ///
-///     notify("updateSettings", Dictionary{{"key", "kSleepTime"}, {"object", 30}}, nullptr);
+///     notify(kUpdateSettings, changeOf("kSleepTime", 30), nullptr);
 ///
 /// Returns at once. The exchange is one work item of the global queue, so two messages may overtake each other. A nil
-/// object sends no body; any other travels as the keyed archive of {"object": object}. The reply block is called at
+/// object sends no body; any other travels as the keyed archive of messageWith(object). The reply block is called at
 /// most once, and only after an answer: failure is silent. Any thread.
 void notify(const std::string& name, const platform::Value& object, ReplyBlock reply);
 
-/// Opens the port "com.nevo.lumora/" + name on a worker thread, which serves it for as long as its run loop runs.
+/// Opens the port of that message on a worker thread, which serves it for as long as its run loop runs.
 /// Returns at once. A name that is taken yields no port, in silence. Any thread.
 void port(const std::string& name, platform::CFMessagePortCallBack callout);
 

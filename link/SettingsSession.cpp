@@ -1,5 +1,6 @@
 #include "link/SettingsSession.h"
 
+#include "link/Messages.h"
 #include "link/Notify.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 
@@ -15,7 +16,7 @@ bool SettingsSession::start() {
         const std::lock_guard held(slots_);
         lock_ = lock;
     }
-    notify("requestTweakSettings", nullptr, [this](const std::optional<Data>& reply) { store(reply); });
+    notify(kRequestTweakSettings, nullptr, [this](const std::optional<Data>& reply) { store(reply); });
 
     // Kept on purpose: no time limit and no defaults. Without the tweak's settings there is no page.
     lock->lock();
@@ -67,7 +68,7 @@ void SettingsSession::setValue(const Value& value, const std::string& key) {
             settings_ = std::move(edited);
         }
     }
-    notify("updateSettings", Dictionary{{"key", key}, {"object", value}}, nullptr);
+    notify(kUpdateSettings, changeOf(key, value), nullptr);
 }
 
 } // namespace lumora

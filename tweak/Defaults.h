@@ -24,9 +24,6 @@ struct Setting {
 [[nodiscard]] const Setting* findSetting(std::string_view key);
 [[nodiscard]] bool isSecure(std::string_view key);
 
-/// Stands in place of a secure value.
-inline constexpr const char* kSecureDots = "•••";
-
 /// Whether the setting can have the value, or why not, as "takes a number, not a text".
 ///
 /// A value must be of the kind of the setting's default. Integers and reals count as one kind, finite ones only; which

@@ -1,5 +1,6 @@
 #include "tweak/ServedPort.h"
 
+#include "link/Messages.h"
 #include "link/Notify.h"
 
 #include "platform/foundation/FileDescriptor.h"
@@ -24,7 +25,6 @@ using std::chrono::steady_clock;
 namespace lumora {
 namespace {
 
-constexpr std::int32_t kMessageId = 0;
 constexpr std::int32_t kProbeId = 1;
 constexpr double kProbeTimeout = 1.0;
 constexpr std::chrono::seconds kOpeningTimeout{5};
@@ -60,7 +60,7 @@ bool descriptorsAreLeft() {
 
 Result<std::unique_ptr<ServedPort>> ServedPort::open(const std::string& name, Answer answer) {
     using Opened = Result<std::unique_ptr<ServedPort>>;
-    const std::string fullName = "com.nevo.lumora/" + name;
+    const std::string fullName = portName(name);
     const std::string path = (platform::portsFolder() / fullName).string();
     // What port() would keep to itself.
     const auto address = PortAddress::ofName(fullName);

@@ -1,5 +1,6 @@
 #include "tweak/Tweak.h"
 
+#include "link/Messages.h"
 #include "tweak/Defaults.h"
 #include "json/Json.h"
 
@@ -28,15 +29,15 @@ Result<Change> readChange(const std::optional<Data>& body) {
     const Result<Value> root = NSKeyedUnarchiver::unarchive(*body);
     if (!root) return refuse("the message is no keyed archive: " + root.error());
     const Dictionary* message = root.value().dictionary();
-    if (!message || message->size() != 1 || !message->contains("object"))
+    if (!message || message->size() != 1 || !message->contains(kObjectEntry))
         return refuse(R"(the message is not of the shape {"object": change})");
-    const Value content = (*message)["object"];
+    const Value content = (*message)[kObjectEntry];
     const Dictionary* change = content.dictionary();
-    if (!change || change->size() != 2 || !change->contains("key") || !change->contains("object"))
+    if (!change || change->size() != 2 || !change->contains(kKeyEntry) || !change->contains(kObjectEntry))
         return refuse(R"(the change is not of the shape {"key": text, "object": value})");
-    const Value key = (*change)["key"];
+    const Value key = (*change)[kKeyEntry];
     if (!key.text()) return refuse("the change's key is " + std::string(kindName(key.kind())) + ", not a text");
-    return Change{std::string(*key.text()), (*change)["object"]};
+    return Change{std::string(*key.text()), (*change)[kObjectEntry]};
 }
 
 std::string shown(const Change& change) {
@@ -56,15 +57,16 @@ std::optional<Data> Tweak::requestTweakSettings() const {
     Dictionary settings = store_.settings();
     for (const std::string& key : options_.omitted)
         settings.remove(key);
-    if (options_.verbose) log_("requestTweakSettings: " + std::to_string(settings.size()) + " settings");
+    if (options_.verbose)
+        log_(std::string(kRequestTweakSettings) + ": " + std::to_string(settings.size()) + " settings");
     return NSKeyedArchiver::archivedDataWithRootObject(settings);
 }
 
 std::optional<Data> Tweak::updateSettings(const std::optional<Data>& body) {
     const Result<void> applied = applyChange(body);
     if (applied) return std::nullopt;
-    log_("updateSettings refused: " + applied.error());
-    return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"error", applied.error()}});
+    log_(std::string(kUpdateSettings) + " refused: " + applied.error());
+    return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{kErrorEntry, applied.error()}});
 }
 
 Result<void> Tweak::applyChange(const std::optional<Data>& body) {
@@ -72,7 +74,8 @@ Result<void> Tweak::applyChange(const std::optional<Data>& body) {
     if (!read) return Result<void>::failure(read.error());
     const Change& change = read.value();
     Result<void> changed = store_.change(change.key, change.value);
-    if (changed && options_.verbose) log_("updateSettings: " + inQuotes(change.key) + " = " + shown(change));
+    if (changed && options_.verbose)
+        log_(std::string(kUpdateSettings) + ": " + inQuotes(change.key) + " = " + shown(change));
     return changed;
 }
 

@@ -2,6 +2,7 @@
 #include "tweak/SettingsStore.h"
 #include "tweak/Tweak.h"
 
+#include "link/Messages.h"
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/Unicode.h"
@@ -95,13 +96,13 @@ void notifyServiceManager() {
 int serve(Tweak& tweak, const std::filesystem::path& settings) {
     // One after the other: of two tweaks that start at once, the one that gets the first port gets both.
     const auto changes = ServedPort::open(
-        "updateSettings", [&tweak](const std::optional<Data>& body) { return tweak.updateSettings(body); });
+        kUpdateSettings, [&tweak](const std::optional<Data>& body) { return tweak.updateSettings(body); });
     if (!changes) {
         logLine(changes.error());
         return kFailed;
     }
     const auto requests = ServedPort::open(
-        "requestTweakSettings", [&tweak](const std::optional<Data>&) { return tweak.requestTweakSettings(); });
+        kRequestTweakSettings, [&tweak](const std::optional<Data>&) { return tweak.requestTweakSettings(); });
     if (!requests) {
         logLine(requests.error());
         return kFailed;

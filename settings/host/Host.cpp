@@ -1,5 +1,6 @@
 #include "settings/host/Host.h"
 
+#include "link/Messages.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSCondition.h"
 #include "platform/messaging/Dispatch.h"
@@ -41,7 +42,7 @@ bool waitsForTweak() {
 }
 
 std::string whatBlocks(const std::string& page) {
-    if (waitsForTweak()) return "the tweak to answer \"requestTweakSettings\"";
+    if (waitsForTweak()) return "the tweak to answer \"" + std::string(lumora::kRequestTweakSettings) + "\"";
     return "the page \"" + page + "\", which is not ready yet";
 }
 

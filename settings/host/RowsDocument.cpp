@@ -1,5 +1,6 @@
 #include "settings/host/RowsDocument.h"
 
+#include "link/Messages.h"
 #include "platform/preferences/PSSpecifier.h"
 
 namespace settings {
@@ -10,11 +11,10 @@ using platform::Value;
 
 namespace {
 
-constexpr const char* kDots = "•••";
-
 Dictionary document(const RowSnapshot& row) {
     Dictionary shown{{"cell", row.cell}, {"name", row.name}, {"identifier", row.identifier}};
-    if (!row.value.isNil()) shown.set("value", row.cell == platform::PSSecureEditTextCell ? Value(kDots) : row.value);
+    if (!row.value.isNil())
+        shown.set("value", row.cell == platform::PSSecureEditTextCell ? Value(lumora::kSecureDots) : row.value);
     if (!row.footerText.empty()) shown.set("footerText", row.footerText);
     if (!row.placeholder.empty()) shown.set("placeholder", row.placeholder);
     if (row.min) shown.set("min", *row.min);

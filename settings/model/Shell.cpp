@@ -1,5 +1,7 @@
 #include "settings/model/Shell.h"
 
+#include "link/Messages.h"
+
 #include <QGuiApplication>
 #include <QWindow>
 
@@ -19,8 +21,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto kNoticeable = 200ms;
-/// A message has 1.0 s to be sent and 1.0 s to be answered; after both no answer can come.
-constexpr auto kBothTimeOuts = 2000ms;
+constexpr auto kBothTimeOuts =
+    std::chrono::round<std::chrono::milliseconds>(1s * (lumora::kSendTimeout + lumora::kReceiveTimeout));
 constexpr auto kSpare = 200ms;
 /// A page may work that long, as when a few plug-ins are probed that do not answer.
 constexpr auto kWorkAtMost = 30s;
@@ -96,13 +98,13 @@ QString Shell::waitingHeadline() const {
 
 QString Shell::waitingText() const {
     if (!asksTweak_) return lost() ? tr("You can go on waiting, or restart Settings.") : QString();
+    const QLatin1String request(lumora::kRequestTweakSettings);
     if (lost()) {
-        return tr("Both time-outs of “requestTweakSettings” are over: no answer can come any more, and “%1” cannot "
-                  "open. "
+        return tr("Both time-outs of “%1” are over: no answer can come any more, and “%2” cannot open. "
                   "Restart Settings to ask again.")
-            .arg(waitingTitle());
+            .arg(request, waitingTitle());
     }
-    return tr("“%1” opens when “requestTweakSettings” is answered.").arg(waitingTitle());
+    return tr("“%1” opens when “%2” is answered.").arg(waitingTitle(), request);
 }
 
 void Shell::back() {

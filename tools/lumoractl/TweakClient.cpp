@@ -1,5 +1,6 @@
 #include "tools/lumoractl/TweakClient.h"
 
+#include "link/Messages.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/CFMessagePort.h"
 #include "platform/messaging/PortAddress.h"
@@ -19,8 +20,6 @@ namespace {
 
 using Reply = std::optional<Data>;
 
-constexpr double kTimeout = 1.0;
-
 std::string explain(CFMessagePortResult result, const std::string& port) {
     switch (result) {
     case platform::kCFMessagePortSendTimeout:
@@ -36,13 +35,13 @@ std::string explain(CFMessagePortResult result, const std::string& port) {
     }
 }
 
-Result<Reply> exchange(const std::string& message, const std::optional<Data>& body) {
-    const std::string name = "com.nevo.lumora/" + message;
+Result<Reply> ask(const std::string& message, const std::optional<Data>& body) {
+    const std::string name = portName(message);
     const std::string path = (platform::portsFolder() / name).string();
     if (!platform::PortAddress::ofName(name)) return Result<Reply>::failure(path + " is too long for a socket's path");
     Reply reply;
-    const CFMessagePortResult result =
-        CFMessagePortSendRequest(*CFMessagePortCreateRemote(name), 0, body, kTimeout, kTimeout, &reply);
+    const CFMessagePortResult result = CFMessagePortSendRequest(*CFMessagePortCreateRemote(name), kMessageId, body,
+                                                                kSendTimeout, kReceiveTimeout, &reply);
     if (result != platform::kCFMessagePortSuccess) return Result<Reply>::failure(explain(result, path));
     return reply;
 }
@@ -51,7 +50,7 @@ Result<Reply> exchange(const std::string& message, const std::optional<Data>& bo
 
 Result<Dictionary> fetchSettings() {
     const auto fail = [](std::string why) { return Result<Dictionary>::failure(std::move(why)); };
-    const Result<Reply> reply = exchange("requestTweakSettings", std::nullopt);
+    const Result<Reply> reply = ask(kRequestTweakSettings, std::nullopt);
     if (!reply) return fail(reply.error());
     if (!reply.value()) return fail("the tweak answered without any settings");
     const Result<Value> read = NSKeyedUnarchiver::unarchive(*reply.value());
@@ -62,13 +61,12 @@ Result<Dictionary> fetchSettings() {
 
 Result<void> changeSetting(const std::string& key, const Value& value) {
     const auto fail = [](std::string why) { return Result<void>::failure(std::move(why)); };
-    const auto body = NSKeyedArchiver::archivedDataWithRootObject(
-        Dictionary{{"object", Dictionary{{"key", key}, {"object", value}}}});
+    const auto body = NSKeyedArchiver::archivedDataWithRootObject(messageWith(changeOf(key, value)));
     if (!body) return fail("the value is nested too deeply for an archive");
-    const Result<Reply> reply = exchange("updateSettings", body);
+    const Result<Reply> reply = ask(kUpdateSettings, body);
     if (!reply) return fail(reply.error());
     if (!reply.value()) return {};
-    const Value error = NSKeyedUnarchiver::unarchiveObjectWithData(*reply.value())["error"];
+    const Value error = NSKeyedUnarchiver::unarchiveObjectWithData(*reply.value())[kErrorEntry];
     return error.text() ? fail(std::string(*error.text())) : Result<void>();
 }
 

@@ -2,6 +2,7 @@
 #include "tools/lumoractl/Streams.h"
 #include "tools/lumoractl/TweakClient.h"
 
+#include "link/Messages.h"
 #include "lists/PluginDiscovery.h"
 #include "tweak/Defaults.h"
 #include "json/Json.h"

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/foundation/Value.h"
+
+#include <cstdint>
+#include <string>
+
+/// What the settings bundle and the tweak have agreed on: the facts of docs/ports.md that both of them need, and those
+/// who speak to either. Each is spelled here and nowhere else.
+namespace lumora {
+
+/// The two messages. Each has a port of its own.
+inline constexpr const char* kRequestTweakSettings = "requestTweakSettings";
+inline constexpr const char* kUpdateSettings = "updateSettings";
+
+inline std::string portName(const std::string& message) {
+    return "com.nevo.lumora/" + message;
+}
+
+/// Messages are told apart by their port's name only, so all have this id.
+inline constexpr std::int32_t kMessageId = 0;
+
+/// In seconds. After both no answer can come any more.
+inline constexpr double kSendTimeout = 1.0;
+inline constexpr double kReceiveTimeout = 1.0;
+
+/// What the dictionaries in the bodies of messages hold.
+inline constexpr const char* kObjectEntry = "object";
+inline constexpr const char* kKeyEntry = "key";
+inline constexpr const char* kErrorEntry = "error"; ///< one line that says why a change is refused
+
+/// {"object": object}, the body of any message that has one.
+inline platform::Dictionary messageWith(const platform::Value& object) {
+    return platform::Dictionary{{kObjectEntry, object}};
+}
+
+/// {"key": key, "object": value}, the object of an "updateSettings" message.
+inline platform::Dictionary changeOf(const std::string& key, const platform::Value& value) {
+    return platform::Dictionary{{kKeyEntry, key}, {kObjectEntry, value}};
+}
+
+/// What shows in place of a secure value.
+inline constexpr const char* kSecureDots = "•••";
+
+} // namespace lumora
