@@ -1,4 +1,3 @@
-#include "tweak/ServedPort.h"
 #include "tweak/SettingsStore.h"
 #include "tweak/Tweak.h"
 
@@ -8,7 +7,6 @@
 #include "platform/foundation/Unicode.h"
 #include "platform/foundation/UserFolder.h"
 #include "platform/messaging/CFMessagePort.h"
-#include "platform/messaging/Dispatch.h"
 
 #include <CLI/CLI.hpp>
 
@@ -19,6 +17,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <future>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -29,6 +29,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+using platform::CFMessagePortRef;
+using platform::CFRunLoopRef;
 using platform::Data;
 using platform::Result;
 
@@ -46,6 +48,11 @@ struct Arguments {
 void logLine(const std::string& line) {
     // One call for each line, so that lines of two threads stay whole.
     std::fputs(("lumora-tweak: " + platform::printable(line) + "\n").c_str(), stderr);
+}
+
+int failed(const std::string& why) {
+    logLine(why);
+    return kFailed;
 }
 
 /// The signals that ask the tweak to leave. They are blocked in every thread and waited for in the first one, so that
@@ -92,24 +99,45 @@ void notifyServiceManager() {
         logLine(std::string("cannot tell the service manager: ") + std::strerror(errno));
 }
 
-/// Opens both ports and serves them until a signal comes; closing begins when this returns.
+using Answer = std::function<std::optional<Data>(const std::optional<Data>& body)>;
+
+/// A message of another id asks for a sign of life only.
+Result<CFMessagePortRef> openPort(const char* message, Answer answer) {
+    return platform::openLocalPort(portName(message), [answer = std::move(answer)](auto&, auto id, const auto& body) {
+        return id == kMessageId ? answer(body) : std::nullopt;
+    });
+}
+
+/// Opens both ports and serves them on a thread of their own until a signal comes.
 int serve(Tweak& tweak, const std::filesystem::path& settings) {
     // One after the other: of two tweaks that start at once, the one that gets the first port gets both.
-    const auto changes = ServedPort::open(
-        kUpdateSettings, [&tweak](const std::optional<Data>& body) { return tweak.updateSettings(body); });
-    if (!changes) {
-        logLine(changes.error());
-        return kFailed;
-    }
-    const auto requests = ServedPort::open(
-        kRequestTweakSettings, [&tweak](const std::optional<Data>&) { return tweak.requestTweakSettings(); });
-    if (!requests) {
-        logLine(requests.error());
-        return kFailed;
+    const auto changes = openPort(kUpdateSettings, [&](const auto& body) { return tweak.updateSettings(body); });
+    if (!changes) return failed(changes.error());
+    const auto requests = openPort(kRequestTweakSettings, [&](const auto&) { return tweak.requestTweakSettings(); });
+    if (!requests) return failed(requests.error());
+
+    std::promise<CFRunLoopRef> prepared;
+    const std::future<void> serving = std::async(std::launch::async, [&] {
+        const CFRunLoopRef loop = platform::CFRunLoopGetCurrent();
+        for (const CFMessagePortRef& port : {changes.value(), requests.value()})
+            platform::CFRunLoopAddSource(loop, platform::CFMessagePortCreateRunLoopSource(port));
+        prepared.set_value(loop);
+        platform::CFRunLoopRun();
+    });
+    const CFRunLoopRef loop = prepared.get_future().get();
+    // A client takes one more; and with none left the loop may lack its own, which is silent.
+    if (!platform::FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))) {
+        CFRunLoopStop(loop);
+        return failed("cannot serve the ports: not enough descriptors are left");
     }
     std::cout << "lumora-tweak ready, settings at " << settings.string() << std::endl;
     notifyServiceManager();
     waitUntilAskedToLeave();
+    CFRunLoopStop(loop);
+    if (serving.wait_for(std::chrono::seconds(10)) != std::future_status::ready) {
+        logLine("a message is stuck: leaving without it");
+        std::_Exit(kFailed);
+    }
     return kDone;
 }
 
@@ -128,23 +156,12 @@ int run(const Arguments& arguments) {
     umask(S_IRWXG | S_IRWXO);
     if (!arguments.root.empty()) platform::setDeviceRoot(arguments.root);
     const std::filesystem::path settings = settingsFile(arguments);
-    if (settings.empty()) {
-        logLine("there is no home folder to keep settings in: set $XDG_CONFIG_HOME or use --settings");
-        return kFailed;
-    }
+    if (settings.empty())
+        return failed("there is no home folder to keep settings in: set $XDG_CONFIG_HOME or use --settings");
     const Result<std::unique_ptr<SettingsStore>> store = SettingsStore::open(settings, logLine);
-    if (!store) {
-        logLine(store.error());
-        return kFailed;
-    }
+    if (!store) return failed(store.error());
     Tweak tweak(*store.value(), arguments.tweak, logLine);
-    const int code = serve(tweak, store.value()->path());
-    // The ports' threads may still be answering, and they remove the sockets; the tweak and its store outlive them.
-    if (!platform::dispatch_wait_until_idle(std::chrono::seconds(10))) {
-        logLine("a message is stuck: leaving without it");
-        std::_Exit(kFailed);
-    }
-    return code;
+    return serve(tweak, store.value()->path());
 }
 
 } // namespace

@@ -23,12 +23,23 @@ CFMessagePortResult CFMessagePortSendRequest(const CFMessagePort& remote, std::i
     return result;
 }
 
-CFMessagePortRef CFMessagePortCreateLocal(const std::string& name, CFMessagePortCallBack callout) {
+Result<CFMessagePortRef> openLocalPort(const std::string& name, CFMessagePortCallBack callout) {
+    const auto refuse = [&name](const std::string& why) {
+        const auto path = (portsFolder() / name).string();
+        return Result<CFMessagePortRef>::failure("cannot open the port " + path + ": " + why);
+    };
     auto port = CFMessagePortCreateRemote(name);
-    if (!port->address) return nullptr;
-    port->listener = PortListener::open(*port->address);
+    if (!port->address) return refuse("its path is too long for a socket, or none at all");
+    auto listener = PortListener::open(*port->address);
+    if (!listener) return refuse(listener.error());
+    port->listener = std::move(listener).value();
     port->callout = std::move(callout);
-    return port->listener ? port : nullptr;
+    return port;
+}
+
+CFMessagePortRef CFMessagePortCreateLocal(const std::string& name, CFMessagePortCallBack callout) {
+    auto port = openLocalPort(name, std::move(callout));
+    return port ? std::move(port).value() : nullptr;
 }
 
 CFRunLoopSourceRef CFMessagePortCreateRunLoopSource(const CFMessagePortRef& local) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 #include "platform/messaging/CFRunLoop.h"
 
@@ -57,9 +58,13 @@ inline constexpr std::int64_t kMaximumMessageBody = 64LL << 20;
                                                                            double sendTimeout, double receiveTimeout,
                                                                            std::optional<Data>* reply);
 
-/// Opens a port under a name. Null when a live port has the name, here or in another process, when the ports folder
-/// belongs to someone else, or when the name makes no path. A dead process's socket is taken over.
-/// The socket file goes when the last reference does.
+/// Opens a port under a name. Fails when a live port has the name, here or in another process, when the ports folder
+/// belongs to someone else, when the name makes no path, or when no descriptor is left. A dead process's socket is taken
+/// over. The socket file goes when the last reference does.
+[[nodiscard]] PLATFORM_EXPORT Result<CFMessagePortRef> openLocalPort(const std::string& name,
+                                                                     CFMessagePortCallBack callout);
+
+/// The same in silence: null when that fails.
 [[nodiscard]] PLATFORM_EXPORT CFMessagePortRef CFMessagePortCreateLocal(const std::string& name,
                                                                         CFMessagePortCallBack callout);
 

@@ -20,40 +20,60 @@ FileDescriptor makeSocket() {
 
 } // namespace
 
-std::unique_ptr<PortListener> PortListener::open(const PortAddress& address) {
+Result<std::unique_ptr<PortListener>> PortListener::open(const PortAddress& address) {
+    using Opened = Result<std::unique_ptr<PortListener>>;
+    if (!address.makeFolders()) return Opened::failure("its folder cannot be made, or is not a folder of yours alone");
     std::unique_ptr<PortListener> listener(new PortListener(address));
-    const bool opened = address.makeFolders() && listener->lock() && listener->removeDeadSocket() && listener->listen();
-    return opened ? std::move(listener) : nullptr;
+    int error = listener->lock();
+    if (error == 0) error = listener->removeDeadSocket();
+    if (error == 0) error = listener->listen();
+    switch (error) {
+    case 0:
+        return listener;
+    case EADDRINUSE:
+        return Opened::failure("another process holds it");
+    case EMFILE:
+    case ENFILE:
+        return Opened::failure("not enough descriptors are left");
+    default:
+        return Opened::failure("its socket or lock file cannot be used");
+    }
 }
 
-bool PortListener::lock() {
+int PortListener::lock() {
     const auto path = std::string(address_.path()) + ".lock";
     lock_ = FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, kOwnerOnly));
     // The file itself stays when the port goes: removing it would let two starters lock two different files.
-    return lock_ && ::flock(lock_.number(), LOCK_EX | LOCK_NB) == 0;
+    if (lock_ && ::flock(lock_.number(), LOCK_EX | LOCK_NB) == 0) return 0;
+    return errno == EWOULDBLOCK ? EADDRINUSE : errno;
 }
 
-bool PortListener::removeDeadSocket() const {
+int PortListener::removeDeadSocket() const {
     struct stat status {};
-    if (::lstat(address_.path(), &status) != 0) return errno == ENOENT;
-    if (!S_ISSOCK(status.st_mode)) return false;
+    if (::lstat(address_.path(), &status) != 0) return errno == ENOENT ? 0 : errno;
+    if (!S_ISSOCK(status.st_mode)) return ENOTSOCK;
 
     // A program that knows nothing of the lock may be serving here. Only a refusal proves the socket dead: a full
     // backlog is a sign of life.
     const auto probe = makeSocket();
-    return probe && address_.connect(probe.number()) == ECONNREFUSED && ::unlink(address_.path()) == 0;
+    if (!probe) return errno;
+    const int error = address_.connect(probe.number());
+    if (error == 0 || error == EAGAIN) return EADDRINUSE;
+    if (error != ECONNREFUSED) return error;
+    return ::unlink(address_.path()) == 0 ? 0 : errno;
 }
 
-bool PortListener::listen() {
+int PortListener::listen() {
     socket_ = makeSocket();
-    if (!socket_ || address_.bind(socket_.number()) != 0) return false;
+    if (!socket_) return errno;
+    if (const int error = address_.bind(socket_.number()); error != 0) return error;
 
     struct stat status {};
-    if (::lstat(address_.path(), &status) != 0) return false;
+    if (::lstat(address_.path(), &status) != 0) return errno;
     device_ = status.st_dev;
     file_ = status.st_ino;
     // The mode that bind() gave depends on the umask. Nobody could use it in between: the folder is private.
-    return ::chmod(address_.path(), kOwnerOnly) == 0 && ::listen(socket_.number(), SOMAXCONN) == 0;
+    return ::chmod(address_.path(), kOwnerOnly) == 0 && ::listen(socket_.number(), SOMAXCONN) == 0 ? 0 : errno;
 }
 
 PortListener::~PortListener() {

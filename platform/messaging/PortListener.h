@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/foundation/FileDescriptor.h"
+#include "platform/foundation/Result.h"
 #include "platform/messaging/PortAddress.h"
 
 #include <memory>
@@ -15,8 +16,8 @@ namespace platform {
 /// starters can never both take over a dead process's socket.
 class PortListener {
   public:
-    /// Null when the name is taken by a live port, or no socket can stand there.
-    [[nodiscard]] static std::unique_ptr<PortListener> open(const PortAddress& address);
+    /// Fails when the name is taken by a live port, or no socket can stand there.
+    [[nodiscard]] static Result<std::unique_ptr<PortListener>> open(const PortAddress& address);
     /// Removes the socket file, if it is still this one.
     ~PortListener();
     PortListener(const PortListener&) = delete;
@@ -27,9 +28,10 @@ class PortListener {
 
   private:
     explicit PortListener(PortAddress address) : address_(std::move(address)) {}
-    [[nodiscard]] bool lock();
-    [[nodiscard]] bool removeDeadSocket() const;
-    [[nodiscard]] bool listen();
+    /// The steps of opening: 0 or the error number, which is EADDRINUSE when the name is taken.
+    [[nodiscard]] int lock();
+    [[nodiscard]] int removeDeadSocket() const;
+    [[nodiscard]] int listen();
 
     PortAddress address_;
     FileDescriptor lock_; ///< outlives the socket, so that the name is given up last

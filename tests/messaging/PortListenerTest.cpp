@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace platform;
@@ -18,6 +19,15 @@ namespace {
 
 CFMessagePortRef open(const std::string& name) {
     return CFMessagePortCreateLocal(name, [](auto&, auto, const auto& body) { return body; });
+}
+
+/// Why it does not open, beyond its path; empty for a port that does.
+std::string obstacleTo(const std::string& name) {
+    const auto port = openLocalPort(name, [](auto&, auto, const auto& body) { return body; });
+    if (port) return {};
+    const auto beginning = "cannot open the port " + (portsFolder() / name).string() + ": ";
+    EXPECT_TRUE(port.error().starts_with(beginning)) << port.error();
+    return port.error().substr(beginning.size());
 }
 
 mode_t modeOf(const std::filesystem::path& path) {
@@ -120,6 +130,30 @@ TEST(CFMessagePortCreateLocal, LeavesFilesAloneThatAreNoSockets) {
     EXPECT_EQ(std::filesystem::file_size(folder.socket("port")), 8U);
     std::filesystem::create_symlink(folder.socket("port"), folder.socket("other.lock"));
     EXPECT_EQ(open("other"), nullptr);
+}
+
+TEST(OpenLocalPort, SaysWhatIsInTheWay) {
+    const PortsFolder folder;
+    EXPECT_EQ(obstacleTo("port"), "");
+    const auto held = open("held");
+    EXPECT_EQ(obstacleTo("held"), "another process holds it");
+    const auto other = RawSocket::listeningAt(folder.socket("served"));
+    EXPECT_EQ(obstacleTo("served"), "another process holds it") << "by a program that knows nothing of the lock";
+    std::ofstream(folder.socket("file")) << "precious";
+    EXPECT_EQ(obstacleTo("file"), "its socket or lock file cannot be used");
+    std::filesystem::create_directory(folder.socket("folder.lock"));
+    EXPECT_EQ(obstacleTo("folder"), "its socket or lock file cannot be used");
+    EXPECT_EQ(obstacleTo("file/port"), "its folder cannot be made, or is not a folder of yours alone");
+    for (const std::string& none : {std::string(200, 'x'), std::string("../port")})
+        EXPECT_EQ(obstacleTo(none), "its path is too long for a socket, or none at all");
+
+    rlimit usual{};
+    ::getrlimit(RLIMIT_NOFILE, &usual);
+    const rlimit none{0, usual.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    const auto why = obstacleTo("port");
+    ::setrlimit(RLIMIT_NOFILE, &usual);
+    EXPECT_EQ(why, "not enough descriptors are left");
 }
 
 TEST(CFMessagePortCreateLocal, TakesOverTheSocketOfAProcessThatWasKilled) {
