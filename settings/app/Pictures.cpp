@@ -148,7 +148,7 @@ void Pictures::visitTopPage() {
     const std::size_t depth = shell_.pages().size();
     for (std::size_t row = 0; row < page.rows.size(); ++row) {
         if (!isLink(page.rows[row])) continue;
-        perform([id = page.id, row](Navigation& navigation) { navigation.rowTapped(id, row); });
+        perform([id = page.id, row](Navigation& navigation) { navigation.handle(id, RowTapped{row}); });
         if (shell_.pages().size() == depth) {
             missPage(name, page.rows[row]);
             continue;

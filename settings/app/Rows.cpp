@@ -34,7 +34,7 @@ int printRows(const Options& options) {
                     host.post([page](Navigation& navigation) {
                         // A table's rows all exist once all of it is in view.
                         constexpr double everywhere = std::numeric_limits<double>::infinity();
-                        navigation.tableScrolled(page->last->id, {0, everywhere, {}});
+                        navigation.handle(page->last->id, TableScrolled{{0, everywhere, {}}});
                         page->written.set_value(lumora::writeJson(rowsDocument(*page->last)));
                     });
                 });

@@ -31,16 +31,21 @@ void addComposer(PageSnapshot& shown, const PSListController& page) {
     shown.presentsAnimated = page.presentsAnimated();
 }
 
+bool isField(const PSSpecifier& row) {
+    return row.cellType() == PSEditTextCell || row.cellType() == PSSecureEditTextCell;
+}
+
 bool isEditable(const PSSpecifier& row) {
-    switch (row.cellType()) {
-    case PSSliderCell:
-    case PSSwitchCell:
-    case PSEditTextCell:
-    case PSSecureEditTextCell:
-        return true;
-    default:
-        return false;
-    }
+    return row.cellType() == PSSliderCell || row.cellType() == PSSwitchCell || isField(row);
+}
+
+/// Behind what a page has presented over itself it hears nothing, whoever asks, but which part of its table is shown. A
+/// field hands on what was typed before, because it loses the focus to what is presented.
+bool hears(PSListController& page, const Event& event) {
+    if (!page.presentedViewController() || std::holds_alternative<Composed>(event)) return true;
+    const auto* change = std::get_if<ValueChanged>(&event);
+    const PSSpecifierRef edited = change ? rowAt(page, change->row) : nullptr;
+    return edited ? isField(*edited) : std::holds_alternative<TableScrolled>(event);
 }
 
 /// Runs code of a page, which may be a stranger's. Fails when it throws.
@@ -60,10 +65,6 @@ void complain(const std::string& className, const char* ofWhat, const std::strin
     std::cerr << "lumora-settings: the page " << printable(className) << ofWhat << printable(fault) << std::endl;
 }
 
-bool isField(const PSSpecifier& row) {
-    return row.cellType() == PSEditTextCell || row.cellType() == PSSecureEditTextCell;
-}
-
 } // namespace
 
 Navigation::Navigation(Show show) : show_(std::move(show)) {
@@ -75,7 +76,7 @@ bool Navigation::open(Class pageClass, const std::string& title) {
 
 bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifierRef& row) {
     if (!pageClass) return false;
-    publishOpening(pageClass->name, title);
+    publish(Opening{pageClass->name, title});
     const std::size_t depth = pages_.size();
     const Result<void> opened = attempt([&] {
         auto page = std::dynamic_pointer_cast<PSListController>(pageClass->make());
@@ -104,9 +105,15 @@ void Navigation::run(const std::function<void(Navigation&)>& work) {
     }
 }
 
-void Navigation::rowTapped(std::uint64_t page, std::size_t row) {
-    OpenPage* top = openToEvents(page);
-    const PSSpecifierRef tapped = top ? rowAt(*top->controller, row) : nullptr;
+void Navigation::handle(std::uint64_t id, const Event& event) {
+    OpenPage* page = pageOnTop(id);
+    if (!page || !hears(*page->controller, event)) return;
+    std::visit([&](const auto& happened) { take(*page, happened); }, event);
+}
+
+/// Opens what a link names (nothing where that class is not there), chooses an option, calls a button.
+void Navigation::take(OpenPage& page, const RowTapped& tap) {
+    const PSSpecifierRef tapped = rowAt(*page.controller, tap.row);
     if (!tapped) return;
     switch (tapped->cellType()) {
     case PSLinkCell:
@@ -115,110 +122,77 @@ void Navigation::rowTapped(std::uint64_t page, std::size_t row) {
         break;
     case PSListItemCell:
         tapped->performAction();
-        readAnew(*top);
-        publish();
+        refresh(page);
         break;
     case PSButtonCell:
         tapped->performAction();
-        watchComposer(*top);
+        watchComposer(page);
         break;
     default:
         break;
     }
 }
 
-void Navigation::valueChanged(std::uint64_t page, std::size_t row, const Value& value) {
-    OpenPage* top = pageOnTop(page);
-    const PSSpecifierRef edited = top ? rowAt(*top->controller, row) : nullptr;
+/// Kept on purpose: only the row that was edited reads its value anew. A reply that landed meanwhile must not change the
+/// others under the user's hand.
+void Navigation::take(OpenPage& page, const ValueChanged& change) {
+    const PSSpecifierRef edited = rowAt(*page.controller, change.row);
     if (!edited || !isEditable(*edited)) return;
-    // A field hands on what was typed when something is presented, because it loses the focus to that.
-    if (!isField(*edited) && !openToEvents(page)) return;
-    edited->performSetter(value);
-    // Kept on purpose: only the row that was edited reads its value anew. A reply that landed meanwhile must not
-    // change the others under the user's hand.
-    PageSnapshot shown = *top->snapshot;
-    if (row < shown.rows.size()) shown.rows[row] = snapshotOf(*top->controller, row);
-    top->snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
-    publish();
+    edited->performSetter(change.value);
+    amend(page, [&](PageSnapshot& shown) {
+        if (change.row < shown.rows.size()) shown.rows[change.row] = snapshotOf(*page.controller, change.row);
+    });
 }
 
-void Navigation::rowMoved(std::uint64_t page, NSIndexPath from, NSIndexPath to) {
-    OpenPage* top = openToEvents(page);
-    UITableView* table = top ? tableOf(*top->controller) : nullptr;
+void Navigation::take(OpenPage& page, const RowMoved& move) {
+    changeTable(page, [&](UITableView& table) { table.dropRow(move.from, move.to); });
+}
+
+void Navigation::take(OpenPage& page, const TableRowTapped& tap) {
+    changeTable(page, [&](UITableView& table) { table.tapRow(tap.path); });
+}
+
+/// Makes the cells for what is seen.
+void Navigation::take(OpenPage& page, const TableScrolled& scroll) {
+    changeTable(page, [&viewport = scroll.viewport](UITableView& table) {
+        table.layoutIfNeeded();
+        for (std::size_t i = 0; i < viewport.sections.size(); ++i)
+            table.setSectionHeights(static_cast<int>(i), viewport.sections[i].header, viewport.sections[i].footer);
+        table.setViewport(viewport.top, viewport.bottom);
+    });
+}
+
+void Navigation::changeTable(OpenPage& page, const std::function<void(UITableView&)>& change) {
+    UITableView* table = tableOf(*page.controller);
     if (!table) return;
-    table->dropRow(from, to);
-    readAnew(*top);
-    publish();
+    change(*table);
+    refresh(page);
 }
 
-void Navigation::tableRowTapped(std::uint64_t page, NSIndexPath path) {
-    OpenPage* top = openToEvents(page);
-    UITableView* table = top ? tableOf(*top->controller) : nullptr;
-    if (!table) return;
-    table->tapRow(path);
-    readAnew(*top);
-    publish();
+void Navigation::take(OpenPage& page, const Touched& touch) {
+    if (!page.controller->hostsView() || !page.controller->view()) return;
+    touches_.send(page.controller->view(), touch.points);
+    refresh(page);
 }
 
-void Navigation::touched(std::uint64_t page, const std::vector<UITouchRouter::Point>& points) {
-    OpenPage* top = openToEvents(page);
-    if (!top || !top->controller->hostsView() || !top->controller->view()) return;
-    touches_.send(top->controller->view(), points);
-    readAnew(*top);
-    publish();
-}
-
-void Navigation::composed(std::uint64_t page, std::uint64_t composer, ComposerAction action, const MailText& text) {
-    OpenPage* top = pageOnTop(page);
-    const auto presented = top ? composerOf(*top->controller) : nullptr;
-    if (!presented || presented->id() != composer) return;
-    switch (action) {
+void Navigation::take(OpenPage& page, const Composed& composed) {
+    const auto presented = composerOf(*page.controller);
+    if (!presented || presented->id() != composed.composer) return;
+    switch (composed.action) {
     case ComposerAction::send:
-        return presented->send(text);
+        return presented->send(composed.text);
     case ComposerAction::save:
-        return presented->saveDraft(text);
+        return presented->saveDraft(composed.text);
     case ComposerAction::cancel:
         return presented->cancel();
     case ComposerAction::leave:
-        return presented->leave(text);
+        return presented->leave(composed.text);
     }
 }
 
-/// Shows what a button has presented, and each change of it.
-void Navigation::watchComposer(OpenPage& page) {
-    const auto composer = composerOf(*page.controller);
-    if (!composer || (page.snapshot->composer && page.snapshot->composer->id == composer->id())) return;
-    composer->setObserver([self = std::weak_ptr(self_), id = page.id, watched = std::weak_ptr(composer)] {
-        if (const auto changed = watched.lock()) report(*changed);
-        if (const auto navigation = self.lock()) (*navigation)->composerChanged(id);
-    });
-    composerChanged(page.id);
-}
-
-void Navigation::composerChanged(std::uint64_t id) {
-    OpenPage* page = pageOnTop(id);
-    if (!page) return;
-    // The rows keep the values that they have been shown with, as when one of them is edited.
-    PageSnapshot shown = *page->snapshot;
-    addComposer(shown, *page->controller);
-    page->snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
-    publish();
-}
-
-void Navigation::tableScrolled(std::uint64_t page, const TableViewport& viewport) {
-    OpenPage* top = pageOnTop(page);
-    UITableView* table = top ? tableOf(*top->controller) : nullptr;
-    if (!table) return;
-    table->layoutIfNeeded();
-    for (std::size_t i = 0; i < viewport.sections.size(); ++i)
-        table->setSectionHeights(static_cast<int>(i), viewport.sections[i].header, viewport.sections[i].footer);
-    table->setViewport(viewport.top, viewport.bottom);
-    readAnew(*top);
-    publish();
-}
-
-void Navigation::back(std::uint64_t page) {
-    if (pages_.size() < 2 || !openToEvents(page)) return;
+void Navigation::back(std::uint64_t id) {
+    const OpenPage* page = pageOnTop(id);
+    if (!page || pages_.size() < 2 || page->controller->presentedViewController()) return;
     pages_.pop_back();
     appear(true);
 }
@@ -231,9 +205,7 @@ void Navigation::setContentSize(CGSize size) {
     OpenPage& top = pages_.back();
     if (!top.controller->view()) return;
     top.controller->view()->setFrame({{0, 0}, size});
-    if (!top.controller->hostsView()) return; // rows are laid out where they are drawn
-    readAnew(top);
-    publish();
+    if (top.controller->hostsView()) refresh(top); // rows are laid out where they are drawn
 }
 
 std::shared_ptr<PSListController> Navigation::topPage() const {
@@ -244,57 +216,69 @@ void Navigation::appear(bool animated) {
     OpenPage& top = pages_.back();
     PSListController& page = *top.controller;
     touches_.cancel();
-    if (top.snapshot) publishOpening(top.className, top.snapshot->title); // a view made anew may block for good too
+    if (top.snapshot) publish(Opening{top.className, top.snapshot->title}); // a view made anew may block for good too
     if (page.view()) page.view()->setFrame({{0, 0}, contentSize_});
     page.viewWillAppear(animated);
-    readAnew(top);
+    refresh(top);
     watchView(top);
-    publish();
 }
 
 /// Shows what changes by itself in a view, such as an icon that is drawn when its row is seen already.
 void Navigation::watchView(const OpenPage& page) {
     if (!page.controller->hostsView() || !page.controller->view()) return;
-    page.controller->view()->watchContents([self = std::weak_ptr(self_), id = page.id] {
-        if (const auto navigation = self.lock()) (*navigation)->viewChanged(id);
+    page.controller->view()->watchContents(whileOnTop(page.id, &Navigation::refresh));
+}
+
+/// Shows what a button has presented, and each change of it.
+void Navigation::watchComposer(OpenPage& page) {
+    const auto composer = composerOf(*page.controller);
+    if (!composer || (page.snapshot->composer && page.snapshot->composer->id == composer->id())) return;
+    composer->setObserver([watched = std::weak_ptr(composer), show = whileOnTop(page.id, &Navigation::showComposer)] {
+        if (const auto changed = watched.lock()) report(*changed);
+        show();
     });
+    showComposer(page);
 }
 
-void Navigation::viewChanged(std::uint64_t id) {
-    OpenPage* page = pageOnTop(id);
-    if (!page) return;
-    readAnew(*page);
-    publish();
+/// The rows keep the values that they have been shown with, as when one of them is edited.
+void Navigation::showComposer(OpenPage& page) {
+    amend(page, [&](PageSnapshot& shown) { addComposer(shown, *page.controller); });
 }
 
-void Navigation::readAnew(OpenPage& page) {
+/// Shows the change of a page, unless that is covered or gone by then.
+std::function<void()> Navigation::whileOnTop(std::uint64_t id, void (Navigation::*show)(OpenPage&)) {
+    return [watched = std::weak_ptr(self_), id, show] {
+        const auto self = watched.lock();
+        if (OpenPage* page = self ? (*self)->pageOnTop(id) : nullptr) ((*self)->*show)(*page);
+    };
+}
+
+/// Shows the page as it is now.
+void Navigation::refresh(OpenPage& page) {
     PageSnapshot shown = snapshotOf(*page.controller, page.className, page.id);
     addComposer(shown, *page.controller);
     page.snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
+    publish();
 }
 
-void Navigation::publishOpening(const std::string& className, const std::string& title) {
-    StackSnapshot stack;
+/// Shows the page as it was shown last, but for one thing.
+void Navigation::amend(OpenPage& page, const std::function<void(PageSnapshot&)>& change) {
+    PageSnapshot shown = *page.snapshot;
+    change(shown);
+    page.snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
+    publish();
+}
+
+/// A page that is only being made is not among them.
+void Navigation::publish(std::optional<Opening> opening) {
+    StackSnapshot stack{{}, std::move(opening)};
     for (const OpenPage& page : pages_)
         if (page.snapshot) stack.pages.push_back(page.snapshot);
-    stack.opening = Opening{className, title};
-    show_(std::move(stack));
-}
-
-void Navigation::publish() {
-    StackSnapshot stack;
-    for (const OpenPage& page : pages_)
-        stack.pages.push_back(page.snapshot);
     show_(std::move(stack));
 }
 
 Navigation::OpenPage* Navigation::pageOnTop(std::uint64_t id) {
     return !pages_.empty() && pages_.back().id == id ? &pages_.back() : nullptr;
-}
-
-Navigation::OpenPage* Navigation::openToEvents(std::uint64_t id) {
-    OpenPage* top = pageOnTop(id);
-    return top && !top->controller->presentedViewController() ? top : nullptr;
 }
 
 } // namespace settings

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/preferences/PSListController.h"
-#include "platform/ui/NSIndexPath.h"
-#include "platform/ui/UITouch.h"
-#include "settings/host/Snapshot.h"
+#include "platform/ui/UITableView.h"
+#include "settings/host/Event.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,8 +19,8 @@ namespace settings {
 ///     Navigation navigation([](StackSnapshot snapshot) { … });
 ///     navigation.open(NSClassFromString("LumoraPreferences"), "Lumora");
 ///
-/// Main thread only, and so is the call of `show`. Events name a page by its id and a row by its position; one that
-/// comes too late, for a page that is gone or covered, does nothing.
+/// Main thread only, and so is the call of `show`. Events name a page by its id; one that comes too late, for a page that
+/// is gone or covered, does nothing.
 class Navigation {
   public:
     using Show = std::function<void(StackSnapshot)>;
@@ -35,20 +35,8 @@ class Navigation {
     /// error.
     void run(const std::function<void(Navigation&)>& work);
 
-    /// A tap: opens what a link names (nothing where that class is not there), chooses an option, calls a button.
-    void rowTapped(std::uint64_t page, std::size_t row);
-    /// A switch, slider or field has a new value from the user's hand: stores it, then reads the row anew.
-    void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value);
-    /// A row of the page's table was dropped, in its own place or in another.
-    void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to);
-    /// A row of the page's table was tapped.
-    void tableRowTapped(std::uint64_t page, platform::NSIndexPath path);
-    /// Fingers, or the mouse, on the view that the page hosts; all that comes at one time together.
-    void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points);
-    /// The page's table shows another part of itself: makes the cells for it.
-    void tableScrolled(std::uint64_t page, const TableViewport& viewport);
-    /// The user did something with the message that is composed over the page, with the text as it has been edited.
-    void composed(std::uint64_t page, std::uint64_t composer, ComposerAction action, const platform::MailText& text);
+    /// Does what the event means to the page, and shows what has come of it.
+    void handle(std::uint64_t page, const Event& event);
     /// Back from a page to the one before; does nothing on the first page.
     void back(std::uint64_t page);
     /// The content area has a new size. The page's view fills it always; what is in that view follows by its resizing
@@ -67,16 +55,22 @@ class Navigation {
     };
 
     bool open(platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row);
+    void take(OpenPage& page, const RowTapped& tap);
+    void take(OpenPage& page, const ValueChanged& change);
+    void take(OpenPage& page, const RowMoved& move);
+    void take(OpenPage& page, const TableRowTapped& tap);
+    void take(OpenPage& page, const TableScrolled& scroll);
+    void take(OpenPage& page, const Touched& touch);
+    void take(OpenPage& page, const Composed& composed);
+    void changeTable(OpenPage& page, const std::function<void(platform::UITableView&)>& change);
     void appear(bool animated);
-    void publish();
-    void publishOpening(const std::string& className, const std::string& title);
-    void readAnew(OpenPage& page);
     void watchView(const OpenPage& page);
-    void viewChanged(std::uint64_t page);
     void watchComposer(OpenPage& page);
-    void composerChanged(std::uint64_t page);
-    /// The page on top, unless it has presented something over itself: what is behind that hears nothing, whoever asks.
-    OpenPage* openToEvents(std::uint64_t id);
+    void showComposer(OpenPage& page);
+    [[nodiscard]] std::function<void()> whileOnTop(std::uint64_t id, void (Navigation::*show)(OpenPage&));
+    void refresh(OpenPage& page);
+    void amend(OpenPage& page, const std::function<void(PageSnapshot&)>& change);
+    void publish(std::optional<Opening> opening = {});
     OpenPage* pageOnTop(std::uint64_t id);
 
     Show show_;

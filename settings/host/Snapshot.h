@@ -120,6 +120,7 @@ struct TableViewport {
     double top = 0;
     double bottom = 0;
     std::vector<Heights> sections;
+    friend bool operator==(const TableViewport&, const TableViewport&) = default;
 };
 
 /// Something on a page that the keyboard and assistive tools reach by what a touch would do.
@@ -140,9 +141,6 @@ struct ComposerSnapshot {
     bool working = false; ///< being sent or kept
     std::string problem;  ///< why the last try did not end it, empty for none
 };
-
-/// What the user does with a message.
-enum class ComposerAction : unsigned char { send, save, cancel, leave };
 
 struct PageSnapshot {
     std::uint64_t id = 0; ///< tells pages apart, never used twice in a process

@@ -7,8 +7,8 @@
 
 namespace settings {
 
-ComposerModel::ComposerModel(Events& events, std::uint64_t page, Snapshot composer, QObject* parent)
-    : QObject(parent), events_(events), page_(page), composer_(std::move(composer)) {
+ComposerModel::ComposerModel(SendEvent send, Snapshot composer, QObject* parent)
+    : QObject(parent), send_(std::move(send)), composer_(std::move(composer)) {
 }
 
 QVariantList ComposerModel::attachments() const {
@@ -47,7 +47,7 @@ void ComposerModel::leave(const QString& to, const QString& subject, const QStri
 }
 
 void ComposerModel::act(ComposerAction action, const QString& to, const QString& subject, const QString& body) {
-    events_.composed(page_, composer_->id, action, {to.toStdString(), subject.toStdString(), body.toStdString()});
+    send_(Composed{composer_->id, action, {to.toStdString(), subject.toStdString(), body.toStdString()}}, {});
 }
 
 } // namespace settings

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/model/Events.h"
+#include "settings/host/Event.h"
 
 #include <QObject>
 #include <QString>
@@ -28,7 +28,7 @@ class ComposerModel : public QObject {
 
   public:
     using Snapshot = std::shared_ptr<const ComposerSnapshot>;
-    ComposerModel(Events& events, std::uint64_t page, Snapshot composer, QObject* parent);
+    ComposerModel(SendEvent send, Snapshot composer, QObject* parent);
 
     [[nodiscard]] std::uint64_t id() const { return composer_->id; }
     [[nodiscard]] QString to() const { return QString::fromStdString(composer_->text.to); }
@@ -51,8 +51,7 @@ class ComposerModel : public QObject {
 
   private:
     void act(ComposerAction action, const QString& to, const QString& subject, const QString& body);
-    Events& events_;
-    std::uint64_t page_;
+    SendEvent send_;
     Snapshot composer_;
 };
 

@@ -48,8 +48,8 @@ void AxisModel::set(double value) {
     if (value != this->value()) element_.setValue(index_, value);
 }
 
-ElementModel::ElementModel(Events& events, std::uint64_t page, ElementSnapshot element, QObject* parent)
-    : QObject(parent), events_(events), page_(page), element_(std::move(element)) {
+ElementModel::ElementModel(SendEvent send, ElementSnapshot element, QObject* parent)
+    : QObject(parent), send_(std::move(send)), element_(std::move(element)) {
     for (std::size_t i = 0; i < element_.axes.size(); ++i)
         axes_.push_back(new AxisModel(*this, i));
     settle();
@@ -128,8 +128,8 @@ void ElementModel::touch(QPointF mark) {
     const CGPoint point{origin.x + std::clamp(mark.x(), 0.0, lastPlace(size.width)) * size.width,
                         origin.y + std::clamp(mark.y(), 0.0, lastPlace(size.height)) * size.height};
     ++underWay_;
-    events_.touched(page_, {{kFinger, UITouchPhase::began, point}}, {});
-    events_.touched(page_, {{kFinger, UITouchPhase::ended, point}}, [self = QPointer(this)] {
+    send_(Touched{{{kFinger, UITouchPhase::began, point}}}, {});
+    send_(Touched{{{kFinger, UITouchPhase::ended, point}}}, [self = QPointer(this)] {
         if (self && --self->underWay_ == 0) self->settle();
     });
 }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "settings/host/Event.h"
 #include "settings/host/Snapshot.h"
 #include "settings/model/AxisModel.h"
-#include "settings/model/Events.h"
 
 #include <QList>
 #include <QObject>
@@ -31,7 +31,7 @@ class ElementModel : public QObject {
     Q_PROPERTY(QQmlListProperty<settings::AxisModel> axes READ listedAxes CONSTANT)
 
   public:
-    ElementModel(Events& events, std::uint64_t page, ElementSnapshot element, QObject* parent);
+    ElementModel(SendEvent send, ElementSnapshot element, QObject* parent);
 
     [[nodiscard]] QRectF frame() const;
     [[nodiscard]] QString label() const { return QString::fromStdString(element_.label); }
@@ -61,8 +61,7 @@ class ElementModel : public QObject {
     void touch(QPointF mark);
     QQmlListProperty<AxisModel> listedAxes() { return {this, &axes_}; }
 
-    Events& events_;
-    std::uint64_t page_;
+    SendEvent send_;
     ElementSnapshot element_;
     QList<AxisModel*> axes_;
     QPointF mark_;     ///< in parts of the frame's sides

@@ -25,8 +25,8 @@ std::vector<ElementSnapshot> inReadingOrder(std::vector<ElementSnapshot> element
 
 } // namespace
 
-PageModel::PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent)
-    : QObject(parent), events_(events), page_(std::move(page)) {
+PageModel::PageModel(SendEvent send, std::shared_ptr<const PageSnapshot> page, QObject* parent)
+    : QObject(parent), send_(std::move(send)), page_(std::move(page)) {
     makeGroups();
     readParts();
 }
@@ -50,10 +50,10 @@ void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
 }
 
 void PageModel::readParts() {
-    readPart(table_, page_->table, &PageModel::tableChanged, events_, page_->id);
+    readPart(table_, page_->table, &PageModel::tableChanged, send_);
     readPart(text_, page_->text, &PageModel::textChanged);
     readElements();
-    readPart(composer_, page_->composer, &PageModel::composerChanged, events_, page_->id);
+    readPart(composer_, page_->composer, &PageModel::composerChanged, send_);
 }
 
 /// What a page has one of, or none. Its model lives on for as long as it is the same one.
@@ -79,14 +79,14 @@ void PageModel::readElements() {
     }
     const QList<ElementModel*> former = std::exchange(elements_, {});
     for (const ElementSnapshot& element : elements)
-        elements_.push_back(new ElementModel(events_, page_->id, element, this));
+        elements_.push_back(new ElementModel(send_, element, this));
     emit elementsChanged();
     for (ElementModel* old : former)
         old->deleteLater();
 }
 
 void PageModel::touch(const std::vector<platform::UITouchRouter::Point>& points) {
-    events_.touched(page_->id, points, {});
+    send_(Touched{points}, {});
 }
 
 bool PageModel::hasSameRows(const PageSnapshot& page) const {
@@ -106,7 +106,7 @@ void PageModel::makeGroups() {
             group = makeGroup(begins ? &row : nullptr);
             around = {group->header, group->footer, {}};
         }
-        rows_.push_back(new RowModel(events_, page_->id, i, row, around, group));
+        rows_.push_back(new RowModel(send_, i, row, around, group));
         if (row.cell == platform::PSStaticTextCell) around.textAbove = QString::fromStdString(row.name);
         if (!begins) group->rows.push_back(rows_.back());
     }

@@ -57,7 +57,7 @@ class PageModel : public QObject {
     Q_PROPERTY(QQmlListProperty<settings::GroupModel> groups READ drawnGroups NOTIFY groupsChanged)
 
   public:
-    PageModel(Events& events, std::shared_ptr<const PageSnapshot> page, QObject* parent);
+    PageModel(SendEvent send, std::shared_ptr<const PageSnapshot> page, QObject* parent);
 
     [[nodiscard]] QString title() const;
     [[nodiscard]] bool hostsView() const { return page_->hostsView; }
@@ -100,7 +100,7 @@ class PageModel : public QObject {
     void readElements();
     GroupModel* makeGroup(const RowSnapshot* groupRow);
 
-    Events& events_;
+    SendEvent send_;
     std::shared_ptr<const PageSnapshot> page_;
     TableModel* table_ = nullptr;
     TextModel* text_ = nullptr;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace settings {
 
@@ -38,10 +39,9 @@ QString nameFor(const RowSnapshot& row, const RowModel::Surroundings& around) {
 
 } // namespace
 
-RowModel::RowModel(Events& events, std::uint64_t page, std::size_t position, const RowSnapshot& row,
-                   const Surroundings& around, QObject* parent)
-    : QObject(parent), events_(events), page_(page), position_(position), row_(row),
-      accessibleName_(nameFor(row, around)),
+RowModel::RowModel(SendEvent send, std::size_t position, const RowSnapshot& row, const Surroundings& around,
+                   QObject* parent)
+    : QObject(parent), send_(std::move(send)), position_(position), row_(row), accessibleName_(nameFor(row, around)),
       accessibleDescription_(around.footer.isEmpty() ? around.header : around.footer) {
     if (accessibleDescription_ == accessibleName_) accessibleDescription_.clear();
 }
@@ -93,7 +93,7 @@ void RowModel::read(const RowSnapshot& row) {
 }
 
 void RowModel::tap() {
-    events_.rowTapped(page_, position_);
+    send_(RowTapped{position_}, {});
 }
 
 void RowModel::toggle(bool on) {
@@ -118,7 +118,7 @@ QString RowModel::shown(double number) const {
 
 void RowModel::change(const Value& value) {
     ++changesUnderWay_;
-    events_.valueChanged(page_, position_, value, [self = QPointer(this)] {
+    send_(ValueChanged{position_, value}, [self = QPointer(this)] {
         RowModel* const row = self.data();
         if (row && --row->changesUnderWay_ == 0) emit row->valueRead();
     });

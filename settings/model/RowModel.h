@@ -1,7 +1,7 @@
 #pragma once
 
+#include "settings/host/Event.h"
 #include "settings/host/Snapshot.h"
-#include "settings/model/Events.h"
 
 #include <QObject>
 #include <QString>
@@ -45,8 +45,7 @@ class RowModel : public QObject {
         QString textAbove; ///< of the nearest static text before it in its group
     };
 
-    RowModel(Events& events, std::uint64_t page, std::size_t position, const RowSnapshot& row,
-             const Surroundings& around, QObject* parent);
+    RowModel(SendEvent send, std::size_t position, const RowSnapshot& row, const Surroundings& around, QObject* parent);
 
     [[nodiscard]] int cell() const { return row_.cell; }
     [[nodiscard]] QString title() const;
@@ -87,8 +86,7 @@ class RowModel : public QObject {
   private:
     void change(const platform::Value& value);
 
-    Events& events_;
-    std::uint64_t page_;
+    SendEvent send_;
     std::size_t position_;
     RowSnapshot row_;
     QString accessibleName_;

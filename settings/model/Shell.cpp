@@ -155,36 +155,11 @@ void Shell::pretendComposing(std::shared_ptr<const ComposerSnapshot> composer) {
     pages_.back()->read(std::make_shared<const PageSnapshot>(std::move(page)));
 }
 
-void Shell::rowTapped(std::uint64_t page, std::size_t row) {
-    post([page, row](Navigation& navigation) { navigation.rowTapped(page, row); });
-}
-
-void Shell::valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value,
-                         std::function<void()> taken) {
-    post([page, row, value](Navigation& navigation) { navigation.valueChanged(page, row, value); }, std::move(taken));
-}
-
-void Shell::rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
-                     std::function<void()> taken) {
-    post([page, from, to](Navigation& navigation) { navigation.rowMoved(page, from, to); }, std::move(taken));
-}
-
-void Shell::tableRowTapped(std::uint64_t page, platform::NSIndexPath path, std::function<void()> taken) {
-    post([page, path](Navigation& navigation) { navigation.tableRowTapped(page, path); }, std::move(taken));
-}
-
-void Shell::touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
-                    std::function<void()> taken) {
-    post([page, points](Navigation& navigation) { navigation.touched(page, points); }, std::move(taken));
-}
-
-void Shell::tableScrolled(std::uint64_t page, const TableViewport& viewport) {
-    post([page, viewport](Navigation& navigation) { navigation.tableScrolled(page, viewport); });
-}
-
-void Shell::composed(std::uint64_t page, std::uint64_t composer, ComposerAction action,
-                     const platform::MailText& text) {
-    post([page, composer, action, text](Navigation& navigation) { navigation.composed(page, composer, action, text); });
+SendEvent Shell::sendTo(std::uint64_t page) {
+    return [this, page](Event event, std::function<void()> taken) {
+        post([page, event = std::move(event)](Navigation& navigation) { navigation.handle(page, event); },
+             std::move(taken));
+    };
 }
 
 void Shell::take(const StackSnapshot& stack) {
@@ -199,7 +174,7 @@ void Shell::take(const StackSnapshot& stack) {
     for (std::size_t i = 0; i < common; ++i)
         pages_[i]->read(stack.pages[i]);
     for (std::size_t i = common; i < stack.pages.size(); ++i) {
-        pages_.push_back(new PageModel(*this, stack.pages[i], this));
+        pages_.push_back(new PageModel(sendTo(stack.pages[i]->id), stack.pages[i], this));
         emit pagePushed(pages_.back());
     }
     opening_ = stack.opening;

@@ -2,7 +2,6 @@
 
 #include "settings/app/Options.h"
 #include "settings/host/Host.h"
-#include "settings/model/Events.h"
 #include "settings/model/PageModel.h"
 
 #include <QElapsedTimer>
@@ -20,7 +19,7 @@ namespace settings {
 
 /// What stands between the drawn window and the main thread: takes its snapshots, posts the user's events to it, and
 /// knows when it is busy. Never waits for it. GUI thread.
-class Shell : public QObject, private Events {
+class Shell : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The application makes the one shell")
@@ -91,17 +90,7 @@ class Shell : public QObject, private Events {
   private:
     enum class Patience : unsigned char { fresh, waiting, over };
 
-    void rowTapped(std::uint64_t page, std::size_t row) override;
-    void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value,
-                      std::function<void()> taken) override;
-    void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
-                  std::function<void()> taken) override;
-    void tableRowTapped(std::uint64_t page, platform::NSIndexPath path, std::function<void()> taken) override;
-    void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
-                 std::function<void()> taken) override;
-    void tableScrolled(std::uint64_t page, const TableViewport& viewport) override;
-    void composed(std::uint64_t page, std::uint64_t composer, ComposerAction action,
-                  const platform::MailText& text) override;
+    SendEvent sendTo(std::uint64_t page);
     void take(const StackSnapshot& stack);
     [[nodiscard]] bool isComposing() const { return topPage() && topPage()->composer; }
     void setBusy(int change);

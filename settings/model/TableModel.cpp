@@ -47,8 +47,8 @@ void putIn(SectionSnapshot& section, int row, const CellSnapshot& cell) {
 
 } // namespace
 
-TableModel::TableModel(Events& events, std::uint64_t page, std::shared_ptr<const TableSnapshot> table, QObject* parent)
-    : QObject(parent), events_(events), page_(page), latest_(std::move(table)), height_(latest_->frame.size.height) {
+TableModel::TableModel(SendEvent send, std::shared_ptr<const TableSnapshot> table, QObject* parent)
+    : QObject(parent), send_(std::move(send)), latest_(std::move(table)), height_(latest_->frame.size.height) {
     take();
 }
 
@@ -211,7 +211,7 @@ void TableModel::tap(int place) {
     setCurrent(place);
     tapsUnderWay_.push_back(layout_.pathOf(place));
     emit selectedChanged();
-    events_.tableRowTapped(page_, tapsUnderWay_.back(), [self = QPointer(this)] {
+    send_(TableRowTapped{tapsUnderWay_.back()}, [self = QPointer(this)] {
         TableModel* const table = self.data();
         if (!table) return;
         table->tapsUnderWay_.pop_front();
@@ -302,7 +302,7 @@ void TableModel::move(NSIndexPath from, NSIndexPath to) {
     movesUnderWay_.push_back({from, to, row ? row->cell : CellSnapshot{}});
     apply(movesUnderWay_.back());
     current_ = to;
-    events_.rowMoved(page_, from, to, [self = QPointer(this)] {
+    send_(RowMoved{from, to}, [self = QPointer(this)] {
         TableModel* const table = self.data();
         if (!table) return;
         table->movesUnderWay_.pop_front();
@@ -326,7 +326,7 @@ void TableModel::report() {
     if (inView_ == reportedRows_ && heights == reportedHeights_) return;
     reportedRows_ = inView_;
     reportedHeights_ = heights;
-    events_.tableScrolled(page_, {top_ - margin(), top_ + height_ + margin(), std::move(heights)});
+    send_(TableScrolled{{top_ - margin(), top_ + height_ + margin(), std::move(heights)}}, {});
 }
 
 } // namespace settings

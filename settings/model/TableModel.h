@@ -1,7 +1,7 @@
 #pragma once
 
+#include "settings/host/Event.h"
 #include "settings/host/Snapshot.h"
-#include "settings/model/Events.h"
 #include "settings/model/SectionModel.h"
 #include "settings/model/TableLayout.h"
 
@@ -41,7 +41,7 @@ class TableModel : public QObject {
     Q_PROPERTY(int lifted READ lifted NOTIFY liftedChanged)
 
   public:
-    TableModel(Events& events, std::uint64_t page, std::shared_ptr<const TableSnapshot> table, QObject* parent);
+    TableModel(SendEvent send, std::shared_ptr<const TableSnapshot> table, QObject* parent);
 
     [[nodiscard]] QRectF frame() const;
     [[nodiscard]] double contentHeight() const { return arrangement().height(); }
@@ -123,8 +123,7 @@ class TableModel : public QObject {
     void reportSoon();
     void report();
 
-    Events& events_;
-    std::uint64_t page_;
+    SendEvent send_;
     std::shared_ptr<const TableSnapshot> latest_;
     TableSnapshot shown_; ///< the latest one when it was taken up, and every move since
     TableLayout layout_;  ///< of what is shown, without regard to a lifted row

@@ -265,7 +265,7 @@ bool dragColors(const tests::SoakedTweak& tweak, Application& application, long 
             for (long number = begin; number < end; ++number) {
                 sent += Finger::phase(number) == UITouchPhase::ended ? 0 : 1; // where it was already
                 application.post([point = finger.at(number)](Navigation& navigation, const PageSnapshot& page) {
-                    navigation.touched(page.id, {point});
+                    navigation.handle(page.id, Touched{{point}});
                 });
             }
             application.catchUp();

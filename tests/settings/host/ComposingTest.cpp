@@ -71,7 +71,7 @@ class ComposingTest : public ::testing::Test {
             MailPage::values.clear();
         });
         perform([](Navigation& navigation) { navigation.open(NSClassFromString("MailPage"), "Mail"); });
-        perform([this](Navigation& navigation) { navigation.rowTapped(top().id, 0); });
+        perform([this](Navigation& navigation) { navigation.handle(top().id, RowTapped{0}); });
     }
     /// Waits until the main thread has done it.
     void perform(const std::function<void(Navigation&)>& work) {
@@ -83,7 +83,7 @@ class ComposingTest : public ::testing::Test {
         awaited(done.get_future(), "the turn of the main thread");
     }
     void act(ComposerAction action, const MailText& text = {"a@b.example", "Edited", "Text"}) {
-        perform([&](Navigation& navigation) { navigation.composed(top().id, composer()->id, action, text); });
+        perform([&](Navigation& navigation) { navigation.handle(top().id, Composed{composer()->id, action, text}); });
     }
     PageSnapshot top() {
         const std::lock_guard lock(mutex);
@@ -137,7 +137,7 @@ TEST_F(ComposingTest, ShowsNothingAnyMoreWhenItIsCancelled) {
 TEST_F(ComposingTest, GoesOnShowingItWhenThePageIsReadAnew) {
     const auto id = composer()->id;
     perform([](Navigation& navigation) { navigation.setContentSize({500, 500}); });
-    perform([this](Navigation& navigation) { navigation.rowTapped(top().id, 0); });
+    perform([this](Navigation& navigation) { navigation.handle(top().id, RowTapped{0}); });
     ASSERT_NE(composer(), nullptr);
     EXPECT_EQ(composer()->id, id) << "one message at a time";
 }
@@ -145,7 +145,7 @@ TEST_F(ComposingTest, GoesOnShowingItWhenThePageIsReadAnew) {
 TEST_F(ComposingTest, ThePageBehindHearsNothing) {
     perform([this](Navigation& navigation) {
         navigation.open(NSClassFromString("MailPage"), "Another");
-        navigation.rowTapped(top().id, 0);
+        navigation.handle(top().id, RowTapped{0});
     });
     perform([this](Navigation& navigation) { navigation.back(top().id); });
     EXPECT_EQ(top().title, "Another");
@@ -156,8 +156,8 @@ TEST_F(ComposingTest, ThePageBehindHearsNothing) {
 
 TEST_F(ComposingTest, ThePageBehindTakesOnlyWhatWasTypedBefore) {
     perform([this](Navigation& navigation) {
-        navigation.valueChanged(top().id, 2, true);
-        navigation.valueChanged(top().id, 1, "typed");
+        navigation.handle(top().id, ValueChanged{2, true});
+        navigation.handle(top().id, ValueChanged{1, "typed"});
     });
     EXPECT_THAT(MailPage::values, ElementsAre(Value("typed")));
     EXPECT_NE(composer(), nullptr);
@@ -211,8 +211,8 @@ TEST_F(ComposingTest, SaysNothingOfWhatTheSheetShows) {
 TEST_F(ComposingTest, KeepsAMessageThatIsRefusedAfterItsUserHasLeft) {
     testing::internal::CaptureStderr();
     host.post([page = top().id, id = composer()->id](Navigation& navigation) {
-        navigation.composed(page, id, ComposerAction::send, {"bob", "Edited", "Text"});
-        navigation.composed(page, id, ComposerAction::leave, {"bob", "Edited", "Text"});
+        navigation.handle(page, Composed{id, ComposerAction::send, {"bob", "Edited", "Text"}});
+        navigation.handle(page, Composed{id, ComposerAction::leave, {"bob", "Edited", "Text"}});
     });
     host.finish(kLongEnough);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("kept as a draft"));
@@ -233,9 +233,9 @@ TEST_F(ComposingTest, IgnoresWhatIsDoneToAMessageThatIsGone) {
     const auto page = top().id;
     const auto id = composer()->id;
     act(ComposerAction::cancel);
-    perform([&](Navigation& navigation) { navigation.composed(page, id, ComposerAction::cancel, {}); });
-    perform([this](Navigation& navigation) { navigation.rowTapped(top().id, 0); });
-    perform([&](Navigation& navigation) { navigation.composed(page, id, ComposerAction::cancel, {}); });
+    perform([&](Navigation& navigation) { navigation.handle(page, Composed{id, ComposerAction::cancel, {}}); });
+    perform([this](Navigation& navigation) { navigation.handle(top().id, RowTapped{0}); });
+    perform([&](Navigation& navigation) { navigation.handle(page, Composed{id, ComposerAction::cancel, {}}); });
     EXPECT_NE(composer(), nullptr) << "another one";
     EXPECT_THAT(results(), SizeIs(1));
 }
@@ -243,7 +243,7 @@ TEST_F(ComposingTest, IgnoresWhatIsDoneToAMessageThatIsGone) {
 TEST_F(ComposingTest, FinishesADraftAndSaysWhereItIsBeforeTheProgramLeaves) {
     testing::internal::CaptureStderr();
     host.post([page = top().id, id = composer()->id](Navigation& navigation) {
-        navigation.composed(page, id, ComposerAction::save, {"a@b.example", "Edited", "Text"});
+        navigation.handle(page, Composed{id, ComposerAction::save, {"a@b.example", "Edited", "Text"}});
     });
     host.finish(kLongEnough);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("kept as a draft"));

@@ -27,7 +27,7 @@ class NavigationTest : public ::testing::Test {
     const PageSnapshot& top() const { return *shown.back().pages.back(); }
     std::size_t depth() const { return shown.back().pages.size(); }
     void openRoot() { ASSERT_TRUE(navigation.open(NSClassFromString("RowsPage"), "Root")); }
-    void tap(RowsPage::Row row) { navigation.rowTapped(top().id, row); }
+    void tap(RowsPage::Row row) { navigation.handle(top().id, RowTapped{row}); }
 
     std::vector<StackSnapshot> shown;
     Navigation navigation{[this](StackSnapshot stack) { shown.push_back(std::move(stack)); }};
@@ -82,7 +82,7 @@ TEST_F(NavigationTest, ReadsTheRowsAnewWhenAPageIsBack) {
     RowsPage::values = {{"options", 5}};
     openRoot();
     tap(RowsPage::Options);
-    navigation.rowTapped(top().id, 3);
+    navigation.handle(top().id, RowTapped{3});
     navigation.back(top().id);
     EXPECT_EQ(top().rows[RowsPage::Options].valueTitle, "–");
 }
@@ -192,7 +192,7 @@ TEST_F(NavigationTest, MarksTheStoredOptionAndMovesTheMarkToTheChosenOne) {
     EXPECT_EQ(top().className, "PSListItemsController");
     ASSERT_EQ(top().rows.size(), 4u);
     EXPECT_TRUE(top().rows[1].marked);
-    navigation.rowTapped(top().id, 3);
+    navigation.handle(top().id, RowTapped{3});
     EXPECT_THAT(RowsPage::changes, ElementsAre(Pair("options", Value(3600))));
     EXPECT_FALSE(top().rows[1].marked);
     EXPECT_TRUE(top().rows[3].marked);
@@ -201,7 +201,7 @@ TEST_F(NavigationTest, MarksTheStoredOptionAndMovesTheMarkToTheChosenOne) {
 
 TEST_F(NavigationTest, StoresAnEditedValueOnceAndReadsTheRowAnew) {
     openRoot();
-    navigation.valueChanged(top().id, RowsPage::Switch, true);
+    navigation.handle(top().id, ValueChanged{RowsPage::Switch, true});
     EXPECT_THAT(RowsPage::changes, ElementsAre(Pair("switch", Value(true))));
     EXPECT_EQ(top().rows[RowsPage::Switch].value, Value(true));
 }
@@ -210,15 +210,15 @@ TEST_F(NavigationTest, LeavesOtherRowsAsTheyWereReadWhenOneIsEdited) {
     RowsPage::values = {{"slider", 1.0}};
     openRoot();
     RowsPage::values["slider"] = 2.0; // as by a late reply
-    navigation.valueChanged(top().id, RowsPage::Switch, true);
+    navigation.handle(top().id, ValueChanged{RowsPage::Switch, true});
     EXPECT_EQ(top().rows[RowsPage::Slider].value, Value(1.0));
 }
 
 TEST_F(NavigationTest, EditsOnlyRowsThatCanBeEdited) {
     openRoot();
     for (const auto row : {RowsPage::Group, RowsPage::Options, RowsPage::Button, RowsPage::Text})
-        navigation.valueChanged(top().id, row, true);
-    navigation.valueChanged(top().id, 1000, true);
+        navigation.handle(top().id, ValueChanged{row, true});
+    navigation.handle(top().id, ValueChanged{1000, true});
     EXPECT_TRUE(RowsPage::changes.empty());
 }
 
@@ -234,13 +234,13 @@ TEST_F(NavigationTest, IgnoresEventsForPagesThatAreGoneOrCovered) {
     const auto root = top().id;
     tap(RowsPage::Options);
     const auto options = top().id;
-    navigation.valueChanged(root, RowsPage::Switch, true);
-    navigation.rowTapped(root, RowsPage::Button);
+    navigation.handle(root, ValueChanged{RowsPage::Switch, true});
+    navigation.handle(root, RowTapped{RowsPage::Button});
     navigation.back(root);
     EXPECT_EQ(depth(), 2u);
     navigation.back(options);
     navigation.back(options);
-    navigation.rowTapped(options, 2);
+    navigation.handle(options, RowTapped{2});
     EXPECT_EQ(depth(), 1u);
     EXPECT_TRUE(RowsPage::changes.empty());
     EXPECT_EQ(RowsPage::buttonTaps, 0);
@@ -328,7 +328,7 @@ struct TableNavigationTest : NavigationTest {
         ASSERT_TRUE(navigation.open(NSClassFromString("TablePage"), "Plugins"));
     }
     void scroll(double upper, double lower) {
-        navigation.tableScrolled(top().id, {upper, lower, {{50, 20}, {50, 20}}});
+        navigation.handle(top().id, TableScrolled{{upper, lower, {{50, 20}, {50, 20}}}});
     }
     [[nodiscard]] const TableSnapshot& table() const { return *top().table; }
 };
@@ -360,7 +360,7 @@ TEST_F(TableNavigationTest, TakesUpTheHeightsThatHeadersAndFootersWereDrawnWith)
     scroll(0, 10000);
     EXPECT_EQ(table().sections[0].headerHeight, 50);
     EXPECT_EQ(table().sections[1].footerHeight, 20);
-    navigation.tableScrolled(top().id, {0, 10, {{50, 20}, {50, 20}, {7, 7}}}); // a section that does not exist
+    navigation.handle(top().id, TableScrolled{{0, 10, {{50, 20}, {50, 20}, {7, 7}}}}); // a section that does not exist
     EXPECT_EQ(table().sections.size(), 2U);
 }
 
@@ -372,7 +372,7 @@ TEST_F(TableNavigationTest, MakesAllCellsWhenThereIsNoEndToTheView) {
 TEST_F(TableNavigationTest, BeginsAtTheTopOfAnotherTableWhenThePageAppearsAgain) {
     scroll(130, 210);
     const std::uint64_t before = table().id;
-    navigation.rowMoved(top().id, {0, 0}, {0, 1});
+    navigation.handle(top().id, RowMoved{{0, 0}, {0, 1}});
     EXPECT_EQ(table().id, before);
     ASSERT_TRUE(navigation.open(NSClassFromString("TablePage"), "Above"));
     navigation.back(top().id);
@@ -390,7 +390,7 @@ TEST_F(TableNavigationTest, IsNotShrunkByAWindowThatHasNoSizeYet) {
 
 TEST_F(TableNavigationTest, MovesARowAndShowsTheTableAfterwards) {
     scroll(0, 10000);
-    navigation.rowMoved(top().id, {0, 0}, {1, 1});
+    navigation.handle(top().id, RowMoved{{0, 0}, {1, 1}});
     EXPECT_EQ(table().sections[0].rowCount, 9);
     ASSERT_EQ(table().sections[1].cells.size(), 2U);
     EXPECT_EQ(table().sections[1].cells[1].identifier, "a");
@@ -400,8 +400,8 @@ TEST_F(TableNavigationTest, TellsOfAMoveThatCannotBeByTheSameTable) {
     TableView::sections[0][0] = "fixed";
     const auto before = TableView::sections;
     const std::size_t shownBefore = shown.size();
-    navigation.rowMoved(top().id, {0, 0}, {0, 3});
-    navigation.rowMoved(top().id, {0, 99}, {0, 3});
+    navigation.handle(top().id, RowMoved{{0, 0}, {0, 3}});
+    navigation.handle(top().id, RowMoved{{0, 99}, {0, 3}});
     EXPECT_EQ(TableView::sections, before);
     EXPECT_EQ(shown.size(), shownBefore + 2) << "whoever drew the move is told how it stands";
 }
@@ -410,10 +410,10 @@ TEST_F(TableNavigationTest, IgnoresTableEventsOfOtherPages) {
     const std::uint64_t id = top().id;
     ASSERT_TRUE(navigation.open(NSClassFromString("RowsPage"), "Above"));
     const std::size_t shownBefore = shown.size();
-    navigation.rowMoved(id, {0, 0}, {0, 1});
-    navigation.tableScrolled(id, {0, 10, {}});
-    navigation.rowMoved(top().id, {0, 0}, {0, 1}); // a page without a table
-    navigation.tableScrolled(top().id, {0, 10, {}});
+    navigation.handle(id, RowMoved{{0, 0}, {0, 1}});
+    navigation.handle(id, TableScrolled{{0, 10, {}}});
+    navigation.handle(top().id, RowMoved{{0, 0}, {0, 1}}); // a page without a table
+    navigation.handle(top().id, TableScrolled{{0, 10, {}}});
     EXPECT_EQ(shown.size(), shownBefore);
     EXPECT_EQ(TableView::sections[0][0], "a");
 }
@@ -424,7 +424,7 @@ struct FieldNavigationTest : NavigationTest {
         FieldView::reset();
         ASSERT_TRUE(navigation.open(NSClassFromString("FieldPage"), "Color"));
     }
-    void touch(std::vector<UITouchRouter::Point> points) { navigation.touched(top().id, points); }
+    void touch(std::vector<UITouchRouter::Point> points) { navigation.handle(top().id, Touched{points}); }
     [[nodiscard]] const ViewSnapshot& field() const { return top().view->subviews.at(0); }
 };
 
@@ -522,8 +522,8 @@ TEST_F(FieldNavigationTest, CancelsTheTouchesOfAPageThatIsCovered) {
     FieldView::touches.clear();
     openRoot();
     EXPECT_THAT(FieldView::touches, ElementsAre("cancelled", "cancelled"));
-    navigation.touched(id, {{0, UITouchPhase::moved, {131, 100}}});
-    navigation.touched(top().id, {{0, UITouchPhase::began, {131, 100}}}); // a page of rows
+    navigation.handle(id, Touched{{{0, UITouchPhase::moved, {131, 100}}}});
+    navigation.handle(top().id, Touched{{{0, UITouchPhase::began, {131, 100}}}}); // a page of rows
     EXPECT_EQ(FieldView::touches.size(), 2U);
 }
 
@@ -535,7 +535,7 @@ TEST_F(FieldNavigationTest, ForgetsTheTouchesOfAPageThatIsGone) {
     FieldView::touches.clear();
     navigation.back(id);
     const std::size_t shownBefore = shown.size();
-    navigation.touched(id, {{0, UITouchPhase::ended, {130, 100}}});
+    navigation.handle(id, Touched{{{0, UITouchPhase::ended, {130, 100}}}});
     EXPECT_TRUE(FieldView::touches.empty());
     EXPECT_EQ(shown.size(), shownBefore);
 }
@@ -571,7 +571,7 @@ TEST_F(ChoiceNavigationTest, TellsWhereATableIsToBeScrolledWithTheCellsThere) {
 TEST_F(ChoiceNavigationTest, MarksTheTappedRow) {
     EXPECT_TRUE(table().selectable);
     EXPECT_FALSE(cell(52).marked);
-    navigation.tableRowTapped(top().id, {0, 52});
+    navigation.handle(top().id, TableRowTapped{{0, 52}});
     EXPECT_TRUE(cell(52).marked);
     EXPECT_FALSE(cell(51).marked);
 }
@@ -579,9 +579,9 @@ TEST_F(ChoiceNavigationTest, MarksTheTappedRow) {
 TEST_F(ChoiceNavigationTest, TellsWhichRowIsSelectedAndHowTheLastOneCeasedToBe) {
     EXPECT_EQ(table().selected, std::nullopt);
     EXPECT_FALSE(table().deselectsAnimated);
-    navigation.tableRowTapped(top().id, {0, 52});
+    navigation.handle(top().id, TableRowTapped{{0, 52}});
     EXPECT_EQ(table().selected, (NSIndexPath{0, 52}));
-    navigation.tableRowTapped(top().id, {0, 53}); // which the page deselects at once
+    navigation.handle(top().id, TableRowTapped{{0, 53}}); // which the page deselects at once
     EXPECT_EQ(table().selected, std::nullopt);
     EXPECT_TRUE(table().deselectsAnimated);
 }

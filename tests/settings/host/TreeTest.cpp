@@ -55,7 +55,7 @@ class TreeTest : public testing::Test {
             const std::string name = top().rows[row].name;
             const std::string detail = top().rows[row].detail;
             const std::size_t depth = shown.pages.size();
-            navigation.rowTapped(top().id, row);
+            navigation.handle(top().id, RowTapped{row});
             ASSERT_EQ(shown.pages.size(), depth + 1) << name << " opens nothing";
             EXPECT_EQ(top().className, detail);
             opened();
@@ -74,7 +74,7 @@ class TreeTest : public testing::Test {
         for (const std::string& name : names) {
             const auto row = std::ranges::find(top().rows, name, &RowSnapshot::name);
             ASSERT_NE(row, top().rows.end()) << "no link to " << name;
-            navigation.rowTapped(top().id, std::size_t(row - top().rows.begin()));
+            navigation.handle(top().id, RowTapped{std::size_t(row - top().rows.begin())});
         }
     }
     /// The second time, the pages have what the tweak answers now, whatever this process knew before.
@@ -134,7 +134,7 @@ TEST_F(TreeTest, ShowsAutoUnlockAppsAsItKnewThemWhileTheAnswerToItsPageIsUnderWa
     goBack(3);
 
     followTwice({"Apps", "Apps"});
-    navigation.rowMoved(top().id, {0, 0}, {1, 0});
+    navigation.handle(top().id, RowMoved{{0, 0}, {1, 0}});
     EXPECT_THAT(tweak.waitForChanges(1),
                 ElementsAre(Value(Dictionary{{"key", "kAppsEnabled"}, {"object", List{"org.two"}}})));
     goBack(2);

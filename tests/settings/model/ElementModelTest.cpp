@@ -17,25 +17,8 @@ using namespace platform;
 using namespace settings;
 using ::testing::ElementsAre;
 
-/// Keeps the touches, and answers when told to.
-class Hand final : public Events {
-  public:
-    void rowTapped(std::uint64_t /*page*/, std::size_t /*row*/) override {}
-    void valueChanged(std::uint64_t /*page*/, std::size_t /*row*/, const Value& /*value*/,
-                      std::function<void()> /*taken*/) override {}
-    void rowMoved(std::uint64_t /*page*/, NSIndexPath /*from*/, NSIndexPath /*to*/,
-                  std::function<void()> /*taken*/) override {}
-    void tableRowTapped(std::uint64_t /*page*/, NSIndexPath /*path*/, std::function<void()> /*taken*/) override {}
-    void tableScrolled(std::uint64_t /*page*/, const TableViewport& /*viewport*/) override {}
-    void composed(std::uint64_t /*page*/, std::uint64_t /*composer*/, ComposerAction /*action*/,
-                  const platform::MailText& /*text*/) override {}
-    void touched(std::uint64_t page, const std::vector<UITouchRouter::Point>& points,
-                 std::function<void()> taken) override {
-        pages.push_back(page);
-        touches.insert(touches.end(), points.begin(), points.end());
-        if (taken) underWay.push_back(std::move(taken));
-    }
-
+/// Keeps the events, and answers when told to.
+struct Hand {
     void answer() {
         const auto taken = std::move(underWay.front());
         underWay.erase(underWay.begin());
@@ -43,19 +26,20 @@ class Hand final : public Events {
     }
     /// Where the last touch was, which began and ended there.
     [[nodiscard]] CGPoint place() const {
-        EXPECT_GE(touches.size(), 2u);
-        const UITouchRouter::Point& began = touches[touches.size() - 2];
-        const UITouchRouter::Point& ended = touches.back();
-        EXPECT_EQ(began.phase, UITouchPhase::began);
-        EXPECT_EQ(ended.phase, UITouchPhase::ended);
-        EXPECT_EQ(began.finger, ended.finger);
-        EXPECT_EQ(began.location, ended.location);
-        return ended.location;
+        EXPECT_GE(events.size(), 2u);
+        auto point = std::get<Touched>(events.back()).points.at(0);
+        EXPECT_EQ(point.phase, UITouchPhase::ended);
+        point.phase = UITouchPhase::began;
+        EXPECT_EQ(events[events.size() - 2], Event(Touched{{point}}));
+        return point.location;
     }
 
-    std::vector<std::uint64_t> pages;
-    std::vector<UITouchRouter::Point> touches;
+    std::vector<Event> events;
     std::vector<std::function<void()>> underWay;
+    SendEvent send = [this](Event event, std::function<void()> taken) {
+        events.push_back(std::move(event));
+        if (taken) underWay.push_back(std::move(taken));
+    };
 };
 
 ElementSnapshot field(double hue, double saturation) {
@@ -73,17 +57,16 @@ AxisModel& axis(const ElementModel& element, int index) {
 
 TEST(ElementModel, PressesInTheMiddle) {
     Hand hand;
-    ElementModel button(hand, 7, {"Theme", CGRectMake(10, 20, 30, 60), {}}, nullptr);
+    ElementModel button(hand.send, {"Theme", CGRectMake(10, 20, 30, 60), {}}, nullptr);
     button.press();
     EXPECT_EQ(hand.place(), (CGPoint{25, 50}));
-    EXPECT_THAT(hand.pages, ElementsAre(7, 7));
     EXPECT_FALSE(button.movesAcross());
     EXPECT_FALSE(button.movesDown());
 }
 
 TEST(ElementModel, TouchesWhereTheMarkComesToStand) {
     Hand hand;
-    ElementModel element(hand, 1, field(0.5, 0.5), nullptr);
+    ElementModel element(hand.send, field(0.5, 0.5), nullptr);
     element.move(0.01, 0);
     EXPECT_DOUBLE_EQ(hand.place().x, 20 + 0.51 * 350);
     EXPECT_DOUBLE_EQ(hand.place().y, 95 + 0.5 * 500);
@@ -95,7 +78,7 @@ TEST(ElementModel, TouchesWhereTheMarkComesToStand) {
 
 TEST(ElementModel, StaysWithinTheFrameAtEveryEdge) {
     Hand hand;
-    ElementModel element(hand, 1, field(0.5, 0.5), nullptr);
+    ElementModel element(hand.send, field(0.5, 0.5), nullptr);
     element.move(1, 0);
     EXPECT_DOUBLE_EQ(hand.place().x, 369.5);
     element.move(-1, 0);
@@ -104,27 +87,27 @@ TEST(ElementModel, StaysWithinTheFrameAtEveryEdge) {
     EXPECT_DOUBLE_EQ(hand.place().y, 594.5);
     element.move(0, -1);
     EXPECT_DOUBLE_EQ(hand.place().y, 95);
-    for (const auto& touch : hand.touches)
-        EXPECT_TRUE(CGRectContainsPoint(field(0, 0).frame, touch.location));
+    for (const Event& event : hand.events)
+        EXPECT_TRUE(CGRectContainsPoint(field(0, 0).frame, std::get<Touched>(event).points.at(0).location));
 }
 
 TEST(ElementModel, TouchesNothingWhenTheMarkCannotGoOn) {
     Hand hand;
-    ElementModel element(hand, 1, field(0, 1), nullptr);
+    ElementModel element(hand.send, field(0, 1), nullptr);
     element.move(-0.01, 0);
     element.move(0, -0.01);
-    ElementModel dark(hand, 1, bar(0), nullptr); // nearer to the end than a touch comes
+    ElementModel dark(hand.send, bar(0), nullptr); // nearer to the end than a touch comes
     dark.move(0.01, 0);
     axis(dark, 0).set(0);
-    ElementModel black(hand, 1, field(0, 0), nullptr);
+    ElementModel black(hand.send, field(0, 0), nullptr);
     black.move(-0.01, 0);
     black.move(0, 0.01);
-    EXPECT_TRUE(hand.touches.empty());
+    EXPECT_TRUE(hand.events.empty());
 }
 
 TEST(ElementModel, TurnsBackFromAnEndThatATouchCannotReach) {
     Hand hand;
-    ElementModel dark(hand, 1, bar(0), nullptr);
+    ElementModel dark(hand.send, bar(0), nullptr);
     dark.move(-0.01, 0);
     EXPECT_DOUBLE_EQ(hand.place().x, 20 + 0.99 * 350);
     EXPECT_NEAR(dark.valueOf(0), 0.01, 1e-12);
@@ -132,18 +115,18 @@ TEST(ElementModel, TurnsBackFromAnEndThatATouchCannotReach) {
 
 TEST(ElementModel, MovesAlongTheAxesThatItHas) {
     Hand hand;
-    ElementModel element(hand, 1, bar(0.5), nullptr);
+    ElementModel element(hand.send, bar(0.5), nullptr);
     EXPECT_TRUE(element.movesAcross());
     EXPECT_FALSE(element.movesDown());
     element.move(0, 0.1);
-    EXPECT_TRUE(hand.touches.empty());
+    EXPECT_TRUE(hand.events.empty());
     element.move(0.1, 0.1);
     EXPECT_EQ(hand.place(), (CGPoint{20 + 0.6 * 350, 715}));
 }
 
 TEST(ElementModel, SetsAValueByTheTouchThatMeansIt) {
     Hand hand;
-    ElementModel element(hand, 1, field(0.5, 0.5), nullptr);
+    ElementModel element(hand.send, field(0.5, 0.5), nullptr);
     axis(element, 0).set(0.25);
     EXPECT_EQ(hand.place(), (CGPoint{20 + 0.25 * 350, 95 + 0.5 * 500}));
     axis(element, 1).set(1);
@@ -157,7 +140,7 @@ TEST(ElementModel, SetsAValueByTheTouchThatMeansIt) {
 
 TEST(ElementModel, KeepsTheMarkUntilTheViewHasAnsweredEveryTouch) {
     Hand hand;
-    ElementModel element(hand, 1, bar(0.5), nullptr);
+    ElementModel element(hand.send, bar(0.5), nullptr);
     element.move(0.1, 0);
     element.move(0.1, 0);
     element.read(bar(0.4));
@@ -172,7 +155,7 @@ TEST(ElementModel, KeepsTheMarkUntilTheViewHasAnsweredEveryTouch) {
 
 TEST(ElementModel, OutlivesNoAnswer) {
     Hand hand;
-    auto element = std::make_unique<ElementModel>(hand, 1, bar(0.5), nullptr);
+    auto element = std::make_unique<ElementModel>(hand.send, bar(0.5), nullptr);
     element->move(0.1, 0);
     element.reset();
     hand.answer();
@@ -189,7 +172,7 @@ std::shared_ptr<PageSnapshot> pageOf(std::vector<ElementSnapshot> elements) {
 
 TEST(ElementsOfAPage, StandInTheOrderInWhichOneReads) {
     Hand hand;
-    const PageModel page(hand,
+    const PageModel page(hand.send,
                          pageOf({bar(1),
                                  {"Right", CGRectMake(30, 740, 10, 10), {}},
                                  {"Left", CGRectMake(0, 740, 10, 10), {}},
@@ -203,7 +186,7 @@ TEST(ElementsOfAPage, StandInTheOrderInWhichOneReads) {
 
 TEST(ElementsOfAPage, LiveOnWhileOnlyFramesAndValuesChange) {
     Hand hand;
-    PageModel page(hand, pageOf({field(0, 0), bar(1)}), nullptr);
+    PageModel page(hand.send, pageOf({field(0, 0), bar(1)}), nullptr);
     const QList<ElementModel*> before = page.elements();
     ElementSnapshot moved = field(0.25, 0.75);
     moved.frame.size.width = 700;
@@ -226,7 +209,7 @@ TEST(TextOfAPage, LivesOnWhileItIsTheSameText) {
         return page;
     };
     Hand hand;
-    PageModel page(hand, pageWith(1, "One"), nullptr);
+    PageModel page(hand.send, pageWith(1, "One"), nullptr);
     TextModel* const text = page.text();
     ASSERT_TRUE(text);
     EXPECT_EQ(text->size(), 15);

@@ -64,18 +64,47 @@ settings::RowSnapshot toRow(const QVariantMap& map) {
     return row;
 }
 
-QString nameOf(platform::UITouchPhase phase) {
-    switch (phase) {
-    case platform::UITouchPhase::began:
-        return QStringLiteral("began");
-    case platform::UITouchPhase::moved:
-        return QStringLiteral("moved");
-    case platform::UITouchPhase::ended:
-        return QStringLiteral("ended");
-    case platform::UITouchPhase::cancelled:
-        return QStringLiteral("cancelled");
+QVariant toVariant(const settings::RowTapped& tap) {
+    return int(tap.row);
+}
+
+QVariant toVariant(const settings::ValueChanged& change) {
+    return QVariantList{int(change.row), toVariant(change.value)};
+}
+
+QVariant toVariant(const settings::RowMoved& move) {
+    return QVariantList{move.from.section, move.from.row, move.to.section, move.to.row};
+}
+
+QVariant toVariant(const settings::TableRowTapped& tap) {
+    return QVariantList{tap.path.section, tap.path.row};
+}
+
+QVariant toVariant(const settings::TableScrolled& scroll) {
+    QVariantList headers;
+    QVariantList footers;
+    for (const auto& heights : scroll.viewport.sections) {
+        headers << heights.header;
+        footers << heights.footer;
     }
-    return {};
+    return QVariantMap{
+        {"top", scroll.viewport.top}, {"bottom", scroll.viewport.bottom}, {"headers", headers}, {"footers", footers}};
+}
+
+QVariant toVariant(const settings::Touched& touch) {
+    static constexpr const char* phases[] = {"began", "moved", "", "ended", "cancelled"};
+    QVariantList points;
+    for (const auto& [finger, phase, location] : touch.points)
+        points << QVariant(QVariantList{int(finger), phases[static_cast<int>(phase)], location.x, location.y});
+    return points;
+}
+
+QVariant toVariant(const settings::Composed& composed) {
+    static constexpr const char* actions[] = {"send", "save", "cancel", "leave"};
+    return QVariantMap{{"action", actions[static_cast<int>(composed.action)]},
+                       {"to", QString::fromStdString(composed.text.to)},
+                       {"subject", QString::fromStdString(composed.text.subject)},
+                       {"body", QString::fromStdString(composed.text.body)}};
 }
 
 platform::CGRect toFrame(const QVariant& frame) {
@@ -162,16 +191,11 @@ settings::PageModel* Bench::page(const QVariantList& rows) {
 }
 
 void Bench::setPage(std::shared_ptr<const settings::PageSnapshot> page) {
-    changes_.clear();
-    taps_.clear();
-    tableTaps_.clear();
-    moves_.clear();
-    viewports_.clear();
-    touches_.clear();
+    events_.clear();
     busy_ = false;
     underWay_.clear();
     viewport_ = {0, kTableHeight, {}};
-    page_ = new settings::PageModel(*this, std::move(page), this);
+    page_ = new settings::PageModel(std::bind_front(&Bench::take, this), std::move(page), this);
 }
 
 settings::PageModel* Bench::tablePage(const QVariantList& sections) {
@@ -294,38 +318,26 @@ std::shared_ptr<const settings::PageSnapshot> Bench::viewSnapshot(const QVariant
     return page;
 }
 
-void Bench::rowTapped(std::uint64_t /*page*/, std::size_t row) {
-    taps_ << int(row);
+QVariant Bench::written(const settings::Event& event) {
+    return std::visit([](const auto& happened) { return toVariant(happened); }, event);
 }
 
-void Bench::valueChanged(std::uint64_t /*page*/, std::size_t row, const platform::Value& value,
-                         std::function<void()> taken) {
-    changes_ << QVariant(QVariantList{int(row), toVariant(value)});
-    underWay_.push_back(std::move(taken));
-}
-
-void Bench::rowMoved(std::uint64_t /*page*/, platform::NSIndexPath from, platform::NSIndexPath to,
-                     std::function<void()> taken) {
-    moves_ << QVariant(QVariantList{from.section, from.row, to.section, to.row});
-    underWay_.push_back([this, from, to, taken = std::move(taken)] {
-        move(from, to);
-        page_->read(tableSnapshot());
-        taken();
-    });
-}
-
-void Bench::tableRowTapped(std::uint64_t /*page*/, platform::NSIndexPath path, std::function<void()> taken) {
-    tableTaps_ << QVariant(QVariantList{path.section, path.row});
-    underWay_.push_back(std::move(taken));
-}
-
-void Bench::touched(std::uint64_t /*page*/, const std::vector<platform::UITouchRouter::Point>& points,
-                    std::function<void()> taken) {
-    QVariantList event;
-    for (const auto& [finger, phase, location] : points)
-        event << QVariant(QVariantList{int(finger), nameOf(phase), location.x, location.y});
-    touches_ << QVariant(event);
+void Bench::take(settings::Event event, std::function<void()> taken) {
+    if (const auto* moved = std::get_if<settings::RowMoved>(&event)) {
+        taken = [this, moved = *moved, taken = std::move(taken)] {
+            move(moved);
+            page_->read(tableSnapshot());
+            taken();
+        };
+    }
+    if (const auto* scroll = std::get_if<settings::TableScrolled>(&event)) {
+        viewport_ = scroll->viewport;
+        if (!busy_)
+            QMetaObject::invokeMethod(
+                page_, [this, page = page_] { page->read(tableSnapshot()); }, Qt::QueuedConnection);
+    }
     if (taken) underWay_.push_back(std::move(taken));
+    events_.push_back(std::move(event));
 }
 
 void Bench::compose(const QVariantMap& message) {
@@ -346,36 +358,12 @@ void Bench::compose(const QVariantMap& message) {
     page_->read(std::make_shared<const settings::PageSnapshot>(std::move(page)));
 }
 
-void Bench::composed(std::uint64_t /*page*/, std::uint64_t /*composer*/, settings::ComposerAction action,
-                     const platform::MailText& text) {
-    static constexpr const char* names[] = {"send", "save", "cancel", "leave"};
-    compositions_ << QVariantMap{{"action", names[static_cast<int>(action)]},
-                                 {"to", QString::fromStdString(text.to)},
-                                 {"subject", QString::fromStdString(text.subject)},
-                                 {"body", QString::fromStdString(text.body)}};
-}
-
-void Bench::tableScrolled(std::uint64_t /*page*/, const settings::TableViewport& viewport) {
-    viewport_ = viewport;
-    QVariantList headers;
-    QVariantList footers;
-    for (const auto& heights : viewport.sections) {
-        headers << heights.header;
-        footers << heights.footer;
-    }
-    viewports_ << QVariantMap{
-        {"top", viewport.top}, {"bottom", viewport.bottom}, {"headers", headers}, {"footers", footers}};
-    if (busy_) return;
-    QMetaObject::invokeMethod(
-        page_, [this, page = page_] { page->read(tableSnapshot()); }, Qt::QueuedConnection);
-}
-
-void Bench::move(platform::NSIndexPath from, platform::NSIndexPath to) {
-    auto& source = sections_[std::size_t(from.section)].cells;
-    const settings::CellSnapshot cell = source[std::size_t(from.row)];
-    source.erase(source.begin() + from.row);
-    auto& destination = sections_[std::size_t(to.section)].cells;
-    destination.insert(destination.begin() + to.row, cell);
+void Bench::move(const settings::RowMoved& move) {
+    auto& source = sections_[std::size_t(move.from.section)].cells;
+    const settings::CellSnapshot cell = source[std::size_t(move.from.row)];
+    source.erase(source.begin() + move.from.row);
+    auto& destination = sections_[std::size_t(move.to.section)].cells;
+    destination.insert(destination.begin() + move.to.row, cell);
 }
 
 /// The cells of those rows alone that are in the viewport.

@@ -14,7 +14,7 @@
 
 /// Stands in for the main thread in tests of the drawn rows: makes pages, sends snapshots when told to, and keeps what
 /// the rows hand on.
-class Bench : public QObject, private settings::Events {
+class Bench : public QObject {
     Q_OBJECT
     Q_PROPERTY(QVariantList changes READ changes)
     Q_PROPERTY(QVariantList taps READ taps)
@@ -72,20 +72,22 @@ class Bench : public QObject, private settings::Events {
     /// Everything that was handed on has arrived, and the page has shown what came of it.
     Q_INVOKABLE void takeAll();
 
-    [[nodiscard]] QVariantList changes() const { return changes_; }
-    [[nodiscard]] QVariantList taps() const { return taps_; }
-    /// Lists of two numbers: section and row.
-    [[nodiscard]] QVariantList tableTaps() const { return tableTaps_; }
     [[nodiscard]] static int fontsOpened();
+    // The events of each kind since the last page was made.
+    /// Lists of a row and a value.
+    [[nodiscard]] QVariantList changes() const { return told<settings::ValueChanged>(); }
+    /// Rows.
+    [[nodiscard]] QVariantList taps() const { return told<settings::RowTapped>(); }
+    /// Lists of two numbers: section and row.
+    [[nodiscard]] QVariantList tableTaps() const { return told<settings::TableRowTapped>(); }
     /// Lists of four numbers: section and row from which, section and row to which.
-    [[nodiscard]] QVariantList moves() const { return moves_; }
+    [[nodiscard]] QVariantList moves() const { return told<settings::RowMoved>(); }
     /// Maps of "top", "bottom", "headers", "footers".
-    [[nodiscard]] QVariantList viewports() const { return viewports_; }
-
+    [[nodiscard]] QVariantList viewports() const { return told<settings::TableScrolled>(); }
     /// One list for each event, of lists of four: finger, "began", "moved", "ended" or "cancelled", x, y.
-    [[nodiscard]] QVariantList touches() const { return touches_; }
-    /// Maps of "action" ("send", "save", "cancel"), "to", "subject", "body".
-    [[nodiscard]] QVariantList compositions() const { return compositions_; }
+    [[nodiscard]] QVariantList touches() const { return told<settings::Touched>(); }
+    /// Maps of "action" ("send", "save", "cancel", "leave"), "to", "subject", "body".
+    [[nodiscard]] QVariantList compositions() const { return told<settings::Composed>(); }
 
     /// What assistive tools are told about everything in the item's window, every text of each.
     Q_INVOKABLE QVariantList spoken(QQuickItem* item);
@@ -96,17 +98,15 @@ class Bench : public QObject, private settings::Events {
     Q_INVOKABLE bool setNumber(QQuickItem* item, const QString& name, double value);
 
   private:
-    void rowTapped(std::uint64_t page, std::size_t row) override;
-    void valueChanged(std::uint64_t page, std::size_t row, const platform::Value& value,
-                      std::function<void()> taken) override;
-    void rowMoved(std::uint64_t page, platform::NSIndexPath from, platform::NSIndexPath to,
-                  std::function<void()> taken) override;
-    void tableRowTapped(std::uint64_t page, platform::NSIndexPath path, std::function<void()> taken) override;
-    void touched(std::uint64_t page, const std::vector<platform::UITouchRouter::Point>& points,
-                 std::function<void()> taken) override;
-    void tableScrolled(std::uint64_t page, const settings::TableViewport& viewport) override;
-    void composed(std::uint64_t page, std::uint64_t composer, settings::ComposerAction action,
-                  const platform::MailText& text) override;
+    void take(settings::Event event, std::function<void()> taken);
+    static QVariant written(const settings::Event& event);
+    template<class Kind>
+    [[nodiscard]] QVariantList told() const {
+        QVariantList all;
+        for (const settings::Event& event : events_)
+            if (std::holds_alternative<Kind>(event)) all << written(event);
+        return all;
+    }
     std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantList& rows);
     std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;
     static std::shared_ptr<const settings::PageSnapshot> viewSnapshot(const QVariantMap& view);
@@ -114,16 +114,10 @@ class Bench : public QObject, private settings::Events {
     [[nodiscard]] settings::SectionSnapshot toSection(const QVariantMap& map) const;
     [[nodiscard]] platform::UIFontRef fontIn(const QString& file) const;
     void setPage(std::shared_ptr<const settings::PageSnapshot> page);
-    void move(platform::NSIndexPath from, platform::NSIndexPath to);
+    void move(const settings::RowMoved& move);
 
     settings::PageModel* page_ = nullptr;
-    QVariantList changes_;
-    QVariantList taps_;
-    QVariantList tableTaps_;
-    QVariantList moves_;
-    QVariantList viewports_;
-    QVariantList touches_;
-    QVariantList compositions_;
+    std::vector<settings::Event> events_;             ///< since the last page was made
     std::vector<settings::SectionSnapshot> sections_; ///< of the table, every cell in them
     settings::TableViewport viewport_;
     QString fonts_;
