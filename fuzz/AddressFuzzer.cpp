@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <glib.h>
 
-using fuzzing::require;
+using fuzz::require;
 using platform::mailAddressesIn;
 using platform::NSURL;
 
@@ -22,7 +22,7 @@ bool isPlain(const std::string& text) {
 void readUrl(const std::string& text) {
     const auto url = NSURL::URLWithString(text);
     if (!url) return;
-    ++fuzzing::taken;
+    ++fuzz::taken;
     const std::string& scheme = url->scheme();
     require(url->absoluteString() == text && isPlain(text) && !scheme.empty());
     require(text.size() > scheme.size() && text[scheme.size()] == ':');
@@ -45,7 +45,7 @@ void readMailAddresses(const std::string& text) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    const std::string text(fuzzing::textOf(bytes, size));
+    const std::string text(fuzz::textOf(bytes, size));
     readUrl(text);
     readMailAddresses(text);
     return 0;

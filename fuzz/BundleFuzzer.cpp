@@ -6,12 +6,12 @@
 
 #include "platform/foundation/NSBundle.h"
 
-using fuzzing::require;
+using fuzz::require;
 using platform::NSBundle;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    static const fuzzing::InputFile file("Info.plist");
-    file.write(fuzzing::textOf(bytes, size));
+    static const fuzz::InputFile file("Info.plist");
+    file.write(fuzz::textOf(bytes, size));
     const auto bundle = NSBundle::bundleWithPath(file.folder());
     require(bundle != nullptr);
 
@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     require(bundle->principalClassTable("") == nullptr);
     static_cast<void>(bundle->principalClass());
 
-    if (!bundle->infoDictionary().empty()) ++fuzzing::taken;
+    if (!bundle->infoDictionary().empty()) ++fuzz::taken;
     for (const auto& [key, value] : bundle->infoDictionary()) {
         const std::string_view* text = value.text();
         const auto found = text ? bundle->pathForResource(*text, "") : bundle->pathForResource(key, "plist");

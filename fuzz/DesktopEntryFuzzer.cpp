@@ -7,11 +7,11 @@
 #include "applist/DesktopEntries.h"
 
 using applist::DesktopEntries;
-using fuzzing::require;
+using fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    static const fuzzing::InputFile file("org.example.Clock.desktop");
-    file.write(fuzzing::textOf(bytes, size));
+    static const fuzz::InputFile file("org.example.Clock.desktop");
+    file.write(fuzz::textOf(bytes, size));
     DesktopEntries entries({file.folder()});
     const bool isApplication = entries.refresh();
     require(entries.filesRead() == 1);
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const auto* entry = entries.find("org.example.Clock");
     require(shown.size() == (entry ? 1U : 0U));
     if (entry) {
-        ++fuzzing::taken;
+        ++fuzz::taken;
         require(isApplication && entry->readable && entry->file == file.path());
         require(!entry->name.empty() && g_utf8_validate(entry->name.c_str(), -1, nullptr));
         require(shown.front() == std::pair(std::string("org.example.Clock"), entry->name));

@@ -8,7 +8,7 @@
 /// What every fuzzer here defines: it reads any bytes, and never fails but by require().
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
 
-namespace fuzzing {
+namespace fuzz {
 
 /// How many inputs were taken for what the decoder is there to read. The tests, which replay the seeds, want some of
 /// them to be taken and others not.
@@ -24,4 +24,4 @@ inline std::string_view textOf(const std::uint8_t* bytes, std::size_t size) {
     return {reinterpret_cast<const char*>(bytes), size};
 }
 
-} // namespace fuzzing
+} // namespace fuzz

@@ -8,7 +8,7 @@
 #include <fstream>
 
 using applist::IconTheme;
-using fuzzing::require;
+using fuzz::require;
 
 namespace {
 
@@ -18,7 +18,7 @@ struct Installed {
         std::filesystem::create_directory(index.path().parent_path() / "48x48");
         require(static_cast<bool>(std::ofstream(icon) << "png"));
     }
-    fuzzing::InputFile index{"theme/index.theme"};
+    fuzz::InputFile index{"theme/index.theme"};
     std::filesystem::path icon = index.path().parent_path() / "48x48/clock.png";
 };
 
@@ -26,7 +26,7 @@ struct Installed {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     static const Installed installed;
-    installed.index.write(fuzzing::textOf(bytes, size));
+    installed.index.write(fuzz::textOf(bytes, size));
     IconTheme theme({installed.index.folder()}, {}, "theme");
     require(theme.refresh());
     require(!theme.refresh());
@@ -34,7 +34,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     for (const int pixels : {0, 29, 48, 4096}) {
         const auto found = theme.find("clock", pixels, 2);
         require(found.empty() || std::filesystem::equivalent(found, installed.icon));
-        if (!found.empty() && pixels == 48) ++fuzzing::taken;
+        if (!found.empty() && pixels == 48) ++fuzz::taken;
     }
     return 0;
 }

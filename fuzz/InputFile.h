@@ -10,7 +10,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-namespace fuzzing {
+namespace fuzz {
 
 /// A file that lives in memory and has a name in a folder of its own, for decoders that read files. The folder goes
 /// with the object.
@@ -48,4 +48,4 @@ class InputFile {
     std::filesystem::path folder_, path_;
 };
 
-} // namespace fuzzing
+} // namespace fuzz

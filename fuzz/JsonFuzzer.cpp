@@ -6,16 +6,16 @@
 #include "platform/foundation/Unicode.h"
 #include "json/Json.h"
 
-using fuzzing::require;
+using fuzz::require;
 using lumora::JsonLayout;
 using lumora::readJson;
 using lumora::writeJson;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    const auto value = readJson(fuzzing::textOf(bytes, size));
+    const auto value = readJson(fuzz::textOf(bytes, size));
     require(value || !value.error().empty());
     if (!value) return 0;
-    ++fuzzing::taken;
+    ++fuzz::taken;
 
     const auto line = writeJson(value.value(), JsonLayout::line);
     const auto indented = writeJson(value.value());

@@ -4,7 +4,7 @@
 
 #include "platform/foundation/NSKeyedArchiver.h"
 
-using fuzzing::require;
+using fuzz::require;
 using platform::Data;
 using platform::NSKeyedArchiver;
 using platform::NSKeyedUnarchiver;
@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const auto value = NSKeyedUnarchiver::unarchive(Data(bytes, bytes + size), &visits);
     require(visits <= 16 * size + 64);
     if (!value) return 0;
-    ++fuzzing::taken;
+    ++fuzz::taken;
     require(!description(value.value()).empty() || value.value().text() != nullptr);
 
     const auto archive = NSKeyedArchiver::archivedDataWithRootObject(value.value());

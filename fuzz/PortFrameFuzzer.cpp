@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-using fuzzing::require;
+using fuzz::require;
 using platform::PortFrame;
 using platform::PortFrameReader;
 
@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto whole = readInPieces(stream, size);
     require(readInPieces(stream, std::size_t{data[0]} + 1) == whole);
 
-    if (!whole.frames.empty()) ++fuzzing::taken;
+    if (!whole.frames.empty()) ++fuzz::taken;
     std::size_t bytes = 0;
     for (const auto& frame : whole.frames)
         bytes += PortFrame::headerSize + (frame.body ? frame.body->size() : 0);

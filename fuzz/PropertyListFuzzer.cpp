@@ -4,7 +4,7 @@
 
 #include "platform/foundation/PropertyList.h"
 
-using fuzzing::require;
+using fuzz::require;
 using platform::Data;
 using platform::readPropertyList;
 using platform::writePropertyList;
@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const auto value = readPropertyList(Data(bytes, bytes + size), &visits);
     require(visits <= 16 * size + 64);
     if (!value) return 0;
-    ++fuzzing::taken;
+    ++fuzz::taken;
 
     const auto written = writePropertyList(value.value());
     require(static_cast<bool>(written));

@@ -9,7 +9,7 @@
 
 #include <glib.h>
 
-using fuzzing::require;
+using fuzz::require;
 
 namespace {
 
@@ -29,13 +29,13 @@ bool isVisible(std::string_view text) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    static const fuzzing::InputFile file("changelog.txt");
-    const std::string input(fuzzing::textOf(bytes, size));
+    static const fuzz::InputFile file("changelog.txt");
+    const std::string input(fuzz::textOf(bytes, size));
     file.write(input);
     const auto text = platform::stringWithContentsOfFile(file.path());
     require(text.has_value() == isTextToGLib(input));
     require(!text || *text == input);
-    if (text && !text->empty()) ++fuzzing::taken;
+    if (text && !text->empty()) ++fuzz::taken;
 
     const std::string printed = platform::printable(input);
     require(platform::isUtf8(printed) && isVisible(printed) && platform::printable(printed) == printed);

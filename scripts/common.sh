@@ -20,7 +20,7 @@ package_packages=(dpkg-dev file lintian debootstrap)
 bench_packages=(libbenchmark-dev libplist-dev libsystemd-dev dbus-daemon xvfb xauth libxtst6)
 peer_packages=(systemsettings phosh-mobile-settings gnome-control-center)
 lint_packages=(clang clang-format clang-tidy shellcheck pyflakes3 qt6-declarative-dev-tools qml6-module-qtqml)
-fuzz_packages=(clang libclang-rt-dev)
+fuzz_packages=(clang libclang-rt-dev xz-utils)
 coverage_packages=(gcovr)
 
 # install_packages PACKAGE…: installs what is missing, or says exactly what to install by hand.
