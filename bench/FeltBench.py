@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What a person feels: from the event at the display server to the changed pixels on the screen, in the real window.
 
-    bench/FeltBench.py BUILD [TIMES]
+    PYTHONPATH=tests bench/FeltBench.py BUILD [TIMES]
 
 Prints JSON in the form of Google Benchmark's. Drawing is done in software, as by ./run.
 """
@@ -11,8 +11,9 @@ import statistics
 import sys
 import time
 
+from harness.display import HEIGHT, WIDTH
+from harness.waiting import LONG_ENOUGH
 from stage import LOOK, Stage
-from window import HEIGHT, LONG_ENOUGH, WIDTH
 
 BAR = 52
 PAGE = (0, BAR, WIDTH, HEIGHT - BAR)

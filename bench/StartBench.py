@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """From the start of a process to its picture on the screen, warm, and the memory that it takes at that moment.
 
-    bench/StartBench.py BUILD [--runs N] [--peers]
+    PYTHONPATH=tests bench/StartBench.py BUILD [--runs N] [--peers]
 
 Prints JSON in the form of Google Benchmark's. All programs are measured alike: started with a session bus and no window
 manager, and looked at until nothing changes any more. A program counts as drawn from the moment at which nine tenths of

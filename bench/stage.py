@@ -12,13 +12,11 @@ import ctypes
 import os
 import shutil
 import subprocess
-import sys
 import tempfile
 import time
 
-sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "settings"))
-
-from window import Display, LONG_ENOUGH
+from harness.display import Display
+from harness.waiting import LONG_ENOUGH
 
 LOOK = 0.0003  # between two looks: the processor is the program's
 

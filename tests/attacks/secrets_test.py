@@ -3,29 +3,25 @@
 programs or leave in files, but where they must be: in the tweak's settings, and in the root page's log line. And what
 the application leaves in files is for its user alone.
 
-    dbus-run-session -- secrets_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests dbus-run-session -- tests/attacks/secrets_test.py [-v] BUILD
 
 Needs what spoken.py needs.
 """
 import email
 import email.policy
 import os
-import plistlib
 import shutil
 import stat
-import subprocess
-import sys
 import unittest
 from pathlib import Path
-
-HERE = Path(__file__).resolve().parent
-sys.path.append(str(HERE.parent / "settings"))
 
 import pyatspi
 from gi.repository import Atspi, GLib
 
-from spoken import Spoken
-from window import ROOT, Programs, eventually, program
+from harness.programs import ROOT
+from harness.spoken import Spoken
+from harness.waiting import eventually
+from harness.window import Windows
 
 KEYS = ("kAutoUnlockPasscode", "kAutoUnlockPasscodeConfirm", "kAutoUnlockWidgetPasscode")
 PASSCODES = {key: f"zq{number}Wx{number}Vk" for number, key in enumerate(KEYS, 1)}
@@ -43,12 +39,8 @@ def contents(path):
             yield part.get_content_type(), part.get_payload(decode=True)
 
 
-class Leaks(Programs):
+class Leaks(Windows):
     """A test that looks for passcodes."""
-
-    def save(self, passcodes):
-        with open(self.settings_file, "wb") as file:
-            plistlib.dump(passcodes, file)
 
     def leaks(self, text):
         data = text if isinstance(text, bytes) else text.encode()
@@ -88,12 +80,8 @@ class Leaks(Programs):
 
 class PrintedTest(Leaks):
     def run_tweak(self):
-        self.save(PASSCODES)
+        self.store(PASSCODES)
         self.start_tweak()
-
-    def lumoractl(self, *arguments, **options):
-        return subprocess.run([program("lumoractl"), *arguments], text=True, capture_output=True, env=self.environment,
-                              check=False, **options)
 
     def test_lumoractl_shows_a_passcode_only_when_asked_to(self):
         self.run_tweak()
@@ -106,9 +94,7 @@ class PrintedTest(Leaks):
 
     def test_the_tweak_notes_a_change_of_a_passcode_without_it(self):
         with open(os.path.join(self.folder, "log"), "w+", encoding="utf-8") as log:
-            tweak = self.start(program("lumora-tweak"), "--verbose", "--settings", self.settings_file,
-                               stdout=subprocess.PIPE, stderr=log)
-            self.assertIn("ready", tweak.stdout.readline())
+            tweak = self.start_tweak("--verbose", stderr=log)
             for key, passcode in PASSCODES.items():
                 taken = self.lumoractl("set", key, "-", input=f'"{passcode}"')
                 self.assertEqual((taken.returncode, taken.stdout, taken.stderr), (0, "", ""))
@@ -145,7 +131,7 @@ class PrintedTest(Leaks):
     def test_pages_are_drawn_alike_with_other_passcodes(self):
         drawn = []
         for passcodes in (PASSCODES, OTHERS):
-            self.save(passcodes)
+            self.store(passcodes)
             tweak = self.start_tweak()
             for page in PAGES:
                 picture = os.path.join(self.folder, f"{page}.png")
@@ -163,7 +149,7 @@ class WindowTest(Leaks, Spoken):
     """The window under a umask that hides nothing, at home in a folder in which nothing is yet."""
 
     def start_tweak(self, *options):
-        self.save(PASSCODES)
+        self.store(PASSCODES)
         self.addCleanup(os.umask, os.umask(0))
         home = self.folder + "/home"
         self.environment |= {"HOME": home, "XDG_DATA_HOME": home + "/data", "XDG_CACHE_HOME": home + "/cache",
@@ -237,4 +223,4 @@ class WindowTest(Leaks, Spoken):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

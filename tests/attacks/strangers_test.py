@@ -2,7 +2,7 @@
 """What another user of the machine can do to the programs: nothing, by way of the ports, of symbolic links, or of files
 that are open to all.
 
-    strangers_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests tests/attacks/strangers_test.py [-v] BUILD
 
 Needs nothing of Python beyond its standard library. Tests of another user are skipped
 where nobody can become one.
@@ -13,58 +13,29 @@ import shutil
 import socket
 import stat
 import subprocess
-import sys
-import tempfile
 import unittest
 from pathlib import Path
 
-HERE = Path(__file__).resolve().parent
-sys.path += [str(HERE.parent / name) for name in ("settings", "support", "wire")]
-
-import stranger
-import wire
-from window import LONG_ENOUGH, ROOT, Limited, program
+from harness import stranger, wire
+from harness.programs import ROOT, Programs, program
+from harness.waiting import LONG_ENOUGH
 
 STRANGER = stranger.USER
 PORTS = (wire.UPDATE_SETTINGS, wire.REQUEST_SETTINGS)
 CHANGE = wire.archive({"object": {"key": "kSleepTime", "object": 10}})
 
 
-class Attacked(Limited):
-    """A test of programs that need no display, with a folder of its own."""
+class Attacked(Programs):
+    """A test of programs at home in their folder."""
 
     def setUp(self):
-        self.folder = Path(tempfile.mkdtemp(prefix="attacks-"))
-        self.addCleanup(shutil.rmtree, self.folder, True)
-        self.ports, self.settings_file = self.folder / "ports", self.folder / "settings.plist"
-        self.environment = {**{name: value for name, value in os.environ.items() if not name.startswith("LUMORA_")},
-                            "LUMORA_PORTS": str(self.ports), "XDG_RUNTIME_DIR": str(self.folder),
-                            "HOME": str(self.folder), "QT_QPA_PLATFORM": "offscreen"}
-
-    def start(self, *command, **options):
-        process = subprocess.Popen(command, env=self.environment, text=True, **options)
-
-        def end():
-            process.kill()
-            process.communicate()
-        self.addCleanup(end)
-        return process
-
-    def start_tweak(self, *options):
-        tweak = self.start(program("lumora-tweak"), *options, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-        self.assertIn("ready", tweak.stdout.readline())
-        return tweak
-
-    def call(self, name, *arguments, **options):
-        return subprocess.run([program(name), *arguments], env=self.environment, text=True, capture_output=True,
-                              timeout=LONG_ENOUGH, check=False, **options)
-
-    def lumoractl(self, *arguments, **options):
-        return self.call("lumoractl", *arguments, **options)
+        super().setUp()
+        self.environment["HOME"] = self.folder
+        self.folder, self.ports = Path(self.folder), Path(self.ports)
 
     def assert_refuses_to_start(self):
         """The tweak, and says so."""
-        failed = self.call("lumora-tweak", "--settings", self.settings_file)
+        failed = self.run_program(program("lumora-tweak"), "--settings", self.settings_file)
         self.assertEqual((failed.returncode, failed.stdout), (1, ""))
         self.assertRegex(failed.stderr, r"^lumora-tweak: \S")
 
@@ -151,23 +122,23 @@ class StrangerTest(Attacked):
         self.assertTrue(ready.wait(LONG_ENOUGH))
         answer = As(self, STRANGER, ask, str(self.folder / "open"), wire.frame(None)).get()
         self.assertTrue(answer.startswith(b"LMP1"), "nothing but modes is in his way")
-        self.start_tweak("--settings", self.settings_file)
+        self.start_tweak()
         for name in PORTS:
             path = wire.socket_path(self.ports, name)
             self.assertEqual(As(self, STRANGER, ask, path, wire.frame(None)).get(), "no way in")
 
     def test_the_tweak_neither_answers_a_stranger_nor_does_what_he_says(self):
-        self.start_tweak("--settings", self.settings_file)
-        self.lumoractl("set", "kSleepTime", "30")
+        self.start_tweak()
+        self.set("kSleepTime", 30)
         self.open_to_all()
         for name, body in zip(PORTS, (CHANGE, None)):
             path = wire.socket_path(self.ports, name)
             self.assertEqual(As(self, STRANGER, ask, path, wire.frame(body)).get(), b"")
-        self.assertEqual(self.lumoractl("get", "kSleepTime").stdout, "30\n")
+        self.assertEqual(self.get("kSleepTime"), 30)
         for name, body in zip(PORTS, (CHANGE, None)):
             path = wire.socket_path(self.ports, name)
             self.assertTrue(As(self, 0, ask, path, wire.frame(body)).get().startswith(b"LMP1"), "our own are answered")
-        self.assertEqual(self.lumoractl("get", "kSleepTime").stdout, "10\n")
+        self.assertEqual(self.get("kSleepTime"), 10)
 
     def exchange_at_false_ports(self, user):
         """What comes of each program, and what the false tweak of a user was told by it."""
@@ -183,7 +154,7 @@ class StrangerTest(Attacked):
             ready = multiprocessing.get_context("fork").Event()
             serving[name] = As(self, user, serve, wire.socket_path(self.ports, name), ready, clients)
             self.assertTrue(ready.wait(LONG_ENOUGH))
-        done = [self.call(name, *arguments, input='"secret"') for name, arguments in calls]
+        done = [self.run_program(program(name), *arguments, input='"secret"') for name, arguments in calls]
         return done, {name: port.get() for name, port in serving.items()}
 
     def test_no_program_tells_a_strangers_tweak_anything_or_believes_it(self):
@@ -267,9 +238,8 @@ class LinkTest(Attacked):
 
     def test_settings_are_not_written_through_a_link_in_the_place_of_the_new_file(self):
         os.symlink(self.foreign / "file", f"{self.settings_file}.new")
-        self.start_tweak("--settings", self.settings_file)
-        changed = self.lumoractl("set", "kSleepTime", "20")
-        self.assertEqual(changed.returncode, 0, changed.stderr)
+        self.start_tweak()
+        self.set("kSleepTime", 20)
         self.assert_untouched()
         self.assertTrue(stat.S_ISREG(os.lstat(self.settings_file).st_mode))
 
@@ -287,7 +257,7 @@ class ModeTest(Attacked):
         self.device.mkdir()
         settings = self.device / "var/mobile/Library/Preferences/com.nevo.lumora.plist"
         for options in ([], ["--root", self.device], ["--root", self.device]):
-            tweak = self.start_tweak("--verbose", *options)
+            tweak = self.start_ready(program("lumora-tweak"), "--verbose", *options, stderr=subprocess.PIPE)
             changed = self.lumoractl("set", "kAutoUnlockPasscode", "-", input='"secret"')
             self.assertEqual(changed.returncode, 0, changed.stderr)
             tweak.kill()  # its dead sockets stay
@@ -313,4 +283,4 @@ class ModeTest(Attacked):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Tweaks that fail in every way, and what lumoractl and the bundle's messages make of that.
 
-    clients_test.py [-v] SENDER BINARIES DEVICE_ROOT
+    PYTHONPATH=tests tests/faults/clients_test.py [-v] BUILD
 
 The bundle must keep silent about each of them, and lumoractl must say what happened. Whatever happened, nothing stays
 behind, and the next message to a tweak that is as it should be works.
@@ -15,12 +15,12 @@ import signal
 import sys
 import unittest
 
-from case import LONG_ENOUGH, Case, descriptors, eventually, threads
-import wire
-from faulty import (HERE, STEPS, FaultyTweak, answering, crowded, dripping, hanging_up, reply_to, silent, sound,
-                    unread)
-
-SENDER = os.path.abspath(sys.argv[-3]) if len(sys.argv) > 3 else None
+from case import Case
+import faulty
+from faulty import STEPS, FaultyTweak, answering, crowded, dripping, hanging_up, reply_to, silent, sound, unread
+from harness import wire
+from harness.programs import descriptors, program, threads
+from harness.waiting import LONG_ENOUGH, eventually
 
 SMALL = reply_to(wire.REQUEST_SETTINGS)
 LARGE = reply_to(wire.REQUEST_SETTINGS, {f"org.test.{number}": "x" * 100 for number in range(2000)})
@@ -128,8 +128,7 @@ class LumoractlTest(Case):
     def test_says_that_a_tweak_was_killed_and_goes_on_with_the_next(self):
         for step in STEPS:
             with self.subTest(step):
-                tweak = self.start(sys.executable, str(HERE / "faulty.py"), step)
-                self.assertIn("ready", tweak.stdout.readline())
+                tweak = self.start_ready(sys.executable, faulty.__file__, step)
                 asked = self.lumoractl("get", "kSleepTime")
                 self.assertEqual(tweak.wait(LONG_ENOUGH), -signal.SIGKILL)
                 if step == "replied" and asked.returncode == 0:
@@ -139,8 +138,7 @@ class LumoractlTest(Case):
                 self.expect_failure(self.lumoractl("list"), "is lumora-tweak running?")
                 after = self.start_tweak()
                 self.assertIsNone(self.client.set("kSleepTime", 60))
-                after.terminate()
-                self.assertEqual(after.wait(LONG_ENOUGH), 0)
+                self.end(after)
 
 
 class BundleTest(Case):
@@ -148,7 +146,7 @@ class BundleTest(Case):
 
     def setUp(self):
         super().setUp()
-        self.sender = self.start(SENDER)
+        self.sender = self.start(program("message_sender"))
         with FaultyTweak(self.ports, sound):
             self.expect_reply()
         self.before = descriptors(self.sender)
@@ -161,7 +159,7 @@ class BundleTest(Case):
     def page(self):
         """A sender that a page has been opened in, with what it reads."""
         def opened():
-            sender = self.start(SENDER)
+            sender = self.start(program("message_sender"))
             print("open", file=sender.stdin, flush=True)
             # Without a reply in time it would wait for good.
             return select.select([sender.stdout], [], [], 10)[0] and (sender, int(sender.stdout.readline()))
@@ -181,7 +179,7 @@ class BundleTest(Case):
         self.expect_soon(lambda: descriptors(self.sender), self.before)
         # The first one, the one that looks for work, and ThreadSanitizer's.
         self.expect_soon(lambda: threads(self.sender), 2 + ("thread" in os.environ.get("LUMORA_SANITIZE", "")))
-        self.assertEqual(self.sender.errors.text, "")
+        self.assertEqual(self.sender.lines.text, "")
 
     def test_messages_fail_in_silence_whatever_comes_in_place_of_a_reply(self):
         with FaultyTweak(self.ports, silent) as tweak:
@@ -210,7 +208,7 @@ class BundleTest(Case):
                 read = list(pool.map(self.open_again, [sender for sender, _ in pages]))
             self.assertEqual(read, [30] * len(pages))
             self.assertIsNone(next(faults, None), "each was met with")
-            self.assertEqual("".join(sender.errors.text for sender, _ in pages), "")
+            self.assertEqual("".join(sender.lines.text for sender, _ in pages), "")
 
     def test_a_page_that_has_its_settings_reads_nothing_after_an_answer_without_any(self):
         with FaultyTweak(self.ports, sound) as tweak:
@@ -221,7 +219,7 @@ class BundleTest(Case):
                     self.assertEqual(read, 30)
                     tweak.fault = fault
                     eventually(lambda sender=sender: self.open_again(sender) == 0, "an answer in time")
-                    self.assertEqual(sender.errors.text, "")
+                    self.assertEqual(sender.lines.text, "")
 
     def test_a_page_opens_on_a_list_for_settings_and_reads_nothing(self):
         with FaultyTweak(self.ports, NO_SETTINGS["a list"][0]):
@@ -254,8 +252,7 @@ class BundleTest(Case):
 
     def test_messages_fail_in_silence_when_the_tweak_is_killed_and_reach_the_next(self):
         for step in STEPS:
-            tweak = self.start(sys.executable, str(HERE / "faulty.py"), step)
-            self.assertIn("ready", tweak.stdout.readline())
+            tweak = self.start_ready(sys.executable, faulty.__file__, step)
             self.assertLessEqual(self.replies(), step == "replied", step)
             self.assertEqual(tweak.wait(LONG_ENOUGH), -signal.SIGKILL)
             self.assertEqual(self.replies(), 0, "nobody is there")
@@ -272,4 +269,4 @@ class BundleTest(Case):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-3]])
+    unittest.main()

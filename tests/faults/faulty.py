@@ -6,7 +6,7 @@
 
 and as a program, a tweak that is killed between two steps of its work:
 
-    faulty.py STEP                                  # one of STEPS
+    PYTHONPATH=tests tests/faults/faulty.py STEP                                  # one of STEPS
 
 A fault is a function of a Client, called on a thread of that client's own; the connection closes when it returns.
 """
@@ -17,12 +17,8 @@ import signal
 import socket
 import sys
 import threading
-from pathlib import Path
 
-HERE = Path(__file__).resolve().parent
-sys.path.append(str(HERE.parent / "wire"))
-
-import wire
+from harness import wire
 
 NAMES = (wire.REQUEST_SETTINGS, wire.UPDATE_SETTINGS)
 SETTINGS = {"kTweakEnabled": True, "kSleepTime": 30, "kAppIconSize": 70.0, "kLSDateSubtitle": "ü – 𝄞"}

@@ -2,7 +2,7 @@
 """Machines that have no room, no descriptors, odd folders, other locales or a plug-in that crashes: every program says
 what is wrong, where it may, and loses nothing.
 
-    surroundings_test.py [-v] TEST_PLUGIN BINARIES DEVICE_ROOT
+    PYTHONPATH=tests tests/faults/surroundings_test.py [-v] BUILD
 """
 import contextlib
 import json
@@ -10,17 +10,16 @@ import os
 import plistlib
 import resource
 import shutil
-import socket
 import stat
 import subprocess
-import sys
 import unittest
 
-from case import LONG_ENOUGH, ROOT, Case, eventually, program, with_few_descriptors
-import stranger
-import wire
+from case import Case, with_few_descriptors
+from harness import stranger, wire
+from harness.build import BUILD
+from harness.programs import ROOT, program
+from harness.waiting import LONG_ENOUGH, eventually
 
-TEST_PLUGIN = os.path.abspath(sys.argv[-3]) if len(sys.argv) > 3 else None
 AS_ROOT = os.geteuid() == 0
 WORDS = "Grüße – 𝄞"
 
@@ -54,20 +53,16 @@ class DiskTest(Case):
             while file.write(bytes(4096)):
                 pass
 
-    def stored(self):
-        with open(self.settings_file, "rb") as file:
-            return plistlib.load(file)
-
     def expect_refusal(self, why):
-        before = self.stored()
+        before = self.all_stored()
         self.assertIn(why, self.client.set("kSleepTime", 60))
         self.expect_failure(self.lumoractl("set", "kSleepTime", "60"), why)
-        self.assertEqual(self.stored(), before)
+        self.assertEqual(self.all_stored(), before)
         self.assertEqual(self.client.settings()["kSleepTime"], before["kSleepTime"])
 
     def expect_taken(self):
         self.assertIsNone(self.client.set("kSleepTime", 20))
-        self.assertEqual(self.stored(), {"kSleepTime": 20})
+        self.assertEqual(self.all_stored(), {"kSleepTime": 20})
 
     def test_a_full_disk_costs_the_tweak_nothing_but_the_change(self):
         tweak = self.start_tweak()
@@ -75,8 +70,7 @@ class DiskTest(Case):
         self.fill()
         self.expect_refusal("No space left on device")
         self.assertEqual(sorted(os.listdir(self.disk)), ["filling", "settings.plist", "settings.plist.lock"])
-        tweak.terminate()
-        self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+        self.end(tweak)
         self.start_tweak()
         self.assertEqual(self.client.settings()["kSleepTime"], 15)
         self.expect_refusal("No space left on device")
@@ -86,8 +80,7 @@ class DiskTest(Case):
     def test_a_read_only_disk_keeps_the_tweak_from_starting_and_its_settings_as_they_are(self):
         tweak = self.start_tweak()
         self.assertIsNone(self.client.set("kSleepTime", 15))
-        tweak.terminate()
-        self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+        self.end(tweak)
         self.remount("ro")
         refused = self.run_program(program("lumora-tweak"), "--settings", self.settings_file)
         self.expect_failure(refused, f"cannot write in {self.disk}: Read-only file system")
@@ -123,8 +116,7 @@ class DiskTest(Case):
         self.expect_refusal("Read-only file system")
         self.expect_refusal("Read-only file system")
         self.assertEqual(self.rows("LumoraPreferences").returncode, 0)
-        tweak.terminate()
-        self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+        self.end(tweak)
         refused = self.run_program(program("lumora-tweak"), "--settings", self.settings_file)
         self.expect_failure(refused, f"cannot write in {self.disk}: Read-only file system")
         subprocess.run(["umount", self.disk], check=True)
@@ -137,8 +129,7 @@ class DiskTest(Case):
         self.start_tweak()
         self.fill()
         picture = os.path.join(self.disk, "picture.png")
-        grabbed = self.run_program(program("lumora-settings"), "--root", ROOT, "--grab", picture,
-                                   env=self.environment | {"DISPLAY": "", "XDG_RUNTIME_DIR": self.folder})
+        grabbed = self.settings("--grab", picture)
         self.assertEqual(grabbed.returncode, 1)
         self.assertIn(f"lumora-settings: cannot write the picture {picture}", grabbed.stderr)
         archived = self.lumoractl("archive", "-o", os.path.join(self.disk, "archive"), input="[1, 2, 3]")
@@ -173,8 +164,7 @@ class ReadOnlyFolderTest(Case):
         self.expect_failure(self.lumoractl("set", "kSleepTime", "60", **user), "Permission denied")
         self.assertEqual(self.lumoractl("get", "kSleepTime", **user).stdout, "15\n")
         os.chmod(folder, 0o700)
-        with open(self.settings_file, "rb") as file:
-            self.assertEqual(plistlib.load(file), {"kSleepTime": 15})
+        self.assertEqual(self.all_stored(), {"kSleepTime": 15})
         self.assertEqual(self.lumoractl("set", "kSleepTime", "60", **user).returncode, 0)
 
 
@@ -186,27 +176,21 @@ class OutputTest(Case):
             for command in (["lumoractl", "list"], ["lumoractl", "plugins", "--root", ROOT], ["lumoractl", "archive"],
                             ["lumora-settings", "--root", ROOT, "--rows", "AppsController"]):
                 with self.subTest(command):
-                    told = subprocess.run([program(command[0]), *command[1:]], stdout=full, stderr=subprocess.PIPE,
-                                          env=self.environment, text=True, input="1", timeout=LONG_ENOUGH, check=False)
+                    told = self.run_program(program(command[0]), *command[1:], stdout=full, input="1")
                     self.assertEqual(told.returncode, 1)
                     self.assertRegex(told.stderr, rf"^{command[0]}: cannot write (to )?standard output")
-            tweak.terminate()
-            self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+            self.end(tweak)
 
     def test_errors_that_nobody_can_read_change_nothing(self):
         with open("/dev/full", "w", encoding="ascii") as full:
-            options = {"env": self.environment, "stderr": full, "timeout": LONG_ENOUGH, "check": False}
-            nobody = subprocess.run([program("lumoractl"), "list"], **options)
-            self.assertEqual(nobody.returncode, 1)
+            self.assertEqual(self.lumoractl("list", stderr=full).returncode, 1)
             tweak = self.start_tweak(stderr=full)
             self.assertIn("kSleepTime", self.client.set("kSleepTime", "soon"))
             self.assertIsNone(self.client.set("kSleepTime", 15))
-            rows = subprocess.run([program("lumora-settings"), "--root", ROOT, "--rows", "LumoraPreferences"],
-                                  stdout=subprocess.PIPE, **options)
+            rows = self.rows("LumoraPreferences", stderr=full)
             self.assertEqual(rows.returncode, 0)
             self.assertEqual(json.loads(rows.stdout)["page"], "LumoraPreferences")
-            tweak.terminate()
-            self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+            self.end(tweak)
 
 
 @with_few_descriptors
@@ -214,10 +198,7 @@ class DescriptorsTest(Case):
     def test_a_tweak_without_descriptors_refuses_the_change_and_goes_on_when_there_are_some(self):
         tweak = self.start_tweak()
         self.assertIsNone(self.client.set("kSleepTime", 15))
-        connection = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
-        self.addCleanup(connection.close)
-        connection.settimeout(LONG_ENOUGH)
-        connection.connect(wire.socket_path(self.ports, wire.UPDATE_SETTINGS))
+        connection = self.connected()
         change = wire.frame(wire.archive({"object": {"key": "kSleepTime", "object": 60}}))
         connection.sendall(change)
         self.assertEqual(wire.read_frame(connection.recv), (0, None))
@@ -232,22 +213,19 @@ class DescriptorsTest(Case):
         self.assertIsNone(self.client.set("kSleepTime", 60))
 
     def test_a_tweak_with_too_few_descriptors_starts_or_says_why_not_and_loses_no_settings(self):
-        with open(self.settings_file, "wb") as file:
-            plistlib.dump({"kSleepTime": 15}, file)
+        self.store({"kSleepTime": 15})
         for most in (4, 5, 6, 30):
             with self.subTest(most):
                 tweak = self.start(program("lumora-tweak"), "--settings", self.settings_file,
                                    preexec_fn=limited(resource.RLIMIT_NOFILE, most))
                 if "ready" in tweak.stdout.readline():
                     self.assertEqual(self.client.settings()["kSleepTime"], 15)
-                    tweak.terminate()
-                    self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+                    self.end(tweak)
                 else:
                     self.assertEqual(tweak.wait(LONG_ENOUGH), 1)
-                    eventually(lambda tweak=tweak: tweak.errors.text.startswith("lumora-tweak: cannot "), "the reason")
+                    eventually(lambda tweak=tweak: tweak.lines.text.startswith("lumora-tweak: cannot "), "the reason")
                     self.assertNotEqual(most, 30)
-        with open(self.settings_file, "rb") as file:
-            self.assertEqual(plistlib.load(file), {"kSleepTime": 15})
+        self.assertEqual(self.all_stored(), {"kSleepTime": 15})
         self.assertEqual([name for name in os.listdir(self.folder) if "unreadable" in name], [])
 
     def test_other_programs_need_few_descriptors_and_say_when_they_have_none(self):
@@ -331,8 +309,7 @@ class PortsFolderTest(Case):
         self.ports = self.environment["LUMORA_PORTS"] = longest
         tweak = self.start_tweak()
         self.assertEqual(self.lumoractl("list").returncode, 0)
-        tweak.terminate()
-        self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+        self.end(tweak)
         self.expect_no_ports(longest + "x" * 40, "its path is too long for a socket", "is too long for a socket's path")
         self.assertFalse(os.path.exists(longest + "x" * 40))
 
@@ -355,12 +332,9 @@ class PluginTest(Case):
     def add(self, name):
         bundle = os.path.join(self.root, f"Library/Nevo/Lumora/Plugins/{name}.bundle")
         os.mkdir(bundle)
-        shutil.copy(TEST_PLUGIN, bundle + "/Code")
+        shutil.copy(BUILD / "tests/lists/modules/TestPlugin", bundle + "/Code")
         with open(bundle + "/Info.plist", "wb") as file:
             plistlib.dump({"CFBundleExecutable": "Code", "NSPrincipalClass": "TestPlugin"}, file)
-
-    def rows(self, page):
-        return self.run_program(program("lumora-settings"), "--root", self.root, "--rows", page)
 
     def test_a_plug_in_that_ends_its_process_is_left_out_and_the_others_are_there(self):
         without = self.rows("PluginsListController")
@@ -399,8 +373,6 @@ class LocaleTest(Case):
         self.expect_the_same({"LC_ALL": "de_DE.ISO-8859-1", "LOCPATH": latin})
 
     def expect_the_same(self, *locales):
-        self.environment["DISPLAY"] = ""
-        self.environment["XDG_RUNTIME_DIR"] = self.folder
         base = self.environment
         self.environment = base | {"LC_ALL": "C.UTF-8"}
         self.settings_file = os.path.join(self.folder, WORDS + ".plist")
@@ -410,8 +382,7 @@ class LocaleTest(Case):
         self.assertIn(WORDS, wanted)
         for number, locale in enumerate(locales):
             with self.subTest(**locale):
-                tweak.terminate()
-                self.assertEqual(tweak.wait(LONG_ENOUGH), 0)
+                self.end(tweak)
                 self.environment = base | locale
                 tweak = self.start_tweak()
                 self.assertEqual(self.lumoractl("get", "kLSDateSubtitle").stdout, f'"{WORDS}"\n')
@@ -425,7 +396,7 @@ class LocaleTest(Case):
                 self.assertEqual((rows.returncode, rows.stdout), (0, wanted), rows.stderr)
                 self.assertEqual(self.lumoractl("plugins", "--root", ROOT).returncode, 0)
                 picture = os.path.join(self.folder, f"{WORDS}{number}.png")
-                grabbed = self.run_program(program("lumora-settings"), "--root", ROOT, "--grab", picture)
+                grabbed = self.settings("--grab", picture)
                 self.assertEqual(grabbed.returncode, 0, grabbed.stderr)
                 # The toolkit's complaint. Since Qt 6.8 it tells of having switched as well, which is all right.
                 self.assertNotIn("failed to switch", grabbed.stderr)
@@ -434,4 +405,4 @@ class LocaleTest(Case):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-3]])
+    unittest.main()

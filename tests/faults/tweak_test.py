@@ -1,18 +1,17 @@
 #!/usr/bin/env python3
 """Clients that fail in every way, and lumora-tweak, which must lose nothing, keep nothing of them and serve the others.
 
-    tweak_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests tests/faults/tweak_test.py [-v] BUILD
 """
 import contextlib
-import plistlib
 import random
 import re
 import socket
-import sys
 import unittest
 
-from case import LONG_ENOUGH, Case, sockets, threads
-import wire
+from case import Case
+from harness import wire
+from harness.programs import sockets, threads
 
 CHANGE = wire.frame(wire.archive({"object": {"key": "kLSDateSubtitle", "object": "changed"}}))
 SIGN_OF_LIFE = wire.HEADER.pack(b"LMP1", 1, wire.NO_BODY)  # what it is asked for, and nothing else
@@ -32,17 +31,6 @@ class TweakTest(Case):
         self.assertIsNone(self.client.set("kSleepTime", 15))
         self.threads = threads(self.tweak)
 
-    def connected(self, name=wire.UPDATE_SETTINGS):
-        connection = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
-        self.addCleanup(connection.close)
-        connection.settimeout(LONG_ENOUGH)
-        connection.connect(wire.socket_path(self.ports, name))
-        return connection
-
-    def stored(self):
-        with open(self.settings_file, "rb") as file:
-            return plistlib.load(file)
-
     def expect_sound(self, said=""):
         """That nothing was lost or is left of the clients before, and that the next one is served."""
         # It is asked behind all of them, so that none waits to be accepted still.
@@ -52,11 +40,11 @@ class TweakTest(Case):
                 wire.read_frame(connection.recv)
         self.expect_soon(lambda: sockets(self.tweak), 2)  # those of its ports
         self.assertLessEqual(threads(self.tweak), self.threads)
-        self.assertEqual(self.stored(), {"kSleepTime": 15})
+        self.assertEqual(self.all_stored(), {"kSleepTime": 15})
         self.assertEqual(self.client.settings()["kSleepTime"], 15)
         self.assertIsNone(self.client.set("kSleepTime", 60))
-        self.assertEqual(self.stored(), {"kSleepTime": 60})
-        self.assertEqual(self.tweak.errors.text, said)
+        self.assertEqual(self.all_stored(), {"kSleepTime": 60})
+        self.assertEqual(self.tweak.lines.text, said)
 
     def test_takes_nothing_from_a_client_that_goes_away_at_any_byte(self):
         for end in range(len(CHANGE)):
@@ -78,16 +66,16 @@ class TweakTest(Case):
     def test_takes_a_change_that_drips_and_answers_it(self):
         connection = self.connected()
         for byte in CHANGE:
-            self.assertNotIn("kLSDateSubtitle", self.stored())
+            self.assertIsNone(self.stored("kLSDateSubtitle"))
             connection.sendall(bytes([byte]))
         self.assertEqual(wire.read_frame(connection.recv), (0, None))
-        self.assertEqual(self.stored()["kLSDateSubtitle"], "changed")
+        self.assertEqual(self.stored("kLSDateSubtitle"), "changed")
 
     def test_takes_a_change_from_a_client_that_does_not_wait_for_the_answer(self):
         connection = self.connected()
         connection.sendall(CHANGE)
         connection.close()
-        self.expect_soon(lambda: self.stored().get("kLSDateSubtitle"), "changed")
+        self.expect_soon(lambda: self.stored("kLSDateSubtitle"), "changed")
 
     def test_refuses_the_longest_message_and_serves_others_while_it_comes(self):
         connection = self.connected()
@@ -176,7 +164,7 @@ class TweakTest(Case):
             answer = wire.read_frame(connection.recv)[1]
             refused += answer is not None and isinstance(wire.unarchive(answer)["error"], str)
         self.assertGreater(refused, 100)
-        self.assertEqual(self.stored()["kSleepTime"], 15)
+        self.assertEqual(self.stored("kSleepTime"), 15)
         self.assertEqual(self.client.settings()["kSleepTime"], 15)
 
     def test_serves_others_beside_hundreds_that_only_connect(self):
@@ -189,4 +177,4 @@ class TweakTest(Case):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

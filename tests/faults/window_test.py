@@ -1,26 +1,24 @@
 #!/usr/bin/env python3
 """The real window while its tweak fails: it lives, says nothing, keeps nothing, and goes on with a tweak that is sound.
 
-    window_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests tests/faults/window_test.py [-v] BUILD
 """
 import resource
-import sys
 import unittest
 
-from case import LONG_ENOUGH, descriptors, eventually, sockets, threads, with_few_descriptors
-import wire
+from case import with_few_descriptors
 from clients_test import NO_REPLIES, NO_SETTINGS, SMALL
 from faulty import FaultyTweak, answering, crowded, hanging_up, silent, sound
-from window import WIDTH, Programs
+from harness import wire
+from harness.display import WIDTH
+from harness.programs import descriptors, sockets, threads
+from harness.waiting import LONG_ENOUGH, eventually
+from harness.window import Windows
 
 FAULTS = {called: fault for called, (fault, _) in (NO_REPLIES | NO_SETTINGS).items()}
 
 
-class WindowTest(Programs):
-    def setUp(self):
-        super().setUp()
-        self.ports = self.environment["LUMORA_PORTS"]
-
+class WindowTest(Windows):
     def open_first_switch(self):
         """The root page, with its first switch focused, on a tweak that is sound."""
         window = self.open_root_page()
@@ -182,4 +180,4 @@ class WindowTest(Programs):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

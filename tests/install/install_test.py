@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The installation: staged under one prefix, moved to another place, and used there as a person has it.
 
-    tests/install/install_test.py BUILD [-v]
+    PYTHONPATH=tests tests/install/install_test.py [-v] BUILD
 """
 import json
 import os
@@ -14,7 +14,7 @@ import unittest
 import xml.etree.ElementTree
 from pathlib import Path
 
-from build import BUILD, SOURCE, cached, output
+from harness.build import BUILD, SOURCE, cached, output
 
 PREFIX = "opt/lumora"
 PROGRAMS = ("lumora-settings", "lumora-tweak", "lumoractl")

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The Debian packages: made from this source, then installed, used and purged in a Debian that has nothing else.
 
-    tests/install/packages_test.py BUILD [-v]
+    PYTHONPATH=tests:scripts tests/install/packages_test.py [-v] BUILD
 
 To install them it needs root, for a root of its own, and the package mirror that this machine uses. Without them it
 says so and, if all else passed, ends with 77. The bare Debian and what was downloaded for it are kept under
@@ -19,9 +19,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from build import BUILD, SOURCE, output
-
-sys.path.append(str(SOURCE / "scripts"))
+from harness.build import BUILD, SOURCE, output
 import bare_debian
 
 KEPT = BUILD / "tests/install/debian"

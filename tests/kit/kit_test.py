@@ -1,21 +1,18 @@
 #!/usr/bin/env python3
 """The plug-in kit as an outside author has it: installed into a folder of its own, used from another.
 
-    tests/kit/kit_test.py BUILD [-v]
+    PYTHONPATH=tests tests/kit/kit_test.py [-v] BUILD
 """
 import concurrent.futures
 import json
 import re
 import shutil
 import subprocess
-import sys
 import tempfile
 import unittest
 from pathlib import Path
 
-sys.path.append(str(Path(__file__).resolve().parents[1] / "install"))
-
-from build import BUILD, SOURCE, cached, output
+from harness.build import BUILD, SOURCE, cached, output
 
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Wconversion", "-Wsign-conversion", "-Werror"]
 

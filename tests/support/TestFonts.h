@@ -12,7 +12,7 @@
 namespace tests {
 
 /// Fonts of a test's own, and as long as this lives nothing else is installed for this process. The kinds are those of
-/// tests/fonts/make_fonts.py. The folder goes with the object.
+/// tests/harness/make_fonts.py. The folder goes with the object.
 class TestFonts {
   public:
     explicit TestFonts(const std::vector<std::string>& kinds) {
@@ -30,7 +30,7 @@ class TestFonts {
     TestFonts& operator=(const TestFonts&) = delete;
 
     void install(const std::vector<std::string>& kinds) const {
-        std::vector<std::string> command{"/usr/bin/python3", LUMORA_SOURCE "/tests/fonts/make_fonts.py", path_};
+        std::vector<std::string> command{"/usr/bin/python3", LUMORA_SOURCE "/tests/harness/make_fonts.py", path_};
         command.insert(command.end(), kinds.begin(), kinds.end());
         const Process maker(std::move(command)); // which is waited for
     }

@@ -2,26 +2,21 @@
 """The whole Settings application on a tweak of another language: it shows the same as on lumora-tweak, and what is
 changed in its window arrives on that tweak's disk, with the kind that docs/ports.md names.
 
-    dbus-run-session -- window_on_wire_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests dbus-run-session -- tests/wire/window_on_wire_test.py [-v] BUILD
 
 Needs what spoken.py needs.
 """
 import os
-import subprocess
 import sys
 import unittest
-from pathlib import Path
-
-HERE = Path(__file__).resolve().parent
-sys.path.append(str(HERE.parent / "settings"))
 
 import pyatspi
 
-import forms
-from client import Client
-from spoken import LINK, OPTION, SWITCH, Spoken
-from tweak import Tweak
-from window import LONG_ENOUGH, Programs, eventually
+from harness import forms
+from harness.spoken import LINK, OPTION, SWITCH, Spoken
+from harness.tweak import Tweak
+from harness.waiting import eventually
+from harness.window import Windows
 
 PAGES = ("AUAppsListController", "AppsController", "AppsListController", "AutoUnlockController", "ChangeLogController",
          "ColorPickerController", "FontViewController", "LSDateViewSettings", "LSPasscodeSettings",
@@ -34,21 +29,19 @@ CHANGED = {"kTweakEnabled": False, "kSleepTime": 60, "kAppsPerRow": 2, "kAppIcon
            "org.lumora.plugins.weather.tomorrow": False}
 
 
-class SameTest(Programs):
+class SameTest(Windows):
     """Pages on the one tweak and on the other, with the same settings."""
 
     def shown_on_both(self, show):
         """What show() says on lumora-tweak with some settings changed, and then on a tweak that has the same ones."""
-        ports = self.environment["LUMORA_PORTS"]
-        real, client = self.start_tweak(), Client(ports, LONG_ENOUGH)
+        real = self.start_tweak()
         for key, value in CHANGED.items():
-            self.assertIsNone(client.set(key, value))
-        settings = client.settings()
+            self.assertIsNone(self.client.set(key, value))
+        settings = self.client.settings()
         self.assertEqual(settings | CHANGED, settings)
         on_real = show()
-        real.terminate()
-        self.assertEqual(real.wait(LONG_ENOUGH), 0)
-        with Tweak(ports, settings) as tweak:
+        self.end(real)
+        with Tweak(self.ports, settings) as tweak:
             on_own = show()
             self.assertEqual(tweak.changes, [], "showing a page changes nothing")
         return on_real, on_own
@@ -92,8 +85,7 @@ class ChangesTest(Spoken):
         self.kept = os.path.join(self.folder, "settings.json")
         with open(self.kept, "w", encoding="utf-8") as file:
             file.write(forms.dump({"kTweakEnabled": True, "kAppIconSize": 70.0, "kAppsEnabled": APPS}))
-        tweak = self.start(sys.executable, str(HERE / "tweak.py"), "--settings", self.kept, stdout=subprocess.PIPE)
-        self.assertIn("ready", tweak.stdout.readline())
+        self.start_ready(sys.executable, "-m", "harness.tweak", "--settings", self.kept)
 
     def stored(self, key):
         with open(self.kept, encoding="utf-8") as file:
@@ -172,4 +164,4 @@ class ChangesTest(Spoken):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """A tweak and a client in another language, written after docs/ports.md, with the real lumora-tweak and lumoractl.
 
-    wire_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests tests/wire/wire_test.py [-v] BUILD
 """
 import concurrent.futures
 import fcntl
@@ -15,25 +15,21 @@ import socket
 import stat
 import subprocess
 import sys
-import tempfile
 import threading
 import time
 import unittest
 from datetime import datetime
 from pathlib import Path
 
-HERE = Path(__file__).resolve().parent
-sys.path.append(str(HERE.parent / "settings"))
+from harness import client, forms, wire
+from harness.build import SOURCE
+from harness.client import Client, NoAnswer
+from harness.programs import Programs, program
+from harness.tweak import Tweak
+from harness.waiting import LONG_ENOUGH, Limited
+from harness.wire import Date
 
-import client
-import forms
-import wire
-from client import Client, NoAnswer
-from tweak import Tweak
-from window import LONG_ENOUGH, Limited, program
-from wire import Date
-
-DOCUMENT = (HERE.parents[1] / "docs" / "ports.md").read_text(encoding="utf-8")
+DOCUMENT = (SOURCE / "docs/ports.md").read_text(encoding="utf-8")
 
 ALL_KINDS = {
     "yes": True, "no": False, "one": 1, "one real": 1.0, "nothing": 0, "nothing real": 0.0, "below nothing": -0.0,
@@ -47,11 +43,6 @@ ALL_KINDS = {
 def exactly(value):
     """Tells apart what Python holds for equal: kinds, the order of a dictionary, and the two zeros."""
     return repr(value)
-
-
-def from_command_line(*command, environment):
-    return subprocess.run([str(word) for word in command], text=True, capture_output=True, env=environment,
-                          timeout=LONG_ENOUGH, check=False)
 
 
 class ArchiveTest(Limited):
@@ -152,46 +143,13 @@ class ArchiveTest(Limited):
             wire.archive(1 << 63)
 
 
-class PortsTest(Limited):
-    """Tests with a ports folder of their own."""
-
+class PortsTest(Programs):
     def setUp(self):
-        self.folder = tempfile.mkdtemp(prefix="wire-")
-        self.addCleanup(shutil.rmtree, self.folder, True)
-        self.ports = os.path.join(self.folder, "ports")
-        self.client = Client(self.ports, LONG_ENOUGH)  # this machine may be busy
-        self.environment = {**{name: value for name, value in os.environ.items() if not name.startswith("LUMORA_")},
-                            "LUMORA_PORTS": self.ports}
-
-    def start(self, *command):
-        process = subprocess.Popen(command, env=self.environment, text=True, stdout=subprocess.PIPE)
-
-        def end():
-            process.kill()
-            process.wait()
-            process.stdout.close()
-        self.addCleanup(end)
-        self.assertIn("ready", process.stdout.readline())
-        return process
-
-    def start_real(self):
-        return self.start(program("lumora-tweak"), "--settings", os.path.join(self.folder, "settings.plist"))
+        super().setUp()
+        self.kept = self.folder + "/settings.json"
 
     def start_own(self):
-        return self.start(sys.executable, str(HERE / "tweak.py"), "--settings", self.settings_file())
-
-    def settings_file(self):
-        return os.path.join(self.folder, "settings.json")
-
-    def lumoractl(self, *arguments):
-        return from_command_line(program("lumoractl"), *arguments, environment=self.environment)
-
-    def connected(self, name):
-        connection = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
-        self.addCleanup(connection.close)
-        connection.settimeout(LONG_ENOUGH)
-        connection.connect(wire.socket_path(self.ports, name))
-        return connection
+        return self.start_ready(sys.executable, "-m", "harness.tweak", "--settings", self.kept)
 
 
 class PlaceTest(PortsTest):
@@ -285,17 +243,16 @@ class PlaceTest(PortsTest):
 
     def test_real_and_own_tweak_respect_each_others_names(self):
         with Tweak(self.ports, {"a": 1}):
-            refused = from_command_line(program("lumora-tweak"), "--settings", self.folder + "/other.plist",
-                                        environment=self.environment)
+            refused = self.run_program(program("lumora-tweak"), "--settings", self.settings_file)
             self.assertEqual(refused.returncode, 1, refused.stderr)
             self.assertEqual(self.client.settings(), {"a": 1})
-        self.start_real()
+        self.start_tweak()
         with self.assertRaises(wire.NameTaken):
             Tweak(self.ports, {}).__enter__()
         self.assertIn("kSleepTime", self.client.settings())
 
     def test_real_and_own_tweak_take_over_what_a_killed_one_left(self):
-        real = self.start_real()
+        real = self.start_tweak()
         real.kill()
         real.wait()
         self.assertTrue(stat.S_ISSOCK(os.lstat(wire.socket_path(self.ports, wire.UPDATE_SETTINGS)).st_mode))
@@ -303,7 +260,7 @@ class PlaceTest(PortsTest):
         self.assertEqual(self.client.settings(), {})
         own.kill()
         own.wait()
-        self.start_real()
+        self.start_tweak()
         self.assertIn("kSleepTime", self.client.settings())
 
 
@@ -318,7 +275,7 @@ class FramesTest(PortsTest):
     def both_tweaks(self):
         with Tweak(self.ports, {"a": 1}):
             yield
-        real = self.start_real()
+        real = self.start_tweak()
         yield
         real.kill()
         real.wait()
@@ -453,7 +410,7 @@ class ClientTest(PortsTest):
 
     def setUp(self):
         super().setUp()
-        self.start_real()
+        self.start_tweak()
 
     def test_sets_every_preference_key_of_the_document_and_reads_its_kind_back(self):
         table = re.findall(r"^\| `(k\w+)` \| ([\w ]+) \| (.*) \|$", DOCUMENT, re.MULTILINE)
@@ -500,7 +457,7 @@ class ClientTest(PortsTest):
 
     def test_works_from_a_shell(self):
         def run(*arguments):
-            return from_command_line(sys.executable, HERE / "client.py", *arguments, environment=self.environment)
+            return self.run_program(sys.executable, "-m", "harness.client", *arguments)
         self.assertEqual(run("set", "kSleepTime", "60").returncode, 0)
         self.assertEqual(run("get", "kSleepTime").stdout, "60\n")
         self.assertIs(forms.load(run("get").stdout)["kTweakEnabled"], True)
@@ -529,7 +486,7 @@ class TweakTest(PortsTest):
         self.assertEqual(own.wait(LONG_ENOUGH), 0)
         self.assertEqual(os.listdir(self.folder + "/ports/com.nevo.lumora").count("updateSettings"), 0)
         wanted = {"org.test." + key: value for key, value in ALL_KINDS.items()}
-        with open(self.settings_file(), encoding="utf-8") as file:
+        with open(self.kept, encoding="utf-8") as file:
             self.assertEqual(exactly(forms.load(file.read())), exactly(wanted))
         self.start_own()
         listed = self.lumoractl("list")
@@ -541,7 +498,7 @@ class TweakTest(PortsTest):
 
     def test_says_why_it_cannot_keep_a_change(self):
         self.start_own()
-        os.mkdir(self.settings_file() + ".new")
+        os.mkdir(self.kept + ".new")
         refused = self.lumoractl("set", "a", "1")
         self.assertEqual(refused.returncode, 1)
         self.assertIn("the settings cannot be kept", refused.stderr)
@@ -555,4 +512,4 @@ class TweakTest(PortsTest):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

@@ -16,7 +16,7 @@ class Setup : public QObject {
   public:
     Setup() {
         QProcess::execute(QStringLiteral("/usr/bin/python3"),
-                          {QStringLiteral(LUMORA_SOURCE "/tests/fonts/make_fonts.py"), fonts_.path(),
+                          {QStringLiteral(LUMORA_SOURCE "/tests/harness/make_fonts.py"), fonts_.path(),
                            QStringLiteral("many=200"), QStringLiteral("twins"), QStringLiteral("variable"),
                            QStringLiteral("collection"), QStringLiteral("arabic"), QStringLiteral("dumb"),
                            QStringLiteral("tall")});

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The real programs together: lumora-settings on a display of its own, lumora-tweak, lumoractl.
 
-    programs_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests tests/settings/window/programs_test.py [-v] BUILD
 """
 import json
 import os
@@ -9,12 +9,13 @@ import plistlib
 import resource
 import shutil
 import struct
-import subprocess
-import sys
 import unittest
 
-from slow_display import SlowDisplay
-from window import LONG_ENOUGH, ROOT, WIDTH, Programs, eventually, program
+from harness.display import WIDTH
+from harness.programs import ROOT, program
+from harness.slow_display import SlowDisplay
+from harness.waiting import LONG_ENOUGH, eventually
+from harness.window import Windows
 
 
 def what_stands_in(file):
@@ -24,7 +25,7 @@ def what_stands_in(file):
     return f"{len(content)} bytes: {content.hex(' ', 4)}"
 
 
-class ProgramsTest(Programs):
+class ProgramsTest(Windows):
     # -- without a window --
 
     def test_prints_a_page_as_json(self):
@@ -62,18 +63,16 @@ class ProgramsTest(Programs):
 
     def test_keeps_the_time_out_while_a_page_is_drawn(self):
         self.start_tweak()
-        root = self.folder + "/root"
-        shutil.copytree(ROOT, root, symlinks=True)
-        bundle = root + "/Library/Nevo/Lumora/Plugins/Strange.bundle"
+        self.root = self.folder + "/root"
+        shutil.copytree(ROOT, self.root, symlinks=True)
+        bundle = self.root + "/Library/Nevo/Lumora/Plugins/Strange.bundle"
         os.mkdir(bundle)
-        shutil.copy(os.path.join(os.path.dirname(program("lumora-settings")), "strange", "StrangePlugin"), bundle)
+        shutil.copy(program("strange/StrangePlugin"), bundle)
         with open(bundle + "/Info.plist", "wb") as file:
             plistlib.dump({"CFBundleExecutable": "StrangePlugin", "NSPrincipalClass": "Strange"}, file)
         with open(bundle + "/name.txt", "w", encoding="utf-8") as file:
             file.write("word " * 1_600_000)  # half a minute of work to draw, less than a second to open
-        failed = subprocess.run([program("lumora-settings"), "--root", root, "--page", "PluginsListController",
-                                 "--timeout", "10", "--grab", self.folder + "/a.png"], env=self.environment, text=True,
-                                capture_output=True, timeout=LONG_ENOUGH, check=False)
+        failed = self.settings("--page", "PluginsListController", "--timeout", "10", "--grab", self.folder + "/a.png")
         self.assertEqual((failed.returncode, failed.stderr),
                          (1, "lumora-settings: timed out waiting for the page to be drawn\n"))
         self.assertFalse(os.path.exists(self.folder + "/a.png"))
@@ -86,8 +85,7 @@ class ProgramsTest(Programs):
             if before:
                 with open(file, "wb") as stream:
                     stream.write(before)
-            failed = subprocess.run(full + [program("lumora-settings"), "--root", ROOT, "--grab", file], text=True,
-                                    env=self.environment, capture_output=True, timeout=LONG_ENOUGH, check=False)
+            failed = self.run_program(*full, program("lumora-settings"), "--root", ROOT, "--grab", file)
             if failed.returncode == 0:
                 self.fail(what_stands_in(file))
             self.assertEqual(failed.returncode, 1)
@@ -101,8 +99,7 @@ class ProgramsTest(Programs):
         self.start_tweak()
         full = ["sh", "-c", "trap '' XFSZ; ulimit -f 4; exec \"$@\"", "sh"]
         for command in (full, []):
-            started = subprocess.run(command + [program("lumora-settings"), "--root", ROOT, "--grab", "/dev/null"],
-                                     env=self.environment, stderr=subprocess.DEVNULL, timeout=LONG_ENOUGH, check=False)
+            started = self.run_program(*command, program("lumora-settings"), "--root", ROOT, "--grab", "/dev/null")
             self.assertEqual(started.returncode, 0)
 
     def test_saves_a_picture_into_what_is_no_plain_file(self):
@@ -116,8 +113,7 @@ class ProgramsTest(Programs):
         with open(link, "rb") as stream:
             self.assertTrue(stream.read().startswith(b"\x89PNG"))
         self.assertFalse(os.path.isfile("/dev/null"))
-        printed = subprocess.run([program("lumora-settings"), "--root", ROOT, "--grab", "/dev/stdout"], check=False,
-                                 env=self.environment, capture_output=True, timeout=LONG_ENOUGH)
+        printed = self.run_program(program("lumora-settings"), "--root", ROOT, "--grab", "/dev/stdout", text=False)
         self.assertEqual(printed.returncode, 0, printed.stderr)
         self.assertTrue(printed.stdout.startswith(b"\x89PNG"))
 
@@ -152,8 +148,7 @@ class ProgramsTest(Programs):
             with open(f"{data}/applications/{name}.desktop", "w", encoding="utf-8") as file:
                 file.write(f"[Desktop Entry]\nType=Application\nExec=true\nName={name}\nIcon={data}/{name}.svg\n")
         self.environment["XDG_DATA_HOME"] = data
-        subprocess.run([program("lumoractl"), "set", "kAppsEnabled", '["test.a", "test.b", "test.c"]'],
-                       env=self.environment, check=True, timeout=LONG_ENOUGH)
+        self.set("kAppsEnabled", ["test.a", "test.b", "test.c"])
 
     def green_is_seen(self):
         with self.display.screen() as (_, height, line):
@@ -251,8 +246,7 @@ class ProgramsTest(Programs):
     def test_takes_the_tour_instead_of_opening_a_window_where_there_is_no_display(self):
         self.start_tweak()
         self.environment["DISPLAY"] = ""
-        toured = subprocess.run([program("lumora-settings"), "--root", ROOT], text=True, capture_output=True,
-                                env=self.environment, cwd=self.folder, timeout=LONG_ENOUGH, check=False)
+        toured = self.run_program(program("lumora-settings"), "--root", ROOT, cwd=self.folder)
         self.assertEqual(toured.returncode, 0, toured.stderr)
         self.assertIn("there is no display", toured.stderr)
         self.assertIn("LumoraPreferences-390-light.png", os.listdir(self.folder + "/lumora-tour"))
@@ -268,9 +262,7 @@ class ProgramsTest(Programs):
             return eventually(lambda: self.stored("kTweakEnabled") is not None or None, "the change")
         tapped()
         self.assertIs(self.stored("kTweakEnabled"), False)
-        value = subprocess.run([program("lumoractl"), "get", "kTweakEnabled"], text=True, capture_output=True,
-                               env=self.environment, check=True).stdout
-        self.assertEqual(value.strip(), "false")
+        self.assertIs(self.get("kTweakEnabled"), False)
 
     def test_carries_a_switch_turned_by_keyboard_to_the_tweaks_disk(self):
         self.start_tweak()
@@ -334,4 +326,4 @@ class ProgramsTest(Programs):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

@@ -2,7 +2,7 @@
 """Every control of every page of rows, in the real window: found by what is read out for it, used by pointer, keyboard
 and assistive tool, and looked up on the tweak's disk.
 
-    dbus-run-session -- everything_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests dbus-run-session -- tests/settings/window/everything_test.py [-v] BUILD
 
 Needs what spoken.py needs.
 """
@@ -10,15 +10,14 @@ import email
 import email.policy
 import json
 import os
-import sys
 import unittest
 
 import pyatspi
 
 from everything import WAYS, Control, Everything
 from everything_pages import CELLS, PAGES, VIEWS
-from spoken import OPTION
-from window import eventually
+from harness.spoken import OPTION
+from harness.waiting import eventually
 
 ROLES = {"switch": pyatspi.ROLE_CHECK_BOX, "slider": pyatspi.ROLE_SLIDER, "field": pyatspi.ROLE_TEXT,
          "secure": pyatspi.ROLE_TEXT, "text": pyatspi.ROLE_LABEL}
@@ -324,4 +323,4 @@ class RootPageTest(EverythingTest):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

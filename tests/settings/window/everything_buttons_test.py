@@ -2,13 +2,12 @@
 """The buttons that stand on no page, each by pointer, keyboard and assistive tool in the real window: those of the
 composer and of its question, the one that leads back, the one that restarts.
 
-    dbus-run-session -- everything_buttons_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests dbus-run-session -- tests/settings/window/everything_buttons_test.py [-v] BUILD
 
 Needs what spoken.py needs.
 """
 import contextlib
 import os
-import sys
 import unittest
 
 import pyatspi
@@ -16,7 +15,7 @@ from gi.repository import GLib
 
 from everything import BACK, WAYS, Control, Everything
 from everything_pages import PAGES
-from window import eventually
+from harness.waiting import eventually
 
 BUTTON = pyatspi.ROLE_PUSH_BUTTON
 SUPPORT = "support@nevo.example"
@@ -192,4 +191,4 @@ class RestartTest(Buttons):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

@@ -1,21 +1,22 @@
 #!/usr/bin/python3
 """Pages that host a view, in the real programs, as assistive tools see them.
 
-    dbus-run-session -- views_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests dbus-run-session -- tests/settings/window/views_test.py [-v] BUILD
 
 Needs what spoken.py needs.
 """
 import os
 import re
-import sys
 import threading
 import unittest
 
 import pyatspi
 from gi.repository import Gio, GLib
 
-from spoken import SWITCH, Spoken
-from window import ROOT, WIDTH, eventually
+from harness.display import WIDTH
+from harness.programs import ROOT
+from harness.spoken import SWITCH, Spoken
+from harness.waiting import eventually
 
 
 class ChangeLogTest(Spoken):
@@ -178,4 +179,4 @@ class SecureFieldTest(Spoken):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """A client written after docs/ports.md.
 
     Client(folder).settings()                           # all of them
@@ -6,8 +5,8 @@
 
 and as a program, which exits with 1 when something fails:
 
-    client.py get [KEY]
-    client.py set KEY JSON
+    PYTHONPATH=tests python3 -m harness.client get [KEY]
+    PYTHONPATH=tests python3 -m harness.client set KEY JSON
 """
 import argparse
 import socket
@@ -15,8 +14,7 @@ import struct
 import sys
 import time
 
-import forms
-import wire
+from harness import forms, wire
 
 PATIENCE = 1  # seconds to connect and write, and as many again for the reply
 

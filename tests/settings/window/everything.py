@@ -7,15 +7,15 @@ in which a person uses them.
 Needs what spoken.py needs.
 """
 import os
-import plistlib
 from typing import NamedTuple
 
 import pyatspi
 from gi.repository import GLib
 
 from everything_pages import stored_before
-from spoken import Spoken, children, role_of
-from window import HEIGHT, LONG_ENOUGH, WIDTH, eventually
+from harness.display import HEIGHT, WIDTH
+from harness.spoken import Spoken, children, role_of
+from harness.waiting import LONG_ENOUGH, eventually
 
 WAYS = ("pointer", "keyboard", "assistive")
 BAR = 52  # the navigation bar, above the page
@@ -40,8 +40,7 @@ class Everything(Spoken):
 
     def start_tweak(self, *options):
         """One that has a value for every key, and a home in which there is nothing but what the test puts there."""
-        with open(self.settings_file, "wb") as file:
-            plistlib.dump(self.before, file, fmt=plistlib.FMT_BINARY)
+        self.store(self.before)
         self.home = os.path.join(self.folder, "home")
         for folder in ("applications", "nothing"):
             os.makedirs(os.path.join(self.home, folder))

@@ -2,19 +2,19 @@
 """The lists in the real programs: rows moved by mouse, keyboard and assistive action, as the tweak has them then; and a
 plug-in's own page.
 
-    dbus-run-session -- lists_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests dbus-run-session -- tests/settings/window/lists_test.py [-v] BUILD
 
 Needs what spoken.py needs.
 """
 import json
-import sys
 import unittest
 
 import pyatspi
 from gi.repository import GLib
 
-from spoken import LINK, SWITCH, Spoken
-from window import HEIGHT, eventually
+from harness.display import HEIGHT
+from harness.spoken import LINK, SWITCH, Spoken
+from harness.waiting import eventually
 
 # None of them is installed: their rows have no title, and the identifier is their name.
 SAVED = ["test.one", "test.two", "test.three"]
@@ -27,11 +27,11 @@ class Lists:
 
     def setUp(self):
         super().setUp()
-        self.lumoractl("set", self.key, json.dumps(SAVED))
+        self.set(self.key, SAVED)
         self.assertEqual(self.saved(), SAVED)
 
     def saved(self):
-        return json.loads(self.lumoractl("get", self.key))
+        return self.get(self.key)
 
     def open_list(self):
         window = self.open_window("--page", self.page)
@@ -43,7 +43,7 @@ class Lists:
 
     def save_many(self, count):
         many = [f"test.{i}" for i in range(count)]
-        self.lumoractl("set", self.key, json.dumps(many))
+        self.set(self.key, many)
         return many
 
     def open_many(self):
@@ -77,7 +77,7 @@ class Lists:
         self.expect_saved(["test.two", "test.one", "test.three"])
 
     def test_moves_rows_into_an_empty_section_and_out_of_the_only_full_one(self):
-        self.lumoractl("set", self.key, "[]")
+        self.set(self.key, [])
         title, identifier = self.disabled()[1]
         window = self.open_window("--page", self.page)
         row = self.place(window, title)
@@ -157,7 +157,7 @@ class Lists:
 
     def test_prints_every_row_of_the_list(self):
         many = [f"test.{i}" for i in range(300)]
-        self.lumoractl("set", self.key, json.dumps(many))
+        self.set(self.key, many)
         printed = self.settings("--rows", self.page, DISPLAY="")
         self.assertEqual(printed.returncode, 0, printed.stderr)
         page = json.loads(printed.stdout)
@@ -191,7 +191,7 @@ class AppsTest(Lists, Spoken):
 
 class AutoUnlockAppsTest(Spoken):
     def test_saves_what_is_exempt_and_leaves_the_chosen_ones_alone(self):
-        self.lumoractl("set", "kAppsEnabled", json.dumps(SAVED))
+        self.set("kAppsEnabled", SAVED)
         window = self.open_window("--page", "AUAppsListController")
         eventually(lambda: "test.three" in self.rows(window), "the rows")
         self.act(self.rows(window)["test.three"], "Increase")
@@ -202,7 +202,7 @@ class AutoUnlockAppsTest(Spoken):
         self.expect("kAUAppsDisabled", ["test.two", "test.three", "test.one"])
         self.drag(window, "test.three", 100)
         self.expect("kAUAppsDisabled", ["test.two", "test.one"])
-        self.assertEqual(json.loads(self.lumoractl("get", "kAppsEnabled")), SAVED)
+        self.assertEqual(self.get("kAppsEnabled"), SAVED)
 
 
 class PlugInPageTest(Spoken):
@@ -218,4 +218,4 @@ class PlugInPageTest(Spoken):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

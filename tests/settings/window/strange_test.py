@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Every page on settings, names and titles of any kind: it opens, nothing overlaps and nothing is cut off.
 
-    strange_test.py [-v] Few|Values|Texts BINARIES DEVICE_ROOT
+    PYTHONPATH=tests tests/settings/window/strange_test.py [-v] Few|Values|Texts BUILD
 
 A program looks at the pages, in several sizes of the window and of texts: layout_tour. Its pictures of those that it
 complains of are left in $LUMORA_TEST_PICTURES, if that is set. Needs fc-list and the fonts that are named here.
@@ -12,17 +12,15 @@ import plistlib
 import re
 import shutil
 import subprocess
-import sys
 import tempfile
 import unicodedata
 import unittest
 
-HERE = os.path.dirname(os.path.abspath(__file__))
-sys.path.append(os.path.join(HERE, "..", "wire"))
-
-from tweak import Tweak
-from window import BINARIES, LONG_ENOUGH, ROOT, program
-from wire import Date
+from harness.build import SOURCE
+from harness.programs import ROOT, program
+from harness.tweak import Tweak
+from harness.waiting import LONG_ENOUGH
+from harness.wire import Date
 
 BOOLEANS = """kTweakEnabled kSleepDisabledForAppViews kNotificationsHideOnTap kAppBadgesEnabled kAppLabelsEnabled
     kAppRoundedEnabled kIconViewBlurEnabled kSwitchTapAndLongHold kLongHoldForPluginApps kAlwaysReturnToLSEnabled
@@ -73,8 +71,8 @@ FONTS = ["opentype/inter/*.otf", "truetype/dejavu/DejaVuSans.ttf", "truetype/dej
          "truetype/noto/NotoColorEmoji.ttf", "truetype/tibetan/DDC_Uchen.ttf", "truetype/tlwg/Loma.ttf",
          "truetype/tlwg/Loma-Bold.ttf"]
 # The pages that the documentation has pictures of are all there are.
-PAGES = {re.sub(r"(-end)?-\d+-(light|dark).*", "", name)
-         for name in os.listdir(os.path.join(HERE, "../../docs/pictures")) if name.endswith(".png")}
+PAGES = {re.sub(r"(-end)?-\d+-(light|dark).*", "", picture.name)
+         for picture in (SOURCE / "docs/pictures").glob("*.png")}
 
 
 def settings(**changes):
@@ -119,7 +117,7 @@ class Strange(unittest.TestCase):
         for number, name in enumerate(names):
             bundle = os.path.join(root, f"Library/Nevo/Lumora/Plugins/Strange{number}.bundle")
             os.makedirs(bundle)
-            shutil.copy(os.path.join(BINARIES, "strange", "StrangePlugin"), bundle)
+            shutil.copy(program("strange/StrangePlugin"), bundle)
             with open(os.path.join(bundle, "Info.plist"), "wb") as file:
                 plistlib.dump({"CFBundleExecutable": "StrangePlugin", "NSPrincipalClass": "Strange"}, file)
             with open(os.path.join(bundle, "name.txt"), "w", encoding="utf-8", newline="") as file:
@@ -243,4 +241,4 @@ class Texts(Strange):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

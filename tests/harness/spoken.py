@@ -2,14 +2,13 @@
 
 Needs what window.py needs, and pyatspi with its bus: dbus-run-session -- TEST.
 """
-import json
 import os
-import subprocess
 
 import pyatspi
 from gi.repository import Atspi, GLib
 
-from window import GONE, Programs, eventually, program
+from harness.waiting import GONE, eventually
+from harness.window import Windows
 
 GONE.append(GLib.Error)
 
@@ -30,7 +29,7 @@ def children(item):
     return [child for child in item if child]
 
 
-class Spoken(Programs):
+class Spoken(Windows):
     """A test of a window that is looked at and pressed by assistive tools."""
 
     ROW = pyatspi.ROLE_LIST_ITEM  # of the list that the test looks at
@@ -40,10 +39,6 @@ class Spoken(Programs):
         self.environment |= {"DBUS_SESSION_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"],
                              "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
         self.start_tweak()
-
-    def lumoractl(self, *arguments):
-        return subprocess.run([program("lumoractl"), *arguments], text=True, capture_output=True,
-                              env=self.environment, check=True).stdout
 
     def find(self, accessible, matches):
         if matches(accessible):
@@ -103,9 +98,7 @@ class Spoken(Programs):
         self.xdotool("mouseup", "1")
 
     def expect(self, key, identifiers):
-        def stored():
-            return json.loads(self.lumoractl("get", key))
         try:
-            eventually(lambda: stored() == identifiers, identifiers)
+            eventually(lambda: self.get(key) == identifiers, identifiers)
         except AssertionError:
-            self.assertEqual(stored(), identifiers)
+            self.assertEqual(self.get(key), identifiers)

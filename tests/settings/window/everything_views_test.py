@@ -2,23 +2,22 @@
 """Every row of every list, every font, every colour: the pages that are one view, in the real window, used by pointer,
 keyboard and assistive tool, and looked up on the tweak's disk.
 
-    dbus-run-session -- everything_views_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests dbus-run-session -- tests/settings/window/everything_views_test.py [-v] BUILD
 
 Needs what spoken.py needs, and fontTools.
 """
 import json
 import os
-import subprocess
-import sys
 import unittest
 
 import pyatspi
 from gi.repository import GLib
 
 from everything import BAR, WAYS, Control, Everything
-from window import HEIGHT, ROOT, WIDTH, eventually
-
-MAKE_FONTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "fonts", "make_fonts.py")
+from harness.display import HEIGHT, WIDTH
+from harness.make_fonts import make_fonts
+from harness.programs import ROOT
+from harness.waiting import eventually
 
 
 class Table(Everything):
@@ -213,7 +212,7 @@ class FontsTest(Table):
     def setUp(self):
         super().setUp()
         fonts = os.path.join(self.folder, "fonts")
-        subprocess.run(["/usr/bin/python3", MAKE_FONTS, fonts, "many=30"], check=True)
+        make_fonts(fonts, "many=30")
         self.environment["FONTCONFIG_FILE"] = fonts + "/fonts.conf"
 
     def order(self):
@@ -356,4 +355,4 @@ class ChangeLogTest(Everything):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

@@ -2,7 +2,7 @@
 """The problem report in the real programs: composed in the window, sent by a real mail transport to a mail server of the
 test's own, saved, cancelled.
 
-    dbus-run-session -- mail_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests dbus-run-session -- tests/settings/window/mail_test.py [-v] BUILD
 
 Needs what spoken.py needs, msmtp and aiosmtpd.
 """
@@ -12,15 +12,15 @@ import email.policy
 import os
 import shutil
 import subprocess
-import sys
 import threading
 import unittest
 
 import pyatspi
 from aiosmtpd.smtp import SMTP
 
-from spoken import SWITCH, Spoken
-from window import LONG_ENOUGH, ROOT, eventually
+from harness.programs import ROOT
+from harness.spoken import SWITCH, Spoken
+from harness.waiting import LONG_ENOUGH, eventually
 
 BUTTON = pyatspi.ROLE_PUSH_BUTTON
 DIALOG = pyatspi.ROLE_DIALOG
@@ -344,4 +344,4 @@ class MailTest(Spoken):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

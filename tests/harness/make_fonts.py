@@ -111,7 +111,7 @@ def fonts_of(kind):
         sys.exit(f"make_fonts.py: no fonts are of the kind {kind}")
 
 
-def main(folder, *kinds):
+def make_fonts(folder, *kinds):
     os.makedirs(os.path.join(folder, "fonts"), exist_ok=True)
     with open(os.path.join(folder, "fonts.conf"), "w", encoding="utf-8") as config:
         config.write('<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd"><fontconfig>'
@@ -122,4 +122,4 @@ def main(folder, *kinds):
 
 
 if __name__ == "__main__":
-    main(*sys.argv[1:])
+    make_fonts(*sys.argv[1:])

@@ -7,8 +7,7 @@ import json
 import math
 from datetime import datetime
 
-import wire
-from wire import Date
+from harness.wire import EPOCH, Date
 
 
 def dump(value, indent=None):
@@ -45,7 +44,7 @@ def _whole(value):
             return base64.b64decode(content, validate=True)
         if key == "$date":
             if isinstance(content, str):
-                return Date((datetime.fromisoformat(content) - wire.EPOCH).total_seconds())
+                return Date((datetime.fromisoformat(content) - EPOCH).total_seconds())
             return Date(float(content))
         if key == "$real":
             return float(content)

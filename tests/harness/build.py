@@ -1,11 +1,11 @@
-"""The build whose installation is tested: the first argument of the test's program, which unittest does not see."""
+"""The build that is tested: the last argument of the test's program, which unittest does not see."""
 import os
 import re
 import subprocess
 import sys
 from pathlib import Path
 
-BUILD = Path(sys.argv.pop(1)).resolve()
+BUILD = Path(sys.argv.pop()).resolve()
 SOURCE = Path(__file__).resolve().parents[2]
 
 

@@ -1,23 +1,19 @@
 #!/usr/bin/python3
 """The colour page in the real window: what a drag, a theme, a key and an assistive tool send, message by message.
 
-    dbus-run-session -- colors_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests dbus-run-session -- tests/settings/window/colors_test.py [-v] BUILD
 
 Needs what spoken.py needs.
 """
-import ctypes
-import os
-import sys
 import unittest
-
-sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "wire"))
 
 import pyatspi
 from gi.repository import GLib
 
-from spoken import Spoken
-from tweak import Tweak
-from window import HEIGHT, LONG_ENOUGH, WIDTH, eventually
+from harness.display import HEIGHT, WIDTH
+from harness.spoken import Spoken
+from harness.tweak import Tweak
+from harness.waiting import LONG_ENOUGH, eventually
 
 BAR = 52  # the navigation bar, above the page
 # In the window, at its first size: the picker fills the page from 75 points below its top to the strip of themes.
@@ -30,39 +26,13 @@ def near(colour, components):
     return all(abs(colour[name] - value) < 1e-6 for name, value in components.items())
 
 
-class Pixels:
-    """Reads the colours of the screen."""
-
-    def __init__(self, display):
-        self.x11 = ctypes.CDLL("libX11.so.6")
-        for name in ("XOpenDisplay", "XGetImage", "XDefaultRootWindow", "XGetPixel"):
-            getattr(self.x11, name).restype = ctypes.c_void_p
-        self.x11.XGetPixel.restype = ctypes.c_ulong
-        self.display = ctypes.c_void_p(self.x11.XOpenDisplay(display.encode()))
-        self.root = ctypes.c_void_p(self.x11.XDefaultRootWindow(self.display))
-
-    def at(self, x, y):
-        image = ctypes.c_void_p(self.x11.XGetImage(self.display, self.root, x, y, 1, 1, ctypes.c_ulong(2**32 - 1), 2))
-        pixel = self.x11.XGetPixel(image, 0, 0)
-        self.x11.XDestroyImage(image)
-        return pixel >> 16 & 255, pixel >> 8 & 255, pixel & 255
-
-    def close(self):
-        self.x11.XCloseDisplay(self.display)
-
-
 class ColorsTest(Spoken):
-    def setUp(self):
-        super().setUp()
-        self.pixels = Pixels(self.display.name)
-        self.addCleanup(self.pixels.close)
-
     def start_tweak(self):
         """Each test has one that remembers what it is sent."""
 
     def open_page(self, colour):
         settings = {"kLSBlurColor": colour} if colour else {}
-        self.tweak = self.enterContext(Tweak(self.environment["LUMORA_PORTS"], settings))
+        self.tweak = self.enterContext(Tweak(self.ports, settings))
         self.xdotool("mousemove", "1200", "1000")
         window = self.open_window("--page", "ColorPickerController")
         eventually(lambda: "Brightness" in self.sliders(window), "the colour control")
@@ -162,14 +132,14 @@ class ColorsTest(Spoken):
 
     def test_stores_the_old_brightness_with_a_theme_and_previews_the_theme_in_full(self):
         window = self.open_page({"h": 0.5, "s": 1.0, "b": 1.0})
-        eventually(lambda: self.pixels.at(WIDTH // 2, BAR + 10) == (0, 255, 255), "the preview of what is stored")
+        eventually(lambda: self.display.color_at(WIDTH // 2, BAR + 10) == "#00ffff", "the preview of what is stored")
         self.tap_theme(window, 5)
         self.assertEqual(self.wait_for(1), [{"h": 0.0, "s": 1.0, "b": 1.0}])
-        eventually(lambda: self.pixels.at(WIDTH // 2, BAR + 10) == (176, 0, 0), "the dark red preview")
+        eventually(lambda: self.display.color_at(WIDTH // 2, BAR + 10) == "#b00000", "the dark red preview")
 
     def test_opens_on_black_with_nothing_stored(self):
         window = self.open_page(None)
-        eventually(lambda: self.pixels.at(WIDTH // 2, BAR + 10) == (0, 0, 0), "the black preview")
+        eventually(lambda: self.display.color_at(WIDTH // 2, BAR + 10) == "#000000", "the black preview")
         self.assertEqual([self.sliders(window)[name].queryValue().currentValue
                           for name in ("Hue", "Saturation", "Brightness")], [0, 0, 0])
         self.tap_theme(window, 0)
@@ -208,4 +178,4 @@ class ColorsTest(Spoken):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

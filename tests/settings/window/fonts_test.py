@@ -2,28 +2,27 @@
 """The list of fonts in the real programs: a font chosen by mouse, keyboard and assistive action, as the tweak has it then,
 and how many font files are opened for it.
 
-    dbus-run-session -- fonts_test.py [-v] BINARIES DEVICE_ROOT
+    PYTHONPATH=tests dbus-run-session -- tests/settings/window/fonts_test.py [-v] BUILD
 
 Needs what spoken.py needs, and fontTools.
 """
 import ctypes
-import json
 import os
 import shutil
 import struct
 import subprocess
-import sys
 import tempfile
 import unittest
 
 import pyatspi
 
-from spoken import Spoken
-from window import HEIGHT, eventually
+from harness.display import HEIGHT
+from harness.make_fonts import make_fonts
+from harness.spoken import Spoken
+from harness.waiting import eventually
 
 KEY = "kLSDateFontName"
 COUNT = 2000
-MAKE_FONTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "fonts", "make_fonts.py")
 
 
 class Watch:
@@ -67,7 +66,7 @@ class FontsTest(Spoken):
     def setUpClass(cls):
         super().setUpClass()
         cls.fonts = tempfile.mkdtemp(prefix="fonts-")
-        subprocess.run(["/usr/bin/python3", MAKE_FONTS, cls.fonts, f"many={COUNT}"], check=True)
+        make_fonts(cls.fonts, f"many={COUNT}")
         subprocess.run(["fc-cache"], env={**os.environ, "FONTCONFIG_FILE": cls.fonts + "/fonts.conf"}, check=True)
 
     @classmethod
@@ -81,7 +80,7 @@ class FontsTest(Spoken):
 
     def open_fonts(self, stored=None, *options):
         if stored:
-            self.lumoractl("set", KEY, json.dumps(stored))
+            self.set(KEY, stored)
         window = self.open_window("--page", "FontViewController", *options)
         eventually(lambda: (stored or "Default") in self.rows(window), "the rows")
         return window
@@ -135,7 +134,7 @@ class FontsTest(Spoken):
         self.expect_chosen(window, name_of(1235))
 
     def test_marks_default_for_a_font_that_is_gone_and_keeps_it_stored(self):
-        self.lumoractl("set", KEY, '"Gone-Regular"')
+        self.set(KEY, "Gone-Regular")
         window = self.open_fonts()
         self.assertEqual(self.marked(window), ["Default"])
         self.assertEqual(self.stored(KEY), "Gone-Regular")
@@ -175,4 +174,4 @@ class FontsTest(Spoken):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], *sys.argv[1:-2]])
+    unittest.main()

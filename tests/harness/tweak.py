@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """A tweak written after docs/ports.md. In a test it remembers what it is told:
 
     with Tweak(folder, {"kSleepTime": 30}) as tweak:
@@ -6,7 +5,7 @@
 
 and as a program it keeps its settings on disk, as JSON:
 
-    tweak.py [--settings FILE.json]
+    PYTHONPATH=tests python3 -m harness.tweak [--settings FILE.json]
 """
 import argparse
 import os
@@ -14,8 +13,7 @@ import signal
 import sys
 import threading
 
-import forms
-import wire
+from harness import forms, wire
 
 
 class Tweak:

@@ -1,0 +1,1 @@
+"""What the tests in Python and bench/ share. It is found by way of PYTHONPATH=tests."""

@@ -1,0 +1,109 @@
+"""What tests of the window are made of: a display of their own, and the window, opened, tapped and closed.
+
+Needs Xvfb and xdotool. A test that fails leaves a picture of its display in $LUMORA_TEST_PICTURES, if that is set.
+"""
+import contextlib
+import ctypes
+import os
+import subprocess
+import sys
+import unittest
+
+from harness.display import Display
+from harness.programs import Programs, program
+from harness.waiting import eventually
+
+
+class Windows(Programs):
+    """A test of the programs that has a display."""
+
+    scheme = ["--light"]  # the option for it; none to follow the desktop
+
+    @classmethod
+    def setUpClass(cls):
+        cls.display = Display()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.display.stop()
+
+    def run(self, result=None):
+        """Takes away the picture that an earlier failure of the test has left."""
+        if picture := self.picture_of_failure():
+            with contextlib.suppress(FileNotFoundError):
+                os.remove(picture)
+        return super().run(result)
+
+    def setUp(self):
+        super().setUp()
+        self.environment["DISPLAY"] = self.display.name
+
+    def _callSetUp(self):
+        with self.picture_if_it_fails():
+            self.setUp()  # not by way of the base class, behind whose frame a failure would not tell where it was
+
+    def _callTestMethod(self, method):
+        with self.picture_if_it_fails():
+            method()
+
+    @contextlib.contextmanager
+    def picture_if_it_fails(self):
+        """Unlike a clean-up, this is still there when the window is, and knows of the failure."""
+        try:
+            yield
+        except unittest.SkipTest:
+            raise
+        except Exception:
+            if path := self.picture_of_failure():
+                os.makedirs(os.path.dirname(path), exist_ok=True)
+                self.display.save_picture(path)
+                print("A picture of the failure:", path, file=sys.stderr)
+            raise
+
+    def picture_of_failure(self):
+        """Where it is to be, if anywhere."""
+        folder = os.environ.get("LUMORA_TEST_PICTURES")
+        return folder and os.path.join(folder, self.id().removeprefix("__main__.") + ".png")
+
+    def open_window(self, *options):
+        window = self.start(program("lumora-settings"), "--root", self.root, *self.scheme, *options, stderr=subprocess.PIPE)
+        def appeared():
+            self.assertIsNone(window.poll(), window.lines.text)
+            return self.windows(window)
+        window.id = eventually(appeared, "the window")[0]
+        self.xdotool("windowmove", window.id, "0", "0")
+        self.xdotool("windowfocus", window.id)
+        return window
+
+    def open_root_page(self, *options):
+        """The root page logs its settings when it appears, and is drawn soon after."""
+        window = self.open_window(*options)
+        eventually(lambda: "kTweakEnabled" in window.lines.text, "the root page")
+        return window
+
+    def windows(self, process):
+        return self.xdotool("search", "--pid", str(process.pid), "--onlyvisible").split()
+
+    def xdotool(self, *arguments):
+        return self.run_program("xdotool", *arguments).stdout
+
+    def tap(self, window, x, y):
+        self.xdotool("mousemove", "--window", window.id, str(x), str(y), "click", "1")
+
+    def close(self, window):
+        """Asks the window to close, as a window manager does."""
+        xlib = ctypes.CDLL("libX11.so.6")
+        xlib.XOpenDisplay.restype = ctypes.c_void_p
+        display = ctypes.c_void_p(xlib.XOpenDisplay(self.display.name.encode()))
+
+        class ClientMessage(ctypes.Structure):
+            _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
+                        ("display", ctypes.c_void_p), ("window", ctypes.c_ulong), ("message_type", ctypes.c_ulong),
+                        ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("pad", ctypes.c_long * 12)]
+        atom = lambda name: xlib.XInternAtom(display, name, 0)
+        xlib.XInternAtom.restype = ctypes.c_ulong
+        message = ClientMessage(type=33, window=int(window.id), message_type=atom(b"WM_PROTOCOLS"), format=32)
+        message.data[0] = atom(b"WM_DELETE_WINDOW")
+        xlib.XSendEvent.argtypes = [ctypes.c_void_p, ctypes.c_ulong, ctypes.c_int, ctypes.c_long, ctypes.c_void_p]
+        xlib.XSendEvent(display, int(window.id), 0, 0, ctypes.byref(message))
+        xlib.XCloseDisplay(display)
