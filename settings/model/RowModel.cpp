@@ -1,7 +1,5 @@
 #include "settings/model/RowModel.h"
 
-#include "platform/preferences/PSSpecifier.h"
-
 #include <QPointer>
 #include <QStringList>
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#ifndef Q_MOC_RUN // which cannot read concepts
+#include "platform/preferences/PSSpecifier.h"
+#endif
 #include "settings/host/Event.h"
 #include "settings/host/Snapshot.h"
 
@@ -19,7 +22,7 @@ class RowModel : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("Rows come from snapshots")
 
-    Q_PROPERTY(int cell READ cell CONSTANT)
+    Q_PROPERTY(Cell cell READ cell CONSTANT)
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString placeholder READ placeholder CONSTANT)
     Q_PROPERTY(bool secure READ secure CONSTANT)
@@ -38,6 +41,21 @@ class RowModel : public QObject {
     Q_PROPERTY(bool marked READ marked NOTIFY valueRead)
 
   public:
+    /// The platform's kinds of rows. A row may be of none of them.
+    enum Cell : int {
+        GroupCell = platform::PSGroupCell,
+        LinkCell = platform::PSLinkCell,
+        LinkListCell = platform::PSLinkListCell,
+        ListItemCell = platform::PSListItemCell,
+        SliderCell = platform::PSSliderCell,
+        SwitchCell = platform::PSSwitchCell,
+        StaticTextCell = platform::PSStaticTextCell,
+        EditTextCell = platform::PSEditTextCell,
+        SecureEditTextCell = platform::PSSecureEditTextCell,
+        ButtonCell = platform::PSButtonCell,
+    };
+    Q_ENUM(Cell)
+
     /// What is around a row and gives it its accessible texts.
     struct Surroundings {
         QString header;
@@ -47,7 +65,7 @@ class RowModel : public QObject {
 
     RowModel(SendEvent send, std::size_t position, const RowSnapshot& row, const Surroundings& around, QObject* parent);
 
-    [[nodiscard]] int cell() const { return row_.cell; }
+    [[nodiscard]] Cell cell() const { return static_cast<Cell>(row_.cell); }
     [[nodiscard]] QString title() const;
     [[nodiscard]] QString placeholder() const;
     [[nodiscard]] bool secure() const;

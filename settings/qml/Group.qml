@@ -6,10 +6,27 @@ Column {
     id: root
 
     required property GroupModel group
-    readonly property var files: ({
-        1: "LinkRow.qml", 2: "LinkRow.qml", 3: "OptionRow.qml", 5: "SliderRow.qml", 6: "SwitchRow.qml",
-        8: "FieldRow.qml", 12: "FieldRow.qml", 13: "ButtonRow.qml",
-    })
+
+    function fileFor(cell) {
+        switch (cell) {
+        case RowModel.LinkCell:
+        case RowModel.LinkListCell:
+            return "LinkRow.qml";
+        case RowModel.ListItemCell:
+            return "OptionRow.qml";
+        case RowModel.SliderCell:
+            return "SliderRow.qml";
+        case RowModel.SwitchCell:
+            return "SwitchRow.qml";
+        case RowModel.EditTextCell:
+        case RowModel.SecureEditTextCell:
+            return "FieldRow.qml";
+        case RowModel.ButtonCell:
+            return "ButtonRow.qml";
+        default:
+            return "StaticRow.qml";
+        }
+    }
 
     Caption {
         visible: text.length > 0
@@ -30,7 +47,7 @@ Column {
 
             width: root.width
             // Handed over as initial properties, so that a row can rely on them from the beginning.
-            Component.onCompleted: setSource(root.files[modelData.cell] ?? "StaticRow.qml", {
+            Component.onCompleted: setSource(root.fileFor(modelData.cell), {
                 row: modelData, first: index === 0, last: index === rows.count - 1,
             })
         }

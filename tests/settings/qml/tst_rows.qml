@@ -60,8 +60,8 @@ Item {
         // -- what nil and values of wrong kinds look like --
 
         function test_drawsNilAsOffMinimumEmptyAndNothingChosen() {
-            open([{ cell: 6, name: "Switch" }, { cell: 5, min: 0.5, max: 2 }, { cell: 8, placeholder: "Text" },
-                  { cell: 2, name: "List" }]);
+            open([{ cell: RowModel.SwitchCell, name: "Switch" }, { cell: RowModel.SliderCell, min: 0.5, max: 2 }, { cell: RowModel.EditTextCell, placeholder: "Text" },
+                  { cell: RowModel.LinkListCell, name: "List" }]);
             compare(toggle().checked, false);
             compare(slider().value, 0.5);
             compare(field().text, "");
@@ -70,15 +70,15 @@ Item {
         function test_drawsValuesOfWrongKindsAsNil() {
             const wrong = [[], "yes"];
             for (const value of wrong) {
-                open([{ cell: 6, name: "Switch", value: value }, { cell: 5, min: 0.5, max: 2, value: value }]);
+                open([{ cell: RowModel.SwitchCell, name: "Switch", value: value }, { cell: RowModel.SliderCell, min: 0.5, max: 2, value: value }]);
                 compare(toggle().checked, false);
                 compare(slider().value, 0.5);
             }
-            open([{ cell: 8, placeholder: "Text", value: [] }]);
+            open([{ cell: RowModel.EditTextCell, placeholder: "Text", value: [] }]);
             compare(field().text, "");
         }
         function test_keepsASlidersValueWithinItsBounds() {
-            open([{ cell: 5, min: 0, max: 1, value: 7 }]);
+            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 7 }]);
             compare(slider().value, 1);
             compare(bench.changes.length, 0);
         }
@@ -87,13 +87,13 @@ Item {
             verify(texts().includes("Strange"));
         }
         function test_showsTheShortTitleOfTheChosenOption() {
-            open([{ cell: 2, name: "Sleep After", valueTitle: "20 Seconds" }]);
+            open([{ cell: RowModel.LinkListCell, name: "Sleep After", valueTitle: "20 Seconds" }]);
             verify(texts().includes("20 Seconds"));
         }
         function test_showsASlidersNumberOnlyWhenItIsAskedFor() {
-            open([{ cell: 5, min: 0, max: 1, value: 0.5, showValue: true }]);
+            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0.5, showValue: true }]);
             verify(texts().includes("0.50"));
-            open([{ cell: 5, min: 0, max: 1, value: 0.5, showValue: false }]);
+            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0.5, showValue: false }]);
             verify(!texts().includes("0.50"));
         }
 
@@ -101,7 +101,7 @@ Item {
             const title = name => find(host.item, item => item.takesLines !== undefined && item.text === name);
             const shrunk = "Enable Blur For The Whole Icon View";
             const longer = "Always Return To The Lock Screen After Opening An App";
-            open([{ cell: 6, name: "Short" }, { cell: 6, name: shrunk }, { cell: 6, name: longer }, { cell: 1, name: longer }]);
+            open([{ cell: RowModel.SwitchCell, name: "Short" }, { cell: RowModel.SwitchCell, name: shrunk }, { cell: RowModel.SwitchCell, name: longer }, { cell: RowModel.LinkCell, name: longer }]);
             compare(title("Short").fontInfo.pixelSize, Theme.bodySize);
             verify(title(shrunk).fontInfo.pixelSize < Theme.bodySize);
             compare(title(shrunk).lineCount, 1);
@@ -114,11 +114,11 @@ Item {
 
         function test_growsWithItsTexts_data() {
             const title = "Enable App Views";
-            return [{ tag: "switch", row: { cell: 6, name: title } }, { tag: "link", row: { cell: 1, name: title } },
-                    { tag: "chosen", row: { cell: 2, name: title, valueTitle: title } },
-                    { tag: "option", row: { cell: 3, name: title } }, { tag: "button", row: { cell: 13, name: title } },
-                    { tag: "text", row: { cell: 7, name: title } }, { tag: "field", row: { cell: 8, placeholder: title } },
-                    { tag: "slider", row: { cell: 5, min: 0, max: 1, showValue: true } }];
+            return [{ tag: "switch", row: { cell: RowModel.SwitchCell, name: title } }, { tag: "link", row: { cell: RowModel.LinkCell, name: title } },
+                    { tag: "chosen", row: { cell: RowModel.LinkListCell, name: title, valueTitle: title } },
+                    { tag: "option", row: { cell: RowModel.ListItemCell, name: title } }, { tag: "button", row: { cell: RowModel.ButtonCell, name: title } },
+                    { tag: "text", row: { cell: RowModel.StaticTextCell, name: title } }, { tag: "field", row: { cell: RowModel.EditTextCell, placeholder: title } },
+                    { tag: "slider", row: { cell: RowModel.SliderCell, min: 0, max: 1, showValue: true } }];
         }
         function test_growsWithItsTexts(data) {
             const rowHeight = () => find(host.item, item => item.row !== undefined && item.first !== undefined).height;
@@ -140,54 +140,54 @@ Item {
         function test_putsALongValueBeneathItsTitle() {
             const title = "Sleep After", value = "as many minutes as it takes, and then some more of them";
             const shown = text => find(host.item, item => item.truncated !== undefined && item.text === text);
-            open([{ cell: 2, name: title, valueTitle: "2 Minutes" }]);
+            open([{ cell: RowModel.LinkListCell, name: title, valueTitle: "2 Minutes" }]);
             compare(shown("2 Minutes").y, shown(title).y);
-            open([{ cell: 2, name: title, valueTitle: value }]);
+            open([{ cell: RowModel.LinkListCell, name: title, valueTitle: value }]);
             verify(shown(value).y >= shown(title).y + shown(title).height);
             verify(shown(value).lineCount > 1);
             verify(!shown(value).truncated);
         }
         function test_showsALongTextOfAFieldFromItsBeginning() {
-            open([{ cell: 8, value: "words ".repeat(50) }]);
+            open([{ cell: RowModel.EditTextCell, value: "words ".repeat(50) }]);
             compare(field().positionToRectangle(0).x >= 0, true);
         }
 
         // -- switches --
 
         function test_handsOnASwitchOnceWhenItIsTapped() {
-            open([{ cell: 6, name: "Switch", value: false }]);
+            open([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
             mouseClick(toggle());
             compare(toggle().checked, true);
             compare(bench.changes, [[0, true]]);
         }
         function test_handsOnASwitchBySpaceAndByEnter() {
-            open([{ cell: 6, name: "Switch", value: false }]);
+            open([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
             toggle().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Space);
             keyClick(Qt.Key_Return);
             compare(bench.changes, [[0, true], [0, false]]);
         }
         function test_handsOnASwitchOnceByAccessibilityAction() {
-            open([{ cell: 6, name: "Switch", value: false }]);
+            open([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
             verify(bench.act(host.item, "Switch", "Toggle"));
             compare(toggle().checked, true);
             compare(bench.changes, [[0, true]]);
         }
         function test_settlesASwitchOnWhatThePageHasStored() {
-            open([{ cell: 6, name: "Switch", value: false }]);
+            open([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
             mouseClick(toggle());
-            bench.show([{ cell: 6, name: "Switch", value: false }]);
+            bench.show([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
             compare(toggle().checked, true, "the user's hand shows while the change is under way");
             bench.takeAll();
             compare(toggle().checked, false, "the page has kept its value");
         }
         function test_doesNotFlickerBackWhileASecondChangeIsUnderWay() {
-            open([{ cell: 6, name: "Switch", value: false }]);
+            open([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
             mouseClick(toggle());
             mouseClick(toggle());
-            bench.show([{ cell: 6, name: "Switch", value: true }]);
+            bench.show([{ cell: RowModel.SwitchCell, name: "Switch", value: true }]);
             compare(toggle().checked, false);
-            bench.show([{ cell: 6, name: "Switch", value: false }]);
+            bench.show([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
             bench.takeAll();
             compare(toggle().checked, false);
         }
@@ -196,9 +196,9 @@ Item {
 
         function test_drawsAnIconLeftOfARowOfAnyKind_data() {
             return [
-                { tag: "link", cell: 1 }, { tag: "option list", cell: 2 }, { tag: "slider", cell: 5 },
-                { tag: "switch", cell: 6 }, { tag: "static text", cell: 7 }, { tag: "field", cell: 8 },
-                { tag: "secure field", cell: 12 }, { tag: "button", cell: 13 },
+                { tag: "link", cell: RowModel.LinkCell }, { tag: "option list", cell: RowModel.LinkListCell }, { tag: "slider", cell: RowModel.SliderCell },
+                { tag: "switch", cell: RowModel.SwitchCell }, { tag: "static text", cell: RowModel.StaticTextCell }, { tag: "field", cell: RowModel.EditTextCell },
+                { tag: "secure field", cell: RowModel.SecureEditTextCell }, { tag: "button", cell: RowModel.ButtonCell },
             ];
         }
         function test_drawsAnIconLeftOfARowOfAnyKind(data) {
@@ -209,8 +209,8 @@ Item {
             compare(picture.pixel(2 * Theme.inset + Theme.iconSize + 4, 20 + 10), Theme.cell.toString(), "room after it");
         }
         function test_drawsMarkupInTextsAsItIsWritten() {
-            open([{ cell: 0, name: "<b>Group</b>", footerText: "<i>Foot</i>" }, { cell: 1, name: "<b>Link</b>", valueTitle: "<u>Value</u>" },
-                  { cell: 6, name: "<b>Switch</b>" }, { cell: 7, name: "<b>Text</b>" }, { cell: 13, name: "<b>Button</b>" }]);
+            open([{ cell: RowModel.GroupCell, name: "<b>Group</b>", footerText: "<i>Foot</i>" }, { cell: RowModel.LinkCell, name: "<b>Link</b>", valueTitle: "<u>Value</u>" },
+                  { cell: RowModel.SwitchCell, name: "<b>Switch</b>" }, { cell: RowModel.StaticTextCell, name: "<b>Text</b>" }, { cell: RowModel.ButtonCell, name: "<b>Button</b>" }]);
             const formats = [];
             find(host.item, item => {
                 if (item.textFormat !== undefined && item.text?.startsWith("<"))
@@ -224,7 +224,7 @@ Item {
         // -- sliders --
 
         function test_handsOnASliderOnlyWhenItIsReleased() {
-            open([{ cell: 5, min: 0, max: 1, value: 0 }]);
+            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0 }]);
             const s = slider();
             mousePress(s, 14, s.height / 2);
             for (let x = 20; x <= s.width / 2; x += 10)
@@ -242,7 +242,7 @@ Item {
                     { tag: "date view offset", min: -10, max: 50 }];
         }
         function test_handsOnTheBoundsOfASliderThatIsDraggedBeyondItsEnds(data) {
-            open([{ cell: 5, min: data.min, max: data.max, value: (data.min + data.max) / 2, showValue: true }]);
+            open([{ cell: RowModel.SliderCell, min: data.min, max: data.max, value: (data.min + data.max) / 2, showValue: true }]);
             const s = slider();
             function drag(from, to) {
                 mousePress(s, from, s.height / 2);
@@ -256,7 +256,7 @@ Item {
             compare(bench.changes, [[0, data.min], [0, data.max]]);
         }
         function test_handsOnEachKeyStepOfASliderWithoutRoundingNoise() {
-            open([{ cell: 5, min: 0, max: 1, value: 0.1 }]);
+            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0.1 }]);
             slider().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Right);
             keyClick(Qt.Key_Up);
@@ -268,7 +268,7 @@ Item {
             compare(bench.changes[3][1], 1);
         }
         function test_handsOnASliderOnceByAccessibilityAction() {
-            open([{ cell: 7, name: "Opacity (1.0)" }, { cell: 5, min: 0, max: 1, value: 0.5 }]);
+            open([{ cell: RowModel.StaticTextCell, name: "Opacity (1.0)" }, { cell: RowModel.SliderCell, min: 0, max: 1, value: 0.5 }]);
             verify(bench.act(host.item, "Opacity (1.0)", "Increase"));
             compare(bench.changes, [[1, 0.55]]);
         }
@@ -282,13 +282,13 @@ Item {
             ];
         }
         function test_handsNothingOnWhenASliderIsOnlyShown(data) {
-            open([{ cell: 5, identifier: "s", min: data.min, max: data.max, value: data.value }]);
+            open([{ cell: RowModel.SliderCell, identifier: "s", min: data.min, max: data.max, value: data.value }]);
             compare(slider().value, data.shown);
             compare(bench.changes.length, 0);
         }
         function test_settlesASliderWithoutHandingItOn() {
-            open([{ cell: 5, min: 0, max: 1, value: 0.5 }]);
-            bench.show([{ cell: 5, min: 0, max: 1, value: 0.25 }]);
+            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0.5 }]);
+            bench.show([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0.25 }]);
             compare(slider().value, 0.25);
             compare(bench.changes.length, 0);
         }
@@ -296,7 +296,7 @@ Item {
         // -- fields --
 
         function test_handsOnAFieldWithEnterOnlyIfSomethingWasTyped() {
-            open([{ cell: 8, placeholder: "Text", value: "a" }]);
+            open([{ cell: RowModel.EditTextCell, placeholder: "Text", value: "a" }]);
             const f = field();
             f.forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Return);
@@ -309,7 +309,7 @@ Item {
             compare(bench.changes, [[0, "ab"]]);
         }
         function test_handsOnAFieldWhenItLosesTheFocus() {
-            open([{ cell: 8, placeholder: "First" }, { cell: 8, placeholder: "Second" }]);
+            open([{ cell: RowModel.EditTextCell, placeholder: "First" }, { cell: RowModel.EditTextCell, placeholder: "Second" }]);
             field().forceActiveFocus(Qt.TabFocusReason);
             keyClick("x");
             keyClick(Qt.Key_Tab);
@@ -318,7 +318,7 @@ Item {
             compare(bench.changes.length, 1);
         }
         function test_handsOnAClearedFieldAsEmptyText() {
-            open([{ cell: 8, placeholder: "Text", value: "a" }]);
+            open([{ cell: RowModel.EditTextCell, placeholder: "Text", value: "a" }]);
             field().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_End);
             keyClick(Qt.Key_Backspace);
@@ -326,15 +326,15 @@ Item {
             compare(bench.changes, [[0, ""]]);
         }
         function test_doesNotOverwriteWhatIsBeingTyped() {
-            open([{ cell: 8, placeholder: "Text", value: "a" }]);
+            open([{ cell: RowModel.EditTextCell, placeholder: "Text", value: "a" }]);
             field().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_End);
             keyClick("b");
-            bench.show([{ cell: 8, placeholder: "Text", value: "other" }]);
+            bench.show([{ cell: RowModel.EditTextCell, placeholder: "Text", value: "other" }]);
             compare(field().text, "ab");
         }
         function test_speaksOfASecureFieldInDotsOnly() {
-            open([{ cell: 0, footerText: "Footer" }, { cell: 12, placeholder: "Passcode", value: "hidden" }]);
+            open([{ cell: RowModel.GroupCell, footerText: "Footer" }, { cell: RowModel.SecureEditTextCell, placeholder: "Passcode", value: "hidden" }]);
             field().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_End);
             keyClick("q");
@@ -350,7 +350,7 @@ Item {
             verify(!texts().some(text => /hidden/.test(text)));
         }
         function test_speaksThePlainTextOfAnOrdinaryField() {
-            open([{ cell: 8, placeholder: "Subtitle", value: "plain" }]);
+            open([{ cell: RowModel.EditTextCell, placeholder: "Subtitle", value: "plain" }]);
             const spoken = spokenAs("Subtitle");
             compare(spoken.length, 1);
             verify(spoken[0].value === "plain" || spoken[0].text === "plain");
@@ -359,11 +359,11 @@ Item {
         // -- taps --
 
         function test_tapsLinksButtonsAndOptionsByMouseKeyboardAndAssistiveTool_data() {
-            return [{ tag: "link", cell: 1 }, { tag: "option list", cell: 2 }, { tag: "option", cell: 3 },
-                    { tag: "button", cell: 13 }];
+            return [{ tag: "link", cell: RowModel.LinkCell }, { tag: "option list", cell: RowModel.LinkListCell }, { tag: "option", cell: RowModel.ListItemCell },
+                    { tag: "button", cell: RowModel.ButtonCell }];
         }
         function test_tapsLinksButtonsAndOptionsByMouseKeyboardAndAssistiveTool(data) {
-            open([{ cell: 0, name: "Group" }, { cell: data.cell, name: "Row" }]);
+            open([{ cell: RowModel.GroupCell, name: "Group" }, { cell: data.cell, name: "Row" }]);
             const row = find(host.item, item => item.clicked !== undefined);
             mouseClick(row);
             compare(bench.taps, [1]);
@@ -378,25 +378,25 @@ Item {
         // -- focus --
 
         function test_keepsTheFocusWhenASnapshotChangesValuesOnly() {
-            open([{ cell: 6, name: "A", value: false }, { cell: 8, placeholder: "B", value: "x" }]);
+            open([{ cell: RowModel.SwitchCell, name: "A", value: false }, { cell: RowModel.EditTextCell, placeholder: "B", value: "x" }]);
             const before = toggle();
             before.forceActiveFocus(Qt.TabFocusReason);
-            bench.show([{ cell: 6, name: "A", value: true }, { cell: 8, placeholder: "B", value: "y" }]);
+            bench.show([{ cell: RowModel.SwitchCell, name: "A", value: true }, { cell: RowModel.EditTextCell, placeholder: "B", value: "y" }]);
             compare(toggle(), before, "the same control draws the row");
             verify(before.activeFocus);
             verify(before.checked);
             compare(field().text, "y");
         }
         function test_drawsOtherRowsWhenASnapshotHasOthers() {
-            open([{ cell: 6, name: "A" }]);
-            bench.show([{ cell: 1, name: "B" }, { cell: 1, name: "C" }]);
+            open([{ cell: RowModel.SwitchCell, name: "A" }]);
+            bench.show([{ cell: RowModel.LinkCell, name: "B" }, { cell: RowModel.LinkCell, name: "C" }]);
             tryVerify(() => texts().includes("B") && texts().includes("C"));
             verify(!texts().includes("A"));
         }
         function test_scrollsToWhatHasTheFocus() {
             const rows = [];
             for (let i = 0; i < 40; ++i)
-                rows.push({ cell: 1, name: "Row " + i });
+                rows.push({ cell: RowModel.LinkCell, name: "Row " + i });
             open(rows);
             compare(host.item.contentY, 0);
             const last = find(host.item, item => item.text === "Row 39" && item.clicked !== undefined);
@@ -409,9 +409,9 @@ Item {
         // -- names, roles, descriptions --
 
         function test_givesEveryControlANameARoleAndADescription() {
-            open([{ cell: 0, name: "Group", footerText: "Footer" }, { cell: 6, name: "Switch", value: true },
-                  { cell: 1, name: "Link" }, { cell: 2, name: "List", valueTitle: "Ten" }, { cell: 7, name: "Above" },
-                  { cell: 5, min: 0, max: 1 }, { cell: 8, placeholder: "Field" }, { cell: 13, name: "Button" }]);
+            open([{ cell: RowModel.GroupCell, name: "Group", footerText: "Footer" }, { cell: RowModel.SwitchCell, name: "Switch", value: true },
+                  { cell: RowModel.LinkCell, name: "Link" }, { cell: RowModel.LinkListCell, name: "List", valueTitle: "Ten" }, { cell: RowModel.StaticTextCell, name: "Above" },
+                  { cell: RowModel.SliderCell, min: 0, max: 1 }, { cell: RowModel.EditTextCell, placeholder: "Field" }, { cell: RowModel.ButtonCell, name: "Button" }]);
             for (const name of ["Switch", "Link", "List", "Above", "Field", "Button"])
                 verify(spokenAs(name).length > 0, name);
             compare(spokenAs("Switch")[0].checked, true);
@@ -421,7 +421,7 @@ Item {
             compare(spokenAs("Field")[0].description, "Footer");
         }
         function test_tellsWhichOptionIsChosen() {
-            open([{ cell: 3, name: "One", marked: false }, { cell: 3, name: "Two", marked: true }]);
+            open([{ cell: RowModel.ListItemCell, name: "One", marked: false }, { cell: RowModel.ListItemCell, name: "Two", marked: true }]);
             compare(spokenAs("One")[0].checked, false);
             compare(spokenAs("Two")[0].checked, true);
             compare(spokenAs("Two")[0].role, 0x2d, "a radio button");
