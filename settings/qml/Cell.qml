@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Lumora
 
 // The ground of one row of a group, with the row's icon where it has one. Only the outer corners of the group are round;
@@ -7,12 +6,13 @@ import Lumora
 Item {
     id: root
 
+    property RowModel row // one of a page, whose icon it is then
     property bool first: false
     property bool last: false
     property bool down: false
     property bool focused: false
-    property bool hasIcon: false
-    property var icon
+    property bool hasIcon: row?.hasIcon ?? false
+    property var icon: row?.icon
     property bool empty: false // what stands in the row is in the user's hand
     property bool boxed: true  // the corners are round
     property real indent: 0    // of all that stands in the row
@@ -30,11 +30,9 @@ Item {
         color: root.ground
         antialiasing: true
     }
-    Rectangle {
+    Hairline {
         visible: !root.last
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; leftMargin: root.indent + Theme.contentInset(root.hasIcon) }
-        height: 1 / Screen.devicePixelRatio
-        color: Theme.hairline
+        anchors { bottom: parent.bottom; leftMargin: root.indent + Theme.contentInset(root.hasIcon) }
     }
     Loader {
         active: root.hasIcon
@@ -44,12 +42,9 @@ Item {
         height: Theme.iconSize
         sourceComponent: IconItem { icon: root.icon }
     }
-    Rectangle {
+    FocusRing {
         visible: root.focused
-        anchors { fill: parent; margins: 1 }
-        radius: Math.max(0, root.rounding - 1)
-        color: "transparent"
-        border { width: 2; color: Theme.accent }
-        antialiasing: true
+        anchors { fill: parent; margins: Theme.ringInset }
+        radius: Math.max(0, root.rounding - Theme.ringInset)
     }
 }

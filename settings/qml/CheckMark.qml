@@ -5,7 +5,7 @@ Item {
     id: root
 
     property color color: Theme.accent
-    property real scaling: Theme.bodySize / 17
+    property real scaling: Theme.bodySize / Theme.usualSize
 
     implicitWidth: Math.round(16 * scaling)
     implicitHeight: Math.round(14 * scaling)

@@ -6,7 +6,7 @@ Item {
 
     property color color: Theme.tertiary
     property bool pointsBack: false
-    property real scaling: Theme.bodySize / 17
+    property real scaling: Theme.bodySize / Theme.usualSize
     property real size: 6 * scaling
     property real stroke: 2 * scaling
 

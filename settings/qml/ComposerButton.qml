@@ -1,37 +1,26 @@
 import QtQuick
-import QtQuick.Templates as T
 
 // A button of the composer: its text in the accent colour.
-T.AbstractButton {
+PushButton {
     id: root
 
     property bool strong: false
     property color tint: Theme.accent
 
-    leftPadding: 8
-    rightPadding: 8
+    leftPadding: Theme.buttonPadding
+    rightPadding: Theme.buttonPadding
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
-    implicitHeight: Math.max(40, implicitContentHeight + 8)
-    focusPolicy: Qt.StrongFocus
-    opacity: down ? 0.4 : 1
-
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    implicitHeight: Math.max(Theme.buttonHeight, implicitContentHeight + Theme.buttonPadding)
+    opacity: down ? Theme.downOpacity : 1
 
     Accessible.name: text
     Accessible.onPressAction: if (enabled) clicked()
 
-    background: Rectangle {
-        visible: root.visualFocus
-        radius: 8
-        color: "transparent"
-        border { width: 2; color: Theme.accent }
-        antialiasing: true
-    }
+    background: FocusRing { visible: root.visualFocus }
     contentItem: Text {
         text: root.text
         color: root.enabled ? root.tint : Theme.placeholder
-        font { pixelSize: Theme.bodySizeWithin(40); weight: root.strong ? Font.DemiBold : Font.Normal }
+        font { pixelSize: Theme.barSize; weight: root.strong ? Font.DemiBold : Font.Normal }
         verticalAlignment: Text.AlignVCenter
     }
 }

@@ -121,14 +121,11 @@ FocusScope {
         border { width: 1; color: Theme.cell }
         antialiasing: true
     }
-    Rectangle {
+    FocusRing {
         id: ring
 
         visible: root.activeFocus && !root.inHand
-        anchors { fill: parent; margins: 1 }
+        anchors { fill: parent; margins: Theme.ringInset }
         radius: 2
-        color: "transparent"
-        border { width: 2; color: Theme.accent }
-        antialiasing: true
     }
 }

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Window
-import QtQuick.Templates as T
 import Lumora
 
 // A text field. What was typed is handed on with Enter, on losing the focus and on leaving the window, and only if
@@ -8,15 +7,12 @@ import Lumora
 Cell {
     id: root
 
-    required property RowModel row
+    required row
     readonly property alias field: field
-
-    implicitHeight: Math.max(Theme.rowHeight, Math.max(placeholder.implicitHeight, field.contentHeight) + 2 * Theme.rowMargin)
-    hasIcon: row.hasIcon
-    icon: row.icon
-
-    focused: field.activeFocus && keyboardFocus
     readonly property bool keyboardFocus: field.focusReason === Qt.TabFocusReason || field.focusReason === Qt.BacktabFocusReason
+
+    implicitHeight: Theme.rowHeightFor(Math.max(placeholder.implicitHeight, field.contentHeight))
+    focused: field.activeFocus && keyboardFocus
 
     // Assistive tools meet this item in place of the field, whose own text they would be told even when it is secure.
     Item {
@@ -36,7 +32,7 @@ Cell {
         // Where an assistive tool puts the focus.
         onActiveFocusChanged: if (activeFocus) field.forceActiveFocus(Qt.OtherFocusReason)
 
-        T.TextField {
+        LineField {
             id: field
 
             property bool edited: false
@@ -44,27 +40,16 @@ Cell {
             anchors.fill: parent
             leftPadding: Theme.contentInset(root.hasIcon)
             rightPadding: Theme.inset
-            activeFocusOnTab: true
-            // A control's own font is the desktop's; texts have the application's.
-            font { family: placeholder.font.family; pixelSize: Theme.bodySize }
-            color: Theme.text
-            selectionColor: Theme.accent
-            selectedTextColor: "white"
-            verticalAlignment: TextInput.AlignVCenter
             echoMode: root.row.secure ? TextInput.Password : TextInput.Normal
             passwordCharacter: "•"
             passwordMaskDelay: 0
             inputMethodHints: root.row.secure ? Qt.ImhHiddenText | Qt.ImhSensitiveData | Qt.ImhNoPredictiveText : Qt.ImhNone
-            selectByMouse: true
             Accessible.ignored: true
 
-            cursorDelegate: Rectangle {
+            cursorDelegate: TextCursor {
                 id: cursor
 
                 visible: field.cursorVisible
-                width: 2
-                radius: 1
-                color: Theme.accent
 
                 SequentialAnimation on opacity {
                     running: cursor.visible && Theme.animated

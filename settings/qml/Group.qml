@@ -28,13 +28,11 @@ Column {
         }
     }
 
-    Caption {
+    GroupHeader {
         visible: text.length > 0
         width: root.width
         text: root.group.header
         topPadding: 4
-        bottomPadding: 7
-        Accessible.role: Accessible.Heading
     }
     Repeater {
         id: rows
@@ -52,12 +50,9 @@ Column {
             })
         }
     }
-    Caption {
+    GroupFooter {
         visible: text.length > 0
         width: root.width
         text: root.group.footer
-        topPadding: 7
-        lineHeight: 1.1
-        Accessible.role: Accessible.StaticText
     }
 }

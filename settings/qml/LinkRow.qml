@@ -12,9 +12,9 @@ TappableRow {
     contentItem: Item {
         id: content
 
-        readonly property real room: width - chevron.width - 8
-        readonly property bool stacked: unboundValue.advanceWidth + 12 > room / 2
-                                        && smallest.advanceWidth + 12 + unboundValue.advanceWidth > room
+        readonly property real room: width - chevron.width - Theme.signGap
+        readonly property bool stacked: unboundValue.advanceWidth + Theme.textGap > room / 2
+                                        && smallest.advanceWidth + Theme.textGap + unboundValue.advanceWidth > room
 
         // On whole pixels, as anchors would have it.
         function middle(height) { return Math.ceil(Math.floor(content.height) / 2) - Math.ceil(Math.floor(height) / 2) }
@@ -26,8 +26,8 @@ TappableRow {
 
             y: content.stacked ? content.middle(content.implicitHeight) : content.middle(height)
             width: content.stacked ? content.room
-                : value.text.length === 0 ? content.room - 12
-                : Math.min(Math.max(Math.ceil(unbound.advanceWidth) + 1, Theme.bodySize), content.room - value.implicitWidth - 12)
+                : value.text.length === 0 ? content.room - Theme.textGap
+                : Math.min(Math.max(Math.ceil(unbound.advanceWidth) + 1, Theme.bodySize), content.room - value.implicitWidth - Theme.textGap)
             text: control.text
         }
         TextMetrics {
@@ -51,7 +51,7 @@ TappableRow {
         WordText {
             id: value
 
-            x: content.stacked ? 0 : title.width + 12
+            x: content.stacked ? 0 : title.width + Theme.textGap
             y: content.stacked ? title.y + title.height + 2 : content.middle(height)
             width: content.room - x
             text: control.row.valueTitle

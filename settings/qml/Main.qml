@@ -102,7 +102,7 @@ Window {
         XAnimator {
             from: slide.from * stack.width
             to: slide.to * stack.width
-            duration: 300
+            duration: Theme.slideTime
             easing.type: Easing.OutCubic
         }
     }

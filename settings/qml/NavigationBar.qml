@@ -1,6 +1,4 @@
 import QtQuick
-import QtQuick.Window
-import QtQuick.Templates as T
 
 // The bar at the top: the way back and the page's title.
 Item {
@@ -14,21 +12,17 @@ Item {
         anchors.fill: parent
         color: Theme.bar
     }
-    Rectangle {
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
-        height: 1 / Screen.devicePixelRatio
-        color: Theme.hairline
-    }
+    Hairline { anchors.bottom: parent.bottom }
     Text {
         id: title
 
         // In the middle of the bar, or of what the way back leaves of it when the title needs more.
-        readonly property real edge: back.visible ? back.x + back.width + 4 : 16
+        readonly property real edge: back.visible ? back.x + back.width + 4 : Theme.inset
         readonly property bool fits: implicitWidth <= parent.width - 2 * edge
 
         x: fits ? (parent.width - width) / 2 : edge
         anchors.verticalCenter: parent.verticalCenter
-        width: fits ? implicitWidth : parent.width - edge - 16
+        width: fits ? implicitWidth : parent.width - edge - Theme.inset
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
         fontSizeMode: Text.HorizontalFit
@@ -36,42 +30,33 @@ Item {
         text: root.title.replace(/[\r\n\u2028\u2029]+/g, " ") // one line, as there is room for one
         textFormat: Text.PlainText
         color: Theme.text
-        font { pixelSize: Theme.bodySizeWithin(40); weight: Font.DemiBold }
+        font { pixelSize: Theme.barSize; weight: Font.DemiBold }
         elide: Text.ElideRight
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
-    T.AbstractButton {
+    PushButton {
         id: back
 
         visible: root.canGoBack
         anchors { left: parent.left; leftMargin: 4; verticalCenter: parent.verticalCenter }
         leftPadding: 6
-        rightPadding: 8
-        implicitWidth: Math.max(40, implicitContentWidth + leftPadding + rightPadding)
-        implicitHeight: 40
-        focusPolicy: Qt.StrongFocus
-        opacity: down ? 0.4 : 1
+        rightPadding: Theme.buttonPadding
+        implicitWidth: Math.max(Theme.buttonHeight, implicitContentWidth + leftPadding + rightPadding)
+        implicitHeight: Theme.buttonHeight
+        opacity: down ? Theme.downOpacity : 1
         text: qsTr("Back")
 
         // The title is worth more than the word, when there is no room for both.
         readonly property real fullWidth: leftPadding + chevron.width + signs.spacing + word.implicitWidth + rightPadding
-        readonly property bool wordless: title.implicitWidth > root.width - (x + fullWidth + 4) - 16
+        readonly property bool wordless: title.implicitWidth > root.width - (x + fullWidth + 4) - Theme.inset
 
         onClicked: root.backTapped()
-        Keys.onReturnPressed: clicked()
-        Keys.onEnterPressed: clicked()
 
         Accessible.name: text
         Accessible.onPressAction: clicked()
 
-        background: Rectangle {
-            visible: back.visualFocus
-            radius: 8
-            color: "transparent"
-            border { width: 2; color: Theme.accent }
-            antialiasing: true
-        }
+        background: FocusRing { visible: back.visualFocus }
         contentItem: Row {
             id: signs
 
@@ -82,7 +67,7 @@ Item {
 
                 anchors.verticalCenter: parent.verticalCenter
                 pointsBack: true
-                scaling: Theme.bodySizeWithin(40) / 17
+                scaling: Theme.barSize / Theme.usualSize
                 size: 9 * scaling
                 stroke: 2.5 * scaling
                 color: Theme.accent
@@ -94,7 +79,7 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 text: back.text
                 color: Theme.accent
-                font.pixelSize: Theme.bodySizeWithin(40)
+                font.pixelSize: Theme.barSize
             }
         }
     }

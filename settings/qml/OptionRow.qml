@@ -11,7 +11,7 @@ T.RadioButton {
     property bool first: false
     property bool last: false
 
-    implicitHeight: Math.max(Theme.rowHeight, implicitContentHeight + 2 * Theme.rowMargin)
+    implicitHeight: Theme.rowHeightFor(implicitContentHeight)
     leftPadding: Theme.contentInset(row.hasIcon)
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus
@@ -31,12 +31,11 @@ T.RadioButton {
     Accessible.onToggleAction: clicked()
 
     background: Cell {
+        row: control.row
         first: control.first
         last: control.last
         down: control.down
         focused: control.visualFocus
-        hasIcon: control.row.hasIcon
-        icon: control.row.icon
     }
     contentItem: Item {
         implicitHeight: title.implicitHeight
@@ -44,7 +43,7 @@ T.RadioButton {
         WordText {
             id: title
 
-            anchors { left: parent.left; right: mark.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+            anchors { left: parent.left; right: mark.left; rightMargin: Theme.signGap; verticalCenter: parent.verticalCenter }
             text: control.text
             color: Theme.text
         }

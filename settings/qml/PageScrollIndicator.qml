@@ -14,6 +14,6 @@ T.ScrollIndicator {
         color: Theme.secondary
         opacity: root.active && root.size < 1 ? 0.6 : 0
 
-        Behavior on opacity { enabled: Theme.animated; NumberAnimation { duration: 250 } }
+        Behavior on opacity { enabled: Theme.animated; NumberAnimation { duration: Theme.fadeTime } }
     }
 }

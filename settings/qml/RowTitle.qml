@@ -8,7 +8,7 @@ WordText {
     property real fixedHeight: 0 // of the row; 0 for one that grows with its title
     readonly property int usualSize: fixedHeight > 0 ? Theme.bodySizeWithin(fixedHeight) : Theme.bodySize
     readonly property int smallestSize: fixedHeight > 0 ? Theme.smallestFixedSize : Theme.smallestSize
-    readonly property bool takesLines: width > 0 && (smallest.advanceWidth > width || /[\n\r\u2028\u2029]/.test(text))
+    readonly property bool takesLines: width > 0 && (smallest.advanceWidth > width || hasLineBreaks)
 
     color: Theme.text
     largestSize: takesLines ? smallestSize : usualSize

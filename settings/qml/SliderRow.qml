@@ -6,12 +6,10 @@ import Lumora
 Cell {
     id: root
 
-    required property RowModel row
+    required row
 
     focused: slider.visualFocus
-    implicitHeight: Math.max(Theme.rowHeight, number.implicitHeight + 2 * Theme.rowMargin)
-    hasIcon: row.hasIcon
-    icon: row.icon
+    implicitHeight: Theme.rowHeightFor(number.implicitHeight)
 
     T.Slider {
         id: slider
@@ -89,17 +87,13 @@ Cell {
                 antialiasing: true
             }
         }
-        handle: Rectangle {
+        handle: Knob {
             id: knob
 
             x: slider.visualPosition * (slider.width - width)
             y: (slider.height - height) / 2
             implicitWidth: 28
             implicitHeight: 28
-            radius: 14
-            color: "white"
-            border { width: 1; color: Theme.knobEdge }
-            antialiasing: true
         }
     }
     Text {
@@ -110,7 +104,7 @@ Cell {
         width: Math.max(Theme.scaled(36), widest.advanceWidth)
         text: root.row.shown(slider.value)
         color: Theme.secondary
-        font.pixelSize: Theme.scaled(15)
+        font.pixelSize: Theme.detailSize
         horizontalAlignment: Text.AlignRight
         Accessible.ignored: true
     }

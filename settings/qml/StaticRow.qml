@@ -5,11 +5,9 @@ import Lumora
 Cell {
     id: root
 
-    required property RowModel row
+    required row
 
-    hasIcon: row.hasIcon
-    icon: row.icon
-    implicitHeight: Math.max(Theme.rowHeight, label.implicitHeight + 22)
+    implicitHeight: Math.max(Theme.rowHeight, label.implicitHeight + 2 * Theme.textMargin)
 
     WordText {
         id: label

@@ -10,7 +10,7 @@ T.Switch {
     property bool first: false
     property bool last: false
 
-    implicitHeight: Math.max(Theme.rowHeight, implicitContentHeight + 2 * Theme.rowMargin)
+    implicitHeight: Theme.rowHeightFor(implicitContentHeight)
     leftPadding: Theme.contentInset(row.hasIcon)
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus
@@ -38,11 +38,10 @@ T.Switch {
     Accessible.onPressAction: flip()
 
     background: Cell {
+        row: control.row
         first: control.first
         last: control.last
         focused: control.visualFocus
-        hasIcon: control.row.hasIcon
-        icon: control.row.icon
     }
     contentItem: Item {
         implicitHeight: title.implicitHeight
@@ -50,7 +49,7 @@ T.Switch {
         RowTitle {
             id: title
 
-            anchors { fill: parent; rightMargin: track.width + 8 }
+            anchors { fill: parent; rightMargin: track.width + Theme.signGap }
             text: control.text
         }
     }
@@ -65,19 +64,15 @@ T.Switch {
         color: control.checked ? Theme.on : Theme.off
         antialiasing: true
 
-        Behavior on color { enabled: Theme.animated; ColorAnimation { duration: 150 } }
+        Behavior on color { enabled: Theme.animated; ColorAnimation { duration: Theme.moveTime } }
 
-        Rectangle {
+        Knob {
             x: 2 + control.visualPosition * (parent.width - width - 4)
             anchors.verticalCenter: parent.verticalCenter
             width: control.down ? 31 : 27
             height: 27
-            radius: height / 2
-            color: "white"
-            border { width: 1; color: Theme.knobEdge }
-            antialiasing: true
 
-            Behavior on x { enabled: Theme.animated && !control.down; NumberAnimation { duration: 150; easing.type: Easing.OutCubic } }
+            Behavior on x { enabled: Theme.animated && !control.down; MoveAnimation {} }
             Behavior on width { enabled: Theme.animated; NumberAnimation { duration: 100 } }
         }
     }

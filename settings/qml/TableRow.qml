@@ -17,7 +17,7 @@ Cell {
     property bool fades: false // when it is no longer selected
     readonly property alias fading: fade.running
     // The signs are as large as the title, which the height of the row does not let grow for ever.
-    readonly property real scaling: Theme.bodySizeWithin(height) / 17
+    readonly property real scaling: Theme.bodySizeWithin(height) / Theme.usualSize
 
     indent: indented || editingStyle !== 0 ? 38 : 0
 
@@ -36,7 +36,7 @@ Cell {
         property: "ground"
         from: Theme.cellDown
         to: Theme.cell
-        duration: 250
+        duration: Theme.fadeTime
     }
     Loader {
         active: root.editingStyle !== 0
@@ -49,8 +49,8 @@ Cell {
             color: root.editingStyle === 1 ? Theme.warning : Theme.on
             antialiasing: true
 
-            Rectangle { anchors.centerIn: parent; width: 12; height: 2; color: "white" }
-            Rectangle { anchors.centerIn: parent; width: 2; height: 12; color: "white"; visible: root.editingStyle === 2 }
+            Rectangle { anchors.centerIn: parent; width: 12; height: 2; color: Theme.onColor }
+            Rectangle { anchors.centerIn: parent; width: 2; height: 12; color: Theme.onColor; visible: root.editingStyle === 2 }
         }
     }
     Item {
@@ -62,19 +62,19 @@ Cell {
             id: drawn
 
             active: root.titleFont !== undefined
-            anchors { left: parent.left; right: signs.left; rightMargin: 8; top: parent.top; bottom: parent.bottom }
+            anchors { left: parent.left; right: signs.left; rightMargin: Theme.signGap; top: parent.top; bottom: parent.bottom }
             sourceComponent: FontTitle {
                 text: root.title
                 titleFont: root.titleFont
                 color: Theme.text
                 usualScale: root.scaling
-                smallestScale: Theme.smallestFixedSize / 17
+                smallestScale: Theme.smallestFixedSize / Theme.usualSize
                 inView: root.inView
             }
         }
         RowTitle {
             visible: !drawn.item?.drawn
-            anchors { left: parent.left; right: signs.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
+            anchors { left: parent.left; right: signs.left; rightMargin: Theme.signGap; verticalCenter: parent.verticalCenter }
             height: parent.height - 1 // odd as a line is, for letters on whole pixels
             text: root.title
             fixedHeight: root.height

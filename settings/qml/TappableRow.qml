@@ -1,34 +1,29 @@
 import QtQuick
-import QtQuick.Templates as T
 import Lumora
 
 // A row that does one thing when it is tapped. What stands in it is up to the row.
-T.AbstractButton {
+PushButton {
     id: control
 
     required property RowModel row
     property bool first: false
     property bool last: false
 
-    implicitHeight: Math.max(Theme.rowHeight, implicitContentHeight + 2 * Theme.rowMargin)
+    implicitHeight: Theme.rowHeightFor(implicitContentHeight)
     leftPadding: Theme.contentInset(row.hasIcon)
     rightPadding: Theme.inset
-    focusPolicy: Qt.StrongFocus
 
     onClicked: row.tap()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
 
     Accessible.name: row.accessibleName
     Accessible.description: row.accessibleDescription
     Accessible.onPressAction: clicked()
 
     background: Cell {
+        row: control.row
         first: control.first
         last: control.last
         down: control.down
         focused: control.visualFocus
-        hasIcon: control.row.hasIcon
-        icon: control.row.icon
     }
 }

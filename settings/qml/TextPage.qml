@@ -8,8 +8,9 @@ FocusScope {
 
     required property TextModel text
     readonly property alias contentY: list.contentY
-    readonly property int letterSize: Theme.scaled(text?.size ?? 17)
+    readonly property int letterSize: Theme.scaled(text?.size ?? Theme.usualSize)
     readonly property int pieceCount: text?.pieceCount ?? 0
+    readonly property int margin: 8
 
     onTextChanged: {
         list.cancelFlick();
@@ -63,10 +64,10 @@ FocusScope {
             required property int index
 
             width: list.width
-            leftPadding: 8
-            rightPadding: 8
-            topPadding: index === 0 ? 8 : 0
-            bottomPadding: index === root.pieceCount - 1 ? 8 : 0
+            leftPadding: root.margin
+            rightPadding: root.margin
+            topPadding: index === 0 ? root.margin : 0
+            bottomPadding: index === root.pieceCount - 1 ? root.margin : 0
             focus: selectByMouse && index === 0 // for the keys that copy
             text: index < (root.text?.pieceCount ?? 0) ? root.text.piece(index) : ""
             textFormat: TextEdit.PlainText
@@ -74,7 +75,7 @@ FocusScope {
             font.pixelSize: root.letterSize
             color: Theme.text
             selectionColor: Theme.accent
-            selectedTextColor: "white"
+            selectedTextColor: Theme.onColor
             readOnly: true
             selectByMouse: root.text?.selectable ?? false
             activeFocusOnPress: selectByMouse

@@ -1,7 +1,7 @@
 pragma Singleton
 import QtQuick
 
-// Colours and measures, once for all.
+// Colours, measures and times, once for all.
 QtObject {
     property bool dark: false
     property bool animated: true
@@ -17,23 +17,50 @@ QtObject {
     readonly property color placeholder: dark ? "#7c7c82" : "#9a9aa0"
     readonly property color tertiary: dark ? "#5a5a5e" : "#c4c4c7"
     readonly property color accent: dark ? "#0a84ff" : "#007aff"
+    readonly property color onColor: "#ffffff" // signs and texts on the accent and other strong colours
     readonly property color warning: dark ? "#ff6961" : "#c4001d"
     readonly property color on: dark ? "#30d158" : "#34c759"
     readonly property color off: dark ? "#39393d" : "#e4e4e7"
+    readonly property color knob: "#ffffff"
     readonly property color knobEdge: dark ? "#00000000" : "#24000000"
+    readonly property real downOpacity: 0.4 // of a button without a ground
 
+    // What is around the content of a page, and of a row.
+    readonly property int contentWidth: 640
     readonly property int inset: 16
-    readonly property int rowHeight: Math.max(44, Math.ceil(1.25 * bodySize) + 22)
-    readonly property int rowMargin: 5 // at least, above and below what is in a row
+    function columnWidthIn(width) { return Math.min(width, contentWidth) - 2 * inset }
+    readonly property int groupGap: 24 // between a group and the next one's header
+    readonly property int endGap: 32   // beneath the last row of a page
+    readonly property int signGap: 8   // between a title and the sign at its end
+    readonly property int textGap: 12  // between two texts side by side
+    readonly property int lineGap: 8   // between what is one beneath the other on a sheet
+    readonly property int focusGap: 8  // that is seen around what has the focus
+
+    readonly property int rowHeight: Math.max(44, Math.ceil(1.25 * bodySize) + 2 * textMargin)
+    readonly property int textMargin: 11 // above and below the only text of a row
+    readonly property int rowMargin: 5   // at least, above and below what is in a row
+    function rowHeightFor(contentHeight) { return Math.max(rowHeight, contentHeight + 2 * rowMargin) }
     readonly property int rowRadius: 10
     readonly property int iconSize: 29
     function contentInset(hasIcon) { return hasIcon ? 2 * inset + iconSize : inset }
-    readonly property int contentWidth: 640
+    readonly property int buttonHeight: 40 // in a bar
+    readonly property int buttonPadding: 8
+    readonly property int buttonRadius: 8
+    readonly property int ringInset: 1 // of a focus ring that is within what has the focus
+    readonly property int ringGap: 4   // to one that is around it
+
     function scaled(size) { return Math.max(1, Math.round(size * textSize / 100)) }
-    readonly property int bodySize: scaled(17)
+    readonly property int usualSize: 17 // of the letters of a title
+    readonly property int bodySize: scaled(usualSize)
+    readonly property int detailSize: scaled(15)
     readonly property int footSize: scaled(13)
     readonly property int smallestSize: scaled(14) // down to which a title shrinks before it takes more lines
     // Where the height is not ours to choose texts take what there is of it, and shrink as far as they are still read.
     readonly property int smallestFixedSize: Math.min(smallestSize, 14)
     function bodySizeWithin(height) { return Math.min(bodySize, Math.floor(height * 0.8)) }
+    readonly property int barSize: bodySizeWithin(buttonHeight)
+
+    readonly property int slideTime: 300 // of pages and sheets
+    readonly property int fadeTime: 250
+    readonly property int moveTime: 150 // of rows and knobs, to their places
 }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 
 // Stands in for a page while the main thread is busy with it: says what it waits for and, when nothing can come any
 // more, offers to begin anew.
@@ -32,7 +31,7 @@ Rectangle {
         function showButton() {
             const top = restart.mapToItem(contentItem, 0, 0).y;
             if (restart.activeFocus)
-                show(top - 8, top + restart.height + 8);
+                show(top - Theme.focusGap, top + restart.height + Theme.focusGap);
         }
 
         Column {
@@ -78,7 +77,7 @@ Rectangle {
                 visible: text.length > 0
                 text: root.explanation
                 color: Theme.secondary
-                largestSize: Theme.scaled(15)
+                largestSize: Theme.detailSize
                 // Whole pixels, so that no line stands between two.
                 lineHeightMode: Text.FixedHeight
                 lineHeight: Math.round(1.45 * font.pixelSize)
@@ -90,7 +89,7 @@ Rectangle {
                 height: restart.height + 20
                 opacity: root.lost ? 1 : 0
 
-                T.AbstractButton {
+                PushButton {
                     id: restart
 
                     enabled: root.lost
@@ -99,14 +98,11 @@ Rectangle {
                     height: Math.max(48, contentItem.implicitHeight + 14)
                     leftPadding: width < implicitContentWidth + 48 ? 12 : 0
                     rightPadding: leftPadding
-                    focusPolicy: Qt.StrongFocus
                     text: qsTr("Restart Settings")
 
                     onClicked: root.restartTapped()
                     onEnabledChanged: if (enabled) forceActiveFocus(Qt.OtherFocusReason)
                     onActiveFocusChanged: flick.showButton()
-                    Keys.onReturnPressed: clicked()
-                    Keys.onEnterPressed: clicked()
 
                     Accessible.name: text
                     Accessible.description: root.explanation
@@ -117,18 +113,15 @@ Rectangle {
                         color: restart.down ? Qt.darker(Theme.accent, 1.2) : Theme.accent
                         antialiasing: true
 
-                        Rectangle {
+                        FocusRing {
                             visible: restart.visualFocus
-                            anchors { fill: parent; margins: -4 }
+                            anchors { fill: parent; margins: -Theme.ringGap }
                             radius: 16
-                            color: "transparent"
-                            border { width: 2; color: Theme.accent }
-                            antialiasing: true
                         }
                     }
                     contentItem: Text {
                         text: restart.text
-                        color: "white"
+                        color: Theme.onColor
                         font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
                         wrapMode: Text.Wrap
                         horizontalAlignment: Text.AlignHCenter

@@ -9,6 +9,7 @@ Text {
     property int weight: Font.Normal
     property bool keepsWords: true
     readonly property int leastSize: Math.min(largestSize, Math.max(Math.round(largestSize * 100 / Theme.textSize), Math.ceil(0.6 * largestSize)))
+    readonly property bool hasLineBreaks: /[\n\r\u2028\u2029]/.test(text)
     readonly property real room: width - leftPadding - rightPadding
     // The widest is among the longest.
     readonly property real widestWord: {

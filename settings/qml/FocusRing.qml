@@ -1,0 +1,9 @@
+import QtQuick
+
+// What shows where the keyboard focus is.
+Rectangle {
+    radius: Theme.buttonRadius
+    color: "transparent"
+    border { width: 2; color: Theme.accent }
+    antialiasing: true
+}
