@@ -1,5 +1,6 @@
 #include "settings/host/Navigation.h"
 
+#include "platform/foundation/Result.h"
 #include "platform/foundation/Unicode.h"
 #include "platform/preferences/PSListItemsController.h"
 #include "settings/host/ComposerSnapshotOf.h"
