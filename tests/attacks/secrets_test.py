@@ -10,7 +10,6 @@ Needs what spoken.py needs.
 import email
 import email.policy
 import os
-import shutil
 import stat
 import unittest
 from pathlib import Path
@@ -187,8 +186,7 @@ class WindowTest(Leaks, Spoken):
 
     def test_keeps_a_report_for_its_user_alone_and_passcodes_out_of_it(self):
         """A mail program is told of nothing but the message, with the log that is there attached."""
-        self.root = self.folder + "/device"
-        shutil.copytree(ROOT, self.root, symlinks=True)
+        self.make_root()
         os.mkdir(self.root + "/tmp")
         log = b"what was installed, \0\xff"
         Path(self.root, "tmp/dpkgl.log").write_bytes(log)

@@ -4,7 +4,6 @@ import subprocess
 import unittest
 
 from harness.programs import Programs, program
-from harness.waiting import eventually
 
 with_few_descriptors = unittest.skipIf("undefined" in os.environ.get("LUMORA_SANITIZE", ""),
                                        "the check of virtual tables needs a pipe of its own to look at memory")
@@ -26,10 +25,3 @@ class Case(Programs):
         name = os.path.basename(result.args[0])
         self.assertRegex(result.stderr, rf"\A{name}: [^\n]+\n\Z")
         self.assertTrue(any(reason in result.stderr for reason in reasons), f"{reasons} in {result.stderr}")
-
-    def expect_soon(self, number, wanted):
-        """That number() comes to be what it was before."""
-        try:
-            eventually(lambda: number() == wanted, wanted)
-        except AssertionError:
-            self.assertEqual(number(), wanted)

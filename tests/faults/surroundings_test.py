@@ -7,7 +7,6 @@ what is wrong, where it may, and loses nothing.
 import contextlib
 import json
 import os
-import plistlib
 import resource
 import shutil
 import stat
@@ -17,7 +16,7 @@ import unittest
 from case import Case, with_few_descriptors
 from harness import stranger, wire
 from harness.build import BUILD
-from harness.programs import ROOT, program
+from harness.programs import ROOT, add_plugin, program
 from harness.waiting import LONG_ENOUGH, eventually
 
 AS_ROOT = os.geteuid() == 0
@@ -325,16 +324,11 @@ class PortsFolderTest(Case):
 class PluginTest(Case):
     def setUp(self):
         super().setUp()
-        self.root = os.path.join(self.folder, "root")
-        shutil.copytree(ROOT, self.root, symlinks=True)
+        self.make_root()
         self.start_tweak()
 
     def add(self, name):
-        bundle = os.path.join(self.root, f"Library/Nevo/Lumora/Plugins/{name}.bundle")
-        os.mkdir(bundle)
-        shutil.copy(BUILD / "tests/lists/modules/TestPlugin", bundle + "/Code")
-        with open(bundle + "/Info.plist", "wb") as file:
-            plistlib.dump({"CFBundleExecutable": "Code", "NSPrincipalClass": "TestPlugin"}, file)
+        add_plugin(self.root, name, BUILD / "tests/lists/modules/TestPlugin", "TestPlugin")
 
     def test_a_plug_in_that_ends_its_process_is_left_out_and_the_others_are_there(self):
         without = self.rows("PluginsListController")

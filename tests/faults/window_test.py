@@ -12,7 +12,7 @@ from faulty import FaultyTweak, answering, crowded, hanging_up, silent, sound
 from harness import wire
 from harness.display import WIDTH
 from harness.programs import descriptors, sockets, threads
-from harness.waiting import LONG_ENOUGH, eventually
+from harness.waiting import LONG_ENOUGH, eventually, settled
 from harness.window import Windows
 
 FAULTS = {called: fault for called, (fault, _) in (NO_REPLIES | NO_SETTINGS).items()}
@@ -37,13 +37,8 @@ class WindowTest(Windows):
     def at_rest(self, window):
         """How many descriptors and threads it holds, once it is done with its messages. A thread goes when it had
         nothing to do for a second and a half."""
-        looks = []
-
-        def same():
-            looks.append((descriptors(window), threads(window)))
-            return looks[-125:] == 125 * looks[-1:]  # 2.5 seconds at least
-        eventually(same, "the end of its messages")
-        return looks[-1]
+        # For 2.5 seconds at least.
+        return settled(lambda: (descriptors(window), threads(window)), "the end of its messages", 125)
 
     def expect_to_close(self, window):
         self.close(window)
@@ -144,13 +139,7 @@ class WindowTest(Windows):
                 picture = drawn()
                 self.flip(window)
                 eventually(lambda picture=picture: drawn() != picture, "the switch to turn")
-            looks = []
-
-            def still():
-                looks.append(drawn())
-                return looks[-10:] == 10 * looks[-1:]
-            eventually(still, "the end of its movements")
-            return looks[-1]
+            return settled(drawn, "the end of its movements", 10)
         with FaultyTweak(self.ports, sound) as tweak:
             window = self.open_first_switch()
             looks = [turned_twice(window)]

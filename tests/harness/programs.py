@@ -15,13 +15,23 @@ import threading
 from harness import wire
 from harness.build import BUILD
 from harness.client import Client
-from harness.waiting import LONG_ENOUGH, Limited
+from harness.waiting import LONG_ENOUGH, Limited, eventually
 
 ROOT = str(BUILD / "root")
 
 
 def program(name):
     return str(BUILD / "bin" / name)
+
+
+def add_plugin(root, name, library, principal):
+    """A bundle among the plug-ins of a device root, and its folder."""
+    bundle = os.path.join(root, f"Library/Nevo/Lumora/Plugins/{name}.bundle")
+    os.mkdir(bundle)
+    shutil.copy(library, bundle + "/Code")
+    with open(bundle + "/Info.plist", "wb") as file:
+        plistlib.dump({"CFBundleExecutable": "Code", "NSPrincipalClass": principal}, file)
+    return bundle
 
 
 def descriptors(process):
@@ -71,6 +81,11 @@ class Programs(Limited):
                if not name.startswith(("QT_", "QSG_", "LUMORA_", "WAYLAND", "DBUS_"))},
             "DISPLAY": "", "LUMORA_PORTS": self.ports, "XDG_RUNTIME_DIR": self.folder,
             "XDG_CACHE_HOME": self.folder + "/cache"}
+
+    def make_root(self):
+        """A device root of the test's own, like the build's."""
+        self.root = self.folder + "/root"
+        shutil.copytree(ROOT, self.root, symlinks=True)
 
     def start(self, *command, **options):
         """A program that runs until the test ends; what it says on a piped standard error is in .lines.text."""
@@ -133,6 +148,13 @@ class Programs(Limited):
         connection.settimeout(LONG_ENOUGH)
         connection.connect(wire.socket_path(self.ports, name))
         return connection
+
+    def expect_soon(self, look, wanted):
+        """That look() comes to give that."""
+        try:
+            eventually(lambda: look() == wanted, wanted)
+        except AssertionError:
+            self.assertEqual(look(), wanted)
 
     # -- the tweak's disk, read and written by somebody else's property lists --
 

@@ -46,7 +46,7 @@ class SlowDisplay:
 
     @staticmethod
     def _hand_requests_on(program, display):
-        with contextlib.suppress(OSError), display:
+        with contextlib.suppress(OSError), program, display:
             while data := program.recv(1 << 16):
                 display.sendall(data)
             display.shutdown(socket.SHUT_RDWR)

@@ -98,7 +98,4 @@ class Spoken(Windows):
         self.xdotool("mouseup", "1")
 
     def expect(self, key, identifiers):
-        try:
-            eventually(lambda: self.get(key) == identifiers, identifiers)
-        except AssertionError:
-            self.assertEqual(self.get(key), identifiers)
+        self.expect_soon(lambda: self.get(key), identifiers)

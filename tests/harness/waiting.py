@@ -26,6 +26,17 @@ def eventually(condition, what):
         tick.wait(0.02)
 
 
+def settled(look, what, times=6):
+    """What look() gives, once it has given the same so many times in a row; None is nothing yet."""
+    looks = []
+
+    def same():
+        looks.append(look())
+        return looks[-1] is not None and looks[-times:] == times * looks[-1:]
+    eventually(same, what)
+    return looks[-1]
+
+
 class Limited(unittest.TestCase):
     """A test that fails when it takes too long; where it was, and what it waited for there, is in its traceback."""
 

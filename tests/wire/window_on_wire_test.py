@@ -15,7 +15,6 @@ import pyatspi
 from harness import forms
 from harness.spoken import LINK, OPTION, SWITCH, Spoken
 from harness.tweak import Tweak
-from harness.waiting import eventually
 from harness.window import Windows
 
 PAGES = ("AUAppsListController", "AppsController", "AppsListController", "AutoUnlockController", "ChangeLogController",
@@ -93,11 +92,7 @@ class ChangesTest(Spoken):
 
     def expect_stored(self, key, value):
         """Of the same kind, too."""
-        try:
-            eventually(lambda: repr(self.stored(key)) == repr(value), f"{value!r} for {key}")
-        except AssertionError:
-            self.assertEqual(self.stored(key), value)
-            raise
+        self.expect_soon(lambda: repr(self.stored(key)), repr(value))
 
     def open(self, page, role, name):
         """A page on which something is shown, and that."""

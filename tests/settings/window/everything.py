@@ -15,7 +15,7 @@ from gi.repository import GLib
 from everything_pages import stored_before
 from harness.display import HEIGHT, WIDTH
 from harness.spoken import Spoken, children, role_of
-from harness.waiting import LONG_ENOUGH, eventually
+from harness.waiting import LONG_ENOUGH, eventually, settled
 
 WAYS = ("pointer", "keyboard", "assistive")
 BAR = 52  # the navigation bar, above the page
@@ -59,12 +59,7 @@ class Everything(Spoken):
 
     def expect_stored(self, key, value):
         """On the tweak's disk, and of the same type."""
-        def is_stored():
-            return (type(self.stored(key)), self.stored(key)) == (type(value), value)
-        try:
-            eventually(is_stored, f"{key} = {value!r}")
-        except AssertionError as never:
-            raise AssertionError(f"{never}, not {self.stored(key)!r}") from None
+        self.expect_soon(lambda: (type(self.stored(key)), self.stored(key)), (type(value), value))
 
     # -- what is there --
 
@@ -151,12 +146,7 @@ class Everything(Spoken):
 
     def expect_still(self, item):
         """It has slid in."""
-        places = []
-
-        def stands():
-            places.append(self.extents(item).y)
-            return len(places) > 5 and len(set(places[-5:])) == 1
-        eventually(stands, f"{item.name} in its place")
+        settled(lambda: self.extents(item).y, f"{item.name} in its place")
 
     def focus_by_keyboard(self, window, control):
         """The way of the keyboard leads to everything, wherever it begins."""

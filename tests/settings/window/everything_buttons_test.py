@@ -15,7 +15,7 @@ from gi.repository import GLib
 
 from everything import BACK, WAYS, Control, Everything
 from everything_pages import PAGES
-from harness.waiting import eventually
+from harness.waiting import eventually, settled
 
 BUTTON = pyatspi.ROLE_PUSH_BUTTON
 SUPPORT = "support@nevo.example"
@@ -32,19 +32,17 @@ class Buttons(Everything):
 
     def place_of(self, window, name):
         """Where a button stands still; each look is for the button that is there now."""
-        places = []
-
-        def stands():
-            button = self.spoken(window, BUTTON).get(name)
-            place = button and self.extents(button)
-            places.append(place and (place.x, place.y, place.width, place.height))
-            return len(places) > 5 and len(set(places[-5:])) == 1 and place
-        return eventually(stands, f"{name} in its place")
+        def place():
+            if button := self.spoken(window, BUTTON).get(name):
+                found = self.extents(button)
+                return found.x, found.y, found.width, found.height
+            return None
+        return settled(place, f"{name} in its place")
 
     def use(self, window, name, way, key="Return"):
-        place = self.place_of(window, name)
+        x, y, width, height = self.place_of(window, name)
         if way == "pointer":
-            self.xdotool("mousemove", str(place.x + place.width // 2), str(place.y + place.height // 2), "click", "1")
+            self.xdotool("mousemove", str(x + width // 2), str(y + height // 2), "click", "1")
         elif way == "keyboard":
             self.lead_focus_to(window, name)
             self.keys(window, key)

@@ -20,7 +20,7 @@ from aiosmtpd.smtp import SMTP
 
 from harness.programs import ROOT
 from harness.spoken import SWITCH, Spoken
-from harness.waiting import LONG_ENOUGH, eventually
+from harness.waiting import LONG_ENOUGH, eventually, settled
 
 BUTTON = pyatspi.ROLE_PUSH_BUTTON
 DIALOG = pyatspi.ROLE_DIALOG
@@ -107,12 +107,7 @@ class MailTest(Spoken):
         self.act(self.spoken(window, BUTTON)[SUPPORT], "Press")
         eventually(lambda: self.has_focus(window, "Message"), "the composer")
         # It has slid in when it stands still.
-        places = []
-
-        def stands():
-            places.append(self.place_of(window, BUTTON, "Send").y)
-            return len(places) > 5 and len(set(places[-5:])) == 1
-        eventually(stands, "the composer in its place")
+        settled(lambda: self.place_of(window, BUTTON, "Send").y, "the composer in its place")
         return window
 
     def place_of(self, window, role, name):

@@ -5,14 +5,13 @@
 """
 import json
 import os
-import plistlib
 import resource
-import shutil
 import struct
 import unittest
+from pathlib import Path
 
 from harness.display import WIDTH
-from harness.programs import ROOT, program
+from harness.programs import ROOT, add_plugin, program
 from harness.slow_display import SlowDisplay
 from harness.waiting import LONG_ENOUGH, eventually
 from harness.window import Windows
@@ -20,8 +19,7 @@ from harness.window import Windows
 
 def what_stands_in(file):
     """All of it, for it is small: a picture that should not be there."""
-    with open(file, "rb") as stream:
-        content = stream.read()
+    content = Path(file).read_bytes()
     return f"{len(content)} bytes: {content.hex(' ', 4)}"
 
 
@@ -63,13 +61,8 @@ class ProgramsTest(Windows):
 
     def test_keeps_the_time_out_while_a_page_is_drawn(self):
         self.start_tweak()
-        self.root = self.folder + "/root"
-        shutil.copytree(ROOT, self.root, symlinks=True)
-        bundle = self.root + "/Library/Nevo/Lumora/Plugins/Strange.bundle"
-        os.mkdir(bundle)
-        shutil.copy(program("strange/StrangePlugin"), bundle)
-        with open(bundle + "/Info.plist", "wb") as file:
-            plistlib.dump({"CFBundleExecutable": "StrangePlugin", "NSPrincipalClass": "Strange"}, file)
+        self.make_root()
+        bundle = add_plugin(self.root, "Strange", program("strange/StrangePlugin"), "Strange")
         with open(bundle + "/name.txt", "w", encoding="utf-8") as file:
             file.write("word " * 1_600_000)  # half a minute of work to draw, less than a second to open
         failed = self.settings("--page", "PluginsListController", "--timeout", "10", "--grab", self.folder + "/a.png")
@@ -165,61 +158,44 @@ class ProgramsTest(Windows):
     def test_waits_for_every_icon_of_a_picture(self):
         self.start_tweak()
         self.install_applications()
-        pictures = []
-        for number in range(2):
-            file = f"{self.folder}/{number}.png"
-            saved = self.settings("--grab", file, "--page", "AppsListController", "--timeout", "60")
-            self.assertEqual(saved.returncode, 0, saved.stderr)
-            with open(file, "rb") as picture:
-                pictures.append(picture.read())
-        self.assertEqual(pictures[0], pictures[1])
+        options = ("--page", "AppsListController", "--timeout", "60")
+        picture = self.picture(*options)
+        self.assertEqual(self.picture(*options), picture)
         os.remove(self.folder + "/data/test.c.svg")
-        saved = self.settings("--grab", file, "--page", "AppsListController", "--timeout", "60")
-        self.assertEqual(saved.returncode, 0, saved.stderr)
-        with open(file, "rb") as picture:
-            self.assertNotEqual(picture.read(), pictures[0], "the green icon was not in it")
+        self.assertNotEqual(self.picture(*options), picture, "the green icon was not in it")
 
-    def assert_is_picture(self, file, width, height):
-        with open(file, "rb") as picture:
-            head = picture.read(24)
-        self.assertEqual(head[:8], b"\x89PNG\r\n\x1a\n")
-        self.assertEqual(struct.unpack(">II", head[16:24]), (width, height))
+    def picture(self, *options, **environment):
+        """What a file of one holds."""
+        file = Path(self.folder, "picture.png")
+        saved = self.settings("--grab", str(file), *options, **environment)
+        self.assertEqual(saved.returncode, 0, saved.stderr)
+        content = file.read_bytes()
+        file.unlink()
+        return content
+
+    def assert_is_picture(self, content, width, height):
+        self.assertEqual(content[:8], b"\x89PNG\r\n\x1a\n")
+        self.assertEqual(struct.unpack(">II", content[16:24]), (width, height))
 
     def test_saves_the_same_picture_of_a_page_each_time_on_any_platform(self):
         self.start_tweak()
-        pictures = []
-        for number, environment in enumerate([{}, {}, {"DISPLAY": ""}]):
-            file = f"{self.folder}/{number}.png"
-            saved = self.settings("--grab", file, "--dark", "--size", "500x600", **environment)
-            self.assertEqual(saved.returncode, 0, saved.stderr)
-            self.assert_is_picture(file, 500, 600)
-            with open(file, "rb") as picture:
-                pictures.append(picture.read())
-        self.assertEqual(pictures[0], pictures[1])
-        self.assertEqual(pictures[0], pictures[2])
+        options = ("--dark", "--size", "500x600")
+        picture = self.picture(*options)
+        self.assert_is_picture(picture, 500, 600)
+        self.assertEqual(self.picture(*options), picture)
+        self.assertEqual(self.picture(*options, DISPLAY=""), picture)
 
     def test_saves_no_empty_picture_when_the_display_is_late_to_tell_the_windows_size(self):
         self.start_tweak()
-        pictures = []
         with SlowDisplay(self.display.name, 1.5) as slow:
-            for display in (self.display.name, slow):
-                saved = self.settings("--grab", self.folder + "/a.png", DISPLAY=display, QT_XCB_NO_MITSHM="1")
-                self.assertEqual(saved.returncode, 0, saved.stderr)
-                with open(self.folder + "/a.png", "rb") as picture:
-                    pictures.append(picture.read())
+            pictures = [self.picture(DISPLAY=display, QT_XCB_NO_MITSHM="1") for display in (self.display.name, slow)]
         self.assertEqual(pictures[0], pictures[1], f"{len(pictures[0])} and {len(pictures[1])} bytes")
 
     def test_draws_texts_in_the_size_that_is_asked_for(self):
         self.start_tweak()
-        pictures = {}
-        for options in ([], ["--text-size", "100"], ["--text-size", "200"]):
-            file = f"{self.folder}/picture.png"
-            saved = self.settings("--grab", file, *options)
-            self.assertEqual(saved.returncode, 0, saved.stderr)
-            with open(file, "rb") as picture:
-                pictures[" ".join(options)] = picture.read()
-        self.assertEqual(pictures[""], pictures["--text-size 100"])
-        self.assertNotEqual(pictures[""], pictures["--text-size 200"])
+        picture = self.picture()
+        self.assertEqual(self.picture("--text-size", "100"), picture)
+        self.assertNotEqual(self.picture("--text-size", "200"), picture)
 
     def test_takes_a_tour_of_every_page(self):
         self.start_tweak()
@@ -240,7 +216,7 @@ class ProgramsTest(Windows):
         self.assertEqual(names, {f"{page}-{width}-{scheme}.png" for page, width in shown
                                  for scheme in ("light", "dark")})
         for name in names:
-            self.assert_is_picture(f"{self.folder}/tour/{name}", int(name.split("-")[-2]), 844)
+            self.assert_is_picture(Path(self.folder, "tour", name).read_bytes(), int(name.split("-")[-2]), 844)
         self.assertIsNone(self.stored("kTweakEnabled"), "a tour changes nothing")
 
     def test_takes_the_tour_instead_of_opening_a_window_where_there_is_no_display(self):

@@ -8,7 +8,6 @@ complains of are left in $LUMORA_TEST_PICTURES, if that is set. Needs fc-list an
 """
 import glob
 import os
-import plistlib
 import re
 import shutil
 import subprocess
@@ -17,7 +16,7 @@ import unicodedata
 import unittest
 
 from harness.build import SOURCE
-from harness.programs import ROOT, program
+from harness.programs import ROOT, add_plugin, program
 from harness.tweak import Tweak
 from harness.waiting import LONG_ENOUGH
 from harness.wire import Date
@@ -115,11 +114,7 @@ class Strange(unittest.TestCase):
         root = os.path.join(self.folder, "root")
         shutil.copytree(ROOT, root, symlinks=True, dirs_exist_ok=True)
         for number, name in enumerate(names):
-            bundle = os.path.join(root, f"Library/Nevo/Lumora/Plugins/Strange{number}.bundle")
-            os.makedirs(bundle)
-            shutil.copy(program("strange/StrangePlugin"), bundle)
-            with open(os.path.join(bundle, "Info.plist"), "wb") as file:
-                plistlib.dump({"CFBundleExecutable": "StrangePlugin", "NSPrincipalClass": "Strange"}, file)
+            bundle = add_plugin(root, f"Strange{number}", program("strange/StrangePlugin"), "Strange")
             with open(os.path.join(bundle, "name.txt"), "w", encoding="utf-8", newline="") as file:
                 file.write(name)
             title = re.sub(r"[\r\n\\]", " ", name)
