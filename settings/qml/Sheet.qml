@@ -1,0 +1,62 @@
+import QtQuick
+
+// Slides over the window from below, all but its top. What is behind is dimmed and hears nothing.
+Item {
+    id: root
+
+    property bool open: false
+    property bool slides: true
+    property real gap: 0 // above it
+    property string title
+    readonly property alias sheetHeight: sheet.height
+    default property alias content: sheet.data
+    signal gone
+
+    function slideAway() {
+        if (!slides || !open)
+            gone();
+        open = false;
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: "black"
+        opacity: root.open ? 0.4 : 0
+
+        Behavior on opacity { enabled: root.slides; NumberAnimation { duration: Theme.slideTime } }
+    }
+    MouseArea {
+        anchors.fill: parent
+        hoverEnabled: true
+        acceptedButtons: Qt.AllButtons
+        onWheel: wheel => wheel.accepted = true
+    }
+    Item {
+        id: sheet
+
+        x: Math.round((parent.width - width) / 2)
+        y: root.open ? root.gap : parent.height
+        width: Math.min(parent.width, Theme.contentWidth + 2 * Theme.inset)
+        height: parent.height - root.gap
+        Accessible.role: Accessible.Dialog
+        Accessible.name: root.title
+
+        Behavior on y {
+            enabled: root.slides
+            NumberAnimation {
+                duration: Theme.slideTime
+                easing.type: Easing.OutCubic
+                onRunningChanged: if (!running && !root.open) root.gone()
+            }
+        }
+
+        // Its lower corners are beneath the window.
+        Rectangle {
+            width: parent.width
+            height: parent.height + radius
+            radius: 14
+            color: Theme.cell
+            antialiasing: true
+        }
+    }
+}
