@@ -4,46 +4,25 @@ import Lumora
 
 // A table whose rows can be tapped, and titles that are drawn in fonts of their own, with the bench in place of the main
 // thread. In the bench's fonts every letter is a box, by whose height they are told apart.
-Item {
+PageStage {
     id: root
 
-    width: 390
-    height: 700
-
-    property var shownPage: null
-
-    Rectangle {
-        id: before
-
-        activeFocusOnTab: true
-        width: 1
-        height: 1
-    }
     SignalSpy {
         id: grounds
 
         signalName: "groundChanged"
     }
-    Loader {
-        id: host
 
-        anchors.fill: parent
-        active: root.shownPage !== null
-        sourceComponent: Page { page: root.shownPage }
-    }
-
-    TestCase {
-        id: test
-
+    TableCase {
         name: "Fonts"
-        when: windowShown
+        stage: root
 
         readonly property var letters: [{ header: "Fonts", rows: [{ title: "A", marked: true }, { title: "B" }, { title: "C" }] }]
         readonly property var many: [{ header: "Fonts", count: 200 }]
         readonly property var manyFonts: [{ header: "Fonts", count: 200, fonts: true }]
 
         function init() {
-            Theme.animated = false;
+            useUsualTheme();
             bench.selectable = true;
         }
         function cleanup() {
@@ -52,35 +31,11 @@ Item {
             bench.selected = -1;
             bench.deselectsAnimated = false;
             bench.askToScroll(-1, 0);
-            Theme.dark = false;
         }
-        function open(sections) {
-            root.shownPage = null;
-            root.shownPage = bench.tablePage(sections);
-            verify(waitForRendering(host.item));
-            tryVerify(() => bench.viewports.length > 0);
-            tryVerify(() => rows().every(row => row.spokenName.length > 0));
-        }
-        function all(item, matches) {
-            let found = [];
-            if (!item)
-                return found;
-            for (let i = 0; i < item.children.length; ++i) {
-                if (matches(item.children[i]))
-                    found.push(item.children[i]);
-                found = found.concat(all(item.children[i], matches));
-            }
-            return found;
-        }
-        function table() { return all(host.item, item => item.reveal !== undefined)[0] }
-        function scroller() { return all(table(), item => item.scrollTo !== undefined)[0] }
-        function rows() { return all(host.item, item => item.wanted !== undefined) }
-        function row(title) { return rows().find(item => item.title === title) }
         function place(title) { return row(title).mapToItem(host.item, 0, 0).y }
         function shown() { return rows().filter(item => place(item.title) < 700 && place(item.title) > -40) }
-        function drawnTitle(title) { return all(row(title), item => item.smallestScale !== undefined)[0] }
-        function usualTitle(title) { return all(row(title), item => item.takesLines !== undefined)[0] }
-        function spokenAs(name) { return bench.spoken(host.item).find(control => control.name === name) }
+        function drawnTitle(title) { return find(row(title), item => item instanceof FontTitle) }
+        function usualTitle(title) { return find(row(title), item => item instanceof RowTitle) }
         function tapOn(title) { mouseClick(host.item, 100, place(title) + 20) }
         // From where to where there is ink in a column of a picture, within a row that begins at y.
         function ink(picture, x, y) {
@@ -148,7 +103,7 @@ Item {
             tryVerify(() => {
                 y = Math.max(100, y - 20);
                 finger.move(0, host.item, 100, y).commit(); // the window takes up one with each frame
-                return table().contentY > 0;
+                return scroller().contentY > 0;
             });
             finger.release(0, host.item, 100, y).commit();
             compare(bench.tableTaps.length, 1);
@@ -158,20 +113,18 @@ Item {
         }
         function test_tellsOfATapByKey(data) {
             open(letters);
-            before.forceActiveFocus(Qt.OtherFocusReason);
-            keyClick(Qt.Key_Tab);
+            enter();
             keyClick(Qt.Key_Down);
             keyClick(data.key);
             compare(bench.tableTaps, [[0, 1]]);
         }
         function test_showsTheRowThatIsTappedByKey() {
             open(many);
-            before.forceActiveFocus(Qt.OtherFocusReason);
-            keyClick(Qt.Key_Tab);
+            enter();
             scroller().contentY = 3000;
             keyClick(Qt.Key_Return);
             compare(bench.tableTaps, [[0, 0]]);
-            verify(table().contentY < 100);
+            verify(scroller().contentY < 100);
         }
         function test_tellsOfATapByAssistiveAction_data() {
             return [{ tag: "press", action: "Press" }, { tag: "toggle", action: "Toggle" }];
@@ -192,8 +145,7 @@ Item {
             bench.selectable = false;
             open(letters);
             tapOn("B");
-            before.forceActiveFocus(Qt.OtherFocusReason);
-            keyClick(Qt.Key_Tab);
+            enter();
             keyClick(Qt.Key_Return);
             verify(!bench.act(host.item, "C", "Press"), "there is no such action");
             compare(bench.tableTaps, []);
@@ -217,7 +169,7 @@ Item {
             open(letters);
             compare(["A", "B", "C"].map(name => spokenAs(name).checked), [true, false, false]);
             verify(["A", "B", "C"].every(name => spokenAs(name).checkable && spokenAs(name).focusable));
-            compare(spokenAs("B").role, 0x2d); // a radio button
+            compare(spokenAs("B").role, Accessible.RadioButton);
             verify(!bench.act(host.item, "B", "Increase"), "there is nothing to move");
             compare(spokenAs("B").description, "Position 2 of 3 in Fonts.");
             bench.showTable([{ header: "Fonts", rows: [{ title: "A" }, { title: "B", marked: true }, { title: "C" }] }]);
@@ -244,27 +196,27 @@ Item {
         function test_scrollsNoFurtherThanItGoes() {
             bench.askToScroll(0, 2);
             open(many);
-            compare(table().contentY, 0);
+            compare(scroller().contentY, 0);
             bench.askToScroll(199, 2);
             bench.showTable(many);
             tryVerify(() => row("Row 199"));
-            compare(table().contentY, scroller().contentHeight - 700);
+            compare(scroller().contentY, scroller().contentHeight - 700);
         }
         function test_scrollsOnceForEachRequest() {
             bench.askToScroll(100, 2);
             open(many);
             scroller().contentY = 0;
             bench.showTable(many);
-            compare(table().contentY, 0);
+            compare(scroller().contentY, 0);
             bench.askToScroll(100, 2);
             bench.showTable(many);
-            verify(table().contentY > 3000);
+            verify(scroller().contentY > 3000);
         }
         function test_scrollsOnlyAsFarAsNeededWhenAnyPlaceWillDo() {
             open(many);
             bench.askToScroll(5, 0);
             bench.showTable(many);
-            compare(table().contentY, 0);
+            compare(scroller().contentY, 0);
             bench.askToScroll(30, 0);
             bench.showTable(many);
             tryVerify(() => row("Row 30"));
@@ -275,23 +227,22 @@ Item {
             open(many);
             bench.askToScroll(100, 2, true);
             bench.showTable(many);
-            verify(table().contentY < 1000);
+            verify(scroller().contentY < 1000);
             tryVerify(() => row("Row 100") && Math.abs(place("Row 100") - 330) < 1);
         }
         function test_doesNotScrollToARowThatThereIsNot() {
             bench.askToScroll(500, 2);
             open(many);
-            compare(table().contentY, 0);
+            compare(scroller().contentY, 0);
         }
         function test_goesOnByKeyboardFromTheRowThatWasScrolledTo() {
             bench.askToScroll(100, 2);
             open(many);
-            const y = table().contentY;
-            before.forceActiveFocus(Qt.OtherFocusReason);
-            keyClick(Qt.Key_Tab);
+            const y = scroller().contentY;
+            enter();
             keyClick(Qt.Key_Space);
             compare(bench.tableTaps, [[0, 100]]);
-            compare(table().contentY, y);
+            compare(scroller().contentY, y);
         }
 
         // -- titles in fonts of their own --

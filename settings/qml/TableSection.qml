@@ -1,0 +1,53 @@
+import QtQuick
+import Lumora
+
+// A section of a table: its header, those of its rows that are in view, and its footer.
+Item {
+    id: root
+
+    required property SectionModel modelData
+    required property TableModel table
+    required property TableScroller scroller
+    required property LiftedRow hand
+    required property TableCursor cursor
+    readonly property SectionModel section: modelData
+
+    width: scroller.width
+
+    GroupHeader {
+        x: root.scroller.columnX
+        y: root.section.top
+        width: root.scroller.columnWidth
+        height: text ? Math.ceil(implicitHeight) : topPadding
+        text: root.section.header
+        onHeightChanged: root.section.headerHeight = height
+        Component.onCompleted: root.section.headerHeight = height
+        topPadding: Theme.groupGap
+
+        Behavior on y { enabled: root.hand.inHand && Theme.animated; MoveAnimation {} }
+    }
+    Repeater {
+        model: root.section
+
+        TableSectionRow {
+            section: root.section
+            table: root.table
+            scroller: root.scroller
+            hand: root.hand
+            cursor: root.cursor
+            // The gap goes beneath the rows of the other sections too.
+            onLiftedChanged: root.z = lifted ? -1 : 0
+        }
+    }
+    GroupFooter {
+        x: root.scroller.columnX
+        y: root.section.footerTop
+        width: root.scroller.columnWidth
+        height: text ? Math.ceil(implicitHeight) : 0
+        text: root.section.footer
+        onHeightChanged: root.section.footerHeight = height
+        Component.onCompleted: root.section.footerHeight = height
+
+        Behavior on y { enabled: root.hand.inHand && Theme.animated; MoveAnimation {} }
+    }
+}

@@ -1,0 +1,103 @@
+import QtQuick
+import Lumora
+
+// A row of a section, which can be tapped, be moved by its handle and have the keyboard focus.
+TableRow {
+    id: root
+
+    required property int place
+    required property int position
+    required property real rowTop
+    required property string spokenName
+    required title
+    required titleFont
+    required icon
+    required hasIcon
+    required marked
+    required movable
+    required editingStyle
+    required indented
+    required first
+    required last
+
+    required property SectionModel section
+    required property TableModel table
+    required property TableScroller scroller
+    required property LiftedRow hand
+    required property TableCursor cursor
+    readonly property bool lifted: place === table.lifted
+    readonly property bool isCurrent: place === table.current && cursor.list.activeFocus
+    // Assistive tools tell the name of what gets the focus, so it waits for the name.
+    readonly property bool wanted: isCurrent && spokenName.length > 0
+
+    x: scroller.columnX
+    y: rowTop
+    z: lifted ? -1 : 0
+    width: scroller.columnWidth
+    height: section.rowHeight
+    empty: lifted || place === hand.landingPlace
+    focused: isCurrent && cursor.shown
+    selected: place === table.selected
+    down: touch.pressed || selected
+    fades: table.deselectsAnimated
+    boxed: table.grouped
+    inView: rowTop < scroller.contentY + scroller.height && rowTop + height > scroller.contentY
+
+    function takeFocus() {
+        if (wanted)
+            forceActiveFocus(Qt.OtherFocusReason);
+    }
+    onWantedChanged: takeFocus()
+    Component.onCompleted: takeFocus()
+    onActiveFocusChanged: if (activeFocus) table.current = place
+
+    Connections {
+        target: root.cursor
+        function onFocusWanted() { root.takeFocus() }
+    }
+    Behavior on y { enabled: root.hand.inHand && !root.lifted && Theme.animated; MoveAnimation {} }
+
+    Accessible.role: table.selectable ? Accessible.RadioButton : Accessible.ListItem
+    Accessible.checkable: table.selectable
+    Accessible.checked: table.selectable && marked
+    Accessible.name: spokenName
+    Accessible.description: {
+        const where = section.header ? qsTr("Position %1 of %2 in %3.").arg(position).arg(section.total).arg(section.header)
+                                     : qsTr("Position %1 of %2.").arg(position).arg(section.total);
+        return movable ? where + " " + qsTr("Alt+Up and Alt+Down move it.") : where;
+    }
+    Accessible.focusable: true
+
+    // Only what is connected is told to assistive tools as an action.
+    Connections {
+        target: root.movable ? root.Accessible : null
+        function onIncreaseAction() { root.cursor.step(root.place, 1) }
+        function onDecreaseAction() { root.cursor.step(root.place, -1) }
+    }
+    Connections {
+        target: root.table.selectable ? root.Accessible : null
+        function onPressAction() { root.cursor.tap(root.place) }
+        function onToggleAction() { root.cursor.tap(root.place) }
+    }
+    MouseArea {
+        id: touch
+
+        enabled: root.table.selectable
+        anchors.fill: parent
+        onClicked: root.cursor.click(root.place)
+    }
+    MouseArea {
+        enabled: root.movable
+        anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
+        width: 60
+        preventStealing: true
+        cursorShape: !root.movable ? Qt.ArrowCursor : pressed ? Qt.ClosedHandCursor : Qt.OpenHandCursor
+
+        function at(mouse) { return mapToItem(root.scroller, mouse.x, mouse.y).y }
+
+        onPressed: mouse => root.cursor.lift(root, at(mouse))
+        onPositionChanged: mouse => root.hand.carry(at(mouse))
+        onReleased: root.hand.drop()
+        onCanceled: root.hand.putBack()
+    }
+}

@@ -1,0 +1,61 @@
+import QtQuick
+import Lumora
+
+// What tests of a page with a table share.
+DrawnCase {
+    required property PageStage stage
+
+    host: stage.host
+
+    readonly property var letters: [
+        { header: "Enabled", footer: " ", rows: [{ title: "A", identifier: "a" }, { title: "B", identifier: "b" },
+                                                 { title: "C", identifier: "c" }] },
+        { header: "Disabled", footer: "Drag them.", rows: [{ title: "X", identifier: "x" }, { title: "Y", identifier: "y" }] },
+    ]
+
+    function cleanup() {
+        stage.shownPage = null;
+        host.enabled = true;
+        bench.plain = false;
+    }
+    function open(sections) {
+        stage.shownPage = null;
+        stage.shownPage = bench.tablePage(sections);
+        verify(waitForRendering(host.item));
+        tryVerify(() => bench.viewports.length > 0);
+        tryVerify(() => rows().every(row => row.spokenName.length > 0));
+    }
+    function table() { return find(host.item, item => item instanceof Table) }
+    function scroller() { return find(host.item, item => item instanceof TableScroller) }
+    function rows() { return all(host.item, item => item instanceof TableSectionRow) }
+    function row(title) { return rows().find(item => item.title === title) }
+    function enter() {
+        stage.before.forceActiveFocus(Qt.OtherFocusReason);
+        keyClick(Qt.Key_Tab);
+    }
+    function many(count) { return [{ header: "Enabled", count: count }] }
+    function overlay() { return find(host.item, item => item instanceof LiftedRow) }
+    function focusedRow() { return rows().find(item => item.activeFocus)?.title }
+    function ringed() { return rows().filter(item => item.focused).map(item => item.title) }
+    // The titles from top to bottom as they stand, the gap as "_", the parts between sections as "|".
+    function drawn() {
+        const parts = rows().map(item => ({ y: item.y, text: item.empty ? "_" : item.title }));
+        for (const header of all(host.item, item => item instanceof GroupHeader))
+            parts.push({ y: header.y, text: "|" });
+        return parts.sort((one, other) => one.y - other.y).map(part => part.text).join("");
+    }
+    function middle(title) { return row(title).mapToItem(host.item, row(title).width - 30, 20) }
+    // Takes a row by its handle, and carries it so far down.
+    function lift(title, by = 0) {
+        const hand = { x: middle(title).x, y: middle(title).y };
+        mousePress(host.item, hand.x, hand.y);
+        if (by !== 0)
+            carry(hand, hand.y + by);
+        return hand;
+    }
+    function carry(hand, y) {
+        hand.y = y;
+        mouseMove(host.item, hand.x, y);
+    }
+    function letGo(hand) { mouseRelease(host.item, hand.x, hand.y) }
+}

@@ -1,0 +1,214 @@
+import QtQuick
+import QtTest
+import Lumora
+
+// A table by keyboard and by assistive tools.
+PageStage {
+    id: root
+
+    TableCase {
+        name: "TableKeys"
+        stage: root
+
+        function spokenRows() { return spoken(control => control.role === Accessible.ListItem) }
+        function spokenFocus() { return spokenRows().filter(control => control.focused).map(control => control.name) }
+
+        // -- by keyboard --
+
+        function test_takesKeysWhenItOpensAndShowsTheFocusOnceOneIsUsed() {
+            open(letters);
+            host.item.forceActiveFocus(Qt.OtherFocusReason);
+            compare(focusedRow(), "A");
+            compare(ringed(), []);
+            keyClick(Qt.Key_Tab);
+            compare(focusedRow(), "A");
+            compare(ringed(), ["A"]);
+            keyClick(Qt.Key_Tab);
+            verify(root.after.activeFocus);
+        }
+        function test_staysWhereItIsWhenTheFocusComesBackByItself() {
+            open(many(200));
+            const hand = lift("Row 1");
+            letGo(hand);
+            scroller().contentY = 3000;
+            host.enabled = false;
+            host.enabled = true;
+            root.before.forceActiveFocus(Qt.OtherFocusReason);
+            host.item.forceActiveFocus(Qt.ActiveWindowFocusReason);
+            verify(table().activeFocus);
+            compare(scroller().contentY, 3000);
+            compare(ringed(), []);
+            enter();
+            compare(focusedRow(), "Row 1");
+            compare(ringed(), ["Row 1"]);
+            verify(scroller().contentY < 100, "a key reveals it");
+        }
+        function test_movesARowWhoseCellHasNotComeAndFocusesItOnceItHasAName() {
+            open(many(300));
+            enter();
+            bench.busy = true;
+            for (let i = 0; i < 6; ++i)
+                keyClick(Qt.Key_PageDown);
+            const from = table().table.current;
+            compare(focusedRow(), undefined);
+            keyClick(Qt.Key_Up, Qt.AltModifier);
+            compare(bench.moves, [[0, from, 0, from - 1]]);
+            bench.busy = false;
+            bench.takeAll();
+            tryVerify(() => focusedRow() === "Row " + from);
+            compare(table().table.current, from - 1);
+        }
+        function test_isOneStopForTab() {
+            open(letters);
+            enter();
+            compare(focusedRow(), "A");
+            compare(ringed(), ["A"]);
+            keyClick(Qt.Key_Tab);
+            verify(root.after.activeFocus);
+            keyClick(Qt.Key_Backtab);
+            compare(focusedRow(), "A");
+            keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Backtab);
+            verify(root.before.activeFocus);
+            keyClick(Qt.Key_Tab);
+            compare(focusedRow(), "B");
+        }
+        function test_walksOverTheRowsOfAllSections() {
+            open(letters);
+            enter();
+            const seen = [];
+            for (let i = 0; i < 6; ++i) {
+                seen.push(focusedRow());
+                keyClick(Qt.Key_Down);
+            }
+            compare(seen.join(""), "ABCXYY");
+            keyClick(Qt.Key_Home);
+            compare(focusedRow(), "A");
+            keyClick(Qt.Key_Up);
+            compare(focusedRow(), "A");
+            keyClick(Qt.Key_End);
+            compare(focusedRow(), "Y");
+            keyClick(Qt.Key_Up);
+            compare(focusedRow(), "X");
+            compare(bench.moves, []);
+        }
+        function test_walksByPages() {
+            open(many(100));
+            enter();
+            keyClick(Qt.Key_PageDown);
+            tryVerify(() => focusedRow() === "Row 16");
+            keyClick(Qt.Key_PageDown);
+            tryVerify(() => focusedRow() === "Row 32");
+            verify(scroller().contentY > 0);
+            keyClick(Qt.Key_PageUp);
+            keyClick(Qt.Key_PageUp);
+            keyClick(Qt.Key_PageUp);
+            tryVerify(() => focusedRow() === "Row 0");
+            compare(scroller().contentY, 0);
+        }
+        function test_movesARowByKeyboardAcrossTheBorderAndKeepsTheFocusOnIt() {
+            open(letters);
+            enter();
+            keyClick(Qt.Key_End);
+            const seen = [drawn()];
+            for (let i = 0; i < 6; ++i) {
+                keyClick(Qt.Key_Up, Qt.AltModifier);
+                compare(focusedRow(), "Y");
+                compare(ringed(), ["Y"]);
+                seen.push(drawn());
+            }
+            compare(seen, ["|ABC|XY", "|ABC|YX", "|ABCY|X", "|ABYC|X", "|AYBC|X", "|YABC|X", "|YABC|X"]);
+            compare(bench.moves, [[1, 1, 1, 0], [1, 0, 0, 3], [0, 3, 0, 2], [0, 2, 0, 1], [0, 1, 0, 0]]);
+            bench.takeAll();
+            compare(drawn(), "|YABC|X");
+            compare(focusedRow(), "Y");
+        }
+        function test_movesTheLastRowIntoAnEmptySectionByKeyboard() {
+            open([{ header: "Enabled", rows: [{ title: "A" }] }, { header: "Disabled" }]);
+            enter();
+            keyClick(Qt.Key_Up, Qt.AltModifier);
+            keyClick(Qt.Key_Down, Qt.AltModifier);
+            keyClick(Qt.Key_Down, Qt.AltModifier);
+            compare(bench.moves, [[0, 0, 1, 0]]);
+            compare(drawn(), "||A");
+            keyClick(Qt.Key_Up, Qt.AltModifier);
+            compare(bench.moves[1], [1, 0, 0, 0]);
+        }
+        function test_movesNoRowThatIsFixed() {
+            open([{ header: "Enabled", rows: [{ title: "A", fixed: true }, { title: "B" }] }]);
+            enter();
+            keyClick(Qt.Key_Down, Qt.AltModifier);
+            compare(bench.moves, []);
+        }
+        function test_keepsAMovedRowInView() {
+            open(many(60));
+            enter();
+            for (let i = 0; i < 30; ++i)
+                keyClick(Qt.Key_Down, Qt.AltModifier);
+            compare(focusedRow(), "Row 0");
+            const place = rows().find(item => item.activeFocus).mapToItem(host.item, 0, 0).y;
+            verify(scroller().contentY > 0);
+            verify(place >= 0 && place + 40 <= 700, "at " + place);
+            bench.takeAll();
+            compare(focusedRow(), "Row 0");
+        }
+        function test_keepsTheFocusWhenASnapshotComesAndWhenItScrollsAway() {
+            open(many(200));
+            enter();
+            keyClick(Qt.Key_Down);
+            const focused = rows().find(item => item.activeFocus);
+            bench.showTable(many(200));
+            verify(focused.activeFocus);
+            scroller().contentY = 5000;
+            tryVerify(() => rows().some(item => item.title === "Row 125"));
+            verify(focused.activeFocus, "the same item has the focus");
+            compare(focused.title, "Row 1");
+            keyClick(Qt.Key_Down);
+            compare(focusedRow(), "Row 2");
+            verify(scroller().contentY < 100, "back to where the focus is");
+        }
+        function test_isNoStopWhenThereAreNoRows() {
+            open([{ header: "Enabled" }, { header: "Disabled" }]);
+            enter();
+            verify(root.after.activeFocus);
+        }
+
+        // -- assistive tools --
+
+        function test_speaksOfTheListItsRowsHeadersAndFooters() {
+            open([{ header: "Enabled", footer: " ", rows: [{ title: "A", identifier: "a" }, { identifier: "gone" }] },
+                  { header: "Disabled", footer: "Drag them.", rows: [{ title: "X", identifier: "x", fixed: true }] }]);
+            const told = bench.spoken(host.item);
+            const list = told.findIndex(control => control.role === Accessible.List);
+            compare(told[list].name, "Bench");
+            compare(told.slice(list + 1, list + 7).map(control => control.name),
+                    ["Enabled", "A", "gone", "Disabled", "X", "Drag them."]);
+            compare(told[list + 1].role, spokenAs("Disabled").role);
+            compare(spokenAs("A").description, "Position 1 of 2 in Enabled. Alt+Up and Alt+Down move it.");
+            compare(spokenAs("gone").description, "Position 2 of 2 in Enabled. Alt+Up and Alt+Down move it.");
+            compare(spokenAs("X").description, "Position 1 of 1 in Disabled.");
+            compare(spokenRows().map(control => control.name), ["A", "gone", "X"]);
+            verify(spokenRows().every(control => control.focusable));
+        }
+        function test_movesARowOnceByAssistiveAction() {
+            open(letters);
+            verify(bench.act(host.item, "C", "Increase"));
+            compare(bench.moves, [[0, 2, 1, 0]]);
+            compare(focusedRow(), "C");
+            compare(spokenAs("C").description, "Position 1 of 3 in Disabled. Alt+Up and Alt+Down move it.");
+            compare(spokenAs("C").focused, true);
+            verify(bench.act(host.item, "C", "Decrease"));
+            compare(bench.moves.length, 2);
+            compare(bench.moves[1], [1, 0, 0, 3 - 1]);
+            compare(focusedRow(), "C");
+        }
+        function test_speaksOfTheFocusedRowAsItWalksAndAsARowMoves() {
+            open(letters);
+            enter();
+            keyClick(Qt.Key_Down);
+            compare(spokenFocus(), ["B"]);
+            keyClick(Qt.Key_Down, Qt.AltModifier);
+            compare(spokenFocus(), ["B"]);
+        }
+    }
+}
