@@ -9,59 +9,50 @@ Item {
     width: 390
     height: 800
 
-    property var shownPage: null
+    property PageModel shownPage: null
 
     Loader {
-        id: host
+        id: loader
 
         anchors.fill: parent
         active: root.shownPage !== null
         sourceComponent: RowsPage { page: root.shownPage }
     }
 
-    TestCase {
-        id: test
-
+    DrawnCase {
         name: "Rows"
-        when: windowShown
+        host: loader
 
-        function cleanup() {
-            root.shownPage = null;
-            Theme.textSize = 100;
-        }
+        function cleanup() { root.shownPage = null }
 
         function open(rows) {
             root.shownPage = null;
             root.shownPage = bench.page(rows);
             verify(waitForRendering(host.item));
         }
-        function find(item, matches) {
-            for (let i = 0; i < item.children.length; ++i) {
-                const found = matches(item.children[i]) ? item.children[i] : find(item.children[i], matches);
-                if (found)
-                    return found;
-            }
-            return null;
+        function shownTexts() { return all(host.item, item => item.truncated !== undefined && item.visible) }
+        function texts() { return shownTexts().map(item => item.text) }
+        function slider() { return find(host.item, item => item.visualPosition !== undefined && item.from !== undefined) }
+        function field() { return find(host.item, item => item instanceof FieldRow)?.field }
+        function toggle() { return find(host.item, item => item instanceof SwitchRow) }
+        function aSwitch(name, value) { return { cell: RowModel.SwitchCell, name: name, value: value } }
+        function aSlider(min, max, value, showValue) {
+            return { cell: RowModel.SliderCell, min: min, max: max, value: value, showValue: showValue };
         }
-        function texts() {
-            const all = [];
-            find(host.item, item => {
-                if (/^(QQuickText|WordText|RowTitle|Caption)/.test(item.toString()) && item.visible && item.text !== undefined)
-                    all.push(item.displayText ?? item.text);
-                return false;
-            });
-            return all;
-        }
-        function slider() { return find(host.item, item => item.handOn !== undefined && item.from !== undefined) }
-        function field() { return find(host.item, item => item.echoMode !== undefined && item.edited !== undefined) }
-        function toggle() { return find(host.item, item => item.flip !== undefined) }
-        function spokenAs(name) { return bench.spoken(host.item).filter(control => control.name === name) }
+        function aField(placeholder, value) { return { cell: RowModel.EditTextCell, placeholder: placeholder, value: value } }
+        function aLink(name) { return { cell: RowModel.LinkCell, name: name } }
+        function aList(name, valueTitle) { return { cell: RowModel.LinkListCell, name: name, valueTitle: valueTitle } }
+        function anOption(name, marked) { return { cell: RowModel.ListItemCell, name: name, marked: marked } }
+        function aText(name) { return { cell: RowModel.StaticTextCell, name: name } }
+        function aButton(name) { return { cell: RowModel.ButtonCell, name: name } }
+        function aGroup(name, footerText) { return { cell: RowModel.GroupCell, name: name, footerText: footerText } }
+        function allSpokenAs(name) { return spoken(control => control.name === name) }
 
         // -- what nil and values of wrong kinds look like --
 
         function test_drawsNilAsOffMinimumEmptyAndNothingChosen() {
-            open([{ cell: RowModel.SwitchCell, name: "Switch" }, { cell: RowModel.SliderCell, min: 0.5, max: 2 }, { cell: RowModel.EditTextCell, placeholder: "Text" },
-                  { cell: RowModel.LinkListCell, name: "List" }]);
+            open([aSwitch("Switch"), aSlider(0.5, 2), aField("Text"),
+                  aList("List")]);
             compare(toggle().checked, false);
             compare(slider().value, 0.5);
             compare(field().text, "");
@@ -70,15 +61,15 @@ Item {
         function test_drawsValuesOfWrongKindsAsNil() {
             const wrong = [[], "yes"];
             for (const value of wrong) {
-                open([{ cell: RowModel.SwitchCell, name: "Switch", value: value }, { cell: RowModel.SliderCell, min: 0.5, max: 2, value: value }]);
+                open([aSwitch("Switch", value), aSlider(0.5, 2, value)]);
                 compare(toggle().checked, false);
                 compare(slider().value, 0.5);
             }
-            open([{ cell: RowModel.EditTextCell, placeholder: "Text", value: [] }]);
+            open([aField("Text", [])]);
             compare(field().text, "");
         }
         function test_keepsASlidersValueWithinItsBounds() {
-            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 7 }]);
+            open([aSlider(0, 1, 7)]);
             compare(slider().value, 1);
             compare(bench.changes.length, 0);
         }
@@ -87,21 +78,21 @@ Item {
             verify(texts().includes("Strange"));
         }
         function test_showsTheShortTitleOfTheChosenOption() {
-            open([{ cell: RowModel.LinkListCell, name: "Sleep After", valueTitle: "20 Seconds" }]);
+            open([aList("Sleep After", "20 Seconds")]);
             verify(texts().includes("20 Seconds"));
         }
         function test_showsASlidersNumberOnlyWhenItIsAskedFor() {
-            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0.5, showValue: true }]);
+            open([aSlider(0, 1, 0.5, true)]);
             verify(texts().includes("0.50"));
-            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0.5, showValue: false }]);
+            open([aSlider(0, 1, 0.5, false)]);
             verify(!texts().includes("0.50"));
         }
 
         function test_shrinksALongTitleAndThenGivesItTwoLines() {
-            const title = name => find(host.item, item => item.takesLines !== undefined && item.text === name);
+            const title = name => find(host.item, item => item instanceof RowTitle && item.text === name);
             const shrunk = "Enable Blur For The Whole Icon View";
             const longer = "Always Return To The Lock Screen After Opening An App";
-            open([{ cell: RowModel.SwitchCell, name: "Short" }, { cell: RowModel.SwitchCell, name: shrunk }, { cell: RowModel.SwitchCell, name: longer }, { cell: RowModel.LinkCell, name: longer }]);
+            open([aSwitch("Short"), aSwitch(shrunk), aSwitch(longer), aLink(longer)]);
             compare(title("Short").fontInfo.pixelSize, Theme.bodySize);
             verify(title(shrunk).fontInfo.pixelSize < Theme.bodySize);
             compare(title(shrunk).lineCount, 1);
@@ -114,11 +105,11 @@ Item {
 
         function test_growsWithItsTexts_data() {
             const title = "Enable App Views";
-            return [{ tag: "switch", row: { cell: RowModel.SwitchCell, name: title } }, { tag: "link", row: { cell: RowModel.LinkCell, name: title } },
-                    { tag: "chosen", row: { cell: RowModel.LinkListCell, name: title, valueTitle: title } },
-                    { tag: "option", row: { cell: RowModel.ListItemCell, name: title } }, { tag: "button", row: { cell: RowModel.ButtonCell, name: title } },
-                    { tag: "text", row: { cell: RowModel.StaticTextCell, name: title } }, { tag: "field", row: { cell: RowModel.EditTextCell, placeholder: title } },
-                    { tag: "slider", row: { cell: RowModel.SliderCell, min: 0, max: 1, showValue: true } }];
+            return [{ tag: "switch", row: aSwitch(title) }, { tag: "link", row: aLink(title) },
+                    { tag: "chosen", row: aList(title, title) },
+                    { tag: "option", row: anOption(title) }, { tag: "button", row: aButton(title) },
+                    { tag: "text", row: aText(title) }, { tag: "field", row: aField(title) },
+                    { tag: "slider", row: aSlider(0, 1, undefined, true) }];
         }
         function test_growsWithItsTexts(data) {
             const rowHeight = () => find(host.item, item => item.row !== undefined && item.first !== undefined).height;
@@ -127,11 +118,8 @@ Item {
             verify(usual >= 44);
             Theme.textSize = 300;
             verify(rowHeight() > usual, rowHeight());
-            find(host.item, item => {
-                if (item.visible && item.truncated !== undefined)
-                    verify(!item.truncated && item.contentHeight <= item.height + 1, item.text);
-                return false;
-            });
+            for (const item of shownTexts())
+                verify(!item.truncated && item.contentHeight <= item.height + 1, item.text);
             Theme.textSize = 50;
             verify(rowHeight() >= 44, "as high as a finger needs");
             Theme.textSize = 100;
@@ -140,54 +128,54 @@ Item {
         function test_putsALongValueBeneathItsTitle() {
             const title = "Sleep After", value = "as many minutes as it takes, and then some more of them";
             const shown = text => find(host.item, item => item.truncated !== undefined && item.text === text);
-            open([{ cell: RowModel.LinkListCell, name: title, valueTitle: "2 Minutes" }]);
+            open([aList(title, "2 Minutes")]);
             compare(shown("2 Minutes").y, shown(title).y);
-            open([{ cell: RowModel.LinkListCell, name: title, valueTitle: value }]);
+            open([aList(title, value)]);
             verify(shown(value).y >= shown(title).y + shown(title).height);
             verify(shown(value).lineCount > 1);
             verify(!shown(value).truncated);
         }
         function test_showsALongTextOfAFieldFromItsBeginning() {
-            open([{ cell: RowModel.EditTextCell, value: "words ".repeat(50) }]);
+            open([aField(undefined, "words ".repeat(50))]);
             compare(field().positionToRectangle(0).x >= 0, true);
         }
 
         // -- switches --
 
         function test_handsOnASwitchOnceWhenItIsTapped() {
-            open([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
+            open([aSwitch("Switch", false)]);
             mouseClick(toggle());
             compare(toggle().checked, true);
             compare(bench.changes, [[0, true]]);
         }
         function test_handsOnASwitchBySpaceAndByEnter() {
-            open([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
+            open([aSwitch("Switch", false)]);
             toggle().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Space);
             keyClick(Qt.Key_Return);
             compare(bench.changes, [[0, true], [0, false]]);
         }
         function test_handsOnASwitchOnceByAccessibilityAction() {
-            open([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
+            open([aSwitch("Switch", false)]);
             verify(bench.act(host.item, "Switch", "Toggle"));
             compare(toggle().checked, true);
             compare(bench.changes, [[0, true]]);
         }
         function test_settlesASwitchOnWhatThePageHasStored() {
-            open([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
+            open([aSwitch("Switch", false)]);
             mouseClick(toggle());
-            bench.show([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
+            bench.show([aSwitch("Switch", false)]);
             compare(toggle().checked, true, "the user's hand shows while the change is under way");
             bench.takeAll();
             compare(toggle().checked, false, "the page has kept its value");
         }
         function test_doesNotFlickerBackWhileASecondChangeIsUnderWay() {
-            open([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
+            open([aSwitch("Switch", false)]);
             mouseClick(toggle());
             mouseClick(toggle());
-            bench.show([{ cell: RowModel.SwitchCell, name: "Switch", value: true }]);
+            bench.show([aSwitch("Switch", true)]);
             compare(toggle().checked, false);
-            bench.show([{ cell: RowModel.SwitchCell, name: "Switch", value: false }]);
+            bench.show([aSwitch("Switch", false)]);
             bench.takeAll();
             compare(toggle().checked, false);
         }
@@ -196,8 +184,9 @@ Item {
 
         function test_drawsAnIconLeftOfARowOfAnyKind_data() {
             return [
-                { tag: "link", cell: RowModel.LinkCell }, { tag: "option list", cell: RowModel.LinkListCell }, { tag: "slider", cell: RowModel.SliderCell },
-                { tag: "switch", cell: RowModel.SwitchCell }, { tag: "static text", cell: RowModel.StaticTextCell }, { tag: "field", cell: RowModel.EditTextCell },
+                { tag: "link", cell: RowModel.LinkCell }, { tag: "option list", cell: RowModel.LinkListCell },
+                { tag: "slider", cell: RowModel.SliderCell }, { tag: "switch", cell: RowModel.SwitchCell },
+                { tag: "static text", cell: RowModel.StaticTextCell }, { tag: "field", cell: RowModel.EditTextCell },
                 { tag: "secure field", cell: RowModel.SecureEditTextCell }, { tag: "button", cell: RowModel.ButtonCell },
             ];
         }
@@ -209,14 +198,9 @@ Item {
             compare(picture.pixel(2 * Theme.inset + Theme.iconSize + 4, 20 + 10), Theme.cell.toString(), "room after it");
         }
         function test_drawsMarkupInTextsAsItIsWritten() {
-            open([{ cell: RowModel.GroupCell, name: "<b>Group</b>", footerText: "<i>Foot</i>" }, { cell: RowModel.LinkCell, name: "<b>Link</b>", valueTitle: "<u>Value</u>" },
-                  { cell: RowModel.SwitchCell, name: "<b>Switch</b>" }, { cell: RowModel.StaticTextCell, name: "<b>Text</b>" }, { cell: RowModel.ButtonCell, name: "<b>Button</b>" }]);
-            const formats = [];
-            find(host.item, item => {
-                if (item.textFormat !== undefined && item.text?.startsWith("<"))
-                    formats.push(item.textFormat);
-                return false;
-            });
+            open([aGroup("<b>Group</b>", "<i>Foot</i>"), { cell: RowModel.LinkCell, name: "<b>Link</b>", valueTitle: "<u>Value</u>" },
+                  aSwitch("<b>Switch</b>"), aText("<b>Text</b>"), aButton("<b>Button</b>")]);
+            const formats = all(host.item, item => item.textFormat !== undefined && item.text?.startsWith("<")).map(item => item.textFormat);
             compare(formats.length, 7);
             verify(formats.every(format => format === Text.PlainText));
         }
@@ -224,7 +208,7 @@ Item {
         // -- sliders --
 
         function test_handsOnASliderOnlyWhenItIsReleased() {
-            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0 }]);
+            open([aSlider(0, 1, 0)]);
             const s = slider();
             mousePress(s, 14, s.height / 2);
             for (let x = 20; x <= s.width / 2; x += 10)
@@ -242,7 +226,7 @@ Item {
                     { tag: "date view offset", min: -10, max: 50 }];
         }
         function test_handsOnTheBoundsOfASliderThatIsDraggedBeyondItsEnds(data) {
-            open([{ cell: RowModel.SliderCell, min: data.min, max: data.max, value: (data.min + data.max) / 2, showValue: true }]);
+            open([aSlider(data.min, data.max, (data.min + data.max) / 2, true)]);
             const s = slider();
             function drag(from, to) {
                 mousePress(s, from, s.height / 2);
@@ -256,7 +240,7 @@ Item {
             compare(bench.changes, [[0, data.min], [0, data.max]]);
         }
         function test_handsOnEachKeyStepOfASliderWithoutRoundingNoise() {
-            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0.1 }]);
+            open([aSlider(0, 1, 0.1)]);
             slider().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Right);
             keyClick(Qt.Key_Up);
@@ -268,7 +252,7 @@ Item {
             compare(bench.changes[3][1], 1);
         }
         function test_handsOnASliderOnceByAccessibilityAction() {
-            open([{ cell: RowModel.StaticTextCell, name: "Opacity (1.0)" }, { cell: RowModel.SliderCell, min: 0, max: 1, value: 0.5 }]);
+            open([aText("Opacity (1.0)"), aSlider(0, 1, 0.5)]);
             verify(bench.act(host.item, "Opacity (1.0)", "Increase"));
             compare(bench.changes, [[1, 0.55]]);
         }
@@ -287,8 +271,8 @@ Item {
             compare(bench.changes.length, 0);
         }
         function test_settlesASliderWithoutHandingItOn() {
-            open([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0.5 }]);
-            bench.show([{ cell: RowModel.SliderCell, min: 0, max: 1, value: 0.25 }]);
+            open([aSlider(0, 1, 0.5)]);
+            bench.show([aSlider(0, 1, 0.25)]);
             compare(slider().value, 0.25);
             compare(bench.changes.length, 0);
         }
@@ -296,7 +280,7 @@ Item {
         // -- fields --
 
         function test_handsOnAFieldWithEnterOnlyIfSomethingWasTyped() {
-            open([{ cell: RowModel.EditTextCell, placeholder: "Text", value: "a" }]);
+            open([aField("Text", "a")]);
             const f = field();
             f.forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Return);
@@ -309,7 +293,7 @@ Item {
             compare(bench.changes, [[0, "ab"]]);
         }
         function test_handsOnAFieldWhenItLosesTheFocus() {
-            open([{ cell: RowModel.EditTextCell, placeholder: "First" }, { cell: RowModel.EditTextCell, placeholder: "Second" }]);
+            open([aField("First"), aField("Second")]);
             field().forceActiveFocus(Qt.TabFocusReason);
             keyClick("x");
             keyClick(Qt.Key_Tab);
@@ -318,7 +302,7 @@ Item {
             compare(bench.changes.length, 1);
         }
         function test_handsOnAClearedFieldAsEmptyText() {
-            open([{ cell: RowModel.EditTextCell, placeholder: "Text", value: "a" }]);
+            open([aField("Text", "a")]);
             field().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_End);
             keyClick(Qt.Key_Backspace);
@@ -326,44 +310,43 @@ Item {
             compare(bench.changes, [[0, ""]]);
         }
         function test_doesNotOverwriteWhatIsBeingTyped() {
-            open([{ cell: RowModel.EditTextCell, placeholder: "Text", value: "a" }]);
+            open([aField("Text", "a")]);
             field().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_End);
             keyClick("b");
-            bench.show([{ cell: RowModel.EditTextCell, placeholder: "Text", value: "other" }]);
+            bench.show([aField("Text", "other")]);
             compare(field().text, "ab");
         }
         function test_speaksOfASecureFieldInDotsOnly() {
-            open([{ cell: RowModel.GroupCell, footerText: "Footer" }, { cell: RowModel.SecureEditTextCell, placeholder: "Passcode", value: "hidden" }]);
+            open([aGroup(undefined, "Footer"), { cell: RowModel.SecureEditTextCell, placeholder: "Passcode", value: "hidden" }]);
             field().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_End);
             keyClick("q");
-            const spoken = bench.spoken(host.item);
-            const secret = spoken.filter(control => control.name === "Passcode");
+            const secret = allSpokenAs("Passcode");
             compare(secret.length, 1);
             compare(secret[0].description, "Secure. Footer");
             compare(secret[0].text, "•••••••");
             compare(secret[0].focused, true);
-            for (const control of spoken)
+            for (const control of bench.spoken(host.item))
                 for (const text of [control.name, control.description, control.value, control.text, String(control.number ?? "")])
                     verify(!/hidden|hiddenq|q$/.test(text), "told: " + text);
             verify(!texts().some(text => /hidden/.test(text)));
         }
         function test_speaksThePlainTextOfAnOrdinaryField() {
-            open([{ cell: RowModel.EditTextCell, placeholder: "Subtitle", value: "plain" }]);
-            const spoken = spokenAs("Subtitle");
-            compare(spoken.length, 1);
-            verify(spoken[0].value === "plain" || spoken[0].text === "plain");
+            open([aField("Subtitle", "plain")]);
+            const told = allSpokenAs("Subtitle");
+            compare(told.length, 1);
+            verify(told[0].value === "plain" || told[0].text === "plain");
         }
 
         // -- taps --
 
         function test_tapsLinksButtonsAndOptionsByMouseKeyboardAndAssistiveTool_data() {
-            return [{ tag: "link", cell: RowModel.LinkCell }, { tag: "option list", cell: RowModel.LinkListCell }, { tag: "option", cell: RowModel.ListItemCell },
-                    { tag: "button", cell: RowModel.ButtonCell }];
+            return [{ tag: "link", cell: RowModel.LinkCell }, { tag: "option list", cell: RowModel.LinkListCell },
+                    { tag: "option", cell: RowModel.ListItemCell }, { tag: "button", cell: RowModel.ButtonCell }];
         }
         function test_tapsLinksButtonsAndOptionsByMouseKeyboardAndAssistiveTool(data) {
-            open([{ cell: RowModel.GroupCell, name: "Group" }, { cell: data.cell, name: "Row" }]);
+            open([aGroup("Group"), { cell: data.cell, name: "Row" }]);
             const row = find(host.item, item => item.clicked !== undefined);
             mouseClick(row);
             compare(bench.taps, [1]);
@@ -378,25 +361,25 @@ Item {
         // -- focus --
 
         function test_keepsTheFocusWhenASnapshotChangesValuesOnly() {
-            open([{ cell: RowModel.SwitchCell, name: "A", value: false }, { cell: RowModel.EditTextCell, placeholder: "B", value: "x" }]);
+            open([aSwitch("A", false), aField("B", "x")]);
             const before = toggle();
             before.forceActiveFocus(Qt.TabFocusReason);
-            bench.show([{ cell: RowModel.SwitchCell, name: "A", value: true }, { cell: RowModel.EditTextCell, placeholder: "B", value: "y" }]);
+            bench.show([aSwitch("A", true), aField("B", "y")]);
             compare(toggle(), before, "the same control draws the row");
             verify(before.activeFocus);
             verify(before.checked);
             compare(field().text, "y");
         }
         function test_drawsOtherRowsWhenASnapshotHasOthers() {
-            open([{ cell: RowModel.SwitchCell, name: "A" }]);
-            bench.show([{ cell: RowModel.LinkCell, name: "B" }, { cell: RowModel.LinkCell, name: "C" }]);
+            open([aSwitch("A")]);
+            bench.show([aLink("B"), aLink("C")]);
             tryVerify(() => texts().includes("B") && texts().includes("C"));
             verify(!texts().includes("A"));
         }
         function test_scrollsToWhatHasTheFocus() {
             const rows = [];
             for (let i = 0; i < 40; ++i)
-                rows.push({ cell: RowModel.LinkCell, name: "Row " + i });
+                rows.push(aLink("Row " + i));
             open(rows);
             compare(host.item.contentY, 0);
             const last = find(host.item, item => item.text === "Row 39" && item.clicked !== undefined);
@@ -409,22 +392,22 @@ Item {
         // -- names, roles, descriptions --
 
         function test_givesEveryControlANameARoleAndADescription() {
-            open([{ cell: RowModel.GroupCell, name: "Group", footerText: "Footer" }, { cell: RowModel.SwitchCell, name: "Switch", value: true },
-                  { cell: RowModel.LinkCell, name: "Link" }, { cell: RowModel.LinkListCell, name: "List", valueTitle: "Ten" }, { cell: RowModel.StaticTextCell, name: "Above" },
-                  { cell: RowModel.SliderCell, min: 0, max: 1 }, { cell: RowModel.EditTextCell, placeholder: "Field" }, { cell: RowModel.ButtonCell, name: "Button" }]);
+            open([aGroup("Group", "Footer"), aSwitch("Switch", true),
+                  aLink("Link"), aList("List", "Ten"), aText("Above"),
+                  aSlider(0, 1), aField("Field"), aButton("Button")]);
             for (const name of ["Switch", "Link", "List", "Above", "Field", "Button"])
-                verify(spokenAs(name).length > 0, name);
-            compare(spokenAs("Switch")[0].checked, true);
-            compare(spokenAs("Switch")[0].description, "Footer");
-            compare(spokenAs("List")[0].description, "Ten. Footer");
-            compare(spokenAs("Above").length, 2, "the text, and the slider beneath it");
-            compare(spokenAs("Field")[0].description, "Footer");
+                verify(spokenAs(name), name);
+            compare(spokenAs("Switch").checked, true);
+            compare(spokenAs("Switch").description, "Footer");
+            compare(spokenAs("List").description, "Ten. Footer");
+            compare(allSpokenAs("Above").length, 2, "the text, and the slider beneath it");
+            compare(spokenAs("Field").description, "Footer");
         }
         function test_tellsWhichOptionIsChosen() {
-            open([{ cell: RowModel.ListItemCell, name: "One", marked: false }, { cell: RowModel.ListItemCell, name: "Two", marked: true }]);
-            compare(spokenAs("One")[0].checked, false);
-            compare(spokenAs("Two")[0].checked, true);
-            compare(spokenAs("Two")[0].role, 0x2d, "a radio button");
+            open([anOption("One", false), anOption("Two", true)]);
+            compare(spokenAs("One").checked, false);
+            compare(spokenAs("Two").checked, true);
+            compare(spokenAs("Two").role, Accessible.RadioButton);
         }
     }
 }

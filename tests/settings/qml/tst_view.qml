@@ -3,47 +3,13 @@ import QtTest
 import Lumora
 
 // A page that hosts a view: what is drawn of it, and how hands, keys and assistive tools reach it.
-Item {
+PageStage {
     id: root
 
-    property PageModel shownPage: null
-
-    width: 390
-    height: 700
-
-    Rectangle {
-        id: before
-
-        activeFocusOnTab: true
-        width: 1
-        height: 1
-    }
-    Loader {
-        id: host
-
-        anchors.fill: parent
-        active: root.shownPage !== null
-        sourceComponent: Page { page: root.shownPage }
-    }
-    Rectangle {
-        id: after
-
-        activeFocusOnTab: true
-        width: 1
-        height: 1
-    }
-
-    TestCase {
-        id: test
-
+    DrawnCase {
         name: "View"
-        when: windowShown
+        host: root.host
 
-        readonly property int button: 0x2b
-        readonly property int slider: 0x33
-        readonly property int group: 0x14
-
-        function init() { Theme.animated = false }
         function cleanup() {
             root.shownPage = null;
             host.enabled = true;
@@ -66,20 +32,12 @@ Item {
                 ],
             };
         }
-        function all(item, matches) {
-            let found = [];
-            for (let i = 0; i < (item?.children.length ?? 0); ++i) {
-                if (matches(item.children[i]))
-                    found.push(item.children[i]);
-                found = found.concat(all(item.children[i], matches));
-            }
-            return found;
-        }
-        function elements() { return all(host.item, item => item.isButton !== undefined) }
+        function elements() { return all(host.item, item => item instanceof Element) }
         function focusedElement() { return elements().find(item => item.activeFocus)?.element.label }
         function ringed() { return elements().filter(item => item.ringed).map(item => item.element.label) }
         function focusOn(label) { elements().find(item => item.element.label === label).forceActiveFocus(Qt.TabFocusReason) }
-        function spokenAs(role, name) { return bench.spoken(host.item).find(control => control.role === role && control.name === name) }
+        function spokenOf(role, name) { return spoken(control => control.role === role && control.name === name)[0] }
+        function focusedSliders() { return spoken(control => control.role === Accessible.Slider && control.focused).map(control => control.name) }
         // Where the last touch began and ended.
         function touched() {
             const [began, ended] = bench.touches.slice(-2).map(event => event[0]);
@@ -88,8 +46,8 @@ Item {
             compare([ended[0], ended[2], ended[3]], [began[0], began[2], began[3]]);
             return [Math.round(1000 * ended[2]) / 1000, Math.round(1000 * ended[3]) / 1000];
         }
-        function scroller() { return all(host.item, item => item.scrollTo !== undefined)[0] }
-        function shownText() { return all(host.item, item => item.selectByMouse !== undefined)[0] }
+        function scroller() { return find(host.item, item => item.scrollTo !== undefined) }
+        function shownText() { return find(host.item, item => item.selectByMouse !== undefined) }
         function textView(text, id, selectable) {
             return { color: "#ffffff", text: { id: id ?? 1, frame: Qt.rect(10, 20, 370, 600), text: text, selectable: selectable ?? false } };
         }
@@ -225,7 +183,7 @@ Item {
 
         function test_goesFromElementToElementInTheOrderInWhichOneReads() {
             open(colorView(0, 0, 1));
-            before.forceActiveFocus(Qt.OtherFocusReason);
+            root.before.forceActiveFocus(Qt.OtherFocusReason);
             const order = [];
             for (let i = 0; i < 4; ++i) {
                 keyClick(Qt.Key_Tab);
@@ -234,13 +192,13 @@ Item {
             }
             compare(order, ["Colour", "Brightness", "First", "Second"]);
             keyClick(Qt.Key_Tab);
-            verify(after.activeFocus);
+            verify(root.after.activeFocus);
             for (const label of order.reverse()) {
                 keyClick(Qt.Key_Backtab);
                 compare(focusedElement(), label);
             }
             keyClick(Qt.Key_Backtab);
-            verify(before.activeFocus);
+            verify(root.before.activeFocus);
         }
         function test_pressesAButtonByKeyInItsMiddle_data() {
             return [{ tag: "Space", key: Qt.Key_Space }, { tag: "Return", key: Qt.Key_Return }, { tag: "Enter", key: Qt.Key_Enter }];
@@ -351,24 +309,24 @@ Item {
             compare(focusedElement(), "Brightness");
             keyClick(Qt.Key_Backtab);
             compare(focusedElement(), "Colour");
-            compare(bench.spoken(host.item).filter(control => control.role === slider && control.focused).map(control => control.name), ["Saturation"]);
+            compare(focusedSliders(), ["Saturation"]);
             keyClick(Qt.Key_Backtab);
-            verify(before.activeFocus);
+            verify(root.before.activeFocus);
         }
 
         // -- assistive tools --
 
         function test_tellsOfButtonsAndQuantities() {
             open(colorView(0.25, 1, 0.5));
-            verify(spokenAs(button, "First"));
-            verify(spokenAs(button, "Second").focusable);
-            compare(spokenAs(group, "Colour").description, "Hue 25 %, Saturation 100 %");
-            compare(spokenAs(slider, "Hue").number, 0.25);
-            compare(spokenAs(slider, "Saturation").number, 1);
-            compare(spokenAs(slider, "Brightness").number, 0.5);
+            verify(spokenOf(Accessible.Button, "First"));
+            verify(spokenOf(Accessible.Button, "Second").focusable);
+            compare(spokenOf(Accessible.Grouping, "Colour").description, "Hue 25 %, Saturation 100 %");
+            compare(spokenOf(Accessible.Slider, "Hue").number, 0.25);
+            compare(spokenOf(Accessible.Slider, "Saturation").number, 1);
+            compare(spokenOf(Accessible.Slider, "Brightness").number, 0.5);
             bench.showView(colorView(0.75, 0.5, 0.5));
-            compare(spokenAs(slider, "Hue").number, 0.75);
-            compare(spokenAs(slider, "Saturation").number, 0.5);
+            compare(spokenOf(Accessible.Slider, "Hue").number, 0.75);
+            compare(spokenOf(Accessible.Slider, "Saturation").number, 0.5);
         }
         function test_pressesByAssistiveAction() {
             open(colorView(0.25, 1, 0.5));
@@ -378,12 +336,12 @@ Item {
         function test_offersNoActionAndNoFocusOnWhatIsNoButton() {
             open(colorView(0.25, 1, 0.5));
             for (const name of ["Colour", "Brightness"]) {
-                verify(!spokenAs(group, name).focusable, name);
+                verify(!spokenOf(Accessible.Grouping, name).focusable, name);
                 verify(!bench.act(host.item, name, "Press"), name);
             }
             compare(bench.touches, []);
             for (const name of ["Hue", "Saturation", "Brightness"])
-                verify(spokenAs(slider, name).focusable, name);
+                verify(spokenOf(Accessible.Slider, name).focusable, name);
         }
         function test_changesAQuantityByAssistiveAction() {
             open(colorView(0.5, 0.5, 0.5));
@@ -395,33 +353,32 @@ Item {
         }
         function test_tellsOfTheFocusOnTheQuantityThatIsMoved() {
             open(colorView(0.5, 0.5, 0.5));
-            before.forceActiveFocus(Qt.OtherFocusReason);
-            const focused = () => bench.spoken(host.item).filter(control => control.role === slider && control.focused).map(control => control.name);
+            root.before.forceActiveFocus(Qt.OtherFocusReason);
             keyClick(Qt.Key_Tab);
-            compare(focused(), ["Hue"]);
+            compare(focusedSliders(), ["Hue"]);
             keyClick(Qt.Key_Down);
-            compare(focused(), ["Saturation"]);
+            compare(focusedSliders(), ["Saturation"]);
             keyClick(Qt.Key_Right);
-            compare(focused(), ["Hue"]);
+            compare(focusedSliders(), ["Hue"]);
             keyClick(Qt.Key_Tab);
-            compare(focused(), ["Brightness"]);
+            compare(focusedSliders(), ["Brightness"]);
             keyClick(Qt.Key_Backtab);
-            compare(focused(), ["Hue"]);
+            compare(focusedSliders(), ["Hue"]);
         }
         function test_setsAQuantityByAssistiveTool() {
             open(colorView(0.5, 0.5, 0.5));
             verify(bench.setNumber(host.item, "Hue", 0.1));
             compare(touched(), [55, 295]);
-            compare(spokenAs(slider, "Hue").number, 0.1);
+            compare(spokenOf(Accessible.Slider, "Hue").number, 0.1);
             verify(bench.setNumber(host.item, "Saturation", 0));
             compare(touched(), [55, 494.5]);
-            fuzzyCompare(spokenAs(slider, "Saturation").number, 0.5 / 400, 1e-9);
+            fuzzyCompare(spokenOf(Accessible.Slider, "Saturation").number, 0.5 / 400, 1e-9);
             const before = bench.touches.length;
             verify(bench.setNumber(host.item, "Saturation", -1));
             compare(bench.touches.length, before);
-            fuzzyCompare(spokenAs(slider, "Saturation").number, 0.5 / 400, 1e-9);
+            fuzzyCompare(spokenOf(Accessible.Slider, "Saturation").number, 0.5 / 400, 1e-9);
             bench.takeAll();
-            compare(spokenAs(slider, "Hue").number, 0.5, "the view has not moved its mark");
+            compare(spokenOf(Accessible.Slider, "Hue").number, 0.5, "the view has not moved its mark");
         }
 
         // -- texts --
@@ -456,8 +413,8 @@ Item {
             const at = (piece, y) => piece.mapToItem(scroller(), 0, y).y;
             verify(pieces().some(piece => piece.text.startsWith("Line 0\nLine 1\n") && at(piece, 0) === 0));
             verify(pieces().length < 10);
-            const told = bench.spoken(host.item).filter(control => control.name.startsWith("Line"));
-            compare(told.map(control => control.role), [0x29]);
+            const told = spoken(control => control.name.startsWith("Line"));
+            compare(told.map(control => control.role), [Accessible.StaticText]);
             compare(told[0].name, whole);
             keyClick(Qt.Key_End);
             tryVerify(() => pieces().some(piece => piece.text.endsWith("\nLine 19999") && at(piece, piece.height) === 600));
@@ -551,10 +508,10 @@ Item {
         }
         function test_tellsAssistiveToolsWhatTheTextSays() {
             open(textView("One\nTwo"));
-            const told = bench.spoken(host.item).find(control => control.name === "One\nTwo");
+            const told = spokenAs("One\nTwo");
             verify(told);
-            compare(told.role, 0x29);
-            compare(bench.spoken(host.item).filter(control => control.name === ""), [], "nothing is told of the scroll bar");
+            compare(told.role, Accessible.StaticText);
+            compare(spoken(control => control.name === ""), [], "nothing is told of the scroll bar");
         }
     }
 }

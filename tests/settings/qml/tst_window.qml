@@ -10,7 +10,7 @@ Item {
     height: 568
 
     Loader {
-        id: host
+        id: loader
 
         anchors.fill: parent
         active: false
@@ -43,9 +43,9 @@ Item {
         CheckMark {}
     }
 
-    TestCase {
+    DrawnCase {
         name: "Window"
-        when: windowShown
+        host: loader
 
         function show(component, textSize) {
             Theme.textSize = textSize;
@@ -54,20 +54,7 @@ Item {
             verify(waitForRendering(host.item));
             return host.item;
         }
-        function cleanup() {
-            host.active = false;
-            Theme.textSize = 100;
-        }
-        function find(item, matches) {
-            if (matches(item))
-                return item;
-            for (let i = 0; i < item.children.length; ++i) {
-                const found = find(item.children[i], matches);
-                if (found)
-                    return found;
-            }
-            return null;
-        }
+        function cleanup() { host.active = false }
         function word(item) { return find(item, other => other.text === "Back" && other.clicked === undefined) }
 
         function test_givesATitleTheRoomOfTheWordBeforeItIsMadeSmaller() {
@@ -77,7 +64,7 @@ Item {
                 waitForRendering(shown);
                 verify(!word(shown).visible);
                 compare(find(shown, item => item.clicked !== undefined).Accessible.name, "Back");
-                const size = find(shown, item => item.text === shown.title && item !== shown).fontInfo.pixelSize;
+                const size = find(shown, item => item.text === shown.title).fontInfo.pixelSize;
                 host.active = false;
                 return size;
             });
@@ -87,7 +74,7 @@ Item {
             const shown = show(bar, 200);
             shown.title = "Units";
             verify(word(shown).visible);
-            compare(find(shown, item => item.text === "Units" && item !== shown).fontInfo.pixelSize, 32);
+            compare(find(shown, item => item.text === "Units").fontInfo.pixelSize, 32);
         }
         function test_bringsTheButtonIntoViewAndScrollsByKeys() {
             const shown = show(waiting, 300);
