@@ -17,8 +17,7 @@ PageStage {
         name: "Fonts"
         stage: root
 
-        readonly property var letters: [{ header: "Fonts", rows: [{ title: "A", marked: true }, { title: "B" }, { title: "C" }] }]
-        readonly property var many: [{ header: "Fonts", count: 200 }]
+        readonly property var options: [{ header: "Fonts", rows: [{ title: "A", marked: true }, { title: "B" }, { title: "C" }] }]
         readonly property var manyFonts: [{ header: "Fonts", count: 200, fonts: true }]
 
         function init() {
@@ -53,7 +52,7 @@ PageStage {
         // -- taps --
 
         function test_tellsOfATapByMouse() {
-            open(letters);
+            open(options);
             tapOn("B");
             compare(bench.tableTaps, [[0, 1]]);
             tapOn("B");
@@ -64,15 +63,15 @@ PageStage {
         }
         function groundOf(title) { return bench.colorAt(host.item, 195, place(title) + 20) }
         function test_showsATappedRowSelectedUntilThePageDeselectsIt() {
-            open(letters);
+            open(options);
             tapOn("B");
             compare(groundOf("B"), Theme.cellDown.toString(), "before the page has taken the tap");
             bench.selected = 1;
-            bench.showTable(letters);
+            bench.showTable(options);
             bench.takeAll();
             compare(groundOf("B"), Theme.cellDown.toString(), "and after that");
             bench.selected = -1;
-            bench.showTable(letters);
+            bench.showTable(options);
             compare(groundOf("B"), Theme.cell.toString());
         }
         function test_letsADeselectedRowFadeWhereThatIsAsked_data() {
@@ -80,12 +79,12 @@ PageStage {
         }
         function test_letsADeselectedRowFadeWhereThatIsAsked(data) {
             Theme.animated = true;
-            open(letters);
+            open(options);
             tapOn("B");
             grounds.target = row("B");
             grounds.clear();
             bench.deselectsAnimated = data.animated;
-            bench.showTable(letters);
+            bench.showTable(options);
             bench.takeAll();
             compare(row("B").fading, data.animated);
             tryCompare(row("B"), "fading", false);
@@ -93,7 +92,7 @@ PageStage {
             compare(groundOf("B"), Theme.cell.toString());
         }
         function test_tellsOfATapByTouchButNotOfOneThatScrolls() {
-            open(many);
+            open(many(200));
             const finger = touchEvent(host.item);
             finger.press(0, host.item, 100, place("Row 3") + 20).commit();
             finger.release(0, host.item, 100, place("Row 3") + 20).commit();
@@ -112,14 +111,14 @@ PageStage {
             return [{ tag: "return", key: Qt.Key_Return }, { tag: "enter", key: Qt.Key_Enter }, { tag: "space", key: Qt.Key_Space }];
         }
         function test_tellsOfATapByKey(data) {
-            open(letters);
+            open(options);
             enter();
             keyClick(Qt.Key_Down);
             keyClick(data.key);
             compare(bench.tableTaps, [[0, 1]]);
         }
         function test_showsTheRowThatIsTappedByKey() {
-            open(many);
+            open(many(200));
             enter();
             scroller().contentY = 3000;
             keyClick(Qt.Key_Return);
@@ -130,12 +129,12 @@ PageStage {
             return [{ tag: "press", action: "Press" }, { tag: "toggle", action: "Toggle" }];
         }
         function test_tellsOfATapByAssistiveAction(data) {
-            open(letters);
+            open(options);
             verify(bench.act(host.item, "C", data.action));
             compare(bench.tableTaps, [[0, 2]]);
         }
         function test_goesOnFromTheTappedRowByKeyboard() {
-            open(letters);
+            open(options);
             tapOn("B");
             keyClick(Qt.Key_Down);
             keyClick(Qt.Key_Space);
@@ -143,7 +142,7 @@ PageStage {
         }
         function test_cannotTapTheRowsOfATableThatIsEdited() {
             bench.selectable = false;
-            open(letters);
+            open(options);
             tapOn("B");
             enter();
             keyClick(Qt.Key_Return);
@@ -151,14 +150,14 @@ PageStage {
             compare(bench.tableTaps, []);
         }
         function test_hasNoHandles() {
-            open(letters);
+            open(options);
             verify(rows().every(item => !item.movable));
             const y = place("A");
             mouseDrag(host.item, row("A").x + row("A").width - 20, y + 20, 0, 60);
             compare(bench.moves, []);
         }
         function test_showsWhichRowIsPressed() {
-            open(letters);
+            open(options);
             mousePress(host.item, 100, place("B") + 20);
             compare(rows().filter(item => item.down).map(item => item.title), ["B"]);
             mouseRelease(host.item, 100, place("B") + 20);
@@ -166,7 +165,7 @@ PageStage {
             compare(rows().filter(item => item.down).length, 0);
         }
         function test_tellsAssistiveToolsWhichRowIsMarked() {
-            open(letters);
+            open(options);
             compare(["A", "B", "C"].map(name => spokenAs(name).checked), [true, false, false]);
             verify(["A", "B", "C"].every(name => spokenAs(name).checkable && spokenAs(name).focusable));
             compare(spokenAs("B").role, Accessible.RadioButton);
@@ -183,61 +182,61 @@ PageStage {
         }
         function test_scrollsToARowThatThePageWantsFromTheFirstSnapshotOn(data) {
             bench.askToScroll(100, data.position);
-            open(many);
+            open(many(200));
             fuzzyCompare(place("Row 100"), data.y, 1);
         }
         function test_scrollsToARowInALaterSnapshot() {
-            open(many);
+            open(many(200));
             bench.askToScroll(100, 2);
-            bench.showTable(many);
+            bench.showTable(many(200));
             tryVerify(() => row("Row 100"));
             fuzzyCompare(place("Row 100"), 330, 1);
         }
         function test_scrollsNoFurtherThanItGoes() {
             bench.askToScroll(0, 2);
-            open(many);
+            open(many(200));
             compare(scroller().contentY, 0);
             bench.askToScroll(199, 2);
-            bench.showTable(many);
+            bench.showTable(many(200));
             tryVerify(() => row("Row 199"));
             compare(scroller().contentY, scroller().contentHeight - 700);
         }
         function test_scrollsOnceForEachRequest() {
             bench.askToScroll(100, 2);
-            open(many);
+            open(many(200));
             scroller().contentY = 0;
-            bench.showTable(many);
+            bench.showTable(many(200));
             compare(scroller().contentY, 0);
             bench.askToScroll(100, 2);
-            bench.showTable(many);
+            bench.showTable(many(200));
             verify(scroller().contentY > 3000);
         }
         function test_scrollsOnlyAsFarAsNeededWhenAnyPlaceWillDo() {
-            open(many);
+            open(many(200));
             bench.askToScroll(5, 0);
-            bench.showTable(many);
+            bench.showTable(many(200));
             compare(scroller().contentY, 0);
             bench.askToScroll(30, 0);
-            bench.showTable(many);
+            bench.showTable(many(200));
             tryVerify(() => row("Row 30"));
             fuzzyCompare(place("Row 30"), 660, 1);
         }
         function test_glidesWhenItIsToBeAnimated() {
             Theme.animated = true;
-            open(many);
+            open(many(200));
             bench.askToScroll(100, 2, true);
-            bench.showTable(many);
+            bench.showTable(many(200));
             verify(scroller().contentY < 1000);
             tryVerify(() => row("Row 100") && Math.abs(place("Row 100") - 330) < 1);
         }
         function test_doesNotScrollToARowThatThereIsNot() {
             bench.askToScroll(500, 2);
-            open(many);
+            open(many(200));
             compare(scroller().contentY, 0);
         }
         function test_goesOnByKeyboardFromTheRowThatWasScrolledTo() {
             bench.askToScroll(100, 2);
-            open(many);
+            open(many(200));
             const y = scroller().contentY;
             enter();
             keyClick(Qt.Key_Space);

@@ -24,7 +24,6 @@ Item {
         host: loader
 
         function cleanup() { root.shownPage = null }
-
         function open(rows) {
             root.shownPage = null;
             root.shownPage = bench.page(rows);
@@ -35,6 +34,8 @@ Item {
         function slider() { return find(host.item, item => item.visualPosition !== undefined && item.from !== undefined) }
         function field() { return find(host.item, item => item instanceof FieldRow)?.field }
         function toggle() { return find(host.item, item => item instanceof SwitchRow) }
+        function allSpokenAs(name) { return spoken(control => control.name === name) }
+
         function aSwitch(name, value) { return { cell: RowModel.SwitchCell, name: name, value: value } }
         function aSlider(min, max, value, showValue) {
             return { cell: RowModel.SliderCell, min: min, max: max, value: value, showValue: showValue };
@@ -46,13 +47,11 @@ Item {
         function aText(name) { return { cell: RowModel.StaticTextCell, name: name } }
         function aButton(name) { return { cell: RowModel.ButtonCell, name: name } }
         function aGroup(name, footerText) { return { cell: RowModel.GroupCell, name: name, footerText: footerText } }
-        function allSpokenAs(name) { return spoken(control => control.name === name) }
 
         // -- what nil and values of wrong kinds look like --
 
         function test_drawsNilAsOffMinimumEmptyAndNothingChosen() {
-            open([aSwitch("Switch"), aSlider(0.5, 2), aField("Text"),
-                  aList("List")]);
+            open([aSwitch("Switch"), aSlider(0.5, 2), aField("Text"), aList("List")]);
             compare(toggle().checked, false);
             compare(slider().value, 0.5);
             compare(field().text, "");
@@ -106,10 +105,9 @@ Item {
         function test_growsWithItsTexts_data() {
             const title = "Enable App Views";
             return [{ tag: "switch", row: aSwitch(title) }, { tag: "link", row: aLink(title) },
-                    { tag: "chosen", row: aList(title, title) },
-                    { tag: "option", row: anOption(title) }, { tag: "button", row: aButton(title) },
-                    { tag: "text", row: aText(title) }, { tag: "field", row: aField(title) },
-                    { tag: "slider", row: aSlider(0, 1, undefined, true) }];
+                    { tag: "chosen", row: aList(title, title) }, { tag: "option", row: anOption(title) },
+                    { tag: "button", row: aButton(title) }, { tag: "text", row: aText(title) },
+                    { tag: "field", row: aField(title) }, { tag: "slider", row: aSlider(0, 1, undefined, true) }];
         }
         function test_growsWithItsTexts(data) {
             const rowHeight = () => find(host.item, item => item.row !== undefined && item.first !== undefined).height;
@@ -392,9 +390,8 @@ Item {
         // -- names, roles, descriptions --
 
         function test_givesEveryControlANameARoleAndADescription() {
-            open([aGroup("Group", "Footer"), aSwitch("Switch", true),
-                  aLink("Link"), aList("List", "Ten"), aText("Above"),
-                  aSlider(0, 1), aField("Field"), aButton("Button")]);
+            open([aGroup("Group", "Footer"), aSwitch("Switch", true), aLink("Link"),
+                  aList("List", "Ten"), aText("Above"), aSlider(0, 1), aField("Field"), aButton("Button")]);
             for (const name of ["Switch", "Link", "List", "Above", "Field", "Button"])
                 verify(spokenAs(name), name);
             compare(spokenAs("Switch").checked, true);
