@@ -1,5 +1,7 @@
 #include "settings/app/DesktopLook.h"
 
+#include "settings/app/Options.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -63,7 +65,7 @@ void DesktopLook::tell(const QString& area, const QString& key, const QVariant& 
     if (area != kTexts || key != kSize) return;
     // What is no size at all, a text or not a number, changes nothing.
     if (const double factor = told.toDouble(); factor > 0)
-        emit textSizeChosen(int(std::lround(std::min(factor, 100.0) * 100)));
+        emit textSizeChosen(int(std::lround(std::clamp<double>(factor * 100, kSmallestTexts, kLargestTexts))));
 }
 
 } // namespace settings

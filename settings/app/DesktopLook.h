@@ -15,7 +15,7 @@ class DesktopLook : public QObject {
 
   signals:
     void darkChosen(bool dark);
-    /// In percent of the usual size.
+    /// In percent of the usual size, within what `--text-size` takes.
     void textSizeChosen(int percent);
 
   private slots:

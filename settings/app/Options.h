@@ -27,13 +27,6 @@ struct Options {
 inline constexpr int kSmallestTexts = 50;
 inline constexpr int kLargestTexts = 300;
 
-/// Height of the navigation bar, in points; a page has the rest of the window.
-inline constexpr int kBarHeight = 52;
-
-[[nodiscard]] constexpr platform::CGSize contentSizeOf(platform::CGSize window) {
-    return {window.width, window.height > kBarHeight ? window.height - kBarHeight : 0};
-}
-
 /// Reads the command line. Where there is nothing left to do, for --help, --version or wrong use, says what there is to
 /// say and sets `exitCode`.
 [[nodiscard]] Options readOptions(int argc, char** argv, std::optional<int>& exitCode);

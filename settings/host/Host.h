@@ -10,6 +10,13 @@
 
 namespace settings {
 
+/// Height of the navigation bar, in points; a page has the rest of the window.
+inline constexpr int kBarHeight = 52;
+
+[[nodiscard]] constexpr platform::CGSize contentSizeOf(platform::CGSize window) {
+    return {window.width, window.height > kBarHeight ? window.height - kBarHeight : 0};
+}
+
 /// What the main thread opens first.
 struct Launch {
     std::filesystem::path bundle; ///< the folder of the settings bundle

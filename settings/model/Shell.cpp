@@ -77,8 +77,7 @@ void Shell::setDark(bool dark) {
 }
 
 void Shell::setTextSize(int percent) {
-    const int size = std::clamp(percent, kSmallestTexts, kLargestTexts);
-    if (std::exchange(textSize_, size) != size) emit textSizeChanged();
+    if (std::exchange(textSize_, percent) != percent) emit textSizeChanged();
 }
 
 void Shell::setAnimated(bool animated) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "settings/app/Options.h"
 #include "settings/host/Host.h"
 #include "settings/model/PageModel.h"
 
@@ -45,7 +44,7 @@ class Shell : public QObject {
     [[nodiscard]] static int barHeight() { return kBarHeight; }
     [[nodiscard]] bool dark() const { return dark_; }
     void setDark(bool dark);
-    /// In percent of the usual size; kept within what the window can be drawn with.
+    /// In percent of the usual size.
     [[nodiscard]] int textSize() const { return textSize_; }
     void setTextSize(int percent);
     [[nodiscard]] bool animated() const { return animated_; }
