@@ -173,7 +173,7 @@ std::string Pictures::pictureName(const PageSnapshot& page) {
 
 /// Nothing is pressed for it, which would compose a real message, and another one on each device.
 void Pictures::visitComposer() {
-    shell_.pretendComposing(std::make_shared<const ComposerSnapshot>(
+    present(std::make_shared<const ComposerSnapshot>(
         ComposerSnapshot{0,
                          {"support@nevo.example", "Lumora -- iPhone6,1(7.0.4)",
                           "Application: Lumora\nDevice: iPhone6,1\nFirmware: 7.0.4\n\nComments:\nThe clock does not "
@@ -182,15 +182,24 @@ void Pictures::visitComposer() {
                          false,
                          {}}));
     takePictures("Composer");
-    shell_.pretendComposing(nullptr);
+    present(nullptr);
+}
+
+void Pictures::present(std::shared_ptr<const ComposerSnapshot> composer) {
+    PageSnapshot page = *shell_.topPage();
+    page.composer = std::move(composer);
+    shell_.take({{std::make_shared<const PageSnapshot>(std::move(page))}, {}});
 }
 
 void Pictures::visitWaitingScreen() {
+    const auto page = std::make_shared<const PageSnapshot>(*shell_.topPage());
+    shell_.take({{page}, Opening{"LumoraPreferences", "Lumora"}});
     for (const bool lost : {false, true}) {
-        shell_.pretendWaiting(Opening{"LumoraPreferences", "Lumora"}, lost);
+        shell_.setPatience(lost ? Shell::Patience::over : Shell::Patience::waiting, true);
         takePictures(lost ? "Waiting-over" : "Waiting");
     }
-    shell_.pretendWaiting(std::nullopt, false);
+    shell_.setPatience(Shell::Patience::fresh, false);
+    shell_.take({{page}, {}});
 }
 
 void Pictures::takePictures(const std::string& name) {

@@ -45,6 +45,8 @@ class Pictures : private QObject {
     /// A row of the page of that name leads to a page that does not exist.
     virtual void missPage(const std::string& /*name*/, const RowSnapshot& /*link*/) {}
     void takePicture(const std::string& name, bool dark);
+    /// The first page, on top, comes to have presented that message, or none.
+    void present(std::shared_ptr<const ComposerSnapshot> composer);
     [[nodiscard]] QQuickWindow& window() const { return window_; }
 
   private:

@@ -143,17 +143,6 @@ void Shell::leave() {
     _exit(0); // without joining: the main thread may be blocked for good
 }
 
-void Shell::pretendWaiting(std::optional<Opening> opening, bool lost) {
-    opening_ = std::move(opening);
-    setPatience(!opening_ ? Patience::fresh : lost ? Patience::over : Patience::waiting, opening_.has_value());
-}
-
-void Shell::pretendComposing(std::shared_ptr<const ComposerSnapshot> composer) {
-    PageSnapshot page = *topPage();
-    page.composer = std::move(composer);
-    pages_.back()->read(std::make_shared<const PageSnapshot>(std::move(page)));
-}
-
 SendEvent Shell::sendTo(std::uint64_t page) {
     return [this, page](Event event, std::function<void()> taken) {
         post([page, event = std::move(event)](Navigation& navigation) { navigation.handle(page, event); },

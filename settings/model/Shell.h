@@ -72,10 +72,11 @@ class Shell : public QObject {
     /// The window has been closed: lets what is under way end, and ends the process.
     Q_INVOKABLE void leave();
 
-    /// For pictures: shows the waiting screen in one of its two states, or hides it again.
-    void pretendWaiting(std::optional<Opening> opening, bool lost);
-    /// For pictures: shows a message being composed over the top page, or takes it away again.
-    void pretendComposing(std::shared_ptr<const ComposerSnapshot> composer);
+    enum class Patience : unsigned char { fresh, waiting, over };
+    /// How long the main thread has been busy, and whether it is the tweak that it waits for.
+    void setPatience(Patience patience, bool asksTweak);
+    /// Shows what the main thread holds now.
+    void take(const StackSnapshot& stack);
 
   signals:
     void darkChanged();
@@ -87,14 +88,10 @@ class Shell : public QObject {
     void pagesPopped(int depth);
 
   private:
-    enum class Patience : unsigned char { fresh, waiting, over };
-
     SendEvent sendTo(std::uint64_t page);
-    void take(const StackSnapshot& stack);
     [[nodiscard]] bool isComposing() const { return topPage() && topPage()->composer; }
     void setBusy(int change);
     void look();
-    void setPatience(Patience patience, bool asksTweak);
 
     Host& host_;
     std::vector<PageModel*> pages_;

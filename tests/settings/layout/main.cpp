@@ -63,7 +63,7 @@ class LayoutTour : public settings::Pictures {
              {QStringLiteral("No way."), words, words.repeated(50), QString(3000, QLatin1Char('x'))}) {
             settings::ComposerSnapshot composer = *shell_.topPage()->composer;
             composer.problem = problem.toStdString();
-            shell_.pretendComposing(std::make_shared<const settings::ComposerSnapshot>(composer));
+            present(std::make_shared<const settings::ComposerSnapshot>(composer));
             takePictures("Composer-problem");
         }
         QQuickItem* sheet = composer(*window().contentItem());
