@@ -37,10 +37,7 @@ QString titleOf(const Opening& opening) {
 
 // The host is never destroyed, because the main thread may be blocked in it for good.
 Shell::Shell()
-    : host_(*new Host([this](StackSnapshot stack) {
-          QMetaObject::invokeMethod(
-              this, [this, stack = std::move(stack)] { take(stack); }, Qt::QueuedConnection);
-      })) {
+    : host_(*new Host([this](StackSnapshot stack) { later([this, stack = std::move(stack)] { take(stack); }); })) {
     looks_.setInterval(kNoticeable);
     connect(&looks_, &QTimer::timeout, this, &Shell::look);
 }
@@ -48,13 +45,10 @@ Shell::Shell()
 void Shell::launch(Launch launch, std::function<void(const std::string&)> failed) {
     setBusy(+1);
     host_.launch(std::move(launch), [this, failed = std::move(failed)](const platform::Result<void>& result) {
-        QMetaObject::invokeMethod(
-            this,
-            [this, failed, result] {
-                setBusy(-1);
-                if (!result) failed(result.error());
-            },
-            Qt::QueuedConnection);
+        later([this, failed, result] {
+            setBusy(-1);
+            if (!result) failed(result.error());
+        });
     });
 }
 
@@ -62,14 +56,16 @@ void Shell::post(std::function<void(Navigation&)> work, std::function<void()> do
     setBusy(+1);
     host_.post([this, work = std::move(work), done = std::move(done)](Navigation& navigation) {
         navigation.run(work); // what it throws must not keep the window waiting
-        QMetaObject::invokeMethod(
-            this,
-            [this, done] {
-                setBusy(-1);
-                if (done) done();
-            },
-            Qt::QueuedConnection);
+        later([this, done] {
+            setBusy(-1);
+            if (done) done();
+        });
     });
+}
+
+/// Hands work from the main thread to this one.
+void Shell::later(std::function<void()> work) {
+    QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
 }
 
 void Shell::setDark(bool dark) {

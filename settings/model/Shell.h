@@ -88,6 +88,7 @@ class Shell : public QObject {
     void pagesPopped(int depth);
 
   private:
+    void later(std::function<void()> work);
     SendEvent sendTo(std::uint64_t page);
     [[nodiscard]] bool isComposing() const { return topPage() && topPage()->composer; }
     void setBusy(int change);
