@@ -3,6 +3,7 @@
 // Each line of standard input is "COUNT NAME...": so many messages of each name, at once. When all are done a line says
 // how many replies there were. Or it is "open", which starts a settings session as a page does when it is opened; when
 // its request is done a line says what such a page reads as "kSleepTime", and that is 0 for nothing.
+#include "link/Messages.h"
 #include "link/Notify.h"
 #include "link/SettingsSession.h"
 
@@ -14,7 +15,6 @@
 #include <sstream>
 #include <string>
 
-using platform::Dictionary;
 using platform::Value;
 
 namespace {
@@ -24,8 +24,8 @@ struct Page; // which has the session
 std::atomic<int> replies;
 
 void send(const std::string& name) {
-    const bool change = name == "updateSettings";
-    const Value object = change ? Value(Dictionary{{"key", "kSleepTime"}, {"object", 30}}) : Value();
+    const bool change = name == lumora::kUpdateSettings;
+    const Value object = change ? Value(lumora::changeOf("kSleepTime", 30)) : Value();
     lumora::notify(name, object, [](const auto&) { ++replies; });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/Messages.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "tests/support/ServedPort.h"
 #include "tests/support/Waiting.h"
@@ -56,13 +57,13 @@ class ScriptedTweak {
     Answer answer_;
     Bodies requests_;
     Bodies updates_;
-    ServedPort requestPort_{"com.nevo.lumora/requestTweakSettings",
+    ServedPort requestPort_{lumora::portName(lumora::kRequestTweakSettings),
                             [this](auto&, auto, const auto& body) -> std::optional<platform::Data> {
                                 keep(requests_, body);
                                 const auto answer = currentAnswer();
                                 return answer ? answer() : std::nullopt;
                             }};
-    ServedPort updatePort_{"com.nevo.lumora/updateSettings",
+    ServedPort updatePort_{lumora::portName(lumora::kUpdateSettings),
                            [this](auto&, auto, const auto& body) -> std::optional<platform::Data> {
                                keep(updates_, body);
                                return std::nullopt;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/Messages.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/Dispatch.h"
 #include "tests/support/PortsFolder.h"
@@ -86,7 +87,7 @@ class RecordingTweak {
 
     std::optional<platform::Data> record(const std::optional<platform::Data>& body) {
         const std::lock_guard hold(mutex_);
-        if (body) changes_.push_back(platform::NSKeyedUnarchiver::unarchiveObjectWithData(*body)["object"]);
+        if (body) changes_.push_back(platform::NSKeyedUnarchiver::unarchiveObjectWithData(*body)[lumora::kObjectEntry]);
         changed_.notify_all();
         return std::nullopt;
     }
@@ -98,9 +99,9 @@ class RecordingTweak {
     int requested_ = 0;
     bool held_ = false;
     PortsFolder folder_;
-    ServedPort requests_{"com.nevo.lumora/requestTweakSettings",
+    ServedPort requests_{lumora::portName(lumora::kRequestTweakSettings),
                          [this](auto&, auto, const auto& /*body*/) { return settings(); }};
-    ServedPort updates_{"com.nevo.lumora/updateSettings",
+    ServedPort updates_{lumora::portName(lumora::kUpdateSettings),
                         [this](auto&, auto, const auto& body) { return record(body); }};
 };
 

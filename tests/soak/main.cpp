@@ -5,6 +5,7 @@
 //
 // Prints what was held, and exits with 1 when it was not flat or when messages were lost.
 
+#include "link/Messages.h"
 #include "link/Notify.h"
 #include "link/PreferenceKeys.h"
 #include "platform/foundation/DeviceRoot.h"
@@ -186,10 +187,10 @@ bool exchangeMessages(const tests::SoakedTweak& tweak, long total) {
         inBatches(from, to, [&](long begin, long end) {
             for (long number = begin; number < end; ++number) {
                 if (number % 2 == 0) {
-                    lumora::notify("requestTweakSettings", Value(), count);
+                    lumora::notify(lumora::kRequestTweakSettings, Value(), count);
                 } else {
-                    const Dictionary change{{"key", lumora::kSleepTime}, {"object", static_cast<std::int64_t>(number)}};
-                    lumora::notify("updateSettings", change, count);
+                    const Value seconds = static_cast<std::int64_t>(number);
+                    lumora::notify(lumora::kUpdateSettings, lumora::changeOf(lumora::kSleepTime, seconds), count);
                 }
             }
             dispatch_wait_until_idle(kPatience);

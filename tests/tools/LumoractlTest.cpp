@@ -1,4 +1,5 @@
 #include "tests/support/RawSocket.h"
+#include "tests/support/ServedPort.h"
 #include "tests/tweak/Program.h"
 #include "tests/tweak/Sandbox.h"
 
@@ -6,13 +7,10 @@
 #include "json/Json.h"
 
 #include "platform/foundation/NSKeyedArchiver.h"
-#include "platform/messaging/CFMessagePort.h"
-#include "platform/messaging/CFRunLoop.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <future>
 #include <thread>
 
 using namespace lumora;
@@ -56,33 +54,12 @@ class LumoractlWithTweak : public Lumoractl {
 /// A tweak of another make, in this process: answers both messages with the same body.
 class StrangeTweak {
   public:
-    explicit StrangeTweak(std::optional<Data> answer) : answer_(std::move(answer)) {
-        std::promise<platform::CFRunLoopRef> loop;
-        auto running = loop.get_future();
-        thread_ = std::thread([this, &loop] {
-            const auto current = platform::CFRunLoopGetCurrent();
-            for (const char* name : {"com.nevo.lumora/requestTweakSettings", "com.nevo.lumora/updateSettings"}) {
-                const auto port =
-                    platform::CFMessagePortCreateLocal(name, [this](platform::CFMessagePort&, std::int32_t,
-                                                                    const std::optional<Data>&) { return answer_; });
-                platform::CFRunLoopAddSource(current, platform::CFMessagePortCreateRunLoopSource(port));
-            }
-            loop.set_value(current);
-            platform::CFRunLoopRun();
-        });
-        loop_ = awaited(std::move(running), "the ports of the tweak");
-    }
-    StrangeTweak(const StrangeTweak&) = delete;
-    StrangeTweak& operator=(const StrangeTweak&) = delete;
-    ~StrangeTweak() {
-        platform::CFRunLoopStop(loop_);
-        thread_.join();
-    }
+    explicit StrangeTweak(std::optional<Data> answer) : answer_(std::move(answer)) {}
 
   private:
     std::optional<Data> answer_;
-    platform::CFRunLoopRef loop_;
-    std::thread thread_;
+    ServedPort requests_{"com.nevo.lumora/requestTweakSettings", [this](auto&, auto, auto&) { return answer_; }};
+    ServedPort updates_{"com.nevo.lumora/updateSettings", [this](auto&, auto, auto&) { return answer_; }};
 };
 
 /// A socket where the tweak's port should be, on which nobody ever answers, or which hangs up on everyone.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/Messages.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/CFMessagePort.h"
 
@@ -10,31 +11,31 @@ namespace tests {
 
 /// The body of an "updateSettings" message, as the bundle sends it.
 inline platform::Data changeBody(const std::string& key, const platform::Value& value) {
-    using platform::Dictionary;
-    return *platform::NSKeyedArchiver::archivedDataWithRootObject(
-        Dictionary{{"object", Dictionary{{"key", key}, {"object", value}}}});
+    return *platform::NSKeyedArchiver::archivedDataWithRootObject(lumora::messageWith(lumora::changeOf(key, value)));
 }
 
 /// Sends a body to the port and gives the result code; the reply is stored when the code is success.
 inline platform::CFMessagePortResult send(const std::string& message, const std::optional<platform::Data>& body,
-                                          std::optional<platform::Data>& reply, std::int32_t id = 0) {
-    const auto remote = platform::CFMessagePortCreateRemote("com.nevo.lumora/" + message);
+                                          std::optional<platform::Data>& reply, std::int32_t id = lumora::kMessageId) {
+    const auto remote = platform::CFMessagePortCreateRemote(lumora::portName(message));
     return platform::CFMessagePortSendRequest(*remote, id, body, 5.0, 5.0, &reply);
 }
 
 /// The settings that a running tweak answers with; nil when none does.
 inline platform::Value askForSettings() {
     std::optional<platform::Data> reply;
-    if (send("requestTweakSettings", std::nullopt, reply) != platform::kCFMessagePortSuccess || !reply) return nullptr;
+    if (send(lumora::kRequestTweakSettings, std::nullopt, reply) != platform::kCFMessagePortSuccess || !reply)
+        return nullptr;
     return platform::NSKeyedUnarchiver::unarchiveObjectWithData(*reply);
 }
 
 /// What a running tweak says of a change: empty when it is made.
 inline std::string change(const std::string& key, const platform::Value& value) {
     std::optional<platform::Data> reply;
-    if (send("updateSettings", changeBody(key, value), reply) != platform::kCFMessagePortSuccess) return "no answer";
+    if (send(lumora::kUpdateSettings, changeBody(key, value), reply) != platform::kCFMessagePortSuccess)
+        return "no answer";
     if (!reply) return {};
-    const platform::Value error = platform::NSKeyedUnarchiver::unarchiveObjectWithData(*reply)["error"];
+    const platform::Value error = platform::NSKeyedUnarchiver::unarchiveObjectWithData(*reply)[lumora::kErrorEntry];
     return std::string(error.text() ? *error.text() : "an answer without an error");
 }
 

@@ -1,5 +1,6 @@
 #include "settings/host/Host.h"
 
+#include "link/Messages.h"
 #include "link/Notify.h"
 #include "platform/foundation/NSCondition.h"
 #include "platform/foundation/NSKeyedArchiver.h"
@@ -101,7 +102,8 @@ void stayOutOfTheWayWhileAPageBlocks() {
     std::promise<void> answer;
     const auto allowed = answer.get_future().share();
     const tests::ServedPort tweak(
-        "com.nevo.lumora/requestTweakSettings", [allowed](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
+        lumora::portName(lumora::kRequestTweakSettings),
+        [allowed](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
             allowed.wait_for(tests::kLongEnough);
             return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kTweakEnabled", true}});
         });
@@ -155,7 +157,7 @@ void showRowsBeforeTheirIcons() {
                      "/usr/share/applications/" + std::string(name) + ".desktop");
     }
     const tests::ServedPort tweak(
-        "com.nevo.lumora/requestTweakSettings", [](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
+        lumora::portName(lumora::kRequestTweakSettings), [](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
             return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kAppsEnabled", List{"dear", "cheap"}}});
         });
     ASSERT_TRUE(tweak.isOpen());
