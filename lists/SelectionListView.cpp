@@ -1,6 +1,7 @@
 #include "lists/SelectionListView.h"
 
 #include "platform/foundation/Collation.h"
+#include "platform/ui/Move.h"
 
 #include <algorithm>
 #include <string_view>
@@ -81,6 +82,10 @@ std::string SelectionListView::identifierAt(NSIndexPath path) const {
     return path.row >= 0 && std::cmp_less(path.row, list.size()) ? list[static_cast<std::size_t>(path.row)] : "";
 }
 
+std::vector<std::string>& SelectionListView::listIn(int section) {
+    return section == kEnabled ? selection_.enabled : selection_.disabled;
+}
+
 int SelectionListView::numberOfSectionsInTableView(UITableView& /*tableView*/) {
     return 2;
 }
@@ -115,7 +120,7 @@ bool SelectionListView::canMoveRowAtIndexPath(UITableView& /*tableView*/, NSInde
 }
 
 void SelectionListView::moveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath from, NSIndexPath to) {
-    selection_ = moved(std::move(selection_), from, to);
+    moveRow(listIn(from.section), from.row, listIn(to.section), to.row);
     savePreferences();
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "link/SettingsSession.h"
-#include "lists/Move.h"
 #include "platform/ui/UITableView.h"
 
 #include <functional>
@@ -15,6 +14,12 @@ namespace lumora {
 
 /// The title that the user reads, by identifier.
 using Titles = std::unordered_map<std::string, std::string>;
+
+/// The two lists of a reorderable selection: what is in section 0 and what is in section 1.
+struct Selection {
+    std::vector<std::string> enabled;
+    std::vector<std::string> disabled;
+};
 
 /// A reorderable selection list: one table, always in editing mode, with the sections "Enabled" and "Disabled". Rows
 /// are dragged within and between them, and every drop is saved at once. This is what the three list views share; each
@@ -74,6 +79,8 @@ class SelectionListView : public platform::UIView,
   private:
     void setupTableViewWithFrame(const platform::CGRect& frame);
     [[nodiscard]] std::string identifierAt(platform::NSIndexPath path) const;
+    /// Every section but the first counts as the second.
+    [[nodiscard]] std::vector<std::string>& listIn(int section);
 
     SettingsSession& session_;
     Selection selection_;

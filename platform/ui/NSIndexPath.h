@@ -12,13 +12,4 @@ struct NSIndexPath {
     friend auto operator<=>(const NSIndexPath&, const NSIndexPath&) = default;
 };
 
-/// Where a row stands after a move, which may be its own or another's. The moved row is taken out first; its new place
-/// counts without it.
-constexpr NSIndexPath afterMove(NSIndexPath path, NSIndexPath from, NSIndexPath to) {
-    if (path == from) return to;
-    if (path.section == from.section && path.row > from.row) --path.row;
-    if (path.section == to.section && path.row >= to.row) ++path.row;
-    return path;
-}
-
 } // namespace platform

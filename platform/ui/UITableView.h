@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ui/NSIndexPath.h"
+#include "platform/ui/TableLayout.h"
 #include "platform/ui/UITableViewCell.h"
 
 #include <cstdint>
@@ -48,14 +48,6 @@ class PLATFORM_EXPORT UITableViewDelegate {
 
 enum UITableViewStyle : int { UITableViewStylePlain = 0, UITableViewStyleGrouped = 1 };
 
-/// Where in the view a row comes to stand; none is wherever the least scrolling brings all of it into view.
-enum UITableViewScrollPosition : int {
-    UITableViewScrollPositionNone = 0,
-    UITableViewScrollPositionTop = 1,
-    UITableViewScrollPositionMiddle = 2,
-    UITableViewScrollPositionBottom = 3
-};
-
 /// A scrolling column of rows in sections, of which only those in view exist as cells.
 ///
 ///     tableView = make<UITableView>(frame, UITableViewStyleGrouped);
@@ -96,7 +88,7 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     /// nothing.
     void scrollToRowAtIndexPath(NSIndexPath path, UITableViewScrollPosition atScrollPosition, bool animated);
 
-    [[nodiscard]] int numberOfSections() const { return static_cast<int>(sections_.size()); }
+    [[nodiscard]] int numberOfSections() const { return layout_.sectionCount(); }
     [[nodiscard]] int numberOfRowsInSection(int section) const;
     /// In the table's own coordinates, which begin at the top of the first header.
     [[nodiscard]] CGRect rectForRowAtIndexPath(NSIndexPath path) const;
@@ -107,15 +99,7 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     /// Tells tables apart, never used twice in a process.
     [[nodiscard]] std::uint64_t id() const { return id_; }
 
-    struct Section {
-        std::string header;
-        std::string footer;
-        double headerHeight = 0;
-        double footerHeight = 0;
-        double rowHeight = 0;
-        int rowCount = 0;
-    };
-    [[nodiscard]] const std::vector<Section>& sections() const { return sections_; }
+    [[nodiscard]] const TableLayout& layout() const { return layout_; }
     void setSectionHeights(int section, double header, double footer);
     /// The part for which there are cells, from `top` to `bottom`; one row at each end may stand out of it.
     void setViewport(double top, double bottom);
@@ -129,14 +113,8 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     [[nodiscard]] bool isRowIndented(NSIndexPath path);
     /// How the last row was deselected.
     [[nodiscard]] bool deselectsAnimated() const { return deselectsAnimated_; }
-    /// The last row that was to be scrolled to, for whoever draws: by the heights as drawn, and once for each number.
-    struct ScrollRequest {
-        std::uint64_t serial = 0; ///< 0 when there was none yet
-        NSIndexPath row;
-        UITableViewScrollPosition position = UITableViewScrollPositionNone;
-        bool animated = false;
-    };
-    [[nodiscard]] const ScrollRequest& scrollRequest() const { return scrollRequest_; }
+    /// The last row that was to be scrolled to, for whoever draws: by the heights as drawn.
+    [[nodiscard]] const TableScrollRequest& scrollRequest() const { return scrollRequest_; }
     /// The user has tapped a row: selects it and tells the delegate, unless the table is being edited or has no such
     /// row.
     void tapRow(NSIndexPath path);
@@ -147,8 +125,6 @@ class PLATFORM_EXPORT UITableView final : public UIView {
   private:
     static std::uint64_t nextId();
     void makeCells();
-    void moveCells(NSIndexPath from, NSIndexPath to);
-    [[nodiscard]] bool hasRow(NSIndexPath path) const;
 
     const std::uint64_t id_ = nextId();
     UITableViewStyle style_ = UITableViewStylePlain;
@@ -156,12 +132,12 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     UITableViewDelegate* delegate_ = nullptr;
     bool editing_ = false;
     bool loaded_ = false;
-    std::vector<Section> sections_;
+    TableLayout layout_;
     double top_ = 0;
     double bottom_ = 0;
     std::optional<NSIndexPath> selected_;
     bool deselectsAnimated_ = false;
-    ScrollRequest scrollRequest_;
+    TableScrollRequest scrollRequest_;
     std::map<NSIndexPath, std::shared_ptr<UITableViewCell>> cells_;
     std::multimap<std::string, std::shared_ptr<UITableViewCell>> reusable_;
 };

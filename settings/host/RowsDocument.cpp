@@ -27,18 +27,18 @@ Dictionary document(const RowSnapshot& row) {
     return shown;
 }
 
-Dictionary document(const SectionSnapshot& section) {
-    List rows;
-    for (const CellSnapshot& cell : section.cells)
-        rows.emplace_back(Dictionary{{"identifier", cell.identifier}, {"title", cell.title}, {"marked", cell.marked}});
-    return Dictionary{{"header", section.header}, {"footer", section.footer}, {"rows", std::move(rows)}};
+Dictionary document(const CellSnapshot& cell) {
+    return Dictionary{{"identifier", cell.identifier}, {"title", cell.title}, {"marked", cell.marked}};
 }
 
-List sectionsOf(const PageSnapshot& page) {
+List sectionsOf(const TableSnapshot& table) {
+    std::vector<List> rows(table.layout.sections().size());
+    for (const auto& [path, cell] : table.cells)
+        rows[std::size_t(path.section)].emplace_back(document(cell));
     List sections;
-    if (!page.table) return sections;
-    for (const SectionSnapshot& section : page.table->sections)
-        sections.emplace_back(document(section));
+    for (int i = 0; const platform::TableSection& section : table.layout.sections())
+        sections.emplace_back(Dictionary{
+            {"header", section.header}, {"footer", section.footer}, {"rows", std::move(rows[std::size_t(i++)])}});
     return sections;
 }
 
@@ -48,7 +48,7 @@ Value rowsDocument(const PageSnapshot& page) {
     if (page.hostsView) {
         return Dictionary{{"page", page.className},
                           {"view", page.view ? Value(page.view->className) : Value()},
-                          {"sections", sectionsOf(page)}};
+                          {"sections", page.table ? sectionsOf(*page.table) : List()}};
     }
     List rows;
     for (const RowSnapshot& row : page.rows)

@@ -5,12 +5,13 @@
 #include "platform/ui/CALayer.h"
 #include "platform/ui/CGContext.h"
 #include "platform/ui/CGGeometry.h"
-#include "platform/ui/NSIndexPath.h"
+#include "platform/ui/TableLayout.h"
 #include "platform/ui/UIAccessibilityElement.h"
 #include "platform/ui/UIFont.h"
 #include "platform/ui/UIImage.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,40 +74,16 @@ struct CellSnapshot {
     platform::UIFontRef font{}; ///< of the title; null for the table's usual one
 };
 
-/// One section of a table. Heights are in points; all rows of a section are equally high.
-struct SectionSnapshot {
-    std::string header; ///< empty for none
-    std::string footer; ///< empty for none
-    double headerHeight = 0;
-    double footerHeight = 0;
-    double rowHeight = 0;
-    int rowCount = 0;
-    int firstCell = 0; ///< the row that cells.front() is
-    std::vector<CellSnapshot> cells;
-};
-
-/// Where in the view a row comes to stand; the platform's numbers.
-enum class ScrollPosition : int { none = 0, top = 1, middle = 2, bottom = 3 };
-
-/// The page wants a row of its table to be seen. Done once for each serial number.
-struct ScrollRequest {
-    std::uint64_t serial = 0; ///< 0 for no request yet
-    platform::NSIndexPath row;
-    ScrollPosition position = ScrollPosition::none;
-    bool animated = false;
-};
-
-/// A table with the cells of those rows that are in view. From the top: each section's header, rows and footer, without
-/// gaps.
 struct TableSnapshot {
     std::uint64_t id = 0;   ///< tells tables apart: a page that appears again has another one, which begins at its top
     platform::CGRect frame; ///< on the page
-    std::vector<SectionSnapshot> sections;
+    platform::TableLayout layout;
+    std::map<platform::NSIndexPath, CellSnapshot> cells; ///< of the rows in view
     bool grouped = true;                           ///< its rows stand apart from the sides, in boxes with round corners
     bool selectable = false;                       ///< a tap on a row means something
     std::optional<platform::NSIndexPath> selected; ///< the row that was tapped, until it is deselected
     bool deselectsAnimated = false;                ///< as the last one was
-    ScrollRequest scroll;
+    platform::TableScrollRequest scroll;
 };
 
 /// What whoever draws a table tells of it: the part for which cells are to be made, in the table's own coordinates, and

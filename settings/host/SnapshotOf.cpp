@@ -119,26 +119,14 @@ TableSnapshot snapshotOf(UITableView& table) {
     TableSnapshot shown;
     shown.id = table.id();
     shown.frame = onPage(table.bounds(), table);
-    for (const UITableView::Section& section : table.sections())
-        shown.sections.push_back({section.header,
-                                  section.footer,
-                                  section.headerHeight,
-                                  section.footerHeight,
-                                  section.rowHeight,
-                                  section.rowCount,
-                                  0,
-                                  {}});
-    for (const auto& [path, cell] : table.visibleCells()) {
-        SectionSnapshot& section = shown.sections.at(static_cast<std::size_t>(path.section));
-        if (section.cells.empty()) section.firstCell = path.row;
-        section.cells.push_back(snapshotOf(table, path, *cell));
-    }
+    shown.layout = table.layout();
+    for (const auto& [path, cell] : table.visibleCells())
+        shown.cells.emplace(path, snapshotOf(table, path, *cell));
     shown.grouped = table.style() == UITableViewStyleGrouped;
     shown.selectable = !table.isEditing();
     shown.selected = table.indexPathForSelectedRow();
     shown.deselectsAnimated = table.deselectsAnimated();
-    const UITableView::ScrollRequest& scroll = table.scrollRequest();
-    shown.scroll = {scroll.serial, scroll.row, static_cast<ScrollPosition>(scroll.position), scroll.animated};
+    shown.scroll = table.scrollRequest();
     return shown;
 }
 

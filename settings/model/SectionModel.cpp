@@ -39,13 +39,13 @@ bool comesBefore(const SectionModel::Row& one, int row) {
 
 } // namespace
 
-SectionModel::SectionModel(const SectionSnapshot& section, QObject* parent)
+SectionModel::SectionModel(const platform::TableSection& section, QObject* parent)
     : QAbstractListModel(parent), header_(QString::fromStdString(section.header)),
       footer_(QString::fromStdString(section.footer)), headerHeight_(section.headerHeight),
       footerHeight_(section.footerHeight) {
 }
 
-void SectionModel::read(const SectionSnapshot& section) {
+void SectionModel::read(const platform::TableSection& section) {
     const QString header = QString::fromStdString(section.header);
     const QString footer = QString::fromStdString(section.footer);
     if (header == header_ && footer == footer_) return;

@@ -43,7 +43,7 @@ class SectionModel : public QAbstractListModel {
         friend bool operator==(const Place&, const Place&) = default;
     };
 
-    SectionModel(const SectionSnapshot& section, QObject* parent);
+    SectionModel(const platform::TableSection& section, QObject* parent);
 
     [[nodiscard]] QString header() const { return header_; }
     [[nodiscard]] QString footer() const { return footer_; }
@@ -55,7 +55,7 @@ class SectionModel : public QAbstractListModel {
     [[nodiscard]] double headerHeight() const { return headerHeight_; }
     [[nodiscard]] double footerHeight() const { return footerHeight_; }
 
-    void read(const SectionSnapshot& section);
+    void read(const platform::TableSection& section);
     void put(const Place& place);
     /// The rows in view, in order.
     void show(std::vector<Row> rows);

@@ -1,48 +1,25 @@
 #include "settings/model/TableModel.h"
 
+#include "platform/ui/Move.h"
+
 #include <QPointer>
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace settings {
 
 using platform::NSIndexPath;
+using platform::TableLayout;
 
 namespace {
 
 constexpr int kRowsAround = 4; ///< beyond each end of what is seen, so that a slow scroll shows no empty rows
 
-const CellSnapshot* cellAt(const SectionSnapshot& section, int row) {
-    const int at = row - section.firstCell;
-    return at >= 0 && at < static_cast<int>(section.cells.size()) ? &section.cells[std::size_t(at)] : nullptr;
-}
-
 /// No cell is without any name.
 bool hasCome(const CellSnapshot& cell) {
     return !cell.title.empty() || !cell.identifier.empty();
-}
-
-void takeOut(SectionSnapshot& section, int row) {
-    if (cellAt(section, row))
-        section.cells.erase(section.cells.begin() + (row - section.firstCell));
-    else if (row < section.firstCell)
-        --section.firstCell;
-    --section.rowCount;
-}
-
-/// Cells between the row and those that are known are empty until a snapshot brings them.
-void putIn(SectionSnapshot& section, int row, const CellSnapshot& cell) {
-    auto& cells = section.cells;
-    if (cells.empty()) section.firstCell = row;
-    if (row < section.firstCell) {
-        cells.insert(cells.begin(), std::size_t(section.firstCell - row), CellSnapshot{});
-        section.firstCell = row;
-    }
-    const auto at = std::size_t(row - section.firstCell);
-    if (at > cells.size()) cells.resize(at);
-    cells.insert(cells.begin() + std::ptrdiff_t(at), cell);
-    ++section.rowCount;
 }
 
 } // namespace
@@ -59,7 +36,7 @@ QRectF TableModel::frame() const {
 
 double TableModel::heightOf(int place) const {
     const NSIndexPath path = layout_.pathOf(place);
-    return layout_.hasRow(path) ? layout_.sections()[std::size_t(path.section)].rowHeight : 0;
+    return layout_.hasRow(path) ? layout_.section(path.section).rowHeight : 0;
 }
 
 double TableModel::topOf(int place) const {
@@ -87,7 +64,7 @@ void TableModel::take() {
     const bool sameWay = shown_.deselectsAnimated == latest_->deselectsAnimated;
     const int selectedBefore = selected();
     // A row in the user's hand is held by an item that goes away with its section.
-    if (latest_->sections.size() != shown_.sections.size()) putBack();
+    if (latest_->layout.sectionCount() != shown_.layout.sectionCount()) putBack();
     shown_ = *latest_;
     for (const Move& move : movesUnderWay_)
         apply(move);
@@ -109,25 +86,21 @@ void TableModel::take() {
 
 /// What the main thread will do too, unless its rows are others by now.
 void TableModel::apply(const Move& move) {
-    auto& sections = shown_.sections;
-    if (std::cmp_greater_equal(std::max(move.from.section, move.to.section), sections.size())) return;
-    SectionSnapshot& source = sections[std::size_t(move.from.section)];
-    SectionSnapshot& destination = sections[std::size_t(move.to.section)];
-    const int rowsThere = destination.rowCount - (&source == &destination ? 1 : 0);
-    if (move.from.row >= source.rowCount || move.to.row > rowsThere) return;
-    takeOut(source, move.from.row);
-    putIn(destination, move.to.row, move.cell);
+    if (!shown_.layout.canMove(move.from, move.to)) return;
+    shown_.layout = shown_.layout.moved(move.from, move.to);
+    shown_.cells = moved(std::move(shown_.cells), move.from, move.to);
+    shown_.cells.insert_or_assign(move.to, move.cell);
 }
 
 /// Gives back those that there were before, which are the same ones as long as there are as many.
 QList<SectionModel*> TableModel::makeSections() {
-    if (std::cmp_equal(sections_.size(), shown_.sections.size())) {
+    if (sections_.size() == shown_.layout.sectionCount()) {
         for (int i = 0; i < sections_.size(); ++i)
-            sections_[i]->read(shown_.sections[std::size_t(i)]);
+            sections_[i]->read(shown_.layout.section(i));
         return sections_;
     }
     QList<SectionModel*> former = std::exchange(sections_, {});
-    for (const SectionSnapshot& section : shown_.sections) {
+    for (const auto& section : shown_.layout.sections()) {
         sections_.push_back(new SectionModel(section, this));
         connect(sections_.back(), &SectionModel::measured, this, &TableModel::measure);
     }
@@ -136,14 +109,10 @@ QList<SectionModel*> TableModel::makeSections() {
 
 /// Lays everything out by what is shown and by the heights as they were drawn.
 void TableModel::measure() {
-    std::vector<TableLayout::Section> sections;
-    for (int i = 0; i < sections_.size(); ++i) {
-        const SectionSnapshot& section = shown_.sections[std::size_t(i)];
-        sections.push_back(
-            {sections_[i]->headerHeight(), sections_[i]->footerHeight(), section.rowHeight, section.rowCount});
-    }
     const int before = current();
-    layout_ = TableLayout(std::move(sections));
+    layout_ = shown_.layout;
+    for (int i = 0; i < sections_.size(); ++i)
+        layout_.setHeights(i, sections_[i]->headerHeight(), sections_[i]->footerHeight());
     if (lifted_ && !layout_.hasRow(*lifted_)) {
         lifted_.reset();
         emit liftedChanged();
@@ -178,29 +147,27 @@ void TableModel::place() {
     inView_ = layout_.rowsBetween(top_ - margin(), top_ + height_ + margin());
     for (int i = 0; i < sections_.size(); ++i) {
         const TableLayout::Rows rows = inView_[std::size_t(i)];
-        std::vector<int> wanted;
+        std::set<int> wanted;
         for (int row = rows.first; row < rows.end; ++row)
-            wanted.push_back(row);
+            wanted.insert(row);
         for (const auto& path : {std::optional(current_), lifted_})
-            if (path && path->section == i && layout_.hasRow(*path)) wanted.push_back(path->row);
-        std::sort(wanted.begin(), wanted.end());
-        wanted.erase(std::unique(wanted.begin(), wanted.end()), wanted.end());
+            if (path && path->section == i && layout_.hasRow(*path)) wanted.insert(path->row);
 
         std::vector<SectionModel::Row> shown;
         for (const int row : wanted) {
             const NSIndexPath path{i, row};
-            const NSIndexPath there = lifted_ ? platform::afterMove(path, *lifted_, target_) : path;
-            const int last = arranged.sections()[std::size_t(there.section)].rowCount - 1;
-            const CellSnapshot* cell = cellAt(shown_.sections[std::size_t(i)], row);
-            const SectionModel::Row* former = cell ? nullptr : sections_[i]->find(row);
+            const NSIndexPath there = lifted_ ? moved(path, *lifted_, target_) : path;
+            const int last = arranged.section(there.section).rowCount - 1;
+            const auto cell = shown_.cells.find(path);
+            const SectionModel::Row* former = sections_[i]->find(row);
             shown.push_back({row, layout_.placeOf(path), arranged.rowTop(there), there.row == 0, there.row == last,
-                             cell     ? *cell
-                             : former ? former->cell
-                                      : CellSnapshot{}});
+                             cell != shown_.cells.end() ? cell->second
+                             : former                   ? former->cell
+                                                        : CellSnapshot{}});
         }
         sections_[i]->show(std::move(shown));
-        sections_[i]->put({arranged.sectionTop(i), arranged.footerTop(i), layout_.sections()[std::size_t(i)].rowHeight,
-                           layout_.sections()[std::size_t(i)].rowCount});
+        sections_[i]->put(
+            {arranged.sectionTop(i), arranged.footerTop(i), layout_.section(i).rowHeight, layout_.section(i).rowCount});
     }
     emit placed();
     reportSoon();
@@ -230,20 +197,7 @@ bool TableModel::isScrollAsked() const {
 
 double TableModel::askedTop(double top, double height) const {
     if (!isScrollAsked()) return top;
-    const NSIndexPath row = shown_.scroll.row;
-    const double rowTop = layout_.rowTop(row);
-    const double rowHeight = layout_.sections()[std::size_t(row.section)].rowHeight;
-    switch (shown_.scroll.position) {
-    case ScrollPosition::top:
-        return rowTop;
-    case ScrollPosition::middle:
-        return rowTop + (rowHeight - height) / 2;
-    case ScrollPosition::bottom:
-        return rowTop + rowHeight - height;
-    case ScrollPosition::none:
-        break;
-    }
-    return std::min(std::max(top, rowTop + rowHeight - height), rowTop);
+    return layout_.scrolledTo(shown_.scroll.row, shown_.scroll.position, top, height);
 }
 
 void TableModel::scrollDone() {

@@ -3,7 +3,6 @@
 #include "settings/host/Event.h"
 #include "settings/host/Snapshot.h"
 #include "settings/model/SectionModel.h"
-#include "settings/model/TableLayout.h"
 
 #include <QList>
 #include <QObject>
@@ -111,7 +110,9 @@ class TableModel : public QObject {
     };
 
     QQmlListProperty<SectionModel> drawnSections() { return {this, &sections_}; }
-    [[nodiscard]] TableLayout arrangement() const { return lifted_ ? layout_.moved(*lifted_, target_) : layout_; }
+    [[nodiscard]] platform::TableLayout arrangement() const {
+        return lifted_ ? layout_.moved(*lifted_, target_) : layout_;
+    }
     [[nodiscard]] bool isMovable(platform::NSIndexPath path) const;
     void take();
     void apply(const Move& move);
@@ -125,8 +126,8 @@ class TableModel : public QObject {
 
     SendEvent send_;
     std::shared_ptr<const TableSnapshot> latest_;
-    TableSnapshot shown_; ///< the latest one when it was taken up, and every move since
-    TableLayout layout_;  ///< of what is shown, without regard to a lifted row
+    TableSnapshot shown_;          ///< the latest one when it was taken up, and every move since
+    platform::TableLayout layout_; ///< the same by the heights as drawn, without regard to a lifted row
     QList<SectionModel*> sections_;
     double top_ = 0;
     double height_ = 0;
@@ -138,8 +139,8 @@ class TableModel : public QObject {
     std::deque<platform::NSIndexPath> tapsUnderWay_;
     std::uint64_t lastScroll_ = 0; ///< the last request that was done
 
-    std::vector<TableLayout::Rows> inView_;
-    std::vector<TableLayout::Rows> reportedRows_;
+    std::vector<platform::TableLayout::Rows> inView_;
+    std::vector<platform::TableLayout::Rows> reportedRows_;
     std::vector<TableViewport::Heights> reportedHeights_;
     bool reportDue_ = false;
 };

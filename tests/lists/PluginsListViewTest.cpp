@@ -106,6 +106,14 @@ TEST_F(PlugInList, SavesADropWithinTheDisabledOnesToo) {
     EXPECT_THAT(view->disabled(), ElementsAre("test.B", "test.A"));
 }
 
+TEST_F(PlugInList, CountsEverySectionButTheFirstAsTheSecond) {
+    install({"A", "B"});
+    show({{"kAppViewsEnabled", List{"test.A"}}});
+    view->moveRowAtIndexPath(view->tableView(), {0, 0}, {7, 1});
+    expectSaved({});
+    EXPECT_THAT(view->disabled(), ElementsAre("test.B", "test.A"));
+}
+
 TEST_F(PlugInList, StartsEmptyWithoutASavedListAndSavesExactlyWhatItShows) {
     install({"A", "B"});
     show({});
@@ -140,10 +148,10 @@ TEST_F(PlugInList, IsEmptyWithItsHeadersWhereNothingIsInstalledOrSaved) {
     auto& table = view->tableView();
     EXPECT_EQ(table.numberOfSections(), 2);
     EXPECT_EQ(table.numberOfRowsInSection(0) + table.numberOfRowsInSection(1), 0);
-    EXPECT_EQ(table.sections().at(0).header, "Enabled");
-    EXPECT_EQ(table.sections().at(1).header, "Disabled");
-    EXPECT_EQ(table.sections().at(0).footer, " ");
-    EXPECT_EQ(table.sections().at(1).footer,
+    EXPECT_EQ(table.layout().section(0).header, "Enabled");
+    EXPECT_EQ(table.layout().section(1).header, "Disabled");
+    EXPECT_EQ(table.layout().section(0).footer, " ");
+    EXPECT_EQ(table.layout().section(1).footer,
               "Tap and hold onto an App View's associated application to reveal the App View.");
 }
 

@@ -80,9 +80,9 @@ TEST_F(FontList, IsATableOfOneSection) {
     EXPECT_EQ(table().autoresizingMask(), 18U);
     EXPECT_FALSE(table().isEditing());
     ASSERT_EQ(table().numberOfSections(), 1);
-    EXPECT_EQ(table().sections()[0].header, "Fonts");
-    EXPECT_EQ(table().sections()[0].footer, "");
-    EXPECT_EQ(table().sections()[0].rowHeight, 40.0);
+    EXPECT_EQ(table().layout().section(0).header, "Fonts");
+    EXPECT_EQ(table().layout().section(0).footer, "");
+    EXPECT_EQ(table().layout().section(0).rowHeight, 40.0);
     EXPECT_EQ(table().numberOfRowsInSection(0), 3);
 }
 

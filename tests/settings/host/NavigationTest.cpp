@@ -13,6 +13,7 @@ using namespace platform;
 using namespace settings;
 using namespace tests;
 using ::testing::ElementsAre;
+using ::testing::Key;
 using ::testing::Pair;
 
 class NavigationTest : public ::testing::Test {
@@ -335,38 +336,36 @@ struct TableNavigationTest : NavigationTest {
 
 TEST_F(TableNavigationTest, ShowsTheTableWithTheCellsOfTheRowsInView) {
     EXPECT_EQ(table().frame, CGRectMake(0, 10, 390, 750));
-    ASSERT_EQ(table().sections.size(), 2U);
-    EXPECT_EQ(table().sections[0].header, "Enabled");
-    EXPECT_EQ(table().sections[0].footer, " ");
-    EXPECT_EQ(table().sections[0].rowCount, 10);
-    EXPECT_EQ(table().sections[0].rowHeight, 40);
-    EXPECT_EQ(table().sections[1].cells.at(0).title, "Title of k");
-    EXPECT_EQ(table().sections[1].cells.at(0).identifier, "k");
-    EXPECT_TRUE(table().sections[1].cells.at(0).movable);
+    ASSERT_EQ(table().layout.sectionCount(), 2);
+    EXPECT_EQ(table().layout.section(0).header, "Enabled");
+    EXPECT_EQ(table().layout.section(0).footer, " ");
+    EXPECT_EQ(table().layout.section(0).rowCount, 10);
+    EXPECT_EQ(table().layout.section(0).rowHeight, 40);
+    EXPECT_EQ(table().cells.at({1, 0}).title, "Title of k");
+    EXPECT_EQ(table().cells.at({1, 0}).identifier, "k");
+    EXPECT_TRUE(table().cells.at({1, 0}).movable);
 }
 
 TEST_F(TableNavigationTest, MakesTheCellsThatScrollIntoViewAndNoOthers) {
     scroll(0, 100);
     const int asked = TableView::cellsAsked;
     scroll(130, 210); // the third and fourth row
-    EXPECT_EQ(table().sections[0].firstCell, 2);
-    ASSERT_EQ(table().sections[0].cells.size(), 2U);
-    EXPECT_EQ(table().sections[0].cells[1].identifier, "d");
-    EXPECT_TRUE(table().sections[1].cells.empty());
+    ASSERT_THAT(table().cells, ElementsAre(Key(NSIndexPath{0, 2}), Key(NSIndexPath{0, 3})));
+    EXPECT_EQ(table().cells.at({0, 3}).identifier, "d");
     EXPECT_EQ(TableView::cellsAsked, asked + 2);
 }
 
 TEST_F(TableNavigationTest, TakesUpTheHeightsThatHeadersAndFootersWereDrawnWith) {
     scroll(0, 10000);
-    EXPECT_EQ(table().sections[0].headerHeight, 50);
-    EXPECT_EQ(table().sections[1].footerHeight, 20);
+    EXPECT_EQ(table().layout.section(0).headerHeight, 50);
+    EXPECT_EQ(table().layout.section(1).footerHeight, 20);
     navigation.handle(top().id, TableScrolled{{0, 10, {{50, 20}, {50, 20}, {7, 7}}}}); // a section that does not exist
-    EXPECT_EQ(table().sections.size(), 2U);
+    EXPECT_EQ(table().layout.sectionCount(), 2);
 }
 
 TEST_F(TableNavigationTest, MakesAllCellsWhenThereIsNoEndToTheView) {
     scroll(0, std::numeric_limits<double>::infinity());
-    EXPECT_EQ(table().sections[0].cells.size(), 10U);
+    EXPECT_EQ(table().cells.size(), 11U);
 }
 
 TEST_F(TableNavigationTest, BeginsAtTheTopOfAnotherTableWhenThePageAppearsAgain) {
@@ -377,7 +376,7 @@ TEST_F(TableNavigationTest, BeginsAtTheTopOfAnotherTableWhenThePageAppearsAgain)
     ASSERT_TRUE(navigation.open(NSClassFromString("TablePage"), "Above"));
     navigation.back(top().id);
     EXPECT_NE(table().id, before);
-    EXPECT_EQ(table().sections[0].firstCell, 0);
+    EXPECT_EQ(table().cells.begin()->first, (NSIndexPath{0, 0}));
 }
 
 TEST_F(TableNavigationTest, IsNotShrunkByAWindowThatHasNoSizeYet) {
@@ -391,9 +390,9 @@ TEST_F(TableNavigationTest, IsNotShrunkByAWindowThatHasNoSizeYet) {
 TEST_F(TableNavigationTest, MovesARowAndShowsTheTableAfterwards) {
     scroll(0, 10000);
     navigation.handle(top().id, RowMoved{{0, 0}, {1, 1}});
-    EXPECT_EQ(table().sections[0].rowCount, 9);
-    ASSERT_EQ(table().sections[1].cells.size(), 2U);
-    EXPECT_EQ(table().sections[1].cells[1].identifier, "a");
+    EXPECT_EQ(table().layout.section(0).rowCount, 9);
+    EXPECT_EQ(table().layout.section(1).rowCount, 2);
+    EXPECT_EQ(table().cells.at({1, 1}).identifier, "a");
 }
 
 TEST_F(TableNavigationTest, TellsOfAMoveThatCannotBeByTheSameTable) {
@@ -554,18 +553,15 @@ struct ChoiceNavigationTest : NavigationTest {
     void SetUp() override { ASSERT_TRUE(navigation.open(NSClassFromString("ChoicePage"), "Choice")); }
     [[nodiscard]] const TableSnapshot& table() const { return *top().table; }
     /// The cell of a row in view.
-    [[nodiscard]] const CellSnapshot& cell(int row) const {
-        const SectionSnapshot& section = table().sections.at(0);
-        return section.cells.at(static_cast<std::size_t>(row - section.firstCell));
-    }
+    [[nodiscard]] const CellSnapshot& cell(int row) const { return table().cells.at({0, row}); }
 };
 
 TEST_F(ChoiceNavigationTest, TellsWhereATableIsToBeScrolledWithTheCellsThere) {
     EXPECT_NE(table().scroll.serial, 0U);
     EXPECT_EQ(table().scroll.row, (NSIndexPath{0, 50}));
-    EXPECT_EQ(table().scroll.position, ScrollPosition::middle);
+    EXPECT_EQ(table().scroll.position, UITableViewScrollPositionMiddle);
     EXPECT_TRUE(table().scroll.animated);
-    EXPECT_GT(table().sections.at(0).firstCell, 35);
+    EXPECT_GT(table().cells.begin()->first.row, 35);
 }
 
 TEST_F(ChoiceNavigationTest, MarksTheTappedRow) {
@@ -603,7 +599,7 @@ TEST_F(ChoiceNavigationTest, NamesTheFontOfATitleUnlessItIsTheSystems) {
 TEST_F(TableNavigationTest, TellsWhichRowsHaveSignsAndRoomForThem) {
     scroll(50, 170);
     std::vector<std::pair<int, bool>> signs;
-    for (const CellSnapshot& cell : table().sections.at(0).cells)
+    for (const auto& [path, cell] : table().cells)
         signs.emplace_back(cell.editingStyle, cell.indented);
     EXPECT_THAT(signs, ElementsAre(Pair(0, false), Pair(1, true), Pair(2, false)));
 }

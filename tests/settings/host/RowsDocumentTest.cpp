@@ -86,17 +86,10 @@ TEST(RowsDocument, ListsTheSectionsOfATableWithTheirRows) {
     page.hostsView = true;
     page.view = std::make_shared<const ViewSnapshot>(ViewSnapshot{"ListView", {}, {}});
     TableSnapshot table;
-    table.sections.push_back(
-        {"Enabled",
-         " ",
-         50,
-         24,
-         40,
-         2,
-         0,
-         {{.title = "Clock", .identifier = "com.example.clock", .image = nullptr, .movable = true},
-          {.title = "", .identifier = "com.example.gone", .image = nullptr, .movable = true, .marked = true}}});
-    table.sections.push_back({"Disabled", "Drag them.", 50, 24, 40, 0, 0, {}});
+    table.layout = platform::TableLayout({{"Enabled", " ", 50, 24, 40, 2}, {"Disabled", "Drag them.", 50, 24, 40, 0}});
+    table.cells[{0, 0}] = {.title = "Clock", .identifier = "com.example.clock", .image = nullptr, .movable = true};
+    table.cells[{0, 1}] = {
+        .title = "", .identifier = "com.example.gone", .image = nullptr, .movable = true, .marked = true};
     page.table = std::make_shared<const TableSnapshot>(table);
     const Dictionary clock{{"identifier", "com.example.clock"}, {"title", "Clock"}, {"marked", false}};
     const Dictionary gone{{"identifier", "com.example.gone"}, {"title", ""}, {"marked", true}};

@@ -3,6 +3,7 @@
 #include "platform/preferences/PSListController.h"
 #include "platform/preferences/PSListItemsController.h"
 #include "platform/preferences/PSTextFieldSpecifier.h"
+#include "platform/ui/Move.h"
 #include "platform/ui/UIButton.h"
 #include "platform/ui/UIImageView.h"
 #include "platform/ui/UITableView.h"
@@ -158,11 +159,8 @@ class TableView : public platform::UIView,
     }
     void moveRowAtIndexPath(platform::UITableView& /*table*/, platform::NSIndexPath from,
                             platform::NSIndexPath to) override {
-        auto& source = sections.at(static_cast<std::size_t>(from.section));
-        auto& destination = sections.at(static_cast<std::size_t>(to.section));
-        std::string row = source.at(static_cast<std::size_t>(from.row));
-        source.erase(source.begin() + from.row);
-        destination.insert(destination.begin() + to.row, std::move(row));
+        platform::moveRow(sections.at(static_cast<std::size_t>(from.section)), from.row,
+                          sections.at(static_cast<std::size_t>(to.section)), to.row);
     }
     double heightForRowAtIndexPath(platform::UITableView& /*table*/, platform::NSIndexPath /*path*/) override {
         return 40;

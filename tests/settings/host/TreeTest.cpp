@@ -87,8 +87,8 @@ class TreeTest : public testing::Test {
     /// The first section of the list on top.
     std::vector<std::string> enabled() const {
         std::vector<std::string> identifiers;
-        for (const CellSnapshot& cell : top().table->sections.front().cells)
-            identifiers.push_back(cell.identifier);
+        for (const auto& [path, cell] : top().table->cells)
+            if (path.section == 0) identifiers.push_back(cell.identifier);
         return identifiers;
     }
 

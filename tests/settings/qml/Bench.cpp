@@ -1,5 +1,6 @@
 #include "tests/settings/qml/Bench.h"
 
+#include "platform/ui/Move.h"
 #include "settings/paint/FontFaces.h"
 
 #include <QAccessible>
@@ -8,7 +9,6 @@
 #include <QQuickWindow>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -161,28 +161,33 @@ settings::CellSnapshot Bench::toCell(const QVariantMap& map) const {
     return cell;
 }
 
-settings::SectionSnapshot Bench::toSection(const QVariantMap& map) const {
-    settings::SectionSnapshot section;
-    section.header = map["header"].toString().toStdString();
-    section.footer = map["footer"].toString().toStdString();
-    section.headerHeight = 50;
-    section.footerHeight = 24;
-    section.rowHeight = 40;
-    for (const QVariant& row : map["rows"].toList())
-        section.cells.push_back(toCell(row.toMap()));
-    for (int i = 0; i < map["count"].toInt(); ++i) {
-        settings::CellSnapshot cell;
-        cell.title = "Row " + std::to_string(i);
-        cell.identifier = "row." + std::to_string(i);
-        cell.movable = !selectable_;
-        if (map["fonts"].toBool()) {
-            const QString number = QStringLiteral("%1").arg(i, 4, 10, QLatin1Char('0'));
-            cell.title = "Many" + number.toStdString();
-            cell.font = fontIn("many" + number + ".ttf");
-        }
-        section.cells.push_back(std::move(cell));
+settings::CellSnapshot Bench::toCell(int number, bool inItsFont) const {
+    settings::CellSnapshot cell;
+    cell.title = "Row " + std::to_string(number);
+    cell.identifier = "row." + std::to_string(number);
+    cell.movable = !selectable_;
+    if (inItsFont) {
+        const QString digits = QStringLiteral("%1").arg(number, 4, 10, QLatin1Char('0'));
+        cell.title = "Many" + digits.toStdString();
+        cell.font = fontIn("many" + digits + ".ttf");
     }
-    return section;
+    return cell;
+}
+
+void Bench::setSections(const QVariantList& sections) {
+    std::vector<platform::TableSection> all;
+    cells_.clear();
+    for (const QVariant& section : sections) {
+        const QVariantMap map = section.toMap();
+        platform::NSIndexPath path{static_cast<int>(all.size()), 0};
+        for (const QVariant& row : map["rows"].toList())
+            cells_[{path.section, path.row++}] = toCell(row.toMap());
+        for (int i = 0; i < map["count"].toInt(); ++i)
+            cells_[{path.section, path.row++}] = toCell(i, map["fonts"].toBool());
+        all.push_back(
+            {map["header"].toString().toStdString(), map["footer"].toString().toStdString(), 50, 24, 40, path.row});
+    }
+    layout_ = platform::TableLayout(std::move(all));
 }
 
 settings::PageModel* Bench::page(const QVariantList& rows) {
@@ -200,17 +205,13 @@ void Bench::setPage(std::shared_ptr<const settings::PageSnapshot> page) {
 
 settings::PageModel* Bench::tablePage(const QVariantList& sections) {
     viewport_ = {0, kTableHeight, {}};
-    sections_.clear();
-    for (const QVariant& section : sections)
-        sections_.push_back(toSection(section.toMap()));
+    setSections(sections);
     setPage(tableSnapshot());
     return page_;
 }
 
 void Bench::showTable(const QVariantList& sections) {
-    sections_.clear();
-    for (const QVariant& section : sections)
-        sections_.push_back(toSection(section.toMap()));
+    setSections(sections);
     page_->read(tableSnapshot());
 }
 
@@ -221,7 +222,7 @@ void Bench::showOtherTable(const QVariantList& sections) {
 }
 
 void Bench::askToScroll(int row, int position, bool animated) {
-    scroll_ = {scroll_.serial + 1, {0, row}, static_cast<settings::ScrollPosition>(position), animated};
+    scroll_ = {scroll_.serial + 1, {0, row}, static_cast<platform::UITableViewScrollPosition>(position), animated};
 }
 
 int Bench::fontsOpened() {
@@ -325,7 +326,8 @@ QVariant Bench::written(const settings::Event& event) {
 void Bench::take(settings::Event event, std::function<void()> taken) {
     if (const auto* moved = std::get_if<settings::RowMoved>(&event)) {
         taken = [this, moved = *moved, taken = std::move(taken)] {
-            move(moved);
+            layout_ = layout_.moved(moved.from, moved.to);
+            cells_ = platform::moved(std::move(cells_), moved.from, moved.to);
             page_->read(tableSnapshot());
             taken();
         };
@@ -358,14 +360,6 @@ void Bench::compose(const QVariantMap& message) {
     page_->read(std::make_shared<const settings::PageSnapshot>(std::move(page)));
 }
 
-void Bench::move(const settings::RowMoved& move) {
-    auto& source = sections_[std::size_t(move.from.section)].cells;
-    const settings::CellSnapshot cell = source[std::size_t(move.from.row)];
-    source.erase(source.begin() + move.from.row);
-    auto& destination = sections_[std::size_t(move.to.section)].cells;
-    destination.insert(destination.begin() + move.to.row, cell);
-}
-
 /// The cells of those rows alone that are in the viewport.
 std::shared_ptr<const settings::PageSnapshot> Bench::tableSnapshot() const {
     settings::TableSnapshot table;
@@ -376,23 +370,13 @@ std::shared_ptr<const settings::PageSnapshot> Bench::tableSnapshot() const {
     if (selected_ >= 0) table.selected = platform::NSIndexPath{0, selected_};
     table.deselectsAnimated = deselectsAnimated_;
     table.frame = platform::CGRectMake(0, 0, 390, kTableHeight);
-    double y = 0;
-    for (std::size_t i = 0; i < sections_.size(); ++i) {
-        settings::SectionSnapshot section = sections_[i];
-        section.rowCount = int(section.cells.size());
-        if (i < viewport_.sections.size()) {
-            section.headerHeight = viewport_.sections[i].header;
-            section.footerHeight = viewport_.sections[i].footer;
-        }
-        const double rows = y + section.headerHeight;
-        const int first = std::clamp(int(std::floor((viewport_.top - rows) / 40)), 0, section.rowCount);
-        const int end = std::clamp(int(std::ceil((viewport_.bottom - rows) / 40)), first, section.rowCount);
-        section.cells.erase(section.cells.begin() + end, section.cells.end());
-        section.cells.erase(section.cells.begin(), section.cells.begin() + first);
-        section.firstCell = first;
-        y = rows + section.rowCount * 40 + section.footerHeight;
-        table.sections.push_back(std::move(section));
-    }
+    table.layout = layout_;
+    for (int i = 0; i < std::min(layout_.sectionCount(), int(viewport_.sections.size())); ++i)
+        table.layout.setHeights(i, viewport_.sections[std::size_t(i)].header,
+                                viewport_.sections[std::size_t(i)].footer);
+    const auto inView = table.layout.rowsBetween(viewport_.top, viewport_.bottom);
+    for (const auto& [path, cell] : cells_)
+        if (inView[std::size_t(path.section)].contain(path.row)) table.cells.emplace(path, cell);
     auto page = std::make_shared<settings::PageSnapshot>();
     page->id = 1;
     page->title = "Bench";

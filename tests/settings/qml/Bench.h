@@ -8,6 +8,7 @@
 #include <QVariantMap>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -111,14 +112,15 @@ class Bench : public QObject {
     std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;
     static std::shared_ptr<const settings::PageSnapshot> viewSnapshot(const QVariantMap& view);
     [[nodiscard]] settings::CellSnapshot toCell(const QVariantMap& map) const;
-    [[nodiscard]] settings::SectionSnapshot toSection(const QVariantMap& map) const;
+    [[nodiscard]] settings::CellSnapshot toCell(int number, bool inItsFont) const;
+    void setSections(const QVariantList& sections);
     [[nodiscard]] platform::UIFontRef fontIn(const QString& file) const;
     void setPage(std::shared_ptr<const settings::PageSnapshot> page);
-    void move(const settings::RowMoved& move);
 
     settings::PageModel* page_ = nullptr;
-    std::vector<settings::Event> events_;             ///< since the last page was made
-    std::vector<settings::SectionSnapshot> sections_; ///< of the table, every cell in them
+    std::vector<settings::Event> events_; ///< since the last page was made
+    platform::TableLayout layout_;
+    std::map<platform::NSIndexPath, settings::CellSnapshot> cells_; ///< of the table, every one
     settings::TableViewport viewport_;
     QString fonts_;
     bool busy_ = false;
@@ -126,7 +128,7 @@ class Bench : public QObject {
     bool plain_ = false;
     int selected_ = -1;
     bool deselectsAnimated_ = false;
-    settings::ScrollRequest scroll_;
+    platform::TableScrollRequest scroll_;
     std::uint64_t tableId_ = 1;
     platform::UIColorRef ground_;
     std::vector<std::function<void()>> underWay_;
