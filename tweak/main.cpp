@@ -10,6 +10,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -108,7 +110,31 @@ Result<CFMessagePortRef> openPort(const char* message, Answer answer) {
     });
 }
 
-/// Opens both ports and serves them on a thread of their own until a signal comes.
+/// Serves a port on a thread of its own, so that what takes long on one port delays nothing on the other.
+class PortThread {
+  public:
+    explicit PortThread(const CFMessagePortRef& port) {
+        std::promise<CFRunLoopRef> prepared;
+        serving_ = std::async(std::launch::async, [&prepared, port] {
+            platform::CFRunLoopAddSource(platform::CFRunLoopGetCurrent(),
+                                         platform::CFMessagePortCreateRunLoopSource(port));
+            prepared.set_value(platform::CFRunLoopGetCurrent());
+            platform::CFRunLoopRun();
+        });
+        loop_ = prepared.get_future().get();
+    }
+    void stop() const { platform::CFRunLoopStop(loop_); }
+    /// False when a message is stuck.
+    [[nodiscard]] bool ends(std::chrono::seconds atMost) const {
+        return serving_.wait_for(atMost) == std::future_status::ready;
+    }
+
+  private:
+    CFRunLoopRef loop_;
+    std::future<void> serving_;
+};
+
+/// Opens both ports and serves them until a signal comes.
 int serve(Tweak& tweak, const std::filesystem::path& settings) {
     // One after the other: of two tweaks that start at once, the one that gets the first port gets both.
     const auto changes = openPort(kUpdateSettings, [&](const auto& body) { return tweak.updateSettings(body); });
@@ -116,25 +142,18 @@ int serve(Tweak& tweak, const std::filesystem::path& settings) {
     const auto requests = openPort(kRequestTweakSettings, [&](const auto&) { return tweak.requestTweakSettings(); });
     if (!requests) return failed(requests.error());
 
-    std::promise<CFRunLoopRef> prepared;
-    const std::future<void> serving = std::async(std::launch::async, [&] {
-        const CFRunLoopRef loop = platform::CFRunLoopGetCurrent();
-        for (const CFMessagePortRef& port : {changes.value(), requests.value()})
-            platform::CFRunLoopAddSource(loop, platform::CFMessagePortCreateRunLoopSource(port));
-        prepared.set_value(loop);
-        platform::CFRunLoopRun();
-    });
-    const CFRunLoopRef loop = prepared.get_future().get();
-    // A client takes one more; and with none left the loop may lack its own, which is silent.
+    const std::array<PortThread, 2> threads{PortThread(changes.value()), PortThread(requests.value())};
+    const auto stop = [&threads] { std::ranges::for_each(threads, &PortThread::stop); };
+    // A client takes one more; and with none left the loops may lack their own, which is silent.
     if (!platform::FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))) {
-        CFRunLoopStop(loop);
+        stop();
         return failed("cannot serve the ports: not enough descriptors are left");
     }
     std::cout << "lumora-tweak ready, settings at " << settings.string() << std::endl;
     notifyServiceManager();
     waitUntilAskedToLeave();
-    CFRunLoopStop(loop);
-    if (serving.wait_for(std::chrono::seconds(10)) != std::future_status::ready) {
+    stop();
+    if (!std::ranges::all_of(threads, [](const PortThread& thread) { return thread.ends(std::chrono::seconds(10)); })) {
         logLine("a message is stuck: leaving without it");
         std::_Exit(kFailed);
     }
