@@ -99,17 +99,18 @@ class Walk {
 
     /// Nothing while more must come. Fails for bytes that are no answer.
     Result<std::optional<Probed>> takeAnswer(std::size_t index) {
-        const auto scribble = Result<std::optional<Probed>>::failure("it writes into files that are not its own");
+        using Answer = Result<std::optional<Probed>>;
+        const auto scribble = [] { return Answer::failure("it writes into files that are not its own"); };
         const std::size_t end = unread_.find('\n');
-        if (end == std::string::npos && unread_.size() > kLongestLine) return scribble;
+        if (end == std::string::npos && unread_.size() > kLongestLine) return scribble();
         if (end == std::string::npos) return {std::nullopt};
         const std::string line = unread_.substr(0, end + 1);
         const std::size_t last = line.rfind(' ');
         std::size_t length = 0;
-        if (last == std::string::npos || last == 0) return scribble;
+        if (last == std::string::npos || last == 0) return scribble();
         std::from_chars(line.data() + last + 1, line.data() + end, length);
         const char answer = line[last - 1];
-        if (length > kMostTold || line != probeAnswerLine(token_, index, answer, length)) return scribble;
+        if (length > kMostTold || line != probeAnswerLine(token_, index, answer, length)) return scribble();
         if (unread_.size() < line.size() + length) return {std::nullopt};
         const std::string text = unread_.substr(line.size(), length);
         unread_.erase(0, line.size() + length);
@@ -118,7 +119,7 @@ class Walk {
         if (answer != kSafeAnswer || text.empty()) return {probed};
         const Result<Value> told = readPropertyList(Data(text.begin(), text.end()));
         if (told && told.value().dictionary()) probed.told = *told.value().dictionary();
-        if (probed.told.empty()) return scribble;
+        if (probed.told.empty()) return scribble();
         return {probed};
     }
 

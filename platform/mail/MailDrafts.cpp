@@ -77,7 +77,7 @@ Kept keepDraft(const MailMessage& message) {
     if (!file) return failed("make a file in", folder, std::strerror(errno));
     Result<void> written = write(message, file.number());
     if (!file.close() && written) written = Result<void>::failure(std::strerror(errno));
-    const Kept draft = written ? published(hidden, folder) : Kept::failure(written.error());
+    Kept draft = written ? published(hidden, folder) : Kept::failure(written.error());
     if (draft) return draft;
     ::unlink(hidden.c_str());
     return failed("write a draft in", folder, draft.error());
