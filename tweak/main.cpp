@@ -24,6 +24,7 @@
 #include <iostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <pthread.h>
 #include <sys/socket.h>
@@ -110,6 +111,17 @@ Result<CFMessagePortRef> openPort(const char* message, Answer answer) {
     });
 }
 
+/// What a run loop that serves one port opens for itself. One that lacks any is silent.
+constexpr std::size_t kDescriptorsOfALoop = 3;
+
+bool hasDescriptorsLeft(std::size_t count) {
+    std::vector<platform::FileDescriptor> spare(count);
+    return std::ranges::all_of(spare, [](auto& one) {
+        one = platform::FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        return bool(one);
+    });
+}
+
 /// Serves a port on a thread of its own, so that what takes long on one port delays nothing on the other.
 class PortThread {
   public:
@@ -142,17 +154,14 @@ int serve(Tweak& tweak, const std::filesystem::path& settings) {
     const auto requests = openPort(kRequestTweakSettings, [&](const auto&) { return tweak.requestTweakSettings(); });
     if (!requests) return failed(requests.error());
 
-    const std::array<PortThread, 2> threads{PortThread(changes.value()), PortThread(requests.value())};
-    const auto stop = [&threads] { std::ranges::for_each(threads, &PortThread::stop); };
-    // A client takes one more; and with none left the loops may lack their own, which is silent.
-    if (!platform::FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))) {
-        stop();
+    if (!hasDescriptorsLeft(2 * kDescriptorsOfALoop + 1)) // one for a client
         return failed("cannot serve the ports: not enough descriptors are left");
-    }
+
+    const std::array<PortThread, 2> threads{PortThread(changes.value()), PortThread(requests.value())};
     std::cout << "lumora-tweak ready, settings at " << settings.string() << std::endl;
     notifyServiceManager();
     waitUntilAskedToLeave();
-    stop();
+    std::ranges::for_each(threads, &PortThread::stop);
     if (!std::ranges::all_of(threads, [](const PortThread& thread) { return thread.ends(std::chrono::seconds(10)); })) {
         logLine("a message is stuck: leaving without it");
         std::_Exit(kFailed);
