@@ -5,7 +5,7 @@
 namespace platform {
 
 MessageForm* messageForm() {
-    static MessageForm* const form = desktopServices<MessageForm>("lumora_message_form");
+    static auto* const form = desktopServices<MessageForm>("lumora_message_form");
     return form;
 }
 

@@ -5,7 +5,7 @@
 namespace platform {
 
 AddressHandlers* addressHandlers() {
-    static AddressHandlers* const handlers = desktopServices<AddressHandlers>("lumora_address_handlers");
+    static auto* const handlers = desktopServices<AddressHandlers>("lumora_address_handlers");
     return handlers;
 }
 
