@@ -62,7 +62,7 @@ TEST_F(MailTest, IsWrittenWithoutHoldingWhatIsAttachedInMemory) {
     constexpr std::size_t kSize = 100'000'000;
     onMain([this] {
         const std::filesystem::path file = home.path() / "large";
-        std::ofstream{file};
+        std::ofstream(file) << "x";
         std::filesystem::resize_file(file, kSize);
         composer->addAttachmentData(RegularFile::copyOf(file), "text/plain", "log");
     });
