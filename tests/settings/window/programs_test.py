@@ -54,7 +54,7 @@ class ProgramsTest(Windows):
 
     def test_says_that_the_tweak_did_not_answer_in_time(self):
         for options in (["--rows", "LumoraPreferences"], ["--grab", self.folder + "/a.png"], ["--tour", self.folder]):
-            failed = self.settings("--timeout", "5", *options)  # long enough to have asked it
+            failed = self.settings("--timeout", "10", *options)  # long enough to have asked it
             self.assertEqual(failed.returncode, 1, options)
             self.assertIn("timed out waiting for the tweak", failed.stderr)
             self.assertEqual(failed.stdout, "")
