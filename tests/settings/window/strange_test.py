@@ -138,7 +138,7 @@ class Strange(unittest.TestCase):
                             "QSG_RENDER_LOOP": "basic", "QT_SCALE_FACTOR": "1"}
             with Tweak(home, answered) as tweak:
                 tour = subprocess.run([program("layout_tour"), root, pictures, str(size)], env=environment,
-                                      capture_output=True, timeout=5 * LONG_ENOUGH, check=False)
+                                      capture_output=True, timeout=30 * LONG_ENOUGH, check=False)
                 self.assertEqual(tweak.changes, [], "looking changes nothing")
             said = tour.stdout.decode(errors="replace")
             self.assertEqual(said, "", f"see the pictures in {pictures}")
