@@ -90,65 +90,50 @@ std::shared_ptr<const std::string_view> shared(std::string characters) {
     return {std::move(held), inside};
 }
 
-/// Compares two values of any depth with a list of pairs still to be compared in place of recursion.
+/// Compares two values of any depth: containers wait in a list until their turn comes, in place of recursion.
 class Comparison {
   public:
-    bool enqueue(const Value& a, const Value& b) {
+    bool equal(const Value& a, const Value& b) {
         if (a.kind() != b.kind()) return false;
         switch (a.kind()) {
-        case Value::Kind::nil:
-            return true;
-        case Value::Kind::boolean:
-            return a.boolean() == b.boolean();
-        case Value::Kind::integer:
-            return a.integer() == b.integer();
-        case Value::Kind::real:
-            return a.real() == b.real();
-        case Value::Kind::date:
-            return a.date() == b.date();
         case Value::Kind::text:
             return *a.text() == *b.text();
         case Value::Kind::data:
             return *a.data() == *b.data();
         case Value::Kind::list:
-            if (a.list()->size() != b.list()->size()) return false;
-            lists_.emplace_back(a.list(), b.list());
-            return true;
         case Value::Kind::dictionary:
-            return enqueue(*a.dictionary(), *b.dictionary());
+            waiting_.emplace_back(&a, &b);
+            return true;
+        default:
+            return a.boolean() == b.boolean() && a.integer() == b.integer() && a.real() == b.real() &&
+                   a.date() == b.date();
         }
-        return false;
     }
 
-    bool enqueue(const Dictionary& a, const Dictionary& b) {
+    bool equal(const Dictionary& a, const Dictionary& b) {
         if (a.size() != b.size()) return false;
-        dictionaries_.emplace_back(&a, &b);
+        for (std::size_t i = 0; i < a.size(); ++i) {
+            const auto& [key, value] = a.inKeyOrder(i);
+            const auto& [otherKey, otherValue] = b.inKeyOrder(i);
+            if (key != otherKey || !equal(value, otherValue)) return false;
+        }
         return true;
     }
 
-    bool run() {
-        while (!lists_.empty() || !dictionaries_.empty()) {
-            if (!lists_.empty()) {
-                const auto [a, b] = lists_.back();
-                lists_.pop_back();
-                for (std::size_t i = 0; i < a->size(); ++i)
-                    if (!enqueue((*a)[i], (*b)[i])) return false;
-            } else {
-                const auto [a, b] = dictionaries_.back();
-                dictionaries_.pop_back();
-                for (std::size_t i = 0; i < a->size(); ++i) {
-                    const Dictionary::Entry& entry = a->inKeyOrder(i);
-                    const Dictionary::Entry& other = b->inKeyOrder(i);
-                    if (entry.first != other.first || !enqueue(entry.second, other.second)) return false;
-                }
-            }
+    bool finish() {
+        const auto equals = [this](const Value& a, const Value& b) { return equal(a, b); };
+        while (!waiting_.empty()) {
+            const auto [a, b] = waiting_.back();
+            waiting_.pop_back();
+            if (!(a->list() ? std::ranges::equal(*a->list(), *b->list(), equals)
+                            : equal(*a->dictionary(), *b->dictionary())))
+                return false;
         }
         return true;
     }
 
   private:
-    std::vector<std::pair<const List*, const List*>> lists_;
-    std::vector<std::pair<const Dictionary*, const Dictionary*>> dictionaries_;
+    std::vector<std::pair<const Value*, const Value*>> waiting_;
 };
 
 } // namespace
@@ -166,46 +151,6 @@ Value::Value(List list) : contents_(shared(std::move(list))) {
 Value::Value(Dictionary dictionary) : contents_(shared(std::move(dictionary))) {
 }
 
-std::optional<bool> Value::boolean() const {
-    const auto* boolean = std::get_if<bool>(&contents_);
-    return boolean != nullptr ? std::optional(*boolean) : std::nullopt;
-}
-
-std::optional<std::int64_t> Value::integer() const {
-    const auto* integer = std::get_if<std::int64_t>(&contents_);
-    return integer != nullptr ? std::optional(*integer) : std::nullopt;
-}
-
-std::optional<double> Value::real() const {
-    const auto* real = std::get_if<double>(&contents_);
-    return real != nullptr ? std::optional(*real) : std::nullopt;
-}
-
-std::optional<Date> Value::date() const {
-    const auto* date = std::get_if<Date>(&contents_);
-    return date != nullptr ? std::optional(*date) : std::nullopt;
-}
-
-const std::string_view* Value::text() const {
-    const auto* text = std::get_if<Shared<std::string_view>>(&contents_);
-    return text != nullptr ? text->get() : nullptr;
-}
-
-const Data* Value::data() const {
-    const auto* data = std::get_if<Shared<Data>>(&contents_);
-    return data != nullptr ? data->get() : nullptr;
-}
-
-const List* Value::list() const {
-    const auto* list = std::get_if<Shared<List>>(&contents_);
-    return list != nullptr ? list->get() : nullptr;
-}
-
-const Dictionary* Value::dictionary() const {
-    const auto* dictionary = std::get_if<Shared<Dictionary>>(&contents_);
-    return dictionary != nullptr ? dictionary->get() : nullptr;
-}
-
 double Value::doubleValue() const {
     switch (kind()) {
     case Kind::boolean:
@@ -219,10 +164,6 @@ double Value::doubleValue() const {
     }
 }
 
-bool Value::boolValue() const {
-    return doubleValue() != 0;
-}
-
 Value Value::operator[](std::string_view key) const {
     const Dictionary* entries = dictionary();
     return entries != nullptr ? (*entries)[key] : Value();
@@ -230,12 +171,7 @@ Value Value::operator[](std::string_view key) const {
 
 bool operator==(const Value& a, const Value& b) {
     Comparison comparison;
-    return comparison.enqueue(a, b) && comparison.run();
-}
-
-Dictionary::Dictionary() = default;
-
-Dictionary::Dictionary(std::initializer_list<Entry> entries) : Dictionary(std::vector<Entry>(entries)) {
+    return comparison.equal(a, b) && comparison.finish();
 }
 
 Dictionary::Dictionary(std::vector<Entry> entries) : entries_(std::move(entries)), byKey_(entries_.size()) {
@@ -261,18 +197,6 @@ Dictionary::Dictionary(std::vector<Entry> entries) : entries_(std::move(entries)
     for (std::size_t i = 0; i < entries_.size(); ++i)
         if (!dropped[i]) kept.push_back(std::move(entries_[i]));
     *this = Dictionary(std::move(kept));
-}
-
-std::size_t Dictionary::size() const {
-    return entries_.size();
-}
-
-bool Dictionary::empty() const {
-    return entries_.empty();
-}
-
-bool Dictionary::contains(std::string_view key) const {
-    return find(key) != nullptr;
 }
 
 std::size_t Dictionary::placeOf(std::string_view key) const {
@@ -313,17 +237,9 @@ bool Dictionary::remove(std::string_view key) {
     return true;
 }
 
-std::vector<Dictionary::Entry>::const_iterator Dictionary::begin() const {
-    return entries_.begin();
-}
-
-std::vector<Dictionary::Entry>::const_iterator Dictionary::end() const {
-    return entries_.end();
-}
-
 bool operator==(const Dictionary& a, const Dictionary& b) {
     Comparison comparison;
-    return comparison.enqueue(a, b) && comparison.run();
+    return comparison.equal(a, b) && comparison.finish();
 }
 
 } // namespace platform

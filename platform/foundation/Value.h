@@ -65,21 +65,21 @@ class PLATFORM_EXPORT Value {
     [[nodiscard]] bool isNumber() const { return kind() == Kind::integer || kind() == Kind::real; }
 
     /// What the value holds when it is of that kind, else nothing. No kind is converted into another.
-    [[nodiscard]] std::optional<bool> boolean() const;
-    [[nodiscard]] std::optional<std::int64_t> integer() const;
-    [[nodiscard]] std::optional<double> real() const;
-    [[nodiscard]] std::optional<Date> date() const;
+    [[nodiscard]] std::optional<bool> boolean() const { return copy<bool>(); }
+    [[nodiscard]] std::optional<std::int64_t> integer() const { return copy<std::int64_t>(); }
+    [[nodiscard]] std::optional<double> real() const { return copy<double>(); }
+    [[nodiscard]] std::optional<Date> date() const { return copy<Date>(); }
     /// Null when the value is of another kind. What it points to, and a text's characters, live as long as any copy of
     /// this value.
-    [[nodiscard]] const std::string_view* text() const;
-    [[nodiscard]] const Data* data() const;
-    [[nodiscard]] const List* list() const;
-    [[nodiscard]] const Dictionary* dictionary() const;
+    [[nodiscard]] const std::string_view* text() const { return pointer<std::string_view>(); }
+    [[nodiscard]] const Data* data() const { return pointer<Data>(); }
+    [[nodiscard]] const List* list() const { return pointer<List>(); }
+    [[nodiscard]] const Dictionary* dictionary() const { return pointer<Dictionary>(); }
 
     /// The platform's lenient readings: a number or boolean as a number, 0 for everything else.
     [[nodiscard]] double doubleValue() const;
     /// True for `true` and for any number but zero.
-    [[nodiscard]] bool boolValue() const;
+    [[nodiscard]] bool boolValue() const { return doubleValue() != 0; }
 
     /// The entry of a dictionary; nil when this is no dictionary or has no such key.
     [[nodiscard]] Value operator[](std::string_view key) const;
@@ -90,6 +90,17 @@ class PLATFORM_EXPORT Value {
   private:
     template<class T>
     using Shared = std::shared_ptr<const T>;
+    template<class T>
+    std::optional<T> copy() const {
+        const T* found = std::get_if<T>(&contents_);
+        return found ? std::optional<T>(*found) : std::nullopt;
+    }
+    template<class T>
+    const T* pointer() const {
+        const auto* found = std::get_if<Shared<T>>(&contents_);
+        return found ? found->get() : nullptr;
+    }
+
     std::variant<std::monostate, bool, std::int64_t, double, Shared<std::string_view>, Shared<Data>, Date, Shared<List>,
                  Shared<Dictionary>>
         contents_;
@@ -103,14 +114,14 @@ class PLATFORM_EXPORT Dictionary {
   public:
     using Entry = std::pair<std::string, Value>;
 
-    Dictionary();
-    Dictionary(std::initializer_list<Entry> entries);
+    Dictionary() = default;
+    Dictionary(std::initializer_list<Entry> entries) : Dictionary(std::vector<Entry>(entries)) {}
     /// Takes all entries at once, in O(n log n); of entries with equal keys the last value wins, in the first's place.
     explicit Dictionary(std::vector<Entry> entries);
 
-    [[nodiscard]] std::size_t size() const;
-    [[nodiscard]] bool empty() const;
-    [[nodiscard]] bool contains(std::string_view key) const;
+    [[nodiscard]] std::size_t size() const { return entries_.size(); }
+    [[nodiscard]] bool empty() const { return entries_.empty(); }
+    [[nodiscard]] bool contains(std::string_view key) const { return find(key) != nullptr; }
     /// Null when the key is absent. Valid until the dictionary is changed.
     [[nodiscard]] const Value* find(std::string_view key) const;
     /// nil when the key is absent.
@@ -121,8 +132,8 @@ class PLATFORM_EXPORT Dictionary {
     bool remove(std::string_view key);
 
     /// In insertion order.
-    [[nodiscard]] std::vector<Entry>::const_iterator begin() const;
-    [[nodiscard]] std::vector<Entry>::const_iterator end() const;
+    [[nodiscard]] std::vector<Entry>::const_iterator begin() const { return entries_.begin(); }
+    [[nodiscard]] std::vector<Entry>::const_iterator end() const { return entries_.end(); }
     /// The entry at a place in the order of the keys' bytes; place < size().
     [[nodiscard]] const Entry& inKeyOrder(std::size_t place) const { return entries_[byKey_[place]]; }
 
