@@ -63,8 +63,4 @@ const Collation& Collation::ofUser() {
     return users;
 }
 
-int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) {
-    return Collation::ofUser().compare(a, b);
-}
-
 } // namespace platform
