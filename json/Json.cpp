@@ -1,9 +1,8 @@
 #include "json/Json.h"
 
-#include "json/Base64.h"
-#include "json/Timestamp.h"
-
+#include "platform/foundation/Base64.h"
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/Timestamp.h"
 #include "platform/foundation/Unicode.h"
 
 #include <nlohmann/json.hpp>
@@ -45,6 +44,17 @@ ordered_json single(const char* key, ordered_json value) {
     return object;
 }
 
+/// What a text stands for, if it is the very text that is written for that; a year has four digits and is not 0000.
+std::optional<Date> momentOf(std::string_view text) {
+    const auto date = platform::dateFromTimestamp(text);
+    return date && platform::timestamp(*date) == text && !text.starts_with("0000") ? date : std::nullopt;
+}
+
+std::optional<Data> dataOf(std::string_view text) {
+    auto data = platform::dataFromBase64(text);
+    return data && platform::base64(*data) == text ? std::move(data) : std::nullopt;
+}
+
 /// Turns a value into the JSON library's own tree.
 class Writer {
   public:
@@ -61,7 +71,7 @@ class Writer {
         case Value::Kind::text:
             return *value.text();
         case Value::Kind::data:
-            return single(kData, encodeBase64(*value.data()));
+            return single(kData, platform::base64(*value.data()));
         case Value::Kind::date:
             return date(*value.date());
         case Value::Kind::list:
@@ -81,7 +91,9 @@ class Writer {
     }
 
     static ordered_json date(Date date) {
-        if (auto text = formatTimestamp(date)) return single(kDate, std::move(*text));
+        const bool negativeZero = date.seconds == 0 && std::signbit(date.seconds); // would come back as plain zero
+        if (const auto text = platform::timestamp(date); text && momentOf(*text) == date && !negativeZero)
+            return single(kDate, *text);
         return single(kDate, real(date.seconds));
     }
 
@@ -210,9 +222,9 @@ class Reader {
     static std::optional<Value> specialValue(std::string_view key, const Value& value) {
         const std::string_view* text = value.text();
         if (key == kData && text) {
-            if (auto data = decodeBase64(*text)) return Value(std::move(*data));
+            if (auto data = dataOf(*text)) return Value(std::move(*data));
         } else if (key == kDate && text) {
-            if (auto date = parseTimestamp(*text)) return Value(*date);
+            if (auto date = momentOf(*text)) return Value(*date);
         } else if (key == kDate && value.isNumber()) {
             return Value(Date{value.doubleValue()});
         } else if (key == kReal && text) {

@@ -1,11 +1,10 @@
 #include "platform/foundation/PropertyList.h"
-
-#include "Unicode.h"
+#include "platform/foundation/Timestamp.h"
+#include "platform/foundation/Unicode.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 
@@ -20,21 +19,12 @@ std::string shortest(Number number) {
     return {digits.data(), end.ptr};
 }
 
+/// "2001-01-01 00:00:00 +0000"; in the far past and future the bare number is all there is to say.
 std::string dateText(Date date) {
-    using namespace std::chrono;
-    // Beyond the years that the calendar knows, the bare number is all there is to say.
     constexpr double farthest = 1e11;
-    if (!(std::abs(date.seconds) < farthest)) return shortest(date.seconds);
-    const auto point = sys_days(2001y / January / 1) + seconds(static_cast<std::int64_t>(std::floor(date.seconds)));
-    const auto midnight = floor<days>(point);
-    const year_month_day day(midnight);
-    const hh_mm_ss time(point - midnight);
-    std::array<char, 64> text{};
-    const int length = std::snprintf(
-        text.data(), text.size(), "%04d-%02u-%02u %02d:%02d:%02d +0000", static_cast<int>(day.year()),
-        static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()), static_cast<int>(time.hours().count()),
-        static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()));
-    return {text.data(), static_cast<std::size_t>(length)};
+    std::string text = timestamp(date).value_or("");
+    if (text.empty() || std::abs(date.seconds) >= farthest) return shortest(date.seconds);
+    return text.replace(text.find('T'), 1, " ").replace(text.size() - 1, 1, " +0000");
 }
 
 /// Old-style property-list text. Recursion ends at the depth that readers accept too, and a text that grows beyond all
@@ -47,8 +37,8 @@ class Describer {
   private:
     static constexpr std::size_t longestText = 16U << 20U;
 
-    void describeList(const List& list, unsigned level);
-    void describeDictionary(const Dictionary& dictionary, unsigned level);
+    template<class DescribeEntry>
+    void describeEntries(char opening, char closing, std::size_t count, unsigned level, DescribeEntry describeEntry);
     void describeData(const Data& data);
     void quote(std::string_view contents);
     void escape(char32_t character);
@@ -58,69 +48,56 @@ class Describer {
 void Describer::describe(const Value& value, unsigned level) {
     switch (value.kind()) {
     case Value::Kind::nil:
-        quote("<null>");
-        break;
+        return quote("<null>");
     case Value::Kind::boolean:
         text += *value.boolean() ? '1' : '0';
-        break;
+        return;
     case Value::Kind::integer:
-        quote(shortest(*value.integer()));
-        break;
+        return quote(shortest(*value.integer()));
     case Value::Kind::real:
-        quote(shortest(*value.real()));
-        break;
+        return quote(shortest(*value.real()));
     case Value::Kind::text:
-        quote(*value.text());
-        break;
+        return quote(*value.text());
     case Value::Kind::data:
-        describeData(*value.data());
-        break;
+        return describeData(*value.data());
     case Value::Kind::date:
-        quote(dateText(*value.date()));
-        break;
-    case Value::Kind::list:
-        describeList(*value.list(), level);
-        break;
+        return quote(dateText(*value.date()));
+    case Value::Kind::list: {
+        const List& list = *value.list();
+        return describeEntries('(', ')', list.size(), level, [&](std::size_t i) {
+            describe(list[i], level + 1);
+            if (i + 1 < list.size()) text += ',';
+        });
+    }
     case Value::Kind::dictionary:
-        describeDictionary(*value.dictionary(), level);
-        break;
+        return describeEntries('{', '}', value.dictionary()->size(), level, [&](std::size_t i) {
+            const auto& [key, entry] = value.dictionary()->inKeyOrder(i);
+            quote(key);
+            text += " = ";
+            describe(entry, level + 1);
+            text += ';';
+        });
     }
 }
 
-void Describer::describeList(const List& list, unsigned level) {
+template<class DescribeEntry>
+void Describer::describeEntries(char opening, char closing, std::size_t count, unsigned level,
+                                DescribeEntry describeEntry) {
     // A container begins with an indentation of its own, also behind "key = ": so the platform writes it.
     indent(level);
-    text += "(\n";
-    for (std::size_t i = 0; i < list.size(); ++i) {
+    text += opening;
+    text += '\n';
+    for (std::size_t i = 0; i < count; ++i) {
         indent(level + 1);
         if (level == PropertyListLimits::depth || text.size() > longestText) {
             text += "...\n";
             break;
         }
-        describe(list[i], level + 1);
-        text += i + 1 < list.size() ? ",\n" : "\n";
+        describeEntry(i);
+        text += '\n';
     }
     indent(level);
-    text += ')';
-}
-
-void Describer::describeDictionary(const Dictionary& dictionary, unsigned level) {
-    indent(level);
-    text += "{\n";
-    for (std::size_t i = 0; i < dictionary.size(); ++i) {
-        indent(level + 1);
-        if (level == PropertyListLimits::depth || text.size() > longestText) {
-            text += "...\n";
-            break;
-        }
-        const auto& [key, value] = dictionary.inKeyOrder(i);
-        quote(key);
-        text += " = ";
-        describe(value, level + 1);
-        text += ";\n";
-    }
-    indent(level);
-    text += '}';
+    text += closing;
 }
 
 void Describer::describeData(const Data& data) {
@@ -149,24 +126,11 @@ void Describer::quote(std::string_view contents) {
 }
 
 void Describer::escape(char32_t character) {
-    switch (character) {
-    case '"':
-        text += "\\\"";
+    constexpr std::u32string_view special = U"\"\\\n\r\t";
+    if (const std::size_t known = special.find(character); known != std::u32string_view::npos) {
+        text += '\\';
+        text += "\"\\nrt"[known];
         return;
-    case '\\':
-        text += "\\\\";
-        return;
-    case '\n':
-        text += "\\n";
-        return;
-    case '\r':
-        text += "\\r";
-        return;
-    case '\t':
-        text += "\\t";
-        return;
-    default:
-        break;
     }
     if (character >= ' ' && character < 0x7F) {
         text += static_cast<char>(character);

@@ -1,13 +1,13 @@
 #include "XmlPropertyList.h"
 
+#include "platform/foundation/Base64.h"
 #include "platform/foundation/PropertyList.h"
+#include "platform/foundation/Timestamp.h"
 
 #include <glib.h>
 
 #include <array>
 #include <charconv>
-#include <chrono>
-#include <cstdio>
 
 namespace platform {
 
@@ -51,50 +51,6 @@ std::optional<Value> integerFrom(std::string_view text) {
     if (hexadecimal && text.find_first_of("+-") == std::string_view::npos)
         return numberFrom<std::int64_t>(text.substr(2), 16);
     return numberFrom<std::int64_t>(text);
-}
-
-/// Of the form 2001-01-01T00:00:00Z.
-std::optional<Value> dateFrom(std::string_view text) {
-    constexpr std::string_view form = "0000-00-00T00:00:00Z";
-    if (text.size() != form.size()) return std::nullopt;
-    std::array<unsigned, 6> fields{};
-    std::size_t field = 0;
-    for (std::size_t i = 0; i < form.size(); ++i) {
-        const bool digit = form[i] == '0';
-        if (digit ? text[i] < '0' || text[i] > '9' : text[i] != form[i]) return std::nullopt;
-        if (digit) fields[field] = fields[field] * 10 + static_cast<unsigned>(text[i] - '0');
-        if (!digit) ++field;
-    }
-    using namespace std::chrono;
-    const year_month_day day{year(static_cast<int>(fields[0])), month(fields[1]), std::chrono::day(fields[2])};
-    if (!day.ok() || fields[3] > 23 || fields[4] > 59 || fields[5] > 60) return std::nullopt;
-    const seconds sinceEpoch =
-        sys_days(day) - sys_days(2001y / January / 1) + hours(fields[3]) + minutes(fields[4]) + seconds(fields[5]);
-    return Value(Date{static_cast<double>(sinceEpoch.count())});
-}
-
-std::optional<Value> dataFrom(std::string_view text) {
-    Data data;
-    unsigned bits = 0;
-    std::uint32_t pending = 0;
-    bool ended = false;
-    for (const char character : text) {
-        constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-        const std::size_t digit = alphabet.find(character);
-        if (character == '=') {
-            ended = true;
-        } else if (digit != std::string_view::npos && !ended) {
-            pending = (pending << 6) | static_cast<std::uint32_t>(digit);
-            bits += 6;
-            if (bits >= 8) {
-                bits -= 8;
-                data.push_back(static_cast<std::uint8_t>(pending >> bits));
-            }
-        } else if (!trimmed(std::string_view(&character, 1)).empty()) {
-            return std::nullopt;
-        }
-    }
-    return Value(std::move(data));
 }
 
 Result<void> refuse(const char* why) {
@@ -195,9 +151,9 @@ std::optional<Value> Builder::valueOf(Open& element) {
     case Element::false_:
         return Value(false);
     case Element::date:
-        return dateFrom(trimmed(element.characters));
+        return dateFromTimestamp(trimmed(element.characters));
     case Element::data:
-        return dataFrom(element.characters);
+        return dataFromBase64(element.characters);
     case Element::plist:
     case Element::key:
         break;
