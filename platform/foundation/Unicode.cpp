@@ -1,7 +1,11 @@
 #include "Unicode.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <unicode/uchar.h>
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
 
 namespace platform {
 
@@ -25,34 +29,18 @@ bool isAscii(const void* bytes, std::size_t size) {
     return ((seen | eightAt(size - sizeof seen)) & upperBits) == 0;
 }
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion" // in ICU's macro
 char32_t takeCharacter(std::string_view& text) {
-    const auto byte = [&text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char lead = byte(0);
-    std::size_t length = 1;
-    char32_t character = lead;
-    char32_t smallest = 0;
-    if (lead >= 0xF0 && lead <= 0xF4) {
-        length = 4, character = lead & 0x07U, smallest = 0x10000;
-    } else if (lead >= 0xE0 && lead < 0xF0) {
-        length = 3, character = lead & 0x0FU, smallest = 0x800;
-    } else if (lead >= 0xC2 && lead < 0xE0) {
-        length = 2, character = lead & 0x1FU, smallest = 0x80;
-    } else if (lead >= 0x80) {
-        character = replacementCharacter;
-    }
-    bool wellFormed = length <= text.size();
-    for (std::size_t i = 1; wellFormed && i < length; ++i) {
-        wellFormed = (byte(i) & 0xC0U) == 0x80;
-        character = (character << 6) | (byte(i) & 0x3FU);
-    }
-    const bool surrogate = character >= 0xD800 && character < 0xE000;
-    if (!wellFormed || character < smallest || character > 0x10FFFF || surrogate) {
-        text.remove_prefix(1);
-        return replacementCharacter;
-    }
-    text.remove_prefix(length);
-    return character;
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    const auto length = static_cast<std::int32_t>(std::min<std::size_t>(text.size(), U8_MAX_LENGTH));
+    std::int32_t taken = 0;
+    UChar32 character = 0;
+    U8_NEXT(bytes, taken, length, character);
+    text.remove_prefix(character < 0 ? 1 : static_cast<std::size_t>(taken));
+    return character < 0 ? replacementCharacter : static_cast<char32_t>(character);
 }
+#pragma GCC diagnostic pop
 
 bool isUtf8(std::string_view text) {
     if (isAscii(text.data(), text.size())) return true; // as most texts are
@@ -88,22 +76,10 @@ std::string printable(std::string_view text) {
 }
 
 void appendCharacter(std::string& text, char32_t character) {
-    const auto append = [&text](char32_t byte) { text.push_back(static_cast<char>(byte)); };
-    if (character < 0x80) {
-        append(character);
-    } else if (character < 0x800) {
-        append(0xC0 | (character >> 6));
-        append(0x80 | (character & 0x3F));
-    } else if (character < 0x10000) {
-        append(0xE0 | (character >> 12));
-        append(0x80 | ((character >> 6) & 0x3F));
-        append(0x80 | (character & 0x3F));
-    } else {
-        append(0xF0 | (character >> 18));
-        append(0x80 | ((character >> 12) & 0x3F));
-        append(0x80 | ((character >> 6) & 0x3F));
-        append(0x80 | (character & 0x3F));
-    }
+    std::array<std::uint8_t, U8_MAX_LENGTH> bytes{};
+    std::size_t length = 0;
+    U8_APPEND_UNSAFE(bytes, length, character);
+    text.append(bytes.data(), bytes.data() + length);
 }
 
 std::string textFromUtf16(const std::uint8_t* units, std::size_t count) {
@@ -112,13 +88,12 @@ std::string textFromUtf16(const std::uint8_t* units, std::size_t count) {
     text.reserve(2 * count);
     for (std::size_t i = 0; i < count; ++i) {
         const char32_t first = unit(i);
-        const bool leads = first >= 0xD800 && first < 0xDC00;
-        const char32_t second = leads && i + 1 < count ? unit(i + 1) : 0;
-        if (second >= 0xDC00 && second < 0xE000) {
+        const char32_t second = U16_IS_LEAD(first) && i + 1 < count ? unit(i + 1) : 0;
+        if (U16_IS_TRAIL(second)) {
             appendCharacter(text, 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00));
             ++i;
         } else {
-            appendCharacter(text, first >= 0xD800 && first < 0xE000 ? replacementCharacter : first);
+            appendCharacter(text, U16_IS_SURROGATE(first) ? replacementCharacter : first);
         }
     }
     return text;
