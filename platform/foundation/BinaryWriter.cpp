@@ -71,25 +71,18 @@ void BinaryWriter::header(unsigned type, std::size_t count) {
 }
 
 void BinaryWriter::scalar(std::size_t number, const Value& value) {
-    switch (value.kind()) {
-    case Value::Kind::boolean:
-        return boolean(number, *value.boolean());
-    case Value::Kind::integer:
-        return integer(number, *value.integer());
-    case Value::Kind::real:
-        return real(number, *value.real());
-    case Value::Kind::date:
-        return date(number, *value.date());
-    case Value::Kind::data:
-        return data(number, *value.data());
-    default:
-        return; // the others are no scalars
-    }
-}
-
-void BinaryWriter::boolean(std::size_t number, bool boolean) {
+    if (const auto wholeNumber = value.integer()) return integer(number, *wholeNumber);
+    if (const auto realNumber = value.real()) return real(number, *realNumber);
     begin(number);
-    append(boolean ? 0x09 : 0x08, 1);
+    if (const Data* data = value.data()) {
+        header(0x4, data->size());
+        std::ranges::copy(*data, grow(data->size()));
+    } else if (const auto date = value.date()) {
+        append(0x33, 1);
+        append(std::bit_cast<std::uint64_t>(date->seconds), 8);
+    } else {
+        append(value.boolValue() ? 0x09 : 0x08, 1);
+    }
 }
 
 void BinaryWriter::integer(std::size_t number, std::int64_t integer) {
@@ -104,18 +97,6 @@ void BinaryWriter::real(std::size_t number, double real) {
     begin(number);
     append(0x23, 1);
     append(std::bit_cast<std::uint64_t>(real), 8);
-}
-
-void BinaryWriter::date(std::size_t number, Date date) {
-    begin(number);
-    append(0x33, 1);
-    append(std::bit_cast<std::uint64_t>(date.seconds), 8);
-}
-
-void BinaryWriter::data(std::size_t number, const Data& data) {
-    begin(number);
-    header(0x4, data.size());
-    std::ranges::copy(data, grow(data.size()));
 }
 
 void BinaryWriter::text(std::size_t number, std::string_view text) {

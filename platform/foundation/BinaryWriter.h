@@ -25,7 +25,6 @@ class BinaryWriter {
     void scalar(std::size_t number, const Value& value);
     void integer(std::size_t number, std::int64_t integer);
     void real(std::size_t number, double real);
-    void data(std::size_t number, const Data& data);
     /// ASCII if every character is, else UTF-16; bytes that are no UTF-8 become the replacement character.
     void text(std::size_t number, std::string_view text);
     void uid(std::size_t number, std::size_t uid);
@@ -40,8 +39,6 @@ class BinaryWriter {
 
   private:
     void begin(std::size_t number);
-    void boolean(std::size_t number, bool boolean);
-    void date(std::size_t number, Date date);
     [[nodiscard]] std::uint8_t* grow(std::size_t size);
     void append(std::uint64_t number, std::size_t size);
     void header(unsigned type, std::size_t count);

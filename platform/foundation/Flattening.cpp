@@ -31,9 +31,8 @@ Flattening::Number Flattening::add(const Value& value, unsigned depth) {
     case Value::Kind::text:
         return addText(&value, *value.text());
     case Value::Kind::list:
-        return addList(value, depth);
     case Value::Kind::dictionary:
-        return addDictionary(value, depth);
+        return addContainer(value, depth);
     case Value::Kind::data:
         contentsSize_ += value.data()->size();
         [[fallthrough]];
@@ -42,46 +41,35 @@ Flattening::Number Flattening::add(const Value& value, unsigned depth) {
     }
 }
 
-Flattening::Number Flattening::addList(const Value& value, unsigned depth) {
-    const List& list = *value.list();
-    const std::uint32_t number = addObject(&value, std::nullopt);
-    const Result<std::size_t> first = reserve(number, depth, list.size());
-    if (!first) return Number::failure(first.error());
-    std::size_t place = first.value();
-    for (const Value& entry : list) {
-        Number added = add(entry, depth + 1);
-        if (!added) return added;
-        references_[place++] = added.value();
-    }
-    objects_[number].count = static_cast<std::uint32_t>(list.size());
-    return number;
-}
-
-Flattening::Number Flattening::addDictionary(const Value& value, unsigned depth) {
-    const Dictionary& dictionary = *value.dictionary();
-    const std::uint32_t number = addObject(&value, std::nullopt);
-    const Result<std::size_t> first = reserve(number, depth, 2 * dictionary.size());
-    if (!first) return Number::failure(first.error());
-    std::size_t keyPlace = first.value();
-    std::size_t valuePlace = keyPlace + dictionary.size();
-    for (const auto& [key, entry] : dictionary) {
-        references_[keyPlace++] = addText(nullptr, key);
-        Number added = add(entry, depth + 1);
-        if (!added) return added;
-        references_[valuePlace++] = added.value();
-    }
-    objects_[number].count = static_cast<std::uint32_t>(dictionary.size());
-    return number;
-}
-
-Result<std::size_t> Flattening::reserve(std::uint32_t number, unsigned depth, std::size_t references) {
-    using Place = Result<std::size_t>;
+Flattening::Number Flattening::addContainer(const Value& value, unsigned depth) {
+    const Dictionary* dictionary = value.dictionary();
+    const std::size_t count = dictionary ? dictionary->size() : value.list()->size();
+    const std::size_t added = dictionary ? 2 * count : count;
     const std::size_t first = references_.size();
-    if (depth > PropertyListLimits::depth) return Place::failure("nested too deeply");
-    if (references > PropertyListLimits::writtenValues - first) return Place::failure("too large a value");
+    if (depth > PropertyListLimits::depth) return Number::failure("nested too deeply");
+    if (added > PropertyListLimits::writtenValues - first) return Number::failure("too large a value");
+    const std::uint32_t number = addObject(&value, std::nullopt);
     objects_[number].firstReference = static_cast<std::uint32_t>(first);
-    references_.resize(first + references);
-    return first;
+    objects_[number].count = static_cast<std::uint32_t>(count);
+    references_.resize(first + added);
+
+    std::size_t place = first + added - count;
+    const auto addEntry = [&](const Value& entry) {
+        Number entryNumber = add(entry, depth + 1);
+        if (entryNumber) references_[place++] = entryNumber.value();
+        return entryNumber;
+    };
+    if (!dictionary) {
+        for (const Value& entry : *value.list())
+            if (Number failed = addEntry(entry); !failed) return failed;
+        return number;
+    }
+    std::size_t keyPlace = first;
+    for (const auto& [key, entry] : *dictionary) {
+        references_[keyPlace++] = addText(nullptr, key);
+        if (Number failed = addEntry(entry); !failed) return failed;
+    }
+    return number;
 }
 
 std::uint32_t Flattening::addObject(const Value* value, std::optional<std::string_view> text) {

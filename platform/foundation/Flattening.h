@@ -33,16 +33,12 @@ class Flattening {
     [[nodiscard]] bool holdsNil() const { return holdsNil_; }
     /// About how long the texts and data are together.
     [[nodiscard]] std::size_t contentsSize() const { return contentsSize_; }
-    [[nodiscard]] std::size_t referenceCount() const { return references_.size(); }
 
   private:
     using Number = Result<std::uint32_t>;
 
     [[nodiscard]] Number add(const Value& value, unsigned depth);
-    [[nodiscard]] Number addList(const Value& value, unsigned depth);
-    [[nodiscard]] Number addDictionary(const Value& value, unsigned depth);
-    /// Room for what is in a container; the place of the first.
-    [[nodiscard]] Result<std::size_t> reserve(std::uint32_t number, unsigned depth, std::size_t references);
+    [[nodiscard]] Number addContainer(const Value& value, unsigned depth);
     [[nodiscard]] std::uint32_t addObject(const Value* value, std::optional<std::string_view> text);
     [[nodiscard]] std::uint32_t addText(const Value* value, std::string_view text);
     void growTexts();
