@@ -1,6 +1,5 @@
 #include "BinaryReader.h"
 
-#include "BinaryFormat.h"
 #include "Unicode.h"
 
 #include <bit>
@@ -16,11 +15,10 @@ Result<BinaryReader> BinaryReader::open(std::span<const std::uint8_t> bytes) {
 }
 
 bool BinaryReader::readTrailer() {
-    if (bytes_.size() < binaryMagic.size() + binaryTrailerSize) return fail("too short for a binary property list");
-    if (std::memcmp(bytes_.data(), binaryMagic.data(), binaryMagic.size()) != 0)
-        return fail("not a binary property list");
+    if (bytes_.size() < magic.size() + trailerSize) return fail("too short for a binary property list");
+    if (std::memcmp(bytes_.data(), magic.data(), magic.size()) != 0) return fail("not a binary property list");
 
-    const std::uint8_t* trailer = bytes_.data() + bytes_.size() - binaryTrailerSize;
+    const std::uint8_t* trailer = bytes_.data() + bytes_.size() - trailerSize;
     offsetSize_ = trailer[6];
     referenceSize_ = trailer[7];
     const std::uint64_t objectCount = bigEndian(trailer + 8, 8);
@@ -29,9 +27,9 @@ bool BinaryReader::readTrailer() {
 
     if (offsetSize_ < 1 || offsetSize_ > 8 || referenceSize_ < 1 || referenceSize_ > 8)
         return fail("the trailer gives a size that no number has");
-    if (tableOffset < binaryMagic.size() || tableOffset > bytes_.size() - binaryTrailerSize)
+    if (tableOffset < magic.size() || tableOffset > bytes_.size() - trailerSize)
         return fail("the table of offsets lies outside the bytes");
-    if (objectCount > (bytes_.size() - binaryTrailerSize - tableOffset) / offsetSize_)
+    if (objectCount > (bytes_.size() - trailerSize - tableOffset) / offsetSize_)
         return fail("the table of offsets is longer than the bytes");
     if (objectCount > std::numeric_limits<std::uint32_t>::max() / 2) return fail("too many objects");
     if (root >= objectCount) return fail("there is no root object");
@@ -47,7 +45,7 @@ bool BinaryReader::readUid(std::size_t reference, std::size_t& uid) {
     if (reference < objectCount_) {
         const std::size_t offset = bigEndian(objectsEnd_ + reference * offsetSize_, offsetSize_);
         const auto end = static_cast<std::size_t>(objectsEnd_ - bytes_.data());
-        if (offset >= binaryMagic.size() && offset < end && end - offset >= 3) {
+        if (offset >= magic.size() && offset < end && end - offset >= 3) {
             const std::uint8_t* at = bytes_.data() + offset;
             if (*at == 0x80 || *at == 0x81) {
                 uid = *at == 0x80 ? at[1] : static_cast<std::size_t>(at[1] << 8U | at[2]);
@@ -66,7 +64,7 @@ bool BinaryReader::read(std::size_t reference, BinaryObject& object) {
     if (reference >= objectCount_) return fail("a reference to an object that is not there");
     const std::uint64_t offset = bigEndian(objectsEnd_ + reference * offsetSize_, offsetSize_);
     const auto end = static_cast<std::size_t>(objectsEnd_ - bytes_.data());
-    if (offset < binaryMagic.size() || offset >= end) return fail("an object lies outside the bytes");
+    if (offset < magic.size() || offset >= end) return fail("an object lies outside the bytes");
 
     const std::uint8_t* at = bytes_.data() + offset;
     const unsigned type = *at >> 4U;

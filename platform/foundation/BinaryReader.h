@@ -34,6 +34,10 @@ struct BinaryObject {
 /// asked for the whole gets one, made of problem().
 class BinaryReader {
   public:
+    /// What a binary property list begins with, and how many bytes its end has.
+    static constexpr std::string_view magic = "bplist00";
+    static constexpr std::size_t trailerSize = 32;
+
     /// Checks the trailer, from which all else follows.
     [[nodiscard]] static Result<BinaryReader> open(std::span<const std::uint8_t> bytes);
 

@@ -1,6 +1,6 @@
 #include "BinaryWriter.h"
 
-#include "BinaryFormat.h"
+#include "BinaryReader.h"
 #include "Unicode.h"
 
 #include <algorithm>
@@ -37,9 +37,9 @@ std::uint8_t* writeBigEndian(std::uint8_t* into, std::uint64_t number, std::size
 } // namespace
 
 BinaryWriter::BinaryWriter(std::size_t objectBound, std::size_t expectedSize)
-    : bytes_(std::max(expectedSize, binaryMagic.size())), used_(binaryMagic.size()),
+    : bytes_(std::max(expectedSize, BinaryReader::magic.size())), used_(BinaryReader::magic.size()),
       referenceSize_(width(objectBound)) {
-    std::memcpy(bytes_.data(), binaryMagic.data(), binaryMagic.size());
+    std::memcpy(bytes_.data(), BinaryReader::magic.data(), BinaryReader::magic.size());
     offsets_.reserve(objectBound);
 }
 
@@ -135,7 +135,7 @@ void BinaryWriter::reference(std::size_t number) {
 Data BinaryWriter::finish() && {
     const std::size_t table = used_;
     const std::size_t offsetSize = width(table);
-    std::uint8_t* into = grow(offsets_.size() * offsetSize + binaryTrailerSize);
+    std::uint8_t* into = grow(offsets_.size() * offsetSize + BinaryReader::trailerSize);
     for (const std::size_t offset : offsets_)
         into = writeBigEndian(into, offset, offsetSize);
     into = std::fill_n(into, 6, std::uint8_t{0});

@@ -2,7 +2,6 @@
 
 #include "platform/Export.h"
 
-#include <concepts>
 #include <functional>
 #include <memory>
 #include <string>
@@ -29,21 +28,13 @@ template<class T, class... Arguments>
 std::shared_ptr<T> make(Arguments&&... arguments) {
     auto object = std::make_shared<T>();
     bool alive = false;
-    if constexpr (requires {
-                      { object->init(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>;
-                  })
+    if constexpr (requires { object->init(std::forward<Arguments>(arguments)...); })
         alive = object->init(std::forward<Arguments>(arguments)...);
-    else if constexpr (requires {
-                           { object->initWithFrame(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>;
-                       })
+    else if constexpr (requires { object->initWithFrame(std::forward<Arguments>(arguments)...); })
         alive = object->initWithFrame(std::forward<Arguments>(arguments)...);
-    else if constexpr (requires {
-                           { object->initWithStyle(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>;
-                       })
+    else if constexpr (requires { object->initWithStyle(std::forward<Arguments>(arguments)...); })
         alive = object->initWithStyle(std::forward<Arguments>(arguments)...);
-    else if constexpr (requires {
-                           { object->initWithImage(std::forward<Arguments>(arguments)...) } -> std::same_as<bool>;
-                       })
+    else if constexpr (requires { object->initWithImage(std::forward<Arguments>(arguments)...); })
         alive = object->initWithImage(std::forward<Arguments>(arguments)...);
     else
         alive = object->initWithTarget(std::forward<Arguments>(arguments)...);
