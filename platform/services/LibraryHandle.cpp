@@ -27,8 +27,8 @@ OpenLibraries& all() {
 
 LibraryHandle openLibrary(std::string_view fixedPath, const ProbeLimits& limits) {
     const std::filesystem::path path = devicePath(fixedPath);
-    // Silent, here and below: a library of somebody else's may be missing or no good, and a list without it is all that
-    // the user is to see.
+    // Silent, here and below: a stranger's library may be missing or no good, and a list without it is all that the user
+    // is to see.
     if (!mayBeLoaded(ForeignCode::applicationList, {{path, {path}}}, limits).front()) return {};
     return openUntriedLibrary(path);
 }
@@ -41,12 +41,11 @@ LibraryHandle openUntriedLibrary(const std::filesystem::path& path) {
     return LibraryHandle(code.value());
 }
 
-LibraryHandle::~LibraryHandle() {
-    if (!code_) return;
+void CloseLibrary::operator()(void* code) const {
     const std::lock_guard lock(all().mutex);
     std::vector<void*>& codes = all().codes;
-    codes.erase(std::find(codes.begin(), codes.end(), code_));
-    dlclose(code_);
+    codes.erase(std::find(codes.begin(), codes.end(), code));
+    dlclose(code);
 }
 
 int openLibraries() {
