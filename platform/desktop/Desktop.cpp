@@ -1,8 +1,7 @@
 #include "platform/Export.h"
 #include "platform/desktop/MessageWriter.h"
 #include "platform/desktop/Owned.h"
-#include "platform/mail/MessageForm.h"
-#include "platform/services/AddressHandlers.h"
+#include "platform/services/DesktopLibrary.h"
 
 #include <filesystem>
 #include <gio/gio.h>
@@ -54,7 +53,7 @@ std::string programOf(GAppInfo* application) {
     return program;
 }
 
-class DesktopHandlers final : public AddressHandlers {
+class Desktop final : public DesktopLibrary {
   public:
     std::optional<Handler> handlerOf(const std::string& scheme) override {
         const Application application = applicationOf(scheme);
@@ -72,10 +71,7 @@ class DesktopHandlers final : public AddressHandlers {
         g_list_free(addresses);
         return opened;
     }
-};
 
-class DesktopForm final : public MessageForm {
-  public:
     Result<std::vector<std::string>> addressesIn(const std::string& list) override { return mailAddressesIn(list); }
     Result<void> write(const MailMessage& message, int file) override { return writeMailMessage(message, file); }
 };
@@ -83,12 +79,8 @@ class DesktopForm final : public MessageForm {
 } // namespace
 } // namespace platform
 
-// Neither is ever destroyed: a worker may still be writing a message while the process ends.
-extern "C" PLATFORM_EXPORT platform::AddressHandlers* lumora_address_handlers() {
-    static auto& handlers = *new platform::DesktopHandlers;
-    return &handlers;
-}
-extern "C" PLATFORM_EXPORT platform::MessageForm* lumora_message_form() {
-    static auto& form = *new platform::DesktopForm;
-    return &form;
+// Never destroyed: a worker may still be writing a message while the process ends.
+extern "C" PLATFORM_EXPORT platform::DesktopLibrary* lumora_desktop_library() {
+    static auto& desktop = *new platform::Desktop;
+    return &desktop;
 }

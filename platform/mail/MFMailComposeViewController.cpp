@@ -2,9 +2,9 @@
 
 #include "platform/mail/MailDrafts.h"
 #include "platform/mail/MailPrograms.h"
-#include "platform/mail/MessageForm.h"
 #include "platform/mail/Sendmail.h"
 #include "platform/messaging/Dispatch.h"
+#include "platform/services/DesktopLibrary.h"
 
 #include <optional>
 #include <system_error>
@@ -27,7 +27,7 @@ bool MFMailComposeViewController::canSendMail() {
 bool MFMailComposeViewController::init() {
     static std::uint64_t last = 0;
     id_ = ++last;
-    (void)messageForm(); // loaded here, on the main thread; what asks for it later are workers
+    (void)desktopLibrary(); // loaded here, on the main thread; what asks for it later are workers
     return true;
 }
 
@@ -78,9 +78,9 @@ MFMailComposeViewController::Outcome MFMailComposeViewController::kept(const Mai
 /// Kept before anything is tried, so that nothing is lost whatever becomes of the programs and of this process.
 MFMailComposeViewController::Outcome MFMailComposeViewController::sent(const MailMessage& message,
                                                                        std::chrono::milliseconds atMost) {
-    MessageForm* form = messageForm();
-    if (!form) return {.problem = "The library that writes messages is missing."};
-    const Result<std::vector<std::string>> recipients = form->addressesIn(message.text.to);
+    DesktopLibrary* desktop = desktopLibrary();
+    if (!desktop) return {.problem = "The library that writes messages is missing."};
+    const Result<std::vector<std::string>> recipients = desktop->addressesIn(message.text.to);
     if (!recipients) return {.problem = recipients.error()};
     if (recipients.value().empty()) return {.problem = "There is no address to send it to."};
     Outcome outcome = kept(message, atMost);

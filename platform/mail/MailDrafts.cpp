@@ -2,7 +2,7 @@
 
 #include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/UserFolder.h"
-#include "platform/mail/MessageForm.h"
+#include "platform/services/DesktopLibrary.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -33,9 +33,9 @@ std::string timeOfDay() {
 }
 
 Result<void> write(const MailMessage& message, int file) {
-    MessageForm* form = messageForm();
-    if (!form) return Result<void>::failure("the library that writes messages is missing");
-    Result<void> written = form->write(message, file);
+    DesktopLibrary* desktop = desktopLibrary();
+    if (!desktop) return Result<void>::failure("the library that writes messages is missing");
+    Result<void> written = desktop->write(message, file);
     if (written && ::fsync(file) != 0) written = Result<void>::failure(std::strerror(errno));
     return written;
 }

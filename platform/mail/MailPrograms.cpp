@@ -2,7 +2,7 @@
 
 #include "platform/foundation/FileDescriptor.h"
 #include "platform/mail/Program.h"
-#include "platform/services/AddressHandlers.h"
+#include "platform/services/DesktopLibrary.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -138,8 +138,8 @@ bool writeFile(const fs::path& path, const RegularFile& data) {
 } // namespace
 
 std::optional<MailProgram> mailProgram() {
-    AddressHandlers* handlers = addressHandlers();
-    const auto handler = handlers ? handlers->handlerOf("mailto") : std::nullopt;
+    DesktopLibrary* desktop = desktopLibrary();
+    const auto handler = desktop ? desktop->handlerOf("mailto") : std::nullopt;
     if (!handler) return std::nullopt;
     for (const Known& known : kKnown) {
         if (handler->desktopId != known.desktopId || fs::path(handler->program).filename() != known.program) continue;

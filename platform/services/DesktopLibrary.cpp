@@ -4,10 +4,19 @@
 #include "platform/foundation/SharedObject.h"
 
 namespace platform {
+namespace {
 
-const void* desktopSymbol(const char* name) {
-    static const Result<void*> code = loadSharedObject(platformLibraryFolder() / LUMORA_DESKTOP_LIBRARY, Binding::Lazy);
-    return code ? symbolIn(code.value(), name) : nullptr;
+DesktopLibrary* load() {
+    const Result<void*> code = loadSharedObject(platformLibraryFolder() / LUMORA_DESKTOP_LIBRARY, Binding::Lazy);
+    const void* function = code ? symbolIn(code.value(), "lumora_desktop_library") : nullptr;
+    return function ? reinterpret_cast<DesktopLibrary* (*)()>(const_cast<void*>(function))() : nullptr;
+}
+
+} // namespace
+
+DesktopLibrary* desktopLibrary() {
+    static DesktopLibrary* const library = load();
+    return library;
 }
 
 } // namespace platform

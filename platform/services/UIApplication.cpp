@@ -1,6 +1,6 @@
 #include "platform/services/UIApplication.h"
 
-#include "platform/services/AddressHandlers.h"
+#include "platform/services/DesktopLibrary.h"
 
 namespace platform {
 
@@ -10,8 +10,8 @@ UIApplication& UIApplication::sharedApplication() {
 }
 
 bool UIApplication::openURL(const NSURL& url) {
-    AddressHandlers* handlers = addressHandlers();
-    return handlers && handlers->openAddress(url.scheme(), url.absoluteString());
+    DesktopLibrary* desktop = desktopLibrary();
+    return desktop && desktop->openAddress(url.scheme(), url.absoluteString());
 }
 
 } // namespace platform
