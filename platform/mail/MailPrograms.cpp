@@ -4,10 +4,14 @@
 #include "platform/mail/Program.h"
 #include "platform/services/DesktopLibrary.h"
 
+#include <glib.h>
+
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <memory>
 #include <optional>
 #include <sys/stat.h>
 #include <system_error>
@@ -22,19 +26,10 @@ using Files = MailProgram::Files;
 namespace {
 
 /// Every byte that could mean something in an address or a list is written as a number, but for those allowed.
-std::string percentEncoded(const std::string& text, const char* allowed = "-._~") {
-    static constexpr char digits[] = "0123456789ABCDEF";
-    std::string encoded;
-    for (const char letter : text) {
-        const auto byte = static_cast<unsigned char>(letter);
-        const bool plain = (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
-                           (letter >= '0' && letter <= '9') || std::strchr(allowed, letter) != nullptr;
-        if (plain && letter != 0)
-            encoded += letter;
-        else
-            encoded += {'%', digits[byte >> 4U], digits[byte & 15U]};
-    }
-    return encoded;
+std::string percentEncoded(const std::string& text, const char* allowed = nullptr) {
+    const std::unique_ptr<char, void (*)(void*)> encoded(
+        g_uri_escape_bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size(), allowed), g_free);
+    return encoded.get();
 }
 
 std::string fileAddress(const fs::path& file) {
@@ -45,7 +40,7 @@ std::string fileAddress(const fs::path& file) {
 }
 
 std::string mailAddress(const MailText& text) {
-    return "mailto:" + percentEncoded(text.to, "-._~@,") + "?subject=" + percentEncoded(text.subject) +
+    return "mailto:" + percentEncoded(text.to, "@,") + "?subject=" + percentEncoded(text.subject) +
            "&body=" + percentEncoded(text.body);
 }
 

@@ -14,11 +14,9 @@ std::optional<NSURL> NSURL::URLWithString(const std::string& text) {
         return letter <= ' ' || letter >= 0x7F || std::strchr("\"<>\\^`{|}", letter) != nullptr;
     };
     if (std::any_of(text.begin(), text.end(), isForbidden)) return std::nullopt;
-    if (!g_uri_is_valid(text.c_str(), G_URI_FLAGS_NONE, nullptr)) return std::nullopt;
-    const std::unique_ptr<char, void (*)(void*)> scheme(g_uri_parse_scheme(text.c_str()), g_free);
-    if (!scheme) return std::nullopt;
-    const std::unique_ptr<char, void (*)(void*)> small(g_ascii_strdown(scheme.get(), -1), g_free);
-    return NSURL(text, small.get());
+    const std::unique_ptr<GUri, void (*)(GUri*)> uri(g_uri_parse(text.c_str(), G_URI_FLAGS_NONE, nullptr), g_uri_unref);
+    if (!uri) return std::nullopt;
+    return NSURL(text, g_uri_get_scheme(uri.get()));
 }
 
 } // namespace platform
