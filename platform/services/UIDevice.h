@@ -2,10 +2,8 @@
 
 #include "platform/Export.h"
 
-#include <filesystem>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace platform {
 
@@ -18,14 +16,14 @@ class PLATFORM_EXPORT UIDevice {
   public:
     [[nodiscard]] static const UIDevice& currentDevice();
 
-    /// The files that may say which release of the system this is; the first that is there counts.
-    explicit UIDevice(std::vector<std::filesystem::path> releaseFiles) : releaseFiles_(std::move(releaseFiles)) {}
+    /// Takes the name under which /etc/os-release tells the version of the system.
+    explicit UIDevice(std::string versionKey) : versionKey_(std::move(versionKey)) {}
 
-    /// VERSION_ID of the release file; the kernel's release where that names none. Read anew each time.
+    /// The kernel's release where os-release names no version.
     [[nodiscard]] std::string systemVersion() const;
 
   private:
-    std::vector<std::filesystem::path> releaseFiles_;
+    std::string versionKey_;
 };
 
 } // namespace platform
