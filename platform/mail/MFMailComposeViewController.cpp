@@ -2,10 +2,11 @@
 
 #include "platform/mail/MailDrafts.h"
 #include "platform/mail/MailPrograms.h"
-#include "platform/mail/Sendmail.h"
+#include "platform/mail/Program.h"
 #include "platform/messaging/Dispatch.h"
 #include "platform/services/DesktopLibrary.h"
 
+#include <cstdlib>
 #include <optional>
 #include <system_error>
 #include <thread>
@@ -20,6 +21,18 @@ struct MFMailComposeViewController::Outcome {
     std::filesystem::path draft{};
 };
 
+namespace {
+
+/// `$LUMORA_SENDMAIL` where that is set, and none when it is empty; else sendmail in `$PATH`, /usr/sbin or /usr/lib.
+std::optional<std::filesystem::path> sendmailProgram() {
+    if (const char* named = std::getenv("LUMORA_SENDMAIL")) return programNamed(named);
+    for (const char* name : {"sendmail", "/usr/sbin/sendmail", "/usr/lib/sendmail"})
+        if (auto program = programNamed(name)) return program;
+    return std::nullopt;
+}
+
+} // namespace
+
 bool MFMailComposeViewController::canSendMail() {
     return sendmailProgram() || mailProgram();
 }
@@ -31,32 +44,15 @@ bool MFMailComposeViewController::init() {
     return true;
 }
 
-void MFMailComposeViewController::setMailComposeDelegate(std::weak_ptr<MFMailComposeViewControllerDelegate> delegate) {
-    delegate_ = std::move(delegate);
-}
-
 void MFMailComposeViewController::setToRecipients(const std::vector<std::string>& addresses) {
     message_.text.to.clear();
     for (const std::string& address : addresses)
         message_.text.to += (message_.text.to.empty() ? "" : ", ") + address;
 }
 
-void MFMailComposeViewController::setMessageBody(std::string body, bool isHTML) {
-    message_.text.body = std::move(body);
-    message_.isHTML = isHTML;
-}
-
 void MFMailComposeViewController::addAttachmentData(std::shared_ptr<const RegularFile> data, std::string mimeType,
                                                     std::string fileName) {
     message_.attachments.push_back({std::move(data), std::move(mimeType), std::move(fileName)});
-}
-
-void MFMailComposeViewController::send(MailText text) {
-    work(std::move(text), sent);
-}
-
-void MFMailComposeViewController::saveDraft(MailText text) {
-    work(std::move(text), kept);
 }
 
 void MFMailComposeViewController::cancel() {
@@ -87,7 +83,10 @@ MFMailComposeViewController::Outcome MFMailComposeViewController::sent(const Mai
     if (!outcome.result) return outcome;
 
     if (const auto program = sendmailProgram()) {
-        const Result<void> sent = sendWith(*program, recipients.value(), outcome.draft, atMost);
+        // The program reads the file itself, so even a message that is being sent when this process ends is sent whole.
+        std::vector<std::string> command{program->string(), "-i", "--"};
+        command.insert(command.end(), recipients.value().begin(), recipients.value().end());
+        const Result<void> sent = runProgram(command, outcome.draft, atMost);
         if (!sent) return {MFMailComposeResultFailed, sent.error(), outcome.draft};
         std::error_code ignored; // a draft too many is better than none
         std::filesystem::remove(outcome.draft, ignored);

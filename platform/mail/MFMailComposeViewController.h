@@ -29,10 +29,15 @@ class PLATFORM_EXPORT MFMailComposeViewController final : public UIViewControlle
 
     bool init();
 
-    void setMailComposeDelegate(std::weak_ptr<MFMailComposeViewControllerDelegate> delegate);
+    void setMailComposeDelegate(std::weak_ptr<MFMailComposeViewControllerDelegate> delegate) {
+        delegate_ = std::move(delegate);
+    }
     void setToRecipients(const std::vector<std::string>& addresses);
     void setSubject(std::string subject) { message_.text.subject = std::move(subject); }
-    void setMessageBody(std::string body, bool isHTML);
+    void setMessageBody(std::string body, bool isHTML) {
+        message_.text.body = std::move(body);
+        message_.isHTML = isHTML;
+    }
     /// The bytes are read when the message is kept or sent, so they should be a copy that nobody changes.
     void addAttachmentData(std::shared_ptr<const RegularFile> data, std::string mimeType, std::string fileName);
 
@@ -51,8 +56,8 @@ class PLATFORM_EXPORT MFMailComposeViewController final : public UIViewControlle
     void setSendingTime(std::chrono::milliseconds atMost) { sendingTime_ = atMost; }
 
     // What its user does, with the text as it has been edited; nothing while it is working or over.
-    void send(MailText text);
-    void saveDraft(MailText text);
+    void send(MailText text) { work(std::move(text), sent); }
+    void saveDraft(MailText text) { work(std::move(text), kept); }
     void cancel();
     /// Its user has left: keeps it as a draft, or once it turns out that it is not sent. If that is not possible
     /// either, it has failed.

@@ -60,14 +60,10 @@ Kept published(const fs::path& file, const fs::path& folder) {
 
 } // namespace
 
-fs::path draftsFolder() {
-    const fs::path data = userFolder("XDG_DATA_HOME", ".local/share");
-    return data.empty() ? data : data / "lumora/drafts";
-}
-
 Kept keepDraft(const MailMessage& message) {
-    const fs::path folder = draftsFolder();
-    if (folder.empty()) return Kept::failure("cannot keep a draft: its user has no home folder");
+    const fs::path data = userFolder("XDG_DATA_HOME", ".local/share");
+    if (data.empty()) return Kept::failure("cannot keep a draft: its user has no home folder");
+    const fs::path folder = data / "lumora/drafts";
     if (const auto made = makeFolders(folder); !made) return failed("make the folder", folder, made.error());
     if (::chmod(folder.c_str(), 0700) != 0) return failed("make private the folder", folder, std::strerror(errno));
 
