@@ -28,21 +28,21 @@ class PLATFORM_EXPORT PSListController : public UIViewController {
     PSListController();
     ~PSListController() override;
 
-    virtual bool init();
+    virtual bool init() { return true; }
 
     /// The rows; the base class gives the row list as it stands, null on a page without rows.
-    virtual PSSpecifierList specifiers();
+    virtual PSSpecifierList specifiers() { return _specifiers; }
 
     /// The application calls this each time the page is about to be seen.
-    virtual void viewWillAppear(bool animated);
+    virtual void viewWillAppear(bool /*animated*/) {}
 
     /// What the page calls itself; the base class gives what setTitle() was given, which is the opening row's title.
-    [[nodiscard]] virtual std::string title() const;
-    [[nodiscard]] virtual std::string navigationTitle() const;
-    void setTitle(std::string title);
+    [[nodiscard]] virtual std::string title() const { return title_; }
+    [[nodiscard]] virtual std::string navigationTitle() const { return title_; }
+    void setTitle(std::string title) { title_ = std::move(title); }
 
     /// Null on a platform version whose pages have none.
-    [[nodiscard]] virtual UINavigationItem* navigationItem();
+    [[nodiscard]] virtual UINavigationItem* navigationItem() { return &navigationItem_; }
 
     /// The content view. It fills the page and has its frame; null when setView(nullptr) said so.
     [[nodiscard]] const std::shared_ptr<UIView>& view() const { return view_; }

@@ -23,17 +23,9 @@ std::string PSSpecifier::identifier() const {
     return std::string(id.text() ? *id.text() : std::string_view());
 }
 
-void PSSpecifier::setIdentifier(const std::string& identifier) {
-    setProperty(identifier, "id");
-}
-
 Value PSSpecifier::property(const std::string& key) const {
     const auto found = properties_.find(key);
     return found == properties_.end() ? Value() : found->second;
-}
-
-void PSSpecifier::setProperty(Value value, const std::string& key) {
-    properties_.insert_or_assign(key, std::move(value));
 }
 
 UIImageRef PSSpecifier::imageProperty(const std::string& key) const {
@@ -41,31 +33,11 @@ UIImageRef PSSpecifier::imageProperty(const std::string& key) const {
     return found == images_.end() ? nullptr : found->second;
 }
 
-void PSSpecifier::setProperty(UIImageRef image, const std::string& key) {
-    images_.insert_or_assign(key, std::move(image));
-}
-
-bool PSSpecifier::hasProperty(const std::string& key) const {
-    return properties_.contains(key) || images_.contains(key);
-}
-
 void PSSpecifier::setValues(std::vector<Value> values, std::vector<std::string> titles,
                             std::vector<std::string> shortTitles) {
     values_ = std::move(values);
     titles_ = std::move(titles);
     shortTitles_ = std::move(shortTitles);
-}
-
-Value PSSpecifier::performGetter() {
-    return target_ && get_ ? get_(*target_, *this) : Value();
-}
-
-void PSSpecifier::performSetter(const Value& value) {
-    if (target_ && set_) set_(*target_, value, *this);
-}
-
-void PSSpecifier::performAction() {
-    if (target_ && action) action(*target_, *this);
 }
 
 std::shared_ptr<PSTextFieldSpecifier> PSTextFieldSpecifier::preferenceSpecifierNamed(std::string name, NSObject* target,

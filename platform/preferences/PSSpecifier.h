@@ -86,15 +86,17 @@ class PLATFORM_EXPORT PSSpecifier {
 
     /// The row's identifier, which is the preference key: the property "id". Empty when there is none.
     [[nodiscard]] std::string identifier() const;
-    void setIdentifier(const std::string& identifier);
+    void setIdentifier(const std::string& identifier) { setProperty(identifier, "id"); }
 
     /// Keys that the platform reads: "id", "footerText", "min", "max", "showValue". nil when the property is not set.
     [[nodiscard]] Value property(const std::string& key) const;
-    void setProperty(Value value, const std::string& key);
+    void setProperty(Value value, const std::string& key) { properties_.insert_or_assign(key, std::move(value)); }
     /// The one property that is a picture, "iconImage". Setting null is kept as set: hasProperty() then says true.
     [[nodiscard]] UIImageRef imageProperty(const std::string& key) const;
-    void setProperty(UIImageRef image, const std::string& key);
-    [[nodiscard]] bool hasProperty(const std::string& key) const;
+    void setProperty(UIImageRef image, const std::string& key) { images_.insert_or_assign(key, std::move(image)); }
+    [[nodiscard]] bool hasProperty(const std::string& key) const {
+        return properties_.contains(key) || images_.contains(key);
+    }
 
     /// The options of an option list; the three lists correspond by position and are not checked.
     void setValues(std::vector<Value> values, std::vector<std::string> titles, std::vector<std::string> shortTitles);
@@ -103,11 +105,15 @@ class PLATFORM_EXPORT PSSpecifier {
     [[nodiscard]] const std::vector<std::string>& shortTitles() const { return shortTitles_; }
 
     /// Calls the get operation on the target: nil without one.
-    [[nodiscard]] Value performGetter();
+    [[nodiscard]] Value performGetter() { return target_ && get_ ? get_(*target_, *this) : Value(); }
     /// Calls the set operation on the target; does nothing without one.
-    void performSetter(const Value& value);
+    void performSetter(const Value& value) {
+        if (target_ && set_) set_(*target_, value, *this);
+    }
     /// Calls the action on the target; does nothing without one.
-    void performAction();
+    void performAction() {
+        if (target_ && action) action(*target_, *this);
+    }
 
   protected:
     PSSpecifier(std::string name, NSObject* target, SetAction set, GetAction get, PSDetail detail, PSCellType cell,

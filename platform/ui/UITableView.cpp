@@ -13,52 +13,11 @@ namespace {
 // What a header and a footer are taken to need until somebody has drawn them: a line of small text with its margins.
 constexpr double kHeaderHeight = 50;
 constexpr double kFooterHeight = 24;
-constexpr double kRowHeight = 44;
 
 } // namespace
 
 UITableViewDataSource::~UITableViewDataSource() = default;
 UITableViewDelegate::~UITableViewDelegate() = default;
-
-int UITableViewDataSource::numberOfSectionsInTableView(UITableView& /*tableView*/) {
-    return 1;
-}
-
-std::string UITableViewDataSource::titleForHeaderInSection(UITableView& /*tableView*/, int /*section*/) {
-    return {};
-}
-
-std::string UITableViewDataSource::titleForFooterInSection(UITableView& /*tableView*/, int /*section*/) {
-    return {};
-}
-
-bool UITableViewDataSource::canMoveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
-    return false;
-}
-
-void UITableViewDataSource::moveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*from*/, NSIndexPath /*to*/) {
-}
-
-double UITableViewDelegate::heightForRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
-    return kRowHeight;
-}
-
-UITableViewCellEditingStyle UITableViewDelegate::editingStyleForRowAtIndexPath(UITableView& /*tableView*/,
-                                                                               NSIndexPath /*path*/) {
-    return UITableViewCellEditingStyleNone;
-}
-
-bool UITableViewDelegate::shouldIndentWhileEditingRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
-    return true;
-}
-
-void UITableViewDelegate::didSelectRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
-}
-
-std::uint64_t UITableView::nextId() {
-    static std::uint64_t last = 0;
-    return ++last;
-}
 
 bool UITableView::initWithFrame(const CGRect& frame, UITableViewStyle style) {
     style_ = style;

@@ -19,15 +19,15 @@ class UITableView;
 class PLATFORM_EXPORT UITableViewDataSource {
   public:
     virtual ~UITableViewDataSource();
-    virtual int numberOfSectionsInTableView(UITableView& tableView);
+    virtual int numberOfSectionsInTableView(UITableView& /*tableView*/) { return 1; }
     virtual int numberOfRowsInSection(UITableView& tableView, int section) = 0;
     /// Never null.
     virtual std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
-    virtual std::string titleForHeaderInSection(UITableView& tableView, int section);
-    virtual std::string titleForFooterInSection(UITableView& tableView, int section);
-    virtual bool canMoveRowAtIndexPath(UITableView& tableView, NSIndexPath path);
+    virtual std::string titleForHeaderInSection(UITableView& /*tableView*/, int /*section*/) { return {}; }
+    virtual std::string titleForFooterInSection(UITableView& /*tableView*/, int /*section*/) { return {}; }
+    virtual bool canMoveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) { return false; }
     /// The user has dropped a row; its new place counts with the row taken out of its old one.
-    virtual void moveRowAtIndexPath(UITableView& tableView, NSIndexPath from, NSIndexPath to);
+    virtual void moveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*from*/, NSIndexPath /*to*/) {}
 };
 
 /// How a table's rows are shown, and what comes of a tap.
@@ -35,15 +35,20 @@ class PLATFORM_EXPORT UITableViewDelegate {
   public:
     virtual ~UITableViewDelegate();
     /// In points; 44 by default.
-    virtual double heightForRowAtIndexPath(UITableView& tableView, NSIndexPath path);
+    virtual double heightForRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) { return 44; }
     /// The sign at the beginning of the row while the table is being edited; by default there is none. It is only
     /// shown: no list deletes or inserts rows, so nothing comes of a tap on it.
-    virtual UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& tableView, NSIndexPath path);
+    virtual UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& /*tableView*/,
+                                                                      NSIndexPath /*path*/) {
+        return UITableViewCellEditingStyleNone;
+    }
     /// Whether the row makes room for that sign while the table is being edited, even if it has none; by default it
     /// does.
-    virtual bool shouldIndentWhileEditingRowAtIndexPath(UITableView& tableView, NSIndexPath path);
+    virtual bool shouldIndentWhileEditingRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
+        return true;
+    }
     /// The user has tapped a row, which is selected now. By default nothing comes of it.
-    virtual void didSelectRowAtIndexPath(UITableView& tableView, NSIndexPath path);
+    virtual void didSelectRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {}
 };
 
 enum UITableViewStyle : int { UITableViewStylePlain = 0, UITableViewStyleGrouped = 1 };
@@ -123,10 +128,9 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     void dropRow(NSIndexPath from, NSIndexPath to);
 
   private:
-    static std::uint64_t nextId();
     void makeCells();
 
-    const std::uint64_t id_ = nextId();
+    const std::uint64_t id_ = newId();
     UITableViewStyle style_ = UITableViewStylePlain;
     UITableViewDataSource* dataSource_ = nullptr;
     UITableViewDelegate* delegate_ = nullptr;

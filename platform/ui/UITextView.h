@@ -36,9 +36,7 @@ class PLATFORM_EXPORT UITextView final : public UIView {
     [[nodiscard]] std::uint64_t id() const { return id_; }
 
   private:
-    static std::uint64_t nextId();
-
-    const std::uint64_t id_ = nextId();
+    const std::uint64_t id_ = newId();
     std::shared_ptr<const std::string> text_ = std::make_shared<const std::string>();
     UIFontRef font_ = UIFont::systemFontOfSize(12.0);
     bool editable_ = true;

@@ -39,13 +39,14 @@ CGContext* UIGraphicsGetCurrentContext() {
     return currentContext;
 }
 
+std::uint64_t UIView::newId() {
+    static std::uint64_t last = 0;
+    return ++last;
+}
+
 UIView::~UIView() {
     for (const auto& view : subviews_)
         view->superview_ = nullptr;
-}
-
-bool UIView::init() {
-    return initWithFrame({});
 }
 
 bool UIView::initWithFrame(const CGRect& frame) {
@@ -67,14 +68,6 @@ void UIView::setFrame(const CGRect& frame) {
 void UIView::setCenter(CGPoint center) {
     center_ = center;
     frame_.origin = {center.x - frame_.size.width / 2, center.y - frame_.size.height / 2};
-}
-
-void UIView::addSubview(std::shared_ptr<UIView> view) {
-    attach(std::move(view), nullptr);
-}
-
-void UIView::insertSubview(std::shared_ptr<UIView> view, const UIView& aboveSubview) {
-    attach(std::move(view), &aboveSubview);
 }
 
 void UIView::attach(std::shared_ptr<UIView> view, const UIView* above) {
@@ -103,20 +96,11 @@ void UIView::detach() {
         std::find_if(siblings.begin(), siblings.end(), [this](const auto& view) { return view.get() == this; }));
 }
 
-void UIView::willMoveToSuperview(UIView* /*newSuperview*/) {
-}
-
-void UIView::layoutSubviews() {
-}
-
 void UIView::layoutIfNeeded() {
     if (std::exchange(needsLayout_, false)) layoutSubviews();
     const auto views = subviews_; // laying one out may bring another
     for (const auto& view : views)
         view->layoutIfNeeded();
-}
-
-void UIView::drawRect(const CGRect& /*rect*/) {
 }
 
 void UIView::contentsChanged() const {
@@ -152,10 +136,6 @@ void UIView::touchesEnded(const UITouches& touches, const UIEvent& event) {
 
 void UIView::touchesCancelled(const UITouches& touches, const UIEvent& event) {
     if (superview_) superview_->touchesCancelled(touches, event);
-}
-
-std::vector<UIAccessibilityElement> UIView::accessibilityElements() const {
-    return {};
 }
 
 std::shared_ptr<UIView> hitTest(const std::shared_ptr<UIView>& view, CGPoint point) {

@@ -7,6 +7,7 @@
 #include "platform/ui/UIAccessibilityElement.h"
 #include "platform/ui/UIColor.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -39,7 +40,7 @@ class PLATFORM_EXPORT UIView : public NSObject {
     ~UIView() override;
 
     /// Calls initWithFrame() with an empty frame.
-    virtual bool init();
+    virtual bool init() { return initWithFrame({}); }
     /// Subclasses build themselves completely here. False makes make<T>(frame) give null.
     virtual bool initWithFrame(const CGRect& frame);
 
@@ -79,12 +80,14 @@ class PLATFORM_EXPORT UIView : public NSObject {
     /// Back to front.
     [[nodiscard]] const std::vector<std::shared_ptr<UIView>>& subviews() const { return subviews_; }
     /// Puts the view in front of the others, taking it from its former parent.
-    void addSubview(std::shared_ptr<UIView> view);
+    void addSubview(std::shared_ptr<UIView> view) { attach(std::move(view), nullptr); }
     /// Puts the view directly in front of one that is in this view; in front of all when that one is not.
-    void insertSubview(std::shared_ptr<UIView> view, const UIView& aboveSubview);
+    void insertSubview(std::shared_ptr<UIView> view, const UIView& aboveSubview) {
+        attach(std::move(view), &aboveSubview);
+    }
     void removeFromSuperview();
     /// The view is about to enter another parent, or none. By default does nothing.
-    virtual void willMoveToSuperview(UIView* newSuperview);
+    virtual void willMoveToSuperview(UIView* /*newSuperview*/) {}
 
     [[nodiscard]] int tag() const { return tag_; }
     void setTag(int tag) { tag_ = tag; }
@@ -94,14 +97,14 @@ class PLATFORM_EXPORT UIView : public NSObject {
     /// Due at first, when the size changes, and when a subview is added.
     void setNeedsLayout() { needsLayout_ = true; }
     /// Places the subviews. By default does nothing; the masks have been followed already.
-    virtual void layoutSubviews();
+    virtual void layoutSubviews() {}
     /// Lays out the view and all that is in it, as far as it is due.
     void layoutIfNeeded();
 
     /// Due at first; a change of size only stretches what was drawn.
     void setNeedsDisplay() { needsDisplay_ = true; }
     /// Draws into UIGraphicsGetCurrentContext(). By default does nothing.
-    virtual void drawRect(const CGRect& rect);
+    virtual void drawRect(const CGRect& /*rect*/) {}
     /// Draws the view and all that is in it, as far as it is due and they have any size.
     void displayIfNeeded();
     /// Something in this view looks different by itself, after no event: tells who watches it, or a view around it.
@@ -128,7 +131,11 @@ class PLATFORM_EXPORT UIView : public NSObject {
     void setAccessibilityLabel(std::string label) { accessibilityLabel_ = std::move(label); }
     /// What the keyboard and assistive tools can reach in the view, its subviews' own elements aside. By default
     /// nothing.
-    [[nodiscard]] virtual std::vector<UIAccessibilityElement> accessibilityElements() const;
+    [[nodiscard]] virtual std::vector<UIAccessibilityElement> accessibilityElements() const { return {}; }
+
+  protected:
+    /// Tells views apart: no number comes twice in a process.
+    [[nodiscard]] static std::uint64_t newId();
 
   private:
     void attach(std::shared_ptr<UIView> view, const UIView* above);
