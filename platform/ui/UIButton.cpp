@@ -6,16 +6,6 @@
 
 namespace platform {
 
-// Touches stay here instead of going on to the view that the button is in.
-void UIButton::touchesBegan(const UITouches& /*touches*/, const UIEvent& /*event*/) {
-}
-
-void UIButton::touchesMoved(const UITouches& /*touches*/, const UIEvent& /*event*/) {
-}
-
-void UIButton::touchesCancelled(const UITouches& /*touches*/, const UIEvent& /*event*/) {
-}
-
 void UIButton::touchesEnded(const UITouches& touches, const UIEvent& /*event*/) {
     const bool inside = std::any_of(touches.begin(), touches.end(), [this](const auto& touch) {
         return CGRectContainsPoint(bounds(), touch->locationInView(*this));

@@ -21,11 +21,12 @@ class PLATFORM_EXPORT UIButton final : public UIView {
         actions_.push_back({controlEvents, [&target, action](UIButton& sender) { (target.*action)(sender); }});
     }
 
-    void touchesBegan(const UITouches& touches, const UIEvent& event) override;
-    void touchesMoved(const UITouches& touches, const UIEvent& event) override;
-    /// A touch that ends where the button is has pressed it; one that ends elsewhere has not.
+    // Touches stay with the button, instead of going on to the view that it is in.
+    void touchesBegan(const UITouches& /*touches*/, const UIEvent& /*event*/) override {}
+    void touchesMoved(const UITouches& /*touches*/, const UIEvent& /*event*/) override {}
+    /// A touch that ends inside the button has pressed it; one that ends elsewhere has not.
     void touchesEnded(const UITouches& touches, const UIEvent& event) override;
-    void touchesCancelled(const UITouches& touches, const UIEvent& event) override;
+    void touchesCancelled(const UITouches& /*touches*/, const UIEvent& /*event*/) override {}
 
     [[nodiscard]] std::vector<UIAccessibilityElement> accessibilityElements() const override;
 

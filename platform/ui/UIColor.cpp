@@ -5,10 +5,6 @@
 
 namespace platform {
 
-UIColor::UIColor(CGColorSpaceModel model, double red, double green, double blue, double alpha)
-    : model_(model), red_(red), green_(green), blue_(blue), alpha_(alpha) {
-}
-
 UIColorRef UIColor::colorWithRed(double red, double green, double blue, double alpha) {
     return std::make_shared<const UIColor>(CGColorSpaceModel::rgb, red, green, blue, alpha);
 }

@@ -47,7 +47,8 @@ class PLATFORM_EXPORT UIColor {
 
     friend bool operator==(const UIColor&, const UIColor&) = default;
 
-    UIColor(CGColorSpaceModel model, double red, double green, double blue, double alpha);
+    UIColor(CGColorSpaceModel model, double red, double green, double blue, double alpha)
+        : model_(model), red_(red), green_(green), blue_(blue), alpha_(alpha) {}
 
   private:
     CGColorSpaceModel model_;

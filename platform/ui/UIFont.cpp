@@ -10,7 +10,6 @@
 #include <mutex>
 #include <set>
 #include <string_view>
-#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -27,15 +26,14 @@ struct InstalledFont {
     std::string file;
     int index = 0;
 
-    friend bool operator<(const InstalledFont& a, const InstalledFont& b) {
-        return std::tie(a.family, a.name, a.file, a.index) < std::tie(b.family, b.name, b.file, b.index);
-    }
+    // NOLINTNEXTLINE(modernize-use-nullptr): the check sees a null in what the compiler writes here
+    friend auto operator<=>(const InstalledFont&, const InstalledFont&) = default;
 };
 
 /// What was installed at one look. Never changes.
 struct Installed {
     explicit Installed(std::vector<InstalledFont> found) : fonts(std::move(found)) {
-        std::sort(fonts.begin(), fonts.end());
+        std::ranges::sort(fonts);
         for (const InstalledFont& font : fonts) {
             families[font.family].push_back(&font);
             byName.emplace(font.name, &font);
@@ -99,7 +97,7 @@ class Namer {
         std::string name = text(pattern, FC_POSTSCRIPT_NAME);
         std::string fullName = text(pattern, FC_FULLNAME);
         if (fullName.empty()) return name;
-        if (name.empty() || std::any_of(name.begin(), name.end(), [](unsigned char sign) { return sign > 126; }))
+        if (name.empty() || std::ranges::any_of(name, [](unsigned char sign) { return sign > 126; }))
             return fullName; // a real name is ASCII
         if (name == fullName || !looksMadeUp(pattern, name)) return name;
         if (++filesRead_ > kMostFilesRead) return name == font.family ? name : fullName; // what is likely
@@ -121,13 +119,10 @@ class Namer {
     int filesRead_ = 0;
 };
 
-/// Of a variable font there is an entry for all that it can be, beside one for each of its instances.
-bool standsForAll(const FcPattern* pattern) {
-    return flag(pattern, FC_VARIABLE);
-}
-
 std::vector<InstalledFont> fontsIn(const FcFontSet& set) {
     const std::vector<const FcPattern*> patterns(set.fonts, set.fonts + set.nfont);
+    // Of a variable font there is an entry for all that it can be, beside one for each of its instances.
+    const auto standsForAll = [](const FcPattern* pattern) { return flag(pattern, FC_VARIABLE); };
     const auto faceOf = [](const FcPattern* pattern) {
         return std::pair(text(pattern, FC_FILE), number(pattern, FC_INDEX) & 0xFFFF);
     };
@@ -179,10 +174,6 @@ std::shared_ptr<const Installed> atLastLook() {
 }
 
 } // namespace
-
-UIFont::UIFont(std::string name, double size, std::filesystem::path file, int index)
-    : name_(std::move(name)), size_(size), file_(std::move(file)), index_(index) {
-}
 
 std::vector<std::string> UIFont::familyNames() {
     std::vector<std::string> names;

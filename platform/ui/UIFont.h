@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -41,7 +42,8 @@ class PLATFORM_EXPORT UIFont {
     [[nodiscard]] const std::filesystem::path& file() const { return file_; }
     [[nodiscard]] int index() const { return index_; }
 
-    UIFont(std::string name, double size, std::filesystem::path file, int index);
+    UIFont(std::string name, double size, std::filesystem::path file, int index)
+        : name_(std::move(name)), size_(size), file_(std::move(file)), index_(index) {}
     friend bool operator==(const UIFont&, const UIFont&) = default;
 
   private:

@@ -20,7 +20,4 @@ UIImageRef UIImage::imageWithContentsOfFile(const std::filesystem::path& path) {
     return std::make_shared<const UIImage>(*size, std::move(once), std::move(twice));
 }
 
-UIImage::UIImage(CGSize size, Data once, Data twice) : size_(size), once_(std::move(once)), twice_(std::move(twice)) {
-}
-
 } // namespace platform

@@ -23,7 +23,7 @@ class PLATFORM_EXPORT UIImage {
     /// The encoded file for a screen of so many pixels a point, the next better one where there is a choice.
     [[nodiscard]] const Data& encoded(double scale) const { return scale > 1 && !twice_.empty() ? twice_ : once_; }
 
-    UIImage(CGSize size, Data once, Data twice);
+    UIImage(CGSize size, Data once, Data twice) : size_(size), once_(std::move(once)), twice_(std::move(twice)) {}
 
   private:
     CGSize size_;

@@ -11,7 +11,10 @@ class PLATFORM_EXPORT UIImageView final : public UIView {
     UIImageView() { setUserInteractionEnabled(false); }
 
     /// As large as the picture.
-    bool initWithImage(UIImageRef image);
+    bool initWithImage(UIImageRef image) {
+        image_ = std::move(image);
+        return initWithFrame({{0, 0}, image_ ? image_->size() : CGSize{}});
+    }
 
     /// Null is nothing.
     [[nodiscard]] const UIImageRef& image() const { return image_; }
