@@ -27,11 +27,11 @@ Channel::Channel(std::string token)
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
-void Channel::say(std::size_t index, char verdict, const std::string& text) const {
+void Channel::say(std::size_t index, char answer, const std::string& text) const {
     if (::getpid() != process_) ::_exit(1);
     std::fflush(nullptr); // what a plug-in has printed so far is its own
-    const std::string answer = platform::probeAnswerLine(token_, index, verdict, text.size()) + text;
-    if (!out_.write(answer.data(), answer.size())) ::_exit(1);
+    const std::string bytes = platform::probeAnswerLine(token_, index, answer, text.size()) + text;
+    if (!out_.write(bytes.data(), bytes.size())) ::_exit(1);
 }
 
 } // namespace lumora

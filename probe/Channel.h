@@ -21,7 +21,7 @@ class Channel {
     explicit Channel(std::string token);
 
     /// Ends the process if the parent is gone, or if the process is a copy that a plug-in has made.
-    void say(std::size_t index, char verdict, const std::string& text) const;
+    void say(std::size_t index, char answer, const std::string& text) const;
 
   private:
     std::string token_;

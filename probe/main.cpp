@@ -1,9 +1,9 @@
-// lumora-probe: loads strangers' code and asks it what the Settings application would ask, so that what that does to a
-// process is done to this one. Nobody calls it by hand; platform::probe() does, which names
+// lumora-probe loads strangers' code and asks it what the Settings application would ask, so that any harm is done to
+// this process. platform::probe() calls it
 //
 //     lumora-probe TOKEN ROOT KIND REPORT PATH…
 //
-// and hears of each path, in order, whether it left the process alone, and on request what it answered.
+// and hears of each path, in order, whether its code left the process alone, and on request what it answered.
 
 #include "lists/PluginDiscovery.h"
 #include "platform/foundation/DeviceRoot.h"
@@ -26,8 +26,9 @@ using platform::Dictionary;
 using platform::ForeignCode;
 using platform::NSBundle;
 using platform::Result;
+using Verdict = platform::Probed::Verdict;
 
-/// A text beyond that is a plug-in's joke, and told in part.
+/// In bytes; a longer text is a plug-in's joke, and is cut.
 constexpr std::size_t kLongestText = 4096;
 
 std::string shortened(const std::string& text) {
@@ -56,7 +57,7 @@ void tryApplicationList(const std::filesystem::path& library) {
     const auto* list = platform::ALApplicationList::sharedApplicationList();
     if (!list) return;
     std::ignore = list->applications();
-    std::ignore = list->iconOfSize(29, ""); // of no application: pictures are not what is tried
+    std::ignore = list->iconOfSize(29, ""); // of no application: the library is tried, no picture
 }
 
 std::string encoded(const Dictionary& answers) {
@@ -95,11 +96,9 @@ int main(int argc, char** argv) {
                 tryApplicationList(code);
             sound = traps.check();
         }
-        const char bad = unread ? platform::kUndecidedAnswer : platform::kDangerousAnswer;
-        channel.say(index, sound ? platform::kSafeAnswer : bad,
-                    !sound  ? sound.error()
-                    : tells ? encoded(answers)
-                            : std::string());
+        const Verdict verdict = sound ? Verdict::safe : unread ? Verdict::undecided : Verdict::dangerous;
+        const std::string told = tells ? encoded(answers) : std::string();
+        channel.say(index, static_cast<char>(verdict), sound ? told : sound.error());
     }
     ::_exit(0); // without the destructors of what was loaded, which Settings does not run either
 }

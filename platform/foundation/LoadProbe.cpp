@@ -48,13 +48,9 @@ std::string howItEnded(int status) {
     return "it ends the process, with exit status " + std::to_string(WEXITSTATUS(status));
 }
 
-/// Whoever is killed may have done so itself, or the system has, which had no memory left.
+/// A process that is killed may have done so itself, or the system has for want of memory.
 Verdict verdictOnEnd(int status) {
     return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL ? Verdict::undecided : Verdict::dangerous;
-}
-
-Verdict verdictOf(char answer) {
-    return answer == kSafeAnswer ? Verdict::safe : answer == kUndecidedAnswer ? Verdict::undecided : Verdict::dangerous;
 }
 
 /// One probe on its way along the paths.
@@ -110,13 +106,16 @@ class Walk {
         if (last == std::string::npos || last == 0) return scribble();
         std::from_chars(line.data() + last + 1, line.data() + end, length);
         const char answer = line[last - 1];
-        if (length > kMostTold || line != probeAnswerLine(token_, index, answer, length)) return scribble();
+        if (length > kMostTold || std::string_view("sdu").find(answer) == std::string_view::npos ||
+            line != probeAnswerLine(token_, index, answer, length))
+            return scribble();
         if (unread_.size() < line.size() + length) return {std::nullopt};
         const std::string text = unread_.substr(line.size(), length);
         unread_.erase(0, line.size() + length);
-        Probed probed{verdictOf(answer), {}, {}, child_->printed()};
-        if (answer != kSafeAnswer) probed.why = text;
-        if (answer != kSafeAnswer || text.empty()) return {probed};
+        Probed probed{static_cast<Verdict>(answer), {}, {}, child_->printed()};
+        const bool safe = probed.verdict == Verdict::safe;
+        if (!safe) probed.why = text;
+        if (!safe || text.empty()) return {probed};
         const Result<Value> told = readPropertyList(Data(text.begin(), text.end()));
         if (told && told.value().dictionary()) probed.told = *told.value().dictionary();
         if (probed.told.empty()) return scribble();
@@ -193,8 +192,8 @@ class Errand {
 
 } // namespace
 
-std::string probeAnswerLine(const std::string& token, std::size_t index, char verdict, std::size_t length) {
-    return token + " " + std::to_string(index) + " " + verdict + " " + std::to_string(length) + "\n";
+std::string probeAnswerLine(const std::string& token, std::size_t index, char answer, std::size_t length) {
+    return token + " " + std::to_string(index) + " " + answer + " " + std::to_string(length) + "\n";
 }
 
 std::vector<Probed> probe(ForeignCode kind, const std::vector<fs::path>& paths, ProbeReport report,

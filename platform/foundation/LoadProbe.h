@@ -21,11 +21,12 @@ struct ProbeLimits {
 
 /// What came of trying one.
 struct Probed {
-    enum class Verdict : unsigned char {
-        safe,      ///< it leaves its process alone, which is not to say that it is any good
-        dangerous, ///< it ends or damages the process that it is in
-        undecided, ///< it took too long, was killed or could not be read, and may pass another time
-        untried,   ///< there is no process to try it in
+    /// The letters are those of the probe's answers, and of the verdicts that are kept on disk.
+    enum class Verdict : char {
+        safe = 's',      ///< it leaves its process alone, which is not to say that it is any good
+        dangerous = 'd', ///< it ends or damages the process that it is in
+        undecided = 'u', ///< it took too long, was killed or could not be read, and may pass another time
+        untried = '-',   ///< there is no process to try it in
     };
     Verdict verdict = Verdict::untried;
     std::string why;     ///< unless it is safe
@@ -36,15 +37,11 @@ struct Probed {
 /// Whether the probe only tries all, many in one process, or tells what each answers, in a process of its own.
 enum class ProbeReport : char { verdict = 'v', answers = 'a' };
 
-/// How the probe says that it is ready, and what it says of each.
+/// How the probe says that it is ready, before it gives a verdict on each.
 inline constexpr char kReadyAnswer = 'r';
-inline constexpr char kSafeAnswer = 's';
-inline constexpr char kDangerousAnswer = 'd';
-inline constexpr char kUndecidedAnswer = 'u';
 
 /// Has `lumora-probe` load each and ask it all that this process would ask. One that ends the probe or takes too long
-/// costs only itself: another probe goes on behind it. Whatever does not pass behind others is tried again without
-/// them.
+/// costs only itself: another probe goes on behind it. One that fails behind others is tried again without them.
 ///
 ///     for (const Probed& plugin : probe(ForeignCode::plugin, bundles, ProbeReport::answers, {})) …
 ///
@@ -52,8 +49,8 @@ inline constexpr char kUndecidedAnswer = 'u';
 [[nodiscard]] PLATFORM_EXPORT std::vector<Probed>
 probe(ForeignCode kind, const std::vector<std::filesystem::path>& paths, ProbeReport report, const ProbeLimits& limits);
 
-/// The probe's own half of the conversation, as the line that goes ahead of each answer of `length` bytes.
-[[nodiscard]] PLATFORM_EXPORT std::string probeAnswerLine(const std::string& token, std::size_t index, char verdict,
+/// The line that the probe writes ahead of each answer of `length` bytes.
+[[nodiscard]] PLATFORM_EXPORT std::string probeAnswerLine(const std::string& token, std::size_t index, char answer,
                                                           std::size_t length);
 
 } // namespace platform

@@ -7,13 +7,13 @@
 #include "platform/foundation/RegularFile.h"
 #include "platform/foundation/UserFolder.h"
 
-#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <mutex>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -25,24 +25,20 @@ namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
+using Verdict = Probed::Verdict;
 
 constexpr std::size_t kLargest = std::size_t{4} << 20;
 constexpr std::string_view kFormat = "lumora-probed 2";
-constexpr char kSafe = 's';
-constexpr char kDangerous = 'd';
-constexpr char kUndecided = 'u'; ///< in this process alone
 
 /// Which file that is and in which state; nothing when there is none.
 std::optional<std::string> stateOf(const fs::path& file, bool asCode) {
     struct stat facts {};
     if (::stat(file.c_str(), &facts) != 0 || (asCode && !S_ISREG(facts.st_mode))) return std::nullopt;
-    std::array<char, 160> text{};
-    const int length = std::snprintf(
-        text.data(), text.size(), "%llx:%llx:%llx:%llx.%lx:%llx.%lx", static_cast<unsigned long long>(facts.st_dev),
-        static_cast<unsigned long long>(facts.st_ino), static_cast<unsigned long long>(facts.st_size),
-        static_cast<unsigned long long>(facts.st_mtim.tv_sec), static_cast<unsigned long>(facts.st_mtim.tv_nsec),
-        static_cast<unsigned long long>(facts.st_ctim.tv_sec), static_cast<unsigned long>(facts.st_ctim.tv_nsec));
-    return std::string(text.data(), static_cast<std::size_t>(length));
+    std::ostringstream state;
+    state << std::hex << facts.st_dev << ':' << facts.st_ino << ':' << facts.st_size;
+    for (const timespec& time : {facts.st_mtim, facts.st_ctim})
+        state << ':' << time.tv_sec << '.' << time.tv_nsec;
+    return state.str();
 }
 
 /// All of the candidate's files; nothing when there is no shared object.
@@ -83,12 +79,14 @@ class KeptVerdicts {
         read();
     }
 
-    [[nodiscard]] char find(const std::string& name, const std::string& state) const {
+    /// Untried unless there is a verdict on the candidate in this state.
+    [[nodiscard]] Verdict find(const std::string& name, const std::string& state) const {
         const auto found = verdicts_.find(name);
-        return found != verdicts_.end() && found->second.substr(2) == state ? found->second.front() : '\0';
+        const bool known = found != verdicts_.end() && found->second.substr(2) == state;
+        return known ? static_cast<Verdict>(found->second.front()) : Verdict::untried;
     }
-    void keep(const std::string& name, const std::string& state, char verdict) {
-        fresh_[name] = std::string{verdict, ' '} + state;
+    void keep(const std::string& name, const std::string& state, Verdict verdict) {
+        fresh_[name] = std::string{static_cast<char>(verdict), ' '} + state;
     }
     /// False when not all verdicts can be found there again.
     [[nodiscard]] bool write() const {
@@ -160,20 +158,19 @@ class Remembered {
         static auto& remembered = *new Remembered;
         return remembered;
     }
-    /// Zero for what is not remembered.
-    [[nodiscard]] char find(const std::string& which) {
+    [[nodiscard]] Verdict find(const std::string& which) {
         const std::lock_guard lock(mutex_);
         const auto found = verdicts_.find(which);
-        return found != verdicts_.end() ? found->second : '\0';
+        return found != verdicts_.end() ? found->second : Verdict::untried;
     }
-    void add(std::string which, char verdict) {
+    void add(std::string which, Verdict verdict) {
         const std::lock_guard lock(mutex_);
         verdicts_[std::move(which)] = verdict;
     }
 
   private:
     std::mutex mutex_;
-    std::unordered_map<std::string, char> verdicts_;
+    std::unordered_map<std::string, Verdict> verdicts_;
 };
 
 void complainOnce(const std::string& why) {
@@ -202,35 +199,30 @@ std::vector<bool> mayBeLoaded(ForeignCode kind, const std::vector<LoadCandidate>
         const auto state = stateOf(candidates[i]);
         if (!state) continue;
         Unknown which{i, static_cast<char>(kind) + candidates[i].path.native(), *state};
-        char verdict = kept.find(which.name, which.state);
-        if (!verdict) verdict = remembered.find(key(which));
-        allowed[i] = verdict == kSafe;
-        if (verdict) continue;
+        Verdict verdict = kept.find(which.name, which.state);
+        if (verdict == Verdict::untried) verdict = remembered.find(key(which));
+        allowed[i] = verdict == Verdict::safe;
+        if (verdict != Verdict::untried) continue;
         paths.push_back(candidates[i].path);
         unknown.push_back(std::move(which));
     }
     if (unknown.empty()) return allowed;
 
     const std::vector<Probed> probed = probe(kind, paths, ProbeReport::verdict, limits);
-    std::vector<std::pair<std::string, char>> fresh;
+    std::vector<std::pair<std::string, Verdict>> fresh;
     for (std::size_t i = 0; i < unknown.size(); ++i) {
         const Unknown& which = unknown[i];
         // What has changed meanwhile may not be what was tried: it is refused this once.
         if (stateOf(candidates[which.index]) != which.state) continue;
-        switch (probed[i].verdict) {
-        case Probed::Verdict::safe:
-        case Probed::Verdict::dangerous: {
-            allowed[which.index] = probed[i].verdict == Probed::Verdict::safe;
-            const char verdict = allowed[which.index] ? kSafe : kDangerous;
+        const Verdict verdict = probed[i].verdict;
+        allowed[which.index] = verdict == Verdict::safe;
+        if (verdict == Verdict::untried) {
+            complainOnce(probed[i].why);
+        } else if (verdict == Verdict::undecided) {
+            remembered.add(key(which), verdict);
+        } else {
             kept.keep(which.name, which.state, verdict);
             fresh.emplace_back(key(which), verdict);
-            break;
-        }
-        case Probed::Verdict::undecided:
-            remembered.add(key(which), kUndecided);
-            break;
-        case Probed::Verdict::untried:
-            complainOnce(probed[i].why);
         }
     }
     // Silent: what cannot be kept is probed again at the next start, and nothing else is lost.

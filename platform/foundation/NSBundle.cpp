@@ -1,7 +1,7 @@
 #include "platform/foundation/NSBundle.h"
 
+#include "platform/foundation/FileContents.h"
 #include "platform/foundation/PropertyList.h"
-#include "platform/foundation/RegularFile.h"
 #include "platform/foundation/SharedObject.h"
 
 #include <algorithm>
@@ -11,15 +11,8 @@
 namespace platform {
 namespace {
 
-/// Far more than any Info.plist has; a longer one is broken.
-constexpr std::uint64_t kLongestInfo = std::uint64_t{1} << 24;
-
 Dictionary readInfo(const std::filesystem::path& folder) {
-    const RegularFile file(folder / "Info.plist");
-    if (!file || file.size() > kLongestInfo) return {};
-    Data bytes(file.size());
-    if (!file.read(0, bytes.data(), bytes.size())) return {};
-    const Result<Value> info = readPropertyList(bytes);
+    const Result<Value> info = readPropertyList(dataWithContentsOfFile(folder / "Info.plist").value_or(Data()));
     return info && info.value().dictionary() ? *info.value().dictionary() : Dictionary{};
 }
 
