@@ -8,18 +8,18 @@
 
 namespace platform {
 
-/// One object of a binary property list, as it lies in the bytes. Nothing is copied.
+/// One object of a binary property list as it lies in the bytes, of which nothing is copied.
 struct BinaryObject {
     enum class Kind : std::uint8_t { null, boolean, integer, real, date, data, ascii, utf16, uid, list, dictionary };
 
     [[nodiscard]] bool isText() const { return kind == Kind::ascii || kind == Kind::utf16; }
 
     Kind kind = Kind::null;
-    std::int64_t integer = 0;               ///< of a boolean, integer or UID
-    double real = 0;                        ///< of a real, or a date's seconds
+    std::int64_t integer = 0;               ///< a boolean, integer or UID
+    double real = 0;                        ///< a real, or a date's seconds
     const std::uint8_t* contents = nullptr; ///< bytes, UTF-16 units, or references
     std::size_t count = 0;                  ///< bytes, UTF-16 units, or entries
-    std::size_t contentsSize = 0;           ///< the same in bytes
+    std::size_t contentsSize = 0;           ///< of the contents, in bytes
 };
 
 /// The structure of a binary property list: finds objects by reference, and checks every offset, count and reference
@@ -29,9 +29,9 @@ struct BinaryObject {
 ///     BinaryObject root;
 ///     if (reader && reader->read(reader->root(), root)) …
 ///
-/// The bytes must outlive it. One thread. What reads here, and what reads on top of this, tells by a bool whether it has
-/// succeeded and fills what it is handed, without a Result around each of the thousands of objects in an archive; whoever
-/// asked for the whole gets one, made of problem().
+/// The bytes must outlive the reader. One thread. An archive has thousands of objects, so neither this class nor the
+/// decoders on top of it make a Result for each: an operation returns a bool and fills what it is handed. Only the whole
+/// becomes a Result, made of problem().
 class BinaryReader {
   public:
     /// What a binary property list begins with, and how many bytes its end has.
@@ -49,23 +49,23 @@ class BinaryReader {
     [[nodiscard]] bool read(std::size_t reference, BinaryObject& object);
     /// The same for an object that must be a UID.
     [[nodiscard]] bool readUid(std::size_t reference, std::size_t& uid);
-    /// Whether a text's contents are sound. Takes as long as they are, so their cost is counted first.
+    /// Whether a text's contents are sound. Takes time in proportion to their length, so charge for them first.
     [[nodiscard]] bool checkText(const BinaryObject& object);
-    /// The contents of a text that was checked; as they lie in the bytes, if they are ASCII.
+    /// The contents of a text that has passed checkText(): an ASCII text in place, any text as a copy.
     [[nodiscard]] static std::string_view asciiText(const BinaryObject& object) {
         return {reinterpret_cast<const char*>(object.contents), object.count};
     }
     [[nodiscard]] static std::string text(const BinaryObject& object);
-    /// Always false, for whoever reads on top of this to give a reason in its turn.
+    /// Always false, so that a decoder can return it. Sets problem().
     bool fail(const char* problem) {
         problem_ = problem;
         return false;
     }
     [[nodiscard]] const char* problem() const { return problem_; }
-    /// How many references were followed so far.
+    /// How many references have been followed so far.
     [[nodiscard]] std::size_t visits() const { return visits_; }
 
-    /// The numbers of a list's entries, of a dictionary's keys and of its values; index < count.
+    /// References to a list's entries, and to a dictionary's keys and values; index < count.
     [[nodiscard]] std::size_t entry(const BinaryObject& list, std::size_t index) {
         ++visits_;
         return bigEndian(list.contents + index * referenceSize_, referenceSize_);
@@ -77,7 +77,7 @@ class BinaryReader {
         return entry(dictionary, dictionary.count + index);
     }
 
-    /// Whether an object is the given text, which is ASCII.
+    /// Whether an object is this ASCII text.
     [[nodiscard]] static bool equals(const BinaryObject& object, std::string_view text);
 
   private:

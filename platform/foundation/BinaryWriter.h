@@ -15,21 +15,21 @@ namespace platform {
 ///     writer.text(1, "hello");
 ///     Data bytes = std::move(writer).finish();
 ///
-/// Objects are numbered by the caller, 0 is the root, and come in any order; each is written exactly once.
+/// The caller numbers the objects, 0 is the root, and writes each exactly once, in any order. One thread.
 class BinaryWriter {
   public:
-    /// No number may reach objectBound, which decides how wide references are. The size is a guess.
+    /// Every number is below objectBound, which decides how wide references are. The size in bytes is a guess.
     BinaryWriter(std::size_t objectBound, std::size_t expectedSize);
 
     /// A boolean, integer, real, date or data.
     void scalar(std::size_t number, const Value& value);
     void integer(std::size_t number, std::int64_t integer);
     void real(std::size_t number, double real);
-    /// ASCII if every character is, else UTF-16; bytes that are no UTF-8 become the replacement character.
+    /// Written as ASCII if every character is, else as UTF-16. A byte that is not UTF-8 becomes U+FFFD.
     void text(std::size_t number, std::string_view text);
     void uid(std::size_t number, std::size_t uid);
 
-    /// So many references follow, for a dictionary first those of all keys, then those of all values.
+    /// The caller goes on with `count` references; for a dictionary with those of all keys, then of all values.
     void list(std::size_t number, std::size_t count);
     void dictionary(std::size_t number, std::size_t count);
     void reference(std::size_t number);

@@ -23,7 +23,7 @@ namespace {
 using std::chrono::nanoseconds;
 using std::chrono::steady_clock;
 
-/// Of what a child prints, nothing beyond this is kept.
+/// In bytes, of what a child prints.
 constexpr std::size_t kMostKept = 4096;
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -47,12 +47,12 @@ struct Ends {
     FileDescriptor theirs;
 };
 
-/// Everything that the child does before it is another program; all of it is prepared, since after fork() in a process
-/// with threads only what may be called in a signal handler may be called.
+/// Everything that the child does before it becomes another program. All of it is prepared: in the child of a process
+/// with threads, only what is safe in a signal handler may be called.
 struct Birth {
     pid_t parent = 0;
     std::array<int, 3> standard{};
-    int fault = -1; ///< is told why the program does not start
+    int fault = -1; ///< where to tell why the program does not start
     std::array<std::pair<decltype(RLIMIT_AS), rlimit>, 4> limits{};
     sigset_t noSignals{};
     char* const* arguments = nullptr;
@@ -68,16 +68,16 @@ struct Birth {
     void become() const {
         ::setpgid(0, 0);
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (::getppid() != parent) ::_exit(127); // it died before it was known to be watched
+        if (::getppid() != parent) ::_exit(127); // the parent died before the call above
         for (int number = 1; number < NSIG; ++number)
             std::signal(number, SIG_DFL);
-        // Out of the way of the three places first: any of these may stand in another's.
+        // First out of the way: any of these may stand in the place of another.
         std::array<int, 3> moved{};
         for (std::size_t i = 0; i < standard.size(); ++i)
             moved[i] = ::fcntl(standard[i], F_DUPFD_CLOEXEC, 3);
         for (std::size_t i = 0; i < standard.size(); ++i)
             if (::dup2(moved[i], int(i)) < 0) return;
-        // Each program closes by itself what is to be closed then; this is for what others left open.
+        // Descriptors of ours are closed on exec anyway; this closes those that libraries left open.
         if (::close_range(3, ~0U, CLOSE_RANGE_CLOEXEC) != 0) return;
         for (const auto& [what, limit] : limits)
             if (::setrlimit(what, &limit) != 0) return;
@@ -86,7 +86,7 @@ struct Birth {
     }
 };
 
-/// Kept to what the process may have itself.
+/// Never beyond the limits of this process.
 rlimit limitTo(decltype(RLIMIT_AS) what, std::uint64_t most, std::uint64_t grace = 0) {
     rlimit limit{};
     ::getrlimit(what, &limit);
@@ -96,7 +96,7 @@ rlimit limitTo(decltype(RLIMIT_AS) what, std::uint64_t most, std::uint64_t grace
     return limit;
 }
 
-/// The child's number, or what kept it from being the program.
+/// The child's number, or why it did not become the program.
 Result<pid_t> give(Birth& birth) {
     Ends fault;
     if (!fault) return Result<pid_t>::failure(std::strerror(errno));
@@ -204,9 +204,9 @@ ChildProcess::Heard ChildProcess::awaitEnd(const Patience& patience) {
 /// Until the file is ready, the child has ended or its time is over.
 ChildProcess::Heard ChildProcess::wait(int file, short events, const Patience& patience) {
     using std::chrono::milliseconds;
-    constexpr milliseconds slice(20); // of one thread, which uses no processor time ahead of the clock; many use more
+    constexpr milliseconds slice(20); // how far a child of one thread may overrun its processor time; of many, further
     for (;;) {
-        // The end is looked for first: whoever is seen to have ended before the file is looked at has said everything.
+        // The end comes first in the list: a child seen to have ended before its file is looked at has said everything.
         std::array<pollfd, 3> watched{pollfd{ending_.number(), POLLIN, 0}, pollfd{file, events, 0},
                                       pollfd{prints_.number(), POLLIN, 0}};
         const auto left = std::chrono::ceil<milliseconds>(patience.until - steady_clock::now());
@@ -231,7 +231,7 @@ void ChildProcess::takePrints() {
 
 nanoseconds ChildProcess::processorTime() const {
     timespec used{};
-    // Silent: of a child that has ended there is no such clock, and there is nothing left to limit.
+    // Silent: a child that has ended has no such clock, and nothing left to limit.
     if (id_ < 0 || ::clock_gettime(clock_, &used) != 0) return {};
     return std::chrono::seconds(used.tv_sec) + nanoseconds(used.tv_nsec);
 }

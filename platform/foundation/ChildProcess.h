@@ -15,15 +15,15 @@
 
 namespace platform {
 
-/// How much of the machine a child process may take, counted over its whole life; 0 is no limit.
+/// How much of the machine a child process may take over its whole life; 0 is no limit.
 struct ChildLimits {
     std::chrono::seconds processor{0};
-    std::uint64_t memory = 0; ///< of address space, in bytes; sanitizers reserve far more than any, and go without
+    std::uint64_t memory = 0; ///< address space in bytes; no limit under sanitizers, which reserve far more
     std::uint64_t descriptors = 0;
 };
 
-/// A program that does what this process must not risk. It is asked on its standard input and answers on its standard
-/// output:
+/// A program that does what this process must not risk. It reads questions from its standard input and writes answers to
+/// its standard output:
 ///
 ///     auto child = ChildProcess::start({helperProgram("lumora-probe").string()}, {.memory = 1 << 30}).value();
 ///     const auto patience = child->patience(10s, 2s);
@@ -31,22 +31,22 @@ struct ChildLimits {
 ///     if (child->send("7\n", patience))
 ///         while (child->receive(answer, 4096, patience) == ChildProcess::Heard::something) …
 ///
-/// It has a process group of its own, no core, and of this process's descriptors none. It dies with the thread that
-/// started it. When this object goes, it is gone, with all that it started and left in its group; what made itself a
-/// session of its own lives on, so nothing here waits for the end of a pipe. One thread at a time.
+/// The child has a process group of its own, leaves no core file, and inherits no other descriptors. It dies with the
+/// thread that started it. Destroying this object ends the child and its group; a process that has left the group lives
+/// on, so nothing here waits for the end of a pipe. One thread at a time.
 class PLATFORM_EXPORT ChildProcess {
   public:
-    /// How long the child may take over one question: by the clock, and of its processor time.
+    /// How long the child may take over one question, by the clock and in processor time.
     struct Patience {
         std::chrono::steady_clock::time_point until;
         std::chrono::nanoseconds processor;
     };
     enum class Heard : unsigned char {
         something,
-        enough,    ///< as much as the caller takes has come before
-        end,       ///< the child has ended or has closed its output, and all that it said was heard
+        enough,    ///< the caller already has as much as it takes
+        end,       ///< the child has ended or closed its output, and everything it said has been heard
         tooLate,   ///< by the clock
-        tooCostly, ///< of processor time
+        tooCostly, ///< in processor time
     };
 
     /// The command is the program's file, then its arguments.
@@ -59,22 +59,22 @@ class PLATFORM_EXPORT ChildProcess {
     /// Patience from now on.
     [[nodiscard]] Patience patience(std::chrono::nanoseconds byTheClock, std::chrono::nanoseconds processor) const;
 
-    /// Hands all of the bytes over; false when the child ends, closes its input or takes too long. Raises no signal.
+    /// Hands over all of the bytes; false when the child ends, closes its input or takes too long. Raises no signal.
     [[nodiscard]] bool send(std::string_view bytes, const Patience& patience);
-    /// Waits for the next bytes and appends them, until `most` are there. What the child prints to its standard error
-    /// meanwhile is taken as well.
+    /// Waits for the next bytes and appends them, up to `most` in all. Meanwhile collects what the child prints to its
+    /// standard error.
     [[nodiscard]] Heard receive(std::string& into, std::size_t most, const Patience& patience);
 
-    /// Waits for the end of the child alone: `end`, or that it takes too long. It is not taken note of before end().
+    /// Waits for nothing but the end of the child: `end`, `tooLate` or `tooCostly`. end() still has to be called.
     [[nodiscard]] Heard awaitEnd(const Patience& patience);
 
-    /// The beginning of what the child has printed to its standard error; after end() all that is kept of it.
+    /// The beginning of what the child has printed to its standard error; complete after end().
     [[nodiscard]] const std::string& printed() const { return printed_; }
-    /// Of the child alone, without those that it started.
+    /// Of the child alone, without the processes that it has started.
     [[nodiscard]] std::chrono::nanoseconds processorTime() const;
     [[nodiscard]] pid_t id() const { return id_; }
 
-    /// Ends the child and its group; how it ended, as waitpid() says it. The same answer ever after.
+    /// Ends the child and its group. The status of waitpid(), each time.
     int end();
 
   private:

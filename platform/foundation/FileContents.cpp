@@ -15,7 +15,7 @@ std::optional<Bytes> contents(const std::filesystem::path& path) {
     try {
         Bytes bytes(static_cast<std::size_t>(file.size()), {});
         if (file.read(0, bytes.data(), bytes.size())) return bytes;
-    } catch (const std::bad_alloc&) { // to whoever asks, there is no such file
+    } catch (const std::bad_alloc&) { // the caller sees no such file
     }
     return std::nullopt;
 }

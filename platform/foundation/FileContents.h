@@ -10,14 +10,14 @@
 
 namespace platform {
 
-/// The most that a file may hold to be read whole, in bytes: as much as a message between processes.
+/// The size in bytes up to which a file is read whole: that of the largest message between processes.
 inline constexpr std::uint64_t kLargestFileContents = 64ULL << 20U;
 
-/// The bytes of a plain file; nothing when it is missing, cannot be read, is no plain file, or is larger than that.
+/// The bytes of a plain file; nothing when it is missing, unreadable, larger than that, or anything but a plain file.
 /// Any thread.
 [[nodiscard]] PLATFORM_EXPORT std::optional<Data> dataWithContentsOfFile(const std::filesystem::path& path);
 
-/// The text of a plain file in UTF-8; nothing when it cannot be read as above or is something else. Any thread.
+/// The same for a text; nothing, too, when it is not UTF-8. Any thread.
 [[nodiscard]] PLATFORM_EXPORT std::optional<std::string> stringWithContentsOfFile(const std::filesystem::path& path);
 
 } // namespace platform

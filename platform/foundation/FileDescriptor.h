@@ -8,7 +8,7 @@
 
 namespace platform {
 
-/// Owns one open descriptor, or none.
+/// Owns one open descriptor, or none. One thread at a time.
 ///
 ///     const FileDescriptor folder(::open("/tmp", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 ///     if (!folder) complain(errno);
@@ -38,16 +38,16 @@ class FileDescriptor {
         }
         return true;
     }
-    /// Hands the descriptor over to whoever closes it then.
+    /// Hands over the descriptor, which the caller has to close.
     [[nodiscard]] int release() { return std::exchange(number_, -1); }
-    /// False when that fails, with the reason in errno: not all that was written has arrived then.
+    /// False when that fails, with the reason in errno: some of what was written is lost then.
     bool close() { return number_ < 0 || ::close(release()) == 0; }
 
   private:
     int number_ = -1;
 };
 
-/// A pipe, or two empty ends where none is to be had, with the reason in errno.
+/// A pipe; both ends are empty, with the reason in errno, when the system gives none.
 struct Pipe {
     explicit Pipe(int flags = O_CLOEXEC) {
         int ends[2];

@@ -8,30 +8,30 @@
 
 namespace platform {
 
-/// A value laid out as a row of numbered objects, as both written forms need it: containers refer to their entries by
-/// number, and equal texts are one object. The value must outlive it.
+/// A value laid out as a row of numbered objects, which both written forms need: containers refer to their entries by
+/// number, and equal texts are one object. The value must outlive it. One thread.
 class Flattening {
   public:
     /// Stands for nil among the references.
     static constexpr std::uint32_t nil = UINT32_MAX;
 
-    /// Either a value or the text of a dictionary's key.
+    /// A value, or the text of a dictionary's key.
     struct Object {
         const Value* value;                   ///< null for a key
-        std::optional<std::string_view> text; ///< nothing for all but texts
+        std::optional<std::string_view> text; ///< of a text or a key
         std::uint32_t firstReference;
         std::uint32_t count; ///< a container's entries; a text's uses
     };
 
-    /// Fails on a value that no reader could take: too deep, or too large.
+    /// Fails for a value that is nested too deeply, or too large, for any reader.
     [[nodiscard]] static Result<Flattening> of(const Value& root);
 
-    /// The outermost value comes first; none if that is nil.
+    /// The outermost value comes first. Empty if that is nil.
     [[nodiscard]] const std::vector<Object>& objects() const { return objects_; }
-    /// The numbers of a list's entries; of a dictionary's keys, then of its values.
+    /// The number of an entry of a list; a dictionary has those of its keys, then those of its values.
     [[nodiscard]] std::uint32_t reference(std::size_t index) const { return references_[index]; }
     [[nodiscard]] bool holdsNil() const { return holdsNil_; }
-    /// About how long the texts and data are together.
+    /// About how many bytes the texts and data have together.
     [[nodiscard]] std::size_t contentsSize() const { return contentsSize_; }
 
   private:

@@ -8,9 +8,9 @@
 
 namespace platform {
 
-/// What is in a folder, each with the folder's path in front, in the byte order of the names: the same on every file
-/// system, none of which lists in an order that one could count on. When the folder is missing or cannot be read,
-/// `failed` says so, and what was read before that is all there is. Any thread.
+/// The paths of what is in a folder, each beginning with the folder's own, in the byte order of the names, since file
+/// systems list in no order that can be relied on. When the folder is missing or cannot be read, `failed` says why, and
+/// the paths are those read until then. Any thread.
 ///
 ///     for (const auto& path : contentsOfDirectoryAtPath(folder, failed)) examine(path);
 [[nodiscard]] PLATFORM_EXPORT std::vector<std::filesystem::path>

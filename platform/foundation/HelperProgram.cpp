@@ -10,7 +10,7 @@ fs::path platformLibraryFolder() {
     static const char here = 0;
     Dl_info where{};
     if (dladdr(&here, &where) == 0) return {};
-    // The loader may have come by a link, such as /lib for /usr/lib, from which no other folder is found.
+    // The loader may have followed a link, such as /lib for /usr/lib, from which other folders are not found.
     std::error_code failed;
     fs::path library = fs::canonical(where.dli_fname, failed);
     return (failed ? fs::path(where.dli_fname) : library).parent_path();

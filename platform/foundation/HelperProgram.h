@@ -7,12 +7,12 @@
 
 namespace platform {
 
-/// The folder of the platform library's own file; what belongs to it is found from there, in the build tree and in an
-/// installation under any prefix. Any thread.
+/// The folder of the platform library's own file, from which what belongs to the library is found, in the build tree and
+/// in an installation under any prefix. Empty where the loader does not tell. Any thread.
 [[nodiscard]] std::filesystem::path platformLibraryFolder();
 
-/// A program that nobody calls by hand, such as "lumora-probe", which does what a process of its own does better. It
-/// need not be there. Any thread.
+/// The path of a program such as "lumora-probe", which works for this process and is never called by hand. The program
+/// may be missing. Any thread.
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path helperProgram(const std::string& name);
 
 } // namespace platform

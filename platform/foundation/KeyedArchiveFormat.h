@@ -26,7 +26,7 @@ inline constexpr std::string_view data = "NS.data";
 inline constexpr std::string_view time = "NS.time";
 } // namespace name
 
-/// What the class of an archived object makes of it.
+/// The kind of value that an archived object is, by its class.
 enum class Family : std::uint8_t { dictionary, list, date, data, text, null, unknown };
 
 struct ClassName {

@@ -10,42 +10,44 @@
 
 namespace platform {
 
-/// What is a stranger's code, and so is tried in another process before it is loaded into this one.
+/// The kinds of strangers' code, which is tried in another process before this one loads it.
 enum class ForeignCode : char { plugin = 'p', applicationList = 'a' };
 
-/// How long one may take, by the clock and of processor time.
+/// How long one trial may take, by the clock and in processor time.
 struct ProbeLimits {
     std::chrono::milliseconds clock{10'000};
     std::chrono::milliseconds processor{2'000};
 };
 
-/// What came of trying one.
+/// What came of one trial.
 struct Probed {
     /// The letters are those of the probe's answers, and of the verdicts that are kept on disk.
     enum class Verdict : char {
-        safe = 's',      ///< it leaves its process alone, which is not to say that it is any good
-        dangerous = 'd', ///< it ends or damages the process that it is in
-        undecided = 'u', ///< it took too long, was killed or could not be read, and may pass another time
-        untried = '-',   ///< there is no process to try it in
+        safe = 's',      ///< the code does its process no harm; it may still be of no use
+        dangerous = 'd', ///< the code ends or damages its process
+        undecided = 'u', ///< the code took too long, was killed or could not be read, and may pass another time
+        untried = '-',   ///< there is no process in which to try the code
     };
     Verdict verdict = Verdict::untried;
-    std::string why;     ///< unless it is safe
-    Dictionary told;     ///< what it answers, if it is safe and that was asked for
-    std::string printed; ///< the beginning of what it printed, if it had a process for itself
+    std::string why;     ///< unless the code is safe
+    Dictionary told;     ///< its answers, if it is safe and ProbeReport::answers was asked for
+    std::string printed; ///< the beginning of what it printed, if it had a process to itself
 };
 
-/// Whether the probe only tries all, many in one process, or tells what each answers, in a process of its own.
+/// Whether the probe only gives verdicts, on many in one process, or also tells what each answers, in a process of its
+/// own.
 enum class ProbeReport : char { verdict = 'v', answers = 'a' };
 
-/// How the probe says that it is ready, before it gives a verdict on each.
+/// The probe's word that it is ready, before it gives a verdict on each.
 inline constexpr char kReadyAnswer = 'r';
 
-/// Has `lumora-probe` load each and ask it all that this process would ask. One that ends the probe or takes too long
-/// costs only itself: another probe goes on behind it. One that fails behind others is tried again without them.
+/// Has `lumora-probe` load the code at each path and ask it everything that this process would ask. Code that ends the
+/// probe or takes too long spoils only its own trial: another probe goes on behind it. Code that fails after other code
+/// is tried again without that.
 ///
 ///     for (const Probed& plugin : probe(ForeignCode::plugin, bundles, ProbeReport::answers, {})) …
 ///
-/// Waits; any thread.
+/// The results come in the order of the paths. Waits for all of them; any thread.
 [[nodiscard]] PLATFORM_EXPORT std::vector<Probed>
 probe(ForeignCode kind, const std::vector<std::filesystem::path>& paths, ProbeReport report, const ProbeLimits& limits);
 

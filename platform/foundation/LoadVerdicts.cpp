@@ -30,7 +30,7 @@ using Verdict = Probed::Verdict;
 constexpr std::size_t kLargest = std::size_t{4} << 20;
 constexpr std::string_view kFormat = "lumora-probed 2";
 
-/// Which file that is and in which state; nothing when there is none.
+/// Tells a file and its states apart; nothing when there is no such file.
 std::optional<std::string> stateOf(const fs::path& file, bool asCode) {
     struct stat facts {};
     if (::stat(file.c_str(), &facts) != 0 || (asCode && !S_ISREG(facts.st_mode))) return std::nullopt;
@@ -53,8 +53,8 @@ std::optional<std::string> stateOf(const LoadCandidate& candidate) {
     return states;
 }
 
-/// What every verdict rests on beside the stranger's own files, as one line: the probe, the libraries of the system,
-/// and the settings bundle, which the probe loads first.
+/// What every verdict rests on beside the candidate's own files, as one line: the states of the probe, of the system's
+/// libraries and of the settings bundle, which the probe loads first.
 std::string groundsOfAll() {
     const auto bundle = NSBundle::bundleWithPath(standardBundle());
     std::string line(kFormat);
@@ -71,8 +71,8 @@ std::uint64_t checksum(std::string_view text) {
     return sum;
 }
 
-/// The verdicts of earlier times: a line for each, checked as a whole. One that is damaged, or anybody else's, or was
-/// made on other grounds, counts as none.
+/// The file of earlier verdicts: a line for each, with a checksum of the whole. A file that is damaged, belongs to
+/// another user or was written on other grounds counts as empty.
 class KeptVerdicts {
   public:
     KeptVerdicts() : file_(userFolder("XDG_CACHE_HOME", ".cache") / "lumora/probed"), header_(groundsOfAll()) {
@@ -88,7 +88,7 @@ class KeptVerdicts {
     void keep(const std::string& name, const std::string& state, Verdict verdict) {
         fresh_[name] = std::string{static_cast<char>(verdict), ' '} + state;
     }
-    /// False when not all verdicts can be found there again.
+    /// False when some verdicts cannot be kept.
     [[nodiscard]] bool write() const {
         std::string text = header_;
         bool all = true;
@@ -106,7 +106,7 @@ class KeptVerdicts {
         ::unlink(made.c_str());
         return false;
     }
-    /// On what all of them rest.
+    /// What all of the verdicts rest on.
     [[nodiscard]] const std::string& grounds() const { return header_; }
 
   private:
@@ -150,7 +150,7 @@ class KeptVerdicts {
     std::unordered_map<std::string, std::string> fresh_;
 };
 
-/// What this process remembers by itself: what stayed undecided, and what there is no place to keep in. Never
+/// The verdicts that this process remembers by itself: those that stay undecided, and those that no file can keep. Never
 /// destroyed.
 class Remembered {
   public:
@@ -212,7 +212,7 @@ std::vector<bool> mayBeLoaded(ForeignCode kind, const std::vector<LoadCandidate>
     std::vector<std::pair<std::string, Verdict>> fresh;
     for (std::size_t i = 0; i < unknown.size(); ++i) {
         const Unknown& which = unknown[i];
-        // What has changed meanwhile may not be what was tried: it is refused this once.
+        // The code that was tried may be another: it is refused this once.
         if (stateOf(candidates[which.index]) != which.state) continue;
         const Verdict verdict = probed[i].verdict;
         allowed[which.index] = verdict == Verdict::safe;
@@ -225,7 +225,7 @@ std::vector<bool> mayBeLoaded(ForeignCode kind, const std::vector<LoadCandidate>
             fresh.emplace_back(key(which), verdict);
         }
     }
-    // Silent: what cannot be kept is probed again at the next start, and nothing else is lost.
+    // Silent: without the file, the next start probes again, and nothing else is lost.
     if (!fresh.empty() && !kept.write())
         for (auto& [which, verdict] : fresh)
             remembered.add(std::move(which), verdict);

@@ -8,19 +8,18 @@
 
 namespace platform {
 
-/// A stranger's code as it stands on disk.
+/// A stranger's code on disk.
 struct LoadCandidate {
     std::filesystem::path path;               ///< what is loaded: a bundle or a library
-    std::vector<std::filesystem::path> files; ///< whose state counts; the last is the shared object
+    std::vector<std::filesystem::path> files; ///< a verdict holds while these stay as they are; last the shared object
 };
 
-/// Whether each may be loaded into this process without ending it: what has a shared object and has passed the probe.
+/// Whether this process may load each candidate: those may be loaded that have a shared object and have passed the probe.
 ///
-/// A verdict is kept for as long as the files are what they were, and so are the probe, the system's libraries and the
-/// settings bundle: in "lumora/probed" of the user's cache, or in this process where there is no place for that. What
-/// stays undecided is refused until this process ends; what changes while it is tried is refused this once. What could
-/// not be tried is refused, and the first time in a process a line on standard error says why. Waits for the probe. Any
-/// thread.
+/// A verdict is kept until the candidate's files, the probe, the system's libraries or the settings bundle change: in
+/// "lumora/probed" of the user's cache, else in this process. An undecided candidate is refused until this process ends,
+/// and one that changes during its trial is refused this once. One that cannot be tried is refused, and the first time
+/// in a process a line on standard error says why. Waits for the probe. Any thread.
 [[nodiscard]] PLATFORM_EXPORT std::vector<bool>
 mayBeLoaded(ForeignCode kind, const std::vector<LoadCandidate>& candidates, const ProbeLimits& limits = {});
 

@@ -24,8 +24,8 @@ class PLATFORM_EXPORT NSCondition {
     void wait();
     void signal() { signalled_.notify_one(); }
 
-    /// How many threads of this process wait on a condition just now, any condition: for whoever tells a person whether
-    /// something is being waited for or done.
+    /// How many threads of this process wait on any condition just now: tells a page that waits for the tweak from one
+    /// that works. Any thread.
     [[nodiscard]] static int waiting();
 
   private:

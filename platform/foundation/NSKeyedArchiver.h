@@ -13,19 +13,19 @@ namespace platform {
 /// inside lists and dictionaries too. Any thread.
 class PLATFORM_EXPORT NSKeyedArchiver {
   public:
-    /// Nothing when the value is beyond PropertyListLimits: nested too deeply, or too large. Texts that are no UTF-8
-    /// get the replacement character where they are not.
+    /// Nothing when the value is beyond PropertyListLimits: nested too deeply, or too large. A byte of a text that is not
+    /// UTF-8 becomes U+FFFD.
     [[nodiscard]] static std::optional<Data> archivedDataWithRootObject(const Value& root);
 };
 
-/// Reads keyed archives, from any writer and from hostile ones: whatever the bytes are, the result is a value or
-/// nothing, in time and memory that are a small multiple of their length. Any thread.
+/// Reads keyed archives from any writer, a hostile one too: any bytes give a value or nothing, in time and memory that
+/// are a small multiple of their length. Any thread.
 class PLATFORM_EXPORT NSKeyedUnarchiver {
   public:
-    /// nil when the bytes are no readable archive, or when the root is nil itself.
+    /// nil when the bytes are no readable archive, or when the root is nil.
     [[nodiscard]] static Value unarchiveObjectWithData(const Data& archive);
-    /// The same with a reason, for tools that may speak. `visits`, if given, receives how many references were
-    /// followed.
+    /// The same with a reason for tools, which may show it. `visits`, if given, receives the number of references that
+    /// were followed.
     [[nodiscard]] static Result<Value> unarchive(const Data& archive, std::size_t* visits = nullptr);
 };
 

@@ -6,8 +6,8 @@
 
 namespace platform {
 
-/// Writes one message to the system log and to standard error, with time, program and process id before it.
-/// A message may span lines. Any thread.
+/// Writes one message, which may span lines, to the system log and to standard error, after the time, the program and
+/// the process id. Any thread.
 PLATFORM_EXPORT void NSLog(std::string_view message);
 
 } // namespace platform

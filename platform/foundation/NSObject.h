@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// The base of everything that can be the target of a row: pages and row builders.
+/// The base of everything that can be the target of a row, such as pages and row builders. Main thread.
 class PLATFORM_EXPORT NSObject {
   public:
     NSObject() = default;
@@ -18,8 +18,8 @@ class PLATFORM_EXPORT NSObject {
     virtual ~NSObject();
 };
 
-/// Makes an object in two phases: allocates it, then calls its init operation, and gives null when that says false.
-/// So the object exists fully, and can be held strongly, while it builds itself.
+/// Makes an object in two phases: allocates it, then calls the init operation that takes the arguments; null when that
+/// returns false. So the object exists, and can be held strongly, while it builds itself.
 ///
 ///     auto page = make<LumoraPreferences>();      // init()
 ///     auto view = make<PluginsListView>(frame);   // initWithFrame(frame)

@@ -6,8 +6,8 @@
 namespace platform {
 
 /// What readers and writers accept. Archives share objects, so a few bytes can stand for a tree of any size; these
-/// budgets bound what is expanded before the work is done, in proportion to the length of the input. Whatever is
-/// written here stays within them: a reference takes at least a byte, and so does each character that is not shared.
+/// budgets limit the tree, before it is built, in proportion to the length of the input. What our writers write stays
+/// within them: a reference takes at least a byte, and so does each character that is not shared.
 struct PropertyListLimits {
     static constexpr unsigned depth = 128;          ///< nested lists and dictionaries
     static constexpr std::size_t valuesPerByte = 4; ///< expanded values for each byte of input, plus spareValues
@@ -17,13 +17,13 @@ struct PropertyListLimits {
     static constexpr std::size_t writtenValues = 1 << 22; ///< entries of all lists and dictionaries together
 };
 
-/// Reads a property list in binary or XML form (Info.plist, the stand-in tweak's settings file). nil cannot occur
-/// inside. Any bytes give a value or an error; any thread.
-/// `visits`, if given, receives how many references were followed: at most a small multiple of the input's length.
+/// Reads a property list in binary or XML form (Info.plist, the stand-in tweak's settings file). Neither form has nil.
+/// Any bytes give a value or an error. `visits`, if given, receives the number of references that were followed, at most
+/// a small multiple of the input's length. Any thread.
 [[nodiscard]] PLATFORM_EXPORT Result<Value> readPropertyList(const Data& bytes, std::size_t* visits = nullptr);
 
-/// Writes a property list in binary form. Fails when the value is nested too deeply, too large, or holds nil. Texts
-/// that are no UTF-8 get the replacement character where they are not.
+/// Writes a property list in binary form. Fails when the value is nested too deeply, is too large, or holds nil. A byte
+/// of a text that is not UTF-8 becomes U+FFFD. Any thread.
 [[nodiscard]] PLATFORM_EXPORT Result<Data> writePropertyList(const Value& value);
 
 } // namespace platform

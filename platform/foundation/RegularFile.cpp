@@ -12,19 +12,19 @@
 namespace platform {
 namespace {
 
-/// Open for its user alone and without a name, if there is one to be had.
+/// For its user alone, and without a name. Empty when no file can be made.
 FileDescriptor unnamedFile() {
     const char* named = std::getenv("TMPDIR");
     const std::filesystem::path folder = named && *named == '/' ? named : "/var/tmp";
     FileDescriptor file(::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
     if (file) return file;
-    std::string name = folder / "lumora-XXXXXX"; // not every file system can do that
+    std::string name = folder / "lumora-XXXXXX"; // where the file system cannot do that
     file = FileDescriptor(::mkostemp(name.data(), O_CLOEXEC));
     if (file) ::unlink(name.c_str());
     return file;
 }
 
-/// Asked before anything is written: a file with holes can be larger than any disk. True where nobody knows.
+/// Asked before anything is written: a file with holes can be larger than any disk. True when the system does not say.
 bool hasRoom(int file, std::uint64_t bytes) {
     struct statvfs facts {};
     return ::fstatvfs(file, &facts) != 0 || facts.f_blocks == 0 || bytes <= facts.f_bavail * facts.f_frsize;
@@ -33,7 +33,7 @@ bool hasRoom(int file, std::uint64_t bytes) {
 } // namespace
 
 RegularFile::RegularFile(const std::filesystem::path& path) {
-    // Asked before opening too, because opening alone has effects on some devices.
+    // Asked before opening too, since opening alone has effects on some devices.
     std::error_code failed;
     if (!std::filesystem::is_regular_file(path, failed)) return;
     FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));

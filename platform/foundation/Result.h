@@ -7,7 +7,7 @@
 
 namespace platform {
 
-/// A value, or one line that says why there is none, fit to show to a person.
+/// A value, or one line that says why there is none, in words fit for a person.
 ///
 ///     Result<Value> read = readPropertyList(bytes);
 ///     if (!read) return complain(read.error());
@@ -28,7 +28,7 @@ class Result {
     std::variant<T, std::string> contents_;
 };
 
-/// The same for what has no value to give: it is done, or there is one line that says why not.
+/// The same for an operation without a value: success, or one line that says why not.
 ///
 ///     if (Result<void> loaded = bundle->load(); !loaded) return complain(loaded.error());
 template<>

@@ -20,7 +20,7 @@ Result<void> checkSharedObject(const std::filesystem::path& path) {
     ElfW(Ehdr) header{};
     if (!file.read(0, &header, sizeof header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 ||
         header.e_phentsize != sizeof(ElfW(Phdr)))
-        return {}; // the loader knows better what it is not
+        return {}; // the loader says more exactly what is wrong
     std::vector<ElfW(Phdr)> segments(header.e_phnum);
     if (!file.read(header.e_phoff, segments.data(), segments.size() * sizeof(ElfW(Phdr))))
         return refuse("it is cut short");
@@ -36,9 +36,9 @@ Result<void*> loadSharedObject(const std::filesystem::path& file, Binding bindin
     if (!sound) return Result<void*>::failure(sound.error());
     // RTLD_NODELETE: objects and page classes of the library outlive every request to unload it.
     //
-    // An exception of the library's own initialisers is not caught, and must not be: it would unwind through the
-    // loader, which would then hold its lock for ever and take the library for one that is whole. dlopen() is declared
-    // to throw nothing, so such an exception ends the process here.
+    // Kept on purpose: an exception of the library's initialisers ends the process here, since dlopen() is declared to
+    // throw nothing. Caught further out, it would leave the loader with its lock held for ever and with a library that it
+    // takes for a whole one.
     void* handle = dlopen(file.c_str(), (binding == Binding::Lazy ? RTLD_LAZY : RTLD_NOW) | RTLD_LOCAL | RTLD_NODELETE);
     if (!handle) return Result<void*>::failure(dlerror());
     return handle;

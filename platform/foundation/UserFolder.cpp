@@ -28,7 +28,7 @@ fs::path homeFolder() {
 
 fs::path userFolder(const char* variable, const char* nameInHome) {
     const char* named = std::getenv(variable);
-    // A relative path there is to be ignored.
+    // The rules ignore a relative path.
     if (named && *named == '/') return named;
     const fs::path home = homeFolder();
     return home.empty() ? home : home / nameInHome;

@@ -7,16 +7,15 @@
 
 namespace platform {
 
-/// A folder for the user's own files, by the desktop's rules: what the variable says if that is a whole path, else the
-/// folder of that name in the home folder. It need not exist. Empty for a user without a home.
+/// A folder for the user's own files, by the desktop's rules: the variable's value if that is an absolute path, else the
+/// folder of that name in the home folder. It may be missing. Empty for a user without a home.
 ///
 ///     userFolder("XDG_DATA_HOME", ".local/share")
 ///
-/// Any thread, as long as none changes the environment.
+/// Any thread, while no thread changes the environment.
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path userFolder(const char* variable, const char* nameInHome);
 
-/// Makes the missing folders on the way, for the user alone whatever the umask, as the desktop's rules have it. Any
-/// thread.
+/// Makes the missing folders of a path, with access for the user alone, as the desktop's rules have it. Any thread.
 [[nodiscard]] Result<void> makeFolders(const std::filesystem::path& path);
 
 } // namespace platform

@@ -37,7 +37,7 @@ struct Date {
 ///
 /// A value copies like an int: its contents are immutable and shared, so a copy costs one reference count however
 /// large the value is. Numbers and booleans stay apart (`true` never equals `1`), and so do integers and reals.
-/// Texts are UTF-8 and may hold NUL. Any thread may read a value; two threads may hold copies of one.
+/// Texts are UTF-8 and may hold NUL. Any thread may read a value, and threads may hold copies of one.
 class PLATFORM_EXPORT Value {
   public:
     enum class Kind : std::uint8_t { nil, boolean, integer, real, text, data, date, list, dictionary };
@@ -64,7 +64,7 @@ class PLATFORM_EXPORT Value {
     /// True for an integer or a real, false for a boolean.
     [[nodiscard]] bool isNumber() const { return kind() == Kind::integer || kind() == Kind::real; }
 
-    /// What the value holds when it is of that kind, else nothing. No kind is converted into another.
+    /// What the value holds if it is of that kind, else nothing. No kind is converted into another.
     [[nodiscard]] std::optional<bool> boolean() const { return copy<bool>(); }
     [[nodiscard]] std::optional<std::int64_t> integer() const { return copy<std::int64_t>(); }
     [[nodiscard]] std::optional<double> real() const { return copy<double>(); }
@@ -148,7 +148,7 @@ class PLATFORM_EXPORT Dictionary {
 };
 
 /// The value as the platform's "%@" shows it: old-style property-list text, dictionary keys sorted. A top-level text
-/// stands bare, nil is "(null)". Used by NSLog; secure values are shown as they are.
+/// stands bare, nil is "(null)". For NSLog(); secure values are shown as they are. Any thread.
 [[nodiscard]] PLATFORM_EXPORT std::string description(const Value& value);
 
 } // namespace platform

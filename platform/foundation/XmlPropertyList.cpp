@@ -70,7 +70,7 @@ class Builder {
     struct Open {
         Element element;
         std::string characters{};
-        std::optional<std::string> key{}; ///< of a dictionary: read, and its value not yet
+        std::optional<std::string> key{}; ///< of a dictionary, while its value is still to come
         List list{};
         std::vector<Dictionary::Entry> entries{};
     };
@@ -188,7 +188,7 @@ constexpr GMarkupParser events{
     [](GMarkupParseContext* /*context*/, const gchar* text, gsize size, gpointer builder, GError** error) {
         complain(error, static_cast<Builder*>(builder)->text({text, size}));
     },
-    nullptr, // comments and the document type say nothing to us
+    nullptr, // comments and the document type mean nothing here
     nullptr,
 };
 

@@ -7,7 +7,7 @@
 
 namespace platform {
 
-/// The XML form of a property list. nil cannot occur inside.
+/// Reads the XML form of a property list, which has no nil. Any bytes give a value or an error; any thread.
 [[nodiscard]] Result<Value> readXmlPropertyList(std::string_view document);
 
 } // namespace platform
