@@ -24,7 +24,7 @@ namespace platform {
 class CFMessagePort;
 using CFMessagePortRef = std::shared_ptr<CFMessagePort>;
 
-/// Answers one request on the thread that runs the port's run loop; "nothing" answers without a body.
+/// Answers one request, on the thread that runs the port's run loop. Nothing: a reply without a body.
 using CFMessagePortCallBack =
     std::function<std::optional<Data>(CFMessagePort& port, std::int32_t messageId, const std::optional<Data>& body)>;
 
@@ -33,8 +33,8 @@ enum CFMessagePortResult : std::int32_t {
     kCFMessagePortSuccess = 0,
     kCFMessagePortSendTimeout = -1,
     kCFMessagePortReceiveTimeout = -2,
-    kCFMessagePortIsInvalid = -3,          ///< no live port of that name, or a name that can be none
-    kCFMessagePortTransportError = -4,     ///< no descriptor left, a foreign peer, bytes that are no frame
+    kCFMessagePortIsInvalid = -3,          ///< no live port has that name, or no port can have it
+    kCFMessagePortTransportError = -4,     ///< no descriptor left, another user's peer, bytes that are no frame
     kCFMessagePortBecameInvalidError = -5, ///< the other end closed before its reply was whole
 };
 
@@ -42,16 +42,16 @@ enum CFMessagePortResult : std::int32_t {
 inline constexpr std::int64_t kMaximumMessageBody = 64LL << 20;
 
 /// Where ports live: `$LUMORA_PORTS`, else `$XDG_RUNTIME_DIR`, else `/run/user/UID` where that exists, else
-/// `/tmp/lumora-UID`. Read anew at each call.
+/// `/tmp/lumora-UID`. Read anew at each call. Any thread, while no thread changes the environment.
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path portsFolder();
 
-/// A reference to the port of that name in some process. Nothing is contacted yet, so whether the port exists shows
-/// only when something is sent. Never null.
+/// A reference to the port of that name in any process. Contacts nothing: sending shows whether the port exists. Never
+/// null. Any thread.
 [[nodiscard]] PLATFORM_EXPORT CFMessagePortRef CFMessagePortCreateRemote(const std::string& name);
 
-/// Sends one message and waits for its reply, which is stored in *reply when the result is success; reply may be null.
-/// The send time-out (seconds) covers connecting and writing, a full backlog included; the receive time-out runs from
-/// the last byte written to the last byte of the reply. Any thread; each call is an exchange on a fresh connection.
+/// Sends one message and waits for its reply, which goes into *reply if the result is success; reply may be null. The
+/// send time-out, in seconds as the other, covers connecting and writing, a full backlog included; the receive time-out
+/// runs from the last byte written to the last byte of the reply. Each call has a connection of its own. Any thread.
 [[nodiscard]] PLATFORM_EXPORT CFMessagePortResult CFMessagePortSendRequest(const CFMessagePort& remote,
                                                                            std::int32_t messageId,
                                                                            const std::optional<Data>& body,
@@ -59,16 +59,17 @@ inline constexpr std::int64_t kMaximumMessageBody = 64LL << 20;
                                                                            std::optional<Data>* reply);
 
 /// Opens a port under a name. Fails when a live port has the name, here or in another process, when the ports folder
-/// belongs to someone else, when the name makes no path, or when no descriptor is left. A dead process's socket is taken
-/// over. The socket file goes when the last reference does.
+/// belongs to another user, when the name makes no path, or when no descriptor is left. Takes over a dead process's
+/// socket. The socket file goes with the last reference. Any thread.
 [[nodiscard]] PLATFORM_EXPORT Result<CFMessagePortRef> openLocalPort(const std::string& name,
                                                                      CFMessagePortCallBack callout);
 
-/// The same in silence: null when that fails.
+/// The same without a reason: null when it fails.
 [[nodiscard]] PLATFORM_EXPORT CFMessagePortRef CFMessagePortCreateLocal(const std::string& name,
                                                                         CFMessagePortCallBack callout);
 
-/// What makes a run loop serve the port; null for a null or remote port. It holds the port.
+/// What makes a run loop serve the port, and holds the port. Null for a null or remote port, or when no descriptor is
+/// left. The thread of the run loop.
 [[nodiscard]] PLATFORM_EXPORT CFRunLoopSourceRef CFMessagePortCreateRunLoopSource(const CFMessagePortRef& local);
 
 } // namespace platform

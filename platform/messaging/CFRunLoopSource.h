@@ -12,9 +12,9 @@ class CFRunLoopSource {
     CFRunLoopSource& operator=(const CFRunLoopSource&) = delete;
     virtual ~CFRunLoopSource() = default;
 
-    /// Puts its descriptors under the loop's poller, which stays until cancel().
+    /// Adds its descriptors to the loop's poller, which outlives cancel().
     virtual void schedule(Poller& poller) = 0;
-    /// Takes them away again and ends what was under way.
+    /// Takes them away again, and ends what is under way.
     virtual void cancel() = 0;
 };
 

@@ -39,11 +39,11 @@ constexpr std::size_t kStackSize = 256 << 10;
 constexpr int kMostThreads = 256;
 constexpr std::chrono::milliseconds kIdleTime(1500);
 
-/// A pool in which one thread at least is always looking for work, until the cap is reached.
+/// A pool in which at least one thread always looks for work, until there are as many threads as there may be.
 ///
-/// The thread that takes an item first sees to it that another one looks; only then it runs the item, which may be
-/// stuck for seconds. So handing in an item never has to start a thread, with the exception of the very first item and
-/// of those that follow when the system refused a thread.
+/// A thread that takes an item first makes sure that another one looks, and only then runs the item, which may be stuck
+/// for seconds. So handing in an item never starts a thread, except for the very first item and after the system has
+/// refused a thread.
 class GlobalQueue final : public DispatchQueue {
   public:
     void async(Block block) override {
@@ -53,7 +53,7 @@ class GlobalQueue final : public DispatchQueue {
         Thread* const idle = callIdleThread();
         const bool alone = claimLooker();
         held.unlock();
-        // Woken under the lock, it would preempt the caller only to find the door shut.
+        // Woken under the lock, the thread could take the processor from the caller only to wait for the lock.
         if (idle != nullptr) idle->wake.notify_one();
         if (alone) startLooker();
     }
@@ -64,14 +64,14 @@ class GlobalQueue final : public DispatchQueue {
     }
 
   private:
-    /// A thread of the pool, as far as others must know of it. The one that fell idle last is called first: its memory
-    /// is still warm, and the others come to leave.
+    /// What the other threads know of one. The thread that fell idle last is called first: its memory is still in the
+    /// caches, and the others get to leave.
     struct Thread {
         std::condition_variable wake;
         bool called = false;
     };
 
-    /// The thread to wake, null when none is idle. It may have gone by then, its record stays.
+    /// The thread to wake, null when none is idle. The thread may be gone by then; its record stays.
     Thread* callIdleThread() {
         if (resting_.empty()) return nullptr;
         Thread* const idle = resting_.back();
@@ -80,7 +80,7 @@ class GlobalQueue final : public DispatchQueue {
         return idle;
     }
 
-    /// Reserves the place of a thread that is to look for work, if none does and one may be started.
+    /// Reserves the place of a thread that will look for work, if none does and one may be started.
     bool claimLooker() {
         if (looking_ > 0 || threads_ == kMostThreads) return false;
         ++looking_;
@@ -102,7 +102,7 @@ class GlobalQueue final : public DispatchQueue {
         pthread_attr_destroy(&attributes);
         if (error == 0) return;
 
-        // Nothing is lost: the items stay, for the next thread that is done with its own or can be started.
+        // Nothing is lost: the items wait for the next thread that is done with its own or can be started.
         const std::lock_guard held(mutex_);
         --looking_;
         --threads_;
@@ -120,7 +120,7 @@ class GlobalQueue final : public DispatchQueue {
             held.unlock();
             if (alone) startLooker();
             item();
-            item = nullptr; // what it holds goes before it counts as done
+            item = nullptr; // what the item holds goes before the item counts as done
             held.lock();
             ++looking_;
             if (--unfinished_ == 0) idle_.notify_all();
@@ -130,7 +130,7 @@ class GlobalQueue final : public DispatchQueue {
         --threads_;
     }
 
-    /// False when the thread should leave: others look for work and it has not been called for a while.
+    /// False when the thread should leave: others look for work, and it has not been called for a while.
     bool waitForItem(std::unique_lock<std::mutex>& held, Thread& self) {
         while (items_.empty()) {
             self.called = false;
@@ -150,7 +150,7 @@ class GlobalQueue final : public DispatchQueue {
     std::condition_variable idle_;
     std::deque<Block> items_;
     std::vector<Thread*> resting_;
-    std::vector<std::unique_ptr<Thread>> spare_; ///< of threads that have gone, for those to come
+    std::vector<std::unique_ptr<Thread>> spare_; ///< records of threads that have gone, for new ones
     std::size_t unfinished_ = 0;                 ///< waiting or running
     int threads_ = 0;
     int looking_ = 0; ///< threads that wait for an item, or are about to

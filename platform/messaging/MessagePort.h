@@ -9,10 +9,10 @@
 
 namespace platform {
 
-/// Either end: a remote port is only an address, a local one has its listener and callout too.
+/// Either end of a channel: a remote port has an address only, a local one its listener and callout too.
 class CFMessagePort {
   public:
-    std::optional<PortAddress> address; ///< nothing for a name that can be none
+    std::optional<PortAddress> address; ///< nothing when no port can have the name
     std::unique_ptr<PortListener> listener;
     CFMessagePortCallBack callout;
 };

@@ -9,7 +9,7 @@ namespace platform {
 
 Poller::Poller() : epoll_(::epoll_create1(EPOLL_CLOEXEC)), wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     epoll_event event{};
-    event.events = EPOLLIN; // no watcher: the one entry that wait() handles itself
+    event.events = EPOLLIN; // without a watcher: wait() handles this entry itself
     if (isOpen()) ::epoll_ctl(epoll_.number(), EPOLL_CTL_ADD, wake_.number(), &event);
 }
 

@@ -6,10 +6,10 @@
 
 namespace platform {
 
-/// Waits for many descriptors at once, on one thread; wake() alone may come from another.
+/// Waits for many descriptors at once. One thread; wake(): any thread.
 class Poller {
   public:
-    /// Is called when its descriptor is ready. It may end its own watching, and its own life, but no other's.
+    /// Is called when its descriptor is ready. It may end its own watch, and its own life, but no other watcher's.
     class Watcher {
       public:
         Watcher() = default;
@@ -21,16 +21,17 @@ class Poller {
 
     Poller();
 
-    /// False when no descriptor was left for it: it watches nothing then, and must not be waited on.
+    /// False when no descriptor was left for the poller: then it watches nothing, and wait() must not be called.
     [[nodiscard]] bool isOpen() const;
 
-    /// `events` are epoll's: EPOLLIN, EPOLLOUT or neither. Watching ends with remove(), which has to come before the
-    /// descriptor is closed: another process may hold a copy, and with it the watch would go on.
+    /// `events` are epoll's: EPOLLIN, EPOLLOUT or neither. A watch ends with remove(), which has to come before the
+    /// descriptor is closed: while another process holds a copy of the descriptor, closing would not end the watch. False
+    /// when the system refuses.
     [[nodiscard]] bool add(int descriptor, std::uint32_t events, Watcher& watcher);
     void change(int descriptor, std::uint32_t events, Watcher& watcher);
     void remove(int descriptor);
 
-    /// Waits until something is ready or wake() was called, and calls the watchers concerned.
+    /// Waits until a descriptor is ready or wake() is called, and calls the watchers concerned.
     void wait();
     void wake();
 

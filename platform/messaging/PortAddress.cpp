@@ -14,7 +14,7 @@ namespace platform {
 
 namespace {
 
-/// Every message asks for it anew, so this stays with plain texts: taking a path apart costs more than a system call.
+/// Every message asks for the folder, so it is put together from plain texts: a path costs more than a system call.
 std::string folderOfPorts() {
     for (const char* variable : {"LUMORA_PORTS", "XDG_RUNTIME_DIR"}) {
         const char* folder = std::getenv(variable);
@@ -41,7 +41,7 @@ bool isOurs(uid_t owner) {
     return owner == 0 || owner == ::geteuid();
 }
 
-/// A folder in which nobody but this user and root can put or replace a socket.
+/// Whether only this user and root can put or replace sockets in the folder.
 bool isPrivate(const std::filesystem::path& folder) {
     struct stat status {};
     return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && isOurs(status.st_uid) &&
@@ -73,7 +73,7 @@ PortAddress::PortAddress(const std::string& folder, const std::string& name) : f
 }
 
 bool PortAddress::makeFolders() const {
-    // A trailing slash would make the kernel follow a symbolic link that must be refused.
+    // With a slash at the end, the kernel would follow a symbolic link, which must be refused.
     const auto ports = (std::filesystem::path(folder_) / "").lexically_normal().parent_path();
     std::filesystem::path folder;
     for (const auto& component : ports) {

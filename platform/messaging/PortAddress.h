@@ -9,7 +9,7 @@
 
 namespace platform {
 
-/// Where the port of a name lives: the path of its socket, known to fit a socket address. Any thread.
+/// Where the port of a name lives: the path of its socket, which fits a socket address. Any thread.
 class PLATFORM_EXPORT PortAddress {
   public:
     /// Nothing for a name that makes no path below the ports folder: an empty, "." or ".." component, a NUL, or more
@@ -18,11 +18,11 @@ class PLATFORM_EXPORT PortAddress {
 
     [[nodiscard]] const char* path() const { return address_.sun_path; }
     /// Makes the folders down to the socket with mode 0700. False when one of them, the ports folder included, belongs
-    /// to someone else, can be written by others, or is a symbolic link.
+    /// to another user, is open to others for writing, or is a symbolic link.
     [[nodiscard]] bool makeFolders() const;
-    /// connect() to it: 0 or the error number.
+    /// Connects to the socket: 0 or the error number.
     [[nodiscard]] int connect(int socket) const;
-    /// bind() to it: 0 or the error number.
+    /// Binds to the socket: 0 or the error number.
     [[nodiscard]] int bind(int socket) const;
 
   private:

@@ -19,7 +19,7 @@ using std::chrono::microseconds;
 using std::chrono::milliseconds;
 
 Clock::time_point deadlineIn(double seconds) {
-    constexpr double week = 7 * 24 * 3600; // keeps the arithmetic of any larger number, and of infinity, in range
+    constexpr double week = 7 * 24 * 3600; // longer times, and infinity, would be beyond what a clock counts
     const double bounded = std::isnan(seconds) ? 0 : std::clamp(seconds, 0.0, week);
     return Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(bounded));
 }
@@ -30,7 +30,7 @@ typename Unit::rep remaining(Clock::time_point deadline) {
     return std::max(std::chrono::ceil<Unit>(deadline - Clock::now()), Unit::zero()).count();
 }
 
-/// The receiver is not there, or the name belongs to something that is no port.
+/// The receiver is not there, or the name belongs to something other than a port.
 bool meansNoPort(int error) {
     switch (error) {
     case ENOENT:
@@ -79,7 +79,8 @@ CFMessagePortResult PortExchange::connect(Deadline deadline) {
 }
 
 int PortExchange::waitForBacklog(Deadline deadline) const {
-    // A non-blocking socket has nothing to poll for here; a blocking connect() under a send time-out queues properly.
+    // A non-blocking socket has nothing to poll for here, while a blocking connect() waits its turn up to the socket's
+    // send time-out.
     ::fcntl(socket_.number(), F_SETFL, 0);
     int error = EAGAIN;
     do {
@@ -115,7 +116,7 @@ bool PortExchange::waitFor(short events, Deadline deadline) const {
     while (const auto left = remaining<milliseconds>(deadline)) {
         if (::poll(&waiting, 1, static_cast<int>(left)) > 0) return true;
     }
-    return false; // also for a peer that always has one more byte ready
+    return false; // even when the peer always has one more byte ready
 }
 
 } // namespace platform

@@ -27,13 +27,14 @@ struct PortFrame {
 ///         if (reader.state() == State::complete) answer(reader.take());
 ///     }
 ///
-/// The bytes are another process's: memory grows with what has arrived, not with what the header promises. One thread.
+/// The bytes come from another process, so memory grows with what has arrived, not with what the header promises. One
+/// thread.
 class PLATFORM_EXPORT PortFrameReader {
   public:
     enum class State : std::uint8_t { partial, complete, broken };
 
     [[nodiscard]] State state() const { return state_; }
-    /// Takes bytes up to the end of the current frame and says how many. Takes none unless the state is partial.
+    /// Takes bytes up to the end of the current frame and returns how many; none unless the state is partial.
     std::size_t feed(std::span<const std::uint8_t> bytes);
     /// Hands out the complete frame and begins the next one.
     PortFrame take();

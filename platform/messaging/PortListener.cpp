@@ -43,7 +43,7 @@ Result<std::unique_ptr<PortListener>> PortListener::open(const PortAddress& addr
 int PortListener::lock() {
     const auto path = std::string(address_.path()) + ".lock";
     lock_ = FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, kOwnerOnly));
-    // The file itself stays when the port goes: removing it would let two starters lock two different files.
+    // The file stays when the port goes: if it were removed, two starting processes could lock two different files.
     if (lock_ && ::flock(lock_.number(), LOCK_EX | LOCK_NB) == 0) return 0;
     return errno == EWOULDBLOCK ? EADDRINUSE : errno;
 }
@@ -53,8 +53,8 @@ int PortListener::removeDeadSocket() const {
     if (::lstat(address_.path(), &status) != 0) return errno == ENOENT ? 0 : errno;
     if (!S_ISSOCK(status.st_mode)) return ENOTSOCK;
 
-    // A program that knows nothing of the lock may be serving here. Only a refusal proves the socket dead: a full
-    // backlog is a sign of life.
+    // A program that ignores the lock may be serving here. Only a refusal proves the socket dead: a full backlog is a
+    // sign of life.
     const auto probe = makeSocket();
     if (!probe) return errno;
     const int error = address_.connect(probe.number());
@@ -72,7 +72,7 @@ int PortListener::listen() {
     if (::lstat(address_.path(), &status) != 0) return errno;
     device_ = status.st_dev;
     file_ = status.st_ino;
-    // The mode that bind() gave depends on the umask. Nobody could use it in between: the folder is private.
+    // The mode that bind() gave depends on the umask. Meanwhile the private folder kept others out.
     return ::chmod(address_.path(), kOwnerOnly) == 0 && ::listen(socket_.number(), SOMAXCONN) == 0 ? 0 : errno;
 }
 

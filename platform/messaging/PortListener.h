@@ -12,11 +12,11 @@ namespace platform {
 
 /// The listening socket of a local port, and the claim to its name.
 ///
-/// The claim is a lock on a file beside the socket, held for life: whoever holds it may replace the socket file. So two
-/// starters can never both take over a dead process's socket.
+/// The claim is a lock on a file beside the socket, held as long as this object lives. Only its holder may replace the
+/// socket file, so two starting processes never both take over a dead process's socket. One thread at a time.
 class PortListener {
   public:
-    /// Fails when the name is taken by a live port, or no socket can stand there.
+    /// Fails when a live port has the name, or no socket can stand there.
     [[nodiscard]] static Result<std::unique_ptr<PortListener>> open(const PortAddress& address);
     /// Removes the socket file, if it is still this one.
     ~PortListener();
@@ -36,7 +36,7 @@ class PortListener {
     PortAddress address_;
     FileDescriptor lock_; ///< outlives the socket, so that the name is given up last
     FileDescriptor socket_;
-    dev_t device_ = 0; ///< with file_, tells our socket file from one that came after it
+    dev_t device_ = 0; ///< with file_, tells our socket file from a later one
     ino_t file_ = 0;   ///< zero while there is none
 };
 

@@ -14,8 +14,8 @@ namespace platform {
 
 namespace {
 
-/// As many as can be pending at once. Who connects while these are accepted waits for the next round, so that endless
-/// newcomers keep nobody from being served.
+/// As many as can be pending at once. A client that connects meanwhile waits for the next round, so that endless
+/// newcomers do not keep the others from being served.
 constexpr int kMostAcceptedInARound = SOMAXCONN;
 
 } // namespace
@@ -31,7 +31,7 @@ class PortServer::Connection final : public Poller::Watcher {
         if (std::exchange(awaited_, events()) != events()) server_.poller_->change(socket_.number(), awaited_, *this);
     }
 
-    /// Nothing is read yet: this client's turn comes after that of those who were there before.
+    /// Reads nothing yet: earlier clients come first.
     [[nodiscard]] bool begin() { return server_.poller_->add(socket_.number(), awaited_, *this); }
 
   private:
@@ -39,7 +39,7 @@ class PortServer::Connection final : public Poller::Watcher {
 
     [[nodiscard]] std::uint32_t events() const { return reply_ ? EPOLLOUT : EPOLLIN; }
 
-    /// All of these say whether the connection goes on.
+    /// These return whether the connection goes on.
     bool proceed() { return reply_ ? writeReply() : read(); }
 
     bool read() {
@@ -85,7 +85,7 @@ class PortServer::Connection final : public Poller::Watcher {
     std::uint32_t awaited_ = EPOLLIN; ///< the events that the poller watches for
     PortFrameReader reader_;
     std::optional<PortFrameWriter> reply_; ///< while part of it is unwritten
-    Data unread_;                          ///< what came in the same read behind the request of that reply
+    Data unread_;                          ///< what came behind that reply's request in the same read
 };
 
 PortServer::Pause::Pause(PortServer& server)
@@ -130,13 +130,13 @@ void PortServer::ready() {
         ++accepted;
 }
 
-/// Whether there may be another.
+/// Whether another client may be waiting.
 bool PortServer::acceptOne() {
     FileDescriptor socket(::accept4(port_->listener->socket(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     if (!socket) {
         const bool exhausted = errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM;
         if (exhausted) {
-            // The client stays in the backlog and the socket readable: without a pause this would spin.
+            // The client stays in the backlog and the socket readable; without a pause, the loop would spin.
             poller_->change(port_->listener->socket(), 0, *this);
             pause_.begin();
         }
@@ -150,8 +150,8 @@ bool PortServer::acceptOne() {
     return true;
 }
 
-// A process that is being started has the socket too, for a moment, and as long as that lasts closing it here would
-// leave it to the poller.
+// A process that is just being started also has the socket for a moment, and while it has, closing alone would not end
+// the poller's watch.
 void PortServer::drop(int socket) {
     poller_->remove(socket);
     connections_.erase(socket);

@@ -12,15 +12,15 @@ namespace platform {
 
 /// Serves a local port: accepts connections and answers their frames through the port's callout, one at a time.
 ///
-/// No descriptor ever blocks it, so a slow or silent client delays no other. All who wait to be accepted are accepted
-/// in one round of the run loop, and then take their turns with the others: nobody starves beside busy clients. Lives
-/// on its run loop's thread.
+/// No descriptor ever blocks the server, so a slow or silent client delays no other. One round of the run loop accepts
+/// all waiting clients, which then take turns with the others, so that no client starves beside busy ones. One thread,
+/// that of the run loop.
 class PortServer final : public CFRunLoopSource, private Poller::Watcher {
   public:
     explicit PortServer(CFMessagePortRef port);
     ~PortServer() override;
 
-    /// False when no descriptor was left for what it needs.
+    /// False when no descriptor was left for the server's own needs.
     [[nodiscard]] bool isReady() const { return pause_.timer() >= 0; }
     void schedule(Poller& poller) override;
     void cancel() override;
