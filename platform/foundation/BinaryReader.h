@@ -30,8 +30,8 @@ struct BinaryObject {
 ///     if (reader && reader->read(reader->root(), root)) …
 ///
 /// The bytes must outlive the reader. One thread. An archive has thousands of objects, so neither this class nor the
-/// decoders on top of it make a Result for each: an operation returns a bool and fills what it is handed. Only the whole
-/// becomes a Result, made of problem().
+/// decoders on top of it make a Result for each: an operation returns a bool and fills what it is handed. Only the
+/// whole becomes a Result, made of problem().
 class BinaryReader {
   public:
     /// What a binary property list begins with, and how many bytes its end has.

@@ -22,8 +22,8 @@ struct ChildLimits {
     std::uint64_t descriptors = 0;
 };
 
-/// A program that does what this process must not risk. It reads questions from its standard input and writes answers to
-/// its standard output:
+/// A program that does what this process must not risk. It reads questions from its standard input and writes answers
+/// to its standard output:
 ///
 ///     auto child = ChildProcess::start({helperProgram("lumora-probe").string()}, {.memory = 1 << 30}).value();
 ///     const auto patience = child->patience(10s, 2s);

@@ -72,8 +72,8 @@ class Expansion {
         std::size_t values, bytes; ///< what it expands to
         unsigned levels;           ///< of containers inside it, itself included
     };
-    /// Short texts are allocated a few at a time, with their characters: reading a long list of texts would otherwise be
-    /// mostly allocating. One text keeps its neighbours alive, so they are few and short.
+    /// Short texts are allocated a few at a time, with their characters: reading a long list of texts would otherwise
+    /// be mostly allocating. One text keeps its neighbours alive, so they are few and short.
     struct Batch {
         std::array<std::string_view, 16> texts;
         std::array<char, 512> characters;

@@ -8,9 +8,9 @@ namespace platform {
 
 namespace {
 
-// Sharing texts saves space and is never needed. So the search for an equal text ends early, and texts chosen to collide
-// cost no more than others; and one copy serves a limited number of references, which keeps what is written within its
-// reader's budgets.
+// Sharing texts saves space and is never needed. So the search for an equal text ends early, and texts chosen to
+// collide cost no more than others; and one copy serves a limited number of references, which keeps what is written
+// within its reader's budgets.
 constexpr std::size_t searchLimit = 16;
 constexpr std::size_t usesLimit = PropertyListLimits::expandedBytesPerByte;
 

@@ -150,8 +150,8 @@ class KeptVerdicts {
     std::unordered_map<std::string, std::string> fresh_;
 };
 
-/// The verdicts that this process remembers by itself: those that stay undecided, and those that no file can keep. Never
-/// destroyed.
+/// The verdicts that this process remembers by itself: those that stay undecided, and those that no file can keep.
+/// Never destroyed.
 class Remembered {
   public:
     static Remembered& inThisProcess() {

@@ -30,8 +30,8 @@ class PLATFORM_EXPORT NSBundle {
 
     /// The shared object that `CFBundleExecutable` names, which may be missing; empty when the key names nothing.
     [[nodiscard]] std::filesystem::path executablePath() const;
-    /// Loads the shared object that `CFBundleExecutable` names, unless it is loaded already. FileCheck::None suits a file
-    /// that mayBeLoaded() has just let through.
+    /// Loads the shared object that `CFBundleExecutable` names, unless it is loaded already. FileCheck::None suits a
+    /// file that mayBeLoaded() has just let through.
     Result<void> load();
     Result<void> load(FileCheck check);
     /// The class that `NSPrincipalClass` names, null when there is none. load() goes first: it registers the class.
@@ -43,8 +43,8 @@ class PLATFORM_EXPORT NSBundle {
     /// Takes back a load(); false when there was none. The code stays in the process, since its objects live on.
     bool unload();
 
-    /// The path of the file "name.type" among the resources; empty when there is none, or when the name leads out of the
-    /// bundle.
+    /// The path of the file "name.type" among the resources; empty when there is none, or when the name leads out of
+    /// the bundle.
     [[nodiscard]] std::filesystem::path pathForResource(std::string_view name, std::string_view type) const;
 
     [[nodiscard]] const std::filesystem::path& bundlePath() const { return folder_; }

@@ -13,8 +13,8 @@ namespace platform {
 /// inside lists and dictionaries too. Any thread.
 class PLATFORM_EXPORT NSKeyedArchiver {
   public:
-    /// Nothing when the value is beyond PropertyListLimits: nested too deeply, or too large. A byte of a text that is not
-    /// UTF-8 becomes U+FFFD.
+    /// Nothing when the value is beyond PropertyListLimits: nested too deeply, or too large. A byte of a text that is
+    /// not UTF-8 becomes U+FFFD.
     [[nodiscard]] static std::optional<Data> archivedDataWithRootObject(const Value& root);
 };
 

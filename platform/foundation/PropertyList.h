@@ -18,8 +18,8 @@ struct PropertyListLimits {
 };
 
 /// Reads a property list in binary or XML form (Info.plist, the stand-in tweak's settings file). Neither form has nil.
-/// Any bytes give a value or an error. `visits`, if given, receives the number of references that were followed, at most
-/// a small multiple of the input's length. Any thread.
+/// Any bytes give a value or an error. `visits`, if given, receives the number of references that were followed, at
+/// most a small multiple of the input's length. Any thread.
 [[nodiscard]] PLATFORM_EXPORT Result<Value> readPropertyList(const Data& bytes, std::size_t* visits = nullptr);
 
 /// Writes a property list in binary form. Fails when the value is nested too deeply, is too large, or holds nil. A byte

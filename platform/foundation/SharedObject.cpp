@@ -37,8 +37,8 @@ Result<void*> loadSharedObject(const std::filesystem::path& file, Binding bindin
     // RTLD_NODELETE: objects and page classes of the library outlive every request to unload it.
     //
     // Kept on purpose: an exception of the library's initialisers ends the process here, since dlopen() is declared to
-    // throw nothing. Caught further out, it would leave the loader with its lock held for ever and with a library that it
-    // takes for a whole one.
+    // throw nothing. Caught further out, it would leave the loader with its lock held for ever and with a library that
+    // it takes for a whole one.
     void* handle = dlopen(file.c_str(), (binding == Binding::Lazy ? RTLD_LAZY : RTLD_NOW) | RTLD_LOCAL | RTLD_NODELETE);
     if (!handle) return Result<void*>::failure(dlerror());
     return handle;

@@ -11,8 +11,9 @@ namespace platform {
 /// When a library finds the functions that it calls: all when it is loaded, or each at its first call.
 enum class Binding : unsigned char { Now, Lazy };
 
-/// Fails for files that would end or hold up the process instead of giving an error of the loader's: one that is shorter
-/// than its segments say, since touching the missing part raises a signal, and anything but a plain file. Any thread.
+/// Fails for files that would end or hold up the process instead of giving an error of the loader's: one that is
+/// shorter than its segments say, since touching the missing part raises a signal, and anything but a plain file. Any
+/// thread.
 [[nodiscard]] PLATFORM_EXPORT Result<void> checkSharedObject(const std::filesystem::path& path);
 
 /// Whether checkSharedObject() has to pass first; mayBeLoaded() has called it for what it lets through.

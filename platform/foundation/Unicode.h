@@ -27,8 +27,8 @@ inline constexpr char32_t replacementCharacter = 0xFFFD;
 /// unassigned one.
 [[nodiscard]] PLATFORM_EXPORT bool isVisible(char32_t character);
 
-/// A stranger's text for a terminal or a log: stays on its line, leaves the cursor and the writing direction of the text
-/// around it alone. U+FFFD replaces every character that isVisible() refuses.
+/// A stranger's text for a terminal or a log: stays on its line, leaves the cursor and the writing direction of the
+/// text around it alone. U+FFFD replaces every character that isVisible() refuses.
 ///
 ///     printable("Clock\x1B[2J");   // "Clock\uFFFD[2J"
 [[nodiscard]] PLATFORM_EXPORT std::string printable(std::string_view text);

@@ -7,8 +7,8 @@
 
 namespace platform {
 
-/// A folder for the user's own files, by the desktop's rules: the variable's value if that is an absolute path, else the
-/// folder of that name in the home folder. It may be missing. Empty for a user without a home.
+/// A folder for the user's own files, by the desktop's rules: the variable's value if that is an absolute path, else
+/// the folder of that name in the home folder. It may be missing. Empty for a user without a home.
 ///
 ///     userFolder("XDG_DATA_HOME", ".local/share")
 ///

@@ -25,8 +25,8 @@ class Poller {
     [[nodiscard]] bool isOpen() const;
 
     /// `events` are epoll's: EPOLLIN, EPOLLOUT or neither. A watch ends with remove(), which has to come before the
-    /// descriptor is closed: while another process holds a copy of the descriptor, closing would not end the watch. False
-    /// when the system refuses.
+    /// descriptor is closed: while another process holds a copy of the descriptor, closing would not end the watch.
+    /// False when the system refuses.
     [[nodiscard]] bool add(int descriptor, std::uint32_t events, Watcher& watcher);
     void change(int descriptor, std::uint32_t events, Watcher& watcher);
     void remove(int descriptor);

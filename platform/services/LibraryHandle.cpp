@@ -27,8 +27,8 @@ OpenLibraries& all() {
 
 LibraryHandle openLibrary(std::string_view fixedPath, const ProbeLimits& limits) {
     const std::filesystem::path path = devicePath(fixedPath);
-    // Silent, here and below: a stranger's library may be missing or no good, and a list without it is all that the user
-    // is to see.
+    // Silent, here and below: a stranger's library may be missing or no good, and a list without it is all that the
+    // user is to see.
     if (!mayBeLoaded(ForeignCode::applicationList, {{path, {path}}}, limits).front()) return {};
     return openUntriedLibrary(path);
 }
