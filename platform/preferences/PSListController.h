@@ -22,7 +22,7 @@ struct UINavigationItem {
 /// A settings page: the base of every page that the Settings application can open.
 ///
 /// A page either has rows (specifiers()) or shows one view that fills it (setView() from viewWillAppear()). The
-/// application makes it with make<T>(), so init() runs to its end before anything is shown. Main thread.
+/// application makes a page with make<T>() and shows it once init() has returned. Main thread.
 class PLATFORM_EXPORT PSListController : public UIViewController {
   public:
     PSListController();
@@ -30,13 +30,13 @@ class PLATFORM_EXPORT PSListController : public UIViewController {
 
     virtual bool init() { return true; }
 
-    /// The rows; the base class gives the row list as it stands, null on a page without rows.
+    /// The rows; null on a page without rows.
     virtual PSSpecifierList specifiers() { return _specifiers; }
 
-    /// The application calls this each time the page is about to be seen.
+    /// The application calls this each time before the page is seen.
     virtual void viewWillAppear(bool /*animated*/) {}
 
-    /// What the page calls itself; the base class gives what setTitle() was given, which is the opening row's title.
+    /// What the page calls itself: by default what setTitle() was given, which is the title of the row that opened it.
     [[nodiscard]] virtual std::string title() const { return title_; }
     [[nodiscard]] virtual std::string navigationTitle() const { return title_; }
     void setTitle(std::string title) { title_ = std::move(title); }
@@ -44,10 +44,10 @@ class PLATFORM_EXPORT PSListController : public UIViewController {
     /// Null on a platform version whose pages have none.
     [[nodiscard]] virtual UINavigationItem* navigationItem() { return &navigationItem_; }
 
-    /// The content view. It fills the page and has its frame; null when setView(nullptr) said so.
+    /// The content view, which fills the page and has its frame. Null after setView(nullptr).
     [[nodiscard]] const std::shared_ptr<UIView>& view() const { return view_; }
     void setView(std::shared_ptr<UIView> view);
-    /// True once a view other than the page's own has been set: the page then shows that view and no rows.
+    /// True once setView() has replaced the page's own view: the page then shows that view and no rows.
     [[nodiscard]] bool hostsView() const { return hostsView_; }
 
     /// The row that opened this page; null for the first page.
@@ -55,7 +55,7 @@ class PLATFORM_EXPORT PSListController : public UIViewController {
     void setSpecifier(PSSpecifierRef row) { specifier_ = std::move(row); }
 
   protected:
-    PSSpecifierList _specifiers; ///< the row list, built by specifiers() on the first request
+    PSSpecifierList _specifiers; ///< what specifiers() gives; subclasses fill it at the first request
 
   private:
     std::string title_;

@@ -4,21 +4,22 @@
 
 namespace platform {
 
-/// The page of an option list: one row for each title of the row that opened it, the stored value's row marked.
-/// Main thread.
+/// The page of an option list: a row for each option of the row that opened it, that of the stored value marked. Main
+/// thread.
 class PLATFORM_EXPORT PSListItemsController final : public PSListController {
   public:
     /// A group row, then a row of kind PSListItemCell for each option that has both a title and a value.
     PSSpecifierList specifiers() override;
 
-    /// The position of the stored value among the options, -1 when it is none of them. Values compare as they are
-    /// stored, a number with a number whatever its kind.
+    /// The position of the stored value among the options, -1 when it is not among them. A number equals a number of
+    /// the other kind.
     [[nodiscard]] int selectedIndex() const;
-    /// Stores the option's value through the opening row's set operation. Positions that are no option do nothing.
+    /// Stores the option's value through the opening row's set operation. Does nothing for a position without an
+    /// option.
     void select(int index);
 };
 
-/// The position of a value among an option list's values, -1 when it is none of them.
+/// The position of a value among the options of a row, -1 when it is not among them. Main thread.
 [[nodiscard]] PLATFORM_EXPORT int indexOfOption(const PSSpecifier& row, const Value& value);
 
 } // namespace platform

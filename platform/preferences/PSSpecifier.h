@@ -30,12 +30,12 @@ enum PSCellType : int {
 class PSSpecifier;
 using PSSpecifierRef = std::shared_ptr<PSSpecifier>;
 
-/// Operations that a row calls on its target; empty is "none".
+/// Operations that a row calls on its target; empty for none.
 using SetAction = std::function<void(NSObject& target, const Value& value, PSSpecifier& row)>;
 using GetAction = std::function<Value(NSObject& target, PSSpecifier& row)>;
 using ButtonAction = std::function<void(NSObject& target, PSSpecifier& row)>;
 
-/// Names an operation of a class, to be called later on a target of that class: `selector(&RootPage::setValue)`.
+/// Names an operation of a class, for later calls on a target of that class: `selector(&RootPage::setValue)`.
 template<class Target, class Result, class... Arguments>
 auto selector(Result (Target::*operation)(Arguments...)) {
     return [operation](NSObject& target, Arguments... arguments) -> Result {
@@ -43,7 +43,7 @@ auto selector(Result (Target::*operation)(Arguments...)) {
     };
 }
 
-/// The page that a row opens: a class, or only the name of one that is looked up when the row is tapped.
+/// The page that a row opens: a class, or the name of a class, which is looked up when the row is tapped. Main thread.
 class PLATFORM_EXPORT PSDetail {
   public:
     PSDetail() = default;
@@ -52,7 +52,7 @@ class PLATFORM_EXPORT PSDetail {
 
     /// Empty for a row that opens nothing.
     [[nodiscard]] const std::string& name() const { return name_; }
-    /// Null when no class of that name is there.
+    /// Null when there is no class of that name.
     [[nodiscard]] Class resolve() const { return known_ ? known_ : NSClassFromString(name_); }
 
   private:
@@ -62,10 +62,10 @@ class PLATFORM_EXPORT PSDetail {
 
 /// One row of a settings page: the record from which the Settings application draws it.
 ///
-/// It refers to its target, the page, without owning it. Main thread.
+/// The row does not own its target, the page. Main thread.
 class PLATFORM_EXPORT PSSpecifier {
   public:
-    /// edit is false for every row of a settings page.
+    /// `edit` is false for every row of a settings page.
     [[nodiscard]] static PSSpecifierRef preferenceSpecifierNamed(std::string name, NSObject* target, SetAction set,
                                                                  GetAction get, PSDetail detail, PSCellType cell,
                                                                  bool edit);
@@ -84,33 +84,33 @@ class PLATFORM_EXPORT PSSpecifier {
     /// What tapping a button calls.
     ButtonAction action;
 
-    /// The row's identifier, which is the preference key: the property "id". Empty when there is none.
+    /// The preference key, which is the property "id". Empty without one.
     [[nodiscard]] std::string identifier() const;
     void setIdentifier(const std::string& identifier) { setProperty(identifier, "id"); }
 
-    /// Keys that the platform reads: "id", "footerText", "min", "max", "showValue". nil when the property is not set.
+    /// The platform reads the keys "id", "footerText", "min", "max" and "showValue". nil when the property is not set.
     [[nodiscard]] Value property(const std::string& key) const;
     void setProperty(Value value, const std::string& key) { properties_.insert_or_assign(key, std::move(value)); }
-    /// The one property that is a picture, "iconImage". Setting null is kept as set: hasProperty() then says true.
+    /// The one property that is a picture is "iconImage". A null picture counts as set: hasProperty() is true then.
     [[nodiscard]] UIImageRef imageProperty(const std::string& key) const;
     void setProperty(UIImageRef image, const std::string& key) { images_.insert_or_assign(key, std::move(image)); }
     [[nodiscard]] bool hasProperty(const std::string& key) const {
         return properties_.contains(key) || images_.contains(key);
     }
 
-    /// The options of an option list; the three lists correspond by position and are not checked.
+    /// The options of an option list; the three lists correspond by position, which is not checked.
     void setValues(std::vector<Value> values, std::vector<std::string> titles, std::vector<std::string> shortTitles);
     [[nodiscard]] const std::vector<Value>& values() const { return values_; }
     [[nodiscard]] const std::vector<std::string>& titles() const { return titles_; }
     [[nodiscard]] const std::vector<std::string>& shortTitles() const { return shortTitles_; }
 
-    /// Calls the get operation on the target: nil without one.
+    /// Calls the get operation on the target; nil without an operation or a target.
     [[nodiscard]] Value performGetter() { return target_ && get_ ? get_(*target_, *this) : Value(); }
-    /// Calls the set operation on the target; does nothing without one.
+    /// Calls the set operation on the target, if there are both.
     void performSetter(const Value& value) {
         if (target_ && set_) set_(*target_, value, *this);
     }
-    /// Calls the action on the target; does nothing without one.
+    /// Calls the action on the target, if there are both.
     void performAction() {
         if (target_ && action) action(*target_, *this);
     }

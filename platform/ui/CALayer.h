@@ -5,9 +5,9 @@
 
 namespace platform {
 
-/// How a view's rectangle looks, beside what is drawn in it. Lengths are in points. From the back: the shadow of the
-/// rounded rectangle, its background, what is drawn in the view and the subviews, and the border, whose width lies
-/// inside the rectangle. Plain data; copies.
+/// How a view's rectangle looks, apart from what is drawn in it. Lengths are in points. From back to front: the shadow
+/// of the rounded rectangle, its background, the view's drawing and its subviews, and the border, whose width lies
+/// inside the rectangle. Plain data; any thread.
 struct CALayer {
     UIColorRef backgroundColor; ///< null for none
     double cornerRadius = 0;
@@ -17,9 +17,9 @@ struct CALayer {
     UIColorRef shadowColor = UIColor::blackColor();
     CGSize shadowOffset{0, -3};
     double shadowRadius = 3;  ///< of the blur
-    double shadowOpacity = 0; ///< 0 is no shadow, whatever the rest says
+    double shadowOpacity = 0; ///< in [0, 1]; 0 is no shadow at all
 
-    /// Colours are compared as objects: a difference may be one of identity only.
+    /// Compares colours as objects, so layers can differ by the identity of a colour alone.
     friend bool operator==(const CALayer&, const CALayer&) = default;
 };
 

@@ -10,28 +10,28 @@
 
 namespace platform {
 
-/// What a view has drawn into itself, step by step, for whoever has a screen to repeat. Immutable once made.
+/// What a view has drawn into itself, as steps that the window repeats on its screen. Immutable once made; any thread.
 struct CGDrawing {
     struct SaveState {};
     struct RestoreState {};
     struct Clip {
-        CGRect rect; ///< the clip becomes what it was, within this
+        CGRect rect; ///< the part of the current clip inside this becomes the clip
     };
     struct LinearGradient {
         CGGradientRef gradient;
         CGPoint start;
         CGPoint end;
-        unsigned options; ///< whether the end colours go on before the start (1) and after the end (2)
+        unsigned options; ///< 1: the first colour goes on before the start; 2: the last goes on after the end; added up
     };
     using Step = std::variant<SaveState, RestoreState, Clip, LinearGradient>;
 
-    CGSize size; ///< of the view when it drew; in a view of another size the drawing is stretched
+    CGSize size; ///< of the view when it drew, in points; a view of another size shows the drawing stretched
     std::vector<Step> steps;
 };
 using CGDrawingRef = std::shared_ptr<const CGDrawing>;
 
-/// Where a view draws, in its own coordinates: keeps the steps instead of making pixels, which only the screen knows
-/// the number of. Main thread.
+/// Where a view draws, in its own coordinates. Keeps steps instead of pixels, since only the screen knows how many
+/// pixels a point has. Main thread.
 class CGContext {
   public:
     explicit CGContext(CGSize size) : drawing_{size, {}} {}
@@ -50,7 +50,7 @@ class CGContext {
     CGDrawing drawing_;
 };
 
-/// The context of the view that is drawing itself, null when none is. Main thread.
+/// The context of the view that is drawing itself, null when no view is. Main thread.
 [[nodiscard]] PLATFORM_EXPORT CGContext* UIGraphicsGetCurrentContext();
 
 } // namespace platform

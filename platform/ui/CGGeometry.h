@@ -2,7 +2,7 @@
 
 namespace platform {
 
-/// Points, with the origin at the top left, x to the right and y downwards.
+/// All lengths are in points; the origin is at the top left, x runs to the right and y downwards. Any thread.
 struct CGPoint {
     double x = 0;
     double y = 0;
@@ -21,7 +21,6 @@ struct CGRect {
     friend bool operator==(const CGRect&, const CGRect&) = default;
 };
 
-/// A frame is written in the order x, y, width, height.
 constexpr CGRect CGRectMake(double x, double y, double width, double height) {
     return {{x, y}, {width, height}};
 }

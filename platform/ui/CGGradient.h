@@ -10,7 +10,7 @@ namespace platform {
 class CGGradient;
 using CGGradientRef = std::shared_ptr<const CGGradient>;
 
-/// A run of colours in the device's RGB space. Immutable; any thread.
+/// A run of colours in the device's RGB space, components in [0, 1]. Immutable; any thread.
 class PLATFORM_EXPORT CGGradient {
   public:
     struct Stop {
@@ -29,8 +29,8 @@ class PLATFORM_EXPORT CGGradient {
     std::vector<Stop> stops_;
 };
 
-/// Four components for each stop: red, green, blue, alpha. Without locations the stops stand evenly from 0 to 1. Null
-/// when there is no stop, or the numbers of components and locations do not fit.
+/// Each stop has four components: red, green, blue, alpha. Without locations, the stops stand evenly from 0 to 1. Null
+/// without any stop, or when the numbers of components and locations do not match.
 [[nodiscard]] PLATFORM_EXPORT CGGradientRef
 CGGradientCreateWithColorComponents(const std::vector<double>& components, const std::vector<double>& locations = {});
 

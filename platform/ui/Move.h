@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
-/// What comes of moving a row of a table. The row is taken out first; its new place counts without it.
+/// What moving a row of a table does. The row is taken out first, and its new place counts without it. Any thread.
 
 namespace platform {
 
-/// Where a row stands after a move, which may be its own or another's.
+/// Where a row stands after its own or another row's move.
 constexpr NSIndexPath moved(NSIndexPath row, NSIndexPath from, NSIndexPath to) {
     if (row == from) return to;
     if (row.section == from.section && row.row > from.row) --row.row;
@@ -18,7 +18,7 @@ constexpr NSIndexPath moved(NSIndexPath row, NSIndexPath from, NSIndexPath to) {
     return row;
 }
 
-/// What belongs to rows goes along with them.
+/// The parts that belong to rows, each where its row stands after a move.
 template<class Part>
 std::map<NSIndexPath, Part> moved(std::map<NSIndexPath, Part> parts, NSIndexPath from, NSIndexPath to) {
     std::map<NSIndexPath, Part> after;
@@ -27,8 +27,7 @@ std::map<NSIndexPath, Part> moved(std::map<NSIndexPath, Part> parts, NSIndexPath
     return after;
 }
 
-/// The rows themselves change their order; each section has a list of its rows, and both may be the same section's.
-/// A place that does not exist changes nothing.
+/// Moves a row from one section's list to another's, or within one list. Does nothing if either place does not exist.
 template<class Row>
 void moveRow(std::vector<Row>& source, int from, std::vector<Row>& destination, int to) {
     const std::size_t placesThere = destination.size() + (&source == &destination ? 0 : 1);

@@ -4,7 +4,7 @@
 
 namespace platform {
 
-/// Where a row of a table stands: its section and its position there, both from 0.
+/// Where a row of a table stands: its section, and its position there, both counted from 0. Any thread.
 struct NSIndexPath {
     int section = 0;
     int row = 0;

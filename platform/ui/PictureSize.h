@@ -7,8 +7,8 @@
 
 namespace platform {
 
-/// How many pixels wide and high the picture in a PNG or JPEG file says that it is; nothing for any other file. Nothing
-/// is decoded. Any thread.
+/// The width and height in pixels that a PNG or JPEG file states; nothing for any other file. Decodes no picture. Any
+/// thread.
 [[nodiscard]] std::optional<CGSize> pictureSize(const Data& bytes);
 
 } // namespace platform

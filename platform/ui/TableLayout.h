@@ -11,7 +11,7 @@
 
 namespace platform {
 
-/// Where in the view a row comes to stand; none is wherever the least scrolling brings all of it into view.
+/// Where in the view a row comes to stand; None: where the least scrolling brings all of it into view.
 enum UITableViewScrollPosition : int {
     UITableViewScrollPositionNone = 0,
     UITableViewScrollPositionTop = 1,
@@ -19,7 +19,7 @@ enum UITableViewScrollPosition : int {
     UITableViewScrollPositionBottom = 3
 };
 
-/// A row of a table is to be seen. Done once for each serial number.
+/// The wish to see a row of a table. Each serial number is followed once.
 struct TableScrollRequest {
     std::uint64_t serial = 0; ///< 0 for no request yet
     NSIndexPath row;
@@ -27,7 +27,7 @@ struct TableScrollRequest {
     bool animated = false;
 };
 
-/// One section of a table. Heights are in points; all rows of a section are equally high.
+/// One section of a table. Heights are in points; all of its rows have one height.
 struct TableSection {
     std::string header; ///< empty for none
     std::string footer; ///< empty for none
@@ -42,10 +42,10 @@ struct TableSection {
 ///
 ///     layout.moved({0, 4}, {1, 0}).rowTop({1, 0}); // where a row would stand after a move
 ///
-/// Questions about a section or a row are about one that there is, unless they say otherwise. A value; any thread.
+/// Sections and rows that are given must exist, unless an operation says otherwise. A value; any thread.
 class PLATFORM_EXPORT TableLayout {
   public:
-    /// The rows of one section from `first` up to, but not with, `end`.
+    /// The rows of one section from `first` to the one before `end`.
     struct Rows {
         int first = 0;
         int end = 0;
@@ -61,31 +61,31 @@ class PLATFORM_EXPORT TableLayout {
     [[nodiscard]] const TableSection& section(int number) const { return sections_[static_cast<std::size_t>(number)]; }
     [[nodiscard]] bool hasSection(int number) const { return number >= 0 && number < sectionCount(); }
     [[nodiscard]] bool hasRow(NSIndexPath path) const;
-    /// As they were drawn.
+    /// The heights as drawn.
     void setHeights(int section, double header, double footer);
 
     [[nodiscard]] double sectionTop(int section) const;
     [[nodiscard]] double footerTop(int section) const { return rowTop({section, this->section(section).rowCount}); }
     [[nodiscard]] double rowTop(NSIndexPath path) const;
     [[nodiscard]] double height() const { return sectionTop(sectionCount()); }
-    /// The rows that show anything of themselves between two heights, for each section.
+    /// For each section, the rows of which at least a part lies between two heights.
     [[nodiscard]] std::vector<Rows> rowsBetween(double top, double bottom) const;
-    /// Where a view that is so high, and has its top there now, has it once the row stands in that position. It may be
-    /// beyond the ends.
+    /// The top of a view, now at `top` and of this height, once the row stands in that position. May lie beyond the
+    /// table's ends.
     [[nodiscard]] double scrolledTo(NSIndexPath path, UITableViewScrollPosition position, double top,
                                     double height) const;
 
     [[nodiscard]] int rowTotal() const { return placeOf({sectionCount(), 0}); }
     [[nodiscard]] int placeOf(NSIndexPath path) const;
-    /// No row for a place that there is not.
+    /// A path for which hasRow() is false if there is no such place.
     [[nodiscard]] NSIndexPath pathOf(int place) const;
 
-    /// Whether there are such a row and, once it is taken out, such a place for it.
+    /// Whether the row exists and, once it is taken out, the place too.
     [[nodiscard]] bool canMove(NSIndexPath from, NSIndexPath to) const;
     [[nodiscard]] TableLayout moved(NSIndexPath from, NSIndexPath to) const;
-    /// Where a row goes that is dropped with its top edge at that height: the nearest place there is.
+    /// The place nearest to a row that is dropped with its top edge at that height.
     [[nodiscard]] NSIndexPath nearest(NSIndexPath from, double top) const;
-    /// Where a row goes by one step down (1) or up (-1), into the next section too; none at the very ends.
+    /// Where a row goes by one step down (1) or up (-1), also into the next section; nothing at the very ends.
     [[nodiscard]] std::optional<NSIndexPath> step(NSIndexPath from, int by) const;
 
   private:

@@ -11,11 +11,11 @@ namespace platform {
 /// What happens to a control; the platform's numbers, added up.
 enum UIControlEvents : unsigned { UIControlEventTouchUpInside = 64 };
 
-/// A rectangle that is pressed. It has no look of its own but its layer's. Main thread.
+/// A rectangle to press, which looks like its layer. Main thread.
 class PLATFORM_EXPORT UIButton final : public UIView {
   public:
-    /// Calls an operation of the target, with the button, when the event happens. The target is not owned: it outlives
-    /// the button, or is a view that the button is in.
+    /// Calls an operation of the target, with the button, when the event happens. The button does not own the target,
+    /// which outlives the button or is a view around it.
     template<class Target>
     void addTarget(Target& target, void (Target::*action)(UIButton& sender), unsigned controlEvents) {
         actions_.push_back({controlEvents, [&target, action](UIButton& sender) { (target.*action)(sender); }});

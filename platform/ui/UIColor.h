@@ -8,14 +8,14 @@
 namespace platform {
 
 class UIColor;
-/// Colours are shared and immutable; whether two are one object and whether they are equal are two questions.
+/// Colours are shared and immutable. Two objects may be equal colours.
 using UIColorRef = std::shared_ptr<const UIColor>;
 
 /// How a colour's components are to be read; the platform's numbers.
 enum class CGColorSpaceModel : int { monochrome = 0, rgb = 1 };
 
-/// A colour with components in [0, 1]. Equal are colours of one model with equal components: a grey is never equal to
-/// the same colour made of red, green and blue. Any thread.
+/// A colour with components in [0, 1]. Colours of one model with equal components are equal; a grey never equals the
+/// same colour made of red, green and blue. Any thread.
 class PLATFORM_EXPORT UIColor {
   public:
     struct HSB {
@@ -28,7 +28,7 @@ class PLATFORM_EXPORT UIColor {
 
     [[nodiscard]] static UIColorRef colorWithRed(double red, double green, double blue, double alpha);
     [[nodiscard]] static UIColorRef colorWithWhite(double white, double alpha);
-    /// An RGB colour by the standard conversion. Components out of range are taken as the nearest that are in it.
+    /// An RGB colour by the standard conversion. A component out of range counts as the nearest in range.
     [[nodiscard]] static UIColorRef colorWithHue(double hue, double saturation, double brightness, double alpha);
     [[nodiscard]] static UIColorRef blackColor(); ///< monochrome, as is the next one
     [[nodiscard]] static UIColorRef whiteColor();
@@ -36,10 +36,10 @@ class PLATFORM_EXPORT UIColor {
     [[nodiscard]] CGColorSpaceModel colorSpaceModel() const { return model_; }
     /// White level and alpha, or red, green, blue and alpha.
     [[nodiscard]] std::vector<double> components() const;
-    /// By the standard conversion: hue and saturation of a grey are 0, and hue is never 1.
+    /// By the standard conversion: a grey has the hue and saturation 0, and no hue is 1.
     [[nodiscard]] HSB getHue() const;
 
-    // A grey has its white level in all three.
+    // A grey has its white level in the first three.
     [[nodiscard]] double red() const { return red_; }
     [[nodiscard]] double green() const { return green_; }
     [[nodiscard]] double blue() const { return blue_; }

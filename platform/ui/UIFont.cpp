@@ -18,7 +18,7 @@ namespace platform {
 namespace {
 
 constexpr std::size_t kLongestMadeUp = 255; // of a PostScript name
-constexpr int kMostFilesRead = 200;         // at one look; takes some ten milliseconds
+constexpr int kMostFilesRead = 200;         // at one look, in some ten milliseconds
 
 struct InstalledFont {
     std::string family;
@@ -47,7 +47,7 @@ struct Installed {
     std::unordered_map<std::string, const InstalledFont*> byName;
 };
 
-/// Empty when there is none that can be read.
+/// Empty without a text in UTF-8.
 std::string text(const FcPattern* pattern, const char* key) {
     FcChar8* found = nullptr;
     if (FcPatternGetString(pattern, key, 0, &found) != FcResultMatch) return {};
@@ -67,15 +67,14 @@ bool flag(const FcPattern* pattern, const char* key) {
     return found == FcTrue;
 }
 
-/// A text with a hyphen for every sign that fontconfig might take for none of a PostScript name, and a few more.
+/// A text with a hyphen for every sign that fontconfig might keep out of a PostScript name, and for a few more.
 std::string hyphenated(std::string name) {
     for (char& sign : name)
         if (std::string_view(" !\"#$%&'()*+,./:;<=>?@[\\]^`{|}~").find(sign) != std::string_view::npos) sign = '-';
     return name;
 }
 
-/// For a font that has no PostScript name, fontconfig makes one of its family's name in some language, and does not say
-/// so.
+/// Fontconfig silently makes a name for a font without a PostScript name, from the family's name in some language.
 bool looksMadeUp(const FcPattern* pattern, const std::string& name) {
     FcChar8* family = nullptr;
     for (int i = 0; FcPatternGetString(pattern, FC_FAMILY, i, &family) == FcResultMatch; ++i)
@@ -84,7 +83,7 @@ bool looksMadeUp(const FcPattern* pattern, const std::string& name) {
     return false;
 }
 
-/// Says by what names fonts go. One look at what is installed has one.
+/// Finds the names of fonts; one for each look at what is installed.
 class Namer {
   public:
     Namer() { FT_Init_FreeType(&library_); }
@@ -138,7 +137,7 @@ std::vector<InstalledFont> fontsIn(const FcFontSet& set) {
         InstalledFont font;
         font.family = text(pattern, FC_FAMILY);
         font.file = text(pattern, FC_FILE);
-        // The instance that stands for all is none that a file could be asked for.
+        // No file has the instance that stands for all.
         font.index = standsForAll(pattern) ? faceOf(pattern).second : number(pattern, FC_INDEX);
         font.name = namer.nameOf(pattern, font);
         if (!font.family.empty() && !font.name.empty() && !font.file.empty()) fonts.push_back(std::move(font));
@@ -146,19 +145,19 @@ std::vector<InstalledFont> fontsIn(const FcFontSet& set) {
     return fonts;
 }
 
-/// Reads fontconfig's caches. A configuration of our own, because the shared one is the toolkit's, on another thread.
+/// Reads fontconfig's caches. In a configuration of its own: the shared one is the toolkit's, on another thread.
 std::shared_ptr<const Installed> look() {
     const std::unique_ptr<FcConfig, void (*)(FcConfig*)> config(FcInitLoadConfigAndFonts(), FcConfigDestroy);
-    // The set itself: a list that is asked for leaves out files whose names differ in case only.
+    // The set itself, since fontconfig's lists leave out files whose names differ in case only.
     const FcFontSet* set = config ? FcConfigGetFonts(config.get(), FcSetSystem) : nullptr;
     return std::make_shared<const Installed>(set ? fontsIn(*set) : std::vector<InstalledFont>());
 }
 
 std::mutex lastLook;
-std::shared_ptr<const Installed> installed; ///< at the last look; guarded by it
+std::shared_ptr<const Installed> installed; ///< at the last look; guarded by lastLook
 
-/// Fontconfig could tell whether anything has changed, but only to the second, which a font that has just been
-/// installed may fall into. Looking takes a few milliseconds, and whoever lists fonts begins with the families.
+/// Fontconfig tells changes apart by the second only, and a font may have been installed in the very second of the last
+/// look. Looking takes a few milliseconds, and a list of fonts begins with the families.
 std::shared_ptr<const Installed> lookAnew() {
     auto found = look();
     const std::lock_guard hold(lastLook);

@@ -10,13 +10,13 @@
 
 namespace platform {
 
-/// A font's file as FreeType reads it: read and not mapped, so that one that is cut short meanwhile gives bad glyphs at
-/// worst.
+/// A font's file for FreeType, which reads instead of mapping it, so that a file that is cut short meanwhile gives bad
+/// glyphs at worst.
 ///
 ///     UIFontStream stream(font.file());
 ///     if (FT_Face face = stream.open(library, font.index())) …
 ///
-/// Outlives the face. One thread, that of the library.
+/// The stream outlives the face. One thread, that of the library.
 class UIFontStream {
   public:
     explicit UIFontStream(const std::filesystem::path& path) : file_(path) {
@@ -24,7 +24,7 @@ class UIFontStream {
         stream_.descriptor.pointer = &file_;
         stream_.read = [](FT_Stream stream, unsigned long offset, unsigned char* into, unsigned long count) {
             const auto& file = *static_cast<const RegularFile*>(stream->descriptor.pointer);
-            if (offset > file.size()) return count == 0 ? 1UL : 0UL; // of nothing the result is an error code
+            if (offset > file.size()) return count == 0 ? 1UL : 0UL; // for no bytes, the result is an error code
             count = std::min(count, static_cast<unsigned long>(file.size()) - offset);
             return count > 0 && file.read(offset, into, count) ? count : 0UL;
         };
@@ -33,7 +33,7 @@ class UIFontStream {
     UIFontStream& operator=(const UIFontStream&) = delete;
     ~UIFontStream() = default;
 
-    /// To be ended with FT_Done_Face; null when the file cannot be read as a font, or has none of that number.
+    /// To be ended with FT_Done_Face(); null when the file is no readable font or has no face of that number.
     [[nodiscard]] FT_Face open(FT_Library library, int index) {
         FT_Open_Args from{};
         from.flags = FT_OPEN_STREAM;

@@ -5,7 +5,7 @@
 
 namespace platform {
 
-/// A picture, stretched over the whole view. Touches go through it to the view that it is in. Main thread.
+/// A picture, stretched over the whole view. Touches go through it to the view around it. Main thread.
 class PLATFORM_EXPORT UIImageView final : public UIView {
   public:
     UIImageView() { setUserInteractionEnabled(false); }
@@ -16,7 +16,7 @@ class PLATFORM_EXPORT UIImageView final : public UIView {
         return initWithFrame({{0, 0}, image_ ? image_->size() : CGSize{}});
     }
 
-    /// Null is nothing.
+    /// Null for no picture.
     [[nodiscard]] const UIImageRef& image() const { return image_; }
     void setImage(UIImageRef image) { image_ = std::move(image); }
 

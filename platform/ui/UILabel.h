@@ -10,13 +10,12 @@ namespace platform {
 /// A line of text. Main thread.
 class PLATFORM_EXPORT UILabel final : public UIView {
   public:
-    /// Empty is nothing.
     [[nodiscard]] const std::string& text() const { return text_; }
     void setText(std::string text) { text_ = std::move(text); }
 
     /// Never null; at first the system's font at 17.0 points.
     [[nodiscard]] const UIFontRef& font() const { return font_; }
-    /// Null, which is what a font that could not be made is, leaves the label the font that it has.
+    /// Null, as for a font that is not installed, changes nothing.
     void setFont(UIFontRef font) {
         if (font) font_ = std::move(font);
     }

@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// What a header and a footer are taken to need until somebody has drawn them: a line of small text with its margins.
+// The heights of a header and a footer until the window has drawn them: a line of small text with its margins.
 constexpr double kHeaderHeight = 50;
 constexpr double kFooterHeight = 24;
 
@@ -93,9 +93,9 @@ void UITableView::scrollToRowAtIndexPath(NSIndexPath path, UITableViewScrollPosi
     layoutIfNeeded();
     if (!layout_.hasRow(path)) return;
     scrollRequest_ = {scrollRequest_.serial + 1, path, atScrollPosition, animated};
-    if (!std::isfinite(bottom_)) return; // there are cells for all rows already
+    if (!std::isfinite(bottom_)) return; // all rows have cells already
     const double height = frame().size.height;
-    const double margin = std::max(0.0, (bottom_ - top_ - height) / 2); // whoever draws asks for more than is seen
+    const double margin = std::max(0.0, (bottom_ - top_ - height) / 2); // the window asks for more than is seen
     const double wanted = layout_.scrolledTo(path, atScrollPosition, top_ + margin, height);
     const double top = std::clamp(wanted, 0.0, std::max(0.0, layout_.height() - height));
     setViewport(top - margin, top + height + margin);

@@ -14,8 +14,8 @@ namespace platform {
 
 class UITableView;
 
-/// What is in a table. Asked by the table alone. A list says only what it has: by default there is one section without
-/// a header and a footer, and no row can be moved.
+/// What is in a table; only the table asks. By default there is one section without a header and a footer, and no row
+/// can be moved. Main thread.
 class PLATFORM_EXPORT UITableViewDataSource {
   public:
     virtual ~UITableViewDataSource();
@@ -26,50 +26,49 @@ class PLATFORM_EXPORT UITableViewDataSource {
     virtual std::string titleForHeaderInSection(UITableView& /*tableView*/, int /*section*/) { return {}; }
     virtual std::string titleForFooterInSection(UITableView& /*tableView*/, int /*section*/) { return {}; }
     virtual bool canMoveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) { return false; }
-    /// The user has dropped a row; its new place counts with the row taken out of its old one.
+    /// The user has dropped a row; the new place counts without the row in its old one.
     virtual void moveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*from*/, NSIndexPath /*to*/) {}
 };
 
-/// How a table's rows are shown, and what comes of a tap.
+/// How a table shows its rows, and what a tap does. Main thread.
 class PLATFORM_EXPORT UITableViewDelegate {
   public:
     virtual ~UITableViewDelegate();
-    /// In points; 44 by default.
+    /// In points.
     virtual double heightForRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) { return 44; }
-    /// The sign at the beginning of the row while the table is being edited; by default there is none. It is only
-    /// shown: no list deletes or inserts rows, so nothing comes of a tap on it.
+    /// The sign at the beginning of the row while the table is being edited. It is for show: no list deletes or inserts
+    /// rows, so a tap on it does nothing.
     virtual UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& /*tableView*/,
                                                                       NSIndexPath /*path*/) {
         return UITableViewCellEditingStyleNone;
     }
-    /// Whether the row makes room for that sign while the table is being edited, even if it has none; by default it
-    /// does.
+    /// Whether the row makes room for that sign while the table is being edited, even without a sign.
     virtual bool shouldIndentWhileEditingRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
         return true;
     }
-    /// The user has tapped a row, which is selected now. By default nothing comes of it.
+    /// The user has tapped a row, which is selected now.
     virtual void didSelectRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {}
 };
 
 enum UITableViewStyle : int { UITableViewStylePlain = 0, UITableViewStyleGrouped = 1 };
 
-/// A scrolling column of rows in sections, of which only those in view exist as cells.
+/// A scrolling column of rows in sections, with cells for the rows in view only.
 ///
 ///     tableView = make<UITableView>(frame, UITableViewStyleGrouped);
 ///     tableView->setDataSource(this);
 ///     tableView->setDelegate(this);
 ///     addSubview(tableView);
 ///
-/// It refers to its data source and delegate without owning them. What draws it tells it the part that is in view, and
-/// how high headers and footers came out; those are measured in the drawn font. All rows of a section are as high as
-/// the delegate says of the first, or of the one that would be. Main thread.
+/// The table does not own its data source and delegate. The window tells it which part is in view, and how high headers
+/// and footers came out in the font as drawn. All rows of a section have the height that the delegate gives for the
+/// first, even in an empty section. Lengths are in points. Main thread.
 class PLATFORM_EXPORT UITableView final : public UIView {
   public:
     using UIView::initWithFrame;
     bool initWithFrame(const CGRect& frame, UITableViewStyle style);
 
     [[nodiscard]] UITableViewStyle style() const { return style_; }
-    /// Whoever takes the source away, reloads.
+    /// After taking the source away, call reloadData().
     void setDataSource(UITableViewDataSource* dataSource) { dataSource_ = dataSource; }
     void setDelegate(UITableViewDelegate* delegate) { delegate_ = delegate; }
     [[nodiscard]] bool isEditing() const { return editing_; }
@@ -77,54 +76,54 @@ class PLATFORM_EXPORT UITableView final : public UIView {
 
     /// Asks the data source anew for everything.
     void reloadData();
-    /// Loads the table when it never was.
+    /// Loads the table the first time.
     void layoutSubviews() override;
 
-    /// A cell of that identifier that is out of view, null when there is none.
+    /// A cell with that identifier that has left the view, null when there is none.
     std::shared_ptr<UITableViewCell> dequeueReusableCellWithIdentifier(const std::string& identifier);
     /// The cell of a row in view, null for every other row.
     [[nodiscard]] std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(NSIndexPath path) const;
 
-    /// The row that was tapped last, none once it is deselected.
+    /// The row that was tapped last; nothing once it is deselected.
     [[nodiscard]] std::optional<NSIndexPath> indexPathForSelectedRow() const { return selected_; }
-    /// The row's ground goes back to what it was, slowly when that is `animated`.
+    /// The row loses its marked ground, slowly if `animated`.
     void deselectRowAtIndexPath(NSIndexPath path, bool animated);
-    /// Brings a row into view, as far as scrolling allows, and makes the cells around it. A row that there is not does
-    /// nothing.
+    /// Brings a row into view as far as scrolling allows, and makes the cells around it. Does nothing for a row that
+    /// does not exist.
     void scrollToRowAtIndexPath(NSIndexPath path, UITableViewScrollPosition atScrollPosition, bool animated);
 
     [[nodiscard]] int numberOfSections() const { return layout_.sectionCount(); }
     [[nodiscard]] int numberOfRowsInSection(int section) const;
-    /// In the table's own coordinates, which begin at the top of the first header.
+    /// In the table's own coordinates, which begin at the top of the first header. Empty for a row that does not exist.
     [[nodiscard]] CGRect rectForRowAtIndexPath(NSIndexPath path) const;
     [[nodiscard]] CGSize contentSize() const;
 
-    // What follows is for whoever draws the table.
+    // What follows is for the window.
 
-    /// Tells tables apart, never used twice in a process.
+    /// Tells tables apart; no number comes twice in a process.
     [[nodiscard]] std::uint64_t id() const { return id_; }
 
     [[nodiscard]] const TableLayout& layout() const { return layout_; }
     void setSectionHeights(int section, double header, double footer);
-    /// The part for which there are cells, from `top` to `bottom`; one row at each end may stand out of it.
+    /// The part for which there are cells, from `top` to `bottom`; the first and last row may reach beyond it.
     void setViewport(double top, double bottom);
     /// The rows in view, in order.
     [[nodiscard]] const std::map<NSIndexPath, std::shared_ptr<UITableViewCell>>& visibleCells() const { return cells_; }
     /// True while editing, when the data source says that the row can be moved.
     [[nodiscard]] bool canMoveRow(NSIndexPath path);
-    /// What the delegate says of the row while editing; none otherwise.
+    /// What the delegate says while the table is being edited; otherwise the style without a sign.
     [[nodiscard]] UITableViewCellEditingStyle editingStyleOfRow(NSIndexPath path);
     /// True while editing, when the delegate says that the row is indented.
     [[nodiscard]] bool isRowIndented(NSIndexPath path);
     /// How the last row was deselected.
     [[nodiscard]] bool deselectsAnimated() const { return deselectsAnimated_; }
-    /// The last row that was to be scrolled to, for whoever draws: by the heights as drawn.
+    /// The last wish to see a row, which the window follows by the heights as drawn.
     [[nodiscard]] const TableScrollRequest& scrollRequest() const { return scrollRequest_; }
     /// The user has tapped a row: selects it and tells the delegate, unless the table is being edited or has no such
     /// row.
     void tapRow(NSIndexPath path);
-    /// The user has dropped a row: tells the data source, and moves the cells along. Places that do not exist, and rows
-    /// that cannot be moved, do nothing.
+    /// The user has dropped a row: tells the data source, and moves the cells along. Does nothing for a row that cannot
+    /// be moved, or a place that does not exist.
     void dropRow(NSIndexPath from, NSIndexPath to);
 
   private:

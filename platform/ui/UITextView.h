@@ -14,7 +14,7 @@ namespace platform {
 class PLATFORM_EXPORT UITextView final : public UIView {
   public:
     [[nodiscard]] const std::string& text() const { return *text_; }
-    /// The same, for whoever keeps it: a text may have many megabytes. Another object once another text is set.
+    /// The same to share, since a text may have many megabytes. Another text is another object.
     [[nodiscard]] const std::shared_ptr<const std::string>& sharedText() const { return text_; }
     void setText(std::string text) {
         if (text != *text_) text_ = std::make_shared<const std::string>(std::move(text));
@@ -26,13 +26,13 @@ class PLATFORM_EXPORT UITextView final : public UIView {
         if (font) font_ = std::move(font);
     }
 
-    /// The window edits no text, whatever this says; it is kept because pages state it.
+    /// Kept on purpose, since pages state it, although the window never edits a text view's text.
     [[nodiscard]] bool isEditable() const { return editable_; }
     void setEditable(bool editable) { editable_ = editable; }
     [[nodiscard]] bool isSelectable() const { return selectable_; }
     void setSelectable(bool selectable) { selectable_ = selectable; }
 
-    /// Tells text views apart, never used twice in a process.
+    /// Tells text views apart; no number comes twice in a process.
     [[nodiscard]] std::uint64_t id() const { return id_; }
 
   private:

@@ -41,7 +41,7 @@ void UITouchRouter::send(const std::shared_ptr<UIView>& pageView, const std::vec
     std::vector<Group> groups;
     UIEvent event;
     for (const Point& point : points) {
-        if (point.phase == UITouchPhase::began) cancel(point.finger); // its end has not come, and never will
+        if (point.phase == UITouchPhase::began) cancel(point.finger); // its end has been missed
         if (point.phase == UITouchPhase::began && pageView) {
             const CGPoint origin = pageView->frame().origin;
             const CGPoint inside{point.location.x - origin.x, point.location.y - origin.y};

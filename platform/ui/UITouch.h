@@ -27,25 +27,25 @@ class PLATFORM_EXPORT UITouch {
     UITouchPhase phase_;
 };
 
-/// The touches that come at once.
+/// The touches that come at one moment. Main thread.
 struct UIEvent {
     UITouches allTouches;
 };
 
-/// Hands touches to views. A touch belongs, until it ends, to the view under it when it began; touches of one event and
-/// one phase reach a view together, in their order. A touch whose view has gone reaches nobody. A finger that comes
-/// down without having left cancels its former touch. Main thread.
+/// Hands touches to views. A touch belongs to the view under which it began until it ends; touches of one event and one
+/// phase reach a view together, in their order. A touch whose view is gone is dropped. A finger that comes down without
+/// having left cancels its former touch. Main thread.
 class PLATFORM_EXPORT UITouchRouter {
   public:
     struct Point {
-        std::int64_t finger = 0; ///< tells the touches apart that are down at one time
+        std::int64_t finger = 0; ///< tells apart the touches that are down at one time
         UITouchPhase phase = UITouchPhase::began;
         CGPoint location; ///< on the page
         friend bool operator==(const Point&, const Point&) = default;
     };
 
     void send(const std::shared_ptr<UIView>& pageView, const std::vector<Point>& points);
-    /// Every touch that is down counts as cancelled.
+    /// Cancels every touch that is down.
     void cancel();
 
   private:

@@ -6,8 +6,8 @@
 namespace platform {
 namespace {
 
-/// One dimension of autoresizing: what the parent grew by goes to the flexible parts in proportion to their lengths,
-/// in equal shares where all of them are 0.
+/// One dimension of autoresizing: the flexible parts share the parent's growth in proportion to their lengths, or
+/// equally where all of them are 0.
 void resize(double& start, double& length, double before, double after, bool startFlexes, bool lengthFlexes,
             bool endFlexes) {
     const double end = before - start - length;
@@ -91,14 +91,14 @@ void UIView::detach() {
     if (!superview_) return;
     auto& siblings = superview_->subviews_;
     superview_ = nullptr;
-    // May be the last that holds this view, so nothing is touched after it.
+    // The parent may be the last owner of this view, so this comes last.
     siblings.erase(
         std::find_if(siblings.begin(), siblings.end(), [this](const auto& view) { return view.get() == this; }));
 }
 
 void UIView::layoutIfNeeded() {
     if (std::exchange(needsLayout_, false)) layoutSubviews();
-    const auto views = subviews_; // laying one out may bring another
+    const auto views = subviews_; // laying one out may add another
     for (const auto& view : views)
         view->layoutIfNeeded();
 }

@@ -19,7 +19,7 @@ class UITouch;
 struct UIEvent;
 using UITouches = std::vector<std::shared_ptr<const UITouch>>;
 
-/// What follows when the parent's size changes; the platform's numbers, added up.
+/// Which parts of a view's place change with the parent's size; the platform's numbers, added up.
 enum UIViewAutoresizing : unsigned {
     UIViewAutoresizingNone = 0,
     UIViewAutoresizingFlexibleLeftMargin = 1,
@@ -30,10 +30,11 @@ enum UIViewAutoresizing : unsigned {
     UIViewAutoresizingFlexibleBottomMargin = 32,
 };
 
-/// A rectangle on the screen with other views in it. A parent holds its subviews; a subview only refers to its parent.
+/// A rectangle on the screen with other views in it, in points. A parent owns its subviews; a subview only refers to
+/// its parent.
 ///
-/// Layout and drawing are put off: a change only notes that they are due, and whoever shows the views lets them lay
-/// themselves out and draw before each picture. Main thread.
+/// Layout and drawing wait: a change only notes that they are due, and the Settings application has them done before
+/// each picture. Main thread.
 class PLATFORM_EXPORT UIView : public NSObject {
   public:
     UIView() = default;
@@ -41,7 +42,7 @@ class PLATFORM_EXPORT UIView : public NSObject {
 
     /// Calls initWithFrame() with an empty frame.
     virtual bool init() { return initWithFrame({}); }
-    /// Subclasses build themselves completely here. False makes make<T>(frame) give null.
+    /// Subclasses build themselves completely here. After false, make<T>(frame) gives null.
     virtual bool initWithFrame(const CGRect& frame);
 
     // -- where it is --
@@ -62,7 +63,7 @@ class PLATFORM_EXPORT UIView : public NSObject {
 
     [[nodiscard]] CALayer& layer() { return layer_; }
     [[nodiscard]] const CALayer& layer() const { return layer_; }
-    /// The layer's.
+    // The next two are the layer's.
     [[nodiscard]] const UIColorRef& backgroundColor() const { return layer_.backgroundColor; }
     void setBackgroundColor(UIColorRef color) { layer_.backgroundColor = std::move(color); }
     [[nodiscard]] bool clipsToBounds() const { return layer_.masksToBounds; }
@@ -79,14 +80,14 @@ class PLATFORM_EXPORT UIView : public NSObject {
     [[nodiscard]] UIView* superview() const { return superview_; }
     /// Back to front.
     [[nodiscard]] const std::vector<std::shared_ptr<UIView>>& subviews() const { return subviews_; }
-    /// Puts the view in front of the others, taking it from its former parent.
+    /// Takes the view from its former parent and puts it in front of the others.
     void addSubview(std::shared_ptr<UIView> view) { attach(std::move(view), nullptr); }
-    /// Puts the view directly in front of one that is in this view; in front of all when that one is not.
+    /// The same, but directly in front of `aboveSubview` if that is a subview of this view.
     void insertSubview(std::shared_ptr<UIView> view, const UIView& aboveSubview) {
         attach(std::move(view), &aboveSubview);
     }
     void removeFromSuperview();
-    /// The view is about to enter another parent, or none. By default does nothing.
+    /// The view is about to enter another parent, or null for none.
     virtual void willMoveToSuperview(UIView* /*newSuperview*/) {}
 
     [[nodiscard]] int tag() const { return tag_; }
@@ -96,31 +97,32 @@ class PLATFORM_EXPORT UIView : public NSObject {
 
     /// Due at first, when the size changes, and when a subview is added.
     void setNeedsLayout() { needsLayout_ = true; }
-    /// Places the subviews. By default does nothing; the masks have been followed already.
+    /// Places the subviews, which have followed their masks already.
     virtual void layoutSubviews() {}
-    /// Lays out the view and all that is in it, as far as it is due.
+    /// Lays out the view, and every view in it, where that is due.
     void layoutIfNeeded();
 
-    /// Due at first; a change of size only stretches what was drawn.
+    /// Due at first; a change of size only stretches the drawing.
     void setNeedsDisplay() { needsDisplay_ = true; }
-    /// Draws into UIGraphicsGetCurrentContext(). By default does nothing.
+    /// Draws into UIGraphicsGetCurrentContext().
     virtual void drawRect(const CGRect& /*rect*/) {}
-    /// Draws the view and all that is in it, as far as it is due and they have any size.
+    /// Draws the view, and every view in it, where that is due and the size is not empty.
     void displayIfNeeded();
-    /// Something in this view looks different by itself, after no event: tells who watches it, or a view around it.
+    /// To be called when something in this view has changed its look without an event: calls the watcher of this view,
+    /// or of the nearest view around it that has one.
     void contentsChanged() const;
-    /// For whoever shows the views; null for nobody.
+    /// Null for no watcher.
     void watchContents(std::function<void()> watcher) { watcher_ = std::move(watcher); }
-    /// What drawRect() drew last; null for nothing.
+    /// What drawRect() drew last; null if it drew nothing.
     [[nodiscard]] const CGDrawingRef& drawing() const { return drawing_; }
 
     // -- touches --
 
     [[nodiscard]] bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
-    /// A view that is not enabled is touched through, with all that is in it.
+    /// Touches go through a view that is not enabled, and through every view in it.
     void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
 
-    // By default these go on to the parent.
+    // By default, touches go on to the parent.
     virtual void touchesBegan(const UITouches& touches, const UIEvent& event);
     virtual void touchesMoved(const UITouches& touches, const UIEvent& event);
     virtual void touchesEnded(const UITouches& touches, const UIEvent& event);
@@ -129,8 +131,7 @@ class PLATFORM_EXPORT UIView : public NSObject {
     /// What assistive tools call the view.
     [[nodiscard]] const std::string& accessibilityLabel() const { return accessibilityLabel_; }
     void setAccessibilityLabel(std::string label) { accessibilityLabel_ = std::move(label); }
-    /// What the keyboard and assistive tools can reach in the view, its subviews' own elements aside. By default
-    /// nothing.
+    /// What the keyboard and assistive tools can reach in the view itself, apart from its subviews.
     [[nodiscard]] virtual std::vector<UIAccessibilityElement> accessibilityElements() const { return {}; }
 
   protected:
@@ -158,8 +159,8 @@ class PLATFORM_EXPORT UIView : public NSObject {
     std::vector<std::shared_ptr<UIView>> subviews_;
 };
 
-/// The frontmost view under a point, which is in the coordinates of `view`; null when the point is outside of it.
-/// Hidden views and those that are not enabled for touches are left out. Main thread.
+/// The frontmost view under a point, given in the coordinates of `view`; null when the point is outside of that.
+/// Leaves out views that are hidden or not enabled for touches. Main thread.
 [[nodiscard]] PLATFORM_EXPORT std::shared_ptr<UIView> hitTest(const std::shared_ptr<UIView>& view, CGPoint point);
 
 } // namespace platform

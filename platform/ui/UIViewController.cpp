@@ -22,7 +22,7 @@ void UIViewController::dismissViewControllerAnimated(bool animated, const std::f
         if (presenting_) presenting_->dismissViewControllerAnimated(animated, completion);
         return;
     }
-    // Kept until the end: it may be the one that asked, and nobody else may hold it.
+    // Kept until the end: it may be the one that asked, with no other owner.
     const std::shared_ptr<UIViewController> dismissed = std::exchange(presented_, nullptr);
     dismissed->presenting_ = nullptr;
     presentsAnimated_ = animated;
