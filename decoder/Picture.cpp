@@ -50,7 +50,7 @@ void fit(GdkPixbufLoader* loader, int width, int height, gpointer data) {
     gdk_pixbuf_loader_set_size(loader, scaled(width), scaled(height));
 }
 
-/// All of a regular file of sensible size; empty for anything else. Does not wait for who would write into a pipe.
+/// All of a regular file of sensible size; empty for anything else. A pipe does not hold it up.
 std::string contentsOf(const std::filesystem::path& path) {
     std::string contents;
     const platform::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));

@@ -118,8 +118,8 @@ class Writer {
 
     ordered_json dictionary(const Dictionary& dictionary) {
         ordered_json object = ordered_json::object();
-        // The object is a plain list of pairs beneath; its own insertion would look through all of them each time, and
-        // our keys differ from one another as it is.
+        // Beneath, the object is a plain list of pairs. Its own insertion would look through all of them each time, and
+        // a dictionary's keys differ anyway.
         auto& entries = object.get_ref<ordered_json::object_t&>();
         for (const auto& [key, value] : dictionary)
             entries.push_back({key.starts_with('$') ? "$" + key : key, write(value)});
@@ -130,7 +130,7 @@ class Writer {
     bool tooDeep_ = false;
 };
 
-/// Puts values together from what the JSON parser reports, one call for each thing that it meets.
+/// Builds values from what the JSON parser reports, one call for each thing that it meets.
 class Reader {
   public:
     bool null() { return add(nullptr); }
@@ -244,7 +244,7 @@ class Reader {
     Result<Value> root_ = Value();
 };
 
-/// JSON for a terminal or a log, with nothing lost: whatever character tells it what to do is written \uXXXX. Line
+/// JSON for a terminal or a log, with nothing lost: a character that would command a terminal is written \uXXXX. Line
 /// breaks stay, since JSON has them only between values.
 std::string fitToShow(std::string_view json) {
     std::string printed;
@@ -273,7 +273,7 @@ Result<std::string> writeJson(const Value& value, JsonLayout layout) {
     try {
         return fitToShow(tree.dump(layout == JsonLayout::indented ? 2 : -1));
     } catch (const ordered_json::type_error&) {
-        // The one thing that the library refuses to write.
+        // The library refuses to write nothing else.
         return Result<std::string>::failure("a text is not valid UTF-8");
     }
 }

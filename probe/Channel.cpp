@@ -14,7 +14,7 @@ using platform::FileDescriptor;
 
 FileDescriptor moveUp(FileDescriptor descriptor) {
     FileDescriptor moved(::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, 2 * kLowDescriptors));
-    // So few may be allowed that there is no room above.
+    // The limit of descriptors may leave no room above.
     if (!moved) moved = FileDescriptor(::fcntl(descriptor.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
     return moved ? std::move(moved) : std::move(descriptor);
 }
@@ -29,7 +29,7 @@ Channel::Channel(std::string token)
 
 void Channel::say(std::size_t index, char answer, const std::string& text) const {
     if (::getpid() != process_) ::_exit(1);
-    std::fflush(nullptr); // what a plug-in has printed so far is its own
+    std::fflush(nullptr); // what a plug-in has printed so far
     const std::string bytes = platform::probeAnswerLine(token_, index, answer, text.size()) + text;
     if (!out_.write(bytes.data(), bytes.size())) ::_exit(1);
 }

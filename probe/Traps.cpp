@@ -17,7 +17,7 @@ constexpr int kFirst = 3;
 } // namespace
 
 Traps::Traps() {
-    // A pipe that is full must not hold up whoever fills it.
+    // A full pipe must not hold up the code that fills it.
     platform::Pipe pipe(O_CLOEXEC | O_NONBLOCK);
     platform::FileDescriptor bottom = moveUp(std::move(pipe.reading));
     if (bottom.number() < kLowDescriptors) return; // without room there are no traps

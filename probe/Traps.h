@@ -6,13 +6,13 @@
 namespace lumora {
 
 /// Fills the low descriptors, where programs have their display, ports and files, with one end of a private pipe. A
-/// plug-in that writes to files that are not its own, or closes them, gives itself away.
+/// plug-in that writes to files that are not its own, or closes them, gives itself away. One thread.
 class Traps {
   public:
-    /// Requires that the process's own descriptors are above the low ones.
+    /// The process's own descriptors must be above the low ones already.
     Traps();
 
-    /// Fails once something has been done to them.
+    /// Fails once code has written to the low descriptors or closed one.
     [[nodiscard]] platform::Result<void> check() const;
 
   private:

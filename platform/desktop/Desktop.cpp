@@ -16,10 +16,10 @@ using Application = Owned<GAppInfo>;
 /// Many times the folders of any desktop.
 constexpr int kMostFolders = 1024;
 
-/// Goes through a folder and all that is in it, along links too; false once it has met more folders than it may.
+/// Goes through a folder and all that is in it, along links too; false once there are more folders than allowed.
 bool comesToAnEnd(const fs::path& folder, int& foldersLeft) {
     if (--foldersLeft < 0) return false;
-    std::error_code failed; // nobody looks into a folder that is missing or cannot be read
+    std::error_code failed; // GIO, too, passes over a folder that is missing or cannot be read
     for (fs::directory_iterator at(folder, failed), end; !failed && at != end; at.increment(failed)) {
         std::error_code unknown;
         if (at->is_directory(unknown) && !comesToAnEnd(at->path(), foldersLeft)) return false;
@@ -27,8 +27,8 @@ bool comesToAnEnd(const fs::path& folder, int& foldersLeft) {
     return true;
 }
 
-/// Whether GIO can be asked for an application: it first goes through all folders of applications in this way, without
-/// a limit, and two links that lead back to their own folder are enough for that never to end.
+/// Whether GIO can be asked for an application. It first goes through all folders of applications in this way, without
+/// a limit, and two links that lead back to their own folder are enough to keep it going for ever.
 bool canBeSearched() {
     int foldersLeft = kMostFolders;
     if (!comesToAnEnd(fs::path(g_get_user_data_dir()) / "applications", foldersLeft)) return false;
@@ -38,11 +38,11 @@ bool canBeSearched() {
 }
 
 Application applicationOf(const std::string& scheme) {
-    if (!canBeSearched()) return nullptr; // nobody is told: it is as if no program took the address
+    if (!canBeSearched()) return nullptr; // silent: as if no program took the address
     return Application(g_app_info_get_default_for_uri_scheme(scheme.c_str()));
 }
 
-/// The first word of an application's command line. GIO itself tells of one that is quoted only its part up to a space,
+/// The first word of an application's command line. Of a quoted word, GIO itself gives only the part up to a space,
 /// with the quote.
 std::string programOf(GAppInfo* application) {
     const char* line = g_app_info_get_commandline(application);
@@ -66,7 +66,7 @@ class Desktop final : public DesktopLibrary {
         const Application application = applicationOf(scheme);
         if (!application) return false;
         GList* addresses = g_list_append(nullptr, const_cast<char*>(address.c_str()));
-        // Why it does not start is of no use: nobody is told.
+        // The reason why it does not start would reach no one.
         const bool opened = g_app_info_launch_uris(application.get(), addresses, nullptr, nullptr) != FALSE;
         g_list_free(addresses);
         return opened;

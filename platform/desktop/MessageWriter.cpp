@@ -28,7 +28,7 @@ std::string hostName() {
     return gethostname(name, sizeof name - 1) == 0 && *name ? name : "localhost";
 }
 
-/// The user's own address: the one in the environment, else that of the login, which sendmail may complete.
+/// The user's own address: `$EMAIL`, else that of the login, which sendmail may complete.
 std::string senderAddress() {
     const char* named = std::getenv("EMAIL");
     if (const auto addresses = mailAddressesIn(named ? named : ""); addresses && addresses.value().size() == 1)
@@ -49,7 +49,7 @@ std::string trimmed(const std::string& text) {
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-/// The parts of a list, none of them empty. What separates them may also stand inside quotes, brackets and comments.
+/// The parts of a list, without empty ones. Separators inside quotes, brackets and comments separate nothing.
 std::vector<std::string> partsOf(const std::string& list) {
     std::vector<std::string> parts(1);
     char closing = 0; // of what is open
@@ -74,7 +74,7 @@ std::vector<std::string> partsOf(const std::string& list) {
     return parts;
 }
 
-/// What stands in the angle brackets at the end, or everything where there are none.
+/// The contents of the angle brackets at the end; without brackets, the whole part.
 std::string withoutName(const std::string& part) {
     const std::size_t open = part.rfind('<');
     if (open == std::string::npos || part.back() != '>') return part;
@@ -87,7 +87,7 @@ bool isAddress(const std::string& text) {
            std::all_of(text.begin(), text.end(), [](char letter) { return letter > ' ' && letter < 127; });
 }
 
-/// Where a name in quotes at the beginning ends; 0 where there is none, or no end to it.
+/// Where a name in quotes at the beginning ends; 0 without such a name or its end.
 std::size_t endOfQuotedName(const std::string& part) {
     if (part.empty() || part.front() != '"') return 0;
     for (std::size_t i = 1; i < part.size(); ++i) {
@@ -97,14 +97,14 @@ std::size_t endOfQuotedName(const std::string& part) {
     return 0;
 }
 
-/// True for a comment behind a domain in square brackets, over which the parser loses memory.
+/// True for a comment behind a domain in square brackets, for which the parser leaks memory.
 bool hasCommentBehindBrackets(const std::string& part) {
     const std::size_t at = part.find('@', endOfQuotedName(part));
     const std::size_t bracket = part.find('[', std::min(at, part.size()));
     return bracket != std::string::npos && part.find('(', bracket) != std::string::npos;
 }
 
-/// Nothing where the part is not just one address: the parser finds some address in almost everything.
+/// Null unless the part is exactly one address: the parser finds an address in almost everything.
 Owned<InternetAddressList> addressIn(const std::string& part) {
     if (hasCommentBehindBrackets(part)) return nullptr;
     Owned<InternetAddressList> found(internet_address_list_parse(nullptr, part.c_str()));

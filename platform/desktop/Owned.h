@@ -9,7 +9,7 @@ struct Unreference {
     void operator()(void* object) const { g_object_unref(object); }
 };
 
-/// A reference to an object of GLib's that goes with its holder.
+/// Owns a reference to an object of GLib's. One thread at a time.
 template<class T>
 using Owned = std::unique_ptr<T, Unreference>;
 

@@ -14,7 +14,7 @@
 
 namespace platform {
 
-/// What came of the work: without a result the message is edited on.
+/// What came of the work; without a result, editing goes on.
 struct MFMailComposeViewController::Outcome {
     std::optional<MFMailComposeResult> result{};
     std::string problem{};
@@ -71,7 +71,8 @@ MFMailComposeViewController::Outcome MFMailComposeViewController::kept(const Mai
     return {.result = MFMailComposeResultSaved, .draft = draft.value()};
 }
 
-/// Kept before anything is tried, so that nothing is lost whatever becomes of the programs and of this process.
+/// Keeps the message before it tries to send it, so that nothing is lost whatever becomes of the programs and of this
+/// process.
 MFMailComposeViewController::Outcome MFMailComposeViewController::sent(const MailMessage& message,
                                                                        std::chrono::milliseconds atMost) {
     DesktopLibrary* desktop = desktopLibrary();
@@ -88,18 +89,18 @@ MFMailComposeViewController::Outcome MFMailComposeViewController::sent(const Mai
         command.insert(command.end(), recipients.value().begin(), recipients.value().end());
         const Result<void> sent = runProgram(command, outcome.draft, atMost);
         if (!sent) return {MFMailComposeResultFailed, sent.error(), outcome.draft};
-        std::error_code ignored; // a draft too many is better than none
+        std::error_code ignored; // one draft too many does no harm
         std::filesystem::remove(outcome.draft, ignored);
         return {.result = MFMailComposeResultSent};
     }
     const auto own = mailProgram();
     const Result<void> opened = own ? openIn(*own, message, recipients.value())
                                     : Result<void>::failure("there is no program to send mail with");
-    // The draft stays: nobody knows whether the mail program takes up what it was handed.
+    // The draft stays: the mail program does not say whether its user sends the message.
     return opened ? outcome : Outcome{MFMailComposeResultFailed, opened.error(), outcome.draft};
 }
 
-/// The queue's own threads have small stacks, which is not enough for other people's libraries.
+/// On a thread of its own: the queue's threads have small stacks, too small for other people's libraries.
 MFMailComposeViewController::Outcome MFMailComposeViewController::done(Job job, const MailMessage& message,
                                                                        std::chrono::milliseconds atMost) {
     Outcome outcome;

@@ -14,17 +14,17 @@
 
 namespace platform {
 
-/// A message that its user completes, and then sends, keeps or throws away.
+/// A message that the user completes and then sends, keeps or throws away.
 ///
 ///     auto composer = make<MFMailComposeViewController>();
 ///     composer->setToRecipients({"support@nevo.example"});
 ///     page->presentViewController(composer, true, nullptr);
 ///
-/// Nothing is lost: what cannot be sent is kept as a draft, and what cannot even be kept stays to be edited. Main
-/// thread; the work is done elsewhere, and what it brought is told here.
+/// Nothing is lost: a message that cannot be sent is kept as a draft, and one that cannot be kept stays open for
+/// editing. Main thread; a worker sends and keeps, and its result arrives on the main thread.
 class PLATFORM_EXPORT MFMailComposeViewController final : public UIViewController {
   public:
-    /// Whether there is a way to send mail, or a mail program to hand it to.
+    /// Whether there is a way to send mail, or a mail program that takes it.
     [[nodiscard]] static bool canSendMail();
 
     bool init();
@@ -38,29 +38,29 @@ class PLATFORM_EXPORT MFMailComposeViewController final : public UIViewControlle
         message_.text.body = std::move(body);
         message_.isHTML = isHTML;
     }
-    /// The bytes are read when the message is kept or sent, so they should be a copy that nobody changes.
+    /// The bytes are read when the message is kept or sent, so they should be a copy that stays as it is.
     void addAttachmentData(std::shared_ptr<const RegularFile> data, std::string mimeType, std::string fileName);
 
-    // What whoever shows the composer needs.
+    // What follows is for the window.
     [[nodiscard]] std::uint64_t id() const { return id_; } ///< tells composers apart
     [[nodiscard]] const MailMessage& message() const { return message_; }
     [[nodiscard]] bool isWorking() const { return state_ == State::working; } ///< being sent or kept
     [[nodiscard]] bool isOver() const { return state_ == State::over; }
-    /// Why the last try did not end it, or how it failed; empty when it did not.
+    /// Why the last try has failed; empty when it has not.
     [[nodiscard]] const std::string& problem() const { return problem_; }
-    /// Where it is kept as a draft, if it is.
+    /// The file of the draft, if the message is kept as one.
     [[nodiscard]] const std::filesystem::path& draft() const { return draft_; }
     /// Called after each change of the above.
     void setObserver(std::function<void()> changed) { changed_ = std::move(changed); }
     /// How long sendmail may take before it is ended.
     void setSendingTime(std::chrono::milliseconds atMost) { sendingTime_ = atMost; }
 
-    // What its user does, with the text as it has been edited; nothing while it is working or over.
+    // What the user does, with the text as edited. Does nothing while the message is being sent or kept, or is over.
     void send(MailText text) { work(std::move(text), sent); }
     void saveDraft(MailText text) { work(std::move(text), kept); }
     void cancel();
-    /// Its user has left: keeps it as a draft, or once it turns out that it is not sent. If that is not possible
-    /// either, it has failed.
+    /// The user has left: keeps the message as a draft, now, or later if it is being sent and that fails. If it cannot
+    /// be kept either, composing has failed.
     void leave(MailText text);
 
   private:

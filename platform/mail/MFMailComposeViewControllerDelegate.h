@@ -14,7 +14,7 @@ enum MFMailComposeResult : int {
     MFMailComposeResultFailed = 3,
 };
 
-/// Who is told that composing has ended, once.
+/// Hears once that composing has ended.
 ///
 ///     composer->setMailComposeDelegate(page);
 ///

@@ -40,11 +40,12 @@ Result<void> write(const MailMessage& message, int file) {
     return written;
 }
 
-/// Gives the file that name, if nobody has it.
+/// Gives the file that name, if it is free.
 bool publish(const fs::path& file, const fs::path& name) {
     if (::renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, name.c_str(), RENAME_NOREPLACE) == 0) return true;
     if (errno != EINVAL && errno != ENOSYS) return false;
-    return ::link(file.c_str(), name.c_str()) == 0 && ::unlink(file.c_str()) == 0; // not every file system can do that
+    // Not every file system can do that.
+    return ::link(file.c_str(), name.c_str()) == 0 && ::unlink(file.c_str()) == 0;
 }
 
 /// Under the first of its names that is free.

@@ -8,23 +8,23 @@
 
 namespace platform {
 
-/// What a person edits of a message; all of it UTF-8.
+/// The parts of a message that a person edits, in UTF-8.
 struct MailText {
-    std::string to; ///< addresses with commas or semicolons between them
+    std::string to; ///< addresses, separated by commas or semicolons
     std::string subject;
     std::string body;
     friend bool operator==(const MailText&, const MailText&) = default;
 };
 
-/// A file that goes with a message. Its bytes are never changed, so copies of a message share them; one of these at a
-/// time is written.
+/// A file that goes with a message. Its bytes never change, so copies of a message share them, and are written one
+/// after the other.
 struct MailAttachment {
     std::shared_ptr<const RegularFile> data;
     std::string mimeType; ///< "text/plain"
     std::string fileName; ///< without folders
 };
 
-/// A message as it is composed, not yet in the form in which it travels.
+/// A message as it is composed, before it gets the form in which it travels.
 struct MailMessage {
     MailText text;
     bool isHTML = false;

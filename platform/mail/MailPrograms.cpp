@@ -25,7 +25,7 @@ using Files = MailProgram::Files;
 
 namespace {
 
-/// Every byte that could mean something in an address or a list is written as a number, but for those allowed.
+/// Writes every byte that could have a meaning in an address or a list as a number, except for those allowed.
 std::string percentEncoded(const std::string& text, const char* allowed = nullptr) {
     const std::unique_ptr<char, void (*)(void*)> encoded(
         g_uri_escape_bytes(reinterpret_cast<const std::uint8_t*>(text.data()), text.size(), allowed), g_free);
@@ -44,7 +44,7 @@ std::string mailAddress(const MailText& text) {
            "&body=" + percentEncoded(text.body);
 }
 
-/// A list with commas between its items; a value without quotes is decoded, so it may hold anything.
+/// One option, a list with commas. The program decodes values without quotes, so these may hold anything.
 Options thunderbird(const MailText& text, const Files& attachments) {
     std::string list = "format=2,to=" + percentEncoded(text.to) + ",subject=" + percentEncoded(text.subject) +
                        ",body=" + percentEncoded(text.body);
@@ -83,7 +83,7 @@ Options clawsAndSylpheed(const MailText& text, const Files& attachments) {
 
 struct Known {
     const char* desktopId;
-    const char* program; ///< a wrapper such as a sandbox takes other options, and may not see the files
+    const char* program; ///< no wrapper such as a sandbox, which takes other options and may not see the files
     Options (*options)(const MailText&, const Files&);
 };
 
@@ -97,7 +97,7 @@ constexpr Known kKnown[] = {
     {"sylpheed.desktop", "sylpheed", clawsAndSylpheed},
 };
 
-/// A private folder for the attachments, gone again unless it is kept.
+/// A private folder for the attachments, removed again unless it is kept.
 class TemporaryFolder {
   public:
     TemporaryFolder() {
@@ -108,7 +108,7 @@ class TemporaryFolder {
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
     ~TemporaryFolder() {
-        std::error_code ignored; // what cannot be removed is the user's own, in a temporary folder
+        std::error_code ignored; // at worst, the user's own files stay in a temporary folder
         if (!path_.empty()) fs::remove_all(path_, ignored);
     }
     void keep() { path_.clear(); }
@@ -119,7 +119,7 @@ class TemporaryFolder {
     fs::path path_;
 };
 
-/// A name without folders, whatever it was called.
+/// A name without folders, for any name of the attachment.
 fs::path fileNameOf(const MailAttachment& attachment) {
     const fs::path name = fs::path(attachment.fileName).filename();
     return name.empty() || name == "." || name == ".." ? "attachment" : name;
@@ -161,7 +161,7 @@ Result<void> openIn(const MailProgram& program, const MailMessage& message,
             return Opened::failure("cannot write " + files.back().string() + ": " + std::strerror(errno));
     }
     MailText text = message.text;
-    text.to.clear(); // mail programs agree on bare addresses with commas between them, and on little else
+    text.to.clear(); // bare addresses with commas between them are what all mail programs understand
     for (const std::string& address : recipients)
         text.to += (text.to.empty() ? "" : ",") + address;
     Options command = program.options(text, files);

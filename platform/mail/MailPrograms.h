@@ -17,12 +17,12 @@ struct MailProgram {
     std::vector<std::string> (*options)(const MailText& text, const Files& attachments);
 };
 
-/// The user's own mail program, if it is the registered one for "mailto" and a known one. Any thread.
+/// The program registered for "mailto", if it is such a mail program. Any thread.
 [[nodiscard]] std::optional<MailProgram> mailProgram();
 
-/// Opens the message, to these addresses, in the program for its user to send. The attachments are files in a private
-/// temporary folder, which stays unless this fails: the program reads them when the user sends, and nobody knows when
-/// that is. Any thread.
+/// Opens the message, to these addresses, in the program, from which the user sends it. The attachments are files in a
+/// private temporary folder. It stays unless this fails, since the program reads them at an unknown time, when the user
+/// sends. Any thread.
 [[nodiscard]] Result<void> openIn(const MailProgram& program, const MailMessage& message,
                                   const std::vector<std::string>& recipients);
 

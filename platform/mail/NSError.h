@@ -4,7 +4,7 @@
 
 namespace platform {
 
-/// Why something failed, fit to show to a person. Any thread.
+/// Why something has failed, in words fit for a person. Any thread.
 ///
 ///     const NSError error{"there is no room on the disk"};
 struct NSError {

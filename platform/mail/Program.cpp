@@ -26,14 +26,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kMostComplaint = 4000; // letters of it that anybody reads
+constexpr std::size_t kMostComplaint = 4000; // in bytes; longer ones are not worth reading
 
 bool isProgram(const fs::path& file) {
     struct stat facts {};
     return ::stat(file.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) && ::access(file.c_str(), X_OK) == 0;
 }
 
-/// In a group of its own and with nothing of this process but the three descriptors and the environment.
+/// In a group of its own. The program inherits the environment and these three descriptors, and nothing else.
 Result<pid_t> spawn(const std::vector<std::string>& command, const char* input, int complaints) {
     std::vector<char*> arguments;
     arguments.reserve(command.size() + 1);
@@ -68,12 +68,12 @@ Result<pid_t> spawn(const std::vector<std::string>& command, const char* input, 
     return id;
 }
 
-/// What a program says on its standard error.
+/// What a program writes to its standard error.
 class Complaint {
   public:
     explicit Complaint(FileDescriptor from) : from_(std::move(from)) {}
 
-    /// Where it comes from; negative once it has ended.
+    /// The reading end; negative once the other end is closed.
     [[nodiscard]] int descriptor() const { return from_.number(); }
     /// Takes what is there.
     void take() {
@@ -82,7 +82,7 @@ class Complaint {
         if (count > 0 && text_.size() < kMostComplaint) text_.append(some, static_cast<std::size_t>(count));
         if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR)) from_.close();
     }
-    /// Without what stands empty at the end.
+    /// Without white space at the end.
     [[nodiscard]] std::string text() const {
         const std::string text = text_.substr(0, kMostComplaint);
         return text.substr(0, text.find_last_not_of(" \r\n\t") + 1);
@@ -93,17 +93,17 @@ class Complaint {
     std::string text_;
 };
 
-/// Whether a program has ended; what came of it can still be asked.
+/// Whether a program has ended; waitpid() can still ask how.
 bool hasEnded(pid_t id) {
     siginfo_t facts{};
     return ::waitid(P_PID, static_cast<id_t>(id), &facts, WEXITED | WNOHANG | WNOWAIT) == 0 && facts.si_pid == id;
 }
 
-/// Waits for the end of a program and reads what it complains of; false when the time is over. It is the end of the
-/// program that counts: a child that goes on in the background may hold its standard error open.
+/// Waits for the end of a program and reads its complaint; false when the time is over. Waits for the program itself,
+/// not for the end of its standard error, which a child in the background may hold open.
 bool waitFor(pid_t id, Complaint& complaint, std::chrono::milliseconds atMost) {
     const FileDescriptor program(static_cast<int>(::syscall(SYS_pidfd_open, id, 0)));
-    // Some systems have no descriptors for processes: it is asked now and then.
+    // On systems without descriptors for processes, asks now and then.
     const auto mostAtOnce = program ? atMost : std::chrono::milliseconds(20);
     const auto deadline = std::chrono::steady_clock::now() + atMost;
     for (;;) {
@@ -158,10 +158,10 @@ Ended runProgram(const std::vector<std::string>& command, const fs::path& input,
 Ended startProgram(const std::vector<std::string>& command) {
     const Result<pid_t> id = spawn(command, "/dev/null", -1);
     if (!id) return Ended::failure(id.error());
-    // Its end, hours later perhaps, is taken note of so that nothing of it stays behind.
+    // Waits for its end, hours later perhaps, so that the system can forget it.
     try {
         std::thread([child = id.value()] { ::waitpid(child, nullptr, 0); }).detach();
-    } catch (const std::system_error&) { // it runs, which is what was asked for
+    } catch (const std::system_error&) { // the program runs, and that was the task
     }
     return {};
 }

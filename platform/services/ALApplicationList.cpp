@@ -18,7 +18,7 @@ constexpr std::uint32_t kFirstVersion = 1;
 constexpr std::uint32_t kVersionOfIconFiles = 2;
 constexpr double kLargestIcon = 1024; // pixels each way
 
-/// The library is somebody else's: a text of it that is no UTF-8 could not be saved and read again.
+/// The library is a stranger's: a text that is not UTF-8 could not be saved and read again.
 bool isText(const char* bytes) {
     return bytes && isUtf8(bytes);
 }
@@ -32,7 +32,7 @@ void takePath(const char* path, void* context) {
     if (path) *static_cast<std::string*>(context) = path;
 }
 
-/// Larger ones are not what was asked for, and may be made to take all memory when they are decoded.
+/// Larger pictures are not what was asked for, and decoding them may take all memory.
 void takeIcon(const std::uint8_t* bytes, std::size_t length, void* context) {
     static constexpr std::array<std::uint8_t, 8> png{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
     if (!bytes || length <= png.size() || !std::equal(png.begin(), png.end(), bytes)) return;
@@ -42,7 +42,7 @@ void takeIcon(const std::uint8_t* bytes, std::size_t length, void* context) {
         *static_cast<Data*>(context) = std::move(file);
 }
 
-/// Null without the first of both resolutions.
+/// Null without the picture of the first resolution.
 UIImageRef iconOf(double size, PictureDecoder::Drawn drawn) {
     if (drawn[0].empty()) return nullptr;
     return std::make_shared<const UIImage>(CGSize{size, size}, std::move(drawn[0]), std::move(drawn[1]));
@@ -91,7 +91,7 @@ UIImageRef ALApplicationList::iconOfSize(double size, const std::string& forDisp
     return iconOf(size, *drawn);
 }
 
-/// Those of both resolutions; none when the library does not know them, or lets nobody know.
+/// Those of both resolutions; empty when the library does not know them, or does not tell.
 std::vector<PictureWanted> ALApplicationList::iconFiles(double size, const std::string& identifier) const {
     std::vector<PictureWanted> files;
     if (table_->version < kVersionOfIconFiles || !table_->iconFileOfSize) return files;

@@ -13,8 +13,8 @@ struct ALSharedList;
 
 namespace platform {
 
-/// The installed applications, as the application-list library knows them. The class is that library's, so it is there
-/// only while somebody has the library open:
+/// The installed applications, as the application-list library knows them. The class is that library's, so it exists
+/// only while a handle holds the library open:
 ///
 ///     LibraryHandle library = openLibrary("/Library/MobileSubstrate/DynamicLibraries/AppList.dylib");
 ///     if (auto* list = ALApplicationList::sharedApplicationList()) names = list->applications();
@@ -22,17 +22,17 @@ namespace platform {
 /// Main thread.
 class PLATFORM_EXPORT ALApplicationList {
   public:
-    /// Null while no library that has the class is open. Stays valid for the life of the process.
+    /// Null while no library with the class is open. Valid for the life of the process.
     [[nodiscard]] static ALApplicationList* sharedApplicationList();
 
-    /// Display identifier → display name, of all installed applications; both are UTF-8.
+    /// The display name of each installed application by its display identifier; both are UTF-8.
     [[nodiscard]] std::unordered_map<std::string, std::string> applications() const;
 
-    /// The application's icon, `size` points wide and high, once and twice as sharp; null when it has none.
+    /// The application's icon, `size` points wide and high, in both resolutions; null when it has none.
     [[nodiscard]] UIImageRef iconOfSize(double size, const std::string& forDisplayIdentifier) const;
 
-    /// The same for a view that shows itself before all icons are there: null as well when patience ends first. Then
-    /// `later` is called with the icon, once, unless the order is let go of before.
+    /// The same for a view that does not wait for all of its icons: null as well when patience ends first. Then `later`
+    /// is called once, with the icon, if `order` is still held.
     [[nodiscard]] UIImageRef iconOfSize(double size, const std::string& forDisplayIdentifier, PicturePatience& patience,
                                         PictureOrderRef& order, std::function<void(UIImageRef)> later) const;
 

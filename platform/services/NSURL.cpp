@@ -9,7 +9,7 @@
 namespace platform {
 
 std::optional<NSURL> NSURL::URLWithString(const std::string& text) {
-    // The check that follows is lenient about these.
+    // The parser is lenient about these.
     const auto isForbidden = [](unsigned char letter) {
         return letter <= ' ' || letter >= 0x7F || std::strchr("\"<>\\^`{|}", letter) != nullptr;
     };

@@ -15,7 +15,7 @@ namespace platform {
 /// Any thread.
 class PLATFORM_EXPORT NSURL {
   public:
-    /// Nothing for a text that is no whole address, with a scheme and with no character that an address cannot have.
+    /// Nothing unless the text is a whole address: with a scheme, and made of the characters that addresses may have.
     [[nodiscard]] static std::optional<NSURL> URLWithString(const std::string& text);
 
     [[nodiscard]] const std::string& absoluteString() const { return text_; }

@@ -18,12 +18,12 @@ using std::chrono::steady_clock;
 namespace {
 
 constexpr std::size_t kBudget = 4 << 20; // some hundreds of icons as lists show them
-/// A program that has ended so often and has never answered is not worth another try.
+/// A program that has ended so often without ever answering is not worth another try.
 constexpr int kMostDeaths = 100;
 
 std::atomic<bool> endlessPatience = false;
 
-/// Nothing unless it is a regular file of sensible size that may be asked for.
+/// Nothing unless the program may be asked for this picture, from a regular file of sensible size.
 std::optional<PictureStamp> stampOf(const PictureWanted& wanted) {
     struct stat state {};
     if (wanted.file.native().size() > PictureQuestion::kLongestPath || wanted.pixels < 1 ||
@@ -45,7 +45,7 @@ class PictureOrder {
     const std::vector<PictureWanted> wanted;
     PictureDecoder::Drawn drawn;
     bool done = false;
-    std::function<void(const PictureDecoder::Drawn&)> later; ///< null while somebody waits
+    std::function<void(const PictureDecoder::Drawn&)> later; ///< null while its owner waits
 
     explicit PictureOrder(std::vector<PictureWanted> pictures) : wanted(std::move(pictures)) {}
 };
@@ -81,9 +81,9 @@ PictureOrderRef PictureDecoder::order(std::vector<PictureWanted> wanted) {
     if (order->done) return order;
     orders_.push_back(order);
     try {
-        // Kept on purpose: no worker of a pool, for the program dies with the thread that started it.
+        // Kept on purpose: not a worker of the pool, since the program dies with the thread that started it.
         if (!thread_.joinable()) thread_ = std::thread([this] { work(); });
-    } catch (const std::system_error&) { // a picture that nobody can draw is none
+    } catch (const std::system_error&) { // without a thread there are no pictures
         order->drawn.assign(order->wanted.size(), {});
         order->done = true;
     }
@@ -123,8 +123,7 @@ void PictureDecoder::work() {
         order->drawn = std::move(drawn);
         order->done = true;
         const bool late = order->later != nullptr;
-        // Before anybody is told, so that only who asked holds the order: who lets go of it on the main thread may be
-        // gone already.
+        // Let go of before the callback: only its owner may hold the order now, who can cancel it on the main thread.
         const std::weak_ptr<PictureOrder> held = std::exchange(order, nullptr);
         if (late)
             dispatch_async(dispatch_get_main_queue(), [held] {
@@ -151,7 +150,7 @@ Data PictureDecoder::draw(const PictureWanted& wanted) {
     const std::optional<PictureStamp> stamp = stampOf(wanted);
     Data png;
     Asked asked = Asked::died;
-    // Once more when the program dies: perhaps somebody else has ended it.
+    // Once more when the program dies: another process may have ended it.
     for (int tries = 0; tries < 2 && asked == Asked::died; ++tries) {
         if (!start()) return {};
         asked = ask(wanted, png);
@@ -174,7 +173,7 @@ bool PictureDecoder::start() {
     if (child_) return true;
     if (deaths_ >= kMostDeaths && !hasAnswered_) return false;
     auto started = ChildProcess::start({program_.string()}, {.memory = limits_.memory, .descriptors = 64});
-    // Silent, as a picture is that cannot be drawn: without the program there are no icons.
+    // Silent, as for a picture that cannot be drawn: without the program there are no icons.
     if (!started) return false;
     ++starts_;
     child_ = std::move(started).value();
@@ -198,7 +197,7 @@ PictureDecoder::Asked PictureDecoder::ask(const PictureWanted& wanted, Data& png
         if (heard != ChildProcess::Heard::something) return Asked::died;
         if (bytes.size() < most) continue;
         std::memcpy(&answer, bytes.data(), sizeof answer);
-        // From here on it is the same each time.
+        // The header is complete, and the same in each round from here on.
         if (answer.mark != PictureAnswer::kMark || answer.number != question.number ||
             answer.length > PictureAnswer::longestFor(question.pixels))
             return Asked::died;

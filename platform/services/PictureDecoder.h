@@ -18,15 +18,15 @@
 
 namespace platform {
 
-/// Pictures that somebody asked for. As soon as nobody holds an order any more, it is neither drawn nor told of.
+/// Pictures that were asked for. Letting go of the order cancels it.
 class PictureOrder;
 using PictureOrderRef = std::shared_ptr<PictureOrder>;
 
-/// How long somebody, a view of rows for instance, waits for pictures in all, whatever number of them.
+/// How long a view waits for all of its pictures together. One thread at a time.
 class PLATFORM_EXPORT PicturePatience {
   public:
     explicit PicturePatience(std::chrono::nanoseconds inAll) : left_(inAll) {}
-    /// For a program that shows nothing before all of it is there: nobody loses patience from now on, and only the
+    /// For a program that only takes complete pictures of its pages: makes all patience endless, so that only the
     /// decoder's own limits end the waiting. To be called before anything else.
     static void makeEndless();
 
@@ -35,45 +35,44 @@ class PLATFORM_EXPORT PicturePatience {
     std::chrono::nanoseconds left_;
 };
 
-/// Draws pictures of strangers: icons of installed applications. Whoever made one may have made it, on purpose or not,
-/// so that drawing it takes hours, or all memory, or breaks the program that draws. So it is another one that does:
-/// lumora-pictures, which is started when it is first needed, stays, is asked over its standard input, and is started
-/// again when it has ended. It is ended when a picture takes too much of the processor or of the clock; that picture is
-/// not tried again for as long as this object lives and its file stays as it is, and neither is one with which it
-/// breaks twice.
+/// Draws strangers' pictures: icons of installed applications. Drawing one may take hours or all memory, or break the
+/// program that draws, by chance or by malice. So another program draws: lumora-pictures, which is started when it is
+/// first needed, stays, and is started again after its end. The decoder ends it when a picture takes too much time of
+/// the processor or of the clock. That picture is not tried again while this object lives and its file stays as it is,
+/// and neither is one at which the program breaks twice.
 ///
 ///     PicturePatience patience(100ms);
 ///     auto order = decoder.order({{"/usr/share/icons/a.svg", 29}}, [] { … });   // later, on the main thread
 ///     if (const auto drawn = decoder.wait(order, patience)) show(drawn->front());
 ///
-/// Any thread. A thread of its own asks the program and waits for it.
+/// Any thread. The decoder's own thread asks the program and waits for it.
 class PLATFORM_EXPORT PictureDecoder {
   public:
     struct Limits {
-        std::chrono::milliseconds processor{1000}; ///< for one picture, as is the next
-        std::chrono::milliseconds clock{5000};
-        std::uint64_t memory = 512 << 20; ///< of address space, in bytes
+        std::chrono::milliseconds processor{1000}; ///< for one picture
+        std::chrono::milliseconds clock{5000};     ///< for one picture
+        std::uint64_t memory = 512 << 20;          ///< of address space, in bytes
     };
-    /// PNG files in the order of what was wanted; empty for what cannot be drawn.
+    /// PNG files in the order in which they were wanted; an empty one for each picture that cannot be drawn.
     using Drawn = std::vector<Data>;
 
-    /// The one that all views share; never destroyed.
+    /// The decoder that all views share; never destroyed.
     [[nodiscard]] static PictureDecoder& shared();
 
     PictureDecoder(std::filesystem::path program, const Limits& limits);
     PictureDecoder(const PictureDecoder&) = delete;
     PictureDecoder& operator=(const PictureDecoder&) = delete;
-    /// Ends the program, once the picture that it is drawing has been drawn or given up.
+    /// Ends the program once it has drawn its present picture or given it up.
     ~PictureDecoder();
 
-    /// Asks for pictures. Those that were asked for first come first, and those that are known at once.
+    /// Asks for pictures. Orders are drawn in their order; one whose pictures are all known is done at once.
     [[nodiscard]] PictureOrderRef order(std::vector<PictureWanted> wanted);
-    /// Waits until all pictures of an order are there, or patience is at its end: then nothing, and `later` is called
-    /// with them on the main queue, once, if the order is still held.
+    /// Waits until all pictures of an order are drawn. Nothing when patience ends first: then `later` is called with
+    /// them on the main queue, once, if the order is still held.
     [[nodiscard]] std::optional<Drawn> wait(const PictureOrderRef& order, PicturePatience& patience,
                                             std::function<void(const Drawn&)> later);
 
-    /// How often the program was started.
+    /// How often the program has been started.
     [[nodiscard]] int starts() const { return starts_; }
 
   private:
@@ -98,7 +97,7 @@ class PLATFORM_EXPORT PictureDecoder {
     bool ending_ = false;
     std::thread thread_;
 
-    // What follows belongs to the thread.
+    // What follows belongs to the decoder's thread.
     std::unique_ptr<ChildProcess> child_;
     bool hasAnswered_ = false;
     int deaths_ = 0;

@@ -3,7 +3,7 @@
 namespace platform {
 namespace {
 
-/// Roughly what an entry takes beside its picture, so that many empty ones have an end too.
+/// Roughly the bytes that an entry takes beside its picture, so that empty pictures cannot pile up either.
 constexpr std::size_t kOverhead = 512;
 
 } // namespace

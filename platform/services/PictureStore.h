@@ -13,7 +13,7 @@
 
 namespace platform {
 
-/// Tells two states of a picture's file apart.
+/// Tells apart the states of a picture's file.
 struct PictureStamp {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -31,18 +31,18 @@ struct PictureWanted {
     friend auto operator<=>(const PictureWanted&, const PictureWanted&) = default;
 };
 
-/// A picture as it was drawn, or the knowledge that it cannot be.
+/// A picture as drawn, or the fact that it cannot be drawn.
 struct DrawnPicture {
     PictureStamp stamp;
-    Data png; ///< empty when there is nothing to be seen
+    Data png; ///< empty when the picture cannot be drawn
 };
 
-/// The pictures used last, as many as fit into a budget of bytes. One thread at a time.
+/// The pictures used last, as many as a budget of bytes allows. One thread at a time.
 class PLATFORM_EXPORT PictureStore {
   public:
     explicit PictureStore(std::size_t budget) : budget_(budget) {}
 
-    /// Null when it is not there. Valid until the next put().
+    /// Null when the store does not have it. Valid until the next put().
     [[nodiscard]] const DrawnPicture* find(const PictureWanted& wanted);
     void put(const PictureWanted& wanted, DrawnPicture picture);
 

@@ -13,8 +13,8 @@ class PLATFORM_EXPORT UIApplication {
   public:
     [[nodiscard]] static UIApplication& sharedApplication();
 
-    /// Hands the address to the program registered for its scheme and does not wait for it. Where there is none nothing
-    /// at all happens: false.
+    /// Hands the address to the program registered for its scheme, without waiting for it. False, and nothing else,
+    /// when there is none or it does not start.
     bool openURL(const NSURL& url);
 };
 
