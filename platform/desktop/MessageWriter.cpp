@@ -37,7 +37,7 @@ std::string senderAddress() {
     return std::string(user ? user->pw_name : "user") + "@" + hostName();
 }
 
-/// A header is one line, whatever was pasted into it.
+/// A header is one line, even if several were pasted into it.
 std::string oneLine(std::string text) {
     std::replace_if(
         text.begin(), text.end(), [](unsigned char letter) { return letter < ' '; }, ' ');

@@ -144,13 +144,11 @@ bool BinaryReader::read(std::size_t reference, BinaryObject& object) {
 bool BinaryReader::readInteger(std::size_t size, const std::uint8_t* at, BinaryObject& object) {
     // Up to four bytes count from zero, eight are signed. Sixteen are what writers use for an unsigned number beyond
     // 63 bits: no value holds it, and a number silently changed would be worse than none.
-    std::uint64_t upper = 0;
     if (size == 16) {
-        upper = bigEndian(at, 8);
+        const bool negative = (at[8] & 0x80U) != 0;
+        if (bigEndian(at, 8) != (negative ? ~std::uint64_t{0} : 0)) return fail("an integer needs more than 64 bits");
         at += 8;
         size = 8;
-        const bool negative = (at[0] & 0x80U) != 0;
-        if (upper != (negative ? ~std::uint64_t{0} : 0)) return fail("an integer needs more than 64 bits");
     }
     object.integer = static_cast<std::int64_t>(bigEndian(at, size));
     return true;

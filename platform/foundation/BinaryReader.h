@@ -45,7 +45,7 @@ class BinaryReader {
     [[nodiscard]] std::size_t objectCount() const { return objectCount_; }
     [[nodiscard]] std::size_t inputSize() const { return bytes_.size(); }
 
-    /// False, with a reason in problem(), when there is no sound object of that number.
+    /// False, with a reason in problem(), unless the reference leads to a sound object.
     [[nodiscard]] bool read(std::size_t reference, BinaryObject& object);
     /// The same for an object that must be a UID.
     [[nodiscard]] bool readUid(std::size_t reference, std::size_t& uid);

@@ -36,7 +36,7 @@ constexpr bool kSanitized = false;
 struct Ends {
     Ends() {
         int ends[2];
-        // Sockets, since writing to one whose other end is gone need not raise a signal.
+        // Sockets, since writing to a closed one need not raise a signal.
         if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return;
         ours = FileDescriptor(ends[0]);
         theirs = FileDescriptor(ends[1]);

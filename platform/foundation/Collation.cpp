@@ -40,7 +40,7 @@ struct Collation::Rules {
 };
 
 Collation::Collation(std::string_view locale) {
-    // A name that is none is an error to ICU, where a language that it does not know is not.
+    // ICU accepts a language that it does not know, but not a name that is malformed.
     for (const std::string& name : {icuName(locale), std::string()}) {
         UErrorCode status = U_ZERO_ERROR;
         std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale(name.c_str()), status));

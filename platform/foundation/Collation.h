@@ -15,8 +15,8 @@ namespace platform {
 ///     std::ranges::sort(names, [&](const auto& a, const auto& b) { return order.compare(a, b) < 0; });
 class PLATFORM_EXPORT Collation {
   public:
-    /// Takes a locale's name as the environment spells it, such as "sv_SE.UTF-8". One that is not known, and "C" and
-    /// "POSIX", whose own order would tell case apart, get the order that suits most languages.
+    /// Takes a locale's name as the environment spells it, such as "sv_SE.UTF-8". An unknown locale gets the order that
+    /// suits most languages, and so do "C" and "POSIX", whose own order tells case apart.
     explicit Collation(std::string_view locale);
 
     /// The order of the user's language: that of LC_ALL, LC_COLLATE or LANG at the first call.

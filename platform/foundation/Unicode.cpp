@@ -46,7 +46,7 @@ bool isUtf8(std::string_view text) {
     if (isAscii(text.data(), text.size())) return true; // as most texts are
     while (!text.empty()) {
         const std::size_t before = text.size();
-        // A byte that is none is taken alone; the replacement character itself has three.
+        // A byte that is not UTF-8 is taken by itself; the replacement character proper has three bytes.
         if (takeCharacter(text) == replacementCharacter && before - text.size() == 1) return false;
     }
     return true;

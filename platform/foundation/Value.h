@@ -76,15 +76,15 @@ class PLATFORM_EXPORT Value {
     [[nodiscard]] const List* list() const { return pointer<List>(); }
     [[nodiscard]] const Dictionary* dictionary() const { return pointer<Dictionary>(); }
 
-    /// The platform's lenient readings: a number or boolean as a number, 0 for everything else.
+    /// The platform's lenient reading: a number or boolean as a number, everything else as 0.
     [[nodiscard]] double doubleValue() const;
     /// True for `true` and for any number but zero.
     [[nodiscard]] bool boolValue() const { return doubleValue() != 0; }
 
-    /// The entry of a dictionary; nil when this is no dictionary or has no such key.
+    /// The entry of a dictionary; nil for a missing key, and for any other kind of value.
     [[nodiscard]] Value operator[](std::string_view key) const;
 
-    /// Deep equality; kinds must agree, dictionaries compare without regard to order, NaN equals nothing.
+    /// Deep equality: kinds must agree, the order of a dictionary does not count, and NaN equals nothing.
     friend PLATFORM_EXPORT bool operator==(const Value& a, const Value& b);
 
   private:
@@ -108,15 +108,16 @@ class PLATFORM_EXPORT Value {
 
 /// A dictionary from text to value that keeps its insertion order.
 ///
-/// Setting a key that is there keeps its place. Lookup takes O(log n) comparisons whatever the keys are, because keys
-/// arrive from other processes and must not be able to make it slow.
+/// Setting a known key keeps its place. Lookup takes O(log n) comparisons for any keys: keys that arrive from other
+/// processes must not be able to make it slow.
 class PLATFORM_EXPORT Dictionary {
   public:
     using Entry = std::pair<std::string, Value>;
 
     Dictionary() = default;
     Dictionary(std::initializer_list<Entry> entries) : Dictionary(std::vector<Entry>(entries)) {}
-    /// Takes all entries at once, in O(n log n); of entries with equal keys the last value wins, in the first's place.
+    /// Takes all entries at once, in O(n log n). Of entries with equal keys, the first gives the place and the last the
+    /// value.
     explicit Dictionary(std::vector<Entry> entries);
 
     [[nodiscard]] std::size_t size() const { return entries_.size(); }

@@ -10,7 +10,7 @@
 
 namespace platform {
 
-/// A mail program whose command line is known to take a whole message, attachments included.
+/// A mail program with a known command line, which takes a whole message with its attachments.
 struct MailProgram {
     using Files = std::vector<std::filesystem::path>;
     std::filesystem::path file; ///< what is executed

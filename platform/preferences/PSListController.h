@@ -41,7 +41,7 @@ class PLATFORM_EXPORT PSListController : public UIViewController {
     [[nodiscard]] virtual std::string navigationTitle() const { return title_; }
     void setTitle(std::string title) { title_ = std::move(title); }
 
-    /// Null on a platform version whose pages have none.
+    /// Null on a version of the platform without navigation items.
     [[nodiscard]] virtual UINavigationItem* navigationItem() { return &navigationItem_; }
 
     /// The content view, which fills the page and has its frame. Null after setView(nullptr).

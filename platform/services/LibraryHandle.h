@@ -20,7 +20,7 @@ struct CloseLibrary {
 ///     if (!library) … // there is none
 ///
 /// Closing is logical: code once loaded stays for the life of the process, but the classes of a library without a
-/// handle are found no more. Any thread.
+/// handle are no longer found. Any thread.
 using LibraryHandle = std::unique_ptr<void, CloseLibrary>;
 
 /// Loads a library from its path under the device root, binding its functions when they are first called. The handle is

@@ -123,7 +123,7 @@ void PictureDecoder::work() {
         order->drawn = std::move(drawn);
         order->done = true;
         const bool late = order->later != nullptr;
-        // Let go of before the callback: only its owner may hold the order now, who can cancel it on the main thread.
+        // Let go of before the callback, so that only its owner holds the order, and can cancel it on the main thread.
         const std::weak_ptr<PictureOrder> held = std::exchange(order, nullptr);
         if (late)
             dispatch_async(dispatch_get_main_queue(), [held] {
