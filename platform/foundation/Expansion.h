@@ -20,7 +20,7 @@ class Expansion {
   public:
     explicit Expansion(BinaryReader& reader);
 
-    /// Counts one value other than a container, with the bytes of its text or data.
+    /// Counts one value, and the bytes of a text or data. open() counts a container.
     [[nodiscard]] bool charge(std::size_t bytes = 0) {
         if (valuesLeft_ < 1 || bytesLeft_ < bytes) return reader_.fail(tooLarge);
         valuesLeft_ -= 1;
@@ -47,7 +47,7 @@ class Expansion {
         return true;
     }
 
-    /// Stands around the building of a container; depth counts from 1 for the outermost.
+    /// open() and close() enclose the building of a container; the outermost has the depth 1.
     struct Opened {
         std::size_t values, bytes;
         unsigned deepest;
