@@ -55,7 +55,7 @@ class PLATFORM_EXPORT MFMailComposeViewController final : public UIViewControlle
     /// How long sendmail may take before it is ended.
     void setSendingTime(std::chrono::milliseconds atMost) { sendingTime_ = atMost; }
 
-    // What the user does, with the text as edited. Does nothing while the message is being sent or kept, or is over.
+    // What the user does, with the text as edited. Does nothing while the composer is working or over.
     void send(MailText text) { work(std::move(text), sent); }
     void saveDraft(MailText text) { work(std::move(text), kept); }
     void cancel();

@@ -49,9 +49,9 @@ inline constexpr std::int64_t kMaximumMessageBody = 64LL << 20;
 /// null. Any thread.
 [[nodiscard]] PLATFORM_EXPORT CFMessagePortRef CFMessagePortCreateRemote(const std::string& name);
 
-/// Sends one message and waits for its reply, which goes into *reply if the result is success; reply may be null. The
-/// send time-out, in seconds as the other, covers connecting and writing, a full backlog included; the receive time-out
-/// runs from the last byte written to the last byte of the reply. Each call has a connection of its own. Any thread.
+/// Sends one message and waits for its reply, which goes into *reply if the result is success; reply may be null. Both
+/// time-outs are in seconds: the first covers connecting and writing, a full backlog included, the second runs from the
+/// last byte written to the last byte of the reply. Each call has a connection of its own. Any thread.
 [[nodiscard]] PLATFORM_EXPORT CFMessagePortResult CFMessagePortSendRequest(const CFMessagePort& remote,
                                                                            std::int32_t messageId,
                                                                            const std::optional<Data>& body,

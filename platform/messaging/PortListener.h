@@ -18,7 +18,7 @@ class PortListener {
   public:
     /// Fails when a live port has the name, or no socket can stand there.
     [[nodiscard]] static Result<std::unique_ptr<PortListener>> open(const PortAddress& address);
-    /// Removes the socket file, if it is still this one.
+    /// Removes the socket file, if that is still its own.
     ~PortListener();
     PortListener(const PortListener&) = delete;
     PortListener& operator=(const PortListener&) = delete;

@@ -19,7 +19,7 @@ class PLATFORM_EXPORT NSURL {
     [[nodiscard]] static std::optional<NSURL> URLWithString(const std::string& text);
 
     [[nodiscard]] const std::string& absoluteString() const { return text_; }
-    /// In small letters.
+    /// In lower case.
     [[nodiscard]] const std::string& scheme() const { return scheme_; }
 
   private:

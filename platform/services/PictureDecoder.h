@@ -42,8 +42,8 @@ class PLATFORM_EXPORT PicturePatience {
 /// and neither is one at which the program breaks twice.
 ///
 ///     PicturePatience patience(100ms);
-///     auto order = decoder.order({{"/usr/share/icons/a.svg", 29}}, [] { … });   // later, on the main thread
-///     if (const auto drawn = decoder.wait(order, patience)) show(drawn->front());
+///     auto order = decoder.order({{"/usr/share/icons/a.svg", 29}});
+///     if (const auto drawn = decoder.wait(order, patience, [](const auto& late) { … })) show(drawn->front());
 ///
 /// Any thread. The decoder's own thread asks the program and waits for it.
 class PLATFORM_EXPORT PictureDecoder {

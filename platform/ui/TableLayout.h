@@ -19,7 +19,7 @@ enum UITableViewScrollPosition : int {
     UITableViewScrollPositionBottom = 3
 };
 
-/// The wish to see a row of a table. Each serial number is followed once.
+/// A request to scroll a row of a table into view. Each serial number is followed once.
 struct TableScrollRequest {
     std::uint64_t serial = 0; ///< 0 for no request yet
     NSIndexPath row;

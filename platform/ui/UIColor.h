@@ -8,10 +8,10 @@
 namespace platform {
 
 class UIColor;
-/// Colours are shared and immutable. Two objects may be equal colours.
+/// Colours are shared and immutable; two objects may be equal colours.
 using UIColorRef = std::shared_ptr<const UIColor>;
 
-/// How a colour's components are to be read; the platform's numbers.
+/// What a colour's components mean; the platform's numbers.
 enum class CGColorSpaceModel : int { monochrome = 0, rgb = 1 };
 
 /// A colour with components in [0, 1]. Colours of one model with equal components are equal; a grey never equals the

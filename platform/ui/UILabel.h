@@ -13,7 +13,7 @@ class PLATFORM_EXPORT UILabel final : public UIView {
     [[nodiscard]] const std::string& text() const { return text_; }
     void setText(std::string text) { text_ = std::move(text); }
 
-    /// Never null; at first the system's font at 17.0 points.
+    /// Never null; the system's font at 17 points unless set.
     [[nodiscard]] const UIFontRef& font() const { return font_; }
     /// Null, as for a font that is not installed, changes nothing.
     void setFont(UIFontRef font) {

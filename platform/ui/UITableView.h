@@ -117,7 +117,7 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     [[nodiscard]] bool isRowIndented(NSIndexPath path);
     /// How the last row was deselected.
     [[nodiscard]] bool deselectsAnimated() const { return deselectsAnimated_; }
-    /// The last wish to see a row, which the window follows by the heights as drawn.
+    /// The last request to scroll, which the window follows by the heights as drawn.
     [[nodiscard]] const TableScrollRequest& scrollRequest() const { return scrollRequest_; }
     /// The user has tapped a row: selects it and tells the delegate, unless the table is being edited or has no such
     /// row.

@@ -18,8 +18,8 @@ enum UITableViewCellEditingStyle : int {
 
 enum UITableViewCellAccessoryType : int { UITableViewCellAccessoryNone = 0, UITableViewCellAccessoryCheckmark = 3 };
 
-/// One row of a table. A cell that has scrolled out of view serves again for another row, as the row before left it.
-/// Main thread.
+/// One row of a table. A cell that has scrolled out of view serves again for another row, with the contents of the row
+/// before. Main thread.
 class PLATFORM_EXPORT UITableViewCell final : public UIView {
   public:
     bool initWithStyle(UITableViewCellStyle style, std::string reuseIdentifier);

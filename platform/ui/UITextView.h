@@ -20,7 +20,7 @@ class PLATFORM_EXPORT UITextView final : public UIView {
         if (text != *text_) text_ = std::make_shared<const std::string>(std::move(text));
     }
 
-    /// Never null; at first the system's font at 12.0 points.
+    /// Never null; the system's font at 12 points unless set.
     [[nodiscard]] const UIFontRef& font() const { return font_; }
     void setFont(UIFontRef font) {
         if (font) font_ = std::move(font);

@@ -42,7 +42,7 @@ class PLATFORM_EXPORT UIView : public NSObject {
 
     /// Calls initWithFrame() with an empty frame.
     virtual bool init() { return initWithFrame({}); }
-    /// Subclasses build themselves completely here. After false, make<T>(frame) gives null.
+    /// Subclasses build themselves completely here. If this returns false, make<T>(frame) gives null.
     virtual bool initWithFrame(const CGRect& frame);
 
     // -- where it is --
