@@ -7,10 +7,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <limits>
 #include <optional>
 #include <unordered_set>
@@ -249,17 +247,12 @@ class Reader {
 std::string fitToShow(std::string_view json) {
     std::string printed;
     printed.reserve(json.size());
-    const auto escape = [&printed](std::uint16_t unit) {
-        std::array<char, sizeof "\\uXXXX"> escaped{};
-        std::snprintf(escaped.data(), escaped.size(), "\\u%04x", unsigned{unit});
-        printed += escaped.data();
-    };
     while (!json.empty()) {
         const char32_t character = platform::takeCharacter(json);
         if (character == '\n' || platform::isVisible(character))
             platform::appendCharacter(printed, character);
         else
-            platform::forEachUnit(character, escape);
+            platform::appendEscaped(printed, character, 'u');
     }
     return printed;
 }

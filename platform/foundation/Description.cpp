@@ -6,7 +6,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 
 namespace platform {
 
@@ -127,20 +126,13 @@ void Describer::quote(std::string_view contents) {
 
 void Describer::escape(char32_t character) {
     constexpr std::u32string_view special = U"\"\\\n\r\t";
-    if (const std::size_t known = special.find(character); known != std::u32string_view::npos) {
-        text += '\\';
-        text += "\"\\nrt"[known];
-        return;
-    }
-    if (character >= ' ' && character < 0x7F) {
+    const std::size_t known = special.find(character);
+    if (known != std::u32string_view::npos)
+        text += {'\\', "\"\\nrt"[known]};
+    else if (character >= ' ' && character < 0x7F)
         text += static_cast<char>(character);
-        return;
-    }
-    forEachUnit(character, [this](std::uint16_t unit) {
-        std::array<char, 8> escaped{};
-        std::snprintf(escaped.data(), escaped.size(), "\\U%04x", unsigned{unit});
-        text += escaped.data();
-    });
+    else
+        appendEscaped(text, character, 'U');
 }
 
 } // namespace

@@ -7,15 +7,14 @@
 
 namespace platform {
 
-using namespace std::chrono;
-
 namespace {
 
-constexpr sys_seconds kEpoch = sys_days(2001y / January / 1);
+constexpr std::chrono::sys_seconds kEpoch = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);
 
 } // namespace
 
 std::optional<std::string> timestamp(Date date) {
+    using namespace std::chrono;
     constexpr double farthest = 9e11;
     if (!(std::abs(date.seconds) < farthest)) return std::nullopt;
     const sys_seconds moment = kEpoch + seconds(static_cast<std::int64_t>(std::floor(date.seconds)));
@@ -41,6 +40,7 @@ std::optional<Date> dateFromTimestamp(std::string_view text) {
         if (digit) fields[field] = fields[field] * 10 + static_cast<unsigned>(text[i] - '0');
         if (!digit) ++field;
     }
+    using namespace std::chrono;
     const year_month_day date{year(static_cast<int>(fields[0])), month(fields[1]), day(fields[2])};
     if (!date.ok() || fields[3] > 23 || fields[4] > 59 || fields[5] > 60) return std::nullopt;
     const seconds sinceEpoch = sys_days(date) - kEpoch + hours(fields[3]) + minutes(fields[4]) + seconds(fields[5]);

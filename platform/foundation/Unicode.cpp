@@ -2,12 +2,27 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <cstring>
 #include <unicode/uchar.h>
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
 namespace platform {
+namespace {
+
+/// Calls back with each UTF-16 unit of a character, one or two.
+template<class Callback>
+void forEachUnit(char32_t character, Callback callback) {
+    if (character < 0x10000) {
+        callback(static_cast<std::uint16_t>(character));
+    } else {
+        callback(static_cast<std::uint16_t>(U16_LEAD(character)));
+        callback(static_cast<std::uint16_t>(U16_TRAIL(character)));
+    }
+}
+
+} // namespace
 
 bool isAscii(const void* bytes, std::size_t size) {
     const auto* begin = static_cast<const unsigned char*>(bytes);
@@ -80,6 +95,14 @@ void appendCharacter(std::string& text, char32_t character) {
     std::size_t length = 0;
     U8_APPEND_UNSAFE(bytes, length, character);
     text.append(bytes.data(), bytes.data() + length);
+}
+
+void appendEscaped(std::string& text, char32_t character, char mark) {
+    forEachUnit(character, [&](std::uint16_t unit) {
+        std::array<char, sizeof "\\uXXXX"> escaped{};
+        std::snprintf(escaped.data(), escaped.size(), "\\%c%04x", mark, unsigned{unit});
+        text += escaped.data();
+    });
 }
 
 std::string textFromUtf16(const std::uint8_t* units, std::size_t count) {

@@ -36,22 +36,14 @@ inline constexpr char32_t replacementCharacter = 0xFFFD;
 /// Appends one character as UTF-8.
 PLATFORM_EXPORT void appendCharacter(std::string& text, char32_t character);
 
+/// Appends the UTF-16 units of one character in hexadecimal, each after a backslash and the mark: "\u202e".
+PLATFORM_EXPORT void appendEscaped(std::string& text, char32_t character, char mark);
+
 /// Text from UTF-16, the upper byte of each unit first. A surrogate without its other half becomes the replacement
 /// character: half an emoji is no reason to lose all of the settings around it.
 [[nodiscard]] std::string textFromUtf16(const std::uint8_t* units, std::size_t count);
 [[nodiscard]] std::size_t utf16Length(std::string_view text);
 /// Writes utf16Length(text) units, the upper byte of each first, and returns their end.
 std::uint8_t* writeUtf16(std::string_view text, std::uint8_t* into);
-
-/// Calls back with each UTF-16 unit of a character, one or two.
-template<class Callback>
-void forEachUnit(char32_t character, Callback&& callback) {
-    if (character < 0x10000) {
-        callback(static_cast<std::uint16_t>(character));
-    } else {
-        callback(static_cast<std::uint16_t>(0xD800 + ((character - 0x10000) >> 10)));
-        callback(static_cast<std::uint16_t>(0xDC00 + ((character - 0x10000) & 0x3FF)));
-    }
-}
 
 } // namespace platform

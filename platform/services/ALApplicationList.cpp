@@ -4,8 +4,6 @@
 #include "platform/foundation/Unicode.h"
 #include "platform/ui/PictureSize.h"
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <map>
@@ -34,12 +32,9 @@ void takePath(const char* path, void* context) {
 
 /// Larger pictures are not what was asked for, and decoding them may take all memory.
 void takeIcon(const std::uint8_t* bytes, std::size_t length, void* context) {
-    static constexpr std::array<std::uint8_t, 8> png{0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-    if (!bytes || length <= png.size() || !std::equal(png.begin(), png.end(), bytes)) return;
-    Data file(bytes, bytes + length);
-    const auto size = pictureSize(file);
+    const auto size = bytes ? pngSize({bytes, length}) : std::nullopt;
     if (size && size->width <= kLargestIcon && size->height <= kLargestIcon)
-        *static_cast<Data*>(context) = std::move(file);
+        static_cast<Data*>(context)->assign(bytes, bytes + length);
 }
 
 /// Null without the picture of the first resolution.
