@@ -44,8 +44,8 @@ CFMessagePortRef CFMessagePortCreateLocal(const std::string& name, CFMessagePort
 
 CFRunLoopSourceRef CFMessagePortCreateRunLoopSource(const CFMessagePortRef& local) {
     if (!local || !local->listener) return nullptr;
-    auto server = std::make_shared<PortServer>(local);
-    return server->isReady() ? server : nullptr;
+    auto source = std::make_shared<CFRunLoopSource>(local);
+    return source->isReady() ? source : nullptr;
 }
 
 } // namespace platform

@@ -1,6 +1,6 @@
 #include "platform/messaging/CFRunLoop.h"
 
-#include "platform/messaging/CFRunLoopSource.h"
+#include "platform/messaging/PortServer.h"
 
 #include <atomic>
 #include <vector>

@@ -2,7 +2,7 @@
 
 #include "platform/foundation/FileDescriptor.h"
 #include "platform/messaging/CFMessagePort.h"
-#include "platform/messaging/CFRunLoopSource.h"
+#include "platform/messaging/Poller.h"
 
 #include <array>
 #include <memory>
@@ -15,15 +15,17 @@ namespace platform {
 /// No descriptor ever blocks the server, so a slow or silent client delays no other. One round of the run loop accepts
 /// all waiting clients, which then take turns with the others, so that no client starves beside busy ones. One thread,
 /// that of the run loop.
-class PortServer final : public CFRunLoopSource, private Poller::Watcher {
+class PortServer : private Poller::Watcher {
   public:
     explicit PortServer(CFMessagePortRef port);
     ~PortServer() override;
 
     /// False when no descriptor was left for the server's own needs.
     [[nodiscard]] bool isReady() const { return pause_.timer() >= 0; }
-    void schedule(Poller& poller) override;
-    void cancel() override;
+    /// Adds the server's descriptors to the loop's poller, which outlives cancel().
+    void schedule(Poller& poller);
+    /// Takes them away again, and ends what is under way.
+    void cancel();
 
   private:
     class Connection;
@@ -51,6 +53,12 @@ class PortServer final : public CFRunLoopSource, private Poller::Watcher {
     Poller* poller_ = nullptr; ///< while scheduled
     std::unordered_map<int, std::unique_ptr<Connection>> connections_;
     std::array<std::uint8_t, 64 << 10> received_{}; ///< where every read lands first
+};
+
+/// What a run loop serves, under the name that callers know.
+class CFRunLoopSource final : public PortServer {
+  public:
+    using PortServer::PortServer;
 };
 
 } // namespace platform
