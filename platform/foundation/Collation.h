@@ -8,8 +8,8 @@
 
 namespace platform {
 
-/// The order of texts in one language: accents count, case does not. What is not UTF-8 counts as replacement
-/// characters. Immutable; any thread.
+/// The order of texts in one language, that of the platform's localizedCaseInsensitiveCompare: accents count, case does
+/// not. A byte that is not UTF-8 counts as U+FFFD. Immutable; any thread.
 ///
 ///     const Collation& order = Collation::ofUser();
 ///     std::ranges::sort(names, [&](const auto& a, const auto& b) { return order.compare(a, b) < 0; });
