@@ -6,7 +6,6 @@
 #include <fontconfig/fontconfig.h>
 
 #include <algorithm>
-#include <map>
 #include <mutex>
 #include <set>
 #include <string_view>
@@ -34,16 +33,13 @@ struct InstalledFont {
 struct Installed {
     explicit Installed(std::vector<InstalledFont> found) : fonts(std::move(found)) {
         std::ranges::sort(fonts);
-        for (const InstalledFont& font : fonts) {
-            families[font.family].push_back(&font);
+        for (const InstalledFont& font : fonts)
             byName.emplace(font.name, &font);
-        }
     }
     Installed(const Installed&) = delete;
     Installed& operator=(const Installed&) = delete;
 
-    std::vector<InstalledFont> fonts;
-    std::map<std::string, std::vector<const InstalledFont*>> families;
+    std::vector<InstalledFont> fonts; ///< by family, then by name
     std::unordered_map<std::string, const InstalledFont*> byName;
 };
 
@@ -175,19 +171,19 @@ std::shared_ptr<const Installed> atLastLook() {
 } // namespace
 
 std::vector<std::string> UIFont::familyNames() {
+    const auto all = lookAnew();
     std::vector<std::string> names;
-    for (const auto& [family, fonts] : lookAnew()->families)
-        names.push_back(family);
+    for (const InstalledFont& font : all->fonts)
+        if (names.empty() || names.back() != font.family) names.push_back(font.family);
     return names;
 }
 
 std::vector<std::string> UIFont::fontNamesForFamilyName(const std::string& family) {
     const auto all = atLastLook();
     std::vector<std::string> names;
-    if (const auto found = all->families.find(family); found != all->families.end()) {
-        for (const InstalledFont* font : found->second)
-            names.push_back(font->name);
-    }
+    auto font = std::ranges::lower_bound(all->fonts, family, {}, &InstalledFont::family);
+    for (; font != all->fonts.end() && font->family == family; ++font)
+        names.push_back(font->name);
     return names;
 }
 
