@@ -12,6 +12,7 @@ std::string base64(const Data& data) {
 std::optional<Data> dataFromBase64(std::string_view text) {
     constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     Data data;
+    data.reserve(text.size() / 4 * 3);
     unsigned bits = 0;
     std::uint32_t pending = 0;
     bool ended = false;
