@@ -12,7 +12,6 @@ class AUAppsListView final : public ApplicationsListView {
 
   protected:
     Selection setupArrays() override;
-    const char* savedKey() const override;
     const std::vector<std::string>& savedList() const override { return disabled(); }
 };
 

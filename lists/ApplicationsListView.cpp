@@ -57,8 +57,8 @@ void ApplicationsListView::prepare() {
     if (const auto* list = ALApplicationList::sharedApplicationList()) applications_ = list->applications();
 }
 
-ApplicationsListView::ApplicationsListView(SettingsSession& session)
-    : SelectionListView(session), patience_(kPatience) {
+ApplicationsListView::ApplicationsListView(SettingsSession& session, const char* savedKey)
+    : SelectionListView(session, savedKey), patience_(kPatience) {
 }
 
 std::string ApplicationsListView::footer() const {

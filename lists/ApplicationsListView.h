@@ -18,7 +18,7 @@ class ApplicationsListView : public SelectionListView {
     [[nodiscard]] static const std::vector<std::string>& hiddenDisplayIdentifiers();
 
   protected:
-    explicit ApplicationsListView(SettingsSession& session);
+    ApplicationsListView(SettingsSession& session, const char* savedKey);
 
     void prepare() override;
     const Titles& titles() const override { return applications_; }

@@ -4,18 +4,16 @@
 
 namespace lumora {
 
-AppsListView::AppsListView() : ApplicationsListView(sessionOf<AppsListView>()) {
+AppsListView::AppsListView() : ApplicationsListView(sessionOf<AppsListView>(), kAppsEnabled) {
 }
 
 Selection AppsListView::setupArrays() {
     Selection lists;
     lists.enabled = saved(kAppsEnabled);
-    lists.disabled = restSortedByTitle(titles(), {hiddenDisplayIdentifiers(), lists.enabled});
+    std::vector<std::string> others = hiddenDisplayIdentifiers();
+    others.insert(others.end(), lists.enabled.begin(), lists.enabled.end());
+    lists.disabled = restSortedByTitle(titles(), others);
     return lists;
-}
-
-const char* AppsListView::savedKey() const {
-    return kAppsEnabled;
 }
 
 } // namespace lumora

@@ -11,8 +11,6 @@ class AppsListView final : public ApplicationsListView {
 
   protected:
     Selection setupArrays() override;
-    const char* savedKey() const override;
-    const std::vector<std::string>& savedList() const override { return enabled(); }
 };
 
 } // namespace lumora

@@ -8,6 +8,7 @@
 #include "platform/foundation/SharedObject.h"
 #include "platform/foundation/Unicode.h"
 
+#include <array>
 #include <string_view>
 #include <utility>
 
@@ -36,20 +37,11 @@ std::optional<std::string> askText(const char* (*function)()) {
     return text && platform::isUtf8(text) ? std::optional<std::string>(text) : std::nullopt;
 }
 
-/// The last questions about one text. It is asked twice, so that a plug-in is held to what it says: once for whether
-/// there is a text, once for whether there is anything in it.
-Result<void> checkText(const Plugin& plugin, std::optional<std::string> (Plugin::*text)() const, const char* called) {
-    const auto refuse = [called](const std::string& why) { return Result<void>::failure(why + called); };
-    if (!(plugin.*text)()) return refuse("its plug-in object gives no ");
-    if ((plugin.*text)() == "") return refuse("its plug-in object gives an empty ");
-    return {};
-}
-
 Result<Plugin> fail(std::string why) {
     return Result<Plugin>::failure(std::move(why));
 }
 
-/// The object that the principal class hands out.
+/// The object that the principal class hands out, if it answers all that is asked of it.
 Result<Plugin> sharedInstance(const LumoraPrincipalClass* principalClass) {
     if (!principalClass) return fail("its shared object exports no table for its NSPrincipalClass");
     if (principalClass->version != LUMORA_APP_VIEW_VERSION) return fail("its principal class is of another version");
@@ -57,20 +49,16 @@ Result<Plugin> sharedInstance(const LumoraPrincipalClass* principalClass) {
     const LumoraAppView* object = ask(principalClass->sharedInstance);
     if (!object) return fail("its principal class has no sharedInstance");
     if (object->version != LUMORA_APP_VIEW_VERSION) return fail("its plug-in object is of another version");
+    const std::array<std::pair<std::string, const char* (*)()>, 3> texts{
+        {{"identifier", object->identifier}, {"name", object->name}, {"appID", object->appID}}};
+    for (const auto& [called, text] : texts)
+        if (!text) return fail("its plug-in object does not answer " + called);
+    for (const auto& [called, text] : texts) {
+        // Asked twice, so that a plug-in is held to what it says: is there a text, and is there anything in it?
+        if (!askText(text)) return fail("its plug-in object gives no " + called);
+        if (askText(text) == "") return fail("its plug-in object gives an empty " + called);
+    }
     return Plugin(*object);
-}
-
-Result<Plugin> examineLoaded(const LumoraPrincipalClass* principalClass) {
-    Result<Plugin> plugin = sharedInstance(principalClass);
-    if (!plugin) return plugin;
-    const Plugin& object = plugin.value();
-    if (!object.respondsToIdentifier()) return fail("its plug-in object does not answer identifier");
-    if (!object.respondsToName()) return fail("its plug-in object does not answer name");
-    if (!object.respondsToAppID()) return fail("its plug-in object does not answer appID");
-    if (auto checked = checkText(object, &Plugin::identifier, "identifier"); !checked) return fail(checked.error());
-    if (auto checked = checkText(object, &Plugin::name, "name"); !checked) return fail(checked.error());
-    if (auto checked = checkText(object, &Plugin::appID, "appID"); !checked) return fail(checked.error());
-    return plugin;
 }
 
 using Bundles = std::vector<std::shared_ptr<NSBundle>>;
@@ -137,7 +125,7 @@ PluginExamination::PluginExamination(std::shared_ptr<NSBundle> bundle)
     // Asked whether or not loading succeeded; without a loaded object there is no such table.
     const auto* principalClass =
         static_cast<const LumoraPrincipalClass*>(bundle_->principalClassTable(LUMORA_PRINCIPAL_CLASS_SYMBOL));
-    plugin_ = loaded ? examineLoaded(principalClass) : fail(loaded.error());
+    plugin_ = loaded ? sharedInstance(principalClass) : fail(loaded.error());
 }
 
 PluginExamination::~PluginExamination() {

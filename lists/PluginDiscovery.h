@@ -21,10 +21,6 @@ class Plugin {
   public:
     explicit Plugin(const LumoraAppView& object) : object_(&object) {}
 
-    [[nodiscard]] bool respondsToIdentifier() const { return object_->identifier != nullptr; }
-    [[nodiscard]] bool respondsToName() const { return object_->name != nullptr; }
-    [[nodiscard]] bool respondsToAppID() const { return object_->appID != nullptr; }
-
     /// The plug-in's three texts; nothing if it answers null, another encoding than UTF-8, or with an exception.
     [[nodiscard]] std::optional<std::string> identifier() const;
     [[nodiscard]] std::optional<std::string> name() const;

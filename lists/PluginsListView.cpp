@@ -4,7 +4,7 @@
 
 namespace lumora {
 
-PluginsListView::PluginsListView() : SelectionListView(sessionOf<PluginsListView>()) {
+PluginsListView::PluginsListView() : SelectionListView(sessionOf<PluginsListView>(), kAppViewsEnabled) {
 }
 
 std::vector<Plugin> PluginsListView::getPlugins() {
@@ -17,16 +17,12 @@ Selection PluginsListView::setupArrays() {
         plugins_[plugin.identifier().value_or("")] = plugin.name().value_or("");
     Selection lists;
     lists.enabled = saved(kAppViewsEnabled);
-    lists.disabled = restSortedByTitle(plugins_, {lists.enabled});
+    lists.disabled = restSortedByTitle(plugins_, lists.enabled);
     return lists;
 }
 
 std::string PluginsListView::footer() const {
     return "Tap and hold onto an App View's associated application to reveal the App View.";
-}
-
-const char* PluginsListView::savedKey() const {
-    return kAppViewsEnabled;
 }
 
 } // namespace lumora

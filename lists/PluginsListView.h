@@ -18,8 +18,6 @@ class PluginsListView final : public SelectionListView {
     Selection setupArrays() override;
     const Titles& titles() const override { return plugins_; }
     std::string footer() const override;
-    const char* savedKey() const override;
-    const std::vector<std::string>& savedList() const override { return enabled(); }
 
   private:
     Titles plugins_; ///< if two plug-ins have one identifier, the later one's name

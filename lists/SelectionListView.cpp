@@ -63,7 +63,7 @@ void SelectionListView::setupTableViewWithFrame(const CGRect& frame) {
 
 void SelectionListView::savePreferences() {
     const auto& list = savedList();
-    session_.setValue(List(list.begin(), list.end()), savedKey());
+    session_.setValue(List(list.begin(), list.end()), savedKey_);
 }
 
 std::vector<std::string> SelectionListView::saved(const char* key) const {
@@ -145,23 +145,15 @@ std::vector<std::string> sortedByTitle(const std::vector<std::string>& identifie
     return sorted(std::move(rows));
 }
 
-std::vector<std::string> restSortedByTitle(const Titles& titles, std::initializer_list<Identifiers> leftOut) {
+std::vector<std::string> restSortedByTitle(const Titles& titles, const std::vector<std::string>& without) {
     std::unordered_set<const std::string*> gone; // by place: a few are looked up instead of all
-    for (const Identifiers& identifiers : leftOut) {
-        for (const std::string& identifier : identifiers.get())
-            if (const auto found = titles.find(identifier); found != titles.end()) gone.insert(&found->first);
-    }
+    for (const std::string& identifier : without)
+        if (const auto found = titles.find(identifier); found != titles.end()) gone.insert(&found->first);
     std::vector<Row> rows;
     rows.reserve(titles.size());
     for (const auto& [identifier, title] : titles)
         if (!gone.contains(&identifier)) rows.push_back({title, &identifier});
     return sorted(std::move(rows));
-}
-
-std::vector<std::string> without(std::vector<std::string> identifiers, const std::vector<std::string>& removed) {
-    const std::unordered_set<std::string_view> gone(removed.begin(), removed.end());
-    std::erase_if(identifiers, [&](const std::string& identifier) { return gone.contains(identifier); });
-    return identifiers;
 }
 
 } // namespace lumora

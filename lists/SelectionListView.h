@@ -3,8 +3,6 @@
 #include "link/SettingsSession.h"
 #include "platform/ui/UITableView.h"
 
-#include <functional>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -56,7 +54,8 @@ class SelectionListView : public platform::UIView,
     bool shouldIndentWhileEditingRowAtIndexPath(platform::UITableView& tableView, platform::NSIndexPath path) override;
 
   protected:
-    explicit SelectionListView(SettingsSession& session) : session_(session) {}
+    /// The list is saved under that preference key.
+    SelectionListView(SettingsSession& session, const char* savedKey) : session_(session), savedKey_(savedKey) {}
 
     /// Gets ready what the lists are built from; by default nothing.
     virtual void prepare() {}
@@ -70,8 +69,8 @@ class SelectionListView : public platform::UIView,
     [[nodiscard]] virtual unsigned tableMask() const { return platform::UIViewAutoresizingNone; }
     /// Adds to a cell that has its title; by default nothing.
     virtual void decorate(platform::UITableViewCell& /*cell*/, const std::string& /*identifier*/) {}
-    [[nodiscard]] virtual const char* savedKey() const = 0;
-    [[nodiscard]] virtual const std::vector<std::string>& savedList() const = 0;
+    /// Which of the two lists is saved.
+    [[nodiscard]] virtual const std::vector<std::string>& savedList() const { return enabled(); }
 
     /// The list of texts that was saved under a key. Kept on purpose: a list that was never saved starts empty.
     [[nodiscard]] std::vector<std::string> saved(const char* key) const;
@@ -83,6 +82,7 @@ class SelectionListView : public platform::UIView,
     [[nodiscard]] std::vector<std::string>& listIn(int section);
 
     SettingsSession& session_;
+    const char* savedKey_;
     Selection selection_;
     std::shared_ptr<platform::UITableView> tableView_;
 };
@@ -90,12 +90,7 @@ class SelectionListView : public platform::UIView,
 /// The identifiers sorted by title in the order of the user's language, ignoring case; a missing title counts as empty.
 /// The order of equal titles is undefined.
 [[nodiscard]] std::vector<std::string> sortedByTitle(const std::vector<std::string>& identifiers, const Titles& titles);
-using Identifiers = std::reference_wrapper<const std::vector<std::string>>;
-/// All identifiers that have a title and are in none of these lists, sorted in the same way.
-[[nodiscard]] std::vector<std::string> restSortedByTitle(const Titles& titles,
-                                                         std::initializer_list<Identifiers> leftOut);
-/// The entries of the first list that the second lacks, in the order of the first.
-[[nodiscard]] std::vector<std::string> without(std::vector<std::string> identifiers,
-                                               const std::vector<std::string>& removed);
+/// All identifiers that have a title, without those of the list, sorted in the same way.
+[[nodiscard]] std::vector<std::string> restSortedByTitle(const Titles& titles, const std::vector<std::string>& without);
 
 } // namespace lumora
