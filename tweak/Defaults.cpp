@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <initializer_list>
+#include <cstddef>
 
 using platform::Dictionary;
 using platform::List;
@@ -15,26 +15,24 @@ using platform::Value;
 namespace lumora {
 namespace {
 
-/// Colours are stored as hue, saturation and brightness.
-constexpr std::array<std::string_view, 3> kColorComponents{"h", "s", "b"};
-
 bool isFiniteNumber(const Value& value) {
     return value.isNumber() && std::isfinite(value.doubleValue());
 }
 
 bool isListOfTexts(const Value& value) {
     const List* list = value.list();
-    return list && std::all_of(list->begin(), list->end(), [](const Value& entry) { return entry.text() != nullptr; });
+    return list && std::ranges::all_of(*list, [](const Value& entry) { return entry.text() != nullptr; });
 }
 
+/// Hue, saturation and brightness.
 bool isColor(const Value& value) {
+    const auto isComponent = [&](std::string_view name) {
+        const Value component = value[name];
+        // Written so that "not a number" is no component either.
+        return component.isNumber() && component.doubleValue() >= 0 && component.doubleValue() <= 1;
+    };
     const Dictionary* color = value.dictionary();
-    return color && color->size() == kColorComponents.size() &&
-           std::all_of(kColorComponents.begin(), kColorComponents.end(), [&](std::string_view name) {
-               const Value component = (*color)[name];
-               // Written so that "not a number" is no component either.
-               return component.isNumber() && component.doubleValue() >= 0 && component.doubleValue() <= 1;
-           });
+    return color && color->size() == 3 && isComponent("h") && isComponent("s") && isComponent("b");
 }
 
 } // namespace
@@ -104,7 +102,7 @@ const std::vector<Setting>& knownSettings() {
 
 const Setting* findSetting(std::string_view key) {
     const auto& settings = knownSettings();
-    const auto found = std::find_if(settings.begin(), settings.end(), [&](const Setting& s) { return s.key == key; });
+    const auto found = std::ranges::find(settings, key, &Setting::key);
     return found == settings.end() ? nullptr : &*found;
 }
 
@@ -138,27 +136,9 @@ Result<void> canHave(const Setting& setting, const Value& value) {
 }
 
 std::string_view kindName(Value::Kind kind) {
-    switch (kind) {
-    case Value::Kind::nil:
-        return "nil";
-    case Value::Kind::boolean:
-        return "a boolean";
-    case Value::Kind::integer:
-        return "an integer";
-    case Value::Kind::real:
-        return "a real";
-    case Value::Kind::text:
-        return "a text";
-    case Value::Kind::data:
-        return "data";
-    case Value::Kind::date:
-        return "a date";
-    case Value::Kind::list:
-        return "a list";
-    case Value::Kind::dictionary:
-        return "a dictionary";
-    }
-    return "unknown";
+    static constexpr std::array<std::string_view, 9> names{"nil",  "a boolean", "an integer", "a real",      "a text",
+                                                           "data", "a date",    "a list",     "a dictionary"};
+    return names.at(static_cast<std::size_t>(kind)); // in the order of the kinds
 }
 
 } // namespace lumora

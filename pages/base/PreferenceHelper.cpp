@@ -76,18 +76,16 @@ PreferenceHelper::Row PreferenceHelper::static_(const std::string& text) {
 }
 
 PreferenceHelper::Row PreferenceHelper::slider(const std::string& identifier, float min, float max) {
+    return slider(identifier, min, max, true);
+}
+
+PreferenceHelper::Row PreferenceHelper::slider(const std::string& identifier, float min, float max, bool showValue) {
     Row row =
         PSSpecifier::preferenceSpecifierNamed("", target_, setAction_, getAction_, {}, platform::PSSliderCell, false);
     row->setProperty(min, "min");
     row->setProperty(max, "max");
-    row->setProperty(true, "showValue");
-    row->setIdentifier(identifier);
-    return row;
-}
-
-PreferenceHelper::Row PreferenceHelper::slider(const std::string& identifier, float min, float max, bool showValue) {
-    Row row = slider(identifier, min, max);
     row->setProperty(showValue, "showValue");
+    row->setIdentifier(identifier);
     return row;
 }
 
