@@ -17,9 +17,7 @@ DataFolders DataFolders::ofDesktopAndDevice(const fs::path& root) {
     folders.icons.push_back(fs::path(g_get_home_dir()) / ".icons");
     for (const fs::path& folder : data) {
         const fs::path applications = (folder / "applications").lexically_normal();
-        if (std::find(folders.applications.begin(), folders.applications.end(), applications) !=
-            folders.applications.end())
-            continue;
+        if (std::ranges::find(folders.applications, applications) != folders.applications.end()) continue;
         folders.applications.push_back(applications);
         folders.icons.push_back(folder / "icons");
         folders.pixmaps.push_back(folder / "pixmaps");

@@ -51,7 +51,7 @@ bool DesktopEntries::refresh() {
 void DesktopEntries::look(const Place& place, Walk& walk, Entries& entries) {
     const std::optional<FolderNumber> number = numberOf(place.folder);
     if (!number || place.around.size() >= kDeepest || walk.folders >= kMostFolders) return;
-    if (std::find(place.around.begin(), place.around.end(), *number) != place.around.end()) return; // it leads back
+    if (std::ranges::find(place.around, *number) != place.around.end()) return; // it leads back
     if (++walk.ways[*number] > kMostWays) return;
     ++walk.folders;
 

@@ -102,8 +102,8 @@ GObjectPointer<GIcon> iconNamed(std::string name) {
 } // namespace
 
 bool DesktopEntry::hasPrograms() const {
-    return std::all_of(programs.begin(), programs.end(),
-                       [](const fs::path& program) { return g_file_test(program.c_str(), G_FILE_TEST_IS_EXECUTABLE); });
+    return std::ranges::all_of(
+        programs, [](const fs::path& program) { return g_file_test(program.c_str(), G_FILE_TEST_IS_EXECUTABLE); });
 }
 
 DesktopEntry readDesktopEntry(const fs::path& file, const FileStamp& stamp) {

@@ -31,12 +31,9 @@ GLibPointer<GKeyFile> readIndex(const fs::path& file) {
 std::vector<std::string> listOf(GKeyFile* index, const char* key) {
     std::vector<std::string> texts;
     const GLibPointer<char> joined(g_key_file_get_string(index, kThemeGroup, key, nullptr));
-    std::string_view rest = joined ? joined.get() : "";
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find(','), rest.size());
-        if (end > 0) texts.emplace_back(rest.substr(0, end));
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
+    const GLibPointer<char*> parts(g_strsplit(joined ? joined.get() : "", ",", 0));
+    for (char** part = parts.get(); *part; ++part)
+        if (**part) texts.emplace_back(*part);
     return texts;
 }
 
@@ -74,8 +71,7 @@ bool IconTheme::refresh() {
 }
 
 void IconTheme::add(const std::string& name) {
-    const auto isIt = [&](const Theme& theme) { return theme.name == name; };
-    if (!isName(name) || std::any_of(chain_.begin(), chain_.end(), isIt)) return;
+    if (!isName(name) || std::ranges::find(chain_, name, &Theme::name) != chain_.end()) return;
     const std::size_t place = chain_.size();
     chain_.push_back({name, {}});
     for (const fs::path& folder : folders_) {
@@ -134,8 +130,7 @@ fs::path IconTheme::find(const std::string& icon, int size, int scale) const {
         nearest.reserve(theme.folders.size());
         for (const Folder& folder : theme.folders)
             nearest.emplace_back(folder.distance(size, scale), &folder);
-        std::stable_sort(nearest.begin(), nearest.end(),
-                         [](const auto& a, const auto& b) { return a.first < b.first; });
+        std::ranges::stable_sort(nearest, {}, &std::pair<int, const Folder*>::first);
         for (const auto& [distance, folder] : nearest)
             for (const fs::path& path : folder->paths)
                 if (fs::path file = fileIn(path, icon); !file.empty()) return file;
