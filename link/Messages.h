@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
-/// What the settings bundle and the tweak have agreed on: the facts of docs/ports.md that both of them need, and those
-/// who speak to either. Each is spelled here and nowhere else.
+/// What the settings bundle and the tweak agree on: the facts of docs/ports.md that both need, and so does every program
+/// that speaks to either. Each is spelled here and nowhere else.
 namespace lumora {
 
 /// The two messages. Each has a port of its own.
@@ -17,10 +17,10 @@ inline std::string portName(const std::string& message) {
     return "com.nevo.lumora/" + message;
 }
 
-/// Messages are told apart by their port's name only, so all have this id.
+/// The name of its port alone tells which message it is, so all messages have this id.
 inline constexpr std::int32_t kMessageId = 0;
 
-/// In seconds. After both no answer can come any more.
+/// In seconds. Once both are over, no answer can come.
 inline constexpr double kSendTimeout = 1.0;
 inline constexpr double kReceiveTimeout = 1.0;
 
@@ -39,7 +39,7 @@ inline platform::Dictionary changeOf(const std::string& key, const platform::Val
     return platform::Dictionary{{kKeyEntry, key}, {kObjectEntry, value}};
 }
 
-/// What shows in place of a secure value.
+/// What is shown in place of a secure value.
 inline constexpr const char* kSecureDots = "•••";
 
 } // namespace lumora

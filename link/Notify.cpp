@@ -31,14 +31,14 @@ void exchange(const std::string& name, const Value& object, const ReplyBlock& re
     const auto result = CFMessagePortSendRequest(*remote, kMessageId, request, kSendTimeout, kReceiveTimeout, &answer);
 
     // Kept on purpose: a message that fails is dropped without a word, a log line or a second try. The tweak owns every
-    // setting, so there is nothing to repair on this side; whoever waits for the reply block is prepared for it never
-    // to run.
+    // setting, so this side has nothing to repair; a caller that waits for the reply block expects that it may never
+    // run.
     if (result != kCFMessagePortSuccess) return;
 
     if (reply) reply(answer);
 }
 
-/// The worker's side of port(): returns only when somebody stops the run loop.
+/// The worker's side of port(): returns once the run loop is stopped.
 void serve(const std::string& name, CFMessagePortCallBack callout) {
     const auto local = CFMessagePortCreateLocal(name, std::move(callout));
     CFRunLoopAddSource(CFRunLoopGetCurrent(), CFMessagePortCreateRunLoopSource(local));

@@ -37,7 +37,7 @@ void SettingsSession::store(const std::optional<Data>& reply) {
     lock->signal();
     lock->unlock();
 
-    // Whoever replaced the lock before the store waits on the new one; whoever replaces it later finds the settings.
+    // A creation that replaced the lock before the store waits on the new one; a later creation finds the settings.
     const auto replaced = currentLock();
     if (replaced == lock) return;
     replaced->lock();

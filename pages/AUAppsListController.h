@@ -5,7 +5,7 @@
 
 namespace lumora {
 
-/// The "Auto-Unlock Apps" page: hosts the list of applications exempt from auto-unlock. Main thread.
+/// The "Auto-Unlock Apps" page: hosts the choice of applications that leave the device locked. Main thread.
 class AUAppsListController final : public PageOf<AUAppsListView> {
   public:
     AUAppsListController() : PageOf("Auto-Unlock Apps") {}

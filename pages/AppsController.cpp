@@ -35,8 +35,8 @@ SettingsPage::Rows AppsController::rows(PreferenceHelper& make) {
         make.toggle("Long Hold For Plugin Apps Only", kLongHoldForPluginApps),
         make.toggle("Always Return To Lock Screen", kAlwaysReturnToLSEnabled),
 
-        // Kept on purpose: the explanations stand together at the end, and the first one says "App" where its switch
-        // says "Apps".
+        // Kept on purpose: the explanations stand together at the end, and the first says "App" where its switch says
+        // "Apps".
         make.footer(
             "Enable \"Open App With Long Hold\" to open the app with a long hold and open app view plugins with a "
             "tap."),

@@ -66,7 +66,7 @@ void LumoraPreferences::viewWillAppear(bool animated) {
 }
 
 void LumoraPreferences::openTwitter(PSSpecifier& /*sender*/) {
-    // Kept on purpose: where no application takes the scheme nothing happens, and no web page opens instead.
+    // Kept on purpose: unless an application takes the scheme, nothing happens; no web page opens instead.
     if (const auto profile = NSURL::URLWithString("twitter://user?screen_name=" + std::string(kHandle)))
         UIApplication::sharedApplication().openURL(*profile);
 }
@@ -84,7 +84,7 @@ void LumoraPreferences::openEmail(PSSpecifier& /*sender*/) {
     presentViewController(composer, true, nullptr);
 }
 
-// Kept on purpose: however it ended, nothing more is shown or logged here.
+// Kept on purpose: the composer closes however the mail ended, and nothing more is shown or logged here.
 void LumoraPreferences::mailComposeController(MFMailComposeViewController& controller,
                                               platform::MFMailComposeResult /*result*/,
                                               const platform::NSError* /*error*/) {

@@ -23,7 +23,7 @@ class LumoraPreferences final : public SettingsPage, public platform::MFMailComp
   private:
     /// Opens the maker's profile in the device's social-media application.
     void openTwitter(platform::PSSpecifier& sender);
-    /// Presents a problem report, which the user completes, with those diagnostic files that can be read.
+    /// Presents a problem report for the user to complete, with the diagnostic files that can be read.
     void openEmail(platform::PSSpecifier& sender);
 };
 

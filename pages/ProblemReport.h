@@ -10,7 +10,7 @@ namespace lumora {
 ///     composer->setSubject(report.subject());   // "Lumora -- iPhone6,1(7.0.4)"
 class ProblemReport {
   public:
-    /// For the device on which this runs.
+    /// The report of the device that this runs on; a model that the system does not tell is empty.
     [[nodiscard]] static ProblemReport ofThisDevice();
     ProblemReport(std::string deviceModel, std::string firmware);
 

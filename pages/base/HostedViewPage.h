@@ -8,7 +8,7 @@
 
 namespace lumora {
 
-/// What all pages share that show one view instead of rows. The view is made anew on each appearance and fetches its
+/// The base of all pages that show one view instead of rows. The view is made anew at each appearance and fetches its
 /// settings itself.
 ///
 ///     class FontViewController final : public PageOf<FontView> {
@@ -26,14 +26,14 @@ class HostedViewPage : public platform::PSListController {
   protected:
     explicit HostedViewPage(std::string title) : title_(std::move(title)) {}
 
-    /// Null makes a page without content.
+    /// Makes the view that fills the page; null leaves the page empty.
     virtual std::shared_ptr<platform::UIView> makeView(const platform::CGRect& frame) = 0;
 
   private:
     std::string title_;
 };
 
-/// The page that hosts a View.
+/// The base of a page whose view needs only its frame.
 template<class View>
 class PageOf : public HostedViewPage {
   protected:

@@ -29,7 +29,7 @@ class LUMORA_KIT_EXPORT PreferenceHelper final : public platform::NSObject {
     Row button(const std::string& title, platform::ButtonAction action);
     /// A row that opens the page class `to`.
     Row link(const std::string& title, platform::PSDetail to);
-    /// A row that opens a list of the titles; a tapped title stores the value at its position.
+    /// A row that opens a list of the titles; tapping a title stores the value at its position.
     Row link(const std::string& title, const std::string& identifier, const std::vector<std::string>& titles,
              std::vector<platform::Value> values);
     Row toggle(const std::string& title, const std::string& identifier);
@@ -48,7 +48,7 @@ class LUMORA_KIT_EXPORT PreferenceHelper final : public platform::NSObject {
     /// A field without a title.
     Row field(const std::string& placeholder, const std::string& identifier);
     Row field(const std::string& placeholder, const std::string& identifier, bool secure);
-    /// Gives a row an icon from the resources of the bundle that holds the target page's class; returns the row.
+    /// Gives the row an icon from the resources of the bundle that holds the target page's class; returns the row.
     Row specifier(const Row& row, const std::string& withIcon);
 
     [[nodiscard]] platform::PSListController* target() const { return target_; }

@@ -7,8 +7,8 @@
 
 namespace lumora {
 
-/// Gives a row an icon from a bundle's resources. A name without an extension gets ".png". Resources stand in no
-/// folder, so a name with one finds no icon; a missing icon is stored as no image. Main thread.
+/// Gives a row an icon from a bundle's resources. A name without an extension gets ".png". A bundle has no folders of
+/// resources, so a name with a folder in it finds no icon; a missing icon is stored as a null image. Main thread.
 void setIcon(platform::PSSpecifier& row, const std::string& iconName, const platform::NSBundle& bundle);
 
 } // namespace lumora

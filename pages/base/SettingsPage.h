@@ -9,8 +9,8 @@
 
 namespace lumora {
 
-/// What all pages share whose rows are bound to preference keys. A page adds its class's session, which it names in its
-/// own .cpp, and its table of rows:
+/// The base of all pages whose rows are bound to preference keys. A page adds the session of its class, which it names
+/// in its own .cpp, and its table of rows:
 ///
 ///     AppsController::AppsController() : SettingsPage(sessionOf<AppsController>()) {}
 ///     SettingsPage::Rows AppsController::rows(PreferenceHelper& make) { return {make.header("Options"), …}; }
@@ -18,12 +18,13 @@ namespace lumora {
 /// Main thread.
 class LUMORA_KIT_EXPORT SettingsPage : public platform::PSListController {
   public:
-    /// Returns once the class's settings dictionary is there; waits without a limit.
+    /// Returns once the session has its settings, and waits for them without a limit.
     bool init() override;
-    /// Built on the first request and kept for the life of the page. A row list that is already there stays as it is.
+    /// Builds the row list on the first request and keeps it for the life of the page. A row list that is already there
+    /// stays as it is.
     platform::PSSpecifierList specifiers() override;
 
-    /// The get and set operations of every editable row.
+    /// The get and set operations of every editable row; the row's identifier is the preference key.
     platform::Value getValue(platform::PSSpecifier& specifier);
     void setValue(const platform::Value& value, platform::PSSpecifier& specifier);
 
@@ -32,7 +33,7 @@ class LUMORA_KIT_EXPORT SettingsPage : public platform::PSListController {
 
     explicit SettingsPage(SettingsSession& session) : session_(session) {}
 
-    /// The page's rows in display order, made anew at each call.
+    /// Makes the page's rows, in display order.
     virtual Rows rows(PreferenceHelper& make) = 0;
 
     /// Appends the page's rows to those that the row list holds.
