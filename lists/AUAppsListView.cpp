@@ -12,7 +12,7 @@ AUAppsListView::AUAppsListView() : ApplicationsListView(sessionOf<AUAppsListView
 
 Selection AUAppsListView::setupArrays() {
     Selection lists;
-    lists.disabled = sortedByTitle(saved(kAUAppsDisabled), titles()); // the order in which they were saved is not kept
+    lists.disabled = sortedByTitle(saved(kAUAppsDisabled), titles()); // whatever the order in which they were saved
     lists.enabled = saved(kAppsEnabled);
     const std::unordered_set<std::string_view> gone(lists.disabled.begin(), lists.disabled.end());
     std::erase_if(lists.enabled, [&](const std::string& identifier) { return gone.contains(identifier); });

@@ -4,8 +4,8 @@
 
 namespace lumora {
 
-/// The content of the "Auto-Unlock Apps" page: which of the chosen applications leave the device locked. It saves the
-/// disabled ones and only reads which are chosen; it hides no application. Main thread.
+/// The content of the "Auto-Unlock Apps" page: which of the chosen applications leave the device locked. It saves those
+/// that are disabled, only reads which applications are chosen, and leaves none of them out. Main thread.
 class AUAppsListView final : public ApplicationsListView {
   public:
     AUAppsListView();

@@ -70,7 +70,7 @@ unsigned ApplicationsListView::tableMask() const {
 }
 
 void ApplicationsListView::decorate(UITableViewCell& cell, const std::string& identifier) {
-    iconsToCome_.erase(&cell); // of the row that the cell was before
+    iconsToCome_.erase(&cell); // the icon of the row that the cell showed before
     const auto* list = ALApplicationList::sharedApplicationList();
     PictureOrderRef order;
     const auto come = [this, &cell](UIImageRef icon) {

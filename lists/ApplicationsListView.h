@@ -9,12 +9,12 @@
 
 namespace lumora {
 
-/// What the two selection lists of applications share. Names and icons come from the application-list library, which is
-/// loaded when the view is made and closed when it goes. Without the library the list shows what was saved, without
-/// names. A view waits 100 ms in all for icons; later ones are put into their rows as they come. Main thread.
+/// The base of the two selection lists of applications. Names and icons come from the application-list library, which
+/// the view opens when it is made and closes when it goes. Without the library the list shows what was saved, without
+/// names. A view waits 100 ms in all for icons; later icons appear in their rows as they come. Main thread.
 class ApplicationsListView : public SelectionListView {
   public:
-    /// System services that the list does not offer.
+    /// The identifiers of system services, which no list offers.
     [[nodiscard]] static const std::vector<std::string>& hiddenDisplayIdentifiers();
 
   protected:
@@ -30,7 +30,7 @@ class ApplicationsListView : public SelectionListView {
     platform::LibraryHandle applist_;
     Titles applications_;
     platform::PicturePatience patience_;
-    /// The orders of cells whose icon is still being drawn.
+    /// The orders for icons that are still being drawn, by the cell that awaits them.
     std::map<platform::UITableViewCell*, platform::PictureOrderRef> iconsToCome_;
 };
 

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Calls a plug-in's function. One that throws answers as one that returns nothing: what it throws is its own affair.
+/// Calls a plug-in's function. One that throws counts as one that returns null: what it throws is its own affair.
 template<class Answer>
 Answer ask(Answer (*function)()) {
     try {
@@ -33,7 +33,7 @@ Answer ask(Answer (*function)()) {
 
 std::optional<std::string> askText(const char* (*function)()) {
     const char* text = function ? ask(function) : nullptr;
-    // Bytes that are no UTF-8 are no text, neither in a row nor in a message to the tweak.
+    // Neither a row nor a message to the tweak can hold anything but UTF-8.
     return text && platform::isUtf8(text) ? std::optional<std::string>(text) : std::nullopt;
 }
 
@@ -63,7 +63,7 @@ Result<Plugin> sharedInstance(const LumoraPrincipalClass* principalClass) {
 
 using Bundles = std::vector<std::shared_ptr<NSBundle>>;
 
-/// Those in a folder, in its order.
+/// The plug-in bundles of a folder, in its order.
 Bundles bundlesIn(const fs::path& folder) {
     Bundles bundles;
     std::error_code failed; // a folder that is missing or cannot be read lists nothing
@@ -73,7 +73,7 @@ Bundles bundlesIn(const fs::path& folder) {
     return bundles;
 }
 
-/// For each, whether its code leaves the process that it is loaded into alone.
+/// For each bundle, whether loading it does this process no harm.
 std::vector<bool> mayBeLoaded(const Bundles& bundles, const platform::ProbeLimits& limits) {
     std::vector<platform::LoadCandidate> candidates;
     candidates.reserve(bundles.size());
@@ -122,14 +122,14 @@ PluginExamination::PluginExamination(std::shared_ptr<NSBundle> bundle)
     : bundle_(std::move(bundle)), plugin_(fail("it is no folder")) {
     if (!bundle_) return;
     const Result<void> loaded = bundle_->load(platform::FileCheck::None);
-    // Asked whether or not loading succeeded; without a loaded object there is no such table.
+    // Kept on purpose: asked even if loading failed; the answer is null then.
     const auto* principalClass =
         static_cast<const LumoraPrincipalClass*>(bundle_->principalClassTable(LUMORA_PRINCIPAL_CLASS_SYMBOL));
     plugin_ = loaded ? sharedInstance(principalClass) : fail(loaded.error());
 }
 
 PluginExamination::~PluginExamination() {
-    if (bundle_) bundle_->unload(); // in every case, and no matter what it answers
+    if (bundle_) bundle_->unload(); // even a bundle that did not load, and whatever the answer
 }
 
 std::vector<Plugin> discoverPlugins(bool withSettings, const platform::ProbeLimits& limits) {
@@ -138,7 +138,7 @@ std::vector<Plugin> discoverPlugins(bool withSettings, const platform::ProbeLimi
     std::vector<Plugin> found;
     for (std::size_t i = 0; i < bundles.size(); ++i) {
         // Kept on purpose: here every reason is dropped. A broken plug-in is simply not there, so that one author's
-        // mistake never stands in the way of the others; `lumoractl plugins` tells the reasons to whoever asks.
+        // mistake never stands in the way of the others; `lumoractl plugins` tells the reasons.
         if (!safe[i]) continue;
         const PluginExamination examination(bundles[i]);
         const Result<Plugin>& plugin = examination.plugin();

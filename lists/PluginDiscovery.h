@@ -15,19 +15,19 @@
 
 namespace lumora {
 
-/// A plug-in object: the one shared instance of a plug-in's principal class. A copy is the same object; each question
-/// is put to the plug-in anew. Its code stays for the life of the process.
+/// A plug-in object: the one shared instance of a plug-in's principal class. A copy refers to the same object, and each
+/// call asks the plug-in anew. The plug-in's code stays loaded for the life of the process. Main thread.
 class Plugin {
   public:
     explicit Plugin(const LumoraAppView& object) : object_(&object) {}
 
-    /// The plug-in's three texts; nothing if it answers null, another encoding than UTF-8, or with an exception.
+    /// The plug-in's three texts; nothing if it answers null or a text that is not UTF-8, or throws.
     [[nodiscard]] std::optional<std::string> identifier() const;
     [[nodiscard]] std::optional<std::string> name() const;
     [[nodiscard]] std::optional<std::string> appID() const;
 
-    /// The page that the plug-in's settings link opens, or why it has none. Never null. Keep the class itself: its name
-    /// may be used by two plug-ins.
+    /// The page that the plug-in's settings link opens, never null, or why there is none. Keep the class itself, since
+    /// two plug-ins may use one name.
     [[nodiscard]] platform::Result<platform::Class> settingsController() const;
 
   private:
@@ -40,7 +40,7 @@ class Plugin {
 /// True for a path whose extension is exactly "bundle".
 [[nodiscard]] bool isPluginPath(const std::filesystem::path& path);
 
-/// Loads one plug-in bundle and asks for its object; unloads it at the end.
+/// Loads one plug-in bundle, asks for its object and unloads the bundle at the end.
 ///
 ///     const PluginExamination examination(NSBundle::bundleWithPath(folder / "Clock.bundle"));
 ///     if (!examination.plugin()) complain(examination.plugin().error());
@@ -48,7 +48,7 @@ class Plugin {
 /// Runs the plug-in's code, which may do anything to the process. Main thread.
 class PluginExamination {
   public:
-    /// Null stands for a bundle that is no folder. The file of any other has passed checkSharedObject().
+    /// Null stands for a bundle that is not a folder. The shared object of any other has passed checkSharedObject().
     explicit PluginExamination(std::shared_ptr<platform::NSBundle> bundle);
     PluginExamination(const PluginExamination&) = delete;
     PluginExamination& operator=(const PluginExamination&) = delete;
@@ -63,8 +63,8 @@ class PluginExamination {
 };
 
 /// The plug-ins in the plug-in folder, or only those with a settings page, in the order of their bundles' names. Each
-/// call looks anew. Each plug-in is tried in another process first, once for each state of its files. One that cannot
-/// be used, or would end or damage this process, is left out in silence. Main thread.
+/// call looks anew. A plug-in is tried in another process first, once for each state of its files and within the limits.
+/// One that cannot be used, or would end or damage this process, is left out in silence. Main thread.
 [[nodiscard]] std::vector<Plugin> discoverPlugins(bool withSettings, const platform::ProbeLimits& limits = {});
 
 } // namespace lumora

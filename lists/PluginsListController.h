@@ -7,16 +7,16 @@
 
 namespace lumora {
 
-/// The App Views page: switches App Views on, keeps the passcode that secure ones need, leads to the plug-in order list
-/// and to the settings page of every plug-in that has one.
+/// The App Views page: switches App Views on, takes the passcode that secure ones need, and leads to the order of the
+/// plug-ins and to the settings page of every plug-in that has one.
 class PluginsListController final : public SettingsPage {
   public:
     PluginsListController();
 
-    /// Built on the first request. Kept on purpose: rows that are in the row list by then come before the page's own.
+    /// Builds the row list on the first request. Kept on purpose: rows that it holds by then come before the page's own.
     platform::PSSpecifierList specifiers() override;
 
-    /// Looks into the plug-in folder anew at each call.
+    /// The plug-ins that have a settings page; looks into the plug-in folder anew at each call.
     [[nodiscard]] static std::vector<Plugin> getPluginsWithSettings();
 
   protected:

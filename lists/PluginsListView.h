@@ -11,7 +11,7 @@ class PluginsListView final : public SelectionListView {
   public:
     PluginsListView();
 
-    /// Every installed plug-in that can be used, with a settings page or without.
+    /// Every plug-in that can be used; looks into the plug-in folder anew at each call.
     [[nodiscard]] static std::vector<Plugin> getPlugins();
 
   protected:
@@ -20,7 +20,7 @@ class PluginsListView final : public SelectionListView {
     std::string footer() const override;
 
   private:
-    Titles plugins_; ///< if two plug-ins have one identifier, the later one's name
+    Titles plugins_; ///< of two plug-ins with one identifier, the later one's name
 };
 
 } // namespace lumora

@@ -13,18 +13,18 @@ namespace lumora {
 /// The title that the user reads, by identifier.
 using Titles = std::unordered_map<std::string, std::string>;
 
-/// The two lists of a reorderable selection: what is in section 0 and what is in section 1.
+/// The identifiers in the two sections of a reorderable selection, in display order.
 struct Selection {
     std::vector<std::string> enabled;
     std::vector<std::string> disabled;
 };
 
 /// A reorderable selection list: one table, always in editing mode, with the sections "Enabled" and "Disabled". Rows
-/// are dragged within and between them, and every drop is saved at once. This is what the three list views share; each
+/// are dragged within and between them, and every drop is saved at once. This is the base of the three list views; each
 /// adds where its rows come from, which of the lists it saves, and under which preference key.
 ///
 /// The list shows what was saved as it stands: an identifier that is no longer installed has a row with an empty title
-/// and is saved back unchanged; one that was saved twice has two rows. Main thread; making one blocks until the
+/// and is saved back unchanged, and one that was saved twice has two rows. Main thread; making a view blocks until the
 /// settings are there.
 class SelectionListView : public platform::UIView,
                           public platform::UITableViewDataSource,
@@ -36,7 +36,7 @@ class SelectionListView : public platform::UIView,
     [[nodiscard]] const std::vector<std::string>& disabled() const { return selection_.disabled; }
     [[nodiscard]] platform::UITableView& tableView() { return *tableView_; }
 
-    /// Stores this view's saved list and sends it to the tweak.
+    /// Stores the list that this view saves, and sends it to the tweak.
     void savePreferences();
 
     int numberOfSectionsInTableView(platform::UITableView& tableView) override;
@@ -57,28 +57,28 @@ class SelectionListView : public platform::UIView,
     /// The list is saved under that preference key.
     SelectionListView(SettingsSession& session, const char* savedKey) : session_(session), savedKey_(savedKey) {}
 
-    /// Gets ready what the lists are built from; by default nothing.
+    /// Gets ready what the lists are built from; does nothing by default.
     virtual void prepare() {}
     /// Builds both lists.
     [[nodiscard]] virtual Selection setupArrays() = 0;
-    /// The titles of all that is installed, valid once the lists are built.
+    /// The titles of everything installed; valid once the lists are built.
     [[nodiscard]] virtual const Titles& titles() const = 0;
     /// The text beneath the last section.
     [[nodiscard]] virtual std::string footer() const = 0;
     /// How the table follows the view's size.
     [[nodiscard]] virtual unsigned tableMask() const { return platform::UIViewAutoresizingNone; }
-    /// Adds to a cell that has its title; by default nothing.
+    /// Adds to a cell whose title is set; does nothing by default.
     virtual void decorate(platform::UITableViewCell& /*cell*/, const std::string& /*identifier*/) {}
     /// Which of the two lists is saved.
     [[nodiscard]] virtual const std::vector<std::string>& savedList() const { return enabled(); }
 
-    /// The list of texts that was saved under a key. Kept on purpose: a list that was never saved starts empty.
+    /// The texts that were saved under a key. Kept on purpose: a list that was never saved starts empty.
     [[nodiscard]] std::vector<std::string> saved(const char* key) const;
 
   private:
     void setupTableViewWithFrame(const platform::CGRect& frame);
     [[nodiscard]] std::string identifierAt(platform::NSIndexPath path) const;
-    /// Every section but the first counts as the second.
+    /// The list of a section; every section but the first counts as the second.
     [[nodiscard]] std::vector<std::string>& listIn(int section);
 
     SettingsSession& session_;

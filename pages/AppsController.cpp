@@ -23,13 +23,13 @@ SettingsPage::Rows AppsController::rows(PreferenceHelper& make) {
         make.toggle("Labels", kAppLabelsEnabled),
         make.toggle("Round Icons", kAppRoundedEnabled),
 
-        make.header(""),
-        make.static_("Opacity (1.0)"), // the numbers in such labels are only text: they tell the tweak's own default
+        make.spacer(),
+        make.static_("Opacity (1.0)"), // the numbers in such labels are plain text: the tweak's own defaults
         make.slider(kAppIconOpacity, 0.0F, 1.0F),
         make.static_("Size (70)"),
         make.slider(kAppIconSize, 50.0F, 90.0F),
 
-        make.header(""),
+        make.spacer(),
         make.toggle("Blur Icon View Background", kIconViewBlurEnabled),
         make.toggle("Open Apps With Long Hold", kSwitchTapAndLongHold),
         make.toggle("Long Hold For Plugin Apps Only", kLongHoldForPluginApps),

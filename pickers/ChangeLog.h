@@ -4,8 +4,8 @@
 
 namespace lumora {
 
-/// Shows the bundle's change log, a text to read and scroll. A file that is missing or not in UTF-8 shows as an empty
-/// text. Main thread.
+/// Shows the bundle's change log, a text to read and scroll. The text is empty if the file is missing or not UTF-8. Main
+/// thread.
 class ChangeLog final : public platform::UIView {
   public:
     bool initWithFrame(const platform::CGRect& frame) override;

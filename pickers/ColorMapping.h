@@ -2,8 +2,8 @@
 
 #include "platform/ui/CGGeometry.h"
 
-/// Turns points of the colour control into components of a colour, and back. Points and rectangles are in one
-/// coordinate space, and no rectangle is empty; components are in [0, 1] for points in the rectangle. Any thread.
+/// Turns points of the colour control into components of a colour, and back. A point and its rectangle, which is never
+/// empty, are in one coordinate space; the components of a point in the rectangle are in [0, 1]. Any thread.
 namespace lumora {
 
 /// What a point of the field stands for. Hue grows from left to right, saturation from bottom to top.
@@ -21,7 +21,7 @@ constexpr platform::CGPoint pointOf(HueSaturation color, const platform::CGRect&
     return {field.origin.x + color.hue * field.size.width, field.origin.y + (1 - color.saturation) * field.size.height};
 }
 
-/// Brightness grows from the right end of the bar to the left one; the height of the point is ignored.
+/// Brightness grows from the right end of the bar to the left end; the height of the point does not matter.
 constexpr double brightnessAt(platform::CGPoint point, const platform::CGRect& bar) {
     return 1 - (point.x - bar.origin.x) / bar.size.width;
 }

@@ -65,7 +65,7 @@ CGRect ColorPicker::barFrame() const {
 
 const std::shared_ptr<UIImageView>& ColorPicker::hueSatImage() {
     if (!hueSatImage_) {
-        // A map that is missing leaves the field empty, and everything in it works all the same.
+        // Without the map the field is empty, and works all the same.
         const auto file = NSBundle::bundleForClass(typeid(ColorPicker))->pathForResource("colormap", "png");
         hueSatImage_ = make<UIImageView>(UIImage::imageWithContentsOfFile(file));
         hueSatImage_->setFrame(fieldFrame());
@@ -139,7 +139,7 @@ void ColorPicker::_setColor(const UIColorRef& color) {
     color_ = color->colorSpaceModel() == CGColorSpaceModel::monochrome
                  ? UIColor::colorWithHue(0, 0, color->components().front(), 1.0)
                  : color;
-    // The block may replace itself, so that what runs is a copy; it may set another colour, too.
+    // Copies, since the block may replace itself and set another colour.
     const auto didChangeColor = didChangeColorBlock_;
     const auto stored = color_;
     if (didChangeColor) didChangeColor(stored);
@@ -169,7 +169,7 @@ void ColorPicker::willMoveToSuperview(UIView* newSuperview) {
     if (!color_) color_ = _defaultTintColor();
     crossHairs()->setHidden(false);
     brightnessIndicator()->setHidden(false);
-    setColor(color_); // equal to itself, so that nothing is reported
+    setColor(color_); // it is the stored colour, so nothing is reported
     _updateBrightnessPosition();
     _updateGradientColor();
     _updateCrosshairPosition();

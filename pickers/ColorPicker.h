@@ -24,17 +24,17 @@ class ColorPicker final : public platform::UIView {
     using DidChangeColorBlock = std::function<void(const platform::UIColorRef& color)>;
 
     using UIView::initWithFrame;
-    /// Stores the colour without a report; null is allowed. The subviews are made later.
+    /// Stores the colour, which may be null, and reports nothing. The subviews are made later.
     bool initWithFrame(const platform::CGRect& frame, platform::UIColorRef color,
                        DidChangeColorBlock andDidChangeColorBlock);
 
     /// Null only until the control is placed in a view.
     [[nodiscard]] const platform::UIColorRef& color() const { return color_; }
     /// Moves the marks to a colour and reports it if it differs from the stored one; null does nothing. A grey is
-    /// stored as an RGB colour without alpha.
+    /// stored as an opaque RGB colour.
     ///
-    /// Kept on purpose: while the change is reported, hue and saturation are the new colour's, and brightness is still
-    /// the former one's.
+    /// Kept on purpose: while the change is reported, hue and saturation are those of the new colour, and brightness is
+    /// still that of the former one.
     void setColor(const platform::UIColorRef& color);
 
     [[nodiscard]] double currentHue() const { return currentHue_; } ///< a fraction of the circle, 0 is red
@@ -44,15 +44,15 @@ class ColorPicker final : public platform::UIView {
     [[nodiscard]] platform::Dictionary getHSB() const;
 
     [[nodiscard]] const DidChangeColorBlock& didChangeColorBlock() const { return didChangeColorBlock_; }
-    /// Null for none.
+    /// Null if changes are not reported.
     void setDidChangeColorBlock(DidChangeColorBlock block) { didChangeColorBlock_ = std::move(block); }
 
     /// Recolours the borders of field and bar, and the bar's mark. Kept on purpose: the view's own tint stays.
     void setTintColor(platform::UIColorRef color) override;
-    /// Black, the first colour of the borders.
+    /// Black: the colour of the borders until setTintColor() is called.
     [[nodiscard]] static platform::UIColorRef _defaultTintColor();
 
-    // Each view is made and placed at the first call.
+    // The first call makes and places the view.
     const std::shared_ptr<platform::UIImageView>& hueSatImage();
     const std::shared_ptr<BrightnessView>& gradientView();
     const std::shared_ptr<platform::UIView>& crossHairs();

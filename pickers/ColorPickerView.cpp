@@ -39,8 +39,8 @@ SettingsSession& session() {
 /// Kept on purpose: components are read in single precision, though they are saved in double.
 UIColorRef storedColor() {
     const Value stored = session().value(kLSBlurColor);
-    // One that is missing or no number counts as 0, and one beyond its bounds as the nearer of them: most doubles are
-    // beyond all that single precision has.
+    // A component that is missing or not a number counts as 0, and one out of bounds as the nearer bound: most doubles
+    // are out of the range of single precision.
     const auto component = [&](const char* key) {
         return static_cast<float>(std::clamp(stored[key].doubleValue(), 0.0, 1.0));
     };

@@ -15,8 +15,8 @@ namespace lumora {
 ///     auto view = make<ColorPickerView>(frame);
 ///     view->setIdentifier(kLSBlurColor);
 ///
-/// The control's change block holds the view, so the view's owner cuts that block before it lets go. Main thread;
-/// making one blocks until the settings are there.
+/// The control's change block holds the view, so the owner of the view removes that block before it lets the view go.
+/// Main thread; making a view blocks until the settings are there.
 class ColorPickerView final : public platform::UIView, public std::enable_shared_from_this<ColorPickerView> {
   public:
     bool initWithFrame(const platform::CGRect& frame) override;
@@ -29,7 +29,7 @@ class ColorPickerView final : public platform::UIView, public std::enable_shared
     [[nodiscard]] const std::string& identifier() const { return identifier_; }
     void setIdentifier(std::string identifier) { identifier_ = std::move(identifier); }
 
-    /// The colours of the strip, made anew.
+    /// The colours of the strip, made anew at each call.
     [[nodiscard]] static std::vector<platform::UIColorRef> themes();
     /// A strip with a button for each theme, side by side; the buttons refer to this view.
     [[nodiscard]] std::shared_ptr<platform::UIView> themesView(const platform::CGRect& frame);

@@ -43,7 +43,7 @@ void FontView::setupArrays() {
     fonts_ = allFonts();
     selectedIndex_ = {0, 0};
     const Value stored = session_.value(kLSDateFontName);
-    // A font could be named as the first row is; only what the row stands for is ever stored under that name.
+    // Even if a font has the name of the first row, the stored name means that row.
     if (!stored.text() || *stored.text() == kDefault) return;
     const auto found = std::ranges::find(fonts_, *stored.text());
     if (found != fonts_.end()) selectedIndex_.row = static_cast<int>(found - fonts_.begin());
@@ -87,8 +87,8 @@ std::shared_ptr<UITableViewCell> FontView::cellForRowAtIndexPath(UITableView& ta
     const std::string& name = fonts_.at(static_cast<std::size_t>(path.row));
     UILabel& label = cell->textLabel();
     label.setText(name);
-    // Kept on purpose: the row "Default" leaves its label alone, so that a cell that serves again shows it in the font
-    // of a row before.
+    // Kept on purpose: the row "Default" leaves the label's font alone, so a reused cell shows it in the font of an
+    // earlier row.
     if (name != kDefault) label.setFont(UIFont::fontWithName(name, label.font()->pointSize()));
     cell->setAccessoryType(path == selectedIndex_ ? UITableViewCellAccessoryCheckmark : UITableViewCellAccessoryNone);
     return cell;
@@ -98,7 +98,7 @@ void FontView::didSelectRowAtIndexPath(UITableView& tableView, NSIndexPath path)
     const auto marked = tableView.cellForRowAtIndexPath(selectedIndex_);
     const auto tapped = tableView.cellForRowAtIndexPath(path);
     tableView.deselectRowAtIndexPath(path, true);
-    // In this order, which leaves the mark on a row that has it already.
+    // In this order, a tap on the marked row leaves its mark there.
     if (marked) marked->setAccessoryType(UITableViewCellAccessoryNone);
     if (tapped) tapped->setAccessoryType(UITableViewCellAccessoryCheckmark);
     selectedIndex_ = path;

@@ -10,12 +10,12 @@
 namespace lumora {
 
 /// Lists "Default", then every installed font by its name and in that font. The chosen row bears a checkmark; a tap on
-/// another one is stored at once.
+/// another row is stored at once.
 ///
 ///     const auto view = make<FontView>(frame); // reads the installed fonts, and scrolls to the chosen one
 ///
 /// If the stored font is missing, "Default" is marked, and the name stays stored until a row is tapped. Main thread;
-/// making one blocks until the settings are there.
+/// making a view blocks until the settings are there.
 class FontView final : public platform::UIView,
                        public platform::UITableViewDataSource,
                        public platform::UITableViewDelegate {
@@ -24,7 +24,7 @@ class FontView final : public platform::UIView,
     bool initWithFrame(const platform::CGRect& frame) override;
 
     /// "Default", then the names of all fonts in the order of the user's language, ignoring case. A name that several
-    /// fonts share is repeated.
+    /// fonts share appears once for each.
     [[nodiscard]] static std::vector<std::string> allFonts();
 
     [[nodiscard]] const std::vector<std::string>& fonts() const { return fonts_; }

@@ -20,18 +20,19 @@ struct Setting {
 /// thread.
 [[nodiscard]] const std::vector<Setting>& knownSettings();
 
-/// Null for a key of a plug-in.
+/// The setting of that key; null for a key of a plug-in. Any thread.
 [[nodiscard]] const Setting* findSetting(std::string_view key);
+/// True for the key of a passcode.
 [[nodiscard]] bool isSecure(std::string_view key);
 
-/// Whether the setting can have the value, or why not, as "takes a number, not a text".
+/// Succeeds if the setting can have the value, and else says why not: "takes a finite number, not a text".
 ///
-/// A value must be of the kind of the setting's default. Integers and reals count as one kind, finite ones only; which
-/// numbers make sense is the business of the control that sends them. A list holds texts, a colour is {"h", "s", "b"}
-/// with three numbers in [0, 1].
+/// A value must be of the kind of the setting's default. Integers and reals count as one kind and must be finite; the
+/// control that sends a number decides which numbers make sense. A list holds texts, a colour is {"h", "s", "b"} with
+/// three numbers in [0, 1]. Any thread.
 [[nodiscard]] platform::Result<void> canHave(const Setting& setting, const platform::Value& value);
 
-/// The kind of a value in words: "a text", "a list".
+/// A kind of value in words: "a text", "a list".
 [[nodiscard]] std::string_view kindName(platform::Value::Kind kind);
 
 } // namespace lumora

@@ -8,7 +8,7 @@ std::string inQuotes(std::string_view text) {
     constexpr std::size_t longest = 80;
     std::string shown(text.substr(0, longest));
     if (text.size() > longest) {
-        // Not in the middle of a character.
+        // Back to the beginning of a character.
         while (!shown.empty() && (static_cast<unsigned char>(text[shown.size()]) & 0xC0U) == 0x80U)
             shown.pop_back();
         shown += "…";

@@ -6,10 +6,10 @@
 
 namespace lumora {
 
-/// Takes one line, without its end. Called from any thread.
+/// Takes one line of the log, without a line break. Any thread may call it.
 using Log = std::function<void(const std::string& line)>;
 
-/// Makes a text from another process fit for the log: in quotes, on one line, of bounded length.
+/// A text from another process as the log shows it: in quotes, on one line, and cut after 80 bytes. Any thread.
 [[nodiscard]] std::string inQuotes(std::string_view text);
 
 } // namespace lumora

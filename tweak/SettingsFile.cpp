@@ -16,7 +16,7 @@ using platform::Result;
 namespace lumora {
 namespace {
 
-/// As much as one message could carry; anything larger is not ours.
+/// As much as one message can carry: a larger file is not ours.
 constexpr off_t kLargestFile = off_t{64} << 20;
 
 constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
@@ -29,7 +29,7 @@ std::string systemError() {
 
 Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::path& path, Log log) {
     using Opened = Result<std::unique_ptr<SettingsFile>>;
-    // Where the name is a link, it is the file behind it that must be replaced.
+    // If the path is a link, the file behind it is the one to replace.
     std::error_code failed;
     std::filesystem::path file = std::filesystem::absolute(path, failed);
     if (!failed) file = std::filesystem::weakly_canonical(file, failed);
@@ -102,7 +102,7 @@ Result<std::filesystem::path> SettingsFile::setAside() const {
 
 Result<void> SettingsFile::replace(const Data& bytes) {
     const std::string fresh = name_ + ".new";
-    // A process that was killed may have left one behind.
+    // A process that was killed may have left such a file behind.
     unlinkat(folder_.number(), fresh.c_str(), 0);
     Result<void> written = write(bytes, fresh);
     if (written && renameat(folder_.number(), fresh.c_str(), folder_.number(), name_.c_str()) != 0)

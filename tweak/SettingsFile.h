@@ -16,7 +16,7 @@
 
 namespace lumora {
 
-/// The file that holds the settings, and the only writer of it in the system.
+/// The file that holds the settings, and the only writer of that file in the system.
 ///
 ///     auto file = SettingsFile::open(path, log);       // fails while another process has it open
 ///     file.value()->replace(bytes);                    // whole in its place, or untouched
@@ -25,27 +25,28 @@ namespace lumora {
 /// thread syncs it to the device. Any thread, one call at a time.
 class SettingsFile {
   public:
-    /// Changes that follow one another this closely are synced together.
+    /// Replacements that follow one another this closely are synced together.
     static constexpr std::chrono::milliseconds kSyncDelay{300};
 
-    /// Makes a missing folder, and holds a lock beside the file for the life of the object.
+    /// Makes the folder if it is missing, and holds a lock beside the file for the life of the object. Fails if another
+    /// process holds the lock, if there is something other than a regular file, or if the folder cannot be written.
     [[nodiscard]] static platform::Result<std::unique_ptr<SettingsFile>> open(const std::filesystem::path& path,
                                                                               Log log);
     SettingsFile(const SettingsFile&) = delete;
     SettingsFile& operator=(const SettingsFile&) = delete;
-    /// Syncs the last changes.
+    /// Syncs the last replacement.
     ~SettingsFile();
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-    /// A success without data when there is no file yet.
+    /// The bytes of the file; a success without data if there is no file yet.
     [[nodiscard]] platform::Result<std::optional<platform::Data>> read() const;
 
-    /// Renames the file to an unused name, and returns that name.
+    /// Renames the file to an unused name and returns the new path.
     [[nodiscard]] platform::Result<std::filesystem::path> setAside() const;
 
-    /// Writes a new file and renames it over the old one, which stands when that fails. Only the owner may read the
-    /// file: there are passcodes in it.
+    /// Writes a new file and renames it over the old one, which stays if that fails. Only the owner may read the file,
+    /// since it holds passcodes.
     [[nodiscard]] platform::Result<void> replace(const platform::Data& bytes);
 
   private:

@@ -29,10 +29,10 @@ Dictionary withDefaults(const Dictionary& changed) {
     return settings;
 }
 
-/// Room for some hundreds of switches where the settings were too large before there was a limit.
+/// Room for some hundreds of switches in a file that was too large before there was a limit.
 constexpr std::size_t kSpare = 64U << 10U;
 
-/// The entries that their settings can have; a line in the log for each of the others.
+/// The entries whose values their settings can have, with a line in the log for each of the others.
 Dictionary fitting(const Dictionary& stored, const std::filesystem::path& path, const Log& log) {
     Dictionary fits;
     for (const auto& [key, value] : stored) {
@@ -59,7 +59,7 @@ Result<Dictionary> settingsIn(const std::optional<Data>& bytes) {
     return *settings;
 }
 
-/// Whether a page that asks for the settings could be given them. It reads whatever can be written.
+/// Whether the settings fit into the answer to a page. A page can read everything that can be written.
 bool fitsAnAnswer(const Dictionary& changed) {
     const std::optional<Data> answer = NSKeyedArchiver::archivedDataWithRootObject(withDefaults(changed));
     return answer && static_cast<std::int64_t>(answer->size()) <= platform::kMaximumMessageBody;
@@ -74,7 +74,7 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
     std::unique_ptr<SettingsFile> file = std::move(opened).value();
 
     const Result<std::optional<Data>> bytes = file->read();
-    // Nothing is known of what is in it: it may be sound, and only this process short of descriptors.
+    // The file may be sound, and only this process short of descriptors.
     if (!bytes) return Opened::failure("cannot read " + file->path().string() + ": " + bytes.error());
 
     Dictionary changed;

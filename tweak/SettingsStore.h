@@ -11,9 +11,8 @@
 
 namespace lumora {
 
-/// How large the settings may become, in bytes as they are written. Each change writes all of them, and its sender
-/// waits for a second at most. A file that is already larger keeps its size and a little more, so that its switches can
-/// still be changed.
+/// The most that the settings may take in their file, in bytes. Each change writes all of them, and its sender waits for
+/// a second at most. A file that is larger already may grow by a little more, so that its switches can still be changed.
 inline constexpr std::size_t kLargestSettings = 4U << 20U;
 
 /// Owns every setting of the tweak and keeps what was changed on disk, as a binary property list.
@@ -22,12 +21,12 @@ inline constexpr std::size_t kLargestSettings = 4U << 20U;
 ///     if (auto changed = store.value()->change("kSleepTime", 30); !changed) log(changed.error());
 ///
 /// The file holds changed settings only: defaults are in the program, where a later version may improve them. Any
-/// thread.
+/// thread may call the store.
 class SettingsStore {
   public:
-    /// A file that holds no settings is set aside under another name, with a line in the log, and the defaults apply.
-    /// Fails if the file cannot be set aside or read, because going on would overwrite it. An entry with a value that
-    /// its setting cannot have is logged and left out.
+    /// Sets a file that holds no settings aside under another name, with a line in the log, and begins with the defaults.
+    /// Fails if the file cannot be read or set aside, because going on would overwrite it. Leaves out an entry with a
+    /// value that its setting cannot have, with a line in the log.
     [[nodiscard]] static platform::Result<std::unique_ptr<SettingsStore>> open(const std::filesystem::path& path,
                                                                                const Log& log);
 
@@ -36,8 +35,8 @@ class SettingsStore {
     /// Every known setting with its value, then the keys that only plug-ins know.
     [[nodiscard]] platform::Dictionary settings() const;
 
-    /// Gives a setting a value, on disk before in memory. A change that is refused changes nothing. One that makes the
-    /// settings larger than kLargestSettings is refused.
+    /// Gives a setting a value, on disk before in memory. A change that is refused changes nothing: a value that is nil or
+    /// that the setting cannot have, and one that makes the settings larger than kLargestSettings.
     [[nodiscard]] platform::Result<void> change(const std::string& key, const platform::Value& value);
 
   private:

@@ -9,7 +9,7 @@
 
 namespace lumora {
 
-/// Answers the two messages of the settings bundle from a store. Any thread.
+/// Answers the two messages of the settings bundle from a store, which outlives it. Any thread.
 class Tweak {
   public:
     struct Options {
@@ -19,12 +19,12 @@ class Tweak {
 
     Tweak(SettingsStore& store, Options options, Log log);
 
-    /// "requestTweakSettings": the keyed archive of the settings dictionary. The body of the request is ignored.
+    /// Answers "requestTweakSettings" with the keyed archive of the settings dictionary. A request needs no body.
     [[nodiscard]] std::optional<platform::Data> requestTweakSettings() const;
 
-    /// "updateSettings": the body is a keyed archive of {"object": {"key": text, "object": value}}. The answer to a
-    /// change that is made has no body. A refusal is a line in the log and the keyed archive of {"error": that line}.
-    /// The bundle ignores both answers.
+    /// Answers "updateSettings", whose body is a keyed archive of {"object": {"key": text, "object": value}}. The answer
+    /// to a change that was made has no body. A refusal is a line in the log, and its answer is the keyed archive of
+    /// {"error": the reason}. The bundle ignores both answers.
     [[nodiscard]] std::optional<platform::Data> updateSettings(const std::optional<platform::Data>& body);
 
   private:

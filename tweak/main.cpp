@@ -49,7 +49,7 @@ struct Arguments {
 };
 
 void logLine(const std::string& line) {
-    // One call for each line, so that lines of two threads stay whole.
+    // One call for each line keeps the lines of two threads whole.
     std::fputs(("lumora-tweak: " + platform::printable(line) + "\n").c_str(), stderr);
 }
 
@@ -83,8 +83,8 @@ void waitUntilAskedToLeave() {
     }
 }
 
-/// Tells the service manager that started this program, if one did and wants to know: one datagram to the socket that
-/// it named, where "@" begins a name that is no file's. One that is not there is told nothing.
+/// Tells a service manager that this program is ready, by one datagram to the socket that it named; a name that begins
+/// with "@" is not that of a file. Without a service manager this does nothing.
 void notifyServiceManager() {
     const char* name = std::getenv("NOTIFY_SOCKET");
     sockaddr_un address{};
@@ -104,14 +104,14 @@ void notifyServiceManager() {
 
 using Answer = std::function<std::optional<Data>(const std::optional<Data>& body)>;
 
-/// A message of another id asks for a sign of life only.
+/// A message of another id asks only for a sign of life.
 Result<CFMessagePortRef> openPort(const char* message, Answer answer) {
     return platform::openLocalPort(portName(message), [answer = std::move(answer)](auto&, auto id, const auto& body) {
         return id == kMessageId ? answer(body) : std::nullopt;
     });
 }
 
-/// What a run loop that serves one port opens for itself. One that lacks any is silent.
+/// The descriptors that a run loop opens for itself to serve one port. If it cannot open one, it is silent.
 constexpr std::size_t kDescriptorsOfALoop = 3;
 
 bool hasDescriptorsLeft(std::size_t count) {
@@ -136,7 +136,7 @@ class PortThread {
         loop_ = prepared.get_future().get();
     }
     void stop() const { platform::CFRunLoopStop(loop_); }
-    /// False when a message is stuck.
+    /// Waits for the end of the thread; false if a message is stuck.
     [[nodiscard]] bool ends(std::chrono::seconds atMost) const {
         return serving_.wait_for(atMost) == std::future_status::ready;
     }
@@ -169,18 +169,18 @@ int serve(Tweak& tweak, const std::filesystem::path& settings) {
     return kDone;
 }
 
-/// Empty for a user who has no place of his own.
+/// The path of the settings; empty for a user without a home folder.
 std::filesystem::path settingsFile(const Arguments& arguments) {
     if (!arguments.settings.empty()) return arguments.settings;
     if (!platform::chosenDeviceRoot().empty()) return platform::devicePath(kSettingsPath);
-    // An installed device root is everybody's.
+    // All users share an installed device root.
     const std::filesystem::path own = platform::userFolder("XDG_CONFIG_HOME", ".config");
     return own.empty() ? own : own / "lumora" / std::filesystem::path(kSettingsPath).filename();
 }
 
 int run(const Arguments& arguments) {
     prepareSignals();
-    // Whatever is made here, folders on the way to the settings too, is for the user alone.
+    // Every file and folder that is made here is for the user alone.
     umask(S_IRWXG | S_IRWXO);
     if (!arguments.root.empty()) platform::setDeviceRoot(arguments.root);
     const std::filesystem::path settings = settingsFile(arguments);
