@@ -6,7 +6,7 @@
 
 #include <dlfcn.h>
 
-/// What the users of the library hold without knowing what it is.
+/// What the users of the library hold without knowing what is in it.
 struct ALSharedList {
     applist::ApplicationList applications;
 };

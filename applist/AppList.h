@@ -4,7 +4,7 @@
  *     /Library/MobileSubstrate/DynamicLibraries/AppList.dylib
  *
  * The library exports one table, the class, under the name ALApplicationList. Its users load the library, look the
- * table up by that name, and use no later version than they know. A null entry means "does not answer".
+ * table up by that name, and use no version later than those they know. A null entry means "does not answer".
  *
  * Users may call from any thread, one at a time. Texts are UTF-8.
  */
@@ -27,10 +27,10 @@ typedef struct ALSharedList ALSharedList;
 /* Called once for each application. Both texts are valid during the call only. */
 typedef void (*ALApplicationVisitor)(const char* displayIdentifier, const char* displayName, void* context);
 
-/* Called once, with an encoded PNG file, valid during the call only. */
+/* Called once, with an encoded PNG file, which is valid during the call only. */
 typedef void (*ALIconVisitor)(const uint8_t* bytes, size_t length, void* context);
 
-/* Called once, with the path of a file, valid during the call only. */
+/* Called once, with the path of a file, which is valid during the call only. */
 typedef void (*ALFileVisitor)(const char* path, void* context);
 
 typedef struct ALApplicationListClass {
@@ -40,8 +40,8 @@ typedef struct ALApplicationListClass {
     /* Visits every installed application, in no particular order. An identifier is visited once. */
     void (*applications)(ALSharedList* list, ALApplicationVisitor visit, void* context);
     /* Hands over the application's icon: `size` points wide and high, drawn for a screen of `scale` pixels a point, so
-     * a picture of size × scale pixels each way. Does not call back for an unknown application, one without an icon, or
-     * a senseless size or scale. */
+     * a picture of size × scale pixels each way. Does not call back if the application is unknown or has no icon, or if
+     * the size or scale makes no sense. */
     void (*iconOfSize)(ALSharedList* list, double size, double scale, const char* displayIdentifier,
                        ALIconVisitor visit, void* context);
     /* From here on since version 2. A table of version 1 ends above and still serves. */

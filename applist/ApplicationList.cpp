@@ -48,7 +48,7 @@ fs::path ApplicationList::iconFile(double size, double scale, const std::string&
         known = {true, fileOf(entry->icon.get(), wanted.size, wanted.scale), {}};
         known.stamp = stampOf(known.file);
     }
-    return known.stamp && known.stamp->regular ? known.file : fs::path(); // a pipe in its place would never end
+    return known.stamp && known.stamp->regular ? known.file : fs::path(); // reading a pipe would never end
 }
 
 fs::path ApplicationList::fileOf(GIcon* icon, int size, int scale) const {

@@ -21,14 +21,14 @@ class ApplicationList {
   public:
     ApplicationList(DataFolders folders, std::string iconTheme);
 
-    /// Identifiers and names; looks for what has been installed or removed meanwhile.
+    /// The identifier and name of each application. Looks for what was installed or removed since the last call.
     [[nodiscard]] std::vector<std::pair<std::string, std::string>> applications();
 
-    /// The file that fits best for an icon of size × scale pixels, of an application as of the last applications();
-    /// empty when it has none.
+    /// The file that fits best for the application's icon at `size` points of `scale` pixels, as of the last call of
+    /// applications(); empty if there is none, or if the size or scale makes no sense.
     [[nodiscard]] std::filesystem::path iconFile(double size, double scale, const std::string& identifier);
 
-    /// How often a desktop entry was read and an icon looked for since the beginning.
+    /// How many times a desktop entry was read, and an icon looked for, since this was made.
     [[nodiscard]] int filesRead() const { return entries_.filesRead(); }
     [[nodiscard]] int iconsLookedFor() const { return iconsLookedFor_; }
 
@@ -52,7 +52,7 @@ class ApplicationList {
 
     DesktopEntries entries_;
     IconTheme theme_;
-    std::map<Wanted, IconFile> icons_; ///< those that were asked for
+    std::map<Wanted, IconFile> icons_; ///< the icons that were asked for
     bool fresh_ = false;
     int iconsLookedFor_ = 0;
 };

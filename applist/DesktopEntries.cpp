@@ -13,8 +13,8 @@ namespace fs = std::filesystem;
 constexpr std::int64_t kLargestFile = 1 << 20;
 constexpr std::string_view kEnding = ".desktop";
 constexpr std::size_t kDeepest = 64;       ///< folders in folders
-constexpr int kMostWays = 8;               ///< that lead to one folder, by links
-constexpr std::size_t kMostFolders = 8192; ///< in one of the folders, whatever a link leads to
+constexpr int kMostWays = 8;               ///< to one folder, by links
+constexpr std::size_t kMostFolders = 8192; ///< in one of the folders, with all that links lead to
 constexpr std::size_t kMostEntries = 1 << 17;
 
 std::optional<FolderNumber> numberOf(const fs::path& folder) {
@@ -22,7 +22,7 @@ std::optional<FolderNumber> numberOf(const fs::path& folder) {
     return stamp ? std::optional(FolderNumber(stamp->device, stamp->inode)) : std::nullopt;
 }
 
-/// The folders on the path of a folder, without itself.
+/// The folders on the path of a folder, without the folder itself.
 std::vector<FolderNumber> foldersAround(const fs::path& folder) {
     std::vector<FolderNumber> around;
     for (fs::path inner = folder; inner.has_relative_path(); inner = inner.parent_path())
@@ -55,8 +55,8 @@ void DesktopEntries::look(const Place& place, Walk& walk, Entries& entries) {
     if (++walk.ways[*number] > kMostWays) return;
     ++walk.folders;
 
-    // Entries come before folders, and folders before links to folders, each in the order of their names: so no order
-    // of a disk decides which of two with one identifier counts.
+    // Entries come before folders, and folders before links to folders, each in the order of their names: which of two
+    // entries with one identifier counts is then the same on every disk.
     std::set<std::string> files;
     std::set<std::string> folders;
     std::set<std::string> links;
@@ -89,7 +89,7 @@ void DesktopEntries::take(const fs::path& file, std::string identifier, Entries&
 
 DesktopEntry DesktopEntries::entryOf(const std::string& identifier, const fs::path& file, const FileStamp& stamp) {
     const auto known = entries_.find(identifier);
-    // One that could not be read is tried again: its program may have been installed after it.
+    // An entry that could not be used is read again: its program may have been installed after it.
     if (known != entries_.end() && known->second.readable && known->second.file == file &&
         known->second.stamp == stamp && known->second.hasPrograms())
         return std::move(known->second);

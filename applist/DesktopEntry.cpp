@@ -19,7 +19,7 @@ class Facts {
     }
 
     [[nodiscard]] bool ofApplication() const { return isEntry_ && text("Type") == "Application"; }
-    /// Empty when the key is not there or holds no text.
+    /// Empty if the key is missing or holds no text.
     [[nodiscard]] std::string text(const char* key) const {
         return owned(g_key_file_get_string(file_.get(), G_KEY_FILE_DESKTOP_GROUP, key, nullptr));
     }
@@ -29,7 +29,7 @@ class Facts {
     [[nodiscard]] bool flag(const char* key) const {
         return g_key_file_get_boolean(file_.get(), G_KEY_FILE_DESKTOP_GROUP, key, nullptr) != FALSE;
     }
-    /// Null when the key is not there.
+    /// Null if the key is missing.
     [[nodiscard]] GLibPointer<char*> list(const char* key) const {
         return GLibPointer<char*>(
             g_key_file_get_string_list(file_.get(), G_KEY_FILE_DESKTOP_GROUP, key, nullptr, nullptr));
@@ -45,8 +45,8 @@ class Facts {
     bool isEntry_ = false;
 };
 
-/// Notes where a program of the entry is; false when it is not there. A path of several parts begins at the folder in
-/// which the entry has it run.
+/// Notes where a program of the entry is; false if it is not installed. A path of several parts begins at the folder in
+/// which the entry runs it.
 bool addProgram(DesktopEntry& entry, const std::string& name, const std::string& folder) {
     const bool isPath = name.find('/') != std::string::npos;
     const fs::path asked = isPath ? fs::path(folder) / name : fs::path(name);
@@ -55,7 +55,7 @@ bool addProgram(DesktopEntry& entry, const std::string& name, const std::string&
     return found != nullptr;
 }
 
-/// The same for what the entry runs; true as well when that is nothing.
+/// The same for all that the entry runs; true if it runs nothing.
 bool addPrograms(DesktopEntry& entry, const Facts& facts) {
     const std::string folder = facts.text("Path");
     const std::string tried = facts.text("TryExec");
@@ -72,7 +72,7 @@ bool contains(const GLibPointer<char*>& list, const char* text) {
     return list && g_strv_contains(list.get(), text);
 }
 
-/// Whether the user's desktop is one of those that show the application.
+/// Whether the application is to be shown on the user's desktop.
 bool isForThisDesktop(const Facts& facts) {
     const GLibPointer<char*> only = facts.list("OnlyShowIn");
     const GLibPointer<char*> never = facts.list("NotShowIn");

@@ -18,7 +18,7 @@ struct FileStamp {
     friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
-/// Nothing when there is no such file.
+/// The stamp of a file or folder; nothing if there is none. Any thread.
 inline std::optional<FileStamp> stampOf(const std::filesystem::path& path) {
     struct stat state {};
     if (stat(path.c_str(), &state) != 0) return std::nullopt;
@@ -26,7 +26,8 @@ inline std::optional<FileStamp> stampOf(const std::filesystem::path& path) {
                      state.st_mtim.tv_sec, state.st_mtim.tv_nsec, S_ISREG(state.st_mode)};
 }
 
-/// The stamp of a regular file of sensible size; a pipe in its place would never end, and other sizes are no mistake.
+/// The stamp of a regular file of at most that many bytes; nothing for any other, since reading a pipe would never end
+/// and no honest file is larger. Any thread.
 inline std::optional<FileStamp> stampOfFile(const std::filesystem::path& path, std::int64_t largest) {
     const std::optional<FileStamp> stamp = stampOf(path);
     return stamp && stamp->regular && stamp->size <= largest ? stamp : std::nullopt;

@@ -5,7 +5,7 @@
 
 namespace applist {
 
-/// Gives back what GLib handed over.
+/// Frees what GLib handed over.
 struct GLibDeleter {
     void operator()(void* memory) const { g_free(memory); }
     void operator()(char** texts) const { g_strfreev(texts); }
@@ -18,7 +18,7 @@ struct GObjectDeleter {
     void operator()(gpointer object) const { g_object_unref(object); }
 };
 
-/// Owns what is freed, or released otherwise than by g_object_unref().
+/// Owns what GLib handed over and is not an object.
 template<class T>
 using GLibPointer = std::unique_ptr<T, GLibDeleter>;
 

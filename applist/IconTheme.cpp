@@ -17,7 +17,7 @@ constexpr std::size_t kMostThemes = 64;
 constexpr const char* kThemeGroup = "Icon Theme";
 constexpr std::array<const char*, 3> kEndings{".png", ".svg", ".xpm"};
 
-/// True for a file name, false for what would lead elsewhere.
+/// True for a file name, false for a path that leads elsewhere.
 bool isName(const std::string& name) {
     return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
 }
@@ -79,7 +79,7 @@ void IconTheme::add(const std::string& name) {
         if (!index) continue;
         chain_[place].folders = foldersOf(name, index.get());
         for (const std::string& parent : listOf(index.get(), "Inherits"))
-            if (parent != "hicolor" && chain_.size() < kMostThemes) add(parent); // "hicolor" is everybody's last one
+            if (parent != "hicolor" && chain_.size() < kMostThemes) add(parent); // "hicolor" is the last of every chain
         return;
     }
 }
@@ -148,7 +148,7 @@ std::vector<std::optional<FileStamp>> IconTheme::stamps() const {
             found.push_back(stampOf(place));
     for (const Theme& theme : chain_) {
         for (const fs::path& folder : folders_) {
-            // Who installs an icon touches the theme's folder: that is part of the rules.
+            // By the rules, an icon that is installed touches the theme's folder.
             found.push_back(stampOf(folder / theme.name));
             found.push_back(stampOf(folder / theme.name / "index.theme"));
         }

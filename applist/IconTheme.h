@@ -9,19 +9,20 @@
 
 namespace applist {
 
-/// Finds the file of a named icon, by the rules that desktops share: the theme, those that it inherits from, "hicolor",
-/// then icons without a theme.
+/// Finds the file of a named icon, by the rules that desktops share: in the theme, in those that it inherits from, in
+/// "hicolor", then among the icons without a theme. One thread at a time.
 ///
 ///     IconTheme theme({"/usr/share/icons"}, {"/usr/share/pixmaps"}, "Adwaita");
-///     std::filesystem::path file = theme.find("mail-client", 29, 2);   // empty when there is none
+///     theme.refresh();
+///     std::filesystem::path file = theme.find("mail-client", 29, 2);   // empty if there is none
 class IconTheme {
   public:
     IconTheme(std::vector<std::filesystem::path> folders, std::vector<std::filesystem::path> pixmaps, std::string name);
 
-    /// Takes up themes that were installed, changed or removed; true when there were any.
+    /// Takes up themes that were installed, changed or removed; true if there were any, and at the first call.
     bool refresh();
 
-    /// The file that fits best for `size` points on a screen of `scale` pixels a point.
+    /// The file that fits best for `size` points on a screen of `scale` pixels a point; empty if there is none.
     [[nodiscard]] std::filesystem::path find(const std::string& icon, int size, int scale) const;
 
   private:
@@ -35,7 +36,7 @@ class IconTheme {
         int largest = 0;
         std::vector<std::filesystem::path> paths; ///< one for each place where the theme is installed
 
-        /// 0 for icons that are made for the size, else how many pixels they are away from it, and 1 more.
+        /// 0 if the icons are made for the size, else 1 more than the number of pixels by which they miss it.
         [[nodiscard]] int distance(int wantedSize, int wantedScale) const;
     };
     struct Theme {

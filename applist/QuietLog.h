@@ -5,8 +5,8 @@
 
 namespace applist {
 
-/// Keeps GLib's libraries from printing while it lives: a broken icon of some application, or a desktop whose settings
-/// service does not run, is no message of the program that shows a list of applications.
+/// Keeps GLib's libraries from printing while it lives: a program that shows a list of applications has nothing to say
+/// about a broken icon, or about a desktop whose settings service does not run. One thread at a time.
 class QuietLog {
   public:
     QuietLog() {

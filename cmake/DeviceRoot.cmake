@@ -4,12 +4,12 @@ set(LUMORA_BUNDLES ${LUMORA_DEVICE_ROOT}/Library/PreferenceBundles)
 set(LUMORA_PLUGINS ${LUMORA_DEVICE_ROOT}/Library/Nevo/Lumora/Plugins)
 file(MAKE_DIRECTORY ${LUMORA_DEVICE_ROOT}/var/mobile/Library/Preferences)
 
-# An installation has one, too. Programs look for it from their own folder, so that it may lie under any prefix.
+# An installation has a device root too. Programs look for it from their own folder, so that it may lie under any prefix.
 set(LUMORA_INSTALLED_ROOT ${CMAKE_INSTALL_LIBDIR}/lumora/device)
 file(RELATIVE_PATH LUMORA_ROOT_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/lumora/device)
 
-# Programs that nobody calls by hand: lumora_helper(TARGET COMPONENT) installs one. The platform library looks for them
-# from its own folder.
+# Programs that only other programs call: lumora_helper(TARGET COMPONENT) installs one. The platform library looks for
+# them from its own folder.
 set(LUMORA_HELPERS ${CMAKE_INSTALL_LIBEXECDIR}/lumora)
 file(RELATIVE_PATH LUMORA_HELPERS_FROM_LIBRARIES ${CMAKE_INSTALL_FULL_LIBDIR} ${CMAKE_INSTALL_FULL_LIBEXECDIR}/lumora)
 file(RELATIVE_PATH LUMORA_BUILT_HELPERS_FROM_LIBRARIES ${CMAKE_LIBRARY_OUTPUT_DIRECTORY} ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
@@ -19,7 +19,7 @@ function(lumora_helper target component)
   install(TARGETS ${target} RUNTIME DESTINATION ${LUMORA_HELPERS} COMPONENT ${component})
 endfunction()
 
-# Everything that stands in the device root; whoever opens the Settings application builds this beside it.
+# Everything that stands in the device root; build it beside the Settings application to open its pages.
 add_custom_target(device_root)
 
 include(${CMAKE_CURRENT_LIST_DIR}/Bundle.cmake)

@@ -1,6 +1,5 @@
-# One target per room. A room sees its own public headers and those of the rooms it links, nothing else:
-# each room's headers are included as <room/Header.h> through a folder of links made for that room alone,
-# so that a forbidden include does not compile.
+# One target per room. A room sees its own headers and those of the rooms it links, and nothing else: each target
+# includes "room/Header.h" through a folder of links made for it alone, so that a forbidden include does not compile.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -35,20 +34,20 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(lumora_flags INTERFACE -fno-gnu-unique -Wduplicated-cond -Wlogical-op)
 endif()
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  # It takes every file but the first for a header, in which unnamed namespaces would be a mistake.
+  # GCC takes every file but the first for a header, in which unnamed namespaces would be a mistake.
   target_compile_options(lumora_flags INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
 endif()
 if(LUMORA_SANITIZE)
   add_compile_options(-fsanitize=${LUMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=${LUMORA_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # Instrumented code misleads this one about paths that cannot be taken.
+    # Instrumented code misleads this warning about paths that cannot be taken.
     target_compile_options(lumora_flags INTERFACE -Wno-maybe-uninitialized)
   endif()
 endif()
 
-# lumora_headers(TARGET ROOM_OR_HEADER...) lets TARGET include <ROOM/Header.h> for the rooms named, and single headers of
-# others, and nothing else. Stands once for each target.
+# lumora_headers(TARGET ROOM_OR_HEADER…) lets TARGET include the headers of the rooms named, single headers of others,
+# and nothing else. Stands once for each target.
 function(lumora_headers target)
   set(view ${CMAKE_BINARY_DIR}/include/${target})
   file(REMOVE_RECURSE ${view}) # what an earlier layout has left

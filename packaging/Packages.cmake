@@ -8,13 +8,13 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/Staged.cmake)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_RELEASE "") # there is no packaging apart from this
+set(CPACK_DEBIAN_PACKAGE_RELEASE "") # this is the only packaging
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 
 # debian_package(COMPONENT PACKAGE SECTION DEPENDS text RECOMMENDS text SUGGESTS text DESCRIPTION line…): the first line
-# of the description is the synopsis. What the libraries of others bring is found out by dpkg-shlibdeps.
+# of the description is the synopsis. dpkg-shlibdeps finds out the packages of other libraries.
 macro(debian_package component package section)
   cmake_parse_arguments(PACKAGE "" "DEPENDS;RECOMMENDS;SUGGESTS" "DESCRIPTION" ${ARGN})
   string(TOUPPER ${component} name)

@@ -2,7 +2,7 @@
 file(GLOB_RECURSE texts ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*.1 ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*/changelog)
 execute_process(COMMAND gzip -9nf ${texts} COMMAND_ERROR_IS_FATAL ANY)
 
-# Folders are everybody's, whatever the umask of who makes packages. (For those on the way to others CMake has no way.)
+# All users may enter the folders, whatever the umask of the build. (CMake has no option for the folders above others.)
 file(GLOB_RECURSE paths LIST_DIRECTORIES true ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*)
 foreach(path IN LISTS paths)
   if(IS_DIRECTORY ${path} AND NOT IS_SYMLINK ${path})

@@ -68,7 +68,7 @@ def remove(folder):
 
 
 def make_private(folder):
-    """Makes a folder that nobody else can get into: in a Debian are programs that run as root whoever starts them."""
+    """Makes a folder that only root can enter: a Debian has programs that run as root for every user who starts them."""
     folder.mkdir(mode=0o700, parents=True, exist_ok=True)
     folder.chmod(0o700)
 
@@ -94,13 +94,13 @@ def connect(root, release=OWN_RELEASE):
 
 
 def command(root, *words, user=0):
-    """What runs a program there."""
+    """The command that runs a program there."""
     return [*APART, "sh", "-c", MOUNT, "mount", root,
             f"--userspec={user}:{user}", root, *words]
 
 
 def environment(**more):
-    """What a program finds there: nothing of this machine but the way out."""
+    """The environment of a program there: of this machine's, only the way out."""
     passed_on = {name: os.environ[name] for name in PASSED_ON if name in os.environ}
     return {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C.UTF-8", "DEBIAN_FRONTEND": "noninteractive",
             "HOME": "/root", **passed_on, **more}

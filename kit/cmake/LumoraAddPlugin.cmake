@@ -2,8 +2,8 @@
 #
 # Builds the App View plug-in NAME.bundle: a folder with the shared object, an Info.plist and the resources. It is made
 # in the current binary folder, or in LUMORA_PLUGIN_FOLDER if that is set. PRINCIPAL_CLASS is the name that was given to
-# LUMORA_PRINCIPAL_CLASS(), NAME unless said. A plug-in of C sources only has no settings page, so it takes the kit's
-# header and no library.
+# LUMORA_PRINCIPAL_CLASS(); without it, that is NAME. A plug-in of C sources alone has no settings page, so it takes the
+# kit's header and no library.
 function(lumora_add_plugin name)
   cmake_parse_arguments(PLUGIN "" "PRINCIPAL_CLASS;IDENTIFIER" "SOURCES;RESOURCES" ${ARGN})
   if(NOT PLUGIN_SOURCES OR NOT PLUGIN_IDENTIFIER)

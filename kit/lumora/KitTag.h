@@ -12,7 +12,7 @@
 #include <version> /* names the standard library */
 #endif
 
-/* Raised by every change that a compiled page does not survive; see SettingsController.cpp. */
+/* Goes up with every change that a compiled page does not survive; see SettingsController.cpp. */
 #define LUMORA_KIT_VERSION 5
 
 #define LUMORA_KIT_QUOTED(number) #number

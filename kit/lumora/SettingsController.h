@@ -8,7 +8,7 @@
 
 namespace lumora {
 
-/// True if the loaded library of the kit has this tag itself.
+/// True if the library of the kit that the process has loaded was made with this tag. Any thread.
 [[nodiscard]] LUMORA_KIT_EXPORT bool kitIs(const char* tag);
 
 } // namespace lumora
@@ -21,7 +21,7 @@ namespace lumora {
 ///     const LumoraAppView clockView{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController};
 ///     }
 ///
-/// It defines the function that is named second. Settings makes the page on its main thread, each time that the link is
+/// It defines the function that is named second. Settings makes the page on its main thread each time the link is
 /// tapped. Two plug-ins may use the same class name: pages of plug-ins are never looked up by name.
 #define LUMORA_SETTINGS_CONTROLLER(Page, function)                                                                     \
     static const LumoraSettingsController* function() {                                                                \

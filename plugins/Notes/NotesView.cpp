@@ -11,7 +11,7 @@ class NotesPage final : public lumora::SettingsPage {
   public:
     NotesPage() : SettingsPage(lumora::sessionOf<NotesPage>()) {}
 
-    /// The tweak knows no defaults of ours, so what was never set is filled in here.
+    /// The tweak does not know our defaults, so the page fills in what was never set.
     Value valueOrDefault(platform::PSSpecifier& row) {
         static const Dictionary defaults{{"org.lumora.plugins.notes.order", "edited"},
                                          {"org.lumora.plugins.notes.textSize", 15.0},

@@ -12,7 +12,7 @@ class WeatherPage final : public lumora::SettingsPage {
   public:
     WeatherPage() : SettingsPage(lumora::sessionOf<WeatherPage>()) {}
 
-    /// The tweak knows no defaults of ours, so what was never set is filled in here.
+    /// The tweak does not know our defaults, so the page fills in what was never set.
     Value valueOrDefault(platform::PSSpecifier& row) {
         static const Dictionary defaults{{"org.lumora.plugins.weather.units", "celsius"},
                                          {"org.lumora.plugins.weather.tomorrow", true},
