@@ -68,7 +68,7 @@ def remove(folder):
 
 
 def make_private(folder):
-    """Makes a folder that only root can enter: a Debian has programs that run as root for every user who starts them."""
+    """Makes a folder that only root can enter: a Debian has programs that run as root for any user who starts them."""
     folder.mkdir(mode=0o700, parents=True, exist_ok=True)
     folder.chmod(0o700)
 
