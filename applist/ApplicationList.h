@@ -28,8 +28,7 @@ class ApplicationList {
     /// applications(); empty if there is none, or if the size or scale makes no sense.
     [[nodiscard]] std::filesystem::path iconFile(double size, double scale, const std::string& identifier);
 
-    /// How many times a desktop entry was read, and an icon looked for, since this was made.
-    [[nodiscard]] int filesRead() const { return entries_.filesRead(); }
+    /// How many times an icon was looked for since this was made.
     [[nodiscard]] int iconsLookedFor() const { return iconsLookedFor_; }
 
   private:

@@ -53,7 +53,7 @@ by_hand() {
   exit 1
 }
 
-# build PRESET OPTION… -- TARGET…: configures when the options are not yet so, then builds the targets (all without one).
+# build PRESET OPTION… -- TARGET…: configures unless the options are set already, then builds the targets, or all.
 build() {
   local preset=$1 folder=$top/build/$1 option log
   local -a options=()
