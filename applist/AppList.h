@@ -44,7 +44,7 @@ typedef struct ALApplicationListClass {
      * the size or scale makes no sense. */
     void (*iconOfSize)(ALSharedList* list, double size, double scale, const char* displayIdentifier,
                        ALIconVisitor visit, void* context);
-    /* From here on since version 2. A table of version 1 ends above and still serves. */
+    /* What follows is there since version 2. A table of version 1 ends above and still serves. */
 
     /* Names the file from which to draw that icon: PNG, SVG, XPM or JPEG, of any size. Users of the library ask for it
      * first and have another process draw it, so that a foreign picture can neither hurt them nor make them wait. If it

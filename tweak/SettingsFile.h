@@ -29,7 +29,7 @@ class SettingsFile {
     static constexpr std::chrono::milliseconds kSyncDelay{300};
 
     /// Makes the folder if it is missing, and holds a lock beside the file for the life of the object. Fails if another
-    /// process holds the lock, if there is something other than a regular file, or if the folder cannot be written.
+    /// process holds the lock, if the path leads to anything but a regular file, or if the folder cannot be written.
     [[nodiscard]] static platform::Result<std::unique_ptr<SettingsFile>> open(const std::filesystem::path& path,
                                                                               Log log);
     SettingsFile(const SettingsFile&) = delete;

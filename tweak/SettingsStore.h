@@ -35,8 +35,8 @@ class SettingsStore {
     /// Every known setting with its value, then the keys that only plug-ins know.
     [[nodiscard]] platform::Dictionary settings() const;
 
-    /// Gives a setting a value, on disk before in memory. A change that is refused changes nothing: a value that is nil or
-    /// that the setting cannot have, and one that makes the settings larger than kLargestSettings.
+    /// Gives a setting a value, on disk before in memory. Fails, and changes nothing, if the value is nil, if the setting
+    /// cannot have it, or if it makes the settings larger than kLargestSettings.
     [[nodiscard]] platform::Result<void> change(const std::string& key, const platform::Value& value);
 
   private:

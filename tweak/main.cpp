@@ -195,7 +195,7 @@ int run(const Arguments& arguments) {
 } // namespace
 } // namespace lumora
 
-// Nothing throws here but a mistake in the options below, and that had better end the program.
+// Only a mistake in the options below throws here, and that had better end the program.
 // NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int count, char** words) {
     lumora::Arguments arguments;
