@@ -21,7 +21,7 @@ using ReplyBlock = std::function<void(const std::optional<platform::Data>& reply
 void notify(const std::string& name, const platform::Value& object, ReplyBlock reply);
 
 /// Opens the port of that message on a worker thread, which serves it for as long as its run loop runs. Returns at once.
-/// If another process has the port, this fails in silence. Any thread.
+/// If the name is taken, no port opens, and nothing says so. Any thread.
 void port(const std::string& name, platform::CFMessagePortCallBack callout);
 
 } // namespace lumora

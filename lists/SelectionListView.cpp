@@ -146,7 +146,7 @@ std::vector<std::string> sortedByTitle(const std::vector<std::string>& identifie
 }
 
 std::vector<std::string> restSortedByTitle(const Titles& titles, const std::vector<std::string>& without) {
-    std::unordered_set<const std::string*> gone; // by place: a few are looked up instead of all
+    std::unordered_set<const std::string*> gone; // by place, so that only these few are looked up
     for (const std::string& identifier : without)
         if (const auto found = titles.find(identifier); found != titles.end()) gone.insert(&found->first);
     std::vector<Row> rows;
