@@ -17,10 +17,6 @@ constexpr double kBarHeight = 30;   ///< of the bar, which stands a margin benea
 constexpr double kMarkSide = 28;    ///< of the field's mark
 constexpr CGSize kIndicator{5, 40}; ///< the bar's mark
 
-UIColorRef fullColor(double hue, double saturation) {
-    return UIColor::colorWithHue(hue, saturation, 1.0, 1.0);
-}
-
 void setBorder(UIView& view, UIColorRef color) {
     view.layer().borderColor = std::move(color);
     view.layer().borderWidth = 0.5;
@@ -146,7 +142,7 @@ void ColorPicker::_setColor(const UIColorRef& color) {
 }
 
 void ColorPicker::_updateGradientColor() {
-    const auto full = fullColor(currentHue_, currentSaturation_);
+    const auto full = UIColor::colorWithHue(currentHue_, currentSaturation_, 1.0, 1.0);
     crossHairs()->layer().backgroundColor = full;
     brightnessIndicator()->layer().backgroundColor = full;
     gradientView()->setColor(full);
@@ -170,9 +166,6 @@ void ColorPicker::willMoveToSuperview(UIView* newSuperview) {
     crossHairs()->setHidden(false);
     brightnessIndicator()->setHidden(false);
     setColor(color_); // it is the stored colour, so nothing is reported
-    _updateBrightnessPosition();
-    _updateGradientColor();
-    _updateCrosshairPosition();
 }
 
 void ColorPicker::layoutSubviews() {
@@ -206,7 +199,6 @@ void ColorPicker::_updateHueSatWithMovement(CGPoint point) {
     const auto [hue, saturation] = hueSaturationAt(point, hueSatImage()->frame());
     currentHue_ = hue;
     currentSaturation_ = saturation;
-    crossHairs()->layer().backgroundColor = fullColor(hue, saturation);
     _updateGradientColor();
     _setColor(UIColor::colorWithHue(hue, saturation, currentBrightness_, 1.0));
 }
