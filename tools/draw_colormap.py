@@ -2,16 +2,16 @@
 """Draws the field of the colour control: hue from the left to the right, saturation from the bottom to the top, all at
 full brightness.
 
-    tools/colormap/draw_colormap.py resources/colormap.png
+    tools/draw_colormap.py resources/colormap.png
 
 The colour of a pixel is that of its centre. One picture serves every screen: between its pixels colours hardly differ,
 so that it can be stretched. Needs nothing but Python.
 """
 import colorsys
-import struct
 import sys
-import zlib
 from pathlib import Path
+
+from png import RGB, png
 
 WIDTH = 720  # a multiple of 6, so that the hues where a component turns stand between two pixels
 HEIGHT = 360
@@ -28,20 +28,10 @@ def filtered(pixels):
     return b"\1" + bytes((after - before) & 0xFF for before, after in zip(bytes(3) + pixels, pixels))
 
 
-def chunk(name, body):
-    return struct.pack(">I", len(body)) + name + body + struct.pack(">I", zlib.crc32(name + body))
-
-
-def png(rows):
-    header = struct.pack(">IIBBBBB", WIDTH, HEIGHT, 8, 2, 0, 0, 0)
-    pixels = zlib.compress(b"".join(map(filtered, rows)), 9)
-    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", pixels) + chunk(b"IEND", b"")
-
-
 def main():
     if len(sys.argv) != 2:
         sys.exit("usage: draw_colormap.py FILE.png")
-    Path(sys.argv[1]).write_bytes(png([row(y) for y in range(HEIGHT)]))
+    Path(sys.argv[1]).write_bytes(png(WIDTH, HEIGHT, RGB, (filtered(row(y)) for y in range(HEIGHT))))
 
 
 if __name__ == "__main__":

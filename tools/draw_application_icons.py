@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Draws the icons of the sample applications into a folder, as NAME.svg.
 
-    tools/icons/draw_application_icons.py resources/applications/icons/hicolor/scalable/apps
+    tools/draw_application_icons.py resources/applications/icons/hicolor/scalable/apps
 
 Each is a glyph on a rounded square of 29 units, shaded from one colour at the top to another at the bottom. In a glyph,
 W stands for the attributes of a white shape, L for those of a white line and P for the lower colour of the plate.

@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
 """Draws a bundle's row icons into its folder: NAME.png at 29 pixels and NAME@2x.png at 58.
 
-    tools/icons/draw_icons.py resources
-    tools/icons/draw_icons.py plugins/Weather
+    tools/draw_icons.py resources
+    tools/draw_icons.py plugins/Weather
 
 Each icon is a function from a point (in units of the icon's side, y downwards) to the shade of its glyph there, put on
 a rounded square. Every pixel is sampled 8 by 8 times. Needs nothing but Python.
 """
-import struct
 import sys
-import zlib
 from pathlib import Path
+
+from png import RGBA, png
 
 SIDE = 29
 SAMPLES = 8
@@ -112,24 +112,14 @@ def pixel(glyph, colour, column, row, side):
     return bytes([round(c + (255 - c) * share) for c in colour] + [round(255 * plate / SAMPLES ** 2)])
 
 
-def chunk(name, body):
-    return struct.pack(">I", len(body)) + name + body + struct.pack(">I", zlib.crc32(name + body))
-
-
-def png(side, rows):
-    header = struct.pack(">IIBBBBB", side, side, 8, 6, 0, 0, 0)
-    pixels = zlib.compress(b"".join(b"\0" + row for row in rows), 9)
-    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", pixels) + chunk(b"IEND", b"")
-
-
 def main():
     folder = Path(sys.argv[1]).resolve() if len(sys.argv) == 2 else None
     if not folder or not folder.is_dir() or folder.name not in ICONS:
         sys.exit("usage: draw_icons.py FOLDER, where the folder is one of " + ", ".join(ICONS))
     for name, (glyph, colour) in ICONS[folder.name].items():
         for suffix, side in (("", SIDE), ("@2x", 2 * SIDE)):
-            rows = [b"".join(pixel(glyph, colour, x, y, side) for x in range(side)) for y in range(side)]
-            (folder / f"{name}{suffix}.png").write_bytes(png(side, rows))
+            rows = [b"\0" + b"".join(pixel(glyph, colour, x, y, side) for x in range(side)) for y in range(side)]
+            (folder / f"{name}{suffix}.png").write_bytes(png(side, side, RGBA, rows))
 
 
 if __name__ == "__main__":
