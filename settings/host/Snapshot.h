@@ -72,6 +72,7 @@ struct CellSnapshot {
     bool indented = false;      ///< has room for the sign of that
     bool marked = false;        ///< bears a checkmark
     platform::UIFontRef font{}; ///< of the title; null for the table's usual one
+    friend bool operator==(const CellSnapshot&, const CellSnapshot&) = default;
 };
 
 struct TableSnapshot {

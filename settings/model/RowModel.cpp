@@ -13,12 +13,6 @@ using namespace platform;
 
 namespace {
 
-/// Only text and numbers have a written form in a field; anything else is left out, as nil is.
-QString written(const Value& value) {
-    if (const std::string_view* text = value.text()) return QString::fromUtf8(*text);
-    return value.isNumber() ? QString::fromStdString(description(value)) : QString();
-}
-
 QString nameFor(const RowSnapshot& row, const RowModel::Surroundings& around) {
     const QString identifier = QString::fromStdString(row.identifier);
     const auto firstOf = [](std::initializer_list<QString> names) {
@@ -44,18 +38,6 @@ RowModel::RowModel(SendEvent send, std::size_t position, const RowSnapshot& row,
     if (accessibleDescription_ == accessibleName_) accessibleDescription_.clear();
 }
 
-QString RowModel::title() const {
-    return QString::fromStdString(row_.name);
-}
-
-QString RowModel::placeholder() const {
-    return QString::fromStdString(row_.placeholder);
-}
-
-bool RowModel::secure() const {
-    return row_.cell == PSSecureEditTextCell;
-}
-
 double RowModel::minimum() const {
     const double minimum = row_.min.value_or(0);
     return std::isfinite(minimum) ? minimum : 0;
@@ -71,12 +53,10 @@ double RowModel::number() const {
     return std::isnan(number) ? minimum() : std::clamp(number, minimum(), maximum());
 }
 
+/// Only text and numbers have a written form in a field; anything else is left out, as nil is.
 QString RowModel::text() const {
-    return written(row_.value);
-}
-
-QString RowModel::valueTitle() const {
-    return QString::fromStdString(row_.valueTitle);
+    if (const std::string_view* text = row_.value.text()) return QString::fromUtf8(*text);
+    return row_.value.isNumber() ? QString::fromStdString(description(row_.value)) : QString();
 }
 
 bool RowModel::isSameRow(const RowSnapshot& row) const {
@@ -90,22 +70,10 @@ void RowModel::read(const RowSnapshot& row) {
     if (changesUnderWay_ == 0) emit valueRead();
 }
 
-void RowModel::tap() {
-    send_(RowTapped{position_}, {});
-}
-
-void RowModel::toggle(bool on) {
-    change(on);
-}
-
 void RowModel::slide(double number) {
     // Six decimals are finer than any hand and keep steps from leaving 0.30000000000000004 behind.
     const double rounded = std::round(number * 1e6) / 1e6;
     change(std::clamp(rounded, minimum(), maximum()));
-}
-
-void RowModel::write(const QString& text) {
-    change(text.toStdString());
 }
 
 QString RowModel::shown(double number) const {
@@ -117,8 +85,7 @@ QString RowModel::shown(double number) const {
 void RowModel::change(const Value& value) {
     ++changesUnderWay_;
     send_(ValueChanged{position_, value}, [self = QPointer(this)] {
-        RowModel* const row = self.data();
-        if (row && --row->changesUnderWay_ == 0) emit row->valueRead();
+        if (self && --self->changesUnderWay_ == 0) emit self->valueRead();
     });
 }
 

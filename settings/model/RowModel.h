@@ -29,7 +29,6 @@ class RowModel : public QObject {
     Q_PROPERTY(double minimum READ minimum CONSTANT)
     Q_PROPERTY(double maximum READ maximum CONSTANT)
     Q_PROPERTY(bool showsValue READ showsValue CONSTANT)
-    Q_PROPERTY(bool hasIcon READ hasIcon CONSTANT)
     Q_PROPERTY(QVariant icon READ icon CONSTANT)
     Q_PROPERTY(QString accessibleName READ accessibleName CONSTANT)
     Q_PROPERTY(QString accessibleDescription READ accessibleDescription CONSTANT)
@@ -66,33 +65,32 @@ class RowModel : public QObject {
     RowModel(SendEvent send, std::size_t position, const RowSnapshot& row, const Surroundings& around, QObject* parent);
 
     [[nodiscard]] Cell cell() const { return static_cast<Cell>(row_.cell); }
-    [[nodiscard]] QString title() const;
-    [[nodiscard]] QString placeholder() const;
-    [[nodiscard]] bool secure() const;
+    [[nodiscard]] QString title() const { return QString::fromStdString(row_.name); }
+    [[nodiscard]] QString placeholder() const { return QString::fromStdString(row_.placeholder); }
+    [[nodiscard]] bool secure() const { return row_.cell == SecureEditTextCell; }
     [[nodiscard]] double minimum() const;
     [[nodiscard]] double maximum() const;
     [[nodiscard]] bool showsValue() const { return row_.showValue.value_or(false); }
-    [[nodiscard]] bool hasIcon() const { return row_.icon != nullptr; }
     [[nodiscard]] QString accessibleName() const { return accessibleName_; }
     [[nodiscard]] QString accessibleDescription() const { return accessibleDescription_; }
 
     [[nodiscard]] bool on() const { return row_.value.boolValue(); }
     [[nodiscard]] double number() const;
     [[nodiscard]] QString text() const;
-    [[nodiscard]] QString valueTitle() const;
+    [[nodiscard]] QString valueTitle() const { return QString::fromStdString(row_.valueTitle); }
     [[nodiscard]] bool marked() const { return row_.marked; }
-    /// Holds a platform::UIImageRef, for an IconItem.
-    [[nodiscard]] QVariant icon() const { return QVariant::fromValue(row_.icon); }
+    /// Holds a platform::UIImageRef, for an IconItem; undefined for none.
+    [[nodiscard]] QVariant icon() const { return row_.icon ? QVariant::fromValue(row_.icon) : QVariant(); }
 
     /// False when the row is another one: of another kind, or with another text.
     [[nodiscard]] bool isSameRow(const RowSnapshot& row) const;
     /// Takes up a newer snapshot of the same row.
     void read(const RowSnapshot& row);
 
-    Q_INVOKABLE void tap();
-    Q_INVOKABLE void toggle(bool on);
+    Q_INVOKABLE void tap() { send_(RowTapped{position_}, {}); }
+    Q_INVOKABLE void toggle(bool on) { change(on); }
     Q_INVOKABLE void slide(double number);
-    Q_INVOKABLE void write(const QString& text);
+    Q_INVOKABLE void write(const QString& text) { change(text.toStdString()); }
     /// A slider's number as it is shown beside it.
     Q_INVOKABLE [[nodiscard]] QString shown(double number) const;
 

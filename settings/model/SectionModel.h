@@ -34,6 +34,7 @@ class SectionModel : public QAbstractListModel {
         bool first = false;
         bool last = false;
         CellSnapshot cell;
+        friend bool operator==(const Row&, const Row&) = default;
     };
     struct Place {
         double top = 0;

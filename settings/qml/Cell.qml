@@ -11,12 +11,12 @@ Item {
     property bool last: false
     property bool down: false
     property bool focused: false
-    property bool hasIcon: row?.hasIcon ?? false
-    property var icon: row?.icon
+    property var icon: row?.icon // undefined for none
     property bool empty: false // what stands in the row is in the user's hand
     property bool boxed: true  // the corners are round
     property real indent: 0    // of all that stands in the row
     property color ground: down ? Theme.cellDown : Theme.cell
+    readonly property bool hasIcon: icon !== undefined
     readonly property real rounding: boxed ? Theme.rowRadius : 0
 
     implicitHeight: Theme.rowHeight
@@ -32,7 +32,7 @@ Item {
     }
     Hairline {
         visible: !root.last
-        anchors { bottom: parent.bottom; leftMargin: root.indent + Theme.contentInset(root.hasIcon) }
+        anchors { bottom: parent.bottom; leftMargin: root.indent + Theme.contentInset(root.icon) }
     }
     Loader {
         active: root.hasIcon

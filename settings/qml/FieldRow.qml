@@ -38,7 +38,7 @@ Cell {
             property bool edited: false
 
             anchors.fill: parent
-            leftPadding: Theme.contentInset(root.hasIcon)
+            leftPadding: Theme.contentInset(root.icon)
             rightPadding: Theme.inset
             echoMode: root.row.secure ? TextInput.Password : TextInput.Normal
             passwordCharacter: "•"

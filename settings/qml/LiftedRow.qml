@@ -32,7 +32,7 @@ TableRow {
         table.lift(from.place);
         if (!inHand)
             return;
-        for (const part of ["title", "titleFont", "icon", "hasIcon", "marked", "movable", "editingStyle", "indented", "height", "rowTop"])
+        for (const part of ["title", "titleFont", "icon", "marked", "movable", "editingStyle", "indented", "height", "rowTop"])
             root[part] = from[part];
         grip = y + scroller.contentY - rowTop;
         highest = lowest = y;

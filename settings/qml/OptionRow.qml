@@ -12,7 +12,7 @@ T.RadioButton {
     property bool last: false
 
     implicitHeight: Theme.rowHeightFor(implicitContentHeight)
-    leftPadding: Theme.contentInset(row.hasIcon)
+    leftPadding: Theme.contentInset(row.icon)
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus
     text: row.title

@@ -21,7 +21,7 @@ Cell {
         property bool settling: true // until the row is whole: bounds are set one after the other, and clamp the value
         property real handedOn: 0
 
-        anchors { fill: parent; leftMargin: Theme.contentInset(root.hasIcon); rightMargin: number.visible ? number.width + 26 : Theme.inset }
+        anchors { fill: parent; leftMargin: Theme.contentInset(root.icon); rightMargin: number.visible ? number.width + 26 : Theme.inset }
         focusPolicy: Qt.StrongFocus
         from: root.row.minimum
         to: root.row.maximum

@@ -14,7 +14,7 @@ Cell {
 
         anchors {
             left: parent.left
-            leftMargin: Theme.contentInset(root.hasIcon)
+            leftMargin: Theme.contentInset(root.icon)
             right: parent.right
             rightMargin: Theme.inset
             verticalCenter: parent.verticalCenter

@@ -11,7 +11,7 @@ T.Switch {
     property bool last: false
 
     implicitHeight: Theme.rowHeightFor(implicitContentHeight)
-    leftPadding: Theme.contentInset(row.hasIcon)
+    leftPadding: Theme.contentInset(row.icon)
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus
     text: row.title

@@ -55,7 +55,7 @@ Cell {
     }
     Item {
         visible: !root.empty
-        anchors { fill: parent; leftMargin: root.indent + Theme.contentInset(root.hasIcon); rightMargin: Theme.inset }
+        anchors { fill: parent; leftMargin: root.indent + Theme.contentInset(root.icon); rightMargin: Theme.inset }
 
         // Drawn in a font of its own, unless that cannot be.
         Loader {

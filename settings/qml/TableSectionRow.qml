@@ -12,7 +12,6 @@ TableRow {
     required title
     required titleFont
     required icon
-    required hasIcon
     required marked
     required movable
     required editingStyle

@@ -10,7 +10,7 @@ PushButton {
     property bool last: false
 
     implicitHeight: Theme.rowHeightFor(implicitContentHeight)
-    leftPadding: Theme.contentInset(row.hasIcon)
+    leftPadding: Theme.contentInset(row.icon)
     rightPadding: Theme.inset
 
     onClicked: row.tap()

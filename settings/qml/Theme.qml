@@ -42,7 +42,7 @@ QtObject {
     function rowHeightFor(contentHeight) { return Math.max(rowHeight, contentHeight + 2 * rowMargin) }
     readonly property int rowRadius: 10
     readonly property int iconSize: 29
-    function contentInset(hasIcon) { return hasIcon ? 2 * inset + iconSize : inset }
+    function contentInset(icon) { return icon === undefined ? inset : 2 * inset + iconSize }
     readonly property int buttonHeight: 40 // in a bar
     readonly property int buttonPadding: 8
     readonly property int buttonRadius: 8
