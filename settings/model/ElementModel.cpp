@@ -3,6 +3,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace settings {
@@ -28,16 +29,10 @@ double reached(double from, double to, double side) {
 
 } // namespace
 
-AxisModel::AxisModel(ElementModel& element, std::size_t index) : QObject(&element), element_(element), index_(index) {
+AxisModel::AxisModel(ElementModel& element, std::size_t index, const ElementSnapshot::Axis& axis)
+    : QObject(&element), element_(element), index_(index), label_(QString::fromStdString(axis.label)),
+      vertical_(axis.vertical) {
     connect(&element, &ElementModel::valuesChanged, this, &AxisModel::valueChanged);
-}
-
-QString AxisModel::label() const {
-    return QString::fromStdString(element_.snapshot().axes[index_].label);
-}
-
-bool AxisModel::isVertical() const {
-    return element_.snapshot().axes[index_].vertical;
 }
 
 double AxisModel::value() const {
@@ -51,7 +46,7 @@ void AxisModel::set(double value) {
 ElementModel::ElementModel(SendEvent send, ElementSnapshot element, QObject* parent)
     : QObject(parent), send_(std::move(send)), element_(std::move(element)) {
     for (std::size_t i = 0; i < element_.axes.size(); ++i)
-        axes_.push_back(new AxisModel(*this, i));
+        axes_.push_back(new AxisModel(*this, i, element_.axes[i]));
     settle();
 }
 
@@ -60,21 +55,13 @@ QRectF ElementModel::frame() const {
     return {frame.origin.x, frame.origin.y, frame.size.width, frame.size.height};
 }
 
-bool ElementModel::movesAcross() const {
-    return std::any_of(element_.axes.begin(), element_.axes.end(), [](const auto& axis) { return !axis.vertical; });
-}
-
-bool ElementModel::movesDown() const {
-    return std::any_of(element_.axes.begin(), element_.axes.end(), [](const auto& axis) { return axis.vertical; });
+bool ElementModel::hasAxis(bool vertical) const {
+    return std::ranges::count(element_.axes, vertical, &ElementSnapshot::Axis::vertical) > 0;
 }
 
 bool ElementModel::isSameElement(const ElementSnapshot& element) const {
-    return element.label == element_.label &&
-           std::equal(element.axes.begin(), element.axes.end(), element_.axes.begin(), element_.axes.end(),
-                      [](const auto& one, const auto& other) {
-                          return one.label == other.label && one.vertical == other.vertical &&
-                                 one.reversed == other.reversed;
-                      });
+    const auto fixed = [](const auto& axis) { return std::tie(axis.label, axis.vertical, axis.reversed); };
+    return element.label == element_.label && std::ranges::equal(element.axes, element_.axes, {}, fixed, fixed);
 }
 
 void ElementModel::read(const ElementSnapshot& element) {
@@ -94,13 +81,13 @@ void ElementModel::settle() {
 }
 
 double ElementModel::valueOf(std::size_t axis) const {
-    const UIAccessibilityElement::Axis& which = element_.axes[axis];
+    const ElementSnapshot::Axis& which = element_.axes[axis];
     const double place = which.vertical ? mark_.y() : mark_.x();
     return which.reversed ? 1 - place : place;
 }
 
 void ElementModel::setValue(std::size_t axis, double value) {
-    const UIAccessibilityElement::Axis& which = element_.axes[axis];
+    const ElementSnapshot::Axis& which = element_.axes[axis];
     QPointF mark = mark_;
     (which.vertical ? mark.ry() : mark.rx()) = which.reversed ? 1 - value : value;
     go(mark);

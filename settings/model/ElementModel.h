@@ -1,8 +1,6 @@
 #pragma once
 
 #include "settings/host/Event.h"
-#include "settings/host/Snapshot.h"
-#include "settings/model/AxisModel.h"
 
 #include <QList>
 #include <QObject>
@@ -12,13 +10,40 @@
 #include <QtQml/qqmllist.h>
 #include <QtQml/qqmlregistration.h>
 
-#include <cstdint>
-
 namespace settings {
 
-/// Something on a page's view that the keyboard and assistive tools reach. What they do becomes a touch at the place
-/// that means it, a point within the frame; the mark stands where it was put last until the view has answered. GUI
-/// thread.
+class ElementModel;
+
+/// A quantity of an element, from 0 to 1, as assistive tools read and set it. GUI thread.
+class AxisModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Axes come from snapshots")
+
+    Q_PROPERTY(QString label MEMBER label_ CONSTANT)
+    Q_PROPERTY(bool vertical MEMBER vertical_ CONSTANT)
+    Q_PROPERTY(double value READ value NOTIFY valueChanged)
+
+  public:
+    AxisModel(ElementModel& element, std::size_t index, const ElementSnapshot::Axis& axis);
+
+    [[nodiscard]] double value() const;
+    /// Sets the value, or the nearest one that a touch reaches.
+    Q_INVOKABLE void set(double value);
+
+  signals:
+    void valueChanged();
+
+  private:
+    ElementModel& element_;
+    std::size_t index_;
+    QString label_;
+    bool vertical_;
+};
+
+/// Something on a page's view that the keyboard and assistive tools reach. Each of their actions becomes a touch at the
+/// place that means it. The mark, a point within the frame, stands where it was put last until the view has answered.
+/// GUI thread.
 class ElementModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -33,17 +58,18 @@ class ElementModel : public QObject {
   public:
     ElementModel(SendEvent send, ElementSnapshot element, QObject* parent);
 
+    /// In points of the page.
     [[nodiscard]] QRectF frame() const;
     [[nodiscard]] QString label() const { return QString::fromStdString(element_.label); }
-    [[nodiscard]] bool movesAcross() const;
-    [[nodiscard]] bool movesDown() const;
-    [[nodiscard]] const ElementSnapshot& snapshot() const { return element_; }
+    [[nodiscard]] bool movesAcross() const { return hasAxis(false); }
+    [[nodiscard]] bool movesDown() const { return hasAxis(true); }
 
-    /// True when nothing but the frame and the values may differ.
+    /// Whether the snapshot differs from this element in its frame and its values at most.
     [[nodiscard]] bool isSameElement(const ElementSnapshot& element) const;
+    /// Takes up a newer snapshot of the same element.
     void read(const ElementSnapshot& element);
 
-    /// A touch in the middle.
+    /// Touches the middle.
     Q_INVOKABLE void press();
     /// Moves the mark by so many widths and heights of the frame, as far as it goes.
     Q_INVOKABLE void move(double across, double down);
@@ -56,6 +82,7 @@ class ElementModel : public QObject {
     void valuesChanged();
 
   private:
+    [[nodiscard]] bool hasAxis(bool vertical) const;
     void settle();
     void go(QPointF mark);
     void touch(QPointF mark);

@@ -15,10 +15,8 @@ bool isSame(const std::shared_ptr<const ViewSnapshot>& one, const std::shared_pt
 
 /// From the top to the bottom, in a line from the left to the right.
 std::vector<ElementSnapshot> inReadingOrder(std::vector<ElementSnapshot> elements) {
-    std::stable_sort(elements.begin(), elements.end(), [](const ElementSnapshot& one, const ElementSnapshot& other) {
-        const platform::CGPoint& first = one.frame.origin;
-        const platform::CGPoint& second = other.frame.origin;
-        return std::pair(first.y, first.x) < std::pair(second.y, second.x);
+    std::ranges::stable_sort(elements, {}, [](const ElementSnapshot& element) {
+        return std::pair(element.frame.origin.y, element.frame.origin.x);
     });
     return elements;
 }
@@ -31,13 +29,9 @@ PageModel::PageModel(SendEvent send, std::shared_ptr<const PageSnapshot> page, Q
     readParts();
 }
 
-QString PageModel::title() const {
-    return QString::fromStdString(page_->title);
-}
-
 void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
     if (page == page_) return;
-    const bool sameRows = hasSameRows(*page);
+    const bool sameRows = std::ranges::equal(rows_, page->rows, &RowModel::isSameRow);
     const bool sameTitle = page->title == page_->title;
     const bool sameView = isSame(page->view, page_->view) && page->hostsView == page_->hostsView;
     page_ = std::move(page);
@@ -50,29 +44,25 @@ void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
 }
 
 void PageModel::readParts() {
-    readPart(table_, page_->table, &PageModel::tableChanged, send_);
-    readPart(text_, page_->text, &PageModel::textChanged);
+    readPart(table_, page_->table, send_);
+    readPart(text_, page_->text);
     readElements();
-    readPart(composer_, page_->composer, &PageModel::composerChanged, send_);
+    readPart(composer_, page_->composer, send_);
 }
 
 /// What a page has one of, or none. Its model lives on for as long as it is the same one.
 template<class Model, class Part, class... Context>
-void PageModel::readPart(Model*& model, const std::shared_ptr<const Part>& part, void (PageModel::*changed)(),
-                         Context&&... context) {
+void PageModel::readPart(Model*& model, const std::shared_ptr<const Part>& part, const Context&... context) {
     if (model && part && model->id() == part->id) return model->read(part);
     if (!model && !part) return;
     if (model) model->deleteLater();
-    model = part ? new Model(std::forward<Context>(context)..., part, this) : nullptr;
-    emit(this->*changed)();
+    model = part ? new Model(context..., part, this) : nullptr;
+    emit partsChanged();
 }
 
 void PageModel::readElements() {
     const std::vector<ElementSnapshot> elements = inReadingOrder(page_->elements);
-    const bool same =
-        std::equal(elements_.begin(), elements_.end(), elements.begin(), elements.end(),
-                   [](const ElementModel* model, const auto& element) { return model->isSameElement(element); });
-    if (same) {
+    if (std::ranges::equal(elements_, elements, &ElementModel::isSameElement)) {
         for (std::size_t i = 0; i < elements.size(); ++i)
             elements_[qsizetype(i)]->read(elements[i]);
         return;
@@ -87,11 +77,6 @@ void PageModel::readElements() {
 
 void PageModel::touch(const std::vector<platform::UITouchRouter::Point>& points) {
     send_(Touched{points}, {});
-}
-
-bool PageModel::hasSameRows(const PageSnapshot& page) const {
-    return std::equal(rows_.begin(), rows_.end(), page.rows.begin(), page.rows.end(),
-                      [](const RowModel* model, const RowSnapshot& row) { return model->isSameRow(row); });
 }
 
 void PageModel::makeGroups() {

@@ -49,17 +49,17 @@ class PageModel : public QObject {
 
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(bool hostsView READ hostsView NOTIFY viewChanged)
-    Q_PROPERTY(settings::TableModel* table READ table NOTIFY tableChanged)
-    Q_PROPERTY(settings::TextModel* text READ text NOTIFY textChanged)
+    Q_PROPERTY(settings::TableModel* table READ table NOTIFY partsChanged)
+    Q_PROPERTY(settings::TextModel* text READ text NOTIFY partsChanged)
     Q_PROPERTY(QQmlListProperty<settings::ElementModel> elements READ drawnElements NOTIFY elementsChanged)
-    Q_PROPERTY(settings::ComposerModel* composer READ composer NOTIFY composerChanged)
-    Q_PROPERTY(bool presentsAnimated READ presentsAnimated NOTIFY composerChanged)
+    Q_PROPERTY(settings::ComposerModel* composer READ composer NOTIFY partsChanged)
+    Q_PROPERTY(bool presentsAnimated READ presentsAnimated NOTIFY partsChanged)
     Q_PROPERTY(QQmlListProperty<settings::GroupModel> groups READ drawnGroups NOTIFY groupsChanged)
 
   public:
     PageModel(SendEvent send, std::shared_ptr<const PageSnapshot> page, QObject* parent);
 
-    [[nodiscard]] QString title() const;
+    [[nodiscard]] QString title() const { return QString::fromStdString(page_->title); }
     [[nodiscard]] bool hostsView() const { return page_->hostsView; }
     /// Null when the page has no table.
     [[nodiscard]] TableModel* table() const { return table_; }
@@ -83,20 +83,16 @@ class PageModel : public QObject {
     void titleChanged();
     void groupsChanged();
     void viewChanged();
-    void tableChanged();
-    void textChanged();
     void elementsChanged();
-    void composerChanged();
+    void partsChanged();
 
   private:
-    [[nodiscard]] bool hasSameRows(const PageSnapshot& page) const;
     QQmlListProperty<GroupModel> drawnGroups() { return {this, &groups_}; }
     QQmlListProperty<ElementModel> drawnElements() { return {this, &elements_}; }
     void makeGroups();
     void readParts();
     template<class Model, class Part, class... Context>
-    void readPart(Model*& model, const std::shared_ptr<const Part>& part, void (PageModel::*changed)(),
-                  Context&&... context);
+    void readPart(Model*& model, const std::shared_ptr<const Part>& part, const Context&... context);
     void readElements();
     GroupModel* makeGroup(const RowSnapshot* groupRow);
 
