@@ -10,7 +10,7 @@ using platform::UITouchPhase;
 
 namespace {
 
-constexpr std::int64_t kMouse = -1; ///< fingers are counted from 0
+constexpr std::int64_t kMouse = -1; ///< the numbers of fingers begin at 0
 
 } // namespace
 
@@ -22,9 +22,9 @@ TouchItem::TouchItem(QQuickItem* parent) : QQuickItem(parent) {
 }
 
 void TouchItem::wantEveryMove() {
-    // Of the mouse and of fingers, where they come from the display server; the toolkit has switched that on by now.
+    // Merges events of mouse and fingers as the display server sends them; the toolkit has switched this on by now.
     QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
-    // Of fingers, which would wait for the next picture.
+    // Keeps events of fingers until the next picture is due.
     qputenv("QML_NO_TOUCH_COMPRESSION", "1");
 }
 
@@ -38,7 +38,6 @@ void TouchItem::setPage(PageModel* page) {
     cancelMouse();
     cancelFingers();
     page_ = page;
-    emit pageChanged();
 }
 
 void TouchItem::mousePressEvent(QMouseEvent* event) {
@@ -53,7 +52,7 @@ void TouchItem::mouseReleaseEvent(QMouseEvent* event) {
     sendMouse(UITouchPhase::ended, event->position());
 }
 
-/// Comes beside the press, which has been sent; ignored, the item would lose the mouse.
+/// Comes in addition to the press, which has been sent. The item would lose the mouse if it ignored this.
 void TouchItem::mouseDoubleClickEvent(QMouseEvent* event) {
     event->accept();
 }
@@ -66,29 +65,20 @@ void TouchItem::touchEvent(QTouchEvent* event) {
     if (event->type() == QEvent::TouchCancel) return cancelFingers();
     std::vector<Point> points;
     for (const QEventPoint& point : event->points()) {
-        switch (point.state()) {
-        case QEventPoint::Pressed:
-            add(points, point.id(), UITouchPhase::began, point.position());
-            break;
-        case QEventPoint::Updated:
-            add(points, point.id(), UITouchPhase::moved, point.position());
-            break;
-        case QEventPoint::Released:
-            add(points, point.id(), UITouchPhase::ended, point.position());
-            break;
-        default:
-            break; // has not moved
-        }
+        const auto state = point.state(); // a finger that has not moved is in none of these
+        if (state == QEventPoint::Pressed) add(points, point.id(), UITouchPhase::began, point.position());
+        if (state == QEventPoint::Updated) add(points, point.id(), UITouchPhase::moved, point.position());
+        if (state == QEventPoint::Released) add(points, point.id(), UITouchPhase::ended, point.position());
     }
     send(points);
 }
 
-/// The fingers that are up by now have been told of.
+/// The view has already been told of fingers that are up.
 void TouchItem::touchUngrabEvent() {
     cancelFingers();
 }
 
-/// Nothing comes of a touch that did not begin here, or has been cancelled.
+/// Leaves out a touch that did not begin here or has been cancelled.
 void TouchItem::add(std::vector<Point>& points, std::int64_t finger, UITouchPhase phase, QPointF place) {
     if (phase != UITouchPhase::began && !down_.contains(finger)) return;
     points.push_back({finger, phase, {place.x(), place.y()}});

@@ -10,27 +10,28 @@
 
 namespace settings {
 
-/// Hands fingers, and the mouse with its left button down, to the view that a page hosts: every event as it comes, the
-/// fingers of one event together. Lies over what draws the view, and draws nothing. GUI thread.
+/// Hands fingers, and the mouse while its left button is down, to the view that a page hosts: every event as it comes,
+/// the fingers of one event together, places in points of the page. Lies over what draws the view and draws nothing
+/// itself. GUI thread.
 class TouchItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(settings::PageModel* page READ page WRITE setPage NOTIFY pageChanged REQUIRED)
+    Q_PROPERTY(settings::PageModel* page READ page WRITE setPage REQUIRED)
 
   public:
     explicit TouchItem(QQuickItem* parent = nullptr);
     ~TouchItem() override;
 
-    /// The toolkit makes one of the moves that it finds waiting, since most programs draw no more than that; here each
-    /// of them means something. For all windows of the process, before the first one and after the application object.
+    /// Has every move delivered. The toolkit merges the moves that it finds waiting, since most programs draw no more
+    /// than the last one; here each of them means something. Goes for all windows of the process; called after the
+    /// application object is made and before the first window.
     static void wantEveryMove();
 
     [[nodiscard]] PageModel* page() const { return page_; }
     void setPage(PageModel* page);
 
   signals:
-    void pageChanged();
-    /// A finger has come down there, or the mouse; the view is told after this.
+    /// A finger or the mouse has come down there; the view is told after this.
     void began(QPointF place);
 
   protected:
@@ -52,7 +53,7 @@ class TouchItem : public QQuickItem {
     void cancelFingers();
 
     QPointer<PageModel> page_;
-    std::map<std::int64_t, platform::CGPoint> down_; ///< where they were last
+    std::map<std::int64_t, platform::CGPoint> down_; ///< where each finger was last
 };
 
 } // namespace settings

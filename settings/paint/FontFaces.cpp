@@ -20,9 +20,9 @@ using platform::UIFontStream;
 namespace {
 
 constexpr std::size_t kOpenFaces = 48;                                  // more than a window shows
-constexpr FT_Int32 kLoadFlags = FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP; // as it would be on paper
+constexpr FT_Int32 kLoadFlags = FT_LOAD_NO_HINTING | FT_LOAD_NO_BITMAP; // shapes as on paper
 constexpr double kUnits = 64;                                           // of a point
-constexpr int kMostSteps = 100000; // of a text's outline; no honest title has so many
+constexpr int kMostSteps = 100000; // in a text's outline; no honest title has so many
 
 template<class Thing>
 using Owned = std::unique_ptr<Thing, void (*)(Thing*)>;
@@ -31,7 +31,7 @@ QPointF pointOf(const FT_Vector& place) {
     return {double(place.x) / kUnits, -double(place.y) / kUnits};
 }
 
-/// The outline of the glyph that was loaded, added to a path. An outline consists of closed contours.
+/// Adds the outline of the loaded glyph, which consists of closed contours, to a path.
 bool addGlyph(QPainterPath& path, FT_Outline& outline) {
     FT_Outline_Funcs steps{};
     steps.move_to = [](const FT_Vector* to, void* into) {
@@ -56,7 +56,7 @@ bool addGlyph(QPainterPath& path, FT_Outline& outline) {
     return true;
 }
 
-/// A part of a text in one script and one direction, which is what can be shaped at once.
+/// A part of a text in one script and one direction: as much as can be shaped at once.
 struct Run {
     int start = 0;
     int length = 0;
@@ -64,7 +64,7 @@ struct Run {
     bool rightToLeft = false;
 };
 
-/// Signs of no script of their own go with what is before them, and at the beginning with what is after.
+/// Characters without a script of their own join the part before them, and at the beginning the part after.
 std::vector<Run> runsByScript(const QString& text, int start, int end, bool rightToLeft) {
     hb_unicode_funcs_t* const unicode = hb_unicode_funcs_get_default();
     std::vector<Run> runs{{start, 0, HB_SCRIPT_COMMON, rightToLeft}};
@@ -84,7 +84,7 @@ std::vector<Run> runsByScript(const QString& text, int start, int end, bool righ
     return runs;
 }
 
-/// The parts of a line in the order in which they stand, from the left.
+/// The parts of a line from left to right.
 std::vector<Run> runsOf(const QString& text, bool& rightToLeft) {
     std::vector<Run> runs;
     const Owned<UBiDi> bidi(ubidi_open(), ubidi_close);
@@ -107,15 +107,6 @@ std::vector<Run> runsOf(const QString& text, bool& rightToLeft) {
 
 } // namespace
 
-struct FontFaces::Library {
-    Library() { FT_Init_FreeType(&library); }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-    ~Library() { FT_Done_FreeType(library); }
-
-    FT_Library library = nullptr;
-};
-
 /// One open font.
 class FontFaces::Face {
   public:
@@ -128,9 +119,6 @@ class FontFaces::Face {
         shaper_.reset(hb_ft_font_create_referenced(opened));
         hb_ft_font_set_load_flags(shaper_.get(), kLoadFlags);
     }
-    Face(const Face&) = delete;
-    Face& operator=(const Face&) = delete;
-    ~Face() = default;
 
     explicit operator bool() const { return shaper_ != nullptr; }
 
@@ -181,19 +169,21 @@ FontFaces& FontFaces::shared() {
     return faces;
 }
 
-FontFaces::FontFaces() : library_(std::make_unique<Library>()) {
+FontFaces::FontFaces() {
+    FT_Library library = nullptr;
+    FT_Init_FreeType(&library);
+    library_.reset(library, FT_Done_FreeType);
 }
 
 FontFaces::~FontFaces() = default;
 
 FontFaces::Face* FontFaces::face(const UIFont& font) {
-    const auto found =
-        std::find_if(faces_.begin(), faces_.end(), [&](const auto& tried) { return tried.font == font; });
+    const auto found = std::ranges::find(faces_, font, &Tried::font);
     if (found != faces_.end()) {
         faces_.splice(faces_.begin(), faces_, found);
         return faces_.front().face.get();
     }
-    auto opened = std::make_unique<Face>(library_->library, font);
+    auto opened = std::make_unique<Face>(library_.get(), font);
     if (*opened)
         ++opened_;
     else

@@ -10,18 +10,20 @@
 #include <memory>
 #include <optional>
 
+struct FT_LibraryRec_; // FreeType's
+
 namespace settings {
 
-/// A text as it is drawn: its outline, with the beginning of the baseline at (0, 0), and how far the text goes.
+/// A text as it is drawn, in points: its outline, with the beginning of the baseline at (0, 0), and its width.
 struct TextOutline {
     QPainterPath path;
     double width = 0;
     bool rightToLeft = false;
 };
 
-/// Draws text in fonts by their files, collections and instances of variable fonts included, which the toolkit's own
-/// fonts cannot name. A face is opened for the first text in it, and those used last stay open; one that cannot be
-/// opened is remembered as such in their place.
+/// Draws text in fonts that the toolkit's own fonts cannot name: by their files, collections and instances of variable
+/// fonts included. A face is opened for the first text in it. The faces used last stay open; one that cannot be opened
+/// is remembered among them.
 ///
 ///     if (const auto outline = FontFaces::shared().outline(*font, "Inter-Bold")) painter.drawPath(outline->path);
 ///
@@ -41,11 +43,10 @@ class FontFaces {
     ~FontFaces();
 
   private:
-    struct Library;
     class Face;
     Face* face(const platform::UIFont& font);
 
-    std::unique_ptr<Library> library_;
+    std::shared_ptr<FT_LibraryRec_> library_;
     struct Tried {
         platform::UIFont font;
         std::unique_ptr<Face> face; ///< null when it could not be opened

@@ -16,10 +16,9 @@ namespace settings {
 
 namespace {
 
-constexpr double kBaseline = 0.32; // beneath the middle of the row, of the size: where the usual font has its own
+constexpr double kBaseline = 0.32; // below the middle of the row, in parts of the size: as in the usual font
 
-/// The longest beginning of a text that fits with an ellipsis behind it; nothing when not even the ellipsis can be
-/// drawn.
+/// The longest beginning of a text that fits with an ellipsis after it; nothing when the font lacks the ellipsis.
 std::optional<TextOutline> elided(const platform::UIFont& font, const QString& text, double width) {
     FontFaces& faces = FontFaces::shared();
     std::vector<qsizetype> ends{0};
@@ -39,37 +38,15 @@ std::optional<TextOutline> elided(const platform::UIFont& font, const QString& t
 
 FontTitle::FontTitle(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
-}
-
-void FontTitle::setText(const QString& text) {
-    if (std::exchange(text_, text) == text) return;
-    layOutSoon();
-    emit changed();
+    connect(this, &FontTitle::changed, this, &FontTitle::layOutSoon);
+    connect(this, &FontTitle::inViewChanged, this, [this] {
+        if (due_) polish();
+    });
 }
 
 void FontTitle::setTitleFont(const QVariant& font) {
     const auto former = std::exchange(font_, font.value<platform::UIFontRef>());
-    if (former == font_ || (former && font_ && *former == *font_)) return;
-    layOutSoon();
-    emit changed();
-}
-
-void FontTitle::setUsualScale(double scale) {
-    if (std::exchange(usualScale_, scale) == scale) return;
-    layOutSoon();
-    emit changed();
-}
-
-void FontTitle::setColor(const QColor& color) {
-    if (std::exchange(color_, color) == color) return;
-    update();
-    emit changed();
-}
-
-void FontTitle::setInView(bool inView) {
-    if (std::exchange(inView_, inView) == inView) return;
-    if (due_) polish();
-    emit changed();
+    if (former != font_ && !(former && font_ && *former == *font_)) emit changed();
 }
 
 void FontTitle::geometryChange(const QRectF& geometry, const QRectF& former) {
@@ -82,7 +59,7 @@ void FontTitle::layOutSoon() {
     polish();
 }
 
-/// Called before the next frame, so that a row that only passes by while everything finds its place opens no font.
+/// Called before the next frame, so a row that only passes by while everything finds its place opens no font.
 void FontTitle::updatePolish() {
     if (!inView_ || !std::exchange(due_, false)) return;
     path_ = layOut();

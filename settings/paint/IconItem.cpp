@@ -9,7 +9,6 @@ void IconItem::setIcon(const QVariant& icon) {
     if (icon_ == image) return;
     icon_ = image;
     decodedScale_ = 0;
-    emit iconChanged();
     update();
 }
 

@@ -8,20 +8,17 @@
 
 namespace settings {
 
-/// Draws an icon, in the resolution that the screen has. GUI thread.
+/// Draws an icon over the whole item, from its file for the screen's resolution. GUI thread.
 class IconItem : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QVariant icon READ icon WRITE setIcon NOTIFY iconChanged REQUIRED)
+    Q_PROPERTY(QVariant icon READ icon WRITE setIcon REQUIRED)
 
   public:
     /// Holds a platform::UIImageRef, of which QML knows nothing; null for none.
     [[nodiscard]] QVariant icon() const { return QVariant::fromValue(icon_); }
     void setIcon(const QVariant& icon);
     void paint(QPainter* painter) override;
-
-  signals:
-    void iconChanged();
 
   private:
     platform::UIImageRef icon_;

@@ -9,14 +9,14 @@
 
 namespace settings {
 
-/// Pictures that were made for something, the latest few of them.
+/// Pictures by what they were made for; the eight that were asked for last. One thread at a time.
 template<class For>
 class PictureCache {
   public:
+    /// The picture for it, which `make` makes unless it is kept.
     template<class Make>
     QImage find(const For& what, Make make) {
-        const auto known =
-            std::find_if(kept_.begin(), kept_.end(), [&](const auto& kept) { return kept.first == what; });
+        const auto known = std::ranges::find(kept_, what, &std::pair<For, QImage>::first);
         if (known != kept_.end())
             std::rotate(kept_.begin(), known, known + 1);
         else

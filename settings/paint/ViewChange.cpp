@@ -22,13 +22,13 @@ bool lookAlike(CALayer one, const CALayer& other) {
     return one == other;
 }
 
-/// The view itself, whatever is in it.
+/// Compares the views themselves, without what is in them.
 bool lookAlike(const ViewSnapshot& one, const ViewSnapshot& other) {
     return one.frame == other.frame && lookAlike(one.layer, other.layer) && one.image == other.image &&
            one.drawing == other.drawing && one.subviews.size() == other.subviews.size();
 }
 
-/// All that a view paints on, its shadow included, in its parent.
+/// All that a view paints on, with its shadow, in points of its parent.
 QRectF extentOf(const ViewSnapshot& view) {
     const CGRect& frame = view.frame;
     const CALayer& layer = view.layer;

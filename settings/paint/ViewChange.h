@@ -6,8 +6,8 @@
 
 namespace settings {
 
-/// The part of the parent in which two pictures of a view look different, as far as can be told view by view; empty
-/// when they look alike. Any thread.
+/// Where two pictures of a view differ, compared view by view, in points of its parent; empty where they look the same.
+/// Any thread.
 [[nodiscard]] QRectF changedArea(const ViewSnapshot& before, const ViewSnapshot& after);
 
 } // namespace settings

@@ -12,7 +12,6 @@ void ViewItem::setPage(PageModel* page) {
     page_ = page;
     if (page_) connect(page_, &PageModel::viewChanged, this, &ViewItem::takeView);
     takeView();
-    emit pageChanged();
 }
 
 void ViewItem::takeView() {
@@ -20,7 +19,7 @@ void ViewItem::takeView() {
     const auto before = std::exchange(view_, page ? page->snapshot().view : nullptr);
     const QRectF whole = boundingRect();
     const QRectF area = (before && view_ ? changedArea(*before, *view_) : whole) & whole;
-    // An empty rectangle would mean everything, and would be forgotten for the next one that is not empty.
+    // An empty rectangle would mean the whole item, and be forgotten once one follows that is not empty.
     if (!area.isEmpty()) update(area.toAlignedRect().adjusted(-1, -1, 1, 1));
 }
 

@@ -8,20 +8,17 @@
 
 namespace settings {
 
-/// Draws the view that a page hosts, and all the views in it, from the page's snapshot; where a newer one looks alike,
-/// nothing is drawn anew. GUI thread; painting may be on another, for which this one waits.
+/// Draws the view that a page hosts, and all views in it, from the page's snapshot. What looks the same in a newer
+/// snapshot is not drawn again. GUI thread; another thread may paint while the GUI thread waits for it.
 class ViewItem : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(settings::PageModel* page READ page WRITE setPage NOTIFY pageChanged REQUIRED)
+    Q_PROPERTY(settings::PageModel* page READ page WRITE setPage REQUIRED)
 
   public:
     [[nodiscard]] PageModel* page() const { return page_; }
     void setPage(PageModel* page);
     void paint(QPainter* painter) override;
-
-  signals:
-    void pageChanged();
 
   protected:
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;

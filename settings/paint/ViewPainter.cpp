@@ -17,7 +17,7 @@ QColor toQColor(const UIColor& color) {
     return QColor::fromRgbF(float(color.red()), float(color.green()), float(color.blue()), float(color.alpha()));
 }
 
-/// Of the screen, for a point.
+/// The screen's pixels per point.
 double pixels(const QPainter& painter) {
     return painter.combinedTransform().m11();
 }
@@ -82,7 +82,7 @@ void repeat(QPainter& painter, const CGDrawing& drawing, const QRectF& box) {
             painter.save();
             ++saved;
         } else if (std::holds_alternative<CGDrawing::RestoreState>(step)) {
-            if (saved == 1) continue; // what the view has not saved is not its to restore
+            if (saved == 1) continue; // a view restores only what it has saved
             painter.restore();
             --saved;
         } else if (const auto* clip = std::get_if<CGDrawing::Clip>(&step)) {
@@ -102,7 +102,7 @@ QPointF inEighths(QPointF point) {
     return {std::round(point.x() * 8) / 8, std::round(point.y() * 8) / 8};
 }
 
-/// The weights of a pixel and of those on one side of it, which make 1 with those on the other side.
+/// The weights of a pixel and of its neighbours on one side. Together with the other side's they add up to 1.
 std::vector<float> weightsOf(double blur) {
     std::vector<float> weights(std::size_t(std::ceil(3 * blur)) + 1);
     float sum = 0;
@@ -173,7 +173,7 @@ void ViewPainter::paintShadow(QPainter& painter, const CALayer& layer, const QRe
     const double scale = pixels(painter);
     QColor color = toQColor(*layer.shadowColor);
     color.setAlphaF(float(std::min(1.0, color.alphaF() * layer.shadowOpacity)));
-    // An image is drawn sharply on whole pixels only, so where the corner lies between them is a matter of the image.
+    // An image is sharp on whole pixels only, so the image itself holds where the corner lies between them.
     const QTransform toScreen = painter.combinedTransform();
     const QPointF corner = toScreen.map(box.topLeft() + QPointF(layer.shadowOffset.width, layer.shadowOffset.height));
     const QPointF pixel(std::floor(corner.x()), std::floor(corner.y()));

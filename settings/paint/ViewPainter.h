@@ -11,11 +11,11 @@
 
 namespace settings {
 
-/// How far a shadow is seen beyond the shape that casts it, in the unit of the blur.
+/// How far a shadow reaches beyond the shape that casts it, in the unit of the blur.
 [[nodiscard]] double marginOf(double blur);
 
-/// Paints views, whatever the number of the screen's pixels for a point. Square corners lie on whole pixels, so that
-/// views that adjoin leave no seam; round ones are smooth.
+/// Paints views at any number of pixels per point. Square corners lie on whole pixels, so that adjoining views leave no
+/// seam; round ones are smooth.
 ///
 ///     ViewPainter painter;
 ///     painter.paint(qPainter, *page.view);
@@ -23,13 +23,13 @@ namespace settings {
 /// Keeps the shadows and scaled images that it has made. One thread at a time.
 class ViewPainter {
   public:
-    /// The painter's coordinates are those of the view's parent; it is left as it was.
+    /// The painter's coordinates are those of the view's parent, in points; its state is left as it was.
     void paint(QPainter& painter, const ViewSnapshot& view);
 
   private:
     struct Shadow {
         QSizeF size;   ///< all in pixels of the screen
-        QPointF phase; ///< of the corner, within its pixel
+        QPointF phase; ///< where in its pixel the corner is
         double cornerRadius;
         double blur;
         QColor color;
@@ -37,7 +37,7 @@ class ViewPainter {
     };
     struct Picture {
         platform::UIImageRef image;
-        const platform::Data* file; ///< the image's own, of one resolution or the other
+        const platform::Data* file; ///< the image's own, for one of its resolutions
         QSize size;                 ///< in pixels; empty for the file's own
         friend bool operator==(const Picture&, const Picture&) = default;
     };
