@@ -26,7 +26,7 @@ struct ValueChanged {
     friend bool operator==(const ValueChanged&, const ValueChanged&) = default;
 };
 
-/// A row of the page's table was dropped, in its own place or in another.
+/// A row of the page's table was dropped, at its own place or at another.
 struct RowMoved {
     platform::NSIndexPath from;
     platform::NSIndexPath to;
@@ -45,28 +45,28 @@ struct TableScrolled {
     friend bool operator==(const TableScrolled&, const TableScrolled&) = default;
 };
 
-/// Fingers, or the mouse, on the view that the page hosts; all that come at one time together.
+/// Fingers or the mouse touched the view that the page hosts: all points of one event, in points of the page.
 struct Touched {
     std::vector<platform::UITouchRouter::Point> points;
     friend bool operator==(const Touched&, const Touched&) = default;
 };
 
-/// What the user does with a message.
+/// What the user does with a message; `leave` is for closing the window over it.
 enum class ComposerAction : unsigned char { send, save, cancel, leave };
 
-/// Something was done with the message that is composed over the page, with the text as it has been edited.
+/// The user acted on the message that is composed over the page; the text is as edited.
 struct Composed {
-    std::uint64_t composer = 0; ///< its id
+    std::uint64_t composer = 0; ///< the id in its snapshot
     ComposerAction action = ComposerAction::send;
     platform::MailText text;
     friend bool operator==(const Composed&, const Composed&) = default;
 };
 
-/// Holds all that there is to know of what was done, so that it can be kept for as long as one likes.
+/// One thing that the user did. Holds all there is to know about it, so it can be kept when the page is gone.
 using Event = std::variant<RowTapped, ValueChanged, RowMoved, TableRowTapped, TableScrolled, Touched, Composed>;
 
-/// Takes what was done on one page. Returns at once; `taken`, which may be null, is called when the page has the event
-/// and its snapshot has been shown. GUI thread.
+/// Hands on what was done on one page. Returns at once; `taken`, which may be null, is called once the page has taken
+/// the event and its snapshot has been shown. GUI thread.
 using SendEvent = std::function<void(Event event, std::function<void()> taken)>;
 
 } // namespace settings

@@ -24,11 +24,11 @@ struct Launch {
     platform::CGSize contentSize; ///< in points, of what is under the navigation bar
 };
 
-/// Whether the main thread waits for the tweak's answer just now. Any thread.
+/// Whether the main thread is waiting for the tweak's answer. Any thread.
 [[nodiscard]] bool waitsForTweak();
 
-/// What the main thread is at while that page does not come, to be told behind "timed out waiting for": the tweak's
-/// answer, or the page itself. Any thread.
+/// What keeps the main thread from showing that page, worded to follow "timed out waiting for": the tweak's answer, or
+/// the page itself. Any thread.
 [[nodiscard]] std::string whatBlocks(const std::string& page);
 
 /// Starts the permanent main thread, which alone calls into the bundle, and hands it work.
@@ -37,25 +37,25 @@ struct Launch {
 ///     host.launch({.bundle = platform::standardBundle()}, done);
 ///     host.post([](Navigation& navigation) { navigation.back(7); });
 ///
-/// One per process. Its operations return at once and may be called from any thread; what they are given runs on the
-/// main thread, `show` included, in the order of the calls.
+/// One per process. `launch` and `post` may be called from any thread and return at once; what they are given, and
+/// `show`, runs on the main thread in the order of the calls.
 class Host {
   public:
     explicit Host(Navigation::Show show);
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    /// Loads the bundle and opens its page. `done` is told of success when the page stands, or why there is none; it
-    /// is never called when making the page blocks for good.
+    /// Loads the bundle and opens its page. `done` is told once the page stands, or why there is none. It is not called
+    /// at all if making the page blocks for good.
     void launch(Launch launch, std::function<void(platform::Result<void>)> done);
     void post(std::function<void(Navigation&)> work);
 
-    /// For a program that is about to leave: waits until the main thread has done what it was handed and every message
-    /// is out, at most so long. Not to be called on the main thread.
+    /// Waits, before the program ends, until the main thread has done its work and every message is out, or the time is
+    /// over. Any thread but the main thread.
     void finish(std::chrono::milliseconds atMost);
 
   private:
-    /// Waits until the main thread has done what it has been handed so far, or the time is over.
+    /// Waits until the main thread has done all that it has been handed so far, or the time is over.
     void catchUp(std::chrono::steady_clock::time_point deadline);
 
     Navigation navigation_;

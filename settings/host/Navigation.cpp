@@ -3,7 +3,6 @@
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Unicode.h"
 #include "platform/preferences/PSListItemsController.h"
-#include "settings/host/ComposerSnapshotOf.h"
 #include "settings/host/SnapshotOf.h"
 
 #include <exception>
@@ -27,11 +26,6 @@ PSSpecifierRef rowAt(PSListController& page, std::size_t row) {
     return rows && row < rows->size() ? (*rows)[row] : nullptr;
 }
 
-void addComposer(PageSnapshot& shown, const PSListController& page) {
-    shown.composer = composerSnapshotOf(page);
-    shown.presentsAnimated = page.presentsAnimated();
-}
-
 bool isField(const PSSpecifier& row) {
     return row.cellType() == PSEditTextCell || row.cellType() == PSSecureEditTextCell;
 }
@@ -40,8 +34,8 @@ bool isEditable(const PSSpecifier& row) {
     return row.cellType() == PSSliderCell || row.cellType() == PSSwitchCell || isField(row);
 }
 
-/// Behind what a page has presented over itself it hears nothing, whoever asks, but which part of its table is shown. A
-/// field hands on what was typed before, because it loses the focus to what is presented.
+/// A page hears nothing behind what it presents over itself, but for two things: which part of its table is shown, and
+/// what was typed in a field, which hands it on as it loses the focus to what is presented.
 bool hears(PSListController& page, const Event& event) {
     if (!page.presentedViewController() || std::holds_alternative<Composed>(event)) return true;
     const auto* change = std::get_if<ValueChanged>(&event);
@@ -61,18 +55,25 @@ Result<void> attempt(const std::function<void()>& work) {
     }
 }
 
-/// Both texts may be a stranger's.
+/// Either text may be a stranger's.
 void complain(const std::string& className, const char* ofWhat, const std::string& fault) {
     std::cerr << "lumora-settings: the page " << printable(className) << ofWhat << printable(fault) << std::endl;
+}
+
+/// Says on standard error what else nobody would learn, as the page keeps silent: why a message was not sent, and where
+/// its draft is.
+void report(const MFMailComposeViewController& composer) {
+    if (!composer.isOver()) return; // the sheet still says why
+    const char* lost = composer.draft().empty() ? "neither sent nor kept" : "not sent";
+    if (!composer.problem().empty())
+        std::cerr << "lumora-settings: the message was " << lost << ": " << printable(composer.problem()) << std::endl;
+    if (!composer.draft().empty())
+        std::cerr << "lumora-settings: the message is kept as a draft, " << composer.draft().string() << std::endl;
 }
 
 } // namespace
 
 Navigation::Navigation(Show show) : show_(std::move(show)) {
-}
-
-bool Navigation::open(Class pageClass, const std::string& title) {
-    return open(pageClass, title, nullptr);
 }
 
 bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifierRef& row) {
@@ -100,7 +101,7 @@ void Navigation::run(const std::function<void(Navigation&)>& work) {
     Result<void> done = attempt([&] { work(*this); });
     while (!done && !pages_.empty()) {
         complain(pages_.back().className, " fails: ", done.error());
-        if (pages_.size() == 1) return publish(); // not as if it were still being opened
+        if (pages_.size() == 1) return publish(); // so that it is not shown as still being opened
         pages_.pop_back();
         done = attempt([this] { appear(true); });
     }
@@ -112,7 +113,7 @@ void Navigation::handle(std::uint64_t id, const Event& event) {
     std::visit([&](const auto& happened) { take(*page, happened); }, event);
 }
 
-/// Opens what a link names (nothing where that class is not there), chooses an option, calls a button.
+/// Opens what a link names, if that class exists; chooses an option; calls a button.
 void Navigation::take(OpenPage& page, const RowTapped& tap) {
     const PSSpecifierRef tapped = rowAt(*page.controller, tap.row);
     if (!tapped) return;
@@ -134,8 +135,8 @@ void Navigation::take(OpenPage& page, const RowTapped& tap) {
     }
 }
 
-/// Kept on purpose: only the row that was edited reads its value anew. A reply that landed meanwhile must not change the
-/// others under the user's hand.
+/// Kept on purpose: only the row that was edited reads its value again. A reply that landed meanwhile must not change
+/// the others under the user's hand.
 void Navigation::take(OpenPage& page, const ValueChanged& change) {
     const PSSpecifierRef edited = rowAt(*page.controller, change.row);
     if (!edited || !isEditable(*edited)) return;
@@ -199,7 +200,7 @@ void Navigation::back(std::uint64_t id) {
 }
 
 void Navigation::setContentSize(CGSize size) {
-    // A window that is still being set up has no room for a page yet; what shrinks to nothing does not grow back alike.
+    // A window that is still being set up has no room for a page, and what shrinks to nothing does not grow back alike.
     if (size == contentSize_ || size.width <= 0 || size.height <= 0) return;
     contentSize_ = size;
     if (pages_.empty()) return;
@@ -217,20 +218,16 @@ void Navigation::appear(bool animated) {
     OpenPage& top = pages_.back();
     PSListController& page = *top.controller;
     touches_.cancel();
-    if (top.snapshot) publish(Opening{top.className, top.snapshot->title}); // a view made anew may block for good too
+    if (top.snapshot)
+        publish(Opening{top.className, top.snapshot->title}); // making its view again may block for good too
     if (page.view()) page.view()->setFrame({{0, 0}, contentSize_});
     page.viewWillAppear(animated);
     refresh(top);
-    watchView(top);
+    // Something may change by itself in a view, such as an icon that is drawn after its row.
+    if (page.hostsView() && page.view()) page.view()->watchContents(whileOnTop(top.id, &Navigation::refresh));
 }
 
-/// Shows what changes by itself in a view, such as an icon that is drawn when its row is seen already.
-void Navigation::watchView(const OpenPage& page) {
-    if (!page.controller->hostsView() || !page.controller->view()) return;
-    page.controller->view()->watchContents(whileOnTop(page.id, &Navigation::refresh));
-}
-
-/// Shows what a button has presented, and each change of it.
+/// Shows what a button has presented, and every change of it.
 void Navigation::watchComposer(OpenPage& page) {
     const auto composer = composerOf(*page.controller);
     if (!composer || (page.snapshot->composer && page.snapshot->composer->id == composer->id())) return;
@@ -241,12 +238,12 @@ void Navigation::watchComposer(OpenPage& page) {
     showComposer(page);
 }
 
-/// The rows keep the values that they have been shown with, as when one of them is edited.
+/// The rows keep the values that they are shown with, as when one of them is edited.
 void Navigation::showComposer(OpenPage& page) {
     amend(page, [&](PageSnapshot& shown) { addComposer(shown, *page.controller); });
 }
 
-/// Shows the change of a page, unless that is covered or gone by then.
+/// Shows a change of the page, unless the page is covered or gone by then.
 std::function<void()> Navigation::whileOnTop(std::uint64_t id, void (Navigation::*show)(OpenPage&)) {
     return [watched = std::weak_ptr(self_), id, show] {
         const auto self = watched.lock();
@@ -256,13 +253,11 @@ std::function<void()> Navigation::whileOnTop(std::uint64_t id, void (Navigation:
 
 /// Shows the page as it is now.
 void Navigation::refresh(OpenPage& page) {
-    PageSnapshot shown = snapshotOf(*page.controller, page.className, page.id);
-    addComposer(shown, *page.controller);
-    page.snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
+    page.snapshot = std::make_shared<const PageSnapshot>(snapshotOf(*page.controller, page.className, page.id));
     publish();
 }
 
-/// Shows the page as it was shown last, but for one thing.
+/// Shows the page as it was shown last, with one change.
 void Navigation::amend(OpenPage& page, const std::function<void(PageSnapshot&)>& change) {
     PageSnapshot shown = *page.snapshot;
     change(shown);
@@ -270,7 +265,7 @@ void Navigation::amend(OpenPage& page, const std::function<void(PageSnapshot&)>&
     publish();
 }
 
-/// A page that is only being made is not among them.
+/// Leaves out a page that is still being made.
 void Navigation::publish(std::optional<Opening> opening) {
     StackSnapshot stack{{}, std::move(opening)};
     for (const OpenPage& page : pages_)

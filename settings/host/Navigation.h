@@ -13,34 +13,34 @@
 
 namespace settings {
 
-/// The open pages and what a person does to them: makes pages, hands them events, and tells of every change by a
-/// snapshot. Knows nothing of how they are drawn.
+/// Holds the open pages: makes them, hands them what a person does, and shows every change as a snapshot. Does not know
+/// how they are drawn.
 ///
 ///     Navigation navigation([](StackSnapshot snapshot) { … });
 ///     navigation.open(NSClassFromString("LumoraPreferences"), "Lumora");
 ///
-/// Main thread only, and so is the call of `show`. Events name a page by its id; one that comes too late, for a page that
-/// is gone or covered, does nothing.
+/// Main thread only; `show` is called there too. An event names its page by the id, and does nothing when it comes too
+/// late, for a page that is gone or covered.
 class Navigation {
   public:
     using Show = std::function<void(StackSnapshot)>;
     explicit Navigation(Show show);
 
-    /// Makes a page, gives it a title unless that is empty, and puts it on top. `show` is told first that it is being
-    /// made, because making it may block for good. False when the class is null, makes no page, or its init yields
-    /// nothing; and, with a line on standard error, when the page throws or has a null row.
-    bool open(platform::Class pageClass, const std::string& title);
+    /// Makes a page, gives it the title unless that is empty, and puts it on top; `row` is the link that opens it, null
+    /// for none. `show` is told first that the page is being made, as that may block for good. False when the class is
+    /// null or makes no page; and, with a line on standard error, when the page throws or has a null row.
+    bool open(platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row = {});
 
-    /// Does work in which pages may throw: that costs the page on top, unless it is the first, and a line on standard
-    /// error.
+    /// Does work in which pages may throw. If one does, the page on top is closed unless it is the first, and a line on
+    /// standard error says why.
     void run(const std::function<void(Navigation&)>& work);
 
-    /// Does what the event means to the page, and shows what has come of it.
+    /// Does what the event means to the page, and shows the outcome.
     void handle(std::uint64_t page, const Event& event);
-    /// Back from a page to the one before; does nothing on the first page.
+    /// Goes back from a page to the one before; does nothing on the first page.
     void back(std::uint64_t page);
-    /// The content area has a new size. The page's view fills it always; what is in that view follows by its resizing
-    /// mask, and without one keeps its frame until the next appearance.
+    /// Takes the new size of the content area, in points. The page's view always fills it. What is in that view follows
+    /// by its resizing mask, or without one keeps its frame until the page appears again.
     void setContentSize(platform::CGSize size);
 
     /// The page on top, null when none is open.
@@ -54,7 +54,6 @@ class Navigation {
         std::shared_ptr<const PageSnapshot> snapshot;
     };
 
-    bool open(platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row);
     void take(OpenPage& page, const RowTapped& tap);
     void take(OpenPage& page, const ValueChanged& change);
     void take(OpenPage& page, const RowMoved& move);
@@ -64,7 +63,6 @@ class Navigation {
     void take(OpenPage& page, const Composed& composed);
     void changeTable(OpenPage& page, const std::function<void(platform::UITableView&)>& change);
     void appear(bool animated);
-    void watchView(const OpenPage& page);
     void watchComposer(OpenPage& page);
     void showComposer(OpenPage& page);
     [[nodiscard]] std::function<void()> whileOnTop(std::uint64_t id, void (Navigation::*show)(OpenPage&));
@@ -76,8 +74,9 @@ class Navigation {
     Show show_;
     std::vector<OpenPage> pages_;
     platform::CGSize contentSize_{390, 760};
-    platform::UITouchRouter touches_;                                         ///< on the page on top
-    std::shared_ptr<Navigation*> self_ = std::make_shared<Navigation*>(this); ///< watched by what may outlive this
+    platform::UITouchRouter touches_; ///< on the page on top
+    std::shared_ptr<Navigation*> self_ =
+        std::make_shared<Navigation*>(this); ///< watched by callbacks that may outlive this
 };
 
 } // namespace settings

@@ -19,14 +19,14 @@
 
 namespace settings {
 
-/// Immutable pictures of what the main thread holds, made there and handed to the thread that draws.
+/// Immutable pictures of what the main thread holds, made there and handed to the GUI thread. Lengths are in points.
 
 /// One row as it is to be drawn. Fields that a row's kind does not have stay empty.
 struct RowSnapshot {
     int cell = 0; ///< platform::PSCellType
     std::string name;
     std::string identifier;
-    platform::Value value;  ///< what the get operation gave when the snapshot was made
+    platform::Value value;  ///< what the row's get operation gave for this snapshot
     std::string valueTitle; ///< of an option list: the short title of the stored value, empty for none
     std::string footerText;
     std::string placeholder;
@@ -37,11 +37,11 @@ struct RowSnapshot {
     std::vector<platform::Value> values;
     std::string detail; ///< name of the page class that the row opens
     platform::UIImageRef icon;
-    bool marked = false; ///< of an option: it is the stored one
+    bool marked = false; ///< of an option: whether it is the stored one
 };
 
-/// One view and what is in it; frames are relative to the parent. Hidden views are left out. From the back: the layer's
-/// shadow and background, the image or the drawing, both stretched over the view, the subviews, the layer's border.
+/// One view and what is in it, without hidden views; frames are relative to the parent. Drawn from back to front: the
+/// layer's shadow and background, the image or the drawing, both stretched over the view, the subviews, the border.
 struct ViewSnapshot {
     std::string className;
     platform::CGRect frame;
@@ -52,11 +52,11 @@ struct ViewSnapshot {
     friend bool operator==(const ViewSnapshot&, const ViewSnapshot&) = default;
 };
 
-/// A text that scrolls by itself, and cannot be edited.
+/// A text that scrolls by itself and cannot be edited.
 struct TextSnapshot {
-    std::uint64_t id = 0;   ///< tells texts apart: a page that appears again has another one, which begins at its top
+    std::uint64_t id = 0;   ///< tells texts apart: a page that appears again has a new one, which begins at its top
     platform::CGRect frame; ///< on the page
-    std::shared_ptr<const std::string> text; ///< never null; another one is another text
+    std::shared_ptr<const std::string> text; ///< never null; a new text has a new pointer
     platform::UIFontRef font;
     bool selectable = false;
     friend bool operator==(const TextSnapshot&, const TextSnapshot&) = default;
@@ -69,26 +69,27 @@ struct CellSnapshot {
     platform::UIImageRef image;
     bool movable = false;       ///< has a handle to drag it by
     int editingStyle = 0;       ///< platform::UITableViewCellEditingStyle
-    bool indented = false;      ///< has room for the sign of that
+    bool indented = false;      ///< leaves room for the sign of that style
     bool marked = false;        ///< bears a checkmark
     platform::UIFontRef font{}; ///< of the title; null for the table's usual one
     friend bool operator==(const CellSnapshot&, const CellSnapshot&) = default;
 };
 
+/// The table on a page.
 struct TableSnapshot {
-    std::uint64_t id = 0;   ///< tells tables apart: a page that appears again has another one, which begins at its top
+    std::uint64_t id = 0;   ///< tells tables apart: a page that appears again has a new one, which begins at its top
     platform::CGRect frame; ///< on the page
     platform::TableLayout layout;
     std::map<platform::NSIndexPath, CellSnapshot> cells; ///< of the rows in view
-    bool grouped = true;                           ///< its rows stand apart from the sides, in boxes with round corners
+    bool grouped = true;                           ///< its rows stand in boxes with round corners, away from the sides
     bool selectable = false;                       ///< a tap on a row means something
     std::optional<platform::NSIndexPath> selected; ///< the row that was tapped, until it is deselected
-    bool deselectsAnimated = false;                ///< as the last one was
+    bool deselectsAnimated = false;                ///< whether the row selected last fades
     platform::TableScrollRequest scroll;
 };
 
-/// What whoever draws a table tells of it: the part for which cells are to be made, in the table's own coordinates, and
-/// how high it drew the headers and footers (one entry for each section).
+/// What the window tells of a table that it draws: the part to make cells for, in the table's own coordinates, and the
+/// heights of the headers and footers as they are drawn, one entry for each section.
 struct TableViewport {
     struct Heights {
         double header = 0;
@@ -101,23 +102,23 @@ struct TableViewport {
     friend bool operator==(const TableViewport&, const TableViewport&) = default;
 };
 
-/// Something on a page that the keyboard and assistive tools reach by what a touch would do.
+/// Something on a page that the keyboard and assistive tools reach; they do what a touch would do.
 using ElementSnapshot = platform::UIAccessibilityElement;
 
-/// A file that goes with a message.
+/// A file attached to a message.
 struct AttachmentSnapshot {
     std::string name;
     std::uint64_t size = 0; ///< in bytes
 };
 
-/// A message that is being composed over a page. Its text is what the composer began with: what the user makes of it is
-/// known only to who draws it, until it is sent or saved.
+/// A message that is being composed over a page. Its text is the one that the composer began with: the window alone
+/// knows the edited text, until that is sent or saved.
 struct ComposerSnapshot {
     std::uint64_t id = 0; ///< tells composers apart
     platform::MailText text;
     std::vector<AttachmentSnapshot> attachments;
     bool working = false; ///< being sent or kept
-    std::string problem;  ///< why the last try did not end it, empty for none
+    std::string problem;  ///< why the last try to send or keep it failed, empty for none
 };
 
 struct PageSnapshot {
@@ -131,7 +132,7 @@ struct PageSnapshot {
     std::vector<ElementSnapshot> elements;      ///< of that view, back to front; frames are on the page
     bool hostsView = false;
     std::shared_ptr<const ComposerSnapshot> composer; ///< what the page presents over itself, null for nothing
-    bool presentsAnimated = true;                     ///< it is to be seen coming and, once it is null, going
+    bool presentsAnimated = true;                     ///< whether that slides in and, once it is null, out
 };
 
 /// A page that is being made or is about to appear: what the main thread may be waiting for.

@@ -32,7 +32,7 @@ std::string text(const PSSpecifier& row, const std::string& key) {
     return std::string(value.text() ? *value.text() : std::string_view());
 }
 
-/// The lists of an option list correspond by position but nobody has checked that they are equally long.
+/// The lists of an option list correspond by position, but may differ in length.
 std::string shortTitleOf(const PSSpecifier& row, const Value& value) {
     const int index = indexOfOption(row, value);
     if (index < 0) return {};
@@ -80,7 +80,7 @@ std::string classNameOf(const UIView& view) {
     return colons == std::string::npos ? name : name.substr(colons + 2);
 }
 
-/// The first of that class in a view that is seen.
+/// The first view of that class in a view, itself included, and hidden ones left out; null for none.
 template<class Kind>
 Kind* firstIn(UIView& view) {
     if (view.isHidden()) return nullptr;
@@ -90,13 +90,11 @@ Kind* firstIn(UIView& view) {
     return nullptr;
 }
 
-/// A rectangle of a view's own, in the coordinates of the page that shows the view.
+/// From the coordinates of a view to those of the page that shows it.
 CGRect onPage(CGRect frame, const UIView& view) {
-    frame.origin.x += view.frame().origin.x;
-    frame.origin.y += view.frame().origin.y;
-    for (const UIView* parent = view.superview(); parent; parent = parent->superview()) {
-        frame.origin.x += parent->frame().origin.x;
-        frame.origin.y += parent->frame().origin.y;
+    for (const UIView* each = &view; each; each = each->superview()) {
+        frame.origin.x += each->frame().origin.x;
+        frame.origin.y += each->frame().origin.y;
     }
     return frame;
 }
@@ -134,7 +132,7 @@ TextSnapshot snapshotOf(const UITextView& view) {
     return {view.id(), onPage(view.bounds(), view), view.sharedText(), view.font(), view.isSelectable()};
 }
 
-/// What two rectangles share; without a side when that is nothing.
+/// What two rectangles share; without width or height when that is nothing.
 CGRect intersection(const CGRect& one, const CGRect& other) {
     const double left = std::max(one.origin.x, other.origin.x);
     const double top = std::max(one.origin.y, other.origin.y);
@@ -143,7 +141,7 @@ CGRect intersection(const CGRect& one, const CGRect& other) {
     return CGRectMake(left, top, std::max(0.0, right - left), std::max(0.0, bottom - top));
 }
 
-/// Only what a touch can reach: no touch begins beyond the page's end.
+/// Adds only what a touch can reach, as no touch begins beyond the page's end.
 void addElements(std::vector<ElementSnapshot>& elements, const UIView& view, const CGRect& page) {
     if (view.isHidden()) return;
     for (UIAccessibilityElement& element : view.accessibilityElements()) {
@@ -166,7 +164,7 @@ ViewSnapshot pictureOf(const UIView& view) {
     return shown;
 }
 
-/// What is seen of a page that hosts a view.
+/// Adds what is seen of the view that a page hosts.
 void addView(PageSnapshot& shown, UIView& view) {
     if (view.isHidden()) return;
     shown.view = std::make_shared<const ViewSnapshot>(settings::snapshotOf(view));
@@ -185,13 +183,13 @@ PageSnapshot snapshotOf(PSListController& page, const std::string& className, st
     shown.className = className;
     shown.title = titleOf(page);
     shown.hostsView = page.hostsView();
+    addComposer(shown, page);
     if (page.hostsView()) {
         if (page.view()) addView(shown, *page.view());
         return shown;
     }
     if (const PSSpecifierList rows = page.specifiers()) {
-        if (std::find(rows->begin(), rows->end(), nullptr) != rows->end())
-            throw std::runtime_error("it has a null row");
+        if (std::ranges::count(*rows, nullptr) > 0) throw std::runtime_error("it has a null row");
         for (std::size_t i = 0; i < rows->size(); ++i)
             shown.rows.push_back(snapshotOf(page, *(*rows)[i], i));
     }
@@ -200,6 +198,21 @@ PageSnapshot snapshotOf(PSListController& page, const std::string& className, st
 
 RowSnapshot snapshotOf(PSListController& page, std::size_t row) {
     return snapshotOf(page, *page.specifiers()->at(row), row);
+}
+
+std::shared_ptr<MFMailComposeViewController> composerOf(const PSListController& page) {
+    return std::dynamic_pointer_cast<MFMailComposeViewController>(page.presentedViewController());
+}
+
+void addComposer(PageSnapshot& shown, const PSListController& page) {
+    shown.composer = nullptr;
+    shown.presentsAnimated = page.presentsAnimated();
+    const auto composer = composerOf(page);
+    if (!composer) return;
+    ComposerSnapshot message{composer->id(), composer->message().text, {}, composer->isWorking(), composer->problem()};
+    for (const MailAttachment& attachment : composer->message().attachments)
+        message.attachments.push_back({attachment.fileName, attachment.data->size()});
+    shown.composer = std::make_shared<const ComposerSnapshot>(std::move(message));
 }
 
 UITableView* tableOf(const PSListController& page) {

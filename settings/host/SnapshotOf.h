@@ -1,24 +1,35 @@
 #pragma once
 
+#include "platform/mail/MFMailComposeViewController.h"
 #include "platform/preferences/PSListController.h"
 #include "platform/ui/UITableView.h"
 #include "settings/host/Snapshot.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace settings {
 
-/// The picture of a page as it stands: asks for its rows and reads each editable row's value. Main thread.
+/// Pictures of what pages hold. All of it is for the main thread.
+
+/// A page as it stands, with what it presents. Asks for its rows and reads the value of each; throws what the page
+/// throws, and for a null row.
 [[nodiscard]] PageSnapshot snapshotOf(platform::PSListController& page, const std::string& className, std::uint64_t id);
 
-/// The picture of one row of a page, its value read anew. Main thread.
+/// One row of a page, its value read again.
 [[nodiscard]] RowSnapshot snapshotOf(platform::PSListController& page, std::size_t row);
 
-/// The table that a page's view is or holds, the first of them; null for none. Main thread.
+/// The message that the page presents over itself; null for none.
+[[nodiscard]] std::shared_ptr<platform::MFMailComposeViewController> composerOf(const platform::PSListController& page);
+
+/// Puts into the picture of a page what the page presents over itself.
+void addComposer(PageSnapshot& shown, const platform::PSListController& page);
+
+/// The first table in a page's view, which may be the view itself; null for none.
 [[nodiscard]] platform::UITableView* tableOf(const platform::PSListController& page);
 
-/// The picture of a view and of all that is seen in it, which lays itself out and draws first. Main thread.
+/// A view and all that is seen in it, after it has laid itself out and drawn.
 [[nodiscard]] ViewSnapshot snapshotOf(platform::UIView& view);
 
 } // namespace settings
