@@ -13,7 +13,7 @@ namespace settings {
 
 /// A message that is being composed over a page, as QML draws it. GUI thread.
 ///
-/// The texts are those that the message began with: what draws them hands over what was made of them.
+/// Its texts are those that composing began with; QML keeps the edited ones and passes them to each operation.
 class ComposerModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -21,7 +21,7 @@ class ComposerModel : public QObject {
     Q_PROPERTY(QString to READ to CONSTANT)
     Q_PROPERTY(QString subject READ subject CONSTANT)
     Q_PROPERTY(QString body READ body CONSTANT)
-    /// Of each its "name" and, for a person to read, its "size".
+    /// Maps of "name" and "size", which is text for a person to read.
     Q_PROPERTY(QVariantList attachments READ attachments CONSTANT)
     Q_PROPERTY(bool working READ working NOTIFY changed)
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
@@ -43,7 +43,7 @@ class ComposerModel : public QObject {
     Q_INVOKABLE void send(const QString& to, const QString& subject, const QString& body);
     Q_INVOKABLE void saveDraft(const QString& to, const QString& subject, const QString& body);
     Q_INVOKABLE void cancel();
-    /// The window is closed: what is not being sent is to be kept.
+    /// For closing the window: the message is kept unless it is being sent.
     Q_INVOKABLE void leave(const QString& to, const QString& subject, const QString& body);
 
   signals:

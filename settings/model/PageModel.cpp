@@ -8,12 +8,12 @@
 namespace settings {
 namespace {
 
-/// Each snapshot has views of its own, but what is in them seldom changes.
+/// Each snapshot has views of its own, but their contents seldom change.
 bool isSame(const std::shared_ptr<const ViewSnapshot>& one, const std::shared_ptr<const ViewSnapshot>& other) {
     return one && other ? *one == *other : one == other;
 }
 
-/// From the top to the bottom, in a line from the left to the right.
+/// From top to bottom, and from left to right in a line.
 std::vector<ElementSnapshot> inReadingOrder(std::vector<ElementSnapshot> elements) {
     std::ranges::stable_sort(elements, {}, [](const ElementSnapshot& element) {
         return std::pair(element.frame.origin.y, element.frame.origin.x);
@@ -50,7 +50,7 @@ void PageModel::readParts() {
     readPart(composer_, page_->composer, send_);
 }
 
-/// What a page has one of, or none. Its model lives on for as long as it is the same one.
+/// Takes up what a page has one of, or none. The model lives on while that is the same one.
 template<class Model, class Part, class... Context>
 void PageModel::readPart(Model*& model, const std::shared_ptr<const Part>& part, const Context&... context) {
     if (model && part && model->id() == part->id) return model->read(part);

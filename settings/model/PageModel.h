@@ -37,11 +37,11 @@ class GroupModel : public QObject {
     QQmlListProperty<RowModel> drawnRows() { return {this, &rows}; }
 };
 
-/// A page, as QML draws it: groups of rows, or one view that fills it, the table or text in that view, and what the
+/// A page, as QML draws it: groups of rows, or one view that fills it, with the table or text in that view and what the
 /// keyboard reaches there. GUI thread.
 ///
-/// While the rows stay the same rows, a newer snapshot changes their values only, so that what draws them, and the
-/// keyboard focus in it, lives on. So it is with the elements of a view.
+/// While the rows stay the same rows, a newer snapshot changes only their values, so that what draws them lives on, and
+/// the keyboard focus in it. The same goes for the elements of a view.
 class PageModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -65,18 +65,18 @@ class PageModel : public QObject {
     [[nodiscard]] TableModel* table() const { return table_; }
     /// Null when the page has no text.
     [[nodiscard]] TextModel* text() const { return text_; }
-    /// In the order in which one reads.
+    /// In reading order.
     [[nodiscard]] const QList<ElementModel*>& elements() const { return elements_; }
     /// Null when no message is being composed.
     [[nodiscard]] ComposerModel* composer() const { return composer_; }
-    /// It is to be seen coming or, when it is null, going.
+    /// Whether the composer slides in or, when it is null, out.
     [[nodiscard]] bool presentsAnimated() const { return page_->presentsAnimated; }
     [[nodiscard]] const PageSnapshot& snapshot() const { return *page_; }
 
     /// Takes up a newer snapshot of the same page.
     void read(std::shared_ptr<const PageSnapshot> page);
 
-    /// Fingers on the page's view, all that come at one time together; places are on the page.
+    /// Hands on the fingers of one event on the page's view; places are in points of the page.
     void touch(const std::vector<platform::UITouchRouter::Point>& points);
 
   signals:

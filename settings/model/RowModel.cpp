@@ -53,7 +53,7 @@ double RowModel::number() const {
     return std::isnan(number) ? minimum() : std::clamp(number, minimum(), maximum());
 }
 
-/// Only text and numbers have a written form in a field; anything else is left out, as nil is.
+/// A field shows text and numbers; it shows anything else as empty, like nil.
 QString RowModel::text() const {
     if (const std::string_view* text = row_.value.text()) return QString::fromUtf8(*text);
     return row_.value.isNumber() ? QString::fromStdString(description(row_.value)) : QString();
@@ -71,13 +71,13 @@ void RowModel::read(const RowSnapshot& row) {
 }
 
 void RowModel::slide(double number) {
-    // Six decimals are finer than any hand and keep steps from leaving 0.30000000000000004 behind.
+    // Six decimals are finer than any hand, and steps leave no 0.30000000000000004 behind.
     const double rounded = std::round(number * 1e6) / 1e6;
     change(std::clamp(rounded, minimum(), maximum()));
 }
 
 QString RowModel::shown(double number) const {
-    if (std::abs(number) >= 1e7) return QString::number(number, 'g', 4); // in a row there is no room for all digits
+    if (std::abs(number) >= 1e7) return QString::number(number, 'g', 4); // a row has no room for all digits
     const int decimals = maximum() - minimum() > 10 ? 1 : 2;
     return QString::number(number, 'f', decimals);
 }

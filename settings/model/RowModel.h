@@ -13,10 +13,10 @@
 
 namespace settings {
 
-/// One row, as QML draws it. What kind of row it is never changes; its value does, with each snapshot. GUI thread.
+/// One row, as QML draws it. Its kind and its texts never change; its value does, with each snapshot. GUI thread.
 ///
-/// Values come from another process and are of any kind: one that does not fit reads as the platform draws nil, a
-/// switch as off, a slider at its minimum, a field as empty, an option list with nothing chosen.
+/// Values come from another process and may be of any kind. One that does not fit reads as nil does: a switch is off, a
+/// slider at its minimum, a field empty, an option list without a choice.
 class RowModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -40,7 +40,7 @@ class RowModel : public QObject {
     Q_PROPERTY(bool marked READ marked NOTIFY valueRead)
 
   public:
-    /// The platform's kinds of rows. A row may be of none of them.
+    /// The platform's kinds of rows. A row may also be of another kind.
     enum Cell : int {
         GroupCell = platform::PSGroupCell,
         LinkCell = platform::PSLinkCell,
@@ -55,7 +55,7 @@ class RowModel : public QObject {
     };
     Q_ENUM(Cell)
 
-    /// What is around a row and gives it its accessible texts.
+    /// What is around a row, for its accessible texts.
     struct Surroundings {
         QString header;
         QString footer;
@@ -82,7 +82,7 @@ class RowModel : public QObject {
     /// Holds a platform::UIImageRef, for an IconItem; undefined for none.
     [[nodiscard]] QVariant icon() const { return row_.icon ? QVariant::fromValue(row_.icon) : QVariant(); }
 
-    /// False when the row is another one: of another kind, or with another text.
+    /// Whether the snapshot is of this row still: of the same kind and with the same texts.
     [[nodiscard]] bool isSameRow(const RowSnapshot& row) const;
     /// Takes up a newer snapshot of the same row.
     void read(const RowSnapshot& row);
@@ -91,12 +91,12 @@ class RowModel : public QObject {
     Q_INVOKABLE void toggle(bool on) { change(on); }
     Q_INVOKABLE void slide(double number);
     Q_INVOKABLE void write(const QString& text) { change(text.toStdString()); }
-    /// A slider's number as it is shown beside it.
+    /// A slider's number as text beside it.
     Q_INVOKABLE [[nodiscard]] QString shown(double number) const;
 
   signals:
-    /// A snapshot has come and nothing that the user did since is still on its way: controls settle on the value, even
-    /// when it is the one that it was.
+    /// A snapshot has come, and all that the user has done is in it: controls settle on the value, even when it is the
+    /// same as before.
     void valueRead();
 
   private:

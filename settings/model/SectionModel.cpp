@@ -9,7 +9,7 @@ namespace {
 
 using Row = SectionModel::Row;
 
-/// What QML knows of a row by that name. Its number in the list below is the role.
+/// A text or value of a row, and its name in QML. Its number in the list below is the role.
 struct Role {
     const char* name;
     QVariant (*read)(const Row& row);
@@ -34,7 +34,7 @@ constexpr Role kRoles[] = {
     {"marked", [](const Row& row) -> QVariant { return row.cell.marked; }},
 };
 
-/// The row of that position in the section; null when the rows, which stand in order, lack it.
+/// The row at that position in the section, null for none; the rows are in order.
 const Row* rowIn(const std::vector<Row>& rows, int row) {
     const auto found = std::ranges::lower_bound(rows, row, {}, &Row::row);
     return found != rows.end() && found->row == row ? &*found : nullptr;

@@ -10,8 +10,8 @@
 
 namespace settings {
 
-/// A section of a table, as QML draws it: its header and footer, and as a list model those of its rows that are in
-/// view. A row that stays in view keeps its item, whatever comes and goes around it. GUI thread.
+/// A section of a table, as QML draws it: its header and footer, and a list model of its rows in view. A row that stays
+/// in view keeps its item, whatever comes and goes around it. Lengths are in points, places in the table. GUI thread.
 class SectionModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -52,15 +52,15 @@ class SectionModel : public QAbstractListModel {
     [[nodiscard]] double footerTop() const { return place_.footerTop; }
     [[nodiscard]] double rowHeight() const { return place_.rowHeight; }
     [[nodiscard]] int total() const { return place_.total; }
-    /// As drawn; until then what the snapshot supposes.
+    /// As drawn; before that, what the snapshot supposes.
     [[nodiscard]] double headerHeight() const { return headerHeight_; }
     [[nodiscard]] double footerHeight() const { return footerHeight_; }
 
     void read(const platform::TableSection& section);
     void put(const Place& place);
-    /// The rows in view, in order.
+    /// Takes the rows in view, in order.
     void show(std::vector<Row> rows);
-    /// The row of that position in the section, null when it is out of view.
+    /// The row in view at that position in the section, null for none.
     [[nodiscard]] const Row* find(int row) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent) const override;

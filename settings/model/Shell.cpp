@@ -24,9 +24,9 @@ constexpr auto kNoticeable = 200ms;
 constexpr auto kBothTimeOuts =
     std::chrono::round<std::chrono::milliseconds>(1s * (lumora::kSendTimeout + lumora::kReceiveTimeout));
 constexpr auto kSpare = 200ms;
-/// A page may work that long, as when a few plug-ins are probed that do not answer.
+/// For as long a page may work, as when it probes a few plug-ins that do not answer.
 constexpr auto kWorkAtMost = 30s;
-/// Somewhat longer than sending a message may take.
+/// A little longer than sending a message may take.
 constexpr std::chrono::milliseconds kMailAtMost = 130s;
 
 QString titleOf(const Opening& opening) {
@@ -66,18 +66,6 @@ void Shell::post(std::function<void(Navigation&)> work, std::function<void()> do
 /// Hands work from the main thread to this one.
 void Shell::later(std::function<void()> work) {
     QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
-}
-
-void Shell::setDark(bool dark) {
-    if (std::exchange(dark_, dark) != dark) emit darkChanged();
-}
-
-void Shell::setTextSize(int percent) {
-    if (std::exchange(textSize_, percent) != percent) emit textSizeChanged();
-}
-
-void Shell::setAnimated(bool animated) {
-    if (std::exchange(animated_, animated) != animated) emit animatedChanged();
 }
 
 QString Shell::waitingTitle() const {
@@ -165,7 +153,7 @@ void Shell::take(const StackSnapshot& stack) {
     if (waiting()) emit waitingChanged();
 }
 
-/// What ends shows that the main thread goes on, however much is still to be done; what begins may have to queue.
+/// The end of any work shows that the main thread goes on, however much is left to do; new work may have to queue.
 void Shell::setBusy(int change) {
     const bool queues = change > 0 && workUnderWay_ > 0;
     workUnderWay_ += change;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <set>
+#include <tuple>
 #include <utility>
 
 namespace settings {
@@ -17,7 +18,7 @@ namespace {
 
 constexpr int kRowsAround = 4; ///< beyond each end of what is seen, so that a slow scroll shows no empty rows
 
-/// No cell is without any name.
+/// Every cell has one name or the other.
 bool hasCome(const CellSnapshot& cell) {
     return !cell.title.empty() || !cell.identifier.empty();
 }
@@ -53,28 +54,25 @@ void TableModel::setCurrent(int place) {
 
 void TableModel::read(std::shared_ptr<const TableSnapshot> table) {
     latest_ = std::move(table);
-    // While a move is under way nobody can tell whether the snapshot was made before it or after.
+    // While a move is under way, the snapshot may have been made before it or after.
     if (movesUnderWay_.empty()) take();
 }
 
 void TableModel::take() {
-    const bool sameFrame = shown_.frame == latest_->frame;
-    const bool sameStyle = shown_.grouped == latest_->grouped;
-    const bool sameUse = shown_.selectable == latest_->selectable;
-    const bool sameWay = shown_.deselectsAnimated == latest_->deselectsAnimated;
+    const auto look = [this] {
+        return std::tuple(shown_.frame, shown_.grouped, shown_.selectable, shown_.deselectsAnimated);
+    };
+    const auto lookBefore = look();
     const int selectedBefore = selected();
-    // A row in the user's hand is held by an item that goes away with its section.
+    // The item of the row in the user's hand goes away with its section.
     if (latest_->layout.sectionCount() != shown_.layout.sectionCount()) putBack();
     shown_ = *latest_;
     for (const Move& move : movesUnderWay_)
         apply(move);
     const QList<SectionModel*> former = makeSections();
     measure();
-    // Nobody is told before everything has its place.
-    if (!sameFrame) emit frameChanged();
-    if (!sameStyle) emit groupedChanged();
-    if (!sameUse) emit selectableChanged();
-    if (!sameWay) emit deselectsAnimatedChanged(); // first, because it is about how the selected row changes
+    // Signals wait until everything has its place.
+    if (look() != lookBefore) emit lookChanged(); // first, because it says how the selected row changes
     if (selected() != selectedBefore) emit selectedChanged();
     if (former != sections_) {
         emit sectionsChanged();
@@ -84,7 +82,7 @@ void TableModel::take() {
     if (isScrollAsked()) emit scrollAsked();
 }
 
-/// What the main thread will do too, unless its rows are others by now.
+/// Does what the main thread will do too, unless its rows are others by now.
 void TableModel::apply(const Move& move) {
     if (!shown_.layout.canMove(move.from, move.to)) return;
     shown_.layout = shown_.layout.moved(move.from, move.to);
@@ -92,7 +90,7 @@ void TableModel::apply(const Move& move) {
     shown_.cells.insert_or_assign(move.to, move.cell);
 }
 
-/// Gives back those that there were before, which are the same ones as long as there are as many.
+/// Makes the sections anew if their number has changed. Returns the former ones, which may still be in use.
 QList<SectionModel*> TableModel::makeSections() {
     if (sections_.size() == shown_.layout.sectionCount()) {
         for (int i = 0; i < sections_.size(); ++i)
@@ -107,7 +105,7 @@ QList<SectionModel*> TableModel::makeSections() {
     return former;
 }
 
-/// Lays everything out by what is shown and by the heights as they were drawn.
+/// Lays everything out by what is shown and by the heights as drawn.
 void TableModel::measure() {
     const int before = current();
     layout_ = shown_.layout;
@@ -132,7 +130,7 @@ void TableModel::show(double top, double height) {
     place();
 }
 
-/// How far beyond what is seen rows are made.
+/// How far rows are made beyond what is seen.
 double TableModel::margin() const {
     double rowHeight = 0;
     for (const auto& section : layout_.sections())
@@ -140,7 +138,7 @@ double TableModel::margin() const {
     return kRowsAround * rowHeight;
 }
 
-/// Gives every section and every row in view its place. The current and the lifted row exist even out of view, because
+/// Gives every section and every row in view its place. The current and the lifted row exist out of view too, because
 /// the focus and the hand are on them.
 void TableModel::place() {
     const TableLayout arranged = arrangement();
@@ -179,10 +177,9 @@ void TableModel::tap(int place) {
     tapsUnderWay_.push_back(layout_.pathOf(place));
     emit selectedChanged();
     send_(TableRowTapped{tapsUnderWay_.back()}, [self = QPointer(this)] {
-        TableModel* const table = self.data();
-        if (!table) return;
-        table->tapsUnderWay_.pop_front();
-        emit table->selectedChanged();
+        if (!self) return;
+        self->tapsUnderWay_.pop_front();
+        emit self->selectedChanged();
     });
 }
 
@@ -206,7 +203,7 @@ void TableModel::scrollDone() {
     setCurrent(layout_.placeOf(shown_.scroll.row));
 }
 
-/// Whether a row may move whose cell has not come is for the main thread to say, which is asked of every move anyway.
+/// True for a row whose cell has not come: the main thread decides, as it is asked about every move anyway.
 bool TableModel::isMovable(NSIndexPath path) const {
     if (!layout_.hasRow(path)) return false;
     const SectionModel::Row* row = sections_[path.section]->find(path.row);
@@ -240,7 +237,7 @@ void TableModel::drop() {
     if (!lifted_) return;
     const NSIndexPath from = *lifted_;
     lifted_.reset();
-    emit liftedChanged(); // first, because rows that stand where they should are not to move any more
+    emit liftedChanged(); // first, because rows that stand where they should must not move any more
     move(from, target_);
 }
 
@@ -257,16 +254,15 @@ void TableModel::move(NSIndexPath from, NSIndexPath to) {
     apply(movesUnderWay_.back());
     current_ = to;
     send_(RowMoved{from, to}, [self = QPointer(this)] {
-        TableModel* const table = self.data();
-        if (!table) return;
-        table->movesUnderWay_.pop_front();
-        table->take();
+        if (!self) return;
+        self->movesUnderWay_.pop_front();
+        self->take();
     });
     measure();
     emit currentChanged();
 }
 
-/// At most once each turn of the event loop, and after any move that has been handed on in it.
+/// Reports at most once in each turn of the event loop, after any move that was handed on in it.
 void TableModel::reportSoon() {
     if (std::exchange(reportDue_, true)) return;
     QMetaObject::invokeMethod(this, &TableModel::report, Qt::QueuedConnection);

@@ -17,26 +17,26 @@
 
 namespace settings {
 
-/// A page's table, as QML draws it: sections, of whose rows only those in view exist, and a few around them. GUI
-/// thread.
+/// A page's table, as QML draws it: its sections, with the rows in view and a few around them. Lengths are in points.
+/// GUI thread.
 ///
-/// Rows are named by their place, counted over all sections. A moved row stands where the user's hand has put it from
-/// then on: a snapshot is taken up together with the moves that have not arrived yet. While a row is lifted nothing is
-/// moved yet: the other rows only make room, and the lifted one's own place goes along as an empty gap.
+/// Rows are named by their place, counted over all sections. A moved row stays where the user's hand has put it: each
+/// snapshot is taken up together with the moves that have not arrived yet. While a row is lifted, nothing is moved yet:
+/// the other rows make room, and the lifted row's own place travels along as an empty gap.
 class TableModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Tables come from snapshots")
 
-    Q_PROPERTY(QRectF frame READ frame NOTIFY frameChanged)
+    Q_PROPERTY(QRectF frame READ frame NOTIFY lookChanged)
     Q_PROPERTY(QQmlListProperty<settings::SectionModel> sections READ drawnSections NOTIFY sectionsChanged)
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY placed)
     Q_PROPERTY(int total READ total NOTIFY placed)
     Q_PROPERTY(int current READ current WRITE setCurrent NOTIFY currentChanged)
-    Q_PROPERTY(bool grouped READ grouped NOTIFY groupedChanged)
-    Q_PROPERTY(bool selectable READ selectable NOTIFY selectableChanged)
+    Q_PROPERTY(bool grouped READ grouped NOTIFY lookChanged)
+    Q_PROPERTY(bool selectable READ selectable NOTIFY lookChanged)
     Q_PROPERTY(int selected READ selected NOTIFY selectedChanged)
-    Q_PROPERTY(bool deselectsAnimated READ deselectsAnimated NOTIFY deselectsAnimatedChanged)
+    Q_PROPERTY(bool deselectsAnimated READ deselectsAnimated NOTIFY lookChanged)
     Q_PROPERTY(int lifted READ lifted NOTIFY liftedChanged)
 
   public:
@@ -45,17 +45,16 @@ class TableModel : public QObject {
     [[nodiscard]] QRectF frame() const;
     [[nodiscard]] double contentHeight() const { return arrangement().height(); }
     [[nodiscard]] int total() const { return layout_.rowTotal(); }
-    /// The row that has the keyboard focus when the table has it, -1 when there are no rows.
+    /// The row that has the keyboard focus while the table has it, -1 when there are no rows.
     [[nodiscard]] int current() const { return total() > 0 ? layout_.placeOf(current_) : -1; }
     void setCurrent(int place);
-    /// Rows stand apart from the sides, in boxes with round corners.
+    /// Rows stand in boxes with round corners, away from the sides.
     [[nodiscard]] bool grouped() const { return shown_.grouped; }
     /// A tap on a row means something.
     [[nodiscard]] bool selectable() const { return shown_.selectable; }
-    /// The row that was tapped, -1 for none. It stays so until the page has taken the tap, and then for as long as the
-    /// page wants.
+    /// The row that was tapped, -1 for none. Stays selected until the page has taken the tap, and then as the page wants.
     [[nodiscard]] int selected() const;
-    /// The row that was selected last is to be seen fading.
+    /// The row that was selected last fades.
     [[nodiscard]] bool deselectsAnimated() const { return shown_.deselectsAnimated; }
     /// The row in the user's hand, -1 for none.
     [[nodiscard]] int lifted() const { return lifted_ ? layout_.placeOf(*lifted_) : -1; }
@@ -64,42 +63,41 @@ class TableModel : public QObject {
     /// Takes up a newer snapshot of the same table.
     void read(std::shared_ptr<const TableSnapshot> table);
 
-    /// The part that is seen, in points from the table's top.
+    /// Makes the rows of the part that is seen, which begins at `top` from the table's top.
     Q_INVOKABLE void show(double top, double height);
+    /// 0 where there is no such row.
     Q_INVOKABLE [[nodiscard]] double topOf(int place) const;
     Q_INVOKABLE [[nodiscard]] double heightOf(int place) const;
 
-    /// The user has tapped a row, which becomes the current one.
+    /// Takes the user's tap on a row, which becomes the current one.
     Q_INVOKABLE void tap(int place);
 
-    /// Whether the page wants a row to be seen, and that has not been done.
+    /// Whether the page wants to have a row scrolled into view and that has not been done.
     Q_INVOKABLE [[nodiscard]] bool isScrollAsked() const;
-    /// Where what is seen then has its top, of what is so high and has its top there now. It may be beyond the ends.
+    /// The new top for a view of that height whose top is `top` now. May lie beyond the ends.
     Q_INVOKABLE [[nodiscard]] double askedTop(double top, double height) const;
     Q_INVOKABLE [[nodiscard]] bool isAskedAnimated() const { return shown_.scroll.animated; }
-    /// It has been done: the row is the current one then.
+    /// To be called when it has been done: the row becomes the current one.
     Q_INVOKABLE void scrollDone();
 
-    /// Moves a row by one step down (1) or up (-1), over the border of a section too, and makes it the current one.
-    /// Does nothing at the very ends, and with rows that cannot be moved.
+    /// Moves a row by one step down (1) or up (-1), across sections too, and makes it the current one. Does nothing at
+    /// the ends of the table and with rows that cannot be moved.
     Q_INVOKABLE void step(int place, int by);
     Q_INVOKABLE void lift(int place);
-    /// The lifted row's top edge is there now.
+    /// Takes the lifted row's top edge there.
     Q_INVOKABLE void carry(double top);
-    /// The lifted row goes to the place nearest to where it is.
+    /// Moves the lifted row to the place nearest to where it is.
     Q_INVOKABLE void drop();
+    /// Leaves the lifted row where it was.
     Q_INVOKABLE void putBack();
 
   signals:
-    void frameChanged();
+    void lookChanged();
     void sectionsChanged();
     void placed();
     void currentChanged();
     void liftedChanged();
-    void groupedChanged();
-    void selectableChanged();
     void selectedChanged();
-    void deselectsAnimatedChanged();
     void scrollAsked();
 
   private:
@@ -126,7 +124,7 @@ class TableModel : public QObject {
 
     SendEvent send_;
     std::shared_ptr<const TableSnapshot> latest_;
-    TableSnapshot shown_;          ///< the latest one when it was taken up, and every move since
+    TableSnapshot shown_;          ///< the snapshot that was taken up, with every move since
     platform::TableLayout layout_; ///< the same by the heights as drawn, without regard to a lifted row
     QList<SectionModel*> sections_;
     double top_ = 0;

@@ -7,10 +7,10 @@ namespace settings {
 
 namespace {
 
-/// In bytes: some screens of text, laid out in a moment.
+/// In bytes: a few screens of text, which are laid out in a moment.
 constexpr std::size_t kLongestPiece = 8192;
 
-/// How much of the text is the first piece: up to its last line break, else its last space, else its last character.
+/// How long the first piece is: up to its last line break, or else its last space, or else its last character.
 std::size_t lengthOfPiece(std::string_view text) {
     if (text.size() <= kLongestPiece) return text.size();
     for (const char end : {'\n', ' '})
@@ -42,7 +42,7 @@ QString TextModel::piece(int index) const {
     const std::string_view text = *text_->text;
     const bool last = at + 1 == pieces_.size();
     std::string_view piece = text.substr(pieces_[at], last ? std::string_view::npos : pieces_[at + 1] - pieces_[at]);
-    // The next piece begins a line as it is.
+    // The next piece begins on a new line anyway.
     if (!last && piece.ends_with('\n')) piece.remove_suffix(piece.ends_with("\r\n") ? 2 : 1);
     return QString::fromUtf8(piece.data(), static_cast<qsizetype>(piece.size()));
 }

@@ -15,7 +15,7 @@ namespace settings {
 
 /// A page's text, as QML draws it. GUI thread.
 ///
-/// It comes in pieces, one below the other, so that of a text of any length only what is seen has to be laid out. A
+/// It comes in pieces, one below the other, so that only what is seen has to be laid out, however long the text is. A
 /// short text is one piece.
 class TextModel : public QObject {
     Q_OBJECT
@@ -37,9 +37,10 @@ class TextModel : public QObject {
     }
     [[nodiscard]] QString text() const { return QString::fromStdString(*text_->text); }
     [[nodiscard]] int pieceCount() const { return static_cast<int>(pieces_.size()); }
-    /// Without the line break that ends it. A line that is longer than a piece is broken between two.
+    /// One piece, without the line break that ends it; empty where there is none. A line that is too long for a piece
+    /// continues in the next.
     [[nodiscard]] Q_INVOKABLE QString piece(int index) const;
-    /// Of the letters, in points of the page.
+    /// The size of the letters, in points.
     [[nodiscard]] double size() const { return text_->font->pointSize(); }
     [[nodiscard]] bool isSelectable() const { return text_->selectable; }
 
