@@ -33,21 +33,21 @@ bool hasDisplay() {
            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
 }
 
-/// The user's environment goes first in everything.
+/// What the user's environment sets has priority.
 void prepareEnvironment(bool picturesOnly) {
     // Drawing without a graphics driver takes a third of the memory, and the page is on the screen sooner.
     setUnlessSet("QT_QUICK_BACKEND", "software");
-    // What has changed is drawn at once. The threaded loop keeps a pace of 60 frames a second instead, which no display
-    // asks of software, and a drag would lag behind by one; the GUI thread is never busy for long.
+    // The basic loop draws every change at once. The threaded loop keeps a pace of 60 frames a second, which no display
+    // asks of software, and a drag would lag by a frame; the GUI thread is never busy for long.
     setUnlessSet("QSG_RENDER_LOOP", "basic");
-    // The toolkit would keep the compiled pages in the user's cache and trust what it finds there: one that was cut
-    // short by a full disk would end every later start. Compiling them anew takes 4 ms.
+    // The toolkit would keep compiled pages in the user's cache and trust what it finds there: a file that a full disk
+    // has cut short would end every later start. Compiling the pages anew takes 4 ms.
     setUnlessSet("QML_DISABLE_DISK_CACHE", "1");
     if (!hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
     if (picturesOnly) setUnlessSet("QT_SCALE_FACTOR", "1");
 }
 
-/// Without a display there is no window to open, but there is a tour to take.
+/// Without a display, no window can be opened, but a tour can be taken.
 Options withoutDisplay(Options options) {
     options.tour = "lumora-tour";
     std::cerr
@@ -57,7 +57,7 @@ Options withoutDisplay(Options options) {
     return options;
 }
 
-/// In whatever the command line leaves open.
+/// Follows the desktop in what the command line leaves open.
 void followDesktop(Shell& shell, const Options& options) {
     auto* desktop = new DesktopLook(&shell);
     if (!options.dark) QObject::connect(desktop, &DesktopLook::darkChosen, &shell, &Shell::setDark);
@@ -78,8 +78,8 @@ int runApplication(int argc, char** argv, const Options& asked) {
     prepareEnvironment(picturesOnly);
     if (picturesOnly) platform::PicturePatience::makeEndless();
 
-    // None of these is destroyed: the process ends without it, the main thread reports to the shell until then, and
-    // where $QSG_RENDER_LOOP asks for a thread that draws, destroying the window now and then waits for it for ever.
+    // None of these is ever destroyed: the main thread reports to the shell until the process ends, and where
+    // $QSG_RENDER_LOOP asks for a thread that draws, destroying the window sometimes waits for that thread for ever.
     new QGuiApplication(argc, argv);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Settings"));
     QGuiApplication::setDesktopFileName(QStringLiteral("lumora-settings"));
@@ -93,7 +93,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
     if (!picturesOnly && !(options.dark && options.textSize)) followDesktop(shell, options);
     shell.launch({options.bundle.value_or(platform::standardBundle()), options.page, contentSizeOf(options.size)},
                  [picturesOnly](const std::string& why) {
-                     // Who waits for a page to take a picture of would go on waiting.
+                     // The code that takes pictures would go on waiting for the page.
                      if (picturesOnly) std::_Exit(complain(why));
                      QCoreApplication::exit(complain(why));
                  });

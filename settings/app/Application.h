@@ -4,14 +4,14 @@
 
 namespace settings {
 
-/// Opens the window, or takes the pictures that the options ask for; the exit code. Does not return when the user
-/// closes the window: the process ends there.
+/// Opens the window, or takes the pictures that the options ask for, and returns the exit code. Does not return when the
+/// user closes the window, which ends the process.
 int runApplication(int argc, char** argv, const Options& options);
 
-/// Says on standard error why the program fails; the exit code.
+/// Says on standard error why the program fails, and returns the exit code.
 int complain(const std::string& why);
 
-/// Prints the page as JSON, without any window; the exit code.
+/// Prints the page that the options ask for as JSON, without a window, and returns the exit code.
 int printRows(const Options& options);
 
 } // namespace settings

@@ -21,12 +21,12 @@ const QString kDark = QStringLiteral("color-scheme");
 const QString kTexts = QStringLiteral("org.gnome.desktop.interface");
 const QString kSize = QStringLiteral("text-scaling-factor");
 
-/// Without an address the connection would look for, or even start, a bus of its own accord, and wait for it.
+/// Without an address, the connection would look for a bus by itself, or even start one, and wait for it.
 bool hasSessionBus() {
     return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS");
 }
 
-/// Older portals put what they answer into one variant too many.
+/// Older portals wrap their answer in one variant too many.
 QVariant unwrapped(QVariant value) {
     while (value.canConvert<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
@@ -37,9 +37,9 @@ QVariant unwrapped(QVariant value) {
 
 DesktopLook::DesktopLook(QObject* parent) : QObject(parent) {
     if (!hasSessionBus()) return;
-    qRegisterMetaType<QDBusVariant>(); // or no slot can be found that takes one
+    qRegisterMetaType<QDBusVariant>(); // or the slot that takes one is not found
     QDBusConnection::sessionBus().connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
-                                          SLOT(settingChanged(QString, QString, QDBusVariant)));
+                                          SLOT(tell(QString, QString, QDBusVariant)));
     ask(kColors, kDark);
     ask(kTexts, kSize);
 }
@@ -50,20 +50,16 @@ void DesktopLook::ask(const QString& area, const QString& key) {
     auto* call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(read), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, area, key] {
         const QDBusPendingReply<QDBusVariant> reply = *call;
-        if (reply.isValid()) tell(area, key, reply.value().variant());
+        if (reply.isValid()) tell(area, key, reply.value());
         call->deleteLater();
     });
 }
 
-void DesktopLook::settingChanged(const QString& area, const QString& key, const QDBusVariant& value) {
-    tell(area, key, value.variant());
-}
-
-void DesktopLook::tell(const QString& area, const QString& key, const QVariant& value) {
-    const QVariant told = unwrapped(value);
+void DesktopLook::tell(const QString& area, const QString& key, const QDBusVariant& value) {
+    const QVariant told = unwrapped(value.variant());
     if (area == kColors && key == kDark) emit darkChosen(told.toUInt() == 1); // the portal's number for "prefers dark"
     if (area != kTexts || key != kSize) return;
-    // What is no size at all, a text or not a number, changes nothing.
+    // A text, or what is not a number, is no size and changes nothing.
     if (const double factor = told.toDouble(); factor > 0)
         emit textSizeChosen(int(std::lround(std::clamp<double>(factor * 100, kSmallestTexts, kLargestTexts))));
 }

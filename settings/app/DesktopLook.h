@@ -5,8 +5,8 @@
 
 namespace settings {
 
-/// Follows what the user has chosen for the whole desktop, light or dark and how large texts are, through the desktop's
-/// portal where there is one. Asks without waiting; where nothing answers, nothing is ever told. GUI thread.
+/// Follows what the user has chosen for the whole desktop, light or dark and the size of texts, through the desktop's
+/// portal. Asks without waiting, and stays silent where there is no portal. GUI thread.
 class DesktopLook : public QObject {
     Q_OBJECT
 
@@ -19,11 +19,10 @@ class DesktopLook : public QObject {
     void textSizeChosen(int percent);
 
   private slots:
-    void settingChanged(const QString& area, const QString& key, const QDBusVariant& value);
+    void tell(const QString& area, const QString& key, const QDBusVariant& value);
 
   private:
     void ask(const QString& area, const QString& key);
-    void tell(const QString& area, const QString& key, const QVariant& value);
 };
 
 } // namespace settings

@@ -11,8 +11,8 @@
 
 namespace settings {
 
-/// Notices from a thread of its own that the GUI thread is at one thing for too long, with which no event of its loop
-/// can interfere, and calls `overdue` there. What the loop itself can end has a moment more.
+/// Notices that the GUI thread takes too long for one thing that no event of its loop can interrupt. Watches from a
+/// thread of its own and calls `overdue` there, a moment late, so that the loop can end what it can itself.
 class DrawingLimit {
     using Clock = std::chrono::steady_clock;
 
@@ -21,7 +21,7 @@ class DrawingLimit {
         : atMost_(atMost + kMoment), overdue_(std::move(overdue)),
           watching_([this](const std::stop_token& stop) { watch(stop); }) {}
 
-    /// One thing, for as long as it lives.
+    /// One thing that the GUI thread does, for as long as this object lives.
     class Turn {
       public:
         explicit Turn(DrawingLimit& limit) : limit_(limit) { limit_.set(Clock::now() + limit_.atMost_); }

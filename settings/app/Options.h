@@ -5,11 +5,10 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <utility>
 
 namespace settings {
 
-/// What the command line asks for.
+/// What the command line asks for; unset where it leaves something open.
 struct Options {
     std::optional<std::filesystem::path> root;
     std::optional<std::filesystem::path> bundle;
@@ -19,16 +18,16 @@ struct Options {
     std::optional<std::string> rows;
     double timeout = 30; ///< seconds; a plug-in that never answers takes 10 of them at each start
     std::optional<bool> dark;
-    std::optional<int> textSize; ///< in percent
-    platform::CGSize size{390, 844};
+    std::optional<int> textSize;     ///< in percent
+    platform::CGSize size{390, 844}; ///< of the window, in points
 };
 
 /// How small and how large texts can be, in percent of their usual size.
 inline constexpr int kSmallestTexts = 50;
 inline constexpr int kLargestTexts = 300;
 
-/// Reads the command line. Where there is nothing left to do, for --help, --version or wrong use, says what there is to
-/// say and sets `exitCode`.
+/// Reads the command line. For --help, --version and wrong use, where nothing is left to do, prints the answer and sets
+/// `exitCode`.
 [[nodiscard]] Options readOptions(int argc, char** argv, std::optional<int>& exitCode);
 
 } // namespace settings

@@ -19,7 +19,7 @@ using platform::Result;
 
 namespace {
 
-/// What can stand in a file name on any system, and is not too long for one: "Sleep After" becomes "SleepAfter".
+/// A title as a file name for any system, and not too long for one: "Sleep After" becomes "SleepAfter".
 std::string compact(const std::string& title) {
     std::string name;
     std::copy_if(title.begin(), title.end(), std::back_inserter(name),
@@ -31,33 +31,28 @@ std::string compact(const std::string& title) {
     return name.substr(0, end);
 }
 
-/// A page class has one picture, but for the class that all option lists share.
+/// Whether the page is of the class that all option lists share, so that the class has several pictures.
 bool isShared(const PageSnapshot& page) {
     return std::any_of(page.rows.begin(), page.rows.end(),
                        [](const RowSnapshot& row) { return row.cell == platform::PSListItemCell; });
 }
 
-/// What scrolls and has more to show, null for nothing.
-QQuickItem* longPage(QQuickItem& item) {
+/// The first visible item that matches, from the outside to the inside; null for none.
+QQuickItem* find(QQuickItem& item, const std::function<bool(const QQuickItem&)>& matches) {
     if (!item.isVisible()) return nullptr;
-    if (item.inherits("QQuickFlickable") && item.property("contentHeight").toDouble() > item.height() + 1) return &item;
+    if (matches(item)) return &item;
     const QList<QQuickItem*> children = item.childItems();
     for (QQuickItem* child : children)
-        if (QQuickItem* found = longPage(*child)) return found;
+        if (QQuickItem* found = find(*child, matches)) return found;
     return nullptr;
 }
 
-/// What draws a page, null for nothing.
-const QQuickItem* drawnPage(const QQuickItem& item, const PageModel* page) {
-    if (!item.isVisible()) return nullptr;
-    if (item.property("page").value<PageModel*>() == page) return &item;
-    const QList<QQuickItem*> children = item.childItems();
-    for (const QQuickItem* child : children)
-        if (const QQuickItem* found = drawnPage(*child, page)) return found;
-    return nullptr;
+/// Whether it scrolls and has more to show.
+bool isLong(const QQuickItem& item) {
+    return item.inherits("QQuickFlickable") && item.property("contentHeight").toDouble() > item.height() + 1;
 }
 
-/// One colour all over: the bar alone has more of them, so nothing has been drawn there yet.
+/// Whether there is one colour all over. The bar alone has several, so nothing has been drawn yet then.
 bool isFlat(const QImage& picture) {
     for (int y = 0; y < picture.height(); ++y)
         for (int x = 0; x < picture.width(); ++x)
@@ -65,8 +60,7 @@ bool isFlat(const QImage& picture) {
     return true;
 }
 
-/// A plain file has the whole picture afterwards or is as it was. What is none, such as /dev/stdout, is written in
-/// place.
+/// A regular file has the whole picture afterwards, or is as it was. Others, such as /dev/stdout, are written in place.
 bool write(const QImage& picture, const std::filesystem::path& file) {
     const QString name = QString::fromStdString(file.string());
     std::error_code unknown;
@@ -74,7 +68,7 @@ bool write(const QImage& picture, const std::filesystem::path& file) {
     if (type != std::filesystem::file_type::regular && type != std::filesystem::file_type::not_found)
         return picture.save(name, "PNG");
     QSaveFile whole(name);
-    whole.setDirectWriteFallback(true); // for a file in a folder that takes no other
+    whole.setDirectWriteFallback(true); // for a file in a folder that takes no second one
     return whole.open(QIODevice::WriteOnly) && picture.save(&whole, "PNG") && whole.commit();
 }
 
@@ -118,7 +112,9 @@ Result<void> Pictures::tour(const std::filesystem::path& folder, std::vector<QSi
         for (const QSize size : sizes) {
             settle();
             resize(size);
-            visitPages();
+            visited_.clear();
+            openAnew(); // what a page makes when it appears, it makes for the present width
+            visitTopPage();
             visitComposer();
             visitWaitingScreen();
         }
@@ -126,12 +122,6 @@ Result<void> Pictures::tour(const std::filesystem::path& folder, std::vector<QSi
     } catch (const Stopped& stopped) {
         return Result<void>::failure(stopped.why);
     }
-}
-
-void Pictures::visitPages() {
-    visited_.clear();
-    openAnew(); // what a page makes when it appears, it makes for the present width
-    visitTopPage();
 }
 
 /// Takes the page's pictures, then opens each of its links and comes back.
@@ -158,8 +148,8 @@ void Pictures::visitTopPage() {
     }
 }
 
-/// An option list is known by its title, and by the page that leads to it when another page's has the same title. Of
-/// other classes the first page is known by the class alone.
+/// An option list is known by its title, and where two have the same title by the page that leads to it too. Of other
+/// classes, the first page is known by the class alone.
 std::string Pictures::pictureName(const PageSnapshot& page) {
     if (!isShared(page)) {
         const bool first = titles_.emplace(page.className, page.title).first->second == page.title;
@@ -171,7 +161,7 @@ std::string Pictures::pictureName(const PageSnapshot& page) {
     return openers_.emplace(name, opener).first->second == opener ? name : name + "-" + opener;
 }
 
-/// Nothing is pressed for it, which would compose a real message, and another one on each device.
+/// Presents a made-up message. The button would compose a real one, which differs on each device.
 void Pictures::visitComposer() {
     present(std::make_shared<const ComposerSnapshot>(
         ComposerSnapshot{0,
@@ -219,7 +209,7 @@ void Pictures::save(const std::filesystem::path& file) {
         [&] {
             const bool showed = showsPage();
             picture = window_.grabWindow();
-            window_.update(); // a display may draw the window in its new size a few frames later
+            window_.update(); // a display may draw the new size a few frames later
             const QSize size = window_.size() * window_.effectiveDevicePixelRatio();
             return showed && (picture.isNull() || (picture.size() == size && !isFlat(picture)));
         },
@@ -231,12 +221,14 @@ void Pictures::save(const std::filesystem::path& file) {
     if (picture.isNull() || !write(picture, file)) throw Stopped{"cannot write the picture " + file.string()};
 }
 
-/// Whether the top page stands in the window, as large as it is to be. A window has no content before the display has
-/// told its size, which may come later than the page.
+/// Whether the top page stands in the window at its full size. A window has no content before the display has told its
+/// size, which may come later than the page.
 bool Pictures::showsPage() const {
     const QSizeF whole = window_.size();
     if (!shell_.topPage() || window_.contentItem()->size() != whole) return false;
-    const QQuickItem* page = drawnPage(*window_.contentItem(), shell_.pages().back());
+    const QQuickItem* page = find(*window_.contentItem(), [shown = shell_.pages().back()](const QQuickItem& item) {
+        return item.property("page").value<PageModel*>() == shown;
+    });
     const platform::CGSize content = contentSizeOf({whole.width(), whole.height()});
     return page && page->size() == QSizeF(content.width, content.height);
 }
@@ -249,11 +241,11 @@ void Pictures::resize(QSize size) {
     perform([content](Navigation& navigation) { navigation.setContentSize(content); });
 }
 
-/// Whether there is more of the page than the window shows.
+/// Scrolls to the page's end or beginning. False when the window shows all of the page anyway.
 bool Pictures::scroll(bool toEnd) {
-    QQuickItem* scroller = longPage(*window_.contentItem());
+    QQuickItem* scroller = find(*window_.contentItem(), isLong);
     if (!scroller) return false;
-    // A table makes the rows that are seen, and knows then how high all of it is.
+    // A table knows how high it is once it has made the rows that are seen.
     for (int i = 0; i < 2; ++i) {
         const double top = scroller->property("originY").toDouble();
         const double end = top + scroller->property("contentHeight").toDouble() - scroller->height();
@@ -263,7 +255,7 @@ bool Pictures::scroll(bool toEnd) {
     return true;
 }
 
-/// Waits until a page stands, with all that it has asked for since it was drawn.
+/// Waits until a page stands, with everything that it has asked for since it was drawn.
 void Pictures::settle() {
     waitUntil([&] { return shell_.topPage() != nullptr; }, [&] { return awaitedPage(); });
     waitUntil([&] { return showsPage(); }, [] { return "the window to show the page"; });
@@ -276,7 +268,7 @@ void Pictures::draw() {
     QCoreApplication::processEvents();
 }
 
-/// A page makes its view when it appears, and it appears again when another one has been on top.
+/// A page makes its view when it appears, and it appears again after another one has been on top.
 void Pictures::openAnew() {
     perform([name = shell_.topPage()->className](Navigation& navigation) {
         navigation.open(platform::NSClassFromString(name), {});
@@ -296,7 +288,7 @@ std::string Pictures::awaitedPage() const {
 
 void Pictures::waitUntil(const std::function<bool()>& condition, const std::function<std::string()>& awaited) {
     const DrawingLimit::Turn turn(drawing_);
-    QTimer deadline; // its event ends a wait for events that do not come
+    QTimer deadline; // its event ends the wait when no other comes
     deadline.setSingleShot(true);
     deadline.start(atMost_);
     while (!condition()) {

@@ -18,45 +18,43 @@
 
 namespace settings {
 
-/// Saves pictures of the window: of one page, or of every page that links lead to. Meanwhile the window is deaf to
-/// mouse and keyboard, which would open other pages or restart the program. GUI thread, with the event loop running
-/// inside.
+/// Saves pictures of the window: of one page, or of every page that links lead to. Meanwhile the window ignores mouse
+/// and keyboard, which would open other pages or restart the program. GUI thread; the operations run the event loop.
 ///
 ///     Pictures pictures(shell, window, std::chrono::seconds(10), [](const std::string& why) { … std::_Exit(1); });
 ///     if (auto saved = pictures.tour("pictures"); !saved) complain(saved.error());
 class Pictures : private QObject {
   public:
-    /// `overdue` is told, on another thread, that the window takes longer than that to be drawn. It has to end the
-    /// process: nothing else can end the drawing.
+    /// `overdue` is told, on another thread, that drawing the window takes longer than `atMost`. It has to end the
+    /// process, as nothing else can end the drawing.
     Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost,
              const std::function<void(const std::string& why)>& overdue);
 
     [[nodiscard]] platform::Result<void> grab(const std::filesystem::path& file);
-    /// Every page, opened anew at each size, light and dark: "LumoraPreferences-390-light.png", and when it is longer
-    /// than the window its end: "LumoraPreferences-end-390-light.png". A class that several rows open has one picture,
-    /// but for option lists, "PSListItemsController-SleepAfter-390-light.png", and for pages with other titles. Presses
-    /// no button and changes no value. A message being composed, and the waiting screen in both of its states, come
-    /// last. When no size is named, they are 320, 390 and 1024 points and the height that the window has.
+    /// Saves every page, opened anew at each size, light and dark: "LumoraPreferences-390-light.png"; of a page that is
+    /// longer than the window, its end too: "LumoraPreferences-end-390-light.png". A class that several rows open has
+    /// one picture, except option lists, "PSListItemsController-SleepAfter-390-light.png", and pages with other titles.
+    /// A message being composed and the waiting screen in both of its states come last. Presses no button and changes
+    /// no value. Without sizes, the widths are 320, 390 and 1024 points at the window's own height.
     [[nodiscard]] platform::Result<void> tour(const std::filesystem::path& folder, std::vector<QSize> sizes = {});
 
   protected:
     /// Saves the window as it is under that name, light and dark; called for each page at each width.
     virtual void takePictures(const std::string& name);
-    /// A row of the page of that name leads to a page that does not exist.
+    /// Called for a row of the page of that name that leads to a page that does not exist.
     virtual void missPage(const std::string& /*name*/, const RowSnapshot& /*link*/) {}
     void takePicture(const std::string& name, bool dark);
-    /// The first page, on top, comes to have presented that message, or none.
+    /// Shows the top page, as if it were the only one, with that message presented over it; null for none.
     void present(std::shared_ptr<const ComposerSnapshot> composer);
     [[nodiscard]] QQuickWindow& window() const { return window_; }
 
   private:
-    /// Ends the tour from within; its text says why.
+    /// Thrown to end a tour or a grab.
     struct Stopped {
         std::string why;
     };
 
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void visitPages();
     void visitTopPage();
     void visitWaitingScreen();
     void visitComposer();
@@ -74,8 +72,8 @@ class Pictures : private QObject {
 
     Shell& shell_;
     QQuickWindow& window_;
-    std::chrono::milliseconds atMost_; ///< for each thing that is waited for
-    DrawingLimit drawing_;             ///< for each thing that is drawn
+    std::chrono::milliseconds atMost_; ///< for each wait
+    DrawingLimit drawing_;             ///< for each drawing
     std::filesystem::path folder_;
     std::set<std::string> visited_;              ///< names of pictures at the present width
     std::map<std::string, std::string> openers_; ///< of option lists, by the picture's name: the page that leads there

@@ -15,7 +15,7 @@ using platform::Result;
 
 namespace {
 
-/// What the main thread leaves for the one that waits. Shared, because a blocked main thread outlives the waiting.
+/// What the main thread leaves for the waiting thread. Shared, because a blocked main thread outlives the wait.
 struct Page {
     std::shared_ptr<const PageSnapshot> last; ///< main thread only
     std::promise<Result<std::string>> written;
@@ -32,7 +32,7 @@ int printRows(const Options& options) {
                 [page, &host](const Result<void>& opened) {
                     if (!opened) return page->written.set_value(Result<std::string>::failure(opened.error()));
                     host.post([page](Navigation& navigation) {
-                        // A table's rows all exist once all of it is in view.
+                        // All rows of a table exist once the whole table is in view.
                         constexpr double everywhere = std::numeric_limits<double>::infinity();
                         navigation.handle(page->last->id, TableScrolled{{0, everywhere, {}}});
                         page->written.set_value(lumora::writeJson(rowsDocument(*page->last)));

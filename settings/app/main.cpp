@@ -14,8 +14,7 @@
     _exit(exitCode);
 }
 
-/// Nothing of ours calls exit(): what does is a plug-in or another library, and Settings has not done what it was
-/// asked.
+/// None of our own code calls exit(). A plug-in or another library has, so Settings has not done what it was asked.
 static void complainOfExit(int exitCode, void* /*unused*/) {
     std::fputs("lumora-settings: something that runs in it, such as a plug-in, has called exit()\n", stderr);
     end(exitCode == 0 ? 1 : exitCode);
@@ -26,8 +25,8 @@ int main(int argc, char** argv) {
     const settings::Options options = settings::readOptions(argc, argv, exitCode);
     if (exitCode) return *exitCode;
     if (options.root) platform::setDeviceRoot(*options.root);
-    std::signal(SIGXFSZ, SIG_IGN); // a limit of files is told by the write that meets it
-    std::signal(SIGCHLD, SIG_DFL); // whoever starts this may ignore it, and then no child's end could be known
+    std::signal(SIGXFSZ, SIG_IGN); // the write that meets a file size limit tells of it
+    std::signal(SIGCHLD, SIG_DFL); // a parent may have left it ignored, which would hide how children end
     on_exit(complainOfExit, nullptr);
     end(options.rows ? settings::printRows(options) : settings::runApplication(argc, argv, options));
 }

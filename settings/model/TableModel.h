@@ -52,7 +52,7 @@ class TableModel : public QObject {
     [[nodiscard]] bool grouped() const { return shown_.grouped; }
     /// A tap on a row means something.
     [[nodiscard]] bool selectable() const { return shown_.selectable; }
-    /// The row that was tapped, -1 for none. Stays selected until the page has taken the tap, and then as the page wants.
+    /// The row that was tapped, -1 for none: until the page has taken the tap, and then for as long as the page wants.
     [[nodiscard]] int selected() const;
     /// The row that was selected last fades.
     [[nodiscard]] bool deselectsAnimated() const { return shown_.deselectsAnimated; }
