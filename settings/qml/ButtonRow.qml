@@ -1,7 +1,7 @@
 import QtQuick
 import Lumora
 
-// Calls an operation of the page.
+// A row that calls an operation of the page.
 TappableRow {
     id: control
 

@@ -1,6 +1,6 @@
 import QtQuick
 
-// The small text above or beneath a group of rows. Of whole height, so that hairlines beneath it fall on whole pixels.
+// The small text above or beneath a group of rows. Of whole height, so that hairlines below it fall on whole pixels.
 WordText {
     height: Math.ceil(implicitHeight)
     leftPadding: Theme.inset

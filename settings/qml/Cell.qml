@@ -1,20 +1,20 @@
 import QtQuick
 import Lumora
 
-// The ground of one row of a group, with the row's icon where it has one. Only the outer corners of the group are round;
-// a Rectangle rounds all four, so the others are cut away.
+// The ground of one row of a group, with the row's icon if it has one. Only the outer corners of the group are round; a
+// Rectangle rounds all four, so the others are cut away.
 Item {
     id: root
 
-    property RowModel row // one of a page, whose icon it is then
+    property RowModel row // of a page; null in a table
     property bool first: false
     property bool last: false
     property bool down: false
     property bool focused: false
     property var icon: row?.icon // undefined for none
-    property bool empty: false // what stands in the row is in the user's hand
+    property bool empty: false // the contents are in the user's hand
     property bool boxed: true  // the corners are round
-    property real indent: 0    // of all that stands in the row
+    property real indent: 0    // of everything in the row
     property color ground: down ? Theme.cellDown : Theme.cell
     readonly property bool hasIcon: icon !== undefined
     readonly property real rounding: boxed ? Theme.rowRadius : 0

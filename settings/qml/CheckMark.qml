@@ -1,6 +1,6 @@
 import QtQuick
 
-// Drawn from two bars, so that it does not depend on a font that has the sign. As large as the text beside it.
+// Drawn as two bars, so that no font has to have the sign. As large as the text beside it.
 Item {
     id: root
 

@@ -1,6 +1,6 @@
 import QtQuick
 
-// Two rotated bars: needs no image and is drawn smoothly by every backend. As large as the text beside it.
+// Two rotated bars, which need no image and are smooth with every backend. As large as the text beside it.
 Item {
     id: root
 

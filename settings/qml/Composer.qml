@@ -1,22 +1,21 @@
 import QtQuick
-import QtQuick.Window
 import Lumora
 
-// A message to complete and send, on a sheet. What is edited is kept here alone: snapshots tell only whether it is being
-// sent and what became of that.
+// A message to complete and send, on a sheet. Only the sheet knows the edited texts: snapshots tell whether the message
+// is being sent, and what has become of it.
 FocusScope {
     id: root
 
-    // Null once composing has ended; the sheet slides away then and says when it is gone.
+    // Null once composing has ended; the sheet then slides away and tells when it is gone.
     property ComposerModel composer
     property alias gap: sheet.gap
-    property bool animated: true // it slides, here and away, where anything moves at all
+    property bool animated: true // the sheet slides in and out, where anything moves at all
     signal gone
 
-    property bool handedOver: false // until the first answer to that comes
+    property bool handedOver: false // to the page, which has not answered yet
     property bool saving: false
     property bool asking: false // whether to throw away what was edited
-    property Item focusBefore: null // of that question
+    property Item focusBefore: null // what had the focus before that question
     readonly property bool working: handedOver || (composer?.working ?? true)
     readonly property bool sendable: !working && !asking && message.to.trim().length > 0
 
@@ -35,7 +34,7 @@ FocusScope {
         saving = true;
         composer.saveDraft(message.to, message.subject, message.body);
     }
-    // What was edited is not thrown away by one key.
+    // One key alone does not throw away what was edited.
     function cancel() {
         if (working)
             return;
@@ -55,7 +54,7 @@ FocusScope {
         asking = false;
         (focusBefore ?? message.bodyField).forceActiveFocus(Qt.PopupFocusReason);
     }
-    // The window is closed: what the user has written, or wanted to send, is not thrown away. What is being sent goes on.
+    // For closing the window: keeps what the user has written or wanted to send. What is being sent goes on.
     function leave() {
         if (composer && (message.edited || handedOver || composer.working || composer.problem))
             composer.leave(message.to, message.subject, message.body);
@@ -94,7 +93,7 @@ FocusScope {
             id: head
 
             width: parent.width
-            // In a low window it makes room for a question that is asked in large letters.
+            // In a low window, it makes room for the question in large letters.
             visible: !root.asking || full + foot.height + Theme.rowHeight <= sheet.sheetHeight
             enabled: !root.asking
             title: qsTr("New Message")
@@ -132,7 +131,7 @@ FocusScope {
                 enabled: !root.working
                 onClicked: root.saveDraft()
             }
-            // Beside the button where there is room for it, or else above.
+            // Beside the button if there is room, or else above it.
             ComposerStatus {
                 id: status
 

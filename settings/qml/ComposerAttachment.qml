@@ -1,6 +1,6 @@
 import QtQuick
 
-// A file that is attached to a message: its name and its size, beneath each other when both are too long for one line.
+// A file that is attached to a message: its name and size, one above the other when they are too long for one line.
 Item {
     id: root
 

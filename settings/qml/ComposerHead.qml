@@ -7,7 +7,7 @@ Item {
     property alias title: title.text
     property bool working: false
     property bool sendable: false
-    // The title gets a line of its own when there is not enough room for it between the buttons.
+    // The title gets a line of its own when the room between the buttons is too small for it.
     readonly property real room: width - 2 * Math.max(cancelButton.x + cancelButton.width, width - sendButton.x)
     readonly property bool stacked: title.implicitWidth > room
     readonly property int line: 52

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Lumora
 
-// What is edited of a message, and what is attached to it. It scrolls to where one writes.
+// The texts of a message, which can be edited, and its attachments. Scrolls to where the user writes.
 Scroller {
     id: root
 
@@ -26,11 +26,11 @@ Scroller {
         to.text = begun.to;
         subject.text = begun.subject;
         body.text = begun.body;
-        to.field.cursorPosition = 0; // a long text begins at its beginning
+        to.field.cursorPosition = 0; // a long text is seen from its beginning
         subject.field.cursorPosition = 0;
         body.forceActiveFocus(Qt.OtherFocusReason);
     }
-    // A field is seen with what is above it, as far as there is room.
+    // Shows the field that has the focus, with what is above it as far as there is room.
     function showFocus() {
         const cursor = body.cursorRectangle;
         const top = body.y + cursor.y;

@@ -1,6 +1,6 @@
 import QtQuick
 
-// Whether to throw away what was edited.
+// Asks whether to throw away what was edited.
 Column {
     id: root
 

@@ -1,13 +1,13 @@
 import QtQuick
 
-// What is being done with the message, or why it could not be done. A long text scrolls.
+// Says what is being done with the message, or why that failed. A long text scrolls.
 Item {
     id: root
 
     property alias text: status.text
     property bool warns: false
     property bool atRight: false
-    property real most: 0 // that it may be high
+    property real most: 0 // its greatest height
     readonly property bool takesLines: status.hasLineBreaks
     readonly property real lineWidth: unbound.advanceWidth
 
@@ -21,7 +21,7 @@ Item {
         contentHeight: status.height
         line: Theme.footSize
         activeFocusOnTab: contentHeight > height
-        Keys.onPressed: event => takeKey(event)
+        Keys.onPressed: event => keys.take(event)
         Accessible.role: Accessible.AlertMessage
         Accessible.name: status.text
         Accessible.focusable: activeFocusOnTab

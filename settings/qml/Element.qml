@@ -2,7 +2,7 @@ import QtQuick
 import Lumora
 
 // Something on a page's view, for the keyboard and assistive tools: a button, or a mark that is moved along one axis or
-// two. Not seen but for the ring around it. The mouse and fingers go to the view itself.
+// two. Only its focus ring is seen. Mouse and fingers go to the view itself.
 FocusScope {
     id: root
 
@@ -14,26 +14,24 @@ FocusScope {
     y: element.frame.y
     width: element.frame.width
     height: element.frame.height
-    activeFocusOnTab: isButton // or else one of the sliders is
+    activeFocusOnTab: isButton // or else one of the sliders is the stop
 
-    // The mouse and fingers bring the keyboard along. The ring waits for a key then.
+    // Mouse and fingers bring the keyboard focus along. The ring then waits for a key.
     property bool inHand: false
     function takeInHand() {
         inHand = true;
         forceActiveFocus(Qt.MouseFocusReason);
     }
-    // The focus comes back with the window as it went.
+    // When the window loses the focus, the element keeps its state until the focus comes back.
     onActiveFocusChanged: if (!activeFocus && Window.active) inHand = false
 
     Accessible.role: isButton ? Accessible.Button : Accessible.Grouping
     Accessible.name: element.label
-    Accessible.description: {
-        const quantities = Array.from(element.axes, axis => axis.label + " " + Math.round(axis.value * 100) + " %");
-        return quantities.join(", ");
-    }
+    Accessible.description: Array.from(element.axes, axis => axis.label + " " + Math.round(axis.value * 100) + " %")
+        .join(", ")
     Accessible.focusable: isButton
 
-    // Only what is connected is told to assistive tools as an action.
+    // Assistive tools are told only of actions that are connected.
     Connections {
         target: root.isButton ? root.Accessible : null
         function onPressAction() { root.element.press() }
@@ -74,7 +72,7 @@ FocusScope {
         element.move(across, down);
     }
 
-    // One for each axis. Assistive tools read out what happens where the focus is, so it goes to the one that is moved.
+    // One for each axis. Assistive tools read out what happens where the focus is, so it goes to the one that moves.
     Repeater {
         id: sliders
 
@@ -94,7 +92,7 @@ FocusScope {
             focus: index === 0
             activeFocusOnTab: focus // the one that was moved last
             Component.onCompleted: value = modelData.value
-            // An assistive tool has set it: the view is asked, and what a touch cannot reach is taken back.
+            // An assistive tool has set the value: asks the view, and takes back what a touch cannot reach.
             onValueChanged: {
                 modelData.set(value);
                 value = modelData.value;
@@ -113,7 +111,7 @@ FocusScope {
             Accessible.onDecreaseAction: modelData.set(modelData.value - stepSize)
         }
     }
-    // As on every control, and once more inside, since what is below it may have any colour.
+    // A second ring inside the usual one, as the view below may have any colour.
     Rectangle {
         visible: ring.visible
         anchors { fill: parent; margins: 3 }

@@ -1,9 +1,7 @@
 import QtQuick
-import QtQuick.Window
 import Lumora
 
-// A text field. What was typed is handed on with Enter, on losing the focus and on leaving the window, and only if
-// something was typed.
+// A text field. Hands on what was typed, if anything, at Enter and when the field or the window loses the focus.
 Cell {
     id: root
 
@@ -14,22 +12,22 @@ Cell {
     implicitHeight: Theme.rowHeightFor(Math.max(placeholder.implicitHeight, field.contentHeight))
     focused: field.activeFocus && keyboardFocus
 
-    // Assistive tools meet this item in place of the field, whose own text they would be told even when it is secure.
+    // Assistive tools see this item in place of the field, which would tell them its text even when it is secure.
     Item {
         id: spoken
 
-        // Read by the toolkit as the text of the control.
+        // The toolkit reads this as the text of the control.
         readonly property string text: root.row.secure ? "•".repeat(field.length) : field.text
 
         anchors.fill: parent
         Accessible.role: Accessible.EditableText
         Accessible.name: root.row.accessibleName
-        // Said in words: the toolkit leaves out the name of what is marked as a password.
+        // In words, because the toolkit leaves out the name of a control that is marked as a password.
         Accessible.description: (root.row.secure ? [qsTr("Secure")] : []).concat(root.row.accessibleDescription || []).join(". ")
         Accessible.editable: true
         Accessible.focusable: true
         Accessible.focused: field.activeFocus
-        // Where an assistive tool puts the focus.
+        // An assistive tool puts the focus here.
         onActiveFocusChanged: if (activeFocus) field.forceActiveFocus(Qt.OtherFocusReason)
 
         LineField {
@@ -67,7 +65,7 @@ Cell {
                     text = root.row.text;
                 showBeginning();
             }
-            // A text that is too long is read from its beginning, unless one is about to write at its end.
+            // A text that is too long is seen from its beginning, unless the user is writing in it.
             function showBeginning() {
                 if (!activeFocus)
                     ensureVisible(0);

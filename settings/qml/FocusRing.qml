@@ -1,6 +1,6 @@
 import QtQuick
 
-// What shows where the keyboard focus is.
+// Shows where the keyboard focus is.
 Rectangle {
     radius: Theme.buttonRadius
     color: "transparent"

@@ -8,24 +8,14 @@ Column {
     required property GroupModel group
 
     function fileFor(cell) {
-        switch (cell) {
-        case RowModel.LinkCell:
-        case RowModel.LinkListCell:
-            return "LinkRow.qml";
-        case RowModel.ListItemCell:
-            return "OptionRow.qml";
-        case RowModel.SliderCell:
-            return "SliderRow.qml";
-        case RowModel.SwitchCell:
-            return "SwitchRow.qml";
-        case RowModel.EditTextCell:
-        case RowModel.SecureEditTextCell:
-            return "FieldRow.qml";
-        case RowModel.ButtonCell:
-            return "ButtonRow.qml";
-        default:
-            return "StaticRow.qml";
-        }
+        return new Map([
+            [RowModel.LinkCell, "LinkRow.qml"], [RowModel.LinkListCell, "LinkRow.qml"],
+            [RowModel.ListItemCell, "OptionRow.qml"],
+            [RowModel.SliderCell, "SliderRow.qml"],
+            [RowModel.SwitchCell, "SwitchRow.qml"],
+            [RowModel.EditTextCell, "FieldRow.qml"], [RowModel.SecureEditTextCell, "FieldRow.qml"],
+            [RowModel.ButtonCell, "ButtonRow.qml"],
+        ]).get(cell) ?? "StaticRow.qml";
     }
 
     GroupHeader {
@@ -44,7 +34,7 @@ Column {
             required property int index
 
             width: root.width
-            // Handed over as initial properties, so that a row can rely on them from the beginning.
+            // As initial properties, which a row can rely on from the beginning.
             Component.onCompleted: setSource(root.fileFor(modelData.cell), {
                 row: modelData, first: index === 0, last: index === rows.count - 1,
             })

@@ -1,6 +1,6 @@
 import QtQuick
 
-// What a row of a table is moved by: three bars. They become no longer, which would take room from the title.
+// What a row of a table is moved by: three bars. Their length is fixed, as longer ones would take room from the title.
 Column {
     id: root
 

@@ -1,6 +1,6 @@
 import QtQuick
 
-// What a switch or a slider is moved by.
+// The part of a switch or a slider that moves.
 Rectangle {
     radius: height / 2
     color: Theme.knob

@@ -1,14 +1,14 @@
 import QtQuick
 import Lumora
 
-// The row in the user's hand, above all the others, until it has come down.
+// The row in the user's hand, above all others, until it has landed.
 TableRow {
     id: root
 
     required property TableModel table
     required property TableScroller scroller
     readonly property bool inHand: table.lifted >= 0
-    readonly property alias landingPlace: landing.place // of the row that is coming down, or -1
+    readonly property alias landingPlace: landing.place // of the row that is landing, or -1
     property real rowTop: 0
     property real pointer: 0 // where the hand is, from the top of what is seen
     property real grip: 0    // from the top of the row to the hand
@@ -66,7 +66,7 @@ TableRow {
         landing.to = table.topOf(table.current);
         landing.restart();
     }
-    // At once, where it has not come down yet.
+    // Ends the landing at once.
     function settle() {
         landing.stop();
         landing.place = -1;
@@ -81,8 +81,8 @@ TableRow {
         property: "rowTop"
         onFinished: place = -1
     }
-    // At the edges the table scrolls on, the faster the nearer the hand is to the edge. A hand that only presses there
-    // does not want it to.
+    // Near its edges the table scrolls, the faster the nearer the hand is. A hand that only presses there, and has not
+    // moved towards the edge, does not scroll.
     FrameAnimation {
         readonly property real edge: Math.min(60, root.scroller.height / 4)
         readonly property bool upwards: root.lowest - root.pointer >= 4

@@ -16,7 +16,7 @@ TappableRow {
         readonly property bool stacked: unboundValue.advanceWidth + Theme.textGap > room / 2
                                         && smallest.advanceWidth + Theme.textGap + unboundValue.advanceWidth > room
 
-        // On whole pixels, as anchors would have it.
+        // On whole pixels, as with anchors.
         function middle(height) { return Math.ceil(Math.floor(content.height) / 2) - Math.ceil(Math.floor(height) / 2) }
 
         implicitHeight: stacked ? title.implicitHeight + 2 + value.implicitHeight : Math.max(title.implicitHeight, value.implicitHeight)

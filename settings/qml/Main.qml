@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import QtQuick.Templates as T
 import Lumora
 
@@ -20,7 +19,7 @@ Window {
         shell.leave();
     }
 
-    // A message that is composed over the page, which is deaf meanwhile.
+    // The message that is composed over the page, which takes no input meanwhile.
     readonly property ComposerModel composing: stack.shownPage?.page.composer ?? null
     onComposingChanged: {
         if (composing) {
@@ -46,21 +45,9 @@ Window {
         shell.back();
     }
 
-    Binding {
-        target: Theme
-        property: "dark"
-        value: window.shell.dark
-    }
-    Binding {
-        target: Theme
-        property: "textSize"
-        value: window.shell.textSize
-    }
-    Binding {
-        target: Theme
-        property: "animated"
-        value: window.shell.animated
-    }
+    Binding { target: Theme; property: "dark"; value: window.shell.dark }
+    Binding { target: Theme; property: "textSize"; value: window.shell.textSize }
+    Binding { target: Theme; property: "animated"; value: window.shell.animated }
     Connections {
         target: window.shell
 
@@ -82,7 +69,7 @@ Window {
         onActivated: window.goBack()
     }
 
-    // Width and height change one after the other; the page hears of both at once.
+    // Width and height change one after the other; the page is told of both at once.
     Timer {
         id: sizeReport
 
@@ -148,7 +135,7 @@ Window {
         enabled: !window.composing
         onBackTapped: window.goBack()
     }
-    // Read when it is first needed: the window would open some milliseconds later.
+    // Loaded when it is first needed, so that the window opens some milliseconds earlier.
     Loader {
         id: sheet
 

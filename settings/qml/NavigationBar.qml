@@ -16,7 +16,7 @@ Item {
     Text {
         id: title
 
-        // In the middle of the bar, or of what the way back leaves of it when the title needs more.
+        // In the middle of the bar, or of the room beside the way back if the title needs more.
         readonly property real edge: back.visible ? back.x + back.width + 4 : Theme.inset
         readonly property bool fits: implicitWidth <= parent.width - 2 * edge
 
@@ -27,7 +27,7 @@ Item {
         verticalAlignment: Text.AlignVCenter
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: Theme.smallestFixedSize
-        text: root.title.replace(/[\r\n\u2028\u2029]+/g, " ") // one line, as there is room for one
+        text: root.title.replace(/[\r\n\u2028\u2029]+/g, " ") // there is room for one line
         textFormat: Text.PlainText
         color: Theme.text
         font { pixelSize: Theme.barSize; weight: Font.DemiBold }
@@ -47,7 +47,7 @@ Item {
         opacity: down ? Theme.downOpacity : 1
         text: qsTr("Back")
 
-        // The title is worth more than the word, when there is no room for both.
+        // The word gives way to the title when there is no room for both.
         readonly property real fullWidth: leftPadding + chevron.width + signs.spacing + word.implicitWidth + rightPadding
         readonly property bool wordless: title.implicitWidth > root.width - (x + fullWidth + 4) - Theme.inset
 

@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Lumora
 
-// One option of an option list; the stored one has the check mark. No TappableRow, as it has to be a radio button of the
-// toolkit's: that is what assistive tools are told.
+// One option of an option list; the stored one has the check mark. The toolkit's own radio button in place of a
+// TappableRow, so that assistive tools are told of one.
 T.RadioButton {
     id: control
 

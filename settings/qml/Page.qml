@@ -13,7 +13,7 @@ FocusScope {
     Accessible.name: page.title
     Component.onDestruction: gone(page)
 
-    // What is in the user's hand stays where it was.
+    // Leaves the row in the user's hand where it was.
     function putBack() { (list.item as Table)?.putBack() }
 
     Rectangle {

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// What does one thing when it is tapped, by Enter too. How it looks is up to each.
+// A button that does one thing at a tap, at Space and at Enter. What it looks like is up to each.
 T.AbstractButton {
     focusPolicy: Qt.StrongFocus
 

@@ -1,7 +1,7 @@
 import QtQuick
 
-// The title of a row. One that is too long shrinks at first, and then takes as many lines as it needs. In a row of fixed
-// height it is cut after the second.
+// The title of a row. A long one first shrinks, and then takes as many lines as it needs. In a row of fixed height, it
+// is cut after the second line.
 WordText {
     id: root
 

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Window
 import Lumora
 
 // A page of rows: a column of groups that scrolls and keeps what has the focus in view.

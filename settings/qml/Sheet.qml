@@ -1,12 +1,12 @@
 import QtQuick
 
-// Slides over the window from below, all but its top. What is behind is dimmed and hears nothing.
+// Slides from below over all but the top of the window. What is behind it is dimmed and gets no input.
 Item {
     id: root
 
     property bool open: false
     property bool slides: true
-    property real gap: 0 // above it
+    property real gap: 0 // above the sheet
     property string title
     readonly property alias sheetHeight: sheet.height
     default property alias content: sheet.data
@@ -50,7 +50,7 @@ Item {
             }
         }
 
-        // Its lower corners are beneath the window.
+        // The lower corners are below the window.
         Rectangle {
             width: parent.width
             height: parent.height + radius

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Lumora
 
-// A slider, and its number beside it. A drag is handed on when it ends, a key step at once.
+// A slider with its number beside it. Hands on a drag when it ends, and a step by key at once.
 Cell {
     id: root
 
@@ -15,10 +15,10 @@ Cell {
         id: slider
 
         readonly property real step: (to - from) / 20
-        // Read by the toolkit as the bounds of the control.
+        // The toolkit reads these as the bounds of the control.
         readonly property real minimumValue: from
         readonly property real maximumValue: to
-        property bool settling: true // until the row is whole: bounds are set one after the other, and clamp the value
+        property bool settling: true // at first too: the bounds are set one after the other, and clamp the value
         property real handedOn: 0
 
         anchors { fill: parent; leftMargin: Theme.contentInset(root.icon); rightMargin: number.visible ? number.width + 26 : Theme.inset }
@@ -52,7 +52,7 @@ Cell {
             function onValueRead() { slider.settle() }
         }
 
-        // Handled here because the slider itself counts a held key as being pressed.
+        // Handled here because the slider itself takes a held key for a press.
         Keys.onPressed: event => {
             const targets = new Map([
                 [Qt.Key_Left, value - step], [Qt.Key_Down, value - step],
@@ -116,7 +116,7 @@ Cell {
         readonly property string longest: least.length > most.length ? least : most
 
         font: number.font
-        // Zero is the widest digit. At the usual size, what it needs more is less than the room beside the number.
+        // Zero is the widest digit. At the usual size, the room beside the number is enough for the difference.
         text: Theme.textSize > 100 ? longest.replace(/[0-9]/g, "0") : longest
     }
 }

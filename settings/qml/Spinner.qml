@@ -4,7 +4,6 @@ import QtQuick
 Item {
     id: root
 
-    property bool turning: Theme.animated
     property int lit: 0
 
     implicitWidth: 36
@@ -13,7 +12,7 @@ Item {
     NumberAnimation {
         target: root
         property: "lit"
-        running: root.turning && root.visible
+        running: Theme.animated && root.visible
         from: 0
         to: 12
         duration: 1200

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Lumora
 
-// The whole row is the switch. It shows the user's hand at once and settles when the page has read its value.
+// The whole row is the switch. It follows the user at once, and settles when the page has read its value.
 T.Switch {
     id: control
 
@@ -33,7 +33,7 @@ T.Switch {
 
     Accessible.name: row.accessibleName
     Accessible.description: row.accessibleDescription
-    // What the toolkit does of its own accord flips the switch and tells nobody.
+    // By itself, the toolkit would flip the switch without a signal.
     Accessible.onToggleAction: flip()
     Accessible.onPressAction: flip()
 

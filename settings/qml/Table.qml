@@ -18,10 +18,10 @@ FocusScope {
     onEnabledChanged: if (!enabled) putBack()
     onVisibleChanged: if (!visible) putBack()
 
-    // The way back would take the key first.
+    // The shortcut for going back would take the key first.
     Keys.onShortcutOverride: event => event.accepted = overlay.inHand && event.key === Qt.Key_Escape
     Keys.onPressed: event => current.takeKey(event)
-    // The first key shows where the focus is, as it does when it comes from elsewhere.
+    // The first Tab shows where the focus is, as one that comes from elsewhere does.
     Keys.onTabPressed: {
         if (overlay.inHand)
             return;
@@ -30,7 +30,7 @@ FocusScope {
         else
             current.go(table.current);
     }
-    // From a row the chain leads back to the table's own stop first, which would be the same one again.
+    // From a row, the chain leads back to the table's own stop first, and so to the same row.
     Keys.onBacktabPressed: if (!overlay.inHand) nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
     TableCursor {
@@ -41,7 +41,7 @@ FocusScope {
         hand: overlay
         list: root
     }
-    // The stop of the tab chain, which knows how the focus came. It hands it on to the current row.
+    // The table's stop in the tab chain. It knows how the focus came, and hands it on to the current row.
     T.Control {
         id: tabStop
 

@@ -8,9 +8,9 @@ QtObject {
     required property TableModel table
     required property TableScroller scroller
     required property LiftedRow hand
-    required property Item list // which has the focus when the row has
-    property bool shown: false  // since a key was used, until the mouse is
-    signal focusWanted // by the row
+    required property Item list // the table, which has the focus while the row has it
+    property bool shown: false  // from the use of a key until that of the mouse
+    signal focusWanted // for the current row
 
     function go(place) {
         shown = true;

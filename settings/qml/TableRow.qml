@@ -1,14 +1,14 @@
 import QtQuick
 import Lumora
 
-// One row of a table: the sign to delete or insert it by, a title, a check mark, and the handle to move it by. Empty while
+// One row of a table: the sign to delete or insert it, a title, a check mark, and the handle to move it by. Empty while
 // it is in the hand.
 Cell {
     id: root
 
     property string title
     property var titleFont    // undefined for the usual one
-    property bool inView: true // until then no font is opened for it
+    property bool inView: true // no font is opened for it before
     property bool marked: false
     property bool movable: false
     property int editingStyle: 0 // 1 to delete, 2 to insert, 0 for no sign
@@ -16,19 +16,14 @@ Cell {
     property bool selected: false
     property bool fades: false // when it is no longer selected
     readonly property alias fading: fade.running
-    // The signs are as large as the title, which the height of the row does not let grow for ever.
+    // The signs are as large as the title, whose size the height of the row limits.
     readonly property real scaling: Theme.bodySizeWithin(height) / Theme.usualSize
 
     indent: indented || editingStyle !== 0 ? 38 : 0
 
-    onSelectedChanged: {
-        if (fades && !selected && Theme.animated)
-            fade.restart();
-    }
-    onDownChanged: {
-        if (down)
-            fade.stop();
-    }
+    onSelectedChanged: if (fades && !selected && Theme.animated) fade.restart()
+    onDownChanged: if (down) fade.stop()
+
     ColorAnimation {
         id: fade
 
@@ -57,7 +52,7 @@ Cell {
         visible: !root.empty
         anchors { fill: parent; leftMargin: root.indent + Theme.contentInset(root.icon); rightMargin: Theme.inset }
 
-        // Drawn in a font of its own, unless that cannot be.
+        // In a font of its own, if that can be drawn.
         Loader {
             id: drawn
 
@@ -75,7 +70,7 @@ Cell {
         RowTitle {
             visible: !drawn.item?.drawn
             anchors { left: parent.left; right: signs.left; rightMargin: Theme.signGap; verticalCenter: parent.verticalCenter }
-            height: parent.height - 1 // odd as a line is, for letters on whole pixels
+            height: parent.height - 1 // odd like a line's, for letters on whole pixels
             text: root.title
             fixedHeight: root.height
             Accessible.ignored: true

@@ -1,7 +1,7 @@
 import QtQuick
 import Lumora
 
-// What a table scrolls in. It tells the table what is seen, and goes where the page or the keyboard wants it to.
+// Scrolls a table: tells it what is seen, and goes where the page or the keyboard wants.
 Scroller {
     id: root
 
@@ -32,7 +32,7 @@ Scroller {
         scrollAsAsked();
     }
 
-    // The current row, and some of what is around it.
+    // Shows the current row, and some of what is around it.
     function reveal() {
         if (table.current < 0 || table.lifted >= 0)
             return;
@@ -43,7 +43,7 @@ Scroller {
         else if (bottom > contentY + height)
             scrollTo(bottom - height);
     }
-    // What the page has asked for waits until it is known how much is seen.
+    // Does what the page has asked for, as soon as it is known how much is seen.
     function scrollAsAsked() {
         if (!completed || height <= 0 || !table?.isScrollAsked() || table.lifted >= 0)
             return;

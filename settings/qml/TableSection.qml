@@ -35,7 +35,7 @@ Item {
             scroller: root.scroller
             hand: root.hand
             cursor: root.cursor
-            // The gap goes beneath the rows of the other sections too.
+            // The gap passes beneath the rows of other sections too.
             onLiftedChanged: root.z = lifted ? -1 : 0
         }
     }

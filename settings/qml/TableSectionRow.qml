@@ -1,7 +1,7 @@
 import QtQuick
 import Lumora
 
-// A row of a section, which can be tapped, be moved by its handle and have the keyboard focus.
+// A row of a section, which can be tapped, moved by its handle, and have the keyboard focus.
 TableRow {
     id: root
 
@@ -26,7 +26,7 @@ TableRow {
     required property TableCursor cursor
     readonly property bool lifted: place === table.lifted
     readonly property bool isCurrent: place === table.current && cursor.list.activeFocus
-    // Assistive tools tell the name of what gets the focus, so it waits for the name.
+    // Assistive tools read out the name of what gets the focus, so the focus waits for the name.
     readonly property bool wanted: isCurrent && spokenName.length > 0
 
     x: scroller.columnX
@@ -67,7 +67,7 @@ TableRow {
     }
     Accessible.focusable: true
 
-    // Only what is connected is told to assistive tools as an action.
+    // Assistive tools are told only of actions that are connected.
     Connections {
         target: root.movable ? root.Accessible : null
         function onIncreaseAction() { root.cursor.step(root.place, 1) }

@@ -1,7 +1,7 @@
 import QtQuick
 import Lumora
 
-// A row that does one thing when it is tapped. What stands in it is up to the row.
+// A row that does one thing when it is tapped. What is in it is up to each.
 PushButton {
     id: control
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Lumora
 
-// A text that scrolls and cannot be edited. Of a long one only the pieces around what is seen exist.
+// A text that scrolls and cannot be edited. Of a long text, only the pieces around what is seen exist.
 FocusScope {
     id: root
 
@@ -17,7 +17,7 @@ FocusScope {
         list.positionViewAtBeginning();
     }
 
-    Keys.onPressed: event => list.takeKey(event)
+    Keys.onPressed: event => keys.take(event)
 
     FontMetrics {
         id: metrics
@@ -29,6 +29,7 @@ FocusScope {
 
         view: list
         line: 3 * metrics.lineSpacing
+        onAsked: y => list.scrollTo(y)
     }
     ListView {
         id: list
@@ -43,7 +44,7 @@ FocusScope {
         focus: true
         model: root.pieceCount
 
-        // How high the pieces are that are not seen is only estimated.
+        // The height of pieces out of view is only estimated.
         function scrollTo(y) {
             cancelFlick();
             if (y <= originY)
@@ -52,12 +53,6 @@ FocusScope {
                 positionViewAtEnd();
             else
                 contentY = y;
-        }
-        function takeKey(event) {
-            if (!keys.knows(event))
-                return;
-            scrollTo(keys.target(event));
-            event.accepted = true;
         }
 
         delegate: TextEdit {
@@ -86,7 +81,7 @@ FocusScope {
 
         T.ScrollIndicator.vertical: PageScrollIndicator {}
     }
-    // Assistive tools are told the whole of it, also where it comes in pieces.
+    // Tells assistive tools the whole text where it comes in pieces.
     Item {
         parent: list.contentItem
         y: list.originY

@@ -1,7 +1,7 @@
 pragma Singleton
 import QtQuick
 
-// Colours, measures and times, once for all.
+// The colours, measures and times of the window. Measures are in points, times in milliseconds.
 QtObject {
     property bool dark: false
     property bool animated: true
@@ -33,8 +33,8 @@ QtObject {
     readonly property int endGap: 32   // beneath the last row of a page
     readonly property int signGap: 8   // between a title and the sign at its end
     readonly property int textGap: 12  // between two texts side by side
-    readonly property int lineGap: 8   // between what is one beneath the other on a sheet
-    readonly property int focusGap: 8  // that is seen around what has the focus
+    readonly property int lineGap: 8   // between lines on a sheet
+    readonly property int focusGap: 8  // around what has the focus, when it is scrolled into view
 
     readonly property int rowHeight: Math.max(44, Math.ceil(1.25 * bodySize) + 2 * textMargin)
     readonly property int textMargin: 11 // above and below the only text of a row
@@ -46,8 +46,8 @@ QtObject {
     readonly property int buttonHeight: 40 // in a bar
     readonly property int buttonPadding: 8
     readonly property int buttonRadius: 8
-    readonly property int ringInset: 1 // of a focus ring that is within what has the focus
-    readonly property int ringGap: 4   // to one that is around it
+    readonly property int ringInset: 1 // from a control to a focus ring inside it
+    readonly property int ringGap: 4   // to one around it
 
     function scaled(size) { return Math.max(1, Math.round(size * textSize / 100)) }
     readonly property int usualSize: 17 // of the letters of a title
@@ -55,7 +55,7 @@ QtObject {
     readonly property int detailSize: scaled(15)
     readonly property int footSize: scaled(13)
     readonly property int smallestSize: scaled(14) // down to which a title shrinks before it takes more lines
-    // Where the height is not ours to choose texts take what there is of it, and shrink as far as they are still read.
+    // Where the height is fixed, texts take what there is of it, and shrink as far as they stay readable.
     readonly property int smallestFixedSize: Math.min(smallestSize, 14)
     function bodySizeWithin(height) { return Math.min(bodySize, Math.floor(height * 0.8)) }
     readonly property int barSize: bodySizeWithin(buttonHeight)

@@ -1,7 +1,7 @@
 import QtQuick
 
-// Stands in for a page while the main thread is busy with it: says what it waits for and, when nothing can come any
-// more, offers to begin anew.
+// Stands in for a page while the main thread is busy with it: says what it waits for and, once nothing can come any
+// more, offers to restart Settings.
 Rectangle {
     id: root
 
@@ -16,7 +16,7 @@ Rectangle {
     Accessible.description: explanation
 
     // Only the button can have the focus.
-    Keys.onPressed: event => flick.takeKey(event)
+    Keys.onPressed: event => flick.keys.take(event)
 
     // Large texts may not fit into a low window.
     Scroller {

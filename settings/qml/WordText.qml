@@ -1,7 +1,7 @@
 import QtQuick
 
-// A text of as many lines as it needs. A word that is too long for one makes the text smaller, though not smaller than it
-// usually is; only one that is longer still is broken.
+// A text of as many lines as it needs. A word that is too long for a line makes the text smaller, down to its usual
+// size; only a word that is longer still is broken.
 Text {
     id: root
 
