@@ -30,22 +30,6 @@ void ComposerModel::read(const Snapshot& composer) {
     emit changed();
 }
 
-void ComposerModel::send(const QString& to, const QString& subject, const QString& body) {
-    act(ComposerAction::send, to, subject, body);
-}
-
-void ComposerModel::saveDraft(const QString& to, const QString& subject, const QString& body) {
-    act(ComposerAction::save, to, subject, body);
-}
-
-void ComposerModel::cancel() {
-    act(ComposerAction::cancel, {}, {}, {});
-}
-
-void ComposerModel::leave(const QString& to, const QString& subject, const QString& body) {
-    act(ComposerAction::leave, to, subject, body);
-}
-
 void ComposerModel::act(ComposerAction action, const QString& to, const QString& subject, const QString& body) {
     send_(Composed{composer_->id, action, {to.toStdString(), subject.toStdString(), body.toStdString()}}, {});
 }

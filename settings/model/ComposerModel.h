@@ -40,11 +40,17 @@ class ComposerModel : public QObject {
 
     /// Takes up a newer snapshot of the same message, all but its text.
     void read(const Snapshot& composer);
-    Q_INVOKABLE void send(const QString& to, const QString& subject, const QString& body);
-    Q_INVOKABLE void saveDraft(const QString& to, const QString& subject, const QString& body);
-    Q_INVOKABLE void cancel();
+    Q_INVOKABLE void send(const QString& to, const QString& subject, const QString& body) {
+        act(ComposerAction::send, to, subject, body);
+    }
+    Q_INVOKABLE void saveDraft(const QString& to, const QString& subject, const QString& body) {
+        act(ComposerAction::save, to, subject, body);
+    }
+    Q_INVOKABLE void cancel() { act(ComposerAction::cancel, {}, {}, {}); }
     /// For closing the window: the message is kept unless it is being sent.
-    Q_INVOKABLE void leave(const QString& to, const QString& subject, const QString& body);
+    Q_INVOKABLE void leave(const QString& to, const QString& subject, const QString& body) {
+        act(ComposerAction::leave, to, subject, body);
+    }
 
   signals:
     void changed();

@@ -88,7 +88,12 @@ void PageModel::makeGroups() {
         const RowSnapshot& row = page_->rows[i];
         const bool begins = row.cell == platform::PSGroupCell;
         if (begins || !group) {
-            group = makeGroup(begins ? &row : nullptr);
+            group = new GroupModel(this);
+            groups_.push_back(group);
+            if (begins) {
+                group->header = QString::fromStdString(row.name);
+                group->footer = QString::fromStdString(row.footerText);
+            }
             around = {group->header, group->footer, {}};
         }
         rows_.push_back(new RowModel(send_, i, row, around, group));
@@ -98,16 +103,6 @@ void PageModel::makeGroups() {
     emit groupsChanged();
     for (GroupModel* old : former)
         old->deleteLater(); // its delegates may be in the middle of an event
-}
-
-GroupModel* PageModel::makeGroup(const RowSnapshot* groupRow) {
-    auto* group = new GroupModel(this);
-    if (groupRow) {
-        group->header = QString::fromStdString(groupRow->name);
-        group->footer = QString::fromStdString(groupRow->footerText);
-    }
-    groups_.push_back(group);
-    return group;
 }
 
 } // namespace settings

@@ -94,7 +94,6 @@ class PageModel : public QObject {
     template<class Model, class Part, class... Context>
     void readPart(Model*& model, const std::shared_ptr<const Part>& part, const Context&... context);
     void readElements();
-    GroupModel* makeGroup(const RowSnapshot* groupRow);
 
     SendEvent send_;
     std::shared_ptr<const PageSnapshot> page_;

@@ -99,19 +99,13 @@ void TouchItem::sendMouse(UITouchPhase phase, QPointF place) {
     send(points);
 }
 
-void TouchItem::cancelMouse() {
-    const auto mouse = down_.find(kMouse);
-    if (mouse == down_.end()) return;
-    const Point point{kMouse, UITouchPhase::cancelled, mouse->second};
-    down_.erase(mouse);
-    send({point});
-}
-
-void TouchItem::cancelFingers() {
+/// Cancels the touch of the mouse, or those of all fingers.
+void TouchItem::cancel(bool mouse) {
+    const auto ends = [mouse](const auto& down) { return (down.first == kMouse) == mouse; };
     std::vector<Point> points;
-    for (const auto& [finger, place] : down_)
-        if (finger != kMouse) points.push_back({finger, UITouchPhase::cancelled, place});
-    std::erase_if(down_, [](const auto& down) { return down.first != kMouse; });
+    for (const auto& down : down_)
+        if (ends(down)) points.push_back({down.first, UITouchPhase::cancelled, down.second});
+    std::erase_if(down_, ends);
     send(points);
 }
 

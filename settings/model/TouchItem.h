@@ -49,8 +49,9 @@ class TouchItem : public QQuickItem {
     void add(std::vector<Point>& points, std::int64_t finger, platform::UITouchPhase phase, QPointF place);
     void send(const std::vector<Point>& points);
     void sendMouse(platform::UITouchPhase phase, QPointF place);
-    void cancelMouse();
-    void cancelFingers();
+    void cancelMouse() { cancel(true); }
+    void cancelFingers() { cancel(false); }
+    void cancel(bool mouse);
 
     QPointer<PageModel> page_;
     std::map<std::int64_t, platform::CGPoint> down_; ///< where each finger was last

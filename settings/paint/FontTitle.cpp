@@ -62,9 +62,10 @@ void FontTitle::layOutSoon() {
 /// Called before the next frame, so a row that only passes by while everything finds its place opens no font.
 void FontTitle::updatePolish() {
     if (!inView_ || !std::exchange(due_, false)) return;
+    const bool wasDrawn = drawn();
     path_ = layOut();
     update();
-    if (std::exchange(drawn_, !path_.isEmpty()) != drawn_) emit drawnChanged();
+    if (drawn() != wasDrawn) emit drawnChanged();
 }
 
 /// Empty when the text cannot be drawn in that font.

@@ -30,7 +30,7 @@ class FontTitle : public QQuickPaintedItem {
     /// Holds a platform::UIFontRef, of which QML knows nothing.
     [[nodiscard]] QVariant titleFont() const { return QVariant::fromValue(font_); }
     void setTitleFont(const QVariant& font);
-    [[nodiscard]] bool drawn() const { return drawn_; }
+    [[nodiscard]] bool drawn() const { return !path_.isEmpty(); }
     void paint(QPainter* painter) override;
 
   signals:
@@ -54,7 +54,6 @@ class FontTitle : public QQuickPaintedItem {
     double smallestScale_ = 1;
     bool inView_ = false;
     bool due_ = true;
-    bool drawn_ = false;
     QPainterPath path_; ///< where it is to be drawn; painting may be on the render thread
 };
 
