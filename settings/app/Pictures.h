@@ -30,6 +30,7 @@ class Pictures : private QObject {
     Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost,
              const std::function<void(const std::string& why)>& overdue);
 
+    /// Saves the page on top, once it stands. Fails when that takes too long or the file cannot be written.
     [[nodiscard]] platform::Result<void> grab(const std::filesystem::path& file);
     /// Saves every page, opened anew at each size, light and dark: "LumoraPreferences-390-light.png"; of a page that is
     /// longer than the window, its end too: "LumoraPreferences-end-390-light.png". A class that several rows open has

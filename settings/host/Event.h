@@ -45,7 +45,7 @@ struct TableScrolled {
     friend bool operator==(const TableScrolled&, const TableScrolled&) = default;
 };
 
-/// Fingers or the mouse touched the view that the page hosts: all points of one event, in points of the page.
+/// Fingers or the mouse touched the view that the page hosts: all that came in one event, at places on the page.
 struct Touched {
     std::vector<platform::UITouchRouter::Point> points;
     friend bool operator==(const Touched&, const Touched&) = default;

@@ -13,6 +13,7 @@ namespace settings {
 /// Height of the navigation bar, in points; a page has the rest of the window.
 inline constexpr int kBarHeight = 52;
 
+/// The size of a page in a window of that size, in points.
 [[nodiscard]] constexpr platform::CGSize contentSizeOf(platform::CGSize window) {
     return {window.width, window.height > kBarHeight ? window.height - kBarHeight : 0};
 }

@@ -60,8 +60,7 @@ void complain(const std::string& className, const char* ofWhat, const std::strin
     std::cerr << "lumora-settings: the page " << printable(className) << ofWhat << printable(fault) << std::endl;
 }
 
-/// Says on standard error what else nobody would learn, as the page keeps silent: why a message was not sent, and where
-/// its draft is.
+/// Says on standard error what the page keeps silent about: why a message was not sent, and where its draft is.
 void report(const MFMailComposeViewController& composer) {
     if (!composer.isOver()) return; // the sheet still says why
     const char* lost = composer.draft().empty() ? "neither sent nor kept" : "not sent";

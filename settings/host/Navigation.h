@@ -19,7 +19,7 @@ namespace settings {
 ///     Navigation navigation([](StackSnapshot snapshot) { … });
 ///     navigation.open(NSClassFromString("LumoraPreferences"), "Lumora");
 ///
-/// Main thread only; `show` is called there too. An event names its page by the id, and does nothing when it comes too
+/// Main thread only; `show` is called there too. An event names its page by its id, and does nothing when it comes too
 /// late, for a page that is gone or covered.
 class Navigation {
   public:

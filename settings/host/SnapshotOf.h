@@ -11,7 +11,7 @@
 
 namespace settings {
 
-/// Pictures of what pages hold. All of it is for the main thread.
+/// Pictures of what pages hold. Everything here is for the main thread.
 
 /// A page as it stands, with what it presents. Asks for its rows and reads the value of each; throws what the page
 /// throws, and for a null row.

@@ -101,7 +101,7 @@ class Shell : public QObject {
     std::optional<Opening> opening_;
     int workUnderWay_ = 0;
     Patience patience_ = Patience::fresh;
-    bool asksTweak_ = false; ///< the main thread waits for the tweak, and does not work
+    bool asksTweak_ = false; ///< the main thread waits for the tweak instead of working
     QTimer looks_;
     QElapsedTimer since_; ///< when the main thread began to work, or to wait for the tweak
     bool dark_ = false;

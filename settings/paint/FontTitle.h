@@ -34,7 +34,7 @@ class FontTitle : public QQuickPaintedItem {
     void paint(QPainter* painter) override;
 
   signals:
-    /// Something that the layout depends on, or the colour, is another one.
+    /// The text, its font, its colour or a scale has changed.
     void changed();
     void inViewChanged();
     void drawnChanged();
