@@ -24,7 +24,7 @@ constexpr auto kNoticeable = 200ms;
 constexpr auto kBothTimeOuts =
     std::chrono::round<std::chrono::milliseconds>(1s * (lumora::kSendTimeout + lumora::kReceiveTimeout));
 constexpr auto kSpare = 200ms;
-/// For as long a page may work, as when it probes a few plug-ins that do not answer.
+/// A page may work for that long, as when it probes a few plug-ins that do not answer.
 constexpr auto kWorkAtMost = 30s;
 /// A little longer than sending a message may take.
 constexpr std::chrono::milliseconds kMailAtMost = 130s;
