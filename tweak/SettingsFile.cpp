@@ -120,9 +120,10 @@ Result<void> SettingsFile::replace(const Data& bytes) {
 }
 
 Result<void> SettingsFile::write(const Data& bytes, const std::string& name) const {
-    const FileDescriptor file(
+    FileDescriptor file(
         openat(folder_.number(), name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
-    if (!file || !file.write(bytes.data(), bytes.size())) return Result<void>::failure(systemError());
+    // Some file systems tell only then that they have no room.
+    if (!file || !file.write(bytes.data(), bytes.size()) || !file.close()) return Result<void>::failure(systemError());
     return {};
 }
 

@@ -10,12 +10,14 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <latch>
 #include <set>
 #include <thread>
 
+#include <dlfcn.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -38,6 +40,7 @@ using testing::UnorderedElementsAre;
 namespace {
 
 std::atomic<int> synced = 0;
+thread_local bool closingFails = false;
 
 } // namespace
 
@@ -45,6 +48,15 @@ std::atomic<int> synced = 0;
 extern "C" int fsync(int descriptor) {
     ++synced;
     return static_cast<int>(::syscall(SYS_fsync, descriptor));
+}
+
+/// Closes as the one of the C library does, and while it is to fail says that not everything has arrived.
+extern "C" int close(int descriptor) {
+    static const auto librarys = reinterpret_cast<int (*)(int)>(::dlsym(RTLD_NEXT, "close"));
+    const int closed = librarys(descriptor);
+    if (!closingFails) return closed;
+    errno = EDQUOT;
+    return -1;
 }
 
 namespace {
@@ -351,6 +363,19 @@ TEST_F(SettingsStoreTest, RefusesAChangeThatDoesNotFitOnTheDisk) {
     }
     EXPECT_TRUE(store->change("kLSDateSubtitle", std::string(10'000, 'x'))) << "there is room again";
     EXPECT_EQ(onDisk()["kSleepTime"], Value(60));
+}
+
+TEST_F(SettingsStoreTest, RefusesAChangeThatDoesNotArriveOnTheDiskBeforeItsFileIsClosed) {
+    const auto store = open();
+    ASSERT_TRUE(store->change("kSleepTime", 30));
+    closingFails = true; // for this thread
+    const Result<void> changed = store->change("kSleepTime", 60);
+    closingFails = false;
+    ASSERT_FALSE(changed);
+    EXPECT_EQ(changed.error(), "cannot write " + sandbox.settings().string() + ": Disk quota exceeded");
+    EXPECT_EQ(store->settings()["kSleepTime"], Value(30));
+    EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
+    EXPECT_THAT(files(), UnorderedElementsAre("settings.plist", "settings.plist.lock"));
 }
 
 TEST_F(SettingsStoreTest, RefusesChangesWhenItsFolderIsGone) {
