@@ -7,6 +7,7 @@
 #include "platform/foundation/PropertyList.h"
 #include "platform/messaging/CFMessagePort.h"
 
+#include <algorithm>
 #include <utility>
 
 using platform::Data;
@@ -29,8 +30,13 @@ Dictionary withDefaults(const Dictionary& changed) {
     return settings;
 }
 
-/// Room for some hundreds of switches in a file that was too large before there was a limit.
-constexpr std::size_t kSpare = 64U << 10U;
+/// Switches, numbers and colours, which take a few bytes each. There are only so many of them as long as no keys are
+/// added but the tweak's own.
+bool isSmall(const std::string& key, const Value& value, const Dictionary& changed) {
+    const Setting* setting = findSetting(key);
+    if (setting && value.dictionary()) return true;
+    return (setting || changed.contains(key)) && (value.boolean() || value.isNumber());
+}
 
 /// The entries whose values their settings can have, with a line in the log for each of the others.
 Dictionary fitting(const Dictionary& stored, const std::filesystem::path& path, const Log& log) {
@@ -90,12 +96,11 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
             aside.value().string() + ", defaults stand in");
     }
     const std::size_t size = bytes.value() ? bytes.value()->size() : 0;
-    const std::size_t largest = size > kLargestSettings ? size + kSpare : kLargestSettings;
-    return std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed), largest));
+    return std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed), size));
 }
 
-SettingsStore::SettingsStore(std::unique_ptr<SettingsFile> file, Dictionary changed, std::size_t largest)
-    : file_(std::move(file)), largest_(largest), changed_(std::move(changed)) {
+SettingsStore::SettingsStore(std::unique_ptr<SettingsFile> file, Dictionary changed, std::size_t size)
+    : file_(std::move(file)), changed_(std::move(changed)), size_(size) {
 }
 
 Dictionary SettingsStore::settings() const {
@@ -114,14 +119,17 @@ Result<void> SettingsStore::change(const std::string& key, const Value& value) {
     changed.set(key, value);
     const Result<Data> bytes = platform::writePropertyList(changed);
     if (!bytes) return refuse(inQuotes(key) + " cannot be kept: " + bytes.error());
-    if (bytes.value().size() > largest_)
+    const std::size_t largest = std::max(kLargestSettings, size_);
+    if (bytes.value().size() > largest && !isSmall(key, value, changed_))
         return refuse(inQuotes(key) + " cannot be kept: the settings would take more than " +
-                      std::to_string(largest_ >> 20U) + " MiB");
+                      std::to_string(largest >> 20U) + " MiB");
     if (!fitsAnAnswer(changed))
         return refuse(inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more");
     Result<void> kept = file_->replace(bytes.value());
-    if (kept) changed_ = std::move(changed);
-    return kept;
+    if (!kept) return kept;
+    changed_ = std::move(changed);
+    size_ = bytes.value().size();
+    return {};
 }
 
 } // namespace lumora

@@ -11,8 +11,9 @@
 
 namespace lumora {
 
-/// The most that the settings may take in their file, in bytes. Each change writes all of them, and its sender waits for
-/// a second at most. A file that is larger already may grow by a little more, so that its switches can still be changed.
+/// How large the settings may become, in bytes as they are written. Each change writes all of them, and its sender
+/// waits for a second at most. Settings that are already larger may shrink but not grow, except by the few bytes of a
+/// switch, a number or a colour.
 inline constexpr std::size_t kLargestSettings = 4U << 20U;
 
 /// Owns every setting of the tweak and keeps what was changed on disk, as a binary property list.
@@ -40,12 +41,12 @@ class SettingsStore {
     [[nodiscard]] platform::Result<void> change(const std::string& key, const platform::Value& value);
 
   private:
-    SettingsStore(std::unique_ptr<SettingsFile> file, platform::Dictionary changed, std::size_t largest);
+    SettingsStore(std::unique_ptr<SettingsFile> file, platform::Dictionary changed, std::size_t size);
 
     std::unique_ptr<SettingsFile> file_;
-    std::size_t largest_;         ///< size that the settings may reach, in bytes
     mutable std::mutex changing_; ///< guards what follows; held by one change at a time
     platform::Dictionary changed_;
+    std::size_t size_; ///< of the settings as they are written, in bytes
 };
 
 /// The path of the settings under the device root.

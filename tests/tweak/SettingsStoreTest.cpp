@@ -415,6 +415,26 @@ TEST_F(SettingsStoreTest, ChangesSwitchesInAFileBeyondItsLimitWhichGrowsNoFurthe
     EXPECT_TRUE(store->change("a", Data(kLargestSettings, 1)));
 }
 
+TEST_F(SettingsStoreTest, LetsAFileBeyondItsLimitGrowAtNoStart) {
+    const auto written =
+        platform::writePropertyList(Dictionary{{"a", Data(2 * kLargestSettings, 1)}, {"com.example.switch", true}});
+    writeFile(sandbox.settings(), {written.value().begin(), written.value().end()});
+    for (int start = 1; start <= 3; ++start) {
+        const auto store = open();
+        ASSERT_TRUE(store) << failure;
+        EXPECT_FALSE(store->change("com.example.key" + std::to_string(start), true));
+        EXPECT_FALSE(store->change("com.example.switch", std::string(1000, 'x')));
+        EXPECT_FALSE(store->change("kLSDateSubtitle", std::string(1000, 'x')));
+        EXPECT_TRUE(store->change("com.example.switch", start % 2 == 0)) << "some bytes more than before";
+        EXPECT_TRUE(store->change("kSleepTime", start * 1000));
+        EXPECT_TRUE(store->change("kLSBlurColor", Dictionary{{"h", 0.25}, {"s", 1.0}, {"b", 0.1 * start}}));
+    }
+    EXPECT_LT(readFile(sandbox.settings()).size(), written.value().size() + 200);
+    const auto store = open();
+    ASSERT_TRUE(store->change("a", Data(kLargestSettings + 1000, 1)));
+    EXPECT_FALSE(store->change("a", Data(kLargestSettings + 1001, 1))) << "what has shrunk grows no more";
+}
+
 TEST_F(SettingsStoreTest, RefusesValuesThatCouldNotBeReadBack) {
     const auto store = open();
     Value deep = 1;
