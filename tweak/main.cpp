@@ -16,12 +16,10 @@
 #include <chrono>
 #include <csignal>
 #include <cstddef>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <future>
-#include <iostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,8 +47,8 @@ struct Arguments {
 };
 
 void logLine(const std::string& line) {
-    // One call for each line keeps the lines of two threads whole.
-    std::fputs(("lumora-tweak: " + platform::printable(line) + "\n").c_str(), stderr);
+    static ErrorLog log;
+    log.write(line);
 }
 
 int failed(const std::string& why) {
@@ -158,7 +156,7 @@ int serve(Tweak& tweak, const std::filesystem::path& settings) {
         return failed("cannot serve the ports: not enough descriptors are left");
 
     const std::array<PortThread, 2> threads{PortThread(changes.value()), PortThread(requests.value())};
-    std::cout << "lumora-tweak ready, settings at " << settings.string() << std::endl;
+    writeAtOnce(STDOUT_FILENO, "lumora-tweak ready, settings at " + settings.string() + "\n");
     notifyServiceManager();
     waitUntilAskedToLeave();
     std::ranges::for_each(threads, &PortThread::stop);

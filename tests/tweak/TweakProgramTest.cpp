@@ -1,4 +1,5 @@
 #include "tests/support/ServedPort.h"
+#include "tests/support/Waiting.h"
 #include "tests/tweak/Messages.h"
 #include "tests/tweak/Program.h"
 #include "tests/tweak/Sandbox.h"
@@ -17,7 +18,9 @@
 #include <cstddef>
 #include <thread>
 
+#include <fcntl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -225,6 +228,32 @@ TEST_F(TweakProgram, TakesABareNameForItsSettings) {
     ASSERT_EQ(tweak.readLine(), kReady + (sandbox.path() / "a.plist").string()) << tweak.errors();
     EXPECT_EQ(change("kSleepTime", 30), "");
     EXPECT_TRUE(std::filesystem::exists(sandbox.path() / "a.plist"));
+}
+
+TEST_F(TweakProgram, AnswersWhileNobodyReadsWhatItSaysAndTellsLaterHowManyLinesAreMissing) {
+    const std::filesystem::path said = sandbox.path() / "said";
+    ASSERT_EQ(mkfifo(said.c_str(), 0600), 0);
+    const platform::FileDescriptor pipe(::open(said.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+    char block[4096]{};
+    while (::write(pipe.number(), block, sizeof block) > 0) {
+    }
+    const auto take = [&] {
+        std::string text;
+        for (ssize_t got = 0; (got = ::read(pipe.number(), block, sizeof block)) > 0;)
+            text.append(block, static_cast<std::size_t>(got));
+        return text;
+    };
+    Program tweak({"/bin/sh", "-c", "exec \"$@\" >\"$0\" 2>&1", said, LUMORA_TWEAK, "--settings", sandbox.settings()});
+    ASSERT_TRUE(eventually([] { return !askForSettings().isNil(); }));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(change("kSleepTime", "soon"), "kSleepTime takes a finite number, not a text");
+    EXPECT_EQ(change("kSleepTime", 30), "");
+    EXPECT_EQ(take().find_first_not_of('\0'), std::string::npos);
+    EXPECT_EQ(change("kTweakEnabled", 1), "kTweakEnabled takes a boolean, not an integer");
+    EXPECT_EQ(take(), "lumora-tweak: lines missing here, because the log was full: 3\n"
+                      "lumora-tweak: updateSettings refused: kTweakEnabled takes a boolean, not an integer\n");
+    tweak.signal(SIGTERM);
+    EXPECT_EQ(tweak.wait(), 0);
 }
 
 TEST_F(TweakProgram, LeavesNoSocketsWhenASignalEndsIt) {
