@@ -9,7 +9,6 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <mutex>
 #include <optional>
@@ -98,8 +97,11 @@ class KeptVerdicts {
             if (!fresh_.contains(std::string(name))) all = append(text, name, verdict) && all;
         text += std::to_string(checksum(text)) + "\n";
         if (file_.is_relative() || !makeFolders(file_.parent_path())) return false;
-        std::string made = file_.native() + ".XXXXXX";
-        FileDescriptor file(::mkostemp(made.data(), O_CLOEXEC)); // of mode 0600
+        // What a writer that was killed has left behind gives way. So does what another writes just now, whose verdicts
+        // may be lost: the file that stands in the end is whole.
+        const std::string made = file_.native() + ".new";
+        ::unlink(made.c_str());
+        FileDescriptor file(::open(made.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
         if (!file) return false;
         const bool written = file.write(text.data(), text.size());
         if (file.close() && written && ::rename(made.c_str(), file_.c_str()) == 0) return all;

@@ -7,6 +7,7 @@
 #include "tests/support/Waiting.h"
 
 #include <algorithm>
+#include <csignal>
 #include <dlfcn.h>
 #include <functional>
 #include <gmock/gmock.h>
@@ -196,6 +197,28 @@ TEST_F(PluginProbe, KeepsItsVerdictsForItsUserAlone) {
     EXPECT_EQ(fs::status(kept()).permissions(), fs::perms(0600));
     EXPECT_EQ(fs::status(kept().parent_path()).permissions(), fs::perms(0700));
     EXPECT_EQ(std::distance(fs::directory_iterator(kept().parent_path()), {}), 1) << "nothing half written";
+}
+
+TEST_F(PluginProbe, RemovesWhatAWriterThatWasKilledHasLeftBesideItsVerdicts) {
+    const fs::path file = plugins.root() / "file";
+    plugins.write(file, "no code");
+    const auto keepOne = [&file] {
+        EXPECT_EQ(platform::mayBeLoaded(platform::ForeignCode::plugin, {{file, {file}}}).size(), 1U);
+    };
+    const auto count = [this] { return std::distance(fs::directory_iterator(kept().parent_path()), {}); };
+    const auto keepOneAndBeKilled = [&keepOne] {
+        const rlimit none{};
+        const rlimit few{100, 100}; // whoever writes more into a file is killed
+        ::setrlimit(RLIMIT_CORE, &none);
+        ::setrlimit(RLIMIT_FSIZE, &few);
+        keepOne();
+    };
+    EXPECT_EXIT(keepOneAndBeKilled(), testing::KilledBySignal(SIGXFSZ), "");
+    EXPECT_EQ(count(), 1) << "half of what was to be kept";
+    EXPECT_FALSE(fs::exists(kept()));
+    keepOne();
+    EXPECT_THAT(keptText(), HasSubstr(file.string()));
+    EXPECT_EQ(count(), 1) << "nothing half written";
 }
 
 TEST_F(PluginProbe, TakesADamagedOrForeignCacheForNone) {
