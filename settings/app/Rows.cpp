@@ -32,10 +32,15 @@ int printRows(const Options& options) {
                 [page, &host](const Result<void>& opened) {
                     if (!opened) return page->written.set_value(Result<std::string>::failure(opened.error()));
                     host.post([page](Navigation& navigation) {
-                        // All rows of a table exist once the whole table is in view.
-                        constexpr double everywhere = std::numeric_limits<double>::infinity();
-                        navigation.handle(page->last->id, TableScrolled{{0, everywhere, {}}});
-                        page->written.set_value(lumora::writeJson(rowsDocument(*page->last)));
+                        const bool shown = navigation.run([page](Navigation& pages) {
+                            // All rows of a table exist once the whole table is in view.
+                            constexpr double everywhere = std::numeric_limits<double>::infinity();
+                            pages.handle(page->last->id, TableScrolled{{0, everywhere, {}}});
+                            page->written.set_value(lumora::writeJson(rowsDocument(*page->last)));
+                        });
+                        if (!shown)
+                            page->written.set_value(
+                                Result<std::string>::failure(page->last->className + " does not show its rows"));
                     });
                 });
     auto written = page->written.get_future();

@@ -96,14 +96,19 @@ bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifi
     return false;
 }
 
-void Navigation::run(const std::function<void(Navigation&)>& work) {
+bool Navigation::run(const std::function<void(Navigation&)>& work) {
     Result<void> done = attempt([&] { work(*this); });
+    const bool sound = bool(done);
     while (!done && !pages_.empty()) {
         complain(pages_.back().className, " fails: ", done.error());
-        if (pages_.size() == 1) return publish(); // so that it is not shown as still being opened
+        if (pages_.size() == 1) {
+            publish(); // so that it is not shown as still being opened
+            break;
+        }
         pages_.pop_back();
         done = attempt([this] { appear(true); });
     }
+    return sound;
 }
 
 void Navigation::handle(std::uint64_t id, const Event& event) {

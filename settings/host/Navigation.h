@@ -32,8 +32,8 @@ class Navigation {
     bool open(platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row = {});
 
     /// Does work in which pages may throw. If one does, the page on top is closed unless it is the first, and a line on
-    /// standard error says why.
-    void run(const std::function<void(Navigation&)>& work);
+    /// standard error says why. False then.
+    bool run(const std::function<void(Navigation&)>& work);
 
     /// Does what the event means to the page, and shows the outcome.
     void handle(std::uint64_t page, const Event& event);

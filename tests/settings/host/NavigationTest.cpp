@@ -140,9 +140,10 @@ TEST_F(NavigationTest, ClosesAPageThatThrowsLaterOnButNotTheFirst) {
     ASSERT_TRUE(navigation.open(NSClassFromString("FaultyPage"), "Faulty"));
     ASSERT_EQ(depth(), 2U);
     testing::internal::CaptureStderr();
-    navigation.run([](Navigation&) { throw 7; });
+    EXPECT_FALSE(navigation.run([](Navigation&) { throw 7; }));
     EXPECT_EQ(depth(), 1U);
-    navigation.run([](Navigation&) { throw std::runtime_error("no more"); });
+    EXPECT_FALSE(navigation.run([](Navigation&) { throw std::runtime_error("no more"); }));
+    EXPECT_TRUE(navigation.run([](Navigation&) {}));
     EXPECT_EQ(depth(), 1U);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "lumora-settings: the page FaultyPage fails: it throws what is no exception\n"

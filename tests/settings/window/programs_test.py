@@ -52,6 +52,14 @@ class ProgramsTest(Windows):
             self.assertIn(why, failed.stderr)
             self.assertNotIn("timed out", failed.stderr)
 
+    def test_ends_at_once_when_a_page_throws_before_all_its_rows_are_there(self):
+        self.make_root()
+        bundle = add_plugin(self.root, "Faulty", program("strange/FaultyBundle"), "FaultyTablePage")
+        failed = self.settings("--bundle", bundle, "--rows", "FaultyTablePage", "--timeout", "86400", DISPLAY="")
+        self.assertEqual((failed.returncode, failed.stdout), (1, ""))
+        self.assertEqual(failed.stderr, "lumora-settings: the page FaultyTablePage fails: no such row\n"
+                                        "lumora-settings: FaultyTablePage does not show its rows\n")
+
     def test_says_that_the_tweak_did_not_answer_in_time(self):
         for options in (["--rows", "LumoraPreferences"], ["--grab", self.folder + "/a.png"], ["--tour", self.folder]):
             failed = self.settings("--timeout", "10", *options)  # long enough to have asked it
