@@ -10,6 +10,8 @@
 #include <csignal>
 #include <cstddef>
 #include <cstring>
+#include <list>
+#include <mutex>
 #include <optional>
 #include <random>
 #include <string_view>
@@ -52,6 +54,34 @@ std::string howItEnded(int status) {
 Verdict verdictOnEnd(int status) {
     return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL ? Verdict::undecided : Verdict::dangerous;
 }
+
+/// All that is being tried, in the order in which that has begun. Never destroyed.
+struct Trials {
+    static Trials& all() {
+        static auto& trials = *new Trials;
+        return trials;
+    }
+    std::mutex mutex;
+    std::list<fs::path> paths;
+};
+
+/// Of one path, while it lives.
+class Trial {
+  public:
+    explicit Trial(const fs::path& path) {
+        const std::lock_guard held(Trials::all().mutex);
+        place_ = Trials::all().paths.insert(Trials::all().paths.end(), path);
+    }
+    Trial(const Trial&) = delete;
+    Trial& operator=(const Trial&) = delete;
+    ~Trial() {
+        const std::lock_guard held(Trials::all().mutex);
+        Trials::all().paths.erase(place_);
+    }
+
+  private:
+    std::list<fs::path>::iterator place_;
+};
 
 /// One probe on its way along the paths.
 class Walk {
@@ -145,7 +175,7 @@ class Errand {
             if (child) {
                 Walk walk(std::move(child).value(), token, limits_);
                 if (walk.begins()) {
-                    first = follow(walk, first, end, results);
+                    first = follow(walk, paths, first, end, results);
                     continue;
                 }
             }
@@ -173,8 +203,10 @@ class Errand {
         return ChildProcess::start(command, {.memory = kMemory, .descriptors = kDescriptors});
     }
     /// The first that this probe has not decided.
-    static std::size_t follow(Walk& walk, std::size_t first, std::size_t end, std::vector<Probed>& results) {
+    static std::size_t follow(Walk& walk, const std::vector<fs::path>& paths, std::size_t first, std::size_t end,
+                              std::vector<Probed>& results) {
         for (std::size_t at = first; at < end; ++at) {
+            const Trial trial(paths[at]);
             Probed result = walk.next(at - first);
             const bool passed = result.verdict == Verdict::safe;
             // One that was loaded before may be to blame, so this one has to do it again at the head of the next probe.
@@ -206,6 +238,11 @@ std::vector<Probed> probe(ForeignCode kind, const std::vector<fs::path>& paths, 
     if (half < paths.size()) second = std::jthread([&] { errand.run(paths, half, paths.size(), results); });
     errand.run(paths, 0, half, results);
     return results;
+}
+
+fs::path beingTried() {
+    const std::lock_guard held(Trials::all().mutex);
+    return Trials::all().paths.empty() ? fs::path() : Trials::all().paths.front();
 }
 
 } // namespace platform

@@ -51,6 +51,9 @@ inline constexpr char kReadyAnswer = 'r';
 [[nodiscard]] PLATFORM_EXPORT std::vector<Probed>
 probe(ForeignCode kind, const std::vector<std::filesystem::path>& paths, ProbeReport report, const ProbeLimits& limits);
 
+/// What is being tried just now: of several, the one begun first; empty for nothing. Any thread.
+[[nodiscard]] PLATFORM_EXPORT std::filesystem::path beingTried();
+
 /// The line that the probe writes ahead of each answer of `length` bytes.
 [[nodiscard]] PLATFORM_EXPORT std::string probeAnswerLine(const std::string& token, std::size_t index, char answer,
                                                           std::size_t length);

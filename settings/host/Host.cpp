@@ -1,6 +1,7 @@
 #include "settings/host/Host.h"
 
 #include "link/Messages.h"
+#include "platform/foundation/LoadProbe.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSCondition.h"
 #include "platform/messaging/Dispatch.h"
@@ -43,6 +44,7 @@ bool waitsForTweak() {
 
 std::string whatBlocks(const std::string& page) {
     if (waitsForTweak()) return "the tweak to answer \"" + std::string(lumora::kRequestTweakSettings) + "\"";
+    if (const auto tried = platform::beingTried(); !tried.empty()) return "lumora-probe to try " + tried.string();
     return "the page \"" + page + "\", which is not ready yet";
 }
 

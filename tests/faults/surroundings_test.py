@@ -346,6 +346,12 @@ class PluginTest(Case):
         self.assertRegex(listed.stdout, r"looping-at-load-1.bundle +skipped: it hangs: no answer within 2000 ms of")
         self.assertIn("ClockView.bundle", listed.stdout)
 
+    def test_a_time_out_names_the_plug_in_that_is_waited_for(self):
+        self.add("hanging-at-load-1")
+        rows = self.rows("PluginsListController", "--timeout", "10")  # no longer than one may take
+        self.expect_failure(rows, "timed out waiting for lumora-probe to try " + self.root)
+        self.assertRegex(rows.stderr, r"/hanging-at-load-1\.bundle\n")
+
     def test_a_plug_in_that_calls_exit_is_no_success(self):
         self.add("exiting-in-settings-at-name-1")
         rows = self.rows("PluginsListController")
