@@ -7,12 +7,16 @@ plug-in's own page.
 Needs what spoken.py needs.
 """
 import json
+import os
+import shutil
 import unittest
 
 import pyatspi
 from gi.repository import GLib
 
+from harness.build import BUILD
 from harness.display import HEIGHT
+from harness.programs import add_plugin
 from harness.spoken import LINK, SWITCH, Spoken
 from harness.waiting import eventually
 
@@ -206,7 +210,10 @@ class AutoUnlockAppsTest(Spoken):
 
 
 class PlugInPageTest(Spoken):
-    """A plug-in's own settings page, from its link to a key of its own at the tweak."""
+    """A plug-in's own settings page, from its link to a key of its own at the tweak, and faulty ones."""
+
+    def add(self, name, module):
+        add_plugin(self.root, name, BUILD / "tests/lists/modules" / module, "TestPlugin")
 
     def test_opens_from_its_link_and_keeps_its_keys_at_the_tweak(self):
         window = self.open_window("--page", "PluginsListController")
@@ -215,6 +222,42 @@ class PlugInPageTest(Spoken):
         eventually(lambda: "Show Tomorrow" in self.spoken(window, SWITCH), "the plug-in's page")
         self.act(self.spoken(window, SWITCH)["Show Tomorrow"], "Toggle")
         eventually(lambda: self.stored("org.lumora.plugins.weather.tomorrow") is False, "the change at the tweak")
+
+    def test_does_not_open_when_it_throws_or_has_a_null_row_and_the_others_do(self):
+        faults = {"constructor": "no page today", "rows": "no page today", "row": "it has a null row"}
+        self.make_root()
+        for place in faults:
+            self.add(f"faulty-{place}", "PagePlugin")
+        window = self.open_window("--page", "PluginsListController")
+        self.named(window, LINK, "Weather")
+        said = window.lines.text
+        for place, fault in faults.items():
+            self.act(self.named(window, LINK, f"faulty-{place}"), "Press")
+            said += f"lumora-settings: the page TestPage does not open: {fault}\n"
+            self.expect_soon(lambda: window.lines.text, said)
+        self.act(self.named(window, LINK, "Weather"), "Press")
+        self.named(window, SWITCH, "Show Tomorrow")
+        self.assertEqual(window.lines.text, said)
+
+    def test_of_one_that_sleeps_while_it_is_loaded_is_waited_for_once(self):
+        loads = self.environment["LUMORA_TEST_LOADS"] = self.folder + "/loads"
+        with open(loads, "w", encoding="utf-8"):
+            pass  # the plug-in adds a line each time
+        self.make_root()
+        plugins = self.root + "/Library/Nevo/Lumora/Plugins"
+        shutil.rmtree(plugins)
+        os.mkdir(plugins)
+        self.add("hanging-at-load-1", "TestPlugin")
+        self.add("sound", "PagePlugin")
+        window = self.open_root_page()
+        for _ in range(2):
+            self.act(self.named(window, LINK, "App Views"), "Press")
+            self.named(window, LINK, "sound")
+            self.assertNotIn("hanging-at-load-1", self.spoken(window, LINK))
+            self.xdotool("key", "--window", window.id, "Escape")
+            eventually(lambda: self.spoken(window, LINK).keys() & {"App Views", "sound"} == {"App Views"}, "the root")
+        with open(loads, encoding="utf-8") as file:
+            self.assertEqual(file.read(), "hanging-at-load-1\n")
 
 
 if __name__ == "__main__":
