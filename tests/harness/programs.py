@@ -11,6 +11,7 @@ import socket
 import subprocess
 import tempfile
 import threading
+from pathlib import Path
 
 from harness import wire
 from harness.build import BUILD
@@ -29,8 +30,8 @@ def add_plugin(root, name, library, principal):
     bundle = os.path.join(root, f"Library/Nevo/Lumora/Plugins/{name}.bundle")
     os.mkdir(bundle)
     shutil.copy(library, bundle + "/Code")
-    with open(bundle + "/Info.plist", "wb") as file:
-        plistlib.dump({"CFBundleExecutable": "Code", "NSPrincipalClass": principal}, file)
+    Path(bundle, "Info.plist").write_bytes(
+        plistlib.dumps({"CFBundleExecutable": "Code", "NSPrincipalClass": principal}))
     return bundle
 
 
@@ -87,6 +88,18 @@ class Programs(Limited):
         self.root = self.folder + "/root"
         shutil.copytree(ROOT, self.root, symlinks=True)
 
+    def write(self, name, content):
+        """A file in the test's folder, and its path."""
+        path = Path(self.folder, name)
+        path.write_bytes(content if isinstance(content, bytes) else content.encode())
+        return str(path)
+
+    def add_script(self, name, script):
+        """A program in the test's folder, and its path."""
+        path = self.write(name, f"#!/bin/sh\n{script}\n")
+        os.chmod(path, 0o700)
+        return path
+
     def start(self, *command, **options):
         """A program that runs until the test ends; what it says on a piped standard error is in .lines.text."""
         process = subprocess.Popen(command, text=True, **{"env": self.environment, **options})
@@ -117,29 +130,33 @@ class Programs(Limited):
         process.terminate()
         self.assertEqual(process.wait(LONG_ENOUGH), 0)
 
-    def run_program(self, *command, **options):
-        """Until it ends by itself."""
-        return subprocess.run(command, check=False, **{
+    def run_program(self, *command, status=None, **options):
+        """Until it ends by itself; with that status, if one is given."""
+        done = subprocess.run(command, check=False, **{
             "env": self.environment, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "text": True,
             "timeout": LONG_ENOUGH, **options})
+        if status is not None:
+            self.assertEqual(done.returncode, status, (command, done.stderr))
+        return done
 
-    def settings(self, *words, **environment):
+    def settings(self, *words, status=None, **environment):
         """The Settings application, without a window."""
-        return self.run_program(program("lumora-settings"), "--root", self.root, *words,
+        return self.run_program(program("lumora-settings"), "--root", self.root, *words, status=status,
                                 env={**self.environment, **environment})
+
+    def printed(self, page):
+        """What a page prints, for which no display is needed."""
+        return json.loads(self.settings("--rows", page, status=0, DISPLAY="").stdout)
 
     def lumoractl(self, *words, **options):
         return self.run_program(program("lumoractl"), *words, **options)
 
     def get(self, key):
         """What the tweak has for a key."""
-        told = self.lumoractl("get", key)
-        self.assertEqual(told.returncode, 0, told.stderr)
-        return json.loads(told.stdout)
+        return json.loads(self.lumoractl("get", key, status=0).stdout)
 
     def set(self, key, value):
-        taken = self.lumoractl("set", key, json.dumps(value))
-        self.assertEqual(taken.returncode, 0, taken.stderr)
+        self.lumoractl("set", key, json.dumps(value), status=0)
 
     def connected(self, name=wire.UPDATE_SETTINGS):
         """A connection of the test's own to a port."""
@@ -163,11 +180,9 @@ class Programs(Limited):
 
     def all_stored(self):
         try:
-            with open(self.settings_file, "rb") as file:
-                return plistlib.load(file)
+            return plistlib.loads(Path(self.settings_file).read_bytes())
         except FileNotFoundError:
             return {}
 
     def store(self, settings):
-        with open(self.settings_file, "wb") as file:
-            plistlib.dump(settings, file)
+        Path(self.settings_file).write_bytes(plistlib.dumps(settings))

@@ -14,7 +14,7 @@ GONE.append(GLib.Error)
 
 # What the toolkit makes of a switch, of a link if it is an older one, and of an option in a list of them.
 SWITCH = pyatspi.ROLE_CHECK_BOX
-LINK = pyatspi.ROLE_PUSH_BUTTON
+LINK = BUTTON = pyatspi.ROLE_PUSH_BUTTON
 OPTION = pyatspi.ROLE_RADIO_BUTTON
 
 
@@ -62,7 +62,7 @@ class Spoken(Windows):
         try:
             return {item.name: item for application in self.applications(window)
                     for item in self.find(application, lambda it: role_of(it) == role and
-                                          it.getState().contains(pyatspi.STATE_SHOWING))}
+                                          self.has_state(it, pyatspi.STATE_SHOWING))}
         except GLib.Error:
             return {}  # something went away while it was looked at
 
@@ -70,32 +70,74 @@ class Spoken(Windows):
         """One of them, to be used at once: whatever changes on the screen may put another in its place."""
         return eventually(lambda: self.spoken(window, role).get(name), name)
 
-    def act(self, item, name):
+    @staticmethod
+    def has_state(item, state):
+        return item.getState().contains(state)
+
+    @staticmethod
+    def extents(item):
+        return item.get_component_iface().get_extents(pyatspi.DESKTOP_COORDS)
+
+    @staticmethod
+    def text_of(item):
+        text = item.queryText()
+        return text.getText(0, text.characterCount)
+
+    @staticmethod
+    def act(item, name):
         actions = item.queryAction()
         actions.doAction([actions.getName(i) for i in range(actions.nActions)].index(name))
+
+    def press_button(self, window, name):
+        """Or a link."""
+        self.act(self.named(window, BUTTON, name), "Press")
+
+    def click(self, item):
+        place = self.extents(item)
+        self.click_at(place.x + place.width // 2, place.y + place.height // 2)
+
+    def listen(self, note, *events):
+        """Has note(event) called for what assistive tools are told, while await_told() waits."""
+        pyatspi.Registry.registerEventListener(note, *events)
+        self.addCleanup(pyatspi.Registry.deregisterEventListener, note, *events)
+
+    @staticmethod
+    def await_told(condition, what):
+        def look():
+            GLib.MainContext.default().iteration(False)
+            return condition()
+        eventually(look, what)
+
+    # -- the rows of a list --
 
     def rows(self, window):
         return self.spoken(window, self.ROW)
 
     def place(self, window, name):
-        return self.named(window, self.ROW, name).queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        return self.extents(self.named(window, self.ROW, name))
+
+    def in_state(self, window, state):
+        return [name for name, row in self.rows(window).items() if self.has_state(row, state)]
 
     def focused(self, window):
-        return [name for name, row in self.rows(window).items() if row.getState().contains(pyatspi.STATE_FOCUSED)]
+        return self.in_state(window, pyatspi.STATE_FOCUSED)
+
+    def marked(self, window):
+        return self.in_state(window, pyatspi.STATE_CHECKED)
 
     def lift(self, window, name):
         """Presses a row's handle, and tells where."""
         row = self.place(window, name)
         x, y = row.x + row.width - 30, row.y + row.height // 2
-        self.xdotool("mousemove", str(x), str(y), "mousedown", "1")
+        self.xdotool("mousemove", x, y, "mousedown", 1)
         return x, y
 
     def drag(self, window, name, to):
         """Drops a row where its middle is at that height."""
         x, y = self.lift(window, name)
         for part in range(1, 9):
-            self.xdotool("mousemove", str(x), str(y + (to - y) * part // 8))
-        self.xdotool("mouseup", "1")
+            self.xdotool("mousemove", x, y + (to - y) * part // 8)
+        self.xdotool("mouseup", 1)
 
     def expect(self, key, identifiers):
         self.expect_soon(lambda: self.get(key), identifiers)

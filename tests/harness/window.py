@@ -8,10 +8,11 @@ import os
 import subprocess
 import sys
 import unittest
+from pathlib import Path
 
 from harness.display import Display
 from harness.programs import Programs, program
-from harness.waiting import eventually
+from harness.waiting import LONG_ENOUGH, eventually
 
 
 class Windows(Programs):
@@ -22,16 +23,12 @@ class Windows(Programs):
     @classmethod
     def setUpClass(cls):
         cls.display = Display()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.display.stop()
+        cls.addClassCleanup(cls.display.stop)
 
     def run(self, result=None):
         """Takes away the picture that an earlier failure of the test has left."""
         if picture := self.picture_of_failure():
-            with contextlib.suppress(FileNotFoundError):
-                os.remove(picture)
+            picture.unlink(missing_ok=True)
         return super().run(result)
 
     def setUp(self):
@@ -55,7 +52,7 @@ class Windows(Programs):
             raise
         except Exception:
             if path := self.picture_of_failure():
-                os.makedirs(os.path.dirname(path), exist_ok=True)
+                path.parent.mkdir(parents=True, exist_ok=True)
                 self.display.save_picture(path)
                 print("A picture of the failure:", path, file=sys.stderr)
             raise
@@ -63,10 +60,12 @@ class Windows(Programs):
     def picture_of_failure(self):
         """Where it is to be, if anywhere."""
         folder = os.environ.get("LUMORA_TEST_PICTURES")
-        return folder and os.path.join(folder, self.id().removeprefix("__main__.") + ".png")
+        return folder and Path(folder, self.id().removeprefix("__main__.") + ".png")
 
     def open_window(self, *options):
-        window = self.start(program("lumora-settings"), "--root", self.root, *self.scheme, *options, stderr=subprocess.PIPE)
+        window = self.start(program("lumora-settings"), "--root", self.root, *self.scheme, *options,
+                            stderr=subprocess.PIPE)
+
         def appeared():
             self.assertIsNone(window.poll(), window.lines.text)
             return self.windows(window)
@@ -85,10 +84,21 @@ class Windows(Programs):
         return self.xdotool("search", "--pid", str(process.pid), "--onlyvisible").split()
 
     def xdotool(self, *arguments):
-        return self.run_program("xdotool", *arguments).stdout
+        return self.run_program("xdotool", *map(str, arguments)).stdout
 
-    def tap(self, window, x, y):
-        self.xdotool("mousemove", "--window", window.id, str(x), str(y), "click", "1")
+    def click_at(self, x, y, button=1):
+        """On the screen, where each window stands in the upper left corner."""
+        self.xdotool("mousemove", x, y, "click", button)
+
+    def keys(self, window, *keys):
+        self.xdotool("key", "--window", window.id, *keys)
+
+    def type(self, window, text):
+        self.xdotool("type", "--window", window.id, "--delay", 4, text)
+
+    def expect_to_close(self, window):
+        self.close(window)
+        self.assertEqual(window.wait(LONG_ENOUGH), 0)
 
     def close(self, window):
         """Asks the window to close, as a window manager does."""
