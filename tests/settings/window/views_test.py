@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Pages that host a view, in the real programs, as assistive tools see them.
+"""What the window takes from the desktop, and what it tells assistive tools of a passcode.
 
     PYTHONPATH=tests dbus-run-session -- tests/settings/window/views_test.py [-v] BUILD
 
@@ -14,21 +14,8 @@ import pyatspi
 from gi.repository import Gio, GLib
 
 from harness.display import WIDTH
-from harness.programs import ROOT
 from harness.spoken import SWITCH, Spoken
 from harness.waiting import eventually
-
-
-class ChangeLogTest(Spoken):
-    def test_reads_the_text_out(self):
-        bundle = os.path.join(ROOT, "Library/PreferenceBundles/Lumora.bundle")
-        with open(os.path.join(bundle, "changelog.txt"), encoding="utf-8") as file:
-            text = file.read()
-        window = self.open_window("--page", "ChangeLogController")
-        shown = eventually(lambda: self.spoken(window, pyatspi.ROLE_LABEL).get(text), "the text")
-        place = shown.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        self.assertEqual((place.x, place.width), (0, WIDTH))
-        self.assertFalse(shown.getState().contains(pyatspi.STATE_EDITABLE))
 
 
 class Portal:
@@ -70,7 +57,7 @@ class Portal:
         else:
             call.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")
 
-    def change(self, factor):
+    def change_texts(self, factor):
         self._tell(self.TEXTS, GLib.Variant("d", factor))
 
     def change_colours(self, scheme):
@@ -86,68 +73,70 @@ class Portal:
         self.bus.close_sync(None)
 
 
-class TextSizeTest(Spoken):
-    def height(self, window):
-        switch = self.spoken(window, SWITCH).get("Enable Lumora")
-        return switch and switch.queryComponent().getExtents(pyatspi.DESKTOP_COORDS).height
-
-    def test_follows_the_desktop(self):
-        portal = Portal(2.0)
-        self.addCleanup(portal.stop)
-        window = self.open_root_page()
-        eventually(lambda: (self.height(window) or 0) > 60, "rows for large texts")
-        portal.change(1.0)
-        eventually(lambda: self.height(window) == 44, "rows for usual texts")
-        for nonsense in (0.0, -1.0, float("nan")):
-            portal.change(nonsense)
-        portal.change(2.0)
-        eventually(lambda: (self.height(window) or 0) > 60, "large texts again")
-
-    def test_is_what_the_command_line_says_whatever_the_desktop_has(self):
-        portal = Portal(3.0)
-        self.addCleanup(portal.stop)
-        window = self.open_root_page("--text-size", "100")
-        eventually(lambda: self.height(window) == 44, "rows for usual texts")
-        portal.change(2.0)
-        other = self.open_root_page()
-        eventually(lambda: (self.height(other) or 0) > 60, "another window, which follows")
-        self.assertEqual(self.height(window), 44)
-
-
-class DarkTest(Spoken):
-    """What the screen shows beside the first row, and in it above its text."""
+class DesktopTest(Spoken):
+    """The first switch: its height, and what the screen shows beside it and in it above its text."""
 
     LIGHT, DARK = ("#f2f2f7", "#ffffff"), ("#000000", "#1c1c1e")
+    USUAL, LARGE = 44, 60  # in points: exactly, and at least
+
+    def portal(self, **settings):
+        portal = Portal(**settings)
+        self.addCleanup(portal.stop)
+        return portal
 
     def row(self, window):
-        switch = self.spoken(window, SWITCH).get("Enable Lumora")
-        return switch and switch.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        return self.extents(self.named(window, SWITCH, "Enable Lumora"))
 
-    def colours(self, row):
-        return row and (self.display.color_at(4, row.y + 4), self.display.color_at(WIDTH // 2, row.y + 4))
+    def expect_usual_texts(self, window):
+        eventually(lambda: self.row(window).height == self.USUAL, "rows for usual texts")
 
-    def test_follows_the_desktop(self):
-        self.scheme = []
-        portal = Portal(scheme=Portal.DARK)
-        self.addCleanup(portal.stop)
+    def expect_large_texts(self, window):
+        eventually(lambda: self.row(window).height > self.LARGE, "rows for large texts")
+
+    def colours(self, window):
+        row = self.row(window)
+        return self.display.color_at(4, row.y + 4), self.display.color_at(WIDTH // 2, row.y + 4)
+
+    def test_texts_follow_it(self):
+        portal = self.portal(factor=2.0)
         window = self.open_root_page()
-        eventually(lambda: self.colours(self.row(window)) == self.DARK, "dark colours")
+        self.expect_large_texts(window)
+        portal.change_texts(1.0)
+        self.expect_usual_texts(window)
+        for nonsense in (0.0, -1.0, float("nan")):
+            portal.change_texts(nonsense)
+        portal.change_texts(2.0)
+        self.expect_large_texts(window)
+
+    def test_texts_are_what_the_command_line_says_whatever_it_has(self):
+        portal = self.portal(factor=3.0)
+        window = self.open_root_page("--text-size", "100")
+        self.expect_usual_texts(window)
+        portal.change_texts(2.0)
+        self.expect_large_texts(self.open_root_page())
+        self.assertEqual(self.row(window).height, self.USUAL)
+
+    def test_colours_follow_it(self):
+        self.scheme = []
+        portal = self.portal(scheme=Portal.DARK)
+        window = self.open_root_page()
+        self.expect_soon(lambda: self.colours(window), self.DARK)
         for scheme, colours in ((Portal.LIGHT, self.LIGHT), (Portal.DARK, self.DARK),
                                 (Portal.NO_PREFERENCE, self.LIGHT)):
             portal.change_colours(scheme)
-            eventually(lambda: self.colours(self.row(window)) == colours, f"{colours} for {scheme}")
+            self.expect_soon(lambda: self.colours(window), colours)
 
-    def test_is_what_the_command_line_says_whatever_the_desktop_has(self):
+    def test_colours_are_what_the_command_line_says_whatever_it_has(self):
         for option, other, colours in (("--light", Portal.DARK, self.LIGHT), ("--dark", Portal.LIGHT, self.DARK)):
             with self.subTest(option):
                 self.scheme = [option]
                 portal = Portal(scheme=other)
                 window = self.open_root_page()
-                eventually(lambda: self.colours(self.row(window)) == colours, f"{colours} by {option}")
+                self.expect_soon(lambda: self.colours(window), colours)
                 portal.change_colours(other)
-                portal.change(2.0)
-                eventually(lambda: self.row(window).height > 60, "what the desktop said last")
-                self.assertEqual(self.colours(self.row(window)), colours)
+                portal.change_texts(2.0)
+                self.expect_large_texts(window)  # so it has heard of both
+                self.assertEqual(self.colours(window), colours)
                 window.kill()
                 portal.stop()
 
@@ -155,23 +144,17 @@ class DarkTest(Spoken):
 class SecureFieldTest(Spoken):
     def test_tells_of_what_is_typed_in_dots_only(self):
         window = self.open_window("--page", "AutoUnlockController")
-        self.xdotool("mousemove", "1200", "1000")
+        self.xdotool("mousemove", 1200, 1000)
         eventually(lambda: "Passcode" in self.spoken(window, pyatspi.ROLE_TEXT), "the field")
         told = []
-        listen = lambda event: told.append((event.type.name, event.source.name, event.any_data))
-        names = ("object:text-changed", "object:property-change", "object:state-changed:focused")
-        pyatspi.Registry.registerEventListener(listen, *names)
-        self.addCleanup(pyatspi.Registry.deregisterEventListener, listen, *names)
-        place = self.named(window, pyatspi.ROLE_TEXT, "Passcode").queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        self.xdotool("mousemove", str(place.x + 100), str(place.y + place.height // 2), "click", "1")
-        self.xdotool("key", "--window", window.id, "q", "7", "x", "Return", "shift+Tab")
-
-        def has_told_of_the_next_focus():
-            GLib.MainContext.default().iteration(False)
-            return any(kind == "object:state-changed:focused" and name != "Passcode" for kind, name, _ in told)
-        eventually(has_told_of_the_next_focus, "the focus on another control, after all that was told of the text")
-        text = self.named(window, pyatspi.ROLE_TEXT, "Passcode").queryText()
-        self.assertEqual(text.getText(0, text.characterCount), "•••")
+        self.listen(lambda event: told.append((event.type.name, event.source.name, event.any_data)),
+                    "object:text-changed", "object:property-change", "object:state-changed:focused")
+        self.click(self.named(window, pyatspi.ROLE_TEXT, "Passcode"))
+        self.keys(window, "q", "7", "x", "Return", "shift+Tab")
+        self.await_told(lambda: any(kind == "object:state-changed:focused" and name != "Passcode"
+                                    for kind, name, _ in told),
+                        "the focus on another control, after all that was told of the text")
+        self.assertEqual(self.text_of(self.named(window, pyatspi.ROLE_TEXT, "Passcode")), "•••")
         for kind, _, what in told:
             self.assertFalse(isinstance(what, str) and re.search("[q7x]", what), (kind, what))
         eventually(lambda: "q7x" in map(self.stored, ("kAutoUnlockPasscode", "kAutoUnlockPasscodeConfirm")),
