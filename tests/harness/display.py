@@ -9,6 +9,7 @@ import tempfile
 import zlib
 
 WIDTH, HEIGHT = 390, 844  # of a window that has just opened
+BAR = 52  # the height of its navigation bar, above the page
 
 
 class Display:

@@ -6,6 +6,7 @@ and how many font files are opened for it.
 
 Needs what spoken.py needs, and fontTools.
 """
+import contextlib
 import ctypes
 import os
 import shutil
@@ -16,7 +17,7 @@ import unittest
 
 import pyatspi
 
-from harness.display import HEIGHT
+from harness.display import BAR, HEIGHT
 from harness.make_fonts import make_fonts
 from harness.spoken import Spoken
 from harness.waiting import eventually
@@ -38,18 +39,13 @@ class Watch:
         self.opened = set()
 
     def names(self):
-        try:
+        with contextlib.suppress(BlockingIOError):
             while events := os.read(self.number, 1 << 16):
-                at = 0
-                while at < len(events):
-                    _, _, _, length = struct.unpack_from("iIII", events, at)
-                    name = events[at + 16:at + 16 + length].rstrip(b"\0").decode()
-                    at += 16 + length
-                    if name:
-                        self.opened.add(name)
-        except BlockingIOError:
-            pass
-        return self.opened
+                while events:
+                    end = 16 + struct.unpack_from("iIII", events)[3]
+                    self.opened.add(events[16:end].rstrip(b"\0").decode())
+                    events = events[end:]
+        return self.opened - {""}  # the folder itself
 
     def close(self):
         os.close(self.number)
@@ -66,13 +62,9 @@ class FontsTest(Spoken):
     def setUpClass(cls):
         super().setUpClass()
         cls.fonts = tempfile.mkdtemp(prefix="fonts-")
+        cls.addClassCleanup(shutil.rmtree, cls.fonts, True)
         make_fonts(cls.fonts, f"many={COUNT}")
         subprocess.run(["fc-cache"], env={**os.environ, "FONTCONFIG_FILE": cls.fonts + "/fonts.conf"}, check=True)
-
-    @classmethod
-    def tearDownClass(cls):
-        shutil.rmtree(cls.fonts, True)
-        super().tearDownClass()
 
     def setUp(self):
         super().setUp()
@@ -85,31 +77,27 @@ class FontsTest(Spoken):
         eventually(lambda: (stored or "Default") in self.rows(window), "the rows")
         return window
 
-    def marked(self, window):
-        return [name for name, row in self.rows(window).items() if row.getState().contains(pyatspi.STATE_CHECKED)]
-
     def expect_chosen(self, window, name):
         """At the tweak, on its disk, and in the window."""
         eventually(lambda: self.stored(KEY) == name, f"{name} at the tweak")
         eventually(lambda: self.marked(window) == [name], f"the mark of {name}, not of {self.marked(window)}")
 
-    def click(self, window, name):
-        row = self.place(window, name)
-        self.xdotool("mousemove", str(row.x + 100), str(row.y + row.height // 2), "click", "1")
+    def click_row(self, window, name):
+        self.click(self.named(window, self.ROW, name))
 
     def test_chooses_a_font_by_mouse(self):
         window = self.open_fonts()
         self.assertEqual(self.marked(window), ["Default"])
-        self.click(window, name_of(4))
+        self.click_row(window, name_of(4))
         self.expect_chosen(window, name_of(4))
-        self.click(window, "Default")
+        self.click_row(window, "Default")
         self.expect_chosen(window, "Default")
 
     def test_chooses_a_font_by_keyboard(self):
         window = self.open_fonts()
-        self.xdotool("key", "--window", window.id, "Tab", "Down", "Down", "space")
+        self.keys(window, "Tab", "Down", "Down", "space")
         self.expect_chosen(window, name_of(1))
-        self.xdotool("key", "--window", window.id, "Down", "Return")
+        self.keys(window, "Down", "Return")
         self.expect_chosen(window, name_of(2))
 
     def test_chooses_a_font_by_assistive_action(self):
@@ -121,16 +109,15 @@ class FontsTest(Spoken):
         window = self.open_fonts(name_of(1))
         eventually(lambda: self.marked(window) == [name_of(1)], "the mark")
         row = self.named(window, self.ROW, name_of(1))
-        self.assertTrue(row.getState().contains(pyatspi.STATE_FOCUSABLE))
+        self.assertTrue(self.has_state(row, pyatspi.STATE_FOCUSABLE))
         self.assertEqual(row.description, f"Position 3 of {COUNT + 1} in Fonts.")
 
     def test_opens_at_the_stored_font_and_goes_on_from_there(self):
         window = self.open_fonts(name_of(1234))
         eventually(lambda: self.marked(window) == [name_of(1234)], "the mark")
         row = self.place(window, name_of(1234))
-        bar = 52
-        self.assertAlmostEqual(row.y + row.height / 2, (HEIGHT + bar) / 2, delta=2)
-        self.xdotool("key", "--window", window.id, "Tab", "Down", "space")
+        self.assertAlmostEqual(row.y + row.height / 2, (HEIGHT + BAR) / 2, delta=2)
+        self.keys(window, "Tab", "Down", "space")
         self.expect_chosen(window, name_of(1235))
 
     def test_marks_default_for_a_font_that_is_gone_and_keeps_it_stored(self):
@@ -143,13 +130,11 @@ class FontsTest(Spoken):
         watch = Watch(self.fonts + "/fonts")
         self.addCleanup(watch.close)
         # The toolkit has to have a font of its own, which is then none of these.
-        config = os.path.join(self.folder, "fonts.conf")
-        with open(config, "w", encoding="utf-8") as file:
-            file.write('<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd"><fontconfig>'
-                       f"<dir>{self.fonts}/fonts</dir><dir>/usr/share/fonts</dir><cachedir>{self.fonts}/cache</cachedir>"
-                       "<match><edit name='family' mode='prepend' binding='strong'><string>Inter</string></edit></match>"
-                       "</fontconfig>")
-        self.environment["FONTCONFIG_FILE"] = config
+        self.environment["FONTCONFIG_FILE"] = self.write("fonts.conf", (
+            '<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd"><fontconfig>'
+            f"<dir>{self.fonts}/fonts</dir><dir>/usr/share/fonts</dir><cachedir>{self.fonts}/cache</cachedir>"
+            "<match><edit name='family' mode='prepend' binding='strong'><string>Inter</string></edit></match>"
+            "</fontconfig>"))
         subprocess.run(["fc-cache"], env=self.environment, check=True)
         watch.names()
         watch.opened.clear()
@@ -162,15 +147,14 @@ class FontsTest(Spoken):
         eventually(lambda: len(watch.names()) >= len(shown()) > 0, "the fonts")
         self.assertEqual(watch.names(), shown())
         # A file that is opened too many would be by the frames that come of this.
-        self.xdotool("key", "--window", window.id, "Tab", "Up")
-        self.click(window, name_of(1001))
+        self.keys(window, "Tab", "Up")
+        self.click_row(window, name_of(1001))
         self.expect_chosen(window, name_of(1001))
         self.assertEqual(watch.names(), shown())
 
-    @staticmethod
-    def is_seen(row):
-        place = row.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        return place.y + place.height > 52 and place.y < HEIGHT
+    def is_seen(self, row):
+        place = self.extents(row)
+        return place.y + place.height > BAR and place.y < HEIGHT
 
 
 if __name__ == "__main__":
