@@ -1,18 +1,16 @@
 #!/usr/bin/python3
-"""The lists in the real programs: rows moved by mouse, keyboard and assistive action, as the tweak has them then; and a
-plug-in's own page.
+"""The lists in the real programs: rows moved by mouse, keyboard and assistive action, as the tweak has them then; and
+plug-ins' own pages.
 
     PYTHONPATH=tests dbus-run-session -- tests/settings/window/lists_test.py [-v] BUILD
 
 Needs what spoken.py needs.
 """
-import json
 import os
 import shutil
 import unittest
 
 import pyatspi
-from gi.repository import GLib
 
 from harness.build import BUILD
 from harness.display import HEIGHT
@@ -37,48 +35,31 @@ class Lists:
     def saved(self):
         return self.get(self.key)
 
-    def open_list(self):
+    def open_list(self, *shown):
         window = self.open_window("--page", self.page)
-        eventually(lambda: set(SAVED) <= self.rows(window).keys(), "the rows")
+        eventually(lambda: {*shown} <= self.rows(window).keys(), "the rows")
         return window
 
-    def expect_saved(self, identifiers):
-        self.expect(self.key, identifiers)
+    def expect_saved(self, *identifiers):
+        self.expect(self.key, list(identifiers))
 
     def save_many(self, count):
         many = [f"test.{i}" for i in range(count)]
         self.set(self.key, many)
         return many
 
-    def open_many(self):
-        window = self.open_window("--page", self.page)
-        eventually(lambda: "test.0" in self.rows(window), "the rows")
-        return window
-
     def disabled(self):
         """The titles and identifiers of what is not in the list."""
-        page = json.loads(self.settings("--rows", self.page, DISPLAY="").stdout)
-        return [(row["title"], row["identifier"]) for row in page["sections"][1]["rows"]]
+        return [(row["title"], row["identifier"]) for row in self.printed(self.page)["sections"][1]["rows"]]
 
     def test_moves_a_row_by_its_handle(self):
-        window = self.open_list()
+        window = self.open_list(*SAVED)
         x, y = self.lift(window, "test.one")
         for step in range(10, 81, 10):
-            self.xdotool("mousemove", str(x), str(y + step))
+            self.xdotool("mousemove", x, y + step)
         self.assertEqual(self.saved(), SAVED, "nothing is moved before the drop")
-        self.xdotool("mouseup", "1")
-        self.expect_saved(["test.two", "test.three", "test.one"])
-
-    def test_moves_rows_between_the_sections_by_their_handles(self):
-        first, _ = self.disabled()[0]
-        window = self.open_list()
-        target = self.place(window, first)
-        # What is beneath a row that is out has moved up by one.
-        self.drag(window, "test.two", target.y - target.height // 2)
-        self.expect_saved(["test.one", "test.three"])
-        target = self.place(window, "test.one")
-        self.drag(window, "test.two", target.y + target.height // 2)
-        self.expect_saved(["test.two", "test.one", "test.three"])
+        self.xdotool("mouseup", 1)
+        self.expect_saved("test.two", "test.three", "test.one")
 
     def test_moves_rows_into_an_empty_section_and_out_of_the_only_full_one(self):
         self.set(self.key, [])
@@ -86,23 +67,23 @@ class Lists:
         window = self.open_window("--page", self.page)
         row = self.place(window, title)
         self.drag(window, title, 100)
-        self.expect_saved([identifier])
+        self.expect_saved(identifier)
         eventually(lambda: self.place(window, title).y < row.y, "the row in the other section")
         self.drag(window, title, self.place(window, title).y + 5 * row.height)
-        self.expect_saved([])
+        self.expect_saved()
 
     def test_scrolls_over_many_rows_for_a_row_in_the_hand(self):
         many = self.save_many(1000)  # more than it can scroll over while nobody looks
-        window = self.open_many()
+        window = self.open_list("test.0")
         x, y = self.lift(window, "test.0")
         for to in (y + 20, y + 300, HEIGHT - 60, HEIGHT - 20):
-            self.xdotool("mousemove", str(x), str(to))
+            self.xdotool("mousemove", x, to)
 
         def is_far_below():
             return any(name.startswith("test.") and int(name.removeprefix("test.")) >= 70 for name in self.rows(window))
         eventually(is_far_below, "the rows far below")
-        self.xdotool("mousemove", str(x), str(HEIGHT // 2))
-        self.xdotool("mouseup", "1")
+        self.xdotool("mousemove", x, HEIGHT // 2)
+        self.xdotool("mouseup", 1)
         eventually(lambda: self.saved() != many, "the move")
         moved = self.saved()
         self.assertEqual([row for row in moved if row != "test.0"], many[1:])
@@ -111,8 +92,8 @@ class Lists:
     def test_shows_the_last_row_whole(self):
         self.save_many(60)
         last, _ = self.disabled()[-1]
-        window = self.open_many()
-        self.xdotool("key", "--window", window.id, "End")
+        window = self.open_list("test.0")
+        self.keys(window, "End")
         eventually(lambda: self.focused(window) == [last], "the focus on the last row")
         place = self.place(window, last)
         self.assertGreater(place.y, HEIGHT // 2)
@@ -120,8 +101,8 @@ class Lists:
 
     def test_moves_a_row_that_has_only_just_come_into_view(self):
         many = self.save_many(300)
-        window = self.open_many()
-        self.xdotool("key", "--window", window.id, "--delay", "0", "Next", "Next", "Next", "alt+Up")
+        window = self.open_list("test.0")
+        self.xdotool("key", "--window", window.id, "--delay", 0, "Next", "Next", "Next", "alt+Up")
         eventually(lambda: self.saved() != many, "the move")
         moved = self.saved()
         at = next(i for i in range(300) if moved[i] != many[i])
@@ -131,40 +112,28 @@ class Lists:
         eventually(lambda: self.focused(window) == [moved[at]], "the focus on the moved row")
 
     def test_moves_a_row_by_keyboard_and_out_of_the_enabled_ones(self):
-        window = self.open_list()
-        self.xdotool("key", "--window", window.id, "Tab", "Down", "alt+Up")
-        self.expect_saved(["test.two", "test.one", "test.three"])
-        self.xdotool("key", "--window", window.id, "alt+Down", "alt+Down", "alt+Down")
-        self.expect_saved(["test.one", "test.three"])
+        window = self.open_list(*SAVED)
+        self.keys(window, "Tab", "Down", "alt+Up")
+        self.expect_saved("test.two", "test.one", "test.three")
+        self.keys(window, "alt+Down", "alt+Down", "alt+Down")
+        self.expect_saved("test.one", "test.three")
 
     def test_moves_a_row_by_assistive_action_and_tells_of_its_focus(self):
-        window = self.open_list()
+        window = self.open_list(*SAVED)
         focused = []
-
-        def listen(event):
-            if event.detail1:
-                focused.append(event.source.name)
-        pyatspi.Registry.registerEventListener(listen, "object:state-changed:focused")
-        self.addCleanup(pyatspi.Registry.deregisterEventListener, listen, "object:state-changed:focused")
-        self.act(self.named(window, pyatspi.ROLE_LIST_ITEM, "test.one"), "Increase")
-        self.expect_saved(["test.two", "test.one", "test.three"])
-
-        def told():
-            GLib.MainContext.default().iteration(False)
-            return focused and focused[-1] == "test.one"
-        eventually(told, f"the focus on the moved row, not {focused}")
-        moved = self.named(window, pyatspi.ROLE_LIST_ITEM, "test.one")
-        self.assertTrue(moved.getState().contains(pyatspi.STATE_FOCUSED))
+        self.listen(lambda event: event.detail1 and focused.append(event.source.name), "object:state-changed:focused")
+        self.act(self.named(window, self.ROW, "test.one"), "Increase")
+        self.expect_saved("test.two", "test.one", "test.three")
+        self.await_told(lambda: focused[-1:] == ["test.one"], f"the focus on the moved row, not {focused}")
+        moved = self.named(window, self.ROW, "test.one")
+        self.assertTrue(self.has_state(moved, pyatspi.STATE_FOCUSED))
         self.assertTrue(moved.description.startswith("Position 2 of 3 in Enabled."), moved.description)
         self.act(moved, "Decrease")
-        self.expect_saved(SAVED)
+        self.expect_saved(*SAVED)
 
     def test_prints_every_row_of_the_list(self):
-        many = [f"test.{i}" for i in range(300)]
-        self.set(self.key, many)
-        printed = self.settings("--rows", self.page, DISPLAY="")
-        self.assertEqual(printed.returncode, 0, printed.stderr)
-        page = json.loads(printed.stdout)
+        many = self.save_many(300)
+        page = self.printed(self.page)
         self.assertEqual(page["page"], self.page)
         self.assertEqual([section["header"] for section in page["sections"]], ["Enabled", "Disabled"])
         self.assertEqual([row["identifier"] for row in page["sections"][0]["rows"]], many)
@@ -174,18 +143,16 @@ class Lists:
 class AppViewsTest(Lists, Spoken):
     page, key = "PluginsListViewController", "kAppViewsEnabled"
 
-
     def test_puts_a_row_back_when_its_page_goes(self):
         window = self.open_window("--page", "PluginsListController")
-        eventually(lambda: "Select Plugins" in self.spoken(window, LINK), "the link")
-        self.act(self.spoken(window, LINK)["Select Plugins"], "Press")
+        self.press_button(window, "Select Plugins")
         eventually(lambda: "test.one" in self.rows(window) and "Select Plugins" not in self.spoken(window, LINK),
                    "the list, in its place")
         x, y = self.lift(window, "test.one")
-        self.xdotool("mousemove", str(x), str(y + 80))
+        self.xdotool("mousemove", x, y + 80)
         self.xdotool("key", "alt+Left")
         eventually(lambda: "Select Plugins" in self.spoken(window, LINK), "the page before")
-        self.xdotool("mouseup", "1")
+        self.xdotool("mouseup", 1)
         self.assertEqual(self.saved(), SAVED)
 
 
@@ -197,10 +164,9 @@ class AutoUnlockAppsTest(Spoken):
     def test_saves_what_is_exempt_and_leaves_the_chosen_ones_alone(self):
         self.set("kAppsEnabled", SAVED)
         window = self.open_window("--page", "AUAppsListController")
-        eventually(lambda: "test.three" in self.rows(window), "the rows")
-        self.act(self.rows(window)["test.three"], "Increase")
+        self.act(self.named(window, self.ROW, "test.three"), "Increase")
         self.expect("kAUAppsDisabled", ["test.three"])
-        self.xdotool("key", "--window", window.id, "Up", "alt+Down")
+        self.keys(window, "Up", "alt+Down")
         self.expect("kAUAppsDisabled", ["test.two", "test.three"])
         self.drag(window, "test.one", self.place(window, "test.three").y + 60)
         self.expect("kAUAppsDisabled", ["test.two", "test.three", "test.one"])
