@@ -7,18 +7,18 @@ in which a person uses them.
 Needs what spoken.py needs.
 """
 import os
+from pathlib import Path
 from typing import NamedTuple
 
 import pyatspi
 from gi.repository import GLib
 
 from everything_pages import stored_before
-from harness.display import HEIGHT, WIDTH
+from harness.display import BAR, HEIGHT, WIDTH
 from harness.spoken import Spoken, children, role_of
 from harness.waiting import LONG_ENOUGH, eventually, settled
 
 WAYS = ("pointer", "keyboard", "assistive")
-BAR = 52  # the navigation bar, above the page
 
 
 class Control(NamedTuple):
@@ -49,13 +49,11 @@ class Everything(Spoken):
                              "XDG_DATA_DIRS": nothing, "XDG_CONFIG_DIRS": nothing, "LUMORA_SENDMAIL": ""}
         return super().start_tweak(*options)
 
-    def add_program(self, name, script):
-        """One of the test's own."""
-        path = os.path.join(self.folder, name)
-        with open(path, "w", encoding="ascii") as file:
-            file.write(f"#!/bin/sh\n{script}\n")
-        os.chmod(path, 0o700)
-        return path
+    def take_mail(self):
+        """Has the next message that is sent put into a file."""
+        self.sent = Path(self.folder, "sent")
+        self.environment["LUMORA_SENDMAIL"] = self.add_script("transport", f"cat > {self.sent}.new\n"
+                                                              f"mv {self.sent}.new {self.sent}")
 
     def expect_stored(self, key, value):
         """On the tweak's disk, and of the same type."""
@@ -107,45 +105,22 @@ class Everything(Spoken):
     def find_control(self, window, control):
         return eventually(lambda: self.look_for(window, control), str(control))
 
-    @staticmethod
-    def has_state(item, state):
-        return item.getState().contains(state)
-
     # -- as a person does --
-
-    def keys(self, window, *keys):
-        self.xdotool("key", "--window", window.id, *keys)
-
-    def type(self, window, text):
-        self.xdotool("type", "--window", window.id, "--delay", "4", text)
-
-    @staticmethod
-    def extents(item):
-        return item.get_component_iface().get_extents(pyatspi.DESKTOP_COORDS)
 
     def is_in_view(self, item):
         place = self.extents(item)
         return place.y >= BAR and place.y + place.height <= HEIGHT
 
-    def turn_wheel_to(self, item):
-        """Notch by notch, of which the first scroll little after the mouse has dragged something. Gives where it is."""
-        places = []
+    def turn_wheel(self, up):
+        self.click_at(WIDTH // 2, HEIGHT // 2, 4 if up else 5)
 
-        def stands():
-            places.append(self.extents(item).y)
-            if len(places) < 6 or len(set(places[-6:])) > 1:
-                return False
-            if self.is_in_view(item):
-                return True
-            self.xdotool("mousemove", str(WIDTH // 2), str(HEIGHT // 2), "click", "4" if places[-1] < BAR else "5")
-            places.clear()
-            return False
-        if not self.is_in_view(item):
-            eventually(stands, f"the page to scroll to {item.name}")
-        return self.extents(item)
+    def turn_wheel_to(self, item):
+        """Notch by notch, of which the first scroll little after the mouse has dragged something."""
+        while not self.is_in_view(item):
+            self.turn_wheel(self.extents(item).y < BAR)
+            self.expect_still(item)
 
     def expect_still(self, item):
-        """It has slid in."""
         settled(lambda: self.extents(item).y, f"{item.name} in its place")
 
     def focus_by_keyboard(self, window, control):
@@ -157,17 +132,21 @@ class Everything(Spoken):
 
         def focused():
             return next((other for other, item in items if self.has_state(item, pyatspi.STATE_FOCUSED)), None)
+        self.lead_focus(window, "Tab", focused, control)
+
+    def lead_focus(self, window, key, focused, wanted):
         seen = []
-        while (now := focused()) != control:
-            self.assertNotIn(now, seen, f"the keyboard does not lead to {control}")
+        while (now := focused()) != wanted:
+            self.assertNotIn(now, seen, f"the keyboard does not lead to {wanted}")
             seen.extend([now] if now else [])
-            self.keys(window, "Tab")
+            self.keys(window, key)
             eventually(lambda: focused() not in (None, now), f"the focus after {now}")
 
     def focus(self, window, control, way):
         """Brings it into view too, and gives what has the focus then."""
         item = self.find_control(window, control)
         if way == "pointer":
+            self.turn_wheel_to(item)
             self.click(item)
         elif way == "keyboard":
             self.focus_by_keyboard(window, control)
@@ -177,10 +156,6 @@ class Everything(Spoken):
             eventually(lambda: self.has_state(item, pyatspi.STATE_FOCUSED), f"the focus on {control}")
             eventually(lambda: self.is_in_view(item), f"{control} in view")
         return item
-
-    def click(self, item):
-        place = self.turn_wheel_to(item)
-        self.xdotool("mousemove", str(place.x + place.width // 2), str(place.y + place.height // 2), "click", "1")
 
     def press(self, window, control, way, key="Return"):
         """By a key, if by keyboard: what has the focus takes Return and the space bar."""
@@ -193,8 +168,7 @@ class Everything(Spoken):
     def go_back(self, window, way, key="Escape"):
         back = self.find_control(window, BACK)
         if way == "pointer":
-            place = self.extents(back)
-            self.xdotool("mousemove", str(place.x + place.width // 2), str(place.y + place.height // 2), "click", "1")
+            self.click(back)
         elif way == "keyboard":
             self.keys(window, key)
         else:

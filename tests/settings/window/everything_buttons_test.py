@@ -7,76 +7,60 @@ composer and of its question, the one that leads back, the one that restarts.
 Needs what spoken.py needs.
 """
 import contextlib
-import os
 import unittest
+from pathlib import Path
 
 import pyatspi
 from gi.repository import GLib
 
 from everything import BACK, WAYS, Control, Everything
 from everything_pages import PAGES
+from harness.spoken import BUTTON
 from harness.waiting import eventually, settled
 
-BUTTON = pyatspi.ROLE_PUSH_BUTTON
 SUPPORT = "support@nevo.example"
 QUESTION = "Keep what was written?"
 
 
 class Buttons(Everything):
-    def button(self, window, name):
-        return self.named(window, BUTTON, name)
-
-    def with_focus(self, window):
-        return next((item for role in (BUTTON, pyatspi.ROLE_TEXT) for item in self.spoken(window, role).values()
+    def focus_on(self, window):
+        """The name of what has it."""
+        return next((item.name for role in (BUTTON, pyatspi.ROLE_TEXT) for item in self.spoken(window, role).values()
                      if self.has_state(item, pyatspi.STATE_FOCUSED)), None)
 
-    def place_of(self, window, name):
-        """Where a button stands still; each look is for the button that is there now."""
-        def place():
-            if button := self.spoken(window, BUTTON).get(name):
-                found = self.extents(button)
-                return found.x, found.y, found.width, found.height
-            return None
-        return settled(place, f"{name} in its place")
-
     def use(self, window, name, way, key="Return"):
-        x, y, width, height = self.place_of(window, name)
+        def middle():
+            """Each look is for the button that is there now."""
+            if button := self.spoken(window, BUTTON).get(name):
+                place = self.extents(button)
+                return place.x + place.width // 2, place.y + place.height // 2
+            return None
+        place = settled(middle, f"{name} in its place")
         if way == "pointer":
-            self.xdotool("mousemove", str(x + width // 2), str(y + height // 2), "click", "1")
+            self.click_at(*place)
         elif way == "keyboard":
-            self.lead_focus_to(window, name)
+            self.lead_focus(window, "shift+Tab", lambda: eventually(lambda: self.focus_on(window), "the focus"), name)
             self.keys(window, key)
         else:
-            self.act(self.button(window, name), "Press")
-
-    def lead_focus_to(self, window, name):
-        seen = []
-        while (now := eventually(lambda: self.with_focus(window), "the focus").name) != name:
-            self.assertNotIn(now, seen, f"the keyboard does not lead to {name}")
-            seen.append(now)
-            self.keys(window, "shift+Tab")
-            eventually(lambda: (item := self.with_focus(window)) and item.name != now, f"the focus before {now}")
+            self.press_button(window, name)
 
 
 class ComposerTest(Buttons):
     def setUp(self):
         super().setUp()
-        self.sent = os.path.join(self.folder, "sent")
-        self.drafts = os.path.join(self.home, "lumora/drafts")
-        self.environment["LUMORA_SENDMAIL"] = self.add_program("transport", f"cat > {self.sent}.new\n"
-                                                               f"mv {self.sent}.new {self.sent}")
+        self.take_mail()
+        self.drafts = Path(self.home, "lumora/drafts")
 
     def compose(self, window, text=""):
-        self.act(self.button(window, SUPPORT), "Press")
-        eventually(lambda: (item := self.with_focus(window)) and item.name == "Message", "the composer")
+        self.press_button(window, SUPPORT)
+        eventually(lambda: self.focus_on(window) == "Message", "the composer")
         if text:
             self.keys(window, "ctrl+End")
             self.type(window, text)
             eventually(lambda: text in self.message(window), "what was typed")
 
     def message(self, window):
-        text = self.named(window, pyatspi.ROLE_TEXT, "Message").queryText()
-        return text.getText(0, text.characterCount)
+        return self.text_of(self.named(window, pyatspi.ROLE_TEXT, "Message"))
 
     def is_asking(self, window):
         return QUESTION in self.spoken(window, pyatspi.ROLE_ALERT)
@@ -87,21 +71,15 @@ class ComposerTest(Buttons):
     def expect_one(self, window, sent=None, draft=None):
         """Gone without a trace but for a text that was sent, or kept."""
         self.expect_gone(window)
-        found = {}
         if sent:
-            eventually(lambda: os.path.exists(self.sent), "the message")
-        for kind, path in (("sent", self.sent), *(("draft", os.path.join(self.drafts, name))
-                                                  for name in os.listdir(self.drafts))):
-            if os.path.exists(path):
-                with open(path, encoding="utf-8") as file:
-                    found[kind] = file.read()
-                os.remove(path)
-        self.assertEqual(set(found), {"sent"} if sent else {"draft"} if draft else set())
-        for text in filter(None, (sent, draft)):
-            self.assertIn(text, "".join(found.values()))
+            eventually(self.sent.exists, "the message")
+        files = [path for path in (self.sent, *self.drafts.glob("*")) if path.exists()]
+        self.assertEqual([path == self.sent for path in files], [True] if sent else [False] if draft else [])
+        for path in files:
+            self.assertIn(sent or draft, path.read_text(encoding="utf-8"))
+            path.unlink()
 
     def test_ends_by_each_of_its_buttons(self):
-        os.makedirs(self.drafts)
         window = self.open_window()
         for way in WAYS:
             for key in ("Return", "space") if way == "keyboard" else ("",):
@@ -116,7 +94,6 @@ class ComposerTest(Buttons):
                 self.expect_one(window)
 
     def test_asks_and_is_answered_by_each_button(self):
-        os.makedirs(self.drafts)
         window = self.open_window()
         for way in WAYS:
             self.compose(window, " Yes.")
@@ -174,8 +151,8 @@ class RestartTest(Buttons):
         for way, key in (("pointer", ""), ("keyboard", "Return"), ("keyboard", "space"), ("assistive", "")):
             # The new window may get the number of the old one, but has a title of its own.
             self.xdotool("set_window", "--name", "before", window.id)
-            eventually(lambda: (item := self.with_focus(window)) and item.name == "Restart Settings", "the button")
-            button = self.button(window, "Restart Settings")
+            eventually(lambda: self.focus_on(window) == "Restart Settings", "the button")
+            button = self.named(window, BUTTON, "Restart Settings")
             # The program may end before it has answered an assistive tool, and only that is no matter.
             with contextlib.suppress(*[GLib.Error] if way == "assistive" else []):
                 self.use(window, "Restart Settings", way, key)
@@ -184,7 +161,7 @@ class RestartTest(Buttons):
             eventually(lambda: titles() not in ([], [""], ["before"]), "the restart")
             self.assertIsNone(window.poll(), "the process is the same")
             window.id = self.windows(window)[0]
-            self.xdotool("windowmove", window.id, "0", "0")
+            self.xdotool("windowmove", window.id, 0, 0)
             self.xdotool("windowfocus", window.id)
 
 

@@ -8,30 +8,31 @@ Needs what spoken.py needs.
 """
 import email
 import email.policy
-import json
-import os
 import unittest
+from pathlib import Path
 
 import pyatspi
 
 from everything import WAYS, Control, Everything
 from everything_pages import CELLS, PAGES, VIEWS
-from harness.spoken import OPTION
+from harness.spoken import BUTTON, OPTION
 from harness.waiting import eventually
 
 ROLES = {"switch": pyatspi.ROLE_CHECK_BOX, "slider": pyatspi.ROLE_SLIDER, "field": pyatspi.ROLE_TEXT,
          "secure": pyatspi.ROLE_TEXT, "text": pyatspi.ROLE_LABEL}
 HEADING, LABEL = pyatspi.ROLE_HEADING, pyatspi.ROLE_LABEL
-BUTTON = pyatspi.ROLE_PUSH_BUTTON  # which is what the toolkit makes of links, too
 
 
 class EverythingTest(Everything):
-    def open_page(self, page, *options):
-        """A page, whatever of it has been used so far, and by which ways."""
+    def begin(self, page):
+        """Keeps account of what is used of a page, and in which ways."""
         self.rows = PAGES[page]
         self.used = {}
         self.chosen = dict(self.before)  # since then
-        window = self.open_window("--page", page, *options)
+
+    def open_page(self, page):
+        self.begin(page)
+        window = self.open_window("--page", page)
         eventually(lambda: self.items(window), "the page")
         return window
 
@@ -74,7 +75,7 @@ class EverythingTest(Everything):
 
     def expect_rows(self, page):
         """The program's rows are those that we know of, each with what was stored before."""
-        printed = json.loads(self.settings("--rows", page, DISPLAY="").stdout)["rows"]
+        printed = self.printed(page)["rows"]
         self.assertEqual(len(printed), len(PAGES[page]))
         for row, known in zip(printed, PAGES[page]):
             is_field = known.kind in ("field", "secure")
@@ -121,10 +122,6 @@ class EverythingTest(Everything):
         self.assertCountEqual(shown, expected)
 
     @staticmethod
-    def text_of(item):
-        return item.queryText().getText(0, item.queryText().characterCount)
-
-    @staticmethod
     def shown(row, text):
         return "•" * len(text) if row.kind == "secure" else text
 
@@ -145,6 +142,7 @@ class EverythingTest(Everything):
         for end, key in ((row.low, "Home"), (row.high, "End")):
             if way == "pointer":
                 item = self.find_control(window, control)
+                self.turn_wheel_to(item)
                 self.drag_to_end(item, row, end)
             else:
                 item = self.focus(window, control, way)
@@ -157,12 +155,12 @@ class EverythingTest(Everything):
 
     def drag_to_end(self, item, row, end):
         """By its knob, and beyond what the slider has."""
-        place = self.turn_wheel_to(item)
+        place = self.extents(item)
         at = (item.queryValue().currentValue - row.low) / (row.high - row.low)
         x, y = place.x + 14 + (place.width - 28) * at, place.y + place.height // 2
         to = place.x + (-8 if end == row.low else place.width + 8)
-        moves = [["mousemove", str(round(x + (to - x) * step / 4)), str(y)] for step in range(5)]
-        self.xdotool(*moves[0], "mousedown", "1", *sum(moves[1:], []), "mouseup", "1")
+        moves = [["mousemove", round(x + (to - x) * step / 4), y] for step in range(5)]
+        self.xdotool(*moves[0], "mousedown", 1, *sum(moves[1:], []), "mouseup", 1)
 
     def use_field(self, window, row, way):
         control = self.control(row)
@@ -245,9 +243,7 @@ class PagesTest(EverythingTest):
         for link in ("Notes", "Weather"):
             window = self.open_page("PluginsListController")
             self.press(window, Control(BUTTON, link, "Settings"), "assistive")
-            self.rows = PAGES[link + "Page"]
-            self.used = {}
-            self.chosen = dict(self.before)
+            self.begin(link + "Page")
             self.expect_page(window, link, self.landmark(link + "Page"))
             self.use_all(window)
             window.kill()
@@ -256,8 +252,8 @@ class PagesTest(EverythingTest):
         found = ["LumoraPreferences"]
         for page in found:  # grows meanwhile
             if page not in VIEWS and page not in ("NotesPage", "WeatherPage"):
-                rows = json.loads(self.settings("--rows", page, DISPLAY="").stdout)["rows"]
-                found += [row["detail"] for row in rows if row["cell"] == CELLS["link"] and row["detail"] not in found]
+                found += [row["detail"] for row in self.printed(page)["rows"]
+                          if row["cell"] == CELLS["link"] and row["detail"] not in found]
         self.assertEqual(set(found), {*PAGES, *VIEWS})
 
 
@@ -266,16 +262,13 @@ class RootPageTest(EverythingTest):
 
     def setUp(self):
         super().setUp()
-        self.opened = os.path.join(self.folder, "opened")
-        self.sent = os.path.join(self.folder, "sent")
-        viewer = self.add_program("viewer", f'echo "$@" >> {self.opened}')
-        self.environment["LUMORA_SENDMAIL"] = self.add_program("transport", f'cat > {self.sent}.new\n'
-                                                               f'mv {self.sent}.new {self.sent}')
-        with open(os.path.join(self.home, "applications/viewer.desktop"), "w", encoding="ascii") as file:
-            file.write(f"[Desktop Entry]\nType=Application\nName=Viewer\nExec={viewer} %u\n"
-                       "MimeType=x-scheme-handler/twitter;\n")
-        with open(os.path.join(self.home, "mimeapps.list"), "w", encoding="ascii") as file:
-            file.write("[Default Applications]\nx-scheme-handler/twitter=viewer.desktop\n")
+        self.take_mail()
+        self.opened = Path(self.folder, "opened")
+        self.opened.touch()
+        viewer = self.add_script("viewer", f'echo "$@" >> {self.opened}')
+        self.write("home/applications/viewer.desktop", "[Desktop Entry]\nType=Application\nName=Viewer\n"
+                   f"Exec={viewer} %u\nMimeType=x-scheme-handler/twitter;\n")
+        self.write("home/mimeapps.list", "[Default Applications]\nx-scheme-handler/twitter=viewer.desktop\n")
 
     def test_first_page(self):
         self.expect_rows("LumoraPreferences")
@@ -285,12 +278,11 @@ class RootPageTest(EverythingTest):
         if row.name.startswith("@"):
             before = self.addresses()
             self.press(window, self.control(row), way)
-            eventually(lambda: self.addresses() == [*before, "twitter://user?screen_name=nevo_lumora"], "the address")
+            self.expect_soon(self.addresses, [*before, "twitter://user?screen_name=nevo_lumora"])
             return
         self.press(window, self.control(row), way)
-        composer = lambda: self.spoken(window, BUTTON)
         end = {"pointer": "Send", "keyboard": "Cancel", "assistive": "Save Draft"}[way]
-        button = eventually(lambda: composer().get(end), "the composer")
+        button = self.named(window, BUTTON, end)
         if way == "pointer":
             self.expect_still(button)
             self.click(button)
@@ -298,26 +290,20 @@ class RootPageTest(EverythingTest):
             self.keys(window, "Escape")
         else:
             self.act(button, "Press")
-        eventually(lambda: end not in composer(), "the composer to go")
+        eventually(lambda: end not in self.spoken(window, BUTTON), "the composer to go")
         if end == "Send":
-            eventually(lambda: os.path.exists(self.sent), "the message")
+            eventually(self.sent.exists, "the message")
             self.expect_report(self.sent)
         if end == "Save Draft":
-            drafts = os.path.join(self.home, "lumora/drafts")
-            [draft] = eventually(lambda: os.listdir(drafts), "the draft")
-            self.expect_report(os.path.join(drafts, draft))
-            os.remove(os.path.join(drafts, draft))
+            [draft] = eventually(lambda: [*Path(self.home, "lumora/drafts").glob("*")], "the draft")
+            self.expect_report(draft)
+            draft.unlink()
 
     def addresses(self):
-        try:
-            with open(self.opened, encoding="ascii") as file:
-                return file.read().split()
-        except FileNotFoundError:
-            return []
+        return self.opened.read_text(encoding="ascii").split()
 
     def expect_report(self, path):
-        with open(path, "rb") as file:
-            message = email.message_from_binary_file(file, policy=email.policy.default)
+        message = email.message_from_bytes(path.read_bytes(), policy=email.policy.default)
         self.assertEqual(message["To"], "support@nevo.example")
         self.assertRegex(message["Subject"], r"^Lumora -- .+\(.+\)$")
 

@@ -6,15 +6,15 @@ keyboard and assistive tool, and looked up on the tweak's disk.
 
 Needs what spoken.py needs, and fontTools.
 """
-import json
 import os
 import unittest
+from pathlib import Path
 
 import pyatspi
 from gi.repository import GLib
 
-from everything import BAR, WAYS, Control, Everything
-from harness.display import HEIGHT, WIDTH
+from everything import WAYS, Control, Everything
+from harness.display import BAR, HEIGHT, WIDTH
 from harness.make_fonts import make_fonts
 from harness.programs import ROOT
 from harness.waiting import eventually
@@ -32,10 +32,9 @@ class Table(Everything):
         eventually(lambda: self.rows(window), "the rows")
         return window
 
-    def printed(self, page):
-        """The sections of the table, as the titles of their rows."""
-        sections = json.loads(self.settings("--rows", page, DISPLAY="").stdout)["sections"]
-        return [[row["title"] for row in section["rows"]] for section in sections]
+    def titles(self, page):
+        """Of the rows of each section."""
+        return [[row["title"] for row in section["rows"]] for section in self.printed(page)["sections"]]
 
     def bring(self, window, name, around=0):
         """Turns the wheel until a row and so much around it are in view, or there is no more to scroll."""
@@ -57,9 +56,6 @@ class Table(Everything):
             self.turn_wheel(y < HEIGHT / 2)
             return False
         return eventually(is_there, f"{name} in view")
-
-    def turn_wheel(self, up):
-        self.xdotool("mousemove", str(WIDTH // 2), str(HEIGHT // 2), "click", "4" if up else "5")
 
     def where_it_stands(self, item, name):
         """None when it goes meanwhile."""
@@ -104,7 +100,7 @@ class Lists:
         return sum(self.lists, [])
 
     def test_moves_every_row_by_pointer_keyboard_and_assistive_tool(self):
-        self.assertEqual(self.printed(self.page), self.lists)
+        self.assertEqual(self.titles(self.page), self.lists)
         self.ways = {}
         self.moved = {}
         window = self.open_table(self.page)
@@ -117,10 +113,9 @@ class Lists:
         for way in WAYS:
             self.move(window, self.lists[0][0], +1, way)
             self.move(window, self.lists[0][-1], +1, way)
-        for way in WAYS:
-            self.move(window, self.lists[1][0], +1, way)
-        for way in WAYS:
-            self.move(window, self.lists[1][0], -1, way)
+        for by in (+1, -1):
+            for way in WAYS:
+                self.move(window, self.lists[1][0], by, way)
         self.assertEqual(self.moved, {name: set(WAYS) for name in everything})
         self.assertEqual(self.ways, {(start, end): set(WAYS) for start in (0, 1) for end in (0, 1)})
 
@@ -205,6 +200,7 @@ class AppViewsTest(Lists, Table):
 
 
 class FontsTest(Table):
+    ROW = pyatspi.ROLE_RADIO_BUTTON
     key = "kLSDateFontName"
     names = ["Default"] + [f"Many{number:04}-Regular" for number in range(30)]
     before = {key: names[7]}
@@ -218,25 +214,21 @@ class FontsTest(Table):
     def order(self):
         return self.names
 
-    def rows(self, window):
-        return self.spoken(window, pyatspi.ROLE_RADIO_BUTTON)
-
-    def marked(self, window):
-        return [name for name, row in self.rows(window).items() if self.has_state(row, pyatspi.STATE_CHECKED)]
-
     def choose(self, window, name, way, key):
         if way == "keyboard":
             self.focus_row(window, name)
             self.keys(window, key)
         elif way == "pointer":
-            self.click(self.bring(window, name))
+            row = self.bring(window, name)
+            self.turn_wheel_to(row)
+            self.click(row)
         else:
             self.act(self.bring(window, name), "Press")
         self.expect_stored(self.key, name)
         eventually(lambda: self.marked(window) == [name], f"the mark of {name}, not {self.marked(window)}")
 
     def test_chooses_every_font(self):
-        self.assertEqual(self.printed("FontViewController"), [self.names])
+        self.assertEqual(self.titles("FontViewController"), [self.names])
         window = self.open_table("FontViewController")
         eventually(lambda: self.marked(window) == [self.before[self.key]], "the mark of what is stored")
         for way in WAYS:
@@ -261,16 +253,20 @@ class ColorsTest(Everything):
     def slider(name):
         return Control(pyatspi.ROLE_SLIDER, name, "Brightness" if name == "Brightness" else "Hue and Saturation")
 
-    def expect_color(self, h, s, b):
+    def expect_color(self, h, s, b, delta=1e-6):
         def is_stored():
             color = self.stored(self.key)
             return list(color) == ["h", "s", "b"] and all(
-                isinstance(color[name], float) and abs(color[name] - value) < 1e-6
+                isinstance(color[name], float) and abs(color[name] - value) < delta
                 for name, value in (("h", h), ("s", s), ("b", b)))
         try:
             eventually(is_stored, f"the colour {h}, {s}, {b}")
         except AssertionError as never:
             raise AssertionError(f"{never}, not {self.stored(self.key)}") from None
+
+    def expect_near(self, h, s, b):
+        """What the keyboard and assistive tools choose is a place that can be touched: the nearest one."""
+        self.expect_color(h, s, b, 0.005)
 
     def test_chooses_every_theme(self):
         window = self.open_page()
@@ -290,57 +286,44 @@ class ColorsTest(Everything):
         # The right and the lower edge belong to the field no more.
         for x, y in ((0, 0), (field.width - 1, 0), (field.width - 1, field.height - 1), (0, field.height - 1),
                      (field.width // 2, field.height // 2)):
-            self.xdotool("mousemove", str(field.x + x), str(field.y + y), "click", "1")
+            self.click_at(field.x + x, field.y + y)
             self.expect_color(x / field.width, 1 - y / field.height, 0.75)
 
         self.focus_by_keyboard(window, self.slider("Hue"))
-        reach = self.reach_by_keyboard(window)
-        for values in reach:
-            self.expect_within(*values)
+        # Around the field; at its ends the keys have no further effect.
+        for keys, h, s in ((["Home"] + ["shift+Up"] * 10, 0, 1), (["End"], 1, 1), (["shift+Down"] * 10, 1, 0),
+                           (["Home"], 0, 0), (["shift+Right"] * 5 + ["shift+Up"] * 5, 0.5, 0.5)):
+            self.keys(window, *keys)
+            self.expect_near(h, s, 0.75)
 
         for h, s in ((0, 0), (1, 0), (1, 1), (0, 1), (0.5, 0.5)):
             hue.queryValue().currentValue = h
             saturation.queryValue().currentValue = s
-            self.expect_within(h, s)
-
-    def reach_by_keyboard(self, window):
-        """Goes around the field; at its ends the keys have no further effect."""
-        for keys, corner in ((["Home"] + ["shift+Up"] * 10, (0, 1)), (["End"], (1, 1)), (["shift+Down"] * 10, (1, 0)),
-                             (["Home"], (0, 0)), (["shift+Right"] * 5 + ["shift+Up"] * 5, (0.5, 0.5))):
-            self.keys(window, *keys)
-            yield corner
-
-    def expect_within(self, h, s, b=0.75):
-        """What the keyboard and assistive tools choose is a place that can be touched: the nearest one."""
-        near = lambda color: all(abs(color[name] - value) < 0.005 for name, value in (("h", h), ("s", s), ("b", b)))
-        try:
-            eventually(lambda: near(self.stored(self.key)), f"a colour near {h}, {s}, {b}")
-        except AssertionError as never:
-            raise AssertionError(f"{never}, not {self.stored(self.key)}") from None
+            self.expect_near(h, s, 0.75)
 
     def test_chooses_at_the_ends_and_in_the_middle_of_the_bar(self):
         window = self.open_page()
         brightness = self.find_control(window, self.slider("Brightness"))
         bar = self.extents(brightness)
         for x, y in ((0, 0), (bar.width - 1, bar.height - 1), (bar.width // 2, bar.height // 2)):
-            self.xdotool("mousemove", str(bar.x + x), str(bar.y + y), "click", "1")
+            self.click_at(bar.x + x, bar.y + y)
             self.expect_color(0.25, 0.5, 1 - x / bar.width)
         self.focus_by_keyboard(window, self.slider("Brightness"))
         for keys, value in ((["Home"], 1), (["End"], 0), (["shift+Left"] * 5, 0.5)):
             self.keys(window, *keys)
-            self.expect_within(0.25, 0.5, value)
+            self.expect_near(0.25, 0.5, value)
         for value in (0, 1, 0.5):
             brightness.queryValue().currentValue = value
-            self.expect_within(0.25, 0.5, value)
+            self.expect_near(0.25, 0.5, value)
 
 
 class ChangeLogTest(Everything):
     def test_reads_the_change_log_to_its_end(self):
-        bundle = os.path.join(ROOT, "Library/PreferenceBundles/Lumora.bundle")
-        with open(os.path.join(bundle, "changelog.txt"), encoding="utf-8") as file:
-            text = file.read()
+        text = Path(ROOT, "Library/PreferenceBundles/Lumora.bundle/changelog.txt").read_text(encoding="utf-8")
         window = self.open_window("--page", "ChangeLogController", "--size", "390x400")
         label = self.find_control(window, Control(pyatspi.ROLE_LABEL, text, ""))
+        self.assertFalse(self.has_state(label, pyatspi.STATE_EDITABLE))
+        self.expect_soon(lambda: (self.extents(label).x, self.extents(label).width), (0, WIDTH))
         top = self.extents(label).y
         self.keys(window, "End")
         eventually(lambda: self.extents(label).y + self.extents(label).height <= 400, "its end by keyboard")
@@ -349,7 +332,7 @@ class ChangeLogTest(Everything):
         eventually(lambda: self.extents(label).y == top, "its beginning by keyboard")
 
         def turned():
-            self.xdotool("mousemove", str(WIDTH // 2), "200", "click", "5")
+            self.click_at(WIDTH // 2, 200, 5)
             return self.extents(label).y == end
         eventually(turned, "its end by the wheel")
 
