@@ -6,7 +6,6 @@
 A program looks at the pages, in several sizes of the window and of texts: layout_tour. Its pictures of those that it
 complains of are left in $LUMORA_TEST_PICTURES, if that is set. Needs fc-list and the fonts that are named here.
 """
-import glob
 import os
 import re
 import shutil
@@ -14,6 +13,7 @@ import subprocess
 import tempfile
 import unicodedata
 import unittest
+from pathlib import Path
 
 from harness.build import SOURCE
 from harness.programs import ROOT, add_plugin, program
@@ -64,7 +64,6 @@ LIST_CASES = {
     "one of all kinds": list(TEXT_CASES.values()),
 }
 
-
 # Of the packages fonts-inter, fonts-dejavu-core, fonts-noto-color-emoji, fonts-ddc-uchen and fonts-tlwg-loma-ttf.
 FONTS = ["opentype/inter/*.otf", "truetype/dejavu/DejaVuSans.ttf", "truetype/dejavu/DejaVuSans-Bold.ttf",
          "truetype/noto/NotoColorEmoji.ttf", "truetype/tibetan/DDC_Uchen.ttf", "truetype/tlwg/Loma.ttf",
@@ -96,13 +95,13 @@ class Strange(unittest.TestCase):
         cls.fonts = tempfile.mkdtemp(prefix="strange-fonts-")
         cls.addClassCleanup(shutil.rmtree, cls.fonts, True)
         for pattern in FONTS:
-            files = glob.glob(os.path.join("/usr/share/fonts", pattern))
+            files = [*Path("/usr/share/fonts").glob(pattern)]
             assert files, f"there is no /usr/share/fonts/{pattern}"
             for file in files:
-                os.symlink(file, os.path.join(cls.fonts, os.path.basename(file)))
-        cls.fonts_file = os.path.join(cls.fonts, "fonts.conf")
-        with open(cls.fonts_file, "w", encoding="utf-8") as file:
-            file.write(f"<fontconfig><dir>{cls.fonts}</dir><cachedir>{cls.fonts}/cache</cachedir></fontconfig>")
+                Path(cls.fonts, file.name).symlink_to(file)
+        cls.fonts_file = Path(cls.fonts, "fonts.conf")
+        cls.fonts_file.write_text(
+            f"<fontconfig><dir>{cls.fonts}</dir><cachedir>{cls.fonts}/cache</cachedir></fontconfig>", encoding="utf-8")
 
     def setUp(self):
         self.folder = tempfile.mkdtemp(prefix="strange-")
@@ -115,13 +114,14 @@ class Strange(unittest.TestCase):
         shutil.copytree(ROOT, root, symlinks=True, dirs_exist_ok=True)
         for number, name in enumerate(names):
             bundle = add_plugin(root, f"Strange{number}", program("strange/StrangePlugin"), "Strange")
-            with open(os.path.join(bundle, "name.txt"), "w", encoding="utf-8", newline="") as file:
-                file.write(name)
-            title = re.sub(r"[\r\n\\]", " ", name)
-            application = os.path.join(root, f"usr/share/applications/org.example.Strange{number}.desktop")
-            with open(application, "w", encoding="utf-8") as file:
-                file.write(f"[Desktop Entry]\nType=Application\nName={title}\nExec=true\n")
+            Path(bundle, "name.txt").write_bytes(name.encode())
+            self.add_application(root, f"Strange{number}", re.sub(r"[\r\n\\]", " ", name))
         return root
+
+    @staticmethod
+    def add_application(root, identifier, name):
+        Path(root, f"usr/share/applications/org.example.{identifier}.desktop").write_text(
+            f"[Desktop Entry]\nType=Application\nName={name}\nExec=true\n", encoding="utf-8")
 
     def look(self, called, answered, root=ROOT, size=200, names=()):
         """Opens every page, and expects nothing to be said about them."""
@@ -138,12 +138,12 @@ class Strange(unittest.TestCase):
                             "QSG_RENDER_LOOP": "basic", "QT_SCALE_FACTOR": "1"}
             with Tweak(home, answered) as tweak:
                 tour = subprocess.run([program("layout_tour"), root, pictures, str(size)], env=environment,
-                                      capture_output=True, timeout=30 * LONG_ENOUGH, check=False)
+                                      capture_output=True, text=True, errors="replace", timeout=30 * LONG_ENOUGH,
+                                      check=False)
                 self.assertEqual(tweak.changes, [], "looking changes nothing")
-            said = tour.stdout.decode(errors="replace")
-            self.assertEqual(said, "", f"see the pictures in {pictures}")
-            self.assertEqual(tour.returncode, 0, tour.stderr.decode(errors="replace")[-2000:])
-            self.expect_all_pages(tour.stderr.decode(errors="replace"), names)
+            self.assertEqual(tour.stdout, "", f"see the pictures in {pictures}")
+            self.assertEqual(tour.returncode, 0, tour.stderr[-2000:])
+            self.expect_all_pages(tour.stderr, names)
 
     def expect_all_pages(self, told, names):
         """Those of the application, and one for each of the names; at both widths."""
@@ -229,9 +229,7 @@ class Texts(Strange):
     def test_thousands_of_applications(self):
         root = self.device([])
         for number in range(5000):
-            with open(f"{root}/usr/share/applications/org.example.Application{number}.desktop", "w",
-                      encoding="utf-8") as file:
-                file.write(f"[Desktop Entry]\nType=Application\nName=Application {number}\nExec=true\n")
+            self.add_application(root, f"Application{number}", f"Application {number}")
         self.look("thousands", settings(kAppsEnabled=LIST_CASES["5,000 entries"]), root, size=100)
 
 
