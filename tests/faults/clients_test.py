@@ -16,9 +16,9 @@ import sys
 import unittest
 
 from case import Case
-import faulty
-from faulty import STEPS, FaultyTweak, answering, crowded, dripping, hanging_up, reply_to, silent, sound, unread
 from harness import wire
+from harness.faulty import (STEPS, FaultyTweak, answering, crowded, dripping, hanging_up, reply_to, silent, sound,
+                            unread)
 from harness.programs import descriptors, program, threads
 from harness.waiting import LONG_ENOUGH, eventually
 
@@ -128,7 +128,7 @@ class LumoractlTest(Case):
     def test_says_that_a_tweak_was_killed_and_goes_on_with_the_next(self):
         for step in STEPS:
             with self.subTest(step):
-                tweak = self.start_ready(sys.executable, faulty.__file__, step)
+                tweak = self.start_ready(sys.executable, "-m", "harness.faulty", step)
                 asked = self.lumoractl("get", "kSleepTime")
                 self.assertEqual(tweak.wait(LONG_ENOUGH), -signal.SIGKILL)
                 if step == "replied" and asked.returncode == 0:
@@ -252,7 +252,7 @@ class BundleTest(Case):
 
     def test_messages_fail_in_silence_when_the_tweak_is_killed_and_reach_the_next(self):
         for step in STEPS:
-            tweak = self.start_ready(sys.executable, faulty.__file__, step)
+            tweak = self.start_ready(sys.executable, "-m", "harness.faulty", step)
             self.assertLessEqual(self.replies(), step == "replied", step)
             self.assertEqual(tweak.wait(LONG_ENOUGH), -signal.SIGKILL)
             self.assertEqual(self.replies(), 0, "nobody is there")

@@ -8,9 +8,9 @@ import unittest
 
 from case import with_few_descriptors
 from clients_test import NO_REPLIES, NO_SETTINGS, SMALL
-from faulty import FaultyTweak, answering, crowded, hanging_up, silent, sound
 from harness import wire
 from harness.display import WIDTH
+from harness.faulty import FaultyTweak, answering, crowded, hanging_up, silent, sound
 from harness.programs import descriptors, sockets, threads
 from harness.waiting import LONG_ENOUGH, eventually, settled
 from harness.window import Windows

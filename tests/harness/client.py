@@ -2,19 +2,12 @@
 
     Client(folder).settings()                           # all of them
     Client(folder).set("kSleepTime", 30)                # None, or why it was refused
-
-and as a program, which exits with 1 when something fails:
-
-    PYTHONPATH=tests python3 -m harness.client get [KEY]
-    PYTHONPATH=tests python3 -m harness.client set KEY JSON
 """
-import argparse
 import socket
 import struct
-import sys
 import time
 
-from harness import forms, wire
+from harness import wire
 
 PATIENCE = 1  # seconds to connect and write, and as many again for the reply
 
@@ -74,33 +67,3 @@ def _left(end):
     if left <= 0:
         raise TimeoutError("the time is over")
     return left
-
-
-def main():
-    parser = argparse.ArgumentParser(description="Reads and changes the tweak's settings, as JSON.")
-    commands = parser.add_subparsers(dest="command", required=True)
-    get = commands.add_parser("get")
-    get.add_argument("key", nargs="?")
-    change = commands.add_parser("set")
-    change.add_argument("key")
-    change.add_argument("value", type=forms.load, metavar="JSON")
-    options = parser.parse_args()
-    client = Client(wire.ports_folder())
-    try:
-        if options.command == "set":
-            if refused := client.set(options.key, options.value):
-                sys.exit(f"client.py: {refused}")
-            return
-        settings = client.settings()
-    except (NoAnswer, TypeError, ValueError, OverflowError) as error:
-        sys.exit(f"client.py: {error}")
-    if options.key is None:
-        print(forms.dump(settings, indent=2))
-    elif options.key in settings:
-        print(forms.dump(settings[options.key], indent=2))
-    else:
-        sys.exit(f"client.py: {options.key} is not set")
-
-
-if __name__ == "__main__":
-    main()

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """A tweak that does not do what docs/ports.md asks of it.
 
     with FaultyTweak(folder, silent) as tweak:      # each client meets with silence
@@ -6,7 +5,7 @@
 
 and as a program, a tweak that is killed between two steps of its work:
 
-    PYTHONPATH=tests tests/faults/faulty.py STEP                                  # one of STEPS
+    PYTHONPATH=tests python3 -m harness.faulty STEP     # one of STEPS
 
 A fault is a function of a Client, called on a thread of that client's own; the connection closes when it returns.
 """
