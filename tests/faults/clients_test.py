@@ -153,20 +153,24 @@ class BundleTest(Case):
 
     def replies(self, count=1, *names):
         """How many replies came to so many messages of each name."""
-        print(count, *(names or ["requestTweakSettings"]), file=self.sender.stdin, flush=True)
+        self.tell(self.sender, count, *(names or ["requestTweakSettings"]))
         return int(self.sender.stdout.readline())
+
+    @staticmethod
+    def tell(sender, *words):
+        print(*words, file=sender.stdin, flush=True)
 
     def page(self):
         """A sender that a page has been opened in, with what it reads."""
         def opened():
             sender = self.start(program("message_sender"))
-            print("open", file=sender.stdin, flush=True)
+            self.tell(sender, "open")
             # Without a reply in time it would wait for good.
             return select.select([sender.stdout], [], [], 10)[0] and (sender, int(sender.stdout.readline()))
         return eventually(opened, "a page that opens")
 
     def open_again(self, sender):
-        print("open", file=sender.stdin, flush=True)
+        self.tell(sender, "open")
         return int(sender.stdout.readline())
 
     def expect_reply(self, name="requestTweakSettings"):

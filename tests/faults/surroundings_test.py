@@ -12,6 +12,7 @@ import shutil
 import stat
 import subprocess
 import unittest
+from pathlib import Path
 
 from case import Case, with_few_descriptors
 from harness import stranger, wire
@@ -110,11 +111,10 @@ class DiskTest(Case):
         tweak = self.start_tweak()
         self.assertIsNone(self.client.set("kSleepTime", 15))
         os.sync()
-        with open(trigger, "w", encoding="ascii") as file:
-            file.write("an error of the test's own")
-        self.expect_refusal("Read-only file system")
-        self.expect_refusal("Read-only file system")
-        self.assertEqual(self.rows("LumoraPreferences").returncode, 0)
+        Path(trigger).write_text("an error of the test's own", encoding="ascii")
+        for _ in range(2):
+            self.expect_refusal("Read-only file system")
+        self.rows("LumoraPreferences", status=0)
         self.end(tweak)
         refused = self.run_program(program("lumora-tweak"), "--settings", self.settings_file)
         self.expect_failure(refused, f"cannot write in {self.disk}: Read-only file system")
@@ -128,9 +128,8 @@ class DiskTest(Case):
         self.start_tweak()
         self.fill()
         picture = os.path.join(self.disk, "picture.png")
-        grabbed = self.settings("--grab", picture)
-        self.assertEqual(grabbed.returncode, 1)
-        self.assertIn(f"lumora-settings: cannot write the picture {picture}", grabbed.stderr)
+        self.assertIn(f"lumora-settings: cannot write the picture {picture}",
+                      self.settings("--grab", picture, status=1).stderr)
         archived = self.lumoractl("archive", "-o", os.path.join(self.disk, "archive"), input="[1, 2, 3]")
         self.expect_failure(archived, "No space left on device")
 
@@ -147,7 +146,7 @@ class ReadOnlyFolderTest(Case):
                 self.skipTest(f"the folders above {self.folder} keep everybody else out")
             user = {"user": stranger.USER, "group": stranger.USER, "extra_groups": [], "cwd": "/"}
         try:
-            self.assertEqual(self.lumoractl("--version", **user).returncode, 0)
+            self.lumoractl("--version", status=0, **user)
         except PermissionError:
             self.skipTest("the programs are where only root can run them")
         folder = os.path.join(self.folder, "settings")
@@ -158,13 +157,13 @@ class ReadOnlyFolderTest(Case):
                 os.chown(path, stranger.USER, stranger.USER)
         self.settings_file = os.path.join(folder, "settings.plist")
         self.start_tweak(**user)
-        self.assertEqual(self.lumoractl("set", "kSleepTime", "15", **user).returncode, 0)
+        self.lumoractl("set", "kSleepTime", "15", status=0, **user)
         os.chmod(folder, 0o500)
         self.expect_failure(self.lumoractl("set", "kSleepTime", "60", **user), "Permission denied")
         self.assertEqual(self.lumoractl("get", "kSleepTime", **user).stdout, "15\n")
         os.chmod(folder, 0o700)
         self.assertEqual(self.all_stored(), {"kSleepTime": 15})
-        self.assertEqual(self.lumoractl("set", "kSleepTime", "60", **user).returncode, 0)
+        self.lumoractl("set", "kSleepTime", "60", status=0, **user)
 
 
 class OutputTest(Case):
@@ -175,19 +174,17 @@ class OutputTest(Case):
             for command in (["lumoractl", "list"], ["lumoractl", "plugins", "--root", ROOT], ["lumoractl", "archive"],
                             ["lumora-settings", "--root", ROOT, "--rows", "AppsController"]):
                 with self.subTest(command):
-                    told = self.run_program(program(command[0]), *command[1:], stdout=full, input="1")
-                    self.assertEqual(told.returncode, 1)
+                    told = self.run_program(program(command[0]), *command[1:], stdout=full, input="1", status=1)
                     self.assertRegex(told.stderr, rf"^{command[0]}: cannot write (to )?standard output")
             self.end(tweak)
 
     def test_errors_that_nobody_can_read_change_nothing(self):
         with open("/dev/full", "w", encoding="ascii") as full:
-            self.assertEqual(self.lumoractl("list", stderr=full).returncode, 1)
+            self.lumoractl("list", stderr=full, status=1)
             tweak = self.start_tweak(stderr=full)
             self.assertIn("kSleepTime", self.client.set("kSleepTime", "soon"))
             self.assertIsNone(self.client.set("kSleepTime", 15))
-            rows = self.rows("LumoraPreferences", stderr=full)
-            self.assertEqual(rows.returncode, 0)
+            rows = self.rows("LumoraPreferences", stderr=full, status=0)
             self.assertEqual(json.loads(rows.stdout)["page"], "LumoraPreferences")
             self.end(tweak)
 
@@ -231,10 +228,9 @@ class DescriptorsTest(Case):
         self.start_tweak()
         few = {"preexec_fn": limited(resource.RLIMIT_NOFILE, 4)}
         self.assertEqual(self.lumoractl("get", "kSleepTime", **few).stdout, "10\n")
-        listed = self.lumoractl("plugins", "--root", ROOT, **few)
-        self.assertEqual(listed.returncode, 1)
+        listed = self.lumoractl("plugins", "--root", ROOT, status=1, **few)
         self.assertIn("it could not be tried: Too many open files", listed.stdout)
-        self.assertEqual(self.rows("AppsController").returncode, 0)
+        self.rows("AppsController", status=0)
         for most in range(4, 12):
             with self.subTest(most):
                 rows = self.rows("AppsController", "--timeout", "5", preexec_fn=limited(resource.RLIMIT_NOFILE, most))
@@ -263,7 +259,7 @@ class PortsFolderTest(Case):
         self.start_tweak()
         for path in (self.folder + "/a", self.folder + "/a/b", self.ports):
             self.assertEqual(stat.S_IMODE(os.stat(path).st_mode), 0o700)
-        self.assertEqual(self.lumoractl("list").returncode, 0)
+        self.lumoractl("list", status=0)
 
     def test_is_refused_when_others_could_write_to_it(self):
         os.mkdir(self.ports)
@@ -272,53 +268,30 @@ class PortsFolderTest(Case):
             self.expect_no_ports(self.ports)
             self.assertEqual(os.listdir(self.ports), [])
 
-    def test_is_refused_when_it_is_a_link_or_no_folder(self):
-        real = os.path.join(self.folder, "real")
-        os.mkdir(real, 0o700)
-        os.symlink(real, self.ports)
+    def test_is_refused_when_it_is_a_link_to_nowhere_or_no_folder(self):
+        os.symlink(self.folder + "/nowhere", self.ports)
         self.expect_no_ports(self.ports)
-        self.assertEqual(os.listdir(real), [])
-        os.rmdir(real)
-        self.expect_no_ports(self.ports)
-        self.assertFalse(os.path.exists(real))
+        self.assertFalse(os.path.exists(self.folder + "/nowhere"))
         os.unlink(self.ports)
-        with open(self.ports, "w", encoding="ascii") as file:
-            file.write("a file")
+        self.write("ports", "a file")
         self.expect_no_ports(self.ports)
-        with open(self.ports, encoding="ascii") as file:
-            self.assertEqual(file.read(), "a file")
-
-    def test_is_refused_when_the_folder_in_it_is_a_link(self):
-        os.makedirs(self.ports, 0o700)
-        os.mkdir(self.folder + "/real", 0o700)
-        os.symlink(self.folder + "/real", self.ports + "/com.nevo.lumora")
-        self.expect_no_ports(self.ports)
-        self.assertEqual(os.listdir(self.folder + "/real"), [])
-
-    @unittest.skipUnless(stranger.can_be(), stranger.WHY_NOT)
-    def test_is_refused_when_it_is_somebody_elses(self):
-        os.mkdir(self.ports, 0o700)
-        os.chown(self.ports, stranger.USER, stranger.USER)
-        self.expect_no_ports(self.ports)
-        self.assertEqual(os.listdir(self.ports), [])
+        self.assertEqual(Path(self.ports).read_text(encoding="ascii"), "a file")
 
     def test_is_refused_when_its_path_is_too_long_for_a_socket(self):
         # Of the 107 bytes a name takes 36, and the longer one 43; with a slash between them.
         longest = os.path.join(self.folder, "x" * (107 - 44 - 1 - len(self.folder)))
         self.ports = self.environment["LUMORA_PORTS"] = longest
         tweak = self.start_tweak()
-        self.assertEqual(self.lumoractl("list").returncode, 0)
+        self.lumoractl("list", status=0)
         self.end(tweak)
         self.expect_no_ports(longest + "x" * 40, "its path is too long for a socket", "is too long for a socket's path")
         self.assertFalse(os.path.exists(longest + "x" * 40))
 
     def test_says_what_stands_where_the_socket_should_be(self):
         os.makedirs(self.ports + "/com.nevo.lumora", 0o700)
-        with open(wire.socket_path(self.ports, wire.UPDATE_SETTINGS), "w", encoding="ascii") as file:
-            file.write("a file")
+        file = self.write("ports/" + wire.UPDATE_SETTINGS, "a file")
         self.expect_no_ports(self.ports, "its socket or lock file cannot be used")
-        with open(file.name, encoding="ascii") as file:
-            self.assertEqual(file.read(), "a file")
+        self.assertEqual(Path(file).read_text(encoding="ascii"), "a file")
 
 
 class PluginTest(Case):
@@ -331,20 +304,18 @@ class PluginTest(Case):
         add_plugin(self.root, name, BUILD / "tests/lists/modules/TestPlugin", "TestPlugin")
 
     def test_a_plug_in_that_ends_its_process_is_left_out_and_the_others_are_there(self):
-        without = self.rows("PluginsListController")
-        self.assertEqual(without.returncode, 0, without.stderr)
+        without = self.rows("PluginsListController", status=0).stdout
         for name in ("throwing-at-load-1", "leaving-at-page-1", "killing-at-name-1", "scribbling-at-appID-1",
                      "looping-at-load-1"):
             self.add(name)
         for _ in range(2):
-            rows = self.rows("PluginsListController")
-            self.assertEqual((rows.returncode, rows.stdout), (0, without.stdout), rows.stderr)
-        # On a busy machine two seconds of the processor take longer than the ten that each has unless said.
-        listed = self.lumoractl("plugins", "--root", self.root, "--timeout", str(LONG_ENOUGH), timeout=3 * LONG_ENOUGH)
-        self.assertEqual(listed.returncode, 1)
-        self.assertRegex(listed.stdout, r"throwing-at-load-1.bundle +skipped: it crashes: Aborted")
-        self.assertRegex(listed.stdout, r"looping-at-load-1.bundle +skipped: it hangs: no answer within 2000 ms of")
-        self.assertIn("ClockView.bundle", listed.stdout)
+            self.assertEqual(self.rows("PluginsListController", status=0).stdout, without)
+        # On a busy machine two seconds of the processor take longer than the ten that each has by default.
+        listed = self.lumoractl("plugins", "--root", self.root, "--timeout", str(LONG_ENOUGH), status=1,
+                                timeout=3 * LONG_ENOUGH).stdout
+        self.assertRegex(listed, r"throwing-at-load-1.bundle +skipped: it crashes: Aborted")
+        self.assertRegex(listed, r"looping-at-load-1.bundle +skipped: it hangs: no answer within 2000 ms of")
+        self.assertIn("ClockView.bundle", listed)
 
     def test_a_time_out_names_the_plug_in_that_is_waited_for(self):
         self.add("hanging-at-load-1")
@@ -378,7 +349,7 @@ class LocaleTest(Case):
         self.environment = base | {"LC_ALL": "C.UTF-8"}
         self.settings_file = os.path.join(self.folder, WORDS + ".plist")
         tweak = self.start_tweak()
-        self.assertEqual(self.lumoractl("set", "kLSDateSubtitle", json.dumps(WORDS)).returncode, 0)
+        self.set("kLSDateSubtitle", WORDS)
         wanted = self.rows("LSDateViewSettings").stdout
         self.assertIn(WORDS, wanted)
         for number, locale in enumerate(locales):
@@ -391,14 +362,11 @@ class LocaleTest(Case):
                 changed = self.lumoractl("set", key, json.dumps(WORDS, ensure_ascii=False))
                 self.assertEqual((changed.returncode, changed.stderr), (0, ""))
                 self.assertEqual(self.client.settings()[key], WORDS)
-                listed = self.lumoractl("list")
-                self.assertEqual(json.loads(listed.stdout)[key], WORDS)
-                rows = self.rows("LSDateViewSettings")
-                self.assertEqual((rows.returncode, rows.stdout), (0, wanted), rows.stderr)
-                self.assertEqual(self.lumoractl("plugins", "--root", ROOT).returncode, 0)
+                self.assertEqual(json.loads(self.lumoractl("list").stdout)[key], WORDS)
+                self.assertEqual(self.rows("LSDateViewSettings", status=0).stdout, wanted)
+                self.lumoractl("plugins", "--root", ROOT, status=0)
                 picture = os.path.join(self.folder, f"{WORDS}{number}.png")
-                grabbed = self.settings("--grab", picture)
-                self.assertEqual(grabbed.returncode, 0, grabbed.stderr)
+                grabbed = self.settings("--grab", picture, status=0)
                 # The toolkit's complaint. Since Qt 6.8 it tells of having switched as well, which is all right.
                 self.assertNotIn("failed to switch", grabbed.stderr)
                 self.assertTrue(os.path.exists(picture))

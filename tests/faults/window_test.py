@@ -12,7 +12,7 @@ from harness import wire
 from harness.display import WIDTH
 from harness.faulty import FaultyTweak, answering, crowded, hanging_up, silent, sound
 from harness.programs import descriptors, sockets, threads
-from harness.waiting import LONG_ENOUGH, eventually, settled
+from harness.waiting import eventually, settled
 from harness.window import Windows
 
 FAULTS = {called: fault for called, (fault, _) in (NO_REPLIES | NO_SETTINGS).items()}
@@ -22,11 +22,11 @@ class WindowTest(Windows):
     def open_first_switch(self):
         """The root page, with its first switch focused, on a tweak that is sound."""
         window = self.open_root_page()
-        self.xdotool("key", "--window", window.id, "Tab")
+        self.keys(window, "Tab")
         return window
 
     def flip(self, window):
-        self.xdotool("key", "--window", window.id, "space")
+        self.keys(window, "space")
 
     def expect_change(self, window, tweak):
         """That the window still does what a key asks for: it sends a change."""
@@ -39,11 +39,6 @@ class WindowTest(Windows):
         nothing to do for a second and a half."""
         # For 2.5 seconds at least.
         return settled(lambda: (descriptors(window), threads(window)), "the end of its messages", 125)
-
-    def expect_to_close(self, window):
-        self.close(window)
-        eventually(lambda: not self.windows(window), "the window to go")
-        self.assertEqual(window.wait(LONG_ENOUGH), 0)
 
     def test_sends_each_change_once_and_keeps_silent_whatever_becomes_of_it(self):
         with FaultyTweak(self.ports, sound) as tweak:
@@ -105,6 +100,7 @@ class WindowTest(Windows):
                     self.xdotool("key", "--window", shown, "Return")
                 return "kTweakEnabled" in window.lines.text
             eventually(restarted, "the page after a restart")
+            self.assertIsNone(window.poll(), "the process is the same")
             self.assertGreaterEqual(tweak.visits(wire.REQUEST_SETTINGS), 2, "one more if an answer came late")
 
     def test_goes_on_with_a_tweak_that_is_killed_and_started_anew(self):
