@@ -11,6 +11,7 @@ import email
 import email.policy
 import os
 import stat
+import subprocess
 import unittest
 from pathlib import Path
 
@@ -92,20 +93,15 @@ class PrintedTest(Leaks):
             self.assertEqual(self.leaks(self.lumoractl("get", key, "--secrets").stdout), [key])
 
     def test_the_tweak_notes_a_change_of_a_passcode_without_it(self):
-        with open(os.path.join(self.folder, "log"), "w+", encoding="utf-8") as log:
-            tweak = self.start_tweak("--verbose", stderr=log)
-            for key, passcode in PASSCODES.items():
-                taken = self.lumoractl("set", key, "-", input=f'"{passcode}"')
-                self.assertEqual((taken.returncode, taken.stdout, taken.stderr), (0, "", ""))
-                for wrong in (f'["{passcode}"]', f'{{"{passcode}": 1}}'):
-                    refused = self.lumoractl("set", key, "-", input=wrong)
-                    self.assertEqual(refused.returncode, 1)
-                    self.assert_tells_nothing(refused.stderr, wrong)
-            self.assert_handed_on_to_nobody(tweak)
-            tweak.terminate()
-            tweak.wait()
-            log.seek(0)
-            noted = log.read()
+        tweak = self.start_tweak("--verbose", stderr=subprocess.PIPE)
+        for key, passcode in PASSCODES.items():
+            taken = self.lumoractl("set", key, "-", input=f'"{passcode}"')
+            self.assertEqual((taken.returncode, taken.stdout, taken.stderr), (0, "", ""))
+            for wrong in (f'["{passcode}"]', f'{{"{passcode}": 1}}'):
+                self.assert_tells_nothing(self.lumoractl("set", key, "-", input=wrong, status=1).stderr, wrong)
+        self.assert_handed_on_to_nobody(tweak)
+        self.end(tweak)
+        noted = tweak.lines.whole()
         for key, passcode in PASSCODES.items():
             self.assertIn(f'"{key}"', noted)
             self.assertEqual(self.stored(key), passcode)
@@ -115,15 +111,13 @@ class PrintedTest(Leaks):
     def test_lumoractl_says_nothing_of_a_passcode_that_it_does_not_understand(self):
         self.run_tweak()
         for passcode in PASSCODES.values():
-            wrong = self.lumoractl("set", KEYS[0], "-", input=passcode)  # without quotes
-            self.assertEqual(wrong.returncode, 2)
+            wrong = self.lumoractl("set", KEYS[0], "-", input=passcode, status=2)  # without quotes
             self.assert_tells_nothing(wrong.stdout + wrong.stderr, "what is wrong")
 
     def test_pages_are_printed_with_dots(self):
         self.run_tweak()
         for page in PAGES:
-            printed = self.settings("--rows", page, DISPLAY="")
-            self.assertEqual(printed.returncode, 0, printed.stderr)
+            printed = self.settings("--rows", page, status=0, DISPLAY="")
             self.assert_tells_nothing(printed.stdout, page)
             self.assert_only_the_root_page_tells(printed.stderr, 1 if page == "LumoraPreferences" else 0)
 
@@ -134,13 +128,11 @@ class PrintedTest(Leaks):
             tweak = self.start_tweak()
             for page in PAGES:
                 picture = os.path.join(self.folder, f"{page}.png")
-                saved = self.settings("--grab", picture, "--page", page, "--size", "390x2000")
-                self.assertEqual(saved.returncode, 0, saved.stderr)
+                saved = self.settings("--grab", picture, "--page", page, "--size", "390x2000", status=0)
                 self.assert_only_the_root_page_tells(
                     saved.stderr, 1 if page == "LumoraPreferences" and passcodes == PASSCODES else 0)
                 drawn.append(Path(picture).read_bytes())
-            tweak.terminate()
-            tweak.wait()
+            self.end(tweak)
         self.assertEqual(drawn[:len(PAGES)], drawn[len(PAGES):])
 
 
@@ -179,8 +171,7 @@ class WindowTest(Leaks, Spoken):
             self.assertIn("•" * len(PASSCODES[KEYS[0]]), texts)
             self.assert_tells_nothing(self.xdotool("getwindowname", window.id), "the window's name")
             self.assert_handed_on_to_nobody(window)
-            self.close(window)
-            self.assertEqual(window.wait(), 0)
+            self.expect_to_close(window)
             self.assert_tells_nothing(window.lines.text, "standard error")
         self.assert_left_in_no_file()
 
@@ -190,23 +181,19 @@ class WindowTest(Leaks, Spoken):
         os.mkdir(self.root + "/tmp")
         log = b"what was installed, \0\xff"
         Path(self.root, "tmp/dpkgl.log").write_bytes(log)
-        mailer = Path(self.folder, "mailer")
-        mailer.write_text(f"#!/bin/sh\ncat >{self.folder}/told.eml\n"
-                          f"{{ tr '\\0' '\\n' </proc/$$/cmdline; env; }} >{self.folder}/told\nexit 75\n",
-                          encoding="utf-8")
-        mailer.chmod(0o700)
-        self.environment["LUMORA_SENDMAIL"] = str(mailer)
+        mailer = self.environment["LUMORA_SENDMAIL"] = self.add_script("mailer", (
+            f"cat >{self.folder}/told.eml\n"
+            f"{{ tr '\\0' '\\n' </proc/$$/cmdline; env; }} >{self.folder}/told\nexit 75"))
         window = self.open_root_page()
-        button = lambda name: eventually(lambda: self.spoken(window, pyatspi.ROLE_PUSH_BUTTON).get(name), name)
-        self.act(button("support@nevo.example"), "Press")
-        self.act(button("Send"), "Press")
+        self.press_button(window, "support@nevo.example")
+        self.press_button(window, "Send")
         drafts = Path(self.folder, "home/data/lumora/drafts")
         eventually(lambda: list(drafts.glob("*.eml")), "the draft")
         eventually(lambda: str(drafts) in window.lines.text, "what went wrong")
         self.close(window)
         window.wait()
         self.assert_only_the_root_page_tells(window.lines.text, 1)
-        self.assertIn(str(mailer), Path(self.folder, "told").read_text(encoding="utf-8"))
+        self.assertIn(mailer, Path(self.folder, "told").read_text(encoding="utf-8"))
         for message in (Path(self.folder, "told.eml"), *drafts.glob("*.eml")):
             parts = [content for what, content in contents(message) if what != "header"]
             self.assertTrue(any(b"Lumora" in part for part in parts), parts)

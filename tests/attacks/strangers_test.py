@@ -4,8 +4,7 @@ that are open to all.
 
     PYTHONPATH=tests tests/attacks/strangers_test.py [-v] BUILD
 
-Needs nothing of Python beyond its standard library. Tests of another user are skipped
-where nobody can become one.
+Needs nothing of Python beyond its standard library. Tests of another user are skipped where nobody can become one.
 """
 import multiprocessing
 import os
@@ -35,8 +34,8 @@ class Attacked(Programs):
 
     def assert_refuses_to_start(self):
         """The tweak, and says so."""
-        failed = self.run_program(program("lumora-tweak"), "--settings", self.settings_file)
-        self.assertEqual((failed.returncode, failed.stdout), (1, ""))
+        failed = self.run_program(program("lumora-tweak"), "--settings", self.settings_file, status=1)
+        self.assertEqual(failed.stdout, "")
         self.assertRegex(failed.stderr, r"^lumora-tweak: \S")
 
 
@@ -111,33 +110,39 @@ class StrangerTest(Attacked):
         if not stranger.reaches(self.folder):
             self.skipTest(f"the folders above {self.folder} keep everybody else out")
 
+    def serving(self, user, path, clients=1):
+        """A false port of a user, ready to be connected to."""
+        ready = multiprocessing.get_context("fork").Event()
+        port = As(self, user, serve, str(path), ready, clients)
+        self.assertTrue(ready.wait(LONG_ENOUGH))
+        return port
+
+    def asked(self, user, name, body=None):
+        """What a user is told at a port of the tweak."""
+        return As(self, user, ask, wire.socket_path(self.ports, name), wire.frame(body)).get()
+
     def open_to_all(self):
         """As if modes had been changed by mistake: what is left is that both ends look who the other one is."""
         for path in (self.folder, *self.folder.rglob("*")):
             os.chmod(path, 0o755 if path.is_dir() else 0o666)
 
     def test_modes_keep_a_stranger_out_of_the_ports(self):
-        ready = multiprocessing.get_context("fork").Event()
-        As(self, 0, serve, str(self.folder / "open"), ready, 1)
-        self.assertTrue(ready.wait(LONG_ENOUGH))
+        self.serving(0, self.folder / "open")
         answer = As(self, STRANGER, ask, str(self.folder / "open"), wire.frame(None)).get()
         self.assertTrue(answer.startswith(b"LMP1"), "nothing but modes is in his way")
         self.start_tweak()
         for name in PORTS:
-            path = wire.socket_path(self.ports, name)
-            self.assertEqual(As(self, STRANGER, ask, path, wire.frame(None)).get(), "no way in")
+            self.assertEqual(self.asked(STRANGER, name), "no way in")
 
     def test_the_tweak_neither_answers_a_stranger_nor_does_what_he_says(self):
         self.start_tweak()
         self.set("kSleepTime", 30)
         self.open_to_all()
         for name, body in zip(PORTS, (CHANGE, None)):
-            path = wire.socket_path(self.ports, name)
-            self.assertEqual(As(self, STRANGER, ask, path, wire.frame(body)).get(), b"")
+            self.assertEqual(self.asked(STRANGER, name, body), b"")
         self.assertEqual(self.get("kSleepTime"), 30)
         for name, body in zip(PORTS, (CHANGE, None)):
-            path = wire.socket_path(self.ports, name)
-            self.assertTrue(As(self, 0, ask, path, wire.frame(body)).get().startswith(b"LMP1"), "our own are answered")
+            self.assertTrue(self.asked(0, name, body).startswith(b"LMP1"), "our own are answered")
         self.assertEqual(self.get("kSleepTime"), 10)
 
     def exchange_at_false_ports(self, user):
@@ -149,11 +154,8 @@ class StrangerTest(Attacked):
         calls = [("lumoractl", ["list"]), ("lumoractl", ["set", "kAutoUnlockPasscode", "-"])]
         if os.path.exists(program("lumora-settings")):
             calls.append(("lumora-settings", ["--root", ROOT, "--rows", "AutoUnlockController", "--timeout", "8"]))
-        serving = {}
-        for name, clients in ((wire.UPDATE_SETTINGS, 1), (wire.REQUEST_SETTINGS, len(calls) - 1)):
-            ready = multiprocessing.get_context("fork").Event()
-            serving[name] = As(self, user, serve, wire.socket_path(self.ports, name), ready, clients)
-            self.assertTrue(ready.wait(LONG_ENOUGH))
+        serving = {name: self.serving(user, wire.socket_path(self.ports, name), clients)
+                   for name, clients in zip(PORTS, (1, len(calls) - 1))}
         done = [self.run_program(program(name), *arguments, input='"secret"') for name, arguments in calls]
         return done, {name: port.get() for name, port in serving.items()}
 
@@ -184,11 +186,9 @@ class StrangerTest(Attacked):
         foreign = self.folder / "foreign"
         foreign.mkdir()
         os.chmod(foreign, 0o777)
-        ready = multiprocessing.get_context("fork").Event()
-        false = As(self, STRANGER, serve, str(foreign / "port"), ready, 1)
-        self.assertTrue(ready.wait(LONG_ENOUGH))
+        false = self.serving(STRANGER, foreign / "port")
         os.symlink(foreign / "port", self.ports / wire.UPDATE_SETTINGS)
-        self.assertEqual(self.lumoractl("set", "kAutoUnlockPasscode", '"secret"').returncode, 1)
+        self.lumoractl("set", "kAutoUnlockPasscode", '"secret"', status=1)
         self.assertEqual(false.get(), [b""])
 
 
@@ -208,33 +208,20 @@ class LinkTest(Attacked):
         modes = [stat.S_IMODE(path.stat().st_mode) for path in (self.foreign, self.foreign / "file")]
         self.assertEqual(modes, [0o755, 0o640])
 
-    def assert_leads_nowhere(self, link, target):
-        link.parent.mkdir(0o700, parents=True, exist_ok=True)
-        os.symlink(target, link)
-        self.assert_refuses_to_start()
-        self.assert_untouched()
-        self.assertEqual(os.readlink(link), str(target), "the link itself stays as well")
-
-    def test_the_ports_folder_is_no_link(self):
-        self.assert_leads_nowhere(self.ports, self.foreign)
-
-    def test_the_folder_below_it_is_no_link(self):
-        self.assert_leads_nowhere(self.ports / "com.nevo.lumora", self.foreign)
-
-    def test_no_port_is_made_where_a_link_leads(self):
-        self.assert_leads_nowhere(self.ports / wire.UPDATE_SETTINGS, self.foreign / "port")
-
-    def test_no_file_is_taken_for_a_port_through_a_link(self):
-        self.assert_leads_nowhere(self.ports / wire.UPDATE_SETTINGS, self.foreign / "file")
-
-    def test_no_lock_is_made_where_a_link_leads(self):
-        self.assert_leads_nowhere(self.ports / (wire.UPDATE_SETTINGS + ".lock"), self.foreign / "lock")
-
-    def test_no_lock_is_taken_through_a_link(self):
-        self.assert_leads_nowhere(self.ports / (wire.UPDATE_SETTINGS + ".lock"), self.foreign / "file")
-
-    def test_the_settings_are_not_locked_through_a_link(self):
-        self.assert_leads_nowhere(Path(f"{self.settings_file}.lock"), self.foreign / "file")
+    def test_nothing_is_made_or_taken_where_a_link_leads(self):
+        port = self.ports / wire.UPDATE_SETTINGS
+        port_lock, settings_lock = Path(f"{port}.lock"), Path(f"{self.settings_file}.lock")
+        for link, target in ((self.ports, ""), (self.ports / "com.nevo.lumora", ""), (port, "port"), (port, "file"),
+                             (port_lock, "lock"), (port_lock, "file"), (settings_lock, "file")):
+            with self.subTest(link=link, target=target):
+                shutil.rmtree(self.ports, True)
+                link.unlink(missing_ok=True)
+                link.parent.mkdir(0o700, parents=True, exist_ok=True)
+                link.symlink_to(self.foreign / target)
+                self.assert_refuses_to_start()
+                self.assert_untouched()
+                self.assertEqual(os.readlink(link), str(self.foreign / target), "the link itself stays as well")
+            link.unlink()
 
     def test_settings_are_not_written_through_a_link_in_the_place_of_the_new_file(self):
         os.symlink(self.foreign / "file", f"{self.settings_file}.new")
@@ -250,7 +237,7 @@ class ModeTest(Attacked):
     def make_everything(self, mask):
         """Ports, settings and what stands beside them, in folders that are not there yet."""
         self.addCleanup(os.umask, os.umask(mask))
-        del self.environment["LUMORA_PORTS"]
+        self.environment.pop("LUMORA_PORTS", None)
         self.environment |= {"XDG_RUNTIME_DIR": str(self.folder / "run/user"),
                              "XDG_CONFIG_HOME": str(self.folder / "home/config")}
         self.device = self.folder / "device"
@@ -258,8 +245,7 @@ class ModeTest(Attacked):
         settings = self.device / "var/mobile/Library/Preferences/com.nevo.lumora.plist"
         for options in ([], ["--root", self.device], ["--root", self.device]):
             tweak = self.start_ready(program("lumora-tweak"), "--verbose", *options, stderr=subprocess.PIPE)
-            changed = self.lumoractl("set", "kAutoUnlockPasscode", "-", input='"secret"')
-            self.assertEqual(changed.returncode, 0, changed.stderr)
+            self.lumoractl("set", "kAutoUnlockPasscode", "-", input='"secret"', status=0)
             tweak.kill()  # its dead sockets stay
             tweak.wait()
             if options:
@@ -273,13 +259,13 @@ class ModeTest(Attacked):
         for path in made:
             self.assertEqual(stat.S_IMODE(os.lstat(path).st_mode) & 0o077, 0, path)
 
-    def test_under_the_usual_umask(self):
-        self.make_everything(0o022)
-        self.assert_all_is_private()
-
-    def test_under_a_umask_that_hides_nothing(self):
-        self.make_everything(0o000)
-        self.assert_all_is_private()
+    def test_under_the_usual_umask_and_one_that_hides_nothing(self):
+        for mask in (0o022, 0o000):
+            with self.subTest(mask=oct(mask)):
+                self.make_everything(mask)
+                self.assert_all_is_private()
+            shutil.rmtree(self.folder)
+            self.folder.mkdir(0o700)
 
 
 if __name__ == "__main__":
