@@ -43,11 +43,9 @@ void SoakedTweak::read(std::FILE* lines) {
         const std::string_view text(line, static_cast<std::size_t>(length));
         if (text.starts_with("lumora-tweak: updateSettings: ")) {
             ++changes_;
-        } else if (text.starts_with("lumora-tweak: requestTweakSettings: ")) {
-            ++requests_;
         } else if (text.starts_with("lumora-tweak ready")) {
             ready_ = true;
-        } else {
+        } else if (!text.starts_with("lumora-tweak: requestTweakSettings: ")) {
             std::fwrite(text.data(), 1, text.size(), stderr); // it complains
         }
     }

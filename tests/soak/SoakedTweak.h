@@ -8,7 +8,7 @@
 
 namespace tests {
 
-/// lumora-tweak as a process of its own, which ends with this one; counts the messages that it notes.
+/// lumora-tweak as a process of its own, which ends with this one; counts the changes that it notes.
 ///
 ///     const SoakedTweak tweak(LUMORA_TWEAK, folder / "settings.plist");
 ///     tweak.isReady();
@@ -24,7 +24,6 @@ class SoakedTweak {
 
     [[nodiscard]] bool isReady() const { return ready_; }
     [[nodiscard]] pid_t id() const { return id_; }
-    [[nodiscard]] long requests() const { return requests_; }
     [[nodiscard]] long changes() const { return changes_; }
 
   private:
@@ -32,7 +31,6 @@ class SoakedTweak {
 
     pid_t id_ = -1;
     std::atomic<bool> ready_{false};
-    std::atomic<long> requests_{0};
     std::atomic<long> changes_{0};
     std::thread reader_;
 };

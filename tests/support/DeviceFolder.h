@@ -1,12 +1,10 @@
 #pragma once
 
 #include "platform/foundation/DeviceRoot.h"
+#include "tests/support/KeptEnvironment.h"
+#include "tests/support/TemporaryFolder.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <stdexcept>
-#include <string>
 
 namespace tests {
 
@@ -15,24 +13,15 @@ namespace tests {
 class DeviceFolder {
   public:
     DeviceFolder() {
-        std::string made = std::filesystem::temp_directory_path() / "device-XXXXXX";
-        if (::mkdtemp(made.data()) == nullptr) throw std::runtime_error("no device root");
-        path_ = made;
-        platform::setDeviceRoot(path_);
-        if (const char* before = std::getenv("XDG_CACHE_HOME")) cacheBefore_ = before;
+        platform::setDeviceRoot(path());
         ::setenv("XDG_CACHE_HOME", cache().c_str(), 1);
     }
-    ~DeviceFolder() {
-        platform::setDeviceRoot({});
-        ::setenv("XDG_CACHE_HOME", cacheBefore_.c_str(), 1); // an empty one counts as none
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
+    ~DeviceFolder() { platform::setDeviceRoot({}); }
     DeviceFolder(const DeviceFolder&) = delete;
     DeviceFolder& operator=(const DeviceFolder&) = delete;
 
-    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-    [[nodiscard]] std::filesystem::path cache() const { return path_ / "cache"; }
+    [[nodiscard]] const std::filesystem::path& path() const { return folder_.path(); }
+    [[nodiscard]] std::filesystem::path cache() const { return path() / "cache"; }
 
     /// Puts a copy of a file at a fixed path.
     void install(const std::filesystem::path& file, const std::filesystem::path& fixedPath) const {
@@ -45,12 +34,13 @@ class DeviceFolder {
 
   private:
     [[nodiscard]] std::filesystem::path at(const std::filesystem::path& fixedPath) const {
-        std::filesystem::path place = path_ / fixedPath.relative_path();
+        std::filesystem::path place = path() / fixedPath.relative_path();
         std::filesystem::create_directories(place.parent_path());
         return place;
     }
-    std::filesystem::path path_;
-    std::string cacheBefore_; ///< empty for the usual one
+
+    TemporaryFolder folder_{"device"};
+    KeptEnvironment environment_;
 };
 
 } // namespace tests

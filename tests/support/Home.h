@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/KeptEnvironment.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/Waiting.h"
 
 #include <algorithm>
@@ -104,19 +105,9 @@ class Home {
 
   private:
     /// Gone when the program ends.
-    struct Place {
-        Place() {
-            if (::mkdtemp(path.data()) == nullptr) throw std::runtime_error("no home");
-        }
-        ~Place() {
-            std::error_code ignored;
-            std::filesystem::remove_all(path, ignored);
-        }
-        std::string path = std::filesystem::temp_directory_path() / "home-XXXXXX";
-    };
-    static const std::string& place() {
-        static const Place place;
-        return place.path;
+    static const std::filesystem::path& place() {
+        static const TemporaryFolder place("home");
+        return place.path();
     }
 
     /// GIO hears of a change on the disk a moment later, once the platform has loaded it.

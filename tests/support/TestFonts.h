@@ -2,10 +2,8 @@
 
 #include "tests/support/KeptEnvironment.h"
 #include "tests/support/Process.h"
+#include "tests/support/TemporaryFolder.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -16,31 +14,23 @@ namespace tests {
 class TestFonts {
   public:
     explicit TestFonts(const std::vector<std::string>& kinds) {
-        std::string made = std::filesystem::temp_directory_path() / "fonts-XXXXXX";
-        if (::mkdtemp(made.data()) == nullptr) throw std::runtime_error("no folder for fonts");
-        path_ = made;
         install(kinds);
-        ::setenv("FONTCONFIG_FILE", (path_ / "fonts.conf").c_str(), 1);
+        ::setenv("FONTCONFIG_FILE", (folder_.path() / "fonts.conf").c_str(), 1);
     }
-    ~TestFonts() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    TestFonts(const TestFonts&) = delete;
-    TestFonts& operator=(const TestFonts&) = delete;
 
     void install(const std::vector<std::string>& kinds) const {
-        std::vector<std::string> command{"/usr/bin/python3", LUMORA_SOURCE "/tests/harness/make_fonts.py", path_};
+        std::vector<std::string> command{"/usr/bin/python3", LUMORA_SOURCE "/tests/harness/make_fonts.py",
+                                         folder_.path()};
         command.insert(command.end(), kinds.begin(), kinds.end());
         const Process maker(std::move(command)); // which is waited for
     }
 
     /// Where the font files are.
-    [[nodiscard]] std::filesystem::path files() const { return path_ / "fonts"; }
+    [[nodiscard]] std::filesystem::path files() const { return folder_.path() / "fonts"; }
 
   private:
     KeptEnvironment environment_;
-    std::filesystem::path path_;
+    TemporaryFolder folder_{"fonts"};
 };
 
 } // namespace tests
