@@ -16,12 +16,13 @@ import unittest
 from pathlib import Path
 
 from harness import stranger, wire
+from harness.archives import archive
 from harness.programs import ROOT, Programs, program
 from harness.waiting import LONG_ENOUGH
 
 STRANGER = stranger.USER
 PORTS = (wire.UPDATE_SETTINGS, wire.REQUEST_SETTINGS)
-CHANGE = wire.archive({"object": {"key": "kSleepTime", "object": 10}})
+CHANGE = archive({"object": {"key": "kSleepTime", "object": 10}})
 
 
 class Attacked(Programs):
@@ -68,7 +69,7 @@ def serve(path, ready, clients):
                 connection.settimeout(LONG_ENOUGH)
                 try:
                     told.append(connection.recv(1 << 16))
-                    connection.sendall(wire.frame(wire.archive({"kSleepTime": 10})))
+                    connection.sendall(wire.frame(archive({"kSleepTime": 10})))
                 except (BrokenPipeError, ConnectionResetError):
                     pass
     return told

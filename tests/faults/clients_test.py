@@ -17,6 +17,7 @@ import unittest
 
 from case import Case
 from harness import wire
+from harness.archives import archive
 from harness.faulty import (STEPS, FaultyTweak, answering, crowded, dripping, hanging_up, reply_to, silent, sound,
                             unread)
 from harness.programs import descriptors, program, threads
@@ -56,7 +57,7 @@ NO_SETTINGS = {
     "an empty body": (answering(wire.frame(b"")), NO_ARCHIVE),
     "a body that is no archive": (answering(wire.frame(b"whatever")), NO_ARCHIVE),
     "a length that is too short": (answering(wire.HEADER.pack(b"LMP1", 0, 50) + SMALL[16:]), NO_ARCHIVE),
-    "a list": (answering(wire.frame(wire.archive([1]))), "is no dictionary of settings"),
+    "a list": (answering(wire.frame(archive([1]))), "is no dictionary of settings"),
 }
 
 

@@ -16,6 +16,7 @@ from pathlib import Path
 
 from case import Case, with_few_descriptors
 from harness import stranger, wire
+from harness.archives import archive, unarchive
 from harness.build import BUILD
 from harness.programs import ROOT, add_plugin, program
 from harness.waiting import LONG_ENOUGH, eventually
@@ -195,14 +196,14 @@ class DescriptorsTest(Case):
         tweak = self.start_tweak()
         self.assertIsNone(self.client.set("kSleepTime", 15))
         connection = self.connected()
-        change = wire.frame(wire.archive({"object": {"key": "kSleepTime", "object": 60}}))
+        change = wire.frame(archive({"object": {"key": "kSleepTime", "object": 60}}))
         connection.sendall(change)
         self.assertEqual(wire.read_frame(connection.recv), (0, None))
         self.assertIsNone(self.client.set("kSleepTime", 15))
         _, most = resource.prlimit(tweak.pid, resource.RLIMIT_NOFILE)
         resource.prlimit(tweak.pid, resource.RLIMIT_NOFILE, (3, most))
         connection.sendall(change)
-        self.assertIn("Too many open files", wire.unarchive(wire.read_frame(connection.recv)[1])["error"])
+        self.assertIn("Too many open files", unarchive(wire.read_frame(connection.recv)[1])["error"])
         self.expect_failure(self.lumoractl("list"), "did not answer within 1 second")
         resource.prlimit(tweak.pid, resource.RLIMIT_NOFILE, (most, most))
         self.assertEqual(self.client.settings()["kSleepTime"], 15)

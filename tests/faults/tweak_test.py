@@ -12,9 +12,10 @@ from pathlib import Path
 
 from case import Case
 from harness import wire
+from harness.archives import archive, unarchive
 from harness.programs import sockets, threads
 
-CHANGE = wire.frame(wire.archive({"object": {"key": "kLSDateSubtitle", "object": "changed"}}))
+CHANGE = wire.frame(archive({"object": {"key": "kLSDateSubtitle", "object": "changed"}}))
 SIGN_OF_LIFE = wire.HEADER.pack(b"LMP1", 1, wire.NO_BODY)  # what it is asked for, and nothing else
 MEBIBYTE = 1 << 20
 
@@ -86,16 +87,16 @@ class TweakTest(Case):
             if sent % 16 == 0:
                 self.assertEqual(self.client.settings()["kSleepTime"], 15)
             connection.sendall(block)
-        refused = wire.unarchive(wire.read_frame(connection.recv)[1])
+        refused = unarchive(wire.read_frame(connection.recv)[1])
         self.assertIn("the message is no keyed archive", refused["error"])
         connection.close()
         self.expect_sound(f"lumora-tweak: updateSettings refused: {refused['error']}\n")
 
     def test_refuses_a_change_that_would_make_the_settings_too_large(self):
         connection = self.connected()
-        change = wire.archive({"object": {"key": "org.test.long", "object": bytes(wire.LONGEST - 1000)}})
+        change = archive({"object": {"key": "org.test.long", "object": bytes(wire.LONGEST - 1000)}})
         connection.sendall(wire.frame(change))
-        refused = wire.unarchive(wire.read_frame(connection.recv)[1])
+        refused = unarchive(wire.read_frame(connection.recv)[1])
         self.assertEqual(refused["error"], '"org.test.long" cannot be kept: the settings would take more than 4 MiB')
         told = self.lumoractl("set", "org.test.long", "-", input=f'"{"x" * 5 * MEBIBYTE}"')
         # Five megabytes may need more than the second that they have, where a sanitizer runs on a busy machine.
@@ -161,7 +162,7 @@ class TweakTest(Case):
                 body[chosen.randrange(len(body))] = chosen.randrange(256)
             connection.sendall(wire.frame(bytes(body)))
             answer = wire.read_frame(connection.recv)[1]
-            refused += answer is not None and isinstance(wire.unarchive(answer)["error"], str)
+            refused += answer is not None and isinstance(unarchive(answer)["error"], str)
         self.assertGreater(refused, 100)
         self.assertEqual(self.stored("kSleepTime"), 15)
         self.assertEqual(self.client.settings()["kSleepTime"], 15)

@@ -8,6 +8,7 @@ import struct
 import time
 
 from harness import wire
+from harness.archives import NotAnArchive, archive, unarchive
 
 PATIENCE = 1  # seconds to connect and write, and as many again for the reply
 
@@ -25,8 +26,8 @@ class Client:
     def settings(self):
         body = self._exchange(wire.REQUEST_SETTINGS, None)
         try:
-            settings = wire.unarchive(body or b"")
-        except wire.NotAnArchive as error:
+            settings = unarchive(body or b"")
+        except NotAnArchive as error:
             raise NoAnswer(str(error)) from error
         if type(settings) is not dict:
             raise NoAnswer("the settings are no dictionary")
@@ -34,10 +35,10 @@ class Client:
 
     def set(self, key, value):
         """None, or the line that says why the tweak refuses. What is no such line is no refusal."""
-        body = self._exchange(wire.UPDATE_SETTINGS, wire.archive({"object": {"key": key, "object": value}}))
+        body = self._exchange(wire.UPDATE_SETTINGS, archive({"object": {"key": key, "object": value}}))
         try:
-            answer = wire.unarchive(body or b"")
-        except wire.NotAnArchive:
+            answer = unarchive(body or b"")
+        except NotAnArchive:
             return None
         return answer.get("error") if type(answer) is dict else None
 

@@ -18,6 +18,7 @@ import sys
 import threading
 
 from harness import wire
+from harness.archives import archive
 
 NAMES = (wire.REQUEST_SETTINGS, wire.UPDATE_SETTINGS)
 SETTINGS = {"kTweakEnabled": True, "kSleepTime": 30, "kAppIconSize": 70.0, "kLSDateSubtitle": "ü – 𝄞"}
@@ -25,7 +26,7 @@ SETTINGS = {"kTweakEnabled": True, "kSleepTime": 30, "kAppIconSize": 70.0, "kLSD
 
 def reply_to(name, settings=None):
     """The whole frame that a sound tweak answers with."""
-    return wire.frame(wire.archive(settings or SETTINGS) if name == wire.REQUEST_SETTINGS else None)
+    return wire.frame(archive(settings or SETTINGS) if name == wire.REQUEST_SETTINGS else None)
 
 
 class Client:

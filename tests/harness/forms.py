@@ -7,7 +7,7 @@ import json
 import math
 from datetime import datetime
 
-from harness.wire import EPOCH, Date
+from harness.archives import EPOCH, Date
 
 
 def dump(value, indent=None):

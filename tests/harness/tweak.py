@@ -12,8 +12,10 @@ import os
 import signal
 import sys
 import threading
+from pathlib import Path
 
 from harness import forms, wire
+from harness.archives import NotAnArchive, archive, unarchive
 
 
 class Tweak:
@@ -42,13 +44,13 @@ class Tweak:
 
     def _request(self, _):
         with self._lock:
-            return wire.archive(self.settings)
+            return archive(self.settings)
 
     def _update(self, body):
         try:
-            change = wire.unarchive(body or b"")["object"]
+            change = unarchive(body or b"")["object"]
             key, value = change["key"], change["object"]
-        except (wire.NotAnArchive, LookupError, TypeError) as error:
+        except (NotAnArchive, LookupError, TypeError) as error:
             return self._refuse(f"that is no change: {error}")
         if type(key) is not str:
             return self._refuse("the key is no text")
@@ -66,22 +68,20 @@ class Tweak:
 
     @staticmethod
     def _refuse(why):
-        return wire.archive({"error": why})
+        return archive({"error": why})
 
 
 def keep_in(path):
     """What writes settings into a file, anew each time, so that nobody reads half of them."""
     def keep(settings):
-        with open(path + ".new", "w", encoding="utf-8") as file:
-            file.write(forms.dump(settings, indent=2) + "\n")
+        Path(path + ".new").write_text(forms.dump(settings, indent=2) + "\n", encoding="utf-8")
         os.rename(path + ".new", path)
     return keep
 
 
 def kept_in(path):
     try:
-        with open(path, encoding="utf-8") as file:
-            return forms.load(file.read())
+        return forms.load(Path(path).read_text(encoding="utf-8"))
     except FileNotFoundError:
         return {}
 

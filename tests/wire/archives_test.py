@@ -11,10 +11,10 @@ import unittest
 from datetime import datetime
 
 from harness import forms, wire
+from harness.archives import Date, NotAnArchive, archive, unarchive
 from harness.build import SOURCE
 from harness.programs import program
 from harness.waiting import LONG_ENOUGH, Limited
-from harness.wire import Date
 
 DOCUMENT = (SOURCE / "docs/ports.md").read_text(encoding="utf-8")
 
@@ -59,18 +59,18 @@ class ArchiveTest(Limited):
         self.assertEqual([int(at, 16) for at, _ in lines], list(range(0, len(dumped), 16)))
         self.assertEqual(len(dumped), 16 + 303)
         change = {"object": {"key": "kSleepTime", "object": 30}}
-        self.assertEqual(wire.frame(wire.archive(change)).hex(" "), dumped.hex(" "))
-        self.assertEqual(exactly(wire.unarchive(dumped[16:])), exactly(change))
+        self.assertEqual(wire.frame(archive(change)).hex(" "), dumped.hex(" "))
+        self.assertEqual(exactly(unarchive(dumped[16:])), exactly(change))
 
     def test_keeps_every_kind_apart(self):
-        self.assertEqual(exactly(wire.unarchive(wire.archive(ALL_KINDS))), exactly(ALL_KINDS))
+        self.assertEqual(exactly(unarchive(archive(ALL_KINDS))), exactly(ALL_KINDS))
         for value in (None, True, 0, 1.5, "root", b"root", Date(-1.0), [None, [None]], math.nan):
-            self.assertEqual(exactly(wire.unarchive(wire.archive(value))), exactly(value))
+            self.assertEqual(exactly(unarchive(archive(value))), exactly(value))
 
     def test_understands_the_real_programs_archives_and_is_understood(self):
         self.maxDiff = None
-        self.assertEqual(exactly(unarchived(wire.archive(ALL_KINDS))), exactly(ALL_KINDS))
-        self.assertEqual(exactly(wire.unarchive(archived(ALL_KINDS))), exactly(ALL_KINDS))
+        self.assertEqual(exactly(unarchived(archive(ALL_KINDS))), exactly(ALL_KINDS))
+        self.assertEqual(exactly(unarchive(archived(ALL_KINDS))), exactly(ALL_KINDS))
 
     def test_reads_the_classes_that_others_write(self):
         uid = plistlib.UID
@@ -84,31 +84,31 @@ class ArchiveTest(Limited):
                    datetime(2001, 1, 2), "",
                    {"$classname": "OwnDictionary", "$classes": ["OwnDictionary", "NSMutableDictionary", "NSObject"]},
                    *map(classed, ("NSMutableString", "NSMutableArray", "NSNull", "NSMutableData", "NSDate"))]
-        for unarchive in (wire.unarchive, unarchived):
-            self.assertEqual(exactly(unarchive(archive_of(objects))),
+        for read in (unarchive, unarchived):
+            self.assertEqual(exactly(read(archive_of(objects))),
                              exactly({"key": [None, None, b"raw", Date(5.0), Date(86400.0), b"raw"]}))
 
     def test_reads_as_deep_as_the_document_says_and_no_deeper(self):
         value = []
         for _ in range(127):
             value = [value]
-        for unarchive, refusal in ((wire.unarchive, wire.NotAnArchive), (unarchived, subprocess.CalledProcessError)):
-            self.assertEqual(unarchive(wire.archive(value)), value)
+        for read, refusal in ((unarchive, NotAnArchive), (unarchived, subprocess.CalledProcessError)):
+            self.assertEqual(read(archive(value)), value)
             with self.assertRaises(refusal):
-                unarchive(wire.archive([value]))
+                read(archive([value]))
 
     def test_refuses_what_is_no_archive_whatever_it_is(self):
-        good = wire.archive(ALL_KINDS)
+        good = archive(ALL_KINDS)
         for end in range(len(good)):
-            with self.assertRaises(wire.NotAnArchive):
-                wire.unarchive(good[:end])
-        small = wire.archive({"a": [1, "b", {"c": Date(1.0)}]})
+            with self.assertRaises(NotAnArchive):
+                unarchive(good[:end])
+        small = archive({"a": [1, "b", {"c": Date(1.0)}]})
         refused = 0
         for at in range(len(small)):
             for flip in (1, 0x80, 0xff):
                 try:
-                    wire.unarchive(small[:at] + bytes([small[at] ^ flip]) + small[at + 1:])
-                except wire.NotAnArchive:
+                    unarchive(small[:at] + bytes([small[at] ^ flip]) + small[at + 1:])
+                except NotAnArchive:
                     refused += 1
         self.assertGreater(refused, len(small))
 
@@ -117,20 +117,20 @@ class ArchiveTest(Limited):
         swelling = ["$null", *({"NS.objects": [uid(i + 2)] * 10, "$class": uid(31)} for i in range(29)), "end",
                     {"$classname": "NSArray"}]
         for objects in (swelling, ["$null", {"NS.objects": [uid(1)], "$class": uid(2)}, {"$classname": "NSArray"}]):
-            with self.assertRaises(wire.NotAnArchive):
-                wire.unarchive(archive_of(objects))
+            with self.assertRaises(NotAnArchive):
+                unarchive(archive_of(objects))
 
     def test_writes_long_equal_texts_so_that_others_read_them(self):
         value = [{"a" * size: "ä𝄞" * size for size in (5, 16, 17, 50, 1000)}] * 2000
-        self.assertEqual(unarchived(wire.archive(value)), value)
-        self.assertEqual(wire.unarchive(archived(value)), value)
+        self.assertEqual(unarchived(archive(value)), value)
+        self.assertEqual(unarchive(archived(value)), value)
 
     def test_archives_nothing_that_has_no_form(self):
         for value in ({1: 2}, (1,), {"a": object()}):
             with self.assertRaises(TypeError):
-                wire.archive(value)
+                archive(value)
         with self.assertRaises(OverflowError):
-            wire.archive(1 << 63)
+            archive(1 << 63)
 
 
 if __name__ == "__main__":

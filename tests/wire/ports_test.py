@@ -18,6 +18,7 @@ from pathlib import Path
 
 from archives_test import ALL_KINDS, DOCUMENT, exactly
 from harness import client, forms, wire
+from harness.archives import archive, unarchive
 from harness.client import Client, NoAnswer
 from harness.faulty import FaultyTweak, answering, crowded, dripping, listen, silent
 from harness.programs import Programs, program
@@ -155,14 +156,14 @@ class FramesTest(PortsTest):
     def test_answers_requests_on_one_connection_in_their_order(self):
         for _ in self.both_tweaks():
             connection = self.connected(wire.UPDATE_SETTINGS)
-            wrong = wire.archive({"object": {"key": 5, "object": 1}})
-            right = wire.archive({"object": {"key": "org.test.key", "object": 1}})
+            wrong = archive({"object": {"key": 5, "object": 1}})
+            right = archive({"object": {"key": "org.test.key", "object": 1}})
             bodies = [right, wrong, right, None, b"", right]
             connection.sendall(b"".join(map(wire.frame, bodies)))
             connection.shutdown(socket.SHUT_WR)
             answers = list(self.replies(connection))
             self.assertEqual([answer is None for answer in answers], [body is right for body in bodies])
-            self.assertEqual(list(wire.unarchive(answers[1])), ["error"])
+            self.assertEqual(list(unarchive(answers[1])), ["error"])
 
     def test_closes_without_an_answer_on_what_is_no_frame(self):
         for _ in self.both_tweaks():
@@ -230,7 +231,7 @@ class SilenceTest(PortsTest):
         self.assertIsInstance(dead.exception.__cause__, ConnectionRefusedError)
 
     def test_gives_up_after_a_second_of_silence_and_on_a_reply_that_drips(self):
-        for fault in (silent, dripping(wire.frame(wire.archive({})), 0.1)):
+        for fault in (silent, dripping(wire.frame(archive({})), 0.1)):
             with FaultyTweak(self.ports, fault):
                 self.assert_gives_up_in_time()
 
@@ -239,10 +240,10 @@ class SilenceTest(PortsTest):
             self.assert_gives_up_in_time()
 
     def test_gives_up_on_a_connection_that_closes_early_and_on_what_is_no_settings(self):
-        whole = wire.frame(wire.archive({"a": 1}))
+        whole = wire.frame(archive({"a": 1}))
         with FaultyTweak(self.ports, silent) as tweak:
             for reply in (b"", whole[:10], whole[:-1], b"HTTP" + whole[4:], wire.frame(None), wire.frame(b""),
-                          wire.frame(wire.archive([1]))):
+                          wire.frame(archive([1]))):
                 tweak.fault = answering(reply)
                 with self.subTest(reply=reply), self.assertRaises(NoAnswer):
                     self.client.settings()

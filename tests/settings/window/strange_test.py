@@ -15,11 +15,11 @@ import unicodedata
 import unittest
 from pathlib import Path
 
+from harness.archives import Date
 from harness.build import SOURCE
 from harness.programs import ROOT, add_plugin, program
 from harness.tweak import Tweak
 from harness.waiting import LONG_ENOUGH
-from harness.wire import Date
 
 BOOLEANS = """kTweakEnabled kSleepDisabledForAppViews kNotificationsHideOnTap kAppBadgesEnabled kAppLabelsEnabled
     kAppRoundedEnabled kIconViewBlurEnabled kSwitchTapAndLongHold kLongHoldForPluginApps kAlwaysReturnToLSEnabled
