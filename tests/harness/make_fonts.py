@@ -67,46 +67,41 @@ def font(family, height, postscript=None, full=None, characters=LATIN, style="Re
     return builder.font
 
 
+WEIGHT = [("wght", 100, 400, 900, "Weight")]
+INSTANCES = [{"location": {"wght": at}, "stylename": name, "postscriptfontname": f"Vary-{name}"}
+             for name, at in (("Thin", 100), ("Regular", 400), ("Black", 900))]
+# The arguments of font(), by the file's name.
+SINGLE_FONTS = {
+    "twins": {"twin1": ("Twin", 300, "Twin-Regular"), "twin2": ("Twin", 700, "Twin-Regular")},
+    "cases": {name: (name, 700, name) for name in ("beta", "Alpha", "BETA", "alpha")},
+    "nameless": {"nameless": ("Name Less", 700, None, "Name Less Wide")},
+    "halfnameless": {"foo": ("Foo", 300, None, "Foo"), "foobold": ("Foo", 700, None, "Foo Bold", LATIN, "Bold")},
+    "twowords": {"twowords": ("Two Words", 700, None, "Two Words")},
+    "variable": {"vary": ("Vary", 500, "Vary-Regular", None, LATIN, "Regular", WEIGHT, INSTANCES)},
+    "uninstanced": {"plainvary": ("Plain Vary", 500, "PlainVary-Regular", None, LATIN, "Regular", WEIGHT)},
+    "arabic": {"arabic": ("خط عربي", 700, None, "خط عربي", ARABIC)},
+    "dumb": {"dumb": ("Dumb", 700, "Dumb-Regular", None, "x")},
+    "tall": {"tall": ("Tall", 5000, "Tall-Regular")},
+}
+
+
 def fonts_of(kind):
     """Files and what is in them."""
     kind, _, number = kind.partition("=")
-    weight = [("wght", 100, 400, 900, "Weight")]
     if kind == "many":
         for i in range(int(number)):
             yield f"many{i:04}.ttf", font(f"Many {i:04}", 700, f"Many{i:04}-Regular", characters="Many-Regular0123456789")
-    elif kind == "twins":
-        yield "twin1.ttf", font("Twin", 300, "Twin-Regular")
-        yield "twin2.ttf", font("Twin", 700, "Twin-Regular")
-    elif kind == "cases":
-        for name in ("beta", "Alpha", "BETA", "alpha"):
-            yield f"{name}.ttf", font(name, 700, name)
-    elif kind == "nameless":
-        yield "nameless.ttf", font("Name Less", 700, None, "Name Less Wide")
-    elif kind == "halfnameless":
-        yield "foo.ttf", font("Foo", 300, None, "Foo")
-        yield "foobold.ttf", font("Foo", 700, None, "Foo Bold", style="Bold")
-    elif kind == "twowords":
-        yield "twowords.ttf", font("Two Words", 700, None, "Two Words")
     elif kind == "hyphens":
         for i in range(int(number)):
-            yield f"hyphens{i:04}.ttf", font(f"Real Name {i:04}", 700, f"Real-Name-{i:04}", characters=["x"])
-    elif kind == "variable":
-        instances = [{"location": {"wght": at}, "stylename": name, "postscriptfontname": f"Vary-{name}"}
-                     for name, at in (("Thin", 100), ("Regular", 400), ("Black", 900))]
-        yield "vary.ttf", font("Vary", 500, "Vary-Regular", axes=weight, instances=instances)
-    elif kind == "uninstanced":
-        yield "plainvary.ttf", font("Plain Vary", 500, "PlainVary-Regular", axes=weight)
+            yield f"hyphens{i:04}.ttf", font(f"Real Name {i:04}", 700, f"Real-Name-{i:04}", characters="x")
     elif kind == "collection":
         collection = TTCollection()
         collection.fonts = [font("Collect Low", 200, "CollectLow-Regular"),
                             font("Collect High", 900, "CollectHigh-Regular")]
         yield "collection.ttc", collection
-    elif kind == "arabic":
-        yield "arabic.ttf", font("خط عربي", 700, None, "خط عربي", ARABIC)
-    elif kind == "dumb":
-        yield "dumb.ttf", font("Dumb", 700, "Dumb-Regular", characters=["x"])
-    elif kind == "tall":
-        yield "tall.ttf", font("Tall", 5000, "Tall-Regular")
+    elif kind in SINGLE_FONTS:
+        for file, arguments in SINGLE_FONTS[kind].items():
+            yield file + ".ttf", font(*arguments)
     else:
         sys.exit(f"make_fonts.py: no fonts are of the kind {kind}")
 
