@@ -3,6 +3,7 @@
 
     PYTHONPATH=tests tests/install/install_test.py [-v] BUILD
 """
+import functools
 import json
 import os
 import re
@@ -172,25 +173,20 @@ class Install(unittest.TestCase):
             self.assertEqual({o for o in OPTION.findall(zsh.replace("]", " ")) if o.startswith("--")}, options)
             self.assertEqual({f"--{o}" for o in re.findall(r"^complete .* -l ([a-z-]+)", fish, re.MULTILINE)}, options)
 
+    def bash_offers(self, shell, program, *words):
+        completion = self.prefix / "share/bash-completion/completions" / program
+        return shell("bash", "-c", f'. "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _{program.replace("-", "_")};'
+                     'printf "%s\\n" "${COMPREPLY[@]}"', completion, program, *words).split()
+
     def test_bash_completes_options_and_what_they_take(self):
         (self.folder / "here.plist").touch()
-        completion = self.prefix / "share/bash-completion/completions/lumora-tweak"
-
-        def offers(*words):
-            return output("bash", "-c", '. "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _lumora_tweak;'
-                          'printf "%s\\n" "${COMPREPLY[@]}"',
-                          completion, "lumora-tweak", *words).split()
-        self.assertEqual(offers("--ver"), ["--verbose", "--version"])
-        self.assertEqual(offers("--settings", f"{self.folder}/h"), [f"{self.folder}/here.plist"])
-        self.assertEqual(offers("--omit", ""), [])
+        for words, offered in ((["--ver"], ["--verbose", "--version"]), (["--omit", ""], []),
+                               (["--settings", f"{self.folder}/h"], [f"{self.folder}/here.plist"])):
+            self.assertEqual(self.bash_offers(output, "lumora-tweak", *words), offered)
 
     def test_bash_completes_a_key_and_not_its_value(self):
         self.start_tweak()
-        completion = self.prefix / "share/bash-completion/completions/lumoractl"
-
-        def offers(*words):
-            return self.shell("bash", "-c", '. "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _lumoractl;'
-                              'printf "%s\n" "${COMPREPLY[@]}"', completion, "lumoractl", *words).split()
+        offers = functools.partial(self.bash_offers, self.shell, "lumoractl")
         self.assert_keys_are_completed(offers)
         self.assertEqual(offers("list", "--"), ["--help", "--secrets"])
 
@@ -199,16 +195,17 @@ class Install(unittest.TestCase):
         completion = self.prefix / "share/fish/vendor_completions.d/lumoractl.fish"
 
         def offers(*words):
-            said = self.shell("fish", "--no-config", "-c", f"source '{completion}'; complete -C '{' '.join(words)}'")
+            said = self.shell("fish", "--no-config", "-c",
+                              f"source '{completion}'; complete -C 'lumoractl {' '.join(words)}'")
             return [line.split("\t")[0] for line in said.splitlines()]
-        self.assert_keys_are_completed(lambda *words: offers("lumoractl", *words))
+        self.assert_keys_are_completed(offers)
 
     def assert_keys_are_completed(self, offers):
         self.assertEqual(set(offers("")) - {"--help", "--version"}, set(COMMANDS))
         for command in (["get"], ["get", "--secrets"], ["set"]):
             self.assertEqual(set(offers(*command, "kSleep")), {"kSleepDisabledForAppViews", "kSleepTime"}, command)
-        self.assertEqual(offers("set", "kSleepTime", ""), [])
-        self.assertEqual(offers("get", "kSleepTime", ""), [])
+        for command in ("get", "set"):
+            self.assertEqual(offers(command, "kSleepTime", ""), [])
 
     def test_zsh_reads_its_completions(self):
         for program in PROGRAMS:

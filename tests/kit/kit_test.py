@@ -15,8 +15,6 @@ from pathlib import Path
 from harness.build import BUILD, SOURCE, cached, output
 
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Wconversion", "-Wsign-conversion", "-Werror"]
-
-
 # The kit is used with the compilers that it was built with.
 CC, CXX = cached("CMAKE_C_COMPILER"), cached("CMAKE_CXX_COMPILER")
 
@@ -81,19 +79,27 @@ class Kit(unittest.TestCase):
                 self.assertNotIn(str(BUILD).encode(), text, file)
                 self.assertNotIn(str(SOURCE).encode(), text, file)
 
+    def build_with_cmake(self, source, folder, *options):
+        output(cached("CMAKE_COMMAND"), "-G", "Ninja", "-S", source, "-B", folder,
+               f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_C_COMPILER={CC}", *options)
+        output(cached("CMAKE_COMMAND"), "--build", folder)
+
     def test_the_template_builds_with_cmake(self):
         folder = self.scratch()
-        output(cached("CMAKE_COMMAND"), "-G", "Ninja", "-S", self.template, "-B", folder,
-               f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_C_COMPILER={CC}", f"-DCMAKE_CXX_COMPILER={CXX}")
-        output(cached("CMAKE_COMMAND"), "--build", folder)
+        self.build_with_cmake(self.template, folder, f"-DCMAKE_CXX_COMPILER={CXX}")
         self.assertEqual(plugins(folder / "MyView.bundle"), [self.my_view()])
         self.assertTrue((folder / "MyView.bundle/icon@2x.png").exists())
 
-    def test_the_template_builds_with_pkg_config(self):
-        folder = self.scratch() / "copy"
-        shutil.copytree(self.template, folder)
+    def copied_template(self):
+        return Path(shutil.copytree(self.template, self.scratch() / "copy"))
+
+    def make(self, folder):
+        """What discovery makes of the plug-in."""
         output("make", f"CXX={CXX}", folder=folder, PKG_CONFIG_PATH=self.pkgconfig)
-        self.assertEqual(plugins(folder / "MyView.bundle"), [self.my_view()])
+        return plugins(folder / "MyView.bundle")
+
+    def test_the_template_builds_with_pkg_config(self):
+        self.assertEqual(self.make(self.copied_template()), [self.my_view()])
 
     @staticmethod
     def my_view():
@@ -115,9 +121,7 @@ class Kit(unittest.TestCase):
         (folder / "CMakeLists.txt").write_text(
             "cmake_minimum_required(VERSION 3.20)\nproject(Clock LANGUAGES C)\nfind_package(LumoraKit REQUIRED)\n"
             f"lumora_add_plugin(ClockView SOURCES {SOURCE}/plugins/Clock/ClockView.c IDENTIFIER com.example.clock)\n")
-        output(cached("CMAKE_COMMAND"), "-G", "Ninja", "-S", folder, "-B", folder / "build",
-               f"-DCMAKE_PREFIX_PATH={self.prefix}", f"-DCMAKE_C_COMPILER={CC}")
-        output(cached("CMAKE_COMMAND"), "--build", folder / "build")
+        self.build_with_cmake(folder, folder / "build")
         self.assertEqual([entry.get("name") for entry in plugins(folder / "build/ClockView.bundle")], ["Clock"])
 
     def test_the_libraries_have_names_to_stand_on(self):
@@ -127,14 +131,11 @@ class Kit(unittest.TestCase):
         self.assertNotIn(str(BUILD), output("readelf", "-d", next(self.prefix.rglob("liblumora-kit.so"))))
 
     def test_a_page_of_another_compiler_is_not_used_and_lumoractl_says_why(self):
-        folder = self.scratch() / "copy"
-        shutil.copytree(self.template, folder)
+        source = self.copied_template() / "MyView.cpp"
         # As a compiler of another version would have it.
-        text = (folder / "MyView.cpp").read_text()
-        (folder / "MyView.cpp").write_text(text.replace(
+        source.write_text(source.read_text().replace(
             "namespace {\n", '#undef LUMORA_KIT_COMPILER\n#define LUMORA_KIT_COMPILER "gcc 7"\nnamespace {\n', 1))
-        output("make", f"CXX={CXX}", folder=folder, PKG_CONFIG_PATH=self.pkgconfig)
-        [told] = plugins(folder / "MyView.bundle")
+        [told] = self.make(source.parent)
         self.assertFalse(told["settings"])
         self.assertRegex(told["why"], r"^it was made with kit 5, gcc 7, .* on a kit of another make and does not fit kit 5, ")
 
