@@ -3,6 +3,7 @@ own, so nothing here is taken from it.
 
     PAGES["LSDateViewSettings"][5]   # the row of a page, from its top: a slider with its key and its bounds
 """
+from functools import partial
 from typing import NamedTuple
 
 CELLS = {"group": 0, "link": 1, "options": 2, "slider": 5, "switch": 6, "text": 7, "field": 8, "secure": 12,
@@ -26,32 +27,23 @@ def group(header="", footer=""):
     return [Row("group", header, footer=footer)]
 
 
-def switch(name, key):
-    return [Row("switch", name, key)]
+def row(kind, name, key=None):
+    return [Row(kind, name, key)]
+
+
+switch, field, secure, button = (partial(row, kind) for kind in ("switch", "field", "secure", "button"))
 
 
 def link(name, page):
     return [Row("link", name, page=page)]
 
 
-def options(name, key, **titles_and_values):
-    return [Row("options", name, key, **{which: tuple(all_) for which, all_ in titles_and_values.items()})]
+def options(name, key, titles, values):
+    return [Row("options", name, key, titles=tuple(titles), values=tuple(values))]
 
 
 def slider(text, key, low, high):
     return [Row("text", text), Row("slider", text, key, low=low, high=high)]
-
-
-def field(placeholder, key):
-    return [Row("field", placeholder, key)]
-
-
-def secure(placeholder, key):
-    return [Row("secure", placeholder, key)]
-
-
-def button(name):
-    return [Row("button", name)]
 
 
 ROOT_PAGE = [
@@ -211,9 +203,9 @@ VIEWS = {"AppsListController": "Apps", "PluginsListViewController": "Plugins",
 
 def stored_before():
     """A value for each key, other than those a tweak begins with wherever there are more than two."""
-    rows = {row.key: row for page in PAGES.values() for row in page if row.key}
+    rows = {known.key: known for page in PAGES.values() for known in page if known.key}
     return {key: {"switch": number % 2 == 0,
-                  "slider": (row.low + (row.high - row.low) / 4) if row.kind == "slider" else None,
-                  "options": row.values[-1] if row.values else None,
-                  "field": "before", "secure": "0000"}[row.kind]
-            for number, (key, row) in enumerate(rows.items())}
+                  "slider": (known.low + (known.high - known.low) / 4) if known.kind == "slider" else None,
+                  "options": known.values[-1] if known.values else None,
+                  "field": "before", "secure": "0000"}[known.kind]
+            for number, (key, known) in enumerate(rows.items())}

@@ -15,7 +15,6 @@ from harness.slow_display import SlowDisplay
 from harness.waiting import eventually
 from harness.window import Windows
 
-
 ON_A_FULL_DISK = ["sh", "-c", "trap '' XFSZ; ulimit -f 4; exec \"$@\"", "sh"]
 
 
@@ -28,18 +27,14 @@ def what_stands_in(file):
 class ProgramsTest(Windows):
     # -- without a window --
 
-    def test_prints_a_page_as_json(self):
+    def test_prints_values_by_their_kind_and_none_for_what_the_tweak_leaves_out(self):
         self.start_tweak("--omit", "kNotificationsHideOnTap")
         page = self.printed("LumoraPreferences")
         self.assertEqual(page["page"], "LumoraPreferences")
-        self.assertEqual([row["cell"] for row in page["rows"]], [0, 6, 1, 0, 2, 6, 0, 1, 1, 6, 0, 1, 0, 13, 13])
         rows = {row["identifier"]: row for row in page["rows"] if row["identifier"]}
         self.assertIs(rows["kTweakEnabled"]["value"], True)
         self.assertIs(type(rows["kSleepTime"]["value"]), int)
-        self.assertEqual(rows["kSleepTime"]["values"], [5, 10, 15, 20, 30, 60, 3600])
-        self.assertEqual(rows["kSleepTime"]["detail"], "PSListItemsController")
         self.assertNotIn("value", rows["kNotificationsHideOnTap"])
-        self.assertTrue(page["rows"][13]["icon"])
 
     def test_says_plainly_what_went_wrong(self):
         self.start_tweak()
