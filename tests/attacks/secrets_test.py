@@ -60,7 +60,7 @@ class Leaks(Windows):
             self.assertIn("kTweakEnabled", block)
         self.assertEqual(self.leaks(errors.split(" lumora-settings[")[0]), [])
 
-    def assert_handed_on_to_nobody(self, process):
+    def assert_not_handed_on(self, process):
         for name in ("cmdline", "environ"):
             self.assert_tells_nothing(Path(f"/proc/{process.pid}/{name}").read_bytes(), name)
 
@@ -99,7 +99,7 @@ class PrintedTest(Leaks):
             self.assertEqual((taken.returncode, taken.stdout, taken.stderr), (0, "", ""))
             for wrong in (f'["{passcode}"]', f'{{"{passcode}": 1}}'):
                 self.assert_tells_nothing(self.lumoractl("set", key, "-", input=wrong, status=1).stderr, wrong)
-        self.assert_handed_on_to_nobody(tweak)
+        self.assert_not_handed_on(tweak)
         self.end(tweak)
         noted = tweak.lines.whole()
         for key, passcode in PASSCODES.items():
@@ -170,7 +170,7 @@ class WindowTest(Leaks, Spoken):
             self.assert_tells_nothing("\n".join(texts), page)
             self.assertIn("•" * len(PASSCODES[KEYS[0]]), texts)
             self.assert_tells_nothing(self.xdotool("getwindowname", window.id), "the window's name")
-            self.assert_handed_on_to_nobody(window)
+            self.assert_not_handed_on(window)
             self.expect_to_close(window)
             self.assert_tells_nothing(window.lines.text, "standard error")
         self.assert_left_in_no_file()
@@ -203,7 +203,7 @@ class WindowTest(Leaks, Spoken):
         for path in [drafts.parent, *drafts.parent.rglob("*")]:
             self.assertEqual(stat.S_IMODE(os.lstat(path).st_mode) & 0o077, 0, path)
         for path in Path(self.folder, "home").rglob("*"):
-            self.assertEqual(stat.S_IMODE(os.lstat(path).st_mode) & 0o022, 0, f"{path} can be changed by anybody")
+            self.assertEqual(stat.S_IMODE(os.lstat(path).st_mode) & 0o022, 0, f"{path} can be changed by others")
         self.assertEqual(os.listdir(self.environment["TMPDIR"]), [])
 
 

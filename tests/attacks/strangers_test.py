@@ -194,7 +194,7 @@ class StrangerTest(Attacked):
 
 
 class LinkTest(Attacked):
-    """Links that somebody laid before the tweak was started."""
+    """Links that were laid before the tweak was started."""
 
     def setUp(self):
         super().setUp()

@@ -20,7 +20,7 @@ class Case(Programs):
         return self.run_program(program("lumora-settings"), "--root", self.root, "--rows", page, *words, **options)
 
     def expect_failure(self, result, *reasons):
-        """That a program says in one line of its own why it failed, and nothing else. Any of the reasons will do."""
+        """That a program says why it failed, for one of the reasons, in a single line."""
         self.assertEqual((result.returncode, result.stdout), (1, ""), result.stderr)
         name = os.path.basename(result.args[0])
         self.assertRegex(result.stderr, rf"\A{name}: [^\n]+\n\Z")

@@ -260,7 +260,7 @@ class BundleTest(Case):
             tweak = self.start_ready(sys.executable, "-m", "harness.faulty", step)
             self.assertLessEqual(self.replies(), step == "replied", step)
             self.assertEqual(tweak.wait(LONG_ENOUGH), -signal.SIGKILL)
-            self.assertEqual(self.replies(), 0, "nobody is there")
+            self.assertEqual(self.replies(), 0, "no tweak is there")
         self.start_tweak()
         self.expect_sound()
 

@@ -125,7 +125,7 @@ class DiskTest(Case):
         self.assertEqual(self.client.settings()["kSleepTime"], 15)
         self.expect_taken()
 
-    def test_a_full_disk_is_told_by_whoever_writes_to_it(self):
+    def test_a_full_disk_is_reported_by_each_program_that_writes_to_it(self):
         self.start_tweak()
         self.fill()
         picture = os.path.join(self.disk, "picture.png")
@@ -179,7 +179,7 @@ class OutputTest(Case):
                     self.assertRegex(told.stderr, rf"^{command[0]}: cannot write (to )?standard output")
             self.end(tweak)
 
-    def test_errors_that_nobody_can_read_change_nothing(self):
+    def test_errors_that_cannot_be_written_change_nothing(self):
         with open("/dev/full", "w", encoding="ascii") as full:
             self.lumoractl("list", stderr=full, status=1)
             tweak = self.start_tweak(stderr=full)

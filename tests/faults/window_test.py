@@ -111,8 +111,8 @@ class WindowTest(Windows):
             tweak.kill()
             tweak.wait()
             tweak.stdout.close()
-            with FaultyTweak(self.ports, hanging_up) as nobody:
-                self.expect_change(window, nobody)  # which is lost
+            with FaultyTweak(self.ports, hanging_up) as deaf:
+                self.expect_change(window, deaf)  # which is lost
             shown = not shown
             tweak = self.start_tweak()
             for _ in range(2):

@@ -14,7 +14,7 @@ PATIENCE = 1  # seconds to connect and write, and as many again for the reply
 
 
 class NoAnswer(Exception):
-    """Nobody answered in time, or what came is no answer."""
+    """No answer came in time, or something else did."""
 
 
 class Client:
@@ -50,7 +50,7 @@ class Client:
                 connection.setsockopt(socket.SOL_SOCKET, socket.SO_SNDTIMEO, struct.pack("@ll", int(self._patience), 0))
                 connection.connect(wire.socket_path(self._folder, name))
                 if not wire.is_ours(connection):
-                    raise NoAnswer("the port is somebody else's")
+                    raise NoAnswer("the port belongs to another user")
                 connection.settimeout(_left(end))
                 connection.sendall(wire.frame(body))
                 end = time.monotonic() + self._patience

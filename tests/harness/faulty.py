@@ -69,7 +69,7 @@ def silent(client):
 
 
 def answering(reply, stay=False):
-    """Sends those bytes to whoever asks, and then closes or stays."""
+    """Answers each request with those bytes, and then closes or stays."""
     def fault(client):
         client.take_request()
         client.connection.sendall(reply)
@@ -131,7 +131,7 @@ class FaultyTweak:
             self._run(self._serve, name, connection)
 
     def _serve(self, name, connection):
-        # Whoever never reads must not keep this thread for good.
+        # A client that never reads must not keep this thread for good.
         connection.settimeout(60)
         try:
             with connection:
@@ -142,7 +142,7 @@ class FaultyTweak:
 
 @contextlib.contextmanager
 def crowded(folder):
-    """Both ports, with as many clients in the backlog as it holds and nobody who accepts them."""
+    """Both ports, their backlogs full of clients that are never accepted."""
     with contextlib.ExitStack() as kept:
         for name in NAMES:
             listener = kept.enter_context(listen(folder, name, 0))

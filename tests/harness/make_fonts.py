@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes small fonts for tests, and a fontconfig file by which nothing but them is installed.
+"""Makes small fonts for tests, and a fontconfig file by which only they are installed.
 
     make_fonts.py FOLDER KIND…
 

@@ -178,7 +178,7 @@ class Programs(Limited):
         except AssertionError:
             self.assertEqual(look(), wanted)
 
-    # -- the tweak's disk, read and written by somebody else's property lists --
+    # -- the tweak's disk, read and written with Python's own property lists --
 
     def stored(self, key):
         return self.all_stored().get(key)

@@ -72,7 +72,7 @@ class Tweak:
 
 
 def keep_in(path):
-    """What writes settings into a file, anew each time, so that nobody reads half of them."""
+    """A function that writes settings into a new file and renames it, so that the file is always whole."""
     def keep(settings):
         Path(path + ".new").write_text(forms.dump(settings, indent=2) + "\n", encoding="utf-8")
         os.rename(path + ".new", path)

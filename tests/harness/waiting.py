@@ -1,4 +1,4 @@
-"""Waiting for what tells nobody when it happens, and the end of all patience."""
+"""Waiting for what happens unannounced, and the end of all patience."""
 import os
 import signal
 import threading
@@ -12,7 +12,7 @@ GONE = []
 
 
 def eventually(condition, what):
-    """Looks again and again at what tells nobody when it changes. A condition is to look for things anew each time."""
+    """Looks again and again at what changes unannounced. A condition is to look for things anew each time."""
     end = time.monotonic() + LONG_ENOUGH
     tick = threading.Event()
     while True:

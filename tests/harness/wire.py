@@ -81,11 +81,11 @@ def is_ours(connection):
 
 
 class NameTaken(OSError):
-    """Somebody else holds the name, or what stands there is no port's."""
+    """Another port holds the name, or what stands there is no port."""
 
 
 def _make_folders(folder, name):
-    """Makes what is missing, and raises PermissionError for a folder that somebody else could meddle with."""
+    """Makes what is missing, and raises PermissionError for a folder that another user could meddle with."""
     for path in accumulate((folder, *name.split("/")[:-1]), os.path.join):
         os.makedirs(path, 0o700, exist_ok=True)
         found = os.lstat(path)
@@ -122,7 +122,7 @@ class Port:
         try:
             fcntl.flock(self._lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
         except BlockingIOError as error:
-            raise NameTaken(errno.EADDRINUSE, "somebody holds the name", self.path) from error
+            raise NameTaken(errno.EADDRINUSE, "another port holds the name", self.path) from error
         self._remove_dead_socket()
         self._listener.bind(self.path)
         os.chmod(self.path, 0o600)
@@ -154,7 +154,7 @@ class Port:
                 if self._closed or not is_ours(connection):
                     connection.close()
                     continue
-                # A client that does not read holds nobody up, and not for long.
+                # A client that does not read is given up soon.
                 connection.setsockopt(socket.SOL_SOCKET, socket.SO_SNDTIMEO, struct.pack("@ll", 1, 0))
                 thread = threading.Thread(target=self._serve, args=(connection,), daemon=True)
                 self._served[connection] = thread

@@ -29,8 +29,7 @@ PERSONAL = {"HOME": "/home/person", "XDG_RUNTIME_DIR": "/home/person"}
 
 
 def make_packages():
-    """The packages, by name; as anybody makes them, even one who lets nobody look at his files, but for the compiler,
-    which takes several files at a time."""
+    """The packages by name, made under a umask that keeps others out; several files are compiled at a time."""
     made = SOURCE / "build/package/packages"
     shutil.rmtree(made, ignore_errors=True)
     output("cmake", "--preset", "package", "-DCMAKE_UNITY_BUILD=ON", folder=SOURCE)
@@ -164,7 +163,7 @@ class Packages(unittest.TestCase):
 
         debian.run("apt-get", "remove", "-y", *PACKAGES)
         self.assertTrue(self.switched_off(debian), "a unit that is gone is not looked for")
-        debian.run("dpkg", "--purge", *PACKAGES)  # apt knows no more of what it has removed
+        debian.run("dpkg", "--purge", *PACKAGES)  # apt has forgotten what it has removed
         self.assertFalse(self.started_at_login(debian))
         self.assertEqual(self.left_behind(debian), [])
         kept = debian.root / "home/person/.config/lumora/com.nevo.lumora.plist"
@@ -207,7 +206,7 @@ class Packages(unittest.TestCase):
             os.killpg(tweak.pid, signal.SIGTERM)
             self.assertEqual(tweak.wait(60), 0)
         finally:
-            # The whole group: a program that has become somebody else's no longer dies with the one that started it.
+            # The whole group: a program of another user no longer dies with the one that started it.
             with contextlib.suppress(ProcessLookupError):
                 os.killpg(tweak.pid, signal.SIGKILL)
             tweak.wait()

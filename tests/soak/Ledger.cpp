@@ -31,7 +31,7 @@ void Ledger::end(const Census& atRest) {
 std::string Ledger::table() const {
     std::string lines;
     for (std::size_t quantity = 0; quantity < Census::kQuantities; ++quantity) {
-        if (largest_[quantity] == 0) continue; // nobody knows of another process's heap
+        if (largest_[quantity] == 0) continue; // the heap of another process is unknown
         std::array<char, 120> line{};
         std::snprintf(line.data(), line.size(), "  %-12s %-16s %10ld %10ld %10ld\n", process_.c_str(),
                       kNames.at(quantity), first_.value_or(Census{})[quantity], last_.value_or(Census{})[quantity],

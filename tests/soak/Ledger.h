@@ -17,8 +17,8 @@ namespace tests {
 ///     ledger.end(Census::ofSelf());     // at rest again
 ///     ledger.complaints();              // empty if it was flat
 ///
-/// Flat is: at rest there are no more descriptors and threads than at first, and no more memory than that and what is
-/// tolerated; and never, between one moment of rest and the other, more than as much again as the work may take.
+/// Flat means: from the first rest to the last, descriptors and threads have not grown, and memory by the tolerance at
+/// most; in between, the work takes no more descriptors and threads than it may.
 class Ledger {
   public:
     struct Tolerance {

@@ -59,7 +59,7 @@ TEST(Ledger, ComplainsWhenNothingWasCounted) {
 TEST(Ledger, ShowsFirstLastAndLargest) {
     const std::string table = ledgerOf(census(5, 3, 9000, 0), census(15, 4, 9001, 0), census(6, 3, 9000, 0)).table();
     EXPECT_THAT(table, testing::ContainsRegex("descriptors +5 +6 +15\n"));
-    EXPECT_THAT(table, testing::Not(HasSubstr("heap"))) << "nobody knows of it";
+    EXPECT_THAT(table, testing::Not(HasSubstr("heap"))) << "it is unknown";
 }
 
 } // namespace

@@ -50,7 +50,7 @@ constexpr long kWarmingUp = 20; // one part in so many, and so many batches at l
 constexpr long kBatch = 16;
 
 /// At any factor a descriptor or thread shows that is not given back. In full, the heap of the settings process shows a
-/// byte lost with every fourth message, and 26 with each opened page. The tweak's heap nobody knows: of what it loses
+/// byte lost with every fourth message, and 26 with each opened page. The tweak's heap is unknown: of what it loses
 /// with each message, four bytes show, as resident memory.
 constexpr Ledger::Tolerance kOwn{.grownKb = 8192, .grownHeapKb = 256, .busy = 2 * kBatch + 8};
 constexpr Ledger::Tolerance kOfTweak{.grownKb = 4096, .grownHeapKb = 0, .busy = kBatch + 8};

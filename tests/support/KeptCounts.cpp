@@ -37,7 +37,7 @@ struct Ending {
 void __wrap__exit(int code) {
     static std::atomic_flag begun;
     if (begun.test_and_set()) {
-        while (true) // somebody else writes them down, and ends the process after that
+        while (true) // another thread writes them down, and ends the process after that
             ::pause();
     }
     __gcov_dump();

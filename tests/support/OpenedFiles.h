@@ -13,7 +13,7 @@
 
 namespace tests {
 
-/// Which files of a folder anybody has opened since.
+/// Notes which files of a folder are opened.
 class OpenedFiles {
   public:
     explicit OpenedFiles(const std::filesystem::path& folder) {

@@ -64,7 +64,7 @@ class RawSocket {
             throw std::runtime_error("cannot listen at " + path.native());
         return socket;
     }
-    /// What a killed process leaves behind: a socket file that nobody listens at.
+    /// What a killed process leaves behind: a socket file without a listener.
     static void leaveDeadSocketAt(const std::filesystem::path& path) { listeningAt(path); }
 
     void connect(const std::filesystem::path& path) const {

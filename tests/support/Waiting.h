@@ -14,8 +14,8 @@ namespace tests {
 /// Far longer than anything takes that works at all, on the slowest machine and under sanitizers.
 inline constexpr std::chrono::seconds kLongEnough(60);
 
-/// Looks again and again, a few milliseconds apart, at a condition that tells nobody when it changes; false when it
-/// still does not hold after a generous while.
+/// Looks again and again, a few milliseconds apart, at a condition that changes unannounced; false when it still does
+/// not hold after a generous while.
 template<class Condition>
 bool eventually(Condition holds) {
     const auto end = std::chrono::steady_clock::now() + kLongEnough;

@@ -39,7 +39,7 @@ class Everything(Spoken):
     looked_at = (None, [])  # a page, and what is on it
 
     def start_tweak(self, *options):
-        """One that has a value for every key, and a home in which there is nothing but what the test puts there."""
+        """One that has a value for every key, and an empty home."""
         self.store(self.before)
         self.home = os.path.join(self.folder, "home")
         for folder in ("applications", "nothing"):

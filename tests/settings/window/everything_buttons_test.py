@@ -153,7 +153,7 @@ class RestartTest(Buttons):
             self.xdotool("set_window", "--name", "before", window.id)
             eventually(lambda: self.focus_on(window) == "Restart Settings", "the button")
             button = self.named(window, BUTTON, "Restart Settings")
-            # The program may end before it has answered an assistive tool, and only that is no matter.
+            # The program may end before it has answered an assistive tool; any other error counts.
             with contextlib.suppress(*[GLib.Error] if way == "assistive" else []):
                 self.use(window, "Restart Settings", way, key)
             eventually(lambda: self.has_gone(button), "the end of the former program")

@@ -37,7 +37,7 @@ class Table(Everything):
         return [[row["title"] for row in section["rows"]] for section in self.printed(page)["sections"]]
 
     def bring(self, window, name, around=0):
-        """Turns the wheel until a row and so much around it are in view, or there is no more to scroll."""
+        """Turns the wheel until a row and so much around it are in view, or the page has come to its end."""
         notches = []
 
         def is_there():
@@ -283,7 +283,7 @@ class ColorsTest(Everything):
         window = self.open_page()
         hue, saturation = (self.find_control(window, self.slider(name)) for name in ("Hue", "Saturation"))
         field = self.extents(hue)
-        # The right and the lower edge belong to the field no more.
+        # The right and the lower edge lie outside of the field.
         for x, y in ((0, 0), (field.width - 1, 0), (field.width - 1, field.height - 1), (0, field.height - 1),
                      (field.width // 2, field.height // 2)):
             self.click_at(field.x + x, field.y + y)

@@ -27,7 +27,7 @@ COUNT = 2000
 
 
 class Watch:
-    """Which files of a folder anybody has opened."""
+    """Notes which files of a folder are opened."""
 
     IN_OPEN = 0x20
 
@@ -129,7 +129,7 @@ class FontsTest(Spoken):
     def test_opens_the_fonts_of_the_rows_that_are_shown_and_no_others(self):
         watch = Watch(self.fonts + "/fonts")
         self.addCleanup(watch.close)
-        # The toolkit has to have a font of its own, which is then none of these.
+        # The toolkit needs a font, which must be none of these.
         self.environment["FONTCONFIG_FILE"] = self.write("fonts.conf", (
             '<?xml version="1.0"?><!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd"><fontconfig>'
             f"<dir>{self.fonts}/fonts</dir><dir>/usr/share/fonts</dir><cachedir>{self.fonts}/cache</cachedir>"

@@ -73,7 +73,7 @@ class Lists:
         self.expect_saved()
 
     def test_scrolls_over_many_rows_for_a_row_in_the_hand(self):
-        many = self.save_many(1000)  # more than it can scroll over while nobody looks
+        many = self.save_many(1000)  # more than it can scroll over between two looks
         window = self.open_list("test.0")
         x, y = self.lift(window, "test.0")
         for to in (y + 20, y + 300, HEIGHT - 60, HEIGHT - 20):

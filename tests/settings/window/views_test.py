@@ -19,7 +19,7 @@ from harness.waiting import eventually
 
 
 class Portal:
-    """A desktop's portal that tells how large texts are and whether dark colours are preferred, and no more."""
+    """A desktop's portal with two settings: how large texts are, and whether dark colours are preferred."""
 
     INTERFACE = """<node><interface name="org.freedesktop.portal.Settings">
         <method name="Read">
