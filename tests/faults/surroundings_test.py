@@ -305,18 +305,20 @@ class PluginTest(Case):
         add_plugin(self.root, name, BUILD / "tests/lists/modules/TestPlugin", "TestPlugin")
 
     def test_a_plug_in_that_ends_its_process_is_left_out_and_the_others_are_there(self):
-        without = self.rows("PluginsListController", status=0).stdout
+        without = self.rows("PluginsListController")
+        self.assertEqual(without.returncode, 0, without.stderr)
         for name in ("throwing-at-load-1", "leaving-at-page-1", "killing-at-name-1", "scribbling-at-appID-1",
                      "looping-at-load-1"):
             self.add(name)
         for _ in range(2):
-            self.assertEqual(self.rows("PluginsListController", status=0).stdout, without)
+            rows = self.rows("PluginsListController")
+            self.assertEqual((rows.returncode, rows.stdout), (0, without.stdout), rows.stderr)
         # On a busy machine two seconds of the processor take longer than the ten that each has by default.
-        listed = self.lumoractl("plugins", "--root", self.root, "--timeout", str(LONG_ENOUGH), status=1,
-                                timeout=3 * LONG_ENOUGH).stdout
-        self.assertRegex(listed, r"throwing-at-load-1.bundle +skipped: it crashes: Aborted")
-        self.assertRegex(listed, r"looping-at-load-1.bundle +skipped: it hangs: no answer within 2000 ms of")
-        self.assertIn("ClockView.bundle", listed)
+        listed = self.lumoractl("plugins", "--root", self.root, "--timeout", str(LONG_ENOUGH), timeout=3 * LONG_ENOUGH)
+        self.assertEqual(listed.returncode, 1)
+        self.assertRegex(listed.stdout, r"throwing-at-load-1.bundle +skipped: it crashes: Aborted")
+        self.assertRegex(listed.stdout, r"looping-at-load-1.bundle +skipped: it hangs: no answer within 2000 ms of")
+        self.assertIn("ClockView.bundle", listed.stdout)
 
     def test_a_time_out_names_the_plug_in_that_is_waited_for(self):
         self.add("hanging-at-load-1")

@@ -3,7 +3,6 @@
 
     PYTHONPATH=tests tests/install/install_test.py [-v] BUILD
 """
-import functools
 import json
 import os
 import re
@@ -173,20 +172,25 @@ class Install(unittest.TestCase):
             self.assertEqual({o for o in OPTION.findall(zsh.replace("]", " ")) if o.startswith("--")}, options)
             self.assertEqual({f"--{o}" for o in re.findall(r"^complete .* -l ([a-z-]+)", fish, re.MULTILINE)}, options)
 
-    def bash_offers(self, shell, program, *words):
-        completion = self.prefix / "share/bash-completion/completions" / program
-        return shell("bash", "-c", f'. "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _{program.replace("-", "_")};'
-                     'printf "%s\\n" "${COMPREPLY[@]}"', completion, program, *words).split()
-
     def test_bash_completes_options_and_what_they_take(self):
         (self.folder / "here.plist").touch()
-        for words, offered in ((["--ver"], ["--verbose", "--version"]), (["--omit", ""], []),
-                               (["--settings", f"{self.folder}/h"], [f"{self.folder}/here.plist"])):
-            self.assertEqual(self.bash_offers(output, "lumora-tweak", *words), offered)
+        completion = self.prefix / "share/bash-completion/completions/lumora-tweak"
+
+        def offers(*words):
+            return output("bash", "-c", '. "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _lumora_tweak;'
+                          'printf "%s\\n" "${COMPREPLY[@]}"',
+                          completion, "lumora-tweak", *words).split()
+        self.assertEqual(offers("--ver"), ["--verbose", "--version"])
+        self.assertEqual(offers("--settings", f"{self.folder}/h"), [f"{self.folder}/here.plist"])
+        self.assertEqual(offers("--omit", ""), [])
 
     def test_bash_completes_a_key_and_not_its_value(self):
         self.start_tweak()
-        offers = functools.partial(self.bash_offers, self.shell, "lumoractl")
+        completion = self.prefix / "share/bash-completion/completions/lumoractl"
+
+        def offers(*words):
+            return self.shell("bash", "-c", '. "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _lumoractl;'
+                              'printf "%s\n" "${COMPREPLY[@]}"', completion, "lumoractl", *words).split()
         self.assert_keys_are_completed(offers)
         self.assertEqual(offers("list", "--"), ["--help", "--secrets"])
 
@@ -195,17 +199,16 @@ class Install(unittest.TestCase):
         completion = self.prefix / "share/fish/vendor_completions.d/lumoractl.fish"
 
         def offers(*words):
-            said = self.shell("fish", "--no-config", "-c",
-                              f"source '{completion}'; complete -C 'lumoractl {' '.join(words)}'")
+            said = self.shell("fish", "--no-config", "-c", f"source '{completion}'; complete -C '{' '.join(words)}'")
             return [line.split("\t")[0] for line in said.splitlines()]
-        self.assert_keys_are_completed(offers)
+        self.assert_keys_are_completed(lambda *words: offers("lumoractl", *words))
 
     def assert_keys_are_completed(self, offers):
         self.assertEqual(set(offers("")) - {"--help", "--version"}, set(COMMANDS))
         for command in (["get"], ["get", "--secrets"], ["set"]):
             self.assertEqual(set(offers(*command, "kSleep")), {"kSleepDisabledForAppViews", "kSleepTime"}, command)
-        for command in ("get", "set"):
-            self.assertEqual(offers(command, "kSleepTime", ""), [])
+        self.assertEqual(offers("set", "kSleepTime", ""), [])
+        self.assertEqual(offers("get", "kSleepTime", ""), [])
 
     def test_zsh_reads_its_completions(self):
         for program in PROGRAMS:

@@ -14,7 +14,7 @@ from pathlib import Path
 import pyatspi
 
 from harness import forms
-from harness.spoken import SWITCH, Spoken
+from harness.spoken import Spoken
 from harness.tweak import Tweak
 from harness.window import Windows
 
@@ -95,12 +95,6 @@ class ChangesTest(Spoken):
         self.expect_stored("kSlideToUnlockText", "12")
         self.keys(window, "BackSpace", "BackSpace", "Return")
         self.expect_stored("kSlideToUnlockText", "")
-
-    def test_key_of_a_plug_in_arrives_like_any_other(self):
-        window = self.open_window("--page", "PluginsListController")
-        self.press_button(window, "Weather")
-        self.act(self.named(window, SWITCH, "Show Tomorrow"), "Toggle")
-        self.expect_stored("org.lumora.plugins.weather.tomorrow", False)
 
 
 if __name__ == "__main__":

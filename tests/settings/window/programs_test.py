@@ -42,9 +42,10 @@ class ProgramsTest(Windows):
                              (["--rows", "LumoraPreferences", "--bundle", "/nowhere"], "no settings bundle at /nowhere"),
                              (["--grab", self.folder + "/none/a.png"], "cannot write the picture"),
                              (["--grab", self.folder + "/a.png", "--page", "NoSuchPage"], "no page class NoSuchPage")]:
-            said = self.settings(*options, status=1).stderr
-            self.assertIn(why, said)
-            self.assertNotIn("timed out", said)
+            failed = self.settings(*options)
+            self.assertEqual(failed.returncode, 1, options)
+            self.assertIn(why, failed.stderr)
+            self.assertNotIn("timed out", failed.stderr)
 
     def test_ends_at_once_when_a_page_throws_before_all_its_rows_are_there(self):
         self.make_root()
@@ -56,7 +57,8 @@ class ProgramsTest(Windows):
 
     def test_says_that_the_tweak_did_not_answer_in_time(self):
         for options in (["--rows", "LumoraPreferences"], ["--grab", self.folder + "/a.png"], ["--tour", self.folder]):
-            failed = self.settings("--timeout", "10", *options, status=1)  # long enough to have asked it
+            failed = self.settings("--timeout", "10", *options)  # long enough to have asked it
+            self.assertEqual(failed.returncode, 1, options)
             self.assertIn("timed out waiting for the tweak", failed.stderr)
             self.assertEqual(failed.stdout, "")
 
