@@ -105,13 +105,6 @@ class TweakTest(Case):
         times = 1 if "takes no messages" in told.stderr else 2
         self.expect_sound(times * f"lumora-tweak: updateSettings refused: {refused['error']}\n")
 
-    def test_hangs_up_on_a_message_of_a_byte_more_without_waiting_for_it(self):
-        connection = self.connected()
-        connection.sendall(wire.HEADER.pack(b"LMP1", 0, wire.LONGEST + 1))
-        self.assertEqual(connection.recv(1), b"")
-        connection.close()
-        self.expect_sound()
-
     def test_sets_nothing_aside_for_what_is_only_announced(self):
         announced = [self.connected() for _ in range(100)]
         for connection in announced:

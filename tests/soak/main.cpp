@@ -107,21 +107,23 @@ class Application {
 /// One kind of work, counted at its two ends at rest and now and then between.
 class Stage {
   public:
-    Stage(std::string name, const tests::SoakedTweak& tweak, std::function<void(long from, long to)> work)
-        : name_(std::move(name)), tweak_(tweak), work_(std::move(work)) {}
+    /// Begins each piece of the work by its number, and waits after each batch until all that have begun are done.
+    Stage(std::string name, const tests::SoakedTweak& tweak, std::function<void(long)> begin,
+          std::function<void()> catchUp)
+        : name_(std::move(name)), tweak_(tweak), begin_(std::move(begin)), catchUp_(std::move(catchUp)) {}
 
     /// Whether it was flat.
     bool run(long total) {
         const auto begun = std::chrono::steady_clock::now();
         const long warm = std::max(total / kWarmingUp, std::min(total / 2, kWarmingUp * kBatch));
-        work_(0, warm);
+        work(0, warm);
         rest();
         own_.begin(Census::ofSelf());
         ofTweak_.begin(Census::of(tweak_.id()));
         long done = warm;
         for (int counting = 1; counting <= kCountings; ++counting) {
             const long next = warm + (total - warm) * counting / kCountings;
-            work_(std::exchange(done, next), next);
+            work(std::exchange(done, next), next);
             own_.note(Census::ofSelf());
             ofTweak_.note(Census::of(tweak_.id()));
         }
@@ -133,6 +135,13 @@ class Stage {
     }
 
   private:
+    void work(long from, long to) const {
+        for (long number = from; number < to; ++number) {
+            begin_(number);
+            if (number == to - 1 || (number - from) % kBatch == kBatch - 1) catchUp_();
+        }
+    }
+
     /// The pool lets threads go that had nothing to do for a while: all but one, which looks for work.
     static void rest() {
         long before = 0;
@@ -159,16 +168,11 @@ class Stage {
 
     std::string name_;
     const tests::SoakedTweak& tweak_;
-    std::function<void(long, long)> work_;
+    std::function<void(long)> begin_;
+    std::function<void()> catchUp_;
     Ledger own_{"settings", kOwn};
     Ledger ofTweak_{"tweak", kOfTweak};
 };
-
-/// Calls with the beginning and end of one batch after the other.
-void inBatches(long from, long to, const std::function<void(long, long)>& work) {
-    for (long begin = from; begin < to; begin += kBatch)
-        work(begin, std::min(begin + kBatch, to));
-}
 
 bool arrived(const char* what, long sent, long got) {
     std::printf("  %s: %ld sent, %ld arrived\n", what, sent, got);
@@ -183,19 +187,15 @@ bool arrived(const char* what, long sent, long got) {
 bool exchangeMessages(const tests::SoakedTweak& tweak, long total) {
     std::atomic<long> answered{0};
     const auto count = [&answered](const std::optional<Data>&) { ++answered; };
-    Stage stage("messages", tweak, [&](long from, long to) {
-        inBatches(from, to, [&](long begin, long end) {
-            for (long number = begin; number < end; ++number) {
-                if (number % 2 == 0) {
-                    lumora::notify(lumora::kRequestTweakSettings, Value(), count);
-                } else {
-                    const Value seconds = static_cast<std::int64_t>(number);
-                    lumora::notify(lumora::kUpdateSettings, lumora::changeOf(lumora::kSleepTime, seconds), count);
-                }
-            }
-            dispatch_wait_until_idle(kPatience);
-        });
-    });
+    const auto send = [&](long number) {
+        if (number % 2 == 0) {
+            lumora::notify(lumora::kRequestTweakSettings, Value(), count);
+        } else {
+            const Value seconds = static_cast<std::int64_t>(number);
+            lumora::notify(lumora::kUpdateSettings, lumora::changeOf(lumora::kSleepTime, seconds), count);
+        }
+    };
+    Stage stage("messages", tweak, send, [] { dispatch_wait_until_idle(kPatience); });
     const bool flat = stage.run(total);
     return arrived("answers", total, answered) && flat;
 }
@@ -203,21 +203,16 @@ bool exchangeMessages(const tests::SoakedTweak& tweak, long total) {
 /// Each page in turn, opened and left, and its changes of settings awaited.
 bool openPages(const tests::SoakedTweak& tweak, Application& application, long total) {
     std::atomic<long> opened{0};
-    Stage stage("page openings", tweak, [&](long from, long to) {
-        inBatches(from, to, [&](long begin, long end) {
-            for (long number = begin; number < end; ++number) {
-                const std::string page = kPages.at(static_cast<std::size_t>(number) % kPages.size());
-                application.open(page);
-                application.post([&opened, page](Navigation&, const PageSnapshot& top) {
-                    const bool shown =
-                        top.className == page && (top.hostsView ? top.view != nullptr : !top.rows.empty());
-                    opened += shown ? 1 : 0;
-                });
-                application.goBack();
-            }
-            application.catchUp();
+    const auto open = [&](long number) {
+        const std::string page = kPages.at(static_cast<std::size_t>(number) % kPages.size());
+        application.open(page);
+        application.post([&opened, page](Navigation&, const PageSnapshot& top) {
+            const bool shown = top.className == page && (top.hostsView ? top.view != nullptr : !top.rows.empty());
+            opened += shown ? 1 : 0;
         });
-    });
+        application.goBack();
+    };
+    Stage stage("page openings", tweak, open, [&] { application.catchUp(); });
     const bool flat = stage.run(total);
     std::printf("  pages: %ld opened, %ld shown\n", total, opened.load());
     return flat && opened == total;
@@ -261,17 +256,13 @@ bool dragColors(const tests::SoakedTweak& tweak, Application& application, long 
     }
     const long before = tweak.changes();
     long sent = 0;
-    Stage stage("events of a dragged colour", tweak, [&](long from, long to) {
-        inBatches(from, to, [&](long begin, long end) {
-            for (long number = begin; number < end; ++number) {
-                sent += Finger::phase(number) == UITouchPhase::ended ? 0 : 1; // where it was already
-                application.post([point = finger.at(number)](Navigation& navigation, const PageSnapshot& page) {
-                    navigation.handle(page.id, Touched{{point}});
-                });
-            }
-            application.catchUp();
+    const auto touch = [&](long number) {
+        sent += Finger::phase(number) == UITouchPhase::ended ? 0 : 1; // where it was already
+        application.post([point = finger.at(number)](Navigation& navigation, const PageSnapshot& page) {
+            navigation.handle(page.id, Touched{{point}});
         });
-    });
+    };
+    Stage stage("events of a dragged colour", tweak, touch, [&] { application.catchUp(); });
     const bool flat = stage.run(total);
     application.goBack();
     application.catchUp();
