@@ -60,15 +60,15 @@ class Lines:
         self._thread = threading.Thread(target=self._read, args=(stream,), daemon=True)
         self._thread.start()
 
-    def whole(self):
-        """Once the program has ended."""
-        self._thread.join()
-        return self.text
-
     def _read(self, stream):
         for line in stream:
             self.text += line
         stream.close()
+
+    def whole(self):
+        """The text, once the program has ended."""
+        self._thread.join()
+        return self.text
 
 
 class Programs(Limited):

@@ -70,7 +70,7 @@ class Windows(Programs):
             self.assertIsNone(window.poll(), window.lines.text)
             return self.windows(window)
         window.id = eventually(appeared, "the window")[0]
-        self.xdotool("windowmove", window.id, "0", "0")
+        self.xdotool("windowmove", window.id, 0, 0)
         self.xdotool("windowfocus", window.id)
         return window
 
