@@ -1,7 +1,6 @@
 #include "platform/mail/MFMailComposeViewController.h"
-#include "platform/messaging/Dispatch.h"
+#include "platform/preferences/PSListController.h"
 #include "settings/host/Host.h"
-#include "tests/settings/host/TestPages.h"
 #include "tests/support/Home.h"
 #include "tests/support/MailedFile.h"
 
@@ -33,15 +32,12 @@ class MailPage final : public PSListController, public MFMailComposeViewControll
 
     PSSpecifierList specifiers() override {
         if (_specifiers) return _specifiers;
-        const auto button =
-            PSSpecifier::preferenceSpecifierNamed("Mail", this, nullptr, nullptr, {}, PSButtonCell, false);
-        button->action = selector(&MailPage::press);
-        const auto field = PSSpecifier::preferenceSpecifierNamed("Field", this, selector(&MailPage::setValue), nullptr,
-                                                                 {}, PSEditTextCell, false);
-        const auto toggle = PSSpecifier::preferenceSpecifierNamed("Switch", this, selector(&MailPage::setValue),
-                                                                  nullptr, {}, PSSwitchCell, false);
-        _specifiers =
-            std::make_shared<const std::vector<PSSpecifierRef>>(std::vector<PSSpecifierRef>{button, field, toggle});
+        std::vector<PSSpecifierRef> rows;
+        for (const PSCellType cell : {PSButtonCell, PSEditTextCell, PSSwitchCell})
+            rows.push_back(PSSpecifier::preferenceSpecifierNamed("Row", this, selector(&MailPage::setValue), nullptr,
+                                                                 {}, cell, false));
+        rows.front()->action = selector(&MailPage::press);
+        _specifiers = std::make_shared<const std::vector<PSSpecifierRef>>(std::move(rows));
         return _specifiers;
     }
     void setValue(const Value& value, PSSpecifier& /*row*/) { values.push_back(value); }
@@ -66,12 +62,12 @@ PLATFORM_CLASS(MailPage)
 class ComposingTest : public ::testing::Test {
   protected:
     ComposingTest() {
-        perform([](Navigation&) {
+        perform([](Navigation& navigation) {
             MailPage::results.clear();
             MailPage::values.clear();
+            navigation.open(NSClassFromString("MailPage"), "Mail");
         });
-        perform([](Navigation& navigation) { navigation.open(NSClassFromString("MailPage"), "Mail"); });
-        perform([this](Navigation& navigation) { navigation.handle(top().id, RowTapped{0}); });
+        tapButton();
     }
     /// Waits until the main thread has done it.
     void perform(const std::function<void(Navigation&)>& work) {
@@ -81,6 +77,12 @@ class ComposingTest : public ::testing::Test {
             done.set_value();
         });
         awaited(done.get_future(), "the turn of the main thread");
+    }
+    void tapButton() {
+        perform([this](Navigation& navigation) { navigation.handle(top().id, RowTapped{0}); });
+    }
+    void goBack() {
+        perform([this](Navigation& navigation) { navigation.back(top().id); });
     }
     void act(ComposerAction action, const MailText& text = {"a@b.example", "Edited", "Text"}) {
         perform([&](Navigation& navigation) { navigation.handle(top().id, Composed{composer()->id, action, text}); });
@@ -94,6 +96,26 @@ class ComposingTest : public ::testing::Test {
         std::unique_lock lock(mutex);
         return changed.wait_for(lock, kLongEnough, [&] { return holds(shown.back().pages.back()->composer.get()); });
     }
+    bool waitUntilItIsGone() {
+        return waitUntil([](const ComposerSnapshot* message) { return !message; });
+    }
+    bool waitForProblem(const std::string& part) {
+        return waitUntil([&](const ComposerSnapshot* message) {
+            return message && message->problem.find(part) != std::string::npos;
+        });
+    }
+    /// Ends the program right after these actions: it says that it keeps the message, and leaves one draft.
+    void leaveAfter(const std::vector<ComposerAction>& actions, const MailText& text) {
+        testing::internal::CaptureStderr();
+        host.post([actions, text, page = top().id, id = composer()->id](Navigation& navigation) {
+            for (const ComposerAction action : actions)
+                navigation.handle(page, Composed{id, action, text});
+        });
+        host.finish(kLongEnough);
+        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("kept as a draft"));
+        ASSERT_THAT(Home::filesIn(home.drafts()), SizeIs(1));
+        EXPECT_THAT(Home::contentsOf(Home::filesIn(home.drafts()).front()), HasSubstr("Subject: Edited\n"));
+    }
     std::vector<MFMailComposeResult> results() {
         std::vector<MFMailComposeResult> copy;
         perform([&](Navigation&) { copy = MailPage::results; });
@@ -104,8 +126,7 @@ class ComposingTest : public ::testing::Test {
     std::mutex mutex;
     std::condition_variable changed;
     std::vector<StackSnapshot> shown;
-    // Never destroyed, as in the program: the main thread goes on.
-    static inline Host* kept = nullptr; ///< as a host is never destroyed
+    static inline Host* kept = nullptr; ///< never destroyed, as in the program: the main thread goes on
     Host& host = *(kept = new Host([this](StackSnapshot stack) {
                        const std::lock_guard lock(mutex);
                        shown.push_back(std::move(stack));
@@ -122,14 +143,10 @@ TEST_F(ComposingTest, ShowsTheMessageThatAButtonPresents) {
     EXPECT_FALSE(composer()->working);
 }
 
-TEST_F(ComposingTest, TellsWhetherItIsToBeSeenComingAndGoing) {
+TEST_F(ComposingTest, IsGoneWhenItIsCancelledAndTellsWhetherItIsToBeSeenComingAndGoing) {
     EXPECT_TRUE(top().presentsAnimated);
     act(ComposerAction::cancel);
     EXPECT_FALSE(top().presentsAnimated);
-}
-
-TEST_F(ComposingTest, ShowsNothingAnyMoreWhenItIsCancelled) {
-    act(ComposerAction::cancel);
     EXPECT_EQ(composer(), nullptr);
     EXPECT_THAT(results(), ElementsAre(MFMailComposeResultCancelled));
 }
@@ -137,7 +154,7 @@ TEST_F(ComposingTest, ShowsNothingAnyMoreWhenItIsCancelled) {
 TEST_F(ComposingTest, GoesOnShowingItWhenThePageIsReadAnew) {
     const auto id = composer()->id;
     perform([](Navigation& navigation) { navigation.setContentSize({500, 500}); });
-    perform([this](Navigation& navigation) { navigation.handle(top().id, RowTapped{0}); });
+    tapButton();
     ASSERT_NE(composer(), nullptr);
     EXPECT_EQ(composer()->id, id) << "one message at a time";
 }
@@ -147,10 +164,10 @@ TEST_F(ComposingTest, ThePageBehindHearsNothing) {
         navigation.open(NSClassFromString("MailPage"), "Another");
         navigation.handle(top().id, RowTapped{0});
     });
-    perform([this](Navigation& navigation) { navigation.back(top().id); });
+    goBack();
     EXPECT_EQ(top().title, "Another");
     act(ComposerAction::cancel);
-    perform([this](Navigation& navigation) { navigation.back(top().id); });
+    goBack();
     EXPECT_EQ(top().title, "Mail");
 }
 
@@ -171,7 +188,7 @@ TEST_F(ComposingTest, ShowsThatItIsBeingSentUntilItIs) {
     ASSERT_NE(composer(), nullptr);
     EXPECT_TRUE(composer()->working);
     std::ofstream(gate) << "go\n";
-    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return !message; }));
+    EXPECT_TRUE(waitUntilItIsGone());
     EXPECT_THAT(home.inputOf("mta"), HasSubstr("Subject: Edited\n"));
     EXPECT_THAT(results(), ElementsAre(MFMailComposeResultSent));
 }
@@ -180,7 +197,7 @@ TEST_F(ComposingTest, SaysWhatWentWrongAndWhereTheDraftIs) {
     ::setenv("LUMORA_SENDMAIL", home.addProgram("mta", "echo 'no route' >&2; exit 75").c_str(), 1);
     testing::internal::CaptureStderr();
     act(ComposerAction::send);
-    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return !message; }));
+    EXPECT_TRUE(waitUntilItIsGone());
     EXPECT_THAT(results(), ElementsAre(MFMailComposeResultFailed));
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_THAT(said, HasSubstr("no route"));
@@ -189,42 +206,27 @@ TEST_F(ComposingTest, SaysWhatWentWrongAndWhereTheDraftIs) {
     EXPECT_THAT(said, HasSubstr(drafts.front().string()));
 }
 
-TEST_F(ComposingTest, ShowsWhyItIsStillThereToBeEdited) {
-    act(ComposerAction::send, {"", "Edited", "Text"});
-    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return message && !message->problem.empty(); }));
-    EXPECT_FALSE(composer()->working);
-    EXPECT_THAT(results(), IsEmpty());
-}
-
-TEST_F(ComposingTest, SaysNothingOfWhatTheSheetShows) {
+TEST_F(ComposingTest, ShowsWhyItIsStillThereToBeEditedAndSaysNothingElsewhere) {
     testing::internal::CaptureStderr();
     act(ComposerAction::send, {"", "Edited", "Text"});
-    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return message && !message->problem.empty(); }));
+    EXPECT_TRUE(waitForProblem("address"));
+    EXPECT_FALSE(composer()->working);
+    EXPECT_THAT(results(), IsEmpty());
     std::ofstream(home.path() / "data/lumora") << "in the way";
     act(ComposerAction::save);
-    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) {
-        return message && message->problem.find("folder") != std::string::npos;
-    }));
+    EXPECT_TRUE(waitForProblem("folder"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(ComposingTest, KeepsAMessageThatIsRefusedAfterItsUserHasLeft) {
-    testing::internal::CaptureStderr();
-    host.post([page = top().id, id = composer()->id](Navigation& navigation) {
-        navigation.handle(page, Composed{id, ComposerAction::send, {"bob", "Edited", "Text"}});
-        navigation.handle(page, Composed{id, ComposerAction::leave, {"bob", "Edited", "Text"}});
-    });
-    host.finish(kLongEnough);
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("kept as a draft"));
-    ASSERT_THAT(Home::filesIn(home.drafts()), SizeIs(1));
-    EXPECT_THAT(Home::contentsOf(Home::filesIn(home.drafts()).front()), HasSubstr("Subject: Edited\n"));
+    leaveAfter({ComposerAction::send, ComposerAction::leave}, {"bob", "Edited", "Text"});
 }
 
 TEST_F(ComposingTest, SaysThatAMessageIsLostWhenItsUserHasLeft) {
     std::ofstream(home.path() / "data/lumora") << "in the way";
     testing::internal::CaptureStderr();
     act(ComposerAction::leave);
-    EXPECT_TRUE(waitUntil([](const ComposerSnapshot* message) { return !message; }));
+    EXPECT_TRUE(waitUntilItIsGone());
     EXPECT_THAT(results(), ElementsAre(MFMailComposeResultFailed));
     EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("neither sent nor kept: cannot make the folder"));
 }
@@ -234,21 +236,14 @@ TEST_F(ComposingTest, IgnoresWhatIsDoneToAMessageThatIsGone) {
     const auto id = composer()->id;
     act(ComposerAction::cancel);
     perform([&](Navigation& navigation) { navigation.handle(page, Composed{id, ComposerAction::cancel, {}}); });
-    perform([this](Navigation& navigation) { navigation.handle(top().id, RowTapped{0}); });
+    tapButton();
     perform([&](Navigation& navigation) { navigation.handle(page, Composed{id, ComposerAction::cancel, {}}); });
     EXPECT_NE(composer(), nullptr) << "another one";
     EXPECT_THAT(results(), SizeIs(1));
 }
 
 TEST_F(ComposingTest, FinishesADraftAndSaysWhereItIsBeforeTheProgramLeaves) {
-    testing::internal::CaptureStderr();
-    host.post([page = top().id, id = composer()->id](Navigation& navigation) {
-        navigation.handle(page, Composed{id, ComposerAction::save, {"a@b.example", "Edited", "Text"}});
-    });
-    host.finish(kLongEnough);
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("kept as a draft"));
-    ASSERT_THAT(Home::filesIn(home.drafts()), SizeIs(1));
-    EXPECT_THAT(Home::contentsOf(Home::filesIn(home.drafts()).front()), HasSubstr("Subject: Edited\n"));
+    leaveAfter({ComposerAction::save}, {"a@b.example", "Edited", "Text"});
 }
 
 } // namespace
