@@ -10,6 +10,7 @@
 #include "tests/support/ServedPort.h"
 #include "tests/support/Waiting.h"
 
+#include <functional>
 #include <future>
 #include <mutex>
 #include <thread>
@@ -97,45 +98,49 @@ TEST(Host, SaysThatThereIsNoSuchPageClass) {
     EXPECT_EQ(launched.error(), "there is no page class NoSuchPage");
 }
 
-void stayOutOfTheWayWhileAPageBlocks() {
-    const tests::PortsFolder ports;
-    std::promise<void> answer;
-    const auto allowed = answer.get_future().share();
-    const tests::ServedPort tweak(
-        lumora::portName(lumora::kRequestTweakSettings),
-        [allowed](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
-            allowed.wait_for(tests::kLongEnough);
-            return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kTweakEnabled", true}});
-        });
-    ASSERT_TRUE(tweak.isOpen());
-    auto& recorded = Recorded::shared();
-    std::promise<Result<void>> opened;
-    recorded.host.launch({kBundle, "", {390, 760}}, [&](Result<void> result) { opened.set_value(std::move(result)); });
-    EXPECT_TRUE(tests::eventually([&] { return recorded.last().opening.has_value(); }));
-    EXPECT_EQ(recorded.last().opening->className, "LumoraPreferences");
-    EXPECT_EQ(recorded.last().opening->title, "Lumora");
-    EXPECT_TRUE(recorded.last().pages.empty());
-
-    answer.set_value();
-    const Result<void> result = tests::awaited(opened.get_future(), "the page");
-    ASSERT_TRUE(result) << result.error();
-    ASSERT_EQ(recorded.last().pages.size(), 1u);
-    const PageSnapshot& page = *recorded.last().pages[0];
-    EXPECT_EQ(page.title, "Lumora");
-    ASSERT_EQ(page.rows.size(), 15u);
-    EXPECT_EQ(page.rows[1].value, Value(true));
-
-    recorded.host.finish(std::chrono::seconds(5));
-}
-
-TEST(HostDeathTest, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process in which the page was not opened before
+/// Holds a test in a process in which no page was opened and no icon drawn before.
+void expectInANewProcess(const std::function<void()>& test) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
-            stayOutOfTheWayWhileAPageBlocks();
+            test();
             _exit(testing::Test::HasFailure() ? 1 : 0);
         },
         testing::ExitedWithCode(0), "");
+}
+
+TEST(HostDeathTest, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes) {
+    expectInANewProcess([] {
+        const tests::PortsFolder ports;
+        std::promise<void> answer;
+        const auto allowed = answer.get_future().share();
+        const tests::ServedPort tweak(
+            lumora::portName(lumora::kRequestTweakSettings),
+            [allowed](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
+                allowed.wait_for(tests::kLongEnough);
+                return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kTweakEnabled", true}});
+            });
+        ASSERT_TRUE(tweak.isOpen());
+        auto& recorded = Recorded::shared();
+        std::promise<Result<void>> opened;
+        recorded.host.launch({kBundle, "", {390, 760}},
+                             [&](Result<void> result) { opened.set_value(std::move(result)); });
+        EXPECT_TRUE(tests::eventually([&] { return recorded.last().opening.has_value(); }));
+        EXPECT_EQ(recorded.last().opening->className, "LumoraPreferences");
+        EXPECT_EQ(recorded.last().opening->title, "Lumora");
+        EXPECT_TRUE(recorded.last().pages.empty());
+
+        answer.set_value();
+        const Result<void> result = tests::awaited(opened.get_future(), "the page");
+        ASSERT_TRUE(result) << result.error();
+        ASSERT_EQ(recorded.last().pages.size(), 1u);
+        const PageSnapshot& page = *recorded.last().pages[0];
+        EXPECT_EQ(page.title, "Lumora");
+        ASSERT_EQ(page.rows.size(), 15u);
+        EXPECT_EQ(page.rows[1].value, Value(true));
+
+        recorded.host.finish(std::chrono::seconds(5));
+    });
 }
 
 /// A drawing of a few hundred bytes that takes hours.
@@ -144,45 +149,37 @@ constexpr const char* kDear =
 <feTurbulence baseFrequency="0.05" numOctaves="1000000"/></filter><rect width="100" height="100" filter="url(#f)"/></svg>)svg";
 constexpr const char* kCheap = R"svg(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"/>)svg";
 
-void showRowsBeforeTheirIcons() {
-    const tests::PortsFolder ports;
-    const tests::DeviceFolder device;
-    const std::filesystem::path library = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
-    device.install(LUMORA_TEST_ROOT + library.string(), library);
-    for (const auto& [name, picture] : {std::pair("dear", kDear), std::pair("cheap", kCheap)}) {
-        const std::string icon = "/" + std::string(name) + ".svg";
-        device.write(picture, icon);
-        device.write("[Desktop Entry]\nType=Application\nExec=true\nName=" + std::string(name) +
-                         "\nIcon=" + device.path().string() + icon + "\n",
-                     "/usr/share/applications/" + std::string(name) + ".desktop");
-    }
-    const tests::ServedPort tweak(
-        lumora::portName(lumora::kRequestTweakSettings), [](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
+TEST(HostDeathTest, ShowsRowsBeforeAllTheirIconsAreDrawnAndEachIconWhenItIs) {
+    expectInANewProcess([] {
+        const tests::PortsFolder ports;
+        const tests::DeviceFolder device;
+        const std::filesystem::path library = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
+        device.install(LUMORA_TEST_ROOT + library.string(), library);
+        for (const auto& [name, picture] : {std::pair("dear", kDear), std::pair("cheap", kCheap)}) {
+            const std::string icon = "/" + std::string(name) + ".svg";
+            device.write(picture, icon);
+            device.write("[Desktop Entry]\nType=Application\nExec=true\nName=" + std::string(name) +
+                             "\nIcon=" + device.path().string() + icon + "\n",
+                         "/usr/share/applications/" + std::string(name) + ".desktop");
+        }
+        const tests::ServedPort tweak(lumora::portName(lumora::kRequestTweakSettings), [](CFMessagePort&, std::int32_t,
+                                                                                          const std::optional<Data>&) {
             return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kAppsEnabled", List{"dear", "cheap"}}});
         });
-    ASSERT_TRUE(tweak.isOpen());
-    auto& recorded = Recorded::shared();
-    const auto launched = recorded.launch({kBundle, "AppsListController", {390, 760}});
-    ASSERT_TRUE(launched) << launched.error();
-    const auto cells = [&] { return recorded.last().pages.at(0)->table->cells; };
-    const auto atFirst = cells();
-    ASSERT_FALSE(atFirst.contains({0, 2}));
-    EXPECT_EQ(atFirst.at({0, 0}).title, "dear");
-    EXPECT_EQ(atFirst.at({0, 1}).title, "cheap");
-    EXPECT_EQ(atFirst.at({0, 1}).image, nullptr) << "the row has waited for the one before it";
-    EXPECT_TRUE(tests::eventually([&] { return cells().at({0, 1}).image != nullptr; })) << "no icon comes";
-    EXPECT_EQ(cells().at({0, 0}).image, nullptr);
-    EXPECT_EQ(cells().at({0, 1}).image->size(), (CGSize{29, 29}));
-}
-
-TEST(HostDeathTest, ShowsRowsBeforeAllTheirIconsAreDrawnAndEachIconWhenItIs) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process in which no icon was drawn before
-    EXPECT_EXIT(
-        {
-            showRowsBeforeTheirIcons();
-            _exit(testing::Test::HasFailure() ? 1 : 0);
-        },
-        testing::ExitedWithCode(0), "");
+        ASSERT_TRUE(tweak.isOpen());
+        auto& recorded = Recorded::shared();
+        const auto launched = recorded.launch({kBundle, "AppsListController", {390, 760}});
+        ASSERT_TRUE(launched) << launched.error();
+        const auto cells = [&] { return recorded.last().pages.at(0)->table->cells; };
+        const auto atFirst = cells();
+        ASSERT_FALSE(atFirst.contains({0, 2}));
+        EXPECT_EQ(atFirst.at({0, 0}).title, "dear");
+        EXPECT_EQ(atFirst.at({0, 1}).title, "cheap");
+        EXPECT_EQ(atFirst.at({0, 1}).image, nullptr) << "the row has waited for the one before it";
+        EXPECT_TRUE(tests::eventually([&] { return cells().at({0, 1}).image != nullptr; })) << "no icon comes";
+        EXPECT_EQ(cells().at({0, 0}).image, nullptr);
+        EXPECT_EQ(cells().at({0, 1}).image->size(), (CGSize{29, 29}));
+    });
 }
 
 } // namespace

@@ -14,6 +14,11 @@ PageSnapshot pageOf(RowSnapshot row) {
     return page;
 }
 
+/// What is shown of a page's only row.
+Dictionary documentOf(RowSnapshot row) {
+    return *rowsDocument(pageOf(std::move(row)))["rows"].list()->front().dictionary();
+}
+
 TEST(RowsDocument, GivesEachRowOnlyWhatItHas) {
     RowSnapshot row;
     row.cell = 6;
@@ -29,7 +34,7 @@ TEST(RowsDocument, KeepsIntegersRealsAndBooleansApart) {
     for (const Value& value : {Value(1), Value(1.0), Value(true)}) {
         RowSnapshot row;
         row.value = value;
-        const Value shown = (*rowsDocument(pageOf(row))["rows"].list())[0]["value"];
+        const Value shown = documentOf(row)["value"];
         EXPECT_EQ(shown.kind(), value.kind());
         EXPECT_EQ(shown, value);
     }
@@ -39,12 +44,10 @@ TEST(RowsDocument, ShowsSecureValuesAsDotsWhateverTheyAre) {
     for (const Value& secret : {Value("1234"), Value(""), Value(1234)}) {
         RowSnapshot row;
         row.cell = 12;
+        EXPECT_FALSE(documentOf(row).contains("value"));
         row.value = secret;
-        EXPECT_EQ((*rowsDocument(pageOf(row))["rows"].list())[0]["value"], Value("•••"));
+        EXPECT_EQ(documentOf(row)["value"], Value("•••"));
     }
-    RowSnapshot unset;
-    unset.cell = 12;
-    EXPECT_FALSE((*rowsDocument(pageOf(unset))["rows"].list())[0].dictionary()->contains("value"));
 }
 
 TEST(RowsDocument, HasItsKeysInTheirOrder) {
@@ -63,9 +66,7 @@ TEST(RowsDocument, HasItsKeysInTheirOrder) {
     row.detail = "Detail";
     row.icon = std::make_shared<const UIImage>(CGSize{1, 1}, Data{}, Data{});
     std::vector<std::string> keys;
-    const Value document = rowsDocument(pageOf(row));
-    const Value first = document["rows"].list()->front();
-    for (const auto& [key, value] : *first.dictionary())
+    for (const auto& [key, value] : documentOf(row))
         keys.push_back(key);
     EXPECT_EQ(keys, (std::vector<std::string>{"cell", "name", "identifier", "value", "footerText", "placeholder", "min",
                                               "max", "showValue", "titles", "values", "detail", "icon"}));

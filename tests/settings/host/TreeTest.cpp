@@ -13,9 +13,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <functional>
-#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
@@ -52,12 +50,11 @@ class TreeTest : public testing::Test {
     /// Opens every page that can be reached from the one on top, calls back with each, and goes back.
     void visit(const std::function<void()>& opened) {
         for (const std::size_t row : links()) {
-            const std::string name = top().rows[row].name;
-            const std::string detail = top().rows[row].detail;
+            const RowSnapshot link = top().rows[row];
             const std::size_t depth = shown.pages.size();
             navigation.handle(top().id, RowTapped{row});
-            ASSERT_EQ(shown.pages.size(), depth + 1) << name << " opens nothing";
-            EXPECT_EQ(top().className, detail);
+            ASSERT_EQ(shown.pages.size(), depth + 1) << link.name << " opens nothing";
+            EXPECT_EQ(top().className, link.detail);
             opened();
             visit(opened);
             navigation.back(top().id);
@@ -96,20 +93,16 @@ class TreeTest : public testing::Test {
     Navigation navigation{[this](StackSnapshot stack) { shown = std::move(stack); }};
 };
 
-std::size_t entriesIn(const char* folder) {
-    return std::size_t(std::distance(std::filesystem::directory_iterator(folder), {}));
-}
-
 /// What a process holds that could grow.
 struct Holdings {
-    std::size_t descriptors;
+    std::ptrdiff_t descriptors;
     std::size_t objects; ///< blocks from the allocator that are in use
 };
 
 Holdings holdings() {
     tests::RecordingTweak::waitUntilIdle();
     const Allocations all = Allocations::now();
-    return {entriesIn("/proc/self/fd"), all.count - all.freed};
+    return {tests::descriptorCount(), all.count - all.freed};
 }
 
 TEST_F(TreeTest, OpensEveryLinkOfEveryPage) {
@@ -163,7 +156,7 @@ TEST_F(TreeTest, LeavesNothingBehindOfAThousandOpenedAndClosedPages) {
     const Holdings before = holdings();
     openPages(1000);
     const Holdings after = holdings();
-    std::printf("descriptors %zu, then %zu; objects %zu, then %zu\n", before.descriptors, after.descriptors,
+    std::printf("descriptors %td, then %td; objects %zu, then %zu\n", before.descriptors, after.descriptors,
                 before.objects, after.objects);
     EXPECT_LE(after.descriptors, before.descriptors);
     EXPECT_LE(after.objects, before.objects + 100) << "not even one for each page";
