@@ -18,14 +18,11 @@ constexpr QRgb kRed = 0xffff0000;
 constexpr QRgb kBlue = 0xff0000ff;
 constexpr QRgb kGrey = 0xff7f7f7f; ///< half of black on white
 
-UIColorRef color(double red, double green, double blue) {
-    return UIColor::colorWithRed(red, green, blue, 1);
-}
 UIColorRef red() {
-    return color(1, 0, 0);
+    return UIColor::colorWithRed(1, 0, 0, 1);
 }
 UIColorRef blue() {
-    return color(0, 0, 1);
+    return UIColor::colorWithRed(0, 0, 1, 1);
 }
 
 ViewSnapshot view(const CGRect& frame, CALayer layer = {}) {
@@ -48,6 +45,25 @@ QImage painted(const ViewSnapshot& view, double scale = 1, QSize size = {40, 40}
                                std::abs(qBlue(one) - qBlue(other))});
     if (most <= 1) return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << std::hex << one << " is not " << other;
+}
+
+/// What a picture has at a place.
+struct Pixel {
+    int x;
+    int y;
+    QRgb color;
+};
+
+void expectPixels(const QImage& image, const std::vector<Pixel>& pixels) {
+    for (const auto& [x, y, color] : pixels)
+        EXPECT_EQ(image.pixel(x, y), color) << x << ", " << y;
+}
+
+/// Whether the upper edge on the left of a view at (10, 10) goes through colours between black and white.
+bool isSmooth(const QImage& image) {
+    for (int x = 10; x < 20; ++x)
+        if (image.pixel(x, 12) != kWhite && image.pixel(x, 12) != kBlack) return true;
+    return false;
 }
 
 Data png(const QImage& image) {
@@ -89,10 +105,7 @@ TEST(ViewPainter, PaintsSubviewsInTheirParentsCoordinatesAndBeyondItsBounds) {
     ViewSnapshot parent = view({{10, 10}, {10, 10}}, {.backgroundColor = red()});
     parent.subviews = {view({{5, 5}, {10, 2}}, {.backgroundColor = blue()})};
     const QImage image = painted(parent);
-    EXPECT_EQ(image.pixel(15, 15), kBlue);
-    EXPECT_EQ(image.pixel(24, 16), kBlue);
-    EXPECT_EQ(image.pixel(25, 16), kWhite);
-    EXPECT_EQ(image.pixel(14, 15), kRed);
+    expectPixels(image, {{15, 15, kBlue}, {24, 16, kBlue}, {25, 16, kWhite}, {14, 15, kRed}});
 }
 
 TEST(ViewPainter, LeavesNoSeamBetweenViewsThatAdjoinWithinAPixel) {
@@ -116,8 +129,7 @@ TEST(ViewPainter, PaintsTheBorderWithinTheBoundsAndAboveTheSubviews) {
         EXPECT_EQ(image.pixel(10 + at, 15), expected) << at;
         EXPECT_EQ(image.pixel(15, 10 + at), expected) << at;
     }
-    EXPECT_EQ(image.pixel(9, 15), kWhite);
-    EXPECT_EQ(image.pixel(20, 15), kWhite);
+    expectPixels(image, {{9, 15, kWhite}, {20, 15, kWhite}});
 }
 
 TEST(ViewPainter, PaintsABorderOfHalfAPointAsAWholePixelOrAsHalfTheColour) {
@@ -127,28 +139,20 @@ TEST(ViewPainter, PaintsABorderOfHalfAPointAsAWholePixelOrAsHalfTheColour) {
     EXPECT_TRUE(isNearly(once.pixel(15, 19), kGrey));
     EXPECT_EQ(once.pixel(11, 15), kWhite);
     const QImage twice = painted(framed, 2);
-    EXPECT_EQ(twice.pixel(20, 30), kBlack);
-    EXPECT_EQ(twice.pixel(39, 30), kBlack);
-    EXPECT_EQ(twice.pixel(21, 30), kWhite);
+    expectPixels(twice, {{20, 30, kBlack}, {39, 30, kBlack}, {21, 30, kWhite}});
 }
 
 TEST(ViewPainter, RoundsTheCornersSmoothly) {
     const QImage image =
         painted(view({{10, 10}, {20, 20}}, {.backgroundColor = UIColor::blackColor(), .cornerRadius = 10}));
-    EXPECT_EQ(image.pixel(10, 10), kWhite);
-    EXPECT_EQ(image.pixel(20, 20), kBlack);
-    EXPECT_EQ(image.pixel(11, 20), kBlack);
-    bool smooth = false;
-    for (int x = 10; x < 20; ++x)
-        smooth |= image.pixel(x, 12) != kWhite && image.pixel(x, 12) != kBlack;
-    EXPECT_TRUE(smooth);
+    expectPixels(image, {{10, 10, kWhite}, {20, 20, kBlack}, {11, 20, kBlack}});
+    EXPECT_TRUE(isSmooth(image));
 }
 
 TEST(ViewPainter, TakesNoMoreOfACornerThanHalfTheSide) {
     const QImage image =
         painted(view({{10, 10}, {20, 4}}, {.backgroundColor = UIColor::blackColor(), .cornerRadius = 100}));
-    EXPECT_EQ(image.pixel(20, 10), kBlack);
-    EXPECT_EQ(image.pixel(20, 13), kBlack);
+    expectPixels(image, {{20, 10, kBlack}, {20, 13, kBlack}});
 }
 
 TEST(ViewPainter, CutsOffContentAtTheRoundedRectangleOnlyWhenAskedTo) {
@@ -156,13 +160,8 @@ TEST(ViewPainter, CutsOffContentAtTheRoundedRectangleOnlyWhenAskedTo) {
         view({{10, 10}, {20, 20}}, {.backgroundColor = nullptr, .cornerRadius = 10, .masksToBounds = true});
     clip.subviews = {view({{-5, -5}, {40, 40}}, {.backgroundColor = UIColor::blackColor()})};
     const QImage cut = painted(clip);
-    EXPECT_EQ(cut.pixel(10, 10), kWhite);
-    EXPECT_EQ(cut.pixel(9, 20), kWhite);
-    EXPECT_EQ(cut.pixel(20, 20), kBlack);
-    bool smooth = false;
-    for (int x = 10; x < 20; ++x)
-        smooth |= cut.pixel(x, 12) != kWhite && cut.pixel(x, 12) != kBlack;
-    EXPECT_TRUE(smooth);
+    expectPixels(cut, {{10, 10, kWhite}, {9, 20, kWhite}, {20, 20, kBlack}});
+    EXPECT_TRUE(isSmooth(cut));
     clip.layer.masksToBounds = false;
     EXPECT_EQ(painted(clip).pixel(9, 20), kBlack);
 }
@@ -178,10 +177,7 @@ TEST(ViewPainter, StretchesAnImageOverTheBounds) {
     ViewSnapshot picture = view({{10, 10}, {20, 10}});
     picture.image = std::make_shared<const UIImage>(CGSize{2, 1}, png(row({kRed, kBlue})), Data{});
     const QImage image = painted(picture);
-    EXPECT_EQ(image.pixel(10, 10), kRed);
-    EXPECT_EQ(image.pixel(29, 19), kBlue);
-    EXPECT_EQ(image.pixel(9, 15), kWhite);
-    EXPECT_EQ(image.pixel(30, 15), kWhite);
+    expectPixels(image, {{10, 10, kRed}, {29, 19, kBlue}, {9, 15, kWhite}, {30, 15, kWhite}});
 }
 
 TEST(ViewPainter, TakesTheResolutionThatTheScreenHas) {
@@ -206,31 +202,23 @@ TEST(ViewPainter, RunsAGradientFromOneEndToTheOtherAlikeInEveryRow) {
         for (int y = 10; y < 15; ++y)
             EXPECT_TRUE(isNearly(image.pixel(10 + x, y), qRgb(expected, 0, 0))) << x << ", " << y;
     }
-    EXPECT_EQ(image.pixel(9, 12), kWhite);
-    EXPECT_EQ(image.pixel(30, 12), kWhite);
-    EXPECT_EQ(image.pixel(20, 15), kWhite);
+    expectPixels(image, {{9, 12, kWhite}, {30, 12, kWhite}, {20, 15, kWhite}});
 }
 
 TEST(ViewPainter, GoesOnBeyondTheEndsOfAGradientOnlyWhenAskedTo) {
-    const auto columns = [](unsigned options) {
+    for (unsigned options = 0; options < 4; ++options) {
+        SCOPED_TRACE(options);
         ViewSnapshot bar = view({{0, 0}, {40, 5}});
         bar.drawing = drawing({40, 5}, {redToBlack({10, 0}, {30, 0}, options)});
-        const QImage image = painted(bar);
-        return std::vector<QRgb>{image.pixel(9, 2), image.pixel(30, 2)};
-    };
-    EXPECT_EQ(columns(0), (std::vector<QRgb>{kWhite, kWhite}));
-    EXPECT_EQ(columns(1), (std::vector<QRgb>{kRed, kWhite}));
-    EXPECT_EQ(columns(2), (std::vector<QRgb>{kWhite, kBlack}));
-    EXPECT_EQ(columns(3), (std::vector<QRgb>{kRed, kBlack}));
+        expectPixels(painted(bar), {{9, 2, options & 1 ? kRed : kWhite}, {30, 2, options & 2 ? kBlack : kWhite}});
+    }
 }
 
 TEST(ViewPainter, StretchesADrawingFromTheSizeItWasDrawnIn) {
     ViewSnapshot bar = view({{0, 0}, {40, 10}});
     bar.drawing = drawing({20, 5}, {CGDrawing::Clip{{{0, 0}, {10, 5}}}, redToBlack({0, 0}, {0.001, 0}, 3)});
     const QImage image = painted(bar);
-    EXPECT_EQ(image.pixel(19, 9), kBlack);
-    EXPECT_EQ(image.pixel(20, 9), kWhite);
-    EXPECT_EQ(image.pixel(19, 10), kWhite);
+    expectPixels(image, {{19, 9, kBlack}, {20, 9, kWhite}, {19, 10, kWhite}});
 }
 
 TEST(ViewPainter, RestoresOnlyWhatTheDrawingHasSaved) {
