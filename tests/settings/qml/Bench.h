@@ -26,7 +26,7 @@ class Bench : public QObject {
     Q_PROPERTY(QVariantList compositions READ compositions)
     /// Asked for cells, it brings none until `takeAll()`.
     Q_PROPERTY(bool busy MEMBER busy_)
-    /// A tap on a row of the table means something, and no row can be moved. Until the next page.
+    /// A tap on a row of the table means something, and no row can be moved.
     Q_PROPERTY(bool selectable MEMBER selectable_)
     /// Of the table, from its next snapshot on: its style, the selected row of its only section (-1 for none), and how
     /// the last one was deselected.
@@ -40,15 +40,16 @@ class Bench : public QObject {
     /// Fonts that titles can be drawn in are in that folder.
     explicit Bench(QString fonts, QObject* parent) : QObject(parent), fonts_(std::move(fonts)) {}
 
+    /// The next table is an ordinary one again.
+    Q_INVOKABLE void reset();
     /// Rows as maps of "cell", "name", "identifier", "value", "footerText", "placeholder", "min", "max", "showValue",
     /// "valueTitle", "marked", "icon" (a colour).
     Q_INVOKABLE settings::PageModel* page(const QVariantList& rows);
     /// A newer snapshot of the last page, with these rows.
     Q_INVOKABLE void show(const QVariantList& rows);
-    /// A page with a table: sections as maps of "header", "footer" and either "rows", maps of "title", "identifier",
-    /// "icon", "marked", "fixed", "editingStyle", "indented", "font" (a file, or one and a number, as "a.ttc#1"), or
-    /// "count", to which "fonts" may say that row 7 has the font "many0007.ttf". The table fills 390 × 700 points, and
-    /// cells are made as it asks for them.
+    /// A page with a table: sections as maps of "header", "footer" and "rows", maps of "title", "identifier", "icon",
+    /// "marked", "fixed", "editingStyle", "indented", "font" (a file, or one and a number, as "a.ttc#1"). The table
+    /// fills 390 × 700 points, and cells are made as it asks for them.
     Q_INVOKABLE settings::PageModel* tablePage(const QVariantList& sections);
     /// A newer snapshot of the last page, with these sections.
     Q_INVOKABLE void showTable(const QVariantList& sections);
@@ -108,14 +109,11 @@ class Bench : public QObject {
             if (std::holds_alternative<Kind>(event)) all << written(event);
         return all;
     }
-    std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantList& rows);
     std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;
-    static std::shared_ptr<const settings::PageSnapshot> viewSnapshot(const QVariantMap& view);
     [[nodiscard]] settings::CellSnapshot toCell(const QVariantMap& map) const;
-    [[nodiscard]] settings::CellSnapshot toCell(int number, bool inItsFont) const;
     void setSections(const QVariantList& sections);
     [[nodiscard]] platform::UIFontRef fontIn(const QString& file) const;
-    void setPage(std::shared_ptr<const settings::PageSnapshot> page);
+    settings::PageModel* open(std::shared_ptr<const settings::PageSnapshot> page);
 
     settings::PageModel* page_ = nullptr;
     std::vector<settings::Event> events_; ///< since the last page was made

@@ -8,12 +8,13 @@ TestCase {
 
     when: windowShown
 
-    function useUsualTheme() {
+    function beginAsUsual() {
         Theme.animated = false;
         Theme.dark = false;
         Theme.textSize = 100;
+        bench.reset();
     }
-    function init() { useUsualTheme() }
+    function init() { beginAsUsual() }
 
     // Everything in an item for which that is true, from the outside to the inside.
     function all(item, matches) {

@@ -2,26 +2,14 @@ import QtQuick
 import Lumora
 
 // What tests of a page with a table share.
-DrawnCase {
-    required property PageStage stage
-
-    host: stage.host
-
+PageCase {
     readonly property var letters: [
-        { header: "Enabled", footer: " ", rows: [{ title: "A", identifier: "a" }, { title: "B", identifier: "b" },
-                                                 { title: "C", identifier: "c" }] },
-        { header: "Disabled", footer: "Drag them.", rows: [{ title: "X", identifier: "x" }, { title: "Y", identifier: "y" }] },
+        { header: "Enabled", footer: " ", rows: [{ title: "A" }, { title: "B" }, { title: "C" }] },
+        { header: "Disabled", footer: "Drag them.", rows: [{ title: "X" }, { title: "Y" }] },
     ]
 
-    function cleanup() {
-        stage.shownPage = null;
-        host.enabled = true;
-        bench.plain = false;
-    }
     function open(sections) {
-        stage.shownPage = null;
-        stage.shownPage = bench.tablePage(sections);
-        verify(waitForRendering(host.item));
+        openPage(() => bench.tablePage(sections));
         tryVerify(() => bench.viewports.length > 0);
         tryVerify(() => rows().every(row => row.spokenName.length > 0));
     }
@@ -33,7 +21,8 @@ DrawnCase {
         stage.before.forceActiveFocus(Qt.OtherFocusReason);
         keyClick(Qt.Key_Tab);
     }
-    function many(count) { return [{ header: "Enabled", count: count }] }
+    function numbered(count) { return Array.from({ length: count }, (_, i) => ({ title: "Row " + i })) }
+    function many(count) { return [{ header: "Enabled", rows: numbered(count) }] }
     function overlay() { return find(host.item, item => item instanceof LiftedRow) }
     function focusedRow() { return rows().find(item => item.activeFocus)?.title }
     function ringed() { return rows().filter(item => item.focused).map(item => item.title) }

@@ -50,14 +50,17 @@ PageStage {
             compare(focusedRow(), data.title);
             compare(ringed(), []);
         }
-        function test_movesARowIntoAnEmptySectionAndOutOfOne() {
+        function test_movesARowIntoAnEmptySectionAndOutOfOneAndMakesRoomWhereItWillStand() {
             open([{ header: "Enabled", footer: " " }, { header: "Disabled", rows: [{ title: "X" }, { title: "Y" }] }]);
             let hand = lift("Y");
             carry(hand, 60);
             compare(drawn(), "|_|X");
+            const during = places();
             letGo(hand);
             compare(bench.moves, [[1, 1, 0, 0]]);
+            compare(places(), during);
             bench.takeAll();
+            compare(places(), during);
             hand = lift("X");
             carry(hand, 60);
             letGo(hand);
@@ -104,16 +107,17 @@ PageStage {
             keyClick(Qt.Key_Escape);
             compare(root.escapes, 1);
         }
-        function test_putsTheRowBackWhenThePageIsCovered_data() {
-            return [{ tag: "waiting", property: "enabled" }, { tag: "covered", property: "visible" }];
+        function test_putsTheRowBackWhenThePageIsCoveredOrAsksForThat_data() {
+            return [{ tag: "waiting", begin: page => page.enabled = false }, { tag: "covered", begin: page => page.visible = false },
+                    { tag: "asking", begin: page => page.putBack() }];
         }
-        function test_putsTheRowBackWhenThePageIsCovered(data) {
+        function test_putsTheRowBackWhenThePageIsCoveredOrAsksForThat(data) {
             open(letters);
             const hand = lift("A", 80);
-            host.item[data.property] = false;
+            data.begin(host.item);
             verify(!overlay().inHand);
             letGo(hand);
-            host.item[data.property] = true;
+            host.item.enabled = host.item.visible = true;
             compare(bench.moves, []);
             compare(drawn(), "|ABC|XY");
         }
@@ -150,7 +154,7 @@ PageStage {
             compare(drawn(), "|ABC|XY", "the page has thought better of it");
         }
         function test_scrollsAtTheEdgesWhileARowIsInTheHand() {
-            open([{ header: "Enabled", count: 200 }, { header: "Disabled", count: 2 }]);
+            open([{ header: "Enabled", rows: numbered(200) }, { header: "Disabled", rows: numbered(2) }]);
             const hand = lift("Row 5");
             carry(hand, 650);
             tryVerify(() => scroller().contentY > 20);
@@ -198,16 +202,6 @@ PageStage {
             mouseMove(host.item, 340, 350);
             mouseRelease(host.item, 340, 350);
         }
-        function test_makesRoomWhereTheRowWillStand() {
-            open([{ header: "Enabled", footer: " " }, { header: "Disabled", rows: [{ title: "X" }, { title: "Y" }] }]);
-            const hand = lift("Y");
-            carry(hand, 60);
-            const during = places();
-            letGo(hand);
-            compare(places(), during);
-            bench.takeAll();
-            compare(places(), during);
-        }
         function test_endsALandingForTheNextHandOrKey_data() {
             return [{ tag: "key" }, { tag: "hand" }];
         }
@@ -251,14 +245,6 @@ PageStage {
             compare(focusedRow(), "B");
             compare(ringed(), []);
             letGo(hand);
-        }
-        function test_putsTheRowBackForThePage() {
-            open(letters);
-            const hand = lift("A", 80);
-            host.item.putBack();
-            letGo(hand);
-            compare(bench.moves, []);
-            compare(drawn(), "|ABC|XY");
         }
     }
 }

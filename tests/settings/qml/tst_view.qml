@@ -6,19 +6,11 @@ import Lumora
 PageStage {
     id: root
 
-    DrawnCase {
+    PageCase {
         name: "View"
-        host: root.host
+        stage: root
 
-        function cleanup() {
-            root.shownPage = null;
-            host.enabled = true;
-        }
-        function open(view) {
-            root.shownPage = null;
-            root.shownPage = bench.viewPage(view);
-            verify(waitForRendering(host.item));
-        }
+        function open(view) { openPage(() => bench.viewPage(view)) }
         function colorView(hue, saturation, brightness) {
             return {
                 color: "#ebebf1",
@@ -46,12 +38,6 @@ PageStage {
             compare([ended[0], ended[2], ended[3]], [began[0], began[2], began[3]]);
             return [Math.round(1000 * ended[2]) / 1000, Math.round(1000 * ended[3]) / 1000];
         }
-        function scroller() { return find(host.item, item => item.scrollTo !== undefined) }
-        function shownText() { return find(host.item, item => item.selectByMouse !== undefined) }
-        function textView(text, id, selectable) {
-            return { color: "#ffffff", text: { id: id ?? 1, frame: Qt.rect(10, 20, 370, 600), text: text, selectable: selectable ?? false } };
-        }
-        readonly property string manyLines: Array.from({ length: 300 }, (_, i) => "Line " + i).join("\n")
 
         // -- what is drawn --
 
@@ -113,20 +99,18 @@ PageStage {
         function test_handsOnTheFingersOfOneEventTogether() {
             open(colorView(0, 0, 1));
             const fingers = touchEvent(host.item);
-            // At once, although no picture has been drawn since.
-            const commit = count => { fingers.commit(); compare(bench.touches.length, count); };
-            fingers.press(1, host.item, 30, 40).press(0, host.item, 100, 510);
-            commit(1);
-            fingers.move(1, host.item, 32, 42).move(0, host.item, 104, 512);
-            commit(2);
-            fingers.move(0, host.item, 108, 512).stationary(1);
-            commit(3);
-            fingers.release(0, host.item, 108, 512).stationary(1);
-            commit(4);
-            fingers.move(1, host.item, 36, 46);
-            commit(5);
-            fingers.release(1, host.item, 36, 46);
-            commit(6);
+            const events = [
+                () => fingers.press(1, host.item, 30, 40).press(0, host.item, 100, 510),
+                () => fingers.move(1, host.item, 32, 42).move(0, host.item, 104, 512),
+                () => fingers.move(0, host.item, 108, 512).stationary(1),
+                () => fingers.release(0, host.item, 108, 512).stationary(1),
+                () => fingers.move(1, host.item, 36, 46),
+                () => fingers.release(1, host.item, 36, 46),
+            ];
+            events.forEach((event, i) => {
+                event().commit();
+                compare(bench.touches.length, i + 1, "at once, although no picture has been drawn since");
+            });
             const told = bench.touches.map(event => event.map(touch => touch.slice(1)));
             compare(told[0].length, 2);
             compare(told[0].slice().sort(), [["began", 100, 510], ["began", 30, 40]]);
@@ -171,8 +155,7 @@ PageStage {
         }
 
         function test_leavesATableItsOwnInput() {
-            root.shownPage = bench.tablePage([{ header: "Header", rows: [{ title: "A" }, { title: "B" }] }]);
-            verify(waitForRendering(host.item));
+            openPage(() => bench.tablePage([{ header: "Header", rows: [{ title: "A" }, { title: "B" }] }]));
             for (const y of [10, 70, 110, 600])
                 mouseClick(host.item, 60, y);
             touchEvent(host.item).press(0, host.item, 60, 70).commit().release(0, host.item, 60, 70).commit();
@@ -235,36 +218,16 @@ PageStage {
             compare(touched(), data.at);
             compare(bench.touches.length, 2);
         }
-        function test_movesAMarkToEveryEdgeAndNotBeyond_data() {
-            return [
-                { tag: "left", key: Qt.Key_Left, at: [20, 295] }, { tag: "right", key: Qt.Key_Right, at: [369.5, 295] },
-                { tag: "top", key: Qt.Key_Up, at: [195, 95] }, { tag: "bottom", key: Qt.Key_Down, at: [195, 494.5] },
-            ];
-        }
-        function test_movesAMarkToEveryEdgeAndNotBeyond(data) {
-            open(colorView(0.5, 0.5, 0.5));
-            focusOn("Colour");
-            for (let i = 0; i < 7; ++i)
-                keyClick(data.key, Qt.ShiftModifier);
-            compare(touched(), data.at);
-            const before = bench.touches.length;
-            keyClick(data.key);
-            compare(bench.touches.length, before);
-        }
         function test_movesAMarkAlongItsOneAxisOnly() {
             open(colorView(0.5, 0.5, 0.5));
             focusOn("Brightness");
             keyClick(Qt.Key_Up);
             keyClick(Qt.Key_Down);
             compare(bench.touches, []);
-            keyClick(Qt.Key_Right);
-            compare(touched(), [198.5, 515]);
-            keyClick(Qt.Key_PageDown);
-            compare(touched(), [233.5, 515]);
-            keyClick(Qt.Key_End);
-            compare(touched(), [369.5, 515]);
-            keyClick(Qt.Key_Home);
-            compare(touched(), [20, 515]);
+            for (const [key, x] of [[Qt.Key_Right, 198.5], [Qt.Key_PageDown, 233.5], [Qt.Key_End, 369.5], [Qt.Key_Home, 20]]) {
+                keyClick(key);
+                compare(touched(), [x, 515]);
+            }
         }
         function test_keepsTheFocusWhileTheValuesChange() {
             open(colorView(0.5, 0.5, 0.5));
@@ -300,18 +263,6 @@ PageStage {
             compare(ringed(), ["Second"]);
             data.touch(5, 5);
             compare(ringed(), ["Second"], "nothing is there that would take it");
-        }
-        function test_comesBackToTheQuantityThatWasMovedLast() {
-            open(colorView(0.5, 0.5, 0.5));
-            focusOn("Colour");
-            keyClick(Qt.Key_Down);
-            keyClick(Qt.Key_Tab);
-            compare(focusedElement(), "Brightness");
-            keyClick(Qt.Key_Backtab);
-            compare(focusedElement(), "Colour");
-            compare(focusedSliders(), ["Saturation"]);
-            keyClick(Qt.Key_Backtab);
-            verify(root.before.activeFocus);
         }
 
         // -- assistive tools --
@@ -351,19 +302,16 @@ PageStage {
             compare(touched(), [198.5, 291]);
             compare(bench.touches.length, 4);
         }
-        function test_tellsOfTheFocusOnTheQuantityThatIsMoved() {
+        function test_tellsOfTheFocusOnTheQuantityThatIsMovedAndComesBackToIt() {
             open(colorView(0.5, 0.5, 0.5));
             root.before.forceActiveFocus(Qt.OtherFocusReason);
-            keyClick(Qt.Key_Tab);
-            compare(focusedSliders(), ["Hue"]);
-            keyClick(Qt.Key_Down);
-            compare(focusedSliders(), ["Saturation"]);
-            keyClick(Qt.Key_Right);
-            compare(focusedSliders(), ["Hue"]);
-            keyClick(Qt.Key_Tab);
-            compare(focusedSliders(), ["Brightness"]);
+            for (const [key, slider] of [[Qt.Key_Tab, "Hue"], [Qt.Key_Down, "Saturation"], [Qt.Key_Right, "Hue"],
+                                         [Qt.Key_Up, "Saturation"], [Qt.Key_Tab, "Brightness"], [Qt.Key_Backtab, "Saturation"]]) {
+                keyClick(key);
+                compare(focusedSliders(), [slider]);
+            }
             keyClick(Qt.Key_Backtab);
-            compare(focusedSliders(), ["Hue"]);
+            verify(root.before.activeFocus);
         }
         function test_setsAQuantityByAssistiveTool() {
             open(colorView(0.5, 0.5, 0.5));
@@ -379,139 +327,6 @@ PageStage {
             fuzzyCompare(spokenOf(Accessible.Slider, "Saturation").number, 0.5 / 400, 1e-9);
             bench.takeAll();
             compare(spokenOf(Accessible.Slider, "Hue").number, 0.5, "the view has not moved its mark");
-        }
-
-        // -- texts --
-
-        function test_showsATextInItsFrameFromTheTop() {
-            open(textView(manyLines));
-            compare([scroller().width, scroller().height], [370, 600]);
-            compare(scroller().mapToItem(host.item, 0, 0), Qt.point(10, 20));
-            compare(scroller().contentY, 0);
-            compare(shownText().font.pixelSize, 15);
-            compare(shownText().font.family, Application.font.family);
-            verify(shownText().readOnly);
-        }
-        function test_showsTheEndOfATextInAWindowLowerThanTheView() {
-            open(textView(manyLines));
-            host.anchors.fill = null;
-            host.height = 300;
-            compare(scroller().height, 280);
-            host.item.forceActiveFocus();
-            keyClick(Qt.Key_End);
-            compare(scroller().contentY, scroller().contentHeight - 280);
-            host.height = 10;
-            compare(scroller().height, 0);
-            host.anchors.fill = root;
-            compare(scroller().height, 600);
-        }
-        function test_laysOutOnlyWhatIsSeenOfALongTextAndTellsAllOfIt() {
-            const whole = Array.from({ length: 20000 }, (_, i) => "Line " + i).join("\n");
-            open(textView(whole));
-            host.item.forceActiveFocus();
-            const pieces = () => all(host.item, item => item.selectByMouse !== undefined);
-            const at = (piece, y) => piece.mapToItem(scroller(), 0, y).y;
-            verify(pieces().some(piece => piece.text.startsWith("Line 0\nLine 1\n") && at(piece, 0) === 0));
-            verify(pieces().length < 10);
-            const told = spoken(control => control.name.startsWith("Line"));
-            compare(told.map(control => control.role), [Accessible.StaticText]);
-            compare(told[0].name, whole);
-            keyClick(Qt.Key_End);
-            tryVerify(() => pieces().some(piece => piece.text.endsWith("\nLine 19999") && at(piece, piece.height) === 600));
-            verify(pieces().length < 10);
-            for (let i = 0; i < 30; ++i)
-                keyClick(Qt.Key_PageUp);
-            // Nothing is left out between two pieces, and nothing shown twice.
-            const seen = pieces().filter(piece => at(piece, piece.height) > 0 && at(piece, 0) < 600).sort((one, other) => one.y - other.y);
-            verify(seen.length > 0);
-            verify(whole.includes(seen.map(piece => piece.text).join("\n")));
-            for (let i = 1; i < seen.length; ++i)
-                compare(seen[i].y, seen[i - 1].y + seen[i - 1].height);
-            keyClick(Qt.Key_Home);
-            tryVerify(() => pieces().some(piece => piece.text.startsWith("Line 0\n") && at(piece, 0) === 0));
-            bench.showView(textView("Short", 2));
-            tryVerify(() => pieces().length === 1 && pieces()[0].text === "Short" && at(pieces()[0], 0) === 0);
-        }
-        function test_showsMarkupAsItIsWritten() {
-            open(textView("<b>Bold</b> & plain"));
-            compare(shownText().getText(0, 100), "<b>Bold</b> & plain");
-        }
-        function test_breaksLongLines() {
-            open(textView("word ".repeat(400)));
-            verify(shownText().lineCount > 10);
-            compare(scroller().contentWidth, 370);
-        }
-        function test_scrollsATextByKeys() {
-            open(textView(manyLines));
-            host.item.forceActiveFocus();
-            const end = scroller().contentHeight - 600;
-            keyClick(Qt.Key_Down);
-            verify(scroller().contentY > 20);
-            keyClick(Qt.Key_Up);
-            compare(scroller().contentY, 0);
-            keyClick(Qt.Key_Up);
-            compare(scroller().contentY, 0);
-            keyClick(Qt.Key_PageDown);
-            verify(scroller().contentY > 400);
-            verify(scroller().contentY < 600);
-            keyClick(Qt.Key_PageUp);
-            compare(scroller().contentY, 0);
-            keyClick(Qt.Key_End);
-            compare(scroller().contentY, end);
-            keyClick(Qt.Key_PageDown);
-            compare(scroller().contentY, end);
-            keyClick(Qt.Key_Home);
-            compare(scroller().contentY, 0);
-        }
-        function test_scrollsATextByWheelAndFinger() {
-            open(textView(manyLines));
-            mouseWheel(scroller(), 100, 100, 0, -120);
-            tryVerify(() => scroller().contentY > 0);
-            keyClick(Qt.Key_Home);
-            const finger = touchEvent(host.item);
-            finger.press(0, host.item, 100, 500).commit();
-            for (let y = 480; y >= 300; y -= 20)
-                finger.move(0, host.item, 100, y).commit();
-            finger.release(0, host.item, 100, 300).commit();
-            tryVerify(() => scroller().contentY > 50);
-            compare(bench.touches, [], "the text has its own use for the finger");
-        }
-        function test_doesNotScrollAShortText() {
-            open(textView("Short"));
-            host.item.forceActiveFocus();
-            keyClick(Qt.Key_End);
-            keyClick(Qt.Key_PageDown);
-            compare(scroller().contentY, 0);
-        }
-        function test_keepsItsPlaceWhileItIsTheSameText() {
-            open(textView(manyLines));
-            host.item.forceActiveFocus();
-            keyClick(Qt.Key_PageDown);
-            const place = scroller().contentY;
-            bench.showView(textView(manyLines + "\nOne more"));
-            compare(scroller().contentY, place);
-            bench.showView(textView(manyLines, 2));
-            compare(scroller().contentY, 0);
-        }
-        function test_cannotBeEditedAndIsSelectedOnlyWhenItMayBe() {
-            open(textView(manyLines));
-            host.item.forceActiveFocus();
-            keyClick(Qt.Key_X);
-            compare(shownText().text, manyLines);
-            keySequence(StandardKey.SelectAll);
-            compare(shownText().selectedText.length, 0);
-            mouseDoubleClickSequence(host.item, 40, 60);
-            compare(shownText().selectedText, "");
-            bench.showView(textView(manyLines, 1, true));
-            mouseDoubleClickSequence(host.item, 30, 40);
-            compare(shownText().selectedText, "Line");
-        }
-        function test_tellsAssistiveToolsWhatTheTextSays() {
-            open(textView("One\nTwo"));
-            const told = spokenAs("One\nTwo");
-            verify(told);
-            compare(told.role, Accessible.StaticText);
-            compare(spoken(control => control.name === ""), [], "nothing is told of the scroll bar");
         }
     }
 }
