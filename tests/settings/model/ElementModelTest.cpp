@@ -10,6 +10,7 @@
 #include <atomic>
 #include <chrono>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace {
@@ -78,37 +79,29 @@ TEST(ElementModel, TouchesWhereTheMarkComesToStand) {
 }
 
 TEST(ElementModel, StaysWithinTheFrameAtEveryEdge) {
-    Hand hand;
-    ElementModel element(hand.send, field(0.5, 0.5), nullptr);
-    element.move(1, 0);
-    EXPECT_DOUBLE_EQ(hand.place().x, 369.5);
-    element.move(-1, 0);
-    EXPECT_DOUBLE_EQ(hand.place().x, 20);
-    element.move(0, 1);
-    EXPECT_DOUBLE_EQ(hand.place().y, 594.5);
-    element.move(0, -1);
-    EXPECT_DOUBLE_EQ(hand.place().y, 95);
-    for (const Event& event : hand.events)
-        EXPECT_TRUE(CGRectContainsPoint(field(0, 0).frame, std::get<Touched>(event).points.at(0).location));
+    for (const auto& [across, down, place] : {std::tuple(1.0, 0.0, CGPoint{369.5, 345}),
+                                              {-1.0, 0.0, {20, 345}},
+                                              {0.0, 1.0, {195, 594.5}},
+                                              {0.0, -1.0, {195, 95}}}) {
+        Hand hand;
+        ElementModel element(hand.send, field(0.5, 0.5), nullptr);
+        element.move(across, down);
+        EXPECT_DOUBLE_EQ(hand.place().x, place.x);
+        EXPECT_DOUBLE_EQ(hand.place().y, place.y);
+        EXPECT_TRUE(CGRectContainsPoint(field(0, 0).frame, hand.place()));
+        element.move(across / 100, down / 100);
+        EXPECT_EQ(hand.events.size(), 2u) << "it cannot go on";
+    }
 }
 
-TEST(ElementModel, TouchesNothingWhenTheMarkCannotGoOn) {
+TEST(ElementModel, TouchesNothingAtAnEndThatATouchCannotReachAndTurnsBackFromThere) {
     Hand hand;
-    ElementModel element(hand.send, field(0, 1), nullptr);
-    element.move(-0.01, 0);
-    element.move(0, -0.01);
-    ElementModel dark(hand.send, bar(0), nullptr); // nearer to the end than a touch comes
+    ElementModel dark(hand.send, bar(0), nullptr);
     dark.move(0.01, 0);
     axis(dark, 0).set(0);
     ElementModel black(hand.send, field(0, 0), nullptr);
-    black.move(-0.01, 0);
     black.move(0, 0.01);
     EXPECT_TRUE(hand.events.empty());
-}
-
-TEST(ElementModel, TurnsBackFromAnEndThatATouchCannotReach) {
-    Hand hand;
-    ElementModel dark(hand.send, bar(0), nullptr);
     dark.move(-0.01, 0);
     EXPECT_DOUBLE_EQ(hand.place().x, 20 + 0.99 * 350);
     EXPECT_NEAR(dark.valueOf(0), 0.01, 1e-12);
@@ -201,12 +194,15 @@ TEST(ElementsOfAPage, LiveOnWhileOnlyFramesAndValuesChange) {
     EXPECT_EQ(page.elements().size(), 1);
 }
 
+std::shared_ptr<const TextSnapshot> textOf(std::uint64_t id, const std::string& text) {
+    return std::make_shared<const TextSnapshot>(
+        TextSnapshot{id, {}, std::make_shared<const std::string>(text), UIFont::systemFontOfSize(15), false});
+}
+
 TEST(TextOfAPage, LivesOnWhileItIsTheSameText) {
-    const auto pageWith = [](std::uint64_t id, std::string text) {
+    const auto pageWith = [](std::uint64_t id, const std::string& text) {
         auto page = pageOf({});
-        page->text = std::make_shared<const TextSnapshot>(
-            TextSnapshot{id, CGRectMake(0, 0, 100, 100), std::make_shared<const std::string>(std::move(text)),
-                         UIFont::systemFontOfSize(15), false});
+        page->text = textOf(id, text);
         return page;
     };
     Hand hand;
@@ -226,9 +222,7 @@ TEST(TextOfAPage, LivesOnWhileItIsTheSameText) {
 TEST(TextOfAPage, ComesInPiecesThatAreNoneTooLongAndLoseNothing) {
     static constexpr qsizetype kLong = 8192;
     const auto pieces = [](const std::string& text) {
-        const auto snapshot = std::make_shared<const TextSnapshot>(
-            TextSnapshot{1, {}, std::make_shared<const std::string>(text), UIFont::systemFontOfSize(15), false});
-        const TextModel model(snapshot, nullptr);
+        const TextModel model(textOf(1, text), nullptr);
         QStringList all;
         for (int i = 0; i < model.pieceCount(); ++i) {
             all << model.piece(i);
@@ -245,16 +239,16 @@ TEST(TextOfAPage, ComesInPiecesThatAreNoneTooLongAndLoseNothing) {
         lines += QStringLiteral("Zeile %1: ä\n").arg(i);
     EXPECT_GT(pieces(lines.toStdString()).size(), 5);
     EXPECT_EQ(pieces(lines.toStdString()).join('\n'), lines);
-    EXPECT_EQ(pieces(QString(lines).replace("\n", "\r\n").toStdString()).join("\r\n"),
-              QString(lines).replace("\n", "\r\n"));
+    lines.replace("\n", "\r\n");
+    EXPECT_EQ(pieces(lines.toStdString()).join("\r\n"), lines);
 
     // Lines that are too long for a piece are broken at a space, else between two characters.
-    const QStringList words = pieces(QString("Wörter ").repeated(5000).toStdString());
-    EXPECT_EQ(words.join(""), QString("Wörter ").repeated(5000));
-    EXPECT_TRUE(
-        std::all_of(words.begin(), words.end(), [](const QString& piece) { return piece.endsWith("Wörter "); }));
-    for (const char* letter : {"ä", "–", "😀"})
-        EXPECT_EQ(pieces(QString(letter).repeated(9000).toStdString()).join(""), QString(letter).repeated(9000));
+    for (const char* part : {"Wörter ", "ä", "–", "😀"}) {
+        const QString text = QString(part).repeated(9000);
+        const QStringList broken = pieces(text.toStdString());
+        EXPECT_EQ(broken.join(""), text);
+        EXPECT_TRUE(std::ranges::all_of(broken, [&](const QString& piece) { return piece.endsWith(part); }));
+    }
 }
 
 TEST(DrawingLimit, IsToldOfOneThingThatTakesTooLongAndOfNothingElse) {
