@@ -55,18 +55,35 @@ bool isSeen(const QQuickItem& item) {
            (item.parentItem() && item.parentItem()->property("indicator").value<QQuickItem*>() == &item);
 }
 
+/// In the window.
+QRectF placeOf(const QQuickItem& item) {
+    return item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
+}
+
+double number(const QQuickItem& item, const char* name) {
+    return item.property(name).toDouble();
+}
+
+/// What the letters of a text have for themselves.
+QSizeF roomOf(const QQuickItem& text) {
+    return {text.width() - number(text, "leftPadding") - number(text, "rightPadding"),
+            text.height() - number(text, "topPadding") - number(text, "bottomPadding")};
+}
+
+QSizeF lettersOf(const QQuickItem& text) {
+    return {number(text, "contentWidth"), number(text, "contentHeight")};
+}
+
 /// Where the letters of a text stand, or all of another item, in the window.
 QRectF seenOf(const QQuickItem& item) {
-    if (!isText(item)) return item.mapRectToScene(QRectF(0, 0, item.width(), item.height()));
-    const auto number = [&](const char* name) { return item.property(name).toDouble(); };
-    const QSizeF size(number("contentWidth"), number("contentHeight"));
-    const double freeWidth = item.width() - number("leftPadding") - number("rightPadding") - size.width();
-    const double freeHeight = item.height() - number("topPadding") - number("bottomPadding") - size.height();
+    if (!isText(item)) return placeOf(item);
+    const QSizeF free = roomOf(item) - lettersOf(item);
     const int across = item.property("effectiveHorizontalAlignment").toInt();
     const int down = item.property("verticalAlignment").toInt();
-    const double x = across & Qt::AlignRight ? freeWidth : across & Qt::AlignHCenter ? freeWidth / 2 : 0;
-    const double y = down & Qt::AlignBottom ? freeHeight : down & Qt::AlignVCenter ? freeHeight / 2 : 0;
-    return item.mapRectToScene(QRectF({number("leftPadding") + x, number("topPadding") + y}, size));
+    const double x = across & Qt::AlignRight ? free.width() : across & Qt::AlignHCenter ? free.width() / 2 : 0;
+    const double y = down & Qt::AlignBottom ? free.height() : down & Qt::AlignVCenter ? free.height() / 2 : 0;
+    return item.mapRectToScene(
+        QRectF({number(item, "leftPadding") + x, number(item, "topPadding") + y}, lettersOf(item)));
 }
 
 bool contains(const QRectF& outer, const QRectF& inner) {
@@ -92,21 +109,18 @@ bool isSpokenInFull(const QQuickItem& item) {
 
 class Check {
   public:
-    explicit Check(const QQuickItem& root) : window_(root.mapRectToScene(QRectF(0, 0, root.width(), root.height()))) {
-        visit(root);
+    explicit Check(const QQuickItem& root) : root_(root), window_(placeOf(root)) {}
+    [[nodiscard]] std::vector<std::string> ofLayout() && {
+        visit(root_);
         findOverlaps();
+        return std::move(faults_);
     }
-    static std::vector<std::string> ofFocus(const QQuickItem& root) {
-        Check check;
-        check.window_ = root.mapRectToScene(QRectF(0, 0, root.width(), root.height()));
-        check.checkFocus(root);
-        return std::move(check.faults_);
+    [[nodiscard]] std::vector<std::string> ofFocus() && {
+        checkFocus();
+        return std::move(faults_);
     }
-    [[nodiscard]] std::vector<std::string> faults() && { return std::move(faults_); }
 
   private:
-    Check() = default;
-
     struct Seen {
         const QQuickItem* item;
         QRectF place;
@@ -122,13 +136,11 @@ class Check {
             checkPlace(item);
             seen_.push_back({&item, seenOf(item), around(item, "QQuickFlickable")});
         }
-        const QList<QQuickItem*> children = item.childItems();
-        for (const QQuickItem* child : children)
+        for (const QQuickItem* child : item.childItems())
             visit(*child);
     }
 
     void checkText(const QQuickItem& item) {
-        const auto number = [&](const char* name) { return item.property(name).toDouble(); };
         if (item.property("truncated").toBool()) {
             if (!around(item, "TableRow", "NavigationBar"))
                 complain(item, QStringLiteral("is cut off"));
@@ -136,12 +148,12 @@ class Check {
                 complain(item, QStringLiteral("is cut off, and no assistive tool is told the rest"));
             return;
         }
-        const double width = item.width() - number("leftPadding") - number("rightPadding");
-        const double height = item.height() - number("topPadding") - number("bottomPadding");
-        if (number("contentWidth") > width + kTolerance)
-            complain(item, QStringLiteral("is wider than its item, %1 > %2").arg(number("contentWidth")).arg(width));
-        if (number("contentHeight") > height + kTolerance)
-            complain(item, QStringLiteral("is higher than its item, %1 > %2").arg(number("contentHeight")).arg(height));
+        const QSizeF letters = lettersOf(item);
+        const QSizeF room = roomOf(item);
+        if (letters.width() > room.width() + kTolerance)
+            complain(item, QStringLiteral("is wider than its item, %1 > %2").arg(letters.width()).arg(room.width()));
+        if (letters.height() > room.height() + kTolerance)
+            complain(item, QStringLiteral("is higher than its item, %1 > %2").arg(letters.height()).arg(room.height()));
     }
 
     /// Within its row and everything else that clips, and within the window's sides.
@@ -150,26 +162,25 @@ class Check {
         if (place.left() < window_.left() - kTolerance || place.right() > window_.right() + kTolerance)
             complain(item, QStringLiteral("stands out of the window"));
         for (const QQuickItem* at = item.parentItem(); at; at = at->parentItem()) {
-            const bool scrolls = isA(*at, "QQuickFlickable");
-            if (scrolls) return;
+            if (isA(*at, "QQuickFlickable")) return; // what scrolls
             const bool holds = at->clip() || isA(*at, "QQuickControl") || isA(*at, "QQuickAbstractButton") ||
                                isA(*at, "TableRow") || isA(*at, "NavigationBar");
-            if (holds && !contains(at->mapRectToScene(QRectF(0, 0, at->width(), at->height())), place))
+            if (holds && !contains(placeOf(*at), place))
                 return complain(item, QStringLiteral("stands out of its ") +
                                           QString::fromLatin1(at->metaObject()->className()).section(u'_', 0, 0));
         }
     }
 
     /// All of what has the focus is in view, or a good part of what is higher than the view.
-    void checkFocus(const QQuickItem& root) {
-        const QQuickItem* item = root.window() ? root.window()->activeFocusItem() : nullptr;
-        if (!item || item == root.window()->contentItem()) return;
-        const QRectF place =
-            item->mapRectToScene(isA(*item, "QQuickTextEdit") ? item->property("cursorRectangle").toRectF()
-                                                              : QRectF(0, 0, item->width(), item->height()));
+    void checkFocus() {
+        const QQuickItem* item = root_.window() ? root_.window()->activeFocusItem() : nullptr;
+        if (!item || item == root_.window()->contentItem()) return;
+        const QRectF place = isA(*item, "QQuickTextEdit")
+                                 ? item->mapRectToScene(item->property("cursorRectangle").toRectF())
+                                 : placeOf(*item);
         QRectF view = window_;
         for (const QQuickItem* at = item->parentItem(); at; at = at->parentItem())
-            if (at->clip()) view &= at->mapRectToScene(QRectF(0, 0, at->width(), at->height()));
+            if (at->clip()) view &= placeOf(*at);
         const double inView = place.intersected(view).height();
         const bool fits = place.height() <= view.height();
         if (fits ? inView < place.height() - kTolerance : inView < view.height() / 2)
@@ -196,6 +207,7 @@ class Check {
         faults_.push_back((described(item) + QStringLiteral(" ") + what).toStdString());
     }
 
+    const QQuickItem& root_;
     QRectF window_;
     std::vector<Seen> seen_;
     std::vector<std::string> faults_;
@@ -204,11 +216,11 @@ class Check {
 } // namespace
 
 std::vector<std::string> layoutFaults(const QQuickItem& root) {
-    return Check(root).faults();
+    return Check(root).ofLayout();
 }
 
 std::vector<std::string> focusFaults(const QQuickItem& root) {
-    return Check::ofFocus(root);
+    return Check(root).ofFocus();
 }
 
 std::vector<TextSize> textSizes(const QQuickItem& root) {
@@ -219,8 +231,7 @@ std::vector<TextSize> textSizes(const QQuickItem& root) {
         const int pixels = root.property("fontInfo").value<QJSValue>().property(QStringLiteral("pixelSize")).toInt();
         sizes.push_back({&root, root.property("text").toString(), pixels});
     }
-    const QList<QQuickItem*> children = root.childItems();
-    for (const QQuickItem* child : children)
+    for (const QQuickItem* child : root.childItems())
         std::ranges::copy(textSizes(*child), std::back_inserter(sizes));
     return sizes;
 }

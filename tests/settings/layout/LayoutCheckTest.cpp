@@ -10,7 +10,7 @@
 
 #include <functional>
 #include <memory>
-#include <utility>
+#include <stdexcept>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -23,18 +23,17 @@ class LayoutCheck : public testing::Test {
   protected:
     static void SetUpTestSuite() { QAccessible::setActive(true); }
 
-    std::vector<std::string> faultsOf(const char* contents) {
+    std::unique_ptr<QQuickItem> made(const QByteArray& contents) {
         QQmlComponent component(&engine_);
-        component.setData("import QtQuick\nimport QtQuick.Templates as T\nItem { width: 200; height: 400\n" +
-                              QByteArray(contents) + "}",
-                          QUrl());
-        const std::unique_ptr<QObject> made(component.create());
-        auto* item = qobject_cast<QQuickItem*>(made.get());
-        if (!item) {
-            ADD_FAILURE() << component.errorString().toStdString();
-            return {};
-        }
+        component.setData(
+            "import QtQuick\nimport QtQuick.Templates as T\nItem { width: 200; height: 400\n" + contents + "}", QUrl());
+        std::unique_ptr<QQuickItem> item(qobject_cast<QQuickItem*>(component.create()));
+        if (!item) throw std::runtime_error(component.errorString().toStdString());
+        return item;
+    }
+    std::vector<std::string> faultsOf(const QByteArray& contents) {
         QQuickWindow window;
+        const auto item = made(contents);
         item->setParentItem(window.contentItem());
         return tests::layoutFaults(*item);
     }
@@ -98,28 +97,19 @@ TEST_F(LayoutCheck, LooksAtWhatIsScrolledOutOfViewAndNotAtWhatIsHidden) {
                 IsEmpty());
 }
 
-TEST_F(LayoutCheck, FindsATitleOfTheBarThatNobodyIsToldInFull) {
-    const char* bar = R"(component NavigationBar: Item { width: 200; height: 40
+TEST_F(LayoutCheck, FindsATitleOfTheBarThatNoAssistiveToolIsToldInFull) {
+    const QString bar = R"(component NavigationBar: Item { width: 200; height: 40
                              Text { width: 100; text: "words ".repeat(20); elide: Text.ElideRight
                                     Accessible.role: Accessible.Heading; Accessible.name: text; Accessible.ignored: %1 } }
                          NavigationBar {})";
-    const auto faults = [&](const char* ignored) {
-        return faultsOf(QString::fromUtf8(bar).arg(QLatin1String(ignored)).toUtf8().constData());
-    };
-    EXPECT_THAT(faults("false"), IsEmpty());
-    EXPECT_THAT(faults("true"), ElementsAre(HasSubstr("no assistive tool is told the rest")));
+    EXPECT_THAT(faultsOf(bar.arg("false").toUtf8()), IsEmpty());
+    EXPECT_THAT(faultsOf(bar.arg("true").toUtf8()), ElementsAre(HasSubstr("no assistive tool is told the rest")));
 }
 
 TEST_F(LayoutCheck, FindsWhatHasTheFocusOutOfView) {
-    QQmlComponent component(&engine_);
-    component.setData(R"(import QtQuick
-                         Item { width: 200; height: 400
-                             Flickable { objectName: "flick"; width: 200; height: 400; contentHeight: 2000; clip: true
-                                 Item { objectName: "row"; y: 1000; width: 200; height: 44 } } })",
-                      QUrl());
-    const std::unique_ptr<QObject> made(component.create());
-    auto* item = qobject_cast<QQuickItem*>(made.get());
-    ASSERT_TRUE(item);
+    const auto item = made(R"(
+        Flickable { objectName: "flick"; width: 200; height: 400; contentHeight: 2000; clip: true
+            Item { objectName: "row"; y: 1000; width: 200; height: 44 } })");
     QQuickWindow window;
     window.show();
     item->setParentItem(window.contentItem());
@@ -142,16 +132,11 @@ TEST_F(LayoutCheck, FindsWhatHasTheFocusOutOfView) {
 }
 
 TEST_F(LayoutCheck, FindsATextThatHasBecomeSmaller) {
-    QQmlComponent component(&engine_);
-    component.setData(R"(import QtQuick
-                         Item { property int size: 30
-                             Text { width: 200; font.pixelSize: parent.size; text: "Title" }
-                             Text { width: 60; font.pixelSize: 2 * parent.size; minimumPixelSize: 5
-                                    fontSizeMode: Text.HorizontalFit; text: "It shrinks" } })",
-                      QUrl());
-    const std::unique_ptr<QObject> made(component.create());
-    auto* item = qobject_cast<QQuickItem*>(made.get());
-    ASSERT_TRUE(item);
+    const auto item = made(R"(
+        property int size: 30
+        Text { width: 200; font.pixelSize: parent.size; text: "Title" }
+        Text { width: 60; font.pixelSize: 2 * parent.size; minimumPixelSize: 5
+               fontSizeMode: Text.HorizontalFit; text: "It shrinks" })");
     const auto before = tests::textSizes(*item);
     ASSERT_EQ(before.size(), 2U);
     EXPECT_EQ(before[0].pixels, 30);
