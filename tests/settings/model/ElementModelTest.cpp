@@ -19,8 +19,8 @@ using namespace platform;
 using namespace settings;
 using ::testing::ElementsAre;
 
-/// Keeps the events, and answers when told to.
-struct Hand {
+/// A test that keeps the events of elements and answers when it likes.
+struct ElementInHand : ::testing::Test {
     void answer() {
         const auto taken = std::move(underWay.front());
         underWay.erase(underWay.begin());
@@ -53,107 +53,103 @@ ElementSnapshot bar(double brightness) {
     return {"Brightness", CGRectMake(20, 700, 350, 30), {{"Brightness", brightness, false, true}}};
 }
 
+using ElementsOfAPage = ElementInHand;
+using TextOfAPage = ElementInHand;
+
 AxisModel& axis(const ElementModel& element, int index) {
     return *element.findChildren<AxisModel*>(Qt::FindDirectChildrenOnly).at(index);
 }
 
-TEST(ElementModel, PressesInTheMiddle) {
-    Hand hand;
-    ElementModel button(hand.send, {"Theme", CGRectMake(10, 20, 30, 60), {}}, nullptr);
+TEST_F(ElementInHand, PressesInTheMiddle) {
+    ElementModel button(send, {"Theme", CGRectMake(10, 20, 30, 60), {}}, nullptr);
     button.press();
-    EXPECT_EQ(hand.place(), (CGPoint{25, 50}));
+    EXPECT_EQ(place(), (CGPoint{25, 50}));
     EXPECT_FALSE(button.movesAcross());
     EXPECT_FALSE(button.movesDown());
 }
 
-TEST(ElementModel, TouchesWhereTheMarkComesToStand) {
-    Hand hand;
-    ElementModel element(hand.send, field(0.5, 0.5), nullptr);
+TEST_F(ElementInHand, TouchesWhereTheMarkComesToStand) {
+    ElementModel element(send, field(0.5, 0.5), nullptr);
     element.move(0.01, 0);
-    EXPECT_DOUBLE_EQ(hand.place().x, 20 + 0.51 * 350);
-    EXPECT_DOUBLE_EQ(hand.place().y, 95 + 0.5 * 500);
+    EXPECT_DOUBLE_EQ(place().x, 20 + 0.51 * 350);
+    EXPECT_DOUBLE_EQ(place().y, 95 + 0.5 * 500);
     element.move(0, 0.1);
-    EXPECT_DOUBLE_EQ(hand.place().x, 20 + 0.51 * 350) << "from where it was put last";
-    EXPECT_DOUBLE_EQ(hand.place().y, 95 + 0.6 * 500);
+    EXPECT_DOUBLE_EQ(place().x, 20 + 0.51 * 350) << "from where it was put last";
+    EXPECT_DOUBLE_EQ(place().y, 95 + 0.6 * 500);
     EXPECT_DOUBLE_EQ(element.valueOf(1), 0.4) << "which is 1 at the top";
 }
 
-TEST(ElementModel, StaysWithinTheFrameAtEveryEdge) {
-    for (const auto& [across, down, place] : {std::tuple(1.0, 0.0, CGPoint{369.5, 345}),
-                                              {-1.0, 0.0, {20, 345}},
-                                              {0.0, 1.0, {195, 594.5}},
-                                              {0.0, -1.0, {195, 95}}}) {
-        Hand hand;
-        ElementModel element(hand.send, field(0.5, 0.5), nullptr);
+TEST_F(ElementInHand, StaysWithinTheFrameAtEveryEdge) {
+    for (const auto& [across, down, edge] : {std::tuple(1.0, 0.0, CGPoint{369.5, 345}),
+                                             {-1.0, 0.0, {20, 345}},
+                                             {0.0, 1.0, {195, 594.5}},
+                                             {0.0, -1.0, {195, 95}}}) {
+        events.clear();
+        ElementModel element(send, field(0.5, 0.5), nullptr);
         element.move(across, down);
-        EXPECT_DOUBLE_EQ(hand.place().x, place.x);
-        EXPECT_DOUBLE_EQ(hand.place().y, place.y);
-        EXPECT_TRUE(CGRectContainsPoint(field(0, 0).frame, hand.place()));
+        EXPECT_DOUBLE_EQ(place().x, edge.x);
+        EXPECT_DOUBLE_EQ(place().y, edge.y);
+        EXPECT_TRUE(CGRectContainsPoint(field(0, 0).frame, place()));
         element.move(across / 100, down / 100);
-        EXPECT_EQ(hand.events.size(), 2u) << "it cannot go on";
+        EXPECT_EQ(events.size(), 2u) << "it cannot go on";
     }
 }
 
-TEST(ElementModel, TouchesNothingAtAnEndThatATouchCannotReachAndTurnsBackFromThere) {
-    Hand hand;
-    ElementModel dark(hand.send, bar(0), nullptr);
+TEST_F(ElementInHand, TouchesNothingAtAnEndThatATouchCannotReachAndTurnsBackFromThere) {
+    ElementModel dark(send, bar(0), nullptr);
     dark.move(0.01, 0);
     axis(dark, 0).set(0);
-    ElementModel black(hand.send, field(0, 0), nullptr);
+    ElementModel black(send, field(0, 0), nullptr);
     black.move(0, 0.01);
-    EXPECT_TRUE(hand.events.empty());
+    EXPECT_TRUE(events.empty());
     dark.move(-0.01, 0);
-    EXPECT_DOUBLE_EQ(hand.place().x, 20 + 0.99 * 350);
+    EXPECT_DOUBLE_EQ(place().x, 20 + 0.99 * 350);
     EXPECT_NEAR(dark.valueOf(0), 0.01, 1e-12);
 }
 
-TEST(ElementModel, MovesAlongTheAxesThatItHas) {
-    Hand hand;
-    ElementModel element(hand.send, bar(0.5), nullptr);
+TEST_F(ElementInHand, MovesAlongTheAxesThatItHas) {
+    ElementModel element(send, bar(0.5), nullptr);
     EXPECT_TRUE(element.movesAcross());
     EXPECT_FALSE(element.movesDown());
     element.move(0, 0.1);
-    EXPECT_TRUE(hand.events.empty());
+    EXPECT_TRUE(events.empty());
     element.move(0.1, 0.1);
-    EXPECT_EQ(hand.place(), (CGPoint{20 + 0.6 * 350, 715}));
+    EXPECT_EQ(place(), (CGPoint{20 + 0.6 * 350, 715}));
 }
 
-TEST(ElementModel, SetsAValueByTheTouchThatMeansIt) {
-    Hand hand;
-    ElementModel element(hand.send, field(0.5, 0.5), nullptr);
+TEST_F(ElementInHand, SetsAValueByTheTouchThatMeansIt) {
+    ElementModel element(send, field(0.5, 0.5), nullptr);
     axis(element, 0).set(0.25);
-    EXPECT_EQ(hand.place(), (CGPoint{20 + 0.25 * 350, 95 + 0.5 * 500}));
+    EXPECT_EQ(place(), (CGPoint{20 + 0.25 * 350, 95 + 0.5 * 500}));
     axis(element, 1).set(1);
-    EXPECT_EQ(hand.place(), (CGPoint{20 + 0.25 * 350, 95}));
+    EXPECT_EQ(place(), (CGPoint{20 + 0.25 * 350, 95}));
     axis(element, 0).set(2);
-    EXPECT_DOUBLE_EQ(hand.place().x, 369.5);
+    EXPECT_DOUBLE_EQ(place().x, 369.5);
     EXPECT_DOUBLE_EQ(axis(element, 0).value(), 1 - 0.5 / 350);
     axis(element, 1).set(-3);
-    EXPECT_DOUBLE_EQ(hand.place().y, 594.5);
+    EXPECT_DOUBLE_EQ(place().y, 594.5);
 }
 
-TEST(ElementModel, KeepsTheMarkUntilTheViewHasAnsweredEveryTouch) {
-    Hand hand;
-    ElementModel element(hand.send, bar(0.5), nullptr);
+TEST_F(ElementInHand, KeepsTheMarkUntilTheViewHasAnsweredEveryTouch) {
+    ElementModel element(send, bar(0.5), nullptr);
     element.move(0.1, 0);
     element.move(0.1, 0);
     element.read(bar(0.4));
-    hand.answer();
+    answer();
     EXPECT_DOUBLE_EQ(element.valueOf(0), 0.3);
     element.read(bar(0.9)); // the view has its own mind
-    hand.answer();
+    answer();
     EXPECT_DOUBLE_EQ(element.valueOf(0), 0.9);
     element.read(bar(0.2));
     EXPECT_DOUBLE_EQ(element.valueOf(0), 0.2);
 }
 
-TEST(ElementModel, OutlivesNoAnswer) {
-    Hand hand;
-    auto element = std::make_unique<ElementModel>(hand.send, bar(0.5), nullptr);
+TEST_F(ElementInHand, OutlivesNoAnswer) {
+    auto element = std::make_unique<ElementModel>(send, bar(0.5), nullptr);
     element->move(0.1, 0);
     element.reset();
-    hand.answer();
-    EXPECT_TRUE(hand.underWay.empty());
+    answer();
+    EXPECT_TRUE(underWay.empty());
 }
 
 std::shared_ptr<PageSnapshot> pageOf(std::vector<ElementSnapshot> elements) {
@@ -164,9 +160,8 @@ std::shared_ptr<PageSnapshot> pageOf(std::vector<ElementSnapshot> elements) {
     return page;
 }
 
-TEST(ElementsOfAPage, StandInTheOrderInWhichOneReads) {
-    Hand hand;
-    const PageModel page(hand.send,
+TEST_F(ElementsOfAPage, StandInTheOrderInWhichOneReads) {
+    const PageModel page(send,
                          pageOf({bar(1),
                                  {"Right", CGRectMake(30, 740, 10, 10), {}},
                                  {"Left", CGRectMake(0, 740, 10, 10), {}},
@@ -178,9 +173,8 @@ TEST(ElementsOfAPage, StandInTheOrderInWhichOneReads) {
     EXPECT_THAT(labels, ElementsAre("Colour", "Brightness", "Left", "Right"));
 }
 
-TEST(ElementsOfAPage, LiveOnWhileOnlyFramesAndValuesChange) {
-    Hand hand;
-    PageModel page(hand.send, pageOf({field(0, 0), bar(1)}), nullptr);
+TEST_F(ElementsOfAPage, LiveOnWhileOnlyFramesAndValuesChange) {
+    PageModel page(send, pageOf({field(0, 0), bar(1)}), nullptr);
     const QList<ElementModel*> before = page.elements();
     ElementSnapshot moved = field(0.25, 0.75);
     moved.frame.size.width = 700;
@@ -199,14 +193,13 @@ std::shared_ptr<const TextSnapshot> textOf(std::uint64_t id, const std::string& 
         TextSnapshot{id, {}, std::make_shared<const std::string>(text), UIFont::systemFontOfSize(15), false});
 }
 
-TEST(TextOfAPage, LivesOnWhileItIsTheSameText) {
+TEST_F(TextOfAPage, LivesOnWhileItIsTheSameText) {
     const auto pageWith = [](std::uint64_t id, const std::string& text) {
         auto page = pageOf({});
         page->text = textOf(id, text);
         return page;
     };
-    Hand hand;
-    PageModel page(hand.send, pageWith(1, "One"), nullptr);
+    PageModel page(send, pageWith(1, "One"), nullptr);
     TextModel* const text = page.text();
     ASSERT_TRUE(text);
     EXPECT_EQ(text->size(), 15);
@@ -219,7 +212,7 @@ TEST(TextOfAPage, LivesOnWhileItIsTheSameText) {
     EXPECT_EQ(page.text(), nullptr);
 }
 
-TEST(TextOfAPage, ComesInPiecesThatAreNoneTooLongAndLoseNothing) {
+TEST_F(TextOfAPage, ComesInPiecesThatAreNoneTooLongAndLoseNothing) {
     static constexpr qsizetype kLong = 8192;
     const auto pieces = [](const std::string& text) {
         const TextModel model(textOf(1, text), nullptr);

@@ -18,15 +18,28 @@ constexpr QRgb kRed = 0xffff0000;
 constexpr QRgb kBlue = 0xff0000ff;
 constexpr QRgb kGrey = 0xff7f7f7f; ///< half of black on white
 
-UIColorRef red() {
-    return UIColor::colorWithRed(1, 0, 0, 1);
-}
-UIColorRef blue() {
-    return UIColor::colorWithRed(0, 0, 1, 1);
+const UIColorRef red = UIColor::colorWithRed(1, 0, 0, 1);
+const UIColorRef blue = UIColor::colorWithRed(0, 0, 1, 1);
+const UIColorRef black = UIColor::blackColor();
+
+ViewSnapshot view(const CGRect& frame, CALayer layer = {}, std::vector<ViewSnapshot> subviews = {}) {
+    ViewSnapshot made{"View", frame, std::move(layer)};
+    made.subviews = std::move(subviews);
+    return made;
 }
 
-ViewSnapshot view(const CGRect& frame, CALayer layer = {}) {
-    return {"View", frame, std::move(layer)};
+/// With a picture of one size or two.
+ViewSnapshot pictured(const CGRect& frame, CALayer layer, CGSize size, const Data& file, const Data& sharper = {}) {
+    ViewSnapshot made = view(frame, std::move(layer));
+    made.image = std::make_shared<const UIImage>(size, file, sharper);
+    return made;
+}
+
+/// With something that was drawn in the view as large as it is.
+ViewSnapshot drawn(const CGRect& frame, std::vector<CGDrawing::Step> steps) {
+    ViewSnapshot made = view(frame);
+    made.drawing = std::make_shared<const CGDrawing>(CGDrawing{frame.size, std::move(steps)});
+    return made;
 }
 
 /// On white, on a screen of so many pixels a point.
@@ -82,10 +95,6 @@ QImage row(std::initializer_list<QRgb> colors) {
     return image;
 }
 
-CGDrawingRef drawing(CGSize size, std::vector<CGDrawing::Step> steps) {
-    return std::make_shared<const CGDrawing>(CGDrawing{size, std::move(steps)});
-}
-
 CGDrawing::LinearGradient redToBlack(CGPoint start, CGPoint end, unsigned options = 0) {
     return {CGGradientCreateWithColorComponents({1, 0, 0, 1, 0, 0, 0, 1}), start, end, options};
 }
@@ -93,7 +102,7 @@ CGDrawing::LinearGradient redToBlack(CGPoint start, CGPoint end, unsigned option
 TEST(ViewPainter, FillsExactlyTheFrame) {
     for (const auto& [scale, pixels] : {std::pair(1.0, QRect(10, 20, 5, 4)), std::pair(1.25, QRect(13, 25, 6, 5)),
                                         std::pair(1.5, QRect(15, 30, 8, 6)), std::pair(2.0, QRect(20, 40, 10, 8))}) {
-        const QImage image = painted(view({{10, 20}, {5, 4}}, {.backgroundColor = red()}), scale);
+        const QImage image = painted(view({{10, 20}, {5, 4}}, {.backgroundColor = red}), scale);
         for (int y = 0; y < image.height(); ++y)
             for (int x = 0; x < image.width(); ++x)
                 ASSERT_EQ(image.pixel(x, y), pixels.contains(x, y) ? kRed : kWhite)
@@ -102,16 +111,15 @@ TEST(ViewPainter, FillsExactlyTheFrame) {
 }
 
 TEST(ViewPainter, PaintsSubviewsInTheirParentsCoordinatesAndBeyondItsBounds) {
-    ViewSnapshot parent = view({{10, 10}, {10, 10}}, {.backgroundColor = red()});
-    parent.subviews = {view({{5, 5}, {10, 2}}, {.backgroundColor = blue()})};
-    const QImage image = painted(parent);
+    const QImage image = painted(
+        view({{10, 10}, {10, 10}}, {.backgroundColor = red}, {view({{5, 5}, {10, 2}}, {.backgroundColor = blue})}));
     expectPixels(image, {{15, 15, kBlue}, {24, 16, kBlue}, {25, 16, kWhite}, {14, 15, kRed}});
 }
 
 TEST(ViewPainter, LeavesNoSeamBetweenViewsThatAdjoinWithinAPixel) {
-    ViewSnapshot strip = view({{0, 0}, {40, 4}}, {.backgroundColor = UIColor::blackColor()});
+    ViewSnapshot strip = view({{0, 0}, {40, 4}}, {.backgroundColor = black});
     for (int i = 0; i < 7; ++i)
-        strip.subviews.push_back(view({{i * 40 / 7.0, 0}, {40 / 7.0, 4}}, {.backgroundColor = red()}));
+        strip.subviews.push_back(view({{i * 40 / 7.0, 0}, {40 / 7.0, 4}}, {.backgroundColor = red}));
     for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
         const QImage image = painted(strip, scale);
         for (int x = 0; x < image.width(); ++x)
@@ -120,10 +128,9 @@ TEST(ViewPainter, LeavesNoSeamBetweenViewsThatAdjoinWithinAPixel) {
 }
 
 TEST(ViewPainter, PaintsTheBorderWithinTheBoundsAndAboveTheSubviews) {
-    ViewSnapshot framed =
-        view({{10, 10}, {10, 10}}, {.backgroundColor = nullptr, .borderWidth = 2, .borderColor = blue()});
-    framed.subviews = {view({{0, 0}, {10, 10}}, {.backgroundColor = red()})};
-    const QImage image = painted(framed);
+    const QImage image =
+        painted(view({{10, 10}, {10, 10}}, {.backgroundColor = nullptr, .borderWidth = 2, .borderColor = blue},
+                     {view({{0, 0}, {10, 10}}, {.backgroundColor = red})}));
     for (int at = 0; at < 10; ++at) {
         const QRgb expected = at < 2 || at >= 8 ? kBlue : kRed;
         EXPECT_EQ(image.pixel(10 + at, 15), expected) << at;
@@ -143,22 +150,20 @@ TEST(ViewPainter, PaintsABorderOfHalfAPointAsAWholePixelOrAsHalfTheColour) {
 }
 
 TEST(ViewPainter, RoundsTheCornersSmoothly) {
-    const QImage image =
-        painted(view({{10, 10}, {20, 20}}, {.backgroundColor = UIColor::blackColor(), .cornerRadius = 10}));
+    const QImage image = painted(view({{10, 10}, {20, 20}}, {.backgroundColor = black, .cornerRadius = 10}));
     expectPixels(image, {{10, 10, kWhite}, {20, 20, kBlack}, {11, 20, kBlack}});
     EXPECT_TRUE(isSmooth(image));
 }
 
 TEST(ViewPainter, TakesNoMoreOfACornerThanHalfTheSide) {
-    const QImage image =
-        painted(view({{10, 10}, {20, 4}}, {.backgroundColor = UIColor::blackColor(), .cornerRadius = 100}));
+    const QImage image = painted(view({{10, 10}, {20, 4}}, {.backgroundColor = black, .cornerRadius = 100}));
     expectPixels(image, {{20, 10, kBlack}, {20, 13, kBlack}});
 }
 
 TEST(ViewPainter, CutsOffContentAtTheRoundedRectangleOnlyWhenAskedTo) {
     ViewSnapshot clip =
-        view({{10, 10}, {20, 20}}, {.backgroundColor = nullptr, .cornerRadius = 10, .masksToBounds = true});
-    clip.subviews = {view({{-5, -5}, {40, 40}}, {.backgroundColor = UIColor::blackColor()})};
+        view({{10, 10}, {20, 20}}, {.backgroundColor = nullptr, .cornerRadius = 10, .masksToBounds = true},
+             {view({{-5, -5}, {40, 40}}, {.backgroundColor = black})});
     const QImage cut = painted(clip);
     expectPixels(cut, {{10, 10, kWhite}, {9, 20, kWhite}, {20, 20, kBlack}});
     EXPECT_TRUE(isSmooth(cut));
@@ -167,36 +172,30 @@ TEST(ViewPainter, CutsOffContentAtTheRoundedRectangleOnlyWhenAskedTo) {
 }
 
 TEST(ViewPainter, DoesNotCutOffWhatComesAfterAClippedView) {
-    ViewSnapshot parent = view({{0, 0}, {40, 40}});
-    parent.subviews = {view({{0, 0}, {5, 5}}, {.backgroundColor = nullptr, .masksToBounds = true}),
-                       view({{20, 20}, {5, 5}}, {.backgroundColor = red()})};
-    EXPECT_EQ(painted(parent).pixel(22, 22), kRed);
+    const QImage image = painted(view({{0, 0}, {40, 40}}, {},
+                                      {view({{0, 0}, {5, 5}}, {.backgroundColor = nullptr, .masksToBounds = true}),
+                                       view({{20, 20}, {5, 5}}, {.backgroundColor = red})}));
+    EXPECT_EQ(image.pixel(22, 22), kRed);
 }
 
 TEST(ViewPainter, StretchesAnImageOverTheBounds) {
-    ViewSnapshot picture = view({{10, 10}, {20, 10}});
-    picture.image = std::make_shared<const UIImage>(CGSize{2, 1}, png(row({kRed, kBlue})), Data{});
-    const QImage image = painted(picture);
+    const QImage image = painted(pictured({{10, 10}, {20, 10}}, {}, {2, 1}, png(row({kRed, kBlue}))));
     expectPixels(image, {{10, 10, kRed}, {29, 19, kBlue}, {9, 15, kWhite}, {30, 15, kWhite}});
 }
 
 TEST(ViewPainter, TakesTheResolutionThatTheScreenHas) {
-    ViewSnapshot picture = view({{10, 10}, {4, 4}});
-    picture.image = std::make_shared<const UIImage>(CGSize{1, 1}, png(row({kRed})), png(row({kBlue, kBlue})));
+    const ViewSnapshot picture = pictured({{10, 10}, {4, 4}}, {}, {1, 1}, png(row({kRed})), png(row({kBlue, kBlue})));
     EXPECT_EQ(painted(picture).pixel(12, 12), kRed);
     EXPECT_EQ(painted(picture, 2).pixel(24, 24), kBlue);
 }
 
 TEST(ViewPainter, PaintsNothingForAnImageThatCannotBeDecoded) {
-    ViewSnapshot picture = view({{10, 10}, {4, 4}}, {.backgroundColor = red()});
-    picture.image = std::make_shared<const UIImage>(CGSize{1, 1}, Data{1, 2, 3}, Data{});
-    EXPECT_EQ(painted(picture).pixel(12, 12), kRed);
+    const QImage image = painted(pictured({{10, 10}, {4, 4}}, {.backgroundColor = red}, {1, 1}, {1, 2, 3}));
+    EXPECT_EQ(image.pixel(12, 12), kRed);
 }
 
 TEST(ViewPainter, RunsAGradientFromOneEndToTheOtherAlikeInEveryRow) {
-    ViewSnapshot bar = view({{10, 10}, {20, 5}});
-    bar.drawing = drawing({20, 5}, {redToBlack({0, 0}, {20, 0})});
-    const QImage image = painted(bar);
+    const QImage image = painted(drawn({{10, 10}, {20, 5}}, {redToBlack({0, 0}, {20, 0})}));
     for (int x = 0; x < 20; ++x) {
         const int expected = qRound(255 * (1 - (x + 0.5) / 20));
         for (int y = 10; y < 15; ++y)
@@ -208,37 +207,33 @@ TEST(ViewPainter, RunsAGradientFromOneEndToTheOtherAlikeInEveryRow) {
 TEST(ViewPainter, GoesOnBeyondTheEndsOfAGradientOnlyWhenAskedTo) {
     for (unsigned options = 0; options < 4; ++options) {
         SCOPED_TRACE(options);
-        ViewSnapshot bar = view({{0, 0}, {40, 5}});
-        bar.drawing = drawing({40, 5}, {redToBlack({10, 0}, {30, 0}, options)});
-        expectPixels(painted(bar), {{9, 2, options & 1 ? kRed : kWhite}, {30, 2, options & 2 ? kBlack : kWhite}});
+        const QImage image = painted(drawn({{0, 0}, {40, 5}}, {redToBlack({10, 0}, {30, 0}, options)}));
+        expectPixels(image, {{9, 2, options & 1 ? kRed : kWhite}, {30, 2, options & 2 ? kBlack : kWhite}});
     }
 }
 
 TEST(ViewPainter, StretchesADrawingFromTheSizeItWasDrawnIn) {
-    ViewSnapshot bar = view({{0, 0}, {40, 10}});
-    bar.drawing = drawing({20, 5}, {CGDrawing::Clip{{{0, 0}, {10, 5}}}, redToBlack({0, 0}, {0.001, 0}, 3)});
+    ViewSnapshot bar =
+        drawn({{0, 0}, {20, 5}}, {CGDrawing::Clip{{{0, 0}, {10, 5}}}, redToBlack({0, 0}, {0.001, 0}, 3)});
+    bar.frame.size = {40, 10};
     const QImage image = painted(bar);
     expectPixels(image, {{19, 9, kBlack}, {20, 9, kWhite}, {19, 10, kWhite}});
 }
 
 TEST(ViewPainter, RestoresOnlyWhatTheDrawingHasSaved) {
-    const auto black = redToBlack({-2, 0}, {-1, 0}, 3);
-    ViewSnapshot bar = view({{0, 0}, {40, 10}});
-    bar.drawing =
-        drawing({40, 10}, {CGDrawing::SaveState{}, CGDrawing::Clip{{{0, 0}, {5, 10}}}, CGDrawing::RestoreState{},
-                           CGDrawing::RestoreState{}, black, CGDrawing::SaveState{}});
-    ViewSnapshot parent = view({{0, 0}, {40, 40}});
-    parent.subviews = {bar, view({{0, 20}, {40, 5}}, {.backgroundColor = red()})};
-    const QImage image = painted(parent);
+    const ViewSnapshot bar = drawn({{0, 0}, {40, 10}}, {CGDrawing::SaveState{}, CGDrawing::Clip{{{0, 0}, {5, 10}}},
+                                                        CGDrawing::RestoreState{}, CGDrawing::RestoreState{},
+                                                        redToBlack({-2, 0}, {-1, 0}, 3), CGDrawing::SaveState{}});
+    const QImage image =
+        painted(view({{0, 0}, {40, 40}}, {}, {bar, view({{0, 20}, {40, 5}}, {.backgroundColor = red})}));
     EXPECT_EQ(image.pixel(30, 5), kBlack);
     EXPECT_EQ(image.pixel(30, 10), kWhite) << "a drawing ends where its view does";
     EXPECT_EQ(image.pixel(30, 22), kRed);
 }
 
 TEST(ViewPainter, CastsAShadowOnAllSidesThatFadesOut) {
-    const QImage image =
-        painted(view({{15, 15}, {10, 10}},
-                     {.backgroundColor = red(), .shadowOffset = {0, 0}, .shadowRadius = 1, .shadowOpacity = 1}));
+    const QImage image = painted(view(
+        {{15, 15}, {10, 10}}, {.backgroundColor = red, .shadowOffset = {0, 0}, .shadowRadius = 1, .shadowOpacity = 1}));
     EXPECT_EQ(image.pixel(15, 15), kRed);
     for (int out = 1; out <= 3; ++out) {
         const QRgb left = image.pixel(15 - out, 20);
@@ -255,7 +250,7 @@ TEST(ViewPainter, CastsAShadowOnAllSidesThatFadesOut) {
 
 TEST(ViewPainter, CastsTheShadowOfARoundViewThatLiesBetweenPixelsEvenly) {
     const CALayer layer{
-        .backgroundColor = red(), .cornerRadius = 7, .shadowOffset = {0, 0}, .shadowRadius = 0.5, .shadowOpacity = 1};
+        .backgroundColor = red, .cornerRadius = 7, .shadowOffset = {0, 0}, .shadowRadius = 0.5, .shadowOpacity = 1};
     const QImage image = painted(view({{10.5, 12.5}, {14, 14}}, layer)); // its middle is that of the pixel (17, 19)
     for (int out = 6; out < 12; ++out) {
         const QRgb left = image.pixel(17 - out, 19);
@@ -267,11 +262,7 @@ TEST(ViewPainter, CastsTheShadowOfARoundViewThatLiesBetweenPixelsEvenly) {
 }
 
 TEST(ViewPainter, MovesTheShadowAndWeakensIt) {
-    CALayer layer{.backgroundColor = nullptr,
-                  .shadowColor = UIColor::blackColor(),
-                  .shadowOffset = {10, 0},
-                  .shadowRadius = 0,
-                  .shadowOpacity = 0.5};
+    CALayer layer{.backgroundColor = nullptr, .shadowOffset = {10, 0}, .shadowRadius = 0, .shadowOpacity = 0.5};
     const QImage image = painted(view({{10, 10}, {10, 10}}, layer));
     EXPECT_EQ(image.pixel(19, 15), kWhite);
     EXPECT_TRUE(isNearly(image.pixel(20, 15), kGrey));
@@ -282,20 +273,18 @@ TEST(ViewPainter, MovesTheShadowAndWeakensIt) {
 }
 
 TEST(ViewChange, IsEmptyWhenOnlyColourObjectsDiffer) {
-    ViewSnapshot before = view({{0, 0}, {40, 40}}, {.backgroundColor = red()});
-    before.subviews = {view({{5, 5}, {10, 10}}, {.backgroundColor = blue()})};
+    const ViewSnapshot before =
+        view({{0, 0}, {40, 40}}, {.backgroundColor = red}, {view({{5, 5}, {10, 10}}, {.backgroundColor = blue})});
     ViewSnapshot after = before;
-    after.subviews[0].layer.backgroundColor = blue();
+    after.subviews[0].layer.backgroundColor = UIColor::colorWithRed(0, 0, 1, 1);
     EXPECT_NE(before, after);
     EXPECT_TRUE(changedArea(before, after).isEmpty());
 }
 
 TEST(ViewChange, IsTheOldAndTheNewPlaceOfWhatHasMovedWithItsShadow) {
-    ViewSnapshot before = view({{100, 100}, {400, 400}});
-    before.subviews = {
-        view({{0, 0}, {10, 10}}),
-        view({{50, 50}, {10, 10}},
-             {.backgroundColor = nullptr, .shadowOffset = {0, 0}, .shadowRadius = 1, .shadowOpacity = 1})};
+    const CALayer shadow{.backgroundColor = nullptr, .shadowOffset = {0, 0}, .shadowRadius = 1, .shadowOpacity = 1};
+    const ViewSnapshot before =
+        view({{100, 100}, {400, 400}}, {}, {view({{0, 0}, {10, 10}}), view({{50, 50}, {10, 10}}, shadow)});
     ViewSnapshot after = before;
     after.subviews[1].frame.origin.x = 60;
     EXPECT_EQ(changedArea(before, after), QRectF(146, 146, 28, 18));
