@@ -24,7 +24,7 @@ constexpr int kUnseen = 12;           ///< of 255
 constexpr double kPartOfAnEdge = 0.4; ///< as Debian 13 has it, 0.33
 
 QStringList picturesIn(const QDir& folder) {
-    return folder.entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Name);
+    return folder.entryList({"*.png"}, QDir::Files, QDir::Name);
 }
 
 QImage read(const QDir& folder, const QString& name) {
@@ -33,35 +33,28 @@ QImage read(const QDir& folder, const QString& name) {
 
 enum class Held { toEveryPixel, nearly };
 
-/// The least and the greatest that a channel is at a place and beside it.
-struct Range {
-    int least = 255;
-    int greatest = 0;
-
-    void widen(const QImage& picture, int x, int y, int shift) {
-        for (int row = std::max(y - 1, 0); row <= std::min(y + 1, picture.height() - 1); ++row) {
-            for (int column = std::max(x - 1, 0); column <= std::min(x + 1, picture.width() - 1); ++column) {
-                const int channel = static_cast<int>(picture.pixel(column, row) >> shift) & 255;
-                least = std::min(least, channel);
-                greatest = std::max(greatest, channel);
-            }
-        }
-    }
-};
-
 /// Is a pixel of the one what it is in the other, but for a part of the edge that it may be on? What moves by a point
 /// changes some pixels from the one side of an edge to the other. A toolkit that smooths edges otherwise has changed
 /// them by a third of that, and areas by nothing.
 bool isNearly(const QImage& one, const QImage& other, int x, int y) {
     for (const int shift : {0, 8, 16}) {
-        const int before = static_cast<int>(one.pixel(x, y) >> shift) & 255;
-        const int now = static_cast<int>(other.pixel(x, y) >> shift) & 255;
-        const int difference = std::abs(before - now);
+        const auto channel = [shift](const QImage& picture, int column, int row) {
+            return static_cast<int>(picture.pixel(column, row) >> shift) & 255;
+        };
+        const int difference = std::abs(channel(one, x, y) - channel(other, x, y));
         if (difference <= kUnseen) continue;
-        Range range;
-        range.widen(one, x, y, shift);
-        range.widen(other, x, y, shift);
-        if (difference > kPartOfAnEdge * (range.greatest - range.least)) return false;
+        int least = 255;
+        int greatest = 0;
+        for (const QImage* picture : {&one, &other}) {
+            const QRect beside = QRect(x - 1, y - 1, 3, 3) & picture->rect();
+            for (int row = beside.top(); row <= beside.bottom(); ++row) {
+                for (int column = beside.left(); column <= beside.right(); ++column) {
+                    least = std::min(least, channel(*picture, column, row));
+                    greatest = std::max(greatest, channel(*picture, column, row));
+                }
+            }
+        }
+        if (difference > kPartOfAnEdge * (greatest - least)) return false;
     }
     return true;
 }
@@ -103,9 +96,8 @@ std::vector<std::string> compare(const QDir& expected, const QDir& drawn, const 
             int pixels = 0;
             const QImage difference = differenceBetween(before, now, held, pixels);
             if (pixels == 0) continue;
-            const QString shown = differences.filePath(QString(name).chopped(4) + QStringLiteral("-difference.png"));
-            const bool left = differences.mkpath(QStringLiteral(".")) && difference.save(shown) &&
-                              now.save(differences.filePath(name));
+            const QString shown = differences.filePath(QString(name).chopped(4) + "-difference.png");
+            const bool left = differences.mkpath(".") && difference.save(shown) && now.save(differences.filePath(name));
             complaints.push_back(called + " differs in " + std::to_string(pixels) + " pixels, see " +
                                  (left ? shown.toStdString() : "nothing, as it could not be written"));
         }
@@ -115,7 +107,7 @@ std::vector<std::string> compare(const QDir& expected, const QDir& drawn, const 
 
 /// What scripts/tour has noted beside its pictures: the libraries on which their pixels depend.
 std::string drawnWith(const QDir& folder) {
-    QFile file(folder.filePath(QStringLiteral("drawn-with.txt")));
+    QFile file(folder.filePath("drawn-with.txt"));
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "";
 }
 
@@ -134,7 +126,7 @@ TEST(Pictures, AreThoseOfTheDocumentation) {
     ASSERT_THAT(drawnWith(golden), HasSubstr("libQt6Gui"));
     ASSERT_THAT(drawnWith(drawn), HasSubstr("libQt6Gui"));
     const Held held = drawnWith(drawn) == drawnWith(golden) ? Held::toEveryPixel : Held::nearly;
-    EXPECT_THAT(compare(golden, drawn, QDir(drawn.filePath(QStringLiteral("differences"))), held), IsEmpty())
+    EXPECT_THAT(compare(golden, drawn, QDir(drawn.filePath("differences")), held), IsEmpty())
         << "If the application should look like this now, renew its pictures by scripts/pictures.";
 }
 
@@ -142,7 +134,7 @@ class ComparedPictures : public testing::Test {
   protected:
     ComparedPictures() {
         for (const QDir& folder : {before_, now_})
-            folder.mkpath(QStringLiteral("."));
+            folder.mkpath(".");
         draw(before_, "page.png");
         draw(now_, "page.png");
     }
@@ -151,7 +143,7 @@ class ComparedPictures : public testing::Test {
         QImage picture(size, QImage::Format_RGB32);
         picture.fill(qRgb(1, 2, 3));
         picture.setPixel(size.width() - 1, size.height() - 1, corner);
-        ASSERT_TRUE(picture.save(folder.filePath(QString::fromLatin1(name))));
+        ASSERT_TRUE(picture.save(folder.filePath(name)));
     }
     [[nodiscard]] std::vector<std::string> complaints() const {
         return compare(before_, now_, differences_, Held::toEveryPixel);
@@ -159,9 +151,9 @@ class ComparedPictures : public testing::Test {
 
     tests::DeviceFolder device_;
     QDir folder_{QString::fromStdString(device_.path().string())};
-    QDir before_{folder_.filePath(QStringLiteral("before"))};
-    QDir now_{folder_.filePath(QStringLiteral("now"))};
-    QDir differences_{folder_.filePath(QStringLiteral("differences"))};
+    QDir before_{folder_.filePath("before")};
+    QDir now_{folder_.filePath("now")};
+    QDir differences_{folder_.filePath("differences")};
 };
 
 TEST_F(ComparedPictures, AreTheSameWhenAllTheirPixelsAre) {
@@ -172,8 +164,8 @@ TEST_F(ComparedPictures, AreTheSameWhenAllTheirPixelsAre) {
 TEST_F(ComparedPictures, DifferByTheLeastChangeOfOnePixel) {
     draw(now_, "page.png", {4, 3}, qRgb(1, 2, 4));
     EXPECT_THAT(complaints(), ElementsAre(HasSubstr("page.png differs in 1 pixels, see ")));
-    EXPECT_EQ(read(differences_, QStringLiteral("page.png")).pixelColor(3, 2), QColor(1, 2, 4));
-    const QImage shown = read(differences_, QStringLiteral("page-difference.png"));
+    EXPECT_EQ(read(differences_, "page.png").pixelColor(3, 2), QColor(1, 2, 4));
+    const QImage shown = read(differences_, "page-difference.png");
     EXPECT_EQ(shown.pixelColor(3, 2), QColor(255, 0, 0));
     EXPECT_EQ(shown.pixelColor(2, 2), QColor(192, 192, 192));
 }
@@ -196,7 +188,7 @@ TEST_F(ComparedPictures, HaveToBeReadable) {
 
 /// Three rows as those of a page: the one in the middle with a faint title, which may have moved, and a round knob.
 struct Rows {
-    QString title = QStringLiteral("Passcode");
+    QString title = "Passcode";
     int moved = 0;
     double knobAside = 0;
     QColor colour{160, 160, 165};
@@ -206,13 +198,13 @@ struct Rows {
         picture.fill(Qt::white);
         QPainter painter(&picture);
         painter.setRenderHint(QPainter::Antialiasing);
-        QFont font(QStringLiteral("Inter"));
+        QFont font("Inter");
         font.setPixelSize(17);
         painter.setFont(font);
         for (int row = 0; row < 3; ++row) {
             const int top = row * 44 + (row == 1 ? moved : 0);
             painter.setPen(colour);
-            painter.drawText(16, top + 28, row == 1 ? title : QStringLiteral("Enable"));
+            painter.drawText(16, top + 28, row == 1 ? title : "Enable");
             painter.fillRect(16, top + 43, 224, 1, QColor(224, 224, 227));
             painter.setPen(Qt::NoPen);
             painter.setBrush(QColor(0, 122, 255));
