@@ -24,8 +24,7 @@ using namespace platform;
 using namespace settings;
 
 /// The host of this test program: there can be only one, and it is never destroyed.
-class Recorded {
-  public:
+struct Recorded {
     static Recorded& shared() {
         static auto& recorded = *new Recorded;
         return recorded;
@@ -37,18 +36,15 @@ class Recorded {
         return tests::awaited(promised.get_future(), "the end of a launch");
     }
     StackSnapshot last() {
-        const std::lock_guard held(mutex_);
-        return last_;
+        const std::lock_guard held(mutex);
+        return shown;
     }
 
-  private:
-    std::mutex mutex_;
-    StackSnapshot last_;
-
-  public:
+    std::mutex mutex;
+    StackSnapshot shown;
     Host host{[this](StackSnapshot stack) {
-        const std::lock_guard held(mutex_);
-        last_ = std::move(stack);
+        const std::lock_guard held(mutex);
+        shown = std::move(stack);
     }};
 };
 
@@ -115,8 +111,7 @@ TEST(HostDeathTest, StaysOutOfTheWayWhileAPageBlocksAndOpensItWhenTheAnswerComes
         std::promise<void> answer;
         const auto allowed = answer.get_future().share();
         const tests::ServedPort tweak(
-            lumora::portName(lumora::kRequestTweakSettings),
-            [allowed](CFMessagePort&, std::int32_t, const std::optional<Data>&) {
+            lumora::portName(lumora::kRequestTweakSettings), [allowed](auto&, auto, const auto&) {
                 allowed.wait_for(tests::kLongEnough);
                 return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kTweakEnabled", true}});
             });
@@ -155,15 +150,13 @@ TEST(HostDeathTest, ShowsRowsBeforeAllTheirIconsAreDrawnAndEachIconWhenItIs) {
         const tests::DeviceFolder device;
         const std::filesystem::path library = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
         device.install(LUMORA_TEST_ROOT + library.string(), library);
-        for (const auto& [name, picture] : {std::pair("dear", kDear), std::pair("cheap", kCheap)}) {
-            const std::string icon = "/" + std::string(name) + ".svg";
-            device.write(picture, icon);
-            device.write("[Desktop Entry]\nType=Application\nExec=true\nName=" + std::string(name) +
-                             "\nIcon=" + device.path().string() + icon + "\n",
-                         "/usr/share/applications/" + std::string(name) + ".desktop");
+        for (const auto& [name, picture] : {std::pair<std::string, const char*>("dear", kDear), {"cheap", kCheap}}) {
+            device.write(picture, "/" + name + ".svg");
+            device.write("[Desktop Entry]\nType=Application\nExec=true\nName=" + name +
+                             "\nIcon=" + device.path().string() + "/" + name + ".svg\n",
+                         "/usr/share/applications/" + name + ".desktop");
         }
-        const tests::ServedPort tweak(lumora::portName(lumora::kRequestTweakSettings), [](CFMessagePort&, std::int32_t,
-                                                                                          const std::optional<Data>&) {
+        const tests::ServedPort tweak(lumora::portName(lumora::kRequestTweakSettings), [](auto&, auto, const auto&) {
             return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kAppsEnabled", List{"dear", "cheap"}}});
         });
         ASSERT_TRUE(tweak.isOpen());
