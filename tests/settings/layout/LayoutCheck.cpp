@@ -33,12 +33,12 @@ const QQuickItem* around(const QQuickItem& item, Names... names) {
 
 QString described(const QQuickItem& item) {
     QString text = item.property("text").toString();
-    if (text.size() > 40) text = text.left(40) + QStringLiteral("…");
+    if (text.size() > 40) text = text.left(40) + "…";
     const QQuickItem* row =
         around(item, "TappableRow", "LinkRow", "OptionRow", "ButtonRow", "SwitchRow", "FieldRow", "SliderRow",
                "StaticRow", "TableRow", "Caption", "NavigationBar", "Composer", "WaitingScreen", "TextPage");
     const QString type = QString::fromLatin1((row ? *row : item).metaObject()->className()).section(u'_', 0, 0);
-    return type + QStringLiteral(" “") + text.simplified() + QStringLiteral("”");
+    return type + " “" + text.simplified() + "”";
 }
 
 bool isText(const QQuickItem& item) {
@@ -129,8 +129,7 @@ class Check {
 
     void visit(const QQuickItem& item) {
         if (!item.isVisible() || item.opacity() == 0) return;
-        if (item.width() <= 0 && item.property("text").isValid() && isSeen(item))
-            complain(item, QStringLiteral("has no room at all"));
+        if (item.width() <= 0 && item.property("text").isValid() && isSeen(item)) complain(item, "has no room at all");
         if (isSeen(item)) {
             if (isText(item)) checkText(item);
             checkPlace(item);
@@ -143,9 +142,9 @@ class Check {
     void checkText(const QQuickItem& item) {
         if (item.property("truncated").toBool()) {
             if (!around(item, "TableRow", "NavigationBar"))
-                complain(item, QStringLiteral("is cut off"));
+                complain(item, "is cut off");
             else if (!isSpokenInFull(item))
-                complain(item, QStringLiteral("is cut off, and no assistive tool is told the rest"));
+                complain(item, "is cut off, and no assistive tool is told the rest");
             return;
         }
         const QSizeF letters = lettersOf(item);
@@ -160,13 +159,13 @@ class Check {
     void checkPlace(const QQuickItem& item) {
         const QRectF place = seenOf(item);
         if (place.left() < window_.left() - kTolerance || place.right() > window_.right() + kTolerance)
-            complain(item, QStringLiteral("stands out of the window"));
+            complain(item, "stands out of the window");
         for (const QQuickItem* at = item.parentItem(); at; at = at->parentItem()) {
             if (isA(*at, "QQuickFlickable")) return; // what scrolls
             const bool holds = at->clip() || isA(*at, "QQuickControl") || isA(*at, "QQuickAbstractButton") ||
                                isA(*at, "TableRow") || isA(*at, "NavigationBar");
             if (holds && !contains(placeOf(*at), place))
-                return complain(item, QStringLiteral("stands out of its ") +
+                return complain(item, "stands out of its " +
                                           QString::fromLatin1(at->metaObject()->className()).section(u'_', 0, 0));
         }
     }
@@ -198,13 +197,13 @@ class Check {
                 const Seen& other = seen_[j];
                 if (one.scroller != other.scroller || !overlap(one.place, other.place)) continue;
                 if (one.item->isAncestorOf(other.item) || other.item->isAncestorOf(one.item)) continue;
-                complain(*one.item, QStringLiteral("overlaps ") + described(*other.item));
+                complain(*one.item, "overlaps " + described(*other.item));
             }
         }
     }
 
     void complain(const QQuickItem& item, const QString& what) {
-        faults_.push_back((described(item) + QStringLiteral(" ") + what).toStdString());
+        faults_.push_back((described(item) + " " + what).toStdString());
     }
 
     const QQuickItem& root_;
@@ -228,7 +227,7 @@ std::vector<TextSize> textSizes(const QQuickItem& root) {
     if (!root.isVisible() || root.opacity() == 0) return sizes;
     if (isText(root) && isSeen(root)) {
         // What the text was drawn with, when it had to shrink.
-        const int pixels = root.property("fontInfo").value<QJSValue>().property(QStringLiteral("pixelSize")).toInt();
+        const int pixels = root.property("fontInfo").value<QJSValue>().property("pixelSize").toInt();
         sizes.push_back({&root, root.property("text").toString(), pixels});
     }
     for (const QQuickItem* child : root.childItems())

@@ -116,10 +116,10 @@ TEST_F(LayoutCheck, FindsWhatHasTheFocusOutOfView) {
     window.requestActivate();
     ASSERT_TRUE(eventually([&] { return window.isActive(); }));
     EXPECT_THAT(tests::focusFaults(*item), IsEmpty());
-    auto* row = item->findChild<QQuickItem*>(QStringLiteral("row"));
+    auto* row = item->findChild<QQuickItem*>("row");
     row->forceActiveFocus();
     EXPECT_THAT(tests::focusFaults(*item), ElementsAre(HasSubstr("has the focus, and 0 of its 44 points are in view")));
-    auto* flick = item->findChild<QQuickItem*>(QStringLiteral("flick"));
+    auto* flick = item->findChild<QQuickItem*>("flick");
     flick->setProperty("contentY", 620);
     EXPECT_THAT(tests::focusFaults(*item), ElementsAre(HasSubstr("20 of its 44 points")));
     flick->setProperty("contentY", 700);

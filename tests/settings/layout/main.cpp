@@ -58,9 +58,9 @@ class LayoutTour : public settings::Pictures {
 
   private:
     void visitComposerStates() {
-        const QString words = QStringLiteral("nothing is sent to an address like this, ");
+        const QString words = "nothing is sent to an address like this, ";
         for (const QString& problem :
-             {QStringLiteral("No way."), words, words.repeated(50), QString(3000, QLatin1Char('x'))}) {
+             {QString("No way."), words, words.repeated(50), QString(3000, QLatin1Char('x'))}) {
             settings::ComposerSnapshot composer = *shell_.topPage()->composer;
             composer.problem = problem.toStdString();
             present(std::make_shared<const settings::ComposerSnapshot>(composer));
@@ -129,7 +129,7 @@ int main(int argc, char** argv) {
     if (argc != 4) return fail("takes a device root, a folder and a text size");
     platform::setDeviceRoot(argv[1]);
     QGuiApplication application(argc, argv);
-    QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
+    QGuiApplication::setFont(QFont("Inter"));
     QAccessible::setActive(true);
     auto& shell = *new settings::Shell; // never destroyed, as the main thread reports to it
     shell.setTextSize(std::atoi(argv[3]));
@@ -137,11 +137,10 @@ int main(int argc, char** argv) {
     shell.launch({platform::standardBundle(), {}, settings::contentSizeOf(size)},
                  [](const std::string& why) { QCoreApplication::exit(fail(why)); });
     QQmlApplicationEngine engine;
-    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)},
-                                 {QStringLiteral("width"), size.width},
-                                 {QStringLiteral("height"), size.height}});
-    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/Main.qml")));
+    engine.addImportPath("qrc:/qt/qml");
+    engine.setInitialProperties(
+        {{"shell", QVariant::fromValue(&shell)}, {"width", size.width}, {"height", size.height}});
+    engine.load(QUrl("qrc:/qt/qml/Lumora/Main.qml"));
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return fail("the window's own files cannot be loaded");
     LayoutTour tour(shell, *window);

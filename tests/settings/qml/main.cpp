@@ -15,19 +15,15 @@ class Setup : public QObject {
 
   public:
     Setup() {
-        QProcess::execute(QStringLiteral("/usr/bin/python3"),
-                          {QStringLiteral(LUMORA_SOURCE "/tests/harness/make_fonts.py"), fonts_.path(),
-                           QStringLiteral("many=200"), QStringLiteral("twins"), QStringLiteral("variable"),
-                           QStringLiteral("collection"), QStringLiteral("arabic"), QStringLiteral("dumb"),
-                           QStringLiteral("tall")});
+        QProcess::execute("/usr/bin/python3", {LUMORA_SOURCE "/tests/harness/make_fonts.py", fonts_.path(), "many=200",
+                                               "twins", "variable", "collection", "arabic", "dumb", "tall"});
     }
 
   public slots:
     void applicationAvailable() { settings::TouchItem::wantEveryMove(); }
     void qmlEngineAvailable(QQmlEngine* engine) {
-        engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
-        engine->rootContext()->setContextProperty(QStringLiteral("bench"),
-                                                  new Bench(fonts_.filePath(QStringLiteral("fonts/")), engine));
+        engine->addImportPath("qrc:/qt/qml");
+        engine->rootContext()->setContextProperty("bench", new Bench(fonts_.filePath("fonts/"), engine));
     }
 
   private:

@@ -20,20 +20,16 @@ PageStage {
         function toggle() { return find(host.item, item => item instanceof SwitchRow) }
         function allSpokenAs(name) { return spoken(control => control.name === name) }
 
-        function aSwitch(name, value) { return { cell: RowModel.SwitchCell, name: name, value: value } }
-        function aSlider(min, max, value, showValue) {
-            return { cell: RowModel.SliderCell, min: min, max: max, value: value, showValue: showValue };
-        }
-        function aField(placeholder, value) { return { cell: RowModel.EditTextCell, placeholder: placeholder, value: value } }
-        function aSecureField(placeholder, value) {
-            return { cell: RowModel.SecureEditTextCell, placeholder: placeholder, value: value };
-        }
-        function aLink(name) { return { cell: RowModel.LinkCell, name: name } }
-        function aList(name, valueTitle) { return { cell: RowModel.LinkListCell, name: name, valueTitle: valueTitle } }
-        function anOption(name, marked) { return { cell: RowModel.ListItemCell, name: name, marked: marked } }
-        function aText(name) { return { cell: RowModel.StaticTextCell, name: name } }
-        function aButton(name) { return { cell: RowModel.ButtonCell, name: name } }
-        function aGroup(name, footerText) { return { cell: RowModel.GroupCell, name: name, footerText: footerText } }
+        function aSwitch(name, value) { return { cell: RowModel.SwitchCell, name, value } }
+        function aSlider(min, max, value, showValue) { return { cell: RowModel.SliderCell, min, max, value, showValue } }
+        function aField(placeholder, value) { return { cell: RowModel.EditTextCell, placeholder, value } }
+        function aSecureField(placeholder, value) { return { cell: RowModel.SecureEditTextCell, placeholder, value } }
+        function aLink(name) { return { cell: RowModel.LinkCell, name } }
+        function aList(name, valueTitle) { return { cell: RowModel.LinkListCell, name, valueTitle } }
+        function anOption(name, marked) { return { cell: RowModel.ListItemCell, name, marked } }
+        function aText(name) { return { cell: RowModel.StaticTextCell, name } }
+        function aButton(name) { return { cell: RowModel.ButtonCell, name } }
+        function aGroup(name, footerText) { return { cell: RowModel.GroupCell, name, footerText } }
 
         function everyKind(title) {
             return [{ tag: "switch", row: aSwitch(title) }, { tag: "link", row: aLink(title) },

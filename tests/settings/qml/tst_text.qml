@@ -80,23 +80,19 @@ PageStage {
             open(manyLines);
             host.item.forceActiveFocus();
             const end = scroller().contentHeight - 600;
-            keyClick(Qt.Key_Down);
-            verify(scroller().contentY > 20);
-            keyClick(Qt.Key_Up);
-            compare(scroller().contentY, 0);
-            keyClick(Qt.Key_Up);
-            compare(scroller().contentY, 0);
-            keyClick(Qt.Key_PageDown);
-            verify(scroller().contentY > 400);
-            verify(scroller().contentY < 600);
-            keyClick(Qt.Key_PageUp);
-            compare(scroller().contentY, 0);
-            keyClick(Qt.Key_End);
-            compare(scroller().contentY, end);
-            keyClick(Qt.Key_PageDown);
-            compare(scroller().contentY, end);
-            keyClick(Qt.Key_Home);
-            compare(scroller().contentY, 0);
+            const after = key => {
+                keyClick(key);
+                return scroller().contentY;
+            };
+            verify(after(Qt.Key_Down) > 20);
+            compare(after(Qt.Key_Up), 0);
+            compare(after(Qt.Key_Up), 0);
+            const page = after(Qt.Key_PageDown);
+            verify(page > 400 && page < 600, page);
+            compare(after(Qt.Key_PageUp), 0);
+            compare(after(Qt.Key_End), end);
+            compare(after(Qt.Key_PageDown), end);
+            compare(after(Qt.Key_Home), 0);
         }
         function test_scrollsATextByWheelAndFinger() {
             open(manyLines);
