@@ -5,8 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <limits>
-
 namespace {
 
 using namespace tests;
@@ -148,11 +146,6 @@ TEST_F(TableNavigationTest, TakesUpTheHeightsThatHeadersAndFootersWereDrawnWith)
     EXPECT_EQ(table().layout.section(1).footerHeight, 20);
     handle(TableScrolled{{0, 10, {{50, 20}, {50, 20}, {7, 7}}}}); // a section that does not exist
     EXPECT_EQ(table().layout.sectionCount(), 2);
-}
-
-TEST_F(TableNavigationTest, MakesAllCellsWhenThereIsNoEndToTheView) {
-    scroll(0, std::numeric_limits<double>::infinity());
-    EXPECT_EQ(table().cells.size(), 11U);
 }
 
 TEST_F(TableNavigationTest, BeginsAtTheTopOfAnotherTableWhenThePageAppearsAgain) {

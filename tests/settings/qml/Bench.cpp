@@ -18,20 +18,13 @@ namespace {
 constexpr double kTableHeight = 700;
 
 Value toValue(const QVariant& value) {
-    switch (value.typeId()) {
-    case QMetaType::Bool:
-        return value.toBool();
-    case QMetaType::Int:
-        return value.toInt();
-    case QMetaType::Double:
-        return value.toDouble();
-    case QMetaType::QString:
-        return value.toString().toStdString();
-    case QMetaType::QVariantList:
-        return List{};
-    default:
-        return {};
-    }
+    const int type = value.typeId();
+    if (type == QMetaType::Bool) return value.toBool();
+    if (type == QMetaType::Int) return value.toInt();
+    if (type == QMetaType::Double) return value.toDouble();
+    if (type == QMetaType::QString) return value.toString().toStdString();
+    if (type == QMetaType::QVariantList) return List{};
+    return {};
 }
 
 std::string toText(const QVariant& text) {
@@ -252,11 +245,6 @@ PageModel* Bench::viewPage(const QVariantMap& view) {
 
 void Bench::showView(const QVariantMap& view) {
     page_->read(viewSnapshot(view));
-}
-
-QString Bench::colorAt(QQuickItem* item, double x, double y) {
-    const QImage picture = item->window()->grabWindow();
-    return picture.pixelColor((item->mapToScene({x, y}) * picture.devicePixelRatio()).toPoint()).name();
 }
 
 void Bench::takeAll() {

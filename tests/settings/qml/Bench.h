@@ -69,8 +69,6 @@ class Bench : public QObject {
     Q_INVOKABLE settings::PageModel* viewPage(const QVariantMap& view);
     /// A newer snapshot of the last page, with this view.
     Q_INVOKABLE void showView(const QVariantMap& view);
-    /// The window's picture has that colour there.
-    Q_INVOKABLE QString colorAt(QQuickItem* item, double x, double y);
     /// Everything that was handed on has arrived, and the page has shown what came of it.
     Q_INVOKABLE void takeAll();
 

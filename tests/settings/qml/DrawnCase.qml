@@ -25,6 +25,8 @@ TestCase {
     }
     function find(item, matches) { return all(item, matches)[0] ?? null }
 
+    function colorAt(x, y) { return grabImage(host.item).pixel(x, y).toString() }
+
     function spoken(matches) { return bench.spoken(host.item).filter(matches) }
     function spokenAs(name) { return spoken(control => control.name === name)[0] }
     function spokenFocus() { return spoken(control => control.focused).map(control => control.name) }

@@ -24,6 +24,10 @@ PageCase {
     function numbered(count) { return Array.from({ length: count }, (_, i) => ({ title: "Row " + i })) }
     function many(count) { return [{ header: "Enabled", rows: numbered(count) }] }
     function overlay() { return find(host.item, item => item instanceof LiftedRow) }
+    function rowAfter(key) {
+        keyClick(key);
+        return focusedRow();
+    }
     function focusedRow() { return rows().find(item => item.activeFocus)?.title }
     function ringed() { return rows().filter(item => item.focused).map(item => item.title) }
     // The titles from top to bottom as they stand, the gap as "_", the parts between sections as "|".

@@ -140,8 +140,7 @@ PageStage {
         }
         function test_keepsTheUsersOrderUntilEveryMoveHasArrived() {
             open(letters);
-            const hand = lift("A", 80);
-            letGo(hand);
+            letGo(lift("A", 80));
             bench.showTable(letters); // from before the move
             compare(drawn(), "|BCA|XY");
             keyClick(Qt.Key_Up, Qt.AltModifier);
@@ -208,14 +207,13 @@ PageStage {
         function test_endsALandingForTheNextHandOrKey(data) {
             Theme.animated = true;
             open(letters);
-            let hand = lift("A", 80);
-            letGo(hand);
+            letGo(lift("A", 80));
             verify(overlay().visible);
             if (data.tag === "key") {
                 keyClick(Qt.Key_Down, Qt.AltModifier);
                 verify(!overlay().visible);
             } else {
-                hand = lift("Y");
+                const hand = lift("Y");
                 compare(rows().filter(item => item.empty).map(item => item.title), ["Y"]);
                 letGo(hand);
                 tryVerify(() => !overlay().visible);

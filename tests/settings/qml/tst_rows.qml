@@ -156,10 +156,8 @@ PageStage {
         function test_drawsAnIconLeftOfARowOfAnyKind_data() { return everyKind("Row") }
         function test_drawsAnIconLeftOfARowOfAnyKind(data) {
             open([Object.assign({ icon: "red" }, data.row)]);
-            const picture = grabImage(host.item);
-            const x = 2 * Theme.inset + Theme.iconSize / 2;
-            compare(picture.pixel(x, 20 + Theme.rowHeight / 2), "#ff0000");
-            compare(picture.pixel(2 * Theme.inset + Theme.iconSize + 4, 20 + 10), Theme.cell.toString(), "room after it");
+            compare(colorAt(2 * Theme.inset + Theme.iconSize / 2, 20 + Theme.rowHeight / 2), "#ff0000");
+            compare(colorAt(2 * Theme.inset + Theme.iconSize + 4, 20 + 10), Theme.cell.toString(), "room after it");
         }
         function test_drawsMarkupInTextsAsItIsWritten() {
             open([aGroup("<b>Group</b>", "<i>Foot</i>"), { cell: RowModel.LinkCell, name: "<b>Link</b>", valueTitle: "<u>Value</u>" },

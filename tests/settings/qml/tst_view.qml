@@ -44,11 +44,11 @@ PageStage {
         function test_drawsTheViewAndWhatChangesInIt() {
             const view = x => ({ color: "#00ff00", views: [{ frame: Qt.rect(x, 10, 20, 20), color: "#ff0000" }] });
             open(view(10));
-            compare(bench.colorAt(host.item, 15, 15), "#ff0000");
-            compare(bench.colorAt(host.item, 55, 15), "#00ff00");
+            compare(colorAt(15, 15), "#ff0000");
+            compare(colorAt(55, 15), "#00ff00");
             bench.showView(view(50));
-            compare(bench.colorAt(host.item, 15, 15), "#00ff00");
-            compare(bench.colorAt(host.item, 55, 15), "#ff0000");
+            compare(colorAt(15, 15), "#00ff00");
+            compare(colorAt(55, 15), "#ff0000");
         }
         function test_drawsEveryChangeThatComesBeforeTheNextPicture() {
             const view = (one, other) => ({ color: "#00ff00", views: [{ frame: Qt.rect(0, 0, 20, 20), color: one },
@@ -56,9 +56,9 @@ PageStage {
             open(view("#000000", "#000000"));
             bench.showView(view("#ff0000", "#000000"));
             bench.showView(view("#ff0000", "#0000ff"));
-            compare(bench.colorAt(host.item, 10, 10), "#ff0000");
-            compare(bench.colorAt(host.item, 310, 610), "#0000ff");
-            compare(bench.colorAt(host.item, 200, 300), "#00ff00");
+            compare(colorAt(10, 10), "#ff0000");
+            compare(colorAt(310, 610), "#0000ff");
+            compare(colorAt(200, 300), "#00ff00");
         }
         function test_drawsTheWholeViewInANewSizeOfTheWindow() {
             open({ color: "#00ff00", views: [{ frame: Qt.rect(380, 0, 5, 5), color: "#ff0000" }] });
@@ -67,8 +67,8 @@ PageStage {
             waitForRendering(host.item);
             host.width = 390;
             bench.showView({ color: "#00ff00", views: [{ frame: Qt.rect(380, 0, 5, 5), color: "#0000ff" }] });
-            compare(bench.colorAt(host.item, 382, 2), "#0000ff");
-            compare(bench.colorAt(host.item, 200, 300), "#00ff00");
+            compare(colorAt(382, 2), "#0000ff");
+            compare(colorAt(200, 300), "#00ff00");
             host.anchors.fill = root;
         }
 
