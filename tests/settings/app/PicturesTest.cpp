@@ -175,7 +175,7 @@ TEST_F(ComparedPictures, DifferInWhatOnlyOneOfThemHas) {
     EXPECT_THAT(complaints(), ElementsAre(HasSubstr("page.png differs in 8 pixels")));
 }
 
-TEST_F(ComparedPictures, AreMissedAndAreNoticedWhenTheyAreNew) {
+TEST_F(ComparedPictures, AreReportedWhenTheyAreMissingOrNew) {
     draw(before_, "former.png");
     draw(now_, "new.png");
     EXPECT_THAT(complaints(), ElementsAre("new.png is new", "former.png is no longer drawn"));

@@ -143,7 +143,7 @@ TEST_F(ComposingTest, ShowsTheMessageThatAButtonPresents) {
     EXPECT_FALSE(composer()->working);
 }
 
-TEST_F(ComposingTest, IsGoneWhenItIsCancelledAndTellsWhetherItIsToBeSeenComingAndGoing) {
+TEST_F(ComposingTest, IsGoneOnceCancelledAndTellsWhetherToAnimateComingAndGoing) {
     EXPECT_TRUE(top().presentsAnimated);
     act(ComposerAction::cancel);
     EXPECT_FALSE(top().presentsAnimated);
@@ -151,7 +151,7 @@ TEST_F(ComposingTest, IsGoneWhenItIsCancelledAndTellsWhetherItIsToBeSeenComingAn
     EXPECT_THAT(results(), ElementsAre(MFMailComposeResultCancelled));
 }
 
-TEST_F(ComposingTest, GoesOnShowingItWhenThePageIsReadAnew) {
+TEST_F(ComposingTest, KeepsShowingTheMessageWhenThePageIsReadAgain) {
     const auto id = composer()->id;
     perform([](Navigation& navigation) { navigation.setContentSize({500, 500}); });
     tapButton();
@@ -159,7 +159,7 @@ TEST_F(ComposingTest, GoesOnShowingItWhenThePageIsReadAnew) {
     EXPECT_EQ(composer()->id, id) << "one message at a time";
 }
 
-TEST_F(ComposingTest, ThePageBehindHearsNothing) {
+TEST_F(ComposingTest, KeepsEventsFromThePageBehind) {
     perform([this](Navigation& navigation) {
         navigation.open(NSClassFromString("MailPage"), "Another");
         navigation.handle(top().id, RowTapped{0});
@@ -171,7 +171,7 @@ TEST_F(ComposingTest, ThePageBehindHearsNothing) {
     EXPECT_EQ(top().title, "Mail");
 }
 
-TEST_F(ComposingTest, ThePageBehindTakesOnlyWhatWasTypedBefore) {
+TEST_F(ComposingTest, HandsThePageBehindOnlyWhatWasTypedBefore) {
     perform([this](Navigation& navigation) {
         navigation.handle(top().id, ValueChanged{2, true});
         navigation.handle(top().id, ValueChanged{1, "typed"});
@@ -180,7 +180,7 @@ TEST_F(ComposingTest, ThePageBehindTakesOnlyWhatWasTypedBefore) {
     EXPECT_NE(composer(), nullptr);
 }
 
-TEST_F(ComposingTest, ShowsThatItIsBeingSentUntilItIs) {
+TEST_F(ComposingTest, ShowsThatAMessageIsBeingSentUntilItIs) {
     const std::string gate = (home.path() / "gate").string();
     ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
     ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta", "read go < " + gate).c_str(), 1);
@@ -206,7 +206,7 @@ TEST_F(ComposingTest, SaysWhatWentWrongAndWhereTheDraftIs) {
     EXPECT_THAT(said, HasSubstr(drafts.front().string()));
 }
 
-TEST_F(ComposingTest, ShowsWhyItIsStillThereToBeEditedAndSaysNothingElsewhere) {
+TEST_F(ComposingTest, ShowsWhyAMessageIsStillThereAndSaysSoNowhereElse) {
     testing::internal::CaptureStderr();
     act(ComposerAction::send, {"", "Edited", "Text"});
     EXPECT_TRUE(waitForProblem("address"));

@@ -48,7 +48,7 @@ class FaultyPage : public PSListController {
 };
 PLATFORM_CLASS(FaultyPage)
 
-TEST_F(NavigationTest, TellsWhatItOpensBeforeThePageIsMade) {
+TEST_F(NavigationTest, AnnouncesAPageBeforeItIsMade) {
     openRoot();
     ASSERT_EQ(shown.size(), 2u);
     EXPECT_TRUE(shown.front().pages.empty());
@@ -123,7 +123,7 @@ TEST_F(NavigationTest, GivesAPageTheTitleAndTheRowThatOpenedIt) {
     EXPECT_EQ(top().title, "Options");
 }
 
-TEST_F(NavigationTest, MarksTheStoredOptionThenTheChosenOneAndShowsThatOnTheWayBack) {
+TEST_F(NavigationTest, MarksTheStoredOptionThenTheChosenOneWhichShowsOnThePageBelow) {
     openRoot({{"options", 5}});
     tap(RowsPage::Options);
     EXPECT_EQ(top().className, "PSListItemsController");
@@ -138,7 +138,7 @@ TEST_F(NavigationTest, MarksTheStoredOptionThenTheChosenOneAndShowsThatOnTheWayB
     EXPECT_EQ(top().rows[RowsPage::Options].valueTitle, "–");
 }
 
-TEST_F(NavigationTest, StoresAnEditedValueOnceAndReadsItsRowAloneAnew) {
+TEST_F(NavigationTest, StoresAnEditedValueOnceAndReadsOnlyItsRowAgain) {
     openRoot({{"slider", 1.0}});
     RowsPage::values["slider"] = 2.0; // as by a late reply
     handle(ValueChanged{RowsPage::Switch, true});
@@ -225,7 +225,7 @@ TEST_F(FaultyNavigationTest, ClosesAPageThatThrowsLaterOnButNotTheFirst) {
            "lumora-settings: the page RowsPage fails: no more\n";
 }
 
-TEST_F(FaultyNavigationTest, ShowsTheFirstPageAsItWasWhenItThrowsAtItsReturn) {
+TEST_F(FaultyNavigationTest, ShowsTheFirstPageAsItWasWhenItThrowsOnItsReturn) {
     ASSERT_TRUE(open("FaultyPage"));
     openRoot();
     FaultyPage::fault = "appearance";

@@ -100,7 +100,7 @@ TEST_F(ViewNavigationTest, ShowsAHostedViewInTheContentAreaWithoutItsHiddenViews
     EXPECT_EQ(top().view->subviews[0].frame, CGRectMake(1, 2, 3, 4));
 }
 
-TEST_F(ViewNavigationTest, TellsAPageThatAppearsAgainBecauseItsViewMayBlock) {
+TEST_F(ViewNavigationTest, AnnouncesAPageThatAppearsAgainBecauseItsViewMayBlock) {
     ASSERT_TRUE(open("HostedPage"));
     openRoot();
     const auto above = top().id;
@@ -140,7 +140,7 @@ TEST_F(ViewNavigationTest, FillsThePageWithTheHostedViewAndResizesWhatIsInItByIt
     }
 }
 
-TEST_F(ViewNavigationTest, ShowsWhatChangesByItselfInAViewThatIsSeen) {
+TEST_F(ViewNavigationTest, ShowsWhatChangesByItselfInAVisibleView) {
     openRoot();
     tap(RowsPage::Hosted);
     const auto inner = navigation.topPage()->view()->subviews().at(0);
@@ -165,7 +165,7 @@ struct FieldNavigationTest : NavigationTest {
     [[nodiscard]] const ViewSnapshot& field() const { return top().view->subviews.at(0); }
 };
 
-TEST_F(FieldNavigationTest, ShowsTheLookOfEachViewThatIsSeen) {
+TEST_F(FieldNavigationTest, ShowsTheLookOfEachVisibleView) {
     EXPECT_EQ(field().className, "FieldView");
     EXPECT_EQ(field().frame, CGRectMake(10, 20, 300, 300));
     ASSERT_EQ(field().subviews.size(), 4U) << "the hidden one is left out";
@@ -181,7 +181,7 @@ TEST_F(FieldNavigationTest, ShowsTheLookOfEachViewThatIsSeen) {
     EXPECT_EQ(field().drawing->steps.size(), 1U);
 }
 
-TEST_F(FieldNavigationTest, ShowsTheElementsThatAreSeenByTheirPlacesOnThePage) {
+TEST_F(FieldNavigationTest, ShowsVisibleElementsAtTheirPlacesOnThePage) {
     ASSERT_EQ(top().elements.size(), 2U);
     EXPECT_EQ(top().elements[0].label, "Field");
     EXPECT_EQ(top().elements[0].frame, CGRectMake(30, 50, 200, 100));
@@ -191,7 +191,7 @@ TEST_F(FieldNavigationTest, ShowsTheElementsThatAreSeenByTheirPlacesOnThePage) {
     EXPECT_TRUE(top().elements[1].axes.empty());
 }
 
-TEST_F(FieldNavigationTest, ShowsOfTheElementsOnlyWhatATouchReachesOnASmallerPage) {
+TEST_F(FieldNavigationTest, CutsElementsToWhatATouchReachesOnASmallerPage) {
     navigation.setContentSize({200, 240});
     ASSERT_EQ(top().elements.size(), 2U);
     EXPECT_EQ(top().elements[0].frame, CGRectMake(30, 50, 200, 100)) << "its quantity is measured along all of it";
@@ -207,7 +207,7 @@ TEST_F(FieldNavigationTest, ShowsOfTheElementsOnlyWhatATouchReachesOnASmallerPag
     EXPECT_EQ(top().elements.at(1).frame, CGRectMake(30, 220, 50, 40));
 }
 
-TEST_F(FieldNavigationTest, ShowsTheTextByItsPlaceOnThePage) {
+TEST_F(FieldNavigationTest, ShowsTheTextAtItsPlaceOnThePage) {
     ASSERT_TRUE(top().text);
     EXPECT_EQ(top().text->frame, CGRectMake(160, 220, 100, 60));
     EXPECT_EQ(*top().text->text, "Text");
@@ -226,7 +226,7 @@ TEST_F(FieldNavigationTest, HandsTouchesToTheViewAndShowsWhatComesOfThem) {
     EXPECT_THAT(FieldView::touches, ElementsAre("began 120 80", "moved 70 80", "ended 70 80"));
 }
 
-TEST_F(FieldNavigationTest, KeepsTheTextAndPlaceOfATextThatIsTouchedBeside) {
+TEST_F(FieldNavigationTest, KeepsATextWhenThePageIsTouchedBesideIt) {
     const std::uint64_t id = top().text->id;
     touch({{0, UITouchPhase::began, {130, 100}}});
     EXPECT_EQ(top().text->id, id);

@@ -7,14 +7,13 @@
 
 namespace tests {
 
-/// What a person could not read or would see twice of a drawn window, a sentence for each: texts that are cut off, that
-/// are larger than their item, or that stand out of their row or the window; texts and controls that overlap.
+/// What a person could not read in a drawn window, a sentence for each: texts that are cut off, are larger than their
+/// item, or stand out of their row or the window; texts and controls that overlap.
 ///
 ///     for (const std::string& fault : layoutFaults(*window.contentItem())) complain(fault);
 ///
-/// Two places may cut a text, because
-/// their height is fixed: the title of the navigation bar and the rows of a table. There the full text has to be what
-/// assistive tools are told. Fields of one line scroll. What is scrolled out of view is looked at, too. GUI thread.
+/// The title of the navigation bar and the rows of a table may cut a text, because their height is fixed; assistive
+/// tools have to be told all of it. Fields of one line scroll. What is scrolled out of view is looked at, too. GUI thread.
 [[nodiscard]] std::vector<std::string> layoutFaults(const QQuickItem& root);
 
 /// A sentence if what has the focus is out of view, or where the cursor is in a text of several lines.

@@ -144,7 +144,7 @@ TEST_F(ElementInHand, KeepsTheMarkUntilTheViewHasAnsweredEveryTouch) {
     EXPECT_DOUBLE_EQ(element.valueOf(0), 0.2);
 }
 
-TEST_F(ElementInHand, OutlivesNoAnswer) {
+TEST_F(ElementInHand, IgnoresAnAnswerThatComesAfterItIsGone) {
     auto element = std::make_unique<ElementModel>(send, bar(0.5), nullptr);
     element->move(0.1, 0);
     element.reset();
@@ -212,7 +212,7 @@ TEST_F(TextOfAPage, LivesOnWhileItIsTheSameText) {
     EXPECT_EQ(page.text(), nullptr);
 }
 
-TEST_F(TextOfAPage, ComesInPiecesThatAreNoneTooLongAndLoseNothing) {
+TEST_F(TextOfAPage, IsSplitIntoPiecesOfBoundedLengthWithoutLoss) {
     static constexpr qsizetype kLong = 8192;
     const auto pieces = [](const std::string& text) {
         const TextModel model(textOf(1, text), nullptr);
@@ -244,12 +244,12 @@ TEST_F(TextOfAPage, ComesInPiecesThatAreNoneTooLongAndLoseNothing) {
     }
 }
 
-TEST(DrawingLimit, IsToldOfOneThingThatTakesTooLongAndOfNothingElse) {
+TEST(DrawingLimit, ReportsOneThingThatTakesTooLongAndNothingElse) {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds quickly(200);
     std::atomic<int> told = 0;
     DrawingLimit limit(std::chrono::milliseconds(0), [&told] { ++told; });
-    // On a machine that stands still meanwhile nothing is quick: then once more.
+    // Nothing is quick while the machine stands still: then once more.
     for (auto took = Clock::duration::max(); took >= quickly;) {
         told = 0;
         const auto began = Clock::now();

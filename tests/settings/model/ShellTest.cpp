@@ -38,7 +38,7 @@ class ShellTest : public ::testing::Test {
     Shell& shell = made();
 };
 
-TEST_F(ShellTest, WaitsForOneThingAndNotForAllThatQueues) {
+TEST_F(ShellTest, WaitsForOneThingAtATimeNotForTheWholeQueue) {
     std::promise<void> first;
     std::promise<void> second;
     shell.post([&first](Navigation&) { tests::awaited(first.get_future(), "the end of the first thing"); });

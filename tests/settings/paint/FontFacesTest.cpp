@@ -68,7 +68,7 @@ TEST(FontFaces, TellsFacesAndInstancesOfOneFileApart) {
     EXPECT_NEAR(fonts.height("vary.ttf", 3 << 16), 0.8 * kSize, 0.05);
 }
 
-TEST(FontFaces, StandsRightToLeftWordsInTheirOrder) {
+TEST(FontFaces, PutsRightToLeftWordsInTheirOrder) {
     Fonts fonts({"arabic"});
     // A gap of one letter is where the space is: after two of the six letters, counted from the right.
     const auto outline = fonts.outline("arabic.ttf", "خط عربي");
@@ -81,7 +81,7 @@ TEST(FontFaces, StandsRightToLeftWordsInTheirOrder) {
     EXPECT_THAT(ink, ElementsAre(true, true, true, true, false, true, true));
 }
 
-TEST(FontFaces, DrawsNothingWhenTheFontLacksALetterOrThereIsNone) {
+TEST(FontFaces, DrawsNoTextThatIsEmptyOrHasALetterThatTheFontLacks) {
     Fonts fonts({"dumb", "arabic", "twins"});
     EXPECT_TRUE(fonts.outline("dumb.ttf", "xx"));
     EXPECT_FALSE(fonts.outline("dumb.ttf", "xyx"));
@@ -121,7 +121,7 @@ TEST(FontFaces, ForgetsAFileThatIsNoFontAsItForgetsFonts) {
     EXPECT_TRUE(fonts.outline("late.ttf", "M"));
 }
 
-TEST(FontFaces, KeepsThoseUsedLastOpenAndNoMore) {
+TEST(FontFaces, KeepsOnlyTheFacesUsedLastOpen) {
     Fonts fonts({"many=100"});
     const auto draw = [&](int number) {
         EXPECT_TRUE(fonts.outline("many00" + std::to_string(100 + number).substr(1) + ".ttf", "M"));
@@ -163,7 +163,7 @@ TEST(FontFaces, SurvivesAFileThatIsCutShortWhileItIsOpen) {
     EXPECT_FALSE(fonts.outline("twin1.ttf", "bcdefg"));
 }
 
-TEST(FontFaces, SurvivesBytesThatAreNotAsTheyShouldBe) {
+TEST(FontFaces, SurvivesDamagedFiles) {
     Fonts fonts({"variable", "collection"});
     std::mt19937 random(1); // the same bytes each time
     for (const char* name : {"vary.ttf", "collection.ttc"}) {

@@ -183,7 +183,7 @@ TEST(ViewPainter, StretchesAnImageOverTheBounds) {
     expectPixels(image, {{10, 10, kRed}, {29, 19, kBlue}, {9, 15, kWhite}, {30, 15, kWhite}});
 }
 
-TEST(ViewPainter, TakesTheResolutionThatTheScreenHas) {
+TEST(ViewPainter, UsesTheImageOfTheScreensResolution) {
     const ViewSnapshot picture = pictured({{10, 10}, {4, 4}}, {}, {1, 1}, png(row({kRed})), png(row({kBlue, kBlue})));
     EXPECT_EQ(painted(picture).pixel(12, 12), kRed);
     EXPECT_EQ(painted(picture, 2).pixel(24, 24), kBlue);
@@ -290,7 +290,7 @@ TEST(ViewChange, IsTheOldAndTheNewPlaceOfWhatHasMovedWithItsShadow) {
     EXPECT_EQ(changedArea(before, after), QRectF(146, 146, 28, 18));
 }
 
-TEST(ViewChange, IsTheWholeViewWhenSubviewsCome) {
+TEST(ViewChange, IsTheWholeViewWhenSubviewsAreAdded) {
     const ViewSnapshot before = view({{0, 0}, {40, 40}});
     ViewSnapshot after = before;
     after.subviews = {view({{30, 30}, {20, 20}})};

@@ -83,11 +83,11 @@ Item {
         function actions() { return bench.compositions.map(composition => composition.action) }
         function done() { return bench.compositions[bench.compositions.length - 1] }
 
-        function test_slidesHereAndAwayWhereThatIsAskedUnlessNothingMoves_data() {
+        function test_slidesInAndOutIfAskedUnlessNothingMoves_data() {
             return [{ tag: "animated", moves: true, asked: true }, { tag: "at once", moves: true, asked: false },
                     { tag: "nothing moves", moves: false, asked: true }];
         }
-        function test_slidesHereAndAwayWhereThatIsAskedUnlessNothingMoves(data) {
+        function test_slidesInAndOutIfAskedUnlessNothingMoves(data) {
             const slides = data.moves && data.asked;
             host.active = false;
             Theme.animated = data.moves;
@@ -124,7 +124,7 @@ Item {
             keyClick(Qt.Key_Return, Qt.ControlModifier);
             compare(done(), { action: "send", to: "support@nevo.example", subject: "Subject!", body: "x One\nTwo" });
         }
-        function test_isNotDisturbedByASnapshotThatArrives() {
+        function test_keepsWhatIsBeingTypedWhenASnapshotArrives() {
             type("x");
             show({ body: "Another", to: "" });
             show({ problem: "No way" });
@@ -154,7 +154,7 @@ Item {
             press("Send");
             compare(actions(), ["send", "send"]);
         }
-        function test_cannotBeSentToNobody() {
+        function test_cannotBeSentWithoutARecipient() {
             open({ to: " " });
             press("Send");
             keyClick(Qt.Key_Return, Qt.ControlModifier);
@@ -177,7 +177,7 @@ Item {
             host.item.leave();
             compare(done(), { action: "leave", to: "support@nevo.example", subject: "Subject", body: "xOne\nTwo" });
         }
-        function test_leavesWhatIsBeingSentToBeKeptIfItIsRefused() {
+        function test_asksToKeepAMessageThatIsBeingSentWhenTheWindowCloses() {
             press("Send");
             host.item.leave();
             show({ working: true });

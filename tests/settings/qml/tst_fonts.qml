@@ -88,10 +88,10 @@ PageStage {
             bench.showTable(options);
             compare(groundOf("B"), Theme.cell.toString());
         }
-        function test_letsADeselectedRowFadeWhereThatIsAsked_data() {
+        function test_fadesADeselectedRowIfThePageAsksForIt_data() {
             return [{ tag: "animated", animated: true }, { tag: "at once", animated: false }];
         }
-        function test_letsADeselectedRowFadeWhereThatIsAsked(data) {
+        function test_fadesADeselectedRowIfThePageAsksForIt(data) {
             Theme.animated = true;
             open(options);
             tapOn("B");
@@ -121,7 +121,7 @@ PageStage {
             finger.release(0, host.item, 100, y).commit();
             compare(bench.tableTaps.length, 1);
         }
-        function test_showsTheRowThatIsTappedByKey() {
+        function test_scrollsToTheRowThatAKeyTaps() {
             open(many(200));
             enter();
             scroller().contentY = 3000;
@@ -136,7 +136,7 @@ PageStage {
             keyClick(Qt.Key_Space);
             compare(bench.tableTaps, [[0, 1], [0, 2]]);
         }
-        function test_cannotTapTheRowsOfATableThatIsEdited() {
+        function test_ignoresTapsOnATableThatIsBeingEdited() {
             bench.selectable = false;
             open(options);
             tapOn("B");
@@ -213,7 +213,7 @@ PageStage {
             tryVerify(() => row("Row 30"));
             fuzzyCompare(place("Row 30"), 660, 1);
         }
-        function test_glidesWhenItIsToBeAnimated() {
+        function test_glidesWhenThePageAsksForIt() {
             Theme.animated = true;
             open(many(200));
             bench.askToScroll(100, 2, true);
@@ -221,7 +221,7 @@ PageStage {
             verify(scroller().contentY < 1000);
             tryVerify(() => row("Row 100") && Math.abs(place("Row 100") - 330) < 1);
         }
-        function test_doesNotScrollToARowThatThereIsNot() {
+        function test_doesNotScrollToAMissingRow() {
             bench.askToScroll(500, 2);
             open(many(200));
             compare(scroller().contentY, 0);

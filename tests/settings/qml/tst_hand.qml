@@ -107,11 +107,11 @@ PageStage {
             keyClick(Qt.Key_Escape);
             compare(root.escapes, 1);
         }
-        function test_putsTheRowBackWhenThePageIsCoveredOrAsksForThat_data() {
+        function test_putsTheRowBackWhenThePageIsCoveredOrAsksForIt_data() {
             return [{ tag: "waiting", begin: page => page.enabled = false }, { tag: "covered", begin: page => page.visible = false },
                     { tag: "asking", begin: page => page.putBack() }];
         }
-        function test_putsTheRowBackWhenThePageIsCoveredOrAsksForThat(data) {
+        function test_putsTheRowBackWhenThePageIsCoveredOrAsksForIt(data) {
             open(letters);
             const hand = lift("A", 80);
             data.begin(host.item);

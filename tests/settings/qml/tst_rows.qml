@@ -218,7 +218,7 @@ PageStage {
             verify(bench.act(host.item, "Opacity (1.0)", "Increase"));
             compare(bench.changes, [[1, 0.55]]);
         }
-        function test_handsNothingOnWhenASliderIsOnlyShown_data() {
+        function test_handsOnNothingWhileASliderIsOnlyShown_data() {
             return [
                 { tag: "bounds above nought", min: 50, max: 90, value: 70, shown: 70 },
                 { tag: "bounds around nought", min: -15, max: 15, value: -3, shown: -3 },
@@ -228,7 +228,7 @@ PageStage {
                 { tag: "nil", min: 50, max: 90, value: undefined, shown: 50 },
             ];
         }
-        function test_handsNothingOnWhenASliderIsOnlyShown(data) {
+        function test_handsOnNothingWhileASliderIsOnlyShown(data) {
             open([aSlider(data.min, data.max, data.value)]);
             compare(slider().value, data.shown);
             compare(bench.changes.length, 0);

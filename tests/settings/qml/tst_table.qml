@@ -18,7 +18,7 @@ PageStage {
 
         // -- where everything stands --
 
-        function test_standsHeadersRowsAndFootersWithoutGaps() {
+        function test_stacksHeadersRowsAndFootersWithoutGaps() {
             open(letters);
             compare(drawn(), "|ABC|XY");
             const heights = bench.viewports[bench.viewports.length - 1];
@@ -33,7 +33,7 @@ PageStage {
             compare(rows().filter(item => item.first).map(item => item.title), ["A", "X"]);
             compare(rows().filter(item => item.last).map(item => item.title), ["C", "Y"]);
         }
-        function test_isAsWideAsAPageOfRowsUnlessItIsPlainWithoutRoundCorners() {
+        function test_insetsAndRoundsTheRowsOfAGroupedTableButNotThoseOfAPlainOne() {
             open(letters);
             compare([row("A").x, row("A").width], [Theme.inset, 390 - 2 * Theme.inset]);
             const corner = () => colorAt(row("A").x, row("A").y);
@@ -85,7 +85,7 @@ PageStage {
             const place = last.mapToItem(host.item, 0, 0).y;
             verify(place > 600 && place + 40 <= 700, "at " + place);
         }
-        function test_beginsAtTheTopWhenTheTableIsAnotherOne() {
+        function test_startsAnotherTableAtItsTop() {
             open(many(100));
             enter();
             keyClick(Qt.Key_End);
@@ -98,7 +98,7 @@ PageStage {
             tryVerify(() => focusedRow() === "Row 0");
             tryVerify(() => rows().length > 15 && rows().every(item => item.title.length > 0));
         }
-        function test_standsOnWholePixels() {
+        function test_alignsEverythingToWholePixels() {
             open([{ header: "Enabled", footer: "A footer.\nAnother line.", rows: numbered(100) }]);
             const heights = bench.viewports[bench.viewports.length - 1];
             for (const height of heights.headers.concat(heights.footers))
@@ -111,7 +111,7 @@ PageStage {
             const header = find(host.item, item => item.text === "Enabled");
             compare(header.font.capitalization, Font.MixedCase);
         }
-        function test_drawsAHostedViewAnewOnlyWhenItIsAnother() {
+        function test_redrawsAHostedViewOnlyWhenItHasChanged() {
             open(letters);
             views.target = root.shownPage;
             views.clear();
@@ -142,7 +142,7 @@ PageStage {
             waitForRendering(host.item);
             compare(bench.viewports.length, before + 1);
         }
-        function test_tellsAtMostOfAFewViewportsWhenAPageOpens() {
+        function test_reportsAtMostTwoViewportsWhenAPageOpens() {
             open(letters);
             verify(bench.viewports.length <= 2, bench.viewports.length + " reports");
         }

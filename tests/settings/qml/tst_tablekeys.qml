@@ -155,7 +155,7 @@ PageStage {
             compare(rowAfter(Qt.Key_Down), "Row 2");
             verify(scroller().contentY < 100, "back to where the focus is");
         }
-        function test_isNoStopWhenThereAreNoRows() {
+        function test_isSkippedByTabWhileItHasNoRows() {
             open([{ header: "Enabled" }, { header: "Disabled" }]);
             enter();
             verify(root.after.activeFocus);

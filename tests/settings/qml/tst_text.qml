@@ -41,7 +41,7 @@ PageStage {
             host.anchors.fill = root;
             compare(scroller().height, 600);
         }
-        function test_laysOutOnlyWhatIsSeenOfALongTextAndTellsAllOfIt() {
+        function test_laysOutOnlyTheVisiblePartOfALongTextAndTellsAllOfIt() {
             const whole = Array.from({ length: 20000 }, (_, i) => "Line " + i).join("\n");
             open(whole);
             host.item.forceActiveFocus();
@@ -124,7 +124,7 @@ PageStage {
             bench.showView(textView(manyLines, 2));
             compare(scroller().contentY, 0);
         }
-        function test_cannotBeEditedAndIsSelectedOnlyWhenItMayBe() {
+        function test_cannotBeEditedAndIsSelectedOnlyIfThePageAllowsIt() {
             open(manyLines);
             host.item.forceActiveFocus();
             keyClick(Qt.Key_X);

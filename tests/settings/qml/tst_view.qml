@@ -60,7 +60,7 @@ PageStage {
             compare(colorAt(310, 610), "#0000ff");
             compare(colorAt(200, 300), "#00ff00");
         }
-        function test_drawsTheWholeViewInANewSizeOfTheWindow() {
+        function test_redrawsTheWholeViewWhenTheWindowIsResized() {
             open({ color: "#00ff00", views: [{ frame: Qt.rect(380, 0, 5, 5), color: "#ff0000" }] });
             host.anchors.fill = null;
             host.width = 100;
@@ -86,7 +86,7 @@ PageStage {
             mouseMove(host.item, 40, 50);
             compare(bench.touches.length, 4);
         }
-        function test_handsOnTheLeftButtonAlone() {
+        function test_handsOnOnlyTheLeftButton() {
             open(colorView(0, 0, 1));
             mouseClick(host.item, 30, 40, Qt.RightButton);
             compare(bench.touches, []);
@@ -164,7 +164,7 @@ PageStage {
 
         // -- keys --
 
-        function test_goesFromElementToElementInTheOrderInWhichOneReads() {
+        function test_goesThroughTheElementsInReadingOrder() {
             open(colorView(0, 0, 1));
             root.before.forceActiveFocus(Qt.OtherFocusReason);
             const order = [];
@@ -239,11 +239,11 @@ PageStage {
             keyClick(Qt.Key_Right);
             compare(touched(), [20 + 0.26 * 350, 95]);
         }
-        function test_takesTheKeyboardWhereTheHandIsAndShowsItWithTheFirstKey_data() {
+        function test_movesTheFocusToWhatIsTouchedAndShowsItWithTheFirstKey_data() {
             return [{ tag: "mouse", touch: (x, y) => mouseClick(host.item, x, y) },
                     { tag: "finger", touch: (x, y) => touchEvent(host.item).press(0, host.item, x, y).commit().release(0, host.item, x, y).commit() }];
         }
-        function test_takesTheKeyboardWhereTheHandIsAndShowsItWithTheFirstKey(data) {
+        function test_movesTheFocusToWhatIsTouchedAndShowsItWithTheFirstKey(data) {
             open(colorView(0.5, 0.5, 0.5));
             data.touch(100, 200);
             compare(focusedElement(), "Colour");
@@ -281,7 +281,7 @@ PageStage {
             compare(spokenOf(Accessible.Slider, "Hue").number, 0.75);
             compare(spokenOf(Accessible.Slider, "Saturation").number, 0.5);
         }
-        function test_offersNoActionAndNoFocusOnWhatIsNoButton() {
+        function test_offersNeitherPressNorFocusOnTheGroupAroundASlider() {
             open(colorView(0.25, 1, 0.5));
             for (const name of ["Colour", "Brightness"]) {
                 verify(!spokenOf(Accessible.Grouping, name).focusable, name);
