@@ -13,7 +13,7 @@ namespace tests {
 ///     for (const std::string& fault : layoutFaults(*window.contentItem())) complain(fault);
 ///
 /// The title of the navigation bar and the rows of a table may cut a text, because their height is fixed; assistive
-/// tools have to be told all of it. Fields of one line scroll. What is scrolled out of view is looked at, too. GUI thread.
+/// tools have to be told all of it. Fields of one line scroll. What is scrolled out of view is looked at. GUI thread.
 [[nodiscard]] std::vector<std::string> layoutFaults(const QQuickItem& root);
 
 /// A sentence if what has the focus is out of view, or where the cursor is in a text of several lines.

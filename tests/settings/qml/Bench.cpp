@@ -105,11 +105,11 @@ std::shared_ptr<const PageSnapshot> rowsSnapshot(const QVariantList& rows) {
     return page;
 }
 
-std::shared_ptr<const PageSnapshot> viewSnapshot(const QVariantMap& view) {
+std::shared_ptr<const PageSnapshot> viewSnapshot(const QVariantMap& view, const UIColorRef& ground) {
     std::vector<ViewSnapshot> parts;
     for (const QVariant& part : view["views"].toList())
         parts.push_back({"View", toFrame(part.toMap()["frame"]), {.backgroundColor = toColor(part.toMap()["color"])}});
-    auto page = hostSnapshot(toColor(view["color"]), std::move(parts));
+    auto page = hostSnapshot(ground, std::move(parts));
     for (const QVariant& element : view["elements"].toList())
         page->elements.push_back(toElement(element.toMap()));
     if (const QVariantMap text = view["text"].toMap(); !text.isEmpty())
@@ -187,31 +187,32 @@ void Bench::reset() {
     selectable_ = plain_ = deselectsAnimated_ = false;
     selected_ = -1;
     scroll_ = {};
+    ground_ = nullptr;
 }
 
-PageModel* Bench::page(const QVariantList& rows) {
-    return open(rowsSnapshot(rows));
-}
-
-void Bench::show(const QVariantList& rows) {
-    page_->read(rowsSnapshot(rows));
-}
-
-PageModel* Bench::tablePage(const QVariantList& sections) {
+PageModel* Bench::page(const QVariantMap& content) {
+    events_.clear();
+    busy_ = false;
+    underWay_.clear();
     viewport_ = {0, kTableHeight, {}};
-    setSections(sections);
-    return open(tableSnapshot());
+    page_ = new PageModel(std::bind_front(&Bench::take, this), snapshot(content), this);
+    return page_;
 }
 
-void Bench::showTable(const QVariantList& sections) {
-    setSections(sections);
-    page_->read(tableSnapshot());
+void Bench::show(const QVariantMap& content) {
+    page_->read(snapshot(content));
 }
 
-void Bench::showOtherTable(const QVariantList& sections) {
-    ++tableId_;
-    viewport_ = {0, kTableHeight, {}};
-    showTable(sections);
+std::shared_ptr<const PageSnapshot> Bench::snapshot(const QVariantMap& content) {
+    if (content.contains("color")) ground_ = toColor(content["color"]);
+    if (content.contains("rows")) return rowsSnapshot(content["rows"].toList());
+    if (!content.contains("sections")) return viewSnapshot(content, ground_);
+    if (content["anew"].toBool()) {
+        ++tableId_;
+        viewport_ = {0, kTableHeight, {}};
+    }
+    setSections(content["sections"].toList());
+    return tableSnapshot();
 }
 
 void Bench::compose(const QVariantMap& message) {
@@ -232,19 +233,6 @@ void Bench::compose(const QVariantMap& message) {
 
 void Bench::askToScroll(int row, int position, bool animated) {
     scroll_ = {scroll_.serial + 1, {0, row}, static_cast<UITableViewScrollPosition>(position), animated};
-}
-
-void Bench::paint(const QString& color) {
-    ground_ = toColor(color);
-    page_->read(tableSnapshot());
-}
-
-PageModel* Bench::viewPage(const QVariantMap& view) {
-    return open(viewSnapshot(view));
-}
-
-void Bench::showView(const QVariantMap& view) {
-    page_->read(viewSnapshot(view));
 }
 
 void Bench::takeAll() {
@@ -293,15 +281,6 @@ bool Bench::setNumber(QQuickItem* item, const QString& name, double value) {
         return true;
     }
     return false;
-}
-
-PageModel* Bench::open(std::shared_ptr<const PageSnapshot> page) {
-    events_.clear();
-    busy_ = false;
-    underWay_.clear();
-    viewport_ = {0, kTableHeight, {}};
-    page_ = new PageModel(std::bind_front(&Bench::take, this), std::move(page), this);
-    return page_;
 }
 
 void Bench::take(Event event, std::function<void()> taken) {

@@ -42,33 +42,25 @@ class Bench : public QObject {
 
     /// The next table is an ordinary one again.
     Q_INVOKABLE void reset();
-    /// Rows as maps of "cell", "name", "identifier", "value", "footerText", "placeholder", "min", "max", "showValue",
-    /// "valueTitle", "marked", "icon" (a colour).
-    Q_INVOKABLE settings::PageModel* page(const QVariantList& rows);
-    /// A newer snapshot of the last page, with these rows.
-    Q_INVOKABLE void show(const QVariantList& rows);
-    /// A page with a table: sections as maps of "header", "footer" and "rows", maps of "title", "identifier", "icon",
-    /// "marked", "fixed", "editingStyle", "indented", "font" (a file, or one and a number, as "a.ttc#1"). The table
-    /// fills 390 × 700 points, and cells are made as it asks for them.
-    Q_INVOKABLE settings::PageModel* tablePage(const QVariantList& sections);
-    /// A newer snapshot of the last page, with these sections.
-    Q_INVOKABLE void showTable(const QVariantList& sections);
-    /// The same of a view that the page has made anew.
-    Q_INVOKABLE void showOtherTable(const QVariantList& sections);
+    /// A page of 390 × 700 points that has one of these:
+    /// - "rows": maps of "cell", "name", "identifier", "value", "footerText", "placeholder", "min", "max", "showValue",
+    ///   "valueTitle", "marked", "icon" (a colour);
+    /// - "sections" of a table, whose cells are made as it asks for them: maps of "header", "footer" and "rows", maps of
+    ///   "title", "identifier", "icon", "marked", "fixed", "editingStyle", "indented", "font" (a file, or one and a
+    ///   number, as "a.ttc#1"); with "anew", the page has made the table anew;
+    /// - a view: "views" (maps of "frame", a rectangle, and "color"), "elements" (maps of "label", "frame" and "axes",
+    ///   these maps of "label", "value", "vertical", "reversed") and "text" (a map of "text", "frame", "selectable" and
+    ///   "id").
+    /// The ground of a table or a view has the "color", or the one before.
+    Q_INVOKABLE settings::PageModel* page(const QVariantMap& content);
+    /// A newer snapshot of the last page.
+    Q_INVOKABLE void show(const QVariantMap& content);
     /// A newer snapshot of the last page, with a message: a map of "id", "to", "subject", "body", "attachments" (maps
     /// of "name", "size"), "working", "problem"; without one when that is empty.
     Q_INVOKABLE void compose(const QVariantMap& message);
     /// The page wants a row of its only section to be seen, from the next snapshot on: 1 at the top, 2 in the middle, 3
     /// at the bottom, 0 anywhere.
     Q_INVOKABLE void askToScroll(int row, int position, bool animated = false);
-    /// The ground of the view that the table is in gets a colour.
-    Q_INVOKABLE void paint(const QString& color);
-    /// A page that hosts a view of 390 × 700 points: "color" of its ground, "views" (maps of "frame", a rectangle, and
-    /// "color"), "elements" (maps of "label", "frame" and "axes", these maps of "label", "value", "vertical",
-    /// "reversed") and "text" (a map of "text", "frame", "selectable" and "id").
-    Q_INVOKABLE settings::PageModel* viewPage(const QVariantMap& view);
-    /// A newer snapshot of the last page, with this view.
-    Q_INVOKABLE void showView(const QVariantMap& view);
     /// Everything that was handed on has arrived, and the page has shown what came of it.
     Q_INVOKABLE void takeAll();
 
@@ -107,11 +99,11 @@ class Bench : public QObject {
             if (std::holds_alternative<Kind>(event)) all << written(event);
         return all;
     }
+    std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantMap& content);
     std::shared_ptr<const settings::PageSnapshot> tableSnapshot() const;
     [[nodiscard]] settings::CellSnapshot toCell(const QVariantMap& map) const;
     void setSections(const QVariantList& sections);
     [[nodiscard]] platform::UIFontRef fontIn(const QString& file) const;
-    settings::PageModel* open(std::shared_ptr<const settings::PageSnapshot> page);
 
     settings::PageModel* page_ = nullptr;
     std::vector<settings::Event> events_; ///< since the last page was made

@@ -10,10 +10,9 @@ DrawnCase {
         stage.shownPage = null;
         host.enabled = true;
     }
-    // The page before it is gone when the next one is made.
-    function openPage(make) {
-        stage.shownPage = null;
-        stage.shownPage = make();
+    function openPage(content) {
+        stage.shownPage = null; // the one before is gone when the next one is made
+        stage.shownPage = bench.page(content);
         verify(waitForRendering(host.item));
     }
 }

@@ -9,10 +9,11 @@ PageCase {
     ]
 
     function open(sections) {
-        openPage(() => bench.tablePage(sections));
+        openPage({ sections });
         tryVerify(() => bench.viewports.length > 0);
         tryVerify(() => rows().every(row => row.spokenName.length > 0));
     }
+    function show(sections) { bench.show({ sections }) }
     function table() { return find(host.item, item => item instanceof Table) }
     function scroller() { return find(host.item, item => item instanceof TableScroller) }
     function rows() { return all(host.item, item => item instanceof TableSectionRow) }

@@ -52,7 +52,7 @@ Item {
         }
         function open(changes) {
             host.active = false;
-            root.shownPage = bench.page([]);
+            root.shownPage = bench.page({ rows: [] });
             bench.compose(Object.assign({}, message, changes));
             host.active = true;
             gone.clear();

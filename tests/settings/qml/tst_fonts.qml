@@ -81,11 +81,11 @@ PageStage {
             tapOn("B");
             compare(groundOf("B"), Theme.cellDown.toString(), "before the page has taken the tap");
             bench.selected = 1;
-            bench.showTable(options);
+            show(options);
             bench.takeAll();
             compare(groundOf("B"), Theme.cellDown.toString(), "and after that");
             bench.selected = -1;
-            bench.showTable(options);
+            show(options);
             compare(groundOf("B"), Theme.cell.toString());
         }
         function test_fadesADeselectedRowIfThePageAsksForIt_data() {
@@ -98,7 +98,7 @@ PageStage {
             grounds.target = row("B");
             grounds.clear();
             bench.deselectsAnimated = data.animated;
-            bench.showTable(options);
+            show(options);
             bench.takeAll();
             compare(row("B").fading, data.animated);
             tryCompare(row("B"), "fading", false);
@@ -167,7 +167,7 @@ PageStage {
             compare(spokenAs("B").role, Accessible.RadioButton);
             verify(!bench.act(host.item, "B", "Increase"), "there is nothing to move");
             compare(spokenAs("B").description, "Position 2 of 3 in Fonts.");
-            bench.showTable([{ header: "Fonts", rows: [{ title: "A" }, { title: "B", marked: true }, { title: "C" }] }]);
+            show([{ header: "Fonts", rows: [{ title: "A" }, { title: "B", marked: true }, { title: "C" }] }]);
             compare(["A", "B", "C"].map(name => spokenAs(name).checked), [false, true, false]);
         }
 
@@ -188,7 +188,7 @@ PageStage {
             open(many(200));
             compare(scroller().contentY, 0);
             bench.askToScroll(199, 2);
-            bench.showTable(many(200));
+            show(many(200));
             tryVerify(() => row("Row 199"));
             compare(scroller().contentY, scroller().contentHeight - 700);
         }
@@ -197,19 +197,19 @@ PageStage {
             open(many(200));
             const y = scroller().contentY;
             scroller().contentY = 0;
-            bench.showTable(many(200));
+            show(many(200));
             compare(scroller().contentY, 0);
             bench.askToScroll(100, 2);
-            bench.showTable(many(200));
+            show(many(200));
             compare(scroller().contentY, y);
         }
         function test_scrollsOnlyAsFarAsNeededWhenAnyPlaceWillDo() {
             open(many(200));
             bench.askToScroll(5, 0);
-            bench.showTable(many(200));
+            show(many(200));
             compare(scroller().contentY, 0);
             bench.askToScroll(30, 0);
-            bench.showTable(many(200));
+            show(many(200));
             tryVerify(() => row("Row 30"));
             fuzzyCompare(place("Row 30"), 660, 1);
         }
@@ -217,7 +217,7 @@ PageStage {
             Theme.animated = true;
             open(many(200));
             bench.askToScroll(100, 2, true);
-            bench.showTable(many(200));
+            show(many(200));
             verify(scroller().contentY < 1000);
             tryVerify(() => row("Row 100") && Math.abs(place("Row 100") - 330) < 1);
         }
@@ -277,11 +277,11 @@ PageStage {
         function test_changesWithTheCellsFont() {
             open([{ header: "Fonts", rows: [{ title: "HH", font: "twin1.ttf" }] }]);
             const low = inkOf("HH", letterX("HH"));
-            bench.showTable([{ header: "Fonts", rows: [{ title: "HH", font: "twin2.ttf" }] }]);
+            show([{ header: "Fonts", rows: [{ title: "HH", font: "twin2.ttf" }] }]);
             tryVerify(() => inkOf("HH", letterX("HH")) > low + 4);
-            bench.showTable([{ header: "Fonts", rows: [{ title: "HH", font: "dumb.ttf" }] }]);
+            show([{ header: "Fonts", rows: [{ title: "HH", font: "dumb.ttf" }] }]);
             tryVerify(() => usualTitle("HH").visible);
-            bench.showTable([{ header: "Fonts", rows: [{ title: "HH" }] }]);
+            show([{ header: "Fonts", rows: [{ title: "HH" }] }]);
             verify(usualTitle("HH").visible);
         }
         function test_shrinksThenCutsATitleThatIsTooLong_data() {

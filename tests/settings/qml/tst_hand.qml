@@ -124,7 +124,7 @@ PageStage {
         function test_keepsARowInTheHandWhenASnapshotComes() {
             open(letters);
             const hand = lift("A", 80);
-            bench.showTable(letters);
+            show(letters);
             compare(drawn(), "|BC_|XY");
             letGo(hand);
             compare(bench.moves, [[0, 0, 0, 2]]);
@@ -132,7 +132,7 @@ PageStage {
         function test_letsGoOfARowThatASnapshotNoLongerHas() {
             open(letters);
             const hand = lift("Y");
-            bench.showTable([letters[0], { header: "Disabled", rows: [{ title: "X" }] }]);
+            show([letters[0], { header: "Disabled", rows: [{ title: "X" }] }]);
             verify(!overlay().inHand);
             letGo(hand);
             compare(bench.moves, []);
@@ -141,15 +141,15 @@ PageStage {
         function test_keepsTheUsersOrderUntilEveryMoveHasArrived() {
             open(letters);
             letGo(lift("A", 80));
-            bench.showTable(letters); // from before the move
+            show(letters); // from before the move
             compare(drawn(), "|BCA|XY");
             keyClick(Qt.Key_Up, Qt.AltModifier);
             compare(drawn(), "|BAC|XY");
-            bench.showTable(letters);
+            show(letters);
             compare(drawn(), "|BAC|XY");
             bench.takeAll();
             compare(drawn(), "|BAC|XY");
-            bench.showTable(letters);
+            show(letters);
             compare(drawn(), "|ABC|XY", "the page has thought better of it");
         }
         function test_scrollsAtTheEdgesWhileARowIsInTheHand() {
@@ -223,15 +223,15 @@ PageStage {
         function test_putsTheRowBackWhenTheNumberOfSectionsChanges() {
             open(letters);
             const hand = lift("A", 80);
-            bench.showTable([letters[0]]);
+            show([letters[0]]);
             verify(!overlay().inHand);
             compare(drawn(), "|ABC");
             letGo(hand);
             compare(bench.moves, []);
-            bench.showTable([]);
+            show([]);
             compare(drawn(), "");
             compare([table().table.topOf(0), table().table.heightOf(0)], [0, 0]);
-            bench.showTable(letters);
+            show(letters);
             compare(drawn(), "|ABC|XY");
         }
         function test_keepsTheFocusWhileARowIsInTheHand() {

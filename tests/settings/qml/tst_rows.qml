@@ -12,7 +12,8 @@ PageStage {
         name: "Rows"
         stage: root
 
-        function open(rows) { openPage(() => bench.page(rows)) }
+        function open(rows) { openPage({ rows }) }
+        function show(rows) { bench.show({ rows }) }
         function shownTexts() { return all(host.item, item => item.truncated !== undefined && item.visible) }
         function texts() { return shownTexts().map(item => item.text) }
         function slider() { return find(host.item, item => item.visualPosition !== undefined && item.from !== undefined) }
@@ -135,7 +136,7 @@ PageStage {
         function test_settlesASwitchOnWhatThePageHasStored() {
             open([aSwitch("Switch", false)]);
             mouseClick(toggle());
-            bench.show([aSwitch("Switch", false)]);
+            show([aSwitch("Switch", false)]);
             compare(toggle().checked, true, "the user's hand shows while the change is under way");
             bench.takeAll();
             compare(toggle().checked, false, "the page has kept its value");
@@ -144,9 +145,9 @@ PageStage {
             open([aSwitch("Switch", false)]);
             mouseClick(toggle());
             mouseClick(toggle());
-            bench.show([aSwitch("Switch", true)]);
+            show([aSwitch("Switch", true)]);
             compare(toggle().checked, false);
-            bench.show([aSwitch("Switch", false)]);
+            show([aSwitch("Switch", false)]);
             bench.takeAll();
             compare(toggle().checked, false);
         }
@@ -235,7 +236,7 @@ PageStage {
         }
         function test_settlesASliderWithoutHandingItOn() {
             open([aSlider(0, 1, 0.5)]);
-            bench.show([aSlider(0, 1, 0.25)]);
+            show([aSlider(0, 1, 0.25)]);
             compare(slider().value, 0.25);
             compare(bench.changes.length, 0);
         }
@@ -277,7 +278,7 @@ PageStage {
             field().forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_End);
             keyClick("b");
-            bench.show([aField("Text", "other")]);
+            show([aField("Text", "other")]);
             compare(field().text, "ab");
         }
         function test_speaksOfASecureFieldInDotsOnly() {
@@ -327,7 +328,7 @@ PageStage {
             open([aSwitch("A", false), aField("B", "x")]);
             const before = toggle();
             before.forceActiveFocus(Qt.TabFocusReason);
-            bench.show([aSwitch("A", true), aField("B", "y")]);
+            show([aSwitch("A", true), aField("B", "y")]);
             compare(toggle(), before, "the same control draws the row");
             verify(before.activeFocus);
             verify(before.checked);
@@ -335,7 +336,7 @@ PageStage {
         }
         function test_drawsOtherRowsWhenASnapshotHasOthers() {
             open([aSwitch("A")]);
-            bench.show([aLink("B"), aLink("C")]);
+            show([aLink("B"), aLink("C")]);
             tryVerify(() => texts().includes("B") && texts().includes("C"));
             verify(!texts().includes("A"));
         }

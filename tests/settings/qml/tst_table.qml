@@ -39,7 +39,7 @@ PageStage {
             const corner = () => colorAt(row("A").x, row("A").y);
             verify(corner() !== Theme.cell.toString());
             bench.plain = true;
-            bench.showTable(letters);
+            show(letters);
             compare([row("A").x, row("A").width], [0, 390]);
             compare(corner(), Theme.cell.toString());
         }
@@ -90,10 +90,10 @@ PageStage {
             enter();
             keyClick(Qt.Key_End);
             tryVerify(() => focusedRow() === "Row 99");
-            bench.showTable(many(100));
+            show(many(100));
             verify(scroller().contentY > 0, "a newer snapshot of the same one changes nothing");
             compare(table().table.current, 99);
-            bench.showOtherTable(many(100));
+            bench.show({ sections: many(100), anew: true });
             compare(scroller().contentY, 0);
             tryVerify(() => focusedRow() === "Row 0");
             tryVerify(() => rows().length > 15 && rows().every(item => item.title.length > 0));
@@ -115,11 +115,11 @@ PageStage {
             open(letters);
             views.target = root.shownPage;
             views.clear();
-            bench.showTable(letters);
+            show(letters);
             compare(views.count, 0);
-            bench.paint("red");
+            bench.show({ sections: letters, color: "red" });
             compare(views.count, 1);
-            bench.showTable(letters);
+            show(letters);
             compare(views.count, 1);
         }
 

@@ -146,7 +146,7 @@ PageStage {
             enter();
             keyClick(Qt.Key_Down);
             const focused = rows().find(item => item.activeFocus);
-            bench.showTable(many(200));
+            show(many(200));
             verify(focused.activeFocus);
             scroller().contentY = 5000;
             tryVerify(() => rows().some(item => item.title === "Row 125"));

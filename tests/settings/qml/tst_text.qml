@@ -10,7 +10,7 @@ PageStage {
         name: "Text"
         stage: root
 
-        function open(text) { openPage(() => bench.viewPage(textView(text))) }
+        function open(text) { openPage(textView(text)) }
         function scroller() { return find(host.item, item => item.scrollTo !== undefined) }
         function pieces() { return all(host.item, item => item.selectByMouse !== undefined) }
         function shownText() { return pieces()[0] }
@@ -64,7 +64,7 @@ PageStage {
                 compare(seen[i].y, seen[i - 1].y + seen[i - 1].height);
             keyClick(Qt.Key_Home);
             tryVerify(() => pieces().some(piece => piece.text.startsWith("Line 0\n") && at(piece, 0) === 0));
-            bench.showView(textView("Short", 2));
+            bench.show(textView("Short", 2));
             tryVerify(() => pieces().length === 1 && pieces()[0].text === "Short" && at(pieces()[0], 0) === 0);
         }
         function test_showsMarkupAsItIsWritten() {
@@ -119,9 +119,9 @@ PageStage {
             host.item.forceActiveFocus();
             keyClick(Qt.Key_PageDown);
             const place = scroller().contentY;
-            bench.showView(textView(manyLines + "\nOne more"));
+            bench.show(textView(manyLines + "\nOne more"));
             compare(scroller().contentY, place);
-            bench.showView(textView(manyLines, 2));
+            bench.show(textView(manyLines, 2));
             compare(scroller().contentY, 0);
         }
         function test_cannotBeEditedAndIsSelectedOnlyIfThePageAllowsIt() {
@@ -133,7 +133,7 @@ PageStage {
             compare(shownText().selectedText.length, 0);
             mouseDoubleClickSequence(host.item, 40, 60);
             compare(shownText().selectedText, "");
-            bench.showView(textView(manyLines, 1, true));
+            bench.show(textView(manyLines, 1, true));
             mouseDoubleClickSequence(host.item, 30, 40);
             compare(shownText().selectedText, "Line");
         }

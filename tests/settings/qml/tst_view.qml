@@ -10,7 +10,7 @@ PageStage {
         name: "View"
         stage: root
 
-        function open(view) { openPage(() => bench.viewPage(view)) }
+        function open(view) { openPage(view) }
         function colorView(hue, saturation, brightness) {
             return {
                 color: "#ebebf1",
@@ -46,7 +46,7 @@ PageStage {
             open(view(10));
             compare(colorAt(15, 15), "#ff0000");
             compare(colorAt(55, 15), "#00ff00");
-            bench.showView(view(50));
+            bench.show(view(50));
             compare(colorAt(15, 15), "#00ff00");
             compare(colorAt(55, 15), "#ff0000");
         }
@@ -54,8 +54,8 @@ PageStage {
             const view = (one, other) => ({ color: "#00ff00", views: [{ frame: Qt.rect(0, 0, 20, 20), color: one },
                                                                      { frame: Qt.rect(300, 600, 20, 20), color: other }] });
             open(view("#000000", "#000000"));
-            bench.showView(view("#ff0000", "#000000"));
-            bench.showView(view("#ff0000", "#0000ff"));
+            bench.show(view("#ff0000", "#000000"));
+            bench.show(view("#ff0000", "#0000ff"));
             compare(colorAt(10, 10), "#ff0000");
             compare(colorAt(310, 610), "#0000ff");
             compare(colorAt(200, 300), "#00ff00");
@@ -66,7 +66,7 @@ PageStage {
             host.width = 100;
             waitForRendering(host.item);
             host.width = 390;
-            bench.showView({ color: "#00ff00", views: [{ frame: Qt.rect(380, 0, 5, 5), color: "#0000ff" }] });
+            bench.show({ color: "#00ff00", views: [{ frame: Qt.rect(380, 0, 5, 5), color: "#0000ff" }] });
             compare(colorAt(382, 2), "#0000ff");
             compare(colorAt(200, 300), "#00ff00");
             host.anchors.fill = root;
@@ -155,7 +155,7 @@ PageStage {
         }
 
         function test_leavesATableItsOwnInput() {
-            openPage(() => bench.tablePage([{ header: "Header", rows: [{ title: "A" }, { title: "B" }] }]));
+            open({ sections: [{ header: "Header", rows: [{ title: "A" }, { title: "B" }] }] });
             for (const y of [10, 70, 110, 600])
                 mouseClick(host.item, 60, y);
             touchEvent(host.item).press(0, host.item, 60, 70).commit().release(0, host.item, 60, 70).commit();
@@ -234,7 +234,7 @@ PageStage {
         function test_keepsTheFocusWhileTheValuesChange() {
             open(colorView(0.5, 0.5, 0.5));
             focusOn("Colour");
-            bench.showView(colorView(0.25, 1, 0.5));
+            bench.show(colorView(0.25, 1, 0.5));
             compare(focusedElement(), "Colour");
             keyClick(Qt.Key_Right);
             compare(touched(), [20 + 0.26 * 350, 95]);
@@ -277,7 +277,7 @@ PageStage {
             compare(spokenOf(Accessible.Slider, "Hue").number, 0.25);
             compare(spokenOf(Accessible.Slider, "Saturation").number, 1);
             compare(spokenOf(Accessible.Slider, "Brightness").number, 0.5);
-            bench.showView(colorView(0.75, 0.5, 0.5));
+            bench.show(colorView(0.75, 0.5, 0.5));
             compare(spokenOf(Accessible.Slider, "Hue").number, 0.75);
             compare(spokenOf(Accessible.Slider, "Saturation").number, 0.5);
         }
