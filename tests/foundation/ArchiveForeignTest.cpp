@@ -1,41 +1,32 @@
 // Archives that other implementations wrote.
 
+#include "Codec.h"
 #include "Files.h"
-#include "Json.h"
 
-#include "platform/foundation/NSKeyedArchiver.h"
-
-#include <gtest/gtest.h>
+#include "json/Json.h"
 
 namespace {
 
-using platform::Data;
-using platform::NSKeyedArchiver;
-using platform::NSKeyedUnarchiver;
-using platform::Value;
+using namespace platform;
 
 class ForeignArchive : public testing::TestWithParam<std::filesystem::path> {
   protected:
-    [[nodiscard]] static Json expected() {
+    [[nodiscard]] static Value expected() {
         const std::string name = GetParam().filename().string();
-        std::ifstream file(testData("archives") / (name.substr(0, name.find('.')) + ".json"));
-        return Json::parse(file);
+        const Data json = readFile(testData("archives") / (name.substr(0, name.find('.')) + ".json"));
+        return valueOf(lumora::readJson({reinterpret_cast<const char*>(json.data()), json.size()}));
     }
 };
 
 TEST_P(ForeignArchive, DecodesToItsValue) {
-    const auto value = NSKeyedUnarchiver::unarchive(readFile(GetParam()));
-    ASSERT_TRUE(value) << value.error();
-    expectSame(value.value(), expected(), "");
+    EXPECT_EQ(valueOf(NSKeyedUnarchiver::unarchive(readFile(GetParam()))), expected());
 }
 
 TEST_P(ForeignArchive, SurvivesARoundTripInItsOwnOrder) {
-    const Value value = NSKeyedUnarchiver::unarchiveObjectWithData(readFile(GetParam()));
-    const Data written = NSKeyedArchiver::archivedDataWithRootObject(value).value();
+    const Data written = archived(NSKeyedUnarchiver::unarchiveObjectWithData(readFile(GetParam())));
     const Value read = NSKeyedUnarchiver::unarchiveObjectWithData(written);
-    expectSame(read, expected(), "");
-    // Equal bytes are equal order, too.
-    EXPECT_EQ(NSKeyedArchiver::archivedDataWithRootObject(read), written);
+    EXPECT_EQ(read, expected());
+    EXPECT_EQ(archived(read), written) << "equal bytes are equal order, too";
 }
 
 TEST_P(ForeignArchive, GivesAValueOrNothingWhereverItIsCutShort) {
@@ -71,11 +62,8 @@ TEST_P(ForeignArchive, GivesAValueOrNothingWhicheverByteIsChanged) {
             }
             ++values;
             // Whatever was read can be written, and reads the same.
-            const auto written = NSKeyedArchiver::archivedDataWithRootObject(value.value());
-            ASSERT_TRUE(written);
-            const auto again = NSKeyedUnarchiver::unarchive(*written);
-            ASSERT_TRUE(again) << again.error();
-            ASSERT_EQ(NSKeyedArchiver::archivedDataWithRootObject(again.value()), written);
+            const Data written = archived(value.value());
+            ASSERT_EQ(archived(valueOf(NSKeyedUnarchiver::unarchive(written))), written);
         }
         byte = original;
     }

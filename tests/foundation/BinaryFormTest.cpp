@@ -1,13 +1,9 @@
 // The binary form, byte by byte: what is sound to the last bit, and why everything else is refused.
 
+#include "Codec.h"
 #include "Files.h"
 #include "RawList.h"
 
-#include "platform/foundation/NSKeyedArchiver.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <functional>
 #include <limits>
 #include <set>
@@ -15,49 +11,17 @@
 
 namespace {
 
-using platform::Data;
-using platform::Date;
-using platform::Dictionary;
-using platform::List;
-using platform::NSKeyedArchiver;
-using platform::NSKeyedUnarchiver;
-using platform::readPropertyList;
-using platform::Result;
-using platform::Value;
+using namespace platform;
 
-std::string complaint(const Result<Value>& value) {
-    return value ? "" : value.error();
+constexpr const char* cutShort = "a count is larger than the bytes that remain";
+
+using ::refusal;
+std::string refusal(const RawList& list, const RawTrailer& trailer = {}) {
+    return refusal(readPropertyList(list.bytes(trailer)));
 }
-std::string complaint(const Data& bytes) {
-    return complaint(readPropertyList(bytes));
+std::string refusal(std::initializer_list<int> object) {
+    return refusal(RawList(1).add(object));
 }
-std::string complaintAbout(std::initializer_list<int> object) {
-    return complaint(RawList(1).add(object).bytes());
-}
-
-/// The number true and nothing else, with a trailer that says what it likes.
-struct Trailer {
-    std::size_t offsetSize = 1, referenceSize = 1, count = 1, root = 0, table = 9;
-
-    [[nodiscard]] Data bytes() const {
-        constexpr std::string_view begin = "bplist00\x09";
-        Data bytes(begin.begin(), begin.end());
-        append(bytes, 8, std::clamp<std::size_t>(offsetSize, 1, 9));
-        append(bytes, 0, 6);
-        append(bytes, offsetSize, 1);
-        append(bytes, referenceSize, 1);
-        append(bytes, count, 8);
-        append(bytes, root, 8);
-        append(bytes, table, 8);
-        return bytes;
-    }
-
-  private:
-    static void append(Data& bytes, std::size_t number, std::size_t size) {
-        for (std::size_t i = size; i > 0; --i)
-            bytes.push_back(static_cast<std::uint8_t>(i > 8 ? 0 : number >> (8 * (i - 1))));
-    }
-};
 
 /// A sound archive of fewer than 256 objects, of which the table can be changed.
 class Archive {
@@ -88,50 +52,42 @@ class Archive {
 };
 
 TEST(BinaryForm, NeedsATrailerThatFitsTheBytes) {
-    ASSERT_EQ(readPropertyList(Trailer{}.bytes()).value(), Value(true));
+    const RawList one = RawList(1).add({0x09}); // from the 8th byte to the 9th, where the table begins
+    ASSERT_EQ(readPropertyList(one.bytes()).value(), Value(true));
     for (std::size_t size = 1; size <= 8; ++size) {
-        EXPECT_EQ(complaint(Trailer{.offsetSize = size}.bytes()), "") << size;
-        EXPECT_EQ(complaint(Trailer{.referenceSize = size}.bytes()), "") << size;
+        EXPECT_EQ(refusal(one, {.offsetSize = size}), "") << size;
+        EXPECT_EQ(refusal(one, {.referenceSize = size}), "") << size;
     }
-    for (const std::size_t size : {std::size_t{0}, std::size_t{9}, std::size_t{255}}) {
-        EXPECT_EQ(complaint(Trailer{.offsetSize = size}.bytes()), "the trailer gives a size that no number has")
-            << size;
-        EXPECT_EQ(complaint(Trailer{.referenceSize = size}.bytes()), "the trailer gives a size that no number has");
+    for (const std::size_t size : {0U, 9U, 255U}) {
+        EXPECT_EQ(refusal(one, {.offsetSize = size}), "the trailer gives a size that no number has") << size;
+        EXPECT_EQ(refusal(one, {.referenceSize = size}), "the trailer gives a size that no number has");
     }
-
-    EXPECT_EQ(complaint(Trailer{.table = 7}.bytes()), "the table of offsets lies outside the bytes");
-    EXPECT_EQ(complaint(Trailer{.table = 8}.bytes()), "an object lies outside the bytes");
-    EXPECT_EQ(complaint(Trailer{.count = 0, .table = 10}.bytes()), "there is no root object");
-    EXPECT_EQ(complaint(Trailer{.count = 0, .table = 11}.bytes()), "the table of offsets lies outside the bytes");
-    EXPECT_EQ(complaint(Trailer{.count = 2}.bytes()), "the table of offsets is longer than the bytes");
-    EXPECT_EQ(complaint(Trailer{.offsetSize = 2, .count = 2}.bytes()), "the table of offsets is longer than the bytes");
-    EXPECT_EQ(complaint(Trailer{.root = 1}.bytes()), "there is no root object");
-    EXPECT_EQ(complaint(Trailer{.count = 0}.bytes()), "there is no root object");
+    EXPECT_EQ(refusal(one, {.table = 7}), "the table of offsets lies outside the bytes");
+    EXPECT_EQ(refusal(one, {.table = 8}), "an object lies outside the bytes");
+    EXPECT_EQ(refusal(one, {.count = 0, .table = 10}), "there is no root object");
+    EXPECT_EQ(refusal(one, {.count = 0, .table = 11}), "the table of offsets lies outside the bytes");
+    EXPECT_EQ(refusal(one, {.count = 2}), "the table of offsets is longer than the bytes");
+    EXPECT_EQ(refusal(one, {.offsetSize = 2, .count = 2}), "the table of offsets is longer than the bytes");
+    EXPECT_EQ(refusal(one, {.root = 1}), "there is no root object");
+    EXPECT_EQ(refusal(one, {.count = 0}), "there is no root object");
 }
 
 TEST(BinaryForm, NeedsItsMagicAndATrailer) {
-    Data bytes = Trailer{}.bytes();
+    Data bytes = RawList(1).add({0x09}).bytes();
     bytes[7] = '1';
-    EXPECT_EQ(complaint(bytes), "not a binary property list");
+    EXPECT_EQ(refusal(readPropertyList(bytes)), "not a binary property list");
     Data shortest(40, 0);
     std::ranges::copy(std::string_view("bplist00"), shortest.begin());
-    EXPECT_EQ(complaint(shortest), "the trailer gives a size that no number has");
+    EXPECT_EQ(refusal(readPropertyList(shortest)), "the trailer gives a size that no number has");
     shortest.pop_back();
-    EXPECT_EQ(complaint(shortest), "too short for a binary property list");
+    EXPECT_EQ(refusal(readPropertyList(shortest)), "too short for a binary property list");
 }
 
 TEST(BinaryForm, HoldsItsObjectsAndNothingElse) {
-    const auto written = platform::writePropertyList(List{true, Dictionary{{"k", 5}, {"l", 6}}});
-    ASSERT_TRUE(written) << written.error();
-    EXPECT_EQ(written.value(), RawList(1)
-                                   .addList({1, 2})
-                                   .add({0x09})
-                                   .addDictionary({{3, 4}, {5, 6}})
-                                   .add("k")
-                                   .add({0x10, 5})
-                                   .add("l")
-                                   .add({0x10, 6})
-                                   .bytes());
+    RawList list(1);
+    list.addList({1, 2}).add({0x09}).addDictionary({{3, 4}, {5, 6}});
+    list.add("k").add({0x10, 5}).add("l").add({0x10, 6});
+    EXPECT_EQ(writePropertyList(List{true, Dictionary{{"k", 5}, {"l", 6}}}).value(), list.bytes());
 }
 
 TEST(BinaryForm, HoldsEachTextOnceHoweverManyThereAre) {
@@ -139,7 +95,7 @@ TEST(BinaryForm, HoldsEachTextOnceHoweverManyThereAre) {
         List texts;
         for (std::size_t i = 0; i < 2 * count; ++i)
             texts.push_back("text " + std::to_string(i % count));
-        const Data bytes = platform::writePropertyList(texts).value();
+        const Data bytes = writePropertyList(texts).value();
         std::size_t objects = 0;
         for (std::size_t i = bytes.size() - 24; i < bytes.size() - 16; ++i)
             objects = objects << 8 | bytes[i];
@@ -157,7 +113,7 @@ TEST(BinaryForm, TellsTextsApartThatHashAlike) {
             met.try_emplace(static_cast<std::uint32_t>(std::hash<std::string_view>()(text)), text);
         if (isNew) continue;
         const Value value = List{other->second, text, other->second, text};
-        EXPECT_EQ(readPropertyList(platform::writePropertyList(value).value()).value(), value);
+        EXPECT_EQ(readPropertyList(writePropertyList(value).value()).value(), value);
         return;
     }
     FAIL() << "no two texts hash alike";
@@ -169,28 +125,23 @@ TEST(BinaryForm, NeedsEachObjectBetweenTheMagicAndTheTable) {
     for (const std::size_t offset : {std::size_t{0}, std::size_t{7}, list.table(), list.table() + 1}) {
         Archive changed = list;
         changed.setOffset(1, offset);
-        EXPECT_EQ(complaint(changed.bytes()), "an object lies outside the bytes") << offset;
+        EXPECT_EQ(refusal(readPropertyList(changed.bytes())), "an object lies outside the bytes") << offset;
     }
     list.setOffset(1, list.table() - 1);
     EXPECT_EQ(readPropertyList(list.bytes()).value(), Value(List{false, false}));
 }
 
 TEST(BinaryForm, RefusesMarkersThatMeanNothing) {
-    for (const int marker : {0x01, 0x07, 0x0A, 0x0F, 0x70, 0x90, 0xE0, 0xF0})
-        EXPECT_EQ(complaintAbout({marker, 0, 0, 0, 0, 0, 0, 0, 0, 0}), "an object of an unknown kind") << marker;
+    for (const int marker : {0x01, 0x07, 0x0A, 0x0F, 0x70, 0x71, 0x90, 0x91, 0xE0, 0xE1, 0xF0, 0xF1})
+        EXPECT_EQ(refusal({marker, 0, 0, 0, 0, 0, 0, 0, 0, 0}), "an object of an unknown kind") << marker;
 
-    const auto withRoomForAll = [](int marker) {
-        return complaint(RawList(1).add({marker}).add(std::string(100, 'x')).bytes());
-    };
-    for (const int marker : {0x15, 0x1F})
-        EXPECT_EQ(withRoomForAll(marker), "an integer of an unknown size") << marker;
-    for (const int marker : {0x20, 0x21, 0x24, 0x25})
-        EXPECT_EQ(withRoomForAll(marker), "a real of an unknown size") << marker;
-    for (const int marker : {0x30, 0x32, 0x34})
-        EXPECT_EQ(withRoomForAll(marker), "a date of an unknown size") << marker;
-    for (const int marker : {0x84, 0x8F})
-        EXPECT_EQ(withRoomForAll(marker), "a UID of an unknown size") << marker;
-    EXPECT_EQ(withRoomForAll(0x83), "a UID outside a keyed archive");
+    for (const auto& [why, markers] : {std::pair("an integer of an unknown size", std::vector{0x15, 0x1F}),
+                                       {"a real of an unknown size", {0x20, 0x21, 0x24, 0x25}},
+                                       {"a date of an unknown size", {0x30, 0x32, 0x34}},
+                                       {"a UID of an unknown size", {0x84, 0x8F}},
+                                       {"a UID outside a keyed archive", {0x83}}})
+        for (const int marker : markers)
+            EXPECT_EQ(refusal(RawList(1).add({marker}).add(std::string(100, 'x'))), why) << marker;
 }
 
 TEST(BinaryForm, RefusesNumbersThatAreCutShort) {
@@ -201,53 +152,48 @@ TEST(BinaryForm, RefusesNumbersThatAreCutShort) {
         list.add({marker});
         for (int i = 1; i < size; ++i)
             list.appendByte(0);
-        EXPECT_EQ(complaint(list.bytes()), "a number is cut short") << marker;
+        EXPECT_EQ(refusal(list), "a number is cut short") << marker;
         list.appendByte(0);
-        EXPECT_EQ(complaint(list.bytes()), marker < 0x80 ? "" : "a UID outside a keyed archive") << marker;
+        EXPECT_EQ(refusal(list), marker < 0x80 ? "" : "a UID outside a keyed archive") << marker;
     }
 }
 
 TEST(BinaryForm, RefusesCountsThatAreNone) {
-    EXPECT_EQ(complaintAbout({0x5F}), "a count that is no integer");
-    EXPECT_EQ(complaintAbout({0x5F, 0x20, 1, 'x'}), "a count that is no integer");
-    EXPECT_EQ(complaintAbout({0x5F, 0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 'x'}),
-              "a count that is no integer");
-    EXPECT_EQ(complaintAbout({0x5F, 0x10}), "a count is cut short");
-    EXPECT_EQ(complaintAbout({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0}), "a count is cut short");
-    EXPECT_EQ(complaintAbout({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 1}), "a count is larger than the bytes that remain");
-    EXPECT_EQ(complaintAbout({0x5F, 0x10, 1}), "a count is larger than the bytes that remain");
-    EXPECT_EQ(complaintAbout({0x5F, 0x10, 2, 'x'}), "a count is larger than the bytes that remain");
-    EXPECT_EQ(complaintAbout({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 4, 'x', 'y', 'z'}),
-              "a count is larger than the bytes that remain");
+    EXPECT_EQ(refusal({0x5F}), "a count that is no integer");
+    EXPECT_EQ(refusal({0x5F, 0x20, 1, 'x'}), "a count that is no integer");
+    EXPECT_EQ(refusal({0x5F, 0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 'x'}), "a count that is no integer");
+    EXPECT_EQ(refusal({0x5F, 0x10}), "a count is cut short");
+    EXPECT_EQ(refusal({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0}), "a count is cut short");
+    EXPECT_EQ(refusal({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 1}), cutShort);
+    EXPECT_EQ(refusal({0x5F, 0x10, 1}), cutShort);
+    EXPECT_EQ(refusal({0x5F, 0x10, 2, 'x'}), cutShort);
+    EXPECT_EQ(refusal({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 4, 'x', 'y', 'z'}), cutShort);
     EXPECT_EQ(readPropertyList(RawList(1).add({0x5F, 0x10, 0}).bytes()).value(), Value(""));
     EXPECT_EQ(readPropertyList(RawList(1).add({0x5F, 0x10, 1, 'x'}).bytes()).value(), Value("x"));
     EXPECT_EQ(readPropertyList(RawList(1).add({0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 1, 'x'}).bytes()).value(), Value("x"));
 }
 
 TEST(BinaryForm, RefusesContentsThatAreCutShort) {
-    constexpr const char* cutShort = "a count is larger than the bytes that remain";
-    EXPECT_EQ(complaintAbout({0x42, 0}), cutShort);
-    EXPECT_EQ(complaintAbout({0x52, 'h'}), cutShort);
-    EXPECT_EQ(complaintAbout({0x62, 0, 'h', 0}), cutShort);
-    EXPECT_EQ(complaintAbout({0xA1}), cutShort);
-    EXPECT_EQ(complaintAbout({0xD1, 0}), cutShort);
+    EXPECT_EQ(refusal({0x42, 0}), cutShort);
+    EXPECT_EQ(refusal({0x52, 'h'}), cutShort);
+    EXPECT_EQ(refusal({0x62, 0, 'h', 0}), cutShort);
+    EXPECT_EQ(refusal({0xA1}), cutShort);
+    EXPECT_EQ(refusal({0xD1, 0}), cutShort);
 }
 
 TEST(BinaryForm, ReadsIntegersOfSixteenBytesThatFitIntoEight) {
-    const auto read = [](int upper, int top) {
+    const auto read = [](int upper, int eighth, int ninth, int lower) {
         RawList list(1);
         list.add({0x14});
-        for (int i = 0; i < 8; ++i)
-            list.appendByte(upper);
-        list.appendByte(top);
-        for (int i = 0; i < 7; ++i)
-            list.appendByte(0xFF);
+        for (int i = 0; i < 16; ++i)
+            list.appendByte(i < 7 ? upper : i == 7 ? eighth : i == 8 ? ninth : lower);
         return readPropertyList(list.bytes());
     };
-    EXPECT_EQ(read(0xFF, 0xFF).value(), Value(-1));
-    EXPECT_EQ(read(0x00, 0x7F).value(), Value(std::numeric_limits<std::int64_t>::max()));
-    EXPECT_EQ(complaint(read(0x00, 0xFF)), "an integer needs more than 64 bits");
-    EXPECT_EQ(complaint(read(0xFF, 0x7F)), "an integer needs more than 64 bits");
+    EXPECT_EQ(read(0xFF, 0xFF, 0xFF, 0xFF).value(), Value(-1));
+    EXPECT_EQ(read(0, 0, 0x7F, 0xFF).value(), Value(std::numeric_limits<std::int64_t>::max()));
+    for (const auto& tooLarge :
+         {read(0, 0, 0x80, 0), read(0, 0, 0xFF, 0xFF), read(0, 1, 0, 0), read(0xFF, 0xFF, 0x7F, 0xFF)})
+        EXPECT_EQ(refusal(tooLarge), "an integer needs more than 64 bits");
 }
 
 TEST(BinaryForm, TellsHowManyReferencesItFollowed) {
@@ -261,12 +207,11 @@ TEST(BinaryForm, TellsHowManyReferencesItFollowed) {
 }
 
 TEST(BinaryForm, RefusesAKeyThatIsUnsound) {
-    EXPECT_EQ(complaint(RawList(1).addDictionary({{7, 1}}).add({0x09}).bytes()),
-              "a reference to an object that is not there");
-    EXPECT_EQ(complaint(RawList(1).addDictionary({{1, 2}}).add({0x52, 'k', 0xFF}).add({0x09}).bytes()),
+    EXPECT_EQ(refusal(RawList(1).addDictionary({{7, 1}}).add({0x09})), "a reference to an object that is not there");
+    EXPECT_EQ(refusal(RawList(1).addDictionary({{1, 2}}).add({0x52, 'k', 0xFF}).add({0x09})),
               "an ASCII text holds other bytes");
-    EXPECT_EQ(complaint(RawList(1).addDictionary({{1, 7}}).add("k").bytes()),
-              "a reference to an object that is not there");
+    EXPECT_EQ(refusal(RawList(1).addDictionary({{1, 1}}).add({0x10, 1})), "a dictionary key that is no text");
+    EXPECT_EQ(refusal(RawList(1).addDictionary({{1, 7}}).add("k")), "a reference to an object that is not there");
 }
 
 TEST(BinaryForm, OfAnArchiveIsReadOnlyIfEachObjectIsSoundThatItStandsOn) {
@@ -299,7 +244,7 @@ TEST(BinaryForm, OfAnArchiveIsReadOnlyIfEachObjectIsSoundThatItStandsOn) {
 TEST(BinaryForm, OfAnArchiveNumbersNothingThatIsNotThere) {
     const Value some = Dictionary{{"list", List{1, "text", Date{2}}}, {"empty", List{}}};
     for (const Value& value : {Value(), Value(1), some, Value(List{some, Value(), some})}) {
-        const Archive archive(*NSKeyedArchiver::archivedDataWithRootObject(value));
+        const Archive archive(archived(value));
         std::set<std::size_t> offsets;
         for (std::size_t object = 0; object < archive.count(); ++object)
             offsets.insert(archive.offset(object));
@@ -310,7 +255,7 @@ TEST(BinaryForm, OfAnArchiveNumbersNothingThatIsNotThere) {
 }
 
 TEST(BinaryForm, OfAnArchiveHasEachNameOnce) {
-    const Data bytes = *NSKeyedArchiver::archivedDataWithRootObject(List{List{}, List{}, Dictionary{{"k", Date{1}}}});
+    const Data bytes = archived(List{List{}, List{}, Dictionary{{"k", Date{1}}}});
     const std::string_view characters(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     for (const std::string_view name : {"NS.objects", "NS.keys", "NS.time", "$classname", "$classes", "NSObject"}) {
         ASSERT_NE(characters.find(name), std::string_view::npos) << name;
@@ -320,14 +265,14 @@ TEST(BinaryForm, OfAnArchiveHasEachNameOnce) {
 
 TEST(BinaryForm, OfAnArchiveFollowsNoReferenceTwice) {
     std::size_t visits = 0;
-    ASSERT_TRUE(NSKeyedUnarchiver::unarchive(*NSKeyedArchiver::archivedDataWithRootObject(List{1, Value()}), &visits));
+    ASSERT_TRUE(NSKeyedUnarchiver::unarchive(archived(List{1, Value()}), &visits));
     // The archive's four fields and $top's one, the root; the list's two fields and its class; the class's two fields,
     // of which the first names it; two entries, of which one is nil.
     EXPECT_EQ(visits, 4U * 2 + 2 + 1 + 2 * 2 + 1 + 2 * 2 + 2 + 1);
 }
 
 TEST(BinaryForm, OfAnArchiveHasNoUidBeyondItsObjects) {
-    const Archive archive(*NSKeyedArchiver::archivedDataWithRootObject(List{1, Value()}));
+    const Archive archive(archived(List{1, Value()}));
     constexpr std::uint8_t objects = 4; // "$null", the list, 1, and the class
     std::size_t uids = 0;
     for (std::size_t object = 0; object < archive.count(); ++object) {
@@ -336,9 +281,9 @@ TEST(BinaryForm, OfAnArchiveHasNoUidBeyondItsObjects) {
         if (changed.byte(at) != 0x80) continue;
         ++uids;
         changed.byte(at + 1) = objects;
-        EXPECT_EQ(complaint(NSKeyedUnarchiver::unarchive(changed.bytes())), "a UID beyond $objects");
+        EXPECT_EQ(refusal(NSKeyedUnarchiver::unarchive(changed.bytes())), "a UID beyond $objects");
         changed.byte(at + 1) = objects - 1;
-        EXPECT_NE(complaint(NSKeyedUnarchiver::unarchive(changed.bytes())), "a UID beyond $objects");
+        EXPECT_NE(refusal(NSKeyedUnarchiver::unarchive(changed.bytes())), "a UID beyond $objects");
     }
     EXPECT_EQ(uids, objects);
 }

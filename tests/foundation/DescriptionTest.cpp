@@ -1,18 +1,11 @@
-#include "platform/foundation/PropertyList.h"
+#include "EdgeValues.h"
 
 #include <gtest/gtest.h>
-
-#include <cmath>
 
 namespace {
 
 using namespace std::string_literals;
-using platform::Data;
-using platform::Date;
-using platform::description;
-using platform::Dictionary;
-using platform::List;
-using platform::Value;
+using namespace platform;
 
 TEST(Description, OfAValueThatStandsAloneIsBare) {
     EXPECT_EQ(description(Value()), "(null)");
@@ -87,10 +80,7 @@ TEST(Description, QuotesWhateverHasMoreThanLettersDigitsAndUnderscores) {
 }
 
 TEST(Description, EndsInAnEllipsisWhereAValueIsBeyondAllReason) {
-    Value deep = "x";
-    for (int i = 0; i < 100'000; ++i)
-        deep = List{deep};
-    EXPECT_NE(description(deep).find("..."), std::string::npos);
+    EXPECT_NE(description(nested(100'000)).find("..."), std::string::npos);
 
     Value wide = "x";
     for (int i = 0; i < 40; ++i)

@@ -1,22 +1,14 @@
+#include "Codec.h"
 #include "RandomValue.h"
 #include "RawList.h"
 
-#include "platform/foundation/PropertyList.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Process.h"
 
 #include <limits>
 
 namespace {
 
-using platform::Data;
-using platform::Date;
-using platform::Dictionary;
-using platform::List;
-using platform::PropertyListLimits;
-using platform::readPropertyList;
-using platform::Value;
-using platform::writePropertyList;
+using namespace platform;
 
 Data bytesOf(std::string_view text) {
     return {text.begin(), text.end()};
@@ -29,40 +21,19 @@ std::string inPlist(const std::string& body) {
            body + "</plist>\n";
 }
 
-Value readXml(const std::string& body) {
-    auto value = readPropertyList(bytesOf(inPlist(body)));
-    EXPECT_TRUE(value) << value.error();
-    return value ? value.value() : Value();
-}
-
-std::string refusal(const std::string& document) {
-    const auto value = readPropertyList(bytesOf(document));
-    return value ? "" : value.error();
+Result<Value> readText(const std::string& document) {
+    return readPropertyList(bytesOf(document));
 }
 
 TEST(PropertyList, ReadsBinaryNumbersOfEveryWidth) {
-    const auto value = readPropertyList(RawList(1)
-                                            .addList({1, 2, 3, 4, 5, 6, 7, 8, 9})
-                                            .add({0x10, 0xFF})
-                                            .add({0x11, 0xFF, 0xFF})
-                                            .add({0x12, 0xFF, 0xFF, 0xFF, 0xFF})
-                                            .add({0x13, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE})
-                                            .add({0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 7})
-                                            .add({0x22, 0x3F, 0x00, 0, 0})
-                                            .add({0x23, 0xBF, 0xF0, 0, 0, 0, 0, 0, 0})
-                                            .add({0x33, 0x40, 0, 0, 0, 0, 0, 0, 0})
-                                            .add({0x08})
-                                            .bytes());
-    ASSERT_TRUE(value) << value.error();
-    EXPECT_EQ(value.value(), Value(List{255, 65535, std::int64_t{4294967295}, -2, 7, 0.5, -1.0, Date{2}, false}));
-}
-
-TEST(PropertyList, RefusesIntegersThatNoValueHolds) {
-    EXPECT_EQ(
-        readPropertyList(RawList(1).add({0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0x80, 0, 0, 0, 0, 0, 0, 0}).bytes()).error(),
-        "an integer needs more than 64 bits");
-    EXPECT_EQ(readPropertyList(RawList(1).add({0x14, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0}).bytes()).error(),
-              "an integer needs more than 64 bits");
+    RawList list(1);
+    list.addList({1, 2, 3, 4, 5, 6, 7, 8, 9}).add({0x10, 0xFF}).add({0x11, 0xFF, 0xFF});
+    list.add({0x12, 0xFF, 0xFF, 0xFF, 0xFF}).add({0x13, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE});
+    list.add({0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 7});
+    list.add({0x22, 0x3F, 0x00, 0, 0}).add({0x23, 0xBF, 0xF0, 0, 0, 0, 0, 0, 0});
+    list.add({0x33, 0x40, 0, 0, 0, 0, 0, 0, 0}).add({0x08});
+    EXPECT_EQ(valueOf(readPropertyList(list.bytes())),
+              Value(List{255, 65535, std::int64_t{4294967295}, -2, 7, 0.5, -1.0, Date{2}, false}));
 }
 
 TEST(PropertyList, ReadsTextsOfBothEncodings) {
@@ -85,16 +56,31 @@ TEST(PropertyList, ReadsSetsAsLists) {
 }
 
 TEST(PropertyList, RefusesWhatIsNoPropertyList) {
-    EXPECT_FALSE(refusal("").empty());
-    EXPECT_FALSE(refusal("bplist").empty());
-    EXPECT_FALSE(refusal("bplist00 and then nothing of use in all of these bytes").empty());
-    EXPECT_EQ(refusal("{ old = style; }"), "neither a binary nor an XML property list");
-    EXPECT_EQ(readPropertyList(RawList(1).add({0x00}).bytes()).error(), "nil inside a property list");
-    EXPECT_EQ(readPropertyList(RawList(1).add({0x80, 1}).bytes()).error(), "a UID outside a keyed archive");
-    EXPECT_EQ(readPropertyList(RawList(1).addDictionary({{1, 1}}).add({0x10, 1}).bytes()).error(),
-              "a dictionary key that is no text");
-    for (const int marker : {0x01, 0x0F, 0x15, 0x21, 0x24, 0x32, 0x71, 0x84, 0x91, 0xE1, 0xF1})
-        EXPECT_FALSE(readPropertyList(RawList(1).add({marker, 0, 0, 0, 0, 0, 0, 0, 0}).bytes())) << marker;
+    for (const char* text : {"", "bplist", "bplist00 and then nothing of use in all of these bytes"})
+        EXPECT_FALSE(readText(text)) << text;
+    EXPECT_EQ(refusal(readText("{ old = style; }")), "neither a binary nor an XML property list");
+    EXPECT_EQ(refusal(readPropertyList(RawList(1).add({0x00}).bytes())), "nil inside a property list");
+}
+
+TEST(PropertyList, IsReadInBothFormsAsPythonWritesIt) {
+    const std::string script = R"(import datetime, plistlib, sys
+print(plistlib.dumps({'b': True, 'i': -5, 'r': 0.1, 't': 'Gr\u00fc\u00dfe \U0001F600', 'd': b'hello',
+                      'w': datetime.datetime(2001, 1, 2), 'l': [1, [], {}]},
+                     fmt=plistlib.PlistFormat[sys.argv[1]], sort_keys=False).hex()))";
+    for (const std::string form : {"FMT_BINARY", "FMT_XML"}) {
+        const std::string hex = tests::Process({PYTHON, "-c", script, form}).read();
+        Data bytes;
+        for (std::size_t i = 0; i < hex.size(); i += 2)
+            bytes.push_back(static_cast<std::uint8_t>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+        EXPECT_EQ(valueOf(readPropertyList(bytes)), Value(Dictionary{{"b", true},
+                                                                     {"i", -5},
+                                                                     {"r", 0.1},
+                                                                     {"t", "Grüße 😀"},
+                                                                     {"d", bytesOf("hello")},
+                                                                     {"w", Date{86400}},
+                                                                     {"l", List{1, List{}, Dictionary{}}}}))
+            << form;
+    }
 }
 
 TEST(PropertyList, KeepsRandomValues) {
@@ -102,12 +88,10 @@ TEST(PropertyList, KeepsRandomValues) {
     SCOPED_TRACE("seed " + std::to_string(random.seed()));
     for (int i = 0; i < 5'000; ++i) {
         const Value value = random.next(4, false);
-        const auto written = writePropertyList(value);
-        ASSERT_TRUE(written) << written.error();
-        const auto read = readPropertyList(written.value());
-        ASSERT_TRUE(read) << read.error();
-        ASSERT_EQ(read.value(), value) << description(value);
-        ASSERT_EQ(writePropertyList(read.value()).value(), written.value());
+        const Data written = writePropertyList(value).value();
+        const Value read = valueOf(readPropertyList(written));
+        ASSERT_EQ(read, value) << description(value);
+        ASSERT_EQ(writePropertyList(read).value(), written);
     }
 }
 
@@ -131,7 +115,7 @@ TEST(PropertyList, IsWrittenWithAsManyEntriesAsAreAllowedAndNoMore) {
 }
 
 TEST(PropertyList, ReadsEveryElementOfXml) {
-    const Value value = readXml(R"(
+    const Value value = valueOf(readText(inPlist(R"(
 <dict>
   <key>CFBundleIdentifier</key> <string>com.example &amp; &#252;</string>
   <key>empty</key> <string/>
@@ -149,7 +133,7 @@ TEST(PropertyList, ReadsEveryElementOfXml) {
   <key>data</key> <data> aGVs
      bG8= </data>
   <key>list</key> <array> <integer>1</integer> <array/> <dict/> </array>
-</dict>)");
+</dict>)")));
     EXPECT_EQ(value, Value(Dictionary{{"CFBundleIdentifier", "com.example & ü"},
                                       {"empty", ""},
                                       {"spaced", " kept as it is "},
@@ -189,26 +173,24 @@ TEST(PropertyList, RefusesUnsoundXml) {
                              "<plist/>",
                              "<array>stray</array>",
                              "<string>unclosed"})
-        EXPECT_FALSE(refusal(inPlist(body)).empty()) << body;
-    EXPECT_FALSE(refusal("<dict/>").empty());
-    EXPECT_FALSE(refusal("<plist>").empty());
-    EXPECT_FALSE(refusal("<plist><string>\xFF</string></plist>").empty());
+        EXPECT_FALSE(readText(inPlist(body))) << body;
+    for (const char* document : {"<dict/>", "<plist>", "<plist><string>\xFF</string></plist>"})
+        EXPECT_FALSE(readText(document)) << document;
 }
 
 TEST(PropertyList, ReadsXmlUpToTheDepthThatIsAllowedAndNoFurther) {
-    const auto tower = [](std::size_t levels) {
-        std::string text;
-        for (std::size_t i = 0; i < levels; ++i)
-            text += "<array>";
-        text += "<string>ground</string>";
-        for (std::size_t i = 0; i < levels; ++i)
-            text += "</array>";
-        return text;
+    const auto refusalOf = [](std::size_t levels) {
+        std::string opening;
+        std::string closing;
+        for (std::size_t i = 0; i < levels; ++i) {
+            opening += "<array>";
+            closing += "</array>";
+        }
+        return refusal(readText(inPlist(opening + "<string>ground</string>" + closing)));
     };
-    const Value value = readXml(tower(PropertyListLimits::depth));
-    EXPECT_TRUE(writePropertyList(value));
-    EXPECT_EQ(refusal(inPlist(tower(PropertyListLimits::depth + 1))), "nested too deeply");
-    EXPECT_EQ(refusal(inPlist(tower(100'000))), "nested too deeply");
+    EXPECT_EQ(refusalOf(PropertyListLimits::depth), "");
+    EXPECT_EQ(refusalOf(PropertyListLimits::depth + 1), "nested too deeply");
+    EXPECT_EQ(refusalOf(100'000), "nested too deeply");
 }
 
 } // namespace

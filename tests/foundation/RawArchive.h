@@ -2,6 +2,7 @@
 
 #include "RawList.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -10,123 +11,88 @@
 class RawArchive {
   public:
     /// A list with the archived objects of these UIDs.
-    RawArchive& addList(std::vector<std::size_t> uids) {
-        objects_.push_back({Kind::list, std::move(uids), {}});
-        return *this;
-    }
+    RawArchive& addList(std::vector<std::size_t> uids) { return add({.kind = Kind::list, .lists = {std::move(uids)}}); }
     /// A mutable text whose contents are the archived object of a UID, with so many fields that mean nothing.
     RawArchive& addWideText(std::size_t contents, std::size_t fields) {
-        objects_.push_back({Kind::wideText, {contents, fields}, {}});
-        return *this;
+        return add({.kind = Kind::wideText, .contents = contents, .idleFields = fields});
     }
-    RawArchive& addText(std::string text) {
-        objects_.push_back({Kind::text, {}, std::move(text)});
-        return *this;
-    }
+    RawArchive& addText(std::string text) { return add({.kind = Kind::text, .text = std::move(text)}); }
     /// A dictionary of one entry, by the UIDs of its key and its value.
     RawArchive& addDictionary(std::size_t key, std::size_t value) {
-        objects_.push_back({Kind::dictionary, {key, value}, {}});
-        return *this;
+        return add({.kind = Kind::dictionary, .lists = {{key}, {value}}});
     }
     /// A nil that is an object.
-    RawArchive& addNull() {
-        objects_.push_back({Kind::null, {}, {}});
-        return *this;
-    }
+    RawArchive& addNull() { return add({.kind = Kind::null}); }
     /// What is no object at all.
-    RawArchive& addRubbish() {
-        objects_.push_back({Kind::rubbish, {}, {}});
-        return *this;
-    }
+    RawArchive& addRubbish() { return add({.kind = Kind::rubbish}); }
 
     [[nodiscard]] platform::Data bytes() const {
-        enum : std::size_t {
-            archive,
-            archiverKey,
-            archiver,
-            topKey,
-            top,
-            rootKey,
-            objectsKey,
-            objectList,
-            classKey,
-            entriesKey,
-            keysKey,
-            textKey,
-            listClass,
-            textClass,
-            dictionaryClass,
-            nullClass,
-            classNameKey,
-            listClassName,
-            textClassName,
-            dictionaryClassName,
-            nullClassName,
-            null,
-            firstFree
+        static const std::vector<std::string_view> names{
+            "$archiver",       "NSKeyedArchiver", "$top",    "$objects",  "root",       "$null",
+            "$class",          "NS.objects",      "NS.keys", "NS.string", "$classname", "NSArray",
+            "NSMutableString", "NSDictionary",    "NSNull"};
+        const auto name = [](std::string_view text) {
+            return 1 + static_cast<std::size_t>(std::ranges::find(names, text) - names.begin());
         };
-        const std::size_t uidCount = objects_.size() + 5; // "$null", the objects, four classes
-        const std::size_t firstUid = firstFree;
+        const std::size_t classKey = name("$class"), entriesKey = name("NS.objects"), null = name("$null");
+        const std::size_t top = 1 + names.size();
+        const std::size_t objectList = top + 1;
+        const std::size_t firstClass = objectList + 1;
+        const std::size_t firstUid = firstClass + 4;
+        const std::size_t uidCount = 1 + objects_.size() + 4;
         const std::size_t firstObject = firstUid + uidCount;
-        const std::size_t listClassUid = objects_.size() + 1;
-        const std::size_t textClassUid = objects_.size() + 2;
-        const std::size_t dictionaryClassUid = objects_.size() + 3;
-        const std::size_t nullClassUid = objects_.size() + 4;
 
         RawList list(4);
-        list.addDictionary({{archiverKey, archiver}, {topKey, top}, {objectsKey, objectList}});
-        list.add("$archiver").add("NSKeyedArchiver").add("$top").addDictionary({{rootKey, firstUid + 1}}).add("root");
-        list.add("$objects");
+        list.addDictionary(
+            {{name("$archiver"), name("NSKeyedArchiver")}, {name("$top"), top}, {name("$objects"), objectList}});
+        for (const std::string_view text : names)
+            list.add(text);
+        list.addDictionary({{name("root"), firstUid + 1}});
         std::vector<std::size_t> references{null};
         for (std::size_t i = 0; i < objects_.size(); ++i)
             references.push_back(firstObject + i);
-        references.insert(references.end(), {listClass, textClass, dictionaryClass, nullClass});
+        references.insert(references.end(), {firstClass, firstClass + 1, firstClass + 2, firstClass + 3});
         list.addList(references);
-        list.add("$class").add("NS.objects").add("NS.keys").add("NS.string");
-        for (const std::size_t name : {listClassName, textClassName, dictionaryClassName, nullClassName})
-            list.addDictionary({{classNameKey, name}});
-        list.add("$classname").add("NSArray").add("NSMutableString").add("NSDictionary").add("NSNull").add("$null");
+        for (const char* className : {"NSArray", "NSMutableString", "NSDictionary", "NSNull"})
+            list.addDictionary({{name("$classname"), name(className)}});
         for (std::size_t uid = 0; uid < uidCount; ++uid)
             list.add({0x82, int(uid >> 16U) & 0xFF, int(uid >> 8U) & 0xFF, int(uid) & 0xFF});
-        std::size_t next = firstObject + objects_.size();
+        std::size_t next = firstObject + objects_.size(); // the lists come behind all objects
         for (const Object& object : objects_) {
-            if (object.kind == Kind::text) {
+            std::vector<std::pair<std::size_t, std::size_t>> fields;
+            if (object.lists.size() == 2) fields.emplace_back(name("NS.keys"), next++);
+            if (!object.lists.empty()) fields.emplace_back(entriesKey, next++);
+            if (object.kind == Kind::wideText) fields.emplace_back(name("NS.string"), firstUid + object.contents);
+            fields.emplace_back(classKey, firstUid + 1 + objects_.size() + static_cast<std::size_t>(object.kind));
+            fields.resize(fields.size() + object.idleFields, {name("root"), null});
+            if (object.kind == Kind::text)
                 list.add(object.text);
-            } else if (object.kind == Kind::list) {
-                list.addDictionary({{entriesKey, next++}, {classKey, firstUid + listClassUid}});
-            } else if (object.kind == Kind::dictionary) {
-                list.addDictionary(
-                    {{keysKey, next}, {entriesKey, next + 1}, {classKey, firstUid + dictionaryClassUid}});
-                next += 2;
-            } else if (object.kind == Kind::null) {
-                list.addDictionary({{classKey, firstUid + nullClassUid}});
-            } else if (object.kind == Kind::rubbish) {
+            else if (object.kind == Kind::rubbish)
                 list.add({0x0F});
-            } else {
-                std::vector<std::pair<std::size_t, std::size_t>> fields{{textKey, firstUid + object.uids[0]},
-                                                                        {classKey, firstUid + textClassUid}};
-                fields.resize(2 + object.uids[1], {rootKey, null});
+            else
                 list.addDictionary(fields);
-            }
         }
         for (const Object& object : objects_) {
-            if (object.kind == Kind::dictionary)
-                list.addList({firstUid + object.uids[0]}).addList({firstUid + object.uids[1]});
-            if (object.kind != Kind::list) continue;
-            std::vector<std::size_t> entries;
-            for (const std::size_t uid : object.uids)
-                entries.push_back(firstUid + uid);
-            list.addList(entries);
+            for (std::vector<std::size_t> entries : object.lists) {
+                for (std::size_t& entry : entries)
+                    entry += firstUid;
+                list.addList(entries);
+            }
         }
         return list.bytes();
     }
 
   private:
-    enum class Kind : std::uint8_t { list, text, wideText, dictionary, null, rubbish };
+    enum class Kind : std::uint8_t { list, wideText, dictionary, null, text, rubbish }; ///< first those with a class
     struct Object {
         Kind kind;
-        std::vector<std::size_t> uids;
-        std::string text;
+        std::vector<std::vector<std::size_t>> lists{}; ///< UIDs: of keys, if it has any, and of entries
+        std::size_t contents = 0, idleFields = 0;
+        std::string text{};
     };
+    RawArchive& add(Object object) {
+        objects_.push_back(std::move(object));
+        return *this;
+    }
     std::vector<Object> objects_;
 };

@@ -2,10 +2,17 @@
 
 #include "platform/foundation/Value.h"
 
+#include <algorithm>
 #include <initializer_list>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+/// What a trailer says where it does not say what is so.
+struct RawTrailer {
+    std::optional<std::uint64_t> offsetSize{}, referenceSize{}, count{}, root{}, table{};
+};
 
 /// A binary property list put together byte by byte, sound or not. The first object is the root.
 ///
@@ -17,12 +24,12 @@ class RawList {
     RawList& add(std::initializer_list<int> object) {
         offsets_.push_back(bytes_.size());
         for (const int byte : object)
-            bytes_.push_back(static_cast<std::uint8_t>(byte));
+            appendByte(byte);
         return *this;
     }
     /// One more byte of the object that was added last.
     RawList& appendByte(int byte) {
-        append(static_cast<std::size_t>(byte), 1);
+        bytes_.push_back(static_cast<std::uint8_t>(byte));
         return *this;
     }
     RawList& add(std::string_view text) {
@@ -36,7 +43,7 @@ class RawList {
             append(reference, referenceSize_);
         return *this;
     }
-    /// Keys and values in turn.
+    /// By the references to keys and values.
     RawList& addDictionary(const std::vector<std::pair<std::size_t, std::size_t>>& entries) {
         addMarker(0xD, entries.size());
         for (const auto& entry : entries)
@@ -45,28 +52,26 @@ class RawList {
             append(entry.second, referenceSize_);
         return *this;
     }
-    [[nodiscard]] std::size_t count() const { return offsets_.size(); }
     /// An object that lies where another one does, so many bytes further on.
     RawList& addAlias(std::size_t object, std::size_t further) {
         offsets_.push_back(offsets_[object] + further);
         return *this;
     }
 
-    [[nodiscard]] platform::Data bytes() { return bytesWithTrailer(offsets_.size(), 0, bytes_.size()); }
-    [[nodiscard]] platform::Data bytesWithTrailer(std::uint64_t count, std::uint64_t root, std::uint64_t table) {
-        const platform::Data objects = bytes_;
-        const std::size_t offsetSize = bytes_.size() < 0x100 ? 1 : bytes_.size() < 0x10000 ? 2 : 4;
+    [[nodiscard]] platform::Data bytes(const RawTrailer& trailer = {}) const {
+        RawList whole = *this;
+        const std::uint64_t offsetSize = trailer.offsetSize.value_or(bytes_.size() < 0x100     ? 1
+                                                                     : bytes_.size() < 0x10000 ? 2
+                                                                                               : 4);
         for (const std::size_t offset : offsets_)
-            append(offset, offsetSize);
-        bytes_.insert(bytes_.end(), 6, 0);
-        append(offsetSize, 1);
-        append(referenceSize_, 1);
-        append(count, 8);
-        append(root, 8);
-        append(table, 8);
-        platform::Data whole = bytes_;
-        bytes_ = objects;
-        return whole;
+            whole.append(offset, std::clamp<std::uint64_t>(offsetSize, 1, 8));
+        whole.append(0, 6);
+        whole.append(offsetSize, 1);
+        whole.append(trailer.referenceSize.value_or(referenceSize_), 1);
+        whole.append(trailer.count.value_or(offsets_.size()), 8);
+        whole.append(trailer.root.value_or(0), 8);
+        whole.append(trailer.table.value_or(bytes_.size()), 8);
+        return whole.bytes_;
     }
 
   private:

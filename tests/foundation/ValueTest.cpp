@@ -1,19 +1,13 @@
-#include "platform/foundation/Value.h"
+#include "EdgeValues.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 #include <random>
 
 namespace {
 
-using platform::Data;
-using platform::Date;
-using platform::Dictionary;
-using platform::List;
-using platform::Value;
+using namespace platform;
 
 std::vector<std::string> keysOf(const Dictionary& dictionary) {
     std::vector<std::string> keys;
@@ -86,17 +80,10 @@ TEST(Value, GivesNilForMissingKeysAndForWhatIsNoDictionary) {
 }
 
 TEST(Value, IsBuiltComparedAndDestroyedAtAMillionLevels) {
-    const auto tower = [](int levels) {
-        Value value = "ground";
-        for (int i = 0; i < levels; ++i)
-            value = i % 2 == 0 ? Value(List{std::move(value)}) : Value(Dictionary{{"k", std::move(value)}});
-        return value;
-    };
-    constexpr int levels = 1'000'000;
-    const Value a = tower(levels);
-    const Value b = tower(levels);
-    EXPECT_TRUE(a == b);
-    EXPECT_FALSE(a == tower(levels - 1));
+    constexpr unsigned levels = 1'000'000;
+    const Value value = nested(levels);
+    EXPECT_TRUE(value == nested(levels));
+    EXPECT_FALSE(value == nested(levels - 1));
 }
 
 TEST(Value, CopiesShareTheirContents) {

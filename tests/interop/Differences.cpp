@@ -9,27 +9,26 @@
 namespace tests {
 
 using namespace std::string_literals;
-using platform::Date;
-using platform::Dictionary;
-using platform::List;
-using platform::Value;
+using namespace platform;
 
 namespace {
 
-/// The value with a change made to all that is no container, keys too, in the order of its form.
-Value changed(const Value& value, const std::function<Value(const Value&)>& change) {
+/// The value with a change made to all that is no container, keys too, in the order of its form; then, if it is to be
+/// sorted, each dictionary in the order of its keys.
+Value changed(const Value& value, const std::function<Value(const Value&)>& change, bool sorted = false) {
     if (const List* list = value.list()) {
         List entries;
         for (const Value& entry : *list)
-            entries.push_back(changed(entry, change));
+            entries.push_back(changed(entry, change, sorted));
         return entries;
     }
     if (const Dictionary* dictionary = value.dictionary()) {
         std::vector<Dictionary::Entry> entries;
         for (const auto& [key, entry] : *dictionary) {
             const Value changedKey = change(key);
-            entries.emplace_back(*changedKey.text(), changed(entry, change));
+            entries.emplace_back(*changedKey.text(), changed(entry, change, sorted));
         }
+        if (sorted) std::ranges::sort(entries, {}, &Dictionary::Entry::first);
         return Dictionary(std::move(entries));
     }
     return change(value);
@@ -86,20 +85,8 @@ Value withTextForNilInside(const Value& value) {
 }
 
 Value inOrderOfKeys(const Value& value) {
-    if (const List* list = value.list()) {
-        List entries;
-        for (const Value& entry : *list)
-            entries.push_back(inOrderOfKeys(entry));
-        return entries;
-    }
-    if (const Dictionary* dictionary = value.dictionary()) {
-        std::vector<Dictionary::Entry> entries;
-        for (std::size_t place = 0; place < dictionary->size(); ++place)
-            entries.emplace_back(dictionary->inKeyOrder(place).first,
-                                 inOrderOfKeys(dictionary->inKeyOrder(place).second));
-        return Dictionary(std::move(entries));
-    }
-    return value;
+    return changed(
+        value, [](const Value& leaf) { return leaf; }, true);
 }
 
 } // namespace

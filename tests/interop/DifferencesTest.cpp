@@ -1,8 +1,7 @@
 // What differs by the nature of other implementations still does, as docs/interoperability.md has it.
 
-#include "Differences.h"
+#include "Exchange.h"
 #include "Form.h"
-#include "Peer.h"
 
 #include "platform/foundation/NSKeyedArchiver.h"
 
@@ -16,9 +15,7 @@
 
 namespace {
 
-using platform::NSKeyedArchiver;
-using platform::NSKeyedUnarchiver;
-using platform::Value;
+using namespace platform;
 using tests::Difference;
 using tests::form;
 using tests::Peer;
@@ -30,15 +27,9 @@ class InteropDifference : public testing::TestWithParam<Difference> {
         const Difference& difference = GetParam();
         std::istringstream words(difference.way);
         const Peer peer(difference.peer, {std::istream_iterator<std::string>(words), {}});
-        if (difference.way == "read") {
-            const auto archive = NSKeyedArchiver::archivedDataWithRootObject(value);
-            return peer.ask(tests::hexOf(archive.value()));
-        }
-        const std::string answer = peer.ask(form(value));
-        const auto archive = tests::bytesOf(answer);
-        if (!archive) return answer;
-        const auto read = NSKeyedUnarchiver::unarchive(*archive);
-        return read ? form(read.value()) : "! " + read.error();
+        if (difference.way == "read")
+            return peer.ask(tests::hexOf(NSKeyedArchiver::archivedDataWithRootObject(value).value()));
+        return tests::formOfArchive(peer.ask(form(value)));
     }
 };
 

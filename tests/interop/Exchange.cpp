@@ -19,13 +19,6 @@ using Effect = Difference::Effect;
 
 namespace {
 
-std::string readByUs(const std::string& hex) {
-    const auto archive = bytesOf(hex);
-    if (!archive) return hex;
-    const auto value = NSKeyedUnarchiver::unarchive(*archive);
-    return value ? form(value.value()) : "! " + value.error();
-}
-
 /// Where two forms part, with what stands before it.
 std::string parting(const std::string& expected, const std::string& arrived) {
     std::istringstream expectedTokens(expected);
@@ -41,6 +34,13 @@ std::string parting(const std::string& expected, const std::string& arrived) {
 
 } // namespace
 
+std::string formOfArchive(const std::string& answer) {
+    const auto archive = bytesOf(answer);
+    if (!archive) return answer;
+    const auto value = NSKeyedUnarchiver::unarchive(*archive);
+    return value ? form(value.value()) : "! " + value.error();
+}
+
 Value Exchange::normalised(const Value& value, Effect effect) const {
     if (mode_ != "again") return tests::normalised(value, peerName_, way_, effect);
     // Whatever changes when a peer reads, changes more when it writes.
@@ -53,7 +53,7 @@ void Exchange::send(const Value& value, const std::string& index) {
     const std::string question =
         mode_ == "write" ? form(sent) : hexOf(NSKeyedArchiver::archivedDataWithRootObject(sent).value());
     const std::string answer = peer_.ask(question);
-    const std::string arrived = mode_ == "read" ? answer : readByUs(answer);
+    const std::string arrived = mode_ == "read" ? answer : formOfArchive(answer);
 
     const auto ordered = [&](const Value& unordered) { return form(normalised(unordered, Effect::reorders)); };
     const std::string expected = ordered(normalised(sent, Effect::changes));

@@ -45,6 +45,9 @@ class Exchange {
     unsigned failures_ = 0;
 };
 
+/// The form of what we read in an archive in hexadecimal, or "!" and why there is none. Other answers stay.
+[[nodiscard]] std::string formOfArchive(const std::string& answer);
+
 /// Random values, one after the other, in one process of the peer. Prints the seed.
 void exchangeRandomValues(const std::string& peer, const std::vector<std::string>& arguments, unsigned count);
 

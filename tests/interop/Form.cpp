@@ -6,11 +6,7 @@
 
 namespace tests {
 
-using platform::Data;
-using platform::Date;
-using platform::Dictionary;
-using platform::List;
-using platform::Value;
+using namespace platform;
 
 namespace {
 
@@ -39,58 +35,6 @@ std::optional<std::string> textOf(std::string_view hex) {
     const auto bytes = bytesOf(hex);
     if (!bytes) return std::nullopt;
     return std::string(bytes->begin(), bytes->end());
-}
-
-void append(const Value& value, std::string& form);
-
-void append(const Dictionary& dictionary, std::string& form) {
-    form += '{';
-    for (const auto& [key, entry] : dictionary) {
-        form += ' ';
-        append(key, form);
-        form += ' ';
-        append(entry, form);
-    }
-    form += " }";
-}
-
-void append(const List& list, std::string& form) {
-    form += '[';
-    for (const Value& entry : list) {
-        form += ' ';
-        append(entry, form);
-    }
-    form += " ]";
-}
-
-void append(const Value& value, std::string& form) {
-    switch (value.kind()) {
-    case Value::Kind::nil:
-        form += 'n';
-        return;
-    case Value::Kind::boolean:
-        form += *value.boolean() ? 't' : 'f';
-        return;
-    case Value::Kind::integer:
-        form += 'i' + std::to_string(*value.integer());
-        return;
-    case Value::Kind::real:
-        form += 'r' + bitsOf(*value.real());
-        return;
-    case Value::Kind::text:
-        form += 's' + hexOf(Data(value.text()->begin(), value.text()->end()));
-        return;
-    case Value::Kind::data:
-        form += 'd' + hexOf(*value.data());
-        return;
-    case Value::Kind::date:
-        form += 'w' + bitsOf(value.date()->seconds);
-        return;
-    case Value::Kind::list:
-        return append(*value.list(), form);
-    case Value::Kind::dictionary:
-        return append(*value.dictionary(), form);
-    }
 }
 
 template<class Contents>
@@ -156,9 +100,31 @@ std::optional<Value> readToken(std::istream& tokens, const std::string& token) {
 } // namespace
 
 std::string form(const Value& value) {
-    std::string form;
-    append(value, form);
-    return form;
+    std::string inside;
+    switch (value.kind()) {
+    case Value::Kind::nil:
+        return "n";
+    case Value::Kind::boolean:
+        return *value.boolean() ? "t" : "f";
+    case Value::Kind::integer:
+        return 'i' + std::to_string(*value.integer());
+    case Value::Kind::real:
+        return 'r' + bitsOf(*value.real());
+    case Value::Kind::text:
+        return 's' + hexOf(Data(value.text()->begin(), value.text()->end()));
+    case Value::Kind::data:
+        return 'd' + hexOf(*value.data());
+    case Value::Kind::date:
+        return 'w' + bitsOf(value.date()->seconds);
+    case Value::Kind::list:
+        for (const Value& entry : *value.list())
+            inside += ' ' + form(entry);
+        return '[' + inside + " ]";
+    case Value::Kind::dictionary:
+        for (const auto& [key, entry] : *value.dictionary())
+            inside += ' ' + form(key) + ' ' + form(entry);
+    }
+    return '{' + inside + " }";
 }
 
 std::optional<Value> readForm(const std::string& line) {

@@ -3,59 +3,20 @@
 #include "Exchange.h"
 
 #include "platform/foundation/PropertyList.h"
+#include "tests/foundation/EdgeValues.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
-
 namespace {
 
+using namespace platform;
 using namespace std::string_literals;
-using platform::Data;
-using platform::Date;
-using platform::Dictionary;
-using platform::List;
-using platform::Value;
 using tests::Exchange;
 
 struct Shape {
     std::string name;
     Value value;
 };
-
-List integers() {
-    using Limits = std::numeric_limits<std::int64_t>;
-    List list;
-    for (unsigned bits = 0; bits < 63; ++bits)
-        for (const std::int64_t away : {-1, 0, 1})
-            for (const std::int64_t sign : {1, -1})
-                list.emplace_back(sign * ((std::int64_t{1} << bits) + away));
-    for (const std::int64_t edge : {Limits::max() - 1, Limits::max(), Limits::min(), Limits::min() + 1})
-        list.emplace_back(edge);
-    return list;
-}
-
-/// Numbers that 32 bits hold and some that they do not, at the edges of both sizes.
-List reals() {
-    using Limits = std::numeric_limits<double>;
-    using Short = std::numeric_limits<float>;
-    List list;
-    for (const double real : {0.0, 1.0, 0.5, 0.1, 1.0 / 3, 16777217.0, Limits::min(), Limits::denorm_min(),
-                              Limits::max(), Limits::epsilon(), Limits::infinity(), double{Short::max()},
-                              double{Short::min()}, double{Short::denorm_min()}, double{0.1F}, std::nextafter(1.0, 2.0),
-                              std::nextafter(double{Short::max()}, 0.0), 9007199254740993.0})
-        for (const double sign : {1.0, -1.0})
-            list.emplace_back(sign * real);
-    return list;
-}
-
-Value nested(unsigned depth) {
-    Value value = "ground";
-    for (unsigned i = 0; i < depth; ++i)
-        value = i % 2 == 0 ? Value(List{value}) : Value(Dictionary{{"k", value}});
-    return value;
-}
 
 /// Counts around those that need one byte more than those below them.
 std::vector<Shape> countedShapes() {
@@ -90,8 +51,8 @@ std::vector<Shape> shapes() {
     std::vector<Shape> shapes = countedShapes();
     for (Shape& shape :
          std::vector<Shape>{{"Nil", Value()},
-                            {"Integers", integers()},
-                            {"Reals", reals()},
+                            {"Integers", edgeIntegers()},
+                            {"Reals", edgeReals()},
                             {"MinusZero", List{-0.0, Date{-0.0}}},
                             {"NotANumber", std::nan("")},
                             {"Dates", List{Date{0}, Date{-1e9}, Date{0.1}, Date{1e300},
@@ -108,13 +69,17 @@ std::vector<Shape> shapes() {
                             {"ShapeOfAReference", Dictionary{{"CF$UID", 1}}},
                             {"SharedLists", List{shared, shared, List{shared}, Dictionary{{"k", shared}}}},
                             {"EqualLists", List{List{1, "one"}, List{1, "one"}}},
-                            {"DeepestNesting", nested(platform::PropertyListLimits::depth)}})
+                            {"DeepestNesting", nested(PropertyListLimits::depth)}})
         shapes.push_back(std::move(shape));
     return shapes;
 }
 
 using PeerAndMode = std::tuple<std::string, std::string>;
 class InteropShape : public testing::TestWithParam<PeerAndMode> {};
+
+std::string nameOf(const testing::TestParamInfo<PeerAndMode>& instance) {
+    return std::get<0>(instance.param) + "_" + std::get<1>(instance.param);
+}
 
 TEST_P(InteropShape, Arrives) {
     const auto& [peer, mode] = GetParam();
@@ -126,9 +91,7 @@ TEST_P(InteropShape, Arrives) {
 INSTANTIATE_TEST_SUITE_P(Peers, InteropShape,
                          testing::Combine(testing::Values("gnustep", "libplist", "plistlib"),
                                           testing::Values("read", "again", "write")),
-                         [](const auto& instance) {
-                             return std::get<0>(instance.param) + "_" + std::get<1>(instance.param);
-                         });
+                         nameOf);
 
 // Not with GNUstep: its times grow with the square of the number of different objects, to minutes for so many.
 class InteropLargeShape : public testing::TestWithParam<PeerAndMode> {};
@@ -145,11 +108,8 @@ TEST_P(InteropLargeShape, SeventyThousandObjectsArrive) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Peers, InteropLargeShape,
-                         testing::Values(PeerAndMode{"libplist", "read"}, PeerAndMode{"libplist", "again"},
-                                         PeerAndMode{"libplist", "write"}, PeerAndMode{"plistlib", "read"},
-                                         PeerAndMode{"plistlib", "again"}, PeerAndMode{"plistlib", "write"}),
-                         [](const auto& instance) {
-                             return std::get<0>(instance.param) + "_" + std::get<1>(instance.param);
-                         });
+                         testing::Combine(testing::Values("libplist", "plistlib"),
+                                          testing::Values("read", "again", "write")),
+                         nameOf);
 
 } // namespace

@@ -3,27 +3,14 @@
 #include "Exchange.h"
 #include "Form.h"
 
-#include "platform/foundation/NSKeyedArchiver.h"
-
 #include <gtest/gtest.h>
 
 namespace {
 
-using platform::Date;
-using platform::Dictionary;
-using platform::List;
-using platform::NSKeyedUnarchiver;
-using platform::Value;
+using namespace platform;
 using tests::form;
+using tests::formOfArchive;
 using tests::Peer;
-
-/// What we read from what a peer answers.
-std::string read(const std::string& answer) {
-    const auto archive = tests::bytesOf(answer);
-    if (!archive) return answer;
-    const auto value = NSKeyedUnarchiver::unarchive(*archive);
-    return value ? tests::form(value.value()) : "! " + value.error();
-}
 
 using Arguments = std::vector<std::string>; ///< a peer's name, then its styles
 
@@ -50,14 +37,14 @@ INSTANTIATE_TEST_SUITE_P(Peers, InteropStyle,
 
 TEST(InteropStyles, ADateAmongTheObjectsIsRead) {
     // Those of libplist count whole seconds in 32 bits and millionths.
-    const Value value = List{Date{0}, Date{-1.5}, Date{2147483647}, Date{86400.25}, platform::Data{1, 2}};
-    EXPECT_EQ(read(Peer("libplist", {"write", "inline"}).ask(form(value))), form(value));
-    EXPECT_EQ(read(Peer("plistlib", {"write", "inline"}).ask(form(value))), form(value));
+    const Value value = List{Date{0}, Date{-1.5}, Date{2147483647}, Date{86400.25}, Data{1, 2}};
+    EXPECT_EQ(formOfArchive(Peer("libplist", {"write", "inline"}).ask(form(value))), form(value));
+    EXPECT_EQ(formOfArchive(Peer("plistlib", {"write", "inline"}).ask(form(value))), form(value));
 }
 
 /// An object that no form describes, as GNUstep archives it.
 std::string readSample(const std::string& name) {
-    return read(Peer("gnustep", {"sample"}).ask(name));
+    return formOfArchive(Peer("gnustep", {"sample"}).ask(name));
 }
 
 TEST(InteropStyles, NumbersOfEverySizeAreIntegersAndReals) {
@@ -93,7 +80,8 @@ TEST(InteropStyles, AnIntegerBeyondSixtyThreeBitsIsRefusedWhereItCanBeTold) {
             const bool inEight = archive.find(std::string("13") + bits) != std::string::npos;
             const auto negative = static_cast<std::int64_t>(std::stoull(bits, nullptr, 16));
             EXPECT_NE(inSixteen, inEight) << peer << ": " << archive;
-            EXPECT_EQ(read(archive), inSixteen ? "! an integer needs more than 64 bits" : form(negative)) << peer;
+            EXPECT_EQ(formOfArchive(archive), inSixteen ? "! an integer needs more than 64 bits" : form(negative))
+                << peer;
             if (peer != "libplist") {
                 EXPECT_EQ(inSixteen, peer == "plistlib") << archive;
             }
