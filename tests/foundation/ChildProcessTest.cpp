@@ -36,6 +36,11 @@ std::string everything(ChildProcess& child) {
     return said;
 }
 
+Heard heard(ChildProcess& child, const ChildProcess::Patience& patience) {
+    std::string said;
+    return child.receive(said, 100, patience);
+}
+
 TEST(ChildProcess, AnswersWhatItIsAsked) {
     const auto child = shell("while read -r line; do echo \"<$line>\"; done");
     for (const std::string question : {"one", "two"}) {
@@ -82,21 +87,18 @@ TEST(ChildProcess, TellsHowItEndedAndWhatItPrinted) {
 
 TEST(ChildProcess, IsGivenUpByTheClock) {
     const auto child = shell("read -r nothing");
-    std::string answer;
-    EXPECT_EQ(child->receive(answer, 100, child->patience(20ms, tests::kLongEnough)), Heard::tooLate);
+    EXPECT_EQ(heard(*child, child->patience(20ms, tests::kLongEnough)), Heard::tooLate);
 }
 
 TEST(ChildProcess, IsGivenUpWhenItHasUsedItsProcessorTime) {
     const auto child = shell("while :; do :; done");
-    std::string answer;
-    EXPECT_EQ(child->receive(answer, 100, child->patience(tests::kLongEnough, 50ms)), Heard::tooCostly);
+    EXPECT_EQ(heard(*child, child->patience(tests::kLongEnough, 50ms)), Heard::tooCostly);
     EXPECT_GE(child->processorTime(), 50ms);
 }
 
 TEST(ChildProcess, IsGivenUpForItsProcessorTimeThoughItPrintsAllTheWhile) {
     const auto child = shell("while :; do echo oh >&2; done");
-    std::string answer;
-    EXPECT_EQ(child->receive(answer, 100, child->patience(10s, 50ms)), Heard::tooCostly);
+    EXPECT_EQ(heard(*child, child->patience(10s, 50ms)), Heard::tooCostly);
 }
 
 TEST(ChildProcess, TakesNoMoreThanItMayOfProcessorAndDescriptors) {
@@ -108,8 +110,7 @@ TEST(ChildProcess, TakesNoMoreThanItMayOfProcessorAndDescriptors) {
 
 TEST(ChildProcess, SurvivesOneThatReadsNothingMore) {
     const auto child = shell("exec <&-; echo ready; read -r nothing");
-    std::string answer;
-    ASSERT_EQ(child->receive(answer, 100, generous(*child)), Heard::something);
+    ASSERT_EQ(heard(*child, generous(*child)), Heard::something);
     EXPECT_FALSE(child->send(std::string(1 << 20, 'x'), generous(*child)));
 }
 
@@ -119,8 +120,7 @@ TEST(ChildProcess, EndsWithWhatItStarted) {
     ASSERT_TRUE(file);
     {
         const auto child = shell("exec 9<\"" + std::string(name) + "\"; flock 9; sleep 1000 & echo locked; wait");
-        std::string answer;
-        ASSERT_EQ(child->receive(answer, 100, generous(*child)), Heard::something);
+        ASSERT_EQ(heard(*child, generous(*child)), Heard::something);
         ASSERT_NE(::flock(file.number(), LOCK_EX | LOCK_NB), 0);
     }
     EXPECT_TRUE(tests::eventually([&file] { return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0; }));
@@ -140,7 +140,7 @@ TEST(ChildProcess, DiesWithItsParent) {
     pid_t child = 0;
     ASSERT_EQ(::read(pipe.reading.number(), &child, sizeof child), ssize_t(sizeof child));
     ::waitpid(parent, nullptr, 0);
-    // Whoever takes orphans in here may take a while to bury this one.
+    // The process that takes orphans in may take a while to bury this one.
     EXPECT_TRUE(tests::eventually([child] {
         std::ifstream state("/proc/" + std::to_string(child) + "/stat");
         std::string text;
