@@ -13,6 +13,10 @@ using namespace tests;
 
 namespace {
 
+struct MessagePort : testing::Test {
+    const PortsFolder folder;
+};
+
 std::optional<Data> echo(CFMessagePort& /*port*/, std::int32_t /*id*/, const std::optional<Data>& body) {
     return body;
 }
@@ -23,16 +27,14 @@ CFMessagePortResult send(const std::string& name, const std::optional<Data>& bod
 
 } // namespace
 
-TEST(CFMessagePort, CarriesARequestAndItsReply) {
-    const PortsFolder folder;
+TEST_F(MessagePort, CarriesARequestAndItsReply) {
     const ServedPort port("com.example/echo", echo);
     std::optional<Data> reply;
     EXPECT_EQ(send("com.example/echo", Data{1, 2, 3}, &reply), kCFMessagePortSuccess);
     EXPECT_EQ(reply, (Data{1, 2, 3}));
 }
 
-TEST(CFMessagePort, TellsNoBodyFromAnEmptyOneBothWays) {
-    const PortsFolder folder;
+TEST_F(MessagePort, TellsNoBodyFromAnEmptyOneBothWays) {
     const ServedPort port("echo", echo);
     std::optional<Data> reply = Data{9};
     EXPECT_EQ(send("echo", std::nullopt, &reply), kCFMessagePortSuccess);
@@ -41,8 +43,7 @@ TEST(CFMessagePort, TellsNoBodyFromAnEmptyOneBothWays) {
     EXPECT_EQ(reply, Data());
 }
 
-TEST(CFMessagePort, HandsTheMessageIdToTheCallout) {
-    const PortsFolder folder;
+TEST_F(MessagePort, HandsTheMessageIdToTheCallout) {
     std::atomic<std::int32_t> seen = 0;
     const ServedPort port("ids", [&seen](auto&, auto id, const auto&) {
         seen = id;
@@ -54,8 +55,7 @@ TEST(CFMessagePort, HandsTheMessageIdToTheCallout) {
     }
 }
 
-TEST(CFMessagePort, CarriesLargeBodiesBothWays) {
-    const PortsFolder folder;
+TEST_F(MessagePort, CarriesLargeBodiesBothWays) {
     const ServedPort port("echo", echo);
     Data body(20 << 20);
     for (std::size_t i = 0; i < body.size(); ++i)
@@ -65,8 +65,7 @@ TEST(CFMessagePort, CarriesLargeBodiesBothWays) {
     EXPECT_TRUE(reply == body);
 }
 
-TEST(CFMessagePort, SendsNoBodyThatIsTooLarge) {
-    const PortsFolder folder;
+TEST_F(MessagePort, SendsNoBodyThatIsTooLarge) {
     std::atomic<int> requests = 0;
     const ServedPort port("count", [&requests](auto&, auto, const auto&) {
         ++requests;
@@ -76,27 +75,19 @@ TEST(CFMessagePort, SendsNoBodyThatIsTooLarge) {
     EXPECT_EQ(requests, 0);
 }
 
-TEST(CFMessagePort, ClosesOnACalloutWhoseReplyIsTooLarge) {
-    const PortsFolder folder;
+TEST_F(MessagePort, ClosesOnACalloutWhoseReplyIsTooLarge) {
     const ServedPort port("large", [](auto&, auto, const auto&) { return Data(kMaximumMessageBody + 1); });
     EXPECT_EQ(send("large", std::nullopt, nullptr), kCFMessagePortBecameInvalidError);
 }
 
-TEST(CFMessagePort, IsInvalidWithoutAReceiver) {
-    const PortsFolder folder;
-    EXPECT_EQ(send("nobody", std::nullopt, nullptr), kCFMessagePortIsInvalid);
-    EXPECT_EQ(send("com.example/nobody", std::nullopt, nullptr), kCFMessagePortIsInvalid);
-}
-
-TEST(CFMessagePort, KeepsTheReplyUntouchedWhenItFails) {
-    const PortsFolder folder;
+TEST_F(MessagePort, IsInvalidWithoutAReceiverAndKeepsTheReplyUntouched) {
     std::optional<Data> reply = Data{7};
     EXPECT_EQ(send("nobody", std::nullopt, &reply), kCFMessagePortIsInvalid);
+    EXPECT_EQ(send("com.example/nobody", std::nullopt, &reply), kCFMessagePortIsInvalid);
     EXPECT_EQ(reply, Data{7});
 }
 
-TEST(CFMessagePort, RefusesNamesThatMakeNoPath) {
-    const PortsFolder folder;
+TEST_F(MessagePort, RefusesNamesThatMakeNoPath) {
     const std::array<std::string, 10> names = {
         "", "/", "/absolute", "a//b", "a/", ".", "..", "a/../b", std::string("a\0b", 3), std::string(200, 'x')};
     for (const auto& name : names) {
@@ -108,25 +99,22 @@ TEST(CFMessagePort, RefusesNamesThatMakeNoPath) {
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
-TEST(CFMessagePort, HasNoRunLoopSourceUnlessItIsLocal) {
-    const PortsFolder folder;
+TEST_F(MessagePort, HasNoRunLoopSourceUnlessItIsLocal) {
     EXPECT_EQ(CFMessagePortCreateRunLoopSource(nullptr), nullptr);
     EXPECT_EQ(CFMessagePortCreateRunLoopSource(CFMessagePortCreateRemote("far")), nullptr);
 }
 
-TEST(CFMessagePort, FindsTheFolderAnewAtEachUse) {
-    const PortsFolder first;
-    EXPECT_EQ(portsFolder(), first.path());
+TEST_F(MessagePort, FindsTheFolderAnewAtEachUse) {
+    EXPECT_EQ(portsFolder(), folder.path());
     {
         const PortsFolder second;
         EXPECT_EQ(portsFolder(), second.path());
     }
-    EXPECT_EQ(portsFolder(), first.path());
+    EXPECT_EQ(portsFolder(), folder.path());
 }
 
-TEST(CFMessagePort, LosesAndDoublesNothingInABurst) {
+TEST_F(MessagePort, LosesAndDoublesNothingInABurst) {
     constexpr std::size_t kMessages = 10'000;
-    const PortsFolder folder;
     const auto threads = threadCount();
     const auto descriptors = descriptorCount();
 

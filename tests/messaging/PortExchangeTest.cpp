@@ -24,6 +24,11 @@ namespace {
 constexpr double kLong = 60;
 constexpr double kShort = 0.2;
 
+struct PortSender : testing::Test {
+    const PortsFolder folder;
+    const std::filesystem::path socket = folder.socket("port");
+};
+
 /// A receiver whose every connection is handled by a function of the test.
 class RawReceiver {
   public:
@@ -48,44 +53,33 @@ CFMessagePortResult send(double sendTimeout, double receiveTimeout, std::optiona
 
 } // namespace
 
-TEST(CFMessagePortSendRequest, PutsTheDocumentedBytesOnTheWire) {
-    const PortsFolder folder;
-    Data received;
-    {
-        const RawReceiver receiver(folder.socket("port"), [&received](RawSocket& client) {
-            received = client.receive(16 + 3);
-            client.send(frameWithoutBody());
-        });
-        EXPECT_EQ(CFMessagePortSendRequest(*CFMessagePortCreateRemote("port"), -2, bytes("abc"), kLong, kLong, nullptr),
-                  kCFMessagePortSuccess);
-    }
-    EXPECT_EQ(received, (Data{'L', 'M', 'P', '1', 0xfe, 0xff, 0xff, 0xff, 3, 0, 0, 0, 0, 0, 0, 0, 'a', 'b', 'c'}));
+TEST_F(PortSender, PutsTheDocumentedBytesOnTheWire) {
+    const RawReceiver receiver(socket, [](RawSocket& client) {
+        EXPECT_EQ(client.receive(16 + 3),
+                  (Data{'L', 'M', 'P', '1', 0xfe, 0xff, 0xff, 0xff, 3, 0, 0, 0, 0, 0, 0, 0, 'a', 'b', 'c'}));
+        client.send(frameWithoutBody());
+    });
+    EXPECT_EQ(CFMessagePortSendRequest(*CFMessagePortCreateRemote("port"), -2, bytes("abc"), kLong, kLong, nullptr),
+              kCFMessagePortSuccess);
 }
 
-TEST(CFMessagePortSendRequest, SendsAHeaderAloneWithoutABody) {
-    const PortsFolder folder;
-    Data received;
-    {
-        const RawReceiver receiver(folder.socket("port"), [&received](RawSocket& client) {
-            received = client.receive(16);
-            client.send(frameWithoutBody());
-            EXPECT_TRUE(client.isClosedByPeer()) << "nothing comes behind the header";
-        });
-        EXPECT_EQ(send(kLong, kLong), kCFMessagePortSuccess);
-    }
-    EXPECT_EQ(received, (Data{'L', 'M', 'P', '1', 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 255}));
+TEST_F(PortSender, SendsAHeaderAloneWithoutABody) {
+    const RawReceiver receiver(socket, [](RawSocket& client) {
+        EXPECT_EQ(client.receive(16), (Data{'L', 'M', 'P', '1', 0, 0, 0, 0, 255, 255, 255, 255, 255, 255, 255, 255}));
+        client.send(frameWithoutBody());
+        EXPECT_TRUE(client.isClosedByPeer()) << "nothing comes behind the header";
+    });
+    EXPECT_EQ(send(kLong, kLong), kCFMessagePortSuccess);
 }
 
-TEST(CFMessagePortSendRequest, TimesOutReceivingFromASilentReceiver) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("port")); // never accepts
+TEST_F(PortSender, TimesOutReceivingFromASilentReceiver) {
+    const auto listener = RawSocket::listeningAt(socket); // never accepts
     EXPECT_EQ(send(kLong, kShort), kCFMessagePortReceiveTimeout);
 }
 
-TEST(CFMessagePortSendRequest, TimesOutReceivingHalfAReply) {
-    const PortsFolder folder;
+TEST_F(PortSender, TimesOutReceivingHalfAReply) {
     std::promise<void> timedOut;
-    const RawReceiver receiver(folder.socket("port"), [&timedOut](RawSocket& client) {
+    const RawReceiver receiver(socket, [&timedOut](RawSocket& client) {
         auto reply = frameWith(bytes("never whole"));
         reply.pop_back();
         client.send(reply);
@@ -95,10 +89,9 @@ TEST(CFMessagePortSendRequest, TimesOutReceivingHalfAReply) {
     timedOut.set_value();
 }
 
-TEST(CFMessagePortSendRequest, TimesOutReceivingAReplyThatDrips) {
-    const PortsFolder folder;
+TEST_F(PortSender, TimesOutReceivingAReplyThatDrips) {
     std::atomic<bool> closed = false;
-    const RawReceiver receiver(folder.socket("port"), [&closed](RawSocket& client) {
+    const RawReceiver receiver(socket, [&closed](RawSocket& client) {
         // A byte every few milliseconds: no single wait is long, the whole would take minutes.
         const auto reply = frameWith(Data(1 << 16, 'x'));
         for (std::size_t i = 0; i < reply.size() && client.send(std::span(reply).subspan(i, 1)); ++i) {
@@ -111,9 +104,8 @@ TEST(CFMessagePortSendRequest, TimesOutReceivingAReplyThatDrips) {
     EXPECT_TRUE(eventually([&closed] { return closed.load(); })) << "the connection goes with the time-out";
 }
 
-TEST(CFMessagePortSendRequest, TimesOutReceivingAReplyThatNeverPauses) {
-    const PortsFolder folder;
-    const RawReceiver receiver(folder.socket("port"), [](RawSocket& client) {
+TEST_F(PortSender, TimesOutReceivingAReplyThatNeverPauses) {
+    const RawReceiver receiver(socket, [](RawSocket& client) {
         client.send(frameBytes(0, kMaximumMessageBody));
         for (const Data byte(1, 'x'); client.send(byte);) {
         }
@@ -121,9 +113,8 @@ TEST(CFMessagePortSendRequest, TimesOutReceivingAReplyThatNeverPauses) {
     EXPECT_EQ(send(kLong, kShort), kCFMessagePortReceiveTimeout);
 }
 
-TEST(CFMessagePortSendRequest, TakesAReplyThatDripsInTime) {
-    const PortsFolder folder;
-    const RawReceiver receiver(folder.socket("port"), [](RawSocket& client) {
+TEST_F(PortSender, TakesAReplyThatDripsInTime) {
+    const RawReceiver receiver(socket, [](RawSocket& client) {
         // Closing with the request unread would reset the connection and take the reply with it.
         EXPECT_EQ(client.receive(16).size(), 16U);
         for (const auto byte : frameWith(bytes("drop by drop")))
@@ -134,24 +125,21 @@ TEST(CFMessagePortSendRequest, TakesAReplyThatDripsInTime) {
     EXPECT_EQ(reply, bytes("drop by drop"));
 }
 
-TEST(CFMessagePortSendRequest, TimesOutSendingMoreThanTheReceiverReads) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("port")); // never accepts
+TEST_F(PortSender, TimesOutSendingMoreThanTheReceiverReads) {
+    const auto listener = RawSocket::listeningAt(socket); // never accepts
     EXPECT_EQ(send(kShort, kLong, nullptr, Data(32 << 20)), kCFMessagePortSendTimeout);
 }
 
-TEST(CFMessagePortSendRequest, TimesOutSendingToAFullBacklog) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("port"), 0);
-    const auto waiting = RawSocket::connectedTo(folder.socket("port"));
+TEST_F(PortSender, TimesOutSendingToAFullBacklog) {
+    const auto listener = RawSocket::listeningAt(socket, 0);
+    const auto waiting = RawSocket::connectedTo(socket);
     EXPECT_EQ(send(kShort, kLong), kCFMessagePortSendTimeout);
     EXPECT_EQ(send(0, kLong), kCFMessagePortSendTimeout);
 }
 
-TEST(CFMessagePortSendRequest, QueuesAtAFullBacklogUntilThereIsAPlace) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("port"), 0);
-    const auto before = RawSocket::connectedTo(folder.socket("port"));
+TEST_F(PortSender, QueuesAtAFullBacklogUntilThereIsAPlace) {
+    const auto listener = RawSocket::listeningAt(socket, 0);
+    const auto before = RawSocket::connectedTo(socket);
     auto result = std::async(std::launch::async, [] { return send(kLong, kLong); });
     // The sender is either about to queue or in the queue; both must end well once the place is free.
     const auto first = listener.accept();
@@ -161,12 +149,12 @@ TEST(CFMessagePortSendRequest, QueuesAtAFullBacklogUntilThereIsAPlace) {
     EXPECT_EQ(result.get(), kCFMessagePortSuccess);
 }
 
-TEST(CFMessagePortSendRequest, BecomesInvalidWhenTheReceiverClosesAtAnyByteOfTheReply) {
+TEST_F(PortSender, BecomesInvalidWhenTheReceiverClosesAtAnyByteOfTheReply) {
     const auto reply = frameWith(bytes("cut me"));
     for (std::size_t cut = 0; cut < reply.size(); ++cut) {
         SCOPED_TRACE(cut);
-        const PortsFolder folder;
-        const RawReceiver receiver(folder.socket("port"), [&](RawSocket& client) {
+        const PortsFolder own;
+        const RawReceiver receiver(own.socket("port"), [&](RawSocket& client) {
             EXPECT_EQ(client.receive(16).size(), 16U);
             client.send(std::span(reply).first(cut));
         });
@@ -176,17 +164,16 @@ TEST(CFMessagePortSendRequest, BecomesInvalidWhenTheReceiverClosesAtAnyByteOfThe
     }
 }
 
-TEST(CFMessagePortSendRequest, BecomesInvalidWhenTheReceiverClosesUnread) {
-    const PortsFolder folder;
-    const RawReceiver receiver(folder.socket("port"), [](RawSocket&) {});
+TEST_F(PortSender, BecomesInvalidWhenTheReceiverClosesUnread) {
+    const RawReceiver receiver(socket, [](RawSocket&) {});
     EXPECT_EQ(send(kLong, kLong, nullptr, Data(8 << 20)), kCFMessagePortBecameInvalidError);
 }
 
-TEST(CFMessagePortSendRequest, RefusesAReplyThatIsNoFrame) {
+TEST_F(PortSender, RefusesAReplyThatIsNoFrame) {
     for (const auto& reply :
          {frameBytes(0, -1, {}, "HTTP"), frameBytes(0, -2), frameBytes(0, kMaximumMessageBody + 1)}) {
-        const PortsFolder folder;
-        const RawReceiver receiver(folder.socket("port"), [&reply](RawSocket& client) {
+        const PortsFolder own;
+        const RawReceiver receiver(own.socket("port"), [&reply](RawSocket& client) {
             client.send(reply);
             EXPECT_FALSE(client.receive(17).empty());
         });
@@ -194,21 +181,19 @@ TEST(CFMessagePortSendRequest, RefusesAReplyThatIsNoFrame) {
     }
 }
 
-TEST(CFMessagePortSendRequest, IsInvalidAtADeadSocketOrNoSocketAtAll) {
-    const PortsFolder folder;
-    RawSocket::leaveDeadSocketAt(folder.socket("port"));
+TEST_F(PortSender, IsInvalidAtADeadSocketOrNoSocketAtAll) {
+    RawSocket::leaveDeadSocketAt(socket);
     EXPECT_EQ(send(kLong, kLong), kCFMessagePortIsInvalid);
-    std::filesystem::remove(folder.socket("port"));
-    std::filesystem::create_directory(folder.socket("port"));
+    std::filesystem::remove(socket);
+    std::filesystem::create_directory(socket);
     EXPECT_EQ(send(kLong, kLong), kCFMessagePortIsInvalid);
 }
 
-TEST(CFMessagePortSendRequest, SurvivesHavingNoDescriptorLeft) {
+TEST_F(PortSender, SurvivesHavingNoDescriptorLeft) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the check of virtual tables needs a pipe of its own to look at memory";
 #endif
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("port"));
+    const auto listener = RawSocket::listeningAt(socket);
     rlimit limit{};
     ::getrlimit(RLIMIT_NOFILE, &limit);
     const rlimit none{0, limit.rlim_max};
@@ -218,10 +203,9 @@ TEST(CFMessagePortSendRequest, SurvivesHavingNoDescriptorLeft) {
     EXPECT_EQ(result, kCFMessagePortTransportError);
 }
 
-TEST(CFMessagePortSendRequest, RefusesAReceiverThatBelongsToSomeoneElse) {
+TEST_F(PortSender, RefusesAReceiverThatBelongsToSomeoneElse) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can make a process of another user";
-    const PortsFolder folder;
-    auto listener = RawSocket::listeningAt(folder.socket("port"));
+    auto listener = RawSocket::listeningAt(socket);
     const platform::Pipe ready;
     ASSERT_TRUE(ready);
     const auto child = ::fork();

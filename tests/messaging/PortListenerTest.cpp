@@ -17,6 +17,10 @@ using namespace tests;
 
 namespace {
 
+struct PortListener : testing::Test {
+    const PortsFolder folder;
+};
+
 CFMessagePortRef open(const std::string& name) {
     return CFMessagePortCreateLocal(name, [](auto&, auto, const auto& body) { return body; });
 }
@@ -46,8 +50,7 @@ std::vector<std::string> holder(const std::string& name) {
 
 } // namespace
 
-TEST(CFMessagePortCreateLocal, MakesPrivateFoldersAndSocketsWhateverTheUmask) {
-    const PortsFolder folder;
+TEST_F(PortListener, MakesPrivateFoldersAndSocketsWhateverTheUmask) {
     for (const mode_t mask : {0U, 022U, 077U}) {
         SCOPED_TRACE(mask);
         const auto inside = folder.path() / "new" / std::to_string(mask);
@@ -64,8 +67,7 @@ TEST(CFMessagePortCreateLocal, MakesPrivateFoldersAndSocketsWhateverTheUmask) {
     }
 }
 
-TEST(CFMessagePortCreateLocal, RefusesFoldersThatOthersCanWrite) {
-    const PortsFolder folder;
+TEST_F(PortListener, RefusesFoldersThatOthersCanWrite) {
     ::chmod(folder.path().c_str(), 0770);
     EXPECT_EQ(open("port"), nullptr);
     ::chmod(folder.path().c_str(), 0700);
@@ -76,15 +78,13 @@ TEST(CFMessagePortCreateLocal, RefusesFoldersThatOthersCanWrite) {
     EXPECT_NE(open("com.example/port"), nullptr);
 }
 
-TEST(CFMessagePortCreateLocal, RefusesFoldersOfSomeoneElse) {
+TEST_F(PortListener, RefusesFoldersOfSomeoneElse) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can give a folder away";
-    const PortsFolder folder;
     ASSERT_EQ(::chown(folder.path().c_str(), 65534, 65534), 0);
     EXPECT_EQ(open("port"), nullptr);
 }
 
-TEST(CFMessagePortCreateLocal, RefusesFoldersThatAreSymbolicLinks) {
-    const PortsFolder folder;
+TEST_F(PortListener, RefusesFoldersThatAreSymbolicLinks) {
     const auto real = folder.path() / "real";
     const auto link = folder.path() / "link";
     std::filesystem::create_directory(real);
@@ -97,15 +97,13 @@ TEST(CFMessagePortCreateLocal, RefusesFoldersThatAreSymbolicLinks) {
     }
 }
 
-TEST(CFMessagePortCreateLocal, RefusesANameThatIsTaken) {
-    const PortsFolder folder;
+TEST_F(PortListener, RefusesANameThatIsTaken) {
     const ServedPort port("port", [](auto&, auto, const auto&) { return std::nullopt; });
     EXPECT_EQ(open("port"), nullptr);
     EXPECT_EQ(send("port"), kCFMessagePortSuccess) << "the first one goes on";
 }
 
-TEST(CFMessagePortCreateLocal, RefusesANameThatAnotherProcessHolds) {
-    const PortsFolder folder;
+TEST_F(PortListener, RefusesANameThatAnotherProcessHolds) {
     Process other(holder("port"));
     other.write("open");
     ASSERT_EQ(other.read(), "opened");
@@ -116,15 +114,13 @@ TEST(CFMessagePortCreateLocal, RefusesANameThatAnotherProcessHolds) {
     EXPECT_NE(open("port"), nullptr);
 }
 
-TEST(CFMessagePortCreateLocal, RefusesANameThatAProgramWithoutTheLockServes) {
-    const PortsFolder folder;
+TEST_F(PortListener, RefusesANameThatAProgramWithoutTheLockServes) {
     const auto other = RawSocket::listeningAt(folder.socket("port"), 0);
     EXPECT_EQ(open("port"), nullptr);
     EXPECT_EQ(open("port"), nullptr) << "the first attempt filled the backlog: a sign of life, too";
 }
 
-TEST(CFMessagePortCreateLocal, LeavesFilesAloneThatAreNoSockets) {
-    const PortsFolder folder;
+TEST_F(PortListener, LeavesFilesAloneThatAreNoSockets) {
     std::ofstream(folder.socket("port")) << "precious";
     EXPECT_EQ(open("port"), nullptr);
     EXPECT_EQ(std::filesystem::file_size(folder.socket("port")), 8U);
@@ -132,8 +128,7 @@ TEST(CFMessagePortCreateLocal, LeavesFilesAloneThatAreNoSockets) {
     EXPECT_EQ(open("other"), nullptr);
 }
 
-TEST(OpenLocalPort, SaysWhatIsInTheWay) {
-    const PortsFolder folder;
+TEST_F(PortListener, SaysWhatIsInTheWay) {
     EXPECT_EQ(obstacleTo("port"), "");
     const auto held = open("held");
     EXPECT_EQ(obstacleTo("held"), "another process holds it");
@@ -156,8 +151,7 @@ TEST(OpenLocalPort, SaysWhatIsInTheWay) {
     EXPECT_EQ(why, "not enough descriptors are left");
 }
 
-TEST(CFMessagePortCreateLocal, TakesOverTheSocketOfAProcessThatWasKilled) {
-    const PortsFolder folder;
+TEST_F(PortListener, TakesOverTheSocketOfAProcessThatWasKilled) {
     Process other(holder("port"));
     other.write("open");
     ASSERT_EQ(other.read(), "opened");
@@ -168,8 +162,7 @@ TEST(CFMessagePortCreateLocal, TakesOverTheSocketOfAProcessThatWasKilled) {
     EXPECT_EQ(send("port"), kCFMessagePortSuccess);
 }
 
-TEST(CFMessagePortCreateLocal, LeavesExactlyOneOfTwoStartersThatRaceOverADeadSocket) {
-    const PortsFolder folder;
+TEST_F(PortListener, LeavesExactlyOneOfTwoStartersThatRaceOverADeadSocket) {
     const Process first(holder("port"));
     const Process second(holder("port"));
     for (int round = 0; round < 200; ++round) {
@@ -187,16 +180,14 @@ TEST(CFMessagePortCreateLocal, LeavesExactlyOneOfTwoStartersThatRaceOverADeadSoc
     }
 }
 
-TEST(CFMessagePort, RemovesItsSocketFileWithTheLastReference) {
-    const PortsFolder folder;
+TEST_F(PortListener, RemovesItsSocketFileWithTheLastReference) {
     auto port = open("port");
     const auto source = CFMessagePortCreateRunLoopSource(port);
     port = nullptr;
     EXPECT_TRUE(std::filesystem::exists(folder.socket("port"))) << "its source still holds it";
 }
 
-TEST(CFMessagePort, LeavesASocketFileAloneThatReplacedItsOwn) {
-    const PortsFolder folder;
+TEST_F(PortListener, LeavesASocketFileAloneThatReplacedItsOwn) {
     auto port = open("port");
     std::filesystem::remove(folder.socket("port"));
     const auto other = RawSocket::listeningAt(folder.socket("port"));
@@ -204,8 +195,7 @@ TEST(CFMessagePort, LeavesASocketFileAloneThatReplacedItsOwn) {
     EXPECT_TRUE(std::filesystem::exists(folder.socket("port")));
 }
 
-TEST(CFMessagePort, PassesNoDescriptorOnToOtherPrograms) {
-    const PortsFolder folder;
+TEST_F(PortListener, PassesNoDescriptorOnToOtherPrograms) {
     const ServedPort port("port", [](auto&, auto, const auto&) { return std::nullopt; });
     const auto client = RawSocket::connectedTo(folder.socket("port"));
     client.send(frameWithoutBody());

@@ -6,7 +6,7 @@
 #include "tests/support/ServedPort.h"
 #include "tests/support/Waiting.h"
 
-#include <array>
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <gtest/gtest.h>
@@ -25,6 +25,11 @@ namespace {
 class EchoPort : public testing::Test {
   protected:
     [[nodiscard]] RawSocket connect() const { return RawSocket::connectedTo(folder_.socket("echo")); }
+    /// Whether a frame comes back as it is sent.
+    static bool echoes(const RawSocket& client, const Data& frame) {
+        client.send(frame);
+        return client.receive(frame.size()) == frame;
+    }
 
     PortsFolder folder_;
     std::atomic<int> requests_ = 0;
@@ -47,9 +52,7 @@ TEST_F(EchoPort, AnswersWithTheDocumentedBytes) {
 TEST_F(EchoPort, CarriesSeveralExchangesOnAConnection) {
     const auto client = connect();
     for (int i = 0; i < 100; ++i) {
-        const auto frame = frameWith(Data(static_cast<std::size_t>(i), 'x'));
-        client.send(frame);
-        EXPECT_EQ(client.receive(frame.size()), frame);
+        EXPECT_TRUE(echoes(client, frameWith(Data(static_cast<std::size_t>(i), 'x')))) << i;
     }
     EXPECT_EQ(requests_, 100);
 }
@@ -57,8 +60,7 @@ TEST_F(EchoPort, CarriesSeveralExchangesOnAConnection) {
 TEST_F(EchoPort, AnswersRequestsThatArriveTogetherInTheirOrder) {
     Data stream;
     for (std::uint8_t i = 0; i < 200; ++i) {
-        const auto frame = frameWith(Data(i, i));
-        stream.insert(stream.end(), frame.begin(), frame.end());
+        std::ranges::copy(frameWith(Data(i, i)), std::back_inserter(stream));
     }
     const auto client = connect();
     client.send(stream);
@@ -88,10 +90,9 @@ TEST_F(EchoPort, ClosesOnWhatIsNoFrame) {
 
 TEST_F(EchoPort, AnswersWhatCameBeforeTheGarbage) {
     const auto client = connect();
-    auto stream = frameWith(bytes("good"));
-    const auto good = stream;
-    const auto garbage = frameBytes(0, -7);
-    stream.insert(stream.end(), garbage.begin(), garbage.end());
+    const auto good = frameWith(bytes("good"));
+    auto stream = good;
+    std::ranges::copy(frameBytes(0, -7), std::back_inserter(stream));
     client.send(stream);
     EXPECT_EQ(client.receive(good.size()), good);
     EXPECT_TRUE(client.isClosedByPeer());
@@ -125,9 +126,7 @@ TEST_F(EchoPort, ServesOthersWhileClientsAreSilentSlowOrDoNotRead) {
     while (deaf.send(large)) {
     }
 
-    const auto client = connect();
-    client.send(frame);
-    EXPECT_EQ(client.receive(frame.size()), frame);
+    EXPECT_TRUE(echoes(connect(), frame));
 
     slow.send(std::span(frame).subspan(20));
     EXPECT_EQ(slow.receive(frame.size()), frame) << "the slow one gets its answer, too";
@@ -173,8 +172,7 @@ TEST_F(EchoPort, LosesNothingToAClientThatReadsLate) {
     // More replies than fit in the socket; the requests behind the blocked one must wait their turn.
     Data stream;
     for (int i = 0; i < 400; ++i) {
-        const auto frame = frameWith(Data(5000, static_cast<std::uint8_t>(i)));
-        stream.insert(stream.end(), frame.begin(), frame.end());
+        std::ranges::copy(frameWith(Data(5000, static_cast<std::uint8_t>(i))), std::back_inserter(stream));
     }
     const auto client = connect();
     std::thread sender([&] { EXPECT_TRUE(client.send(stream)); });
@@ -198,8 +196,7 @@ TEST_F(EchoPort, ForgetsAConnectionOfWhichAnotherProcessHasADescriptor) {
     const auto descriptors = descriptorCount();
     const auto client = connect();
     const auto frame = frameWith(bytes("still here"));
-    client.send(frame);
-    ASSERT_EQ(client.receive(frame.size()), frame);
+    ASSERT_TRUE(echoes(client, frame));
     const pid_t holder = ::fork();
     if (holder == 0) {
         ::alarm(60);
@@ -209,11 +206,8 @@ TEST_F(EchoPort, ForgetsAConnectionOfWhichAnotherProcessHasADescriptor) {
     client.send(bytes("no frame at all, and long enough to show that"));
     EXPECT_TRUE(eventually([&] { return descriptorCount() == descriptors + 1; })) << "the client's is left";
     client.send(bytes("more"));
-    for (int i = 0; i < 10; ++i) {
-        const auto other = connect();
-        other.send(frame);
-        EXPECT_EQ(other.receive(frame.size()), frame);
-    }
+    for (int i = 0; i < 10; ++i)
+        EXPECT_TRUE(echoes(connect(), frame));
     ::kill(holder, SIGKILL);
     ::waitpid(holder, nullptr, 0);
     EXPECT_EQ(requests_, 11);
@@ -225,8 +219,7 @@ TEST_F(EchoPort, ServesAgainOnceThereAreDescriptorsAgain) {
 #endif
     const auto served = connect();
     const auto frame = frameWith(bytes("now"));
-    served.send(frame);
-    ASSERT_EQ(served.receive(frame.size()), frame);
+    ASSERT_TRUE(echoes(served, frame));
 
     RawSocket patient;
     std::vector<RawSocket> hoard;
@@ -239,10 +232,8 @@ TEST_F(EchoPort, ServesAgainOnceThereAreDescriptorsAgain) {
 
     patient.connect(folder_.socket("echo"));
     patient.send(frame);
-    for (int i = 0; i < 100; ++i) {
-        served.send(frame);
-        EXPECT_EQ(served.receive(frame.size()), frame) << "connections that stand are served meanwhile";
-    }
+    for (int i = 0; i < 100; ++i)
+        EXPECT_TRUE(echoes(served, frame)) << "connections that stand are served meanwhile";
     std::uint8_t byte = 0;
     EXPECT_EQ(::recv(patient.number(), &byte, 1, MSG_DONTWAIT), -1) << "there was no descriptor to accept it with";
 
