@@ -22,6 +22,20 @@ using namespace std::chrono_literals;
 
 namespace {
 
+void waitUntilIdle() {
+    ASSERT_TRUE(dispatch_wait_until_idle(kLongEnough));
+}
+
+struct Notify : testing::Test {
+    const PortsFolder folder;
+
+    void TearDown() override { waitUntilIdle(); }
+    [[nodiscard]] RawSocket listen(const std::string& name, int backlog = 16) const {
+        return RawSocket::listeningAt(folder.socket("com.nevo.lumora/" + name), backlog);
+    }
+};
+using Port = Notify;
+
 /// What one run of a reply block got.
 struct Reply {
     std::optional<Data> body;
@@ -34,10 +48,6 @@ Reply replyTo(const std::string& name, const Value& object) {
     auto reply = promise.get_future();
     notify(name, object, [&promise](const auto& body) { promise.set_value({body, std::this_thread::get_id()}); });
     return awaited(std::move(reply), "the reply to " + name);
-}
-
-void waitUntilIdle() {
-    ASSERT_TRUE(dispatch_wait_until_idle(kLongEnough));
 }
 
 /// A message whose exchange ends with a failure; true when its reply block never ran.
@@ -60,101 +70,65 @@ bool failsAfterASecond(const std::string& name) {
 
 } // namespace
 
-TEST(Notify, SendsToThePrefixDirectlyFollowedByTheName) {
-    const PortsFolder folder;
+TEST_F(Notify, SendsNoBodyForANilObjectToThePrefixDirectlyFollowedByTheName) {
     const auto listener = RawSocket::listeningAt(folder.path() / "com.nevo.lumora" / "updateSettings");
     notify("updateSettings", nullptr, nullptr);
-    const auto client = listener.accept();
-    EXPECT_EQ(client.receive(16).size(), 16U);
-    client.send(frameWithoutBody());
-    waitUntilIdle();
-}
-
-TEST(Notify, SendsNoBodyForANilObject) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("com.nevo.lumora/message"));
-    notify("message", nullptr, nullptr);
     const auto client = listener.accept();
     EXPECT_EQ(client.receive(16), frameWithoutBody(0)) << "message id 0, body length -1";
     client.send(frameWithoutBody());
     EXPECT_TRUE(client.isClosedByPeer()) << "nothing came behind the header";
-    waitUntilIdle();
 }
 
-TEST(Notify, WrapsTheObjectAndArchivesItWithMessageIdZero) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("com.nevo.lumora/message"));
+TEST_F(Notify, WrapsTheObjectAndArchivesItWithMessageIdZero) {
+    const auto listener = listen("message");
     const Value object = Dictionary{{"text", "ü"}, {"list", List{1, true, 0.5}}};
-    const auto archive = NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"object", object}});
-    ASSERT_TRUE(archive);
+    const auto expected =
+        frameWith(NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"object", object}}).value());
     notify("message", object, nullptr);
     const auto client = listener.accept();
-    const auto expected = frameWith(*archive, 0);
     EXPECT_EQ(client.receive(expected.size()), expected);
     client.send(frameWithoutBody());
-    waitUntilIdle();
 }
 
-TEST(Notify, HandsTheReplyOverAsItCameOnAWorkerThread) {
-    const PortsFolder folder;
+TEST_F(Notify, HandsTheReplyOverAsItCameOnAWorkerThread) {
     const ServedPort port("com.nevo.lumora/message", [](auto&, auto, const auto&) { return bytes("no archive"); });
     const auto reply = replyTo("message", 5);
     EXPECT_EQ(reply.body, bytes("no archive"));
     EXPECT_NE(reply.thread, std::this_thread::get_id());
 }
 
-TEST(Notify, HandsOverNothingWhenTheAnswerHasNoBody) {
-    const PortsFolder folder;
+TEST_F(Notify, HandsOverNothingWhenTheAnswerHasNoBody) {
     const ServedPort port("com.nevo.lumora/message", [](auto&, auto, const auto&) { return std::nullopt; });
     EXPECT_EQ(replyTo("message", "x").body, std::nullopt);
 }
 
-TEST(Notify, WaitsForTheReplyAlsoWithoutAReplyBlock) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("com.nevo.lumora/message"));
+TEST_F(Notify, WaitsForTheReplyAlsoWithoutAReplyBlock) {
+    const auto listener = listen("message");
     notify("message", nullptr, nullptr);
     const auto client = listener.accept();
     EXPECT_EQ(client.receive(16).size(), 16U);
-    EXPECT_FALSE(dispatch_wait_until_idle(std::chrono::milliseconds(100))) << "the worker waits for the reply";
+    EXPECT_FALSE(dispatch_wait_until_idle(100ms)) << "the worker waits for the reply";
     client.send(frameWith(bytes("discarded")));
     EXPECT_TRUE(client.isClosedByPeer()) << "closed only once the reply has been taken";
-    waitUntilIdle();
 }
 
-TEST(Notify, NeverRunsTheReplyBlockWhenThereIsNoReceiver) {
-    const PortsFolder folder;
+TEST_F(Notify, NeverRunsTheReplyBlockWhenThereIsNoReceiver) {
     EXPECT_TRUE(failsInSilence("nobody"));
 }
 
-TEST(Notify, NeverRunsTheReplyBlockWhenTheReceiverIsSilent) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("com.nevo.lumora/silent"));
-    EXPECT_TRUE(failsInSilence("silent"));
-}
-
-TEST(Notify, NeverRunsTheReplyBlockWhenTheBacklogStaysFull) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("com.nevo.lumora/full"), 0);
-    const auto waiting = RawSocket::connectedTo(folder.socket("com.nevo.lumora/full"));
-    EXPECT_TRUE(failsInSilence("full"));
-}
-
-TEST(Notify, WaitsASecondForAReply) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("com.nevo.lumora/silent"));
+TEST_F(Notify, GivesUpInSilenceAfterASecondWithoutAReply) {
+    const auto listener = listen("silent");
     EXPECT_TRUE(failsAfterASecond("silent"));
 }
 
-TEST(Notify, WaitsASecondForAPlaceInAFullBacklog) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("com.nevo.lumora/full"), 0);
+TEST_F(Notify, GivesUpInSilenceAfterASecondBeforeAFullBacklog) {
+    const auto listener = listen("full", 0);
     const auto waiting = RawSocket::connectedTo(folder.socket("com.nevo.lumora/full"));
     EXPECT_TRUE(failsAfterASecond("full"));
 }
 
-TEST(Notify, NeverRunsTheReplyBlockWhenTheReplyIsCutOff) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("com.nevo.lumora/cut"));
+TEST_F(Notify, NeverRunsTheReplyBlockWhenTheReplyIsCutOff) {
+    const auto listener = listen("cut");
     std::thread receiver([&listener] {
         const auto client = listener.accept();
         EXPECT_EQ(client.receive(16).size(), 16U);
@@ -165,8 +139,7 @@ TEST(Notify, NeverRunsTheReplyBlockWhenTheReplyIsCutOff) {
     receiver.join();
 }
 
-TEST(Notify, DropsAnObjectThatNoArchiveCanHold) {
-    const PortsFolder folder;
+TEST_F(Notify, DropsAnObjectThatNoArchiveCanHold) {
     std::atomic<int> requests = 0;
     const ServedPort port("com.nevo.lumora/message", [&requests](auto&, auto, const auto&) {
         ++requests;
@@ -180,9 +153,8 @@ TEST(Notify, DropsAnObjectThatNoArchiveCanHold) {
     EXPECT_EQ(requests, 0);
 }
 
-TEST(Notify, LetsOtherMessagesPassOneThatIsStuck) {
-    const PortsFolder folder;
-    const auto listener = RawSocket::listeningAt(folder.socket("com.nevo.lumora/silent"));
+TEST_F(Notify, LetsOtherMessagesPassOneThatIsStuck) {
+    const auto listener = listen("silent");
     const ServedPort port("com.nevo.lumora/message", [](auto&, auto, const auto&) { return std::nullopt; });
     std::atomic<int> calls = 0;
     for (int i = 0; i < 200; ++i)
@@ -192,9 +164,8 @@ TEST(Notify, LetsOtherMessagesPassOneThatIsStuck) {
     EXPECT_EQ(calls, 0);
 }
 
-TEST(Notify, RunsEachReplyBlockOnce) {
+TEST_F(Notify, RunsEachReplyBlockOnce) {
     constexpr std::size_t kMessages = 500;
-    const PortsFolder folder;
     std::multiset<std::int64_t> received;
     const ServedPort port("com.nevo.lumora/message", [&received](auto&, auto, const auto& body) {
         received.insert(*NSKeyedUnarchiver::unarchiveObjectWithData(*body)["object"].integer());
@@ -213,8 +184,7 @@ TEST(Notify, RunsEachReplyBlockOnce) {
     }
 }
 
-TEST(Port, ServesItsNameOnAWorkerUntilItsRunLoopStops) {
-    const PortsFolder folder;
+TEST_F(Port, ServesItsNameOnAWorkerUntilItsRunLoopStops) {
     std::atomic<bool> leave = false;
     port("service", [&leave](auto&, auto, const auto& body) {
         if (leave) CFRunLoopStop(CFRunLoopGetCurrent());
@@ -233,8 +203,7 @@ TEST(Port, ServesItsNameOnAWorkerUntilItsRunLoopStops) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST(Port, GivesUpInSilenceWhenTheNameIsTaken) {
-    const PortsFolder folder;
+TEST_F(Port, GivesUpInSilenceWhenTheNameIsTaken) {
     const ServedPort first("com.nevo.lumora/service", [](auto&, auto, const auto&) { return bytes("first"); });
     port("service", [](auto&, auto, const auto&) { return bytes("second"); });
     waitUntilIdle();
