@@ -8,9 +8,8 @@
 
 namespace {
 
-using platform::CGContext;
-using platform::CGGradientCreateWithColorComponents;
-using Stop = platform::CGGradient::Stop;
+using namespace platform;
+using Stop = CGGradient::Stop;
 
 TEST(CGGradient, WithoutLocationsHasItsStopsEvenlyFromZeroToOne) {
     const auto three = CGGradientCreateWithColorComponents({1, 0, 0, 1, 0, 1, 0, 0.5, 0, 0, 1, 0});
@@ -36,21 +35,21 @@ TEST(CGContext, KeepsWhatIsDrawnInOrderAndNoGradientThatIsNone) {
     const auto gradient = CGGradientCreateWithColorComponents({1, 0, 0, 1});
     CGContext context({10, 20});
     context.saveGState();
-    context.clipToRect(platform::CGRectMake(1, 2, 3, 4));
+    context.clipToRect(CGRectMake(1, 2, 3, 4));
     context.drawLinearGradient(gradient, {0, 0}, {10, 0}, 3);
     context.drawLinearGradient(nullptr, {0, 0}, {10, 0}, 0);
     context.restoreGState();
-    const platform::CGDrawing drawing = std::move(context).take();
-    EXPECT_EQ(drawing.size, (platform::CGSize{10, 20}));
+    const CGDrawing drawing = std::move(context).take();
+    EXPECT_EQ(drawing.size, (CGSize{10, 20}));
     ASSERT_EQ(drawing.steps.size(), 4U);
-    EXPECT_TRUE(std::holds_alternative<platform::CGDrawing::SaveState>(drawing.steps[0]));
-    EXPECT_EQ(std::get<platform::CGDrawing::Clip>(drawing.steps[1]).rect, platform::CGRectMake(1, 2, 3, 4));
-    const auto& drawn = std::get<platform::CGDrawing::LinearGradient>(drawing.steps[2]);
+    EXPECT_TRUE(std::holds_alternative<CGDrawing::SaveState>(drawing.steps[0]));
+    EXPECT_EQ(std::get<CGDrawing::Clip>(drawing.steps[1]).rect, CGRectMake(1, 2, 3, 4));
+    const auto& drawn = std::get<CGDrawing::LinearGradient>(drawing.steps[2]);
     EXPECT_EQ(drawn.gradient, gradient);
-    EXPECT_EQ(drawn.start, (platform::CGPoint{0, 0}));
-    EXPECT_EQ(drawn.end, (platform::CGPoint{10, 0}));
+    EXPECT_EQ(drawn.start, (CGPoint{0, 0}));
+    EXPECT_EQ(drawn.end, (CGPoint{10, 0}));
     EXPECT_EQ(drawn.options, 3U);
-    EXPECT_TRUE(std::holds_alternative<platform::CGDrawing::RestoreState>(drawing.steps[3]));
+    EXPECT_TRUE(std::holds_alternative<CGDrawing::RestoreState>(drawing.steps[3]));
 }
 
 } // namespace

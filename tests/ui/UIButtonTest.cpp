@@ -1,49 +1,33 @@
 #include "platform/ui/UIButton.h"
-#include "platform/ui/UITouch.h"
+
+#include "TouchedView.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <vector>
-
 namespace {
 
-using platform::CGPoint;
-using platform::CGRectMake;
-using platform::make;
-using platform::UIButton;
-using platform::UIControlEventTouchUpInside;
-using platform::UITouchPhase;
+using namespace platform;
 
-struct Target : platform::UIView {
+struct Target : TouchedView {
     std::vector<int> pressed; ///< tags
-    int touches = 0;
 
     void press(UIButton& sender) { pressed.push_back(sender.tag()); }
-    void touchesBegan(const platform::UITouches& /*touches*/, const platform::UIEvent& /*event*/) override {
-        ++touches;
-    }
-    void touchesMoved(const platform::UITouches& /*touches*/, const platform::UIEvent& /*event*/) override {
-        ++touches;
-    }
-    void touchesEnded(const platform::UITouches& /*touches*/, const platform::UIEvent& /*event*/) override {
-        ++touches;
-    }
-    void touchesCancelled(const platform::UITouches& /*touches*/, const platform::UIEvent& /*event*/) override {
-        ++touches;
-    }
 };
 
 struct Buttons : testing::Test {
     std::shared_ptr<Target> target = make<Target>(CGRectMake(0, 0, 100, 100));
     std::shared_ptr<UIButton> button = make<UIButton>(CGRectMake(10, 10, 20, 20));
-    platform::UITouchRouter router;
+    UITouchRouter router;
     Buttons() {
         button->setTag(5);
         button->addTarget(*target, &Target::press, UIControlEventTouchUpInside);
         target->addSubview(button);
     }
-    void touch(UITouchPhase phase, CGPoint point, int finger = 1) { router.send(target, {{finger, phase, point}}); }
+    void touch(UITouchPhase phase, CGPoint point) { router.send(target, {{1, phase, point}}); }
+    void tap() {
+        touch(UITouchPhase::began, {15, 15});
+        touch(UITouchPhase::ended, {15, 15});
+    }
 };
 
 TEST_F(Buttons, ArePressedByATouchThatEndsInside) {
@@ -67,19 +51,18 @@ TEST_F(Buttons, AreNotPressedByATouchThatIsCancelledOrBeganElsewhere) {
     touch(UITouchPhase::cancelled, {15, 15});
     touch(UITouchPhase::began, {15, 15});
     router.cancel();
-    EXPECT_EQ(target->touches, 0) << "touches of a button are its own";
+    EXPECT_TRUE(target->calls.empty()) << "touches of a button are its own";
     touch(UITouchPhase::began, {50, 50});
     touch(UITouchPhase::ended, {15, 15});
     EXPECT_TRUE(target->pressed.empty());
-    EXPECT_EQ(target->touches, 2);
+    EXPECT_EQ(target->calls.size(), 2U);
 }
 
 TEST_F(Buttons, TellOnlyThoseWhoAskedForTheEvent) {
     const auto other = make<Target>();
     button->addTarget(*other, &Target::press, 1);
     button->addTarget(*target, &Target::press, UIControlEventTouchUpInside | 1);
-    touch(UITouchPhase::began, {15, 15});
-    touch(UITouchPhase::ended, {15, 15});
+    tap();
     EXPECT_EQ(target->pressed, (std::vector{5, 5}));
     EXPECT_TRUE(other->pressed.empty());
 }
@@ -97,21 +80,19 @@ TEST_F(Buttons, TellATargetThatIsAddedMeanwhileFromTheNextTimeOn) {
     const auto adder = make<Adder>();
     button->addTarget(*adder, &Adder::add, UIControlEventTouchUpInside);
     button->addTarget(*target, &Target::press, UIControlEventTouchUpInside);
-    touch(UITouchPhase::began, {15, 15});
-    touch(UITouchPhase::ended, {15, 15});
+    tap();
     ASSERT_EQ(adder->added.size(), 100U);
     EXPECT_EQ(target->pressed, (std::vector{5, 5})) << "those after it are told, too";
     for (const auto& added : adder->added)
         EXPECT_TRUE(added->pressed.empty());
-    touch(UITouchPhase::began, {15, 15});
-    touch(UITouchPhase::ended, {15, 15});
+    tap();
     EXPECT_EQ(adder->added.front()->pressed, std::vector{5});
 }
 
 TEST_F(Buttons, AreCalledByTheirLabelsByAssistiveTools) {
     button->setAccessibilityLabel("Cyan");
     EXPECT_EQ(button->accessibilityElements(),
-              (std::vector{platform::UIAccessibilityElement{"Cyan", CGRectMake(0, 0, 20, 20), {}}}));
+              (std::vector{UIAccessibilityElement{"Cyan", CGRectMake(0, 0, 20, 20), {}}}));
 }
 
 } // namespace

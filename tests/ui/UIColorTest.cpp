@@ -7,9 +7,7 @@
 
 namespace {
 
-using platform::CGColorSpaceModel;
-using platform::UIColor;
-using platform::UIColorRef;
+using namespace platform;
 using HSB = UIColor::HSB;
 
 constexpr double kRounding = 1e-13;
@@ -32,15 +30,9 @@ UIColorRef made(const HSB& hsb) {
 }
 
 TEST(UIColor, IsExactAtTheCornersOfTheColourCircle) {
-    struct Corner {
-        double hue;
-        double red;
-        double green;
-        double blue;
-    };
-    for (const auto& [hue, red, green, blue] :
-         {Corner{0, 1, 0, 0}, Corner{1 / 6.0, 1, 1, 0}, Corner{1 / 3.0, 0, 1, 0}, Corner{0.5, 0, 1, 1},
-          Corner{2 / 3.0, 0, 0, 1}, Corner{5 / 6.0, 1, 0, 1}}) {
+    constexpr double corners[][4] = {{0, 1, 0, 0},   {1 / 6.0, 1, 1, 0}, {1 / 3.0, 0, 1, 0},
+                                     {0.5, 0, 1, 1}, {2 / 3.0, 0, 0, 1}, {5 / 6.0, 1, 0, 1}};
+    for (const auto& [hue, red, green, blue] : corners) {
         const auto color = UIColor::colorWithHue(hue, 1, 1, 1);
         EXPECT_EQ(*color, *UIColor::colorWithRed(red, green, blue, 1)) << hue;
         EXPECT_EQ(color->getHue(), (HSB{hue, 1, 1, 1})) << hue;

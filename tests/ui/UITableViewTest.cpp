@@ -26,9 +26,11 @@ struct Content : UITableViewDataSource, UITableViewDelegate {
     int cellsAsked = 0;
     std::vector<std::pair<NSIndexPath, NSIndexPath>> moves;
 
+    std::vector<std::string>& rows(int section) { return sections.at(static_cast<std::size_t>(section)); }
+
     int numberOfSectionsInTableView(UITableView& /*table*/) override { return static_cast<int>(sections.size()); }
     int numberOfRowsInSection(UITableView& /*table*/, int section) override {
-        return static_cast<int>(sections.at(static_cast<std::size_t>(section)).size());
+        return static_cast<int>(rows(section).size());
     }
     std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(UITableView& table, NSIndexPath path) override {
         ++cellsAsked;
@@ -37,8 +39,7 @@ struct Content : UITableViewDataSource, UITableViewDelegate {
             cell = make<UITableViewCell>(UITableViewCellStyleDefault, "cell");
             ++cellsMade;
         }
-        cell->textLabel().setText(
-            sections.at(static_cast<std::size_t>(path.section)).at(static_cast<std::size_t>(path.row)));
+        cell->textLabel().setText(rows(path.section).at(static_cast<std::size_t>(path.row)));
         return cell;
     }
     std::string titleForHeaderInSection(UITableView& /*table*/, int section) override {
@@ -50,8 +51,7 @@ struct Content : UITableViewDataSource, UITableViewDelegate {
     bool canMoveRowAtIndexPath(UITableView& /*table*/, NSIndexPath /*path*/) override { return movable; }
     void moveRowAtIndexPath(UITableView& /*table*/, NSIndexPath from, NSIndexPath to) override {
         moves.emplace_back(from, to);
-        moveRow(sections.at(static_cast<std::size_t>(from.section)), from.row,
-                sections.at(static_cast<std::size_t>(to.section)), to.row);
+        moveRow(rows(from.section), from.row, rows(to.section), to.row);
     }
     double heightForRowAtIndexPath(UITableView& /*table*/, NSIndexPath /*path*/) override { return height; }
     UITableViewCellEditingStyle editingStyleForRowAtIndexPath(UITableView& /*table*/, NSIndexPath path) override {
@@ -258,6 +258,10 @@ struct PlainTable : Table {
     std::pair<int, int> ends() {
         return {table->visibleCells().begin()->first.row, table->visibleCells().rbegin()->first.row};
     }
+    std::pair<int, int> endsAfter(int row, UITableViewScrollPosition position) {
+        table->scrollToRowAtIndexPath({0, row}, position, false);
+        return ends();
+    }
 };
 
 TEST_F(PlainTable, HasOneSectionOfRowsThatCannotBeMoved) {
@@ -297,33 +301,25 @@ TEST_F(PlainTable, SelectsNothingWhileItIsEditingOrWhereThereIsNoRow) {
 }
 
 TEST_F(PlainTable, LoadsToScrollAndMakesTheCellsAroundTheRowOnly) {
-    table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionMiddle, false);
-    EXPECT_EQ(ends(), std::pair(45, 55));
+    EXPECT_EQ(endsAfter(50, UITableViewScrollPositionMiddle), std::pair(45, 55));
     EXPECT_EQ(table->visibleCells().size(), 11U);
 }
 
 TEST_F(PlainTable, PutsARowInEachPosition) {
     table->layoutIfNeeded();
-    table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionTop, false);
-    EXPECT_EQ(ends(), std::pair(50, 59));
-    table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionBottom, false);
-    EXPECT_EQ(ends(), std::pair(41, 50));
-    table->scrollToRowAtIndexPath({0, 45}, UITableViewScrollPositionNone, false);
-    EXPECT_EQ(ends(), std::pair(41, 50)) << "it is seen already";
-    table->scrollToRowAtIndexPath({0, 60}, UITableViewScrollPositionNone, false);
-    EXPECT_EQ(ends(), std::pair(51, 60));
-    table->scrollToRowAtIndexPath({0, 40}, UITableViewScrollPositionNone, false);
-    EXPECT_EQ(ends(), std::pair(40, 49));
+    EXPECT_EQ(endsAfter(50, UITableViewScrollPositionTop), std::pair(50, 59));
+    EXPECT_EQ(endsAfter(50, UITableViewScrollPositionBottom), std::pair(41, 50));
+    EXPECT_EQ(endsAfter(45, UITableViewScrollPositionNone), std::pair(41, 50)) << "it is seen already";
+    EXPECT_EQ(endsAfter(60, UITableViewScrollPositionNone), std::pair(51, 60));
+    EXPECT_EQ(endsAfter(40, UITableViewScrollPositionNone), std::pair(40, 49));
 }
 
 TEST_F(PlainTable, ScrollsNoFurtherThanItGoes) {
-    table->scrollToRowAtIndexPath({0, 0}, UITableViewScrollPositionMiddle, false);
-    EXPECT_EQ(ends(), std::pair(0, 8)) << "beneath the header";
-    table->scrollToRowAtIndexPath({0, 99}, UITableViewScrollPositionMiddle, false);
-    EXPECT_EQ(ends(), std::pair(90, 99)) << "above the footer";
+    EXPECT_EQ(endsAfter(0, UITableViewScrollPositionMiddle), std::pair(0, 8)) << "beneath the header";
+    EXPECT_EQ(endsAfter(99, UITableViewScrollPositionMiddle), std::pair(90, 99)) << "above the footer";
 }
 
-TEST_F(PlainTable, AsksWhoeverDrawsToScrollOnceForEachTime) {
+TEST_F(PlainTable, AsksItsWindowToScrollOnceForEachTime) {
     EXPECT_EQ(table->scrollRequest().serial, 0U);
     table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionMiddle, true);
     const auto first = table->scrollRequest();
@@ -341,14 +337,12 @@ TEST_F(PlainTable, DoesNotScrollToARowThatThereIsNot) {
     EXPECT_EQ(ends().first, 0);
 }
 
-TEST_F(PlainTable, KeepsAsManyCellsAroundAsWhoeverDrawsHasAskedFor) {
+TEST_F(PlainTable, KeepsAsManyCellsAroundAsItsWindowHasAskedFor) {
     table->layoutIfNeeded();
     table->setViewport(-88, 440 + 88);
-    table->scrollToRowAtIndexPath({0, 50}, UITableViewScrollPositionMiddle, false);
-    EXPECT_EQ(ends(), std::pair(43, 57));
+    EXPECT_EQ(endsAfter(50, UITableViewScrollPositionMiddle), std::pair(43, 57));
     table->setViewport(0, std::numeric_limits<double>::infinity());
-    table->scrollToRowAtIndexPath({0, 3}, UITableViewScrollPositionMiddle, false);
-    EXPECT_EQ(ends(), std::pair(0, 99));
+    EXPECT_EQ(endsAfter(3, UITableViewScrollPositionMiddle), std::pair(0, 99));
 }
 
 TEST_F(Table, AsksForSignsAndRoomForThemWhileItIsEditing) {

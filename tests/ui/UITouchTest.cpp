@@ -1,54 +1,16 @@
-#include "platform/ui/UITouch.h"
+#include "TouchedView.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
-#include <vector>
-
 namespace {
 
-using platform::CGPoint;
-using platform::CGRectMake;
-using platform::make;
-using platform::UIEvent;
-using platform::UITouches;
-using platform::UITouchPhase;
-using platform::UITouchRouter;
-using platform::UIView;
-
-/// What reached a view at once.
-struct Call {
-    std::string operation;
-    std::vector<CGPoint> points; ///< in the view
-    std::size_t inEvent = 0;     ///< touches in the whole event
-    friend bool operator==(const Call&, const Call&) = default;
-};
-
-struct Touched : UIView {
-    std::vector<Call> calls;
-
-    void touchesBegan(const UITouches& touches, const UIEvent& event) override { note("began", touches, event); }
-    void touchesMoved(const UITouches& touches, const UIEvent& event) override { note("moved", touches, event); }
-    void touchesEnded(const UITouches& touches, const UIEvent& event) override { note("ended", touches, event); }
-    void touchesCancelled(const UITouches& touches, const UIEvent& event) override {
-        note("cancelled", touches, event);
-    }
-
-  private:
-    void note(const char* operation, const UITouches& touches, const UIEvent& event) {
-        Call call{operation, {}, event.allTouches.size()};
-        for (const auto& touch : touches)
-            call.points.push_back(touch->locationInView(*this));
-        calls.push_back(call);
-    }
-};
+using namespace platform;
 
 /// A page that stands away from its window's corner, with two views in it.
 struct Touches : testing::Test {
-    std::shared_ptr<Touched> page = make<Touched>(CGRectMake(0, 100, 100, 100));
-    std::shared_ptr<Touched> left = make<Touched>(CGRectMake(10, 10, 40, 80));
-    std::shared_ptr<Touched> right = make<Touched>(CGRectMake(50, 10, 40, 80));
+    std::shared_ptr<TouchedView> page = make<TouchedView>(CGRectMake(0, 100, 100, 100));
+    std::shared_ptr<TouchedView> left = make<TouchedView>(CGRectMake(10, 10, 40, 80));
+    std::shared_ptr<TouchedView> right = make<TouchedView>(CGRectMake(50, 10, 40, 80));
     UITouchRouter router;
     Touches() {
         page->addSubview(left);

@@ -1,22 +1,16 @@
 #include "platform/ui/UIView.h"
 
+#include "TouchedView.h"
+
 #include "platform/ui/UIImageView.h"
-#include "platform/ui/UITouch.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <variant>
-#include <vector>
 
 namespace {
 
-using platform::CGPoint;
-using platform::CGRect;
-using platform::CGRectMake;
-using platform::make;
-using platform::UIColor;
-using platform::UIView;
+using namespace platform;
 
 /// Notes what happens to it.
 struct Watched : UIView {
@@ -24,7 +18,6 @@ struct Watched : UIView {
     bool wasThereAlready = false;
     int layouts = 0;
     int drawings = 0;
-    std::vector<platform::UITouchPhase> phases;
 
     void willMoveToSuperview(UIView* newSuperview) override {
         parents.push_back(newSuperview);
@@ -33,21 +26,8 @@ struct Watched : UIView {
     void layoutSubviews() override { ++layouts; }
     void drawRect(const CGRect& rect) override {
         ++drawings;
-        platform::UIGraphicsGetCurrentContext()->clipToRect(rect);
+        UIGraphicsGetCurrentContext()->clipToRect(rect);
     }
-    void touchesBegan(const platform::UITouches& touches, const platform::UIEvent& /*event*/) override {
-        note(touches);
-    }
-    void touchesMoved(const platform::UITouches& touches, const platform::UIEvent& /*event*/) override {
-        note(touches);
-    }
-    void touchesEnded(const platform::UITouches& touches, const platform::UIEvent& /*event*/) override {
-        note(touches);
-    }
-    void touchesCancelled(const platform::UITouches& touches, const platform::UIEvent& /*event*/) override {
-        note(touches);
-    }
-    void note(const platform::UITouches& touches) { phases.push_back(touches.at(0)->phase()); }
 };
 
 TEST(UIView, HoldsItsSubviewsBackToFrontAndNoOneElses) {
@@ -73,41 +53,34 @@ TEST(UIView, LeavesItsSubviewsWithoutAParentWhenItGoes) {
     EXPECT_EQ(child->superview(), nullptr);
 }
 
-struct Autoresizing : testing::Test {
-    std::shared_ptr<UIView> parent = make<UIView>(CGRectMake(0, 0, 300, 400));
-    std::shared_ptr<UIView> child = make<UIView>(CGRectMake(20, 20, 260, 310));
-
-    platform::CGRect afterGrowthBy(double width, double height, unsigned mask) {
-        child->setAutoresizingMask(mask);
-        parent->addSubview(child);
-        parent->setFrame(CGRectMake(0, 0, 300 + width, 400 + height));
-        return child->frame();
-    }
-};
-
-TEST_F(Autoresizing, WithoutAMaskKeepsTheFrame) {
-    EXPECT_EQ(afterGrowthBy(50, 60, 0), CGRectMake(20, 20, 260, 310));
+/// The frame of a view in another one that has grown.
+CGRect afterGrowthBy(double width, double height, unsigned mask) {
+    const auto parent = make<UIView>(CGRectMake(0, 0, 300, 400));
+    const auto child = make<UIView>(CGRectMake(20, 20, 260, 310));
+    child->setAutoresizingMask(mask);
+    parent->addSubview(child);
+    parent->setFrame(CGRectMake(0, 0, 300 + width, 400 + height));
+    return child->frame();
 }
 
-TEST_F(Autoresizing, WithFlexibleWidthAndHeightTakesAllTheGrowth) {
-    EXPECT_EQ(afterGrowthBy(50, 60, 18), CGRectMake(20, 20, 310, 370));
+TEST(Autoresizing, FollowsTheMask) {
+    EXPECT_EQ(afterGrowthBy(50, 60, 0), CGRectMake(20, 20, 260, 310)) << "without one the frame stays";
+    EXPECT_EQ(afterGrowthBy(50, 60, 18), CGRectMake(20, 20, 310, 370)) << "flexible width and height take all";
+    EXPECT_EQ(afterGrowthBy(50, 60, 10), CGRectMake(20, 80, 310, 310)) << "flexible width; it stays at the bottom";
 }
 
-TEST_F(Autoresizing, WithFlexibleWidthAndTopMarginStaysAtTheBottom) {
-    EXPECT_EQ(afterGrowthBy(50, 60, 10), CGRectMake(20, 80, 310, 310));
-}
-
-TEST_F(Autoresizing, SharesTheGrowthInProportionToTheFlexibleParts) {
-    const unsigned leftAndWidth =
-        platform::UIViewAutoresizingFlexibleLeftMargin | platform::UIViewAutoresizingFlexibleWidth;
+TEST(Autoresizing, SharesTheGrowthInProportionToTheFlexibleParts) {
+    const unsigned leftAndWidth = UIViewAutoresizingFlexibleLeftMargin | UIViewAutoresizingFlexibleWidth;
     EXPECT_EQ(afterGrowthBy(28, 0, leftAndWidth), CGRectMake(22, 20, 286, 310));
 }
 
-TEST_F(Autoresizing, ShrinksNoFurtherThanNothing) {
+TEST(Autoresizing, ShrinksNoFurtherThanNothing) {
     EXPECT_EQ(afterGrowthBy(-290, 0, 2).size.width, 0);
 }
 
-TEST_F(Autoresizing, LeavesTheCentreOfAViewWithoutAMaskExactlyWhereItIs) {
+TEST(Autoresizing, LeavesTheCentreOfAViewWithoutAMaskExactlyWhereItIs) {
+    const auto parent = make<UIView>(CGRectMake(0, 0, 300, 400));
+    const auto child = make<UIView>(CGRectMake(20, 20, 260, 310));
     child->setCenter({20.1, 0.3});
     parent->addSubview(child);
     parent->setFrame(CGRectMake(0, 0, 301, 401));
@@ -132,14 +105,14 @@ TEST(UIViewInSpace, KeepsItsSizeAndExactlyTheCentreThatItIsGiven) {
 
 TEST(UIViewLook, BeginsAsNothingToBeSeen) {
     const auto view = make<UIView>(CGRectMake(0, 0, 10, 10));
-    const platform::CALayer& layer = view->layer();
+    const CALayer& layer = view->layer();
     EXPECT_EQ(layer.backgroundColor, nullptr);
     EXPECT_EQ(layer.cornerRadius, 0);
     EXPECT_EQ(layer.borderWidth, 0);
     EXPECT_EQ(layer.borderColor, UIColor::blackColor());
     EXPECT_FALSE(layer.masksToBounds);
     EXPECT_EQ(layer.shadowColor, UIColor::blackColor());
-    EXPECT_EQ(layer.shadowOffset, (platform::CGSize{0, -3}));
+    EXPECT_EQ(layer.shadowOffset, (CGSize{0, -3}));
     EXPECT_EQ(layer.shadowRadius, 3);
     EXPECT_EQ(layer.shadowOpacity, 0);
     EXPECT_EQ(view->tintColor(), nullptr);
@@ -241,16 +214,16 @@ TEST_F(UIViewDue, LaysOutWhatIsInItAsFarAsThatIsDue) {
 
 TEST_F(UIViewDue, DrawsItselfAtFirstAndThenOnlyWhenAsked) {
     EXPECT_EQ(drawings(), 1);
-    const platform::CGDrawingRef drawn = view->drawing();
+    const CGDrawingRef drawn = view->drawing();
     ASSERT_NE(drawn, nullptr);
-    EXPECT_EQ(drawn->size, (platform::CGSize{100, 50}));
-    EXPECT_EQ(std::get<platform::CGDrawing::Clip>(drawn->steps.at(0)).rect, CGRectMake(0, 0, 100, 50));
+    EXPECT_EQ(drawn->size, (CGSize{100, 50}));
+    EXPECT_EQ(std::get<CGDrawing::Clip>(drawn->steps.at(0)).rect, CGRectMake(0, 0, 100, 50));
     view->setFrame(CGRectMake(0, 0, 300, 70));
     EXPECT_EQ(drawings(), 1);
-    EXPECT_EQ(view->drawing(), drawn) << "stretched by whoever shows it";
+    EXPECT_EQ(view->drawing(), drawn) << "it is stretched where it is shown";
     view->setNeedsDisplay();
     EXPECT_EQ(drawings(), 2);
-    EXPECT_EQ(view->drawing()->size, (platform::CGSize{300, 70}));
+    EXPECT_EQ(view->drawing()->size, (CGSize{300, 70}));
 }
 
 TEST_F(UIViewDue, DrawsOnceItHasAnySize) {
@@ -268,9 +241,9 @@ TEST_F(UIViewDue, HasNoDrawingWhenItDrawsNothing) {
 }
 
 TEST_F(UIViewDue, HasAContextOnlyWhileItDraws) {
-    EXPECT_EQ(platform::UIGraphicsGetCurrentContext(), nullptr);
+    EXPECT_EQ(UIGraphicsGetCurrentContext(), nullptr);
     view->displayIfNeeded();
-    EXPECT_EQ(platform::UIGraphicsGetCurrentContext(), nullptr);
+    EXPECT_EQ(UIGraphicsGetCurrentContext(), nullptr);
 }
 
 struct UIViewHit : testing::Test {
@@ -304,7 +277,7 @@ TEST_F(UIViewHit, GoesThroughHiddenOnesAndThoseThatTakeNoTouches) {
     back->addSubview(make<UIView>(CGRectMake(0, 0, 50, 50)));
     back->setUserInteractionEnabled(false);
     EXPECT_EQ(hitTest(page, {45, 45}), page) << "with all that is in them";
-    page->addSubview(make<platform::UIImageView>(CGRectMake(0, 0, 100, 100)));
+    page->addSubview(make<UIImageView>(CGRectMake(0, 0, 100, 100)));
     EXPECT_EQ(hitTest(page, {45, 45}), page) << "a picture takes none";
     page->setUserInteractionEnabled(false);
     EXPECT_EQ(hitTest(page, {45, 45}), nullptr);
@@ -317,22 +290,21 @@ TEST_F(UIViewHit, LeavesOutWhatStandsOutOfItsParent) {
 }
 
 TEST(UIViewTouches, GoToTheParentThatTakesThem) {
-    const auto parent = make<Watched>();
+    const auto parent = make<TouchedView>();
     const auto between = make<UIView>();
     const auto child = make<UIView>();
     parent->addSubview(between);
     between->addSubview(child);
-    using platform::UITouchPhase;
-    const std::vector phases{UITouchPhase::began, UITouchPhase::moved, UITouchPhase::ended, UITouchPhase::cancelled};
-    const auto touches = [](UITouchPhase phase) {
-        return platform::UITouches{std::make_shared<platform::UITouch>(CGPoint{}, phase)};
-    };
-    child->touchesBegan(touches(phases[0]), {});
-    child->touchesMoved(touches(phases[1]), {});
-    child->touchesEnded(touches(phases[2]), {});
-    child->touchesCancelled(touches(phases[3]), {});
-    EXPECT_EQ(parent->phases, phases);
-    make<UIView>()->touchesBegan(touches(phases[0]), {}); // and end where there is no parent
+    const UITouches touches{std::make_shared<UITouch>(CGPoint{}, UITouchPhase::began)};
+    child->touchesBegan(touches, {});
+    child->touchesMoved(touches, {});
+    child->touchesEnded(touches, {});
+    child->touchesCancelled(touches, {});
+    std::vector<std::string> operations;
+    for (const Call& call : parent->calls)
+        operations.push_back(call.operation);
+    EXPECT_EQ(operations, (std::vector<std::string>{"began", "moved", "ended", "cancelled"}));
+    make<UIView>()->touchesBegan(touches, {}); // and end where there is no parent
 }
 
 } // namespace
