@@ -12,16 +12,14 @@
 
 namespace {
 
-using platform::Data;
-using platform::PictureDecoder;
-using platform::PictureOrderRef;
-using platform::PicturePatience;
-using platform::PictureWanted;
+using namespace platform;
 using tests::write;
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
 const fs::path kProgram = fs::path(LUMORA_BINARIES) / "lumora-pictures";
+
+const auto notTold = [](const PictureDecoder::Drawn&) {};
 
 /// A drawing of a few hundred bytes that takes hours.
 const std::string kDear = R"svg(<svg xmlns="http://www.w3.org/2000/svg" width="100" height="100"><filter id="f">
@@ -44,12 +42,20 @@ struct Decoders : tests::FolderTest {
         return file;
     }
     static std::string real() { return "exec " + kProgram.string() + "\n"; }
+    /// The real one, and the file into which it writes its number.
+    const fs::path number = folder / "number";
+    fs::path numbered() const { return script("echo $$ > " + number.string() + "\n" + real()); }
+    pid_t writtenNumber() const {
+        pid_t written = 0;
+        std::ifstream(number) >> written;
+        return written;
+    }
 
     /// Nothing when it does not come.
     static std::optional<Data> draw(PictureDecoder& decoder, const fs::path& file, int pixels = 29) {
         PicturePatience patience(tests::kLongEnough);
         const auto order = decoder.order({{file, pixels}});
-        const auto drawn = decoder.wait(order, patience, [](const PictureDecoder::Drawn&) {});
+        const auto drawn = decoder.wait(order, patience, notTold);
         return drawn ? std::optional<Data>(drawn->at(0)) : std::nullopt;
     }
     static Data here(const fs::path& file, int pixels = 29) { return decoder::drawPicture(file, pixels); }
@@ -70,7 +76,7 @@ TEST_F(Decoders, DrawAThousandPicturesAsThisProcessWould) {
     }
     PicturePatience patience(tests::kLongEnough);
     const auto order = decoder.order(wanted);
-    const auto drawn = decoder.wait(order, patience, [](const PictureDecoder::Drawn&) {});
+    const auto drawn = decoder.wait(order, patience, notTold);
     ASSERT_TRUE(drawn) << "the pictures do not come";
     ASSERT_EQ(drawn->size(), wanted.size());
     for (std::size_t i = 0; i < wanted.size(); ++i)
@@ -105,13 +111,10 @@ TEST_F(Decoders, TryAPictureOnceMoreWhenTheProgramDies) {
 }
 
 TEST_F(Decoders, DrawTheNextPictureWhenTheProgramWasKilledBetweenTwo) {
-    const fs::path number = folder / "number";
-    PictureDecoder decoder(script("echo $$ > " + number.string() + "\n" + real()), {});
+    PictureDecoder decoder(numbered(), {});
     EXPECT_EQ(draw(decoder, red(), 29), here(red(), 29));
-    pid_t program = 0;
-    std::ifstream(number) >> program;
-    ASSERT_GT(program, 1);
-    ASSERT_EQ(::kill(program, SIGKILL), 0);
+    ASSERT_GT(writtenNumber(), 1);
+    ASSERT_EQ(::kill(writtenNumber(), SIGKILL), 0);
     EXPECT_EQ(draw(decoder, red(), 58), here(red(), 58));
     EXPECT_EQ(decoder.starts(), 2);
 }
@@ -157,7 +160,7 @@ TEST_F(Decoders, DrawNoFileThatIsNone) {
     EXPECT_EQ(draw(decoder, std::string(5000, 'a')), Data());
     EXPECT_EQ(draw(decoder, red(), 0), Data());
     EXPECT_EQ(draw(decoder, red(), 1025), Data());
-    EXPECT_EQ(decoder.starts(), 0) << "nobody is asked";
+    EXPECT_EQ(decoder.starts(), 0) << "the program is not asked";
 }
 
 TEST_F(Decoders, LetTheProgramHaveSoMuchMemoryAndNoMore) {
@@ -174,13 +177,10 @@ TEST_F(Decoders, LetTheProgramHaveSoMuchMemoryAndNoMore) {
 }
 
 TEST_F(Decoders, LeaveNothingBehind) {
-    const fs::path number = folder / "number";
-    pid_t program = 0;
     const auto use = [&] {
-        PictureDecoder decoder(script("echo $$ > " + number.string() + "\n" + real()), limits);
+        PictureDecoder decoder(numbered(), limits);
         EXPECT_EQ(draw(decoder, dear()), Data());
         EXPECT_EQ(draw(decoder, red()), here(red()));
-        std::ifstream(number) >> program;
     };
     use();
     const auto descriptors = tests::descriptorCount();
@@ -188,10 +188,10 @@ TEST_F(Decoders, LeaveNothingBehind) {
     use();
     EXPECT_EQ(tests::descriptorCount(), descriptors);
     EXPECT_EQ(tests::threadCount(), threads);
-    EXPECT_EQ(::kill(program, 0), -1) << "the program lives on";
+    EXPECT_EQ(::kill(writtenNumber(), 0), -1) << "the program lives on";
 }
 
-TEST_F(Decoders, DrawNothingThatNobodyWantsAnyMore) {
+TEST_F(Decoders, DrawNothingForAnOrderThatIsDropped) {
     PictureDecoder decoder(kProgram, limits);
     const auto first = decoder.order({{dear("first.svg"), 29}});
     auto unwanted = decoder.order({{dear("second.svg"), 29}});
@@ -203,27 +203,27 @@ TEST_F(Decoders, DrawNothingThatNobodyWantsAnyMore) {
 /// The queue on which views hear of what came late.
 void runMainQueue() {
     static std::once_flag once;
-    std::call_once(once, [] { std::thread([] { platform::dispatch_main(); }).detach(); });
+    std::call_once(once, [] { std::thread([] { dispatch_main(); }).detach(); });
 }
 
-TEST_F(Decoders, KeepNobodyWaitingLongerThanHisPatienceAndTellLater) {
+TEST_F(Decoders, WaitNoLongerThanThePatienceAllowsAndTellLater) {
     runMainQueue();
     PictureDecoder decoder(kProgram, limits);
     PicturePatience patience(20ms);
     const auto dearOne = decoder.order({{dear(), 29}});
     const auto good = red(); // written once: a file that is written anew is another picture
     const auto goodOne = decoder.order({{good, 29}, {good, 58}});
-    EXPECT_FALSE(decoder.wait(dearOne, patience, [](const PictureDecoder::Drawn&) {}));
+    EXPECT_FALSE(decoder.wait(dearOne, patience, notTold));
     std::promise<PictureDecoder::Drawn> told;
     ASSERT_FALSE(decoder.wait(goodOne, patience, [&](const PictureDecoder::Drawn& drawn) { told.set_value(drawn); }));
     auto drawn = told.get_future();
-    ASSERT_EQ(drawn.wait_for(tests::kLongEnough), std::future_status::ready) << "nobody is told";
+    ASSERT_EQ(drawn.wait_for(tests::kLongEnough), std::future_status::ready) << "it is not told";
     EXPECT_EQ(drawn.get(), (PictureDecoder::Drawn{here(good, 29), here(good, 58)}));
     // What is known takes no patience.
-    EXPECT_TRUE(decoder.wait(decoder.order({{good, 58}}), patience, [](const PictureDecoder::Drawn&) {}));
+    EXPECT_TRUE(decoder.wait(decoder.order({{good, 58}}), patience, notTold));
 }
 
-TEST_F(Decoders, TellNobodyWhoDoesNotWantItAnyMore) {
+TEST_F(Decoders, TellNothingForAnOrderThatIsDropped) {
     runMainQueue();
     PictureDecoder decoder(kProgram, limits);
     PicturePatience patience(0ns);
@@ -233,7 +233,7 @@ TEST_F(Decoders, TellNobodyWhoDoesNotWantItAnyMore) {
     order.reset();
     EXPECT_EQ(draw(decoder, red()), here(red()));
     std::promise<void> after;
-    platform::dispatch_async(platform::dispatch_get_main_queue(), [&] { after.set_value(); });
+    dispatch_async(dispatch_get_main_queue(), [&] { after.set_value(); });
     ASSERT_EQ(after.get_future().wait_for(tests::kLongEnough), std::future_status::ready);
     EXPECT_FALSE(told);
 }
