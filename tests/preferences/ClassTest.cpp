@@ -9,22 +9,21 @@
 
 namespace {
 
-using platform::make;
-using platform::NSClassFromString;
+using namespace platform;
 
-struct Reluctant final : platform::PSListController {
+struct Reluctant final : PSListController {
     bool init() override { return false; }
 };
 PLATFORM_CLASS(Reluctant)
 
-struct Willing final : platform::PSListController {
+struct Willing final : PSListController {
     bool initialised = false;
     bool init() override { return initialised = PSListController::init(); }
 };
 PLATFORM_CLASS(Willing)
 
 TEST(Class, IsFoundByItsNameAndMakesInitialisedObjects) {
-    const platform::Class found = NSClassFromString("Willing");
+    const Class found = NSClassFromString("Willing");
     ASSERT_NE(found, nullptr);
     EXPECT_EQ(found->name, "Willing");
     const auto page = std::dynamic_pointer_cast<Willing>(found->make());
@@ -38,8 +37,8 @@ TEST(Class, OfUnknownNameIsNull) {
 }
 
 TEST(Class, OfTwoWithOneNameTheFirstStays) {
-    const platform::Class first = platform::registerClass({"Twin", [] { return make<Willing>(); }});
-    const platform::Class second = platform::registerClass({"Twin", [] { return nullptr; }});
+    const Class first = registerClass({"Twin", [] { return make<Willing>(); }});
+    const Class second = registerClass({"Twin", [] { return nullptr; }});
     EXPECT_EQ(first, second);
     EXPECT_NE(NSClassFromString("Twin")->make(), nullptr);
 }
@@ -50,33 +49,33 @@ TEST(Make, GivesNullWhenInitYieldsNothing) {
 }
 
 TEST(Make, CallsInitWithFrameForAView) {
-    const auto view = make<platform::UIView>(platform::CGRectMake(1, 2, 3, 4));
-    EXPECT_EQ(view->frame(), platform::CGRectMake(1, 2, 3, 4));
+    const auto view = make<UIView>(CGRectMake(1, 2, 3, 4));
+    EXPECT_EQ(view->frame(), CGRectMake(1, 2, 3, 4));
 }
 
 TEST(DeviceRoot, ComesFromTheEnvironmentUntilAProgramSetsIt) {
     unsetenv("LUMORA_ROOT");
-    EXPECT_EQ(platform::devicePath("/tmp/dpkgl.log"), "/tmp/dpkgl.log");
+    EXPECT_EQ(devicePath("/tmp/dpkgl.log"), "/tmp/dpkgl.log");
     setenv("LUMORA_ROOT", "/some/device", 1);
-    EXPECT_EQ(platform::devicePath("/tmp/dpkgl.log"), "/some/device/tmp/dpkgl.log");
-    platform::setDeviceRoot("/another");
-    EXPECT_EQ(platform::devicePath("/tmp/dpkgl.log"), "/another/tmp/dpkgl.log");
-    EXPECT_EQ(platform::chosenDeviceRoot(), "/another");
-    platform::setDeviceRoot({});
+    EXPECT_EQ(devicePath("/tmp/dpkgl.log"), "/some/device/tmp/dpkgl.log");
+    setDeviceRoot("/another");
+    EXPECT_EQ(devicePath("/tmp/dpkgl.log"), "/another/tmp/dpkgl.log");
+    EXPECT_EQ(chosenDeviceRoot(), "/another");
+    setDeviceRoot({});
     unsetenv("LUMORA_ROOT");
-    EXPECT_EQ(platform::chosenDeviceRoot(), "");
+    EXPECT_EQ(chosenDeviceRoot(), "");
 }
 
 TEST(DeviceRoot, IsFoundBesideTheProgramsOnceAnythingIsInstalledThere) {
     const tests::DeviceFolder prefix;
-    platform::setDeviceRoot({});
+    setDeviceRoot({});
     const std::filesystem::path programs = prefix.path() / "bin";
     const std::filesystem::path root = (programs / LUMORA_ROOT_FROM_PROGRAMS).lexically_normal();
     EXPECT_TRUE(root.string().starts_with(prefix.path().string())) << root;
     std::filesystem::create_directories(root);
-    EXPECT_EQ(platform::installedDeviceRoot(programs), "");
+    EXPECT_EQ(installedDeviceRoot(programs), "");
     std::filesystem::create_directories(root / "Library/Nevo/Lumora/Plugins");
-    EXPECT_EQ(platform::installedDeviceRoot(programs), root);
+    EXPECT_EQ(installedDeviceRoot(programs), root);
 }
 
 } // namespace

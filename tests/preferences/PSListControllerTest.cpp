@@ -5,10 +5,7 @@
 
 namespace {
 
-using platform::CGRectMake;
-using platform::make;
-using platform::PSListController;
-using platform::UIView;
+using namespace platform;
 
 TEST(PSListController, HasNoRowsOfItsOwn) {
     EXPECT_EQ(make<PSListController>()->specifiers(), nullptr);

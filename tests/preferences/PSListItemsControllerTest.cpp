@@ -4,13 +4,9 @@
 
 namespace {
 
-using platform::make;
-using platform::PSListItemsController;
-using platform::PSSpecifier;
-using platform::selector;
-using platform::Value;
+using namespace platform;
 
-struct Chooser final : platform::NSObject {
+struct Chooser final : NSObject {
     Value stored;
     int writes = 0;
     Value get(PSSpecifier& /*row*/) { return stored; }
@@ -27,7 +23,7 @@ struct OptionList : testing::Test {
     void open(std::vector<Value> values, std::vector<std::string> titles) {
         auto row = PSSpecifier::preferenceSpecifierNamed("Sleep After", &target, selector(&Chooser::set),
                                                          selector(&Chooser::get), "PSListItemsController",
-                                                         platform::PSLinkListCell, false);
+                                                         PSLinkListCell, false);
         row->setValues(std::move(values), titles, titles);
         page->setSpecifier(row);
     }
@@ -37,13 +33,13 @@ TEST_F(OptionList, ShowsARowForEachTitle) {
     open({5, 10, 3600}, {"5 Seconds", "10 Seconds", "Never"});
     const auto rows = page->specifiers();
     ASSERT_EQ(rows->size(), 4U);
-    EXPECT_EQ(rows->at(0)->cellType(), platform::PSGroupCell);
+    EXPECT_EQ(rows->at(0)->cellType(), PSGroupCell);
     EXPECT_EQ(rows->at(3)->name(), "Never");
-    EXPECT_EQ(rows->at(3)->cellType(), platform::PSListItemCell);
+    EXPECT_EQ(rows->at(3)->cellType(), PSListItemCell);
     EXPECT_EQ(page->specifiers(), rows) << "built once";
 }
 
-TEST_F(OptionList, MarksTheStoredValueWhateverKindOfNumberItIs) {
+TEST_F(OptionList, MarksTheStoredValueForAnyKindOfNumber) {
     open({5, 10, 3600}, {"5 Seconds", "10 Seconds", "Never"});
     EXPECT_EQ(page->selectedIndex(), -1) << "nothing is stored";
     target.stored = 10;

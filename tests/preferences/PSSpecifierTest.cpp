@@ -5,11 +5,9 @@
 
 namespace {
 
-using platform::PSSpecifier;
-using platform::selector;
-using platform::Value;
+using namespace platform;
 
-struct Target final : platform::NSObject {
+struct Target final : NSObject {
     std::map<std::string, Value> stored;
     int taps = 0;
     Value get(PSSpecifier& row) { return stored[row.identifier()]; }
@@ -17,9 +15,9 @@ struct Target final : platform::NSObject {
     void tap(PSSpecifier& /*sender*/) { ++taps; }
 };
 
-platform::PSSpecifierRef rowFor(Target* target) {
+PSSpecifierRef rowFor(Target* target) {
     auto row = PSSpecifier::preferenceSpecifierNamed("Name", target, selector(&Target::set), selector(&Target::get),
-                                                     "SomePage", platform::PSSwitchCell, false);
+                                                     "SomePage", PSSwitchCell, false);
     row->action = selector(&Target::tap);
     return row;
 }
@@ -60,8 +58,7 @@ TEST(PSSpecifier, CallsItsOperationsOnItsTarget) {
 
 TEST(PSSpecifier, WithoutOperationsReadsNilAndIgnoresTheRest) {
     Target target;
-    const auto row =
-        PSSpecifier::preferenceSpecifierNamed("", &target, nullptr, nullptr, {}, platform::PSStaticTextCell, false);
+    const auto row = PSSpecifier::preferenceSpecifierNamed("", &target, nullptr, nullptr, {}, PSStaticTextCell, false);
     row->performSetter(1);
     row->performAction();
     EXPECT_TRUE(row->performGetter().isNil());
@@ -73,15 +70,15 @@ TEST(PSSpecifier, KeepsAnImagePropertyThatIsNull) {
     Target target;
     const auto row = rowFor(&target);
     EXPECT_FALSE(row->hasProperty("iconImage"));
-    row->setProperty(platform::UIImageRef(), "iconImage");
+    row->setProperty(UIImageRef(), "iconImage");
     EXPECT_TRUE(row->hasProperty("iconImage"));
     EXPECT_EQ(row->imageProperty("iconImage"), nullptr);
 }
 
 TEST(PSTextFieldSpecifier, IsARowWithAPlaceholder) {
     Target target;
-    const auto row = platform::PSTextFieldSpecifier::preferenceSpecifierNamed("", &target, nullptr, nullptr, {},
-                                                                              platform::PSEditTextCell, false);
+    const auto row =
+        PSTextFieldSpecifier::preferenceSpecifierNamed("", &target, nullptr, nullptr, {}, PSEditTextCell, false);
     EXPECT_EQ(row->placeholder(), "");
     row->setPlaceholder("Passcode");
     EXPECT_EQ(row->placeholder(), "Passcode");
