@@ -114,7 +114,7 @@ TEST(ArchiveBudget, OfDepthCountsNoLevelForATextThatIsShared) {
 }
 
 TEST(ArchiveBudget, OfValuesIsUsedUpToTheLast) {
-    // Sixty lists of a hundred values, and some single ones. What nobody refers to makes the budget larger by 4 a byte.
+    // Sixty lists of a hundred values, and some single ones. An unused text adds 4 a byte to the budget.
     int exact = 0;
     for (const auto& [listsLast, isText] : {std::pair(false, false), {false, true}, {true, false}, {true, true}}) {
         for (std::size_t single = 0; single < 4; ++single) {

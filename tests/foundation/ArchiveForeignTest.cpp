@@ -45,7 +45,7 @@ constexpr unsigned kNextChange = 23;
 constexpr unsigned kNextChange = 1;
 #endif
 
-TEST_P(ForeignArchive, GivesAValueOrNothingWhicheverByteIsChanged) {
+TEST_P(ForeignArchive, GivesAValueOrNothingWithAnyByteChanged) {
     Data archive = readFile(GetParam());
     std::size_t values = 0;
     std::size_t refusals = 0;
@@ -61,7 +61,7 @@ TEST_P(ForeignArchive, GivesAValueOrNothingWhicheverByteIsChanged) {
                 continue;
             }
             ++values;
-            // Whatever was read can be written, and reads the same.
+            // A value that is read can be written, and reads the same.
             const Data written = archived(value.value());
             ASSERT_EQ(archived(valueOf(NSKeyedUnarchiver::unarchive(written))), written);
         }

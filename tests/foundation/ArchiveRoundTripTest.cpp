@@ -51,7 +51,7 @@ TEST(KeyedArchive, KeepsTextsExactly) {
     }
 }
 
-TEST(KeyedArchive, ReplacesWhatIsNoUtf8) {
+TEST(KeyedArchive, ReplacesBytesThatAreNotUtf8) {
     EXPECT_EQ(roundTrip("a\xFFz"), Value("a\uFFFDz"));
     EXPECT_EQ(roundTrip("\xC0\x80"), Value("\uFFFD\uFFFD"));           // an overlong NUL
     EXPECT_EQ(roundTrip("\xED\xA0\x80"), Value("\uFFFD\uFFFD\uFFFD")); // half a surrogate pair
@@ -97,7 +97,7 @@ TEST(KeyedArchive, SharesEqualTextsAmongManyOthers) {
     EXPECT_LE(archived(texts).size() - once, 2'000U * 6);
 }
 
-TEST(KeyedArchive, ReadsWhateverItWritesHoweverOftenATextIsRepeated) {
+TEST(KeyedArchive, KeepsATextThatIsRepeatedSixtyThousandTimes) {
     const Value value = List(60'000, Value(std::string(1'000, 't')));
     EXPECT_LT(archived(value).size(), 60'000U * 1'000 / 30);
     EXPECT_EQ(roundTrip(value), value);

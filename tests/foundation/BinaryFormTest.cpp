@@ -90,7 +90,7 @@ TEST(BinaryForm, HoldsItsObjectsAndNothingElse) {
     EXPECT_EQ(writePropertyList(List{true, Dictionary{{"k", 5}, {"l", 6}}}).value(), list.bytes());
 }
 
-TEST(BinaryForm, HoldsEachTextOnceHoweverManyThereAre) {
+TEST(BinaryForm, HoldsEachOfManyTextsOnce) {
     for (const std::size_t count : {100U, 130U, 400U, 2000U}) {
         List texts;
         for (std::size_t i = 0; i < 2 * count; ++i)
@@ -214,7 +214,7 @@ TEST(BinaryForm, RefusesAKeyThatIsUnsound) {
     EXPECT_EQ(refusal(RawList(1).addDictionary({{1, 7}}).add("k")), "a reference to an object that is not there");
 }
 
-TEST(BinaryForm, OfAnArchiveIsReadOnlyIfEachObjectIsSoundThatItStandsOn) {
+TEST(BinaryForm, OfAnArchiveIsReadOnlyIfEveryObjectInUseIsSound) {
     for (const auto& file : filesIn(testData("archives"), ".bplist")) {
         const Archive archive(readFile(file));
         const Value value = NSKeyedUnarchiver::unarchiveObjectWithData(archive.bytes());
@@ -237,11 +237,11 @@ TEST(BinaryForm, OfAnArchiveIsReadOnlyIfEachObjectIsSoundThatItStandsOn) {
             }
         }
         EXPECT_EQ(nameless, 1U) << "the name of the archiver";
-        EXPECT_GE(refused, archive.count() - 8) << "nobody needs the version, $null, and the names of base classes";
+        EXPECT_GE(refused, archive.count() - 8) << "the version, $null, and the names of base classes are of no use";
     }
 }
 
-TEST(BinaryForm, OfAnArchiveNumbersNothingThatIsNotThere) {
+TEST(BinaryForm, OfAnArchiveNumbersOnlyObjectsThatAreThere) {
     const Value some = Dictionary{{"list", List{1, "text", Date{2}}}, {"empty", List{}}};
     for (const Value& value : {Value(), Value(1), some, Value(List{some, Value(), some})}) {
         const Archive archive(archived(value));

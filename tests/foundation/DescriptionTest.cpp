@@ -56,7 +56,7 @@ TEST(Description, NestsContainersInLists) {
     EXPECT_EQ(description(List{}), "(\n)");
 }
 
-TEST(Description, QuotesWhateverHasMoreThanLettersDigitsAndUnderscores) {
+TEST(Description, QuotesAnythingButLettersDigitsAndUnderscores) {
     const auto quoted = [](const Value& value) {
         const std::string text = description(List{value});
         return text.substr(6, text.size() - 8); // behind "(\n    ", before "\n)"

@@ -32,7 +32,7 @@ class FolderContents : public testing::Test {
     std::error_code failed_;
 };
 
-TEST_F(FolderContents, comeInTheByteOrderOfTheirNamesHoweverTheyWereMade) {
+TEST_F(FolderContents, comeInTheByteOrderOfTheirNames) {
     // Neither the alphabet's order nor any language's: capital letters first, a name before those that it begins, and
     // what is not ASCII, or no text at all, last.
     std::vector<std::string> sorted{".hidden", "10",  "9",   "A", "B.bundle", "Z",        "a",   "a b",

@@ -43,7 +43,7 @@ std::string formOfArchive(const std::string& answer) {
 
 Value Exchange::normalised(const Value& value, Effect effect) const {
     if (mode_ != "again") return tests::normalised(value, peerName_, way_, effect);
-    // Whatever changes when a peer reads, changes more when it writes.
+    // What changes when a peer reads changes more when it writes.
     const Value read = effect == Effect::changes ? value : tests::normalised(value, peerName_, "read", effect);
     return tests::normalised(read, peerName_, "write", effect);
 }

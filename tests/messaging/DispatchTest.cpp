@@ -185,7 +185,7 @@ TEST(GlobalQueue, NeverMakesAThreadOnItsCallersTimeButForTheFirstItem) {
 TEST(GlobalQueue, LosesNothingWhenTheSystemRefusesThreads) {
     if (!THREADS_ARE_WATCHED) GTEST_SKIP() << "the sanitizer has its own way of making threads";
     refuseThreads = true;
-    StuckItems stuck(10); // whatever threads there are get stuck; no further one can be made
+    StuckItems stuck(10); // all threads that there are get stuck; no further one can be made
     EXPECT_FALSE(dispatch_wait_until_idle(std::chrono::milliseconds(0)));
     refuseThreads = false;
     async([] {}); // the next item brings the threads that are missing

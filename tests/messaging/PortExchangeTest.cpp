@@ -203,14 +203,14 @@ TEST_F(PortSender, SurvivesHavingNoDescriptorLeft) {
     EXPECT_EQ(result, kCFMessagePortTransportError);
 }
 
-TEST_F(PortSender, RefusesAReceiverThatBelongsToSomeoneElse) {
+TEST_F(PortSender, RefusesAReceiverOfAnotherUser) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can make a process of another user";
     auto listener = RawSocket::listeningAt(socket);
     const platform::Pipe ready;
     ASSERT_TRUE(ready);
     const auto child = ::fork();
     if (child == 0) {
-        // Whoever calls listen() last is the one that the kernel shows to the other end.
+        // The kernel shows the other end the process that called listen() last.
         const bool listening = ::setuid(65534) == 0 && ::listen(listener.number(), 1) == 0;
         if (!listening || ::write(ready.writing.number(), "!", 1) != 1) ::_exit(1);
         const RawSocket client(::accept(listener.number(), nullptr, nullptr));

@@ -78,7 +78,7 @@ TEST_F(PortListener, RefusesFoldersThatOthersCanWrite) {
     EXPECT_NE(open("com.example/port"), nullptr);
 }
 
-TEST_F(PortListener, RefusesFoldersOfSomeoneElse) {
+TEST_F(PortListener, RefusesFoldersOfAnotherUser) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can give a folder away";
     ASSERT_EQ(::chown(folder.path().c_str(), 65534, 65534), 0);
     EXPECT_EQ(open("port"), nullptr);

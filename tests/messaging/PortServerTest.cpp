@@ -191,7 +191,7 @@ TEST_F(EchoPort, GivesUpTheConnectionsOfClientsThatLeave) {
     EXPECT_TRUE(eventually([&] { return descriptorCount() == descriptors; }));
 }
 
-// As any process has for a moment that is being started while a connection is open.
+// A process that is started while a connection is open has it for a moment.
 TEST_F(EchoPort, ForgetsAConnectionOfWhichAnotherProcessHasADescriptor) {
     const auto descriptors = descriptorCount();
     const auto client = connect();
@@ -265,7 +265,7 @@ TEST_F(EchoPort, CallsOutOneAtATime) {
     EXPECT_EQ(most, 1);
 }
 
-TEST_F(EchoPort, RefusesAClientThatBelongsToSomeoneElse) {
+TEST_F(EchoPort, RefusesAClientOfAnotherUser) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can make a process of another user";
     // Lets the other user through to the socket, where only the port itself can refuse it.
     ::chmod(folder_.path().c_str(), 0755);

@@ -26,7 +26,7 @@ std::vector<std::string> allNames() {
     return names;
 }
 
-/// Each test runs in a process of its own, in which nobody has looked yet at what is installed.
+/// Each test runs in a process of its own, which has not looked yet at what is installed.
 
 TEST(UIFont, NamesFamiliesOnceAndTheirFontsByPostScriptName) {
     const TestFonts fonts({"twins", "collection"});
@@ -133,8 +133,8 @@ TEST(UIFont, GivesNothingForWhatIsNotInstalled) {
     EXPECT_THAT(UIFont::fontNamesForFamilyName("Twins"), IsEmpty());
 }
 
-TEST(UIFontDeathTest, KnowsFontsByNameBeforeAnybodyHasAskedForTheFamilies) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process in which nobody has asked
+TEST(UIFontDeathTest, KnowsFontsByNameBeforeItIsAskedForTheFamilies) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process that has not been asked
     const auto isKnown = [] {
         const TestFonts fonts({"twins"});
         return UIFont::fontWithName("Twin-Regular", 12) != nullptr;

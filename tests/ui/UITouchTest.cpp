@@ -27,10 +27,10 @@ TEST_F(Touches, BelongToTheViewUnderThemUntilTheyEnd) {
               (std::vector<Call>{{"began", {{5, 10}}, 1}, {"moved", {{50, 20}}, 1}, {"ended", {{-15, 390}}, 1}}));
     EXPECT_TRUE(right->calls.empty());
     send({{1, UITouchPhase::moved, {60, 130}}});
-    EXPECT_EQ(left->calls.size(), 3U) << "one that has ended is nobody's";
+    EXPECT_EQ(left->calls.size(), 3U) << "one that has ended belongs to no view";
 }
 
-TEST_F(Touches, ThatBeginOutsideReachNobody) {
+TEST_F(Touches, ThatBeginOutsideReachNoView) {
     send({{1, UITouchPhase::began, {15, 99}}});
     send({{1, UITouchPhase::moved, {15, 120}}, {1, UITouchPhase::ended, {15, 120}}});
     send({{2, UITouchPhase::moved, {15, 120}}});
@@ -49,7 +49,7 @@ TEST_F(Touches, OfOneViewAndPhaseComeTogetherInTheirOrder) {
     EXPECT_EQ(left->calls.at(2), (Call{"ended", {{10, 21}}, 2}));
 }
 
-TEST_F(Touches, WhoseViewHasGoneReachNobody) {
+TEST_F(Touches, WhoseViewHasGoneReachNoOther) {
     send({{1, UITouchPhase::began, {15, 120}}, {2, UITouchPhase::began, {60, 120}}});
     left->removeFromSuperview();
     left.reset();
@@ -93,7 +93,7 @@ TEST_F(Touches, AreCancelledWhenTheirFingerComesDownAgain) {
     EXPECT_EQ(right->calls.back().operation, "ended");
 }
 
-TEST_F(Touches, GoOnWhenThePageHasNoViewAnyMore) {
+TEST_F(Touches, GoOnWhenThePageHasLostItsView) {
     send({{1, UITouchPhase::began, {15, 120}}});
     router.send(nullptr, {{1, UITouchPhase::moved, {15, 121}}, {2, UITouchPhase::began, {15, 121}}});
     EXPECT_EQ(left->calls.back(), (Call{"moved", {{5, 11}}, 1}));

@@ -68,7 +68,7 @@ TEST(UIViewController, MayOutliveWhatPresentedIt) {
         const auto page = std::make_shared<UIViewController>();
         page->presentViewController(sheet, true, nullptr);
     }
-    sheet->dismissViewControllerAnimated(true, [] { FAIL() << "nobody presents it any more"; });
+    sheet->dismissViewControllerAnimated(true, [] { FAIL() << "what presented it is gone"; });
     EXPECT_EQ(sheet->presentedViewController(), nullptr);
 }
 

@@ -30,7 +30,7 @@ struct Watched : UIView {
     }
 };
 
-TEST(UIView, HoldsItsSubviewsBackToFrontAndNoOneElses) {
+TEST(UIView, HoldsItsOwnSubviewsFromBackToFront) {
     const auto parent = make<UIView>(CGRectMake(0, 0, 100, 100));
     const auto other = make<UIView>(CGRectMake(0, 0, 100, 100));
     const auto first = make<UIView>(CGRectMake(0, 0, 10, 10));
