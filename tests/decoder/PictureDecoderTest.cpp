@@ -42,13 +42,12 @@ struct Decoders : tests::FolderTest {
         return file;
     }
     static std::string real() { return "exec " + kProgram.string() + "\n"; }
-    /// The real one, and the file into which it writes its number.
-    const fs::path number = folder / "number";
-    fs::path numbered() const { return script("echo $$ > " + number.string() + "\n" + real()); }
-    pid_t writtenNumber() const {
-        pid_t written = 0;
-        std::ifstream(number) >> written;
-        return written;
+    /// The real one, which writes down its number first.
+    fs::path numbered() const { return script("echo $$ > " + (folder / "number").string() + "\n" + real()); }
+    pid_t number() const {
+        pid_t number = 0;
+        std::ifstream(folder / "number") >> number;
+        return number;
     }
 
     /// Nothing when it does not come.
@@ -113,13 +112,13 @@ TEST_F(Decoders, TryAPictureOnceMoreWhenTheProgramDies) {
 TEST_F(Decoders, DrawTheNextPictureWhenTheProgramWasKilledBetweenTwo) {
     PictureDecoder decoder(numbered(), {});
     EXPECT_EQ(draw(decoder, red(), 29), here(red(), 29));
-    ASSERT_GT(writtenNumber(), 1);
-    ASSERT_EQ(::kill(writtenNumber(), SIGKILL), 0);
+    ASSERT_GT(number(), 1);
+    ASSERT_EQ(::kill(number(), SIGKILL), 0);
     EXPECT_EQ(draw(decoder, red(), 58), here(red(), 58));
     EXPECT_EQ(decoder.starts(), 2);
 }
 
-TEST_F(Decoders, BelieveNoAnswerThatIsNone) {
+TEST_F(Decoders, RefuseMalformedAnswers) {
     const std::vector<std::string> answers{
         "yes",                                                    // goes on for ever
         "head -c 100000 /dev/zero",                               // no mark
@@ -145,14 +144,14 @@ TEST_F(Decoders, DrawNothingWithoutTheirProgram) {
     EXPECT_EQ(decoder.starts(), 0);
 }
 
-TEST_F(Decoders, StartAProgramThatOnlyDiesNotForEver) {
+TEST_F(Decoders, StopStartingAProgramThatOnlyDies) {
     PictureDecoder decoder(script("exit 1\n"), {});
     for (int i = 0; i < 100; ++i)
         EXPECT_EQ(draw(decoder, picture(std::to_string(i) + ".svg", tests::svg(1, 1, "#000000"))), Data());
     EXPECT_EQ(decoder.starts(), 100);
 }
 
-TEST_F(Decoders, DrawNoFileThatIsNone) {
+TEST_F(Decoders, DrawNothingForWhatIsNoFile) {
     PictureDecoder decoder(kProgram, {});
     EXPECT_EQ(draw(decoder, folder / "missing.png"), Data());
     EXPECT_EQ(draw(decoder, folder), Data());
@@ -163,7 +162,7 @@ TEST_F(Decoders, DrawNoFileThatIsNone) {
     EXPECT_EQ(decoder.starts(), 0) << "the program is not asked";
 }
 
-TEST_F(Decoders, LetTheProgramHaveSoMuchMemoryAndNoMore) {
+TEST_F(Decoders, LimitTheMemoryOfTheProgram) {
     const fs::path told = folder / "told";
     PictureDecoder decoder(script("ulimit -v > " + told.string() + "\n" + real()), {.memory = 512 << 20});
     EXPECT_EQ(draw(decoder, red()), here(red()));
@@ -188,7 +187,7 @@ TEST_F(Decoders, LeaveNothingBehind) {
     use();
     EXPECT_EQ(tests::descriptorCount(), descriptors);
     EXPECT_EQ(tests::threadCount(), threads);
-    EXPECT_EQ(::kill(writtenNumber(), 0), -1) << "the program lives on";
+    EXPECT_EQ(::kill(number(), 0), -1) << "the program lives on";
 }
 
 TEST_F(Decoders, DrawNothingForAnOrderThatIsDropped) {

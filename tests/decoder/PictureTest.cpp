@@ -28,7 +28,7 @@ TEST_F(Pictures, AreDrawnAtExactlyTheSizeAskedFor) {
     }
 }
 
-TEST_F(Pictures, ThatAreNotSquareAreCentredOnNothing) {
+TEST_F(Pictures, ThatAreNotSquareAreCentredOnTransparency) {
     write(folder / "wide.png", tests::png(100, 50, 0xFF0000FF));
     const Points wide = decoded(drawPicture(folder / "wide.png", 40));
     ASSERT_EQ(wide.width, 40);
@@ -46,7 +46,7 @@ TEST_F(Pictures, ThatAreNotSquareAreCentredOnNothing) {
     EXPECT_EQ(high.at(14, 14) >> 8, 0x00FF00);
 }
 
-TEST_F(Pictures, ThatCannotBeDrawnAreNone) {
+TEST_F(Pictures, ThatCannotBeDrawnAreEmpty) {
     testing::internal::CaptureStderr();
     const std::string whole = tests::png(64, 64, 0xFF0000FF);
     write(folder / "cut.png", whole.substr(0, whole.size() / 2));

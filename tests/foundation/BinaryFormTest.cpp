@@ -158,7 +158,7 @@ TEST(BinaryForm, RefusesNumbersThatAreCutShort) {
     }
 }
 
-TEST(BinaryForm, RefusesCountsThatAreNone) {
+TEST(BinaryForm, RefusesUnsoundCounts) {
     EXPECT_EQ(refusal({0x5F}), "a count that is no integer");
     EXPECT_EQ(refusal({0x5F, 0x20, 1, 'x'}), "a count that is no integer");
     EXPECT_EQ(refusal({0x5F, 0x14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 'x'}), "a count that is no integer");

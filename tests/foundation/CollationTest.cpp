@@ -56,7 +56,7 @@ TEST(Collation, PutsTheEmptyTextFirst) {
     EXPECT_GT(order.compare("\U0001F3B5", ""), 0);
 }
 
-TEST(Collation, SetsAnyBytesInAnOrder) {
+TEST(Collation, OrdersAnyBytes) {
     const Collation order("de_DE.UTF-8");
     const Texts bytes{"\xFF", "\xC3", "a\xC3(", "\xED\xA0\x80", "\xF8\x88\x80\x80\x80", std::string("a\0b", 3),
                       "a",    "z"};
@@ -68,7 +68,7 @@ TEST(Collation, SetsAnyBytesInAnOrder) {
     EXPECT_GT(order.compare("a\xC3", "a"), 0);
 }
 
-TEST(Collation, OfALongNameOfALocaleIsTheCommonOne) {
+TEST(Collation, FallsBackToTheCommonOrderForALongNameOfALocale) {
     EXPECT_LT(Collation(std::string(5000, 'x')).compare("ä", "B"), 0);
 }
 

@@ -14,8 +14,8 @@ struct Run {
     static inline unsigned values = LUMORA_INTEROP_VALUES;
 };
 
-/// Exchanges values with another implementation and says what arrived otherwise than it should, with all that it takes
-/// to look into it: seed, index, peer, direction, the value and the archive's bytes.
+/// Exchanges values with another implementation and reports each that arrives changed, with all that it takes to look
+/// into it: seed, index, peer, direction, the value and the archive's bytes.
 ///
 ///     Exchange exchange("plistlib", {"read"});
 ///     exchange.send(value, "many entries");   // one expectation

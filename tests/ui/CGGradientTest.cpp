@@ -24,14 +24,14 @@ TEST(CGGradient, HasItsStopsWhereItIsTold) {
     EXPECT_EQ(gradient->stops(), (std::vector{Stop{0.25, 1, 0, 0, 1}, Stop{0.5, 0, 1, 0, 1}}));
 }
 
-TEST(CGGradient, IsNoneWhenTheNumbersDoNotFit) {
+TEST(CGGradient, IsNullWhenTheNumbersDoNotFit) {
     EXPECT_EQ(CGGradientCreateWithColorComponents({}), nullptr);
     EXPECT_EQ(CGGradientCreateWithColorComponents({1, 0, 0}), nullptr);
     EXPECT_EQ(CGGradientCreateWithColorComponents({1, 0, 0, 1, 0}), nullptr);
     EXPECT_EQ(CGGradientCreateWithColorComponents({1, 0, 0, 1}, {0, 1}), nullptr);
 }
 
-TEST(CGContext, KeepsWhatIsDrawnInOrderAndNoGradientThatIsNone) {
+TEST(CGContext, KeepsWhatIsDrawnInOrderAndLeavesOutANullGradient) {
     const auto gradient = CGGradientCreateWithColorComponents({1, 0, 0, 1});
     CGContext context({10, 20});
     context.saveGState();

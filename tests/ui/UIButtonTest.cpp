@@ -7,6 +7,7 @@
 namespace {
 
 using namespace platform;
+using enum UITouchPhase;
 
 struct Target : TouchedView {
     std::vector<int> pressed; ///< tags
@@ -25,40 +26,40 @@ struct Buttons : testing::Test {
     }
     void touch(UITouchPhase phase, CGPoint point) { router.send(target, {{1, phase, point}}); }
     void tap() {
-        touch(UITouchPhase::began, {15, 15});
-        touch(UITouchPhase::ended, {15, 15});
+        touch(began, {15, 15});
+        touch(ended, {15, 15});
     }
 };
 
 TEST_F(Buttons, ArePressedByATouchThatEndsInside) {
-    touch(UITouchPhase::began, {10, 10});
-    touch(UITouchPhase::moved, {90, 90});
+    touch(began, {10, 10});
+    touch(moved, {90, 90});
     EXPECT_TRUE(target->pressed.empty());
-    touch(UITouchPhase::ended, {29, 29});
+    touch(ended, {29, 29});
     EXPECT_EQ(target->pressed, std::vector{5});
 }
 
 TEST_F(Buttons, AreNotPressedByATouchThatEndsOutside) {
     for (const CGPoint end : {CGPoint{30, 15}, CGPoint{15, 30}, CGPoint{9, 15}, CGPoint{15, 9}}) {
-        touch(UITouchPhase::began, {15, 15});
-        touch(UITouchPhase::ended, end);
+        touch(began, {15, 15});
+        touch(ended, end);
     }
     EXPECT_TRUE(target->pressed.empty());
 }
 
 TEST_F(Buttons, AreNotPressedByATouchThatIsCancelledOrBeganElsewhere) {
-    touch(UITouchPhase::began, {15, 15});
-    touch(UITouchPhase::cancelled, {15, 15});
-    touch(UITouchPhase::began, {15, 15});
+    touch(began, {15, 15});
+    touch(cancelled, {15, 15});
+    touch(began, {15, 15});
     router.cancel();
     EXPECT_TRUE(target->calls.empty()) << "touches of a button are its own";
-    touch(UITouchPhase::began, {50, 50});
-    touch(UITouchPhase::ended, {15, 15});
+    touch(began, {50, 50});
+    touch(ended, {15, 15});
     EXPECT_TRUE(target->pressed.empty());
     EXPECT_EQ(target->calls.size(), 2U);
 }
 
-TEST_F(Buttons, TellOnlyThoseWhoAskedForTheEvent) {
+TEST_F(Buttons, TellOnlyTheTargetsOfTheEvent) {
     const auto other = make<Target>();
     button->addTarget(*other, &Target::press, 1);
     button->addTarget(*target, &Target::press, UIControlEventTouchUpInside | 1);

@@ -128,7 +128,7 @@ TEST(UIFont, KnowsTheFacesOfACollectionByTheirNumbers) {
 TEST(UIFont, GivesNothingForWhatIsNotInstalled) {
     const TestFonts fonts({"twins"});
     EXPECT_EQ(allNames().size(), 2U);
-    EXPECT_EQ(UIFont::fontWithName("Twin", 12), nullptr) << "a family's name is none of a font";
+    EXPECT_EQ(UIFont::fontWithName("Twin", 12), nullptr) << "a family's name names no font";
     EXPECT_EQ(UIFont::fontWithName("", 12), nullptr);
     EXPECT_THAT(UIFont::fontNamesForFamilyName("Twins"), IsEmpty());
 }

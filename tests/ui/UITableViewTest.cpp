@@ -204,7 +204,7 @@ TEST_F(Table, TellsOfADropInTheRowsOwnPlace) {
     EXPECT_EQ(content.moves.size(), 1U);
 }
 
-TEST_F(Table, RefusesDropsOfNoRowOrAtNoPlace) {
+TEST_F(Table, RefusesToDropAMissingRowOrAtAMissingPlace) {
     show({{"a", "b"}, {"c"}});
     table->dropRow({0, 2}, {0, 0});
     table->dropRow({2, 0}, {0, 0});
@@ -330,7 +330,7 @@ TEST_F(PlainTable, AsksItsWindowToScrollOnceForEachTime) {
     EXPECT_NE(table->scrollRequest().serial, first.serial);
 }
 
-TEST_F(PlainTable, DoesNotScrollToARowThatThereIsNot) {
+TEST_F(PlainTable, DoesNotScrollToAMissingRow) {
     for (const NSIndexPath path : {NSIndexPath{0, 100}, {0, -1}, {1, 0}})
         table->scrollToRowAtIndexPath(path, UITableViewScrollPositionTop, false);
     EXPECT_EQ(table->scrollRequest().serial, 0U);
