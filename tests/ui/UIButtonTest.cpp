@@ -7,7 +7,6 @@
 namespace {
 
 using namespace platform;
-using enum UITouchPhase;
 
 struct Target : TouchedView {
     std::vector<int> pressed; ///< tags
@@ -16,6 +15,7 @@ struct Target : TouchedView {
 };
 
 struct Buttons : testing::Test {
+    using enum UITouchPhase;
     std::shared_ptr<Target> target = make<Target>(CGRectMake(0, 0, 100, 100));
     std::shared_ptr<UIButton> button = make<UIButton>(CGRectMake(10, 10, 20, 20));
     UITouchRouter router;

@@ -5,10 +5,10 @@
 namespace {
 
 using namespace platform;
-using enum UITouchPhase;
 
 /// A page that stands away from its window's corner, with two views in it.
 struct Touches : testing::Test {
+    using enum UITouchPhase;
     std::shared_ptr<TouchedView> page = make<TouchedView>(CGRectMake(0, 100, 100, 100));
     std::shared_ptr<TouchedView> left = make<TouchedView>(CGRectMake(10, 10, 40, 80));
     std::shared_ptr<TouchedView> right = make<TouchedView>(CGRectMake(50, 10, 40, 80));
