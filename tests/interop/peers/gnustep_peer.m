@@ -155,49 +155,34 @@ static NSString* bitsOf(double real) {
 
 @end
 
-static void describe(id object, NSMutableString* form);
-
-static void describeNumber(NSNumber* number, NSMutableString* form) {
-    if ([number isKindOfClass:[[NSNumber numberWithBool:YES] class]])
-        [form appendString:[number boolValue] ? @"t" : @"f"];
-    else if (strchr("fd", *[number objCType]) != NULL)
-        [form appendFormat:@"r%@", bitsOf([number doubleValue])];
-    else if (*[number objCType] == 'Q' && [number unsignedLongLongValue] >> 63 != 0)
-        [form appendFormat:@"i%llu", [number unsignedLongLongValue]];
-    else
-        [form appendFormat:@"i%lld", [number longLongValue]];
+static NSString* formOfNumber(NSNumber* number) {
+    if ([number isKindOfClass:[[NSNumber numberWithBool:YES] class]]) return [number boolValue] ? @"t" : @"f";
+    if (strchr("fd", *[number objCType]) != NULL) return [@"r" stringByAppendingString:bitsOf([number doubleValue])];
+    if (*[number objCType] == 'Q' && [number unsignedLongLongValue] >> 63 != 0)
+        return [NSString stringWithFormat:@"i%llu", [number unsignedLongLongValue]];
+    return [NSString stringWithFormat:@"i%lld", [number longLongValue]];
 }
 
-static void describe(id object, NSMutableString* form) {
-    if (object == nil || [object isKindOfClass:[NSNull class]]) {
-        [form appendString:@"n"];
-    } else if ([object isKindOfClass:[NSNumber class]]) {
-        describeNumber(object, form);
-    } else if ([object isKindOfClass:[NSString class]]) {
-        [form appendFormat:@"s%@", hexOf([object dataUsingEncoding:NSUTF8StringEncoding])];
-    } else if ([object isKindOfClass:[NSData class]]) {
-        [form appendFormat:@"d%@", hexOf(object)];
-    } else if ([object isKindOfClass:[NSDate class]]) {
-        [form appendFormat:@"w%@", bitsOf([object timeIntervalSinceReferenceDate])];
-    } else if ([object isKindOfClass:[NSArray class]]) {
-        [form appendString:@"["];
-        for (id entry in object) {
-            [form appendString:@" "];
-            describe(entry, form);
-        }
-        [form appendString:@" ]"];
-    } else if ([object isKindOfClass:[NSDictionary class]]) {
-        [form appendString:@"{"];
-        for (id key in object) {
-            [form appendString:@" "];
-            describe(key, form);
-            [form appendString:@" "];
-            describe([object objectForKey:key], form);
-        }
-        [form appendString:@" }"];
-    } else {
-        [form appendFormat:@"?%@", [object class]];
+static NSString* formOf(id object) {
+    if (object == nil || [object isKindOfClass:[NSNull class]]) return @"n";
+    if ([object isKindOfClass:[NSNumber class]]) return formOfNumber(object);
+    if ([object isKindOfClass:[NSString class]])
+        return [@"s" stringByAppendingString:hexOf([object dataUsingEncoding:NSUTF8StringEncoding])];
+    if ([object isKindOfClass:[NSData class]]) return [@"d" stringByAppendingString:hexOf(object)];
+    if ([object isKindOfClass:[NSDate class]])
+        return [@"w" stringByAppendingString:bitsOf([object timeIntervalSinceReferenceDate])];
+    NSMutableString* inside = [NSMutableString string];
+    if ([object isKindOfClass:[NSArray class]]) {
+        for (id entry in object)
+            [inside appendFormat:@" %@", formOf(entry)];
+        return [NSString stringWithFormat:@"[%@ ]", inside];
     }
+    if ([object isKindOfClass:[NSDictionary class]]) {
+        for (id key in object)
+            [inside appendFormat:@" %@ %@", formOf(key), formOf([object objectForKey:key])];
+        return [NSString stringWithFormat:@"{%@ }", inside];
+    }
+    return [NSString stringWithFormat:@"?%@", [object class]];
 }
 
 static NSString* archiveOf(id object) {
@@ -209,7 +194,7 @@ static NSString* archiveOf(id object) {
     return hexOf(bytes);
 }
 
-/// A text of a class that nobody else knows.
+/// A text of a class that is known here only.
 @interface Caption : NSString {
     NSString* text;
 }
@@ -258,10 +243,7 @@ static NSString* answer(NSString* line, const char* mode, BOOL isMutable) {
         return archiveOf([[[[FormReader alloc] initWithForm:line mutable:isMutable] autorelease] next]);
     if (strcmp(mode, "sample") == 0) return archiveOf(sampleNamed(line));
     id object = [NSKeyedUnarchiver unarchiveObjectWithData:bytesOf(line)];
-    if (strcmp(mode, "again") == 0) return archiveOf(object);
-    NSMutableString* form = [NSMutableString string];
-    describe(object, form);
-    return form;
+    return strcmp(mode, "again") == 0 ? archiveOf(object) : formOf(object);
 }
 
 int main(int argc, char** argv) {

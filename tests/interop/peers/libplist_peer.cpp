@@ -115,6 +115,8 @@ class Archiver {
     }
 
   private:
+    using Fields = std::vector<std::pair<const char*, plist_t>>;
+
     std::uint64_t append(plist_t node) {
         plist_array_append_item(objects_, node);
         return plist_array_get_size(objects_) - 1;
@@ -163,22 +165,19 @@ class Archiver {
         // The container takes its place before its entries do.
         const std::uint64_t uid = append(plist_new_bool(0));
         const bool dictionary = value.token == "{";
-        plist_t keys = plist_new_array();
-        plist_t values = plist_new_array();
-        for (std::size_t i = 0; i < value.entries.size(); ++i)
-            plist_array_append_item(dictionary && i % 2 == 0 ? keys : values, plist_new_uid(add(value.entries[i])));
-        plist_t made = nullptr;
-        if (dictionary) {
-            made = instance("NSDictionary", {{"NS.keys", keys}, {"NS.objects", values}});
-        } else {
-            plist_free(keys);
-            made = instance("NSArray", {{"NS.objects", values}});
+        Fields fields;
+        if (dictionary) fields.emplace_back("NS.keys", plist_new_array());
+        fields.emplace_back("NS.objects", plist_new_array());
+        for (std::size_t i = 0; i < value.entries.size(); ++i) {
+            const auto& [name, list] = dictionary && i % 2 == 0 ? fields.front() : fields.back();
+            plist_array_append_item(list, plist_new_uid(add(value.entries[i])));
         }
-        plist_array_set_item(objects_, made, static_cast<std::uint32_t>(uid));
+        plist_array_set_item(objects_, instance(dictionary ? "NSDictionary" : "NSArray", fields),
+                             static_cast<std::uint32_t>(uid));
         return uid;
     }
 
-    plist_t instance(const char* className, const std::vector<std::pair<const char*, plist_t>>& fields) {
+    plist_t instance(const char* className, const Fields& fields) {
         plist_t made = plist_new_dict();
         for (const auto& [name, node] : fields)
             plist_dict_set_item(made, name, node);
@@ -207,16 +206,20 @@ plist_t field(plist_t dictionary, const char* name, plist_type type) {
     return found;
 }
 
-std::string textOf(plist_t node) {
+/// What a node holds that is a text or data, by the function that gives it.
+std::string contentsOf(plist_t node, const char* (*get)(plist_t, std::uint64_t*)) {
     std::uint64_t length = 0;
-    const char* characters = plist_get_string_ptr(node, &length);
-    return {characters, static_cast<std::size_t>(length)};
+    const char* contents = get(node, &length);
+    return {contents, static_cast<std::size_t>(length)};
+}
+std::string textOf(plist_t node) {
+    return contentsOf(node, &plist_get_string_ptr);
 }
 
-std::string dataOf(plist_t node) {
-    std::uint64_t length = 0;
-    const char* bytes = plist_get_data_ptr(node, &length);
-    return {bytes, static_cast<std::size_t>(length)};
+std::uint64_t uidOf(plist_t node) {
+    std::uint64_t uid = 0;
+    plist_get_uid_val(node, &uid);
+    return uid;
 }
 
 /// By iteration: asking for one entry after the other takes a time that grows with the square of their number.
@@ -241,10 +244,8 @@ class Unarchiver {
 
     Plain value(plist_t uidNode) {
         if (plist_get_node_type(uidNode) != PLIST_UID) throw std::runtime_error("no UID");
-        std::uint64_t uid = 0;
-        plist_get_uid_val(uidNode, &uid);
-        if (uid == 0) return {"n"};
-        return archived(object(uid));
+        const std::uint64_t uid = uidOf(uidNode);
+        return uid == 0 ? Plain{"n"} : archived(object(uid));
     }
 
   private:
@@ -274,7 +275,7 @@ class Unarchiver {
         case PLIST_STRING:
             return {"s" + hexOf(textOf(node))};
         case PLIST_DATA:
-            return {"d" + hexOf(dataOf(node))};
+            return {"d" + hexOf(contentsOf(node, &plist_get_data_ptr))};
         case PLIST_DICT:
             return instance(node);
         default:
@@ -283,8 +284,7 @@ class Unarchiver {
     }
 
     Plain instance(plist_t node) {
-        std::uint64_t uid = 0;
-        plist_get_uid_val(field(node, "$class", PLIST_UID), &uid);
+        const std::uint64_t uid = uidOf(field(node, "$class", PLIST_UID));
         const std::string name = textOf(field(object(uid), "$classname", PLIST_STRING));
         if (name == "NSDictionary") return container("{", node);
         if (name == "NSArray") return container("[", node);
