@@ -51,17 +51,15 @@ TEST_F(EchoPort, AnswersWithTheDocumentedBytes) {
 
 TEST_F(EchoPort, CarriesSeveralExchangesOnAConnection) {
     const auto client = connect();
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < 100; ++i)
         EXPECT_TRUE(echoes(client, frameWith(Data(static_cast<std::size_t>(i), 'x')))) << i;
-    }
     EXPECT_EQ(requests_, 100);
 }
 
 TEST_F(EchoPort, AnswersRequestsThatArriveTogetherInTheirOrder) {
     Data stream;
-    for (std::uint8_t i = 0; i < 200; ++i) {
+    for (std::uint8_t i = 0; i < 200; ++i)
         std::ranges::copy(frameWith(Data(i, i)), std::back_inserter(stream));
-    }
     const auto client = connect();
     client.send(stream);
     EXPECT_EQ(client.receive(stream.size()), stream);
@@ -171,9 +169,8 @@ TEST_F(EchoPort, AcceptsAllThatArePendingInOneRound) {
 TEST_F(EchoPort, LosesNothingToAClientThatReadsLate) {
     // More replies than fit in the socket; the requests behind the blocked one must wait their turn.
     Data stream;
-    for (int i = 0; i < 400; ++i) {
+    for (int i = 0; i < 400; ++i)
         std::ranges::copy(frameWith(Data(5000, static_cast<std::uint8_t>(i))), std::back_inserter(stream));
-    }
     const auto client = connect();
     std::thread sender([&] { EXPECT_TRUE(client.send(stream)); });
     EXPECT_TRUE(eventually([&] { return requests_ > 20; })) << "replies pile up before the first one is read";
