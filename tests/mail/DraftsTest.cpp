@@ -9,12 +9,7 @@
 
 namespace {
 
-using namespace platform;
 using namespace tests;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
 /// In bytes.
 std::size_t peakMemory() {
@@ -27,7 +22,7 @@ TEST_F(MailTest, SaysWhyNoFolderForItCanBeMade) {
     ASSERT_EQ(::chmod((home.path() / "data").c_str(), 0555), 0);
     const bool isRoot = ::geteuid() == 0;
     if (isRoot && ::seteuid(65534) != 0) GTEST_SKIP() << "nothing is closed to root, who cannot be anybody else here";
-    onMain([this] { composer->saveDraft({"a@b.example", "Later", "Not yet"}); });
+    save();
     EXPECT_THAT(problem(), AllOf(HasSubstr("cannot make the folder"), HasSubstr("Permission denied")));
     if (isRoot) {
         ASSERT_EQ(::seteuid(0), 0);
@@ -41,8 +36,7 @@ TEST_F(MailTest, StaysToBeEditedWhenItCannotBeKept) {
     send();
     EXPECT_THAT(problem(), HasSubstr("cannot make the folder"));
     std::filesystem::remove(home.path() / "data/lumora");
-    send();
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    expectSent();
 }
 
 TEST_F(MailTest, LeavesNothingWhereADraftCannotBeWritten) {
@@ -52,7 +46,7 @@ TEST_F(MailTest, LeavesNothingWhereADraftCannotBeWritten) {
     ::signal(SIGXFSZ, SIG_IGN);
     const rlimit little{4096, usual.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &little), 0);
-    onMain([this] { composer->saveDraft({"a@b.example", "Later", "Not yet"}); });
+    save();
     EXPECT_THAT(problem(), HasSubstr("cannot write a draft"));
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
     EXPECT_THAT(home.filesIn(home.drafts()), IsEmpty());
@@ -68,18 +62,16 @@ TEST_F(MailTest, IsWrittenWithoutHoldingWhatIsAttachedInMemory) {
     });
     std::ofstream("/proc/self/clear_refs") << "5\n"; // forgets the peak
     const std::size_t before = peakMemory();
-    onMain([this] { composer->saveDraft({"a@b.example", "Later", "Not yet"}); });
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    expectSaved();
     EXPECT_LT(peakMemory(), before + kSize / 4);
     EXPECT_GT(std::filesystem::file_size(composer->draft()), kSize * 4 / 3);
 }
 
 TEST_F(MailTest, ShowsNoDraftBeforeItIsWhole) {
     std::filesystem::create_directories(home.drafts());
-    const platform::FileDescriptor watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    const FileDescriptor watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
     ASSERT_GE(::inotify_add_watch(watch.number(), home.drafts().c_str(), IN_CREATE | IN_MOVED_TO), 0);
-    onMain([this] { composer->saveDraft({"a@b.example", "Later", "Not yet"}); });
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    expectSaved();
     alignas(inotify_event) char events[4096];
     const ssize_t count = ::read(watch.number(), events, sizeof events);
     std::vector<std::string> shown;
@@ -104,7 +96,7 @@ TEST_F(MailTest, IsCancelledWithoutATrace) {
 
 TEST_F(MailTest, IsSavedAsADraftThatItsUserAloneCanRead) {
     attach("attached", "log");
-    onMain([this] { composer->saveDraft({"support@nevo.example", "Later", "Not yet"}); });
+    save();
     const auto told = delegate->only();
     EXPECT_EQ(told.result, MFMailComposeResultSaved);
     EXPECT_EQ(told.error, "");
@@ -120,27 +112,25 @@ TEST_F(MailTest, IsSavedAsADraftThatItsUserAloneCanRead) {
 
 TEST_F(MailTest, KeepsEveryDraftInAFileOfItsOwn) {
     for (int i = 0; i < 5; ++i) {
-        onMain([&] {
+        onMain([this] {
             composer = make<MFMailComposeViewController>();
             delegate = std::make_shared<Delegate>();
             composer->setMailComposeDelegate(delegate);
-            composer->saveDraft({"a@b.example", "S" + std::to_string(i), ""});
         });
-        EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+        expectSaved();
     }
     EXPECT_THAT(home.filesIn(home.drafts()), SizeIs(5));
 }
 
 TEST_F(MailTest, KeepsDraftsInTheHomeWhereNoOtherPlaceIsNamed) {
     ::unsetenv("XDG_DATA_HOME");
-    onMain([this] { composer->saveDraft({}); });
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    expectSaved({});
     EXPECT_EQ(composer->draft().parent_path(), home.path() / ".local/share/lumora/drafts");
 }
 
 TEST_F(MailTest, EndsWithoutADelegate) {
-    onMain([this] { delegate = nullptr; });
     onMain([this] {
+        delegate = nullptr;
         composer->cancel();
         EXPECT_TRUE(composer->isOver());
     });

@@ -11,16 +11,24 @@
 #include <condition_variable>
 #include <future>
 #include <mutex>
+#include <sys/stat.h>
 #include <thread>
 
 namespace tests {
 
+using namespace platform;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
 /// Runs something on the main thread and waits for it.
 inline void onMain(const std::function<void()>& work) {
-    static const bool started = (std::thread([] { platform::dispatch_main(); }).detach(), true);
+    static const bool started = (std::thread([] { dispatch_main(); }).detach(), true);
     ASSERT_TRUE(started);
     std::promise<void> done;
-    platform::dispatch_async(platform::dispatch_get_main_queue(), [&] {
+    dispatch_async(dispatch_get_main_queue(), [&] {
         work();
         done.set_value();
     });
@@ -28,15 +36,15 @@ inline void onMain(const std::function<void()>& work) {
 }
 
 /// Keeps each result that it is told, and on which thread.
-class Delegate final : public platform::MFMailComposeViewControllerDelegate {
+class Delegate final : public MFMailComposeViewControllerDelegate {
   public:
     struct Told {
-        platform::MFMailComposeResult result;
+        MFMailComposeResult result;
         std::string error; ///< empty for none
         std::thread::id thread;
     };
-    void mailComposeController(platform::MFMailComposeViewController& /*controller*/,
-                               platform::MFMailComposeResult result, const platform::NSError* error) override {
+    void mailComposeController(MFMailComposeViewController& /*controller*/, MFMailComposeResult result,
+                               const NSError* error) override {
         const std::lock_guard lock(mutex_);
         told_.push_back({result, error ? error->localizedDescription : "", std::this_thread::get_id()});
         changed_.notify_all();
@@ -47,11 +55,11 @@ class Delegate final : public platform::MFMailComposeViewControllerDelegate {
             std::unique_lock lock(mutex_);
             changed_.wait_for(lock, kLongEnough, [this] { return !told_.empty(); });
         }
-        EXPECT_TRUE(platform::dispatch_wait_until_idle(kLongEnough));
+        EXPECT_TRUE(dispatch_wait_until_idle(kLongEnough));
         onMain([] {});
         const std::lock_guard lock(mutex_);
-        EXPECT_THAT(told_, ::testing::SizeIs(1));
-        return told_.empty() ? Told{platform::MFMailComposeResultCancelled, "never told", {}} : told_.front();
+        EXPECT_THAT(told_, SizeIs(1));
+        return told_.empty() ? Told{MFMailComposeResultCancelled, "never told", {}} : told_.front();
     }
 
   private:
@@ -61,12 +69,12 @@ class Delegate final : public platform::MFMailComposeViewControllerDelegate {
 };
 
 /// A message that is being composed, in a home of its own.
-class MailTest : public ::testing::Test {
+class MailTest : public testing::Test {
   protected:
     MailTest() {
         onMain([this] {
             mainThread = std::this_thread::get_id();
-            composer = platform::make<platform::MFMailComposeViewController>();
+            composer = make<MFMailComposeViewController>();
             composer->setMailComposeDelegate(delegate);
             composer->setToRecipients({"support@nevo.example"});
             composer->setSubject("Subject");
@@ -79,11 +87,38 @@ class MailTest : public ::testing::Test {
     void useSendmail(const std::string& script) {
         ::setenv("LUMORA_SENDMAIL", home.addProgram("mta", script).c_str(), 1);
     }
+    /// Its record is "mta".
+    void useRecorder() { ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1); }
     void attach(const std::string& bytes, const std::string& name, const std::string& mimeType = "text/plain") {
         onMain([&] { composer->addAttachmentData(mailedFile(home.path() / "attached", bytes), mimeType, name); });
     }
-    void send(const platform::MailText& text = {"support@nevo.example", "Subject", "Body"}) {
+    void send(const MailText& text = {"support@nevo.example", "Subject", "Body"}) {
         onMain([&] { composer->send(text); });
+    }
+    void save(const MailText& text = {"a@b.example", "Later", "Not yet"}) {
+        onMain([&] { composer->saveDraft(text); });
+    }
+    void expectSent(const MailText& text = {"support@nevo.example", "Subject", "Body"}) {
+        send(text);
+        EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    }
+    /// Sends in vain, which the delegate is told of, and the message is a draft then.
+    void expectKept(const std::string& why) {
+        send();
+        const auto told = delegate->only();
+        EXPECT_EQ(told.result, MFMailComposeResultFailed);
+        EXPECT_THAT(told.error, HasSubstr(why));
+        EXPECT_THAT(onlyDraft(), AllOf(HasSubstr("Subject: Subject\n"), HasSubstr("Body")));
+    }
+    void expectSaved(const MailText& text = {"a@b.example", "Later", "Not yet"}) {
+        save(text);
+        EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    }
+    /// A pipe for a program to wait at.
+    [[nodiscard]] std::string makeGate() const {
+        const std::string path = home.path() / "gate";
+        EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
+        return path;
     }
     /// Waits for the message to be edited again.
     std::string problem() {
@@ -96,18 +131,18 @@ class MailTest : public ::testing::Test {
     }
     static bool canSend() {
         bool can = false;
-        onMain([&] { can = platform::MFMailComposeViewController::canSendMail(); });
+        onMain([&] { can = MFMailComposeViewController::canSendMail(); });
         return can;
     }
     std::string onlyDraft() const {
         const auto drafts = Home::filesIn(home.drafts());
-        EXPECT_THAT(drafts, ::testing::SizeIs(1));
+        EXPECT_THAT(drafts, SizeIs(1));
         return drafts.empty() ? "" : Home::contentsOf(drafts.front());
     }
 
     Home home;
     std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
-    std::shared_ptr<platform::MFMailComposeViewController> composer;
+    std::shared_ptr<MFMailComposeViewController> composer;
     std::thread::id mainThread;
 };
 

@@ -4,22 +4,17 @@
 
 namespace {
 
-using namespace platform;
 using namespace tests;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 TEST_F(MailTest, StaysToBeEditedWithoutAnAddress) {
     useSendmail("exit 0");
     send({" , ", "Subject", "Body"});
     EXPECT_THAT(problem(), HasSubstr("no address"));
-    send({"a@b.example", "Subject", "Body"});
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    expectSent({"a@b.example", "Subject", "Body"});
 }
 
 TEST_F(MailTest, IsSentToNobodyWhenAnyRecipientIsNotUnderstood) {
-    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+    useRecorder();
     const std::map<std::string, std::string> lists = {
         {"a@b.example, and bob", "and bob"},
         {"a@b.example, bob", "bob"},
@@ -39,29 +34,25 @@ TEST_F(MailTest, IsSentToNobodyWhenAnyRecipientIsNotUnderstood) {
     }
     EXPECT_THAT(home.filesIn(home.drafts()), IsEmpty());
     EXPECT_FALSE(std::filesystem::exists(home.path() / "mta.input"));
-    send();
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    expectSent();
 }
 
 TEST_F(MailTest, IsSentToAllRecipientsHoweverTheyAreSeparated) {
-    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
-    send({"a@b.example; \"Doe; J, \\\"\" <c@d.example>,, Jürgen <e@f.example> ;", "Subject", "Body"});
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    useRecorder();
+    expectSent({"a@b.example; \"Doe; J, \\\"\" <c@d.example>,, Jürgen <e@f.example> ;", "Subject", "Body"});
     EXPECT_THAT(home.argumentsOf("mta"), ElementsAre("-i", "--", "a@b.example", "c@d.example", "e@f.example"));
     for (const char* address : {"a@b.example", "<c@d.example>", "<e@f.example>"})
         EXPECT_THAT(home.inputOf("mta"), HasSubstr(address));
 }
 
 TEST_F(MailTest, IsSentToARecipientWhateverStandsInTheQuotesOfTheName) {
-    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
-    send({"\"a@b [x] (y)\" <c@d.example>, \"\\\"a@[b] (c)\" <e@f.example>", "Subject", "Body"});
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    useRecorder();
+    expectSent({"\"a@b [x] (y)\" <c@d.example>, \"\\\"a@[b] (c)\" <e@f.example>", "Subject", "Body"});
     EXPECT_THAT(home.argumentsOf("mta"), ElementsAre("-i", "--", "c@d.example", "e@f.example"));
 }
 
 TEST_F(MailTest, KeepsRecipientsInADraftAsTheyWereTyped) {
-    onMain([this] { composer->saveDraft({"a@b.example, and bob", "Later", "Not yet"}); });
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
+    expectSaved({"a@b.example, and bob", "Later", "Not yet"});
     EXPECT_THAT(onlyDraft(), HasSubstr("To: a@b.example, and bob\n"));
 }
 

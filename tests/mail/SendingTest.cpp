@@ -8,18 +8,12 @@
 #include <linux/seccomp.h>
 #include <pthread.h>
 #include <sys/prctl.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
 
-using namespace platform;
 using namespace tests;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
 
 TEST_F(MailTest, CannotBeSentWithoutAnyProgram) {
     EXPECT_FALSE(canSend());
@@ -31,13 +25,12 @@ TEST_F(MailTest, CanBeSentWithSendmailInThePath) {
     ::unsetenv("LUMORA_SENDMAIL");
     home.addRecorder("sendmail");
     EXPECT_TRUE(canSend());
-    send();
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    expectSent();
     EXPECT_THAT(home.argumentsOf("sendmail"), ElementsAre("-i", "--", "support@nevo.example"));
 }
 
 TEST_F(MailTest, IsSentToAllItsRecipientsAsItWasEdited) {
-    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+    useRecorder();
     ::setenv("EMAIL", "me@home.example", 1);
     send({"A <a@b.example>, -f@c.example", "Grüße\nBcc: x@y.example", "Text"});
     const auto told = delegate->only();
@@ -55,43 +48,31 @@ TEST_F(MailTest, IsSentToAllItsRecipientsAsItWasEdited) {
 
 TEST_F(MailTest, IsKeptWhenSendingFails) {
     useSendmail("cat > /dev/null; echo 'no route' >&2; exit 75");
-    send();
-    const auto told = delegate->only();
-    EXPECT_EQ(told.result, MFMailComposeResultFailed);
-    EXPECT_THAT(told.error, HasSubstr("ended with 75: no route"));
-    EXPECT_THAT(onlyDraft(), HasSubstr("Subject: Subject\n"));
+    expectKept("ended with 75: no route");
     EXPECT_EQ(home.filesIn(home.drafts()).front(), composer->draft());
 }
 
 TEST_F(MailTest, IsKeptWhenTheProgramEndsWithoutReading) {
     attach(std::string(20 << 20, 'x'), "log");
     useSendmail("exit 1");
-    send();
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultFailed);
+    expectKept("ended with 1");
     EXPECT_GT(onlyDraft().size(), 20U << 20);
 }
 
 TEST_F(MailTest, IsKeptWhenTheProgramIsKilled) {
     useSendmail("kill -9 $$");
-    send();
-    EXPECT_THAT(delegate->only().error, HasSubstr("signal 9"));
-    EXPECT_THAT(onlyDraft(), HasSubstr("Body"));
+    expectKept("signal 9");
 }
 
 TEST_F(MailTest, IsKeptWhenTheProgramIsGoneByThen) {
     useSendmail("exit 0");
     EXPECT_TRUE(canSend());
     std::filesystem::remove(home.path() / "bin/mta");
-    send();
-    const auto told = delegate->only();
-    EXPECT_EQ(told.result, MFMailComposeResultFailed);
-    EXPECT_THAT(told.error, HasSubstr("no program"));
-    EXPECT_THAT(onlyDraft(), HasSubstr("Body"));
+    expectKept("no program");
 }
 
 TEST_F(MailTest, IsSentOnceHoweverOftenItIsAskedForMeanwhile) {
-    const std::string gate = (home.path() / "gate").string();
-    ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+    const std::string gate = makeGate();
     useSendmail("echo once >> " + (home.path() / "calls").string() + "; cat > /dev/null; read go < " + gate);
     send();
     send();
@@ -109,37 +90,29 @@ TEST_F(MailTest, IsSentOnceHoweverOftenItIsAskedForMeanwhile) {
 }
 
 TEST_F(MailTest, IsSentByAProgramThatGoesOnInTheBackgroundWithItsStandardError) {
-    const std::string gate = (home.path() / "gate").string();
-    ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
+    const std::string gate = makeGate();
     useSendmail("cat > /dev/null; (read go < " + gate + ") & exit 0");
-    send();
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    expectSent();
     std::ofstream(gate) << "go\n";
 }
 
 TEST_F(MailTest, TakesNoHeaderFromNamesTypesOrTheEnvironment) {
-    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+    useRecorder();
     ::setenv("EMAIL", "nobody", 1);
     attach("x", "log", "text/plain\nBcc: x@y.example");
     attach("x", "log\r\nBcc: x@y.example\r\n\r\n");
-    send();
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    expectSent();
     EXPECT_THAT(home.inputOf("mta"), Not(HasSubstr("\nBcc:")));
     EXPECT_THAT(home.inputOf("mta"), Not(HasSubstr("From: nobody\n")));
 }
 
 TEST_F(MailTest, IsKeptWhenSendingTakesTooLongAndNothingOfItGoesOn) {
-    const std::string gate = (home.path() / "gate").string();
-    ASSERT_EQ(::mkfifo(gate.c_str(), 0600), 0);
-    const platform::FileDescriptor reading(::open(gate.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const std::string gate = makeGate();
+    const FileDescriptor reading(::open(gate.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     ASSERT_TRUE(reading);
     useSendmail("exec 3> " + gate + "\nsleep 1000 &\necho both >&3\ncat > /dev/null\nwait");
     onMain([this] { composer->setSendingTime(std::chrono::seconds(2)); });
-    send();
-    const auto told = delegate->only();
-    EXPECT_EQ(told.result, MFMailComposeResultFailed);
-    EXPECT_THAT(told.error, HasSubstr("did not end in time"));
-    EXPECT_THAT(onlyDraft(), HasSubstr("Body"));
+    expectKept("did not end in time");
     // Both hold the pipe open as long as they live.
     std::string heard;
     EXPECT_TRUE(eventually([&] {
@@ -152,11 +125,10 @@ TEST_F(MailTest, IsKeptWhenSendingTakesTooLongAndNothingOfItGoesOn) {
 }
 
 TEST_F(MailTest, GivesItsProgramNoFilesOfThisProcess) {
-    const platform::FileDescriptor open(::fcntl(STDOUT_FILENO, F_DUPFD, 77)); // without FD_CLOEXEC
+    const FileDescriptor open(::fcntl(STDOUT_FILENO, F_DUPFD, 77)); // without FD_CLOEXEC
     ASSERT_GE(open.number(), 77);
     useSendmail("cat > /dev/null; [ ! -e /proc/$$/fd/" + std::to_string(open.number()) + " ]");
-    send();
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    expectSent();
 }
 
 class MailDeathTest : public MailTest {
@@ -173,9 +145,8 @@ class MailDeathTest : public MailTest {
         ASSERT_EQ(::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
         ASSERT_EQ(::syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, SECCOMP_FILTER_FLAG_TSYNC, &filter), 0);
         ASSERT_LT(::syscall(SYS_pidfd_open, ::getpid(), 0), 0);
-        ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
-        send();
-        EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+        useRecorder();
+        expectSent();
         EXPECT_THAT(home.inputOf("mta"), HasSubstr("Body"));
     }
 };
@@ -200,8 +171,7 @@ TEST_F(MailTest, StaysToBeEditedWhereNoThreadCanBeMade) {
     send();
     EXPECT_THAT(problem(), HasSubstr("Nothing can be done now"));
     ASSERT_EQ(::pthread_setattr_default_np(&usual), 0);
-    send();
-    EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
+    expectSent();
 }
 
 TEST_F(MailTest, LoadsWhatWritesItsMessageOnTheMainThread) {
