@@ -1,9 +1,8 @@
 #include "platform/foundation/FileDescriptor.h"
 #include "tests/mail/MailTest.h"
+#include "tests/support/FullDisk.h"
 
-#include <csignal>
 #include <sys/inotify.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -41,14 +40,9 @@ TEST_F(MailTest, StaysToBeEditedWhenItCannotBeKept) {
 
 TEST_F(MailTest, LeavesNothingWhereADraftCannotBeWritten) {
     attach(std::string(100'000, 'x'), "log");
-    rlimit usual{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
-    ::signal(SIGXFSZ, SIG_IGN);
-    const rlimit little{4096, usual.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &little), 0);
+    const FullDisk full(4096);
     save();
     EXPECT_THAT(problem(), HasSubstr("cannot write a draft"));
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
     EXPECT_THAT(home.filesIn(home.drafts()), IsEmpty());
 }
 

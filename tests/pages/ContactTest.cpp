@@ -4,6 +4,7 @@
 #include "tests/pages/OpenPage.h"
 #include "tests/support/Allocations.h"
 #include "tests/support/DeviceFolder.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/Home.h"
 
 #include <gmock/gmock.h>
@@ -11,7 +12,6 @@
 
 #include <atomic>
 #include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/utsname.h>
 #include <thread>
@@ -202,18 +202,13 @@ TEST_F(ContactTest, SkipsALogForWhoseCopyThereIsNoRoom) {
     device.write(std::string(100'000, 'x'), kOther);
     const auto room = std::filesystem::space(home.path()).available;
     std::filesystem::resize_file(log(), room + (1U << 30U)); // sparse
-    rlimit usual{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
     static volatile std::sig_atomic_t stopped;
     stopped = 0;
-    const auto usualHandler = ::signal(SIGXFSZ, [](int) { stopped = stopped + 1; });
-    const rlimit little{50'000, usual.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &little), 0);
+    const tests::FullDisk full(50'000);
+    std::signal(SIGXFSZ, [](int) { stopped = stopped + 1; });
     testing::internal::CaptureStderr();
     tapMail();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
-    ::signal(SIGXFSZ, usualHandler);
     EXPECT_THAT(attachments(), IsEmpty());
     EXPECT_EQ(stopped, 1) << "a copy that is larger than the disk is not even begun";
     EXPECT_THAT(tests::Home::filesIn(copies), IsEmpty());

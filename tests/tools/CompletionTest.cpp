@@ -46,8 +46,7 @@ TEST(BashCompletion, OffersCommandsAndTheirOptions) {
 
 TEST(BashCompletion, OffersTheKeysOfTheRunningTweak) {
     const Sandbox sandbox;
-    Program tweak({LUMORA_TWEAK, "--settings", sandbox.settings()});
-    ASSERT_THAT(tweak.readLine(), testing::StartsWith("lumora-tweak ready"));
+    const RunningTweak tweak({LUMORA_TWEAK, "--settings", sandbox.settings()});
     ASSERT_EQ(run({LUMORACTL, "set", "com.example.key", "[1, 2]"}).status, 0);
     const auto keys = offers({"get", ""});
     EXPECT_EQ(keys.size(), knownSettings().size() + 1);

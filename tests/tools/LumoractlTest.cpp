@@ -44,11 +44,7 @@ class Lumoractl : public testing::Test {
 /// lumoractl beside a real tweak.
 class LumoractlWithTweak : public Lumoractl {
   protected:
-    void SetUp() override {
-        ASSERT_THAT(tweak.readLine(), testing::StartsWith("lumora-tweak ready")) << tweak.errors();
-    }
-
-    Program tweak{{LUMORA_TWEAK, "--settings", sandbox.settings(), "--omit", "kLSDateOffset"}};
+    RunningTweak tweak{{LUMORA_TWEAK, "--settings", sandbox.settings(), "--omit", "kLSDateOffset"}};
 };
 
 /// A tweak of another make, in this process: answers both messages with the same body.

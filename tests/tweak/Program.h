@@ -114,6 +114,14 @@ class Program {
     pid_t id_ = -1;
 };
 
+/// The tweak, once it is ready. Throws with what it said instead when it does not get there.
+class RunningTweak : public Program {
+  public:
+    explicit RunningTweak(std::vector<std::string> command) : Program(std::move(command)) {
+        if (!readLine().starts_with("lumora-tweak ready")) throw std::runtime_error("no tweak: " + errors());
+    }
+};
+
 /// What a program that ran to its end left behind.
 struct Finished {
     int status = 0;

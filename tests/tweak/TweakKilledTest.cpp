@@ -99,8 +99,7 @@ TEST(TweakKilled, LosesNoAnsweredChangeInTwoHundredKills) {
     }
     EXPECT_GT(answeredInAll, kRounds);
 
-    Program tweak({LUMORA_TWEAK, "--settings", sandbox.settings()});
-    ASSERT_TRUE(tweak.readLine().starts_with("lumora-tweak ready")) << tweak.errors();
+    const RunningTweak tweak({LUMORA_TWEAK, "--settings", sandbox.settings()});
     const Value settings = askForSettings();
     for (const Client& client : clients)
         client.expectNothingMissing(settings);

@@ -28,24 +28,19 @@
 using namespace lumora;
 using namespace tests;
 using platform::Data;
-using platform::Dictionary;
 using platform::kCFMessagePortSuccess;
-using platform::List;
 using platform::Value;
 using testing::AnyOf;
 using testing::ElementsAre;
 using testing::Eq;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 namespace {
 
-constexpr const char* kReady = "lumora-tweak ready, settings at ";
-
 class TweakProgram : public testing::Test {
   protected:
-    [[nodiscard]] std::vector<std::string> command(std::vector<std::string> options) const {
+    [[nodiscard]] std::vector<std::string> command(std::vector<std::string> options = {}) const {
         options.insert(options.begin(), {LUMORA_TWEAK, "--settings", sandbox.settings().string()});
         return options;
     }
@@ -63,6 +58,13 @@ class TweakProgram : public testing::Test {
     [[nodiscard]] std::string heldPort(const std::string& message) const {
         return "lumora-tweak: cannot open the port " + (sandbox.ports() / "com.nevo.lumora" / message).string() +
                ": another process holds it\n";
+    }
+
+    /// It is ready with its settings there, and keeps changes there.
+    static void expectSettingsAt(const std::filesystem::path& file, Program& tweak) {
+        ASSERT_EQ(tweak.readLine(), "lumora-tweak ready, settings at " + file.string()) << tweak.errors();
+        EXPECT_EQ(change("kSleepTime", 30), "");
+        EXPECT_TRUE(std::filesystem::exists(file));
     }
 
     Sandbox sandbox;
@@ -96,50 +98,40 @@ class NotifySocket {
 } // namespace
 
 TEST_F(TweakProgram, SaysItIsReadyOnceBothPortsAnswer) {
-    Program tweak(command({}));
-    ASSERT_EQ(tweak.readLine(), kReady + sandbox.settings().string()) << tweak.errors();
-    std::optional<Data> reply;
-    EXPECT_EQ(send("updateSettings", changeBody("kSleepTime", 30), reply), kCFMessagePortSuccess);
-    EXPECT_EQ(reply, std::nullopt);
+    Program tweak(command());
+    expectSettingsAt(sandbox.settings(), tweak);
     EXPECT_EQ(askForSettings()["kSleepTime"], Value(30));
 }
 
 TEST_F(TweakProgram, KeepsItsSettingsUnderTheDeviceRoot) {
     Program tweak({LUMORA_TWEAK, "--root", sandbox.path()});
-    ASSERT_EQ(tweak.readLine(), kReady + sandbox.path().string() + kSettingsPath) << tweak.errors();
-    EXPECT_EQ(change("kSleepTime", 30), "");
-    EXPECT_TRUE(std::filesystem::exists(sandbox.path().string() + kSettingsPath));
+    expectSettingsAt(sandbox.path().string() + kSettingsPath, tweak);
 }
 
 TEST_F(TweakProgram, KeepsItsSettingsAmongTheUsersOwnFilesWhenNoRootIsAskedFor) {
     setenv("XDG_CONFIG_HOME", (sandbox.path() / "config").c_str(), 1);
     Program tweak({LUMORA_TWEAK});
     const std::filesystem::path kept = sandbox.path() / "config/lumora/com.nevo.lumora.plist";
-    ASSERT_EQ(tweak.readLine(), kReady + kept.string()) << tweak.errors();
-    EXPECT_EQ(change("kSleepTime", 30), "");
-    using std::filesystem::perms;
-    EXPECT_EQ(std::filesystem::status(kept).permissions(), perms::owner_read | perms::owner_write);
-    EXPECT_EQ(std::filesystem::status(kept.parent_path()).permissions(), perms::owner_all);
+    expectSettingsAt(kept, tweak);
+    EXPECT_EQ(std::filesystem::status(kept).permissions(), std::filesystem::perms(0600));
+    EXPECT_EQ(std::filesystem::status(kept.parent_path()).permissions(), std::filesystem::perms::owner_all);
 }
 
 TEST_F(TweakProgram, KeepsItsSettingsInTheHomeFolderWithoutAConfigurationFolder) {
     setenv("XDG_CONFIG_HOME", "a/relative/path/is/to/be/ignored", 1);
     setenv("HOME", (sandbox.path() / "home").c_str(), 1);
     Program tweak({LUMORA_TWEAK});
-    EXPECT_EQ(tweak.readLine(), kReady + (sandbox.path() / "home/.config/lumora/com.nevo.lumora.plist").string())
-        << tweak.errors();
+    expectSettingsAt(sandbox.path() / "home/.config/lumora/com.nevo.lumora.plist", tweak);
 }
 
 TEST_F(TweakProgram, SaysThatAUserWithoutAHomeHasNoPlaceForSettings) {
-    const std::vector<std::string> nobody{"unshare", "--user", "--map-user=54321"}; // whom no list of users has
-    std::vector<std::string> command = nobody;
-    command.emplace_back("true");
-    if (run(command).status != 0) GTEST_SKIP() << "name spaces of users are not permitted";
+    const auto runAsUnlisted = [](const char* program) { // as a user whom no list of users has
+        return run({"unshare", "--user", "--map-user=54321", program});
+    };
+    if (runAsUnlisted("true").status != 0) GTEST_SKIP() << "name spaces of users are not permitted";
     unsetenv("XDG_CONFIG_HOME");
     unsetenv("HOME");
-    command = nobody;
-    command.emplace_back(LUMORA_TWEAK);
-    const Finished tweak = run(command);
+    const Finished tweak = runAsUnlisted(LUMORA_TWEAK);
     EXPECT_EQ(tweak.status, 1);
     EXPECT_EQ(tweak.errors,
               "lumora-tweak: there is no home folder to keep settings in: set $XDG_CONFIG_HOME or use --settings\n");
@@ -150,7 +142,7 @@ TEST_F(TweakProgram, TellsTheServiceManagerOnceBothPortsAnswer) {
     for (const std::string& name : {file, "@" + file}) {
         const NotifySocket manager(name);
         setenv("NOTIFY_SOCKET", name.c_str(), 1);
-        Program tweak(command({}));
+        Program tweak(command());
         unsetenv("NOTIFY_SOCKET");
         EXPECT_EQ(manager.next(), "READY=1") << name << ": " << tweak.errors();
         EXPECT_EQ(change("kSleepTime", 30), "");
@@ -161,37 +153,21 @@ TEST_F(TweakProgram, TellsTheServiceManagerOnceBothPortsAnswer) {
 TEST_F(TweakProgram, ServesAlthoughTheServiceManagerIsGone) {
     for (const std::string& name : {(sandbox.path() / "nobody").string(), std::string(200, 'x'), std::string("@")}) {
         setenv("NOTIFY_SOCKET", name.c_str(), 1);
-        Program tweak(command({}));
+        const RunningTweak tweak(command());
         unsetenv("NOTIFY_SOCKET");
-        ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
         EXPECT_EQ(change("kSleepTime", 30), "");
     }
 }
 
-TEST_F(TweakProgram, RemembersChangesFromOneRunToTheNext) {
-    {
-        Program tweak(command({}));
-        ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
-        EXPECT_EQ(change("kAppsEnabled", List{"com.b", "com.a"}), "");
-        tweak.signal(SIGTERM);
-        EXPECT_EQ(tweak.wait(), 0);
-    }
-    Program tweak(command({}));
-    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
-    EXPECT_EQ(askForSettings()["kAppsEnabled"], Value(List{"com.b", "com.a"}));
-}
-
 TEST_F(TweakProgram, AnswersARefusalWithItsReasonAndLogsIt) {
-    Program tweak(command({}));
-    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    RunningTweak tweak(command());
     EXPECT_EQ(change("kTweakEnabled", "yes"), "kTweakEnabled takes a boolean, not a text");
     EXPECT_EQ(tweak.errors(), "lumora-tweak: updateSettings refused: kTweakEnabled takes a boolean, not a text\n");
     EXPECT_EQ(askForSettings()["kTweakEnabled"], Value(true));
 }
 
 TEST_F(TweakProgram, IgnoresMessagesOfAnotherId) {
-    Program tweak(command({"--verbose"}));
-    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    RunningTweak tweak(command({"--verbose"}));
     for (const std::int32_t id : {1, 2, -1}) {
         std::optional<Data> reply;
         EXPECT_EQ(send("updateSettings", changeBody("kSleepTime", 30), reply, id), kCFMessagePortSuccess);
@@ -202,8 +178,7 @@ TEST_F(TweakProgram, IgnoresMessagesOfAnotherId) {
 }
 
 TEST_F(TweakProgram, OmitsKeysAndHidesPasscodesAsItsOptionsSay) {
-    Program tweak(command({"--verbose", "--omit", "kSleepTime", "--omit", "kTweakEnabled"}));
-    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    RunningTweak tweak(command({"--verbose", "--omit", "kSleepTime", "--omit", "kTweakEnabled"}));
     EXPECT_EQ(change("kAutoUnlockPasscode", "24680"), "");
     const Value settings = askForSettings();
     EXPECT_FALSE(settings.dictionary()->contains("kSleepTime"));
@@ -214,8 +189,7 @@ TEST_F(TweakProgram, OmitsKeysAndHidesPasscodesAsItsOptionsSay) {
 }
 
 TEST_F(TweakProgram, LogsNothingThatATerminalObeys) {
-    Program tweak(command({"--verbose"}));
-    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    RunningTweak tweak(command({"--verbose"}));
     EXPECT_EQ(change("\u009B2J", "\u202Eleft\u2028"), "");
     EXPECT_EQ(tweak.errors(), "lumora-tweak: updateSettings: \"\\u009b2J\" = \"\\u202eleft\\u2028\"\n");
 }
@@ -225,9 +199,7 @@ TEST_F(TweakProgram, TakesABareNameForItsSettings) {
     std::filesystem::current_path(sandbox.path());
     Program tweak({LUMORA_TWEAK, "--settings", "a.plist"});
     std::filesystem::current_path(before);
-    ASSERT_EQ(tweak.readLine(), kReady + (sandbox.path() / "a.plist").string()) << tweak.errors();
-    EXPECT_EQ(change("kSleepTime", 30), "");
-    EXPECT_TRUE(std::filesystem::exists(sandbox.path() / "a.plist"));
+    expectSettingsAt(sandbox.path() / "a.plist", tweak);
 }
 
 TEST_F(TweakProgram, AnswersWhileNobodyReadsWhatItSaysAndTellsLaterHowManyLinesAreMissing) {
@@ -258,8 +230,7 @@ TEST_F(TweakProgram, AnswersWhileNobodyReadsWhatItSaysAndTellsLaterHowManyLinesA
 
 TEST_F(TweakProgram, LeavesNoSocketsWhenASignalEndsIt) {
     for (const int signal : {SIGTERM, SIGINT}) {
-        Program tweak(command({}));
-        ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+        RunningTweak tweak(command());
         EXPECT_EQ(sockets().size(), 2U);
         tweak.signal(signal);
         EXPECT_EQ(tweak.wait(), 0);
@@ -269,8 +240,7 @@ TEST_F(TweakProgram, LeavesNoSocketsWhenASignalEndsIt) {
 }
 
 TEST_F(TweakProgram, EndsCleanlyWhileChangesPourIn) {
-    Program tweak(command({}));
-    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    RunningTweak tweak(command());
     std::atomic<int> answered = 0;
     std::thread client([&answered] {
         while (change("com.example.count", answered + 1).empty())
@@ -286,41 +256,34 @@ TEST_F(TweakProgram, EndsCleanlyWhileChangesPourIn) {
     EXPECT_THAT(kept["com.example.count"].integer(), AnyOf(Eq(answered.load()), Eq(answered.load() + 1)));
 }
 
-TEST_F(TweakProgram, SaysThatAnotherTweakHoldsThePorts) {
-    Program first(command({}));
-    ASSERT_THAT(first.readLine(), HasSubstr(kReady)) << first.errors();
-    const Finished second = run({LUMORA_TWEAK, "--settings", sandbox.path() / "other.plist"});
-    EXPECT_EQ(second.status, 1);
-    EXPECT_EQ(second.output, "");
-    EXPECT_EQ(second.errors, heldPort("updateSettings"));
+TEST_F(TweakProgram, SaysThatAnotherTweakHoldsThePortsWhetherOrNotItAnswers) {
+    const RunningTweak first(command());
+    const auto expectHeld = [this] {
+        const Finished second = run({LUMORA_TWEAK, "--settings", sandbox.path() / "other.plist"});
+        EXPECT_EQ(second.status, 1);
+        EXPECT_EQ(second.output, "");
+        EXPECT_EQ(second.errors, heldPort("updateSettings"));
+    };
+    expectHeld();
+    first.signal(SIGSTOP);
+    expectHeld();
+    first.signal(SIGCONT);
     EXPECT_EQ(change("kSleepTime", 30), "") << "the first one still serves";
 }
 
 TEST_F(TweakProgram, KeepsNeitherPortWhenSomebodyElseHoldsTheSecond) {
     const ServedPort held("com.nevo.lumora/requestTweakSettings", [](auto&, auto, auto&) { return std::nullopt; });
     ASSERT_TRUE(held.isOpen());
-    const Finished tweak = run(command({}));
+    const Finished tweak = run(command());
     EXPECT_EQ(tweak.status, 1);
     EXPECT_EQ(tweak.errors, heldPort("requestTweakSettings"));
     EXPECT_THAT(sockets(), ElementsAre(HasSubstr("requestTweakSettings")));
 }
 
-TEST_F(TweakProgram, SaysThatAnotherTweakHoldsThePortsWithoutAnswering) {
-    Program first(command({}));
-    ASSERT_THAT(first.readLine(), HasSubstr(kReady)) << first.errors();
-    first.signal(SIGSTOP);
-    const Finished second = run({LUMORA_TWEAK, "--settings", sandbox.path() / "other.plist"});
-    EXPECT_EQ(second.status, 1);
-    EXPECT_EQ(second.errors, heldPort("updateSettings"));
-    first.signal(SIGCONT);
-    EXPECT_EQ(change("kSleepTime", 30), "") << "the first one still serves";
-}
-
 TEST_F(TweakProgram, SaysThatAnotherTweakHoldsTheSettings) {
-    Program first(command({}));
-    ASSERT_THAT(first.readLine(), HasSubstr(kReady)) << first.errors();
+    RunningTweak first(command());
     setenv("LUMORA_PORTS", (sandbox.path() / "other-ports").c_str(), 1);
-    const Finished second = run(command({}));
+    const Finished second = run(command());
     EXPECT_EQ(second.status, 1);
     EXPECT_THAT(second.errors, HasSubstr("another lumora-tweak is running: it holds " + sandbox.settings().string()));
 }
@@ -332,7 +295,7 @@ TEST_F(TweakProgram, LeavesExactlyOneOfSeveralThatStartAtOnce) {
             std::vector<std::string>{LUMORA_TWEAK, "--settings", sandbox.path() / ("settings-" + std::to_string(i))}));
     int ready = 0;
     for (const auto& tweak : tweaks) {
-        if (tweak->readLine().starts_with(kReady)) {
+        if (tweak->readLine().starts_with("lumora-tweak ready")) {
             ++ready;
         } else {
             EXPECT_EQ(tweak->wait(), 1);
@@ -343,21 +306,9 @@ TEST_F(TweakProgram, LeavesExactlyOneOfSeveralThatStartAtOnce) {
     EXPECT_EQ(change("kSleepTime", 30), "");
 }
 
-TEST_F(TweakProgram, TakesOverThePortsOfOneThatWasKilled) {
-    {
-        Program tweak(command({}));
-        ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
-        tweak.kill();
-        EXPECT_EQ(sockets().size(), 2U);
-    }
-    Program tweak(command({}));
-    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
-    EXPECT_EQ(change("kSleepTime", 30), "");
-}
-
 TEST_F(TweakProgram, SaysThatThePortsFolderCannotBeUsed) {
     writeFile(sandbox.ports(), "a file where the folder should be");
-    const Finished tweak = run(command({}));
+    const Finished tweak = run(command());
     EXPECT_EQ(tweak.status, 1);
     EXPECT_THAT(tweak.errors, HasSubstr("port " + sandbox.ports().string()));
     EXPECT_THAT(tweak.errors, HasSubstr("its folder cannot be made, or is not a folder of yours alone"));
@@ -386,16 +337,15 @@ TEST_F(TweakProgram, SaysSoWhenTooFewDescriptorsAreLeft) {
 
 TEST_F(TweakProgram, StartsWithDefaultsBesideAnUnreadableFile) {
     writeFile(sandbox.settings(), "no property list");
-    Program tweak(command({}));
-    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    RunningTweak tweak(command());
     EXPECT_THAT(tweak.errors(), HasSubstr("it is set aside as " + sandbox.settings().string() + ".unreadable"));
     EXPECT_EQ(askForSettings()["kSleepTime"], findSetting("kSleepTime")->byDefault);
     EXPECT_EQ(readFile(sandbox.settings().string() + ".unreadable"), "no property list");
 }
 
 TEST_F(TweakProgram, RefusesChangesWhenTheDiskIsFullAndGoesOn) {
-    Program tweak({"/bin/sh", "-c", "ulimit -f 8; exec \"$@\"", "sh", LUMORA_TWEAK, "--settings", sandbox.settings()});
-    ASSERT_THAT(tweak.readLine(), HasSubstr(kReady)) << tweak.errors();
+    const RunningTweak tweak(
+        {"/bin/sh", "-c", "ulimit -f 8; exec \"$@\"", "sh", LUMORA_TWEAK, "--settings", sandbox.settings()});
     EXPECT_THAT(change("kLSDateSubtitle", std::string(50'000, 'x')), HasSubstr("File too large"));
     EXPECT_THAT(tweak.errors(), HasSubstr("updateSettings refused: cannot write " + sandbox.settings().string()));
     EXPECT_EQ(askForSettings()["kLSDateSubtitle"], Value(""));

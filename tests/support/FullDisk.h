@@ -1,0 +1,28 @@
+#pragma once
+
+#include <csignal>
+#include <sys/resource.h>
+
+namespace tests {
+
+/// While it lives, no file can be made longer than so many bytes: what a full disk is like, without one.
+class FullDisk {
+  public:
+    explicit FullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{bytes, before_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+  private:
+    rlimit before_{};
+    void (*handler_)(int);
+};
+
+} // namespace tests
