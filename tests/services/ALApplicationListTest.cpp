@@ -13,13 +13,24 @@ using platform::UIImageRef;
 using tests::appListPath;
 using Names = std::unordered_map<std::string, std::string>;
 
-using ApplicationLists = tests::InstalledLibrary;
+struct ApplicationLists : tests::InstalledLibrary {
+    /// What the library gives that is installed.
+    ALApplicationList* opened() {
+        library = openLibrary(appListPath);
+        EXPECT_TRUE(library);
+        return ALApplicationList::sharedApplicationList();
+    }
+    ALApplicationList* openedWith(const char* count) {
+        install(FAKE_APPLIST);
+        setenv("FAKE_APPLIST_COUNT", count, 1);
+        return opened();
+    }
+
+    LibraryHandle library;
+};
 
 TEST_F(ApplicationLists, NameEveryApplication) {
-    install(FAKE_APPLIST);
-    setenv("FAKE_APPLIST_COUNT", "10000", 1);
-    const LibraryHandle library = openLibrary(appListPath);
-    ALApplicationList* list = ALApplicationList::sharedApplicationList();
+    ALApplicationList* list = openedWith("10000");
     ASSERT_NE(list, nullptr);
     const Names names = list->applications();
     EXPECT_EQ(names.size(), 10000);
@@ -28,10 +39,7 @@ TEST_F(ApplicationLists, NameEveryApplication) {
 }
 
 TEST_F(ApplicationLists, GiveIconsOfBothResolutions) {
-    install(FAKE_APPLIST);
-    setenv("FAKE_APPLIST_COUNT", "10", 1);
-    const LibraryHandle library = openLibrary(appListPath);
-    ALApplicationList* list = ALApplicationList::sharedApplicationList();
+    ALApplicationList* list = openedWith("10");
     ASSERT_NE(list, nullptr);
     const UIImageRef icon = list->iconOfSize(29, "fake.00009");
     ASSERT_NE(icon, nullptr);
@@ -42,10 +50,7 @@ TEST_F(ApplicationLists, GiveIconsOfBothResolutions) {
 }
 
 TEST_F(ApplicationLists, HaveNoIconForStrangers) {
-    install(FAKE_APPLIST);
-    setenv("FAKE_APPLIST_COUNT", "10", 1);
-    const LibraryHandle library = openLibrary(appListPath);
-    ALApplicationList* list = ALApplicationList::sharedApplicationList();
+    ALApplicationList* list = openedWith("10");
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(list->iconOfSize(29, "fake.00010"), nullptr);
     EXPECT_EQ(list->iconOfSize(29, ""), nullptr);
@@ -56,35 +61,18 @@ TEST_F(ApplicationLists, HaveNoIconForStrangers) {
     dlclose(loaded);
 }
 
-TEST_F(ApplicationLists, AreNotThereWhenTheLibraryIsOfAnotherVersion) {
-    install(ODD_APPLIST);
-    setenv("ODD_APPLIST", "version", 1);
-    const LibraryHandle library = openLibrary(appListPath);
-    EXPECT_TRUE(library);
-    EXPECT_EQ(ALApplicationList::sharedApplicationList(), nullptr);
+struct MissingLists : ApplicationLists, testing::WithParamInterface<const char*> {};
+
+TEST_P(MissingLists, AreThoseOfALibraryWithSuchAFault) {
+    installOdd(GetParam());
+    EXPECT_EQ(opened(), nullptr);
 }
 
-TEST_F(ApplicationLists, AreNotThereWhenTheLibraryHasNone) {
-    install(ODD_APPLIST);
-    setenv("ODD_APPLIST", "list", 1);
-    const LibraryHandle library = openLibrary(appListPath);
-    EXPECT_TRUE(library);
-    EXPECT_EQ(ALApplicationList::sharedApplicationList(), nullptr);
-}
-
-TEST_F(ApplicationLists, AreNotThereWhenTheClassDoesNotAnswer) {
-    install(ODD_APPLIST);
-    setenv("ODD_APPLIST", "class", 1);
-    const LibraryHandle library = openLibrary(appListPath);
-    EXPECT_TRUE(library);
-    EXPECT_EQ(ALApplicationList::sharedApplicationList(), nullptr);
-}
+INSTANTIATE_TEST_SUITE_P(Odd, MissingLists, testing::Values("version", "list", "class"));
 
 TEST_F(ApplicationLists, AreEmptyWhenTheyDoNotAnswer) {
-    install(ODD_APPLIST);
-    setenv("ODD_APPLIST", "entries", 1);
-    const LibraryHandle library = openLibrary(appListPath);
-    ALApplicationList* list = ALApplicationList::sharedApplicationList();
+    installOdd("entries");
+    ALApplicationList* list = opened();
     ASSERT_NE(list, nullptr);
     EXPECT_TRUE(list->applications().empty());
     EXPECT_EQ(list->iconOfSize(29, "good"), nullptr);
@@ -92,8 +80,7 @@ TEST_F(ApplicationLists, AreEmptyWhenTheyDoNotAnswer) {
 
 TEST_F(ApplicationLists, LeaveOutWhatIsNoTextOrNoPicture) {
     install(ODD_APPLIST);
-    const LibraryHandle library = openLibrary(appListPath);
-    ALApplicationList* list = ALApplicationList::sharedApplicationList();
+    ALApplicationList* list = opened();
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(list->applications(), (Names{{"good", "Güte"}, {"empty.name", ""}}));
     for (const char* identifier : {"null", "empty", "text", "nowhere", "half"})

@@ -46,14 +46,11 @@ TEST_F(LibraryHandles, AreEmptyForFilesThatAreNoWholeLibrary) {
 
 TEST_F(LibraryHandles, AreEmptyForALibraryThatEndsItsProcessUntilThereIsAnother) {
     for (const char* moment : {"load", "shared", "applications", "icon"}) {
-        std::filesystem::remove(file);
-        install(ODD_APPLIST);
-        setenv("ODD_APPLIST", moment, 1);
+        installOdd(moment);
         EXPECT_FALSE(openLibrary(appListPath)) << moment;
         unsetenv("ODD_APPLIST");
         EXPECT_FALSE(openLibrary(appListPath)) << moment << ", without another try";
     }
-    std::filesystem::remove(file);
     install(ODD_APPLIST);
     EXPECT_TRUE(openLibrary(appListPath));
 }
@@ -63,9 +60,7 @@ TEST_F(LibraryHandles, AreEmptyForALibraryThatTakesTooLongForThisProcess) {
     for (const std::string moment : {"hanging-shared", "hanging-icon", "looping-load", "looping-applications"}) {
         const bool hangs = moment.starts_with("hanging");
         const platform::ProbeLimits limits{hangs ? 1s : 60s, hangs ? 60s : 1s};
-        std::filesystem::remove(file);
-        install(ODD_APPLIST);
-        setenv("ODD_APPLIST", moment.c_str(), 1);
+        installOdd(moment.c_str());
         EXPECT_FALSE(openLibrary(appListPath, limits)) << moment;
         unsetenv("ODD_APPLIST");
         EXPECT_FALSE(openLibrary(appListPath)) << moment << ", without another try";
