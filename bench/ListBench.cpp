@@ -43,7 +43,7 @@ std::string tenThousandApplications() {
 const tests::DeviceFolder& device() {
     static const tests::DeviceFolder device;
     static const bool ready = [] {
-        device.install(LUMORA_FILE_APP_LIST, std::string(kFolder) + "AppList.dylib");
+        device.install(LUMORA_FAKE_APP_LIST, std::string(kFolder) + "AppList.dylib");
         device.write(tenThousandApplications(), std::string(kFolder) + "applications.txt");
         tests::RecordingTweak::shared().setSettings(platform::Dictionary{});
         return true;

@@ -1,4 +1,4 @@
-// Nothing goes before it: the header is to stand alone. FakeAppList.c says the same for C.
+// Nothing goes before it: the header is to stand alone. OddAppList.c says the same for C.
 #include "applist/AppList.h"
 
 #include <gtest/gtest.h>

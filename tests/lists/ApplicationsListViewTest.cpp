@@ -46,7 +46,7 @@ struct ApplicationLists : testing::Test {
     RecordingTweak& tweak = RecordingTweak::shared();
 
     void installLibrary(const std::string& applications) const {
-        device.install(LUMORA_FILE_APP_LIST, kLibrary);
+        device.install(LUMORA_FAKE_APP_LIST, kLibrary);
         device.write(applications, kApplications);
     }
     /// A number that the library keeps of its use.
@@ -197,10 +197,10 @@ TEST_F(ApplicationLists, IconsAreAskedForAtTwentyNinePointsAndOnlyForRowsInView)
     const auto view = opened<AppsListView>();
     draw(*view);
     EXPECT_EQ(view->disabled().size(), 10000U);
-    const auto rowsInView = static_cast<int>(view->tableView().visibleCells().size());
-    EXPECT_LE(rowsInView, 19) << "760 points hold 19 rows of 40";
-    EXPECT_EQ(counted<int>("FileAppList_iconsAsked"), 2 * rowsInView) << "once and twice as sharp";
-    EXPECT_EQ(counted<double>("FileAppList_lastSize"), 29);
+    const auto rowsInView = view->tableView().visibleCells().size();
+    EXPECT_LE(rowsInView, 19U) << "760 points hold 19 rows of 40";
+    EXPECT_EQ(counted<unsigned>("fakeAppListIconCalls"), 2 * rowsInView) << "once and twice as sharp";
+    EXPECT_EQ(counted<double>("fakeAppListLastSize"), 29);
     EXPECT_NE(view->tableView().visibleCells().begin()->second->imageView().image(), nullptr);
 }
 
