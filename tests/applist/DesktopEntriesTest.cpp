@@ -24,7 +24,17 @@ struct Entries : tests::FolderTest {
         entries.refresh();
         return entries.shown();
     }
+    /// Installs a program that can be run.
+    std::string program(const std::string& name) const {
+        write(folder / name, "#!/bin/sh\n");
+        fs::permissions(folder / name, fs::perms::owner_all);
+        return folder / name;
+    }
 };
+
+std::string entryThatRuns(const std::string& exec) {
+    return "[Desktop Entry]\nType=Application\nName=A\nExec=" + exec + "\n";
+}
 
 Shown foundByGio() {
     Shown found;
@@ -72,7 +82,7 @@ TEST_F(Entries, LeaveOutWhatIsBroken) {
     write(first / "nameless.desktop", "[Desktop Entry]\nType=Application\nExec=true\n");
     write(first / "emptyname.desktop", entryNamed(""));
     write(first / "badname.desktop", entryNamed("\xC3("));
-    write(first / "noprogram.desktop", "[Desktop Entry]\nType=Application\nName=A\nExec=/no/such/program\n");
+    write(first / "noprogram.desktop", entryThatRuns("/no/such/program"));
     write(first / "bad\xFFname.desktop", entryNamed("A"));
     write(first / "huge.desktop", entryNamed("Huge") + std::string(2 << 20, '#'));
     write(first / "text.txt", entryNamed("Text"));
@@ -128,45 +138,36 @@ TEST_F(Entries, AreReadAgainOnlyWhenTheirFilesHaveChanged) {
 }
 
 TEST_F(Entries, OfQuotedProgramsAreReadOnce) {
-    const fs::path program = folder / "two words";
-    write(program, "#!/bin/sh\n");
-    fs::permissions(program, fs::perms::owner_all);
-    write(first / "quoted.desktop",
-          "[Desktop Entry]\nType=Application\nName=Quoted\nExec=\"" + program.string() + "\" %U\n");
-    EXPECT_EQ(shown(), (Shown{{"quoted", "Quoted"}}));
+    const std::string quoted = program("two words");
+    write(first / "quoted.desktop", entryThatRuns('"' + quoted + "\" %U"));
+    EXPECT_EQ(shown(), (Shown{{"quoted", "A"}}));
     EXPECT_FALSE(entries.refresh());
     EXPECT_EQ(entries.filesRead(), 1);
-    fs::remove(program);
+    fs::remove(quoted);
     EXPECT_EQ(shown(), Shown{});
 }
 
 TEST_F(Entries, OfProgramsThatAreInstalledLaterShowThen) {
-    const fs::path program = folder / "program";
-    write(first / "late.desktop", entryNamed("Late", "TryExec=" + program.string() + "\n"));
+    write(first / "late.desktop", entryNamed("Late", "TryExec=" + (folder / "late").string() + "\n"));
     EXPECT_EQ(shown(), Shown{});
-    write(program, "#!/bin/sh\n");
-    fs::permissions(program, fs::perms::owner_all);
+    program("late");
     EXPECT_EQ(shown(), (Shown{{"late", "Late"}}));
 }
 
 TEST_F(Entries, OfProgramsThatAreRemovedLaterShowNoMore) {
-    const fs::path tried = folder / "tried";
-    const fs::path run = folder / "run";
-    for (const fs::path& program : {tried, run}) {
-        write(program, "#!/bin/sh\n");
-        fs::permissions(program, fs::perms::owner_all);
-    }
-    write(first / "tried.desktop", entryNamed("Tried", "TryExec=" + tried.string() + "\n"));
-    write(first / "run.desktop", "[Desktop Entry]\nType=Application\nName=Run\nExec=" + run.string() + " --now\n");
-    EXPECT_EQ(shown(), (Shown{{"run", "Run"}, {"tried", "Tried"}}));
+    const std::string tried = program("tried");
+    const std::string run = program("run");
+    write(first / "tried.desktop", entryNamed("Tried", "TryExec=" + tried + "\n"));
+    write(first / "run.desktop", entryThatRuns(run + " --now"));
+    EXPECT_EQ(shown(), (Shown{{"run", "A"}, {"tried", "Tried"}}));
     EXPECT_EQ(shown().size(), 2U);
     EXPECT_EQ(entries.filesRead(), 2) << "while the programs are there";
     fs::remove(tried);
-    EXPECT_EQ(shown(), (Shown{{"run", "Run"}}));
+    EXPECT_EQ(shown(), (Shown{{"run", "A"}}));
     fs::permissions(run, fs::perms::owner_read);
     EXPECT_EQ(shown(), Shown{});
     fs::permissions(run, fs::perms::owner_all);
-    EXPECT_EQ(shown(), (Shown{{"run", "Run"}}));
+    EXPECT_EQ(shown(), (Shown{{"run", "A"}}));
 }
 
 TEST_F(Entries, OfLinkedFoldersAreFoundOnEveryWayThatComesToAnEnd) {
@@ -219,9 +220,7 @@ TEST_F(Entries, OfAFolderComeBeforeThoseOfItsFoldersInTheirOrder) {
 }
 
 TEST_F(Entries, SayWhatGioReadsInThem) {
-    write(folder / "program", "#!/bin/sh\n");
-    fs::permissions(folder / "program", fs::perms::owner_all);
-    write(folder / "data", "");
+    program("program");
     const std::string begin = "[Desktop Entry]\nType=Application\nName=A\n";
     const std::string inFolder = "Path=" + folder.string() + "\n";
     const std::vector<std::string> texts{
@@ -276,13 +275,13 @@ TEST_F(Entries, SayWhatGioReadsInThem) {
 }
 
 TEST_F(Entries, FindTheirProgramsInTheFolderInWhichTheyHaveThemRun) { // as GIO does since its version 2.76
-    write(folder / "program", "#!/bin/sh\n");
-    fs::permissions(folder / "program", fs::perms::owner_all);
+    program("program");
     write(folder / "data", "");
-    const std::string path = "[Desktop Entry]\nType=Application\nName=A\nPath=" + folder.string() + "\n";
-    write(first / "here.desktop", path + "Exec=./program\nTryExec=../" + folder.filename().string() + "/program\n");
-    write(first / "nothere.desktop", path + "Exec=./other\n");
-    write(first / "noprogram.desktop", path + "Exec=./data\n");
+    const std::string there = "\nPath=" + folder.string();
+    write(first / "here.desktop",
+          entryThatRuns("./program" + there + "\nTryExec=../" + folder.filename().string() + "/program"));
+    write(first / "nothere.desktop", entryThatRuns("./other" + there));
+    write(first / "noprogram.desktop", entryThatRuns("./data" + there));
     EXPECT_EQ(shown(), (Shown{{"here", "A"}}));
 }
 
