@@ -9,9 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <dlfcn.h>
-#include <thread>
+#include <sstream>
 
 namespace {
 
@@ -22,14 +21,12 @@ using platform::CGRectMake;
 using platform::Dictionary;
 using platform::List;
 using platform::make;
-using platform::NSIndexPath;
 using platform::Value;
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
-using testing::UnorderedElementsAre;
 using tests::giveSettings;
 using tests::RecordingTweak;
 
@@ -57,24 +54,23 @@ struct ApplicationLists : testing::Test {
         dlclose(handle);
         return *number;
     }
-    /// A view whose request has been answered, so that no late reply undoes what is changed in it.
+    /// A view of these settings, drawn. Its request has been answered, so that no late reply undoes what is changed in
+    /// it.
     template<class View>
-    static std::shared_ptr<View> opened() {
+    static std::shared_ptr<View> opened(const Dictionary& settings = {}) {
+        giveSettings<AppsListView, AUAppsListView>(settings);
         auto view = make<View>(kWindow);
         RecordingTweak::waitUntilIdle();
+        view->tableView().layoutIfNeeded();
         return view;
     }
-    static void draw(SelectionListView& view) { view.tableView().layoutIfNeeded(); }
-    static std::string titleAt(SelectionListView& view, NSIndexPath path) {
-        draw(view);
-        const auto cell = view.tableView().cellForRowAtIndexPath(path);
-        return cell ? cell->textLabel().text() : "no cell";
-    }
     static std::vector<std::string> titles(SelectionListView& view, int section) {
-        draw(view);
+        view.tableView().layoutIfNeeded();
         std::vector<std::string> shown;
-        for (int row = 0; row < view.tableView().numberOfRowsInSection(section); ++row)
-            shown.push_back(titleAt(view, {section, row}));
+        for (int row = 0; row < view.tableView().numberOfRowsInSection(section); ++row) {
+            const auto cell = view.tableView().cellForRowAtIndexPath({section, row});
+            shown.push_back(cell ? cell->textLabel().text() : "no cell");
+        }
         return shown;
     }
 };
@@ -88,66 +84,34 @@ const std::string kSixApplications = "org.b\tbanana\n"
 
 TEST_F(ApplicationLists, AppsShowsTheSavedOnesInTheirOrderAndTheOthersSortedByName) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}});
-    const auto view = opened<AppsListView>();
-    draw(*view);
+    const auto view = opened<AppsListView>({{"kAppsEnabled", List{"org.d", "org.a"}}});
     EXPECT_THAT(titles(*view, 0), ElementsAre("date", "apple"));
     EXPECT_THAT(titles(*view, 1), ElementsAre("banana", "Cherry", "Éclair"));
     EXPECT_THAT(view->enabled(), ElementsAre("org.d", "org.a"));
 }
 
-TEST_F(ApplicationLists, AppsNeverOffersASystemService) {
+TEST_F(ApplicationLists, AppsShowsASystemServiceOnlyIfItWasSaved) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
-    const auto view = opened<AppsListView>();
-    EXPECT_THAT(view->disabled(), Not(Contains("com.apple.springboard")));
-    EXPECT_EQ(view->disabled().size(), 5U);
-}
-
-TEST_F(ApplicationLists, AppsShowsASystemServiceThatWasSaved) {
-    installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAppsEnabled", List{"com.apple.springboard"}}});
-    const auto view = opened<AppsListView>();
-    EXPECT_THAT(titles(*view, 0), ElementsAre("SpringBoard"));
+    const auto unsaved = opened<AppsListView>();
+    EXPECT_THAT(unsaved->disabled(), Not(Contains("com.apple.springboard")));
+    EXPECT_EQ(unsaved->disabled().size(), 5U);
+    const auto saved = opened<AppsListView>({{"kAppsEnabled", List{"com.apple.springboard"}}});
+    EXPECT_THAT(titles(*saved, 0), ElementsAre("SpringBoard"));
 }
 
 TEST(HiddenDisplayIdentifiers, AreTheThirtyFourSystemServices) {
+    std::istringstream services("AdSheet AdSheetPhone AdSheetPad DataActivation DemoApp fieldtest iosdiagnostics "
+                                "iphoneos.iPodOut TrustMe WebSheet springboard purplebuddy "
+                                "datadetectors.DDActionsService FacebookAccountMigrationDialog iad.iAdOptOut "
+                                "ios.StoreKitUIService TextInput.kbd MailCompositionService mobilesms.compose "
+                                "quicklook.quicklookd ShoeboxUIService social.remoteui.SocialUIService "
+                                "WebViewService gamecenter.GameCenterUIService "
+                                "appleaccount.AACredentialRecoveryDialog CompassCalibrationViewService "
+                                "WebContentFilter.remoteUI.WebContentAnalysisUI PassbookUIService uikit.PrintStatus "
+                                "Copilot MusicUIService AccountAuthenticationDialog MobileReplayer SiriViewService");
     std::vector<std::string> expected;
-    for (const char* service : {"AdSheet",
-                                "AdSheetPhone",
-                                "AdSheetPad",
-                                "DataActivation",
-                                "DemoApp",
-                                "fieldtest",
-                                "iosdiagnostics",
-                                "iphoneos.iPodOut",
-                                "TrustMe",
-                                "WebSheet",
-                                "springboard",
-                                "purplebuddy",
-                                "datadetectors.DDActionsService",
-                                "FacebookAccountMigrationDialog",
-                                "iad.iAdOptOut",
-                                "ios.StoreKitUIService",
-                                "TextInput.kbd",
-                                "MailCompositionService",
-                                "mobilesms.compose",
-                                "quicklook.quicklookd",
-                                "ShoeboxUIService",
-                                "social.remoteui.SocialUIService",
-                                "WebViewService",
-                                "gamecenter.GameCenterUIService",
-                                "appleaccount.AACredentialRecoveryDialog",
-                                "CompassCalibrationViewService",
-                                "WebContentFilter.remoteUI.WebContentAnalysisUI",
-                                "PassbookUIService",
-                                "uikit.PrintStatus",
-                                "Copilot",
-                                "MusicUIService",
-                                "AccountAuthenticationDialog",
-                                "MobileReplayer",
-                                "SiriViewService"})
-        expected.push_back(std::string("com.apple.") + service);
+    for (std::string service; services >> service;)
+        expected.push_back("com.apple." + service);
     EXPECT_EQ(expected.size(), 34U);
     EXPECT_EQ(AppsListView::hiddenDisplayIdentifiers(), expected);
     EXPECT_EQ(&AUAppsListView::hiddenDisplayIdentifiers(), &AppsListView::hiddenDisplayIdentifiers());
@@ -155,9 +119,7 @@ TEST(HiddenDisplayIdentifiers, AreTheThirtyFourSystemServices) {
 
 TEST_F(ApplicationLists, AppsSavesWhatIsEnabledAtEachDrop) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}});
-    const auto view = opened<AppsListView>();
-    draw(*view);
+    const auto view = opened<AppsListView>({{"kAppsEnabled", List{"org.d", "org.a"}}});
     view->tableView().dropRow({1, 1}, {0, 1});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAppsEnabled", {"org.d", "org.c", "org.a"})));
     EXPECT_THAT(titles(*view, 0), ElementsAre("date", "Cherry", "apple"));
@@ -166,9 +128,7 @@ TEST_F(ApplicationLists, AppsSavesWhatIsEnabledAtEachDrop) {
 
 TEST_F(ApplicationLists, AMissingSavedListStartsEmptyAndSavesWhatItShows) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
     const auto view = opened<AppsListView>();
-    draw(*view);
     EXPECT_THAT(view->enabled(), IsEmpty());
     view->tableView().dropRow({1, 0}, {0, 0});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAppsEnabled", {"org.a"})));
@@ -176,9 +136,7 @@ TEST_F(ApplicationLists, AMissingSavedListStartsEmptyAndSavesWhatItShows) {
 
 TEST_F(ApplicationLists, AnApplicationThatIsGoneHasAnEmptyTitleNoIconAndIsSavedBack) {
     installLibrary("org.a\tapple\n");
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAppsEnabled", List{"plain.gone", "org.a"}}});
-    const auto view = opened<AppsListView>();
-    draw(*view);
+    const auto view = opened<AppsListView>({{"kAppsEnabled", List{"plain.gone", "org.a"}}});
     const auto cell = view->tableView().cellForRowAtIndexPath({0, 0});
     EXPECT_EQ(cell->textLabel().text(), "");
     EXPECT_EQ(cell->imageView().image(), nullptr);
@@ -193,9 +151,7 @@ TEST_F(ApplicationLists, IconsAreAskedForAtTwentyNinePointsAndOnlyForRowsInView)
     for (int i = 0; i < 10000; ++i)
         many += "org.app" + std::to_string(i) + "\tApplication " + std::to_string(i) + "\n";
     installLibrary(many);
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
     const auto view = opened<AppsListView>();
-    draw(*view);
     EXPECT_EQ(view->disabled().size(), 10000U);
     const auto rowsInView = view->tableView().visibleCells().size();
     EXPECT_LE(rowsInView, 19U) << "760 points hold 19 rows of 40";
@@ -205,21 +161,18 @@ TEST_F(ApplicationLists, IconsAreAskedForAtTwentyNinePointsAndOnlyForRowsInView)
 }
 
 TEST_F(ApplicationLists, WithoutTheLibraryOnlyWhatWasSavedShowsUntitled) {
-    giveSettings<AppsListView, AUAppsListView>(
-        Dictionary{{"kAppsEnabled", List{"org.b", "org.a"}}, {"kAUAppsDisabled", List{"org.a"}}});
-    const auto apps = opened<AppsListView>();
+    const Dictionary settings{{"kAppsEnabled", List{"org.b", "org.a"}}, {"kAUAppsDisabled", List{"org.a"}}};
+    const auto apps = opened<AppsListView>(settings);
     EXPECT_THAT(apps->enabled(), ElementsAre("org.b", "org.a"));
     EXPECT_THAT(apps->disabled(), IsEmpty());
-    draw(*apps);
     EXPECT_THAT(titles(*apps, 0), ElementsAre("", ""));
     EXPECT_EQ(apps->tableView().cellForRowAtIndexPath({0, 0})->imageView().image(), nullptr);
-    const auto exempt = opened<AUAppsListView>();
+    const auto exempt = opened<AUAppsListView>(settings);
     EXPECT_THAT(exempt->enabled(), ElementsAre("org.b"));
     EXPECT_THAT(exempt->disabled(), ElementsAre("org.a"));
 }
 
 TEST_F(ApplicationLists, AHandleThatWasNeverGotIsNotClosed) {
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
     ASSERT_EQ(platform::openLibraries(), 0);
     {
         const auto view = opened<AppsListView>();
@@ -230,7 +183,6 @@ TEST_F(ApplicationLists, AHandleThatWasNeverGotIsNotClosed) {
 
 TEST_F(ApplicationLists, TheLibraryIsOpenForAsLongAsAViewLives) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
     {
         const auto apps = opened<AppsListView>();
         const auto exempt = opened<AUAppsListView>();
@@ -242,21 +194,16 @@ TEST_F(ApplicationLists, TheLibraryIsOpenForAsLongAsAViewLives) {
 
 TEST_F(ApplicationLists, AutoUnlockAppsShowsTheChosenOnesAndSortsTheExemptOnes) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(
-        Dictionary{{"kAppsEnabled", List{"org.d", "org.c", "org.a", "com.apple.springboard"}},
-                   {"kAUAppsDisabled", List{"org.e", "org.c", "org.b"}}});
-    const auto view = opened<AUAppsListView>();
-    draw(*view);
+    const auto view =
+        opened<AUAppsListView>({{"kAppsEnabled", List{"org.d", "org.c", "org.a", "com.apple.springboard"}},
+                                {"kAUAppsDisabled", List{"org.e", "org.c", "org.b"}}});
     EXPECT_THAT(titles(*view, 0), ElementsAre("date", "apple", "SpringBoard")) << "nothing is hidden here";
     EXPECT_THAT(titles(*view, 1), ElementsAre("banana", "Cherry", "Éclair"));
 }
 
 TEST_F(ApplicationLists, AutoUnlockAppsSavesTheExemptOnesAndNeverTheChosenOnes) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(
-        Dictionary{{"kAppsEnabled", List{"org.d", "org.a"}}, {"kAUAppsDisabled", List{}}});
-    const auto view = opened<AUAppsListView>();
-    draw(*view);
+    const auto view = opened<AUAppsListView>({{"kAppsEnabled", List{"org.d", "org.a"}}, {"kAUAppsDisabled", List{}}});
     view->tableView().dropRow({0, 0}, {1, 0});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAUAppsDisabled", {"org.d"})));
     view->tableView().dropRow({0, 0}, {0, 0});
@@ -266,33 +213,26 @@ TEST_F(ApplicationLists, AutoUnlockAppsSavesTheExemptOnesAndNeverTheChosenOnes) 
 
 TEST_F(ApplicationLists, AnExemptApplicationStaysThoughItIsChosenNoMore) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(
-        Dictionary{{"kAppsEnabled", List{"org.a"}}, {"kAUAppsDisabled", List{"org.d"}}});
-    const auto view = opened<AUAppsListView>();
+    const auto view = opened<AUAppsListView>({{"kAppsEnabled", List{"org.a"}}, {"kAUAppsDisabled", List{"org.d"}}});
     EXPECT_THAT(view->enabled(), ElementsAre("org.a"));
     EXPECT_THAT(view->disabled(), ElementsAre("org.d"));
 }
 
 TEST_F(ApplicationLists, AnOrderGivenToTheExemptOnesIsSavedAndGoneAtTheNextBuild) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAUAppsDisabled", List{"org.a", "org.b", "org.c"}}});
-    const auto first = opened<AUAppsListView>();
-    draw(*first);
+    const auto first = opened<AUAppsListView>({{"kAUAppsDisabled", List{"org.a", "org.b", "org.c"}}});
     first->tableView().dropRow({1, 0}, {1, 2});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAUAppsDisabled", {"org.b", "org.c", "org.a"})));
-    const auto second = opened<AUAppsListView>();
-    EXPECT_THAT(second->disabled(), ElementsAre("org.a", "org.b", "org.c"));
+    EXPECT_THAT(make<AUAppsListView>(kWindow)->disabled(), ElementsAre("org.a", "org.b", "org.c"));
 }
 
 TEST_F(ApplicationLists, AnIdentifierWithoutANameSortsAsTheEmptyText) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAUAppsDisabled", List{"org.a", "org.gone"}}});
-    const auto view = opened<AUAppsListView>();
+    const auto view = opened<AUAppsListView>({{"kAUAppsDisabled", List{"org.a", "org.gone"}}});
     EXPECT_THAT(view->disabled(), ElementsAre("org.gone", "org.a"));
 }
 
 TEST_F(ApplicationLists, TheTableFollowsTheViewsSize) {
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
     const auto view = opened<AppsListView>();
     EXPECT_EQ(view->tableView().autoresizingMask(), 18U);
     view->setFrame(CGRectMake(0, 0, 1024, 700));
@@ -300,7 +240,6 @@ TEST_F(ApplicationLists, TheTableFollowsTheViewsSize) {
 }
 
 TEST_F(ApplicationLists, BothHaveTheSameFooterBeneathTheLastSection) {
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{});
     for (const std::shared_ptr<SelectionListView>& view :
          {std::shared_ptr<SelectionListView>(opened<AppsListView>()),
           std::shared_ptr<SelectionListView>(opened<AUAppsListView>())}) {
@@ -313,9 +252,9 @@ TEST_F(ApplicationLists, BothHaveTheSameFooterBeneathTheLastSection) {
 
 TEST_F(ApplicationLists, ASavedValueThatIsNoListCountsAsNone) {
     installLibrary(kSixApplications);
-    giveSettings<AppsListView, AUAppsListView>(Dictionary{{"kAppsEnabled", "org.a"}, {"kAUAppsDisabled", 7}});
-    EXPECT_THAT(opened<AppsListView>()->enabled(), IsEmpty());
-    EXPECT_THAT(opened<AUAppsListView>()->disabled(), IsEmpty());
+    const Dictionary settings{{"kAppsEnabled", "org.a"}, {"kAUAppsDisabled", 7}};
+    EXPECT_THAT(opened<AppsListView>(settings)->enabled(), IsEmpty());
+    EXPECT_THAT(opened<AUAppsListView>(settings)->disabled(), IsEmpty());
 }
 
 // The pages that host them

@@ -3,6 +3,7 @@
 #include "lists/PluginDiscovery.h"
 #include "tests/support/DeviceFolder.h"
 
+#include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -29,6 +30,11 @@ class PluginFolder {
                               principalClass + "</string>");
         return path() / bundle;
     }
+    /// Makes "NAME.bundle" of each, with a copy of the test plug-in.
+    void addEach(const std::vector<std::string>& names) const {
+        for (const std::string& name : names)
+            add(name + ".bundle", "TestPlugin");
+    }
     void writeInfo(const std::string& bundle, const std::string& entries) const {
         write(path() / bundle / "Info.plist", "<plist><dict>" + entries + "</dict></plist>");
     }
@@ -39,6 +45,14 @@ class PluginFolder {
   private:
     DeviceFolder device_;
 };
+
+/// What a loaded copy of the test plug-in was asked so far.
+inline std::string askedOf(const std::filesystem::path& module) {
+    void* handle = ::dlopen(module.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (!handle) return "not loaded";
+    const auto asked = reinterpret_cast<const char* (*)()>(::dlsym(handle, "testPluginAsked"));
+    return asked ? asked() : "no test plug-in";
+}
 
 /// What plug-ins call themselves.
 inline std::vector<std::string> namesOf(const std::vector<lumora::Plugin>& plugins) {

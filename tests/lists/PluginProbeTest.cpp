@@ -57,6 +57,11 @@ struct PluginProbe : testing::Test {
             names.insert(name);
         return names;
     }
+    /// Whether the one plug-in, "good-1", is loaded by another discovery.
+    bool triedAgain() {
+        EXPECT_EQ(discoverPlugins(false).size(), 1U);
+        return loaded().contains("good-1");
+    }
     [[nodiscard]] fs::path kept() const { return plugins.root() / "cache/lumora/probed"; }
     [[nodiscard]] std::string keptText() const {
         std::ifstream in(kept(), std::ios::binary);
@@ -69,29 +74,25 @@ struct PluginProbe : testing::Test {
 };
 
 TEST_F(PluginProbe, KeepsOutWhateverEndsOrDamagesAProcessAtAnyMoment) {
-    std::set<std::string> dangerous;
+    std::vector<std::string> dangerous{"throwing-at-load-1"};
     for (const std::string behaviour :
          {"aborting", "leaving", "exiting", "killing", "overflowing", "scribbling", "closing"})
         for (const std::string moment : {"load", "instance", "identifier", "name", "appID", "page"})
-            dangerous.insert(behaviour + "-at-" + moment + "-1");
-    dangerous.insert("throwing-at-load-1");
-    for (const std::string& name : dangerous)
-        plugins.add(name + ".bundle", "TestPlugin");
-    for (const char* name : {"before-1", "good-1", "middle-1", "zoo-1"}) // among them, in the order of their names
-        plugins.add(std::string(name) + ".bundle", "TestPlugin");
+            dangerous.push_back(behaviour + "-at-" + moment + "-1");
+    plugins.addEach(dangerous);
+    plugins.addEach({"before-1", "good-1", "middle-1", "zoo-1"}); // among them, in the order of their names
     plugins.add("page.bundle", "PagePlugin");
 
     EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("before-1", "good-1", "middle-1", "page", "zoo-1"));
-    auto names = loaded();
+    const auto tried = loaded();
     for (const std::string& name : dangerous)
-        EXPECT_GE(names.count(name), 1U) << "the probe has not tried " << name;
+        EXPECT_TRUE(tried.contains(name)) << "the probe has not tried " << name;
     EXPECT_THAT(namesOf(discoverPlugins(true)), ElementsAre("page"));
     EXPECT_THAT(loaded(), IsEmpty()) << "all are known, and what was loaded stays";
 }
 
 TEST_F(PluginProbe, GivesEachPlugInThatHangsItsTimeOnce) {
-    for (const char* name : {"good-1", "hanging-1", "looping-at-load-1", "looping-at-page-1", "zoo-1"})
-        plugins.add(std::string(name) + ".bundle", "TestPlugin");
+    plugins.addEach({"good-1", "hanging-1", "looping-at-load-1", "looping-at-page-1", "zoo-1"});
     EXPECT_THAT(namesOf(discoverPlugins(false, kShort)), ElementsAre("good-1", "zoo-1"));
     EXPECT_THAT(loaded(), UnorderedElementsAre("good-1", "good-1", "hanging-1", "hanging-1", "looping-at-load-1",
                                                "looping-at-page-1", "zoo-1", "zoo-1"));
@@ -131,10 +132,6 @@ TEST_F(PluginProbe, KeepsNoVerdictOnWhatWasKilledOrCannotBeRead) {
 
 TEST_F(PluginProbe, TriesAPlugInAgainWhenAnyOfItsFilesHasChanged) {
     const fs::path bundle = plugins.add("good-1.bundle", "TestPlugin");
-    const auto triedAgain = [this] {
-        EXPECT_EQ(discoverPlugins(false).size(), 1U);
-        return loaded().contains("good-1");
-    };
     EXPECT_TRUE(triedAgain());
     EXPECT_FALSE(triedAgain());
     fs::rename(bundle / "Code", bundle / "Old");
@@ -152,10 +149,6 @@ TEST_F(PluginProbe, TriesAPlugInAgainWhenAnyOfItsFilesHasChanged) {
 TEST_F(PluginProbe, TriesAllAgainWhenTheSettingsBundleOrTheLibrariesOfTheSystemHaveChanged) {
     plugins.add("good-1.bundle", "TestPlugin");
     const fs::path bundle = plugins.add("../../../PreferenceBundles/Lumora.bundle", "TestPlugin");
-    const auto triedAgain = [this] {
-        EXPECT_EQ(discoverPlugins(false).size(), 1U);
-        return loaded().contains("good-1");
-    };
     EXPECT_TRUE(triedAgain());
     EXPECT_FALSE(triedAgain());
     fs::permissions(bundle / "Code", fs::perms(0700));
@@ -249,8 +242,7 @@ TEST_F(PluginProbe, TakesADamagedOrForeignCacheForNone) {
 
 TEST_F(PluginProbe, DoesWithoutAPlaceToKeepVerdictsIn) {
     plugins.write(plugins.root() / "cache", "a file");
-    plugins.add("good-1.bundle", "TestPlugin");
-    plugins.add("aborting-1.bundle", "TestPlugin");
+    plugins.addEach({"good-1", "aborting-1"});
     EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1"));
     EXPECT_THAT(loaded(), UnorderedElementsAre("aborting-1", "good-1", "good-1"));
     EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1"));
@@ -258,8 +250,7 @@ TEST_F(PluginProbe, DoesWithoutAPlaceToKeepVerdictsIn) {
 }
 
 TEST_F(PluginProbe, RemembersWhoseNameCannotBeKept) {
-    plugins.add("aborting-1\n.bundle", "TestPlugin");
-    plugins.add("good-1\n.bundle", "TestPlugin");
+    plugins.addEach({"aborting-1\n", "good-1\n"});
     EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1\n"));
     EXPECT_EQ(loaded().count("aborting-1"), 1U);
     EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1\n"));
@@ -319,31 +310,25 @@ TEST_F(PluginProbe, LoadsNothingUnknownWhenThereIsNoProcessToTryItIn) {
 }
 
 TEST_F(PluginProbe, UnloadsEachPlugInOnceInEveryCaseAfterAllQuestions) {
-    for (const char* kind : {"good", "null-name", "null-instance", "null-page"})
-        plugins.add(std::string(kind) + "-1.bundle", "TestPlugin");
+    plugins.addEach({"good-1", "null-name-1", "null-instance-1", "null-page-1"});
     plugins.add("page.bundle", "PagePlugin");
     EXPECT_EQ(discoverPlugins(true).size(), 1U); // so that all are known, and each is loaded here
-    std::vector<std::string> askedBefore;
-    const auto asked = [this] {
-        void* handle = ::dlopen(plugins.module("good-1.bundle").c_str(), RTLD_NOW | RTLD_NOLOAD);
-        const auto answer = reinterpret_cast<const char* (*)()>(::dlsym(handle, "testPluginAsked"));
-        return std::string(answer());
-    };
-    const std::string first = asked();
+    const fs::path module = plugins.module("good-1.bundle");
+    const std::string first = tests::askedOf(module);
     int unloaded = 0;
+    std::string askedBefore;
     beforeUnloading() = [&] {
-        if (++unloaded == 1) askedBefore.push_back(asked());
+        if (++unloaded == 1) askedBefore = tests::askedOf(module);
     };
     EXPECT_EQ(discoverPlugins(true).size(), 1U);
     beforeUnloading() = nullptr;
     EXPECT_EQ(unloaded, 5);
-    EXPECT_THAT(askedBefore, ElementsAre(first + first)) << "the settings page too, before the first is unloaded";
+    EXPECT_EQ(askedBefore, first + first) << "the settings page too, before the first is unloaded";
     EXPECT_THAT(first, HasSubstr("settingsController"));
 }
 
 TEST_F(PluginProbe, ListsPlugInsByTheirBundlesAndNotByTheirNames) {
-    for (const char* bundle : {"turned-1", "turned-2", "turned-3"})
-        plugins.add(std::string(bundle) + ".bundle", "TestPlugin");
+    plugins.addEach({"turned-1", "turned-2", "turned-3"});
     EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("8", "7", "6"));
 }
 
@@ -351,8 +336,7 @@ TEST_F(PluginProbe, LeavesNothingOpenAndNobodyBehind) {
     plugins.add("good-1.bundle", "TestPlugin");
     EXPECT_EQ(discoverPlugins(false).size(), 1U);
     const auto descriptors = tests::descriptorCount();
-    for (const char* name : {"aborting-1", "closing-hanging-1", "leaving-1", "scribbling-1", "null-page-1"})
-        plugins.add(std::string(name) + ".bundle", "TestPlugin");
+    plugins.addEach({"aborting-1", "closing-hanging-1", "leaving-1", "scribbling-1", "null-page-1"});
     EXPECT_EQ(discoverPlugins(false, kShort).size(), 2U);
     EXPECT_EQ(tests::descriptorCount(), descriptors);
     std::ifstream children("/proc/self/task/" + std::to_string(::getpid()) + "/children");

@@ -7,7 +7,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <thread>
 
 namespace {
 
@@ -67,8 +66,7 @@ TEST_F(AppViewsPage, HasNineRowsWithoutPlugIns) {
 
 TEST_F(AppViewsPage, ShowsAGroupWithOneLinkForTheOnePlugInWithAPage) {
     plugins.add("Radio.bundle", "PagePlugin");
-    plugins.add("pageless-1.bundle", "TestPlugin");
-    plugins.add("no-name-1.bundle", "TestPlugin");
+    plugins.addEach({"pageless-1", "no-name-1"});
     const auto page = make<PluginsListController>();
     tests::expectRows(*page, withBetween({tests::group("Settings"), tests::page("Radio", "TestPage")}));
     EXPECT_EQ(PluginsListController::getPluginsWithSettings().size(), 1U);

@@ -29,10 +29,6 @@ struct PlugInList : testing::Test {
     tests::PluginFolder plugins;
     std::shared_ptr<PluginsListView> view;
 
-    void install(const std::vector<std::string>& names) const {
-        for (const std::string& name : names)
-            plugins.add(name + ".bundle", "TestPlugin");
-    }
     void show(Dictionary settings) {
         tests::giveSettings<PluginsListView>(std::move(settings));
         view = make<PluginsListView>(kFrame);
@@ -52,7 +48,7 @@ struct PlugInList : testing::Test {
 };
 
 TEST_F(PlugInList, ShowsTheSavedOnesInTheirOrderAndTheOthersSortedByName) {
-    install({"Weather", "Clock", "Music", "Notes"});
+    plugins.addEach({"Weather", "Clock", "Music", "Notes"});
     show({{"kAppViewsEnabled", List{"test.Weather", "test.Notes"}}});
     EXPECT_THAT(view->enabled(), ElementsAre("test.Weather", "test.Notes"));
     EXPECT_THAT(view->disabled(), ElementsAre("test.Clock", "test.Music"));
@@ -61,13 +57,13 @@ TEST_F(PlugInList, ShowsTheSavedOnesInTheirOrderAndTheOthersSortedByName) {
 }
 
 TEST_F(PlugInList, ShowsAPlugInWithoutSettingsPageButNoneThatIsBroken) {
-    install({"no-page-1", "no-name-1", "empty-appID-1"});
+    plugins.addEach({"no-page-1", "no-name-1", "empty-appID-1"});
     show({});
     EXPECT_THAT(view->disabled(), ElementsAre("test.no-page-1"));
 }
 
 TEST_F(PlugInList, SortsNamesThatDifferInCaseNextToEachOther) {
-    install({"clock", "Dog", "Clock", "alarm"});
+    plugins.addEach({"clock", "Dog", "Clock", "alarm"});
     show({});
     ASSERT_EQ(view->disabled().size(), 4U);
     EXPECT_EQ(view->disabled().front(), "test.alarm");
@@ -75,7 +71,7 @@ TEST_F(PlugInList, SortsNamesThatDifferInCaseNextToEachOther) {
 }
 
 TEST_F(PlugInList, SavesTheEmptyListWhenTheOnlyOneIsDisabled) {
-    install({"Clock"});
+    plugins.addEach({"Clock"});
     show({{"kAppViewsEnabled", List{"test.Clock"}}});
     view->tableView().dropRow({0, 0}, {1, 0});
     expectSaved({});
@@ -84,14 +80,14 @@ TEST_F(PlugInList, SavesTheEmptyListWhenTheOnlyOneIsDisabled) {
 }
 
 TEST_F(PlugInList, MovesTheFirstOfThreeToTheEnd) {
-    install({"A", "B", "C"});
+    plugins.addEach({"A", "B", "C"});
     show({{"kAppViewsEnabled", List{"test.A", "test.B", "test.C"}}});
     view->tableView().dropRow({0, 0}, {0, 2});
     expectSaved({"test.B", "test.C", "test.A"});
 }
 
 TEST_F(PlugInList, HasTwoRowsForAnIdentifierThatWasSavedTwice) {
-    install({"A", "B"});
+    plugins.addEach({"A", "B"});
     show({{"kAppViewsEnabled", List{"test.A", "test.A"}}});
     EXPECT_THAT(view->enabled(), ElementsAre("test.A", "test.A"));
     EXPECT_EQ(titleAt({0, 1}), "A");
@@ -99,7 +95,7 @@ TEST_F(PlugInList, HasTwoRowsForAnIdentifierThatWasSavedTwice) {
 }
 
 TEST_F(PlugInList, SavesADropWithinTheDisabledOnesToo) {
-    install({"A", "B"});
+    plugins.addEach({"A", "B"});
     show({{"kAppViewsEnabled", List{}}});
     view->tableView().dropRow({1, 0}, {1, 1});
     expectSaved({});
@@ -107,7 +103,7 @@ TEST_F(PlugInList, SavesADropWithinTheDisabledOnesToo) {
 }
 
 TEST_F(PlugInList, CountsEverySectionButTheFirstAsTheSecond) {
-    install({"A", "B"});
+    plugins.addEach({"A", "B"});
     show({{"kAppViewsEnabled", List{"test.A"}}});
     view->moveRowAtIndexPath(view->tableView(), {0, 0}, {7, 1});
     expectSaved({});
@@ -115,7 +111,7 @@ TEST_F(PlugInList, CountsEverySectionButTheFirstAsTheSecond) {
 }
 
 TEST_F(PlugInList, StartsEmptyWithoutASavedListAndSavesExactlyWhatItShows) {
-    install({"A", "B"});
+    plugins.addEach({"A", "B"});
     show({});
     EXPECT_THAT(view->enabled(), IsEmpty());
     view->tableView().dropRow({1, 1}, {0, 0});
@@ -124,7 +120,7 @@ TEST_F(PlugInList, StartsEmptyWithoutASavedListAndSavesExactlyWhatItShows) {
 }
 
 TEST_F(PlugInList, KeepsAPlugInThatIsGoneAsAnUntitledRowUntilItIsDisabled) {
-    install({"A"});
+    plugins.addEach({"A"});
     show({{"kAppViewsEnabled", List{"test.gone", "test.A"}}});
     EXPECT_EQ(titleAt({0, 0}), "");
     EXPECT_EQ(view->tableView().cellForRowAtIndexPath({0, 0})->detailTextLabel().text(), "test.gone");
@@ -156,7 +152,7 @@ TEST_F(PlugInList, IsEmptyWithItsHeadersWhereNothingIsInstalledOrSaved) {
 }
 
 TEST_F(PlugInList, AnswersItsTableAsEverySelectionListDoes) {
-    install({"A"});
+    plugins.addEach({"A"});
     show({{"kAppViewsEnabled", List{"test.A"}}});
     UITableView& table = view->tableView();
     EXPECT_EQ(view->numberOfSectionsInTableView(table), 2);
@@ -178,7 +174,7 @@ TEST_F(PlugInList, AnswersItsTableAsEverySelectionListDoes) {
 }
 
 TEST_F(PlugInList, ShowsTitlesWithoutIconsAndHidesIdentifiers) {
-    install({"A"});
+    plugins.addEach({"A"});
     show({});
     const auto cell = view->tableView().cellForRowAtIndexPath({1, 0});
     EXPECT_EQ(cell->textLabel().text(), "A");
@@ -195,20 +191,20 @@ TEST_F(PlugInList, KeepsItsTablesFrameWhenThePageChangesItsSize) {
 }
 
 TEST_F(PlugInList, LooksIntoTheFolderAgainOnEachAppearanceOfItsPage) {
-    install({"A"});
+    plugins.addEach({"A"});
     tests::giveSettings<PluginsListView>(Dictionary{});
     const auto page = make<lumora::PluginsListViewController>();
     EXPECT_EQ(page->title(), "Plugins");
     page->viewWillAppear(false);
     EXPECT_THAT(std::dynamic_pointer_cast<PluginsListView>(page->view())->disabled(), ElementsAre("test.A"));
-    install({"B"});
+    plugins.addEach({"B"});
     page->viewWillAppear(false);
     EXPECT_THAT(std::dynamic_pointer_cast<PluginsListView>(page->view())->disabled(), ElementsAre("test.A", "test.B"));
     EXPECT_NE(platform::NSClassFromString("PluginsListViewController"), nullptr);
 }
 
 TEST_F(PlugInList, ShowsAMoveInTheNextViewOfItsPage) {
-    install({"A", "B"});
+    plugins.addEach({"A", "B"});
     tests::giveSettings<PluginsListView>(Dictionary{{"kAppViewsEnabled", List{"test.A", "test.B"}}});
     const auto page = make<lumora::PluginsListViewController>();
     page->viewWillAppear(false);

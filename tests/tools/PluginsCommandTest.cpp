@@ -191,9 +191,7 @@ TEST_F(PluginsCommand, ShowsNoCharacterThatTellsATerminalWhatToDo) {
 }
 
 TEST_F(PluginsCommand, GoesOnAfterAPlugInThatCrashed) {
-    plugins.add("aborting-1.bundle", "TestPlugin");
-    plugins.add("good-1.bundle", "TestPlugin");
-    plugins.add("good-2.bundle", "TestPlugin");
+    plugins.addEach({"aborting-1", "good-1", "good-2"});
     const Finished finished = list({plugins.path().string()});
     EXPECT_EQ(finished.status, 1);
     EXPECT_THAT(finished.output, AllOf(HasSubstr("good-1, test.good-1"), HasSubstr("good-2, test.good-2")));
