@@ -2,6 +2,7 @@
 #include "platform/foundation/FileContents.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/preferences/PSListController.h"
+#include "platform/ui/UIImageView.h"
 #include "tests/pages/RecordingTweak.h"
 #include "tests/support/TestName.h"
 
@@ -13,6 +14,8 @@
 namespace {
 
 using platform::NSBundle;
+using platform::PSListController;
+using platform::UIImageView;
 namespace fs = std::filesystem;
 
 const fs::path lumoraBundle = fs::path(LUMORA_TEST_ROOT) / "Library/PreferenceBundles/Lumora.bundle";
@@ -78,19 +81,25 @@ TEST(LumoraBundleDeathTest, HasNoPrincipalClassBeforeItIsLoaded) {
                 "");
 }
 
-TEST(LumoraBundle, LoadsAndItsRootPageFindsItsIconsInIt) {
+/// Loaded, beside a tweak that answers.
+std::shared_ptr<NSBundle> loadedBundle() {
     tests::RecordingTweak::shared();
-    const auto bundle = NSBundle::bundleWithPath(lumoraBundle);
-    ASSERT_NE(bundle, nullptr);
+    auto bundle = NSBundle::bundleWithPath(lumoraBundle);
     const platform::Result<void> loaded = bundle->load();
-    ASSERT_TRUE(loaded) << loaded.error();
-    EXPECT_TRUE(bundle->load()) << "a second time is no matter";
+    EXPECT_TRUE(loaded) << loaded.error();
+    return bundle;
+}
 
-    const platform::Class rootClass = bundle->principalClass();
-    ASSERT_NE(rootClass, nullptr);
-    EXPECT_EQ(rootClass->name, "LumoraPreferences");
-    const auto root = std::dynamic_pointer_cast<platform::PSListController>(rootClass->make());
+std::shared_ptr<PSListController> pageOf(platform::Class pageClass) {
+    return pageClass ? std::dynamic_pointer_cast<PSListController>(pageClass->make()) : nullptr;
+}
+
+TEST(LumoraBundle, LoadsAndItsRootPageFindsItsIconsInIt) {
+    const auto bundle = loadedBundle();
+    EXPECT_TRUE(bundle->load()) << "a second time is no matter";
+    const auto root = pageOf(bundle->principalClass());
     ASSERT_NE(root, nullptr);
+    EXPECT_EQ(bundle->principalClass()->name, "LumoraPreferences");
     const auto rows = root->specifiers();
     ASSERT_EQ(rows->size(), 15U);
     for (const auto& [button, name] : {std::pair(13U, "twitter"), std::pair(14U, "mail")}) {
@@ -102,8 +111,28 @@ TEST(LumoraBundle, LoadsAndItsRootPageFindsItsIconsInIt) {
         EXPECT_EQ(icon->encoded(2), platform::dataWithContentsOfFile(lumoraBundle / (name + std::string("@2x.png"))))
             << name;
     }
-    const platform::PSListController& page = *root;
+    const PSListController& page = *root;
     EXPECT_EQ(NSBundle::bundleForClass(typeid(page))->bundlePath(), lumoraBundle);
+}
+
+const UIImageView* imageIn(const platform::UIView& view) {
+    if (const auto* image = dynamic_cast<const UIImageView*>(&view)) return image;
+    for (const auto& subview : view.subviews())
+        if (const auto* image = imageIn(*subview)) return image;
+    return nullptr;
+}
+
+TEST(LumoraBundle, HasTheMapOfItsColourPage) {
+    const auto bundle = loadedBundle();
+    const auto page = pageOf(platform::NSClassFromString("ColorPickerController"));
+    ASSERT_NE(page, nullptr);
+    page->view()->setFrame(platform::CGRectMake(0, 0, 390, 760));
+    page->viewWillAppear(true);
+    const UIImageView* field = imageIn(*page->view());
+    ASSERT_NE(field, nullptr);
+    ASSERT_NE(field->image(), nullptr);
+    EXPECT_EQ(field->image()->encoded(1).size(), fs::file_size(lumoraBundle / "colormap.png"));
+    EXPECT_EQ(field->frame(), platform::CGRectMake(20, 20, 350, 535));
 }
 
 } // namespace
