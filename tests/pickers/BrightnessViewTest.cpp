@@ -35,7 +35,7 @@ TEST_F(BrightnessBar, LeavesOutTheAlphaOfItsColour) {
     EXPECT_EQ(bar->gradient()->stops().front(), (Stop{0, 0.1, 0.2, 0.3, 1}));
 }
 
-TEST_F(BrightnessBar, DoesNothingWhenItIsGivenTheVerySameColour) {
+TEST_F(BrightnessBar, IsDrawnAnewForEveryColourButTheVerySame) {
     const auto color = UIColor::colorWithHue(0.5, 1, 1, 1);
     bar->setColor(color);
     const auto gradient = bar->gradient();
@@ -43,12 +43,6 @@ TEST_F(BrightnessBar, DoesNothingWhenItIsGivenTheVerySameColour) {
     bar->setColor(color);
     EXPECT_EQ(bar->gradient(), gradient);
     EXPECT_EQ(drawn(), drawing);
-}
-
-TEST_F(BrightnessBar, IsDrawnAnewForAnEqualColourThatIsAnotherObject) {
-    bar->setColor(UIColor::colorWithHue(0.5, 1, 1, 1));
-    const auto gradient = bar->gradient();
-    const auto drawing = drawn();
     const auto equal = UIColor::colorWithHue(0.5, 1, 1, 1);
     bar->setColor(equal);
     EXPECT_EQ(bar->color(), equal);

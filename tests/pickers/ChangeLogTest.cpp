@@ -23,54 +23,43 @@ UITextView& textIn(const platform::UIView& view) {
     return dynamic_cast<UITextView&>(*view.subviews().at(0));
 }
 
-class ChangeLogTest : public testing::Test {
-  protected:
-    void write(const std::string& text) const { file_.write(text); }
+struct ChangeLogTest : testing::Test {
+    tests::BundleFile file{typeid(ChangeLog), "changelog.txt"};
+    std::shared_ptr<ChangeLog> log;
 
-    tests::BundleFile file_{typeid(ChangeLog), "changelog.txt"};
+    UITextView& shown() {
+        log = make<ChangeLog>(CGRectMake(0, 0, 320, 480));
+        return textIn(*log);
+    }
 };
 
 TEST_F(ChangeLogTest, ShowsTheWholeFileInTheSystemsFontAt15Points) {
     std::string text = "1.0\n• Größe, façade, 日本語 ✅\n\n";
     for (int i = 0; i < 20000; ++i)
         text += "a line of the change log\n";
-    write(text);
-    const auto view = make<ChangeLog>(CGRectMake(0, 0, 320, 480));
-    EXPECT_EQ(textIn(*view).text(), text);
-    EXPECT_EQ(textIn(*view).font()->fontName(), "");
-    EXPECT_EQ(textIn(*view).font()->pointSize(), 15.0);
+    file.write(text);
+    EXPECT_EQ(shown().text(), text);
+    EXPECT_EQ(textIn(*log).font()->fontName(), "");
+    EXPECT_EQ(textIn(*log).font()->pointSize(), 15.0);
 }
 
-TEST_F(ChangeLogTest, CanNeitherBeEditedNorSelected) {
-    write("text");
-    const auto view = make<ChangeLog>(CGRectMake(0, 0, 320, 480));
-    EXPECT_FALSE(textIn(*view).isEditable());
-    EXPECT_FALSE(textIn(*view).isSelectable());
+TEST_F(ChangeLogTest, HoldsNothingButATextViewWhichCanNeitherBeEditedNorSelected) {
+    file.write("text");
+    const UITextView& text = shown();
+    EXPECT_FALSE(text.isEditable());
+    EXPECT_FALSE(text.isSelectable());
+    EXPECT_EQ(text.autoresizingMask(), 0U);
+    EXPECT_EQ(log->subviews().size(), 1U);
 }
 
-TEST_F(ChangeLogTest, HoldsNothingButItsTextView) {
-    write("text");
-    const auto view = make<ChangeLog>(CGRectMake(0, 0, 320, 480));
-    EXPECT_EQ(view->subviews().size(), 1U);
-    EXPECT_EQ(textIn(*view).autoresizingMask(), 0U);
-}
-
-TEST_F(ChangeLogTest, IsEmptyWithoutTheFile) {
-    const auto view = make<ChangeLog>(CGRectMake(0, 0, 320, 480));
-    EXPECT_EQ(textIn(*view).text(), "");
-}
-
-TEST_F(ChangeLogTest, IsEmptyWhenTheFileIsNotUtf8) {
-    write("Gr\xF6\xDF"
-          "e");
-    const auto view = make<ChangeLog>(CGRectMake(0, 0, 320, 480));
-    EXPECT_EQ(textIn(*view).text(), "");
-}
-
-TEST_F(ChangeLogTest, IsEmptyWhenSomethingElseStandsInThePlaceOfTheFile) {
-    std::filesystem::create_directory(file_.path());
-    const auto view = make<ChangeLog>(CGRectMake(0, 0, 320, 480));
-    EXPECT_EQ(textIn(*view).text(), "");
+TEST_F(ChangeLogTest, IsEmptyWhereTheFileIsMissingOrNoText) {
+    EXPECT_EQ(shown().text(), "");
+    file.write("Gr\xF6\xDF"
+               "e");
+    EXPECT_EQ(shown().text(), "") << "no UTF-8";
+    std::filesystem::remove(file.path());
+    std::filesystem::create_directory(file.path());
+    EXPECT_EQ(shown().text(), "") << "a folder";
 }
 
 TEST_F(ChangeLogTest, TakesItsFrameForTheTextViewToo) {
@@ -83,10 +72,10 @@ TEST_F(ChangeLogTest, TakesItsFrameForTheTextViewToo) {
 TEST_F(ChangeLogTest, IsReadAnewOnEachAppearance) {
     const auto page = make<ChangeLogController>();
     EXPECT_EQ(page->title(), "Change Log");
-    write("one");
+    file.write("one");
     page->viewWillAppear(true);
     EXPECT_EQ(textIn(*page->view()).text(), "one");
-    write("two");
+    file.write("two");
     page->viewWillAppear(true);
     EXPECT_EQ(textIn(*page->view()).text(), "two");
     EXPECT_NE(dynamic_cast<ChangeLog*>(page->view().get()), nullptr);

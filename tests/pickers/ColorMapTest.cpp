@@ -9,8 +9,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 

@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -20,6 +19,7 @@ using lumora::FontView;
 using lumora::FontViewController;
 using platform::CGRectMake;
 using platform::Dictionary;
+using platform::List;
 using platform::make;
 using platform::NSIndexPath;
 using platform::UITableView;
@@ -49,6 +49,16 @@ struct FontList : testing::Test {
         for (const auto& [path, cell] : table().visibleCells())
             if (cell->accessoryType() == kMark) rows.push_back(path.row);
         return rows;
+    }
+    /// The chosen row alone is marked, and is to be scrolled to the middle; these rows are in view.
+    void expectChosen(int row, int first, int last) const {
+        EXPECT_EQ(view->selectedIndex(), (NSIndexPath{0, row}));
+        EXPECT_THAT(markedRows(), ElementsAre(row));
+        EXPECT_EQ(table().scrollRequest().row, (NSIndexPath{0, row}));
+        EXPECT_EQ(table().scrollRequest().position, platform::UITableViewScrollPositionMiddle);
+        EXPECT_FALSE(table().scrollRequest().animated);
+        EXPECT_EQ(table().visibleCells().begin()->first.row, first);
+        EXPECT_EQ(table().visibleCells().rbegin()->first.row, last);
     }
     void tap(int row) const { table().tapRow({0, row}); }
     /// The whole list is in view from then on.
@@ -118,48 +128,22 @@ TEST_F(FontList, LeavesALabelItsFontWhenThereIsNoSuchFontAnyMore) {
     EXPECT_EQ(label.font(), before);
 }
 
-struct Unmarked {
-    const char* what;
-    Dictionary settings;
-};
-void PrintTo(const Unmarked& one, std::ostream* out) {
-    *out << one.what;
-}
-struct FontListUnmarked : FontList, testing::WithParamInterface<Unmarked> {};
-
-TEST_P(FontListUnmarked, MarksDefaultAndBeginsAtTheTop) {
+TEST_F(FontList, MarksDefaultAndBeginsAtTheTopWithoutAFontOfTheStoredName) {
     const TestFonts fonts({"many=100"});
-    show(GetParam().settings);
-    EXPECT_EQ(view->selectedIndex(), (NSIndexPath{0, 0}));
-    EXPECT_THAT(markedRows(), ElementsAre(0));
-    EXPECT_EQ(table().scrollRequest().row, (NSIndexPath{0, 0}));
-    EXPECT_EQ(table().scrollRequest().position, platform::UITableViewScrollPositionMiddle);
-    EXPECT_FALSE(table().scrollRequest().animated);
-    EXPECT_EQ(table().visibleCells().begin()->first.row, 0);
-    EXPECT_EQ(table().visibleCells().rbegin()->first.row, 17);
-    EXPECT_THAT(tweak.changes(), IsEmpty()) << "nothing is saved until a row is tapped";
+    show({{"other", 1}});
+    expectChosen(0, 0, 17);
+    for (const Value& stored : List{"Default", "Gone-Regular", "Many 0001", "many0001-regular", "", 7}) {
+        SCOPED_TRACE(description(stored));
+        showWith(stored);
+        expectChosen(0, 0, 17);
+        EXPECT_THAT(tweak.changes(), IsEmpty()) << "nothing is saved until a row is tapped";
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Stored, FontListUnmarked,
-                         testing::Values(Unmarked{"Nothing", {{"other", 1}}},
-                                         Unmarked{"Default", {{"kLSDateFontName", "Default"}}},
-                                         Unmarked{"Gone", {{"kLSDateFontName", "Gone-Regular"}}},
-                                         Unmarked{"AFamily", {{"kLSDateFontName", "Many 0001"}}},
-                                         Unmarked{"OtherCase", {{"kLSDateFontName", "many0001-regular"}}},
-                                         Unmarked{"Empty", {{"kLSDateFontName", ""}}},
-                                         Unmarked{"NoText", {{"kLSDateFontName", 7}}}),
-                         [](const auto& param) { return std::string(param.param.what); });
 
 TEST_F(FontList, MarksTheStoredFontAndScrollsItToTheMiddle) {
     const TestFonts fonts({"many=100"});
     showWith("Many0049-Regular");
-    EXPECT_EQ(view->selectedIndex(), (NSIndexPath{0, 50}));
-    EXPECT_THAT(markedRows(), ElementsAre(50));
-    EXPECT_EQ(table().scrollRequest().row, (NSIndexPath{0, 50}));
-    EXPECT_EQ(table().scrollRequest().position, platform::UITableViewScrollPositionMiddle);
-    EXPECT_FALSE(table().scrollRequest().animated);
-    EXPECT_EQ(table().visibleCells().begin()->first.row, 41);
-    EXPECT_EQ(table().visibleCells().rbegin()->first.row, 59);
+    expectChosen(50, 41, 59);
 }
 
 TEST_F(FontList, MarksTheFirstOfTwoFontsOfTheStoredName) {
@@ -178,14 +162,9 @@ TEST_F(FontList, StoresATappedFontAtOnceAndMovesTheMark) {
     EXPECT_EQ(table().indexPathForSelectedRow(), std::nullopt);
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("Many0006-Regular")));
     EXPECT_EQ(tweak.requests(), asked) << "the choice is read at creation only";
-}
-
-TEST_F(FontList, StoresDefaultByThatName) {
-    const TestFonts fonts({"many=10"});
-    showWith("Many0002-Regular");
     tap(0);
     EXPECT_THAT(markedRows(), ElementsAre(0));
-    EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("Default")));
+    EXPECT_EQ(tweak.waitForChanges(2).back(), change("Default")) << "which is stored by that name";
 }
 
 TEST_F(FontList, SendsTheMarkedRowAgainAndKeepsItsMark) {
