@@ -117,12 +117,8 @@ TEST_F(AppViewsPage, GivesThePageOfAPlugInASessionAndKeysOfItsOwn) {
 }
 
 TEST_F(AppViewsPage, SendsTheSwitchAndThePasscodeAtOnce) {
-    const auto page = make<PluginsListController>();
-    page->specifiers()->at(1)->performSetter(true);
-    EXPECT_EQ(tweak.waitForChanges(1).back(), Value(Dictionary{{"key", "kWidgetsEnabled"}, {"object", true}}));
-    page->specifiers()->at(2)->performSetter("24680");
-    EXPECT_EQ(tweak.waitForChanges(2).back(),
-              Value(Dictionary{{"key", "kAutoUnlockWidgetPasscode"}, {"object", "24680"}}));
+    tests::expectSet<PluginsListController>("kWidgetsEnabled", true);
+    tests::expectSet<PluginsListController>("kAutoUnlockWidgetPasscode", "24680");
 }
 
 TEST_F(AppViewsPage, OpensThePagesOfTheSamplesWithIconsOfTheirOwn) {

@@ -16,16 +16,16 @@ namespace tests {
 /// Everything that a row of a settings page says of itself.
 struct ExpectedRow {
     int cell = 0;
-    std::string name;
-    std::string identifier;
-    std::string detail;
-    std::string footer;
-    std::string placeholder;
-    std::optional<double> min;
-    std::optional<double> max;
+    std::string name{};
+    std::string identifier{};
+    std::string detail{};
+    std::string footer{};
+    std::string placeholder{};
+    std::optional<double> min{};
+    std::optional<double> max{};
     bool showsValue = false;
-    std::vector<std::string> titles;
-    std::vector<platform::Value> values;
+    std::vector<std::string> titles{};
+    std::vector<platform::Value> values{};
     friend bool operator==(const ExpectedRow&, const ExpectedRow&) = default;
 
     friend std::ostream& operator<<(std::ostream& out, const ExpectedRow& row) {
@@ -38,67 +38,54 @@ struct ExpectedRow {
 
 using ExpectedRows = std::vector<ExpectedRow>;
 
-inline ExpectedRow row(int cell, const std::string& name, const std::string& key = "", const std::string& opens = "") {
-    ExpectedRow row;
-    row.cell = cell;
-    row.name = name;
-    row.identifier = key;
-    row.detail = opens;
-    return row;
-}
 inline ExpectedRow group(const std::string& header, const std::string& footer = "") {
-    ExpectedRow group = row(0, header);
-    group.footer = footer;
-    return group;
+    return {.cell = 0, .name = header, .footer = footer};
 }
 inline ExpectedRow page(const std::string& title, const std::string& pageClass) {
-    return row(1, title, "", pageClass);
+    return {.cell = 1, .name = title, .detail = pageClass};
 }
-inline ExpectedRow options(const std::string& title, const std::string& key, std::vector<std::string> titles,
-                           std::vector<platform::Value> values) {
-    ExpectedRow options = row(2, title, key, "PSListItemsController");
-    options.titles = std::move(titles);
-    options.values = std::move(values);
-    return options;
-}
-inline ExpectedRow toggle(const std::string& title, const std::string& key) {
-    return row(6, title, key);
-}
-inline ExpectedRow text(const std::string& title) {
-    return row(7, title);
+inline ExpectedRow options(const std::string& title, const std::string& key, const std::vector<std::string>& titles,
+                           const std::vector<platform::Value>& values) {
+    return {.cell = 2,
+            .name = title,
+            .identifier = key,
+            .detail = "PSListItemsController",
+            .titles = titles,
+            .values = values};
 }
 inline ExpectedRow slider(const std::string& key, double min, double max) {
-    ExpectedRow slider = row(5, "", key);
-    slider.min = min;
-    slider.max = max;
-    slider.showsValue = true;
-    return slider;
+    return {.cell = 5, .identifier = key, .min = min, .max = max, .showsValue = true};
+}
+inline ExpectedRow toggle(const std::string& title, const std::string& key) {
+    return {.cell = 6, .name = title, .identifier = key};
+}
+inline ExpectedRow text(const std::string& title) {
+    return {.cell = 7, .name = title};
 }
 inline ExpectedRow field(const std::string& placeholder, const std::string& key) {
-    ExpectedRow field = row(8, "", key);
-    field.placeholder = placeholder;
-    return field;
+    return {.cell = 8, .identifier = key, .placeholder = placeholder};
 }
 inline ExpectedRow secret(const std::string& placeholder, const std::string& key) {
-    ExpectedRow secret = field(placeholder, key);
-    secret.cell = 12;
-    return secret;
+    return {.cell = 12, .identifier = key, .placeholder = placeholder};
 }
 inline ExpectedRow button(const std::string& title) {
-    return row(13, title);
+    return {.cell = 13, .name = title};
 }
 
 inline ExpectedRow asExpected(const platform::PSSpecifier& row) {
-    ExpectedRow shown = tests::row(row.cellType(), row.name(), row.identifier(), row.detail().name());
-    shown.titles = row.titles();
-    shown.values = row.values();
+    ExpectedRow shown{.cell = row.cellType(),
+                      .name = row.name(),
+                      .identifier = row.identifier(),
+                      .detail = row.detail().name(),
+                      .showsValue = row.property("showValue").boolValue(),
+                      .titles = row.titles(),
+                      .values = row.values()};
     const platform::Value footer = row.property("footerText");
     if (footer.text()) shown.footer = *footer.text();
     if (const auto* field = dynamic_cast<const platform::PSTextFieldSpecifier*>(&row))
         shown.placeholder = field->placeholder();
     if (row.hasProperty("min")) shown.min = row.property("min").doubleValue();
     if (row.hasProperty("max")) shown.max = row.property("max").doubleValue();
-    shown.showsValue = row.property("showValue").boolValue();
     return shown;
 }
 

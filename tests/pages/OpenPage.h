@@ -5,6 +5,9 @@
 #include "tests/pages/RecordingTweak.h"
 #include "tests/support/Deadline.h"
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <string>
 #include <utility>
@@ -47,6 +50,20 @@ std::shared_ptr<Page> openPage(platform::Dictionary settings = {}) {
         RecordingTweak::waitUntilIdle();
         if (page->getValue(*probe) == platform::Value(openings)) return page;
     }
+}
+
+/// Sets the row of a key on a page that is opened with these settings: the row has the value then, and that change is
+/// the only one that the tweak is sent.
+template<class Page>
+void expectSet(const std::string& key, const platform::Value& value, platform::Dictionary settings = {}) {
+    SCOPED_TRACE(key);
+    const auto page = openPage<Page>(std::move(settings));
+    const auto row = rowOf(*page, key);
+    ASSERT_NE(row, nullptr);
+    row->performSetter(value);
+    EXPECT_EQ(row->performGetter(), value);
+    const platform::Value change = platform::Dictionary{{"key", key}, {"object", value}};
+    EXPECT_THAT(RecordingTweak::shared().changes(), testing::ElementsAre(change));
 }
 
 } // namespace tests

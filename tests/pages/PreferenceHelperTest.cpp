@@ -6,7 +6,6 @@
 
 #include "platform/preferences/PSListItemsController.h"
 #include <filesystem>
-#include <fstream>
 
 #include <gtest/gtest.h>
 #include <map>

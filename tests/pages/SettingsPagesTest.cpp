@@ -3,6 +3,7 @@
 #include "pages/LSDateViewSettings.h"
 #include "pages/LSPasscodeSettings.h"
 #include "pages/LSSettingsController.h"
+#include "pages/LumoraPreferences.h"
 
 #include "tests/pages/ExpectedRows.h"
 #include "tests/pages/OpenPage.h"
@@ -18,6 +19,7 @@ using lumora::AutoUnlockController;
 using lumora::LSDateViewSettings;
 using lumora::LSPasscodeSettings;
 using lumora::LSSettingsController;
+using lumora::LumoraPreferences;
 using platform::Dictionary;
 using platform::PSSpecifier;
 using platform::Value;
@@ -25,11 +27,6 @@ using namespace tests;
 
 struct SettingsPages : testing::Test {
     RecordingTweak& tweak = RecordingTweak::shared();
-
-    /// The only change that the tweak was sent.
-    void expectChange(const std::string& key, const Value& value) {
-        EXPECT_THAT(tweak.changes(), testing::ElementsAre(Value(Dictionary{{"key", key}, {"object", value}})));
-    }
 };
 
 // Lockscreen Apps
@@ -71,20 +68,6 @@ TEST_F(SettingsPages, LockscreenAppsHasItsRowsInOrder) {
         });
 }
 
-TEST_F(SettingsPages, LockscreenAppsGivesTheVeryRowListASecondTime) {
-    const auto apps = openPage<AppsController>();
-    const auto first = apps->specifiers();
-    EXPECT_EQ(apps->specifiers(), first);
-}
-
-TEST_F(SettingsPages, ChoosingSevenInLandscapeStoresAndSendsTheInteger) {
-    const auto apps = openPage<AppsController>();
-    const auto row = rowOf(*apps, "kAppsPerRowLandscape");
-    row->performSetter(row->values().back());
-    EXPECT_EQ(row->performGetter(), Value(7));
-    expectChange("kAppsPerRowLandscape", 7);
-}
-
 // Lock Screen Settings
 
 TEST_F(SettingsPages, LockScreenSettingsHasItsRowsInOrder) {
@@ -106,26 +89,6 @@ TEST_F(SettingsPages, LockScreenSettingsHasItsRowsInOrder) {
                                 field("Date Subtitle Text", "kLSDateSubtitle"),
                                 field("Slide To Unlock Text", "kSlideToUnlockText"),
                             });
-}
-
-TEST_F(SettingsPages, SwitchingDateViewOnSendsThatItIsToBeHidden) {
-    const auto lockScreen = openPage<LSSettingsController>();
-    const auto row = rowOf(*lockScreen, "kDateViewDisabled");
-    row->performSetter(true);
-    EXPECT_EQ(row->performGetter(), Value(true));
-    expectChange("kDateViewDisabled", true);
-}
-
-TEST_F(SettingsPages, TypingInAFieldSendsTheText) {
-    const auto lockScreen = openPage<LSSettingsController>();
-    rowOf(*lockScreen, "kSlideToUnlockText")->performSetter("go on, then");
-    expectChange("kSlideToUnlockText", "go on, then");
-}
-
-TEST_F(SettingsPages, ClearingAFieldSendsTheEmptyText) {
-    const auto lockScreen = openPage<LSSettingsController>({{"kSlideToUnlockText", "before"}});
-    rowOf(*lockScreen, "kSlideToUnlockText")->performSetter("");
-    expectChange("kSlideToUnlockText", "");
 }
 
 TEST_F(SettingsPages, OpeningAPageBelowFetchesTheSettingsAnew) {
@@ -173,24 +136,6 @@ TEST_F(SettingsPages, AutoUnlockHasItsRowsInOrder) {
                    group("", "If you don't want all your apps in lumora to auto-unlock, specify them here."),
                    page("Auto-Unlock Apps", "AUAppsListController"),
                });
-}
-
-TEST_F(SettingsPages, APasscodeAndAnotherAsItsConfirmationAreBothSentAsTyped) {
-    const auto unlock = openPage<AutoUnlockController>();
-    rowOf(*unlock, "kAutoUnlockPasscode")->performSetter("1234");
-    expectChange("kAutoUnlockPasscode", "1234");
-    tweak.forgetChanges();
-    rowOf(*unlock, "kAutoUnlockPasscodeConfirm")->performSetter("4321");
-    expectChange("kAutoUnlockPasscodeConfirm", "4321");
-    EXPECT_EQ(rowOf(*unlock, "kAutoUnlockPasscode")->performGetter(), Value("1234"));
-}
-
-TEST_F(SettingsPages, FullUnlockIsSentWhileTheConfirmationIsEmpty) {
-    const auto unlock = openPage<AutoUnlockController>({{"kAutoUnlockPasscode", "1234"}});
-    const auto row = rowOf(*unlock, "kFullAutoUnlockEnabled");
-    row->performSetter(true);
-    EXPECT_EQ(row->performGetter(), Value(true));
-    expectChange("kFullAutoUnlockEnabled", true);
 }
 
 // Passcode View
@@ -266,10 +211,22 @@ TEST_F(SettingsPages, AChangeOnTheDateViewPageLeavesTheOpenPageBelowAsItWas) {
 
 // All of them
 
+TEST_F(SettingsPages, StoreAndSendWhatTheirRowsAreSetTo) {
+    expectSet<LumoraPreferences>("kSleepTime", 3600); // "Never"
+    expectSet<LumoraPreferences>("kTweakEnabled", true);
+    expectSet<AppsController>("kAppsPerRowLandscape", 7);
+    expectSet<LSSettingsController>("kDateViewDisabled", true); // on is hidden
+    expectSet<LSSettingsController>("kSlideToUnlockText", "go on, then");
+    expectSet<LSSettingsController>("kSlideToUnlockText", "", {{"kSlideToUnlockText", "before"}});
+    expectSet<AutoUnlockController>("kAutoUnlockPasscode", "1234");
+    expectSet<AutoUnlockController>("kAutoUnlockPasscodeConfirm", "4321", {{"kAutoUnlockPasscode", "1234"}});
+    expectSet<AutoUnlockController>("kFullAutoUnlockEnabled", true, {{"kAutoUnlockPasscode", "1234"}}); // unconfirmed
+}
+
 template<class Page>
 struct EveryPageOfRows : testing::Test {};
-using PagesOfRows =
-    testing::Types<AppsController, AutoUnlockController, LSDateViewSettings, LSPasscodeSettings, LSSettingsController>;
+using PagesOfRows = testing::Types<LumoraPreferences, AppsController, AutoUnlockController, LSDateViewSettings,
+                                   LSPasscodeSettings, LSSettingsController>;
 TYPED_TEST_SUITE(EveryPageOfRows, PagesOfRows);
 
 TYPED_TEST(EveryPageOfRows, IsFoundByItsClassName) {
@@ -277,6 +234,11 @@ TYPED_TEST(EveryPageOfRows, IsFoundByItsClassName) {
     const auto found = platform::NSClassFromString(name.substr(name.rfind(':') + 1));
     ASSERT_NE(found, nullptr) << name;
     EXPECT_EQ(found->name, name.substr(name.rfind(':') + 1));
+}
+
+TYPED_TEST(EveryPageOfRows, GivesTheVeryRowListASecondTime) {
+    const auto opened = openPage<TypeParam>();
+    EXPECT_EQ(opened->specifiers(), opened->specifiers());
 }
 
 TYPED_TEST(EveryPageOfRows, LeavesARowListThatIsAlreadySetAsItIs) {
