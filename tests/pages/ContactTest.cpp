@@ -55,8 +55,8 @@ class ContactTest : public ::testing::Test {
     ContactTest() : page(tests::openPage<LumoraPreferences>()) {
         std::filesystem::create_directory(copies);
         ::setenv("TMPDIR", copies.c_str(), 1);
+        ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
     }
-    void enableMail() { ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1); }
     void tap(std::size_t row) { page->specifiers()->at(row)->performAction(); }
     void tapMail() { tap(14); }
     std::shared_ptr<MFMailComposeViewController> composer() {
@@ -72,6 +72,13 @@ class ContactTest : public ::testing::Test {
             EXPECT_TRUE(attachment.data->read(0, bytes.data(), bytes.size()));
             all.emplace_back(attachment.fileName, std::move(bytes));
         }
+        return all;
+    }
+    /// Those of a report of its own.
+    std::vector<std::pair<std::string, std::string>> attached() {
+        tapMail();
+        auto all = attachments();
+        if (composer()) composer()->cancel();
         return all;
     }
     static constexpr const char* kLog = "/var/mobile/nevo_lumora_log";
@@ -101,7 +108,6 @@ TEST_F(ContactTest, OpensNothingWhereNoApplicationTakesProfiles) {
 }
 
 TEST_F(ContactTest, PresentsAReportToTheMaker) {
-    enableMail();
     tapMail();
     ASSERT_NE(composer(), nullptr);
     const auto& message = composer()->message();
@@ -113,62 +119,39 @@ TEST_F(ContactTest, PresentsAReportToTheMaker) {
 }
 
 TEST_F(ContactTest, PresentsNothingWhereNoMailCanBeSent) {
+    ::setenv("LUMORA_SENDMAIL", "", 1);
     testing::internal::CaptureStderr();
     tapMail();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_EQ(page->presentedViewController(), nullptr);
 }
 
-TEST_F(ContactTest, AttachesBothDiagnosticFilesInOrder) {
-    enableMail();
-    device.write("one", kLog);
-    device.write(std::string("\0\xff", 2), kOther);
-    tapMail();
-    EXPECT_THAT(attachments(), ElementsAre(Pair("log", "one"), Pair("dpkgl.log", std::string("\0\xff", 2))));
-}
-
-TEST_F(ContactTest, AttachesNothingWhereNeitherFileIsThere) {
-    enableMail();
-    tapMail();
-    EXPECT_THAT(attachments(), IsEmpty());
-}
-
-TEST_F(ContactTest, AttachesTheOneFileThatIsThere) {
-    enableMail();
-    device.write("two", kOther);
-    tapMail();
-    EXPECT_THAT(attachments(), ElementsAre(Pair("dpkgl.log", "two")));
-}
-
-TEST_F(ContactTest, AttachesAnEmptyFile) {
-    enableMail();
+TEST_F(ContactTest, AttachesThoseDiagnosticFilesThatAreThereInOrder) {
+    EXPECT_THAT(attached(), IsEmpty());
+    const std::string bytes("\0\xff", 2);
+    device.write(bytes, kOther);
+    EXPECT_THAT(attached(), ElementsAre(Pair("dpkgl.log", bytes)));
     device.write("", kLog);
-    tapMail();
-    EXPECT_THAT(attachments(), ElementsAre(Pair("log", "")));
+    EXPECT_THAT(attached(), ElementsAre(Pair("log", ""), Pair("dpkgl.log", bytes)));
+    device.write("one", kLog);
+    EXPECT_THAT(attached(), ElementsAre(Pair("log", "one"), Pair("dpkgl.log", bytes)));
 }
 
 TEST_F(ContactTest, SkipsWhatOnlyStandsWhereAFileShouldBe) {
-    enableMail();
-    const auto expectNothing = [this](const char* what) {
-        testing::internal::CaptureStderr();
-        tapMail();
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << what;
-        EXPECT_THAT(attachments(), IsEmpty()) << what;
-        composer()->cancel();
-    };
+    testing::internal::CaptureStderr();
     std::filesystem::create_directories(log());
     std::filesystem::create_directories(other().parent_path());
     ASSERT_EQ(::mkfifo(other().c_str(), 0600), 0);
-    expectNothing("a folder and a pipe");
+    EXPECT_THAT(attached(), IsEmpty()) << "a folder and a pipe";
     std::filesystem::remove(log());
     std::filesystem::remove(other());
     std::filesystem::create_symlink(other(), log());
     std::filesystem::create_symlink(log(), other());
-    expectNothing("links in a circle");
+    EXPECT_THAT(attached(), IsEmpty()) << "links in a circle";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(ContactTest, SkipsAFileThatCannotBeRead) {
-    enableMail();
     device.write("secret", kLog);
     device.write("two", kOther);
     ASSERT_EQ(::chmod(log().c_str(), 0), 0);
@@ -186,7 +169,6 @@ TEST_F(ContactTest, SkipsAFileThatCannotBeRead) {
 }
 
 TEST_F(ContactTest, AttachesALogThatNoMessageWouldHoldWithoutHoldingItInMemory) {
-    enableMail();
     device.write("", kLog);
     std::filesystem::resize_file(log(), 100'000'000);
     const Allocations before = Allocations::now();
@@ -197,7 +179,6 @@ TEST_F(ContactTest, AttachesALogThatNoMessageWouldHoldWithoutHoldingItInMemory) 
 }
 
 TEST_F(ContactTest, SkipsALogForWhoseCopyThereIsNoRoom) {
-    enableMail();
     device.write("", kLog);
     device.write(std::string(100'000, 'x'), kOther);
     const auto room = std::filesystem::space(home.path()).available;
@@ -215,7 +196,6 @@ TEST_F(ContactTest, SkipsALogForWhoseCopyThereIsNoRoom) {
 }
 
 TEST_F(ContactTest, AttachesWhatStoodThereAtTheTap) {
-    enableMail();
     device.write("before", kLog);
     device.write("before", kOther);
     tapMail();
@@ -226,7 +206,6 @@ TEST_F(ContactTest, AttachesWhatStoodThereAtTheTap) {
 }
 
 TEST_F(ContactTest, AttachesSomeBeginningOfALogThatGrowsAndShrinksMeanwhile) {
-    enableMail();
     const std::string whole(1'000'000, 'x');
     device.write(whole, kLog);
     std::atomic<bool> over = false;
@@ -237,19 +216,16 @@ TEST_F(ContactTest, AttachesSomeBeginningOfALogThatGrowsAndShrinksMeanwhile) {
         }
     });
     for (int i = 0; i < 100; ++i) {
-        tapMail();
-        const auto attached = attachments();
-        EXPECT_THAT(attached, SizeIs(1));
-        for (const auto& [name, bytes] : attached)
+        const auto logs = attached();
+        EXPECT_THAT(logs, SizeIs(1));
+        for (const auto& [name, bytes] : logs)
             EXPECT_TRUE(whole.starts_with(bytes)) << bytes.size() << " bytes";
-        composer()->cancel();
     }
     over = true;
     writer.join();
 }
 
 TEST_F(ContactTest, BuildsAnotherReportForEachTap) {
-    enableMail();
     tapMail();
     const auto first = composer();
     first->cancel();
@@ -260,7 +236,6 @@ TEST_F(ContactTest, BuildsAnotherReportForEachTap) {
 }
 
 TEST_F(ContactTest, DismissesTheReportHoweverItEnded) {
-    enableMail();
     const platform::NSError error{"why"};
     for (const int result : {0, 1, 2, 3}) {
         tapMail();

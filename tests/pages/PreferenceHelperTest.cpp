@@ -2,11 +2,11 @@
 #include "pages/PreferenceHelperAdditions.h"
 
 #include "platform/foundation/NSBundle.h"
+#include "platform/preferences/PSListItemsController.h"
+#include "tests/pages/ExpectedRows.h"
 #include "tests/support/TestName.h"
 
-#include "platform/preferences/PSListItemsController.h"
 #include <filesystem>
-
 #include <gtest/gtest.h>
 #include <map>
 
@@ -17,6 +17,7 @@ using lumora::PreferenceHelperAdditions::addIcon;
 using platform::make;
 using platform::selector;
 using platform::Value;
+using tests::asExpected;
 namespace fs = std::filesystem;
 
 struct Page final : platform::PSListController {
@@ -43,7 +44,8 @@ struct RowBuilder : testing::Test {
         EXPECT_EQ(page->stored[key], Value(42));
         EXPECT_EQ(row->performGetter(), Value(42));
     }
-    static void expectUnbound(const platform::PSSpecifierRef& row) {
+    static void expectUnbound(const platform::PSSpecifierRef& row, const platform::NSObject* target) {
+        EXPECT_EQ(row->target(), target);
         EXPECT_FALSE(row->setAction());
         EXPECT_FALSE(row->getAction());
     }
@@ -51,32 +53,22 @@ struct RowBuilder : testing::Test {
 
 TEST_F(RowBuilder, MakesAButtonThatCallsThePageWithTheRow) {
     const auto row = helper->button("@handle", selector(&Page::tapped));
-    EXPECT_EQ(row->cellType(), 13);
-    EXPECT_EQ(row->name(), "@handle");
-    EXPECT_EQ(row->target(), page.get());
-    expectUnbound(row);
+    EXPECT_EQ(asExpected(*row), tests::button("@handle"));
+    expectUnbound(row, page.get());
     row->performAction();
     EXPECT_EQ(page->lastTap, "@handle");
 }
 
 TEST_F(RowBuilder, MakesALinkToAPageClass) {
     const auto row = helper->link("Apps", "AppsController");
-    EXPECT_EQ(row->cellType(), 1);
-    EXPECT_EQ(row->name(), "Apps");
-    EXPECT_EQ(row->target(), page.get());
-    EXPECT_EQ(row->detail().name(), "AppsController");
-    EXPECT_EQ(row->identifier(), "");
-    expectUnbound(row);
+    EXPECT_EQ(asExpected(*row), tests::page("Apps", "AppsController"));
+    expectUnbound(row, page.get());
 }
 
 TEST_F(RowBuilder, MakesAnOptionListWithTitlesAsShortTitles) {
     const auto row = helper->link("Sleep After", "kSleepTime", {"5 Seconds", "Never"}, {5, 3600});
-    EXPECT_EQ(row->cellType(), 2);
-    EXPECT_EQ(row->name(), "Sleep After");
-    EXPECT_EQ(row->detail().name(), "PSListItemsController");
-    EXPECT_EQ(row->titles(), (std::vector<std::string>{"5 Seconds", "Never"}));
+    EXPECT_EQ(asExpected(*row), tests::options("Sleep After", "kSleepTime", {"5 Seconds", "Never"}, {5, 3600}));
     EXPECT_EQ(row->shortTitles(), row->titles());
-    EXPECT_EQ(row->values(), (std::vector<Value>{5, 3600}));
     expectBoundTo(row, "kSleepTime");
 }
 
@@ -88,79 +80,53 @@ TEST_F(RowBuilder, PassesOptionListsOfUnequalLengthOnUnchecked) {
 
 TEST_F(RowBuilder, MakesASwitchWhoseKeyIsThePropertyId) {
     const auto row = helper->toggle("Enable", "kEnabled");
-    EXPECT_EQ(row->cellType(), 6);
-    EXPECT_EQ(row->name(), "Enable");
+    EXPECT_EQ(asExpected(*row), tests::toggle("Enable", "kEnabled"));
     EXPECT_EQ(row->property("id"), Value("kEnabled"));
     expectBoundTo(row, "kEnabled");
 }
 
 TEST_F(RowBuilder, MakesASwitchWithOperationsOfItsOwn) {
     const auto row = helper->toggle("Enable", "kEnabled", selector(&Page::setOther), selector(&Page::getOther));
-    EXPECT_EQ(row->cellType(), 6);
-    EXPECT_EQ(row->identifier(), "kEnabled");
+    EXPECT_EQ(asExpected(*row), tests::toggle("Enable", "kEnabled"));
     EXPECT_EQ(row->performGetter(), Value("other"));
     row->performSetter(true);
     EXPECT_EQ(page->stored["other"], Value(true));
 }
 
-TEST_F(RowBuilder, MakesGroupsWithHeadersAndFooters) {
-    const auto header = helper->header("General");
-    EXPECT_EQ(header->cellType(), 0);
-    EXPECT_EQ(header->name(), "General");
-    EXPECT_FALSE(header->hasProperty("footerText"));
-    expectUnbound(header);
-
-    const auto both = helper->header("Hide Items", "On = Hidden");
-    EXPECT_EQ(both->name(), "Hide Items");
-    EXPECT_EQ(both->property("footerText"), Value("On = Hidden"));
-}
-
-TEST_F(RowBuilder, MakesFootersAndSpacersWithTheEmptyTextAsName) {
-    const auto footer = helper->footer("A note");
-    EXPECT_EQ(footer->cellType(), 0);
-    EXPECT_EQ(footer->name(), "");
-    EXPECT_EQ(footer->property("footerText"), Value("A note"));
-    const auto spacer = helper->spacer();
-    EXPECT_EQ(spacer->cellType(), 0);
-    EXPECT_EQ(spacer->name(), "");
-    EXPECT_FALSE(spacer->hasProperty("footerText"));
+TEST_F(RowBuilder, MakesGroupsWithAHeaderAFooterBothOrNeither) {
+    const std::pair<PreferenceHelper::Row, tests::ExpectedRow> groups[] = {
+        {helper->header("General"), tests::group("General")},
+        {helper->header("Hide Items", "On = Hidden"), tests::group("Hide Items", "On = Hidden")},
+        {helper->footer("A note"), tests::group("", "A note")},
+        {helper->spacer(), tests::group("")},
+    };
+    for (const auto& [row, expected] : groups) {
+        EXPECT_EQ(asExpected(*row), expected);
+        EXPECT_EQ(row->hasProperty("footerText"), !expected.footer.empty());
+        expectUnbound(row, page.get());
+    }
 }
 
 TEST_F(RowBuilder, IsItselfTheTargetOfStaticText) {
     const auto row = helper->static_("Opacity (1.0)");
-    EXPECT_EQ(row->cellType(), 7);
-    EXPECT_EQ(row->name(), "Opacity (1.0)");
-    EXPECT_EQ(row->target(), helper.get());
-    expectUnbound(row);
+    EXPECT_EQ(asExpected(*row), tests::text("Opacity (1.0)"));
+    expectUnbound(row, helper.get());
 }
 
 TEST_F(RowBuilder, MakesSlidersThatShowTheirValueUnlessTold) {
     const auto row = helper->slider("kOpacity", 0.1F, 1.0F);
-    EXPECT_EQ(row->cellType(), 5);
-    EXPECT_EQ(row->name(), "");
-    EXPECT_EQ(row->property("min"), Value(0.1F)) << "bounds are single-precision numbers";
-    EXPECT_NE(row->property("min"), Value(0.1));
-    EXPECT_EQ(row->property("max"), Value(1.0));
-    EXPECT_EQ(row->property("showValue"), Value(true));
+    EXPECT_EQ(asExpected(*row), tests::slider("kOpacity", 0.1F, 1)) << "bounds are single-precision numbers";
     expectBoundTo(row, "kOpacity");
-
     EXPECT_EQ(helper->slider("kOpacity", 0, 1, false)->property("showValue"), Value(false));
     EXPECT_EQ(helper->slider("kOpacity", 0, 1, true)->property("showValue"), Value(true));
 }
 
 TEST_F(RowBuilder, MakesFieldsWhoseFirstTextIsThePlaceholder) {
-    const auto plain = helper->field("Date Subtitle Text", "kLSDateSubtitle");
     const auto secure = helper->field("Passcode", "kPasscode", true);
-    EXPECT_EQ(plain->cellType(), 8);
-    EXPECT_EQ(helper->field("x", "y", false)->cellType(), 8);
-    EXPECT_EQ(secure->cellType(), 12);
-    for (const auto& [row, placeholder] : {std::pair(plain, "Date Subtitle Text"), std::pair(secure, "Passcode")}) {
-        const auto field = std::dynamic_pointer_cast<platform::PSTextFieldSpecifier>(row);
-        ASSERT_NE(field, nullptr);
-        EXPECT_EQ(field->placeholder(), placeholder);
-        EXPECT_EQ(field->name(), "");
-    }
+    EXPECT_EQ(asExpected(*secure), tests::secret("Passcode", "kPasscode"));
     expectBoundTo(secure, "kPasscode");
+    for (const auto& plain : {helper->field("Text", "kText"), helper->field("Text", "kText", false)})
+        EXPECT_EQ(asExpected(*plain), tests::field("Text", "kText"));
 }
 
 TEST_F(RowBuilder, NeverMakesARowToEdit) {
