@@ -137,6 +137,12 @@ Data libplistBytes(const Value& value) {
     return data;
 }
 
+Node parsedByLibplist(const Data& archive) {
+    plist_t tree = nullptr;
+    plist_from_bin(reinterpret_cast<const char*>(archive.data()), static_cast<std::uint32_t>(archive.size()), &tree);
+    return {tree, &plist_free};
+}
+
 /// The settings that such a tree stands for, as a tree of their own: what the archive's reader is after.
 class TreeUnarchiver {
   public:
@@ -205,12 +211,9 @@ BENCHMARK(DecodeSettings);
 void DecodeSettingsLibplist(benchmark::State& state) {
     const Data archive = *NSKeyedArchiver::archivedDataWithRootObject(settings());
     for ([[maybe_unused]] auto _ : state) {
-        plist_t tree = nullptr;
-        plist_from_bin(reinterpret_cast<const char*>(archive.data()), static_cast<std::uint32_t>(archive.size()),
-                       &tree);
-        const Node settings = TreeUnarchiver::unarchive(tree);
+        const Node tree = parsedByLibplist(archive);
+        const Node settings = TreeUnarchiver::unarchive(tree.get());
         if (plist_dict_get_size(settings.get()) != 60) state.SkipWithError("libplist read other settings");
-        plist_free(tree);
     }
 }
 BENCHMARK(DecodeSettingsLibplist);
@@ -218,13 +221,8 @@ BENCHMARK(DecodeSettingsLibplist);
 /// How far libplist gets with parsing alone: a stricter peer, told beside the other.
 void ParseSettingsLibplist(benchmark::State& state) {
     const Data archive = *NSKeyedArchiver::archivedDataWithRootObject(settings());
-    for ([[maybe_unused]] auto _ : state) {
-        plist_t tree = nullptr;
-        plist_from_bin(reinterpret_cast<const char*>(archive.data()), static_cast<std::uint32_t>(archive.size()),
-                       &tree);
-        benchmark::DoNotOptimize(tree);
-        plist_free(tree);
-    }
+    for ([[maybe_unused]] auto _ : state)
+        benchmark::DoNotOptimize(parsedByLibplist(archive));
 }
 BENCHMARK(ParseSettingsLibplist);
 

@@ -108,8 +108,8 @@ void NotifyToReply(benchmark::State& state) {
 /// answer is one that a tweak gives.
 void NewcomersAmongBusy(benchmark::State& state) {
     constexpr int kThreads = 4;
-    constexpr int kBusyEach = 50;
-    constexpr int kNew = 100;
+    constexpr std::size_t kBusyEach = 50;
+    constexpr std::size_t kNew = 100;
     Dictionary settings;
     for (int i = 0; i < 50; ++i)
         settings.set("kSetting" + std::to_string(i), i);
@@ -121,17 +121,22 @@ void NewcomersAmongBusy(benchmark::State& state) {
     const auto request = frameWithoutBody();
     const auto size = request.size() + NSKeyedArchiver::archivedDataWithRootObject(settings)->size();
 
+    const auto asking = [&](std::size_t count) {
+        std::vector<RawSocket> clients;
+        while (clients.size() < count) {
+            clients.push_back(RawSocket::connectedTo(path));
+            clients.back().send(request);
+        }
+        return clients;
+    };
+
     std::atomic<bool> leave = false;
     std::atomic<bool> failed = false;
     std::latch connected(kThreads);
     std::vector<std::thread> busy;
     for (int i = 0; i < kThreads; ++i) {
         busy.emplace_back([&] {
-            std::vector<RawSocket> clients;
-            while (clients.size() < kBusyEach) {
-                clients.push_back(RawSocket::connectedTo(path));
-                clients.back().send(request);
-            }
+            const auto clients = asking(kBusyEach);
             connected.count_down();
             while (!leave) {
                 for (const auto& client : clients)
@@ -142,11 +147,7 @@ void NewcomersAmongBusy(benchmark::State& state) {
     connected.wait();
     for (auto _ : state) {
         const auto begin = Clock::now();
-        std::vector<RawSocket> fresh;
-        while (fresh.size() < kNew) {
-            fresh.push_back(RawSocket::connectedTo(path));
-            fresh.back().send(request);
-        }
+        const auto fresh = asking(kNew);
         for (const auto& client : fresh)
             if (client.receive(size).size() != size) failed = true;
         state.SetIterationTime(std::chrono::duration<double>(Clock::now() - begin).count());
@@ -165,7 +166,7 @@ class PrivateBus {
         : address_("unix:path=" + folder.socket("bus").native()),
           daemon_({"/usr/bin/dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address",
                    "--address=" + address_}) {
-        daemon_.waitForLine();
+        static_cast<void>(daemon_.read()); // its address, once it is there
         service_ = connect();
         sd_bus_request_name(service_, "com.example.Echo", 0);
         sd_bus_add_object(service_, nullptr, "/echo", answer, nullptr);
@@ -180,6 +181,7 @@ class PrivateBus {
         static_cast<void>(call());
         thread_.join();
         sd_bus_flush_close_unref(service_);
+        daemon_.kill();
     }
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
@@ -201,13 +203,6 @@ class PrivateBus {
     }
 
   private:
-    class Daemon : public Process {
-      public:
-        using Process::Process;
-        void waitForLine() const { static_cast<void>(read()); }
-        ~Daemon() { kill(); }
-    };
-
     [[nodiscard]] sd_bus* connect() const {
         sd_bus* bus = nullptr;
         sd_bus_new(&bus);
@@ -229,7 +224,7 @@ class PrivateBus {
     }
 
     std::string address_;
-    Daemon daemon_;
+    Process daemon_;
     sd_bus* service_ = nullptr;
     std::atomic<bool> leave_ = false;
     std::thread thread_;

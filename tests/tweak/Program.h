@@ -2,6 +2,7 @@
 
 #include "platform/foundation/FileDescriptor.h"
 #include "tests/support/Deadline.h"
+#include "tests/tweak/Sandbox.h"
 
 #include <cstdio>
 #include <memory>
@@ -47,8 +48,6 @@ class Program {
     Program& operator=(const Program&) = delete;
     ~Program() { kill(); }
 
-    [[nodiscard]] pid_t id() const { return id_; }
-
     /// The next line of standard output without its end; empty when there is no more.
     [[nodiscard]] std::string readLine() {
         const Deadline deadline("a line of " + name_);
@@ -80,18 +79,9 @@ class Program {
         signal(SIGKILL);
         wait();
     }
-    /// What stands on standard error by now.
-    [[nodiscard]] std::string errors() const {
-        std::string text;
-        char block[4096];
-        off_t at = 0;
-        while (const ssize_t got = pread(fileno(err_.get()), block, sizeof block, at)) {
-            if (got < 0) break;
-            text.append(block, static_cast<std::size_t>(got));
-            at += got;
-        }
-        return text;
-    }
+    /// What stands on standard error by now. The file is opened anew, since the program goes on writing from the place
+    /// that this process would read it to.
+    [[nodiscard]] std::string errors() const { return readFile("/proc/self/fd/" + std::to_string(fileno(err_.get()))); }
 
   private:
     struct Close {
