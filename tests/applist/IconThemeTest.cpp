@@ -108,7 +108,7 @@ TEST_F(Icons, HaveNoNameThatLeadsElsewhere) {
     EXPECT_EQ(theme("../system/t").find("a", 32, 1), fs::path());
 }
 
-TEST_F(Icons, OfBrokenThemesAreNotFoundAndHarmNobody) {
+TEST_F(Icons, OfBrokenThemesAreNotFoundAndDoNoHarm) {
     write(system / "t/index.theme", index("", "minus,huge,none,nosize,words,32",
                                           "[minus]\nSize=-3\n[huge]\nSize=99999999999999\n[nosize]\nType=Fixed\n"
                                           "[words]\nSize=large\n" +

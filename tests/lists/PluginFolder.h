@@ -26,17 +26,15 @@ class PluginFolder {
                               const std::string& principalClass = "TestPlugin") const {
         std::filesystem::create_directories(path() / bundle);
         std::filesystem::copy_file(std::filesystem::path(LUMORA_TEST_MODULES) / module, this->module(bundle));
-        writeInfo(bundle, "<key>CFBundleExecutable</key><string>Code</string><key>NSPrincipalClass</key><string>" +
-                              principalClass + "</string>");
+        write(path() / bundle / "Info.plist", "<plist><dict><key>CFBundleExecutable</key><string>Code</string>"
+                                              "<key>NSPrincipalClass</key><string>" +
+                                                  principalClass + "</string></dict></plist>");
         return path() / bundle;
     }
     /// Makes "NAME.bundle" of each, with a copy of the test plug-in.
     void addEach(const std::vector<std::string>& names) const {
         for (const std::string& name : names)
             add(name + ".bundle", "TestPlugin");
-    }
-    void writeInfo(const std::string& bundle, const std::string& entries) const {
-        write(path() / bundle / "Info.plist", "<plist><dict>" + entries + "</dict></plist>");
     }
     static void write(const std::filesystem::path& file, const std::string& contents) {
         std::ofstream(file, std::ios::binary | std::ios::trunc) << contents;

@@ -249,7 +249,7 @@ TEST_F(PluginProbe, DoesWithoutAPlaceToKeepVerdictsIn) {
     EXPECT_THAT(loaded(), IsEmpty()) << "this process remembers by itself";
 }
 
-TEST_F(PluginProbe, RemembersWhoseNameCannotBeKept) {
+TEST_F(PluginProbe, RemembersAPlugInWhoseNameCannotBeKept) {
     plugins.addEach({"aborting-1\n", "good-1\n"});
     EXPECT_THAT(namesOf(discoverPlugins(false)), ElementsAre("good-1\n"));
     EXPECT_EQ(loaded().count("aborting-1"), 1U);

@@ -145,7 +145,7 @@ TEST_F(AppViewsPage, OpensThePagesOfTheSamplesWithIconsOfTheirOwn) {
     EXPECT_THAT(names, testing::ElementsAre("Notes", "Weather"));
 }
 
-TEST_F(AppViewsPage, HasRowsThatWereThereBeforeStandAhead) {
+TEST_F(AppViewsPage, PutsItsRowsAfterThoseThatWereThereBefore) {
     const auto page = make<PluginsListController>();
     const auto ahead = platform::PSSpecifier::preferenceSpecifierNamed("Ahead", page.get(), nullptr, nullptr, {},
                                                                        platform::PSGroupCell, false);

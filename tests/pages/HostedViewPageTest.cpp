@@ -62,7 +62,7 @@ TEST(HostedViewPage, MakesAFreshViewInThePagesFrameOnEachAppearance) {
     EXPECT_EQ(page->frames, (std::vector{CGRectMake(0, 0, 390, 760), CGRectMake(0, 0, 320, 500)}));
 }
 
-TEST(HostedViewPage, ShowsNothingWhereNoViewCameAbout) {
+TEST(HostedViewPage, ShowsNothingWhenNoViewIsMade) {
     const auto page = make<Hosting>();
     page->yieldsNothing = true;
     page->viewWillAppear(true);

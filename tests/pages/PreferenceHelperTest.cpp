@@ -187,7 +187,7 @@ TEST_F(Icons, ThatAreNotThereAreStoredAsNoImage) {
     EXPECT_EQ(row->imageProperty("iconImage"), nullptr);
 }
 
-TEST_F(Icons, KeepTheirFoldersInWhichThereIsNone) {
+TEST_F(Icons, AreNotLookedUpInOtherFolders) {
     for (const std::string& name : {"nowhere/" + icon + ".png", "nowhere/" + icon, (folder / icon).string()})
         EXPECT_EQ(addIcon(helper->spacer(), name)->imageProperty("iconImage"), nullptr) << name;
 }

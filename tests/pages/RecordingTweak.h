@@ -56,11 +56,6 @@ class RecordingTweak {
         return changes_;
     }
 
-    void forgetChanges() {
-        const std::lock_guard hold(mutex_);
-        changes_.clear();
-    }
-
     /// Answers to who asks for the settings are held back until they are let go.
     void holdAnswers(bool held) {
         const std::lock_guard hold(mutex_);

@@ -21,7 +21,6 @@ using lumora::LSPasscodeSettings;
 using lumora::LSSettingsController;
 using lumora::LumoraPreferences;
 using platform::Dictionary;
-using platform::PSSpecifier;
 using platform::Value;
 using namespace tests;
 
@@ -197,18 +196,6 @@ TEST_F(SettingsPages, DateViewHasItsRowsInOrder) {
                           });
 }
 
-TEST_F(SettingsPages, AChangeOnTheDateViewPageLeavesTheOpenPageBelowAsItWas) {
-    const auto lockScreen =
-        openPage<LSSettingsController>({{"kLSDateSubtitle", "earlier"}, {"kDateViewDisabled", false}});
-    const auto dateView = openPage<LSDateViewSettings>({{"kLSDateSubtitle", "earlier"}, {"kDateViewDisabled", false}});
-    rowOf(*dateView, "kLSDateSubtitle")->performSetter("later");
-    rowOf(*dateView, "kDateViewDisabled")->performSetter(true);
-    tweak.waitForChanges(2);
-    EXPECT_EQ(rowOf(*dateView, "kLSDateSubtitle")->performGetter(), Value("later"));
-    EXPECT_EQ(rowOf(*lockScreen, "kLSDateSubtitle")->performGetter(), Value("earlier"));
-    EXPECT_EQ(rowOf(*lockScreen, "kDateViewDisabled")->performGetter(), Value(false));
-}
-
 // All of them
 
 TEST_F(SettingsPages, StoreAndSendWhatTheirRowsAreSetTo) {
@@ -253,16 +240,6 @@ TYPED_TEST(EveryPageOfRows, SetsNoTitleOfItsOwn) {
     opened->setTitle("the opening row's");
     EXPECT_EQ(opened->title(), "the opening row's");
     EXPECT_EQ(opened->navigationTitle(), "the opening row's");
-}
-
-TYPED_TEST(EveryPageOfRows, KeepsADictionaryOfItsOwn) {
-    const auto opened = openPage<TypeParam>({{"probe", "this page's"}});
-    (void)openPage<std::conditional_t<std::is_same_v<TypeParam, AppsController>, LSSettingsController, AppsController>>(
-        {{"probe", "another page's"}});
-    const auto probe =
-        PSSpecifier::preferenceSpecifierNamed("", nullptr, nullptr, nullptr, {}, platform::PSSwitchCell, false);
-    probe->setIdentifier("probe");
-    EXPECT_EQ(opened->getValue(*probe), Value("this page's"));
 }
 
 TYPED_TEST(EveryPageOfRows, ReadsEveryAbsentKeyAsNilAndSendsNothing) {

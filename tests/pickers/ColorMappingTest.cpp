@@ -59,7 +59,7 @@ TEST(ColorMapping, PutsEachBrightnessHalfwayUpTheBar) {
     EXPECT_EQ(pointOf(0, kBar), (CGPoint{300, 315}));
 }
 
-TEST(ColorMapping, PutsAColourOfWhichNothingIsSaidInTheLowerLeftCorner) {
+TEST(ColorMapping, PutsAColourWithoutValuesInTheLowerLeftCorner) {
     EXPECT_EQ(pointOf(HueSaturation{}, kField), (CGPoint{20, 280}));
 }
 

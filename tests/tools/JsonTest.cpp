@@ -173,7 +173,7 @@ TEST(Json, WritesDatesForPeopleAndFractionsAsSeconds) {
     expectSameAfterRoundTrip(Date{-0.0});
 }
 
-TEST(Json, DoublesTheSignOfKeysOfOnesOwn) {
+TEST(Json, DoublesTheDollarSignOfOtherKeys) {
     expectRoundTrip(Dictionary{{"$data", "x"}}, R"({"$$data":"x"})");
     expectRoundTrip(Dictionary{{"$$", 1}, {"$", 2}, {"a$", 3}}, R"({"$$$":1,"$$":2,"a$":3})");
 }

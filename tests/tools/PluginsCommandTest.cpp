@@ -156,7 +156,7 @@ TEST_F(PluginsCommand, UsesAPlugInThatAnswersAtGreatLengthAsSettingsDoesAndTells
     EXPECT_THAT(discoverPlugins(false), testing::SizeIs(1));
 }
 
-TEST_F(PluginsCommand, TellsOfATagThatIsNoTextWhatSettingsMakesOfIt) {
+TEST_F(PluginsCommand, TakesATagThatIsNoTextAsSettingsDoes) {
     plugins.add("foreign-tag-1.bundle", "TestPlugin");
     const Value entry = told("foreign-tag-1.bundle");
     EXPECT_EQ(entry["name"], Value("foreign-tag-1"));

@@ -74,7 +74,7 @@ TEST(Defaults, HoldThreeSecureTextsAndNoPasscode) {
     EXPECT_FALSE(isSecure("com.example.passcode"));
 }
 
-TEST(Objection, LetsASettingTakeValuesOfItsDefaultsKindOnly) {
+TEST(Settings, TakeValuesOfTheirDefaultsKindOnly) {
     EXPECT_EQ(kindsTaken("kTweakEnabled"), 1U);
     EXPECT_EQ(kindsTaken("kSleepTime"), 2U) << "integers and reals count as one kind";
     EXPECT_EQ(kindsTaken("kAppIconSize"), 2U);
@@ -83,34 +83,34 @@ TEST(Objection, LetsASettingTakeValuesOfItsDefaultsKindOnly) {
     EXPECT_EQ(kindsTaken("kLSBlurColor"), 1U);
 }
 
-TEST(Objection, SaysWhatTheSettingTakesAndWhatItGot) {
+TEST(Settings, SayWhatTheyTakeAndWhatTheyGot) {
     EXPECT_EQ(canHave("kTweakEnabled", 1).error(), "takes a boolean, not an integer");
     EXPECT_EQ(canHave("kSleepTime", true).error(), "takes a finite number, not a boolean");
     EXPECT_EQ(canHave("kAppsEnabled", "one").error(), "takes a list of texts, not a text");
 }
 
-TEST(Objection, NeverShowsTheValue) {
+TEST(Settings, NeverShowTheValueThatTheyRefuse) {
     EXPECT_THAT(canHave("kAutoUnlockPasscode", List{"1234"}).error(), testing::Not(HasSubstr("1234")));
 }
 
-TEST(Objection, LeavesTheRangeOfNumbersToTheControls) {
+TEST(Settings, LeaveTheRangeOfNumbersToTheControls) {
     EXPECT_TRUE(canHave("kAppIconOpacity", 17.5));
     EXPECT_TRUE(canHave("kLSPButtonDiam", -1000));
 }
 
-TEST(Objection, RefusesNumbersThatAreNotFinite) {
+TEST(Settings, RefuseNumbersThatAreNotFinite) {
     for (const double number : {std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
                                 std::numeric_limits<double>::quiet_NaN()})
         EXPECT_EQ(canHave("kAppIconSize", number).error(), "takes a finite number");
 }
 
-TEST(Objection, RefusesListsThatHoldAnythingButTexts) {
+TEST(Settings, RefuseListsThatHoldAnythingButTexts) {
     EXPECT_TRUE(canHave("kAppsEnabled", List{}));
     EXPECT_EQ(canHave("kAppsEnabled", List{"com.a", 1}).error(), "takes a list of texts");
     EXPECT_EQ(canHave("kAppsEnabled", List{nullptr}).error(), "takes a list of texts");
 }
 
-TEST(Objection, TakesColoursOfThreeNumbersFromZeroToOne) {
+TEST(Settings, TakeColoursOfThreeNumbersFromZeroToOne) {
     const auto color = [](const Value& h, const Value& s, const Value& b) {
         return Dictionary{{"b", b}, {"h", h}, {"s", s}};
     };

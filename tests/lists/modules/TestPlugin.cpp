@@ -62,12 +62,11 @@ void misbehave(const std::string& moment) {
             ::close(number);
     while (what.ends_with("hanging") && forever)
         ::pause();
-    if (what == "forking" || what == "escaping") {
+    if (what == "forking") {
         // The process that is left behind holds a lock on the module's own file for as long as it lives.
         ::flock(::open(ownFile().c_str(), O_RDONLY), LOCK_EX);
         while (::fork() == 0) {
-            if (what == "escaping") ::setsid();
-            ::alarm(60); // nobody else ends one that has left the group
+            ::alarm(60); // in case nobody ends it
             while (forever)
                 ::pause();
         }
