@@ -1,13 +1,13 @@
 #include "json/Json.h"
 
 #include "platform/foundation/PropertyList.h"
+#include "tests/foundation/RandomValue.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
-#include <random>
 
 using namespace lumora;
 using platform::Data;
@@ -46,50 +46,6 @@ void expectRoundTrip(const Value& value, const std::string& json) {
 void expectSameAfterRoundTrip(const Value& value) {
     const std::string json = line(value);
     EXPECT_EQ(line(read(json)), json);
-}
-
-/// Any value, seldom larger than a few dozen entries.
-Value randomValue(std::mt19937& random, int depth) {
-    const auto upTo = [&](int most) { return std::uniform_int_distribution(0, most)(random); };
-    const auto text = [&] {
-        static const List parts{"$", "$data", "a", "\n", "\"", "é", "😀", std::string(1, '\0'), "\\", "$$"};
-        std::string made;
-        for (int count = upTo(3); count > 0; --count)
-            made += *parts[static_cast<std::size_t>(upTo(static_cast<int>(parts.size()) - 1))].text();
-        return made;
-    };
-    switch (upTo(depth > 0 ? 8 : 6)) {
-    case 0:
-        return nullptr;
-    case 1:
-        return upTo(1) == 1;
-    case 2:
-        return static_cast<std::int64_t>(random()) << upTo(31);
-    case 3:
-        return std::ldexp(static_cast<double>(random()), upTo(200) - 100);
-    case 4:
-        return text();
-    case 5: {
-        Data data(static_cast<std::size_t>(upTo(7)));
-        for (std::uint8_t& byte : data)
-            byte = static_cast<std::uint8_t>(random());
-        return data;
-    }
-    case 6:
-        return Date{upTo(1) == 1 ? static_cast<double>(random()) : static_cast<double>(random()) / 7};
-    case 7: {
-        List list;
-        for (int count = upTo(4); count > 0; --count)
-            list.push_back(randomValue(random, depth - 1));
-        return list;
-    }
-    default: {
-        Dictionary dictionary;
-        for (int count = upTo(4); count > 0; --count)
-            dictionary.set(text(), randomValue(random, depth - 1));
-        return dictionary;
-    }
-    }
 }
 
 } // namespace
@@ -231,11 +187,10 @@ TEST(Json, GivesEachEntryALineWhenIndented) {
 }
 
 TEST(Json, BringsBackAnyValueThatItWrites) {
-    const unsigned seed = std::random_device()();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 random(seed);
-    for (int i = 0; i < 5000; ++i) {
-        const Value value = randomValue(random, 4);
+    RandomValue random;
+    SCOPED_TRACE("seed " + std::to_string(random.seed()));
+    for (int i = 0; i < 2000; ++i) {
+        const Value value = random.next();
         for (const JsonLayout layout : {JsonLayout::line, JsonLayout::indented}) {
             const auto json = writeJson(value, layout);
             ASSERT_TRUE(json) << json.error();
