@@ -87,7 +87,7 @@ class MailTest : public testing::Test {
     void useSendmail(const std::string& script) {
         ::setenv("LUMORA_SENDMAIL", home.addProgram("mta", script).c_str(), 1);
     }
-    /// Its record is "mta".
+    /// Has messages given to the recorder "mta".
     void useRecorder() { ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1); }
     void attach(const std::string& bytes, const std::string& name, const std::string& mimeType = "text/plain") {
         onMain([&] { composer->addAttachmentData(mailedFile(home.path() / "attached", bytes), mimeType, name); });
@@ -102,7 +102,7 @@ class MailTest : public testing::Test {
         send(text);
         EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
     }
-    /// Sends in vain, which the delegate is told of, and the message is a draft then.
+    /// Sending fails for that reason, and the message is kept as a draft.
     void expectKept(const std::string& why) {
         send();
         const auto told = delegate->only();

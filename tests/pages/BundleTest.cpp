@@ -7,7 +7,6 @@
 #include "tests/support/TestName.h"
 
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -44,21 +43,6 @@ TEST_F(BrokenBundle, CutShortIsRefusedBeforeItIsMapped) {
         fs::resize_file(folder / "Lumora", length);
         EXPECT_NE(errorOfLoading(), "") << length;
     }
-}
-
-TEST_F(BrokenBundle, WithAForeignFileInsteadOfCodeIsRefused) {
-    std::ofstream(folder / "Lumora", std::ios::trunc) << "#!/bin/sh\necho not a library\n" << std::string(4096, '#');
-    EXPECT_NE(errorOfLoading(), "");
-}
-
-TEST_F(BrokenBundle, WithoutAnInfoPlistOrWithAWrongOneIsRefused) {
-    fs::remove(folder / "Info.plist");
-    EXPECT_NE(errorOfLoading().find("Info.plist"), std::string::npos);
-    std::ofstream(folder / "Info.plist") << "<plist><dict><key>CFBundleExecutable</key></dict>";
-    EXPECT_NE(errorOfLoading().find("Info.plist"), std::string::npos);
-    std::ofstream(folder / "Info.plist")
-        << "<plist><dict><key>CFBundleExecutable</key><string>../Lumora</string></dict></plist>";
-    EXPECT_NE(errorOfLoading(), "") << "an executable outside the bundle";
 }
 
 TEST_F(BrokenBundle, ThatIsNoFolderIsNoBundle) {

@@ -74,7 +74,7 @@ class ContactTest : public ::testing::Test {
         }
         return all;
     }
-    /// Those of a report of its own.
+    /// The attachments of a new report.
     std::vector<std::pair<std::string, std::string>> attached() {
         tapMail();
         auto all = attachments();

@@ -63,14 +63,14 @@ TEST_F(ApplicationLists, HaveNoIconForStrangers) {
     dlclose(loaded);
 }
 
-struct MissingLists : ApplicationLists, testing::WithParamInterface<const char*> {};
+struct OddLibraries : ApplicationLists, testing::WithParamInterface<const char*> {};
 
-TEST_P(MissingLists, AreThoseOfALibraryWithSuchAFault) {
+TEST_P(OddLibraries, GiveNoList) {
     installOdd(GetParam());
     EXPECT_EQ(opened(), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(Odd, MissingLists, testing::Values("version", "list", "class"));
+INSTANTIATE_TEST_SUITE_P(Faulty, OddLibraries, testing::Values("version", "list", "class"));
 
 TEST_F(ApplicationLists, AreEmptyWhenTheyDoNotAnswer) {
     installOdd("entries");

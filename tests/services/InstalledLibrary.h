@@ -16,12 +16,12 @@ struct InstalledLibrary : testing::Test {
     DeviceFolder device;
     std::filesystem::path file = device.path() / (appListPath + 1);
 
-    /// A library that was once loaded stays: a test loads one, and a copy of its own.
+    /// Each test loads one copy of its own, since a library that was loaded once stays.
     void install(const std::filesystem::path& built) const {
         std::filesystem::remove(file);
         device.install(built, appListPath);
     }
-    /// Installs the odd one, which shows an oddity of those that OddAppList.c names.
+    /// Installs the odd one, with one of the oddities that OddAppList.c names.
     void installOdd(const char* oddity) const {
         install(ODD_APPLIST);
         setenv("ODD_APPLIST", oddity, 1);

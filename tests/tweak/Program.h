@@ -79,8 +79,8 @@ class Program {
         signal(SIGKILL);
         wait();
     }
-    /// What stands on standard error by now. The file is opened anew, since the program goes on writing from the place
-    /// that this process would read it to.
+    /// What stands on standard error by now. Opened anew, since the program writes on from wherever this process has
+    /// read to.
     [[nodiscard]] std::string errors() const { return readFile("/proc/self/fd/" + std::to_string(fileno(err_.get()))); }
 
   private:

@@ -60,7 +60,7 @@ class TweakProgram : public testing::Test {
                ": another process holds it\n";
     }
 
-    /// It is ready with its settings there, and keeps changes there.
+    /// The tweak says that its settings are in the file, and keeps changes there.
     static void expectSettingsAt(const std::filesystem::path& file, Program& tweak) {
         ASSERT_EQ(tweak.readLine(), "lumora-tweak ready, settings at " + file.string()) << tweak.errors();
         EXPECT_EQ(change("kSleepTime", 30), "");
