@@ -38,14 +38,22 @@ Value change(const char* key, List list) {
     return Dictionary{{"key", key}, {"object", std::move(list)}};
 }
 
+const std::string kSixApplications = "org.b\tbanana\n"
+                                     "org.c\tCherry\n"
+                                     "org.a\tapple\n"
+                                     "com.apple.springboard\tSpringBoard\n"
+                                     "org.e\tÉclair\n"
+                                     "org.d\tdate\n";
+
 struct ApplicationLists : testing::Test {
     tests::DeviceFolder device;
     RecordingTweak& tweak = RecordingTweak::shared();
 
-    void installLibrary(const std::string& applications) const {
+    ApplicationLists() {
         device.install(LUMORA_FAKE_APP_LIST, kLibrary);
-        device.write(applications, kApplications);
+        device.write(kSixApplications, kApplications);
     }
+    void removeLibrary() const { std::filesystem::remove(device.path() / (kLibrary + 1)); }
     /// A number that the library keeps of its use.
     template<class Number>
     Number counted(const char* name) const {
@@ -75,15 +83,7 @@ struct ApplicationLists : testing::Test {
     }
 };
 
-const std::string kSixApplications = "org.b\tbanana\n"
-                                     "org.c\tCherry\n"
-                                     "org.a\tapple\n"
-                                     "com.apple.springboard\tSpringBoard\n"
-                                     "org.e\tÉclair\n"
-                                     "org.d\tdate\n";
-
 TEST_F(ApplicationLists, AppsShowsTheSavedOnesInTheirOrderAndTheOthersSortedByName) {
-    installLibrary(kSixApplications);
     const auto view = opened<AppsListView>({{"kAppsEnabled", List{"org.d", "org.a"}}});
     EXPECT_THAT(titles(*view, 0), ElementsAre("date", "apple"));
     EXPECT_THAT(titles(*view, 1), ElementsAre("banana", "Cherry", "Éclair"));
@@ -91,7 +91,6 @@ TEST_F(ApplicationLists, AppsShowsTheSavedOnesInTheirOrderAndTheOthersSortedByNa
 }
 
 TEST_F(ApplicationLists, AppsShowsASystemServiceOnlyIfItWasSaved) {
-    installLibrary(kSixApplications);
     const auto unsaved = opened<AppsListView>();
     EXPECT_THAT(unsaved->disabled(), Not(Contains("com.apple.springboard")));
     EXPECT_EQ(unsaved->disabled().size(), 5U);
@@ -118,7 +117,6 @@ TEST(HiddenDisplayIdentifiers, AreTheThirtyFourSystemServices) {
 }
 
 TEST_F(ApplicationLists, AppsSavesWhatIsEnabledAtEachDrop) {
-    installLibrary(kSixApplications);
     const auto view = opened<AppsListView>({{"kAppsEnabled", List{"org.d", "org.a"}}});
     view->tableView().dropRow({1, 1}, {0, 1});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAppsEnabled", {"org.d", "org.c", "org.a"})));
@@ -127,7 +125,6 @@ TEST_F(ApplicationLists, AppsSavesWhatIsEnabledAtEachDrop) {
 }
 
 TEST_F(ApplicationLists, AMissingSavedListStartsEmptyAndSavesWhatItShows) {
-    installLibrary(kSixApplications);
     const auto view = opened<AppsListView>();
     EXPECT_THAT(view->enabled(), IsEmpty());
     view->tableView().dropRow({1, 0}, {0, 0});
@@ -135,7 +132,6 @@ TEST_F(ApplicationLists, AMissingSavedListStartsEmptyAndSavesWhatItShows) {
 }
 
 TEST_F(ApplicationLists, AnApplicationThatIsGoneHasAnEmptyTitleNoIconAndIsSavedBack) {
-    installLibrary("org.a\tapple\n");
     const auto view = opened<AppsListView>({{"kAppsEnabled", List{"plain.gone", "org.a"}}});
     const auto cell = view->tableView().cellForRowAtIndexPath({0, 0});
     EXPECT_EQ(cell->textLabel().text(), "");
@@ -150,7 +146,7 @@ TEST_F(ApplicationLists, IconsAreAskedForAtTwentyNinePointsAndOnlyForRowsInView)
     std::string many;
     for (int i = 0; i < 10000; ++i)
         many += "org.app" + std::to_string(i) + "\tApplication " + std::to_string(i) + "\n";
-    installLibrary(many);
+    device.write(many, kApplications);
     const auto view = opened<AppsListView>();
     EXPECT_EQ(view->disabled().size(), 10000U);
     const auto rowsInView = view->tableView().visibleCells().size();
@@ -161,6 +157,7 @@ TEST_F(ApplicationLists, IconsAreAskedForAtTwentyNinePointsAndOnlyForRowsInView)
 }
 
 TEST_F(ApplicationLists, WithoutTheLibraryOnlyWhatWasSavedShowsUntitled) {
+    removeLibrary();
     const Dictionary settings{{"kAppsEnabled", List{"org.b", "org.a"}}, {"kAUAppsDisabled", List{"org.a"}}};
     const auto apps = opened<AppsListView>(settings);
     EXPECT_THAT(apps->enabled(), ElementsAre("org.b", "org.a"));
@@ -173,6 +170,7 @@ TEST_F(ApplicationLists, WithoutTheLibraryOnlyWhatWasSavedShowsUntitled) {
 }
 
 TEST_F(ApplicationLists, AHandleThatWasNeverGotIsNotClosed) {
+    removeLibrary();
     ASSERT_EQ(platform::openLibraries(), 0);
     {
         const auto view = opened<AppsListView>();
@@ -182,7 +180,6 @@ TEST_F(ApplicationLists, AHandleThatWasNeverGotIsNotClosed) {
 }
 
 TEST_F(ApplicationLists, TheLibraryIsOpenForAsLongAsAViewLives) {
-    installLibrary(kSixApplications);
     {
         const auto apps = opened<AppsListView>();
         const auto exempt = opened<AUAppsListView>();
@@ -193,7 +190,6 @@ TEST_F(ApplicationLists, TheLibraryIsOpenForAsLongAsAViewLives) {
 }
 
 TEST_F(ApplicationLists, AutoUnlockAppsShowsTheChosenOnesAndSortsTheExemptOnes) {
-    installLibrary(kSixApplications);
     const auto view =
         opened<AUAppsListView>({{"kAppsEnabled", List{"org.d", "org.c", "org.a", "com.apple.springboard"}},
                                 {"kAUAppsDisabled", List{"org.e", "org.c", "org.b"}}});
@@ -202,7 +198,6 @@ TEST_F(ApplicationLists, AutoUnlockAppsShowsTheChosenOnesAndSortsTheExemptOnes) 
 }
 
 TEST_F(ApplicationLists, AutoUnlockAppsSavesTheExemptOnesAndNeverTheChosenOnes) {
-    installLibrary(kSixApplications);
     const auto view = opened<AUAppsListView>({{"kAppsEnabled", List{"org.d", "org.a"}}, {"kAUAppsDisabled", List{}}});
     view->tableView().dropRow({0, 0}, {1, 0});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAUAppsDisabled", {"org.d"})));
@@ -212,14 +207,12 @@ TEST_F(ApplicationLists, AutoUnlockAppsSavesTheExemptOnesAndNeverTheChosenOnes) 
 }
 
 TEST_F(ApplicationLists, AnExemptApplicationStaysThoughItIsChosenNoMore) {
-    installLibrary(kSixApplications);
     const auto view = opened<AUAppsListView>({{"kAppsEnabled", List{"org.a"}}, {"kAUAppsDisabled", List{"org.d"}}});
     EXPECT_THAT(view->enabled(), ElementsAre("org.a"));
     EXPECT_THAT(view->disabled(), ElementsAre("org.d"));
 }
 
 TEST_F(ApplicationLists, AnOrderGivenToTheExemptOnesIsSavedAndGoneAtTheNextBuild) {
-    installLibrary(kSixApplications);
     const auto first = opened<AUAppsListView>({{"kAUAppsDisabled", List{"org.a", "org.b", "org.c"}}});
     first->tableView().dropRow({1, 0}, {1, 2});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAUAppsDisabled", {"org.b", "org.c", "org.a"})));
@@ -227,7 +220,6 @@ TEST_F(ApplicationLists, AnOrderGivenToTheExemptOnesIsSavedAndGoneAtTheNextBuild
 }
 
 TEST_F(ApplicationLists, AnIdentifierWithoutANameSortsAsTheEmptyText) {
-    installLibrary(kSixApplications);
     const auto view = opened<AUAppsListView>({{"kAUAppsDisabled", List{"org.a", "org.gone"}}});
     EXPECT_THAT(view->disabled(), ElementsAre("org.gone", "org.a"));
 }
@@ -251,7 +243,6 @@ TEST_F(ApplicationLists, BothHaveTheSameFooterBeneathTheLastSection) {
 }
 
 TEST_F(ApplicationLists, ASavedValueThatIsNoListCountsAsNone) {
-    installLibrary(kSixApplications);
     const Dictionary settings{{"kAppsEnabled", "org.a"}, {"kAUAppsDisabled", 7}};
     EXPECT_THAT(opened<AppsListView>(settings)->enabled(), IsEmpty());
     EXPECT_THAT(opened<AUAppsListView>(settings)->disabled(), IsEmpty());
@@ -292,7 +283,6 @@ std::vector<std::string> enabledInTheNextViewAfterAMove() {
 }
 
 TEST_F(ApplicationLists, AMoveInOneViewIsThereInTheNextOneOfItsPage) {
-    installLibrary(kSixApplications);
     giveSettings<AppsListView, AUAppsListView>(
         Dictionary{{"kAppsEnabled", List{"org.a", "org.b"}}, {"kAUAppsDisabled", List{}}});
     EXPECT_THAT((enabledInTheNextViewAfterAMove<lumora::AppsListController, AppsListView>()), ElementsAre("org.b"));
