@@ -71,6 +71,9 @@ class Delegate final : public MFMailComposeViewControllerDelegate {
 /// A message that is being composed, in a home of its own.
 class MailTest : public testing::Test {
   protected:
+    static inline const MailText kText{"support@nevo.example", "Subject", "Body"};
+    static inline const MailText kDraft{"a@b.example", "Later", "Not yet"};
+
     MailTest() {
         onMain([this] {
             mainThread = std::this_thread::get_id();
@@ -92,13 +95,13 @@ class MailTest : public testing::Test {
     void attach(const std::string& bytes, const std::string& name, const std::string& mimeType = "text/plain") {
         onMain([&] { composer->addAttachmentData(mailedFile(home.path() / "attached", bytes), mimeType, name); });
     }
-    void send(const MailText& text = {"support@nevo.example", "Subject", "Body"}) {
+    void send(const MailText& text = kText) {
         onMain([&] { composer->send(text); });
     }
-    void save(const MailText& text = {"a@b.example", "Later", "Not yet"}) {
+    void save(const MailText& text = kDraft) {
         onMain([&] { composer->saveDraft(text); });
     }
-    void expectSent(const MailText& text = {"support@nevo.example", "Subject", "Body"}) {
+    void expectSent(const MailText& text = kText) {
         send(text);
         EXPECT_EQ(delegate->only().result, MFMailComposeResultSent);
     }
@@ -110,7 +113,7 @@ class MailTest : public testing::Test {
         EXPECT_THAT(told.error, HasSubstr(why));
         EXPECT_THAT(onlyDraft(), AllOf(HasSubstr("Subject: Subject\n"), HasSubstr("Body")));
     }
-    void expectSaved(const MailText& text = {"a@b.example", "Later", "Not yet"}) {
+    void expectSaved(const MailText& text = kDraft) {
         save(text);
         EXPECT_EQ(delegate->only().result, MFMailComposeResultSaved);
     }
