@@ -33,8 +33,9 @@ struct Row {
 std::vector<std::string> sorted(std::vector<Row> rows) {
     const Collation& order = Collation::ofUser();
     // Comparing is what takes the time, and a merge sort compares least.
-    std::stable_sort(rows.begin(), rows.end(),
-                     [&](const Row& a, const Row& b) { return order.compare(a.title, b.title) < 0; });
+    std::stable_sort(rows.begin(), rows.end(), [&](const Row& a, const Row& b) {
+        return order.localizedCaseInsensitiveCompare(a.title, b.title) < 0;
+    });
     std::vector<std::string> identifiers;
     identifiers.reserve(rows.size());
     for (const Row& row : rows)

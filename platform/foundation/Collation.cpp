@@ -51,7 +51,7 @@ Collation::Collation(std::string_view locale) {
     }
 }
 
-int Collation::compare(std::string_view a, std::string_view b) const {
+int Collation::localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) const {
     if (!rules_) return a.compare(b); // ICU came without its data: an order at least
     UErrorCode status = U_ZERO_ERROR;
     return rules_->collator->compareUTF8(piece(a), piece(b), status);

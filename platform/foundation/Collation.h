@@ -8,11 +8,12 @@
 
 namespace platform {
 
-/// The order of texts in one language, that of the platform's localizedCaseInsensitiveCompare: accents count, case does
-/// not. A byte that is not UTF-8 counts as U+FFFD. Immutable; any thread.
+/// The order of texts in one language: accents count, case does not. A byte that is not UTF-8 counts as U+FFFD. Immutable; any thread.
 ///
 ///     const Collation& order = Collation::ofUser();
-///     std::ranges::sort(names, [&](const auto& a, const auto& b) { return order.compare(a, b) < 0; });
+///     std::ranges::sort(names, [&](const auto& a, const auto& b) {
+///         return order.localizedCaseInsensitiveCompare(a, b) < 0;
+///     });
 class PLATFORM_EXPORT Collation {
   public:
     /// Takes a locale's name as the environment spells it, such as "sv_SE.UTF-8". An unknown locale gets the order that
@@ -23,7 +24,7 @@ class PLATFORM_EXPORT Collation {
     [[nodiscard]] static const Collation& ofUser();
 
     /// Less than, equal to or greater than 0.
-    [[nodiscard]] int compare(std::string_view a, std::string_view b) const;
+    [[nodiscard]] int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) const;
 
   private:
     struct Rules;

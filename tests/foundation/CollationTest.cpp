@@ -14,28 +14,29 @@ using Texts = std::vector<std::string>;
 
 Texts sorted(const char* locale, Texts texts) {
     const Collation order(locale);
-    std::sort(texts.begin(), texts.end(),
-              [&](const std::string& a, const std::string& b) { return order.compare(a, b) < 0; });
+    std::sort(texts.begin(), texts.end(), [&](const std::string& a, const std::string& b) {
+        return order.localizedCaseInsensitiveCompare(a, b) < 0;
+    });
     return texts;
 }
 
 TEST(Collation, DoesNotTellCaseApart) {
     for (const char* locale : {"", "C", "C.UTF-8", "POSIX", "de_DE.UTF-8", "sv_SE", "en_US.UTF-8", "no such locale"}) {
-        EXPECT_EQ(Collation(locale).compare("Mail", "mAIL"), 0) << locale;
-        EXPECT_EQ(Collation(locale).compare("ÄPFEL", "äpfel"), 0) << locale;
-        EXPECT_LT(Collation(locale).compare("apple", "Banana"), 0) << locale;
-        EXPECT_GT(Collation(locale).compare("banana", "Apple"), 0) << locale;
+        EXPECT_EQ(Collation(locale).localizedCaseInsensitiveCompare("Mail", "mAIL"), 0) << locale;
+        EXPECT_EQ(Collation(locale).localizedCaseInsensitiveCompare("ÄPFEL", "äpfel"), 0) << locale;
+        EXPECT_LT(Collation(locale).localizedCaseInsensitiveCompare("apple", "Banana"), 0) << locale;
+        EXPECT_GT(Collation(locale).localizedCaseInsensitiveCompare("banana", "Apple"), 0) << locale;
     }
 }
 
 TEST(Collation, TellsAccentsApartOnlyAmongEqualLetters) {
     const Collation order("en_US.UTF-8");
-    EXPECT_LT(order.compare("resume", "résumé"), 0);
-    EXPECT_LT(order.compare("résumé", "resumes"), 0);
+    EXPECT_LT(order.localizedCaseInsensitiveCompare("resume", "résumé"), 0);
+    EXPECT_LT(order.localizedCaseInsensitiveCompare("résumé", "resumes"), 0);
 }
 
 TEST(Collation, TakesComposedAndDecomposedLettersForTheSame) {
-    EXPECT_EQ(Collation("de_DE.UTF-8").compare("\u00FCbung", "u\u0308bung"), 0);
+    EXPECT_EQ(Collation("de_DE.UTF-8").localizedCaseInsensitiveCompare("\u00FCbung", "u\u0308bung"), 0);
 }
 
 TEST(Collation, FollowsTheLanguage) {
@@ -50,10 +51,10 @@ TEST(Collation, FollowsTheLanguage) {
 
 TEST(Collation, PutsTheEmptyTextFirst) {
     const Collation order("");
-    EXPECT_EQ(order.compare("", ""), 0);
-    EXPECT_EQ(order.compare({}, ""), 0);
-    EXPECT_LT(order.compare("", "a"), 0);
-    EXPECT_GT(order.compare("\U0001F3B5", ""), 0);
+    EXPECT_EQ(order.localizedCaseInsensitiveCompare("", ""), 0);
+    EXPECT_EQ(order.localizedCaseInsensitiveCompare({}, ""), 0);
+    EXPECT_LT(order.localizedCaseInsensitiveCompare("", "a"), 0);
+    EXPECT_GT(order.localizedCaseInsensitiveCompare("\U0001F3B5", ""), 0);
 }
 
 TEST(Collation, OrdersAnyBytes) {
@@ -61,15 +62,16 @@ TEST(Collation, OrdersAnyBytes) {
     const Texts bytes{"\xFF", "\xC3", "a\xC3(", "\xED\xA0\x80", "\xF8\x88\x80\x80\x80", std::string("a\0b", 3),
                       "a",    "z"};
     for (const std::string& a : bytes) {
-        EXPECT_EQ(order.compare(a, a), 0);
+        EXPECT_EQ(order.localizedCaseInsensitiveCompare(a, a), 0);
         for (const std::string& b : bytes)
-            EXPECT_EQ(order.compare(a, b) < 0, order.compare(b, a) > 0) << a << " " << b;
+            EXPECT_EQ(order.localizedCaseInsensitiveCompare(a, b) < 0, order.localizedCaseInsensitiveCompare(b, a) > 0)
+                << a << " " << b;
     }
-    EXPECT_GT(order.compare("a\xC3", "a"), 0);
+    EXPECT_GT(order.localizedCaseInsensitiveCompare("a\xC3", "a"), 0);
 }
 
 TEST(Collation, FallsBackToTheCommonOrderForALongNameOfALocale) {
-    EXPECT_LT(Collation(std::string(5000, 'x')).compare("ä", "B"), 0);
+    EXPECT_LT(Collation(std::string(5000, 'x')).localizedCaseInsensitiveCompare("ä", "B"), 0);
 }
 
 /// What the process says whose environment names the locales; started anew, since a process has one collator.
@@ -80,7 +82,7 @@ void expectOrder(const char* all, const char* collate, const char* language, boo
             setenv("LC_ALL", all, 1);
             setenv("LC_COLLATE", collate, 1);
             setenv("LANG", language, 1);
-            _exit(Collation::ofUser().compare("Ö", "z") > 0 ? 2 : 3);
+            _exit(Collation::ofUser().localizedCaseInsensitiveCompare("Ö", "z") > 0 ? 2 : 3);
         },
         testing::ExitedWithCode(swedish ? 2 : 3), "");
 }
