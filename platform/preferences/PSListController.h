@@ -28,13 +28,13 @@ class PLATFORM_EXPORT PSListController : public UIViewController {
     PSListController();
     ~PSListController() override;
 
-    virtual bool init() { return true; }
+    virtual bool init();
 
     /// The rows; null on a page without rows.
     virtual PSSpecifierList specifiers() { return _specifiers; }
 
     /// The application calls this each time before the page is seen.
-    virtual void viewWillAppear(bool /*animated*/) {}
+    virtual void viewWillAppear(bool animated);
 
     /// What the page calls itself: by default what setTitle() was given, which is the title of the row that opened it.
     [[nodiscard]] virtual std::string title() const { return title_; }
