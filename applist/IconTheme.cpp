@@ -31,9 +31,12 @@ GLibPointer<GKeyFile> readIndex(const fs::path& file) {
 std::vector<std::string> listOf(GKeyFile* index, const char* key) {
     std::vector<std::string> texts;
     const GLibPointer<char> joined(g_key_file_get_string(index, kThemeGroup, key, nullptr));
-    const GLibPointer<char*> parts(g_strsplit(joined ? joined.get() : "", ",", 0));
-    for (char** part = parts.get(); *part; ++part)
-        if (**part) texts.emplace_back(*part);
+    std::string_view rest = joined ? joined.get() : "";
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find(','), rest.size());
+        if (end > 0) texts.emplace_back(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
     return texts;
 }
 
@@ -148,7 +151,7 @@ std::vector<std::optional<FileStamp>> IconTheme::stamps() const {
             found.push_back(stampOf(place));
     for (const Theme& theme : chain_) {
         for (const fs::path& folder : folders_) {
-            // By the rules, an icon that is installed touches the theme's folder.
+            // By the rules, installing an icon touches the theme's folder.
             found.push_back(stampOf(folder / theme.name));
             found.push_back(stampOf(folder / theme.name / "index.theme"));
         }
