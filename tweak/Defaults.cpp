@@ -41,34 +41,34 @@ const std::vector<Setting>& knownSettings() {
     static const auto& settings = *new std::vector<Setting>{
         // The first page
         {kTweakEnabled, true},
-        {kSleepTime, 10},
+        {kSleepTime, 10, {{5, 3600}}},
         {kSleepDisabledForAppViews, false},
         {kNotificationsHideOnTap, false},
         // Lockscreen apps
         {kAppsEnabled, List{}},
-        {kAppsPerRow, 4},
-        {kAppsPerRowLandscape, 6},
+        {kAppsPerRow, 4, {{1, 5}}},
+        {kAppsPerRowLandscape, 6, {{1, 7}}},
         {kAppBadgesEnabled, true},
         {kAppLabelsEnabled, true},
         {kAppRoundedEnabled, false},
-        {kAppIconOpacity, 1.0},
-        {kAppIconSize, 70.0},
+        {kAppIconOpacity, 1.0, {{0, 1}}},
+        {kAppIconSize, 70.0, {{50, 90}}},
         {kIconViewBlurEnabled, true},
         {kSwitchTapAndLongHold, false},
         {kLongHoldForPluginApps, false},
         {kAlwaysReturnToLSEnabled, false},
         // Auto-unlock
         {kAutoUnlockEnabled, false},
-        {kAutoUnlockPasscode, "", true},
+        {kAutoUnlockPasscode, "", {}, true},
         {kFullAutoUnlockEnabled, false},
-        {kAutoUnlockPasscodeConfirm, "", true},
+        {kAutoUnlockPasscodeConfirm, "", {}, true},
         {kAutoUnlockNotifications, false},
         {kAUNotificationsOnMainThread, false},
         {kAUAppsDisabled, List{}},
         // App views
         {kWidgetsEnabled, true},
         {kAppViewsEnabled, List{}},
-        {kAutoUnlockWidgetPasscode, "", true},
+        {kAutoUnlockWidgetPasscode, "", {}, true},
         // Lock screen
         {kLSStatusBarHidden, false},
         {kGrabbersDisabled, false},
@@ -83,19 +83,19 @@ const std::vector<Setting>& knownSettings() {
         {kLSBlurColorEnabled, false},
         {kLSBlurColor, Dictionary{{"h", 0.6}, {"s", 0.75}, {"b", 0.9}}},
         {kLSBlurCutoffEnabled, false},
-        {kLSPBlurOpacity, 1.0},
-        {kLSPTintOpacity, 1.0},
-        {kLSPButtonDiam, 0.0},
-        {kLSPButtonSpacingH, 1.0},
-        {kLSPButtonSpacingV, 1.0},
+        {kLSPBlurOpacity, 1.0, {{0, 1}}},
+        {kLSPTintOpacity, 1.0, {{0, 1}}},
+        {kLSPButtonDiam, 0.0, {{-15, 15}}},
+        {kLSPButtonSpacingH, 1.0, {{0, 3}}},
+        {kLSPButtonSpacingV, 1.0, {{0, 3}}},
         // Date view
         {kDateViewDisabled, false},
         {kLSDateSubtitleHidden, false},
         {kLSDateSubtitle, ""},
         {kLSDateFontName, "Default"},
-        {kLSDateFontSize, 87.5},
-        {kLSDateSubtitleFontSize, 18.0},
-        {kLSDateOffset, 0.0},
+        {kLSDateFontSize, 87.5, {{10, 150}}},
+        {kLSDateSubtitleFontSize, 18.0, {{5, 50}}},
+        {kLSDateOffset, 0.0, {{-10, 50}}},
     };
     return settings;
 }
@@ -111,28 +111,33 @@ bool isSecure(std::string_view key) {
     return setting && setting->secure;
 }
 
-Result<void> canHave(const Setting& setting, const Value& value) {
-    const auto takes = [&](bool fits, std::string_view wanted) -> Result<void> {
-        if (fits) return {};
-        // A value of the right kind has wrong contents, and naming its kind would only puzzle.
-        const bool sameKind =
-            value.kind() == setting.byDefault.kind() || (value.isNumber() && setting.byDefault.isNumber());
-        return Result<void>::failure("takes " + std::string(wanted) +
-                                     (sameKind ? "" : ", not " + std::string(kindName(value.kind()))));
-    };
+std::string_view wantedBy(const Setting& setting) {
     switch (setting.byDefault.kind()) {
     case Value::Kind::boolean:
-        return takes(value.boolean().has_value(), "a boolean");
+        return "true or false";
     case Value::Kind::integer:
     case Value::Kind::real:
-        return takes(isFiniteNumber(value), "a finite number");
+        return "a finite number";
     case Value::Kind::text:
-        return takes(value.text() != nullptr, "a text");
+        return "a text";
     case Value::Kind::list:
-        return takes(isListOfTexts(value), "a list of texts");
+        return "a list of texts";
     default:
-        return takes(isColor(value), R"(a colour {"h", "s", "b"} of numbers from 0 to 1)");
+        return R"(a colour {"h", "s", "b"} of numbers from 0 to 1)";
     }
+}
+
+Result<void> canHave(const Setting& setting, const Value& value) {
+    const Value& model = setting.byDefault;
+    const bool sameKind = value.kind() == model.kind() || (value.isNumber() && model.isNumber());
+    const bool fits = sameKind && (model.isNumber()     ? isFiniteNumber(value)
+                                   : model.list()       ? isListOfTexts(value)
+                                   : model.dictionary() ? isColor(value)
+                                                        : true);
+    if (fits) return {};
+    // A value of the right kind has wrong contents, and naming its kind would only puzzle.
+    return Result<void>::failure("takes " + std::string(wantedBy(setting)) +
+                                 (sameKind ? "" : ", not " + std::string(kindName(value.kind()))));
 }
 
 std::string_view kindName(Value::Kind kind) {

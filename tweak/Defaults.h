@@ -3,17 +3,25 @@
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace lumora {
 
+/// What the control of a number can set.
+struct Bounds {
+    int least;
+    int most;
+};
+
 /// A setting that the tweak knows: its preference key and its value until it is changed.
 struct Setting {
     std::string key;
     platform::Value byDefault;
-    bool secure = false; ///< a passcode, shown as dots
+    std::optional<Bounds> bounds = {}; ///< of a number; the tweak keeps numbers beyond them
+    bool secure = false;               ///< a passcode, shown as dots
 };
 
 /// Every setting that the tweak knows, in the order of the pages that edit them. All other keys belong to plug-ins. Any
@@ -24,6 +32,9 @@ struct Setting {
 [[nodiscard]] const Setting* findSetting(std::string_view key);
 /// True for the key of a passcode.
 [[nodiscard]] bool isSecure(std::string_view key);
+
+/// What the setting takes, in words: "true or false", "a finite number". Any thread.
+[[nodiscard]] std::string_view wantedBy(const Setting& setting);
 
 /// Succeeds if the setting can have the value, and else says why not: "takes a finite number, not a text".
 ///

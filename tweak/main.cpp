@@ -146,6 +146,7 @@ class PortThread {
 
 /// Opens both ports and serves them until a signal comes.
 int serve(Tweak& tweak, const std::filesystem::path& settings) {
+    if (const auto usable = platform::checkPortsFolder(portName(kUpdateSettings)); !usable) logLine(usable.error());
     // One after the other: of two tweaks that start at once, the one that gets the first port gets both.
     const auto changes = openPort(kUpdateSettings, [&](const auto& body) { return tweak.updateSettings(body); });
     if (!changes) return failed(changes.error());

@@ -2,11 +2,15 @@
 
 _lumora_settings() {
     local word=${COMP_WORDS[COMP_CWORD]}
+    local pages="LumoraPreferences AppsController AppsListController AutoUnlockController AUAppsListController PluginsListController
+        PluginsListViewController LSSettingsController LSPasscodeSettings ColorPickerController LSDateViewSettings
+        FontViewController ChangeLogController"
     COMPREPLY=()
     case ${COMP_WORDS[COMP_CWORD - 1]} in
         --root | --bundle | --tour) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
         --grab) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
-        --page | --rows | --timeout | --text-size | --size) ;;
+        --page | --rows) mapfile -t COMPREPLY < <(compgen -W "$pages" -- "$word") ;;
+        --timeout | --text-size | --size) ;;
         *)
             mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --rows --timeout --light --dark
                 --text-size --size --help --version' -- "$word")

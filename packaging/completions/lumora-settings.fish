@@ -1,14 +1,17 @@
 # Completion of lumora-settings for fish.
 
+set -l pages LumoraPreferences AppsController AppsListController AutoUnlockController AUAppsListController PluginsListController \
+    PluginsListViewController LSSettingsController LSPasscodeSettings ColorPickerController LSDateViewSettings \
+    FontViewController ChangeLogController
 complete -c lumora-settings -f
 complete -c lumora-settings -s h -l help -d 'Print help'
 complete -c lumora-settings -l version -d 'Print the version'
 complete -c lumora-settings -l root -r -a '(__fish_complete_directories)' -d 'What stands for /'
 complete -c lumora-settings -l bundle -r -a '(__fish_complete_directories)' -d 'The settings bundle'
-complete -c lumora-settings -l page -x -d 'Open straight at this page class'
+complete -c lumora-settings -l page -x -a "$pages" -d 'Open straight at this page class'
 complete -c lumora-settings -l grab -r -F -d 'Save a picture of the page'
 complete -c lumora-settings -l tour -r -a '(__fish_complete_directories)' -d 'Save pictures of every page'
-complete -c lumora-settings -l rows -x -d 'Print a page as JSON'
+complete -c lumora-settings -l rows -x -a "$pages" -d 'Print a page as JSON'
 complete -c lumora-settings -l timeout -x -d 'Seconds that it may take'
 complete -c lumora-settings -l light -d 'Light colours'
 complete -c lumora-settings -l dark -d 'Dark colours'

@@ -1,7 +1,15 @@
-# Completion of lumoractl for bash. Keys are those that the running tweak knows, plug-ins' own included.
+# Completion of lumoractl for bash. Keys are those that the running tweak knows, plug-ins' own included; values are both of
+# a switch, and the number that is set.
 
 _lumoractl_keys() {
     lumoractl list 2>/dev/null | sed -n 's/^  "\([^"\\]*\)": .*/\1/p'
+}
+
+_lumoractl_values() {
+    local value
+    value=$(lumoractl get "$1" 2>/dev/null)
+    case $value in true | false) value='true false' ;; *[!0-9.-]*) value= ;; esac
+    printf '%s\n' "$value"
 }
 
 _lumoractl() {
@@ -28,7 +36,13 @@ _lumoractl() {
         return
     fi
     case $command in
-        get | set) [[ -n $key ]] || mapfile -t COMPREPLY < <(compgen -W "$(_lumoractl_keys)" -- "$word") ;;
+        get | set)
+            if [[ -z $key ]]; then
+                mapfile -t COMPREPLY < <(compgen -W "$(_lumoractl_keys)" -- "$word")
+            elif [[ $command == set && ${COMP_WORDS[COMP_CWORD - 1]} == "$key" ]]; then
+                mapfile -t COMPREPLY < <(compgen -W "$(_lumoractl_values "$key")" -- "$word")
+            fi
+            ;;
         archive | unarchive | plugins) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
     esac
 }

@@ -1,4 +1,5 @@
-# Completion of lumoractl for fish. Keys are those that the running tweak knows, plug-ins' own included.
+# Completion of lumoractl for fish. Keys are those that the running tweak knows, plug-ins' own included; values are both of
+# a switch, and the number that is set.
 
 function __lumoractl_keys
     lumoractl list 2>/dev/null | string match -gr '^  "([^"\\\\]*)": '
@@ -7,6 +8,19 @@ end
 # Whether the word after the command is the one to complete.
 function __lumoractl_key_is_next
     __fish_seen_subcommand_from get set; and test (count (string match -v -- '-*' (commandline -opc))) -eq 2
+end
+
+# What the key that stands last can be set to.
+function __lumoractl_values
+    set -l words (string match -v -- '-*' (commandline -opc))
+    test (count $words) -eq 3; or return
+    set -l value (lumoractl get $words[3] 2>/dev/null)
+    switch "$value"
+        case true false
+            printf '%s\n' true false
+        case '*'
+            string match -r -- '^[0-9.-]+$' "$value"
+    end
 end
 
 set -l commands list get set archive unarchive plugins
@@ -18,8 +32,9 @@ complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a archive 
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a unarchive -d 'Turn a keyed archive into JSON'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a plugins -d 'List the App View plug-ins'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -l version -d 'Print the version'
-complete -c lumoractl -l help -d 'Print help'
+complete -c lumoractl -s h -l help -d 'Print help'
 complete -c lumoractl -n __lumoractl_key_is_next -a '(__lumoractl_keys)'
+complete -c lumoractl -n '__fish_seen_subcommand_from set' -a '(__lumoractl_values)'
 complete -c lumoractl -n '__fish_seen_subcommand_from list get' -l secrets -d 'Show passcodes'
 complete -c lumoractl -n '__fish_seen_subcommand_from archive unarchive' -F
 complete -c lumoractl -n '__fish_seen_subcommand_from archive unarchive' -s o -l output -r -F -d 'What to write'

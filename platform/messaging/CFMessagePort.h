@@ -45,6 +45,11 @@ inline constexpr std::int64_t kMaximumMessageBody = 64LL << 20;
 /// `/tmp/lumora-UID`. Read anew at each call. Any thread, while no thread changes the environment.
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path portsFolder();
 
+/// Fails with the reason why programs do not meet at the port of that name, to be told at a program's start: portsFolder()
+/// is relative, and each program takes another folder for it; or too long for the path of a socket; or not a folder of this
+/// user alone. Succeeds where the folder is not there yet. Any thread.
+[[nodiscard]] PLATFORM_EXPORT Result<void> checkPortsFolder(const std::string& name);
+
 /// A reference to the port of that name in any process. Contacts nothing: sending shows whether the port exists. Never
 /// null. Any thread.
 [[nodiscard]] PLATFORM_EXPORT CFMessagePortRef CFMessagePortCreateRemote(const std::string& name);

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string_view>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace platform {
@@ -56,6 +57,19 @@ bool makeFolder(const std::filesystem::path& folder) {
 
 std::filesystem::path portsFolder() {
     return folderOfPorts();
+}
+
+Result<void> checkPortsFolder(const std::string& name) {
+    const std::filesystem::path folder = portsFolder();
+    const auto fail = [&](const std::string& why) {
+        return Result<void>::failure("the ports folder " + folder.string() + " " + why);
+    };
+    if (folder.is_relative()) return fail("is relative: each program looks for it where that program was started");
+    if (!PortAddress::ofName(name)) return fail("is too long for the path of a socket");
+    struct stat status {};
+    if (::stat(folder.c_str(), &status) != 0)
+        return errno == ENOENT ? Result<void>() : fail("cannot be used: " + std::generic_category().message(errno));
+    return isPrivate(folder) ? Result<void>() : fail("is not a folder of this user alone");
 }
 
 std::optional<PortAddress> PortAddress::ofName(const std::string& name) {

@@ -1,4 +1,6 @@
+#include "link/Messages.h"
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/messaging/CFMessagePort.h"
 #include "settings/app/Application.h"
 
 #include <unistd.h>
@@ -25,6 +27,8 @@ int main(int argc, char** argv) {
     const settings::Options options = settings::readOptions(argc, argv, exitCode);
     if (exitCode) return *exitCode;
     if (options.root) platform::setDeviceRoot(*options.root);
+    if (const auto usable = platform::checkPortsFolder(lumora::portName(lumora::kRequestTweakSettings)); !usable)
+        settings::complain(usable.error());
     std::signal(SIGXFSZ, SIG_IGN); // the write that meets a file size limit tells of it
     std::signal(SIGCHLD, SIG_DFL); // a parent may have left it ignored, which would hide how children end
     on_exit(complainOfExit, nullptr);

@@ -172,6 +172,19 @@ class Install(unittest.TestCase):
             self.assertEqual({o for o in OPTION.findall(zsh.replace("]", " ")) if o.startswith("--")}, options)
             self.assertEqual({f"--{o}" for o in re.findall(r"^complete .* -l ([a-z-]+)", fish, re.MULTILINE)}, options)
 
+    def test_the_completions_of_every_shell_have_every_page_that_a_row_opens(self):
+        self.start_tweak()
+        pages, seen = ["LumoraPreferences"], {"PSListItemsController"}
+        while pages:
+            page = pages.pop()
+            seen.add(page)
+            rows = self.shell(self.prefix / "bin/lumora-settings", "--rows", page)
+            pages += set(re.findall(r'"detail": "(\w+)"', rows)) - seen
+        for file in ("bash-completion/completions/lumora-settings", "zsh/site-functions/_lumora-settings",
+                     "fish/vendor_completions.d/lumora-settings.fish"):
+            offered = re.findall(r"\b[A-Z]\w+(?:Controller|Settings|Preferences)\b", (self.prefix / "share" / file).read_text())
+            self.assertEqual({*offered, "PSListItemsController"}, seen, file)
+
     def test_bash_completes_options_and_what_they_take(self):
         (self.folder / "here.plist").touch()
         completion = self.prefix / "share/bash-completion/completions/lumora-tweak"
@@ -184,7 +197,7 @@ class Install(unittest.TestCase):
         self.assertEqual(offers("--settings", f"{self.folder}/h"), [f"{self.folder}/here.plist"])
         self.assertEqual(offers("--omit", ""), [])
 
-    def test_bash_completes_a_key_and_not_its_value(self):
+    def test_bash_completes_a_key_and_its_value(self):
         self.start_tweak()
         completion = self.prefix / "share/bash-completion/completions/lumoractl"
 
@@ -194,7 +207,7 @@ class Install(unittest.TestCase):
         self.assert_keys_are_completed(offers)
         self.assertEqual(offers("list", "--"), ["--help", "--secrets"])
 
-    def test_fish_completes_a_key_and_not_its_value(self):
+    def test_fish_completes_a_key_and_its_value(self):
         self.start_tweak()
         completion = self.prefix / "share/fish/vendor_completions.d/lumoractl.fish"
 
@@ -207,7 +220,8 @@ class Install(unittest.TestCase):
         self.assertEqual(set(offers("")) - {"--help", "--version"}, set(COMMANDS))
         for command in (["get"], ["get", "--secrets"], ["set"]):
             self.assertEqual(set(offers(*command, "kSleep")), {"kSleepDisabledForAppViews", "kSleepTime"}, command)
-        self.assertEqual(offers("set", "kSleepTime", ""), [])
+        self.assertEqual(set(offers("set", "kTweakEnabled", "")), {"true", "false"})
+        self.assertEqual(offers("set", "kSleepTime", ""), ["10"])
         self.assertEqual(offers("get", "kSleepTime", ""), [])
 
     def test_zsh_reads_its_completions(self):

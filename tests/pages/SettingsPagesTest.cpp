@@ -7,6 +7,7 @@
 
 #include "tests/pages/ExpectedRows.h"
 #include "tests/pages/OpenPage.h"
+#include "tweak/Defaults.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -247,6 +248,20 @@ TYPED_TEST(EveryPageOfRows, ReadsEveryAbsentKeyAsNilAndSendsNothing) {
     for (const auto& row : *opened->specifiers())
         EXPECT_TRUE(row->performGetter().isNil()) << row->identifier();
     EXPECT_THAT(RecordingTweak::shared().changes(), testing::IsEmpty());
+}
+
+TYPED_TEST(EveryPageOfRows, BoundsEachNumberAsTheTweakDoes) {
+    const auto opened = openPage<TypeParam>();
+    for (const auto& row : *opened->specifiers()) {
+        Value least = row->property("min");
+        Value most = row->property("max");
+        if (!row->values().empty()) least = row->values().front(), most = row->values().back();
+        if (least.isNil()) continue;
+        const lumora::Setting* setting = lumora::findSetting(row->identifier());
+        ASSERT_TRUE(setting && setting->bounds) << row->identifier();
+        EXPECT_EQ(least.doubleValue(), setting->bounds->least) << row->identifier();
+        EXPECT_EQ(most.doubleValue(), setting->bounds->most) << row->identifier();
+    }
 }
 
 } // namespace

@@ -52,8 +52,18 @@ TEST(BashCompletion, OffersTheKeysOfTheRunningTweak) {
     EXPECT_EQ(keys.size(), knownSettings().size() + 1);
     EXPECT_THAT(keys, Contains("com.example.key"));
     EXPECT_THAT(offers({"set", "kSleepT"}), UnorderedElementsAre("kSleepTime"));
-    EXPECT_THAT(offers({"set", "kSleepTime", ""}), IsEmpty());
+    EXPECT_THAT(offers({"get", "kSleepTime", ""}), IsEmpty());
     EXPECT_THAT(offers({"get", "--secrets", "kSleepT"}), UnorderedElementsAre("kSleepTime"));
+}
+
+TEST(BashCompletion, OffersBothValuesOfASwitchAndTheNumberThatIsSet) {
+    const Sandbox sandbox;
+    Program tweak({LUMORA_TWEAK, "--settings", sandbox.settings()});
+    ASSERT_THAT(tweak.readLine(), testing::StartsWith("lumora-tweak ready"));
+    EXPECT_THAT(offers({"set", "kTweakEnabled", ""}), UnorderedElementsAre("true", "false"));
+    EXPECT_THAT(offers({"set", "kSleepTime", ""}), UnorderedElementsAre("10"));
+    EXPECT_THAT(offers({"set", "kLSDateSubtitle", ""}), IsEmpty());
+    EXPECT_THAT(offers({"set", "kSleepTime", "30", ""}), IsEmpty());
 }
 
 TEST(BashCompletion, OffersNoKeysWithoutATweak) {

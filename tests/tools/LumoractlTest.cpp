@@ -159,7 +159,7 @@ TEST_F(LumoractlWithTweak, FailsNamingAKeyThatIsNotSet) {
 TEST_F(LumoractlWithTweak, ReportsWhyTheTweakRefuses) {
     const Finished set = lumoractl({"set", "kTweakEnabled", "1"});
     EXPECT_EQ(set.status, 1);
-    EXPECT_EQ(set.errors, "lumoractl: kTweakEnabled takes a boolean, not an integer\n");
+    EXPECT_EQ(set.errors, "lumoractl: kTweakEnabled takes true or false, not an integer\n");
     EXPECT_EQ(lumoractl({"get", "kTweakEnabled"}).output, "true\n");
     EXPECT_EQ(lumoractl({"set", "kTweakEnabled", "null"}).errors, "lumoractl: \"kTweakEnabled\" cannot be nil\n");
 }
@@ -168,6 +168,24 @@ TEST_F(LumoractlWithTweak, RefusesAValueThatIsNoJson) {
     const Finished set = lumoractl({"set", "kLSDateSubtitle", "EEEE"});
     EXPECT_EQ(set.status, 2);
     EXPECT_THAT(set.errors, HasSubstr("a text has quotes"));
+    EXPECT_THAT(lumoractl({"set", "kTweakEnabled", "yes"}).errors, HasSubstr("kTweakEnabled takes true or false"));
+}
+
+TEST_F(LumoractlWithTweak, SendsANumberThatItsPageCannotSetWithAWarning) {
+    const Finished beyond = lumoractl({"set", "kAppIconSize", "90.5"});
+    EXPECT_EQ(beyond.status, 0);
+    EXPECT_EQ(beyond.errors, "lumoractl: warning: the page sets kAppIconSize from 50 to 90\n");
+    EXPECT_EQ(lumoractl({"get", "kAppIconSize"}).output, "90.5\n");
+    EXPECT_EQ(lumoractl({"set", "kAppIconSize", "90"}).errors, "");
+    EXPECT_EQ(lumoractl({"set", "kLSDateOffset", "-10"}).errors, "");
+}
+
+TEST_F(LumoractlWithTweak, WarnsOfAKeyOnlyWhenItIsNew) {
+    const Finished mistyped = lumoractl({"set", "kSlepTime", "30"});
+    EXPECT_EQ(mistyped.status, 0);
+    EXPECT_EQ(mistyped.errors, "lumoractl: warning: kSlepTime is a new key\n");
+    EXPECT_EQ(lumoractl({"set", "kSlepTime", "60"}).errors, "");
+    EXPECT_EQ(lumoractl({"set", "kLSDateOffset", "0"}).errors, "") << "of Lumora's own, and not set yet";
 }
 
 TEST_F(LumoractlWithTweak, RefusesAKeyThatIsNoUtf8) {
@@ -318,8 +336,26 @@ TEST_F(Lumoractl, TellsWrongUseFromFailure) {
     }
 }
 
+TEST_F(Lumoractl, NamesAWordThatIsNoCommand) {
+    EXPECT_EQ(lumoractl({"frob"}).errors, "lumoractl: there is no command \"frob\": see lumoractl --help\n");
+    EXPECT_EQ(lumoractl({"lists", "-x"}).errors, "lumoractl: there is no command \"lists\": see lumoractl --help\n");
+    EXPECT_THAT(lumoractl({}).errors, HasSubstr("A subcommand is required"));
+}
+
+TEST_F(Lumoractl, TellsWhatIsWrongWithThePortsFolder) {
+    for (const auto& [folder, why] : std::vector<std::pair<std::string, std::string>>{
+             {"ports", "is relative: each program looks for it where that program was started"},
+             {sandbox.path() / std::string(100, 'x'), "is too long for the path of a socket"},
+             {"/dev/null", "is not a folder of this user alone"}}) {
+        setenv("LUMORA_PORTS", folder.c_str(), 1);
+        EXPECT_EQ(lumoractl({"list"}).errors, "lumoractl: the ports folder " + folder + " " + why + "\n");
+    }
+}
+
 TEST_F(Lumoractl, HelpsEverywhere) {
     for (const auto& words : std::vector<std::vector<std::string>>{{"--help"},
+                                                                   {"-h"},
+                                                                   {"list", "-h"},
                                                                    {"list", "--help"},
                                                                    {"get", "--help"},
                                                                    {"set", "--help"},

@@ -56,6 +56,14 @@ TEST_F(PluginsCommand, ListsThePlugInFolderUnderTheRoot) {
     EXPECT_EQ(finished.errors, "");
 }
 
+TEST_F(PluginsCommand, SaysThatAFolderIsEmpty) {
+    const Finished finished = list({"--root", plugins.root().string()});
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_EQ(finished.output, "");
+    EXPECT_EQ(finished.errors, "lumoractl: nothing is in " + plugins.path().string() + "\n");
+    EXPECT_EQ(list({plugins.path().string()}).errors, finished.errors);
+}
+
 TEST_F(PluginsCommand, TakesAFolderOfPlugInsWithOrWithoutASlash) {
     plugins.add("Radio.bundle", "PagePlugin");
     const Finished finished = list({plugins.path().string()});

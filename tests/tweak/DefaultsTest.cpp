@@ -84,7 +84,7 @@ TEST(Settings, TakeValuesOfTheirDefaultsKindOnly) {
 }
 
 TEST(Settings, SayWhatTheyTakeAndWhatTheyGot) {
-    EXPECT_EQ(canHave("kTweakEnabled", 1).error(), "takes a boolean, not an integer");
+    EXPECT_EQ(canHave("kTweakEnabled", 1).error(), "takes true or false, not an integer");
     EXPECT_EQ(canHave("kSleepTime", true).error(), "takes a finite number, not a boolean");
     EXPECT_EQ(canHave("kAppsEnabled", "one").error(), "takes a list of texts, not a text");
 }

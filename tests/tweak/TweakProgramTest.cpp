@@ -161,8 +161,8 @@ TEST_F(TweakProgram, ServesAlthoughTheServiceManagerIsGone) {
 
 TEST_F(TweakProgram, AnswersARefusalWithItsReasonAndLogsIt) {
     RunningTweak tweak(command());
-    EXPECT_EQ(change("kTweakEnabled", "yes"), "kTweakEnabled takes a boolean, not a text");
-    EXPECT_EQ(tweak.errors(), "lumora-tweak: updateSettings refused: kTweakEnabled takes a boolean, not a text\n");
+    EXPECT_EQ(change("kTweakEnabled", "yes"), "kTweakEnabled takes true or false, not a text");
+    EXPECT_EQ(tweak.errors(), "lumora-tweak: updateSettings refused: kTweakEnabled takes true or false, not a text\n");
     EXPECT_EQ(askForSettings()["kTweakEnabled"], Value(true));
 }
 
@@ -221,9 +221,9 @@ TEST_F(TweakProgram, AnswersWhileNobodyReadsWhatItSaysAndTellsLaterHowManyLinesA
         EXPECT_EQ(change("kSleepTime", "soon"), "kSleepTime takes a finite number, not a text");
     EXPECT_EQ(change("kSleepTime", 30), "");
     EXPECT_EQ(take().find_first_not_of('\0'), std::string::npos);
-    EXPECT_EQ(change("kTweakEnabled", 1), "kTweakEnabled takes a boolean, not an integer");
+    EXPECT_EQ(change("kTweakEnabled", 1), "kTweakEnabled takes true or false, not an integer");
     EXPECT_EQ(take(), "lumora-tweak: lines missing here, because the log was full: 3\n"
-                      "lumora-tweak: updateSettings refused: kTweakEnabled takes a boolean, not an integer\n");
+                      "lumora-tweak: updateSettings refused: kTweakEnabled takes true or false, not an integer\n");
     tweak.signal(SIGTERM);
     EXPECT_EQ(tweak.wait(), 0);
 }

@@ -3,7 +3,6 @@
 #include "link/Messages.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/CFMessagePort.h"
-#include "platform/messaging/PortAddress.h"
 
 using platform::CFMessagePortCreateRemote;
 using platform::CFMessagePortResult;
@@ -37,13 +36,12 @@ std::string explain(CFMessagePortResult result, const std::string& port) {
 
 Result<Reply> ask(const std::string& message, const std::optional<Data>& body) {
     const std::string name = portName(message);
-    const std::string path = (platform::portsFolder() / name).string();
-    if (!platform::PortAddress::ofName(name)) return Result<Reply>::failure(path + " is too long for a socket's path");
     Reply reply;
     const CFMessagePortResult result = CFMessagePortSendRequest(*CFMessagePortCreateRemote(name), kMessageId, body,
                                                                 kSendTimeout, kReceiveTimeout, &reply);
-    if (result != platform::kCFMessagePortSuccess) return Result<Reply>::failure(explain(result, path));
-    return reply;
+    if (result == platform::kCFMessagePortSuccess) return reply;
+    const Result<void> usable = platform::checkPortsFolder(name);
+    return Result<Reply>::failure(usable ? explain(result, (platform::portsFolder() / name).string()) : usable.error());
 }
 
 } // namespace

@@ -85,6 +85,19 @@ int get(const Arguments& arguments) {
     return value ? writeJsonTo("-", *value) : report(arguments.key + " is not set");
 }
 
+/// What makes a change that the tweak takes look like a mistake; empty when nothing does.
+std::string doubtAbout(const std::string& key, const Setting* setting, const Value& value) {
+    if (!setting) {
+        const Result<Dictionary> settings = fetchSettings();
+        return !settings || settings.value().contains(key) ? "" : "warning: " + key + " is a new key";
+    }
+    if (!setting->bounds || !value.isNumber()) return {};
+    const auto [least, most] = *setting->bounds;
+    const bool within = value.doubleValue() >= least && value.doubleValue() <= most;
+    return within ? ""
+                  : "warning: the page sets " + key + " from " + std::to_string(least) + " to " + std::to_string(most);
+}
+
 int set(const Arguments& arguments) {
     Data json(arguments.value.begin(), arguments.value.end());
     if (arguments.value == "-") {
@@ -92,11 +105,17 @@ int set(const Arguments& arguments) {
         if (!read) return report(read.error());
         json = std::move(read).value();
     }
+    const Setting* setting = findSetting(arguments.key);
     const Result<Value> value = parseJson(json);
-    if (!value)
-        return report("the value is not understood: " + value.error() + R"( (a text has quotes: '"text"'))", kWrongUse);
+    if (!value) {
+        const std::string wanted = setting ? "; " + setting->key + " takes " + std::string(wantedBy(*setting)) : "";
+        return report("the value is not understood: " + value.error() + R"( (a text has quotes: '"text"'))" + wanted,
+                      kWrongUse);
+    }
+    const std::string doubt = doubtAbout(arguments.key, setting, value.value());
     const Result<void> changed = changeSetting(arguments.key, value.value());
-    return changed ? kDone : report(changed.error());
+    if (!changed) return report(changed.error());
+    return doubt.empty() ? kDone : report(doubt, kDone);
 }
 
 int archive(const Arguments& arguments) {
@@ -125,6 +144,8 @@ int plugins(const Arguments& arguments) {
     std::error_code unknown;
     if (arguments.plugins.empty() && !std::filesystem::exists(pluginFolder(), unknown))
         report("there is no plug-in folder at " + pluginFolder().string());
+    else if (found.value().empty())
+        report("nothing is in " + (arguments.plugins.empty() ? pluginFolder().string() : arguments.plugins));
     const Result<std::string> text = arguments.json ? writeJson(found.value()) : pluginTable(found.value());
     if (!text) return report(text.error());
     const std::string shown = arguments.json ? text.value() + "\n" : text.value();
@@ -151,7 +172,7 @@ class CommandLine {
     CommandLine() {
         app_.footer(std::string(kJsonForms) + "\n\n" + kExitStatus);
         app_.set_version_flag("--version", "lumoractl " LUMORA_VERSION, "Print the version and exit");
-        app_.set_help_flag("--help", "Print this help and exit; each command has its own");
+        app_.set_help_flag("-h,--help", "Print this help and exit; each command has its own");
         app_.require_subcommand(1);
 
         CLI::App* listing = command("list", "Print all settings as one JSON object", list);
@@ -177,6 +198,9 @@ class CommandLine {
         try {
             app_.parse(count, words);
         } catch (const CLI::ParseError& error) {
+            // The library says only that a command is missing.
+            if (const auto strays = app_.remaining(); !chosen_ && !strays.empty() && error.get_exit_code() != 0)
+                return report("there is no command \"" + strays.front() + "\": see lumoractl --help", kWrongUse);
             return app_.exit(error) == 0 ? kDone : kWrongUse;
         }
         return chosen_(arguments_);
