@@ -49,8 +49,17 @@ install_packages() {
 by_hand() {
   say "$(basename "$0"): packages are missing and $1. Install them by hand, then call this again:"
   shift
-  say "    apt-get install --no-install-recommends $*"
+  say "    $([ "$(id -u)" -eq 0 ] || echo 'sudo ')apt-get install --no-install-recommends $*"
   exit 1
+}
+
+# show_steps: of what ninja says, the number of each step, in place, where a terminal shows it.
+show_steps() {
+  local line
+  while IFS= read -r line; do
+    [ -t 2 ] && [[ $line == '['*/*']'* ]] && printf '\r%s] ' "${line%%]*}" >&2
+  done
+  [ ! -t 2 ] || printf '\r\033[K' >&2
 }
 
 # build PRESET OPTION… -- TARGET…: configures unless the options are set already, then builds the targets, or all.
@@ -74,7 +83,7 @@ build() {
   if ! ninja -C "$folder" -n "$@" 2>/dev/null | grep -q 'no work to do'; then
     say "Building build/$preset (a first build takes a few minutes)"
     log=$(mktemp)
-    ninja -C "$folder" "$@" >"$log" 2>&1 || { grep -v '^\[' "$log" | tail -n 60 >&2; fail "the build of build/$preset failed"; }
+    ninja -C "$folder" "$@" 2>&1 | tee "$log" | show_steps || { grep -v '^\[' "$log" | tail -n 60 >&2; fail "the build of build/$preset failed"; }
     grep -i 'warning:' "$log" >&2 || true
     rm -f "$log"
   fi
