@@ -54,6 +54,10 @@ inline constexpr std::int64_t kMaximumMessageBody = 64LL << 20;
 /// null. Any thread.
 [[nodiscard]] PLATFORM_EXPORT CFMessagePortRef CFMessagePortCreateRemote(const std::string& name);
 
+/// Whether a live process of this user or root takes connections on the port of that name. Connects and hangs up again
+/// without a byte, and does not wait. Any thread.
+[[nodiscard]] PLATFORM_EXPORT bool CFMessagePortIsServed(const std::string& name);
+
 /// Sends one message and waits for its reply, which goes into *reply if the result is success; reply may be null. Both
 /// time-outs are in seconds: the first covers connecting and writing, a full backlog included, the second runs from the
 /// last byte written to the last byte of the reply. Each call has a connection of its own. Any thread.

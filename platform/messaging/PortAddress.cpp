@@ -1,5 +1,6 @@
 #include "platform/messaging/PortAddress.h"
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/messaging/CFMessagePort.h"
 
 #include <algorithm>
@@ -70,6 +71,14 @@ Result<void> checkPortsFolder(const std::string& name) {
     if (::stat(folder.c_str(), &status) != 0)
         return errno == ENOENT ? Result<void>() : fail("cannot be used: " + std::generic_category().message(errno));
     return isPrivate(folder) ? Result<void>() : fail("is not a folder of this user alone");
+}
+
+bool CFMessagePortIsServed(const std::string& name) {
+    const auto address = PortAddress::ofName(name);
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (!address || !socket) return false;
+    const int error = address->connect(socket.number());
+    return error == EAGAIN || (error == 0 && peerIsTrusted(socket.number())); // EAGAIN: a queue that is full is served
 }
 
 std::optional<PortAddress> PortAddress::ofName(const std::string& name) {

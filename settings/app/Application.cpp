@@ -89,10 +89,11 @@ int runApplication(int argc, char** argv, const Options& asked) {
     if (!picturesOnly && !(options.dark && options.textSize)) followDesktop(shell, options);
     shell.launch({options.bundle.value_or(platform::standardBundle()), options.page, contentSizeOf(options.size)},
                  [picturesOnly](const std::string& why) {
+                     complain(why);
                      // The code that takes pictures would go on waiting for the page.
-                     if (picturesOnly) std::_Exit(complain(why));
-                     QCoreApplication::exit(complain(why));
+                     if (picturesOnly) std::_Exit(1);
                  });
+    if (!picturesOnly) shell.followTweak();
 
     auto& engine = *new QQmlApplicationEngine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <future>
 #include <memory>
+#include <sstream>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -24,15 +26,21 @@ Result<void> openBundle(Navigation& navigation, const Launch& launch) {
     if (const Result<void> loaded = bundle->load(); !loaded)
         return Result<void>::failure("the settings bundle cannot be loaded: " + loaded.error());
 
-    const bool first = launch.pageClass.empty();
-    const platform::Class page = first ? bundle->principalClass() : platform::NSClassFromString(launch.pageClass);
+    const bool first = launch.page.empty() || launch.page.front() == '/';
+    const platform::Class page = first ? bundle->principalClass() : platform::NSClassFromString(launch.page);
     if (!page) {
         return Result<void>::failure(first ? "the settings bundle " + launch.bundle.string() + " names no page"
-                                           : "there is no page class " + launch.pageClass);
+                                           : "there is no page class " + launch.page);
     }
     // The first page has no row that opened it and could give it a title.
     const std::string title = page == bundle->principalClass() ? bundle->bundlePath().stem().string() : page->name;
     if (!navigation.open(page, title)) return Result<void>::failure(page->name + " makes no page");
+    // A way ends early where a page has no such row any more.
+    std::istringstream way(first ? launch.page : "");
+    std::string name;
+    std::getline(way, name, '/');
+    while (std::getline(way, name, '/') && navigation.openFromRow(name)) {
+    }
     return {};
 }
 

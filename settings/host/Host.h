@@ -21,7 +21,8 @@ inline constexpr int kBarHeight = 52;
 /// What the main thread opens first.
 struct Launch {
     std::filesystem::path bundle; ///< the folder of the settings bundle
-    std::string pageClass;        ///< empty for the bundle's principal class
+    /// A page class, or a way from the first page, as "/AppsController/AutoUnlockController"; empty for the first page.
+    std::string page;
     platform::CGSize contentSize; ///< in points, of what is under the navigation bar
 };
 

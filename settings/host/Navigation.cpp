@@ -2,9 +2,12 @@
 
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Unicode.h"
+#include "platform/messaging/Dispatch.h"
 #include "platform/preferences/PSListItemsController.h"
 #include "settings/host/SnapshotOf.h"
 
+#include <algorithm>
+#include <chrono>
 #include <exception>
 #include <iostream>
 #include <utility>
@@ -14,6 +17,9 @@ namespace settings {
 using namespace platform;
 
 namespace {
+
+/// A page that has settings of an earlier answer does not wait for its own, which takes a hundredth of this.
+constexpr std::chrono::milliseconds kTimeForAnswer{30};
 
 std::uint64_t nextPageId() {
     static std::uint64_t last = 0;
@@ -75,23 +81,33 @@ void report(const MFMailComposeViewController& composer) {
 Navigation::Navigation(Show show) : show_(std::move(show)) {
 }
 
-bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifierRef& row) {
+bool Navigation::openFromRow(const std::string& className) {
+    const PSSpecifierList rows = pages_.back().controller->specifiers();
+    if (!rows) return false;
+    const auto row = std::ranges::find_if(*rows, [&](const auto& one) { return one->detail().name() == className; });
+    return row != rows->end() && open((*row)->detail().resolve(), (*row)->name(), *row);
+}
+
+bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifierRef& row, Place place) {
     if (!pageClass) return false;
     publish(Opening{pageClass->name, title});
-    const std::size_t depth = pages_.size();
+    const std::vector<OpenPage> before = pages_;
+    bool isOpen = false;
     const Result<void> opened = attempt([&] {
         auto page = std::dynamic_pointer_cast<PSListController>(pageClass->make());
         if (!page) return;
         if (!title.empty()) page->setTitle(title);
         page->setSpecifier(row);
-        pages_.push_back({nextPageId(), std::move(page), pageClass->name, nullptr});
-        appear(pages_.size() > 1);
+        // The answer to the page's own request may still come later, and then the rows show what was answered before.
+        if (!page->hostsView()) dispatch_wait_until_idle(kTimeForAnswer);
+        if (place == Place::insteadOfTop) pages_.pop_back();
+        pages_.push_back({nextPageId(), std::move(page), pageClass, nullptr});
+        appear(place == Place::above && pages_.size() > 1);
+        isOpen = true;
     });
-    if (!opened) {
-        complain(pageClass->name, " does not open: ", opened.error());
-        pages_.erase(pages_.begin() + std::ptrdiff_t(depth), pages_.end());
-    }
-    if (pages_.size() > depth) return true;
+    if (isOpen) return true;
+    if (!opened) complain(pageClass->name, " does not open: ", opened.error());
+    pages_ = before;
     publish();
     return false;
 }
@@ -100,7 +116,7 @@ bool Navigation::run(const std::function<void(Navigation&)>& work) {
     Result<void> done = attempt([&] { work(*this); });
     const bool sound = bool(done);
     while (!done && !pages_.empty()) {
-        complain(pages_.back().className, " fails: ", done.error());
+        complain(pages_.back().pageClass->name, " fails: ", done.error());
         if (pages_.size() == 1) {
             publish(); // so that it is not shown as still being opened
             break;
@@ -203,6 +219,12 @@ void Navigation::back(std::uint64_t id) {
     appear(true);
 }
 
+void Navigation::reload(std::uint64_t id) {
+    const OpenPage* page = pageOnTop(id);
+    if (!page || page->controller->presentedViewController()) return;
+    open(page->pageClass, page->snapshot->title, page->controller->specifier(), Place::insteadOfTop);
+}
+
 void Navigation::setContentSize(CGSize size) {
     // A window that is still being set up has no room for a page, and what shrinks to nothing does not grow back alike.
     if (size == contentSize_ || size.width <= 0 || size.height <= 0) return;
@@ -223,7 +245,7 @@ void Navigation::appear(bool animated) {
     PSListController& page = *top.controller;
     touches_.cancel();
     if (top.snapshot)
-        publish(Opening{top.className, top.snapshot->title}); // making its view again may block for good too
+        publish(Opening{top.pageClass->name, top.snapshot->title}); // making its view again may block for good too
     if (page.view()) page.view()->setFrame({{0, 0}, contentSize_});
     page.viewWillAppear(animated);
     refresh(top);
@@ -257,7 +279,7 @@ std::function<void()> Navigation::whileOnTop(std::uint64_t id, void (Navigation:
 
 /// Shows the page as it is now.
 void Navigation::refresh(OpenPage& page) {
-    page.snapshot = std::make_shared<const PageSnapshot>(snapshotOf(*page.controller, page.className, page.id));
+    page.snapshot = std::make_shared<const PageSnapshot>(snapshotOf(*page.controller, page.pageClass->name, page.id));
     publish();
 }
 

@@ -31,6 +31,9 @@ class Navigation {
     /// null or makes no page; and, with a line on standard error, when the page throws or has a null row.
     bool open(platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row = {});
 
+    /// Opens the page that a row of the page on top leads to. False when no row names that class, or the page does not open.
+    bool openFromRow(const std::string& className);
+
     /// Does work in which pages may throw. If one does, the page on top is closed unless it is the first, and a line on
     /// standard error says why. False then.
     bool run(const std::function<void(Navigation&)>& work);
@@ -39,6 +42,8 @@ class Navigation {
     void handle(std::uint64_t page, const Event& event);
     /// Goes back from a page to the one before; does nothing on the first page.
     void back(std::uint64_t page);
+    /// Opens the page's class again, in place of the page; the page stays if that fails.
+    void reload(std::uint64_t page);
     /// Takes the new size of the content area, in points. The page's view always fills it. What is in that view follows
     /// by its resizing mask, or without one keeps its frame until the page appears again.
     void setContentSize(platform::CGSize size);
@@ -50,10 +55,13 @@ class Navigation {
     struct OpenPage {
         std::uint64_t id;
         std::shared_ptr<platform::PSListController> controller;
-        std::string className;
+        platform::Class pageClass;
         std::shared_ptr<const PageSnapshot> snapshot;
     };
+    enum class Place : unsigned char { above, insteadOfTop };
 
+    bool open(platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row,
+              Place place = Place::above);
     void take(OpenPage& page, const RowTapped& tap);
     void take(OpenPage& page, const ValueChanged& change);
     void take(OpenPage& page, const RowMoved& move);

@@ -1,8 +1,12 @@
 #include "settings/model/Shell.h"
 
 #include "link/Messages.h"
+#include "platform/foundation/Unicode.h"
+#include "platform/messaging/CFMessagePort.h"
+#include "platform/preferences/PSSpecifier.h"
 
 #include <QGuiApplication>
+#include <QSocketNotifier>
 #include <QWindow>
 
 #include <unistd.h>
@@ -21,6 +25,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto kNoticeable = 200ms;
+constexpr auto kMoment = 20ms;
 constexpr auto kBothTimeOuts =
     std::chrono::round<std::chrono::milliseconds>(1s * (lumora::kSendTimeout + lumora::kReceiveTimeout));
 constexpr auto kSpare = 200ms;
@@ -44,12 +49,47 @@ Shell::Shell()
 
 void Shell::launch(Launch launch, std::function<void(const std::string&)> failed) {
     setBusy(+1);
+    page_ = launch.page;
     host_.launch(std::move(launch), [this, failed = std::move(failed)](const platform::Result<void>& result) {
         later([this, failed, result] {
             setBusy(-1);
-            if (!result) failed(result.error());
+            if (result) return;
+            fault_ = QString::fromStdString(platform::printable(result.error()));
+            emit waitingChanged();
+            failed(result.error());
         });
     });
+}
+
+void Shell::followTweak() {
+    tweak_.emplace();
+    looksForTweak_.setSingleShot(true);
+    looksForTweak_.setInterval(kMoment);
+    connect(&looksForTweak_, &QTimer::timeout, this, &Shell::lookForTweak);
+    if (tweak_->descriptor() >= 0) {
+        auto* changes = new QSocketNotifier(tweak_->descriptor(), QSocketNotifier::Read, this);
+        connect(changes, &QSocketNotifier::activated, this, [this] {
+            tweak_->forgetChanges();
+            // Many files may change at once; and a process that ends closes its lock file a moment before its sockets.
+            if (!looksForTweak_.isActive()) looksForTweak_.start();
+            QTimer::singleShot(kNoticeable, this, &Shell::lookForTweak);
+        });
+    }
+    lookForTweak();
+}
+
+void Shell::lookForTweak() {
+    const bool gone = !tweak_->look();
+    if (std::exchange(tweakGone_, gone) == gone) return;
+    emit tweakChanged();
+    emit waitingChanged();
+    // What was asked before it came is lost, and the page that waits for the answer is never asked again. What was asked
+    // just now may still be answered.
+    if (!gone) QTimer::singleShot(kNoticeable, this, &Shell::restartIfForgotten);
+}
+
+void Shell::restartIfForgotten() {
+    if (waiting() && asksTweak_ && !tweakGone_) restart();
 }
 
 void Shell::post(std::function<void(Navigation&)> work, std::function<void()> done) {
@@ -74,25 +114,37 @@ QString Shell::waitingTitle() const {
 }
 
 QString Shell::waitingHeadline() const {
+    if (!fault_.isEmpty()) return tr("Settings cannot open");
     if (!asksTweak_)
         return lost() ? tr("%1 does not go on").arg(waitingTitle()) : tr("Waiting for %1").arg(waitingTitle());
-    return lost() ? tr("Lumora did not answer") : tr("Waiting for Lumora");
+    if (!lost()) return tr("Waiting for Lumora");
+    return tweakGone_ ? tr("Lumora is not running") : tr("Lumora does not answer");
 }
 
 QString Shell::waitingText() const {
-    if (!asksTweak_) return lost() ? tr("You can go on waiting, or restart Settings.") : QString();
-    const QLatin1String request(lumora::kRequestTweakSettings);
-    if (lost()) {
-        return tr("Both time-outs of “%1” are over: no answer can come any more, and “%2” cannot open. "
-                  "Restart Settings to ask again.")
-            .arg(request, waitingTitle());
-    }
-    return tr("“%1” opens when “%2” is answered.").arg(waitingTitle(), request);
+    if (!fault_.isEmpty()) return fault_;
+    if (!asksTweak_) return lost() ? tr("You can go on waiting, or try again.") : QString();
+    if (!lost()) return tr("“%1” opens when Lumora answers.").arg(waitingTitle());
+    return tweakGone_ ? tr("“%1” opens by itself as soon as Lumora runs.").arg(waitingTitle())
+                      : tr("“%1” cannot open without its answer.").arg(waitingTitle());
+}
+
+QString Shell::waitingDetails() const {
+    if (!fault_.isEmpty() || !asksTweak_) return {};
+    return tr("Message: %1\nPorts: %2")
+        .arg(QLatin1String(lumora::kRequestTweakSettings),
+             QString::fromStdString(platform::printable(platform::portsFolder().string())));
 }
 
 void Shell::back() {
     if (pages_.empty()) return;
     post([page = topPage()->id](Navigation& navigation) { navigation.back(page); });
+}
+
+void Shell::reload() {
+    if (pages_.empty() || waiting() || isComposing()) return;
+    post([page = topPage()->id](Navigation& navigation) { navigation.reload(page); });
+    if (std::exchange(changesLost_, false)) emit tweakChanged();
 }
 
 void Shell::setContentSize(const QSizeF& size) {
@@ -106,8 +158,13 @@ void Shell::pageGone(PageModel* page) {
 void Shell::restart() {
     std::ifstream in("/proc/self/cmdline", std::ios::binary);
     std::vector<std::string> arguments;
-    for (std::string argument; std::getline(in, argument, '\0');)
-        arguments.push_back(argument);
+    for (std::string argument; std::getline(in, argument, '\0');) {
+        if (argument == "--page")
+            std::getline(in, argument, '\0');
+        else if (!argument.starts_with("--page="))
+            arguments.push_back(argument);
+    }
+    if (const std::string page = wayToHere(); !page.empty()) arguments.push_back("--page=" + page);
     std::vector<char*> pointers;
     pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments)
@@ -118,20 +175,47 @@ void Shell::restart() {
     std::perror("lumora-settings: cannot restart");
 }
 
+/// An option list is not part of it: only its row can open it. Nor has a page a way that was opened without one.
+std::string Shell::wayToHere() const {
+    if (!page_.empty() && page_.front() != '/') return page_;
+    std::vector<std::string> classes;
+    for (const PageModel* page : pages_)
+        classes.push_back(page->snapshot().className);
+    if (opening_ && (classes.empty() || classes.back() != opening_->className)) classes.push_back(opening_->className);
+    std::string way;
+    for (std::size_t i = 1; i < classes.size() && classes[i] != "PSListItemsController"; ++i)
+        way += "/" + classes[i];
+    return way;
+}
+
 void Shell::leave() {
     for (QWindow* window : QGuiApplication::topLevelWindows())
         window->hide();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); // so that it is gone from the screen
     host_.finish(lost() ? 0ms : isComposing() ? kMailAtMost : kBothTimeOuts + kSpare);
     std::fflush(nullptr);
-    _exit(0); // without joining: the main thread may be blocked for good
+    _exit(fault_.isEmpty() ? 0 : 1); // without joining: the main thread may be blocked for good
 }
 
 SendEvent Shell::sendTo(std::uint64_t page) {
     return [this, page](Event event, std::function<void()> taken) {
+        noteChange(event);
         post([page, event = std::move(event)](Navigation& navigation) { navigation.handle(page, event); },
              std::move(taken));
     };
+}
+
+/// What is changed while the tweak is gone is shown, as the page keeps it, and yet lost.
+void Shell::noteChange(const Event& event) {
+    const auto isOption = [&] {
+        const auto* tap = std::get_if<RowTapped>(&event);
+        return tap && topPage() && tap->row < topPage()->rows.size() &&
+               topPage()->rows[tap->row].cell == platform::PSListItemCell;
+    };
+    const bool changes = std::holds_alternative<ValueChanged>(event) || std::holds_alternative<RowMoved>(event) ||
+                         std::holds_alternative<Touched>(event) || std::holds_alternative<TableRowTapped>(event) ||
+                         isOption();
+    if (tweakGone_ && changes && !std::exchange(changesLost_, true)) emit tweakChanged();
 }
 
 void Shell::take(const StackSnapshot& stack) {
@@ -139,15 +223,16 @@ void Shell::take(const StackSnapshot& stack) {
     while (common < pages_.size() && common < stack.pages.size() &&
            pages_[common]->snapshot().id == stack.pages[common]->id)
         ++common;
+    const bool replaces = common + 1 == pages_.size() && pages_.size() == stack.pages.size();
     if (common < pages_.size()) {
         pages_.resize(common);
-        emit pagesPopped(static_cast<int>(common));
+        if (!replaces) emit pagesPopped(static_cast<int>(common));
     }
     for (std::size_t i = 0; i < common; ++i)
         pages_[i]->read(stack.pages[i]);
     for (std::size_t i = common; i < stack.pages.size(); ++i) {
         pages_.push_back(new PageModel(sendTo(stack.pages[i]->id), stack.pages[i], this));
-        emit pagePushed(pages_.back());
+        replaces ? emit pageReplaced(pages_.back()) : emit pagePushed(pages_.back());
     }
     opening_ = stack.opening;
     if (waiting()) emit waitingChanged();

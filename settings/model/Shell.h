@@ -1,6 +1,7 @@
 #pragma once
 
 #include "settings/host/Host.h"
+#include "settings/host/TweakWatch.h"
 #include "settings/model/PageModel.h"
 
 #include <QElapsedTimer>
@@ -32,13 +33,18 @@ class Shell : public QObject {
     Q_PROPERTY(QString waitingTitle READ waitingTitle NOTIFY waitingChanged)
     Q_PROPERTY(QString waitingHeadline READ waitingHeadline NOTIFY waitingChanged)
     Q_PROPERTY(QString waitingText READ waitingText NOTIFY waitingChanged)
+    Q_PROPERTY(QString waitingDetails READ waitingDetails NOTIFY waitingChanged)
+    Q_PROPERTY(bool tweakGone READ tweakGone NOTIFY tweakChanged)
+    Q_PROPERTY(bool changesLost READ changesLost NOTIFY tweakChanged)
     Q_PROPERTY(int barHeight READ barHeight CONSTANT)
 
   public:
     Shell();
 
-    /// Opens the first page. `failed` is told why, if that does not work.
+    /// Opens the first page. If that does not work, the window says why, and so is `failed` told.
     void launch(Launch launch, std::function<void(const std::string& why)> failed);
+    /// Watches from now on whether the tweak is there.
+    void followTweak();
     /// Hands work to the main thread; `done` is called here, after every snapshot that the work brought.
     void post(std::function<void(Navigation&)> work, std::function<void()> done = {});
 
@@ -51,24 +57,34 @@ class Shell : public QObject {
     [[nodiscard]] bool animated() const { return animated_; }
     void setAnimated(bool animated) { set(animated_, animated); }
 
-    /// The main thread has been busy with one thing for a noticeable time.
-    [[nodiscard]] bool waiting() const { return patience_ != Patience::fresh; }
-    /// It has waited for the tweak for so long that no answer can come any more, or it has worked on something for far
-    /// longer than usual.
-    [[nodiscard]] bool lost() const { return patience_ == Patience::over; }
+    /// The main thread has been busy with one thing for a noticeable time, or there is no first page.
+    [[nodiscard]] bool waiting() const { return patience_ != Patience::fresh || !fault_.isEmpty(); }
+    /// No answer of the tweak can come any more, as it is not there or both time-outs are over; or the main thread has
+    /// worked on something for far longer than usual; or there is no first page.
+    [[nodiscard]] bool lost() const {
+        return patience_ == Patience::over || !fault_.isEmpty() || (waiting() && asksTweak_ && tweakGone_);
+    }
     [[nodiscard]] QString waitingTitle() const;
     [[nodiscard]] QString waitingHeadline() const;
     [[nodiscard]] QString waitingText() const;
+    /// What helps who looks after the programs; empty for nothing.
+    [[nodiscard]] QString waitingDetails() const;
+    /// No process takes messages for the tweak.
+    [[nodiscard]] bool tweakGone() const { return tweakGone_; }
+    /// Changes were made while the tweak was gone, and nothing that is shown has been read anew since.
+    [[nodiscard]] bool changesLost() const { return changesLost_; }
 
     [[nodiscard]] const std::vector<PageModel*>& pages() const { return pages_; }
     /// The top page's snapshot, null when no page is open.
     [[nodiscard]] const PageSnapshot* topPage() const { return pages_.empty() ? nullptr : &pages_.back()->snapshot(); }
 
     Q_INVOKABLE void back();
+    /// Opens the page on top anew.
+    Q_INVOKABLE void reload();
     Q_INVOKABLE void setContentSize(const QSizeF& size);
     /// Deletes a popped page, which is no longer drawn.
     Q_INVOKABLE void pageGone(settings::PageModel* page);
-    /// Starts the program again in this process, with the same arguments.
+    /// Starts the program again in this process, with the same arguments, and goes to where the user is.
     Q_INVOKABLE void restart();
     /// For closing the window: lets what is under way end, and ends the process.
     Q_INVOKABLE void leave();
@@ -82,7 +98,10 @@ class Shell : public QObject {
   signals:
     void lookChanged();
     void waitingChanged();
+    void tweakChanged();
     void pagePushed(settings::PageModel* page);
+    /// It stands where the last one stood.
+    void pageReplaced(settings::PageModel* page);
     /// `depth` pages are left.
     void pagesPopped(int depth);
 
@@ -95,6 +114,10 @@ class Shell : public QObject {
     [[nodiscard]] bool isComposing() const { return topPage() && topPage()->composer; }
     void setBusy(int change);
     void look();
+    void lookForTweak();
+    void restartIfForgotten();
+    void noteChange(const Event& event);
+    [[nodiscard]] std::string wayToHere() const;
 
     Host& host_;
     std::vector<PageModel*> pages_;
@@ -104,6 +127,12 @@ class Shell : public QObject {
     bool asksTweak_ = false; ///< the main thread waits for the tweak instead of working
     QTimer looks_;
     QElapsedTimer since_; ///< when the main thread began to work, or to wait for the tweak
+    std::string page_;    ///< the page that was asked for
+    QString fault_;       ///< why there is no first page
+    std::optional<TweakWatch> tweak_;
+    QTimer looksForTweak_;
+    bool tweakGone_ = false;
+    bool changesLost_ = false;
     bool dark_ = false;
     int textSize_ = 100;
     bool animated_ = true;

@@ -122,7 +122,7 @@ FocusScope {
             height: root.asking ? question.height + 2 * Theme.lineGap : line + (stacked && status.visible ? status.height + Theme.lineGap : 0)
 
             Hairline { height: 1 }
-            ComposerButton {
+            TextButton {
                 id: saveButton
 
                 anchors { left: parent.left; leftMargin: Theme.inset - leftPadding; verticalCenter: parent.bottom; verticalCenterOffset: -foot.line / 2 }

@@ -17,7 +17,7 @@ Item {
 
     height: visible ? full : 0
 
-    ComposerButton {
+    TextButton {
         id: cancelButton
 
         anchors { left: parent.left; leftMargin: Theme.inset - leftPadding; verticalCenter: parent.top; verticalCenterOffset: root.line / 2 }
@@ -37,7 +37,7 @@ Item {
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }
-    ComposerButton {
+    TextButton {
         id: sendButton
 
         anchors { right: parent.right; rightMargin: Theme.inset - rightPadding; verticalCenter: parent.top; verticalCenterOffset: root.line / 2 }

@@ -26,13 +26,13 @@ Column {
         Accessible.role: Accessible.AlertMessage
         Accessible.name: text
     }
-    ComposerButton {
+    TextButton {
         anchors.horizontalCenter: parent.horizontalCenter
         text: qsTr("Delete Draft")
         tint: Theme.warning
         onClicked: root.deleteTapped()
     }
-    ComposerButton {
+    TextButton {
         id: saveButton
 
         anchors.horizontalCenter: parent.horizontalCenter
@@ -40,7 +40,7 @@ Column {
         strong: true
         onClicked: root.saveTapped()
     }
-    ComposerButton {
+    TextButton {
         anchors.horizontalCenter: parent.horizontalCenter
         text: qsTr("Continue Editing")
         onClicked: root.goOnTapped()

@@ -45,6 +45,12 @@ Window {
         shell.back();
     }
 
+    function reload() {
+        handOnFields();
+        stack.shownPage?.putBack();
+        shell.reload();
+    }
+
     Binding { target: Theme; property: "dark"; value: window.shell.dark }
     Binding { target: Theme; property: "textSize"; value: window.shell.textSize }
     Binding { target: Theme; property: "animated"; value: window.shell.animated }
@@ -54,6 +60,10 @@ Window {
         function onPagePushed(page) {
             const item = stack.push(pageComponent, { page: page },
                                     Theme.animated && stack.depth > 0 ? T.StackView.PushTransition : T.StackView.Immediate);
+            item.gone.connect(window.shell.pageGone);
+        }
+        function onPageReplaced(page) {
+            const item = stack.replace(stack.currentItem, pageComponent, { page: page }, T.StackView.Immediate);
             item.gone.connect(window.shell.pageGone);
         }
         function onPagesPopped(depth) {
@@ -67,6 +77,12 @@ Window {
         sequences: ["Escape", StandardKey.Back] // Alt+Left is one of the latter; named twice, it would be ambiguous
         enabled: !window.composing
         onActivated: window.goBack()
+    }
+
+    Shortcut {
+        sequences: [StandardKey.Refresh]
+        enabled: !window.composing
+        onActivated: window.reload()
     }
 
     // Width and height change one after the other; the page is told of both at once.
@@ -101,7 +117,7 @@ Window {
     T.StackView {
         id: stack
 
-        anchors { fill: parent; topMargin: bar.height }
+        anchors { fill: parent; topMargin: bar.height + notice.height }
         enabled: !window.shell.waiting && !window.composing
         clip: true
         focus: true
@@ -122,6 +138,7 @@ Window {
         visible: window.shell.waiting
         headline: window.shell.waitingHeadline
         explanation: window.shell.waitingText
+        details: window.shell.waitingDetails
         lost: window.shell.lost
         onRestartTapped: window.shell.restart()
     }
@@ -134,6 +151,17 @@ Window {
         canGoBack: stack.depth > 1 && !window.shell.waiting
         enabled: !window.composing
         onBackTapped: window.goBack()
+    }
+    TweakNotice {
+        id: notice
+
+        y: bar.height
+        width: parent.width
+        gone: window.shell.tweakGone
+        changesLost: window.shell.changesLost
+        covered: window.shell.waiting
+        enabled: !window.composing
+        onReloadTapped: window.reload()
     }
     // Loaded when it is first needed, so that the window opens some milliseconds earlier.
     Loader {

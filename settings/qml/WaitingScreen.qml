@@ -7,6 +7,7 @@ Rectangle {
 
     required property string headline
     required property string explanation
+    property string details
     required property bool lost
     signal restartTapped
 
@@ -84,6 +85,25 @@ Rectangle {
                 horizontalAlignment: Text.AlignHCenter
                 Accessible.ignored: true
             }
+            TextButton {
+                id: more
+
+                property bool open: false
+
+                visible: root.lost && root.details.length > 0
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: open ? qsTr("Hide Details") : qsTr("Details")
+                onClicked: open = !open
+            }
+            WordText {
+                width: parent.width
+                visible: more.visible && more.open
+                text: root.details
+                color: Theme.secondary
+                largestSize: Theme.footSize
+                keepsWords: false
+                horizontalAlignment: Text.AlignHCenter
+            }
             Item {
                 width: parent.width
                 height: restart.height + 20
@@ -98,7 +118,7 @@ Rectangle {
                     height: Math.max(48, contentItem.implicitHeight + 14)
                     leftPadding: width < implicitContentWidth + 48 ? 12 : 0
                     rightPadding: leftPadding
-                    text: qsTr("Restart Settings")
+                    text: qsTr("Try Again")
 
                     onClicked: root.restartTapped()
                     onEnabledChanged: if (enabled) forceActiveFocus(Qt.OtherFocusReason)

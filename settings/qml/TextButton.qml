@@ -1,6 +1,6 @@
 import QtQuick
 
-// A button of the composer: its text in the accent colour.
+// A button that is no more than its text, in the accent colour.
 PushButton {
     id: root
 
