@@ -59,6 +59,18 @@ TEST_F(ShellTest, GoesOnBehindAPageThatThrows) {
     EXPECT_FALSE(shell.waiting());
 }
 
+TEST_F(ShellTest, SaysWhyThereIsNoFirstPage) {
+    static auto& failing = *new Shell;
+    std::string told;
+    failing.launch({"/nowhere", "", {390, 800}}, [&told](const std::string& why) { told = why; });
+    EXPECT_TRUE(comesTrue([&told] { return !told.empty(); }));
+    EXPECT_TRUE(failing.waiting());
+    EXPECT_TRUE(failing.lost());
+    EXPECT_EQ(failing.waitingHeadline(), "Settings cannot open");
+    EXPECT_EQ(failing.waitingText(), "there is no settings bundle at /nowhere");
+    EXPECT_EQ(told, "there is no settings bundle at /nowhere");
+}
+
 class SlowPage : public platform::PSListController {
   public:
     static inline std::promise<void> worked;
@@ -88,7 +100,7 @@ TEST_F(ShellTest, TellsAPageThatWorksFromOneThatWaitsForTheTweakAndGivesUpTheLat
     EXPECT_TRUE(comesTrue([this] { return shell.waitingHeadline() == "Waiting for Lumora"; }));
     EXPECT_FALSE(shell.lost()) << "the tweak has only just been asked";
     EXPECT_TRUE(comesTrue([this] { return shell.lost(); }));
-    EXPECT_EQ(shell.waitingHeadline(), "Lumora did not answer");
+    EXPECT_EQ(shell.waitingHeadline(), "Lumora does not answer");
     SlowPage::answer.lock();
     SlowPage::isAnswered = true;
     SlowPage::answer.signal();

@@ -151,11 +151,11 @@ class RestartTest(Buttons):
         for way, key in (("pointer", ""), ("keyboard", "Return"), ("keyboard", "space"), ("assistive", "")):
             # The new window may get the number of the old one, but has a title of its own.
             self.xdotool("set_window", "--name", "before", window.id)
-            eventually(lambda: self.focus_on(window) == "Restart Settings", "the button")
-            button = self.named(window, BUTTON, "Restart Settings")
+            eventually(lambda: self.focus_on(window) == "Try Again", "the button")
+            button = self.named(window, BUTTON, "Try Again")
             # The program may end before it has answered an assistive tool; any other error counts.
             with contextlib.suppress(*[GLib.Error] if way == "assistive" else []):
-                self.use(window, "Restart Settings", way, key)
+                self.use(window, "Try Again", way, key)
             eventually(lambda: self.has_gone(button), "the end of the former program")
             titles = lambda: [self.xdotool("getwindowname", shown).strip() for shown in self.windows(window)]
             eventually(lambda: titles() not in ([], [""], ["before"]), "the restart")
