@@ -103,6 +103,8 @@ Rectangle {
                 largestSize: Theme.footSize
                 keepsWords: false
                 horizontalAlignment: Text.AlignHCenter
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
             }
             Item {
                 width: parent.width

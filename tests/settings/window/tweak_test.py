@@ -57,6 +57,7 @@ class TweakTest(Spoken):
     def test_begins_anew_where_the_user_was(self):
         window = self.open_root_page()
         self.press(window, LINK, "Apps")
+        self.named(window, SWITCH, "Badges")
         self.stop_tweak()
         self.named(window, ALERT, AWAY)
         self.press(window, LINK, "Auto-Unlock")  # never opened before, so it waits
