@@ -56,7 +56,16 @@ void MFMailComposeViewController::addAttachmentData(std::shared_ptr<const Regula
 }
 
 void MFMailComposeViewController::cancel() {
-    if (state_ == State::editing) finish(MFMailComposeResultCancelled);
+    if (state_ != State::editing) return;
+    problem_.clear();
+    replaceDraft({});
+    finish(MFMailComposeResultCancelled);
+}
+
+void MFMailComposeViewController::replaceDraft(const std::filesystem::path& draft) {
+    const std::filesystem::path before = std::exchange(draft_, draft);
+    std::error_code ignored; // one draft too many does no harm
+    if (!before.empty() && before != draft) std::filesystem::remove(before, ignored);
 }
 
 void MFMailComposeViewController::leave(MailText text) {
@@ -129,8 +138,9 @@ void MFMailComposeViewController::work(MailText text, Job job) {
 
 void MFMailComposeViewController::take(const Outcome& outcome, Job job) {
     problem_ = outcome.problem;
-    draft_ = outcome.draft;
-    if (outcome.result) return finish(*outcome.result);
+    if (outcome.result) replaceDraft(outcome.draft);
+    const bool isOver = outcome.result && (left_ || *outcome.result != MFMailComposeResultFailed);
+    if (isOver) return finish(*outcome.result);
     if (left_ && job == kept) return finish(MFMailComposeResultFailed);
     state_ = State::editing;
     if (left_) return saveDraft(message_.text);

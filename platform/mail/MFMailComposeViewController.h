@@ -20,8 +20,8 @@ namespace platform {
 ///     composer->setToRecipients({"support@nevo.example"});
 ///     page->presentViewController(composer, true, nullptr);
 ///
-/// Nothing is lost: a message that cannot be sent is kept as a draft, and one that cannot be kept stays open for
-/// editing. Main thread; a worker sends and keeps, and its result arrives on the main thread.
+/// Nothing is lost: a message that cannot be sent is kept as a draft and stays open for another try, and so does one that
+/// cannot be kept. The delegate hears once, at the end. Main thread; a worker sends and keeps, and its result arrives on the main thread.
 class PLATFORM_EXPORT MFMailComposeViewController final : public UIViewController {
   public:
     /// Whether there is a way to send mail, or a mail program that takes it.
@@ -70,6 +70,8 @@ class PLATFORM_EXPORT MFMailComposeViewController final : public UIViewControlle
     void work(MailText text, Job job);
     void take(const Outcome& outcome, Job job);
     void finish(MFMailComposeResult result);
+    /// Removes the draft of an earlier try.
+    void replaceDraft(const std::filesystem::path& draft);
     static Outcome kept(const MailMessage& message, std::chrono::milliseconds atMost);
     static Outcome sent(const MailMessage& message, std::chrono::milliseconds atMost);
     static Outcome done(Job job, const MailMessage& message, std::chrono::milliseconds atMost);

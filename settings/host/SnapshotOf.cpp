@@ -209,7 +209,8 @@ void addComposer(PageSnapshot& shown, const PSListController& page) {
     shown.presentsAnimated = page.presentsAnimated();
     const auto composer = composerOf(page);
     if (!composer) return;
-    ComposerSnapshot message{composer->id(), composer->message().text, {}, composer->isWorking(), composer->problem()};
+    ComposerSnapshot message{composer->id(),        composer->message().text, {},
+                             composer->isWorking(), composer->problem(),      composer->draft()};
     for (const MailAttachment& attachment : composer->message().attachments)
         message.attachments.push_back({attachment.fileName, attachment.data->size()});
     shown.composer = std::make_shared<const ComposerSnapshot>(std::move(message));

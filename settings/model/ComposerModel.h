@@ -25,6 +25,8 @@ class ComposerModel : public QObject {
     Q_PROPERTY(QVariantList attachments READ attachments CONSTANT)
     Q_PROPERTY(bool working READ working NOTIFY changed)
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
+    /// The file of the draft that the message is kept as after a problem; empty for none.
+    Q_PROPERTY(QString draft READ draft NOTIFY changed)
 
   public:
     using Snapshot = std::shared_ptr<const ComposerSnapshot>;
@@ -37,6 +39,7 @@ class ComposerModel : public QObject {
     [[nodiscard]] QVariantList attachments() const;
     [[nodiscard]] bool working() const { return composer_->working; }
     [[nodiscard]] QString problem() const { return QString::fromStdString(composer_->problem); }
+    [[nodiscard]] QString draft() const { return QString::fromStdString(composer_->draft); }
 
     /// Takes up a newer snapshot of the same message, all but its text.
     void read(const Snapshot& composer);

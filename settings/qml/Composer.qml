@@ -16,6 +16,9 @@ FocusScope {
     property bool saving: false
     property bool asking: false // whether to throw away what was edited
     property Item focusBefore: null // what had the focus before that question
+    readonly property string draft: composer?.draft ?? "" // of a message that could not be sent
+    readonly property string problem: !composer ? "" : draft.length > 0
+        ? composer.problem + "\n" + qsTr("The message is kept as a draft, %1.").arg(draft) : composer.problem
     readonly property bool working: handedOver || (composer?.working ?? true)
     readonly property bool sendable: !working && !asking && message.to.trim().length > 0
 
@@ -38,7 +41,7 @@ FocusScope {
     function cancel() {
         if (working)
             return;
-        if (!message.edited)
+        if (!message.edited && draft.length === 0)
             composer.cancel();
         else if (asking)
             goOn();
@@ -99,6 +102,7 @@ FocusScope {
             title: qsTr("New Message")
             working: root.working
             sendable: root.sendable
+            again: root.draft.length > 0
             onCancelTapped: root.cancel()
             onSendTapped: root.send()
         }
@@ -141,7 +145,7 @@ FocusScope {
                 most: Math.min(0.4 * sheet.sheetHeight, sheet.sheetHeight - head.height - foot.line - Theme.rowHeight) - Theme.lineGap
                 atRight: !foot.stacked
                 text: !sheet.open || !root.composer || root.asking ? ""
-                    : root.working ? (root.saving ? qsTr("Saving…") : qsTr("Sending…")) : root.composer.problem
+                    : root.working ? (root.saving ? qsTr("Saving…") : qsTr("Sending…")) : root.problem
                 warns: !root.working
             }
             ComposerQuestion {

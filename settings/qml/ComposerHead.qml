@@ -7,6 +7,7 @@ Item {
     property alias title: title.text
     property bool working: false
     property bool sendable: false
+    property bool again: false // it was tried before
     // The title gets a line of its own when the room between the buttons is too small for it.
     readonly property real room: width - 2 * Math.max(cancelButton.x + cancelButton.width, width - sendButton.x)
     readonly property bool stacked: title.implicitWidth > room
@@ -41,7 +42,7 @@ Item {
         id: sendButton
 
         anchors { right: parent.right; rightMargin: Theme.inset - rightPadding; verticalCenter: parent.top; verticalCenterOffset: root.line / 2 }
-        text: qsTr("Send")
+        text: root.again ? qsTr("Try Again") : qsTr("Send")
         strong: true
         enabled: root.sendable
         onClicked: root.sendTapped()

@@ -193,17 +193,33 @@ TEST_F(ComposingTest, ShowsThatAMessageIsBeingSentUntilItIs) {
     EXPECT_THAT(results(), ElementsAre(MFMailComposeResultSent));
 }
 
-TEST_F(ComposingTest, SaysWhatWentWrongAndWhereTheDraftIs) {
+TEST_F(ComposingTest, SaysWhatWentWrongAndWhereTheDraftIsAndGoesOn) {
     ::setenv("LUMORA_SENDMAIL", home.addProgram("mta", "echo 'no route' >&2; exit 75").c_str(), 1);
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        act(ComposerAction::send, {"a@b.example", "Attempt " + std::to_string(attempt), "Text"});
+        EXPECT_TRUE(waitForProblem("no route"));
+        const auto drafts = Home::filesIn(home.drafts());
+        ASSERT_THAT(drafts, SizeIs(1)) << "a later one replaces that of an earlier try";
+        EXPECT_EQ(composer()->draft, drafts.front());
+        EXPECT_THAT(results(), IsEmpty());
+    }
+    ::setenv("LUMORA_SENDMAIL", home.addRecorder("mta").c_str(), 1);
+    act(ComposerAction::send, {"a@b.example", "At last", "Text"});
+    EXPECT_TRUE(waitUntilItIsGone());
+    EXPECT_THAT(results(), ElementsAre(MFMailComposeResultSent));
+    EXPECT_THAT(Home::filesIn(home.drafts()), IsEmpty());
+}
+
+TEST_F(ComposingTest, ThrowsTheDraftOfAFailedTryAwayWithTheMessage) {
+    ::setenv("LUMORA_SENDMAIL", home.addProgram("mta", "exit 75").c_str(), 1);
     testing::internal::CaptureStderr();
     act(ComposerAction::send);
+    EXPECT_TRUE(waitForProblem("75"));
+    act(ComposerAction::cancel);
     EXPECT_TRUE(waitUntilItIsGone());
-    EXPECT_THAT(results(), ElementsAre(MFMailComposeResultFailed));
-    const std::string said = testing::internal::GetCapturedStderr();
-    EXPECT_THAT(said, HasSubstr("no route"));
-    const auto drafts = Home::filesIn(home.drafts());
-    ASSERT_THAT(drafts, SizeIs(1));
-    EXPECT_THAT(said, HasSubstr(drafts.front().string()));
+    EXPECT_THAT(results(), ElementsAre(MFMailComposeResultCancelled));
+    EXPECT_THAT(Home::filesIn(home.drafts()), IsEmpty());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(ComposingTest, ShowsWhyAMessageIsStillThereAndSaysSoNowhereElse) {

@@ -228,15 +228,19 @@ class MailTest(Spoken):
         self.expect_gone(window)
         self.sink.only()
 
-    def test_keeps_a_report_that_cannot_be_sent_and_says_where(self):
+    def test_keeps_a_report_that_cannot_be_sent_says_where_and_tries_again(self):
         self.sink.server.close()
         window = self.compose()
         self.keys(window, "ctrl+Return")
-        self.expect_gone(window)
-        eventually(lambda: "kept as a draft" in window.lines.text, "where the draft is")
-        self.assertIn("was not sent", window.lines.text)
+        said = eventually(lambda: [name for name in self.spoken(window, ALERT) if "kept as a draft" in name], "the reason")
         [draft] = self.kept()
-        self.assertIn(str(draft), window.lines.text)
+        self.assertIn(str(draft), said[0])
+        self.press_button(window, "Try Again")
+        eventually(lambda: self.kept() not in ([], [draft]), "the draft of another try")
+        eventually(lambda: "Try Again" in self.spoken(window, BUTTON), "its end")
+        self.press_button(window, "Save Draft")
+        self.expect_gone(window)
+        self.assertEqual(len(self.kept()), 1)
 
     def test_offers_nothing_where_no_mail_can_be_sent(self):
         self.environment["LUMORA_SENDMAIL"] = ""
