@@ -13,7 +13,7 @@
 #endif
 
 /* Goes up with every change that a compiled page does not survive; see SettingsController.cpp. */
-#define LUMORA_KIT_VERSION 5
+#define LUMORA_KIT_VERSION 6
 
 #define LUMORA_KIT_QUOTED(number) #number
 #define LUMORA_KIT_TEXT(number) LUMORA_KIT_QUOTED(number)

@@ -23,7 +23,7 @@ from harness.build import BUILD, SOURCE, output
 import bare_debian
 
 KEPT = BUILD / "tests/install/debian"
-PACKAGES = {"liblumora-dev", "liblumora5", "lumora-samples", "lumora-settings", "lumora-tweak", "lumoractl"}
+PACKAGES = {"liblumora-dev", "liblumora6", "lumora-samples", "lumora-settings", "lumora-tweak", "lumoractl"}
 PERSON = 1000
 PERSONAL = {"HOME": "/home/person", "XDG_RUNTIME_DIR": "/home/person"}
 
@@ -105,8 +105,8 @@ class Packages(unittest.TestCase):
         for package in PACKAGES:
             self.assertEqual(self.field(package, "Version"), version)
             self.assertIn(self.field(package, "Maintainer"), changelog)
-            if package != "liblumora5":
-                self.assertIn(f"liblumora5 (= {version})", self.field(package, "Depends"))
+            if package != "liblumora6":
+                self.assertIn(f"liblumora6 (= {version})", self.field(package, "Depends"))
 
     def test_no_file_is_in_two_of_them(self):
         names = [str(file.relative_to(self.folder)).split("/", 1)[1] for file in self.files()]
@@ -151,7 +151,7 @@ class Packages(unittest.TestCase):
         for file in self.packages.values():
             shutil.copy(file, brought)
         # Only a tool at first: it finds what is installed without the application.
-        few = ("lumoractl", "lumora-samples", "liblumora5")
+        few = ("lumoractl", "lumora-samples", "liblumora6")
         debian.install(*(f"/srv/packages/{self.packages[name].name}" for name in few))
         self.assert_samples_are_found(debian)
         debian.install(*(f"/srv/packages/{file.name}" for file in self.packages.values()))

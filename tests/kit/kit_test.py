@@ -137,7 +137,7 @@ class Kit(unittest.TestCase):
             "namespace {\n", '#undef LUMORA_KIT_COMPILER\n#define LUMORA_KIT_COMPILER "gcc 7"\nnamespace {\n', 1))
         [told] = self.make(source.parent)
         self.assertFalse(told["settings"])
-        self.assertRegex(told["why"], r"^it was made with kit 5, gcc 7, .* on a kit of another make and does not fit kit 5, ")
+        self.assertRegex(told["why"], r"^it was made with kit 6, gcc 7, .* on a kit of another make and does not fit kit 6, ")
 
     def test_icons_from_the_kits_own_folder_are_not_offered(self):
         source = self.scratch() / "icon.cpp"
