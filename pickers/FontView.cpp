@@ -34,7 +34,8 @@ std::vector<std::string> FontView::allFonts() {
     for (const std::string& family : UIFont::familyNames())
         std::ranges::move(UIFont::fontNamesForFamilyName(family), std::back_inserter(fonts));
     const Collation& order = Collation::ofUser();
-    std::ranges::stable_sort(fonts, [&](const auto& a, const auto& b) { return order.compare(a, b) < 0; });
+    std::ranges::stable_sort(
+        fonts, [&](const auto& a, const auto& b) { return order.localizedCaseInsensitiveCompare(a, b) < 0; });
     fonts.insert(fonts.begin(), kDefault);
     return fonts;
 }

@@ -88,7 +88,11 @@ bool Navigation::openFromRow(const std::string& className) {
     return row != rows->end() && open((*row)->detail().resolve(), (*row)->name(), *row);
 }
 
-bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifierRef& row, Place place) {
+bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifierRef& row) {
+    return openAt(Place::above, pageClass, title, row);
+}
+
+bool Navigation::openAt(Place place, Class pageClass, const std::string& title, const PSSpecifierRef& row) {
     if (!pageClass) return false;
     publish(Opening{pageClass->name, title});
     const std::vector<OpenPage> before = pages_;
@@ -222,7 +226,7 @@ void Navigation::back(std::uint64_t id) {
 void Navigation::reload(std::uint64_t id) {
     const OpenPage* page = pageOnTop(id);
     if (!page || page->controller->presentedViewController()) return;
-    open(page->pageClass, page->snapshot->title, page->controller->specifier(), Place::insteadOfTop);
+    openAt(Place::insteadOfTop, page->pageClass, page->snapshot->title, page->controller->specifier());
 }
 
 void Navigation::setContentSize(CGSize size) {

@@ -60,8 +60,7 @@ class Navigation {
     };
     enum class Place : unsigned char { above, insteadOfTop };
 
-    bool open(platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row,
-              Place place = Place::above);
+    bool openAt(Place place, platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row);
     void take(OpenPage& page, const RowTapped& tap);
     void take(OpenPage& page, const ValueChanged& change);
     void take(OpenPage& page, const RowMoved& move);
