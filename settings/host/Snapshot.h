@@ -119,7 +119,7 @@ struct ComposerSnapshot {
     std::vector<AttachmentSnapshot> attachments;
     bool working = false; ///< being sent or kept
     std::string problem;  ///< why the last try to send or keep it failed, empty for none
-    std::string draft;    ///< the file of the draft that it is kept as after that, empty for none
+    std::string draft{};  ///< the file of the draft that it is kept as after that, empty for none
 };
 
 struct PageSnapshot {
