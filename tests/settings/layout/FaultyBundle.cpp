@@ -6,12 +6,15 @@
 
 namespace {
 
-class FaultyTable final : public platform::UIView, public platform::UITableViewDataSource {
+class FaultyTable final : public platform::UIView,
+                          public platform::UITableViewDataSource,
+                          public platform::UITableViewDelegate {
   public:
     bool initWithFrame(const platform::CGRect& frame) override {
         if (!UIView::initWithFrame(frame)) return false;
         const auto table = platform::make<platform::UITableView>(frame, platform::UITableViewStylePlain);
         table->setDataSource(this);
+        table->setDelegate(this);
         addSubview(table);
         return true;
     }
