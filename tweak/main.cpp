@@ -146,7 +146,6 @@ class PortThread {
 
 /// Opens both ports and serves them until a signal comes.
 int serve(Tweak& tweak, const std::filesystem::path& settings) {
-    if (const auto usable = platform::checkPortsFolder(portName(kUpdateSettings)); !usable) logLine(usable.error());
     // One after the other: of two tweaks that start at once, the one that gets the first port gets both.
     const auto changes = openPort(kUpdateSettings, [&](const auto& body) { return tweak.updateSettings(body); });
     if (!changes) return failed(changes.error());
@@ -156,6 +155,7 @@ int serve(Tweak& tweak, const std::filesystem::path& settings) {
     if (!hasDescriptorsLeft(2 * kDescriptorsOfALoop + 1)) // one for a client
         return failed("cannot serve the ports: not enough descriptors are left");
 
+    if (const auto usable = platform::checkPortsFolder(portName(kUpdateSettings)); !usable) logLine(usable.error());
     const std::array<PortThread, 2> threads{PortThread(changes.value()), PortThread(requests.value())};
     writeAtOnce(STDOUT_FILENO, "lumora-tweak ready, settings at " + settings.string() + "\n");
     notifyServiceManager();

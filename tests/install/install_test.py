@@ -179,7 +179,7 @@ class Install(unittest.TestCase):
             page = pages.pop()
             seen.add(page)
             rows = self.shell(self.prefix / "bin/lumora-settings", "--rows", page)
-            pages += set(re.findall(r'"detail": "(\w+)"', rows)) - seen
+            pages += set(re.findall(r'"detail": "(\w+(?:Controller|Settings))"', rows)) - seen
         for file in ("bash-completion/completions/lumora-settings", "zsh/site-functions/_lumora-settings",
                      "fish/vendor_completions.d/lumora-settings.fish"):
             offered = re.findall(r"\b[A-Z]\w+(?:Controller|Settings|Preferences)\b", (self.prefix / "share" / file).read_text())

@@ -127,7 +127,7 @@ class Kit(unittest.TestCase):
     def test_the_libraries_have_names_to_stand_on(self):
         for library in ("kit", "platform"):
             file = next(self.prefix.rglob(f"liblumora-{library}.so"))
-            self.assertRegex(output("readelf", "-d", file), rf"SONAME.*liblumora-{library}\.so\.5\]")
+            self.assertRegex(output("readelf", "-d", file), rf"SONAME.*liblumora-{library}\.so\.6\]")
         self.assertNotIn(str(BUILD), output("readelf", "-d", next(self.prefix.rglob("liblumora-kit.so"))))
 
     def test_a_page_of_another_compiler_is_not_used_and_lumoractl_says_why(self):

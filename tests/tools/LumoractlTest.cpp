@@ -180,11 +180,11 @@ TEST_F(LumoractlWithTweak, SendsANumberThatItsPageCannotSetWithAWarning) {
     EXPECT_EQ(lumoractl({"set", "kLSDateOffset", "-10"}).errors, "");
 }
 
-TEST_F(LumoractlWithTweak, WarnsOfAKeyOnlyWhenItIsNew) {
+TEST_F(LumoractlWithTweak, WarnsOfAKeyThatIsNeitherLumorasNorLooksLikeAPlugIns) {
     const Finished mistyped = lumoractl({"set", "kSlepTime", "30"});
     EXPECT_EQ(mistyped.status, 0);
-    EXPECT_EQ(mistyped.errors, "lumoractl: warning: kSlepTime is a new key\n");
-    EXPECT_EQ(lumoractl({"set", "kSlepTime", "60"}).errors, "");
+    EXPECT_EQ(mistyped.errors, "lumoractl: warning: Lumora has no setting kSlepTime\n");
+    EXPECT_EQ(lumoractl({"set", "org.test.key", "60"}).errors, "");
     EXPECT_EQ(lumoractl({"set", "kLSDateOffset", "0"}).errors, "") << "of Lumora's own, and not set yet";
 }
 

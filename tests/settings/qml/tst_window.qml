@@ -78,7 +78,7 @@ Item {
         }
         function test_bringsTheButtonIntoViewAndScrollsByKeys() {
             const shown = show(waiting, 300);
-            const button = find(shown, item => item.clicked !== undefined);
+            const button = find(shown, item => item.text === "Try Again" && item.clicked !== undefined);
             shown.lost = true;
             verify(button.activeFocus);
             const place = () => button.mapToItem(shown, 0, 0).y;
