@@ -68,7 +68,7 @@ Result<void> checkPortsFolder(const std::string& name) {
     if (folder.is_relative()) return fail("is relative: each program looks for it where that program was started");
     if (!PortAddress::ofName(name)) return fail("is too long for the path of a socket");
     struct stat status {};
-    if (::stat(folder.c_str(), &status) != 0)
+    if (::lstat(folder.c_str(), &status) != 0)
         return errno == ENOENT ? Result<void>() : fail("cannot be used: " + std::generic_category().message(errno));
     return isPrivate(folder) ? Result<void>() : fail("is not a folder of this user alone");
 }

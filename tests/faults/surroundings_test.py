@@ -244,14 +244,15 @@ class DescriptorsTest(Case):
 class PortsFolderTest(Case):
     UNUSABLE = "its folder cannot be made, or is not a folder of yours alone"
 
-    def expect_no_ports(self, folder, why=UNUSABLE, told="is lumora-tweak running?"):
+    def expect_no_ports(self, folder, why=UNUSABLE, told="is not a folder of this user alone"):
         """That no port opens there, that everybody who may say so does, and that nothing is made."""
         self.environment["LUMORA_PORTS"] = folder
         refused = self.run_program(program("lumora-tweak"), "--settings", self.settings_file)
         self.expect_failure(refused, f"cannot open the port {folder}/com.nevo.lumora/updateSettings: {why}")
         self.expect_failure(self.lumoractl("list"), told)
         self.expect_failure(self.lumoractl("set", "kSleepTime", "30"), told)
-        self.expect_failure(self.rows("LumoraPreferences", "--timeout", "3"), "timed out waiting for the tweak")
+        rows = self.rows("LumoraPreferences", "--timeout", "3", status=1)
+        self.assertRegex(rows.stderr, rf"(\A|{told}\n)lumora-settings: timed out waiting for the tweak[^\n]+\n\Z")
 
     def test_is_made_for_the_user_alone_when_it_is_missing(self):
         self.ports = self.environment["LUMORA_PORTS"] = self.folder + "/a/b/ports"
@@ -285,13 +286,13 @@ class PortsFolderTest(Case):
         tweak = self.start_tweak()
         self.lumoractl("list", status=0)
         self.end(tweak)
-        self.expect_no_ports(longest + "x" * 40, "its path is too long for a socket", "is too long for a socket's path")
+        self.expect_no_ports(longest + "x" * 40, "its path is too long for a socket", "is too long for the path of a socket")
         self.assertFalse(os.path.exists(longest + "x" * 40))
 
     def test_says_what_stands_where_the_socket_should_be(self):
         os.makedirs(self.ports + "/com.nevo.lumora", 0o700)
         file = self.write("ports/" + wire.UPDATE_SETTINGS, "a file")
-        self.expect_no_ports(self.ports, "its socket or lock file cannot be used")
+        self.expect_no_ports(self.ports, "its socket or lock file cannot be used", "is lumora-tweak running?")
         self.assertEqual(Path(file).read_text(encoding="ascii"), "a file")
 
 
