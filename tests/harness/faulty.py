@@ -113,7 +113,7 @@ class FaultyTweak:
         os.close(self.over)
 
     def visits(self, name):
-        """How many clients have come to a port. Those of the programs come anew for each message."""
+        """How many clients have come to a port to say something. Those of the programs come anew for each message."""
         with self._guard:
             return self._visited.count(name)
 
@@ -126,8 +126,6 @@ class FaultyTweak:
     def _accept(self, name, listener):
         while self.over not in select.select([self.over, listener], [], [])[0]:
             connection, _ = listener.accept()
-            with self._guard:
-                self._visited.append(name)
             self._run(self._serve, name, connection)
 
     def _serve(self, name, connection):
@@ -135,7 +133,11 @@ class FaultyTweak:
         connection.settimeout(60)
         try:
             with connection:
-                self.fault(Client(self, name, connection))
+                # Settings only looks whether somebody is there, and then hangs up.
+                if connection.recv(1, socket.MSG_PEEK):
+                    with self._guard:
+                        self._visited.append(name)
+                    self.fault(Client(self, name, connection))
         except (OSError, EOFError, wire.NotAFrame):
             pass  # the client has gone
 
