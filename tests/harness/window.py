@@ -10,7 +10,7 @@ import sys
 import unittest
 from pathlib import Path
 
-from harness.display import Display
+from harness.display import WIDTH, Display
 from harness.programs import Programs, program
 from harness.waiting import LONG_ENOUGH, eventually
 
@@ -75,10 +75,17 @@ class Windows(Programs):
         return window
 
     def open_root_page(self, *options):
-        """The root page logs its settings when it appears, and is drawn soon after."""
+        """Logs its settings when it appears, and is drawn soon after. A key that comes before that goes nowhere."""
         window = self.open_window(*options)
         eventually(lambda: "kTweakEnabled" in window.lines.text, "the root page")
+        eventually(self.shows_a_row, "its first row")
         return window
+
+    def shows_a_row(self):
+        """Whether the line of the screen that goes through the first row has more than a ground or two."""
+        with self.display.screen() as (_, _, line):
+            pixels = line(120)[:4 * WIDTH]
+        return len({pixels[at:at + 4] for at in range(0, len(pixels), 4)}) > 2
 
     def windows(self, process):
         return self.xdotool("search", "--pid", str(process.pid), "--onlyvisible").split()
