@@ -34,7 +34,7 @@ class DrawingLimit {
     };
 
   private:
-    static constexpr std::chrono::milliseconds kMoment{2000};
+    static constexpr std::chrono::milliseconds kMoment{250};
 
     void set(std::optional<Clock::time_point> deadline) {
         {
