@@ -80,8 +80,11 @@ bool isLink(const RowSnapshot& row) {
 
 Pictures::Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost,
                    const std::function<void(const std::string& why)>& overdue)
-    : shell_(shell), window_(window), atMost_(atMost),
-      drawing_(atMost, [overdue] { overdue("timed out waiting for the page to be drawn"); }) {
+    : shell_(shell), window_(window), atMost_(atMost), drawing_(atMost, [overdue] {
+          // A machine that stands still when the time is over keeps the loop from ending its wait for something else.
+          const std::string other = whatBlocks();
+          overdue("timed out waiting for " + (other.empty() ? "the page to be drawn" : other));
+      }) {
     shell_.setAnimated(false);
     window_.installEventFilter(this);
 }

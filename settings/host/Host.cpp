@@ -50,10 +50,15 @@ bool waitsForTweak() {
     return platform::NSCondition::waiting() > 0; // nothing else in a page waits on a condition
 }
 
-std::string whatBlocks(const std::string& page) {
+std::string whatBlocks() {
     if (waitsForTweak()) return "the tweak to answer \"" + std::string(lumora::kRequestTweakSettings) + "\"";
     if (const auto tried = platform::beingTried(); !tried.empty()) return "lumora-probe to try " + tried.string();
-    return "the page \"" + page + "\", which is not ready yet";
+    return {};
+}
+
+std::string whatBlocks(const std::string& page) {
+    const std::string other = whatBlocks();
+    return other.empty() ? "the page \"" + page + "\", which is not ready yet" : other;
 }
 
 Host::Host(Navigation::Show show) : navigation_(std::move(show)) {

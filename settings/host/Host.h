@@ -29,8 +29,10 @@ struct Launch {
 /// Whether the main thread is waiting for the tweak's answer. Any thread.
 [[nodiscard]] bool waitsForTweak();
 
-/// What keeps the main thread from showing that page, worded to follow "timed out waiting for": the tweak's answer, the
-/// trial of a plug-in or of the application-list library, or the page itself. Any thread.
+/// What keeps the main thread waiting, worded to follow "timed out waiting for": the tweak's answer, or the trial of a
+/// plug-in or of the application-list library. Empty for neither. Any thread.
+[[nodiscard]] std::string whatBlocks();
+/// The same, or else that page itself.
 [[nodiscard]] std::string whatBlocks(const std::string& page);
 
 /// Starts the permanent main thread, which alone calls into the bundle, and hands it work.
