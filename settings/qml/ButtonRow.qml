@@ -1,5 +1,4 @@
 import QtQuick
-import Lumora
 
 // A row that calls an operation of the page.
 TappableRow {

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumora
 
 // The texts of a message, which can be edited, and its attachments. Scrolls to where the user writes.
 Scroller {

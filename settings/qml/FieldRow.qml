@@ -1,5 +1,4 @@
 import QtQuick
-import Lumora
 
 // A text field. Hands on what was typed, if anything, at Enter and when the field or the window loses the focus.
 Cell {

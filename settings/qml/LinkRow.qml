@@ -1,5 +1,4 @@
 import QtQuick
-import Lumora
 
 // Opens a page. An option list shows what is chosen in it, beneath the title when both are too long for one line.
 TappableRow {

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import Lumora
 
 // A slider with its number beside it. Hands on a drag when it ends, and a step by key at once.
 Cell {

@@ -1,5 +1,4 @@
 import QtQuick
-import Lumora
 
 // A line of text, as high as the text needs.
 Cell {
