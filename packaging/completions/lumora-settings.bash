@@ -12,7 +12,7 @@ _lumora_settings() {
         --page | --rows) mapfile -t COMPREPLY < <(compgen -W "$pages" -- "$word") ;;
         --timeout | --text-size | --size) ;;
         *)
-            mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --rows --timeout --light --dark
+            mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --rows --timeout --verbose --light --dark
                 --text-size --size --help --version' -- "$word")
             ;;
     esac

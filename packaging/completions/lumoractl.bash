@@ -1,5 +1,5 @@
-# Completion of lumoractl for bash. Keys are those that the running tweak knows, plug-ins' own included; values are both of
-# a switch, and the number that is set.
+# Completion of lumoractl for bash. Keys are those that the running tweak knows, plug-ins' own included; values are both
+# of a switch, and the number that is set.
 
 _lumoractl_keys() {
     lumoractl list 2>/dev/null | sed -n 's/^  "\([^"\\]*\)": .*/\1/p'

@@ -1,5 +1,5 @@
-# Completion of lumoractl for fish. Keys are those that the running tweak knows, plug-ins' own included; values are both of
-# a switch, and the number that is set.
+# Completion of lumoractl for fish. Keys are those that the running tweak knows, plug-ins' own included; values are both
+# of a switch, and the number that is set.
 
 function __lumoractl_keys
     lumoractl list 2>/dev/null | string match -gr '^  "([^"\\\\]*)": '

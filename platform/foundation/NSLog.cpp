@@ -1,6 +1,7 @@
 #include "platform/foundation/NSLog.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno> // program_invocation_short_name
 #include <chrono>
 #include <cstdio>
@@ -11,10 +12,22 @@
 
 namespace platform {
 
+namespace {
+
+std::atomic<bool> onStandardError = true;
+
+} // namespace
+
+void setNSLogOnStandardError(bool on) {
+    onStandardError = on;
+}
+
 void NSLog(std::string_view message) {
     const std::string text(message);
     // "%s", never the message itself as a format: what is logged comes from other processes.
     syslog(LOG_USER | LOG_NOTICE, "%s", text.c_str());
+
+    if (!onStandardError) return;
 
     const auto now = std::chrono::system_clock::now();
     const std::time_t seconds = std::chrono::system_clock::to_time_t(now);

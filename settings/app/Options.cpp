@@ -56,6 +56,8 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
                    "How long --rows, and each page of --grab and --tour, may take (default: 30)")
         ->type_name("SECONDS")
         ->check(CLI::Range(0.001, 86400.0));
+    app.add_flag("--verbose", options.verbose,
+                 "Write what pages log to standard error too; the first page logs all settings, passcodes too");
     auto* lightFlag = app.add_flag("--light", light, "Light colours, whatever the desktop's setting");
     app.add_flag("--dark", dark, "Dark colours, whatever the desktop's setting")->excludes(lightFlag);
     app.add_option("--text-size", options.textSize, "How large texts are, whatever the desktop's setting (usual: 100)")

@@ -16,7 +16,8 @@ struct Options {
     std::optional<std::filesystem::path> grab;
     std::optional<std::filesystem::path> tour;
     std::optional<std::string> rows;
-    double timeout = 30; ///< seconds; a plug-in that never answers takes 10 of them at each start
+    double timeout = 30;  ///< seconds; a plug-in that never answers takes 10 of them at each start
+    bool verbose = false; ///< what pages log goes to standard error too
     std::optional<bool> dark;
     std::optional<int> textSize;     ///< in percent
     platform::CGSize size{390, 844}; ///< of the window, in points

@@ -1,5 +1,6 @@
 #include "link/Messages.h"
 #include "platform/foundation/DeviceRoot.h"
+#include "platform/foundation/NSLog.h"
 #include "platform/messaging/CFMessagePort.h"
 #include "settings/app/Application.h"
 
@@ -26,6 +27,7 @@ int main(int argc, char** argv) {
     std::optional<int> exitCode;
     const settings::Options options = settings::readOptions(argc, argv, exitCode);
     if (exitCode) return *exitCode;
+    platform::setNSLogOnStandardError(options.verbose);
     if (options.root) platform::setDeviceRoot(*options.root);
     if (const auto usable = platform::checkPortsFolder(lumora::portName(lumora::kRequestTweakSettings)); !usable)
         settings::complain(usable.error());

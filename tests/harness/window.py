@@ -63,8 +63,8 @@ class Windows(Programs):
         return folder and Path(folder, self.id().removeprefix("__main__.") + ".png")
 
     def open_window(self, *options):
-        window = self.start(program("lumora-settings"), "--root", self.root, *self.scheme, *options,
-                            stderr=subprocess.PIPE)
+        window = self.start(program("lumora-settings"), "--root", self.root, "--verbose", *self.scheme,
+                            *options, stderr=subprocess.PIPE)
 
         def appeared():
             self.assertIsNone(window.poll(), window.lines.text)
