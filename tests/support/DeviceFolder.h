@@ -1,10 +1,11 @@
 #pragma once
 
 #include "platform/foundation/DeviceRoot.h"
-#include "tests/support/KeptEnvironment.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <cstdlib>
 #include <fstream>
+#include <string>
 
 namespace tests {
 
@@ -14,9 +15,14 @@ class DeviceFolder {
   public:
     DeviceFolder() {
         platform::setDeviceRoot(path());
+        if (const char* before = std::getenv("XDG_CACHE_HOME")) cacheBefore_ = before;
         ::setenv("XDG_CACHE_HOME", cache().c_str(), 1);
     }
-    ~DeviceFolder() { platform::setDeviceRoot({}); }
+    ~DeviceFolder() {
+        platform::setDeviceRoot({});
+        // This one alone: what else a test sets may be for all tests of its process.
+        ::setenv("XDG_CACHE_HOME", cacheBefore_.c_str(), 1); // an empty one counts as none
+    }
     DeviceFolder(const DeviceFolder&) = delete;
     DeviceFolder& operator=(const DeviceFolder&) = delete;
 
@@ -40,7 +46,7 @@ class DeviceFolder {
     }
 
     TemporaryFolder folder_{"device"};
-    KeptEnvironment environment_;
+    std::string cacheBefore_; ///< empty for the usual one
 };
 
 } // namespace tests
