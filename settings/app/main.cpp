@@ -23,6 +23,8 @@ static void complainOfExit(int exitCode, void* /*unused*/) {
     end(exitCode == 0 ? 1 : exitCode);
 }
 
+// Nothing throws here but for want of memory, and that had better end the program.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
     std::optional<int> exitCode;
     const settings::Options options = settings::readOptions(argc, argv, exitCode);

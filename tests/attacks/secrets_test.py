@@ -188,8 +188,9 @@ class WindowTest(Leaks, Spoken):
         self.press_button(window, "support@nevo.example")
         self.press_button(window, "Send")
         drafts = Path(self.folder, "home/data/lumora/drafts")
-        eventually(lambda: list(drafts.glob("*.eml")), "the draft")
-        eventually(lambda: str(drafts) in window.lines.text, "what went wrong")
+        said = eventually(lambda: [name for name in self.spoken(window, pyatspi.ROLE_ALERT) if str(drafts) in name],
+                          "what went wrong")
+        self.assert_tells_nothing("\n".join(said), "the sheet")
         self.close(window)
         window.wait()
         self.assert_only_the_root_page_tells(window.lines.text, 1)
