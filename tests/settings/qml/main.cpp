@@ -15,8 +15,9 @@ class Setup : public QObject {
 
   public:
     Setup() {
-        QProcess::execute("/usr/bin/python3", {LUMORA_SOURCE "/tests/harness/make_fonts.py", fonts_.path(), "many=200",
-                                               "twins", "variable", "collection", "arabic", "dumb", "tall"});
+        const QString makeFonts = LUMORA_SOURCE "/tests/harness/make_fonts.py";
+        QProcess::execute("/usr/bin/python3", {makeFonts, fonts_.path(), "many=200", "twins", "variable", "collection",
+                                               "arabic", "dumb", "tall"});
     }
 
   public slots:
