@@ -296,10 +296,13 @@ class ColorsTest(Everything):
             self.keys(window, *keys)
             self.expect_near(h, s, 0.75)
 
+        before = 0.5
         for h, s in ((0, 0), (1, 0), (1, 1), (0, 1), (0.5, 0.5)):
             hue.queryValue().currentValue = h
+            self.expect_near(h, before, 0.75)  # messages keep no order, so the next one waits for this
             saturation.queryValue().currentValue = s
             self.expect_near(h, s, 0.75)
+            before = s
 
     def test_chooses_at_the_ends_and_in_the_middle_of_the_bar(self):
         window = self.open_page()
