@@ -20,7 +20,7 @@ QtObject {
     readonly property color onColor: "#ffffff" // signs and texts on the accent and other strong colours
     readonly property color warning: dark ? "#ff6961" : "#c4001d"
     readonly property color notice: dark ? "#4a3800" : "#ffe9b0"
-    readonly property color onNotice: dark ? "#ffe08a" : "#573f00"
+    readonly property color noticeText: dark ? "#ffe08a" : "#573f00"
     readonly property color on: dark ? "#30d158" : "#34c759"
     readonly property color off: dark ? "#39393d" : "#e4e4e7"
     readonly property color knob: "#ffffff"

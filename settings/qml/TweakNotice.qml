@@ -22,8 +22,8 @@ Rectangle {
         width: parent.width - 2 * Theme.inset - (reload.visible ? reload.width : 0)
         text: root.gone ? qsTr("Lumora is not running. Changes are not being kept.")
                         : qsTr("Changes that were made while Lumora was not running are lost.")
-        color: Theme.onNotice
-        largestSize: Theme.detailSize
+        color: Theme.noticeText
+        largestSize: Theme.footSize
         horizontalAlignment: reload.visible ? Text.AlignLeft : Text.AlignHCenter
         Accessible.ignored: true
     }
@@ -34,7 +34,7 @@ Rectangle {
         anchors { right: parent.right; rightMargin: Theme.inset - Theme.buttonPadding; verticalCenter: parent.verticalCenter }
         text: qsTr("Reload")
         strong: true
-        tint: Theme.onNotice
+        tint: Theme.noticeText
         onClicked: root.reloadTapped()
     }
 }

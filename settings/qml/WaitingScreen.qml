@@ -1,7 +1,7 @@
 import QtQuick
 
 // Stands in for a page while the main thread is busy with it: says what it waits for and, once nothing can come any
-// more, offers to restart Settings.
+// more, offers to try again.
 Rectangle {
     id: root
 

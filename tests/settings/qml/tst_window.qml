@@ -33,6 +33,13 @@ Item {
         }
     }
     Component {
+        id: notice
+
+        TweakNotice {
+            gone: true
+        }
+    }
+    Component {
         id: words
 
         WordText {}
@@ -88,6 +95,13 @@ Item {
             keyClick(Qt.Key_PageDown);
             keyClick(Qt.Key_End);
             verify(place() >= 0 && place() + button.height <= shown.height, place());
+        }
+        function test_saysThatTheTweakIsGoneInItsOwnColours_data() { return [{ tag: "light", dark: false }, { tag: "dark", dark: true }] }
+        function test_saysThatTheTweakIsGoneInItsOwnColours(data) {
+            Theme.dark = data.dark;
+            const text = find(show(notice, 100), item => item.text?.startsWith("Lumora is not running"));
+            compare(text.color, Qt.color(data.dark ? "#ffe08a" : "#573f00"));
+            Theme.dark = false;
         }
         function test_makesALongWordSmallerBeforeItBreaksIt() {
             const shown = show(words, 200);
