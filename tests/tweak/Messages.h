@@ -3,7 +3,9 @@
 #include "link/Messages.h"
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/CFMessagePort.h"
+#include "tests/support/Waiting.h"
 
+#include <chrono>
 #include <optional>
 #include <string>
 
@@ -14,11 +16,14 @@ inline platform::Data changeBody(const std::string& key, const platform::Value& 
     return *platform::NSKeyedArchiver::archivedDataWithRootObject(lumora::messageWith(lumora::changeOf(key, value)));
 }
 
+/// In seconds.
+inline constexpr double kPatience = std::chrono::duration<double>(kLongEnough).count();
+
 /// Sends a body to the port and gives the result code; the reply is stored when the code is success.
 inline platform::CFMessagePortResult send(const std::string& message, const std::optional<platform::Data>& body,
                                           std::optional<platform::Data>& reply, std::int32_t id = lumora::kMessageId) {
     const auto remote = platform::CFMessagePortCreateRemote(lumora::portName(message));
-    return platform::CFMessagePortSendRequest(*remote, id, body, 5.0, 5.0, &reply);
+    return platform::CFMessagePortSendRequest(*remote, id, body, kPatience, kPatience, &reply);
 }
 
 /// The settings that a running tweak answers with; nil when none does.

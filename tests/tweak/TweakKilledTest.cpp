@@ -16,7 +16,11 @@ using platform::Value;
 
 namespace {
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int kRounds = 40;
+#else
 constexpr int kRounds = 200;
+#endif
 constexpr std::int64_t kKeysOfAClient = 20;
 
 /// A client that changes its own keys, one after the other, to ever greater numbers, and remembers which were answered.
@@ -54,7 +58,7 @@ class Client {
 
 } // namespace
 
-TEST(TweakKilled, LosesNoAnsweredChangeInTwoHundredKills) {
+TEST(TweakKilled, LosesNoAnsweredChangeHoweverOftenItIsKilled) {
     const unsigned seed = std::random_device()();
     RecordProperty("seed", std::to_string(seed));
     SCOPED_TRACE("seed " + std::to_string(seed));

@@ -215,8 +215,11 @@ TEST_F(TweakProgram, AnswersWhileNobodyReadsWhatItSaysAndTellsLaterHowManyLinesA
             text.append(block, static_cast<std::size_t>(got));
         return text;
     };
+    const std::string notify = sandbox.path() / "notify";
+    const NotifySocket manager(notify); // is told after the log is
+    setenv("NOTIFY_SOCKET", notify.c_str(), 1);
     Program tweak({"/bin/sh", "-c", "exec \"$@\" >\"$0\" 2>&1", said, LUMORA_TWEAK, "--settings", sandbox.settings()});
-    ASSERT_TRUE(eventually([] { return !askForSettings().isNil(); }));
+    ASSERT_EQ(manager.next(), "READY=1");
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(change("kSleepTime", "soon"), "kSleepTime takes a finite number, not a text");
     EXPECT_EQ(change("kSleepTime", 30), "");
