@@ -126,12 +126,13 @@ class ComposingTest : public ::testing::Test {
     std::mutex mutex;
     std::condition_variable changed;
     std::vector<StackSnapshot> shown;
-    static inline Host* kept = nullptr; ///< never destroyed, as in the program: the main thread goes on
-    Host& host = *(kept = new Host([this](StackSnapshot stack) {
-                       const std::lock_guard lock(mutex);
-                       shown.push_back(std::move(stack));
-                       changed.notify_all();
-                   }));
+    /// Never destroyed, as in the program: the main thread goes on.
+    static inline auto& kept = *new std::vector<Host*>;
+    Host& host = *kept.emplace_back(new Host([this](StackSnapshot stack) {
+        const std::lock_guard lock(mutex);
+        shown.push_back(std::move(stack));
+        changed.notify_all();
+    }));
 };
 
 TEST_F(ComposingTest, ShowsTheMessageThatAButtonPresents) {
