@@ -23,8 +23,7 @@ class FontView final : public platform::UIView,
     FontView();
     bool initWithFrame(const platform::CGRect& frame) override;
 
-    /// "Default", then the names of all fonts in the order of the user's language, ignoring case. A name that several
-    /// fonts share appears once for each.
+    /// "Default", then the names of all fonts in the order of the user's language, ignoring case.
     [[nodiscard]] static std::vector<std::string> allFonts();
 
     [[nodiscard]] const std::vector<std::string>& fonts() const { return fonts_; }

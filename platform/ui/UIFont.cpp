@@ -10,6 +10,7 @@
 #include <set>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace platform {
@@ -29,10 +30,12 @@ struct InstalledFont {
     friend auto operator<=>(const InstalledFont&, const InstalledFont&) = default;
 };
 
-/// What was installed at one look. Never changes.
+/// What was installed at one look: of several fonts with one name, the first. Never changes.
 struct Installed {
     explicit Installed(std::vector<InstalledFont> found) : fonts(std::move(found)) {
         std::ranges::sort(fonts);
+        std::unordered_set<std::string> names;
+        std::erase_if(fonts, [&](const InstalledFont& font) { return !names.insert(font.name).second; });
         for (const InstalledFont& font : fonts)
             byName.emplace(font.name, &font);
     }

@@ -19,17 +19,18 @@ using UIFontRef = std::shared_ptr<const UIFont>;
 ///     label.setFont(UIFont::fontWithName("Inter-Bold", label.font()->pointSize()));
 ///
 /// Installed fonts are the scalable ones that fontconfig knows. familyNames() looks anew at what is installed; names in
-/// a family, and fonts by their names, are those of the last look. Immutable; any thread.
+/// a family, and fonts by their names, are those of the last look. A name comes once in all families, however many
+/// files have it: where a font is installed both as a file of its own and as an instance of a variable one, either
+/// would draw the same. It names the font that comes first by family, then by file. Immutable; any thread.
 class PLATFORM_EXPORT UIFont {
   public:
     /// Every family with a font, once, in byte order.
     [[nodiscard]] static std::vector<std::string> familyNames();
-    /// A name for each installed font of a family, so that a name may come twice: the PostScript name, or the full name
-    /// of a font without one. A variable font has a name for each of its named instances. Empty for a family that is
-    /// not installed.
+    /// The names of a family's fonts in byte order: the PostScript name, or the full name of a font without one. A
+    /// variable font has a name for each of its named instances. Empty for a family that is not installed.
     [[nodiscard]] static std::vector<std::string> fontNamesForFamilyName(const std::string& family);
 
-    /// `size` is in points. Null when no installed font has that name. Of several fonts with one name, always the same.
+    /// `size` is in points. Null when no installed font has that name.
     [[nodiscard]] static UIFontRef fontWithName(const std::string& name, double size);
     [[nodiscard]] static UIFontRef systemFontOfSize(double size);
 

@@ -8,12 +8,14 @@ apart: in thousandths of the size. The kinds:
 
     many=COUNT    families "Many 0000" and so on, one font each, "Many0000-Regular"
     twins         two files with one PostScript name, "Twin-Regular": one box is 300 high, the other 700
+    cousins       the families "Cousin One" and "Cousin Two", a font each, both "Cousin-Regular"
     cases         families "beta", "Alpha", "BETA" and "alpha", fonts of the same names; so are their files
     nameless      "Name Less" with the full name "Name Less Wide" and no PostScript name
     halfnameless  "Foo" and, in the same family, "Foo Bold", neither with a PostScript name
     twowords      "Two Words" by family and full name, no PostScript name
     hyphens=COUNT families "Real Name 0000" and so on, one font each: "Real-Name-0000", and "Real Name 0000 Regular" in full
     variable      "Vary" by weight, its box 200 to 800 high, with the instances Thin (200), Regular (500), Black (800)
+    instance      "Vary-Regular" once more, as a file of its own
     uninstanced   "Plain Vary", variable with no instance named
     collection    one file: "CollectLow-Regular" (200), "CollectHigh-Regular" (900)
     arabic        a font with an Arabic full name, no PostScript name, and Arabic letters
@@ -73,11 +75,13 @@ INSTANCES = [{"location": {"wght": at}, "stylename": name, "postscriptfontname":
 # The arguments of font(), by the file's name.
 SINGLE_FONTS = {
     "twins": {"twin1": ("Twin", 300, "Twin-Regular"), "twin2": ("Twin", 700, "Twin-Regular")},
+    "cousins": {"cousin1": ("Cousin One", 300, "Cousin-Regular"), "cousin2": ("Cousin Two", 700, "Cousin-Regular")},
     "cases": {name: (name, 700, name) for name in ("beta", "Alpha", "BETA", "alpha")},
     "nameless": {"nameless": ("Name Less", 700, None, "Name Less Wide")},
     "halfnameless": {"foo": ("Foo", 300, None, "Foo"), "foobold": ("Foo", 700, None, "Foo Bold", LATIN, "Bold")},
     "twowords": {"twowords": ("Two Words", 700, None, "Two Words")},
     "variable": {"vary": ("Vary", 500, "Vary-Regular", None, LATIN, "Regular", WEIGHT, INSTANCES)},
+    "instance": {"regular": ("Vary", 500, "Vary-Regular")},
     "uninstanced": {"plainvary": ("Plain Vary", 500, "PlainVary-Regular", None, LATIN, "Regular", WEIGHT)},
     "arabic": {"arabic": ("خط عربي", 700, None, "خط عربي", ARABIC)},
     "dumb": {"dumb": ("Dumb", 700, "Dumb-Regular", None, "x")},

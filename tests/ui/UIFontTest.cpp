@@ -34,14 +34,24 @@ TEST(UIFont, NamesFamiliesOnceAndTheirFontsByPostScriptName) {
     EXPECT_THAT(UIFont::fontNamesForFamilyName("Collect Low"), ElementsAre("CollectLow-Regular"));
 }
 
-TEST(UIFont, KeepsTwoFontsOfOneNameAndAlwaysGivesTheSameOfThem) {
+TEST(UIFont, NamesTwoFontsOfOneNameOnceAndAlwaysGivesTheSameOfThem) {
     const TestFonts fonts({"twins"});
     EXPECT_THAT(UIFont::familyNames(), ElementsAre("Twin"));
-    EXPECT_THAT(UIFont::fontNamesForFamilyName("Twin"), ElementsAre("Twin-Regular", "Twin-Regular"));
+    EXPECT_THAT(UIFont::fontNamesForFamilyName("Twin"), ElementsAre("Twin-Regular"));
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(UIFont::familyNames().size(), 1U);
         EXPECT_EQ(UIFont::fontWithName("Twin-Regular", 12)->file(), fonts.files() / "twin1.ttf");
     }
+}
+
+TEST(UIFont, NamesAnInstanceOfAVariableFontOnceThatIsInstalledAsAFileTooAndAFontOfTwoFamilies) {
+    const TestFonts fonts({"variable", "instance", "cousins"});
+    EXPECT_THAT(UIFont::familyNames(), ElementsAre("Cousin One", "Vary")) << "a family without a name is none";
+    const auto names = UIFont::fontNamesForFamilyName("Vary");
+    EXPECT_EQ(names.size(), 3U);
+    EXPECT_EQ(std::ranges::count(names, "Vary-Regular"), 1);
+    EXPECT_EQ(UIFont::fontWithName("Vary-Regular", 12)->file(), fonts.files() / "regular.ttf");
+    EXPECT_EQ(UIFont::fontWithName("Cousin-Regular", 12)->file(), fonts.files() / "cousin1.ttf");
 }
 
 TEST(UIFont, TellsFilesApartWhoseNamesDifferInCaseOnly) {
@@ -127,7 +137,7 @@ TEST(UIFont, KnowsTheFacesOfACollectionByTheirNumbers) {
 
 TEST(UIFont, GivesNothingForWhatIsNotInstalled) {
     const TestFonts fonts({"twins"});
-    EXPECT_EQ(allNames().size(), 2U);
+    EXPECT_EQ(allNames().size(), 1U);
     EXPECT_EQ(UIFont::fontWithName("Twin", 12), nullptr) << "a family's name names no font";
     EXPECT_EQ(UIFont::fontWithName("", 12), nullptr);
     EXPECT_THAT(UIFont::fontNamesForFamilyName("Twins"), IsEmpty());
@@ -160,7 +170,7 @@ TEST(UIFont, HasNoFontsWhereNoneAreInstalled) {
 TEST(UIFont, LeavesOutFilesThatAreNoFonts) {
     const TestFonts fonts({"twins"});
     std::ofstream(fonts.files() / "broken.ttf") << "no font";
-    EXPECT_THAT(allNames(), ElementsAre("Twin-Regular", "Twin-Regular"));
+    EXPECT_THAT(allNames(), ElementsAre("Twin-Regular"));
 }
 
 TEST(UIFont, OpensNoFontOnceTheSystemKnowsThem) {
@@ -174,7 +184,7 @@ TEST(UIFont, OpensNoFontOnceTheSystemKnowsThem) {
 
 TEST(UIFont, HasTheSizeAndTheNameThatItWasAskedFor) {
     const TestFonts fonts({"twins"});
-    EXPECT_EQ(allNames().size(), 2U);
+    EXPECT_EQ(allNames().size(), 1U);
     const auto font = UIFont::fontWithName("Twin-Regular", 17.5);
     EXPECT_EQ(font->fontName(), "Twin-Regular");
     EXPECT_EQ(font->pointSize(), 17.5);
