@@ -4,7 +4,9 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
+#include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
+#include <unicode/unistr.h>
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
@@ -79,6 +81,21 @@ bool isVisible(char32_t character) {
     default:
         return true;
     }
+}
+
+std::string folded(std::string_view text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* withoutCase = icu::Normalizer2::getNFKCCasefoldInstance(status);
+    const icu::Normalizer2* takenApart = icu::Normalizer2::getNFDInstance(status);
+    if (U_FAILURE(status)) return std::string(text); // ICU came without its data
+    const auto characters = takenApart->normalize(
+        withoutCase->normalize(icu::UnicodeString::fromUTF8(icu::StringPiece(text)), status), status);
+    std::string left;
+    for (int32_t i = 0; i < characters.length(); i = characters.moveIndex32(i, 1)) {
+        const UChar32 character = characters.char32At(i);
+        if (u_charType(character) != U_NON_SPACING_MARK) appendCharacter(left, static_cast<char32_t>(character));
+    }
+    return left;
 }
 
 std::string printable(std::string_view text) {

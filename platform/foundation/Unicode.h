@@ -33,6 +33,11 @@ inline constexpr char32_t replacementCharacter = 0xFFFD;
 ///     printable("Clock\x1B[2J");   // "Clock\uFFFD[2J"
 [[nodiscard]] PLATFORM_EXPORT std::string printable(std::string_view text);
 
+/// What is left of a text for whoever looks for it: the same whatever the case and the accents of its letters.
+///
+///     folded("Éclair") == folded("ECLAIR");
+[[nodiscard]] PLATFORM_EXPORT std::string folded(std::string_view text);
+
 /// Appends one character as UTF-8.
 PLATFORM_EXPORT void appendCharacter(std::string& text, char32_t character);
 

@@ -1,4 +1,5 @@
 #include "platform/foundation/Collation.h"
+#include "platform/foundation/Unicode.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -47,6 +48,19 @@ TEST(Collation, FollowsTheLanguage) {
     EXPECT_EQ(sorted("sv_SE.UTF-8", german), swedish);
     EXPECT_EQ(sorted("C", swedish), german);
     EXPECT_EQ(sorted("xx_YY.UTF-8", swedish), german);
+}
+
+TEST(Folded, IsTheSameWhateverTheCaseAndTheAccents) {
+    EXPECT_EQ(platform::folded("\u00C9CLAIR"), "eclair");
+    EXPECT_EQ(platform::folded("E\u0301clair"), "eclair");
+    EXPECT_EQ(platform::folded("STRASSE"), platform::folded("Stra\u00DFe"));
+    EXPECT_EQ(platform::folded("\u0419"), platform::folded("\u0438")) << "a breve is an accent too";
+    EXPECT_EQ(platform::folded("\u97F3\u697D 2"), "\u97F3\u697D 2");
+    EXPECT_EQ(platform::folded(""), "");
+    EXPECT_EQ(platform::folded("a\xFF"
+                               "b"),
+              "a\uFFFD"
+              "b");
 }
 
 TEST(Collation, PutsTheEmptyTextFirst) {
