@@ -6,6 +6,14 @@
 
 namespace platform {
 
+namespace {
+
+double emptyHeight(const TableSection& section) {
+    return section.rowCount == 0 ? section.emptyHeight : 0;
+}
+
+} // namespace
+
 bool TableLayout::hasRow(NSIndexPath path) const {
     return hasSection(path.section) && path.row >= 0 && path.row < section(path.section).rowCount;
 }
@@ -18,8 +26,16 @@ void TableLayout::setHeights(int number, double header, double footer) {
 double TableLayout::sectionTop(int number) const {
     double top = 0;
     for (int i = 0; i < number; ++i)
-        top += section(i).headerHeight + section(i).rowCount * section(i).rowHeight + section(i).footerHeight;
+        top += section(i).headerHeight + section(i).rowCount * section(i).rowHeight +
+               platform::emptyHeight(section(i)) + section(i).footerHeight;
     return top;
+}
+
+double TableLayout::emptyHeight() const {
+    double height = 0;
+    for (const TableSection& section : sections_)
+        height += platform::emptyHeight(section);
+    return height;
 }
 
 double TableLayout::rowTop(NSIndexPath path) const {
@@ -106,6 +122,10 @@ NSIndexPath TableLayout::nearest(NSIndexPath from, double top) const {
 std::optional<NSIndexPath> TableLayout::step(NSIndexPath from, int by) const {
     const int row = from.row + by;
     if (row >= 0 && row < section(from.section).rowCount) return NSIndexPath{from.section, row};
+    return across(from, by);
+}
+
+std::optional<NSIndexPath> TableLayout::across(NSIndexPath from, int by) const {
     const int there = from.section + by;
     if (!hasSection(there)) return std::nullopt;
     return NSIndexPath{there, by > 0 ? 0 : section(there).rowCount};

@@ -35,6 +35,7 @@ struct TableSection {
     double footerHeight = 0;
     double rowHeight = 0;
     int rowCount = 0;
+    double emptyHeight = 0; ///< what stands in place of rows while there are none
 };
 
 /// Where the parts of a table stand, in points from its top: each section's header, rows and footer, without gaps. A
@@ -63,11 +64,16 @@ class PLATFORM_EXPORT TableLayout {
     [[nodiscard]] bool hasRow(NSIndexPath path) const;
     /// The heights as drawn.
     void setHeights(int section, double header, double footer);
+    void setEmptyHeight(int section, double height) { at(section).emptyHeight = height; }
 
     [[nodiscard]] double sectionTop(int section) const;
-    [[nodiscard]] double footerTop(int section) const { return rowTop({section, this->section(section).rowCount}); }
+    [[nodiscard]] double footerTop(int section) const {
+        return sectionTop(section + 1) - this->section(section).footerHeight;
+    }
     [[nodiscard]] double rowTop(NSIndexPath path) const;
     [[nodiscard]] double height() const { return sectionTop(sectionCount()); }
+    /// How much of it stands in place of rows.
+    [[nodiscard]] double emptyHeight() const;
     /// For each section, the rows of which at least a part lies between two heights.
     [[nodiscard]] std::vector<Rows> rowsBetween(double top, double bottom) const;
     /// The top of a view, now at `top` and of this height, once the row stands in that position. May lie beyond the
@@ -87,6 +93,9 @@ class PLATFORM_EXPORT TableLayout {
     [[nodiscard]] NSIndexPath nearest(NSIndexPath from, double top) const;
     /// Where a row goes by one step down (1) or up (-1), also into the next section; nothing at the very ends.
     [[nodiscard]] std::optional<NSIndexPath> step(NSIndexPath from, int by) const;
+    /// Where a row goes when it crosses into the next section (1) or the one before (-1): to the end of it that is
+    /// nearer; nothing where there is no such section.
+    [[nodiscard]] std::optional<NSIndexPath> across(NSIndexPath from, int by) const;
 
   private:
     [[nodiscard]] TableSection& at(int section) { return sections_[static_cast<std::size_t>(section)]; }

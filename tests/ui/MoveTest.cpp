@@ -104,6 +104,31 @@ TEST(Move, FromTheFirstOfThreeToTheLastShiftsTheOthersUp) {
     EXPECT_EQ(moved({{{"first", "second", "third"}, {}}}, {0, 0}, {0, 2}), (Rows{{{"second", "third", "first"}, {}}}));
 }
 
+TEST(TableLayout, CrossesIntoTheNearerEndOfTheSectionBesideAndNowhereElse) {
+    const TableLayout layout = layoutOf({named('a', 3), named('A', 2)});
+    EXPECT_EQ(layout.across({0, 1}, 1), (NSIndexPath{1, 0}));
+    EXPECT_EQ(layout.across({1, 1}, -1), (NSIndexPath{0, 3}));
+    EXPECT_EQ(layout.across({0, 1}, -1), std::nullopt);
+    EXPECT_EQ(layout.across({1, 0}, 1), std::nullopt);
+}
+
+TEST(TableLayout, LeavesRoomInPlaceOfRowsOnlyWhileThereAreNone) {
+    TableLayout layout({{"", "", 50, 20, 40, 0}, {"", "", 50, 20, 40, 2}});
+    EXPECT_EQ(layout.emptyHeight(), 0) << "none is asked for";
+    for (const int section : {0, 1})
+        layout.setEmptyHeight(section, 30);
+    EXPECT_EQ(layout.emptyHeight(), 30);
+    EXPECT_EQ(layout.footerTop(0), 50 + 30);
+    EXPECT_EQ(layout.sectionTop(1), 50 + 30 + 20);
+    EXPECT_EQ(layout.rowTop({1, 1}), 100 + 50 + 40);
+    EXPECT_EQ(layout.height(), 100 + 50 + 80 + 20);
+    EXPECT_EQ(layout.rowsBetween(150, 160)[1], (TableLayout::Rows{0, 1}));
+    EXPECT_EQ(layout.nearest({1, 0}, 60), (NSIndexPath{0, 0}));
+    const TableLayout filled = layout.moved({1, 0}, {0, 0});
+    EXPECT_EQ(filled.emptyHeight(), 0);
+    EXPECT_EQ(filled.sectionTop(1), 50 + 40 + 20);
+}
+
 TEST(Move, TakesOneOfTwoEqualRows) {
     EXPECT_EQ(moved({{{"a", "b", "a"}, {}}}, {0, 2}, {1, 0}), (Rows{{{"a", "b"}, {"a"}}}));
 }
