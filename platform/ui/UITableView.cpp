@@ -1,5 +1,6 @@
 #include "platform/ui/UITableView.h"
 
+#include "platform/foundation/Unicode.h"
 #include "platform/ui/Move.h"
 
 #include <algorithm>
@@ -119,6 +120,19 @@ void UITableView::tapRow(NSIndexPath path) {
     if (editing_ || !delegate_ || !layout_.hasRow(path)) return;
     selected_ = path;
     delegate_->didSelectRowAtIndexPath(*this, path);
+}
+
+void UITableView::seekRow(const std::string& beginning, NSIndexPath after) {
+    layoutIfNeeded();
+    const int total = layout_.rowTotal();
+    const std::string sought = folded(beginning);
+    if (!dataSource_ || !layout_.hasRow(after) || sought.empty()) return;
+    for (int step = 1; step <= total; ++step) {
+        const NSIndexPath path = layout_.pathOf((layout_.placeOf(after) + step) % total);
+        if (!folded(dataSource_->nameOfRowAtIndexPath(*this, path)).starts_with(sought)) continue;
+        scrollToRowAtIndexPath(path, UITableViewScrollPositionNone, false);
+        return;
+    }
 }
 
 void UITableView::dropRow(NSIndexPath from, NSIndexPath to) {

@@ -25,6 +25,8 @@ class PLATFORM_EXPORT UITableViewDataSource {
     virtual std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(UITableView& tableView, NSIndexPath path) = 0;
     virtual std::string titleForHeaderInSection(UITableView& /*tableView*/, int /*section*/) { return {}; }
     virtual std::string titleForFooterInSection(UITableView& /*tableView*/, int /*section*/) { return {}; }
+    /// What the user knows a row by, without making a cell for it; empty for nothing that can be typed.
+    virtual std::string nameOfRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) { return {}; }
     virtual bool canMoveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) { return false; }
     /// The user has dropped a row; the new place counts without the row in its old one.
     virtual void moveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*from*/, NSIndexPath /*to*/) {}
@@ -122,6 +124,9 @@ class PLATFORM_EXPORT UITableView final : public UIView {
     /// The user has tapped a row: selects it and tells the delegate, unless the table is being edited or has no such
     /// row.
     void tapRow(NSIndexPath path);
+    /// The user looks for a row by the beginning of its name, in any case and without accents: scrolls to the first such
+    /// row after the one given, from the end on to the beginning. Does nothing where there is none.
+    void seekRow(const std::string& beginning, NSIndexPath after);
     /// The user has dropped a row: tells the data source, and moves the cells along. Does nothing for a row that cannot
     /// be moved, or a place that does not exist.
     void dropRow(NSIndexPath from, NSIndexPath to);

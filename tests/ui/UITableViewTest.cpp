@@ -48,6 +48,9 @@ struct Content : UITableViewDataSource, UITableViewDelegate {
     std::string titleForFooterInSection(UITableView& /*table*/, int section) override {
         return "Footer " + std::to_string(section);
     }
+    std::string nameOfRowAtIndexPath(UITableView& /*table*/, NSIndexPath path) override {
+        return rows(path.section).at(static_cast<std::size_t>(path.row));
+    }
     bool canMoveRowAtIndexPath(UITableView& /*table*/, NSIndexPath /*path*/) override { return movable; }
     void moveRowAtIndexPath(UITableView& /*table*/, NSIndexPath from, NSIndexPath to) override {
         moves.emplace_back(from, to);
@@ -343,6 +346,33 @@ TEST_F(PlainTable, KeepsAsManyCellsAroundAsItsWindowHasAskedFor) {
     EXPECT_EQ(endsAfter(50, UITableViewScrollPositionMiddle), std::pair(43, 57));
     table->setViewport(0, std::numeric_limits<double>::infinity());
     EXPECT_EQ(endsAfter(3, UITableViewScrollPositionMiddle), std::pair(0, 99));
+}
+
+TEST_F(Table, SeeksTheNextNameThatBeginsSoInAllSectionsAndAroundTheEnd) {
+    show({{"Mail", "Maps", "\u00C9clair"}, {}, {"music", "Clock"}});
+    const auto sought = [&](const std::string& beginning, NSIndexPath after) {
+        table->seekRow(beginning, after);
+        return table->scrollRequest().row;
+    };
+    EXPECT_EQ(sought("m", {0, 0}), (NSIndexPath{0, 1}));
+    EXPECT_EQ(sought("M", {0, 1}), (NSIndexPath{2, 0}));
+    EXPECT_EQ(sought("m", {2, 0}), (NSIndexPath{0, 0})) << "from the end on to the beginning";
+    EXPECT_EQ(sought("ecl", {0, 0}), (NSIndexPath{0, 2}));
+    EXPECT_EQ(sought("clock", {2, 1}), (NSIndexPath{2, 1})) << "no other begins so";
+    EXPECT_EQ(table->scrollRequest().position, UITableViewScrollPositionNone);
+    const auto serial = table->scrollRequest().serial;
+    table->seekRow("x", {0, 0});
+    table->seekRow("", {0, 0});
+    table->seekRow("m", {1, 0});
+    EXPECT_EQ(table->scrollRequest().serial, serial) << "there is no such row";
+}
+
+TEST_F(Table, SeeksANameWithoutMakingCellsOnTheWay) {
+    show({numbered(1000)});
+    content.cellsAsked = 0;
+    table->seekRow("999", {0, 0});
+    EXPECT_EQ(table->scrollRequest().row, (NSIndexPath{0, 999}));
+    EXPECT_LT(content.cellsAsked, 20);
 }
 
 TEST_F(Table, AsksForSignsAndRoomForThemWhileItIsEditing) {
