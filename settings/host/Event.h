@@ -6,6 +6,7 @@
 #include "settings/host/Snapshot.h"
 
 #include <functional>
+#include <string>
 #include <variant>
 #include <vector>
 
@@ -39,6 +40,13 @@ struct TableRowTapped {
     friend bool operator==(const TableRowTapped&, const TableRowTapped&) = default;
 };
 
+/// The user typed the beginning of a row's name in the page's table, and means the first such row after that one.
+struct TableRowSought {
+    std::string beginning;
+    platform::NSIndexPath after;
+    friend bool operator==(const TableRowSought&, const TableRowSought&) = default;
+};
+
 /// The page's table shows another part of itself, or its headers and footers have other heights.
 struct TableScrolled {
     TableViewport viewport;
@@ -63,7 +71,8 @@ struct Composed {
 };
 
 /// One thing that the user did. Holds all there is to know about it, so it can be kept when the page is gone.
-using Event = std::variant<RowTapped, ValueChanged, RowMoved, TableRowTapped, TableScrolled, Touched, Composed>;
+using Event =
+    std::variant<RowTapped, ValueChanged, RowMoved, TableRowTapped, TableRowSought, TableScrolled, Touched, Composed>;
 
 /// Hands on what was done on one page. Returns at once; `taken`, which may be null, is called once the page has taken
 /// the event and its snapshot has been shown. GUI thread.

@@ -178,6 +178,10 @@ void Navigation::take(OpenPage& page, const TableRowTapped& tap) {
     changeTable(page, [&](UITableView& table) { table.tapRow(tap.path); });
 }
 
+void Navigation::take(OpenPage& page, const TableRowSought& sought) {
+    changeTable(page, [&](UITableView& table) { table.seekRow(sought.beginning, sought.after); });
+}
+
 /// Makes the cells for what is seen.
 void Navigation::take(OpenPage& page, const TableScrolled& scroll) {
     changeTable(page, [&viewport = scroll.viewport](UITableView& table) {

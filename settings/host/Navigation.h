@@ -65,6 +65,7 @@ class Navigation {
     void take(OpenPage& page, const ValueChanged& change);
     void take(OpenPage& page, const RowMoved& move);
     void take(OpenPage& page, const TableRowTapped& tap);
+    void take(OpenPage& page, const TableRowSought& sought);
     void take(OpenPage& page, const TableScrolled& scroll);
     void take(OpenPage& page, const Touched& touch);
     void take(OpenPage& page, const Composed& composed);

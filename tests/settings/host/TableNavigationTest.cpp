@@ -53,6 +53,7 @@ class TableView : public UIView, public UITableViewDataSource, public UITableVie
         return section == 0 ? "Enabled" : "Disabled";
     }
     std::string titleForFooterInSection(UITableView& /*table*/, int /*section*/) override { return " "; }
+    std::string nameOfRowAtIndexPath(UITableView& /*table*/, NSIndexPath path) override { return row(path); }
     bool canMoveRowAtIndexPath(UITableView& /*table*/, NSIndexPath path) override { return row(path) != "fixed"; }
     void moveRowAtIndexPath(UITableView& /*table*/, NSIndexPath from, NSIndexPath to) override {
         moveRow(rowsOf(from.section), from.row, rowsOf(to.section), to.row);
@@ -173,6 +174,17 @@ TEST_F(TableNavigationTest, MovesARowAndShowsTheTableAfterwards) {
     EXPECT_EQ(table().layout.section(0).rowCount, 9);
     EXPECT_EQ(table().layout.section(1).rowCount, 2);
     EXPECT_EQ(table().cells.at({1, 1}).identifier, "a");
+}
+
+TEST_F(TableNavigationTest, ScrollsToARowThatIsSoughtByItsNameAndMovesNothing) {
+    const auto before = TableView::sections;
+    const auto serial = table().scroll.serial;
+    handle(TableRowSought{"E", {0, 0}});
+    EXPECT_EQ(table().scroll.serial, serial + 1);
+    EXPECT_EQ(table().scroll.row, (NSIndexPath{0, 4}));
+    handle(TableRowSought{"no such name", {0, 0}});
+    EXPECT_EQ(table().scroll.serial, serial + 1);
+    EXPECT_EQ(TableView::sections, before);
 }
 
 TEST_F(TableNavigationTest, AnswersAMoveThatCannotBeWithTheSameTable) {
