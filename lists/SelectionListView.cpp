@@ -116,6 +116,13 @@ std::string SelectionListView::titleForFooterInSection(UITableView& /*tableView*
     return section == kEnabled ? " " : footer();
 }
 
+/// What is no longer installed has no title, and is known by its identifier.
+std::string SelectionListView::nameOfRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath path) {
+    const std::string identifier = identifierAt(path);
+    const std::string_view title = titleOf(identifier, titles());
+    return title.empty() ? identifier : std::string(title);
+}
+
 bool SelectionListView::canMoveRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath /*path*/) {
     return true;
 }

@@ -45,6 +45,7 @@ class SelectionListView : public platform::UIView,
                                                                      platform::NSIndexPath path) override;
     std::string titleForHeaderInSection(platform::UITableView& tableView, int section) override;
     std::string titleForFooterInSection(platform::UITableView& tableView, int section) override;
+    std::string nameOfRowAtIndexPath(platform::UITableView& tableView, platform::NSIndexPath path) override;
     bool canMoveRowAtIndexPath(platform::UITableView& tableView, platform::NSIndexPath path) override;
     void moveRowAtIndexPath(platform::UITableView& tableView, platform::NSIndexPath from,
                             platform::NSIndexPath to) override;

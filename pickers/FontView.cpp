@@ -82,6 +82,10 @@ std::string FontView::titleForHeaderInSection(UITableView& /*tableView*/, int /*
     return "Fonts";
 }
 
+std::string FontView::nameOfRowAtIndexPath(UITableView& /*tableView*/, NSIndexPath path) {
+    return fonts_.at(static_cast<std::size_t>(path.row));
+}
+
 std::shared_ptr<UITableViewCell> FontView::cellForRowAtIndexPath(UITableView& tableView, NSIndexPath path) {
     auto cell = tableView.dequeueReusableCellWithIdentifier(kCell);
     if (!cell) cell = make<UITableViewCell>(UITableViewCellStyleDefault, kCell);

@@ -41,6 +41,7 @@ class FontView final : public platform::UIView,
     int numberOfRowsInSection(platform::UITableView& tableView, int section) override;
     double heightForRowAtIndexPath(platform::UITableView& tableView, platform::NSIndexPath path) override;
     std::string titleForHeaderInSection(platform::UITableView& tableView, int section) override;
+    std::string nameOfRowAtIndexPath(platform::UITableView& tableView, platform::NSIndexPath path) override;
     std::shared_ptr<platform::UITableViewCell> cellForRowAtIndexPath(platform::UITableView& tableView,
                                                                      platform::NSIndexPath path) override;
     void didSelectRowAtIndexPath(platform::UITableView& tableView, platform::NSIndexPath path) override;

@@ -138,6 +138,8 @@ TEST_F(ApplicationLists, AnApplicationThatIsGoneHasAnEmptyTitleNoIconAndIsSavedB
     EXPECT_EQ(cell->imageView().image(), nullptr);
     EXPECT_EQ(cell->detailTextLabel().text(), "plain.gone");
     EXPECT_TRUE(cell->detailTextLabel().isHidden());
+    EXPECT_EQ(view->nameOfRowAtIndexPath(view->tableView(), {0, 0}), "plain.gone") << "as it is read out";
+    EXPECT_EQ(view->nameOfRowAtIndexPath(view->tableView(), {0, 1}), "apple");
     view->tableView().dropRow({0, 0}, {0, 1});
     EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change("kAppsEnabled", {"org.a", "plain.gone"})));
 }
