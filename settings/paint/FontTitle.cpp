@@ -73,12 +73,12 @@ QPainterPath FontTitle::layOut() const {
     if (!font_ || width() <= 0) return {};
     auto outline = FontFaces::shared().outline(*font_, text_);
     if (!outline) return {};
-    const double scale = std::min(usualScale_, std::max(smallestScale_, width() / outline->width));
-    if (outline->width * scale > width()) outline = elided(*font_, text_, width() / scale);
+    if (outline->width * letterScale_ > width()) outline = elided(*font_, text_, width() / letterScale_);
     if (!outline) return {};
-    const double left = outline->rightToLeft ? width() - outline->width * scale : 0;
-    const double baseline = std::round(height() / 2 + kBaseline * font_->pointSize() * scale);
-    return (QTransform::fromScale(scale, scale) * QTransform::fromTranslate(left, baseline)).map(outline->path);
+    const double left = outline->rightToLeft ? width() - outline->width * letterScale_ : 0;
+    const double baseline = std::round(height() / 2 + kBaseline * font_->pointSize() * letterScale_);
+    return (QTransform::fromScale(letterScale_, letterScale_) * QTransform::fromTranslate(left, baseline))
+        .map(outline->path);
 }
 
 void FontTitle::paint(QPainter* painter) {

@@ -11,17 +11,16 @@
 namespace settings {
 
 /// Draws a line of text in an installed font. The baseline is at the same height in every font; what stands out above
-/// and below the item is cut off. A text that is too long at the usual scale shrinks, down to the smallest, and is then
-/// cut with an ellipsis. The font is opened once the item is in view; `drawn` is true once there is something to see.
-/// Scales are parts of the font's own size. GUI thread.
+/// and below the item is cut off. A text that is too long is cut with an ellipsis. The font is opened once the item is in
+/// view; `drawn` is true once there is something to see. The scale of the letters is a part of the font's own size. GUI
+/// thread.
 class FontTitle : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text MEMBER text_ NOTIFY changed)
     Q_PROPERTY(QVariant titleFont READ titleFont WRITE setTitleFont NOTIFY changed)
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
-    Q_PROPERTY(double usualScale MEMBER usualScale_ NOTIFY changed)
-    Q_PROPERTY(double smallestScale MEMBER smallestScale_ NOTIFY changed)
+    Q_PROPERTY(double letterScale MEMBER letterScale_ NOTIFY changed)
     Q_PROPERTY(bool inView MEMBER inView_ NOTIFY inViewChanged)
     Q_PROPERTY(bool drawn READ drawn NOTIFY drawnChanged)
 
@@ -34,7 +33,7 @@ class FontTitle : public QQuickPaintedItem {
     void paint(QPainter* painter) override;
 
   signals:
-    /// The text, its font, its colour or a scale has changed.
+    /// The text, its font, its colour or its scale has changed.
     void changed();
     void inViewChanged();
     void drawnChanged();
@@ -50,8 +49,7 @@ class FontTitle : public QQuickPaintedItem {
     QString text_;
     platform::UIFontRef font_;
     QColor color_;
-    double usualScale_ = 1;
-    double smallestScale_ = 1;
+    double letterScale_ = 1;
     bool inView_ = false;
     bool due_ = true;
     QPainterPath path_; ///< where it is to be drawn; painting may be on the render thread

@@ -62,18 +62,22 @@ Cell {
                 text: root.title
                 titleFont: root.titleFont
                 color: Theme.text
-                usualScale: root.scaling
-                smallestScale: Theme.smallestFixedSize / Theme.usualSize
+                letterScale: root.scaling
                 inView: root.inView
             }
         }
-        RowTitle {
+        // In the one size of the whole list, as long as there is room.
+        Text {
             visible: !drawn.item?.drawn
             anchors { left: parent.left; right: signs.left; rightMargin: Theme.signGap; verticalCenter: parent.verticalCenter }
             height: parent.height - 1 // odd like a line's, for letters on whole pixels
             text: root.title
-            fixedHeight: root.height
-            Accessible.ignored: true
+            textFormat: Text.PlainText
+            maximumLineCount: 1
+            color: Theme.text
+            font.pixelSize: Math.max(1, Theme.bodySizeWithin(root.height))
+            elide: Text.ElideRight
+            verticalAlignment: Text.AlignVCenter
         }
         Row {
             id: signs
