@@ -23,6 +23,7 @@ class SectionModel : public QAbstractListModel {
     Q_PROPERTY(double footerTop READ footerTop NOTIFY placed)
     Q_PROPERTY(double rowHeight READ rowHeight NOTIFY placed)
     Q_PROPERTY(int total READ total NOTIFY placed)
+    Q_PROPERTY(bool empty READ empty NOTIFY placed)
     Q_PROPERTY(double headerHeight MEMBER headerHeight_ NOTIFY measured)
     Q_PROPERTY(double footerHeight MEMBER footerHeight_ NOTIFY measured)
 
@@ -41,6 +42,7 @@ class SectionModel : public QAbstractListModel {
         double footerTop = 0;
         double rowHeight = 0;
         int total = 0;
+        bool empty = false; ///< no row stands in it, not even one that is in the hand
         friend bool operator==(const Place&, const Place&) = default;
     };
 
@@ -52,6 +54,7 @@ class SectionModel : public QAbstractListModel {
     [[nodiscard]] double footerTop() const { return place_.footerTop; }
     [[nodiscard]] double rowHeight() const { return place_.rowHeight; }
     [[nodiscard]] int total() const { return place_.total; }
+    [[nodiscard]] bool empty() const { return place_.empty; }
     /// As drawn; before that, what the snapshot supposes.
     [[nodiscard]] double headerHeight() const { return headerHeight_; }
     [[nodiscard]] double footerHeight() const { return footerHeight_; }

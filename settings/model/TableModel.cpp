@@ -105,12 +105,15 @@ QList<SectionModel*> TableModel::makeSections() {
     return former;
 }
 
-/// Lays everything out by what is shown and by the heights as drawn.
+/// Lays everything out by what is shown and by the heights as drawn. A section of an edited table without rows has room
+/// for one, where the window says so; the page knows nothing of that room.
 void TableModel::measure() {
     const int before = current();
     layout_ = shown_.layout;
-    for (int i = 0; i < sections_.size(); ++i)
+    for (int i = 0; i < sections_.size(); ++i) {
         layout_.setHeights(i, sections_[i]->headerHeight(), sections_[i]->footerHeight());
+        if (!selectable()) layout_.setEmptyHeight(i, layout_.section(i).rowHeight);
+    }
     if (lifted_ && !layout_.hasRow(*lifted_)) {
         lifted_.reset();
         emit liftedChanged();
@@ -164,8 +167,8 @@ void TableModel::place() {
                                                         : CellSnapshot{}});
         }
         sections_[i]->show(std::move(shown));
-        sections_[i]->put(
-            {arranged.sectionTop(i), arranged.footerTop(i), layout_.section(i).rowHeight, layout_.section(i).rowCount});
+        sections_[i]->put({arranged.sectionTop(i), arranged.footerTop(i), layout_.section(i).rowHeight,
+                           layout_.section(i).rowCount, arranged.section(i).rowCount == 0});
     }
     emit placed();
     reportSoon();
@@ -276,7 +279,8 @@ void TableModel::report() {
     if (inView_ == reportedRows_ && heights == reportedHeights_) return;
     reportedRows_ = inView_;
     reportedHeights_ = heights;
-    send_(TableScrolled{{top_ - margin(), top_ + height_ + margin(), std::move(heights)}}, {});
+    // To the page, what is beneath an empty section stands higher.
+    send_(TableScrolled{{top_ - margin() - layout_.emptyHeight(), top_ + height_ + margin(), std::move(heights)}}, {});
 }
 
 } // namespace settings

@@ -125,7 +125,7 @@ class TableModel : public QObject {
     SendEvent send_;
     std::shared_ptr<const TableSnapshot> latest_;
     TableSnapshot shown_;          ///< the snapshot that was taken up, with every move since
-    platform::TableLayout layout_; ///< the same by the heights as drawn, without regard to a lifted row
+    platform::TableLayout layout_; ///< the same by heights and room as drawn, without regard to a lifted row
     QList<SectionModel*> sections_;
     double top_ = 0;
     double height_ = 0;

@@ -1,7 +1,7 @@
 import QtQuick
 import Lumora
 
-// A section of a table: its header, those of its rows that are in view, and its footer.
+// A section of a table: its header, those of its rows that are in view, and its footer. Where it has no rows, it says so.
 Item {
     id: root
 
@@ -37,6 +37,29 @@ Item {
             cursor: root.cursor
             // The gap passes beneath the rows of other sections too.
             onLiftedChanged: root.z = lifted ? -1 : 0
+        }
+    }
+    // What is seen where it has no rows.
+    Loader {
+        active: root.section.empty && !root.table.selectable
+        x: root.scroller.columnX
+        y: root.section.footerTop - height
+        width: root.scroller.columnWidth
+        height: root.section.rowHeight
+        sourceComponent: DashedBox {
+            color: Theme.tertiary
+            radius: Theme.rowRadius
+
+            Text {
+                anchors { fill: parent; leftMargin: Theme.inset; rightMargin: Theme.inset }
+                text: root.table.total > 0 ? qsTr("Nothing here. Drag a row here.") : qsTr("Nothing here.")
+                color: Theme.secondary
+                font.pixelSize: Math.max(1, Math.min(Theme.detailSize, Theme.bodySizeWithin(root.section.rowHeight)))
+                fontSizeMode: Text.Fit
+                minimumPixelSize: 1
+                horizontalAlignment: Text.AlignHCenter
+                verticalAlignment: Text.AlignVCenter
+            }
         }
     }
     GroupFooter {

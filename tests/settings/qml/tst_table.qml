@@ -54,6 +54,30 @@ PageStage {
             compare(colors("C"), [red, red, "#ffffff"]);
             compare(colors("D"), [green, "#ffffff", "#ffffff"]);
         }
+        function test_saysThatASectionIsEmptyAndTellsNobodyOfTheRoomForThat() {
+            const placeholders = () => all(host.item, item => item instanceof DashedBox);
+            const footers = [{ header: "Enabled", footer: " " }, { header: "Disabled", footer: "Drag them." }];
+            open([footers[0], Object.assign({ rows: [{ title: "X" }] }, footers[1])]);
+            compare(placeholders().length, 1);
+            const box = placeholders()[0];
+            const told = bench.viewports[bench.viewports.length - 1];
+            compare(box.mapToItem(host.item, 0, 0).y, told.headers[0]);
+            compare(box.height, 40);
+            compare(find(box, item => item instanceof Text).text, "Nothing here. Drag a row here.");
+            compare(row("X").y, told.headers[0] + 40 + told.footers[0] + told.headers[1]);
+            compare(table().table.total, 1);
+            compare(spokenAs("X").description.slice(0, 30), "Position 1 of 1 in Disabled. A");
+            verify(!bench.spoken(host.item).some(control => control.name.startsWith("Nothing")));
+            compare(told.top, -160 - 40, "what is beneath stands higher for the page");
+            compare(told.bottom, 700 + 160);
+            show(letters);
+            compare(placeholders().length, 0);
+            show(footers);
+            compare(placeholders().map(box => find(box, item => item instanceof Text).text), ["Nothing here.", "Nothing here."]);
+            bench.selectable = true;
+            show([{ header: "Fonts" }]);
+            compare(placeholders().length, 0, "where nothing is moved");
+        }
         function test_putsAnIconLeftOfTheTitle() {
             open([{ header: "Enabled", rows: [{ title: "With", icon: "red" }, { title: "Without" }] }]);
             const y = row("With").y + 20;
