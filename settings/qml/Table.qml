@@ -67,6 +67,10 @@ FocusScope {
             }
         }
     }
+    Shadow {
+        anchors.fill: overlay
+        visible: overlay.visible
+    }
     LiftedRow {
         id: overlay
 

@@ -18,6 +18,7 @@ QtObject {
     readonly property color tertiary: dark ? "#5a5a5e" : "#c4c4c7"
     readonly property color accent: dark ? "#0a84ff" : "#007aff"
     readonly property color onColor: "#ffffff" // signs and texts on the accent and other strong colours
+    readonly property color shadow: dark ? "#18000000" : "#08000000" // of eight layers
     readonly property color warning: dark ? "#ff6961" : "#c4001d"
     readonly property color notice: dark ? "#4a3800" : "#ffe9b0"
     readonly property color noticeText: dark ? "#ffe08a" : "#573f00"

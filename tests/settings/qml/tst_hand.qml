@@ -72,6 +72,29 @@ PageStage {
             letGo(hand);
             compare(bench.moves[2], [0, 0, 1, 0]);
         }
+        function test_saysThatASectionIsEmptyOnceItsOnlyRowIsCarriedOut() {
+            const placeholders = () => all(host.item, item => item instanceof DashedBox);
+            open([{ header: "Enabled", footer: " ", rows: [{ title: "A" }] }, { header: "Disabled", rows: [{ title: "X" }] }]);
+            const x = row("X").y;
+            const hand = lift("A", 110);
+            compare(placeholders().length, 1);
+            compare(row("X").y, x + 40, "the placeholder has the room of the row, and the gap has its own");
+            letGo(hand);
+            compare(bench.moves, [[0, 0, 1, 0]]);
+            compare(placeholders().length, 1);
+        }
+        function test_castsAShadowFromTheRowInTheHand() {
+            open(letters);
+            const shadow = () => find(host.item, item => item instanceof Shadow && item.visible);
+            compare(shadow(), null);
+            const beside = () => colorAt(row("A").x - 2, overlay().y + 30);
+            const before = colorAt(row("A").x - 2, row("A").y + 30);
+            const hand = lift("A", 80);
+            verify(shadow() !== null);
+            verify(Qt.color(beside()).r < Qt.color(before).r, beside() + " beside it, " + before + " before");
+            letGo(hand);
+            compare(shadow(), null);
+        }
         function test_movesARowByTouch() {
             open(letters);
             const hand = middle("A");
