@@ -1,6 +1,7 @@
 #include "settings/model/TableModel.h"
 
 #include "platform/ui/Move.h"
+#include "settings/model/SpokenRow.h"
 
 #include <QPointer>
 
@@ -27,6 +28,7 @@ bool hasCome(const CellSnapshot& cell) {
 
 TableModel::TableModel(SendEvent send, std::shared_ptr<const TableSnapshot> table, QObject* parent)
     : QObject(parent), send_(std::move(send)), latest_(std::move(table)), height_(latest_->frame.size.height) {
+    SpokenRow::install();
     take();
 }
 
@@ -213,11 +215,43 @@ bool TableModel::isMovable(NSIndexPath path) const {
     return !row || !hasCome(row->cell) || row->cell.movable;
 }
 
-void TableModel::step(int place, int by) {
-    if (lifted_ || place < 0 || place >= total()) return;
+void TableModel::seek(const QString& beginning, int after) {
+    if (after >= 0 && after < total()) send_(TableRowSought{beginning.toStdString(), layout_.pathOf(after)}, {});
+}
+
+std::optional<NSIndexPath> TableModel::destination(int place, Goal goal) const {
     const NSIndexPath from = layout_.pathOf(place);
-    const auto to = layout_.step(from, by);
-    if (to && isMovable(from)) move(from, *to);
+    if (place < 0 || !layout_.hasRow(from)) return std::nullopt;
+    switch (goal) {
+    case Up:
+        return layout_.step(from, -1);
+    case Down:
+        return layout_.step(from, 1);
+    case Top:
+        return NSIndexPath{from.section, 0};
+    case End:
+        return NSIndexPath{from.section, layout_.section(from.section).rowCount - 1};
+    case SectionAbove:
+        return layout_.across(from, -1);
+    case SectionBelow:
+        return layout_.across(from, 1);
+    }
+    return std::nullopt;
+}
+
+bool TableModel::canMove(int place, Goal goal) const {
+    const auto to = destination(place, goal);
+    const NSIndexPath from = layout_.pathOf(place);
+    return !lifted_ && to && *to != from && isMovable(from);
+}
+
+QString TableModel::headerOf(int place, Goal goal) const {
+    const auto to = destination(place, goal);
+    return to ? sections_[to->section]->header() : QString();
+}
+
+void TableModel::move(int place, Goal goal) {
+    if (canMove(place, goal)) moveRow(layout_.pathOf(place), *destination(place, goal));
 }
 
 void TableModel::lift(int place) {
@@ -241,7 +275,7 @@ void TableModel::drop() {
     const NSIndexPath from = *lifted_;
     lifted_.reset();
     emit liftedChanged(); // first, because rows that stand where they should must not move any more
-    move(from, target_);
+    moveRow(from, target_);
 }
 
 void TableModel::putBack() {
@@ -251,7 +285,7 @@ void TableModel::putBack() {
     place();
 }
 
-void TableModel::move(NSIndexPath from, NSIndexPath to) {
+void TableModel::moveRow(NSIndexPath from, NSIndexPath to) {
     const SectionModel::Row* row = sections_[from.section]->find(from.row);
     movesUnderWay_.push_back({from, to, row ? row->cell : CellSnapshot{}});
     apply(movesUnderWay_.back());

@@ -40,6 +40,10 @@ class TableModel : public QObject {
     Q_PROPERTY(int lifted READ lifted NOTIFY liftedChanged)
 
   public:
+    /// Where a row may be moved to, but by hand: by one row, to an end of its section, into another section.
+    enum Goal : std::uint8_t { Up, Down, Top, End, SectionAbove, SectionBelow };
+    Q_ENUM(Goal)
+
     TableModel(SendEvent send, std::shared_ptr<const TableSnapshot> table, QObject* parent);
 
     [[nodiscard]] QRectF frame() const;
@@ -80,9 +84,16 @@ class TableModel : public QObject {
     /// To be called when it has been done: the row becomes the current one.
     Q_INVOKABLE void scrollDone();
 
-    /// Moves a row by one step down (1) or up (-1), across sections too, and makes it the current one. Does nothing at
-    /// the ends of the table and with rows that cannot be moved.
-    Q_INVOKABLE void step(int place, int by);
+    /// Has the page look for the next row after that one whose name begins so, and scroll to it.
+    Q_INVOKABLE void seek(const QString& beginning, int after);
+
+    /// False for a row that is there already, or that cannot be moved.
+    Q_INVOKABLE [[nodiscard]] bool canMove(int place, settings::TableModel::Goal goal) const;
+    /// The header of the section to which a move leads; empty where there is none.
+    Q_INVOKABLE [[nodiscard]] QString headerOf(int place, settings::TableModel::Goal goal) const;
+    /// Moves a row and makes it the current one; up and down lead across sections too. Does nothing for one that cannot
+    /// be moved there.
+    Q_INVOKABLE void move(int place, settings::TableModel::Goal goal);
     Q_INVOKABLE void lift(int place);
     /// Takes the lifted row's top edge there.
     Q_INVOKABLE void carry(double top);
@@ -112,13 +123,14 @@ class TableModel : public QObject {
         return lifted_ ? layout_.moved(*lifted_, target_) : layout_;
     }
     [[nodiscard]] bool isMovable(platform::NSIndexPath path) const;
+    [[nodiscard]] std::optional<platform::NSIndexPath> destination(int place, Goal goal) const;
     void take();
     void apply(const Move& move);
     QList<SectionModel*> makeSections();
     [[nodiscard]] double margin() const;
     void measure();
     void place();
-    void move(platform::NSIndexPath from, platform::NSIndexPath to);
+    void moveRow(platform::NSIndexPath from, platform::NSIndexPath to);
     void reportSoon();
     void report();
 

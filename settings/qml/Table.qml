@@ -2,15 +2,20 @@ import QtQuick
 import QtQuick.Templates as T
 import Lumora
 
-// A table of sections, whose rows can be moved by their handles, by the keyboard and by assistive tools, or be tapped.
-// Only rows in view exist, each at the place that the model gives it.
+// A table of sections, whose rows can be moved by their handles, by the keyboard, by their menus and by assistive tools,
+// or be tapped. Only rows in view exist, each at the place that the model gives it.
 FocusScope {
     id: root
 
     required property TableModel table
     required property string title
+    readonly property alias cursor: current
 
-    function putBack() { overlay.putBack() }
+    // Leaves the row in the hand where it was, and closes its menu.
+    function putBack() {
+        overlay.putBack();
+        menu.close();
+    }
 
     Accessible.role: Accessible.List
     Accessible.name: title
@@ -39,6 +44,7 @@ FocusScope {
         table: root.table
         scroller: flick
         hand: overlay
+        menu: menu
         list: root
     }
     // The table's stop in the tab chain. It knows how the focus came, and hands it on to the current row.
@@ -76,5 +82,14 @@ FocusScope {
 
         table: root.table
         scroller: flick
+    }
+    TableMenu {
+        id: menu
+
+        anchors.fill: parent
+        table: root.table
+        scroller: flick
+        onChosen: (place, goal) => current.move(place, goal)
+        onClosed: current.focusWanted()
     }
 }

@@ -8,9 +8,13 @@ QtObject {
     required property TableModel table
     required property TableScroller scroller
     required property LiftedRow hand
+    required property TableMenu menu
     required property Item list // the table, which has the focus while the row has it
     property bool shown: false  // from the use of a key until that of the mouse
+    property string typed       // the letters of the last second
+    property int typedAt: 0     // the current row when the first of them was typed
     signal focusWanted // for the current row
+    signal menuWanted  // for the current row
 
     function go(place) {
         shown = true;
@@ -21,15 +25,25 @@ QtObject {
         if (!hand.inHand)
             table.tap(place);
     }
-    function step(place, by) {
+    function move(place, goal) {
         if (hand.inHand)
             return;
         hand.settle();
         table.current = place;
-        table.step(place, by);
-        shown = true;
+        table.move(place, goal);
         list.forceActiveFocus(Qt.OtherFocusReason);
         scroller.reveal();
+    }
+    function openMenu(place, name) {
+        if (hand.inHand)
+            return;
+        hand.settle();
+        table.current = place;
+        list.forceActiveFocus(Qt.PopupFocusReason);
+        scroller.reveal();
+        menu.show(place, name);
+        if (shown)
+            menu.step(1);
     }
     function click(place) {
         shown = false;
@@ -50,18 +64,46 @@ QtObject {
             event.accepted = true;
         } else if (table.current < 0) {
             event.accepted = false;
+        } else if (event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier)) {
+            takeMenu(event);
         } else if (event.modifiers & Qt.AltModifier) {
             takeMove(event);
+        } else if (isLetter(event)) {
+            takeLetter(event);
         } else if ([Qt.Key_Return, Qt.Key_Enter, Qt.Key_Space].includes(event.key)) {
             takeTap(event);
         } else {
             takeStep(event);
         }
     }
+    function takeMenu(event) {
+        shown = true;
+        menuWanted();
+    }
     function takeMove(event) {
-        event.accepted = [Qt.Key_Up, Qt.Key_Down].includes(event.key);
-        if (event.accepted)
-            step(table.current, event.key === Qt.Key_Down ? 1 : -1);
+        const goals = event.modifiers & Qt.ShiftModifier
+            ? new Map([[Qt.Key_Up, TableModel.SectionAbove], [Qt.Key_Down, TableModel.SectionBelow]])
+            : new Map([[Qt.Key_Up, TableModel.Up], [Qt.Key_Down, TableModel.Down],
+                       [Qt.Key_Home, TableModel.Top], [Qt.Key_End, TableModel.End]]);
+        event.accepted = goals.has(event.key);
+        if (!event.accepted)
+            return;
+        shown = true;
+        move(table.current, goals.get(event.key));
+    }
+    // Space is a letter of names that have begun, unless it taps.
+    function isLetter(event) {
+        if (event.modifiers & (Qt.ControlModifier | Qt.MetaModifier) || event.text.length === 0)
+            return false;
+        return event.key === Qt.Key_Space ? !table.selectable && typed.length > 0 : event.text > " " && event.text !== "\x7f";
+    }
+    function takeLetter(event) {
+        if (typed.length === 0)
+            typedAt = table.current;
+        typed += event.text;
+        forgetting.restart();
+        shown = true;
+        table.seek(typed, typedAt);
     }
     function takeTap(event) {
         event.accepted = table.selectable;
@@ -78,7 +120,22 @@ QtObject {
             [Qt.Key_Home, 0], [Qt.Key_End, table.total - 1],
         ]);
         event.accepted = targets.has(event.key);
-        if (event.accepted)
-            go(targets.get(event.key));
+        if (!event.accepted)
+            return;
+        typed = "";
+        go(targets.get(event.key));
+    }
+
+    readonly property Timer forgetting: Timer {
+        interval: Theme.typingTime
+        onTriggered: root.typed = ""
+    }
+    // The row that letters have found.
+    readonly property Connections found: Connections {
+        target: root.table
+        function onCurrentChanged() {
+            if (root.typed.length > 0)
+                root.scroller.reveal();
+        }
     }
 }

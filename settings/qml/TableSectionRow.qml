@@ -1,7 +1,7 @@
 import QtQuick
 import Lumora
 
-// A row of a section, which can be tapped, moved by its handle, and have the keyboard focus.
+// A row of a section, which can be tapped, moved by its handle or its menu, and have the keyboard focus.
 TableRow {
     id: root
 
@@ -28,6 +28,10 @@ TableRow {
     readonly property bool isCurrent: place === table.current && cursor.list.activeFocus
     // Assistive tools read out the name of what gets the focus, so the focus waits for the name.
     readonly property bool wanted: isCurrent && spokenName.length > 0
+    readonly property string moveUp: qsTr("Move up")
+    readonly property string moveDown: qsTr("Move down")
+    // What assistive tools can do with it.
+    readonly property var spokenActions: table.selectable ? ["Toggle", "Press"] : movable ? [moveUp, moveDown, "ShowMenu"] : []
 
     x: scroller.columnX
     y: rowTop
@@ -43,8 +47,21 @@ TableRow {
     inView: rowTop < scroller.contentY + scroller.height && rowTop + height > scroller.contentY
 
     function takeFocus() {
-        if (wanted)
+        if (wanted && !cursor.menu.open)
             forceActiveFocus(Qt.OtherFocusReason);
+    }
+    function act(action) {
+        if (table.selectable)
+            return cursor.tap(place);
+        cursor.shown = true;
+        if (action === "ShowMenu")
+            cursor.openMenu(place, spokenName);
+        else
+            cursor.move(place, action === moveUp ? TableModel.Up : TableModel.Down);
+    }
+    function openMenuByHand() {
+        cursor.shown = false;
+        cursor.openMenu(place, spokenName);
     }
     onWantedChanged: takeFocus()
     Component.onCompleted: takeFocus()
@@ -53,6 +70,7 @@ TableRow {
     Connections {
         target: root.cursor
         function onFocusWanted() { root.takeFocus() }
+        function onMenuWanted() { if (root.isCurrent && root.movable) root.cursor.openMenu(root.place, root.spokenName) }
     }
     Behavior on y { enabled: root.hand.inHand && !root.lifted && Theme.animated; MoveAnimation {} }
 
@@ -67,23 +85,20 @@ TableRow {
     }
     Accessible.focusable: true
 
-    // Assistive tools are told only of actions that are connected.
-    Connections {
-        target: root.movable ? root.Accessible : null
-        function onIncreaseAction() { root.cursor.step(root.place, 1) }
-        function onDecreaseAction() { root.cursor.step(root.place, -1) }
-    }
-    Connections {
-        target: root.table.selectable ? root.Accessible : null
-        function onPressAction() { root.cursor.tap(root.place) }
-        function onToggleAction() { root.cursor.tap(root.place) }
-    }
     MouseArea {
         id: touch
 
         enabled: root.table.selectable
         anchors.fill: parent
         onClicked: root.cursor.click(root.place)
+    }
+    MouseArea {
+        enabled: root.movable
+        anchors.fill: parent
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
+        preventStealing: root.cursor.menu.open // the finger is still down
+        onPressed: mouse => { if (mouse.button === Qt.RightButton) root.openMenuByHand() }
+        onPressAndHold: root.openMenuByHand()
     }
     MouseArea {
         enabled: root.movable

@@ -66,4 +66,5 @@ QtObject {
     readonly property int slideTime: 300 // of pages and sheets
     readonly property int fadeTime: 250
     readonly property int moveTime: 150 // of rows and knobs, to their places
+    readonly property int typingTime: 1000 // between two letters of a name
 }

@@ -141,6 +141,10 @@ QVariant toVariant(const TableRowTapped& tap) {
     return QVariantList{tap.path.section, tap.path.row};
 }
 
+QVariant toVariant(const TableRowSought& sought) {
+    return QVariantList{QString::fromStdString(sought.beginning), sought.after.section, sought.after.row};
+}
+
 QVariant toVariant(const TableScrolled& scroll) {
     QVariantList headers;
     QVariantList footers;

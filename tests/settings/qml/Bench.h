@@ -21,6 +21,7 @@ class Bench : public QObject {
     Q_PROPERTY(QVariantList taps READ taps)
     Q_PROPERTY(QVariantList tableTaps READ tableTaps)
     Q_PROPERTY(QVariantList moves READ moves)
+    Q_PROPERTY(QVariantList seeks READ seeks)
     Q_PROPERTY(QVariantList viewports READ viewports)
     Q_PROPERTY(QVariantList touches READ touches)
     Q_PROPERTY(QVariantList compositions READ compositions)
@@ -74,6 +75,8 @@ class Bench : public QObject {
     [[nodiscard]] QVariantList tableTaps() const { return told<settings::TableRowTapped>(); }
     /// Lists of four numbers: section and row from which, section and row to which.
     [[nodiscard]] QVariantList moves() const { return told<settings::RowMoved>(); }
+    /// Lists of a text and two numbers: what a name begins with, and section and row after which.
+    [[nodiscard]] QVariantList seeks() const { return told<settings::TableRowSought>(); }
     /// Maps of "top", "bottom", "headers", "footers".
     [[nodiscard]] QVariantList viewports() const { return told<settings::TableScrolled>(); }
     /// One list for each event, of lists of four: finger, "began", "moved", "ended" or "cancelled", x, y.
@@ -84,7 +87,7 @@ class Bench : public QObject {
     /// What assistive tools are told about everything in the item's window, every text of each.
     Q_INVOKABLE QVariantList spoken(QQuickItem* item);
     /// Does what an assistive tool would by that action on the control of that name in the item's window: "Toggle",
-    /// "Press", "Increase", "Decrease".
+    /// "Press", "Increase", "Decrease", "Move up", "Move down", "ShowMenu".
     Q_INVOKABLE bool act(QQuickItem* item, const QString& name, const QString& action);
     /// Sets the value of the slider of that name, as an assistive tool would.
     Q_INVOKABLE bool setNumber(QQuickItem* item, const QString& name, double value);

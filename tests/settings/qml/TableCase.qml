@@ -29,6 +29,13 @@ PageCase {
         keyClick(key);
         return focusedRow();
     }
+    function menu() { return find(host.item, item => item instanceof TableMenu) }
+    // What can be chosen in the menu that is open, and in brackets what cannot.
+    function menuLines() {
+        return all(menu(), item => item instanceof TableMenuLine).map(line => line.enabled ? line.text : `(${line.text})`);
+    }
+    function menuLine(text) { return find(menu(), item => item instanceof TableMenuLine && item.text === text) }
+    function focusedLine() { return find(menu(), item => item instanceof TableMenuLine && item.activeFocus)?.text }
     function focusedRow() { return rows().find(item => item.activeFocus)?.title }
     function ringed() { return rows().filter(item => item.focused).map(item => item.title) }
     // The titles from top to bottom as they stand, the gap as "_", the parts between sections as "|".

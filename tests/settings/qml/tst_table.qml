@@ -46,7 +46,7 @@ PageStage {
         function test_drawsSignsToDeleteAndInsertRowsAndMakesRoomForThem() {
             open([{ header: "Edited", rows: [{ title: "A" }, { title: "B", indented: true }, { title: "C", editingStyle: 1 },
                                              { title: "D", editingStyle: 2 }] }]);
-            const left = title => find(row(title), item => item instanceof RowTitle).mapToItem(row(title), 0, 0).x;
+            const left = title => find(row(title), item => item instanceof Text).mapToItem(row(title), 0, 0).x;
             compare(["A", "B", "C", "D"].map(left), [16, 54, 54, 54]);
             const colors = title => [[19, 20], [27, 15], [27, 20]].map(([x, y]) => colorAt(row(title).x + x, row(title).y + y));
             const [ground, red, green] = [Theme.cell, Theme.warning, Theme.on].map(color => color.toString());
@@ -84,6 +84,15 @@ PageStage {
             compare(colorAt(2 * Theme.inset + 14, y), "#ff0000");
             verify(colorAt(2 * Theme.inset + 14, y + 40) !== "#ff0000");
             verify(row("With").hasIcon && !row("Without").hasIcon);
+        }
+        function test_hasOneSizeOfTitlesAndCutsLongOnesButTellsAssistiveToolsTheWhole() {
+            const whole = "A name that is much too long for one line of a phone ".repeat(3);
+            open([{ header: "Enabled", rows: [{ title: "Short" }, { title: whole }, { title: "two\nlines" }] }]);
+            const titles = ["Short", whole, "two\nlines"].map(name => find(row(name), item => item instanceof Text));
+            compare(titles.map(title => title.fontInfo.pixelSize), [17, 17, 17]);
+            compare(titles.map(title => title.lineCount), [1, 1, 1]);
+            compare(titles[1].truncated, true);
+            compare(spokenAs(whole).name, whole);
         }
         function test_showsARowWithoutATitleAndAMark() {
             open([{ header: "Enabled", rows: [{ identifier: "gone" }, { title: "Chosen", marked: true }] }]);

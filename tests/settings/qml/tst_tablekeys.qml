@@ -6,9 +6,21 @@ import Lumora
 PageStage {
     id: root
 
+    property int escapes: 0
+
+    Shortcut {
+        sequence: "Escape"
+        onActivated: ++root.escapes
+    }
+
     TableCase {
         name: "TableKeys"
         stage: root
+
+        function init() {
+            beginAsUsual();
+            root.escapes = 0;
+        }
 
         function spokenRows() { return spoken(control => control.role === Accessible.ListItem) }
         function spokenFocus() { return spokenRows().filter(control => control.focused).map(control => control.name) }
@@ -112,6 +124,248 @@ PageStage {
             compare(drawn(), "|YABC|X");
             compare(focusedRow(), "Y");
         }
+        function test_movesARowToTheEndsOfItsSectionByKeyboard() {
+            open(letters);
+            enter();
+            keyClick(Qt.Key_Home, Qt.AltModifier);
+            compare(bench.moves, [], "it is there");
+            keyClick(Qt.Key_End, Qt.AltModifier);
+            compare(bench.moves, [[0, 0, 0, 2]]);
+            compare(drawn(), "|BCA|XY");
+            compare(ringed(), ["A"]);
+            keyClick(Qt.Key_Home, Qt.AltModifier);
+            compare(bench.moves[1], [0, 2, 0, 0]);
+            compare(drawn(), "|ABC|XY");
+        }
+        function test_movesARowIntoTheOtherSectionByKeyboard() {
+            open(letters);
+            enter();
+            keyClick(Qt.Key_Up, Qt.AltModifier | Qt.ShiftModifier);
+            compare(bench.moves, [], "there is no section above");
+            keyClick(Qt.Key_Down, Qt.AltModifier | Qt.ShiftModifier);
+            compare(bench.moves, [[0, 0, 1, 0]]);
+            compare(drawn(), "|BC|AXY");
+            compare(focusedRow(), "A");
+            keyClick(Qt.Key_Down, Qt.AltModifier | Qt.ShiftModifier);
+            compare(bench.moves.length, 1);
+            keyClick(Qt.Key_End, Qt.AltModifier);
+            keyClick(Qt.Key_Up, Qt.AltModifier | Qt.ShiftModifier);
+            compare(bench.moves[2], [1, 2, 0, 2]);
+            compare(drawn(), "|BCA|XY");
+            compare(ringed(), ["A"]);
+        }
+
+        // -- letters --
+
+        function test_seeksANameByLettersWithinASecond() {
+            open(letters);
+            enter();
+            for (const letter of ["m", "A"])
+                keyClick(letter);
+            compare(bench.seeks, [["m", 0, 0], ["mA", 0, 0]]);
+            compare(bench.moves, []);
+            tryCompare(table().cursor, "typed", "", 3000);
+            keyClick("y");
+            compare(bench.seeks[2], ["y", 0, 0]);
+        }
+        function test_beginsANameAnewAfterAnotherKey() {
+            open(letters);
+            enter();
+            keyClick("m");
+            keyClick(Qt.Key_Down);
+            keyClick("c");
+            compare(bench.seeks, [["m", 0, 0], ["c", 0, 1]]);
+        }
+        function test_takesSpaceForALetterOfANameThatHasBegunWhereItTapsNothing() {
+            open(letters);
+            enter();
+            keyClick(Qt.Key_Space);
+            compare(bench.seeks, []);
+            keyClick("a");
+            keyClick(Qt.Key_Space);
+            keyClick("b");
+            compare(bench.seeks.map(seek => seek[0]), ["a", "a ", "a b"]);
+            compare(bench.tableTaps, []);
+        }
+        function test_tapsWithSpaceRightAfterALetterWhereRowsAreChosen() {
+            bench.selectable = true;
+            open(letters);
+            enter();
+            keyClick("a");
+            keyClick(Qt.Key_Space);
+            compare(bench.seeks.length, 1);
+            compare(bench.tableTaps, [[0, 0]]);
+        }
+        function test_takesNoLetterForANameWithCtrlOrAlt() {
+            open(letters);
+            enter();
+            keyClick("a", Qt.ControlModifier);
+            keyClick("a", Qt.AltModifier);
+            keyClick(Qt.Key_Delete);
+            compare(bench.seeks, []);
+        }
+        function test_showsTheFoundRowAndTheHeaderAboveTheFirst() {
+            open(many(200));
+            enter();
+            keyClick(Qt.Key_End);
+            tryVerify(() => focusedRow() === "Row 199");
+            keyClick("r");
+            bench.askToScroll(0, 0);
+            show(many(200));
+            tryVerify(() => focusedRow() === "Row 0");
+            compare(ringed(), ["Row 0"]);
+            compare(scroller().contentY, 0);
+        }
+
+        // -- a row's menu --
+
+        function test_opensAMenuByKeyWithTheFocusInIt_data() {
+            return [{ tag: "Menu", key: Qt.Key_Menu, modifiers: Qt.NoModifier }, { tag: "Shift+F10", key: Qt.Key_F10, modifiers: Qt.ShiftModifier }];
+        }
+        function test_opensAMenuByKeyWithTheFocusInIt(data) {
+            open(letters);
+            enter();
+            keyClick(data.key, data.modifiers);
+            compare(menuLines(), ["(Move Up)", "Move Down", "(To Top)", "To Disabled"]);
+            compare(focusedLine(), "Move Down");
+            compare(ringed(), ["A"], "it says whose menu it is");
+        }
+        function test_doesWhatIsChosenInTheMenuAsOneMoveAndGoesOnWithTheRow_data() {
+            return [
+                { tag: "up", row: "B", line: "Move Up", move: [0, 1, 0, 0] }, { tag: "down", row: "B", line: "Move Down", move: [0, 1, 0, 2] },
+                { tag: "top", row: "C", line: "To Top", move: [0, 2, 0, 0] }, { tag: "disable", row: "B", line: "To Disabled", move: [0, 1, 1, 0] },
+                { tag: "enable", row: "Y", line: "To Enabled", move: [1, 1, 0, 3] },
+            ];
+        }
+        function test_doesWhatIsChosenInTheMenuAsOneMoveAndGoesOnWithTheRow(data) {
+            open(letters);
+            enter();
+            while (focusedRow() !== data.row)
+                keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Menu);
+            for (let i = 0; i < 5 && focusedLine() !== data.line; ++i)
+                keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Return);
+            compare(bench.moves, [data.move]);
+            verify(!menu().open);
+            compare(focusedRow(), data.row);
+            compare(ringed(), [data.row]);
+        }
+        function test_walksAroundTheLinesThatCanBeChosen() {
+            open(letters);
+            enter();
+            keyClick(Qt.Key_Menu);
+            const seen = [Qt.Key_Down, Qt.Key_Down, Qt.Key_Up, Qt.Key_Tab, Qt.Key_Backtab].map(key => {
+                keyClick(key);
+                return focusedLine();
+            });
+            compare(seen, ["To Disabled", "Move Down", "To Disabled", "Move Down", "To Disabled"]);
+            keyClick("x");
+            keyClick(Qt.Key_Down, Qt.AltModifier);
+            compare([bench.seeks, bench.moves], [[], []], "the rows behind hear nothing");
+        }
+        function test_closesTheMenuAloneWithEscapeAndGivesTheFocusBack() {
+            open(letters);
+            enter();
+            keyClick(Qt.Key_Down);
+            keyClick(Qt.Key_Menu);
+            keyClick(Qt.Key_Escape);
+            verify(!menu().open);
+            compare(focusedRow(), "B");
+            compare(root.escapes, 0, "the page stays");
+            keyClick(Qt.Key_Escape);
+            compare(root.escapes, 1);
+            compare(bench.moves, []);
+        }
+        function test_opensTheMenuByHand_data() {
+            const at = title => row(title).mapToItem(host.item, 100, 20);
+            return [
+                { tag: "right button", act: () => mouseClick(host.item, at("X").x, at("X").y, Qt.RightButton) },
+                { tag: "right button on the handle", act: () => mouseClick(host.item, middle("X").x, middle("X").y, Qt.RightButton) },
+                { tag: "long press", act: () => {
+                    mousePress(host.item, at("X").x, at("X").y);
+                    tryVerify(() => menu().open);
+                    mouseRelease(host.item, at("X").x, at("X").y);
+                } },
+                { tag: "long touch", act: () => {
+                    const finger = touchEvent(host.item);
+                    finger.press(0, host.item, at("X").x, at("X").y).commit();
+                    tryVerify(() => menu().open);
+                    finger.release(0, host.item, at("X").x, at("X").y).commit();
+                } },
+            ];
+        }
+        function test_opensTheMenuByHand(data) {
+            open(letters);
+            data.act();
+            verify(menu().open);
+            compare(menuLines(), ["Move Up", "Move Down", "(To Top)", "To Enabled"]);
+            compare(focusedLine(), undefined);
+            waitForRendering(host.item); // by then each line has its place
+            const line = menuLine("To Enabled").mapToItem(host.item, 20, 20);
+            mouseClick(host.item, line.x, line.y);
+            compare(bench.moves, [[1, 0, 0, 3]]);
+            verify(!menu().open);
+            compare(ringed(), []);
+            compare(focusedRow(), "X");
+        }
+        function test_closesTheMenuByATapBesideItThatDoesNothingElse() {
+            open(letters);
+            mouseClick(host.item, 100, row("A").y + 20, Qt.RightButton);
+            verify(menu().open);
+            const hand = lift("Y");
+            verify(!menu().open);
+            verify(!overlay().inHand);
+            letGo(hand);
+            compare(bench.moves, []);
+        }
+        function test_opensNoMenuForAPressOnTheHandleOrOneThatScrolls() {
+            open(many(200));
+            const hand = lift("Row 3");
+            verify(overlay().inHand, "at once");
+            wait(Application.styleHints.mousePressAndHoldInterval + 200);
+            verify(!menu().open);
+            letGo(hand);
+            mousePress(host.item, 100, 400);
+            for (let y = 380; y > 200; y -= 20) {
+                mouseMove(host.item, 100, y);
+                waitForRendering(host.item, 20);
+            }
+            wait(Application.styleHints.mousePressAndHoldInterval + 200);
+            verify(!menu().open);
+            mouseRelease(host.item, 100, 200);
+        }
+        function test_hasNoMenuForARowThatCannotBeMoved() {
+            open([{ header: "Enabled", rows: [{ title: "A", fixed: true }, { title: "B" }] }]);
+            enter();
+            keyClick(Qt.Key_Menu);
+            verify(!menu().open);
+            mouseClick(host.item, 100, row("A").y + 20, Qt.RightButton);
+            verify(!menu().open);
+        }
+        function test_keepsTheMenuInViewBeneathTheRowOrAboveIt() {
+            open(many(200));
+            enter();
+            const box = () => menu().box;
+            keyClick(Qt.Key_Menu);
+            compare(box().y, row("Row 0").y + 40 + 4);
+            keyClick(Qt.Key_Escape);
+            keyClick(Qt.Key_End);
+            tryVerify(() => focusedRow() === "Row 199");
+            keyClick(Qt.Key_Menu);
+            const top = row("Row 199").mapToItem(host.item, 0, 0).y;
+            compare(box().y + box().height, top - 4);
+        }
+        function test_closesTheMenuWhenTheTableChangesOrThePageIsCovered() {
+            for (const end of [() => show([letters[0]]), () => host.item.enabled = false]) {
+                open(letters);
+                enter();
+                keyClick(Qt.Key_Menu);
+                verify(menu().open);
+                end();
+                verify(!menu().open);
+            }
+        }
         function test_movesTheLastRowIntoAnEmptySectionByKeyboard() {
             open([{ header: "Enabled", rows: [{ title: "A" }] }, { header: "Disabled" }]);
             enter();
@@ -180,15 +434,25 @@ PageStage {
         }
         function test_movesARowOnceByAssistiveAction() {
             open(letters);
-            verify(bench.act(host.item, "C", "Increase"));
+            verify(bench.act(host.item, "C", "Move down"));
             compare(bench.moves, [[0, 2, 1, 0]]);
             compare(focusedRow(), "C");
             compare(spokenAs("C").description, "Position 1 of 3 in Disabled. Alt+Up and Alt+Down move it.");
             compare(spokenAs("C").focused, true);
-            verify(bench.act(host.item, "C", "Decrease"));
+            verify(bench.act(host.item, "C", "Move up"));
             compare(bench.moves.length, 2);
             compare(bench.moves[1], [1, 0, 0, 3 - 1]);
             compare(focusedRow(), "C");
+        }
+        function test_opensTheMenuByAssistiveActionAndSpeaksOfItsLines() {
+            open(letters);
+            verify(bench.act(host.item, "B", "ShowMenu"));
+            compare(spoken(control => control.role === Accessible.PopupMenu).map(control => control.name), ["B"]);
+            const lines = spoken(control => control.role === Accessible.MenuItem);
+            compare(lines.map(line => line.name), ["Move Up", "Move Down", "To Top", "To Disabled"]);
+            compare(lines.filter(line => line.focused).map(line => line.name), ["Move Up"]);
+            verify(bench.act(host.item, "To Disabled", "Press"));
+            compare(bench.moves, [[0, 1, 1, 0]]);
         }
         function test_speaksOfTheFocusedRowAsItWalksAndAsARowMoves() {
             open(letters);

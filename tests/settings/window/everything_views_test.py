@@ -133,7 +133,7 @@ class Lists:
             self.focus_row(window, name)
             self.keys(window, "alt+Down" if by > 0 else "alt+Up")
         else:
-            self.act(self.bring(window, name), "Increase" if by > 0 else "Decrease")
+            self.act(self.bring(window, name), "Move down" if by > 0 else "Move up")
         self.lists[start].remove(name)
         self.lists[end].insert(at, name)
         eventually(lambda: os.stat(self.settings_file).st_mtime_ns != written, f"the move of {name} at the tweak")

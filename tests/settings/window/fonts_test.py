@@ -100,6 +100,13 @@ class FontsTest(Spoken):
         self.keys(window, "Down", "Return")
         self.expect_chosen(window, name_of(2))
 
+    def test_finds_a_font_by_the_letters_of_its_name(self):
+        window = self.open_fonts()
+        self.keys(window, "Tab", *name_of(1234)[:8].lower())
+        eventually(lambda: self.focused(window) == [name_of(1234)], f"the focus, not on {self.focused(window)}")
+        self.keys(window, "space")
+        self.expect_chosen(window, name_of(1234))
+
     def test_chooses_a_font_by_assistive_action(self):
         window = self.open_fonts()
         self.act(self.rows(window)[name_of(3)], "Press")

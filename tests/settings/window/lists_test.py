@@ -13,7 +13,7 @@ import unittest
 import pyatspi
 
 from harness.build import BUILD
-from harness.display import HEIGHT
+from harness.display import BAR, HEIGHT
 from harness.programs import add_plugin
 from harness.spoken import LINK, SWITCH, Spoken
 from harness.waiting import eventually
@@ -118,17 +118,71 @@ class Lists:
         self.keys(window, "alt+Down", "alt+Down", "alt+Down")
         self.expect_saved("test.one", "test.three")
 
+    def test_moves_a_row_to_the_ends_of_its_section_and_into_the_other_by_keyboard(self):
+        window = self.open_list(*SAVED)
+        self.keys(window, "Tab", "alt+End")
+        self.expect_saved("test.two", "test.three", "test.one")
+        self.keys(window, "alt+Home")
+        self.expect_saved(*SAVED)
+        self.keys(window, "alt+shift+Down")
+        self.expect_saved("test.two", "test.three")
+        self.keys(window, "alt+shift+Up")
+        self.expect_saved("test.two", "test.three", "test.one")
+
+    def test_finds_a_row_far_below_by_the_letters_of_its_name(self):
+        self.save_many(300)
+        title, identifier = self.disabled()[-1]
+        window = self.open_list("test.0")
+        self.keys(window, "Tab", *title[:3].swapcase())
+        eventually(lambda: self.focused(window) == [title], f"the focus on {title}, not {self.focused(window)}")
+        self.keys(window, "alt+shift+Up")
+        eventually(lambda: self.saved()[-1] == identifier, "the move of the row that was found")
+
+    def test_moves_a_row_by_its_menu_from_the_keyboard(self):
+        window = self.open_list(*SAVED)
+        self.keys(window, "Tab", "Down", "shift+F10")
+        self.named(window, pyatspi.ROLE_MENU_ITEM, "To Top")
+        self.keys(window, "Down", "Down", "Return")
+        self.expect_saved("test.two", "test.one", "test.three")
+        self.keys(window, "Menu")
+        self.named(window, pyatspi.ROLE_MENU_ITEM, "To Disabled")
+        self.keys(window, "Up", "Return")
+        self.expect_saved("test.one", "test.three")
+        eventually(lambda: self.focused(window) == ["test.two"], "the focus on the moved row")
+
+    def test_moves_a_row_by_its_menu_from_the_pointer(self):
+        window = self.open_list(*SAVED)
+        row = self.place(window, "test.three")
+        self.click_at(row.x + 100, row.y + row.height // 2, button=3)
+        self.click(self.named(window, pyatspi.ROLE_MENU_ITEM, "To Top"))
+        self.expect_saved("test.three", "test.one", "test.two")
+        row = self.place(window, "test.three")
+        self.xdotool("mousemove", row.x + 100, row.y + row.height // 2, "mousedown", 1)
+        below = self.named(window, pyatspi.ROLE_MENU_ITEM, "To Disabled")
+        self.xdotool("mouseup", 1)
+        self.click(below)
+        self.expect_saved("test.one", "test.two")
+
+    def test_tells_assistive_tools_of_the_possible_moves_of_a_menu_and_takes_one_of_them(self):
+        window = self.open_list(*SAVED)
+        self.act(self.named(window, self.ROW, "test.one"), "ShowMenu")
+        self.named(window, pyatspi.ROLE_POPUP_MENU, "test.one")
+        lines = self.spoken(window, pyatspi.ROLE_MENU_ITEM)
+        self.assertEqual([*lines], ["Move Down", "To Disabled"])
+        self.act(lines["Move Down"], "Press")
+        self.expect_saved("test.two", "test.one", "test.three")
+
     def test_moves_a_row_by_assistive_action_and_tells_of_its_focus(self):
         window = self.open_list(*SAVED)
         focused = []
         self.listen(lambda event: event.detail1 and focused.append(event.source.name), "object:state-changed:focused")
-        self.act(self.named(window, self.ROW, "test.one"), "Increase")
+        self.act(self.named(window, self.ROW, "test.one"), "Move down")
         self.expect_saved("test.two", "test.one", "test.three")
         self.await_told(lambda: focused[-1:] == ["test.one"], f"the focus on the moved row, not {focused}")
         moved = self.named(window, self.ROW, "test.one")
         self.assertTrue(self.has_state(moved, pyatspi.STATE_FOCUSED))
         self.assertTrue(moved.description.startswith("Position 2 of 3 in Enabled."), moved.description)
-        self.act(moved, "Decrease")
+        self.act(moved, "Move up")
         self.expect_saved(*SAVED)
 
     def test_prints_every_row_of_the_list(self):
@@ -156,6 +210,32 @@ class AppViewsTest(Lists, Spoken):
         self.assertEqual(self.saved(), SAVED)
 
 
+    def test_closes_a_menu_alone_with_escape(self):
+        window = self.open_window("--page", "PluginsListController")
+        self.press_button(window, "Select Plugins")
+        eventually(lambda: "test.one" in self.rows(window) and "Select Plugins" not in self.spoken(window, LINK),
+                   "the list, in its place")
+        self.keys(window, "Tab", "Menu")
+        self.named(window, pyatspi.ROLE_MENU_ITEM, "Move Down")
+        self.keys(window, "Escape")
+        eventually(lambda: not self.spoken(window, pyatspi.ROLE_MENU_ITEM), "the menu to close")
+        self.assertIn("test.one", self.rows(window))
+        eventually(lambda: self.focused(window) == ["test.one"], "the focus on the row")
+        self.keys(window, "Escape")
+        eventually(lambda: "Select Plugins" in self.spoken(window, LINK), "the page before")
+        self.assertEqual(self.saved(), SAVED)
+
+    def test_prints_no_row_for_what_an_empty_section_says(self):
+        self.set(self.key, [])
+        [enabled, disabled] = self.printed(self.page)["sections"]
+        self.assertEqual(enabled, {"header": "Enabled", "footer": " ", "rows": []})
+        window = self.open_window("--page", self.page)
+        eventually(lambda: len(self.rows(window)) == len(disabled["rows"]), "the rows")
+        row = self.place(window, disabled["rows"][0]["title"])
+        self.assertTrue(self.rows(window)[disabled["rows"][0]["title"]].description.startswith("Position 1 of "))
+        self.assertGreater(row.y, BAR + 50 + 40 + 50, "the placeholder has room")
+
+
 class AppsTest(Lists, Spoken):
     page, key = "AppsListController", "kAppsEnabled"
 
@@ -164,7 +244,7 @@ class AutoUnlockAppsTest(Spoken):
     def test_saves_what_is_exempt_and_leaves_the_chosen_ones_alone(self):
         self.set("kAppsEnabled", SAVED)
         window = self.open_window("--page", "AUAppsListController")
-        self.act(self.named(window, self.ROW, "test.three"), "Increase")
+        self.act(self.named(window, self.ROW, "test.three"), "Move down")
         self.expect("kAUAppsDisabled", ["test.three"])
         self.keys(window, "Up", "alt+Down")
         self.expect("kAUAppsDisabled", ["test.two", "test.three"])
