@@ -138,6 +138,7 @@ void Pictures::visitTopPage() {
         takePictures(name + "-end");
         scroll(false);
     }
+    visitMenu(page, name);
     const std::size_t depth = shell_.pages().size();
     for (std::size_t row = 0; row < page.rows.size(); ++row) {
         if (!isLink(page.rows[row])) continue;
@@ -162,6 +163,20 @@ std::string Pictures::pictureName(const PageSnapshot& page) {
     const auto& pages = shell_.pages();
     const std::string opener = pages.size() > 1 ? pages[pages.size() - 2]->snapshot().className : std::string();
     return openers_.emplace(name, opener).first->second == opener ? name : name + "-" + opener;
+}
+
+/// Opens the menu of the first row, on the first page with a list whose rows can be moved.
+void Pictures::visitMenu(const PageSnapshot& page, const std::string& name) {
+    if (!page.table || page.table->selectable || page.table->layout.rowTotal() == 0) return;
+    if (!visited_.insert("a menu").second) return;
+    QQuickItem* table = find(*window_.contentItem(), [](const QQuickItem& item) {
+        return QByteArrayView(item.metaObject()->className()).startsWith("Table_");
+    });
+    if (!table) return;
+    QMetaObject::invokeMethod(table->property("cursor").value<QObject*>(), "openMenu", Q_ARG(QVariant, 0),
+                              Q_ARG(QVariant, QString()));
+    takePictures(name + "-menu");
+    QMetaObject::invokeMethod(table, "putBack");
 }
 
 /// Presents a made-up message. The button would compose a real one, which differs on each device.

@@ -35,6 +35,7 @@ class Pictures : private QObject {
     /// Saves every page, opened anew at each size, light and dark: "LumoraPreferences-390-light.png"; of a page that is
     /// longer than the window, its end too: "LumoraPreferences-end-390-light.png". A class that several rows open has
     /// one picture, except option lists, "PSListItemsController-SleepAfter-390-light.png", and pages with other titles.
+    /// The first list whose rows can be moved is there with the menu of a row, "AppsListController-menu-390-light.png".
     /// A message being composed and the waiting screen in both of its states come last. Presses no button and changes
     /// no value. Without sizes, the widths are 320, 390 and 1024 points at the window's own height.
     [[nodiscard]] platform::Result<void> tour(const std::filesystem::path& folder, std::vector<QSize> sizes = {});
@@ -57,6 +58,7 @@ class Pictures : private QObject {
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void visitTopPage();
+    void visitMenu(const PageSnapshot& page, const std::string& name);
     void visitWaitingScreen();
     void visitComposer();
     void save(const std::filesystem::path& file);

@@ -44,7 +44,7 @@ class LayoutTour : public settings::Pictures {
         std::cerr << "looked at " << name << "-" << window().width() << std::endl;
         (void)window().grabWindow(); // by then everything is in its place
         complain(name, tests::layoutFaults(*window().contentItem()));
-        if (name.ends_with("-end")) return; // scrolled by nobody who has the focus
+        if (name.ends_with("-end") || name.ends_with("-menu")) return; // by nobody who has the focus
         if (window().height() == kHigh)
             compareSizes(name);
         else
