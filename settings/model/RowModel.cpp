@@ -13,6 +13,11 @@ using namespace platform;
 
 namespace {
 
+constexpr double kNoise = 1e-6;  ///< of computing, in parts of a step
+constexpr double kFinest = 1e-6;   ///< than which no hand is finer
+constexpr double kLong = 1e7;    ///< a number from which on only the first digits are shown
+constexpr int kLongDigits = 4;
+
 QString nameFor(const RowSnapshot& row, const RowModel::Surroundings& around) {
     const QString identifier = QString::fromStdString(row.identifier);
     const auto firstOf = [](std::initializer_list<QString> names) {
@@ -50,7 +55,16 @@ double RowModel::maximum() const {
 
 double RowModel::number() const {
     const double number = row_.value.isNumber() ? row_.value.doubleValue() : minimum();
-    return std::isnan(number) ? minimum() : std::clamp(number, minimum(), maximum());
+    return std::isnan(number) ? minimum() : number;
+}
+
+/// The largest of 1, 2, 5, 10, 20 and so on of which at least twenty fit between the bounds.
+double RowModel::step() const {
+    const double most = maximum() / 20 - minimum() / 20;
+    if (most <= 0) return 1;
+    const double power = std::pow(10, std::floor(std::log10(most) + kNoise));
+    const double digit = most / power + kNoise;
+    return (digit >= 5 ? 5 : digit >= 2 ? 2 : 1) * power;
 }
 
 /// A field shows text and numbers; it shows anything else as empty, like nil.
@@ -70,16 +84,34 @@ void RowModel::read(const RowSnapshot& row) {
     if (changesUnderWay_ == 0) emit valueRead();
 }
 
-void RowModel::slide(double number) {
-    // Six decimals are finer than any hand, and steps leave no 0.30000000000000004 behind.
-    const double rounded = std::round(number * 1e6) / 1e6;
-    change(std::clamp(rounded, minimum(), maximum()));
+double RowModel::unit() const {
+    const double largest = std::max(std::abs(minimum()), std::abs(maximum()));
+    const double shown =
+        largest >= kLong ? std::pow(10, std::floor(std::log10(largest)) + 1 - kLongDigits) : std::pow(10, -decimals());
+    return showsValue() && shown <= step() * (1 + kNoise) ? shown : kFinest;
+}
+
+int RowModel::decimals() const {
+    return maximum() - minimum() > 10 ? 1 : 2;
+}
+
+double RowModel::nearest(double number) const {
+    if (number <= minimum()) return minimum();
+    if (number >= maximum()) return maximum();
+    const double rounded = unit() > kFinest ? shown(number).toDouble() : std::round(number * 1e6) / 1e6;
+    return std::clamp(rounded, minimum(), maximum());
+}
+
+double RowModel::stepped(double number, int steps, bool fine) const {
+    const double size = fine ? std::max(unit(), step() / 10) : step();
+    const double place = number / size;
+    return nearest(((steps > 0 ? std::floor(place + kNoise) : std::ceil(place - kNoise)) + steps) * size);
 }
 
 QString RowModel::shown(double number) const {
-    if (std::abs(number) >= 1e7) return QString::number(number, 'g', 4); // a row has no room for all digits
-    const int decimals = maximum() - minimum() > 10 ? 1 : 2;
-    return QString::number(number, 'f', decimals);
+    if (std::abs(number) >= kLong) return QString::number(number, 'g', kLongDigits); // a row has no room for all digits
+    const QString text = QString::number(number, 'f', decimals());
+    return text.startsWith(u'-') && text.toDouble() == 0 ? text.sliced(1) : text;
 }
 
 void RowModel::change(const Value& value) {

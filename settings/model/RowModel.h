@@ -28,6 +28,7 @@ class RowModel : public QObject {
     Q_PROPERTY(bool secure READ secure CONSTANT)
     Q_PROPERTY(double minimum READ minimum CONSTANT)
     Q_PROPERTY(double maximum READ maximum CONSTANT)
+    Q_PROPERTY(double step READ step CONSTANT)
     Q_PROPERTY(bool showsValue READ showsValue CONSTANT)
     Q_PROPERTY(QVariant icon READ icon CONSTANT)
     Q_PROPERTY(QString accessibleName READ accessibleName CONSTANT)
@@ -70,11 +71,14 @@ class RowModel : public QObject {
     [[nodiscard]] bool secure() const { return row_.cell == SecureEditTextCell; }
     [[nodiscard]] double minimum() const;
     [[nodiscard]] double maximum() const;
+    /// Of a slider, by key.
+    [[nodiscard]] double step() const;
     [[nodiscard]] bool showsValue() const { return row_.showValue.value_or(false); }
     [[nodiscard]] QString accessibleName() const { return accessibleName_; }
     [[nodiscard]] QString accessibleDescription() const { return accessibleDescription_; }
 
     [[nodiscard]] bool on() const { return row_.value.boolValue(); }
+    /// As it is stored, maybe beyond the bounds.
     [[nodiscard]] double number() const;
     [[nodiscard]] QString text() const;
     [[nodiscard]] QString valueTitle() const { return QString::fromStdString(row_.valueTitle); }
@@ -89,10 +93,14 @@ class RowModel : public QObject {
 
     Q_INVOKABLE void tap() { send_(RowTapped{position_}, {}); }
     Q_INVOKABLE void toggle(bool on) { change(on); }
-    Q_INVOKABLE void slide(double number);
+    Q_INVOKABLE void slide(double number) { change(nearest(number)); }
     Q_INVOKABLE void write(const QString& text) { change(text.toStdString()); }
     /// A slider's number as text beside it.
     Q_INVOKABLE [[nodiscard]] QString shown(double number) const;
+    /// What a hand can give a slider: a number within the bounds, as exact as the text beside it.
+    Q_INVOKABLE [[nodiscard]] double nearest(double number) const;
+    /// The multiple of the step, or of a finer one, so many steps away.
+    Q_INVOKABLE [[nodiscard]] double stepped(double number, int steps, bool fine) const;
 
   signals:
     /// A snapshot has come, and all that the user has done is in it: controls settle on the value, even when it is the
@@ -101,6 +109,9 @@ class RowModel : public QObject {
 
   private:
     void change(const platform::Value& value);
+    [[nodiscard]] int decimals() const;
+    /// By how much the numbers that a hand can give a slider differ at least.
+    [[nodiscard]] double unit() const;
 
     SendEvent send_;
     std::size_t position_;

@@ -1,11 +1,12 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// A slider with its number beside it. Hands on a drag when it ends, and a step by key at once.
+// A slider with its number beside it. Hands on a drag when it ends, and a step by key or a typed number at once.
 Cell {
     id: root
 
     required row
+    readonly property Item stop: slider
 
     focused: slider.visualFocus
     implicitHeight: Theme.rowHeightFor(number.implicitHeight)
@@ -13,37 +14,54 @@ Cell {
     T.Slider {
         id: slider
 
-        readonly property real step: (to - from) / 20
         // The toolkit reads these as the bounds of the control.
         readonly property real minimumValue: from
         readonly property real maximumValue: to
         property bool settling: true // at first too: the bounds are set one after the other, and clamp the value
         property real handedOn: 0
+        property real shown: 0 // unlike the value, it may lie beyond the bounds: what is stored does
 
         anchors { fill: parent; leftMargin: Theme.contentInset(root.icon); rightMargin: number.visible ? number.width + 26 : Theme.inset }
         focusPolicy: Qt.StrongFocus
         from: root.row.minimum
         to: root.row.maximum
+        stepSize: root.row.step
 
         function settle() {
             if (pressed)
                 return;
             settling = true;
-            value = root.row.number;
+            value = Math.max(from, Math.min(to, root.row.number));
             handedOn = value;
+            shown = root.row.number;
             settling = false;
+        }
+        function follow() {
+            if (settling)
+                return;
+            shown = value;
+            handOn();
         }
         // Assistive tools set the value themselves and may do so twice.
         function handOn() {
-            if (pressed || settling || value === handedOn)
-                return;
-            handedOn = value;
-            root.row.slide(value);
+            if (!pressed && !settling && value !== handedOn)
+                put(value);
         }
-        function move(target) { value = Math.max(from, Math.min(to, target)) }
+        function put(target) {
+            const number = root.row.nearest(target);
+            if (number === handedOn && number === shown)
+                return;
+            settling = true;
+            value = number;
+            handedOn = number;
+            shown = number;
+            settling = false;
+            root.row.slide(number);
+        }
+        function step(by, fine) { put(root.row.stepped(value, by, fine)) }
 
         Component.onCompleted: settle()
-        onValueChanged: handOn()
+        onValueChanged: follow()
         onPressedChanged: handOn()
 
         Connections {
@@ -53,22 +71,29 @@ Cell {
 
         // Handled here because the slider itself takes a held key for a press.
         Keys.onPressed: event => {
-            const targets = new Map([
-                [Qt.Key_Left, value - step], [Qt.Key_Down, value - step],
-                [Qt.Key_Right, value + step], [Qt.Key_Up, value + step],
-                [Qt.Key_PageDown, value - 4 * step], [Qt.Key_PageUp, value + 4 * step],
-                [Qt.Key_Home, from], [Qt.Key_End, to],
+            const fine = event.modifiers & Qt.ShiftModifier;
+            const onwards = mirrored ? -1 : 1;
+            const steps = new Map([
+                [Qt.Key_Left, -onwards], [Qt.Key_Right, onwards], [Qt.Key_PageDown, -4], [Qt.Key_PageUp, 4],
             ]);
-            if (event.modifiers & Qt.AltModifier || !targets.has(event.key))
-                return;
-            move(targets.get(event.key));
+            const ends = new Map([[Qt.Key_Home, from], [Qt.Key_End, to]]);
             event.accepted = true;
+            if (event.modifiers & Qt.AltModifier)
+                event.accepted = false;
+            else if (steps.has(event.key))
+                step(steps.get(event.key), fine);
+            else if (ends.has(event.key))
+                put(ends.get(event.key));
+            else if (number.visible && [Qt.Key_Return, Qt.Key_Enter].includes(event.key))
+                number.edit();
+            else
+                event.accepted = false;
         }
 
         Accessible.name: root.row.accessibleName
         Accessible.description: root.row.accessibleDescription
-        Accessible.onIncreaseAction: move(value + step)
-        Accessible.onDecreaseAction: move(value - step)
+        Accessible.onIncreaseAction: step(1, false)
+        Accessible.onDecreaseAction: step(-1, false)
 
         background: Rectangle {
             y: (slider.height - height) / 2
@@ -79,7 +104,11 @@ Cell {
             antialiasing: true
 
             Rectangle {
-                width: knob.x + knob.width / 2
+                readonly property real middle: knob.x + knob.width / 2
+
+                visible: slider.position > 0 // or it would show beside the round knob
+                x: slider.mirrored ? middle : 0
+                width: slider.mirrored ? parent.width - middle : middle
                 height: parent.height
                 radius: 2
                 color: Theme.accent
@@ -95,27 +124,14 @@ Cell {
             implicitHeight: 28
         }
     }
-    Text {
+    SliderNumber {
         id: number
 
         visible: root.row.showsValue
-        anchors { right: parent.right; rightMargin: Theme.inset; verticalCenter: parent.verticalCenter }
-        width: Math.max(Theme.scaled(36), widest.advanceWidth)
-        text: root.row.shown(slider.value)
-        color: Theme.secondary
-        font.pixelSize: Theme.detailSize
-        horizontalAlignment: Text.AlignRight
-        Accessible.ignored: true
-    }
-    TextMetrics {
-        id: widest
-
-        readonly property string least: root.row.shown(root.row.minimum)
-        readonly property string most: root.row.shown(root.row.maximum)
-        readonly property string longest: least.length > most.length ? least : most
-
-        font: number.font
-        // Zero is the widest digit. At the usual size, the room beside the number is enough for the difference.
-        text: Theme.textSize > 100 ? longest.replace(/[0-9]/g, "0") : longest
+        anchors { right: parent.right; rightMargin: Theme.inset; top: parent.top; bottom: parent.bottom }
+        row: root.row
+        number: slider.shown
+        onTyped: number => slider.put(number)
+        onDone: slider.forceActiveFocus(Qt.TabFocusReason)
     }
 }
