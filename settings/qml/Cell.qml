@@ -10,12 +10,13 @@ Item {
     property bool first: false
     property bool last: false
     property bool down: false
+    property bool hovered: false // by the mouse
     property bool focused: false
     property var icon: row?.icon // undefined for none
     property bool empty: false // the contents are in the user's hand
     property bool boxed: true  // the corners are round
     property real indent: 0    // of everything in the row
-    property color ground: down ? Theme.cellDown : Theme.cell
+    property color ground: down ? Theme.cellDown : hovered ? Qt.tint(Theme.cell, Qt.alpha(Theme.cellDown, 0.4)) : Theme.cell
     readonly property bool hasIcon: icon !== undefined
     readonly property real rounding: boxed ? Theme.rowRadius : 0
 

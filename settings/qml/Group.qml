@@ -7,6 +7,15 @@ Column {
 
     required property GroupModel group
 
+    // Of options, the Tab key reaches one: that with the focus, else the chosen one.
+    readonly property int option: {
+        for (let i = 0; i < rows.count; ++i)
+            if (rows.itemAt(i)?.item?.activeFocus)
+                return i;
+        return Math.max(0, Array.from(group.rows).findIndex(row => row.marked));
+    }
+
+    function rowItems() { return Array.from({ length: rows.count }, (_, i) => rows.itemAt(i).item) }
     function fileFor(cell) {
         return new Map([
             [RowModel.LinkCell, "LinkRow.qml"], [RowModel.LinkListCell, "LinkRow.qml"],
@@ -38,6 +47,10 @@ Column {
             Component.onCompleted: setSource(root.fileFor(modelData.cell), {
                 row: modelData, first: index === 0, last: index === rows.count - 1,
             })
+            onLoaded: {
+                if (item instanceof OptionRow)
+                    item.reached = Qt.binding(() => root.option === index);
+            }
         }
     }
     GroupFooter {

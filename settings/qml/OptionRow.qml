@@ -10,11 +10,14 @@ T.RadioButton {
     required property RowModel row
     property bool first: false
     property bool last: false
+    property bool reached: true // by the Tab key
+    readonly property Item stop: control
 
     implicitHeight: Theme.rowHeightFor(implicitContentHeight)
     leftPadding: Theme.contentInset(row.icon)
     rightPadding: Theme.inset
-    focusPolicy: Qt.StrongFocus
+    focusPolicy: reached ? Qt.StrongFocus : Qt.ClickFocus
+    hoverEnabled: true
     text: row.title
     // The page says which one is stored.
     checkable: false
@@ -27,6 +30,7 @@ T.RadioButton {
 
     Accessible.name: row.accessibleName
     Accessible.description: row.accessibleDescription
+    Accessible.focusable: true
     Accessible.onPressAction: clicked()
     Accessible.onToggleAction: clicked()
 
@@ -35,6 +39,7 @@ T.RadioButton {
         first: control.first
         last: control.last
         down: control.down
+        hovered: control.hovered
         focused: control.visualFocus
     }
     contentItem: Item {

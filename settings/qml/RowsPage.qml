@@ -1,50 +1,132 @@
 import QtQuick
 import Lumora
 
-// A page of rows: a column of groups that scrolls and keeps what has the focus in view.
-Scroller {
+// A page of rows: a column of groups that scrolls and keeps what has the focus in view. Up and Down lead from control to
+// control, and scroll where the next one is far; keys that a control has no use for scroll.
+FocusScope {
     id: root
 
     required property PageModel page
 
     readonly property Item focusItem: Window.activeFocusItem
+    property bool opened: false // the page has had the focus
 
-    contentHeight: groups.y + groups.height + Theme.endGap
+    focus: true
     onFocusItemChanged: keepInView(focusItem)
-    onHeightChanged: keepInView(focusItem)
+    onActiveFocusChanged: {
+        if (activeFocus && Keyboard.inUse)
+            showFocus();
+        opened = opened || activeFocus;
+    }
+
+    Keys.onPressed: event => {
+        const plain = !(event.modifiers & ~Qt.KeypadModifier);
+        const by = new Map([[Qt.Key_Up, -1], [Qt.Key_Down, 1]]).get(event.key)
+            ?? (rowWithFocus() instanceof OptionRow ? new Map([[Qt.Key_Left, -1], [Qt.Key_Right, 1]]).get(event.key) : undefined);
+        if (plain && by) {
+            event.accepted = true;
+            step(by);
+        } else {
+            scroller.keys.take(event);
+        }
+    }
+
+    // The rows that can have the focus.
+    function rows() {
+        const all = [];
+        for (let i = 0; i < groupItems.count; ++i)
+            all.push(...groupItems.itemAt(i).rowItems());
+        return all.filter(row => row.stop);
+    }
+    function rowWithFocus() {
+        const all = rows();
+        for (let item = focusItem; item && item !== groups; item = item.parent)
+            if (all.includes(item))
+                return item;
+        return null;
+    }
+    // Rings what has the focus, which is the first control at first: of options, the chosen one.
+    function showFocus() {
+        const all = rows();
+        const focused = rowWithFocus();
+        if (focused)
+            focused.stop.focusReason = Qt.TabFocusReason;
+        else if (!opened)
+            (all.find(row => row.row.marked) ?? all[0])?.stop.forceActiveFocus(Qt.TabFocusReason);
+    }
+    function step(by) {
+        const all = rows();
+        const now = rowWithFocus();
+        const end = rows => rows[by > 0 ? 0 : rows.length - 1]; // where one begins
+        const next = now && isInView(now) ? all[all.indexOf(now) + by] : end(all.filter(row => isSeen(row)));
+        if (next && isNear(next, by))
+            focusOn(next, by);
+        else if (!next && now instanceof OptionRow) // options are a ring
+            focusOn(end(all), by);
+        else
+            scroller.scrollTo(scroller.contentY + by * scroller.line);
+    }
+    function focusOn(row, by) { row.stop.forceActiveFocus(by > 0 ? Qt.TabFocusReason : Qt.BacktabFocusReason) }
+
+    function topOf(item) { return item.mapToItem(groups, 0, 0).y + groups.y }
+    function isInView(row) { return topOf(row) < scroller.contentY + height && topOf(row) + row.height > scroller.contentY }
+    // All of it is in view, or as much as there is room for.
+    function isSeen(row) {
+        const top = Math.max(topOf(row), scroller.contentY);
+        const bottom = Math.min(topOf(row) + row.height, scroller.contentY + height);
+        return bottom - top >= Math.min(row.height, height) - 1;
+    }
+    // Nothing before it is skipped when it is scrolled into view.
+    function isNear(row, by) {
+        const part = Math.min(row.height, height - scroller.line);
+        return by > 0 ? topOf(row) + part <= scroller.contentY + height + scroller.line
+                      : topOf(row) + row.height - part >= scroller.contentY - scroller.line;
+    }
 
     function keepInView(item) {
         for (let ancestor = item; ancestor; ancestor = ancestor.parent) {
             if (ancestor !== groups)
                 continue;
-            const top = item.mapToItem(groups, 0, 0).y + groups.y;
+            const top = topOf(item);
             const spare = Math.max(0, height - item.height); // for a part of what is around it
             const above = Math.min(44, spare);
             const bottom = top + item.height + Math.min(Theme.groupGap, spare);
-            if (top - above < contentY)
-                scrollTo(top - above);
-            else if (bottom > contentY + height)
-                scrollTo(bottom - height);
+            if (top - above < scroller.contentY)
+                scroller.scrollTo(top - above);
+            else if (bottom > scroller.contentY + height)
+                scroller.scrollTo(bottom - height);
             return;
         }
     }
 
-    Column {
-        id: groups
+    Scroller {
+        id: scroller
 
-        x: (root.width - width) / 2
-        y: 20
-        width: Theme.columnWidthIn(root.width)
-        spacing: Theme.groupGap
+        // Unlike an anchor, this holds before the rows are complete.
+        width: root.width
+        height: root.height
+        contentHeight: groups.y + groups.height + Theme.endGap
+        onHeightChanged: root.keepInView(root.focusItem)
 
-        Repeater {
-            model: root.page.groups
+        Column {
+            id: groups
 
-            Group {
-                required property GroupModel modelData
+            x: (scroller.width - width) / 2
+            y: 20
+            width: Theme.columnWidthIn(scroller.width)
+            spacing: Theme.groupGap
 
-                width: groups.width
-                group: modelData
+            Repeater {
+                id: groupItems
+
+                model: root.page.groups
+
+                Group {
+                    required property GroupModel modelData
+
+                    width: groups.width
+                    group: modelData
+                }
             }
         }
     }

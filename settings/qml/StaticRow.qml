@@ -5,6 +5,7 @@ Cell {
     id: root
 
     required row
+    readonly property Item stop: null
 
     implicitHeight: Math.max(Theme.rowHeight, label.implicitHeight + 2 * Theme.textMargin)
 

@@ -9,11 +9,13 @@ T.Switch {
     required property RowModel row
     property bool first: false
     property bool last: false
+    readonly property Item stop: control
 
     implicitHeight: Theme.rowHeightFor(implicitContentHeight)
     leftPadding: Theme.contentInset(row.icon)
     rightPadding: Theme.inset
     focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
     text: row.title
     checked: row.on
 
@@ -41,6 +43,7 @@ T.Switch {
         row: control.row
         first: control.first
         last: control.last
+        hovered: control.hovered
         focused: control.visualFocus
     }
     contentItem: Item {

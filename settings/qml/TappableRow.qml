@@ -8,12 +8,18 @@ PushButton {
     required property RowModel row
     property bool first: false
     property bool last: false
+    readonly property Item stop: control
 
     implicitHeight: Theme.rowHeightFor(implicitContentHeight)
     leftPadding: Theme.contentInset(row.icon)
     rightPadding: Theme.inset
 
-    onClicked: row.tap()
+    hoverEnabled: true
+    onClicked: {
+        if (!activeFocus)
+            forceActiveFocus(Qt.OtherFocusReason); // so that the page comes back to this row
+        row.tap();
+    }
 
     Accessible.name: row.accessibleName
     Accessible.description: row.accessibleDescription
@@ -24,6 +30,7 @@ PushButton {
         first: control.first
         last: control.last
         down: control.down
+        hovered: control.hovered
         focused: control.visualFocus
     }
 }

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+class QJSEngine;
+class QKeyEvent;
+class QQmlEngine;
+
+namespace settings {
+
+/// What the events of a window tell of its keyboard. GUI thread.
+class Keyboard : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+    Q_PROPERTY(bool inUse READ inUse NOTIFY changed)
+    Q_PROPERTY(bool capsLock READ capsLock NOTIFY changed)
+
+  public:
+    static Keyboard* create(QQmlEngine* engine, QJSEngine* script);
+
+    /// The last press was of a key, and not of the mouse or a finger.
+    [[nodiscard]] bool inUse() const { return inUse_; }
+    /// Caps Lock is on, as far as letters have told: no event says so itself.
+    [[nodiscard]] bool capsLock() const { return capsLock_; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  signals:
+    void changed();
+
+  private:
+    explicit Keyboard(QObject* parent);
+    void note(const QKeyEvent& key);
+    void set(bool& part, bool value);
+
+    bool inUse_ = false;
+    bool capsLock_ = false;
+};
+
+} // namespace settings
