@@ -1,11 +1,13 @@
 import QtQuick
 
-// A text field. Hands on what was typed, if anything, at Enter and when the field or the window loses the focus.
+// A text field. Hands on what was typed, if anything, at Enter and when the field or the window loses the focus; Escape
+// takes it back.
 Cell {
     id: root
 
     required row
     readonly property alias field: field
+    readonly property Item stop: field
     readonly property bool keyboardFocus: field.focusReason === Qt.TabFocusReason || field.focusReason === Qt.BacktabFocusReason
 
     implicitHeight: Theme.rowHeightFor(Math.max(placeholder.implicitHeight, field.contentHeight))
@@ -33,10 +35,11 @@ Cell {
             id: field
 
             property bool edited: false
+            property string settled: "" // the text before it was edited
 
             anchors.fill: parent
             leftPadding: Theme.contentInset(root.icon)
-            rightPadding: Theme.inset
+            rightPadding: Math.max(Theme.inset, signs.width)
             echoMode: root.row.secure ? TextInput.Password : TextInput.Normal
             passwordCharacter: "•"
             passwordMaskDelay: 0
@@ -60,8 +63,9 @@ Cell {
             }
 
             function settle() {
-                if (!edited && text !== root.row.text)
-                    text = root.row.text;
+                settled = root.row.text;
+                if (!edited && text !== settled)
+                    restore();
                 showBeginning();
             }
             // A text that is too long is seen from its beginning, unless the user is writing in it.
@@ -73,7 +77,14 @@ Cell {
                 if (!edited)
                     return;
                 edited = false;
+                settled = text;
+                signs.item?.forget();
                 root.row.write(text);
+            }
+            function restore() {
+                edited = false;
+                text = settled;
+                signs.item?.forget();
             }
 
             Component.onCompleted: settle()
@@ -85,6 +96,15 @@ Cell {
                 showBeginning();
             }
             Window.onActiveChanged: if (!Window.active) handOn()
+            // The shortcut for going back would take the key first.
+            Keys.onShortcutOverride: event => event.accepted = edited && event.key === Qt.Key_Escape
+            // Brought back, a stored passcode would be taken for a typed one.
+            Keys.onPressed: event => event.accepted = root.row.secure && (event.matches(StandardKey.Undo) || event.matches(StandardKey.Redo))
+            Keys.onEscapePressed: event => {
+                event.accepted = edited;
+                if (edited)
+                    restore();
+            }
 
             Connections {
                 target: root.row
@@ -99,6 +119,13 @@ Cell {
                 text: root.row.placeholder
                 color: Theme.placeholder
                 Accessible.ignored: true
+            }
+            Loader {
+                id: signs
+
+                active: root.row.secure
+                anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
+                sourceComponent: PasscodeSigns { field: root.field }
             }
         }
     }
