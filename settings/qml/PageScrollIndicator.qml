@@ -1,19 +1,58 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// The thin bar that shows where a page stands while it scrolls.
+// The thin bar that shows where a page stands: while it scrolls, and while the mouse is over the page and can grab it.
 T.ScrollIndicator {
     id: root
 
-    padding: 3
-    Accessible.ignored: true
-    contentItem: Rectangle {
-        implicitWidth: 3
-        implicitHeight: 3
-        radius: 1.5
-        color: Theme.secondary
-        opacity: root.active && root.size < 1 ? 0.6 : 0
+    readonly property Flickable view: parent as Flickable
+    readonly property bool offered: over.hovered || grip.pressed
 
-        Behavior on opacity { enabled: Theme.animated; NumberAnimation { duration: Theme.fadeTime } }
+    padding: 3
+    implicitWidth: 16
+    minimumSize: 0.05
+    hoverEnabled: true
+    Accessible.ignored: true
+
+    HoverHandler {
+        id: over
+
+        parent: root.view
+        acceptedDevices: PointerDevice.Mouse
+    }
+    contentItem: Item {
+        Rectangle {
+            anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
+            width: root.hovered || grip.pressed ? 7 : 3
+            radius: width / 2
+            color: Theme.secondary
+            opacity: (root.active || root.offered) && root.size < 1 ? 0.6 : 0
+
+            Behavior on opacity { enabled: Theme.animated; NumberAnimation { duration: Theme.fadeTime } }
+        }
+        MouseArea {
+            id: grip
+
+            property real from // in the view
+            property real scrolled // when it was pressed
+
+            anchors { fill: parent; rightMargin: -root.rightPadding }
+            enabled: root.size < 1
+            preventStealing: true
+
+            // A finger scrolls the page itself.
+            onPressed: mouse => {
+                mouse.accepted = mouse.source === Qt.MouseEventNotSynthesized;
+                from = mapToItem(root, 0, mouse.y).y;
+                scrolled = root.view.contentY - root.view.originY;
+                root.view.cancelFlick();
+            }
+            onPositionChanged: mouse => {
+                const most = root.view.contentHeight - root.view.height;
+                const way = root.availableHeight * (1 - root.visualSize);
+                const y = scrolled + (mapToItem(root, 0, mouse.y).y - from) * most / way;
+                root.view.contentY = root.view.originY + Math.max(0, Math.min(most, y));
+            }
+        }
     }
 }
