@@ -6,7 +6,7 @@ T.ScrollIndicator {
     id: root
 
     readonly property Flickable view: parent as Flickable
-    readonly property bool offered: over.hovered || grip.pressed
+    readonly property bool near: hovered || grip.pressed
 
     padding: 3
     implicitWidth: 16
@@ -23,10 +23,10 @@ T.ScrollIndicator {
     contentItem: Item {
         Rectangle {
             anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
-            width: root.hovered || grip.pressed ? 7 : 3
+            width: root.near ? 7 : 3
             radius: width / 2
             color: Theme.secondary
-            opacity: (root.active || root.offered) && root.size < 1 ? 0.6 : 0
+            opacity: (root.active || over.hovered || root.near) && root.size < 1 ? 0.6 : 0
 
             Behavior on opacity { enabled: Theme.animated; NumberAnimation { duration: Theme.fadeTime } }
         }

@@ -58,15 +58,14 @@ FocusScope {
         const all = rows();
         const now = rowWithFocus();
         const end = rows => rows[by > 0 ? 0 : rows.length - 1]; // where one begins
-        const next = now && isInView(now) ? all[all.indexOf(now) + by] : end(all.filter(row => isSeen(row)));
+        let next = end(all.filter(row => isSeen(row)));
+        if (now && isInView(now))
+            next = all[all.indexOf(now) + by] ?? (now instanceof OptionRow ? end(all) : null); // options are a ring
         if (next && isNear(next, by))
-            focusOn(next, by);
-        else if (!next && now instanceof OptionRow) // options are a ring
-            focusOn(end(all), by);
+            next.stop.forceActiveFocus(by > 0 ? Qt.TabFocusReason : Qt.BacktabFocusReason);
         else
             scroller.scrollTo(scroller.contentY + by * scroller.line);
     }
-    function focusOn(row, by) { row.stop.forceActiveFocus(by > 0 ? Qt.TabFocusReason : Qt.BacktabFocusReason) }
 
     function topOf(item) { return item.mapToItem(groups, 0, 0).y + groups.y }
     function isInView(row) { return topOf(row) < scroller.contentY + height && topOf(row) + row.height > scroller.contentY }

@@ -41,8 +41,11 @@ PageStage {
             mouseMove(host, host.width / 2, 300);
             tryVerify(() => thumb().opacity > 0);
             const place = thumb().mapToItem(host, thumb().width / 2, 10);
+            compare(thumb().width, 3);
+            mouseMove(host, place.x, place.y);
+            tryCompare(thumb(), "width", 7);
+            compare(thumb().opacity, 0.6);
             mousePress(host, place.x, place.y);
-            verify(thumb().width > 3);
             for (const y of [100, 200, 300])
                 mouseMove(host, place.x, place.y + y);
             const middle = scroller().contentY;

@@ -10,8 +10,8 @@ PageStage {
         name: "RowKeys"
         stage: root
 
-        function page() { return find(host.item, item => item instanceof RowsPage) }
-        function scroller() { return find(page(), item => item instanceof Scroller) }
+        function page() { return Array.from(host.item.children).find(child => child.item instanceof RowsPage).item }
+        function scroller() { return Array.from(page().children).find(child => child instanceof Scroller) }
         function at() { return scroller().contentY }
         function end() { return scroller().contentHeight - scroller().height }
         function links(count, name = "Row") { return Array.from({ length: count }, (_, i) => aLink(name + " " + i)) }

@@ -15,7 +15,7 @@ from gi.repository import GLib
 
 from everything_pages import stored_before
 from harness.display import BAR, HEIGHT, WIDTH
-from harness.spoken import Spoken, children, role_of
+from harness.spoken import OPTION, Spoken, children, role_of
 from harness.waiting import LONG_ENOUGH, eventually, settled
 
 WAYS = ("pointer", "keyboard", "assistive")
@@ -124,7 +124,7 @@ class Everything(Spoken):
         settled(lambda: self.extents(item).y, f"{item.name} in its place")
 
     def focus_by_keyboard(self, window, control):
-        """The way of the keyboard leads to everything, wherever it begins."""
+        """The way of the keyboard leads to everything, wherever it begins; from option to option by arrows."""
         self.find_control(window, control)
         items = [(other, item) for other, item in self.looked_at[1]
                  if other.role not in (pyatspi.ROLE_PANEL, pyatspi.ROLE_LIST)]
@@ -132,7 +132,7 @@ class Everything(Spoken):
 
         def focused():
             return next((other for other, item in items if self.has_state(item, pyatspi.STATE_FOCUSED)), None)
-        self.lead_focus(window, "Tab", focused, control)
+        self.lead_focus(window, "Down" if control.role == OPTION else "Tab", focused, control)
 
     def lead_focus(self, window, key, focused, wanted):
         seen = []
