@@ -14,7 +14,7 @@ using namespace platform;
 namespace {
 
 constexpr double kNoise = 1e-6;  ///< of computing, in parts of a step
-constexpr double kFinest = 1e-6;   ///< than which no hand is finer
+constexpr double kFinest = 1e-6; ///< than which no hand is finer
 constexpr double kLong = 1e7;    ///< a number from which on only the first digits are shown
 constexpr int kLongDigits = 4;
 

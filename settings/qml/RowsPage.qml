@@ -1,8 +1,8 @@
 import QtQuick
 import Lumora
 
-// A page of rows: a column of groups that scrolls and keeps what has the focus in view. Up and Down lead from control to
-// control, and scroll where the next one is far; keys that a control has no use for scroll.
+// A page of rows: a column of groups that scrolls and keeps what has the focus in view. Up and Down lead from control
+// to control, and scroll where the next one is far; keys that a control has no use for scroll.
 FocusScope {
     id: root
 
@@ -20,15 +20,14 @@ FocusScope {
     }
 
     Keys.onPressed: event => {
-        const plain = !(event.modifiers & ~Qt.KeypadModifier);
-        const by = new Map([[Qt.Key_Up, -1], [Qt.Key_Down, 1]]).get(event.key)
-            ?? (rowWithFocus() instanceof OptionRow ? new Map([[Qt.Key_Left, -1], [Qt.Key_Right, 1]]).get(event.key) : undefined);
-        if (plain && by) {
-            event.accepted = true;
-            step(by);
-        } else {
+        const steps = new Map([[Qt.Key_Up, -1], [Qt.Key_Down, 1]]);
+        if (rowWithFocus() instanceof OptionRow)
+            steps.set(Qt.Key_Left, -1).set(Qt.Key_Right, 1);
+        event.accepted = steps.has(event.key) && !(event.modifiers & ~Qt.KeypadModifier);
+        if (event.accepted)
+            step(steps.get(event.key));
+        else
             scroller.keys.take(event);
-        }
     }
 
     // The rows that can have the focus.

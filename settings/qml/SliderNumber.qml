@@ -16,8 +16,9 @@ Item {
 
     function edit() {
         editor.active = true;
-        editor.item.forceActiveFocus(Qt.TabFocusReason);
-        editor.item.selectAll();
+        const field = editor.item as LineField;
+        field.forceActiveFocus(Qt.TabFocusReason);
+        field.selectAll();
     }
 
     Text {
@@ -34,15 +35,15 @@ Item {
     TextMetrics {
         id: widest
 
-        readonly property string longest: [root.row.minimum, root.row.maximum, root.row.number].map(number => root.row.shown(number))
-            .reduce((one, other) => one.length >= other.length ? one : other)
+        readonly property var ends: Array.from([root.row.minimum, root.row.maximum, root.row.number], number => root.row.shown(number))
+        readonly property string longest: ends.reduce((one, other) => one.length >= other.length ? one : other)
 
         font: label.font
         // Zero is the widest digit. At the usual size, the room beside the number is enough for the difference.
         text: Theme.textSize > 100 ? longest.replace(/[0-9]/g, "0") : longest
     }
     MouseArea {
-        anchors { fill: parent; margins: -10 }
+        anchors { fill: parent; leftMargin: -10; rightMargin: -Theme.inset }
         enabled: !editor.active
         onClicked: root.edit()
     }
