@@ -95,7 +95,7 @@ Row {
 
         Text {
             anchors.fill: parent
-            text: Array.from(root.typed, (known, i) => known === "1" ? root.text.charAt(i) : "•").join("")
+            text: parent.visible ? Array.from(root.typed, (known, i) => known === "1" ? root.text.charAt(i) : "•").join("") : ""
             textFormat: Text.PlainText
             font: root.field.font
             color: Theme.text
