@@ -89,7 +89,10 @@ Row {
     Rectangle {
         parent: root.field
         visible: eye.visible && eye.down
-        anchors { fill: parent; leftMargin: root.field.leftPadding; rightMargin: root.field.rightPadding; topMargin: 3; bottomMargin: 3 }
+        x: root.field.leftPadding
+        y: 3
+        width: root.field.width - root.field.leftPadding - root.field.rightPadding
+        height: root.field.height - 2 * y
         color: Theme.cell
         clip: true
 
