@@ -84,6 +84,15 @@ void UITableView::setViewport(double top, double bottom) {
     makeCells();
 }
 
+void UITableView::takeOver(const UITableView& former) {
+    layoutIfNeeded();
+    id_ = former.id_;
+    scrollRequest_ = former.scrollRequest_;
+    for (int i = 0; i < former.numberOfSections(); ++i)
+        setSectionHeights(i, former.layout_.section(i).headerHeight, former.layout_.section(i).footerHeight);
+    setViewport(former.top_, former.bottom_);
+}
+
 void UITableView::deselectRowAtIndexPath(NSIndexPath path, bool animated) {
     if (selected_ != path) return;
     selected_.reset();

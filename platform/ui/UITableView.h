@@ -102,8 +102,11 @@ class PLATFORM_EXPORT UITableView final : public UIView {
 
     // What follows is for the window.
 
-    /// Tells tables apart; no number comes twice in a process.
+    /// Tells tables apart; a number comes twice in a process only where a table has taken over from another.
     [[nodiscard]] std::uint64_t id() const { return id_; }
+    /// To the window, this table is the former one from now on: it has its id and heights, shows the same part, and asks
+    /// for no scrolling that the former one has asked for.
+    void takeOver(const UITableView& former);
 
     [[nodiscard]] const TableLayout& layout() const { return layout_; }
     void setSectionHeights(int section, double header, double footer);
@@ -134,7 +137,7 @@ class PLATFORM_EXPORT UITableView final : public UIView {
   private:
     void makeCells();
 
-    const std::uint64_t id_ = newId();
+    std::uint64_t id_ = newId();
     UITableViewStyle style_ = UITableViewStylePlain;
     UITableViewDataSource* dataSource_ = nullptr;
     UITableViewDelegate* delegate_ = nullptr;

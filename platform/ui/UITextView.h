@@ -32,11 +32,13 @@ class PLATFORM_EXPORT UITextView final : public UIView {
     [[nodiscard]] bool isSelectable() const { return selectable_; }
     void setSelectable(bool selectable) { selectable_ = selectable; }
 
-    /// Tells text views apart; no number comes twice in a process.
+    /// Tells text views apart; a number comes twice in a process only where a view has taken over from another.
     [[nodiscard]] std::uint64_t id() const { return id_; }
+    /// To the window, this view is the former one from now on.
+    void takeOver(const UITextView& former) { id_ = former.id_; }
 
   private:
-    const std::uint64_t id_ = newId();
+    std::uint64_t id_ = newId();
     std::shared_ptr<const std::string> text_ = std::make_shared<const std::string>();
     UIFontRef font_ = UIFont::systemFontOfSize(12.0);
     bool editable_ = true;

@@ -2,9 +2,14 @@
 
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/Unicode.h"
+#include "platform/messaging/CFMessagePort.h"
 #include "platform/services/PictureDecoder.h"
 #include "settings/app/DesktopLook.h"
+#include "settings/app/OneWindow.h"
 #include "settings/app/Pictures.h"
+#include "settings/app/Sigterm.h"
+#include "settings/app/WindowSize.h"
+#include "settings/model/DoubleClicks.h"
 #include "settings/model/TouchItem.h"
 
 #include <QFont>
@@ -60,6 +65,20 @@ void followDesktop(Shell& shell, const Options& options) {
     if (!options.textSize) QObject::connect(desktop, &DesktopLook::textSizeChosen, &shell, &Shell::setTextSize);
 }
 
+/// What only a person at the window needs.
+void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keepsSize) {
+    auto* doubleClicks = new DoubleClicks(&shell);
+    QObject::connect(&shell, &Shell::pagePushed, doubleClicks, &DoubleClicks::noteOpened);
+    window.installEventFilter(doubleClicks);
+    closeAtSigterm(window);
+    QObject::connect(&shell, &Shell::leaving, &window, [&window, &oneWindow, keepsSize] {
+        oneWindow.release();
+        // A window that fills the screen has another size when it does not.
+        if (keepsSize && window.visibility() == QWindow::Windowed)
+            keepWindowSize({double(window.width()), double(window.height())});
+    });
+}
+
 } // namespace
 
 int complain(const std::string& why) {
@@ -83,27 +102,38 @@ int runApplication(int argc, char** argv, const Options& asked) {
     TouchItem::wantEveryMove();
     QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
 
+    const auto bundle = options.bundle.value_or(platform::standardBundle());
     auto& shell = *new Shell;
+    OneWindow* oneWindow = nullptr;
+    if (!picturesOnly) {
+        oneWindow = new OneWindow(OneWindow::nameFor(bundle, platform::portsFolder()),
+                                  [&shell](const QString& page) { return shell.activate(page); });
+    }
     shell.setDark(options.dark.value_or(false));
     shell.setTextSize(options.textSize.value_or(100));
     if (!picturesOnly && !(options.dark && options.textSize)) followDesktop(shell, options);
-    shell.launch({options.bundle.value_or(platform::standardBundle()), options.page, contentSizeOf(options.size)},
-                 [picturesOnly](const std::string& why) {
-                     complain(why);
-                     // The code that takes pictures would go on waiting for the page.
-                     if (picturesOnly) std::_Exit(1);
-                 });
+    const bool keepsSize = !picturesOnly && !options.size;
+    const platform::CGSize size = options.size.value_or(keepsSize ? keptWindowSize().value_or(kUsualSize) : kUsualSize);
+    auto& engine = *new QQmlApplicationEngine;
+    if (const auto exitCode = oneWindow ? oneWindow->handOver(options.page) : std::nullopt) return *exitCode;
+    shell.launch({bundle, options.page, contentSizeOf(size), !picturesOnly}, [picturesOnly](const std::string& why) {
+        complain(why);
+        // The code that takes pictures would go on waiting for the page.
+        if (picturesOnly) std::_Exit(1);
+    });
     if (!picturesOnly) shell.followTweak();
 
-    auto& engine = *new QQmlApplicationEngine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)},
-                                 {QStringLiteral("width"), options.size.width},
-                                 {QStringLiteral("height"), options.size.height}});
+                                 {QStringLiteral("width"), size.width},
+                                 {QStringLiteral("height"), size.height}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/Main.qml")));
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return complain("the window's own files cannot be loaded");
-    if (!picturesOnly) return QGuiApplication::exec();
+    if (oneWindow) {
+        attend(*window, shell, *oneWindow, keepsSize);
+        return QGuiApplication::exec();
+    }
 
     Pictures pictures(shell, *window, std::chrono::milliseconds(qint64(options.timeout * 1000)),
                       [](const std::string& why) { std::_Exit(complain(why)); });

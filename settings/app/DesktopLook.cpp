@@ -1,6 +1,7 @@
 #include "settings/app/DesktopLook.h"
 
 #include "settings/app/Options.h"
+#include "settings/app/SessionBus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -20,11 +21,6 @@ const QString kColors = QStringLiteral("org.freedesktop.appearance");
 const QString kDark = QStringLiteral("color-scheme");
 const QString kTexts = QStringLiteral("org.gnome.desktop.interface");
 const QString kSize = QStringLiteral("text-scaling-factor");
-
-/// Without an address, the connection would look for a bus by itself, or even start one, and wait for it.
-bool hasSessionBus() {
-    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS");
-}
 
 /// Older portals wrap their answer in one variant too many.
 QVariant unwrapped(QVariant value) {

@@ -12,8 +12,14 @@ namespace {
 constexpr int kWrongUse = 2;
 constexpr double kLargestSide = 8192;
 
-/// Reads "390x844".
-std::optional<platform::CGSize> readSize(const std::string& text) {
+/// Why the text cannot name a class; empty when it can.
+std::string isName(const std::string& text) {
+    return platform::isUtf8(text) ? "" : "a name is UTF-8";
+}
+
+} // namespace
+
+std::optional<platform::CGSize> sizeFrom(const std::string& text) {
     platform::CGSize size;
     const char* const end = text.data() + text.size();
     const auto width = std::from_chars(text.data(), end, size.width);
@@ -23,13 +29,6 @@ std::optional<platform::CGSize> readSize(const std::string& text) {
     const auto fits = [](double side) { return side >= 1 && side <= kLargestSide; };
     return fits(size.width) && fits(size.height) ? std::optional(size) : std::nullopt;
 }
-
-/// Why the text cannot name a class; empty when it can.
-std::string isName(const std::string& text) {
-    return platform::isUtf8(text) ? "" : "a name is UTF-8";
-}
-
-} // namespace
 
 Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     Options options;
@@ -43,7 +42,7 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     app.set_version_flag("--version", "lumora-settings " LUMORA_VERSION);
     app.add_option("--root", options.root, "The folder that stands for the device's \"/\"")->type_name("DIR");
     app.add_option("--bundle", options.bundle, "The settings bundle, in place of the device's own")->type_name("PATH");
-    app.add_option("--page", options.page, "Open straight at this page class")->type_name("CLASS")->check(isName);
+    app.add_option("--page", options.page, "Open at this page class, upon those that lead there")->type_name("CLASS")->check(isName);
     auto* grab = app.add_option("--grab", options.grab, "Save a picture of the page, and end")->type_name("FILE.png");
     auto* tour =
         app.add_option("--tour", options.tour, "Save pictures of every page in a folder, and end")->type_name("DIR");
@@ -63,9 +62,9 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     app.add_option("--text-size", options.textSize, "How large texts are, whatever the desktop's setting (usual: 100)")
         ->type_name("PERCENT")
         ->check(CLI::Range(kSmallestTexts, kLargestTexts));
-    app.add_option("--size", size, "The window's size (default: 390x844)")
+    app.add_option("--size", size, "The window's size (default: as it was closed last, 390x844 at first)")
         ->type_name("WxH")
-        ->check([](const std::string& text) { return readSize(text) ? "" : "is no size such as 390x844: " + text; });
+        ->check([](const std::string& text) { return sizeFrom(text) ? "" : "is no size such as 390x844: " + text; });
     app.footer("Exit codes: 0 done, 1 failed, 2 wrong use.");
     try {
         app.parse(argc, argv);
@@ -74,7 +73,7 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
         return options;
     }
     if (dark || light) options.dark = dark;
-    if (!size.empty()) options.size = *readSize(size);
+    if (!size.empty()) options.size = *sizeFrom(size);
     return options;
 }
 

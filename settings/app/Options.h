@@ -19,13 +19,19 @@ struct Options {
     double timeout = 30;  ///< seconds; a plug-in that never answers takes 10 of them at each start
     bool verbose = false; ///< what pages log goes to standard error too
     std::optional<bool> dark;
-    std::optional<int> textSize;     ///< in percent
-    platform::CGSize size{390, 844}; ///< of the window, in points
+    std::optional<int> textSize;          ///< in percent
+    std::optional<platform::CGSize> size; ///< of the window, in points
 };
+
+/// The window's size unless another one is asked for or kept, in points.
+inline constexpr platform::CGSize kUsualSize{390, 844};
 
 /// How small and how large texts can be, in percent of their usual size.
 inline constexpr int kSmallestTexts = 50;
 inline constexpr int kLargestTexts = 300;
+
+/// Reads a window's size, such as "390x844"; nothing for any other text.
+[[nodiscard]] std::optional<platform::CGSize> sizeFrom(const std::string& text);
 
 /// Reads the command line. For --help, --version and wrong use, where nothing is left to do, prints the answer and sets
 /// `exitCode`.

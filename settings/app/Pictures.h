@@ -46,6 +46,10 @@ class Pictures : private QObject {
     /// Called for a row of the page of that name that leads to a page that does not exist.
     virtual void missPage(const std::string& /*name*/, const RowSnapshot& /*link*/) {}
     void takePicture(const std::string& name, bool dark);
+    /// Gives the window another size, of which the page hears.
+    void resize(QSize size);
+    void perform(std::function<void(Navigation&)> work);
+    void waitUntil(const std::function<bool()>& condition, const std::function<std::string()>& awaited);
     /// Shows the top page, as if it were the only one, with that message presented over it; null for none.
     void present(std::shared_ptr<const ComposerSnapshot> composer);
     [[nodiscard]] QQuickWindow& window() const { return window_; }
@@ -63,14 +67,11 @@ class Pictures : private QObject {
     void visitComposer();
     void save(const std::filesystem::path& file);
     [[nodiscard]] bool showsPage() const;
-    void resize(QSize size);
     bool scroll(bool toEnd);
     void settle();
     void draw();
     void openAnew();
     std::string pictureName(const PageSnapshot& page);
-    void perform(std::function<void(Navigation&)> work);
-    void waitUntil(const std::function<bool()>& condition, const std::function<std::string()>& awaited);
     [[nodiscard]] std::string awaitedPage() const;
 
     Shell& shell_;

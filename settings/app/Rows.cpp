@@ -28,7 +28,8 @@ int printRows(const Options& options) {
     auto& host = *new Host([page](const StackSnapshot& stack) {
         if (!stack.pages.empty()) page->last = stack.pages.back();
     });
-    host.launch({options.bundle.value_or(platform::standardBundle()), *options.rows, contentSizeOf(options.size)},
+    host.launch({options.bundle.value_or(platform::standardBundle()), *options.rows,
+                 contentSizeOf(options.size.value_or(kUsualSize))},
                 [page, &host](const Result<void>& opened) {
                     if (!opened) return page->written.set_value(Result<std::string>::failure(opened.error()));
                     host.post([page](Navigation& navigation) {

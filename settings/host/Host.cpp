@@ -27,14 +27,17 @@ Result<void> openBundle(Navigation& navigation, const Launch& launch) {
         return Result<void>::failure("the settings bundle cannot be loaded: " + loaded.error());
 
     const bool first = launch.page.empty() || launch.page.front() == '/';
-    const platform::Class page = first ? bundle->principalClass() : platform::NSClassFromString(launch.page);
+    const platform::Class firstPage = bundle->principalClass();
+    const platform::Class page = first ? firstPage : platform::NSClassFromString(launch.page);
     if (!page) {
         return Result<void>::failure(first ? "the settings bundle " + launch.bundle.string() + " names no page"
                                            : "there is no page class " + launch.page);
     }
     // The first page has no row that opened it and could give it a title.
-    const std::string title = page == bundle->principalClass() ? bundle->bundlePath().stem().string() : page->name;
-    if (!navigation.open(page, title)) return Result<void>::failure(page->name + " makes no page");
+    const std::string firstTitle = bundle->bundlePath().stem().string();
+    if (launch.byWay && firstPage && page != firstPage && navigation.openByWay(firstPage, firstTitle, page)) return {};
+    if (!navigation.open(page, page == firstPage ? firstTitle : page->name))
+        return Result<void>::failure(page->name + " makes no page");
     // A way ends early where a page has no such row any more.
     std::istringstream way(first ? launch.page : "");
     std::string name;

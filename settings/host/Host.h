@@ -24,6 +24,7 @@ struct Launch {
     /// A page class, or a way from the first page, as "/AppsController/AutoUnlockController"; empty for the first page.
     std::string page;
     platform::CGSize contentSize; ///< in points, of what is under the navigation bar
+    bool byWay = false;           ///< a class opens with the pages below it that lead there, where links do
 };
 
 /// Whether the main thread is waiting for the tweak's answer. Any thread.

@@ -1,14 +1,9 @@
 #include "settings/host/Navigation.h"
 
-#include "platform/foundation/Result.h"
 #include "platform/foundation/Unicode.h"
-#include "platform/messaging/Dispatch.h"
-#include "platform/preferences/PSListItemsController.h"
 #include "settings/host/SnapshotOf.h"
 
 #include <algorithm>
-#include <chrono>
-#include <exception>
 #include <iostream>
 #include <utility>
 
@@ -17,14 +12,6 @@ namespace settings {
 using namespace platform;
 
 namespace {
-
-/// A page that has settings of an earlier answer does not wait for its own, which takes a hundredth of this.
-constexpr std::chrono::milliseconds kTimeForAnswer{30};
-
-std::uint64_t nextPageId() {
-    static std::uint64_t last = 0;
-    return ++last;
-}
 
 /// The row at a position, null when the page has no such row.
 PSSpecifierRef rowAt(PSListController& page, std::size_t row) {
@@ -49,23 +36,6 @@ bool hears(PSListController& page, const Event& event) {
     return edited ? isField(*edited) : std::holds_alternative<TableScrolled>(event);
 }
 
-/// Runs code of a page, which may be a stranger's. Fails when it throws.
-Result<void> attempt(const std::function<void()>& work) {
-    try {
-        work();
-        return {};
-    } catch (const std::exception& thrown) {
-        return Result<void>::failure(*thrown.what() ? thrown.what() : "it throws an exception without a word");
-    } catch (...) {
-        return Result<void>::failure("it throws what is no exception");
-    }
-}
-
-/// Either text may be a stranger's.
-void complain(const std::string& className, const char* ofWhat, const std::string& fault) {
-    std::cerr << "lumora-settings: the page " << printable(className) << ofWhat << printable(fault) << std::endl;
-}
-
 /// Says on standard error what the page keeps silent about: why a message was not sent, and where its draft is.
 void report(const MFMailComposeViewController& composer) {
     if (!composer.isOver()) return; // the sheet still says why
@@ -79,56 +49,6 @@ void report(const MFMailComposeViewController& composer) {
 } // namespace
 
 Navigation::Navigation(Show show) : show_(std::move(show)) {
-}
-
-bool Navigation::openFromRow(const std::string& className) {
-    const PSSpecifierList rows = pages_.back().controller->specifiers();
-    if (!rows) return false;
-    const auto row = std::ranges::find_if(*rows, [&](const auto& one) { return one->detail().name() == className; });
-    return row != rows->end() && open((*row)->detail().resolve(), (*row)->name(), *row);
-}
-
-bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifierRef& row) {
-    return openAt(Place::above, pageClass, title, row);
-}
-
-bool Navigation::openAt(Place place, Class pageClass, const std::string& title, const PSSpecifierRef& row) {
-    if (!pageClass) return false;
-    publish(Opening{pageClass->name, title});
-    const std::vector<OpenPage> before = pages_;
-    bool isOpen = false;
-    const Result<void> opened = attempt([&] {
-        auto page = std::dynamic_pointer_cast<PSListController>(pageClass->make());
-        if (!page) return;
-        if (!title.empty()) page->setTitle(title);
-        page->setSpecifier(row);
-        // The answer to the page's own request may still come later, and then the rows show what was answered before.
-        if (!page->hostsView()) dispatch_wait_until_idle(kTimeForAnswer);
-        if (place == Place::insteadOfTop) pages_.pop_back();
-        pages_.push_back({nextPageId(), std::move(page), pageClass, nullptr});
-        appear(place == Place::above && pages_.size() > 1);
-        isOpen = true;
-    });
-    if (isOpen) return true;
-    if (!opened) complain(pageClass->name, " does not open: ", opened.error());
-    pages_ = before;
-    publish();
-    return false;
-}
-
-bool Navigation::run(const std::function<void(Navigation&)>& work) {
-    Result<void> done = attempt([&] { work(*this); });
-    const bool sound = bool(done);
-    while (!done && !pages_.empty()) {
-        complain(pages_.back().pageClass->name, " fails: ", done.error());
-        if (pages_.size() == 1) {
-            publish(); // so that it is not shown as still being opened
-            break;
-        }
-        pages_.pop_back();
-        done = attempt([this] { appear(true); });
-    }
-    return sound;
 }
 
 void Navigation::handle(std::uint64_t id, const Event& event) {
@@ -220,28 +140,25 @@ void Navigation::take(OpenPage& page, const Composed& composed) {
     }
 }
 
-void Navigation::back(std::uint64_t id) {
-    const OpenPage* page = pageOnTop(id);
-    if (!page || pages_.size() < 2 || page->controller->presentedViewController()) return;
-    pages_.pop_back();
-    appear(true);
-}
-
-void Navigation::reload(std::uint64_t id) {
-    const OpenPage* page = pageOnTop(id);
-    if (!page || page->controller->presentedViewController()) return;
-    openAt(Place::insteadOfTop, page->pageClass, page->snapshot->title, page->controller->specifier());
-}
-
 void Navigation::setContentSize(CGSize size) {
     // A window that is still being set up has no room for a page, and what shrinks to nothing does not grow back alike.
     if (size == contentSize_ || size.width <= 0 || size.height <= 0) return;
     contentSize_ = size;
     if (pages_.empty()) return;
     OpenPage& top = pages_.back();
-    if (!top.controller->view()) return;
-    top.controller->view()->setFrame({{0, 0}, size});
-    if (top.controller->hostsView()) refresh(top); // rows are laid out where they are drawn
+    fit(top);
+    if (top.controller->hostsView() && top.controller->view()) refresh(top); // rows are laid out where they are drawn
+}
+
+void Navigation::appearAnew(std::uint64_t id) {
+    OpenPage* page = pageOnTop(id);
+    if (!page || page->controller->presentedViewController() || !page->snapshot->keepsPlaces) return;
+    if (page->madeFor == contentSize_) return;
+    const std::shared_ptr<UIView> former = page->controller->view();
+    announceAppearance(*page);
+    makeView(*page, false);
+    if (const auto& view = page->controller->view(); view && view != former) takeOver(*view, *former);
+    showAppeared(*page);
 }
 
 std::shared_ptr<PSListController> Navigation::topPage() const {
@@ -250,15 +167,43 @@ std::shared_ptr<PSListController> Navigation::topPage() const {
 
 void Navigation::appear(bool animated) {
     OpenPage& top = pages_.back();
-    PSListController& page = *top.controller;
+    announceAppearance(top);
+    makeView(top, animated);
+    showAppeared(top);
+}
+
+/// Making the view of a page again may block for good too.
+void Navigation::announceAppearance(const OpenPage& page) {
     touches_.cancel();
-    if (top.snapshot)
-        publish(Opening{top.pageClass->name, top.snapshot->title}); // making its view again may block for good too
-    if (page.view()) page.view()->setFrame({{0, 0}, contentSize_});
-    page.viewWillAppear(animated);
-    refresh(top);
+    if (page.snapshot) publish(Opening{page.pageClass->name, page.snapshot->title});
+}
+
+void Navigation::makeView(OpenPage& page, bool animated) {
+    const std::shared_ptr<UIView> former = page.controller->view();
+    if (former) former->setFrame({{0, 0}, contentSize_});
+    page.controller->viewWillAppear(animated);
+    if (page.controller->view() != former) page.madeFor = contentSize_;
+    fit(page);
+}
+
+/// Has the page's view fill the page. What keeps its place stays in reach: the view is as large as it was made.
+void Navigation::fit(OpenPage& page) const {
+    const auto& view = page.controller->view();
+    if (!view) return;
+    CGSize size = contentSize_;
+    if (page.controller->hostsView()) {
+        const CGSize reach = reachOf(*view);
+        size.width = std::max(size.width, std::min(reach.width, page.madeFor.width));
+        size.height = std::max(size.height, std::min(reach.height, page.madeFor.height));
+    }
+    view->setFrame({{0, 0}, size});
+}
+
+void Navigation::showAppeared(OpenPage& page) {
+    refresh(page);
     // Something may change by itself in a view, such as an icon that is drawn after its row.
-    if (page.hostsView() && page.view()) page.view()->watchContents(whileOnTop(top.id, &Navigation::refresh));
+    const auto& view = page.controller->view();
+    if (page.controller->hostsView() && view) view->watchContents(whileOnTop(page.id, &Navigation::refresh));
 }
 
 /// Shows what a button has presented, and every change of it.
@@ -287,8 +232,12 @@ std::function<void()> Navigation::whileOnTop(std::uint64_t id, void (Navigation:
 
 /// Shows the page as it is now.
 void Navigation::refresh(OpenPage& page) {
-    page.snapshot = std::make_shared<const PageSnapshot>(snapshotOf(*page.controller, page.pageClass->name, page.id));
+    look(page);
     publish();
+}
+
+void Navigation::look(OpenPage& page) {
+    page.snapshot = std::make_shared<const PageSnapshot>(snapshotOf(*page.controller, page.pageClass->name, page.id));
 }
 
 /// Shows the page as it was shown last, with one change.

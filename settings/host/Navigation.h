@@ -3,6 +3,7 @@
 #include "platform/preferences/PSListController.h"
 #include "platform/ui/UITableView.h"
 #include "settings/host/Event.h"
+#include "settings/host/WayTo.h"
 
 #include <cstdint>
 #include <functional>
@@ -34,6 +35,13 @@ class Navigation {
     /// Opens the page that a row of the page on top leads to. False when no row names that class, or the page does not open.
     bool openFromRow(const std::string& className);
 
+    /// Opens a page with all pages that lead there from a first page of that class, which nobody sees before it. False,
+    /// with nothing open, when no link leads there.
+    bool openByWay(platform::Class first, const std::string& title, platform::Class target);
+    /// Goes to a page by the way from the first page, or opens it on top when no link leads there. Does nothing for null,
+    /// when that page is on top, or when the page on top presents something.
+    void goTo(platform::Class target);
+
     /// Does work in which pages may throw. If one does, the page on top is closed unless it is the first, and a line on
     /// standard error says why. False then.
     bool run(const std::function<void(Navigation&)>& work);
@@ -45,8 +53,12 @@ class Navigation {
     /// Opens the page's class again, in place of the page; the page stays if that fails.
     void reload(std::uint64_t page);
     /// Takes the new size of the content area, in points. The page's view always fills it. What is in that view follows
-    /// by its resizing mask, or without one keeps its frame until the page appears again.
+    /// by its resizing mask, or without one keeps its frame until the page appears again; the view is as large as that
+    /// takes, if the page was so large.
     void setContentSize(platform::CGSize size);
+    /// Lets a page appear again, for its present size, if what is in its view was made for another and has kept its place.
+    /// To the window, the new table or text is the former one.
+    void appearAnew(std::uint64_t page);
 
     /// The page on top, null when none is open.
     [[nodiscard]] std::shared_ptr<platform::PSListController> topPage() const;
@@ -56,10 +68,17 @@ class Navigation {
         std::uint64_t id;
         std::shared_ptr<platform::PSListController> controller;
         platform::Class pageClass;
-        std::shared_ptr<const PageSnapshot> snapshot;
+        std::shared_ptr<const PageSnapshot> snapshot{};
+        platform::CGSize madeFor{}; ///< the content area when its view was made
     };
     enum class Place : unsigned char { above, insteadOfTop };
 
+    std::shared_ptr<platform::PSListController> make(platform::Class pageClass, const std::string& title,
+                                                     const platform::PSSpecifierRef& row);
+    void push(std::shared_ptr<platform::PSListController> page, platform::Class pageClass);
+    bool change(platform::Class pageClass, const std::function<bool()>& work);
+    std::vector<Step> wayFromFirst(platform::Class target);
+    bool take(std::vector<Step> way);
     bool openAt(Place place, platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row);
     void take(OpenPage& page, const RowTapped& tap);
     void take(OpenPage& page, const ValueChanged& change);
@@ -71,10 +90,15 @@ class Navigation {
     void take(OpenPage& page, const Composed& composed);
     void changeTable(OpenPage& page, const std::function<void(platform::UITableView&)>& change);
     void appear(bool animated);
+    void announceAppearance(const OpenPage& page);
+    void makeView(OpenPage& page, bool animated);
+    void fit(OpenPage& page) const;
+    void showAppeared(OpenPage& page);
     void watchComposer(OpenPage& page);
     void showComposer(OpenPage& page);
     [[nodiscard]] std::function<void()> whileOnTop(std::uint64_t id, void (Navigation::*show)(OpenPage&));
     void refresh(OpenPage& page);
+    static void look(OpenPage& page);
     void amend(OpenPage& page, const std::function<void(PageSnapshot&)>& change);
     void publish(std::optional<Opening> opening = {});
     OpenPage* pageOnTop(std::uint64_t id);

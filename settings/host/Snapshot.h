@@ -132,6 +132,7 @@ struct PageSnapshot {
     std::shared_ptr<const TextSnapshot> text;   ///< the text view in that view, when it has one
     std::vector<ElementSnapshot> elements;      ///< of that view, back to front; frames are on the page
     bool hostsView = false;
+    bool keepsPlaces = false; ///< what is in that view stays where it is when the page gets another size
     std::shared_ptr<const ComposerSnapshot> composer; ///< what the page presents over itself, null for nothing
     bool presentsAnimated = true;                     ///< whether that slides in and, once it is null, out
 };

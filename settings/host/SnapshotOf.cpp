@@ -155,6 +155,10 @@ void addElements(std::vector<ElementSnapshot>& elements, const UIView& view, con
         addElements(elements, *subview, page);
 }
 
+bool staysAsItIs(const std::shared_ptr<UIView>& part) {
+    return !part->isHidden() && part->autoresizingMask() == UIViewAutoresizingNone;
+}
+
 ViewSnapshot pictureOf(const UIView& view) {
     const auto* picture = dynamic_cast<const UIImageView*>(&view);
     ViewSnapshot shown{
@@ -168,6 +172,7 @@ ViewSnapshot pictureOf(const UIView& view) {
 void addView(PageSnapshot& shown, UIView& view) {
     if (view.isHidden()) return;
     shown.view = std::make_shared<const ViewSnapshot>(settings::snapshotOf(view));
+    shown.keepsPlaces = keepsPlaces(view);
     if (auto* table = firstIn<UITableView>(view))
         shown.table = std::make_shared<const TableSnapshot>(snapshotOf(*table));
     if (const auto* text = firstIn<UITextView>(view))
@@ -218,6 +223,28 @@ void addComposer(PageSnapshot& shown, const PSListController& page) {
 
 UITableView* tableOf(const PSListController& page) {
     return page.hostsView() && page.view() ? firstIn<UITableView>(*page.view()) : nullptr;
+}
+
+bool keepsPlaces(const UIView& view) {
+    return std::ranges::any_of(view.subviews(), staysAsItIs);
+}
+
+CGSize reachOf(const UIView& view) {
+    CGSize reach;
+    for (const auto& part : view.subviews()) {
+        if (!staysAsItIs(part)) continue;
+        const auto& [origin, size] = part->frame();
+        reach.width = std::max(reach.width, origin.x + size.width);
+        reach.height = std::max(reach.height, origin.y + size.height);
+    }
+    return reach;
+}
+
+void takeOver(UIView& view, UIView& former) {
+    auto* table = firstIn<UITableView>(view);
+    if (const auto* before = firstIn<UITableView>(former); table && before) table->takeOver(*before);
+    auto* text = firstIn<UITextView>(view);
+    if (const auto* before = firstIn<UITextView>(former); text && before) text->takeOver(*before);
 }
 
 ViewSnapshot snapshotOf(UIView& view) {

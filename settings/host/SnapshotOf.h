@@ -2,6 +2,7 @@
 
 #include "platform/mail/MFMailComposeViewController.h"
 #include "platform/preferences/PSListController.h"
+#include "platform/ui/CGGeometry.h"
 #include "platform/ui/UITableView.h"
 #include "settings/host/Snapshot.h"
 
@@ -28,6 +29,15 @@ void addComposer(PageSnapshot& shown, const platform::PSListController& page);
 
 /// The first table in a page's view, which may be the view itself; null for none.
 [[nodiscard]] platform::UITableView* tableOf(const platform::PSListController& page);
+
+/// Whether something in a page's view has no resizing mask, and so keeps its place and size whatever the page's size is.
+[[nodiscard]] bool keepsPlaces(const platform::UIView& view);
+
+/// How far what has no resizing mask reaches in a page's view.
+[[nodiscard]] platform::CGSize reachOf(const platform::UIView& view);
+
+/// Has the table and the text in a page's new view take over from those in its former one.
+void takeOver(platform::UIView& view, platform::UIView& former);
 
 /// A view and all that is seen in it, after it has laid itself out and drawn.
 [[nodiscard]] ViewSnapshot snapshotOf(platform::UIView& view);

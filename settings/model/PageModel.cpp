@@ -29,6 +29,10 @@ PageModel::PageModel(SendEvent send, std::shared_ptr<const PageSnapshot> page, Q
     readParts();
 }
 
+QSizeF PageModel::viewSize() const {
+    return page_->view ? QSizeF(page_->view->frame.size.width, page_->view->frame.size.height) : QSizeF();
+}
+
 void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
     if (page == page_) return;
     const bool sameRows = std::ranges::equal(rows_, page->rows, &RowModel::isSameRow);

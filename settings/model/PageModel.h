@@ -8,6 +8,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QSizeF>
 #include <QString>
 #include <QtQml/qqmllist.h>
 #include <QtQml/qqmlregistration.h>
@@ -49,6 +50,7 @@ class PageModel : public QObject {
 
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(bool hostsView READ hostsView NOTIFY viewChanged)
+    Q_PROPERTY(QSizeF viewSize READ viewSize NOTIFY viewChanged)
     Q_PROPERTY(settings::TableModel* table READ table NOTIFY partsChanged)
     Q_PROPERTY(settings::TextModel* text READ text NOTIFY partsChanged)
     Q_PROPERTY(QQmlListProperty<settings::ElementModel> elements READ drawnElements NOTIFY elementsChanged)
@@ -61,6 +63,8 @@ class PageModel : public QObject {
 
     [[nodiscard]] QString title() const { return QString::fromStdString(page_->title); }
     [[nodiscard]] bool hostsView() const { return page_->hostsView; }
+    /// Of the view that it hosts, which is larger than the page while that was turned; empty for none.
+    [[nodiscard]] QSizeF viewSize() const;
     /// Null when the page has no table.
     [[nodiscard]] TableModel* table() const { return table_; }
     /// Null when the page has no text.

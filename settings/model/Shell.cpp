@@ -26,6 +26,8 @@ namespace {
 
 constexpr auto kNoticeable = 200ms;
 constexpr auto kMoment = 20ms;
+/// A window that is being turned or dragged to another size tells of many, and each appearance asks the tweak.
+constexpr auto kTurnAtMost = 150ms;
 constexpr auto kBothTimeOuts =
     std::chrono::round<std::chrono::milliseconds>(1s * (lumora::kSendTimeout + lumora::kReceiveTimeout));
 constexpr auto kSpare = 200ms;
@@ -45,11 +47,15 @@ Shell::Shell()
     : host_(*new Host([this](StackSnapshot stack) { later([this, stack = std::move(stack)] { take(stack); }); })) {
     looks_.setInterval(kNoticeable);
     connect(&looks_, &QTimer::timeout, this, &Shell::look);
+    turned_.setSingleShot(true);
+    turned_.setInterval(kTurnAtMost);
+    connect(&turned_, &QTimer::timeout, this, &Shell::appearAnew);
 }
 
 void Shell::launch(Launch launch, std::function<void(const std::string&)> failed) {
     setBusy(+1);
     page_ = launch.page;
+    contentSize_ = {launch.contentSize.width, launch.contentSize.height};
     host_.launch(std::move(launch), [this, failed = std::move(failed)](const platform::Result<void>& result) {
         later([this, failed, result] {
             setBusy(-1);
@@ -148,7 +154,15 @@ void Shell::reload() {
 }
 
 void Shell::setContentSize(const QSizeF& size) {
+    if (std::exchange(contentSize_, size) == size) return;
+    turned_.start();
     post([size](Navigation& navigation) { navigation.setContentSize({size.width(), size.height()}); });
+}
+
+void Shell::appearAnew() {
+    if (!topPage() || !topPage()->keepsPlaces || isComposing()) return;
+    emit aboutToAppearAnew();
+    post([page = topPage()->id](Navigation& navigation) { navigation.appearAnew(page); });
 }
 
 void Shell::pageGone(PageModel* page) {
@@ -177,7 +191,8 @@ void Shell::restart() {
 
 /// An option list is not part of it: only its row can open it. Nor has a page a way that was opened without one.
 std::string Shell::wayToHere() const {
-    if (!page_.empty() && page_.front() != '/') return page_;
+    const bool isClass = !page_.empty() && page_.front() != '/';
+    if (isClass && (pages_.empty() || pages_.front()->snapshot().className == page_)) return page_;
     std::vector<std::string> classes;
     for (const PageModel* page : pages_)
         classes.push_back(page->snapshot().className);
@@ -188,7 +203,17 @@ std::string Shell::wayToHere() const {
     return way;
 }
 
+bool Shell::activate(const QString& className) {
+    const std::string name = className.section('/', -1).toStdString(); // the end of a way
+    const bool isLoaded = !pages_.empty();
+    if (isLoaded && !name.empty() && !platform::NSClassFromString(name)) return false;
+    emit activated(!name.empty());
+    if (!name.empty()) post([name](Navigation& navigation) { navigation.goTo(platform::NSClassFromString(name)); });
+    return true;
+}
+
 void Shell::leave() {
+    emit leaving();
     for (QWindow* window : QGuiApplication::topLevelWindows())
         window->hide();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); // so that it is gone from the screen
@@ -223,6 +248,7 @@ void Shell::take(const StackSnapshot& stack) {
     while (common < pages_.size() && common < stack.pages.size() &&
            pages_[common]->snapshot().id == stack.pages[common]->id)
         ++common;
+    const bool alone = common > 0 && common == pages_.size() && stack.pages.size() == common + 1;
     const bool replaces = common + 1 == pages_.size() && pages_.size() == stack.pages.size();
     if (common < pages_.size()) {
         pages_.resize(common);
@@ -232,7 +258,7 @@ void Shell::take(const StackSnapshot& stack) {
         pages_[i]->read(stack.pages[i]);
     for (std::size_t i = common; i < stack.pages.size(); ++i) {
         pages_.push_back(new PageModel(sendTo(stack.pages[i]->id), stack.pages[i], this));
-        replaces ? emit pageReplaced(pages_.back()) : emit pagePushed(pages_.back());
+        replaces ? emit pageReplaced(pages_.back()) : emit pagePushed(pages_.back(), alone);
     }
     opening_ = stack.opening;
     if (waiting()) emit waitingChanged();

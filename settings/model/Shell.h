@@ -81,11 +81,15 @@ class Shell : public QObject {
     Q_INVOKABLE void back();
     /// Opens the page on top anew.
     Q_INVOKABLE void reload();
+    /// In points. A moment after the last change, a page whose view has not followed appears anew.
     Q_INVOKABLE void setContentSize(const QSizeF& size);
     /// Deletes a popped page, which is no longer drawn.
     Q_INVOKABLE void pageGone(settings::PageModel* page);
     /// Starts the program again in this process, with the same arguments, and goes to where the user is.
     Q_INVOKABLE void restart();
+    /// Another start of the program has ended in favour of this one: comes to the front, and goes to that page
+    /// unless the name is empty. False when there is no such page.
+    bool activate(const QString& className);
     /// For closing the window: lets what is under way end, and ends the process.
     Q_INVOKABLE void leave();
 
@@ -99,7 +103,14 @@ class Shell : public QObject {
     void lookChanged();
     void waitingChanged();
     void tweakChanged();
-    void pagePushed(settings::PageModel* page);
+    /// The window is to come to the front and, if a page is asked for, make ready to leave the one on top.
+    void activated(bool forPage);
+    /// The process is about to end.
+    void leaving();
+    /// The page on top is about to appear anew: what the user holds in it is to be put back.
+    void aboutToAppearAnew();
+    /// `alone` when it is the only one that comes, upon a page that is seen.
+    void pagePushed(settings::PageModel* page, bool alone);
     /// It stands where the last one stood.
     void pageReplaced(settings::PageModel* page);
     /// `depth` pages are left.
@@ -116,6 +127,7 @@ class Shell : public QObject {
     void look();
     void lookForTweak();
     void restartIfForgotten();
+    void appearAnew();
     void noteChange(const Event& event);
     [[nodiscard]] std::string wayToHere() const;
 
@@ -126,6 +138,8 @@ class Shell : public QObject {
     Patience patience_ = Patience::fresh;
     bool asksTweak_ = false; ///< the main thread waits for the tweak instead of working
     QTimer looks_;
+    QSizeF contentSize_;  ///< as the main thread was told last
+    QTimer turned_;       ///< runs out once the window keeps its size
     QElapsedTimer since_; ///< when the main thread began to work, or to wait for the tweak
     std::string page_;    ///< the page that was asked for
     QString fault_;       ///< why there is no first page

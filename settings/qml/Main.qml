@@ -37,17 +37,20 @@ Window {
         if (activeFocusItem)
             activeFocusItem.focus = false;
     }
-    function goBack() {
-        if (stack.depth < 2 || shell.waiting)
-            return;
+    // Before the page on top goes.
+    function putDown() {
         handOnFields();
         stack.shownPage?.putBack();
+    }
+    function goBack() {
+        if (stack.depth < 2 || shell.waiting || composing)
+            return;
+        putDown();
         shell.back();
     }
 
     function reload() {
-        handOnFields();
-        stack.shownPage?.putBack();
+        putDown();
         shell.reload();
     }
 
@@ -57,9 +60,17 @@ Window {
     Connections {
         target: window.shell
 
-        function onPagePushed(page) {
+        function onActivated(forPage) {
+            window.visibility === Window.Minimized ? window.showNormal() : window.show();
+            window.raise();
+            window.requestActivate();
+            if (forPage)
+                window.putDown();
+        }
+        function onAboutToAppearAnew() { stack.shownPage?.putBack() }
+        function onPagePushed(page, alone) {
             const item = stack.push(pageComponent, { page: page },
-                                    Theme.animated && stack.depth > 0 ? T.StackView.PushTransition : T.StackView.Immediate);
+                                    Theme.animated && alone ? T.StackView.PushTransition : T.StackView.Immediate);
             item.gone.connect(window.shell.pageGone);
         }
         function onPageReplaced(page) {
@@ -83,6 +94,11 @@ Window {
         sequences: [StandardKey.Refresh]
         enabled: !window.composing
         onActivated: window.reload()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+W", "Ctrl+Q"] // some desktops have no standard key for the latter
+        onActivated: window.close()
     }
 
     // Width and height change one after the other; the page is told of both at once.
@@ -162,6 +178,12 @@ Window {
         covered: window.shell.waiting
         enabled: !window.composing
         onReloadTapped: window.reload()
+    }
+    // The button of a mouse that goes back, wherever it is pressed.
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.BackButton
+        onPressed: window.goBack()
     }
     // Loaded when it is first needed, so that the window opens some milliseconds earlier.
     Loader {

@@ -26,57 +26,74 @@ FocusScope {
         focus: active
         sourceComponent: RowsPage { page: root.page }
     }
-    Loader {
+    // Scrolls while the window has been turned and the view has not been made anew.
+    Flickable {
+        id: area
+
         anchors.fill: parent
-        active: root.page.hostsView
-        sourceComponent: Item {
-            ViewItem {
-                anchors.fill: parent
-                page: root.page
-            }
-            Repeater {
-                id: elements
+        contentWidth: Math.max(width, root.page.viewSize.width)
+        contentHeight: Math.max(height, root.page.viewSize.height)
+        interactive: contentWidth > width || contentHeight > height
+        boundsBehavior: Flickable.StopAtBounds
+        pixelAligned: true
+        onInteractiveChanged: {
+            if (!interactive)
+                contentX = contentY = 0;
+        }
 
-                model: root.page.elements
-
-                Element {
-                    required property ElementModel modelData
-
-                    element: modelData
+        Loader {
+            width: area.contentWidth
+            height: area.contentHeight
+            active: root.page.hostsView
+            sourceComponent: Item {
+                ViewItem {
+                    anchors.fill: parent
+                    page: root.page
                 }
-            }
-            TouchItem {
-                anchors.fill: parent
-                page: root.page
-                onBegan: place => {
-                    for (let i = 0; i < elements.count; ++i) {
-                        const element = elements.itemAt(i) as Element;
-                        if (element.contains(mapToItem(element, place)))
-                            element.takeInHand();
+                Repeater {
+                    id: elements
+
+                    model: root.page.elements
+
+                    Element {
+                        required property ElementModel modelData
+
+                        element: modelData
+                    }
+                }
+                TouchItem {
+                    anchors.fill: parent
+                    page: root.page
+                    onBegan: place => {
+                        for (let i = 0; i < elements.count; ++i) {
+                            const element = elements.itemAt(i) as Element;
+                            if (element.contains(mapToItem(element, place)))
+                                element.takeInHand();
+                        }
                     }
                 }
             }
         }
-    }
-    Loader {
-        id: list
+        Loader {
+            id: list
 
-        x: root.page.table?.frame.x ?? 0
-        y: root.page.table?.frame.y ?? 0
-        width: root.page.table?.frame.width ?? 0
-        height: root.page.table?.frame.height ?? 0
-        active: root.page.table !== null
-        focus: active
-        sourceComponent: Table { table: root.page.table; title: root.page.title; focus: true }
-    }
-    Loader {
-        x: root.page.text?.frame.x ?? 0
-        y: root.page.text?.frame.y ?? 0
-        width: root.page.text?.frame.width ?? 0
-        // A window that is lower than the view leaves the end of the text in reach.
-        height: Math.max(0, Math.min(root.page.text?.frame.height ?? 0, root.height - y))
-        active: root.page.text !== null
-        focus: active
-        sourceComponent: TextPage { text: root.page.text; focus: true }
+            x: root.page.table?.frame.x ?? 0
+            y: root.page.table?.frame.y ?? 0
+            width: root.page.table?.frame.width ?? 0
+            height: root.page.table?.frame.height ?? 0
+            active: root.page.table !== null
+            focus: active
+            sourceComponent: Table { table: root.page.table; title: root.page.title; focus: true }
+        }
+        Loader {
+            x: root.page.text?.frame.x ?? 0
+            y: root.page.text?.frame.y ?? 0
+            width: root.page.text?.frame.width ?? 0
+            // A window that is lower than the view leaves the end of the text in reach.
+            height: Math.max(0, Math.min(root.page.text?.frame.height ?? 0, root.height - y))
+            active: root.page.text !== null
+            focus: active
+            sourceComponent: TextPage { text: root.page.text; focus: true }
+        }
     }
 }

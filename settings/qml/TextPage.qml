@@ -44,6 +44,33 @@ FocusScope {
         focus: true
         model: root.pieceCount
 
+        // What stands at the top, which stays there when the lines break elsewhere: a piece, and the part of it above.
+        property int topPiece: 0
+        property real partAbove: 0
+        property real brokenAt: 0 // the width
+        onContentYChanged: noteTop()
+        onWidthChanged: Qt.callLater(keepTop)
+        Component.onCompleted: brokenAt = width
+
+        function noteTop() {
+            const piece = width === brokenAt ? itemAt(0, contentY) : null;
+            if (!piece)
+                return;
+            topPiece = indexAt(0, contentY);
+            partAbove = (contentY - piece.y) / piece.height;
+        }
+        function keepTop() {
+            forceLayout();
+            const part = partAbove;
+            positionViewAtIndex(topPiece, ListView.Beginning);
+            forceLayout();
+            const piece = itemAtIndex(topPiece);
+            if (piece)
+                contentY = Math.max(originY, Math.min(piece.y + part * piece.height, originY + contentHeight - height));
+            brokenAt = width;
+            noteTop();
+        }
+
         // The height of pieces out of view is only estimated.
         function scrollTo(y) {
             cancelFlick();

@@ -260,4 +260,18 @@ TEST_F(ChoiceNavigationTest, NamesTheFontOfATitleUnlessItIsTheSystems) {
     EXPECT_EQ(cell(52).font, nullptr);
 }
 
+TEST_F(TableNavigationTest, GivesATableThatIsMadeAnewTheIdAndTheViewportOfTheFormerOne) {
+    handle(TableScrolled{{100, 200, {{60, 10}, {70, 15}}}});
+    const TableSnapshot former = table();
+    navigation.setContentSize({844, 338});
+    navigation.appearAnew(top().id);
+    EXPECT_EQ(table().frame, CGRectMake(0, 10, 844, 328));
+    EXPECT_EQ(table().id, former.id);
+    EXPECT_EQ(table().cells, former.cells);
+    EXPECT_EQ(table().layout.rowTop({1, 0}), former.layout.rowTop({1, 0})) << "below the headers as drawn";
+    handle(RowMoved{{0, 0}, {1, 0}});
+    EXPECT_THAT(TableView::sections,
+                ElementsAre(ElementsAre("b", "c", "d", "e", "f", "g", "h", "i", "j"), ElementsAre("a", "k")));
+}
+
 } // namespace

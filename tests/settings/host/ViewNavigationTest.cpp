@@ -75,10 +75,16 @@ class FieldView : public UIView {
 /// Its view lies within another one, 10 points to the right and 20 down.
 class FieldPage : public PSListController {
   public:
+    static inline unsigned mask = UIViewAutoresizingNone; ///< of the field's view
+    static inline int appearances = 0;
+
     void viewWillAppear(bool animated) override {
         PSListController::viewWillAppear(animated);
+        ++appearances;
         const auto ground = make<UIView>(view()->frame());
-        ground->addSubview(make<FieldView>(CGRectMake(10, 20, 300, 300)));
+        const auto field = make<FieldView>(CGRectMake(10, 20, 300, 300));
+        field->setAutoresizingMask(mask);
+        ground->addSubview(field);
         setView(ground);
     }
 };
@@ -159,6 +165,8 @@ TEST_F(ViewNavigationTest, ShowsWhatChangesByItselfInAVisibleView) {
 struct FieldNavigationTest : NavigationTest {
     void SetUp() override {
         FieldView::touches.clear();
+        FieldPage::mask = UIViewAutoresizingNone;
+        FieldPage::appearances = 0;
         ASSERT_TRUE(open("FieldPage", "Color"));
     }
     void touch(std::vector<UITouchRouter::Point> points) { handle(Touched{std::move(points)}); }
@@ -191,7 +199,9 @@ TEST_F(FieldNavigationTest, ShowsVisibleElementsAtTheirPlacesOnThePage) {
     EXPECT_TRUE(top().elements[1].axes.empty());
 }
 
-TEST_F(FieldNavigationTest, CutsElementsToWhatATouchReachesOnASmallerPage) {
+TEST_F(FieldNavigationTest, CutsElementsToWhatATouchReachesOnASmallerPageThatTheViewFollows) {
+    FieldPage::mask = UIViewAutoresizingFlexibleRightMargin | UIViewAutoresizingFlexibleBottomMargin;
+    ASSERT_TRUE(open("FieldPage", "Color"));
     navigation.setContentSize({200, 240});
     ASSERT_EQ(top().elements.size(), 2U);
     EXPECT_EQ(top().elements[0].frame, CGRectMake(30, 50, 200, 100)) << "its quantity is measured along all of it";
@@ -205,6 +215,54 @@ TEST_F(FieldNavigationTest, CutsElementsToWhatATouchReachesOnASmallerPage) {
     EXPECT_TRUE(top().elements.empty());
     navigation.setContentSize({390, 500});
     EXPECT_EQ(top().elements.at(1).frame, CGRectMake(30, 220, 50, 40));
+}
+
+TEST_F(FieldNavigationTest, KeepsAViewAsLargeAsItWasMadeUntilItIsMadeAnew) {
+    EXPECT_TRUE(top().keepsPlaces);
+    navigation.setContentSize({200, 800});
+    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 310, 800)) << "as wide as its parts reach";
+    EXPECT_EQ(top().elements.at(1).frame, CGRectMake(30, 220, 50, 40));
+    touch({{0, UITouchPhase::began, {205, 100}}});
+    EXPECT_THAT(FieldView::touches, ElementsAre("began 195 80")) << "beside what a page of that size has";
+    navigation.appearAnew(top().id);
+    EXPECT_EQ(FieldPage::appearances, 2);
+    EXPECT_EQ(top().view->frame, CGRectMake(0, 0, 200, 800));
+}
+
+TEST_F(FieldNavigationTest, AppearsAnewOnceForAnotherSizeAndEndsTouchesBefore) {
+    const std::uint64_t id = top().id;
+    const std::uint64_t text = top().text->id;
+    navigation.appearAnew(id);
+    navigation.setContentSize({200, 800});
+    navigation.setContentSize({390, 760});
+    navigation.appearAnew(id);
+    EXPECT_EQ(FieldPage::appearances, 1) << "it has the size that it was made for";
+    touch({{0, UITouchPhase::began, {130, 100}}});
+    navigation.setContentSize({844, 338});
+    navigation.appearAnew(id);
+    navigation.appearAnew(id);
+    EXPECT_EQ(FieldPage::appearances, 2);
+    EXPECT_THAT(FieldView::touches, ElementsAre("began 120 80", "cancelled"));
+    EXPECT_EQ(top().id, id);
+    EXPECT_EQ(top().text->id, text) << "to the window it is the same text";
+}
+
+TEST_F(FieldNavigationTest, DoesNotAppearAnewWhereAllFollowsItsMaskOrThePageIsCovered) {
+    const std::uint64_t below = top().id;
+    FieldPage::mask = UIViewAutoresizingFlexibleWidth;
+    ASSERT_TRUE(open("FieldPage", "Color"));
+    EXPECT_FALSE(top().keepsPlaces);
+    navigation.setContentSize({844, 338});
+    const std::size_t before = shown.size();
+    navigation.appearAnew(top().id);
+    navigation.appearAnew(below);
+    openRoot();
+    RowsPage::appearances.clear();
+    navigation.setContentSize({390, 760});
+    navigation.appearAnew(top().id);
+    EXPECT_EQ(FieldPage::appearances, 2);
+    EXPECT_TRUE(RowsPage::appearances.empty());
+    EXPECT_EQ(shown.size(), before + 2) << "the opening of the page of rows alone";
 }
 
 TEST_F(FieldNavigationTest, ShowsTheTextAtItsPlaceOnThePage) {

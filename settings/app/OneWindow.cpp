@@ -1,0 +1,113 @@
+#include "settings/app/OneWindow.h"
+
+#include "settings/app/Application.h"
+#include "settings/app/SessionBus.h"
+
+#include <QCryptographicHash>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingReply>
+#include <QVariantMap>
+
+#include <utility>
+
+namespace settings {
+namespace {
+
+const QString kPath = QStringLiteral("/org/lumora/settings");
+const QString kInterface = QStringLiteral("org.lumora.Settings");
+const QString kNoSuchPage = QStringLiteral("org.lumora.Settings.Error.NoSuchPage");
+constexpr int kAtMost = 1000;   ///< milliseconds for the bus
+constexpr int kHandOver = 5000; ///< and for the other window, which may be drawing
+constexpr uint kDoNotQueue = 4; ///< the bus's numbers
+constexpr uint kExists = 3;
+
+/// What lets the other window come to the front where the desktop keeps windows from doing so by themselves.
+constexpr const char* kTokenInEnvironment = "XDG_ACTIVATION_TOKEN";
+const QString kToken = QStringLiteral("activation-token");
+
+QDBusMessage toBus(const QString& method) {
+    return QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"),
+                                          QStringLiteral("/org/freedesktop/DBus"),
+                                          QStringLiteral("org.freedesktop.DBus"), method);
+}
+
+} // namespace
+
+QString OneWindow::nameFor(const std::filesystem::path& bundle, const std::filesystem::path& ports) {
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const auto& path : {bundle, ports}) {
+        const std::string text = std::filesystem::absolute(path).lexically_normal().string();
+        hash.addData(QByteArrayView(text.data(), qsizetype(text.size() + 1))); // with the zero, which ends it
+    }
+    return QStringLiteral("org.lumora.settings.at") + QString::fromLatin1(hash.result().toHex().left(32));
+}
+
+OneWindow::OneWindow(QString name, std::function<bool(const QString&)> activate)
+    : name_(std::move(name)), activate_(std::move(activate)) {
+    if (!hasSessionBus()) return;
+    QDBusConnection::sessionBus().registerVirtualObject(kPath, this); // first, so that nobody calls in vain
+    ask();
+}
+
+void OneWindow::ask() {
+    QDBusMessage request = toBus(QStringLiteral("RequestName"));
+    request << name_ << kDoNotQueue;
+    asked_ = QDBusConnection::sessionBus().asyncCall(request, kAtMost);
+}
+
+/// A bus that does not answer has no other window either.
+bool OneWindow::isTaken() {
+    if (!asked_) return false;
+    asked_->waitForFinished();
+    const QDBusPendingReply<uint> reply = *asked_;
+    return reply.isValid() && reply.value() == kExists;
+}
+
+std::optional<int> OneWindow::handOver(const std::string& page) {
+    for (int attempt = 0; attempt < 2 && isTaken(); ++attempt) {
+        const bool opens = !page.empty();
+        QDBusMessage call = QDBusMessage::createMethodCall(name_, kPath, kInterface,
+                                                           opens ? QStringLiteral("Open") : QStringLiteral("Activate"));
+        if (opens) call << QString::fromStdString(page);
+        QVariantMap about;
+        if (const QString token = qEnvironmentVariable(kTokenInEnvironment); !token.isEmpty()) about[kToken] = token;
+        call << about;
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, kHandOver);
+        if (reply.type() == QDBusMessage::ReplyMessage) return 0;
+        if (reply.errorName() == kNoSuchPage) return complain("there is no page class " + page);
+        ask(); // the other process has just ended
+    }
+    return std::nullopt;
+}
+
+void OneWindow::release() {
+    if (!asked_) return;
+    QDBusMessage request = toBus(QStringLiteral("ReleaseName"));
+    request << name_;
+    QDBusConnection::sessionBus().call(request, QDBus::Block, kAtMost);
+}
+
+QString OneWindow::introspect(const QString& /*path*/) const {
+    return QStringLiteral(R"(<interface name="org.lumora.Settings">
+    <method name="Activate"><arg name="platform-data" type="a{sv}" direction="in"/></method>
+    <method name="Open">
+        <arg name="page" type="s" direction="in"/><arg name="platform-data" type="a{sv}" direction="in"/>
+    </method>
+</interface>)");
+}
+
+bool OneWindow::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
+    const QString method = message.member();
+    const bool opens = method == QStringLiteral("Open") && message.signature() == QStringLiteral("sa{sv}");
+    const bool activates = method == QStringLiteral("Activate") && message.signature() == QStringLiteral("a{sv}");
+    if (message.interface() != kInterface || (!opens && !activates)) return false;
+    const QString token = qdbus_cast<QVariantMap>(message.arguments().last())[kToken].toString();
+    if (!token.isEmpty()) qputenv(kTokenInEnvironment, token.toUtf8()); // where the toolkit looks for it
+    const bool found = activate_(opens ? message.arguments().first().toString() : QString());
+    connection.send(found ? message.createReply()
+                          : message.createErrorReply(kNoSuchPage, QStringLiteral("no such page")));
+    return true;
+}
+
+} // namespace settings

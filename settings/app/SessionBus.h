@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace settings {
+
+/// Without an address, the toolkit would look for a bus by itself, or even start one, and wait for it.
+inline bool hasSessionBus() {
+    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS");
+}
+
+} // namespace settings
