@@ -86,7 +86,7 @@ class Programs(Limited):
             **{name: value for name, value in os.environ.items()
                if not name.startswith(("QT_", "QSG_", "LUMORA_", "WAYLAND", "DBUS_"))},
             "DISPLAY": "", "LUMORA_PORTS": self.ports, "XDG_RUNTIME_DIR": self.folder,
-            "XDG_CACHE_HOME": self.folder + "/cache"}
+            "XDG_CACHE_HOME": self.folder + "/cache", "XDG_STATE_HOME": self.folder + "/state"}
 
     def make_root(self):
         """A device root of the test's own, like the build's."""

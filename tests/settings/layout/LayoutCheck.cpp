@@ -90,6 +90,25 @@ bool contains(const QRectF& outer, const QRectF& inner) {
     return outer.adjusted(-kTolerance, -kTolerance, kTolerance, kTolerance).contains(inner);
 }
 
+/// All that it scrolls over, in the window as if nothing were scrolled away.
+QRectF scrolledOver(const QQuickItem& flickable) {
+    const auto* content = flickable.property("contentItem").value<QQuickItem*>();
+    return content->mapRectToScene(QRectF(number(flickable, "originX"), number(flickable, "originY"),
+                                          std::max(number(flickable, "contentWidth"), flickable.width()),
+                                          std::max(number(flickable, "contentHeight"), flickable.height())));
+}
+
+/// Whether the item is in the window, or can be brought there by all that scrolls around it.
+bool isInReach(const QQuickItem& item, const QRectF& window) {
+    QRectF place = seenOf(item);
+    for (const QQuickItem* at = item.parentItem(); at; at = at->parentItem()) {
+        const bool scrolls = isA(*at, "QQuickFlickable");
+        if ((scrolls || at->clip()) && !contains(scrolls ? scrolledOver(*at) : placeOf(*at), place)) return false;
+        if (scrolls) place = placeOf(*at);
+    }
+    return contains(window, place);
+}
+
 bool overlap(const QRectF& one, const QRectF& other) {
     const QRectF common = one.intersected(other);
     return common.width() > kTolerance && common.height() > kTolerance;
@@ -115,6 +134,10 @@ class Check {
         findOverlaps();
         return std::move(faults_);
     }
+    [[nodiscard]] std::vector<std::string> ofReach() && {
+        checkReach(root_);
+        return std::move(faults_);
+    }
     [[nodiscard]] std::vector<std::string> ofFocus() && {
         checkFocus();
         return std::move(faults_);
@@ -137,6 +160,13 @@ class Check {
         }
         for (const QQuickItem* child : item.childItems())
             visit(*child);
+    }
+
+    void checkReach(const QQuickItem& item) {
+        if (!item.isVisible() || item.opacity() == 0) return;
+        if ((isSeen(item) || isA(item, "Element_")) && !isInReach(item, window_)) complain(item, "is out of reach");
+        for (const QQuickItem* child : item.childItems())
+            checkReach(*child);
     }
 
     void checkText(const QQuickItem& item) {
@@ -216,6 +246,10 @@ class Check {
 
 std::vector<std::string> layoutFaults(const QQuickItem& root) {
     return Check(root).ofLayout();
+}
+
+std::vector<std::string> reachFaults(const QQuickItem& root) {
+    return Check(root).ofReach();
 }
 
 std::vector<std::string> focusFaults(const QQuickItem& root) {

@@ -16,6 +16,9 @@ namespace tests {
 /// tools have to be told all of it. Fields of one line scroll. What is scrolled out of view is looked at. GUI thread.
 [[nodiscard]] std::vector<std::string> layoutFaults(const QQuickItem& root);
 
+/// A sentence for each control and text that is neither in the window nor where scrolling brings it there.
+[[nodiscard]] std::vector<std::string> reachFaults(const QQuickItem& root);
+
 /// A sentence if what has the focus is out of view, or where the cursor is in a text of several lines.
 [[nodiscard]] std::vector<std::string> focusFaults(const QQuickItem& root);
 

@@ -41,6 +41,28 @@ PageStage {
             host.anchors.fill = root;
             compare(scroller().height, 600);
         }
+        function test_keepsTheLineAtTheTopWhenLinesBreakElsewhere() {
+            const line = i => `Line ${i} has so many words that it takes two lines of the screen, unless that is wide.`;
+            const text = Array.from({ length: 300 }, (_, i) => line(i)).join("\n");
+            const topLine = () => {
+                const piece = scroller().itemAt(0, scroller().contentY + 1);
+                const place = piece.positionAt(piece.leftPadding, scroller().contentY + 1 - piece.y);
+                return Number(piece.text.slice(piece.text.lastIndexOf("Line", place)).match(/Line (\d+)/)[1]);
+            };
+            open(text);
+            host.item.forceActiveFocus();
+            for (let i = 0; i < 9; ++i)
+                keyClick(Qt.Key_PageDown);
+            const before = topLine();
+            verify(before > 100, before);
+            for (const width of [800, 250, 370]) {
+                const view = textView(text);
+                view.text.frame = Qt.rect(10, 20, width, 600);
+                bench.show(view);
+                tryCompare(scroller(), "brokenAt", width);
+                verify(Math.abs(topLine() - before) <= 3, `${topLine()} instead of ${before} at ${width}`);
+            }
+        }
         function test_laysOutOnlyTheVisiblePartOfALongTextAndTellsAllOfIt() {
             const whole = Array.from({ length: 20000 }, (_, i) => "Line " + i).join("\n");
             open(whole);
