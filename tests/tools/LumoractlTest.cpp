@@ -108,12 +108,21 @@ TEST_F(LumoractlWithTweak, ListsAllSettingsAsOneObject) {
 }
 
 TEST_F(LumoractlWithTweak, ListsSecureValuesAsDotsUnlessAskedForSecrets) {
-    EXPECT_EQ(lumoractl({"set", "kAutoUnlockPasscode", "\"24680\""}).status, 0);
+    for (const Setting& setting : knownSettings()) {
+        if (setting.secure) {
+            EXPECT_EQ(lumoractl({"set", setting.key, "\"24680\""}).status, 0) << setting.key;
+        }
+    }
     const Finished dots = lumoractl({"list"});
     EXPECT_THAT(dots.output, Not(HasSubstr("24680")));
     for (const Setting& setting : knownSettings())
         EXPECT_EQ(parsed(dots.output)[setting.key] == Value("•••"), setting.secure) << setting.key;
     EXPECT_EQ(parsed(lumoractl({"list", "--secrets"}).output)["kAutoUnlockPasscode"], Value("24680"));
+}
+
+TEST_F(LumoractlWithTweak, ListsAnEmptyPasscodeAsEmpty) {
+    EXPECT_EQ(lumoractl({"set", "kAutoUnlockPasscode", "\"\""}).status, 0);
+    EXPECT_EQ(parsed(lumoractl({"list"}).output)["kAutoUnlockPasscode"], Value(""));
 }
 
 TEST_F(LumoractlWithTweak, GetsWhatItSet) {

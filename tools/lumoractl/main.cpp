@@ -70,8 +70,11 @@ int list(const Arguments& arguments) {
     Result<Dictionary> settings = fetchSettings();
     if (!settings) return report(settings.error());
     Dictionary shown = std::move(settings).value();
-    for (const Setting& setting : knownSettings())
-        if (setting.secure && !arguments.secrets && shown.contains(setting.key)) shown.set(setting.key, kSecureDots);
+    for (const Setting& setting : knownSettings()) {
+        const Value* const value = shown.find(setting.key);
+        // No passcode is no secret.
+        if (setting.secure && !arguments.secrets && value && *value != Value("")) shown.set(setting.key, kSecureDots);
+    }
     return writeJsonTo("-", shown);
 }
 
