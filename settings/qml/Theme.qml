@@ -4,28 +4,36 @@ import QtQuick
 // The colours, measures and times of the window. Measures are in points, times in milliseconds.
 QtObject {
     property bool dark: false
+    property bool moreContrast: false
     property bool animated: true
     property int textSize: 100 // in percent of the usual size
+    // As in languages that are written from right to left, whose users look for the beginning there.
+    readonly property bool mirrored: Application.layoutDirection === Qt.RightToLeft
 
+    // On every ground that it stands on, a text has a contrast of 4.5 : 1 at least, and what tells a control and its state
+    // of 3 : 1; of 7 : 1 and 4.5 : 1 with more contrast.
+    function shade(inLight, inDark, moreInLight, moreInDark) {
+        return dark ? (moreContrast ? moreInDark : inDark) : (moreContrast ? moreInLight : inLight);
+    }
     readonly property color page: dark ? "#000000" : "#f2f2f7"
     readonly property color cell: dark ? "#1c1c1e" : "#ffffff"
-    readonly property color cellDown: dark ? "#3a3a3c" : "#d9d9de"
+    readonly property color cellDown: dark ? "#323234" : "#e3e3e8"
     readonly property color bar: dark ? "#161618" : "#f9f9fb"
-    readonly property color hairline: dark ? "#38383a" : "#d5d5d9"
+    readonly property color hairline: shade("#d5d5d9", "#38383a", "#75757a", "#85858a")
     readonly property color text: dark ? "#ffffff" : "#000000"
-    readonly property color secondary: dark ? "#98989f" : "#6c6c70"
-    readonly property color placeholder: dark ? "#7c7c82" : "#9a9aa0"
-    readonly property color tertiary: dark ? "#5a5a5e" : "#c4c4c7"
-    readonly property color accent: dark ? "#0a84ff" : "#007aff"
-    readonly property color onColor: "#ffffff" // signs and texts on the accent and other strong colours
+    readonly property color secondary: shade("#636367", "#a1a1a8", "#3a3a3e", "#d8d8de")
+    readonly property color placeholder: shade("#6a6a6f", "#96969c", "#4a4a4f", "#c0c0c6")
+    readonly property color tertiary: shade("#7d7d82", "#85858a", "#4a4a4f", "#c0c0c6")
+    readonly property color accent: shade("#0060d0", "#409cff", "#003f99", "#8cc4ff")
+    readonly property color onColor: dark ? "#000000" : "#ffffff" // signs and texts on the accent and other strong colours
     readonly property color shadow: dark ? "#18000000" : "#08000000" // of eight layers
-    readonly property color warning: dark ? "#ff6961" : "#c4001d"
+    readonly property color warning: shade("#c4001d", "#ff6961", "#990016", "#ffa49e")
     readonly property color notice: dark ? "#4a3800" : "#ffe9b0"
     readonly property color noticeText: dark ? "#ffe08a" : "#573f00"
-    readonly property color on: dark ? "#30d158" : "#34c759"
-    readonly property color off: dark ? "#39393d" : "#e4e4e7"
+    readonly property color on: shade("#248a3d", "#28994a", "#14632a", "#28994a")
+    readonly property color off: shade("#8a8a8f", "#7c7c82", "#5c5c61", "#7c7c82")
     readonly property color knob: "#ffffff"
-    readonly property color knobEdge: dark ? "#00000000" : "#24000000"
+    readonly property color knobEdge: dark ? "#00000000" : off
     readonly property real downOpacity: 0.4 // of a button without a ground
 
     // What is around the content of a page, and of a row.
@@ -57,9 +65,8 @@ QtObject {
     readonly property int bodySize: scaled(usualSize)
     readonly property int detailSize: scaled(15)
     readonly property int footSize: scaled(13)
-    readonly property int smallestSize: scaled(14) // down to which a title shrinks before it takes more lines
     // Where the height is fixed, texts take what there is of it, and shrink as far as they stay readable.
-    readonly property int smallestFixedSize: Math.min(smallestSize, 14)
+    readonly property int smallestSize: Math.min(scaled(14), 14)
     function bodySizeWithin(height) { return Math.min(bodySize, Math.floor(height * 0.8)) }
     readonly property int barSize: bodySizeWithin(buttonHeight)
 
