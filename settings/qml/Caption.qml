@@ -6,7 +6,7 @@ WordText {
     leftPadding: Theme.inset
     rightPadding: Theme.inset
     color: Theme.secondary
-    largestSize: Theme.footSize
+    font.pixelSize: Theme.footSize
     Accessible.name: text
     Accessible.ignored: text.trim().length === 0
 }

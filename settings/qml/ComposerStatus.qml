@@ -31,7 +31,7 @@ Item {
 
             width: scroller.width
             color: root.warns ? Theme.warning : Theme.secondary
-            largestSize: Theme.footSize
+            font.pixelSize: Theme.footSize
             horizontalAlignment: root.atRight ? Text.AlignRight : Text.AlignLeft
             onTextChanged: scroller.contentY = 0
             Accessible.ignored: true

@@ -13,7 +13,7 @@ TappableRow {
 
         readonly property real room: width - chevron.width - Theme.signGap
         readonly property bool stacked: unboundValue.advanceWidth + Theme.textGap > room / 2
-                                        && smallest.advanceWidth + Theme.textGap + unboundValue.advanceWidth > room
+                                        && unbound.advanceWidth + Theme.textGap + unboundValue.advanceWidth > room
 
         // On whole pixels, as with anchors.
         function middle(height) { return Math.ceil(Math.floor(content.height) / 2) - Math.ceil(Math.floor(height) / 2) }
@@ -36,12 +36,6 @@ TappableRow {
             text: control.text
         }
         TextMetrics {
-            id: smallest
-
-            font { family: title.font.family; pixelSize: Theme.smallestSize }
-            text: control.text
-        }
-        TextMetrics {
             id: unboundValue
 
             font { family: title.font.family; pixelSize: Theme.bodySize }
@@ -55,7 +49,6 @@ TappableRow {
             width: content.room - x
             text: control.row.valueTitle
             color: Theme.secondary
-            keepsWords: content.stacked
             horizontalAlignment: content.stacked ? Text.AlignLeft : Text.AlignRight
             wrapMode: content.stacked ? Text.Wrap : Text.NoWrap
         }

@@ -26,7 +26,7 @@ Item {
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
         fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: Theme.smallestFixedSize
+        minimumPixelSize: Theme.smallestSize
         text: root.title.replace(/[\r\n\u2028\u2029]+/g, " ") // there is room for one line
         textFormat: Text.PlainText
         color: Theme.text

@@ -23,7 +23,7 @@ Rectangle {
         text: root.gone ? qsTr("Lumora is not running. Changes are not being kept.")
                         : qsTr("Changes that were made while Lumora was not running are lost.")
         color: Theme.noticeText
-        largestSize: Theme.footSize
+        font.pixelSize: Theme.footSize
         horizontalAlignment: reload.visible ? Text.AlignLeft : Text.AlignHCenter
         Accessible.ignored: true
     }

@@ -68,8 +68,7 @@ Rectangle {
                 width: parent.width
                 text: root.headline
                 color: Theme.text
-                largestSize: Theme.scaled(20)
-                weight: Font.DemiBold
+                font { pixelSize: Theme.scaled(20); weight: Font.DemiBold }
                 horizontalAlignment: Text.AlignHCenter
                 Accessible.ignored: true
             }
@@ -78,7 +77,7 @@ Rectangle {
                 visible: text.length > 0
                 text: root.explanation
                 color: Theme.secondary
-                largestSize: Theme.detailSize
+                font.pixelSize: Theme.detailSize
                 // Whole pixels, so that no line stands between two.
                 lineHeightMode: Text.FixedHeight
                 lineHeight: Math.round(1.45 * font.pixelSize)
@@ -100,8 +99,7 @@ Rectangle {
                 visible: more.visible && more.open
                 text: root.details
                 color: Theme.secondary
-                largestSize: Theme.footSize
-                keepsWords: false
+                font.pixelSize: Theme.footSize
                 horizontalAlignment: Text.AlignHCenter
                 Accessible.role: Accessible.StaticText
                 Accessible.name: text

@@ -53,17 +53,18 @@ PageStage {
             verify(!texts().includes("0.50"));
         }
 
-        function test_shrinksALongTitleAndThenGivesItTwoLines() {
-            const title = name => find(host.item, item => item instanceof RowTitle && item.text === name);
-            const shrunk = "Enable Blur For The Whole Icon View";
-            const longer = "Always Return To The Lock Screen After Opening An App";
-            open([aSwitch("Short"), aSwitch(shrunk), aSwitch(longer), aLink(longer)]);
-            compare(title("Short").fontInfo.pixelSize, Theme.bodySize);
-            verify(title(shrunk).fontInfo.pixelSize < Theme.bodySize);
-            compare(title(shrunk).lineCount, 1);
-            compare(title(longer).lineCount, 2);
-            for (const name of ["Short", shrunk, longer])
-                verify(!title(name).truncated, name);
+        function test_wrapsTitlesAllInOneSize_data() { return [{ tag: "100" }, { tag: "200" }, { tag: "300" }] }
+        function test_wrapsTitlesAllInOneSize(data) {
+            const title = "Always Return To The Lock Screen After Opening An App With Notifications";
+            open([aSwitch("Short"), aSwitch(title), aLink(title), aButton(title), aList(title, "2 Minutes"), aField(title), aText(title)]);
+            Theme.textSize = Number(data.tag);
+            const titles = shownTexts().filter(item => item.text === title);
+            compare(titles.length, 6);
+            for (const item of titles) {
+                verify(item.lineCount >= 2, item.lineCount);
+                verify(!item.truncated);
+                compare(item.fontInfo.pixelSize, Theme.bodySize);
+            }
         }
 
         // -- how large texts are --
