@@ -10,10 +10,11 @@ _lumora_settings() {
         --root | --bundle | --tour) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
         --grab) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
         --page | --rows) mapfile -t COMPREPLY < <(compgen -W "$pages" -- "$word") ;;
+        --contrast) mapfile -t COMPREPLY < <(compgen -W 'more normal' -- "$word") ;;
         --timeout | --text-size | --size) ;;
         *)
             mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --rows --timeout --verbose --light --dark
-                --text-size --size --help --version' -- "$word")
+                --contrast --text-size --size --help --version' -- "$word")
             ;;
     esac
 }

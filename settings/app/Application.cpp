@@ -63,6 +63,10 @@ void followDesktop(Shell& shell, const Options& options) {
     auto* desktop = new DesktopLook(&shell);
     if (!options.dark) QObject::connect(desktop, &DesktopLook::darkChosen, &shell, &Shell::setDark);
     if (!options.textSize) QObject::connect(desktop, &DesktopLook::textSizeChosen, &shell, &Shell::setTextSize);
+    if (!options.moreContrast)
+        QObject::connect(desktop, &DesktopLook::moreContrastChosen, &shell, &Shell::setMoreContrast);
+    QObject::connect(desktop, &DesktopLook::lessMotionChosen, &shell,
+                     [&shell](bool less) { shell.setAnimated(!less); });
 }
 
 /// What only a person at the window needs.
@@ -111,7 +115,8 @@ int runApplication(int argc, char** argv, const Options& asked) {
     }
     shell.setDark(options.dark.value_or(false));
     shell.setTextSize(options.textSize.value_or(100));
-    if (!picturesOnly && !(options.dark && options.textSize)) followDesktop(shell, options);
+    shell.setMoreContrast(options.moreContrast.value_or(false));
+    if (!picturesOnly) followDesktop(shell, options);
     const bool keepsSize = !picturesOnly && !options.size;
     const platform::CGSize size = options.size.value_or(keepsSize ? keptWindowSize().value_or(kUsualSize) : kUsualSize);
     auto& engine = *new QQmlApplicationEngine;

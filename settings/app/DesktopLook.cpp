@@ -19,8 +19,14 @@ const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString kInterface = QStringLiteral("org.freedesktop.portal.Settings");
 const QString kColors = QStringLiteral("org.freedesktop.appearance");
 const QString kDark = QStringLiteral("color-scheme");
-const QString kTexts = QStringLiteral("org.gnome.desktop.interface");
+const QString kContrast = QStringLiteral("contrast");
+const QString kReducedMotion = QStringLiteral("reduced-motion");
+const QString kDesktop = QStringLiteral("org.gnome.desktop.interface");
 const QString kSize = QStringLiteral("text-scaling-factor");
+const QString kWidgets = QStringLiteral("gtk-theme");
+const QString kAnimations = QStringLiteral("enable-animations");
+const QString kAssistance = QStringLiteral("org.gnome.desktop.a11y.interface");
+const QString kHighContrast = QStringLiteral("high-contrast");
 
 /// Older portals wrap their answer in one variant too many.
 QVariant unwrapped(QVariant value) {
@@ -36,8 +42,11 @@ DesktopLook::DesktopLook(QObject* parent) : QObject(parent) {
     qRegisterMetaType<QDBusVariant>(); // or the slot that takes one is not found
     QDBusConnection::sessionBus().connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
                                           SLOT(tell(QString, QString, QDBusVariant)));
-    ask(kColors, kDark);
-    ask(kTexts, kSize);
+    for (const QString& key : {kDark, kContrast, kReducedMotion})
+        ask(kColors, key);
+    for (const QString& key : {kSize, kWidgets, kAnimations})
+        ask(kDesktop, key);
+    ask(kAssistance, kHighContrast);
 }
 
 void DesktopLook::ask(const QString& area, const QString& key) {
@@ -53,10 +62,22 @@ void DesktopLook::ask(const QString& area, const QString& key) {
 
 void DesktopLook::tell(const QString& area, const QString& key, const QDBusVariant& value) {
     const QVariant told = unwrapped(value.variant());
-    if (area == kColors && key == kDark) emit darkChosen(told.toUInt() == 1); // the portal's number for "prefers dark"
-    if (area != kTexts || key != kSize) return;
+    const auto is = [&](const QString& itsArea, const QString& itsKey) { return area == itsArea && key == itsKey; };
+    const auto note = [&](std::set<QString>& wishes, bool wished) {
+        wished ? void(wishes.insert(key)) : void(wishes.erase(key));
+        return !wishes.empty();
+    };
+    // The portal's number for a preference is 1, be it for dark colours, more contrast or less motion.
+    const bool preferred = told.toUInt() == 1;
+    if (is(kColors, kDark)) emit darkChosen(preferred);
+    if (is(kColors, kContrast)) emit moreContrastChosen(note(moreContrast_, preferred));
+    if (is(kAssistance, kHighContrast)) emit moreContrastChosen(note(moreContrast_, told == true));
+    if (is(kDesktop, kWidgets))
+        emit moreContrastChosen(note(moreContrast_, told.toString().startsWith(QStringLiteral("HighContrast"))));
+    if (is(kColors, kReducedMotion)) emit lessMotionChosen(note(lessMotion_, preferred));
+    if (is(kDesktop, kAnimations)) emit lessMotionChosen(note(lessMotion_, told == false));
     // A text, or what is not a number, is no size and changes nothing.
-    if (const double factor = told.toDouble(); factor > 0)
+    if (const double factor = told.toDouble(); is(kDesktop, kSize) && factor > 0)
         emit textSizeChosen(int(std::lround(std::clamp<double>(factor * 100, kSmallestTexts, kLargestTexts))));
 }
 

@@ -2,11 +2,14 @@
 
 #include <QDBusVariant>
 #include <QObject>
+#include <QString>
+
+#include <set>
 
 namespace settings {
 
-/// Follows what the user has chosen for the whole desktop, light or dark and the size of texts, through the desktop's
-/// portal. Asks without waiting, and stays silent where there is no portal. GUI thread.
+/// Follows what the user has chosen for the whole desktop through its portal: light or dark, more contrast, less motion
+/// and the size of texts. More contrast and less motion have several settings, each of which is enough. Asks without waiting, and stays silent where there is no portal. GUI thread.
 class DesktopLook : public QObject {
     Q_OBJECT
 
@@ -15,6 +18,8 @@ class DesktopLook : public QObject {
 
   signals:
     void darkChosen(bool dark);
+    void moreContrastChosen(bool more);
+    void lessMotionChosen(bool less);
     /// In percent of the usual size, within what `--text-size` takes.
     void textSizeChosen(int percent);
 
@@ -23,6 +28,9 @@ class DesktopLook : public QObject {
 
   private:
     void ask(const QString& area, const QString& key);
+
+    std::set<QString> moreContrast_; ///< the settings that ask for it
+    std::set<QString> lessMotion_;
 };
 
 } // namespace settings

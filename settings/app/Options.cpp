@@ -35,6 +35,7 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     std::string size;
     bool dark = false;
     bool light = false;
+    std::string contrast;
     CLI::App app{"Shows the settings of Lumora and changes them.\n\n"
                  "Without options, opens a window with the root page. The settings themselves are the tweak's: a page\n"
                  "opens when lumora-tweak, or another program that speaks its ports, has answered."};
@@ -59,6 +60,9 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
                  "Write what pages log to standard error too; the first page logs all settings, passcodes too");
     auto* lightFlag = app.add_flag("--light", light, "Light colours, whatever the desktop's setting");
     app.add_flag("--dark", dark, "Dark colours, whatever the desktop's setting")->excludes(lightFlag);
+    app.add_option("--contrast", contrast, "How much texts and signs stand out, whatever the desktop's setting")
+        ->type_name("more|normal")
+        ->check(CLI::IsMember({"more", "normal"}));
     app.add_option("--text-size", options.textSize, "How large texts are, whatever the desktop's setting (usual: 100)")
         ->type_name("PERCENT")
         ->check(CLI::Range(kSmallestTexts, kLargestTexts));
@@ -73,6 +77,7 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
         return options;
     }
     if (dark || light) options.dark = dark;
+    if (!contrast.empty()) options.moreContrast = contrast == "more";
     if (!size.empty()) options.size = *sizeFrom(size);
     return options;
 }

@@ -19,6 +19,7 @@ struct Options {
     double timeout = 30;  ///< seconds; a plug-in that never answers takes 10 of them at each start
     bool verbose = false; ///< what pages log goes to standard error too
     std::optional<bool> dark;
+    std::optional<bool> moreContrast;
     std::optional<int> textSize;          ///< in percent
     std::optional<platform::CGSize> size; ///< of the window, in points
 };

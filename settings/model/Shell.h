@@ -26,6 +26,7 @@ class Shell : public QObject {
     QML_UNCREATABLE("The application makes the one shell")
 
     Q_PROPERTY(bool dark READ dark WRITE setDark NOTIFY lookChanged)
+    Q_PROPERTY(bool moreContrast READ moreContrast WRITE setMoreContrast NOTIFY lookChanged)
     Q_PROPERTY(bool animated READ animated WRITE setAnimated NOTIFY lookChanged)
     Q_PROPERTY(int textSize READ textSize WRITE setTextSize NOTIFY lookChanged)
     Q_PROPERTY(bool waiting READ waiting NOTIFY waitingChanged)
@@ -51,6 +52,8 @@ class Shell : public QObject {
     [[nodiscard]] static int barHeight() { return kBarHeight; }
     [[nodiscard]] bool dark() const { return dark_; }
     void setDark(bool dark) { set(dark_, dark); }
+    [[nodiscard]] bool moreContrast() const { return moreContrast_; }
+    void setMoreContrast(bool more) { set(moreContrast_, more); }
     /// In percent of the usual size.
     [[nodiscard]] int textSize() const { return textSize_; }
     void setTextSize(int percent) { set(textSize_, percent); }
@@ -152,4 +155,5 @@ class Shell : public QObject {
     bool animated_ = true;
 };
 
+    bool moreContrast_ = false;
 } // namespace settings

@@ -57,6 +57,7 @@ Window {
     Binding { target: Theme; property: "dark"; value: window.shell.dark }
     Binding { target: Theme; property: "textSize"; value: window.shell.textSize }
     Binding { target: Theme; property: "animated"; value: window.shell.animated }
+    Binding { target: Theme; property: "moreContrast"; value: window.shell.moreContrast }
     Connections {
         target: window.shell
 

@@ -116,7 +116,7 @@ class ProgramsTest(Windows):
     def test_tells_wrong_use_from_failure(self):
         for options in (["--nonsense"], ["--size", "0x0"], ["--size", "wide"], ["--light", "--dark"],
                         ["--grab", "a.png", "--rows", "X"], ["--timeout", "0"], ["stray"],
-                        ["--text-size", "49"], ["--text-size", "301"], ["--text-size", "large"],
+                        ["--text-size", "49"], ["--text-size", "301"], ["--text-size", "large"], ["--contrast", "little"],
                         ["--rows", "\udcff"], ["--page", "\udcff"]):  # bytes that are no UTF-8
             self.settings(*options, status=2)
         self.settings("--help", status=0)

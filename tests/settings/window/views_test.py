@@ -19,7 +19,7 @@ from harness.waiting import eventually
 
 
 class Portal:
-    """A desktop's portal with two settings: how large texts are, and whether dark colours are preferred."""
+    """A desktop's portal with two settings, how large texts are and whether dark colours are preferred, and any others."""
 
     INTERFACE = """<node><interface name="org.freedesktop.portal.Settings">
         <method name="Read">
@@ -31,9 +31,15 @@ class Portal:
     TEXTS = ("org.gnome.desktop.interface", "text-scaling-factor")
     COLOURS = ("org.freedesktop.appearance", "color-scheme")
     NO_PREFERENCE, DARK, LIGHT = range(3)
+    # Each with what it is when the user has not asked for it, and when he has.
+    CONTRAST = {("org.freedesktop.appearance", "contrast"): "u 0 1",
+                ("org.gnome.desktop.a11y.interface", "high-contrast"): "b false true",
+                ("org.gnome.desktop.interface", "gtk-theme"): "s 'Adwaita' 'HighContrastInverse'"}
+    LESS_MOTION = {("org.freedesktop.appearance", "reduced-motion"): "u 0 1",
+                   ("org.gnome.desktop.interface", "enable-animations"): "b true false"}
 
-    def __init__(self, factor=1.0, scheme=NO_PREFERENCE):
-        self.values = {self.TEXTS: GLib.Variant("d", factor), self.COLOURS: GLib.Variant("u", scheme)}
+    def __init__(self, factor=1.0, scheme=NO_PREFERENCE, others=None):
+        self.values = {self.TEXTS: GLib.Variant("d", factor), self.COLOURS: GLib.Variant("u", scheme), **(others or {})}
         self.loop = GLib.MainLoop(GLib.MainContext())
         ready = threading.Event()
         self.thread = threading.Thread(target=self._serve, args=(ready,), daemon=True)
@@ -62,6 +68,15 @@ class Portal:
 
     def change_colours(self, scheme):
         self._tell(self.COLOURS, GLib.Variant("u", scheme))
+
+    @staticmethod
+    def asked(kinds, key, wanted):
+        """The value of a setting of CONTRAST or LESS_MOTION."""
+        kind, no, yes = kinds[key].split()
+        return GLib.Variant.parse(GLib.VariantType(kind), yes if wanted else no, None, None)
+
+    def change(self, kinds, key, wanted):
+        self._tell(key, self.asked(kinds, key, wanted))
 
     def _tell(self, key, value):
         self.bus.emit_signal(None, self.PATH, self.SETTINGS, "SettingChanged", GLib.Variant("(ssv)", (*key, value)))
@@ -137,6 +152,86 @@ class DesktopTest(Spoken):
                 portal.change_texts(2.0)
                 self.expect_large_texts(window)  # so it has heard of both
                 self.assertEqual(self.colours(window), colours)
+                window.kill()
+                portal.stop()
+
+
+class ContrastTest(Spoken):
+    """The line beneath the first switch."""
+
+    NORMAL, MORE = "#d5d5d9", "#75757a"
+
+    def portal(self, **settings):
+        portal = Portal(**settings)
+        self.addCleanup(portal.stop)
+        return portal
+
+    def line(self, window):
+        row = self.extents(self.named(window, SWITCH, "Enable Lumora"))
+        return self.display.color_at(WIDTH // 2, row.y + row.height - 1)
+
+    def test_follows_each_of_the_desktops_settings(self):
+        portal = self.portal()
+        window = self.open_root_page()
+        self.expect_soon(lambda: self.line(window), self.NORMAL)
+        for key in Portal.CONTRAST:
+            for wanted, line in ((True, self.MORE), (False, self.NORMAL)):
+                with self.subTest(key, wanted=wanted):
+                    portal.change(Portal.CONTRAST, key, wanted)
+                    self.expect_soon(lambda: self.line(window), line)
+
+    def test_is_more_as_long_as_one_of_them_asks_for_it(self):
+        keys = list(Portal.CONTRAST)
+        portal = self.portal(others={key: Portal.asked(Portal.CONTRAST, key, True) for key in keys})
+        window = self.open_root_page()
+        self.expect_soon(lambda: self.line(window), self.MORE)
+        for key, line in zip(keys, (self.MORE, self.MORE, self.NORMAL)):
+            portal.change(Portal.CONTRAST, key, False)
+            portal.change_texts(2.0 if line == self.MORE else 1.0)  # heard of after it
+            self.expect_soon(lambda: self.line(window), line)
+
+    def test_is_what_the_command_line_says_whatever_they_are(self):
+        for option, wanted, line in (("more", False, self.MORE), ("normal", True, self.NORMAL)):
+            with self.subTest(option):
+                portal = Portal(others={key: Portal.asked(Portal.CONTRAST, key, wanted) for key in Portal.CONTRAST})
+                window = self.open_root_page("--contrast", option)
+                portal.change_texts(2.0)
+                eventually(lambda: self.extents(self.named(window, SWITCH, "Enable Lumora")).height > 60, "large texts")
+                self.assertEqual(self.line(window), line)
+                window.kill()
+                portal.stop()
+
+
+class MotionTest(Spoken):
+    """Pages slide in, or are there at once."""
+
+    def slides(self, window):
+        """Whether the page of applications is seen on its way, going there and back again."""
+        self.press_button(window, "Apps")
+        places = set()
+
+        def arrived():
+            panes = [item for application in self.applications(window)
+                     for item in self.find(application, lambda it: it.getRole() == pyatspi.ROLE_PANEL)]
+            places.update(self.extents(pane).x for pane in panes if self.has_state(pane, pyatspi.STATE_SHOWING))
+            return [pane.name for pane in panes if self.has_state(pane, pyatspi.STATE_SHOWING)] == ["Apps"]
+        eventually(arrived, "the page")
+        self.press_button(window, "Back")
+        eventually(lambda: SWITCH and "Enable Lumora" in self.spoken(window, SWITCH), "the root page")
+        return places != {0}
+
+    def test_is_there_unless_one_of_the_desktops_settings_asks_for_less(self):
+        window = self.open_root_page()
+        eventually(lambda: self.slides(window), "a page on its way")
+        window.kill()
+        for key in Portal.LESS_MOTION:
+            with self.subTest(key):
+                portal = Portal(factor=2.0, others={key: Portal.asked(Portal.LESS_MOTION, key, True)})
+                window = self.open_root_page()
+                eventually(lambda: self.extents(self.named(window, SWITCH, "Enable Lumora")).height > 60, "large texts")
+                self.assertFalse(any(self.slides(window) for _ in range(3)))
+                portal.change(Portal.LESS_MOTION, key, False)
+                eventually(lambda: self.slides(window), "a page on its way")
                 window.kill()
                 portal.stop()
 
