@@ -1,5 +1,7 @@
 #include "tests/settings/layout/LayoutCheck.h"
 
+#include "tests/settings/layout/Items.h"
+
 #include <QAccessible>
 #include <QJSValue>
 #include <QQuickWindow>
@@ -7,7 +9,6 @@
 #include <QVariant>
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 #include <utility>
 
@@ -16,30 +17,6 @@ namespace tests {
 namespace {
 
 constexpr double kTolerance = 1; // letters are placed in fractions of a point
-
-bool isA(const QObject& object, const char* className) {
-    for (const QMetaObject* type = object.metaObject(); type; type = type->superClass())
-        if (std::strncmp(type->className(), className, std::strlen(className)) == 0) return true;
-    return false;
-}
-
-/// The nearest item around it of one of these types, itself included.
-template<class... Names>
-const QQuickItem* around(const QQuickItem& item, Names... names) {
-    for (const QQuickItem* ancestor = &item; ancestor; ancestor = ancestor->parentItem())
-        if ((isA(*ancestor, names) || ...)) return ancestor;
-    return nullptr;
-}
-
-QString described(const QQuickItem& item) {
-    QString text = item.property("text").toString();
-    if (text.size() > 40) text = text.left(40) + "…";
-    const QQuickItem* row =
-        around(item, "TappableRow", "LinkRow", "OptionRow", "ButtonRow", "SwitchRow", "FieldRow", "SliderRow",
-               "StaticRow", "TableRow", "Caption", "NavigationBar", "Composer", "WaitingScreen", "TextPage");
-    const QString type = QString::fromLatin1((row ? *row : item).metaObject()->className()).section(u'_', 0, 0);
-    return type + " “" + text.simplified() + "”";
-}
 
 bool isText(const QQuickItem& item) {
     return isA(item, "QQuickText") && !isA(item, "QQuickTextInput") && !isA(item, "QQuickTextEdit");

@@ -1,24 +1,26 @@
 // Opens every page of the application in several sizes of the window, goes through it by Tab, and prints what is wrong
 // with how it is laid out, a line each, and which links open nothing. Saves pictures of such pages:
 //
-//     layout_tour ROOT PICTURES TEXT_SIZE [turned]
+//     layout_tour ROOT PICTURES TEXT_SIZE [contrast]
 //
-// If the window is to be turned, each page is looked at in many more sizes, which the window takes while it is open.
+// With the last word, it looks at what stands out from its ground instead, light and dark, pressed, and with more contrast.
 // Ends with 0 when there is nothing to print, 1 when there is, 2 when the tour has come to no end. The tweak is
 // whichever has the ports.
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/services/PictureDecoder.h"
 #include "settings/app/Pictures.h"
 #include "settings/host/Host.h"
+#include "tests/settings/layout/ContrastCheck.h"
+#include "tests/settings/layout/Items.h"
 #include "tests/settings/layout/LayoutCheck.h"
 
 #include <QAccessible>
 #include <QFont>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
+#include <QQmlProperty>
 #include <QtQml/qqmlextensionplugin.h>
 
-#include <array>
 #include <iostream>
 #include <memory>
 #include <set>
@@ -32,23 +34,10 @@ namespace {
 constexpr int kHigh = 1200;
 constexpr int kLow = 400;
 
-/// From the smallest window to a whole screen, upright and across by turns.
-constexpr std::array<QSize, 12> kTurns{{{320, 400},
-                                        {1920, 1080},
-                                        {390, 844},
-                                        {844, 400},
-                                        {320, 1080},
-                                        {568, 400},
-                                        {400, 1024},
-                                        {1024, 400},
-                                        {768, 1024},
-                                        {1366, 768},
-                                        {320, 568},
-                                        {1024, 768}}};
-
-class Tour : public settings::Pictures {
+/// A tour that prints what is wrong with a page, and keeps a picture of it.
+class CheckingTour : public settings::Pictures {
   public:
-    Tour(settings::Shell& shell, QQuickWindow& window)
+    CheckingTour(settings::Shell& shell, QQuickWindow& window)
         : Pictures(shell, window, std::chrono::seconds(60),
                    [](const std::string& why) {
                        std::cerr << why << std::endl;
@@ -58,78 +47,80 @@ class Tour : public settings::Pictures {
     [[nodiscard]] bool foundFaults() const { return foundFaults_; }
 
   protected:
-    /// Pages of strange plug-ins have a link to no page, and are to open all the same.
-    void missPage(const std::string& name, const settings::RowSnapshot& link) override {
-        if (link.detail != "NoSuchPage") complain(name, {"the link to " + link.detail + " opens nothing"});
-    }
     void complain(const std::string& name, const std::vector<std::string>& faults) {
         for (const std::string& fault : faults) {
             foundFaults_ = true;
             std::cout << name << "-" << window().width() << "x" << window().height() << ": " << fault << std::endl;
         }
-        if (!faults.empty()) takePicture(name + "-" + std::to_string(window().height()), false);
+        if (!faults.empty()) takePicture(name + "-" + std::to_string(window().height()), shell_.dark());
     }
-    [[nodiscard]] settings::Shell& shell() const { return shell_; }
+    [[nodiscard]] settings::Shell& shell() { return shell_; }
 
   private:
     settings::Shell& shell_;
     bool foundFaults_ = false;
 };
 
-/// Turns the window on each page.
-class TurningTour : public Tour {
+class ContrastTour : public CheckingTour {
   public:
-    TurningTour(settings::Shell& shell, QQuickWindow& window) : Tour(shell, window) {
-        ::QObject::connect(&shell, &settings::Shell::aboutToAppearAnew, &window, [this] { ++appearances_; });
-    }
+    using CheckingTour::CheckingTour;
 
   protected:
     void takePictures(const std::string& name) override {
-        if (name.ends_with("-end") || name == "Composer" || name.starts_with("Waiting")) return;
-        std::cerr << "turned " << name << std::endl;
-        const QSize before = window().size();
-        const std::size_t elements = shell().topPage()->elements.size();
-        for (const QSize size : kTurns) {
-            turn(size);
-            (void)window().grabWindow(); // by then everything is in its place
-            complain(name, tests::layoutFaults(*window().contentItem()));
-            complain(name, tests::reachFaults(*window().contentItem()));
-            if (shell().topPage()->elements.size() != elements) complain(name, {"has elements that no touch reaches"});
+        if (name.starts_with("ColorPickerController")) return; // whose colours are not the window's own
+        std::cerr << "looked at " << name << "-" << window().width() << std::endl;
+        const bool usual = shell().moreContrast();
+        for (const bool more : {false, true}) {
+            shell().setMoreContrast(more);
+            for (const bool dark : {false, true}) {
+                shell().setDark(dark);
+                const std::string state = name + (more ? "-more" : "") + (dark ? "-dark" : "-light");
+                const tests::Contrast least = more ? tests::Contrast{7, 4.5, 3} : tests::Contrast{4.5, 3, 3};
+                look(state, least);
+                press(*window().contentItem(), true);
+                look(state + "-pressed", least);
+                press(*window().contentItem(), false);
+            }
         }
-        turn(before);
+        shell().setMoreContrast(usual);
     }
 
   private:
-    void turn(QSize size) {
-        const int appearances = appearances_;
-        if (window().size() == size) return;
-        resize(size);
-        if (!shell().topPage()->keepsPlaces) {
-            if (appearances_ != appearances) complain("a page that follows", {"appears anew"});
-            return;
-        }
-        waitUntil([&] { return appearances_ != appearances; }, [] { return "the page to appear anew"; });
-        perform([](settings::Navigation&) {});
+    void look(const std::string& name, tests::Contrast least) {
+        (void)window().grabWindow(); // by then everything is in its place
+        complain(name, tests::contrastFaults(*window().contentItem(), window().grabWindow(), least));
     }
 
-    int appearances_ = 0;
+    static void press(const QQuickItem& item, bool down) {
+        for (QQuickItem* child : item.childItems()) {
+            if (tests::isA(*child, "TappableRow")) {
+                QQmlProperty pressed(child, "down");
+                down ? void(pressed.write(true)) : void(pressed.reset());
+            }
+            press(*child, down);
+        }
+    }
 };
 
-class LayoutTour : public Tour {
+class LayoutTour : public CheckingTour {
   public:
-    using Tour::Tour;
+    using CheckingTour::CheckingTour;
 
   protected:
     void takePictures(const std::string& name) override {
         std::cerr << "looked at " << name << "-" << window().width() << std::endl;
         (void)window().grabWindow(); // by then everything is in its place
         complain(name, tests::layoutFaults(*window().contentItem()));
-        if (name.ends_with("-end") || name.ends_with("-menu")) return; // by nobody who has the focus
+        if (name.ends_with("-end")) return; // scrolled by nobody who has the focus
         if (window().height() == kHigh)
             compareSizes(name);
         else
             goThroughByTab(name);
         if (name == "Composer") visitComposerStates();
+    }
+    /// Pages of strange plug-ins have a link to no page, and are to open all the same.
+    void missPage(const std::string& name, const settings::RowSnapshot& link) override {
+        if (link.detail != "NoSuchPage") complain(name, {"the link to " + link.detail + " opens nothing"});
     }
 
   private:
@@ -191,8 +182,8 @@ int fail(const std::string& why) {
 
 int main(int argc, char** argv) {
     platform::PicturePatience::makeEndless(); // so that a row has its icon in each picture
-    const bool turned = argc == 5 && std::string_view(argv[4]) == "turned";
-    if (argc != 4 && !turned) return fail("takes a device root, a folder and a text size, and how the window is");
+    const bool ofContrast = argc == 5 && std::string_view(argv[4]) == "contrast";
+    if (argc != 4 && !ofContrast) return fail("takes a device root, a folder, a text size and perhaps what to look at");
     platform::setDeviceRoot(argv[1]);
     QGuiApplication application(argc, argv);
     QGuiApplication::setFont(QFont("Inter"));
@@ -209,13 +200,11 @@ int main(int argc, char** argv) {
     engine.load(QUrl("qrc:/qt/qml/Lumora/Main.qml"));
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return fail("the window's own files cannot be loaded");
-    std::unique_ptr<Tour> tour;
-    if (turned)
-        tour = std::make_unique<TurningTour>(shell, *window);
-    else
-        tour = std::make_unique<LayoutTour>(shell, *window);
-    std::vector<QSize> sizes{{320, kHigh}, {390, 568}, {320, kLow}};
-    if (turned) sizes = {{390, 844}};
+    const std::vector<QSize> sizes = ofContrast ? std::vector<QSize>{{320, 844}, {390, 844}}
+                                                : std::vector<QSize>{{320, kHigh}, {390, 568}, {320, kLow}};
+    const std::unique_ptr<CheckingTour> tour = ofContrast
+                                                   ? std::unique_ptr<CheckingTour>(new ContrastTour(shell, *window))
+                                                   : std::make_unique<LayoutTour>(shell, *window);
     const auto done = tour->tour(argv[2], sizes);
     // Without an end of threads and objects, as the application itself.
     std::cout.flush();
