@@ -15,6 +15,7 @@
 #include <QFont>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
+#include <QLocale>
 #include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
@@ -113,6 +114,8 @@ int runApplication(int argc, char** argv, const Options& asked) {
         oneWindow = new OneWindow(OneWindow::nameFor(bundle, platform::portsFolder()),
                                   [&shell](const QString& page) { return shell.activate(page); });
     }
+    // The toolkit would ask the translations of the window's own words, of which there are none.
+    QGuiApplication::setLayoutDirection(QLocale(QLocale::system().uiLanguages().value(0)).textDirection());
     shell.setDark(options.dark.value_or(false));
     shell.setTextSize(options.textSize.value_or(100));
     shell.setMoreContrast(options.moreContrast.value_or(false));

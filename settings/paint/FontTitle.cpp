@@ -75,7 +75,7 @@ QPainterPath FontTitle::layOut() const {
     if (!outline) return {};
     if (outline->width * letterScale_ > width()) outline = elided(*font_, text_, width() / letterScale_);
     if (!outline) return {};
-    const double left = outline->rightToLeft ? width() - outline->width * letterScale_ : 0;
+    const double left = mirrored_ || outline->rightToLeft ? width() - outline->width * letterScale_ : 0;
     const double baseline = std::round(height() / 2 + kBaseline * font_->pointSize() * letterScale_);
     return (QTransform::fromScale(letterScale_, letterScale_) * QTransform::fromTranslate(left, baseline))
         .map(outline->path);

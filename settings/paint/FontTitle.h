@@ -11,9 +11,9 @@
 namespace settings {
 
 /// Draws a line of text in an installed font. The baseline is at the same height in every font; what stands out above
-/// and below the item is cut off. A text that is too long is cut with an ellipsis. The font is opened once the item is in
-/// view; `drawn` is true once there is something to see. The scale of the letters is a part of the font's own size. GUI
-/// thread.
+/// and below the item is cut off. A text that is too long is cut with an ellipsis. It stands at the right if it begins
+/// there, or if all is `mirrored`. The font is opened once the item is in view; `drawn` is true once there is something
+/// to see. The scale of the letters is a part of the font's own size. GUI thread.
 class FontTitle : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
@@ -22,6 +22,7 @@ class FontTitle : public QQuickPaintedItem {
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
     Q_PROPERTY(double letterScale MEMBER letterScale_ NOTIFY changed)
     Q_PROPERTY(bool inView MEMBER inView_ NOTIFY inViewChanged)
+    Q_PROPERTY(bool mirrored MEMBER mirrored_ NOTIFY changed)
     Q_PROPERTY(bool drawn READ drawn NOTIFY drawnChanged)
 
   public:
@@ -33,7 +34,7 @@ class FontTitle : public QQuickPaintedItem {
     void paint(QPainter* painter) override;
 
   signals:
-    /// The text, its font, its colour or its scale has changed.
+    /// The text, its font, its colour, its side or its scale has changed.
     void changed();
     void inViewChanged();
     void drawnChanged();
@@ -51,6 +52,7 @@ class FontTitle : public QQuickPaintedItem {
     QColor color_;
     double letterScale_ = 1;
     bool inView_ = false;
+    bool mirrored_ = false;
     bool due_ = true;
     QPainterPath path_; ///< where it is to be drawn; painting may be on the render thread
 };

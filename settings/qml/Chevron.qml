@@ -6,6 +6,7 @@ Item {
 
     property color color: Theme.tertiary
     property bool pointsBack: false
+    readonly property bool pointsLeft: pointsBack !== Theme.mirrored
     property real scaling: Theme.bodySize / Theme.usualSize
     property real size: 6 * scaling
     property real stroke: 2 * scaling
@@ -21,7 +22,7 @@ Item {
         width: root.size * Math.SQRT2 + root.stroke
         height: root.stroke
         radius: height / 2
-        rotation: side * (root.pointsBack ? 45 : -45)
+        rotation: side * (root.pointsLeft ? 45 : -45)
         color: root.color
         antialiasing: true
     }

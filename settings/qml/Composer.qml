@@ -119,7 +119,7 @@ FocusScope {
             id: foot
 
             readonly property real line: Math.max(48, saveButton.height + Theme.lineGap)
-            readonly property real room: width - saveButton.x - saveButton.width - Theme.textGap - Theme.inset // beside the button
+            readonly property real room: width + saveButton.leftPadding - saveButton.width - Theme.textGap - 2 * Theme.inset // beside the button
             readonly property bool stacked: status.lineWidth + 1 > room || status.takesLines
 
             anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
@@ -139,7 +139,7 @@ FocusScope {
             ComposerStatus {
                 id: status
 
-                x: foot.stacked ? Theme.inset : parent.width - Theme.inset - width
+                x: foot.stacked || Theme.mirrored ? Theme.inset : parent.width - Theme.inset - width
                 y: foot.stacked ? Theme.lineGap : Math.round((parent.height - height) / 2)
                 width: foot.stacked ? parent.width - 2 * Theme.inset : foot.room
                 most: Math.min(0.4 * sheet.sheetHeight, sheet.sheetHeight - head.height - foot.line - Theme.rowHeight) - Theme.lineGap

@@ -24,8 +24,8 @@ Item {
         id: field
 
         anchors { left: name.right; right: parent.right; top: parent.top; bottom: parent.bottom }
-        leftPadding: 8
-        rightPadding: Theme.inset
+        leftPadding: Theme.mirrored ? Theme.inset : 8
+        rightPadding: Theme.mirrored ? 8 : Theme.inset
         clip: true
         Accessible.name: root.label
     }

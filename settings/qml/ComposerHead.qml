@@ -9,7 +9,7 @@ Item {
     property bool sendable: false
     property bool again: false // it was tried before
     // The title gets a line of its own when the room between the buttons is too small for it.
-    readonly property real room: width - 2 * Math.max(cancelButton.x + cancelButton.width, width - sendButton.x)
+    readonly property real room: width - 2 * (Theme.inset - Theme.buttonPadding + Math.max(cancelButton.width, sendButton.width))
     readonly property bool stacked: title.implicitWidth > room
     readonly property int line: 52
     readonly property int full: line + (stacked ? title.implicitHeight + Theme.lineGap : 0)

@@ -17,10 +17,10 @@ Item {
         id: title
 
         // In the middle of the bar, or of the room beside the way back if the title needs more.
-        readonly property real edge: back.visible ? back.x + back.width + 4 : Theme.inset
+        readonly property real edge: back.visible ? 4 + back.width + 4 : Theme.inset
         readonly property bool fits: implicitWidth <= parent.width - 2 * edge
 
-        x: fits ? (parent.width - width) / 2 : edge
+        x: fits ? (parent.width - width) / 2 : Theme.mirrored ? Theme.inset : edge
         anchors.verticalCenter: parent.verticalCenter
         width: fits ? implicitWidth : parent.width - edge - Theme.inset
         horizontalAlignment: Text.AlignHCenter
@@ -40,8 +40,8 @@ Item {
 
         visible: root.canGoBack
         anchors { left: parent.left; leftMargin: 4; verticalCenter: parent.verticalCenter }
-        leftPadding: 6
-        rightPadding: Theme.buttonPadding
+        leftPadding: mirrored ? Theme.buttonPadding : 6
+        rightPadding: mirrored ? 6 : Theme.buttonPadding
         implicitWidth: Math.max(Theme.buttonHeight, implicitContentWidth + leftPadding + rightPadding)
         implicitHeight: Theme.buttonHeight
         opacity: down ? Theme.downOpacity : 1
@@ -49,7 +49,7 @@ Item {
 
         // The word gives way to the title when there is no room for both.
         readonly property real fullWidth: leftPadding + chevron.width + signs.spacing + word.implicitWidth + rightPadding
-        readonly property bool wordless: title.implicitWidth > root.width - (x + fullWidth + 4) - Theme.inset
+        readonly property bool wordless: title.implicitWidth > root.width - (4 + fullWidth + 4) - Theme.inset
 
         onClicked: root.backTapped()
 
