@@ -36,10 +36,12 @@ Cell {
 
             property bool edited: false
             property string settled: "" // the text before it was edited
+            readonly property real start: Theme.contentInset(root.icon)
+            readonly property real end: Math.max(Theme.inset, signs.width)
 
             anchors.fill: parent
-            leftPadding: Theme.contentInset(root.icon)
-            rightPadding: Math.max(Theme.inset, signs.width)
+            leftPadding: Theme.mirrored ? end : start
+            rightPadding: Theme.mirrored ? start : end
             echoMode: root.row.secure ? TextInput.Password : TextInput.Normal
             passwordCharacter: "•"
             passwordMaskDelay: 0

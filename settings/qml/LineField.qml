@@ -11,6 +11,7 @@ T.TextField {
     color: Theme.text
     selectionColor: Theme.accent
     selectedTextColor: Theme.onColor
+    horizontalAlignment: Theme.mirrored ? TextInput.AlignLeft : undefined
     verticalAlignment: TextInput.AlignVCenter
     selectByMouse: true
     cursorDelegate: TextCursor { visible: root.cursorVisible }

@@ -23,6 +23,7 @@ TappableRow {
         RowTitle {
             id: title
 
+            x: control.mirrored ? content.width - width : 0
             y: content.stacked ? content.middle(content.implicitHeight) : content.middle(height)
             width: content.stacked ? content.room
                 : value.text.length === 0 ? content.room - Theme.textGap
@@ -44,9 +45,11 @@ TappableRow {
         WordText {
             id: value
 
-            x: content.stacked ? 0 : title.width + Theme.textGap
+            readonly property real start: content.stacked ? 0 : title.width + Theme.textGap
+
+            x: control.mirrored ? content.width - start - width : start
             y: content.stacked ? title.y + title.height + 2 : content.middle(height)
-            width: content.room - x
+            width: content.room - start
             text: control.row.valueTitle
             color: Theme.secondary
             horizontalAlignment: content.stacked ? Text.AlignLeft : Text.AlignRight

@@ -14,8 +14,8 @@ T.RadioButton {
     readonly property Item stop: control
 
     implicitHeight: Theme.rowHeightFor(implicitContentHeight)
-    leftPadding: Theme.contentInset(row.icon)
-    rightPadding: Theme.inset
+    leftPadding: mirrored ? Theme.inset : Theme.contentInset(row.icon)
+    rightPadding: mirrored ? Theme.contentInset(row.icon) : Theme.inset
     focusPolicy: reached ? Qt.StrongFocus : Qt.ClickFocus
     hoverEnabled: true
     text: row.title

@@ -12,8 +12,8 @@ T.Switch {
     readonly property Item stop: control
 
     implicitHeight: Theme.rowHeightFor(implicitContentHeight)
-    leftPadding: Theme.contentInset(row.icon)
-    rightPadding: Theme.inset
+    leftPadding: mirrored ? Theme.inset : Theme.contentInset(row.icon)
+    rightPadding: mirrored ? Theme.contentInset(row.icon) : Theme.inset
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     text: row.title
@@ -59,7 +59,7 @@ T.Switch {
     indicator: Rectangle {
         id: track
 
-        x: control.width - width - control.rightPadding
+        x: control.mirrored ? control.leftPadding : control.width - width - control.rightPadding
         anchors.verticalCenter: parent.verticalCenter
         implicitWidth: 51
         implicitHeight: 31

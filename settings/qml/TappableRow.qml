@@ -11,8 +11,8 @@ PushButton {
     readonly property Item stop: control
 
     implicitHeight: Theme.rowHeightFor(implicitContentHeight)
-    leftPadding: Theme.contentInset(row.icon)
-    rightPadding: Theme.inset
+    leftPadding: mirrored ? Theme.inset : Theme.contentInset(row.icon)
+    rightPadding: mirrored ? Theme.contentInset(row.icon) : Theme.inset
 
     hoverEnabled: true
     onClicked: {
