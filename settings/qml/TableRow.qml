@@ -64,6 +64,7 @@ Cell {
                 color: Theme.text
                 letterScale: root.scaling
                 inView: root.inView
+                mirrored: Theme.mirrored
             }
         }
         // In the one size of the whole list, as long as there is room.
