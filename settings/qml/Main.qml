@@ -11,6 +11,8 @@ Window {
     minimumWidth: 320
     minimumHeight: 400
     color: Theme.page
+    LayoutMirroring.enabled: Theme.mirrored
+    LayoutMirroring.childrenInherit: true
     title: bar.title
 
     onClosing: {
@@ -119,9 +121,11 @@ Window {
         property real from: 0
         property real to: 0
 
+        readonly property real way: Theme.mirrored ? -stack.width : stack.width
+
         XAnimator {
-            from: slide.from * stack.width
-            to: slide.to * stack.width
+            from: slide.from * slide.way
+            to: slide.to * slide.way
             duration: Theme.slideTime
             easing.type: Easing.OutCubic
         }
