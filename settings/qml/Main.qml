@@ -57,9 +57,9 @@ Window {
     }
 
     Binding { target: Theme; property: "dark"; value: window.shell.dark }
+    Binding { target: Theme; property: "moreContrast"; value: window.shell.moreContrast }
     Binding { target: Theme; property: "textSize"; value: window.shell.textSize }
     Binding { target: Theme; property: "animated"; value: window.shell.animated }
-    Binding { target: Theme; property: "moreContrast"; value: window.shell.moreContrast }
     Connections {
         target: window.shell
 
@@ -157,6 +157,7 @@ Window {
     WaitingScreen {
         anchors.fill: stack
         visible: window.shell.waiting
+        enabled: visible && !window.composing
         headline: window.shell.waitingHeadline
         explanation: window.shell.waitingText
         details: window.shell.waitingDetails
