@@ -9,13 +9,14 @@
 #include "settings/app/Pictures.h"
 #include "settings/app/Sigterm.h"
 #include "settings/app/WindowSize.h"
+#include "settings/model/Accessibility.h"
 #include "settings/model/DoubleClicks.h"
 #include "settings/model/TouchItem.h"
 
 #include <QFont>
 #include <QGuiApplication>
-#include <QQmlApplicationEngine>
 #include <QLocale>
+#include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
@@ -105,20 +106,21 @@ int runApplication(int argc, char** argv, const Options& asked) {
     QGuiApplication::setDesktopFileName(QStringLiteral("lumora-settings"));
     QGuiApplication::setQuitOnLastWindowClosed(false); // Shell::leave() ends the process
     TouchItem::wantEveryMove();
+    completeAccessibility();
     QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
 
     const auto bundle = options.bundle.value_or(platform::standardBundle());
+    // The toolkit would ask the translations of the window's own words, of which there are none.
+    QGuiApplication::setLayoutDirection(QLocale(QLocale::system().uiLanguages().value(0)).textDirection());
     auto& shell = *new Shell;
     OneWindow* oneWindow = nullptr;
     if (!picturesOnly) {
         oneWindow = new OneWindow(OneWindow::nameFor(bundle, platform::portsFolder()),
                                   [&shell](const QString& page) { return shell.activate(page); });
     }
-    // The toolkit would ask the translations of the window's own words, of which there are none.
-    QGuiApplication::setLayoutDirection(QLocale(QLocale::system().uiLanguages().value(0)).textDirection());
     shell.setDark(options.dark.value_or(false));
-    shell.setTextSize(options.textSize.value_or(100));
     shell.setMoreContrast(options.moreContrast.value_or(false));
+    shell.setTextSize(options.textSize.value_or(100));
     if (!picturesOnly) followDesktop(shell, options);
     const bool keepsSize = !picturesOnly && !options.size;
     const platform::CGSize size = options.size.value_or(keepsSize ? keptWindowSize().value_or(kUsualSize) : kUsualSize);

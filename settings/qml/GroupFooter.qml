@@ -5,4 +5,5 @@ Caption {
     topPadding: 7
     lineHeight: 1.1
     Accessible.role: Accessible.StaticText
+    Accessible.focusable: false
 }

@@ -22,6 +22,7 @@ Cell {
         text: root.row.title
         color: Theme.text
         Accessible.role: Accessible.StaticText
+        Accessible.focusable: false
         Accessible.name: root.row.accessibleName
         Accessible.description: root.row.accessibleDescription
     }

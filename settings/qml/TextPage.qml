@@ -17,6 +17,18 @@ FocusScope {
         list.positionViewAtBeginning();
     }
 
+    // What begins a part of the text and is no sentence and no item of a list heads it.
+    function paragraphsOf(text) {
+        const lines = text.split("\n");
+        let start = 0;
+        return lines.map((line, i) => {
+            const begins = i === 0 || lines[i - 1].trim().length === 0;
+            const paragraph = { start, text: line, heads: begins && i + 1 < lines.length && !/^\s*[•*-]|[.,:;!?…]\s*$/.test(line) };
+            start += line.length + 1;
+            return paragraph;
+        }).filter(paragraph => paragraph.text.trim().length > 0);
+    }
+
     Keys.onPressed: event => keys.take(event)
 
     FontMetrics {
@@ -83,6 +95,8 @@ FocusScope {
         }
 
         delegate: TextEdit {
+            id: body
+
             required property int index
 
             width: list.width
@@ -101,14 +115,31 @@ FocusScope {
             readOnly: true
             selectByMouse: root.text?.selectable ?? false
             activeFocusOnPress: selectByMouse
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
-            Accessible.ignored: root.pieceCount > 1
+            Accessible.ignored: true
+
+            Repeater {
+                model: root.pieceCount === 1 ? root.paragraphsOf(body.text) : []
+
+                // Assistive tools are told of a short text by its paragraphs, and go from heading to heading.
+                Item {
+                    required property var modelData
+                    // Anew when the text has been laid out for another width.
+                    function placeOf(offset) { return body.width > 0 && body.contentHeight > 0 ? body.positionToRectangle(offset) : Qt.rect(0, 0, 0, 0) }
+                    readonly property rect begin: placeOf(modelData.start)
+                    readonly property rect end: placeOf(modelData.start + modelData.text.length)
+
+                    y: begin.y
+                    width: body.width
+                    height: end.y + end.height - begin.y
+                    Accessible.role: modelData.heads ? Accessible.Heading : Accessible.Paragraph
+                    Accessible.name: modelData.text
+                }
+            }
         }
 
         T.ScrollIndicator.vertical: PageScrollIndicator {}
     }
-    // Tells assistive tools the whole text where it comes in pieces.
+    // Tells assistive tools the whole of a long text at once.
     Item {
         parent: list.contentItem
         y: list.originY
@@ -116,6 +147,7 @@ FocusScope {
         height: list.contentHeight
         Accessible.role: Accessible.StaticText
         Accessible.name: root.pieceCount > 1 ? root.text.text : ""
+        Accessible.focusable: false
         Accessible.ignored: root.pieceCount <= 1
     }
 }

@@ -102,6 +102,7 @@ Rectangle {
                 font.pixelSize: Theme.footSize
                 horizontalAlignment: Text.AlignHCenter
                 Accessible.role: Accessible.StaticText
+                Accessible.focusable: false
                 Accessible.name: text
             }
             Item {

@@ -1,3 +1,4 @@
+#include "settings/model/Accessibility.h"
 #include "settings/model/TouchItem.h"
 #include "tests/settings/qml/Bench.h"
 
@@ -21,7 +22,10 @@ class Setup : public QObject {
     }
 
   public slots:
-    void applicationAvailable() { settings::TouchItem::wantEveryMove(); }
+    void applicationAvailable() {
+        settings::TouchItem::wantEveryMove();
+        settings::completeAccessibility();
+    }
     void qmlEngineAvailable(QQmlEngine* engine) {
         engine->addImportPath("qrc:/qt/qml");
         engine->rootContext()->setContextProperty("bench", new Bench(fonts_.filePath("fonts/"), engine));

@@ -159,11 +159,12 @@ PageStage {
             mouseDoubleClickSequence(host.item, 30, 40);
             compare(shownText().selectedText, "Line");
         }
-        function test_tellsAssistiveToolsWhatTheTextSays() {
-            open("One\nTwo");
-            const told = spokenAs("One\nTwo");
-            verify(told);
-            compare(told.role, Accessible.StaticText);
+        function test_tellsAssistiveToolsOfParagraphsAndWhatHeadsThem() {
+            open("Lumora 1.0\n\nFonts\n• Every font is listed,\nwhether it is in use or not.\n\n• This page.\n\nAn end");
+            const told = spoken(control => control.role === Accessible.Heading || control.role === Accessible.Paragraph);
+            compare(told.map(control => [control.name, control.role === Accessible.Heading]), [
+                ["Lumora 1.0", true], ["Fonts", true], ["• Every font is listed,", false], ["whether it is in use or not.", false],
+                ["• This page.", false], ["An end", false]]);
             compare(spoken(control => control.name === ""), [], "nothing is told of the scroll bar");
         }
     }

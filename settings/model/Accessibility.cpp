@@ -1,0 +1,159 @@
+#include "settings/model/Accessibility.h"
+
+#include <QAccessible>
+#include <QAccessibleObject>
+#include <QList>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+#include <algorithm>
+
+namespace settings {
+
+namespace {
+
+/// What QML says of an item by its Accessible properties; null when it says nothing.
+const QObject* spokenOf(const QQuickItem& item) {
+    const auto& children = item.children();
+    const auto found = std::ranges::find_if(
+        children, [](const QObject* child) { return child->inherits("QQuickAccessibleAttached"); });
+    return found == children.end() ? nullptr : *found;
+}
+
+/// The item's interface; null when assistive tools are told nothing of it.
+QAccessibleInterface* told(QQuickItem& item) {
+    const QObject* spoken = spokenOf(item);
+    return spoken && !spoken->property("ignored").toBool() ? QAccessible::queryAccessibleInterface(&item) : nullptr;
+}
+
+/// What assistive tools find right inside of an item.
+void gather(const QQuickItem& item, QList<QAccessibleInterface*>& all) {
+    for (QQuickItem* child : item.childItems()) {
+        if (QAccessibleInterface* found = told(*child))
+            all << found;
+        else
+            gather(*child, all);
+    }
+}
+
+/// An item as the toolkit's own tell of themselves.
+class SpokenItem : public QAccessibleObject {
+  public:
+    using QAccessibleObject::QAccessibleObject;
+
+    [[nodiscard]] QAccessibleInterface* parent() const override {
+        for (QQuickItem* at = item().parentItem(); at; at = at->parentItem())
+            if (QAccessibleInterface* around = told(*at)) return around;
+        return QAccessible::queryAccessibleInterface(window());
+    }
+    [[nodiscard]] QAccessibleInterface* child(int index) const override { return inside().value(index); }
+    [[nodiscard]] int childCount() const override { return int(inside().size()); }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override {
+        return int(inside().indexOf(const_cast<QAccessibleInterface*>(child)));
+    }
+    [[nodiscard]] QAccessibleInterface* childAt(int x, int y) const override {
+        for (QAccessibleInterface* found : inside())
+            if (!found->state().invisible && found->rect().contains(x, y)) return found;
+        return nullptr;
+    }
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        if (kind == QAccessible::Name) return said("name").toString();
+        return kind == QAccessible::Description ? said("description").toString() : QString();
+    }
+    [[nodiscard]] QAccessible::Role role() const override { return QAccessible::Role(said("role").toInt()); }
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state;
+        state.disabled = !item().isEnabled();
+        state.invisible = !item().isVisible() || !window() || !window()->isVisible() || rect().isEmpty();
+        state.offscreen = !window() || !window()->geometry().intersects(rect());
+        return state;
+    }
+    [[nodiscard]] QRect rect() const override {
+        if (!window()) return {};
+        const QRect place = item().mapRectToScene(QRectF(0, 0, item().width(), item().height())).toRect();
+        return {window()->mapToGlobal(place.topLeft()), place.size()};
+    }
+    [[nodiscard]] QWindow* window() const override { return item().window(); }
+
+  protected:
+    [[nodiscard]] QQuickItem& item() const { return static_cast<QQuickItem&>(*object()); }
+
+  private:
+    [[nodiscard]] QList<QAccessibleInterface*> inside() const {
+        QList<QAccessibleInterface*> all;
+        gather(item(), all);
+        return all;
+    }
+    [[nodiscard]] QVariant said(const char* what) const {
+        const QObject* spoken = spokenOf(item());
+        return spoken ? spoken->property(what) : QVariant();
+    }
+};
+
+class SpokenDialog : public SpokenItem {
+  public:
+    using SpokenItem::SpokenItem;
+
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state = SpokenItem::state();
+        state.modal = true;
+        return state;
+    }
+};
+
+/// A text to read, by its name, which says all of it.
+class SpokenText : public SpokenItem, public QAccessibleTextInterface {
+  public:
+    using SpokenItem::SpokenItem;
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::TextInterface ? static_cast<QAccessibleTextInterface*>(this)
+                                                  : SpokenItem::interface_cast(type);
+    }
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state = SpokenItem::state();
+        state.readOnly = true;
+        return state;
+    }
+
+    using SpokenItem::text;
+    [[nodiscard]] QString text(int start, int end) const override { return whole().mid(start, end - start); }
+    [[nodiscard]] int characterCount() const override { return int(whole().size()); }
+    [[nodiscard]] QRect characterRect(int /*offset*/) const override { return rect(); }
+    [[nodiscard]] int offsetAtPoint(const QPoint& point) const override { return rect().contains(point) ? 0 : -1; }
+    [[nodiscard]] QString attributes(int /*offset*/, int* start, int* end) const override {
+        *start = 0;
+        *end = characterCount();
+        return {};
+    }
+    void scrollToSubstring(int /*start*/, int /*end*/) override {}
+    // Nothing of it can be selected, and there is no cursor.
+    void selection(int /*index*/, int* start, int* end) const override { *start = *end = 0; }
+    [[nodiscard]] int selectionCount() const override { return 0; }
+    void addSelection(int /*start*/, int /*end*/) override {}
+    void removeSelection(int /*index*/) override {}
+    void setSelection(int /*index*/, int /*start*/, int /*end*/) override {}
+    [[nodiscard]] int cursorPosition() const override { return 0; }
+    void setCursorPosition(int /*position*/) override {}
+
+  private:
+    [[nodiscard]] QString whole() const { return text(QAccessible::Name); }
+};
+
+QAccessibleInterface* make(const QString& className, QObject* object) {
+    const bool isText = className == QStringLiteral("QQuickText");
+    if (!isText && className != QStringLiteral("QQuickItem")) return nullptr;
+    const auto* item = qobject_cast<QQuickItem*>(object);
+    const QObject* spoken = item ? spokenOf(*item) : nullptr;
+    if (!spoken) return nullptr;
+    if (isText) return new SpokenText(object);
+    return spoken->property("role").toInt() == QAccessible::Dialog ? new SpokenDialog(object) : nullptr;
+}
+
+} // namespace
+
+void completeAccessibility() {
+    QAccessible::installFactory(make);
+}
+
+} // namespace settings

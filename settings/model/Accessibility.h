@@ -1,0 +1,9 @@
+#pragma once
+
+namespace settings {
+
+/// Tells assistive tools what the toolkit leaves out of the window: that a dialog keeps everything else from being used,
+/// and the letters of a text that is no field. Called once, before there is a window. GUI thread.
+void completeAccessibility();
+
+} // namespace settings
