@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QImage>
 #include <QQuickItem>
 #include <QSaveFile>
@@ -120,6 +121,7 @@ Result<void> Pictures::tour(const std::filesystem::path& folder, std::vector<QSi
             visitTopPage();
             visitComposer();
             visitWaitingScreen();
+            visitFaults();
         }
         return {};
     } catch (const Stopped& stopped) {
@@ -139,6 +141,7 @@ void Pictures::visitTopPage() {
         scroll(false);
     }
     visitMenu(page, name);
+    takeOtherPictures(name);
     const std::size_t depth = shell_.pages().size();
     for (std::size_t row = 0; row < page.rows.size(); ++row) {
         if (!isLink(page.rows[row])) continue;
@@ -190,6 +193,11 @@ void Pictures::visitComposer() {
                          false,
                          {}}));
     takePictures("Composer");
+    ComposerSnapshot failed = *shell_.topPage()->composer;
+    failed.problem = "The mail transport says: cannot connect to smtp.nevo.example, port 587.";
+    failed.draft = "~/.local/share/lumora/drafts/Lumora.eml";
+    present(std::make_shared<const ComposerSnapshot>(failed));
+    takePictures("Composer-failed");
     present(nullptr);
 }
 
@@ -208,6 +216,29 @@ void Pictures::visitWaitingScreen() {
     }
     shell_.setPatience(Shell::Patience::fresh, false);
     shell_.take({{page}, {}});
+}
+
+/// Of a page of rows with every control, one of links and one with a list.
+void Pictures::takeOtherPictures(const std::string& name) {
+    if (name != "LumoraPreferences" && name != "LSDateViewSettings" && name != "AppsListController") return;
+    shell_.setMoreContrast(true);
+    takePictures(name + "-contrast");
+    shell_.setMoreContrast(false);
+    const Qt::LayoutDirection usual = QGuiApplication::layoutDirection();
+    QGuiApplication::setLayoutDirection(usual == Qt::LeftToRight ? Qt::RightToLeft : Qt::LeftToRight);
+    takePictures(name + "-mirrored");
+    QGuiApplication::setLayoutDirection(usual);
+}
+
+void Pictures::visitFaults() {
+    shell_.setTweakGone(true);
+    settle();
+    takePictures("Notice");
+    shell_.setTweakGone(false);
+    settle();
+    shell_.setFault("there is no settings bundle at /Library/PreferenceBundles/Lumora.bundle");
+    takePictures("Fault");
+    shell_.setFault({});
 }
 
 void Pictures::takePictures(const std::string& name) {
@@ -248,7 +279,11 @@ bool Pictures::showsPage() const {
         return item.property("page").value<PageModel*>() == shown;
     });
     const platform::CGSize content = contentSizeOf({whole.width(), whole.height()});
-    return page && page->size() == QSizeF(content.width, content.height);
+    // A notice takes some of the height.
+    return page &&
+           page->mapRectToScene({{}, page->size()}) ==
+               QRectF(0, whole.height() - page->height(), content.width, page->height()) &&
+           page->height() <= content.height;
 }
 
 void Pictures::resize(QSize size) {

@@ -35,9 +35,11 @@ class Pictures : private QObject {
     /// Saves every page, opened anew at each size, light and dark: "LumoraPreferences-390-light.png"; of a page that is
     /// longer than the window, its end too: "LumoraPreferences-end-390-light.png". A class that several rows open has
     /// one picture, except option lists, "PSListItemsController-SleepAfter-390-light.png", and pages with other titles.
-    /// The first list whose rows can be moved is there with the menu of a row, "AppsListController-menu-390-light.png".
-    /// A message being composed and the waiting screen in both of its states come last. Presses no button and changes
-    /// no value. Without sizes, the widths are 320, 390 and 1024 points at the window's own height.
+    /// Three pages have pictures with more contrast and from right to left too, "LumoraPreferences-mirrored-390-light.png",
+    /// and the first list whose rows can be moved has one with the menu of a row, "AppsListController-menu-390-light.png".
+    /// A message being composed and one that could not be sent, the waiting screen in both of its states, the notice of a
+    /// missing tweak and what stands in place of a missing first page come last. Presses no button and changes no value.
+    /// Without sizes, the widths are 320, 390 and 1024 points at the window's own height.
     [[nodiscard]] platform::Result<void> tour(const std::filesystem::path& folder, std::vector<QSize> sizes = {});
 
   protected:
@@ -63,8 +65,10 @@ class Pictures : private QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
     void visitTopPage();
     void visitMenu(const PageSnapshot& page, const std::string& name);
+    void takeOtherPictures(const std::string& name);
     void visitWaitingScreen();
     void visitComposer();
+    void visitFaults();
     void save(const std::filesystem::path& file);
     [[nodiscard]] bool showsPage() const;
     bool scroll(bool toEnd);

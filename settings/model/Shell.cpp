@@ -60,8 +60,7 @@ void Shell::launch(Launch launch, std::function<void(const std::string&)> failed
         later([this, failed, result] {
             setBusy(-1);
             if (result) return;
-            fault_ = QString::fromStdString(platform::printable(result.error()));
-            emit waitingChanged();
+            setFault(result.error());
             failed(result.error());
         });
     });
@@ -85,7 +84,15 @@ void Shell::followTweak() {
 }
 
 void Shell::lookForTweak() {
-    const bool gone = !tweak_->look();
+    setTweakGone(!tweak_->look());
+}
+
+void Shell::setFault(const std::string& why) {
+    fault_ = QString::fromStdString(platform::printable(why));
+    emit waitingChanged();
+}
+
+void Shell::setTweakGone(bool gone) {
     if (std::exchange(tweakGone_, gone) == gone) return;
     emit tweakChanged();
     emit waitingChanged();

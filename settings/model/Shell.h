@@ -99,6 +99,10 @@ class Shell : public QObject {
     enum class Patience : unsigned char { fresh, waiting, over };
     /// Shows for how long the main thread has been busy, and whether it is waiting for the tweak.
     void setPatience(Patience patience, bool asksTweak);
+    /// Shows whether a tweak is there.
+    void setTweakGone(bool gone);
+    /// Shows why there is no first page; empty when there is one.
+    void setFault(const std::string& why);
     /// Shows the pages that the main thread holds now.
     void take(const StackSnapshot& stack);
 
@@ -151,9 +155,9 @@ class Shell : public QObject {
     bool tweakGone_ = false;
     bool changesLost_ = false;
     bool dark_ = false;
+    bool moreContrast_ = false;
     int textSize_ = 100;
     bool animated_ = true;
 };
 
-    bool moreContrast_ = false;
 } // namespace settings
