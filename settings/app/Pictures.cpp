@@ -251,7 +251,7 @@ void Pictures::takePicture(const std::string& name, bool dark) {
     save(folder_ / (name + "-" + std::to_string(window_.width()) + (dark ? "-dark.png" : "-light.png")));
 }
 
-void Pictures::save(const std::filesystem::path& file) {
+QImage Pictures::drawn() {
     draw();
     QImage picture;
     waitUntil(
@@ -264,7 +264,11 @@ void Pictures::save(const std::filesystem::path& file) {
         },
         [] { return "the window to be drawn"; });
     // One format, so that a picture is the same on every platform.
-    picture = picture.convertToFormat(QImage::Format_RGB32);
+    return picture.convertToFormat(QImage::Format_RGB32);
+}
+
+void Pictures::save(const std::filesystem::path& file) {
+    QImage picture = drawn();
     picture.setDotsPerMeterX(2835);
     picture.setDotsPerMeterY(2835);
     if (picture.isNull() || !write(picture, file)) throw Stopped{"cannot write the picture " + file.string()};

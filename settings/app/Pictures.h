@@ -4,6 +4,7 @@
 #include "settings/model/Shell.h"
 
 #include <QEvent>
+#include <QImage>
 #include <QObject>
 #include <QQuickWindow>
 #include <QSize>
@@ -52,6 +53,8 @@ class Pictures : private QObject {
     void resize(QSize size);
     void perform(std::function<void(Navigation&)> work);
     void waitUntil(const std::function<bool()>& condition, const std::function<std::string()>& awaited);
+    /// The window as it is, once it shows the top page; null if that cannot be had.
+    [[nodiscard]] QImage drawn();
     /// Shows the top page, as if it were the only one, with that message presented over it; null for none.
     void present(std::shared_ptr<const ComposerSnapshot> composer);
     [[nodiscard]] QQuickWindow& window() const { return window_; }

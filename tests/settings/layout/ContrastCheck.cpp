@@ -25,7 +25,7 @@ double luminance(QRgb color) {
 }
 
 double contrast(QRgb one, QRgb other) {
-    const auto [less, more] = std::minmax(luminance(one), luminance(other));
+    const auto [less, more] = std::minmax({luminance(one), luminance(other)});
     return (more + 0.05) / (less + 0.05);
 }
 

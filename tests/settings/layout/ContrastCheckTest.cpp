@@ -38,7 +38,7 @@ class ContrastCheck : public testing::Test {
 TEST_F(ContrastCheck, SaysNothingOfWhatStandsOut) {
     EXPECT_THAT(faultsOf(R"(
         Text { text: "Title"; color: "#767676" }
-        T.Switch { y: 50; indicator: Rectangle { width: 50; height: 30; radius: 15; color: "#949494" } }
+        T.Switch { x: 20; y: 50; indicator: Rectangle { width: 50; height: 30; radius: 15; color: "#949494" } }
         T.Slider { x: 80; y: 50; width: 100; height: 30
                    background: Rectangle { y: 13; width: 100; height: 4; color: "#949494" } }
     )"),
@@ -62,7 +62,7 @@ TEST_F(ContrastCheck, FindsATextThatIsFaintBecauseOfWhatItIsIn) {
 
 TEST_F(ContrastCheck, FindsTheFaintTrackOfASwitchAndOfASlider) {
     EXPECT_THAT(
-        faultsOf(R"(T.Switch { indicator: Rectangle { width: 50; height: 30; radius: 15; color: "#959595" } })"),
+        faultsOf(R"(T.Switch { x: 20; indicator: Rectangle { width: 50; height: 30; radius: 15; color: "#959595" } })"),
         ElementsAre(HasSubstr("has a contrast")));
     // Before its handle and behind it.
     EXPECT_THAT(faultsOf(R"(T.Slider { y: 30; width: 100; height: 30
