@@ -36,7 +36,7 @@ void gather(const QQuickItem& item, QList<QAccessibleInterface*>& all) {
     }
 }
 
-/// An item as the toolkit's own tell of themselves.
+/// A part of the window. While it is disabled, nothing in it is told of, as the toolkit would tell of it as enabled.
 class SpokenItem : public QAccessibleObject {
   public:
     using QAccessibleObject::QAccessibleObject;
@@ -64,6 +64,8 @@ class SpokenItem : public QAccessibleObject {
     [[nodiscard]] QAccessible::State state() const override {
         QAccessible::State state;
         state.disabled = !item().isEnabled();
+        state.focusable = said("focusable").toBool();
+        state.focused = item().hasActiveFocus();
         state.invisible = !item().isVisible() || !window() || !window()->isVisible() || rect().isEmpty();
         state.offscreen = !window() || !window()->geometry().intersects(rect());
         return state;
@@ -81,7 +83,7 @@ class SpokenItem : public QAccessibleObject {
   private:
     [[nodiscard]] QList<QAccessibleInterface*> inside() const {
         QList<QAccessibleInterface*> all;
-        gather(item(), all);
+        if (item().isEnabled()) gather(item(), all);
         return all;
     }
     [[nodiscard]] QVariant said(const char* what) const {
@@ -140,14 +142,15 @@ class SpokenText : public SpokenItem, public QAccessibleTextInterface {
     [[nodiscard]] QString whole() const { return text(QAccessible::Name); }
 };
 
+/// Asked for an item before QML has said what it is, and so only its class tells.
 QAccessibleInterface* make(const QString& className, QObject* object) {
-    const bool isText = className == QStringLiteral("QQuickText");
-    if (!isText && className != QStringLiteral("QQuickItem")) return nullptr;
+    const auto is = [&](const char* name) { return className.startsWith(QLatin1String(name)); };
     const auto* item = qobject_cast<QQuickItem*>(object);
-    const QObject* spoken = item ? spokenOf(*item) : nullptr;
-    if (!spoken) return nullptr;
-    if (isText) return new SpokenText(object);
-    return spoken->property("role").toInt() == QAccessible::Dialog ? new SpokenDialog(object) : nullptr;
+    if (!item || !spokenOf(*item)) return nullptr;
+    if (className == QStringLiteral("QQuickText") || is("TextParagraph_")) return new SpokenText(object);
+    if (is("Sheet_")) return new SpokenDialog(object);
+    const bool isPart = is("QQuickStackView") || is("Page_") || is("WaitingScreen_") || is("TweakNotice_");
+    return isPart ? new SpokenItem(object) : nullptr;
 }
 
 } // namespace

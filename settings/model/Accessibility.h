@@ -2,8 +2,8 @@
 
 namespace settings {
 
-/// Tells assistive tools what the toolkit leaves out of the window: that a dialog keeps everything else from being used,
-/// and the letters of a text that is no field. Called once, before there is a window. GUI thread.
+/// Tells assistive tools what the toolkit leaves out: that a dialog keeps everything else from being used, that a part of
+/// the window is disabled, and the letters of a text that is no field. Called once, before there is a window. GUI thread.
 void completeAccessibility();
 
 } // namespace settings

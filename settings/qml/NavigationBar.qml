@@ -54,6 +54,7 @@ Item {
         onClicked: root.backTapped()
 
         Accessible.name: text
+        Accessible.ignored: !enabled
         Accessible.onPressAction: clicked()
 
         background: FocusRing { visible: back.visualFocus }

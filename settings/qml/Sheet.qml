@@ -12,6 +12,9 @@ Item {
     default property alias content: sheet.data
     signal gone
 
+    Accessible.role: Accessible.Dialog
+    Accessible.name: title
+
     function slideAway() {
         if (!slides || !open)
             gone();
@@ -38,8 +41,6 @@ Item {
         y: root.open ? root.gap : parent.height
         width: Math.min(parent.width, Theme.contentWidth + 2 * Theme.inset)
         height: parent.height - root.gap
-        Accessible.role: Accessible.Dialog
-        Accessible.name: root.title
 
         Behavior on y {
             enabled: root.slides

@@ -121,7 +121,7 @@ FocusScope {
                 model: root.pieceCount === 1 ? root.paragraphsOf(body.text) : []
 
                 // Assistive tools are told of a short text by its paragraphs, and go from heading to heading.
-                Item {
+                TextParagraph {
                     required property var modelData
                     // Anew when the text has been laid out for another width.
                     function placeOf(offset) { return body.width > 0 && body.contentHeight > 0 ? body.positionToRectangle(offset) : Qt.rect(0, 0, 0, 0) }
@@ -131,8 +131,8 @@ FocusScope {
                     y: begin.y
                     width: body.width
                     height: end.y + end.height - begin.y
-                    Accessible.role: modelData.heads ? Accessible.Heading : Accessible.Paragraph
-                    Accessible.name: modelData.text
+                    text: modelData.text
+                    heads: modelData.heads
                 }
             }
         }
@@ -140,14 +140,12 @@ FocusScope {
         T.ScrollIndicator.vertical: PageScrollIndicator {}
     }
     // Tells assistive tools the whole of a long text at once.
-    Item {
+    TextParagraph {
         parent: list.contentItem
         y: list.originY
         width: list.width
         height: list.contentHeight
-        Accessible.role: Accessible.StaticText
-        Accessible.name: root.pieceCount > 1 ? root.text.text : ""
-        Accessible.focusable: false
+        text: root.pieceCount > 1 ? root.text.text : ""
         Accessible.ignored: root.pieceCount <= 1
     }
 }

@@ -71,7 +71,7 @@ PageStage {
             verify(pieces().some(piece => piece.text.startsWith("Line 0\nLine 1\n") && at(piece, 0) === 0));
             verify(pieces().length < 10);
             const told = spoken(control => control.name.startsWith("Line"));
-            compare(told.map(control => control.role), [Accessible.StaticText]);
+            compare(told.map(control => control.role), [Accessible.Paragraph]);
             compare(told[0].name, whole);
             keyClick(Qt.Key_End);
             tryVerify(() => pieces().some(piece => piece.text.endsWith("\nLine 19999") && at(piece, piece.height) === 600));

@@ -322,7 +322,12 @@ class ChangeLogTest(Everything):
     def test_reads_the_change_log_to_its_end(self):
         text = Path(ROOT, "Library/PreferenceBundles/Lumora.bundle/changelog.txt").read_text(encoding="utf-8")
         window = self.open_window("--page", "ChangeLogController", "--size", "390x400")
-        label = self.find_control(window, Control(pyatspi.ROLE_LABEL, text, ""))
+        lines = [line for line in text.split("\n") if line.strip()]
+        read = lambda: [control for control, _ in self.items(window) if control.name in lines]
+        self.expect_soon(lambda: [control.name for control in read()], lines)
+        first, label = (next(item for control, item in self.items(window) if control.name == line)
+                        for line in (lines[0], lines[-1]))
+        self.assertEqual((first.getRole(), label.getRole()), (pyatspi.ROLE_HEADING, pyatspi.ROLE_PARAGRAPH))
         self.assertFalse(self.has_state(label, pyatspi.STATE_EDITABLE))
         self.expect_soon(lambda: (self.extents(label).x, self.extents(label).width), (0, WIDTH))
         top = self.extents(label).y

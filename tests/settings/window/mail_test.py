@@ -271,7 +271,7 @@ class MailTest(Spoken):
 
     def test_cancels_without_a_trace_and_gives_the_page_back(self):
         window = self.compose()
-        self.act(self.spoken(window, SWITCH)["Enable Lumora"], "Toggle")  # the page behind is deaf
+        self.assertEqual(self.spoken(window, SWITCH), {}, "the page behind cannot be used")
         self.press_button(window, "Cancel")
         self.expect_gone(window)
         self.assertIsNone(self.stored("kTweakEnabled"))
