@@ -24,7 +24,7 @@ QtObject {
     readonly property color secondary: shade("#636367", "#a1a1a8", "#3a3a3e", "#d8d8de")
     readonly property color placeholder: shade("#6a6a6f", "#96969c", "#4a4a4f", "#c0c0c6")
     readonly property color tertiary: shade("#7d7d82", "#85858a", "#4a4a4f", "#c0c0c6")
-    readonly property color accent: shade("#0060d0", "#409cff", "#003f99", "#8cc4ff")
+    readonly property color accent: shade("#0060d0", "#409cff", "#003f99", "#98ccff")
     readonly property color onColor: dark ? "#000000" : "#ffffff" // signs and texts on the accent and other strong colours
     readonly property color shadow: dark ? "#18000000" : "#08000000" // of eight layers
     readonly property color warning: shade("#c4001d", "#ff6961", "#990016", "#ffa49e")
@@ -33,7 +33,7 @@ QtObject {
     readonly property color on: shade("#248a3d", "#28994a", "#14632a", "#28994a")
     readonly property color off: shade("#8a8a8f", "#7c7c82", "#5c5c61", "#7c7c82")
     readonly property color knob: "#ffffff"
-    readonly property color knobEdge: dark ? "#00000000" : off
+    readonly property color knobEdge: shade("#6c6c70", "#00000000", "#3a3a3e", "#00000000")
     readonly property real downOpacity: 0.4 // of a button without a ground
 
     // What is around the content of a page, and of a row.
