@@ -106,10 +106,11 @@ class Lists:
         window = self.open_table(self.page)
         enabled, disabled = map(list, self.lists)
         for number, name in enumerate(disabled + enabled):
-            by = -1 if name in self.lists[1] or name == self.lists[0][-1] else +1
+            by = -1 if name in self.lists[1] or name == self.lists[0][-1] != self.order()[0] else +1
             for turn in range(2):  # there and back
                 self.move(window, name, -by if turn else by, WAYS[(2 * number + turn) % 3])
         for way in WAYS:
+            self.move(window, self.lists[1][0], -1, way)
             self.move(window, self.lists[0][0], +1, way)
             self.move(window, self.lists[0][-1], +1, way)
         for by in (+1, -1):
