@@ -1,9 +1,10 @@
 // Opens every page of the application in several sizes of the window, goes through it by Tab, and prints what is wrong
 // with how it is laid out, a line each, and which links open nothing. Saves pictures of such pages:
 //
-//     layout_tour ROOT PICTURES TEXT_SIZE [contrast]
+//     layout_tour ROOT PICTURES TEXT_SIZE [contrast|turned]
 //
-// With the last word, it looks at what stands out from its ground instead, light and dark, pressed, and with more contrast.
+// With the last word it looks at something else instead: at what stands out from its ground, light and dark, pressed, and
+// with more contrast; or at each page in many more sizes, which the window takes while it is open.
 // Ends with 0 when there is nothing to print, 1 when there is, 2 when the tour has come to no end. The tweak is
 // whichever has the ports.
 #include "platform/foundation/DeviceRoot.h"
@@ -21,6 +22,7 @@
 #include <QQmlProperty>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <array>
 #include <iostream>
 #include <memory>
 #include <set>
@@ -33,6 +35,20 @@ namespace {
 /// A window in which most of a page is seen at once, and the least that there is.
 constexpr int kHigh = 1200;
 constexpr int kLow = 400;
+
+/// From the smallest window to a whole screen, upright and across by turns.
+constexpr std::array<QSize, 12> kTurns{{{320, 400},
+                                        {1920, 1080},
+                                        {390, 844},
+                                        {844, 400},
+                                        {320, 1080},
+                                        {568, 400},
+                                        {400, 1024},
+                                        {1024, 400},
+                                        {768, 1024},
+                                        {1366, 768},
+                                        {320, 568},
+                                        {1024, 768}}};
 
 /// A tour that prints what is wrong with a page, and keeps a picture of it.
 class CheckingTour : public settings::Pictures {
@@ -47,6 +63,10 @@ class CheckingTour : public settings::Pictures {
     [[nodiscard]] bool foundFaults() const { return foundFaults_; }
 
   protected:
+    /// Pages of strange plug-ins have a link to no page, and are to open all the same.
+    void missPage(const std::string& name, const settings::RowSnapshot& link) override {
+        if (link.detail != "NoSuchPage") complain(name, {"the link to " + link.detail + " opens nothing"});
+    }
     void complain(const std::string& name, const std::vector<std::string>& faults) {
         for (const std::string& fault : faults) {
             foundFaults_ = true;
@@ -54,7 +74,7 @@ class CheckingTour : public settings::Pictures {
         }
         if (!faults.empty()) takePicture(name + "-" + std::to_string(window().height()), shell_.dark());
     }
-    [[nodiscard]] settings::Shell& shell() { return shell_; }
+    [[nodiscard]] settings::Shell& shell() const { return shell_; }
 
   private:
     settings::Shell& shell_;
@@ -102,6 +122,47 @@ class ContrastTour : public CheckingTour {
     }
 };
 
+/// Turns the window on each page.
+class TurningTour : public CheckingTour {
+  public:
+    TurningTour(settings::Shell& shell, QQuickWindow& window) : CheckingTour(shell, window) {
+        ::QObject::connect(&shell, &settings::Shell::aboutToAppearAnew, &window, [this] { ++appearances_; });
+    }
+
+  protected:
+    void takePictures(const std::string& name) override {
+        for (const std::string_view over : {"Composer", "Fault", "Notice", "Waiting"})
+            if (name.starts_with(over)) return; // what stands over a page has tests of its own
+        if (name.ends_with("-end") || name.ends_with("-menu")) return;
+        std::cerr << "looked at " << name << "-390" << std::endl;
+        const QSize before = window().size();
+        const std::size_t elements = shell().topPage()->elements.size();
+        for (const QSize size : kTurns) {
+            turn(size);
+            (void)window().grabWindow(); // by then everything is in its place
+            complain(name, tests::layoutFaults(*window().contentItem()));
+            complain(name, tests::reachFaults(*window().contentItem()));
+            if (shell().topPage()->elements.size() != elements) complain(name, {"has elements that no touch reaches"});
+        }
+        turn(before);
+    }
+
+  private:
+    void turn(QSize size) {
+        const int appearances = appearances_;
+        if (window().size() == size) return;
+        resize(size);
+        if (!shell().topPage()->keepsPlaces) {
+            if (appearances_ != appearances) complain("a page that follows", {"appears anew"});
+            return;
+        }
+        waitUntil([&] { return appearances_ != appearances; }, [] { return "the page to appear anew"; });
+        perform([](settings::Navigation&) {});
+    }
+
+    int appearances_ = 0;
+};
+
 class LayoutTour : public CheckingTour {
   public:
     using CheckingTour::CheckingTour;
@@ -117,10 +178,6 @@ class LayoutTour : public CheckingTour {
         else
             goThroughByTab(name);
         if (name == "Composer") visitComposerStates();
-    }
-    /// Pages of strange plug-ins have a link to no page, and are to open all the same.
-    void missPage(const std::string& name, const settings::RowSnapshot& link) override {
-        if (link.detail != "NoSuchPage") complain(name, {"the link to " + link.detail + " opens nothing"});
     }
 
   private:
@@ -182,8 +239,9 @@ int fail(const std::string& why) {
 
 int main(int argc, char** argv) {
     platform::PicturePatience::makeEndless(); // so that a row has its icon in each picture
-    const bool ofContrast = argc == 5 && std::string_view(argv[4]) == "contrast";
-    if (argc != 4 && !ofContrast) return fail("takes a device root, a folder, a text size and perhaps what to look at");
+    const std::string_view subject = argc == 5 ? argv[4] : "";
+    if (argc < 4 || argc > 5 || (argc == 5 && subject != "contrast" && subject != "turned"))
+        return fail("takes a device root, a folder, a text size and perhaps what to look at");
     platform::setDeviceRoot(argv[1]);
     QGuiApplication application(argc, argv);
     QGuiApplication::setFont(QFont("Inter"));
@@ -200,11 +258,18 @@ int main(int argc, char** argv) {
     engine.load(QUrl("qrc:/qt/qml/Lumora/Main.qml"));
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return fail("the window's own files cannot be loaded");
-    const std::vector<QSize> sizes = ofContrast ? std::vector<QSize>{{320, 844}, {390, 844}}
-                                                : std::vector<QSize>{{320, kHigh}, {390, 568}, {320, kLow}};
-    const std::unique_ptr<CheckingTour> tour = ofContrast
-                                                   ? std::unique_ptr<CheckingTour>(new ContrastTour(shell, *window))
-                                                   : std::make_unique<LayoutTour>(shell, *window);
+    std::unique_ptr<CheckingTour> tour;
+    std::vector<QSize> sizes;
+    if (subject == "contrast") {
+        tour = std::make_unique<ContrastTour>(shell, *window);
+        sizes = {{320, 844}, {390, 844}};
+    } else if (subject == "turned") {
+        tour = std::make_unique<TurningTour>(shell, *window);
+        sizes = {{390, 844}};
+    } else {
+        tour = std::make_unique<LayoutTour>(shell, *window);
+        sizes = {{320, kHigh}, {390, 568}, {320, kLow}};
+    }
     const auto done = tour->tour(argv[2], sizes);
     // Without an end of threads and objects, as the application itself.
     std::cout.flush();

@@ -123,7 +123,7 @@ class Strange(unittest.TestCase):
         Path(root, f"usr/share/applications/org.example.{identifier}.desktop").write_text(
             f"[Desktop Entry]\nType=Application\nName={name}\nExec=true\n", encoding="utf-8")
 
-    def look(self, called, answered, root=ROOT, size=200, names=(), at=(), left_out=()):
+    def look(self, called, answered, root=ROOT, size=200, names=(), at=(), left_out=(), widths=("320", "390")):
         """Opens every page, and expects nothing to be said about them."""
         with self.subTest(called, text_size=size):
             name = re.sub(r"\W+", "-", f"{called} {size}")
@@ -143,11 +143,11 @@ class Strange(unittest.TestCase):
                 self.assertEqual(tweak.changes, [], "looking changes nothing")
             self.assertEqual(tour.stdout, "", f"see the pictures in {pictures}")
             self.assertEqual(tour.returncode, 0, tour.stderr[-2000:])
-            self.expect_all_pages(tour.stderr, names, left_out)
+            self.expect_all_pages(tour.stderr, names, left_out, widths)
 
-    def expect_all_pages(self, told, names, left_out):
-        """Those of the application, and one for each of the names; at both widths."""
-        for width in ("320", "390"):
+    def expect_all_pages(self, told, names, left_out, widths):
+        """Those of the application, and one for each of the names; at each width."""
+        for width in widths:
             found = set(re.findall(rf"^looked at (.+?)(?:-end)?-{width}\b", told, re.MULTILINE))
             more = found - PAGES
             self.assertEqual(PAGES - found, set(left_out), "not opened")
@@ -172,6 +172,12 @@ class Few(Strange):
     def test_plain_settings(self):
         for size in (100, 300):
             self.look("plain", settings(), size=size)
+
+    def test_a_window_that_is_turned(self):
+        # What stands over a page has tests of its own.
+        over = [page for page in PAGES
+                if page.startswith(("Composer", "Fault", "Notice", "Waiting")) or page.endswith("-menu")]
+        self.look("turned", settings(), size=100, at=["turned"], left_out=over, widths=["390"])
 
     def test_no_settings(self):
         self.look("no settings", {}, size=100)
