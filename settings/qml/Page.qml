@@ -26,7 +26,7 @@ FocusScope {
         focus: active
         sourceComponent: RowsPage { page: root.page }
     }
-    // Scrolls while the window has been turned and the view has not been made anew.
+    // Scrolls over a view that the window was turned on, until it is made anew.
     Flickable {
         id: area
 
@@ -40,10 +40,15 @@ FocusScope {
             if (!interactive)
                 contentX = contentY = 0;
         }
+    }
+    // In what scrolls only while that is needed: it would take part in every touch.
+    Item {
+        parent: area.interactive ? area.contentItem : root
+        width: area.contentWidth
+        height: area.contentHeight
 
         Loader {
-            width: area.contentWidth
-            height: area.contentHeight
+            anchors.fill: parent
             active: root.page.hostsView
             sourceComponent: Item {
                 ViewItem {
@@ -83,7 +88,25 @@ FocusScope {
             height: root.page.table?.frame.height ?? 0
             active: root.page.table !== null
             focus: active
+            onHeightChanged: {
+                if (isCurrentRowAbove(seenHeight))
+                    Qt.callLater(keepCurrentRow);
+                seenHeight = height;
+            }
             sourceComponent: Table { table: root.page.table; title: root.page.title; focus: true }
+
+            // A window that becomes lower leaves the current row in view.
+            property real seenHeight: 0
+            readonly property TableScroller scroller: Array.from(item?.children ?? []).find(child => child instanceof TableScroller) ?? null
+
+            function isCurrentRowAbove(end) {
+                const table = root.page.table;
+                return scroller && table && table.topOf(table.current) + table.heightOf(table.current) <= scroller.contentY + end;
+            }
+            function keepCurrentRow() {
+                if (!isCurrentRowAbove(height))
+                    scroller?.reveal();
+            }
         }
         Loader {
             x: root.page.text?.frame.x ?? 0

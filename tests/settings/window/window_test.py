@@ -67,8 +67,7 @@ class TurnedTest(Window):
                 if more:
                     eventually(lambda: tweak.visits(wire.REQUEST_SETTINGS) > asked, "the question")
                 self.assertEqual(self.asked(tweak), asked + more)
-                window.kill()
-                window.wait(LONG_ENOUGH)
+                self.expect_to_close(window)
 
     def quiet_tweak(self):
         self.tweak.kill()
@@ -90,7 +89,7 @@ class TurnedTest(Window):
         x, y = self.lift(window, name)
         self.xdotool("mousemove", x, y - 60)
         self.resize(window, 844, 600)
-        eventually(lambda: self.place(window, name).width > 800, "the row in another width")
+        eventually(lambda: self.place(window, name).x > 50, "the row in another place")
         self.xdotool("mouseup", 1)
         self.assertEqual(self.get("kAppViewsEnabled"), before)
 
@@ -104,8 +103,10 @@ class TurnedTest(Window):
         self.assertGreater(many.index(focused[0]), 20)
         for width, height in ((844, 400), (WIDTH, HEIGHT)):
             self.resize(window, width, height)
-            eventually(lambda: self.place(window, focused[0]).width > width - 60, "the row in another width")
+            eventually(lambda: (self.place(window, focused[0]).x > 50) is (width > WIDTH), "the row in another place")
             self.assertEqual(self.focused(window), focused)
+            place = self.place(window, focused[0])
+            self.assertTrue(BAR <= place.y and place.y + place.height <= height, place.y)
 
 
 class SecondStartTest(Window):
@@ -150,8 +151,7 @@ class SecondStartTest(Window):
         self.make_root()
         other = self.open_root_page()
         self.assertNotEqual(first.id, other.id)
-        other.kill()
-        other.wait(LONG_ENOUGH)
+        self.expect_to_close(other)
         self.expect_to_close(self.open_root_page())
         self.expect_to_close(self.open_root_page())
         self.assertIsNone(first.poll())
@@ -185,7 +185,7 @@ class KeysTest(Window):
         y = place.y + place.height // 2
         self.assertTrue(any(link.y < y < link.y + link.height for link in links), "a link where the other one was")
         self.press_button(window, "Back")
-        self.expect_title(window, "Lumora")
+        settled(lambda: self.extents(self.named(window, LINK, "Change Log")).x, "the page that slides back")
         self.xdotool("mousemove", WIDTH // 2, y, "click", "--repeat", 2, "--delay", 120, 1)
         self.expect_title(window, "Apps")
         self.assertEqual(settled(lambda: self.title_of(window), "the title", times=30), "Apps")
@@ -226,8 +226,7 @@ class ClosingTest(Window):
                     kept.write_bytes(content)
                 window = self.open_root_page()
                 self.assertEqual(self.size_of(window), (WIDTH, HEIGHT))
-                window.kill()
-                window.wait(LONG_ENOUGH)
+                self.expect_to_close(window)
 
 
 if __name__ == "__main__":
