@@ -14,13 +14,14 @@ bool DoubleClicks::eventFilter(QObject* /*watched*/, QEvent* event) {
     case QEvent::MouseButtonPress: {
         const auto* press = static_cast<QMouseEvent*>(event);
         if (press->button() == Qt::LeftButton)
-            takes_ = takesPress(press->position(), QGuiApplication::styleHints()->mouseDoubleClickDistance());
+            takes_ = takesPress(press->timestamp(), press->position(),
+                                QGuiApplication::styleHints()->mouseDoubleClickDistance());
         return takes_;
     }
     case QEvent::TouchBegin: {
         const auto* press = static_cast<QTouchEvent*>(event);
-        takes_ =
-            takesPress(press->points().first().position(), QGuiApplication::styleHints()->touchDoubleTapDistance());
+        takes_ = takesPress(press->timestamp(), press->points().first().position(),
+                            QGuiApplication::styleHints()->touchDoubleTapDistance());
         return takes_;
     }
     case QEvent::MouseButtonDblClick:
@@ -36,12 +37,10 @@ bool DoubleClicks::eventFilter(QObject* /*watched*/, QEvent* event) {
     }
 }
 
-bool DoubleClicks::takesPress(QPointF place, int distance) {
-    const bool follows = sincePress_.isValid() &&
-                         !sincePress_.hasExpired(QGuiApplication::styleHints()->mouseDoubleClickInterval()) &&
-                         (place - place_).manhattanLength() <= distance;
-    sincePress_.start();
-    place_ = place;
+bool DoubleClicks::takesPress(quint64 time, QPointF place, int distance) {
+    const auto interval = static_cast<quint64>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    const bool follows = time - std::exchange(time_, time) <= interval &&
+                         (place - std::exchange(place_, place)).manhattanLength() <= distance;
     opened_ = opened_ && follows;
     return opened_;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QPointF>
 
@@ -23,10 +22,10 @@ class DoubleClicks : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    [[nodiscard]] bool takesPress(QPointF place, int distance);
+    [[nodiscard]] bool takesPress(quint64 time, QPointF place, int distance);
 
-    QElapsedTimer sincePress_;
-    QPointF place_;       ///< of the last press
+    quint64 time_ = 0; ///< of the last press as the display tells it, in milliseconds
+    QPointF place_;
     bool opened_ = false; ///< a page, since the first of the presses
     bool takes_ = false;  ///< the press that is under way
 };

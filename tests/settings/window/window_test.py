@@ -60,7 +60,7 @@ class TurnedTest(Window):
         for page, more in (("ColorPickerController", 1), ("PluginsListViewController", 1), ("FontViewController", 0),
                            ("AppsController", 0), ("LumoraPreferences", 0)):
             with self.subTest(page), self.quiet_tweak() as tweak:
-                window = self.open_window("--page", page)
+                window = self.open_window("--page", page, "--size", f"{WIDTH}x{HEIGHT}")
                 asked = self.asked(tweak)
                 for size in ((500, 800), (700, 500), (844, 400)):
                     self.resize(window, *size)
