@@ -6,7 +6,7 @@ Item {
     id: root
 
     property real radius: Theme.rowRadius
-    readonly property int depth: 8
+    readonly property int depth: 10
 
     Repeater {
         model: root.depth

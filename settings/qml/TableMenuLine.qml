@@ -20,9 +20,9 @@ Item {
 
     Rectangle {
         anchors { fill: parent; margins: Theme.ringInset }
-        visible: touch.pressed
+        visible: touch.containsMouse
         radius: Theme.rowRadius - Theme.ringInset
-        color: Theme.cellDown
+        color: touch.pressed ? Theme.cellDown : Qt.tint(Theme.cell, Qt.alpha(Theme.cellDown, 0.4))
         antialiasing: true
     }
     FocusRing {
@@ -31,12 +31,11 @@ Item {
         radius: Theme.rowRadius - Theme.ringInset
     }
     Hairline { visible: !line.last; anchors.bottom: parent.bottom }
-    Text {
+    WordText {
         anchors { fill: parent; leftMargin: Theme.inset; rightMargin: Theme.inset }
         text: line.text
-        textFormat: Text.PlainText
+        wrapMode: Text.NoWrap
         color: line.enabled ? Theme.text : Theme.placeholder
-        font.pixelSize: Theme.bodySize
         fontSizeMode: Text.HorizontalFit
         minimumPixelSize: Theme.smallestFixedSize
         elide: Text.ElideRight
@@ -46,6 +45,7 @@ Item {
         id: touch
 
         anchors.fill: parent
+        hoverEnabled: true
         onClicked: line.chosen()
     }
 }

@@ -68,12 +68,12 @@ Cell {
             }
         }
         // In the one size of the whole list, as long as there is room.
-        Text {
+        WordText {
             visible: !drawn.item?.drawn
             anchors { left: parent.left; right: signs.left; rightMargin: Theme.signGap; verticalCenter: parent.verticalCenter }
             height: parent.height - 1 // odd like a line's, for letters on whole pixels
             text: root.title
-            textFormat: Text.PlainText
+            wrapMode: Text.NoWrap
             maximumLineCount: 1
             color: Theme.text
             font.pixelSize: Math.max(1, Theme.bodySizeWithin(root.height))

@@ -26,7 +26,7 @@ QtObject {
     readonly property color tertiary: shade("#7d7d82", "#85858a", "#4a4a4f", "#c0c0c6")
     readonly property color accent: shade("#0060d0", "#409cff", "#003f99", "#98ccff")
     readonly property color onColor: dark ? "#000000" : "#ffffff" // signs and texts on the accent and other strong colours
-    readonly property color shadow: dark ? "#18000000" : "#08000000" // of eight layers
+    readonly property color shadow: dark ? "#10000000" : "#05000000" // of ten layers
     readonly property color warning: shade("#c4001d", "#ff6961", "#990016", "#ffa49e")
     readonly property color notice: dark ? "#4a3800" : "#ffe9b0"
     readonly property color noticeText: dark ? "#ffe08a" : "#573f00"
