@@ -43,7 +43,9 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     app.set_version_flag("--version", "lumora-settings " LUMORA_VERSION);
     app.add_option("--root", options.root, "The folder that stands for the device's \"/\"")->type_name("DIR");
     app.add_option("--bundle", options.bundle, "The settings bundle, in place of the device's own")->type_name("PATH");
-    app.add_option("--page", options.page, "Open at this page class, upon those that lead there")->type_name("CLASS")->check(isName);
+    app.add_option("--page", options.page, "Open at this page class, upon those that lead there")
+        ->type_name("CLASS")
+        ->check(isName);
     auto* grab = app.add_option("--grab", options.grab, "Save a picture of the page, and end")->type_name("FILE.png");
     auto* tour =
         app.add_option("--tour", options.tour, "Save pictures of every page in a folder, and end")->type_name("DIR");

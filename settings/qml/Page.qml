@@ -90,12 +90,18 @@ FocusScope {
             focus: active
             onHeightChanged: {
                 if (isCurrentRowAbove(seenHeight))
-                    Qt.callLater(keepCurrentRow);
+                    lowered.restart();
                 seenHeight = height;
             }
             sourceComponent: Table { table: root.page.table; title: root.page.title; focus: true }
 
             // A window that becomes lower leaves the current row in view.
+            Timer {
+                id: lowered
+
+                interval: 0
+                onTriggered: list.keepCurrentRow()
+            }
             property real seenHeight: 0
             readonly property TableScroller scroller: Array.from(item?.children ?? []).find(child => child instanceof TableScroller) ?? null
 

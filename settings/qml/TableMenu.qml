@@ -38,6 +38,17 @@ FocusScope {
         close();
         chosen(from, goal);
     }
+    // Only one of the two sections is another one than the row's.
+    function lines() {
+        const all = Array.from([
+            { text: qsTr("Move Up"), goal: TableModel.Up },
+            { text: qsTr("Move Down"), goal: TableModel.Down },
+            { text: qsTr("To Top"), goal: TableModel.Top },
+            { header: table.headerOf(place, TableModel.SectionAbove), goal: TableModel.SectionAbove },
+            { header: table.headerOf(place, TableModel.SectionBelow), goal: TableModel.SectionBelow },
+        ]);
+        return all.filter(line => line.header !== "");
+    }
     // To the next line that can be chosen, and around the ends.
     function step(by) {
         const lines = Array.from({ length: repeater.count }, (_, i) => repeater.itemAt(i)).filter(line => line.enabled);
@@ -103,13 +114,7 @@ FocusScope {
                 Repeater {
                     id: repeater
 
-                    model: !root.open ? [] : [
-                        { text: qsTr("Move Up"), goal: TableModel.Up },
-                        { text: qsTr("Move Down"), goal: TableModel.Down },
-                        { text: qsTr("To Top"), goal: TableModel.Top },
-                        { header: root.table.headerOf(root.place, TableModel.SectionAbove), goal: TableModel.SectionAbove },
-                        { header: root.table.headerOf(root.place, TableModel.SectionBelow), goal: TableModel.SectionBelow },
-                    ].filter(line => line.header !== "")
+                    model: root.open ? root.lines() : []
 
                     TableMenuLine {
                         required property var modelData

@@ -37,7 +37,7 @@ Item {
         wrapMode: Text.NoWrap
         color: line.enabled ? Theme.text : Theme.placeholder
         fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: Theme.smallestFixedSize
+        minimumPixelSize: Theme.smallestSize
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
     }

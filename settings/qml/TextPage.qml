@@ -61,9 +61,15 @@ FocusScope {
         property real partAbove: 0
         property real brokenAt: 0 // the width
         onContentYChanged: noteTop()
-        onWidthChanged: Qt.callLater(keepTop)
+        onWidthChanged: broken.restart()
         Component.onCompleted: brokenAt = width
 
+        Timer {
+            id: broken
+
+            interval: 0
+            onTriggered: list.keepTop()
+        }
         function noteTop() {
             const piece = width === brokenAt ? itemAt(0, contentY) : null;
             if (!piece)

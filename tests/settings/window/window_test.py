@@ -7,7 +7,6 @@ Needs what spoken.py needs.
 """
 import os
 import signal
-import subprocess
 import unittest
 from pathlib import Path
 
