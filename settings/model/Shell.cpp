@@ -89,6 +89,7 @@ void Shell::lookForTweak() {
 
 void Shell::setFault(const std::string& why) {
     fault_ = QString::fromStdString(platform::printable(why));
+    if (!fault_.isEmpty()) fault_[0] = fault_[0].toUpper(); // a sentence of its own here
     emit waitingChanged();
 }
 

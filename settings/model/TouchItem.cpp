@@ -78,9 +78,10 @@ void TouchItem::touchUngrabEvent() {
     cancelFingers();
 }
 
-/// Leaves out a touch that did not begin here or has been cancelled.
+/// Leaves out a touch that did not begin here or has been cancelled, and a second beginning: what scrolls around this
+/// item hands on some of them twice.
 void TouchItem::add(std::vector<Point>& points, std::int64_t finger, UITouchPhase phase, QPointF place) {
-    if (phase != UITouchPhase::began && !down_.contains(finger)) return;
+    if ((phase == UITouchPhase::began) == down_.contains(finger)) return;
     points.push_back({finger, phase, {place.x(), place.y()}});
     if (phase == UITouchPhase::ended)
         down_.erase(finger);

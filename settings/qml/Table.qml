@@ -60,6 +60,7 @@ FocusScope {
         id: flick
 
         anchors.fill: parent
+        enabled: !menu.open
         table: root.table
 
         Repeater {

@@ -67,7 +67,7 @@ Cell {
                 mirrored: Theme.mirrored
             }
         }
-        // In the one size of the whole list, as long as there is room.
+        // In the one size of the whole list, as long as there is room. Only letters that are higher than the row are smaller.
         WordText {
             visible: !drawn.item?.drawn
             anchors { left: parent.left; right: signs.left; rightMargin: Theme.signGap; verticalCenter: parent.verticalCenter }
@@ -77,6 +77,8 @@ Cell {
             maximumLineCount: 1
             color: Theme.text
             font.pixelSize: Math.max(1, Theme.bodySizeWithin(root.height))
+            fontSizeMode: Text.VerticalFit
+            minimumPixelSize: 1
             elide: Text.ElideRight
             verticalAlignment: Text.AlignVCenter
         }
