@@ -68,7 +68,7 @@ class ProgramsTest(Windows):
         self.make_root()
         bundle = add_plugin(self.root, "Strange", program("strange/StrangePlugin"), "Strange")
         # Half a minute of work to draw, less than a second to open.
-        Path(bundle, "name.txt").write_text("word " * 1_600_000, encoding="utf-8")
+        Path(bundle, "name.txt").write_text("word " * 6_400_000, encoding="utf-8")
         failed = self.settings("--page", "PluginsListController", "--timeout", "10", "--grab", self.folder + "/a.png")
         self.assertEqual((failed.returncode, failed.stderr),
                          (1, "lumora-settings: timed out waiting for the page to be drawn\n"))

@@ -62,10 +62,10 @@ class PagesTest(Spoken):
                 window.kill()
                 window.wait()
 
-    def test_sliders_of_rows_take_a_twentieth_of_their_way(self):
+    def test_sliders_of_rows_tell_the_step_of_their_keys(self):
         window = self.open_page("LSDateViewSettings")
         size = self.named(window, SLIDER, "Time Font Size (87.5)").queryValue()
-        self.assertEqual((size.minimumValue, size.maximumValue, size.minimumIncrement), (10, 150, 7))
+        self.assertEqual((size.minimumValue, size.maximumValue, size.minimumIncrement), (10, 150, 5))
 
     def test_links_are_links_or_buttons_where_the_toolkit_knows_no_better(self):
         window = self.open_page("LumoraPreferences")

@@ -208,17 +208,17 @@ class MotionTest(Spoken):
 
     def slides(self, window):
         """Whether the page of applications is seen on its way, going there and back again."""
-        self.press_button(window, "Apps")
         places = set()
 
-        def arrived():
-            panes = [item for application in self.applications(window)
-                     for item in self.find(application, lambda it: it.getRole() == pyatspi.ROLE_PANEL)]
-            places.update(self.extents(pane).x for pane in panes if self.has_state(pane, pyatspi.STATE_SHOWING))
-            return [pane.name for pane in panes if self.has_state(pane, pyatspi.STATE_SHOWING)] == ["Apps"]
-        eventually(arrived, "the page")
-        self.press_button(window, "Back")
-        eventually(lambda: SWITCH and "Enable Lumora" in self.spoken(window, SWITCH), "the root page")
+        def stands_alone(title):
+            panes = [pane for application in self.applications(window)
+                     for pane in self.find(application, lambda it: it.getRole() == pyatspi.ROLE_PANEL)
+                     if self.has_state(pane, pyatspi.STATE_SHOWING)]
+            places.update(self.extents(pane).x for pane in panes)
+            return [pane.name for pane in panes] == [title]
+        for button, title in (("Apps", "Apps"), ("Back", "Lumora")):
+            self.press_button(window, button)
+            eventually(lambda title=title: stands_alone(title), title)
         return places != {0}
 
     def test_is_there_unless_one_of_the_desktops_settings_asks_for_less(self):
