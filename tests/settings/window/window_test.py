@@ -163,9 +163,9 @@ class SecondStartTest(Window):
 
 class KeysTest(Window):
     def test_closes_by_its_keys(self):
-        for key in ("ctrl+w", "ctrl+q"):
+        for key in "wq":  # not sent to the window, which is gone before they are up
             window = self.open_root_page()
-            self.keys(window, key)
+            self.xdotool("keydown", "ctrl", "keydown", key, "keyup", key, "keyup", "ctrl")
             self.assertEqual(window.wait(LONG_ENOUGH), 0)
 
     def test_goes_back_by_the_button_of_a_mouse(self):
