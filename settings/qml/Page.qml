@@ -33,7 +33,8 @@ FocusScope {
         anchors.fill: parent
         contentWidth: Math.max(width, root.page.viewSize.width)
         contentHeight: Math.max(height, root.page.viewSize.height)
-        interactive: contentWidth > width || contentHeight > height
+        interactive: width > 0 && (contentWidth > width || contentHeight > height)
+        visible: interactive
         boundsBehavior: Flickable.StopAtBounds
         pixelAligned: true
         onInteractiveChanged: {
