@@ -79,6 +79,10 @@ class SpokenItem : public QAccessibleObject {
 
   protected:
     [[nodiscard]] QQuickItem& item() const { return static_cast<QQuickItem&>(*object()); }
+    [[nodiscard]] QVariant said(const char* what) const {
+        const QObject* spoken = spokenOf(item());
+        return spoken ? spoken->property(what) : QVariant();
+    }
 
   private:
     [[nodiscard]] QList<QAccessibleInterface*> inside() const {
@@ -86,10 +90,34 @@ class SpokenItem : public QAccessibleObject {
         if (item().isEnabled()) gather(item(), all);
         return all;
     }
-    [[nodiscard]] QVariant said(const char* what) const {
-        const QObject* spoken = spokenOf(item());
-        return spoken ? spoken->property(what) : QVariant();
+};
+
+/// A row of a table, whose actions have names of their own: its "spokenActions", which its function "act" does.
+class SpokenRow : public SpokenItem, public QAccessibleActionInterface {
+  public:
+    using SpokenItem::SpokenItem;
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ActionInterface ? static_cast<QAccessibleActionInterface*>(this)
+                                                    : SpokenItem::interface_cast(type);
     }
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state = SpokenItem::state();
+        state.checkable = said("checkable").toBool();
+        state.checked = said("checked").toBool();
+        return state;
+    }
+    [[nodiscard]] QStringList actionNames() const override {
+        return item().property("spokenActions").toStringList() << setFocusAction();
+    }
+    void doAction(const QString& action) override {
+        if (!item().isEnabled()) return;
+        if (action == setFocusAction())
+            item().forceActiveFocus(Qt::OtherFocusReason);
+        else if (actionNames().contains(action))
+            QMetaObject::invokeMethod(&item(), "act", Q_ARG(QVariant, action));
+    }
+    [[nodiscard]] QStringList keyBindingsForAction(const QString& /*action*/) const override { return {}; }
 };
 
 class SpokenDialog : public SpokenItem {
@@ -149,6 +177,7 @@ QAccessibleInterface* make(const QString& className, QObject* object) {
     if (!item || !spokenOf(*item)) return nullptr;
     if (className == QStringLiteral("QQuickText") || is("TextParagraph_")) return new SpokenText(object);
     if (is("Sheet_")) return new SpokenDialog(object);
+    if (is("TableSectionRow_")) return new SpokenRow(object);
     const bool isPart = is("QQuickStackView") || is("Page_") || is("WaitingScreen_") || is("TweakNotice_");
     return isPart ? new SpokenItem(object) : nullptr;
 }

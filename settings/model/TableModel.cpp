@@ -1,7 +1,6 @@
 #include "settings/model/TableModel.h"
 
 #include "platform/ui/Move.h"
-#include "settings/model/SpokenRow.h"
 
 #include <QPointer>
 
@@ -28,7 +27,6 @@ bool hasCome(const CellSnapshot& cell) {
 
 TableModel::TableModel(SendEvent send, std::shared_ptr<const TableSnapshot> table, QObject* parent)
     : QObject(parent), send_(std::move(send)), latest_(std::move(table)), height_(latest_->frame.size.height) {
-    SpokenRow::install();
     take();
 }
 
