@@ -58,7 +58,7 @@ class Portal:
         self.loop.run()
 
     def _answer(self, _bus, _sender, _path, _interface, _method, parameters, call):
-        if value := self.values.get(parameters.unpack()):  # wrapped once too often, as by older portals
+        if (value := self.values.get(parameters.unpack())) is not None:  # wrapped once too often, as by older portals
             call.return_value(GLib.Variant("(v)", (GLib.Variant("v", value),)))
         else:
             call.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")
@@ -128,7 +128,6 @@ class DesktopTest(Spoken):
         window = self.open_root_page("--text-size", "100")
         self.expect_usual_texts(window)
         portal.change_texts(2.0)
-        self.make_root()  # for one device there is one window
         self.expect_large_texts(self.open_root_page())
         self.assertEqual(self.row(window).height, self.USUAL)
 
@@ -206,20 +205,23 @@ class ContrastTest(Spoken):
 class MotionTest(Spoken):
     """Pages slide in, or are there at once."""
 
-    def slides(self, window):
-        """Whether the page of applications is seen on its way, going there and back again."""
-        places = set()
+    def pages(self, window):
+        """The places of the pages that are seen, by their names."""
+        return {pane.name: self.extents(pane).x for application in self.applications(window)
+                for pane in self.find(application, lambda it: it.getRole() == pyatspi.ROLE_PANEL)
+                if self.has_state(pane, pyatspi.STATE_SHOWING)}
 
-        def stands_alone(title):
-            panes = [pane for application in self.applications(window)
-                     for pane in self.find(application, lambda it: it.getRole() == pyatspi.ROLE_PANEL)
-                     if self.has_state(pane, pyatspi.STATE_SHOWING)]
-            places.update(self.extents(pane).x for pane in panes)
-            return [pane.name for pane in panes] == [title]
-        for button, title in (("Apps", "Apps"), ("Back", "Lumora")):
+    def slides(self, window):
+        """Whether a page is seen on its way, going there and back again."""
+        seen = []
+
+        def at_rest(title):
+            seen.append(self.pages(window))
+            return seen[-1] == {title: 0}
+        for button, title in (("Sleep After", "Sleep After"), ("Back", "Lumora")):
             self.press_button(window, button)
-            eventually(lambda title=title: stands_alone(title), title)
-        return places != {0}
+            eventually(lambda: at_rest(title), title)
+        return any(place != 0 for pages in seen for place in pages.values())
 
     def test_is_there_unless_one_of_the_desktops_settings_asks_for_less(self):
         window = self.open_root_page()
@@ -227,8 +229,9 @@ class MotionTest(Spoken):
         window.kill()
         for key in Portal.LESS_MOTION:
             with self.subTest(key):
-                portal = Portal(factor=2.0, others={key: Portal.asked(Portal.LESS_MOTION, key, True)})
+                portal = Portal(others={key: Portal.asked(Portal.LESS_MOTION, key, True)})
                 window = self.open_root_page()
+                portal.change_texts(2.0)  # heard of after it
                 eventually(lambda: self.extents(self.named(window, SWITCH, "Enable Lumora")).height > 60, "large texts")
                 self.assertFalse(any(self.slides(window) for _ in range(3)))
                 portal.change(Portal.LESS_MOTION, key, False)
