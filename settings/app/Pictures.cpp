@@ -136,12 +136,12 @@ void Pictures::visitTopPage() {
     if (!visited_.insert(name).second) return;
     settle();
     takePictures(name);
+    takeOtherPictures(name);
     if (scroll(true)) {
         takePictures(name + "-end");
         scroll(false);
     }
     visitMenu(page, name);
-    takeOtherPictures(name);
     const std::size_t depth = shell_.pages().size();
     for (std::size_t row = 0; row < page.rows.size(); ++row) {
         if (!isLink(page.rows[row])) continue;

@@ -36,7 +36,7 @@ class Pictures : private QObject {
     /// Saves every page, opened anew at each size, light and dark: "LumoraPreferences-390-light.png"; of a page that is
     /// longer than the window, its end too: "LumoraPreferences-end-390-light.png". A class that several rows open has
     /// one picture, except option lists, "PSListItemsController-SleepAfter-390-light.png", and pages with other titles.
-    /// Three pages have pictures with more contrast and from right to left too, "LumoraPreferences-mirrored-390-light.png",
+    /// Three pages have pictures with more contrast and mirrored ones too, "LumoraPreferences-mirrored-390-light.png",
     /// and the first list whose rows can be moved has one with the menu of a row, "AppsListController-menu-390-light.png".
     /// A message being composed and one that could not be sent, the waiting screen in both of its states, the notice of a
     /// missing tweak and what stands in place of a missing first page come last. Presses no button and changes no value.

@@ -191,6 +191,15 @@ class ProgramsTest(Windows):
         self.assertEqual(self.picture("--text-size", "100"), picture)
         self.assertNotEqual(self.picture("--text-size", "200"), picture)
 
+    def test_draws_more_contrast_if_asked_and_from_right_to_left_in_languages_that_are_written_so(self):
+        self.start_tweak()
+        picture = self.picture(LC_ALL="en_GB.UTF-8")
+        self.assertEqual(self.picture("--contrast", "normal", LC_ALL="de_DE.UTF-8"), picture)
+        self.assertNotEqual(self.picture("--contrast", "more"), picture)
+        mirrored = self.picture(LC_ALL="ar_EG.UTF-8")
+        self.assertNotEqual(mirrored, picture)
+        self.assertEqual(self.picture(LC_ALL="he_IL.UTF-8"), mirrored)
+
     def test_takes_a_tour_of_every_page(self):
         self.start_tweak()
         self.settings("--tour", self.folder + "/tour", status=0)

@@ -19,7 +19,7 @@ from harness.waiting import eventually
 
 
 class Portal:
-    """A desktop's portal with two settings, how large texts are and whether dark colours are preferred, and any others."""
+    """A desktop's portal with two settings, how large texts are and whether dark colours are preferred, and others."""
 
     INTERFACE = """<node><interface name="org.freedesktop.portal.Settings">
         <method name="Read">
