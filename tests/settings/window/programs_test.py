@@ -205,7 +205,8 @@ class ProgramsTest(Windows):
         self.settings("--tour", self.folder + "/tour", status=0)
         pictures = [*Path(self.folder, "tour").iterdir()]
         self.assertEqual({picture.name for picture in pictures},
-                         {picture.name for picture in (SOURCE / "docs/pictures").glob("*.png")})
+                         {picture.name for picture in (SOURCE / "docs/pictures").glob("*.png")
+                          if "-empty-" not in picture.name})  # of other settings
         for picture in pictures:
             self.assert_is_picture(picture.read_bytes(), int(picture.name.split("-")[-2]), 844)
         self.assertIsNone(self.stored("kTweakEnabled"), "a tour changes nothing")

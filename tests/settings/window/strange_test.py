@@ -69,7 +69,7 @@ FONTS = ["opentype/inter/*.otf", "truetype/dejavu/DejaVuSans.ttf", "truetype/dej
          "truetype/noto/NotoColorEmoji.ttf", "truetype/tibetan/DDC_Uchen.ttf", "truetype/tlwg/Loma.ttf",
          "truetype/tlwg/Loma-Bold.ttf"]
 # The pages that the documentation has pictures of are all there are.
-PAGES = {re.sub(r"(-end)?-\d+-(light|dark).*", "", picture.name)
+PAGES = {re.sub(r"(-end|-empty)?-\d+-(light|dark).*", "", picture.name)
          for picture in (SOURCE / "docs/pictures").glob("*.png")}
 
 
