@@ -98,7 +98,8 @@ TableRow {
         acceptedButtons: Qt.LeftButton | Qt.RightButton
         preventStealing: root.cursor.menu.open // the finger is still down
         onPressed: mouse => { if (mouse.button === Qt.RightButton) root.openMenuByHand() }
-        onPressAndHold: root.openMenuByHand()
+        // The right button has opened the menu already, beneath which the row never learns of its release.
+        onPressAndHold: mouse => { if (mouse.button === Qt.LeftButton) root.openMenuByHand() }
     }
     MouseArea {
         enabled: root.movable

@@ -309,6 +309,14 @@ PageStage {
             compare(ringed(), []);
             compare(focusedRow(), "X");
         }
+        function test_opensTheMenuOnceForAClickOfTheRightButton() {
+            open(letters);
+            mouseClick(host.item, 100, row("C").y + 20, Qt.RightButton);
+            keyClick(Qt.Key_Escape);
+            verify(!menu().open);
+            wait(Application.styleHints.mousePressAndHoldInterval + 200);
+            verify(!menu().open);
+        }
         function test_closesTheMenuByATapBesideItThatDoesNothingElse() {
             open(letters);
             mouseClick(host.item, 100, row("A").y + 20, Qt.RightButton);

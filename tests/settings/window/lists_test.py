@@ -156,6 +156,7 @@ class Lists:
         self.click_at(row.x + 100, row.y + row.height // 2, button=3)
         self.click(self.named(window, pyatspi.ROLE_MENU_ITEM, "To Top"))
         self.expect_saved("test.three", "test.one", "test.two")
+        eventually(lambda: self.place(window, "test.three").y < row.y, "the row at the top")
         row = self.place(window, "test.three")
         self.xdotool("mousemove", row.x + 100, row.y + row.height // 2, "mousedown", 1)
         below = self.named(window, pyatspi.ROLE_MENU_ITEM, "To Disabled")
