@@ -67,7 +67,7 @@ TEST_F(ShellTest, SaysWhyThereIsNoFirstPage) {
     EXPECT_TRUE(failing.waiting());
     EXPECT_TRUE(failing.lost());
     EXPECT_EQ(failing.waitingHeadline(), "Settings cannot open");
-    EXPECT_EQ(failing.waitingText(), "there is no settings bundle at /nowhere");
+    EXPECT_EQ(failing.waitingText(), "There is no settings bundle at /nowhere");
     EXPECT_EQ(told, "there is no settings bundle at /nowhere");
 }
 

@@ -128,6 +128,7 @@ class DesktopTest(Spoken):
         window = self.open_root_page("--text-size", "100")
         self.expect_usual_texts(window)
         portal.change_texts(2.0)
+        self.make_root()  # for one device there is one window
         self.expect_large_texts(self.open_root_page())
         self.assertEqual(self.row(window).height, self.USUAL)
 
