@@ -56,6 +56,7 @@ Row {
         font.pixelSize: Theme.footSize
         Accessible.role: Accessible.AlertMessage
         Accessible.name: text
+        Accessible.ignored: !visible
     }
     T.AbstractButton {
         id: eye
