@@ -14,8 +14,8 @@
 namespace settings {
 namespace {
 
-const QString kPath = QStringLiteral("/org/lumora/settings");
-const QString kInterface = QStringLiteral("org.lumora.Settings");
+const QString kWindowPath = QStringLiteral("/org/lumora/settings");
+const QString kWindowInterface = QStringLiteral("org.lumora.Settings");
 const QString kNoSuchPage = QStringLiteral("org.lumora.Settings.Error.NoSuchPage");
 constexpr int kAtMost = 1000;   ///< milliseconds for the bus
 constexpr int kHandOver = 5000; ///< and for the other window, which may be drawing
@@ -46,7 +46,7 @@ QString OneWindow::nameFor(const std::filesystem::path& bundle, const std::files
 OneWindow::OneWindow(QString name, std::function<bool(const QString&)> activate)
     : name_(std::move(name)), activate_(std::move(activate)) {
     if (!hasSessionBus()) return;
-    QDBusConnection::sessionBus().registerVirtualObject(kPath, this); // first, so that nobody calls in vain
+    QDBusConnection::sessionBus().registerVirtualObject(kWindowPath, this); // first, so that nobody calls in vain
     ask();
 }
 
@@ -67,7 +67,7 @@ bool OneWindow::isTaken() {
 std::optional<int> OneWindow::handOver(const std::string& page) {
     for (int attempt = 0; attempt < 2 && isTaken(); ++attempt) {
         const bool opens = !page.empty();
-        QDBusMessage call = QDBusMessage::createMethodCall(name_, kPath, kInterface,
+        QDBusMessage call = QDBusMessage::createMethodCall(name_, kWindowPath, kWindowInterface,
                                                            opens ? QStringLiteral("Open") : QStringLiteral("Activate"));
         if (opens) call << QString::fromStdString(page);
         QVariantMap about;
@@ -101,7 +101,7 @@ bool OneWindow::handleMessage(const QDBusMessage& message, const QDBusConnection
     const QString method = message.member();
     const bool opens = method == QStringLiteral("Open") && message.signature() == QStringLiteral("sa{sv}");
     const bool activates = method == QStringLiteral("Activate") && message.signature() == QStringLiteral("a{sv}");
-    if (message.interface() != kInterface || (!opens && !activates)) return false;
+    if (message.interface() != kWindowInterface || (!opens && !activates)) return false;
     const QString token = qdbus_cast<QVariantMap>(message.arguments().last())[kToken].toString();
     if (!token.isEmpty()) qputenv(kTokenInEnvironment, token.toUtf8()); // where the toolkit looks for it
     const bool found = activate_(opens ? message.arguments().first().toString() : QString());
