@@ -29,13 +29,13 @@ double contrast(QRgb one, QRgb other) {
     return (more + 0.05) / (less + 0.05);
 }
 
-bool isA(const QQuickItem& item, std::initializer_list<const char*> names) {
+bool isOneOf(const QQuickItem& item, std::initializer_list<const char*> names) {
     return std::ranges::any_of(names, [&](const char* name) { return tests::isA(item, name); });
 }
 
-class Check {
+class Look {
   public:
-    Check(const QImage& picture, Contrast least) : picture_(picture), least_(least) {}
+    Look(const QImage& picture, Contrast least) : picture_(picture), least_(least) {}
 
     void visit(const QQuickItem& item, QRect view) {
         if (!item.isVisible() || item.opacity() == 0 || !item.isEnabled()) return;
@@ -49,12 +49,12 @@ class Check {
 
   private:
     void look(const QQuickItem& item, const QRect& place) {
-        if (isA(item, {"QQuickText", "settings::FontTitle"})) {
+        if (isOneOf(item, {"QQuickText", "settings::FontTitle"})) {
             const bool isShown = tests::isA(item, "settings::FontTitle")
                                      ? item.property("drawn").toBool()
                                      : !item.property("text").toString().trimmed().isEmpty();
             if (isShown) expect(item, mostIn(place), least_.texts);
-        } else if (isA(item, {"Chevron", "CheckMark", "Handle"})) {
+        } else if (isOneOf(item, {"Chevron", "CheckMark", "Handle"})) {
             expect(item, mostIn(place.adjusted(-1, -1, 1, 1)), least_.signs);
         } else if (tests::isA(item, "Knob")) {
             // On the track of its switch, or beside that of its slider.
@@ -109,9 +109,9 @@ class Check {
 } // namespace
 
 std::vector<std::string> contrastFaults(const QQuickItem& root, const QImage& picture, Contrast least) {
-    Check check(picture, least);
-    check.visit(root, picture.rect());
-    return std::move(check).faults();
+    Look look(picture, least);
+    look.visit(root, picture.rect());
+    return std::move(look).faults();
 }
 
 } // namespace tests
