@@ -1,0 +1,467 @@
+#include "lockscreen/Behaviour.h"
+
+#include "lockscreen/KeyTable.h"
+#include "lockscreen/LookOf.h"
+
+#include "link/PreferenceKeys.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <utility>
+
+using platform::Dictionary;
+using platform::Result;
+
+namespace lumora {
+namespace {
+
+constexpr std::array<std::string_view, 8> kWords{"tap", "hold", "swipe", "slide", "pull", "key", "home", "wait"};
+
+std::optional<double> readNumber(std::string_view text) {
+    double number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(number) || number < 0) return {};
+    return number;
+}
+
+std::string_view nextWord(std::string_view& line) {
+    line.remove_prefix(std::min(line.find_first_not_of(" \t\r"), line.size()));
+    const std::string_view word = line.substr(0, line.find_first_of(" \t\r"));
+    line.remove_prefix(word.size());
+    return word;
+}
+
+/// The place in a list that a path names: 2 of "icons[2]", for the list "icons".
+std::optional<std::size_t> placeIn(std::string_view path, std::string_view list) {
+    if (!path.starts_with(list) || !path.ends_with(']') || path.size() < list.size() + 3 || path[list.size()] != '[')
+        return {};
+    const std::string_view digits = path.substr(list.size() + 1, path.size() - list.size() - 2);
+    std::size_t place = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), place);
+    if (error != std::errc() || end != digits.data() + digits.size()) return {};
+    return place;
+}
+
+} // namespace
+
+Result<Gesture> Gesture::read(std::string_view line) {
+    const std::string whole(line);
+    const auto refuse = [&](const char* why) { return Result<Gesture>::failure("\"" + whole + "\": " + why); };
+    const auto word = std::ranges::find(kWords, nextWord(line));
+    if (word == kWords.end()) return refuse("no gesture begins so");
+    Gesture gesture{static_cast<Kind>(word - kWords.begin()), {}, 0};
+    if (gesture.kind == Kind::wait) {
+        const auto seconds = readNumber(nextWord(line));
+        if (!seconds) return refuse("takes a number of seconds");
+        gesture.amount = *seconds;
+    } else {
+        gesture.target = nextWord(line);
+        const std::string_view amount = nextWord(line);
+        gesture.amount = 1;
+        if (!amount.empty()) {
+            const auto share = readNumber(amount);
+            if (!share) return refuse("takes a share of the width");
+            gesture.amount = *share;
+        }
+    }
+    if (!nextWord(line).empty()) return refuse("there is more than a gesture has");
+    return gesture;
+}
+
+std::string Gesture::line() const {
+    std::string line(kWords.at(static_cast<std::size_t>(kind)));
+    if (!target.empty()) line += " " + target;
+    if (kind == Kind::wait || (kind == Kind::swipe && amount != 1)) {
+        std::array<char, 32> digits{};
+        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), amount).ptr;
+        line += " " + std::string(digits.data(), end);
+    }
+    return line;
+}
+
+Behaviour::Behaviour(Dictionary settings, Device device, Log log)
+    : settings_(std::move(settings)), device_(std::move(device)), log_(std::move(log)) {
+    state_.locked = !device_.passcode.empty();
+}
+
+void Behaviour::setSettings(Dictionary settings) {
+    settings_ = std::move(settings);
+    // What the new settings have no place for is left.
+    const auto stages = stagesOf(settings_, device_);
+    const bool isStage = state_.surface == Surface::apps || state_.surface == Surface::appView;
+    if (isStage && std::ranges::find(stages, state_.surface) == stages.end()) goTo(Surface::notices);
+}
+
+void Behaviour::setDevice(Device device) {
+    device_ = std::move(device);
+    setSettings(std::move(settings_));
+}
+
+void Behaviour::outcome(const std::string& words) const {
+    if (log_) log_("-> " + words);
+}
+
+const State& Behaviour::apply(const Gesture& gesture, Seconds now) {
+    state_.now = std::max(now, state_.now);
+    if (log_) log_(gesture.line());
+    wait();
+    if (gesture.kind == Gesture::Kind::wait) return state_;
+    state_.lastTouch = state_.now;
+    if (std::exchange(state_.asleep, false)) {
+        outcome("wakes"); // and that is all: this touch is not handed on
+        return state_;
+    }
+    switch (gesture.kind) {
+    case Gesture::Kind::tap:
+        tap(gesture);
+        break;
+    case Gesture::Kind::hold:
+        hold(gesture);
+        break;
+    case Gesture::Kind::swipe:
+        swipe(gesture);
+        break;
+    case Gesture::Kind::slide:
+        slide();
+        break;
+    case Gesture::Kind::pull:
+        pull(gesture.target);
+        break;
+    case Gesture::Kind::key:
+        key(gesture.target);
+        break;
+    case Gesture::Kind::home:
+        home();
+        break;
+    case Gesture::Kind::wait:
+        break;
+    }
+    return state_;
+}
+
+const State& Behaviour::show(Surface surface, Seconds now) {
+    state_.now = std::max(now, state_.now);
+    state_.lastTouch = state_.now;
+    state_.asleep = false;
+    const auto stages = stagesOf(settings_, device_);
+    if (surface == Surface::passcode) {
+        if (state_.surface != Surface::passcode) askForPasscode("");
+    } else if (std::ranges::find(stages, surface) != stages.end()) {
+        goTo(surface);
+    }
+    return state_;
+}
+
+// -- time --
+
+void Behaviour::wait() {
+    if (leaving_ && state_.now >= leaving_->gone) {
+        const Leaving left = *std::exchange(leaving_, std::nullopt);
+        outcome("swiped away");
+        if (left.unlocksThen) unlockFor(left.identifier);
+    }
+    const Style style(settings_);
+    const bool stands = state_.surface == Surface::appView && style.flag(kSleepDisabledForAppViews);
+    if (stands) state_.lastTouch = state_.now;
+    if (fallsAsleep_ && !state_.asleep && state_.now - state_.lastTouch >= style.number(kSleepTime)) sleep();
+}
+
+void Behaviour::sleep() {
+    state_.asleep = true;
+    state_.locked = !device_.passcode.empty();
+    state_.opened.reset();
+    leaving_.reset();
+    goTo(Surface::notices);
+    outcome("sleeps");
+}
+
+// -- gestures --
+
+void Behaviour::tap(const Gesture& gesture) {
+    const std::string& target = gesture.target;
+    if (state_.surface == Surface::passcode) {
+        const auto place = placeIn(target, "keys");
+        if (place && *place < 10) type(*place == 9 ? '0' : static_cast<char>('1' + *place));
+        if (target == "passcode.cancel") cancel();
+        return;
+    }
+    if (const auto place = placeIn(target, "icons"); place && state_.surface == Surface::apps) {
+        tapIcon(*place, false);
+    } else if (target.empty() && state_.surface == Surface::notices && Style(settings_).flag(kNotificationsHideOnTap)) {
+        state_.noticesHidden = !state_.noticesHidden;
+        outcome(state_.noticesHidden ? "hides the notices" : "shows the notices");
+    } else if (target == "appView" && state_.surface == Surface::appView) {
+        // The card opens its application.
+        const AppViewInfo* view = device_.view(state_.view);
+        if (view && device_.application(view->appIdentifier)) unlockFor(view->appIdentifier);
+    }
+}
+
+void Behaviour::hold(const Gesture& gesture) {
+    if (const auto place = placeIn(gesture.target, "icons"); place && state_.surface == Surface::apps)
+        tapIcon(*place, true);
+}
+
+void Behaviour::swipe(const Gesture& gesture) {
+    if (const auto place = placeIn(gesture.target, "notices.items")) {
+        if (state_.surface == Surface::notices && !state_.noticesHidden) swipeNotice(*place, gesture.amount);
+        return;
+    }
+    if (state_.surface == Surface::passcode || state_.surface == Surface::opened) return;
+    const int by = gesture.target == "left" ? 1 : gesture.target == "right" ? -1 : 0;
+    if (state_.surface == Surface::appView) {
+        if (gesture.target == "down") {
+            const auto stages = stagesOf(settings_, device_);
+            goTo(std::ranges::find(stages, Surface::apps) == stages.end() ? Surface::notices : Surface::apps);
+        } else if (by != 0) {
+            stepView(by);
+        }
+    } else if (by != 0) {
+        step(by);
+    }
+}
+
+void Behaviour::swipeNotice(std::size_t place, double share) {
+    if (place >= device_.notices.size() || share < kSwipedEnough || leaving_) return;
+    const std::string& identifier = device_.notices[place].identifier;
+    const Style style(settings_);
+    if (!style.flag(kAutoUnlockNotifications)) {
+        if (device_.passcode.empty())
+            open(identifier, false);
+        else
+            askForPasscode(identifier);
+        return;
+    }
+    const bool afterwards = style.flag(kAUNotificationsOnMainThread);
+    leaving_ = Leaving{identifier, state_.now + kSwipe, afterwards};
+    if (!afterwards) unlockFor(identifier);
+}
+
+void Behaviour::slide() {
+    if (state_.surface != Surface::notices && state_.surface != Surface::apps) return;
+    if (device_.passcode.empty() || !state_.locked)
+        open("", false);
+    else
+        askForPasscode("");
+}
+
+void Behaviour::pull(const std::string& target) {
+    if (state_.surface == Surface::passcode || state_.surface == Surface::opened) return;
+    const Style style(settings_);
+    const bool isThere = target == "camera" ? !style.flag(kCameraGrabberDisabled) : !style.flag(kGrabbersDisabled);
+    if (isThere && (target == "camera" || target == "topGrabber" || target == "bottomGrabber"))
+        outcome("pulls the " + target);
+}
+
+void Behaviour::key(const std::string& name) {
+    if (name == "S") {
+        sleep();
+    } else if (name == "Home") {
+        home();
+    } else if (state_.surface == Surface::passcode) {
+        if (name.size() == 1 && name[0] >= '0' && name[0] <= '9')
+            type(name[0]);
+        else if (name == "BackSpace" && !state_.typed.empty())
+            state_.typed.pop_back();
+        else if (name == "Escape")
+            leavePasscode();
+    } else if (name == "Left" || name == "Right" || name == "Up" || name == "Down") {
+        moveFocus(name);
+    } else if (name == "Escape") {
+        if (std::exchange(state_.focus, -1) < 0) {
+            if (state_.surface == Surface::appView)
+                swipe({Gesture::Kind::swipe, "down", 1});
+            else if (state_.surface == Surface::apps)
+                goTo(Surface::notices);
+        }
+    } else if (name == "Enter" || name == "Shift+Enter" || name == "Menu") {
+        const auto place = static_cast<std::size_t>(std::max(0, state_.focus));
+        if (state_.surface == Surface::appView)
+            tap({Gesture::Kind::tap, "appView", 1});
+        else if (state_.focus < 0)
+            name == "Enter" ? slide() : void();
+        else if (state_.surface == Surface::apps)
+            tapIcon(place, name != "Enter");
+        else if (state_.surface == Surface::notices && name == "Enter")
+            swipeNotice(place, 1);
+    } else if (name == "Space" && state_.surface == Surface::notices) {
+        tap({Gesture::Kind::tap, "", 1});
+    }
+}
+
+void Behaviour::moveFocus(const std::string& name) {
+    const bool across = name == "Left" || name == "Right";
+    const int towards = name == "Right" || name == "Down" ? 1 : -1;
+    if (state_.surface == Surface::opened) return;
+    if (state_.surface == Surface::appView || (across && state_.focus < 0)) {
+        if (across) swipe({Gesture::Kind::swipe, towards > 0 ? "left" : "right", 1});
+        return;
+    }
+    const bool apps = state_.surface == Surface::apps;
+    const Style style(settings_);
+    const Look look = lookOf(settings_, device_, state_);
+    std::vector<int> places; // those in view
+    const auto count = static_cast<int>(apps ? look.icons.size() : look.notices.items.size());
+    for (int i = 0; i < count; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        if (apps ? look.icons[at].visible : look.notices.items[at].visible) places.push_back(i);
+    }
+    if (places.empty()) return;
+    const int columns = !apps ? 1 : style.count(device_.isLandscape() ? kAppsPerRowLandscape : kAppsPerRow);
+    const int wanted = state_.focus + towards * (across ? 1 : columns);
+    if (state_.focus < 0) {
+        state_.focus = places.front();
+    } else if (wanted >= places.front() && wanted <= places.back()) {
+        state_.focus = wanted;
+    } else if (across) {
+        step(towards);
+    }
+}
+
+void Behaviour::home() {
+    if (state_.surface == Surface::opened && state_.opened) {
+        const bool alone = state_.opened->alone;
+        const bool isHome = state_.opened->identifier.empty();
+        if (alone || (!isHome && Style(settings_).flag(kAlwaysReturnToLSEnabled))) {
+            state_.opened.reset();
+            goTo(Surface::notices);
+            outcome(state_.locked ? "lock screen, locked" : "lock screen");
+        } else if (!isHome) {
+            open("", false);
+        }
+    } else if (state_.surface == Surface::passcode) {
+        leavePasscode();
+    } else {
+        goTo(Surface::notices);
+    }
+}
+
+// -- places --
+
+void Behaviour::goTo(Surface surface) {
+    state_.focus = -1;
+    if (surface != Surface::passcode) state_.typed.clear();
+    if (surface == Surface::appView) {
+        const auto views = enabledViews(settings_, device_);
+        if (std::ranges::find(views, state_.view, [](const AppViewInfo* view) { return view->identifier; }) ==
+            views.end())
+            state_.view = views.empty() ? "" : views.front()->identifier;
+    }
+    if (surface == Surface::notices) state_.page = 0;
+    state_.surface = surface;
+}
+
+void Behaviour::step(int by) {
+    const auto stages = stagesOf(settings_, device_);
+    const int pages = lookOf(settings_, device_, state_).pages;
+    if (state_.surface == Surface::apps && state_.page + by >= 0 && state_.page + by < pages) {
+        state_.page += by;
+        state_.focus = -1;
+        outcome("page " + std::to_string(state_.page + 1));
+        return;
+    }
+    const auto here = std::ranges::find(stages, state_.surface) - stages.begin();
+    const auto next = here + by;
+    if (next < 0 || next >= static_cast<std::ptrdiff_t>(stages.size())) return;
+    goTo(stages[static_cast<std::size_t>(next)]);
+    outcome(std::string("stage ") + static_cast<char>(state_.surface));
+}
+
+void Behaviour::stepView(int by) {
+    const auto views = enabledViews(settings_, device_);
+    if (views.empty()) return;
+    const auto count = static_cast<std::ptrdiff_t>(views.size());
+    const auto here = std::ranges::find(views, state_.view, [](const AppViewInfo* view) { return view->identifier; });
+    const auto next = ((here - views.begin()) + by + count) % count; // the last before the first
+    reveal(*views[static_cast<std::size_t>(next)]);
+}
+
+void Behaviour::tapIcon(std::size_t place, bool held) {
+    const auto applications = enabledApplications(settings_, device_);
+    if (place >= applications.size()) return;
+    const std::string& identifier = applications[place]->identifier;
+    const auto views = enabledViews(settings_, device_);
+    const auto view = std::ranges::find(views, identifier, [](const AppViewInfo* one) { return one->appIdentifier; });
+    const bool hasView = view != views.end();
+    const Style style(settings_);
+    const bool forViewsOnly = style.flag(kLongHoldForPluginApps);
+    const bool switched = forViewsOnly ? hasView : style.flag(kSwitchTapAndLongHold);
+    if (held == switched)
+        unlockFor(identifier);
+    else if (hasView)
+        reveal(**view);
+}
+
+void Behaviour::reveal(const AppViewInfo& view) {
+    state_.view = view.identifier;
+    goTo(Surface::appView);
+    outcome("shows " + view.identifier);
+}
+
+// -- unlocking --
+
+void Behaviour::unlockFor(const std::string& identifier) {
+    const Style style(settings_);
+    const std::string& passcode = device_.passcode;
+    const auto excepted = style.texts(kAUAppsDisabled);
+    const bool automatic = style.flag(kAutoUnlockEnabled) && style.text(kAutoUnlockPasscode) == passcode &&
+                           std::ranges::find(excepted, identifier) == excepted.end();
+    const bool fully = style.flag(kFullAutoUnlockEnabled) && style.text(kAutoUnlockPasscodeConfirm) == passcode;
+    if (passcode.empty() || !state_.locked)
+        open(identifier, false);
+    else if (!automatic)
+        askForPasscode(identifier);
+    else
+        open(identifier, !fully);
+}
+
+void Behaviour::open(const std::string& identifier, bool alone) {
+    if (state_.locked && !alone) outcome("unlocked");
+    if (alone) outcome("unlocked for " + identifier + " alone");
+    state_.locked = state_.locked && alone;
+    state_.opened = Opened{identifier, alone};
+    goTo(Surface::opened);
+    outcome(identifier.empty() ? "home screen" : "opens " + identifier);
+}
+
+void Behaviour::askForPasscode(const std::string& identifier) {
+    before_ = state_.surface == Surface::opened ? Surface::notices : state_.surface;
+    awaiting_ = identifier;
+    state_.typed.clear();
+    goTo(Surface::passcode);
+    outcome("asks for the passcode");
+}
+
+void Behaviour::type(char digit) {
+    if (state_.now < blockedUntil_ || device_.passcode.empty()) return;
+    state_.typed += digit;
+    if (state_.typed.size() < device_.passcode.size()) return;
+    const bool right = std::exchange(state_.typed, {}) == device_.passcode;
+    if (right) {
+        wrong_ = 0;
+        open(awaiting_, false);
+        return;
+    }
+    outcome("wrong");
+    if (++wrong_ < kWrongTries) return;
+    wrong_ = 0;
+    blockedUntil_ = state_.now + kBlocked;
+    outcome("takes no keys for 5 s");
+}
+
+void Behaviour::cancel() {
+    if (!state_.typed.empty()) {
+        state_.typed.pop_back(); // the button reads "Delete" then
+        return;
+    }
+    leavePasscode();
+}
+
+void Behaviour::leavePasscode() {
+    goTo(before_);
+    outcome("back");
+}
+
+} // namespace lumora

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "lockscreen/Device.h"
+#include "lockscreen/KeyTable.h"
+#include "lockscreen/Look.h"
+
+#include <string>
+
+namespace lumora {
+
+inline constexpr Color kWhite{1, 1, 1};
+inline constexpr Color kInk{0.086, 0.141, 0.169}; ///< texts on bright pictures
+
+/// What the parts of a look are laid out on: the screen in units, and what is behind each place of it. Frames are given
+/// in units and come out in points.
+class Canvas {
+  public:
+    explicit Canvas(const Device& device)
+        : device_(device), unit_(device.unit()), width(device.size.width / unit_), height(device.size.height / unit_),
+          portrait(!device.isLandscape()) {}
+
+    [[nodiscard]] platform::CGRect frame(double x, double y, double wide, double tall) const {
+        return platform::CGRectMake(x * unit_, y * unit_, wide * unit_, tall * unit_);
+    }
+    /// In units.
+    [[nodiscard]] double widthOf(const std::string& text, double size, const std::string& font = "Default") const {
+        return device_.texts ? device_.texts->width(text, font, size) : 0;
+    }
+    /// White, or ink where the picture is bright.
+    [[nodiscard]] Color inkOn(const platform::CGRect& frame) const {
+        return device_.picture.mean(share(frame)) > kBright ? kInk : kWhite;
+    }
+    [[nodiscard]] double luminance(const platform::CGRect& frame) const { return device_.picture.mean(share(frame)); }
+
+    [[nodiscard]] Mark mark(bool visible, const platform::CGRect& frame) const {
+        return {{visible, frame}, visible ? inkOn(frame) : kWhite};
+    }
+    /// A text on the picture, in a box that is as high as its line.
+    [[nodiscard]] Text text(bool visible, const platform::CGRect& frame, std::string words, double size,
+                            double opacity = 1) const {
+        return {mark(visible, frame), std::move(words), size * unit_, opacity};
+    }
+    /// A frosted pane that gives its texts a contrast of 4.5 : 1 wherever they stand on it; their colour with it.
+    [[nodiscard]] Color makeLegible(Pane& pane) const;
+
+    /// A mean luminance from which on texts are ink.
+    static constexpr double kBright = 0.26;
+    /// The height of a line of text, in sizes of its font.
+    static constexpr double kLine = 1.22;
+
+  private:
+    [[nodiscard]] platform::CGRect share(const platform::CGRect& frame) const {
+        const platform::CGSize& size = device_.size;
+        return platform::CGRectMake(frame.origin.x / size.width, frame.origin.y / size.height,
+                                    frame.size.width / size.width, frame.size.height / size.height);
+    }
+
+    const Device& device_;
+    double unit_;
+
+  public:
+    const double width; ///< of the screen, in units
+    const double height;
+    const bool portrait;
+};
+
+/// The passcode view with its keys.
+void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const Device& device, const State& state);
+
+} // namespace lumora
