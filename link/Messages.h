@@ -13,6 +13,9 @@ namespace lumora {
 inline constexpr const char* kRequestTweakSettings = "requestTweakSettings";
 inline constexpr const char* kUpdateSettings = "updateSettings";
 
+/// An optional third one, of a program that shows the settings while they change. A tweak may be without it.
+inline constexpr const char* kFollowSettings = "followSettings";
+
 inline std::string portName(const std::string& message) {
     return "com.nevo.lumora/" + message;
 }
@@ -27,6 +30,9 @@ inline constexpr double kReceiveTimeout = 1.0;
 /// What the dictionaries in the bodies of messages hold.
 inline constexpr const char* kObjectEntry = "object";
 inline constexpr const char* kKeyEntry = "key";
+inline constexpr const char* kPortEntry = "port";
+inline constexpr const char* kRevisionEntry = "revision";
+inline constexpr const char* kSettingsEntry = "settings";
 inline constexpr const char* kErrorEntry = "error"; ///< one line that says why a change is refused
 
 /// {"object": object}, the body of any message that has one.
@@ -37,6 +43,11 @@ inline platform::Dictionary messageWith(const platform::Value& object) {
 /// {"key": key, "object": value}, the object of an "updateSettings" message.
 inline platform::Dictionary changeOf(const std::string& key, const platform::Value& value) {
     return platform::Dictionary{{kKeyEntry, key}, {kObjectEntry, value}};
+}
+
+/// {"revision": number, "settings": dictionary}: what a follower is answered, and what the messages to it are about.
+inline platform::Dictionary revisionOf(std::int64_t revision, const platform::Dictionary& settings) {
+    return platform::Dictionary{{kRevisionEntry, revision}, {kSettingsEntry, settings}};
 }
 
 /// What is shown in place of a secure value.

@@ -108,6 +108,11 @@ Dictionary SettingsStore::settings() const {
     return withDefaults(changed_);
 }
 
+std::int64_t SettingsStore::revision() const {
+    const std::lock_guard held(changing_);
+    return revision_;
+}
+
 Result<void> SettingsStore::change(const std::string& key, const Value& value) {
     const auto refuse = [](std::string why) { return Result<void>::failure(std::move(why)); };
     if (value.isNil()) return refuse(inQuotes(key) + " cannot be nil");
@@ -129,6 +134,8 @@ Result<void> SettingsStore::change(const std::string& key, const Value& value) {
     if (!kept) return kept;
     changed_ = std::move(changed);
     size_ = bytes.value().size();
+    ++revision_;
+    if (observer_) observer_(revision_, key, value);
     return {};
 }
 

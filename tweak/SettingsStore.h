@@ -4,10 +4,13 @@
 #include "tweak/SettingsFile.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 
 namespace lumora {
 
@@ -36,6 +39,13 @@ class SettingsStore {
     /// Every known setting with its value, then the keys that only plug-ins know.
     [[nodiscard]] platform::Dictionary settings() const;
 
+    /// Is told of each change once it is kept, with the number of changes since the start. It is called while the store is
+    /// locked, so it returns at once and does not ask the store. Stands before the first change.
+    using Observer = std::function<void(std::int64_t revision, const std::string& key, const platform::Value& value)>;
+    void setObserver(Observer observer) { observer_ = std::move(observer); }
+    /// How many changes there have been since the start.
+    [[nodiscard]] std::int64_t revision() const;
+
     /// Gives a setting a value, on disk before in memory. Fails, and changes nothing, if the value is nil, if the setting
     /// cannot have it, or if it makes the settings larger than kLargestSettings.
     [[nodiscard]] platform::Result<void> change(const std::string& key, const platform::Value& value);
@@ -47,6 +57,8 @@ class SettingsStore {
     mutable std::mutex changing_; ///< guards what follows; held by one change at a time
     platform::Dictionary changed_;
     std::size_t size_; ///< of the settings as they are written, in bytes
+    std::int64_t revision_ = 0;
+    Observer observer_;
 };
 
 /// The path of the settings under the device root.

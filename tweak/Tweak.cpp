@@ -6,6 +6,7 @@
 
 #include "platform/foundation/NSKeyedArchiver.h"
 
+#include <algorithm>
 #include <utility>
 
 using platform::Data;
@@ -51,12 +52,25 @@ std::string shown(const Change& change) {
 
 Tweak::Tweak(SettingsStore& store, Options options, Log log)
     : store_(store), options_(std::move(options)), log_(std::move(log)) {
+    store.setObserver([this](std::int64_t revision, const std::string& key, const Value& value) {
+        if (std::ranges::find(options_.omitted, key) == options_.omitted.end())
+            followers_.changed(revision, key, value);
+    });
 }
 
-std::optional<Data> Tweak::requestTweakSettings() const {
+Tweak::~Tweak() {
+    store_.setObserver(nullptr);
+}
+
+Dictionary Tweak::answered() const {
     Dictionary settings = store_.settings();
     for (const std::string& key : options_.omitted)
         settings.remove(key);
+    return settings;
+}
+
+std::optional<Data> Tweak::requestTweakSettings() const {
+    const Dictionary settings = answered();
     if (options_.verbose)
         log_(std::string(kRequestTweakSettings) + ": " + std::to_string(settings.size()) + " settings");
     return NSKeyedArchiver::archivedDataWithRootObject(settings);
@@ -67,6 +81,23 @@ std::optional<Data> Tweak::updateSettings(const std::optional<Data>& body) {
     if (applied) return std::nullopt;
     log_(std::string(kUpdateSettings) + " refused: " + applied.error());
     return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{kErrorEntry, applied.error()}});
+}
+
+std::optional<Data> Tweak::followSettings(const std::optional<Data>& body, long sender) {
+    const Value root = body ? NSKeyedUnarchiver::unarchiveObjectWithData(*body) : Value();
+    const Value port = root[kObjectEntry][kPortEntry];
+    const auto refuse = [&](const std::string& why) {
+        log_(std::string(kFollowSettings) + " refused: " + why);
+        return std::nullopt;
+    };
+    if (!port.text()) return refuse(R"(the message is not of the shape {"object": {"port": text}})");
+    const std::string name(*port.text());
+    if (!isFollowersPort(name, sender)) return refuse(inQuotes(name) + " is no port for a follower of that process");
+    if (const auto added = followers_.add(name); !added) return refuse(added.error());
+    if (options_.verbose) log_(std::string(kFollowSettings) + ": " + name);
+    // In this order: what changes in between is told twice, not never.
+    const std::int64_t revision = store_.revision();
+    return NSKeyedArchiver::archivedDataWithRootObject(revisionOf(revision, answered()));
 }
 
 Result<void> Tweak::applyChange(const std::optional<Data>& body) {

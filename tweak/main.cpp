@@ -100,13 +100,14 @@ void notifyServiceManager() {
         logLine(std::string("cannot tell the service manager: ") + std::strerror(errno));
 }
 
-using Answer = std::function<std::optional<Data>(const std::optional<Data>& body)>;
+using Answer = std::function<std::optional<Data>(const std::optional<Data>& body, long sender)>;
 
 /// A message of another id asks only for a sign of life.
 Result<CFMessagePortRef> openPort(const char* message, Answer answer) {
-    return platform::openLocalPort(portName(message), [answer = std::move(answer)](auto&, auto id, const auto& body) {
-        return id == kMessageId ? answer(body) : std::nullopt;
-    });
+    return platform::openLocalPort(
+        portName(message), [answer = std::move(answer)](auto& port, auto id, const auto& body) {
+            return id == kMessageId ? answer(body, platform::CFMessagePortGetSender(port)) : std::nullopt;
+        });
 }
 
 /// The descriptors that a run loop opens for itself to serve one port. If it cannot open one, it is silent.
@@ -144,19 +145,25 @@ class PortThread {
     std::future<void> serving_;
 };
 
-/// Opens both ports and serves them until a signal comes.
+/// Opens the ports and serves them until a signal comes.
 int serve(Tweak& tweak, const std::filesystem::path& settings) {
     // One after the other: of two tweaks that start at once, the one that gets the first port gets both.
-    const auto changes = openPort(kUpdateSettings, [&](const auto& body) { return tweak.updateSettings(body); });
+    const auto changes = openPort(kUpdateSettings, [&](const auto& body, long) { return tweak.updateSettings(body); });
     if (!changes) return failed(changes.error());
-    const auto requests = openPort(kRequestTweakSettings, [&](const auto&) { return tweak.requestTweakSettings(); });
+    const auto requests =
+        openPort(kRequestTweakSettings, [&](const auto&, long) { return tweak.requestTweakSettings(); });
     if (!requests) return failed(requests.error());
 
-    if (!hasDescriptorsLeft(2 * kDescriptorsOfALoop + 1)) // one for a client
+    const auto follows =
+        openPort(kFollowSettings, [&](const auto& body, long sender) { return tweak.followSettings(body, sender); });
+    if (!follows) return failed(follows.error());
+
+    if (!hasDescriptorsLeft(3 * kDescriptorsOfALoop + 1)) // one for a client
         return failed("cannot serve the ports: not enough descriptors are left");
 
     if (const auto usable = platform::checkPortsFolder(portName(kUpdateSettings)); !usable) logLine(usable.error());
-    const std::array<PortThread, 2> threads{PortThread(changes.value()), PortThread(requests.value())};
+    const std::array<PortThread, 3> threads{PortThread(changes.value()), PortThread(requests.value()),
+                                            PortThread(follows.value())};
     writeAtOnce(STDOUT_FILENO, "lumora-tweak ready, settings at " + settings.string() + "\n");
     notifyServiceManager();
     waitUntilAskedToLeave();

@@ -37,6 +37,10 @@ Result<CFMessagePortRef> openLocalPort(const std::string& name, CFMessagePortCal
     return port;
 }
 
+long CFMessagePortGetSender(const CFMessagePort& port) {
+    return port.sender;
+}
+
 CFMessagePortRef CFMessagePortCreateLocal(const std::string& name, CFMessagePortCallBack callout) {
     auto port = openLocalPort(name, std::move(callout));
     return port ? std::move(port).value() : nullptr;

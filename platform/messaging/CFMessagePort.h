@@ -77,6 +77,9 @@ inline constexpr std::int64_t kMaximumMessageBody = 64LL << 20;
 [[nodiscard]] PLATFORM_EXPORT CFMessagePortRef CFMessagePortCreateLocal(const std::string& name,
                                                                         CFMessagePortCallBack callout);
 
+/// The process whose request is being answered; 0 when it is of no use to this one. Within a callout of the port.
+[[nodiscard]] PLATFORM_EXPORT long CFMessagePortGetSender(const CFMessagePort& port);
+
 /// What makes a run loop serve the port, and holds the port. Null for a null or remote port, or when no descriptor is
 /// left. The thread of the run loop.
 [[nodiscard]] PLATFORM_EXPORT CFRunLoopSourceRef CFMessagePortCreateRunLoopSource(const CFMessagePortRef& local);

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <sys/types.h>
 
 namespace platform {
 
@@ -15,6 +16,7 @@ class CFMessagePort {
     std::optional<PortAddress> address; ///< nothing when no port can have the name
     std::unique_ptr<PortListener> listener;
     CFMessagePortCallBack callout;
+    pid_t sender = 0; ///< while the callout runs: of the request that it answers
 };
 
 } // namespace platform

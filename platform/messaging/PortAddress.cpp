@@ -28,6 +28,13 @@ std::string folderOfPorts() {
     return ::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? folder : "/tmp/lumora-" + user;
 }
 
+std::optional<ucred> credentials(int socket) {
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    if (::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) return {};
+    return peer;
+}
+
 bool isPlainPath(std::string_view name) {
     if (name.find('\0') != std::string_view::npos) return false;
     while (true) {
@@ -120,9 +127,13 @@ int PortAddress::bind(int socket) const {
 }
 
 bool peerIsTrusted(int socket) {
-    ucred peer{};
-    socklen_t size = sizeof peer;
-    return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && isOurs(peer.uid);
+    const auto peer = credentials(socket);
+    return peer && isOurs(peer->uid);
+}
+
+pid_t peerOf(int socket) {
+    const auto peer = credentials(socket);
+    return peer ? peer->pid : 0;
 }
 
 } // namespace platform

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <sys/socket.h>
+#include <sys/types.h>
 #include <sys/un.h>
 
 namespace platform {
@@ -35,5 +36,7 @@ class PLATFORM_EXPORT PortAddress {
 
 /// Whether the process at the other end belongs to this user or to root.
 [[nodiscard]] bool peerIsTrusted(int socket);
+/// The process at the other end, as it was when it connected; 0 if the system does not tell.
+[[nodiscard]] pid_t peerOf(int socket);
 
 } // namespace platform

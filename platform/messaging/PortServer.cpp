@@ -65,6 +65,7 @@ class PortServer::Connection final : public Poller::Watcher {
     }
 
     bool answer(const PortFrame& request) {
+        server_.port_->sender = peerOf(socket_.number());
         auto body = server_.port_->callout(*server_.port_, request.messageId, request.body);
         if (body && std::cmp_greater(body->size(), kMaximumMessageBody)) return false;
         PortFrameWriter reply(0, std::move(body));

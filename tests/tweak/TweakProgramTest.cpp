@@ -234,7 +234,7 @@ TEST_F(TweakProgram, AnswersWhileNobodyReadsWhatItSaysAndTellsLaterHowManyLinesA
 TEST_F(TweakProgram, LeavesNoSocketsWhenASignalEndsIt) {
     for (const int signal : {SIGTERM, SIGINT}) {
         RunningTweak tweak(command());
-        EXPECT_EQ(sockets().size(), 2U);
+        EXPECT_EQ(sockets().size(), 3U);
         tweak.signal(signal);
         EXPECT_EQ(tweak.wait(), 0);
         EXPECT_THAT(sockets(), IsEmpty());

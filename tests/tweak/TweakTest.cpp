@@ -149,3 +149,22 @@ TEST_F(TweakTest, ShowsSecureValuesAsDotsWhenVerbose) {
     EXPECT_THAT(lines, Each(Not(HasSubstr("24680"))));
     EXPECT_THAT(lines, testing::Contains(R"(updateSettings: "kAutoUnlockPasscode" = •••)"));
 }
+
+TEST_F(TweakTest, AnswersAFollowerWithTheSettingsAndTheirRevision) {
+    Tweak tweak = this->tweak({.omitted = {"kTweakEnabled"}});
+    ASSERT_TRUE(store->change("kSleepTime", 30));
+    const std::string port = "followers/" + std::to_string(::getpid()) + "-1";
+    const Value told = answer(tweak.followSettings(archived(messageWith(Dictionary{{"port", port}})), ::getpid()));
+    EXPECT_EQ(told["revision"], Value(1));
+    EXPECT_EQ(told["settings"]["kSleepTime"], Value(30));
+    EXPECT_FALSE(told["settings"].dictionary()->contains("kTweakEnabled"));
+}
+
+TEST_F(TweakTest, FollowsNobodyToAPortThatIsNotTheSenders) {
+    Tweak tweak = this->tweak();
+    for (const Value& port : {Value("followers/1-1"), Value("updateSettings"), Value(1), Value()})
+        EXPECT_EQ(tweak.followSettings(archived(messageWith(Dictionary{{"port", port}})), 2), std::nullopt);
+    EXPECT_EQ(tweak.followSettings(std::nullopt, 2), std::nullopt);
+    EXPECT_THAT(lines, Each(HasSubstr("followSettings refused: ")));
+    EXPECT_EQ(lines.size(), 5U);
+}

@@ -1,0 +1,128 @@
+#include "tweak/Followers.h"
+
+#include "link/Messages.h"
+#include "platform/foundation/NSKeyedArchiver.h"
+#include "platform/messaging/CFMessagePort.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <optional>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+using platform::Dictionary;
+using platform::NSKeyedArchiver;
+using platform::Result;
+using platform::Value;
+
+namespace lumora {
+
+/// One that is told, with its thread.
+class Followers::Follower {
+  public:
+    explicit Follower(const std::string& port) : port_(port), thread_([this] { tell(); }) {}
+    Follower(const Follower&) = delete;
+    Follower& operator=(const Follower&) = delete;
+    ~Follower() {
+        {
+            const std::lock_guard held(mutex_);
+            ended_ = true;
+        }
+        awaited_.notify_one();
+        thread_.join();
+    }
+
+    [[nodiscard]] const std::string& port() const { return port_; }
+    [[nodiscard]] bool hasEnded() const {
+        const std::lock_guard held(mutex_);
+        return ended_;
+    }
+    void changed(std::int64_t revision, const std::string& key, const Value& value) {
+        {
+            const std::lock_guard held(mutex_);
+            revision_ = revision;
+            pending_.set(key, value);
+        }
+        awaited_.notify_one();
+    }
+
+  private:
+    void tell() {
+        int failures = 0;
+        std::unique_lock held(mutex_);
+        while (true) {
+            awaited_.wait(held, [this] { return ended_ || !pending_.empty(); });
+            if (ended_) return;
+            const Dictionary settings = std::exchange(pending_, {});
+            const std::int64_t revision = revision_;
+            held.unlock();
+            const auto result = send(revision, settings);
+            held.lock();
+            if (result == platform::kCFMessagePortSuccess) {
+                failures = 0;
+                continue;
+            }
+            if (result == platform::kCFMessagePortIsInvalid || ++failures == kTries) ended_ = true;
+            for (const auto& [key, value] : settings)
+                if (!pending_.contains(key)) pending_.set(key, value);
+        }
+    }
+
+    [[nodiscard]] platform::CFMessagePortResult send(std::int64_t revision, const Dictionary& settings) const {
+        const auto body = NSKeyedArchiver::archivedDataWithRootObject(messageWith(revisionOf(revision, settings)));
+        const auto remote = platform::CFMessagePortCreateRemote(portName(port_));
+        return platform::CFMessagePortSendRequest(*remote, kMessageId, body, kSendTimeout, kReceiveTimeout, nullptr);
+    }
+
+    std::string port_;
+    mutable std::mutex mutex_; ///< guards what follows
+    std::condition_variable awaited_;
+    Dictionary pending_;
+    std::int64_t revision_ = 0;
+    bool ended_ = false;
+    std::thread thread_; ///< the last one, as it begins at once
+};
+
+Followers::Followers() = default;
+Followers::~Followers() = default;
+
+Result<void> Followers::add(const std::string& port) {
+    removeEnded();
+    const std::lock_guard held(changing_);
+    const bool isTold = std::ranges::any_of(followers_, [&](const auto& one) { return one->port() == port; });
+    if (isTold) return {};
+    if (followers_.size() >= kMost) return Result<void>::failure(std::to_string(kMost) + " follow already");
+    followers_.push_back(std::make_unique<Follower>(port));
+    return {};
+}
+
+void Followers::changed(std::int64_t revision, const std::string& key, const Value& value) {
+    const std::lock_guard held(changing_);
+    for (const auto& follower : followers_)
+        follower->changed(revision, key, value);
+}
+
+std::size_t Followers::count() const {
+    const std::lock_guard held(changing_);
+    return static_cast<std::size_t>(
+        std::ranges::count_if(followers_, [](const auto& one) { return !one->hasEnded(); }));
+}
+
+void Followers::removeEnded() {
+    std::vector<std::unique_ptr<Follower>> ended; // their threads have nothing left to do, and are joined unlocked
+    const std::lock_guard held(changing_);
+    const auto [begin, end] =
+        std::ranges::stable_partition(followers_, [](const auto& one) { return !one->hasEnded(); });
+    std::move(begin, end, std::back_inserter(ended));
+    followers_.erase(begin, end);
+}
+
+bool isFollowersPort(const std::string& port, long process) {
+    const std::string begin = "followers/" + std::to_string(process) + "-";
+    if (!port.starts_with(begin)) return false;
+    const std::string_view number = std::string_view(port).substr(begin.size());
+    return !number.empty() && number.size() <= 10 && number.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+} // namespace lumora
