@@ -9,7 +9,7 @@
 /// that speaks to either. Each is spelled here and nowhere else.
 namespace lumora {
 
-/// The two messages. Each has a port of its own.
+/// The two messages of the bundle. Each has a port of its own.
 inline constexpr const char* kRequestTweakSettings = "requestTweakSettings";
 inline constexpr const char* kUpdateSettings = "updateSettings";
 

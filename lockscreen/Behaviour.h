@@ -1,35 +1,15 @@
 #pragma once
 
 #include "lockscreen/Device.h"
+#include "lockscreen/Gesture.h"
 
-#include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
 #include <functional>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace lumora {
-
-/// What a person does, and the passing of time: a word, what it is done to, and how far or how long.
-///
-///     tap icons[2]      hold icons[0]      tap keys[4]      tap passcode.cancel      tap            (beside every part)
-///     swipe left|right|down                swipe notices.items[0] 0.4                (by that share of its width)
-///     slide             pull camera|topGrabber|bottomGrabber
-///     key Left|Right|Up|Down|Enter|Shift+Enter|Menu|Escape|BackSpace|Home|S|0…9     home
-///     wait 3.5          (seconds)
-struct Gesture {
-    enum class Kind : unsigned char { tap, hold, swipe, slide, pull, key, home, wait };
-
-    Kind kind = Kind::wait;
-    std::string target; ///< a part of Look, a direction, or a key; empty beside every part
-    double amount = 0;
-
-    /// Reads a line as above.
-    [[nodiscard]] static platform::Result<Gesture> read(std::string_view line);
-    [[nodiscard]] std::string line() const;
-};
 
 /// How the lock screen behaves: what a gesture leads to, with the settings and on the phone as they are then. The clock
 /// is the caller's, who hands on the time with each gesture. Each gesture and each outcome is told as one line of the

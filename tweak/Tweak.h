@@ -10,7 +10,8 @@
 
 namespace lumora {
 
-/// Answers the two messages of the settings bundle from a store, which outlives it. Any thread.
+/// Answers the two messages of the settings bundle, and those who follow the settings, from a store that outlives it.
+/// Any thread.
 class Tweak {
   public:
     struct Options {
