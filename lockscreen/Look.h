@@ -37,6 +37,8 @@ struct Field {
     std::string_view name;
     Member Owner::*member;
 };
+template<class Owner, class Member>
+Field(std::string_view, Member Owner::*) -> Field<Owner, Member>;
 
 struct Part {
     bool visible = false;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <iterator>
 #include <optional>
 #include <string_view>
 #include <thread>
@@ -21,7 +22,7 @@ namespace lumora {
 /// One that is told, with its thread.
 class Followers::Follower {
   public:
-    explicit Follower(const std::string& port) : port_(port), thread_([this] { tell(); }) {}
+    explicit Follower(std::string port) : port_(std::move(port)), thread_([this] { tell(); }) {}
     Follower(const Follower&) = delete;
     Follower& operator=(const Follower&) = delete;
     ~Follower() {
@@ -112,10 +113,10 @@ std::size_t Followers::count() const {
 void Followers::removeEnded() {
     std::vector<std::unique_ptr<Follower>> ended; // their threads have nothing left to do, and are joined unlocked
     const std::lock_guard held(changing_);
-    const auto [begin, end] =
-        std::ranges::stable_partition(followers_, [](const auto& one) { return !one->hasEnded(); });
-    std::move(begin, end, std::back_inserter(ended));
-    followers_.erase(begin, end);
+    const auto first =
+        std::stable_partition(followers_.begin(), followers_.end(), [](const auto& one) { return !one->hasEnded(); });
+    std::move(first, followers_.end(), std::back_inserter(ended));
+    followers_.erase(first, followers_.end());
 }
 
 bool isFollowersPort(const std::string& port, long process) {

@@ -16,7 +16,7 @@ using testing::ElementsAre;
 
 namespace {
 
-Dictionary enabled(std::vector<Dictionary::Entry> others = {}) {
+Dictionary withApps(std::vector<Dictionary::Entry> others = {}) {
     others.emplace_back(kTweakEnabled, true);
     others.emplace_back(kAppsEnabled, List{"org.lumora.samples.Phone", "org.example.gone", "org.lumora.samples.Mail"});
     return Dictionary(std::move(others));
@@ -31,7 +31,7 @@ State on(Surface surface) {
 } // namespace
 
 TEST(Look, LeavesOutApplicationsThatAreNotInstalledAndKeepsTheOrder) {
-    const Look look = lookOf(enabled(), sampleDevice(), on(Surface::apps));
+    const Look look = lookOf(withApps(), sampleDevice(), on(Surface::apps));
     ASSERT_EQ(look.icons.size(), 2U);
     EXPECT_EQ(look.icons[0].identifier, "org.lumora.samples.Phone");
     EXPECT_EQ(look.icons[1].badge.text, "99+");
@@ -45,7 +45,7 @@ TEST(Look, HasNoStageForAppsWithoutAny) {
 
 TEST(Look, PutsIconsThatDoNotFitOnFurtherPages) {
     Dictionary settings =
-        enabled({{kAppsPerRow, 1.4}, {kLSDateFontSize, 150}, {kLSDateOffset, 50}, {kAppIconSize, 90}});
+        withApps({{kAppsPerRow, 1.4}, {kLSDateFontSize, 150}, {kLSDateOffset, 50}, {kAppIconSize, 90}});
     settings.set(kAppsEnabled, List{"org.lumora.samples.Phone", "org.lumora.samples.Mail", "org.lumora.samples.Books"});
     State state = on(Surface::apps);
     const auto visible = [&] {
@@ -59,32 +59,32 @@ TEST(Look, PutsIconsThatDoNotFitOnFurtherPages) {
 }
 
 TEST(Look, MakesAClockSmallerThatIsTooWide) {
-    const Look look = lookOf(enabled({{kLSDateFontSize, 150}}), sampleDevice(), State());
+    const Look look = lookOf(withApps({{kLSDateFontSize, 150}}), sampleDevice(), State());
     EXPECT_EQ(look.clock.size, 150);
     EXPECT_NEAR(look.clock.drawnSize, 358 / 2.5, 1e-9); // five characters of half their size
 }
 
 TEST(Look, DrawsAFontThatIsMissingAsTheDefault) {
-    EXPECT_EQ(lookOf(enabled({{kLSDateFontName, "DejaVuSans"}}), sampleDevice(), State()).clock.font, "DejaVuSans");
-    EXPECT_EQ(lookOf(enabled({{kLSDateFontName, "Gone"}}), sampleDevice(), State()).subtitle.font, "Default");
+    EXPECT_EQ(lookOf(withApps({{kLSDateFontName, "DejaVuSans"}}), sampleDevice(), State()).clock.font, "DejaVuSans");
+    EXPECT_EQ(lookOf(withApps({{kLSDateFontName, "Gone"}}), sampleDevice(), State()).subtitle.font, "Default");
 }
 
 TEST(Look, ShowsTheSlideHintOnOneLine) {
-    const Look look = lookOf(enabled({{kSlideToUnlockText, "come\non\u2028in\t!"}}), sampleDevice(), State());
+    const Look look = lookOf(withApps({{kSlideToUnlockText, "come\non\u2028in\t!"}}), sampleDevice(), State());
     EXPECT_EQ(look.slideHint.text, "come on in !");
 }
 
 TEST(Look, KeepsTheBatteryAtItsPlaceWithoutTheStatusBar) {
-    const Look all = lookOf(enabled(), sampleDevice(), State());
+    const Look all = lookOf(withApps(), sampleDevice(), State());
     const Look battery =
-        lookOf(enabled({{kLSStatusBarHidden, true}, {kAlwaysShowBattery, true}}), sampleDevice(), State());
+        lookOf(withApps({{kLSStatusBarHidden, true}, {kAlwaysShowBattery, true}}), sampleDevice(), State());
     EXPECT_FALSE(battery.statusBar.visible);
     EXPECT_EQ(battery.battery, all.battery);
-    EXPECT_FALSE(lookOf(enabled({{kLSStatusBarHidden, true}}), sampleDevice(), State()).battery.visible);
+    EXPECT_FALSE(lookOf(withApps({{kLSStatusBarHidden, true}}), sampleDevice(), State()).battery.visible);
 }
 
 TEST(Look, MakesAKeypadThatDoesNotFitSmallerAsAWhole) {
-    const Dictionary settings = enabled({{kLSPButtonDiam, 15}, {kLSPButtonSpacingH, 3}, {kLSPButtonSpacingV, 3}});
+    const Dictionary settings = withApps({{kLSPButtonDiam, 15}, {kLSPButtonSpacingH, 3}, {kLSPButtonSpacingV, 3}});
     const Look look = lookOf(settings, sampleDevice(), on(Surface::passcode));
     const auto& first = look.keys[0].frame;
     const auto& second = look.keys[1].frame;
@@ -94,9 +94,9 @@ TEST(Look, MakesAKeypadThatDoesNotFitSmallerAsAWhole) {
 }
 
 TEST(Look, TintsThePasscodeInTheChosenColour) {
-    const Dictionary settings = enabled({{kLSBlurColorEnabled, true},
-                                         {kLSPTintOpacity, 0.5},
-                                         {kLSBlurColor, Dictionary{{"h", 1.0 / 3}, {"s", 1.0}, {"b", 0.5}}}});
+    const Dictionary settings = withApps({{kLSBlurColorEnabled, true},
+                                          {kLSPTintOpacity, 0.5},
+                                          {kLSBlurColor, Dictionary{{"h", 1.0 / 3}, {"s", 1.0}, {"b", 0.5}}}});
     const Look look = lookOf(settings, sampleDevice(), on(Surface::passcode));
     EXPECT_NEAR(look.passcode.tint.color.green, 0.5, 1e-9);
     EXPECT_NEAR(look.passcode.tint.color.red, 0, 1e-9);
@@ -107,7 +107,7 @@ TEST(Look, GivesTextsACornerOfContrastOnAnyPicture) {
     for (const float luminance : {0.F, 0.1F, 0.2F, 0.3F, 0.5F, 1.F}) {
         Device device = sampleDevice();
         device.picture = Luminance(1, 1, {luminance});
-        const Look look = lookOf(enabled(), device, State());
+        const Look look = lookOf(withApps(), device, State());
         const NoticeLook& notice = look.notices.items[0];
         const double surface = laidOver(luminance, notice.tint, notice.tintOpacity);
         EXPECT_GE(contrast(surface, luminanceOf(notice.title.color)), 4.5) << luminance;
@@ -118,14 +118,14 @@ TEST(Look, GivesTextsACornerOfContrastOnAnyPicture) {
 TEST(Look, IsAsLargeAsTheScreenAllows) {
     Device device = sampleDevice();
     device.size = {780, 1688};
-    const Look large = lookOf(enabled(), device, State());
-    const Look small = lookOf(enabled(), sampleDevice(), State());
+    const Look large = lookOf(withApps(), device, State());
+    const Look small = lookOf(withApps(), sampleDevice(), State());
     EXPECT_EQ(large.slideHint.frame.origin.y, 2 * small.slideHint.frame.origin.y);
     EXPECT_EQ(large.clock.size, 2 * small.clock.size);
 }
 
 TEST(Look, NamesWhatDiffers) {
-    Look before = lookOf(enabled(), sampleDevice(), on(Surface::apps));
+    Look before = lookOf(withApps(), sampleDevice(), on(Surface::apps));
     Look after = before;
     after.icons[1].frame.origin.x += 1;
     after.clock.drawnSize = 3;
@@ -137,7 +137,7 @@ TEST(Look, NamesWhatDiffers) {
 TEST(Look, IsADocumentWithoutAnyPasscode) {
     State state = on(Surface::passcode);
     state.typed = "97";
-    const Dictionary settings = enabled({{kAutoUnlockPasscode, "9753"}, {kAutoUnlockWidgetPasscode, "9753"}});
+    const Dictionary settings = withApps({{kAutoUnlockPasscode, "9753"}, {kAutoUnlockWidgetPasscode, "9753"}});
     const Look look = lookOf(settings, sampleDevice(false, "9753"), state);
     const std::string text = platform::description(documentOf(look)) + platform::description(documentOf(state));
     EXPECT_EQ(text.find("97"), std::string::npos) << text;
