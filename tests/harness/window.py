@@ -5,12 +5,13 @@ Needs Xvfb and xdotool. A test that fails leaves a picture of its display in $LU
 import contextlib
 import ctypes
 import os
+import struct
 import subprocess
 import sys
 import unittest
 from pathlib import Path
 
-from harness.display import WIDTH, Display
+from harness.display import BAR, HEIGHT, WIDTH, Display
 from harness.programs import Programs, program
 from harness.waiting import LONG_ENOUGH, eventually
 
@@ -82,10 +83,10 @@ class Windows(Programs):
         return window
 
     def shows_a_row(self):
-        """Whether the line of the screen that goes through the first row has more than a ground or two."""
+        """Whether something is written below the bar: the rows stand lower under larger texts."""
         with self.display.screen() as (_, _, line):
-            pixels = line(120)[:4 * WIDTH]
-        return len({pixels[at:at + 4] for at in range(0, len(pixels), 4)}) > 2
+            return any(len(set(struct.iter_unpack("4s", line(y)[:4 * WIDTH]))) > 2
+                       for y in range(BAR + 20, HEIGHT // 3, 8))
 
     def windows(self, process):
         return self.xdotool("search", "--pid", str(process.pid), "--onlyvisible").split()
