@@ -80,6 +80,9 @@ const State& Behaviour::show(Surface surface, Seconds now) {
     const auto stages = stagesOf(settings_, device_);
     if (surface == Surface::passcode) {
         if (state_.surface != Surface::passcode) askForPasscode("");
+    } else if (surface == Surface::opened) {
+        const auto applications = enabledApplications(settings_, device_);
+        if (state_.surface != Surface::opened) open(applications.empty() ? "" : applications[0]->identifier, false);
     } else if (std::ranges::find(stages, surface) != stages.end()) {
         goTo(surface);
     }
@@ -94,10 +97,26 @@ void Behaviour::wait() {
         outcome("swiped away");
         if (left.unlocksThen) unlockFor(left.identifier);
     }
-    const Style style(settings_);
-    const bool stands = state_.surface == Surface::appView && style.flag(kSleepDisabledForAppViews);
-    if (stands) state_.lastTouch = state_.now;
-    if (fallsAsleep_ && !state_.asleep && state_.now - state_.lastTouch >= style.number(kSleepTime)) sleep();
+    if (staysAwake()) state_.lastTouch = state_.now;
+    if (!state_.asleep && state_.now - state_.lastTouch >= Style(settings_).number(kSleepTime)) sleep();
+}
+
+bool Behaviour::staysAwake() const {
+    return !fallsAsleep_ || (state_.surface == Surface::appView && Style(settings_).flag(kSleepDisabledForAppViews));
+}
+
+std::optional<Seconds> Behaviour::nextChange() const {
+    std::optional<Seconds> next;
+    const auto consider = [&](Seconds when) {
+        if (when > state_.now && (!next || when < *next)) next = when;
+    };
+    if (leaving_) consider(leaving_->gone);
+    if (!state_.asleep && !staysAwake()) {
+        const Seconds sleeps = state_.lastTouch + Style(settings_).number(kSleepTime);
+        consider(sleeps - kDims);
+        consider(sleeps);
+    }
+    return next;
 }
 
 void Behaviour::sleep() {

@@ -23,13 +23,16 @@ class Behaviour {
     /// Takes effect with the next gesture.
     void setSettings(platform::Dictionary settings);
     void setDevice(Device device);
-    /// Whether it falls asleep by itself; it does unless told otherwise. What is gone to with show() stays awake.
+    /// Whether it falls asleep by itself; it does unless told otherwise.
     void setFallsAsleep(bool does) { fallsAsleep_ = does; }
 
     /// What the gesture makes of the state, at a time that is not before that of the last one.
     const State& apply(const Gesture& gesture, Seconds now);
-    /// Goes to a surface as if by hand, if it is a stage of these settings or the passcode view.
+    /// Goes to a surface as if by hand: a stage of these settings, the passcode view, or the first application, opened.
     const State& show(Surface surface, Seconds now);
+
+    /// When something happens by itself, if nobody does anything before: it is to be told of that time by a `wait`.
+    [[nodiscard]] std::optional<Seconds> nextChange() const;
 
     [[nodiscard]] const State& state() const { return state_; }
     [[nodiscard]] const platform::Dictionary& settings() const { return settings_; }
@@ -51,6 +54,7 @@ class Behaviour {
     };
 
     void outcome(const std::string& words) const;
+    [[nodiscard]] bool staysAwake() const;
     void wait();
     void tap(const Gesture& gesture);
     void hold(const Gesture& gesture);

@@ -14,6 +14,8 @@ namespace lumora {
 
 /// Seconds of a clock that only goes forward; the one who asks chooses its beginning.
 using Seconds = double;
+/// So long before the screen falls asleep, it dims.
+constexpr Seconds kDims = 2;
 
 /// How wide texts are. lookOf() asks again and again for the same ones, so answers should be kept.
 class TextMeasure {

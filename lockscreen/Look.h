@@ -2,6 +2,7 @@
 
 #include "platform/ui/CGGeometry.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -227,15 +228,16 @@ struct PasscodeLook : Part {
 struct OpenedLook : Part {
     std::string identifier; ///< empty: the home screen
     Text title;
-    Text how;  ///< "Unlocked", "Unlocked for this application"
-    Text home; ///< where Home leads to
+    Text how;    ///< "Unlocked", "Unlocked for this application"
+    Text home;   ///< where Home leads to
+    Mark button; ///< for Home
     bool locked = false;
 
     static constexpr auto fields() {
-        return std::tuple_cat(Part::fields(),
-                              std::tuple(Field{"identifier", &OpenedLook::identifier},
-                                         Field{"title", &OpenedLook::title}, Field{"how", &OpenedLook::how},
-                                         Field{"home", &OpenedLook::home}, Field{"locked", &OpenedLook::locked}));
+        return std::tuple_cat(
+            Part::fields(), std::tuple(Field{"identifier", &OpenedLook::identifier}, Field{"title", &OpenedLook::title},
+                                       Field{"how", &OpenedLook::how}, Field{"home", &OpenedLook::home},
+                                       Field{"button", &OpenedLook::button}, Field{"locked", &OpenedLook::locked}));
     }
     friend bool operator==(const OpenedLook&, const OpenedLook&) = default;
 };
@@ -286,5 +288,7 @@ struct Look {
 /// Where two looks differ, as paths: "clock.drawnSize", "icons[2].frame"; of lists that differ in length, the list
 /// itself. Empty for equal ones.
 [[nodiscard]] std::vector<std::string> diff(const Look& before, const Look& after);
+/// A frame around all parts that differ and are visible in one look or the other. Nothing if none does. Any thread.
+[[nodiscard]] std::optional<platform::CGRect> changedFrame(const Look& before, const Look& after);
 
 } // namespace lumora

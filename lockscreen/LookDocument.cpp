@@ -1,8 +1,10 @@
 #include "lockscreen/LookDocument.h"
 
+#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 using platform::CGRect;
@@ -97,7 +99,57 @@ class Comparison {
     std::vector<std::string> paths;
 };
 
+/// Gathers the frames of parts that differ.
+class Surrounding {
+  public:
+    template<class T>
+    [[nodiscard]] bool visit(const T& before, const T& after) {
+        return !(before == after); // a field of the part that it is in
+    }
+    template<std::derived_from<Part> T>
+    bool visit(const T& before, const T& after) {
+        if (before == after) return false;
+        bool ownDiffers = false;
+        std::apply(
+            [&](const auto&... field) { ((ownDiffers |= visit(before.*field.member, after.*field.member)), ...); },
+            T::fields());
+        if (ownDiffers) {
+            add(before);
+            add(after);
+        }
+        return false;
+    }
+    template<std::derived_from<Part> T>
+    bool visit(const std::vector<T>& before, const std::vector<T>& after) {
+        const std::size_t common = std::min(before.size(), after.size());
+        for (std::size_t i = 0; i < common; ++i)
+            visit(before[i], after[i]);
+        for (const auto* list : {&before, &after})
+            std::for_each(list->begin() + static_cast<std::ptrdiff_t>(common), list->end(),
+                          [&](const T& part) { add(part); });
+        return false;
+    }
+    void visit(const Look& before, const Look& after) {
+        std::apply(
+            [&](const auto&... field) { (static_cast<void>(visit(before.*field.member, after.*field.member)), ...); },
+            Look::fields());
+    }
+
+    std::optional<CGRect> frame;
+
+  private:
+    void add(const Part& part) {
+        if (part.visible) frame = frame ? CGRectUnion(*frame, part.frame) : part.frame;
+    }
+};
+
 } // namespace
+
+std::optional<CGRect> changedFrame(const Look& before, const Look& after) {
+    Surrounding surrounding;
+    surrounding.visit(before, after);
+    return surrounding.frame;
+}
 
 std::vector<std::string> diff(const Look& before, const Look& after) {
     Comparison comparison;

@@ -309,6 +309,9 @@ class Screen {
               : style_.flag(kAlwaysReturnToLSEnabled) ? "Home goes to the lock screen"
                                                       : "Home goes to the home screen",
               13, 0.85);
+        opened.button = {
+            {opened.visible && isApplication, canvas_.frame((canvas_.width - 34) / 2, canvas_.height - 54, 34, 34)},
+            kWhite};
     }
 
     void layOutVeil() {
@@ -316,7 +319,7 @@ class Screen {
         const double awake = style_.number(kSleepTime);
         const double idle = state_.now - state_.lastTouch;
         const bool stands = isOn(Surface::appView) && style_.flag(kSleepDisabledForAppViews);
-        veil.opacity = state_.asleep || (!stands && idle >= awake) ? 1 : !stands && idle >= awake - 2 ? 0.4 : 0;
+        veil.opacity = state_.asleep || (!stands && idle >= awake) ? 1 : !stands && idle >= awake - kDims ? 0.4 : 0;
         veil.visible = veil.opacity > 0;
         veil.frame = canvas_.frame(0, 0, canvas_.width, canvas_.height);
     }

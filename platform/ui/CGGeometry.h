@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 namespace platform {
 
 /// All lengths are in points; the origin is at the top left, x runs to the right and y downwards. Any thread.
@@ -29,6 +31,14 @@ constexpr CGRect CGRectMake(double x, double y, double width, double height) {
 constexpr bool CGRectContainsPoint(const CGRect& rect, CGPoint point) {
     return point.x >= rect.origin.x && point.x < rect.origin.x + rect.size.width && point.y >= rect.origin.y &&
            point.y < rect.origin.y + rect.size.height;
+}
+
+/// The smallest rectangle that contains both.
+constexpr CGRect CGRectUnion(const CGRect& one, const CGRect& other) {
+    const double left = std::min(one.origin.x, other.origin.x);
+    const double top = std::min(one.origin.y, other.origin.y);
+    return CGRectMake(left, top, std::max(one.origin.x + one.size.width, other.origin.x + other.size.width) - left,
+                      std::max(one.origin.y + one.size.height, other.origin.y + other.size.height) - top);
 }
 
 constexpr CGPoint CGRectGetCenter(const CGRect& rect) {

@@ -209,3 +209,28 @@ TEST(Gesture, IsReadAsItIsWritten) {
     for (const char* wrong : {"", "touch icons[0]", "wait", "wait soon", "swipe left nan", "tap a 1 b"})
         EXPECT_FALSE(Gesture::read(wrong)) << wrong;
 }
+
+TEST(Behaviour, TellsWhenSomethingHappensByItself) {
+    Player player(enabled({{kSleepTime, 20}}), sampleDevice());
+    EXPECT_EQ(player.behaviour.nextChange(), player.now + 18) << "the screen dims";
+    player.play("wait 18");
+    EXPECT_EQ(player.behaviour.nextChange(), player.now + 2);
+    player.play("wait 2");
+    EXPECT_EQ(player.behaviour.nextChange(), std::nullopt) << "it is asleep";
+}
+
+TEST(Behaviour, StaysAwakeWhereItIsToldTo) {
+    Player player(enabled(), sampleDevice());
+    player.behaviour.setFallsAsleep(false);
+    EXPECT_EQ(player.behaviour.nextChange(), std::nullopt);
+    player.play("wait 5000");
+    EXPECT_FALSE(player.look().sleepVeil.visible);
+    player.play("key S");
+    EXPECT_TRUE(player.behaviour.state().asleep);
+}
+
+TEST(Behaviour, OpensTheFirstApplicationWhenToldToShowOne) {
+    Player player(enabled(), sampleDevice());
+    player.behaviour.show(Surface::opened, player.now);
+    EXPECT_EQ(player.look().opened.identifier, kPhone);
+}
