@@ -12,6 +12,24 @@
 using platform::Dictionary;
 
 namespace lumora {
+namespace {
+
+/// The enabled App View that belongs to an application; null if it has none.
+const AppViewInfo* viewOf(const Dictionary& settings, const Device& device, std::string_view application) {
+    for (const AppViewInfo* view : enabledViews(settings, device))
+        if (view->appIdentifier == application) return view;
+    return nullptr;
+}
+
+} // namespace
+
+IconActions iconActions(const Dictionary& settings, const Device& device, std::string_view identifier) {
+    const Style style(settings);
+    const bool hasView = viewOf(settings, device, identifier);
+    const IconAction shows = hasView ? IconAction::showsAppView : IconAction::nothing;
+    const bool switched = style.flag(kLongHoldForPluginApps) ? hasView : style.flag(kSwitchTapAndLongHold);
+    return switched ? IconActions{shows, IconAction::opens} : IconActions{IconAction::opens, shows};
+}
 
 Behaviour::Behaviour(Dictionary settings, Device device, Log log)
     : settings_(std::move(settings)), device_(std::move(device)), log_(std::move(log)) {
@@ -333,16 +351,17 @@ void Behaviour::tapIcon(std::size_t place, bool held) {
     const auto applications = enabledApplications(settings_, device_);
     if (place >= applications.size()) return;
     const std::string& identifier = applications[place]->identifier;
-    const auto views = enabledViews(settings_, device_);
-    const auto view = std::ranges::find(views, identifier, [](const AppViewInfo* one) { return one->appIdentifier; });
-    const bool hasView = view != views.end();
-    const Style style(settings_);
-    const bool forViewsOnly = style.flag(kLongHoldForPluginApps);
-    const bool switched = forViewsOnly ? hasView : style.flag(kSwitchTapAndLongHold);
-    if (held == switched)
+    const IconActions actions = iconActions(settings_, device_, identifier);
+    switch (held ? actions.hold : actions.tap) {
+    case IconAction::opens:
         unlockFor(identifier);
-    else if (hasView)
-        reveal(**view);
+        break;
+    case IconAction::showsAppView:
+        reveal(*viewOf(settings_, device_, identifier));
+        break;
+    case IconAction::nothing:
+        break;
+    }
 }
 
 void Behaviour::reveal(const AppViewInfo& view) {

@@ -8,8 +8,19 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace lumora {
+
+/// What touching an icon does.
+enum class IconAction : unsigned char { nothing, opens, showsAppView };
+struct IconActions {
+    IconAction tap = IconAction::nothing;
+    IconAction hold = IconAction::nothing;
+};
+/// For the application of that identifier, with these settings. Any thread.
+[[nodiscard]] IconActions iconActions(const platform::Dictionary& settings, const Device& device,
+                                      std::string_view identifier);
 
 /// How the lock screen behaves: what a gesture leads to, with the settings and on the phone as they are then. The clock
 /// is the caller's, who hands on the time with each gesture. Each gesture and each outcome is told as one line of the

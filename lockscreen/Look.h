@@ -151,14 +151,16 @@ struct PictureLook {
 /// An application; its frame is the cell that it has to itself.
 struct IconLook : Part {
     std::string identifier;
+    int page = 0;
     PictureLook picture;
     Text label;
     Text badge;
 
     static constexpr auto fields() {
-        return std::tuple_cat(
-            Part::fields(), std::tuple(Field{"identifier", &IconLook::identifier}, Field{"picture", &IconLook::picture},
-                                       Field{"label", &IconLook::label}, Field{"badge", &IconLook::badge}));
+        return std::tuple_cat(Part::fields(),
+                              std::tuple(Field{"identifier", &IconLook::identifier}, Field{"page", &IconLook::page},
+                                         Field{"picture", &IconLook::picture}, Field{"label", &IconLook::label},
+                                         Field{"badge", &IconLook::badge}));
     }
     friend bool operator==(const IconLook&, const IconLook&) = default;
 };

@@ -214,7 +214,8 @@ class Screen {
             const double x = kMargin + pad + (place % columns) * cell;
             const double y = top + pad + (place / columns) * line;
             icon.identifier = application.identifier;
-            icon.visible = view.visible && i / perPage == page;
+            icon.page = i / perPage;
+            icon.visible = view.visible && icon.page == page;
             icon.frame = canvas_.frame(x, y, cell, line);
             icon.picture = {canvas_.frame(x + (cell - edge) / 2, y, edge, edge), opacity, round};
 

@@ -1,0 +1,308 @@
+#include "lockscreen/face/FaceModel.h"
+
+#include "lockscreen/LookOf.h"
+
+#include "link/PreferenceKeys.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <optional>
+#include <type_traits>
+#include <utility>
+
+using platform::CGPoint;
+using platform::Dictionary;
+using platform::Value;
+
+namespace lumora {
+namespace {
+
+Seconds steadyTime() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+CGPoint toPoint(QPointF point) {
+    return {point.x(), point.y()};
+}
+
+Device deviceOf(const Backdrop& backdrop, const TextMeasure& texts) {
+    Device device;
+    device.texts = &texts;
+    device.picture = backdrop.luminance();
+    return device;
+}
+
+/// What is no longer in view keeps its looks.
+template<std::derived_from<Part> T>
+void keepLooks(T& part, const T& before) {
+    if (part.visible) return;
+    part = before;
+    part.visible = false;
+}
+template<class T>
+void keepLooks(T&, const T&) {
+}
+
+} // namespace
+
+FaceModel::FaceModel(Backdrop& backdrop, const TextMeasure& texts, Behaviour::Log log, Clock clock, QObject* parent)
+    : QObject(parent), backdrop_(backdrop), clock_(clock ? std::move(clock) : steadyTime),
+      behaviour_({}, deviceOf(backdrop, texts), [this, log = std::move(log)](const std::string& line) {
+          if (log) log(line);
+          if (line == "-> wrong") emit wronglyTyped();
+      }) {
+    timer_.setSingleShot(true);
+    timer_.setTimerType(Qt::PreciseTimer);
+    connect(&timer_, &QTimer::timeout, this, &FaceModel::wakeUp);
+    connect(&backdrop, &Backdrop::changed, this, [this] {
+        Device device = behaviour_.device();
+        device.picture = backdrop_.luminance();
+        behaviour_.setDevice(std::move(device));
+        refresh();
+    });
+    behaviour_.show(Surface::notices, now());
+    refresh();
+}
+
+// -- what is shown --
+
+Look FaceModel::withAllStages() const {
+    const Dictionary& settings = behaviour_.settings();
+    const Device& device = behaviour_.device();
+    State state = behaviour_.state();
+    Look look = actual_;
+    const auto as = [&](Surface surface) {
+        state.surface = surface;
+        return lookOf(settings, device, state);
+    };
+    const Surface here = state.surface;
+    if (here != Surface::notices) look.notices = as(Surface::notices).notices;
+    if (here != Surface::apps) {
+        Look apps = as(Surface::apps);
+        look.iconView = apps.iconView;
+        look.icons = std::move(apps.icons);
+    }
+    if (here != Surface::appView) look.appView = as(Surface::appView).appView;
+    return look;
+}
+
+void FaceModel::refresh() {
+    actual_ = lookOf(behaviour_.settings(), behaviour_.device(), behaviour_.state());
+    Look look = withAllStages();
+    const bool keys = !look.keys.empty() && look.keys[0].visible;
+    if (!keys) look.keys = shown_.keys;
+    std::apply(
+        [&](const auto&... field) {
+            const auto publish = [&](const auto& one) {
+                auto& now = look.*one.member;
+                const auto& before = shown_.*one.member;
+                keepLooks(now, before);
+                if constexpr (!isPartList<std::remove_cvref_t<decltype(now)>>) {
+                    const QString name = QString::fromUtf8(one.name.data(), static_cast<qsizetype>(one.name.size()));
+                    if (!(now == before) || !look_.contains(name)) look_.insert(name, toQml(now));
+                }
+            };
+            (publish(field), ...);
+        },
+        Look::fields());
+    icons_.set(look.icons);
+    notices_.set(look.notices.items);
+    keys_.set(look.keys);
+    dots_.set(look.passcode.dots);
+
+    const State& state = behaviour_.state();
+    const auto place = std::ranges::find(look.stages, state.surface);
+    const int stage = place != look.stages.end() ? static_cast<int>(place - look.stages.begin())
+                                                 : std::min(stage_, static_cast<int>(look.stages.size()) - 1);
+    const bool hasMoved = stage != std::exchange(stage_, stage) || state.page != state_.page ||
+                          state.focus != state_.focus || state.locked != state_.locked;
+    state_ = state;
+    shown_ = std::move(look);
+    if (hasMoved) emit moved();
+    setTimer();
+}
+
+void FaceModel::resize(double width, double height) {
+    Device device = behaviour_.device();
+    if (width <= 0 || height <= 0 || device.size == platform::CGSize{width, height}) return;
+    device.size = {width, height};
+    behaviour_.setDevice(std::move(device));
+    refresh();
+    emit resized();
+}
+
+void FaceModel::setPhone(const Device& phone) {
+    Device device = phone;
+    const Device& own = behaviour_.device();
+    device.texts = own.texts;
+    device.picture = own.picture;
+    device.size = own.size;
+    behaviour_.setDevice(std::move(device));
+    refresh();
+}
+
+void FaceModel::setTweakAnswers(bool does) {
+    if (does != std::exchange(tweakAnswers_, does)) emit tweakAnswersChanged();
+}
+
+// -- settings --
+
+void FaceModel::setSettings(const Dictionary& settings, const std::set<std::string>& changed) {
+    const Dictionary before = behaviour_.settings();
+    settings_ = settings;
+    takeSettings();
+    turning_.changed(before, changed, now());
+    refresh();
+}
+
+void FaceModel::hold(const std::string& key, const Value& value) {
+    const Dictionary before = behaviour_.settings();
+    held_.set(key, value);
+    takeSettings();
+    turning_.changed(before, {key}, now());
+    refresh();
+}
+
+void FaceModel::letGo(const std::string& key) {
+    held_.remove(key);
+    takeSettings();
+    refresh();
+}
+
+void FaceModel::takeSettings() {
+    Dictionary settings = settings_;
+    for (const auto& [key, value] : held_.entries())
+        settings.set(key, value);
+    behaviour_.setSettings(std::move(settings));
+}
+
+void FaceModel::setFollows(bool does) {
+    if (does == turning_.follows()) return;
+    turning_.setFollows(does);
+    emit followsChanged();
+}
+
+void FaceModel::turn() {
+    const Turning::Changed changed = turning_.take();
+    const Dictionary& settings = behaviour_.settings();
+    const Device& device = behaviour_.device();
+    const auto surface = surfaceOf(changed, settings, device, behaviour_.state());
+    if (surface && (*surface != behaviour_.state().surface || behaviour_.state().asleep)) show(*surface);
+    const State& state = behaviour_.state();
+    if (const auto frame = changedFrame(lookOf(changed.before, device, state), lookOf(settings, device, state)))
+        emit edited(toQt(*frame));
+    if (changed.keys.contains(std::string(kSleepTime)) || changed.keys.contains(std::string(kSleepDisabledForAppViews)))
+        emit sleepEdited();
+}
+
+// -- hands, keys and time --
+
+const State& FaceModel::apply(const Gesture& gesture) {
+    const Look before = actual_;
+    const Surface from = behaviour_.state().surface;
+    const State& state = behaviour_.apply(gesture, now());
+    if (from == Surface::apps && state.surface == Surface::appView)
+        if (const auto place = placeIn(gesture.target, "icons"); place && *place < before.icons.size())
+            emit revealed(toQt(before.icons[*place].picture.frame));
+    refresh();
+    return state;
+}
+
+void FaceModel::show(Surface surface) {
+    behaviour_.show(surface, now());
+    refresh();
+}
+
+void FaceModel::touched() {
+    turning_.touched(now());
+    emit handMoved();
+    setTimer();
+}
+
+void FaceModel::press(QPointF point) {
+    hand_.press(actual_, unit(), toPoint(point), now());
+    touched();
+}
+
+void FaceModel::move(QPointF point) {
+    hand_.move(toPoint(point));
+    touched();
+}
+
+void FaceModel::release() {
+    const auto gesture = hand_.release();
+    if (gesture) apply(*gesture);
+    touched();
+}
+
+void FaceModel::cancel() {
+    hand_.cancel();
+    touched();
+}
+
+void FaceModel::act(const QString& line) {
+    const auto gesture = Gesture::read(line.toStdString());
+    if (!gesture) return; // QML knows the words
+    turning_.touched(now());
+    apply(gesture.value());
+}
+
+QString FaceModel::pressed() const {
+    return hand_.dragged() == CGPoint{} ? QString::fromStdString(hand_.part()) : QString();
+}
+
+QPointF FaceModel::dragged() const {
+    const CGPoint by = hand_.dragged();
+    return {by.x, by.y};
+}
+
+void FaceModel::wakeUp() {
+    if (const auto gesture = hand_.hold(now())) {
+        apply(*gesture);
+        emit handMoved();
+    }
+    if (const auto due = turning_.due(); due && now() >= *due) turn();
+    const auto next = behaviour_.nextChange();
+    if (next && now() >= *next) apply({Gesture::Kind::wait, "", now() - behaviour_.state().now});
+    setTimer();
+}
+
+void FaceModel::setTimer() {
+    std::optional<Seconds> next;
+    for (const auto& due : {hand_.holdsAt(), turning_.due(), behaviour_.nextChange()})
+        if (due && (!next || *due < *next)) next = due;
+    if (!next) {
+        timer_.stop();
+        return;
+    }
+    const double wait = std::ceil(std::max(0.0, *next - now()) * 1000);
+    timer_.start(static_cast<int>(std::min(wait, 3600000.0)));
+}
+
+// -- assistive tools --
+
+QString FaceModel::describe(const QString& identifier) const {
+    const IconActions actions = iconActions(behaviour_.settings(), behaviour_.device(), identifier.toStdString());
+    const auto words = [](const char* how, IconAction action) -> QString {
+        switch (action) {
+        case IconAction::opens:
+            return QString::fromUtf8(how) + QStringLiteral(" opens it");
+        case IconAction::showsAppView:
+            return QString::fromUtf8(how) + QStringLiteral(" shows its App View");
+        case IconAction::nothing:
+            break;
+        }
+        return {};
+    };
+    QStringList all{words("tap", actions.tap), words("hold", actions.hold)};
+    all.removeAll(QString());
+    return all.join(QStringLiteral(", "));
+}
+
+bool FaceModel::hasHold(const QString& identifier) const {
+    return iconActions(behaviour_.settings(), behaviour_.device(), identifier.toStdString()).hold !=
+           IconAction::nothing;
+}
+
+} // namespace lumora
