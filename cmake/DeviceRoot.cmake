@@ -8,6 +8,9 @@ file(MAKE_DIRECTORY ${LUMORA_DEVICE_ROOT}/var/mobile/Library/Preferences)
 set(LUMORA_INSTALLED_ROOT ${CMAKE_INSTALL_LIBDIR}/lumora/device)
 file(RELATIVE_PATH LUMORA_ROOT_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/lumora/device)
 
+# Pictures of the lock screen, which programs find from their own folder as well.
+file(RELATIVE_PATH LUMORA_WALLPAPERS_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR}/lumora/wallpapers)
+
 # Programs that only other programs call: lumora_helper(TARGET COMPONENT) installs one. The platform library looks for
 # them from its own folder.
 set(LUMORA_HELPERS ${CMAKE_INSTALL_LIBEXECDIR}/lumora)
