@@ -46,8 +46,9 @@ void keepLooks(T&, const T&) {
 
 } // namespace
 
-FaceModel::FaceModel(Backdrop& backdrop, const TextMeasure& texts, Behaviour::Log log, Clock clock, QObject* parent)
-    : QObject(parent), backdrop_(backdrop), clock_(clock ? std::move(clock) : steadyTime),
+FaceModel::FaceModel(Backdrop& backdrop, IconStore& icons, const TextMeasure& texts, Behaviour::Log log, Clock clock,
+                     QObject* parent)
+    : QObject(parent), backdrop_(backdrop), iconStore_(icons), clock_(clock ? std::move(clock) : steadyTime),
       behaviour_({}, deviceOf(backdrop, texts), [this, log = std::move(log)](const std::string& line) {
           if (log) log(line);
           if (line == "-> wrong") emit wronglyTyped();
@@ -250,6 +251,24 @@ void FaceModel::act(const QString& line) {
 
 QString FaceModel::pressed() const {
     return hand_.dragged() == CGPoint{} ? QString::fromStdString(hand_.part()) : QString();
+}
+
+QString FaceModel::pulled() const {
+    return hand_.dragged() == CGPoint{} ? QString() : QString::fromStdString(hand_.part());
+}
+
+double FaceModel::stageDrag() const {
+    const CGPoint by = hand_.dragged();
+    const Surface here = behaviour_.state().surface;
+    const std::string part = hand_.part();
+    const bool isPull =
+        (part == "slideHint" && by.x > 0) || part == "camera" || (by.x > 0 && placeIn(part, "notices.items"));
+    if (here == Surface::passcode || here == Surface::opened || isPull || std::abs(by.x) <= std::abs(by.y)) return 0;
+    const int next = stage_ + (by.x < 0 ? 1 : -1);
+    const int pages = here == Surface::apps ? actual_.pages : 1;
+    const bool turnsPage = by.x < 0 ? page() + 1 < pages : page() > 0;
+    const bool isThere = next >= 0 && next < static_cast<int>(actual_.stages.size()) && here != Surface::appView;
+    return isThere && !turnsPage ? by.x : by.x / 4;
 }
 
 QPointF FaceModel::dragged() const {

@@ -4,6 +4,7 @@
 #include "lockscreen/Hand.h"
 #include "lockscreen/Turning.h"
 #include "lockscreen/face/Backdrop.h"
+#include "lockscreen/face/IconStore.h"
 #include "lockscreen/face/PartsModel.h"
 
 #include <QObject>
@@ -23,7 +24,7 @@ namespace lumora {
 /// models. The three stages are laid out as if each were in view, so that a finger can drag the next one in. What is not
 /// in view keeps its looks, so that it can fade away.
 ///
-///     FaceModel face(backdrop, texts);
+///     FaceModel face(backdrop, icons, texts);
 ///     face.setPhone(phone);
 ///     face.setSettings(settings, changedKeys);
 ///
@@ -45,15 +46,17 @@ class FaceModel : public QObject {
     Q_PROPERTY(int focused READ focused NOTIFY moved)
     Q_PROPERTY(bool locked READ isLocked NOTIFY moved)
     Q_PROPERTY(QString pressed READ pressed NOTIFY handMoved)
+    Q_PROPERTY(QString pulled READ pulled NOTIFY handMoved)
     Q_PROPERTY(QPointF dragged READ dragged NOTIFY handMoved)
+    Q_PROPERTY(double stageDrag READ stageDrag NOTIFY handMoved)
     Q_PROPERTY(bool follows READ follows WRITE setFollows NOTIFY followsChanged)
     Q_PROPERTY(bool tweakAnswers READ tweakAnswers NOTIFY tweakAnswersChanged)
 
   public:
     using Clock = std::function<Seconds()>;
 
-    /// The clock of the steady kind is taken if there is no other. `texts` is to outlive the model.
-    FaceModel(Backdrop& backdrop, const TextMeasure& texts, Behaviour::Log log = {}, Clock clock = {},
+    /// The clock of the steady kind is taken if there is no other. What it is given is to outlive it.
+    FaceModel(Backdrop& backdrop, IconStore& icons, const TextMeasure& texts, Behaviour::Log log = {}, Clock clock = {},
               QObject* parent = nullptr);
 
     [[nodiscard]] QQmlPropertyMap* look() { return &look_; }
@@ -62,6 +65,7 @@ class FaceModel : public QObject {
     [[nodiscard]] PartsModel* keys() { return &keys_; }
     [[nodiscard]] PartsModel* dots() { return &dots_; }
     [[nodiscard]] Backdrop* backdrop() const { return &backdrop_; }
+    [[nodiscard]] IconStore* iconStore() const { return &iconStore_; }
     [[nodiscard]] double unit() const { return behaviour_.device().unit(); }
     [[nodiscard]] bool isLandscape() const { return behaviour_.device().isLandscape(); }
     /// The place of the stage in view, or of the one that was, among those that there are.
@@ -71,7 +75,11 @@ class FaceModel : public QObject {
     [[nodiscard]] bool isLocked() const { return behaviour_.state().locked; }
     /// The part under the finger, while it may still be tapped.
     [[nodiscard]] QString pressed() const;
+    /// The part that the finger has been put on and drags; what it does to it, and how far.
+    [[nodiscard]] QString pulled() const;
     [[nodiscard]] QPointF dragged() const;
+    /// How far the stages follow the finger; less where there is none to come.
+    [[nodiscard]] double stageDrag() const;
     [[nodiscard]] bool follows() const { return turning_.follows(); }
     void setFollows(bool does);
     [[nodiscard]] bool tweakAnswers() const { return tweakAnswers_; }
@@ -128,6 +136,7 @@ class FaceModel : public QObject {
     void setTimer();
 
     Backdrop& backdrop_;
+    IconStore& iconStore_;
     Clock clock_;
     platform::Dictionary settings_; ///< the tweak's
     platform::Dictionary held_;     ///< values under a hand

@@ -1,0 +1,92 @@
+#include "lockscreen/face/AppIcon.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QQuickWindow>
+
+#include <cmath>
+#include <utility>
+
+namespace lumora {
+namespace {
+
+constexpr double kRoundScale = 1.14; // so that no corner of the picture shows
+const QColor kPressed(0, 0, 0, 90);
+
+/// The mean of what is opaque.
+QColor meanOf(const QImage& image) {
+    const QImage small = image.scaled(4, 4, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                             .convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    int red = 0;
+    int green = 0;
+    int blue = 0;
+    int alpha = 0;
+    for (int y = 0; y < small.height(); ++y)
+        for (int x = 0; x < small.width(); ++x) {
+            const QRgb pixel = small.pixel(x, y);
+            red += qRed(pixel) * qAlpha(pixel);
+            green += qGreen(pixel) * qAlpha(pixel);
+            blue += qBlue(pixel) * qAlpha(pixel);
+            alpha += qAlpha(pixel);
+        }
+    return alpha == 0 ? QColor() : QColor(red / alpha, green / alpha, blue / alpha);
+}
+
+} // namespace
+
+AppIcon::AppIcon(QQuickItem* parent) : QQuickPaintedItem(parent) {
+    connect(this, &AppIcon::changed, this, &AppIcon::look);
+    setAntialiasing(true);
+}
+
+void AppIcon::setFace(FaceModel* face) {
+    face_ = face;
+    if (face) {
+        connect(face->iconStore(), &IconStore::changed, this, [this](const QString& identifier) {
+            if (identifier.isEmpty() || identifier == identifier_) look();
+        });
+        look();
+    }
+}
+
+void AppIcon::look() {
+    const QImage icon = face_ ? face_->iconStore()->icon(identifier_) : QImage();
+    if (icon.cacheKey() != icon_.cacheKey()) {
+        icon_ = icon;
+        scaled_ = {};
+        if (const QColor shade = meanOf(icon_); shade.isValid() && shade != std::exchange(shade_, shade))
+            emit shadeChanged();
+    }
+    update();
+}
+
+void AppIcon::paint(QPainter* painter) {
+    if (icon_.isNull()) return;
+    const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1;
+    const double edge = width() * (round_ ? kRoundScale : 1);
+    const int pixels = static_cast<int>(std::lround(edge * ratio));
+    if (scaled_.width() != pixels) {
+        scaled_ = icon_.scaled(pixels, pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        if (pressed_ || round_) scaled_ = scaled_.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    }
+    QImage picture = scaled_;
+    if (pressed_) {
+        picture = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+        QPainter dark(&picture);
+        dark.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+        dark.fillRect(picture.rect(), kPressed);
+    }
+    const QRectF place((width() - edge) / 2, (height() - edge) / 2, edge, edge);
+    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    if (!round_) {
+        painter->drawImage(place, picture);
+        return;
+    }
+    QPainterPath circle;
+    circle.addEllipse(boundingRect());
+    QBrush brush(picture);
+    brush.setTransform(QTransform::fromTranslate(place.x(), place.y()).scale(1 / ratio, 1 / ratio));
+    painter->fillPath(circle, brush);
+}
+
+} // namespace lumora

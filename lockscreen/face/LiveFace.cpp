@@ -1,0 +1,127 @@
+#include "lockscreen/face/LiveFace.h"
+
+#include <QCoreApplication>
+#include <QMetaObject>
+#include <QPointer>
+
+#include <algorithm>
+#include <ctime>
+#include <mutex>
+#include <set>
+#include <utility>
+
+namespace lumora {
+
+/// What the feed has heard and the face has not yet taken: the last settings, and all keys that differ.
+class LiveFace::Mailbox {
+  public:
+    /// Whether it was empty.
+    bool put(const Heard& heard) {
+        const std::lock_guard lock(mutex_);
+        if (!waiting_) {
+            waiting_ = heard;
+            return true;
+        }
+        std::vector<std::string> changed = std::move(waiting_->changed);
+        waiting_ = heard;
+        waiting_->changed.insert(waiting_->changed.end(), changed.begin(), changed.end());
+        return false;
+    }
+    Heard take() {
+        const std::lock_guard lock(mutex_);
+        return *std::exchange(waiting_, std::nullopt);
+    }
+
+  private:
+    std::mutex mutex_;
+    std::optional<Heard> waiting_;
+};
+
+LiveFace::LiveFace(Options options, QObject* parent)
+    : QObject(parent), options_(std::move(options)), model_(backdrop_, icons_, texts_, options_.log),
+      mailbox_(std::make_shared<Mailbox>()) {
+    const platform::CGSize size = options_.phone.size;
+    model_.resize(size.width, size.height);
+    connect(&model_, &FaceModel::resized, this, &LiveFace::orderBackdrop);
+    connect(&backdrop_, &Backdrop::failed, this, &LiveFace::failed);
+    minute_.setSingleShot(true);
+    connect(&minute_, &QTimer::timeout, this, &LiveFace::tick);
+    orderBackdrop();
+    if (auto phone = Phone::with(options_.phone, {})) phone_ = std::move(phone).value();
+    tick();
+}
+
+LiveFace::~LiveFace() {
+    feed_.reset();
+}
+
+void LiveFace::take(const std::shared_ptr<const Installation>& installation) {
+    if (auto phone = Phone::with(options_.phone, installation->installed())) {
+        phone_ = std::move(phone).value();
+        tick();
+    } else {
+        emit failed(QString::fromStdString(phone.error()));
+    }
+    icons_.setInstallation(installation);
+    emit installed();
+}
+
+void LiveFace::follow() {
+    Installation::read([guard = QPointer<LiveFace>(this)](std::shared_ptr<const Installation> read) {
+        QMetaObject::invokeMethod(
+            qApp,
+            [guard, read = std::move(read)] {
+                if (guard) guard->take(read);
+            },
+            Qt::QueuedConnection);
+    });
+    feed_ = std::make_unique<SettingsFeed>([this](const Heard& heard) {
+        if (mailbox_->put(heard))
+            QMetaObject::invokeMethod(
+                this, [this] { hear(mailbox_->take()); }, Qt::QueuedConnection);
+    });
+}
+
+void LiveFace::hear(const Heard& heard) {
+    model_.setTweakAnswers(heard.tweakAnswers);
+    // What it finds at first has not been edited.
+    const bool edited = std::exchange(hasHeard_, heard.tweakAnswers) && heard.tweakAnswers;
+    model_.setSettings(heard.settings,
+                       edited ? std::set(heard.changed.begin(), heard.changed.end()) : std::set<std::string>());
+}
+
+void LiveFace::setVisible(bool visible) {
+    if (feed_) feed_->setVisible(visible);
+    if (visible)
+        tick();
+    else
+        minute_.stop();
+}
+
+void LiveFace::setRatio(double ratio) {
+    if (ratio == std::exchange(options_.ratio, ratio)) return;
+    orderBackdrop();
+}
+
+BackdropOrder LiveFace::backdropOrder() {
+    const platform::CGSize& size = model_.behaviour().device().size;
+    return {QString::fromStdString(options_.wallpaper),
+            QSize(static_cast<int>(size.width), static_cast<int>(size.height)), options_.ratio};
+}
+
+void LiveFace::orderBackdrop() {
+    icons_.setLargest(120 * model_.unit() * options_.ratio);
+    backdrop_.order(backdropOrder());
+}
+
+platform::Result<void> LiveFace::makeBackdrop() {
+    return backdrop_.make(backdropOrder());
+}
+
+void LiveFace::tick() {
+    const std::time_t now = std::time(nullptr);
+    if (phone_) model_.setPhone(phone_->device(now));
+    minute_.start(static_cast<int>((Phone::nextChange(now) - now) * 1000));
+}
+
+} // namespace lumora

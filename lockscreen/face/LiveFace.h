@@ -1,0 +1,75 @@
+#pragma once
+
+#include "lockscreen/SettingsFeed.h"
+#include "lockscreen/face/Backdrop.h"
+#include "lockscreen/face/FaceModel.h"
+#include "lockscreen/face/FontWidths.h"
+#include "lockscreen/face/IconStore.h"
+#include "lockscreen/phone/Installation.h"
+#include "lockscreen/phone/Phone.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace lumora {
+
+/// A lock screen that lives: the sample phone with what is installed on this device, the picture behind it, and the
+/// tweak's settings as they change. GUI thread.
+class LiveFace : public QObject {
+    Q_OBJECT
+
+  public:
+    struct Options {
+        PhoneOptions phone;
+        std::string wallpaper = "dusk";
+        double ratio = 1; ///< pixels to a point
+        Behaviour::Log log = {};
+    };
+
+    /// Reads what is installed on a thread of its own; until that comes there are neither icons nor App Views.
+    explicit LiveFace(Options options, QObject* parent = nullptr);
+    ~LiveFace() override;
+
+    [[nodiscard]] FaceModel* model() { return &model_; }
+    [[nodiscard]] const Options& options() const { return options_; }
+    /// Follows the tweak, while the face is visible.
+    void follow();
+    void setVisible(bool visible);
+    /// Pixels to a point of the screen that the window is on.
+    void setRatio(double ratio);
+    /// What the installation is, at once; for pictures.
+    void take(const std::shared_ptr<const Installation>& installation);
+    /// Makes the picture for the present size at once.
+    platform::Result<void> makeBackdrop();
+
+  signals:
+    /// What is installed is known.
+    void installed();
+    /// The picture cannot be read.
+    void failed(const QString& why);
+
+  private:
+    class Mailbox;
+
+    [[nodiscard]] BackdropOrder backdropOrder();
+    void orderBackdrop();
+    void tick();
+    void hear(const Heard& heard);
+
+    Options options_;
+    FontWidths texts_;
+    Backdrop backdrop_;
+    IconStore icons_;
+    FaceModel model_;
+    std::optional<Phone> phone_;
+    bool hasHeard_ = false; ///< what the tweak has
+    QTimer minute_;
+    std::shared_ptr<Mailbox> mailbox_;
+    std::unique_ptr<SettingsFeed> feed_; ///< ends before what it tells
+};
+
+} // namespace lumora

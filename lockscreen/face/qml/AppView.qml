@@ -1,0 +1,97 @@
+import QtQuick
+
+// An App View: a card with the plug-in's icon and name.
+Item {
+    id: view
+    required property FaceModel face
+    required property real shift
+    readonly property var part: face.look.appView
+    readonly property rect frame: part.frame
+    readonly property real unit: face.unit
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: part.title.text
+
+    Pane {
+        face: view.face
+        part: view.part
+        radius: 30 * view.unit
+        shift: view.shift
+    }
+    AppIcon {
+        face: view.face
+        identifier: view.part.identifier
+        x: view.frame.x + 18 * view.unit
+        y: view.frame.y + 16 * view.unit
+        width: 30 * view.unit
+        height: width
+    }
+    Words {
+        part: view.part.title
+        font.weight: Font.DemiBold
+    }
+    Rectangle {
+        x: view.frame.x + 18 * view.unit
+        y: view.frame.y + 58 * view.unit
+        width: view.frame.width - 36 * view.unit
+        height: 1
+        color: view.part.title.color
+        opacity: 0.16
+    }
+    AppIcon {
+        id: picture
+        face: view.face
+        identifier: view.part.identifier
+        visible: !view.part.locked
+        width: Math.min(96 * view.unit, (view.frame.height - 74 * view.unit) / 2)
+        height: width
+        x: view.frame.x + (view.frame.width - width) / 2
+        y: view.frame.y + 58 * view.unit + (view.frame.height - 58 * view.unit - height) / 2
+    }
+    Column {
+        visible: view.part.locked
+        width: view.frame.width
+        x: view.frame.x
+        y: view.frame.y + 58 * view.unit + (view.frame.height - 58 * view.unit - height) / 2
+        spacing: 14 * view.unit
+        Glyph {
+            anchors.horizontalCenter: parent.horizontalCenter
+            name: "lock"
+            width: 40 * view.unit
+            height: width
+            color: view.part.title.color
+        }
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "Needs the passcode"
+            color: view.part.title.color
+            font.family: FaceFonts.text
+            font.pointSize: 15 * view.unit * FaceFonts.pointsPerPoint
+            renderType: Text.QtRendering
+        }
+    }
+    Action {
+        face: view.face
+        x: view.frame.x
+        y: view.frame.y
+        width: view.frame.width
+        height: view.frame.height
+        gesture: "tap appView"
+        name: `Open ${view.part.title.text}`
+    }
+    Action {
+        face: view.face
+        gesture: "swipe down"
+        name: "Close"
+    }
+    Action {
+        face: view.face
+        gesture: "swipe left"
+        name: "Next App View"
+    }
+    Action {
+        face: view.face
+        gesture: "swipe right"
+        name: "Previous App View"
+    }
+}

@@ -1,0 +1,40 @@
+import QtQuick
+
+// The clock and what stands below it.
+Item {
+    id: date
+    required property FaceModel face
+    readonly property var clock: face.look.clock
+    readonly property var subtitle: face.look.subtitle
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: [clock, subtitle].filter(part => part.visible).map(part => part.text).join(", ")
+    Accessible.ignored: !clock.visible && !subtitle.visible
+
+    ChosenText {
+        x: date.clock.frame.x
+        y: date.clock.frame.y
+        width: date.clock.frame.width
+        height: date.clock.frame.height
+        visible: date.clock.visible
+        opacity: date.clock.opacity
+        text: date.clock.text
+        font: date.clock.font
+        size: date.clock.drawnSize
+        color: date.clock.color
+        isClock: true
+    }
+    ChosenText {
+        x: date.subtitle.frame.x
+        y: date.subtitle.frame.y
+        width: date.subtitle.frame.width
+        height: date.subtitle.frame.height
+        visible: date.subtitle.visible
+        opacity: date.subtitle.opacity
+        text: date.subtitle.text
+        font: date.subtitle.font
+        size: date.subtitle.size
+        color: date.subtitle.color
+        lines: 2
+    }
+}

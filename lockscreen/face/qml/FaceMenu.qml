@@ -1,0 +1,95 @@
+import QtQuick
+
+// What can be done with the preview. Closes by a choice, by Escape and by a click beside it.
+FocusScope {
+    id: menu
+    required property FaceModel face
+    property real top: 0
+    property bool landscape: false
+    signal turned
+    signal closed
+
+    function open() {
+        visible = true;
+        lines.currentIndex = 0;
+        lines.forceActiveFocus();
+    }
+    function close() {
+        visible = false;
+        closed();
+    }
+    readonly property var choices: [
+        {text: "Follow Changes", checked: face.follows, choose: () => face.follows = !face.follows},
+        {text: landscape ? "Upright" : "Landscape", checked: false, choose: () => turned()},
+        {text: "Sleep Now", checked: false, choose: () => face.act("key S")}
+    ]
+
+    visible: false
+    MouseArea {
+        anchors.fill: parent
+        onClicked: menu.close()
+    }
+    Rectangle {
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        y: menu.top
+        width: 220
+        height: lines.height + 12
+        radius: 12
+        color: "#ffffff"
+        border.width: 1
+        border.color: "#c8c8cc"
+
+        ListView {
+            id: lines
+            x: 6
+            y: 6
+            width: parent.width - 12
+            height: contentHeight
+            interactive: false
+            focus: true
+            model: menu.choices.length
+            keyNavigationWraps: true
+            Accessible.role: Accessible.PopupMenu
+            Accessible.name: "Menu of the preview"
+            Keys.onEscapePressed: menu.close()
+            Keys.onReturnPressed: currentItem?.choose()
+            Keys.onSpacePressed: currentItem?.choose()
+
+            delegate: Rectangle {
+                id: line
+                required property int index
+                readonly property var choice: menu.choices[index]
+                function choose() {
+                    const choose = choice.choose;
+                    menu.close();
+                    choose();
+                }
+
+                width: ListView.view?.width ?? 0
+                height: 44
+                radius: 8
+                color: ListView.isCurrentItem ? "#e3e3e8" : "transparent"
+                Accessible.role: Accessible.MenuItem
+                Accessible.name: choice.text
+                Accessible.checkable: index === 0
+                Accessible.checked: choice.checked
+                Accessible.onPressAction: choose()
+
+                Text {
+                    anchors.verticalCenter: parent.verticalCenter
+                    x: 12
+                    text: (line.choice.checked ? "✓ " : "") + line.choice.text
+                    font.pixelSize: 16
+                    color: "black"
+                }
+                MouseArea {
+                    anchors.fill: parent
+                    hoverEnabled: true
+                    onEntered: lines.currentIndex = line.index
+                    onClicked: line.choose()
+                }
+            }
+        }
+    }
+}

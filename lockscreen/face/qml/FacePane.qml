@@ -1,0 +1,84 @@
+import QtQuick
+
+// The lock screen in the shape of a phone, as large as there is room for; above it that it is a preview, and a menu.
+FocusScope {
+    id: pane
+    required property FaceModel face
+    property bool animated: true
+    property bool landscape: false
+    property color ground: "#e9e9ef"
+    property color text: "#3a3a3e"
+    readonly property real rim: 12
+    readonly property real headHeight: 44
+    readonly property size shape: landscape ? Qt.size(844, 390) : Qt.size(390, 844)
+    readonly property real scaling: Math.max(0.2, Math.min((width - 2 * rim - 16) / shape.width,
+                                                          (height - headHeight - 2 * rim - foot.height - 12) / shape.height))
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: "Lock screen, preview"
+    Rectangle {
+        anchors.fill: parent
+        color: pane.ground
+    }
+    Item {
+        id: head
+        width: parent.width
+        height: pane.headHeight
+        Text {
+            anchors.centerIn: parent
+            text: "Preview"
+            color: pane.text
+            font.pixelSize: 15
+            font.weight: Font.DemiBold
+        }
+        FaceMenuButton {
+            anchors.right: parent.right
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            color: pane.text
+            onClicked: menu.open()
+        }
+    }
+    Face {
+        id: screen
+        face: pane.face
+        animated: pane.animated
+        focus: true
+        width: Math.floor(pane.shape.width * pane.scaling)
+        height: Math.floor(pane.shape.height * pane.scaling)
+        x: Math.round((parent.width - width) / 2)
+        y: pane.headHeight + Math.round((parent.height - pane.headHeight - foot.height - height) / 2)
+    }
+    Rectangle { // so round that the corners of the screen stay within it
+        x: screen.x - pane.rim
+        y: screen.y - pane.rim
+        width: screen.width + 2 * pane.rim
+        height: screen.height + 2 * pane.rim
+        radius: 40
+        color: "transparent"
+        border.width: pane.rim
+        border.color: "#15161c"
+    }
+    Text {
+        id: foot
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 8
+        x: 16
+        width: parent.width - 32
+        height: text === "" ? 0 : implicitHeight
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        color: pane.text
+        font.pixelSize: 13
+        text: pane.face.tweakAnswers ? "" : "Lumora is not running. This is the screen without it."
+    }
+    FaceMenu {
+        id: menu
+        anchors.fill: parent
+        face: pane.face
+        top: pane.headHeight
+        landscape: pane.landscape
+        onTurned: pane.landscape = !pane.landscape
+        onClosed: screen.forceActiveFocus()
+    }
+}

@@ -1,0 +1,68 @@
+import QtQuick
+
+Repeater {
+    id: notices
+    required property FaceModel face
+    required property real shift
+    required property bool animated
+
+    model: face.notices
+
+    Item {
+        id: notice
+        required property var part
+        required property int index
+        readonly property string path: `notices.items[${index}]`
+        readonly property real pulled: notices.face.pulled === path ? notices.face.dragged.x : 0
+
+        width: parent?.width ?? 0
+        height: parent?.height ?? 0
+        visible: part.visible && notices.face.look.notices.visible
+        transform: Translate {
+            x: Math.max(0, notice.pulled)
+            Behavior on x {
+                enabled: notices.animated && notice.pulled === 0
+                NumberAnimation { duration: 250; easing.type: Easing.OutCubic }
+            }
+        }
+
+        Pane {
+            face: notices.face
+            part: notice.part
+            radius: 22 * face.unit
+            shift: notices.shift + Math.max(0, notice.pulled)
+        }
+        AppIcon {
+            readonly property rect frame: notice.part.frame
+            readonly property real unit: notices.face.unit
+            face: notices.face
+            identifier: notice.part.identifier
+            round: notice.part.round
+            x: frame.x + 14 * unit
+            y: frame.y + (frame.height - height) / 2
+            width: 42 * unit
+            height: width
+        }
+        Words {
+            part: notice.part.title
+            font.weight: Font.DemiBold
+        }
+        Words { part: notice.part.when }
+        Words { part: notice.part.text }
+        FocusFrame {
+            frame: notice.part.frame
+            radius: 22 * notices.face.unit
+            visible: notices.face.focused === notice.index
+        }
+        Action {
+            face: notices.face
+            x: notice.part.frame.x
+            y: notice.part.frame.y
+            width: notice.part.frame.width
+            height: notice.part.frame.height
+            gesture: "swipe " + notice.path
+            name: [notice.part.title.text, notice.part.text.text, notice.part.when.text].join(", ")
+            description: "opens it"
+        }
+    }
+}

@@ -1,0 +1,30 @@
+import QtQuick
+
+// What darkens the screen before it sleeps. It is shown at a quick pace after the time until then was edited.
+Rectangle {
+    id: veil
+    required property FaceModel face
+    required property bool animated
+    property real played: 0
+
+    color: "black"
+    opacity: Math.max(face.look.sleepVeil.opacity, played)
+    visible: opacity > 0
+    Behavior on opacity {
+        enabled: veil.animated && !play.running
+        NumberAnimation { duration: 200 }
+    }
+    SequentialAnimation {
+        id: play
+        PropertyAction { target: veil; property: "played"; value: 0.4 }
+        PauseAnimation { duration: 500 }
+        PropertyAction { target: veil; property: "played"; value: 1 }
+        PauseAnimation { duration: 500 }
+        PropertyAction { target: veil; property: "played"; value: 0 }
+    }
+    Connections {
+        target: veil.face
+        enabled: veil.animated
+        function onSleepEdited() { play.restart() }
+    }
+}
