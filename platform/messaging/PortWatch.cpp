@@ -1,15 +1,15 @@
-#include "settings/host/TweakWatch.h"
+#include "platform/messaging/PortWatch.h"
 
-#include "link/Messages.h"
 #include "platform/messaging/CFMessagePort.h"
 
 #include <sys/inotify.h>
 
+#include <algorithm>
 #include <array>
 #include <system_error>
 #include <utility>
 
-namespace settings {
+namespace platform {
 
 namespace fs = std::filesystem;
 
@@ -25,24 +25,23 @@ fs::path nearestFolder(fs::path folder) {
 
 } // namespace
 
-TweakWatch::TweakWatch()
-    : folder_((fs::absolute(platform::portsFolder()) / lumora::portName(lumora::kUpdateSettings)).parent_path()),
+PortWatch::PortWatch(std::vector<std::string> ports)
+    : ports_(std::move(ports)), folder_((fs::absolute(portsFolder()) / ports_.front()).parent_path()),
       changes_(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
 }
 
-bool TweakWatch::look() {
+bool PortWatch::look() {
     watchNearestFolder(); // first, so that what changes after the look is noticed
-    return platform::CFMessagePortIsServed(lumora::portName(lumora::kUpdateSettings)) &&
-           platform::CFMessagePortIsServed(lumora::portName(lumora::kRequestTweakSettings));
+    return std::ranges::all_of(ports_, CFMessagePortIsServed);
 }
 
-void TweakWatch::forgetChanges() {
+void PortWatch::forgetChanges() {
     std::array<char, 4096> events{};
     while (changes_ && ::read(changes_.number(), events.data(), events.size()) > 0) {
     }
 }
 
-void TweakWatch::watchNearestFolder() {
+void PortWatch::watchNearestFolder() {
     // A folder of the same name may be another one by now, and a deeper one may come while this one is being watched.
     do {
         watched_ = nearestFolder(folder_);
@@ -54,4 +53,4 @@ void TweakWatch::watchNearestFolder() {
     } while (watch_ >= 0 && watched_ != nearestFolder(folder_));
 }
 
-} // namespace settings
+} // namespace platform
