@@ -39,6 +39,12 @@ class Followers::Follower {
         const std::lock_guard held(mutex_);
         return ended_;
     }
+    /// It has asked again, so what has failed by now counts no longer. False when it has been given up already.
+    [[nodiscard]] bool renew() {
+        const std::lock_guard held(mutex_);
+        renewed_ = true;
+        return !ended_;
+    }
     void changed(std::int64_t revision, const std::string& key, const Value& value) {
         {
             const std::lock_guard held(mutex_);
@@ -57,6 +63,7 @@ class Followers::Follower {
             if (ended_) return;
             const Dictionary settings = std::exchange(pending_, {});
             const std::int64_t revision = revision_;
+            renewed_ = false;
             held.unlock();
             const auto result = send(revision, settings);
             held.lock();
@@ -64,7 +71,10 @@ class Followers::Follower {
                 failures = 0;
                 continue;
             }
-            if (result == platform::kCFMessagePortIsInvalid || ++failures == kTries) ended_ = true;
+            if (renewed_)
+                failures = 0;
+            else if (result == platform::kCFMessagePortIsInvalid || ++failures == kTries)
+                ended_ = true;
             for (const auto& [key, value] : settings)
                 if (!pending_.contains(key)) pending_.set(key, value);
         }
@@ -81,6 +91,7 @@ class Followers::Follower {
     std::condition_variable awaited_;
     Dictionary pending_;
     std::int64_t revision_ = 0;
+    bool renewed_ = false; ///< since the message under way began
     bool ended_ = false;
     std::thread thread_; ///< the last one, as it begins at once
 };
@@ -88,10 +99,23 @@ class Followers::Follower {
 Followers::Followers() = default;
 Followers::~Followers() = default;
 
-Result<void> Followers::add(const std::string& port) {
-    removeEnded();
+template<class Condition>
+void Followers::forgetIf(Condition holds) {
+    std::vector<std::unique_ptr<Follower>> forgotten; // their threads have nothing left to do, and are joined unlocked
     const std::lock_guard held(changing_);
-    const bool isTold = std::ranges::any_of(followers_, [&](const auto& one) { return one->port() == port; });
+    const auto first =
+        std::stable_partition(followers_.begin(), followers_.end(), [&](const auto& one) { return !holds(*one); });
+    std::move(first, followers_.end(), std::back_inserter(forgotten));
+    followers_.erase(first, followers_.end());
+}
+
+Result<void> Followers::add(const std::string& port) {
+    forgetIf([](const Follower& one) { return one.hasEnded(); });
+    if (count() >= kMost)
+        forgetIf([](const Follower& one) { return !platform::CFMessagePortIsServed(portName(one.port())); });
+    const std::lock_guard held(changing_);
+    const bool isTold =
+        std::ranges::any_of(followers_, [&](const auto& one) { return one->port() == port && one->renew(); });
     if (isTold) return {};
     if (followers_.size() >= kMost) return Result<void>::failure(std::to_string(kMost) + " follow already");
     followers_.push_back(std::make_unique<Follower>(port));
@@ -108,15 +132,6 @@ std::size_t Followers::count() const {
     const std::lock_guard held(changing_);
     return static_cast<std::size_t>(
         std::ranges::count_if(followers_, [](const auto& one) { return !one->hasEnded(); }));
-}
-
-void Followers::removeEnded() {
-    std::vector<std::unique_ptr<Follower>> ended; // their threads have nothing left to do, and are joined unlocked
-    const std::lock_guard held(changing_);
-    const auto first =
-        std::stable_partition(followers_.begin(), followers_.end(), [](const auto& one) { return !one->hasEnded(); });
-    std::move(first, followers_.end(), std::back_inserter(ended));
-    followers_.erase(first, followers_.end());
 }
 
 bool isFollowersPort(const std::string& port, long process) {

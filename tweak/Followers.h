@@ -28,7 +28,8 @@ class Followers {
     /// Waits for messages that are under way: two seconds at most.
     ~Followers();
 
-    /// Tells whoever serves the port from now on; nothing new if it is being told. Fails if kMost others are.
+    /// Tells whoever serves the port from now on; nothing new if it is being told. Fails if kMost others are whose ports
+    /// are served.
     [[nodiscard]] platform::Result<void> add(const std::string& port);
     /// Hands on a change, and returns at once. Revisions grow.
     void changed(std::int64_t revision, const std::string& key, const platform::Value& value);
@@ -38,8 +39,8 @@ class Followers {
   private:
     class Follower;
 
-    /// Forgets those who are told no more.
-    void removeEnded();
+    template<class Condition>
+    void forgetIf(Condition holds);
 
     mutable std::mutex changing_; ///< guards the list; never held while a message is under way
     std::vector<std::unique_ptr<Follower>> followers_;

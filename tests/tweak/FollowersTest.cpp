@@ -1,3 +1,4 @@
+#include "tests/support/RawSocket.h"
 #include "tests/support/ServedPort.h"
 #include "tests/support/Waiting.h"
 #include "tests/tweak/Messages.h"
@@ -10,6 +11,7 @@
 
 #include <chrono>
 #include <future>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -114,12 +116,34 @@ TEST_F(FollowersTest, AreForgottenOnceTheirPortIsGone) {
     EXPECT_TRUE(eventually([&] { return back.settings()["a"] == Value(2); }));
 }
 
-TEST_F(FollowersTest, AreSixteenAtMost) {
+TEST_F(FollowersTest, AreNotForgottenForWhatFailedBeforeTheyAskedAgain) {
+    const auto listener = RawSocket::listeningAt(sandbox.ports() / lumora::portName(portOf(1)));
     Followers followers;
-    for (int i = 0; i < 16; ++i)
+    ASSERT_TRUE(followers.add(portOf(1)));
+    followers.changed(1, "a", 1);
+    for (int round = 0; round < 2 * Followers::kTries; ++round) {
+        const RawSocket told = listener.accept();
+        ASSERT_FALSE(told.receive(1).empty());
+        ASSERT_TRUE(followers.add(portOf(1)));
+    }
+    EXPECT_EQ(followers.count(), 1U);
+    for (int round = 0; round < Followers::kTries; ++round)
+        ASSERT_FALSE(listener.accept().receive(1).empty());
+    EXPECT_TRUE(eventually([&] { return followers.count() == 0; }));
+}
+
+TEST_F(FollowersTest, AreSixteenAtMost) {
+    std::vector<std::unique_ptr<Listener>> listeners;
+    Followers followers;
+    for (int i = 0; i < 16; ++i) {
+        listeners.push_back(std::make_unique<Listener>(i));
         EXPECT_TRUE(followers.add(portOf(i)));
+    }
     EXPECT_TRUE(followers.add(portOf(3))) << "which follows already";
     EXPECT_EQ(followers.add(portOf(16)).error(), "16 follow already");
+    listeners.pop_back();
+    EXPECT_TRUE(followers.add(portOf(16))) << "in place of one that has gone, of which no change has told";
+    EXPECT_EQ(followers.count(), 16U);
 }
 
 TEST(FollowersPort, IsOneOfTheProcessThatAsks) {
