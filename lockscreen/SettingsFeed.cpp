@@ -40,7 +40,15 @@ std::optional<Data> ask(const char* message, const std::optional<Data>& body) {
     return result == platform::kCFMessagePortSuccess ? reply : std::nullopt;
 }
 
-std::vector<std::string> differences(const Dictionary& before, const Dictionary& after) {
+/// Of each feed in this process.
+std::int64_t nextNumber() {
+    static std::atomic<std::int64_t> last = 0;
+    return last++;
+}
+
+} // namespace
+
+std::vector<std::string> changedKeys(const Dictionary& before, const Dictionary& after) {
     std::vector<std::string> keys;
     for (const auto& [key, value] : after) {
         const Value* was = before.find(key);
@@ -50,14 +58,6 @@ std::vector<std::string> differences(const Dictionary& before, const Dictionary&
         if (!after.contains(key)) keys.push_back(key);
     return keys;
 }
-
-/// Of each feed in this process.
-std::int64_t nextNumber() {
-    static std::atomic<std::int64_t> last = 0;
-    return last++;
-}
-
-} // namespace
 
 /// How the feed hears the tweak while it is visible. The feed's thread.
 class SettingsFeed::Hearing {
@@ -225,7 +225,7 @@ void SettingsFeed::wait(Hearing* hearing) {
 }
 
 void SettingsFeed::handOn(const Hearing& hearing) {
-    auto changed = differences(heard_.settings, hearing.settings());
+    auto changed = changedKeys(heard_.settings, hearing.settings());
     if (hasHeard_ && changed.empty() && heard_.tweakAnswers == hearing.tweakAnswers()) return;
     hasHeard_ = true;
     heard_ = Heard{hearing.settings(), hearing.tweakAnswers(), hearing.revision(), std::move(changed)};

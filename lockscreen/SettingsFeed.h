@@ -18,8 +18,13 @@ struct Heard {
     platform::Dictionary settings{}; ///< all of them; empty while no tweak answers
     bool tweakAnswers = false;
     std::int64_t revision = 0;          ///< of the settings; 0 where the tweak does not count its changes
-    std::vector<std::string> changed{}; ///< keys whose values differ from those handed on before, or that have gone
+    std::vector<std::string> changed{}; ///< keys whose values are not those handed on before
 };
+
+/// The keys that have another value, in the order of the settings that they have it in, and then those that have none any
+/// more.
+[[nodiscard]] std::vector<std::string> changedKeys(const platform::Dictionary& before,
+                                                   const platform::Dictionary& after);
 
 /// Keeps up with the tweak's settings, and hands on what differs from what it has handed on before: first what it finds,
 /// or that no tweak answers, and then each change.

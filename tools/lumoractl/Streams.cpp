@@ -1,5 +1,7 @@
 #include "tools/lumoractl/Streams.h"
 
+#include "platform/foundation/Unicode.h"
+
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -55,6 +57,10 @@ Result<void> writeAll(const std::string& name, const void* bytes, std::size_t si
     if (!stream.file() || std::fwrite(bytes, 1, size, stream.file()) != size || std::fflush(stream.file()) != 0)
         return Result<void>::failure(failure("write", name, "standard output"));
     return {};
+}
+
+void complain(const std::string& what) {
+    std::fputs(("lumoractl: " + platform::printable(what) + "\n").c_str(), stderr);
 }
 
 } // namespace lumora

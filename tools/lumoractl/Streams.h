@@ -13,4 +13,7 @@ namespace lumora {
 /// Makes a file of the bytes, or writes them to standard output where the name is "-".
 [[nodiscard]] platform::Result<void> writeAll(const std::string& name, const void* bytes, std::size_t size);
 
+/// A line on standard error, in the program's name.
+void complain(const std::string& what);
+
 } // namespace lumora

@@ -1,6 +1,8 @@
 #include "tools/lumoractl/TweakClient.h"
 
 #include "link/Messages.h"
+#include "tweak/Defaults.h"
+
 #include "platform/foundation/NSKeyedArchiver.h"
 #include "platform/messaging/CFMessagePort.h"
 
@@ -34,17 +36,30 @@ std::string explain(CFMessagePortResult result, const std::string& port) {
     }
 }
 
+/// Why no answer has come on the port of that name.
+std::string reasonOf(CFMessagePortResult result, const std::string& name) {
+    const Result<void> usable = platform::checkPortsFolder(name);
+    return usable ? explain(result, (platform::portsFolder() / name).string()) : usable.error();
+}
+
 Result<Reply> ask(const std::string& message, const std::optional<Data>& body) {
     const std::string name = portName(message);
     Reply reply;
     const CFMessagePortResult result = CFMessagePortSendRequest(*CFMessagePortCreateRemote(name), kMessageId, body,
                                                                 kSendTimeout, kReceiveTimeout, &reply);
     if (result == platform::kCFMessagePortSuccess) return reply;
-    const Result<void> usable = platform::checkPortsFolder(name);
-    return Result<Reply>::failure(usable ? explain(result, (platform::portsFolder() / name).string()) : usable.error());
+    return Result<Reply>::failure(reasonOf(result, name));
 }
 
 } // namespace
+
+std::string whyNoTweakAnswers() {
+    return reasonOf(platform::kCFMessagePortIsInvalid, portName(kRequestTweakSettings));
+}
+
+Value shownValue(const std::string& key, const Value& value) {
+    return isSecure(key) && !value.isNil() && value != Value("") ? Value(kSecureDots) : value;
+}
 
 Result<Dictionary> fetchSettings() {
     const auto fail = [](std::string why) { return Result<Dictionary>::failure(std::move(why)); };

@@ -17,4 +17,10 @@ namespace lumora {
 /// word.
 [[nodiscard]] platform::Result<void> changeSetting(const std::string& key, const platform::Value& value);
 
+/// What to tell a person where no tweak answers: that, or why programs do not meet in the ports folder.
+[[nodiscard]] std::string whyNoTweakAnswers();
+
+/// What is shown of a setting unless its secret is asked for: dots in place of a passcode. No passcode is no secret.
+[[nodiscard]] platform::Value shownValue(const std::string& key, const platform::Value& value);
+
 } // namespace lumora

@@ -1,8 +1,8 @@
 #include "tools/lumoractl/Plugins.h"
 #include "tools/lumoractl/Streams.h"
 #include "tools/lumoractl/TweakClient.h"
+#include "tools/lumoractl/Watch.h"
 
-#include "link/Messages.h"
 #include "lists/PluginDiscovery.h"
 #include "tweak/Defaults.h"
 #include "json/Json.h"
@@ -46,7 +46,7 @@ struct Arguments {
 };
 
 int report(const std::string& error, ExitCode code = kFailed) {
-    std::fputs(("lumoractl: " + platform::printable(error) + "\n").c_str(), stderr);
+    complain(error);
     return code;
 }
 
@@ -72,8 +72,7 @@ int list(const Arguments& arguments) {
     Dictionary shown = std::move(settings).value();
     for (const Setting& setting : knownSettings()) {
         const Value* const value = shown.find(setting.key);
-        // No passcode is no secret.
-        if (setting.secure && !arguments.secrets && value && *value != Value("")) shown.set(setting.key, kSecureDots);
+        if (value && !arguments.secrets) shown.set(setting.key, shownValue(setting.key, *value));
     }
     return writeJsonTo("-", shown);
 }
@@ -154,6 +153,11 @@ int plugins(const Arguments& arguments) {
     return written != kDone ? written : allUsable(found.value()) ? kDone : kFailed;
 }
 
+int watch(const Arguments& arguments) {
+    const Result<void> watched = watchSettings(arguments.json);
+    return watched ? kDone : report(watched.error());
+}
+
 constexpr const char* kAbout = R"(Reads and changes the settings of Lumora's tweak from a shell, as JSON.
 
 Settings travel over the tweak's ports, under $LUMORA_PORTS, else $XDG_RUNTIME_DIR, else
@@ -190,6 +194,7 @@ class CommandLine {
         setting->footer("Example: lumoractl set kSleepTime 30\n"
                         "         lumoractl set kLSDateSubtitle '\"EEEE\"'\n\n" +
                         std::string(kExitStatus));
+        addWatch(*command("watch", "Print each change of the settings as it comes, until interrupted", watch));
         addFiles(*command("archive", "Turn JSON into a keyed archive, the form that messages have", archive));
         addFiles(*command("unarchive", "Turn a keyed archive into JSON", unarchive));
         addPlugins(*command("plugins", "List the App View plug-ins, or why they are skipped", plugins));
@@ -235,6 +240,14 @@ class CommandLine {
             .add_option("-o,--output", arguments_.output, "What to write; standard output when it is - or not given")
             ->type_name("FILE");
         command.footer(std::string(kJsonForms) + "\n\n" + kExitStatus);
+    }
+
+    void addWatch(CLI::App& command) {
+        command.add_flag("--json", arguments_.json, "Print a JSON object for each change: key, value and revision");
+        command.footer(
+            "Each line is KEY = VALUE, with passcodes as dots. Without a tweak it waits for one. It ends with\n"
+            "SIGINT, with SIGTERM, and when nobody reads its output any more.\n\n" +
+            std::string(kExitStatus));
     }
 
     void addPlugins(CLI::App& command) {
