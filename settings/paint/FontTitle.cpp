@@ -1,6 +1,6 @@
 #include "settings/paint/FontTitle.h"
 
-#include "settings/paint/FontFaces.h"
+#include "fonts/FontFaces.h"
 
 #include <QPainter>
 #include <QTextBoundaryFinder>
@@ -13,6 +13,9 @@
 #include <vector>
 
 namespace settings {
+
+using fonts::FontFaces;
+using fonts::TextOutline;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "tests/settings/qml/Bench.h"
 
+#include "fonts/FontFaces.h"
 #include "platform/ui/Move.h"
-#include "settings/paint/FontFaces.h"
 
 #include <QAccessible>
 #include <QBuffer>
@@ -245,7 +245,7 @@ void Bench::takeAll() {
 }
 
 int Bench::fontsOpened() {
-    return FontFaces::shared().opened();
+    return fonts::FontFaces::shared().opened();
 }
 
 QVariantList Bench::spoken(QQuickItem* item) {

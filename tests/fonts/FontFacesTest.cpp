@@ -1,4 +1,4 @@
-#include "settings/paint/FontFaces.h"
+#include "fonts/FontFaces.h"
 
 #include "tests/support/OpenedFiles.h"
 #include "tests/support/TestFonts.h"
@@ -16,7 +16,7 @@
 
 namespace {
 
-using settings::FontFaces;
+using fonts::FontFaces;
 using testing::ElementsAre;
 
 /// In these fonts every letter is a box, 8.5 points apart at this size.
@@ -36,7 +36,7 @@ void write(const std::string& bytes, const std::filesystem::path& file) {
 struct Fonts : tests::TestFonts {
     explicit Fonts(const std::vector<std::string>& kinds = {}) : TestFonts(kinds) {}
 
-    std::optional<settings::TextOutline> outline(const std::string& file, const char* text, int index = 0) {
+    std::optional<fonts::TextOutline> outline(const std::string& file, const char* text, int index = 0) {
         return faces->outline({file, kSize, files() / file, index}, text);
     }
     double height(const std::string& file, int index, const char* text = "a") {

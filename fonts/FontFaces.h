@@ -12,7 +12,7 @@
 
 struct FT_LibraryRec_; // FreeType's
 
-namespace settings {
+namespace fonts {
 
 /// A text as it is drawn, in points: its outline, with the beginning of the baseline at (0, 0), and its width.
 struct TextOutline {
@@ -55,4 +55,4 @@ class FontFaces {
     int opened_ = 0;
 };
 
-} // namespace settings
+} // namespace fonts

@@ -1,4 +1,4 @@
-#include "settings/paint/FontFaces.h"
+#include "fonts/FontFaces.h"
 
 #include "platform/ui/UIFontStream.h"
 
@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace settings {
+namespace fonts {
 
 using platform::UIFont;
 using platform::UIFontStream;
@@ -198,4 +198,4 @@ std::optional<TextOutline> FontFaces::outline(const UIFont& font, const QString&
     return opened ? opened->outline(text) : std::nullopt;
 }
 
-} // namespace settings
+} // namespace fonts
