@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <pthread.h>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -212,6 +213,10 @@ void dispatch_async(DispatchQueue& queue, std::function<void()> block) {
 
 void dispatch_main() {
     mainQueue().serve();
+}
+
+void startMainThread() {
+    [[maybe_unused]] static const bool started = (std::thread(dispatch_main).detach(), true);
 }
 
 bool dispatch_wait_until_idle(std::chrono::milliseconds atMost) {

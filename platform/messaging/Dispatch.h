@@ -24,6 +24,10 @@ PLATFORM_EXPORT void dispatch_async(DispatchQueue& queue, std::function<void()> 
 /// Makes the calling thread the main thread: runs the main queue's items, one after the other, without end.
 [[noreturn]] PLATFORM_EXPORT void dispatch_main();
 
+/// Gives the process a main thread beside the threads that it has. Once, however often it is called: a process has one.
+/// Any thread.
+PLATFORM_EXPORT void startMainThread();
+
 /// Waits until no item of the global queue runs or waits; false when that takes longer. For a program that is about to
 /// end. Any thread.
 PLATFORM_EXPORT bool dispatch_wait_until_idle(std::chrono::milliseconds atMost);

@@ -11,7 +11,6 @@
 #include <memory>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <utility>
 
 namespace settings {
@@ -65,8 +64,7 @@ std::string whatBlocks(const std::string& page) {
 }
 
 Host::Host(Navigation::Show show) : navigation_(std::move(show)) {
-    // A process has one main thread, however many hosts: the tests have several.
-    [[maybe_unused]] static const bool started = (std::thread([] { platform::dispatch_main(); }).detach(), true);
+    platform::startMainThread(); // of however many hosts: the tests have several
 }
 
 void Host::launch(Launch launch, std::function<void(Result<void>)> done) {
