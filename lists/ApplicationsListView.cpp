@@ -6,7 +6,6 @@ using namespace platform;
 
 namespace {
 
-constexpr const char* kAppListLibrary = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
 constexpr double kIconSize = 29;
 constexpr std::chrono::milliseconds kPatience(100); // less than a person notices
 
@@ -53,7 +52,7 @@ const std::vector<std::string>& ApplicationsListView::hiddenDisplayIdentifiers()
 }
 
 void ApplicationsListView::prepare() {
-    applist_ = openLibrary(kAppListLibrary);
+    applist_ = openLibrary(kApplicationListLibrary);
     if (const auto* list = ALApplicationList::sharedApplicationList()) applications_ = list->applications();
 }
 

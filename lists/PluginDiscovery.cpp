@@ -149,4 +149,23 @@ std::vector<Plugin> discoverPlugins(bool withSettings, const platform::ProbeLimi
     return found;
 }
 
+std::vector<PluginTexts> askPlugins(const platform::ProbeLimits& limits) {
+    std::error_code failed; // a folder that is missing or cannot be read lists nothing
+    std::vector<fs::path> bundles = platform::contentsOfDirectoryAtPath(pluginFolder(), failed);
+    std::erase_if(bundles, [](const fs::path& entry) { return !isPluginPath(entry); });
+    std::vector<PluginTexts> answers;
+    for (const platform::Probed& plugin :
+         platform::probe(platform::ForeignCode::plugin, bundles, platform::ProbeReport::answers, limits)) {
+        const auto answer = [&](const char* key) {
+            const platform::Value* const text = plugin.told.find(key);
+            return text && text->text() ? std::string(*text->text()) : std::string();
+        };
+        // Kept on purpose: here every reason is dropped, as above.
+        if (plugin.verdict != platform::Probed::Verdict::safe || plugin.told.find("skipped")) continue;
+        if (PluginTexts texts{answer("identifier"), answer("name"), answer("appID")}; !texts.identifier.empty())
+            answers.push_back(std::move(texts));
+    }
+    return answers;
+}
+
 } // namespace lumora

@@ -67,4 +67,15 @@ class PluginExamination {
 /// One that cannot be used, or would end or damage this process, is left out in silence. Main thread.
 [[nodiscard]] std::vector<Plugin> discoverPlugins(bool withSettings, const platform::ProbeLimits& limits = {});
 
+/// What a plug-in says of itself.
+struct PluginTexts {
+    std::string identifier;
+    std::string name;
+    std::string appID;
+};
+
+/// The plug-ins in the plug-in folder that can be used, in the order of their bundles' names, each asked in a process
+/// of its own: nothing of them is loaded into this one, and none is remembered. Waits for all of them; any thread.
+[[nodiscard]] std::vector<PluginTexts> askPlugins(const platform::ProbeLimits& limits = {});
+
 } // namespace lumora

@@ -13,10 +13,13 @@ struct ALSharedList;
 
 namespace platform {
 
+/// The library's place on the device.
+inline constexpr const char* kApplicationListLibrary = "/Library/MobileSubstrate/DynamicLibraries/AppList.dylib";
+
 /// The installed applications, as the application-list library knows them. The class is that library's, so it exists
 /// only while a handle holds the library open:
 ///
-///     LibraryHandle library = openLibrary("/Library/MobileSubstrate/DynamicLibraries/AppList.dylib");
+///     LibraryHandle library = openLibrary(kApplicationListLibrary);
 ///     if (auto* list = ALApplicationList::sharedApplicationList()) names = list->applications();
 ///
 /// Main thread.
