@@ -1,13 +1,14 @@
 #include "settings/app/Application.h"
 
 #include "platform/foundation/DeviceRoot.h"
-#include "platform/foundation/Unicode.h"
 #include "platform/messaging/CFMessagePort.h"
 #include "platform/services/PictureDecoder.h"
+#include "programs/Display.h"
+#include "programs/Program.h"
+#include "programs/Sigterm.h"
 #include "settings/app/DesktopLook.h"
 #include "settings/app/OneWindow.h"
 #include "settings/app/Pictures.h"
-#include "settings/app/Sigterm.h"
 #include "settings/app/WindowSize.h"
 #include "settings/model/Accessibility.h"
 #include "settings/model/DoubleClicks.h"
@@ -20,7 +21,6 @@
 #include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
-#include <cstdlib>
 #include <iostream>
 
 Q_IMPORT_QML_PLUGIN(LumoraPlugin)
@@ -28,27 +28,9 @@ Q_IMPORT_QML_PLUGIN(LumoraPlugin)
 namespace settings {
 
 using platform::Result;
+using programs::complain;
 
 namespace {
-
-bool hasDisplay() {
-    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
-}
-
-void prepareEnvironment(bool picturesOnly) {
-    constexpr int kUnlessSet = 0; // by the user, who goes first in everything
-    // Drawing without a graphics driver takes a third of the memory, and the page is on the screen sooner.
-    setenv("QT_QUICK_BACKEND", "software", kUnlessSet);
-    // The basic loop draws every change at once. The threaded loop keeps a pace of 60 frames a second, which no display
-    // asks of software, and a drag would lag by a frame; the GUI thread is never busy for long.
-    setenv("QSG_RENDER_LOOP", "basic", kUnlessSet);
-    // The toolkit would keep compiled pages in the user's cache and trust what it finds there: a file that a full disk
-    // has cut short would end every later start. Compiling the pages anew takes 4 ms.
-    setenv("QML_DISABLE_DISK_CACHE", "1", kUnlessSet);
-    if (!hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (picturesOnly) setenv("QT_SCALE_FACTOR", "1", kUnlessSet);
-}
 
 /// Without a display, no window can be opened, but a tour can be taken.
 Options withoutDisplay(Options options) {
@@ -76,7 +58,7 @@ void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keeps
     auto* doubleClicks = new DoubleClicks(&shell);
     QObject::connect(&shell, &Shell::pagePushed, doubleClicks, &DoubleClicks::noteOpened);
     window.installEventFilter(doubleClicks);
-    closeAtSigterm(window);
+    programs::closeAtSigterm(window);
     QObject::connect(&shell, &Shell::leaving, &window, [&window, &oneWindow, keepsSize] {
         oneWindow.release();
         // A window that fills the screen has another size when it does not.
@@ -87,16 +69,11 @@ void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keeps
 
 } // namespace
 
-int complain(const std::string& why) {
-    std::cerr << "lumora-settings: " << platform::printable(why) << std::endl;
-    return 1;
-}
-
 int runApplication(int argc, char** argv, const Options& asked) {
     const bool wantsPictures = asked.grab || asked.tour;
-    const Options options = wantsPictures || hasDisplay() ? asked : withoutDisplay(asked);
+    const Options options = wantsPictures || programs::hasDisplay() ? asked : withoutDisplay(asked);
     const bool picturesOnly = options.grab || options.tour;
-    prepareEnvironment(picturesOnly);
+    programs::prepareDrawing(picturesOnly);
     if (picturesOnly) platform::PicturePatience::makeEndless();
 
     // None of these is ever destroyed: the main thread reports to the shell until the process ends, and where

@@ -8,9 +8,6 @@ namespace settings {
 /// user closes the window, which ends the process.
 int runApplication(int argc, char** argv, const Options& options);
 
-/// Says on standard error why the program fails, and returns the exit code.
-int complain(const std::string& why);
-
 /// Prints the page that the options ask for as JSON, without a window, and returns the exit code.
 int printRows(const Options& options);
 

@@ -1,6 +1,6 @@
 #include "settings/app/OneWindow.h"
 
-#include "settings/app/Application.h"
+#include "programs/Program.h"
 #include "settings/app/SessionBus.h"
 
 #include <QCryptographicHash>
@@ -75,7 +75,7 @@ std::optional<int> OneWindow::handOver(const std::string& page) {
         call << about;
         const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, kHandOver);
         if (reply.type() == QDBusMessage::ReplyMessage) return 0;
-        if (reply.errorName() == kNoSuchPage) return complain("there is no page class " + page);
+        if (reply.errorName() == kNoSuchPage) return programs::complain("there is no page class " + page);
         ask(); // the other process has just ended
     }
     return std::nullopt;

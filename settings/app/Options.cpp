@@ -1,16 +1,11 @@
 #include "settings/app/Options.h"
 
-#include <CLI/CLI.hpp>
-
 #include "platform/foundation/Unicode.h"
-
-#include <charconv>
+#include "programs/CommandLine.h"
+#include "programs/Size.h"
 
 namespace settings {
 namespace {
-
-constexpr int kWrongUse = 2;
-constexpr double kLargestSide = 8192;
 
 /// Why the text cannot name a class; empty when it can.
 std::string isName(const std::string& text) {
@@ -18,17 +13,6 @@ std::string isName(const std::string& text) {
 }
 
 } // namespace
-
-std::optional<platform::CGSize> sizeFrom(const std::string& text) {
-    platform::CGSize size;
-    const char* const end = text.data() + text.size();
-    const auto width = std::from_chars(text.data(), end, size.width);
-    if (width.ec != std::errc() || width.ptr == end || *width.ptr != 'x') return std::nullopt;
-    const auto height = std::from_chars(width.ptr + 1, end, size.height);
-    if (height.ec != std::errc() || height.ptr != end) return std::nullopt;
-    const auto fits = [](double side) { return side >= 1 && side <= kLargestSide; };
-    return fits(size.width) && fits(size.height) ? std::optional(size) : std::nullopt;
-}
 
 Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     Options options;
@@ -39,9 +23,8 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     CLI::App app{"Shows the settings of Lumora and changes them.\n\n"
                  "Without options, opens a window with the root page. The settings themselves are the tweak's: a page\n"
                  "opens when lumora-tweak, or another program that speaks its ports, has answered."};
-    app.name("lumora-settings");
-    app.set_version_flag("--version", "lumora-settings " LUMORA_VERSION);
-    app.add_option("--root", options.root, "The folder that stands for the device's \"/\"")->type_name("DIR");
+    programs::addVersion(app, "lumora-settings");
+    programs::addRoot(app, options.root);
     app.add_option("--bundle", options.bundle, "The settings bundle, in place of the device's own")->type_name("PATH");
     app.add_option("--page", options.page, "Open at this page class, upon those that lead there")
         ->type_name("CLASS")
@@ -70,17 +53,13 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
         ->check(CLI::Range(kSmallestTexts, kLargestTexts));
     app.add_option("--size", size, "The window's size (default: as it was closed last, 390x844 at first)")
         ->type_name("WxH")
-        ->check([](const std::string& text) { return sizeFrom(text) ? "" : "is no size such as 390x844: " + text; });
+        ->check(programs::isSize);
     app.footer("Exit codes: 0 done, 1 failed, 2 wrong use.");
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& end) {
-        exitCode = app.exit(end) == 0 ? 0 : kWrongUse;
-        return options;
-    }
+    exitCode = programs::parse(app, argc, argv);
+    if (exitCode) return options;
     if (dark || light) options.dark = dark;
     if (!contrast.empty()) options.moreContrast = contrast == "more";
-    if (!size.empty()) options.size = *sizeFrom(size);
+    if (!size.empty()) options.size = *programs::sizeFrom(size);
     return options;
 }
 

@@ -31,9 +31,6 @@ inline constexpr platform::CGSize kUsualSize{390, 844};
 inline constexpr int kSmallestTexts = 50;
 inline constexpr int kLargestTexts = 300;
 
-/// Reads a window's size, such as "390x844"; nothing for any other text.
-[[nodiscard]] std::optional<platform::CGSize> sizeFrom(const std::string& text);
-
 /// Reads the command line. For --help, --version and wrong use, where nothing is left to do, prints the answer and sets
 /// `exitCode`.
 [[nodiscard]] Options readOptions(int argc, char** argv, std::optional<int>& exitCode);

@@ -1,6 +1,7 @@
 #include "settings/app/Application.h"
 
 #include "platform/foundation/DeviceRoot.h"
+#include "programs/Program.h"
 #include "settings/host/Host.h"
 #include "settings/host/RowsDocument.h"
 #include "json/Json.h"
@@ -12,6 +13,7 @@
 namespace settings {
 
 using platform::Result;
+using programs::complain;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "settings/app/WindowSize.h"
 
 #include "platform/foundation/UserFolder.h"
-#include "settings/app/Options.h"
+#include "programs/Size.h"
 
 #include <QFile>
 #include <QSaveFile>
@@ -26,7 +26,7 @@ std::optional<platform::CGSize> keptWindowSize() {
     if (!std::filesystem::is_regular_file(file(), unknown)) return std::nullopt; // a pipe would keep the start waiting
     QFile kept(QString::fromStdString(file().string()));
     if (!kept.open(QIODevice::ReadOnly)) return std::nullopt;
-    const auto size = sizeFrom(kept.read(kMoreThanASize).trimmed().toStdString());
+    const auto size = programs::sizeFrom(kept.read(kMoreThanASize).trimmed().toStdString());
     return size && size->width >= kSmallestWindow.width && size->height >= kSmallestWindow.height ? size : std::nullopt;
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QQuickWindow>
+#include <QWindow>
 
-namespace settings {
+namespace programs {
 
 /// Has SIGTERM close the window, as its user would, and a second one end the process at once. GUI thread.
-void closeAtSigterm(QQuickWindow& window);
+void closeAtSigterm(QWindow& window);
 
-} // namespace settings
+} // namespace programs

@@ -1,4 +1,4 @@
-#include "settings/app/Sigterm.h"
+#include "programs/Sigterm.h"
 
 #include <QSocketNotifier>
 
@@ -8,7 +8,7 @@
 #include <csignal>
 #include <cstdint>
 
-namespace settings {
+namespace programs {
 namespace {
 
 int arrived = -1; ///< readable once the signal has come; open until the process ends
@@ -21,7 +21,7 @@ void note(int /*signal*/) {
 
 } // namespace
 
-void closeAtSigterm(QQuickWindow& window) {
+void closeAtSigterm(QWindow& window) {
     arrived = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (arrived < 0) return; // the signal then ends the process, as any other does
     auto* notifier = new QSocketNotifier(arrived, QSocketNotifier::Read, &window);
@@ -35,4 +35,4 @@ void closeAtSigterm(QQuickWindow& window) {
     ::sigaction(SIGTERM, &action, nullptr);
 }
 
-} // namespace settings
+} // namespace programs

@@ -1,0 +1,28 @@
+#include "programs/Display.h"
+
+#include <QByteArray>
+
+#include <cstdlib>
+
+namespace programs {
+
+bool hasDisplay() {
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+void prepareDrawing(bool picturesOnly) {
+    constexpr int kUnlessSet = 0; // by the user, who goes first in everything
+    // Drawing without a graphics driver takes a third of the memory, and the page is on the screen sooner.
+    setenv("QT_QUICK_BACKEND", "software", kUnlessSet);
+    // The basic loop draws every change at once. The threaded loop keeps a pace of 60 frames a second, which no display
+    // asks of software, and a drag would lag by a frame; the GUI thread is never busy for long.
+    setenv("QSG_RENDER_LOOP", "basic", kUnlessSet);
+    // The toolkit would keep compiled pages in the user's cache and trust what it finds there: a file that a full disk
+    // has cut short would end every later start. Compiling the pages anew takes 4 ms.
+    setenv("QML_DISABLE_DISK_CACHE", "1", kUnlessSet);
+    if (!hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (picturesOnly) setenv("QT_SCALE_FACTOR", "1", kUnlessSet);
+}
+
+} // namespace programs
