@@ -29,8 +29,7 @@ std::string_view nextWord(std::string_view& line) {
 } // namespace
 
 Result<Gesture> Gesture::read(std::string_view line) {
-    const std::string whole(line);
-    const auto refuse = [&](const char* why) { return Result<Gesture>::failure("\"" + whole + "\": " + why); };
+    const auto refuse = [](const char* why) { return Result<Gesture>::failure(why); };
     const auto word = std::ranges::find(kWords, nextWord(line));
     if (word == kWords.end()) return refuse("no gesture begins so");
     Gesture gesture{static_cast<Kind>(word - kWords.begin()), {}, 0};

@@ -23,7 +23,7 @@ struct Gesture {
     std::string target; ///< a part of Look, a direction, or a key; empty beside every part
     double amount = 0;
 
-    /// Reads a line as above.
+    /// Reads a line as above. Why it cannot be read is told without its words, which may be digits of a passcode.
     [[nodiscard]] static platform::Result<Gesture> read(std::string_view line);
     [[nodiscard]] std::string line() const;
 };
