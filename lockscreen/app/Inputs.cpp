@@ -1,0 +1,76 @@
+#include "lockscreen/app/Inputs.h"
+
+#include "tools/lumoractl/Streams.h"
+#include "json/Json.h"
+
+#include <algorithm>
+
+using platform::Data;
+using platform::Dictionary;
+using platform::Result;
+using platform::Value;
+
+namespace lumora {
+namespace {
+
+Result<std::string> textOf(const std::string& file) {
+    const Result<Data> bytes = readAll(file);
+    if (!bytes) return Result<std::string>::failure(bytes.error());
+    return std::string(bytes.value().begin(), bytes.value().end());
+}
+
+std::string nameOf(const std::string& file) {
+    return file == "-" ? "standard input" : file;
+}
+
+Result<Dictionary> readSettings(const std::string& file) {
+    const Result<std::string> text = textOf(file);
+    if (!text) return Result<Dictionary>::failure(text.error());
+    const Result<Value> value = readJson(text.value());
+    if (!value) return Result<Dictionary>::failure(nameOf(file) + " is no JSON: " + value.error());
+    const Dictionary* settings = value.value().dictionary();
+    return settings ? Result<Dictionary>(*settings)
+                    : Result<Dictionary>::failure(nameOf(file) + " is no object of settings");
+}
+
+Result<std::vector<Gesture>> readGestures(const std::string& file) {
+    const Result<std::string> text = textOf(file);
+    if (!text) return Result<std::vector<Gesture>>::failure(text.error());
+    auto gestures = gesturesIn(text.value());
+    return gestures ? std::move(gestures)
+                    : Result<std::vector<Gesture>>::failure(nameOf(file) + ", " + gestures.error());
+}
+
+} // namespace
+
+Result<std::vector<Gesture>> gesturesIn(std::string_view text) {
+    std::vector<Gesture> gestures;
+    for (int number = 1; !text.empty(); ++number) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        const std::size_t begin = line.find_first_not_of(" \t\r");
+        if (begin == std::string_view::npos || line[begin] == '#') continue;
+        Result<Gesture> gesture = Gesture::read(line);
+        if (!gesture)
+            return Result<std::vector<Gesture>>::failure("line " + std::to_string(number) + ": " + gesture.error());
+        gestures.push_back(std::move(gesture).value());
+    }
+    return gestures;
+}
+
+Result<Inputs> readInputs(const Options& options) {
+    Inputs inputs;
+    if (options.settings) {
+        Result<Dictionary> settings = readSettings(*options.settings);
+        if (!settings) return Result<Inputs>::failure(settings.error());
+        inputs.settings = std::move(settings).value();
+    }
+    if (options.play) {
+        auto gestures = readGestures(*options.play);
+        if (!gestures) return Result<Inputs>::failure(gestures.error());
+        inputs.gestures = std::move(gestures).value();
+    }
+    return inputs;
+}
+
+} // namespace lumora

@@ -1,0 +1,36 @@
+#include "lockscreen/app/Playing.h"
+
+#include <string>
+
+using platform::Result;
+
+namespace lumora {
+
+Result<void> goTo(Behaviour& behaviour, Surface surface, Seconds now) {
+    if (surface != Surface::opened) {
+        behaviour.show(surface, now);
+    } else if (const std::string passcode = behaviour.device().passcode; passcode.empty()) {
+        behaviour.apply({Gesture::Kind::slide, {}, 1}, now);
+    } else {
+        behaviour.show(Surface::passcode, now);
+        for (const char digit : passcode)
+            behaviour.apply({Gesture::Kind::key, {digit}, 1}, now);
+    }
+    if (behaviour.state().surface == surface) return {};
+    return Result<void>::failure(std::string("with these settings, no way leads to surface ") +
+                                 static_cast<char>(surface));
+}
+
+Result<void> play(Behaviour& behaviour, const Options& options, const Inputs& inputs) {
+    Seconds now = 0;
+    if (options.surface)
+        if (const Result<void> there = goTo(behaviour, *options.surface, now); !there) return there;
+    for (const Gesture& gesture : inputs.gestures) {
+        if (gesture.kind == Gesture::Kind::wait) now += gesture.amount;
+        behaviour.apply(gesture, now);
+    }
+    if (options.idle > 0) behaviour.apply({Gesture::Kind::wait, {}, options.idle}, now + options.idle);
+    return {};
+}
+
+} // namespace lumora

@@ -1,0 +1,63 @@
+#include "lockscreen/app/PrintState.h"
+
+#include "lockscreen/LookDocument.h"
+#include "lockscreen/LookOf.h"
+#include "lockscreen/app/EventLog.h"
+#include "lockscreen/app/Playing.h"
+#include "lockscreen/face/FontWidths.h"
+#include "lockscreen/phone/Installation.h"
+
+#include "programs/CommandLine.h"
+#include "programs/Program.h"
+#include "tools/lumoractl/TweakClient.h"
+#include "json/Json.h"
+
+#include <QByteArray>
+#include <QGuiApplication>
+
+#include <ctime>
+#include <future>
+#include <iostream>
+#include <utility>
+
+using platform::Dictionary;
+using platform::Result;
+
+namespace lumora {
+namespace {
+
+Result<Phone> readPhone(const PhoneOptions& options) {
+    using InstallationRef = std::shared_ptr<const Installation>;
+    const auto read = std::make_shared<std::promise<InstallationRef>>();
+    Installation::read([read](InstallationRef installation) { read->set_value(std::move(installation)); });
+    return Phone::with(options, read->get_future().get()->installed());
+}
+
+} // namespace
+
+int printState(int argc, char** argv, const Options& options, const Inputs& inputs) {
+    const Result<Dictionary> settings = inputs.settings ? Result<Dictionary>(*inputs.settings) : fetchSettings();
+    if (!settings) return programs::complain(settings.error());
+    const Result<Phone> phone = readPhone(options.phone);
+    if (!phone) {
+        programs::complain(phone.error());
+        return programs::kWrongUse;
+    }
+    qputenv("QT_QPA_PLATFORM", QByteArrayLiteral("offscreen")); // no more than the fonts is needed
+    const QGuiApplication application(argc, argv);
+    const FontWidths widths;
+    Device device = phone.value().device(std::time(nullptr));
+    device.texts = &widths;
+
+    Behaviour behaviour(settings.value(), std::move(device), eventLog(options.log));
+    if (const Result<void> played = play(behaviour, options, inputs); !played)
+        return programs::complain(played.error());
+    const Look look = lookOf(behaviour.settings(), behaviour.device(), behaviour.state());
+    const Result<std::string> text =
+        writeJson(Dictionary{{"look", documentOf(look)}, {"state", documentOf(behaviour.state())}});
+    if (!text) return programs::complain(text.error());
+    std::cout << text.value() << std::endl;
+    return std::cout ? 0 : programs::complain("cannot write to standard output");
+}
+
+} // namespace lumora

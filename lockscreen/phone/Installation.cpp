@@ -1,0 +1,84 @@
+#include "lockscreen/phone/Installation.h"
+
+#include "lists/PluginDiscovery.h"
+#include "platform/foundation/Collation.h"
+#include "platform/messaging/Dispatch.h"
+#include "platform/services/ALApplicationList.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <utility>
+
+using platform::ALApplicationList;
+using platform::Data;
+using platform::UIImageRef;
+
+namespace lumora {
+namespace {
+
+std::vector<Application> readApplications() {
+    std::vector<Application> applications;
+    if (const auto* list = ALApplicationList::sharedApplicationList())
+        for (auto& [identifier, name] : list->applications())
+            applications.push_back({identifier, name});
+    const platform::Collation& order = platform::Collation::ofUser();
+    std::ranges::sort(applications, [&](const Application& a, const Application& b) {
+        const int compared = order.localizedCaseInsensitiveCompare(a.name, b.name);
+        return compared != 0 ? compared < 0 : a.identifier < b.identifier;
+    });
+    return applications;
+}
+
+std::vector<AppViewInfo> readViews() {
+    std::vector<AppViewInfo> views;
+    for (PluginTexts& texts : askPlugins())
+        views.push_back({std::move(texts.identifier), std::move(texts.name), std::move(texts.appID), false});
+    return views;
+}
+
+/// An icon on its way.
+struct Coming {
+    std::function<void(const Data& png)> come;
+    platform::PictureOrderRef order; ///< main thread only
+};
+
+/// On the main thread.
+void ask(const std::shared_ptr<Coming>& coming, const std::string& identifier, int pixels) {
+    // Icons come in two resolutions at once, so this is the second of half as many points.
+    constexpr double resolution = 2;
+    const double points = (pixels + 1) / 2; // NOLINT(bugprone-integer-division): whole points
+    platform::PicturePatience patience(std::chrono::nanoseconds(0));
+    const auto hand = [held = std::weak_ptr(coming)](const UIImageRef& icon) {
+        if (const auto still = held.lock()) still->come(icon ? icon->encoded(resolution) : Data());
+    };
+    const auto* list = ALApplicationList::sharedApplicationList();
+    const UIImageRef icon = list ? list->iconOfSize(points, identifier, patience, coming->order, hand) : nullptr;
+    if (!coming->order) hand(icon);
+}
+
+} // namespace
+
+void Installation::read(std::function<void(std::shared_ptr<const Installation>)> ready) {
+    platform::startMainThread();
+    platform::dispatch_async(platform::dispatch_get_main_queue(), [ready = std::move(ready)] {
+        auto library = platform::openLibrary(platform::kApplicationListLibrary);
+        Installed installed{readApplications(), readViews()};
+        ready(std::make_shared<const Installation>(std::move(library), std::move(installed)));
+    });
+}
+
+Installation::Installation(platform::LibraryHandle library, Installed installed)
+    : library_(std::move(library)), installed_(std::move(installed)) {
+}
+
+IconOrder Installation::icon(const std::string& identifier, int pixels,
+                             std::function<void(const Data& png)> come) const {
+    auto coming = std::make_shared<Coming>(Coming{std::move(come), nullptr});
+    platform::dispatch_async(platform::dispatch_get_main_queue(), [held = std::weak_ptr(coming), identifier, pixels] {
+        if (const auto still = held.lock()) ask(still, identifier, pixels);
+    });
+    return coming;
+}
+
+} // namespace lumora
