@@ -173,7 +173,7 @@ void FaceModel::letGo(const std::string& key) {
 
 void FaceModel::takeSettings() {
     Dictionary settings = settings_;
-    for (const auto& [key, value] : held_.entries())
+    for (const auto& [key, value] : held_)
         settings.set(key, value);
     behaviour_.setSettings(std::move(settings));
 }

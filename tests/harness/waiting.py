@@ -6,7 +6,7 @@ import time
 import unittest
 
 # Seconds, for anything that works at all; $LUMORA_TEST_PATIENCE times that where programs are slow.
-LONG_ENOUGH = 60 * int(os.environ.get("LUMORA_TEST_PATIENCE", "1"))
+LONG_ENOUGH = 120 * int(os.environ.get("LUMORA_TEST_PATIENCE", "1"))
 # What a look ends with at something that has just gone from the screen; spoken.py knows what that is.
 GONE = []
 
@@ -40,7 +40,7 @@ def settled(look, what, times=6):
 class Limited(unittest.TestCase):
     """A test that fails when it takes too long; where it was, and what it waited for there, is in its traceback."""
 
-    limit = 4 * LONG_ENOUGH
+    limit = 2 * LONG_ENOUGH
 
     def run(self, result=None):
         def give_up(*_):

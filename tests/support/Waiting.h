@@ -12,7 +12,7 @@
 namespace tests {
 
 /// Far longer than anything takes that works at all, on the slowest machine and under sanitizers.
-inline constexpr std::chrono::seconds kLongEnough(60);
+inline constexpr std::chrono::seconds kLongEnough(120);
 
 /// Looks again and again, a few milliseconds apart, at a condition that changes unannounced; false when it still does
 /// not hold after a generous while.
