@@ -45,7 +45,9 @@ void Behaviour::setSettings(Dictionary settings) {
 }
 
 void Behaviour::setDevice(Device device) {
+    const bool hasAnotherPasscode = device.passcode != device_.passcode;
     device_ = std::move(device);
+    if (hasAnotherPasscode && !state_.opened) state_.locked = !device_.passcode.empty();
     setSettings(std::move(settings_));
 }
 

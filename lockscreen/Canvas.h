@@ -40,7 +40,8 @@ class Canvas {
                             double opacity = 1) const {
         return {mark(visible, frame), std::move(words), size * unit_, opacity};
     }
-    /// A frosted pane that gives its texts a contrast of 4.5 : 1 wherever they stand on it; their colour with it.
+    /// A frosted pane that gives its texts a contrast of 4.5 : 1 wherever they stand on it; their colour with it. All
+    /// panes are bright, or all are dark, as most of the picture is where they stand.
     [[nodiscard]] Color makeLegible(Pane& pane) const;
 
     /// A mean luminance from which on texts are ink.

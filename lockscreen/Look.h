@@ -167,6 +167,7 @@ struct IconLook : Part {
 
 struct AppViewLook : Pane {
     std::string identifier;
+    std::string application; ///< whose icon it has
     Text title;
     bool secure = false;
     bool locked = false; ///< secure, and its contents are not shown
@@ -174,7 +175,7 @@ struct AppViewLook : Pane {
     static constexpr auto fields() {
         return std::tuple_cat(Pane::fields(),
                               std::tuple(Field{"identifier", &AppViewLook::identifier},
-                                         Field{"title", &AppViewLook::title}, Field{"secure", &AppViewLook::secure},
+                                         Field{"application", &AppViewLook::application}, Field{"title", &AppViewLook::title}, Field{"secure", &AppViewLook::secure},
                                          Field{"locked", &AppViewLook::locked}));
     }
     friend bool operator==(const AppViewLook&, const AppViewLook&) = default;

@@ -256,6 +256,7 @@ class Screen {
                       1};
         if (!view) return;
         card.identifier = view->identifier;
+        card.application = view->appIdentifier;
         card.secure = view->secure;
         const std::string passcode = style_.text(kAutoUnlockWidgetPasscode);
         card.locked = view->secure && !device_.passcode.empty() && passcode != device_.passcode;
@@ -343,7 +344,7 @@ class Screen {
 Color Canvas::makeLegible(Pane& pane) const {
     constexpr double enough = 4.5;
     const platform::CGRect part = share(pane.frame);
-    const bool bright = device_.picture.mean(part) > kBright;
+    const bool bright = device_.picture.mean(platform::CGRectMake(0, 0.5, 1, 0.35)) > kBright;
     const double ink = luminanceOf(kInk);
     const double darkest = device_.picture.lowest(part);
     const double brightest = device_.picture.highest(part);
@@ -357,7 +358,7 @@ Color Canvas::makeLegible(Pane& pane) const {
     pane.tint = kWhite;
     pane.tintOpacity = 0.15;
     if (contrast(1, laidOver(brightest, kWhite, pane.tintOpacity)) >= enough) return kWhite;
-    pane.tint = {0, 0, 0};
+    pane.tint = {0.04, 0.035, 0.11};
     for (pane.tintOpacity = 0.08;
          pane.tintOpacity < 1 && contrast(1, laidOver(brightest, pane.tint, pane.tintOpacity)) < enough;)
         pane.tintOpacity = std::min(1.0, pane.tintOpacity + 0.04);

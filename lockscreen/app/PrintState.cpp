@@ -16,7 +16,6 @@
 #include <QGuiApplication>
 
 #include <ctime>
-#include <future>
 #include <iostream>
 #include <utility>
 
@@ -24,21 +23,11 @@ using platform::Dictionary;
 using platform::Result;
 
 namespace lumora {
-namespace {
-
-Result<Phone> readPhone(const PhoneOptions& options) {
-    using InstallationRef = std::shared_ptr<const Installation>;
-    const auto read = std::make_shared<std::promise<InstallationRef>>();
-    Installation::read([read](InstallationRef installation) { read->set_value(std::move(installation)); });
-    return Phone::with(options, read->get_future().get()->installed());
-}
-
-} // namespace
 
 int printState(int argc, char** argv, const Options& options, const Inputs& inputs) {
     const Result<Dictionary> settings = inputs.settings ? Result<Dictionary>(*inputs.settings) : fetchSettings();
     if (!settings) return programs::complain(settings.error());
-    const Result<Phone> phone = readPhone(options.phone);
+    const Result<Phone> phone = Phone::with(options.phone, Installation::readNow()->installed());
     if (!phone) {
         programs::complain(phone.error());
         return programs::kWrongUse;
@@ -50,8 +39,7 @@ int printState(int argc, char** argv, const Options& options, const Inputs& inpu
     device.texts = &widths;
 
     Behaviour behaviour(settings.value(), std::move(device), eventLog(options.log));
-    if (const Result<void> played = play(behaviour, options, inputs); !played)
-        return programs::complain(played.error());
+    if (const auto played = play(behaviour, options, inputs); !played) return programs::complain(played.error());
     const Look look = lookOf(behaviour.settings(), behaviour.device(), behaviour.state());
     const Result<std::string> text =
         writeJson(Dictionary{{"look", documentOf(look)}, {"state", documentOf(behaviour.state())}});

@@ -1,11 +1,98 @@
 #include "lockscreen/app/ShowWindow.h"
 
+#include "lockscreen/app/EventLog.h"
+#include "lockscreen/app/FacePictures.h"
+#include "lockscreen/app/Playing.h"
+#include "lockscreen/face/LiveFace.h"
+
+#include "platform/services/PictureDecoder.h"
+#include "programs/Display.h"
 #include "programs/Program.h"
+#include "programs/Sigterm.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+#include <QScreen>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <algorithm>
+#include <iostream>
+
+Q_IMPORT_QML_PLUGIN(LumoraFacePlugin)
+
+using platform::Result;
 
 namespace lumora {
+namespace {
 
-int showWindow(int /*argc*/, char** /*argv*/, const Options& /*options*/, const Inputs& /*inputs*/) {
-    return programs::complain("there is no window yet; --state prints what it would show");
+// Around the screen of the phone: its rim, and what FacePane.qml has above and below.
+constexpr double kAround = 40;
+constexpr double kAbove = 80;
+
+/// Without a display, no window can be opened, but a tour can be taken.
+Options withoutDisplay(Options options) {
+    options.tour = "lumora-lockscreen-tour";
+    std::cerr << "lumora-lockscreen: there is no display to open a window on (neither DISPLAY nor WAYLAND_DISPLAY is "
+                 "set); saving pictures in "
+              << std::filesystem::absolute(*options.tour).string() << " instead" << std::endl;
+    return options;
+}
+
+int openWindow(const Options& options, const Inputs& inputs) {
+    // None of these is ever destroyed: a tweak may keep the feed waiting.
+    auto& live = *new LiveFace({options.phone, options.wallpaper, qGuiApp->devicePixelRatio(), eventLog(options.log)});
+    QObject::connect(&live, &LiveFace::failed, &live,
+                     [](const QString& why) { programs::complain(why.toStdString()); });
+    const auto begin = [&live, options, inputs] {
+        auto played = Result<Seconds>::failure({});
+        live.model()->drive([&](Behaviour& behaviour) { played = play(behaviour, options, inputs); });
+        if (!played) programs::complain(played.error());
+    };
+    QObject::connect(&live, &LiveFace::installed, &live, begin, Qt::SingleShotConnection);
+    if (inputs.settings)
+        live.model()->setSettings(*inputs.settings, {});
+    else
+        live.follow();
+    live.readInstallation();
+
+    auto& engine = *new QQmlApplicationEngine;
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    const platform::CGSize& size = options.phone.size;
+    const QSize room = qGuiApp->primaryScreen()->availableSize();
+    engine.setInitialProperties({{QStringLiteral("face"), QVariant::fromValue(live.model())},
+                                 {QStringLiteral("landscape"), size.width > size.height},
+                                 {QStringLiteral("width"), std::min<double>(size.width + kAround, room.width())},
+                                 {QStringLiteral("height"), std::min<double>(size.height + kAbove, room.height())}});
+    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/LumoraFace/FaceWindow.qml")));
+    auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
+    if (!window) return programs::complain("the window's own files cannot be loaded");
+    programs::closeAtSigterm(*window);
+    QObject::connect(window, &QWindow::visibilityChanged, &live, [&live](QWindow::Visibility visibility) {
+        live.setVisible(visibility != QWindow::Hidden && visibility != QWindow::Minimized);
+    });
+    QObject::connect(window, &QWindow::screenChanged, &live,
+                     [&live, window] { live.setRatio(window->devicePixelRatio()); });
+    return QGuiApplication::exec();
+}
+
+} // namespace
+
+int showWindow(int argc, char** argv, const Options& asked, const Inputs& inputs) {
+    const bool wantsPictures = asked.grab || asked.tour;
+    const Options options = wantsPictures || programs::hasDisplay() ? asked : withoutDisplay(asked);
+    const bool picturesOnly = options.grab || options.tour;
+    programs::prepareDrawing(picturesOnly);
+    if (picturesOnly) platform::PicturePatience::makeEndless();
+    new QGuiApplication(argc, argv);
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Lumora"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("lumora-lockscreen"));
+    QGuiApplication::setFont(QFont(QStringLiteral("Inter")));
+    if (!picturesOnly) return openWindow(options, inputs);
+    const Result<void> saved =
+        options.grab ? grabFace(options, inputs, *options.grab) : tourFace(options, inputs, *options.tour);
+    return saved ? 0 : programs::complain(saved.error());
 }
 
 } // namespace lumora

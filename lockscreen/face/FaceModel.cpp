@@ -210,6 +210,11 @@ const State& FaceModel::apply(const Gesture& gesture) {
     return state;
 }
 
+void FaceModel::drive(const std::function<void(Behaviour&)>& act) {
+    act(behaviour_);
+    refresh();
+}
+
 void FaceModel::show(Surface surface) {
     behaviour_.show(surface, now());
     refresh();

@@ -33,7 +33,7 @@ class FaceModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
-    Q_PROPERTY(QObject* look READ look CONSTANT)
+    Q_PROPERTY(QVariant look READ looks CONSTANT)
     Q_PROPERTY(lumora::PartsModel* icons READ icons CONSTANT)
     Q_PROPERTY(lumora::PartsModel* notices READ notices CONSTANT)
     Q_PROPERTY(lumora::PartsModel* keys READ keys CONSTANT)
@@ -59,7 +59,8 @@ class FaceModel : public QObject {
     FaceModel(Backdrop& backdrop, IconStore& icons, const TextMeasure& texts, Behaviour::Log log = {}, Clock clock = {},
               QObject* parent = nullptr);
 
-    [[nodiscard]] QQmlPropertyMap* look() { return &look_; }
+    /// A QQmlPropertyMap, whose properties no tool that reads QML could know.
+    [[nodiscard]] QVariant looks() { return QVariant::fromValue<QObject*>(&look_); }
     [[nodiscard]] PartsModel* icons() { return &icons_; }
     [[nodiscard]] PartsModel* notices() { return &notices_; }
     [[nodiscard]] PartsModel* keys() { return &keys_; }
@@ -95,6 +96,8 @@ class FaceModel : public QObject {
     void setFallsAsleep(bool does) { behaviour_.setFallsAsleep(does); }
     void show(Surface surface);
     const State& apply(const Gesture& gesture);
+    /// Lets someone else act, at times of his own.
+    void drive(const std::function<void(Behaviour& behaviour)>& act);
 
     /// In points of the face.
     Q_INVOKABLE void resize(double width, double height);

@@ -38,7 +38,7 @@ class LiveFace::Mailbox {
 };
 
 LiveFace::LiveFace(Options options, QObject* parent)
-    : QObject(parent), options_(std::move(options)), model_(backdrop_, icons_, texts_, options_.log),
+    : QObject(parent), options_(std::move(options)), model_(backdrop_, icons_, texts_, options_.log, options_.clock),
       mailbox_(std::make_shared<Mailbox>()) {
     const platform::CGSize size = options_.phone.size;
     model_.resize(size.width, size.height);
@@ -66,7 +66,7 @@ void LiveFace::take(const std::shared_ptr<const Installation>& installation) {
     emit installed();
 }
 
-void LiveFace::follow() {
+void LiveFace::readInstallation() {
     Installation::read([guard = QPointer<LiveFace>(this)](std::shared_ptr<const Installation> read) {
         QMetaObject::invokeMethod(
             qApp,
@@ -75,6 +75,9 @@ void LiveFace::follow() {
             },
             Qt::QueuedConnection);
     });
+}
+
+void LiveFace::follow() {
     feed_ = std::make_unique<SettingsFeed>([this](const Heard& heard) {
         if (mailbox_->put(heard))
             QMetaObject::invokeMethod(

@@ -28,14 +28,18 @@ class LiveFace : public QObject {
         std::string wallpaper = "dusk";
         double ratio = 1; ///< pixels to a point
         Behaviour::Log log = {};
+        FaceModel::Clock clock = {}; ///< in place of the steady one
     };
 
-    /// Reads what is installed on a thread of its own; until that comes there are neither icons nor App Views.
+    /// Has neither icons nor App Views until what is installed has been read.
     explicit LiveFace(Options options, QObject* parent = nullptr);
     ~LiveFace() override;
 
     [[nodiscard]] FaceModel* model() { return &model_; }
+    [[nodiscard]] const IconStore& icons() const { return icons_; }
     [[nodiscard]] const Options& options() const { return options_; }
+    /// Reads what is installed, on a thread of its own.
+    void readInstallation();
     /// Follows the tweak, while the face is visible.
     void follow();
     void setVisible(bool visible);

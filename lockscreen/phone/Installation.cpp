@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <utility>
 
 using platform::ALApplicationList;
@@ -66,6 +67,12 @@ void Installation::read(std::function<void(std::shared_ptr<const Installation>)>
         Installed installed{readApplications(), readViews()};
         ready(std::make_shared<const Installation>(std::move(library), std::move(installed)));
     });
+}
+
+std::shared_ptr<const Installation> Installation::readNow() {
+    std::promise<std::shared_ptr<const Installation>> read;
+    Installation::read([&](std::shared_ptr<const Installation> installation) { read.set_value(std::move(installation)); });
+    return read.get_future().get();
 }
 
 Installation::Installation(platform::LibraryHandle library, Installed installed)

@@ -28,6 +28,9 @@ class Installation {
     /// hangs. `ready` is called there, once.
     static void read(std::function<void(std::shared_ptr<const Installation>)> ready);
 
+    /// The same, for whoever cannot go on without. Not on the main thread.
+    [[nodiscard]] static std::shared_ptr<const Installation> readNow();
+
     [[nodiscard]] const Installed& installed() const { return installed_; }
 
     /// Has an application's icon drawn, so many pixels wide and high, up to 1024. `come` is called on the main thread,

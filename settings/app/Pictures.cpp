@@ -2,13 +2,13 @@
 
 #include "platform/foundation/Class.h"
 #include "platform/preferences/PSSpecifier.h"
+#include "programs/SavePicture.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QImage>
 #include <QQuickItem>
-#include <QSaveFile>
 #include <QTimer>
 
 #include <algorithm>
@@ -59,18 +59,6 @@ bool isFlat(const QImage& picture) {
         for (int x = 0; x < picture.width(); ++x)
             if (picture.pixel(x, y) != picture.pixel(0, 0)) return false;
     return true;
-}
-
-/// A regular file has the whole picture afterwards, or is as it was. Others, such as /dev/stdout, are written in place.
-bool write(const QImage& picture, const std::filesystem::path& file) {
-    const QString name = QString::fromStdString(file.string());
-    std::error_code unknown;
-    const auto type = std::filesystem::symlink_status(file, unknown).type();
-    if (type != std::filesystem::file_type::regular && type != std::filesystem::file_type::not_found)
-        return picture.save(name, "PNG");
-    QSaveFile whole(name);
-    whole.setDirectWriteFallback(true); // for a file in a folder that takes no second one
-    return whole.open(QIODevice::WriteOnly) && picture.save(&whole, "PNG") && whole.commit();
 }
 
 bool isLink(const RowSnapshot& row) {
@@ -271,7 +259,7 @@ void Pictures::save(const std::filesystem::path& file) {
     QImage picture = drawn();
     picture.setDotsPerMeterX(2835);
     picture.setDotsPerMeterY(2835);
-    if (picture.isNull() || !write(picture, file)) throw Stopped{"cannot write the picture " + file.string()};
+    if (picture.isNull() || !programs::savePicture(picture, file)) throw Stopped{"cannot write the picture " + file.string()};
 }
 
 /// Whether the top page stands in the window at its full size. A window has no content before the display has told its

@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // What assistive tools find of a gesture, and do it by.
 Item {

@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // An application of the icon view.
 Item {

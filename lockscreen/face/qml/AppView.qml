@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // An App View: a card with the plug-in's icon and name.
 Item {
@@ -20,7 +21,7 @@ Item {
     }
     AppIcon {
         face: view.face
-        identifier: view.part.identifier
+        identifier: view.part.application
         x: view.frame.x + 18 * view.unit
         y: view.frame.y + 16 * view.unit
         width: 30 * view.unit
@@ -41,7 +42,7 @@ Item {
     AppIcon {
         id: picture
         face: view.face
-        identifier: view.part.identifier
+        identifier: view.part.application
         visible: !view.part.locked
         width: Math.min(96 * view.unit, (view.frame.height - 74 * view.unit) / 2)
         height: width

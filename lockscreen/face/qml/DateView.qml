@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // The clock and what stands below it.
 Item {
@@ -8,7 +9,7 @@ Item {
     readonly property var subtitle: face.look.subtitle
 
     Accessible.role: Accessible.StaticText
-    Accessible.name: [clock, subtitle].filter(part => part.visible).map(part => part.text).join(", ")
+    Accessible.name: clock.visible && subtitle.visible ? `${clock.text}, ${subtitle.text}` : (clock.visible ? clock : subtitle).text
     Accessible.ignored: !clock.visible && !subtitle.visible
 
     ChosenText {

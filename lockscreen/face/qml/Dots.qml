@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // One for each stage; that of the stage in view is longer.
 Row {

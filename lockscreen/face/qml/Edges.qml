@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // What sticks out of the edges, to be pulled.
 Item {

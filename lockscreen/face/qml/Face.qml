@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // The lock screen, over the whole item. What is decided about its looks is decided in lookOf(); here it is placed and moved.
 Item {

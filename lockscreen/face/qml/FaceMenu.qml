@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // What can be done with the preview. Closes by a choice, by Escape and by a click beside it.
 FocusScope {

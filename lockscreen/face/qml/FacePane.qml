@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // The lock screen in the shape of a phone, as large as there is room for; above it that it is a preview, and a menu.
 FocusScope {

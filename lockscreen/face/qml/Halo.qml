@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // A frame around what has just been edited; it fades.
 Rectangle {

@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // The icon view: a frosted pane, and on it the icons of a page.
 Item {

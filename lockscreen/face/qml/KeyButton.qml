@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // A key of the passcode view: a ring with a digit, and the letters that phones have below it.
 Item {

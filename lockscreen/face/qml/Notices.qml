@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 Repeater {
     id: notices

@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // An application that was opened from the lock screen, as a picture of one, and how the phone stands then.
 Rectangle {

@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // A frosted pane of the look. What it stands in may be dragged along: the pane shows what is behind it then.
 Frost {

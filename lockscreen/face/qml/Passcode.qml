@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // The passcode view.
 Item {

@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // The words, and a rail with a bead of light to be slid along it: below them, or before them where there is little height.
 Item {

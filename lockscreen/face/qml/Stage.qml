@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // A place beside others that swipes lead to; it follows a finger that drags it.
 Item {

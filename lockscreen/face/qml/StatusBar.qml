@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // Signal, carrier and lock; the battery stands for itself, as it may stay when the rest is hidden.
 Item {

@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // What darkens the screen before it sleeps. It is shown at a quick pace after the time until then was edited.
 Rectangle {

@@ -1,4 +1,5 @@
 import QtQuick
+import LumoraFace
 
 // A text of the look, in its colour and size, in the box that the look gives it.
 Text {
