@@ -84,13 +84,20 @@ void drawWifi(const Sheet& on) {
 }
 
 void drawCamera(const Sheet& on) {
-    QPainterPath body;
-    body.addRoundedRect(on.box(0.06, 0.26, 0.88, 0.60), on.height * 0.14, on.height * 0.14);
-    QPainterPath hump;
-    hump.addPolygon(QPolygonF{on.point(0.30, 0.28), on.point(0.38, 0.13), on.point(0.62, 0.13), on.point(0.70, 0.28)});
-    hump.closeSubpath();
+    const QRectF body = on.box(0.06, 0.26, 0.88, 0.60);
+    const QSizeF corner(on.height * 0.28, on.height * 0.28);
+    const QPointF across(body.width() - corner.width(), 0);
+    const QPointF down(0, body.height() - corner.height());
+    QPainterPath outline(on.point(0.30, 0.26));
+    for (const QPointF& ofHump : {on.point(0.38, 0.13), on.point(0.62, 0.13), on.point(0.70, 0.26)})
+        outline.lineTo(ofHump);
+    outline.arcTo({body.topLeft() + across, corner}, 90, -90);
+    outline.arcTo({body.topLeft() + across + down, corner}, 0, -90);
+    outline.arcTo({body.topLeft() + down, corner}, 270, -90);
+    outline.arcTo({body.topLeft(), corner}, 180, -90);
+    outline.closeSubpath();
     on.drawLinesWith(0.073, on.color);
-    on.painter.drawPath(body.united(hump).simplified());
+    on.painter.drawPath(outline);
     on.painter.drawEllipse(on.point(0.5, 0.555), on.height * 0.165, on.height * 0.165);
 }
 

@@ -133,7 +133,10 @@ Light Landscape::ridges(const Column& column, double height, Light behind) const
         const double cover = smoothStep(-edge, edge, depth * unit_);
         if (cover <= 0) continue;
         const Scene::Ridge& ridge = scene_.ridges[i];
-        const Light rock = mixed(ridge.crest, ridge.foot, smoothStep(0, 1, depth / (ridge.relief * 1.55)));
+        // Mist lies at one height along a ridge, so peaks stand out of it.
+        const double mist =
+            (depth * 0.35 + (height - ridge.height + ridge.relief * 0.55) * 0.65) / (ridge.relief * 1.55);
+        const Light rock = mixed(ridge.crest, ridge.foot, smoothStep(0, 1, mist));
         // Light comes from the glow's side and catches the crests.
         const double rim = scene_.rim * std::exp(-depth * 320 - square(column.x - scene_.glow.x) * 8) /
                            (1 + static_cast<double>(i) * 0.7);

@@ -12,7 +12,7 @@
 namespace {
 
 constexpr QSize kPortrait(1170, 2532);
-constexpr int kQuality = 88;
+constexpr int kQuality = 92;
 
 bool draw(const wallpaper::Scene& scene, const QSize& pixels, const std::string& file) {
     QImageWriter writer(QString::fromStdString(file), "jpg");

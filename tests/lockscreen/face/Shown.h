@@ -1,0 +1,48 @@
+#pragma once
+
+#include "lockscreen/face/Backdrop.h"
+#include "tests/lockscreen/face/Pictures.h"
+
+#include <QQuickItem>
+#include <QQuickWindow>
+
+namespace tests {
+
+/// A window of that colour, and what is seen of it. All lengths are in points.
+class Shown {
+  public:
+    explicit Shown(const QSize& size, const QColor& color = Qt::black) {
+        window_.setColor(color);
+        window_.resize(size);
+        window_.show();
+    }
+
+    void add(QQuickItem& item, const QRectF& place) {
+        item.setParentItem(window_.contentItem());
+        item.setPosition(place.topLeft());
+        item.setSize(place.size());
+    }
+    /// Its pixels, as they would be on a screen.
+    [[nodiscard]] QImage picture() {
+        QImage picture = window_.grabWindow().convertToFormat(QImage::Format_RGB32);
+        picture.setDevicePixelRatio(1);
+        return picture;
+    }
+    [[nodiscard]] QImage picture(const QRectF& part) { return picture().copy(pixels(part)); }
+    [[nodiscard]] double ratio() const { return window_.devicePixelRatio(); }
+    [[nodiscard]] QRect pixels(const QRectF& part) const {
+        return QRectF(part.topLeft() * ratio(), part.size() * ratio()).toRect();
+    }
+    /// Makes the backdrop of a window whose pixels are those of the picture.
+    void make(lumora::Backdrop& backdrop, const QImage& picture) {
+        const PictureFolder folder;
+        if (const auto made = backdrop.make({folder.save(picture), window_.size(), ratio()}); !made)
+            throw std::runtime_error(made.error());
+    }
+    [[nodiscard]] QSize size() const { return window_.size() * ratio(); }
+
+  private:
+    QQuickWindow window_;
+};
+
+} // namespace tests
