@@ -1,6 +1,7 @@
 #include "lockscreen/face/Blur.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -10,113 +11,92 @@
 namespace lumora {
 namespace {
 
-/// The four channels of a pixel side by side, each with room for the sum of 257 of them.
-using Lanes = std::uint64_t;
+// All loops run over channels rather than pixels, which compilers turn into instructions for many at once.
 
-constexpr Lanes kEachLane = 0x0001'0001'0001'0001;
+constexpr std::size_t kChannels = 4;
 
-Lanes spread(QRgb pixel) {
-    Lanes lanes = pixel;
-    lanes = (lanes | lanes << 16) & 0x0000'FFFF'0000'FFFF;
-    return (lanes | lanes << 8) & 0x00FF'00FF'00FF'00FF;
+/// A row with room for sums of channels.
+using Sums = std::vector<std::uint16_t>;
+
+std::size_t channelsOf(const QImage& picture) {
+    return static_cast<std::size_t>(picture.width()) * kChannels;
 }
 
-/// The inverse of spread(). The upper byte of each lane has to be empty.
-QRgb gathered(Lanes lanes) {
-    lanes = (lanes | lanes >> 8) & 0x0000'FFFF'0000'FFFF;
-    return static_cast<QRgb>(lanes | lanes >> 16);
+const uchar* rowOf(const QImage& picture, int y) {
+    return picture.constScanLine(std::clamp(y, 0, picture.height() - 1));
 }
 
-const QRgb* line(const QImage& picture, int y) {
-    return reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+/// Shares of a mixture are counted in these.
+constexpr unsigned kWhole = 256;
+constexpr unsigned kRounding = kWhole / 2 - 1;
+
+unsigned partOf(double share) {
+    return static_cast<unsigned>(std::lround(std::clamp(share, 0.0, 1.0) * kWhole));
 }
 
-QRgb* line(QImage& picture, int y) {
-    return reinterpret_cast<QRgb*>(picture.scanLine(y));
-}
-
-/// The mean of the pixels that lie within a radius, of their sum.
-class Box {
-  public:
-    explicit Box(int radius)
-        : radius_(std::clamp(radius, 0, kLargest)), count_(2 * static_cast<std::uint64_t>(radius_) + 1),
-          ofOne_((std::uint64_t{1} << kBits) / count_ + 1) {}
-
-    [[nodiscard]] int radius() const { return radius_; }
-    /// With what sums begin, so that means are rounded.
-    [[nodiscard]] Lanes none() const { return kEachLane * (count_ / 2); }
-    [[nodiscard]] QRgb mean(Lanes sum) const {
-        const auto lane = [&](int number) {
-            return static_cast<QRgb>((sum >> 16 * number & 0xFFFF) * ofOne_ >> kBits) << 8 * number;
-        };
-        return 0xFF000000 | lane(2) | lane(1) | lane(0);
+/// A box blur along columns.
+void blurDown(const QImage& from, QImage& to, int radius) {
+    const std::size_t channels = channelsOf(from);
+    const auto count = static_cast<std::uint32_t>(2 * radius + 1);
+    const std::uint32_t ofOne = 0x10000 / count + 1;            // the share of one pixel, in 65536ths
+    Sums sums(channels, static_cast<std::uint16_t>(count / 2)); // rounds the means
+    for (int y = -radius; y < radius; ++y) {
+        const uchar* coming = rowOf(from, y);
+        for (std::size_t i = 0; i < channels; ++i)
+            sums[i] = static_cast<std::uint16_t>(sums[i] + coming[i]);
     }
-
-  private:
-    static constexpr int kLargest = 127;
-    static constexpr int kBits = 24;
-
-    int radius_;
-    std::uint64_t count_;
-    std::uint64_t ofOne_; ///< the share of one pixel
-};
-
-void blurAcross(const QImage& from, QImage& to, const Box& box) {
-    const auto width = static_cast<std::size_t>(from.width());
-    const auto radius = static_cast<std::size_t>(box.radius());
-    std::vector<Lanes> row(width + 2 * radius + 1);
     for (int y = 0; y < from.height(); ++y) {
-        const QRgb* source = line(from, y);
-        std::transform(source, source + width, row.begin() + box.radius(), spread);
-        std::fill_n(row.begin(), radius, row[radius]);
-        std::fill_n(row.end() - box.radius() - 1, radius + 1, row[radius + width - 1]);
-
-        Lanes sum = box.none();
-        for (std::size_t x = 0; x < 2 * radius; ++x)
-            sum += row[x];
-        QRgb* target = line(to, y);
-        for (std::size_t x = 0; x < width; ++x) {
-            sum += row[x + 2 * radius];
-            target[x] = box.mean(sum);
-            sum -= row[x];
+        const uchar* coming = rowOf(from, y + radius);
+        const uchar* going = rowOf(from, y - radius);
+        uchar* target = to.scanLine(y);
+        for (std::size_t i = 0; i < channels; ++i) {
+            const auto sum = static_cast<std::uint16_t>(sums[i] + coming[i]);
+            target[i] = static_cast<uchar>(sum * ofOne >> 16);
+            sums[i] = static_cast<std::uint16_t>(sum - going[i]);
         }
     }
 }
 
-void blurDown(const QImage& from, QImage& to, const Box& box) {
-    const auto width = static_cast<std::size_t>(from.width());
-    const auto row = [&](int y) { return line(from, std::clamp(y, 0, from.height() - 1)); };
-    std::vector<Lanes> sums(width, box.none());
-    for (int y = -box.radius(); y < box.radius(); ++y)
-        for (std::size_t x = 0; x < width; ++x)
-            sums[x] += spread(row(y)[x]);
-    for (int y = 0; y < from.height(); ++y) {
-        const QRgb* coming = row(y + box.radius());
-        const QRgb* going = row(y - box.radius());
-        QRgb* target = line(to, y);
-        for (std::size_t x = 0; x < width; ++x) {
-            sums[x] += spread(coming[x]);
-            target[x] = box.mean(sums[x]);
-            sums[x] -= spread(going[x]);
-        }
+QImage transposed(const QImage& picture) {
+    QImage turned(picture.size().transposed(), QImage::Format_RGB32);
+    const auto stride = static_cast<std::size_t>(turned.bytesPerLine()) / sizeof(QRgb);
+    auto* pixels = reinterpret_cast<QRgb*>(turned.bits());
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto* row = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+        for (std::size_t x = 0; x < static_cast<std::size_t>(picture.width()); ++x)
+            pixels[x * stride + static_cast<std::size_t>(y)] = row[x];
     }
+    return turned;
 }
 
-/// Between which pixels of a quarter a pixel lies, and how near it is to the second one, in eighths.
+/// Where the pixels of a cell lie between the middles of cells: from which one on, counted from the cell before, and how
+/// near to the next, in eighths.
 struct Between {
-    int first;
+    std::size_t first;
     unsigned eighths;
 };
+constexpr std::array<Between, kSoftScale> kBetween{{{0, 5}, {0, 7}, {1, 1}, {1, 3}}};
 
-Between between(int place) {
-    constexpr unsigned nearness[kSoftScale] = {5, 7, 1, 3};
-    const int cell = place >> 2; // rounds down where the place is negative too
-    const int within = place & 3;
-    return {within < 2 ? cell - 1 : cell, nearness[within]};
+int cellOf(int place) {
+    return place >= 0 ? place / kSoftScale : -((kSoftScale - 1 - place) / kSoftScale);
 }
 
-Lanes mixed(Lanes first, Lanes second, unsigned eighths) {
-    return first * (8 - eighths) + second * eighths;
+/// Some cells of a row of the quarter, four times as wide. Values come out in eighths.
+void widen(const QImage& quarter, int row, int firstCell, Sums& wide) {
+    const auto* pixels = reinterpret_cast<const QRgb*>(rowOf(quarter, row));
+    const std::size_t cells = wide.size() / kChannels / kSoftScale;
+    std::vector<QRgb> around(cells + 2);
+    for (std::size_t i = 0; i < around.size(); ++i)
+        around[i] = pixels[std::clamp(firstCell - 1 + static_cast<int>(i), 0, quarter.width() - 1)];
+    const auto* source = reinterpret_cast<const uchar*>(around.data());
+    std::uint16_t* target = wide.data();
+    for (std::size_t cell = 0; cell < cells; ++cell, source += kChannels)
+        for (const Between& between : kBetween) {
+            const uchar* one = source + between.first * kChannels;
+            for (std::size_t i = 0; i < kChannels; ++i)
+                *target++ =
+                    static_cast<std::uint16_t>(one[i] * (8 - between.eighths) + one[i + kChannels] * between.eighths);
+        }
 }
 
 } // namespace
@@ -124,70 +104,96 @@ Lanes mixed(Lanes first, Lanes second, unsigned eighths) {
 QImage quartered(const QImage& picture) {
     const QSize size((picture.width() + kSoftScale - 1) / kSoftScale, (picture.height() + kSoftScale - 1) / kSoftScale);
     QImage quarter(size, QImage::Format_RGB32);
+    Sums sums(channelsOf(picture));
     for (int y = 0; y < size.height(); ++y) {
-        QRgb* target = line(quarter, y);
         const int bottom = std::min((y + 1) * kSoftScale, picture.height());
-        for (int x = 0; x < size.width(); ++x) {
-            const int right = std::min((x + 1) * kSoftScale, picture.width());
-            const int tall = bottom - y * kSoftScale;
-            const int wide = right - x * kSoftScale;
-            const auto count = static_cast<Lanes>(wide * tall);
-            Lanes sum = kEachLane * (count / 2);
-            for (int j = y * kSoftScale; j < bottom; ++j)
-                for (int i = x * kSoftScale; i < right; ++i)
-                    sum += spread(line(picture, j)[i]);
-            Lanes mean = 0;
-            for (int bits = 0; bits < 64; bits += 16)
-                mean |= (sum >> bits & 0xFFFF) / count << bits;
-            target[x] = gathered(mean);
+        std::ranges::fill(sums, 0);
+        for (int line = y * kSoftScale; line < bottom; ++line) {
+            const uchar* source = picture.constScanLine(line);
+            for (std::size_t i = 0; i < sums.size(); ++i)
+                sums[i] = static_cast<std::uint16_t>(sums[i] + source[i]);
+        }
+        const auto tall = static_cast<unsigned>(bottom - y * kSoftScale);
+        uchar* target = quarter.scanLine(y);
+        constexpr std::size_t cell = kChannels * kSoftScale;
+        for (std::size_t left = 0; left < sums.size(); left += cell) {
+            const std::size_t right = std::min(left + cell, sums.size());
+            const auto count = static_cast<unsigned>((right - left) / kChannels) * tall;
+            for (std::size_t channel = 0; channel < kChannels; ++channel) {
+                unsigned sum = count / 2;
+                for (std::size_t i = left + channel; i < right; i += kChannels)
+                    sum += sums[i];
+                *target++ = static_cast<uchar>(sum / count);
+            }
         }
     }
     return quarter;
 }
 
 void blur(QImage& picture, int radius) {
-    const Box box(radius);
-    QImage other(picture.size(), QImage::Format_RGB32);
-    for (int turn = 0; turn < 3; ++turn) {
-        blurAcross(picture, other, box);
-        blurDown(other, picture, box);
-    }
+    constexpr int largest = 63; // up to which the shares of pixels are exact enough
+    const int within = std::clamp(radius, 0, largest);
+    const auto threeTimesDown = [within](QImage& upright) {
+        QImage other(upright.size(), QImage::Format_RGB32);
+        for (int turn = 0; turn < 3; ++turn) {
+            blurDown(upright, other, within);
+            std::swap(upright, other);
+        }
+    };
+    threeTimesDown(picture);
+    QImage turned = transposed(picture);
+    threeTimesDown(turned);
+    picture = transposed(turned);
 }
 
 void mixIn(QImage& picture, const QColor& color, double share) {
-    constexpr Lanes whole = 256;
-    const auto part = static_cast<Lanes>(std::lround(std::clamp(share, 0.0, 1.0) * whole));
-    const Lanes added = spread(color.rgb()) * part + kEachLane * (whole / 2 - 1);
+    const unsigned part = partOf(share);
+    const QRgb pixel = color.rgb();
+    Sums added(channelsOf(picture));
+    for (std::size_t i = 0; i < added.size(); ++i)
+        added[i] = static_cast<std::uint16_t>((pixel >> i % kChannels * 8 & 0xFF) * part + kRounding);
     for (int y = 0; y < picture.height(); ++y) {
-        QRgb* row = line(picture, y);
-        std::transform(row, row + picture.width(), row, [&](QRgb pixel) {
-            return gathered((spread(pixel) * (whole - part) + added) >> 8 & 0x00FF'00FF'00FF'00FF);
-        });
+        uchar* row = picture.scanLine(y);
+        for (std::size_t i = 0; i < added.size(); ++i)
+            row[i] = static_cast<uchar>((row[i] * (kWhole - part) + added[i]) / kWhole);
+    }
+}
+
+void layOver(QImage& picture, const QImage& under, double opacity) {
+    const unsigned part = partOf(opacity);
+    const std::size_t channels = channelsOf(picture);
+    for (int y = 0; y < picture.height(); ++y) {
+        uchar* row = picture.scanLine(y);
+        const uchar* below = under.constScanLine(y);
+        for (std::size_t i = 0; i < channels; ++i)
+            row[i] = static_cast<uchar>((row[i] * part + below[i] * (kWhole - part) + kRounding) / kWhole);
     }
 }
 
 QImage enlarged(const QImage& quarter, const QRect& part) {
     QImage large(part.size(), QImage::Format_RGB32);
-    // The pixels of the quarter that the part needs, a row at a time; one more at each side to mix with.
-    const int left = between(part.left()).first;
-    const auto count = static_cast<std::size_t>(between(part.right()).first + 2 - left);
-    std::vector<Lanes> row(count);
-    const auto source = [&](int y) { return line(quarter, std::clamp(y, 0, quarter.height() - 1)); };
-    for (int y = 0; y < part.height(); ++y) {
-        const Between down = between(part.top() + y);
-        const QRgb* upper = source(down.first);
-        const QRgb* lower = source(down.first + 1);
-        for (std::size_t i = 0; i < count; ++i) {
-            const int x = std::clamp(left + static_cast<int>(i), 0, quarter.width() - 1);
-            row[i] = mixed(spread(upper[x]), spread(lower[x]), down.eighths);
+    const int firstCell = cellOf(part.left());
+    const auto cells = static_cast<std::size_t>(cellOf(part.right()) - firstCell + 1);
+    const auto offset = static_cast<std::size_t>(part.left() - firstCell * kSoftScale) * kChannels;
+    const std::size_t channels = channelsOf(large);
+    // The two rows of the quarter between which the present one lies.
+    Sums upper(cells * kSoftScale * kChannels);
+    Sums lower(upper.size());
+    int upperRow = cellOf(part.top()) - 2;
+    widen(quarter, upperRow + 1, firstCell, lower);
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        const Between& between = kBetween[static_cast<std::size_t>(y - cellOf(y) * kSoftScale)];
+        for (const int wanted = cellOf(y) - 1 + static_cast<int>(between.first); upperRow < wanted; ++upperRow) {
+            std::swap(upper, lower);
+            widen(quarter, upperRow + 2, firstCell, lower);
         }
-        QRgb* target = line(large, y);
-        for (int x = 0; x < part.width(); ++x) {
-            const Between across = between(part.left() + x);
-            const auto i = static_cast<std::size_t>(across.first - left);
-            const Lanes sum = mixed(row[i], row[i + 1], across.eighths) + kEachLane * 32;
-            target[x] = gathered(sum >> 6 & 0x00FF'00FF'00FF'00FF);
-        }
+        const std::uint16_t* above = upper.data() + offset;
+        const std::uint16_t* below = lower.data() + offset;
+        uchar* target = large.scanLine(y - part.top());
+        const auto near = static_cast<std::uint16_t>(between.eighths);
+        const auto far = static_cast<std::uint16_t>(8 - near);
+        for (std::size_t i = 0; i < channels; ++i)
+            target[i] = static_cast<uchar>(static_cast<std::uint16_t>(above[i] * far + below[i] * near + 32) >> 6);
     }
     return large;
 }

@@ -20,6 +20,9 @@ void blur(QImage& picture, int radius);
 /// Mixes a colour into each pixel; with a share of 1 nothing else is left.
 void mixIn(QImage& picture, const QColor& color, double share);
 
+/// Lays the picture over another one of the same size; with an opacity of 1 it stays as it is.
+void layOver(QImage& picture, const QImage& under, double opacity);
+
 /// A part of the picture, made four times as large. `part` is in pixels of the outcome and may leave the picture, which
 /// goes on with the pixels at its edges.
 [[nodiscard]] QImage enlarged(const QImage& quarter, const QRect& part);

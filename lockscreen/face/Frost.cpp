@@ -38,7 +38,7 @@ void Frost::setBackdrop(Backdrop* backdrop) {
 
 void Frost::paint(QPainter* painter) {
     if (!backdrop_ || backdrop_->soft().isNull()) return;
-    const double ratio = painter->device()->devicePixelRatioF();
+    const double ratio = painter->deviceTransform().m11();
     // In pixels, so that the blur is drawn as it is.
     painter->scale(1 / ratio, 1 / ratio);
     painter->setRenderHint(QPainter::Antialiasing);

@@ -4,10 +4,8 @@
 
 #include <QQuickWindow>
 #include <QSGImageNode>
-#include <QSGNode>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace lumora {
@@ -38,44 +36,39 @@ void PictureItem::itemChange(ItemChange change, const ItemChangeData& data) {
     if (change == ItemVisibleHasChanged) emit changed();
 }
 
-/// Both layers as one: the soft picture by its share, then the tint over it.
-double PictureItem::opacityOfAll() const {
-    return soft_ ? 1 - (1 - std::clamp(share_, 0.0, 1.0)) * (1 - std::clamp(tintOpacity_, 0.0, 1.0)) : 1;
-}
-
 QImage PictureItem::picture() const {
     if (!backdrop_ || backdrop_->sharp().isNull() || !isVisible()) return {};
     if (!soft_) return backdrop_->sharp();
-    const double opacity = opacityOfAll();
-    if (opacity <= 0) return {};
-    QImage quarter = backdrop_->soft();
-    if (tintOpacity_ > 0) mixIn(quarter, tint_, tintOpacity_ / opacity);
-    return enlarged(quarter, backdrop_->sharp().rect());
+    // Blur and tint become one layer while they are small.
+    const double share = std::clamp(share_, 0.0, 1.0);
+    const double tinted = std::clamp(tintOpacity_, 0.0, 1.0);
+    const double opacity = 1 - (1 - share) * (1 - tinted);
+    if (opacity <= 0) return backdrop_->sharp();
+    QImage layer = backdrop_->soft();
+    if (tinted > 0) mixIn(layer, tint_, tinted / opacity);
+    QImage picture = enlarged(layer, backdrop_->sharp().rect());
+    if (opacity < 1) layOver(picture, backdrop_->sharp(), opacity);
+    return picture;
 }
 
 /// An item that nobody sees gives its memory back.
 QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
-    auto* layer = static_cast<QSGOpacityNode*>(node);
-    auto* image = layer ? static_cast<QSGImageNode*>(layer->firstChild()) : nullptr;
+    auto* image = static_cast<QSGImageNode*>(node);
     if (std::exchange(stale_, false)) {
         const QImage shown = picture();
         if (shown.isNull()) {
-            delete layer;
+            delete image;
             return nullptr;
         }
-        if (!layer) {
-            layer = new QSGOpacityNode;
+        if (!image) {
             image = window()->createImageNode();
             image->setOwnsTexture(true);
-            image->setFlag(QSGNode::OwnedByParent);
-            layer->appendChildNode(image);
         }
         image->setTexture(window()->createTextureFromImage(shown, QQuickWindow::TextureIsOpaque));
         image->setSourceRect(shown.rect());
-        layer->setOpacity(opacityOfAll());
     }
     if (image) image->setRect(boundingRect());
-    return layer;
+    return image;
 }
 
 } // namespace lumora

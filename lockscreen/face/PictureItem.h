@@ -8,8 +8,9 @@
 
 namespace lumora {
 
-/// Shows the backdrop over the whole item, which is as large as the screen; shares the sharp picture's memory. A soft
-/// one lies over what is behind it by its `share`, and a tint over both. GUI thread.
+/// Shows the backdrop over the whole item, which is as large as the screen: sharp, in the memory of the backdrop itself;
+/// or soft, by a `share` of the blur over the sharp picture, with a tint over both. It is opaque, and changing share and
+/// tint costs less than changing its opacity. GUI thread.
 ///
 ///     PictureItem { backdrop: face.backdrop }
 ///     PictureItem { backdrop: face.backdrop; soft: true; share: 0.8; tint: "navy"; tintOpacity: 0.3 }
@@ -37,7 +38,6 @@ class PictureItem : public QQuickItem {
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 
   private:
-    [[nodiscard]] double opacityOfAll() const;
     [[nodiscard]] QImage picture() const;
 
     QPointer<Backdrop> backdrop_;

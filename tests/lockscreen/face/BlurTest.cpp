@@ -12,6 +12,7 @@ namespace {
 using lumora::blur;
 using lumora::enlarged;
 using lumora::kSoftScale;
+using lumora::layOver;
 using lumora::mixIn;
 using lumora::quartered;
 using tests::difference;
@@ -121,6 +122,18 @@ TEST(MixIn, MixesByTheShare) {
     QImage half = flat({4, 4}, qRgb(0, 100, 255));
     mixIn(half, QColor(255, 200, 255), 0.5);
     EXPECT_LE(difference(half, flat({4, 4}, qRgb(128, 150, 255))), 1);
+}
+
+TEST(LayOver, MixesByTheOpacity) {
+    const QImage under = varied({40, 30}, 1);
+    for (const double opacity : {0.0, 1.0}) {
+        QImage picture = varied({40, 30}, 2);
+        layOver(picture, under, opacity);
+        EXPECT_EQ(picture, opacity > 0 ? varied({40, 30}, 2) : under);
+    }
+    QImage quarter = flat({4, 4}, qRgb(0, 100, 255));
+    layOver(quarter, flat({4, 4}, qRgb(200, 100, 255)), 0.25);
+    EXPECT_LE(difference(quarter, flat({4, 4}, qRgb(150, 100, 255))), 1);
 }
 
 TEST(Enlarged, LeavesAFlatPictureFlat) {

@@ -39,7 +39,7 @@ QByteArray turnedJpeg(const QImage& picture) {
     QBuffer buffer;
     picture.save(&buffer, "jpg", 100);
     const auto tag =
-        QByteArray::fromHex("ffe1 0022 457869630000 4d4d002a00000008 0001 0112 0003 00000001 00030000 00000000");
+        QByteArray::fromHex("ffe1 0022 457869660000 4d4d002a00000008 0001 0112 0003 00000001 00060000 00000000");
     return buffer.buffer().insert(2, tag);
 }
 
