@@ -51,19 +51,15 @@ QImage PictureItem::picture() const {
     return picture;
 }
 
-/// An item that nobody sees gives its memory back.
+/// An item that nobody sees gives its memory back, and so does a former picture before there is a new one.
 QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     auto* image = static_cast<QSGImageNode*>(node);
     if (std::exchange(stale_, false)) {
+        delete std::exchange(image, nullptr);
         const QImage shown = picture();
-        if (shown.isNull()) {
-            delete image;
-            return nullptr;
-        }
-        if (!image) {
-            image = window()->createImageNode();
-            image->setOwnsTexture(true);
-        }
+        if (shown.isNull()) return nullptr;
+        image = window()->createImageNode();
+        image->setOwnsTexture(true);
         image->setTexture(window()->createTextureFromImage(shown, QQuickWindow::TextureIsOpaque));
         image->setSourceRect(shown.rect());
     }

@@ -137,9 +137,9 @@ Light Landscape::ridges(const Column& column, double height, Light behind) const
         const double mist =
             (depth * 0.35 + (height - ridge.height + ridge.relief * 0.55) * 0.65) / (ridge.relief * 1.55);
         const Light rock = mixed(ridge.crest, ridge.foot, smoothStep(0, 1, mist));
-        // Light comes from the glow's side and catches the crests.
+        // Light comes from the glow's side and catches the crests, those that are near it most.
         const double rim = scene_.rim * std::exp(-depth * 320 - square(column.x - scene_.glow.x) * 8) /
-                           (1 + static_cast<double>(i) * 0.7);
+                           (1 + square(static_cast<double>(i)) * 0.7);
         behind = mixed(behind, rock + scene_.glow.light * rim, cover);
     }
     return behind;

@@ -5,13 +5,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <map>
 #include <string>
 
 namespace {
 
 using lumora::Glyph;
-using tests::difference;
 using tests::flat;
 using tests::Shown;
 
@@ -84,15 +84,26 @@ TEST(Glyph, TellsItsNamesApart) {
     }
 }
 
+/// Whether the drawings are the same, but for single pixels where lines meet, which the toolkit rounds either way.
+bool looksLike(const QImage& one, const QImage& other) {
+    int apart = 0;
+    for (int y = 0; y < one.height(); ++y)
+        for (int x = 0; x < one.width(); ++x)
+            apart += std::abs(qRed(one.pixel(x, y)) - qRed(other.pixel(x, y))) > 24;
+    return apart <= 4;
+}
+
 TEST(Glyph, IsSymmetricalWhereItShouldBe) {
     for (const char* const name : {"bead", "camera", "home", "lock", "ring", "wifi"}) {
         const QImage glyph = ofGlyph(drawn(name));
-        EXPECT_LE(difference(glyph, glyph.mirrored(true, false)), 24) << name;
+        EXPECT_TRUE(looksLike(glyph, glyph.mirrored(true, false))) << name;
     }
     for (const char* const name : {"battery", "bead", "home", "rail", "ring", "tab"}) {
         const QImage glyph = ofGlyph(drawn(name));
-        EXPECT_LE(difference(glyph, glyph.mirrored(false, true)), 24) << name;
+        EXPECT_TRUE(looksLike(glyph, glyph.mirrored(false, true))) << name;
     }
+    const QImage open = ofGlyph(drawn("unlock"));
+    EXPECT_FALSE(looksLike(open, open.mirrored(true, false)));
 }
 
 TEST(Glyph, GrowsWithItsItem) {
@@ -123,7 +134,7 @@ TEST(Glyph, ShowsALevel) {
 }
 
 TEST(Glyph, WarnsOfALowBattery) {
-    EXPECT_EQ(brightPixels(ofGlyph(drawn("battery", 0.5))) > 0, true);
+    EXPECT_GT(brightPixels(ofGlyph(drawn("battery", 0.5))), 10);
     const QImage low = ofGlyph(drawn("battery", 0.19));
     int reddish = 0;
     for (int y = 0; y < low.height(); ++y)
