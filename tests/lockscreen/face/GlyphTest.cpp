@@ -16,11 +16,11 @@ using tests::flat;
 using tests::Shown;
 
 constexpr QRectF kPlace(20, 20, 60, 40);
-constexpr QSize kSize(100, 80);
+constexpr QSize kWindow(100, 80);
 
 /// White on black.
 QImage drawn(const QString& name, double level = 1, const QRectF& place = kPlace) {
-    Shown shown(kSize);
+    Shown shown(kWindow);
     Glyph glyph;
     glyph.setProperty("name", name);
     glyph.setProperty("level", level);
@@ -29,7 +29,7 @@ QImage drawn(const QString& name, double level = 1, const QRectF& place = kPlace
 }
 
 QImage ofGlyph(const QImage& picture) {
-    const int ratio = picture.width() / kSize.width();
+    const int ratio = picture.width() / kWindow.width();
     return picture.copy(QRect(20 * ratio, 20 * ratio, 60 * ratio, 40 * ratio));
 }
 
@@ -55,7 +55,7 @@ TEST(Glyph, DrawsEachNameInsideItsBounds) {
         QImage picture = drawn(name);
         const QImage glyph = ofGlyph(picture);
         EXPECT_NE(glyph, black(glyph)) << name.toStdString();
-        const int ratio = picture.width() / kSize.width();
+        const int ratio = picture.width() / kWindow.width();
         for (int y = 20 * ratio; y < 60 * ratio; ++y)
             for (int x = 20 * ratio; x < 80 * ratio; ++x)
                 picture.setPixel(x, y, qRgb(0, 0, 0));
@@ -114,7 +114,7 @@ TEST(Glyph, GrowsWithItsItem) {
             const QImage one = picture.copy({{}, part}).scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
             return qRed(one.pixel(0, 0));
         };
-        const int ratio = small.width() / kSize.width();
+        const int ratio = small.width() / kWindow.width();
         EXPECT_NEAR(mean(small, QSize(30, 20) * ratio), mean(large, QSize(60, 40) * ratio), 12) << name.toStdString();
     }
 }
@@ -144,7 +144,7 @@ TEST(Glyph, WarnsOfALowBattery) {
 }
 
 TEST(Glyph, TakesItsColor) {
-    Shown shown(kSize, Qt::white);
+    Shown shown(kWindow, Qt::white);
     Glyph glyph;
     glyph.setProperty("name", "lock");
     glyph.setProperty("color", QColor(22, 36, 43));
