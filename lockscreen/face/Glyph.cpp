@@ -160,14 +160,24 @@ void drawTab(const Sheet& on) {
     on.fill(on.whole().adjusted(0, 0, on.height, 0), on.height / 2, on.color);
 }
 
+/// What lies outside of a round corner at the top left.
+void drawCorner(const Sheet& on) {
+    QPainterPath outside(on.point(1, 0));
+    outside.arcTo(on.box(0, 0, 2, 2), 90, 90);
+    outside.lineTo(on.point(0, 0));
+    outside.closeSubpath();
+    on.painter.fillPath(outside, on.color);
+}
+
 struct Named {
     std::string_view name;
     void (*draw)(const Sheet&);
 };
 
-constexpr std::array<Named, 11> kGlyphs{{{"battery", drawBattery},
+constexpr std::array<Named, 12> kGlyphs{{{"battery", drawBattery},
                                          {"bead", drawBead},
                                          {"camera", drawCamera},
+                                         {"corner", drawCorner},
                                          {"home", drawHome},
                                          {"lock", drawLock},
                                          {"rail", drawRail},

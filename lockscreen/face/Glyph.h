@@ -8,9 +8,10 @@
 
 namespace lumora {
 
-/// A small sign of one colour, over the whole item: "battery", "bead", "camera", "home", "lock", "rail", "ring",
-/// "signal", "tab", "unlock" or "wifi". Lines grow with the item. `level` is the battery's charge, the share of the
-/// signal's bars that stand out, and how far a ring is pressed. GUI thread.
+/// A small sign of one colour, over the whole item: "battery", "bead", "camera", "corner", "home", "lock", "rail",
+/// "ring", "signal", "tab", "unlock" or "wifi". Lines grow with the item. `level` is the battery's charge, the share of
+/// the signal's bars that stand out, and how far a ring is pressed. A corner covers what is outside of a round one at the
+/// top left. GUI thread.
 class Glyph : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

@@ -46,8 +46,8 @@ int brightPixels(const QImage& picture) {
 }
 
 TEST(Glyph, HasTheNamesThatTheScreenNeeds) {
-    EXPECT_THAT(Glyph::names(), testing::ElementsAre("battery", "bead", "camera", "home", "lock", "rail", "ring",
-                                                     "signal", "tab", "unlock", "wifi"));
+    EXPECT_THAT(Glyph::names(), testing::ElementsAre("battery", "bead", "camera", "corner", "home", "lock", "rail",
+                                                     "ring", "signal", "tab", "unlock", "wifi"));
 }
 
 TEST(Glyph, DrawsEachNameInsideItsBounds) {
@@ -104,6 +104,15 @@ TEST(Glyph, IsSymmetricalWhereItShouldBe) {
     }
     const QImage open = ofGlyph(drawn("unlock"));
     EXPECT_FALSE(looksLike(open, open.mirrored(true, false)));
+}
+
+TEST(Glyph, CoversWhatIsOutsideOfACorner) {
+    const QImage corner = drawn("corner", 1, {0, 0, 40, 40});
+    const int ratio = corner.width() / kWindow.width();
+    EXPECT_EQ(corner.pixel(0, 0), qRgb(255, 255, 255));
+    EXPECT_EQ(corner.pixel(10 * ratio, 10 * ratio), qRgb(255, 255, 255));
+    EXPECT_EQ(corner.pixel(13 * ratio, 13 * ratio), qRgb(0, 0, 0));
+    EXPECT_EQ(corner.pixel(39 * ratio, 2 * ratio), qRgb(0, 0, 0));
 }
 
 TEST(Glyph, GrowsWithItsItem) {
