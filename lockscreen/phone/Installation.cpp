@@ -31,9 +31,9 @@ std::vector<Application> readApplications() {
     return applications;
 }
 
-std::vector<AppViewInfo> readViews() {
+std::vector<AppViewInfo> readViews(const platform::ProbeLimits& limits) {
     std::vector<AppViewInfo> views;
-    for (PluginTexts& texts : askPlugins())
+    for (PluginTexts& texts : askPlugins(limits))
         views.push_back({std::move(texts.identifier), std::move(texts.name), std::move(texts.appID), false});
     return views;
 }
@@ -60,11 +60,12 @@ void ask(const std::shared_ptr<Coming>& coming, const std::string& identifier, i
 
 } // namespace
 
-void Installation::read(std::function<void(std::shared_ptr<const Installation>)> ready) {
+void Installation::read(std::function<void(std::shared_ptr<const Installation>)> ready,
+                        const platform::ProbeLimits& limits) {
     platform::startMainThread();
-    platform::dispatch_async(platform::dispatch_get_main_queue(), [ready = std::move(ready)] {
-        auto library = platform::openLibrary(platform::kApplicationListLibrary);
-        Installed installed{readApplications(), readViews()};
+    platform::dispatch_async(platform::dispatch_get_main_queue(), [ready = std::move(ready), limits] {
+        auto library = platform::openLibrary(platform::kApplicationListLibrary, limits);
+        Installed installed{readApplications(), readViews(limits)};
         ready(std::make_shared<const Installation>(std::move(library), std::move(installed)));
     });
 }

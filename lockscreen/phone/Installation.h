@@ -2,6 +2,7 @@
 
 #include "lockscreen/phone/Phone.h"
 
+#include "platform/foundation/LoadProbe.h"
 #include "platform/foundation/Value.h"
 #include "platform/services/LibraryHandle.h"
 #include "platform/services/PictureDecoder.h"
@@ -24,9 +25,10 @@ using IconOrder = std::shared_ptr<void>;
 /// Any thread.
 class Installation {
   public:
-    /// Starts the main thread, if there is none, and reads there, which takes up to ten seconds for each plug-in that
+    /// Starts the main thread, if there is none, and reads there, which takes up to the limits for each plug-in that
     /// hangs. `ready` is called there, once.
-    static void read(std::function<void(std::shared_ptr<const Installation>)> ready);
+    static void read(std::function<void(std::shared_ptr<const Installation>)> ready,
+                     const platform::ProbeLimits& limits = {});
 
     /// The same, for whoever cannot go on without. Not on the main thread.
     [[nodiscard]] static std::shared_ptr<const Installation> readNow();

@@ -21,9 +21,9 @@ struct Installed {
 /// What of a sample phone can be chosen.
 struct PhoneOptions {
     platform::CGSize size{390, 844};
-    std::string passcode = "1234"; ///< there is one, so that what is about unlocking has something to unlock
-    double battery = 0.82;         ///< from 0 to 1
-    std::optional<std::tm> time;   ///< in place of the present one; stands still
+    std::string passcode = "1234";   ///< there is one, so that what is about unlocking has something to unlock
+    double battery = 0.82;           ///< from 0 to 1
+    std::optional<std::tm> time;     ///< in place of the present one; stands still
     std::vector<std::string> secure; ///< identifiers of App Views
 };
 
