@@ -4,6 +4,7 @@
 #include "lockscreen/LookOf.h"
 #include "lockscreen/app/EventLog.h"
 #include "lockscreen/app/Playing.h"
+#include "lockscreen/face/Backdrop.h"
 #include "lockscreen/face/FontWidths.h"
 #include "lockscreen/phone/Installation.h"
 
@@ -37,6 +38,11 @@ int printState(int argc, char** argv, const Options& options, const Inputs& inpu
     const FontWidths widths;
     Device device = phone.value().device(std::time(nullptr));
     device.texts = &widths;
+    const platform::CGSize& size = device.size;
+    auto backdrop = makeBackdrop({QString::fromStdString(options.wallpaper),
+                                  QSize(static_cast<int>(size.width), static_cast<int>(size.height)), 1});
+    if (!backdrop) return programs::complain(backdrop.error());
+    device.picture = std::move(backdrop).value().luminance;
 
     Behaviour behaviour(settings.value(), std::move(device), eventLog(options.log));
     if (const auto played = play(behaviour, options, inputs); !played) return programs::complain(played.error());
