@@ -146,9 +146,9 @@ class SettingsFeed::Hearing {
             hear(Manner::asked, *settings.dictionary(), 0);
             answer_ = std::move(answer);
         }
-        const auto now = Clock::now();
-        next_ = now < renewal_ ? Next::ask : Next::subscribe;
-        due_ = now + pace_.asking;
+        due_ = Clock::now() + pace_.asking;
+        next_ = due_ < renewal_ ? Next::ask : Next::subscribe;
+        due_ = std::min(due_, renewal_);
     }
 
     void hear(Manner manner, const Dictionary& settings, std::int64_t revision) {
