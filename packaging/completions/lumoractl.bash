@@ -22,13 +22,14 @@ _lumoractl() {
     done
     COMPREPLY=()
     if [[ -z $command ]]; then
-        mapfile -t COMPREPLY < <(compgen -W 'list get set archive unarchive plugins --help --version' -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W 'list get set watch archive unarchive plugins --help --version' -- "$word")
         return
     fi
     if [[ $word == -* ]]; then
         local options=--help
         case $command in
             list | get) options+=' --secrets' ;;
+            watch) options+=' --json' ;;
             archive | unarchive) options+=' --output -o' ;;
             plugins) options+=' --json --root --timeout' ;;
         esac

@@ -23,11 +23,12 @@ function __lumoractl_values
     end
 end
 
-set -l commands list get set archive unarchive plugins
+set -l commands list get set watch archive unarchive plugins
 complete -c lumoractl -f
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a list -d 'Print all settings as one JSON object'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a get -d 'Print one setting as JSON'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a set -d 'Change one setting'
+complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a watch -d 'Print each change of the settings'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a archive -d 'Turn JSON into a keyed archive'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a unarchive -d 'Turn a keyed archive into JSON'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a plugins -d 'List the App View plug-ins'
@@ -39,6 +40,6 @@ complete -c lumoractl -n '__fish_seen_subcommand_from list get' -l secrets -d 'S
 complete -c lumoractl -n '__fish_seen_subcommand_from archive unarchive' -F
 complete -c lumoractl -n '__fish_seen_subcommand_from archive unarchive' -s o -l output -r -F -d 'What to write'
 complete -c lumoractl -n '__fish_seen_subcommand_from plugins' -a '(__fish_complete_directories)'
-complete -c lumoractl -n '__fish_seen_subcommand_from plugins' -l json -d 'Print JSON'
+complete -c lumoractl -n '__fish_seen_subcommand_from watch plugins' -l json -d 'Print JSON'
 complete -c lumoractl -n '__fish_seen_subcommand_from plugins' -l root -r -a '(__fish_complete_directories)' -d 'What stands for /'
 complete -c lumoractl -n '__fish_seen_subcommand_from plugins' -l timeout -x -d 'Seconds that each may take'
