@@ -13,6 +13,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -56,6 +57,11 @@ class Program {
             line += static_cast<char>(c);
         return line;
     }
+    /// Whether there is something on standard output, of which nothing has been read yet.
+    [[nodiscard]] bool hasOutput() const {
+        pollfd output{fileno(out_.get()), POLLIN, 0};
+        return ::poll(&output, 1, 0) == 1;
+    }
     /// Everything that is still to come on standard output, up to its end.
     [[nodiscard]] std::string readRest() {
         const Deadline deadline("all that " + name_ + " prints");
@@ -64,6 +70,9 @@ class Program {
             rest += static_cast<char>(c);
         return rest;
     }
+
+    /// How many it has now.
+    [[nodiscard]] std::ptrdiff_t threads() const { return entries(("/proc/" + std::to_string(id_) + "/task").c_str()); }
 
     void signal(int number) const {
         if (id_ > 0) ::kill(id_, number);
