@@ -337,6 +337,7 @@ TEST_F(Lumoractl, TellsWrongUseFromFailure) {
                                                                    {"list", "--no-such-option"},
                                                                    {"archive", "a", "b"},
                                                                    {"archive", "-o"},
+                                                                   {"watch", "kSleepTime"},
                                                                    {"list", "list"}}) {
         const Finished wrong = lumoractl(words);
         EXPECT_EQ(wrong.status, 2) << testing::PrintToString(words);
@@ -368,6 +369,7 @@ TEST_F(Lumoractl, HelpsEverywhere) {
                                                                    {"list", "--help"},
                                                                    {"get", "--help"},
                                                                    {"set", "--help"},
+                                                                   {"watch", "--help"},
                                                                    {"archive", "--help"},
                                                                    {"unarchive", "--help"}}) {
         const Finished help = lumoractl(words);
