@@ -38,6 +38,8 @@ COSTS = [
     ("100 new connections to a port beside 200 busy ones, the last answered", "NewcomersAmongBusy", MS, 300),
     ("start to the first page on the screen, warm", "WindowStart", MS, 150),
     ("resident memory of the window then", "WindowMemory", MB, 64),
+    ("blur of a lock screen with three pixels to a point", "BlurScreenAtThree", MS, 10),
+    ("another tint and another blur's opacity there", "TintScreenAtThree", MS, 8),
     *((told + which, benchmark + suffix, MS, goal)
       for told, benchmark, goal, parts in (
           ("tap on a switch to its change on the screen", "TapSwitch", 2 * FRAME, (MEDIAN, TAIL)),

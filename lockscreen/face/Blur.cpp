@@ -99,6 +99,21 @@ void widen(const QImage& quarter, int row, int firstCell, Sums& wide) {
         }
 }
 
+/// Of each cell of the columns' sums, which are of so many rows.
+void writeMeans(const Sums& sums, unsigned rows, uchar* target) {
+    constexpr std::size_t cell = kChannels * kSoftScale;
+    for (std::size_t left = 0; left < sums.size(); left += cell) {
+        const std::size_t right = std::min(left + cell, sums.size());
+        const unsigned count = std::max(1U, static_cast<unsigned>((right - left) / kChannels) * rows);
+        for (std::size_t channel = 0; channel < kChannels; ++channel) {
+            unsigned sum = count / 2;
+            for (std::size_t i = left + channel; i < right; i += kChannels)
+                sum += sums[i];
+            *target++ = static_cast<uchar>(sum / count);
+        }
+    }
+}
+
 } // namespace
 
 QImage quartered(const QImage& picture) {
@@ -113,19 +128,7 @@ QImage quartered(const QImage& picture) {
             for (std::size_t i = 0; i < sums.size(); ++i)
                 sums[i] = static_cast<std::uint16_t>(sums[i] + source[i]);
         }
-        const auto tall = static_cast<unsigned>(bottom - y * kSoftScale);
-        uchar* target = quarter.scanLine(y);
-        constexpr std::size_t cell = kChannels * kSoftScale;
-        for (std::size_t left = 0; left < sums.size(); left += cell) {
-            const std::size_t right = std::min(left + cell, sums.size());
-            const auto count = static_cast<unsigned>((right - left) / kChannels) * tall;
-            for (std::size_t channel = 0; channel < kChannels; ++channel) {
-                unsigned sum = count / 2;
-                for (std::size_t i = left + channel; i < right; i += kChannels)
-                    sum += sums[i];
-                *target++ = static_cast<uchar>(sum / count);
-            }
-        }
+        writeMeans(sums, static_cast<unsigned>(bottom - y * kSoftScale), quarter.scanLine(y));
     }
     return quarter;
 }
@@ -173,7 +176,8 @@ void layOver(QImage& picture, const QImage& under, double opacity) {
 QImage enlarged(const QImage& quarter, const QRect& part) {
     QImage large(part.size(), QImage::Format_RGB32);
     const int firstCell = cellOf(part.left());
-    const auto cells = static_cast<std::size_t>(cellOf(part.right()) - firstCell + 1);
+    const int count = cellOf(part.right()) - firstCell + 1;
+    const auto cells = static_cast<std::size_t>(count);
     const auto offset = static_cast<std::size_t>(part.left() - firstCell * kSoftScale) * kChannels;
     const std::size_t channels = channelsOf(large);
     // The two rows of the quarter between which the present one lies.

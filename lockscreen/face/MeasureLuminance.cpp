@@ -56,7 +56,7 @@ Luminance measureLuminance(const QImage& picture, const QSize& cells) {
                 static_cast<double>(columns[column + 1] - columns[column]) * (rows[row + 1] - rows[row]);
             means.push_back(static_cast<float>(sum / pixels));
         }
-    return Luminance(columns.size() - 1, rows.size() - 1, std::move(means));
+    return {columns.size() - 1, rows.size() - 1, std::move(means)};
 }
 
 } // namespace lumora

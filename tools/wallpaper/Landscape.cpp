@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace wallpaper {
 namespace {
@@ -68,7 +69,8 @@ QImage Landscape::painted() const {
         // Darker towards top and bottom, where texts stand.
         const double shade = 1 - 0.20 * smoothStep(0.55, 1, std::abs((y + 0.5) / pixels_.height() * 2 - 1));
         for (int x = 0; x < pixels_.width(); ++x)
-            row[x] = pixel(at(columns_[static_cast<std::size_t>(x)], height, behind) * shade, chance(x, y * 7919));
+            row[x] = pixel(at(columns_[static_cast<std::size_t>(x)], height, behind) * shade,
+                           chance(x, std::int64_t{y} * 7919));
     }
     return image;
 }
