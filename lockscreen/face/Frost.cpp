@@ -46,10 +46,11 @@ void Frost::paint(QPainter* painter) {
     const double radius = radius_ * ratio;
 
     const QRect part((place_ * backdrop_->ratio()).toPoint(), pane.toAlignedRect().size());
+    QImage blurred = enlarged(backdrop_->soft(), part);
+    mixIn(blurred, tint_, tintOpacity_);
     QPainterPath shape;
     shape.addRoundedRect(pane, radius, radius);
-    painter->fillPath(shape, QBrush(enlarged(backdrop_->soft(), part)));
-    painter->fillPath(shape, withOpacity(tint_, tintOpacity_));
+    painter->fillPath(shape, QBrush(blurred));
 
     QLinearGradient light(pane.topLeft(), pane.bottomLeft());
     light.setColorAt(0, withOpacity(Qt::white, kRimAbove));

@@ -38,7 +38,7 @@ Result<QImage> readPicture(const QString& file, const QSize& pixels) {
             QStringLiteral("the picture %1 cannot be read: %2").arg(file, why).toStdString());
     };
     if (!QFileInfo(file).isFile()) return failure(QStringLiteral("there is no such file"));
-    QImageReader::setAllocationLimit(kMostMegabytes);
+    QImageReader::setAllocationLimit(kMostMegabytes); // for all readers, but there are no others
     QImageReader reader(file);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
