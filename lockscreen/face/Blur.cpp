@@ -175,6 +175,12 @@ void layOver(QImage& picture, const QImage& under, double opacity) {
 
 QImage enlarged(const QImage& quarter, const QRect& part) {
     QImage large(part.size(), QImage::Format_RGB32);
+    enlarge(quarter, part.topLeft(), large);
+    return large;
+}
+
+void enlarge(const QImage& quarter, const QPoint& place, QImage& large) {
+    const QRect part(place, large.size());
     const int firstCell = cellOf(part.left());
     const int count = cellOf(part.right()) - firstCell + 1;
     const auto cells = static_cast<std::size_t>(count);
@@ -199,7 +205,6 @@ QImage enlarged(const QImage& quarter, const QRect& part) {
         for (std::size_t i = 0; i < channels; ++i)
             target[i] = static_cast<uchar>(static_cast<std::uint16_t>(above[i] * far + below[i] * near + 32) >> 6);
     }
-    return large;
 }
 
 } // namespace lumora

@@ -26,5 +26,7 @@ void layOver(QImage& picture, const QImage& under, double opacity);
 /// A part of the picture, made four times as large. `part` is in pixels of the outcome and may leave the picture, which
 /// goes on with the pixels at its edges.
 [[nodiscard]] QImage enlarged(const QImage& quarter, const QRect& part);
+/// The same into a picture that is there already, from that place on.
+void enlarge(const QImage& quarter, const QPoint& place, QImage& large);
 
 } // namespace lumora

@@ -36,32 +36,40 @@ void PictureItem::itemChange(ItemChange change, const ItemChangeData& data) {
     if (change == ItemVisibleHasChanged) emit changed();
 }
 
-QImage PictureItem::picture() const {
-    if (!backdrop_ || backdrop_->sharp().isNull() || !isVisible()) return {};
-    if (!soft_) return backdrop_->sharp();
-    // Blur and tint become one layer while they are small.
+void PictureItem::draw() {
+    if (!backdrop_ || backdrop_->sharp().isNull() || !isVisible()) {
+        shown_ = {};
+        return;
+    }
+    const QImage& sharp = backdrop_->sharp();
     const double share = std::clamp(share_, 0.0, 1.0);
     const double tinted = std::clamp(tintOpacity_, 0.0, 1.0);
-    const double opacity = 1 - (1 - share) * (1 - tinted);
-    if (opacity <= 0) return backdrop_->sharp();
+    const double opacity = soft_ ? 1 - (1 - share) * (1 - tinted) : 0;
+    if (opacity <= 0) {
+        shown_ = sharp;
+        return;
+    }
+    // Blur and tint become one layer while they are small.
     QImage layer = backdrop_->soft();
     if (tinted > 0) mixIn(layer, tint_, tinted / opacity);
-    QImage picture = enlarged(layer, backdrop_->sharp().rect());
-    if (opacity < 1) layOver(picture, backdrop_->sharp(), opacity);
-    return picture;
+    // In the memory of the former picture, which takes the system a while to hand out.
+    if (shown_.size() != sharp.size() || shown_.constBits() == sharp.constBits())
+        shown_ = QImage(sharp.size(), QImage::Format_RGB32);
+    enlarge(layer, {}, shown_);
+    if (opacity < 1) layOver(shown_, sharp, opacity);
 }
 
-/// An item that nobody sees gives its memory back, and so does a former picture before there is a new one.
+/// An item that nobody sees gives its memory back.
 QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     auto* image = static_cast<QSGImageNode*>(node);
     if (std::exchange(stale_, false)) {
-        delete std::exchange(image, nullptr);
-        const QImage shown = picture();
-        if (shown.isNull()) return nullptr;
+        delete std::exchange(image, nullptr); // lets go of the picture, which would be copied when it is drawn upon
+        draw();
+        if (shown_.isNull()) return nullptr;
         image = window()->createImageNode();
         image->setOwnsTexture(true);
-        image->setTexture(window()->createTextureFromImage(shown, QQuickWindow::TextureIsOpaque));
-        image->setSourceRect(shown.rect());
+        image->setTexture(window()->createTextureFromImage(shown_, QQuickWindow::TextureIsOpaque));
+        image->setSourceRect(shown_.rect());
     }
     if (image) image->setRect(boundingRect());
     return image;

@@ -3,6 +3,7 @@
 #include "lockscreen/face/Backdrop.h"
 
 #include <QColor>
+#include <QImage>
 #include <QPointer>
 #include <QQuickItem>
 
@@ -38,14 +39,15 @@ class PictureItem : public QQuickItem {
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 
   private:
-    [[nodiscard]] QImage picture() const;
+    void draw();
 
     QPointer<Backdrop> backdrop_;
     bool soft_ = false;
     double share_ = 1;
     QColor tint_ = Qt::black;
     double tintOpacity_ = 0;
-    bool stale_ = true; ///< the node shows another picture
+    QImage shown_;
+    bool stale_ = true; ///< what is shown is not what should be
 };
 
 } // namespace lumora
