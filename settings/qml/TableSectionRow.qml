@@ -42,6 +42,7 @@ TableRow {
     focused: isCurrent && cursor.shown
     selected: place === table.selected
     down: touch.pressed || selected
+    hovered: hover.hovered
     fades: table.deselectsAnimated
     boxed: table.grouped
     inView: rowTop < scroller.contentY + scroller.height && rowTop + height > scroller.contentY
@@ -85,6 +86,11 @@ TableRow {
     }
     Accessible.focusable: true
 
+    HoverHandler { // the area below takes a finger's tap for a mouse that stays
+        id: hover
+        enabled: root.table.selectable
+        acceptedDevices: PointerDevice.Mouse
+    }
     MouseArea {
         id: touch
 

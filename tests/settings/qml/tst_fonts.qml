@@ -105,6 +105,14 @@ PageStage {
             compare(grounds.count > 3, data.animated, grounds.count + " changes");
             compare(groundOf("B"), Theme.cell.toString());
         }
+        function test_tintsTheRowUnderTheMouse() {
+            open(options);
+            const plain = groundOf("B");
+            mouseMove(host.item, 100, place("B") + 20);
+            verify(groundOf("B") !== plain);
+            mouseMove(host.item, 100, place("A") + 20);
+            compare(groundOf("B"), plain);
+        }
         function test_tellsOfATapByTouchButNotOfOneThatScrolls() {
             open(many(200));
             const finger = touchEvent(host.item);
