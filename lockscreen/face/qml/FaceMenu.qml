@@ -5,7 +5,7 @@ import LumoraFace
 FocusScope {
     id: menu
     required property FaceModel face
-    property real top: 0
+    property real below: 0 // where its lines begin
     property bool landscape: false
     signal turned
     signal closed
@@ -33,7 +33,7 @@ FocusScope {
     Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: 12
-        y: menu.top
+        y: menu.below
         width: 220
         height: lines.height + 12
         radius: 12

@@ -77,7 +77,7 @@ FocusScope {
         id: menu
         anchors.fill: parent
         face: pane.face
-        top: pane.headHeight
+        below: pane.headHeight
         landscape: pane.landscape
         onTurned: pane.landscape = !pane.landscape
         onClosed: screen.forceActiveFocus()
