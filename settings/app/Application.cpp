@@ -3,10 +3,10 @@
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/messaging/CFMessagePort.h"
 #include "platform/services/PictureDecoder.h"
+#include "programs/DesktopLook.h"
 #include "programs/Display.h"
 #include "programs/Program.h"
 #include "programs/Sigterm.h"
-#include "settings/app/DesktopLook.h"
 #include "settings/app/OneWindow.h"
 #include "settings/app/Pictures.h"
 #include "settings/app/WindowSize.h"
@@ -21,6 +21,8 @@
 #include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <algorithm>
+#include <cmath>
 #include <iostream>
 
 Q_IMPORT_QML_PLUGIN(LumoraPlugin)
@@ -29,6 +31,7 @@ namespace settings {
 
 using platform::Result;
 using programs::complain;
+using programs::DesktopLook;
 
 namespace {
 
@@ -46,7 +49,10 @@ Options withoutDisplay(Options options) {
 void followDesktop(Shell& shell, const Options& options) {
     auto* desktop = new DesktopLook(&shell);
     if (!options.dark) QObject::connect(desktop, &DesktopLook::darkChosen, &shell, &Shell::setDark);
-    if (!options.textSize) QObject::connect(desktop, &DesktopLook::textSizeChosen, &shell, &Shell::setTextSize);
+    if (!options.textSize)
+        QObject::connect(desktop, &DesktopLook::textSizeChosen, &shell, [&shell](double percent) {
+            shell.setTextSize(int(std::lround(std::clamp<double>(percent, kSmallestTexts, kLargestTexts))));
+        });
     if (!options.moreContrast)
         QObject::connect(desktop, &DesktopLook::moreContrastChosen, &shell, &Shell::setMoreContrast);
     QObject::connect(desktop, &DesktopLook::lessMotionChosen, &shell,

@@ -1,7 +1,7 @@
 #include "settings/app/OneWindow.h"
 
 #include "programs/Program.h"
-#include "settings/app/SessionBus.h"
+#include "programs/SessionBus.h"
 
 #include <QCryptographicHash>
 #include <QDBusConnection>
@@ -45,7 +45,7 @@ QString OneWindow::nameFor(const std::filesystem::path& bundle, const std::files
 
 OneWindow::OneWindow(QString name, std::function<bool(const QString&)> activate)
     : name_(std::move(name)), activate_(std::move(activate)) {
-    if (!hasSessionBus()) return;
+    if (!programs::hasSessionBus()) return;
     QDBusConnection::sessionBus().registerVirtualObject(kWindowPath, this); // first, so that nobody calls in vain
     ask();
 }

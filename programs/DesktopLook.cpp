@@ -1,17 +1,13 @@
-#include "settings/app/DesktopLook.h"
+#include "programs/DesktopLook.h"
 
-#include "settings/app/Options.h"
-#include "settings/app/SessionBus.h"
+#include "programs/SessionBus.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
-#include <algorithm>
-#include <cmath>
-
-namespace settings {
+namespace programs {
 namespace {
 
 const QString kService = QStringLiteral("org.freedesktop.portal.Desktop");
@@ -78,7 +74,7 @@ void DesktopLook::tell(const QString& area, const QString& key, const QDBusVaria
     if (is(kDesktop, kAnimations)) emit lessMotionChosen(note(lessMotion_, told == false));
     // A text, or what is not a number, is no size and changes nothing.
     if (const double factor = told.toDouble(); is(kDesktop, kSize) && factor > 0)
-        emit textSizeChosen(int(std::lround(std::clamp<double>(factor * 100, kSmallestTexts, kLargestTexts))));
+        emit textSizeChosen(factor * 100);
 }
 
-} // namespace settings
+} // namespace programs

@@ -6,10 +6,11 @@
 
 #include <set>
 
-namespace settings {
+namespace programs {
 
 /// Follows what the user has chosen for the whole desktop through its portal: light or dark, more contrast, less motion
-/// and the size of texts. More contrast and less motion have several settings, each of which is enough. Asks without waiting, and stays silent where there is no portal. GUI thread.
+/// and the size of texts. More contrast and less motion have several settings, each of which is enough. Asks without
+/// waiting, and stays silent where there is no portal. GUI thread.
 class DesktopLook : public QObject {
     Q_OBJECT
 
@@ -20,8 +21,8 @@ class DesktopLook : public QObject {
     void darkChosen(bool dark);
     void moreContrastChosen(bool more);
     void lessMotionChosen(bool less);
-    /// In percent of the usual size, within what `--text-size` takes.
-    void textSizeChosen(int percent);
+    /// In percent of the usual size; any number above 0.
+    void textSizeChosen(double percent);
 
   private slots:
     void tell(const QString& area, const QString& key, const QDBusVariant& value);
@@ -33,4 +34,4 @@ class DesktopLook : public QObject {
     std::set<QString> lessMotion_;
 };
 
-} // namespace settings
+} // namespace programs
