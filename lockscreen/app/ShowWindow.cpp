@@ -6,6 +6,7 @@
 #include "lockscreen/face/LiveFace.h"
 
 #include "platform/services/PictureDecoder.h"
+#include "programs/DesktopLook.h"
 #include "programs/Display.h"
 #include "programs/Program.h"
 #include "programs/Sigterm.h"
@@ -69,6 +70,11 @@ int openWindow(const Options& options, const Inputs& inputs) {
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return programs::complain("the window's own files cannot be loaded");
     programs::closeAtSigterm(*window);
+    const auto* desktop = new programs::DesktopLook(window);
+    QObject::connect(desktop, &programs::DesktopLook::darkChosen, window,
+                     [window](bool dark) { window->setProperty("dark", dark); });
+    QObject::connect(desktop, &programs::DesktopLook::lessMotionChosen, window,
+                     [window](bool less) { window->setProperty("animated", !less); });
     QObject::connect(window, &QWindow::visibilityChanged, &live, [&live](QWindow::Visibility visibility) {
         live.setVisible(visibility != QWindow::Hidden && visibility != QWindow::Minimized);
     });

@@ -7,6 +7,8 @@ FocusScope {
     required property FaceModel face
     property real below: 0 // where its lines begin
     property bool landscape: false
+    property color ground: "#ffffff"
+    property color text: "#000000"
     signal turned
     signal closed
 
@@ -37,9 +39,9 @@ FocusScope {
         width: 220
         height: lines.height + 12
         radius: 12
-        color: "#ffffff"
+        color: menu.ground
         border.width: 1
-        border.color: "#c8c8cc"
+        border.color: Qt.alpha(menu.text, 0.2)
 
         ListView {
             id: lines
@@ -70,7 +72,7 @@ FocusScope {
                 width: ListView.view?.width ?? 0
                 height: 44
                 radius: 8
-                color: ListView.isCurrentItem ? "#e3e3e8" : "transparent"
+                color: ListView.isCurrentItem ? Qt.alpha(menu.text, 0.1) : "transparent"
                 Accessible.role: Accessible.MenuItem
                 Accessible.name: choice.text
                 Accessible.checkable: index === 0
@@ -82,7 +84,7 @@ FocusScope {
                     x: 12
                     text: (line.choice.checked ? "✓ " : "") + line.choice.text
                     font.pixelSize: 16
-                    color: "black"
+                    color: menu.text
                 }
                 MouseArea {
                     anchors.fill: parent

@@ -7,13 +7,14 @@ FocusScope {
     required property FaceModel face
     property bool animated: true
     property bool landscape: false
-    property color ground: "#e9e9ef"
-    property color text: "#3a3a3e"
+    property bool dark: false
+    readonly property color ground: dark ? "#2a2a2e" : "#e9e9ef"
+    readonly property color text: dark ? "#e4e4ea" : "#3a3a3e"
     readonly property real rim: 12
-    readonly property real headHeight: 44
+    property real headHeight: 44
     readonly property size shape: landscape ? Qt.size(844, 390) : Qt.size(390, 844)
     readonly property real scaling: Math.max(0.2, Math.min((width - 2 * rim - 16) / shape.width,
-                                                          (height - headHeight - 2 * rim - foot.height - 12) / shape.height))
+                                                          (height - headHeight - 2 * rim - foot.height - 32) / shape.height))
 
     Accessible.role: Accessible.Pane
     Accessible.name: "Lock screen, preview"
@@ -45,6 +46,7 @@ FocusScope {
         face: pane.face
         animated: pane.animated
         focus: true
+        activeFocusOnTab: true
         width: Math.floor(pane.shape.width * pane.scaling)
         height: Math.floor(pane.shape.height * pane.scaling)
         x: Math.round((parent.width - width) / 2)
@@ -79,6 +81,8 @@ FocusScope {
         face: pane.face
         below: pane.headHeight
         landscape: pane.landscape
+        ground: pane.dark ? "#3a3a3e" : "#ffffff"
+        text: pane.dark ? "#ffffff" : "#000000"
         onTurned: pane.landscape = !pane.landscape
         onClosed: screen.forceActiveFocus()
     }

@@ -6,6 +6,7 @@ Window {
     id: window
     required property FaceModel face
     property bool landscape: false
+    property alias dark: pane.dark
     property bool animated: true
 
     visible: true
