@@ -91,6 +91,7 @@ void LiveFace::hear(const Heard& heard) {
     const bool edited = std::exchange(hasHeard_, heard.tweakAnswers) && heard.tweakAnswers;
     model_.setSettings(heard.settings,
                        edited ? std::set(heard.changed.begin(), heard.changed.end()) : std::set<std::string>());
+    emit this->heard(heard.changed);
 }
 
 void LiveFace::setVisible(bool visible) {

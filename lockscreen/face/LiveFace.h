@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace lumora {
 
@@ -53,6 +54,8 @@ class LiveFace : public QObject {
   signals:
     /// What is installed is known.
     void installed();
+    /// The face shows what the tweak has, of which these keys differ from before.
+    void heard(const std::vector<std::string>& changed);
     /// The picture cannot be read.
     void failed(const QString& why);
 
