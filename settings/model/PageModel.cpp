@@ -100,7 +100,11 @@ void PageModel::makeGroups() {
             }
             around = {group->header, group->footer, {}};
         }
-        rows_.push_back(new RowModel(send_, i, row, around, group));
+        auto* model = new RowModel(send_, i, row, around, group);
+        const QString identifier = QString::fromStdString(row.identifier);
+        connect(model, &RowModel::held, this, [this, identifier](double number) { emit held(identifier, number); });
+        connect(model, &RowModel::released, this, [this, identifier] { emit released(identifier); });
+        rows_.push_back(model);
         if (row.cell == platform::PSStaticTextCell) around.textAbove = QString::fromStdString(row.name);
         if (!begins) group->rows.push_back(rows_.back());
     }

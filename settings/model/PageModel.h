@@ -89,6 +89,9 @@ class PageModel : public QObject {
     void viewChanged();
     void elementsChanged();
     void partsChanged();
+    /// A hand is on the slider of a row that has that identifier, and has let go.
+    void held(const QString& identifier, double number);
+    void released(const QString& identifier);
 
   private:
     QQmlListProperty<GroupModel> drawnGroups() { return {this, &groups_}; }

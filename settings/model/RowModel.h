@@ -94,6 +94,9 @@ class RowModel : public QObject {
     Q_INVOKABLE void tap() { send_(RowTapped{position_}, {}); }
     Q_INVOKABLE void toggle(bool on) { change(on); }
     Q_INVOKABLE void slide(double number) { change(nearest(number)); }
+    /// A hand is on a slider, which is not changed before slide(); and it has let go.
+    Q_INVOKABLE void hold(double number) { emit held(nearest(number)); }
+    Q_INVOKABLE void letGo() { emit released(); }
     Q_INVOKABLE void write(const QString& text) { change(text.toStdString()); }
     /// A slider's number as text beside it.
     Q_INVOKABLE [[nodiscard]] QString shown(double number) const;
@@ -106,6 +109,8 @@ class RowModel : public QObject {
     /// A snapshot has come, and all that the user has done is in it: controls settle on the value, even when it is the
     /// same as before.
     void valueRead();
+    void held(double number);
+    void released();
 
   private:
     void change(const platform::Value& value);

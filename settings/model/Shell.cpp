@@ -266,6 +266,8 @@ void Shell::take(const StackSnapshot& stack) {
         pages_[i]->read(stack.pages[i]);
     for (std::size_t i = common; i < stack.pages.size(); ++i) {
         pages_.push_back(new PageModel(sendTo(stack.pages[i]->id), stack.pages[i], this));
+        connect(pages_.back(), &PageModel::held, this, &Shell::held);
+        connect(pages_.back(), &PageModel::released, this, &Shell::released);
         replaces ? emit pageReplaced(pages_.back()) : emit pagePushed(pages_.back(), alone);
     }
     opening_ = stack.opening;

@@ -120,6 +120,9 @@ class Shell : public QObject {
     void pagePushed(settings::PageModel* page, bool alone);
     /// It stands where the last one stood.
     void pageReplaced(settings::PageModel* page);
+    /// A hand is on the slider of a row that has that identifier, and has let go.
+    void held(const QString& identifier, double number);
+    void released(const QString& identifier);
     /// `depth` pages are left.
     void pagesPopped(int depth);
 

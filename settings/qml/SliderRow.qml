@@ -1,7 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// A slider with its number beside it. Hands on a drag when it ends, and a step by key or a typed number at once.
+// A slider with its number beside it. Hands on a drag when it ends, and a step by key or a typed number at once. Tells of
+// the numbers on the way.
 Cell {
     id: root
 
@@ -40,6 +41,8 @@ Cell {
             if (settling)
                 return;
             shown = value;
+            if (pressed)
+                root.row.hold(value);
             handOn();
         }
         // Assistive tools set the value themselves and may do so twice.
@@ -62,7 +65,15 @@ Cell {
 
         Component.onCompleted: settle()
         onValueChanged: follow()
-        onPressedChanged: handOn()
+        onPressedChanged: {
+            handOn();
+            if (!pressed)
+                root.row.letGo();
+        }
+        Component.onDestruction: {
+            if (pressed)
+                root.row?.letGo();
+        }
 
         Connections {
             target: root.row
