@@ -73,8 +73,7 @@ void DesktopLook::tell(const QString& area, const QString& key, const QDBusVaria
     if (is(kColors, kReducedMotion)) emit lessMotionChosen(note(lessMotion_, preferred));
     if (is(kDesktop, kAnimations)) emit lessMotionChosen(note(lessMotion_, told == false));
     // A text, or what is not a number, is no size and changes nothing.
-    if (const double factor = told.toDouble(); is(kDesktop, kSize) && factor > 0)
-        emit textSizeChosen(factor * 100);
+    if (const double factor = told.toDouble(); is(kDesktop, kSize) && factor > 0) emit textSizeChosen(factor * 100);
 }
 
 } // namespace programs

@@ -7,6 +7,7 @@
 #include "programs/Display.h"
 #include "programs/Program.h"
 #include "programs/Sigterm.h"
+#include "settings/app/LockScreen.h"
 #include "settings/app/OneWindow.h"
 #include "settings/app/Pictures.h"
 #include "settings/app/WindowSize.h"
@@ -107,17 +108,25 @@ int runApplication(int argc, char** argv, const Options& asked) {
     if (!picturesOnly) followDesktop(shell, options);
     const bool keepsSize = !picturesOnly && !options.size;
     const platform::CGSize size = options.size.value_or(keepsSize ? keptWindowSize().value_or(kUsualSize) : kUsualSize);
+    LockScreen* lockScreen = picturesOnly && !options.lockScreen ? nullptr : new LockScreen(picturesOnly, &shell);
+    const double beside = lockScreen ? LockScreen::widthIn(size) : 0;
     auto& engine = *new QQmlApplicationEngine;
     if (const auto exitCode = oneWindow ? oneWindow->handOver(options.page) : std::nullopt) return *exitCode;
-    shell.launch({bundle, options.page, contentSizeOf(size), !picturesOnly}, [picturesOnly](const std::string& why) {
-        complain(why);
-        // The code that takes pictures would go on waiting for the page.
-        if (picturesOnly) std::_Exit(1);
-    });
+    shell.launch({bundle, options.page, contentSizeOf({size.width - beside, size.height}), !picturesOnly},
+                 [picturesOnly](const std::string& why) {
+                     complain(why);
+                     // The code that takes pictures would go on waiting for the page.
+                     if (picturesOnly) std::_Exit(1);
+                 });
     if (!picturesOnly) shell.followTweak();
+    if (lockScreen) {
+        QObject::connect(&shell, &Shell::held, lockScreen, &LockScreen::hold);
+        QObject::connect(&shell, &Shell::released, lockScreen, &LockScreen::letGo);
+    }
 
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)},
+                                 {QStringLiteral("lockScreen"), QVariant::fromValue<QObject*>(lockScreen)},
                                  {QStringLiteral("width"), size.width},
                                  {QStringLiteral("height"), size.height}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/Main.qml")));
@@ -130,6 +139,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
 
     Pictures pictures(shell, *window, std::chrono::milliseconds(qint64(options.timeout * 1000)),
                       [](const std::string& why) { std::_Exit(complain(why)); });
+    if (beside > 0) pictures.awaitAlso([lockScreen] { return lockScreen->isComplete(); }, "the lock screen");
     const Result<void> saved = options.grab ? pictures.grab(*options.grab) : pictures.tour(*options.tour);
     return saved ? 0 : complain(saved.error());
 }

@@ -82,9 +82,20 @@ bool Pictures::eventFilter(QObject* /*watched*/, QEvent* event) {
     return event->isInputEvent();
 }
 
+void Pictures::awaitAlso(std::function<bool()> isThere, std::string name) {
+    isElseThere_ = std::move(isThere);
+    else_ = std::move(name);
+}
+
 Result<void> Pictures::grab(const std::filesystem::path& file) {
     try {
         settle();
+        waitUntil(
+            [&] {
+                // What is not yet there may ask for more once it is drawn.
+                return !drawn().isNull() && isElseThere_();
+            },
+            [&] { return else_; });
         save(file);
         return {};
     } catch (const Stopped& stopped) {
@@ -259,7 +270,8 @@ void Pictures::save(const std::filesystem::path& file) {
     QImage picture = drawn();
     picture.setDotsPerMeterX(2835);
     picture.setDotsPerMeterY(2835);
-    if (picture.isNull() || !programs::savePicture(picture, file)) throw Stopped{"cannot write the picture " + file.string()};
+    if (picture.isNull() || !programs::savePicture(picture, file))
+        throw Stopped{"cannot write the picture " + file.string()};
 }
 
 /// Whether the top page stands in the window at its full size. A window has no content before the display has told its
@@ -270,11 +282,13 @@ bool Pictures::showsPage() const {
     const QQuickItem* page = find(*window_.contentItem(), [shown = shell_.pages().back()](const QQuickItem& item) {
         return item.property("page").value<PageModel*>() == shown;
     });
-    const platform::CGSize content = contentSizeOf({whole.width(), whole.height()});
+    const double beside = window_.property("beside").toDouble();
+    const platform::CGSize content = contentSizeOf({whole.width() - beside, whole.height()});
+    const double left = QGuiApplication::layoutDirection() == Qt::LeftToRight ? 0 : beside;
     // A notice takes some of the height.
     return page &&
            page->mapRectToScene({{}, page->size()}) ==
-               QRectF(0, whole.height() - page->height(), content.width, page->height()) &&
+               QRectF(left, whole.height() - page->height(), content.width, page->height()) &&
            page->height() <= content.height;
 }
 

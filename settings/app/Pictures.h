@@ -31,6 +31,8 @@ class Pictures : private QObject {
     Pictures(Shell& shell, QQuickWindow& window, std::chrono::milliseconds atMost,
              const std::function<void(const std::string& why)>& overdue);
 
+    /// What else stands in the window: grab() waits for it.
+    void awaitAlso(std::function<bool()> isThere, std::string name);
     /// Saves the page on top, once it stands. Fails when that takes too long or the file cannot be written.
     [[nodiscard]] platform::Result<void> grab(const std::filesystem::path& file);
     /// Saves every page, opened anew at each size, light and dark: "LumoraPreferences-390-light.png"; of a page that is
@@ -85,6 +87,8 @@ class Pictures : private QObject {
     QQuickWindow& window_;
     std::chrono::milliseconds atMost_; ///< for each wait
     DrawingLimit drawing_;             ///< for each drawing
+    std::function<bool()> isElseThere_ = [] { return true; };
+    std::string else_; ///< its name
     std::filesystem::path folder_;
     std::set<std::string> visited_;              ///< names of pictures at the present width
     std::map<std::string, std::string> openers_; ///< of option lists, by the picture's name: the page that leads there

@@ -6,6 +6,8 @@ Window {
     id: window
 
     required property Shell shell
+    property var lockScreen: null // a settings::LockScreen; null for pictures without it
+    readonly property real beside: lockScreenPlace.width
 
     visible: true
     minimumWidth: 320
@@ -51,6 +53,12 @@ Window {
         shell.back();
     }
 
+    function focusPage(reason) {
+        if (sheet.item)
+            sheet.forceActiveFocus(reason);
+        else
+            stack.currentItem?.forceActiveFocus(reason);
+    }
     function reload() {
         putDown();
         shell.reload();
@@ -88,9 +96,24 @@ Window {
         }
     }
     Shortcut {
-        sequences: ["Escape", StandardKey.Back] // Alt+Left is one of the latter; named twice, it would be ambiguous
+        sequences: [StandardKey.Back]
         enabled: !window.composing
         onActivated: window.goBack()
+    }
+    Shortcut {
+        sequence: "Escape"
+        enabled: !window.composing && !lockScreenPlace.activeFocus // the lock screen has a use of its own for it
+        onActivated: window.goBack()
+    }
+    Shortcut {
+        sequence: "Ctrl+L"
+        enabled: window.lockScreen !== null
+        onActivated: lockScreenPlace.toggle()
+    }
+    Shortcut {
+        sequence: "F6"
+        enabled: lockScreenPlace.visible
+        onActivated: lockScreenPlace.activeFocus ? window.focusPage(Qt.ShortcutFocusReason) : lockScreenPlace.takeFocus()
     }
 
     Shortcut {
@@ -138,7 +161,7 @@ Window {
     T.StackView {
         id: stack
 
-        anchors { fill: parent; topMargin: bar.height + notice.height }
+        anchors { fill: parent; topMargin: bar.height + notice.height; rightMargin: window.beside }
         enabled: !window.shell.waiting && !window.composing
         clip: true
         focus: true
@@ -167,7 +190,7 @@ Window {
     NavigationBar {
         id: bar
 
-        width: parent.width
+        anchors { left: stack.left; right: stack.right }
         height: window.shell.barHeight
         title: window.shell.waiting || !stack.shownPage ? window.shell.waitingTitle : stack.shownPage.page.title
         canGoBack: stack.depth > 1 && !window.shell.waiting
@@ -178,12 +201,23 @@ Window {
         id: notice
 
         y: bar.height
-        width: parent.width
+        anchors { left: stack.left; right: stack.right }
         gone: window.shell.tweakGone
         changesLost: window.shell.changesLost
         covered: window.shell.waiting
         enabled: !window.composing
         onReloadTapped: window.reload()
+    }
+    LockScreenPlace {
+        id: lockScreenPlace
+
+        anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
+        lockScreen: window.lockScreen
+        headHeight: bar.height
+        onVisibleChanged: {
+            if (!visible && (activeFocus || !window.activeFocusItem))
+                window.focusPage(Qt.OtherFocusReason);
+        }
     }
     // The button of a mouse that goes back, wherever it is pressed.
     MouseArea {
@@ -195,7 +229,7 @@ Window {
     Loader {
         id: sheet
 
-        anchors.fill: parent
+        anchors { fill: parent; rightMargin: window.beside }
     }
     Connections {
         target: sheet.item
