@@ -30,7 +30,9 @@ FocusScope {
     function takeFocus() { place.item?.forceActiveFocus(Qt.ShortcutFocusReason) }
     function openOwn() {
         if (!own) {
-            own = Qt.createComponent("qrc:/qt/qml/LumoraFace/FaceWindow.qml").createObject(null, { face: lockScreen.face() });
+            const component = Qt.createComponent("qrc:/qt/qml/LumoraFace/FaceWindow.qml");
+            own = component.createObject(null, { face: lockScreen.face(), width: Math.min(430, Screen.desktopAvailableWidth),
+                                                 height: Math.min(924, Screen.desktopAvailableHeight) });
             dress(own);
             own.closing.connect(closeOwn);
         }

@@ -12,7 +12,7 @@ Item {
     clip: true
     focus: true
     Accessible.role: Accessible.Pane
-    Accessible.name: "Lock screen, preview"
+    Accessible.name: "Lock screen"
     onWidthChanged: face.resize(width, height)
     onHeightChanged: face.resize(width, height)
     Keys.onPressed: event => {
