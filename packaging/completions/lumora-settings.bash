@@ -13,8 +13,8 @@ _lumora_settings() {
         --contrast) mapfile -t COMPREPLY < <(compgen -W 'more normal' -- "$word") ;;
         --timeout | --text-size | --size) ;;
         *)
-            mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --rows --timeout --verbose --light --dark
-                --contrast --text-size --size --help --version' -- "$word")
+            mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --lockscreen --rows --timeout --verbose --light
+                --dark --contrast --text-size --size --help --version' -- "$word")
             ;;
     esac
 }
