@@ -6,6 +6,8 @@ FocusScope {
 
     required property var lockScreen // null for none
     property real headHeight: 0
+    property bool pageShown: false
+    property bool awaited: true // the pages come first
     property bool hidden: false // by the user
     property var own: null // the other window, while it is open
     readonly property real room: lockScreen?.widthIn(Window.width, Window.height) ?? 0
@@ -50,6 +52,11 @@ FocusScope {
         item.animated = Qt.binding(() => Theme.animated);
     }
 
+    Connections {
+        target: root.Window.window
+        enabled: root.awaited && root.pageShown
+        function onFrameSwapped() { root.awaited = false }
+    }
     Binding {
         target: root.lockScreen
         when: root.lockScreen !== null
@@ -62,6 +69,10 @@ FocusScope {
         property: "shown"
         value: (root.visible && root.windowShows) || root.ownShows
     }
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.beside
+    }
     Loader {
         id: place
 
@@ -73,10 +84,11 @@ FocusScope {
         focus: true
         onLoaded: {
             root.dress(item);
+            item.ground = Qt.binding(() => Theme.beside);
             item.headHeight = Qt.binding(() => root.headHeight);
         }
 
-        readonly property bool wanted: root.visible
+        readonly property bool wanted: root.visible && !root.awaited
         onWantedChanged: wanted ? setSource("qrc:/qt/qml/LumoraFace/FacePane.qml", { face: root.lockScreen.face() }) : source = ""
     }
     Rectangle {

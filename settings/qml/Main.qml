@@ -214,6 +214,7 @@ Window {
         anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
         lockScreen: window.lockScreen
         headHeight: bar.height
+        pageShown: stack.depth > 0 || window.shell.waiting
         onVisibleChanged: {
             if (!visible && (activeFocus || !window.activeFocusItem))
                 window.focusPage(Qt.OtherFocusReason);

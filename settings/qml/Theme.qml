@@ -19,6 +19,7 @@ QtObject {
     readonly property color cell: dark ? "#1c1c1e" : "#ffffff"
     readonly property color cellDown: dark ? "#323234" : "#e3e3e8"
     readonly property color bar: dark ? "#161618" : "#f9f9fb"
+    readonly property color beside: dark ? "#2a2a2e" : "#e9e9ef" // of what stands beside the pages
     readonly property color hairline: shade("#d5d5d9", "#38383a", "#75757a", "#85858a")
     readonly property color text: dark ? "#ffffff" : "#000000"
     readonly property color secondary: shade("#636367", "#a1a1a8", "#3a3a3e", "#d8d8de")

@@ -8,7 +8,7 @@ FocusScope {
     property bool animated: true
     property bool landscape: false
     property bool dark: false
-    readonly property color ground: dark ? "#2a2a2e" : "#e9e9ef"
+    property color ground: dark ? "#2a2a2e" : "#e9e9ef"
     readonly property color text: dark ? "#e4e4ea" : "#3a3a3e"
     readonly property real rim: 12
     property real headHeight: 44
