@@ -56,15 +56,13 @@ void Behaviour::outcome(const std::string& words) const {
 }
 
 const State& Behaviour::apply(const Gesture& gesture, Seconds now) {
-    state_.now = std::max(now, state_.now);
     if (log_) log_(gesture.line());
-    wait();
-    if (gesture.kind == Gesture::Kind::wait) return state_;
-    state_.lastTouch = state_.now;
-    if (std::exchange(state_.asleep, false)) {
-        outcome("wakes"); // and that is all: this touch is not handed on
+    if (gesture.kind == Gesture::Kind::wait) {
+        state_.now = std::max(now, state_.now);
+        wait();
         return state_;
     }
+    if (touch(now)) return state_;
     switch (gesture.kind) {
     case Gesture::Kind::tap:
         tap(gesture);
@@ -91,6 +89,15 @@ const State& Behaviour::apply(const Gesture& gesture, Seconds now) {
         break;
     }
     return state_;
+}
+
+bool Behaviour::touch(Seconds now) {
+    state_.now = std::max(now, state_.now);
+    wait();
+    state_.lastTouch = state_.now;
+    if (!std::exchange(state_.asleep, false)) return false;
+    outcome("wakes");
+    return true;
 }
 
 const State& Behaviour::show(Surface surface, Seconds now) {

@@ -39,6 +39,8 @@ class Behaviour {
 
     /// What the gesture makes of the state, at a time that is not before that of the last one.
     const State& apply(const Gesture& gesture, Seconds now);
+    /// A finger is on the screen, whatever it is going to do. True if that wakes the screen, and is to do nothing else.
+    bool touch(Seconds now);
     /// Goes to a surface as if by hand: a stage of these settings, the passcode view, or the first application, opened.
     const State& show(Surface surface, Seconds now);
 
