@@ -1,5 +1,6 @@
 #include "lockscreen/face/FaceModel.h"
 
+#include "lockscreen/KeyTable.h"
 #include "lockscreen/LookOf.h"
 
 #include "link/PreferenceKeys.h"
@@ -24,6 +25,10 @@ Seconds steadyTime() {
 
 CGPoint toPoint(QPointF point) {
     return {point.x(), point.y()};
+}
+
+bool isStage(Surface surface) {
+    return surface != Surface::passcode && surface != Surface::opened;
 }
 
 Device deviceOf(const Backdrop& backdrop, const TextMeasure& texts) {
@@ -72,19 +77,31 @@ Look FaceModel::withAllStages() const {
     const Dictionary& settings = behaviour_.settings();
     const Device& device = behaviour_.device();
     State state = behaviour_.state();
-    Look look = actual_;
-    const auto as = [&](Surface surface) {
-        state.surface = surface;
-        return lookOf(settings, device, state);
-    };
     const Surface here = state.surface;
-    if (here != Surface::notices) look.notices = as(Surface::notices).notices;
-    if (here != Surface::apps) {
-        Look apps = as(Surface::apps);
-        look.iconView = apps.iconView;
-        look.icons = std::move(apps.icons);
+    Look look = actual_;
+    for (std::size_t i = 0; i < look.stages.size(); ++i) {
+        state.surface = look.stages[i];
+        if (state.surface == here) continue;
+        Look stage = lookOf(settings, device, state);
+        if (state.surface == Surface::notices) look.notices = std::move(stage.notices);
+        if (state.surface == Surface::apps) {
+            look.iconView = stage.iconView;
+            look.icons = std::move(stage.icons);
+        }
+        if (state.surface == Surface::appView) look.appView = std::move(stage.appView);
+        if (isStage(here) || i != std::min(static_cast<std::size_t>(stage_), look.stages.size() - 1)) continue;
+        for (Mark Look::*part : {&Look::pageDots, &Look::topGrabber, &Look::bottomGrabber, &Look::camera})
+            look.*part = stage.*part;
+        look.clock = std::move(stage.clock);
+        look.subtitle = std::move(stage.subtitle);
+        look.slideHint = std::move(stage.slideHint);
     }
-    if (here != Surface::appView) look.appView = as(Surface::appView).appView;
+    // Icons of a page that is being turned to, or away from.
+    const Style style(settings);
+    for (IconLook& icon : look.icons) {
+        icon.label.visible = style.flag(kAppLabelsEnabled);
+        icon.badge.visible = style.flag(kAppBadgesEnabled) && !icon.badge.text.empty();
+    }
     return look;
 }
 
@@ -118,9 +135,13 @@ void FaceModel::refresh() {
                                                  : std::min(stage_, static_cast<int>(look.stages.size()) - 1);
     const bool hasMoved = stage != std::exchange(stage_, stage) || state.page != state_.page ||
                           state.focus != state_.focus || state.locked != state_.locked;
+    // What the finger was on has gone.
+    const bool isOver = hand_.isDown() && (state.asleep || state.surface != state_.surface);
+    if (isOver) hand_.cancel();
     state_ = state;
     shown_ = std::move(look);
     if (hasMoved) emit moved();
+    if (isOver) emit handMoved();
     setTimer();
 }
 
@@ -140,6 +161,8 @@ void FaceModel::setPhone(const Device& phone) {
     device.picture = own.picture;
     device.size = own.size;
     behaviour_.setDevice(std::move(device));
+    ++edition_;
+    emit editionChanged();
     refresh();
 }
 
@@ -176,6 +199,8 @@ void FaceModel::takeSettings() {
     for (const auto& [key, value] : held_)
         settings.set(key, value);
     behaviour_.setSettings(std::move(settings));
+    ++edition_;
+    emit editionChanged();
 }
 
 void FaceModel::setFollows(bool does) {
@@ -200,12 +225,14 @@ void FaceModel::turn() {
 // -- hands, keys and time --
 
 const State& FaceModel::apply(const Gesture& gesture) {
-    const Look before = actual_;
     const Surface from = behaviour_.state().surface;
+    const int focus = behaviour_.state().focus;
     const State& state = behaviour_.apply(gesture, now());
-    if (from == Surface::apps && state.surface == Surface::appView)
-        if (const auto place = placeIn(gesture.target, "icons"); place && *place < before.icons.size())
-            emit revealed(toQt(before.icons[*place].picture.frame));
+    if (from == Surface::apps && state.surface == Surface::appView) {
+        const auto place = gesture.kind == Gesture::Kind::key && focus >= 0 ? static_cast<std::size_t>(focus)
+                                                                            : placeIn(gesture.target, "icons");
+        if (place && *place < actual_.icons.size()) emit revealed(toQt(actual_.icons[*place].picture.frame));
+    }
     refresh();
     return state;
 }
@@ -226,13 +253,22 @@ void FaceModel::touched() {
     setTimer();
 }
 
+bool FaceModel::touch() {
+    const auto due = behaviour_.nextChange();
+    const bool wakes = behaviour_.touch(now());
+    if (wakes || actual_.sleepVeil.visible || (due && now() >= *due)) refresh();
+    return wakes;
+}
+
 void FaceModel::press(QPointF point) {
-    hand_.press(actual_, unit(), toPoint(point), now());
+    if (!touch()) hand_.press(actual_, unit(), toPoint(point), now());
     touched();
 }
 
 void FaceModel::move(QPointF point) {
+    if (!hand_.isDown()) return;
     hand_.move(toPoint(point));
+    touch();
     touched();
 }
 
@@ -286,7 +322,7 @@ void FaceModel::wakeUp() {
         apply(*gesture);
         emit handMoved();
     }
-    if (const auto due = turning_.due(); due && now() >= *due) turn();
+    if (const auto due = turning_.due(); due && now() >= *due && !hand_.isDown()) turn();
     const auto next = behaviour_.nextChange();
     if (next && now() >= *next) apply({Gesture::Kind::wait, "", now() - behaviour_.state().now});
     setTimer();
@@ -294,7 +330,8 @@ void FaceModel::wakeUp() {
 
 void FaceModel::setTimer() {
     std::optional<Seconds> next;
-    for (const auto& due : {hand_.holdsAt(), turning_.due(), behaviour_.nextChange()})
+    const auto turns = hand_.isDown() ? std::nullopt : turning_.due();
+    for (const auto& due : {hand_.holdsAt(), turns, behaviour_.nextChange()})
         if (due && (!next || *due < *next)) next = due;
     if (!next) {
         timer_.stop();

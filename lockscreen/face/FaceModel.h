@@ -22,7 +22,7 @@ namespace lumora {
 /// The lock screen as QML sees it. QML decides nothing: it places what `look` says, and hands on what fingers and keys
 /// do. `look` has a property for each field of Look, each with a signal of its own that tells when it differs; lists are
 /// models. The three stages are laid out as if each were in view, so that a finger can drag the next one in. What is not
-/// in view keeps its looks, so that it can fade away.
+/// in view keeps its looks, so that it can fade away; what a stage shares with others is told as on the last one.
 ///
 ///     FaceModel face(backdrop, icons, texts);
 ///     face.setPhone(phone);
@@ -50,6 +50,7 @@ class FaceModel : public QObject {
     Q_PROPERTY(QPointF dragged READ dragged NOTIFY handMoved)
     Q_PROPERTY(double stageDrag READ stageDrag NOTIFY handMoved)
     Q_PROPERTY(bool follows READ follows WRITE setFollows NOTIFY followsChanged)
+    Q_PROPERTY(int edition READ edition NOTIFY editionChanged)
     Q_PROPERTY(bool tweakAnswers READ tweakAnswers NOTIFY tweakAnswersChanged)
 
   public:
@@ -83,6 +84,8 @@ class FaceModel : public QObject {
     [[nodiscard]] double stageDrag() const;
     [[nodiscard]] bool follows() const { return turning_.follows(); }
     void setFollows(bool does);
+    /// Of settings and phone, by which describe() and hasHold() go; counted from 1.
+    [[nodiscard]] int edition() const { return edition_; }
     [[nodiscard]] bool tweakAnswers() const { return tweakAnswers_; }
     void setTweakAnswers(bool does);
 
@@ -119,10 +122,11 @@ class FaceModel : public QObject {
     void handMoved();
     void followsChanged();
     void tweakAnswersChanged();
+    void editionChanged();
     /// What has just been edited shows there.
     void edited(const QRectF& frame);
     void wronglyTyped();
-    /// An App View came out of an icon there.
+    /// An App View is about to come out of an icon there.
     void revealed(const QRectF& icon);
     /// The time until sleep has been edited: show what falling asleep looks like.
     void sleepEdited();
@@ -130,6 +134,8 @@ class FaceModel : public QObject {
   private:
     [[nodiscard]] Seconds now() const { return clock_(); }
     void touched();
+    /// Whether that wakes the screen.
+    bool touch();
     /// Publishes what has changed.
     void refresh();
     [[nodiscard]] Look withAllStages() const;
@@ -147,6 +153,7 @@ class FaceModel : public QObject {
     Hand hand_;
     Turning turning_;
     bool tweakAnswers_ = true;
+    int edition_ = 1;
     int stage_ = 0;
     Look actual_; ///< as lookOf() says
     Look shown_;  ///< as QML has it
@@ -156,7 +163,7 @@ class FaceModel : public QObject {
     PartsModel notices_;
     PartsModel keys_;
     PartsModel dots_;
-    QTimer timer_;
+    QTimer timer_{this};
 };
 
 } // namespace lumora

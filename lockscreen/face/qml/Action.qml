@@ -1,7 +1,7 @@
 import QtQuick
 import LumoraFace
 
-// What assistive tools find of a gesture, and do it by.
+// What assistive tools find of a gesture, and do it by. The keyboard is at one of them, or at the screen as a whole.
 Item {
     id: action
     required property FaceModel face
@@ -12,5 +12,6 @@ Item {
     Accessible.role: Accessible.Button
     Accessible.name: name
     Accessible.description: description
+    Accessible.focusable: true
     Accessible.onPressAction: face.act(gesture)
 }

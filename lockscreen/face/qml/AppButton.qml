@@ -31,7 +31,7 @@ Item {
         width: badge.frame.width
         height: badge.frame.height
         radius: height / 2
-        visible: badge.visible || (!button.here && badge.text !== "")
+        visible: badge.visible
         color: "#d7383c"
 
         Text {
@@ -57,6 +57,7 @@ Item {
     }
     Action {
         face: button.face
+        focus: button.here && button.face.focused === button.index
         visible: button.here
         x: button.part.frame.x
         y: button.part.frame.y
@@ -64,14 +65,17 @@ Item {
         height: button.part.frame.height
         gesture: "tap " + button.path
         name: button.part.label.text + (button.part.badge.visible ? `, ${button.part.badge.text} new` : "")
-        description: button.face.describe(button.part.identifier)
-
-        Action {
-            anchors.fill: parent
-            face: button.face
-            visible: button.face.hasHold(button.part.identifier)
-            gesture: "hold " + button.path
-            name: `Hold ${button.part.label.text}`
-        }
+        description: button.face.edition > 0 ? button.face.describe(button.part.identifier) : ""
+    }
+    Action { // not in the other one, of which the toolkit tells as of a whole
+        face: button.face
+        z: -1
+        visible: button.here && button.face.edition > 0 && button.face.hasHold(button.part.identifier)
+        x: button.part.frame.x
+        y: button.part.frame.y
+        width: button.part.frame.width
+        height: button.part.frame.height
+        gesture: "hold " + button.path
+        name: `Hold ${button.part.label.text}`
     }
 }

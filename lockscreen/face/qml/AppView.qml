@@ -6,10 +6,25 @@ Item {
     id: view
     required property FaceModel face
     required property real shift
+    property real grown: 1   // out of the icon that it came from
+    property rect origin     // of which this is the frame
     readonly property var part: face.look.appView
     readonly property rect frame: part.frame
     readonly property real unit: face.unit
 
+    opacity: grown
+    transform: [
+        Scale {
+            origin.x: view.frame.x
+            origin.y: view.frame.y
+            xScale: view.grown + (1 - view.grown) * view.origin.width / Math.max(1, view.frame.width)
+            yScale: view.grown + (1 - view.grown) * view.origin.height / Math.max(1, view.frame.height)
+        },
+        Translate {
+            x: (1 - view.grown) * (view.origin.x - view.frame.x)
+            y: (1 - view.grown) * (view.origin.y - view.frame.y)
+        }
+    ]
     Accessible.role: Accessible.Grouping
     Accessible.name: part.title.text
 
@@ -71,28 +86,20 @@ Item {
             renderType: Text.QtRendering
         }
     }
-    Action {
-        face: view.face
-        x: view.frame.x
-        y: view.frame.y
-        width: view.frame.width
-        height: view.frame.height
-        gesture: "tap appView"
-        name: `Open ${view.part.title.text}`
-    }
-    Action {
-        face: view.face
-        gesture: "swipe down"
-        name: "Close"
-    }
-    Action {
-        face: view.face
-        gesture: "swipe left"
-        name: "Next App View"
-    }
-    Action {
-        face: view.face
-        gesture: "swipe right"
-        name: "Previous App View"
+    Repeater {
+        model: [{gesture: "tap appView", name: `Open ${view.part.title.text}`}, {gesture: "swipe down", name: "Close"},
+                {gesture: "swipe left", name: "Next App View"}, {gesture: "swipe right", name: "Previous App View"}]
+        Action {
+            required property var modelData
+            required property int index
+            face: view.face
+            z: -index // a finger that asks what is below it is told the first
+            x: view.frame.x
+            y: view.frame.y
+            width: view.frame.width
+            height: view.frame.height
+            gesture: modelData.gesture
+            name: modelData.name
+        }
     }
 }

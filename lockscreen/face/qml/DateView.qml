@@ -8,10 +8,15 @@ Item {
     readonly property var clock: face.look.clock
     readonly property var subtitle: face.look.subtitle
 
-    Accessible.role: Accessible.StaticText
-    Accessible.name: clock.visible && subtitle.visible ? `${clock.text}, ${subtitle.text}` : (clock.visible ? clock : subtitle).text
-    Accessible.ignored: !clock.visible && !subtitle.visible
-
+    Item {
+        x: date.clock.frame.x
+        y: date.clock.frame.y
+        width: date.clock.frame.width
+        height: date.subtitle.frame.y + date.subtitle.frame.height - y
+        visible: date.clock.visible || date.subtitle.visible
+        Accessible.role: Accessible.StaticText
+        Accessible.name: [date.clock, date.subtitle].filter(one => one.visible).map(one => one.text).join(", ")
+    }
     ChosenText {
         x: date.clock.frame.x
         y: date.clock.frame.y

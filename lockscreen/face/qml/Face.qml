@@ -2,15 +2,17 @@ import QtQuick
 import LumoraFace
 
 // The lock screen, over the whole item. What is decided about its looks is decided in lookOf(); here it is placed and moved.
-Item {
+FocusScope {
     id: screen
     required property FaceModel face
     property bool animated: true
     readonly property var look: face.look
-    readonly property bool onStage: !look.passcode.visible && !look.opened.visible
+    property real revealed: 1 // how far an App View has grown out of an icon
+    property rect icon        // which has this frame
 
     clip: true
     focus: true
+    activeFocusOnTab: true
     Accessible.role: Accessible.Pane
     Accessible.name: "Lock screen"
     onWidthChanged: face.resize(width, height)
@@ -18,7 +20,24 @@ Item {
     Keys.onPressed: event => {
         const name = FaceKeys.nameOf(event);
         event.accepted = name !== "";
-        if (event.accepted) face.act("key " + name);
+        if (event.accepted && (!event.isAutoRepeat || FaceKeys.repeats(name))) face.act("key " + name);
+    }
+    NumberAnimation {
+        id: revealing
+        target: screen
+        property: "revealed"
+        from: 0
+        to: 1
+        duration: 200
+        easing.type: Easing.OutCubic
+    }
+    Connections {
+        target: screen.face
+        enabled: screen.animated
+        function onRevealed(icon: rect) {
+            screen.icon = icon;
+            revealing.restart();
+        }
     }
 
     PictureItem {
@@ -36,9 +55,18 @@ Item {
         onCanceled: screen.face.cancel()
     }
 
+    PasscodeGround {
+        face: screen.face
+        shown: passcode.shown
+    }
+    StatusBar { // what is told comes in the order of reading
+        anchors.fill: parent
+        face: screen.face
+    }
     Item {
         anchors.fill: parent
-        visible: screen.onStage || passcode.opacity < 1
+        opacity: 1 - passcode.shown
+        visible: passcode.shown < 1 && opened.opacity < 1
 
         DateView {
             anchors.fill: parent
@@ -59,7 +87,11 @@ Item {
             id: apps
             face: screen.face
             letter: "A"
-            animated: screen.animated
+            animated: screen.animated && screen.revealed === 1
+            // Fades where it is while an App View grows.
+            x: screen.revealed < 1 ? 0 : at * width
+            visible: place >= 0 && (screen.revealed < 1 || Math.abs(at) < 1)
+            opacity: screen.revealed < 1 ? 1 - screen.revealed : 1
             Icons {
                 anchors.fill: parent
                 face: screen.face
@@ -71,11 +103,13 @@ Item {
             id: views
             face: screen.face
             letter: "V"
-            animated: screen.animated
+            animated: screen.animated && screen.revealed === 1
             AppView {
                 anchors.fill: parent
                 face: screen.face
                 shift: views.x
+                grown: screen.revealed
+                origin: screen.icon
             }
         }
         SlideHint { face: screen.face }
@@ -91,11 +125,8 @@ Item {
         face: screen.face
         animated: screen.animated
     }
-    StatusBar {
-        anchors.fill: parent
-        face: screen.face
-    }
     Opened {
+        id: opened
         anchors.fill: parent
         face: screen.face
         animated: screen.animated

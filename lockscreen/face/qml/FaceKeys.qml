@@ -9,6 +9,10 @@ QtObject {
             [Qt.Key_Backspace]: "BackSpace", [Qt.Key_Home]: "Home", [Qt.Key_Space]: "Space", [Qt.Key_S]: "S"
         })
 
+    // Whether a key that is held down does it again and again.
+    function repeats(name) {
+        return ["Left", "Right", "Up", "Down", "BackSpace"].includes(name);
+    }
     function nameOf(event) {
         if (event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)) return "";
         if (event.key >= Qt.Key_0 && event.key <= Qt.Key_9) return String(event.key - Qt.Key_0);

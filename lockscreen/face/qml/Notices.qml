@@ -14,24 +14,34 @@ Repeater {
         required property var part
         required property int index
         readonly property string path: `notices.items[${index}]`
-        readonly property real pulled: notices.face.pulled === path ? notices.face.dragged.x : 0
+        readonly property real pulled: notices.face.pulled === path ? Math.max(0, notices.face.dragged.x) : 0
+        property real at: 0
+        onPulledChanged: {
+            returning.stop();
+            if (pulled > 0 || !notices.animated)
+                at = pulled;
+            else
+                returning.start();
+        }
+        NumberAnimation {
+            id: returning
+            target: notice
+            property: "at"
+            to: 0
+            duration: 250
+            easing.type: Easing.OutCubic
+        }
 
         width: parent?.width ?? 0
         height: parent?.height ?? 0
         visible: part.visible && notices.face.look.notices.visible
-        transform: Translate {
-            x: Math.max(0, notice.pulled)
-            Behavior on x {
-                enabled: notices.animated && notice.pulled === 0
-                NumberAnimation { duration: 250; easing.type: Easing.OutCubic }
-            }
-        }
+        transform: Translate { x: notice.at }
 
         Pane {
             face: notices.face
             part: notice.part
             radius: 22 * face.unit
-            shift: notices.shift + Math.max(0, notice.pulled)
+            shift: notices.shift + notice.at
         }
         AppIcon {
             readonly property rect frame: notice.part.frame
@@ -57,6 +67,7 @@ Repeater {
         }
         Action {
             face: notices.face
+            focus: notice.visible && notices.face.focused === notice.index
             x: notice.part.frame.x
             y: notice.part.frame.y
             width: notice.part.frame.width

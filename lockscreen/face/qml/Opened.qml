@@ -38,6 +38,14 @@ Rectangle {
         x: (parent.width - width) / 2
         y: parent.height * 0.34 - 60 * opened.unit
     }
+    Item {
+        x: opened.part.title.frame.x
+        y: opened.part.title.frame.y
+        width: opened.part.title.frame.width
+        height: opened.part.how.frame.y + opened.part.how.frame.height - y
+        Accessible.role: Accessible.StaticText
+        Accessible.name: opened.isHome ? "Home screen" : `${opened.part.title.text}, ${opened.part.how.text}`
+    }
     Words {
         part: opened.part.title
         family: FaceFonts.display

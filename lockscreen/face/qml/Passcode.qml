@@ -1,41 +1,23 @@
 import QtQuick
 import LumoraFace
 
-// The passcode view.
+// The passcode view, upon its ground.
 Item {
     id: view
     required property FaceModel face
     required property bool animated
     readonly property var part: face.look.passcode
     readonly property real unit: face.unit
+    property real shown: part.visible ? 1 : 0
 
-    opacity: part.visible ? 1 : 0
-    visible: opacity > 0
-    Behavior on opacity {
+    opacity: shown
+    visible: shown > 0
+    Behavior on shown {
         enabled: view.animated
         NumberAnimation { duration: 180 }
     }
-
-    Item { // cut off above the keys when that is asked for
-        readonly property rect frame: view.part.blur.frame
-        x: frame.x
-        y: frame.y
-        width: frame.width
-        height: frame.height
-        clip: frame.y > 0
-        visible: view.part.blur.visible
-
-        PictureItem {
-            y: -parent.y
-            width: view.width
-            height: view.height
-            backdrop: view.face.backdrop
-            soft: true
-            share: view.part.blur.opacity
-            tint: view.part.tint.color
-            tintOpacity: view.part.tint.opacity
-        }
-    }
+    Accessible.role: Accessible.Grouping
+    Accessible.name: "Passcode"
     Placed {
         part: view.part.cutoff
         Rectangle {

@@ -1,22 +1,42 @@
 import QtQuick
 import LumoraFace
 
-// A place beside others that swipes lead to; it follows a finger that drags it.
+// A place beside others that swipes lead to; it follows a finger that drags it, and slides on from there.
 Item {
     id: stage
     required property FaceModel face
     required property string letter
     required property bool animated
     readonly property int place: face.look.stages.indexOf(letter)
-    readonly property real drag: face.stageDrag
-    property real slid: (place - face.stage) * width
+    readonly property real drag: width > 0 ? face.stageDrag / width : 0
+    property real at: 0 // in widths of the screen; in view at 0
 
-    Behavior on slid {
-        enabled: stage.animated
-        NumberAnimation { duration: 250; easing.type: Easing.OutCubic }
+    function follow(slides) {
+        sliding.stop();
+        if (drag !== 0 || !slides) {
+            at = place - face.stage + drag;
+        } else {
+            sliding.to = place - face.stage;
+            sliding.start();
+        }
     }
+
     width: parent.width
     height: parent.height
-    x: slid + drag
-    visible: place >= 0 && x > -width && x < width
+    x: at * width
+    visible: place >= 0 && at > -1 && at < 1
+    Component.onCompleted: follow(false)
+    onPlaceChanged: follow(false)
+    onDragChanged: follow(animated)
+    Connections {
+        target: stage.face
+        function onMoved() { stage.follow(stage.animated) }
+    }
+    NumberAnimation {
+        id: sliding
+        target: stage
+        property: "at"
+        duration: 250
+        easing.type: Easing.OutCubic
+    }
 }

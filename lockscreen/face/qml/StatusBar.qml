@@ -11,6 +11,8 @@ Item {
 
     Placed {
         part: bar.part
+        Accessible.role: Accessible.StaticText
+        Accessible.name: bar.face.locked ? "Nevo, locked" : "Nevo, unlocked"
 
         Row {
             anchors.verticalCenter: parent.verticalCenter
