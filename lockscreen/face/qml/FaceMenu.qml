@@ -57,6 +57,9 @@ FocusScope {
             Accessible.name: "Menu of the preview"
             Keys.onEscapePressed: menu.close()
             Keys.onReturnPressed: currentItem?.choose()
+            Keys.onEnterPressed: currentItem?.choose()
+            Keys.onTabPressed: menu.close()
+            Keys.onBacktabPressed: menu.close()
             Keys.onSpacePressed: currentItem?.choose()
 
             delegate: Rectangle {

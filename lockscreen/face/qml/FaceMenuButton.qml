@@ -14,6 +14,7 @@ Item {
     Accessible.onPressAction: clicked()
     Keys.onSpacePressed: clicked()
     Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     Rectangle {
         anchors.fill: parent

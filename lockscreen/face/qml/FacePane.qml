@@ -10,11 +10,11 @@ FocusScope {
     property bool dark: false
     property color ground: dark ? "#2a2a2e" : "#e9e9ef"
     readonly property color text: dark ? "#e4e4ea" : "#3a3a3e"
-    readonly property real rim: 12
+    readonly property real rim: Math.max(3, Math.round(12 * scaling))
     property real headHeight: 44
     readonly property size shape: landscape ? Qt.size(844, 390) : Qt.size(390, 844)
-    readonly property real scaling: Math.max(0.2, Math.min((width - 2 * rim - 16) / shape.width,
-                                                          (height - headHeight - 2 * rim - foot.height - 32) / shape.height))
+    readonly property real scaling: Math.max(0.05, Math.min((width - 16) / (shape.width + 24),
+                                                            (height - headHeight - foot.height - 32) / (shape.height + 24)))
 
     Accessible.role: Accessible.Pane
     Accessible.name: "Lock screen, preview"
@@ -53,14 +53,22 @@ FocusScope {
         y: pane.headHeight + Math.round((parent.height - pane.headHeight - foot.height - height) / 2)
     }
     Rectangle { // so round that the corners of the screen stay within it
+        id: rim
         x: screen.x - pane.rim
         y: screen.y - pane.rim
         width: screen.width + 2 * pane.rim
         height: screen.height + 2 * pane.rim
-        radius: 40
+        radius: pane.rim * 10 / 3
         color: "transparent"
         border.width: pane.rim
         border.color: "#15161c"
+    }
+    Rectangle { // the edge catches some light
+        anchors.fill: rim
+        radius: rim.radius
+        color: "transparent"
+        border.width: 1
+        border.color: "#4c4f5c"
     }
     Text {
         id: foot

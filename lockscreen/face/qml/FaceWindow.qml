@@ -24,7 +24,7 @@ Window {
         focus: true
     }
     Shortcut {
-        sequences: [StandardKey.Close, StandardKey.Quit]
+        sequences: ["Ctrl+W", "Ctrl+Q"] // some desktops have no standard key for the latter
         onActivated: window.close()
     }
 }
