@@ -4,6 +4,7 @@ import LumoraFace
 // A place beside others that swipes lead to; it follows a finger that drags it, and slides on from there.
 Item {
     id: stage
+    objectName: letter
     required property FaceModel face
     required property string letter
     required property bool animated
@@ -12,11 +13,13 @@ Item {
     property real at: 0 // in widths of the screen; in view at 0
 
     function follow(slides) {
+        const goal = place - face.stage;
+        const dragged = face.stageDrag; // which `drag` is about to learn
         sliding.stop();
-        if (drag !== 0 || !slides) {
-            at = place - face.stage + drag;
+        if (dragged !== 0 || !slides) {
+            at = goal + (width > 0 ? dragged / width : 0);
         } else {
-            sliding.to = place - face.stage;
+            sliding.to = goal;
             sliding.start();
         }
     }
