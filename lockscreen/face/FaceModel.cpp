@@ -324,7 +324,8 @@ void FaceModel::wakeUp() {
     }
     if (const auto due = turning_.due(); due && now() >= *due && !hand_.isDown()) turn();
     const auto next = behaviour_.nextChange();
-    if (next && now() >= *next) apply({Gesture::Kind::wait, "", now() - behaviour_.state().now});
+    if (next && now() >= *next)
+        apply({Gesture::Kind::wait, "", std::round((now() - behaviour_.state().now) * 1000) / 1000}); // as it is logged
     setTimer();
 }
 

@@ -10,11 +10,12 @@ FocusScope {
     property bool dark: false
     property color ground: dark ? "#2a2a2e" : "#e9e9ef"
     readonly property color text: dark ? "#e4e4ea" : "#3a3a3e"
-    readonly property real rim: Math.max(3, Math.round(12 * scaling))
+    readonly property real rim: Math.max(4, Math.round(12 * scaling))
     property real headHeight: 44
+    readonly property real footHeight: foot.text === "" ? 0 : foot.implicitHeight + 12
     readonly property size shape: landscape ? Qt.size(844, 390) : Qt.size(390, 844)
     readonly property real scaling: Math.max(0.05, Math.min((width - 16) / (shape.width + 24),
-                                                            (height - headHeight - foot.height - 32) / (shape.height + 24)))
+                                                            (height - headHeight - footHeight - 32) / (shape.height + 24)))
 
     Accessible.role: Accessible.Pane
     Accessible.name: "Lock screen, preview"
@@ -50,7 +51,7 @@ FocusScope {
         width: Math.floor(pane.shape.width * pane.scaling)
         height: Math.floor(pane.shape.height * pane.scaling)
         x: Math.round((parent.width - width) / 2)
-        y: pane.headHeight + Math.round((parent.height - pane.headHeight - foot.height - height) / 2)
+        y: pane.headHeight + Math.round((parent.height - pane.headHeight - pane.footHeight - height) / 2)
     }
     Rectangle { // so round that the corners of the screen stay within it
         id: rim
@@ -58,7 +59,7 @@ FocusScope {
         y: screen.y - pane.rim
         width: screen.width + 2 * pane.rim
         height: screen.height + 2 * pane.rim
-        radius: pane.rim * 10 / 3
+        radius: pane.rim * 3.1
         color: "transparent"
         border.width: pane.rim
         border.color: "#15161c"
@@ -66,6 +67,7 @@ FocusScope {
     Rectangle { // the edge catches some light
         anchors.fill: rim
         radius: rim.radius
+        visible: pane.rim > 5
         color: "transparent"
         border.width: 1
         border.color: "#4c4f5c"
@@ -76,12 +78,14 @@ FocusScope {
         anchors.bottomMargin: 8
         x: 16
         width: parent.width - 32
-        height: text === "" ? 0 : implicitHeight
+        visible: text !== ""
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap
         color: pane.text
         font.pixelSize: 13
         text: pane.face.tweakAnswers ? "" : "Lumora is not running. This is the screen without it."
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
     FaceMenu {
         id: menu
