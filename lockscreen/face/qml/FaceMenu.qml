@@ -50,6 +50,7 @@ FocusScope {
             width: parent.width - 12
             height: contentHeight
             interactive: false
+            keyNavigationEnabled: true
             focus: true
             model: menu.choices.length
             keyNavigationWraps: true
@@ -84,10 +85,20 @@ FocusScope {
 
                 Text {
                     anchors.verticalCenter: parent.verticalCenter
-                    x: 12
-                    text: (line.choice.checked ? "✓ " : "") + line.choice.text
+                    x: 10
+                    visible: line.choice.checked
+                    text: "✓"
                     font.pixelSize: 16
                     color: menu.text
+                    Accessible.ignored: true
+                }
+                Text {
+                    anchors.verticalCenter: parent.verticalCenter
+                    x: 32
+                    text: line.choice.text
+                    font.pixelSize: 16
+                    color: menu.text
+                    Accessible.ignored: true
                 }
                 MouseArea {
                     anchors.fill: parent

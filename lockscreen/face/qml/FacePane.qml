@@ -15,7 +15,7 @@ FocusScope {
     readonly property real footHeight: foot.text === "" ? 0 : foot.implicitHeight + 12
     readonly property size shape: landscape ? Qt.size(844, 390) : Qt.size(390, 844)
     readonly property real scaling: Math.max(0.05, Math.min((width - 16) / (shape.width + 24),
-                                                            (height - headHeight - footHeight - 32) / (shape.height + 24)))
+                                                            (height - headHeight - footHeight - 12) / (shape.height + 24)))
 
     Accessible.role: Accessible.Pane
     Accessible.name: "Lock screen, preview"
