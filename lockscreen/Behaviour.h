@@ -5,6 +5,7 @@
 
 #include "platform/foundation/Value.h"
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -47,6 +48,8 @@ class Behaviour {
     /// When something happens by itself, if nobody does anything before: it is to be told of that time by a `wait`.
     [[nodiscard]] std::optional<Seconds> nextChange() const;
 
+    /// The place of the notice that has been let go and is leaving.
+    [[nodiscard]] std::optional<std::size_t> leaving() const;
     [[nodiscard]] const State& state() const { return state_; }
     [[nodiscard]] const platform::Dictionary& settings() const { return settings_; }
     [[nodiscard]] const Device& device() const { return device_; }
@@ -61,6 +64,7 @@ class Behaviour {
 
   private:
     struct Leaving {
+        std::size_t place;
         std::string identifier;
         Seconds gone;
         bool unlocksThen;

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cmath>
 #include <optional>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -133,8 +134,12 @@ void FaceModel::refresh() {
     const auto place = std::ranges::find(look.stages, state.surface);
     const int stage = place != look.stages.end() ? static_cast<int>(place - look.stages.begin())
                                                  : std::min(stage_, static_cast<int>(look.stages.size()) - 1);
-    const bool hasMoved = stage != std::exchange(stage_, stage) || state.page != state_.page ||
-                          state.focus != state_.focus || state.locked != state_.locked;
+    const auto left = behaviour_.leaving();
+    const int leaving = left ? static_cast<int>(*left) : -1;
+    const bool hasMoved = std::tuple(stage, leaving, state.page, state.focus, state.locked) !=
+                          std::tuple(stage_, leaving_, state_.page, state_.focus, state_.locked);
+    stage_ = stage;
+    leaving_ = leaving;
     // What the finger was on has gone.
     const bool isOver = hand_.isDown() && (state.asleep || state.surface != state_.surface);
     if (isOver) hand_.cancel();

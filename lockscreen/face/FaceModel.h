@@ -44,6 +44,7 @@ class FaceModel : public QObject {
     Q_PROPERTY(int stage READ stage NOTIFY moved)
     Q_PROPERTY(int page READ page NOTIFY moved)
     Q_PROPERTY(int focused READ focused NOTIFY moved)
+    Q_PROPERTY(int leaving READ leaving NOTIFY moved)
     Q_PROPERTY(bool locked READ isLocked NOTIFY moved)
     Q_PROPERTY(QString pressed READ pressed NOTIFY handMoved)
     Q_PROPERTY(QString pulled READ pulled NOTIFY handMoved)
@@ -74,6 +75,8 @@ class FaceModel : public QObject {
     [[nodiscard]] int stage() const { return stage_; }
     [[nodiscard]] int page() const { return behaviour_.state().page; }
     [[nodiscard]] int focused() const { return behaviour_.state().focus; }
+    /// The notice that has been let go and is leaving; -1 for none.
+    [[nodiscard]] int leaving() const { return leaving_; }
     [[nodiscard]] bool isLocked() const { return behaviour_.state().locked; }
     /// The part under the finger, while it may still be tapped.
     [[nodiscard]] QString pressed() const;
@@ -155,6 +158,7 @@ class FaceModel : public QObject {
     bool tweakAnswers_ = true;
     int edition_ = 1;
     int stage_ = 0;
+    int leaving_ = -1;
     Look actual_; ///< as lookOf() says
     Look shown_;  ///< as QML has it
     State state_;

@@ -153,6 +153,16 @@ TEST(Behaviour, SleepsAfterItsTimeAndHandsOnNoTouchThatWakes) {
     EXPECT_EQ(player.surface(), Surface::notices);
 }
 
+TEST(Behaviour, CountsATouchThatBecomesNoGesture) {
+    Player player(enabled(), sampleDevice());
+    EXPECT_FALSE(player.behaviour.touch(player.now += 9));
+    player.play("wait 9");
+    EXPECT_FALSE(player.behaviour.state().asleep);
+    EXPECT_TRUE(player.behaviour.touch(player.now += 9));
+    EXPECT_THAT(player.outcomes(), ElementsAre("sleeps", "wakes"));
+    EXPECT_FALSE(player.behaviour.touch(player.now)) << "it is awake";
+}
+
 TEST(Behaviour, StaysAwakeOnAnAppViewAndCountsFromItsEnd) {
     Player player(enabled({{kSleepDisabledForAppViews, true}}), sampleDevice());
     player.behaviour.show(Surface::appView, player.now);

@@ -15,19 +15,24 @@ Repeater {
         required property int index
         readonly property string path: `notices.items[${index}]`
         readonly property real pulled: notices.face.pulled === path ? Math.max(0, notices.face.dragged.x) : 0
+        readonly property bool leaving: notices.face.leaving === index
         property real at: 0
-        onPulledChanged: {
-            returning.stop();
-            if (pulled > 0 || !notices.animated)
-                at = pulled;
-            else
-                returning.start();
+        onPulledChanged: follow()
+        onLeavingChanged: follow()
+        function follow() {
+            const goal = notices.face.leaving === index ? width : 0;
+            sliding.stop();
+            if (pulled > 0 || !notices.animated) {
+                at = pulled > 0 ? pulled : goal;
+            } else {
+                sliding.to = goal;
+                sliding.start();
+            }
         }
         NumberAnimation {
-            id: returning
+            id: sliding
             target: notice
             property: "at"
-            to: 0
             duration: 250
             easing.type: Easing.OutCubic
         }

@@ -308,6 +308,28 @@ TEST(FaceMotion, GrowsAnAppViewOutOfItsIcon) {
     EXPECT_FALSE(apps->isVisible());
 }
 
+TEST(FaceMotion, LetsASwipedNoticeLeaveBeforeItOpens) {
+    Seen seen(enabled(automatic({{kAutoUnlockNotifications, true}, {kAUNotificationsOnMainThread, true}})), "1234",
+              true);
+    const QPointF middle = seen.middleOf(seen.look().notices.items[1]);
+    const auto notices = seen.item->findChild<QQuickItem*>("N");
+    const auto right = [&] {
+        double furthest = 0;
+        for (QQuickItem* icon : seen.shown("lumora::AppIcon"))
+            if (notices->isAncestorOf(icon)) furthest = std::max(furthest, icon->mapToScene({}).x());
+        return furthest;
+    };
+    const double before = right();
+    seen.drag(middle, {200, 0});
+    EXPECT_EQ(right(), before + 200);
+    seen.face.release();
+    EXPECT_EQ(seen.face.leaving(), 1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return right() == before + 390; })) << "beyond the edge";
+    seen.pass(Behaviour::kSwipe);
+    EXPECT_EQ(seen.face.leaving(), -1);
+    EXPECT_EQ(seen.surface(), Surface::opened);
+}
+
 TEST(FaceMotion, DoesWithoutWhereItIsUnwanted) {
     Seen seen;
     const auto apps = seen.item->findChild<QQuickItem*>("A");
