@@ -35,11 +35,11 @@ endmacro()
 
 set(libraries liblumora${KIT_VERSION})
 set(same "(= ${PROJECT_VERSION})")
+set(drawing "lumora-common ${same}, qml6-module-qtquick, qml6-module-qtquick-window, qml6-module-qtqml-workerscript")
 
 debian_package(settings lumora-settings utils
-  DEPENDS "${libraries} ${same}, qml6-module-qtquick, qml6-module-qtquick-window, qml6-module-qtquick-templates, \
-qml6-module-qtqml-workerscript"
-  RECOMMENDS "lumora-tweak, fonts-inter, librsvg2-common, qt6-wayland"
+  DEPENDS "${libraries} ${same}, ${drawing}, qml6-module-qtquick-templates"
+  RECOMMENDS "lumora-tweak, lumora-lockscreen, fonts-inter, qt6-wayland"
   SUGGESTS "lumora-samples, default-mta | mail-transport-agent"
   DESCRIPTION
     "settings of a lock-screen enhancement, the application"
@@ -48,6 +48,22 @@ qml6-module-qtqml-workerscript"
     "applications and views there are and in which order, what the passcode and"
     "date views show, fonts and colours."
     "The settings are kept by lumora-tweak or another program that speaks its ports.")
+debian_package(lockscreen lumora-lockscreen utils
+  DEPENDS "${libraries} ${same}, ${drawing}"
+  RECOMMENDS "lumora-tweak, fonts-inter, qt6-wayland"
+  SUGGESTS "lumora-settings, lumora-samples"
+  DESCRIPTION
+    "settings of a lock-screen enhancement, their effect"
+    "Shows a lock screen as the settings of Lumora make it, while they change, in a"
+    "window of its own. It takes taps, swipes and keys as a phone does, saves"
+    "pictures, and tells as JSON what is on the screen.")
+debian_package(common lumora-common utils
+  DEPENDS "${libraries} ${same}"
+  RECOMMENDS librsvg2-common
+  DESCRIPTION
+    "settings of a lock-screen enhancement, what its applications share"
+    "The wallpapers of the lock screen, the library that finds the installed"
+    "applications, and the program that draws their icons.")
 debian_package(tweak lumora-tweak utils
   DEPENDS "${libraries} ${same}"
   SUGGESTS "lumora-settings, lumoractl"

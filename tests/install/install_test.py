@@ -17,7 +17,7 @@ from pathlib import Path
 from harness.build import BUILD, SOURCE, cached, output
 
 PREFIX = "opt/lumora"
-PROGRAMS = ("lumora-settings", "lumora-tweak", "lumoractl")
+PROGRAMS = ("lumora-lockscreen", "lumora-settings", "lumora-tweak", "lumoractl")
 COMMANDS = ("list", "get", "set", "watch", "archive", "unarchive", "plugins")
 OPTION = re.compile(r"(?<![\w/-])(--?[a-z][a-z-]*)")
 
@@ -83,14 +83,16 @@ class Install(unittest.TestCase):
 
     # -- what others make of it --
 
-    def test_the_entry_in_the_menu_is_valid_and_has_what_it_names(self):
-        entry = self.prefix / "share/applications/lumora-settings.desktop"
-        self.assertEqual(output("desktop-file-validate", entry), "")
-        values = dict(line.split("=", 1) for line in entry.read_text().splitlines() if "=" in line)
-        self.assertTrue(os.access(self.prefix / "bin" / values["Exec"], os.X_OK))
-        icon = self.prefix / f"share/icons/hicolor/scalable/apps/{values['Icon']}.svg"
-        root = xml.etree.ElementTree.parse(icon).getroot()
-        self.assertEqual((root.tag, root.get("viewBox")), ("{http://www.w3.org/2000/svg}svg", "0 0 128 128"))
+    def test_the_entries_in_the_menu_are_valid_and_have_what_they_name(self):
+        entries = sorted((self.prefix / "share/applications").iterdir())
+        self.assertEqual([entry.name for entry in entries], ["lumora-lockscreen.desktop", "lumora-settings.desktop"])
+        for entry in entries:
+            self.assertEqual(output("desktop-file-validate", entry), "")
+            values = dict(line.split("=", 1) for line in entry.read_text().splitlines() if "=" in line)
+            self.assertTrue(os.access(self.prefix / "bin" / values["Exec"], os.X_OK))
+            icon = self.prefix / f"share/icons/hicolor/scalable/apps/{values['Icon']}.svg"
+            root = xml.etree.ElementTree.parse(icon).getroot()
+            self.assertEqual((root.tag, root.get("viewBox")), ("{http://www.w3.org/2000/svg}svg", "0 0 128 128"))
 
     def test_the_metadata_is_valid_and_of_this_version(self):
         [file] = (self.prefix / "share/metainfo").iterdir()
@@ -283,11 +285,25 @@ class Install(unittest.TestCase):
         self.run_program("lumora-settings", "--grab", "page.png")
         self.assertEqual((self.folder / "page.png").read_bytes()[:8], b"\x89PNG\r\n\x1a\n")
 
+    def test_the_lock_screen_is_drawn_and_told_without_a_display(self):
+        self.start_tweak()
+        self.run_program("lumoractl", "set", "kTweakEnabled", "true")
+        self.run_program("lumoractl", "set", "kLSDateSubtitle", '"Installed"')
+        told = json.loads(self.run_program("lumora-lockscreen", "--state").stdout)
+        self.assertEqual(told["look"]["subtitle"]["text"], "Installed")
+        pictures = []
+        for wallpaper in ("dusk", "day", "night"):
+            self.run_program("lumora-lockscreen", "--grab", f"{wallpaper}.png", "--wallpaper", wallpaper)
+            pictures.append((self.folder / f"{wallpaper}.png").read_bytes())
+            self.assertEqual(pictures[-1][:8], b"\x89PNG\r\n\x1a\n")
+        self.assertEqual(len(set(pictures)), 3)
+
     def test_nothing_is_loaded_from_the_build(self):
         tweak = self.start_tweak()
         loaded = Path(f"/proc/{tweak.pid}/maps").read_text()
         for command in (["lumoractl", "plugins"], ["lumora-settings", "--rows", "AppsListController"],
-                        ["lumora-settings", "--grab", "loaded.png", "--page", "PluginsListController"]):
+                        ["lumora-settings", "--grab", "loaded.png", "--page", "PluginsListController"],
+                        ["lumora-lockscreen", "--state"]):
             loaded += self.run_program(*command, LD_DEBUG="files").stderr
         for name in ("liblumora-platform", "liblumora-kit", "Lumora.bundle/Lumora", "AppList.dylib", "WeatherView"):
             self.assertRegex(loaded, rf"{re.escape(str(self.prefix))}\S*{name}")

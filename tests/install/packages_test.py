@@ -23,7 +23,8 @@ from harness.build import BUILD, SOURCE, output
 import bare_debian
 
 KEPT = BUILD / "tests/install/debian"
-PACKAGES = {"liblumora-dev", "liblumora6", "lumora-samples", "lumora-settings", "lumora-tweak", "lumoractl"}
+PACKAGES = {"liblumora-dev", "liblumora6", "lumora-common", "lumora-lockscreen", "lumora-samples", "lumora-settings",
+            "lumora-tweak", "lumoractl"}
 PERSON = 1000
 PERSONAL = {"HOME": "/home/person", "XDG_RUNTIME_DIR": "/home/person"}
 
@@ -150,7 +151,7 @@ class Packages(unittest.TestCase):
         brought.mkdir()
         for file in self.packages.values():
             shutil.copy(file, brought)
-        # Only a tool at first: it finds what is installed without the application.
+        # Only a tool at first: it finds what is installed without the applications.
         few = ("lumoractl", "lumora-samples", "liblumora6")
         debian.install(*(f"/srv/packages/{self.packages[name].name}" for name in few))
         self.assert_samples_are_found(debian)
@@ -203,6 +204,8 @@ class Packages(unittest.TestCase):
             self.assertIn("Podcasts", titles)
             debian.run_as_person("lumora-settings", "--grab", "/home/person/page.png")
             self.assertEqual((debian.root / "home/person/page.png").read_bytes()[:4], b"\x89PNG")
+            debian.run_as_person("lumora-lockscreen", "--grab", "/home/person/screen.png", "--surface", "N")
+            self.assertEqual((debian.root / "home/person/screen.png").read_bytes()[:4], b"\x89PNG")
             os.killpg(tweak.pid, signal.SIGTERM)
             self.assertEqual(tweak.wait(60), 0)
         finally:

@@ -1,0 +1,21 @@
+# Completion of lumora-lockscreen for fish.
+
+complete -c lumora-lockscreen -f
+complete -c lumora-lockscreen -s h -l help -d 'Print help'
+complete -c lumora-lockscreen -l version -d 'Print the version'
+complete -c lumora-lockscreen -l root -r -a '(__fish_complete_directories)' -d 'What stands for /'
+complete -c lumora-lockscreen -l landscape -d 'Turn the phone'
+complete -c lumora-lockscreen -l size -x -d 'The size of its screen'
+complete -c lumora-lockscreen -l passcode -x -d 'Its passcode, empty for none'
+complete -c lumora-lockscreen -l wallpaper -r -F -a 'dusk day night' -d 'What is behind everything'
+complete -c lumora-lockscreen -l surface -x -a 'N A V P O' -d 'Where to begin'
+complete -c lumora-lockscreen -l time -x -d 'The time to show, today or on a day'
+complete -c lumora-lockscreen -l battery -x -d 'How full it is, in percent'
+complete -c lumora-lockscreen -l secure -x -d 'Have this App View hide its contents'
+complete -c lumora-lockscreen -l play -r -F -d 'Do the gestures of a file'
+complete -c lumora-lockscreen -l idle -x -d 'Seconds that pass without a touch'
+complete -c lumora-lockscreen -l settings -r -F -d 'Draw the settings of a file'
+complete -c lumora-lockscreen -l state -d 'Print what the screen shows as JSON'
+complete -c lumora-lockscreen -l grab -r -F -d 'Save a picture of the screen'
+complete -c lumora-lockscreen -l tour -r -a '(__fish_complete_directories)' -d 'Save pictures of every surface'
+complete -c lumora-lockscreen -l log -d 'Print a line for each gesture'
