@@ -11,6 +11,7 @@ import statistics
 import sys
 import time
 
+from harness.client import Client
 from harness.display import HEIGHT, WIDTH
 from harness.waiting import LONG_ENOUGH
 from stage import LOOK, Stage
@@ -24,6 +25,7 @@ BACK = (40, 25)
 RIGHT_OF_ROWS = (WIDTH - 8, 121)  # the page's ground, unless another page's first row slides in over it
 FIELD = (20, BAR + 75 + 20, WIDTH - 40, HEIGHT - BAR - 75 - 60 - 90)
 ROUND = 36  # moves of a dragging finger, after which it comes to the same places again
+SCREEN = (20, 180, WIDTH, 60)  # where the lock screen has its subtitle
 RING = 16  # half the side of the square that holds the crosshair
 
 
@@ -121,6 +123,23 @@ def drag(stage, times, interval=None):
         stage.release()
 
 
+def change_face(stage, times):
+    """From the tweak's answer to the first change on the lock screen, which another program has told the tweak of."""
+    client = Client(stage.environment["LUMORA_PORTS"])
+    client.set("kTweakEnabled", True)
+    client.set("kSleepTime", 3600)
+    with stage.lockscreen("--time", "18:36"):
+        stage.when(lambda: stage.area(*SCREEN).count(b"\0") < 0.9 * 4 * SCREEN[2] * SCREEN[3])
+        stage.settle(*SCREEN, still=1)
+        for step in range(times):
+            pause()
+            before = stage.area(*SCREEN)
+            client.set("kLSDateSubtitle", f"Change {step}")
+            answered = time.monotonic()
+            yield stage.when(lambda: stage.area(*SCREEN) != before) - answered
+            stage.settle(*SCREEN)
+
+
 def entries(name, samples):
     """The median, and the 95th percentile."""
     milliseconds = [1000 * seconds for seconds in samples]
@@ -142,6 +161,7 @@ def main():
             *page_entries("OpenPageAgain", open_page_again(stage, times // 3)),
             *entries("MoveCrosshair", drag(stage, 3 * times)),
             *entries("DragCrosshair", drag(stage, 10 * times, 1 / 120)),
+            *entries("ChangeFace", change_face(stage, times)),
         ]
     json.dump({"context": {"times": times}, "benchmarks": benchmarks}, sys.stdout, indent=2)
     print()

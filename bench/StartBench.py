@@ -88,6 +88,7 @@ def main():
     arguments = parser.parse_args()
     with Stage(arguments.build) as stage:
         benchmarks = start(stage, "Window", stage.settings_command(), arguments.runs)
+        benchmarks += start(stage, "Face", stage.lockscreen_command("--time", "18:36"), arguments.runs)
         for name, program in PEERS.items() if arguments.peers else ():
             if shutil.which(program):
                 benchmarks += start(stage, name, [program], arguments.runs)

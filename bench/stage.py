@@ -79,6 +79,12 @@ class Stage:
     def settings(self, *options):
         return self.program(*self.settings_command(*options))
 
+    def lockscreen_command(self, *options):
+        return [self.build + "/bin/lumora-lockscreen", "--root", self.build + "/root", *options]
+
+    def lockscreen(self, *options):
+        return self.program(*self.lockscreen_command(*options))
+
     # -- eyes --
 
     def pixel(self, x, y):
