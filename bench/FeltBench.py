@@ -25,7 +25,7 @@ BACK = (40, 25)
 RIGHT_OF_ROWS = (WIDTH - 8, 121)  # the page's ground, unless another page's first row slides in over it
 FIELD = (20, BAR + 75 + 20, WIDTH - 40, HEIGHT - BAR - 75 - 60 - 90)
 ROUND = 36  # moves of a dragging finger, after which it comes to the same places again
-SCREEN = (20, 180, WIDTH, 60)  # where the lock screen has its subtitle
+SCREEN = (20, 225, WIDTH, 60)  # where the lock screen has its subtitle
 RING = 16  # half the side of the square that holds the crosshair
 
 
@@ -129,7 +129,7 @@ def change_face(stage, times):
     client.set("kTweakEnabled", True)
     client.set("kSleepTime", 3600)
     with stage.lockscreen("--time", "18:36"):
-        stage.when(lambda: stage.area(*SCREEN).count(b"\0") < 0.9 * 4 * SCREEN[2] * SCREEN[3])
+        stage.when(lambda: stage.pixel(*SCREEN[:2]) != "#000000")
         stage.settle(*SCREEN, still=1)
         for step in range(times):
             pause()

@@ -30,6 +30,8 @@ RATIOS = [
     ("discover 1,000 plug-ins / bare dlopen and dlsym", "DiscoverThousandPlugins", "LoadThousandPluginsBare", US, 1.5),
     ("discover 1,000 new plug-ins / bare dlopen and dlsym", "DiscoverThousandPluginsFirst", "LoadThousandPluginsBare",
      US, 3.0),
+    ("tweak's answer to a change, 16 followers of whom four are stuck / none", "ChangeAnswerWithFollowers",
+     "ChangeAnswer", US, 1.3),
 ]
 # what is told, benchmark, unit, the largest value that meets the goal
 COSTS = [
@@ -38,11 +40,17 @@ COSTS = [
     ("100 new connections to a port beside 200 busy ones, the last answered", "NewcomersAmongBusy", MS, 300),
     ("start to the first page on the screen, warm", "WindowStart", MS, 150),
     ("resident memory of the window then", "WindowMemory", MB, 64),
+    ("start to the lock screen, warm", "FaceStart", MS, 150),
+    ("resident memory of the lock screen then", "FaceMemory", MB, 65),
+    ("what a change makes of the lock screen, and where it differs, the dearest key", "LookOfChange", US, 50),
+    ("a change drawn with two pixels to a point, the dearest key", "FaceChangeAtTwo", MS, 4),
+    ("passcode view drawn with three pixels to a point", "PasscodeViewAtThree", MS, 8),
     ("blur of a lock screen with three pixels to a point", "BlurScreenAtThree", MS, 10),
     ("another tint and another blur's opacity there", "TintScreenAtThree", MS, 8),
     *((told + which, benchmark + suffix, MS, goal)
       for told, benchmark, goal, parts in (
           ("tap on a switch to its change on the screen", "TapSwitch", 2 * FRAME, (MEDIAN, TAIL)),
+          ("tweak's answer to the change on the lock screen", "ChangeFace", FRAME, (MEDIAN, TAIL)),
           ("tap on a link to the first row coming into view, page asks the tweak", "OpenPage", INSTANT, (MEDIAN, TAIL)),
           ("tap on a link to the page at rest, page asks the tweak", "OpenPageAtRest", AT_REST, (MEDIAN,)),
           ("tap on a link to the first row coming into view, page was open before", "OpenPageAgain", INSTANT,
