@@ -23,14 +23,26 @@ std::string nameOf(const std::string& file) {
     return file == "-" ? "standard input" : file;
 }
 
-Result<Dictionary> readSettings(const std::string& file) {
+Result<Value> readDocument(const std::string& file) {
     const Result<std::string> text = textOf(file);
-    if (!text) return Result<Dictionary>::failure(text.error());
-    const Result<Value> value = readJson(text.value());
-    if (!value) return Result<Dictionary>::failure(nameOf(file) + " is no JSON: " + value.error());
+    if (!text) return Result<Value>::failure(text.error());
+    Result<Value> value = readJson(text.value());
+    return value ? std::move(value) : Result<Value>::failure(nameOf(file) + " is no JSON: " + value.error());
+}
+
+Result<Dictionary> readSettings(const std::string& file) {
+    const Result<Value> value = readDocument(file);
+    if (!value) return Result<Dictionary>::failure(value.error());
     const Dictionary* settings = value.value().dictionary();
     return settings ? Result<Dictionary>(*settings)
                     : Result<Dictionary>::failure(nameOf(file) + " is no object of settings");
+}
+
+Result<std::vector<TourScene>> readScenes(const std::string& file) {
+    const Result<Value> value = readDocument(file);
+    if (!value) return Result<std::vector<TourScene>>::failure(value.error());
+    auto scenes = scenesIn(value.value());
+    return scenes ? std::move(scenes) : Result<std::vector<TourScene>>::failure(nameOf(file) + ", " + scenes.error());
 }
 
 Result<std::vector<Gesture>> readGestures(const std::string& file) {
@@ -69,6 +81,11 @@ Result<Inputs> readInputs(const Options& options) {
         auto gestures = readGestures(*options.play);
         if (!gestures) return Result<Inputs>::failure(gestures.error());
         inputs.gestures = std::move(gestures).value();
+    }
+    if (options.scenes) {
+        auto scenes = readScenes(*options.scenes);
+        if (!scenes) return Result<Inputs>::failure(scenes.error());
+        inputs.scenes = std::move(scenes).value();
     }
     return inputs;
 }

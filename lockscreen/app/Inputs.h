@@ -2,6 +2,7 @@
 
 #include "lockscreen/Gesture.h"
 #include "lockscreen/app/Options.h"
+#include "lockscreen/app/TourScenes.h"
 
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
@@ -16,6 +17,7 @@ namespace lumora {
 struct Inputs {
     std::optional<platform::Dictionary> settings; ///< nothing without a file: the tweak's are meant
     std::vector<Gesture> gestures;
+    std::vector<TourScene> scenes = {};
 };
 
 /// Reads them. Fails for a file that cannot be read or is not what it should be.

@@ -49,6 +49,10 @@ constexpr const char* kGestures = R"(A file of gestures has one a line:
   wait 3.5                (seconds)
 Lines that are empty or begin with "#" are passed over.
 
+A file of scenes has {"settings": {…}, "scenes": [{"name": "NAME", …}]}. Each scene is saved as NAME.png, and may have
+"settings" of its own beside those of all, "surface", "gestures" (a list), "wallpaper", "landscape" and "ratio" (1): it
+is saved if QT_SCALE_FACTOR is that.
+
 Exit codes: 0 done, 1 failed, 2 wrong use.)";
 
 } // namespace
@@ -102,6 +106,10 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     auto* grab = app.add_option("--grab", options.grab, "Save a picture of the screen, and end")->type_name("FILE.png");
     auto* tour =
         app.add_option("--tour", options.tour, "Save pictures of every surface in a folder, and end")->type_name("DIR");
+    app.add_option("--scenes", options.scenes, "Have the tour take the scenes of a file instead")
+        ->type_name("FILE.json")
+        ->needs(tour)
+        ->excludes(settings, play);
     state->excludes(grab, tour);
     grab->excludes(tour);
     app.add_flag("--log", options.log, "Print a line for each gesture and what comes of it; digits are dots");

@@ -21,7 +21,8 @@ struct Options {
     bool state = false;                  ///< print it, and end
     std::optional<std::filesystem::path> grab;
     std::optional<std::filesystem::path> tour;
-    bool log = false; ///< of gestures and outcomes, on standard output
+    std::optional<std::string> scenes; ///< a file of them, for the tour
+    bool log = false;                  ///< of gestures and outcomes, on standard output
 };
 
 /// Reads the command line. For --help, --version and wrong use, where nothing is left to do, prints the answer and sets
