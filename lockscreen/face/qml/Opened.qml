@@ -9,6 +9,7 @@ Rectangle {
     readonly property var part: face.look.opened
     readonly property real unit: face.unit
     readonly property bool isHome: part.identifier === ""
+    readonly property color shade: Qt.hsva(Math.max(0, icon.shade.hsvHue), Math.min(1, 1.5 * icon.shade.hsvSaturation), 0.62, 1) // under white texts
 
     opacity: part.visible ? 1 : 0
     visible: opacity > 0
@@ -16,10 +17,10 @@ Rectangle {
         enabled: opened.animated
         NumberAnimation { duration: 180 }
     }
-    color: icon.shade
+    color: shade
     gradient: Gradient {
-        GradientStop { position: 0; color: Qt.lighter(icon.shade, 1.25) }
-        GradientStop { position: 1; color: Qt.darker(icon.shade, 1.9) }
+        GradientStop { position: 0; color: opened.shade }
+        GradientStop { position: 1; color: Qt.darker(opened.shade, 3.2) }
     }
 
     PictureItem { // the home screen
