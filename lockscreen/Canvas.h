@@ -5,11 +5,27 @@
 #include "lockscreen/Look.h"
 
 #include <string>
+#include <utility>
 
 namespace lumora {
 
 inline constexpr Color kWhite{1, 1, 1};
 inline constexpr Color kInk{0.086, 0.141, 0.169}; ///< texts on bright pictures
+inline constexpr Color kNight{0.04, 0.035, 0.11}; ///< what darkens a picture under white texts
+
+/// What is seen of one colour under a share of another.
+[[nodiscard]] Color mixed(const Color& one, const Color& other, double share);
+
+/// What lies over a picture, and the colour of what can be read on it.
+struct Ground {
+    Color color;
+    double opacity = 0;
+    Color ink = kWhite;
+};
+/// A tint with no more shade or light below it than it takes to read on it what covers itself with a share of its own
+/// colour. `picture` has the luminance of the darkest place and of the brightest.
+[[nodiscard]] Ground legibleOn(const std::pair<double, double>& picture, const Color& tint, double opacity,
+                               double share, double enough);
 
 /// What the parts of a look are laid out on: the screen in units, and what is behind each place of it. Frames are given
 /// in units and come out in points.
@@ -30,16 +46,17 @@ class Canvas {
     [[nodiscard]] Color inkOn(const platform::CGRect& frame) const {
         return device_.picture.mean(share(frame)) > kBright ? kInk : kWhite;
     }
-    [[nodiscard]] double luminance(const platform::CGRect& frame) const { return device_.picture.mean(share(frame)); }
+    /// The darkest and the brightest that is seen in a frame under so much of the blur.
+    [[nodiscard]] std::pair<double, double> ground(const platform::CGRect& frame, double blur) const;
 
     [[nodiscard]] Mark mark(bool visible, const platform::CGRect& frame) const {
         return {{visible, frame}, visible ? inkOn(frame) : kWhite};
     }
-    /// A text on the picture, in a box that is as high as its line.
+    /// What is to be read on the picture, in a font of that size; on a shade if need be.
+    [[nodiscard]] Mark sign(bool visible, const platform::CGRect& frame, double size) const;
+    /// A text on the picture, in the middle of a box that is as high as its line.
     [[nodiscard]] Text text(bool visible, const platform::CGRect& frame, std::string words, double size,
-                            double opacity = 1) const {
-        return {mark(visible, frame), std::move(words), size * unit_, opacity};
-    }
+                            double opacity = 1, const std::string& font = "Default") const;
     /// A frosted pane that gives its texts a contrast of 4.5 : 1 wherever they stand on it; their colour with it. All
     /// panes are bright, or all are dark, as most of the picture is where they stand.
     [[nodiscard]] Color makeLegible(Pane& pane) const;

@@ -53,6 +53,7 @@ struct AppViewInfo {
 struct Device {
     const TextMeasure* texts = nullptr;
     Luminance picture;
+    Luminance blurred; ///< the picture behind panes
     platform::CGSize size{390, 844};
     std::string time; ///< as the clock shows it
     std::string date;

@@ -66,6 +66,8 @@ std::vector<KeyEntry> makeTable() {
     Scene home = scene(Surface::apps, true, withApps(), "tap icons[0]\nhome");
     home.passcode = false;
 
+    const std::vector<std::string_view> ground{"passcode", "keys", "statusBar", "battery"}; // of the passcode's texts
+
     return {
         // The first page
         {kTweakEnabled, false, none, {""}, onApps(true)},
@@ -169,22 +171,16 @@ std::vector<KeyEntry> makeTable() {
          scene(Surface::notices, true, with({{kLSStatusBarHidden, true}}))},
         {kSlideToUnlockText, "", none, {"slideHint"}, scene(Surface::notices, "come on in")},
         // Passcode view
-        {kLSPasscodeBlurHidden, false, none, {"passcode", "keys"}, onPasscode(true)},
+        {kLSPasscodeBlurHidden, false, none, ground, onPasscode(true)},
         {kLSPasscodeButtonsHidden, false, none, {"passcode.emergency", "passcode.cancel"}, onPasscode(true)},
         {kLSPasscodeTitleHidden, false, none, {"passcode", "keys"}, onPasscode(true)},
-        {kLSBlurColorEnabled,
-         false,
-         none,
-         {"passcode", "keys"},
+        {kLSBlurColorEnabled, false, none, ground,
          onPasscode(true, {{kLSBlurColor, Dictionary{{"h", 0.0}, {"s", 1.0}, {"b", 0.8}}}})},
-        {kLSBlurColor,
-         Dictionary{{"h", 0.6}, {"s", 0.75}, {"b", 0.9}},
-         none,
-         {"passcode", "keys"},
+        {kLSBlurColor, Dictionary{{"h", 0.6}, {"s", 0.75}, {"b", 0.9}}, none, ground,
          onPasscode(Dictionary{{"h", 0.3}, {"s", 0.9}, {"b", 0.6}}, {{kLSBlurColorEnabled, true}})},
-        {kLSBlurCutoffEnabled, false, none, {"passcode", "keys"}, onPasscode(true)},
-        {kLSPBlurOpacity, 1.0, Bounds{0, 1}, {"passcode"}, onPasscode(0.2)},
-        {kLSPTintOpacity, 1.0, Bounds{0, 1}, {"passcode", "keys"}, onPasscode(0.1)},
+        {kLSBlurCutoffEnabled, false, none, ground, onPasscode(true)},
+        {kLSPBlurOpacity, 1.0, Bounds{0, 1}, ground, onPasscode(0.2)},
+        {kLSPTintOpacity, 1.0, Bounds{0, 1}, ground, onPasscode(0.1)},
         {kLSPButtonDiam, 0.0, Bounds{-15, 15}, {"passcode", "keys"}, onPasscode(-15.0)},
         {kLSPButtonSpacingH, 1.0, Bounds{0, 3}, {"passcode", "keys"}, onPasscode(0.0)},
         {kLSPButtonSpacingV, 1.0, Bounds{0, 3}, {"passcode", "keys"}, onPasscode(0.0)},

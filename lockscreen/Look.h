@@ -51,11 +51,27 @@ struct Part {
     friend bool operator==(const Part&, const Part&) = default;
 };
 
+/// What lies between the picture and a text, where the picture alone would make it hard to read.
+struct ShadeLook {
+    platform::CGRect frame;
+    Color color;
+    double opacity = 0;
+
+    static constexpr auto fields() {
+        return std::tuple(Field{"frame", &ShadeLook::frame}, Field{"color", &ShadeLook::color},
+                          Field{"opacity", &ShadeLook::opacity});
+    }
+    friend bool operator==(const ShadeLook&, const ShadeLook&) = default;
+};
+
 /// A drawing of one colour, which stands out from what is behind it.
 struct Mark : Part {
     Color color;
+    ShadeLook shade = {};
 
-    static constexpr auto fields() { return std::tuple_cat(Part::fields(), std::tuple(Field{"color", &Mark::color})); }
+    static constexpr auto fields() {
+        return std::tuple_cat(Part::fields(), std::tuple(Field{"color", &Mark::color}, Field{"shade", &Mark::shade}));
+    }
     friend bool operator==(const Mark&, const Mark&) = default;
 };
 
@@ -175,7 +191,8 @@ struct AppViewLook : Pane {
     static constexpr auto fields() {
         return std::tuple_cat(Pane::fields(),
                               std::tuple(Field{"identifier", &AppViewLook::identifier},
-                                         Field{"application", &AppViewLook::application}, Field{"title", &AppViewLook::title}, Field{"secure", &AppViewLook::secure},
+                                         Field{"application", &AppViewLook::application},
+                                         Field{"title", &AppViewLook::title}, Field{"secure", &AppViewLook::secure},
                                          Field{"locked", &AppViewLook::locked}));
     }
     friend bool operator==(const AppViewLook&, const AppViewLook&) = default;

@@ -90,11 +90,16 @@ class Screen {
         const bool opened = isOn(Surface::opened);
         const double tall = canvas_.portrait ? 44 : 28;
         const bool bar = !opened && !style_.flag(kLSStatusBarHidden);
-        look_.statusBar = canvas_.mark(bar, canvas_.frame(0, 0, canvas_.width, tall));
+        const CGRect strip = canvas_.frame(0, 0, canvas_.width, tall);
+        look_.statusBar = canvas_.sign(bar, strip, 13);
         const std::string percent = std::to_string(std::lround(device_.battery * 100)) + " %";
         const double wide = canvas_.widthOf(percent, 13) + 6 + 27;
         look_.battery = canvas_.text(bar || (!opened && style_.flag(kAlwaysShowBattery)),
                                      canvas_.frame(canvas_.width - 24 - wide, (tall - 16) / 2, wide, 16), percent, 13);
+        if (bar) { // which the battery is a part of
+            look_.battery.color = look_.statusBar.color;
+            look_.battery.shade = {};
+        }
 
         const bool grabbers = stage_ && !style_.flag(kGrabbersDisabled);
         const double middle = (canvas_.width - 38) / 2;
@@ -122,7 +127,8 @@ class Screen {
         const double needed = canvas_.widthOf(device_.time, size, font);
         const double drawn = needed > wide ? size * wide / needed : size;
         const double unit = device_.unit();
-        static_cast<Text&>(clock) = canvas_.text(visible, canvas_.frame(kMargin, top, wide, tall), device_.time, size);
+        static_cast<Text&>(clock) =
+            canvas_.text(visible, canvas_.frame(kMargin, top, wide, tall), device_.time, size, 1, font);
         clock.font = font;
         clock.drawnSize = drawn * unit;
 
@@ -133,7 +139,7 @@ class Screen {
         const int lines = canvas_.widthOf(words, smaller, font) > wide && hasRoom ? 2 : 1;
         const bool hidden = style_.flag(kLSDateSubtitleHidden);
         static_cast<Text&>(subtitle) = canvas_.text(
-            visible && !hidden, canvas_.frame(kMargin, top + tall + 4, wide, lines * line), words, smaller, 0.92);
+            visible && !hidden, canvas_.frame(kMargin, top + tall + 4, wide, lines * line), words, smaller, 0.92, font);
         subtitle.font = font;
         // Its room stays when it is hidden, so that nothing else moves then, and does not grow by a long text.
         dateEnd_ = top + tall + 4 + line;
@@ -172,7 +178,7 @@ class Screen {
             };
             const double when = canvas_.widthOf(notice.when, 12);
             write(item.title, notice.title, 68, 14, wide - 68 - 32 - when, 15, 1);
-            write(item.when, notice.when, wide - 16 - when, 16, when, 12, 0.85);
+            write(item.when, notice.when, wide - 16 - when, 16, when, 12, 1);
             write(item.text, notice.text, 68, 37, wide - 68 - 16, 14, 1);
         }
     }
@@ -220,11 +226,8 @@ class Screen {
             icon.picture = {canvas_.frame(x + (cell - edge) / 2, y, edge, edge), opacity, round};
 
             const CGRect below = canvas_.frame(x + 2, y + edge + 6, cell - 4, 12 * Canvas::kLine);
-            icon.label = {
-                {{icon.visible && labels, below}, view.blurred || !icon.visible ? onPane : canvas_.inkOn(below)},
-                application.name,
-                12 * unit,
-                1};
+            icon.label = {{{icon.visible && labels, below}, onPane}, application.name, 12 * unit, 1};
+            if (icon.label.visible && !view.blurred) icon.label = canvas_.text(true, below, application.name, 12);
             const auto badge = device_.badges.find(application.identifier);
             const int number = badge == device_.badges.end() ? 0 : badge->second;
             const std::string digits = number > 99 ? "99+" : std::to_string(number);
@@ -267,10 +270,10 @@ class Screen {
         const std::string words = own.empty() ? "slide to unlock" : own;
         const double most = canvas_.portrait ? canvas_.width - 150 : canvas_.width * 0.28;
         const double text = std::min(canvas_.widthOf(words, 18), most);
-        const double wide = canvas_.portrait ? std::max(text, 132.0) : 112 + 16 + text;
+        const double wide = canvas_.portrait ? std::max(text, 150.0) : 118 + 16 + text;
         const double left = canvas_.portrait ? (canvas_.width - wide) / 2
                             : sideBySide_    ? std::max(kMargin, canvas_.width * 0.22 - wide / 2)
-                                             : 30;
+                                             : 24;
         const CGRect frame =
             canvas_.frame(left, canvas_.height - (canvas_.portrait ? 82 : 50), wide, canvas_.portrait ? 48 : 24);
         look_.slideHint = canvas_.text(stage_ && !style_.flag(kSlideToUnlockDisabled), frame, words, 18);
@@ -340,30 +343,6 @@ class Screen {
 };
 
 } // namespace
-
-Color Canvas::makeLegible(Pane& pane) const {
-    constexpr double enough = 4.5;
-    const platform::CGRect part = share(pane.frame);
-    const bool bright = device_.picture.mean(platform::CGRectMake(0, 0.5, 1, 0.35)) > kBright;
-    const double ink = luminanceOf(kInk);
-    const double darkest = device_.picture.lowest(part);
-    const double brightest = device_.picture.highest(part);
-    if (bright) {
-        pane.tint = kWhite;
-        pane.tintOpacity = 0.42;
-        while (pane.tintOpacity < 1 && contrast(laidOver(darkest, kWhite, pane.tintOpacity), ink) < enough)
-            pane.tintOpacity = std::min(1.0, pane.tintOpacity + 0.04);
-        return kInk;
-    }
-    pane.tint = kWhite;
-    pane.tintOpacity = 0.15;
-    if (contrast(1, laidOver(brightest, kWhite, pane.tintOpacity)) >= enough) return kWhite;
-    pane.tint = {0.04, 0.035, 0.11};
-    for (pane.tintOpacity = 0.08;
-         pane.tintOpacity < 1 && contrast(1, laidOver(brightest, pane.tint, pane.tintOpacity)) < enough;)
-        pane.tintOpacity = std::min(1.0, pane.tintOpacity + 0.04);
-    return kWhite;
-}
 
 double Device::unit() const {
     const double shorter = std::min(size.width, size.height);

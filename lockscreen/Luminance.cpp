@@ -71,8 +71,9 @@ double luminanceOf(const Color& color) {
 }
 
 double laidOver(double surface, const Color& color, double opacity) {
-    // Screens blend encoded values.
-    return linear(encoded(surface) * (1 - opacity) + encoded(luminanceOf(color)) * opacity);
+    // Screens blend encoded values, each channel by itself.
+    const double grey = encoded(surface) * (1 - opacity);
+    return luminanceOf({grey + color.red * opacity, grey + color.green * opacity, grey + color.blue * opacity});
 }
 
 double contrast(double one, double other) {

@@ -34,7 +34,7 @@ class Luminance {
 
 /// Relative luminance of a colour.
 [[nodiscard]] double luminanceOf(const Color& color);
-/// The luminance of a colour laid over a surface of some luminance.
+/// The luminance of a colour laid over a grey surface of some luminance.
 [[nodiscard]] double laidOver(double surface, const Color& color, double opacity);
 /// From 1 to 21, of two luminances.
 [[nodiscard]] double contrast(double one, double other);

@@ -9,8 +9,8 @@
 namespace lumora {
 namespace {
 
-/// From this luminance of picture and tint together, texts and rings are ink.
-constexpr double kBrightKeypad = 0.24;
+constexpr double kEnough = 4.6; // of contrast
+constexpr double kRing = 0.10;  // of its own colour, in a key
 
 struct Tint {
     Color color;
@@ -68,15 +68,21 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
     const bool blurred = visible && !style.flag(kLSPasscodeBlurHidden);
     const double cut = style.flag(kLSBlurCutoffEnabled) ? std::max(0.0, std::round(pad.top - 26)) : 0;
     const platform::CGRect below = canvas.frame(0, cut, canvas.width, canvas.height - cut);
-    const Tint tint = tintOf(style);
-    view.blur = {{blurred, below}, style.number(kLSPBlurOpacity)};
+    const double share = style.number(kLSPBlurOpacity);
+    const Tint asked = tintOf(style);
+    const auto picture = canvas.ground(below, blurred ? share : 0);
+    const Ground tint = blurred ? legibleOn(picture, asked.color, asked.opacity, kRing, kEnough)
+                                : legibleOn(picture, asked.color, 0, 0, 1);
+    const Color color = tint.ink;
+    if (blurred && cut == 0) // the bar stands on it as well
+        for (Mark* mark : {&look.statusBar, static_cast<Mark*>(&look.battery)}) {
+            mark->color = color;
+            mark->shade = {};
+        }
+    view.blur = {{blurred, below}, share};
     view.tint = {{{blurred, below}, tint.color}, tint.opacity};
     view.cutoff = {blurred && cut > 0, canvas.frame(0, cut, canvas.width, 1)};
 
-    const platform::CGRect keypad = canvas.frame(pad.left, pad.top, pad.width(), pad.height());
-    const double behind = canvas.luminance(keypad);
-    const double shown = style.flag(kLSPasscodeBlurHidden) ? behind : laidOver(behind, tint.color, tint.opacity);
-    const Color color = shown > kBrightKeypad ? kInk : kWhite;
     const auto write = [&](bool isShown, const platform::CGRect& frame, std::string words, double size) {
         return Text{{{isShown, frame}, color}, std::move(words), size * unit, 1};
     };

@@ -39,10 +39,11 @@ int printState(int argc, char** argv, const Options& options, const Inputs& inpu
     Device device = phone.value().device(std::time(nullptr));
     device.texts = &widths;
     const platform::CGSize& size = device.size;
-    auto backdrop = makeBackdrop({QString::fromStdString(options.wallpaper),
+    const auto backdrop = makeBackdrop({QString::fromStdString(options.wallpaper),
                                   QSize(static_cast<int>(size.width), static_cast<int>(size.height)), 1});
     if (!backdrop) return programs::complain(backdrop.error());
-    device.picture = std::move(backdrop).value().luminance;
+    device.picture = backdrop.value().luminance;
+    device.blurred = backdrop.value().blurred;
 
     Behaviour behaviour(settings.value(), std::move(device), eventLog(options.log));
     if (const auto played = play(behaviour, options, inputs); !played) return programs::complain(played.error());

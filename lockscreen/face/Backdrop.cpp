@@ -20,7 +20,7 @@ namespace {
 /// The radius of each box of the blur, in units of the screen.
 constexpr double kBlurRadius = 26;
 /// The edge of a cell of the luminance, in points.
-constexpr int kCell = 24;
+constexpr int kCell = 12;
 
 double unitOf(const QSize& points) {
     Device device;
@@ -43,6 +43,7 @@ Result<BackdropPictures> makeBackdrop(const BackdropOrder& order) {
     made.soft = quartered(made.sharp);
     blur(made.soft, static_cast<int>(std::lround(kBlurRadius * unitOf(points) * order.ratio / kSoftScale)));
     made.luminance = measureLuminance(made.sharp, points / kCell);
+    made.blurred = measureLuminance(made.soft, points / kCell);
     made.ratio = order.ratio;
     return made;
 }

@@ -31,7 +31,8 @@ struct BackdropPictures {
     QImage sharp; ///< opaque, as large as the screen
     QImage soft;  ///< the blur, a quarter as large (Blur.h)
     Luminance luminance;
-    double ratio = 1; ///< pixels to a point
+    Luminance blurred; ///< of the blur
+    double ratio = 1;  ///< pixels to a point
 };
 
 /// Reads the picture, cuts its middle to the screen's shape and blurs it. Takes a tenth of a second for a large screen.
@@ -60,6 +61,7 @@ class Backdrop : public QObject {
     [[nodiscard]] const QImage& sharp() const { return pictures_.sharp; }
     [[nodiscard]] const QImage& soft() const { return pictures_.soft; }
     [[nodiscard]] const Luminance& luminance() const { return pictures_.luminance; }
+    [[nodiscard]] const Luminance& blurred() const { return pictures_.blurred; }
     [[nodiscard]] double ratio() const { return pictures_.ratio; }
 
   signals:

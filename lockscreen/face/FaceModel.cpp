@@ -36,6 +36,7 @@ Device deviceOf(const Backdrop& backdrop, const TextMeasure& texts) {
     Device device;
     device.texts = &texts;
     device.picture = backdrop.luminance();
+    device.blurred = backdrop.blurred();
     return device;
 }
 
@@ -65,6 +66,7 @@ FaceModel::FaceModel(Backdrop& backdrop, IconStore& icons, const TextMeasure& te
     connect(&backdrop, &Backdrop::changed, this, [this] {
         Device device = behaviour_.device();
         device.picture = backdrop_.luminance();
+        device.blurred = backdrop_.blurred();
         behaviour_.setDevice(std::move(device));
         refresh();
     });
@@ -164,6 +166,7 @@ void FaceModel::setPhone(const Device& phone) {
     const Device& own = behaviour_.device();
     device.texts = own.texts;
     device.picture = own.picture;
+    device.blurred = own.blurred;
     device.size = own.size;
     behaviour_.setDevice(std::move(device));
     ++edition_;

@@ -106,7 +106,7 @@ TEST(Look, TintsThePasscodeInTheChosenColour) {
 TEST(Look, GivesTextsACornerOfContrastOnAnyPicture) {
     for (const float luminance : {0.F, 0.1F, 0.2F, 0.3F, 0.5F, 1.F}) {
         Device device = sampleDevice();
-        device.picture = Luminance(1, 1, {luminance});
+        device.picture = device.blurred = Luminance(1, 1, {luminance});
         const Look look = lookOf(withApps(), device, State());
         const NoticeLook& notice = look.notices.items[0];
         const double surface = laidOver(luminance, notice.tint, notice.tintOpacity);

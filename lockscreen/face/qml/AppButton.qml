@@ -45,6 +45,7 @@ Item {
             Accessible.ignored: true
         }
     }
+    Shade { part: button.part.label }
     Words {
         part: button.part.label
         horizontalAlignment: Text.AlignHCenter

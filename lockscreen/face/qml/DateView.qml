@@ -17,6 +17,8 @@ Item {
         Accessible.role: Accessible.StaticText
         Accessible.name: [date.clock, date.subtitle].filter(one => one.visible).map(one => one.text).join(", ")
     }
+    Shade { part: date.clock }
+    Shade { part: date.subtitle }
     ChosenText {
         x: date.clock.frame.x
         y: date.clock.frame.y

@@ -112,6 +112,7 @@ FocusScope {
                 origin: screen.icon
             }
         }
+        Shade { part: screen.look.slideHint }
         SlideHint { face: screen.face }
         Dots { face: screen.face }
         Edges {

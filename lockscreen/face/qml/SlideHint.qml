@@ -17,7 +17,7 @@ Item {
     visible: part.visible
 
     Text {
-        x: hint.inline ? 128 * hint.unit : 0
+        x: hint.inline ? 134 * hint.unit : 0
         width: hint.width - x
         horizontalAlignment: hint.inline ? Text.AlignLeft : Text.AlignHCenter
         text: hint.part.text
@@ -37,7 +37,7 @@ Item {
         color: hint.part.color
         width: (hint.inline ? 106 : 126) * hint.unit
         height: 14 * hint.unit
-        x: hint.inline ? 6 * hint.unit : (hint.width - width) / 2
+        x: hint.inline ? 12 * hint.unit : (hint.width - width) / 2
         y: (hint.inline ? 5 : 30) * hint.unit
     }
     Glyph {

@@ -9,6 +9,8 @@ Item {
     readonly property var battery: face.look.battery
     readonly property real unit: face.unit
 
+    Shade { part: bar.part }
+    Shade { part: bar.battery }
     Placed {
         part: bar.part
         Accessible.role: Accessible.StaticText

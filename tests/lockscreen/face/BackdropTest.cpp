@@ -55,6 +55,7 @@ TEST(Backdrop, IsMadeForTheScreen) {
     EXPECT_EQ(told.backdrop.soft(), flat({65, 141}, qRgb(188, 188, 188)));
     EXPECT_EQ(told.backdrop.ratio(), 2);
     EXPECT_NEAR(told.backdrop.luminance().mean({{}, {1, 1}}), 0.5, 0.01);
+    EXPECT_NEAR(told.backdrop.blurred().mean({{}, {1, 1}}), 0.5, 0.01);
 }
 
 TEST(Backdrop, IsBlurredAsFarOnEveryScreen) {

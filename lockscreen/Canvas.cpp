@@ -1,0 +1,89 @@
+#include "lockscreen/Canvas.h"
+
+#include <algorithm>
+
+namespace lumora {
+namespace {
+
+constexpr double kEnough = 4.8; // of contrast, with some for what a measure in cells overlooks
+constexpr double kEnoughForLarge = 3.3;
+constexpr double kLarge = 18;   // points
+constexpr double kStep = 0.04;  // of opacity
+constexpr double kGlass = 0.15; // of white, on dark pictures
+
+} // namespace
+
+Color mixed(const Color& one, const Color& other, double share) {
+    const auto mix = [share](double a, double b) { return a + (b - a) * share; };
+    return {mix(one.red, other.red), mix(one.green, other.green), mix(one.blue, other.blue)};
+}
+
+Ground legibleOn(const std::pair<double, double>& picture, const Color& tint, double opacity, double share,
+                 double enough) {
+    Ground best;
+    double most = 0;
+    for (double shade = 0; most < enough && shade <= 1; shade += kStep) {
+        const double whole = 1 - (1 - shade) * (1 - opacity);
+        for (const auto& [ink, below] : {std::pair(kWhite, kNight), std::pair(kInk, kWhite)}) {
+            const Color color = whole > 0 ? mixed(below, tint, opacity / whole) : tint;
+            const auto on = [&, ink = ink](double behind) {
+                const double ground = laidOver(laidOver(behind, color, whole), ink, share);
+                return contrast(ground, luminanceOf(ink));
+            };
+            const double least = std::min(on(picture.first), on(picture.second));
+            if (least > most) {
+                most = least;
+                best = {color, whole, ink};
+            }
+        }
+    }
+    return best;
+}
+
+Mark Canvas::sign(bool visible, const platform::CGRect& frame, double size) const {
+    Mark mark{{visible, frame}, kWhite};
+    if (!visible) return mark;
+    const Ground found = legibleOn(ground(frame, 0), kNight, 0, 0, size < kLarge ? kEnough : kEnoughForLarge);
+    mark.color = found.ink;
+    if (found.opacity > 0) mark.shade = {frame, found.color, found.opacity};
+    return mark;
+}
+
+Text Canvas::text(bool visible, const platform::CGRect& frame, std::string words, double size, double opacity,
+                  const std::string& font) const {
+    const double wide = std::min(frame.size.width, (widthOf(words, size, font) + 16) * unit_);
+    const platform::CGRect middle =
+        platform::CGRectMake(frame.origin.x + (frame.size.width - wide) / 2, frame.origin.y, wide, frame.size.height);
+    Text text{sign(visible, middle, size), std::move(words), size * unit_, opacity};
+    text.frame = frame;
+    return text;
+}
+
+std::pair<double, double> Canvas::ground(const platform::CGRect& frame, double blur) const {
+    const platform::CGRect part = share(frame);
+    const auto mix = [blur](double sharp, double soft) { return sharp + (soft - sharp) * blur; };
+    return {mix(device_.picture.lowest(part), device_.blurred.lowest(part)),
+            mix(device_.picture.highest(part), device_.blurred.highest(part))};
+}
+
+Color Canvas::makeLegible(Pane& pane) const {
+    const platform::CGRect part = share(pane.frame);
+    if (device_.picture.mean(platform::CGRectMake(0, 0.5, 1, 0.35)) > kBright) {
+        const double darkest = device_.blurred.lowest(part);
+        const double ink = luminanceOf(kInk);
+        pane.tint = kWhite;
+        pane.tintOpacity = 0.42;
+        while (pane.tintOpacity < 1 && contrast(laidOver(darkest, kWhite, pane.tintOpacity), ink) < kEnough)
+            pane.tintOpacity = std::min(1.0, pane.tintOpacity + kStep);
+        return kInk;
+    }
+    // White glass, under which lies as much of the night as the brightest place needs.
+    const double brightest = device_.blurred.highest(part);
+    for (double dark = 0;; dark = std::min(1.0, dark + kStep)) {
+        pane.tintOpacity = 1 - (1 - kGlass) * (1 - dark);
+        pane.tint = mixed(kNight, kWhite, kGlass / pane.tintOpacity);
+        if (dark == 1 || contrast(1, laidOver(brightest, pane.tint, pane.tintOpacity)) >= kEnough) return kWhite;
+    }
+}
+
+} // namespace lumora
