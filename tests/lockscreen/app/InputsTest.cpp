@@ -3,6 +3,7 @@
 #include "lockscreen/app/Playing.h"
 
 #include "link/PreferenceKeys.h"
+#include "json/Json.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -46,6 +47,49 @@ TEST(EventLog, HidesWhichDigitsAreTyped) {
     for (const char* line : {"key Left", "key S", "tap icons[2]", "tap passcode.cancel", "tap", "wait 3", "slide",
                              "swipe notices.items[0] 0.4", "-> wrong", "-> opens org.example.7", "-> page 2"})
         EXPECT_EQ(discreet(line), line);
+}
+
+platform::Result<std::vector<TourScene>> scenesOf(const std::string& json) {
+    return scenesIn(readJson(json).value());
+}
+
+TEST(TourScenes, AddTheirSettingsToThoseOfAll) {
+    const auto scenes = scenesOf(R"({"settings": {"kAppsPerRow": 3, "kAppIconSize": 50}, "scenes": [
+        {"name": "plain"},
+        {"name": "full", "settings": {"kAppIconSize": 60}, "surface": "P", "gestures": ["key 1", "wait 2"],
+         "wallpaper": "night", "landscape": true, "ratio": 2}]})");
+    ASSERT_TRUE(scenes) << scenes.error();
+    ASSERT_EQ(scenes.value().size(), 2U);
+    const TourScene& plain = scenes.value()[0];
+    EXPECT_EQ(plain.name, "plain");
+    EXPECT_EQ(plain.settings, (platform::Dictionary{{kAppsPerRow, 3}, {kAppIconSize, 50}}));
+    EXPECT_EQ(plain.surface, Surface::notices);
+    EXPECT_EQ(plain.ratio, 1);
+    const TourScene& full = scenes.value()[1];
+    EXPECT_EQ(full.settings, (platform::Dictionary{{kAppsPerRow, 3}, {kAppIconSize, 60}}));
+    EXPECT_EQ(full.surface, Surface::passcode);
+    EXPECT_EQ(full.gestures.size(), 2U);
+    EXPECT_EQ(full.wallpaper, "night");
+    EXPECT_TRUE(full.landscape);
+    EXPECT_EQ(full.ratio, 2);
+}
+
+TEST(TourScenes, TellWhichCannotBeRead) {
+    for (const auto& [json, why] : std::vector<std::pair<std::string, std::string>>{
+             {"{}", "no scenes"},
+             {R"({"scenes": []})", "no scenes"},
+             {R"({"settings": 1, "scenes": [{"name": "a"}]})", "settings"},
+             {R"({"scenes": [{"name": "a"}, {"surface": "A"}]})", "scene 2: it has no name"},
+             {R"({"scenes": [{"name": "../a"}]})", "scene 1: no name"},
+             {R"({"scenes": [{"name": "a"}, {"name": "a"}]})", "scene 2: its name is that of another"},
+             {R"({"scenes": [{"name": "a", "surface": "X"}]})", "no surface"},
+             {R"({"scenes": [{"name": "a", "wallpaper": "noon"}]})", "no wallpaper"},
+             {R"({"scenes": [{"name": "a", "gestures": ["dance"]}]})", "gestures, line 1"},
+             {R"({"scenes": [{"name": "a", "colour": 1}]})", "a scene has no colour"}}) {
+        const auto scenes = scenesOf(json);
+        ASSERT_FALSE(scenes) << json;
+        EXPECT_THAT(scenes.error(), HasSubstr(why)) << json;
+    }
 }
 
 struct Playing : testing::Test {

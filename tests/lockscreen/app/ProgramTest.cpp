@@ -276,9 +276,9 @@ TEST_F(LockScreen, TellsItsVersionAndItsUse) {
     EXPECT_THAT(lockscreen({"--version"}).output, StartsWith("lumora-lockscreen 1."));
     const Finished help = lockscreen({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* option :
-         {"--root", "--landscape", "--size", "--passcode", "--wallpaper", "--surface", "--time", "--battery",
-          "--secure", "--idle", "--play", "--state", "--grab", "--tour", "--settings", "--log", "tap icons[2]"})
+    for (const char* option : {"--root", "--landscape", "--size", "--passcode", "--wallpaper", "--surface", "--time",
+                               "--battery", "--secure", "--idle", "--play", "--state", "--grab", "--tour", "--scenes",
+                               "--settings", "--log", "tap icons[2]"})
         EXPECT_THAT(help.output, HasSubstr(option));
 }
 
