@@ -1,3 +1,4 @@
+#include "tests/lockscreen/AllowedPaths.h"
 #include "tests/lockscreen/SampleDevice.h"
 
 #include "tweak/Defaults.h"
@@ -5,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <limits>
 
 using namespace lumora;
@@ -47,14 +47,6 @@ Player played(const Scene& scene, const Dictionary& settings, bool landscape) {
     player.behaviour.show(scene.surface, player.now);
     player.play(scene.events);
     return player;
-}
-
-bool isAllowed(const KeyEntry& entry, const std::string& path) {
-    return std::ranges::any_of(entry.paths, [&](std::string_view allowed) {
-        if (!path.starts_with(allowed)) return false;
-        return allowed.empty() || path.size() == allowed.size() || path[allowed.size()] == '.' ||
-               path[allowed.size()] == '[';
-    });
 }
 
 /// One key after the other, named by it.
