@@ -16,7 +16,8 @@ from fontTools.ttLib import TTCollection
 TEXTS = [*range(0x20, 0x7F), *range(0xA0, 0x100), *range(0x2010, 0x203B)]
 NAMES = [ord(letter) for letter in set("-InterDisplayBlackBoldExtraItalicLightMediumRegularSemiThin")]
 
-LOCKSCREEN = ["Inter-Light", "Inter-Regular", "Inter-Medium", "Inter-SemiBold", "InterDisplay-Light", "InterDisplay-SemiBold"]
+LOCKSCREEN = ["Inter-Light", "Inter-Regular", "Inter-Medium", "Inter-SemiBold",
+              "InterDisplay-Light", "InterDisplay-SemiBold"]
 
 lockscreen = "--lockscreen" in sys.argv
 kept = TTCollection()

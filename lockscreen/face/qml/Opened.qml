@@ -9,7 +9,9 @@ Rectangle {
     readonly property var part: face.look.opened
     readonly property real unit: face.unit
     readonly property bool isHome: part.identifier === ""
-    readonly property color shade: Qt.hsva(Math.max(0, icon.shade.hsvHue), Math.min(1, 1.5 * icon.shade.hsvSaturation), 0.62, 1) // under white texts
+    // Deep enough for white texts.
+    readonly property color shade: Qt.hsva(Math.max(0, icon.shade.hsvHue), Math.min(1, 1.5 * icon.shade.hsvSaturation),
+                                           0.62, 1)
 
     opacity: part.visible ? 1 : 0
     visible: opacity > 0
