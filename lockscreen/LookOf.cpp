@@ -268,15 +268,17 @@ class Screen {
     void layOutFoot() {
         const std::string own = onOneLine(style_.text(kSlideToUnlockText));
         const std::string words = own.empty() ? "slide to unlock" : own;
-        const double most = canvas_.portrait ? canvas_.width - 150 : canvas_.width * 0.28;
+        const double most = canvas_.portrait ? canvas_.width - 150 : canvas_.width * 0.27;
         const double text = std::min(canvas_.widthOf(words, 18), most);
-        const double wide = canvas_.portrait ? std::max(text, 150.0) : 118 + 16 + text;
+        const double wide = canvas_.portrait ? std::max(text, 150.0) : 134 + text + 8;
         const double left = canvas_.portrait ? (canvas_.width - wide) / 2
                             : sideBySide_    ? std::max(kMargin, canvas_.width * 0.22 - wide / 2)
                                              : 24;
-        const CGRect frame =
-            canvas_.frame(left, canvas_.height - (canvas_.portrait ? 82 : 50), wide, canvas_.portrait ? 48 : 24);
-        look_.slideHint = canvas_.text(stage_ && !style_.flag(kSlideToUnlockDisabled), frame, words, 18);
+        const double top = canvas_.height - (canvas_.portrait ? 82 : 50);
+        const double rail = canvas_.portrait ? 0 : 126; // is before the words
+        const CGRect line = canvas_.frame(left + rail, top, wide - rail, 18 * Canvas::kLine);
+        look_.slideHint = canvas_.text(stage_ && !style_.flag(kSlideToUnlockDisabled), line, words, 18);
+        look_.slideHint.frame = canvas_.frame(left, top, wide, canvas_.portrait ? 48 : 24);
 
         const auto dots = static_cast<double>(look_.stages.size());
         const double row = dots * 13 + 3; // one of them is longer
