@@ -6,7 +6,6 @@
 Needs what spoken.py needs.
 """
 import contextlib
-import os
 import signal
 import subprocess
 import time
@@ -16,7 +15,7 @@ import pyatspi
 
 from harness.faulty import FaultyTweak, silent
 from harness.programs import Lines, program
-from harness.spoken import BUTTON, Spoken, children
+from harness.spoken import BUTTON, Spoken
 from harness.tweak import Tweak
 from harness.waiting import LONG_ENOUGH, eventually
 
@@ -298,6 +297,11 @@ class ToldTest(LockScreen):
         tells(*"1234567890", "Emergency", "Cancel", around=top[:2])
         self.go(window, "Cancel", "Books", *PASSCODE)
         tells("Home", around=[(LABEL, "Books, Unlocked")])
+        self.keys(window, "s")
+        tells("Wake", around=[])
+        self.go(window, "Wake")
+        self.expect_log(window, "tap", "-> wakes")
+        self.named(window, BUTTON, "slide to unlock")
 
     def test_an_icon_says_what_it_does_and_is_held(self):
         self.enable()

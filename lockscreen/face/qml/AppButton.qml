@@ -58,7 +58,7 @@ Item {
     }
     Action {
         face: button.face
-        focus: button.here && button.face.focused === button.index
+        keyed: button.here && button.face.focused === button.index
         visible: button.here
         x: button.part.frame.x
         y: button.part.frame.y

@@ -61,12 +61,13 @@ FocusScope {
     }
     StatusBar { // what is told comes in the order of reading
         anchors.fill: parent
+        visible: veil.opacity < 1
         face: screen.face
     }
     Item {
         anchors.fill: parent
         opacity: 1 - passcode.shown
-        visible: passcode.shown < 1 && opened.opacity < 1
+        visible: passcode.shown < 1 && opened.opacity < 1 && veil.opacity < 1
 
         DateView {
             anchors.fill: parent
@@ -133,6 +134,7 @@ FocusScope {
         animated: screen.animated
     }
     Veil {
+        id: veil
         anchors.fill: parent
         face: screen.face
         animated: screen.animated

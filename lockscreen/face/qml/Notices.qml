@@ -72,7 +72,7 @@ Repeater {
         }
         Action {
             face: notices.face
-            focus: notice.visible && notices.face.focused === notice.index
+            keyed: notice.visible && notices.face.focused === notice.index
             x: notice.part.frame.x
             y: notice.part.frame.y
             width: notice.part.frame.width

@@ -1,5 +1,6 @@
 // The face as it is used: by keys, and by fingers that do what nobody expects.
 
+#include "tests/lockscreen/face/Pictures.h"
 #include "tests/lockscreen/face/Tried.h"
 
 #include <gmock/gmock.h>
@@ -32,6 +33,8 @@ class Seen : public Tried {
         : Tried(std::move(chosen), passcode) {
         engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
         window.resize(390, 844);
+        const PictureFolder folder;
+        (void)backdrop.make({folder.save(flat({390, 844}, qRgb(40, 60, 90))), window.size(), 1});
         QQmlComponent component(&engine_, QUrl(QStringLiteral("qrc:/qt/qml/LumoraFace/Face.qml")));
         item.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(
             {{"face", QVariant::fromValue(&face)}, {"animated", animated}, {"width", 390}, {"height", 844}})));
@@ -205,6 +208,15 @@ TEST(FaceByKeys, GoesEverywhereAndBack) {
     EXPECT_THAT(seen.press("S Right").outcomes(), ElementsAre("sleeps", "wakes"));
 }
 
+TEST(FaceByKeys, ShowsTheSameAfterItHasSlept) {
+    Seen seen;
+    const QImage before = seen.picture();
+    seen.press("S");
+    EXPECT_EQ(seen.picture().pixelColor(195, 400), Qt::black);
+    seen.press("Left");
+    EXPECT_EQ(seen.picture(), before);
+}
+
 TEST(FaceByKeys, ShowsWhereTheKeyboardIs) {
     Seen seen;
     EXPECT_THAT(seen.shown("FocusFrame"), IsEmpty());
@@ -221,6 +233,16 @@ TEST(FaceByKeys, ShowsWhereTheKeyboardIs) {
     seen.press("Escape");
     EXPECT_THAT(seen.shown("FocusFrame"), IsEmpty());
     EXPECT_EQ(seen.window.activeFocusItem(), seen.item.get());
+}
+
+TEST(FaceByKeys, PressesWhatAssistiveToolsHaveTakenTheKeyboardTo) {
+    Seen seen(enabled(), "");
+    seen.press("Right");
+    for (QQuickItem* action : seen.shown("Action_"))
+        if (action->property("gesture") == "tap icons[1]") action->forceActiveFocus();
+    seen.logged();
+    seen.press("Enter");
+    EXPECT_THAT(seen.logged(), ElementsAre("tap icons[1]", "-> opens org.lumora.samples.Weather"));
 }
 
 TEST(FaceByKeys, TakesAHeldKeyOnceUnlessItMoves) {
