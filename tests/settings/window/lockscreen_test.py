@@ -5,6 +5,7 @@
 
 Needs what spoken.py needs.
 """
+import struct
 import unittest
 
 import pyatspi
@@ -27,8 +28,11 @@ class LockScreenTest(Spoken):
 
     def open_wide(self, *options):
         window = self.open_window("--size", "{}x{}".format(*WIDE), *options)
-        eventually(lambda: LOCK_SCREEN in self.spoken(window, PANE), "the lock screen")
+        eventually(lambda: self.has_notices(window), "the notices")
         return window
+
+    def has_notices(self, window):
+        return any(name.startswith("Ines") for name in self.spoken(window, BUTTON))
 
     def panes(self, window):
         """Where what fills the window's height below the bar is from left to right, by its name."""
@@ -46,11 +50,12 @@ class LockScreenTest(Spoken):
     def title_of(self, window):
         return self.xdotool("getwindowname", window.id).strip().removesuffix(" — Settings")
 
-    def clock(self, window):
-        """The pixels around it."""
+    def ink(self, window):
+        """How many pixels are white where the clock stands."""
         left, right = self.panes(window)[LOCK_SCREEN]
         with self.display.screen() as (_, _, line):
-            return b"".join(line(y)[4 * left:4 * right] for y in range(150, 330))
+            return sum(min(pixel[:3]) > 240 for y in range(150, 240)
+                       for pixel in struct.iter_unpack("4B", line(y)[4 * left + 400:4 * right - 400]))
 
     # -- where it is --
 
@@ -95,11 +100,10 @@ class LockScreenTest(Spoken):
         self.set("kTweakEnabled", True)
         self.set("kAppsEnabled", ["org.lumora.samples.Phone"])
         window = self.open_wide("--page", "AppsController")
-        eventually(lambda: any(name.startswith("Ines") for name in self.spoken(window, BUTTON)), "the notices")
         self.assertNotIn("Phone", self.spoken(window, BUTTON))
         self.act(self.named(window, SWITCH, "Badges"), "Toggle")
         self.named(window, BUTTON, "Phone")
-        self.expect_soon(lambda: any(name.startswith("Ines") for name in self.spoken(window, BUTTON)), False)
+        self.expect_soon(lambda: self.has_notices(window), False)
 
     def test_shows_the_number_under_a_hand_before_the_tweak_hears_of_it(self):
         self.end(self.tweak)
@@ -107,16 +111,15 @@ class LockScreenTest(Spoken):
             window = self.open_wide("--page", "LSDateViewSettings")
             place = self.extents(self.named(window, SLIDER, "Time Font Size (87.5)"))
             x, y = place.x + place.width // 2, place.y + place.height // 2
-            before = settled(lambda: self.clock(window), "the clock")
+            before = settled(lambda: self.ink(window), "the clock before its picture")
+            self.addCleanup(self.xdotool, "mouseup", 1)
             self.xdotool("mousemove", x, y, "mousedown", 1, "mousemove", x - 20, y, "mousemove", place.x + 60, y)
-            eventually(lambda: self.clock(window) != before, "a smaller clock")
-            held = settled(lambda: self.clock(window), "the smaller clock")
+            eventually(lambda: self.ink(window) < before / 2, "a smaller clock")
             self.assertEqual(tweak.visits(wire.UPDATE_SETTINGS), 0)
             self.xdotool("mouseup", 1)
             eventually(lambda: tweak.visits(wire.UPDATE_SETTINGS) == 1, "the change at the tweak")
-            self.assertEqual(self.clock(window), held)
-            # This tweak keeps nothing, so what it has is true again.
-            eventually(lambda: self.clock(window) == before, "the clock as the tweak has it")
+            # This tweak keeps nothing, so after a while the clock is as it was; the minute may be another.
+            eventually(lambda: self.ink(window) > before * 0.7, "the clock as the tweak has it")
             self.expect_to_close(window)
 
     # -- its keys --
