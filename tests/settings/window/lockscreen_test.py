@@ -14,7 +14,7 @@ from harness import wire
 from harness.display import BAR
 from harness.faulty import FaultyTweak, sound
 from harness.spoken import BUTTON, LINK, SWITCH, Spoken
-from harness.waiting import LONG_ENOUGH, eventually, settled
+from harness.waiting import eventually, settled
 
 PANE, SLIDER = pyatspi.ROLE_PANEL, pyatspi.ROLE_SLIDER
 LOCK_SCREEN = "Lock screen, preview"
@@ -22,7 +22,7 @@ WIDE = 1260, 900
 NARROW = 1100, 900
 
 
-class LockScreenTest(Spoken):
+class LockScreen(Spoken):
     def start_tweak(self, *options, **more):
         self.tweak = super().start_tweak(*options, **more)
 
@@ -57,8 +57,8 @@ class LockScreenTest(Spoken):
             return sum(min(pixel[:3]) > 240 for y in range(150, 240)
                        for pixel in struct.iter_unpack("4B", line(y)[4 * left + 400:4 * right - 400]))
 
-    # -- where it is --
 
+class PlaceTest(LockScreen):
     def test_stands_beside_the_page_where_there_is_room(self):
         window = self.open_wide()
         self.expect_panes(window, "Lumora", LOCK_SCREEN, width=WIDE[0])
@@ -79,7 +79,8 @@ class LockScreenTest(Spoken):
         eventually(lambda: LOCK_SCREEN in self.spoken(window, PANE), "the lock screen")
         self.keys(window, "ctrl+l")
         self.assertEqual(set(settled(lambda: self.windows(window), "windows")), {window.id, own})
-        self.xdotool("windowfocus", own, "key", "ctrl+w")
+        self.xdotool("windowfocus", own)
+        self.xdotool("key", "--window", own, "ctrl+w")
         self.expect_soon(lambda: self.windows(window), [window.id])
         self.xdotool("windowfocus", window.id)
         self.keys(window, "ctrl+l")
@@ -94,8 +95,8 @@ class LockScreenTest(Spoken):
         eventually(lambda: len(self.windows(window)) == 2, "another window")
         self.expect_to_close(window)
 
-    # -- what it shows --
 
+class LooksTest(LockScreen):
     def test_turns_to_what_is_edited(self):
         self.set("kTweakEnabled", True)
         self.set("kAppsEnabled", ["org.lumora.samples.Phone"])
@@ -105,25 +106,8 @@ class LockScreenTest(Spoken):
         self.named(window, BUTTON, "Phone")
         self.expect_soon(lambda: self.has_notices(window), False)
 
-    def test_shows_the_number_under_a_hand_before_the_tweak_hears_of_it(self):
-        self.end(self.tweak)
-        with FaultyTweak(self.ports, sound) as tweak:
-            window = self.open_wide("--page", "LSDateViewSettings")
-            place = self.extents(self.named(window, SLIDER, "Time Font Size (87.5)"))
-            x, y = place.x + place.width // 2, place.y + place.height // 2
-            before = settled(lambda: self.ink(window), "the clock before its picture")
-            self.addCleanup(self.xdotool, "mouseup", 1)
-            self.xdotool("mousemove", x, y, "mousedown", 1, "mousemove", x - 20, y, "mousemove", place.x + 60, y)
-            eventually(lambda: self.ink(window) < before / 2, "a smaller clock")
-            self.assertEqual(tweak.visits(wire.UPDATE_SETTINGS), 0)
-            self.xdotool("mouseup", 1)
-            eventually(lambda: tweak.visits(wire.UPDATE_SETTINGS) == 1, "the change at the tweak")
-            # This tweak keeps nothing, so after a while the clock is as it was; the minute may be another.
-            eventually(lambda: self.ink(window) > before * 0.7, "the clock as the tweak has it")
-            self.expect_to_close(window)
 
-    # -- its keys --
-
+class KeysTest(LockScreen):
     def test_has_keys_of_its_own(self):
         window = self.open_wide("--page", "AppsController")
         self.named(window, LINK, "Auto-Unlock")
@@ -146,6 +130,25 @@ class LockScreenTest(Spoken):
         self.keys(window, "Escape")
         self.expect_soon(lambda: self.title_of(window), "Lumora")
         self.assertIsNone(window.poll())
+
+
+class HandTest(LockScreen):
+    def test_shows_the_number_under_a_hand_before_the_tweak_hears_of_it(self):
+        self.end(self.tweak)
+        with FaultyTweak(self.ports, sound) as tweak:
+            window = self.open_wide("--page", "LSDateViewSettings")
+            place = self.extents(self.named(window, SLIDER, "Time Font Size (87.5)"))
+            x, y = place.x + place.width // 2, place.y + place.height // 2
+            before = settled(lambda: self.ink(window), "the clock before its picture")
+            self.addCleanup(self.xdotool, "mouseup", 1)
+            self.xdotool("mousemove", x, y, "mousedown", 1, "mousemove", x - 20, y, "mousemove", place.x + 60, y)
+            eventually(lambda: self.ink(window) < before / 2, "a smaller clock")
+            self.assertEqual(tweak.visits(wire.UPDATE_SETTINGS), 0)
+            self.xdotool("mouseup", 1)
+            eventually(lambda: tweak.visits(wire.UPDATE_SETTINGS) == 1, "the change at the tweak")
+            # This tweak keeps nothing, so after a while the clock is as it was; the minute may be another.
+            eventually(lambda: self.ink(window) > before * 0.7, "the clock as the tweak has it")
+            self.expect_to_close(window)
 
 
 if __name__ == "__main__":
