@@ -7,6 +7,7 @@ Needs what spoken.py needs.
 """
 import struct
 import unittest
+from types import SimpleNamespace
 
 import pyatspi
 
@@ -29,6 +30,7 @@ class LockScreen(Spoken):
     def open_wide(self, *options):
         window = self.open_window("--size", "{}x{}".format(*WIDE), *options)
         eventually(lambda: self.has_notices(window), "the notices")
+        self.xdotool("windowfocus", "--sync", window.id)
         return window
 
     def has_notices(self, window):
@@ -79,8 +81,7 @@ class PlaceTest(LockScreen):
         eventually(lambda: LOCK_SCREEN in self.spoken(window, PANE), "the lock screen")
         self.keys(window, "ctrl+l")
         self.assertEqual(set(settled(lambda: self.windows(window), "windows")), {window.id, own})
-        self.xdotool("windowfocus", own)
-        self.xdotool("key", "--window", own, "ctrl+w")
+        self.close(SimpleNamespace(id=own))
         self.expect_soon(lambda: self.windows(window), [window.id])
         self.xdotool("windowfocus", window.id)
         self.keys(window, "ctrl+l")
