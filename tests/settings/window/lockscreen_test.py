@@ -72,6 +72,8 @@ class PlaceTest(LockScreen):
         self.expect_panes(window, "Lumora", width=NARROW[0])
         self.assertEqual(self.windows(window), [window.id])
 
+
+class OwnWindowTest(LockScreen):
     def test_opens_in_one_window_of_its_own_where_there_is_none(self):
         window = self.open_root_page("--size", "{}x{}".format(*NARROW))
         self.expect_panes(window, "Lumora", width=NARROW[0])
