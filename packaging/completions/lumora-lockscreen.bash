@@ -5,13 +5,13 @@ _lumora_lockscreen() {
     COMPREPLY=()
     case ${COMP_WORDS[COMP_CWORD - 1]} in
         --root | --tour) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
-        --grab | --play | --settings) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
+        --grab | --play | --settings | --scenes) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
         --wallpaper) mapfile -t COMPREPLY < <(compgen -f -W 'dusk day night' -- "$word") ;;
         --surface) mapfile -t COMPREPLY < <(compgen -W 'N A V P O' -- "$word") ;;
         --size | --passcode | --time | --battery | --secure | --idle) ;;
         *)
             mapfile -t COMPREPLY < <(compgen -W '--root --landscape --size --passcode --wallpaper --surface --time --battery
-                --secure --play --idle --settings --state --grab --tour --log --help --version' -- "$word")
+                --secure --play --idle --settings --state --grab --tour --scenes --log --help --version' -- "$word")
             ;;
     esac
 }
