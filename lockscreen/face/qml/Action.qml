@@ -1,8 +1,8 @@
 import QtQuick
 import LumoraFace
 
-// What assistive tools find of a gesture, and do it by. The keyboard is where the face has it, or at the screen as a whole;
-// tools may take it elsewhere.
+// What assistive tools find of a gesture, and do it by. The keyboard is where the face has it, or at the screen as a
+// whole; tools may take it elsewhere.
 Item {
     id: action
     required property FaceModel face
