@@ -40,7 +40,7 @@ int printState(int argc, char** argv, const Options& options, const Inputs& inpu
     device.texts = &widths;
     const platform::CGSize& size = device.size;
     const auto backdrop = makeBackdrop({QString::fromStdString(options.wallpaper),
-                                  QSize(static_cast<int>(size.width), static_cast<int>(size.height)), 1});
+                                        QSize(static_cast<int>(size.width), static_cast<int>(size.height)), 1});
     if (!backdrop) return programs::complain(backdrop.error());
     device.picture = backdrop.value().luminance;
     device.blurred = backdrop.value().blurred;

@@ -15,6 +15,7 @@ const QColor kPressed(0, 0, 0, 90);
 
 /// The mean of what is opaque.
 QColor meanOf(const QImage& image) {
+    if (image.isNull()) return {};
     const QImage small = image.scaled(4, 4, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                              .convertToFormat(QImage::Format_ARGB32_Premultiplied);
     int red = 0;

@@ -72,7 +72,8 @@ void Installation::read(std::function<void(std::shared_ptr<const Installation>)>
 
 std::shared_ptr<const Installation> Installation::readNow() {
     std::promise<std::shared_ptr<const Installation>> read;
-    Installation::read([&](std::shared_ptr<const Installation> installation) { read.set_value(std::move(installation)); });
+    Installation::read(
+        [&](std::shared_ptr<const Installation> installation) { read.set_value(std::move(installation)); });
     return read.get_future().get();
 }
 

@@ -15,7 +15,8 @@ Item {
         height: date.subtitle.frame.y + date.subtitle.frame.height - y
         visible: date.clock.visible || date.subtitle.visible
         Accessible.role: Accessible.StaticText
-        Accessible.name: [date.clock, date.subtitle].filter(one => one.visible).map(one => one.text).join(", ")
+        Accessible.name: date.clock.visible && date.subtitle.visible ? `${date.clock.text}, ${date.subtitle.text}`
+                                                                     : (date.clock.visible ? date.clock : date.subtitle).text
     }
     Shade { part: date.clock }
     Shade { part: date.subtitle }

@@ -11,7 +11,7 @@ QtObject {
 
     // Whether a key that is held down does it again and again.
     function repeats(name) {
-        return ["Left", "Right", "Up", "Down", "BackSpace"].includes(name);
+        return Array.from(["Left", "Right", "Up", "Down", "BackSpace"]).includes(name);
     }
     function nameOf(event) {
         if (event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)) return "";
