@@ -98,9 +98,9 @@ std::optional<Gesture> Hand::hold(Seconds now) {
 
 std::optional<Gesture> Hand::release() {
     if (!down_) return {};
-    const auto gesture = held_       ? std::nullopt
-                         : dragging_ ? dragGesture()
-                                     : std::optional(Gesture{Gesture::Kind::tap, part_, 1});
+    auto gesture = held_       ? std::nullopt
+                   : dragging_ ? dragGesture()
+                               : std::optional(Gesture{Gesture::Kind::tap, part_, 1});
     down_ = false;
     if (gesture && gesture->kind == Gesture::Kind::tap && part_ == "opened.button")
         return Gesture{Gesture::Kind::home, "", 1};

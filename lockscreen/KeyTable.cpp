@@ -28,7 +28,7 @@ const Value& views() {
 }
 
 Dictionary with(std::initializer_list<Dictionary::Entry> others) {
-    return Dictionary(others);
+    return {others};
 }
 Dictionary withApps(std::vector<Dictionary::Entry> others = {}) {
     others.emplace_back(kAppsEnabled, apps());

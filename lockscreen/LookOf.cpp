@@ -218,7 +218,8 @@ class Screen {
             const Application& application = *applications_[static_cast<std::size_t>(i)];
             const int place = i % perPage;
             const double x = kMargin + pad + (place % columns) * cell;
-            const double y = top + pad + (place / columns) * line;
+            const int row = place / columns;
+            const double y = top + pad + row * line;
             icon.identifier = application.identifier;
             icon.page = i / perPage;
             icon.visible = view.visible && icon.page == page;

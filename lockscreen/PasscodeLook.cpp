@@ -9,8 +9,8 @@
 namespace lumora {
 namespace {
 
-constexpr double kEnough = 4.6; // of contrast
-constexpr double kRing = 0.10;  // of its own colour, in a key
+constexpr double kEnoughOnKeys = 4.6; // of contrast
+constexpr double kRing = 0.10;        // of its own colour, in a key
 
 struct Tint {
     Color color;
@@ -71,7 +71,7 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
     const double share = style.number(kLSPBlurOpacity);
     const Tint asked = tintOf(style);
     const auto picture = canvas.ground(below, blurred ? share : 0);
-    const Ground tint = blurred ? legibleOn(picture, asked.color, asked.opacity, kRing, kEnough)
+    const Ground tint = blurred ? legibleOn(picture, asked.color, asked.opacity, kRing, kEnoughOnKeys)
                                 : legibleOn(picture, asked.color, 0, 0, 1);
     const Color color = tint.ink;
     if (blurred && cut == 0) // the bar stands on it as well
@@ -121,7 +121,8 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
     look.keys.resize(digits.size());
     for (std::size_t i = 0; i < digits.size(); ++i) {
         const auto column = static_cast<double>(i == 9 ? 1 : i % 3);
-        const auto line = static_cast<double>(i / 3);
+        const std::size_t row = i / 3;
+        const auto line = static_cast<double>(row);
         look.keys[i] =
             write(visible,
                   canvas.frame(pad.left + column * (pad.diameter + pad.gapAcross),

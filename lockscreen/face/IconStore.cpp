@@ -1,5 +1,8 @@
 #include "lockscreen/face/IconStore.h"
 
+#include <QCoreApplication>
+#include <QPointer>
+
 #include <algorithm>
 #include <utility>
 
@@ -25,11 +28,14 @@ QImage IconStore::icon(const QString& identifier) {
     if (const auto known = kept_.constFind(identifier); known != kept_.cend()) return known->image;
     const int pixels = pixels_;
     kept_.insert(identifier, {});
-    IconOrder order =
-        installation_->icon(identifier.toStdString(), pixels, [this, identifier, pixels](const platform::Data& png) {
+    IconOrder order = installation_->icon(
+        identifier.toStdString(), pixels, [store = QPointer(this), identifier, pixels](const platform::Data& png) {
             QImage image = QImage::fromData(reinterpret_cast<const uchar*>(png.data()), static_cast<int>(png.size()));
             QMetaObject::invokeMethod(
-                this, [this, identifier, pixels, image = std::move(image)] { take(identifier, pixels, image); },
+                qApp,
+                [store, identifier, pixels, image = std::move(image)] {
+                    if (store) store->take(identifier, pixels, image);
+                },
                 Qt::QueuedConnection);
         });
     kept_[identifier].order = std::move(order);
@@ -40,10 +46,10 @@ bool IconStore::isComplete() const {
     return std::ranges::none_of(kept_, [](const Kept& kept) { return kept.order != nullptr; });
 }
 
-void IconStore::take(const QString& identifier, int pixels, QImage image) {
+void IconStore::take(const QString& identifier, int pixels, const QImage& image) {
     const auto kept = kept_.find(identifier);
     if (pixels != pixels_ || kept == kept_.end()) return;
-    *kept = {std::move(image), nullptr};
+    *kept = {image, nullptr};
     emit changed(identifier);
 }
 

@@ -37,7 +37,7 @@ class IconStore : public QObject {
         IconOrder order; ///< null once the image is there, or it is known that there is none
     };
 
-    void take(const QString& identifier, int pixels, QImage image);
+    void take(const QString& identifier, int pixels, const QImage& image);
 
     std::shared_ptr<const Installation> installation_;
     int pixels_ = 128;

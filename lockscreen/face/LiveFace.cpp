@@ -18,14 +18,9 @@ class LiveFace::Mailbox {
     /// Whether it was empty.
     bool put(const Heard& heard) {
         const std::lock_guard lock(mutex_);
-        if (!waiting_) {
-            waiting_ = heard;
-            return true;
-        }
-        std::vector<std::string> changed = std::move(waiting_->changed);
-        waiting_ = heard;
-        waiting_->changed.insert(waiting_->changed.end(), changed.begin(), changed.end());
-        return false;
+        const auto before = std::exchange(waiting_, heard);
+        if (before) waiting_->changed.insert(waiting_->changed.end(), before->changed.begin(), before->changed.end());
+        return !before;
     }
     Heard take() {
         const std::lock_guard lock(mutex_);
@@ -51,9 +46,7 @@ LiveFace::LiveFace(Options options, QObject* parent)
     tick();
 }
 
-LiveFace::~LiveFace() {
-    feed_.reset();
-}
+LiveFace::~LiveFace() = default;
 
 void LiveFace::take(const std::shared_ptr<const Installation>& installation) {
     if (auto phone = Phone::with(options_.phone, installation->installed())) {

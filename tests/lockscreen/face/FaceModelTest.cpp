@@ -24,9 +24,9 @@ QVariantMap looked(FaceModel& face, const char* part) {
 }
 
 /// The parts of the look that have been told of.
-class Told {
+class Signals {
   public:
-    explicit Told(FaceModel& face) {
+    explicit Signals(FaceModel& face) {
         auto* look = face.looks().value<QObject*>();
         const QMetaObject* about = look->metaObject();
         for (int i = about->propertyOffset(); i < about->propertyCount(); ++i) {
@@ -57,7 +57,7 @@ std::vector<int> rowsOf(const QSignalSpy& changed) {
 
 TEST(FaceModel, TellsOnlyOfThePartsThatDiffer) {
     Tried tried;
-    const Told told(tried.face);
+    const Signals told(tried.face);
     tried.change(kAppIconSize, 70);
     EXPECT_THAT(told.names(), IsEmpty()) << "that is the stock";
     tried.change(kLSDateSubtitleHidden, true);
