@@ -121,8 +121,8 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
     look.keys.resize(digits.size());
     for (std::size_t i = 0; i < digits.size(); ++i) {
         const auto column = static_cast<double>(i == 9 ? 1 : i % 3);
-        const std::size_t row = i / 3;
-        const auto line = static_cast<double>(row);
+        const std::size_t rank = i / 3;
+        const auto line = static_cast<double>(rank);
         look.keys[i] =
             write(visible,
                   canvas.frame(pad.left + column * (pad.diameter + pad.gapAcross),
