@@ -32,7 +32,7 @@ Taken takenIn(const KeyEntry& entry, const Value& value) {
     settings.set(entry.key, value);
     // Some settings leave no way to the surface.
     const Inputs inputs{{}, gesturesIn(scene.events).value(), {}};
-    if (auto taken = studio().take(options, inputs, settings)) return std::move(taken).value();
+    if (auto taken = Scenery::studio().take(options, inputs, settings)) return std::move(taken).value();
     options.surface.reset();
     return taken(options, settings, scene.events);
 }

@@ -12,20 +12,32 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 
 namespace tests {
 
-/// The one of all tests, with what is installed under their device root.
-inline lumora::Studio& studio() {
-    static auto& one = *[] {
-        platform::setDeviceRoot(LUMORA_TEST_ROOT);
-        platform::PicturePatience::makeEndless();
-        return new lumora::Studio;
-    }();
-    return one;
-}
+/// The studio of all tests, with what is installed under their device root. It ends before the toolkit's application.
+class Scenery : public testing::Environment {
+  public:
+    static lumora::Studio& studio() {
+        if (!kept()) {
+            platform::setDeviceRoot(LUMORA_TEST_ROOT);
+            platform::PicturePatience::makeEndless();
+            kept() = std::make_unique<lumora::Studio>();
+        }
+        return *kept();
+    }
+    void TearDown() override { kept().reset(); }
+
+  private:
+    static std::unique_ptr<lumora::Studio>& kept() {
+        static std::unique_ptr<lumora::Studio> kept;
+        return kept;
+    }
+};
+inline const auto* const scenery = testing::AddGlobalTestEnvironment(new Scenery);
 
 inline lumora::Options upright() {
     lumora::Options options;
@@ -36,7 +48,7 @@ inline lumora::Options upright() {
 
 inline lumora::Taken taken(const lumora::Options& options, const platform::Dictionary& settings,
                            const std::string& gestures = {}) {
-    auto taken = studio().take(options, {{}, lumora::gesturesIn(gestures).value(), {}}, settings);
+    auto taken = Scenery::studio().take(options, {{}, lumora::gesturesIn(gestures).value(), {}}, settings);
     EXPECT_TRUE(taken) << taken.error();
     return taken ? std::move(taken).value() : lumora::Taken();
 }
