@@ -128,9 +128,9 @@ TEST(Pictures, AreThoseOfTheDocumentation) {
     ASSERT_THAT(drawnWith(drawn), HasSubstr("libQt6Gui"));
     const Held held = drawnWith(drawn) == drawnWith(golden) ? Held::toEveryPixel : Held::nearly;
     for (const char* part : {".", "lockscreen"})
-        EXPECT_THAT(compare(QDir(golden.filePath(part)), QDir(drawn.filePath(part)),
-                            QDir(drawn.filePath("differences")), held),
-                    IsEmpty())
+        EXPECT_THAT(
+            compare(QDir(golden.filePath(part)), QDir(drawn.filePath(part)), QDir(drawn.filePath("differences")), held),
+            IsEmpty())
             << "If the application should look like this now, renew its pictures by scripts/pictures.";
 }
 
