@@ -108,8 +108,7 @@ const State& Behaviour::show(Surface surface, Seconds now) {
     if (surface == Surface::passcode) {
         if (state_.surface != Surface::passcode) askForPasscode("");
     } else if (surface == Surface::opened) {
-        const auto applications = enabledApplications(settings_, device_);
-        if (state_.surface != Surface::opened) open(applications.empty() ? "" : applications[0]->identifier, false);
+        if (state_.surface != Surface::opened) open("", false);
     } else if (std::ranges::find(stages, surface) != stages.end()) {
         goTo(surface);
     }

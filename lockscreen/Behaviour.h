@@ -42,7 +42,7 @@ class Behaviour {
     const State& apply(const Gesture& gesture, Seconds now);
     /// A finger is on the screen, whatever it is going to do. True if that wakes the screen, and is to do nothing else.
     bool touch(Seconds now);
-    /// Goes to a surface as if by hand: a stage of these settings, the passcode view, or the first application, opened.
+    /// Goes to a surface as if by hand: a stage of these settings, the passcode view, or the home screen.
     const State& show(Surface surface, Seconds now);
 
     /// When something happens by itself, if nobody does anything before: it is to be told of that time by a `wait`.

@@ -1,14 +1,30 @@
 #include "programs/Display.h"
 
+#include "programs/Program.h"
+
 #include <QByteArray>
 
 #include <cstdlib>
 
 namespace programs {
+namespace {
 
+/// Or the toolkit has been told where to draw.
 bool hasDisplay() {
     return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+} // namespace
+
+bool savesPicturesOnly(const std::optional<std::filesystem::path>& grab, std::optional<std::filesystem::path>& tour,
+                       const char* folder) {
+    if (!grab && !tour && !hasDisplay()) {
+        tour = folder;
+        complain("there is no display to open a window on (neither DISPLAY nor WAYLAND_DISPLAY is set); saving pictures in " +
+                 std::filesystem::absolute(folder).string() + " instead");
+    }
+    return grab || tour;
 }
 
 void prepareDrawing(bool picturesOnly) {

@@ -11,7 +11,7 @@ namespace programs {
 /// Called once, in the first thread; `name` is a literal.
 void begin(const char* name, const std::optional<std::filesystem::path>& root);
 
-/// Says on standard error why the program that has begun fails, and returns the exit code. Any thread.
+/// Says on standard error what the program that has begun cannot do, and returns the exit code of failure. Any thread.
 int complain(const std::string& why);
 
 /// Ends the process without joining a thread that may be blocked in strangers' code for good, and so without the

@@ -7,15 +7,7 @@ using platform::Result;
 namespace lumora {
 
 Result<void> goTo(Behaviour& behaviour, Surface surface, Seconds now) {
-    if (surface != Surface::opened) {
-        behaviour.show(surface, now);
-    } else if (const std::string passcode = behaviour.device().passcode; passcode.empty()) {
-        behaviour.apply({Gesture::Kind::slide, {}, 1}, now);
-    } else {
-        behaviour.show(Surface::passcode, now);
-        for (const char digit : passcode)
-            behaviour.apply({Gesture::Kind::key, {digit}, 1}, now);
-    }
+    behaviour.show(surface, now);
     if (behaviour.state().surface == surface) return {};
     return Result<void>::failure(std::string("with these settings, no way leads to surface ") +
                                  static_cast<char>(surface));

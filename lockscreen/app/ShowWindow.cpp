@@ -19,7 +19,6 @@
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
-#include <iostream>
 
 Q_IMPORT_QML_PLUGIN(LumoraFacePlugin)
 
@@ -31,15 +30,6 @@ namespace {
 // Around the screen of the phone: its rim, and what FacePane.qml has above and below.
 constexpr double kAround = 40;
 constexpr double kAbove = 80;
-
-/// Without a display, no window can be opened, but a tour can be taken.
-Options withoutDisplay(Options options) {
-    options.tour = "lumora-lockscreen-tour";
-    std::cerr << "lumora-lockscreen: there is no display to open a window on (neither DISPLAY nor WAYLAND_DISPLAY is "
-                 "set); saving pictures in "
-              << std::filesystem::absolute(*options.tour).string() << " instead" << std::endl;
-    return options;
-}
 
 int openWindow(const Options& options, const Inputs& inputs) {
     // None of these is ever destroyed: a tweak may keep the feed waiting.
@@ -86,9 +76,8 @@ int openWindow(const Options& options, const Inputs& inputs) {
 } // namespace
 
 int showWindow(int argc, char** argv, const Options& asked, const Inputs& inputs) {
-    const bool wantsPictures = asked.grab || asked.tour;
-    const Options options = wantsPictures || programs::hasDisplay() ? asked : withoutDisplay(asked);
-    const bool picturesOnly = options.grab || options.tour;
+    Options options = asked;
+    const bool picturesOnly = programs::savesPicturesOnly(options.grab, options.tour, "lumora-lockscreen-tour");
     programs::prepareDrawing(picturesOnly);
     if (picturesOnly) platform::PicturePatience::makeEndless();
     new QGuiApplication(argc, argv);

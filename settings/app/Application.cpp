@@ -24,7 +24,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 
 Q_IMPORT_QML_PLUGIN(LumoraPlugin)
 
@@ -35,16 +34,6 @@ using programs::complain;
 using programs::DesktopLook;
 
 namespace {
-
-/// Without a display, no window can be opened, but a tour can be taken.
-Options withoutDisplay(Options options) {
-    options.tour = "lumora-tour";
-    std::cerr
-        << "lumora-settings: there is no display to open a window on (neither DISPLAY nor WAYLAND_DISPLAY is set); "
-           "saving pictures of every page in "
-        << std::filesystem::absolute(*options.tour).string() << " instead" << std::endl;
-    return options;
-}
 
 /// Follows the desktop in what the command line leaves open.
 void followDesktop(Shell& shell, const Options& options) {
@@ -77,9 +66,8 @@ void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keeps
 } // namespace
 
 int runApplication(int argc, char** argv, const Options& asked) {
-    const bool wantsPictures = asked.grab || asked.tour;
-    const Options options = wantsPictures || programs::hasDisplay() ? asked : withoutDisplay(asked);
-    const bool picturesOnly = options.grab || options.tour;
+    Options options = asked;
+    const bool picturesOnly = programs::savesPicturesOnly(options.grab, options.tour, "lumora-tour");
     programs::prepareDrawing(picturesOnly);
     if (picturesOnly) platform::PicturePatience::makeEndless();
 

@@ -239,8 +239,9 @@ TEST(Behaviour, StaysAwakeWhereItIsToldTo) {
     EXPECT_TRUE(player.behaviour.state().asleep);
 }
 
-TEST(Behaviour, OpensTheFirstApplicationWhenToldToShowOne) {
+TEST(Behaviour, IsUnlockedWhenToldToShowTheHomeScreen) {
     Player player(enabled(), sampleDevice());
     player.behaviour.show(Surface::opened, player.now);
-    EXPECT_EQ(player.look().opened.identifier, kPhone);
+    EXPECT_EQ(player.look().opened.identifier, "");
+    EXPECT_FALSE(player.behaviour.state().locked);
 }

@@ -12,6 +12,8 @@ using platform::List;
 
 namespace {
 
+constexpr const char* kOpensPhone = "tap icons[0]\nkey 1\nkey 2\nkey 3\nkey 4";
+
 Player playerOn(Surface surface) {
     Player player(Dictionary{{kTweakEnabled, true},
                              {kAppsEnabled, List{"org.lumora.samples.Phone", "org.lumora.samples.Weather"}},
@@ -42,7 +44,7 @@ TEST(Hand, TapsThePartThatItTouches) {
     const Look passcode = playerOn(Surface::passcode).look();
     EXPECT_EQ(drag(passcode, CGRectGetCenter(passcode.keys[4].frame), 0, 0), "tap keys[4]");
     EXPECT_EQ(drag(passcode, CGRectGetCenter(passcode.passcode.cancel.frame), 0, 0), "tap passcode.cancel");
-    const Look opened = playerOn(Surface::opened).look();
+    const Look opened = playerOn(Surface::apps).play(kOpensPhone).look();
     EXPECT_EQ(drag(opened, CGRectGetCenter(opened.opened.button.frame), 0, 0), "home");
 }
 
@@ -75,7 +77,7 @@ TEST(Hand, SlidesTheBeadAndPullsWhatSticksOut) {
 }
 
 TEST(Hand, LeavesAnApplicationUpwards) {
-    const Look look = playerOn(Surface::opened).look();
+    const Look look = playerOn(Surface::apps).play(kOpensPhone).look();
     EXPECT_EQ(drag(look, kBeside, 0, -80), "home");
     EXPECT_EQ(drag(look, kBeside, -80, 0), "nothing");
 }

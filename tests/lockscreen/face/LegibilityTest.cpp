@@ -112,9 +112,10 @@ class Legible : public testing::TestWithParam<const char*> {
         if (name == "checkerboard") options.wallpaper = folder_.save(checkerboard()).toStdString();
     }
 
-    void expectLegible(Surface surface, const Dictionary& settings, const std::string& what = {}) {
+    void expectLegible(Surface surface, const Dictionary& settings, const std::string& what = {},
+                       const std::string& gestures = {}) {
         options.surface = surface;
-        const Taken screen = taken(options, enhanced(settings));
+        const Taken screen = taken(options, enhanced(settings), gestures);
         for (const Writing& writing : writingsOf(screen.look))
             EXPECT_GE(contrastIn(screen.picture, writing), writing.size >= kLarge ? 3 : 4.5)
                 << writing.path << " of " << writing.size << " points " << what;
@@ -141,6 +142,9 @@ TEST_P(Legible, AreAppViews) {
 
 TEST_P(Legible, AreApplicationsAndTheHomeScreen) {
     expectLegible(Surface::opened, {});
+    options.phone.passcode.clear();
+    for (const std::string icon : {"icons[0]", "icons[1]", "icons[3]"})
+        expectLegible(Surface::apps, {}, "of the application of " + icon, "tap " + icon);
 }
 
 TEST_P(Legible, IsThePasscodeView) {
