@@ -37,40 +37,23 @@ bool BinaryReader::readTrailer() {
     objectCount_ = objectCount;
     root_ = root;
     objectsEnd_ = bytes_.data() + tableOffset;
+    room_ = tableOffset - magic.size();
     return true;
 }
 
-bool BinaryReader::readUid(std::size_t reference, std::size_t& uid) {
-    // Half of all objects in an archive are UIDs of one or two bytes, so these have a path of their own.
-    if (reference < objectCount_) {
-        const std::size_t offset = bigEndian(objectsEnd_ + reference * offsetSize_, offsetSize_);
-        const auto end = static_cast<std::size_t>(objectsEnd_ - bytes_.data());
-        if (offset >= magic.size() && offset < end && end - offset >= 3) {
-            const std::uint8_t* at = bytes_.data() + offset;
-            if (*at == 0x80 || *at == 0x81) {
-                uid = *at == 0x80 ? at[1] : static_cast<std::size_t>(at[1] << 8U | at[2]);
-                return true;
-            }
-        }
-    }
+bool BinaryReader::readAnyUid(const std::uint8_t* at, std::size_t& uid) {
     BinaryObject object;
-    if (!read(reference, object)) return false;
+    if (!readAny(at, object)) return false;
     uid = static_cast<std::size_t>(object.integer);
     return object.kind == BinaryObject::Kind::uid || fail("an archived object that is not referred to by UID");
 }
 
-bool BinaryReader::read(std::size_t reference, BinaryObject& object) {
+bool BinaryReader::readAny(const std::uint8_t* at, BinaryObject& object) {
     using enum BinaryObject::Kind;
-    if (reference >= objectCount_) return fail("a reference to an object that is not there");
-    const std::uint64_t offset = bigEndian(objectsEnd_ + reference * offsetSize_, offsetSize_);
-    const auto end = static_cast<std::size_t>(objectsEnd_ - bytes_.data());
-    if (offset < magic.size() || offset >= end) return fail("an object lies outside the bytes");
-
-    const std::uint8_t* at = bytes_.data() + offset;
     const unsigned type = *at >> 4U;
     const unsigned low = *at & 0x0FU;
     ++at;
-    std::size_t remaining = end - offset - 1;
+    auto remaining = static_cast<std::size_t>(objectsEnd_ - at);
 
     const auto fixed = [&](BinaryObject::Kind kind, std::size_t size) {
         object.kind = kind;

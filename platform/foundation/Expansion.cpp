@@ -1,8 +1,36 @@
 #include "Expansion.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace platform {
+
+namespace {
+
+/// False if there are other bytes.
+bool copyAscii(const std::uint8_t* from, std::size_t count, char* to) {
+    constexpr std::size_t step = sizeof(std::uint64_t);
+    std::uint64_t all = 0;
+    const auto copy = [&](std::size_t at) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, from + at, step);
+        std::memcpy(to + at, &word, step);
+        all |= word;
+    };
+    if (count >= step) {
+        for (std::size_t at = 0; at + step < count; at += step)
+            copy(at);
+        copy(count - step); // which may overlap the one before
+    } else {
+        for (std::size_t at = 0; at < count; ++at) {
+            to[at] = static_cast<char>(from[at]);
+            all |= from[at];
+        }
+    }
+    return (all & 0x8080808080808080U) == 0;
+}
+
+} // namespace
 
 Expansion::Expansion(BinaryReader& reader)
     : reader_(reader),
@@ -39,33 +67,36 @@ bool Expansion::buildLeaf(std::size_t reference, const BinaryObject& object, Val
         value = Date{object.real};
         return charge();
     default:
-        return buildContents(reference, object, value);
+        if (isShortText(object)) return buildShortText(reference, object, value);
+        return buildContents(object, value) && keep(reference, object.contentsSize, value);
     }
 }
 
 /// Of a text or of data.
-bool Expansion::buildContents(std::size_t reference, const BinaryObject& object, Value& value) {
+bool Expansion::buildContents(const BinaryObject& object, Value& value) {
     if (!charge(object.contentsSize) || !consume(object)) return false;
-    if (object.kind == BinaryObject::Kind::data) {
+    if (object.kind == BinaryObject::Kind::data)
         value = Data(object.contents, object.contents + object.count);
-    } else {
-        if (!reader_.checkText(object)) return false;
-        value = object.kind == BinaryObject::Kind::ascii ? share(BinaryReader::asciiText(object))
-                                                         : share(BinaryReader::text(object));
-    }
-    return keep(reference, object.contentsSize, value);
+    else if (reader_.checkText(object))
+        value = BinaryReader::text(object);
+    else
+        return false;
+    return true;
 }
 
-Value Expansion::share(std::string_view text) {
-    if (text.size() > longestInBatch) return text;
+bool Expansion::buildShortText(std::size_t reference, const BinaryObject& object, Value& value) {
+    if (!charge(object.contentsSize) || !consume(object)) return false;
     if (batch_ == nullptr || batch_->textCount == batch_->texts.size() ||
-        text.size() > batch_->characters.size() - batch_->characterCount)
+        object.count > batch_->characters.size() - batch_->characterCount)
         batch_ = std::make_shared_for_overwrite<Batch>();
-    char* const characters = batch_->characters.data() + batch_->characterCount;
-    batch_->characterCount += text.copy(characters, text.size());
-    std::string_view& shared = batch_->texts[batch_->textCount++];
-    shared = {characters, text.size()};
-    return Value(std::shared_ptr<const std::string_view>(batch_, &shared));
+    Batch& batch = *batch_;
+    char* const characters = batch.characters.data() + batch.characterCount;
+    if (!copyAscii(object.contents, object.count, characters)) return reader_.fail("an ASCII text holds other bytes");
+    batch.characterCount += object.count;
+    std::string_view& shared = batch.texts[batch.textCount++];
+    shared = {characters, object.count};
+    value = Value(std::shared_ptr<const std::string_view>(batch_, &shared));
+    return keep(reference, object.contentsSize, value);
 }
 
 bool Expansion::open(std::size_t reference, unsigned depth, Opened& opened) {

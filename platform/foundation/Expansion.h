@@ -40,6 +40,11 @@ class Expansion {
 
     /// Builds the value of a boolean, number, date, text or data.
     [[nodiscard]] bool buildLeaf(std::size_t reference, const BinaryObject& object, Value& value);
+    /// The same for a short ASCII text. Most values are, so this path has no step more than it needs.
+    [[nodiscard]] static bool isShortText(const BinaryObject& object) {
+        return object.kind == BinaryObject::Kind::ascii && object.count <= longestInBatch;
+    }
+    [[nodiscard]] bool buildShortText(std::size_t reference, const BinaryObject& object, Value& value);
     /// Remembers such a value once it has been charged. Always true.
     bool keep(std::size_t reference, std::size_t bytes, const Value& value) {
         // Most texts are met once. One that is met again is built again, and remembered only then.
@@ -80,8 +85,7 @@ class Expansion {
         std::size_t textCount = 0, characterCount = 0;
     };
     static constexpr std::size_t longestInBatch = 64;
-    [[nodiscard]] bool buildContents(std::size_t reference, const BinaryObject& object, Value& value);
-    [[nodiscard]] Value share(std::string_view text);
+    [[nodiscard]] bool buildContents(const BinaryObject& object, Value& value);
 
     [[nodiscard]] State recallKnown(std::size_t reference, unsigned depth, Value& value);
     void remember(std::size_t reference, Built built);

@@ -4,6 +4,9 @@
 #include "Expansion.h"
 #include "KeyedArchiveFormat.h"
 
+#include <algorithm>
+#include <array>
+
 namespace platform {
 
 namespace {
@@ -22,19 +25,50 @@ class KeyedArchiveReader {
         std::optional<std::size_t> class_, keys, values, text, data, time;
     };
 
-    bool decodeArchived(std::size_t reference, unsigned depth, Value& value);
+    // Where a list of a thousand texts is read, a call for each step of each text is half of the time.
+    [[gnu::always_inline]] bool decodeArchived(std::size_t reference, unsigned depth, Value& value) {
+        if (reference == nil) return expansion_.charge();
+        const Expansion::State known = expansion_.recall(reference, depth, value);
+        if (known != Expansion::State::fresh) return known == Expansion::State::shared;
+        BinaryObject object;
+        if (!reader_.read(reference, object)) return false;
+        if (Expansion::isShortText(object)) return expansion_.buildShortText(reference, object, value);
+        return decodeFresh(reference, object, depth, value);
+    }
+    /// Calls back with the number of each entry of a list and the object that its UID names, until that fails. A few are
+    /// followed at a time: following takes reads that wait for each other, but not for those of the next entry.
+    template<class Decode>
+    bool forEach(const BinaryObject& list, const Decode& decode) {
+        std::array<std::size_t, 16> references;
+        for (std::size_t first = 0; first < list.count; first += references.size()) {
+            const std::size_t count = std::min(references.size(), list.count - first);
+            for (std::size_t i = 0; i < count; ++i)
+                if (!follow(reader_.entry(list, first + i), references[i])) return false;
+            for (std::size_t i = 0; i < count; ++i)
+                if (!decode(first + i, references[i])) return false;
+        }
+        return true;
+    }
+    bool decodeFresh(std::size_t reference, const BinaryObject& object, unsigned depth, Value& value);
     bool decodeInstance(std::size_t reference, const BinaryObject& instance, unsigned depth, Value& value);
     bool decodeContainer(Family family, const Fields& fields, unsigned depth, Value& value);
     /// A text, data or date that is an object with a class.
     bool decodeWrapped(Family family, std::size_t reference, std::optional<std::size_t> contents, Value& value);
-    bool decodeKey(std::size_t uid, std::string& key);
+    bool decodeKey(std::size_t reference, std::string& key);
 
     bool readFields(const BinaryObject& instance, Fields& fields);
     bool readFamily(std::optional<std::size_t> classUid, Family& family);
     bool readFamilyName(std::size_t reference, Family& family);
     bool readList(std::optional<std::size_t> reference, BinaryObject& list);
-    /// Follows a UID to the object it names within `$objects`; null when it names nil.
-    bool follow(std::size_t uid, std::optional<std::size_t>& reference);
+    /// Follows a UID to the object it names within `$objects`; `nil` when it names nil.
+    [[gnu::always_inline]] bool follow(std::size_t uid, std::size_t& reference) {
+        std::size_t index = 0;
+        if (!reader_.readUid(uid, index)) return false;
+        if (index >= objects_.count) return reader_.fail("a UID beyond $objects");
+        reference = index > 0 ? std::min(reader_.entry(objects_, index), nil - 1) : nil;
+        return true;
+    }
+    static constexpr auto nil = static_cast<std::size_t>(-1);
 
     BinaryReader& reader_;
     Expansion expansion_;
@@ -69,27 +103,14 @@ bool KeyedArchiveReader::decode(Value& value) {
         BinaryObject key;
         if (!reader_.read(reader_.key(roots, i), key)) return false;
         if (!BinaryReader::equals(key, name::root)) continue;
-        std::optional<std::size_t> root;
+        std::size_t root = nil;
         if (!follow(reader_.value(roots, i), root)) return false;
-        return !root || decodeArchived(*root, 1, value);
+        return root == nil || decodeArchived(root, 1, value);
     }
     return reader_.fail("there is no root object");
 }
 
-bool KeyedArchiveReader::follow(std::size_t uid, std::optional<std::size_t>& reference) {
-    std::size_t index = 0;
-    if (!reader_.readUid(uid, index)) return false;
-    if (index >= objects_.count) return reader_.fail("a UID beyond $objects");
-    reference = index > 0 ? std::optional(reader_.entry(objects_, index)) : std::nullopt;
-    return true;
-}
-
-bool KeyedArchiveReader::decodeArchived(std::size_t reference, unsigned depth, Value& value) {
-    const Expansion::State known = expansion_.recall(reference, depth, value);
-    if (known != Expansion::State::fresh) return known == Expansion::State::shared;
-    BinaryObject object;
-    if (!reader_.read(reference, object)) return false;
-
+bool KeyedArchiveReader::decodeFresh(std::size_t reference, const BinaryObject& object, unsigned depth, Value& value) {
     using enum BinaryObject::Kind;
     switch (object.kind) {
     case null:
@@ -141,22 +162,24 @@ bool KeyedArchiveReader::decodeContainer(Family family, const Fields& fields, un
     if (!readList(fields.values, values)) return false;
     if (!expansion_.consume(keys) || !expansion_.consume(values)) return false;
 
-    const auto decodeEntry = [&](std::size_t i, Value& entry) {
-        std::optional<std::size_t> reference;
-        if (!follow(reader_.entry(values, i), reference)) return false;
-        return reference ? decodeArchived(*reference, depth + 1, entry) : expansion_.charge();
-    };
     if (family == Family::list) {
         List list(values.count);
-        for (std::size_t i = 0; i < values.count; ++i)
-            if (!decodeEntry(i, list[i])) return false;
+        const auto decodeEntry = [&](std::size_t i, std::size_t reference) {
+            return decodeArchived(reference, depth + 1, list[i]);
+        };
+        if (!forEach(values, decodeEntry)) return false;
         value = std::move(list);
         return true;
     }
     if (keys.count != values.count) return reader_.fail("a dictionary with more keys than values, or fewer");
     std::vector<Dictionary::Entry> entries(values.count);
-    for (std::size_t i = 0; i < values.count; ++i)
-        if (!decodeKey(reader_.entry(keys, i), entries[i].first) || !decodeEntry(i, entries[i].second)) return false;
+    const auto decodeKeyOf = [&](std::size_t i, std::size_t reference) {
+        return decodeKey(reference, entries[i].first);
+    };
+    const auto decodeValueOf = [&](std::size_t i, std::size_t reference) {
+        return decodeArchived(reference, depth + 1, entries[i].second);
+    };
+    if (!forEach(keys, decodeKeyOf) || !forEach(values, decodeValueOf)) return false;
     value = Dictionary(std::move(entries));
     return true;
 }
@@ -168,8 +191,8 @@ bool KeyedArchiveReader::decodeWrapped(Family family, std::size_t reference, std
     if (!reader_.read(*contents, object)) return false;
     // Contents stand in place or are archived objects themselves.
     if (object.kind == BinaryObject::Kind::uid) {
-        if (!follow(*contents, contents)) return false;
-        if (!contents) return reader_.fail("an archived object whose contents are nil");
+        if (!follow(*contents, *contents)) return false;
+        if (*contents == nil) return reader_.fail("an archived object whose contents are nil");
         if (!reader_.read(*contents, object)) return false;
     }
     using enum BinaryObject::Kind;
@@ -187,11 +210,9 @@ bool KeyedArchiveReader::decodeWrapped(Family family, std::size_t reference, std
     return reader_.fail("an archived object whose contents are of another kind");
 }
 
-bool KeyedArchiveReader::decodeKey(std::size_t uid, std::string& key) {
-    std::optional<std::size_t> reference;
-    if (!follow(uid, reference)) return false;
+bool KeyedArchiveReader::decodeKey(std::size_t reference, std::string& key) {
     BinaryObject object;
-    if (reference && !reader_.read(*reference, object)) return false;
+    if (reference != nil && !reader_.read(reference, object)) return false;
     if (object.isText()) {
         if (!expansion_.charge(object.contentsSize) || !reader_.checkText(object)) return false;
         key = BinaryReader::text(object);
@@ -201,7 +222,7 @@ bool KeyedArchiveReader::decodeKey(std::size_t uid, std::string& key) {
     // A key may also be a text object of its own.
     Value value;
     if (object.kind == BinaryObject::Kind::dictionary &&
-        !decodeArchived(*reference, PropertyListLimits::depth + 1, value))
+        !decodeArchived(reference, PropertyListLimits::depth + 1, value))
         return false;
     if (value.text() == nullptr) return reader_.fail("a dictionary key that is no text");
     key = *value.text();
@@ -224,14 +245,14 @@ bool KeyedArchiveReader::readFields(const BinaryObject& instance, Fields& fields
 }
 
 bool KeyedArchiveReader::readFamily(std::optional<std::size_t> classUid, Family& family) {
-    std::optional<std::size_t> reference;
+    std::size_t reference = nil;
     if (!classUid) return reader_.fail("an archived object without a class");
     if (!follow(*classUid, reference)) return false;
-    if (!reference) return reader_.fail("an archived object whose class is nil");
+    if (reference == nil) return reader_.fail("an archived object whose class is nil");
     BinaryObject object;
-    if (!reader_.read(*reference, object)) return false;
+    if (!reader_.read(reference, object)) return false;
     if (object.kind != BinaryObject::Kind::dictionary) return reader_.fail("a class that is no dictionary");
-    std::optional<Family>& known = families_[*reference];
+    std::optional<Family>& known = families_[reference];
     if (!known) {
         known = Family::unknown;
         // The class itself is asked first, then those it derives from, nearest first.
