@@ -1,6 +1,7 @@
 #include "programs/Display.h"
 
 #include "programs/Program.h"
+#include "programs/WaylandSeat.h"
 
 #include <QByteArray>
 
@@ -21,7 +22,8 @@ bool savesPicturesOnly(const std::optional<std::filesystem::path>& grab, std::op
                        const char* folder) {
     if (!grab && !tour && !hasDisplay()) {
         tour = folder;
-        complain("there is no display to open a window on (neither DISPLAY nor WAYLAND_DISPLAY is set); saving pictures in " +
+        complain("there is no display to open a window on (neither DISPLAY nor WAYLAND_DISPLAY is set); saving "
+                 "pictures in " +
                  std::filesystem::absolute(folder).string() + " instead");
     }
     return grab || tour;
@@ -38,6 +40,8 @@ void prepareDrawing(bool picturesOnly) {
     // has cut short would end every later start. Compiling the pages anew takes 4 ms.
     setenv("QML_DISABLE_DISK_CACHE", "1", kUnlessSet);
     if (!hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && waylandLacksSeat())
+        setenv("QT_IM_MODULE", "none", kUnlessSet);
     if (picturesOnly) setenv("QT_SCALE_FACTOR", "1", kUnlessSet);
 }
 
