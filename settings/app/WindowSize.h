@@ -7,7 +7,7 @@
 namespace settings {
 
 /// The smallest window, in points.
-inline constexpr platform::CGSize kSmallestWindow{320, 400};
+inline constexpr platform::CGSize kSmallestWindow{320, 320};
 
 /// The size that was kept last; nothing if none was, or what is there is no size of a window.
 [[nodiscard]] std::optional<platform::CGSize> keptWindowSize();

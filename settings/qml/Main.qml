@@ -11,7 +11,7 @@ Window {
 
     visible: true
     minimumWidth: 320
-    minimumHeight: 400
+    minimumHeight: 320
     color: Theme.page
     LayoutMirroring.enabled: Theme.mirrored
     LayoutMirroring.childrenInherit: true

@@ -1,0 +1,115 @@
+#include "tests/settings/wayland/Phone.h"
+
+#include "link/Messages.h"
+#include "tests/pages/RecordingTweak.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+using platform::Dictionary;
+using platform::List;
+using platform::Value;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+using tests::Phone;
+using tests::RecordingTweak;
+
+constexpr QPoint kFirstSwitch(333, 121);
+constexpr QPoint kSecondSwitch(333, 304);
+
+Value change(const char* key, Value value) {
+    return Dictionary{{"key", key}, {"object", std::move(value)}};
+}
+
+std::set<std::string> colours(const std::vector<Value>& changes) {
+    std::set<std::string> told;
+    for (const Value& change : changes)
+        told.insert(platform::description(change));
+    return told;
+}
+
+class PhoneTest : public testing::Test {
+  protected:
+    PhoneTest() { tweak.setSettings(Dictionary{}); }
+    /// All changes, once there are so many.
+    std::vector<Value> changes(std::size_t count) {
+        Phone::await([&] { return tweak.changes().size() >= count; }, std::to_string(count) + " changes");
+        return tweak.changes();
+    }
+
+    RecordingTweak& tweak = RecordingTweak::shared();
+};
+
+TEST_F(PhoneTest, TurnsSwitchesUnderFingers) {
+    Phone phone({});
+    phone.tap(kFirstSwitch);
+    EXPECT_THAT(changes(1), ElementsAre(change("kTweakEnabled", true)));
+    phone.press(kFirstSwitch, 0);
+    phone.tap(kSecondSwitch, 1);
+    phone.lift(kFirstSwitch, 0);
+    EXPECT_THAT(changes(3), IsSupersetOf({change("kSleepDisabledForAppViews", true), change("kTweakEnabled", false)}));
+    EXPECT_EQ(phone.close(), 0);
+}
+
+TEST_F(PhoneTest, ScrollsUnderAFingerAndChangesNothing) {
+    Phone phone({"--page", "FontViewController"});
+    const QImage before = phone.picture().copy();
+    phone.drag({195, 700}, {195, 300}, 10);
+    phone.awaitRest();
+    EXPECT_NE(phone.picture(), before);
+    EXPECT_THAT(tweak.changes(), IsEmpty());
+}
+
+TEST_F(PhoneTest, SendsEachColourThatAFingerIsDraggedTo) {
+    tweak.setSettings(Dictionary{{"kLSBlurColor", Dictionary{{"h", 0.0}, {"s", 0.0}, {"b", 1.0}}}});
+    Phone phone({"--page", "ColorPickerController"});
+    phone.drag({100, 300}, {280, 480}, 30);
+    const std::vector<Value> all = changes(31);
+    EXPECT_EQ(all.size(), 31U);
+    EXPECT_EQ(colours(all).size(), 31U) << "one of them twice";
+}
+
+TEST_F(PhoneTest, MovesARowThatAFingerDrags) {
+    tweak.setSettings(Dictionary{{"kAppsEnabled", List{"org.lumora.samples.Phone", "org.lumora.samples.Mail"}}});
+    Phone phone({"--page", "AppsListController"});
+    phone.drag({348, 119}, {348, 165}, 10);
+    EXPECT_THAT(changes(1),
+                ElementsAre(change("kAppsEnabled", List{"org.lumora.samples.Mail", "org.lumora.samples.Phone"})));
+}
+
+TEST_F(PhoneTest, TakesWhatIsTypedOnTheScreen) {
+    Phone phone({"--page", "LSDateViewSettings"});
+    EXPECT_FALSE(phone.wantsKeyboard());
+    phone.tap({195, 617});
+    Phone::await([&] { return phone.wantsKeyboard(); }, "the wish for a keyboard");
+    phone.write("Hé");
+    phone.write("\r");
+    EXPECT_THAT(changes(1), ElementsAre(change("kLSDateSubtitle", "Hé")));
+}
+
+TEST_F(PhoneTest, IsTheSameAfterItWasTurnedAndTurnedBack) {
+    Phone phone({"--page", "LSDateViewSettings"});
+    const QImage before = phone.picture().copy();
+    phone.turn({844, 390});
+    phone.awaitRest();
+    phone.turn({390, 844});
+    phone.awaitRest();
+    EXPECT_EQ(phone.picture(), before);
+    EXPECT_THAT(tweak.changes(), IsEmpty());
+}
+
+TEST_F(PhoneTest, TakesFingersInPointsWhereEachHasNinePixels) {
+    Phone phone({}, 3);
+    EXPECT_EQ(phone.picture().size(), QSize(1170, 2532));
+    phone.tap(kFirstSwitch);
+    EXPECT_THAT(changes(1), ElementsAre(change("kTweakEnabled", true)));
+}
+
+} // namespace
