@@ -12,7 +12,7 @@ using platform::List;
 
 namespace {
 
-constexpr const char* kOpensPhone = "tap icons[0]\nkey 1\nkey 2\nkey 3\nkey 4";
+constexpr const char* kWayIntoPhone = "tap icons[0]\nkey 1\nkey 2\nkey 3\nkey 4";
 
 Player playerOn(Surface surface) {
     Player player(Dictionary{{kTweakEnabled, true},
@@ -44,7 +44,7 @@ TEST(Hand, TapsThePartThatItTouches) {
     const Look passcode = playerOn(Surface::passcode).look();
     EXPECT_EQ(drag(passcode, CGRectGetCenter(passcode.keys[4].frame), 0, 0), "tap keys[4]");
     EXPECT_EQ(drag(passcode, CGRectGetCenter(passcode.passcode.cancel.frame), 0, 0), "tap passcode.cancel");
-    const Look opened = playerOn(Surface::apps).play(kOpensPhone).look();
+    const Look opened = playerOn(Surface::apps).play(kWayIntoPhone).look();
     EXPECT_EQ(drag(opened, CGRectGetCenter(opened.opened.button.frame), 0, 0), "home");
 }
 
@@ -77,7 +77,7 @@ TEST(Hand, SlidesTheBeadAndPullsWhatSticksOut) {
 }
 
 TEST(Hand, LeavesAnApplicationUpwards) {
-    const Look look = playerOn(Surface::apps).play(kOpensPhone).look();
+    const Look look = playerOn(Surface::apps).play(kWayIntoPhone).look();
     EXPECT_EQ(drag(look, kBeside, 0, -80), "home");
     EXPECT_EQ(drag(look, kBeside, -80, 0), "nothing");
 }
