@@ -208,6 +208,10 @@ fs::path standardProgram() {
     return fs::read_symlink("/proc/self/exe", unknown).parent_path() / "lumora-settings";
 }
 
+Sources sourcesOf(const IndexOrder& order) {
+    return {order.bundle, order.program};
+}
+
 Result<MadeIndex> makeIndex(const IndexOrder& order, const std::function<void(const Index&)>& known,
                             std::stop_token stop) {
     return IndexWalk(order, known, std::move(stop)).run();
@@ -215,8 +219,7 @@ Result<MadeIndex> makeIndex(const IndexOrder& order, const std::function<void(co
 
 Result<MadeIndex> makeAndKeepIndex(const IndexOrder& order, const std::function<void(const Index&)>& known,
                                    std::stop_token stop) {
-    const std::string stamp =
-        stampOf({order.bundle, order.program}); // of before: what changes meanwhile may be missing
+    const std::string stamp = stampOf(sourcesOf(order)); // of before: what changes meanwhile may be missing
     Result<MadeIndex> made = makeIndex(order, known, std::move(stop));
     if (!made) return made;
     // Silent: without the file, the next start makes the index again, and nothing else is lost.
