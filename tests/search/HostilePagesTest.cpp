@@ -39,7 +39,9 @@ TEST_F(HostilePages, CostTheirOwnRowsWhenTheyTakeTooLong) {
     addFriends();
     add("hang");
     add("spin");
-    const search::MadeIndex made = this->made();
+    search::IndexOrder brief = order();
+    brief.forPage = std::chrono::seconds(2);
+    const search::MadeIndex made = this->made(brief);
     expectTheOthers(made.index);
     EXPECT_THAT(made.missing, ElementsAre("hang: it takes too long", "spin: it takes too long"));
     EXPECT_FALSE(made.whole) << "another time they may not";
