@@ -91,8 +91,9 @@ class IndexWalk {
   private:
     [[nodiscard]] std::vector<std::string> command() const {
         // Whatever it leaves in its folder for temporary files is removed behind it.
-        std::vector<std::string> words{"/usr/bin/env", "TMPDIR=" + folder_.path().string(), order_.program.string(),
-                                       "--index"};
+        std::vector<std::string> words{
+            "/bin/sh", "-c", R"(TMPDIR=$0; export TMPDIR; exec "$@")", folder_.path().string(), order_.program.string(),
+            "--index"};
         if (!behind_.empty()) words.push_back("--index-behind=" + behind_);
         if (!order_.root.empty()) words.insert(words.end(), {"--root", order_.root.string()});
         if (!order_.bundle.empty()) words.insert(words.end(), {"--bundle", order_.bundle.string()});

@@ -118,4 +118,17 @@ TEST(IndexEntries, OfTablesTellTheirSectionButNoOrder) {
     }
 }
 
+TEST(IndexEntries, CanBeWrittenWhateverTheTextsAre) {
+    RowSnapshot row = rowOf(PSSwitchCell, "A bad \xFF byte");
+    row.titles = {"\xC3"};
+    RowSnapshot longer = rowOf(PSSwitchCell, "");
+    for (int i = 0; i < 5000; ++i)
+        longer.name += "\u00E9";
+    const auto entries = entriesOf({row, longer});
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].title, "A bad \uFFFD byte");
+    EXPECT_LE(entries[1].title.size(), 4096U);
+    EXPECT_TRUE(search::writePageLine({{}, {"P", "", {}, 0, "", ""}, entries}));
+}
+
 } // namespace
