@@ -27,6 +27,8 @@ using Clock = std::chrono::steady_clock;
 
 /// The memory that the process may have: as much as the one in which plug-ins are tried.
 constexpr std::uint64_t kIndexMemory = std::uint64_t{4} << 30U;
+/// How long the process may take to begin.
+constexpr std::chrono::seconds kToBegin{10};
 /// How long a stop may go unseen.
 constexpr std::chrono::milliseconds kLook{50};
 
@@ -76,7 +78,7 @@ class IndexWalk {
             if (!started) return Result<MadeIndex>::failure(started.error());
             child_ = std::move(started).value();
             begun_.clear();
-            startPage();
+            giveTime(kToBegin);
             const std::string why = follow();
             const int status = child_->end();
             if (stop_.stop_requested()) return Result<MadeIndex>::failure("it was stopped");
@@ -100,10 +102,10 @@ class IndexWalk {
         return words;
     }
 
-    /// A page has its time from now on.
-    void startPage() {
-        pageUntil_ = Clock::now() + order_.forPage;
-        processorUntil_ = child_->processorTime() + order_.forPage;
+    /// From now on, by the clock and in processor time.
+    void giveTime(std::chrono::milliseconds time) {
+        pageUntil_ = Clock::now() + time;
+        processorUntil_ = child_->processorTime() + time;
     }
     [[nodiscard]] Clock::time_point until() const { return std::min(pageUntil_, deadline_); }
 
@@ -144,7 +146,7 @@ class IndexWalk {
         if (what == "begin") {
             const auto [name, title] = cutAtSpace(rest);
             begun_.push_back({std::string(name), platform::printable(title)});
-            startPage();
+            giveTime(order_.forPage);
         } else if (what == "page") {
             auto page = readPageLine(rest);
             if (!page) return false;
@@ -152,7 +154,7 @@ class IndexWalk {
         } else if (what == "missing") {
             made_.missing.push_back(platform::printable(rest));
         } else if (what == "alive") {
-            startPage();
+            giveTime(order_.forPage);
         } else {
             ended_ = what == "end";
             return ended_;

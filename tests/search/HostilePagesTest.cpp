@@ -75,6 +75,24 @@ TEST_F(HostilePages, SpoilNothingByWhatTheyPrint) {
     EXPECT_THAT(made.missing, IsEmpty());
 }
 
+TEST_F(HostilePages, AreNoneWherePlugInsFailInTheirTrial) {
+    addFriends();
+    for (const char* name : {"looping-1", "aborting-1"})
+        plugins.add(std::string(name) + ".bundle", "TestPlugin");
+    search::IndexOrder brief = order();
+    brief.forPage = std::chrono::milliseconds(1500);
+    const search::MadeIndex made = this->made(brief);
+    expectTheOthers(made.index);
+    EXPECT_THAT(made.missing, IsEmpty()) << "the trial takes longer, but that is not the page's time";
+}
+
+TEST_F(HostilePages, CostTheListOfPlugInsWhereOneEndsTheProcessThatLoadsIt) {
+    plugins.add("exiting-in-settings-1.bundle", "TestPlugin");
+    const search::MadeIndex made = this->made();
+    EXPECT_THAT(made.missing, ElementsAre(StartsWith("App Views: it ends the process")));
+    EXPECT_TRUE(has(made.index, "Status Bar")) << "on a page that comes later";
+}
+
 TEST_F(HostilePages, AreOverWithAllOfThemTogether) {
     for (const char* name : {"hang", "hang-2"})
         plugins.add(std::string(name) + ".bundle", "HostilePage");
