@@ -16,6 +16,6 @@ namespace platform {
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path userFolder(const char* variable, const char* nameInHome);
 
 /// Makes the missing folders of a path, with access for the user alone, as the desktop's rules have it. Any thread.
-[[nodiscard]] Result<void> makeFolders(const std::filesystem::path& path);
+[[nodiscard]] PLATFORM_EXPORT Result<void> makeFolders(const std::filesystem::path& path);
 
 } // namespace platform

@@ -1,0 +1,181 @@
+#include "search/Search.h"
+
+#include "search/FoldedTexts.h"
+#include "search/Folding.h"
+#include "search/Matching.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <utility>
+
+namespace search {
+namespace {
+
+constexpr std::size_t kLongestQuery = 4096;
+
+/// What a word counts where it is found: nowhere, inside, at a word's beginning, at the beginning.
+using Points = std::array<int, 4>;
+constexpr Points kPointsInTitle{0, 8, 16, 24};
+constexpr Points kPointsInPath{0, 4, 8, 12};
+constexpr Points kPointsInFirstTitle{0, 1, 1, 1}; // which all paths have
+constexpr Points kPointsInRest{0, 2, 4, 6};
+constexpr Points kPointsInWords{0, 1, 2, 3};
+constexpr int kPointsForWhole = 12;
+constexpr int kPointsForBeginning = 4;
+
+/// A query, and how it is compared.
+class Query {
+  public:
+    Query(const Index& index, std::string_view text, bool forgiving)
+        : index_(index), folded_(index.folded()), query_(fold(text)), forgiving_(forgiving) {
+        for (const std::string_view word : wordsOf(query_)) {
+            if (std::ranges::find(words_, word, &SoughtWord::text) == words_.end()) words_.emplace_back(word);
+            if (!whole_.empty()) whole_ += ' ';
+            whole_ += word;
+        }
+        for (const SoughtWord& word : words_)
+            letters_ |= word.letters;
+        inPath_.assign(folded_.pages.size() * words_.size(), kUnknown);
+    }
+
+    [[nodiscard]] std::vector<Hit> best(std::size_t most) {
+        std::vector<Hit> hits;
+        if (words_.empty()) return hits;
+        for (std::size_t i = 0; i < folded_.entries.size(); ++i)
+            if (const int rank = rankOf(i); rank > 0) hits.push_back({i, rank, forgiving_});
+        const auto better = [this](const Hit& one, const Hit& other) {
+            if (one.rank != other.rank) return one.rank > other.rank;
+            const auto kinds = std::pair(entry(one).kind, entry(other).kind);
+            return kinds.first != kinds.second ? kinds.first < kinds.second : one.entry < other.entry;
+        };
+        const std::size_t shown = std::min(most, hits.size());
+        std::ranges::partial_sort(hits, hits.begin() + std::ptrdiff_t(shown), better);
+        hits.resize(shown);
+        for (Hit& hit : hits)
+            explain(hit);
+        return hits;
+    }
+
+  private:
+    static constexpr int kUnknown = -1;
+
+    [[nodiscard]] const Entry& entry(const Hit& hit) const { return index_.entries()[hit.entry]; }
+
+    [[nodiscard]] bool canHave(std::uint64_t letters, const SoughtWord& word) const {
+        const std::uint64_t missing = word.letters & ~letters;
+        return missing == 0 || (forgiving_ && word.forgiving && std::has_single_bit(missing));
+    }
+
+    [[nodiscard]] Found found(std::string_view text, const SoughtWord& word) const {
+        Found found = findWord(text, word.text);
+        if (found.where == Where::nowhere && forgiving_ && word.forgiving) found = findWithMistake(text, word.text);
+        return found;
+    }
+    [[nodiscard]] int points(const Points& points, Place text, const SoughtWord& word) const {
+        return points[std::size_t(found(folded_.text(text), word).where)];
+    }
+
+    /// Of the titles of the page and of those before it.
+    int pointsInPath(std::size_t page, std::size_t word) {
+        int& known = inPath_[page * words_.size() + word];
+        if (known != kUnknown) return known;
+        const auto& from = index_.pages()[page].from;
+        const int own = points(from ? kPointsInPath : kPointsInFirstTitle, folded_.pages[page].title, words_[word]);
+        return known = std::max(own, from ? pointsInPath(*from, word) : 0);
+    }
+
+    /// 0 unless every word is found, and one of them elsewhere than in the first page's title.
+    int rankOf(std::size_t position) {
+        const FoldedTexts::OfEntry& texts = folded_.entries[position];
+        if (!forgiving_ && (letters_ & ~texts.letters) != 0) return 0;
+        int rank = 0;
+        bool own = false;
+        for (std::size_t i = 0; i < words_.size(); ++i) {
+            const SoughtWord& word = words_[i];
+            if (!canHave(texts.letters, word)) return 0;
+            int best = points(kPointsInTitle, texts.title, word);
+            if (best < kPointsInPath.back()) best = std::max(best, pointsInPath(index_.entries()[position].page, i));
+            if (best < kPointsInRest.back()) best = std::max(best, points(kPointsInRest, texts.rest, word));
+            if (best < kPointsInWords.back()) best = std::max(best, points(kPointsInWords, texts.words, word));
+            if (best == 0) return 0;
+            own = own || best > kPointsInFirstTitle.back() || points(kPointsInWords, texts.words, word) > 0;
+            rank += best;
+        }
+        const std::string_view title = folded_.text(texts.title);
+        if (title.starts_with(whole_)) rank += title.size() == whole_.size() ? kPointsForWhole : kPointsForBeginning;
+        return own ? rank : 0;
+    }
+
+    /// Marks the word's best place in a text; false when the text has none.
+    bool mark(std::vector<Range>& ranges, const FoldedPlaces& text, const SoughtWord& word) const {
+        const Found place = found(text.text, word);
+        if (place.where == Where::nowhere) return false;
+        const std::size_t begin = text.begins[place.begin];
+        const std::size_t end = place.length > 0 ? text.ends[place.begin + place.length - 1] : begin;
+        ranges.push_back({begin, end - begin});
+        return true;
+    }
+
+    static void join(std::vector<Range>& ranges) {
+        std::ranges::sort(ranges, {}, &Range::begin);
+        std::vector<Range> joined;
+        for (const Range& range : ranges) {
+            if (joined.empty() || joined.back().begin + joined.back().length < range.begin)
+                joined.push_back(range);
+            else
+                joined.back().length = std::max(joined.back().length, range.begin + range.length - joined.back().begin);
+        }
+        ranges = std::move(joined);
+    }
+
+    void explain(Hit& hit) const {
+        const FoldedPlaces title = foldWithPlaces(entry(hit).title);
+        std::vector<FoldedPlaces> path;
+        for (const std::size_t page : index_.wayTo(entry(hit).page))
+            path.push_back(foldWithPlaces(index_.pages()[page].title));
+        hit.path.resize(path.size());
+        for (const SoughtWord& word : words_) {
+            bool marked = mark(hit.title, title, word);
+            for (std::size_t i = 0; i < path.size(); ++i)
+                marked = mark(hit.path[i], path[i], word) || marked;
+            if (!marked && hit.also.empty()) hit.also = otherTextWith(entry(hit), word);
+        }
+        join(hit.title);
+        for (auto& ranges : hit.path)
+            join(ranges);
+    }
+
+    /// The one in which the word has its best place.
+    [[nodiscard]] std::string otherTextWith(const Entry& entry, const SoughtWord& word) const {
+        std::vector<std::string_view> texts = restOf(entry);
+        texts.insert(texts.end(), entry.words.begin(), entry.words.end());
+        std::string_view best;
+        Where where = Where::nowhere;
+        for (const std::string_view text : texts) {
+            const Where here = found(fold(text), word).where;
+            if (here > where) best = text;
+            where = std::max(where, here);
+        }
+        return std::string(best);
+    }
+
+    const Index& index_;
+    const FoldedTexts& folded_;
+    std::string query_;
+    std::string whole_; ///< the query with single spaces
+    bool forgiving_;
+    std::vector<SoughtWord> words_;
+    std::uint64_t letters_ = 0;
+    std::vector<int> inPath_; ///< of each page and word
+};
+
+} // namespace
+
+std::vector<Hit> find(const Index& index, std::string_view query, std::size_t most) {
+    if (query.size() > kLongestQuery) return {};
+    std::vector<Hit> hits = Query(index, query, false).best(most);
+    return hits.empty() ? Query(index, query, true).best(most) : hits;
+}
+
+} // namespace search
