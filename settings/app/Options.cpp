@@ -35,6 +35,10 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     auto* rows = app.add_option("--rows", options.rows, "Print a page as JSON, and end; secure values are dots")
                      ->type_name("CLASS")
                      ->check(isName);
+    app.add_option("--search", options.search, "Open the search, and look for these words")
+        ->type_name("WORDS")
+        ->check(isName)
+        ->excludes(tour, rows);
     app.add_flag("--lockscreen", options.lockScreen,
                  "In the picture, show the lock screen beside the page from 1200 points on")
         ->needs(grab);

@@ -15,6 +15,7 @@ struct Options {
     std::string page; ///< class of the first page; empty for the bundle's own
     std::optional<std::filesystem::path> grab;
     std::optional<std::filesystem::path> tour;
+    std::string search;      ///< what the window looks for at first; empty for nothing
     bool lockScreen = false; ///< in the picture, beside the page
     std::optional<std::string> rows;
     double timeout = 30;  ///< seconds; a plug-in that never answers takes 10 of them at each start

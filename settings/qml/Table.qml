@@ -17,6 +17,16 @@ FocusScope {
         menu.close();
     }
 
+    // Shows a row to which the table has been asked to scroll, and where it is.
+    function land(place) {
+        flick.scrollAsAsked();
+        table.current = place;
+        current.shown = true;
+        root.forceActiveFocus(Qt.OtherFocusReason);
+        current.focusWanted();
+        mark.show(Qt.rect(flick.columnX, table.topOf(place), flick.columnWidth, table.heightOf(place)));
+    }
+
     Accessible.role: Accessible.List
     Accessible.name: title
 
@@ -63,6 +73,12 @@ FocusScope {
         enabled: !menu.open
         table: root.table
 
+        LandingMark {
+            id: mark
+
+            z: 1
+            radius: root.table.grouped ? Theme.rowRadius : 0
+        }
         Repeater {
             model: root.table.sections
 
