@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace search {
@@ -18,6 +19,9 @@ enum class Kind : unsigned char {
     other,       ///< in any other table that a page hosts
     note,        ///< the text of a group without rows; its place is that of the group
 };
+
+/// "row", "option" and so on. Any thread.
+[[nodiscard]] std::string_view nameOf(Kind kind);
 
 /// A page, and how to come to it from the page before.
 struct Page {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <sys/wait.h>
@@ -49,6 +50,18 @@ class PrivateFolder {
     fs::path path_;
 };
 
+/// A page that a process has begun to make.
+struct BegunPage {
+    std::string name; ///< by which another process goes on behind it; "s…" for the page of a plug-in
+    std::string title;
+    [[nodiscard]] bool isOfPlugin() const { return name.starts_with('s'); }
+};
+
+std::string howItEnded(int status) {
+    if (WIFSIGNALED(status)) return std::string("it crashes: ") + ::strsignal(WTERMSIG(status));
+    return "it ends the process, with exit status " + std::to_string(WEXITSTATUS(status));
+}
+
 /// Takes what one process after the other says of the pages.
 class IndexWalk {
   public:
@@ -62,17 +75,16 @@ class IndexWalk {
             auto started = ChildProcess::start(command(), {.memory = kIndexMemory});
             if (!started) return Result<MadeIndex>::failure(started.error());
             child_ = std::move(started).value();
-            begun_.reset();
+            begun_.clear();
             startPage();
             const std::string why = follow();
-            spent_ += child_->processorTime();
             const int status = child_->end();
             if (stop_.stop_requested()) return Result<MadeIndex>::failure("it was stopped");
-            if (!ended_ && !goOnBehind(why.empty() ? howItEnded(status) : why)) break;
+            if (!ended_ && !goOn(why.empty() ? howItEnded(status) : why)) break;
         }
-        made_.index = indexOf(lines_);
         if (lines_.empty())
             return Result<MadeIndex>::failure(made_.missing.empty() ? "no page can be read" : made_.missing.front());
+        made_.index = indexOf(std::move(lines_));
         return std::move(made_);
     }
 
@@ -81,7 +93,7 @@ class IndexWalk {
         // Whatever it leaves in its folder for temporary files is removed behind it.
         std::vector<std::string> words{"/usr/bin/env", "TMPDIR=" + folder_.path().string(), order_.program.string(),
                                        "--index"};
-        if (behind_) words.push_back("--index-behind=" + behind_->text());
+        if (!behind_.empty()) words.push_back("--index-behind=" + behind_);
         if (!order_.root.empty()) words.insert(words.end(), {"--root", order_.root.string()});
         if (!order_.bundle.empty()) words.insert(words.end(), {"--bundle", order_.bundle.string()});
         return words;
@@ -92,90 +104,84 @@ class IndexWalk {
         pageUntil_ = Clock::now() + order_.forPage;
         processorUntil_ = child_->processorTime() + order_.forPage;
     }
+    [[nodiscard]] Clock::time_point until() const { return std::min(pageUntil_, deadline_); }
 
-    /// Takes what the process says until it has ended, or why that is cut short.
+    /// Takes what the process says until it has ended, or until that is cut short: then says why.
     std::string follow() {
         unread_.clear();
-        while (!stop_.stop_requested()) {
-            const auto left = processorUntil_ - child_->processorTime();
-            const ChildProcess::Patience patience =
-                child_->patience(std::min<std::chrono::nanoseconds>(kLook, until() - Clock::now()), left);
+        while (!ended_ && !stop_.stop_requested()) {
+            const ChildProcess::Patience patience{std::min(Clock::now() + kLook, until()), processorUntil_};
             const std::size_t before = unread_.size();
             Heard heard = child_->receive(unread_, before + bytesLeft_, patience);
             bytesLeft_ -= unread_.size() - before;
             if (heard == Heard::something) {
-                if (const std::string wrong = takeLines(); !wrong.empty() || ended_) return wrong;
+                if (!takeLines()) return "it says what is no line of an index";
                 continue;
             }
             if (heard == Heard::end) heard = child_->awaitEnd(patience);
-            if (heard == Heard::end) return "";
+            if (heard == Heard::end) break;
             if (heard == Heard::enough) return "it says too much";
             if (heard == Heard::tooCostly || Clock::now() >= until()) {
-                timeIsWhy_ = true;
+                made_.whole = false;
                 return "it takes too long";
             }
-        }
-        return "it was stopped";
-    }
-    [[nodiscard]] Clock::time_point until() const { return std::min(pageUntil_, deadline_); }
-
-    /// Why the process says nothing useful; empty when it does.
-    std::string takeLines() {
-        std::size_t end = 0;
-        for (; (end = unread_.find('\n')) != std::string::npos; unread_.erase(0, end + 1)) {
-            if (!take(std::string_view(unread_).substr(0, end))) return "it says what is no line of an index";
-            if (ended_) break;
         }
         return {};
     }
 
-    bool take(std::string_view line) {
-        const std::size_t space = std::min(line.find(' '), line.size());
-        const std::string_view what = line.substr(0, space);
-        const std::string_view rest = line.substr(std::min(space + 1, line.size()));
-        if (what == "alive") return startPage(), true;
-        if (what == "end") return ended_ = true;
-        if (what == "begin") return begin(rest);
-        if (what == "missing") return made_.missing.emplace_back(platform::printable(rest)), true;
-        if (what == "page") return addPage(rest);
-        return false;
-    }
-
-    /// "begin 4.1 TITLE"
-    bool begin(std::string_view rest) {
-        const std::size_t space = std::min(rest.find(' '), rest.size());
-        begun_ = Way::of(rest.substr(0, space));
-        title_ = platform::printable(rest.substr(std::min(space + 1, rest.size())));
-        startPage();
-        return begun_.has_value();
-    }
-    bool addPage(std::string_view text) {
-        auto page = readPageLine(text);
-        if (!page) return false;
-        lines_.push_back(std::move(page).value());
-        if (known_) known_(indexOf(lines_));
+    /// False for what no process of ours says.
+    bool takeLines() {
+        const std::size_t pages = lines_.size();
+        for (std::size_t end = 0; !ended_ && (end = unread_.find('\n')) != std::string::npos; unread_.erase(0, end + 1))
+            if (!take(std::string_view(unread_).substr(0, end))) return false;
+        if (known_ && lines_.size() > pages) known_(indexOf(lines_));
         return true;
     }
 
-    /// Leaves out the page that was begun. False when there is no use in another process.
-    bool goOnBehind(const std::string& why) {
-        if (begun_) made_.missing.push_back((title_.empty() ? "the page " + begun_->text() : title_) + ": " + why);
-        made_.whole = made_.whole && !timeIsWhy_;
-        const bool goesOn = begun_ && !begun_->rows.empty() && bytesLeft_ > 0 && Clock::now() < deadline_;
-        behind_ = begun_;
-        if (goesOn) return true;
-        if (!begun_) made_.missing.push_back(program() + ": " + why + printedByChild());
-        made_.whole = false;
-        return false;
+    bool take(std::string_view line) {
+        const auto [what, rest] = cutAtSpace(line);
+        if (what == "begin") {
+            const auto [name, title] = cutAtSpace(rest);
+            begun_.push_back({std::string(name), platform::printable(title)});
+            startPage();
+        } else if (what == "page") {
+            auto page = readPageLine(rest);
+            if (!page) return false;
+            lines_.push_back(std::move(page).value());
+        } else if (what == "missing") {
+            made_.missing.push_back(platform::printable(rest));
+        } else if (what == "alive") {
+            startPage();
+        } else {
+            ended_ = what == "end";
+            return ended_;
+        }
+        return true;
     }
-    [[nodiscard]] std::string program() const { return order_.program.filename().string(); }
-    [[nodiscard]] std::string printedByChild() const {
+    static std::pair<std::string_view, std::string_view> cutAtSpace(std::string_view text) {
+        const std::size_t space = std::min(text.find(' '), text.size());
+        return {text.substr(0, space), text.substr(std::min(space + 1, text.size()))};
+    }
+
+    /// Has the next process go on behind the page that was begun last. False when there is no use in another one.
+    bool goOn(const std::string& why) {
+        const BegunPage last = begun_.empty() ? BegunPage() : begun_.back();
+        if (last.name.empty()) { // not even the first page
+            made_.missing.push_back(order_.program.filename().string() + ": " + why + printed());
+            made_.whole = false;
+            return false;
+        }
+        // A plug-in whose page was made before may be to blame, so this page has to do it again without that.
+        const bool again = last.isOfPlugin() && begun_.size() > 1 && begun_[begun_.size() - 2].isOfPlugin();
+        behind_ = (again ? begun_[begun_.size() - 2] : last).name;
+        if (!again) made_.missing.push_back((last.title.empty() ? "page " + last.name : last.title) + ": " + why);
+        const bool goesOn = bytesLeft_ > 0 && Clock::now() < deadline_;
+        made_.whole = made_.whole && goesOn;
+        return goesOn;
+    }
+    [[nodiscard]] std::string printed() const {
         const std::string printed = platform::printable(child_->printed());
         return printed.empty() ? "" : " (" + printed + ")";
-    }
-    static std::string howItEnded(int status) {
-        if (WIFSIGNALED(status)) return "it ends the process, with signal " + std::to_string(WTERMSIG(status));
-        return "it ends the process, with exit status " + std::to_string(WEXITSTATUS(status));
     }
 
     const IndexOrder& order_;
@@ -184,15 +190,12 @@ class IndexWalk {
     const PrivateFolder folder_;
     const Clock::time_point deadline_;
     std::size_t bytesLeft_;
-    std::chrono::nanoseconds spent_{0};
     std::unique_ptr<ChildProcess> child_;
     std::string unread_;
     Clock::time_point pageUntil_;
     std::chrono::nanoseconds processorUntil_{0};
-    std::optional<Way> begun_; ///< the page that the process has begun last
-    std::string title_;        ///< of the row that opens it
-    std::optional<Way> behind_;
-    bool timeIsWhy_ = false;
+    std::vector<BegunPage> begun_; ///< by the present process
+    std::string behind_;           ///< the page behind which the present process began
     bool ended_ = false;
     std::vector<PageLine> lines_;
     MadeIndex made_;
@@ -205,6 +208,10 @@ fs::path standardProgram() {
     return fs::read_symlink("/proc/self/exe", unknown).parent_path() / "lumora-settings";
 }
 
+Sources sourcesOf(const IndexOrder& order) {
+    return {order.bundle, order.program};
+}
+
 Result<MadeIndex> makeIndex(const IndexOrder& order, const std::function<void(const Index&)>& known,
                             std::stop_token stop) {
     return IndexWalk(order, known, std::move(stop)).run();
@@ -212,8 +219,7 @@ Result<MadeIndex> makeIndex(const IndexOrder& order, const std::function<void(co
 
 Result<MadeIndex> makeAndKeepIndex(const IndexOrder& order, const std::function<void(const Index&)>& known,
                                    std::stop_token stop) {
-    const std::string stamp =
-        stampOf({order.bundle, order.program}); // of before: what changes meanwhile may be missing
+    const std::string stamp = stampOf(sourcesOf(order)); // of before: what changes meanwhile may be missing
     Result<MadeIndex> made = makeIndex(order, known, std::move(stop));
     if (!made) return made;
     // Silent: without the file, the next start makes the index again, and nothing else is lost.

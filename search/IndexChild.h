@@ -2,6 +2,7 @@
 
 #include "platform/foundation/Result.h"
 #include "search/Index.h"
+#include "search/IndexFile.h"
 
 #include <chrono>
 #include <filesystem>
@@ -25,6 +26,9 @@ struct IndexOrder {
     std::chrono::milliseconds forAll{20'000};      ///< the same for all pages
     std::size_t mostBytes = std::size_t{16} << 20; ///< of all that the program may say
 };
+
+/// What the index is made from, for stampOf().
+[[nodiscard]] Sources sourcesOf(const IndexOrder& order);
 
 /// An index, and what it lacks.
 struct MadeIndex {

@@ -29,9 +29,8 @@ void setTexts(Dictionary& into, const char* key, const std::vector<std::string>&
 }
 
 Dictionary documentOf(const Entry& entry) {
-    Dictionary document{{"kind", kKindNames[std::size_t(entry.kind)]},
-                        {"row", static_cast<std::int64_t>(entry.row)},
-                        {"title", entry.title}};
+    Dictionary document{
+        {"kind", nameOf(entry.kind)}, {"row", static_cast<std::int64_t>(entry.row)}, {"title", entry.title}};
     if (entry.section >= 0) document.set("section", std::int64_t{entry.section});
     if (entry.cell >= 0) document.set("cell", std::int64_t{entry.cell});
     setText(document, "name", entry.name);
@@ -115,6 +114,10 @@ std::optional<Entry> entryOf(const Value& document) {
 }
 
 } // namespace
+
+std::string_view nameOf(Kind kind) {
+    return kKindNames[std::size_t(kind)];
+}
 
 std::string Way::text() const {
     std::string text;

@@ -13,7 +13,7 @@ _lumora_settings() {
         --contrast) mapfile -t COMPREPLY < <(compgen -W 'more normal' -- "$word") ;;
         --timeout | --text-size | --size) ;;
         *)
-            mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --lockscreen --rows --timeout --verbose --light
+            mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --lockscreen --rows --index --timeout --verbose --light
                 --dark --contrast --text-size --size --help --version' -- "$word")
             ;;
     esac

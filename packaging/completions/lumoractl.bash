@@ -22,7 +22,7 @@ _lumoractl() {
     done
     COMPREPLY=()
     if [[ -z $command ]]; then
-        mapfile -t COMPREPLY < <(compgen -W 'list get set watch archive unarchive plugins --help --version' -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W 'list get set watch archive unarchive plugins search --help --version' -- "$word")
         return
     fi
     if [[ $word == -* ]]; then
@@ -32,6 +32,7 @@ _lumoractl() {
             watch) options+=' --json' ;;
             archive | unarchive) options+=' --output -o' ;;
             plugins) options+=' --json --root --timeout' ;;
+            search) options+=' --json --root --most' ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
         return

@@ -23,7 +23,7 @@ function __lumoractl_values
     end
 end
 
-set -l commands list get set watch archive unarchive plugins
+set -l commands list get set watch archive unarchive plugins search
 complete -c lumoractl -f
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a list -d 'Print all settings as one JSON object'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a get -d 'Print one setting as JSON'
@@ -32,6 +32,7 @@ complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a watch -d
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a archive -d 'Turn JSON into a keyed archive'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a unarchive -d 'Turn a keyed archive into JSON'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a plugins -d 'List the App View plug-ins'
+complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a search -d 'Find rows of the pages by their words'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -l version -d 'Print the version'
 complete -c lumoractl -s h -l help -d 'Print help'
 complete -c lumoractl -n __lumoractl_key_is_next -a '(__lumoractl_keys)'
@@ -40,6 +41,7 @@ complete -c lumoractl -n '__fish_seen_subcommand_from list get' -l secrets -d 'S
 complete -c lumoractl -n '__fish_seen_subcommand_from archive unarchive' -F
 complete -c lumoractl -n '__fish_seen_subcommand_from archive unarchive' -s o -l output -r -F -d 'What to write'
 complete -c lumoractl -n '__fish_seen_subcommand_from plugins' -a '(__fish_complete_directories)'
-complete -c lumoractl -n '__fish_seen_subcommand_from watch plugins' -l json -d 'Print JSON'
-complete -c lumoractl -n '__fish_seen_subcommand_from plugins' -l root -r -a '(__fish_complete_directories)' -d 'What stands for /'
+complete -c lumoractl -n '__fish_seen_subcommand_from watch plugins search' -l json -d 'Print JSON'
+complete -c lumoractl -n '__fish_seen_subcommand_from plugins search' -l root -r -a '(__fish_complete_directories)' -d 'What stands for /'
 complete -c lumoractl -n '__fish_seen_subcommand_from plugins' -l timeout -x -d 'Seconds that each may take'
+complete -c lumoractl -n '__fish_seen_subcommand_from search' -l most -x -d 'How many rows at most'

@@ -11,4 +11,8 @@ int runApplication(int argc, char** argv, const Options& options);
 /// Prints the page that the options ask for as JSON, without a window, and returns the exit code.
 int printRows(const Options& options);
 
+/// Prints what can be found on all pages, line by line as walkForIndex() tells it, and returns the exit code. No window,
+/// and no message to the tweak.
+int printIndex(const Options& options);
+
 } // namespace settings

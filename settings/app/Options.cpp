@@ -19,6 +19,8 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     std::string size;
     bool dark = false;
     bool light = false;
+    bool all = false;
+    std::string behind;
     std::string contrast;
     CLI::App app{"Shows the settings of Lumora and changes them.\n\n"
                  "Without options, opens a window with the root page. The settings themselves are the tweak's: a page\n"
@@ -35,6 +37,8 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     auto* rows = app.add_option("--rows", options.rows, "Print a page as JSON, and end; secure values are dots")
                      ->type_name("CLASS")
                      ->check(isName);
+    auto* index = app.add_flag("--index", all, "Print what can be found on all pages, a line for each, and end");
+    app.add_option("--index-behind", behind)->group("")->needs(index); // for another process that goes on with it
     app.add_option("--search", options.search, "Open the search, and look for these words")
         ->type_name("WORDS")
         ->check(isName)
@@ -44,6 +48,7 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
         ->needs(grab);
     grab->excludes(tour, rows);
     tour->excludes(rows);
+    index->excludes(grab, tour, rows);
     app.add_option("--timeout", options.timeout,
                    "How long --rows, and each page of --grab and --tour, may take (default: 30)")
         ->type_name("SECONDS")
@@ -64,6 +69,7 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     app.footer("Exit codes: 0 done, 1 failed, 2 wrong use.");
     exitCode = programs::parse(app, argc, argv);
     if (exitCode) return options;
+    if (all) options.indexBehind = behind;
     if (dark || light) options.dark = dark;
     if (!contrast.empty()) options.moreContrast = contrast == "more";
     if (!size.empty()) options.size = *programs::sizeFrom(size);

@@ -18,8 +18,9 @@ struct Options {
     std::string search;      ///< what the window looks for at first; empty for nothing
     bool lockScreen = false; ///< in the picture, beside the page
     std::optional<std::string> rows;
-    double timeout = 30;  ///< seconds; a plug-in that never answers takes 10 of them at each start
-    bool verbose = false; ///< what pages log goes to standard error too
+    std::optional<std::string> indexBehind; ///< print the index, from behind this page; empty for all of it
+    double timeout = 30;                    ///< seconds; a plug-in that never answers takes 10 of them at each start
+    bool verbose = false;                   ///< what pages log goes to standard error too
     std::optional<bool> dark;
     std::optional<bool> moreContrast;
     std::optional<int> textSize;          ///< in percent

@@ -10,5 +10,6 @@ int main(int argc, char** argv) {
     if (exitCode) return *exitCode;
     platform::setNSLogOnStandardError(options.verbose);
     programs::begin("lumora-settings", options.root);
+    if (options.indexBehind) programs::end(settings::printIndex(options));
     programs::end(options.rows ? settings::printRows(options) : settings::runApplication(argc, argv, options));
 }

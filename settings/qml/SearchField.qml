@@ -8,6 +8,7 @@ Rectangle {
     property alias field: field
     property string hint // while nothing is typed
     property string note // at the end
+    property string said // to assistive tools, of what has been found
     signal edited
 
     implicitHeight: Math.max(36, Math.ceil(field.contentHeight) + 10)
@@ -28,6 +29,7 @@ Rectangle {
         anchors { left: sign.right; right: note.left; top: parent.top; bottom: parent.bottom; leftMargin: 8; rightMargin: 8 }
         inputMethodHints: Qt.ImhNoPredictiveText
         Accessible.role: Accessible.EditableText
+        placeholderText: root.said // which the toolkit tells as the description, and nothing draws
         onTextEdited: root.edited()
 
         RowTitle {

@@ -87,7 +87,7 @@ FocusScope {
             field.Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape || event.text === "/"
             field.Keys.onPressed: event => root.takeKey(event)
             field.Accessible.name: qsTr("Search")
-            field.Accessible.description: root.search.announcement
+            said: root.search.announcement
         }
         TextButton {
             id: cancel

@@ -1,4 +1,5 @@
 #include "tools/lumoractl/Plugins.h"
+#include "tools/lumoractl/Search.h"
 #include "tools/lumoractl/Streams.h"
 #include "tools/lumoractl/TweakClient.h"
 #include "tools/lumoractl/Watch.h"
@@ -20,6 +21,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 using platform::Data;
 using platform::Dictionary;
@@ -41,6 +43,8 @@ struct Arguments {
     bool secrets = false;
     std::string plugins;
     std::string root;
+    std::vector<std::string> words;
+    std::size_t most = 50;
     double timeout = std::chrono::duration<double>(platform::ProbeLimits().clock).count();
     bool json = false;
 };
@@ -153,6 +157,22 @@ int plugins(const Arguments& arguments) {
     return written != kDone ? written : allUsable(found.value()) ? kDone : kFailed;
 }
 
+int search(const Arguments& arguments) {
+    if (!arguments.root.empty()) platform::setDeviceRoot(arguments.root);
+    std::string words;
+    for (const std::string& word : arguments.words)
+        words += (words.empty() ? "" : " ") + word;
+    const auto found = searchSettings(words, arguments.root, arguments.most);
+    if (!found) return report(found.error());
+    const platform::List& results = found.value();
+    if (!results.empty() && results.front()["similar"].boolValue()) complain("nothing has these words; these are similar");
+    const Result<std::string> text = arguments.json ? writeJson(results) : resultLines(results);
+    if (!text) return report(text.error());
+    const std::string shown = arguments.json ? text.value() + "\n" : text.value();
+    const int written = write("-", shown.data(), shown.size());
+    return written != kDone ? written : results.empty() ? report("nothing is found") : kDone;
+}
+
 int watch(const Arguments& arguments) {
     const Result<void> watched = watchSettings(arguments.json);
     return watched ? kDone : report(watched.error());
@@ -198,6 +218,7 @@ class CommandLine {
         addFiles(*command("archive", "Turn JSON into a keyed archive, the form that messages have", archive));
         addFiles(*command("unarchive", "Turn a keyed archive into JSON", unarchive));
         addPlugins(*command("plugins", "List the App View plug-ins, or why they are skipped", plugins));
+        addSearch(*command("search", "Find rows of the pages by their words", lumora::search));
     }
 
     int run(int count, const char* const* words) {
@@ -264,6 +285,25 @@ class CommandLine {
         command.add_flag("--json", arguments_.json, "Print one JSON list, with an object for each entry");
         command.footer("Each plug-in runs in a process of its own, so that none can harm the others.\n\n"
                        "Exit status: 0 all can be used, 1 one is skipped or the folder cannot be read, 2 wrong use.\n");
+    }
+
+    void addSearch(CLI::App& command) {
+        command.add_option("WORDS", arguments_.words, "What to look for: rows that have all of them are found")
+            ->required()
+            ->type_name("")
+            ->check([](const std::string& word) { return platform::isUtf8(word) ? "" : "a word is UTF-8"; });
+        command.add_option("--root", arguments_.root, "The folder that stands for the device's \"/\"")
+            ->type_name("DIR");
+        command.add_option("--most", arguments_.most, "How many rows to print at most")
+            ->type_name("NUMBER")
+            ->capture_default_str()
+            ->check(CLI::Range(1, 100'000));
+        command.add_flag("--json", arguments_.json, "Print one JSON list, with an object for each row");
+        command.footer("Titles, the path to them, options, help texts and other words for the same thing are looked\n"
+                       "through, whatever their case and accents. Where nothing has the words, a mistake in each is\n"
+                       "forgiven. The tweak is not asked.\n\n"
+                       "Example: lumoractl search blur color\n\n"
+                       "Exit status: 0 something is found, 1 nothing is or it failed, 2 wrong use.\n");
     }
 
     CLI::App app_{kAbout, "lumoractl"};

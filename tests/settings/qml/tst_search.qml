@@ -98,7 +98,7 @@ Item {
             open();
             type("blur");
             keyClick(Qt.Key_Escape);
-            compare([root.search.query, titles().length, overs.count], ["", 0, 0]);
+            compare([root.search.query, root.search.count, overs.count], ["", 0, 0]);
             keyClick(Qt.Key_Escape);
             compare(overs.count, 1);
         }
@@ -152,10 +152,8 @@ Item {
             type("blur");
             keyClick(Qt.Key_Down);
             verify(spokenAs("4 results"));
-            const field = spokenFocus();
-            compare(field, ["Search"]);
-            compare(spokenAs("Search").description, "");
-            compare(spoken(control => control.description === "Blur Opacity, Lumora › Passcode View, 2 of 4").length, 1);
+            compare(spokenFocus(), ["Search"]);
+            compare(spokenAs("Search").description, "Blur Opacity, Lumora › Passcode View, 2 of 4");
             verify(bench.act(place.item, "Blur Icon View Background, Lumora › Apps", "Press"));
             compare(bench.landings, [["Class1", 4]]);
         }
