@@ -2,29 +2,51 @@
 
 #include "search/Folding.h"
 
-#include <algorithm>
+#include <unordered_map>
+#include <utility>
 
 namespace search {
 namespace {
 
-Place append(std::string& all, std::string_view text) {
-    std::string folded = fold(text);
-    std::ranges::replace(folded, kBetweenTexts, ' ');
-    const auto begin = static_cast<std::uint32_t>(all.size());
-    all += folded;
-    return {begin, static_cast<std::uint32_t>(folded.size())};
-}
+using Place = FoldedTexts::Place;
 
-template<class Texts>
-Place appendAll(std::string& all, const Texts& texts) {
-    const auto begin = static_cast<std::uint32_t>(all.size());
-    for (const auto& text : texts) {
-        if (text.empty()) continue;
-        if (all.size() > begin) all += kBetweenTexts;
-        append(all, text);
+/// Numbers the words of texts.
+class TextFolder {
+  public:
+    template<class Texts>
+    Place add(const Texts& texts) {
+        const auto begin = static_cast<std::uint32_t>(folded_.all.size());
+        for (const auto& text : texts)
+            addText(text);
+        return {begin, static_cast<std::uint32_t>(folded_.all.size()) - begin};
     }
-    return {begin, static_cast<std::uint32_t>(all.size() - begin)};
-}
+    [[nodiscard]] std::uint64_t lettersAt(Place place) const {
+        std::uint64_t letters = 0;
+        for (const FoldedTexts::Word word : folded_.wordsAt(place))
+            letters |= letters_[word.number];
+        return letters;
+    }
+    FoldedTexts& folded() { return folded_; }
+
+  private:
+    void addText(std::string_view text) {
+        const std::string folded = fold(text);
+        bool isFirst = true;
+        for (const std::string_view word : wordsOf(folded)) {
+            const auto [found, isNew] = numbers_.try_emplace(std::string(word), folded_.known.size());
+            if (isNew) {
+                folded_.known.emplace_back(word);
+                letters_.push_back(lettersOf(word));
+            }
+            folded_.all.push_back({static_cast<std::uint32_t>(found->second) & 0x7FFFFFFFU, isFirst ? 1U : 0U});
+            isFirst = false;
+        }
+    }
+
+    FoldedTexts folded_;
+    std::unordered_map<std::string, std::size_t> numbers_;
+    std::vector<std::uint64_t> letters_; ///< of each different word
+};
 
 } // namespace
 
@@ -36,24 +58,24 @@ std::vector<std::string_view> restOf(const Entry& entry) {
 }
 
 FoldedTexts foldAll(const std::vector<Page>& pages, const std::vector<Entry>& entries) {
-    FoldedTexts texts;
-    texts.pages.reserve(pages.size());
-    texts.entries.reserve(entries.size());
+    TextFolder folder;
+    FoldedTexts& folded = folder.folded();
+    folded.pages.reserve(pages.size());
+    folded.entries.reserve(entries.size());
     for (const Page& page : pages) {
-        const Place title = append(texts.all, page.title);
-        const std::uint64_t before = page.from ? texts.pages[*page.from].letters : 0;
-        texts.pages.push_back({title, before | lettersOf(texts.text(title))});
+        const Place title = folder.add(std::span(&page.title, 1));
+        const std::uint64_t before = page.from ? folded.pages[*page.from].letters : 0;
+        folded.pages.push_back({title, before | folder.lettersAt(title)});
     }
     for (const Entry& entry : entries) {
-        FoldedTexts::OfEntry folded;
-        folded.title = append(texts.all, entry.title);
-        folded.rest = appendAll(texts.all, restOf(entry));
-        folded.words = appendAll(texts.all, entry.words);
-        folded.letters = texts.pages[entry.page].letters | lettersOf(texts.text(folded.title)) |
-                         lettersOf(texts.text(folded.rest)) | lettersOf(texts.text(folded.words));
-        texts.entries.push_back(folded);
+        const Place title = folder.add(std::span(&entry.title, 1));
+        const Place rest = folder.add(restOf(entry));
+        const Place words = folder.add(entry.words);
+        folded.entries.push_back({folded.pages[entry.page].letters | folder.lettersAt(title) | folder.lettersAt(rest) |
+                                      folder.lettersAt(words),
+                                  title, rest, words});
     }
-    return texts;
+    return std::move(folded);
 }
 
 } // namespace search

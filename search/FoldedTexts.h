@@ -3,23 +3,26 @@
 #include "search/Entry.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace search {
 
-/// What stands between the texts of a row. No folded text of a row has it but as a space.
-inline constexpr char kBetweenTexts = '\n';
-
-/// Where a text stands among all texts.
-struct Place {
-    std::uint32_t begin = 0;
-    std::uint32_t length = 0;
-};
-
-/// The folded texts of an index, one behind the other.
+/// The texts of an index, folded and cut at spaces. Of ten thousand rows most words are the same few, so a query looks
+/// at each of these once, and then only where the rows have them.
 struct FoldedTexts {
+    /// A word of a text: its number, and whether the text begins with it.
+    struct Word {
+        std::uint32_t number : 31;
+        std::uint32_t isFirst : 1;
+    };
+    /// Where the words of a text, or of several, stand among all.
+    struct Place {
+        std::uint32_t begin = 0;
+        std::uint32_t length = 0;
+    };
     struct OfPage {
         Place title;
         std::uint64_t letters = 0; ///< of the titles on the way to the page, its own too
@@ -27,19 +30,21 @@ struct FoldedTexts {
     struct OfEntry {
         std::uint64_t letters = 0; ///< of the texts below, and of the page's
         Place title;
-        Place rest;  ///< placeholder, options, header, footer, name and identifier
+        Place rest;  ///< see restOf()
         Place words; ///< the further words
     };
-    std::string all;
+    std::vector<std::string> known; ///< the different words, by number
+    std::vector<Word> all;
     std::vector<OfPage> pages;
     std::vector<OfEntry> entries;
 
-    [[nodiscard]] std::string_view text(Place place) const {
-        return std::string_view(all).substr(place.begin, place.length);
+    [[nodiscard]] std::span<const Word> wordsAt(Place place) const {
+        return std::span(all).subspan(place.begin, place.length);
     }
 };
 
-/// The texts of an entry beside title and further words, in the order in which they tell why it is found.
+/// The texts of an entry beside title and further words, in the order in which they tell why it is found: placeholder,
+/// options, header, footer, name and identifier.
 [[nodiscard]] std::vector<std::string_view> restOf(const Entry& entry);
 
 /// Any thread.

@@ -1,7 +1,5 @@
 #include "search/Matching.h"
 
-#include "platform/foundation/Unicode.h"
-#include "search/FoldedTexts.h"
 #include "search/Folding.h"
 
 namespace search {
@@ -21,7 +19,7 @@ std::size_t characters(std::string_view text) {
 }
 
 Where whereIs(std::string_view text, std::size_t at) {
-    if (at == 0 || text[at - 1] == kBetweenTexts) return Where::atBeginning;
+    if (at == 0) return Where::atBeginning;
     return beginsWord(text, at) ? Where::atWord : Where::inside;
 }
 
@@ -46,11 +44,10 @@ std::size_t lengthWithMistake(std::string_view text, std::string_view word) {
     const std::size_t here = first(word);
     const std::string_view afterThere = text.substr(there);
     const std::string_view afterHere = word.substr(here);
-    if (here == 0) return same; // no mistake at all
-    if (there > 0 && afterThere.starts_with(afterHere) && text[0] != kBetweenTexts)
-        return same + there + afterHere.size();                                       // replaced
-    if (there > 0 && afterThere.starts_with(word)) return same + there + word.size(); // left out
-    if (text.starts_with(afterHere)) return same + afterHere.size();                  // added
+    if (here == 0) return same;                                                                 // no mistake at all
+    if (there > 0 && afterThere.starts_with(afterHere)) return same + there + afterHere.size(); // replaced
+    if (there > 0 && afterThere.starts_with(word)) return same + there + word.size();           // left out
+    if (text.starts_with(afterHere)) return same + afterHere.size();                            // added
     const std::size_t next = first(afterHere);
     const bool swapped = next > 0 && text.starts_with(afterHere.substr(0, next)) &&
                          text.substr(next).starts_with(word.substr(0, here)) &&

@@ -25,7 +25,7 @@ struct SoughtWord {
     bool forgiving; ///< long enough that one mistake in it can be forgiven
 };
 
-/// Finds a word in a text, or in one of several with kBetweenTexts between them. Any thread, as the next one.
+/// Finds a word in a text. Any thread, as the next one.
 [[nodiscard]] Found findWord(std::string_view text, std::string_view word);
 
 /// The same, at the beginnings of words only, with one mistake in the word: a letter left out, added, replaced, or

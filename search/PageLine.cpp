@@ -169,7 +169,8 @@ Result<PageLine> readPageLine(std::string_view text) {
         else
             read.refuse();
     }
-    if (!way || !read.isGood()) return Result<PageLine>::failure("this is no page of an index");
+    if (!way || !read.isGood() || line.page.pageClass.empty())
+        return Result<PageLine>::failure("this is no page of an index");
     return line;
 }
 

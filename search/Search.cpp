@@ -31,12 +31,13 @@ class Query {
         : index_(index), folded_(index.folded()), query_(fold(text)), forgiving_(forgiving) {
         for (const std::string_view word : wordsOf(query_)) {
             if (std::ranges::find(words_, word, &SoughtWord::text) == words_.end()) words_.emplace_back(word);
-            if (!whole_.empty()) whole_ += ' ';
-            whole_ += word;
+            inOrder_.push_back(word);
         }
         for (const SoughtWord& word : words_)
             letters_ |= word.letters;
         inPath_.assign(folded_.pages.size() * words_.size(), kUnknown);
+        for (const SoughtWord& word : words_)
+            findInAll(word);
     }
 
     [[nodiscard]] std::vector<Hit> best(std::size_t most) {
@@ -72,8 +73,23 @@ class Query {
         if (found.where == Where::nowhere && forgiving_ && word.forgiving) found = findWithMistake(text, word.text);
         return found;
     }
-    [[nodiscard]] int points(const Points& points, Place text, const SoughtWord& word) const {
-        return points[std::size_t(found(folded_.text(text), word).where)];
+    /// In which of all different words the word is.
+    void findInAll(const SoughtWord& word) {
+        std::vector<Where>& places = places_.emplace_back();
+        places.reserve(folded_.known.size());
+        for (const std::string& known : folded_.known)
+            places.push_back(found(known, word).where);
+    }
+    /// What the word with that number counts where it is found best among these.
+    [[nodiscard]] int points(const Points& points, FoldedTexts::Place place, std::size_t word) const {
+        const std::vector<Where>& places = places_[word];
+        Where best = Where::nowhere;
+        for (const FoldedTexts::Word each : folded_.wordsAt(place)) {
+            Where where = places[each.number];
+            if (where == Where::atBeginning && each.isFirst == 0) where = Where::atWord;
+            best = std::max(best, where);
+        }
+        return points[std::size_t(best)];
     }
 
     /// Of the titles of the page and of those before it.
@@ -81,7 +97,7 @@ class Query {
         int& known = inPath_[page * words_.size() + word];
         if (known != kUnknown) return known;
         const auto& from = index_.pages()[page].from;
-        const int own = points(from ? kPointsInPath : kPointsInFirstTitle, folded_.pages[page].title, words_[word]);
+        const int own = points(from ? kPointsInPath : kPointsInFirstTitle, folded_.pages[page].title, word);
         return known = std::max(own, from ? pointsInPath(*from, word) : 0);
     }
 
@@ -92,19 +108,28 @@ class Query {
         int rank = 0;
         bool own = false;
         for (std::size_t i = 0; i < words_.size(); ++i) {
-            const SoughtWord& word = words_[i];
-            if (!canHave(texts.letters, word)) return 0;
-            int best = points(kPointsInTitle, texts.title, word);
+            if (!canHave(texts.letters, words_[i])) return 0;
+            int best = points(kPointsInTitle, texts.title, i);
             if (best < kPointsInPath.back()) best = std::max(best, pointsInPath(index_.entries()[position].page, i));
-            if (best < kPointsInRest.back()) best = std::max(best, points(kPointsInRest, texts.rest, word));
-            if (best < kPointsInWords.back()) best = std::max(best, points(kPointsInWords, texts.words, word));
+            if (best < kPointsInRest.back()) best = std::max(best, points(kPointsInRest, texts.rest, i));
+            if (best < kPointsInWords.back()) best = std::max(best, points(kPointsInWords, texts.words, i));
             if (best == 0) return 0;
-            own = own || best > kPointsInFirstTitle.back() || points(kPointsInWords, texts.words, word) > 0;
+            own = own || best > kPointsInFirstTitle.back() || points(kPointsInWords, texts.words, i) > 0;
             rank += best;
         }
-        const std::string_view title = folded_.text(texts.title);
-        if (title.starts_with(whole_)) rank += title.size() == whole_.size() ? kPointsForWhole : kPointsForBeginning;
-        return own ? rank : 0;
+        return own ? rank + pointsForWhole(texts.title) : 0;
+    }
+
+    /// For a title that is the query, or begins with it.
+    [[nodiscard]] int pointsForWhole(FoldedTexts::Place title) const {
+        const auto words = folded_.wordsAt(title);
+        if (words.size() < inOrder_.size()) return 0;
+        for (std::size_t i = 0; i < inOrder_.size(); ++i) {
+            const std::string& word = folded_.known[words[i].number];
+            if (i + 1 < inOrder_.size() ? word != inOrder_[i] : !word.starts_with(inOrder_[i])) return 0;
+        }
+        const bool isWhole = words.size() == inOrder_.size() && folded_.known[words.back().number] == inOrder_.back();
+        return isWhole ? kPointsForWhole : kPointsForBeginning;
     }
 
     /// Marks the word's best place in a text; false when the text has none.
@@ -163,11 +188,12 @@ class Query {
     const Index& index_;
     const FoldedTexts& folded_;
     std::string query_;
-    std::string whole_; ///< the query with single spaces
+    std::vector<std::string_view> inOrder_; ///< all words, as they were typed
     bool forgiving_;
-    std::vector<SoughtWord> words_;
+    std::vector<SoughtWord> words_; ///< the different ones
     std::uint64_t letters_ = 0;
-    std::vector<int> inPath_; ///< of each page and word
+    std::vector<std::vector<Where>> places_; ///< for each word, where it is in each of all different words
+    std::vector<int> inPath_;                ///< of each page and word
 };
 
 } // namespace

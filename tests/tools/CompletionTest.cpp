@@ -36,12 +36,13 @@ std::vector<std::string> offers(std::vector<std::string> words) {
 TEST(BashCompletion, OffersCommandsAndTheirOptions) {
     const Sandbox sandbox;
     EXPECT_THAT(offers({""}), UnorderedElementsAre("list", "get", "set", "watch", "archive", "unarchive", "plugins",
-                                                   "--help", "--version"));
+                                                   "search", "--help", "--version"));
     EXPECT_THAT(offers({"un"}), UnorderedElementsAre("unarchive"));
     EXPECT_THAT(offers({"list", "-"}), UnorderedElementsAre("--help", "--secrets"));
     EXPECT_THAT(offers({"watch", "-"}), UnorderedElementsAre("--help", "--json"));
     EXPECT_THAT(offers({"archive", "--o"}), UnorderedElementsAre("--output"));
     EXPECT_THAT(offers({"plugins", "-"}), UnorderedElementsAre("--help", "--json", "--root", "--timeout"));
+    EXPECT_THAT(offers({"search", "-"}), UnorderedElementsAre("--help", "--json", "--root", "--most"));
     EXPECT_THAT(offers({"list", ""}), IsEmpty());
 }
 
