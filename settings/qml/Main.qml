@@ -201,7 +201,8 @@ Window {
 
         anchors { left: stack.left; right: stack.right }
         height: window.shell.barHeight
-        title: window.shell.waiting || !stack.shownPage ? window.shell.waitingTitle : stack.shownPage.page.title
+        title: searchPlace.open ? searchPlace.title
+            : window.shell.waiting || !stack.shownPage ? window.shell.waitingTitle : stack.shownPage.page.title
         canGoBack: stack.depth > 1 && !window.shell.waiting && !searchPlace.open
         trailing: searchPlace.trailing
         enabled: !window.composing
@@ -225,6 +226,7 @@ Window {
         barHeight: bar.height
         search: window.search
         page: stack.shownPage
+        title: stack.depth > 0 ? (stack.get(0) as Page)?.page.title ?? "" : ""
         atRoot: stack.depth === 1 && !window.shell.waiting
         allowed: !window.shell.waiting && !window.composing
         slashIsALetter: lockScreenPlace.activeFocus

@@ -62,8 +62,9 @@ FocusScope {
     Rectangle {
         id: upper
 
+        y: -1 // over the line beneath the bar
         width: parent.width
-        height: head.height + 16
+        height: head.height + 17
         color: Theme.bar
 
         SearchField {

@@ -8,6 +8,7 @@ FocusScope {
 
     property SearchModel search: null // null for none
     property Page page: null          // the one on top
+    property string title // of all that it looks through
     property bool atRoot: false
     property bool allowed: true
     property bool slashIsALetter: false // of what has the focus

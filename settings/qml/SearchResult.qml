@@ -20,7 +20,11 @@ Item {
     readonly property real above: first ? way.height : 0
 
     implicitHeight: above + row.height
-    Accessible.ignored: true
+    Accessible.role: Accessible.ListItem
+    Accessible.name: spokenName
+    Accessible.selectable: true
+    Accessible.selected: current
+    Accessible.onPressAction: tapped()
 
     function marked(text, color) { return text.replace(/<b>/g, `<b><font color="${color}">`).replace(/<\/b>/g, "</font></b>") }
     // The page itself stands out.
@@ -58,11 +62,7 @@ Item {
         hoverEnabled: true
         onClicked: root.tapped()
 
-        Accessible.role: Accessible.ListItem
-        Accessible.name: root.spokenName
-        Accessible.selectable: true
-        Accessible.selected: root.current
-        Accessible.onPressAction: root.tapped()
+        Accessible.ignored: true
 
         background: Cell {
             first: root.first
