@@ -50,6 +50,11 @@ QString withMarks(const QString& text, const std::vector<search::Range>& marks) 
     return marked + text.sliced(done).toHtmlEscaped();
 }
 
+/// What a person can read of why it is found.
+QString alsoOf(const search::Hit& hit, const Entry& entry) {
+    return hit.also == entry.identifier || hit.also == entry.key ? QString() : toQString(hit.also);
+}
+
 bool opensAPage(const Entry& entry) {
     return entry.cell == platform::PSLinkCell || entry.cell == platform::PSLinkListCell;
 }
@@ -203,7 +208,7 @@ QVariant SearchModel::data(const QModelIndex& index, int role) const {
     case LastRole:
         return result.last;
     case AlsoRole:
-        return toQString(result.hit.also);
+        return alsoOf(result.hit, entry);
     case ValueRole:
         return valueOf(entry);
     case OpensRole:
@@ -212,7 +217,7 @@ QVariant SearchModel::data(const QModelIndex& index, int role) const {
         QStringList parts{toQString(entry.title)};
         if (const QString value = valueOf(entry); !value.isEmpty()) parts << value;
         parts << plainPathOf(result);
-        if (!result.hit.also.empty()) parts << tr("also: %1").arg(toQString(result.hit.also));
+        if (const QString also = alsoOf(result.hit, entry); !also.isEmpty()) parts << tr("also: %1").arg(also);
         return parts.join(QStringLiteral(", "));
     }
     default:

@@ -230,7 +230,7 @@ Window {
         atRoot: stack.depth === 1 && !window.shell.waiting
         allowed: !window.shell.waiting && !window.composing
         slashIsALetter: lockScreenPlace.activeFocus
-        onOpened: window.putDown()
+        onOpened: stack.shownPage?.putBack()
         onOver: window.focusPage(Qt.OtherFocusReason)
         onCanOpenChanged: {
             if (canOpen && window.searchFor.length > 0)

@@ -127,14 +127,14 @@ FocusScope {
         T.ScrollIndicator.vertical: PageScrollIndicator {}
         header: Item {
             width: results.width
-            height: heading.visible ? heading.height + 12 : 12
+            height: heading.visible ? heading.height + 18 : 12
 
             GroupHeader {
                 id: heading
 
                 visible: root.search.similar
                 x: (parent.width - width) / 2
-                y: 8
+                y: 18
                 width: Theme.columnWidthIn(parent.width)
                 text: qsTr("Similar")
                 color: Theme.text
@@ -194,7 +194,7 @@ FocusScope {
 
         readonly property real end: results.visible ? results.y + results.contentHeight : 0
 
-        visible: end + height < parent.height
+        visible: root.search.count > 0 && end + height < parent.height
         anchors { bottom: parent.bottom; bottomMargin: 28; horizontalCenter: parent.horizontalCenter }
         width: Math.min(implicitWidth, parent.width - 2 * Theme.inset)
         height: Math.ceil(implicitHeight)

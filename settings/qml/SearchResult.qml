@@ -55,7 +55,7 @@ Item {
 
         y: root.above
         width: parent.width
-        height: Theme.rowHeightFor(implicitContentHeight)
+        height: Math.max(Theme.rowHeight, implicitContentHeight + 2 * (root.also.length > 0 ? 7 : Theme.rowMargin))
         leftPadding: Theme.inset
         rightPadding: Theme.inset
         focusPolicy: Qt.NoFocus // the field keeps it

@@ -6,6 +6,8 @@ that search knows is found by its title and opened; and what the tweak hears of 
 
 Needs what spoken.py needs.
 """
+import json
+import shutil
 import unittest
 from pathlib import Path
 
@@ -13,6 +15,7 @@ import pyatspi
 
 from harness import wire
 from harness.faulty import FaultyTweak, sound
+from harness.programs import program
 from harness.spoken import BUTTON, Spoken
 from harness.waiting import eventually
 
@@ -43,6 +46,10 @@ class Search(Spoken):
 
     def title_of(self, window):
         return self.xdotool("getwindowname", window.id).strip().removesuffix(" — Settings")
+
+    def index_file(self):
+        found = [path for path in Path(self.folder, "cache").rglob("lumora/index") if path.is_file()]
+        return found[0] if found else None
 
     def expect_results(self, window, *names):
         self.expect_soon(lambda: self.results(window), list(names))
@@ -110,15 +117,71 @@ class QuietTest(Search):
             self.search(window, "blur opacity")
             eventually(lambda: self.results(window), "results")
             eventually(lambda: tweak.visits(wire.REQUEST_SETTINGS) == 2, "a request for values")
-            self.type(window, "x")
+            self.type(window, " zzzz")
             eventually(lambda: "No results" in self.spoken(window, ALERT), "none")
             self.assertEqual(tweak.visits(wire.REQUEST_SETTINGS), 2)
             self.assertEqual(tweak.visits(wire.UPDATE_SETTINGS), 0)
             self.expect_to_close(window)
 
-    def index_file(self):
-        found = [path for path in Path(self.folder, "cache").rglob("lumora/index") if path.is_file()]
-        return found[0] if found else None
+
+class GoneTest(Search):
+    def test_tells_of_a_row_that_has_gone(self):
+        self.make_root()
+        window = self.open_root_page()
+        eventually(lambda: self.index_file(), "an index")
+        shutil.rmtree(self.root + "/Library/Nevo/Lumora/Plugins/WeatherView.bundle")
+        self.search(window, "weather plugins")
+        eventually(lambda: self.results(window)[0] == "Weather, Lumora › App Views › Plugins", "its result")
+        self.keys(window, "Return")
+        eventually(lambda: "This row has gone" in self.spoken(window, ALERT), "that it has gone")
+        self.assertEqual(self.title_of(window), "Plugins")
+
+
+class WalkTest(Search):
+    def test_finds_every_row_by_its_title_and_lands_on_it(self):
+        window = self.open_root_page()
+        eventually(lambda: self.index_file(), "an index")
+        for title, path in self.entries():
+            with self.subTest(title=title, path=path):
+                self.walk_to(window, title, path)
+
+    def walk_to(self, window, title, path):
+        self.search(window, " ".join(title.split()))
+        name = ", ".join([title, path])
+
+        def step():
+            """Goes on to the next result until it is the one."""
+            current = self.announced(window)
+            if current and current.startswith(title + ", " + path + ", "):
+                return True
+            if current:
+                self.keys(window, "Down")
+            return False
+        eventually(step, name)
+        self.keys(window, "Return")
+        eventually(lambda: not self.is_open(window), "the page")
+        self.expect_soon(lambda: self.title_of(window), path.split(" › ")[-1])
+        eventually(lambda: not self.spoken(window, ALERT).get("This row has gone"), "no complaint")
+
+    def announced(self, window):
+        fields = [item for application in self.applications(window)
+                  for item in self.find(application, lambda it: it.name == "Search" and
+                                        self.has_state(it, pyatspi.STATE_FOCUSED))]
+        return fields and fields[0].description
+
+    def entries(self):
+        """Titles and paths of all that can be found, from the program's own index."""
+        told = self.run_program(program("lumora-settings"), "--root", self.root, "--index").stdout
+        titles, all_entries = {}, []
+        for line in told.splitlines():
+            kind, _, rest = line.partition(" ")
+            if kind == "page":
+                page = json.loads(rest)
+                way = page["way"]
+                before = titles.get(way.rpartition(".")[0]) if way else None
+                titles[way] = (before + " › " if before else "") + page["title"]
+                all_entries += [(entry["title"], titles[way]) for entry in page["entries"] if entry["kind"] == "row"]
+        return all_entries
 
 
 if __name__ == "__main__":
