@@ -118,7 +118,7 @@ FocusScope {
                 onTriggered: list.keepCurrentRow()
             }
             property real seenHeight: 0
-            readonly property TableScroller scroller: Array.from(item?.children ?? []).find(child => child instanceof TableScroller) ?? null
+            readonly property TableScroller scroller: (item as Table)?.scroller ?? null
 
             function isCurrentRowAbove(end) {
                 const table = root.page.table;
