@@ -58,6 +58,7 @@ Rectangle {
         field.Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape || event.text === "/"
         field.Keys.onPressed: event => root.takeKey(event)
         field.Accessible.name: qsTr("Filter")
+        field.Accessible.ignored: !root.visible
         field.onActiveFocusChanged: {
             if (!field.activeFocus && text.length === 0)
                 root.wanted = false;
