@@ -74,10 +74,11 @@ debian_package(tweak lumora-tweak utils
 debian_package(lumoractl lumoractl utils
   DEPENDS "${libraries} ${same}"
   RECOMMENDS lumora-tweak
+  SUGGESTS lumora-settings
   DESCRIPTION
     "settings of a lock-screen enhancement, from a shell"
-    "Reads and changes the settings of Lumora as JSON, and tells what is wrong with"
-    "plug-ins that do not show up.")
+    "Reads and changes the settings of Lumora as JSON, finds rows of its pages, and"
+    "tells what is wrong with plug-ins that do not show up.")
 debian_package(libraries ${libraries} libs
   DESCRIPTION
     "settings of a lock-screen enhancement, the libraries"

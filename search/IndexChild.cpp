@@ -27,6 +27,8 @@ using Clock = std::chrono::steady_clock;
 
 /// The memory that the process may have: as much as the one in which plug-ins are tried.
 constexpr std::uint64_t kIndexMemory = std::uint64_t{4} << 30U;
+/// How long the process may take to begin.
+constexpr std::chrono::seconds kToBegin{10};
 /// How long a stop may go unseen.
 constexpr std::chrono::milliseconds kLook{50};
 
@@ -76,7 +78,7 @@ class IndexWalk {
             if (!started) return Result<MadeIndex>::failure(started.error());
             child_ = std::move(started).value();
             begun_.clear();
-            startPage();
+            giveTime(kToBegin);
             const std::string why = follow();
             const int status = child_->end();
             if (stop_.stop_requested()) return Result<MadeIndex>::failure("it was stopped");
@@ -91,18 +93,19 @@ class IndexWalk {
   private:
     [[nodiscard]] std::vector<std::string> command() const {
         // Whatever it leaves in its folder for temporary files is removed behind it.
-        std::vector<std::string> words{"/usr/bin/env", "TMPDIR=" + folder_.path().string(), order_.program.string(),
-                                       "--index"};
+        std::vector<std::string> words{
+            "/bin/sh", "-c", R"(TMPDIR=$0; export TMPDIR; exec "$@")", folder_.path().string(), order_.program.string(),
+            "--index"};
         if (!behind_.empty()) words.push_back("--index-behind=" + behind_);
         if (!order_.root.empty()) words.insert(words.end(), {"--root", order_.root.string()});
         if (!order_.bundle.empty()) words.insert(words.end(), {"--bundle", order_.bundle.string()});
         return words;
     }
 
-    /// A page has its time from now on.
-    void startPage() {
-        pageUntil_ = Clock::now() + order_.forPage;
-        processorUntil_ = child_->processorTime() + order_.forPage;
+    /// From now on, by the clock and in processor time.
+    void giveTime(std::chrono::milliseconds time) {
+        pageUntil_ = Clock::now() + time;
+        processorUntil_ = child_->processorTime() + time;
     }
     [[nodiscard]] Clock::time_point until() const { return std::min(pageUntil_, deadline_); }
 
@@ -143,7 +146,7 @@ class IndexWalk {
         if (what == "begin") {
             const auto [name, title] = cutAtSpace(rest);
             begun_.push_back({std::string(name), platform::printable(title)});
-            startPage();
+            giveTime(order_.forPage);
         } else if (what == "page") {
             auto page = readPageLine(rest);
             if (!page) return false;
@@ -151,7 +154,7 @@ class IndexWalk {
         } else if (what == "missing") {
             made_.missing.push_back(platform::printable(rest));
         } else if (what == "alive") {
-            startPage();
+            giveTime(order_.forPage);
         } else {
             ended_ = what == "end";
             return ended_;

@@ -94,7 +94,7 @@ Result<void> writeIndex(const fs::path& path, const Index& index, std::string_vi
     const platform::FileDescriptor file(::mkostemp(made.data(), O_CLOEXEC));
     if (!file) return failed("cannot write", path);
     const auto giveUp = [&](const char* what) {
-        const Result<void> why = failed(what, path);
+        Result<void> why = failed(what, path);
         ::unlink(made.c_str());
         return why;
     };

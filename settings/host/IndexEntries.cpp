@@ -1,5 +1,6 @@
 #include "settings/host/IndexEntries.h"
 
+#include "platform/foundation/Unicode.h"
 #include "platform/preferences/PSSpecifier.h"
 #include "search/Words.h"
 
@@ -24,6 +25,26 @@ Kind listedOn(const std::string& pageClass) {
     for (const auto& [page, kind] : kListedOn)
         if (page == pageClass) return kind;
     return Kind::other;
+}
+
+/// What an index takes of a text of a page, in bytes.
+constexpr std::size_t kMostOfText = 4096;
+
+/// A text of a page as an index can have it: UTF-8, and not too long. Most are so already.
+void tidy(std::string& text) {
+    if (text.size() <= kMostOfText && platform::isUtf8(text)) return;
+    std::string tidied;
+    for (std::string_view rest = text; !rest.empty() && tidied.size() + 4 <= kMostOfText;)
+        platform::appendCharacter(tidied, platform::takeCharacter(rest));
+    text = std::move(tidied);
+}
+
+void tidy(Entry& entry) {
+    for (std::string* text :
+         {&entry.title, &entry.name, &entry.identifier, &entry.key, &entry.header, &entry.footer, &entry.placeholder})
+        tidy(*text);
+    for (std::string& title : entry.options)
+        tidy(title);
 }
 
 bool isGroup(const RowSnapshot& row) {
@@ -140,7 +161,11 @@ search::PageLine pageLineOf(const PageSnapshot& page, search::Way way, const Row
         line.page.rowIdentifier = opener->identifier;
         line.page.rowName = opener->name;
     }
+    for (std::string* text : {&line.page.title, &line.page.rowIdentifier, &line.page.rowName})
+        tidy(*text);
     line.entries = page.table ? entriesOf(*page.table, page.className) : EntriesOfRows(page, opener).all();
+    for (Entry& entry : line.entries)
+        tidy(entry);
     return line;
 }
 

@@ -11,7 +11,8 @@ namespace settings {
 /// - each row of the page's table that the snapshot has a cell for
 /// - each group without rows, by its text
 ///
-/// `opener` is the row that opens the page, null for the first one. Values are left out. Any thread.
+/// `opener` is the row that opens the page, null for the first one. Values are left out, and texts are cut
+/// off behind 4096 bytes. Any thread.
 [[nodiscard]] search::PageLine pageLineOf(const PageSnapshot& page, search::Way way, const RowSnapshot* opener);
 
 } // namespace settings

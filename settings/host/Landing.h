@@ -30,7 +30,7 @@ struct KnownLink {
 struct Landing {
     std::vector<KnownLink> way{};
     std::optional<KnownRow> row{};
-    int section = -1; ///< of the page's table, in which the row's position is; -1 for a row of a page of rows
+    int section = -1; ///< of the page's table, in which the row's position is; -1 where that is not known
     friend bool operator==(const Landing&, const Landing&) = default;
 };
 

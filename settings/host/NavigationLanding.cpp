@@ -119,10 +119,10 @@ Landed Navigation::landOn(const Landing& landing) {
     OpenPage& page = pages_.back();
     if (!landing.row) return {page.id, {}, false};
     std::optional<std::size_t> row;
-    if (UITableView* table = landing.section < 0 ? nullptr : tableOf(*page.controller)) {
+    if (UITableView* table = tableOf(*page.controller)) {
         row = scrollTo(*table, landing.section, *landing.row);
         refresh(page);
-    } else if (landing.section < 0) {
+    } else {
         row = placeOf(*landing.row, page.snapshot->rows);
     }
     return {page.id, row, !row};

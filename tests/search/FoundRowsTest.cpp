@@ -23,6 +23,7 @@ struct FoundRows : testing::Test {
         static const search::Index index = [] {
             search::IndexOrder order;
             order.root = LUMORA_TEST_ROOT;
+            order.forPage = std::chrono::seconds(20); // sanitizers take their time
             order.bundle = std::filesystem::path(LUMORA_TEST_ROOT) / "Library/PreferenceBundles/Lumora.bundle";
             auto made = search::makeIndex(order);
             EXPECT_TRUE(made && made.value().missing.empty());

@@ -39,7 +39,9 @@ TEST_F(HostilePages, CostTheirOwnRowsWhenTheyTakeTooLong) {
     addFriends();
     add("hang");
     add("spin");
-    const search::MadeIndex made = this->made();
+    search::IndexOrder brief = order();
+    brief.forPage = std::chrono::seconds(2);
+    const search::MadeIndex made = this->made(brief);
     expectTheOthers(made.index);
     EXPECT_THAT(made.missing, ElementsAre("hang: it takes too long", "spin: it takes too long"));
     EXPECT_FALSE(made.whole) << "another time they may not";
@@ -71,6 +73,24 @@ TEST_F(HostilePages, SpoilNothingByWhatTheyPrint) {
     expectTheOthers(made.index);
     EXPECT_TRUE(has(made.index, "Switch of print"));
     EXPECT_THAT(made.missing, IsEmpty());
+}
+
+TEST_F(HostilePages, AreNoneWherePlugInsFailInTheirTrial) {
+    addFriends();
+    for (const char* name : {"looping-1", "aborting-1"})
+        plugins.add(std::string(name) + ".bundle", "TestPlugin");
+    search::IndexOrder brief = order();
+    brief.forPage = std::chrono::milliseconds(1500);
+    const search::MadeIndex made = this->made(brief);
+    expectTheOthers(made.index);
+    EXPECT_THAT(made.missing, IsEmpty()) << "the trial takes longer, but that is not the page's time";
+}
+
+TEST_F(HostilePages, CostTheListOfPlugInsWhereOneEndsTheProcessThatLoadsIt) {
+    plugins.add("exiting-in-settings-1.bundle", "TestPlugin");
+    const search::MadeIndex made = this->made();
+    EXPECT_THAT(made.missing, ElementsAre(StartsWith("App Views: it ends the process")));
+    EXPECT_TRUE(has(made.index, "Status Bar")) << "on a page that comes later";
 }
 
 TEST_F(HostilePages, AreOverWithAllOfThemTogether) {

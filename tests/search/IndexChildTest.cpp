@@ -104,8 +104,9 @@ TEST_F(IndexChild, GoesOnBehindAPageWithoutRepeatingWhatItIsToldOf) {
 }
 
 TEST_F(IndexChild, KeepsWhatIsWhole) {
-    const auto order = this->order();
+    search::IndexOrder order = this->order();
     ASSERT_TRUE(search::makeAndKeepIndex(order));
+    order.forPage = std::chrono::seconds(2);
     auto kept = search::readIndex(search::indexFile(), stampOf(sourcesOf(order)));
     ASSERT_TRUE(kept);
     EXPECT_TRUE(kept->current);

@@ -16,6 +16,8 @@ class IndexMaking {
     [[nodiscard]] search::IndexOrder order() const {
         search::IndexOrder order;
         order.root = plugins.root();
+        order.forPage = std::chrono::seconds(20); // sanitizers take their time
+        order.forAll = std::chrono::seconds(200);
         order.bundle = std::filesystem::path(LUMORA_TEST_ROOT) / "Library/PreferenceBundles/Lumora.bundle";
         return order;
     }
