@@ -74,7 +74,6 @@ class SearchModel : public QAbstractListModel {
         search::Hit hit;
         bool first = false; ///< of its page
         bool last = false;
-        friend bool operator==(const Result&, const Result&) = default;
     };
     void look();
     void show(std::vector<Result> results);

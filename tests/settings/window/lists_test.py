@@ -129,12 +129,16 @@ class Lists:
         self.keys(window, "alt+shift+Up")
         self.expect_saved("test.two", "test.three", "test.one")
 
-    def test_finds_a_row_far_below_by_the_letters_of_its_name(self):
+    def test_filters_by_letters_and_moves_the_row_once_the_filter_is_cleared(self):
         self.save_many(300)
         title, identifier = self.disabled()[-1]
         window = self.open_list("test.0")
-        self.keys(window, "Tab", *title[:3].swapcase())
+        self.keys(window, "Tab")
+        self.type(window, title.swapcase())
+        eventually(lambda: list(self.rows(window)) == [title], f"{title} alone, not {list(self.rows(window))}")
+        self.keys(window, "Down", "alt+shift+Up", "Escape")
         eventually(lambda: self.focused(window) == [title], f"the focus on {title}, not {self.focused(window)}")
+        self.assertNotEqual(self.saved()[-1:], [identifier])
         self.keys(window, "alt+shift+Up")
         eventually(lambda: self.saved()[-1] == identifier, "the move of the row that was found")
 
