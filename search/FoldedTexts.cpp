@@ -26,6 +26,12 @@ class TextFolder {
             letters |= letters_[word.number];
         return letters;
     }
+    [[nodiscard]] std::string textAt(Place place) const {
+        std::string text;
+        for (const FoldedTexts::Word word : folded_.wordsAt(place))
+            text += folded_.known[word.number] + " ";
+        return text;
+    }
     FoldedTexts& folded() { return folded_; }
 
   private:
@@ -73,7 +79,7 @@ FoldedTexts foldAll(const std::vector<Page>& pages, const std::vector<Entry>& en
         const Place words = folder.add(entry.words);
         folded.entries.push_back({folded.pages[entry.page].letters | folder.lettersAt(title) | folder.lettersAt(rest) |
                                       folder.lettersAt(words),
-                                  title, rest, words});
+                                  title, rest, words, lettersAndDigitsOf(folder.textAt(title))});
     }
     return std::move(folded);
 }

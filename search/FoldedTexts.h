@@ -30,8 +30,9 @@ struct FoldedTexts {
     struct OfEntry {
         std::uint64_t letters = 0; ///< of the texts below, and of the page's
         Place title;
-        Place rest;  ///< see restOf()
-        Place words; ///< the further words
+        Place rest;             ///< see restOf()
+        Place words;            ///< the further words
+        std::string plainTitle; ///< its letters and digits
     };
     std::vector<std::string> known; ///< the different words, by number
     std::vector<Word> all;

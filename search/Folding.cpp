@@ -98,6 +98,19 @@ std::vector<std::string_view> wordsOf(std::string_view folded) {
     return words;
 }
 
+std::string lettersAndDigitsOf(std::string_view folded) {
+    std::string left;
+    bool isApart = false;
+    for (const char c : folded) {
+        if (isLetterOrDigit(c)) {
+            if (isApart && !left.empty()) left += ' ';
+            left += c;
+        }
+        isApart = !isLetterOrDigit(c);
+    }
+    return left;
+}
+
 bool beginsWord(std::string_view folded, std::size_t at) {
     return at == 0 || (!isLetterOrDigit(folded[at - 1]) && isLetterOrDigit(folded[at]));
 }

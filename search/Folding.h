@@ -27,6 +27,9 @@ struct FoldedPlaces {
 /// The words of a folded text, apart from spaces.
 [[nodiscard]] std::vector<std::string_view> wordsOf(std::string_view folded);
 
+/// The letters and digits of a folded text, with one space in place of all that is between them.
+[[nodiscard]] std::string lettersAndDigitsOf(std::string_view folded);
+
 /// Whether a word of a folded text can begin at a position: at its beginning, and behind what is no letter or digit.
 [[nodiscard]] bool beginsWord(std::string_view folded, std::size_t at);
 

@@ -24,14 +24,19 @@ constexpr Points kPointsInWords{0, 1, 2, 3};
 constexpr int kPointsForWhole = 12;
 constexpr int kPointsForBeginning = 4;
 
+/// Whether it is what people look for here. What has a name that somebody else gave it counts half.
+constexpr bool isSetting(Kind kind) {
+    return kind == Kind::row || kind == Kind::option || kind == Kind::appView;
+}
+
 /// A query, and how it is compared.
 class Query {
   public:
     Query(const Index& index, std::string_view text, bool forgiving)
-        : index_(index), folded_(index.folded()), query_(fold(text)), forgiving_(forgiving) {
+        : index_(index), folded_(index.folded()), query_(fold(text)), plain_(lettersAndDigitsOf(query_)),
+          forgiving_(forgiving) {
         for (const std::string_view word : wordsOf(query_)) {
             if (std::ranges::find(words_, word, &SoughtWord::text) == words_.end()) words_.emplace_back(word);
-            inOrder_.push_back(word);
         }
         for (const SoughtWord& word : words_)
             letters_ |= word.letters;
@@ -117,19 +122,15 @@ class Query {
             own = own || best > kPointsInFirstTitle.back() || points(kPointsInWords, texts.words, i) > 0;
             rank += best;
         }
-        return own ? rank + pointsForWhole(texts.title) : 0;
+        if (!own) return 0;
+        rank += pointsForWhole(texts.plainTitle);
+        return isSetting(index_.entries()[position].kind) ? rank : std::max(rank / 2, 1);
     }
 
     /// For a title that is the query, or begins with it.
-    [[nodiscard]] int pointsForWhole(FoldedTexts::Place title) const {
-        const auto words = folded_.wordsAt(title);
-        if (words.size() < inOrder_.size()) return 0;
-        for (std::size_t i = 0; i < inOrder_.size(); ++i) {
-            const std::string& word = folded_.known[words[i].number];
-            if (i + 1 < inOrder_.size() ? word != inOrder_[i] : !word.starts_with(inOrder_[i])) return 0;
-        }
-        const bool isWhole = words.size() == inOrder_.size() && folded_.known[words.back().number] == inOrder_.back();
-        return isWhole ? kPointsForWhole : kPointsForBeginning;
+    [[nodiscard]] int pointsForWhole(const std::string& title) const {
+        if (!title.starts_with(plain_)) return 0;
+        return title.size() == plain_.size() ? kPointsForWhole : kPointsForBeginning;
     }
 
     /// Marks the word's best place in a text; false when the text has none.
@@ -188,7 +189,7 @@ class Query {
     const Index& index_;
     const FoldedTexts& folded_;
     std::string query_;
-    std::vector<std::string_view> inOrder_; ///< all words, as they were typed
+    std::string plain_; ///< its letters and digits
     bool forgiving_;
     std::vector<SoughtWord> words_; ///< the different ones
     std::uint64_t letters_ = 0;

@@ -28,10 +28,12 @@ struct Hit {
     std::string also{};
 };
 
-/// The entries that have every word of the query, the best first, and those equally good in the order of the index; at
-/// most so many. Case and accents of letters do not count. If there are none, the entries that have words with one
-/// mistake: a letter left out, added, replaced, or swapped with the next one, in each word of four letters or more.
-/// Nothing for a query without words, or of more than 4096 bytes.
+/// The entries that have every word of the query, the best first, and those equally good in the order of their kinds and
+/// of the index; at most so many. A word counts most in the title, then in the path to it, then elsewhere; at the
+/// beginning, then at a word's, then inside. Names of fonts and applications, and notes, count half. Case and accents of
+/// letters do not count. If there are none, the entries that have words with one mistake: a letter left out, added,
+/// replaced, or swapped with the next one, in each word of four letters or more. Nothing for a query without words, or
+/// of more than 4096 bytes.
 ///
 ///     for (const Hit& hit : find(index, "blur col", 50)) show(index.entries()[hit.entry]);
 ///

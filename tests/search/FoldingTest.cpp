@@ -45,6 +45,11 @@ TEST(Folding, CutsWordsAtSpaces) {
     EXPECT_TRUE(search::wordsOf(" \n ").empty());
 }
 
+TEST(Folding, LeavesLettersAndDigits) {
+    EXPECT_EQ(search::lettersAndDigitsOf(" auto-unlock (1.0)"), "auto unlock 1 0");
+    EXPECT_EQ(search::lettersAndDigitsOf("--"), "");
+}
+
 TEST(Folding, HasABitForEachLetterOfAWord) {
     const auto letters = search::lettersOf("opacity 1.0");
     EXPECT_EQ(letters & search::lettersOf("pic"), search::lettersOf("pic"));

@@ -55,6 +55,18 @@ TEST_F(SearchTest, PutsEquallyGoodRowsInTheOrderOfThePagesAndFontsBehindThem) {
     EXPECT_THAT(titles("clock"), ElementsAre("Clock B", "Clock C", "Clock A"));
 }
 
+TEST_F(SearchTest, PutsSettingsBeforeNamesOfFontsAndApplications) {
+    add(root, "Fonteva").kind = search::Kind::font;
+    add(apps, "Date Font");
+    EXPECT_THAT(titles("font"), ElementsAre("Date Font", "Fonteva"));
+}
+
+TEST_F(SearchTest, PutsTheTitleThatIsTheQueryFirstWhateverItsSigns) {
+    add(apps, "Auto Unlock Notifications");
+    add(apps, "Auto-Unlock");
+    EXPECT_THAT(titles("auto unlock"), ElementsAre("Auto-Unlock", "Auto Unlock Notifications"));
+}
+
 TEST_F(SearchTest, FindsByEveryTextOfARow) {
     search::Entry& entry = add(apps, "Sleep After");
     entry.header = "Timer";
