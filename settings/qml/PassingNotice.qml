@@ -14,6 +14,7 @@ Rectangle {
     antialiasing: true
     Accessible.role: Accessible.AlertMessage
     Accessible.name: text
+    Accessible.ignored: !visible
 
     function say(words) {
         text = words;
