@@ -42,6 +42,7 @@ COSTS = [
     ("100 new connections to a port beside 200 busy ones, the last answered", "NewcomersAmongBusy", MS, 300),
     ("dearest of seven searches of 10,000 rows, processor time", "SearchTenThousand", MS, 1),
     ("dearest of four with mistakes, processor time", "SearchTenThousandForgiving", MS, 5),
+    ("key to drawn results among 10,000 rows, 95th percentile", "DrawResults", MS, FRAME),
     ("index of all pages read from the cache", "ReadKeptIndex", MS, 5),
     ("processor time for the index of all pages", "MakeIndex", MS, 300),
     ("start to the first page on the screen, warm", "WindowStart", MS, 150),

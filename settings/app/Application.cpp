@@ -10,6 +10,7 @@
 #include "settings/app/LockScreen.h"
 #include "settings/app/OneWindow.h"
 #include "settings/app/Pictures.h"
+#include "settings/app/SearchSource.h"
 #include "settings/app/WindowSize.h"
 #include "settings/model/Accessibility.h"
 #include "settings/model/DoubleClicks.h"
@@ -47,6 +48,16 @@ void followDesktop(Shell& shell, const Options& options) {
         QObject::connect(desktop, &DesktopLook::moreContrastChosen, &shell, &Shell::setMoreContrast);
     QObject::connect(desktop, &DesktopLook::lessMotionChosen, &shell,
                      [&shell](bool less) { shell.setAnimated(!less); });
+}
+
+/// How this program makes the index of the pages that it shows.
+search::IndexOrder orderFor(const Options& options, const std::filesystem::path& bundle) {
+    search::IndexOrder order;
+    std::error_code unknown;
+    order.program = std::filesystem::read_symlink("/proc/self/exe", unknown);
+    order.root = options.root.value_or(std::filesystem::path());
+    order.bundle = bundle;
+    return order;
 }
 
 /// What only a person at the window needs.
@@ -97,6 +108,14 @@ int runApplication(int argc, char** argv, const Options& asked) {
     const bool keepsSize = !picturesOnly && !options.size;
     const platform::CGSize size = options.size.value_or(keepsSize ? keptWindowSize().value_or(kUsualSize) : kUsualSize);
     LockScreen* lockScreen = picturesOnly && !options.lockScreen ? nullptr : new LockScreen(picturesOnly, &shell);
+    SearchModel* search = nullptr;
+    SearchSource* searched = nullptr;
+    if (!picturesOnly || !options.search.empty()) {
+        search = new SearchModel(&shell);
+        searched = new SearchSource(*search, orderFor(options, bundle), &shell);
+        QObject::connect(search, &SearchModel::chosen, &shell, &Shell::land);
+        QObject::connect(&shell, &Shell::leaving, searched, &SearchSource::stop);
+    }
     const double beside = lockScreen ? LockScreen::widthIn(size) : 0;
     auto& engine = *new QQmlApplicationEngine;
     if (const auto exitCode = oneWindow ? oneWindow->handOver(options.page) : std::nullopt) return *exitCode;
@@ -114,6 +133,8 @@ int runApplication(int argc, char** argv, const Options& asked) {
 
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)},
+                                 {QStringLiteral("search"), QVariant::fromValue(search)},
+                                 {QStringLiteral("searchFor"), QString::fromStdString(options.search)},
                                  {QStringLiteral("lockScreen"), QVariant::fromValue<QObject*>(lockScreen)},
                                  {QStringLiteral("width"), size.width},
                                  {QStringLiteral("height"), size.height}});
@@ -122,12 +143,16 @@ int runApplication(int argc, char** argv, const Options& asked) {
     if (!window) return complain("the window's own files cannot be loaded");
     if (oneWindow) {
         attend(*window, shell, *oneWindow, keepsSize);
+        searched->awaitRest(*window);
         return QGuiApplication::exec();
     }
 
     Pictures pictures(shell, *window, std::chrono::milliseconds(qint64(options.timeout * 1000)),
                       [](const std::string& why) { std::_Exit(complain(why)); });
-    if (beside > 0) pictures.awaitAlso([lockScreen] { return lockScreen->isComplete(); }, "the lock screen");
+    if (beside > 0 || searched)
+        pictures.awaitAlso(
+            [=] { return (beside == 0 || lockScreen->isComplete()) && (!searched || searched->isComplete()); },
+            searched ? "the search" : "the lock screen");
     const Result<void> saved = options.grab ? pictures.grab(*options.grab) : pictures.tour(*options.tour);
     return saved ? 0 : complain(saved.error());
 }

@@ -15,6 +15,7 @@ struct Options {
     std::string page; ///< class of the first page; empty for the bundle's own
     std::optional<std::filesystem::path> grab;
     std::optional<std::filesystem::path> tour;
+    std::string search;      ///< what the window looks for at first; empty for nothing
     bool lockScreen = false; ///< in the picture, beside the page
     std::optional<std::string> rows;
     std::optional<std::string> indexBehind; ///< print the index, from behind this page; empty for all of it

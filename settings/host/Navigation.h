@@ -3,6 +3,7 @@
 #include "platform/preferences/PSListController.h"
 #include "platform/ui/UITableView.h"
 #include "settings/host/Event.h"
+#include "settings/host/Landing.h"
 #include "settings/host/WayTo.h"
 
 #include <cstdint>
@@ -42,6 +43,10 @@ class Navigation {
     /// when that page is on top, or when the page on top presents something.
     void goTo(platform::Class target);
 
+    /// Goes to a row from wherever the user is, by the events of somebody who goes back as far as needed and then taps the
+    /// links of the way. Stops at the page from which it does not go on. A table is asked to show its row in the middle.
+    Landed land(const Landing& landing);
+
     /// Does work in which pages may throw. If one does, the page on top is closed unless it is the first, and a line on
     /// standard error says why. False then.
     bool run(const std::function<void(Navigation&)>& work);
@@ -80,6 +85,8 @@ class Navigation {
     std::vector<Step> wayFromFirst(platform::Class target);
     bool take(std::vector<Step> way);
     bool openAt(Place place, platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row);
+    bool follow(const KnownLink& link);
+    Landed landOn(const Landing& landing);
     void take(OpenPage& page, const RowTapped& tap);
     void take(OpenPage& page, const ValueChanged& change);
     void take(OpenPage& page, const RowMoved& move);

@@ -23,6 +23,7 @@ class RowModel : public QObject {
     QML_UNCREATABLE("Rows come from snapshots")
 
     Q_PROPERTY(Cell cell READ cell CONSTANT)
+    Q_PROPERTY(int position READ position CONSTANT)
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString placeholder READ placeholder CONSTANT)
     Q_PROPERTY(bool secure READ secure CONSTANT)
@@ -66,6 +67,8 @@ class RowModel : public QObject {
     RowModel(SendEvent send, std::size_t position, const RowSnapshot& row, const Surroundings& around, QObject* parent);
 
     [[nodiscard]] Cell cell() const { return static_cast<Cell>(row_.cell); }
+    /// On the page, groups counted.
+    [[nodiscard]] int position() const { return int(position_); }
     [[nodiscard]] QString title() const { return QString::fromStdString(row_.name); }
     [[nodiscard]] QString placeholder() const { return QString::fromStdString(row_.placeholder); }
     [[nodiscard]] bool secure() const { return row_.cell == SecureEditTextCell; }

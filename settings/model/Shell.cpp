@@ -15,6 +15,7 @@
 #include <chrono>
 #include <cstdio>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -161,6 +162,20 @@ void Shell::reload() {
     if (std::exchange(changesLost_, false)) emit tweakChanged();
 }
 
+void Shell::land(const Landing& landing) {
+    ++landings_;
+    const auto landed = std::make_shared<Landed>();
+    post([landing, landed](Navigation& navigation) { *landed = navigation.land(landing); },
+         [this, landed] {
+             --landings_;
+             // A page that has failed meanwhile is closed.
+             const bool stands = topPage() && topPage()->id == landed->page;
+             if (topPage())
+                 emit this->landed(pages_.back(), stands && landed->row ? int(*landed->row) : -1,
+                                   landed->gone || !stands);
+         });
+}
+
 void Shell::setContentSize(const QSizeF& size) {
     if (std::exchange(contentSize_, size) == size) return;
     turned_.start();
@@ -260,7 +275,7 @@ void Shell::take(const StackSnapshot& stack) {
     const bool replaces = common + 1 == pages_.size() && pages_.size() == stack.pages.size();
     if (common < pages_.size()) {
         pages_.resize(common);
-        if (!replaces) emit pagesPopped(static_cast<int>(common));
+        if (!replaces) emit pagesPopped(static_cast<int>(common), landings_ == 0);
     }
     for (std::size_t i = 0; i < common; ++i)
         pages_[i]->read(stack.pages[i]);
@@ -268,7 +283,7 @@ void Shell::take(const StackSnapshot& stack) {
         pages_.push_back(new PageModel(sendTo(stack.pages[i]->id), stack.pages[i], this));
         connect(pages_.back(), &PageModel::held, this, &Shell::held);
         connect(pages_.back(), &PageModel::released, this, &Shell::released);
-        replaces ? emit pageReplaced(pages_.back()) : emit pagePushed(pages_.back(), alone);
+        replaces ? emit pageReplaced(pages_.back()) : emit pagePushed(pages_.back(), alone && landings_ == 0);
     }
     opening_ = stack.opening;
     if (waiting()) emit waitingChanged();

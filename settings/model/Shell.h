@@ -84,6 +84,8 @@ class Shell : public QObject {
     Q_INVOKABLE void back();
     /// Opens the page on top anew.
     Q_INVOKABLE void reload();
+    /// Goes to a row from wherever the user is, without animation in between; landed() tells what has come of it.
+    void land(const Landing& landing);
     /// In points. A moment after the last change, a page whose view has not followed appears anew.
     Q_INVOKABLE void setContentSize(const QSizeF& size);
     /// Deletes a popped page, which is no longer drawn.
@@ -120,11 +122,14 @@ class Shell : public QObject {
     void pagePushed(settings::PageModel* page, bool alone);
     /// It stands where the last one stood.
     void pageReplaced(settings::PageModel* page);
+    /// The page on top is the one that land() has led to. Its row, or place in its table, is -1 for the page itself;
+    /// `gone` when there is no such row any more.
+    void landed(settings::PageModel* page, int row, bool gone);
     /// A hand is on the slider of a row that has that identifier, and has let go.
     void held(const QString& identifier, double number);
     void released(const QString& identifier);
-    /// `depth` pages are left.
-    void pagesPopped(int depth);
+    /// `depth` pages are left; `alone` unless others come at once.
+    void pagesPopped(int depth, bool alone);
 
   private:
     void set(auto& part, auto value) {
@@ -145,6 +150,7 @@ class Shell : public QObject {
     std::vector<PageModel*> pages_;
     std::optional<Opening> opening_;
     int workUnderWay_ = 0;
+    int landings_ = 0; ///< under way
     Patience patience_ = Patience::fresh;
     bool asksTweak_ = false; ///< the main thread waits for the tweak instead of working
     QTimer looks_;

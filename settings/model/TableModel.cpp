@@ -1,10 +1,12 @@
 #include "settings/model/TableModel.h"
 
+#include "platform/foundation/Unicode.h"
 #include "platform/ui/Move.h"
 
 #include <QPointer>
 
 #include <algorithm>
+#include <limits>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -17,6 +19,16 @@ using platform::TableLayout;
 namespace {
 
 constexpr int kRowsAround = 4; ///< beyond each end of what is seen, so that a slow scroll shows no empty rows
+
+constexpr int kShortTable = 15; ///< rows that need no filter
+
+/// The words of a filter, in the form of folded names.
+std::vector<std::string> wordsOf(const QString& filter) {
+    std::vector<std::string> words;
+    for (const QString& word : filter.simplified().split(u' ', Qt::SkipEmptyParts))
+        words.push_back(platform::folded(word.toStdString()));
+    return words;
+}
 
 /// Every cell has one name or the other.
 bool hasCome(const CellSnapshot& cell) {
@@ -58,6 +70,56 @@ void TableModel::read(std::shared_ptr<const TableSnapshot> table) {
     if (movesUnderWay_.empty()) take();
 }
 
+bool TableModel::filterable() const {
+    return wholeTotal() > kShortTable;
+}
+
+void TableModel::setFilter(const QString& filter) {
+    if (filter == filter_) return;
+    putBack();
+    const NSIndexPath before = onPage(current_);
+    filter_ = filter;
+    passRows();
+    current_ = asDrawn(before).value_or(NSIndexPath{});
+    measure();
+    emit filterChanged();
+    emit currentChanged();
+    emit selectedChanged();
+}
+
+/// The rows whose cells have come and fit the filter; the others follow with their cells.
+void TableModel::passRows() {
+    passing_.clear();
+    const std::vector<std::string> words = wordsOf(filter_);
+    if (words.empty()) return;
+    passing_.resize(std::size_t(shown_.layout.sectionCount()));
+    for (const auto& [path, cell] : shown_.cells) {
+        const std::string name = platform::folded(cell.title.empty() ? cell.identifier : cell.title);
+        const auto has = [&](const std::string& word) { return name.find(word) != std::string::npos; };
+        if (shown_.layout.hasRow(path) && std::ranges::all_of(words, has))
+            passing_[std::size_t(path.section)].push_back(path.row);
+    }
+}
+
+/// The row of the page that stands there.
+NSIndexPath TableModel::onPage(NSIndexPath drawn) const {
+    if (!isFiltered()) return drawn;
+    const bool exists = drawn.section >= 0 && drawn.section < int(passing_.size()) && drawn.row >= 0 &&
+                        drawn.row < int(passing_[std::size_t(drawn.section)].size());
+    return exists ? NSIndexPath{drawn.section, passing_[std::size_t(drawn.section)][std::size_t(drawn.row)]}
+                  : NSIndexPath{drawn.section, -1};
+}
+
+/// Where a row of the page stands; nothing for one that is left out.
+std::optional<NSIndexPath> TableModel::asDrawn(NSIndexPath onPage) const {
+    if (!isFiltered()) return onPage;
+    if (onPage.section < 0 || onPage.section >= int(passing_.size())) return std::nullopt;
+    const std::vector<int>& rows = passing_[std::size_t(onPage.section)];
+    const auto found = std::ranges::lower_bound(rows, onPage.row);
+    if (found == rows.end() || *found != onPage.row) return std::nullopt;
+    return NSIndexPath{onPage.section, int(found - rows.begin())};
+}
+
 void TableModel::take() {
     const auto look = [this] {
         return std::tuple(shown_.frame, shown_.grouped, shown_.selectable, shown_.deselectsAnimated);
@@ -69,6 +131,7 @@ void TableModel::take() {
     shown_ = *latest_;
     for (const Move& move : movesUnderWay_)
         apply(move);
+    passRows();
     const QList<SectionModel*> former = makeSections();
     measure();
     // Signals wait until everything has its place.
@@ -109,10 +172,13 @@ QList<SectionModel*> TableModel::makeSections() {
 /// for one, where the window says so; the page knows nothing of that room.
 void TableModel::measure() {
     const int before = current();
-    layout_ = shown_.layout;
+    std::vector<platform::TableSection> sections = shown_.layout.sections();
+    for (std::size_t i = 0; i < passing_.size(); ++i)
+        sections[i].rowCount = int(passing_[i].size());
+    layout_ = TableLayout(std::move(sections));
     for (int i = 0; i < sections_.size(); ++i) {
         layout_.setHeights(i, sections_[i]->headerHeight(), sections_[i]->footerHeight());
-        if (!selectable()) layout_.setEmptyHeight(i, layout_.section(i).rowHeight);
+        if (!selectable() && !isFiltered()) layout_.setEmptyHeight(i, layout_.section(i).rowHeight);
     }
     if (lifted_ && !layout_.hasRow(*lifted_)) {
         lifted_.reset();
@@ -159,12 +225,13 @@ void TableModel::place() {
             const NSIndexPath path{i, row};
             const NSIndexPath there = lifted_ ? moved(path, *lifted_, target_) : path;
             const int last = arranged.section(there.section).rowCount - 1;
-            const auto cell = shown_.cells.find(path);
+            const auto cell = shown_.cells.find(onPage(path));
             const SectionModel::Row* former = sections_[i]->find(row);
             shown.push_back({row, layout_.placeOf(path), arranged.rowTop(there), there.row == 0, there.row == last,
                              cell != shown_.cells.end() ? cell->second
                              : former                   ? former->cell
                                                         : CellSnapshot{}});
+            if (isFiltered()) shown.back().cell.movable = false;
         }
         sections_[i]->show(std::move(shown));
         sections_[i]->put({arranged.sectionTop(i), arranged.footerTop(i), layout_.section(i).rowHeight,
@@ -177,7 +244,7 @@ void TableModel::place() {
 void TableModel::tap(int place) {
     if (!selectable() || place < 0 || place >= total()) return;
     setCurrent(place);
-    tapsUnderWay_.push_back(layout_.pathOf(place));
+    tapsUnderWay_.push_back(onPage(layout_.pathOf(place)));
     emit selectedChanged();
     send_(TableRowTapped{tapsUnderWay_.back()}, [self = QPointer(this)] {
         if (!self) return;
@@ -188,33 +255,36 @@ void TableModel::tap(int place) {
 
 int TableModel::selected() const {
     const auto path = tapsUnderWay_.empty() ? shown_.selected : std::optional(tapsUnderWay_.back());
-    return path && layout_.hasRow(*path) ? layout_.placeOf(*path) : -1;
+    const auto drawn = path ? asDrawn(*path) : std::nullopt;
+    return drawn && layout_.hasRow(*drawn) ? layout_.placeOf(*drawn) : -1;
 }
 
 bool TableModel::isScrollAsked() const {
-    return shown_.scroll.serial != lastScroll_ && layout_.hasRow(shown_.scroll.row);
+    const auto row = asDrawn(shown_.scroll.row);
+    return shown_.scroll.serial != lastScroll_ && row && layout_.hasRow(*row);
 }
 
 double TableModel::askedTop(double top, double height) const {
     if (!isScrollAsked()) return top;
-    return layout_.scrolledTo(shown_.scroll.row, shown_.scroll.position, top, height);
+    return layout_.scrolledTo(*asDrawn(shown_.scroll.row), shown_.scroll.position, top, height);
 }
 
 void TableModel::scrollDone() {
     if (!isScrollAsked()) return;
     lastScroll_ = shown_.scroll.serial;
-    setCurrent(layout_.placeOf(shown_.scroll.row));
+    setCurrent(layout_.placeOf(*asDrawn(shown_.scroll.row)));
 }
 
 /// True for a row whose cell has not come: the main thread decides, as it is asked about every move anyway.
 bool TableModel::isMovable(NSIndexPath path) const {
-    if (!layout_.hasRow(path)) return false;
+    if (!layout_.hasRow(path) || isFiltered()) return false;
     const SectionModel::Row* row = sections_[path.section]->find(path.row);
     return !row || !hasCome(row->cell) || row->cell.movable;
 }
 
 void TableModel::seek(const QString& beginning, int after) {
-    if (after >= 0 && after < total()) send_(TableRowSought{beginning.toStdString(), layout_.pathOf(after)}, {});
+    if (after >= 0 && after < total() && !isFiltered())
+        send_(TableRowSought{beginning.toStdString(), layout_.pathOf(after)}, {});
 }
 
 std::optional<NSIndexPath> TableModel::destination(int place, Goal goal) const {
@@ -308,9 +378,15 @@ void TableModel::report() {
     std::vector<TableViewport::Heights> heights;
     for (const auto& section : layout_.sections())
         heights.push_back({section.headerHeight, section.footerHeight});
-    if (inView_ == reportedRows_ && heights == reportedHeights_) return;
+    const bool sameRows = isFiltered() ? reportedWhole_ : !reportedWhole_ && inView_ == reportedRows_;
+    if (sameRows && heights == reportedHeights_) return;
+    reportedWhole_ = isFiltered();
     reportedRows_ = inView_;
     reportedHeights_ = heights;
+    if (reportedWhole_) { // a name is known by its cell alone
+        constexpr double everywhere = std::numeric_limits<double>::infinity();
+        return send_(TableScrolled{{0, everywhere, std::move(heights)}}, {});
+    }
     // To the page, what is beneath an empty section stands higher.
     send_(TableScrolled{{top_ - margin() - layout_.emptyHeight(), top_ + height_ + margin(), std::move(heights)}}, {});
 }

@@ -23,6 +23,9 @@ namespace settings {
 /// Rows are named by their place, counted over all sections. A moved row stays where the user's hand has put it: each
 /// snapshot is taken up together with the moves that have not arrived yet. While a row is lifted, nothing is moved yet:
 /// the other rows make room, and the lifted row's own place travels along as an empty gap.
+///
+/// A filter leaves out the rows that do not fit it, and places count those that are left. The page knows nothing of that,
+/// but that all of its rows are to have cells: no row can be moved meanwhile.
 class TableModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -38,6 +41,9 @@ class TableModel : public QObject {
     Q_PROPERTY(int selected READ selected NOTIFY selectedChanged)
     Q_PROPERTY(bool deselectsAnimated READ deselectsAnimated NOTIFY lookChanged)
     Q_PROPERTY(int lifted READ lifted NOTIFY liftedChanged)
+    Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY filterChanged)
+    Q_PROPERTY(bool filterable READ filterable NOTIFY placed)
+    Q_PROPERTY(int wholeTotal READ wholeTotal NOTIFY placed)
 
   public:
     /// Where a row may be moved to, but by hand: by one row, to an end of its section, into another section.
@@ -62,6 +68,15 @@ class TableModel : public QObject {
     [[nodiscard]] bool deselectsAnimated() const { return shown_.deselectsAnimated; }
     /// The row in the user's hand, -1 for none.
     [[nodiscard]] int lifted() const { return lifted_ ? layout_.placeOf(*lifted_) : -1; }
+
+    /// Leaves only the rows whose names have all of these words, whatever the case and accents of their letters. Empty,
+    /// or of spaces, for all rows.
+    [[nodiscard]] const QString& filter() const { return filter_; }
+    void setFilter(const QString& filter);
+    /// It has so many rows that somebody may want to.
+    [[nodiscard]] bool filterable() const;
+    /// Of rows, whether they are shown or not.
+    [[nodiscard]] int wholeTotal() const { return shown_.layout.rowTotal(); }
 
     [[nodiscard]] std::uint64_t id() const { return shown_.id; }
     /// Takes up a newer snapshot of the same table.
@@ -110,6 +125,7 @@ class TableModel : public QObject {
     void liftedChanged();
     void selectedChanged();
     void scrollAsked();
+    void filterChanged();
 
   private:
     struct Move {
@@ -124,6 +140,10 @@ class TableModel : public QObject {
     }
     [[nodiscard]] bool isMovable(platform::NSIndexPath path) const;
     [[nodiscard]] std::optional<platform::NSIndexPath> destination(int place, Goal goal) const;
+    [[nodiscard]] bool isFiltered() const { return !passing_.empty(); }
+    [[nodiscard]] platform::NSIndexPath onPage(platform::NSIndexPath drawn) const;
+    [[nodiscard]] std::optional<platform::NSIndexPath> asDrawn(platform::NSIndexPath onPage) const;
+    void passRows();
     void take();
     void apply(const Move& move);
     QList<SectionModel*> makeSections();
@@ -136,8 +156,10 @@ class TableModel : public QObject {
 
     SendEvent send_;
     std::shared_ptr<const TableSnapshot> latest_;
-    TableSnapshot shown_;          ///< the snapshot that was taken up, with every move since
-    platform::TableLayout layout_; ///< the same by heights and room as drawn, without regard to a lifted row
+    QString filter_;
+    std::vector<std::vector<int>> passing_; ///< the rows of each section that fit the filter; empty without one
+    TableSnapshot shown_;                   ///< the snapshot that was taken up, with every move since
+    platform::TableLayout layout_;          ///< the same by heights and room as drawn, without regard to a lifted row
     QList<SectionModel*> sections_;
     double top_ = 0;
     double height_ = 0;
@@ -152,6 +174,7 @@ class TableModel : public QObject {
     std::vector<platform::TableLayout::Rows> inView_;
     std::vector<platform::TableLayout::Rows> reportedRows_;
     std::vector<TableViewport::Heights> reportedHeights_;
+    bool reportedWhole_ = false; ///< the last report asks for all cells
     bool reportDue_ = false;
 };
 

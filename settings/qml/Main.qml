@@ -6,6 +6,8 @@ Window {
     id: window
 
     required property Shell shell
+    property SearchModel search: null // null for pictures without it
+    property string searchFor // what to look for at first, empty for nothing
     property var lockScreen: null // a settings::LockScreen; null for pictures without it
     readonly property real beside: lockScreenPlace.width
 
@@ -47,6 +49,8 @@ Window {
         stack.shownPage?.putBack();
     }
     function goBack() {
+        if (searchPlace.open)
+            return searchPlace.leave();
         if (stack.depth < 2 || shell.waiting || composing)
             return;
         putDown();
@@ -88,11 +92,16 @@ Window {
             const item = stack.replace(stack.currentItem, pageComponent, { page: page }, T.StackView.Immediate);
             item.gone.connect(window.shell.pageGone);
         }
-        function onPagesPopped(depth) {
+        function onLanded(page, row, gone) {
+            stack.shownPage?.land(row);
+            if (gone)
+                passing.say(qsTr("This row has gone"));
+        }
+        function onPagesPopped(depth, alone) {
             if (depth === 0)
                 stack.clear(T.StackView.Immediate);
             else
-                stack.pop(stack.get(depth - 1), Theme.animated ? T.StackView.PopTransition : T.StackView.Immediate);
+                stack.pop(stack.get(depth - 1), Theme.animated && alone ? T.StackView.PopTransition : T.StackView.Immediate);
         }
     }
     Shortcut {
@@ -102,7 +111,7 @@ Window {
     }
     Shortcut {
         sequence: "Escape"
-        enabled: !window.composing && !lockScreenPlace.activeFocus // the lock screen has a use of its own for it
+        enabled: !window.composing && !searchPlace.open && !lockScreenPlace.activeFocus // the lock screen has a use of its own for it
         onActivated: window.goBack()
     }
     Shortcut {
@@ -162,7 +171,7 @@ Window {
         id: stack
 
         anchors { fill: parent; topMargin: bar.height + notice.height; rightMargin: window.beside }
-        enabled: !window.shell.waiting && !window.composing
+        enabled: !window.shell.waiting && !window.composing && !searchPlace.open
         clip: true
         focus: true
 
@@ -192,8 +201,10 @@ Window {
 
         anchors { left: stack.left; right: stack.right }
         height: window.shell.barHeight
-        title: window.shell.waiting || !stack.shownPage ? window.shell.waitingTitle : stack.shownPage.page.title
-        canGoBack: stack.depth > 1 && !window.shell.waiting
+        title: searchPlace.open ? searchPlace.title
+            : window.shell.waiting || !stack.shownPage ? window.shell.waitingTitle : stack.shownPage.page.title
+        canGoBack: stack.depth > 1 && !window.shell.waiting && !searchPlace.open
+        trailing: searchPlace.trailing
         enabled: !window.composing
         onBackTapped: window.goBack()
     }
@@ -207,6 +218,30 @@ Window {
         covered: window.shell.waiting
         enabled: !window.composing
         onReloadTapped: window.reload()
+    }
+    SearchPlace {
+        id: searchPlace
+
+        anchors { left: stack.left; right: stack.right; top: parent.top; bottom: parent.bottom }
+        barHeight: bar.height
+        search: window.search
+        page: stack.shownPage
+        title: stack.depth > 0 ? (stack.get(0) as Page)?.page.title ?? "" : ""
+        atRoot: stack.depth === 1 && !window.shell.waiting
+        allowed: !window.shell.waiting && !window.composing
+        slashIsALetter: lockScreenPlace.activeFocus
+        onOpened: stack.shownPage?.putBack()
+        onOver: window.focusPage(Qt.OtherFocusReason)
+        onCanOpenChanged: {
+            if (canOpen && window.searchFor.length > 0)
+                begin(window.searchFor);
+            window.searchFor = "";
+        }
+    }
+    PassingNotice {
+        id: passing
+
+        anchors { bottom: stack.bottom; bottomMargin: 28; horizontalCenter: stack.horizontalCenter }
     }
     LockScreenPlace {
         id: lockScreenPlace

@@ -8,6 +8,8 @@ FocusScope {
 
     required property PageModel page
     signal gone(PageModel page)
+    signal typed(string text) // letters that nothing on the page has a use for
+    signal pulled             // down, from its beginning
 
     Accessible.role: Accessible.Pane
     Accessible.name: page.title
@@ -16,15 +18,27 @@ FocusScope {
     // Leaves the row in the user's hand where it was.
     function putBack() { (list.item as Table)?.putBack() }
 
+    // Shows a row and gives it the focus: its position on the page, or its place in the table. None for -1.
+    function land(row) {
+        if (row >= 0)
+            (rows.item ?? list.item)?.land(row);
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Theme.page
     }
     Loader {
+        id: rows
+
         anchors.fill: parent
         active: !root.page.hostsView
         focus: active
-        sourceComponent: RowsPage { page: root.page }
+        sourceComponent: RowsPage {
+            page: root.page
+            onTyped: text => root.typed(text)
+            onPulled: root.pulled()
+        }
     }
     // Scrolls over a view that the window was turned on, until it is made anew.
     Flickable {
@@ -104,7 +118,7 @@ FocusScope {
                 onTriggered: list.keepCurrentRow()
             }
             property real seenHeight: 0
-            readonly property TableScroller scroller: Array.from(item?.children ?? []).find(child => child instanceof TableScroller) ?? null
+            readonly property TableScroller scroller: (item as Table)?.scroller ?? null
 
             function isCurrentRowAbove(end) {
                 const table = root.page.table;

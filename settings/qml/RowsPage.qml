@@ -10,6 +10,8 @@ FocusScope {
 
     readonly property Item focusItem: Window.activeFocusItem
     property bool opened: false // the page has had the focus
+    signal typed(string text)
+    signal pulled
 
     focus: true
     onFocusItemChanged: keepInView(focusItem)
@@ -28,15 +30,36 @@ FocusScope {
             step(steps.get(event.key));
         else
             scroller.keys.take(event);
+        if (!event.accepted && isLetter(event) && !rows().some(row => row instanceof FieldRow)) {
+            event.accepted = true;
+            typed(event.text);
+        }
     }
 
-    // The rows that can have the focus.
-    function rows() {
+    function isLetter(event) {
+        return !(event.modifiers & ~(Qt.ShiftModifier | Qt.KeypadModifier)) && event.text > " " && event.text !== "\x7f";
+    }
+    // Shows a row in the middle, and where it is.
+    function land(position) {
+        for (let i = 0; i < groupItems.count; ++i)
+            groupItems.itemAt(i).forceLayout();
+        groups.forceLayout();
+        const row = allRows().find(item => item.row.position === position);
+        if (!row)
+            return;
+        row.stop?.forceActiveFocus(Qt.TabFocusReason);
+        scroller.scrollTo(topOf(row) - (height - row.height) / 2);
+        mark.show(Qt.rect(groups.x, topOf(row), row.width, row.height));
+    }
+
+    function allRows() {
         const all = [];
         for (let i = 0; i < groupItems.count; ++i)
             all.push(...groupItems.itemAt(i).rowItems());
-        return all.filter(row => row.stop);
+        return all;
     }
+    // The rows that can have the focus.
+    function rows() { return allRows().filter(row => row.stop) }
     function rowWithFocus() {
         const all = rows();
         for (let item = focusItem; item && item !== groups; item = item.parent)
@@ -105,7 +128,16 @@ FocusScope {
         height: root.height
         contentHeight: groups.y + groups.height + Theme.endGap
         onHeightChanged: root.keepInView(root.focusItem)
+        onDragEnded: {
+            if (contentY < -Theme.pullDistance)
+                root.pulled();
+        }
 
+        LandingMark {
+            id: mark
+
+            z: 1
+        }
         Column {
             id: groups
 

@@ -10,11 +10,23 @@ FocusScope {
     required property TableModel table
     required property string title
     readonly property alias cursor: current
+    readonly property alias scroller: flick
 
     // Leaves the row in the hand where it was, and closes its menu.
     function putBack() {
         overlay.putBack();
         menu.close();
+    }
+
+    // Shows a row to which the table has been asked to scroll, and where it is.
+    function land(place) {
+        filter.end();
+        flick.scrollAsAsked();
+        table.current = place;
+        current.shown = true;
+        root.forceActiveFocus(Qt.OtherFocusReason);
+        current.focusWanted();
+        mark.show(Qt.rect(flick.columnX, table.topOf(place), flick.columnWidth, table.heightOf(place)));
     }
 
     Accessible.role: Accessible.List
@@ -24,8 +36,13 @@ FocusScope {
     onVisibleChanged: if (!visible) putBack()
 
     // The shortcut for going back would take the key first.
-    Keys.onShortcutOverride: event => event.accepted = overlay.inHand && event.key === Qt.Key_Escape
-    Keys.onPressed: event => current.takeKey(event)
+    Keys.onShortcutOverride: event => event.accepted = (overlay.inHand || filter.wanted) && event.key === Qt.Key_Escape
+    Keys.onPressed: event => {
+        if (filter.wanted && event.key === Qt.Key_Escape && !overlay.inHand)
+            filter.end();
+        else
+            current.takeKey(event);
+    }
     // The first Tab shows where the focus is, as one that comes from elsewhere does.
     Keys.onTabPressed: {
         if (overlay.inHand)
@@ -45,52 +62,82 @@ FocusScope {
         scroller: flick
         hand: overlay
         menu: menu
+        filter: filter
         list: root
     }
-    // The table's stop in the tab chain. It knows how the focus came, and hands it on to the current row.
-    T.Control {
-        id: tabStop
+    TableFilter {
+        id: filter
 
-        focusPolicy: root.table.total > 0 ? Qt.TabFocus : Qt.NoFocus
-        Accessible.ignored: true
-        onVisualFocusChanged: if (visualFocus) current.go(root.table.current)
-        onActiveFocusChanged: if (activeFocus) current.focusWanted()
-    }
-    TableScroller {
-        id: flick
-
-        anchors.fill: parent
-        enabled: !menu.open
+        width: parent.width
         table: root.table
+        onDone: current.go(root.table.current)
+    }
+    Item {
+        anchors { fill: parent; topMargin: filter.height }
 
-        Repeater {
-            model: root.table.sections
+        // The table's stop in the tab chain. It knows how the focus came, and hands it on to the current row.
+        T.Control {
+            id: tabStop
 
-            TableSection {
-                table: root.table
-                scroller: flick
-                hand: overlay
-                cursor: current
+            focusPolicy: root.table.total > 0 ? Qt.TabFocus : Qt.NoFocus
+            Accessible.ignored: true
+            onVisualFocusChanged: if (visualFocus) current.go(root.table.current)
+            onActiveFocusChanged: if (activeFocus) current.focusWanted()
+        }
+        TableScroller {
+            id: flick
+
+            anchors.fill: parent
+            enabled: !menu.open
+            table: root.table
+            onDragEnded: {
+                if (contentY < -Theme.pullDistance)
+                    filter.begin("");
+            }
+
+            LandingMark {
+                id: mark
+
+                z: 1
+                radius: root.table.grouped ? Theme.rowRadius : 0
+            }
+            Repeater {
+                model: root.table.sections
+
+                TableSection {
+                    table: root.table
+                    scroller: flick
+                    hand: overlay
+                    cursor: current
+                }
             }
         }
-    }
-    Shadow {
-        anchors.fill: overlay
-        visible: overlay.visible
-    }
-    LiftedRow {
-        id: overlay
+        Shadow {
+            anchors.fill: overlay
+            visible: overlay.visible
+        }
+        LiftedRow {
+            id: overlay
 
-        table: root.table
-        scroller: flick
-    }
-    TableMenu {
-        id: menu
+            table: root.table
+            scroller: flick
+        }
+        TableMenu {
+            id: menu
 
-        anchors.fill: parent
-        table: root.table
-        scroller: flick
-        onChosen: (place, goal) => current.move(place, goal)
-        onClosed: current.focusWanted()
+            anchors.fill: parent
+            table: root.table
+            scroller: flick
+            onChosen: (place, goal) => current.move(place, goal)
+            onClosed: current.focusWanted()
+        }
+        Text {
+            visible: root.table.total === 0 && root.table.filter.trim().length > 0
+            anchors { horizontalCenter: parent.horizontalCenter; top: parent.top; topMargin: 3 * Theme.groupGap }
+            text: qsTr("Nothing like “%1” here").arg(root.table.filter.trim())
+            textFormat: Text.PlainText
+            color: Theme.secondary
+            font.pixelSize: Theme.bodySize
+        }
     }
 }

@@ -9,6 +9,7 @@ QtObject {
     required property TableScroller scroller
     required property LiftedRow hand
     required property TableMenu menu
+    required property TableFilter filter
     required property Item list // the table, which has the focus while the row has it
     property bool shown: false  // from the use of a key until that of the mouse
     property string typed       // the letters of the last second
@@ -18,6 +19,8 @@ QtObject {
 
     function go(place) {
         shown = true;
+        if (filter.inUse)
+            filter.release();
         table.current = Math.max(0, Math.min(table.total - 1, place));
         scroller.reveal();
     }
@@ -97,7 +100,12 @@ QtObject {
             return false;
         return event.key === Qt.Key_Space ? !table.selectable && typed.length > 0 : event.text > " " && event.text !== "\x7f";
     }
+    // Of a few rows, letters find the next one; of many, all that have them.
     function takeLetter(event) {
+        if (table.filterable) {
+            filter.begin(event.text);
+            return;
+        }
         if (typed.length === 0)
             typedAt = table.current;
         typed += event.text;

@@ -41,7 +41,7 @@ Item {
     }
     // What is seen where it has no rows.
     Loader {
-        active: root.section.empty && !root.table.selectable
+        active: root.section.empty && !root.table.selectable && root.table.filter.trim().length === 0
         x: root.scroller.columnX
         y: root.section.footerTop - height
         width: root.scroller.columnWidth

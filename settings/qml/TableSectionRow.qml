@@ -25,7 +25,7 @@ TableRow {
     required property LiftedRow hand
     required property TableCursor cursor
     readonly property bool lifted: place === table.lifted
-    readonly property bool isCurrent: place === table.current && cursor.list.activeFocus
+    readonly property bool isCurrent: place === table.current && cursor.list.activeFocus && !cursor.filter.inUse
     // Assistive tools read out the name of what gets the focus, so the focus waits for the name.
     readonly property bool wanted: isCurrent && spokenName.length > 0
     readonly property string moveUp: qsTr("Move up")

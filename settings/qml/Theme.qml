@@ -58,6 +58,7 @@ QtObject {
     readonly property int buttonHeight: 40 // in a bar
     readonly property int buttonPadding: 8
     readonly property int buttonRadius: 8
+    readonly property int pullDistance: 60 // by which a page is pulled down to open what is above it
     readonly property int ringInset: 1 // from a control to a focus ring inside it
     readonly property int ringGap: 4   // to one around it
 
@@ -75,4 +76,6 @@ QtObject {
     readonly property int fadeTime: 250
     readonly property int moveTime: 150 // of rows and knobs, to their places
     readonly property int typingTime: 1000 // between two letters of a name
+    readonly property int landingTime: 1200 // of what shows where one has come to
+    readonly property int noticeTime: 5000 // of what is said in passing
 }

@@ -274,4 +274,15 @@ TEST_F(TableNavigationTest, GivesATableThatIsMadeAnewTheIdAndTheViewportOfTheFor
                 ElementsAre(ElementsAre("b", "c", "d", "e", "f", "g", "h", "i", "j"), ElementsAre("a", "k")));
 }
 
+TEST_F(TableNavigationTest, LandsOnARowInTheMiddleOfTheView) {
+    const auto land = [&](int section, KnownRow row) { return navigation.land({{}, std::move(row), section}); };
+    EXPECT_EQ(land(1, {0, "k", "Title of k"}), (Landed{top().id, 10, false}));
+    EXPECT_EQ(table().scroll.row, (NSIndexPath{1, 0}));
+    EXPECT_EQ(table().scroll.position, UITableViewScrollPositionMiddle);
+    EXPECT_EQ(land(1, {3, "c", "Title of c"}), (Landed{top().id, 2, false})) << "it stands elsewhere by now";
+    EXPECT_EQ(table().scroll.row, (NSIndexPath{0, 2}));
+    EXPECT_EQ(land(-1, {0, "k", "Title of k"}), (Landed{top().id, 10, false})) << "its section is not known";
+    EXPECT_EQ(land(0, {3, "z", "Title of z"}), (Landed{top().id, std::nullopt, true}));
+}
+
 } // namespace

@@ -244,6 +244,53 @@ void Bench::takeAll() {
         taken();
 }
 
+SearchModel* Bench::search(const QVariantMap& content) {
+    landings_.clear();
+    search_ = new SearchModel(this);
+    connect(search_, &SearchModel::chosen, this, [this](const Landing& landing) {
+        QVariantList way;
+        for (const KnownLink& link : landing.way)
+            way << QString::fromStdString(link.pageClass);
+        if (landing.row) way << int(landing.row->position);
+        landings_ << QVariant(way);
+    });
+    index(content);
+    return search_;
+}
+
+void Bench::index(const QVariantMap& content) {
+    std::vector<search::Page> pages;
+    for (const QVariant& each : content["pages"].toList()) {
+        const QVariantMap page = each.toMap();
+        std::optional<std::size_t> from;
+        if (page.contains("from")) from = page["from"].toULongLong();
+        pages.push_back({"Class" + std::to_string(pages.size()), toText(page["title"]), from, 0, {}, {}});
+    }
+    std::vector<search::Entry> entries;
+    for (const QVariant& each : content["entries"].toList()) {
+        const QVariantMap map = each.toMap();
+        search::Entry entry;
+        entry.title = toText(map["title"]);
+        entry.page = map["page"].toULongLong();
+        entry.cell = map["cell"].toInt();
+        entry.key = toText(map["key"]);
+        entry.header = toText(map["header"]);
+        entry.section = map.value("section", -1).toInt();
+        entry.row = map["row"].toULongLong();
+        for (const QString& word : map["words"].toStringList())
+            entry.words.push_back(word.toStdString());
+        entries.push_back(std::move(entry));
+    }
+    search_->setIndex(search::Index(std::move(pages), std::move(entries)));
+}
+
+void Bench::answer(const QVariantMap& settings) {
+    Dictionary values;
+    for (auto each = settings.begin(); each != settings.end(); ++each)
+        values.set(each.key().toStdString(), toValue(each.value()));
+    search_->setSettings(std::move(values));
+}
+
 int Bench::fontsOpened() {
     return fonts::FontFaces::shared().opened();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "settings/model/PageModel.h"
+#include "settings/model/SearchModel.h"
 
 #include <QQuickItem>
 #include <QString>
@@ -25,6 +26,7 @@ class Bench : public QObject {
     Q_PROPERTY(QVariantList viewports READ viewports)
     Q_PROPERTY(QVariantList touches READ touches)
     Q_PROPERTY(QVariantList compositions READ compositions)
+    Q_PROPERTY(QVariantList landings READ landings)
     /// Asked for cells, it brings none until `takeAll()`.
     Q_PROPERTY(bool busy MEMBER busy_)
     /// A tap on a row of the table means something, and no row can be moved.
@@ -65,6 +67,14 @@ class Bench : public QObject {
     /// Everything that was handed on has arrived, and the page has shown what came of it.
     Q_INVOKABLE void takeAll();
 
+    /// A search through an index of "pages" (maps of "title" and "from", the position of the page before) and "entries"
+    /// (maps of "title", "page", "cell", "key", "header", "section", "row", "words"). Without them, there is no index.
+    Q_INVOKABLE settings::SearchModel* search(const QVariantMap& content);
+    /// Another index for the last search.
+    Q_INVOKABLE void index(const QVariantMap& content);
+    /// Settings for the last search.
+    Q_INVOKABLE void answer(const QVariantMap& settings);
+
     [[nodiscard]] static int fontsOpened();
     // The events of each kind since the last page was made.
     /// Lists of a row and a value.
@@ -81,6 +91,8 @@ class Bench : public QObject {
     [[nodiscard]] QVariantList viewports() const { return told<settings::TableScrolled>(); }
     /// One list for each event, of lists of four: finger, "began", "moved", "ended" or "cancelled", x, y.
     [[nodiscard]] QVariantList touches() const { return told<settings::Touched>(); }
+    /// Where searches have led: lists of the classes on the way, then the row's position, or nothing.
+    [[nodiscard]] QVariantList landings() const { return landings_; }
     /// Maps of "action" ("send", "save", "cancel", "leave"), "to", "subject", "body".
     [[nodiscard]] QVariantList compositions() const { return told<settings::Composed>(); }
 
@@ -109,6 +121,8 @@ class Bench : public QObject {
     [[nodiscard]] platform::UIFontRef fontIn(const QString& file) const;
 
     settings::PageModel* page_ = nullptr;
+    settings::SearchModel* search_ = nullptr;
+    QVariantList landings_;               ///< since the last search was made
     std::vector<settings::Event> events_; ///< since the last page was made
     platform::TableLayout layout_;
     std::map<platform::NSIndexPath, settings::CellSnapshot> cells_; ///< of the table, every one

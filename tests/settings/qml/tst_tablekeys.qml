@@ -205,13 +205,15 @@ PageStage {
             compare(bench.seeks, []);
         }
         function test_showsTheFoundRowAndTheHeaderAboveTheFirst() {
-            open(many(200));
+            // Few rows have no filter, and yet fill more than the view.
+            const sections = numbered(14).map(row => ({ header: "Of " + row.title, footer: "", rows: [row] }));
+            open(sections);
             enter();
             keyClick(Qt.Key_End);
-            tryVerify(() => focusedRow() === "Row 199");
+            tryVerify(() => focusedRow() === "Row 13");
             keyClick("r");
             bench.askToScroll(0, 0);
-            show(many(200));
+            show(sections);
             tryVerify(() => focusedRow() === "Row 0");
             compare(ringed(), ["Row 0"]);
             compare(scroller().contentY, 0);

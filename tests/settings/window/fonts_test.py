@@ -103,6 +103,8 @@ class FontsTest(Spoken):
     def test_finds_a_font_by_the_letters_of_its_name(self):
         window = self.open_fonts()
         self.keys(window, "Tab", *name_of(1234)[:8].lower())
+        eventually(lambda: self.rows(window).keys() == {name_of(1234)}, f"it alone, not {self.rows(window).keys()}")
+        self.keys(window, "Down")
         eventually(lambda: self.focused(window) == [name_of(1234)], f"the focus, not on {self.focused(window)}")
         self.keys(window, "space")
         self.expect_chosen(window, name_of(1234))

@@ -1,0 +1,144 @@
+// From a key in the search to the drawn results, among 10,000 rows: by the clock, as a person waits for it.
+
+#include "settings/model/SearchModel.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTimer>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+Q_IMPORT_QML_PLUGIN(LumoraPlugin)
+
+namespace {
+
+constexpr std::size_t kDrawnRows = 10000;
+constexpr std::size_t kDrawnRowsOfPage = 50;
+constexpr int kFramePatience = 1000; // milliseconds
+constexpr std::array kTitleWords{"Blur", "Color", "Opacity", "Passcode", "View", "Enable", "Hide",  "Button", "Badges",
+                                 "Icon", "Size",  "Date",    "Unlock",   "Lock", "Status", "Slide", "Font",   "Tint"};
+constexpr std::array kTyped{"blur color", "passcode view", "opactiy", "hide button size"};
+
+search::Index manyRows() {
+    std::mt19937 random(1);
+    const auto words = [&](std::size_t count) {
+        std::string text;
+        while (count-- > 0)
+            text += (text.empty() ? "" : " ") + std::string(kTitleWords[random() % kTitleWords.size()]);
+        return text;
+    };
+    std::vector<search::Page> pages{{"Root", "Lumora", std::nullopt, 0, "", ""}};
+    std::vector<search::Entry> entries;
+    for (std::size_t i = 0; i < kDrawnRows; ++i) {
+        if (i % kDrawnRowsOfPage == 0) pages.push_back({"Page", words(2), random() % pages.size(), i, "", ""});
+        search::Entry entry;
+        entry.page = pages.size() - 1;
+        entry.row = i % kDrawnRowsOfPage;
+        entry.title = words(2 + random() % 3);
+        entry.key = entry.identifier = "kRow" + std::to_string(i);
+        entry.cell = 6;
+        entries.push_back(std::move(entry));
+    }
+    return {std::move(pages), std::move(entries)};
+}
+
+/// A window with nothing but the search.
+class SearchWindow {
+  public:
+    SearchWindow() {
+        search_.setIndex(manyRows());
+        engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
+        QQmlComponent component(&engine_, QUrl(QStringLiteral("qrc:/qt/qml/Lumora/SearchPanel.qml")));
+        panel_.reset(component.createWithInitialProperties({{QStringLiteral("search"), QVariant::fromValue(&search_)},
+                                                            {QStringLiteral("width"), 390},
+                                                            {QStringLiteral("height"), 792}}));
+        auto* item = qobject_cast<QQuickItem*>(panel_.get());
+        if (!item) throw std::runtime_error(component.errorString().toStdString());
+        window_.resize(390, 792);
+        item->setParentItem(window_.contentItem());
+        window_.show();
+        window_.requestActivate();
+        QMetaObject::invokeMethod(item, "begin", Q_ARG(QVariant, QString()));
+        while (nextFrame(100)) {
+        }
+    }
+
+    /// Milliseconds from the key to the frame that shows what it finds.
+    double press(QChar letter) {
+        QElapsedTimer clock;
+        clock.start();
+        QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
+        QCoreApplication::sendEvent(&window_, &key);
+        if (!nextFrame(kFramePatience)) throw std::runtime_error("nothing is drawn");
+        return double(clock.nsecsElapsed()) / 1e6;
+    }
+    void empty() {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QCoreApplication::sendEvent(&window_, &key);
+        while (nextFrame(50)) {
+        }
+    }
+    [[nodiscard]] QString query() const { return search_.query(); }
+
+  private:
+    bool nextFrame(int patience) {
+        QEventLoop loop;
+        bool came = false;
+        const auto swapped = QObject::connect(&window_, &QQuickWindow::frameSwapped, &loop, [&] {
+            came = true;
+            loop.quit();
+        });
+        QTimer::singleShot(patience, &loop, &QEventLoop::quit);
+        loop.exec();
+        QObject::disconnect(swapped);
+        return came;
+    }
+
+    settings::SearchModel search_;
+    QQmlEngine engine_;
+    QQuickWindow window_;
+    std::unique_ptr<QObject> panel_;
+};
+
+/// The 95th percentile of all keys of what is typed.
+void DrawResults(benchmark::State& state) {
+    static SearchWindow& window = *new SearchWindow; // the toolkit goes first
+    for (auto _ : state) {
+        std::vector<double> times;
+        for (const QString typed : kTyped) {
+            for (const QChar letter : typed)
+                times.push_back(window.press(letter));
+            if (window.query() != typed) return state.SkipWithError("the keys have not come");
+            window.empty();
+        }
+        const auto tail = times.begin() + std::ptrdiff_t(times.size() * 95 / 100);
+        std::ranges::nth_element(times, tail);
+        state.SetIterationTime(*tail / 1e3);
+    }
+}
+BENCHMARK(DrawResults)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    const QGuiApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,108 @@
+import QtQuick
+import Lumora
+
+// Where the window has its search: over the pages while it is open, and else as a sign at the end of the bar. Opened by
+// keys everywhere, by letters and a pull on a page that offers it, and by the sign.
+FocusScope {
+    id: root
+
+    property SearchModel search: null // null for none
+    property Page page: null          // the one on top
+    property string title // of all that it looks through
+    property bool atRoot: false
+    property bool allowed: true
+    property bool slashIsALetter: false // of what has the focus
+    property bool open: false
+    property real barHeight: 0
+    readonly property bool canOpen: search !== null && allowed && page !== null
+    readonly property bool signShown: search !== null && atRoot && !open
+    readonly property real trailing: search !== null && atRoot ? 4 + sign.width + 4 : 0 // of the bar, what the sign takes
+    signal opened
+    signal over // the user has gone nowhere
+
+    // Looks for a text, or shows the former results when that is empty.
+    function begin(text) {
+        if (!canOpen)
+            return;
+        if (!open) {
+            opened();
+            search.open();
+        }
+        open = true;
+        (panel.item as SearchPanel).begin(text);
+    }
+    function leave() {
+        open = false;
+        over();
+    }
+
+    onAllowedChanged: {
+        if (!allowed && open)
+            leave();
+    }
+
+    Shortcut {
+        sequences: [StandardKey.Find]
+        enabled: root.canOpen
+        onActivated: root.begin("")
+    }
+    Shortcut {
+        sequence: "/"
+        enabled: root.canOpen && !root.open && !root.slashIsALetter
+        onActivated: root.begin("")
+    }
+    Connections {
+        target: root.page
+        enabled: root.canOpen
+
+        function onTyped(text) { root.begin(text) }
+        function onPulled() {
+            if (root.atRoot)
+                root.begin("");
+        }
+    }
+    PushButton {
+        id: sign
+
+        visible: root.signShown
+        enabled: root.canOpen
+        anchors { right: parent.right; rightMargin: 4; top: parent.top; topMargin: Math.round((root.barHeight - height) / 2) }
+        implicitWidth: Theme.buttonHeight
+        implicitHeight: Theme.buttonHeight
+        opacity: down ? Theme.downOpacity : 1
+        text: qsTr("Search")
+        onClicked: root.begin("")
+
+        Accessible.name: text
+        Accessible.description: qsTr("Ctrl+F")
+        Accessible.ignored: !visible || !enabled
+        Accessible.onPressAction: clicked()
+
+        background: FocusRing { visible: sign.visualFocus }
+        contentItem: Item {
+            MagnifierSign {
+                anchors.centerIn: parent
+                color: Theme.accent
+                scaling: 1.15
+            }
+        }
+    }
+    Loader {
+        id: panel
+
+        property bool needed: false
+
+        anchors { fill: parent; topMargin: root.barHeight }
+        active: root.open || needed
+        visible: root.open
+        enabled: root.open
+        focus: true
+        onLoaded: needed = true
+        sourceComponent: SearchPanel {
+            search: root.search
+            focus: true
+            onOver: root.leave()
+            onWent: root.open = false
+        }
+    }
+}
