@@ -6,6 +6,7 @@ Item {
 
     property string title
     property bool canGoBack: false
+    property real trailing: 0 // what is left free at its end
     signal backTapped
 
     Rectangle {
@@ -18,11 +19,12 @@ Item {
 
         // In the middle of the bar, or of the room beside the way back if the title needs more.
         readonly property real edge: back.visible ? 4 + back.width + 4 : Theme.inset
-        readonly property bool fits: implicitWidth <= parent.width - 2 * edge
+        readonly property real end: Math.max(Theme.inset, root.trailing)
+        readonly property bool fits: implicitWidth <= parent.width - 2 * Math.max(edge, end)
 
-        x: fits ? (parent.width - width) / 2 : Theme.mirrored ? Theme.inset : edge
+        x: fits ? (parent.width - width) / 2 : Theme.mirrored ? end : edge
         anchors.verticalCenter: parent.verticalCenter
-        width: fits ? implicitWidth : parent.width - edge - Theme.inset
+        width: fits ? implicitWidth : parent.width - edge - end
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
         fontSizeMode: Text.HorizontalFit
@@ -49,7 +51,7 @@ Item {
 
         // The word gives way to the title when there is no room for both.
         readonly property real fullWidth: leftPadding + chevron.width + signs.spacing + word.implicitWidth + rightPadding
-        readonly property bool wordless: title.implicitWidth > root.width - (4 + fullWidth + 4) - Theme.inset
+        readonly property bool wordless: title.implicitWidth > root.width - (4 + fullWidth + 4) - title.end
 
         onClicked: root.backTapped()
 
