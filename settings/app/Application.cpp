@@ -124,7 +124,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
     auto& engine = *new QQmlApplicationEngine;
     if (const auto exitCode = oneWindow ? oneWindow->handOver(options.page) : std::nullopt) return *exitCode;
     const platform::CGSize contentSize = contentSizeOf({Panes::viewWidthIn(room, list), size.height});
-    shell.launch({bundle, options.page, contentSize, !picturesOnly || list > 0},
+    shell.launch({bundle, options.page, contentSize, !picturesOnly || panes.columns() == 2},
                  [picturesOnly](const std::string& why) {
                      complain(why);
                      // The code that takes pictures would go on waiting for the page.

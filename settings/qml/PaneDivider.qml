@@ -56,11 +56,11 @@ Item {
         hoverEnabled: true
         preventStealing: true
         cursorShape: Qt.SplitHCursor
-        onPressed: mouse => grip = mapToItem(root.parent, mouse.x, 0).x
+        onPressed: mouse => grip = mapToItem(null, mouse.x, 0).x
         onPositionChanged: mouse => {
             if (!pressed)
                 return;
-            const now = mapToItem(root.parent, mouse.x, 0).x;
+            const now = mapToItem(null, mouse.x, 0).x;
             const by = Theme.mirrored ? grip - now : now - grip;
             const target = Math.max(root.minimumValue, Math.min(root.maximumValue, root.position + by));
             grip += Theme.mirrored ? root.position - target : target - root.position;

@@ -90,7 +90,7 @@ class KeysTest(Panes):
     def test_lead_from_pane_to_pane(self):
         window = self.open_wide()
         self.xdotool("windowfocus", "--sync", window.id)
-        self.keys(window, "Down", "Return")
+        self.click(self.named(window, LINK, "Apps"))
         self.expect_panes(window, Lumora=(0, 390), Apps=(390, 1000))
         self.keys(window, "ctrl+2", "Down")
         eventually(lambda: self.focused(window), "a focus")
@@ -140,7 +140,7 @@ class MenuTest(Panes):
         self.press_button(window, "View")
         one = self.named(window, LINE, "One Column")
         self.assertTrue(self.has_state(one, pyatspi.STATE_CHECKED))
-        self.keys(window, "Down", "Return")
+        self.click(self.named(window, LINK, "Apps"))
         self.expect_panes(window, Lumora=(0, 390))
 
     def test_closes_by_escape_and_goes_nowhere(self):
