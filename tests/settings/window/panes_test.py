@@ -161,15 +161,11 @@ class MenuTest(Panes):
 
 class FirstSizeTest(Panes):
     def open_on(self, screen):
-        display = Display("-screen", "0", screen + "x24")
-        self.addCleanup(display.stop)
-        self.environment["DISPLAY"] = display.name
-        window = self.start_window()
-        self.addCleanup(self.expect_to_close, window)
-        return window
-
-    def start_window(self):
+        self.display = Display("-screen", "0", screen + "x24")
+        self.addCleanup(self.display.stop)
+        self.environment["DISPLAY"] = self.display.name
         window = self.open_window()
+        self.addCleanup(self.expect_to_close, window)
         self.named(window, LINK, "Apps")
         return window
 
