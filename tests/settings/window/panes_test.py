@@ -172,7 +172,7 @@ class FirstSizeTest(Panes):
     def test_has_room_for_all_panes_on_a_desktop(self):
         window = self.open_on("1600x1000")
         self.assertEqual(self.size_of(window), (1240, 900))
-        eventually(lambda: set(self.pane_edges(window)) == {"Lumora", "Lock screen, preview"}, "the panes")
+        eventually(lambda: {"Lumora", "Lock screen, preview"} <= set(self.pane_edges(window)), "the panes")
 
     def test_fills_the_screen_of_a_phone(self):
         self.assertEqual(self.size_of(self.open_on("360x720")), (360, 720))
