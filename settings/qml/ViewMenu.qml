@@ -18,7 +18,7 @@ FocusScope {
 
     function step(by) {
         const all = Array.from(lines).filter(line => line.visible);
-        const at = all.findIndex(line => line.activeFocus);
+        const at = all.findIndex(line => line.focus);
         all[(at + by + all.length) % all.length].forceActiveFocus(Qt.PopupFocusReason);
     }
     function choose(columns) {

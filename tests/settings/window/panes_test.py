@@ -140,7 +140,9 @@ class MenuTest(Panes):
         self.press_button(window, "View")
         one = self.named(window, LINE, "One Column")
         self.assertTrue(self.has_state(one, pyatspi.STATE_CHECKED))
-        self.click(self.named(window, LINK, "Apps"))
+        self.xdotool("windowfocus", "--sync", window.id)
+        self.expect_focus(window, "One Column")
+        self.keys(window, "Down", "Return")
         self.expect_panes(window, Lumora=(0, 390))
 
     def test_closes_by_escape_and_goes_nowhere(self):
