@@ -11,10 +11,11 @@ _lumora_settings() {
         --grab) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
         --page | --rows) mapfile -t COMPREPLY < <(compgen -W "$pages" -- "$word") ;;
         --contrast) mapfile -t COMPREPLY < <(compgen -W 'more normal' -- "$word") ;;
+        --columns) mapfile -t COMPREPLY < <(compgen -W '1 2' -- "$word") ;;
         --search | --timeout | --text-size | --size) ;;
         *)
             mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --lockscreen --rows --index --search --timeout
-                --verbose --light --dark --contrast --text-size --size --help --version' -- "$word")
+                --verbose --light --dark --contrast --text-size --columns --size --help --version' -- "$word")
             ;;
     esac
 }

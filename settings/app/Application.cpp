@@ -14,6 +14,7 @@
 #include "settings/app/WindowSize.h"
 #include "settings/model/Accessibility.h"
 #include "settings/model/DoubleClicks.h"
+#include "settings/model/Panes.h"
 #include "settings/model/TouchItem.h"
 
 #include <QFont>
@@ -21,6 +22,7 @@
 #include <QLocale>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
@@ -61,17 +63,34 @@ search::IndexOrder orderFor(const Options& options, const std::filesystem::path&
 }
 
 /// What only a person at the window needs.
-void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keepsSize) {
+void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keepsSize, const Panes& panes) {
     auto* doubleClicks = new DoubleClicks(&shell);
     QObject::connect(&shell, &Shell::pagePushed, doubleClicks, &DoubleClicks::noteOpened);
     window.installEventFilter(doubleClicks);
     programs::closeAtSigterm(window);
-    QObject::connect(&shell, &Shell::leaving, &window, [&window, &oneWindow, keepsSize] {
+    const KeptColumns before{panes.columns(), panes.divider()};
+    QObject::connect(&shell, &Shell::leaving, &window, [&window, &oneWindow, &panes, before, keepsSize] {
         oneWindow.release();
+        if (const KeptColumns now{panes.columns(), panes.divider()}; now != before) keepColumns(now);
         // A window that fills the screen has another size when it does not.
         if (keepsSize && window.visibility() == QWindow::Windowed)
             keepWindowSize({double(window.width()), double(window.height())});
     });
+}
+
+platform::CGSize sizeForScreen() {
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+    return firstWindowSize({double(screen.width()), double(screen.height())});
+}
+
+/// How the columns are at first.
+Panes* makePanes(const Options& options, bool picturesOnly, QObject* parent) {
+    auto* panes = new Panes(parent);
+    const KeptColumns kept = picturesOnly ? KeptColumns{1, 0} : keptColumns();
+    panes->setColumns(options.columns.value_or(kept.columns));
+    panes->setDivider(kept.divider);
+    panes->offered = !picturesOnly || options.columns;
+    return panes;
 }
 
 } // namespace
@@ -106,7 +125,8 @@ int runApplication(int argc, char** argv, const Options& asked) {
     shell.setTextSize(options.textSize.value_or(100));
     if (!picturesOnly) followDesktop(shell, options);
     const bool keepsSize = !picturesOnly && !options.size;
-    const platform::CGSize size = options.size.value_or(keepsSize ? keptWindowSize().value_or(kUsualSize) : kUsualSize);
+    const std::optional<platform::CGSize> kept = options.size || !keepsSize ? options.size : keptWindowSize();
+    const platform::CGSize size = kept ? *kept : picturesOnly ? kUsualSize : sizeForScreen();
     LockScreen* lockScreen = picturesOnly && !options.lockScreen ? nullptr : new LockScreen(picturesOnly, &shell);
     SearchModel* search = nullptr;
     SearchSource* searched = nullptr;
@@ -117,9 +137,13 @@ int runApplication(int argc, char** argv, const Options& asked) {
         QObject::connect(&shell, &Shell::leaving, searched, &SearchSource::stop);
     }
     const double beside = lockScreen ? LockScreen::widthIn(size) : 0;
+    Panes& panes = *makePanes(options, picturesOnly, &shell);
+    const double room = size.width - beside;
+    const double list = Panes::listWidthIn({room, size.height}, panes.columns(), panes.divider());
     auto& engine = *new QQmlApplicationEngine;
     if (const auto exitCode = oneWindow ? oneWindow->handOver(options.page) : std::nullopt) return *exitCode;
-    shell.launch({bundle, options.page, contentSizeOf({size.width - beside, size.height}), !picturesOnly},
+    const platform::CGSize contentSize = contentSizeOf({Panes::viewWidthIn(room, list), size.height});
+    shell.launch({bundle, options.page, contentSize, !picturesOnly || panes.columns() == 2},
                  [picturesOnly](const std::string& why) {
                      complain(why);
                      // The code that takes pictures would go on waiting for the page.
@@ -136,13 +160,14 @@ int runApplication(int argc, char** argv, const Options& asked) {
                                  {QStringLiteral("search"), QVariant::fromValue(search)},
                                  {QStringLiteral("searchFor"), QString::fromStdString(options.search)},
                                  {QStringLiteral("lockScreen"), QVariant::fromValue<QObject*>(lockScreen)},
+                                 {QStringLiteral("panes"), QVariant::fromValue(&panes)},
                                  {QStringLiteral("width"), size.width},
                                  {QStringLiteral("height"), size.height}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/Main.qml")));
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return complain("the window's own files cannot be loaded");
     if (oneWindow) {
-        attend(*window, shell, *oneWindow, keepsSize);
+        attend(*window, shell, *oneWindow, keepsSize, panes);
         searched->awaitRest(*window);
         return QGuiApplication::exec();
     }

@@ -63,7 +63,11 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     app.add_option("--text-size", options.textSize, "How large texts are, whatever the desktop's setting (usual: 100)")
         ->type_name("PERCENT")
         ->check(CLI::Range(kSmallestTexts, kLargestTexts));
-    app.add_option("--size", size, "The window's size (default: as it was closed last, 390x844 at first)")
+    app.add_option("--columns", options.columns,
+                   "How many columns a wide window has (default: as it was closed last, 2 at first; 1 in pictures)")
+        ->type_name("1|2")
+        ->check(CLI::IsMember({1, 2}));
+    app.add_option("--size", size, "The window's size (default: as it was closed last, at first as the screen allows)")
         ->type_name("WxH")
         ->check(programs::isSize);
     app.footer("Exit codes: 0 done, 1 failed, 2 wrong use.");

@@ -23,6 +23,7 @@ struct Options {
     bool verbose = false;                   ///< what pages log goes to standard error too
     std::optional<bool> dark;
     std::optional<bool> moreContrast;
+    std::optional<int> columns;           ///< 1, or 2 where there is room
     std::optional<int> textSize;          ///< in percent
     std::optional<platform::CGSize> size; ///< of the window, in points
 };

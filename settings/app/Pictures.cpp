@@ -282,21 +282,18 @@ bool Pictures::showsPage() const {
     const QQuickItem* page = find(*window_.contentItem(), [shown = shell_.pages().back()](const QQuickItem& item) {
         return item.property("page").value<PageModel*>() == shown;
     });
-    const double beside = window_.property("beside").toDouble();
-    const platform::CGSize content = contentSizeOf({whole.width() - beside, whole.height()});
-    const double left = QGuiApplication::layoutDirection() == Qt::LeftToRight ? 0 : beside;
     // A notice takes some of the height.
-    return page &&
-           page->mapRectToScene({{}, page->size()}) ==
-               QRectF(left, whole.height() - page->height(), content.width, page->height()) &&
-           page->height() <= content.height;
+    const QRectF area = window_.property("pageArea").toRectF();
+    return page && page->mapRectToScene({{}, page->size()}) == area && area.bottom() == whole.height() &&
+           area.height() <= contentSizeOf({whole.width(), whole.height()}).height;
 }
 
 void Pictures::resize(QSize size) {
     if (window_.size() == size) return;
     window_.resize(size);
     waitUntil([&] { return window_.size() == size; }, [] { return "the window's new size"; });
-    const platform::CGSize content = contentSizeOf({double(size.width()), double(size.height())});
+    const QSizeF area = window_.property("viewSize").toSizeF();
+    const platform::CGSize content{area.width(), area.height()};
     perform([content](Navigation& navigation) { navigation.setContentSize(content); });
 }
 

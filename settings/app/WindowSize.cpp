@@ -2,41 +2,82 @@
 
 #include "platform/foundation/UserFolder.h"
 #include "programs/Size.h"
+#include "settings/app/Options.h"
+#include "settings/model/Panes.h"
 
 #include <QFile>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <system_error>
 
 namespace settings {
 namespace {
 
-constexpr qint64 kMoreThanASize = 64; ///< bytes
+constexpr qint64 kMoreThanALine = 64; ///< bytes
+constexpr const char* kSizeFile = "window-size";
+constexpr const char* kColumnsFile = "window-columns";
+constexpr platform::CGSize kDesktopWindow{1240, 900};
+constexpr double kDesktopWidth = 1360;
+constexpr double kPhoneSide = 600; ///< the shorter side of a phone's screen is less
 
-std::filesystem::path file() {
-    return platform::userFolder("XDG_STATE_HOME", ".local/state") / "lumora/window-size";
+std::filesystem::path fileOf(const char* name) {
+    return platform::userFolder("XDG_STATE_HOME", ".local/state") / "lumora" / name;
+}
+
+/// Empty if nothing was kept.
+std::string keptLine(const char* name) {
+    const std::filesystem::path file = fileOf(name);
+    std::error_code unknown;
+    if (!std::filesystem::is_regular_file(file, unknown)) return {}; // a pipe would keep the start waiting
+    QFile kept(QString::fromStdString(file.string()));
+    return kept.open(QIODevice::ReadOnly) ? kept.read(kMoreThanALine).trimmed().toStdString() : std::string();
+}
+
+void keepLine(const char* name, const QByteArray& line) {
+    const std::filesystem::path file = fileOf(name);
+    std::error_code failed;
+    std::filesystem::create_directories(file.parent_path(), failed);
+    QSaveFile kept(QString::fromStdString(file.string()));
+    if (failed || !kept.open(QIODevice::WriteOnly)) return;
+    kept.write(line + '\n');
+    kept.commit();
 }
 
 } // namespace
 
 std::optional<platform::CGSize> keptWindowSize() {
-    std::error_code unknown;
-    if (!std::filesystem::is_regular_file(file(), unknown)) return std::nullopt; // a pipe would keep the start waiting
-    QFile kept(QString::fromStdString(file().string()));
-    if (!kept.open(QIODevice::ReadOnly)) return std::nullopt;
-    const auto size = programs::sizeFrom(kept.read(kMoreThanASize).trimmed().toStdString());
+    const auto size = programs::sizeFrom(keptLine(kSizeFile));
     return size && size->width >= kSmallestWindow.width && size->height >= kSmallestWindow.height ? size : std::nullopt;
 }
 
 void keepWindowSize(platform::CGSize size) {
-    std::error_code failed;
-    std::filesystem::create_directories(file().parent_path(), failed);
-    QSaveFile kept(QString::fromStdString(file().string()));
-    if (failed || !kept.open(QIODevice::WriteOnly)) return;
-    kept.write(QByteArray::number(int(size.width)) + "x" + QByteArray::number(int(size.height)) + "\n");
-    kept.commit();
+    keepLine(kSizeFile, QByteArray::number(int(size.width)) + "x" + QByteArray::number(int(size.height)));
+}
+
+platform::CGSize firstWindowSize(platform::CGSize screen) {
+    const auto within = [&](platform::CGSize size) {
+        return platform::CGSize{std::min(size.width, std::max(screen.width, kSmallestWindow.width)),
+                                std::min(size.height, std::max(screen.height, kSmallestWindow.height))};
+    };
+    if (screen.width >= kDesktopWidth) return within(kDesktopWindow);
+    return within(std::min(screen.width, screen.height) < kPhoneSide ? screen : kUsualSize);
+}
+
+KeptColumns keptColumns() {
+    std::istringstream line(keptLine(kColumnsFile));
+    KeptColumns kept;
+    line >> kept.columns >> kept.divider;
+    const bool isOne = line && line.eof() && (kept.columns == 1 || kept.columns == 2) &&
+                       (kept.divider == 0 || (kept.divider >= Panes::kNarrowest && kept.divider <= Panes::kWidest));
+    return isOne ? kept : KeptColumns();
+}
+
+void keepColumns(const KeptColumns& columns) {
+    keepLine(kColumnsFile, QByteArray::number(columns.columns) + ' ' + QByteArray::number(columns.divider));
 }
 
 } // namespace settings

@@ -15,4 +15,21 @@ inline constexpr platform::CGSize kSmallestWindow{320, 320};
 /// Keeps the window's size for the next start. Silent when that fails: the next window then has another size.
 void keepWindowSize(platform::CGSize size);
 
+/// The size of a window that has none yet, for a screen of which that much is free: a desktop has room for all panes, and
+/// a phone is filled.
+[[nodiscard]] platform::CGSize firstWindowSize(platform::CGSize screen);
+
+/// How the columns were left.
+struct KeptColumns {
+    int columns = 2;    ///< 1 or 2
+    double divider = 0; ///< the width of the list, 0 for the usual one
+    friend bool operator==(const KeptColumns&, const KeptColumns&) = default;
+};
+
+/// Those that were kept last; the usual ones if none were, or what is there is none.
+[[nodiscard]] KeptColumns keptColumns();
+
+/// Keeps the columns for the next start. Silent when that fails.
+void keepColumns(const KeptColumns& columns);
+
 } // namespace settings

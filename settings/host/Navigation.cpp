@@ -54,6 +54,7 @@ Navigation::Navigation(Show show) : show_(std::move(show)) {
 void Navigation::handle(std::uint64_t id, const Event& event) {
     OpenPage* page = pageOnTop(id);
     if (!page || !hears(*page->controller, event)) return;
+    listen_(page->pageClass->name, event);
     std::visit([&](const auto& happened) { take(*page, happened); }, event);
 }
 

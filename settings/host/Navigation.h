@@ -28,6 +28,11 @@ class Navigation {
     using Show = std::function<void(StackSnapshot)>;
     explicit Navigation(Show show);
 
+    /// What the window tells of a page: something that was done there, or nothing for going back from it.
+    using Listen = std::function<void(const std::string& className, const std::optional<Event>& event)>;
+    /// Is told of each event and each way back of the page on top, before anything comes of it.
+    void setListener(Listen listen) { listen_ = std::move(listen); }
+
     /// Makes a page, gives it the title unless that is empty, and puts it on top; `row` is the link that opens it, null
     /// for none. `show` is told first that the page is being made, as that may block for good. False when the class is
     /// null or makes no page; and, with a line on standard error, when the page throws or has a null row.
@@ -111,6 +116,7 @@ class Navigation {
     OpenPage* pageOnTop(std::uint64_t id);
 
     Show show_;
+    Listen listen_ = [](const auto&, const auto&) {};
     std::vector<OpenPage> pages_;
     platform::CGSize contentSize_{390, 760};
     platform::UITouchRouter touches_; ///< on the page on top

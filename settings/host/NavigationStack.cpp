@@ -155,6 +155,7 @@ bool Navigation::run(const std::function<void(Navigation&)>& work) {
 void Navigation::back(std::uint64_t id) {
     const OpenPage* page = pageOnTop(id);
     if (!page || pages_.size() < 2 || page->controller->presentedViewController()) return;
+    listen_(page->pageClass->name, std::nullopt);
     pages_.pop_back();
     appear(true);
 }

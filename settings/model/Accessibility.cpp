@@ -178,7 +178,7 @@ QAccessibleInterface* make(const QString& className, QObject* object) {
     if (className == QStringLiteral("QQuickText") || is("TextParagraph_")) return new SpokenText(object);
     if (is("Sheet_")) return new SpokenDialog(object);
     if (is("TableSectionRow_")) return new SpokenRow(object);
-    const bool isPart = is("QQuickStackView") || is("Page_") || is("WaitingScreen_") || is("TweakNotice_");
+    const bool isPart = is("PageStack_") || is("Page_") || is("WaitingScreen_") || is("TweakNotice_");
     return isPart ? new SpokenItem(object) : nullptr;
 }
 

@@ -79,6 +79,12 @@ void PageModel::readElements() {
         old->deleteLater();
 }
 
+void PageModel::setOpenRow(std::optional<std::size_t> row) {
+    open_ = row;
+    for (std::size_t i = 0; i < rows_.size(); ++i)
+        rows_[i]->setOpen(i == row);
+}
+
 void PageModel::touch(const std::vector<platform::UITouchRouter::Point>& points) {
     send_(Touched{points}, {});
 }
@@ -102,12 +108,14 @@ void PageModel::makeGroups() {
         }
         auto* model = new RowModel(send_, i, row, around, group);
         const QString identifier = QString::fromStdString(row.identifier);
+        connect(model, &RowModel::begun, this, &PageModel::begun);
         connect(model, &RowModel::held, this, [this, identifier](double number) { emit held(identifier, number); });
         connect(model, &RowModel::released, this, [this, identifier] { emit released(identifier); });
         rows_.push_back(model);
         if (row.cell == platform::PSStaticTextCell) around.textAbove = QString::fromStdString(row.name);
         if (!begins) group->rows.push_back(rows_.back());
     }
+    setOpenRow(open_);
     emit groupsChanged();
     for (GroupModel* old : former)
         old->deleteLater(); // its delegates may be in the middle of an event

@@ -14,6 +14,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace settings {
@@ -80,6 +81,13 @@ class PageModel : public QObject {
     /// Takes up a newer snapshot of the same page.
     void read(std::shared_ptr<const PageSnapshot> page);
 
+    /// The row that was tapped last.
+    [[nodiscard]] std::optional<std::size_t> tappedRow() const { return tapped_; }
+    void noteTapped(std::size_t row) { tapped_ = row; }
+    /// The row that leads to the page that is shown beside this one; nothing for none.
+    [[nodiscard]] std::optional<std::size_t> openRow() const { return open_; }
+    void setOpenRow(std::optional<std::size_t> row);
+
     /// Hands on the fingers of one event on the page's view; places are in points of the page.
     void touch(const std::vector<platform::UITouchRouter::Point>& points);
 
@@ -89,6 +97,8 @@ class PageModel : public QObject {
     void viewChanged();
     void elementsChanged();
     void partsChanged();
+    /// The user has begun to change a row.
+    void begun();
     /// A hand is on the slider of a row that has that identifier, and has let go.
     void held(const QString& identifier, double number);
     void released(const QString& identifier);
@@ -109,6 +119,8 @@ class PageModel : public QObject {
     QList<ElementModel*> elements_;
     ComposerModel* composer_ = nullptr;
     QList<GroupModel*> groups_;
+    std::optional<std::size_t> tapped_;
+    std::optional<std::size_t> open_;
     std::vector<RowModel*> rows_; ///< one for each row of the snapshot, group rows included
 };
 

@@ -84,6 +84,10 @@ void RowModel::read(const RowSnapshot& row) {
     if (changesUnderWay_ == 0) emit valueRead();
 }
 
+void RowModel::setOpen(bool open) {
+    if (std::exchange(open_, open) != open) emit openChanged();
+}
+
 double RowModel::unit() const {
     const double largest = std::max(std::abs(minimum()), std::abs(maximum()));
     const double shown =

@@ -40,6 +40,7 @@ class RowModel : public QObject {
     Q_PROPERTY(QString text READ text NOTIFY valueRead)
     Q_PROPERTY(QString valueTitle READ valueTitle NOTIFY valueRead)
     Q_PROPERTY(bool marked READ marked NOTIFY valueRead)
+    Q_PROPERTY(bool open READ isOpen NOTIFY openChanged)
 
   public:
     /// The platform's kinds of rows. A row may also be of another kind.
@@ -86,6 +87,9 @@ class RowModel : public QObject {
     [[nodiscard]] QString text() const;
     [[nodiscard]] QString valueTitle() const { return QString::fromStdString(row_.valueTitle); }
     [[nodiscard]] bool marked() const { return row_.marked; }
+    /// The page that it leads to is shown beside it.
+    [[nodiscard]] bool isOpen() const { return open_; }
+    void setOpen(bool open);
     /// Holds a platform::UIImageRef, for an IconItem; undefined for none.
     [[nodiscard]] QVariant icon() const { return row_.icon ? QVariant::fromValue(row_.icon) : QVariant(); }
 
@@ -98,8 +102,13 @@ class RowModel : public QObject {
     Q_INVOKABLE void toggle(bool on) { change(on); }
     Q_INVOKABLE void slide(double number) { change(nearest(number)); }
     /// A hand is on a slider, which is not changed before slide(); and it has let go.
-    Q_INVOKABLE void hold(double number) { emit held(nearest(number)); }
+    Q_INVOKABLE void hold(double number) {
+        emit begun();
+        emit held(nearest(number));
+    }
     Q_INVOKABLE void letGo() { emit released(); }
+    /// A text is being typed, which is not changed before write().
+    Q_INVOKABLE void begin() { emit begun(); }
     Q_INVOKABLE void write(const QString& text) { change(text.toStdString()); }
     /// A slider's number as text beside it.
     Q_INVOKABLE [[nodiscard]] QString shown(double number) const;
@@ -112,6 +121,8 @@ class RowModel : public QObject {
     /// A snapshot has come, and all that the user has done is in it: controls settle on the value, even when it is the
     /// same as before.
     void valueRead();
+    void openChanged();
+    void begun();
     void held(double number);
     void released();
 
@@ -126,6 +137,7 @@ class RowModel : public QObject {
     RowSnapshot row_;
     QString accessibleName_;
     QString accessibleDescription_;
+    bool open_ = false;
     int changesUnderWay_ = 0;
 };
 

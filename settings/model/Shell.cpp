@@ -247,6 +247,10 @@ void Shell::leave() {
 
 SendEvent Shell::sendTo(std::uint64_t page) {
     return [this, page](Event event, std::function<void()> taken) {
+        if (isOpenRow(page, event)) return emit openRowTapped();
+        // Which part of a list is seen says nothing of what the user means.
+        if (!std::holds_alternative<TableScrolled>(event)) turnBackTo(page);
+        noteTap(page, event);
         noteChange(event);
         post([page, event = std::move(event)](Navigation& navigation) { navigation.handle(page, event); },
              std::move(taken));
@@ -281,11 +285,13 @@ void Shell::take(const StackSnapshot& stack) {
         pages_[i]->read(stack.pages[i]);
     for (std::size_t i = common; i < stack.pages.size(); ++i) {
         pages_.push_back(new PageModel(sendTo(stack.pages[i]->id), stack.pages[i], this));
+        connect(pages_.back(), &PageModel::begun, this, [this, id = stack.pages[i]->id] { turnBackTo(id); });
         connect(pages_.back(), &PageModel::held, this, &Shell::held);
         connect(pages_.back(), &PageModel::released, this, &Shell::released);
         replaces ? emit pageReplaced(pages_.back()) : emit pagePushed(pages_.back(), alone && landings_ == 0);
     }
     opening_ = stack.opening;
+    markOpenRows();
     if (waiting()) emit waitingChanged();
 }
 

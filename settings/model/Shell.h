@@ -38,6 +38,7 @@ class Shell : public QObject {
     Q_PROPERTY(bool tweakGone READ tweakGone NOTIFY tweakChanged)
     Q_PROPERTY(bool changesLost READ changesLost NOTIFY tweakChanged)
     Q_PROPERTY(int barHeight READ barHeight CONSTANT)
+    Q_PROPERTY(bool sideBySide READ sideBySide WRITE setSideBySide NOTIFY sideBySideChanged)
 
   public:
     Shell();
@@ -59,6 +60,10 @@ class Shell : public QObject {
     void setTextSize(int percent) { set(textSize_, percent); }
     [[nodiscard]] bool animated() const { return animated_; }
     void setAnimated(bool animated) { set(animated_, animated); }
+
+    /// The page before the one on top is shown, too. What the user does there first goes back to it, as by hand.
+    [[nodiscard]] bool sideBySide() const { return sideBySide_; }
+    void setSideBySide(bool both);
 
     /// The main thread has been busy with one thing for a noticeable time, or there is no first page.
     [[nodiscard]] bool waiting() const { return patience_ != Patience::fresh || !fault_.isEmpty(); }
@@ -112,6 +117,11 @@ class Shell : public QObject {
     void lookChanged();
     void waitingChanged();
     void tweakChanged();
+    void sideBySideChanged();
+    /// The user has turned to the page before the one on top, which is about to go: what is held in it is to be put back.
+    void aboutToTurnBack();
+    /// The row that leads to the page on top was tapped again.
+    void openRowTapped();
     /// The window is to come to the front and, if a page is asked for, make ready to leave the one on top.
     void activated(bool forPage);
     /// The process is about to end.
@@ -137,6 +147,11 @@ class Shell : public QObject {
     }
     void later(std::function<void()> work);
     SendEvent sendTo(std::uint64_t page);
+    [[nodiscard]] PageModel* pageBefore(std::uint64_t page) const;
+    void turnBackTo(std::uint64_t page);
+    bool isOpenRow(std::uint64_t page, const Event& event) const;
+    void noteTap(std::uint64_t page, const Event& event);
+    void markOpenRows();
     [[nodiscard]] bool isComposing() const { return topPage() && topPage()->composer; }
     void setBusy(int change);
     void look();
@@ -163,6 +178,8 @@ class Shell : public QObject {
     QTimer looksForTweak_;
     bool tweakGone_ = false;
     bool changesLost_ = false;
+    bool sideBySide_ = false;
+    std::uint64_t turnedBackFrom_ = 0; ///< the last page that was left for the one before it
     bool dark_ = false;
     bool moreContrast_ = false;
     int textSize_ = 100;

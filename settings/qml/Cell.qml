@@ -11,12 +11,13 @@ Item {
     property bool last: false
     property bool down: false
     property bool hovered: false // by the mouse
+    property bool selected: false
     property bool focused: false
     property var icon: row?.icon // undefined for none
     property bool empty: false // the contents are in the user's hand
     property bool boxed: true  // the corners are round
     property real indent: 0    // of everything in the row
-    property color ground: down ? Theme.cellDown : hovered ? Qt.tint(Theme.cell, Qt.alpha(Theme.cellDown, 0.4)) : Theme.cell
+    property color ground: down ? Theme.cellDown : selected ? Theme.cellSelected : hovered ? Qt.tint(Theme.cell, Qt.alpha(Theme.cellDown, 0.4)) : Theme.cell
     readonly property bool hasIcon: icon !== undefined
     readonly property real rounding: boxed ? Theme.rowRadius : 0
 
@@ -29,6 +30,15 @@ Item {
         height: parent.height + (root.first ? 0 : radius) + (root.last ? 0 : radius)
         radius: root.rounding
         color: root.ground
+        antialiasing: true
+    }
+    Rectangle {
+        visible: root.selected
+        anchors { left: parent.left; leftMargin: 5; verticalCenter: parent.verticalCenter }
+        width: 4
+        height: parent.height - 16
+        radius: 2
+        color: Theme.accent
         antialiasing: true
     }
     Hairline {

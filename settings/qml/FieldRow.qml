@@ -90,7 +90,11 @@ Cell {
             }
 
             Component.onCompleted: settle()
-            onTextEdited: edited = true
+            onTextEdited: {
+                if (!edited)
+                    root.row.begin();
+                edited = true;
+            }
             onAccepted: handOn()
             onActiveFocusChanged: {
                 if (!activeFocus)

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Lumora
 
 Window {
@@ -9,7 +8,11 @@ Window {
     property SearchModel search: null // null for pictures without it
     property string searchFor // what to look for at first, empty for nothing
     property var lockScreen: null // a settings::LockScreen; null for pictures without it
-    readonly property real beside: lockScreenPlace.width
+    property Panes panes: null // null for one column
+    // Where the page on top stands, in the window.
+    readonly property rect pageArea: Qt.rect(stack.x + stack.shownArea.x, stack.y, stack.shownArea.width, stack.height)
+    // Of a view that a page hosts.
+    readonly property size viewSize: Qt.size(stack.viewWidth, stack.height)
 
     visible: true
     minimumWidth: 320
@@ -17,7 +20,7 @@ Window {
     color: Theme.page
     LayoutMirroring.enabled: Theme.mirrored
     LayoutMirroring.childrenInherit: true
-    title: bar.title
+    title: shell.waiting || !stack.shownPage ? shell.waitingTitle : stack.shownPage.page.title
 
     onClosing: {
         handOnFields();
@@ -54,6 +57,7 @@ Window {
         if (stack.depth < 2 || shell.waiting || composing)
             return;
         putDown();
+        stack.turningBack = false;
         shell.back();
     }
 
@@ -61,7 +65,7 @@ Window {
         if (sheet.item)
             sheet.forceActiveFocus(reason);
         else
-            stack.currentItem?.forceActiveFocus(reason);
+            stack.shownPage?.forceActiveFocus(reason);
     }
     function reload() {
         putDown();
@@ -83,27 +87,21 @@ Window {
                 window.putDown();
         }
         function onAboutToAppearAnew() { stack.shownPage?.putBack() }
-        function onPagePushed(page, alone) {
-            const item = stack.push(pageComponent, { page: page },
-                                    Theme.animated && alone ? T.StackView.PushTransition : T.StackView.Immediate);
-            item.gone.connect(window.shell.pageGone);
+        function onAboutToTurnBack() {
+            stack.shownPage?.putBack();
+            stack.turningBack = true;
         }
-        function onPageReplaced(page) {
-            const item = stack.replace(stack.currentItem, pageComponent, { page: page }, T.StackView.Immediate);
-            item.gone.connect(window.shell.pageGone);
-        }
+        function onOpenRowTapped() { stack.mainPage?.forceActiveFocus(Qt.OtherFocusReason) }
+        function onPagePushed(page, alone) { stack.push(page, Theme.animated && alone) }
+        function onPageReplaced(page) { stack.replace(page) }
+        function onPagesPopped(depth, alone) { stack.popTo(depth, Theme.animated && alone) }
         function onLanded(page, row, gone) {
             stack.shownPage?.land(row);
             if (gone)
                 passing.say(qsTr("This row has gone"));
         }
-        function onPagesPopped(depth, alone) {
-            if (depth === 0)
-                stack.clear(T.StackView.Immediate);
-            else
-                stack.pop(stack.get(depth - 1), Theme.animated && alone ? T.StackView.PopTransition : T.StackView.Immediate);
-        }
     }
+    Binding { target: window.shell; property: "sideBySide"; value: stack.two }
     Shortcut {
         sequences: [StandardKey.Back]
         enabled: !window.composing
@@ -119,12 +117,11 @@ Window {
         enabled: window.lockScreen !== null
         onActivated: lockScreenPlace.toggle()
     }
-    Shortcut {
-        sequence: "F6"
-        enabled: lockScreenPlace.visible
-        onActivated: lockScreenPlace.activeFocus ? window.focusPage(Qt.ShortcutFocusReason) : lockScreenPlace.takeFocus()
-    }
+    PaneKeys {
+        panes: window.composing ? [null, sheet, lockScreen] : [stack.listPage, stack.mainPage, lockScreen]
 
+        readonly property Item lockScreen: lockScreenPlace.visible ? lockScreenPlace : null
+    }
     Shortcut {
         sequences: [StandardKey.Refresh]
         enabled: !window.composing
@@ -143,51 +140,28 @@ Window {
         interval: 0
         onTriggered: {
             if (stack.width > 0 && stack.height > 0) // not before the window has its size
-                window.shell.setContentSize(Qt.size(stack.width, stack.height));
+                window.shell.setContentSize(window.viewSize);
         }
     }
 
-    component Slide: Transition {
-        id: slide
-
-        property real from: 0
-        property real to: 0
-
-        readonly property real way: Theme.mirrored ? -stack.width : stack.width
-
-        XAnimator {
-            from: slide.from * slide.way
-            to: slide.to * slide.way
-            duration: Theme.slideTime
-            easing.type: Easing.OutCubic
-        }
-    }
-    Component {
-        id: pageComponent
-
-        Page {}
-    }
-    T.StackView {
+    PageStack {
         id: stack
 
-        anchors { fill: parent; topMargin: bar.height + notice.height; rightMargin: window.beside }
-        enabled: !window.shell.waiting && !window.composing && !searchPlace.open
-        clip: true
+        anchors { fill: parent; topMargin: bar.height + notice.height; rightMargin: lockScreenPlace.width }
+        enabled: !window.shell.waiting && !window.composing && (two || !searchPlace.open)
+        listEnabled: !searchPlace.open
         focus: true
-
-        pushEnter: Slide { from: 1; to: 0 }
-        pushExit: Slide { from: 0; to: -0.3 }
-        popEnter: Slide { from: -0.3; to: 0 }
-        popExit: Slide { from: 0; to: 1 }
-
-        onCurrentItemChanged: if (currentItem) currentItem.forceActiveFocus(Qt.OtherFocusReason)
-        onWidthChanged: sizeReport.restart()
+        listWidth: window.panes?.listWidthIn(width, window.height, window.panes.columns, window.panes.divider) ?? 0
+        viewWidth: two ? window.panes.viewWidthIn(width, listWidth) : width
+        onGone: page => window.shell.pageGone(page)
+        onViewWidthChanged: sizeReport.restart()
         onHeightChanged: sizeReport.restart()
-
-        readonly property Page shownPage: currentItem as Page
     }
     WaitingScreen {
-        anchors.fill: stack
+        x: stack.depth > 0 ? stack.x + stack.mainX : stack.x
+        y: stack.y
+        width: stack.depth > 0 ? stack.mainWidth : stack.width
+        height: stack.height
         visible: window.shell.waiting
         enabled: visible && !window.composing
         headline: window.shell.waitingHeadline
@@ -199,14 +173,26 @@ Window {
     NavigationBar {
         id: bar
 
-        anchors { left: stack.left; right: stack.right }
+        anchors { left: stack.left }
+        width: stack.two ? stack.listWidth : stack.width
         height: window.shell.barHeight
-        title: searchPlace.open ? searchPlace.title
-            : window.shell.waiting || !stack.shownPage ? window.shell.waitingTitle : stack.shownPage.page.title
-        canGoBack: stack.depth > 1 && !window.shell.waiting && !searchPlace.open
-        trailing: searchPlace.trailing
+        title: searchPlace.open ? searchPlace.title : stack.two && stack.listPage ? stack.listPage.page.title : window.title
+        canGoBack: (stack.two ? stack.listIndex : stack.last) > 0 && !window.shell.waiting && !searchPlace.open
+        trailing: Math.max(searchPlace.trailing, stack.two ? 0 : columns.trailing)
         enabled: !window.composing
         onBackTapped: window.goBack()
+    }
+    Columns {
+        id: columns
+
+        anchors { left: stack.left; right: stack.right; top: bar.top; bottom: stack.bottom }
+        window: window
+        panes: window.panes
+        stack: stack
+        barHeight: bar.height
+        title: window.shell.waiting && stack.depth > 0 ? window.shell.waitingTitle : stack.mainPage?.page.title ?? ""
+        lockScreen: lockScreenPlace
+        enabled: !window.composing
     }
     TweakNotice {
         id: notice
@@ -222,12 +208,14 @@ Window {
     SearchPlace {
         id: searchPlace
 
-        anchors { left: stack.left; right: stack.right; top: parent.top; bottom: parent.bottom }
+        anchors { left: bar.left; right: bar.right; top: parent.top; bottom: parent.bottom }
         barHeight: bar.height
+        barEnd: stack.two ? 0 : columns.trailing
         search: window.search
         page: stack.shownPage
-        title: stack.depth > 0 ? (stack.get(0) as Page)?.page.title ?? "" : ""
-        atRoot: stack.depth === 1 && !window.shell.waiting
+        listPage: stack.listPage
+        title: stack.pageAt(0)?.page.title ?? ""
+        atRoot: (stack.two ? stack.listIndex : stack.last) === 0 && !window.shell.waiting
         allowed: !window.shell.waiting && !window.composing
         slashIsALetter: lockScreenPlace.activeFocus
         onOpened: stack.shownPage?.putBack()
@@ -265,7 +253,7 @@ Window {
     Loader {
         id: sheet
 
-        anchors { fill: parent; rightMargin: window.beside }
+        anchors { fill: parent; rightMargin: lockScreenPlace.width }
     }
     Connections {
         target: sheet.item
@@ -273,7 +261,7 @@ Window {
 
         function onGone() {
             sheet.source = "";
-            stack.currentItem?.forceActiveFocus(Qt.OtherFocusReason);
+            stack.shownPage?.forceActiveFocus(Qt.OtherFocusReason);
         }
     }
 }

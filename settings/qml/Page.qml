@@ -7,6 +7,7 @@ FocusScope {
     id: root
 
     required property PageModel page
+    property real widestView: Infinity // of a view that it hosts, which stands in the middle
     signal gone(PageModel page)
     signal typed(string text) // letters that nothing on the page has a use for
     signal pulled             // down, from its beginning
@@ -44,7 +45,9 @@ FocusScope {
     Flickable {
         id: area
 
-        anchors.fill: parent
+        x: Math.round((root.width - width) / 2)
+        width: Math.min(root.width, root.widestView)
+        height: root.height
         contentWidth: Math.max(width, root.page.viewSize.width)
         contentHeight: Math.max(height, root.page.viewSize.height)
         interactive: width > 0 && (contentWidth > width || contentHeight > height)
@@ -59,6 +62,7 @@ FocusScope {
     // In what scrolls only while that is needed: it would take part in every touch.
     Item {
         parent: area.interactive ? area.contentItem : root
+        x: area.interactive ? 0 : area.x
         width: area.contentWidth
         height: area.contentHeight
 

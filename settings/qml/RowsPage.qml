@@ -120,6 +120,41 @@ FocusScope {
         }
     }
 
+    // What stands at the top comes back there after every change of size, however often there was no room for it.
+    property var place: null // the group and the row at the top, and how far that is above it; null for the beginning
+    property size placedIn: Qt.size(0, 0)
+
+    function notePlace() {
+        if (width !== placedIn.width || height !== placedIn.height)
+            return;
+        place = null;
+        for (let i = 0; i < groupItems.count && scroller.contentY > 0; ++i) {
+            const row = groupItems.itemAt(i).rowItems().findIndex(row => topOf(row) + row.height > scroller.contentY);
+            if (row < 0)
+                continue;
+            place = { group: i, row, above: scroller.contentY - topOf(groupItems.itemAt(i).rowItems()[row]) };
+            return;
+        }
+    }
+    function keepPlace() {
+        for (let i = 0; i < groupItems.count; ++i)
+            groupItems.itemAt(i).forceLayout();
+        groups.forceLayout();
+        const row = place && groupItems.itemAt(place.group)?.rowItems()[place.row];
+        if (row)
+            scroller.scrollTo(topOf(row) + place.above);
+        keepInView(focusItem);
+        placedIn = Qt.size(width, height);
+    }
+    Timer {
+        id: resized
+
+        interval: 0
+        onTriggered: root.keepPlace()
+    }
+    onWidthChanged: resized.restart()
+    onHeightChanged: resized.restart()
+
     Scroller {
         id: scroller
 
@@ -128,6 +163,7 @@ FocusScope {
         height: root.height
         contentHeight: groups.y + groups.height + Theme.endGap
         onHeightChanged: root.keepInView(root.focusItem)
+        onContentYChanged: root.notePlace()
         onDragEnded: {
             if (contentY < -Theme.pullDistance)
                 root.pulled();

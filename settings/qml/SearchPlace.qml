@@ -8,15 +8,17 @@ FocusScope {
 
     property SearchModel search: null // null for none
     property Page page: null          // the one on top
+    property Page listPage: null      // the one in the list beside it, null for none
     property string title // of all that it looks through
     property bool atRoot: false
     property bool allowed: true
     property bool slashIsALetter: false // of what has the focus
     property bool open: false
     property real barHeight: 0
+    property real barEnd: 0 // of the bar, what something else takes
     readonly property bool canOpen: search !== null && allowed && page !== null
     readonly property bool signShown: search !== null && atRoot && !open
-    readonly property real trailing: search !== null && atRoot ? 4 + sign.width + 4 : 0 // of the bar, what the sign takes
+    readonly property real trailing: search !== null && atRoot ? 4 + sign.width + 4 + barEnd : 0 // of the bar, what the sign takes
     signal opened
     signal over // the user has gone nowhere
 
@@ -51,8 +53,7 @@ FocusScope {
         enabled: root.canOpen && !root.open && !root.slashIsALetter
         onActivated: root.begin("")
     }
-    Connections {
-        target: root.page
+    component Offer: Connections {
         enabled: root.canOpen
 
         function onTyped(text) { root.begin(text) }
@@ -61,12 +62,14 @@ FocusScope {
                 root.begin("");
         }
     }
+    Offer { target: root.page }
+    Offer { target: root.listPage === root.page ? null : root.listPage }
     PushButton {
         id: sign
 
         visible: root.signShown
         enabled: root.canOpen
-        anchors { right: parent.right; rightMargin: 4; top: parent.top; topMargin: Math.round((root.barHeight - height) / 2) }
+        anchors { right: parent.right; rightMargin: 4 + root.barEnd; top: parent.top; topMargin: Math.round((root.barHeight - height) / 2) }
         implicitWidth: Theme.buttonHeight
         implicitHeight: Theme.buttonHeight
         opacity: down ? Theme.downOpacity : 1

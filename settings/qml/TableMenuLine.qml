@@ -6,12 +6,16 @@ Item {
 
     property string text
     property bool last: false
+    property bool checkable: false
+    property bool checked: false
     signal chosen
 
     height: Theme.rowHeight
     Accessible.role: Accessible.MenuItem
     Accessible.name: text
     Accessible.focusable: true
+    Accessible.checkable: checkable
+    Accessible.checked: checked
     Accessible.ignored: !enabled // the toolkit does not tell that it is disabled
     Accessible.onPressAction: chosen()
     Keys.onReturnPressed: chosen()
@@ -32,7 +36,7 @@ Item {
     }
     Hairline { visible: !line.last; anchors.bottom: parent.bottom }
     WordText {
-        anchors { fill: parent; leftMargin: Theme.inset; rightMargin: Theme.inset }
+        anchors { fill: parent; leftMargin: Theme.inset; rightMargin: line.checkable ? 2 * Theme.inset + mark.width : Theme.inset }
         text: line.text
         wrapMode: Text.NoWrap
         color: line.enabled ? Theme.text : Theme.placeholder
@@ -40,6 +44,12 @@ Item {
         minimumPixelSize: Theme.smallestSize
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
+    }
+    CheckMark {
+        id: mark
+
+        visible: line.checked
+        anchors { right: parent.right; rightMargin: Theme.inset; verticalCenter: parent.verticalCenter }
     }
     MouseArea {
         id: touch

@@ -23,6 +23,8 @@ PushButton {
 
     Accessible.name: row.accessibleName
     Accessible.description: row.accessibleDescription
+    Accessible.selectable: row.open
+    Accessible.selected: row.open
     Accessible.onPressAction: clicked()
 
     background: Cell {
@@ -30,6 +32,7 @@ PushButton {
         first: control.first
         last: control.last
         down: control.down
+        selected: control.row.open
         hovered: control.hovered
         focused: control.visualFocus
     }

@@ -18,6 +18,7 @@ QtObject {
     readonly property color page: dark ? "#000000" : "#f2f2f7"
     readonly property color cell: dark ? "#1c1c1e" : "#ffffff"
     readonly property color cellDown: dark ? "#323234" : "#e3e3e8"
+    readonly property color cellSelected: dark ? "#152f4d" : "#dfebfa"
     readonly property color bar: dark ? "#161618" : "#f9f9fb"
     readonly property color beside: dark ? "#2a2a2e" : "#e9e9ef" // of what stands beside the pages
     readonly property color hairline: shade("#d5d5d9", "#38383a", "#75757a", "#85858a")

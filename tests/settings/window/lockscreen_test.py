@@ -28,7 +28,7 @@ class LockScreen(Spoken):
         self.tweak = super().start_tweak(*options, **more)
 
     def open_wide(self, *options):
-        window = self.open_window("--size", "{}x{}".format(*WIDE), *options)
+        window = self.open_window("--columns", "1", "--size", "{}x{}".format(*WIDE), *options)
         eventually(lambda: self.has_notices(window), "the notices")
         self.xdotool("windowfocus", "--sync", window.id)
         return window
@@ -75,7 +75,7 @@ class PlaceTest(LockScreen):
 
 class OwnWindowTest(LockScreen):
     def test_opens_in_one_window_of_its_own_where_there_is_none(self):
-        window = self.open_root_page("--size", "{}x{}".format(*NARROW))
+        window = self.open_root_page("--columns", "1", "--size", "{}x{}".format(*NARROW))
         self.expect_panes(window, "Lumora", width=NARROW[0])
         self.keys(window, "ctrl+l")
         own = eventually(lambda: set(self.windows(window)) - {window.id}, "another window").pop()

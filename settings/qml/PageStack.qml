@@ -1,0 +1,155 @@
+import QtQuick
+import Lumora
+
+// The open pages, of which the last is on top. One column shows that one. Of two, the list at the beginning shows the
+// page before it, and the other column the page on top; a page that is alone stands in the list, and so does one to
+// which the user has turned there.
+FocusScope {
+    id: root
+
+    property real listWidth: 0 // of the first of two columns; 0 for one
+    property real viewWidth: width // of a view that a page in the second column hosts
+    property bool listEnabled: true
+    property bool turningBack: false // to the page in the list, when the one on top goes next
+    property bool turnedBack: false
+    property var slots: []
+    readonly property int depth: slots.length
+    readonly property int last: depth - 1
+    readonly property Page shownPage: pageAt(last)
+    readonly property bool alone: depth === 1 && shownPage.page.hostsView // with nothing to choose from
+    readonly property bool two: listWidth > 0 && !alone
+    readonly property bool lastInList: two && (depth <= 1 || (turnedBack && !shownPage.page.hostsView))
+    readonly property int listIndex: !two ? -1 : lastInList ? last : last - 1
+    readonly property Page listPage: pageAt(listIndex)
+    readonly property Page mainPage: lastInList ? null : shownPage // in the only or the second column
+    // Where the page on top stands, unless it is in the list.
+    readonly property real mainX: two && !Theme.mirrored ? listWidth : 0
+    readonly property real mainWidth: two ? width - listWidth : width
+    readonly property rect shownArea: lastInList ? Qt.rect(Theme.mirrored ? width - listWidth : 0, 0, listWidth, height)
+                                                 : Qt.rect(mainX, 0, mainWidth, height)
+    signal gone(PageModel page)
+
+    function pageAt(index) { return slots[index]?.shown ?? null }
+
+    function push(page, animated) {
+        change(() => {
+            turnedBack = false;
+            slots = [...slots, slotComponent.createObject(root, { page, index: depth })];
+        }, animated);
+    }
+    function replace(page) {
+        change(() => {
+            const former = slots[last];
+            slots = [...slots.slice(0, -1), slotComponent.createObject(root, { page, index: last })];
+            former.destroy();
+        }, false);
+    }
+    function popTo(depth, animated) {
+        const left = slots.slice(depth);
+        const slides = animated && !turningBack;
+        change(() => {
+            turnedBack = turningBack;
+            turningBack = false;
+            left.forEach(slot => slot.gone = true);
+            slots = slots.slice(0, depth);
+        }, slides);
+        left.forEach(slot => slot.leave());
+    }
+
+    // Does it, and has the pages slide from where they were to where they are.
+    function change(work, animated) {
+        const before = new Map(root.slots.filter(slot => slot.placed).map(slot => [slot, slot.x]));
+        const listed = listPage;
+        const top = last;
+        work();
+        // Beside a list that stays, pages follow each other without a way.
+        const slides = animated && !(two && listPage === listed);
+        const sign = Theme.mirrored ? -1 : 1;
+        for (const slot of new Set([...before.keys(), ...root.slots.filter(slot => slot.placed)])) {
+            const was = before.has(slot);
+            if (!slides || (was && slot.placed && before.get(slot) === slot.x))
+                slot.rest();
+            else if (was && slot.placed)
+                slot.slide(before.get(slot) - slot.x, 0);
+            else if (was)
+                slot.slide(0, sign * slot.width * (slot.gone ? 1 : -0.3));
+            else
+                slot.slide(sign * slot.width * (slot.index > top ? 1 : -0.3), 0);
+        }
+        shownPage?.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    clip: true
+    // What had the focus in the list is no longer seen.
+    onTwoChanged: {
+        if (!two && activeFocus && !shownPage?.activeFocus)
+            shownPage?.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    component Slot: Item {
+        id: slot
+
+        required property PageModel page
+        required property int index
+        property bool gone: false
+        readonly property Page shown: content
+        readonly property bool isMain: index > root.listIndex
+        // Whether it is one of the pages that are seen at rest.
+        readonly property bool placed: !gone && (index === root.last || index === root.listIndex)
+
+        x: isMain ? root.mainX : Theme.mirrored ? root.width - width : 0
+        width: !root.two ? root.width : isMain ? root.mainWidth : root.listWidth
+        height: root.height
+        z: index
+        visible: placed || way.running
+        enabled: !gone && (isMain || root.listEnabled)
+
+        function slide(from, to) {
+            way.from = from;
+            way.to = to;
+            content.x = from;
+            way.restart();
+        }
+        function rest() {
+            way.stop();
+            content.x = 0;
+        }
+        function leave() {
+            if (!way.running)
+                destroy();
+        }
+
+        Page {
+            id: content
+
+            page: slot.page
+            width: slot.width
+            height: slot.height
+            widestView: root.two && slot.isMain ? root.viewWidth : Infinity
+            onGone: page => root.gone(page)
+        }
+        XAnimator {
+            id: way
+
+            target: content
+            duration: Theme.slideTime
+            easing.type: Easing.OutCubic
+            onFinished: {
+                if (slot.gone)
+                    slot.destroy();
+            }
+        }
+    }
+    Component {
+        id: slotComponent
+
+        Slot {}
+    }
+    NothingOpen {
+        visible: root.two && !root.mainPage && root.depth > 0
+        x: root.mainX
+        z: -1
+        width: root.mainWidth
+        height: root.height
+    }
+}

@@ -1,0 +1,345 @@
+// The window on the real bundle, in one column and in two: what a person does in it, and what the pages hear of that.
+#include "settings/model/Panes.h"
+#include "link/Messages.h"
+#include "platform/foundation/NSKeyedArchiver.h"
+#include "settings/model/Shell.h"
+#include "tests/support/PortsFolder.h"
+#include "tests/support/ServedPort.h"
+#include "tests/support/Waiting.h"
+
+#include <QCoreApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTest>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <random>
+
+Q_IMPORT_QML_PLUGIN(LumoraPlugin)
+
+namespace panes_test {
+
+using namespace settings;
+using namespace platform;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+
+constexpr QSize kNarrow{390, 844};
+constexpr QSize kWide{1000, 844};
+constexpr QSize kLow{1000, 500};
+
+bool happens(const std::function<bool()>& condition) {
+    return QTest::qWaitFor(condition, int(std::chrono::milliseconds(tests::kLongEnough).count()));
+}
+
+/// The first item that is shown and matches, from the outside to the inside; null for none.
+QQuickItem* shownIn(QQuickItem& item, const std::function<bool(const QQuickItem&)>& matches) {
+    if (!item.isVisible()) return nullptr;
+    if (matches(item)) return &item;
+    const QList<QQuickItem*> children = item.childItems();
+    for (QQuickItem* child : children)
+        if (QQuickItem* found = shownIn(*child, matches)) return found;
+    return nullptr;
+}
+
+std::string wordsFor(const std::string& page, const std::optional<Event>& event) {
+    if (!event) return page + ": back";
+    if (const auto* tap = std::get_if<RowTapped>(&*event)) return page + ": tap " + std::to_string(tap->row);
+    if (const auto* change = std::get_if<ValueChanged>(&*event))
+        return page + ": change " + std::to_string(change->row) + " to " + description(change->value);
+    return page + ": other " + std::to_string(event->index());
+}
+
+/// A window, a person at it, and a tweak that counts the questions and changes that come.
+class Visit {
+  public:
+    explicit Visit(QSize size) {
+        panes_.setColumns(2);
+        engine_.addImportPath("qrc:/qt/qml");
+        const platform::CGSize content = contentSizeOf({double(size.width()), double(size.height())});
+        shell.setAnimated(false);
+        shell.launch({std::filesystem::path(LUMORA_TEST_ROOT) / "Library/PreferenceBundles/Lumora.bundle", {}, content},
+                     [](const std::string& why) { FAIL() << why; });
+        shell.post([this](Navigation& navigation) {
+            navigation.setListener([this](const std::string& page, const std::optional<Event>& event) {
+                if (event && std::holds_alternative<TableScrolled>(*event)) return; // tells of the window's size
+                const std::lock_guard held(mutex_);
+                heard_.push_back(wordsFor(page, event));
+            });
+        });
+        engine_.setInitialProperties({{"shell", QVariant::fromValue(&shell)},
+                                      {"panes", QVariant::fromValue(&panes_)},
+                                      {"width", size.width()},
+                                      {"height", size.height()}});
+        engine_.load(QUrl("qrc:/qt/qml/Lumora/Main.qml"));
+        window = qobject_cast<QQuickWindow*>(engine_.rootObjects().value(0));
+        EXPECT_TRUE(happens([this] { return shell.topPage(); }));
+        settle();
+    }
+
+    ~Visit() {
+        shell.post([](Navigation& navigation) { navigation.setListener([](const auto&, const auto&) {}); });
+        settle();
+    }
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
+
+    /// Has everything arrive that is under way.
+    void settle() {
+        bool isDone = false;
+        shell.post([](Navigation&) {}, [&isDone] { isDone = true; });
+        EXPECT_TRUE(happens([&isDone] { return isDone; }));
+        QTest::qWait(1); // what waits for the next turn of the loop
+    }
+
+    QQuickItem* page(const std::string& className) {
+        return shownIn(*window->contentItem(), [&](const QQuickItem& item) {
+            const auto* model = item.property("page").value<PageModel*>();
+            return model && item.inherits("QQuickFocusScope") && model->snapshot().className == className;
+        });
+    }
+    /// Goes back until the page can be used.
+    void reach(const std::string& className) {
+        while (!page(className) && shell.pages().size() > 1) {
+            QTest::keyClick(window, Qt::Key_Escape);
+            settle();
+        }
+        reached_ = className;
+    }
+    QQuickItem* row(const QString& name, bool link = false) {
+        QQuickItem* place = page(reached_);
+        QQuickItem* found = place ? shownIn(*place,
+                                            [&](const QQuickItem& item) {
+                                                const auto* model = item.property("row").value<RowModel*>();
+                                                const bool leads = model && (model->cell() == RowModel::LinkCell ||
+                                                                             model->cell() == RowModel::LinkListCell);
+                                                return model && leads == link && model->accessibleName() == name;
+                                            })
+                                  : nullptr;
+        EXPECT_TRUE(found) << name.toStdString() << " on " << reached_;
+        return found;
+    }
+    void open(const QString& name) { click(name, true); }
+    void click(const QString& name, bool link = false) {
+        const QQuickItem* item = row(name, link);
+        if (!item) return;
+        const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+        QTest::mouseClick(window, Qt::LeftButton, {}, middle.toPoint());
+        settle();
+    }
+    void scroll(double y) {
+        QQuickItem* place = page(reached_);
+        QQuickItem* scroller = shownIn(*place, [](const QQuickItem& item) {
+            return item.inherits("QQuickFlickable") && item.property("contentHeight").toDouble() > item.height();
+        });
+        ASSERT_TRUE(scroller);
+        scroller->setProperty("contentY", y);
+        settle();
+    }
+    void type(const QString& text) {
+        for (const QChar letter : text)
+            QTest::keyClick(window, letter.toLatin1());
+        settle();
+    }
+
+    std::vector<std::string> heard() {
+        const std::lock_guard held(mutex_);
+        return heard_;
+    }
+    std::vector<std::string> opened() const {
+        std::vector<std::string> classes;
+        for (const PageModel* page : shell.pages())
+            classes.push_back(page->snapshot().className);
+        return classes;
+    }
+
+    Shell& shell = *new Shell; // never destroyed, as its main thread is not
+    QQuickWindow* window = nullptr;
+    std::atomic<int> questions = 0;
+    std::atomic<int> changes = 0;
+
+  private:
+    const tests::PortsFolder ports_;
+    const tests::ServedPort asked_{lumora::portName(lumora::kRequestTweakSettings), [this](auto&, auto, const auto&) {
+                                       ++questions;
+                                       return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{});
+                                   }};
+    const tests::ServedPort told_{lumora::portName(lumora::kUpdateSettings), [this](auto&, auto, const auto&) {
+                                      ++changes;
+                                      return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{});
+                                  }};
+    Panes panes_;
+    QQmlApplicationEngine engine_;
+    std::string reached_;
+    std::mutex mutex_;
+    std::vector<std::string> heard_;
+};
+
+/// Opens pages, turns to others from there, and changes something on each.
+void walk(QSize size) {
+    Visit visit(size);
+    visit.reach("LumoraPreferences");
+    visit.open("Apps");
+    visit.reach("AppsController");
+    visit.click("Badges");
+    visit.reach("LumoraPreferences");
+    visit.open("Lock Screen Settings");
+    visit.reach("LSSettingsController");
+    visit.click("Status Bar");
+    visit.open("Passcode View");
+    visit.reach("LSPasscodeSettings");
+    visit.click("Passcode Blur");
+    visit.reach("LSSettingsController");
+    visit.open("Date View");
+    visit.reach("LSSettingsController");
+    visit.click("Camera Grabber");
+    visit.click("Date Subtitle Text");
+    visit.type("abc");
+    QTest::keyClick(visit.window, Qt::Key_Return);
+    visit.reach("LumoraPreferences");
+    visit.open("Change Log");
+    visit.reach("LumoraPreferences");
+    visit.open("Sleep After");
+    visit.reach("LumoraPreferences");
+    visit.click("Hide Notifications On Tap");
+    visit.open("Sleep After");
+    visit.reach("PSListItemsController");
+    visit.click("30 Seconds");
+
+    EXPECT_THAT(visit.heard(), ElementsAreArray({
+                                   "LumoraPreferences: tap 2",
+                                   "AppsController: change 6 to 1",
+                                   "AppsController: back",
+                                   "LumoraPreferences: tap 8",
+                                   "LSSettingsController: change 1 to 1",
+                                   "LSSettingsController: tap 10",
+                                   "LSPasscodeSettings: change 1 to 1",
+                                   "LSPasscodeSettings: back",
+                                   "LSSettingsController: tap 11",
+                                   "LSDateViewSettings: back",
+                                   "LSSettingsController: change 3 to 1",
+                                   "LSSettingsController: change 13 to abc",
+                                   "LSSettingsController: back",
+                                   "LumoraPreferences: tap 11",
+                                   "ChangeLogController: back",
+                                   "LumoraPreferences: tap 4",
+                                   "PSListItemsController: back",
+                                   "LumoraPreferences: change 9 to 1",
+                                   "LumoraPreferences: tap 4",
+                                   "PSListItemsController: tap 5",
+                               }));
+    EXPECT_TRUE(happens([&] { return visit.changes == 7; })) << visit.changes;
+    EXPECT_TRUE(happens([&] { return visit.questions == 5; }))
+        << "one for each page with settings: " << visit.questions;
+    EXPECT_THAT(visit.opened(), ElementsAreArray({"LumoraPreferences", "PSListItemsController"}));
+}
+
+TEST(Panes, HearInOneColumnWhatAPersonDoes) {
+    walk(kNarrow);
+}
+
+TEST(Panes, HearTheSameInTwoColumns) {
+    walk(kWide);
+}
+
+/// Where everything that scrolls stands.
+std::vector<double> placesIn(QQuickItem& item) {
+    std::vector<double> places;
+    if (item.isVisible() && item.inherits("QQuickFlickable")) places.push_back(item.property("contentY").toDouble());
+    const QList<QQuickItem*> children = item.childItems();
+    for (QQuickItem* child : children)
+        for (const double place : placesIn(*child))
+            places.push_back(place);
+    return places;
+}
+
+/// Gives the window a hundred sizes, of one column and of two, and then its own again. Nothing is lost on the way, and
+/// everything is where it was at the end.
+void resizeAtRandom(Visit& visit, unsigned seed, const std::function<void()>& look) {
+    const auto pages = visit.shell.pages();
+    const auto heard = visit.heard();
+    const auto places = placesIn(*visit.window->contentItem());
+    const QQuickItem* focused = visit.window->activeFocusItem();
+    std::mt19937 random(seed);
+    std::uniform_int_distribution widths(320, 1900);
+    std::uniform_int_distribution heights(400, 1200);
+    const QSize own = visit.window->size();
+    for (int i = 0; i < 100; ++i) {
+        visit.window->resize(widths(random), heights(random));
+        visit.settle();
+        ASSERT_EQ(visit.shell.pages(), pages);
+        ASSERT_EQ(visit.window->activeFocusItem(), focused) << visit.window->width() << "x" << visit.window->height();
+        look();
+    }
+    visit.window->resize(own);
+    visit.settle();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return placesIn(*visit.window->contentItem()) == places; }))
+        << testing::PrintToString(placesIn(*visit.window->contentItem())) << " instead of "
+        << testing::PrintToString(places);
+    EXPECT_EQ(visit.heard(), heard);
+}
+
+TEST(Panes, LoseNothingWhenTheWindowGetsOtherSizes) {
+    Visit visit(kLow);
+    visit.reach("LumoraPreferences");
+    visit.scroll(90);
+    visit.open("Lock Screen Settings");
+    visit.reach("LSSettingsController");
+    visit.scroll(250);
+    visit.click("Slide To Unlock Text");
+    visit.type("half");
+    const QQuickItem* field = visit.window->activeFocusItem();
+    resizeAtRandom(visit, 1, [&] { ASSERT_EQ(field->property("text").toString(), "half"); });
+    QTest::keyClick(visit.window, Qt::Key_Return);
+    visit.open("Passcode View");
+    visit.reach("LSPasscodeSettings");
+    visit.scroll(333);
+    resizeAtRandom(visit, 2, [] {});
+    visit.reach("LumoraPreferences");
+    visit.scroll(200);
+    visit.open("Change Log");
+    resizeAtRandom(visit, 3, [] {});
+    EXPECT_EQ(visit.changes, 1);
+}
+
+TEST(Panes, OpenNothingBecauseAWindowIsWide) {
+    Visit visit(kNarrow);
+    visit.window->resize(kWide);
+    visit.settle();
+    EXPECT_TRUE(happens([&] { return visit.shell.sideBySide(); }));
+    EXPECT_THAT(visit.opened(), ElementsAreArray({"LumoraPreferences"}));
+    EXPECT_THAT(visit.heard(), IsEmpty());
+    EXPECT_EQ(visit.questions, 1);
+}
+
+TEST(Panes, LeaveThePageOpenWhoseRowIsTappedAgain) {
+    Visit visit(kWide);
+    visit.reach("LumoraPreferences");
+    visit.open("Apps");
+    visit.open("Apps");
+    EXPECT_THAT(visit.heard(), ElementsAreArray({"LumoraPreferences: tap 2"}));
+}
+
+TEST(Panes, KeepWhatIsTypedInTheListWhenOneColumnIsLeft) {
+    Visit visit(kWide);
+    visit.reach("LumoraPreferences");
+    visit.open("Lock Screen Settings");
+    visit.reach("LSSettingsController");
+    visit.open("Date View");
+    visit.click("Date Subtitle Text");
+    visit.type("seen");
+    visit.window->resize(kNarrow);
+    visit.settle();
+    EXPECT_THAT(visit.opened(), ElementsAreArray({"LumoraPreferences", "LSSettingsController"}));
+    QTest::keyClick(visit.window, Qt::Key_Return);
+    visit.settle();
+    EXPECT_EQ(visit.heard().back(), "LSSettingsController: change 13 to seen");
+}
+
+} // namespace panes_test
