@@ -5,17 +5,32 @@
 #include <utility>
 
 namespace lumora {
+namespace {
+
+enum PartRole : int { kPart = Qt::UserRole, kOrigin, kPage };
+
+} // namespace
 
 int PartsModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
 
 QVariant PartsModel::data(const QModelIndex& index, int role) const {
-    return role == Qt::UserRole ? rows_.at(static_cast<std::size_t>(index.row())).part : QVariant();
+    const Row& row = rows_.at(static_cast<std::size_t>(index.row()));
+    switch (role) {
+    case kPart:
+        return row.part;
+    case kOrigin:
+        return row.place.origin;
+    case kPage:
+        return row.place.page;
+    default:
+        return {};
+    }
 }
 
 QHash<int, QByteArray> PartsModel::roleNames() const {
-    return {{Qt::UserRole, "part"}};
+    return {{kPart, "part"}, {kOrigin, "origin"}, {kPage, "page"}};
 }
 
 void PartsModel::arrange(const std::vector<std::string>& names, const Make& make) {
@@ -33,7 +48,7 @@ void PartsModel::arrange(const std::vector<std::string>& names, const Make& make
         std::vector<Row> fresh;
         std::size_t next = place;
         for (; next < names.size() && placeOf(names[next]) == rows_.size(); ++next)
-            fresh.push_back({names[next], make(next)});
+            fresh.push_back(make(next));
         if (!fresh.empty()) insert(place, std::move(fresh));
         if (next == names.size()) return;
         place = next;
@@ -50,8 +65,17 @@ void PartsModel::arrange(const std::vector<std::string>& names, const Make& make
 
 void PartsModel::change(std::size_t row, QVariant part) {
     rows_[row].part = std::move(part);
+    tell(row, {kPart});
+}
+
+void PartsModel::change(std::size_t row, const Place& place) {
+    rows_[row].place = place;
+    tell(row, {kOrigin, kPage});
+}
+
+void PartsModel::tell(std::size_t row, const QList<int>& roles) {
     const QModelIndex changed = index(static_cast<int>(row));
-    emit dataChanged(changed, changed);
+    emit dataChanged(changed, changed, roles);
 }
 
 void PartsModel::remove(std::size_t first, std::size_t end) {
