@@ -121,7 +121,8 @@ class Screen {
             std::min(asked, canvas_.height - 56 - tall - 4 - line); // above the slide hint, however large
         const bool visible = stage_ && !style_.flag(kDateViewDisabled);
         std::string font = style_.text(kLSDateFontName);
-        if (!device_.texts || !device_.texts->has(font)) font = "Default";
+        // Looking for a name reads all installed fonts.
+        if (font != "Default" && (!device_.texts || !device_.texts->has(font))) font = "Default";
 
         ClockText& clock = look_.clock;
         const double needed = canvas_.widthOf(device_.time, size, font);

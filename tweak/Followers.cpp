@@ -12,12 +12,24 @@
 #include <thread>
 #include <utility>
 
+#include <sched.h>
+
 using platform::Dictionary;
 using platform::NSKeyedArchiver;
 using platform::Result;
 using platform::Value;
 
 namespace lumora {
+namespace {
+
+/// Has the calling thread wait until a processor is free instead of taking one from whoever answers a change. It still
+/// gets its share of them.
+void yieldToAnswers() {
+    const sched_param none{};
+    ::sched_setscheduler(0, SCHED_BATCH, &none); // without it, all is as right and a little later
+}
+
+} // namespace
 
 /// One that is told, with its thread.
 class Followers::Follower {
@@ -45,17 +57,18 @@ class Followers::Follower {
         renewed_ = true;
         return !ended_;
     }
+    /// Keeps it until the next wake().
     void changed(std::int64_t revision, const std::string& key, const Value& value) {
-        {
-            const std::lock_guard held(mutex_);
-            revision_ = revision;
-            pending_.set(key, value);
-        }
-        awaited_.notify_one();
+        const std::lock_guard held(mutex_);
+        revision_ = revision;
+        pending_.set(key, value);
     }
+    /// Has it tell what has changed.
+    void wake() { awaited_.notify_one(); }
 
   private:
     void tell() {
+        yieldToAnswers();
         int failures = 0;
         std::unique_lock held(mutex_);
         while (true) {
@@ -96,12 +109,27 @@ class Followers::Follower {
     std::thread thread_; ///< the last one, as it begins at once
 };
 
-Followers::Followers() = default;
+Followers::Followers() : herald_([this](const std::stop_token& stop) { wakeAll(stop); }) {
+}
+
 Followers::~Followers() = default;
+
+void Followers::wakeAll(const std::stop_token& stop) {
+    yieldToAnswers();
+    std::unique_lock held(changing_);
+    while (news_.wait(held, stop, [this] { return hasNews_; })) {
+        hasNews_ = false;
+        const auto all = followers_;
+        held.unlock();
+        for (const auto& follower : all)
+            follower->wake();
+        held.lock();
+    }
+}
 
 template<class Condition>
 void Followers::forgetIf(Condition holds) {
-    std::vector<std::unique_ptr<Follower>> forgotten; // their threads have nothing left to do, and are joined unlocked
+    std::vector<std::shared_ptr<Follower>> forgotten; // their threads have nothing left to do, and are joined unlocked
     const std::lock_guard held(changing_);
     const auto first =
         std::stable_partition(followers_.begin(), followers_.end(), [&](const auto& one) { return !holds(*one); });
@@ -118,14 +146,19 @@ Result<void> Followers::add(const std::string& port) {
         std::ranges::any_of(followers_, [&](const auto& one) { return one->port() == port && one->renew(); });
     if (isTold) return {};
     if (followers_.size() >= kMost) return Result<void>::failure(std::to_string(kMost) + " follow already");
-    followers_.push_back(std::make_unique<Follower>(port));
+    followers_.push_back(std::make_shared<Follower>(port));
     return {};
 }
 
 void Followers::changed(std::int64_t revision, const std::string& key, const Value& value) {
-    const std::lock_guard held(changing_);
-    for (const auto& follower : followers_)
-        follower->changed(revision, key, value);
+    {
+        const std::lock_guard held(changing_);
+        if (followers_.empty()) return;
+        for (const auto& follower : followers_)
+            follower->changed(revision, key, value);
+        hasNews_ = true;
+    }
+    news_.notify_one();
 }
 
 std::size_t Followers::count() const {

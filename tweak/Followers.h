@@ -3,11 +3,14 @@
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <stop_token>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace lumora {
@@ -42,8 +45,14 @@ class Followers {
     template<class Condition>
     void forgetIf(Condition holds);
 
-    mutable std::mutex changing_; ///< guards the list; never held while a message is under way
-    std::vector<std::unique_ptr<Follower>> followers_;
+    /// Wakes whoever tells of changes, as that takes longer than all else of an answer.
+    void wakeAll(const std::stop_token& stop);
+
+    mutable std::mutex changing_; ///< guards what follows; never held while a message is under way
+    std::vector<std::shared_ptr<Follower>> followers_;
+    std::condition_variable_any news_;
+    bool hasNews_ = false;
+    std::jthread herald_; ///< ends before the rest does
 };
 
 /// Whether a follower of that process may have the port: "followers/PID-N". Nobody has the tweak write to other ports.

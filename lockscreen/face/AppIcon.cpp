@@ -5,13 +5,13 @@
 #include <QQuickWindow>
 
 #include <cmath>
-#include <utility>
 
 namespace lumora {
 namespace {
 
 constexpr double kRoundScale = 1.14; // so that no corner of the picture shows
 const QColor kPressed(0, 0, 0, 90);
+const QColor kNoShade(60, 64, 80);
 
 /// The mean of what is opaque.
 QColor meanOf(const QImage& image) {
@@ -50,13 +50,18 @@ void AppIcon::setFace(FaceModel* face) {
     }
 }
 
+// Asked for by few, so it is not kept for the others.
+QColor AppIcon::shade() const {
+    const QColor mean = meanOf(icon_);
+    return mean.isValid() ? mean : kNoShade;
+}
+
 void AppIcon::look() {
     const QImage icon = face_ ? face_->iconStore()->icon(identifier_) : QImage();
     if (icon.cacheKey() != icon_.cacheKey()) {
         icon_ = icon;
         scaled_ = {};
-        if (const QColor shade = meanOf(icon_); shade.isValid() && shade != std::exchange(shade_, shade))
-            emit shadeChanged();
+        emit shadeChanged();
     }
     update();
 }

@@ -25,7 +25,7 @@ class AppIcon : public QQuickPaintedItem {
     explicit AppIcon(QQuickItem* parent = nullptr);
     [[nodiscard]] FaceModel* face() const { return face_; }
     void setFace(FaceModel* face);
-    [[nodiscard]] QColor shade() const { return shade_; }
+    [[nodiscard]] QColor shade() const;
     void paint(QPainter* painter) override;
 
   signals:
@@ -41,7 +41,6 @@ class AppIcon : public QQuickPaintedItem {
     bool pressed_ = false;
     QImage icon_;
     QImage scaled_; ///< the icon in the item's size
-    QColor shade_{60, 64, 80};
 };
 
 } // namespace lumora

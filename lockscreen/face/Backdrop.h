@@ -24,6 +24,7 @@ struct BackdropOrder {
     QString picture;  ///< the name of a wallpaper (Wallpapers.h), or any file
     QSize points;     ///< the screen
     double ratio = 1; ///< pixels to a point
+    friend bool operator==(const BackdropOrder&, const BackdropOrder&) = default;
 };
 
 /// Images of pixels, without a ratio of their own.

@@ -163,10 +163,10 @@ class FaceModel : public QObject {
     Look shown_;  ///< as QML has it
     State state_;
     QQmlPropertyMap look_;
-    PartsModel icons_;
-    PartsModel notices_;
-    PartsModel keys_;
-    PartsModel dots_;
+    PartsOf<IconLook> icons_;
+    PartsOf<NoticeLook> notices_;
+    PartsOf<Text> keys_;
+    PartsOf<DotLook> dots_;
     QTimer timer_{this};
 };
 

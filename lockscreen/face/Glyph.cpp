@@ -1,14 +1,18 @@
 #include "lockscreen/face/Glyph.h"
 
+#include <QImage>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
 #include <QRadialGradient>
+#include <QTransform>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <tuple>
+#include <utility>
 
 namespace lumora {
 namespace {
@@ -169,6 +173,43 @@ void drawCorner(const Sheet& on) {
     on.painter.fillPath(outside, on.color);
 }
 
+/// The picture of a ring, of which all keys have the same: drawing ten of them takes longer than all else of a passcode
+/// view.
+class RingPicture {
+  public:
+    /// The one drawn last, if it is like that; else a new one, in the pixels of the painter's device.
+    const QImage& like(const Sheet& sheet) {
+        const QPainter& painter = sheet.painter;
+        const QSize pixels(painter.device()->width(), painter.device()->height());
+        Key key{pixels, painter.worldTransform(), sheet.width, sheet.height, sheet.color, sheet.level};
+        if (key_ == key) return picture_;
+        key_ = std::move(key);
+        picture_ = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+        picture_.setDevicePixelRatio(painter.device()->devicePixelRatio());
+        picture_.fill(Qt::transparent);
+        QPainter own(&picture_);
+        own.setWorldTransform(painter.worldTransform());
+        own.setRenderHint(QPainter::Antialiasing);
+        drawRing({own, sheet.width, sheet.height, sheet.color, sheet.level});
+        return picture_;
+    }
+
+  private:
+    using Key = std::tuple<QSize, QTransform, double, double, QColor, double>;
+
+    Key key_;
+    QImage picture_;
+};
+
+void drawSharedRing(const Sheet& on) {
+    static RingPicture ring; // GUI thread
+    const QImage& picture = ring.like(on);
+    on.painter.save();
+    on.painter.resetTransform();
+    on.painter.drawImage(QPointF(), picture);
+    on.painter.restore();
+}
+
 struct Named {
     std::string_view name;
     void (*draw)(const Sheet&);
@@ -181,7 +222,7 @@ constexpr std::array<Named, 12> kGlyphs{{{"battery", drawBattery},
                                          {"home", drawHome},
                                          {"lock", drawLock},
                                          {"rail", drawRail},
-                                         {"ring", drawRing},
+                                         {"ring", drawSharedRing},
                                          {"signal", drawSignal},
                                          {"tab", drawTab},
                                          {"unlock", drawUnlock},

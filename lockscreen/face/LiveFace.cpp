@@ -37,10 +37,15 @@ LiveFace::LiveFace(Options options, QObject* parent)
       mailbox_(std::make_shared<Mailbox>()) {
     const platform::CGSize size = options_.phone.size;
     model_.resize(size.width, size.height);
-    connect(&model_, &FaceModel::resized, this, &LiveFace::orderBackdrop);
+    // A window takes some sizes on the way to its own.
+    resting_.setSingleShot(true);
+    connect(&resting_, &QTimer::timeout, this, &LiveFace::orderBackdrop);
+    connect(&model_, &FaceModel::resized, &resting_, qOverload<>(&QTimer::start));
+    connect(&model_, &FaceModel::resized, this, &LiveFace::chooseIcons);
     connect(&backdrop_, &Backdrop::failed, this, &LiveFace::failed);
     minute_.setSingleShot(true);
     connect(&minute_, &QTimer::timeout, this, &LiveFace::tick);
+    chooseIcons();
     orderBackdrop();
     if (auto phone = Phone::with(options_.phone, {})) phone_ = std::move(phone).value();
     tick();
@@ -97,6 +102,7 @@ void LiveFace::setVisible(bool visible) {
 
 void LiveFace::setRatio(double ratio) {
     if (ratio == std::exchange(options_.ratio, ratio)) return;
+    chooseIcons();
     orderBackdrop();
 }
 
@@ -106,13 +112,19 @@ BackdropOrder LiveFace::backdropOrder() {
             QSize(static_cast<int>(size.width), static_cast<int>(size.height)), options_.ratio};
 }
 
-void LiveFace::orderBackdrop() {
+void LiveFace::chooseIcons() {
     icons_.setLargest(120 * model_.unit() * options_.ratio);
-    backdrop_.order(backdropOrder());
+}
+
+void LiveFace::orderBackdrop() {
+    const BackdropOrder order = backdropOrder();
+    if (ordered_ != order) backdrop_.order(order);
+    ordered_ = order;
 }
 
 platform::Result<void> LiveFace::makeBackdrop() {
-    return backdrop_.make(backdropOrder());
+    ordered_ = backdropOrder();
+    return backdrop_.make(*ordered_);
 }
 
 void LiveFace::tick() {

@@ -63,6 +63,7 @@ class LiveFace : public QObject {
     class Mailbox;
 
     [[nodiscard]] BackdropOrder backdropOrder();
+    void chooseIcons();
     void orderBackdrop();
     void tick();
     void hear(const Heard& heard);
@@ -75,6 +76,8 @@ class LiveFace : public QObject {
     std::optional<Phone> phone_;
     bool hasHeard_ = false; ///< what the tweak has
     QTimer minute_;
+    QTimer resting_; ///< from a change of the size until there is none at once
+    std::optional<BackdropOrder> ordered_;
     std::shared_ptr<Mailbox> mailbox_;
     std::unique_ptr<SettingsFeed> feed_; ///< ends before what it tells
 };

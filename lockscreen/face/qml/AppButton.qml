@@ -6,12 +6,15 @@ Item {
     id: button
     required property FaceModel face
     required property var part
+    required property point origin
+    required property int page
     required property int index
     readonly property string path: `icons[${index}]`
-    readonly property bool here: part.page === face.page
+    readonly property bool here: page === face.page
 
-    x: part.page * (parent?.width ?? 0)
-    visible: Math.abs(part.page - face.page) <= 1
+    x: page * (parent?.width ?? 0) + origin.x
+    y: origin.y
+    visible: Math.abs(page - face.page) <= 1
 
     AppIcon {
         face: button.face

@@ -142,6 +142,16 @@ TEST(Glyph, ShowsALevel) {
     EXPECT_EQ(drawn("battery", -1), drawn("battery", 0));
 }
 
+TEST(Glyph, DrawsEqualRingsAlikeAndOthersAsTheyAre) {
+    const QImage ring = drawn("ring", 0.2);
+    EXPECT_EQ(drawn("ring", 0.2), ring);
+    const QImage pressed = drawn("ring", 0.9);
+    EXPECT_NE(pressed, ring);
+    EXPECT_NE(drawn("ring", 0.2, {20, 20, 40, 40}), ring);
+    EXPECT_EQ(drawn("ring", 0.2), ring);
+    EXPECT_EQ(drawn("ring", 0.9), pressed);
+}
+
 TEST(Glyph, WarnsOfALowBattery) {
     EXPECT_GT(brightPixels(ofGlyph(drawn("battery", 0.5))), 10);
     const QImage low = ofGlyph(drawn("battery", 0.19));
