@@ -76,7 +76,10 @@ class Spoken(Windows):
 
     @staticmethod
     def extents(item):
-        return item.get_component_iface().get_extents(pyatspi.DESKTOP_COORDS)
+        component = item.get_component_iface()
+        if component is None:
+            raise GLib.Error("it has gone while it was looked at")
+        return component.get_extents(pyatspi.DESKTOP_COORDS)
 
     @staticmethod
     def text_of(item):

@@ -54,7 +54,7 @@ constexpr std::array<QSize, 12> kTurns{{{320, 400},
 class CheckingTour : public settings::Pictures {
   public:
     CheckingTour(settings::Shell& shell, QQuickWindow& window)
-        : Pictures(shell, window, std::chrono::seconds(60),
+        : Pictures(shell, window, std::chrono::seconds(300),
                    [](const std::string& why) {
                        std::cerr << why << std::endl;
                        std::_Exit(1);

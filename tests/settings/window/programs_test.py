@@ -13,7 +13,7 @@ from harness.build import SOURCE
 from harness.display import WIDTH
 from harness.programs import ROOT, add_plugin, program
 from harness.slow_display import SlowDisplay
-from harness.waiting import eventually
+from harness.waiting import LONG_ENOUGH, eventually
 from harness.window import Windows
 
 ON_A_FULL_DISK = ["sh", "-c", "trap '' XFSZ; ulimit -f 4; exec \"$@\"", "sh"]
@@ -26,6 +26,8 @@ def what_stands_in(file):
 
 
 class ProgramsTest(Windows):
+    limit = 4 * LONG_ENOUGH
+
     # -- without a window --
 
     def test_prints_values_by_their_kind_and_none_for_what_the_tweak_leaves_out(self):
@@ -200,9 +202,14 @@ class ProgramsTest(Windows):
         self.assertNotEqual(mirrored, picture)
         self.assertEqual(self.picture(LC_ALL="he_IL.UTF-8"), mirrored)
 
+    def take_tour(self, *words):
+        """Of some hundred pictures."""
+        return self.run_program(program("lumora-settings"), "--root", ROOT, *words, cwd=self.folder, status=0,
+                                timeout=self.limit)
+
     def test_takes_a_tour_of_every_page(self):
         self.start_tweak()
-        self.settings("--tour", self.folder + "/tour", status=0)
+        self.take_tour("--tour", self.folder + "/tour")
         pictures = [*Path(self.folder, "tour").iterdir()]
         self.assertEqual({picture.name for picture in pictures},
                          {picture.name for picture in (SOURCE / "docs/pictures").glob("*.png")
@@ -214,7 +221,7 @@ class ProgramsTest(Windows):
     def test_takes_the_tour_instead_of_opening_a_window_where_there_is_no_display(self):
         self.start_tweak()
         self.environment["DISPLAY"] = ""
-        toured = self.run_program(program("lumora-settings"), "--root", ROOT, cwd=self.folder, status=0)
+        toured = self.take_tour()
         self.assertIn("there is no display", toured.stderr)
         self.assertIn("LumoraPreferences-390-light.png", os.listdir(self.folder + "/lumora-tour"))
 
