@@ -291,7 +291,8 @@ bool Pictures::showsPage() const {
 void Pictures::resize(QSize size) {
     if (window_.size() == size) return;
     window_.resize(size);
-    waitUntil([&] { return window_.size() == size; }, [] { return "the window's new size"; });
+    // What is in the window has that size later than the window.
+    waitUntil([&] { return window_.contentItem()->size() == QSizeF(size); }, [] { return "the window's new size"; });
     const QSizeF area = window_.property("viewSize").toSizeF();
     const platform::CGSize content{area.width(), area.height()};
     perform([content](Navigation& navigation) { navigation.setContentSize(content); });

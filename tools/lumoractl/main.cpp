@@ -165,7 +165,8 @@ int search(const Arguments& arguments) {
     const auto found = searchSettings(words, arguments.root, arguments.most);
     if (!found) return report(found.error());
     const platform::List& results = found.value();
-    if (!results.empty() && results.front()["similar"].boolValue()) complain("nothing has these words; these are similar");
+    if (!results.empty() && results.front()["similar"].boolValue())
+        complain("nothing has these words; these are similar");
     const Result<std::string> text = arguments.json ? writeJson(results) : resultLines(results);
     if (!text) return report(text.error());
     const std::string shown = arguments.json ? text.value() + "\n" : text.value();
