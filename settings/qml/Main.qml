@@ -220,9 +220,13 @@ Window {
         slashIsALetter: lockScreenPlace.activeFocus
         onOpened: stack.shownPage?.putBack()
         onOver: window.focusPage(Qt.OtherFocusReason)
-        onCanOpenChanged: {
-            if (canOpen && window.searchFor.length > 0)
-                begin(window.searchFor);
+    }
+    // Not before the page has taken the focus.
+    Timer {
+        interval: 0
+        running: searchPlace.canOpen && window.searchFor.length > 0
+        onTriggered: {
+            searchPlace.begin(window.searchFor);
             window.searchFor = "";
         }
     }

@@ -10,6 +10,7 @@ Rectangle {
         text: qsTr("Choose a row")
         color: Theme.secondary
         Accessible.role: Accessible.StaticText
+        Accessible.focusable: false
         Accessible.name: text
     }
 }

@@ -80,6 +80,7 @@ FocusScope {
     }
 
     clip: true
+    Accessible.role: Accessible.LayeredPane
     // What had the focus in the list is no longer seen.
     onTwoChanged: {
         if (!two && activeFocus && !shownPage?.activeFocus)

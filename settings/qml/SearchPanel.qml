@@ -175,6 +175,7 @@ FocusScope {
             text: root.search.total === 0 ? qsTr("Looking through the pages…")
                 : root.search.query.trim().length === 0 ? qsTr("Find any setting") : qsTr("Nothing like “%1” here").arg(root.search.query.trim())
             Accessible.role: Accessible.StaticText
+            Accessible.focusable: false
             Accessible.name: text
         }
         WordText {
@@ -186,6 +187,7 @@ FocusScope {
             text: root.search.query.trim().length === 0 ? qsTr("Type a word of it: a title, an option, a page, an application or a font.")
                                                         : qsTr("Fewer or other words may lead there.")
             Accessible.role: Accessible.StaticText
+            Accessible.focusable: false
             Accessible.name: text
         }
     }
