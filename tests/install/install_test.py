@@ -18,7 +18,7 @@ from harness.build import BUILD, SOURCE, cached, output
 
 PREFIX = "opt/lumora"
 PROGRAMS = ("lumora-lockscreen", "lumora-settings", "lumora-tweak", "lumoractl")
-COMMANDS = ("list", "get", "set", "watch", "archive", "unarchive", "plugins")
+COMMANDS = ("list", "get", "set", "watch", "archive", "unarchive", "plugins", "search")
 OPTION = re.compile(r"(?<![\w/-])(--?[a-z][a-z-]*)")
 
 
