@@ -106,7 +106,12 @@ void LiveFace::setRatio(double ratio) {
     orderBackdrop();
 }
 
-BackdropOrder LiveFace::backdropOrder() {
+bool LiveFace::hasPicture() const {
+    const BackdropOrder order = backdropOrder();
+    return backdrop_.sharp().size() == (QSizeF(order.points) * order.ratio).toSize();
+}
+
+BackdropOrder LiveFace::backdropOrder() const {
     const platform::CGSize& size = model_.behaviour().device().size;
     return {QString::fromStdString(options_.wallpaper),
             QSize(static_cast<int>(size.width), static_cast<int>(size.height)), options_.ratio};

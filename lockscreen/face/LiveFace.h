@@ -37,6 +37,8 @@ class LiveFace : public QObject {
     ~LiveFace() override;
 
     [[nodiscard]] FaceModel* model() { return &model_; }
+    /// Whether the picture for the screen as it is now has been made.
+    [[nodiscard]] bool hasPicture() const;
     [[nodiscard]] const IconStore& icons() const { return icons_; }
     [[nodiscard]] const Options& options() const { return options_; }
     /// Reads what is installed, on a thread of its own.
@@ -62,7 +64,7 @@ class LiveFace : public QObject {
   private:
     class Mailbox;
 
-    [[nodiscard]] BackdropOrder backdropOrder();
+    [[nodiscard]] BackdropOrder backdropOrder() const;
     void chooseIcons();
     void orderBackdrop();
     void tick();

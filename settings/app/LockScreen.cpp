@@ -69,8 +69,7 @@ void LockScreen::setRatio(double ratio) {
 }
 
 bool LockScreen::isComplete() const {
-    return live_ && hasHeard_ && isInstalled_ && !live_->model()->backdrop()->sharp().isNull() &&
-           live_->icons().isComplete();
+    return live_ && hasHeard_ && isInstalled_ && live_->hasPicture() && live_->icons().isComplete();
 }
 
 void LockScreen::hold(const QString& key, double number) {
