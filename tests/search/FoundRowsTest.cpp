@@ -58,9 +58,10 @@ TEST_F(FoundRows, AreAllThatPagesShow) {
     for (const char* other : {"PSListItemsController", "NotesPage", "WeatherPage"})
         EXPECT_EQ(pages.erase(other), 1U) << other; // is made by a row alone
     std::size_t count = 0;
+    const std::string program = LUMORA_BINARIES "/lumora-settings";
     for (const std::string& page : pages) {
-        const tests::Finished shown = tests::run(
-            {LUMORA_BINARIES "/lumora-settings", "--root", LUMORA_TEST_ROOT, "--timeout", "60", "--rows", page});
+        const tests::Finished shown =
+            tests::run({program, "--root", LUMORA_TEST_ROOT, "--timeout", "60", "--rows", page});
         ASSERT_EQ(shown.status, 0) << shown.errors;
         const Value document = lumora::readJson(shown.output).value();
         const List rows = listOf(document["rows"]);
