@@ -37,7 +37,8 @@ constexpr int kHigh = 1200;
 constexpr int kLow = 400;
 
 /// From the smallest window to a whole screen, upright and across by turns.
-constexpr std::array<QSize, 12> kTurns{{{320, 400},
+constexpr std::array<QSize, 13> kTurns{{{320, 400},
+                                        {844, 320},
                                         {1920, 1080},
                                         {390, 844},
                                         {844, 400},
