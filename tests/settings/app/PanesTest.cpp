@@ -20,6 +20,7 @@
 #include <functional>
 #include <mutex>
 #include <random>
+#include <vector>
 
 Q_IMPORT_QML_PLUGIN(LumoraPlugin)
 
@@ -54,6 +55,12 @@ std::string wordsFor(const std::string& page, const std::optional<Event>& event)
     if (const auto* change = std::get_if<ValueChanged>(&*event))
         return page + ": change " + std::to_string(change->row) + " to " + description(change->value);
     return page + ": other " + std::to_string(event->index());
+}
+
+/// One that is never destroyed, as its main thread is not.
+Shell& newShell() {
+    static auto& all = *new std::vector<Shell*>;
+    return *all.emplace_back(new Shell);
 }
 
 /// A window, a person at it, and a tweak that counts the questions and changes that come.
@@ -159,7 +166,7 @@ class Visit {
         return classes;
     }
 
-    Shell& shell = *new Shell; // never destroyed, as its main thread is not
+    Shell& shell = newShell();
     QQuickWindow* window = nullptr;
     std::atomic<int> questions = 0;
     std::atomic<int> changes = 0;
