@@ -1,6 +1,7 @@
 // What a change of the settings costs a lock screen: what is decided about its looks, and drawing it. Processor time of
 // the GUI thread, of the key that takes most of it. QT_SCALE_FACTOR says how many pixels a point has.
 
+#include "Frames.h"
 #include "lockscreen/KeyTable.h"
 #include "lockscreen/LookOf.h"
 #include "lockscreen/face/LiveFace.h"
@@ -9,13 +10,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QEventLoop>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QTimer>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
@@ -119,18 +118,7 @@ class Screen {
         return options;
     }
     /// Sleeps until there is one.
-    bool nextFrame(int patience = kPatience) {
-        QEventLoop loop;
-        bool came = false;
-        const auto swapped = QObject::connect(&window_, &QQuickWindow::frameSwapped, &loop, [&] {
-            came = true;
-            loop.quit();
-        });
-        QTimer::singleShot(patience, &loop, &QEventLoop::quit);
-        loop.exec();
-        QObject::disconnect(swapped);
-        return came;
-    }
+    bool nextFrame(int patience = kPatience) { return bench::nextFrame(window_, patience); }
     /// Until all icons are there and nothing is drawn any more.
     void settle() {
         while (nextFrame(15) || !live_.icons().isComplete()) {

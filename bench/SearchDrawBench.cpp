@@ -1,18 +1,17 @@
 // From a key in the search to the drawn results, among 10,000 rows: by the clock, as a person waits for it.
 
+#include "Frames.h"
 #include "settings/model/SearchModel.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QTimer>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
@@ -96,18 +95,7 @@ class SearchWindow {
     [[nodiscard]] QString query() const { return search_.query(); }
 
   private:
-    bool nextFrame(int patience) {
-        QEventLoop loop;
-        bool came = false;
-        const auto swapped = QObject::connect(&window_, &QQuickWindow::frameSwapped, &loop, [&] {
-            came = true;
-            loop.quit();
-        });
-        QTimer::singleShot(patience, &loop, &QEventLoop::quit);
-        loop.exec();
-        QObject::disconnect(swapped);
-        return came;
-    }
+    bool nextFrame(int patience) { return bench::nextFrame(window_, patience); }
 
     settings::SearchModel search_;
     QQmlEngine engine_;
