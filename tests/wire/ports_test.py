@@ -257,7 +257,7 @@ class ClientTest(PortsTest):
         self.start_tweak()
 
     def test_sets_every_preference_key_of_the_document_and_reads_its_kind_back(self):
-        table = re.findall(r"^\| `(k\w+)` \| ([\w ]+) \| (.*) \|$", DOCUMENT, re.MULTILINE)
+        table = re.findall(r"^\| `(k[A-Z]\w+)` \| ([\w ]+) \| (.*) \|$", DOCUMENT, re.MULTILINE)
         values = {"boolean": True, "real": 1.0, "text": "words", "list of texts": ["a.b", "c.d"],
                   "dictionary": {"h": 0.25, "s": 1.0, "b": 0.0}}
         wanted = {}
