@@ -123,6 +123,10 @@ void Behaviour::wait() {
         outcome("swiped away");
         if (left.unlocksThen) unlockFor(left.identifier);
     }
+    if (state_.blocked && state_.now >= blockedUntil_) {
+        state_.blocked = false;
+        outcome("takes keys again");
+    }
     if (staysAwake()) state_.lastTouch = state_.now;
     if (!state_.asleep && state_.now - state_.lastTouch >= Style(settings_).number(kSleepTime)) sleep();
 }
@@ -137,6 +141,7 @@ std::optional<Seconds> Behaviour::nextChange() const {
         if (when > state_.now && (!next || when < *next)) next = when;
     };
     if (leaving_) consider(leaving_->gone);
+    if (state_.blocked) consider(blockedUntil_);
     if (!state_.asleep && !staysAwake()) {
         const Seconds sleeps = state_.lastTouch + Style(settings_).number(kSleepTime);
         consider(sleeps - kDims);
@@ -195,7 +200,7 @@ void Behaviour::swipe(const Gesture& gesture) {
     if (state_.surface == Surface::appView) {
         if (gesture.target == "down") {
             const auto stages = stagesOf(settings_, device_);
-            goTo(std::ranges::find(stages, Surface::apps) == stages.end() ? Surface::notices : Surface::apps);
+            changeStage(std::ranges::find(stages, Surface::apps) == stages.end() ? Surface::notices : Surface::apps);
         } else if (by != 0) {
             stepView(by);
         }
@@ -255,7 +260,7 @@ void Behaviour::key(const std::string& name) {
             if (state_.surface == Surface::appView)
                 swipe({Gesture::Kind::swipe, "down", 1});
             else if (state_.surface == Surface::apps)
-                goTo(Surface::notices);
+                changeStage(Surface::notices);
         }
     } else if (name == "Enter" || name == "Shift+Enter" || name == "Menu") {
         const auto place = static_cast<std::size_t>(std::max(0, state_.focus));
@@ -314,6 +319,8 @@ void Behaviour::home() {
         }
     } else if (state_.surface == Surface::passcode) {
         leavePasscode();
+    } else if (state_.surface != Surface::notices) {
+        changeStage(Surface::notices);
     } else {
         goTo(Surface::notices);
     }
@@ -334,6 +341,11 @@ void Behaviour::goTo(Surface surface) {
     state_.surface = surface;
 }
 
+void Behaviour::changeStage(Surface stage) {
+    goTo(stage);
+    outcome(std::string("stage ") + static_cast<char>(stage));
+}
+
 void Behaviour::step(int by) {
     const auto stages = stagesOf(settings_, device_);
     const int pages = lookOf(settings_, device_, state_).pages;
@@ -346,8 +358,7 @@ void Behaviour::step(int by) {
     const auto here = std::ranges::find(stages, state_.surface) - stages.begin();
     const auto next = here + by;
     if (next < 0 || next >= static_cast<std::ptrdiff_t>(stages.size())) return;
-    goTo(stages[static_cast<std::size_t>(next)]);
-    outcome(std::string("stage ") + static_cast<char>(state_.surface));
+    changeStage(stages[static_cast<std::size_t>(next)]);
 }
 
 void Behaviour::stepView(int by) {

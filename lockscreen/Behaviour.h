@@ -85,6 +85,8 @@ class Behaviour {
     void sleep();
 
     void goTo(Surface surface);
+    /// The same, and tells of it.
+    void changeStage(Surface stage);
     void step(int by);
     void stepView(int by);
     void tapIcon(std::size_t place, bool held);

@@ -7,8 +7,10 @@ namespace {
 
 constexpr double kEnough = 4.8; // of contrast, with some for what a measure in cells overlooks
 constexpr double kEnoughForLarge = 3.3;
-constexpr double kLarge = 18;   // points
-constexpr double kStep = 0.04;  // of opacity
+constexpr double kLarge = 18;  // points
+constexpr double kStep = 0.04; // of opacity
+constexpr int kSteps = 25;
+constexpr double kFade = 12;    // of shades, in units
 constexpr double kGlass = 0.15; // of white, on dark pictures
 
 } // namespace
@@ -45,8 +47,35 @@ Mark Canvas::sign(bool visible, const platform::CGRect& frame, double size) cons
     if (!visible) return mark;
     const Ground found = legibleOn(ground(frame, 0), kNight, 0, 0, size < kLarge ? kEnough : kEnoughForLarge);
     mark.color = found.ink;
-    if (found.opacity > 0) mark.shade = {frame, found.color, found.opacity};
+    if (found.opacity > 0) mark.shade = shade(frame, found.color, found.opacity);
     return mark;
+}
+
+ShadeLook Canvas::shade(const platform::CGRect& frame, const Color& color, double opacity) const {
+    const double fade = kFade * unit_;
+    return {platform::CGRectMake(frame.origin.x - fade, frame.origin.y - fade, frame.size.width + 2 * fade,
+                                 frame.size.height + 2 * fade),
+            color, opacity, fade};
+}
+
+ShadeLook Canvas::shadeUnder(const platform::CGRect& frame, const Color& ink, double size, double share) const {
+    const auto [darkest, brightest] = ground(frame, 0);
+    const double worst = ink == kWhite ? brightest : darkest;
+    const Color below = ink == kWhite ? kNight : kWhite;
+    const double enough = size < kLarge ? kEnough : kEnoughForLarge;
+    const auto isLegible = [&](int steps) {
+        const double behind = laidOver(worst, below, steps * kStep);
+        return contrast(laidOver(behind, ink, share), luminanceOf(ink)) >= enough;
+    };
+    int fewest = 0;
+    for (int most = kSteps; fewest < most;) {
+        const int middle = (fewest + most) / 2;
+        if (isLegible(middle))
+            most = middle;
+        else
+            fewest = middle + 1;
+    }
+    return fewest == 0 ? ShadeLook() : shade(frame, below, fewest * kStep);
 }
 
 Text Canvas::text(bool visible, const platform::CGRect& frame, std::string words, double size, double opacity,

@@ -54,6 +54,9 @@ class Canvas {
     }
     /// What is to be read on the picture, in a font of that size; on a shade if need be.
     [[nodiscard]] Mark sign(bool visible, const platform::CGRect& frame, double size) const;
+    /// The shade that it takes to read an ink (white or kInk) there, which covers itself with a share of its own colour.
+    [[nodiscard]] ShadeLook shadeUnder(const platform::CGRect& frame, const Color& ink, double size,
+                                       double share = 0) const;
     /// A text on the picture, in the middle of a box that is as high as its line.
     [[nodiscard]] Text text(bool visible, const platform::CGRect& frame, std::string words, double size,
                             double opacity = 1, const std::string& font = "Default") const;
@@ -67,6 +70,8 @@ class Canvas {
     static constexpr double kLine = 1.22;
 
   private:
+    /// A shade that is whole in that frame.
+    [[nodiscard]] ShadeLook shade(const platform::CGRect& frame, const Color& color, double opacity) const;
     [[nodiscard]] platform::CGRect share(const platform::CGRect& frame) const {
         const platform::CGSize& size = device_.size;
         return platform::CGRectMake(frame.origin.x / size.width, frame.origin.y / size.height,

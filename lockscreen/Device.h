@@ -40,6 +40,7 @@ struct Notice {
 struct Application {
     std::string identifier;
     std::string name;
+    friend bool operator==(const Application&, const Application&) = default;
 };
 
 struct AppViewInfo {
@@ -87,7 +88,8 @@ struct State {
     bool asleep = false;
     bool noticesHidden = false;
     bool locked = true;
-    std::string typed; ///< digits on the passcode view; never shown, never printed
+    std::string typed;    ///< digits on the passcode view; never shown, never printed
+    bool blocked = false; ///< its keys do nothing for a while
     std::optional<Opened> opened;
     Seconds lastTouch = 0;
     Seconds now = 0;

@@ -187,8 +187,16 @@ std::vector<KeyEntry> makeTable() {
         // Date view
         {kDateViewDisabled, false, none, {"clock", "subtitle"}, anywhere},
         {kLSDateSubtitleHidden, false, none, {"subtitle"}, anywhere},
-        {kLSDateSubtitle, "", none, {"subtitle"}, onApps("Lake is calm")},
-        {kLSDateFontName, "Default", none, {"clock", "subtitle"}, onApps("DejaVuSans")},
+        {kLSDateSubtitle,
+         "",
+         none,
+         {"subtitle", "pages", "iconView", "icons", "notices"}, // a second line takes room
+         onApps("Lake is calm")},
+        {kLSDateFontName,
+         "Default",
+         none,
+         {"clock", "subtitle", "pages", "iconView", "icons", "notices"},
+         onApps("DejaVuSans")},
         {kLSDateFontSize,
          87.5,
          Bounds{10, 150},

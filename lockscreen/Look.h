@@ -51,15 +51,17 @@ struct Part {
     friend bool operator==(const Part&, const Part&) = default;
 };
 
-/// What lies between the picture and a text, where the picture alone would make it hard to read.
+/// What lies between the picture and a text, where the picture alone would make it hard to read. Within its frame it
+/// fades out towards all sides.
 struct ShadeLook {
     platform::CGRect frame;
     Color color;
-    double opacity = 0;
+    double opacity = 0; ///< where it is whole
+    double fade = 0;    ///< the width of the rim in which it comes to that
 
     static constexpr auto fields() {
         return std::tuple(Field{"frame", &ShadeLook::frame}, Field{"color", &ShadeLook::color},
-                          Field{"opacity", &ShadeLook::opacity});
+                          Field{"opacity", &ShadeLook::opacity}, Field{"fade", &ShadeLook::fade});
     }
     friend bool operator==(const ShadeLook&, const ShadeLook&) = default;
 };

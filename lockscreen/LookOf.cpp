@@ -17,6 +17,9 @@ namespace lumora {
 namespace {
 
 constexpr double kMargin = 16;
+constexpr double kClockHeight = 0.98; // of its size
+constexpr double kCardHeight = 348;   // of an App View, upright
+constexpr double kHighestRow = 158;   // a pane with one row of the largest icons, and the marks of its pages
 
 /// Texts stay on the lines that they are given: what would break or hide them becomes a space.
 std::string onOneLine(std::string text) {
@@ -112,13 +115,21 @@ class Screen {
 
     void layOutDate() {
         const double wide = (sideBySide_ ? canvas_.width * 0.44 : canvas_.width) - 2 * kMargin;
-        const double size = style_.number(kLSDateFontSize);
-        const double smaller = style_.number(kLSDateSubtitleFontSize);
-        const double tall = size * 0.98;
+        const double place = canvas_.portrait ? 92 : sideBySide_ ? 96 : 40;
+        constexpr double gap = 4;
+        // The date ends above what stands below it, which may come so high whatever else is set.
+        const double end = sideBySide_        ? canvas_.height - 56
+                           : canvas_.portrait ? foot_ - kCardHeight - 12
+                                              : foot_ - kHighestRow - 8;
+        const double room = end - place - gap;
+        const double asked = style_.number(kLSDateFontSize);
+        const double askedBelow = style_.number(kLSDateSubtitleFontSize);
+        const double fit = std::min(1.0, room / (asked * kClockHeight + askedBelow * Canvas::kLine));
+        const double size = asked * fit;
+        const double smaller = askedBelow * fit;
+        const double tall = size * kClockHeight;
         const double line = smaller * Canvas::kLine;
-        const double asked = (canvas_.portrait ? 92 : sideBySide_ ? 96 : 40) + style_.number(kLSDateOffset);
-        const double top =
-            std::min(asked, canvas_.height - 56 - tall - 4 - line); // above the slide hint, however large
+        const double top = std::min(place + style_.number(kLSDateOffset), end - tall - gap - line);
         const bool visible = stage_ && !style_.flag(kDateViewDisabled);
         std::string font = style_.text(kLSDateFontName);
         // Looking for a name reads all installed fonts.
@@ -129,21 +140,21 @@ class Screen {
         const double drawn = needed > wide ? size * wide / needed : size;
         const double unit = device_.unit();
         static_cast<Text&>(clock) =
-            canvas_.text(visible, canvas_.frame(kMargin, top, wide, tall), device_.time, size, 1, font);
+            canvas_.text(visible, canvas_.frame(kMargin, top, wide, tall), device_.time, asked, 1, font);
         clock.font = font;
         clock.drawnSize = drawn * unit;
 
         DateText& subtitle = look_.subtitle;
         const std::string own = style_.text(kLSDateSubtitle);
         const std::string words = own.empty() ? device_.date : own;
-        const bool hasRoom = top + tall + 4 + 2 * line <= canvas_.height - 20;
+        const bool hasRoom = top + tall + gap + 2 * line <= end;
         const int lines = canvas_.widthOf(words, smaller, font) > wide && hasRoom ? 2 : 1;
         const bool hidden = style_.flag(kLSDateSubtitleHidden);
-        static_cast<Text&>(subtitle) = canvas_.text(
-            visible && !hidden, canvas_.frame(kMargin, top + tall + 4, wide, lines * line), words, smaller, 0.92, font);
+        static_cast<Text&>(subtitle) =
+            canvas_.text(visible && !hidden, canvas_.frame(kMargin, top + tall + gap, wide, lines * line), words,
+                         smaller, 0.92, font);
         subtitle.font = font;
-        // Its room stays when it is hidden, so that nothing else moves then, and does not grow by a long text.
-        dateEnd_ = top + tall + 4 + line;
+        dateEnd_ = top + tall + gap + lines * line; // its room stays when it is hidden, so that nothing else moves then
     }
 
     void layOutNotices() {
@@ -251,8 +262,8 @@ class Screen {
         card.visible = isOn(Surface::appView) && view;
         const double wide = sideBySide_ ? canvas_.width * 0.475 : canvas_.width - 2 * kMargin;
         const double left = sideBySide_ ? canvas_.width * 0.46 : kMargin;
-        const double top = canvas_.portrait ? foot_ - 348 : 40;
-        const double tall = canvas_.portrait ? 348 : canvas_.height - 84;
+        const double top = canvas_.portrait ? foot_ - kCardHeight : 40;
+        const double tall = canvas_.portrait ? kCardHeight : canvas_.height - 84;
         card.frame = canvas_.frame(left, top, wide, tall);
         const Color color = card.visible ? canvas_.makeLegible(card) : kWhite;
         card.title = {{{card.visible, canvas_.frame(left + 58, top + 21, wide - 58 - 20, 16 * Canvas::kLine)}, color},

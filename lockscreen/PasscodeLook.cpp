@@ -11,6 +11,9 @@ namespace {
 
 constexpr double kEnoughOnKeys = 4.6; // of contrast
 constexpr double kRing = 0.10;        // of its own colour, in a key
+constexpr double kLetters = 0.13;     // the size of a key's letters, of its diameter
+constexpr double kSign = 18;          // points: a sign is as easy to see as a text of that size
+constexpr double kBlockedOpacity = 0.4;
 
 struct Tint {
     Color color;
@@ -66,7 +69,9 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
     view.frame = canvas.frame(0, 0, canvas.width, canvas.height);
 
     const bool blurred = visible && !style.flag(kLSPasscodeBlurHidden);
-    const double cut = style.flag(kLSBlurCutoffEnabled) ? std::max(0.0, std::round(pad.top - 26)) : 0;
+    double cut = style.flag(kLSBlurCutoffEnabled) ? std::max(0.0, std::round(pad.top - 26)) : 0;
+    const double bar = canvas.portrait ? 14 : 6; // where the words of the status bar begin; they are not cut
+    if (cut > bar && cut < bar + 16) cut = bar;
     const platform::CGRect below = canvas.frame(0, cut, canvas.width, canvas.height - cut);
     const double share = style.number(kLSPBlurOpacity);
     const Tint asked = tintOf(style);
@@ -74,7 +79,7 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
     const Ground tint = blurred ? legibleOn(picture, asked.color, asked.opacity, kRing, kEnoughOnKeys)
                                 : legibleOn(picture, asked.color, 0, 0, 1);
     const Color color = tint.ink;
-    if (blurred && cut == 0) // the bar stands on it as well
+    if (blurred && cut <= bar) // it stands on the tint as well
         for (Mark* mark : {&look.statusBar, static_cast<Mark*>(&look.battery)}) {
             mark->color = color;
             mark->shade = {};
@@ -83,12 +88,17 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
     view.tint = {{{blurred, below}, tint.color}, tint.opacity};
     view.cutoff = {blurred && cut > 0, canvas.frame(0, cut, canvas.width, 1)};
 
+    // Without blur and tint, each of these has a shade of its own where the picture asks for one.
+    const auto mark = [&](bool isShown, const platform::CGRect& frame, double size, double covered) {
+        const bool needsShade = isShown && !blurred;
+        return Mark{{isShown, frame}, color, needsShade ? canvas.shadeUnder(frame, color, size, covered) : ShadeLook()};
+    };
     const auto write = [&](bool isShown, const platform::CGRect& frame, std::string words, double size) {
-        return Text{{{isShown, frame}, color}, std::move(words), size * unit, 1};
+        return Text{mark(isShown, frame, size, 0), std::move(words), size * unit, 1};
     };
 
     const double middle = pad.beside ? canvas.width * 0.25 : canvas.width / 2;
-    constexpr const char* title = "Enter Passcode";
+    const char* title = state.blocked ? "Try Again in a Moment" : "Enter Passcode";
     const double titleWidth = canvas.widthOf(title, 19);
     view.title = write(visible && pad.titled,
                        canvas.frame(middle - titleWidth / 2, pad.beside ? pad.top + pad.height() / 2 - 44 : pad.top,
@@ -101,10 +111,10 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
     view.dots.resize(count);
     for (std::size_t i = 0; i < count; ++i)
         view.dots[i] = {
-            {{visible,
-              canvas.frame(middle - row / 2 + static_cast<double>(i) * step,
-                           pad.beside ? pad.top + pad.height() / 2 - 4 : pad.top + (pad.titled ? 36 : 12), 13, 13)},
-             color},
+            mark(visible,
+                 canvas.frame(middle - row / 2 + static_cast<double>(i) * step,
+                              pad.beside ? pad.top + pad.height() / 2 - 4 : pad.top + (pad.titled ? 36 : 12), 13, 13),
+                 kSign, 0),
             i < state.typed.size()};
 
     const bool buttons = visible && !style.flag(kLSPasscodeButtonsHidden);
@@ -112,7 +122,11 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
     const char* cancels = state.typed.empty() ? "Cancel" : "Delete";
     const double cancel = canvas.widthOf(cancels, 16);
     const auto button = [&](double x, const char* words, double width) {
-        return write(buttons, canvas.frame(x, canvas.height - 52, width, 16 * Canvas::kLine), words, 16);
+        const platform::CGRect frame = canvas.frame(x, canvas.height - 52, width, 16 * Canvas::kLine);
+        Text text = write(buttons, frame, words, 16);
+        if (!blurred)
+            static_cast<Mark&>(text) = canvas.sign(buttons, frame, 16); // far from the keys, on another ground
+        return text;
     };
     view.emergency = button(pad.beside ? middle - emergency - 26 : 34, "Emergency", emergency);
     view.cancel = button(pad.beside ? middle + 26 : canvas.width - cancel - 34, cancels, cancel);
@@ -123,11 +137,16 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
         const auto column = static_cast<double>(i == 9 ? 1 : i % 3);
         const std::size_t rank = i / 3;
         const auto line = static_cast<double>(rank);
-        look.keys[i] =
-            write(visible,
-                  canvas.frame(pad.left + column * (pad.diameter + pad.gapAcross),
-                               pad.top + pad.head + line * (pad.diameter + pad.gapDown), pad.diameter, pad.diameter),
-                  digits[i], pad.diameter * 0.46);
+        const platform::CGRect frame =
+            canvas.frame(pad.left + column * (pad.diameter + pad.gapAcross),
+                         pad.top + pad.head + line * (pad.diameter + pad.gapDown), pad.diameter, pad.diameter);
+        Text& key = look.keys[i];
+        key = {mark(visible, frame, pad.diameter * kLetters, kRing), digits[i], pad.diameter * 0.46 * unit,
+               state.blocked ? kBlockedOpacity : 1};
+        if (key.shade.opacity > 0) { // fills the ring
+            key.shade.frame = frame;
+            key.shade.fade = 0;
+        }
     }
 }
 

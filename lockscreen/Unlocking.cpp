@@ -43,7 +43,7 @@ void Behaviour::askForPasscode(const std::string& identifier) {
 }
 
 void Behaviour::type(char digit) {
-    if (state_.now < blockedUntil_ || device_.passcode.empty()) return;
+    if (state_.blocked || device_.passcode.empty()) return;
     state_.typed += digit;
     if (state_.typed.size() < device_.passcode.size()) return;
     const bool right = std::exchange(state_.typed, {}) == device_.passcode;
@@ -55,6 +55,7 @@ void Behaviour::type(char digit) {
     outcome("wrong");
     if (++wrong_ < kWrongTries) return;
     wrong_ = 0;
+    state_.blocked = true;
     blockedUntil_ = state_.now + kBlocked;
     outcome("takes no keys for 5 s");
 }

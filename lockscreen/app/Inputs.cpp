@@ -1,9 +1,14 @@
 #include "lockscreen/app/Inputs.h"
 
+#include "profiles/ReadProfile.h"
 #include "tools/lumoractl/Streams.h"
 #include "json/Json.h"
 
+#include "platform/foundation/PropertyList.h"
+
 #include <algorithm>
+#include <cstddef>
+#include <limits>
 
 using platform::Data;
 using platform::Dictionary;
@@ -30,12 +35,23 @@ Result<Value> readDocument(const std::string& file) {
     return value ? std::move(value) : Result<Value>::failure(nameOf(file) + " is no JSON: " + value.error());
 }
 
-Result<Dictionary> readSettings(const std::string& file) {
-    const Result<Value> value = readDocument(file);
-    if (!value) return Result<Dictionary>::failure(value.error());
-    const Dictionary* settings = value.value().dictionary();
-    return settings ? Result<Dictionary>(*settings)
-                    : Result<Dictionary>::failure(nameOf(file) + " is no object of settings");
+/// Of a profile, those of a tweak that has taken it.
+Result<Dictionary> readSettings(const std::string& file, std::vector<std::string>& remarks) {
+    const auto fail = [](std::string why) { return Result<Dictionary>::failure(std::move(why)); };
+    const Result<std::string> text = textOf(file);
+    if (!text) return fail(text.error());
+    constexpr JsonLimits none{platform::PropertyListLimits::depth, std::numeric_limits<std::size_t>::max()};
+    const auto document = readJsonDocument(text.value(), none);
+    if (!document) return fail(nameOf(file) + " is no JSON: " + document.error());
+    if (!profiles::isProfile(document.value().value)) {
+        const Dictionary* settings = document.value().value.dictionary();
+        return settings ? Result<Dictionary>(*settings) : fail(nameOf(file) + " is no object of settings");
+    }
+    const auto read = profiles::readProfile(text.value());
+    if (!read) return fail(nameOf(file) + ": " + read.error());
+    for (const std::string& line : linesOf(read.value().remarks))
+        remarks.push_back(nameOf(file) + ", " + line);
+    return allSettings(read.value().profile);
 }
 
 Result<std::vector<TourScene>> readScenes(const std::string& file) {
@@ -73,7 +89,7 @@ Result<std::vector<Gesture>> gesturesIn(std::string_view text) {
 Result<Inputs> readInputs(const Options& options) {
     Inputs inputs;
     if (options.settings) {
-        Result<Dictionary> settings = readSettings(*options.settings);
+        Result<Dictionary> settings = readSettings(*options.settings, inputs.remarks);
         if (!settings) return Result<Inputs>::failure(settings.error());
         inputs.settings = std::move(settings).value();
     }

@@ -8,6 +8,7 @@
 #include "platform/foundation/Value.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,7 @@ struct Inputs {
     std::optional<platform::Dictionary> settings; ///< nothing without a file: the tweak's are meant
     std::vector<Gesture> gestures;
     std::vector<TourScene> scenes = {};
+    std::vector<std::string> remarks = {}; ///< a line for each setting of a profile that is not taken as it stands
 };
 
 /// Reads them. Fails for a file that cannot be read or is not what it should be.

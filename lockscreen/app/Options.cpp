@@ -99,9 +99,10 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
         ->type_name("SECONDS")
         ->check(CLI::Range(0.0, 86400.0))
         ->check(isNumber);
-    auto* settings = app.add_option("--settings", options.settings,
-                                    "Draw the settings of a file, as lumoractl list prints them, - for standard input")
-                         ->type_name("FILE.json");
+    auto* settings =
+        app.add_option("--settings", options.settings,
+                       "Draw the settings of a file, as lumoractl list or export prints them, - for standard input")
+            ->type_name("FILE.json");
     auto* state = app.add_flag("--state", options.state, "Print what the screen shows as JSON, and end");
     auto* grab = app.add_option("--grab", options.grab, "Save a picture of the screen, and end")->type_name("FILE.png");
     auto* tour =

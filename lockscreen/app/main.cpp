@@ -18,6 +18,8 @@ int main(int argc, char** argv) {
         programs::complain(inputs.error());
         programs::end(programs::kWrongUse);
     }
+    for (const std::string& remark : inputs.value().remarks)
+        programs::complain(remark);
     programs::end(options.state ? lumora::printState(argc, argv, options, inputs.value())
                                 : lumora::showWindow(argc, argv, options, inputs.value()));
 }

@@ -6,9 +6,11 @@
 #include "link/PreferenceKeys.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <optional>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -27,6 +29,10 @@ Seconds steadyTime() {
 CGPoint toPoint(QPointF point) {
     return {point.x(), point.y()};
 }
+
+/// The settings that say what gestures there are.
+constexpr std::array kOfGestures{kTweakEnabled,   kSwitchTapAndLongHold, kLongHoldForPluginApps,
+                                 kWidgetsEnabled, kAppViewsEnabled,      kNotificationsHideOnTap};
 
 bool isStage(Surface surface) {
     return surface != Surface::passcode && surface != Surface::opened;
@@ -113,6 +119,7 @@ void FaceModel::refresh() {
     Look look = withAllStages();
     const bool keys = !look.keys.empty() && look.keys[0].visible;
     if (!keys) look.keys = shown_.keys;
+    if (look.icons.empty()) look.icons = shown_.icons; // with their stage, which may come back
     std::apply(
         [&](const auto&... field) {
             const auto publish = [&](const auto& one) {
@@ -140,6 +147,7 @@ void FaceModel::refresh() {
     const int leaving = left ? static_cast<int>(*left) : -1;
     const bool hasMoved = std::tuple(stage, leaving, state.page, state.focus, state.locked) !=
                           std::tuple(stage_, leaving_, state_.page, state_.focus, state_.locked);
+    const bool hasTyped = state.typed.size() != state_.typed.size();
     stage_ = stage;
     leaving_ = leaving;
     // What the finger was on has gone.
@@ -148,6 +156,7 @@ void FaceModel::refresh() {
     state_ = state;
     shown_ = std::move(look);
     if (hasMoved) emit moved();
+    if (hasTyped) emit typedChanged();
     if (isOver) emit handMoved();
     setTimer();
 }
@@ -206,7 +215,10 @@ void FaceModel::takeSettings() {
     Dictionary settings = settings_;
     for (const auto& [key, value] : held_)
         settings.set(key, value);
+    const bool same = std::ranges::all_of(
+        kOfGestures, [&](std::string_view key) { return settings[key] == behaviour_.settings()[key]; });
     behaviour_.setSettings(std::move(settings));
+    if (same) return;
     ++edition_;
     emit editionChanged();
 }
@@ -351,6 +363,10 @@ void FaceModel::setTimer() {
 }
 
 // -- assistive tools --
+
+bool FaceModel::hidesNotices() const {
+    return Style(behaviour_.settings()).flag(kNotificationsHideOnTap) && !behaviour_.device().notices.empty();
+}
 
 QString FaceModel::describe(const QString& identifier) const {
     const IconActions actions = iconActions(behaviour_.settings(), behaviour_.device(), identifier.toStdString());

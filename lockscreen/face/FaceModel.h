@@ -46,6 +46,8 @@ class FaceModel : public QObject {
     Q_PROPERTY(int focused READ focused NOTIFY moved)
     Q_PROPERTY(int leaving READ leaving NOTIFY moved)
     Q_PROPERTY(bool locked READ isLocked NOTIFY moved)
+    Q_PROPERTY(int typed READ typed NOTIFY typedChanged)
+    Q_PROPERTY(bool hidesNotices READ hidesNotices NOTIFY editionChanged)
     Q_PROPERTY(QString pressed READ pressed NOTIFY handMoved)
     Q_PROPERTY(QString pulled READ pulled NOTIFY handMoved)
     Q_PROPERTY(QPointF dragged READ dragged NOTIFY handMoved)
@@ -78,6 +80,10 @@ class FaceModel : public QObject {
     /// The notice that has been let go and is leaving; -1 for none.
     [[nodiscard]] int leaving() const { return leaving_; }
     [[nodiscard]] bool isLocked() const { return behaviour_.state().locked; }
+    /// How many digits of a passcode.
+    [[nodiscard]] int typed() const { return static_cast<int>(behaviour_.state().typed.size()); }
+    /// Whether a tap beside the notices hides them, or shows them again.
+    [[nodiscard]] bool hidesNotices() const;
     /// The part under the finger, while it may still be tapped.
     [[nodiscard]] QString pressed() const;
     /// The part that the finger has been put on and drags; what it does to it, and how far.
@@ -87,7 +93,7 @@ class FaceModel : public QObject {
     [[nodiscard]] double stageDrag() const;
     [[nodiscard]] bool follows() const { return turning_.follows(); }
     void setFollows(bool does);
-    /// Of settings and phone, by which describe() and hasHold() go; counted from 1.
+    /// Of the settings and the phone by which describe(), hasHold() and hidesNotices() go; counted from 1.
     [[nodiscard]] int edition() const { return edition_; }
     [[nodiscard]] bool tweakAnswers() const { return tweakAnswers_; }
     void setTweakAnswers(bool does);
@@ -128,6 +134,7 @@ class FaceModel : public QObject {
     void editionChanged();
     /// What has just been edited shows there.
     void edited(const QRectF& frame);
+    void typedChanged();
     void wronglyTyped();
     /// An App View is about to come out of an icon there.
     void revealed(const QRectF& icon);

@@ -9,7 +9,10 @@
 namespace lumora {
 
 void IconStore::setInstallation(std::shared_ptr<const Installation> installation) {
+    const bool same = installation_ && installation &&
+                      installation_->installed().applications == installation->installed().applications;
     installation_ = std::move(installation);
+    if (same) return;
     kept_.clear();
     emit changed({});
 }

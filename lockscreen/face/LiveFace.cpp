@@ -61,7 +61,7 @@ void LiveFace::take(const std::shared_ptr<const Installation>& installation) {
         emit failed(QString::fromStdString(phone.error()));
     }
     icons_.setInstallation(installation);
-    emit installed();
+    if (installation->isWhole()) emit installed();
 }
 
 void LiveFace::readInstallation() {

@@ -64,21 +64,24 @@ void Installation::read(std::function<void(std::shared_ptr<const Installation>)>
                         const platform::ProbeLimits& limits) {
     platform::startMainThread();
     platform::dispatch_async(platform::dispatch_get_main_queue(), [ready = std::move(ready), limits] {
-        auto library = platform::openLibrary(platform::kApplicationListLibrary, limits);
-        Installed installed{readApplications(), readViews(limits)};
-        ready(std::make_shared<const Installation>(std::move(library), std::move(installed)));
+        const std::shared_ptr<void> library = platform::openLibrary(platform::kApplicationListLibrary, limits);
+        Installed installed{readApplications(), {}};
+        ready(std::make_shared<const Installation>(library, installed, false));
+        installed.views = readViews(limits);
+        ready(std::make_shared<const Installation>(library, std::move(installed), true));
     });
 }
 
 std::shared_ptr<const Installation> Installation::readNow() {
     std::promise<std::shared_ptr<const Installation>> read;
-    Installation::read(
-        [&](std::shared_ptr<const Installation> installation) { read.set_value(std::move(installation)); });
+    Installation::read([&](std::shared_ptr<const Installation> installation) {
+        if (installation->isWhole()) read.set_value(std::move(installation));
+    });
     return read.get_future().get();
 }
 
-Installation::Installation(platform::LibraryHandle library, Installed installed)
-    : library_(std::move(library)), installed_(std::move(installed)) {
+Installation::Installation(std::shared_ptr<void> library, Installed installed, bool isWhole)
+    : library_(std::move(library)), installed_(std::move(installed)), isWhole_(isWhole) {
 }
 
 IconOrder Installation::icon(const std::string& identifier, int pixels,

@@ -26,14 +26,16 @@ using IconOrder = std::shared_ptr<void>;
 class Installation {
   public:
     /// Starts the main thread, if there is none, and reads there, which takes up to the limits for each plug-in that
-    /// hangs. `ready` is called there, once.
+    /// hangs. `ready` is called there twice: with the applications, and once the plug-ins have answered with all of it.
     static void read(std::function<void(std::shared_ptr<const Installation>)> ready,
                      const platform::ProbeLimits& limits = {});
 
-    /// The same, for whoever cannot go on without. Not on the main thread.
+    /// All of it, for whoever cannot go on without. Not on the main thread.
     [[nodiscard]] static std::shared_ptr<const Installation> readNow();
 
     [[nodiscard]] const Installed& installed() const { return installed_; }
+    /// False as long as nothing is known of the App Views.
+    [[nodiscard]] bool isWhole() const { return isWhole_; }
 
     /// Has an application's icon drawn, so many pixels wide and high, up to 1024. `come` is called on the main thread,
     /// once, with a PNG file of that size or a pixel more, which is empty if there is no icon. The picture decoder keeps
@@ -41,11 +43,12 @@ class Installation {
     [[nodiscard]] IconOrder icon(const std::string& identifier, int pixels,
                                  std::function<void(const platform::Data& png)> come) const;
 
-    Installation(platform::LibraryHandle library, Installed installed);
+    Installation(std::shared_ptr<void> library, Installed installed, bool isWhole);
 
   private:
-    platform::LibraryHandle library_; ///< its class is there while this is
+    std::shared_ptr<void> library_; ///< a LibraryHandle; its class is there while this is
     Installed installed_;
+    bool isWhole_;
 };
 
 } // namespace lumora

@@ -120,9 +120,14 @@ TEST(Behaviour, TakesNoKeysForAWhileAfterFourWrongPasscodes) {
     for (int i = 0; i < 4; ++i)
         player.play("key 4\nkey 4\nkey 4\nkey 4");
     EXPECT_EQ(player.outcomes().back(), "takes no keys for 5 s");
+    EXPECT_TRUE(player.behaviour.state().blocked);
+    EXPECT_EQ(player.behaviour.nextChange(), player.now + 5);
     player.play("wait 4.9\nkey 1\nkey 2\nkey 3\nkey 4");
     EXPECT_EQ(player.surface(), Surface::passcode);
-    player.play("wait 0.1\nkey 1\nkey 2\nkey 3\nkey 4");
+    player.play("wait 0.1");
+    EXPECT_EQ(player.outcomes().back(), "takes keys again");
+    EXPECT_FALSE(player.behaviour.state().blocked);
+    player.play("key 1\nkey 2\nkey 3\nkey 4");
     EXPECT_EQ(player.outcomes().back(), "home screen");
 }
 
@@ -186,6 +191,14 @@ TEST(Behaviour, SwipesThroughStagesAndRoundTheAppViews) {
                 ElementsAre("stage A", "stage V", "shows org.lumora.plugins.clock", "shows org.lumora.plugins.weather",
                             "shows org.lumora.plugins.clock"));
     EXPECT_EQ(player.play("swipe down").surface(), Surface::apps);
+}
+
+TEST(Behaviour, TellsOfEachWayFromOneStageToAnother) {
+    Player player(enabled(), sampleDevice());
+    player.play("swipe left\nswipe left\nswipe down\nkey Escape\nswipe left\nhome\nhome");
+    EXPECT_THAT(player.outcomes(), ElementsAre("stage A", "stage V", "stage A", "stage N", "stage A", "stage N"));
+    Player alone(Dictionary{{kTweakEnabled, true}, {kAppViewsEnabled, List{kWeatherView}}}, sampleDevice());
+    EXPECT_THAT(alone.play("swipe left\nswipe down").outcomes(), ElementsAre("stage V", "stage N"));
 }
 
 TEST(Behaviour, LeavesAStageThatIsSwitchedOff) {

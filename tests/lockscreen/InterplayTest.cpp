@@ -42,6 +42,13 @@ void expectSound(const Look& look, const Device& device) {
                                                                     {&look.passcode.cancel, "cancel"},
                                                                     {&look.passcode.blur, "blur"}})
         expectOnScreen(*part, device, what);
+    for (const Part* date : std::initializer_list<const Part*>{&look.clock, &look.subtitle})
+        for (const auto& [below, what] :
+             std::initializer_list<std::pair<const Part*, const char*>>{{&look.notices, "notices"},
+                                                                        {&look.iconView, "iconView"},
+                                                                        {&look.appView, "appView"},
+                                                                        {&look.slideHint, "slideHint"}})
+            EXPECT_FALSE(date->visible && below->visible && overlap(date->frame, below->frame)) << what;
     for (std::size_t i = 0; i < look.keys.size(); ++i) {
         expectOnScreen(look.keys[i], device, "key");
         for (std::size_t j = 0; j < i; ++j)

@@ -64,6 +64,58 @@ TEST(Look, MakesAClockSmallerThatIsTooWide) {
     EXPECT_NEAR(look.clock.drawnSize, 358 / 2.5, 1e-9); // five characters of half their size
 }
 
+TEST(Look, DrawsADateSmallerThatWouldLieOverTheIcons) {
+    Device lying = sampleDevice(true);
+    const Dictionary large = withApps({{kLSDateFontSize, 150}, {kLSDateSubtitleFontSize, 50}, {kLSDateOffset, 50}});
+    const Look look = lookOf(large, lying, on(Surface::apps));
+    EXPECT_LT(look.clock.drawnSize, 110);
+    EXPECT_NEAR(look.clock.drawnSize / look.subtitle.size, 3, 1e-9) << "both";
+    EXPECT_LT(look.subtitle.frame.origin.y + look.subtitle.frame.size.height, look.iconView.frame.origin.y);
+    EXPECT_EQ(lookOf(withApps(), lying, on(Surface::apps)).clock.drawnSize, 87.5);
+}
+
+TEST(Look, MakesRoomForASecondLineOfTheSubtitle) {
+    const auto rows = [](const std::string& subtitle) {
+        const Look look = lookOf(withApps({{kLSDateSubtitle, subtitle},
+                                           {kLSDateFontSize, 150},
+                                           {kLSDateSubtitleFontSize, 40},
+                                           {kAppsPerRow, 1},
+                                           {kAppIconSize, 90}}),
+                                 sampleDevice(), on(Surface::apps));
+        EXPECT_LT(look.subtitle.frame.origin.y + look.subtitle.frame.size.height, look.iconView.frame.origin.y);
+        return look.subtitle.frame.size.height / (40 * 1.22);
+    };
+    EXPECT_EQ(std::lround(rows("short")), 1);
+    EXPECT_EQ(std::lround(rows("many words that take a second line")), 2);
+}
+
+TEST(Look, TellsOnThePasscodeViewThatItTakesNoKeys) {
+    State state = on(Surface::passcode);
+    const Look usual = lookOf(withApps(), sampleDevice(), state);
+    state.blocked = true;
+    const Look blocked = lookOf(withApps(), sampleDevice(), state);
+    EXPECT_EQ(blocked.passcode.title.text, "Try Again in a Moment");
+    EXPECT_LT(blocked.keys[0].opacity, usual.keys[0].opacity);
+    EXPECT_EQ(blocked.keys[0].frame, usual.keys[0].frame);
+}
+
+TEST(Look, ShadesTheSharpPictureBehindThePasscodeWhereItHasTo) {
+    const Dictionary hidden = withApps({{kLSPasscodeBlurHidden, true}});
+    Device device = sampleDevice();
+    EXPECT_EQ(lookOf(hidden, device, on(Surface::passcode)).keys[0].shade, ShadeLook()) << "on black";
+    std::vector<float> stripes(200);
+    for (std::size_t i = 0; i < stripes.size(); i += 2)
+        stripes[i] = 1;
+    device.picture = device.blurred = Luminance(1, stripes.size(), stripes);
+    const Look look = lookOf(hidden, device, on(Surface::passcode));
+    for (const Mark* mark : {static_cast<const Mark*>(&look.passcode.cancel), static_cast<const Mark*>(&look.keys[9])})
+        for (const double behind : {0.0, 1.0}) {
+            const double ground = laidOver(behind, mark->shade.color, mark->shade.opacity);
+            EXPECT_GE(contrast(ground, luminanceOf(mark->color)), 4.5);
+        }
+    EXPECT_FALSE(look.passcode.tint.visible);
+}
+
 TEST(Look, DrawsAFontThatIsMissingAsTheDefault) {
     EXPECT_EQ(lookOf(withApps({{kLSDateFontName, "DejaVuSans"}}), sampleDevice(), State()).clock.font, "DejaVuSans");
     EXPECT_EQ(lookOf(withApps({{kLSDateFontName, "Gone"}}), sampleDevice(), State()).subtitle.font, "Default");

@@ -199,7 +199,7 @@ class HandsTest(LockScreen):
         self.expect_log(window, "hold icons[2]", "-> shows org.lumora.plugins.weather")
         self.xdotool("mouseup", 1)
         self.drag(200, 600, 0, 150)
-        self.expect_log(window, "swipe down")
+        self.expect_log(window, "swipe down", "-> stage A")
         self.click_at(*self.middle(window, "Books"))
         self.expect_log(window, "tap icons[0]", "-> asks for the passcode")
         self.click_at(*self.middle(window, "Cancel"))
@@ -326,13 +326,28 @@ class ToldTest(LockScreen):
         self.go(window, "Hold Books")
         self.expect_log(window, "hold icons[0]", "-> asks for the passcode")
 
-    def test_no_digit_that_is_typed_can_be_read(self):
+    def test_notices_are_hidden_and_shown_where_a_tap_beside_them_does(self):
+        self.enable()
+        window = self.open()
+        self.assertNotIn("Hide Notices", self.names(window))
+        self.set("kNotificationsHideOnTap", True)
+        self.go(window, "Hide Notices")
+        self.expect_log(window, "tap", "-> hides the notices")
+        self.go(window, "Show Notices")
+        self.expect_log(window, "tap", "-> shows the notices")
+
+    def test_no_digit_that_is_typed_can_be_read_and_their_number_is_told(self):
         self.enable()
         window = self.open()
         self.go(window, "slide to unlock")
+        said = []
+        self.listen(lambda event: said.append(event.source.name), "object:property-change:accessible-name")
         for digit in PASSCODE[:-1]:
             self.go(window, digit)
         self.named(window, BUTTON, "Delete")
+        counts = [f"{count} of {len(PASSCODE)} digits typed" for count in range(1, len(PASSCODE))]
+        self.await_told(lambda: counts[-1] in said, "the number of digits")
+        self.assertLessEqual(set(said), {*counts, "Delete"})
         texts = []
         for application in self.applications(window):
             for item in self.find(application, lambda it: True):

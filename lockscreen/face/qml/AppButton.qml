@@ -16,6 +16,7 @@ Item {
     y: origin.y
     visible: Math.abs(page - face.page) <= 1
 
+    Shade { part: button.part.label } // below the icon as well, near which it ends
     AppIcon {
         face: button.face
         identifier: button.part.identifier
@@ -48,7 +49,6 @@ Item {
             Accessible.ignored: true
         }
     }
-    Shade { part: button.part.label }
     Words {
         part: button.part.label
         horizontalAlignment: Text.AlignHCenter

@@ -83,6 +83,18 @@ FocusScope {
                 shift: notices.x
                 animated: screen.animated
             }
+            Action {
+                readonly property var part: screen.look.notices
+                face: screen.face
+                z: -1 // a finger that asks what is below it is told the notices
+                visible: screen.face.hidesNotices
+                x: part.frame.x
+                y: part.frame.y
+                width: part.frame.width
+                height: part.frame.height
+                gesture: "tap"
+                name: part.visible ? "Hide Notices" : "Show Notices"
+            }
         }
         Stage {
             id: apps

@@ -15,7 +15,15 @@ Item {
     y: part.frame.y
     width: diameter
     height: diameter
+    opacity: part.opacity
 
+    Rectangle {
+        anchors.fill: parent
+        visible: key.part.shade.opacity > 0
+        radius: width / 2
+        color: key.part.shade.color
+        opacity: key.part.shade.opacity
+    }
     Glyph {
         anchors.fill: parent
         name: "ring"

@@ -18,6 +18,22 @@ Item {
     }
     Accessible.role: Accessible.Grouping
     Accessible.name: "Passcode"
+    Item { // screen readers tell of it when its name changes: how many digits there are, and never which
+        id: told
+        property bool wrong: false // until something else is typed
+
+        width: view.width
+        height: 1
+        onVisibleChanged: if (!visible) wrong = false
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: view.face.typed > 0 ? `${view.face.typed} of ${dots.count} digits typed`
+                                             : (wrong ? "Wrong passcode. " : "") + view.part.title.text
+        Connections {
+            target: view.face
+            function onWronglyTyped() { told.wrong = true }
+            function onTypedChanged() { if (view.face.typed > 0) told.wrong = false }
+        }
+    }
     Placed {
         part: view.part.cutoff
         Rectangle {
@@ -30,19 +46,25 @@ Item {
         id: head
         width: parent.width
         height: parent.height
+        Shade { part: view.part.title }
         Words { part: view.part.title }
         Repeater {
+            id: dots
             model: view.face.dots
-            Rectangle {
+            Item {
+                id: dot
                 required property var part
-                x: part.frame.x
-                y: part.frame.y
-                width: part.frame.width
-                height: width
-                radius: width / 2
-                color: part.filled ? part.color : "transparent"
-                border.width: 1.3 * view.unit
-                border.color: part.color
+                Shade { part: dot.part }
+                Rectangle {
+                    x: dot.part.frame.x
+                    y: dot.part.frame.y
+                    width: dot.part.frame.width
+                    height: width
+                    radius: width / 2
+                    color: dot.part.filled ? dot.part.color : "transparent"
+                    border.width: 1.3 * view.unit
+                    border.color: dot.part.color
+                }
             }
         }
         SequentialAnimation {
@@ -71,6 +93,7 @@ Item {
             required property string modelData
             readonly property var part: view.part[modelData]
             anchors.fill: parent
+            Shade { part: button.part }
             Words {
                 part: button.part
                 opacity: view.face.pressed === "passcode." + button.modelData ? 0.5 : 1

@@ -1,7 +1,8 @@
 import QtQuick
+import LumoraFace
 
 // Lies under a text of the look where the picture alone would make it hard to read.
-Rectangle {
+Plate {
     required property var part
     readonly property rect frame: part.shade.frame
 
@@ -10,7 +11,7 @@ Rectangle {
     width: frame.width
     height: frame.height
     visible: part.visible && part.shade.opacity > 0
-    radius: frame.x > 0 ? Math.min(12, height / 2) : 0 // the status bar reaches the edges
     color: part.shade.color
     opacity: part.shade.opacity
+    fade: part.shade.fade
 }

@@ -199,6 +199,33 @@ TEST_F(LockScreen, NeverPrintsAPasscode) {
     silent(lockscreen({"--state", "--settings", file("s", std::string("[\"") + kDigits + "\"]")}));
 }
 
+TEST_F(LockScreen, ShowsAShippedProfileAsATweakThatHasTakenIt) {
+    for (const std::string name : {"plain", "large-and-calm", "all-my-apps"}) {
+        const RunningTweak tweak({LUMORA_TWEAK, "--settings", sandbox.path() / (name + ".plist")});
+        const std::string profile = LUMORA_SOURCE "/profiles/shipped/" + name + ".json";
+        EXPECT_EQ(run({LUMORACTL, "import", "--root", LUMORA_TEST_ROOT, name}).errors, "");
+        for (const std::string surface : name == "all-my-apps" ? std::vector{"N", "A", "P"} : std::vector{"N", "P"}) {
+            const std::vector<std::string> words{"--state", "--time", "2026-11-20T18:36", "--surface", surface};
+            std::vector<std::string> withProfile = words;
+            withProfile.insert(withProfile.end(), {"--settings", profile});
+            const Finished before = lockscreen(withProfile);
+            EXPECT_EQ(before.status, 0) << before.errors;
+            EXPECT_EQ(before.errors, "");
+            EXPECT_EQ(before.output, lockscreen(words).output) << name << " on " << surface;
+        }
+    }
+}
+
+TEST_F(LockScreen, TakesAllOfAProfileButWhatIsWrongWithIt) {
+    const std::string profile = file("profile.json", R"({"lumora": 1, "settings": {
+"kSlepTime": 5, "kAutoUnlockPasscode": "7391", "kAppBadgesEnabled": false}})");
+    const Finished finished = lockscreen({"--state", "--settings", profile});
+    EXPECT_EQ(finished.status, 0);
+    EXPECT_THAT(finished.errors, HasSubstr(profile + ", line 2: Lumora has no setting \"kSlepTime\"\n"));
+    EXPECT_THAT(finished.errors, HasSubstr("1 passcode was left out: kAutoUnlockPasscode\n"));
+    EXPECT_THAT(finished.errors, Not(HasSubstr(kDigits)));
+}
+
 TEST_F(LockScreen, SaysWhatIsWrongWithItsUse) {
     const std::string settings = file("settings.json", "{}");
     const std::vector<std::pair<std::vector<std::string>, const char*>> cases{
@@ -221,6 +248,7 @@ TEST_F(LockScreen, SaysWhatIsWrongWithItsUse) {
         {{"--state", "--settings", "/nowhere"}, "cannot read /nowhere"},
         {{"--state", "--settings", file("cut.json", "{")}, "is no JSON"},
         {{"--state", "--settings", file("list.json", "[1]")}, "is no object of settings"},
+        {{"--state", "--settings", file("bare.json", R"({"lumora": 1})")}, "bare.json: it has no \"settings\""},
         {{"--state", "--settings", settings, "--play", file("bad", "tap\nhop\n")}, "bad, line 2: no gesture begins so"},
         {{"--state", "--settings", settings, "--secure", "view.strange"}, "there is no App View view.strange"},
         {{"--dance"}, "--dance"},

@@ -313,4 +313,19 @@ TEST(FaceModel, DescribesWhatAnIconDoes) {
     EXPECT_EQ(tried.face.describe(kWeather), "tap shows its App View, hold opens it");
     EXPECT_EQ(tried.face.describe(kPhone), "hold opens it");
     EXPECT_TRUE(tried.face.hasHold(kPhone));
+    tried.change(kAppIconSize, 50.0);
+    EXPECT_EQ(changed.count(), 1) << "it does the same";
+}
+
+TEST(FaceModel, KeepsTheIconsOfAStageThatComesBack) {
+    Tried tried;
+    const auto* icons = tried.face.icons();
+    QSignalSpy made(icons, &PartsModel::rowsInserted);
+    QSignalSpy changed(icons, &PartsModel::dataChanged);
+    for (const bool on : {false, true})
+        tried.change(kTweakEnabled, on);
+    EXPECT_EQ(icons->rowCount(), 2);
+    EXPECT_EQ(made.count() + changed.count(), 0);
+    tried.change(kAppsEnabled, List{kWeather});
+    EXPECT_EQ(icons->rowCount(), 1);
 }

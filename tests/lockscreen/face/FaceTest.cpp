@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -83,6 +84,15 @@ class Seen : public Tried {
     QQuickWindow window;
     std::unique_ptr<QQuickItem> item;
 };
+
+/// What assistive tools find in a role.
+std::map<QString, QAccessibleInterface*> told(const Seen& seen, QAccessible::Role role) {
+    std::map<QString, QAccessibleInterface*> found;
+    for (QQuickItem* item : seen.shown(""))
+        if (QAccessibleInterface* one = QAccessible::queryAccessibleInterface(item); one && one->role() == role)
+            found.emplace(one->text(QAccessible::Name), one);
+    return found;
+}
 
 std::vector<Dictionary::Entry> automatic(std::vector<Dictionary::Entry> others = {}) {
     others.emplace_back(kAutoUnlockEnabled, true);
@@ -203,7 +213,8 @@ TEST(FaceByKeys, GoesEverywhereAndBack) {
     Seen seen(enabled({{kNotificationsHideOnTap, true}}));
     EXPECT_THAT(seen.press("Space Space Right Right Right Left Escape Escape Right Home").outcomes(),
                 ElementsAre("hides the notices", "shows the notices", "stage A", "stage V",
-                            "shows org.lumora.plugins.clock", "shows org.lumora.plugins.weather", "stage A"));
+                            "shows org.lumora.plugins.clock", "shows org.lumora.plugins.weather", "stage A", "stage N",
+                            "stage A", "stage N"));
     EXPECT_EQ(seen.surface(), Surface::notices);
     EXPECT_THAT(seen.press("S Right").outcomes(), ElementsAre("sleeps", "wakes"));
 }
@@ -363,4 +374,45 @@ TEST(FaceMotion, DoesWithoutWhereItIsUnwanted) {
     EXPECT_EQ(seen.shown("Passcode_").at(0)->opacity(), 1);
     EXPECT_FALSE(apps->isVisible());
     EXPECT_EQ(seen.shown("PasscodeGround").size(), 1U);
+}
+
+TEST(FaceToTools, CountsTheDigitsThatAreTypedAndNeverTellsThem) {
+    Seen seen;
+    seen.press("Enter");
+    const auto said = [&] {
+        const auto all = told(seen, QAccessible::AlertMessage);
+        return all.size() == 1 ? all.begin()->first.toStdString() : std::to_string(all.size());
+    };
+    EXPECT_EQ(said(), "Enter Passcode");
+    seen.press("4 3");
+    EXPECT_EQ(said(), "2 of 4 digits typed");
+    seen.press("BackSpace");
+    EXPECT_EQ(said(), "1 of 4 digits typed");
+    seen.press("4 4 4");
+    EXPECT_EQ(said(), "Wrong passcode. Enter Passcode");
+    seen.press("4 4 4 4 4 4 4 4 4 4 4 4 1");
+    EXPECT_EQ(said(), "Wrong passcode. Try Again in a Moment");
+    seen.pass(5);
+    seen.press("1");
+    EXPECT_EQ(said(), "1 of 4 digits typed");
+}
+
+TEST(FaceToTools, HidesAndShowsTheNoticesWhereATapBesideThemDoes) {
+    Seen seen;
+    EXPECT_FALSE(told(seen, QAccessible::Button).contains("Hide Notices"));
+    seen.change(kNotificationsHideOnTap, true);
+    for (const auto& [name, outcome] :
+         {std::pair("Hide Notices", "hides the notices"), std::pair("Show Notices", "shows the notices")}) {
+        seen.logged();
+        const auto buttons = told(seen, QAccessible::Button);
+        ASSERT_TRUE(buttons.contains(name));
+        buttons.at(name)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        EXPECT_THAT(seen.outcomes(), ElementsAre(outcome));
+    }
+}
+
+TEST(FaceToTools, TellsOfNoNoticesToHideOnOtherStages) {
+    Seen seen(enabled({{kNotificationsHideOnTap, true}}));
+    seen.press("Right");
+    EXPECT_FALSE(told(seen, QAccessible::Button).contains("Hide Notices"));
 }

@@ -1,6 +1,7 @@
 #include "lockscreen/face/Blur.h"
 #include "lockscreen/face/Frost.h"
 #include "lockscreen/face/PictureItem.h"
+#include "lockscreen/face/Plate.h"
 #include "tests/lockscreen/face/Shown.h"
 
 #include <gtest/gtest.h>
@@ -246,6 +247,25 @@ TEST(Face, IsAModuleOfItsOwn) {
                       {});
     const std::unique_ptr<QObject> made(component.create());
     EXPECT_TRUE(made) << component.errorString().toStdString();
+}
+
+TEST(Plate, IsWholeInItsMiddleAndFadesOutEvenlyTowardsAllSides) {
+    Shown shown(kSize, Qt::white);
+    lumora::Plate plate;
+    plate.setProperty("color", QColor(Qt::black));
+    plate.setProperty("fade", 20);
+    shown.add(plate, QRectF(10, 10, 100, 140));
+    const QImage picture = shown.picture();
+    const auto grey = [&](double x, double y) { return qGray(picture.pixel(shown.pixels({x, y, 1, 1}).center())); };
+    EXPECT_EQ(grey(31, 31), 0);
+    EXPECT_EQ(grey(9, 60), 255);
+    EXPECT_GT(grey(10, 60), 240);
+    EXPECT_NEAR(grey(20, 60), 128, 10);
+    for (int x = 10; x < 30; ++x) {
+        EXPECT_GE(grey(x, 60), grey(x + 1, 60)) << x;
+        EXPECT_NEAR(grey(x, 60), grey(119 - x, 60), 10) << x;
+        EXPECT_EQ(grey(x, 60), grey(60, x)) << x;
+    }
 }
 
 } // namespace

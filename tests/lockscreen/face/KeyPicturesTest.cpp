@@ -37,11 +37,17 @@ Taken takenIn(const KeyEntry& entry, const Value& value) {
     return taken(options, settings, scene.events);
 }
 
+/// A part with its shade.
+QRectF reachOf(const Value& part) {
+    const Value shade(part["shade"]);
+    return shade["opacity"].doubleValue() > 0 ? frameOf(part) | frameOf(shade) : frameOf(part);
+}
+
 /// The frames of the innermost parts that a path leads through; of a list, those of all that is in it.
 QRegion framesAt(Value value, std::string_view path) {
     QRectF frame;
     while (!path.empty()) {
-        if (value["visible"].boolean().value_or(false)) frame = frameOf(value);
+        if (value["visible"].boolean().value_or(false)) frame = reachOf(value);
         if (path.front() == '[') {
             const List& list = *value.list();
             const std::size_t place = std::stoul(std::string(path.substr(1)));
@@ -55,7 +61,7 @@ QRegion framesAt(Value value, std::string_view path) {
         if (path.starts_with('.')) path.remove_prefix(1);
     }
     QRegion frames(frame.toAlignedRect());
-    eachVisible(value, "", [&](const std::string&, const Value& part) { frames += frameOf(part).toAlignedRect(); });
+    eachVisible(value, "", [&](const std::string&, const Value& part) { frames += reachOf(part).toAlignedRect(); });
     return frames;
 }
 

@@ -7,6 +7,9 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
+#include <tuple>
+#include <utility>
 
 namespace {
 
@@ -48,7 +51,7 @@ std::vector<Writing> writingsOf(const Look& look) {
         const auto channel = [&](std::size_t i) { return (*color.list())[i].doubleValue(); };
         const double luminance = luminanceOf({channel(0), channel(1), channel(2)});
         if (path == "statusBar") // the carrier's name
-            writings.push_back({path, QRectF(50, 14, 34, 16), 13, luminance, 1});
+            writings.push_back({path, QRectF(50, frameOf(part).center().y() - 8, 34, 16), 13, luminance, 1});
         if (!part["text"].text() || part["text"].text()->empty()) return;
         QRectF frame = frameOf(part);
         const double size = part["drawnSize"].isNil() ? part["size"].doubleValue() : part["drawnSize"].doubleValue();
@@ -62,8 +65,12 @@ std::vector<Writing> writingsOf(const Look& look) {
         } else {
             const double wide =
                 std::min(frame.width(), widths.width(std::string(*part["text"].text()), "Default", size));
+            const bool isBesideRail = path == "slideHint" && frame.height() < 48;
             if (path == "slideHint") frame.setHeight(size * 1.22);
-            if (isCentred(path)) frame.setX(frame.x() + (frame.width() - wide) / 2);
+            if (isBesideRail)
+                frame.setX(frame.x() + 134);
+            else if (isCentred(path))
+                frame.setX(frame.x() + (frame.width() - wide) / 2);
             frame.setWidth(wide);
         }
         writings.push_back({path, frame, size, luminance, part["opacity"].doubleValue()});
@@ -102,11 +109,15 @@ QImage checkerboard() {
     return board;
 }
 
-class Legible : public testing::TestWithParam<const char*> {
+/// A wallpaper, and whether the phone lies on its side.
+using Behind = std::tuple<std::string, bool>;
+
+class Legible : public testing::TestWithParam<Behind> {
   protected:
     Legible() {
-        options.wallpaper = GetParam();
-        const std::string name = GetParam();
+        const auto& [name, lies] = GetParam();
+        options.wallpaper = name;
+        if (lies) std::swap(options.phone.size.width, options.phone.size.height);
         if (name == "white") options.wallpaper = folder_.save(flat({390, 844}, qRgb(255, 255, 255))).toStdString();
         if (name == "black") options.wallpaper = folder_.save(flat({390, 844}, qRgb(0, 0, 0))).toStdString();
         if (name == "checkerboard") options.wallpaper = folder_.save(checkerboard()).toStdString();
@@ -152,6 +163,11 @@ TEST_P(Legible, IsThePasscodeView) {
     expectLegible(Surface::passcode, {{kLSBlurCutoffEnabled, true}}, "cut off");
 }
 
+TEST_P(Legible, IsThePasscodeViewUponTheSharpPicture) {
+    expectLegible(Surface::passcode, {{kLSPasscodeBlurHidden, true}}, "without blur and tint");
+    expectLegible(Surface::passcode, {{kLSPBlurOpacity, 0}, {kLSPTintOpacity, 0}}, "with none of them");
+}
+
 TEST_P(Legible, IsThePasscodeViewInEachPresetColour) {
     for (const auto& [hue, saturation, brightness] : kPresets)
         expectLegible(
@@ -160,7 +176,11 @@ TEST_P(Legible, IsThePasscodeViewInEachPresetColour) {
             "with a hue of " + std::to_string(hue));
 }
 
-INSTANTIATE_TEST_SUITE_P(Wallpapers, Legible, testing::Values("dusk", "day", "night", "white", "black", "checkerboard"),
-                         [](const auto& one) { return std::string(one.param); });
+INSTANTIATE_TEST_SUITE_P(Wallpapers, Legible,
+                         testing::Combine(testing::Values("dusk", "day", "night", "white", "black", "checkerboard"),
+                                          testing::Bool()),
+                         [](const auto& one) {
+                             return std::get<0>(one.param) + (std::get<1>(one.param) ? "Lying" : "Upright");
+                         });
 
 } // namespace

@@ -26,10 +26,25 @@ using InstallationRef = std::shared_ptr<const Installation>;
 /// Short enough for a test of what hangs, and for a slow machine long enough for what does not.
 constexpr platform::ProbeLimits kShort{6s, 1s};
 
+/// What is told of it, up to the whole.
+std::vector<InstallationRef> readInParts() {
+    struct Told {
+        std::vector<InstallationRef> parts;
+        std::promise<void> whole;
+    };
+    const auto told = std::make_shared<Told>();
+    Installation::read(
+        [told](InstallationRef part) {
+            told->parts.push_back(std::move(part));
+            if (told->parts.back()->isWhole()) told->whole.set_value();
+        },
+        kShort);
+    awaited(told->whole.get_future(), "the installation");
+    return told->parts;
+}
+
 InstallationRef read() {
-    const auto read = std::make_shared<std::promise<InstallationRef>>();
-    Installation::read([read](InstallationRef found) { read->set_value(std::move(found)); }, kShort);
-    return awaited(read->get_future(), "the installation");
+    return readInParts().back();
 }
 
 std::vector<std::string> viewsOf(const Installation& installation) {
@@ -86,6 +101,15 @@ TEST_F(PhoneViews, AreNoneWithoutAFolder) {
 }
 
 struct PhoneApplications : tests::InstalledLibrary {};
+
+TEST_F(PhoneApplications, AreToldBeforeThePlugInsAreAsked) {
+    installOdd("");
+    const auto parts = readInParts();
+    ASSERT_EQ(parts.size(), 2U);
+    EXPECT_FALSE(parts[0]->isWhole());
+    EXPECT_EQ(applicationsOf(*parts[0]), applicationsOf(*parts[1]));
+    EXPECT_EQ(applicationsOf(*parts[0]).size(), 2U);
+}
 
 TEST_F(PhoneApplications, ComeByTheirNames) {
     device.write("b.two\tzebra\na.one\tÉclair\nc.three\tapple\nd.four\tapple\n",

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+#include <QtQml/qqmlregistration.h>
+
+namespace lumora {
+
+/// An area of one colour that fades out towards its edges over a width of `fade`, as if it were out of focus. GUI thread.
+class Plate : public QQuickPaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
+    Q_PROPERTY(double fade MEMBER fade_ NOTIFY changed)
+
+  public:
+    explicit Plate(QQuickItem* parent = nullptr);
+    void paint(QPainter* painter) override;
+
+  signals:
+    void changed();
+
+  private:
+    QColor color_ = Qt::black;
+    double fade_ = 0;
+};
+
+} // namespace lumora
