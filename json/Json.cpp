@@ -7,8 +7,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <optional>
 #include <unordered_set>
@@ -31,8 +34,9 @@ constexpr const char* kData = "$data";
 constexpr const char* kDate = "$date";
 constexpr const char* kReal = "$real";
 
-const std::string kTooDeep =
-    "lists and dictionaries are nested more than " + std::to_string(PropertyListLimits::depth) + " deep";
+std::string tooDeep(unsigned depth) {
+    return "lists and dictionaries are nested more than " + std::to_string(depth) + " deep";
+}
 
 using Entries = std::vector<Dictionary::Entry>;
 
@@ -128,20 +132,47 @@ class Writer {
     bool tooDeep_ = false;
 };
 
+/// The characters of a text, which count its lines while they are read. Copies count as one.
+class CountedCharacters {
+  public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    CountedCharacters(const char* at, std::size_t& line) : at_(at), line_(&line) {}
+    reference operator*() const { return *at_; }
+    CountedCharacters& operator++() {
+        if (*at_++ == '\n') ++*line_;
+        return *this;
+    }
+    friend bool operator==(const CountedCharacters& a, const CountedCharacters& b) { return a.at_ == b.at_; }
+
+  private:
+    const char* at_;
+    std::size_t* line_;
+};
+
 /// Builds values from what the JSON parser reports, one call for each thing that it meets.
 class Reader {
   public:
+    /// For readJson().
+    Reader() = default;
+    /// For readJsonDocument(), with the line that is read at each call.
+    Reader(const JsonLimits& limits, const std::size_t& line) : limits_(limits), line_(&line) {}
+
     bool null() { return add(nullptr); }
     bool boolean(bool value) { return add(value); }
     bool number_integer(std::int64_t value) { return add(value); }
     bool number_unsigned(std::uint64_t value) {
         if (value > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()))
-            return fail(std::to_string(value) + " is beyond 64 signed bits");
+            return beyond(std::to_string(value));
         return add(static_cast<std::int64_t>(value));
     }
     bool number_float(double value, const std::string& digits) {
         // The parser reports an integer that is too large as a real.
-        if (digits.find_first_of(".eE") == std::string::npos) return fail(digits + " is beyond 64 signed bits");
+        if (digits.find_first_of(".eE") == std::string::npos) return beyond(digits);
         return add(value);
     }
     bool string(std::string& text) { return add(std::move(text)); }
@@ -158,17 +189,26 @@ class Reader {
     }
     bool start_object(std::size_t) { return open(); }
     bool key(std::string& key) {
+        if (++keyCount_ > limits_.keys) return fail("there are more than " + std::to_string(limits_.keys) + " keys");
+        if (line_) {
+            open_.back().lines.push_back(*line_);
+            if (open_.size() <= 2)
+                keys_.push_back(
+                    {static_cast<unsigned>(open_.size()), key.starts_with("$$") ? key.substr(1) : key, *line_});
+        }
         open_.back().key = std::move(key);
         return true;
     }
     bool end_object() {
         Entries entries = std::move(open_.back().entries);
+        const std::vector<std::size_t> lines = std::move(open_.back().lines);
         open_.pop_back();
         for (const auto& [key, value] : entries)
             if (key.starts_with('$') && !key.starts_with("$$")) return special(entries);
         std::unordered_set<std::string_view> seen;
         for (const auto& [key, value] : entries)
-            if (!seen.insert(key).second) return fail("the key \"" + key + "\" stands there twice");
+            if (!seen.insert(key).second)
+                return failAt(lines, seen.size(), "the key \"" + key + "\" stands there twice");
         for (auto& [key, value] : entries)
             if (key.starts_with('$')) key.erase(0, 1);
         return add(Dictionary(std::move(entries)));
@@ -178,20 +218,26 @@ class Reader {
         // What the library says begins with a code of its own in brackets.
         const std::string_view what = error.what();
         const std::size_t code = what.find("] ");
-        return fail(std::string(code == std::string_view::npos ? what : what.substr(code + 2)));
+        if (!line_) return fail(std::string(code == std::string_view::npos ? what : what.substr(code + 2)));
+        // Behind a place of its own comes what may repeat a secret. A number that is too large has no place.
+        const std::size_t place = what.find(": ");
+        if (place == std::string_view::npos) return fail("a number is beyond what a real can be");
+        return fail(std::string(what.substr(place + 2, what.find("; last read: ") - place - 2)));
     }
 
     Result<Value> result() && { return std::move(root_); }
+    [[nodiscard]] const std::vector<JsonKey>& keys() const { return keys_; }
 
   private:
     /// A list or dictionary that is not closed yet. Entries of a list have empty keys.
     struct Open {
         std::string key;
         Entries entries;
+        std::vector<std::size_t> lines; ///< of each key, in a document
     };
 
     bool open() {
-        if (open_.size() == PropertyListLimits::depth) return fail(kTooDeep);
+        if (open_.size() == limits_.depth) return fail(tooDeep(limits_.depth));
         open_.emplace_back();
         return true;
     }
@@ -233,11 +279,25 @@ class Reader {
         return std::nullopt;
     }
 
-    bool fail(std::string why) {
-        root_ = Result<Value>::failure(std::move(why));
+    bool beyond(const std::string& digits) { return fail((line_ ? "a number" : digits) + " is beyond 64 signed bits"); }
+
+    bool fail(const std::string& why) {
+        const std::string line = line_ ? "line " + std::to_string(*line_) + ": " : "";
+        root_ = Result<Value>::failure(line + why);
         return false;
     }
 
+    /// The same for a key that was read a while ago; without lines, fail().
+    bool failAt(const std::vector<std::size_t>& lines, std::size_t place, const std::string& why) {
+        if (place >= lines.size()) return fail(why);
+        root_ = Result<Value>::failure("line " + std::to_string(lines[place]) + ": " + why);
+        return false;
+    }
+
+    JsonLimits limits_{PropertyListLimits::depth, std::numeric_limits<std::size_t>::max()};
+    const std::size_t* line_ = nullptr; ///< null for readJson()
+    std::size_t keyCount_ = 0;
+    std::vector<JsonKey> keys_;
     std::vector<Open> open_;
     Result<Value> root_ = Value();
 };
@@ -262,7 +322,7 @@ std::string fitToShow(std::string_view json) {
 Result<std::string> writeJson(const Value& value, JsonLayout layout) {
     Writer writer;
     const ordered_json tree = writer.write(value);
-    if (writer.tooDeep()) return Result<std::string>::failure(kTooDeep);
+    if (writer.tooDeep()) return Result<std::string>::failure(tooDeep(PropertyListLimits::depth));
     try {
         return fitToShow(tree.dump(layout == JsonLayout::indented ? 2 : -1));
     } catch (const ordered_json::type_error&) {
@@ -275,6 +335,17 @@ Result<Value> readJson(std::string_view text) {
     Reader reader;
     ordered_json::sax_parse(text, &reader);
     return std::move(reader).result();
+}
+
+Result<JsonDocument> readJsonDocument(std::string_view text, const JsonLimits& limits) {
+    std::size_t line = 1;
+    Reader reader(limits, line);
+    const char* const end = text.data() + text.size();
+    ordered_json::sax_parse(CountedCharacters(text.data(), line), CountedCharacters(end, line), &reader);
+    std::vector<JsonKey> keys = reader.keys();
+    Result<Value> value = std::move(reader).result();
+    if (!value) return Result<JsonDocument>::failure(value.error());
+    return JsonDocument{std::move(value).value(), std::move(keys)};
 }
 
 } // namespace lumora

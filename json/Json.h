@@ -3,8 +3,10 @@
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lumora {
 
@@ -32,5 +34,28 @@ enum class JsonLayout : unsigned char {
 /// Reads one whole JSON value. Fails for anything else, with the reason and its place, and for integers beyond 64
 /// signed bits, repeated keys, invalid UTF-8 and nesting deeper than an archive may be. Any thread.
 [[nodiscard]] platform::Result<platform::Value> readJson(std::string_view text);
+
+/// How much a document may hold.
+struct JsonLimits {
+    unsigned depth;   ///< of nested lists and dictionaries
+    std::size_t keys; ///< of all dictionaries together
+};
+
+/// Where a key stands.
+struct JsonKey {
+    unsigned depth; ///< 1 for one of the outermost dictionary, 2 for one of a dictionary directly in it
+    std::string key;
+    std::size_t line; ///< from 1
+};
+
+/// A value, with the places of its keys, in the order of the text; of deeper ones none.
+struct JsonDocument {
+    platform::Value value;
+    std::vector<JsonKey> keys;
+};
+
+/// readJson() for a file that people write. What it says of a failure begins with the line, and repeats no value, which
+/// may be a secret. Any thread.
+[[nodiscard]] platform::Result<JsonDocument> readJsonDocument(std::string_view text, const JsonLimits& limits);
 
 } // namespace lumora

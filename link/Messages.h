@@ -16,6 +16,10 @@ inline constexpr const char* kUpdateSettings = "updateSettings";
 /// An optional third one, of a program that shows the settings while they change. A tweak may be without it.
 inline constexpr const char* kFollowSettings = "followSettings";
 
+/// Two more, each optional as well: what has changed and when, and the settings' defaults.
+inline constexpr const char* kHistory = "history";
+inline constexpr const char* kDefaults = "defaults";
+
 inline std::string portName(const std::string& message) {
     return "com.nevo.lumora/" + message;
 }
@@ -33,7 +37,11 @@ inline constexpr const char* kKeyEntry = "key";
 inline constexpr const char* kPortEntry = "port";
 inline constexpr const char* kRevisionEntry = "revision";
 inline constexpr const char* kSettingsEntry = "settings";
-inline constexpr const char* kErrorEntry = "error"; ///< one line that says why a change is refused
+inline constexpr const char* kSinceEntry = "since";     ///< the revision after which records are asked for
+inline constexpr const char* kClearEntry = "clear";     ///< true: the history is to be forgotten
+inline constexpr const char* kRecordsEntry = "records"; ///< documentOf() of each record, from the oldest
+inline constexpr const char* kMoreEntry = "more";       ///< true: there are later ones
+inline constexpr const char* kErrorEntry = "error";     ///< one line that says why a change is refused
 
 /// {"object": object}, the body of any message that has one.
 inline platform::Dictionary messageWith(const platform::Value& object) {

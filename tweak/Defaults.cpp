@@ -111,6 +111,17 @@ bool isSecure(std::string_view key) {
     return setting && setting->secure;
 }
 
+Dictionary withDefaults(const Dictionary& changed) {
+    Dictionary settings;
+    for (const Setting& setting : knownSettings()) {
+        const Value* value = changed.find(setting.key);
+        settings.set(setting.key, value ? *value : setting.byDefault);
+    }
+    for (const auto& [key, value] : changed)
+        if (!findSetting(key)) settings.set(key, value);
+    return settings;
+}
+
 std::string_view wantedBy(const Setting& setting) {
     switch (setting.byDefault.kind()) {
     case Value::Kind::boolean:
@@ -138,6 +149,13 @@ Result<void> canHave(const Setting& setting, const Value& value) {
     // A value of the right kind has wrong contents, and naming its kind would only puzzle.
     return Result<void>::failure("takes " + std::string(wantedBy(setting)) +
                                  (sameKind ? "" : ", not " + std::string(kindName(value.kind()))));
+}
+
+std::string beyondItsPage(const Setting& setting, const Value& value) {
+    if (!setting.bounds || !value.isNumber()) return {};
+    const auto [least, most] = *setting.bounds;
+    if (value.doubleValue() >= least && value.doubleValue() <= most) return {};
+    return "the page sets " + setting.key + " from " + std::to_string(least) + " to " + std::to_string(most);
 }
 
 std::string_view kindName(Value::Kind kind) {

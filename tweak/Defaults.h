@@ -33,6 +33,9 @@ struct Setting {
 /// True for the key of a passcode.
 [[nodiscard]] bool isSecure(std::string_view key);
 
+/// All settings, where these are the ones that have been changed; those of plug-ins come last. Any thread.
+[[nodiscard]] platform::Dictionary withDefaults(const platform::Dictionary& changed);
+
 /// What the setting takes, in words: "true or false", "a finite number". Any thread.
 [[nodiscard]] std::string_view wantedBy(const Setting& setting);
 
@@ -42,6 +45,9 @@ struct Setting {
 /// control that sends a number decides which numbers make sense. A list holds texts, a colour is {"h", "s", "b"} with
 /// three numbers in [0, 1]. Any thread.
 [[nodiscard]] platform::Result<void> canHave(const Setting& setting, const platform::Value& value);
+
+/// "the page sets kAppIconSize from 50 to 90", for a number that it cannot set; empty for all other values. Any thread.
+[[nodiscard]] std::string beyondItsPage(const Setting& setting, const platform::Value& value);
 
 /// A kind of value in words: "a text", "a list".
 [[nodiscard]] std::string_view kindName(platform::Value::Kind kind);

@@ -19,17 +19,6 @@ using platform::Value;
 namespace lumora {
 namespace {
 
-Dictionary withDefaults(const Dictionary& changed) {
-    Dictionary settings;
-    for (const Setting& setting : knownSettings()) {
-        const Value* value = changed.find(setting.key);
-        settings.set(setting.key, value ? *value : setting.byDefault);
-    }
-    for (const auto& [key, value] : changed)
-        if (!findSetting(key)) settings.set(key, value);
-    return settings;
-}
-
 /// Switches, numbers and colours, which take a few bytes each. There are only so many of them as long as no keys are
 /// added but the tweak's own.
 bool isSmall(const std::string& key, const Value& value, const Dictionary& changed) {
@@ -108,6 +97,16 @@ Dictionary SettingsStore::settings() const {
     return withDefaults(changed_);
 }
 
+Dictionary SettingsStore::changed() const {
+    const std::lock_guard held(changing_);
+    return changed_;
+}
+
+void SettingsStore::countFrom(std::int64_t revision) {
+    const std::lock_guard held(changing_);
+    revision_ = revision;
+}
+
 std::int64_t SettingsStore::revision() const {
     const std::lock_guard held(changing_);
     return revision_;
@@ -132,10 +131,10 @@ Result<void> SettingsStore::change(const std::string& key, const Value& value) {
         return refuse(inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more");
     Result<void> kept = file_->replace(bytes.value());
     if (!kept) return kept;
-    changed_ = std::move(changed);
+    std::swap(changed_, changed); // what was set before is for the observer
     size_ = bytes.value().size();
     ++revision_;
-    if (observer_) observer_(revision_, key, value);
+    if (observer_) observer_({revision_, key, changed.find(key), value});
     return {};
 }
 

@@ -19,6 +19,14 @@ namespace lumora {
 /// switch, a number or a colour.
 inline constexpr std::size_t kLargestSettings = 4U << 20U;
 
+/// A change that is kept. What it points to lives as long as the observer is being told.
+struct KeptChange {
+    std::int64_t revision;
+    const std::string& key;
+    const platform::Value* before; ///< null if it was not set
+    const platform::Value& value;
+};
+
 /// Owns every setting of the tweak and keeps what was changed on disk, as a binary property list.
 ///
 ///     auto store = SettingsStore::open(devicePath(kSettingsPath), log);
@@ -39,12 +47,17 @@ class SettingsStore {
     /// Every known setting with its value, then the keys that only plug-ins know.
     [[nodiscard]] platform::Dictionary settings() const;
 
-    /// Is told of each change once it is kept, with the number of changes since the start. It is called while the store is
-    /// locked, so it returns at once and does not ask the store. Stands before the first change.
-    using Observer = std::function<void(std::int64_t revision, const std::string& key, const platform::Value& value)>;
+    /// Those that were changed, without defaults.
+    [[nodiscard]] platform::Dictionary changed() const;
+
+    /// Is told of each change once it is kept. It is called while the store is locked, so it returns at once and does not
+    /// ask the store. Stands before the first change.
+    using Observer = std::function<void(const KeptChange& change)>;
     void setObserver(Observer observer) { observer_ = std::move(observer); }
-    /// How many changes there have been since the start.
+    /// How many changes there have been, since the start or since countFrom() had counted.
     [[nodiscard]] std::int64_t revision() const;
+    /// Counts on from there. Before the first change.
+    void countFrom(std::int64_t revision);
 
     /// Gives a setting a value, on disk before in memory. Fails, and changes nothing, if the value is nil, if the setting
     /// cannot have it, or if it makes the settings larger than kLargestSettings.

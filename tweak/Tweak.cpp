@@ -1,5 +1,6 @@
 #include "tweak/Tweak.h"
 
+#include "history/ChangeRecord.h"
 #include "link/Messages.h"
 #include "tweak/Defaults.h"
 #include "json/Json.h"
@@ -11,6 +12,7 @@
 
 using platform::Data;
 using platform::Dictionary;
+using platform::List;
 using platform::NSKeyedArchiver;
 using platform::NSKeyedUnarchiver;
 using platform::Result;
@@ -50,16 +52,26 @@ std::string shown(const Change& change) {
 
 } // namespace
 
-Tweak::Tweak(SettingsStore& store, Options options, Log log)
-    : store_(store), options_(std::move(options)), log_(std::move(log)) {
-    store.setObserver([this](std::int64_t revision, const std::string& key, const Value& value) {
-        if (std::ranges::find(options_.omitted, key) == options_.omitted.end())
-            followers_.changed(revision, key, value);
+Tweak::Tweak(SettingsStore& store, Options options, Log log, History* history)
+    : store_(store), options_(std::move(options)), log_(std::move(log)), history_(history) {
+    if (history_) {
+        history_->catchUp(store_.changed());
+        store_.countFrom(history_->revision());
+    }
+    store.setObserver([this](const KeptChange& change) {
+        if (history_ && (!change.before || !(*change.before == change.value)))
+            history_->record(change.revision, change.key, change.before ? std::optional(*change.before) : std::nullopt,
+                             change.value);
+        if (!isOmitted(change.key)) followers_.changed(change.revision, change.key, change.value);
     });
 }
 
 Tweak::~Tweak() {
     store_.setObserver(nullptr);
+}
+
+bool Tweak::isOmitted(const std::string& key) const {
+    return std::ranges::find(options_.omitted, key) != options_.omitted.end();
 }
 
 Dictionary Tweak::answered() const {
@@ -98,6 +110,38 @@ std::optional<Data> Tweak::followSettings(const std::optional<Data>& body, long 
     // In this order: what changes in between is told twice, not never.
     const std::int64_t revision = store_.revision();
     return NSKeyedArchiver::archivedDataWithRootObject(revisionOf(revision, answered()));
+}
+
+std::optional<Data> Tweak::history(const std::optional<Data>& body) {
+    const auto refuse = [&](const std::string& why) {
+        log_(std::string(kHistory) + " refused: " + why);
+        return std::nullopt;
+    };
+    if (!history_) return refuse("none is kept");
+    const Value root = body ? NSKeyedUnarchiver::unarchiveObjectWithData(*body) : Value();
+    const Value asked = root[kObjectEntry];
+    const auto since = asked[kSinceEntry].integer();
+    if (!since) return refuse(R"(the message is not of the shape {"object": {"since": integer}})");
+    if (asked[kClearEntry] == Value(true))
+        if (const auto cleared = history_->clear(); !cleared) return refuse(cleared.error());
+    const Result<History::Part> part = history_->part(*since);
+    if (!part) return refuse(part.error());
+    List records;
+    for (const ChangeRecord& record : part.value().records)
+        if (!isOmitted(record.key)) records.emplace_back(documentOf(record));
+    if (options_.verbose)
+        log_(std::string(kHistory) + ": " + std::to_string(records.size()) + " records since " +
+             std::to_string(*since));
+    return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{
+        {kRevisionEntry, part.value().upTo}, {kRecordsEntry, std::move(records)}, {kMoreEntry, part.value().more}});
+}
+
+std::optional<Data> Tweak::defaults() const {
+    Dictionary defaults;
+    for (const Setting& setting : knownSettings())
+        if (!setting.secure && !isOmitted(setting.key)) defaults.set(setting.key, setting.byDefault);
+    if (options_.verbose) log_(std::string(kDefaults) + ": " + std::to_string(defaults.size()) + " settings");
+    return NSKeyedArchiver::archivedDataWithRootObject(defaults);
 }
 
 Result<void> Tweak::applyChange(const std::optional<Data>& body) {

@@ -1,3 +1,4 @@
+#include "tweak/History.h"
 #include "tweak/SettingsStore.h"
 #include "tweak/Tweak.h"
 
@@ -20,6 +21,7 @@
 #include <cstring>
 #include <functional>
 #include <future>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +46,7 @@ struct Arguments {
     std::string root;
     std::string settings;
     Tweak::Options tweak;
+    bool noHistory = false;
 };
 
 void logLine(const std::string& line) {
@@ -110,8 +113,9 @@ Result<CFMessagePortRef> openPort(const char* message, Answer answer) {
         });
 }
 
-/// The descriptors that a run loop opens for itself to serve one port. If it cannot open one, it is silent.
-constexpr std::size_t kDescriptorsOfALoop = 3;
+/// The descriptors that a run loop opens for itself, and for each port that it serves. If it cannot open one, it is silent.
+constexpr std::size_t kDescriptorsOfALoop = 2;
+constexpr std::size_t kDescriptorsOfAPort = 1;
 
 bool hasDescriptorsLeft(std::size_t count) {
     std::vector<platform::FileDescriptor> spare(count);
@@ -121,14 +125,15 @@ bool hasDescriptorsLeft(std::size_t count) {
     });
 }
 
-/// Serves a port on a thread of its own, so that what takes long on one port delays nothing on the other.
+/// Serves ports on a thread of their own, so that what takes long on these delays nothing on others.
 class PortThread {
   public:
-    explicit PortThread(const CFMessagePortRef& port) {
+    explicit PortThread(const std::vector<CFMessagePortRef>& ports) {
         std::promise<CFRunLoopRef> prepared;
-        serving_ = std::async(std::launch::async, [&prepared, port] {
-            platform::CFRunLoopAddSource(platform::CFRunLoopGetCurrent(),
-                                         platform::CFMessagePortCreateRunLoopSource(port));
+        serving_ = std::async(std::launch::async, [&prepared, ports] {
+            for (const CFMessagePortRef& port : ports)
+                platform::CFRunLoopAddSource(platform::CFRunLoopGetCurrent(),
+                                             platform::CFMessagePortCreateRunLoopSource(port));
             prepared.set_value(platform::CFRunLoopGetCurrent());
             platform::CFRunLoopRun();
         });
@@ -146,7 +151,7 @@ class PortThread {
 };
 
 /// Opens the ports and serves them until a signal comes.
-int serve(Tweak& tweak, const std::filesystem::path& settings) {
+int serve(Tweak& tweak, const std::filesystem::path& settings, bool withHistory) {
     // One after the other: of two tweaks that start at once, the one that gets the first port gets both.
     const auto changes = openPort(kUpdateSettings, [&](const auto& body, long) { return tweak.updateSettings(body); });
     if (!changes) return failed(changes.error());
@@ -154,16 +159,27 @@ int serve(Tweak& tweak, const std::filesystem::path& settings) {
         openPort(kRequestTweakSettings, [&](const auto&, long) { return tweak.requestTweakSettings(); });
     if (!requests) return failed(requests.error());
 
-    const auto follows =
-        openPort(kFollowSettings, [&](const auto& body, long sender) { return tweak.followSettings(body, sender); });
-    if (!follows) return failed(follows.error());
+    // All that a tweak may be without, none of which a page waits for.
+    std::vector<CFMessagePortRef> optional;
+    const auto open = [&](const char* message, Answer answer) {
+        auto port = openPort(message, std::move(answer));
+        if (!port) return Result<void>::failure(port.error());
+        optional.push_back(std::move(port).value());
+        return Result<void>();
+    };
+    Result<void> opened =
+        open(kFollowSettings, [&](const auto& body, long sender) { return tweak.followSettings(body, sender); });
+    if (opened) opened = open(kDefaults, [&](const auto&, long) { return tweak.defaults(); });
+    if (opened && withHistory) opened = open(kHistory, [&](const auto& body, long) { return tweak.history(body); });
+    if (!opened) return failed(opened.error());
 
-    if (!hasDescriptorsLeft(3 * kDescriptorsOfALoop + 1)) // one for a client
+    const std::size_t ports = 2 + optional.size();
+    if (!hasDescriptorsLeft(3 * kDescriptorsOfALoop + ports * kDescriptorsOfAPort + 1)) // one for a client
         return failed("cannot serve the ports: not enough descriptors are left");
 
     if (const auto usable = platform::checkPortsFolder(portName(kUpdateSettings)); !usable) logLine(usable.error());
-    const std::array<PortThread, 3> threads{PortThread(changes.value()), PortThread(requests.value()),
-                                            PortThread(follows.value())};
+    const std::array<PortThread, 3> threads{PortThread({changes.value()}), PortThread({requests.value()}),
+                                            PortThread(optional)};
     writeAtOnce(STDOUT_FILENO, "lumora-tweak ready, settings at " + settings.string() + "\n");
     notifyServiceManager();
     waitUntilAskedToLeave();
@@ -194,8 +210,16 @@ int run(const Arguments& arguments) {
         return failed("there is no home folder to keep settings in: set $XDG_CONFIG_HOME or use --settings");
     const Result<std::unique_ptr<SettingsStore>> store = SettingsStore::open(settings, logLine);
     if (!store) return failed(store.error());
-    Tweak tweak(*store.value(), arguments.tweak, logLine);
-    return serve(tweak, store.value()->path());
+    std::unique_ptr<History> history;
+    if (!arguments.noHistory) {
+        auto opened = History::open(History::besideSettings(store.value()->path()), logLine);
+        if (opened)
+            history = std::move(opened).value();
+        else
+            logLine(opened.error());
+    }
+    Tweak tweak(*store.value(), arguments.tweak, logLine, history.get());
+    return serve(tweak, store.value()->path(), history != nullptr);
 }
 
 } // namespace
@@ -216,6 +240,9 @@ when it is ready. SIGTERM and SIGINT end it once the change in hand is on disk.)
 make the settings larger than 4 MiB. Keys that are not Lumora's own belong to plug-ins and are kept like
 any other. A settings file that holds no settings is renamed to FILE.unreadable, never overwritten.
 
+Each change is recorded in a file beside the settings, com.nevo.lumora.history, with the values before and
+after it; of passcodes only that they have changed. It keeps the last 5,000 changes at most.
+
 Exit status: 0 after SIGTERM or SIGINT, 1 when it cannot start, 2 for wrong use.
 )");
     app.add_option("--root", arguments.root, "The folder that stands for the device's \"/\"; else $LUMORA_ROOT")
@@ -228,6 +255,7 @@ Exit status: 0 after SIGTERM or SIGINT, 1 when it cannot start, 2 for wrong use.
         ->type_name("KEY")
         ->check([](const std::string& key) { return platform::isUtf8(key) ? "" : "a key is UTF-8"; })
         ->allow_extra_args(false);
+    app.add_flag("--no-history", arguments.noHistory, "Record no changes, and offer no history");
     app.add_flag("--verbose", arguments.tweak.verbose,
                  "Write a line to standard error for each message, passcodes as dots");
     app.set_version_flag("--version", "lumora-tweak " LUMORA_VERSION, "Print the version and exit");

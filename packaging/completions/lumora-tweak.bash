@@ -7,7 +7,7 @@ _lumora_tweak() {
         --root) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
         --settings) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
         --omit) ;;
-        *) mapfile -t COMPREPLY < <(compgen -W '--root --settings --omit --verbose --help --version' -- "$word") ;;
+        *) mapfile -t COMPREPLY < <(compgen -W '--root --settings --omit --no-history --verbose --help --version' -- "$word") ;;
     esac
 }
 

@@ -234,7 +234,7 @@ TEST_F(TweakProgram, AnswersWhileNobodyReadsWhatItSaysAndTellsLaterHowManyLinesA
 TEST_F(TweakProgram, LeavesNoSocketsWhenASignalEndsIt) {
     for (const int signal : {SIGTERM, SIGINT}) {
         RunningTweak tweak(command());
-        EXPECT_EQ(sockets().size(), 3U);
+        EXPECT_EQ(sockets().size(), 5U);
         tweak.signal(signal);
         EXPECT_EQ(tweak.wait(), 0);
         EXPECT_THAT(sockets(), IsEmpty());
@@ -364,7 +364,8 @@ TEST_F(TweakProgram, TellsWrongUseFromHelp) {
     EXPECT_THAT(foreign.errors, HasSubstr("a key is UTF-8"));
     const Finished help = run({LUMORA_TWEAK, "--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* option : {"--root DIR", "--settings FILE", "--omit KEY", "--verbose", "--version", "--help"})
+    for (const char* option :
+         {"--root DIR", "--settings FILE", "--omit KEY", "--no-history", "--verbose", "--version", "--help"})
         EXPECT_THAT(help.output, HasSubstr(option));
     const Finished version = run({LUMORA_TWEAK, "--version"});
     EXPECT_EQ(version.status, 0);
