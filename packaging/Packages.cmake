@@ -62,8 +62,8 @@ debian_package(common lumora-common utils
   RECOMMENDS librsvg2-common
   DESCRIPTION
     "settings of a lock-screen enhancement, what its applications share"
-    "The wallpapers of the lock screen, the library that finds the installed"
-    "applications, and the program that draws their icons.")
+    "The wallpapers of the lock screen, profiles of settings, the library that finds"
+    "the installed applications, and the program that draws their icons.")
 debian_package(tweak lumora-tweak utils
   DEPENDS "${libraries} ${same}"
   SUGGESTS "lumora-settings, lumoractl"
@@ -73,12 +73,12 @@ debian_package(tweak lumora-tweak utils
     "programs that ask. It is started when a user logs in.")
 debian_package(lumoractl lumoractl utils
   DEPENDS "${libraries} ${same}"
-  RECOMMENDS lumora-tweak
+  RECOMMENDS "lumora-tweak, lumora-common"
   SUGGESTS lumora-settings
   DESCRIPTION
     "settings of a lock-screen enhancement, from a shell"
-    "Reads and changes the settings of Lumora as JSON, finds rows of its pages, and"
-    "tells what is wrong with plug-ins that do not show up.")
+    "Reads and changes the settings of Lumora as JSON, keeps them as profiles, finds"
+    "rows of its pages, and tells what is wrong with plug-ins that do not show up.")
 debian_package(libraries ${libraries} libs
   DESCRIPTION
     "settings of a lock-screen enhancement, the libraries"

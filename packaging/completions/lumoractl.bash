@@ -5,6 +5,10 @@ _lumoractl_keys() {
     lumoractl list 2>/dev/null | sed -n 's/^  "\([^"\\]*\)": .*/\1/p'
 }
 
+_lumoractl_profiles() {
+    lumoractl import --list 2>/dev/null | sed 's/ .*//'
+}
+
 _lumoractl_values() {
     local value
     value=$(lumoractl get "$1" 2>/dev/null)
@@ -22,7 +26,7 @@ _lumoractl() {
     done
     COMPREPLY=()
     if [[ -z $command ]]; then
-        mapfile -t COMPREPLY < <(compgen -W 'list get set watch archive unarchive plugins search --help --version' -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W 'list get set watch archive unarchive plugins search export import diff history undo at restore reset --help --version' -- "$word")
         return
     fi
     if [[ $word == -* ]]; then
@@ -33,6 +37,12 @@ _lumoractl() {
             archive | unarchive) options+=' --output -o' ;;
             plugins) options+=' --json --root --timeout' ;;
             search) options+=' --json --root --most' ;;
+            export) options+=' --changed --all --name --output -o --root' ;;
+            import) options+=' --check --dry-run --list --json --root' ;;
+            diff) options+=' --json --root' ;;
+            history) options+=' --json --since --clear' ;;
+            restore) options+=' --dry-run' ;;
+            reset) options+=' --all' ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
         return
@@ -43,6 +53,16 @@ _lumoractl() {
                 mapfile -t COMPREPLY < <(compgen -W "$(_lumoractl_keys)" -- "$word")
             elif [[ $command == set && ${COMP_WORDS[COMP_CWORD - 1]} == "$key" ]]; then
                 mapfile -t COMPREPLY < <(compgen -W "$(_lumoractl_values "$key")" -- "$word")
+            fi
+            ;;
+        export) mapfile -t COMPREPLY < <(compgen -W "$(_lumoractl_keys)" -- "$word") ;;
+        import | diff)
+            [[ $command == import && -n $key ]] ||
+                mapfile -t COMPREPLY < <(compgen -f -W "$(_lumoractl_profiles)" -- "$word")
+            ;;
+        history | reset)
+            if [[ -z $key || $command == reset ]]; then
+                mapfile -t COMPREPLY < <(compgen -W "$(_lumoractl_keys)" -- "$word")
             fi
             ;;
         archive | unarchive | plugins) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;

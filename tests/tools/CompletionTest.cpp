@@ -36,13 +36,21 @@ std::vector<std::string> offers(std::vector<std::string> words) {
 TEST(BashCompletion, OffersCommandsAndTheirOptions) {
     const Sandbox sandbox;
     EXPECT_THAT(offers({""}), UnorderedElementsAre("list", "get", "set", "watch", "archive", "unarchive", "plugins",
-                                                   "search", "--help", "--version"));
-    EXPECT_THAT(offers({"un"}), UnorderedElementsAre("unarchive"));
+                                                   "search", "export", "import", "diff", "history", "undo", "at",
+                                                   "restore", "reset", "--help", "--version"));
+    EXPECT_THAT(offers({"una"}), UnorderedElementsAre("unarchive"));
     EXPECT_THAT(offers({"list", "-"}), UnorderedElementsAre("--help", "--secrets"));
     EXPECT_THAT(offers({"watch", "-"}), UnorderedElementsAre("--help", "--json"));
     EXPECT_THAT(offers({"archive", "--o"}), UnorderedElementsAre("--output"));
     EXPECT_THAT(offers({"plugins", "-"}), UnorderedElementsAre("--help", "--json", "--root", "--timeout"));
     EXPECT_THAT(offers({"search", "-"}), UnorderedElementsAre("--help", "--json", "--root", "--most"));
+    EXPECT_THAT(offers({"export", "-"}),
+                UnorderedElementsAre("--help", "--changed", "--all", "--name", "--output", "-o", "--root"));
+    EXPECT_THAT(offers({"import", "--d"}), UnorderedElementsAre("--dry-run"));
+    EXPECT_THAT(offers({"diff", "-"}), UnorderedElementsAre("--help", "--json", "--root"));
+    EXPECT_THAT(offers({"history", "-"}), UnorderedElementsAre("--help", "--json", "--since", "--clear"));
+    EXPECT_THAT(offers({"restore", "-"}), UnorderedElementsAre("--help", "--dry-run"));
+    EXPECT_THAT(offers({"reset", "-"}), UnorderedElementsAre("--help", "--all"));
     EXPECT_THAT(offers({"list", ""}), IsEmpty());
 }
 
@@ -55,6 +63,8 @@ TEST(BashCompletion, OffersTheKeysOfTheRunningTweak) {
     EXPECT_THAT(keys, Contains("com.example.key"));
     EXPECT_THAT(offers({"set", "kSleepT"}), UnorderedElementsAre("kSleepTime"));
     EXPECT_THAT(offers({"get", "kSleepTime", ""}), IsEmpty());
+    EXPECT_THAT(offers({"history", "kSleepT"}), UnorderedElementsAre("kSleepTime"));
+    EXPECT_THAT(offers({"reset", "kTweakEnabled", "kSleepT"}), UnorderedElementsAre("kSleepTime"));
     EXPECT_THAT(offers({"get", "--secrets", "kSleepT"}), UnorderedElementsAre("kSleepTime"));
 }
 
@@ -71,6 +81,14 @@ TEST(BashCompletion, OffersBothValuesOfASwitchAndTheNumberThatIsSet) {
 TEST(BashCompletion, OffersNoKeysWithoutATweak) {
     const Sandbox sandbox;
     EXPECT_THAT(offers({"get", ""}), IsEmpty());
+}
+
+TEST(BashCompletion, OffersFilesAndShippedProfilesToImport) {
+    const Sandbox sandbox;
+    writeFile(sandbox.path() / "mine.json", "1");
+    EXPECT_THAT(offers({"import", "pl"}), Contains("plain"));
+    EXPECT_THAT(offers({"diff", sandbox.path().string() + "/"}), Contains((sandbox.path() / "mine.json").string()));
+    EXPECT_THAT(offers({"import", "plain", "la"}), IsEmpty());
 }
 
 TEST(BashCompletion, OffersFilesToArchive) {

@@ -230,3 +230,27 @@ TEST(Json, TakesNothingForADateButRealMomentsInItsOwnForm) {
           "2024-01-01T00:00:00ZZ", ""})
         EXPECT_EQ(errorOf(R"({"$date": ")" + text + R"("})"), R"(this is no value for "$date")") << text;
 }
+
+TEST(JsonDocument, TellsTheLinesOfItsUpperKeys) {
+    const auto read =
+        readJsonDocument("{\"a\": 1,\n\n \"b\": {\"c\":\n[{\"deep\": 1}], \"$$d\": 2},\r\n\"e\": 3}", {8, 10});
+    ASSERT_TRUE(read) << read.error();
+    std::vector<std::string> keys;
+    for (const auto& [depth, key, line] : read.value().keys)
+        keys.push_back(std::to_string(depth) + key + std::to_string(line));
+    EXPECT_THAT(keys, testing::ElementsAre("1a1", "1b3", "2c3", "2$d4", "1e5"));
+    EXPECT_EQ(read.value().value["b"]["$d"], Value(2));
+}
+
+TEST(JsonDocument, IsHeldToItsLimitsAndTellsWhere) {
+    const auto why = [](const std::string& json) { return readJsonDocument(json, {3, 3}).error(); };
+    EXPECT_EQ(why("[\n[[[1]]]]"), "line 2: lists and dictionaries are nested more than 3 deep");
+    EXPECT_EQ(why("{\"a\": 1,\n\"b\": {\"c\": 1},\n\n\"d\": 1}"), "line 4: there are more than 3 keys");
+    EXPECT_EQ(why("{\"a\": 1,\n\"a\": 1\n\n}"), "line 2: the key \"a\" stands there twice");
+    EXPECT_EQ(why("{\"a\": 1,\n\"b\" \"secret\"}"),
+              "line 2: syntax error while parsing object separator - unexpected string literal; expected ':'");
+    EXPECT_EQ(why("\n[\"secret"), "line 2: syntax error while parsing value - invalid string: missing closing quote");
+    EXPECT_EQ(why("[123456789012345678901]"), "line 1: a number is beyond 64 signed bits");
+    EXPECT_EQ(why("[1234e999]"), "line 1: a number is beyond what a real can be");
+    EXPECT_TRUE(readJsonDocument("[[[1]]]", {3, 3}));
+}

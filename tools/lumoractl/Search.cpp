@@ -1,14 +1,9 @@
 #include "tools/lumoractl/Search.h"
 
-#include "tools/lumoractl/Streams.h"
+#include "tools/lumoractl/PageIndex.h"
 
-#include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/Unicode.h"
-#include "search/IndexChild.h"
-#include "search/IndexFile.h"
 #include "search/Search.h"
-
-#include <optional>
 
 using platform::Dictionary;
 using platform::List;
@@ -19,24 +14,6 @@ namespace lumora {
 namespace {
 
 constexpr const char* kBetweenTitles = " \u203A ";
-
-Result<search::Index> currentIndex(const std::filesystem::path& root) {
-    using Found = Result<search::Index>;
-    search::IndexOrder order;
-    order.root = root;
-    order.bundle = platform::standardBundle();
-    auto kept = search::readIndex(search::indexFile(), stampOf(sourcesOf(order)));
-    if (kept && kept->current) return std::move(kept->index);
-    Result<search::MadeIndex> made = search::makeAndKeepIndex(order);
-    if (!made && !kept) return Found::failure("there is no index of the pages: " + made.error());
-    if (!made) {
-        complain("the index of the pages is out of date: " + made.error());
-        return std::move(kept->index);
-    }
-    for (const std::string& missing : made.value().missing)
-        complain("left out: " + missing);
-    return std::move(made).value().index;
-}
 
 Dictionary documentOf(const search::Index& index, const search::Hit& hit) {
     const search::Entry& entry = index.entries()[hit.entry];
@@ -52,6 +29,7 @@ Dictionary documentOf(const search::Index& index, const search::Hit& hit) {
     if (!entry.identifier.empty()) document.set("identifier", entry.identifier);
     if (!entry.key.empty()) document.set("key", entry.key);
     if (!hit.also.empty()) document.set("also", hit.also);
+    if (!entry.chosenBy.empty()) document.set("chosenBy", List(entry.chosenBy.begin(), entry.chosenBy.end()));
     if (hit.similar) document.set("similar", true);
     return document;
 }
@@ -79,6 +57,7 @@ std::string resultLines(const List& results) {
             lines += printableTextOf(title) + kBetweenTitles;
         lines += printableTextOf(result["title"]);
         if (const std::string also = printableTextOf(result["also"]); !also.empty()) lines += "  (also: " + also + ")";
+        if (!result["chosenBy"].isNil()) lines += "  (while it is chosen)";
         lines += "\n";
     }
     return lines;

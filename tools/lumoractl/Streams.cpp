@@ -1,5 +1,7 @@
 #include "tools/lumoractl/Streams.h"
 
+#include "json/Json.h"
+
 #include "platform/foundation/Unicode.h"
 
 #include <array>
@@ -38,13 +40,15 @@ std::string failure(const char* verb, const std::string& name, const char* stand
 
 } // namespace
 
-Result<Data> readAll(const std::string& name) {
+Result<Data> readAll(const std::string& name, std::size_t most) {
     const Stream stream(name, "rb", stdin);
     Data bytes;
     if (stream.file()) {
         std::array<std::uint8_t, 65536> block{};
-        while (const std::size_t got = std::fread(block.data(), 1, block.size(), stream.file()))
+        for (std::size_t got = 1; got > 0 && bytes.size() < most;) {
+            got = std::fread(block.data(), 1, block.size(), stream.file());
             bytes.insert(bytes.end(), block.begin(), block.begin() + static_cast<std::ptrdiff_t>(got));
+        }
     }
     if (!stream.file() || std::ferror(stream.file()))
         return Result<Data>::failure(failure("read", name, "standard input"));
@@ -57,6 +61,15 @@ Result<void> writeAll(const std::string& name, const void* bytes, std::size_t si
     if (!stream.file() || std::fwrite(bytes, 1, size, stream.file()) != size || std::fflush(stream.file()) != 0)
         return Result<void>::failure(failure("write", name, "standard output"));
     return {};
+}
+
+Result<void> printJson(const platform::Value& value) {
+    const Result<std::string> json = writeJson(value);
+    return json ? printText(json.value() + "\n") : Result<void>::failure(json.error());
+}
+
+Result<void> printText(const std::string& text) {
+    return writeAll("-", text.data(), text.size());
 }
 
 void complain(const std::string& what) {

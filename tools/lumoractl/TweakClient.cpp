@@ -42,16 +42,35 @@ std::string reasonOf(CFMessagePortResult result, const std::string& name) {
     return usable ? explain(result, (platform::portsFolder() / name).string()) : usable.error();
 }
 
+CFMessagePortResult send(const std::string& name, const std::optional<Data>& body, Reply& reply) {
+    return CFMessagePortSendRequest(*CFMessagePortCreateRemote(name), kMessageId, body, kSendTimeout, kReceiveTimeout,
+                                    &reply);
+}
+
 Result<Reply> ask(const std::string& message, const std::optional<Data>& body) {
     const std::string name = portName(message);
     Reply reply;
-    const CFMessagePortResult result = CFMessagePortSendRequest(*CFMessagePortCreateRemote(name), kMessageId, body,
-                                                                kSendTimeout, kReceiveTimeout, &reply);
+    const CFMessagePortResult result = send(name, body, reply);
     if (result == platform::kCFMessagePortSuccess) return reply;
     return Result<Reply>::failure(reasonOf(result, name));
 }
 
 } // namespace
+
+Result<std::optional<Value>> askOptional(const std::string& message, const Value& object) {
+    using Asked = Result<std::optional<Value>>;
+    const std::string name = portName(message);
+    const auto body = object.isNil() ? std::nullopt : NSKeyedArchiver::archivedDataWithRootObject(messageWith(object));
+    Reply reply;
+    const CFMessagePortResult result = send(name, body, reply);
+    if (result == platform::kCFMessagePortIsInvalid && platform::CFMessagePortIsServed(portName(kRequestTweakSettings)))
+        return Asked(std::nullopt);
+    if (result != platform::kCFMessagePortSuccess) return Asked::failure(reasonOf(result, name));
+    if (!reply) return Asked(Value());
+    const Result<Value> read = NSKeyedUnarchiver::unarchive(*reply);
+    if (!read) return Asked::failure("the tweak's answer is no keyed archive: " + read.error());
+    return Asked(read.value());
+}
 
 std::string whyNoTweakAnswers() {
     return reasonOf(platform::kCFMessagePortIsInvalid, portName(kRequestTweakSettings));

@@ -3,6 +3,7 @@
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
+#include <optional>
 #include <string>
 
 namespace lumora {
@@ -16,6 +17,11 @@ namespace lumora {
 /// Changes one setting. Fails in the tweak's own words where it refuses; a tweak that gives no reasons is taken at its
 /// word.
 [[nodiscard]] platform::Result<void> changeSetting(const std::string& key, const platform::Value& value);
+
+/// The answer to a message that a tweak may be without, whose body is about the object, or which has none if that is nil.
+/// Nothing where a tweak answers that does not offer it; nil where it has no answer.
+[[nodiscard]] platform::Result<std::optional<platform::Value>> askOptional(const std::string& message,
+                                                                           const platform::Value& object = nullptr);
 
 /// What to tell a person where no tweak answers: that, or why programs do not meet in the ports folder.
 [[nodiscard]] std::string whyNoTweakAnswers();

@@ -1,3 +1,9 @@
+#include "tools/lumoractl/AddCommand.h"
+#include "tools/lumoractl/Diff.h"
+#include "tools/lumoractl/Ending.h"
+#include "tools/lumoractl/Export.h"
+#include "tools/lumoractl/Import.h"
+#include "tools/lumoractl/PastCommands.h"
 #include "tools/lumoractl/Plugins.h"
 #include "tools/lumoractl/Search.h"
 #include "tools/lumoractl/Streams.h"
@@ -19,8 +25,10 @@
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 using platform::Data;
@@ -32,8 +40,6 @@ using platform::Value;
 
 namespace lumora {
 namespace {
-
-enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUse = 2 };
 
 struct Arguments {
     std::string key;
@@ -48,11 +54,6 @@ struct Arguments {
     double timeout = std::chrono::duration<double>(platform::ProbeLimits().clock).count();
     bool json = false;
 };
-
-int report(const std::string& error, ExitCode code = kFailed) {
-    complain(error);
-    return code;
-}
 
 int write(const std::string& name, const void* bytes, std::size_t size) {
     const Result<void> written = writeAll(name, bytes, size);
@@ -95,11 +96,8 @@ int get(const Arguments& arguments) {
 std::string doubtAbout(const std::string& key, const Setting* setting, const Value& value) {
     // Keys of plug-ins have dots.
     if (!setting) return key.find('.') == std::string::npos ? "warning: Lumora has no setting " + key : "";
-    if (!setting->bounds || !value.isNumber()) return {};
-    const auto [least, most] = *setting->bounds;
-    const bool within = value.doubleValue() >= least && value.doubleValue() <= most;
-    return within ? ""
-                  : "warning: the page sets " + key + " from " + std::to_string(least) + " to " + std::to_string(most);
+    const std::string beyond = beyondItsPage(*setting, value);
+    return beyond.empty() ? "" : "warning: " + beyond;
 }
 
 int set(const Arguments& arguments) {
@@ -220,6 +218,15 @@ class CommandLine {
         addFiles(*command("unarchive", "Turn a keyed archive into JSON", unarchive));
         addPlugins(*command("plugins", "List the App View plug-ins, or why they are skipped", plugins));
         addSearch(*command("search", "Find rows of the pages by their words", lumora::search));
+        const AddCommand add = [this](const std::string& name, const std::string& help, std::function<int()> run) {
+            return command(name, help, [run = std::move(run)](const Arguments&) { return run(); });
+        };
+        addExport(add);
+        addImport(add);
+        addDiff(add);
+        past_.addTo(app_, [this](std::function<int()> action) {
+            chosen_ = [action = std::move(action)](const Arguments&) { return action(); };
+        });
     }
 
     int run(int count, const char* const* words) {
@@ -235,9 +242,9 @@ class CommandLine {
     }
 
   private:
-    using Action = int (*)(const Arguments&);
+    using Action = std::function<int(const Arguments&)>;
 
-    CLI::App* command(const std::string& name, const std::string& help, Action action) {
+    CLI::App* command(const std::string& name, const std::string& help, const Action& action) {
         CLI::App* command = app_.add_subcommand(name, help);
         command->footer(kExitStatus);
         command->callback([this, action] { chosen_ = action; });
@@ -309,7 +316,8 @@ class CommandLine {
 
     CLI::App app_{kAbout, "lumoractl"};
     Arguments arguments_;
-    Action chosen_ = nullptr;
+    PastCommands past_;
+    Action chosen_;
 };
 
 } // namespace
