@@ -1,6 +1,7 @@
 // Searching an index of 10,000 rows, against looking for each word in each row's texts as they stand in memory; and
 // what the index of the sample device costs to read from the cache and to make.
 
+#include "SearchedRows.h"
 #include "search/Folding.h"
 #include "search/IndexChild.h"
 #include "search/IndexFile.h"
@@ -13,52 +14,16 @@
 #include <array>
 #include <ctime>
 #include <iterator>
-#include <random>
 #include <sys/resource.h>
 
 namespace {
-
-constexpr std::size_t kRows = 10000;
-constexpr std::size_t kRowsOfPage = 50;
-constexpr std::array kWordsOfRows{
-    "Blur",   "Color",     "Opacity", "Passcode",     "View",   "Enable",   "Hide",           "Button",
-    "Badges", "Labels",    "Icon",    "Size",         "Date",   "Subtitle", "Unlock",         "Screen",
-    "Lock",   "Battery",   "Status",  "Bar",          "Camera", "Grabber",  "Slide",          "Font",
-    "Offset", "Spacing",   "Tint",    "Notification", "Sleep",  "After",    "Schl\u00FCssel", "Gr\u00F6\u00DFe",
-    "Farbe",  "\u00C9cran"};
 
 /// What people type, of one letter and of many words, found in most rows and in few.
 constexpr std::array kQueries{"e", "bl", "blur", "blur color", "passcode view hid", "grosse farbe ecran", "kTest4711"};
 constexpr std::array kQueriesWithMistakes{"opactiy", "notifcation sleep", "pascode vieww", "batery statos qqqq"};
 
-search::Index tenThousandRows() {
-    std::mt19937 random(1);
-    const auto words = [&](std::size_t count) {
-        std::string text;
-        while (count-- > 0)
-            text += (text.empty() ? "" : " ") + std::string(kWordsOfRows[random() % kWordsOfRows.size()]);
-        return text;
-    };
-    std::vector<search::Page> pages{{"Root", "Lumora", std::nullopt, 0, "", ""}};
-    std::vector<search::Entry> entries;
-    for (std::size_t i = 0; i < kRows; ++i) {
-        if (i % kRowsOfPage == 0) pages.push_back({"Page", words(2), random() % pages.size(), i, "", ""});
-        search::Entry entry;
-        entry.page = pages.size() - 1;
-        entry.row = i % kRowsOfPage;
-        entry.title = words(2 + random() % 3);
-        entry.identifier = entry.key = "kTest" + std::to_string(i);
-        entry.header = words(2);
-        entry.footer = words(10);
-        if (random() % 4 == 0) entry.options = {words(1), words(1), words(2)};
-        entry.words = {words(1), words(2)};
-        entries.push_back(std::move(entry));
-    }
-    return {std::move(pages), std::move(entries)};
-}
-
 const search::Index& rowsToSearch() {
-    static const search::Index index = tenThousandRows();
+    static const search::Index index = bench::tenThousandRows();
     return index;
 }
 

@@ -1,6 +1,7 @@
 // From a key in the search to the drawn results, among 10,000 rows: by the clock, as a person waits for it.
 
 #include "Frames.h"
+#include "SearchedRows.h"
 #include "settings/model/SearchModel.h"
 
 #include <benchmark/benchmark.h>
@@ -17,7 +18,6 @@
 #include <algorithm>
 #include <array>
 #include <memory>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -26,41 +26,14 @@ Q_IMPORT_QML_PLUGIN(LumoraPlugin)
 
 namespace {
 
-constexpr std::size_t kDrawnRows = 10000;
-constexpr std::size_t kDrawnRowsOfPage = 50;
 constexpr int kFramePatience = 1000; // milliseconds
-constexpr std::array kTitleWords{"Blur", "Color", "Opacity", "Passcode", "View", "Enable", "Hide",  "Button", "Badges",
-                                 "Icon", "Size",  "Date",    "Unlock",   "Lock", "Status", "Slide", "Font",   "Tint"};
 constexpr std::array kTyped{"blur color", "passcode view", "opactiy", "hide button size"};
-
-search::Index manyRows() {
-    std::mt19937 random(1);
-    const auto words = [&](std::size_t count) {
-        std::string text;
-        while (count-- > 0)
-            text += (text.empty() ? "" : " ") + std::string(kTitleWords[random() % kTitleWords.size()]);
-        return text;
-    };
-    std::vector<search::Page> pages{{"Root", "Lumora", std::nullopt, 0, "", ""}};
-    std::vector<search::Entry> entries;
-    for (std::size_t i = 0; i < kDrawnRows; ++i) {
-        if (i % kDrawnRowsOfPage == 0) pages.push_back({"Page", words(2), random() % pages.size(), i, "", ""});
-        search::Entry entry;
-        entry.page = pages.size() - 1;
-        entry.row = i % kDrawnRowsOfPage;
-        entry.title = words(2 + random() % 3);
-        entry.key = entry.identifier = "kRow" + std::to_string(i);
-        entry.cell = 6;
-        entries.push_back(std::move(entry));
-    }
-    return {std::move(pages), std::move(entries)};
-}
 
 /// A window with nothing but the search.
 class SearchWindow {
   public:
     SearchWindow() {
-        search_.setIndex(manyRows());
+        search_.setIndex(bench::tenThousandRows());
         engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
         QQmlComponent component(&engine_, QUrl(QStringLiteral("qrc:/qt/qml/Lumora/SearchPanel.qml")));
         panel_.reset(component.createWithInitialProperties({{QStringLiteral("search"), QVariant::fromValue(&search_)},

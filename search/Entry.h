@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/foundation/Value.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -52,7 +54,15 @@ struct Entry {
     std::string footer{};               ///< the same
     std::string placeholder{};          ///< of a field
     std::vector<std::string> options{}; ///< the titles of an option list
-    std::vector<std::string> words{};   ///< further words for the same thing, see furtherWords()
+    // What the row shows of the setting's value depends on these, as platform::PSSpecifier has them.
+    std::vector<std::string> shortTitles{};
+    std::vector<platform::Value> values{};
+    std::optional<double> minimum{};
+    std::optional<double> maximum{};
+    bool showsNumber = false; ///< a slider, beside itself
+    /// Of a list of what is chosen elsewhere: the keys of lists, one of which has the identifier while there is the row.
+    std::vector<std::string> chosenBy{};
+    std::vector<std::string> words{}; ///< further words for the same thing, see furtherWords()
     friend bool operator==(const Entry&, const Entry&) = default;
 };
 

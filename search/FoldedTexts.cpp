@@ -23,7 +23,7 @@ class TextFolder {
     [[nodiscard]] std::uint64_t lettersAt(Place place) const {
         std::uint64_t letters = 0;
         for (const FoldedTexts::Word word : folded_.wordsAt(place))
-            letters |= letters_[word.number];
+            letters |= folded_.letters[word.number];
         return letters;
     }
     [[nodiscard]] std::string textAt(Place place) const {
@@ -42,7 +42,7 @@ class TextFolder {
             const auto [found, isNew] = numbers_.try_emplace(std::string(word), folded_.known.size());
             if (isNew) {
                 folded_.known.emplace_back(word);
-                letters_.push_back(lettersOf(word));
+                folded_.letters.push_back(lettersOf(word));
             }
             folded_.all.push_back({static_cast<std::uint32_t>(found->second) & 0x7FFFFFFFU, isFirst ? 1U : 0U});
             isFirst = false;
@@ -51,7 +51,6 @@ class TextFolder {
 
     FoldedTexts folded_;
     std::unordered_map<std::string, std::size_t> numbers_;
-    std::vector<std::uint64_t> letters_; ///< of each different word
 };
 
 } // namespace

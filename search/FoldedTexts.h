@@ -34,7 +34,8 @@ struct FoldedTexts {
         Place words;            ///< the further words
         std::string plainTitle; ///< its letters and digits
     };
-    std::vector<std::string> known; ///< the different words, by number
+    std::vector<std::string> known;     ///< the different words, by number
+    std::vector<std::uint64_t> letters; ///< of each of these
     std::vector<Word> all;
     std::vector<OfPage> pages;
     std::vector<OfEntry> entries;

@@ -4,9 +4,9 @@
 #include "platform/foundation/Unicode.h"
 #include "search/IndexFile.h"
 #include "search/PageLine.h"
+#include "search/PrivateFolder.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string_view>
@@ -32,26 +32,6 @@ constexpr std::chrono::seconds kToBegin{10};
 /// How long a stop may go unseen.
 constexpr std::chrono::milliseconds kLook{50};
 
-/// A folder for what the process leaves behind, however it ends.
-class PrivateFolder {
-  public:
-    PrivateFolder() {
-        std::error_code unknown;
-        std::string name = (fs::temp_directory_path(unknown) / "lumora-index-XXXXXX").string();
-        if (!unknown && ::mkdtemp(name.data())) path_ = name;
-    }
-    PrivateFolder(const PrivateFolder&) = delete;
-    PrivateFolder& operator=(const PrivateFolder&) = delete;
-    ~PrivateFolder() {
-        std::error_code left; // what cannot be removed is the system's to tidy up
-        if (!path_.empty()) fs::remove_all(path_, left);
-    }
-    [[nodiscard]] const fs::path& path() const { return path_; }
-
-  private:
-    fs::path path_;
-};
-
 /// A page that a process has begun to make.
 struct BegunPage {
     std::string name; ///< by which another process goes on behind it; "s…" for the page of a plug-in
@@ -72,7 +52,10 @@ class IndexWalk {
           bytesLeft_(order.mostBytes) {}
 
     Result<MadeIndex> run() {
-        if (folder_.path().empty()) return Result<MadeIndex>::failure("there is no folder for temporary files");
+        std::error_code unknown;
+        const fs::path temporary = fs::temp_directory_path(unknown);
+        if (unknown || !folder_.makeIn(temporary))
+            return Result<MadeIndex>::failure("there is no folder for temporary files");
         while (!ended_) {
             auto started = ChildProcess::start(command(), {.memory = kIndexMemory});
             if (!started) return Result<MadeIndex>::failure(started.error());
@@ -190,7 +173,7 @@ class IndexWalk {
     const IndexOrder& order_;
     const std::function<void(const Index&)>& known_;
     std::stop_token stop_;
-    const PrivateFolder folder_;
+    PrivateFolder folder_; ///< for what the process leaves behind, however it ends
     const Clock::time_point deadline_;
     std::size_t bytesLeft_;
     std::unique_ptr<ChildProcess> child_;
@@ -226,7 +209,7 @@ Result<MadeIndex> makeAndKeepIndex(const IndexOrder& order, const std::function<
     Result<MadeIndex> made = makeIndex(order, known, std::move(stop));
     if (!made) return made;
     // Silent: without the file, the next start makes the index again, and nothing else is lost.
-    (void)writeIndex(indexFile(), made.value().index, made.value().whole ? stamp : "");
+    (void)writeIndex(indexFile(sourcesOf(order)), made.value().index, made.value().whole ? stamp : "");
     return made;
 }
 

@@ -6,13 +6,16 @@
 #include "search/Checksum.h"
 #include "search/PageLine.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace search {
 
@@ -22,7 +25,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kIndexFormat = "lumora-index 1 ";
+constexpr std::string_view kIndexFormat = "lumora-index 2 ";
+constexpr std::size_t kIndexesToKeep = 4;
 constexpr std::uint64_t kLargestIndex = std::uint64_t{16} << 20U;
 
 /// The text of a file that only this user can have written.
@@ -53,12 +57,20 @@ Result<void> failed(const char* what, const fs::path& path) {
     return Result<void>::failure(std::string(what) + " " + path.string() + ": " + std::strerror(errno));
 }
 
-} // namespace
-
-fs::path indexFile() {
-    const fs::path folder = platform::userFolder("XDG_CACHE_HOME", ".cache");
-    return folder.is_absolute() ? folder / "lumora/index" : fs::path();
+/// Removes the oldest indexes of a folder, and what writers that were ended have left. Silent about what cannot be
+/// removed: the next one that writes tries again.
+void removeOldest(const fs::path& folder) {
+    std::vector<std::pair<fs::file_time_type, fs::path>> indexes;
+    std::error_code unknown;
+    for (const auto& each : std::vector(fs::directory_iterator(folder, unknown), fs::directory_iterator()))
+        if (each.path().filename().native().starts_with("index"))
+            indexes.emplace_back(each.last_write_time(unknown), each.path());
+    std::ranges::sort(indexes, std::greater());
+    for (std::size_t i = kIndexesToKeep; i < indexes.size(); ++i)
+        fs::remove(indexes[i].second, unknown);
 }
+
+} // namespace
 
 std::optional<KeptIndex> readIndex(const fs::path& file, std::string_view stamp) {
     const auto text = ownText(file);
@@ -99,7 +111,9 @@ Result<void> writeIndex(const fs::path& path, const Index& index, std::string_vi
         return why;
     };
     if (!file.write(text.data(), text.size())) return giveUp("cannot write");
-    return ::rename(made.c_str(), path.c_str()) == 0 ? Result<void>() : giveUp("cannot replace");
+    if (::rename(made.c_str(), path.c_str()) != 0) return giveUp("cannot replace");
+    removeOldest(path.parent_path());
+    return {};
 }
 
 } // namespace search

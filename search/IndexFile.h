@@ -27,15 +27,16 @@ struct KeptIndex {
     bool current = false; ///< the sources are as they were when it was made
 };
 
-/// Where the user's index is kept: `$XDG_CACHE_HOME/lumora/index`. Empty for a user without a home. Any thread, while no
-/// thread changes the environment.
-[[nodiscard]] std::filesystem::path indexFile();
+/// Where the user's index of these sources is kept: `$XDG_CACHE_HOME/lumora/index-…`, a name for each device root,
+/// bundle, program and language. Empty for a user without a home. Any thread, while no thread changes the environment.
+[[nodiscard]] std::filesystem::path indexFile(const Sources& sources);
 
 /// The index in a file; nothing if there is none, or if it is damaged, too large, written by another version, or not the
 /// user's own. Any thread.
 [[nodiscard]] std::optional<KeptIndex> readIndex(const std::filesystem::path& file, std::string_view stamp);
 
-/// Replaces the file as a whole, for the user alone, and makes its folder. Any thread.
+/// Replaces the file as a whole, for the user alone, and makes its folder, in which the latest four indexes stay. Any
+/// thread.
 [[nodiscard]] platform::Result<void> writeIndex(const std::filesystem::path& file, const Index& index,
                                                 std::string_view stamp);
 

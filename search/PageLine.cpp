@@ -41,6 +41,12 @@ Dictionary documentOf(const Entry& entry) {
     setText(document, "footer", entry.footer);
     setText(document, "placeholder", entry.placeholder);
     setTexts(document, "options", entry.options);
+    setTexts(document, "shortTitles", entry.shortTitles);
+    if (!entry.values.empty()) document.set("values", List(entry.values));
+    if (entry.minimum) document.set("minimum", *entry.minimum);
+    if (entry.maximum) document.set("maximum", *entry.maximum);
+    if (entry.showsNumber) document.set("showsNumber", true);
+    setTexts(document, "chosenBy", entry.chosenBy);
     setTexts(document, "words", entry.words);
     return document;
 }
@@ -72,6 +78,12 @@ class LineReader {
         const std::int64_t number = value.integer().value_or(-1);
         if (number < 0 || number > most) good_ = false;
         return good_ ? std::optional(number) : std::nullopt;
+    }
+    std::optional<double> real(const char* key) {
+        const Value value = take(key);
+        if (value.isNil()) return std::nullopt;
+        if (!value.isNumber()) good_ = false;
+        return value.doubleValue();
     }
     bool flag(const char* key) { return take(key).boolValue(); }
     void refuse() { good_ = false; }
@@ -109,6 +121,12 @@ std::optional<Entry> entryOf(const Value& document) {
     entry.footer = read.text("footer");
     entry.placeholder = read.text("placeholder");
     entry.options = read.texts("options");
+    entry.shortTitles = read.texts("shortTitles");
+    entry.values = read.list("values");
+    entry.minimum = read.real("minimum");
+    entry.maximum = read.real("maximum");
+    entry.showsNumber = read.flag("showsNumber");
+    entry.chosenBy = read.texts("chosenBy");
     entry.words = read.texts("words");
     return read.isGood() ? std::optional(std::move(entry)) : std::nullopt;
 }

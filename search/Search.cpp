@@ -81,9 +81,9 @@ class Query {
     /// In which of all different words the word is.
     void findInAll(const SoughtWord& word) {
         std::vector<Where>& places = places_.emplace_back();
-        places.reserve(folded_.known.size());
-        for (const std::string& known : folded_.known)
-            places.push_back(found(known, word).where);
+        places.resize(folded_.known.size(), Where::nowhere);
+        for (std::size_t i = 0; i < places.size(); ++i)
+            if (canHave(folded_.letters[i], word)) places[i] = found(folded_.known[i], word).where;
     }
     /// What the word with that number counts where it is found best among these.
     [[nodiscard]] int points(const Points& points, FoldedTexts::Place place, std::size_t word) const {
@@ -172,9 +172,10 @@ class Query {
             join(ranges);
     }
 
-    /// The one in which the word has its best place.
+    /// The one in which the word has its best place, of those that are for people.
     [[nodiscard]] std::string otherTextWith(const Entry& entry, const SoughtWord& word) const {
         std::vector<std::string_view> texts = restOf(entry);
+        std::erase_if(texts, [&](std::string_view text) { return text == entry.identifier || text == entry.key; });
         texts.insert(texts.end(), entry.words.begin(), entry.words.end());
         std::string_view best;
         Where where = Where::nowhere;

@@ -24,7 +24,7 @@ struct Hit {
     std::vector<Range> title{};             ///< what of the entry's title is found, from left to right
     std::vector<std::vector<Range>> path{}; ///< the same of the titles of Index::wayTo(), one for each page
     /// Why it is found, when neither title nor path have all words: the further word, or the text of the row or its
-    /// group, which has the first of the others. Empty otherwise.
+    /// group, which has the first of the others. Empty otherwise, and for what only the identifier has.
     std::string also{};
 };
 

@@ -24,8 +24,9 @@ constexpr std::size_t kMostFolders = 2000;
 /// Collects the states of files.
 class States {
   public:
+    void addName(const fs::path& path) { text_ << path.native() << '\0'; }
     void add(const fs::path& path) {
-        text_ << path.native() << '\0';
+        addName(path);
         struct stat facts {};
         if (::stat(path.c_str(), &facts) != 0) return;
         text_ << std::hex << facts.st_dev << ':' << facts.st_ino << ':' << facts.st_size;
@@ -52,9 +53,13 @@ class States {
             if (++count == kMostFolders) break;
         }
     }
-    void addVariable(const char* name) {
-        const char* value = std::getenv(name);
-        text_ << name << '=' << (value ? value : "") << '\0';
+    /// What of it changes the texts of pages.
+    void addEnvironment() {
+        for (const char* name : {"LC_ALL", "LC_MESSAGES", "LC_COLLATE", "LANG", "LANGUAGE", "XDG_CURRENT_DESKTOP",
+                                 "FONTCONFIG_FILE", "FONTCONFIG_PATH"}) {
+            const char* value = std::getenv(name);
+            text_ << name << '=' << (value ? value : "") << '\0';
+        }
     }
     [[nodiscard]] std::string checksum() const { return checksumOf(text_.str()); }
 
@@ -75,11 +80,19 @@ std::vector<fs::path> dataFolders() {
 
 } // namespace
 
+fs::path indexFile(const Sources& sources) {
+    const fs::path folder = platform::userFolder("XDG_CACHE_HOME", ".cache");
+    if (!folder.is_absolute()) return {};
+    States states;
+    states.addEnvironment();
+    for (const fs::path& source : {platform::devicePath("/"), sources.bundle, sources.program})
+        states.addName(source);
+    return folder / "lumora" / ("index-" + states.checksum());
+}
+
 std::string stampOf(const Sources& sources) {
     States states;
-    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LC_COLLATE", "LANG", "LANGUAGE", "XDG_CURRENT_DESKTOP",
-                                 "FONTCONFIG_FILE", "FONTCONFIG_PATH"})
-        states.addVariable(variable);
+    states.addEnvironment();
     states.add(sources.program);
     states.addContents(sources.bundle);
     const fs::path plugins = platform::devicePath("/Library/Nevo/Lumora/Plugins");

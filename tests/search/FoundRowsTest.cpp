@@ -58,10 +58,10 @@ TEST_F(FoundRows, AreAllThatPagesShow) {
     for (const char* other : {"PSListItemsController", "NotesPage", "WeatherPage"})
         EXPECT_EQ(pages.erase(other), 1U) << other; // is made by a row alone
     std::size_t count = 0;
-    const std::string program = LUMORA_BINARIES "/lumora-settings";
+    const std::string program = std::string(LUMORA_BINARIES) + "/lumora-settings";
     for (const std::string& page : pages) {
         const tests::Finished shown =
-            tests::run({program, "--root", LUMORA_TEST_ROOT, "--timeout", "60", "--rows", page});
+            tests::run({program, "--root", std::string(LUMORA_TEST_ROOT), "--timeout", "60", "--rows", page});
         ASSERT_EQ(shown.status, 0) << shown.errors;
         const Value document = lumora::readJson(shown.output).value();
         const List rows = listOf(document["rows"]);
@@ -103,6 +103,20 @@ TEST_F(FoundRows, AreThoseOfPlugInsToo) {
         ASSERT_EQ(found.size(), 1U) << title;
         EXPECT_EQ(index().pages()[index().entries()[found.front().entry].page].pageClass, page);
     }
+}
+
+TEST_F(FoundRows, AreThoseThatCouldBeChosenOnAnotherPage) {
+    std::set<std::string> toChoose;
+    std::set<std::string> chosen;
+    for (const search::Entry& entry : index().entries()) {
+        const std::string& page = index().pages()[entry.page].pageClass;
+        if (page == "AppsListController") toChoose.insert(entry.identifier);
+        if (page != "AUAppsListController") continue;
+        chosen.insert(entry.identifier);
+        EXPECT_EQ(entry.chosenBy, (std::vector<std::string>{"kAppsEnabled", "kAUAppsDisabled"}));
+    }
+    EXPECT_GE(chosen.size(), 25U);
+    EXPECT_EQ(chosen, toChoose);
 }
 
 TEST_F(FoundRows, SayWhichSettingTheyShowAndWhetherItIsSecret) {

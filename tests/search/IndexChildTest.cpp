@@ -107,12 +107,13 @@ TEST_F(IndexChild, KeepsWhatIsWhole) {
     search::IndexOrder order = this->order();
     ASSERT_TRUE(search::makeAndKeepIndex(order));
     order.forPage = std::chrono::seconds(2);
-    auto kept = search::readIndex(search::indexFile(), stampOf(sourcesOf(order)));
+    const search::Sources sources = sourcesOf(order);
+    auto kept = search::readIndex(indexFile(sources), stampOf(sources));
     ASSERT_TRUE(kept);
     EXPECT_TRUE(kept->current);
     plugins.add("hang.bundle", "HostilePage");
     ASSERT_TRUE(search::makeAndKeepIndex(order));
-    kept = search::readIndex(search::indexFile(), stampOf(sourcesOf(order)));
+    kept = search::readIndex(indexFile(sources), stampOf(sources));
     ASSERT_TRUE(kept);
     EXPECT_FALSE(kept->current);
     EXPECT_TRUE(has(kept->index, "hang"));

@@ -6,9 +6,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <set>
 #include <sys/stat.h>
 
 namespace {
@@ -98,7 +100,33 @@ TEST_F(IndexFileTest, SaysWhyAFileCannotBeWritten) {
 TEST_F(IndexFileTest, StandsInTheUsersCache) {
     const tests::KeptEnvironment kept;
     ::setenv("XDG_CACHE_HOME", "/somewhere/else", 1);
-    EXPECT_EQ(search::indexFile(), "/somewhere/else/lumora/index");
+    EXPECT_EQ(search::indexFile({}).parent_path(), "/somewhere/else/lumora");
+}
+
+TEST_F(IndexFileTest, IsAnotherOneForAnotherDeviceRootBundleProgramOrLanguage) {
+    const tests::KeptEnvironment kept;
+    std::set<fs::path> files{search::indexFile({"bundle", "program"}), search::indexFile({"other", "program"}),
+                             search::indexFile({"bundle", "other"})};
+    ::setenv("LUMORA_ROOT", folder.path().c_str(), 1);
+    files.insert(search::indexFile({"bundle", "program"}));
+    ::setenv("LC_ALL", "sv_SE.UTF-8", 1);
+    files.insert(search::indexFile({"bundle", "program"}));
+    EXPECT_EQ(files.size(), 5U);
+    EXPECT_EQ(search::indexFile({"bundle", "program"}), search::indexFile({"bundle", "program"}));
+}
+
+TEST_F(IndexFileTest, StaysWithTheLatestThreeOthers) {
+    using namespace std::chrono_literals;
+    std::vector<fs::path> older;
+    for (const char* name : {"index-1", "index-2", "index-3", "index-4.half-written", "other"}) {
+        older.push_back(file.parent_path() / name);
+        std::ofstream(older.back()) << "x";
+        fs::last_write_time(older.back(), fs::last_write_time(file) - 1h * older.size());
+    }
+    ASSERT_TRUE(writeIndex(file, index(), "today"));
+    EXPECT_TRUE(fs::exists(file) && fs::exists(older[0]) && fs::exists(older[1]) && fs::exists(older[2]));
+    EXPECT_FALSE(fs::exists(older[3]));
+    EXPECT_TRUE(fs::exists(older[4])) << "no index";
 }
 
 /// What each change of the sources does to the stamp.

@@ -26,6 +26,12 @@ TEST_F(PageLineTest, KeepsAllOfAnIndex) {
     entry.footer = "f";
     entry.placeholder = "p";
     entry.options = {"Never", ""};
+    entry.shortTitles = {"0"};
+    entry.values = {0, 1.5, "text", true, nullptr};
+    entry.minimum = -1;
+    entry.maximum = 2.5;
+    entry.showsNumber = true;
+    entry.chosenBy = {"kChosen"};
     const search::Index before = index();
     std::vector<PageLine> lines;
     for (const PageLine& line : search::linesOf(before)) {
@@ -64,7 +70,9 @@ TEST(PageLine, RefusesWhatIsNoPage) {
           R"({"way": "", "page": "P", "title": 1})", R"({"way": "", "page": "P", "entries": 5})",
           R"({"way": "", "page": "P", "entries": [5]})",
           R"({"way": "", "page": "P", "entries": [{"kind": "row", "row": -1}]})",
-          R"({"way": "", "page": "P", "entries": [{"kind": "row", "options": [1]}]})"})
+          R"({"way": "", "page": "P", "entries": [{"kind": "row", "options": [1]}]})",
+          R"({"way": "", "page": "P", "entries": [{"kind": "row", "values": 1}]})",
+          R"({"way": "", "page": "P", "entries": [{"kind": "row", "minimum": "1"}]})"})
         EXPECT_FALSE(search::readPageLine(text)) << text;
 }
 

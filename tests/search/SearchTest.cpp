@@ -118,6 +118,14 @@ TEST_F(SearchTest, SaysWhyARowIsFoundBesidesTitleAndPath) {
     EXPECT_EQ(hits("opac").front().also, "");
 }
 
+TEST_F(SearchTest, GivesNoNameThatIsForNobodyAsAReason) {
+    search::Entry& entry = add(apps, "Opacity");
+    entry.identifier = entry.key = "kIconTransparency";
+    EXPECT_EQ(hits("transp").front().also, "");
+    entry.words = {"half transparent"};
+    EXPECT_EQ(hits("transp").front().also, "half transparent");
+}
+
 TEST_F(SearchTest, ForgivesOneMistakeInAWordWhenNothingElseIsFound) {
     add(apps, "Opacity Level");
     for (const char* query : {"opcity", "opaacity", "opaxity", "opcaity", "opacty leevl", "opacity levle"}) {
