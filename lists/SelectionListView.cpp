@@ -43,6 +43,29 @@ std::vector<std::string> sorted(std::vector<Row> rows) {
     return identifiers;
 }
 
+constexpr const char* kEnabledList = "enabled"; // in a state that can be restored
+constexpr const char* kDisabledList = "disabled";
+
+std::vector<std::string> textsOf(const Value& value) {
+    std::vector<std::string> texts;
+    if (const List* list = value.list()) {
+        for (const Value& entry : *list)
+            if (entry.text()) texts.emplace_back(*entry.text());
+    }
+    return texts;
+}
+
+/// Whether the identifiers of both are the same, in whatever order and section.
+bool holdsTheSame(const Selection& a, const Selection& b) {
+    const auto all = [](const Selection& selection) {
+        std::vector<std::string> identifiers = selection.enabled;
+        identifiers.insert(identifiers.end(), selection.disabled.begin(), selection.disabled.end());
+        std::ranges::sort(identifiers);
+        return identifiers;
+    };
+    return all(a) == all(b);
+}
+
 } // namespace
 
 bool SelectionListView::initWithFrame(const CGRect& frame) {
@@ -54,6 +77,7 @@ bool SelectionListView::initWithFrame(const CGRect& frame) {
 
 void SelectionListView::setupTableViewWithFrame(const CGRect& frame) {
     selection_ = setupArrays();
+    stored_ = session_.value(savedKey_);
     tableView_ = make<UITableView>(frame, UITableViewStyleGrouped);
     tableView_->setDelegate(this);
     tableView_->setDataSource(this);
@@ -64,17 +88,27 @@ void SelectionListView::setupTableViewWithFrame(const CGRect& frame) {
 
 void SelectionListView::savePreferences() {
     const auto& list = savedList();
-    session_.setValue(List(list.begin(), list.end()), savedKey_);
+    stored_ = List(list.begin(), list.end());
+    session_.setValue(stored_, savedKey_);
+}
+
+Undoable::State SelectionListView::undoState() const {
+    const List enabledNow(enabled().begin(), enabled().end());
+    const List disabledNow(disabled().begin(), disabled().end());
+    return {stored_, Dictionary{{kEnabledList, enabledNow}, {kDisabledList, disabledNow}}};
+}
+
+void SelectionListView::restore(const State& state) {
+    if (state.stored.isNil()) return;
+    stored_ = state.stored;
+    session_.setValue(stored_, savedKey_);
+    Selection former{textsOf(state.shown[kEnabledList]), textsOf(state.shown[kDisabledList])};
+    selection_ = holdsTheSame(former, selection_) ? std::move(former) : setupArrays();
+    tableView_->reloadData();
 }
 
 std::vector<std::string> SelectionListView::saved(const char* key) const {
-    std::vector<std::string> texts;
-    const Value value = session_.value(key);
-    if (const List* list = value.list()) {
-        for (const Value& entry : *list)
-            if (entry.text()) texts.emplace_back(*entry.text());
-    }
-    return texts;
+    return textsOf(session_.value(key));
 }
 
 std::string SelectionListView::identifierAt(NSIndexPath path) const {

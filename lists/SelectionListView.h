@@ -2,6 +2,7 @@
 
 #include "link/SettingsSession.h"
 #include "platform/ui/UITableView.h"
+#include "platform/ui/Undoable.h"
 
 #include <memory>
 #include <string>
@@ -28,7 +29,8 @@ struct Selection {
 /// settings are there.
 class SelectionListView : public platform::UIView,
                           public platform::UITableViewDataSource,
-                          public platform::UITableViewDelegate {
+                          public platform::UITableViewDelegate,
+                          public platform::Undoable {
   public:
     bool initWithFrame(const platform::CGRect& frame) override;
 
@@ -38,6 +40,12 @@ class SelectionListView : public platform::UIView,
 
     /// Stores the list that this view saves, and sends it to the tweak.
     void savePreferences();
+
+    [[nodiscard]] std::string undoKey() const override { return savedKey_; }
+    /// Shown are both lists.
+    [[nodiscard]] State undoState() const override;
+    /// Where something was installed or removed meanwhile, the lists are built as for a new view.
+    void restore(const State& state) override;
 
     int numberOfSectionsInTableView(platform::UITableView& tableView) override;
     int numberOfRowsInSection(platform::UITableView& tableView, int section) override;
@@ -85,6 +93,7 @@ class SelectionListView : public platform::UIView,
     SettingsSession& session_;
     const char* savedKey_;
     Selection selection_;
+    platform::Value stored_; ///< by this view, or what it began with: a late reply changes the session's under it
     std::shared_ptr<platform::UITableView> tableView_;
 };
 

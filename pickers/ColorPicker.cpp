@@ -4,6 +4,7 @@
 #include "platform/foundation/NSBundle.h"
 #include "platform/ui/UITouch.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace lumora {
@@ -117,6 +118,16 @@ void ColorPicker::setTintColor(UIColorRef color) {
 
 Dictionary ColorPicker::getHSB() const {
     return {{"h", currentHue_}, {"s", currentSaturation_}, {"b", currentBrightness_}};
+}
+
+void ColorPicker::setHSB(const Value& hsb) {
+    const auto component = [&](const char* key) { return std::clamp(hsb[key].doubleValue(), 0.0, 1.0); };
+    currentHue_ = component("h");
+    currentSaturation_ = component("s");
+    currentBrightness_ = component("b");
+    color_ = UIColor::colorWithHue(currentHue_, currentSaturation_, currentBrightness_, 1.0);
+    brightnessIndicator()->setCenter(pointOf(currentBrightness_, gradientView()->frame()));
+    _updateCrosshairPosition();
 }
 
 void ColorPicker::setColor(const UIColorRef& color) {

@@ -42,6 +42,9 @@ class ColorPicker final : public platform::UIView {
     [[nodiscard]] double currentBrightness() const { return currentBrightness_; }
     /// The current {"h": hue, "s": saturation, "b": brightness}.
     [[nodiscard]] platform::Dictionary getHSB() const;
+    /// Has the components of a dictionary as getHSB() gives, and their colour, and reports nothing. A component that is
+    /// missing or not a number counts as 0, and one out of bounds as the nearer bound.
+    void setHSB(const platform::Value& hsb);
 
     [[nodiscard]] const DidChangeColorBlock& didChangeColorBlock() const { return didChangeColorBlock_; }
     /// Null if changes are not reported.

@@ -37,8 +37,7 @@ SettingsSession& session() {
 }
 
 /// Kept on purpose: components are read in single precision, though they are saved in double.
-UIColorRef storedColor() {
-    const Value stored = session().value(kLSBlurColor);
+UIColorRef colorOf(const Value& stored) {
     // A component that is missing or not a number counts as 0, and one out of bounds as the nearer bound: most doubles
     // are out of the range of single precision.
     const auto component = [&](const char* key) {
@@ -69,7 +68,8 @@ void ColorPickerView::setupColorPickerInFrame(const CGRect& frame) {
     castShadow(*preview_);
     const auto themes = themesView(CGRectMake(0, size.height - kThemesHeight, size.width, kThemesHeight));
 
-    const auto color = storedColor();
+    stored_ = session().value(kLSBlurColor);
+    const auto color = colorOf(stored_);
     preview_->setBackgroundColor(color);
     // Kept on purpose: the frame's origin counts for the control, and not for the preview and the strip.
     const double half = preview_->frame().size.height * 0.5;
@@ -121,7 +121,20 @@ void ColorPickerView::setColor(UIButton& button) {
 }
 
 void ColorPickerView::savePreferences() {
-    session().setValue(pickerView_->getHSB(), identifier_);
+    stored_ = pickerView_->getHSB();
+    session().setValue(stored_, identifier_);
+}
+
+Undoable::State ColorPickerView::undoState() const {
+    return {stored_, {}};
+}
+
+void ColorPickerView::restore(const State& state) {
+    if (state.stored.isNil()) return;
+    pickerView_->setHSB(state.stored);
+    preview_->setBackgroundColor(pickerView_->color());
+    stored_ = state.stored;
+    session().setValue(stored_, identifier_);
 }
 
 } // namespace lumora

@@ -2,6 +2,7 @@
 
 #include "pickers/ColorPicker.h"
 #include "platform/ui/UIButton.h"
+#include "platform/ui/Undoable.h"
 
 #include <memory>
 #include <string>
@@ -17,7 +18,9 @@ namespace lumora {
 ///
 /// The control's change block holds the view, so the owner of the view removes that block before it lets the view go.
 /// Main thread; making a view blocks until the settings are there.
-class ColorPickerView final : public platform::UIView, public std::enable_shared_from_this<ColorPickerView> {
+class ColorPickerView final : public platform::UIView,
+                              public platform::Undoable,
+                              public std::enable_shared_from_this<ColorPickerView> {
   public:
     bool initWithFrame(const platform::CGRect& frame) override;
 
@@ -40,12 +43,18 @@ class ColorPickerView final : public platform::UIView, public std::enable_shared
     /// Stores the control's colour and sends it to the tweak.
     void savePreferences();
 
+    [[nodiscard]] std::string undoKey() const override { return identifier_; }
+    [[nodiscard]] State undoState() const override;
+    /// The control has the components of the stored dictionary again, as they stand there.
+    void restore(const State& state) override;
+
   private:
     void setupColorPickerInFrame(const platform::CGRect& frame);
 
     std::shared_ptr<ColorPicker> pickerView_;
     std::shared_ptr<platform::UIView> preview_;
     std::string identifier_;
+    platform::Value stored_; ///< by this view, or what it began with
 };
 
 } // namespace lumora

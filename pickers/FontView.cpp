@@ -42,12 +42,15 @@ std::vector<std::string> FontView::allFonts() {
 
 void FontView::setupArrays() {
     fonts_ = allFonts();
-    selectedIndex_ = {0, 0};
-    const Value stored = session_.value(kLSDateFontName);
+    stored_ = session_.value(kLSDateFontName);
+    selectedIndex_ = indexOf(stored_);
+}
+
+NSIndexPath FontView::indexOf(const Value& stored) const {
     // Even if a font has the name of the first row, the stored name means that row.
-    if (!stored.text() || *stored.text() == kDefault) return;
+    if (!stored.text() || *stored.text() == kDefault) return {0, 0};
     const auto found = std::ranges::find(fonts_, *stored.text());
-    if (found != fonts_.end()) selectedIndex_.row = static_cast<int>(found - fonts_.begin());
+    return {0, found == fonts_.end() ? 0 : static_cast<int>(found - fonts_.begin())};
 }
 
 void FontView::setupTableViewWithFrame(const CGRect& frame) {
@@ -63,7 +66,26 @@ void FontView::setupTableViewWithFrame(const CGRect& frame) {
 
 void FontView::savePreferences() {
     const auto row = static_cast<std::size_t>(selectedIndex_.row);
-    if (row < fonts_.size()) session_.setValue(fonts_[row], kLSDateFontName);
+    if (row >= fonts_.size()) return;
+    stored_ = fonts_[row];
+    session_.setValue(stored_, kLSDateFontName);
+}
+
+std::string FontView::undoKey() const {
+    return kLSDateFontName;
+}
+
+Undoable::State FontView::undoState() const {
+    return {stored_, {}};
+}
+
+void FontView::restore(const State& state) {
+    if (state.stored.isNil()) return;
+    stored_ = state.stored;
+    session_.setValue(stored_, kLSDateFontName);
+    selectedIndex_ = indexOf(stored_);
+    tableView_->reloadData();
+    tableView_->scrollToRowAtIndexPath(selectedIndex_, UITableViewScrollPositionMiddle, false);
 }
 
 int FontView::numberOfSectionsInTableView(UITableView& /*tableView*/) {

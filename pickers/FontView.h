@@ -2,6 +2,7 @@
 
 #include "link/SettingsSession.h"
 #include "platform/ui/UITableView.h"
+#include "platform/ui/Undoable.h"
 
 #include <memory>
 #include <string>
@@ -18,7 +19,8 @@ namespace lumora {
 /// making a view blocks until the settings are there.
 class FontView final : public platform::UIView,
                        public platform::UITableViewDataSource,
-                       public platform::UITableViewDelegate {
+                       public platform::UITableViewDelegate,
+                       public platform::Undoable {
   public:
     FontView();
     bool initWithFrame(const platform::CGRect& frame) override;
@@ -37,6 +39,11 @@ class FontView final : public platform::UIView,
     /// Stores the chosen font's name and sends it to the tweak.
     void savePreferences();
 
+    [[nodiscard]] std::string undoKey() const override;
+    [[nodiscard]] State undoState() const override;
+    /// Marks the row of the font that is stored again, and scrolls to it.
+    void restore(const State& state) override;
+
     int numberOfSectionsInTableView(platform::UITableView& tableView) override;
     int numberOfRowsInSection(platform::UITableView& tableView, int section) override;
     double heightForRowAtIndexPath(platform::UITableView& tableView, platform::NSIndexPath path) override;
@@ -48,11 +55,14 @@ class FontView final : public platform::UIView,
 
   private:
     void setupArrays();
+    /// The row of a stored name.
+    [[nodiscard]] platform::NSIndexPath indexOf(const platform::Value& stored) const;
     void setupTableViewWithFrame(const platform::CGRect& frame);
 
     SettingsSession& session_;
     std::vector<std::string> fonts_;
     platform::NSIndexPath selectedIndex_;
+    platform::Value stored_; ///< by this view, or what it began with
     std::shared_ptr<platform::UITableView> tableView_;
 };
 

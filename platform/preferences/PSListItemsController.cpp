@@ -20,8 +20,12 @@ bool isSameOption(const Value& option, const Value& stored) {
 } // namespace
 
 int indexOfOption(const PSSpecifier& row, const Value& value) {
-    for (std::size_t i = 0; i < optionCount(row); ++i)
-        if (isSameOption(row.values()[i], value)) return static_cast<int>(i);
+    return indexOfOption(row.values(), row.titles().size(), value);
+}
+
+int indexOfOption(const std::vector<Value>& values, std::size_t count, const Value& value) {
+    for (std::size_t i = 0; i < std::min(values.size(), count); ++i)
+        if (isSameOption(values[i], value)) return static_cast<int>(i);
     return -1;
 }
 

@@ -2,6 +2,9 @@
 
 #include "platform/preferences/PSListController.h"
 
+#include <cstddef>
+#include <vector>
+
 namespace platform {
 
 /// The page of an option list: a row for each option of the row that opened it, that of the stored value marked. Main
@@ -21,5 +24,8 @@ class PLATFORM_EXPORT PSListItemsController final : public PSListController {
 
 /// The position of a value among the options of a row, -1 when it is not among them. Main thread.
 [[nodiscard]] PLATFORM_EXPORT int indexOfOption(const PSSpecifier& row, const Value& value);
+/// The same among options that are given by their values, of which only so many count. Any thread.
+[[nodiscard]] PLATFORM_EXPORT int indexOfOption(const std::vector<Value>& values, std::size_t count,
+                                                const Value& value);
 
 } // namespace platform

@@ -47,6 +47,7 @@ class PLATFORM_EXPORT UITouchRouter {
     void send(const std::shared_ptr<UIView>& pageView, const std::vector<Point>& points);
     /// Cancels every touch that is down.
     void cancel();
+    [[nodiscard]] bool isTouched() const { return !views_.empty(); }
 
   private:
     void cancel(std::int64_t finger);

@@ -218,4 +218,29 @@ TEST_F(PlugInList, ShowsAMoveInTheNextViewOfItsPage) {
     EXPECT_THAT(std::dynamic_pointer_cast<PluginsListView>(page->view())->enabled(), ElementsAre("test.B", "test.A"));
 }
 
+TEST_F(PlugInList, RestoresBothListsAsTheyWereAndSavesOnce) {
+    plugins.addEach({"Clock", "Music", "Notes"});
+    show({{"kAppViewsEnabled", List{"test.Notes", "gone"}}});
+    view->moveRowAtIndexPath(view->tableView(), {1, 0}, {1, 1});
+    const auto state = view->undoState();
+    view->moveRowAtIndexPath(view->tableView(), {0, 0}, {1, 0});
+    tweak.waitUntilIdle();
+    tweak.setSettings({});
+    view->restore(state);
+    expectSaved({"test.Notes", "gone"});
+    EXPECT_THAT(view->disabled(), ElementsAre("test.Music", "test.Clock"));
+    EXPECT_EQ(titleAt({0, 0}), "Notes");
+}
+
+TEST_F(PlugInList, RestoresWhatWasSavedWhereAPlugInHasComeMeanwhile) {
+    plugins.addEach({"Clock"});
+    show({{"kAppViewsEnabled", List{"test.Clock"}}});
+    const auto state = view->undoState();
+    plugins.addEach({"Notes"});
+    show({{"kAppViewsEnabled", List{}}});
+    view->restore(state);
+    expectSaved({"test.Clock"});
+    EXPECT_THAT(view->disabled(), ElementsAre("test.Notes"));
+}
+
 } // namespace

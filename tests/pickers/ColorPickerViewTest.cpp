@@ -345,4 +345,18 @@ TEST_F(ColorPage, HoldsItsViewByTheChangeBlock) {
     EXPECT_EQ(tweak.changes().size(), 1U);
 }
 
+TEST_F(ColorPage, RestoresTheStoredComponentsAsTheyStandAndSendsThemOnce) {
+    // A black, whose hue its colour does not have; and no number of single precision.
+    open(stored(0.1, 0.9, 0.0));
+    const auto state = view().undoState();
+    fingers->tap(theme(6));
+    tweak.waitForChanges(1);
+    tweak.setSettings({});
+    view().restore(state);
+    EXPECT_THAT(tweak.waitForChanges(1), ElementsAre(change(0.1, 0.9, 0.0)));
+    EXPECT_EQ(view().pickerView()->getHSB(), dictionary(0.1, 0.9, 0.0));
+    EXPECT_EQ(*view().preview()->backgroundColor(), *ColorPickerView::h(0.1, 0.9, 0.0));
+    EXPECT_EQ(tweak.changes().size(), 1U);
+}
+
 } // namespace

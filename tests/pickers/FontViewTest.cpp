@@ -227,4 +227,16 @@ TEST_F(FontList, ReadsTheFontsAnewOnEachAppearanceOfItsPage) {
     EXPECT_EQ(rows(), 3U);
 }
 
+TEST_F(FontList, RestoresTheStoredNameEvenOfAFontThatIsNotInstalled) {
+    showWith("No Such Font");
+    const auto state = view->undoState();
+    view->didSelectRowAtIndexPath(table(), {0, 1});
+    tweak.waitForChanges(1);
+    tweak.setSettings({});
+    view->restore(state);
+    EXPECT_THAT(tweak.waitForChanges(1),
+                ElementsAre(Value(Dictionary{{"key", "kLSDateFontName"}, {"object", "No Such Font"}})));
+    EXPECT_EQ(view->selectedIndex(), (NSIndexPath{0, 0}));
+}
+
 } // namespace
