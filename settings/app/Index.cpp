@@ -10,6 +10,7 @@
 #include "platform/messaging/CFRunLoop.h"
 #include "platform/messaging/Dispatch.h"
 #include "programs/Program.h"
+#include "search/PrivateFolder.h"
 #include "settings/host/Host.h"
 #include "settings/host/IndexRun.h"
 
@@ -43,18 +44,16 @@ class EmptyTweak {
     /// To be called before anything else asks for the ports folder.
     Result<void> open() {
         std::error_code unknown;
-        for (const fs::path& folder : {fs::temp_directory_path(unknown), fs::path("/tmp")}) {
-            std::string made = (folder / "lumora-XXXXXX").string();
-            if (!::mkdtemp(made.data())) continue;
-            folder_ = made;
-            ::setenv("LUMORA_PORTS", made.c_str(), 1);
+        for (const fs::path& parent : {fs::temp_directory_path(unknown), fs::path("/tmp")}) {
+            if (!folder_.makeIn(parent)) continue;
+            ::setenv("LUMORA_PORTS", folder_.path().c_str(), 1);
             if (platform::checkPortsFolder(kPort)) break;
             close(); // its path is too long for a socket
         }
         auto port = platform::openLocalPort(kPort, [](auto&, auto, const auto&) {
             return platform::NSKeyedArchiver::archivedDataWithRootObject(platform::Dictionary());
         });
-        if (folder_.empty() || !port) return Result<void>::failure("there is no folder for temporary files");
+        if (folder_.path().empty() || !port) return Result<void>::failure("there is no folder for temporary files");
         std::thread([port = std::move(port).value()] {
             platform::CFRunLoopAddSource(platform::CFRunLoopGetCurrent(),
                                          platform::CFMessagePortCreateRunLoopSource(port));
@@ -62,14 +61,11 @@ class EmptyTweak {
         }).detach();
         return {};
     }
-    void close() {
-        std::error_code left; // what cannot be removed is the system's to tidy up
-        if (!folder_.empty()) fs::remove_all(std::exchange(folder_, {}), left);
-    }
+    void close() { folder_.remove(); }
 
   private:
     const std::string kPort = lumora::portName(lumora::kRequestTweakSettings);
-    fs::path folder_;
+    search::PrivateFolder folder_;
 };
 
 /// Standard output, out of the reach of what pages print by chance: that goes to standard error.

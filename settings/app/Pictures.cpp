@@ -176,7 +176,7 @@ void Pictures::visitMenu(const PageSnapshot& page, const std::string& name) {
     });
     if (!table) return;
     QMetaObject::invokeMethod(table->property("cursor").value<QObject*>(), "openMenu", Q_ARG(QVariant, 0),
-                              Q_ARG(QVariant, QString()));
+                              Q_ARG(QVariant, QString()), Q_ARG(QVariant, QVariant::fromValue(nullptr)));
     takePictures(name + "-menu");
     QMetaObject::invokeMethod(table, "putBack");
 }

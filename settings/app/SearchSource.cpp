@@ -64,8 +64,8 @@ bool SearchSource::eventFilter(QObject* watched, QEvent* event) {
 
 /// On a thread of its own.
 void SearchSource::work(const std::stop_token& stop) {
-    const std::string stamp = search::stampOf({order_.bundle, order_.program});
-    const auto kept = search::readIndex(search::indexFile(), stamp);
+    const search::Sources sources = sourcesOf(order_);
+    const auto kept = search::readIndex(search::indexFile(sources), search::stampOf(sources));
     if (kept) bring(kept->index, kept->current);
     if (kept && kept->current) return;
     {

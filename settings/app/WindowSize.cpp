@@ -20,8 +20,11 @@ namespace {
 constexpr qint64 kMoreThanALine = 64; ///< bytes
 constexpr const char* kSizeFile = "window-size";
 constexpr const char* kColumnsFile = "window-columns";
-constexpr platform::CGSize kDesktopWindow{1240, 900};
-constexpr double kDesktopWidth = 1360;
+/// With room for list, page and lock screen, and for list and page; and how wide the screen is from which on.
+constexpr platform::CGSize kThreePanes{1240, 900};
+constexpr double kScreenForThree = 1280;
+constexpr platform::CGSize kTwoPanes{1000, 844};
+constexpr double kScreenForTwo = 1024;
 constexpr double kPhoneSide = 600; ///< the shorter side of a phone's screen is less
 
 std::filesystem::path fileOf(const char* name) {
@@ -63,8 +66,9 @@ platform::CGSize firstWindowSize(platform::CGSize screen) {
         return platform::CGSize{std::min(size.width, std::max(screen.width, kSmallestWindow.width)),
                                 std::min(size.height, std::max(screen.height, kSmallestWindow.height))};
     };
-    if (screen.width >= kDesktopWidth) return within(kDesktopWindow);
-    return within(std::min(screen.width, screen.height) < kPhoneSide ? screen : kUsualSize);
+    if (screen.width >= kScreenForThree) return within(kThreePanes);
+    if (std::min(screen.width, screen.height) < kPhoneSide) return within(screen);
+    return within(screen.width >= kScreenForTwo ? kTwoPanes : kUsualSize);
 }
 
 KeptColumns keptColumns() {

@@ -15,8 +15,9 @@ inline constexpr platform::CGSize kSmallestWindow{320, 320};
 /// Keeps the window's size for the next start. Silent when that fails: the next window then has another size.
 void keepWindowSize(platform::CGSize size);
 
-/// The size of a window that has none yet, for a screen of which that much is free: a desktop has room for all panes, and
-/// a phone is filled.
+/// The size of a window that has none yet, for a screen of which that much is free: with room for all panes
+/// where 1280 points are free from left to right, for list and page from 1024 points on, else for one column; a phone is
+/// filled.
 [[nodiscard]] platform::CGSize firstWindowSize(platform::CGSize screen);
 
 /// How the columns were left.

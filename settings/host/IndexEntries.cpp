@@ -5,6 +5,7 @@
 #include "search/Words.h"
 
 #include <array>
+#include <limits>
 #include <string_view>
 #include <utility>
 
@@ -39,12 +40,23 @@ void tidy(std::string& text) {
     text = std::move(tidied);
 }
 
+/// A value of an option as an index can have it: any other one is equal to none that is stored.
+platform::Value tidied(const platform::Value& value) {
+    const std::string_view* text = value.text();
+    const bool isPlain = value.isNil() || value.isNumber() || value.kind() == platform::Value::Kind::boolean;
+    if (isPlain || (text && text->size() <= kMostOfText && platform::isUtf8(*text))) return value;
+    return std::numeric_limits<double>::quiet_NaN();
+}
+
 void tidy(Entry& entry) {
     for (std::string* text :
          {&entry.title, &entry.name, &entry.identifier, &entry.key, &entry.header, &entry.footer, &entry.placeholder})
         tidy(*text);
-    for (std::string& title : entry.options)
-        tidy(title);
+    for (auto* titles : {&entry.options, &entry.shortTitles})
+        for (std::string& title : *titles)
+            tidy(title);
+    for (platform::Value& value : entry.values)
+        value = tidied(value);
 }
 
 bool isGroup(const RowSnapshot& row) {
@@ -123,6 +135,14 @@ class EntriesOfRows {
             entry.key = row.identifier;
         entry.secure = row.cell == platform::PSSecureEditTextCell;
         entry.options = row.titles;
+        if (row.cell == platform::PSLinkListCell) {
+            entry.shortTitles = row.shortTitles;
+            entry.values = row.values;
+        } else if (row.cell == platform::PSSliderCell) {
+            entry.minimum = row.min;
+            entry.maximum = row.max;
+            entry.showsNumber = row.showValue.value_or(false);
+        }
         if (entry.kind == Kind::row) entry.words = search::furtherWords(entry.key.empty() ? row.detail : entry.key);
     }
 

@@ -1,5 +1,6 @@
 #include "settings/host/IndexRun.h"
 
+#include "link/PreferenceKeys.h"
 #include "platform/foundation/Unicode.h"
 #include "platform/preferences/PSListController.h"
 #include "platform/ui/UITableView.h"
@@ -8,6 +9,7 @@
 #include "settings/host/IndexEntries.h"
 #include "settings/host/SnapshotOf.h"
 
+#include <array>
 #include <exception>
 #include <limits>
 #include <map>
@@ -24,6 +26,11 @@ namespace {
 
 constexpr std::size_t kDeepestPage = 8;
 constexpr char kMarkOfPlugin = 's';
+
+// A list of what is chosen on another page: nothing, without settings. So the index has all that could be chosen.
+constexpr const char* kListOfChosen = "AUAppsListController";
+constexpr const char* kChosenOn = "AppsListController";
+constexpr std::array kChosenBy{lumora::kAppsEnabled, lumora::kAUAppsDisabled};
 
 /// A link, and the page that has it.
 struct LinkToWalk {
@@ -84,11 +91,20 @@ class IndexWalkOverPages {
     }
 
     void open(const LinkToWalk& link, bool told) {
-        const auto page = std::dynamic_pointer_cast<PSListController>(link.pageClass->make());
+        const auto page = make(link.pageClass, link.row ? link.row->name() : wanted_.firstTitle, link.row);
         if (!page) return;
-        const std::string title = link.row ? link.row->name() : wanted_.firstTitle;
+        const PageSnapshot shown = snapshotOf(*page, link.pageClass->name, 0);
+        if (!told) tellOf(shown, link);
+        if (!shown.hostsView) follow(*page, shown, link, page);
+    }
+
+    /// Null when the class makes no page.
+    [[nodiscard]] std::shared_ptr<PSListController> make(Class pageClass, const std::string& title,
+                                                         const PSSpecifierRef& row) const {
+        auto page = std::dynamic_pointer_cast<PSListController>(pageClass->make());
+        if (!page) return nullptr;
         if (!title.empty()) page->setTitle(title);
-        page->setSpecifier(link.row);
+        page->setSpecifier(row);
         const CGRect frame{{0, 0}, wanted_.contentSize};
         if (page->view()) page->view()->setFrame(frame);
         page->viewWillAppear(false);
@@ -97,13 +113,13 @@ class IndexWalkOverPages {
             table->layoutIfNeeded();
             table->setViewport(0, std::numeric_limits<double>::infinity()); // rows exist while they are in view
         }
-        const PageSnapshot shown = snapshotOf(*page, link.pageClass->name, 0);
-        if (!told) tellOf(shown, link);
-        if (!shown.hostsView) follow(*page, shown, link, page);
+        return page;
     }
 
     void tellOf(const PageSnapshot& shown, const LinkToWalk& link) {
-        const auto line = search::writePageLine(pageLineOf(shown, link.way, link.row ? &link.opener : nullptr));
+        search::PageLine told = pageLineOf(shown, link.way, link.row ? &link.opener : nullptr);
+        if (shown.className == kListOfChosen) told.entries = entriesToChoose();
+        const auto line = search::writePageLine(told);
         const std::string title = printable(shown.title);
         if (!line) return tell_("missing " + title + ": " + line.error());
         if (inPlugins_) {
@@ -111,6 +127,16 @@ class IndexWalkOverPages {
             bytesLeft_ -= line.value().size();
         }
         tell_("page " + line.value());
+    }
+
+    [[nodiscard]] std::vector<search::Entry> entriesToChoose() const {
+        const Class from = NSClassFromString(kChosenOn);
+        const auto page = from ? make(from, {}, nullptr) : nullptr;
+        if (!page) return {};
+        auto entries = pageLineOf(snapshotOf(*page, from->name, 0), {}, nullptr).entries;
+        for (search::Entry& entry : entries)
+            entry.chosenBy.assign(kChosenBy.begin(), kChosenBy.end());
+        return entries;
     }
 
     void follow(PSListController& page, const PageSnapshot& shown, const LinkToWalk& link,

@@ -2,6 +2,8 @@
 
 #include "platform/ui/NSIndexPath.h"
 
+#include "settings/host/Snapshot.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -18,6 +20,9 @@ struct KnownRow {
     std::string title{};      ///< what a person reads: a slider has the static text above it, a field its placeholder
     friend bool operator==(const KnownRow&, const KnownRow&) = default;
 };
+
+/// A row of a page as it is known later.
+[[nodiscard]] KnownRow knownRow(const std::vector<RowSnapshot>& rows, std::size_t position);
 
 /// A link on the way to a row, and the class of the page behind it.
 struct KnownLink {

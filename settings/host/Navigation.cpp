@@ -13,12 +13,6 @@ using namespace platform;
 
 namespace {
 
-/// The row at a position, null when the page has no such row.
-PSSpecifierRef rowAt(PSListController& page, std::size_t row) {
-    const PSSpecifierList rows = page.specifiers();
-    return rows && row < rows->size() ? (*rows)[row] : nullptr;
-}
-
 bool isField(const PSSpecifier& row) {
     return row.cellType() == PSEditTextCell || row.cellType() == PSSecureEditTextCell;
 }
@@ -55,6 +49,7 @@ void Navigation::handle(std::uint64_t id, const Event& event) {
     OpenPage* page = pageOnTop(id);
     if (!page || !hears(*page->controller, event)) return;
     listen_(page->pageClass->name, event);
+    expectChange(*page, event);
     std::visit([&](const auto& happened) { take(*page, happened); }, event);
 }
 
@@ -69,6 +64,8 @@ void Navigation::take(OpenPage& page, const RowTapped& tap) {
         break;
     case PSListItemCell:
         tapped->performAction();
+        noteChange();
+        refreshOpener();
         refresh(page);
         break;
     case PSButtonCell:
@@ -84,8 +81,9 @@ void Navigation::take(OpenPage& page, const RowTapped& tap) {
 /// the others under the user's hand.
 void Navigation::take(OpenPage& page, const ValueChanged& change) {
     const PSSpecifierRef edited = rowAt(*page.controller, change.row);
-    if (!edited || !isEditable(*edited)) return;
+    if (!edited || !isEditable(*edited)) return pending_.reset();
     edited->performSetter(change.value);
+    noteChange();
     amend(page, [&](PageSnapshot& shown) {
         if (change.row < shown.rows.size()) shown.rows[change.row] = snapshotOf(*page.controller, change.row);
     });
@@ -117,12 +115,14 @@ void Navigation::changeTable(OpenPage& page, const std::function<void(UITableVie
     UITableView* table = tableOf(*page.controller);
     if (!table) return;
     change(*table);
+    noteChange();
     refresh(page);
 }
 
 void Navigation::take(OpenPage& page, const Touched& touch) {
     if (!page.controller->hostsView() || !page.controller->view()) return;
     touches_.send(page.controller->view(), touch.points);
+    if (!touches_.isTouched()) noteChange(); // until the last finger has left, all is one change
     refresh(page);
 }
 
@@ -176,6 +176,7 @@ void Navigation::appear(bool animated) {
 /// Making the view of a page again may block for good too.
 void Navigation::announceAppearance(const OpenPage& page) {
     touches_.cancel();
+    noteChange();
     if (page.snapshot) publish(Opening{page.pageClass->name, page.snapshot->title});
 }
 
@@ -238,7 +239,9 @@ void Navigation::refresh(OpenPage& page) {
 }
 
 void Navigation::look(OpenPage& page) {
-    page.snapshot = std::make_shared<const PageSnapshot>(snapshotOf(*page.controller, page.pageClass->name, page.id));
+    PageSnapshot shown = snapshotOf(*page.controller, page.pageClass->name, page.id);
+    compareWithOpening(page, shown);
+    page.snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
 }
 
 /// Shows the page as it was shown last, with one change.
@@ -251,7 +254,9 @@ void Navigation::amend(OpenPage& page, const std::function<void(PageSnapshot&)>&
 
 /// Leaves out a page that is still being made.
 void Navigation::publish(std::optional<Opening> opening) {
-    StackSnapshot stack{{}, std::move(opening)};
+    const auto titleOf = [](const Change* change) { return change ? std::optional(change->title) : std::nullopt; };
+    StackSnapshot stack{
+        {}, std::move(opening), {titleOf(undoStack_.nextUndo()), titleOf(undoStack_.nextRedo()), changes_}};
     for (const OpenPage& page : pages_)
         if (page.snapshot) stack.pages.push_back(page.snapshot);
     show_(std::move(stack));

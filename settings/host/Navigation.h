@@ -4,6 +4,7 @@
 #include "platform/ui/UITableView.h"
 #include "settings/host/Event.h"
 #include "settings/host/Landing.h"
+#include "settings/host/UndoStack.h"
 #include "settings/host/WayTo.h"
 
 #include <cstdint>
@@ -52,6 +53,28 @@ class Navigation {
     /// links of the way. Stops at the page from which it does not go on. A table is asked to show its row in the middle.
     Landed land(const Landing& landing);
 
+    /// What has come of taking a change back, or of doing it again.
+    struct Undone {
+        enum class Fate : unsigned char {
+            nothing,  ///< there is no change
+            done,     ///< the row or view has the value, and was saved with it
+            neverSet, ///< there was no value before, and no message takes one away
+            gone,     ///< its page or row is no longer there
+        };
+        Fate fate = Fate::nothing;
+        std::string title{}; ///< what was changed
+        Landed where{};
+        [[nodiscard]] bool isOver() const { return fate == Fate::neverSet || fate == Fate::gone; }
+    };
+    /// Takes back the last change, or does again what was taken back last, where it was made and in the way in which the
+    /// page saves any change. Goes to that page first, by the events of somebody who does so. A change that cannot be
+    /// put back is forgotten.
+    Undone undo();
+    Undone redo();
+    /// Gives these rows of a page the values that they had when it was opened and, if wanted, its view the state that it
+    /// had; all of that is one change. What had no value then keeps the one it has.
+    void revert(std::uint64_t page, const std::vector<std::size_t>& rows, bool view);
+
     /// Does work in which pages may throw. If one does, the page on top is closed unless it is the first, and a line on
     /// standard error says why. False then.
     bool run(const std::function<void(Navigation&)>& work);
@@ -80,6 +103,9 @@ class Navigation {
         platform::Class pageClass;
         std::shared_ptr<const PageSnapshot> snapshot{};
         platform::CGSize madeFor{}; ///< the content area when its view was made
+        std::shared_ptr<const std::vector<RowSnapshot>> openedRows{};
+        std::optional<Change::State> openedState{}; ///< of its view
+        std::optional<StoredChange> viewChange{};
     };
     enum class Place : unsigned char { above, insteadOfTop };
 
@@ -92,6 +118,14 @@ class Navigation {
     bool openAt(Place place, platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row);
     bool follow(const KnownLink& link);
     Landed landOn(const Landing& landing);
+    void expectChange(const OpenPage& page, const Event& event);
+    void expectChange(const OpenPage& page, std::size_t position, const platform::Value& after);
+    void expectViewChange(const OpenPage& page, const platform::Undoable& view);
+    void noteChange();
+    [[nodiscard]] Change changeOn(const OpenPage& page) const;
+    Undone restore(const Change& change, const Change::State& state);
+    Landed returnTo(const Change& change);
+    [[nodiscard]] bool showsOptions(const Change& change) const;
     void take(OpenPage& page, const RowTapped& tap);
     void take(OpenPage& page, const ValueChanged& change);
     void take(OpenPage& page, const RowMoved& move);
@@ -111,6 +145,11 @@ class Navigation {
     [[nodiscard]] std::function<void()> whileOnTop(std::uint64_t id, void (Navigation::*show)(OpenPage&));
     void refresh(OpenPage& page);
     static void look(OpenPage& page);
+    static void compareWithOpening(OpenPage& page, PageSnapshot& shown);
+    void noteViewState(std::uint64_t id, const std::string& key, const Change::State& state);
+    Undone step(bool back);
+    void refreshOpener();
+    bool goBack();
     void amend(OpenPage& page, const std::function<void(PageSnapshot&)>& change);
     void publish(std::optional<Opening> opening = {});
     OpenPage* pageOnTop(std::uint64_t id);
@@ -120,6 +159,15 @@ class Navigation {
     std::vector<OpenPage> pages_;
     platform::CGSize contentSize_{390, 760};
     platform::UITouchRouter touches_; ///< on the page on top
+    /// What the user's hand is changing, and on which page.
+    struct Pending {
+        Change change;
+        std::shared_ptr<platform::PSListController> controller;
+    };
+    std::optional<Pending> pending_;
+    UndoStack undoStack_;
+    std::uint64_t changes_ = 0;
+    std::uint64_t groups_ = 0;
     std::shared_ptr<Navigation*> self_ =
         std::make_shared<Navigation*>(this); ///< watched by callbacks that may outlive this
 };

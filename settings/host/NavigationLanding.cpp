@@ -91,6 +91,10 @@ std::optional<std::size_t> scrollTo(UITableView& table, int section, const Known
 
 } // namespace
 
+KnownRow knownRow(const std::vector<RowSnapshot>& rows, std::size_t position) {
+    return {position, rows[position].identifier, titleOfRow(rows, position)};
+}
+
 Landed Navigation::land(const Landing& landing) {
     if (pages_.empty()) return {0, {}, true};
     if (pages_.back().controller->presentedViewController()) return {pages_.back().id, {}, true};
@@ -99,7 +103,7 @@ Landed Navigation::land(const Landing& landing) {
            isBehind(*pages_[open + 1].controller, pages_[open + 1].pageClass, landing.way[open]))
         ++open;
     while (pages_.size() > open + 1)
-        back(pages_.back().id);
+        if (!goBack()) return {pages_.back().id, {}, true};
     for (; open < landing.way.size(); ++open)
         if (!follow(landing.way[open])) return {pages_.back().id, {}, true};
     return landOn(landing);

@@ -140,6 +140,7 @@ bool Navigation::take(std::vector<Step> way) {
 bool Navigation::run(const std::function<void(Navigation&)>& work) {
     Result<void> done = attempt([&] { work(*this); });
     const bool sound = bool(done);
+    if (!sound) pending_.reset(); // its page has failed
     while (!done && !pages_.empty()) {
         complain(pages_.back().pageClass->name, " fails: ", done.error());
         if (pages_.size() == 1) {
@@ -158,6 +159,13 @@ void Navigation::back(std::uint64_t id) {
     listen_(page->pageClass->name, std::nullopt);
     pages_.pop_back();
     appear(true);
+}
+
+/// False when the page on top stays: it presents something.
+bool Navigation::goBack() {
+    const std::size_t depth = pages_.size();
+    back(pages_.back().id);
+    return pages_.size() < depth;
 }
 
 void Navigation::reload(std::uint64_t id) {

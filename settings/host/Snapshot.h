@@ -34,11 +34,15 @@ struct RowSnapshot {
     std::optional<double> max;
     std::optional<bool> showValue;
     std::vector<std::string> titles;
+    std::vector<std::string> shortTitles; ///< for the row itself; may be fewer
     std::vector<platform::Value> values;
     std::string detail; ///< name of the page class that the row opens
     platform::UIImageRef icon;
     bool marked = false; ///< of an option: whether it is the stored one
 };
+
+/// What an option list shows of its value: the short title of the stored one, or its title; empty for none.
+[[nodiscard]] std::string valueTitleOf(const RowSnapshot& row);
 
 /// One view and what is in it, without hidden views; frames are relative to the parent. Drawn from back to front: the
 /// layer's shadow and background, the image or the drawing, both stretched over the view, the subviews, the border.
@@ -122,6 +126,13 @@ struct ComposerSnapshot {
     std::string draft{};  ///< the file of the draft that it is kept as after that, empty for none
 };
 
+/// What a view that a page hosts has stored under its key.
+struct StoredChange {
+    std::string key;
+    platform::Value before; ///< when the page was opened
+    platform::Value now;
+};
+
 struct PageSnapshot {
     std::uint64_t id = 0; ///< tells pages apart, never used twice in a process
     std::string className;
@@ -135,6 +146,8 @@ struct PageSnapshot {
     bool keepsPlaces = false; ///< what is in that view stays where it is when the page gets another size
     std::shared_ptr<const ComposerSnapshot> composer; ///< what the page presents over itself, null for nothing
     bool presentsAnimated = true;                     ///< whether that slides in and, once it is null, out
+    std::shared_ptr<const std::vector<RowSnapshot>> openedRows{}; ///< as they were when the page was opened
+    std::optional<StoredChange> viewChange{};                     ///< of a view that is no longer as it was then
 };
 
 /// A page that is being made or is about to appear: what the main thread may be waiting for.
@@ -143,10 +156,18 @@ struct Opening {
     std::string title;
 };
 
+/// What can be taken back and done again, by its title; nothing where there is none.
+struct UndoSnapshot {
+    std::optional<std::string> undo;
+    std::optional<std::string> redo;
+    std::uint64_t changes = 0; ///< how many the user has made so far
+};
+
 /// All open pages, the first one first; only the last is seen.
 struct StackSnapshot {
     std::vector<std::shared_ptr<const PageSnapshot>> pages;
     std::optional<Opening> opening;
+    UndoSnapshot undo{};
 };
 
 } // namespace settings

@@ -32,14 +32,6 @@ std::string text(const PSSpecifier& row, const std::string& key) {
     return std::string(value.text() ? *value.text() : std::string_view());
 }
 
-/// The lists of an option list correspond by position, but may differ in length.
-std::string shortTitleOf(const PSSpecifier& row, const Value& value) {
-    const int index = indexOfOption(row, value);
-    if (index < 0) return {};
-    const auto at = static_cast<std::size_t>(index);
-    return at < row.shortTitles().size() ? row.shortTitles()[at] : row.titles()[at];
-}
-
 /// An option-list page has its group row first, then the options in their order.
 bool isMarked(const PSListController& page, std::size_t row) {
     const auto* options = dynamic_cast<const PSListItemsController*>(&page);
@@ -58,10 +50,11 @@ RowSnapshot snapshotOf(PSListController& page, PSSpecifier& row, std::size_t pos
     shown.max = number(row, "max");
     shown.showValue = flag(row, "showValue");
     shown.titles = row.titles();
+    shown.shortTitles = row.shortTitles();
     shown.values = row.values();
     shown.detail = row.detail().name();
     shown.icon = row.imageProperty("iconImage");
-    if (row.cellType() == PSLinkListCell) shown.valueTitle = shortTitleOf(row, shown.value);
+    if (row.cellType() == PSLinkListCell) shown.valueTitle = valueTitleOf(shown);
     if (row.cellType() == PSListItemCell) shown.marked = isMarked(page, position);
     return shown;
 }
@@ -181,6 +174,19 @@ void addView(PageSnapshot& shown, UIView& view) {
 }
 
 } // namespace
+
+PSSpecifierRef rowAt(PSListController& page, std::size_t position) {
+    const PSSpecifierList rows = page.specifiers();
+    return rows && position < rows->size() ? (*rows)[position] : nullptr;
+}
+
+/// The lists of an option list correspond by position, but may differ in length.
+std::string valueTitleOf(const RowSnapshot& row) {
+    const int index = indexOfOption(row.values, row.titles.size(), row.value);
+    if (index < 0) return {};
+    const auto at = static_cast<std::size_t>(index);
+    return at < row.shortTitles.size() ? row.shortTitles[at] : row.titles[at];
+}
 
 PageSnapshot snapshotOf(PSListController& page, const std::string& className, std::uint64_t id) {
     PageSnapshot shown;

@@ -27,6 +27,9 @@ namespace settings {
 /// Puts into the picture of a page what the page presents over itself.
 void addComposer(PageSnapshot& shown, const platform::PSListController& page);
 
+/// The row at a position, null when the page has no such row.
+[[nodiscard]] platform::PSSpecifierRef rowAt(platform::PSListController& page, std::size_t position);
+
 /// The first table in a page's view, which may be the view itself; null for none.
 [[nodiscard]] platform::UITableView* tableOf(const platform::PSListController& page);
 

@@ -15,8 +15,6 @@ namespace {
 
 constexpr double kNoise = 1e-6;  ///< of computing, in parts of a step
 constexpr double kFinest = 1e-6; ///< than which no hand is finer
-constexpr double kLong = 1e7;    ///< a number from which on only the first digits are shown
-constexpr int kLongDigits = 4;
 
 QString nameFor(const RowSnapshot& row, const RowModel::Surroundings& around) {
     const QString identifier = QString::fromStdString(row.identifier);
@@ -43,21 +41,6 @@ RowModel::RowModel(SendEvent send, std::size_t position, const RowSnapshot& row,
     if (accessibleDescription_ == accessibleName_) accessibleDescription_.clear();
 }
 
-double RowModel::minimum() const {
-    const double minimum = row_.min.value_or(0);
-    return std::isfinite(minimum) ? minimum : 0;
-}
-
-double RowModel::maximum() const {
-    const double maximum = row_.max.value_or(1);
-    return std::isfinite(maximum) ? std::max(maximum, minimum()) : minimum() + 1;
-}
-
-double RowModel::number() const {
-    const double number = row_.value.isNumber() ? row_.value.doubleValue() : minimum();
-    return std::isnan(number) ? minimum() : number;
-}
-
 /// The largest of 1, 2, 5, 10, 20 and so on of which at least twenty fit between the bounds.
 double RowModel::step() const {
     const double most = maximum() / 20 - minimum() / 20;
@@ -67,10 +50,19 @@ double RowModel::step() const {
     return (digit >= 5 ? 5 : digit >= 2 ? 2 : 1) * power;
 }
 
-/// A field shows text and numbers; it shows anything else as empty, like nil.
-QString RowModel::text() const {
-    if (const std::string_view* text = row_.value.text()) return QString::fromUtf8(*text);
-    return row_.value.isNumber() ? QString::fromStdString(description(row_.value)) : QString();
+QString RowModel::valueText() const {
+    switch (row_.cell) {
+    case PSSwitchCell:
+        return on() ? tr("On") : tr("Off");
+    case PSSliderCell:
+        return shown(number());
+    case PSEditTextCell:
+        return text();
+    case PSLinkListCell:
+        return valueTitle();
+    default:
+        return {};
+    }
 }
 
 bool RowModel::isSameRow(const RowSnapshot& row) const {
@@ -88,15 +80,21 @@ void RowModel::setOpen(bool open) {
     if (std::exchange(open_, open) != open) emit openChanged();
 }
 
-double RowModel::unit() const {
-    const double largest = std::max(std::abs(minimum()), std::abs(maximum()));
-    const double shown =
-        largest >= kLong ? std::pow(10, std::floor(std::log10(largest)) + 1 - kLongDigits) : std::pow(10, -decimals());
-    return showsValue() && shown <= step() * (1 + kNoise) ? shown : kFinest;
+void RowModel::setRemark(const QString& remark) {
+    if (std::exchange(remark_, remark) != remark) emit remarkChanged();
 }
 
-int RowModel::decimals() const {
-    return maximum() - minimum() > 10 ? 1 : 2;
+QString RowModel::accessibleDescription() const {
+    const bool both = !remark_.isEmpty() && !accessibleDescription_.isEmpty();
+    return remark_ + (both ? QStringLiteral(". ") : QString()) + accessibleDescription_;
+}
+
+double RowModel::unit() const {
+    const double largest = std::max(std::abs(minimum()), std::abs(maximum()));
+    const double shown = largest >= kLongNumber
+                             ? std::pow(10, std::floor(std::log10(largest)) + 1 - kDigitsOfLongNumber)
+                             : std::pow(10, -decimalsOf(row_));
+    return showsValue() && shown <= step() * (1 + kNoise) ? shown : kFinest;
 }
 
 double RowModel::nearest(double number) const {
@@ -110,12 +108,6 @@ double RowModel::stepped(double number, int steps, bool fine) const {
     const double size = fine ? std::max(unit(), step() / 10) : step();
     const double place = number / size;
     return nearest(((steps > 0 ? std::floor(place + kNoise) : std::ceil(place - kNoise)) + steps) * size);
-}
-
-QString RowModel::shown(double number) const {
-    if (std::abs(number) >= kLong) return QString::number(number, 'g', kLongDigits); // a row has no room for all digits
-    const QString text = QString::number(number, 'f', decimals());
-    return text.startsWith(u'-') && text.toDouble() == 0 ? text.sliced(1) : text;
 }
 
 void RowModel::change(const Value& value) {

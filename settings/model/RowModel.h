@@ -5,6 +5,7 @@
 #endif
 #include "settings/host/Event.h"
 #include "settings/host/Snapshot.h"
+#include "settings/model/RowValue.h"
 
 #include <QObject>
 #include <QString>
@@ -25,6 +26,7 @@ class RowModel : public QObject {
     Q_PROPERTY(Cell cell READ cell CONSTANT)
     Q_PROPERTY(int position READ position CONSTANT)
     Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString identifier READ identifier CONSTANT)
     Q_PROPERTY(QString placeholder READ placeholder CONSTANT)
     Q_PROPERTY(bool secure READ secure CONSTANT)
     Q_PROPERTY(double minimum READ minimum CONSTANT)
@@ -33,12 +35,14 @@ class RowModel : public QObject {
     Q_PROPERTY(bool showsValue READ showsValue CONSTANT)
     Q_PROPERTY(QVariant icon READ icon CONSTANT)
     Q_PROPERTY(QString accessibleName READ accessibleName CONSTANT)
-    Q_PROPERTY(QString accessibleDescription READ accessibleDescription CONSTANT)
+    Q_PROPERTY(QString accessibleDescription READ accessibleDescription NOTIFY remarkChanged)
+    Q_PROPERTY(QString remark READ remark WRITE setRemark NOTIFY remarkChanged)
 
     Q_PROPERTY(bool on READ on NOTIFY valueRead)
     Q_PROPERTY(double number READ number NOTIFY valueRead)
     Q_PROPERTY(QString text READ text NOTIFY valueRead)
     Q_PROPERTY(QString valueTitle READ valueTitle NOTIFY valueRead)
+    Q_PROPERTY(QString valueText READ valueText NOTIFY valueRead)
     Q_PROPERTY(bool marked READ marked NOTIFY valueRead)
     Q_PROPERTY(bool open READ isOpen NOTIFY openChanged)
 
@@ -71,25 +75,31 @@ class RowModel : public QObject {
     /// On the page, groups counted.
     [[nodiscard]] int position() const { return int(position_); }
     [[nodiscard]] QString title() const { return QString::fromStdString(row_.name); }
+    [[nodiscard]] QString identifier() const { return QString::fromStdString(row_.identifier); }
     [[nodiscard]] QString placeholder() const { return QString::fromStdString(row_.placeholder); }
     [[nodiscard]] bool secure() const { return row_.cell == SecureEditTextCell; }
-    [[nodiscard]] double minimum() const;
-    [[nodiscard]] double maximum() const;
+    [[nodiscard]] double minimum() const { return minimumOf(row_); }
+    [[nodiscard]] double maximum() const { return maximumOf(row_); }
     /// Of a slider, by key.
     [[nodiscard]] double step() const;
     [[nodiscard]] bool showsValue() const { return row_.showValue.value_or(false); }
     [[nodiscard]] QString accessibleName() const { return accessibleName_; }
-    [[nodiscard]] QString accessibleDescription() const { return accessibleDescription_; }
+    [[nodiscard]] QString accessibleDescription() const;
 
     [[nodiscard]] bool on() const { return row_.value.boolValue(); }
     /// As it is stored, maybe beyond the bounds.
-    [[nodiscard]] double number() const;
-    [[nodiscard]] QString text() const;
+    [[nodiscard]] double number() const { return numberOf(row_); }
+    [[nodiscard]] QString text() const { return fieldTextOf(row_); }
     [[nodiscard]] QString valueTitle() const { return QString::fromStdString(row_.valueTitle); }
+    /// The value as the row shows it; empty for none, and for one that nobody is to see.
+    [[nodiscard]] QString valueText() const;
     [[nodiscard]] bool marked() const { return row_.marked; }
     /// The page that it leads to is shown beside it.
     [[nodiscard]] bool isOpen() const { return open_; }
     void setOpen(bool open);
+    /// What assistive tools are told of it first, for a while; empty for nothing.
+    [[nodiscard]] const QString& remark() const { return remark_; }
+    void setRemark(const QString& remark);
     /// Holds a platform::UIImageRef, for an IconItem; undefined for none.
     [[nodiscard]] QVariant icon() const { return row_.icon ? QVariant::fromValue(row_.icon) : QVariant(); }
 
@@ -111,7 +121,7 @@ class RowModel : public QObject {
     Q_INVOKABLE void begin() { emit begun(); }
     Q_INVOKABLE void write(const QString& text) { change(text.toStdString()); }
     /// A slider's number as text beside it.
-    Q_INVOKABLE [[nodiscard]] QString shown(double number) const;
+    Q_INVOKABLE [[nodiscard]] QString shown(double number) const { return shownNumber(row_, number); }
     /// What a hand can give a slider: a number within the bounds, as exact as the text beside it.
     Q_INVOKABLE [[nodiscard]] double nearest(double number) const;
     /// The multiple of the step, or of a finer one, so many steps away.
@@ -122,13 +132,13 @@ class RowModel : public QObject {
     /// same as before.
     void valueRead();
     void openChanged();
+    void remarkChanged();
     void begun();
     void held(double number);
     void released();
 
   private:
     void change(const platform::Value& value);
-    [[nodiscard]] int decimals() const;
     /// By how much the numbers that a hand can give a slider differ at least.
     [[nodiscard]] double unit() const;
 
@@ -138,6 +148,7 @@ class RowModel : public QObject {
     QString accessibleName_;
     QString accessibleDescription_;
     bool open_ = false;
+    QString remark_;
     int changesUnderWay_ = 0;
 };
 

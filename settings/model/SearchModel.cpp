@@ -2,11 +2,11 @@
 
 #include "link/Messages.h"
 #include "platform/preferences/PSSpecifier.h"
+#include "settings/model/RowValue.h"
 
 #include <QStringList>
 
 #include <algorithm>
-#include <cmath>
 #include <map>
 #include <utility>
 
@@ -19,7 +19,6 @@ namespace {
 
 /// More than anybody reads.
 constexpr std::size_t kMostResults = 300;
-constexpr double kOneDigitFrom = 10; ///< from which on a number is shown with one digit behind the point
 
 enum SearchRole : int {
     TitleRole = Qt::UserRole,
@@ -50,9 +49,20 @@ QString withMarks(const QString& text, const std::vector<search::Range>& marks) 
     return marked + text.sliced(done).toHtmlEscaped();
 }
 
-/// What a person can read of why it is found.
-QString alsoOf(const search::Hit& hit, const Entry& entry) {
-    return hit.also == entry.identifier || hit.also == entry.key ? QString() : toQString(hit.also);
+/// The row with that value, as far as an index knows it.
+RowSnapshot rowOf(const Entry& entry, platform::Value value) {
+    RowSnapshot row;
+    row.value = std::move(value);
+    row.min = entry.minimum;
+    row.max = entry.maximum;
+    row.titles = entry.options;
+    row.shortTitles = entry.shortTitles;
+    row.values = entry.values;
+    return row;
+}
+
+bool isIn(const platform::Value& list, const std::string& text) {
+    return list.list() && std::ranges::find(*list.list(), platform::Value(text)) != list.list()->end();
 }
 
 bool opensAPage(const Entry& entry) {
@@ -77,7 +87,11 @@ void SearchModel::setIndex(const search::Index& index) {
 
 void SearchModel::setSettings(platform::Value settings) {
     settings_ = std::move(settings);
-    if (!results_.empty()) emit dataChanged(index(0), index(count() - 1), {ValueRole, SpokenRole});
+    // Some rows are there by settings alone. The current result stays the same one.
+    const auto entry = current_ >= 0 ? std::optional(results_[std::size_t(current_)].hit.entry) : std::nullopt;
+    look();
+    const auto same = std::ranges::find_if(results_, [&](const Result& result) { return result.hit.entry == entry; });
+    if (same != results_.end()) setCurrent(int(same - results_.begin()));
 }
 
 void SearchModel::look() {
@@ -85,6 +99,7 @@ void SearchModel::look() {
     std::vector<search::Hit> hits = search::find(index_, query, kMostResults + 1);
     more_ = hits.size() > kMostResults;
     if (more_) hits.pop_back();
+    std::erase_if(hits, [this](const search::Hit& hit) { return !isThere(index_.entries()[hit.entry]); });
     similar_ = !hits.empty() && hits.front().similar;
     // By page, in the order of each page's best result.
     std::map<std::size_t, std::size_t> orderOf;
@@ -148,23 +163,31 @@ QString SearchModel::pathOf(const Result& result) const {
     return titles.join(QStringLiteral(" › "));
 }
 
+/// Whether the page has the row with these settings. Without them, there is no row that depends on them.
+bool SearchModel::isThere(const Entry& entry) const {
+    return entry.chosenBy.empty() || std::ranges::any_of(entry.chosenBy, [&](const std::string& key) {
+               return isIn(settings_[key], entry.identifier);
+           });
+}
+
 /// As the row shows it. Empty where the row shows none, or while no settings are there.
 QString SearchModel::valueOf(const Entry& entry) const {
     if (entry.key.empty() || entry.kind != Kind::row || settings_.isNil()) return {};
     const platform::Value value = settings_[entry.key];
+    const RowSnapshot row = rowOf(entry, value);
     switch (entry.cell) {
     case platform::PSSwitchCell:
         return value.boolValue() ? tr("On") : tr("Off");
     case platform::PSSliderCell:
-        return value.isNumber() && std::isfinite(value.doubleValue())
-                   ? QString::number(value.doubleValue(), 'f', std::abs(value.doubleValue()) >= kOneDigitFrom ? 1 : 2)
-                   : QString();
+        return entry.showsNumber ? shownNumber(row, numberOf(row)) : QString();
+    case platform::PSLinkListCell:
+        return toQString(valueTitleOf(row));
     case platform::PSSecureEditTextCell:
         return value.isNil() || (value.text() && value.text()->empty()) ? QString()
                                                                         : QString::fromUtf8(lumora::kSecureDots);
     case platform::PSEditTextCell:
         if (entry.secure) return value.isNil() ? QString() : QString::fromUtf8(lumora::kSecureDots);
-        return value.text() ? QString::fromUtf8(*value.text()) : QString();
+        return fieldTextOf(row);
     default:
         return {};
     }
@@ -208,7 +231,7 @@ QVariant SearchModel::data(const QModelIndex& index, int role) const {
     case LastRole:
         return result.last;
     case AlsoRole:
-        return alsoOf(result.hit, entry);
+        return toQString(result.hit.also);
     case ValueRole:
         return valueOf(entry);
     case OpensRole:
@@ -217,7 +240,7 @@ QVariant SearchModel::data(const QModelIndex& index, int role) const {
         QStringList parts{toQString(entry.title)};
         if (const QString value = valueOf(entry); !value.isEmpty()) parts << value;
         parts << plainPathOf(result);
-        if (const QString also = alsoOf(result.hit, entry); !also.isEmpty()) parts << tr("also: %1").arg(also);
+        if (!result.hit.also.empty()) parts << tr("also: %1").arg(toQString(result.hit.also));
         return parts.join(QStringLiteral(", "));
     }
     default:

@@ -79,6 +79,7 @@ class SearchModel : public QAbstractListModel {
     void show(std::vector<Result> results);
     [[nodiscard]] QString pathOf(const Result& result) const;
     [[nodiscard]] QString plainPathOf(const Result& result) const;
+    [[nodiscard]] bool isThere(const search::Entry& entry) const;
     [[nodiscard]] QString valueOf(const search::Entry& entry) const;
     [[nodiscard]] const search::Entry& entryOf(const Result& result) const {
         return index_.entries()[result.hit.entry];

@@ -153,7 +153,7 @@ QString Shell::waitingDetails() const {
 
 void Shell::back() {
     if (pages_.empty()) return;
-    post([page = topPage()->id](Navigation& navigation) { navigation.back(page); });
+    post([page = topPage()->id](Navigation& navigation) { navigation.back(page); }, [this] { emit wentBack(); });
 }
 
 void Shell::reload() {
@@ -252,8 +252,12 @@ SendEvent Shell::sendTo(std::uint64_t page) {
         if (!std::holds_alternative<TableScrolled>(event)) turnBackTo(page);
         noteTap(page, event);
         noteChange(event);
+        const QString words = wordsFor(page, event);
         post([page, event = std::move(event)](Navigation& navigation) { navigation.handle(page, event); },
-             std::move(taken));
+             [this, words, changes = undo_.changes, taken = std::move(taken)] {
+                 if (taken) taken();
+                 if (!words.isEmpty() && undo_.changes != changes) emit said(words, true);
+             });
     };
 }
 
@@ -291,6 +295,7 @@ void Shell::take(const StackSnapshot& stack) {
         replaces ? emit pageReplaced(pages_.back()) : emit pagePushed(pages_.back(), alone && landings_ == 0);
     }
     opening_ = stack.opening;
+    takeUndo(stack.undo);
     markOpenRows();
     if (waiting()) emit waitingChanged();
 }

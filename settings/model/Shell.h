@@ -2,6 +2,7 @@
 
 #include "settings/host/Host.h"
 #include "settings/host/TweakWatch.h"
+#include "settings/model/DifferencesModel.h"
 #include "settings/model/PageModel.h"
 
 #include <QElapsedTimer>
@@ -38,6 +39,8 @@ class Shell : public QObject {
     Q_PROPERTY(bool tweakGone READ tweakGone NOTIFY tweakChanged)
     Q_PROPERTY(bool changesLost READ changesLost NOTIFY tweakChanged)
     Q_PROPERTY(int barHeight READ barHeight CONSTANT)
+    Q_PROPERTY(QString undoTitle READ undoTitle NOTIFY undoChanged)
+    Q_PROPERTY(QString redoTitle READ redoTitle NOTIFY undoChanged)
     Q_PROPERTY(bool sideBySide READ sideBySide WRITE setSideBySide NOTIFY sideBySideChanged)
 
   public:
@@ -82,6 +85,10 @@ class Shell : public QObject {
     /// Changes were made while the tweak was gone, and nothing that is shown has been read anew since.
     [[nodiscard]] bool changesLost() const { return changesLost_; }
 
+    /// What undo() would take back, and redo() do again; empty for nothing.
+    [[nodiscard]] QString undoTitle() const;
+    [[nodiscard]] QString redoTitle() const;
+
     [[nodiscard]] const std::vector<PageModel*>& pages() const { return pages_; }
     /// The top page's snapshot, null when no page is open.
     [[nodiscard]] const PageSnapshot* topPage() const { return pages_.empty() ? nullptr : &pages_.back()->snapshot(); }
@@ -89,6 +96,14 @@ class Shell : public QObject {
     Q_INVOKABLE void back();
     /// Opens the page on top anew.
     Q_INVOKABLE void reload();
+    /// Takes back the last change, or does it again, on its page; said() tells what has come of it.
+    Q_INVOKABLE void undo();
+    Q_INVOKABLE void redo();
+    /// How the page on top differs from what it was when it was opened; the caller owns it. Null for no differences.
+    Q_INVOKABLE [[nodiscard]] settings::DifferencesModel* differences() const;
+    Q_INVOKABLE [[nodiscard]] bool hasDifferences() const { return !differencesOfTop().isEmpty(); }
+    /// Takes back the chosen differences of the page on top, as one change.
+    Q_INVOKABLE void revert(settings::DifferencesModel* differences);
     /// Goes to a row from wherever the user is, without animation in between; landed() tells what has come of it.
     void land(const Landing& landing);
     /// In points. A moment after the last change, a page whose view has not followed appears anew.
@@ -135,9 +150,18 @@ class Shell : public QObject {
     /// The page on top is the one that land() has led to. Its row, or place in its table, is -1 for the page itself;
     /// `gone` when there is no such row any more.
     void landed(settings::PageModel* page, int row, bool gone);
+    void undoChanged();
+    /// The user has changed something, on whatever page.
+    void changed();
+    /// The page on top is the one on which a change was taken back or done again. Its row is -1 for a view.
+    void changedBack(settings::PageModel* page, int row);
+    /// What the user is to hear of a change, perhaps with a button that takes it back.
+    void said(const QString& words, bool offersUndo);
     /// A hand is on the slider of a row that has that identifier, and has let go.
     void held(const QString& identifier, double number);
     void released(const QString& identifier);
+    /// What back() has asked for is done, if the page on top was still the one that it was asked for.
+    void wentBack();
     /// `depth` pages are left; `alone` unless others come at once.
     void pagesPopped(int depth, bool alone);
 
@@ -159,6 +183,10 @@ class Shell : public QObject {
     void restartIfForgotten();
     void appearAnew();
     void noteChange(const Event& event);
+    void takeBack(Navigation::Undone (Navigation::*work)(), const QString& words);
+    [[nodiscard]] QList<DifferencesModel::Difference> differencesOfTop() const;
+    void takeUndo(const UndoSnapshot& undo);
+    [[nodiscard]] QString wordsFor(std::uint64_t page, const Event& event) const;
     [[nodiscard]] std::string wayToHere() const;
 
     Host& host_;
@@ -179,6 +207,7 @@ class Shell : public QObject {
     bool tweakGone_ = false;
     bool changesLost_ = false;
     bool sideBySide_ = false;
+    UndoSnapshot undo_;
     std::uint64_t turnedBackFrom_ = 0; ///< the last page that was left for the one before it
     bool dark_ = false;
     bool moreContrast_ = false;

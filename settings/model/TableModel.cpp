@@ -57,6 +57,13 @@ double TableModel::topOf(int place) const {
     return layout_.hasRow(path) ? layout_.rowTop(path) : 0;
 }
 
+int TableModel::rowBeneath(double top) const {
+    for (int i = 0; i < layout_.sectionCount(); ++i)
+        if (const double end = layout_.footerTop(i); end > top && layout_.section(i).rowCount > 0)
+            return layout_.placeOf({i, layout_.rowsBetween(top, end)[std::size_t(i)].first});
+    return -1;
+}
+
 void TableModel::setCurrent(int place) {
     if (place == current() || place < 0 || place >= total()) return;
     current_ = layout_.pathOf(place);

@@ -87,6 +87,8 @@ class TableModel : public QObject {
     /// 0 where there is no such row.
     Q_INVOKABLE [[nodiscard]] double topOf(int place) const;
     Q_INVOKABLE [[nodiscard]] double heightOf(int place) const;
+    /// The first row of which a part lies beneath that height, -1 for none.
+    Q_INVOKABLE [[nodiscard]] int rowBeneath(double top) const;
 
     /// Takes the user's tap on a row, which becomes the current one.
     Q_INVOKABLE void tap(int place);

@@ -17,6 +17,8 @@ class TouchItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(settings::PageModel* page READ page WRITE setPage REQUIRED)
+    /// What has come down last is on something that has a use for it.
+    Q_PROPERTY(bool inUse MEMBER inUse_)
 
   public:
     explicit TouchItem(QQuickItem* parent = nullptr);
@@ -29,6 +31,7 @@ class TouchItem : public QQuickItem {
 
     [[nodiscard]] PageModel* page() const { return page_; }
     void setPage(PageModel* page);
+    [[nodiscard]] bool isInUse() const { return inUse_; }
 
   signals:
     /// A finger or the mouse has come down there; the view is told after this.
@@ -54,6 +57,7 @@ class TouchItem : public QQuickItem {
     void cancel(bool mouse);
 
     QPointer<PageModel> page_;
+    bool inUse_ = false;
     std::map<std::int64_t, platform::CGPoint> down_; ///< where each finger was last
 };
 

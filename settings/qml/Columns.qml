@@ -1,8 +1,8 @@
 import QtQuick
 import Lumora
 
-// What two columns have beside the pages: the bar of the second one, the divider, and the menu that chooses the columns.
-// The menu is there as soon as the window has room for them.
+// What two columns have beside the pages: the bar of the second one and the divider; and the window's menu, at the end of
+// the last bar.
 Item {
     id: root
 
@@ -12,10 +12,14 @@ Item {
     required property var lockScreen
     property real barHeight: 0
     property string title
-    readonly property bool offered: panes !== null && panes.offered && panes.hasRoomIn(stack.width, window.height)
+    readonly property bool offered: panes !== null && panes.offered
     readonly property real trailing: offered ? Theme.buttonHeight + 8 : 0
 
-    function openMenu() { if (offered && enabled) menu.active = true }
+    // The search stands over it.
+    readonly property bool usable: offered && enabled && !window.searching
+
+    function openMenu() { if (usable) menu.active = true }
+    onUsableChanged: if (!usable) menu.active = false
 
     Loader {
         active: root.stack.two
@@ -32,7 +36,10 @@ Item {
 
         active: root.offered
         anchors { right: parent.right; rightMargin: 4; top: parent.top; topMargin: (root.barHeight - Theme.buttonHeight) / 2 }
-        sourceComponent: ViewButton { onClicked: root.openMenu() }
+        sourceComponent: MoreButton {
+            enabled: root.usable
+            onClicked: root.openMenu()
+        }
     }
     Loader {
         active: root.stack.two
@@ -45,7 +52,7 @@ Item {
     }
     Shortcut {
         sequence: "F10"
-        enabled: root.offered && root.enabled && !menu.active
+        enabled: root.usable && !menu.active
         onActivated: root.openMenu()
     }
     Loader {
@@ -53,18 +60,17 @@ Item {
 
         active: false
         anchors.fill: parent
-        sourceComponent: ViewMenu {
+        sourceComponent: MoreMenu {
+            window: root.window
             panes: root.panes
+            hasColumns: root.panes.hasRoomIn(root.stack.width, root.window.height)
             hasLockScreen: root.window.lockScreen !== null
             showsLockScreen: root.lockScreen.visible || root.lockScreen.own !== null
             menuTop: root.barHeight + 4
-            menuEnd: 8
             onClosed: {
                 menu.active = false;
                 root.window.focusPage(Qt.PopupFocusReason);
             }
-            onLockScreenChosen: root.lockScreen.toggle()
         }
     }
-    onOfferedChanged: if (!offered) menu.active = false
 }

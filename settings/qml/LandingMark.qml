@@ -1,17 +1,22 @@
 import QtQuick
 
-// Shows for a moment where one has come to.
+// Shows for a moment where one has come to, and says it where nothing takes the focus.
 Rectangle {
     id: root
 
+    property string said
     readonly property bool shown: fade.running
 
     visible: shown
     color: Theme.accent
     radius: Theme.rowRadius
     antialiasing: true
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: said
+    Accessible.ignored: !shown || said.length === 0
 
-    function show(place) {
+    function show(place, words) {
+        said = words;
         x = place.x;
         y = place.y;
         width = place.width;

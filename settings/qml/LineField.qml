@@ -6,6 +6,7 @@ T.TextField {
     id: root
 
     activeFocusOnTab: true
+    containmentMask: TouchMask { item: root }
     // A control's own font is the desktop's; texts have the application's.
     font { family: Application.font.family; pixelSize: Theme.bodySize }
     color: Theme.text

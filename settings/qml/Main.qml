@@ -24,18 +24,21 @@ Window {
 
     onClosing: {
         handOnFields();
-        sheet.item?.leave();
+        (sheet.item as Composer)?.leave();
         shell.leave();
     }
 
     // The message that is composed over the page, which takes no input meanwhile.
     readonly property ComposerModel composing: stack.shownPage?.page.composer ?? null
+    property bool offering: false // to choose from differences
+    readonly property bool covered: composing !== null || offering // by a sheet, which takes all input
+    readonly property bool searching: searchPlace.open
     onComposingChanged: {
         if (composing) {
             sheet.source = "";
             sheet.setSource("Composer.qml", { composer: composing, gap: shell.barHeight,
                                               animated: stack.shownPage.page.presentsAnimated });
-        } else if (sheet.item) {
+        } else if (sheet.item instanceof Composer) {
             sheet.item.animated = stack.shownPage?.page.presentsAnimated ?? true;
             sheet.item.composer = null;
         }
@@ -54,12 +57,39 @@ Window {
     function goBack() {
         if (searchPlace.open)
             return searchPlace.leave();
-        if (stack.depth < 2 || shell.waiting || composing)
+        if (shell.waiting || covered)
+            return;
+        if (searchPlace.returns)
+            return searchPlace.goBack();
+        if (stack.depth < 2)
             return;
         putDown();
         stack.turningBack = false;
         shell.back();
     }
+
+    function undo() { takeBack(() => shell.undo()) }
+    function redo() { takeBack(() => shell.redo()) }
+    function takeBack(work) {
+        if (covered || shell.waiting)
+            return;
+        if (searching)
+            searchPlace.leave();
+        if (activeFocusItem instanceof TextInput) // other controls keep the focus where there is nothing to take back
+            handOnFields();
+        stack.shownPage?.putBack();
+        work();
+    }
+    // Shows how the page on top differs from what it was when it was opened.
+    function offerRevert() {
+        const differences = shell.differences();
+        if (!differences || covered)
+            return;
+        offering = true;
+        sheet.source = "";
+        sheet.setSource("DifferencesSheet.qml", { differences, gap: shell.barHeight, title: qsTr("Revert Page"), action: qsTr("Revert %1") });
+    }
+    function toggleLockScreen() { lockScreenPlace.toggle() }
 
     function focusPage(reason) {
         if (sheet.item)
@@ -93,10 +123,29 @@ Window {
         }
         function onOpenRowTapped() { stack.mainPage?.forceActiveFocus(Qt.OtherFocusReason) }
         function onPagePushed(page, alone) { stack.push(page, Theme.animated && alone) }
-        function onPageReplaced(page) { stack.replace(page) }
+        function onPageReplaced(page) {
+            const isLanded = searchPlace.landedOn !== null && stack.shownPage?.page === searchPlace.landedOn;
+            stack.replace(page);
+            if (isLanded)
+                searchPlace.landedOn = page;
+        }
+        function onWentBack() { stack.stay() }
         function onPagesPopped(depth, alone) { stack.popTo(depth, Theme.animated && alone) }
+        function onChangedBack(page, row) {
+            if (row >= 0)
+                stack.shownPage?.land(row, qsTr("Changed"));
+            else
+                window.focusPage(Qt.OtherFocusReason);
+        }
+        function onChanged() {
+            if (passing.action.length > 0) // its button would take back another change than it tells of
+                passing.hide();
+        }
+        function onSaid(words, offersUndo) { passing.say(words, offersUndo ? qsTr("Undo") : "") }
         function onLanded(page, row, gone) {
-            stack.shownPage?.land(row);
+            searchPlace.noteLanding(page);
+            stack.shownPage?.forceActiveFocus(Qt.OtherFocusReason); // a row that is only read takes none
+            stack.shownPage?.land(row, qsTr("Found by the search"));
             if (gone)
                 passing.say(qsTr("This row has gone"));
         }
@@ -104,12 +153,12 @@ Window {
     Binding { target: window.shell; property: "sideBySide"; value: stack.two }
     Shortcut {
         sequences: [StandardKey.Back]
-        enabled: !window.composing
+        enabled: !window.covered
         onActivated: window.goBack()
     }
     Shortcut {
         sequence: "Escape"
-        enabled: !window.composing && !searchPlace.open && !lockScreenPlace.activeFocus // the lock screen has a use of its own for it
+        enabled: !window.covered && !searchPlace.open && !lockScreenPlace.activeFocus // the lock screen has a use of its own for it
         onActivated: window.goBack()
     }
     Shortcut {
@@ -118,14 +167,25 @@ Window {
         onActivated: lockScreenPlace.toggle()
     }
     PaneKeys {
-        panes: window.composing ? [null, sheet, lockScreen] : [stack.listPage, stack.mainPage, lockScreen]
+        panes: window.covered ? [null, sheet, lockScreen] : [stack.listPage, stack.mainPage, lockScreen]
 
         readonly property Item lockScreen: lockScreenPlace.visible ? lockScreenPlace : null
     }
     Shortcut {
         sequences: [StandardKey.Refresh]
-        enabled: !window.composing
+        enabled: !window.covered
         onActivated: window.reload()
+    }
+
+    Shortcut {
+        sequences: [StandardKey.Undo]
+        enabled: !window.covered && !searchPlace.open
+        onActivated: window.undo()
+    }
+    Shortcut {
+        sequences: [StandardKey.Redo, "Ctrl+Y"]
+        enabled: !window.covered && !searchPlace.open
+        onActivated: window.redo()
     }
 
     Shortcut {
@@ -148,11 +208,17 @@ Window {
         id: stack
 
         anchors { fill: parent; topMargin: bar.height + notice.height; rightMargin: lockScreenPlace.width }
-        enabled: !window.shell.waiting && !window.composing && (two || !searchPlace.open)
+        enabled: !window.shell.waiting && !window.covered && (two || !searchPlace.open)
         listEnabled: !searchPlace.open
         focus: true
         listWidth: window.panes?.listWidthIn(width, window.height, window.panes.columns, window.panes.divider) ?? 0
         viewWidth: two ? window.panes.viewWidthIn(width, listWidth) : width
+        swipes: !window.shell.waiting && !window.covered && !searchPlace.open
+        onSwipedBack: {
+            if (searchPlace.returns)
+                stack.stay();
+            window.goBack();
+        }
         onGone: page => window.shell.pageGone(page)
         onViewWidthChanged: sizeReport.restart()
         onHeightChanged: sizeReport.restart()
@@ -163,7 +229,7 @@ Window {
         width: stack.depth > 0 ? stack.mainWidth : stack.width
         height: stack.height
         visible: window.shell.waiting
-        enabled: visible && !window.composing
+        enabled: visible && !window.covered
         headline: window.shell.waitingHeadline
         explanation: window.shell.waitingText
         details: window.shell.waitingDetails
@@ -177,9 +243,10 @@ Window {
         width: stack.two ? stack.listWidth : stack.width
         height: window.shell.barHeight
         title: searchPlace.open ? searchPlace.title : stack.two && stack.listPage ? stack.listPage.page.title : window.title
-        canGoBack: (stack.two ? stack.listIndex : stack.last) > 0 && !window.shell.waiting && !searchPlace.open
+        canGoBack: ((stack.two ? stack.listIndex : stack.last) > 0 || searchPlace.returns) && !window.shell.waiting && !searchPlace.open
+        backTo: searchPlace.returns ? qsTr("Results") : ""
         trailing: Math.max(searchPlace.trailing, stack.two ? 0 : columns.trailing)
-        enabled: !window.composing
+        enabled: !window.covered
         onBackTapped: window.goBack()
     }
     Columns {
@@ -192,7 +259,7 @@ Window {
         barHeight: bar.height
         title: window.shell.waiting && stack.depth > 0 ? window.shell.waitingTitle : stack.mainPage?.page.title ?? ""
         lockScreen: lockScreenPlace
-        enabled: !window.composing
+        enabled: !window.covered
     }
     TweakNotice {
         id: notice
@@ -202,7 +269,7 @@ Window {
         gone: window.shell.tweakGone
         changesLost: window.shell.changesLost
         covered: window.shell.waiting
-        enabled: !window.composing
+        enabled: !window.covered
         onReloadTapped: window.reload()
     }
     SearchPlace {
@@ -216,7 +283,7 @@ Window {
         listPage: stack.listPage
         title: stack.pageAt(0)?.page.title ?? ""
         atRoot: (stack.two ? stack.listIndex : stack.last) === 0 && !window.shell.waiting
-        allowed: !window.shell.waiting && !window.composing
+        allowed: !window.shell.waiting && !window.covered
         slashIsALetter: lockScreenPlace.activeFocus
         onOpened: stack.shownPage?.putBack()
         onOver: window.focusPage(Qt.OtherFocusReason)
@@ -234,6 +301,7 @@ Window {
         id: passing
 
         anchors { bottom: stack.bottom; bottomMargin: 28; horizontalCenter: stack.horizontalCenter }
+        onActed: window.undo()
     }
     LockScreenPlace {
         id: lockScreenPlace
@@ -264,8 +332,10 @@ Window {
         ignoreUnknownSignals: true
 
         function onGone() {
+            window.offering = false;
             sheet.source = "";
             stack.shownPage?.forceActiveFocus(Qt.OtherFocusReason);
         }
+        function onAccepted() { window.shell.revert((sheet.item as DifferencesSheet).differences) }
     }
 }

@@ -6,6 +6,7 @@ Item {
 
     property string title
     property bool canGoBack: false
+    property string backTo // in a word, where the way back leads; empty for the page before
     property real trailing: 0 // what is left free at its end
     signal backTapped
 
@@ -47,7 +48,7 @@ Item {
         implicitWidth: Math.max(Theme.buttonHeight, implicitContentWidth + leftPadding + rightPadding)
         implicitHeight: Theme.buttonHeight
         opacity: down ? Theme.downOpacity : 1
-        text: qsTr("Back")
+        text: root.backTo.length > 0 ? root.backTo : qsTr("Back")
 
         // The word gives way to the title when there is no room for both.
         readonly property real fullWidth: leftPadding + chevron.width + signs.spacing + word.implicitWidth + rightPadding
@@ -55,7 +56,7 @@ Item {
 
         onClicked: root.backTapped()
 
-        Accessible.name: text
+        Accessible.name: root.backTo.length > 0 ? qsTr("Back to %1").arg(root.backTo) : text
         Accessible.ignored: !enabled
         Accessible.onPressAction: clicked()
 

@@ -16,13 +16,17 @@ FocusScope {
     Accessible.name: page.title
     Component.onDestruction: gone(page)
 
-    // Leaves the row in the user's hand where it was.
-    function putBack() { (list.item as Table)?.putBack() }
+    // Leaves the row in the user's hand where it was, and closes a row's menu.
+    function putBack() {
+        (list.item as Table)?.putBack();
+        (rows.item as RowsPage)?.putBack();
+    }
 
-    // Shows a row and gives it the focus: its position on the page, or its place in the table. None for -1.
-    function land(row) {
+    // Shows a row and gives it the focus: its position on the page, or its place in the table. None for -1. Assistive tools
+    // are told the words, too.
+    function land(row, words = "") {
         if (row >= 0)
-            (rows.item ?? list.item)?.land(row);
+            (rows.item ?? list.item)?.land(row, words);
     }
 
     Rectangle {
@@ -40,6 +44,11 @@ FocusScope {
             onTyped: text => root.typed(text)
             onPulled: root.pulled()
         }
+    }
+    // The wheel scrolls a view that stands in the middle from beside it, too.
+    WheelItem {
+        anchors.fill: parent
+        target: list.scroller ?? (reading.item as TextPage)?.scroller ?? (area.interactive ? area : null)
     }
     // Scrolls over a view that the window was turned on, until it is made anew.
     Flickable {
@@ -86,13 +95,18 @@ FocusScope {
                     }
                 }
                 TouchItem {
+                    id: fingers
+
                     anchors.fill: parent
                     page: root.page
                     onBegan: place => {
+                        fingers.inUse = false;
                         for (let i = 0; i < elements.count; ++i) {
                             const element = elements.itemAt(i) as Element;
-                            if (element.contains(mapToItem(element, place)))
-                                element.takeInHand();
+                            if (!element.contains(mapToItem(element, place)))
+                                continue;
+                            fingers.inUse = true;
+                            element.takeInHand();
                         }
                     }
                 }
@@ -108,19 +122,21 @@ FocusScope {
             active: root.page.table !== null
             focus: active
             onHeightChanged: {
-                if (isCurrentRowAbove(seenHeight))
-                    lowered.restart();
+                lowered = lowered || isCurrentRowAbove(seenHeight);
                 seenHeight = height;
             }
             sourceComponent: Table { table: root.page.table; title: root.page.title; focus: true }
 
             // A window that becomes lower leaves the current row in view.
-            Timer {
-                id: lowered
-
-                interval: 0
-                onTriggered: list.keepCurrentRow()
+            Connections {
+                target: list.scroller
+                function onPlaceKept() {
+                    if (list.lowered)
+                        list.keepCurrentRow();
+                    list.lowered = false;
+                }
             }
+            property bool lowered: false
             property real seenHeight: 0
             readonly property TableScroller scroller: (item as Table)?.scroller ?? null
 
@@ -134,6 +150,8 @@ FocusScope {
             }
         }
         Loader {
+            id: reading
+
             x: root.page.text?.frame.x ?? 0
             y: root.page.text?.frame.y ?? 0
             width: root.page.text?.frame.width ?? 0

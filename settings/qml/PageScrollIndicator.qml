@@ -1,7 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// The thin bar that shows where a page stands: while it scrolls, and while the mouse is over the page and can grab it.
+// The thin bar that shows where a page stands: while it scrolls, and while the mouse is over the page and can grab it. It
+// is there at once, and fades when it goes.
 T.ScrollIndicator {
     id: root
 
@@ -22,13 +23,24 @@ T.ScrollIndicator {
     }
     contentItem: Item {
         Rectangle {
+            id: bar
+
             anchors { right: parent.right; top: parent.top; bottom: parent.bottom }
             width: root.near ? 7 : 3
             radius: width / 2
             color: Theme.secondary
-            opacity: (root.active || over.hovered || root.near) && root.size < 1 ? 0.6 : 0
+            opacity: 0
+            states: State {
+                name: "shown"
+                when: (root.active || over.hovered || root.near) && root.size < 1
 
-            Behavior on opacity { enabled: Theme.animated; NumberAnimation { duration: Theme.fadeTime } }
+                PropertyChanges { bar.opacity: 0.6 }
+            }
+            transitions: Transition {
+                from: "shown"
+
+                NumberAnimation { property: "opacity"; duration: Theme.animated ? Theme.fadeTime : 0 }
+            }
         }
         MouseArea {
             id: grip

@@ -10,6 +10,7 @@ FocusScope {
     property real listWidth: 0 // of the first of two columns; 0 for one
     property real viewWidth: width // of a view that a page in the second column hosts
     property bool listEnabled: true
+    property bool swipes: false // a finger from the edge goes back
     property bool turningBack: false // to the page in the list, when the one on top goes next
     property bool turnedBack: false
     property var slots: []
@@ -28,6 +29,7 @@ FocusScope {
     readonly property rect shownArea: lastInList ? Qt.rect(Theme.mirrored ? width - listWidth : 0, 0, listWidth, height)
                                                  : Qt.rect(mainX, 0, mainWidth, height)
     signal gone(PageModel page)
+    signal swipedBack // the finger has let go of the page, which is to be popped
 
     function pageAt(index) { return slots[index]?.shown ?? null }
 
@@ -56,18 +58,26 @@ FocusScope {
         left.forEach(slot => slot.leave());
     }
 
+    // What a finger was to take away has stayed.
+    function stay() { swipe.stay() }
+
     // Does it, and has the pages slide from where they were to where they are.
     function change(work, animated) {
         const before = new Map(root.slots.filter(slot => slot.placed).map(slot => [slot, slot.x]));
         const listed = listPage;
         const top = last;
         work();
+        const onTheirWay = swipe.leaving && swipe.upper?.gone ? [swipe.upper, swipe.lower] : [];
+        if (onTheirWay.length === 0)
+            swipe.forget();
         // Beside a list that stays, pages follow each other without a way.
         const slides = animated && !(two && listPage === listed);
         const sign = Theme.mirrored ? -1 : 1;
         for (const slot of new Set([...before.keys(), ...root.slots.filter(slot => slot.placed)])) {
             const was = before.has(slot);
-            if (!slides || (was && slot.placed && before.get(slot) === slot.x))
+            if (onTheirWay.includes(slot))
+                slot.letGo();
+            else if (!slides || (was && slot.placed && before.get(slot) === slot.x))
                 slot.rest();
             else if (was && slot.placed)
                 slot.slide(before.get(slot) - slot.x, 0);
@@ -76,6 +86,8 @@ FocusScope {
             else
                 slot.slide(sign * slot.width * (slot.index > top ? 1 : -0.3), 0);
         }
+        swipe.leaving = false;
+        swipe.upper = swipe.lower = null;
         shownPage?.forceActiveFocus(Qt.OtherFocusReason);
     }
 
@@ -93,6 +105,7 @@ FocusScope {
         required property PageModel page
         required property int index
         property bool gone: false
+        property bool carried: false // by a finger, or where one has left it
         readonly property Page shown: content
         readonly property bool isMain: index > root.listIndex
         // Whether it is one of the pages that are seen at rest.
@@ -102,18 +115,38 @@ FocusScope {
         width: !root.two ? root.width : isMain ? root.mainWidth : root.listWidth
         height: root.height
         z: index
-        visible: placed || way.running
+        visible: placed || carried || way.running
         enabled: !gone && (isMain || root.listEnabled)
 
         function slide(from, to) {
-            way.from = from;
-            way.to = to;
-            content.x = from;
-            way.restart();
+            carry(from);
+            glide(to, 1);
+            carried = false;
         }
         function rest() {
+            carry(0);
+            carried = false;
+        }
+        function carry(x) {
             way.stop();
-            content.x = 0;
+            carried = true;
+            content.x = x;
+        }
+        // From where it is, in that part of the usual time.
+        function glide(to, part) {
+            way.stop(); // so that it is known where it is
+            if (!Theme.animated)
+                return carry(to);
+            way.from = content.x;
+            way.to = to;
+            way.duration = Math.max(1, part * Theme.slideTime);
+            way.start();
+        }
+        // It is where it belongs, or on its way there.
+        function letGo() {
+            carried = false;
+            if (!way.running)
+                content.x = 0;
         }
         function leave() {
             if (!way.running)
@@ -128,18 +161,35 @@ FocusScope {
             height: slot.height
             widestView: root.two && slot.isMain ? root.viewWidth : Infinity
             onGone: page => root.gone(page)
+
+            PageEdge {
+                visible: slot.carried || way.running
+                x: Theme.mirrored ? parent.width : -width
+                height: parent.height
+            }
         }
         XAnimator {
             id: way
 
             target: content
-            duration: Theme.slideTime
             easing.type: Easing.OutCubic
             onFinished: {
                 if (slot.gone)
                     slot.destroy();
+                else if (!slot.carried)
+                    content.x = 0; // of one that is out of sight, too: it may be seen again without a way
             }
         }
+    }
+    SwipeBack {
+        id: swipe
+
+        x: Theme.mirrored ? root.mainX + root.mainWidth - width : root.mainX
+        z: root.depth
+        height: root.height
+        stack: root
+        enabled: root.swipes && !swipe.leaving && root.depth > 1 && root.mainPage !== null
+        onBack: root.swipedBack()
     }
     Component {
         id: slotComponent
@@ -147,7 +197,7 @@ FocusScope {
         Slot {}
     }
     NothingOpen {
-        visible: root.two && !root.mainPage && root.depth > 0
+        visible: root.two && (!root.mainPage || swipe.upper !== null) && root.depth > 0
         x: root.mainX
         z: -1
         width: root.mainWidth

@@ -41,6 +41,22 @@ Item {
             put(targets.get(event.key));
     }
 
+    // A finger needs more room, and finds it on the side of the list: on the other one it goes back.
+    Item {
+        x: Theme.mirrored ? 0 : root.width - width
+        width: Theme.touchSize
+        height: parent.height
+
+        DragHandler {
+            property real from
+
+            acceptedDevices: PointerDevice.TouchScreen
+            target: null
+            yAxis.enabled: false
+            onActiveChanged: if (active) from = root.position
+            onTranslationChanged: if (active) root.put(from + (Theme.mirrored ? -1 : 1) * activeTranslation.x)
+        }
+    }
     Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         width: root.hot ? 3 : 1 / Screen.devicePixelRatio

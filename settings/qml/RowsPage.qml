@@ -10,11 +10,17 @@ FocusScope {
 
     readonly property Item focusItem: Window.activeFocusItem
     property bool opened: false // the page has had the focus
+    readonly property bool menuOpen: (menu.item as RowMenu)?.open ?? false
+    property var landedOn: null // the row that has been shown, until the focus goes elsewhere
     signal typed(string text)
     signal pulled
 
     focus: true
-    onFocusItemChanged: keepInView(focusItem)
+    onFocusItemChanged: {
+        keepInView(focusItem);
+        if (landedOn && rowWithFocus() !== landedOn)
+            remark(null, "");
+    }
     onActiveFocusChanged: {
         if (activeFocus && Keyboard.inUse)
             showFocus();
@@ -28,6 +34,8 @@ FocusScope {
         event.accepted = steps.has(event.key) && !(event.modifiers & ~Qt.KeypadModifier);
         if (event.accepted)
             step(steps.get(event.key));
+        else if (event.key === Qt.Key_Menu || (event.key === Qt.Key_F10 && event.modifiers & Qt.ShiftModifier))
+            event.accepted = openMenu(rowWithFocus(), null);
         else
             scroller.keys.take(event);
         if (!event.accepted && isLetter(event) && !rows().some(row => row instanceof FieldRow)) {
@@ -39,17 +47,42 @@ FocusScope {
     function isLetter(event) {
         return !(event.modifiers & ~(Qt.ShiftModifier | Qt.KeypadModifier)) && event.text > " " && event.text !== "\x7f";
     }
-    // Shows a row in the middle, and where it is.
-    function land(position) {
+    // Of a row, by a hand at a place on the page or, when that is null, by key.
+    function openMenu(row, hand) {
+        if (!row)
+            return false;
+        menu.active = true;
+        (menu.item as RowMenu).show(row.row, Qt.rect(groups.x, topOf(row) - scroller.contentY, row.width, row.height), hand);
+        return menuOpen;
+    }
+    function openMenuAt(place) {
+        const row = allRows().find(row => row.contains(row.mapFromItem(root, place)));
+        openMenu(row, place);
+    }
+    // What a finger holds on to keeps it.
+    function isHeldAt(place) { return allRows().some(row => row.grip?.contains(row.grip.mapFromItem(root, place))) }
+    function putBack() { (menu.item as RowMenu)?.close() }
+
+    // Shows a row in the middle, and where it is. Assistive tools are told the words before its description, until the focus
+    // goes elsewhere.
+    function land(position, words) {
         for (let i = 0; i < groupItems.count; ++i)
             groupItems.itemAt(i).forceLayout();
         groups.forceLayout();
         const row = allRows().find(item => item.row.position === position);
         if (!row)
             return;
+        remark(row, words);
         row.stop?.forceActiveFocus(Qt.TabFocusReason);
         scroller.scrollTo(topOf(row) - (height - row.height) / 2);
-        mark.show(Qt.rect(groups.x, topOf(row), row.width, row.height));
+        mark.show(Qt.rect(groups.x, topOf(row), row.width, row.height), row.stop || !words ? "" : words + ": " + row.row.accessibleName);
+    }
+    function remark(row, words) {
+        if (landedOn)
+            landedOn.row.remark = "";
+        landedOn = row;
+        if (row)
+            row.row.remark = words;
     }
 
     function allRows() {
@@ -154,6 +187,7 @@ FocusScope {
     }
     onWidthChanged: resized.restart()
     onHeightChanged: resized.restart()
+    onEnabledChanged: if (!enabled) putBack()
 
     Scroller {
         id: scroller
@@ -162,12 +196,9 @@ FocusScope {
         width: root.width
         height: root.height
         contentHeight: groups.y + groups.height + Theme.endGap
+        enabled: !root.menuOpen
         onHeightChanged: root.keepInView(root.focusItem)
         onContentYChanged: root.notePlace()
-        onDragEnded: {
-            if (contentY < -Theme.pullDistance)
-                root.pulled();
-        }
 
         LandingMark {
             id: mark
@@ -195,5 +226,52 @@ FocusScope {
                 }
             }
         }
+    }
+    // Over the rows, so that it hears of a press before a row takes it.
+    Item {
+        anchors.fill: parent
+
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad | PointerDevice.Stylus
+            onPressedChanged: {
+                if (pressed && !root.menuOpen)
+                    root.openMenuAt(point.position);
+            }
+        }
+        PointHandler {
+            id: finger
+
+            acceptedDevices: PointerDevice.TouchScreen
+            onActiveChanged: active && !scroller.moving ? held.restart() : held.stop()
+            onPointChanged: {
+                const way = Qt.vector2d(point.position.x - point.pressPosition.x, point.position.y - point.pressPosition.y);
+                if (way.length() > Application.styleHints.startDragDistance)
+                    held.stop();
+            }
+        }
+    }
+    Timer {
+        id: held
+
+        interval: Theme.holdTime
+        onTriggered: {
+            const edge = Theme.mirrored ? root.width - finger.point.position.x : finger.point.position.x;
+            if (edge >= 20 && !root.isHeldAt(finger.point.position)) // from the edge, the page may be swiped back
+                root.openMenuAt(finger.point.position);
+        }
+    }
+    // Loaded when it is first needed.
+    Loader {
+        id: menu
+
+        anchors.fill: parent
+        active: false
+        sourceComponent: RowMenu {}
+    }
+    PullDown {
+        anchors.fill: parent
+        view: scroller
+        onPulled: root.pulled()
     }
 }

@@ -10,6 +10,8 @@ Flickable {
     contentWidth: width
     pixelAligned: true
     boundsBehavior: Flickable.DragAndOvershootBounds
+    flickDeceleration: Theme.flickDeceleration
+    maximumFlickVelocity: Theme.fastestFlick
     clip: true
 
     function scrollTo(y) {
@@ -28,6 +30,15 @@ Flickable {
         view: root
         line: root.line
         onAsked: y => root.scrollTo(y)
+    }
+
+    // A finger that stops what is thrown does nothing to what happens to be beneath.
+    MouseArea {
+        parent: root
+        anchors.fill: parent
+        z: 1
+        visible: root.flicking || pressed
+        onPressed: mouse => mouse.accepted = mouse.source !== Qt.MouseEventNotSynthesized
     }
 
     T.ScrollIndicator.vertical: PageScrollIndicator {}

@@ -21,6 +21,14 @@ FocusScope {
         head.field.forceActiveFocus(Qt.ShortcutFocusReason);
         results.keepCurrent();
     }
+    // Shows the results as they were left, for whom comes back from one of them.
+    function resume() {
+        head.text = search.query;
+        head.field.deselect();
+        head.field.forceActiveFocus(Qt.ShortcutFocusReason);
+        if (search.current >= 0)
+            results.positionViewAtIndex(search.current, ListView.Contain);
+    }
     function choose(result) {
         if (result < 0)
             return;
@@ -108,6 +116,8 @@ FocusScope {
         clip: true
         pixelAligned: true
         boundsBehavior: Flickable.DragAndOvershootBounds
+        flickDeceleration: Theme.flickDeceleration
+        maximumFlickVelocity: Theme.fastestFlick
         currentIndex: -1
         highlightFollowsCurrentItem: false
         cacheBuffer: 0

@@ -2,7 +2,8 @@ import QtQuick
 import Lumora
 
 // Where the window has its search: over the pages while it is open, and else as a sign at the end of the bar. Opened by
-// keys everywhere, by letters and a pull on a page that offers it, and by the sign.
+// keys everywhere, by letters and a pull on a page that offers it, and by the sign. The page to which a result has led
+// leads back to the results.
 FocusScope {
     id: root
 
@@ -14,9 +15,12 @@ FocusScope {
     property bool allowed: true
     property bool slashIsALetter: false // of what has the focus
     property bool open: false
+    property bool going: false        // to a result
+    property PageModel landedOn: null // the page to which the last result has led, until the search is open again
     property real barHeight: 0
     property real barEnd: 0 // of the bar, what something else takes
     readonly property bool canOpen: search !== null && allowed && page !== null
+    readonly property bool returns: canOpen && !open && landedOn !== null && page.page === landedOn // going back leads to the results
     readonly property bool signShown: search !== null && atRoot && !open
     readonly property real trailing: search !== null && atRoot ? 4 + sign.width + 4 + barEnd : 0 // of the bar, what the sign takes
     signal opened
@@ -26,12 +30,26 @@ FocusScope {
     function begin(text) {
         if (!canOpen)
             return;
+        show();
+        (panel.item as SearchPanel).begin(text);
+    }
+    // Shows the results again, and leaves all pages as they are.
+    function goBack() {
+        show();
+        (panel.item as SearchPanel).resume();
+    }
+    function noteLanding(page) {
+        if (going)
+            landedOn = page;
+        going = false;
+    }
+    function show() {
         if (!open) {
             opened();
             search.open();
         }
+        landedOn = null;
         open = true;
-        (panel.item as SearchPanel).begin(text);
     }
     function leave() {
         open = false;
@@ -105,7 +123,10 @@ FocusScope {
             search: root.search
             focus: true
             onOver: root.leave()
-            onWent: root.open = false
+            onWent: {
+                root.open = false;
+                root.going = true;
+            }
         }
     }
 }

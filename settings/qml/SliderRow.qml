@@ -8,6 +8,7 @@ Cell {
 
     required row
     readonly property Item stop: slider
+    readonly property Item grip: knob // what a finger may hold for as long as it likes
 
     focused: slider.visualFocus
     implicitHeight: Theme.rowHeightFor(number.implicitHeight)

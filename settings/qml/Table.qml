@@ -19,14 +19,16 @@ FocusScope {
     }
 
     // Shows a row to which the table has been asked to scroll, and where it is.
-    function land(place) {
+    function land(place, words) {
         filter.end();
         flick.scrollAsAsked();
         table.current = place;
         current.shown = true;
+        current.landedOn = place;
+        current.remark = words;
         root.forceActiveFocus(Qt.OtherFocusReason);
         current.focusWanted();
-        mark.show(Qt.rect(flick.columnX, table.topOf(place), flick.columnWidth, table.heightOf(place)));
+        mark.show(Qt.rect(flick.columnX, table.topOf(place), flick.columnWidth, table.heightOf(place)), "");
     }
 
     Accessible.role: Accessible.List
@@ -90,10 +92,6 @@ FocusScope {
             anchors.fill: parent
             enabled: !menu.open
             table: root.table
-            onDragEnded: {
-                if (contentY < -Theme.pullDistance)
-                    filter.begin("");
-            }
 
             LandingMark {
                 id: mark
@@ -111,6 +109,11 @@ FocusScope {
                     cursor: current
                 }
             }
+        }
+        PullDown {
+            anchors.fill: parent
+            view: flick
+            onPulled: filter.begin("")
         }
         Shadow {
             anchors.fill: overlay

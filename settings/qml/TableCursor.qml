@@ -12,6 +12,8 @@ QtObject {
     required property TableFilter filter
     required property Item list // the table, which has the focus while the row has it
     property bool shown: false  // from the use of a key until that of the mouse
+    property int landedOn: -1   // the row that has been shown, until another one is current
+    property string remark      // what assistive tools are told of it first
     property string typed       // the letters of the last second
     property int typedAt: 0     // the current row when the first of them was typed
     signal focusWanted // for the current row
@@ -37,14 +39,15 @@ QtObject {
         list.forceActiveFocus(Qt.OtherFocusReason);
         scroller.reveal();
     }
-    function openMenu(place, name) {
+    // By hand, `at` is where that is, on what scrolls; or else it is null.
+    function openMenu(place, name, at) {
         if (hand.inHand)
             return;
         hand.settle();
         table.current = place;
         list.forceActiveFocus(Qt.PopupFocusReason);
         scroller.reveal();
-        menu.show(place, name);
+        menu.show(place, name, at);
         if (shown)
             menu.step(1);
     }
@@ -139,9 +142,11 @@ QtObject {
         onTriggered: root.typed = ""
     }
     // The row that letters have found.
-    readonly property Connections found: Connections {
+    readonly property Connections stepping: Connections {
         target: root.table
         function onCurrentChanged() {
+            if (root.table.current !== root.landedOn)
+                root.landedOn = -1;
             if (root.typed.length > 0)
                 root.scroller.reveal();
         }

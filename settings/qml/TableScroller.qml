@@ -9,6 +9,7 @@ Scroller {
     readonly property real columnWidth: table.grouped ? Theme.columnWidthIn(width) : width
     readonly property real columnX: (width - columnWidth) / 2
     property bool completed: false
+    signal placeKept // after a change of size
 
     contentHeight: table.contentHeight + Theme.endGap
     interactive: table.lifted < 0
@@ -16,20 +17,49 @@ Scroller {
     onTableChanged: {
         cancelFlick();
         contentY = 0;
+        topRow = -1;
         if (table)
             table.show(0, height);
         scrollAsAsked();
     }
-    onContentYChanged: table.show(contentY, height)
+    onContentYChanged: {
+        table.show(contentY, height);
+        if (width === placedIn.width && height === placedIn.height)
+            notePlace();
+    }
+    onWidthChanged: resized.restart()
     onHeightChanged: {
         table.show(contentY, height);
         scrollAsAsked();
+        resized.restart();
     }
     onMovementStarted: glide.stop()
     Component.onCompleted: {
         table.show(contentY, height);
         completed = true;
         scrollAsAsked();
+    }
+
+    // What stands at the top comes back there after every change of size, however often there was no room for it.
+    property int topRow: -1 // the row at the top; -1 for the beginning
+    property real above: 0  // how much of it is above the view
+    property size placedIn: Qt.size(0, 0)
+
+    function notePlace() {
+        topRow = contentY > 0 ? table.rowBeneath(contentY) : -1;
+        above = contentY - table.topOf(topRow);
+    }
+    function keepPlace() {
+        if (topRow >= 0 && table.lifted < 0)
+            scrollTo(table.topOf(topRow) + above);
+        placedIn = Qt.size(width, height);
+        placeKept();
+    }
+    Timer {
+        id: resized
+
+        interval: 0
+        onTriggered: root.keepPlace()
     }
 
     // Shows the current row, and some of what is around it.
@@ -42,6 +72,7 @@ Scroller {
             scrollTo(top);
         else if (bottom > contentY + height)
             scrollTo(bottom - height);
+        notePlace();
     }
     // Does what the page has asked for, as soon as it is known how much is seen.
     function scrollAsAsked() {
@@ -50,6 +81,7 @@ Scroller {
         glide.stop();
         const from = contentY;
         scrollTo(table.askedTop(from, height));
+        notePlace();
         if (table.isAskedAnimated() && Theme.animated && contentY !== from) {
             glide.from = from;
             glide.to = contentY;

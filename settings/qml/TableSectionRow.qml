@@ -56,13 +56,13 @@ TableRow {
             return cursor.tap(place);
         cursor.shown = true;
         if (action === "ShowMenu")
-            cursor.openMenu(place, spokenName);
+            cursor.openMenu(place, spokenName, null);
         else
             cursor.move(place, action === moveUp ? TableModel.Up : TableModel.Down);
     }
-    function openMenuByHand() {
+    function openMenuByHand(mouse) {
         cursor.shown = false;
-        cursor.openMenu(place, spokenName);
+        cursor.openMenu(place, spokenName, mapToItem(scroller, mouse.x, mouse.y));
     }
     onWantedChanged: takeFocus()
     Component.onCompleted: takeFocus()
@@ -71,7 +71,7 @@ TableRow {
     Connections {
         target: root.cursor
         function onFocusWanted() { root.takeFocus() }
-        function onMenuWanted() { if (root.isCurrent && root.movable) root.cursor.openMenu(root.place, root.spokenName) }
+        function onMenuWanted() { if (root.isCurrent && root.movable) root.cursor.openMenu(root.place, root.spokenName, null) }
     }
     Behavior on y { enabled: root.hand.inHand && !root.lifted && Theme.animated; MoveAnimation {} }
 
@@ -80,9 +80,12 @@ TableRow {
     Accessible.checked: table.selectable && marked
     Accessible.name: spokenName
     Accessible.description: {
-        const where = section.header ? qsTr("Position %1 of %2 in %3.").arg(position).arg(section.total).arg(section.header)
-                                     : qsTr("Position %1 of %2.").arg(position).arg(section.total);
-        return movable ? where + " " + qsTr("Alt+Up and Alt+Down move it.") : where;
+        const told = place === cursor.landedOn && cursor.remark ? [cursor.remark + "."] : [];
+        told.push(section.header ? qsTr("Position %1 of %2 in %3.").arg(position).arg(section.total).arg(section.header)
+                                 : qsTr("Position %1 of %2.").arg(position).arg(section.total));
+        if (movable)
+            told.push(qsTr("Alt+Up and Alt+Down move it."));
+        return told.join(" ");
     }
     Accessible.focusable: true
 
@@ -103,9 +106,10 @@ TableRow {
         anchors.fill: parent
         acceptedButtons: Qt.LeftButton | Qt.RightButton
         preventStealing: root.cursor.menu.open // the finger is still down
-        onPressed: mouse => { if (mouse.button === Qt.RightButton) root.openMenuByHand() }
+        pressAndHoldInterval: Theme.holdTime
+        onPressed: mouse => { if (mouse.button === Qt.RightButton) root.openMenuByHand(mouse) }
         // The right button has opened the menu already, beneath which the row never learns of its release.
-        onPressAndHold: mouse => { if (mouse.button === Qt.LeftButton) root.openMenuByHand() }
+        onPressAndHold: mouse => { if (mouse.button === Qt.LeftButton) root.openMenuByHand(mouse) }
     }
     MouseArea {
         enabled: root.movable

@@ -8,6 +8,7 @@ FocusScope {
 
     required property TextModel text
     readonly property alias contentY: list.contentY
+    readonly property alias scroller: list
     readonly property int letterSize: Theme.scaled(text?.size ?? Theme.usualSize)
     readonly property int pieceCount: text?.pieceCount ?? 0
     readonly property int margin: 8
@@ -50,6 +51,8 @@ FocusScope {
         contentWidth: width
         pixelAligned: true
         boundsBehavior: Flickable.DragAndOvershootBounds
+        flickDeceleration: Theme.flickDeceleration
+        maximumFlickVelocity: Theme.fastestFlick
         clip: true
         keyNavigationEnabled: false
         currentIndex: -1 // which would take the focus

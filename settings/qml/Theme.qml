@@ -57,8 +57,12 @@ QtObject {
     readonly property int iconSize: 29
     function contentInset(icon) { return icon === undefined ? inset : 2 * inset + iconSize }
     readonly property int buttonHeight: 40 // in a bar
+    readonly property int touchSize: 44 // at least, of what a finger has to find
     readonly property int buttonPadding: 8
     readonly property int buttonRadius: 8
+    readonly property int swipeEdge: 20 // of a page, where a finger that goes back begins
+    readonly property int flickDeceleration: 2000 // of what scrolls on by itself, in points a second squared
+    readonly property int fastestFlick: 6000 // points a second
     readonly property int pullDistance: 60 // by which a page is pulled down to open what is above it
     readonly property int ringInset: 1 // from a control to a focus ring inside it
     readonly property int ringGap: 4   // to one around it
@@ -76,7 +80,9 @@ QtObject {
     readonly property int slideTime: 300 // of pages and sheets
     readonly property int fadeTime: 250
     readonly property int moveTime: 150 // of rows and knobs, to their places
+    readonly property int holdTime: 500 // of a long press
     readonly property int typingTime: 1000 // between two letters of a name
     readonly property int landingTime: 1200 // of what shows where one has come to
     readonly property int noticeTime: 5000 // of what is said in passing
+    readonly property int actionTime: 6000 // of what is said with a button
 }

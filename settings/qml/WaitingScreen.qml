@@ -115,11 +115,22 @@ Rectangle {
 
                     enabled: root.lost
                     anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom }
-                    width: Math.min(parent.width, Math.ceil(implicitContentWidth) + 48)
+                    width: Math.min(parent.width, fullWidth)
                     height: Math.max(48, contentItem.implicitHeight + 14)
-                    leftPadding: width < implicitContentWidth + 48 ? 12 : 0
+                    leftPadding: parent.width < fullWidth ? 12 : 0
                     rightPadding: leftPadding
                     text: qsTr("Try Again")
+
+                    // Of one line; what breaks into several would tell another width each time.
+                    readonly property real fullWidth: Math.ceil(line.implicitWidth) + 48
+
+                    Text {
+                        id: line
+
+                        visible: false
+                        text: restart.text
+                        font { pixelSize: Theme.bodySize; weight: Font.DemiBold }
+                    }
 
                     onClicked: root.restartTapped()
                     onEnabledChanged: if (enabled) forceActiveFocus(Qt.OtherFocusReason)

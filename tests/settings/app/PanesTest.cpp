@@ -2,16 +2,19 @@
 #include "settings/model/Panes.h"
 #include "link/Messages.h"
 #include "platform/foundation/NSKeyedArchiver.h"
+#include "settings/model/SearchModel.h"
 #include "settings/model/Shell.h"
 #include "tests/support/PortsFolder.h"
 #include "tests/support/ServedPort.h"
 #include "tests/support/Waiting.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QPointingDevice>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
+#include <QWheelEvent>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <gmock/gmock.h>
@@ -28,6 +31,7 @@ namespace panes_test {
 
 using namespace settings;
 using namespace platform;
+using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 
@@ -80,7 +84,9 @@ class Visit {
                 heard_.push_back(wordsFor(page, event));
             });
         });
+        QObject::connect(&search, &SearchModel::chosen, &shell, &Shell::land);
         engine_.setInitialProperties({{"shell", QVariant::fromValue(&shell)},
+                                      {"search", QVariant::fromValue(&search)},
                                       {"panes", QVariant::fromValue(&panes_)},
                                       {"width", size.width()},
                                       {"height", size.height()}});
@@ -149,10 +155,26 @@ class Visit {
         scroller->setProperty("contentY", y);
         settle();
     }
+    /// A finger that goes so far from a place, in steps, and rests there before it is lifted.
+    void drag(QPoint from, int across) {
+        static QPointingDevice* const screen = QTest::createTouchDevice();
+        QTest::touchEvent(window, screen).press(0, from, window);
+        for (int i = 1; i <= 10; ++i)
+            QTest::touchEvent(window, screen).move(0, from + QPoint(across * i / 10, 0), window);
+        QTest::qWait(120);
+        QTest::touchEvent(window, screen).release(0, from + QPoint(across, 0), window);
+        settle();
+    }
     void type(const QString& text) {
         for (const QChar letter : text)
             QTest::keyClick(window, letter.toLatin1());
         settle();
+    }
+
+    void press(int key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(window, Qt::Key(key), modifiers);
+        settle();
+        settle(); // what a landing has led to is shown when it is over
     }
 
     std::vector<std::string> heard() {
@@ -167,6 +189,7 @@ class Visit {
     }
 
     Shell& shell = newShell();
+    SearchModel search;
     QQuickWindow* window = nullptr;
     std::atomic<int> questions = 0;
     std::atomic<int> changes = 0;
@@ -312,6 +335,17 @@ TEST(Panes, LoseNothingWhenTheWindowGetsOtherSizes) {
     visit.scroll(200);
     visit.open("Change Log");
     resizeAtRandom(visit, 3, [] {});
+    visit.reach("LumoraPreferences");
+    visit.scroll(0);
+    visit.open("Lock Screen Settings");
+    visit.reach("LSSettingsController");
+    visit.scroll(300);
+    visit.open("Date View");
+    visit.reach("LSDateViewSettings");
+    visit.open("Date View Font");
+    visit.reach("FontViewController");
+    visit.scroll(700);
+    resizeAtRandom(visit, 4, [] {});
     EXPECT_EQ(visit.changes, 1);
 }
 
@@ -333,6 +367,117 @@ TEST(Panes, LeaveThePageOpenWhoseRowIsTappedAgain) {
     EXPECT_THAT(visit.heard(), ElementsAreArray({"LumoraPreferences: tap 2"}));
 }
 
+/// Two rows of the Passcode View, and one of the first page.
+search::Index someRows() {
+    const auto row = [](std::size_t page, std::size_t at, const char* title, const char* key) {
+        search::Entry entry;
+        entry.page = page;
+        entry.row = at;
+        entry.title = title;
+        entry.identifier = key;
+        return entry;
+    };
+    return {{{"LumoraPreferences", "Lumora", std::nullopt, 0, "", ""},
+             {"LSSettingsController", "Lock Screen Settings", 0, 8, "", "Lock Screen Settings"},
+             {"LSPasscodeSettings", "Passcode View", 1, 10, "", "Passcode View"}},
+            {row(2, 1, "Passcode Blur", "kLSPasscodeBlurHidden"), row(2, 0, "Blur Cutoff", "kLSBlurCutoffEnabled"),
+             row(0, 0, "Hide Notifications On Tap", "kNotificationsHideOnTap")}};
+}
+
+struct Results : testing::TestWithParam<QSize> {
+    Results() { visit.search.setIndex(someRows()); }
+
+    [[nodiscard]] bool areShown() const {
+        const QQuickItem* field = visit.window->activeFocusItem();
+        return field && field->property("text").toString() == visit.search.query() && !visit.search.query().isEmpty();
+    }
+    void lookFor(const QString& words) {
+        visit.press(Qt::Key_F, Qt::ControlModifier);
+        visit.type(words);
+        EXPECT_TRUE(areShown());
+    }
+
+    Visit visit{GetParam()};
+    const std::vector<std::string> taps{"LumoraPreferences: tap 8", "LSSettingsController: tap 10"};
+};
+
+TEST_P(Results, AreThereAgainAsTheyWereLeftWhenOneGoesBack) {
+    lookFor("blur");
+    visit.press(Qt::Key_Down);
+    const int chosen = visit.search.current();
+    for (const auto& [key, modifiers] : {std::pair(Qt::Key_Escape, Qt::NoModifier), {Qt::Key_Left, Qt::AltModifier}}) {
+        visit.press(Qt::Key_Return);
+        EXPECT_FALSE(areShown());
+        EXPECT_THAT(visit.opened(), ElementsAre("LumoraPreferences", "LSSettingsController", "LSPasscodeSettings"));
+        visit.press(key, modifiers);
+        EXPECT_TRUE(areShown());
+        EXPECT_EQ(visit.search.query(), "blur");
+        EXPECT_EQ(visit.search.current(), chosen);
+    }
+    EXPECT_EQ(visit.heard(), taps) << "no page hears of the way back to the results, nor is one opened anew";
+}
+
+TEST_P(Results, LetOneGoBackByHandOnceTheyAreLeft) {
+    lookFor("blur");
+    visit.press(Qt::Key_Return);
+    visit.press(Qt::Key_Escape);
+    EXPECT_TRUE(areShown());
+    visit.press(Qt::Key_Escape); // empties the field
+    visit.press(Qt::Key_Escape);
+    EXPECT_THAT(visit.opened(), testing::SizeIs(3));
+    visit.press(Qt::Key_Escape);
+    EXPECT_THAT(visit.opened(), testing::SizeIs(2));
+    EXPECT_EQ(visit.heard().back(), "LSPasscodeSettings: back");
+    visit.press(Qt::Key_Escape);
+    EXPECT_THAT(visit.opened(), testing::SizeIs(1));
+}
+
+TEST_P(Results, AreBehindThePageToWhichTheyLedAndNotBehindOthers) {
+    lookFor("blur");
+    visit.press(Qt::Key_Return);
+    visit.reach("LSPasscodeSettings");
+    visit.open("Blur Color");
+    EXPECT_EQ(visit.opened().back(), "ColorPickerController");
+    visit.press(Qt::Key_Escape);
+    EXPECT_EQ(visit.opened().back(), "LSPasscodeSettings");
+    EXPECT_FALSE(areShown());
+    visit.press(Qt::Key_F5); // opens the page anew
+    visit.press(Qt::Key_Escape);
+    EXPECT_TRUE(areShown());
+    EXPECT_EQ(visit.opened().back(), "LSPasscodeSettings");
+}
+
+TEST_P(Results, AreThereAgainFromTheFirstPageToo) {
+    lookFor("notifications");
+    visit.press(Qt::Key_Return);
+    EXPECT_FALSE(areShown());
+    visit.press(Qt::Key_Space);
+    EXPECT_THAT(visit.heard(), ElementsAre("LumoraPreferences: change 9 to 1"));
+    visit.press(Qt::Key_Escape);
+    EXPECT_TRUE(areShown());
+    visit.press(Qt::Key_Escape);
+    visit.press(Qt::Key_Escape);
+    visit.press(Qt::Key_Escape);
+    EXPECT_THAT(visit.opened(), ElementsAre("LumoraPreferences"));
+    EXPECT_THAT(visit.heard(), testing::SizeIs(1));
+}
+
+INSTANTIATE_TEST_SUITE_P(InOneColumn, Results, testing::Values(kNarrow));
+INSTANTIATE_TEST_SUITE_P(InTwoColumns, Results, testing::Values(kWide));
+
+TEST(Panes, ScrollAViewInTheMiddleFromBesideIt) {
+    Visit visit({1600, 844});
+    visit.reach("LumoraPreferences");
+    visit.open("Change Log");
+    const QPointF beside(420, 400);
+    ASSERT_FALSE(shownIn(*visit.page("ChangeLogController"), [&](const QQuickItem& item) {
+        return item.inherits("QQuickFlickable") && item.mapRectToScene({{}, item.size()}).contains(beside);
+    }));
+    QWheelEvent wheel(beside, beside, {}, {0, -240}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(visit.window, &wheel);
+    EXPECT_TRUE(happens([&] { return placesIn(*visit.page("ChangeLogController")).front() > 0; }));
+}
+
 TEST(Panes, KeepWhatIsTypedInTheListWhenOneColumnIsLeft) {
     Visit visit(kWide);
     visit.reach("LumoraPreferences");
@@ -347,6 +492,26 @@ TEST(Panes, KeepWhatIsTypedInTheListWhenOneColumnIsLeft) {
     QTest::keyClick(visit.window, Qt::Key_Return);
     visit.settle();
     EXPECT_EQ(visit.heard().back(), "LSSettingsController: change 13 to seen");
+}
+
+TEST(Panes, HearOfAFingerFromTheEdgeWhatTheyHearOfBackAndNothingWhenItReturns) {
+    for (const bool mirrored : {false, true}) {
+        QGuiApplication::setLayoutDirection(mirrored ? Qt::RightToLeft : Qt::LeftToRight);
+        Visit visit(kNarrow);
+        visit.reach("LumoraPreferences");
+        visit.open("Apps");
+        const int edge = mirrored ? kNarrow.width() - 4 : 3;
+        const int on = mirrored ? -1 : 1;
+        visit.drag({edge, 400}, on * 100);
+        EXPECT_THAT(visit.opened(), ElementsAreArray({"LumoraPreferences", "AppsController"}));
+        visit.drag({kNarrow.width() - edge, 400}, -on * 300);
+        visit.drag({edge, 400}, on * 300);
+        EXPECT_THAT(visit.heard(), ElementsAreArray({"LumoraPreferences: tap 2", "AppsController: back"}));
+        EXPECT_THAT(visit.opened(), ElementsAreArray({"LumoraPreferences"}));
+        visit.drag({edge, 400}, on * 300);
+        EXPECT_EQ(visit.heard().size(), 2U) << "the first page stays";
+    }
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 } // namespace panes_test

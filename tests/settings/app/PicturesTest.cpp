@@ -125,12 +125,13 @@ TEST(Pictures, AreThoseOfTheDocumentation) {
     EXPECT_GE(picturesIn(golden).size(), 100);
     EXPECT_GE(picturesIn(QDir(golden.filePath("lockscreen"))).size(), 20);
     EXPECT_EQ(picturesIn(QDir(golden.filePath("wide"))).size(), 2);
-    EXPECT_EQ(picturesIn(QDir(golden.filePath("panes"))).size(), 8);
+    EXPECT_EQ(picturesIn(QDir(golden.filePath("panes"))).size(), 20);
+    EXPECT_EQ(picturesIn(QDir(golden.filePath("profiles"))).size(), 6);
     EXPECT_EQ(picturesIn(QDir(golden.filePath("search"))).size(), 4);
     ASSERT_THAT(drawnWith(golden), HasSubstr("libQt6Gui"));
     ASSERT_THAT(drawnWith(drawn), HasSubstr("libQt6Gui"));
     const Held held = drawnWith(drawn) == drawnWith(golden) ? Held::toEveryPixel : Held::nearly;
-    for (const char* part : {".", "lockscreen", "panes", "search", "wide"})
+    for (const char* part : {".", "lockscreen", "panes", "profiles", "search", "wide"})
         EXPECT_THAT(
             compare(QDir(golden.filePath(part)), QDir(drawn.filePath(part)), QDir(drawn.filePath("differences")), held),
             IsEmpty())

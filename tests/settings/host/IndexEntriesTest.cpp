@@ -62,6 +62,28 @@ TEST(IndexEntries, OfASliderHaveTheTextAboveItAsTheirTitle) {
     EXPECT_EQ(entries[1].title, "A note");
 }
 
+TEST(IndexEntries, KnowWhatTheRowMakesOfAValue) {
+    RowSnapshot list = rowOf(PSLinkListCell, "Sleep After", "kSleepTime");
+    list.titles = {"Ten", "Never"};
+    list.shortTitles = {"10 s"};
+    list.values = {10, Data{1}, "\xFF"};
+    RowSnapshot slider = rowOf(PSSliderCell, "", "kSize");
+    slider.min = 1;
+    slider.showValue = true;
+    const auto entries = entriesOf({list, slider});
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].options, list.titles);
+    EXPECT_EQ(entries[0].shortTitles, list.shortTitles);
+    ASSERT_EQ(entries[0].values.size(), 3U);
+    EXPECT_EQ(entries[0].values[0], Value(10));
+    for (const Value& other : {entries[0].values[1], entries[0].values[2]})
+        EXPECT_NE(other, other) << "is no value of a setting";
+    EXPECT_EQ(entries[1].minimum, 1);
+    EXPECT_EQ(entries[1].maximum, std::nullopt);
+    EXPECT_TRUE(entries[1].showsNumber);
+    EXPECT_TRUE(search::writePageLine({{}, {"P", "", {}, 0, "", ""}, entries}));
+}
+
 TEST(IndexEntries, OfAFieldHaveItsPlaceholderAsTheirTitleAndNoValue) {
     RowSnapshot field = rowOf(PSSecureEditTextCell, "", "kPasscode");
     field.placeholder = "Passcode";

@@ -1,19 +1,22 @@
 // Opens every page of the application in several sizes of the window, goes through it by Tab, and prints what is wrong
 // with how it is laid out, a line each, and which links open nothing. Saves pictures of such pages:
 //
-//     layout_tour ROOT PICTURES TEXT_SIZE [contrast|turned]
+//     layout_tour ROOT PICTURES TEXT_SIZE [contrast|turned|targets]
 //
-// With the last word it looks at something else instead: at what stands out from its ground, light and dark, pressed, and
-// with more contrast; or at each page in many more sizes, which the window takes while it is open.
+// With the last word it looks at something else instead: at what stands out from its ground, in one column and in two,
+// light and dark, pressed, and with more contrast; at each page in many more sizes, which the window takes while it is
+// open; or at how much room a finger has on all that can be pressed.
 // Ends with 0 when there is nothing to print, 1 when there is, 2 when the tour has come to no end. The tweak is
 // whichever has the ports.
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/services/PictureDecoder.h"
 #include "settings/app/Pictures.h"
 #include "settings/host/Host.h"
+#include "settings/model/Panes.h"
 #include "tests/settings/layout/ContrastCheck.h"
 #include "tests/settings/layout/Items.h"
 #include "tests/settings/layout/LayoutCheck.h"
+#include "tests/settings/layout/TargetCheck.h"
 
 #include <QAccessible>
 #include <QFont>
@@ -67,6 +70,11 @@ class CheckingTour : public settings::Pictures {
     /// Pages of strange plug-ins have a link to no page, and are to open all the same.
     void missPage(const std::string& name, const settings::RowSnapshot& link) override {
         if (link.detail != "NoSuchPage") complain(name, {"the link to " + link.detail + " opens nothing"});
+    }
+    /// Afterwards everything is in its place.
+    void drawWhole(const std::string& name) {
+        std::cerr << "looked at " << name << "-" << window().width() << std::endl;
+        (void)window().grabWindow();
     }
     void complain(const std::string& name, const std::vector<std::string>& faults) {
         for (const std::string& fault : faults) {
@@ -162,14 +170,24 @@ class TurningTour : public CheckingTour {
     int appearances_ = 0;
 };
 
+class TargetTour : public CheckingTour {
+  public:
+    using CheckingTour::CheckingTour;
+
+  protected:
+    void takePictures(const std::string& name) override {
+        drawWhole(name);
+        complain(name, tests::targetFaults(*window().contentItem()));
+    }
+};
+
 class LayoutTour : public CheckingTour {
   public:
     using CheckingTour::CheckingTour;
 
   protected:
     void takePictures(const std::string& name) override {
-        std::cerr << "looked at " << name << "-" << window().width() << std::endl;
-        (void)window().grabWindow(); // by then everything is in its place
+        drawWhole(name);
         complain(name, tests::layoutFaults(*window().contentItem()));
         // Scrolled by nobody who has the focus; or gone through already.
         for (const std::string_view other : {"-end", "-contrast", "-mirrored"})
@@ -241,7 +259,7 @@ int fail(const std::string& why) {
 int main(int argc, char** argv) {
     platform::PicturePatience::makeEndless(); // so that a row has its icon in each picture
     const std::string_view subject = argc == 5 ? argv[4] : "";
-    if (argc < 4 || argc > 5 || (argc == 5 && subject != "contrast" && subject != "turned"))
+    if (argc < 4 || argc > 5 || (argc == 5 && subject != "contrast" && subject != "turned" && subject != "targets"))
         return fail("takes a device root, a folder, a text size and perhaps what to look at");
     platform::setDeviceRoot(argv[1]);
     QGuiApplication application(argc, argv);
@@ -252,10 +270,13 @@ int main(int argc, char** argv) {
     const platform::CGSize size{320, kHigh};
     shell.launch({platform::standardBundle(), {}, settings::contentSizeOf(size)},
                  [](const std::string& why) { QCoreApplication::exit(fail(why)); });
+    settings::Panes panes;
     QQmlApplicationEngine engine;
     engine.addImportPath("qrc:/qt/qml");
-    engine.setInitialProperties(
-        {{"shell", QVariant::fromValue(&shell)}, {"width", size.width}, {"height", size.height}});
+    engine.setInitialProperties({{"shell", QVariant::fromValue(&shell)},
+                                 {"panes", QVariant::fromValue(subject == "contrast" ? &panes : nullptr)},
+                                 {"width", size.width},
+                                 {"height", size.height}});
     engine.load(QUrl("qrc:/qt/qml/Lumora/Main.qml"));
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return fail("the window's own files cannot be loaded");
@@ -263,10 +284,13 @@ int main(int argc, char** argv) {
     std::vector<QSize> sizes;
     if (subject == "contrast") {
         tour = std::make_unique<ContrastTour>(shell, *window);
-        sizes = {{320, 844}, {390, 844}};
+        sizes = {{320, 844}, {390, 844}, {1000, 844}};
     } else if (subject == "turned") {
         tour = std::make_unique<TurningTour>(shell, *window);
         sizes = {{390, 844}};
+    } else if (subject == "targets") {
+        tour = std::make_unique<TargetTour>(shell, *window);
+        sizes = {{320, 844}, {390, 844}};
     } else {
         tour = std::make_unique<LayoutTour>(shell, *window);
         sizes = {{320, kHigh}, {390, 568}, {320, kLow}};

@@ -2,84 +2,22 @@
 
 #include "fonts/FontFaces.h"
 #include "platform/ui/Move.h"
+#include "tests/settings/qml/BenchValues.h"
 
 #include <QAccessible>
-#include <QBuffer>
-#include <QImage>
+#include <QCoreApplication>
 #include <QQuickWindow>
+#include <QWheelEvent>
 
 #include <algorithm>
 
 using namespace platform;
 using namespace settings;
+using namespace bench_values;
 
 namespace {
 
 constexpr double kTableHeight = 700;
-
-Value toValue(const QVariant& value) {
-    const int type = value.typeId();
-    if (type == QMetaType::Bool) return value.toBool();
-    if (type == QMetaType::Int) return value.toInt();
-    if (type == QMetaType::Double) return value.toDouble();
-    if (type == QMetaType::QString) return value.toString().toStdString();
-    if (type == QMetaType::QVariantList) return List{};
-    return {};
-}
-
-std::string toText(const QVariant& text) {
-    return text.toString().toStdString();
-}
-
-UIColorRef toColor(const QVariant& name) {
-    const QColor color(name.toString());
-    return UIColor::colorWithRed(color.redF(), color.greenF(), color.blueF(), color.alphaF());
-}
-
-/// A picture of one colour; null for none.
-UIImageRef toIcon(const QVariant& color) {
-    if (color.isNull()) return nullptr;
-    QImage image(29, 29, QImage::Format_RGB32);
-    image.fill(QColor(color.toString()));
-    QByteArray file;
-    QBuffer buffer(&file);
-    image.save(&buffer, "PNG");
-    return std::make_shared<const UIImage>(CGSize{29, 29}, Data(file.begin(), file.end()), Data{});
-}
-
-CGRect toFrame(const QVariant& frame) {
-    const QRectF rect = frame.toRectF();
-    return CGRectMake(rect.x(), rect.y(), rect.width(), rect.height());
-}
-
-RowSnapshot toRow(const QVariantMap& map) {
-    RowSnapshot row;
-    row.cell = map["cell"].toInt();
-    row.name = toText(map["name"]);
-    row.identifier = toText(map["identifier"]);
-    row.value = toValue(map["value"]);
-    row.valueTitle = toText(map["valueTitle"]);
-    row.footerText = toText(map["footerText"]);
-    row.placeholder = toText(map["placeholder"]);
-    if (map.contains("min")) row.min = map["min"].toDouble();
-    if (map.contains("max")) row.max = map["max"].toDouble();
-    if (map.contains("showValue")) row.showValue = map["showValue"].toBool();
-    row.marked = map["marked"].toBool();
-    row.icon = toIcon(map["icon"]);
-    return row;
-}
-
-ElementSnapshot toElement(const QVariantMap& map) {
-    ElementSnapshot element;
-    element.label = toText(map["label"]);
-    element.frame = toFrame(map["frame"]);
-    for (const QVariant& part : map["axes"].toList()) {
-        const QVariantMap axis = part.toMap();
-        element.axes.push_back(
-            {toText(axis["label"]), axis["value"].toDouble(), axis["vertical"].toBool(), axis["reversed"].toBool()});
-    }
-    return element;
-}
 
 std::shared_ptr<PageSnapshot> pageSnapshot() {
     auto page = std::make_shared<PageSnapshot>();
@@ -117,59 +55,6 @@ std::shared_ptr<const PageSnapshot> viewSnapshot(const QVariantMap& view, const 
             text["id"].toULongLong(), toFrame(text["frame"]), std::make_shared<const std::string>(toText(text["text"])),
             UIFont::systemFontOfSize(15), text["selectable"].toBool()});
     return page;
-}
-
-QVariant toVariant(const Value& value) {
-    if (value.boolean()) return *value.boolean();
-    if (value.isNumber()) return value.doubleValue();
-    return value.text() ? QString::fromUtf8(*value.text()) : QVariant();
-}
-
-QVariant toVariant(const RowTapped& tap) {
-    return int(tap.row);
-}
-
-QVariant toVariant(const ValueChanged& change) {
-    return QVariantList{int(change.row), toVariant(change.value)};
-}
-
-QVariant toVariant(const RowMoved& move) {
-    return QVariantList{move.from.section, move.from.row, move.to.section, move.to.row};
-}
-
-QVariant toVariant(const TableRowTapped& tap) {
-    return QVariantList{tap.path.section, tap.path.row};
-}
-
-QVariant toVariant(const TableRowSought& sought) {
-    return QVariantList{QString::fromStdString(sought.beginning), sought.after.section, sought.after.row};
-}
-
-QVariant toVariant(const TableScrolled& scroll) {
-    QVariantList headers;
-    QVariantList footers;
-    for (const auto& heights : scroll.viewport.sections) {
-        headers << heights.header;
-        footers << heights.footer;
-    }
-    return QVariantMap{
-        {"top", scroll.viewport.top}, {"bottom", scroll.viewport.bottom}, {"headers", headers}, {"footers", footers}};
-}
-
-QVariant toVariant(const Touched& touch) {
-    static constexpr const char* phases[] = {"began", "moved", "", "ended", "cancelled"};
-    QVariantList points;
-    for (const auto& [finger, phase, location] : touch.points)
-        points << QVariant(QVariantList{int(finger), phases[static_cast<int>(phase)], location.x, location.y});
-    return points;
-}
-
-QVariant toVariant(const Composed& composed) {
-    static constexpr const char* actions[] = {"send", "save", "cancel", "leave"};
-    return QVariantMap{{"action", actions[static_cast<int>(composed.action)]},
-                       {"to", QString::fromStdString(composed.text.to)},
-                       {"subject", QString::fromStdString(composed.text.subject)},
-                       {"body", QString::fromStdString(composed.text.body)}};
 }
 
 /// The control and everything in it, from the outside to the inside.
@@ -260,27 +145,11 @@ SearchModel* Bench::search(const QVariantMap& content) {
 
 void Bench::index(const QVariantMap& content) {
     std::vector<search::Page> pages;
-    for (const QVariant& each : content["pages"].toList()) {
-        const QVariantMap page = each.toMap();
-        std::optional<std::size_t> from;
-        if (page.contains("from")) from = page["from"].toULongLong();
-        pages.push_back({"Class" + std::to_string(pages.size()), toText(page["title"]), from, 0, {}, {}});
-    }
+    for (const QVariant& page : content["pages"].toList())
+        pages.push_back(toPage(page.toMap(), pages.size()));
     std::vector<search::Entry> entries;
-    for (const QVariant& each : content["entries"].toList()) {
-        const QVariantMap map = each.toMap();
-        search::Entry entry;
-        entry.title = toText(map["title"]);
-        entry.page = map["page"].toULongLong();
-        entry.cell = map["cell"].toInt();
-        entry.key = toText(map["key"]);
-        entry.header = toText(map["header"]);
-        entry.section = map.value("section", -1).toInt();
-        entry.row = map["row"].toULongLong();
-        for (const QString& word : map["words"].toStringList())
-            entry.words.push_back(word.toStdString());
-        entries.push_back(std::move(entry));
-    }
+    for (const QVariant& entry : content["entries"].toList())
+        entries.push_back(toEntry(entry.toMap()));
     search_->setIndex(search::Index(std::move(pages), std::move(entries)));
 }
 
@@ -334,6 +203,20 @@ bool Bench::setNumber(QQuickItem* item, const QString& name, double value) {
     return false;
 }
 
+void Bench::pullByTouchpad(QQuickItem* item, int points, bool tellsOfItsEnd) {
+    constexpr int step = 10;
+    const QPointF middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+    const auto send = [&](int by, Qt::ScrollPhase phase) {
+        QWheelEvent event(middle, item->window()->mapToGlobal(middle), {0, by}, {0, by}, Qt::NoButton, Qt::NoModifier,
+                          tellsOfItsEnd ? phase : Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(item->window(), &event);
+    };
+    if (tellsOfItsEnd) send(0, Qt::ScrollBegin);
+    for (int i = 0; i < points; i += step)
+        send(step, Qt::ScrollUpdate);
+    if (tellsOfItsEnd) send(0, Qt::ScrollEnd);
+}
+
 void Bench::take(Event event, std::function<void()> taken) {
     if (const auto* moved = std::get_if<RowMoved>(&event)) {
         taken = [this, moved = *moved, taken = std::move(taken)] {
@@ -351,10 +234,6 @@ void Bench::take(Event event, std::function<void()> taken) {
     }
     if (taken) underWay_.push_back(std::move(taken));
     events_.push_back(std::move(event));
-}
-
-QVariant Bench::written(const Event& event) {
-    return std::visit([](const auto& happened) { return toVariant(happened); }, event);
 }
 
 /// A font by its file, and its number there after a "#".

@@ -2,6 +2,7 @@
 
 #include "settings/model/PageModel.h"
 #include "settings/model/SearchModel.h"
+#include "tests/settings/qml/BenchValues.h"
 
 #include <QQuickItem>
 #include <QString>
@@ -68,7 +69,8 @@ class Bench : public QObject {
     Q_INVOKABLE void takeAll();
 
     /// A search through an index of "pages" (maps of "title" and "from", the position of the page before) and "entries"
-    /// (maps of "title", "page", "cell", "key", "header", "section", "row", "words"). Without them, there is no index.
+    /// (maps of "title", "page", "cell", "identifier", "key", "header", "section", "row", "words", "options",
+    /// "shortTitles", "values", "minimum", "maximum", "showsNumber", "chosenBy"). Without them, there is no index.
     Q_INVOKABLE settings::SearchModel* search(const QVariantMap& content);
     /// Another index for the last search.
     Q_INVOKABLE void index(const QVariantMap& content);
@@ -104,14 +106,17 @@ class Bench : public QObject {
     /// Sets the value of the slider of that name, as an assistive tool would.
     Q_INVOKABLE bool setNumber(QQuickItem* item, const QString& name, double value);
 
+    /// Pulls what scrolls there down by so many points with two fingers on a touchpad, and lets go. Touchpads of some
+    /// desktops tell when that begins and ends, others do not.
+    Q_INVOKABLE void pullByTouchpad(QQuickItem* item, int points, bool tellsOfItsEnd);
+
   private:
     void take(settings::Event event, std::function<void()> taken);
-    static QVariant written(const settings::Event& event);
     template<class Kind>
     [[nodiscard]] QVariantList told() const {
         QVariantList all;
         for (const settings::Event& event : events_)
-            if (std::holds_alternative<Kind>(event)) all << written(event);
+            if (std::holds_alternative<Kind>(event)) all << bench_values::written(event);
         return all;
     }
     std::shared_ptr<const settings::PageSnapshot> snapshot(const QVariantMap& content);

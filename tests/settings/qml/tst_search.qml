@@ -33,7 +33,7 @@ Item {
         readonly property var rows: [
             { title: "Enable", page: 0, cell: RowModel.SwitchCell, key: "kEnabled", row: 1 },
             { title: "Blur Color", page: 2, cell: RowModel.LinkCell, row: 1 },
-            { title: "Blur Opacity", page: 2, cell: RowModel.SliderCell, key: "kOpacity", row: 3, words: ["transparency"] },
+            { title: "Blur Opacity", page: 2, cell: RowModel.SliderCell, key: "kOpacity", row: 3, words: ["transparency"], showsNumber: true },
             { title: "Blur Icon View Background", page: 1, cell: RowModel.SwitchCell, key: "kBlur", row: 4 },
             { title: "Passcode", page: 1, cell: RowModel.SecureEditTextCell, key: "kCode", row: 5 },
             { title: "Custom <Blur> & Color", page: 2, cell: RowModel.SwitchCell, key: "kCustom", row: 6 },
@@ -122,6 +122,69 @@ Item {
             compare(plain(results().find(result => result.value.length > 0).title), "Passcode");
             verify(!values().join("").includes("1234"));
             compare(spoken(control => JSON.stringify(control).includes("1234")).length, 0);
+        }
+        function test_showsValuesAsTheirRowsDo() {
+            const slider = { page: 0, cell: RowModel.SliderCell, showsNumber: true };
+            open([
+                { title: "Sleep After", page: 0, cell: RowModel.LinkListCell, key: "kAfter", options: ["Ten Seconds", "Never"], shortTitles: ["10 s"], values: [10, 0] },
+                Object.assign({ title: "Sleep Fade", key: "kFade" }, slider),
+                Object.assign({ title: "Sleep Height", key: "kHeight", minimum: 5, maximum: 200 }, slider),
+                { title: "Sleep Mute", page: 0, cell: RowModel.SliderCell, key: "kMute" },
+                { title: "Sleep Text", page: 0, cell: RowModel.EditTextCell, key: "kText" },
+            ]);
+            type("sleep");
+            bench.answer({ kAfter: 10.0, kFade: 12, kHeight: 7.25, kMute: 0.5, kText: 3 });
+            compare(values(), ["10 s", "12.00", "7.3", "", "3"]);
+            bench.answer({ kAfter: 0 });
+            compare(values(), ["Never", "0.00", "5.0", "", ""]);
+            bench.answer({ kAfter: 11, kFade: "x" });
+            compare(values().slice(0, 2), ["", "0.00"]);
+        }
+        function test_findsWhatIsChosenElsewhereOnlyWhileItIsChosen() {
+            open([
+                { title: "Mail", page: 1, identifier: "mail" },
+                { title: "Mail", page: 2, identifier: "mail", chosenBy: ["kChosen", "kLeftOut"] },
+            ]);
+            const ways = () => results().filter(result => result.first).map(result => plain(result.path));
+            type("mail");
+            compare(ways(), ["Lumora › Apps"]);
+            for (const settings of [{ kChosen: ["phone", "mail"] }, { kLeftOut: ["mail"] }]) {
+                bench.answer(settings);
+                tryVerify(() => ways().join() === "Lumora › Apps,Lumora › Passcode View");
+                bench.answer({ kChosen: ["phone"] });
+                tryVerify(() => ways().join() === "Lumora › Apps");
+            }
+        }
+        function test_staysAtTheResultWhenOthersComeWithTheValues() {
+            open([
+                { title: "Mail", page: 1, identifier: "mail", chosenBy: ["kChosen"] },
+                { title: "Mail Order", page: 2 },
+                { title: "Mail Size", page: 2 },
+            ]);
+            type("mail");
+            keyClick(Qt.Key_Down);
+            compare(current(), ["Mail Size"]);
+            bench.answer({ kChosen: ["mail"] });
+            tryVerify(() => titles().join() === "Mail,Mail Order,Mail Size");
+            compare(current(), ["Mail Size"]);
+        }
+        function test_showsTheResultsAsTheyWereLeft() {
+            open(Array.from({ length: 250 }, (_, i) => ({ title: "Row " + i, page: 0, row: i })));
+            type("row");
+            const list = find(place.item, item => item instanceof ListView);
+            for (let i = 0; i < 5; ++i)
+                mouseWheel(list, 100, 200, 0, -120);
+            tryVerify(() => list.contentY > 200 && !list.moving);
+            const scrolled = list.contentY;
+            mouseClick(list, 100, 300);
+            const chosen = current();
+            verify(chosen[0] !== "Row 0");
+            place.visible = false;
+            place.visible = true;
+            place.item.resume();
+            compare([current(), list.contentY, root.search.query], [chosen, scrolled, "row"]);
+            type("9");
+            compare(root.search.query, "row9");
         }
         function test_saysWhyARowIsFoundByAnotherWord() {
             open();

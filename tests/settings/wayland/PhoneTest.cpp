@@ -23,6 +23,9 @@ using tests::RecordingTweak;
 
 constexpr QPoint kFirstSwitch(333, 121);
 constexpr QPoint kSecondSwitch(333, 304);
+constexpr QPointF kAppsLink(60, 164);
+constexpr QRect kBar(0, 0, 390, 52);
+constexpr QRect kRows(0, 0, 380, 844); // beside the sign of where a page stands, which comes and goes
 
 Value change(const char* key, Value value) {
     return Dictionary{{"key", key}, {"object", std::move(value)}};
@@ -74,6 +77,65 @@ TEST_F(PhoneTest, SendsEachColourThatAFingerIsDraggedTo) {
     const std::vector<Value> all = changes(31);
     EXPECT_EQ(all.size(), 31U);
     EXPECT_EQ(colours(all).size(), 31U) << "one of them twice";
+}
+
+TEST_F(PhoneTest, SendsEachColourOfADragWhereEachPointHasNinePixels) {
+    tweak.setSettings(Dictionary{{"kLSBlurColor", Dictionary{{"h", 0.0}, {"s", 0.0}, {"b", 1.0}}}});
+    Phone phone({"--page", "ColorPickerController"}, 3);
+    phone.drag({100, 300}, {280, 480}, 30);
+    EXPECT_EQ(colours(changes(31)).size(), 31U) << "one of them twice";
+}
+
+TEST_F(PhoneTest, SendsTheColoursOfTwoFingersThatAreDraggedAtOnce) {
+    tweak.setSettings(Dictionary{{"kLSBlurColor", Dictionary{{"h", 0.0}, {"s", 0.0}, {"b", 1.0}}}});
+    Phone phone({"--page", "ColorPickerController"});
+    phone.press({100, 300}, 0);
+    phone.press({200, 750}, 1);
+    for (int i = 1; i <= 10; ++i) {
+        phone.move({100.0 + 10 * i, 300.0 + 10 * i}, 0);
+        phone.move({200.0 + 10 * i, 750}, 1);
+    }
+    phone.lift({200, 400}, 0);
+    phone.lift({300, 750}, 1);
+    EXPECT_EQ(colours(changes(22)).size(), 22U) << "one of them twice";
+}
+
+TEST_F(PhoneTest, MovesTwoSlidersUnderTwoFingers) {
+    Phone phone({"--page", "AppsController"});
+    const QPointF opacity(298, 548);
+    const QPointF size(172, 636);
+    phone.press(opacity, 0);
+    phone.press(size, 1);
+    for (int i = 1; i <= 10; ++i) {
+        phone.move(opacity - QPointF(10 * i, 0), 0);
+        phone.move(size + QPointF(8 * i, 0), 1);
+    }
+    phone.lift(opacity - QPointF(100, 0), 0);
+    phone.lift(size + QPointF(80, 0), 1);
+    std::set<std::string> keys;
+    for (const Value& change : changes(2))
+        keys.insert(std::string(*change.dictionary()->find("key")->text()));
+    EXPECT_THAT(keys, ElementsAre("kAppIconOpacity", "kAppIconSize"));
+}
+
+TEST_F(PhoneTest, GoesBackUnderAFingerThatComesFromTheEdge) {
+    Phone phone({});
+    const QImage root = phone.picture().copy();
+    phone.tap(kAppsLink);
+    Phone::await([&] { return phone.picture().copy(kBar) != root.copy(kBar); }, "the other page");
+    phone.awaitRest();
+    const QImage page = phone.picture().copy();
+    phone.press({3, 400});
+    for (int x = 3; x <= 100; x += 10)
+        phone.move({double(x), 400});
+    phone.awaitRest();
+    EXPECT_NE(phone.picture(), page) << "it moves with the finger";
+    phone.lift({93, 400});
+    phone.awaitRest();
+    EXPECT_EQ(phone.picture().copy(kRows), page.copy(kRows)) << "that was not far";
+    phone.drag({3, 400}, {250, 400}, 10);
+    Phone::await([&] { return phone.picture().copy(kRows) == root.copy(kRows); }, "the first page");
+    EXPECT_THAT(tweak.changes(), IsEmpty());
 }
 
 TEST_F(PhoneTest, MovesARowThatAFingerDrags) {

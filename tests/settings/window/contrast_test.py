@@ -15,7 +15,8 @@ class ContrastTest(Strange):
         """Fields are empty, so that their placeholders are seen. The page of the colour control has colours of its own."""
         passcodes = ("kAutoUnlockPasscode", "kAutoUnlockPasscodeConfirm", "kAutoUnlockWidgetPasscode", "kLSDateSubtitle")
         answered = settings(**{key: "" for key in passcodes}, kTweakEnabled=True, kLSStatusBarHidden=True, kSleepTime=10)
-        self.look("contrast", answered, size=100, at=["contrast"], left_out=["ColorPickerController"])
+        self.look("contrast", answered, size=100, at=["contrast"], left_out=["ColorPickerController"],
+                  widths=["320", "390", "1000"])
 
 
 if __name__ == "__main__":

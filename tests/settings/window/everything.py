@@ -128,7 +128,7 @@ class Everything(Spoken):
         self.find_control(window, control)
         items = [(other, item) for other, item in self.looked_at[1]
                  if other.role not in (pyatspi.ROLE_PANEL, pyatspi.ROLE_LIST)]
-        items += [(BACK, back) for back in self.above(window, BACK.role)]
+        items += [(Control(BACK.role, button.name, ""), button) for button in self.above(window, BACK.role)]
 
         def focused():
             return next((other for other, item in items if self.has_state(item, pyatspi.STATE_FOCUSED)), None)

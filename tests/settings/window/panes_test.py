@@ -10,7 +10,7 @@ import unittest
 import pyatspi
 
 from harness.display import Display
-from harness.spoken import BUTTON, LINK, SWITCH, Spoken
+from harness.spoken import LINK, SWITCH, Spoken
 from harness.waiting import eventually
 
 PANE, SLIDER = pyatspi.ROLE_PANEL, pyatspi.ROLE_SLIDER
@@ -137,7 +137,7 @@ class MenuTest(Panes):
         self.expect_to_close(window)
         window = self.open_wide()
         self.expect_panes(window, Lumora=(0, 1000))
-        self.press_button(window, "View")
+        self.press_button(window, "More")
         one = self.named(window, LINE, "One Column")
         self.assertTrue(self.has_state(one, pyatspi.STATE_CHECKED))
         self.xdotool("windowfocus", "--sync", window.id)
@@ -155,19 +155,21 @@ class MenuTest(Panes):
         self.expect_soon(lambda: self.spoken(window, LINE), {})
         self.expect_panes(window, Lumora=(0, 390), Apps=(390, 1000))
 
-    def test_is_not_there_without_room_for_it(self):
+    def test_offers_no_columns_without_room_for_them(self):
         window = self.open_wide(size="700x844")
         self.keys(window, "F10")
-        self.assertNotIn("View", self.spoken(window, BUTTON))
+        self.named(window, LINE, "Lock Screen")
+        self.assertNotIn("Two Columns", self.spoken(window, LINE))
+        self.keys(window, "Escape")
 
 
 class FirstSizeTest(Panes):
     def open_on(self, screen):
+        self.kept_size.unlink(missing_ok=True)
         self.display = Display("-screen", "0", screen + "x24")
         self.addCleanup(self.display.stop)
         self.environment["DISPLAY"] = self.display.name
         window = self.open_window()
-        self.addCleanup(self.expect_to_close, window)
         self.named(window, LINK, "Apps")
         return window
 
@@ -175,9 +177,22 @@ class FirstSizeTest(Panes):
         window = self.open_on("1600x1000")
         self.assertEqual(self.size_of(window), (1240, 900))
         eventually(lambda: {"Lumora", "Lock screen, preview"} <= set(self.pane_edges(window)), "the panes")
+        self.expect_to_close(window)
+
+    def test_has_room_for_all_panes_on_a_small_desktop_too(self):
+        window = self.open_on("1280x1024")
+        self.assertEqual(self.size_of(window), (1240, 900))
+        self.expect_to_close(window)
+
+    def test_has_room_for_list_and_page_on_a_smaller_one(self):
+        window = self.open_on("1152x864")
+        self.assertEqual(self.size_of(window), (1000, 844))
+        self.expect_to_close(window)
 
     def test_fills_the_screen_of_a_phone(self):
-        self.assertEqual(self.size_of(self.open_on("360x720")), (360, 720))
+        window = self.open_on("360x720")
+        self.assertEqual(self.size_of(window), (360, 720))
+        self.expect_to_close(window)
 
 
 if __name__ == "__main__":

@@ -1,15 +1,16 @@
 import QtQuick
 
-// Opens the menu of what the window shows side by side.
+// Opens the menu of the window: what can be taken back, and what is shown side by side.
 PushButton {
     id: root
 
     implicitWidth: Theme.buttonHeight
     implicitHeight: Theme.buttonHeight
     opacity: down ? Theme.downOpacity : 1
-    text: qsTr("View")
+    text: qsTr("More")
     Accessible.role: Accessible.ButtonMenu
     Accessible.name: text
+    Accessible.ignored: !enabled
     Accessible.onPressAction: clicked()
 
     background: FocusRing { visible: root.visualFocus }

@@ -1,0 +1,31 @@
+#include "settings/host/UndoStack.h"
+
+#include <utility>
+
+namespace settings {
+
+void UndoStack::add(Change change) {
+    const bool wasUndone = !undone_.empty();
+    undone_.clear();
+    Change* const last = done_.empty() || wasUndone ? nullptr : &done_.back();
+    const bool goesOn = last && change.continues && last->continues && last->group == 0 && change.group == 0 &&
+                        last->page == change.page && last->identifier == change.identifier &&
+                        change.made - last->made <= kPause;
+    if (goesOn) {
+        last->after = std::move(change.after);
+        last->made = change.made;
+        if (last->after == last->before) done_.pop_back();
+        return;
+    }
+    done_.push_back(std::move(change));
+    if (done_.size() > kMost) done_.erase(done_.begin());
+}
+
+void UndoStack::stepped(bool back, bool forget) {
+    auto& from = back ? done_ : undone_;
+    auto& to = back ? undone_ : done_;
+    if (!forget) to.push_back(std::move(from.back()));
+    from.pop_back();
+}
+
+} // namespace settings
