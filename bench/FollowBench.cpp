@@ -1,4 +1,4 @@
-// How long the tweak takes to answer a change, alone and while it tells 16 followers of each one.
+// How long the tweak takes to answer a change: alone, without recording it, and while it tells 16 followers of each one.
 
 #include "tests/support/RawSocket.h"
 #include "tests/support/ServedPort.h"
@@ -15,6 +15,7 @@
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 using namespace tests;
@@ -54,9 +55,11 @@ double answer() {
     return samples[kChanges / 2];
 }
 
-void measure(benchmark::State& state, int followers) {
+void measure(benchmark::State& state, int followers, const std::vector<std::string>& options = {}) {
     const Sandbox sandbox;
-    const RunningTweak tweak({LUMORA_TWEAK, "--settings", sandbox.settings()});
+    std::vector<std::string> command{LUMORA_TWEAK, "--settings", sandbox.settings()};
+    command.insert(command.end(), options.begin(), options.end());
+    const RunningTweak tweak(std::move(command));
     std::list<ServedPort> listening;
     std::list<RawSocket> stuck;
     if (followers > 0) std::filesystem::create_directories(sandbox.ports() / "com.nevo.lumora/followers");
@@ -80,6 +83,9 @@ void measure(benchmark::State& state, int followers) {
 void ChangeAnswer(benchmark::State& state) {
     measure(state, 0);
 }
+void ChangeAnswerWithoutHistory(benchmark::State& state) {
+    measure(state, 0, {"--no-history"});
+}
 void ChangeAnswerWithFollowers(benchmark::State& state) {
     measure(state, kFollowers);
 }
@@ -87,6 +93,7 @@ void ChangeAnswerWithFollowers(benchmark::State& state) {
 } // namespace
 
 BENCHMARK(ChangeAnswer)->UseManualTime()->Iterations(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(ChangeAnswerWithoutHistory)->UseManualTime()->Iterations(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(ChangeAnswerWithFollowers)->UseManualTime()->Iterations(1)->Unit(benchmark::kMicrosecond);
 
 BENCHMARK_MAIN();

@@ -53,10 +53,10 @@ class Stage:
             address = bus.stdout.readline().decode().strip()
             # Some programs do not start without a bus of the system's, whoever is on it.
             self.environment |= {"DBUS_SESSION_BUS_ADDRESS": address, "DBUS_SYSTEM_BUS_ADDRESS": address}
-            tweak = so_far.enter_context(self.program(
+            self.tweak = so_far.enter_context(self.program(
                 self.build + "/bin/lumora-tweak", "--settings", self.folder + "/settings.plist",
                 stdout=subprocess.PIPE))
-            if b"ready" not in tweak.stdout.readline():
+            if b"ready" not in self.tweak.stdout.readline():
                 raise RuntimeError("lumora-tweak did not start")
             self._on_exit = so_far.pop_all()
         return self

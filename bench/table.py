@@ -12,7 +12,8 @@ import os
 import platform
 import sys
 
-US, MS, MB = ("µs", 1e3), ("ms", 1e6), ("MB", 1)  # the unit, and what a measured number is divided by
+# the unit, and what a measured number is divided by
+US, MS, MB, TIMES = ("µs", 1e3), ("ms", 1e6), ("MB", 1), ("times", 1)
 FRAME = 1000 / 60
 INSTANT = 100  # milliseconds up to which an answer seems to come at once
 AT_REST = 500  # milliseconds up to which a page that slides in stands still
@@ -34,6 +35,7 @@ RATIOS = [
      US, 3.0),
     ("tweak's answer to a change, 16 followers of whom four are stuck / none", "ChangeAnswerWithFollowers",
      "ChangeAnswer", US, 1.3),
+    ("tweak's answer to a change, recorded / not recorded", "ChangeAnswer", "ChangeAnswerWithoutHistory", US, 1.3),
 ]
 # what is told, benchmark, unit, the largest value that meets the goal
 COSTS = [
@@ -45,6 +47,8 @@ COSTS = [
     ("key to drawn results among 10,000 rows, 95th percentile", "DrawResults", MS, FRAME),
     ("index of all pages read from the cache", "ReadKeptIndex", MS, 5),
     ("processor time for the index of all pages", "MakeIndex", MS, 300),
+    ("full history of 5,000 changes read", "ReadFullHistory", MS, 10),
+    ("settings reckoned from one end of it to the other", "MoveThroughHistory", MS, 1),
     ("start to the first page on the screen, warm", "WindowStart", MS, 150),
     ("resident memory of the window then", "WindowMemory", MB, 64),
     ("start to the lock screen, warm", "FaceStart", MS, 150),
@@ -54,6 +58,9 @@ COSTS = [
     ("passcode view drawn with three pixels to a point", "PasscodeViewAtThree", MS, 8),
     ("blur of a lock screen with three pixels to a point", "BlurScreenAtThree", MS, 10),
     ("another tint and another blur's opacity there", "TintScreenAtThree", MS, 8),
+    ("wake-ups a minute of the window while nothing happens", "WindowIdle", TIMES, 1),
+    ("wake-ups a minute of the lock screen while only its clock goes on", "FaceIdle", TIMES, 30),
+    ("wake-ups a minute of the tweak then", "TweakIdle", TIMES, 10),
     *((told + which, benchmark + suffix, MS, goal)
       for told, benchmark, goal, parts in (
           ("tap on a switch to its change on the screen", "TapSwitch", 2 * FRAME, (MEDIAN, TAIL)),
