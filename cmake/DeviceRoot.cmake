@@ -11,6 +11,9 @@ file(RELATIVE_PATH LUMORA_ROOT_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAK
 # Pictures of the lock screen, which programs find from their own folder as well.
 file(RELATIVE_PATH LUMORA_WALLPAPERS_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR}/lumora/wallpapers)
 
+# The same for the profiles of settings that are shipped.
+file(RELATIVE_PATH LUMORA_PROFILES_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR}/lumora/profiles)
+
 # Programs that only other programs call: lumora_helper(TARGET COMPONENT) installs one. The platform library looks for
 # them from its own folder.
 set(LUMORA_HELPERS ${CMAKE_INSTALL_LIBEXECDIR}/lumora)

@@ -99,6 +99,9 @@ class PrintedTest(Leaks):
             self.assertEqual((taken.returncode, taken.stdout, taken.stderr), (0, "", ""))
             for wrong in (f'["{passcode}"]', f'{{"{passcode}": 1}}'):
                 self.assert_tells_nothing(self.lumoractl("set", key, "-", input=wrong, status=1).stderr, wrong)
+        for looking_back in (["history"], ["history", "--json"], ["at", "now"], ["restore", "--dry-run", "1h"], ["undo"]):
+            done = self.lumoractl(*looking_back)
+            self.assert_tells_nothing(done.stdout + done.stderr, looking_back)
         self.assert_not_handed_on(tweak)
         self.end(tweak)
         noted = tweak.lines.whole()

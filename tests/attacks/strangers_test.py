@@ -231,6 +231,18 @@ class LinkTest(Attacked):
         self.assert_untouched()
         self.assertTrue(stat.S_ISREG(os.lstat(self.settings_file).st_mode))
 
+    def test_no_history_is_written_through_a_link(self):
+        history = self.settings_file.removesuffix(".plist") + ".history"
+        for name in (history, history + ".new"):
+            with self.subTest(name):
+                os.symlink(self.foreign / "file", name)
+                tweak = self.start_tweak(stderr=subprocess.PIPE)
+                self.set("kSleepTime", 20)
+                self.lumoractl("history", "--clear")
+                self.end(tweak)
+                self.assert_untouched()
+                os.unlink(history)
+
 
 class ModeTest(Attacked):
     """Everything that the tweak makes by itself is for its user alone, whatever the umask."""

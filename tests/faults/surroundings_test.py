@@ -70,7 +70,8 @@ class DiskTest(Case):
         self.assertIsNone(self.client.set("kSleepTime", 15))
         self.fill()
         self.expect_refusal("No space left on device")
-        self.assertEqual(sorted(os.listdir(self.disk)), ["filling", "settings.plist", "settings.plist.lock"])
+        self.assertEqual(sorted(os.listdir(self.disk)),
+                         ["filling", "settings.history", "settings.plist", "settings.plist.lock"])
         self.end(tweak)
         self.start_tweak()
         self.assertEqual(self.client.settings()["kSleepTime"], 15)

@@ -35,6 +35,9 @@ class Windows(Programs):
     def setUp(self):
         super().setUp()
         self.environment["DISPLAY"] = self.display.name
+        self.kept_size = Path(self.environment["XDG_STATE_HOME"], "lumora/window-size")
+        self.kept_size.parent.mkdir(parents=True)
+        self.kept_size.write_text(f"{WIDTH}x{HEIGHT}\n", encoding="ascii")  # or it would depend on the screen
 
     def _callSetUp(self):
         with self.picture_if_it_fails():

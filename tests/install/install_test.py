@@ -18,7 +18,8 @@ from harness.build import BUILD, SOURCE, cached, output
 
 PREFIX = "opt/lumora"
 PROGRAMS = ("lumora-lockscreen", "lumora-settings", "lumora-tweak", "lumoractl")
-COMMANDS = ("list", "get", "set", "watch", "archive", "unarchive", "plugins", "search")
+COMMANDS = ("list", "get", "set", "watch", "archive", "unarchive", "plugins", "search", "export", "import", "diff",
+            "history", "undo", "at", "restore", "reset")
 OPTION = re.compile(r"(?<![\w/-])(--?[a-z][a-z-]*)")
 
 
