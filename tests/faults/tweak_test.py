@@ -30,7 +30,7 @@ class TweakTest(Case):
     def setUp(self):
         super().setUp()
         self.tweak = self.start_tweak()
-        self.ports = sockets(self.tweak)
+        self.own_sockets = sockets(self.tweak)
         self.assertIsNone(self.client.set("kSleepTime", 15))
         self.threads = threads(self.tweak)
 
@@ -41,7 +41,7 @@ class TweakTest(Case):
             with contextlib.closing(self.connected(name)) as connection:
                 connection.sendall(SIGN_OF_LIFE)
                 wire.read_frame(connection.recv)
-        self.expect_soon(lambda: sockets(self.tweak), self.ports)
+        self.expect_soon(lambda: sockets(self.tweak), self.own_sockets)
         self.assertLessEqual(threads(self.tweak), self.threads)
         self.assertEqual(self.all_stored(), {"kSleepTime": 15})
         self.assertEqual(self.client.settings()["kSleepTime"], 15)
