@@ -74,7 +74,7 @@ class Stage:
         self.when(lambda: self.area(0, 0, self.width, self.height) == self._blank)
 
     def settings_command(self, *options):
-        return [self.build + "/bin/lumora-settings", "--root", self.build + "/root", "--light", *options]
+        return [self.build + "/bin/lumora-settings", "--root", self.build + "/root", "--light", "--size", "390x844", *options]
 
     def settings(self, *options):
         return self.program(*self.settings_command(*options))
