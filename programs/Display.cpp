@@ -36,9 +36,10 @@ void prepareDrawing(bool picturesOnly) {
     // The basic loop draws every change at once. The threaded loop keeps a pace of 60 frames a second, which no display
     // asks of software, and a drag would lag by a frame; the GUI thread is never busy for long.
     setenv("QSG_RENDER_LOOP", "basic", kUnlessSet);
-    // The toolkit would keep compiled pages in the user's cache and trust what it finds there: a file that a full disk
-    // has cut short would end every later start. Compiling the pages anew takes 4 ms.
-    setenv("QML_DISABLE_DISK_CACHE", "1", kUnlessSet);
+    // The toolkit would keep what it compiles in the user's cache and trust what it finds there: a file that a full disk
+    // has cut short would end every later start. Our pages are compiled by the build, so nothing is to be kept, and
+    // nothing can be kept here. The variable that forbids keeping would have the pages compiled at each start as well.
+    setenv("QML_DISK_CACHE_PATH", "/dev/null", kUnlessSet);
     if (!hasDisplay()) qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && waylandLacksSeat())
         setenv("QT_IM_MODULE", "none", kUnlessSet);

@@ -9,7 +9,7 @@ fail() { say "$(basename "$0"): $*"; exit 1; }
 build_packages=(g++ cmake ninja-build pkg-config python3 libglib2.0-dev libicu-dev libgdk-pixbuf-2.0-dev librsvg2-common
   libfontconfig-dev libfreetype-dev libharfbuzz-dev libgmime-3.0-dev
   libcli11-dev nlohmann-json3-dev
-  qt6-base-dev qt6-declarative-dev qt6-wayland libwayland-dev libgl-dev
+  qt6-base-dev qt6-declarative-dev qt6-declarative-dev-tools qt6-wayland libwayland-dev libgl-dev
   qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtquick-controls
   qml6-module-qtqml-workerscript fonts-inter fonts-dejavu-core)
 test_packages=(make binutils gobjc libgnustep-base-dev libgtest-dev libgmock-dev libplist-dev xvfb xauth xdotool weston qt6-wayland-dev qt6-wayland-dev-tools
@@ -19,7 +19,7 @@ test_packages=(make binutils gobjc libgnustep-base-dev libgtest-dev libgmock-dev
 package_packages=(dpkg-dev file lintian debootstrap)
 bench_packages=(libbenchmark-dev libplist-dev libsystemd-dev dbus-daemon xvfb xauth libxtst6)
 peer_packages=(systemsettings phosh-mobile-settings gnome-control-center)
-lint_packages=(clang clang-format clang-tidy shellcheck pyflakes3 qt6-declarative-dev-tools qml6-module-qtqml)
+lint_packages=(clang clang-format clang-tidy shellcheck pyflakes3 qml6-module-qtqml)
 fuzz_packages=(clang libclang-rt-dev xz-utils)
 coverage_packages=(gcovr)
 
