@@ -78,7 +78,8 @@ FoldedTexts foldAll(const std::vector<Page>& pages, const std::vector<Entry>& en
         const Place words = folder.add(entry.words);
         folded.entries.push_back({folded.pages[entry.page].letters | folder.lettersAt(title) | folder.lettersAt(rest) |
                                       folder.lettersAt(words),
-                                  title, rest, words, lettersAndDigitsOf(folder.textAt(title))});
+                                  static_cast<std::uint32_t>(entry.page), entry.kind, title, rest, words,
+                                  lettersAndDigitsOf(folder.textAt(title))});
     }
     return std::move(folded);
 }

@@ -29,6 +29,8 @@ struct FoldedTexts {
     };
     struct OfEntry {
         std::uint64_t letters = 0; ///< of the texts below, and of the page's
+        std::uint32_t page = 0;    ///< the entry's, and its kind: beside what else each query reads
+        Kind kind = Kind::row;
         Place title;
         Place rest;             ///< see restOf()
         Place words;            ///< the further words

@@ -46,25 +46,29 @@ class Query {
     }
 
     [[nodiscard]] std::vector<Hit> best(std::size_t most) {
-        std::vector<Hit> hits;
-        if (words_.empty()) return hits;
+        std::vector<Candidate> found;
+        if (words_.empty()) return {};
         for (std::size_t i = 0; i < folded_.entries.size(); ++i)
-            if (const int rank = rankOf(i); rank > 0) hits.push_back({i, rank, forgiving_});
-        const auto better = [this](const Hit& one, const Hit& other) {
-            if (one.rank != other.rank) return one.rank > other.rank;
-            const auto kinds = std::pair(entry(one).kind, entry(other).kind);
-            return kinds.first != kinds.second ? kinds.first < kinds.second : one.entry < other.entry;
-        };
-        const std::size_t shown = std::min(most, hits.size());
-        std::ranges::partial_sort(hits, hits.begin() + std::ptrdiff_t(shown), better);
-        hits.resize(shown);
-        for (Hit& hit : hits)
-            explain(hit);
+            if (const int rank = rankOf(folded_.entries[i]); rank > 0)
+                found.push_back({-rank, folded_.entries[i].kind, i});
+        const auto end = found.begin() + std::ptrdiff_t(std::min(most, found.size()));
+        std::ranges::partial_sort(found, end);
+        std::vector<Hit> hits;
+        for (auto one = found.begin(); one != end; ++one)
+            explain(hits.emplace_back(Hit{one->entry, -one->lack, forgiving_}));
         return hits;
     }
 
   private:
     static constexpr int kUnknown = -1;
+
+    /// The better one is less.
+    struct Candidate {
+        int lack = 0; ///< the rank's negative
+        Kind kind = Kind::row;
+        std::size_t entry = 0;
+        friend auto operator<=>(const Candidate&, const Candidate&) = default;
+    };
 
     [[nodiscard]] const Entry& entry(const Hit& hit) const { return index_.entries()[hit.entry]; }
 
@@ -107,15 +111,14 @@ class Query {
     }
 
     /// 0 unless every word is found, and one of them elsewhere than in the first page's title.
-    int rankOf(std::size_t position) {
-        const FoldedTexts::OfEntry& texts = folded_.entries[position];
+    int rankOf(const FoldedTexts::OfEntry& texts) {
         if (!forgiving_ && (letters_ & ~texts.letters) != 0) return 0;
         int rank = 0;
         bool own = false;
         for (std::size_t i = 0; i < words_.size(); ++i) {
             if (!canHave(texts.letters, words_[i])) return 0;
             int best = points(kPointsInTitle, texts.title, i);
-            if (best < kPointsInPath.back()) best = std::max(best, pointsInPath(index_.entries()[position].page, i));
+            if (best < kPointsInPath.back()) best = std::max(best, pointsInPath(texts.page, i));
             if (best < kPointsInRest.back()) best = std::max(best, points(kPointsInRest, texts.rest, i));
             if (best < kPointsInWords.back()) best = std::max(best, points(kPointsInWords, texts.words, i));
             if (best == 0) return 0;
@@ -124,7 +127,7 @@ class Query {
         }
         if (!own) return 0;
         rank += pointsForWhole(texts.plainTitle);
-        return isSetting(index_.entries()[position].kind) ? rank : std::max(rank / 2, 1);
+        return isSetting(texts.kind) ? rank : std::max(rank / 2, 1);
     }
 
     /// For a title that is the query, or begins with it.
