@@ -60,7 +60,7 @@ class Judge {
   private:
     /// Loads the plug-in into a copy of this process and does something with it there.
     Tried tryWith(const std::function<Dictionary(const Plugin&)>& work, const Dictionary& settings = {}) {
-        return tryInCopy([&] {
+        const Tried tried = tryInCopy([&] {
             const auto answering = tweak_.answer(settings);
             if (!answering) throw std::runtime_error(answering.error());
             const PluginExamination examination(NSBundle::bundleWithPath(bundle_));
@@ -69,6 +69,8 @@ class Judge {
             if (const Result<void> untouched = traps_.check(); !untouched) throw std::runtime_error(untouched.error());
             return told;
         });
+        traps_.clear(); // the copies share what the traps catch
+        return tried;
     }
 
     void add(const char* check, const std::string& what) {

@@ -202,7 +202,8 @@ class PluginCheck {
 
     void judgeKey(const std::string& key) {
         const std::string& own = checked_.identifier;
-        const std::string domain = own.substr(0, own.rfind('.') == std::string::npos ? own.size() : own.rfind('.'));
+        if (!isReverseDomain(own)) return; // which is what is to be mended
+        const std::string domain = own.substr(0, own.rfind('.'));
         if (!key.starts_with(domain + ".")) add("key-prefix", "the key \"" + key + "\" does not begin with " + domain);
     }
 
