@@ -10,6 +10,7 @@
 #include "json/Json.h"
 
 #include <array>
+#include <exception>
 #include <functional>
 #include <optional>
 #include <stdexcept>
@@ -30,6 +31,8 @@ constexpr int kAsks = 100;
 constexpr unsigned kDictionaries = 100;
 /// How much of one of them is told, in bytes.
 constexpr std::size_t kMostShown = 300;
+
+constexpr const char* kHarm = "harm";
 
 std::string shortened(const std::string& text, std::size_t most) {
     if (text.size() <= most) return text;
@@ -60,16 +63,17 @@ class Judge {
   private:
     /// Loads the plug-in into a copy of this process and does something with it there.
     Tried tryWith(const std::function<Dictionary(const Plugin&)>& work, const Dictionary& settings = {}) {
-        const Tried tried = tryInCopy([&] {
+        Tried tried = tryInCopy([&] {
             const auto answering = tweak_.answer(settings);
             if (!answering) throw std::runtime_error(answering.error());
             const PluginExamination examination(NSBundle::bundleWithPath(bundle_));
             if (!examination.plugin()) throw std::runtime_error(examination.plugin().error());
-            Dictionary told = work(examination.plugin().value());
-            if (const Result<void> untouched = traps_.check(); !untouched) throw std::runtime_error(untouched.error());
-            return told;
+            const Dictionary told = work(examination.plugin().value());
+            const Result<void> untouched = traps_.check();
+            return untouched ? told : Dictionary{{kHarm, untouched.error()}};
         });
         traps_.clear(); // the copies share what the traps catch
+        if (const Value harm = tried.told[kHarm]; harm.text()) tried = {{}, std::string(*harm.text())};
         return tried;
     }
 
@@ -145,8 +149,12 @@ class Judge {
 
 } // namespace
 
-Dictionary judge(const fs::path& bundle, const Traps& traps) {
-    return Judge(bundle, traps).run();
+Result<Dictionary> judge(const fs::path& bundle, const Traps& traps) {
+    try {
+        return Judge(bundle, traps).run();
+    } catch (const std::exception& error) {
+        return Result<Dictionary>::failure(error.what());
+    }
 }
 
 } // namespace lumora

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 #include "probe/Traps.h"
 
@@ -14,8 +15,8 @@ namespace lumora {
 ///      "keys": ["com.example.bright", …], "page": "MyPage"}
 ///
 /// The checks are those that `lumoractl plugin check` knows; the keys are those of all rows. Of a plug-in without a page
-/// that can be made, the latter two are missing. Throws where there is no
-/// folder for temporary files. This process has one thread.
-[[nodiscard]] platform::Dictionary judge(const std::filesystem::path& bundle, const Traps& traps);
+/// that can be made, the latter two are missing. Fails where there is no process or folder to try it in. This process has
+/// one thread.
+[[nodiscard]] platform::Result<platform::Dictionary> judge(const std::filesystem::path& bundle, const Traps& traps);
 
 } // namespace lumora

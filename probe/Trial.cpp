@@ -14,6 +14,7 @@
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -89,9 +90,8 @@ std::string encoded(const Dictionary& told) {
 
 Tried tryInCopy(const std::function<Dictionary()>& code, const TrialLimits& limits) {
     platform::Pipe pipe(O_CLOEXEC | O_NONBLOCK);
-    if (!pipe) return {{}, std::string("it could not be tried: ") + std::strerror(errno)};
-    const pid_t id = ::fork();
-    if (id < 0) return {{}, std::string("it could not be tried: ") + std::strerror(errno)};
+    const pid_t id = pipe ? ::fork() : -1;
+    if (id < 0) throw std::system_error(errno, std::generic_category(), "no process");
     if (id == 0) {
         ::fcntl(pipe.writing.number(), F_SETFL, 0);
         run(code, limits, pipe.writing);

@@ -23,7 +23,7 @@ struct Tried {
 };
 
 /// Runs code in a copy of this process, which ends behind it, and takes what that tells. The code may do anything: it
-/// costs its own trial. What it tells holds no nil. This process has one thread.
+/// costs its own trial. What it tells holds no nil. This process has one thread. Throws where there is no process to be had.
 [[nodiscard]] Tried tryInCopy(const std::function<platform::Dictionary()>& code, const TrialLimits& limits = {});
 
 /// A property list of what is told; empty when there is none.

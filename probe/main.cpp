@@ -87,13 +87,18 @@ int main(int argc, char** argv) {
         const bool unread = !sound && !platform::RegularFile(code);
         Dictionary answers;
         if (sound) {
-            if (report == platform::ProbeReport::judgement)
-                answers = lumora::judge(argv[i], traps);
-            else if (kind == ForeignCode::plugin)
+            if (report == platform::ProbeReport::judgement) {
+                const auto judged = lumora::judge(argv[i], traps);
+                if (judged)
+                    answers = judged.value();
+                else
+                    sound = Result<void>::failure(judged.error());
+            } else if (kind == ForeignCode::plugin) {
                 answers = answersOf(bundle);
-            else
+            } else {
                 tryApplicationList(code);
-            sound = traps.check();
+            }
+            if (sound) sound = traps.check();
         }
         const Verdict verdict = sound ? Verdict::safe : unread ? Verdict::undecided : Verdict::dangerous;
         const std::string told = report == platform::ProbeReport::verdict ? std::string() : lumora::encoded(answers);
