@@ -185,13 +185,10 @@ class RowJudge {
             const std::string wanted = squareOf(scale * kIconSize);
             const std::string size = sizeOfPng(row.icon->encoded(scale));
             if (size == wanted) continue;
-            const bool missing = scale == 2 && &row.icon->encoded(2) == &row.icon->encoded(1);
-            addOfRow("icon", row,
-                     (missing        ? "there is no \"@2x\" icon"
-                      : size.empty() ? std::string("the icon is no PNG file")
-                                     : "the icon has " + size + " pixels") +
-                         " of " + wanted);
-            if (missing || size.empty()) return;
+            if (scale == 2 && &row.icon->encoded(2) == &row.icon->encoded(1))
+                return addOfRow("icon", row, "there is no \"@2x\" icon, of " + wanted + " pixels");
+            if (size.empty()) return addOfRow("icon", row, "the icon is no PNG file");
+            addOfRow("icon", row, "the icon has " + size + " pixels, and not " + wanted);
         }
     }
 

@@ -118,9 +118,9 @@ TEST_F(PluginCheck, MeasuresIconsInBothSizes) {
     };
     EXPECT_THAT(what(), HasSubstr("the icon is missing"));
     fs::copy_file(icons / "icon.png", bundle / "icon.png");
-    EXPECT_THAT(what(), HasSubstr("there is no \"@2x\" icon of 58 × 58"));
+    EXPECT_THAT(what(), HasSubstr("there is no \"@2x\" icon, of 58 × 58 pixels"));
     fs::copy_file(icons / "icon.png", bundle / "icon@2x.png");
-    EXPECT_THAT(what(), HasSubstr("the icon has 29 × 29 pixels of 58 × 58"));
+    EXPECT_THAT(what(), HasSubstr("the icon has 29 × 29 pixels, and not 58 × 58"));
     fs::remove(bundle / "icon@2x.png");
     fs::copy_file(icons / "icon@2x.png", bundle / "icon@2x.png");
     EXPECT_THAT(findings(bundle), IsEmpty());

@@ -152,7 +152,10 @@ class PluginRun {
         for (const char* needed : {"lumora-settings", "lumora-tweak"})
             if (!fs::exists(program(needed), failed))
                 return Result<void>::failure(program(needed).string() + " is missing, which shows the page");
-        const auto isSet = [](const char* name) { return std::getenv(name) && *std::getenv(name) != '\0'; };
+        const auto isSet = [](const char* name) {
+            const char* value = std::getenv(name);
+            return value && *value != '\0';
+        };
         if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY") && !isSet("QT_QPA_PLATFORM"))
             return Result<void>::failure("there is no display to open a window on");
         if (!folder_.makeIn(fs::temp_directory_path(failed)))
