@@ -19,10 +19,10 @@ using Section = ElfW(Shdr);
 using Symbol = ElfW(Sym);
 using Entry = ElfW(Dyn);
 
-/// What linkers export of every object.
-constexpr std::array<std::string_view, 5> kOfLinkers{"_init", "_fini", "_edata", "_end", "__bss_start"};
-/// The standard library's own, of which each object may have a copy.
-constexpr std::array<std::string_view, 4> kOfStandardLibrary{"_ZNSt", "_ZZNSt", "_ZGVNSt", "_ZGVZNSt"};
+/// What linkers export of every object; the last one comes with code that is counted.
+constexpr std::array<std::string_view, 5> kOfLinkers{"_init", "_fini", "_edata", "_end", "mangle_path"};
+/// The compiler's own, and the standard library's, of which each object may have a copy.
+constexpr std::array<std::string_view, 5> kOfCompilers{"__", "_ZNSt", "_ZZNSt", "_ZGVNSt", "_ZGVZNSt"};
 
 /// A file whose every number may be wrong.
 class Sections {
@@ -81,7 +81,7 @@ bool isExported(const Symbol& symbol, std::string_view name) {
     const auto begins = [name](std::string_view beginning) { return name.starts_with(beginning); };
     return symbol.st_shndx != SHN_UNDEF && (binding == STB_GLOBAL || binding == STB_GNU_UNIQUE) &&
            (visibility == STV_DEFAULT || visibility == STV_PROTECTED) && !name.empty() &&
-           std::ranges::find(kOfLinkers, name) == kOfLinkers.end() && std::ranges::none_of(kOfStandardLibrary, begins);
+           std::ranges::find(kOfLinkers, name) == kOfLinkers.end() && std::ranges::none_of(kOfCompilers, begins);
 }
 
 std::vector<std::string> foldersOf(const std::string& path) {
