@@ -24,6 +24,8 @@ constexpr std::array<std::string_view, 5> kOfLinkers{"_init", "_fini", "_edata",
 /// The compiler's own, and the standard library's, of which each object may have a copy.
 constexpr std::array<std::string_view, 5> kOfCompilers{"__", "_ZNSt", "_ZZNSt", "_ZGVNSt", "_ZGVZNSt"};
 
+constexpr std::size_t kLongestText = 4096;
+
 /// A file whose every number may be wrong.
 class Sections {
   public:
@@ -58,8 +60,9 @@ class Sections {
         const Section& table = all_[section.sh_link];
         if (place >= table.sh_size || table.sh_offset > file_.size() || place >= file_.size() - table.sh_offset)
             return {};
-        const auto begin = file_.begin() + std::ptrdiff_t(table.sh_offset + place);
-        return {begin, std::find(begin, file_.end(), 0)};
+        const std::size_t begin = table.sh_offset + place;
+        const auto first = file_.begin() + std::ptrdiff_t(begin);
+        return {first, std::find(first, first + std::ptrdiff_t(std::min(kLongestText, file_.size() - begin)), 0)};
     }
 
   private:
