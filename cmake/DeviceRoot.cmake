@@ -14,6 +14,9 @@ file(RELATIVE_PATH LUMORA_WALLPAPERS_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} 
 # The same for the profiles of settings that are shipped.
 file(RELATIVE_PATH LUMORA_PROFILES_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR}/lumora/profiles)
 
+# And for the template of the plug-in kit, to which a link leads in the build.
+file(RELATIVE_PATH LUMORA_TEMPLATE_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR}/lumora-kit/template)
+
 # Programs that only other programs call: lumora_helper(TARGET COMPONENT) installs one. The platform library looks for
 # them from its own folder.
 set(LUMORA_HELPERS ${CMAKE_INSTALL_LIBEXECDIR}/lumora)

@@ -38,4 +38,10 @@ platform::Result<void> Traps::check() const {
                                                : "it closes files that are not its own");
 }
 
+void Traps::clear() const {
+    std::array<char, 4096> some{};
+    while (bottom_ && ::read(bottom_.number(), some.data(), some.size()) > 0) {
+    }
+}
+
 } // namespace lumora

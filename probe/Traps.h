@@ -15,6 +15,9 @@ class Traps {
     /// Fails once code has written to the low descriptors or closed one.
     [[nodiscard]] platform::Result<void> check() const;
 
+    /// Forgets what has been written so far.
+    void clear() const;
+
   private:
     platform::FileDescriptor bottom_; ///< the end of the pipe that can be read
 };

@@ -3,18 +3,20 @@
 //
 //     lumora-probe TOKEN ROOT KIND REPORT PATH…
 //
-// and hears of each path, in order, whether its code left the process alone, and on request what it answered.
+// and hears of each path, in order, whether its code left the process alone, and on request what it answered or what there
+// is to find fault with.
 
 #include "lists/PluginDiscovery.h"
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/LoadProbe.h"
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/PropertyList.h"
 #include "platform/foundation/RegularFile.h"
 #include "platform/foundation/SharedObject.h"
 #include "platform/services/ALApplicationList.h"
 #include "probe/Channel.h"
+#include "probe/Judgement.h"
 #include "probe/Traps.h"
+#include "probe/Trial.h"
 
 #include <string>
 #include <tuple>
@@ -60,11 +62,6 @@ void tryApplicationList(const std::filesystem::path& library) {
     std::ignore = list->iconOfSize(29, ""); // of no application: the library is tried, no picture
 }
 
-std::string encoded(const Dictionary& answers) {
-    const auto bytes = platform::writePropertyList(answers);
-    return bytes ? std::string(bytes.value().begin(), bytes.value().end()) : std::string();
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -73,7 +70,7 @@ int main(int argc, char** argv) {
     const lumora::Channel channel(argv[1]);
     platform::setDeviceRoot(argv[2]);
     const auto kind = static_cast<ForeignCode>(argv[3][0]);
-    const bool tells = static_cast<platform::ProbeReport>(argv[4][0]) == platform::ProbeReport::answers;
+    const auto report = static_cast<platform::ProbeReport>(argv[4][0]);
     // A plug-in may use the page classes of the settings bundle, which is there whenever Settings looks for plug-ins.
     if (const auto bundle = NSBundle::bundleWithPath(platform::standardBundle())) bundle->load();
     const lumora::Traps traps;
@@ -90,14 +87,21 @@ int main(int argc, char** argv) {
         const bool unread = !sound && !platform::RegularFile(code);
         Dictionary answers;
         if (sound) {
-            if (kind == ForeignCode::plugin)
+            if (report == platform::ProbeReport::judgement) {
+                const auto judged = lumora::judge(argv[i], traps);
+                if (judged)
+                    answers = judged.value();
+                else
+                    sound = Result<void>::failure(judged.error());
+            } else if (kind == ForeignCode::plugin) {
                 answers = answersOf(bundle);
-            else
+            } else {
                 tryApplicationList(code);
-            sound = traps.check();
+            }
+            if (sound) sound = traps.check();
         }
         const Verdict verdict = sound ? Verdict::safe : unread ? Verdict::undecided : Verdict::dangerous;
-        const std::string told = tells ? encoded(answers) : std::string();
+        const std::string told = report == platform::ProbeReport::verdict ? std::string() : lumora::encoded(answers);
         channel.say(index, static_cast<char>(verdict), sound ? told : sound.error());
     }
     ::_exit(0); // without the destructors of what was loaded, which Settings does not run either

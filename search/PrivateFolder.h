@@ -6,9 +6,9 @@
 
 namespace search {
 
-/// A temporary folder of this process alone, for what those that make an index leave behind, however they end. It goes
-/// with the object; where the process is ended before that, the next one to make such a folder removes it. One thread at
-/// a time.
+/// A temporary folder of this process alone, for what it and those that it starts leave behind, however they end. It
+/// goes with the object; where the process is ended before that, the next one to make such a folder removes it. One
+/// thread at a time.
 class PrivateFolder {
   public:
     /// Empty until one is made.

@@ -21,12 +21,12 @@ _lumoractl() {
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${COMP_WORDS[i]} in
             -*) ;;
-            *) if [[ -z $command ]]; then command=${COMP_WORDS[i]}; else key=${COMP_WORDS[i]}; fi ;;
+            *) if [[ -z $command ]]; then command=${COMP_WORDS[i]}; elif [[ $command != plugin || -z $key ]]; then key=${COMP_WORDS[i]}; fi ;;
         esac
     done
     COMPREPLY=()
     if [[ -z $command ]]; then
-        mapfile -t COMPREPLY < <(compgen -W 'list get set watch archive unarchive plugins search export import diff history undo at restore reset --help --version' -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W 'list get set watch archive unarchive plugins plugin search export import diff history undo at restore reset --help --version' -- "$word")
         return
     fi
     if [[ $word == -* ]]; then
@@ -36,6 +36,11 @@ _lumoractl() {
             watch) options+=' --json' ;;
             archive | unarchive) options+=' --output -o' ;;
             plugins) options+=' --json --root --timeout' ;;
+            plugin) case $key in
+                new) options+=' --identifier --folder' ;;
+                check) options+=' --json --strict --root' ;;
+                run) options+=' --root' ;;
+            esac ;;
             search) options+=' --json --root --most' ;;
             export) options+=' --changed --all --name --output -o --root' ;;
             import) options+=' --check --dry-run --list --json --root' ;;
@@ -63,6 +68,13 @@ _lumoractl() {
         history | reset)
             if [[ -z $key || $command == reset ]]; then
                 mapfile -t COMPREPLY < <(compgen -W "$(_lumoractl_keys)" -- "$word")
+            fi
+            ;;
+        plugin)
+            if [[ -z $key ]]; then
+                mapfile -t COMPREPLY < <(compgen -W 'new check run' -- "$word")
+            elif [[ $key != new || ${COMP_WORDS[COMP_CWORD - 1]} == --folder ]]; then
+                mapfile -t COMPREPLY < <(compgen -d -- "$word")
             fi
             ;;
         archive | unarchive | plugins) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;

@@ -23,7 +23,7 @@ function __lumoractl_values
     end
 end
 
-set -l commands list get set watch archive unarchive plugins search export import diff history undo at restore reset
+set -l commands list get set watch archive unarchive plugins plugin search export import diff history undo at restore reset
 complete -c lumoractl -f
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a list -d 'Print all settings as one JSON object'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a get -d 'Print one setting as JSON'
@@ -32,6 +32,7 @@ complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a watch -d
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a archive -d 'Turn JSON into a keyed archive'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a unarchive -d 'Turn a keyed archive into JSON'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a plugins -d 'List the App View plug-ins'
+complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a plugin -d 'Make a plug-in, judge it, or try it'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a search -d 'Find rows of the pages by their words'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a export -d 'Write settings as a profile'
 complete -c lumoractl -n "not __fish_seen_subcommand_from $commands" -a import -d 'Change settings to those of a profile'
@@ -50,6 +51,13 @@ complete -c lumoractl -n '__fish_seen_subcommand_from list get' -l secrets -d 'S
 complete -c lumoractl -n '__fish_seen_subcommand_from archive unarchive' -F
 complete -c lumoractl -n '__fish_seen_subcommand_from archive unarchive export' -s o -l output -r -F -d 'What to write'
 complete -c lumoractl -n '__fish_seen_subcommand_from plugins' -a '(__fish_complete_directories)'
+complete -c lumoractl -n '__fish_seen_subcommand_from plugin; and not __fish_seen_subcommand_from new check run' -a 'new check run'
+complete -c lumoractl -n '__fish_seen_subcommand_from plugin; and __fish_seen_subcommand_from new' -l identifier -x -d 'What tells it apart'
+complete -c lumoractl -n '__fish_seen_subcommand_from plugin; and __fish_seen_subcommand_from new' -l folder -r -a '(__fish_complete_directories)' -d 'What to make'
+complete -c lumoractl -n '__fish_seen_subcommand_from plugin; and __fish_seen_subcommand_from check run' -a '(__fish_complete_directories)'
+complete -c lumoractl -n '__fish_seen_subcommand_from plugin; and __fish_seen_subcommand_from check' -l json -d 'Print JSON'
+complete -c lumoractl -n '__fish_seen_subcommand_from plugin; and __fish_seen_subcommand_from check' -l strict -d 'Have warnings count as errors'
+complete -c lumoractl -n '__fish_seen_subcommand_from plugin; and __fish_seen_subcommand_from check run' -l root -r -a '(__fish_complete_directories)' -d 'What stands for /'
 complete -c lumoractl -n '__fish_seen_subcommand_from import diff' -F -a "(lumoractl import --list 2>/dev/null | string replace -r ' +' \t)"
 complete -c lumoractl -n '__fish_seen_subcommand_from export' -a '(__lumoractl_keys)'
 complete -c lumoractl -n '__fish_seen_subcommand_from export' -l changed -d 'What differs from the defaults'

@@ -187,7 +187,7 @@ class Errand {
   private:
     /// As many as fit into one command line.
     [[nodiscard]] std::size_t count(const std::vector<fs::path>& paths, std::size_t first) const {
-        if (report_ == ProbeReport::answers) return 1;
+        if (report_ != ProbeReport::verdict) return 1;
         std::size_t bytes = 0;
         std::size_t count = 0;
         for (; first + count < paths.size() && (count == 0 || bytes < kMostArguments); ++count)

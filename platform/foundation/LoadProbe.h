@@ -30,13 +30,13 @@ struct Probed {
     };
     Verdict verdict = Verdict::untried;
     std::string why;     ///< unless the code is safe
-    Dictionary told;     ///< its answers, if it is safe and ProbeReport::answers was asked for
+    Dictionary told;     ///< what the report has, if it is safe and one beyond verdicts was asked for
     std::string printed; ///< the beginning of what it printed, if it had a process to itself
 };
 
 /// Whether the probe only gives verdicts, on many in one process, or also tells what each answers, in a process of its
-/// own.
-enum class ProbeReport : char { verdict = 'v', answers = 'a' };
+/// own; or judges each, in copies of a process of its own, to which the limit in processor time does not apply.
+enum class ProbeReport : char { verdict = 'v', answers = 'a', judgement = 'j' };
 
 /// The probe's word that it is ready, before it gives a verdict on each.
 inline constexpr char kReadyAnswer = 'r';

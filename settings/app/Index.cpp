@@ -1,21 +1,16 @@
 #include "settings/app/Application.h"
 
-#include "link/Messages.h"
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/LoadProbe.h"
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/NSKeyedArchiver.h"
-#include "platform/messaging/CFMessagePort.h"
-#include "platform/messaging/CFRunLoop.h"
 #include "platform/messaging/Dispatch.h"
 #include "programs/Program.h"
-#include "search/PrivateFolder.h"
 #include "settings/host/Host.h"
 #include "settings/host/IndexRun.h"
+#include "settings/host/PrivateTweak.h"
 
 #include <atomic>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <future>
@@ -36,37 +31,6 @@ using namespace std::chrono_literals;
 
 /// All pages together, when nobody ends this process before.
 constexpr auto kTimeForIndex = 20s;
-
-/// A ports folder of this process alone, in which an empty tweak answers. So every page opens, and the tweak hears of
-/// none.
-class EmptyTweak {
-  public:
-    /// To be called before anything else asks for the ports folder.
-    Result<void> open() {
-        std::error_code unknown;
-        for (const fs::path& parent : {fs::temp_directory_path(unknown), fs::path("/tmp")}) {
-            if (!folder_.makeIn(parent)) continue;
-            ::setenv("LUMORA_PORTS", folder_.path().c_str(), 1);
-            if (platform::checkPortsFolder(kPort)) break;
-            close(); // its path is too long for a socket
-        }
-        auto port = platform::openLocalPort(kPort, [](auto&, auto, const auto&) {
-            return platform::NSKeyedArchiver::archivedDataWithRootObject(platform::Dictionary());
-        });
-        if (folder_.path().empty() || !port) return Result<void>::failure("there is no folder for temporary files");
-        std::thread([port = std::move(port).value()] {
-            platform::CFRunLoopAddSource(platform::CFRunLoopGetCurrent(),
-                                         platform::CFMessagePortCreateRunLoopSource(port));
-            platform::CFRunLoopRun();
-        }).detach();
-        return {};
-    }
-    void close() { folder_.remove(); }
-
-  private:
-    const std::string kPort = lumora::portName(lumora::kRequestTweakSettings);
-    search::PrivateFolder folder_;
-};
 
 /// Standard output, out of the reach of what pages print by chance: that goes to standard error.
 class IndexLines {
@@ -103,8 +67,10 @@ Result<void> walk(const Options& options, IndexLines& lines) {
 } // namespace
 
 int printIndex(const Options& options) {
-    EmptyTweak tweak;
-    if (const Result<void> opened = tweak.open(); !opened) return complain(opened.error());
+    PrivateTweak tweak;
+    Result<void> opened = tweak.makeFolder();
+    if (opened) opened = tweak.answer({});
+    if (!opened) return complain(opened.error());
     auto& lines = *new IndexLines; // never destroyed: the main thread may be blocked for good
     auto& walked = *new std::promise<Result<void>>;
     platform::startMainThread();
@@ -117,7 +83,7 @@ int printIndex(const Options& options) {
     const bool isOver = whole.wait_for(0s) == std::future_status::ready;
     const Result<void> result =
         isOver ? whole.get() : Result<void>::failure("timed out waiting for " + whatBlocks("of the index"));
-    tweak.close();
+    tweak.removeFolder();
     if (!result) return complain(result.error());
     return lines.failed() ? complain("cannot write to standard output") : 0;
 }

@@ -18,8 +18,9 @@ from harness.build import BUILD, SOURCE, cached, output
 
 PREFIX = "opt/lumora"
 PROGRAMS = ("lumora-lockscreen", "lumora-settings", "lumora-tweak", "lumoractl")
-COMMANDS = ("list", "get", "set", "watch", "archive", "unarchive", "plugins", "search", "export", "import", "diff",
+COMMANDS = ("list", "get", "set", "watch", "archive", "unarchive", "plugins", "plugin", "search", "export", "import", "diff",
             "history", "undo", "at", "restore", "reset")
+OF_PLUGIN = ("new", "check", "run")
 OPTION = re.compile(r"(?<![\w/-])(--?[a-z][a-z-]*)")
 
 
@@ -131,8 +132,9 @@ class Install(unittest.TestCase):
     def helps(self, program):
         """The help of a program, with those of its commands."""
         program = self.prefix / "bin" / program
-        commands = COMMANDS if program.name == "lumoractl" else ()
-        return "".join(output(program, *words) for words in [["--help"], *([name, "--help"] for name in commands)])
+        commands = [[], *([name] for name in COMMANDS), *(["plugin", name] for name in OF_PLUGIN)]
+        return "".join(output(program, *words, "--help")
+                       for words in (commands if program.name == "lumoractl" else [[]]))
 
     def options(self, program):
         """What the help lists at the start of a line."""
@@ -150,7 +152,7 @@ class Install(unittest.TestCase):
         for program in PROGRAMS:
             said = output("man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z",
                           self.prefix / f"share/man/man1/{program}.1", LC_ALL="C.UTF-8")
-            self.assertNotIn("warning", said, program)
+            self.assertNotIn("warning:", said, program)
             self.assertNotIn("error:", said, program)
             self.assertIn(f"Lumora {cached('CMAKE_PROJECT_VERSION')}", self.manual(program))
 

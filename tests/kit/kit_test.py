@@ -5,6 +5,7 @@
 """
 import concurrent.futures
 import json
+import os
 import re
 import shutil
 import subprocess
@@ -33,7 +34,7 @@ class Kit(unittest.TestCase):
     def setUpClass(cls):
         cls.folder = Path(tempfile.mkdtemp(prefix="lumora-kit-"))
         cls.addClassCleanup(shutil.rmtree, cls.folder, ignore_errors=True)
-        cls.prefix = cls.folder / "prefix"
+        cls.prefix = cls.folder / "lumora-kit"
         output(cached("CMAKE_COMMAND"), "--install", BUILD, "--component", "kit", "--prefix", cls.prefix)
         cls.include = cls.prefix / "include/lumora-kit"
         cls.pkgconfig = str(next(cls.prefix.rglob("lumora-kit.pc")).parent)
@@ -100,6 +101,44 @@ class Kit(unittest.TestCase):
 
     def test_the_template_builds_with_pkg_config(self):
         self.assertEqual(self.make(self.copied_template()), [self.my_view()])
+
+    def check(self, bundle, **environment):
+        """What there is to mend in a plug-in, and the exit status."""
+        done = subprocess.run([BUILD / "bin/lumoractl", "plugin", "check", "--root", BUILD / "root", bundle], text=True,
+                              env={**os.environ, **environment}, stdout=subprocess.PIPE, check=False)
+        return done.stdout, done.returncode
+
+    def test_a_new_plug_in_has_nothing_to_mend(self):
+        folder = self.scratch()
+        output(BUILD / "bin/lumoractl", "plugin", "new", "NextBus", folder=folder)
+        output("make", f"CXX={CXX}", folder=folder / "NextBus", PKG_CONFIG_PATH=self.pkgconfig)
+        self.assertEqual(self.check(folder / "NextBus/NextBus.bundle", HOME="/nowhere"),
+                         ("NextBus.bundle: nothing to mend\n", 0))
+
+    def test_the_document_leads_to_a_plug_in_with_few_commands_and_tells_their_output(self):
+        text = (SOURCE / "docs/plugins.md").read_text()
+        lines = text[:text.index("    $CHECKOUT/build/release/bin/lumoractl plugin run")].splitlines()
+        begins = ("$CHECKOUT/", "CHECKOUT=", "cd ", "cmake ")
+        steps = []  # commands, each with what it prints
+        for line in (line[4:] for line in lines if line.startswith("    ")):
+            if line.startswith(begins):
+                steps.append((line, []))
+            else:
+                steps[-1][1].append(line)
+        self.assertLessEqual(len(steps) + 1, 12)
+        self.assertLessEqual(len(lines), 60)
+        checkout = self.scratch()
+        (checkout / "build").mkdir()
+        (checkout / "build/release").symlink_to(BUILD)
+        made = [step for step in steps if "lumora_kit" not in step[0] and "--install" not in step[0]
+                and "--preset" not in step[0] and not step[0].startswith("CHECKOUT=")]
+        self.assertEqual(len(steps) - len(made), 4, "the first four install the kit, which is done already")
+        script = "set -e\n" + "".join(f"{command}\necho '<end>'\n" for command, _ in made)
+        said = output("bash", "-c", script, folder=self.scratch(), HOME=str(self.folder), CHECKOUT=str(checkout), CC=CC,
+                      CXX=CXX, CMAKE_GENERATOR="Ninja").replace(str(self.folder), "~").split("<end>\n")
+        for (command, expected), printed in zip(made, said):
+            if "lumoractl" in command:
+                self.assertEqual(printed.splitlines(), expected, command)
 
     @staticmethod
     def my_view():

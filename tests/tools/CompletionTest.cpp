@@ -36,8 +36,8 @@ std::vector<std::string> offers(std::vector<std::string> words) {
 TEST(BashCompletion, OffersCommandsAndTheirOptions) {
     const Sandbox sandbox;
     EXPECT_THAT(offers({""}), UnorderedElementsAre("list", "get", "set", "watch", "archive", "unarchive", "plugins",
-                                                   "search", "export", "import", "diff", "history", "undo", "at",
-                                                   "restore", "reset", "--help", "--version"));
+                                                   "plugin", "search", "export", "import", "diff", "history", "undo",
+                                                   "at", "restore", "reset", "--help", "--version"));
     EXPECT_THAT(offers({"una"}), UnorderedElementsAre("unarchive"));
     EXPECT_THAT(offers({"list", "-"}), UnorderedElementsAre("--help", "--secrets"));
     EXPECT_THAT(offers({"watch", "-"}), UnorderedElementsAre("--help", "--json"));
@@ -89,6 +89,13 @@ TEST(BashCompletion, OffersFilesAndShippedProfilesToImport) {
     EXPECT_THAT(offers({"import", "pl"}), Contains("plain"));
     EXPECT_THAT(offers({"diff", sandbox.path().string() + "/"}), Contains((sandbox.path() / "mine.json").string()));
     EXPECT_THAT(offers({"import", "plain", "la"}), IsEmpty());
+}
+
+TEST(BashCompletion, OffersTheStepsOfAPlugInAndTheirOptions) {
+    EXPECT_THAT(offers({"plugin", ""}), UnorderedElementsAre("new", "check", "run"));
+    EXPECT_THAT(offers({"plugin", "check", "--"}), UnorderedElementsAre("--help", "--json", "--strict", "--root"));
+    EXPECT_THAT(offers({"plugin", "check", LUMORA_TEST_ROOT "/L"}), Contains(LUMORA_TEST_ROOT "/Library"));
+    EXPECT_THAT(offers({"plugin", "new", ""}), IsEmpty());
 }
 
 TEST(BashCompletion, OffersFilesToArchive) {

@@ -4,6 +4,7 @@
 #include "tools/lumoractl/Export.h"
 #include "tools/lumoractl/Import.h"
 #include "tools/lumoractl/PastCommands.h"
+#include "tools/lumoractl/PluginCommand.h"
 #include "tools/lumoractl/Plugins.h"
 #include "tools/lumoractl/Search.h"
 #include "tools/lumoractl/Streams.h"
@@ -217,10 +218,11 @@ class CommandLine {
         addFiles(*command("archive", "Turn JSON into a keyed archive, the form that messages have", archive));
         addFiles(*command("unarchive", "Turn a keyed archive into JSON", unarchive));
         addPlugins(*command("plugins", "List the App View plug-ins, or why they are skipped", plugins));
-        addSearch(*command("search", "Find rows of the pages by their words", lumora::search));
         const AddCommand add = [this](const std::string& name, const std::string& help, std::function<int()> run) {
             return command(name, help, [run = std::move(run)](const Arguments&) { return run(); });
         };
+        addPlugin(add);
+        addSearch(*command("search", "Find rows of the pages by their words", lumora::search));
         addExport(add);
         addImport(add);
         addDiff(add);

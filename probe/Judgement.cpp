@@ -1,0 +1,160 @@
+#include "probe/Judgement.h"
+
+#include "lists/PluginDiscovery.h"
+#include "platform/foundation/NSBundle.h"
+#include "platform/foundation/Unicode.h"
+#include "probe/PageJudge.h"
+#include "probe/RandomSettings.h"
+#include "probe/Trial.h"
+#include "settings/host/PrivateTweak.h"
+#include "json/Json.h"
+
+#include <array>
+#include <exception>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace lumora {
+
+using namespace platform;
+namespace fs = std::filesystem;
+
+namespace {
+
+/// How often each text is asked for.
+constexpr int kAsks = 100;
+/// How many dictionaries of settings the pages are made with.
+constexpr unsigned kDictionaries = 100;
+/// How much of one of them is told, in bytes.
+constexpr std::size_t kMostShown = 300;
+
+constexpr const char* kHarm = "harm";
+
+std::string shortened(const std::string& text, std::size_t most) {
+    if (text.size() <= most) return text;
+    std::size_t end = most;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+        --end;
+    return text.substr(0, end) + "…";
+}
+
+std::string shown(const Dictionary& settings) {
+    const auto json = writeJson(settings, JsonLayout::line);
+    return json ? shortened(json.value(), kMostShown) : "some settings";
+}
+
+/// One plug-in before its judge.
+class Judge {
+  public:
+    Judge(fs::path bundle, const Traps& traps) : bundle_(std::move(bundle)), traps_(traps) {}
+
+    Dictionary run() {
+        if (const Result<void> made = tweak_.makeFolder(); !made) throw std::runtime_error(made.error());
+        judgeTexts();
+        if (judgePage()) judgeSettings();
+        told_.set("findings", findings_);
+        return told_;
+    }
+
+  private:
+    /// Loads the plug-in into a copy of this process and does something with it there.
+    Tried tryWith(const std::function<Dictionary(const Plugin&)>& work, const Dictionary& settings = {}) {
+        Tried tried = tryInCopy([&] {
+            const auto answering = tweak_.answer(settings);
+            if (!answering) throw std::runtime_error(answering.error());
+            const PluginExamination examination(NSBundle::bundleWithPath(bundle_));
+            if (!examination.plugin()) throw std::runtime_error(examination.plugin().error());
+            const Dictionary told = work(examination.plugin().value());
+            const Result<void> untouched = traps_.check();
+            return untouched ? told : Dictionary{{kHarm, untouched.error()}};
+        });
+        traps_.clear(); // the copies share what the traps catch
+        if (const Value harm = tried.told[kHarm]; harm.text()) tried = {{}, std::string(*harm.text())};
+        return tried;
+    }
+
+    void add(const char* check, const std::string& what) {
+        findings_.emplace_back(Dictionary{{"check", check}, {"what", shortened(printable(what), 1000)}});
+    }
+
+    void judgeTexts() {
+        const Tried tried = tryWith([](const Plugin& plugin) {
+            const std::array<std::pair<const char*, std::function<std::optional<std::string>()>>, 3> texts{
+                {{"identifier", [&] { return plugin.identifier(); }},
+                 {"name", [&] { return plugin.name(); }},
+                 {"appID", [&] { return plugin.appID(); }}}};
+            Dictionary changes;
+            for (const auto& [called, ask] : texts) {
+                const std::string first = ask().value_or("");
+                for (int i = 2; i <= kAsks; ++i) {
+                    const std::string again = ask().value_or("");
+                    if (again == first) continue;
+                    changes.set(called, "\"" + shortened(first, 100) + "\" at first, \"" + shortened(again, 100) +
+                                            "\" the " + std::to_string(i) + ". time");
+                    break;
+                }
+            }
+            return changes;
+        });
+        if (!tried.fault.empty()) return add("texts", "asked a hundred times, " + tried.fault);
+        for (const auto& [called, change] : tried.told)
+            add("texts", called + ": " + std::string(*change.text()));
+    }
+
+    /// False when there is none, or none that can be made.
+    bool judgePage() {
+        const Tried tried = tryWith([](const Plugin& plugin) {
+            const auto page = plugin.settingsController();
+            if (!page) return Dictionary();
+            Dictionary told = judgePages(page.value(), plugin.name().value_or(""));
+            told.set("page", page.value()->name);
+            return told;
+        });
+        if (!tried.fault.empty()) add("page", "its settings page: " + tried.fault);
+        if (!tried.fault.empty() || tried.told.empty()) return false;
+        told_ = tried.told;
+        for (const Value& finding : *told_.find("findings")->list())
+            findings_.push_back(finding);
+        for (const Value& key : *told_.find("keys")->list())
+            keys_.emplace_back(*key.text());
+        return true;
+    }
+
+    void judgeSettings() {
+        for (unsigned i = 0; i < kDictionaries && !keys_.empty(); ++i) {
+            const Dictionary settings = randomSettings(keys_, i);
+            const Tried tried = tryWith(
+                [](const Plugin& plugin) {
+                    makePages(plugin.settingsController().value(), plugin.name().value_or(""));
+                    return Dictionary{{"made", true}};
+                },
+                settings);
+            if (tried.fault.empty()) continue;
+            add("settings", "with " + shown(settings) + " " + tried.fault);
+            return; // one is enough to mend, and the others are likely the same
+        }
+    }
+
+    const fs::path bundle_;
+    const Traps& traps_;
+    settings::PrivateTweak tweak_;
+    std::vector<std::string> keys_;
+    List findings_;
+    Dictionary told_; ///< of its page
+};
+
+} // namespace
+
+Result<Dictionary> judge(const fs::path& bundle, const Traps& traps) {
+    try {
+        return Judge(bundle, traps).run();
+    } catch (const std::exception& error) {
+        return Result<Dictionary>::failure(error.what());
+    }
+}
+
+} // namespace lumora
