@@ -102,7 +102,7 @@ class Judge {
         });
         if (!tried.fault.empty()) return add("texts", "asked a hundred times, " + tried.fault);
         for (const auto& [called, change] : tried.told)
-            add("texts", called + ": " + std::string(*change.text()));
+            if (change.text()) add("texts", called + ": " + std::string(*change.text()));
     }
 
     /// False when there is none, or none that can be made.
@@ -117,10 +117,12 @@ class Judge {
         if (!tried.fault.empty()) add("page", "its settings page: " + tried.fault);
         if (!tried.fault.empty() || tried.told.empty()) return false;
         told_ = tried.told;
-        for (const Value& finding : *told_.find("findings")->list())
-            findings_.push_back(finding);
-        for (const Value& key : *told_.find("keys")->list())
-            keys_.emplace_back(*key.text());
+        // The plug-in may have told something else in our place.
+        const Value findings = told_["findings"];
+        const Value keys = told_["keys"];
+        if (findings.list()) findings_.insert(findings_.end(), findings.list()->begin(), findings.list()->end());
+        for (std::size_t i = 0; keys.list() && i < keys.list()->size(); ++i)
+            if (const Value& key = (*keys.list())[i]; key.text()) keys_.emplace_back(*key.text());
         return true;
     }
 

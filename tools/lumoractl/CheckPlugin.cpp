@@ -86,7 +86,7 @@ PluginFinding findingOf(std::string_view check, const std::string& what) {
     return {std::string(check), platform::printable(what), known->why, known->mend, known->isWarning};
 }
 
-std::string textIn(const Dictionary& told, const char* key) {
+std::string textIn(const Value& told, const char* key) {
     const Value value = told[key];
     return value.text() ? std::string(*value.text()) : std::string();
 }
@@ -178,10 +178,9 @@ class PluginCheck {
         const Result<List> installed = probePlugins({}, limit_);
         if (!installed) return;
         for (const Value& other : installed.value()) {
-            const Dictionary& told = *other.dictionary();
-            if (textIn(told, "entry") != path_.filename() && textIn(told, "identifier") == own)
+            if (textIn(other, "entry") != path_.filename() && textIn(other, "identifier") == own)
                 add("identifier-taken",
-                    "the identifier \"" + own + "\" is that of " + textIn(told, "entry") + ", which is installed");
+                    "the identifier \"" + own + "\" is that of " + textIn(other, "entry") + ", which is installed");
         }
     }
 
@@ -194,7 +193,7 @@ class PluginCheck {
         checked_.page = textIn(tried.told, "page");
         if (const Value findings = told["findings"]; findings.list())
             for (const Value& finding : *findings.list())
-                add(textIn(*finding.dictionary(), "check"), textIn(*finding.dictionary(), "what"));
+                add(textIn(finding, "check"), textIn(finding, "what"));
         if (const Value keys = told["keys"]; keys.list())
             for (const Value& key : *keys.list())
                 if (key.text()) judgeKey(std::string(*key.text()));
