@@ -87,9 +87,17 @@ void LiveFace::hear(const Heard& heard) {
     model_.setTweakAnswers(heard.tweakAnswers);
     // What it finds at first has not been edited.
     const bool edited = std::exchange(hasHeard_, heard.tweakAnswers) && heard.tweakAnswers;
-    model_.setSettings(heard.settings,
-                       edited ? std::set(heard.changed.begin(), heard.changed.end()) : std::set<std::string>());
+    heard_ = heard.settings;
+    if (!previewed_)
+        model_.setSettings(heard_,
+                           edited ? std::set(heard.changed.begin(), heard.changed.end()) : std::set<std::string>());
     emit this->heard(heard.changed);
+}
+
+void LiveFace::preview(std::optional<platform::Dictionary> settings) {
+    if (!settings && !previewed_) return;
+    previewed_ = std::move(settings);
+    model_.setSettings(previewed_ ? *previewed_ : heard_, {});
 }
 
 void LiveFace::setVisible(bool visible) {

@@ -7,22 +7,27 @@
 #include "programs/Display.h"
 #include "programs/Program.h"
 #include "programs/Sigterm.h"
+#include "settings/app/History.h"
 #include "settings/app/LockScreen.h"
 #include "settings/app/OneWindow.h"
 #include "settings/app/Pictures.h"
+#include "settings/app/Profiles.h"
 #include "settings/app/SearchSource.h"
+#include "settings/app/TweakQuestions.h"
 #include "settings/app/WindowSize.h"
 #include "settings/model/Accessibility.h"
 #include "settings/model/DoubleClicks.h"
 #include "settings/model/Panes.h"
 #include "settings/model/TouchItem.h"
 
+#include <QFileInfo>
 #include <QFont>
 #include <QGuiApplication>
 #include <QLocale>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QScreen>
+#include <QUrl>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
@@ -76,6 +81,10 @@ void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keeps
         if (keepsSize && window.visibility() == QWindow::Windowed)
             keepWindowSize({double(window.width()), double(window.height())});
     });
+}
+
+QUrl fileUrl(const std::string& file) {
+    return file.empty() ? QUrl() : QUrl::fromLocalFile(QFileInfo(QString::fromStdString(file)).absoluteFilePath());
 }
 
 platform::CGSize sizeForScreen() {
@@ -149,11 +158,18 @@ int runApplication(int argc, char** argv, const Options& asked) {
                      // The code that takes pictures would go on waiting for the page.
                      if (picturesOnly) std::_Exit(1);
                  });
-    if (!picturesOnly) shell.followTweak();
+    if (!picturesOnly) {
+        bringDefaults(shell);
+        shell.followTweak();
+    }
+    shell.post([](Navigation& navigation) { navigation.setSender(sendChanges); });
+    Profiles& profiles = *new Profiles(shell, lockScreen, options.root.value_or(std::filesystem::path()));
     if (lockScreen) {
         QObject::connect(&shell, &Shell::held, lockScreen, &LockScreen::hold);
         QObject::connect(&shell, &Shell::released, lockScreen, &LockScreen::letGo);
     }
+
+    History& history = *new History(shell, lockScreen, options.root.value_or(std::filesystem::path()));
 
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)},
@@ -161,6 +177,10 @@ int runApplication(int argc, char** argv, const Options& asked) {
                                  {QStringLiteral("searchFor"), QString::fromStdString(options.search)},
                                  {QStringLiteral("lockScreen"), QVariant::fromValue<QObject*>(lockScreen)},
                                  {QStringLiteral("panes"), QVariant::fromValue(&panes)},
+                                 {QStringLiteral("history"), QVariant::fromValue<QObject*>(&history)},
+                                 {QStringLiteral("historyFirst"), options.history},
+                                 {QStringLiteral("profile"), fileUrl(options.profile)},
+                                 {QStringLiteral("profiles"), QVariant::fromValue<QObject*>(&profiles)},
                                  {QStringLiteral("width"), size.width},
                                  {QStringLiteral("height"), size.height}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/Main.qml")));

@@ -105,6 +105,41 @@ TEST_F(UndoTest, TellsThatAValueWhichWasNeverSetCannotBePutBackAndGoesOnToTheCha
     EXPECT_EQ(RowsPage::values["slider"], Value(1.0));
 }
 
+TEST_F(UndoTest, PutsTheDefaultBackWhereThereWasNoValue) {
+    openRoot({{"slider", 1.0}});
+    navigation.setDefaults(Dictionary{{"switch", false}});
+    change(RowsPage::Switch, true);
+    EXPECT_EQ(navigation.undo().fate, Fate::done);
+    EXPECT_THAT(RowsPage::changes, ElementsAre(Pair("switch", Value(true)), Pair("switch", Value(false))));
+    EXPECT_EQ(navigation.redo().fate, Fate::done);
+    navigation.revert(top().id, {RowsPage::Switch}, false);
+    EXPECT_EQ(RowsPage::values["switch"], Value(false));
+}
+
+TEST_F(UndoTest, ShowsDefaultsWithRowsButOfNoPasscode) {
+    openRoot({{"switch", true}});
+    navigation.setDefaults(Dictionary{{"switch", false}, {"options", 5}, {"secret", "1234"}});
+    EXPECT_EQ(top().rows[RowsPage::Switch].byDefault, Value(false));
+    EXPECT_EQ(top().rows[RowsPage::Options].byDefault, Value(5));
+    EXPECT_FALSE(top().rows[RowsPage::Secret].byDefault);
+    EXPECT_FALSE(top().rows[RowsPage::Slider].byDefault);
+    change(RowsPage::Switch, false);
+    EXPECT_EQ(top().rows[RowsPage::Switch].byDefault, Value(false));
+}
+
+TEST_F(UndoTest, TakesAResetBackByItself) {
+    openRoot({{"slider", 1.0}, {"options", 10}});
+    navigation.setDefaults(Dictionary{{"slider", 0.75}, {"options", 5}});
+    change(RowsPage::Slider, 1.5);
+    handle(ValueChanged{RowsPage::Slider, 0.75, true});
+    navigation.undo();
+    EXPECT_EQ(RowsPage::values["slider"], Value(1.5));
+    handle(ValueChanged{RowsPage::Options, 5, true});
+    EXPECT_EQ(top().rows[RowsPage::Options].valueTitle, "5");
+    navigation.undo();
+    EXPECT_EQ(RowsPage::values["options"], Value(10));
+}
+
 TEST_F(UndoTest, ForgetsWhatWasUndoneAtTheNextChange) {
     openRoot({{"switch", false}, {"secret", "a"}});
     change(RowsPage::Switch, true);

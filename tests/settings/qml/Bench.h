@@ -48,7 +48,7 @@ class Bench : public QObject {
     Q_INVOKABLE void reset();
     /// A page of 390 × 700 points that has one of these:
     /// - "rows": maps of "cell", "name", "identifier", "value", "footerText", "placeholder", "min", "max", "showValue",
-    ///   "valueTitle", "marked", "icon" (a colour);
+    ///   "valueTitle", "marked", "byDefault", "icon" (a colour);
     /// - "sections" of a table, whose cells are made as it asks for them: maps of "header", "footer" and "rows", maps of
     ///   "title", "identifier", "icon", "marked", "fixed", "editingStyle", "indented", "font" (a file, or one and a
     ///   number, as "a.ttc#1"); with "anew", the page has made the table anew;

@@ -1,0 +1,89 @@
+#include "settings/app/SettingNames.h"
+
+#include "link/Messages.h"
+#include "platform/foundation/Unicode.h"
+#include "platform/preferences/PSSpecifier.h"
+#include "settings/model/RowValue.h"
+#include "tweak/Defaults.h"
+#include "json/Json.h"
+
+#include <QColor>
+#include <QObject>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace settings {
+
+using platform::Value;
+
+namespace {
+
+/// In characters; more has no room beside another value.
+constexpr qsizetype kLongValue = 60;
+
+/// What no row of a page shows.
+QString plainText(const Value& value) {
+    const auto part = [&](const char* key) { return float(std::clamp(value[key].doubleValue(), 0.0, 1.0)); };
+    if (value.boolean()) return *value.boolean() ? QObject::tr("On") : QObject::tr("Off");
+    if (!value["h"].isNil()) return QColor::fromHsvF(part("h"), part("s"), part("b")).name();
+    if (const auto* list = value.list()) {
+        if (list->empty()) return QObject::tr("None");
+        return list->size() == 1 ? QObject::tr("1 entry") : QObject::tr("%1 entries").arg(list->size());
+    }
+    if (const auto* text = value.text()) return QString::fromUtf8(*text);
+    const auto json = lumora::writeJson(value, lumora::JsonLayout::line);
+    return json ? QString::fromStdString(json.value()) : QObject::tr("As it is");
+}
+
+} // namespace
+
+SettingNames::SettingNames(const search::Index& index) : index_(index) {
+    const auto& entries = index_.entries();
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        if (!entries[i].key.empty() && entries[i].kind == search::Kind::row) entries_.emplace(entries[i].key, i);
+}
+
+const search::Entry* SettingNames::entryOf(const std::string& key) const {
+    const auto found = entries_.find(key);
+    return found == entries_.end() ? nullptr : &index_.entries()[found->second];
+}
+
+QString SettingNames::titleOf(const std::string& key) const {
+    const search::Entry* entry = entryOf(key);
+    return QString::fromStdString(platform::printable(entry && !entry->title.empty() ? entry->title : key));
+}
+
+QString SettingNames::pathOf(const std::string& key) const {
+    const search::Entry* entry = entryOf(key);
+    QStringList titles;
+    if (entry)
+        for (const std::size_t page : index_.wayTo(entry->page))
+            if (index_.pages()[page].from) titles << QString::fromStdString(index_.pages()[page].title);
+    return titles.join(QStringLiteral(" › "));
+}
+
+QString SettingNames::shown(const std::string& key, const Value& value) const {
+    const search::Entry* entry = entryOf(key);
+    if (lumora::isSecure(key) || (entry && entry->secure)) return QString::fromUtf8(lumora::kSecureDots);
+    if (value.isNil()) return QObject::tr("Not set");
+    QString text;
+    if (entry && entry->cell == platform::PSSliderCell && value.isNumber()) {
+        RowSnapshot row;
+        row.min = entry->minimum;
+        row.max = entry->maximum;
+        text = shownNumber(row, value.doubleValue());
+    } else if (entry && entry->cell == platform::PSLinkListCell) {
+        RowSnapshot row;
+        row.value = value;
+        row.titles = entry->options;
+        row.shortTitles = entry->shortTitles;
+        row.values = entry->values;
+        text = QString::fromStdString(valueTitleOf(row));
+    }
+    if (text.isEmpty()) text = plainText(value);
+    if (text.isEmpty()) return QObject::tr("Empty");
+    return text.size() > kLongValue ? text.first(kLongValue) + QStringLiteral("…") : text;
+}
+
+} // namespace settings
