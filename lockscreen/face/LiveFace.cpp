@@ -94,10 +94,13 @@ void LiveFace::hear(const Heard& heard) {
     emit this->heard(heard.changed);
 }
 
-void LiveFace::preview(std::optional<platform::Dictionary> settings) {
+void LiveFace::preview(std::optional<platform::Dictionary> settings, bool turns) {
     if (!settings && !previewed_) return;
+    const platform::Dictionary before = previewed_ ? *previewed_ : heard_;
     previewed_ = std::move(settings);
-    model_.setSettings(previewed_ ? *previewed_ : heard_, {});
+    const platform::Dictionary& now = previewed_ ? *previewed_ : heard_;
+    const auto changed = turns && previewed_ ? changedKeys(before, now) : std::vector<std::string>();
+    model_.setSettings(now, {changed.begin(), changed.end()});
 }
 
 void LiveFace::setVisible(bool visible) {

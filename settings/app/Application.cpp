@@ -194,10 +194,17 @@ int runApplication(int argc, char** argv, const Options& asked) {
 
     Pictures pictures(shell, *window, std::chrono::milliseconds(qint64(options.timeout * 1000)),
                       [](const std::string& why) { std::_Exit(complain(why)); });
-    if (beside > 0 || searched)
+    const bool looksBack = options.history || !options.profile.empty();
+    const bool hasFace = beside > 0 || (lockScreen && options.history);
+    if (hasFace || searched || looksBack)
         pictures.awaitAlso(
-            [=] { return (beside == 0 || lockScreen->isComplete()) && (!searched || searched->isComplete()); },
-            searched ? "the search" : "the lock screen");
+            [=, &profiles, &history] {
+                return (!hasFace || lockScreen->isComplete()) && (!searched || searched->isComplete()) &&
+                       (options.profile.empty() || profiles.isComplete()) && (!options.history || history.isComplete());
+            },
+            searched    ? "the search"
+            : looksBack ? "the sheet"
+                        : "the lock screen");
     const Result<void> saved = options.grab ? pictures.grab(*options.grab) : pictures.tour(*options.tour);
     return saved ? 0 : complain(saved.error());
 }

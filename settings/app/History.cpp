@@ -138,14 +138,20 @@ const ChangeRecord& History::recordAt(int row) const {
     return told_->past.timeline.records()[std::size_t(count() - 1 - row)];
 }
 
+/// The default where none was set; nil without one.
+Value History::valueBefore(const ChangeRecord& record) const {
+    const Value* byDefault = record.before ? nullptr : told_->past.defaults.find(record.key);
+    return byDefault ? *byDefault : orNil(record.before);
+}
+
 /// Nothing where the values are not kept, or there was none, or the setting was changed again since.
 std::optional<SettingChange> History::undoing(int row) const {
     const ChangeRecord& record = recordAt(row);
     if (record.withheld != Withheld::nothing || lumora::isSecure(record.key)) return std::nullopt;
     if (told_->past.timeline.nextOfKey(std::size_t(count() - 1 - row))) return std::nullopt;
-    const Value* before = record.before ? &*record.before : told_->past.defaults.find(record.key);
-    if (!before) return std::nullopt;
-    return SettingChange{record.key, orNil(record.after), *before};
+    const Value before = valueBefore(record);
+    if (before.isNil()) return std::nullopt;
+    return SettingChange{record.key, orNil(record.after), before};
 }
 
 void History::undo(int row) {
@@ -171,7 +177,7 @@ QVariant History::data(const QModelIndex& index, int role) const {
         return names.pathOf(record.key);
     case ChangeRole:
         if (record.withheld != Withheld::nothing) return tr("Changed");
-        return names.shown(record.key, orNil(record.before)) + QStringLiteral(" → ") +
+        return names.shown(record.key, valueBefore(record)) + QStringLiteral(" → ") +
                names.shown(record.key, orNil(record.after));
     case TimeRole:
         return timeOf(record).toString(QStringLiteral("HH:mm:ss"));

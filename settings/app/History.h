@@ -53,8 +53,8 @@ class History : public QAbstractListModel {
     Q_INVOKABLE void restore();
     /// Takes that change back, and no other one.
     Q_INVOKABLE void undo(int row);
-    /// Nothing is being asked for.
-    [[nodiscard]] bool isComplete() const { return asking_ == 0; }
+    /// Whether it was asked for, and is there.
+    [[nodiscard]] bool isComplete() const { return told_ && asking_ == 0; }
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
@@ -68,6 +68,7 @@ class History : public QAbstractListModel {
   private:
     struct Told;
     [[nodiscard]] const lumora::ChangeRecord& recordAt(int row) const;
+    [[nodiscard]] platform::Value valueBefore(const lumora::ChangeRecord& record) const;
     [[nodiscard]] std::optional<SettingChange> undoing(int row) const;
     [[nodiscard]] std::vector<SettingChange> restoration() const;
 

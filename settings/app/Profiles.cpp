@@ -130,6 +130,7 @@ void Profiles::open(const QUrl& url) {
         [file = QFileInfo(file).absoluteFilePath().toStdString(), root = root_] { return readingOf(file, root); },
         [this, name](Result<Reading> read) {
             --reading_;
+            hasRead_ = true;
             if (!read) {
                 QString why = printableText(read.error());
                 why.remove(0, why.lastIndexOf(name + QStringLiteral(": ")) < 0

@@ -32,8 +32,8 @@ class Profiles : public QObject {
     Q_INVOKABLE void endPreview();
     /// Changes what is chosen of an offer, a message for each, as one change of that title.
     Q_INVOKABLE void apply(settings::DifferencesModel* offer, const QString& title);
-    /// No file is being read.
-    [[nodiscard]] bool isComplete() const { return reading_ == 0; }
+    /// Whether files were read, and none is being read.
+    [[nodiscard]] bool isComplete() const { return hasRead_ && reading_ == 0; }
 
   signals:
     /// QML owns the offer.
@@ -45,6 +45,7 @@ class Profiles : public QObject {
     std::filesystem::path root_;
     platform::Dictionary present_; ///< the settings when a profile was offered last
     int reading_ = 0;
+    bool hasRead_ = false;
 };
 
 /// Changes these settings as one change of that title, and says what has come of it: those words, if all are made. Then

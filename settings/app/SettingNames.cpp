@@ -1,6 +1,7 @@
 #include "settings/app/SettingNames.h"
 
 #include "link/Messages.h"
+#include "link/PreferenceKeys.h"
 #include "platform/foundation/Unicode.h"
 #include "platform/preferences/PSSpecifier.h"
 #include "settings/model/RowValue.h"
@@ -12,6 +13,8 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace settings {
 
@@ -21,6 +24,15 @@ namespace {
 
 /// In characters; more has no room beside another value.
 constexpr qsizetype kLongValue = 60;
+
+/// Settings that no row shows, but a page as a whole.
+constexpr std::pair<const char*, const char*> kPagesOfKeys[] = {
+    {lumora::kAppsEnabled, "AppsListController"},
+    {lumora::kAUAppsDisabled, "AUAppsListController"},
+    {lumora::kAppViewsEnabled, "PluginsListViewController"},
+    {lumora::kLSBlurColor, "ColorPickerController"},
+    {lumora::kLSDateFontName, "FontViewController"},
+};
 
 /// What no row of a page shows.
 QString plainText(const Value& value) {
@@ -49,17 +61,30 @@ const search::Entry* SettingNames::entryOf(const std::string& key) const {
     return found == entries_.end() ? nullptr : &index_.entries()[found->second];
 }
 
+std::optional<std::size_t> SettingNames::pageOf(const std::string& key) const {
+    const auto known = std::ranges::find(kPagesOfKeys, key, &std::pair<const char*, const char*>::first);
+    if (known == std::end(kPagesOfKeys)) return std::nullopt;
+    const auto page = std::ranges::find(index_.pages(), known->second, &search::Page::pageClass);
+    if (page == index_.pages().end()) return std::nullopt;
+    return std::size_t(page - index_.pages().begin());
+}
+
 QString SettingNames::titleOf(const std::string& key) const {
     const search::Entry* entry = entryOf(key);
-    return QString::fromStdString(platform::printable(entry && !entry->title.empty() ? entry->title : key));
+    const auto page = entry ? std::nullopt : pageOf(key);
+    const std::string& title = page ? index_.pages()[*page].title : entry && !entry->title.empty() ? entry->title : key;
+    return QString::fromStdString(platform::printable(title));
 }
 
 QString SettingNames::pathOf(const std::string& key) const {
     const search::Entry* entry = entryOf(key);
+    const auto own = pageOf(key);
+    if (!entry && !own) return {};
+    std::vector<std::size_t> way = index_.wayTo(entry ? entry->page : own.value_or(0));
+    if (!entry) way.pop_back(); // which the title is of
     QStringList titles;
-    if (entry)
-        for (const std::size_t page : index_.wayTo(entry->page))
-            if (index_.pages()[page].from) titles << QString::fromStdString(index_.pages()[page].title);
+    for (const std::size_t page : way)
+        if (index_.pages()[page].from) titles << QString::fromStdString(index_.pages()[page].title);
     return titles.join(QStringLiteral(" › "));
 }
 

@@ -30,6 +30,9 @@ class SettingNames {
   private:
     [[nodiscard]] const search::Entry* entryOf(const std::string& key) const;
 
+    /// The place in the index of the page that shows it as a whole.
+    [[nodiscard]] std::optional<std::size_t> pageOf(const std::string& key) const;
+
     search::Index index_;
     std::map<std::string, std::size_t> entries_; ///< by key: the place in the index
 };

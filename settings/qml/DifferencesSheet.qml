@@ -122,6 +122,16 @@ FocusScope {
                 }
 
                 Repeater {
+                    model: root.differences.notes.length > 0 ? 1 : 0
+
+                    Item {
+                        width: column.width
+                        height: Theme.lineGap
+
+                        Hairline { anchors.bottom: parent.bottom }
+                    }
+                }
+                Repeater {
                     id: list
 
                     model: root.differences

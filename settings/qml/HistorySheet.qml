@@ -87,17 +87,26 @@ FocusScope {
                 color: "#15161c"
                 radius: 14
             }
-            Loader {
+            Item {
                 id: face
+
+                readonly property bool active: root.lockScreen !== null
 
                 x: Theme.mirrored ? parent.width - width - Theme.inset : Theme.inset
                 y: Theme.textGap
-                active: root.lockScreen !== null
                 width: active ? Math.floor(height * 390 / 844) : 0
                 height: active ? Math.max(160, Math.min(300, sheet.sheetHeight * 0.3)) : 0
                 enabled: false
-                onLoaded: item.animated = false
-                Component.onCompleted: if (active) setSource("qrc:/qt/qml/LumoraFace/Face.qml", { face: root.lockScreen.face() })
+
+                // It takes the size of its place only once it has what it shows.
+                Loader {
+                    onLoaded: {
+                        item.animated = false;
+                        item.width = Qt.binding(() => face.width);
+                        item.height = Qt.binding(() => face.height);
+                    }
+                    Component.onCompleted: if (face.active) setSource("qrc:/qt/qml/LumoraFace/Face.qml", { face: root.lockScreen.face() })
+                }
             }
             Column {
                 id: words
@@ -162,6 +171,17 @@ FocusScope {
                         radius: 2
                         color: Theme.off
                         antialiasing: true
+
+                        Rectangle {
+                            readonly property real middle: time.visualPosition * parent.width
+
+                            x: time.mirrored ? middle : 0
+                            width: time.mirrored ? parent.width - middle : middle
+                            height: parent.height
+                            radius: 2
+                            color: Theme.accent
+                            antialiasing: true
+                        }
                     }
                     handle: Knob {
                         x: time.visualPosition * (time.width - width)

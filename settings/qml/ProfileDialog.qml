@@ -7,5 +7,6 @@ FileDialog {
     title: saves ? qsTr("Save Profile") : qsTr("Open Profile")
     fileMode: saves ? FileDialog.SaveFile : FileDialog.OpenFile
     nameFilters: [qsTr("Profiles (*.json)"), qsTr("All files (*)")]
+    acceptLabel: saves ? qsTr("Save") : qsTr("Open")
     defaultSuffix: "json"
 }

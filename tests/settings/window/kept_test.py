@@ -6,6 +6,7 @@
 Needs what spoken.py needs.
 """
 import json
+import os
 import unittest
 from pathlib import Path
 
@@ -15,7 +16,7 @@ from harness.spoken import BUTTON, LINK, SWITCH, Spoken
 from harness.tweak import Tweak
 from harness.waiting import eventually
 
-ALERT, BOX, LABEL = pyatspi.ROLE_ALERT, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_LABEL
+ALERT, BOX, FIELD, LABEL = pyatspi.ROLE_ALERT, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_TEXT, pyatspi.ROLE_LABEL
 LINE, SLIDER = pyatspi.ROLE_MENU_ITEM, pyatspi.ROLE_SLIDER
 PASSCODE = "planted4711"
 
@@ -30,8 +31,16 @@ class Kept(Spoken):
     def expect_stored(self, key, value):
         self.expect_soon(lambda: self.stored(key), value)
 
+    def open_row_menu(self, window, title):
+        place = self.extents(self.named(window, SWITCH, title))
+        self.click_at(place.x + 30, place.y + place.height // 2, button=3)
+        self.named(window, LINE, "Copy Value")
+
+    def open_menu(self, window):
+        self.press_button(window, "More")
+
     def choose(self, window, line):
-        self.keys(window, "F10")
+        self.open_menu(window)
         self.act(self.named(window, LINE, line), "Press")
 
     def texts(self, window):
@@ -47,7 +56,7 @@ class ResetTest(Kept):
     def test_sets_a_row_to_its_default_and_takes_that_back(self):
         self.set("kAppBadgesEnabled", False)
         window = self.open_window("--page", "AppsController")
-        self.act(self.named(window, SWITCH, "Badges"), "ShowMenu")
+        self.open_row_menu(window, "Badges")
         self.act(self.named(window, LINE, "Reset to Default"), "Press")
         self.expect_stored("kAppBadgesEnabled", True)
         self.expect_said(window, "“Badges” has its default")
@@ -56,15 +65,13 @@ class ResetTest(Kept):
 
     def test_is_not_offered_of_what_has_its_default(self):
         window = self.open_window("--page", "AppsController")
-        self.act(self.named(window, SWITCH, "Badges"), "ShowMenu")
-        self.named(window, LINE, "Copy Value")
+        self.open_row_menu(window, "Badges")
         self.assertNotIn("Reset to Default", self.spoken(window, LINE))
 
     def test_is_not_offered_by_a_tweak_that_tells_no_defaults(self):
         with self.with_another_tweak({"kTweakEnabled": True, "kAppBadgesEnabled": False}):
             window = self.open_window("--page", "AppsController")
-            self.act(self.named(window, SWITCH, "Badges"), "ShowMenu")
-            self.named(window, LINE, "Copy Value")
+            self.open_row_menu(window, "Badges")
             self.assertNotIn("Reset to Default", self.spoken(window, LINE))
             self.expect_to_close(window)
 
@@ -90,7 +97,8 @@ class ProfileTest(Kept):
         self.expect_stored("kAppBadgesEnabled", False)
         self.expect_said(window, "“Mine” is applied")
         self.assertIs(self.stored("kAppLabelsEnabled"), True)
-        self.keys(window, "ctrl+z")
+        self.expect_soon(lambda: "Apply 1" in self.spoken(window, BUTTON), False)
+        self.choose(window, "Undo “Mine”")
         self.expect_stored("kAppBadgesEnabled", True)
 
     def test_pages_that_were_open_show_it(self):
@@ -123,13 +131,23 @@ class ProfileTest(Kept):
         window = self.open_root_page("--profile", self.write("mine.json", "[1, 2"))
         self.expect_said(window, "“mine.json” cannot be opened: ")
 
+    def field_of_dialog(self, window):
+        """The toolkit's dialog has the one for the filter beneath it."""
+        fields = [item for application in self.applications(window) for item in self.find(
+            application, lambda it: it.getRole() == FIELD and self.has_state(it, pyatspi.STATE_SHOWING))]
+        return min(fields, key=lambda item: self.extents(item).y, default=None)
+
     def test_is_saved_without_passcodes(self):
         self.set("kAppBadgesEnabled", False)
         self.set("kAutoUnlockPasscode", PASSCODE)
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(self.folder)
         window = self.open_root_page()
         file = Path(self.folder, "saved.json")
         self.choose(window, "Save Profile…")
-        self.save_as(window, file)
+        self.click(eventually(lambda: self.field_of_dialog(window), "the field for the name"))
+        self.type(window, file.name)
+        self.press_button(window, "Save")
         eventually(file.exists, "the file")
         self.expect_said(window, "“saved.json” has 1 setting")
         written = file.read_text(encoding="utf-8")
@@ -158,8 +176,9 @@ class HistoryTest(Kept):
         self.expect_stored("kAppBadgesEnabled", True)
         self.assertIs(self.stored("kAppLabelsEnabled"), False)
         eventually(lambda: any(change.startswith("Badges, Off → On, ") for change in self.changes(window)), "the new change")
-        self.keys(window, "Escape")
-        self.keys(window, "ctrl+z")
+        self.press_button(window, "Done")
+        self.expect_soon(lambda: "Done" in self.spoken(window, BUTTON), False)
+        self.choose(window, "Undo “Badges”")
         self.expect_stored("kAppBadgesEnabled", False)
 
     def test_goes_back_in_time_without_changing_anything_until_it_is_restored(self):
@@ -175,24 +194,24 @@ class HistoryTest(Kept):
         self.expect_stored("kAppLabelsEnabled", True)
         self.assertEqual(self.stored("kAutoUnlockPasscode"), PASSCODE)
         self.expect_said(window, "The settings are as they were")
-        self.keys(window, "ctrl+z")
+        self.expect_soon(lambda: "Done" in self.spoken(window, BUTTON), False)
+        self.choose(window, "Undo “Before all changes that are known”")
         self.expect_stored("kAppBadgesEnabled", False)
         self.expect_stored("kAppLabelsEnabled", False)
 
     def test_is_not_offered_by_a_tweak_without_it(self):
         with self.with_another_tweak({"kTweakEnabled": True}):
             window = self.open_root_page()
-            self.keys(window, "F10")
+            self.open_menu(window)
             self.named(window, LINE, "Open Profile…")
             self.assertNotIn("History…", self.spoken(window, LINE))
-            self.keys(window, "Escape")
             self.expect_to_close(window)
 
     def test_stands_on_the_first_page_alone(self):
         window = self.open_window("--page", "AppsController")
         self.named(window, SWITCH, "Badges")
-        self.keys(window, "F10")
-        self.named(window, LINE, "Revert Page…")
+        self.open_menu(window)
+        self.named(window, LINE, "Lock Screen")
         for line in ("History…", "Open Profile…", "Save Profile…"):
             self.assertNotIn(line, self.spoken(window, LINE))
 
