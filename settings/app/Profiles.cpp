@@ -24,6 +24,11 @@ using platform::Result;
 
 namespace {
 
+/// The toolkit's dialog tells of a name that was typed without a scheme. Empty for what is on no disk of this computer.
+QString fileOf(const QUrl& url) {
+    return url.scheme().isEmpty() ? url.path() : url.toLocalFile();
+}
+
 /// What there is to know of a file before it is offered.
 struct Reading {
     lumora::NamedProfile profile;
@@ -121,7 +126,7 @@ Profiles::Profiles(Shell& shell, LockScreen* lockScreen, std::filesystem::path r
 }
 
 void Profiles::open(const QUrl& url) {
-    const QString file = url.toLocalFile();
+    const QString file = fileOf(url);
     const QString name = file.isEmpty() ? url.toDisplayString() : QFileInfo(file).fileName();
     if (file.isEmpty()) return shell_.say(tr("“%1” is no file of this computer").arg(name));
     ++reading_;
@@ -148,7 +153,8 @@ void Profiles::open(const QUrl& url) {
 }
 
 void Profiles::save(const QUrl& url) {
-    QString file = url.toLocalFile();
+    QString file = fileOf(url);
+    if (file.isEmpty()) return shell_.say(tr("“%1” is no file of this computer").arg(url.toDisplayString()));
     if (QFileInfo(file).suffix().isEmpty()) file += QStringLiteral(".json");
     const QString name = QFileInfo(file).fileName();
     inBackground(

@@ -15,16 +15,20 @@ DropArea {
         if (component.status !== Component.Ready)
             return window.say(qsTr("There is no dialog for files here: install QtQuick.Dialogs, or drop a file on the window"));
         dialog = component.createObject(root, { saves, parentWindow: window });
-        dialog.accepted.connect(() => saves ? profiles.save(dialog.selectedFile) : profiles.open(dialog.selectedFile));
-        dialog.visibleChanged.connect(() => {
-            if (!dialog?.visible)
-                end();
+        if (saves)
+            dialog.selectedFile = dialog.currentFolder + "/" + qsTr("My Settings.json");
+        dialog.accepted.connect(() => {
+            const file = dialog.selectedFile;
+            end();
+            saves ? profiles.save(file) : profiles.open(file);
         });
+        dialog.rejected.connect(end);
         dialog.open();
     }
     function end() {
         dialog?.destroy();
         dialog = null;
+        window.focusPage(Qt.OtherFocusReason);
     }
 
     enabled: !window.covered && !window.shell.waiting

@@ -146,8 +146,10 @@ class ProfileTest(Kept):
         file = Path(self.folder, "saved.json")
         self.choose(window, "Save Profile…")
         self.click(eventually(lambda: self.field_of_dialog(window), "the field for the name"))
+        self.keys(window, "ctrl+a")
         self.type(window, file.name)
-        self.press_button(window, "Save")
+        self.keys(window, "Tab")  # by which the toolkit takes the name
+        self.click(self.named(window, BUTTON, "Save"))
         eventually(file.exists, "the file")
         self.expect_said(window, "“saved.json” has 1 setting")
         written = file.read_text(encoding="utf-8")
