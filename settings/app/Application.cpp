@@ -83,8 +83,10 @@ void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keeps
     });
 }
 
-QUrl fileUrl(const std::string& file) {
-    return file.empty() ? QUrl() : QUrl::fromLocalFile(QFileInfo(QString::fromStdString(file)).absoluteFilePath());
+/// Empty for no file.
+QString fileUrl(const std::string& file) {
+    if (file.empty()) return {};
+    return QUrl::fromLocalFile(QFileInfo(QString::fromStdString(file)).absoluteFilePath()).toString(QUrl::FullyEncoded);
 }
 
 platform::CGSize sizeForScreen() {

@@ -10,7 +10,7 @@ Window {
     property var lockScreen: null // a settings::LockScreen; null for pictures without it
     property Panes panes: null // null for one column
     property var profiles: null // a settings::Profiles; null for pictures without it
-    property url profile // to open at first, empty for none
+    property string profile // to open at first, empty for none
     property var history: null // a settings::History; null for pictures without it
     property bool historyFirst: false // is opened at first
     // Where the page on top stands, in the window.
@@ -35,7 +35,7 @@ Window {
     // The message that is composed over the page, which takes no input meanwhile.
     readonly property ComposerModel composing: stack.shownPage?.page.composer ?? null
     property bool offering: false // to choose from differences
-    property var onChosen: () => {} // what is done with the chosen ones
+    property var forChosen: () => {} // what is done with the chosen ones
     property var afterOffer: () => {}
     readonly property bool covered: composing !== null || offering // by a sheet, which takes all input
     readonly property bool searching: searchPlace.open
@@ -92,7 +92,7 @@ Window {
             searchPlace.leave();
         putDown();
         offering = true;
-        onChosen = accepted;
+        forChosen = accepted;
         afterOffer = over;
         sheet.source = "";
         sheet.setSource("DifferencesSheet.qml", { differences, gap: shell.barHeight, title, action });
@@ -382,11 +382,11 @@ Window {
 
         function onGone() {
             if (window.offering)
-                window.afterOffer();
+                window.afterOffer.call();
             window.offering = false;
             sheet.source = "";
             stack.shownPage?.forceActiveFocus(Qt.OtherFocusReason);
         }
-        function onAccepted() { window.onChosen() }
+        function onAccepted() { window.forChosen.call() }
     }
 }

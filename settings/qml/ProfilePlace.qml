@@ -7,7 +7,7 @@ DropArea {
 
     required property var window
     required property var profiles // a settings::Profiles
-    property url first // to open at first, empty for none
+    property string first // its URL, to open at first, empty for none
     property var dialog: null // while it is open
 
     function show(saves) {
@@ -60,7 +60,7 @@ DropArea {
     // Not before the page has taken the focus.
     Timer {
         interval: 0
-        running: root.enabled && root.first.toString().length > 0
+        running: root.enabled && root.first.length > 0
         onTriggered: {
             root.profiles.open(root.first);
             root.first = "";

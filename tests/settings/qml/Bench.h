@@ -1,5 +1,6 @@
 #pragma once
 
+#include "settings/model/DifferencesModel.h"
 #include "settings/model/PageModel.h"
 #include "settings/model/SearchModel.h"
 #include "tests/settings/qml/BenchValues.h"
@@ -76,6 +77,9 @@ class Bench : public QObject {
     Q_INVOKABLE void index(const QVariantMap& content);
     /// Settings for the last search.
     Q_INVOKABLE void answer(const QVariantMap& settings);
+
+    /// Differences to choose from: "changes" (maps of "title", "path", "now", "then"), and "notes".
+    Q_INVOKABLE settings::DifferencesModel* differences(const QVariantMap& content);
 
     [[nodiscard]] static int fontsOpened();
     // The events of each kind since the last page was made.
