@@ -341,6 +341,8 @@ Window {
 
         anchors.fill: parent
         onWantedChanged: {
+            if (!wanted)
+                return source = "";
             setSource("ProfilePlace.qml", { window, profiles: window.profiles, first: window.profile });
             if (window.historyFirst)
                 window.openHistory();

@@ -15,8 +15,8 @@ Item {
         id: past
 
         property int place: 0
-        property string moment: place < count ? "Tuesday, 19 November 2024, 17:02:40" : ""
-        property int differing: place < count ? count - place : 0
+        property string moment: past.place < count ? "Tuesday, 19 November 2024, 17:02:40" : ""
+        property int differing: count - past.place
         property var undone: []
         property int restored: 0
         signal moved

@@ -101,6 +101,16 @@ class ProfileTest(Kept):
         self.choose(window, "Undo “Mine”")
         self.expect_stored("kAppBadgesEnabled", True)
 
+    def test_is_seen_on_the_lock_screen_before_anything_is_changed(self):
+        profile = self.profile({"kAppsEnabled": ["org.lumora.samples.Phone"]})
+        window = self.open_window("--columns", "1", "--size", "1260x900", "--profile", profile)
+        self.named(window, BUTTON, "Apply 1")
+        self.named(window, BUTTON, "Phone")
+        self.assertIsNone(self.stored("kAppsEnabled"))
+        self.press_button(window, "Cancel")
+        self.expect_soon(lambda: "Phone" in self.spoken(window, BUTTON), False)
+        self.assertIsNone(self.stored("kAppsEnabled"))
+
     def test_pages_that_were_open_show_it(self):
         self.set("kAppBadgesEnabled", True)
         window = self.open_root_page("--profile", self.profile({"kAppBadgesEnabled": False}))
