@@ -152,7 +152,10 @@ int runApplication(int argc, char** argv, const Options& asked) {
     const double room = size.width - beside;
     const double list = Panes::listWidthIn({room, size.height}, panes.columns(), panes.divider());
     auto& engine = *new QQmlApplicationEngine;
-    if (const auto exitCode = oneWindow ? oneWindow->handOver(options.page) : std::nullopt) return *exitCode;
+    if (const auto exitCode = oneWindow ? oneWindow->handOver(options.page) : std::nullopt) {
+        if (options.profile.empty()) return *exitCode;
+        return complain("a window is open already: open the profile by its menu, or drop it there");
+    }
     const platform::CGSize contentSize = contentSizeOf({Panes::viewWidthIn(room, list), size.height});
     shell.launch({bundle, options.page, contentSize, !picturesOnly || panes.columns() == 2},
                  [picturesOnly](const std::string& why) {

@@ -105,6 +105,7 @@ void History::setPlace(int place) {
     told_->cursor.moveTo(std::size_t(place));
     restored_ = restoration();
     if (lockScreen_) lockScreen_->preview(place == count() ? std::nullopt : std::optional(told_->cursor.settings()));
+    emit dataChanged(index(0), index(count() - 1), {LaterRole});
     emit moved();
 }
 

@@ -216,7 +216,7 @@ void Navigation::revert(std::uint64_t id, const std::vector<std::size_t>& rows, 
     }
     Undoable* view = withView && page->openedState ? undoableOf(*page->controller) : nullptr;
     const Change::State former = view ? orDefault(*page->openedState, view->undoKey()) : Change::State();
-    if (!former.stored.isNil()) {
+    if (view && !former.stored.isNil()) {
         expectViewChange(*page, *view);
         asOne();
         view->restore(former);

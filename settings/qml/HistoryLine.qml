@@ -26,12 +26,11 @@ Item {
         width: parent.width - 2 * Theme.inset - undo.width - Theme.textGap
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
-        opacity: root.later ? 0.6 : 1
 
         WordText {
             width: parent.width
             text: root.title
-            color: Theme.text
+            color: root.later ? Theme.secondary : Theme.text
             Accessible.ignored: true
         }
         WordText {
