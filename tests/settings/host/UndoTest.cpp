@@ -140,6 +140,35 @@ TEST_F(UndoTest, TakesAResetBackByItself) {
     EXPECT_EQ(RowsPage::values["options"], Value(10));
 }
 
+TEST_F(UndoTest, TakesSettingsThatWereAppliedTogetherBackAtOnceWithoutTheRefusedOnes) {
+    std::vector<std::pair<std::string, Value>> sent;
+    navigation.setSender([&](const std::vector<SettingChange>& changes) {
+        Sent outcome;
+        for (const SettingChange& change : changes) {
+            sent.emplace_back(change.key, change.after);
+            if (change.key == "bad") {
+                outcome.refused.push_back({change.key, "no"});
+                continue;
+            }
+            RowsPage::values[change.key] = change.after;
+            outcome.made.push_back(change);
+        }
+        return outcome;
+    });
+    openRoot({{"switch", true}});
+    navigation.setDefaults(Dictionary{{"other", 5}});
+    const Sent outcome = navigation.apply("Quiet", {{"switch", true, false}, {"bad", 1, 2}, {"other", nullptr, 7}});
+    EXPECT_EQ(outcome.made.size(), 2U);
+    EXPECT_EQ(top().rows[RowsPage::Switch].value, Value(false)) << "an open page shows it";
+    EXPECT_EQ(undoTitle(), "Quiet");
+    sent.clear();
+    EXPECT_EQ(navigation.undo().fate, Fate::done);
+    EXPECT_THAT(sent, ElementsAre(Pair("switch", Value(true)), Pair("other", Value(5))));
+    EXPECT_EQ(undoTitle(), "–");
+    EXPECT_EQ(navigation.redo().fate, Fate::done);
+    EXPECT_EQ(RowsPage::values["other"], Value(7));
+}
+
 TEST_F(UndoTest, ForgetsWhatWasUndoneAtTheNextChange) {
     openRoot({{"switch", false}, {"secret", "a"}});
     change(RowsPage::Switch, true);
