@@ -39,7 +39,7 @@ set(drawing "lumora-common ${same}, qml6-module-qtquick, qml6-module-qtquick-win
 
 debian_package(settings lumora-settings utils
   DEPENDS "${libraries} ${same}, ${drawing}, qml6-module-qtquick-templates"
-  RECOMMENDS "lumora-tweak, lumora-lockscreen, fonts-inter, qt6-wayland"
+  RECOMMENDS "lumora-tweak, lumora-lockscreen, fonts-inter, qt6-wayland, qml6-module-qtquick-dialogs, qml6-module-qtquick-controls, qml6-module-qtquick-layouts, qml6-module-qt-labs-folderlistmodel"
   SUGGESTS "lumora-samples, default-mta | mail-transport-agent"
   DESCRIPTION
     "settings of a lock-screen enhancement, the application"

@@ -87,9 +87,20 @@ void LiveFace::hear(const Heard& heard) {
     model_.setTweakAnswers(heard.tweakAnswers);
     // What it finds at first has not been edited.
     const bool edited = std::exchange(hasHeard_, heard.tweakAnswers) && heard.tweakAnswers;
-    model_.setSettings(heard.settings,
-                       edited ? std::set(heard.changed.begin(), heard.changed.end()) : std::set<std::string>());
+    heard_ = heard.settings;
+    if (!previewed_)
+        model_.setSettings(heard_,
+                           edited ? std::set(heard.changed.begin(), heard.changed.end()) : std::set<std::string>());
     emit this->heard(heard.changed);
+}
+
+void LiveFace::preview(std::optional<platform::Dictionary> settings, bool turns) {
+    if (!settings && !previewed_) return;
+    const platform::Dictionary before = previewed_ ? *previewed_ : heard_;
+    previewed_ = std::move(settings);
+    const platform::Dictionary& now = previewed_ ? *previewed_ : heard_;
+    const auto changed = turns && previewed_ ? changedKeys(before, now) : std::vector<std::string>();
+    model_.setSettings(now, {changed.begin(), changed.end()});
 }
 
 void LiveFace::setVisible(bool visible) {

@@ -46,6 +46,9 @@ class LiveFace : public QObject {
     /// Follows the tweak, while the face is visible.
     void follow();
     void setVisible(bool visible);
+    /// Shows these settings in place of the tweak's, which are not changed, until there are none. Turns to what differs
+    /// from what it has shown, if wanted.
+    void preview(std::optional<platform::Dictionary> settings, bool turns);
     /// Pixels to a point of the screen that the window is on.
     void setRatio(double ratio);
     /// What the installation is, at once; for pictures.
@@ -77,6 +80,8 @@ class LiveFace : public QObject {
     FaceModel model_;
     std::optional<Phone> phone_;
     bool hasHeard_ = false; ///< what the tweak has
+    platform::Dictionary heard_{};
+    std::optional<platform::Dictionary> previewed_;
     QTimer minute_;
     QTimer resting_; ///< from a change of the size until there is none at once
     std::optional<BackdropOrder> ordered_;

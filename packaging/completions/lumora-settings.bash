@@ -8,13 +8,13 @@ _lumora_settings() {
     COMPREPLY=()
     case ${COMP_WORDS[COMP_CWORD - 1]} in
         --root | --bundle | --tour) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
-        --grab) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
+        --grab | --profile) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
         --page | --rows) mapfile -t COMPREPLY < <(compgen -W "$pages" -- "$word") ;;
         --contrast) mapfile -t COMPREPLY < <(compgen -W 'more normal' -- "$word") ;;
         --columns) mapfile -t COMPREPLY < <(compgen -W '1 2' -- "$word") ;;
         --search | --timeout | --text-size | --size) ;;
         *)
-            mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --lockscreen --rows --index --search --timeout
+            mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --lockscreen --rows --index --search --profile --history --timeout
                 --verbose --light --dark --contrast --text-size --columns --size --help --version' -- "$word")
             ;;
     esac

@@ -15,6 +15,8 @@ complete -c lumora-settings -l lockscreen -d 'Show the lock screen in the pictur
 complete -c lumora-settings -l rows -x -a "$pages" -d 'Print a page as JSON'
 complete -c lumora-settings -l index -d 'Print what can be found on all pages'
 complete -c lumora-settings -l search -x -d 'Open the search, and look for these words'
+complete -c lumora-settings -l profile -r -F -d 'Show what a profile would change, and offer to take it'
+complete -c lumora-settings -l history -d 'Show what has been changed'
 complete -c lumora-settings -l timeout -x -d 'Seconds that it may take'
 complete -c lumora-settings -l verbose -d 'Write logs to standard error too'
 complete -c lumora-settings -l light -d 'Light colours'

@@ -7,22 +7,27 @@
 #include "programs/Display.h"
 #include "programs/Program.h"
 #include "programs/Sigterm.h"
+#include "settings/app/History.h"
 #include "settings/app/LockScreen.h"
 #include "settings/app/OneWindow.h"
 #include "settings/app/Pictures.h"
+#include "settings/app/Profiles.h"
 #include "settings/app/SearchSource.h"
+#include "settings/app/TweakQuestions.h"
 #include "settings/app/WindowSize.h"
 #include "settings/model/Accessibility.h"
 #include "settings/model/DoubleClicks.h"
 #include "settings/model/Panes.h"
 #include "settings/model/TouchItem.h"
 
+#include <QFileInfo>
 #include <QFont>
 #include <QGuiApplication>
 #include <QLocale>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QScreen>
+#include <QUrl>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
@@ -76,6 +81,12 @@ void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keeps
         if (keepsSize && window.visibility() == QWindow::Windowed)
             keepWindowSize({double(window.width()), double(window.height())});
     });
+}
+
+/// Empty for no file.
+QString fileUrl(const std::string& file) {
+    if (file.empty()) return {};
+    return QUrl::fromLocalFile(QFileInfo(QString::fromStdString(file)).absoluteFilePath()).toString(QUrl::FullyEncoded);
 }
 
 platform::CGSize sizeForScreen() {
@@ -141,7 +152,10 @@ int runApplication(int argc, char** argv, const Options& asked) {
     const double room = size.width - beside;
     const double list = Panes::listWidthIn({room, size.height}, panes.columns(), panes.divider());
     auto& engine = *new QQmlApplicationEngine;
-    if (const auto exitCode = oneWindow ? oneWindow->handOver(options.page) : std::nullopt) return *exitCode;
+    if (const auto exitCode = oneWindow ? oneWindow->handOver(options.page) : std::nullopt) {
+        if (options.profile.empty()) return *exitCode;
+        return complain("a window is open already: open the profile by its menu, or drop it there");
+    }
     const platform::CGSize contentSize = contentSizeOf({Panes::viewWidthIn(room, list), size.height});
     shell.launch({bundle, options.page, contentSize, !picturesOnly || panes.columns() == 2},
                  [picturesOnly](const std::string& why) {
@@ -149,11 +163,18 @@ int runApplication(int argc, char** argv, const Options& asked) {
                      // The code that takes pictures would go on waiting for the page.
                      if (picturesOnly) std::_Exit(1);
                  });
-    if (!picturesOnly) shell.followTweak();
+    if (!picturesOnly) {
+        bringDefaults(shell);
+        shell.followTweak();
+    }
+    shell.post([](Navigation& navigation) { navigation.setSender(sendChanges); });
+    Profiles& profiles = *new Profiles(shell, lockScreen, options.root.value_or(std::filesystem::path()));
     if (lockScreen) {
         QObject::connect(&shell, &Shell::held, lockScreen, &LockScreen::hold);
         QObject::connect(&shell, &Shell::released, lockScreen, &LockScreen::letGo);
     }
+
+    History& history = *new History(shell, lockScreen, options.root.value_or(std::filesystem::path()));
 
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.setInitialProperties({{QStringLiteral("shell"), QVariant::fromValue(&shell)},
@@ -161,6 +182,10 @@ int runApplication(int argc, char** argv, const Options& asked) {
                                  {QStringLiteral("searchFor"), QString::fromStdString(options.search)},
                                  {QStringLiteral("lockScreen"), QVariant::fromValue<QObject*>(lockScreen)},
                                  {QStringLiteral("panes"), QVariant::fromValue(&panes)},
+                                 {QStringLiteral("history"), QVariant::fromValue<QObject*>(&history)},
+                                 {QStringLiteral("historyFirst"), options.history},
+                                 {QStringLiteral("profile"), fileUrl(options.profile)},
+                                 {QStringLiteral("profiles"), QVariant::fromValue<QObject*>(&profiles)},
                                  {QStringLiteral("width"), size.width},
                                  {QStringLiteral("height"), size.height}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/Main.qml")));
@@ -174,10 +199,17 @@ int runApplication(int argc, char** argv, const Options& asked) {
 
     Pictures pictures(shell, *window, std::chrono::milliseconds(qint64(options.timeout * 1000)),
                       [](const std::string& why) { std::_Exit(complain(why)); });
-    if (beside > 0 || searched)
+    const bool looksBack = options.history || !options.profile.empty();
+    const bool hasFace = beside > 0 || (lockScreen && options.history);
+    if (hasFace || searched || looksBack)
         pictures.awaitAlso(
-            [=] { return (beside == 0 || lockScreen->isComplete()) && (!searched || searched->isComplete()); },
-            searched ? "the search" : "the lock screen");
+            [=, &profiles, &history] {
+                return (!hasFace || lockScreen->isComplete()) && (!searched || searched->isComplete()) &&
+                       (options.profile.empty() || profiles.isComplete()) && (!options.history || history.isComplete());
+            },
+            searched    ? "the search"
+            : looksBack ? "the sheet"
+                        : "the lock screen");
     const Result<void> saved = options.grab ? pictures.grab(*options.grab) : pictures.tour(*options.tour);
     return saved ? 0 : complain(saved.error());
 }

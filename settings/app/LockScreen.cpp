@@ -52,8 +52,14 @@ QObject* LockScreen::face() {
     live_->model()->setFallsAsleep(false);
     live_->follow();
     live_->setVisible(shown_);
+    live_->preview(previewed_, false);
     live_->readInstallation();
     return live_->model();
+}
+
+void LockScreen::preview(std::optional<platform::Dictionary> settings) {
+    previewed_ = std::move(settings);
+    if (live_) live_->preview(previewed_, !standsStill_);
 }
 
 void LockScreen::setShown(bool shown) {

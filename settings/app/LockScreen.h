@@ -41,6 +41,8 @@ class LockScreen : public QObject {
     /// Pixels to a point of the screen that it is on.
     [[nodiscard]] double ratio() const { return ratio_; }
     void setRatio(double ratio);
+    /// Shows these settings in place of the tweak's until there are none.
+    void preview(std::optional<platform::Dictionary> settings);
     /// Whether it shows everything that there is to show.
     [[nodiscard]] bool isComplete() const;
 
@@ -58,6 +60,7 @@ class LockScreen : public QObject {
     void forget(const std::string& key);
 
     bool standsStill_;
+    std::optional<platform::Dictionary> previewed_;
     bool shown_ = false;
     double ratio_ = 1;
     bool hasHeard_ = false;

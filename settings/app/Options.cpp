@@ -39,10 +39,16 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
                      ->check(isName);
     auto* index = app.add_flag("--index", all, "Print what can be found on all pages, a line for each, and end");
     app.add_option("--index-behind", behind)->group("")->needs(index); // for another process that goes on with it
-    app.add_option("--search", options.search, "Open the search, and look for these words")
-        ->type_name("WORDS")
-        ->check(isName)
-        ->excludes(tour, rows);
+    auto* search = app.add_option("--search", options.search, "Open the search, and look for these words")
+                       ->type_name("WORDS")
+                       ->check(isName)
+                       ->excludes(tour, rows);
+    auto* history = app.add_flag("--history", options.history, "Show what has been changed, if the tweak keeps that");
+    history->excludes(tour, rows, search);
+    app.add_option("--profile", options.profile, "Show what a profile would change, and offer to take it")
+        ->type_name("FILE")
+        ->check(CLI::ExistingFile)
+        ->excludes(tour, rows, search, history);
     app.add_flag("--lockscreen", options.lockScreen,
                  "In the picture, show the lock screen beside the page from 1200 points on")
         ->needs(grab);

@@ -16,6 +16,8 @@ struct Options {
     std::optional<std::filesystem::path> grab;
     std::optional<std::filesystem::path> tour;
     std::string search;      ///< what the window looks for at first; empty for nothing
+    std::string profile;     ///< the file of one that the window offers at first; empty for none
+    bool history = false;    ///< the window shows it at first
     bool lockScreen = false; ///< in the picture, beside the page
     std::optional<std::string> rows;
     std::optional<std::string> indexBehind; ///< print the index, from behind this page; empty for all of it

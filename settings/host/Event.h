@@ -24,6 +24,7 @@ struct RowTapped {
 struct ValueChanged {
     std::size_t row = 0;
     platform::Value value;
+    bool resets = false; ///< it is the default, and was asked for as such
     friend bool operator==(const ValueChanged&, const ValueChanged&) = default;
 };
 

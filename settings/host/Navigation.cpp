@@ -18,7 +18,8 @@ bool isField(const PSSpecifier& row) {
 }
 
 bool isEditable(const PSSpecifier& row) {
-    return row.cellType() == PSSliderCell || row.cellType() == PSSwitchCell || isField(row);
+    return row.cellType() == PSSliderCell || row.cellType() == PSSwitchCell || row.cellType() == PSLinkListCell ||
+           isField(row);
 }
 
 /// A page hears nothing behind what it presents over itself, but for two things: which part of its table is shown, and
@@ -238,8 +239,9 @@ void Navigation::refresh(OpenPage& page) {
     publish();
 }
 
-void Navigation::look(OpenPage& page) {
+void Navigation::look(OpenPage& page) const {
     PageSnapshot shown = snapshotOf(*page.controller, page.pageClass->name, page.id);
+    addDefaults(shown);
     compareWithOpening(page, shown);
     page.snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
 }
@@ -248,6 +250,7 @@ void Navigation::look(OpenPage& page) {
 void Navigation::amend(OpenPage& page, const std::function<void(PageSnapshot&)>& change) {
     PageSnapshot shown = *page.snapshot;
     change(shown);
+    addDefaults(shown);
     page.snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
     publish();
 }

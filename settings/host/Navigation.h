@@ -11,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -58,12 +59,14 @@ class Navigation {
         enum class Fate : unsigned char {
             nothing,  ///< there is no change
             done,     ///< the row or view has the value, and was saved with it
-            neverSet, ///< there was no value before, and no message takes one away
+            neverSet, ///< there was no value before, no message takes one away, and no default is known
             gone,     ///< its page or row is no longer there
+            refused,  ///< the tweak does not take it, or is not there
         };
         Fate fate = Fate::nothing;
         std::string title{}; ///< what was changed
         Landed where{};
+        std::string why{}; ///< it was refused
         [[nodiscard]] bool isOver() const { return fate == Fate::neverSet || fate == Fate::gone; }
     };
     /// Takes back the last change, or does again what was taken back last, where it was made and in the way in which the
@@ -72,8 +75,19 @@ class Navigation {
     Undone undo();
     Undone redo();
     /// Gives these rows of a page the values that they had when it was opened and, if wanted, its view the state that it
-    /// had; all of that is one change. What had no value then keeps the one it has.
+    /// had; all of that is one change. What had no value then gets the default or, without one, keeps what it has.
     void revert(std::uint64_t page, const std::vector<std::size_t>& rows, bool view);
+
+    /// Sends changes to the tweak, one message for each, and waits for the answers. Called on the main thread.
+    using Send = std::function<Sent(const std::vector<SettingChange>& changes)>;
+    void setSender(Send send) { send_ = std::move(send); }
+    /// Changes settings by no page of theirs. What is made of it is one change, and every page shows it that is open, or
+    /// is opened again.
+    Sent apply(const std::string& title, const std::vector<SettingChange>& changes);
+
+    /// What the tweak tells of its defaults: rows are shown with theirs from now on, and one takes the place of a value
+    /// that was never set when a change is taken back.
+    void setDefaults(platform::Dictionary defaults);
 
     /// Does work in which pages may throw. If one does, the page on top is closed unless it is the first, and a line on
     /// standard error says why. False then.
@@ -119,11 +133,13 @@ class Navigation {
     bool follow(const KnownLink& link);
     Landed landOn(const Landing& landing);
     void expectChange(const OpenPage& page, const Event& event);
-    void expectChange(const OpenPage& page, std::size_t position, const platform::Value& after);
+    void expectChange(const OpenPage& page, std::size_t position, const platform::Value& after, bool resets = false);
     void expectViewChange(const OpenPage& page, const platform::Undoable& view);
     void noteChange();
     [[nodiscard]] Change changeOn(const OpenPage& page) const;
     Undone restore(const Change& change, const Change::State& state);
+    Undone sendAgain(const Change& change, bool back);
+    void readAnew();
     Landed returnTo(const Change& change);
     [[nodiscard]] bool showsOptions(const Change& change) const;
     void take(OpenPage& page, const RowTapped& tap);
@@ -144,7 +160,9 @@ class Navigation {
     void showComposer(OpenPage& page);
     [[nodiscard]] std::function<void()> whileOnTop(std::uint64_t id, void (Navigation::*show)(OpenPage&));
     void refresh(OpenPage& page);
-    static void look(OpenPage& page);
+    void look(OpenPage& page) const;
+    void addDefaults(PageSnapshot& shown) const;
+    [[nodiscard]] Change::State orDefault(const Change::State& state, const std::string& key) const;
     static void compareWithOpening(OpenPage& page, PageSnapshot& shown);
     void noteViewState(std::uint64_t id, const std::string& key, const Change::State& state);
     Undone step(bool back);
@@ -166,6 +184,9 @@ class Navigation {
     };
     std::optional<Pending> pending_;
     UndoStack undoStack_;
+    platform::Dictionary defaults_;
+    Send send_ = [](const auto&) { return Sent{.fault = "nobody sends them"}; };
+    std::set<platform::Class> opened_; ///< classes of which a page was opened
     std::uint64_t changes_ = 0;
     std::uint64_t groups_ = 0;
     std::shared_ptr<Navigation*> self_ =

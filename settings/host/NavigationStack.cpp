@@ -81,6 +81,7 @@ std::shared_ptr<PSListController> Navigation::make(Class pageClass, const std::s
 }
 
 void Navigation::push(std::shared_ptr<PSListController> page, Class pageClass) {
+    opened_.insert(pageClass);
     pages_.push_back({nextPageId(), std::move(page), pageClass, nullptr, contentSize_});
 }
 

@@ -43,7 +43,7 @@ void Navigation::expectChange(const OpenPage& page, const Event& event) {
     noteChange();
     if (const auto* changed = std::get_if<ValueChanged>(&event)) {
         const PSSpecifierRef row = rowAt(*page.controller, changed->row);
-        if (row) expectChange(page, changed->row, changed->value);
+        if (row) expectChange(page, changed->row, changed->value, changed->resets);
     } else if (const auto* tap = std::get_if<RowTapped>(&event)) {
         // An option is a value of the row that opened the list, on the page before.
         const PSSpecifierRef tapped = rowAt(*page.controller, tap->row);
@@ -70,7 +70,7 @@ void Navigation::expectViewChange(const OpenPage& page, const Undoable& view) {
 }
 
 /// The user goes by the value that is shown; an answer of the tweak may have brought another one since.
-void Navigation::expectChange(const OpenPage& page, std::size_t position, const Value& after) {
+void Navigation::expectChange(const OpenPage& page, std::size_t position, const Value& after, bool resets) {
     if (position >= page.snapshot->rows.size()) return;
     const RowSnapshot& row = page.snapshot->rows[position];
     Change change = changeOn(page);
@@ -79,7 +79,7 @@ void Navigation::expectChange(const OpenPage& page, std::size_t position, const 
     change.title = change.place.row->title.empty() ? row.identifier : change.place.row->title;
     change.before.stored = row.value;
     change.after.stored = after;
-    change.continues = row.cell == PSSliderCell;
+    change.continues = row.cell == PSSliderCell && !resets;
     pending_ = Pending{std::move(change), page.controller};
 }
 
@@ -133,7 +133,8 @@ Navigation::Undone Navigation::step(bool back) {
         const Change change = *next;
         group = change.group;
         try {
-            last = restore(change, back ? change.before : change.after);
+            last = change.settings.empty() ? restore(change, back ? change.before : change.after)
+                                           : sendAgain(change, back);
         } catch (...) { // a page that fails would do so each time, and keep the other changes out of reach
             undoStack_.stepped(back, true);
             throw;
@@ -144,8 +145,15 @@ Navigation::Undone Navigation::step(bool back) {
     return last;
 }
 
-Navigation::Undone Navigation::restore(const Change& change, const Change::State& state) {
+/// No message takes a value away, but one can set the default, which comes to the same.
+Change::State Navigation::orDefault(const Change::State& state, const std::string& key) const {
+    const Value* byDefault = state.stored.isNil() ? defaults_.find(key) : nullptr;
+    return byDefault ? Change::State{*byDefault, {}} : state;
+}
+
+Navigation::Undone Navigation::restore(const Change& change, const Change::State& former) {
     using Fate = Undone::Fate;
+    const Change::State state = orDefault(former, change.identifier);
     if (state.stored.isNil()) return {Fate::neverSet, change.title};
     const Landed where = returnTo(change);
     if (where.gone) return {Fate::gone, change.title, where};
@@ -199,18 +207,19 @@ void Navigation::revert(std::uint64_t id, const std::vector<std::size_t>& rows, 
     for (const std::size_t position : rows) {
         const PSSpecifierRef row = rowAt(*page->controller, position);
         if (!row || !page->openedRows || position >= page->openedRows->size()) continue;
-        const Value& former = (*page->openedRows)[position].value;
+        const Value former = orDefault({(*page->openedRows)[position].value, {}}, row->identifier()).stored;
         if (former.isNil() || row->identifier() != (*page->openedRows)[position].identifier) continue;
         expectChange(*page, position, former);
         if (pending_) asOne();
         row->performSetter(former);
         noteChange();
     }
-    Undoable* view = withView ? undoableOf(*page->controller) : nullptr;
-    if (view && page->openedState && !page->openedState->stored.isNil()) {
+    Undoable* view = withView && page->openedState ? undoableOf(*page->controller) : nullptr;
+    const Change::State former = view ? orDefault(*page->openedState, view->undoKey()) : Change::State();
+    if (view && !former.stored.isNil()) {
         expectViewChange(*page, *view);
         asOne();
-        view->restore(*page->openedState);
+        view->restore(former);
         noteChange();
     }
     refresh(*page);
@@ -225,6 +234,7 @@ void Navigation::refreshOpener() {
     if (position >= below.snapshot->rows.size()) return;
     PageSnapshot shown = *below.snapshot;
     shown.rows[position] = snapshotOf(*below.controller, position);
+    addDefaults(shown);
     below.snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
 }
 
@@ -236,6 +246,27 @@ void Navigation::compareWithOpening(OpenPage& page, PageSnapshot& shown) {
     }
     shown.openedRows = page.openedRows;
     shown.viewChange = page.viewChange;
+}
+
+void Navigation::setDefaults(Dictionary defaults) {
+    defaults_ = std::move(defaults);
+    for (OpenPage& page : pages_) {
+        if (!page.snapshot) continue;
+        PageSnapshot shown = *page.snapshot;
+        addDefaults(shown);
+        page.snapshot = std::make_shared<const PageSnapshot>(std::move(shown));
+    }
+    publish();
+}
+
+/// Of rows whose set operation takes a value; a passcode has none to go back to.
+void Navigation::addDefaults(PageSnapshot& shown) const {
+    for (RowSnapshot& row : shown.rows) {
+        const bool has = row.cell == PSSwitchCell || row.cell == PSSliderCell || row.cell == PSLinkListCell ||
+                         row.cell == PSEditTextCell;
+        const Value* byDefault = has ? defaults_.find(row.identifier) : nullptr;
+        row.byDefault = byDefault ? std::optional(*byDefault) : std::nullopt;
+    }
 }
 
 /// A view's state is as long as its list, so it is not asked for at each look.

@@ -38,7 +38,8 @@ struct RowSnapshot {
     std::vector<platform::Value> values;
     std::string detail; ///< name of the page class that the row opens
     platform::UIImageRef icon;
-    bool marked = false; ///< of an option: whether it is the stored one
+    bool marked = false;                        ///< of an option: whether it is the stored one
+    std::optional<platform::Value> byDefault{}; ///< the value until it is changed, as far as the tweak tells
 };
 
 /// What an option list shows of its value: the short title of the stored one, or its title; empty for none.

@@ -10,16 +10,36 @@
 
 namespace settings {
 
-/// One thing that the user has changed on a page, with all that it takes to change it back.
+/// A setting that gets another value, whatever page shows it. Nil before where it was not set.
+struct SettingChange {
+    std::string key;
+    platform::Value before;
+    platform::Value after;
+};
+
+/// What has come of changes that were sent.
+struct Sent {
+    struct Refused {
+        std::string key;
+        std::string why;
+    };
+    std::vector<SettingChange> made{};
+    std::vector<Refused> refused{};
+    std::string fault{}; ///< why the others were not sent; empty if all were
+};
+
+/// One thing that the user has changed on a page, with all that it takes to change it back; or settings that were changed
+/// together, of which no page is known.
 struct Change {
     using State = platform::Undoable::State;
 
-    std::uint64_t page = 0; ///< the page's id, by which it is found while it is open
-    Landing place{};        ///< and else by the way to it; the row is absent where a view changed
-    bool hasWay = true;     ///< false for a page that was opened by none
-    std::string identifier; ///< the preference key
-    std::string title{};    ///< what a person knows it by: the row's title, or the page's for a view
-    State before{};         ///< nil is stored where there never was a value: that cannot be put back
+    std::vector<SettingChange> settings{}; ///< of these alone it is, unless there are none
+    std::uint64_t page = 0;                ///< the page's id, by which it is found while it is open
+    Landing place{};                       ///< and else by the way to it; the row is absent where a view changed
+    bool hasWay = true;                    ///< false for a page that was opened by none
+    std::string identifier;                ///< the preference key
+    std::string title{};                   ///< what a person knows it by: the row's title, or the page's for a view
+    State before{};                        ///< nil is stored where there never was a value: that cannot be put back
     State after{};
     std::uint64_t group = 0; ///< changes of one group are taken back together; 0 for none
     bool continues = false;  ///< one of many small steps, as of a slider that arrow keys move

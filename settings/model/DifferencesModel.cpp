@@ -32,6 +32,8 @@ QVariant DifferencesModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case TitleRole:
         return difference.title;
+    case PathRole:
+        return difference.path;
     case NowRole:
         return difference.now;
     case ThenRole:
@@ -46,8 +48,8 @@ QVariant DifferencesModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> DifferencesModel::roleNames() const {
-    return {
-        {TitleRole, "title"}, {NowRole, "now"}, {ThenRole, "then"}, {PossibleRole, "possible"}, {ChosenRole, "chosen"}};
+    return {{TitleRole, "title"}, {PathRole, "path"},         {NowRole, "now"},
+            {ThenRole, "then"},   {PossibleRole, "possible"}, {ChosenRole, "chosen"}};
 }
 
 } // namespace settings

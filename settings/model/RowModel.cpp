@@ -110,9 +110,20 @@ double RowModel::stepped(double number, int steps, bool fine) const {
     return nearest(((steps > 0 ? std::floor(place + kNoise) : std::ceil(place - kNoise)) + steps) * size);
 }
 
-void RowModel::change(const Value& value) {
+bool RowModel::canReset() const {
+    if (!row_.byDefault) return false;
+    const Value& value = row_.value;
+    if (value.isNumber() && row_.byDefault->isNumber()) return value.doubleValue() != row_.byDefault->doubleValue();
+    return !(value == *row_.byDefault);
+}
+
+void RowModel::reset() {
+    if (canReset()) change(*row_.byDefault, true);
+}
+
+void RowModel::change(const Value& value, bool resets) {
     ++changesUnderWay_;
-    send_(ValueChanged{position_, value}, [self = QPointer(this)] {
+    send_(ValueChanged{position_, value, resets}, [self = QPointer(this)] {
         if (self && --self->changesUnderWay_ == 0) emit self->valueRead();
     });
 }

@@ -44,6 +44,7 @@ class RowModel : public QObject {
     Q_PROPERTY(QString valueTitle READ valueTitle NOTIFY valueRead)
     Q_PROPERTY(QString valueText READ valueText NOTIFY valueRead)
     Q_PROPERTY(bool marked READ marked NOTIFY valueRead)
+    Q_PROPERTY(bool canReset READ canReset NOTIFY valueRead)
     Q_PROPERTY(bool open READ isOpen NOTIFY openChanged)
 
   public:
@@ -94,6 +95,8 @@ class RowModel : public QObject {
     /// The value as the row shows it; empty for none, and for one that nobody is to see.
     [[nodiscard]] QString valueText() const;
     [[nodiscard]] bool marked() const { return row_.marked; }
+    /// Its default is known, and another value than it has.
+    [[nodiscard]] bool canReset() const;
     /// The page that it leads to is shown beside it.
     [[nodiscard]] bool isOpen() const { return open_; }
     void setOpen(bool open);
@@ -120,6 +123,8 @@ class RowModel : public QObject {
     /// A text is being typed, which is not changed before write().
     Q_INVOKABLE void begin() { emit begun(); }
     Q_INVOKABLE void write(const QString& text) { change(text.toStdString()); }
+    /// Gives it its default.
+    Q_INVOKABLE void reset();
     /// A slider's number as text beside it.
     Q_INVOKABLE [[nodiscard]] QString shown(double number) const { return shownNumber(row_, number); }
     /// What a hand can give a slider: a number within the bounds, as exact as the text beside it.
@@ -138,7 +143,7 @@ class RowModel : public QObject {
     void released();
 
   private:
-    void change(const platform::Value& value);
+    void change(const platform::Value& value, bool resets = false);
     /// By how much the numbers that a hand can give a slider differ at least.
     [[nodiscard]] double unit() const;
 

@@ -104,6 +104,12 @@ class Shell : public QObject {
     Q_INVOKABLE [[nodiscard]] bool hasDifferences() const { return !differencesOfTop().isEmpty(); }
     /// Takes back the chosen differences of the page on top, as one change.
     Q_INVOKABLE void revert(settings::DifferencesModel* differences);
+    /// What the tweak tells of its defaults.
+    void setDefaults(platform::Dictionary defaults);
+    /// Changes these settings as one change of that title; `done` is told here what has come of it.
+    void apply(std::string title, std::vector<SettingChange> changes, std::function<void(const Sent&)> done);
+    /// Has something said in passing, perhaps with a button that takes the last change back.
+    void say(const QString& words, bool offersUndo = false) { emit said(words, offersUndo); }
     /// Goes to a row from wherever the user is, without animation in between; landed() tells what has come of it.
     void land(const Landing& landing);
     /// In points. A moment after the last change, a page whose view has not followed appears anew.

@@ -29,6 +29,17 @@ QString shownValue(const RowSnapshot& row) {
     }
 }
 
+QString titleOfRow(const std::vector<RowSnapshot>& rows, std::size_t position) {
+    const std::string title = knownRow(rows, position).title;
+    return QString::fromStdString(title.empty() ? rows[position].identifier : title);
+}
+
+RowSnapshot withValue(RowSnapshot row, const platform::Value& value) {
+    row.value = value;
+    row.valueTitle = valueTitleOf(row);
+    return row;
+}
+
 bool holdsAValue(const RowSnapshot& row) {
     return row.cell == platform::PSSwitchCell || row.cell == platform::PSSliderCell ||
            row.cell == platform::PSLinkListCell || row.cell == platform::PSEditTextCell ||
@@ -82,6 +93,8 @@ void Shell::takeBack(Navigation::Undone (Navigation::*work)(), const QString& wo
                  return emit said(tr("“%1” had no value before and keeps this one").arg(title), false);
              case Fate::gone:
                  return emit said(tr("“%1” is no longer there").arg(title), false);
+             case Fate::refused:
+                 return emit said(tr("“%1” stays as it is: %2").arg(title, QString::fromStdString(undone->why)), false);
              }
          });
 }
@@ -94,11 +107,12 @@ QList<DifferencesModel::Difference> Shell::differencesOfTop() const {
         const RowSnapshot& row = page->rows[i];
         const RowSnapshot& opened = (*page->openedRows)[i];
         if (!holdsAValue(row) || row.identifier != opened.identifier || row.value == opened.value) continue;
-        found.append({.title = QString::fromStdString(knownRow(page->rows, i).title),
+        const RowSnapshot former = opened.value.isNil() && row.byDefault ? withValue(opened, *row.byDefault) : opened;
+        found.append({.title = titleOfRow(page->rows, i),
                       .now = shownValue(row),
-                      .then = shownValue(opened),
+                      .then = shownValue(former),
                       .row = int(i),
-                      .possible = !opened.value.isNil()});
+                      .possible = !former.value.isNil()});
     }
     if (const auto& view = page->viewChange)
         found.append({.title = QString::fromStdString(page->title),
@@ -134,6 +148,17 @@ void Shell::revert(DifferencesModel* differences) {
          });
 }
 
+void Shell::setDefaults(platform::Dictionary defaults) {
+    post([defaults = std::move(defaults)](Navigation& navigation) { navigation.setDefaults(defaults); });
+}
+
+void Shell::apply(std::string title, std::vector<SettingChange> changes, std::function<void(const Sent&)> done) {
+    const auto sent = std::make_shared<Sent>();
+    post([title = std::move(title), changes = std::move(changes),
+          sent](Navigation& navigation) { *sent = navigation.apply(title, changes); },
+         [done = std::move(done), sent] { done(*sent); });
+}
+
 void Shell::takeUndo(const UndoSnapshot& undo) {
     const bool same = undo.undo == undo_.undo && undo.redo == undo_.redo;
     const bool more = undo.changes != undo_.changes;
@@ -142,8 +167,11 @@ void Shell::takeUndo(const UndoSnapshot& undo) {
     if (more) emit changed();
 }
 
-/// What is said when a row has been moved, which is done by one slip of the hand and easily missed.
+/// What is said when a row has been moved or reset, which is done by one slip of the hand and easily missed.
 QString Shell::wordsFor(std::uint64_t page, const Event& event) const {
+    const auto* reset = std::get_if<ValueChanged>(&event);
+    if (reset && reset->resets && topPage() && reset->row < topPage()->rows.size())
+        return tr("“%1” has its default").arg(titleOfRow(topPage()->rows, reset->row));
     const auto* move = std::get_if<RowMoved>(&event);
     if (!move || !topPage() || topPage()->id != page || !topPage()->table) return {};
     const TableSnapshot& table = *topPage()->table;

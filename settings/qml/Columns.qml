@@ -63,6 +63,7 @@ Item {
         sourceComponent: MoreMenu {
             window: root.window
             panes: root.panes
+            atRoot: (root.stack.two ? root.stack.listIndex : root.stack.last) === 0
             hasColumns: root.panes.hasRoomIn(root.stack.width, root.window.height)
             hasLockScreen: root.window.lockScreen !== null
             showsLockScreen: root.lockScreen.visible || root.lockScreen.own !== null

@@ -96,13 +96,41 @@ FocusScope {
             id: scroller
 
             anchors { left: parent.left; right: parent.right; top: head.bottom; bottom: parent.bottom }
-            contentHeight: column.height
+            contentHeight: column.height + Theme.endGap
 
             Column {
                 id: column
 
                 width: scroller.width
 
+                Repeater {
+                    model: root.differences.notes
+
+                    WordText {
+                        required property string modelData
+
+                        x: Theme.inset
+                        width: column.width - 2 * Theme.inset
+                        topPadding: Theme.lineGap
+                        bottomPadding: Theme.lineGap
+                        text: modelData
+                        color: Theme.secondary
+                        font.pixelSize: Theme.detailSize
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: text
+                    }
+                }
+
+                Repeater {
+                    model: root.differences.notes.length > 0 ? 1 : 0
+
+                    Item {
+                        width: column.width
+                        height: Theme.lineGap
+
+                        Hairline { anchors.bottom: parent.bottom }
+                    }
+                }
                 Repeater {
                     id: list
 
@@ -113,6 +141,7 @@ FocusScope {
 
                         required property int index
                         required property string title
+                        required property string path
                         required property string now
                         required property string then
                         required property bool possible
@@ -134,7 +163,7 @@ FocusScope {
                         Keys.onEnterPressed: root.accept()
                         onActiveFocusChanged: if (activeFocus) scroller.show(y, y + height)
                         Accessible.name: title
-                        Accessible.description: change
+                        Accessible.description: path.length > 0 ? path + ": " + change : change
 
                         indicator: Rectangle {
                             x: line.mirrored ? line.width - width - Theme.inset : Theme.inset
@@ -167,6 +196,13 @@ FocusScope {
                                     width: parent.width
                                     text: line.title
                                     color: line.enabled ? Theme.text : Theme.placeholder
+                                }
+                                WordText {
+                                    width: parent.width
+                                    visible: text.length > 0
+                                    text: line.path
+                                    color: Theme.secondary
+                                    font.pixelSize: Theme.footSize
                                 }
                                 WordText {
                                     width: parent.width

@@ -10,6 +10,7 @@ FocusScope {
     property bool awaited: true // the pages come first
     property bool hidden: false // by the user
     property var own: null // the other window, while it is open
+    property bool elsewhere: false // a small one is shown on a sheet
     readonly property real room: lockScreen?.widthIn(Window.width, Window.height) ?? 0
     readonly property bool windowShows: Window.visibility !== Window.Hidden && Window.visibility !== Window.Minimized
     readonly property bool ownShows: own !== null && own.visibility !== Window.Hidden && own.visibility !== Window.Minimized
@@ -67,7 +68,7 @@ FocusScope {
         target: root.lockScreen
         when: root.lockScreen !== null
         property: "shown"
-        value: (root.visible && root.windowShows) || root.ownShows
+        value: ((root.visible || root.elsewhere) && root.windowShows) || root.ownShows
     }
     Rectangle {
         anchors.fill: parent

@@ -9,6 +9,10 @@ Window {
     property string searchFor // what to look for at first, empty for nothing
     property var lockScreen: null // a settings::LockScreen; null for pictures without it
     property Panes panes: null // null for one column
+    property var profiles: null // a settings::Profiles; null for pictures without it
+    property string profile // to open at first, empty for none
+    property var history: null // a settings::History; null for pictures without it
+    property bool historyFirst: false // is opened at first
     // Where the page on top stands, in the window.
     readonly property rect pageArea: Qt.rect(stack.x + stack.shownArea.x, stack.y, stack.shownArea.width, stack.height)
     // Of a view that a page hosts.
@@ -31,6 +35,8 @@ Window {
     // The message that is composed over the page, which takes no input meanwhile.
     readonly property ComposerModel composing: stack.shownPage?.page.composer ?? null
     property bool offering: false // to choose from differences
+    property var forChosen: () => {} // what is done with the chosen ones
+    property var afterOffer: () => {}
     readonly property bool covered: composing !== null || offering // by a sheet, which takes all input
     readonly property bool searching: searchPlace.open
     onComposingChanged: {
@@ -80,15 +86,42 @@ Window {
         stack.shownPage?.putBack();
         work();
     }
+    // Shows differences to choose from. What is done with them comes first, and then what is done in any case.
+    function offer(differences, title, action, accepted, over = () => {}) {
+        if (searching)
+            searchPlace.leave();
+        putDown();
+        offering = true;
+        forChosen = accepted;
+        afterOffer = over;
+        sheet.source = "";
+        sheet.setSource("DifferencesSheet.qml", { differences, gap: shell.barHeight, title, action });
+    }
     // Shows how the page on top differs from what it was when it was opened.
     function offerRevert() {
         const differences = shell.differences();
-        if (!differences || covered)
-            return;
-        offering = true;
-        sheet.source = "";
-        sheet.setSource("DifferencesSheet.qml", { differences, gap: shell.barHeight, title: qsTr("Revert Page"), action: qsTr("Revert %1") });
+        if (differences && !covered)
+            offer(differences, qsTr("Revert Page"), qsTr("Revert %1"), () => shell.revert(differences));
     }
+    function openHistory() { history.open() }
+    function showHistory() {
+        if (covered) // by itself, which has heard something new
+            return;
+        if (searching)
+            searchPlace.leave();
+        putDown();
+        offering = true;
+        afterOffer = () => {
+            history.close();
+            lockScreenPlace.elsewhere = false;
+        };
+        lockScreenPlace.elsewhere = lockScreen !== null && !lockScreenPlace.visible && !lockScreenPlace.own;
+        sheet.source = "";
+        sheet.setSource("HistorySheet.qml", { history, gap: shell.barHeight, lockScreen: lockScreenPlace.elsewhere ? lockScreen : null });
+    }
+    function openProfile() { (profilePlace.item as ProfilePlace)?.show(false) }
+    function saveProfile() { (profilePlace.item as ProfilePlace)?.show(true) }
+    function say(words) { passing.say(words) }
     function toggleLockScreen() { lockScreenPlace.toggle() }
 
     function focusPage(reason) {
@@ -149,6 +182,10 @@ Window {
             if (gone)
                 passing.say(qsTr("This row has gone"));
         }
+    }
+    Connections {
+        target: window.history
+        function onTold() { window.showHistory() }
     }
     Binding { target: window.shell; property: "sideBySide"; value: stack.two }
     Shortcut {
@@ -297,6 +334,20 @@ Window {
             window.searchFor = "";
         }
     }
+    Loader {
+        id: profilePlace
+
+        readonly property bool wanted: window.profiles !== null && !lockScreenPlace.awaited // which the pages come before
+
+        anchors.fill: parent
+        onWantedChanged: {
+            if (!wanted)
+                return source = "";
+            setSource("ProfilePlace.qml", { window, profiles: window.profiles, first: window.profile });
+            if (window.historyFirst)
+                window.openHistory();
+        }
+    }
     PassingNotice {
         id: passing
 
@@ -332,10 +383,12 @@ Window {
         ignoreUnknownSignals: true
 
         function onGone() {
+            if (window.offering)
+                window.afterOffer.call();
             window.offering = false;
             sheet.source = "";
             stack.shownPage?.forceActiveFocus(Qt.OtherFocusReason);
         }
-        function onAccepted() { window.shell.revert((sheet.item as DifferencesSheet).differences) }
+        function onAccepted() { window.forChosen.call() }
     }
 }

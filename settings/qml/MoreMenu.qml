@@ -1,12 +1,13 @@
 import QtQuick
 import Lumora
 
-// The window's menu: what can be taken back, and what is shown side by side.
+// The window's menu: what can be taken back, what is kept and was kept, and what is shown side by side.
 PopupMenu {
     id: root
 
     required property var window
     required property Panes panes
+    property bool atRoot: false // the first page is shown
     property bool hasColumns: false // there is room to choose from
     property bool hasLockScreen: false
     property bool showsLockScreen: false
@@ -26,6 +27,9 @@ PopupMenu {
         { text: named(qsTr("Undo"), shell.undoTitle), enabled: shell.undoTitle.length > 0, run: () => window.undo() },
         { text: named(qsTr("Redo"), shell.redoTitle), enabled: shell.redoTitle.length > 0, run: () => window.redo() },
         { text: qsTr("Revert Page…"), enabled: shell.hasDifferences(), run: () => window.offerRevert() },
+        { text: qsTr("Open Profile…"), enabled: true, hidden: !atRoot || !window.profiles, run: () => window.openProfile() },
+        { text: qsTr("Save Profile…"), enabled: true, hidden: !atRoot || !window.profiles, run: () => window.saveProfile() },
+        { text: qsTr("History…"), enabled: true, hidden: !atRoot || !(window.history?.isOffered() ?? false), run: () => window.openHistory() },
         { text: qsTr("One Column"), enabled: true, hidden: !hasColumns, checked: panes.columns === 1, run: () => panes.columns = 1 },
         { text: qsTr("Two Columns"), enabled: true, hidden: !hasColumns, checked: panes.columns === 2, run: () => panes.columns = 2 },
         { text: qsTr("Lock Screen"), enabled: true, hidden: !hasLockScreen, checked: showsLockScreen, run: () => window.toggleLockScreen() },

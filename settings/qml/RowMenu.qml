@@ -21,6 +21,11 @@ PopupMenu {
             text: qsTr("Copy Identifier")
             isFor: row => row.identifier.length > 0
             onChosen: row => Clipboard.copy(row.identifier)
+        },
+        RowAction {
+            text: qsTr("Reset to Default")
+            isFor: row => row.canReset
+            onChosen: row => row.reset()
         }
     ]
     property var offered: [] // of them, what the row's menu has

@@ -1,15 +1,14 @@
 #include "tools/lumoractl/Export.h"
 
+#include "tools/lumoractl/ProfileFile.h"
 #include "tools/lumoractl/RowNames.h"
 #include "tools/lumoractl/Streams.h"
 #include "tools/lumoractl/TweakClient.h"
 
 #include "platform/foundation/DeviceRoot.h"
-#include "platform/foundation/Timestamp.h"
 #include "platform/foundation/Unicode.h"
 #include "profiles/MakeProfile.h"
 
-#include <chrono>
 #include <memory>
 #include <utility>
 
@@ -33,13 +32,6 @@ int failExport(const std::string& why) {
     return kFailed;
 }
 
-std::string timeNow() {
-    using namespace std::chrono;
-    constexpr sys_seconds epoch = sys_days(year(2001) / January / 1); // of dates
-    const auto passed = floor<seconds>(system_clock::now()) - epoch;
-    return platform::timestamp({static_cast<double>(passed.count())}).value_or("");
-}
-
 /// The settings of these keys, or all of them if there are none.
 Dictionary chosenOf(const Dictionary& settings, const std::vector<std::string>& keys) {
     if (keys.empty()) return settings;
@@ -60,10 +52,7 @@ int exportSettings(const ExportOptions& options) {
         complain(key + " is not set");
     if (!made.missing.empty()) return kFailed;
 
-    made.profile.name = options.name;
-    made.profile.made = timeNow();
-    made.profile.by = "lumora " LUMORA_VERSION;
-    const Result<std::string> text = writeProfile(made.profile);
+    const Result<std::string> text = textOf(made.profile, options.name);
     if (!text) return failExport("the profile cannot be written: " + text.error());
     const Result<void> written = writeAll(options.output, text.value().data(), text.value().size());
     if (!written) return failExport(written.error());

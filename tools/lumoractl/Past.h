@@ -1,6 +1,7 @@
 #pragma once
 
-#include "history/Timeline.h"
+#include "tools/lumoractl/TweakPast.h"
+
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
@@ -13,21 +14,6 @@
 namespace lumora {
 
 /// What the commands share that look back at the settings, or change several of them.
-
-/// The records that the tweak keeps, from the oldest; nothing where it offers none.
-[[nodiscard]] platform::Result<std::optional<std::vector<ChangeRecord>>> fetchHistory();
-/// Has the tweak forget its records; false where it offers none.
-[[nodiscard]] platform::Result<bool> clearHistory();
-/// The default of each setting; nothing where the tweak tells none.
-[[nodiscard]] platform::Result<std::optional<platform::Dictionary>> fetchDefaults();
-
-/// The settings, their defaults as far as they are told, and what has changed; nothing where the tweak offers no history.
-struct Past {
-    Timeline timeline;
-    platform::Dictionary defaults;
-    bool tellsDefaults;
-};
-[[nodiscard]] platform::Result<std::optional<Past>> fetchPast();
 
 /// What a person names a place in the history by: a moment, or the revision of a change.
 struct Landmark {

@@ -4,11 +4,13 @@
 #include "tools/lumoractl/Streams.h"
 
 #include "lockscreen/phone/Installation.h"
+#include "platform/foundation/Timestamp.h"
 #include "platform/ui/UIFont.h"
 #include "profiles/Inventory.h"
 #include "profiles/Shipped.h"
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -25,6 +27,13 @@ std::string fileOf(const std::string& name) {
     if (name == "-" || name.find('/') != std::string::npos || std::filesystem::exists(name, unknown)) return name;
     const auto shipped = profiles::shippedProfile(name);
     return shipped ? shipped->file.string() : name;
+}
+
+std::string timeNow() {
+    using namespace std::chrono;
+    constexpr sys_seconds epoch = sys_days(year(2001) / January / 1); // of dates
+    const auto passed = floor<seconds>(system_clock::now()) - epoch;
+    return platform::timestamp({static_cast<double>(passed.count())}).value_or("");
 }
 
 profiles::Inventory inventoryFor(const profiles::Profile& profile) {
@@ -62,6 +71,13 @@ Result<NamedProfile> readNamedProfile(const std::string& name, const std::filesy
     for (profiles::Remark& remark : absentFrom(inventoryFor(profile.read.profile), profile.read))
         profile.read.remarks.push_back(std::move(remark));
     return profile;
+}
+
+Result<std::string> textOf(profiles::Profile profile, const std::string& name) {
+    profile.name = name;
+    profile.made = timeNow();
+    profile.by = "lumora " LUMORA_VERSION;
+    return writeProfile(profile);
 }
 
 void complainOf(const NamedProfile& profile) {

@@ -20,6 +20,9 @@ struct NamedProfile {
 [[nodiscard]] platform::Result<NamedProfile> readNamedProfile(const std::string& name,
                                                               const std::filesystem::path& root);
 
+/// The text of a profile's file, made now by this program.
+[[nodiscard]] platform::Result<std::string> textOf(profiles::Profile profile, const std::string& name);
+
 /// A line on standard error for each remark.
 void complainOf(const NamedProfile& profile);
 

@@ -73,7 +73,7 @@ Result<void> printText(const std::string& text) {
 }
 
 void complain(const std::string& what) {
-    std::fputs(("lumoractl: " + platform::printable(what) + "\n").c_str(), stderr);
+    std::fputs((std::string(program_invocation_short_name) + ": " + platform::printable(what) + "\n").c_str(), stderr);
 }
 
 } // namespace lumora

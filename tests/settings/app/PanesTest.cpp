@@ -8,9 +8,13 @@
 #include "tests/support/ServedPort.h"
 #include "tests/support/Waiting.h"
 
+#include <QDragEnterEvent>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QPointingDevice>
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
+#include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
@@ -512,6 +516,40 @@ TEST(Panes, HearOfAFingerFromTheEdgeWhatTheyHearOfBackAndNothingWhenItReturns) {
         EXPECT_EQ(visit.heard().size(), 2U) << "the first page stays";
     }
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+/// Stands in for what reads profiles, and keeps what it is to open.
+std::unique_ptr<QObject> newProfiles(const QObject& window) {
+    QQmlComponent component(qmlContext(&window)->engine());
+    component.setData("import QtQml\nQtObject { property string opened\nsignal offered(var offer, string title)\n"
+                      "function open(file) { opened += file } }",
+                      QUrl());
+    return std::unique_ptr<QObject>(component.create());
+}
+
+void drop(QQuickWindow& window, const QList<QUrl>& files) {
+    QMimeData data;
+    data.setUrls(files);
+    const QPoint place(100, 400);
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &enter);
+    QDropEvent dropped(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &dropped);
+}
+
+TEST(DroppedFile, IsOpenedAsAProfile) {
+    Visit visit(kNarrow);
+    const auto profiles = newProfiles(*visit.window);
+    ASSERT_TRUE(profiles);
+    visit.window->setProperty("profiles", QVariant::fromValue(profiles.get()));
+    const QString file = "file:///tmp/quiet.json";
+    EXPECT_TRUE(happens([&] {
+        drop(*visit.window, {file});
+        return profiles->property("opened") == file;
+    }));
+    drop(*visit.window, {file, file});
+    EXPECT_EQ(profiles->property("opened"), file);
+    visit.window->setProperty("profiles", QVariant::fromValue<QObject*>(nullptr));
 }
 
 } // namespace panes_test

@@ -124,6 +124,7 @@ TEST(Pictures, AreThoseOfTheDocumentation) {
     const QDir golden(QStringLiteral(LUMORA_SOURCE "/docs/pictures"));
     EXPECT_GE(picturesIn(golden).size(), 100);
     EXPECT_GE(picturesIn(QDir(golden.filePath("lockscreen"))).size(), 20);
+    EXPECT_EQ(picturesIn(QDir(golden.filePath("kept"))).size(), 8);
     EXPECT_EQ(picturesIn(QDir(golden.filePath("wide"))).size(), 2);
     EXPECT_EQ(picturesIn(QDir(golden.filePath("panes"))).size(), 20);
     EXPECT_EQ(picturesIn(QDir(golden.filePath("profiles"))).size(), 6);
@@ -131,7 +132,7 @@ TEST(Pictures, AreThoseOfTheDocumentation) {
     ASSERT_THAT(drawnWith(golden), HasSubstr("libQt6Gui"));
     ASSERT_THAT(drawnWith(drawn), HasSubstr("libQt6Gui"));
     const Held held = drawnWith(drawn) == drawnWith(golden) ? Held::toEveryPixel : Held::nearly;
-    for (const char* part : {".", "lockscreen", "panes", "profiles", "search", "wide"})
+    for (const char* part : {".", "kept", "lockscreen", "panes", "profiles", "search", "wide"})
         EXPECT_THAT(
             compare(QDir(golden.filePath(part)), QDir(drawn.filePath(part)), QDir(drawn.filePath("differences")), held),
             IsEmpty())

@@ -105,6 +105,70 @@ TEST_F(UndoTest, TellsThatAValueWhichWasNeverSetCannotBePutBackAndGoesOnToTheCha
     EXPECT_EQ(RowsPage::values["slider"], Value(1.0));
 }
 
+TEST_F(UndoTest, PutsTheDefaultBackWhereThereWasNoValue) {
+    openRoot({{"slider", 1.0}});
+    navigation.setDefaults(Dictionary{{"switch", false}});
+    change(RowsPage::Switch, true);
+    EXPECT_EQ(navigation.undo().fate, Fate::done);
+    EXPECT_THAT(RowsPage::changes, ElementsAre(Pair("switch", Value(true)), Pair("switch", Value(false))));
+    EXPECT_EQ(navigation.redo().fate, Fate::done);
+    navigation.revert(top().id, {RowsPage::Switch}, false);
+    EXPECT_EQ(RowsPage::values["switch"], Value(false));
+}
+
+TEST_F(UndoTest, ShowsDefaultsWithRowsButOfNoPasscode) {
+    openRoot({{"switch", true}});
+    navigation.setDefaults(Dictionary{{"switch", false}, {"options", 5}, {"secret", "1234"}});
+    EXPECT_EQ(top().rows[RowsPage::Switch].byDefault, Value(false));
+    EXPECT_EQ(top().rows[RowsPage::Options].byDefault, Value(5));
+    EXPECT_FALSE(top().rows[RowsPage::Secret].byDefault);
+    EXPECT_FALSE(top().rows[RowsPage::Slider].byDefault);
+    change(RowsPage::Switch, false);
+    EXPECT_EQ(top().rows[RowsPage::Switch].byDefault, Value(false));
+}
+
+TEST_F(UndoTest, TakesAResetBackByItself) {
+    openRoot({{"slider", 1.0}, {"options", 10}});
+    navigation.setDefaults(Dictionary{{"slider", 0.75}, {"options", 5}});
+    change(RowsPage::Slider, 1.5);
+    handle(ValueChanged{RowsPage::Slider, 0.75, true});
+    navigation.undo();
+    EXPECT_EQ(RowsPage::values["slider"], Value(1.5));
+    handle(ValueChanged{RowsPage::Options, 5, true});
+    EXPECT_EQ(top().rows[RowsPage::Options].valueTitle, "5");
+    navigation.undo();
+    EXPECT_EQ(RowsPage::values["options"], Value(10));
+}
+
+TEST_F(UndoTest, TakesSettingsThatWereAppliedTogetherBackAtOnceWithoutTheRefusedOnes) {
+    std::vector<std::pair<std::string, Value>> sent;
+    navigation.setSender([&](const std::vector<SettingChange>& changes) {
+        Sent outcome;
+        for (const SettingChange& change : changes) {
+            sent.emplace_back(change.key, change.after);
+            if (change.key == "bad") {
+                outcome.refused.push_back({change.key, "no"});
+                continue;
+            }
+            RowsPage::values[change.key] = change.after;
+            outcome.made.push_back(change);
+        }
+        return outcome;
+    });
+    openRoot({{"switch", true}});
+    navigation.setDefaults(Dictionary{{"other", 5}});
+    const Sent outcome = navigation.apply("Quiet", {{"switch", true, false}, {"bad", 1, 2}, {"other", nullptr, 7}});
+    EXPECT_EQ(outcome.made.size(), 2U);
+    EXPECT_EQ(top().rows[RowsPage::Switch].value, Value(false)) << "an open page shows it";
+    EXPECT_EQ(undoTitle(), "Quiet");
+    sent.clear();
+    EXPECT_EQ(navigation.undo().fate, Fate::done);
+    EXPECT_THAT(sent, ElementsAre(Pair("switch", Value(true)), Pair("other", Value(5))));
+    EXPECT_EQ(undoTitle(), "–");
+    EXPECT_EQ(navigation.redo().fate, Fate::done);
+    EXPECT_EQ(RowsPage::values["other"], Value(7));
+}
+
 TEST_F(UndoTest, ForgetsWhatWasUndoneAtTheNextChange) {
     openRoot({{"switch", false}, {"secret", "a"}});
     change(RowsPage::Switch, true);

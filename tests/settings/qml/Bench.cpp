@@ -129,6 +129,20 @@ void Bench::takeAll() {
         taken();
 }
 
+DifferencesModel* Bench::differences(const QVariantMap& content) {
+    QList<DifferencesModel::Difference> found;
+    for (const QVariant& change : content["changes"].toList()) {
+        const QVariantMap map = change.toMap();
+        found.append({.title = map["title"].toString(),
+                      .path = map["path"].toString(),
+                      .now = map["now"].toString(),
+                      .then = map["then"].toString()});
+    }
+    auto* model = new DifferencesModel(0, found, nullptr); // QML owns what an operation gives it
+    model->setNotes(content["notes"].toStringList());
+    return model;
+}
+
 SearchModel* Bench::search(const QVariantMap& content) {
     landings_.clear();
     search_ = new SearchModel(this);

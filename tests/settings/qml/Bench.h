@@ -1,5 +1,6 @@
 #pragma once
 
+#include "settings/model/DifferencesModel.h"
 #include "settings/model/PageModel.h"
 #include "settings/model/SearchModel.h"
 #include "tests/settings/qml/BenchValues.h"
@@ -48,7 +49,7 @@ class Bench : public QObject {
     Q_INVOKABLE void reset();
     /// A page of 390 × 700 points that has one of these:
     /// - "rows": maps of "cell", "name", "identifier", "value", "footerText", "placeholder", "min", "max", "showValue",
-    ///   "valueTitle", "marked", "icon" (a colour);
+    ///   "valueTitle", "marked", "byDefault", "icon" (a colour);
     /// - "sections" of a table, whose cells are made as it asks for them: maps of "header", "footer" and "rows", maps of
     ///   "title", "identifier", "icon", "marked", "fixed", "editingStyle", "indented", "font" (a file, or one and a
     ///   number, as "a.ttc#1"); with "anew", the page has made the table anew;
@@ -76,6 +77,9 @@ class Bench : public QObject {
     Q_INVOKABLE void index(const QVariantMap& content);
     /// Settings for the last search.
     Q_INVOKABLE void answer(const QVariantMap& settings);
+
+    /// Differences to choose from: "changes" (maps of "title", "path", "now", "then"), and "notes".
+    Q_INVOKABLE settings::DifferencesModel* differences(const QVariantMap& content);
 
     [[nodiscard]] static int fontsOpened();
     // The events of each kind since the last page was made.

@@ -116,6 +116,7 @@ RowSnapshot toRow(const QVariantMap& map) {
     row.valueTitle = toText(map["valueTitle"]);
     row.footerText = toText(map["footerText"]);
     row.placeholder = toText(map["placeholder"]);
+    if (map.contains("byDefault")) row.byDefault = toValue(map["byDefault"]);
     if (map.contains("min")) row.min = map["min"].toDouble();
     if (map.contains("max")) row.max = map["max"].toDouble();
     if (map.contains("showValue")) row.showValue = map["showValue"].toBool();

@@ -89,6 +89,26 @@ PageStage {
             keyClick(Qt.Key_Menu);
             verify(!isOpen());
         }
+        function test_resetsARowToItsDefault_data() {
+            return [
+                { tag: "switch", row: aSwitch("Row", true), byDefault: false }, { tag: "slider", row: aSlider(0, 1, 0.25, true), byDefault: 1 },
+                { tag: "field", row: aField("Hint", "words"), byDefault: "" }, { tag: "option list", row: aList("Row", "Ten"), byDefault: 5 },
+            ];
+        }
+        function test_resetsARowToItsDefault(data) {
+            open([identified(Object.assign({ byDefault: data.byDefault }, data.row))]);
+            mouseClick(host.item, 60, 42, Qt.RightButton);
+            choose("Reset to Default");
+            compare(bench.changes, [[0, data.byDefault]]);
+        }
+        function test_offersNoResetOfWhatHasItsDefaultOrIsNotKnownToHaveOne() {
+            open([Object.assign({ byDefault: 1 }, identified(aSlider(0, 2, 1.0, true))), identified(aSwitch("Switch", true))]);
+            mouseClick(host.item, 60, 42, Qt.RightButton);
+            verify(!menuLines().includes("Reset to Default"));
+            menu().close();
+            openByMouse("Switch");
+            compare(menuLines(), ["Copy Value", "Copy Title", "Copy Identifier"]);
+        }
         function test_takesFurtherLines() {
             let told = null;
             open([aSwitch("Switch")]);

@@ -1,0 +1,68 @@
+// How a navigation changes settings without a page of theirs, as a profile does.
+#include "platform/messaging/Dispatch.h"
+#include "platform/ui/UIView.h"
+#include "settings/host/Navigation.h"
+
+#include <utility>
+
+namespace settings {
+
+using namespace platform;
+
+namespace {
+
+constexpr std::chrono::milliseconds kTimeForAnswers{100};
+
+} // namespace
+
+Sent Navigation::apply(const std::string& title, const std::vector<SettingChange>& changes) {
+    noteChange();
+    dispatch_wait_until_idle(kTimeForAnswers); // what a page has sent before comes before
+    Sent sent = send_(changes);
+    if (sent.made.empty()) return sent;
+    Change change;
+    change.title = title;
+    change.settings = sent.made;
+    undoStack_.add(std::move(change));
+    ++changes_;
+    readAnew();
+    return sent;
+}
+
+Navigation::Undone Navigation::sendAgain(const Change& change, bool back) {
+    using Fate = Undone::Fate;
+    std::vector<SettingChange> changes;
+    for (const auto& [key, before, after] : change.settings) {
+        const Value value = back ? orDefault({before, {}}, key).stored : after;
+        if (!value.isNil()) changes.push_back({key, back ? after : before, value});
+    }
+    if (changes.empty()) return {Fate::neverSet, change.title};
+    const Sent sent = send_(changes);
+    if (!sent.made.empty()) readAnew();
+    if (sent.refused.empty() && sent.fault.empty()) return {Fate::done, change.title};
+    const std::string& why = sent.fault.empty() ? sent.refused.front().why : sent.fault;
+    return {Fate::refused, change.title, {}, why};
+}
+
+/// Each class keeps a copy of the settings, which the answer to a new page of it renews. So one is made of every class, and
+/// dropped; a view asks by itself once it is made.
+void Navigation::readAnew() {
+    for (const Class pageClass : opened_) {
+        if (pageClass->name == "PSListItemsController") continue; // has no copy
+        try {
+            const auto page = std::dynamic_pointer_cast<PSListController>(pageClass->make());
+            if (!page || !page->hostsView()) continue;
+            if (page->view()) page->view()->setFrame({{0, 0}, contentSize_});
+            page->viewWillAppear(false);
+        } catch (...) { // is told once the user opens it
+            continue;
+        }
+    }
+    dispatch_wait_until_idle(kTimeForAnswers);
+    for (OpenPage& page : pages_)
+        if (!page.controller->hostsView()) look(page);
+    publish();
+    if (!pages_.empty() && pages_.back().controller->hostsView()) reload(pages_.back().id);
+}
+
+} // namespace settings
