@@ -90,9 +90,10 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     app.add_option("--battery", battery, "How full the battery is (default: 82)")
         ->type_name("PERCENT")
         ->check(CLI::Range(0, 100));
-    app.add_option("--secure", options.phone.secure, "Have this App View hide its contents while the phone is locked")
-        ->type_name("ID")
-        ->allow_extra_args(false);
+    app.add_option("--text-size", options.textSize,
+                   "How large texts in App Views are, whatever the desktop's setting (usual: 100)")
+        ->type_name("PERCENT")
+        ->check(CLI::Range(50, 300));
     auto* play =
         app.add_option("--play", options.play, "Do the gestures of a file, - for standard input")->type_name("FILE");
     app.add_option("--idle", options.idle, "Let so many seconds pass without a touch, after all gestures")

@@ -13,6 +13,7 @@ namespace lumora {
 struct Options {
     std::optional<std::filesystem::path> root;
     PhoneOptions phone;
+    std::optional<int> textSize;         ///< of texts in App Views, in percent
     std::string wallpaper = "dusk";      ///< one of ours by its name, or a file
     std::optional<Surface> surface;      ///< where to begin
     std::optional<std::string> play;     ///< a file of gestures; "-" for standard input

@@ -1,7 +1,7 @@
 import QtQuick
 import LumoraFace
 
-// An App View: a card with the plug-in's icon and name.
+// An App View: a card with the plug-in's icon and name, and what it draws.
 Item {
     id: view
     required property FaceModel face
@@ -44,7 +44,26 @@ Item {
     }
     Words {
         part: view.part.title
+        width: part.frame.width - (caption.text === "" ? 0 : caption.width + 12 * view.unit)
         font.weight: Font.DemiBold
+    }
+    Text {
+        id: caption
+        x: view.part.title.frame.x + view.part.title.frame.width - width
+        y: view.part.title.frame.y
+        width: Math.min(implicitWidth, view.part.title.frame.width / 2)
+        height: view.part.title.frame.height
+        visible: !view.part.locked && text !== ""
+        text: card.caption
+        color: view.part.title.color
+        opacity: 0.8
+        font.family: FaceFonts.text
+        font.pointSize: 14 * view.unit * FaceFonts.pointsPerPoint
+        textFormat: Text.PlainText
+        renderType: Text.QtRendering
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
     }
     Rectangle {
         x: view.frame.x + 18 * view.unit
@@ -58,11 +77,23 @@ Item {
         id: picture
         face: view.face
         identifier: view.part.application
-        visible: !view.part.locked
+        visible: !view.part.locked && !card.draws
         width: Math.min(96 * view.unit, (view.frame.height - 74 * view.unit) / 2)
         height: width
         x: view.frame.x + (view.frame.width - width) / 2
         y: view.frame.y + 58 * view.unit + (view.frame.height - 58 * view.unit - height) / 2
+    }
+    ViewCard {
+        id: card
+        face: view.face
+        identifier: view.part.identifier
+        ink: view.part.title.color
+        unit: view.unit
+        visible: !view.part.locked
+        x: view.frame.x + 18 * view.unit
+        y: view.frame.y + 72 * view.unit
+        width: view.frame.width - 36 * view.unit
+        height: view.frame.height - 88 * view.unit
     }
     Column {
         visible: view.part.locked
@@ -84,6 +115,58 @@ Item {
             font.family: FaceFonts.text
             font.pointSize: 15 * view.unit * FaceFonts.pointsPerPoint
             renderType: Text.QtRendering
+        }
+    }
+    Text {
+        id: fault
+        visible: !view.part.locked && (card.stopped || card.tooMuch)
+        width: card.width
+        x: card.x
+        y: card.y + (card.height - height - (restart.visible ? restart.height + 12 * view.unit : 0)) / 2
+        horizontalAlignment: Text.AlignHCenter
+        text: card.stopped ? "stopped" : "draws too much"
+        color: view.part.title.color
+        font.family: FaceFonts.text
+        font.pointSize: 15 * view.unit * FaceFonts.pointsPerPoint
+        renderType: Text.QtRendering
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+    Rectangle {
+        id: restart
+        z: 1
+        visible: !view.part.locked && card.stopped
+        anchors.horizontalCenter: card.horizontalCenter
+        y: fault.y + fault.height + 12 * view.unit
+        width: label.implicitWidth + 40 * view.unit
+        height: 36 * view.unit
+        radius: height / 2
+        color: Qt.alpha(view.part.title.color, pressing.pressed ? 0.3 : 0.14)
+        border.width: activeFocus ? 2 : 1
+        border.color: Qt.alpha(view.part.title.color, activeFocus ? 0.9 : 0.3)
+        activeFocusOnTab: visible
+        Keys.onReturnPressed: card.restart()
+        Keys.onEnterPressed: card.restart()
+        Keys.onSpacePressed: card.restart()
+        Accessible.role: Accessible.Button
+        Accessible.name: "Restart"
+        Accessible.focusable: true
+        Accessible.onPressAction: card.restart()
+        Text {
+            id: label
+            anchors.centerIn: parent
+            text: "Restart"
+            color: view.part.title.color
+            font.family: FaceFonts.text
+            font.weight: Font.DemiBold
+            font.pointSize: 15 * view.unit * FaceFonts.pointsPerPoint
+            renderType: Text.QtRendering
+            Accessible.ignored: true
+        }
+        MouseArea {
+            id: pressing
+            anchors.fill: parent
+            onClicked: card.restart()
         }
     }
     Repeater {
