@@ -14,7 +14,7 @@ static const char* app_id(void) {
 }
 
 static const LumoraAppView* shared_instance(void) {
-    static const LumoraAppView clock_view = {LUMORA_APP_VIEW_VERSION, identifier, name, app_id, NULL};
+    static const LumoraAppView clock_view = {LUMORA_APP_VIEW_VERSION, identifier, name, app_id, NULL, 0, NULL};
     return &clock_view;
 }
 

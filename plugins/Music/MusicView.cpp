@@ -9,6 +9,8 @@ const LumoraAppView musicView{
     .name = [] { return "Music"; },
     .appID = [] { return "org.lumora.samples.Music"; },
     .settingsController = nullptr,
+    .flags = 0,
+    .draw = nullptr,
 };
 
 const LumoraAppView* sharedInstance() {

@@ -48,6 +48,8 @@ const LumoraAppView notesView{
     .name = [] { return "Notes"; },
     .appID = [] { return "org.lumora.samples.Notes"; },
     .settingsController = settingsController,
+    .flags = LUMORA_APP_VIEW_SECURE,
+    .draw = nullptr,
 };
 
 const LumoraAppView* sharedInstance() {
