@@ -156,6 +156,7 @@ void ViewStore::ask(bool anew) {
     if (!anew && view->asked && view->asked->isLike(question) && view->place == place_) return;
     if (time_) {
         question.time = *time_;
+        ::timegm(&question.time); // finds the day of the week
     } else {
         const std::time_t now = std::time(nullptr);
         ::localtime_r(&now, &question.time);

@@ -80,8 +80,8 @@ class Sheet {
         on_->arc(on_, x, y, radius, 0, 360, 0);
         for (int i = 0; i < 8; ++i) {
             const double angle = i * std::acos(-1.0) / 4;
-            const double near = radius + 0.8 * u;
-            const double far = radius + 1.7 * u;
+            const double near = radius + 0.7 * u;
+            const double far = radius + 1.3 * u;
             line(x + near * std::sin(angle), y - near * std::cos(angle), x + far * std::sin(angle),
                  y - far * std::cos(angle), 0.36 * u);
         }
@@ -159,7 +159,10 @@ double drawForecast(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
 
     // What it is like now, in the room above.
     const double room = top - 6;
-    const double words = 1.22 * (16 + 14) * scale + 2;
+    const double title = 1.22 * 16 * scale;
+    const double both = title + 1.22 * 14 * scale + 2;
+    const bool isTight = room - both < 44;
+    const double words = isTight ? title : both;
     const double large = std::clamp(room - words - 4, 24.0, 80.0);
     double y = std::max(0.0, (room - words - large * 1.1) / 3);
     on.sky(Sky::fair, width - large, y, large);
@@ -168,11 +171,12 @@ double drawForecast(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
     y += 1.02 * large;
     if (y + words > top + 2) return 0;
     on.text("Clearing from the west", 2, y, width - 2, 16 * scale, 600);
+    if (isTight) return 0;
     on.ink(LUMORA_ROLE_SECONDARY);
     const std::string line =
         tomorrow ? "Feels like " + degrees(*drawing, kFeelsLike) + " · tomorrow " + degrees(*drawing, 16) + ", sunny"
                  : "Feels like " + degrees(*drawing, kFeelsLike) + " · wind 9 km/h";
-    on.text(line, 2, y + 1.22 * 16 * scale + 2, width - 2, 14 * scale, 400);
+    on.text(line, 2, y + title + 2, width - 2, 14 * scale, 400);
     return 0;
 }
 

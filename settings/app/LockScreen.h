@@ -41,6 +41,8 @@ class LockScreen : public QObject {
     /// Pixels to a point of the screen that it is on.
     [[nodiscard]] double ratio() const { return ratio_; }
     void setRatio(double ratio);
+    /// How large texts in App Views are, in percent of the usual size.
+    void setTextSize(int percent);
     /// Whether it shows everything that there is to show.
     [[nodiscard]] bool isComplete() const;
 
@@ -60,6 +62,7 @@ class LockScreen : public QObject {
     bool standsStill_;
     bool shown_ = false;
     double ratio_ = 1;
+    double textScale_ = 1;
     bool hasHeard_ = false;
     bool isInstalled_ = false; ///< what is installed is known
     std::unique_ptr<lumora::LiveFace> live_;
