@@ -11,6 +11,7 @@
 #include <hb.h>
 #include <iterator>
 #include <tuple>
+#include <utility>
 
 namespace lumora {
 namespace {
@@ -19,12 +20,6 @@ constexpr double kEstimate = 0.6; // of the size, for a character of a font that
 constexpr std::array<const char*, 9> kWeights{"Thin",     "ExtraLight", "Light",     "Regular", "Medium",
                                               "SemiBold", "Bold",       "ExtraBold", "Black"};
 constexpr const char* kEllipsis = "…";
-
-std::string fontName(double size, double weight) {
-    const auto step = std::clamp<long>(std::lround(weight / 100), 1, long{kWeights.size()});
-    return std::string(size < kSmallestDisplay ? "Inter-" : "InterDisplay-") +
-           kWeights.at(static_cast<std::size_t>(step) - 1);
-}
 
 /// Where each character of a text ends.
 std::vector<std::size_t> endsIn(std::string_view text) {
@@ -40,6 +35,9 @@ std::shared_ptr<hb_font_t> open(const std::string& name) {
     if (!blob) return nullptr;
     hb_face_t* face = hb_face_create(blob, static_cast<unsigned>(font->index()) & 0xFFFFU);
     std::shared_ptr<hb_font_t> opened(hb_font_create(face), hb_font_destroy);
+    // One of a variable font's instances.
+    if (const int instance = font->index() >> 16; instance > 0)
+        hb_font_set_var_named_instance(opened.get(), static_cast<unsigned>(instance) - 1);
     hb_face_destroy(face);
     hb_blob_destroy(blob);
     return opened;
@@ -48,24 +46,33 @@ std::shared_ptr<hb_font_t> open(const std::string& name) {
 } // namespace
 
 TextExtents::TextExtents() {
-    for (const char* family : {"Inter-", "InterDisplay-"})
-        for (const char* weight : kWeights)
-            if (auto font = open(std::string(family) + weight)) fonts_.emplace(std::string(family) + weight, font);
+    for (std::size_t i = 0; i < kWeights.size(); ++i) {
+        const int weight = static_cast<int>(i + 1) * 100;
+        if (auto font = open(std::string("Inter-") + kWeights.at(i))) text_.emplace(weight, std::move(font));
+        if (auto font = open(std::string("InterDisplay-") + kWeights.at(i))) display_.emplace(weight, std::move(font));
+    }
+}
+
+hb_font_t* TextExtents::font(double size, double weight) const {
+    const Family& family = size < kSmallestDisplay ? text_ : display_;
+    const auto nearest =
+        std::ranges::min_element(family, {}, [weight](const auto& font) { return std::abs(font.first - weight); });
+    return nearest == family.end() ? nullptr : nearest->second.get();
 }
 
 double TextExtents::width(std::string_view text, double size, double weight) const {
-    const auto font = fonts_.find(fontName(size, weight));
-    if (font == fonts_.end()) return kEstimate * size * static_cast<double>(endsIn(text).size());
+    hb_font_t* const font = this->font(size, weight);
+    if (!font) return kEstimate * size * static_cast<double>(endsIn(text).size());
     const std::unique_ptr<hb_buffer_t, decltype(&hb_buffer_destroy)> buffer(hb_buffer_create(), hb_buffer_destroy);
     hb_buffer_add_utf8(buffer.get(), text.data(), static_cast<int>(text.size()), 0, -1);
     hb_buffer_guess_segment_properties(buffer.get());
-    hb_shape(font->second.get(), buffer.get(), nullptr, 0);
+    hb_shape(font, buffer.get(), nullptr, 0);
     unsigned count = 0;
     const hb_glyph_position_t* glyphs = hb_buffer_get_glyph_positions(buffer.get(), &count);
     double units = 0;
     for (unsigned i = 0; i < count; ++i)
         units += glyphs[i].x_advance;
-    return units * size / std::max(1U, hb_face_get_upem(hb_font_get_face(font->second.get())));
+    return units * size / std::max(1U, hb_face_get_upem(hb_font_get_face(font)));
 }
 
 std::string TextExtents::cut(std::string text, double size, double weight, double most) const {

@@ -26,7 +26,12 @@ class TextExtents {
   private:
     [[nodiscard]] std::string cut(std::string text, double size, double weight, double width) const;
 
-    std::map<std::string, std::shared_ptr<hb_font_t>> fonts_; ///< by their PostScript names
+    /// Of the fonts for texts of that size, the one whose weight is the nearest; null without any.
+    [[nodiscard]] hb_font_t* font(double size, double weight) const;
+
+    using Family = std::map<int, std::shared_ptr<hb_font_t>>; ///< by weight
+    Family text_;
+    Family display_; ///< for large texts
 };
 
 } // namespace lumora

@@ -33,4 +33,10 @@ struct Options {
 /// The names of our own wallpapers.
 [[nodiscard]] bool isWallpaper(const std::string& name);
 
+constexpr int kSmallestTextSize = 50;
+constexpr int kLargestTextSize = 300;
+[[nodiscard]] constexpr bool isTextSize(int percent) {
+    return percent >= kSmallestTextSize && percent <= kLargestTextSize;
+}
+
 } // namespace lumora

@@ -33,8 +33,12 @@ constexpr double kAbove = 80;
 
 int openWindow(const Options& options, const Inputs& inputs) {
     // None of these is ever destroyed: a tweak may keep the feed waiting.
-    auto& live = *new LiveFace({options.phone, options.wallpaper, qGuiApp->devicePixelRatio(), eventLog(options.log),
-                                {}, options.textSize.value_or(100) / 100.0});
+    auto& live = *new LiveFace({options.phone,
+                                options.wallpaper,
+                                qGuiApp->devicePixelRatio(),
+                                eventLog(options.log),
+                                {},
+                                options.textSize.value_or(100) / 100.0});
     QObject::connect(&live, &LiveFace::failed, &live,
                      [](const QString& why) { programs::complain(why.toStdString()); });
     const auto begin = [&live, options, inputs] {
@@ -67,8 +71,9 @@ int openWindow(const Options& options, const Inputs& inputs) {
     QObject::connect(desktop, &programs::DesktopLook::lessMotionChosen, window,
                      [window](bool less) { window->setProperty("animated", !less); });
     if (!options.textSize)
-        QObject::connect(desktop, &programs::DesktopLook::textSizeChosen, &live,
-                         [&live](double percent) { live.setTextScale(std::clamp(percent, 50.0, 300.0) / 100); });
+        QObject::connect(desktop, &programs::DesktopLook::textSizeChosen, &live, [&live](double percent) {
+            live.setTextScale(std::clamp<double>(percent, kSmallestTextSize, kLargestTextSize) / 100);
+        });
     QObject::connect(window, &QWindow::visibilityChanged, &live, [&live](QWindow::Visibility visibility) {
         live.setVisible(visibility != QWindow::Hidden && visibility != QWindow::Minimized);
     });

@@ -30,9 +30,8 @@ Studio::Studio() : installation_(Installation::readNow()) {
 Result<Taken> Studio::take(const Options& options, const Inputs& inputs, const platform::Dictionary& settings) {
     const auto failure = [](std::string why) { return Result<Taken>::failure(std::move(why)); };
     Seconds now = 0;
-    LiveFace live(
-        {options.phone, options.wallpaper, qGuiApp->devicePixelRatio(), eventLog(options.log), [&now] { return now; },
-         options.textSize.value_or(100) / 100.0});
+    LiveFace live({options.phone, options.wallpaper, qGuiApp->devicePixelRatio(), eventLog(options.log),
+                   [&now] { return now; }, options.textSize.value_or(100) / 100.0});
     live.take(installation_);
     if (auto made = live.makeBackdrop(); !made) return failure(made.error());
     live.model()->setSettings(settings, {});

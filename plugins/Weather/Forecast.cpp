@@ -154,7 +154,7 @@ double drawForecast(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
                 LUMORA_ALIGN_CENTER);
         on.sky(hour.sky, left + (column - sign) / 2, top + 1.22 * small + 3, sign);
         on.ink(LUMORA_ROLE_TEXT);
-        on.text(degrees(*drawing, hour.celsius), left, foot - 1.22 * small, column, small, 700, LUMORA_ALIGN_CENTER);
+        on.text(degrees(*drawing, hour.celsius), left, foot - 1.22 * small, column, small, 600, LUMORA_ALIGN_CENTER);
     }
 
     // What it is like now, in the room above.

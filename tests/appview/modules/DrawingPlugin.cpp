@@ -97,8 +97,13 @@ void misbehave(const LumoraCanvas* canvas, const std::string& how) {
 }
 
 double draw(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
-    const std::string how = kind();
-    if (how == "each") drawEach(canvas, drawing);
+    std::string how = kind();
+    // A user who can have it crash or hang.
+    if (how == "fragile") {
+        how = drawing->text(drawing, (identifier() + std::string(".does")).c_str(), "each");
+        if (how == "each") drawEach(canvas, drawing);
+    }
+    if (kind() == "each") drawEach(canvas, drawing);
     misbehave(canvas, how);
     if (how != "each" && how != "odd") canvas->caption(canvas, how.c_str());
     return how == "ticking" ? 0.001 : how == "odd" ? std::numeric_limits<double>::quiet_NaN() : 0;
