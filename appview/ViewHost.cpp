@@ -7,6 +7,7 @@
 #include "platform/foundation/HelperProgram.h"
 #include "platform/foundation/LoadProbe.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
@@ -24,12 +25,14 @@ namespace {
 using Heard = ChildProcess::Heard;
 using Outcome = ViewAnswer::Outcome;
 
-constexpr std::chrono::seconds kWholeLife(60); // of the processor
+constexpr std::chrono::seconds kWholeLife(60);   // of the processor
+constexpr std::chrono::milliseconds kSlice(100); // after which one that nobody waits for any more is ended
 
 /// The process, while it lives.
 class Artist {
   public:
-    explicit Artist(const ViewHost::Limits& limits) : limits_(limits) {}
+    Artist(const ViewHost::Limits& limits, std::function<bool()> isWanted)
+        : limits_(limits), isWanted_(std::move(isWanted)) {}
 
     Result<void> start(const std::filesystem::path& bundle) {
         auto limits = platform::kForeignCodeLimits;
@@ -73,10 +76,14 @@ class Artist {
                 ++number_;
                 return *taken.value();
             }
-            switch (child_->receive(unread_, withLine, patience)) {
+            auto slice = patience;
+            slice.until = std::min(patience.until, std::chrono::steady_clock::now() + kSlice);
+            switch (child_->receive(unread_, withLine, slice)) {
             case Heard::something:
                 continue;
             case Heard::tooLate:
+                if (std::chrono::steady_clock::now() < patience.until && isWanted_()) continue;
+                return fail("it takes too long");
             case Heard::tooCostly:
                 return fail("it takes too long");
             default:
@@ -86,6 +93,7 @@ class Artist {
     }
 
     ViewHost::Limits limits_;
+    std::function<bool()> isWanted_;
     std::string token_ = platform::newProbeToken();
     std::size_t number_ = 0; ///< of the answer that comes next
     std::string unread_;
@@ -144,7 +152,7 @@ class ViewHost::Worker {
         for (int tries = 0; tries < 2 && !hasEnded(); ++tries) {
             answer = {};
             if (!artist_) {
-                artist_.emplace(limits_);
+                artist_.emplace(limits_, [this] { return !hasEnded(); });
                 if (const auto started = artist_->start(bundle_); !started) answer.why = started.error();
             }
             if (answer.why.empty()) answer = artist_->ask(bytes.value());

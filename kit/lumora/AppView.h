@@ -83,7 +83,7 @@ typedef struct LumoraColor {
     double opacity; /* also of a role's colour */
 } LumoraColor;
 
-static inline LumoraColor lumora_role(uint32_t role, double opacity) {
+static inline __attribute__((unused)) LumoraColor lumora_role(uint32_t role, double opacity) {
     LumoraColor color;
     color.role = role;
     color.red = color.green = color.blue = 0;
@@ -92,12 +92,12 @@ static inline LumoraColor lumora_role(uint32_t role, double opacity) {
 }
 
 /* A colour as 0xRRGGBB. */
-static inline LumoraColor lumora_rgb(uint32_t rgb, double opacity) {
+static inline __attribute__((unused)) LumoraColor lumora_rgb(uint32_t rgb, double opacity) {
     LumoraColor color;
     color.role = LUMORA_ROLE_NONE;
-    color.red = (double)((rgb >> 16) & 0xFFu) / 255;
-    color.green = (double)((rgb >> 8) & 0xFFu) / 255;
-    color.blue = (double)(rgb & 0xFFu) / 255;
+    color.red = ((rgb >> 16) & 0xFFu) / 255.0;
+    color.green = ((rgb >> 8) & 0xFFu) / 255.0;
+    color.blue = (rgb & 0xFFu) / 255.0;
     color.opacity = opacity;
     return color;
 }

@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
+#include <QStringList>
 
 #include <algorithm>
 #include <chrono>
@@ -214,6 +215,13 @@ QImage paintDrawing(const Drawing& drawing, const DrawingPlace& place, const Bun
         brushwork.draw(step);
     }
     return image;
+}
+
+QString wordsOf(const Drawing& drawing) {
+    QStringList words;
+    for (const DrawingStep& step : drawing.steps)
+        if (!step.text.empty() && step.kind != StepKind::picture) words += QString::fromStdString(step.text);
+    return words.join(QStringLiteral(", "));
 }
 
 QString captionOf(const Drawing& drawing) {

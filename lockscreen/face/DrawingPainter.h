@@ -32,5 +32,7 @@ using BundlePicture = std::function<QImage(const std::string& name, int pixels)>
 
 /// What the drawing has in the view's head; the last caption counts.
 [[nodiscard]] QString captionOf(const Drawing& drawing);
+/// All texts of a drawing in their order.
+[[nodiscard]] QString wordsOf(const Drawing& drawing);
 
 } // namespace lumora

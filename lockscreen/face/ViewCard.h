@@ -20,6 +20,7 @@ class ViewCard : public QQuickPaintedItem {
     Q_PROPERTY(double unit MEMBER unit_ NOTIFY changed)
     Q_PROPERTY(bool draws READ draws NOTIFY drawnChanged)
     Q_PROPERTY(QString caption READ caption NOTIFY drawnChanged)
+    Q_PROPERTY(QString words READ words NOTIFY drawnChanged)
     Q_PROPERTY(bool stopped READ hasStopped NOTIFY drawnChanged)
     Q_PROPERTY(bool tooMuch READ isTooMuch NOTIFY drawnChanged)
 
@@ -30,6 +31,8 @@ class ViewCard : public QQuickPaintedItem {
     void setFace(FaceModel* face);
     [[nodiscard]] bool draws() const;
     [[nodiscard]] QString caption() const { return drawn_.caption; }
+    /// All texts, for assistive tools.
+    [[nodiscard]] QString words() const { return drawn_.words; }
     [[nodiscard]] bool hasStopped() const { return drawn_.fault == ViewStore::Fault::stopped; }
     [[nodiscard]] bool isTooMuch() const { return drawn_.fault == ViewStore::Fault::tooMuch; }
     Q_INVOKABLE void restart();

@@ -175,6 +175,7 @@ void ViewStore::ask(bool anew) {
                     [&](const std::string& name, int pixels) { return pictureOf(bundle, name, pixels); },
                     easel->closed);
                 painted.drawn.caption = captionOf(answer.drawing);
+                painted.drawn.words = wordsOf(answer.drawing);
             }
             painted.drawn.fault = answer.outcome == Outcome::stopped ? Fault::stopped
                                   : painted.drawn.image.isNull()     ? Fault::tooMuch

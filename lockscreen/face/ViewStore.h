@@ -32,6 +32,7 @@ class ViewStore : public QObject {
     struct Drawn {
         QImage image; ///< null while nothing has been drawn
         QString caption;
+        QString words; ///< all texts
         Fault fault = Fault::none;
     };
 

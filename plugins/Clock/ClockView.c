@@ -63,7 +63,9 @@ static double draw(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
     char digits[16];
     char date[32];
     (void)snprintf(digits, sizeof digits, "%02d:%02d", drawing->hour % 24, drawing->minute % 60);
-    (void)snprintf(date, sizeof date, "%d %s", drawing->day, kMonths[(drawing->month + 11) % 12]);
+    /* Of a month only three letters where texts are large. */
+    (void)snprintf(date, sizeof date, "%d %.*s", drawing->day, scale > 1.4 ? 3 : 9,
+                   kMonths[(drawing->month + 11) % 12]);
     const double left = edge + 18;
     const double width = drawing->width - left;
     double large = 44 * scale;

@@ -27,6 +27,7 @@ Item {
     ]
     Accessible.role: Accessible.Grouping
     Accessible.name: part.title.text
+    Accessible.description: part.locked ? "" : card.words
 
     Pane {
         face: view.face
@@ -117,57 +118,12 @@ Item {
             renderType: Text.QtRendering
         }
     }
-    Text {
-        id: fault
-        visible: !view.part.locked && (card.stopped || card.tooMuch)
-        width: card.width
-        x: card.x
-        y: card.y + (card.height - height - (restart.visible ? restart.height + 12 * view.unit : 0)) / 2
-        horizontalAlignment: Text.AlignHCenter
-        text: card.stopped ? "stopped" : "draws too much"
-        color: view.part.title.color
-        font.family: FaceFonts.text
-        font.pointSize: 15 * view.unit * FaceFonts.pointsPerPoint
-        renderType: Text.QtRendering
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
-    }
-    Rectangle {
-        id: restart
+    Loader { // most never need it
+        readonly property bool needed: !view.part.locked && (card.stopped || card.tooMuch)
+        anchors.fill: card
         z: 1
-        visible: !view.part.locked && card.stopped
-        anchors.horizontalCenter: card.horizontalCenter
-        y: fault.y + fault.height + 12 * view.unit
-        width: label.implicitWidth + 40 * view.unit
-        height: 36 * view.unit
-        radius: height / 2
-        color: Qt.alpha(view.part.title.color, pressing.pressed ? 0.3 : 0.14)
-        border.width: activeFocus ? 2 : 1
-        border.color: Qt.alpha(view.part.title.color, activeFocus ? 0.9 : 0.3)
-        activeFocusOnTab: visible
-        Keys.onReturnPressed: card.restart()
-        Keys.onEnterPressed: card.restart()
-        Keys.onSpacePressed: card.restart()
-        Accessible.role: Accessible.Button
-        Accessible.name: "Restart"
-        Accessible.focusable: true
-        Accessible.onPressAction: card.restart()
-        Text {
-            id: label
-            anchors.centerIn: parent
-            text: "Restart"
-            color: view.part.title.color
-            font.family: FaceFonts.text
-            font.weight: Font.DemiBold
-            font.pointSize: 15 * view.unit * FaceFonts.pointsPerPoint
-            renderType: Text.QtRendering
-            Accessible.ignored: true
-        }
-        MouseArea {
-            id: pressing
-            anchors.fill: parent
-            onClicked: card.restart()
-        }
+        visible: needed
+        onNeededChanged: if (needed && status === Loader.Null) setSource("ViewFault.qml", {card: card})
     }
     Repeater {
         model: [{gesture: "tap appView", name: `Open ${view.part.title.text}`}, {gesture: "swipe down", name: "Close"},
