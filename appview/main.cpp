@@ -125,6 +125,8 @@ Answer answerTo(const lumora::DrawingQuestion& question, const lumora::Plugin& p
 
 } // namespace
 
+// Nothing throws here but for want of memory, and that had better end the program.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
     if (argc != 4) return 2;
     // Out of the plug-in's way, as the answers are.
