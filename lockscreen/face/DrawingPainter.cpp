@@ -23,7 +23,7 @@ using StepKind = DrawingStep::Kind;
 using Numbers = std::vector<double>;
 
 constexpr std::chrono::seconds kToPaint(2);
-constexpr int kMostPixels = 4096; // along an edge
+constexpr int kLongestEdge = 4096; // along an edge
 constexpr int kLargestPicture = 1024;
 constexpr double kSecondary = 0.8;
 constexpr double kSeparator = 0.2;
@@ -203,7 +203,7 @@ class Brushwork {
 
 QImage paintDrawing(const Drawing& drawing, const DrawingPlace& place, const BundlePicture& picture,
                     const std::atomic<bool>& cancelled) {
-    const QSize pixels = (place.points * place.scale).toSize().boundedTo(QSize(kMostPixels, kMostPixels));
+    const QSize pixels = (place.points * place.scale).toSize().boundedTo(QSize(kLongestEdge, kLongestEdge));
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) return image;
     image.fill(Qt::transparent);
