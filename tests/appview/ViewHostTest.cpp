@@ -16,10 +16,14 @@ namespace {
 
 using namespace lumora;
 using namespace std::chrono_literals;
+using testing::_;
 using testing::AnyOf;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::Eq;
 using testing::HasSubstr;
+using testing::Not;
+using testing::Pair;
 using Kind = DrawingStep::Kind;
 using Outcome = ViewAnswer::Outcome;
 
@@ -86,6 +90,38 @@ TEST_F(ViewHosts, HavePlugInsDraw) {
     EXPECT_THAT(answer.drawing.steps[1].numbers, ElementsAre(0, 0, 322, 257, 0));
     EXPECT_EQ(answer.drawing.steps[8].text, "Lakeside");
     EXPECT_EQ(answer.drawing.again, 0);
+}
+
+/// What a sample writes with some settings, each text with its size.
+std::vector<std::pair<std::string, double>> writtenBy(const std::string& sample, const platform::Dictionary& settings) {
+    platform::setDeviceRoot(LUMORA_TEST_ROOT);
+    DrawingQuestion question{322, 257, 1, true, {}, settings};
+    question.time.tm_hour = 18;
+    question.time.tm_sec = 20;
+    const ViewAnswer answer = Asked(pluginFolder() / (sample + "View.bundle")).draw(question);
+    EXPECT_EQ(answer.outcome, Outcome::drawn) << sample << ": " << answer.why;
+    EXPECT_EQ(answer.drawing.again, sample == "Clock" ? 40 : 0);
+    std::vector<std::pair<std::string, double>> texts;
+    for (const DrawingStep& step : answer.drawing.steps)
+        if (step.kind == Kind::text) texts.emplace_back(step.text, step.numbers[3]);
+    platform::setDeviceRoot({});
+    return texts;
+}
+
+TEST(SampleViews, FollowTheirSettings) {
+    EXPECT_THAT(writtenBy("Weather", {}), Contains(Pair("14°", _)));
+    EXPECT_THAT(writtenBy("Weather", {{"org.lumora.plugins.weather.units", "kelvin"}}), Contains(Pair("287 K", _)));
+    EXPECT_THAT(writtenBy("Weather", {{"org.lumora.plugins.weather.units", "fahrenheit"}}), Contains(Pair("57°", _)));
+    EXPECT_THAT(writtenBy("Weather", {{"org.lumora.plugins.weather.hours", 2.0}}), Not(Contains(Pair("20", _))));
+    EXPECT_THAT(writtenBy("Weather", {{"org.lumora.plugins.weather.tomorrow", false}}),
+                Contains(Pair("Feels like 12° · wind 9 km/h", _)));
+    EXPECT_EQ(writtenBy("Notes", {}).front(), std::pair(std::string("Packing list"), 16.0));
+    EXPECT_EQ(writtenBy("Notes", {{"org.lumora.plugins.notes.order", "title"}}).front().first, "Boathouse");
+    EXPECT_EQ(writtenBy("Notes", {{"org.lumora.plugins.notes.textSize", 20.0}}).front().second, 21);
+    EXPECT_THAT(writtenBy("Notes", {}), Contains(Pair("Locked", _)));
+    EXPECT_THAT(writtenBy("Notes", {{"org.lumora.plugins.notes.hideLocked", false}}), Not(Contains(Pair("Locked", _))));
+    EXPECT_THAT(writtenBy("Music", {}), Contains(Pair("1:32", _)));
+    EXPECT_THAT(writtenBy("Clock", {}), Contains(Pair("18:00", _)));
 }
 
 TEST_F(ViewHosts, DrawOnceMoreForEachQuestion) {
