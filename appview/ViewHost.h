@@ -38,10 +38,10 @@ class ViewHost {
     /// Runs on the host's own thread.
     using Listener = std::function<void(const ViewAnswer& answer)>;
 
+    /// For one drawing, and until the plug-in is loaded.
     struct Limits {
         std::chrono::milliseconds processor{100};
-        std::chrono::milliseconds clock{
-            2000}; ///< for a plug-in that sleeps, as it is of no matter while others compute
+        std::chrono::milliseconds clock{2000}; ///< more, since other programs compute as well
         std::chrono::milliseconds starting{10'000};
         std::chrono::milliseconds startingProcessor{2000};
     };
