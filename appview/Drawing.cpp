@@ -20,8 +20,8 @@ namespace {
 
 using Kind = DrawingStep::Kind;
 
-/// What the numbers of a step are: a coordinate "c", a length or size "l", an angle "a", a share "s", a role "r", a weight
-/// "w", an alignment "i".
+/// What the numbers of a step are: a coordinate "c", a length or size "l", an angle "a", a share "s", a role "r", a
+/// weight "w", an alignment "i".
 struct Shape {
     std::string_view name;
     std::string_view numbers; ///< of a path, those before its parts

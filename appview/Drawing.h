@@ -54,8 +54,8 @@ struct DrawingLimits {
 /// Whether a picture of a bundle may have that name: of letters, digits, "-", "_" and ".", not at its beginning.
 [[nodiscard]] bool isPictureName(std::string_view name);
 
-/// The drawing as a keyed archive, {"again": seconds, "steps": [["rectangle", x, y, …], …]}. Fails for what readDrawing()
-/// refuses. Any thread, as for what follows.
+/// The drawing as a keyed archive, {"again": seconds, "steps": [["rectangle", x, y, …], …]}. Fails for what
+/// readDrawing() refuses. Any thread, as for what follows.
 [[nodiscard]] platform::Result<platform::Data> writeDrawing(const Drawing& drawing);
 /// Any bytes give a drawing within the limits, of which every step is as it is described above, or why there is none.
 [[nodiscard]] platform::Result<Drawing> readDrawing(const platform::Data& archive);

@@ -1,5 +1,5 @@
-// Any bytes are a drawing or are refused with a reason; what is taken is within the limits, and is the same drawing when it
-// is written and read again. Any bytes may be the settings of a question, too, which the plug-in's process reads.
+// Any bytes are a drawing or are refused with a reason; what is taken is within the limits, and is the same drawing when
+// it is written and read again. Any bytes may be a question, too, which the plug-in's process reads.
 
 #include "Fuzzer.h"
 
