@@ -91,7 +91,7 @@ class Screen {
         PhoneOptions phone = live_.options().phone;
         phone.passcode = scene.passcode ? "1234" : "";
         static const auto installation = Installation::readNow();
-        model().setPhone(Phone::with(phone, installation->installed()).value().device(0));
+        model().setPhone(Phone(phone, installation->installed()).device(0));
         Dictionary settings = everything_;
         for (const auto& [key, value] : scene.others)
             settings.set(key, value);

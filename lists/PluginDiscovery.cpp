@@ -37,18 +37,27 @@ std::optional<std::string> askText(const char* (*function)()) {
     return text && platform::isUtf8(text) ? std::optional<std::string>(text) : std::nullopt;
 }
 
+/// A table of version 1 ends before all that.
+bool hasDrawing(const LumoraAppView& object) {
+    return object.version >= 2;
+}
+
 Result<Plugin> fail(std::string why) {
     return Result<Plugin>::failure(std::move(why));
+}
+
+bool isKnown(std::uint32_t version) {
+    return version >= 1 && version <= LUMORA_APP_VIEW_VERSION;
 }
 
 /// The object that the principal class hands out, if it answers all that is asked of it.
 Result<Plugin> sharedInstance(const LumoraPrincipalClass* principalClass) {
     if (!principalClass) return fail("its shared object exports no table for its NSPrincipalClass");
-    if (principalClass->version != LUMORA_APP_VIEW_VERSION) return fail("its principal class is of another version");
+    if (!isKnown(principalClass->version)) return fail("its principal class is of another version");
     if (!principalClass->sharedInstance) return fail("its principal class does not answer sharedInstance");
     const LumoraAppView* object = ask(principalClass->sharedInstance);
     if (!object) return fail("its principal class has no sharedInstance");
-    if (object->version != LUMORA_APP_VIEW_VERSION) return fail("its plug-in object is of another version");
+    if (!isKnown(object->version)) return fail("its plug-in object is of another version");
     const std::array<std::pair<std::string, const char* (*)()>, 3> texts{
         {{"identifier", object->identifier}, {"name", object->name}, {"appID", object->appID}}};
     for (const auto& [called, text] : texts)
@@ -110,6 +119,23 @@ Result<Class> Plugin::settingsController() const {
     return static_cast<Class>(controller->pageClass);
 }
 
+bool Plugin::isSecure() const {
+    return hasDrawing(*object_) && (object_->flags & LUMORA_APP_VIEW_SECURE) != 0;
+}
+
+bool Plugin::draws() const {
+    return hasDrawing(*object_) && object_->draw;
+}
+
+Result<double> Plugin::draw(const LumoraCanvas& canvas, const LumoraDrawing& drawing) const {
+    if (!draws()) return Result<double>::failure("it does not draw");
+    try {
+        return object_->draw(&canvas, &drawing);
+    } catch (...) {
+        return Result<double>::failure("it throws");
+    }
+}
+
 fs::path pluginFolder() {
     return platform::devicePath("/Library/Nevo/Lumora/Plugins");
 }
@@ -154,16 +180,22 @@ std::vector<PluginTexts> askPlugins(const platform::ProbeLimits& limits) {
     std::vector<fs::path> bundles = platform::contentsOfDirectoryAtPath(pluginFolder(), failed);
     std::erase_if(bundles, [](const fs::path& entry) { return !isPluginPath(entry); });
     std::vector<PluginTexts> answers;
-    for (const platform::Probed& plugin :
-         platform::probe(platform::ForeignCode::plugin, bundles, platform::ProbeReport::answers, limits)) {
+    const auto probed = platform::probe(platform::ForeignCode::plugin, bundles, platform::ProbeReport::answers, limits);
+    for (std::size_t i = 0; i < probed.size(); ++i) {
+        const platform::Probed& plugin = probed[i];
         const auto answer = [&](const char* key) {
             const platform::Value* const text = plugin.told.find(key);
             return text && text->text() ? std::string(*text->text()) : std::string();
         };
         // Kept on purpose: here every reason is dropped, as above.
         if (plugin.verdict != platform::Probed::Verdict::safe || plugin.told.find("skipped")) continue;
-        if (PluginTexts texts{answer("identifier"), answer("name"), answer("appID")}; !texts.identifier.empty())
-            answers.push_back(std::move(texts));
+        PluginTexts texts{answer("identifier"),
+                          answer("name"),
+                          answer("appID"),
+                          plugin.told["secure"].boolValue(),
+                          plugin.told["draws"].boolValue(),
+                          bundles[i]};
+        if (!texts.identifier.empty()) answers.push_back(std::move(texts));
     }
     return answers;
 }

@@ -30,6 +30,13 @@ class Plugin {
     /// two plug-ins may use one name.
     [[nodiscard]] platform::Result<platform::Class> settingsController() const;
 
+    /// Whether the view shows what is private.
+    [[nodiscard]] bool isSecure() const;
+    /// Whether it draws itself, which only a process of its own may have it do.
+    [[nodiscard]] bool draws() const;
+    /// The seconds after which it wants to draw again. Fails if it does not draw, or throws.
+    [[nodiscard]] platform::Result<double> draw(const LumoraCanvas& canvas, const LumoraDrawing& drawing) const;
+
   private:
     const LumoraAppView* object_;
 };
@@ -72,6 +79,9 @@ struct PluginTexts {
     std::string identifier;
     std::string name;
     std::string appID;
+    bool secure = false;
+    bool draws = false;
+    std::filesystem::path bundle;
 };
 
 /// The plug-ins in the plug-in folder that can be used, in the order of their bundles' names, each asked in a process

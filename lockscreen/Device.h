@@ -5,6 +5,7 @@
 
 #include "platform/ui/CGGeometry.h"
 
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
@@ -46,8 +47,10 @@ struct Application {
 struct AppViewInfo {
     std::string identifier;
     std::string name;
-    std::string appIdentifier; ///< of the application that it belongs to; may be empty
-    bool secure = false;
+    std::string appIdentifier;      ///< of the application that it belongs to; may be empty
+    bool secure = false;            ///< it shows what is private
+    bool draws = false;             ///< itself; else it has no more than its icon
+    std::filesystem::path bundle{}; ///< of its plug-in
 };
 
 /// The phone: what is on its lock screen apart from the tweak's settings.

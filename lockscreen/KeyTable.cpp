@@ -27,6 +27,12 @@ const Value& views() {
     return value;
 }
 
+/// What they show is private.
+const Value& secureViews() {
+    static const auto& value = *new Value(List{"org.lumora.plugins.notes"});
+    return value;
+}
+
 Dictionary with(std::initializer_list<Dictionary::Entry> others) {
     return {others};
 }
@@ -158,7 +164,11 @@ std::vector<KeyEntry> makeTable() {
          none,
          {"stages", "pageDots", "appView"},
          scene(Surface::appView, views(), withApps())},
-        {kAutoUnlockWidgetPasscode, "", none, {"appView"}, scene(Surface::appView, "1234", withViews())},
+        {kAutoUnlockWidgetPasscode,
+         "",
+         none,
+         {"appView"},
+         scene(Surface::appView, "1234", withApps({{kAppViewsEnabled, secureViews()}}))},
         // Lock screen
         {kLSStatusBarHidden, false, none, {"statusBar", "battery"}, anywhere},
         {kGrabbersDisabled, false, none, {"topGrabber", "bottomGrabber"}, anywhere},

@@ -49,7 +49,9 @@ Dictionary answersOf(const std::shared_ptr<NSBundle>& bundle) {
     Dictionary answers{{"name", shortened(plugin.name().value_or(""))},
                        {"identifier", shortened(plugin.identifier().value_or(""))},
                        {"appID", shortened(plugin.appID().value_or(""))},
-                       {"settings", static_cast<bool>(page)}};
+                       {"settings", static_cast<bool>(page)},
+                       {"secure", plugin.isSecure()},
+                       {"draws", plugin.draws()}};
     if (!page) answers.set("why", shortened(page.error()));
     return answers;
 }

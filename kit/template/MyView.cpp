@@ -34,7 +34,7 @@ const char* appID() {
     return "org.example.Application";
 }
 
-const LumoraAppView myView{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController};
+const LumoraAppView myView{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController, 0, nullptr};
 
 const LumoraAppView* sharedInstance() {
     return &myView;

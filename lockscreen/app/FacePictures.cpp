@@ -39,6 +39,7 @@ Result<void> takeScenes(const Options& asked, const Inputs& inputs, const std::f
         turn(options.phone.size, scene.landscape);
         options.wallpaper = scene.wallpaper;
         options.surface = scene.surface;
+        options.textSize = scene.textSize;
         const auto picture = studio.take(options, {{}, scene.gestures, {}}, scene.settings);
         if (auto saved = save(picture, folder / (scene.name + ".png")); !saved)
             return Result<void>::failure("scene " + scene.name + ": " + saved.error());

@@ -51,7 +51,7 @@ Lines that are empty or begin with "#" are passed over.
 
 A file of scenes has {"settings": {…}, "scenes": [{"name": "NAME", …}]}. Each scene is saved as NAME.png, and may have
 "settings" of its own beside those of all, "surface", "gestures" (a list), "wallpaper", "landscape" and "ratio" (1): it
-is saved if QT_SCALE_FACTOR is that.
+is saved if QT_SCALE_FACTOR is that; and "textSize" (100).
 
 Exit codes: 0 done, 1 failed, 2 wrong use.)";
 
@@ -90,9 +90,10 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     app.add_option("--battery", battery, "How full the battery is (default: 82)")
         ->type_name("PERCENT")
         ->check(CLI::Range(0, 100));
-    app.add_option("--secure", options.phone.secure, "Have this App View hide its contents while the phone is locked")
-        ->type_name("ID")
-        ->allow_extra_args(false);
+    app.add_option("--text-size", options.textSize,
+                   "How large texts in App Views are, whatever the desktop's setting (usual: 100)")
+        ->type_name("PERCENT")
+        ->check(CLI::Range(kSmallestTextSize, kLargestTextSize));
     auto* play =
         app.add_option("--play", options.play, "Do the gestures of a file, - for standard input")->type_name("FILE");
     app.add_option("--idle", options.idle, "Let so many seconds pass without a touch, after all gestures")

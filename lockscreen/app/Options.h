@@ -13,6 +13,7 @@ namespace lumora {
 struct Options {
     std::optional<std::filesystem::path> root;
     PhoneOptions phone;
+    std::optional<int> textSize;         ///< of texts in App Views, in percent
     std::string wallpaper = "dusk";      ///< one of ours by its name, or a file
     std::optional<Surface> surface;      ///< where to begin
     std::optional<std::string> play;     ///< a file of gestures; "-" for standard input
@@ -31,5 +32,11 @@ struct Options {
 
 /// The names of our own wallpapers.
 [[nodiscard]] bool isWallpaper(const std::string& name);
+
+constexpr int kSmallestTextSize = 50;
+constexpr int kLargestTextSize = 300;
+[[nodiscard]] constexpr bool isTextSize(int percent) {
+    return percent >= kSmallestTextSize && percent <= kLargestTextSize;
+}
 
 } // namespace lumora

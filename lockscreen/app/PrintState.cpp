@@ -28,15 +28,11 @@ namespace lumora {
 int printState(int argc, char** argv, const Options& options, const Inputs& inputs) {
     const Result<Dictionary> settings = inputs.settings ? Result<Dictionary>(*inputs.settings) : fetchSettings();
     if (!settings) return programs::complain(settings.error());
-    const Result<Phone> phone = Phone::with(options.phone, Installation::readNow()->installed());
-    if (!phone) {
-        programs::complain(phone.error());
-        return programs::kWrongUse;
-    }
+    const Phone phone(options.phone, Installation::readNow()->installed());
     qputenv("QT_QPA_PLATFORM", QByteArrayLiteral("offscreen")); // no more than the fonts is needed
     const QGuiApplication application(argc, argv);
     const FontWidths widths;
-    Device device = phone.value().device(std::time(nullptr));
+    Device device = phone.device(std::time(nullptr));
     device.texts = &widths;
     const platform::CGSize& size = device.size;
     const auto backdrop = makeBackdrop({QString::fromStdString(options.wallpaper),

@@ -33,7 +33,12 @@ constexpr double kAbove = 80;
 
 int openWindow(const Options& options, const Inputs& inputs) {
     // None of these is ever destroyed: a tweak may keep the feed waiting.
-    auto& live = *new LiveFace({options.phone, options.wallpaper, qGuiApp->devicePixelRatio(), eventLog(options.log)});
+    auto& live = *new LiveFace({options.phone,
+                                options.wallpaper,
+                                qGuiApp->devicePixelRatio(),
+                                eventLog(options.log),
+                                {},
+                                options.textSize.value_or(100) / 100.0});
     QObject::connect(&live, &LiveFace::failed, &live,
                      [](const QString& why) { programs::complain(why.toStdString()); });
     const auto begin = [&live, options, inputs] {
@@ -65,6 +70,10 @@ int openWindow(const Options& options, const Inputs& inputs) {
                      [window](bool dark) { window->setProperty("dark", dark); });
     QObject::connect(desktop, &programs::DesktopLook::lessMotionChosen, window,
                      [window](bool less) { window->setProperty("animated", !less); });
+    if (!options.textSize)
+        QObject::connect(desktop, &programs::DesktopLook::textSizeChosen, &live, [&live](double percent) {
+            live.setTextScale(std::clamp<double>(percent, kSmallestTextSize, kLargestTextSize) / 100);
+        });
     QObject::connect(window, &QWindow::visibilityChanged, &live, [&live](QWindow::Visibility visibility) {
         live.setVisible(visibility != QWindow::Hidden && visibility != QWindow::Minimized);
     });

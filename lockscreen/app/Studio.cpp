@@ -19,7 +19,7 @@ using platform::Result;
 namespace lumora {
 namespace {
 
-constexpr std::chrono::seconds kPatience(60); // for icons
+constexpr std::chrono::seconds kPatience(60); // for icons and App Views
 
 } // namespace
 
@@ -29,10 +29,9 @@ Studio::Studio() : installation_(Installation::readNow()) {
 
 Result<Taken> Studio::take(const Options& options, const Inputs& inputs, const platform::Dictionary& settings) {
     const auto failure = [](std::string why) { return Result<Taken>::failure(std::move(why)); };
-    if (auto phone = Phone::with(options.phone, installation_->installed()); !phone) return failure(phone.error());
     Seconds now = 0;
-    LiveFace live(
-        {options.phone, options.wallpaper, qGuiApp->devicePixelRatio(), eventLog(options.log), [&now] { return now; }});
+    LiveFace live({options.phone, options.wallpaper, qGuiApp->devicePixelRatio(), eventLog(options.log),
+                   [&now] { return now; }, options.textSize.value_or(100) / 100.0});
     live.take(installation_);
     if (auto made = live.makeBackdrop(); !made) return failure(made.error());
     live.model()->setSettings(settings, {});
@@ -59,8 +58,8 @@ Result<Taken> Studio::take(const Options& options, const Inputs& inputs, const p
     do {
         window.grabWindow(); // has every icon in view ask for its picture
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        if (std::chrono::steady_clock::now() > end) return failure("timed out waiting for the icons");
-    } while (!live.icons().isComplete());
+        if (std::chrono::steady_clock::now() > end) return failure("timed out waiting for the icons and App Views");
+    } while (!live.icons().isComplete() || !live.views().isComplete());
     QCoreApplication::processEvents();
     const Behaviour& behaviour = live.model()->behaviour();
     return Taken{window.grabWindow(), lookOf(behaviour.settings(), behaviour.device(), behaviour.state())};

@@ -55,6 +55,9 @@ Result<void> take(const std::string& field, const Value& value, TourScene& scene
     } else if (field == "ratio") {
         scene.ratio = value.doubleValue();
         fits = scene.ratio >= 1;
+    } else if (field == "textSize") {
+        scene.textSize = static_cast<int>(value.integer().value_or(0));
+        fits = isTextSize(scene.textSize);
     } else {
         return Result<void>::failure("a scene has no " + field);
     }

@@ -217,6 +217,7 @@ void FaceModel::takeSettings() {
         settings.set(key, value);
     const bool same = std::ranges::all_of(
         kOfGestures, [&](std::string_view key) { return settings[key] == behaviour_.settings()[key]; });
+    if (viewStore_) viewStore_->setSettings(settings);
     behaviour_.setSettings(std::move(settings));
     if (same) return;
     ++edition_;

@@ -6,6 +6,7 @@
 #include "lockscreen/face/Backdrop.h"
 #include "lockscreen/face/IconStore.h"
 #include "lockscreen/face/PartsModel.h"
+#include "lockscreen/face/ViewStore.h"
 
 #include <QObject>
 #include <QPointF>
@@ -71,6 +72,10 @@ class FaceModel : public QObject {
     [[nodiscard]] PartsModel* dots() { return &dots_; }
     [[nodiscard]] Backdrop* backdrop() const { return &backdrop_; }
     [[nodiscard]] IconStore* iconStore() const { return &iconStore_; }
+    /// Null without drawings of App Views, which have their icons then.
+    [[nodiscard]] ViewStore* viewStore() const { return viewStore_; }
+    /// To be called before anything shows the face.
+    void setViewStore(ViewStore* store) { viewStore_ = store; }
     [[nodiscard]] double unit() const { return behaviour_.device().unit(); }
     [[nodiscard]] bool isLandscape() const { return behaviour_.device().isLandscape(); }
     /// The place of the stage in view, or of the one that was, among those that there are.
@@ -156,6 +161,7 @@ class FaceModel : public QObject {
 
     Backdrop& backdrop_;
     IconStore& iconStore_;
+    ViewStore* viewStore_ = nullptr;
     Clock clock_;
     platform::Dictionary settings_; ///< the tweak's
     platform::Dictionary held_;     ///< values under a hand

@@ -61,8 +61,12 @@ QFont textFont(double size, QFont::Weight weight) {
     return unhinted(QStringLiteral("Inter"), size, weight);
 }
 
+QFont displayFont(double size, QFont::Weight weight) {
+    return unhinted(QStringLiteral("Inter Display"), size, weight);
+}
+
 QFont clockFont(double size) {
-    QFont font = unhinted(QStringLiteral("Inter Display"), size, QFont::Light);
+    QFont font = displayFont(size, QFont::Light);
     font.setLetterSpacing(QFont::AbsoluteSpacing, kClockSpacing * size);
     return font;
 }

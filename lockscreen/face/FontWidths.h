@@ -14,6 +14,7 @@ namespace lumora {
 /// The screen's own fonts, of a size in points of the screen: Inter, and Inter Display for the clock; the system's where
 /// they are not installed. Without hinting, so that widths grow as the size does.
 [[nodiscard]] QFont textFont(double size, QFont::Weight weight = QFont::Medium);
+[[nodiscard]] QFont displayFont(double size, QFont::Weight weight);
 [[nodiscard]] QFont clockFont(double size);
 
 /// How wide texts are in the installed fonts. Of a text in the screen's own font that is no larger than a subtitle can

@@ -35,6 +35,9 @@ class LiveFace::Mailbox {
 LiveFace::LiveFace(Options options, QObject* parent)
     : QObject(parent), options_(std::move(options)), model_(backdrop_, icons_, texts_, options_.log, options_.clock),
       mailbox_(std::make_shared<Mailbox>()) {
+    views_.setTime(options_.phone.time);
+    views_.setTextScale(options_.textScale);
+    model_.setViewStore(&views_);
     const platform::CGSize size = options_.phone.size;
     model_.resize(size.width, size.height);
     // A window takes some sizes on the way to its own.
@@ -47,20 +50,17 @@ LiveFace::LiveFace(Options options, QObject* parent)
     connect(&minute_, &QTimer::timeout, this, &LiveFace::tick);
     chooseIcons();
     orderBackdrop();
-    if (auto phone = Phone::with(options_.phone, {})) phone_ = std::move(phone).value();
+    phone_.emplace(options_.phone, Installed());
     tick();
 }
 
 LiveFace::~LiveFace() = default;
 
 void LiveFace::take(const std::shared_ptr<const Installation>& installation) {
-    if (auto phone = Phone::with(options_.phone, installation->installed())) {
-        phone_ = std::move(phone).value();
-        tick();
-    } else {
-        emit failed(QString::fromStdString(phone.error()));
-    }
+    phone_.emplace(options_.phone, installation->installed());
+    tick();
     icons_.setInstallation(installation);
+    views_.setViews(installation->installed().views);
     if (installation->isWhole()) emit installed();
 }
 
@@ -105,6 +105,7 @@ void LiveFace::preview(std::optional<platform::Dictionary> settings, bool turns)
 
 void LiveFace::setVisible(bool visible) {
     if (feed_) feed_->setVisible(visible);
+    views_.setVisible(visible);
     if (visible)
         tick();
     else

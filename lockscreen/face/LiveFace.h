@@ -5,6 +5,7 @@
 #include "lockscreen/face/FaceModel.h"
 #include "lockscreen/face/FontWidths.h"
 #include "lockscreen/face/IconStore.h"
+#include "lockscreen/face/ViewStore.h"
 #include "lockscreen/phone/Installation.h"
 #include "lockscreen/phone/Phone.h"
 
@@ -30,6 +31,7 @@ class LiveFace : public QObject {
         double ratio = 1; ///< pixels to a point
         Behaviour::Log log = {};
         FaceModel::Clock clock = {}; ///< in place of the steady one
+        double textScale = 1;        ///< of texts in App Views
     };
 
     /// Has neither icons nor App Views until what is installed has been read.
@@ -40,6 +42,7 @@ class LiveFace : public QObject {
     /// Whether the picture for the screen as it is now has been made.
     [[nodiscard]] bool hasPicture() const;
     [[nodiscard]] const IconStore& icons() const { return icons_; }
+    [[nodiscard]] const ViewStore& views() const { return views_; }
     [[nodiscard]] const Options& options() const { return options_; }
     /// Reads what is installed, on a thread of its own.
     void readInstallation();
@@ -51,6 +54,8 @@ class LiveFace : public QObject {
     void preview(std::optional<platform::Dictionary> settings, bool turns);
     /// Pixels to a point of the screen that the window is on.
     void setRatio(double ratio);
+    /// How large texts in App Views are; 1 is usual.
+    void setTextScale(double scale) { views_.setTextScale(scale); }
     /// What the installation is, at once; for pictures.
     void take(const std::shared_ptr<const Installation>& installation);
     /// Makes the picture for the present size at once.
@@ -77,6 +82,7 @@ class LiveFace : public QObject {
     FontWidths texts_;
     Backdrop backdrop_;
     IconStore icons_;
+    ViewStore views_;
     FaceModel model_;
     std::optional<Phone> phone_;
     bool hasHeard_ = false; ///< what the tweak has

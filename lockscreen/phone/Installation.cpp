@@ -34,7 +34,8 @@ std::vector<Application> readApplications() {
 std::vector<AppViewInfo> readViews(const platform::ProbeLimits& limits) {
     std::vector<AppViewInfo> views;
     for (PluginTexts& texts : askPlugins(limits))
-        views.push_back({std::move(texts.identifier), std::move(texts.name), std::move(texts.appID), false});
+        views.push_back({std::move(texts.identifier), std::move(texts.name), std::move(texts.appID), texts.secure,
+                         texts.draws, std::move(texts.bundle)});
     return views;
 }
 

@@ -9,8 +9,6 @@
 #include <charconv>
 #include <utility>
 
-using platform::Result;
-
 namespace lumora {
 namespace {
 
@@ -72,16 +70,6 @@ std::tm earlier(std::tm time, int minutes) {
 }
 
 } // namespace
-
-Result<Phone> Phone::with(PhoneOptions options, Installed installed) {
-    for (const std::string& identifier : options.secure) {
-        const auto view = std::ranges::find(installed.views, identifier, &AppViewInfo::identifier);
-        if (view == installed.views.end())
-            return Result<Phone>::failure("there is no App View " + identifier + " to secure");
-        view->secure = true;
-    }
-    return Phone(std::move(options), std::move(installed));
-}
 
 Phone::Phone(PhoneOptions options, Installed installed)
     : options_(std::move(options)), installed_(std::move(installed)) {

@@ -2,8 +2,6 @@
 
 #include "lockscreen/Device.h"
 
-#include "platform/foundation/Result.h"
-
 #include <ctime>
 #include <optional>
 #include <string>
@@ -21,17 +19,15 @@ struct Installed {
 /// What of a sample phone can be chosen.
 struct PhoneOptions {
     platform::CGSize size{390, 844};
-    std::string passcode = "1234";   ///< there is one, so that what is about unlocking has something to unlock
-    double battery = 0.82;           ///< from 0 to 1
-    std::optional<std::tm> time;     ///< in place of the present one; stands still
-    std::vector<std::string> secure; ///< identifiers of App Views
+    std::string passcode = "1234"; ///< there is one, so that what is about unlocking has something to unlock
+    double battery = 0.82;         ///< from 0 to 1
+    std::optional<std::tm> time;   ///< in place of the present one; stands still
 };
 
 /// A sample phone: what is installed, with notices and badges of it. Immutable; any thread.
 class Phone {
   public:
-    /// Fails for a secure App View that is not installed.
-    [[nodiscard]] static platform::Result<Phone> with(PhoneOptions options, Installed installed);
+    Phone(PhoneOptions options, Installed installed);
 
     /// The phone at a time of the clock, such as std::time(). The picture and the measure of texts are not its own.
     [[nodiscard]] Device device(std::time_t now) const;
@@ -39,8 +35,6 @@ class Phone {
     [[nodiscard]] static std::time_t nextChange(std::time_t now) { return now - now % 60 + 60; }
 
   private:
-    Phone(PhoneOptions options, Installed installed);
-
     PhoneOptions options_;
     Installed installed_;
 };

@@ -8,10 +8,10 @@ _lumora_lockscreen() {
         --grab | --play | --settings | --scenes) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
         --wallpaper) mapfile -t COMPREPLY < <(compgen -f -W 'dusk day night' -- "$word") ;;
         --surface) mapfile -t COMPREPLY < <(compgen -W 'N A V P O' -- "$word") ;;
-        --size | --passcode | --time | --battery | --secure | --idle) ;;
+        --size | --passcode | --time | --battery | --text-size | --idle) ;;
         *)
             mapfile -t COMPREPLY < <(compgen -W '--root --landscape --size --passcode --wallpaper --surface --time --battery
-                --secure --play --idle --settings --state --grab --tour --scenes --log --help --version' -- "$word")
+                --text-size --play --idle --settings --state --grab --tour --scenes --log --help --version' -- "$word")
             ;;
     esac
 }

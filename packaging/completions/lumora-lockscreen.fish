@@ -11,7 +11,7 @@ complete -c lumora-lockscreen -l wallpaper -r -F -a 'dusk day night' -d 'What is
 complete -c lumora-lockscreen -l surface -x -a 'N A V P O' -d 'Where to begin'
 complete -c lumora-lockscreen -l time -x -d 'The time to show, today or on a day'
 complete -c lumora-lockscreen -l battery -x -d 'How full it is, in percent'
-complete -c lumora-lockscreen -l secure -x -d 'Have this App View hide its contents'
+complete -c lumora-lockscreen -l text-size -x -d 'How large texts in App Views are, 100 as usual'
 complete -c lumora-lockscreen -l play -r -F -d 'Do the gestures of a file'
 complete -c lumora-lockscreen -l idle -x -d 'Seconds that pass without a touch'
 complete -c lumora-lockscreen -l settings -r -F -d 'Draw the settings of a file'

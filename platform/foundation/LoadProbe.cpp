@@ -26,23 +26,13 @@ using namespace std::chrono_literals;
 using Heard = ChildProcess::Heard;
 using Verdict = Probed::Verdict;
 
-constexpr std::uint64_t kMemory = std::uint64_t{4} << 30;
-constexpr std::size_t kDescriptors = 1024;
 /// What a command line may hold everywhere, with room to spare.
 constexpr std::size_t kMostArguments = std::size_t{100} << 10;
 /// The longest answer of a probe, which shortens texts so that it stays below.
 constexpr std::size_t kMostTold = std::size_t{1} << 20;
 constexpr std::size_t kLongestLine = 100;
 constexpr auto kToStart = 10s;
-
-/// What an answer has to begin with, so that nothing that a plug-in writes by chance is taken for one.
-std::string newToken() {
-    std::random_device random;
-    std::string token;
-    for (int i = 0; i < 16; ++i)
-        token += "0123456789abcdef"[random() % 16];
-    return token;
-}
+constexpr const char* kScribbles = "it writes into files that are not its own";
 
 /// Why a process that ended by itself did so.
 std::string howItEnded(int status) {
@@ -126,29 +116,17 @@ class Walk {
     /// Nothing while more must come. Fails for bytes that are no answer.
     Result<std::optional<Probed>> takeAnswer(std::size_t index) {
         using Answer = Result<std::optional<Probed>>;
-        const auto scribble = [] { return Answer::failure("it writes into files that are not its own"); };
-        const std::size_t end = unread_.find('\n');
-        if (end == std::string::npos && unread_.size() > kLongestLine) return scribble();
-        if (end == std::string::npos) return {std::nullopt};
-        const std::string line = unread_.substr(0, end + 1);
-        const std::size_t last = line.rfind(' ');
-        std::size_t length = 0;
-        if (last == std::string::npos || last == 0) return scribble();
-        std::from_chars(line.data() + last + 1, line.data() + end, length);
-        const char answer = line[last - 1];
-        if (length > kMostTold || std::string_view("sdu").find(answer) == std::string_view::npos ||
-            line != probeAnswerLine(token_, index, answer, length))
-            return scribble();
-        if (unread_.size() < line.size() + length) return {std::nullopt};
-        const std::string text = unread_.substr(line.size(), length);
-        unread_.erase(0, line.size() + length);
+        const auto taken = takeProbeAnswer(unread_, token_, index, "sdu", kMostTold);
+        if (!taken) return Answer::failure(taken.error());
+        if (!taken.value()) return {std::nullopt};
+        const auto& [answer, text] = *taken.value();
         Probed probed{static_cast<Verdict>(answer), {}, {}, child_->printed()};
         const bool safe = probed.verdict == Verdict::safe;
         if (!safe) probed.why = text;
         if (!safe || text.empty()) return {probed};
         const Result<Value> told = readPropertyList(Data(text.begin(), text.end()));
         if (told && told.value().dictionary()) probed.told = *told.value().dictionary();
-        if (probed.told.empty()) return scribble();
+        if (probed.told.empty()) return Answer::failure(kScribbles);
         return {probed};
     }
 
@@ -169,7 +147,7 @@ class Errand {
              std::vector<Probed>& results) const {
         while (first < last) {
             const std::size_t end = std::min(last, first + count(paths, first));
-            const std::string token = newToken();
+            const std::string token = newProbeToken();
             auto child = start(paths, first, end, token);
             std::string why = child ? "lumora-probe does not begin" : child.error();
             if (child) {
@@ -200,7 +178,7 @@ class Errand {
                                          std::string{static_cast<char>(kind_)},
                                          std::string{static_cast<char>(report_)}};
         command.insert(command.end(), paths.begin() + std::ptrdiff_t(first), paths.begin() + std::ptrdiff_t(end));
-        return ChildProcess::start(command, {.memory = kMemory, .descriptors = kDescriptors});
+        return ChildProcess::start(command, kForeignCodeLimits);
     }
     /// The first that this probe has not decided.
     static std::size_t follow(Walk& walk, const std::vector<fs::path>& paths, std::size_t first, std::size_t end,
@@ -224,8 +202,37 @@ class Errand {
 
 } // namespace
 
+std::string newProbeToken() {
+    std::random_device random;
+    std::string token;
+    for (int i = 0; i < 16; ++i)
+        token += "0123456789abcdef"[random() % 16];
+    return token;
+}
+
 std::string probeAnswerLine(const std::string& token, std::size_t index, char answer, std::size_t length) {
     return token + " " + std::to_string(index) + " " + answer + " " + std::to_string(length) + "\n";
+}
+
+Result<std::optional<ProbeAnswer>> takeProbeAnswer(std::string& unread, const std::string& token, std::size_t index,
+                                                   std::string_view expected, std::size_t most) {
+    const auto scribble = [] { return Result<std::optional<ProbeAnswer>>::failure(kScribbles); };
+    const std::size_t end = unread.find('\n');
+    if (end == std::string::npos && unread.size() > kLongestLine) return scribble();
+    if (end == std::string::npos) return {std::nullopt};
+    const std::string line = unread.substr(0, end + 1);
+    const std::size_t last = line.rfind(' ');
+    std::size_t length = 0;
+    if (last == std::string::npos || last == 0) return scribble();
+    std::from_chars(line.data() + last + 1, line.data() + end, length);
+    const char answer = line[last - 1];
+    if (length > most || expected.find(answer) == std::string_view::npos ||
+        line != probeAnswerLine(token, index, answer, length))
+        return scribble();
+    if (unread.size() < line.size() + length) return {std::nullopt};
+    ProbeAnswer taken{answer, unread.substr(line.size(), length)};
+    unread.erase(0, line.size() + length);
+    return {std::move(taken)};
 }
 
 std::vector<Probed> probe(ForeignCode kind, const std::vector<fs::path>& paths, ProbeReport report,

@@ -1,11 +1,16 @@
 #pragma once
 
 #include "platform/Export.h"
+#include "platform/foundation/ChildProcess.h"
+#include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace platform {
@@ -18,6 +23,9 @@ struct ProbeLimits {
     std::chrono::milliseconds clock{10'000};
     std::chrono::milliseconds processor{2'000};
 };
+
+/// What of the machine a process may take in which strangers' code runs.
+inline constexpr ChildLimits kForeignCodeLimits{.memory = std::uint64_t{4} << 30, .descriptors = 1024};
 
 /// What came of one trial.
 struct Probed {
@@ -54,8 +62,22 @@ probe(ForeignCode kind, const std::vector<std::filesystem::path>& paths, ProbeRe
 /// What is being tried just now: of several, the one begun first; empty for nothing. Any thread.
 [[nodiscard]] PLATFORM_EXPORT std::filesystem::path beingTried();
 
+/// What an answer has to begin with, so that nothing that strangers' code writes by chance is taken for one. Any thread.
+[[nodiscard]] PLATFORM_EXPORT std::string newProbeToken();
+
 /// The line that the probe writes ahead of each answer of `length` bytes.
 [[nodiscard]] PLATFORM_EXPORT std::string probeAnswerLine(const std::string& token, std::size_t index, char answer,
                                                           std::size_t length);
+
+struct ProbeAnswer {
+    char answer = 0; ///< one of those that are expected
+    std::string text;
+};
+
+/// Takes the answer of that index off the front of what a probe has written; nothing while more must come. Fails for bytes
+/// that are no such answer, or for one that is longer than `most`. Any thread.
+[[nodiscard]] PLATFORM_EXPORT Result<std::optional<ProbeAnswer>>
+takeProbeAnswer(std::string& unread, const std::string& token, std::size_t index, std::string_view expected,
+                std::size_t most);
 
 } // namespace platform

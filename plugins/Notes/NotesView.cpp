@@ -1,6 +1,8 @@
 // The Notes application's App View, with a settings page of its own.
 #include <lumora/SettingsController.h>
 
+#include "NotesDrawing.h"
+
 namespace {
 
 using platform::Dictionary;
@@ -48,6 +50,8 @@ const LumoraAppView notesView{
     .name = [] { return "Notes"; },
     .appID = [] { return "org.lumora.samples.Notes"; },
     .settingsController = settingsController,
+    .flags = LUMORA_APP_VIEW_SECURE,
+    .draw = notes::drawNotes,
 };
 
 const LumoraAppView* sharedInstance() {

@@ -1,6 +1,7 @@
-// The Weather application's App View, with a settings page. The page is the whole of this sample: what it sets, the
-// view would read from the tweak's settings under the same keys.
+// The Weather application's App View, with a settings page. What the page sets, the drawing reads under the same keys.
 #include <lumora/SettingsController.h>
+
+#include "Forecast.h"
 
 namespace {
 
@@ -46,6 +47,8 @@ const LumoraAppView weatherView{
     .name = [] { return "Weather"; },
     .appID = [] { return "org.lumora.samples.Weather"; },
     .settingsController = settingsController,
+    .flags = 0,
+    .draw = weather::drawForecast,
 };
 
 const LumoraAppView* sharedInstance() {

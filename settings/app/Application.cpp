@@ -172,6 +172,9 @@ int runApplication(int argc, char** argv, const Options& asked) {
     if (lockScreen) {
         QObject::connect(&shell, &Shell::held, lockScreen, &LockScreen::hold);
         QObject::connect(&shell, &Shell::released, lockScreen, &LockScreen::letGo);
+        lockScreen->setTextSize(shell.textSize());
+        QObject::connect(&shell, &Shell::lookChanged, lockScreen,
+                         [&shell, lockScreen] { lockScreen->setTextSize(shell.textSize()); });
     }
 
     History& history = *new History(shell, lockScreen, options.root.value_or(std::filesystem::path()));

@@ -43,6 +43,7 @@ QObject* LockScreen::face() {
     if (live_) return live_->model();
     lumora::LiveFace::Options options;
     options.ratio = ratio_;
+    options.textScale = textScale_;
     if (standsStill_) options.phone.time = lumora::timeFrom("2026-11-20T18:36");
     live_ = std::make_unique<lumora::LiveFace>(std::move(options));
     connect(live_.get(), &lumora::LiveFace::failed, this,
@@ -74,8 +75,13 @@ void LockScreen::setRatio(double ratio) {
     emit ratioChanged();
 }
 
+void LockScreen::setTextSize(int percent) {
+    textScale_ = percent / 100.0;
+    if (live_) live_->setTextScale(textScale_);
+}
+
 bool LockScreen::isComplete() const {
-    return live_ && hasHeard_ && isInstalled_ && live_->hasPicture() && live_->icons().isComplete();
+    return live_ && hasHeard_ && isInstalled_ && live_->hasPicture() && live_->icons().isComplete() && live_->views().isComplete();
 }
 
 void LockScreen::hold(const QString& key, double number) {

@@ -43,6 +43,8 @@ class LockScreen : public QObject {
     void setRatio(double ratio);
     /// Shows these settings in place of the tweak's until there are none.
     void preview(std::optional<platform::Dictionary> settings);
+    /// How large texts in App Views are, in percent of the usual size.
+    void setTextSize(int percent);
     /// Whether it shows everything that there is to show.
     [[nodiscard]] bool isComplete() const;
 
@@ -63,6 +65,7 @@ class LockScreen : public QObject {
     std::optional<platform::Dictionary> previewed_;
     bool shown_ = false;
     double ratio_ = 1;
+    double textScale_ = 1;
     bool hasHeard_ = false;
     bool isInstalled_ = false; ///< what is installed is known
     std::unique_ptr<lumora::LiveFace> live_;

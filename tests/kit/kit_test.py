@@ -143,7 +143,7 @@ class Kit(unittest.TestCase):
     @staticmethod
     def my_view():
         return {"entry": "MyView.bundle", "name": "My View", "identifier": "com.example.myview",
-                "appID": "org.example.Application", "settings": True}
+                "appID": "org.example.Application", "settings": True, "secure": False, "draws": False}
 
     def test_a_plug_in_in_c_needs_the_c_compiler_only(self):
         bundle = self.scratch() / "ClockView.bundle"

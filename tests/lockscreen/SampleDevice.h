@@ -35,7 +35,8 @@ inline lumora::Device sampleDevice(bool landscape = false, std::string passcode 
     for (const std::string name : {"Books", "Camera", "Clock", "Mail", "Messages", "Music", "Phone", "Weather"})
         device.applications.push_back({"org.lumora.samples." + name, name});
     device.views = {{"org.lumora.plugins.clock", "Clock", "org.lumora.samples.Clock", false},
-                    {"org.lumora.plugins.weather", "Weather", "org.lumora.samples.Weather", true}};
+                    {"org.lumora.plugins.weather", "Weather", "org.lumora.samples.Weather", false},
+                    {"org.lumora.plugins.notes", "Notes", "org.lumora.samples.Notes", true}};
     device.notices = {{"org.lumora.samples.Messages", "Ines", "The ridge is glowing, come outside!", "now"},
                       {"org.lumora.samples.Mail", "Boathouse", "Your key is ready at the front desk", "17:52"}};
     device.badges = {{"org.lumora.samples.Messages", 3}, {"org.lumora.samples.Mail", 120}};

@@ -48,7 +48,7 @@ const char* name() {
     static const std::string text = ownName();
     return text.c_str();
 }
-const LumoraAppView view{LUMORA_APP_VIEW_VERSION, name, name, name, settingsController};
+const LumoraAppView view{LUMORA_APP_VIEW_VERSION, name, name, name, settingsController, 0, nullptr};
 const LumoraAppView* sharedInstance() {
     return &view;
 }

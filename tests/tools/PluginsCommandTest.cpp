@@ -78,7 +78,9 @@ TEST_F(PluginsCommand, TellsEverythingAsJson) {
                                                      {"name", "Radio"},
                                                      {"identifier", "test.same"},
                                                      {"appID", "test.same"},
-                                                     {"settings", true}}));
+                                                     {"settings", true},
+                                                     {"secure", false},
+                                                     {"draws", false}}));
     plugins.add("Foo.Bundle", "TestPlugin");
     const Finished both = list({"--json", plugins.path().string()});
     EXPECT_EQ(both.status, 1);

@@ -1,7 +1,7 @@
 import QtQuick
 import LumoraFace
 
-// An App View: a card with the plug-in's icon and name.
+// An App View: a card with the plug-in's icon and name, and what it draws.
 Item {
     id: view
     required property FaceModel face
@@ -27,6 +27,7 @@ Item {
     ]
     Accessible.role: Accessible.Grouping
     Accessible.name: part.title.text
+    Accessible.description: part.locked ? "" : card.words
 
     Pane {
         face: view.face
@@ -44,7 +45,26 @@ Item {
     }
     Words {
         part: view.part.title
+        width: part.frame.width - (caption.text === "" ? 0 : caption.width + 12 * view.unit)
         font.weight: Font.DemiBold
+    }
+    Text {
+        id: caption
+        x: view.part.title.frame.x + view.part.title.frame.width - width
+        y: view.part.title.frame.y
+        width: Math.min(implicitWidth, view.part.title.frame.width / 2)
+        height: view.part.title.frame.height
+        visible: !view.part.locked && text !== ""
+        text: card.caption
+        color: view.part.title.color
+        opacity: 0.8
+        font.family: FaceFonts.text
+        font.pointSize: 14 * view.unit * FaceFonts.pointsPerPoint
+        textFormat: Text.PlainText
+        renderType: Text.QtRendering
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
     }
     Rectangle {
         x: view.frame.x + 18 * view.unit
@@ -58,11 +78,23 @@ Item {
         id: picture
         face: view.face
         identifier: view.part.application
-        visible: !view.part.locked
+        visible: !view.part.locked && !card.draws
         width: Math.min(96 * view.unit, (view.frame.height - 74 * view.unit) / 2)
         height: width
         x: view.frame.x + (view.frame.width - width) / 2
         y: view.frame.y + 58 * view.unit + (view.frame.height - 58 * view.unit - height) / 2
+    }
+    ViewCard {
+        id: card
+        face: view.face
+        identifier: view.part.identifier
+        ink: view.part.title.color
+        unit: view.unit
+        visible: !view.part.locked
+        x: view.frame.x + 18 * view.unit
+        y: view.frame.y + 72 * view.unit
+        width: view.frame.width - 36 * view.unit
+        height: view.frame.height - 88 * view.unit
     }
     Column {
         visible: view.part.locked
@@ -85,6 +117,13 @@ Item {
             font.pointSize: 15 * view.unit * FaceFonts.pointsPerPoint
             renderType: Text.QtRendering
         }
+    }
+    Loader { // most never need it
+        readonly property bool needed: !view.part.locked && (card.stopped || card.tooMuch)
+        anchors.fill: card
+        z: 1
+        visible: needed
+        onNeededChanged: if (needed && status === Loader.Null) setSource("ViewFault.qml", {card: card})
     }
     Repeater {
         model: [{gesture: "tap appView", name: `Open ${view.part.title.text}`}, {gesture: "swipe down", name: "Close"},

@@ -45,7 +45,7 @@ const char* name() {
     static const std::string text = ownName();
     return text.c_str();
 }
-const LumoraAppView view{LUMORA_APP_VIEW_VERSION, identifier, name, identifier, settingsController};
+const LumoraAppView view{LUMORA_APP_VIEW_VERSION, identifier, name, identifier, settingsController, 0, nullptr};
 const LumoraAppView* sharedInstance() {
     return &view;
 }

@@ -120,7 +120,7 @@ const LumoraSettingsController* settingsController() {
 
 const LumoraAppView* sharedInstance() {
     asked() += "sharedInstance ";
-    static LumoraAppView view{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController};
+    static LumoraAppView view{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController, 0, nullptr};
     misbehave("instance");
     const std::string how = kind();
     if (how == "printing") std::puts("hello\033[2J from a plug-in");

@@ -250,7 +250,7 @@ TEST_F(LockScreen, SaysWhatIsWrongWithItsUse) {
         {{"--state", "--settings", file("list.json", "[1]")}, "is no object of settings"},
         {{"--state", "--settings", file("bare.json", R"({"lumora": 1})")}, "bare.json: it has no \"settings\""},
         {{"--state", "--settings", settings, "--play", file("bad", "tap\nhop\n")}, "bad, line 2: no gesture begins so"},
-        {{"--state", "--settings", settings, "--secure", "view.strange"}, "there is no App View view.strange"},
+        {{"--state", "--text-size", "20"}, "--text-size"},
         {{"--dance"}, "--dance"},
         {{"leftover"}, "leftover"},
     };
@@ -269,12 +269,14 @@ TEST_F(LockScreen, FailsWhereTheSettingsLeaveNoWay) {
     EXPECT_EQ(finished.output, "");
 }
 
-TEST_F(LockScreen, SecuresAppViews) {
-    const std::vector<std::string> words{"--surface", "V",        "--passcode",
-                                         kDigits,     "--secure", "org.lumora.plugins.clock"};
-    EXPECT_EQ(at(shown({}, words), "look.appView.locked"), Value(true));
-    EXPECT_EQ(at(shown({{lumora::kAutoUnlockWidgetPasscode, kDigits}}, words), "look.appView.locked"), Value(false));
-    EXPECT_EQ(at(shown({}, {"--surface", "V"}), "look.appView.secure"), Value(false));
+TEST_F(LockScreen, SecuresAppViewsThatSaySoThemselves) {
+    const std::vector<std::string> words{"--surface", "V", "--passcode", kDigits};
+    const Dictionary secure{{lumora::kAppViewsEnabled, List{"org.lumora.plugins.notes"}}};
+    Dictionary open = secure;
+    open.set(lumora::kAutoUnlockWidgetPasscode, kDigits);
+    EXPECT_EQ(at(shown(secure, words), "look.appView.locked"), Value(true));
+    EXPECT_EQ(at(shown(open, words), "look.appView.locked"), Value(false));
+    EXPECT_EQ(at(shown({}, words), "look.appView.secure"), Value(false));
 }
 
 TEST_F(LockScreen, AsksTheTweakOnce) {
@@ -305,8 +307,8 @@ TEST_F(LockScreen, TellsItsVersionAndItsUse) {
     const Finished help = lockscreen({"--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* option : {"--root", "--landscape", "--size", "--passcode", "--wallpaper", "--surface", "--time",
-                               "--battery", "--secure", "--idle", "--play", "--state", "--grab", "--tour", "--scenes",
-                               "--settings", "--log", "tap icons[2]"})
+                               "--battery", "--text-size", "--idle", "--play", "--state", "--grab", "--tour",
+                               "--scenes", "--settings", "--log", "tap icons[2]"})
         EXPECT_THAT(help.output, HasSubstr(option));
 }
 

@@ -42,7 +42,6 @@ inline const auto* const scenery = testing::AddGlobalTestEnvironment(new Scenery
 inline lumora::Options upright() {
     lumora::Options options;
     options.phone.time = lumora::timeFrom("2026-11-20T18:36");
-    options.phone.secure = {"org.lumora.plugins.weather"};
     return options;
 }
 

@@ -56,6 +56,8 @@ class OpenFace {
 
     [[nodiscard]] lumora::LiveFace& live() { return live_; }
     [[nodiscard]] lumora::FaceModel& model() { return *live_.model(); }
+    [[nodiscard]] QObject& face() { return *face_; }
+    [[nodiscard]] QImage picture() { return window_.grabWindow(); }
     [[nodiscard]] int frames() const { return frames_; }
     /// What the present settings have it show.
     [[nodiscard]] std::string subtitle() {

@@ -35,7 +35,7 @@ struct Phones : testing::Test {
     }
     static Device device(PhoneOptions options,
                          const std::vector<std::string>& names = {"Calendar", "Mail", "Messages"}) {
-        return Phone::with(std::move(options), installed(names)).value().device(0);
+        return Phone(std::move(options), installed(names)).device(0);
     }
 
     tests::KeptEnvironment environment;
@@ -80,27 +80,15 @@ TEST_F(Phones, TellWhatCameBeforeMidnight) {
 TEST_F(Phones, GoOnWithTheClockUnlessTheirTimeIsChosen) {
     ::setenv("TZ", "UTC", 1);
     ::tzset();
-    const Phone going = Phone::with({}, installed({})).value();
+    const Phone going({}, installed({}));
     constexpr std::time_t kEvening = 1795199760; // of 20 November 2026
     EXPECT_EQ(going.device(kEvening).time, "18:36");
     EXPECT_EQ(going.device(kEvening).date, "Friday · 20 November");
     EXPECT_EQ(Phone::nextChange(kEvening + 59), kEvening + 60);
     EXPECT_EQ(Phone::nextChange(kEvening), kEvening + 60);
     EXPECT_EQ(going.device(Phone::nextChange(kEvening)).time, "18:37");
-    const Phone standing = Phone::with(at("2026-11-20T18:36"), installed({})).value();
+    const Phone standing(at("2026-11-20T18:36"), installed({}));
     EXPECT_EQ(standing.device(kEvening).time, standing.device(kEvening + 86400).time);
-}
-
-TEST_F(Phones, SecureTheAppViewsThatAreNamed) {
-    PhoneOptions options;
-    options.secure = {"view.notes"};
-    const Device shown = device(options);
-    EXPECT_FALSE(shown.view("view.clock")->secure);
-    EXPECT_TRUE(shown.view("view.notes")->secure);
-    options.secure.emplace_back("view.strange");
-    const auto refused = Phone::with(options, installed({}));
-    ASSERT_FALSE(refused);
-    EXPECT_THAT(refused.error(), HasSubstr("view.strange"));
 }
 
 TEST_F(Phones, SpeakTheUsersLanguage) {

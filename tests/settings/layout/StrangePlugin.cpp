@@ -49,7 +49,7 @@ LUMORA_SETTINGS_CONTROLLER(StrangePage, settingsController)
 const char* identifier() {
     return text().c_str();
 }
-const LumoraAppView view{LUMORA_APP_VIEW_VERSION, identifier, identifier, identifier, settingsController};
+const LumoraAppView view{LUMORA_APP_VIEW_VERSION, identifier, identifier, identifier, settingsController, 0, nullptr};
 const LumoraAppView* sharedInstance() {
     return &view;
 }

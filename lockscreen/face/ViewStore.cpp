@@ -1,0 +1,225 @@
+#include "lockscreen/face/ViewStore.h"
+
+#include "platform/services/PictureDecoder.h"
+
+#include <QMetaObject>
+
+#include <algorithm>
+#include <chrono>
+#include <mutex>
+#include <system_error>
+#include <utility>
+
+namespace lumora {
+namespace {
+
+using Outcome = ViewAnswer::Outcome;
+
+/// A picture as the program draws it that draws strangers' pictures.
+QImage pictureOf(const std::filesystem::path& bundle, const std::string& name, int pixels) {
+    std::error_code failed;
+    for (const char* ending : {".svg", "@2x.png", ".png"}) {
+        const std::filesystem::path file = bundle / (name + ending);
+        if (!std::filesystem::exists(file, failed)) continue;
+        auto& decoder = platform::PictureDecoder::shared();
+        platform::PicturePatience patience(std::chrono::seconds(1));
+        const auto drawn = decoder.wait(decoder.order({{file, pixels}}), patience, nullptr);
+        if (!drawn || drawn->empty()) return {};
+        const platform::Data& png = drawn->front();
+        return QImage::fromData(png.data(), static_cast<int>(png.size()));
+    }
+    return {};
+}
+
+/// What the painting thread needs to know.
+struct Easel {
+    std::atomic<bool> closed = false;
+    std::mutex mutex;
+    DrawingPlace place;
+
+    [[nodiscard]] DrawingPlace placeNow() {
+        const std::lock_guard lock(mutex);
+        return place;
+    }
+};
+
+} // namespace
+
+/// What the painting thread hands over.
+struct ViewStore::Painted {
+    int host = 0;
+    std::uint64_t question = 0;
+    Drawn drawn;
+    double again = 0;
+};
+
+struct ViewStore::View {
+    explicit View(AppViewInfo about) : info(std::move(about)) {}
+    View(const View&) = delete;
+    View& operator=(const View&) = delete;
+    ~View() { end(); }
+    /// Ends its process.
+    void end() {
+        if (easel) easel->closed = true;
+        host.reset();
+        easel.reset();
+        asked.reset();
+        awaited = answered = 0;
+    }
+
+    AppViewInfo info;
+    Drawn drawn;
+    std::shared_ptr<Easel> easel;
+    std::unique_ptr<ViewHost> host; ///< while it is seen
+    int hostNumber = 0;
+    std::optional<DrawingQuestion> asked;
+    DrawingPlace place; ///< of what was asked
+    std::uint64_t awaited = 0;
+    std::uint64_t answered = 0;
+};
+
+ViewStore::ViewStore(QObject* parent) : QObject(parent) {
+    again_.setSingleShot(true);
+    again_.setTimerType(Qt::PreciseTimer);
+    connect(&again_, &QTimer::timeout, this, [this] { ask(true); });
+}
+
+ViewStore::~ViewStore() = default;
+
+void ViewStore::setViews(const std::vector<AppViewInfo>& views) {
+    views_.clear();
+    for (const AppViewInfo& view : views)
+        if (view.draws) views_.emplace(QString::fromStdString(view.identifier), std::make_unique<View>(view));
+    emit changed({});
+    ask();
+}
+
+void ViewStore::setSettings(const platform::Dictionary& settings) {
+    settings_ = settings;
+    ask();
+}
+
+void ViewStore::setTextScale(double scale) {
+    textScale_ = scale;
+    ask();
+}
+
+void ViewStore::setVisible(bool visible) {
+    if (visible == std::exchange(visible_, visible)) return;
+    if (visible)
+        ask();
+    else if (View* view = seen())
+        rest(*view);
+}
+
+void ViewStore::show(const QString& identifier, const DrawingPlace& place) {
+    if (identifier != shown_) hide(shown_);
+    shown_ = identifier;
+    place_ = place;
+    ask();
+}
+
+void ViewStore::hide(const QString& identifier) {
+    if (identifier != shown_) return;
+    if (View* view = seen()) rest(*view);
+    shown_.clear();
+}
+
+void ViewStore::rest(View& view) {
+    again_.stop();
+    view.end();
+}
+
+void ViewStore::restart(const QString& identifier) {
+    const auto found = views_.find(identifier);
+    if (found == views_.end() || found->second->drawn.fault != Fault::stopped) return;
+    found->second->drawn.fault = Fault::none;
+    found->second->end();
+    emit changed(identifier);
+    ask();
+}
+
+ViewStore::View* ViewStore::seen() {
+    const auto found = views_.find(shown_);
+    return found == views_.end() ? nullptr : found->second.get();
+}
+
+void ViewStore::ask(bool anew) {
+    View* view = seen();
+    if (!view || !visible_ || place_.points.isEmpty() || view->drawn.fault == Fault::stopped) return;
+    DrawingQuestion question{place_.points.width(),
+                             place_.points.height(),
+                             textScale_,
+                             place_.isDark(),
+                             {},
+                             ownSettings(settings_, view->info.identifier)};
+    if (!anew && view->asked && view->asked->isLike(question) && view->place == place_) return;
+    if (time_) {
+        question.time = *time_;
+        ::timegm(&question.time); // finds the day of the week
+    } else {
+        const std::time_t now = std::time(nullptr);
+        ::localtime_r(&now, &question.time);
+    }
+    again_.stop();
+    if (!view->host) {
+        view->easel = std::make_shared<Easel>();
+        view->easel->place = place_;
+        view->hostNumber = ++hosts_;
+        const auto paint = [this, identifier = shown_, host = view->hostNumber, easel = view->easel,
+                            bundle = view->info.bundle](const ViewAnswer& answer) {
+            Painted painted{host, answer.question, {}, answer.drawing.again};
+            if (answer.outcome == Outcome::drawn) {
+                painted.drawn.image = paintDrawing(
+                    answer.drawing, easel->placeNow(),
+                    [&](const std::string& name, int pixels) { return pictureOf(bundle, name, pixels); },
+                    easel->closed);
+                painted.drawn.caption = captionOf(answer.drawing);
+                painted.drawn.words = wordsOf(answer.drawing);
+            }
+            painted.drawn.fault = answer.outcome == Outcome::stopped ? Fault::stopped
+                                  : painted.drawn.image.isNull()     ? Fault::tooMuch
+                                                                     : Fault::none;
+            QMetaObject::invokeMethod(
+                this, [this, identifier, painted] { take(identifier, painted); }, Qt::QueuedConnection);
+        };
+        view->host = std::make_unique<ViewHost>(view->info.bundle, paint);
+    } else {
+        const std::lock_guard lock(view->easel->mutex);
+        view->easel->place = place_;
+    }
+    view->asked = question;
+    view->place = place_;
+    view->awaited = view->host->draw(std::move(question));
+}
+
+void ViewStore::take(const QString& identifier, const Painted& painted) {
+    const auto found = views_.find(identifier);
+    // It may have been hidden since, and shown again.
+    if (found == views_.end() || !found->second->host || found->second->hostNumber != painted.host) return;
+    View& view = *found->second;
+    view.answered = painted.question;
+    const bool stays = painted.drawn.fault != Fault::none; // the last drawing
+    Drawn drawn = stays ? view.drawn : painted.drawn;
+    drawn.fault = painted.drawn.fault;
+    view.drawn = std::move(drawn);
+    if (view.drawn.fault == Fault::stopped) view.end();
+    if (painted.again > 0 && !time_ && view.awaited == view.answered)
+        again_.start(static_cast<int>(painted.again * 1000));
+    emit changed(identifier);
+}
+
+bool ViewStore::draws(const QString& identifier) const {
+    return views_.contains(identifier);
+}
+
+ViewStore::Drawn ViewStore::drawn(const QString& identifier) const {
+    const auto found = views_.find(identifier);
+    return found == views_.end() ? Drawn() : found->second->drawn;
+}
+
+bool ViewStore::isComplete() const {
+    return std::ranges::all_of(views_, [](const auto& view) { return view.second->awaited == view.second->answered; });
+}
+
+} // namespace lumora

@@ -1,0 +1,167 @@
+// App Views whose plug-ins draw well and badly, on a screen that goes on.
+
+#include "link/PreferenceKeys.h"
+#include "tests/lists/PluginFolder.h"
+#include "tests/lockscreen/live/OpenFace.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+namespace {
+
+using namespace lumora;
+using platform::Dictionary;
+using platform::List;
+using tests::comes;
+using Fault = ViewStore::Fault;
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kSanitized = true; // without limits of memory
+#else
+constexpr bool kSanitized = false;
+#endif
+
+/// How many processes this one has started that are still there.
+int children() {
+    int count = 0;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream list(thread.path() / "children");
+        for (std::string id; list >> id; ++count) {
+        }
+    }
+    return count;
+}
+
+/// A screen with one App View, of the test plug-in, which is asked to do what its name says or its settings.
+struct Views : testing::Test {
+    void open(const std::string& kind, const Dictionary& others = {{kAutoUnlockWidgetPasscode, "1234"}}) {
+        plugins.add(kind + "-1.bundle", "DrawingPlugin");
+        view = "test." + kind + "-1";
+        screen.live().take(Installation::readNow());
+        settings = {{kTweakEnabled, true}, {kAppViewsEnabled, List{view}}};
+        for (const auto& [key, value] : others)
+            settings.set(key, value);
+        screen.model().setSettings(settings, {});
+        screen.model().show(Surface::appView);
+    }
+    void set(const std::string& key, const platform::Value& value) {
+        settings.set(key, value);
+        screen.model().setSettings(settings, {key});
+    }
+    [[nodiscard]] ViewStore::Drawn drawn() { return screen.live().views().drawn(QString::fromStdString(view)); }
+    bool becomes(Fault fault) {
+        return comes([&] { return screen.live().views().isComplete() && drawn().fault == fault; });
+    }
+    /// A text or a button of the card that is seen.
+    QQuickItem* item(const QString& words) {
+        for (auto* one : screen.face().findChildren<QQuickItem*>())
+            if (one->isVisible() && one->property("text").toString() == words) return one;
+        return nullptr;
+    }
+
+    tests::PluginFolder plugins;
+    tests::OpenFace screen;
+    std::string view;
+    Dictionary settings;
+};
+
+TEST_F(Views, ShowWhatTheirPlugInsDraw) {
+    open("each", {{"test.each-1.word", "Lakeside"}, {kAutoUnlockWidgetPasscode, "1234"}});
+    ASSERT_TRUE(comes([&] { return !drawn().image.isNull(); }));
+    EXPECT_EQ(drawn().image.pixelColor(drawn().image.width() - 2, drawn().image.height() - 2), QColor(Qt::red));
+    EXPECT_TRUE(comes([&] { return item("Lakeside"); }));
+    const QImage picture = screen.picture();
+    const double ratio = screen.live().options().ratio;
+    EXPECT_EQ(picture.pixelColor(int(340 * ratio), int(690 * ratio)), QColor(Qt::red));
+
+    set("test.each-1.word", "Harbour");
+    EXPECT_TRUE(comes([&] { return item("Harbour"); }));
+}
+
+TEST_F(Views, AreNotDrawnAnewForWhatIsNoneOfTheirs) {
+    open("each");
+    ASSERT_TRUE(comes([&] { return !drawn().image.isNull(); }));
+    const auto before = drawn().image.cacheKey();
+    set(kLSDateSubtitle, "other words");
+    set("test.each-2.word", "of another");
+    EXPECT_TRUE(screen.live().views().isComplete());
+    EXPECT_EQ(drawn().image.cacheKey(), before);
+}
+
+TEST_F(Views, HaveAProcessOnlyWhileTheyAreSeen) {
+    open("each");
+    ASSERT_TRUE(comes([&] { return !drawn().image.isNull(); }));
+    EXPECT_EQ(children(), 1);
+    screen.model().show(Surface::notices);
+    EXPECT_TRUE(comes([] { return children() == 0; }));
+    EXPECT_FALSE(drawn().image.isNull()) << "what it has drawn stays";
+    screen.model().show(Surface::appView);
+    EXPECT_TRUE(comes([] { return children() == 1; }));
+    screen.live().setVisible(false);
+    EXPECT_TRUE(comes([] { return children() == 0; }));
+}
+
+TEST_F(Views, ThatAreSecureAreNotEvenDrawnOnALockedPhone) {
+    open("each", {});
+    EXPECT_TRUE(comes([&] { return item("Needs the passcode"); }));
+    EXPECT_EQ(children(), 0);
+    EXPECT_TRUE(drawn().image.isNull());
+    set(kAutoUnlockWidgetPasscode, "1234");
+    EXPECT_TRUE(comes([&] { return !drawn().image.isNull(); }));
+    EXPECT_FALSE(item("Needs the passcode"));
+}
+
+TEST_F(Views, ThatCrashSaySoAndAreRestarted) {
+    open("fragile");
+    ASSERT_TRUE(comes([&] { return !drawn().image.isNull(); }));
+    set("test.fragile-1.does", "crashing");
+    ASSERT_TRUE(becomes(Fault::stopped));
+    EXPECT_FALSE(drawn().image.isNull()) << "the last drawing stays";
+    EXPECT_TRUE(comes([&] { return item("stopped") && item("Restart"); }));
+    EXPECT_EQ(children(), 0);
+    // Nothing tries it again but a person.
+    set("test.fragile-1.does", "each");
+    EXPECT_TRUE(screen.live().views().isComplete());
+    EXPECT_EQ(drawn().fault, Fault::stopped);
+    auto* card = item("Restart")->parentItem();
+    const QPointF middle = card->mapToScene(QPointF(card->width() / 2, card->height() / 2));
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent click(type, middle, middle, Qt::LeftButton,
+                          type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(card->window(), &click);
+    }
+    EXPECT_TRUE(comes([&] { return drawn().fault == Fault::none && !item("stopped"); }));
+    EXPECT_EQ(screen.model().behaviour().state().surface, Surface::appView) << "the tap was the button's";
+}
+
+TEST_F(Views, LeaveTheScreenAsFastAsItIsWhileTheyHang) {
+    open("sleeping");
+    ASSERT_TRUE(comes([] { return children() == 1; }));
+    for (const char* words : {"one", "two", "three", "four", "five"}) {
+        const int before = screen.frames();
+        set(kLSDateSubtitle, words);
+        ASSERT_TRUE(comes([&] { return screen.frames() > before && screen.subtitle() == words; }));
+    }
+    EXPECT_EQ(drawn().fault, Fault::none) << "it has not been given up yet";
+    ASSERT_TRUE(becomes(Fault::stopped));
+}
+
+TEST_F(Views, OfBadPlugInsHarmNothing) {
+    for (const auto& [kind, fault] :
+         {std::pair("crashing", Fault::stopped), std::pair("looping", Fault::stopped),
+          std::pair("garbling", Fault::stopped), std::pair("hungry", kSanitized ? Fault::none : Fault::stopped),
+          std::pair("many", Fault::tooMuch), std::pair("large", Fault::tooMuch), std::pair("flooding", Fault::none),
+          std::pair("odd", Fault::none)}) {
+        open(kind);
+        EXPECT_TRUE(becomes(fault)) << kind;
+        const QString words = fault == Fault::stopped ? "stopped" : "draws too much";
+        EXPECT_TRUE(fault == Fault::none || comes([&] { return item(words); })) << kind;
+        EXPECT_EQ(item("Restart") != nullptr, fault == Fault::stopped) << kind;
+        screen.model().show(Surface::notices);
+        EXPECT_TRUE(comes([] { return children() == 0; })) << kind;
+    }
+}
+
+} // namespace
