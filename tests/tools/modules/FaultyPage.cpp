@@ -93,7 +93,7 @@ const char* appID() {
     return "org.example.Application";
 }
 
-const LumoraAppView view{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController};
+const LumoraAppView view{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController, 0, nullptr};
 const LumoraAppView* sharedInstance() {
     return &view;
 }
