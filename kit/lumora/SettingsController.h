@@ -18,7 +18,7 @@ namespace lumora {
 ///     namespace {
 ///     class ClockPage final : public lumora::SettingsPage { … };
 ///     LUMORA_SETTINGS_CONTROLLER(ClockPage, settingsController)
-///     const LumoraAppView clockView{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController};
+///     const LumoraAppView clockView{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController, 0, nullptr};
 ///     }
 ///
 /// It defines the function that is named second. Settings makes the page on its main thread each time the link is

@@ -81,7 +81,8 @@ void LockScreen::setTextSize(int percent) {
 }
 
 bool LockScreen::isComplete() const {
-    return live_ && hasHeard_ && isInstalled_ && live_->hasPicture() && live_->icons().isComplete() && live_->views().isComplete();
+    return live_ && hasHeard_ && isInstalled_ && live_->hasPicture() && live_->icons().isComplete() &&
+           live_->views().isComplete();
 }
 
 void LockScreen::hold(const QString& key, double number) {
