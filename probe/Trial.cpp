@@ -53,11 +53,12 @@ bool awaitEither(const FileDescriptor& one, const FileDescriptor& other, Clock::
     return ::poll(awaited.data(), awaited.size(), int(std::max<std::int64_t>(left, 0))) > 0;
 }
 
-/// Reads what there is without waiting. Closes the file at its end, which would be there to read for ever.
-void readMore(FileDescriptor& from, std::string& into) {
+/// Reads what there is without waiting, until there is more than the most. Closes the file at its end, which would be
+/// there to read for ever.
+void readMore(FileDescriptor& from, std::string& into, std::size_t most) {
     std::array<char, 65536> some{};
-    ssize_t count = 0;
-    while ((count = ::read(from.number(), some.data(), some.size())) > 0)
+    ssize_t count = 1;
+    while (into.size() <= most && (count = ::read(from.number(), some.data(), some.size())) > 0)
         into.append(some.data(), std::size_t(count));
     if (count == 0) from.close();
 }
@@ -105,14 +106,14 @@ Tried tryInCopy(const std::function<Dictionary()>& code, const TrialLimits& limi
     // What the code leaves running may hold the pipe open, so the end of the process counts.
     while (!(ended = hasEnded(id, status)) && bytes.size() <= limits.mostTold &&
            awaitEither(pipe.reading, ending, until))
-        readMore(pipe.reading, bytes);
+        readMore(pipe.reading, bytes, limits.mostTold);
     if (!ended) {
         ::kill(id, SIGKILL);
         ::waitpid(id, &status, 0);
         if (bytes.size() > limits.mostTold) return {{}, "it has too many rows"};
         return {{}, "it hangs: no answer within " + std::to_string(limits.clock.count()) + " s"};
     }
-    readMore(pipe.reading, bytes);
+    readMore(pipe.reading, bytes, limits.mostTold);
     return understood(bytes, status, limits);
 }
 
