@@ -266,7 +266,16 @@ QImage Pictures::drawn() {
     return picture.convertToFormat(QImage::Format_RGB32);
 }
 
+/// Has all of the window drawn anew: where only a part is, the edges of what is drawn smoothed may differ by a shade.
+void Pictures::drawAnew() {
+    const QColor ground = window_.color();
+    window_.setColor(ground == Qt::black ? Qt::white : Qt::black);
+    (void)drawn();
+    window_.setColor(ground);
+}
+
 void Pictures::save(const std::filesystem::path& file) {
+    drawAnew();
     QImage picture = drawn();
     picture.setDotsPerMeterX(2835);
     picture.setDotsPerMeterY(2835);

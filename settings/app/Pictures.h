@@ -57,6 +57,7 @@ class Pictures : private QObject {
     void waitUntil(const std::function<bool()>& condition, const std::function<std::string()>& awaited);
     /// The window as it is, once it shows the top page; null if that cannot be had.
     [[nodiscard]] QImage drawn();
+    void drawAnew();
     /// Shows the top page, as if it were the only one, with that message presented over it; null for none.
     void present(std::shared_ptr<const ComposerSnapshot> composer);
     [[nodiscard]] QQuickWindow& window() const { return window_; }
