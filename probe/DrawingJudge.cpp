@@ -17,6 +17,7 @@
 #include <malloc.h>
 #include <optional>
 #include <set>
+#include <tuple>
 #include <utility>
 
 namespace lumora {
@@ -51,8 +52,9 @@ std::size_t bytesInUse() {
     return heap.uordblks + heap.hblkhd;
 }
 
+/// Rounded down, so that what is too little never reads as enough.
 std::string oneDecimal(double number) {
-    const auto tenths = std::lround(number * 10);
+    const auto tenths = static_cast<int>(number * 10);
     return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
 }
 
