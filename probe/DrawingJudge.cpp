@@ -25,6 +25,7 @@ namespace lumora {
 using namespace platform;
 using Kind = DrawingStep::Kind;
 using std::chrono::nanoseconds;
+using Clock = std::chrono::steady_clock;
 
 namespace {
 
@@ -40,6 +41,7 @@ constexpr int kDrawingsBefore = 100; // by then, all is there that a plug-in kee
 /// In bytes: half of what is lost by the smallest piece of memory at each drawing, which takes 32.
 constexpr std::size_t kLostAtMost = std::size_t{16} * (kDrawings - kDrawingsBefore);
 constexpr std::chrono::seconds kForLeaks(5); // of the processor
+constexpr std::chrono::seconds kForLeaksByClock(20);
 
 nanoseconds processorTime() {
     std::timespec time{};
@@ -280,11 +282,15 @@ std::string placeOf(const DrawingQuestion& question) {
 Dictionary judgeDrawing(const Plugin& plugin, const DrawingQuestion& question, const TextExtents& extents) {
     const std::string place = "drawn at " + placeOf(question) + ", ";
     Findings findings;
+    const Clock::time_point begin = Clock::now();
     const nanoseconds before = processorTime();
     const DrawingAnswer answer = answerOf(plugin, question, extents);
     const auto took = std::chrono::ceil<std::chrono::milliseconds>(processorTime() - before);
+    const auto waited = std::chrono::ceil<std::chrono::milliseconds>(Clock::now() - begin);
     if (took > ViewHost::Limits().processor)
         findings.add("draw-time", place + "it takes " + std::to_string(took.count()) + " ms of the processor");
+    if (waited > ViewHost::Limits().clock)
+        findings.add("draw-time", place + "it takes " + std::to_string(waited.count()) + " ms by the clock");
     if (answer.letter != kDrawnAnswer) {
         findings.add(answer.letter == kTooMuchAnswer ? "draw-size" : "draw", place + answer.text);
         return findings.told();
@@ -310,7 +316,8 @@ Dictionary judgeLeaks(const Plugin& plugin, const DrawingQuestion& question, con
     Findings findings;
     std::size_t before = 0;
     int count = 0;
-    for (; count < kDrawings && processorTime() < kForLeaks; ++count) {
+    const Clock::time_point end = Clock::now() + kForLeaksByClock;
+    for (; count < kDrawings && processorTime() < kForLeaks && Clock::now() < end; ++count) {
         if (count == kDrawingsBefore) before = bytesInUse();
         std::ignore = answerOf(plugin, next, extents);
         ++next.time.tm_min;

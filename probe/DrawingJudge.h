@@ -24,7 +24,8 @@ namespace lumora {
 [[nodiscard]] platform::Dictionary judgeDrawing(const Plugin& plugin, const DrawingQuestion& question,
                                                 const TextExtents& extents);
 
-/// Has it draw a thousand times, or as often as five seconds of the processor allow, each time a minute later.
+/// Has it draw a thousand times, or as often as it can in 5 s of the processor and 20 s in all, each time a
+/// minute later.
 [[nodiscard]] platform::Dictionary judgeLeaks(const Plugin& plugin, const DrawingQuestion& question,
                                               const TextExtents& extents);
 

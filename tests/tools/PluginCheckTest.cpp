@@ -171,6 +171,7 @@ TEST_F(PluginCheck, FindsFaultsOfDrawings) {
     expect("drawCrashes", "draw", "drawn at 844 × 218 points, dark, texts at 100 %, it crashes: Aborted");
     expect("drawHangs", "draw", "it hangs: no answer within 2 s of processor time");
     expect("drawSlowly", "draw-time", " ms of the processor");
+    expect("drawSleeps", "draw-time", " ms by the clock");
     expect("drawMuch", "draw-size", "it draws too many steps");
     expect("drawFaintly", "contrast", "dark, texts at 100 %, the text \"Faint\" has a contrast of 1.");
     expect("drawOnBlue", "contrast", "light, texts at 100 %, the text \"Ink on blue\" has a contrast of 1.");

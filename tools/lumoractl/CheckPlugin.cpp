@@ -73,7 +73,7 @@ constexpr std::array kChecks{
           "Look at the kind of a value before you use it, and at its bounds."},
     Check{"draw", "The card says \"stopped\", and shows nothing.",
           "Run it in a debugger: what is said here happens in draw()."},
-    Check{"draw-time", "A card has 100 ms of the processor for a drawing; one that is late says \"stopped\".",
+    Check{"draw-time", "A drawing has 100 ms of the processor, and 2 s in all; else its card says \"stopped\".",
           "Do what takes long once, when the plug-in is loaded, or draw less."},
     Check{"draw-size", "The card says \"draws too much\", and shows nothing.",
           "Keep within 4,096 steps and 1 MB: a path is one step, however many parts it has."},

@@ -107,6 +107,7 @@ void drawBadly(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
     if (has("drawCrashes") && drawing->width > 800) std::abort();
     while (has("drawHangs") && forever)
         continue;
+    if (has("drawSleeps")) std::ignore = ::sleep(3);
     if (has("drawSlowly"))
         for (const auto begin = std::clock(); std::clock() - begin < CLOCKS_PER_SEC / 5;)
             continue;
