@@ -4,8 +4,8 @@
 //
 // and writes questions: a line with their length, and that many bytes (Question.h). Each is answered with a drawing.
 
+#include "appview/AnswerOf.h"
 #include "appview/Question.h"
-#include "appview/Recorder.h"
 #include "appview/ViewAnswers.h"
 #include "lists/PluginDiscovery.h"
 #include "platform/foundation/DeviceRoot.h"
@@ -14,79 +14,15 @@
 #include "probe/Channel.h"
 #include "probe/Traps.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <list>
 #include <optional>
 #include <string>
-#include <sys/resource.h>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
 using platform::Data;
 using platform::Result;
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true; // takes far more than the plug-in
-#else
-constexpr bool kSanitized = false;
-#endif
-
-/// While it lives, this process gets no more than so many bytes of memory beyond those that it has.
-class MemoryLimit {
-  public:
-    explicit MemoryLimit(rlim_t bytes) {
-        ::getrlimit(RLIMIT_AS, &before_);
-        unsigned long pages = 0;
-        std::FILE* sizes = kSanitized ? nullptr : std::fopen("/proc/self/statm", "re");
-        if (!sizes) return;
-        const bool known = std::fscanf(sizes, "%lu", &pages) == 1; // NOLINT(cert-err34-c): written by the system
-        std::fclose(sizes);
-        rlimit limit = before_;
-        limit.rlim_cur =
-            std::min<rlim_t>(before_.rlim_max, pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + bytes);
-        if (known) ::setrlimit(RLIMIT_AS, &limit);
-    }
-    MemoryLimit(const MemoryLimit&) = delete;
-    MemoryLimit& operator=(const MemoryLimit&) = delete;
-    ~MemoryLimit() { ::setrlimit(RLIMIT_AS, &before_); }
-
-  private:
-    rlimit before_{};
-};
-
-/// What a plug-in is told, with the settings behind it.
-struct Told : LumoraDrawing {
-    explicit Told(const lumora::DrawingQuestion& question) : LumoraDrawing{}, settings(question.settings) {
-        version = LUMORA_APP_VIEW_VERSION;
-        dark = question.dark ? 1 : 0;
-        width = question.width;
-        height = question.height;
-        textScale = question.textScale;
-        year = question.time.tm_year + 1900;
-        month = question.time.tm_mon + 1;
-        day = question.time.tm_mday;
-        weekday = question.time.tm_wday;
-        hour = question.time.tm_hour;
-        minute = question.time.tm_min;
-        second = question.time.tm_sec;
-        number = [](const LumoraDrawing* drawing, const char* key, double otherwise) {
-            const auto value = static_cast<const Told*>(drawing)->settings[key ? key : ""];
-            return value.isNumber() || value.boolean() ? value.doubleValue() : otherwise;
-        };
-        text = [](const LumoraDrawing* drawing, const char* key, const char* otherwise) {
-            const auto value = static_cast<const Told*>(drawing)->settings[key ? key : ""];
-            if (!value.text()) return otherwise;
-            auto& told = static_cast<const Told*>(drawing)->texts.emplace_back(*value.text());
-            return told.c_str();
-        };
-    }
-
-    platform::Dictionary settings;
-    mutable std::list<std::string> texts; ///< that were answered
-};
 
 /// Nothing at the end, and for what is no question.
 std::optional<lumora::DrawingQuestion> nextQuestion(std::FILE* from) {
@@ -97,30 +33,6 @@ std::optional<lumora::DrawingQuestion> nextQuestion(std::FILE* from) {
     if (std::fread(bytes.data(), 1, length, from) != length) return {};
     const auto question = lumora::readQuestion(bytes);
     return question ? std::optional(question.value()) : std::nullopt;
-}
-
-struct Answer {
-    char letter;
-    std::string text;
-};
-
-Answer answerTo(const lumora::DrawingQuestion& question, const lumora::Plugin& plugin,
-                const lumora::TextExtents& extents) {
-    const Told told(question);
-    lumora::Recorder recorder(extents);
-    auto again = Result<double>::failure({});
-    {
-        const MemoryLimit limit(lumora::kMostMemory);
-        again = plugin.draw(recorder.canvas(), told);
-    }
-    if (!again) return {lumora::kFailedAnswer, again.error()};
-    auto steps = recorder.take();
-    if (!steps) return {lumora::kTooMuchAnswer, steps.error()};
-    const double seconds = again.value();
-    const double pause = seconds > 0 ? std::clamp(seconds, 1.0, lumora::DrawingLimits::again) : 0; // 0 for no number
-    const auto archive = lumora::writeDrawing({std::move(steps).value(), pause});
-    if (!archive) return {lumora::kTooMuchAnswer, archive.error()};
-    return {lumora::kDrawnAnswer, std::string(archive.value().begin(), archive.value().end())};
 }
 
 } // namespace
@@ -154,7 +66,7 @@ int main(int argc, char** argv) {
     for (std::size_t number = 1;; ++number) {
         const auto question = nextQuestion(questions);
         if (!question) break;
-        Answer answer = answerTo(*question, examination.plugin().value(), extents);
+        lumora::DrawingAnswer answer = lumora::answerOf(examination.plugin().value(), *question, extents);
         if (const auto kept = traps.check(); !kept) answer = {lumora::kFailedAnswer, kept.error()};
         channel.say(number, answer.letter, answer.text);
     }

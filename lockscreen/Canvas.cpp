@@ -5,7 +5,6 @@
 namespace lumora {
 namespace {
 
-constexpr double kEnough = 4.8; // of contrast, with some for what a measure in cells overlooks
 constexpr double kEnoughForLarge = 3.3;
 constexpr double kLarge = 18;  // points
 constexpr double kStep = 0.04; // of opacity

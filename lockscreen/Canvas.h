@@ -12,6 +12,8 @@ namespace lumora {
 inline constexpr Color kWhite{1, 1, 1};
 inline constexpr Color kInk{0.086, 0.141, 0.169}; ///< texts on bright pictures
 inline constexpr Color kNight{0.04, 0.035, 0.11}; ///< what darkens a picture under white texts
+/// Of contrast between texts and what is behind them, with some for what a measure in cells overlooks.
+inline constexpr double kEnough = 4.8;
 
 /// What is seen of one colour under a share of another.
 [[nodiscard]] Color mixed(const Color& one, const Color& other, double share);

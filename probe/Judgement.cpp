@@ -1,8 +1,11 @@
 #include "probe/Judgement.h"
 
+#include "appview/AnswerOf.h"
+#include "appview/ViewAnswers.h"
 #include "lists/PluginDiscovery.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/Unicode.h"
+#include "probe/DrawingJudge.h"
 #include "probe/PageJudge.h"
 #include "probe/RandomSettings.h"
 #include "probe/Trial.h"
@@ -13,6 +16,7 @@
 #include <exception>
 #include <functional>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -29,6 +33,8 @@ namespace {
 constexpr int kAsks = 100;
 /// How many dictionaries of settings the pages are made with.
 constexpr unsigned kDictionaries = 100;
+/// For a thousand drawings.
+constexpr TrialLimits kForDrawings{.clock = std::chrono::seconds(50), .processor = std::chrono::seconds(10)};
 /// How much of one of them is told, in bytes.
 constexpr std::size_t kMostShown = 300;
 
@@ -55,23 +61,32 @@ class Judge {
     Dictionary run() {
         if (const Result<void> made = tweak_.makeFolder(); !made) throw std::runtime_error(made.error());
         judgeTexts();
-        if (judgePage()) judgeSettings();
+        if (judgePage())
+            judgeSettings("settings", keys_, [](const Plugin& plugin, const Dictionary&) {
+                makePages(plugin.settingsController().value(), plugin.name().value_or(""));
+                return Dictionary{{"made", true}};
+            });
+        judgeDrawings();
         told_.set("findings", findings_);
         return told_;
     }
 
   private:
-    /// Loads the plug-in into a copy of this process and does something with it there.
-    Tried tryWith(const std::function<Dictionary(const Plugin&)>& work, const Dictionary& settings = {}) {
-        Tried tried = tryInCopy([&] {
-            const auto answering = tweak_.answer(settings);
-            if (!answering) throw std::runtime_error(answering.error());
-            const PluginExamination examination(NSBundle::bundleWithPath(bundle_));
-            if (!examination.plugin()) throw std::runtime_error(examination.plugin().error());
-            const Dictionary told = work(examination.plugin().value());
-            const Result<void> untouched = traps_.check();
-            return untouched ? told : Dictionary{{kHarm, untouched.error()}};
-        });
+    /// Loads the plug-in into a copy of this process and does something with it there, with a tweak that has these
+    /// settings, or with none, and then in the only thread.
+    Tried tryWith(const std::function<Dictionary(const Plugin&)>& work,
+                  const std::optional<Dictionary>& settings = Dictionary(), const TrialLimits& limits = {}) {
+        Tried tried = tryInCopy(
+            [&] {
+                const auto answering = settings ? tweak_.answer(*settings) : Result<void>();
+                if (!answering) throw std::runtime_error(answering.error());
+                const PluginExamination examination(NSBundle::bundleWithPath(bundle_));
+                if (!examination.plugin()) throw std::runtime_error(examination.plugin().error());
+                const Dictionary told = work(examination.plugin().value());
+                const Result<void> untouched = traps_.check();
+                return untouched ? told : Dictionary{{kHarm, untouched.error()}};
+            },
+            limits);
         traps_.clear(); // the copies share what the traps catch
         if (const Value harm = tried.told[kHarm]; harm.text()) tried = {{}, std::string(*harm.text())};
         return tried;
@@ -126,25 +141,64 @@ class Judge {
         return true;
     }
 
-    void judgeSettings() {
-        for (unsigned i = 0; i < kDictionaries && !keys_.empty(); ++i) {
-            const Dictionary settings = randomSettings(keys_, i);
-            const Tried tried = tryWith(
-                [](const Plugin& plugin) {
-                    makePages(plugin.settingsController().value(), plugin.name().value_or(""));
-                    return Dictionary{{"made", true}};
-                },
-                settings);
-            if (tried.fault.empty()) continue;
-            add("settings", "with " + shown(settings) + " " + tried.fault);
+    using Work = std::function<Dictionary(const Plugin& plugin, const Dictionary& settings)>;
+
+    void judgeSettings(const char* check, const std::vector<std::string>& keys, const Work& work) {
+        for (unsigned i = 0; i < kDictionaries && !keys.empty(); ++i) {
+            const Dictionary settings = randomSettings(keys, i);
+            const Tried tried = tryWith([&](const Plugin& plugin) { return work(plugin, settings); }, settings);
+            const Value told = tried.told["fault"];
+            const std::string fault = told.text() ? std::string(*told.text()) : tried.fault;
+            if (fault.empty()) continue;
+            add(check, "with " + shown(settings) + " " + fault);
             return; // one is enough to mend, and the others are likely the same
         }
+    }
+
+    /// Adds what a trial has found, of each kind once. False when the plug-in did not get through it.
+    bool addFound(const Tried& tried, const std::string& where) {
+        if (!tried.fault.empty()) add("draw", where + tried.fault);
+        const Value found = tried.told["findings"];
+        for (std::size_t i = 0; found.list() && i < found.list()->size(); ++i) {
+            const Value& finding = (*found.list())[i];
+            const Value check = finding["check"];
+            if (check.text() && drawn_.emplace(*check.text()).second) findings_.push_back(finding);
+        }
+        return tried.fault.empty() && !drawn_.contains("draw") && !drawn_.contains("draw-time") &&
+               !drawn_.contains("draw-size");
+    }
+
+    void judgeDrawings() {
+        const Tried asked = tryWith([](const Plugin& plugin) {
+            return Dictionary{{"draws", plugin.draws()}, {"identifier", plugin.identifier().value_or("")}};
+        });
+        if (!asked.told["draws"].boolValue()) return;
+        const TextExtents extents; // the copies need not open the fonts
+        const std::vector<DrawingQuestion> questions = questionsToJudge();
+        for (const DrawingQuestion& question : questions) {
+            const Tried tried =
+                tryWith([&](const Plugin& plugin) { return judgeDrawing(plugin, question, extents); }, std::nullopt);
+            if (!addFound(tried, "drawn at " + placeOf(question) + ", ")) return;
+        }
+        const auto leaks = [&](const Plugin& plugin) { return judgeLeaks(plugin, questions.front(), extents); };
+        if (!addFound(tryWith(leaks, std::nullopt, kForDrawings), "drawn a thousand times, ")) return;
+        std::vector<std::string> own; // which it is told
+        const Value identifier = asked.told["identifier"];
+        for (const std::string& key : keys_)
+            if (identifier.text() && key.starts_with(std::string(*identifier.text()) + ".")) own.push_back(key);
+        judgeSettings("draw-settings", own, [&](const Plugin& plugin, const Dictionary& settings) {
+            DrawingQuestion question = questions.front();
+            question.settings = settings;
+            const DrawingAnswer answer = answerOf(plugin, question, extents);
+            return answer.letter == kDrawnAnswer ? Dictionary() : Dictionary{{"fault", answer.text}};
+        });
     }
 
     const fs::path bundle_;
     const Traps& traps_;
     settings::PrivateTweak tweak_;
     std::vector<std::string> keys_;
+    std::set<std::string> drawn_; ///< the kinds of findings about drawings
     List findings_;
     Dictionary told_; ///< of its page
 };

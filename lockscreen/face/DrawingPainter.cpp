@@ -2,6 +2,7 @@
 
 #include "lockscreen/face/FontWidths.h"
 
+#include "appview/RoleColors.h"
 #include "appview/ScreenFont.h"
 
 #include <QBrush>
@@ -25,10 +26,10 @@ using Numbers = std::vector<double>;
 constexpr std::chrono::seconds kToPaint(2);
 constexpr int kLongestEdge = 4096; // along an edge
 constexpr int kLargestPicture = 1024;
-constexpr double kSecondary = 0.8;
-constexpr double kSeparator = 0.2;
-const QColor kLightAccent(0x9c, 0xc9, 0xff);
-const QColor kDarkAccent(0x0a, 0x4f, 0xb8);
+
+QColor colorOf(const RoleColor& color) {
+    return {color.red, color.green, color.blue};
+}
 
 /// Paints step after step, in points of the view.
 class Brushwork {
@@ -94,14 +95,14 @@ class Brushwork {
             break;
         case 2:
             color = place_.ink;
-            opacity *= kSecondary;
+            opacity *= kSecondaryShare;
             break;
         case 3:
-            color = place_.isDark() ? kLightAccent : kDarkAccent;
+            color = colorOf(place_.isDark() ? kAccentOnDark : kAccentOnLight);
             break;
         case 4:
             color = place_.ink;
-            opacity *= kSeparator;
+            opacity *= kSeparatorShare;
             break;
         default:
             break;

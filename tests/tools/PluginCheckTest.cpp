@@ -165,6 +165,26 @@ TEST_F(PluginCheck, ReadsWhatTheLoaderReads) {
     EXPECT_THAT(finished.output, EndsWith("good.bundle: 1 warning\n"));
 }
 
+TEST_F(PluginCheck, FindsFaultsOfDrawings) {
+    EXPECT_THAT(findings(plugins.add("draw.bundle", "FaultyPage")), IsEmpty());
+    expect("drawThrows", "draw", "drawn at 320 × 260 points, dark, texts at 100 %, it throws");
+    expect("drawCrashes", "draw", "drawn at 844 × 218 points, dark, texts at 100 %, it crashes: Aborted");
+    expect("drawHangs", "draw", "it hangs: no answer within 2 s of processor time");
+    expect("drawSlowly", "draw-time", " ms of the processor");
+    expect("drawSleeps", "draw-time", " ms by the clock");
+    expect("drawMuch", "draw-size", "it draws too many steps");
+    expect("drawFaintly", "contrast", "dark, texts at 100 %, the text \"Faint\" has a contrast of 1.");
+    expect("drawOnBlue", "contrast", "light, texts at 100 %, the text \"Ink on blue\" has a contrast of 1.");
+    expect("drawUnwary", "draw-settings", "it crashes: Aborted");
+    const Finding beyond = theFinding("drawBeyond");
+    EXPECT_EQ(beyond.check, "outside");
+    EXPECT_EQ(beyond.severity, "warning");
+    EXPECT_THAT(beyond.what, HasSubstr("the text \"Below\" reaches 19 points beyond the card"));
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // whose allocators tell nothing
+    expect("drawLeaks", "leak", "900 drawings leave ");
+#endif
+}
+
 TEST_F(PluginCheck, SaysWhatDiscoverySays) {
     expect("tag", "tag", "it was made with kit 1, gcc 1, libstdc++ abi 0 and does not fit kit ");
     EXPECT_EQ(theFinding("missing-1", "MissingLibrary").check, "library");

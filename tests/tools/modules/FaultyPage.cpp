@@ -5,8 +5,10 @@
 
 #include "tests/lists/modules/TestPlugin.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <limits>
 #include <stdexcept>
 #include <tuple>
@@ -93,8 +95,57 @@ const char* appID() {
     return "org.example.Application";
 }
 
-const LumoraAppView view{LUMORA_APP_VIEW_VERSION, identifier, name, appID, settingsController, 0, nullptr};
+void write(const LumoraCanvas* canvas, const std::string& words, double y, std::uint32_t role = LUMORA_ROLE_TEXT) {
+    canvas->fillColor(canvas, lumora_role(role, 1));
+    const LumoraText text{words.c_str(), 0, y, 0, 16, 400, LUMORA_ALIGN_LEFT, 1};
+    canvas->text(canvas, &text);
+}
+
+void drawBadly(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
+    volatile bool forever = true;
+    if (has("drawThrows")) throw std::runtime_error("no");
+    if (has("drawCrashes") && drawing->width > 800) std::abort();
+    while (has("drawHangs") && forever)
+        continue;
+    if (has("drawSleeps")) std::ignore = ::sleep(3);
+    if (has("drawSlowly"))
+        for (const auto begin = std::clock(); std::clock() - begin < CLOCKS_PER_SEC / 5;)
+            continue;
+    for (int i = 0; i < 5000 && has("drawMuch"); ++i)
+        canvas->line(canvas, 0, 0, 1, 1, 1);
+    if (has("drawFaintly")) write(canvas, "Faint", 40, LUMORA_ROLE_SEPARATOR);
+    if (has("drawOnBlue") && drawing->dark == 0) {
+        canvas->fillColor(canvas, lumora_rgb(0x102040, 1));
+        canvas->rectangle(canvas, 0, 30, drawing->width, 40, 8);
+        write(canvas, "Ink on blue", 40);
+    }
+    if (has("drawBeyond")) write(canvas, "Below", drawing->height);
+    if (has("drawLeaks")) static_cast<volatile char*>(std::malloc(20))[0] = 'x';
+    const double size = drawing->number(drawing, key("bright").c_str(), 0.5);
+    if (has("drawUnwary") && !(std::abs(size) <= 1000)) std::abort();
+}
+
+/// With each kind of text that can be read.
+double draw(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
+    write(canvas, "By role", 0);
+    write(canvas, "By role", 20, LUMORA_ROLE_SECONDARY);
+    canvas->fillColor(canvas, lumora_rgb(0x102040, 1));
+    canvas->rectangle(canvas, 0, 100, 200, 60, 8);
+    canvas->fillColor(canvas, lumora_rgb(0xFFE0A0, 1));
+    const LumoraText text{"On a ground of its own", 4, 110, 192, 14, 400, LUMORA_ALIGN_CENTER, 1};
+    canvas->text(canvas, &text);
+    drawBadly(canvas, drawing);
+    return 0;
+}
+
 const LumoraAppView* sharedInstance() {
+    static const LumoraAppView view{LUMORA_APP_VIEW_VERSION,
+                                    identifier,
+                                    name,
+                                    appID,
+                                    settingsController,
+                                    0,
+                                    fault().starts_with("draw") ? draw : nullptr};
     return &view;
 }
 
