@@ -13,6 +13,7 @@
 #include "json/Json.h"
 
 #include <array>
+#include <chrono>
 #include <exception>
 #include <functional>
 #include <optional>
@@ -33,6 +34,8 @@ namespace {
 constexpr int kAsks = 100;
 /// How many dictionaries of settings the pages are made with.
 constexpr unsigned kDictionaries = 100;
+/// A slow page is tried with fewer of them, so that it is judged at all.
+constexpr auto kForSettings = std::chrono::seconds(20);
 /// For a thousand drawings.
 constexpr TrialLimits kForDrawings{.clock = std::chrono::seconds(50), .processor = std::chrono::seconds(10)};
 /// How much of one of them is told, in bytes.
@@ -144,7 +147,8 @@ class Judge {
     using Work = std::function<Dictionary(const Plugin& plugin, const Dictionary& settings)>;
 
     void judgeSettings(const char* check, const std::vector<std::string>& keys, const Work& work) {
-        for (unsigned i = 0; i < kDictionaries && !keys.empty(); ++i) {
+        const auto until = std::chrono::steady_clock::now() + kForSettings;
+        for (unsigned i = 0; i < kDictionaries && !keys.empty() && std::chrono::steady_clock::now() < until; ++i) {
             const Dictionary settings = randomSettings(keys, i);
             const Tried tried = tryWith([&](const Plugin& plugin) { return work(plugin, settings); }, settings);
             const Value told = tried.told["fault"];

@@ -146,7 +146,7 @@ TEST_F(PluginCheck, WarnsOfWhatHarmsNobodyYet) {
     const Finding foreign = theFinding("foreign");
     EXPECT_EQ(foreign.check, "key-prefix");
     EXPECT_EQ(foreign.severity, "warning");
-    EXPECT_EQ(foreign.what, "the key \"switch\" does not begin with org.example");
+    EXPECT_EQ(foreign.what, "the key \"switch\" does not begin with org.example.foreign.");
     const Finding printing = theFinding("prints");
     EXPECT_EQ(printing.check, "prints");
     EXPECT_EQ(printing.severity, "warning");

@@ -55,8 +55,8 @@ constexpr std::array kChecks{
           "Name it after a domain of yours, turned round, as org.example.clock."},
     Check{"identifier-taken", "Settings takes both for one: they share a place in the order, and a switch.",
           "Choose another identifier."},
-    Check{"key-prefix", "All keys share one dictionary, so that of another plug-in may be the same.",
-          "Begin it with your reverse domain.", true},
+    Check{"key-prefix", "All keys share one dictionary, and what you draw is told your own alone.",
+          "Begin it with your identifier and a dot.", true},
     Check{"page", "The page does not open.",
           "Run it in a debugger: what is said here happens while the page or its rows are made."},
     Check{"rows-differ", "Rows are found again by their place, in search as when one goes back.",
@@ -217,8 +217,7 @@ class PluginCheck {
     void judgeKey(const std::string& key) {
         const std::string& own = checked_.identifier;
         if (!isReverseDomain(own)) return; // which is what is to be mended
-        const std::string domain = own.substr(0, own.rfind('.'));
-        if (!key.starts_with(domain + ".")) add("key-prefix", "the key \"" + key + "\" does not begin with " + domain);
+        if (!key.starts_with(own + ".")) add("key-prefix", "the key \"" + key + "\" does not begin with " + own + ".");
     }
 
     const fs::path path_;
