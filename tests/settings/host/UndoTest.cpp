@@ -169,6 +169,36 @@ TEST_F(UndoTest, TakesSettingsThatWereAppliedTogetherBackAtOnceWithoutTheRefused
     EXPECT_EQ(RowsPage::values["other"], Value(7));
 }
 
+TEST_F(UndoTest, KeepsWhatTheTweakRefusesToTakeBack) {
+    std::string refused;
+    navigation.setSender([&](const std::vector<SettingChange>& changes) {
+        Sent outcome;
+        for (const SettingChange& change : changes) {
+            if (refused.find(change.key) != std::string::npos)
+                outcome.refused.push_back({change.key, "no"});
+            else
+                outcome.made.push_back(change);
+        }
+        return outcome;
+    });
+    openRoot();
+    navigation.apply("Quiet", {{"a", 1, 2}, {"b", 1, 2}});
+    refused = "a, b";
+    EXPECT_EQ(navigation.undo().fate, Fate::refused);
+    EXPECT_EQ(undoTitle(), "Quiet");
+    EXPECT_EQ(redoTitle(), "–") << "nothing of it was taken back";
+    refused = "b";
+    EXPECT_EQ(navigation.undo().fate, Fate::refused);
+    EXPECT_EQ(undoTitle(), "Quiet");
+    EXPECT_EQ(redoTitle(), "Quiet");
+    refused.clear();
+    EXPECT_EQ(navigation.undo().fate, Fate::done);
+    EXPECT_EQ(undoTitle(), "–");
+    EXPECT_EQ(navigation.redo().fate, Fate::done);
+    EXPECT_EQ(navigation.redo().fate, Fate::done);
+    EXPECT_EQ(redoTitle(), "–");
+}
+
 TEST_F(UndoTest, ForgetsWhatWasUndoneAtTheNextChange) {
     openRoot({{"switch", false}, {"secret", "a"}});
     change(RowsPage::Switch, true);
