@@ -1,8 +1,10 @@
+#include "platform/messaging/Dispatch.h"
 #include "platform/ui/Undoable.h"
 #include "tests/settings/host/NavigationTest.h"
 
 #include <gmock/gmock.h>
 
+#include <future>
 #include <random>
 #include <string>
 #include <vector>
@@ -197,6 +199,24 @@ TEST_F(UndoTest, KeepsWhatTheTweakRefusesToTakeBack) {
     EXPECT_EQ(navigation.redo().fate, Fate::done);
     EXPECT_EQ(navigation.redo().fate, Fate::done);
     EXPECT_EQ(redoTitle(), "–");
+}
+
+TEST_F(UndoTest, SendsNothingWhileMessagesOfPagesAreOnTheirWay) {
+    int sent = 0;
+    navigation.setSender([&](const std::vector<SettingChange>& changes) {
+        ++sent;
+        return Sent{.made = changes};
+    });
+    openRoot();
+    navigation.apply("Quiet", {{"a", 1, 2}});
+    std::promise<void> held;
+    dispatch_async(dispatch_get_global_queue(0, 0), [over = held.get_future().share()] { over.wait(); });
+    EXPECT_EQ(navigation.undo().fate, Fate::refused);
+    EXPECT_EQ(sent, 1);
+    EXPECT_EQ(undoTitle(), "Quiet");
+    held.set_value();
+    EXPECT_EQ(navigation.undo().fate, Fate::done);
+    EXPECT_EQ(sent, 2);
 }
 
 TEST_F(UndoTest, ForgetsWhatWasUndoneAtTheNextChange) {
