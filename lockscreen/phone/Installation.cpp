@@ -74,11 +74,17 @@ void Installation::read(std::function<void(std::shared_ptr<const Installation>)>
 }
 
 std::shared_ptr<const Installation> Installation::readNow() {
-    std::promise<std::shared_ptr<const Installation>> read;
-    Installation::read([&](std::shared_ptr<const Installation> installation) {
-        if (installation->isWhole()) read.set_value(std::move(installation));
+    platform::startMainThread();
+    std::promise<std::shared_ptr<void>> opened;
+    Installed installed;
+    platform::dispatch_async(platform::dispatch_get_main_queue(), [&] {
+        auto library = platform::openLibrary(platform::kApplicationListLibrary, {});
+        installed.applications = readApplications();
+        opened.set_value(std::move(library));
     });
-    return read.get_future().get();
+    const std::shared_ptr<void> library = opened.get_future().get();
+    installed.views = readViews({});
+    return std::make_shared<const Installation>(library, std::move(installed), true);
 }
 
 Installation::Installation(std::shared_ptr<void> library, Installed installed, bool isWhole)

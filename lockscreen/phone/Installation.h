@@ -30,7 +30,7 @@ class Installation {
     static void read(std::function<void(std::shared_ptr<const Installation>)> ready,
                      const platform::ProbeLimits& limits = {});
 
-    /// All of it, for whoever cannot go on without. Not on the main thread.
+    /// All of it, for whoever cannot go on without. Not on the main thread, which does not wait for the plug-ins.
     [[nodiscard]] static std::shared_ptr<const Installation> readNow();
 
     [[nodiscard]] const Installed& installed() const { return installed_; }

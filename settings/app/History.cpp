@@ -6,6 +6,7 @@
 #include "settings/app/Background.h"
 #include "settings/app/Profiles.h"
 #include "tools/lumoractl/PageIndex.h"
+#include "tools/lumoractl/TweakClient.h"
 #include "tools/lumoractl/TweakPast.h"
 #include "tweak/Defaults.h"
 
@@ -19,6 +20,7 @@ namespace settings {
 
 using lumora::ChangeRecord;
 using lumora::Withheld;
+using platform::Dictionary;
 using platform::Result;
 using platform::Value;
 
@@ -46,6 +48,11 @@ Value orNil(const std::optional<Value>& value) {
     return value.value_or(nullptr);
 }
 
+Value valueIn(const Dictionary& settings, const std::string& key) {
+    const Value* value = settings.find(key);
+    return value ? *value : Value();
+}
+
 } // namespace
 
 History::History(Shell& shell, LockScreen* lockScreen, std::filesystem::path root)
@@ -58,7 +65,7 @@ bool History::isOffered() const {
     return platform::CFMessagePortIsServed(lumora::portName(lumora::kHistory));
 }
 
-void History::open() {
+void History::ask(bool opens) {
     using Asked = Result<std::shared_ptr<Told>>;
     ++asking_;
     inBackground(
@@ -73,7 +80,7 @@ void History::open() {
             return std::shared_ptr<Told>(
                 new Told{std::move(*past.value()), index ? SettingNames(*index) : SettingNames()});
         },
-        [this](const Asked& asked) {
+        [this, opens](const Asked& asked) {
             --asking_;
             if (!asked)
                 return shell_.say(tr("The history cannot be told: %1")
@@ -82,14 +89,21 @@ void History::open() {
             told_ = asked.value();
             restored_.clear();
             endResetModel();
-            if (lockScreen_) lockScreen_->preview(std::nullopt);
+            preview(std::nullopt);
             emit told();
             emit moved();
+            if (opens) emit opened();
         });
 }
 
 void History::close() {
-    if (lockScreen_) lockScreen_->preview(std::nullopt);
+    preview(std::nullopt);
+}
+
+/// What the lock screen shows for others stays.
+void History::preview(const std::optional<Dictionary>& settings) {
+    if (lockScreen_ && (settings || previews_)) lockScreen_->preview(settings);
+    previews_ = settings.has_value();
 }
 
 int History::count() const {
@@ -104,7 +118,7 @@ void History::setPlace(int place) {
     if (!told_ || place < 0 || place > count() || place == this->place()) return;
     told_->cursor.moveTo(std::size_t(place));
     restored_ = restoration();
-    if (lockScreen_) lockScreen_->preview(place == count() ? std::nullopt : std::optional(told_->cursor.settings()));
+    preview(place == count() ? std::nullopt : std::optional(told_->cursor.settings()));
     emit dataChanged(index(0), index(count() - 1), {LaterRole});
     emit moved();
 }
@@ -132,7 +146,24 @@ std::vector<SettingChange> History::restoration() const {
 void History::restore() {
     if (restored_.empty()) return;
     const QString when = moment();
-    applyAndTell(shell_, when, restored_, tr("The settings are as they were: %1").arg(when));
+    const QString words = tr("The settings are as they were: %1").arg(when);
+    withPresent([this, when, words, restored = restored_](const Dictionary& present) {
+        std::vector<SettingChange> changes;
+        for (const auto& [key, before, after] : restored)
+            if (Value now = valueIn(present, key); now != after) changes.push_back({key, std::move(now), after});
+        if (changes.empty()) return shell_.say(words);
+        applyAndTell(shell_, when, std::move(changes), words);
+    });
+}
+
+/// What was fetched when the history was opened may have changed since.
+void History::withPresent(std::function<void(const Dictionary&)> work) {
+    inBackground(
+        *this, [] { return lumora::fetchSettings(); },
+        [this, work = std::move(work)](const Result<Dictionary>& present) {
+            if (present) return work(present.value());
+            shell_.say(tr("Nothing is changed: %1").arg(QString::fromStdString(platform::printable(present.error()))));
+        });
 }
 
 const ChangeRecord& History::recordAt(int row) const {
@@ -159,8 +190,13 @@ void History::undo(int row) {
     const auto change = row >= 0 && row < count() ? undoing(row) : std::nullopt;
     if (!change) return;
     const QString title = told_->names.titleOf(change->key);
-    // The list is to have this change, too.
-    applyAndTell(shell_, title, {*change}, tr("“%1” is as it was").arg(title), [this] { open(); });
+    withPresent([this, title, change = *change](const Dictionary& present) {
+        if (valueIn(present, change.key) == change.before)
+            // The list is to have this change, too.
+            return applyAndTell(shell_, title, {change}, tr("“%1” is as it was").arg(title), [this] { ask(false); });
+        shell_.say(tr("“%1” has been changed since").arg(title));
+        ask(false);
+    });
 }
 
 int History::rowCount(const QModelIndex& parent) const {

@@ -11,6 +11,7 @@
 #include <QString>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -38,7 +39,7 @@ class History : public QAbstractListModel {
     /// Whether the tweak offers its history.
     Q_INVOKABLE [[nodiscard]] bool isOffered() const;
     /// Asks the tweak for all of it, and says that it is there, or why not.
-    Q_INVOKABLE void open();
+    Q_INVOKABLE void open() { ask(true); }
     /// The lock screen shows the present again.
     Q_INVOKABLE void close();
 
@@ -63,10 +64,15 @@ class History : public QAbstractListModel {
   signals:
     /// All of it is there.
     void told();
+    /// So it is, after open().
+    void opened();
     void moved();
 
   private:
     struct Told;
+    void ask(bool opens);
+    void withPresent(std::function<void(const platform::Dictionary&)> work);
+    void preview(const std::optional<platform::Dictionary>& settings);
     [[nodiscard]] const lumora::ChangeRecord& recordAt(int row) const;
     [[nodiscard]] platform::Value valueBefore(const lumora::ChangeRecord& record) const;
     [[nodiscard]] std::optional<SettingChange> undoing(int row) const;
@@ -78,6 +84,7 @@ class History : public QAbstractListModel {
     std::shared_ptr<Told> told_; ///< null before it is asked for
     std::vector<SettingChange> restored_;
     int asking_ = 0;
+    bool previews_ = false; ///< the lock screen shows the past
 };
 
 } // namespace settings

@@ -39,6 +39,8 @@ Sent sendChanges(const std::vector<SettingChange>& changes) {
         } else if (const auto there = lumora::fetchSettings(); !there) {
             sent.fault = there.error();
             break;
+        } else if (const platform::Value* now = there.value().find(change.key); now && *now == change.after) {
+            sent.made.push_back(change); // only the answer came too late
         } else {
             sent.refused.push_back({change.key, changed.error()});
         }

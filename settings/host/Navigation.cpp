@@ -17,9 +17,10 @@ bool isField(const PSSpecifier& row) {
     return row.cellType() == PSEditTextCell || row.cellType() == PSSecureEditTextCell;
 }
 
-bool isEditable(const PSSpecifier& row) {
-    return row.cellType() == PSSliderCell || row.cellType() == PSSwitchCell || row.cellType() == PSLinkListCell ||
-           isField(row);
+/// An option is chosen in its list, but given its default here.
+bool isEditable(const PSSpecifier& row, const ValueChanged& change) {
+    return row.cellType() == PSSliderCell || row.cellType() == PSSwitchCell || isField(row) ||
+           (row.cellType() == PSLinkListCell && change.resets);
 }
 
 /// A page hears nothing behind what it presents over itself, but for two things: which part of its table is shown, and
@@ -82,7 +83,7 @@ void Navigation::take(OpenPage& page, const RowTapped& tap) {
 /// the others under the user's hand.
 void Navigation::take(OpenPage& page, const ValueChanged& change) {
     const PSSpecifierRef edited = rowAt(*page.controller, change.row);
-    if (!edited || !isEditable(*edited)) return pending_.reset();
+    if (!edited || !isEditable(*edited, change)) return pending_.reset();
     edited->performSetter(change.value);
     noteChange();
     amend(page, [&](PageSnapshot& shown) {

@@ -61,12 +61,13 @@ class Navigation {
             done,     ///< the row or view has the value, and was saved with it
             neverSet, ///< there was no value before, no message takes one away, and no default is known
             gone,     ///< its page or row is no longer there
-            refused,  ///< the tweak does not take it, or is not there
+            refused,  ///< the tweak does not take it, or is not there: what it has not taken can be tried again
         };
         Fate fate = Fate::nothing;
         std::string title{}; ///< what was changed
         Landed where{};
-        std::string why{}; ///< it was refused
+        std::string why{};                 ///< it was refused
+        std::vector<SettingChange> made{}; ///< the part of it that was not
         [[nodiscard]] bool isOver() const { return fate == Fate::neverSet || fate == Fate::gone; }
     };
     /// Takes back the last change, or does again what was taken back last, where it was made and in the way in which the

@@ -1,4 +1,5 @@
 // How a navigation changes settings without a page of theirs, as a profile does.
+#include "link/Messages.h"
 #include "platform/messaging/Dispatch.h"
 #include "platform/ui/UIView.h"
 #include "settings/host/Navigation.h"
@@ -12,13 +13,21 @@ using namespace platform;
 namespace {
 
 constexpr std::chrono::milliseconds kTimeForAnswers{100};
+/// By then a page's messages have come to an end.
+constexpr std::chrono::duration<double> kTimeForMessages{lumora::kSendTimeout + lumora::kReceiveTimeout};
+
+/// What a page has sent before comes before.
+Sent sendInTurn(const Navigation::Send& send, const std::vector<SettingChange>& changes) {
+    if (!dispatch_wait_until_idle(std::chrono::duration_cast<std::chrono::milliseconds>(kTimeForMessages)))
+        return {.fault = "earlier changes are still on their way"};
+    return send(changes);
+}
 
 } // namespace
 
 Sent Navigation::apply(const std::string& title, const std::vector<SettingChange>& changes) {
     noteChange();
-    dispatch_wait_until_idle(kTimeForAnswers); // what a page has sent before comes before
-    Sent sent = send_(changes);
+    Sent sent = sendInTurn(send_, changes);
     if (sent.made.empty()) return sent;
     Change change;
     change.title = title;
@@ -37,11 +46,11 @@ Navigation::Undone Navigation::sendAgain(const Change& change, bool back) {
         if (!value.isNil()) changes.push_back({key, back ? after : before, value});
     }
     if (changes.empty()) return {Fate::neverSet, change.title};
-    const Sent sent = send_(changes);
+    const Sent sent = sendInTurn(send_, changes);
     if (!sent.made.empty()) readAnew();
     if (sent.refused.empty() && sent.fault.empty()) return {Fate::done, change.title};
     const std::string& why = sent.fault.empty() ? sent.refused.front().why : sent.fault;
-    return {Fate::refused, change.title, {}, why};
+    return {Fate::refused, change.title, {}, why, sent.made};
 }
 
 /// Each class keeps a copy of the settings, which the answer to a new page of it renews. So one is made of every class, and

@@ -139,6 +139,10 @@ Navigation::Undone Navigation::step(bool back) {
             undoStack_.stepped(back, true);
             throw;
         }
+        if (last.fate == Undone::Fate::refused) {
+            undoStack_.steppedInPart(back, last.made);
+            break;
+        }
         undoStack_.stepped(back, last.isOver());
     }
     publish();

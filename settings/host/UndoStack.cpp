@@ -1,5 +1,7 @@
 #include "settings/host/UndoStack.h"
 
+#include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace settings {
@@ -26,6 +28,17 @@ void UndoStack::stepped(bool back, bool forget) {
     auto& to = back ? undone_ : done_;
     if (!forget) to.push_back(std::move(from.back()));
     from.pop_back();
+}
+
+void UndoStack::steppedInPart(bool back, const std::vector<SettingChange>& made) {
+    Change& rest = back ? done_.back() : undone_.back();
+    Change part = rest;
+    const auto isMade = [&](const SettingChange& change) {
+        return std::ranges::find(made, change.key, &SettingChange::key) != made.end();
+    };
+    std::erase_if(rest.settings, isMade);
+    std::erase_if(part.settings, std::not_fn(isMade));
+    if (!part.settings.empty()) (back ? undone_ : done_).push_back(std::move(part));
 }
 
 } // namespace settings

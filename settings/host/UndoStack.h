@@ -64,6 +64,8 @@ class UndoStack {
 
     /// The next change has been taken back or, if not `back`, done again; it is forgotten if that can never be.
     void stepped(bool back, bool forget);
+    /// Of the next change only these settings have been; the others stay the next change.
+    void steppedInPart(bool back, const std::vector<SettingChange>& made);
 
   private:
     std::vector<Change> done_;

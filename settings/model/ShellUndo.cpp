@@ -170,8 +170,12 @@ void Shell::takeUndo(const UndoSnapshot& undo) {
 /// What is said when a row has been moved or reset, which is done by one slip of the hand and easily missed.
 QString Shell::wordsFor(std::uint64_t page, const Event& event) const {
     const auto* reset = std::get_if<ValueChanged>(&event);
-    if (reset && reset->resets && topPage() && reset->row < topPage()->rows.size())
-        return tr("“%1” has its default").arg(titleOfRow(topPage()->rows, reset->row));
+    if (reset && reset->resets) {
+        const auto found =
+            std::ranges::find_if(pages_, [&](const PageModel* shown) { return shown->snapshot().id == page; });
+        if (found == pages_.end() || reset->row >= (*found)->snapshot().rows.size()) return {};
+        return tr("“%1” has its default").arg(titleOfRow((*found)->snapshot().rows, reset->row));
+    }
     const auto* move = std::get_if<RowMoved>(&event);
     if (!move || !topPage() || topPage()->id != page || !topPage()->table) return {};
     const TableSnapshot& table = *topPage()->table;

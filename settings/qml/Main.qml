@@ -105,7 +105,7 @@ Window {
     }
     function openHistory() { history.open() }
     function showHistory() {
-        if (covered) // by itself, which has heard something new
+        if (covered)
             return;
         if (searching)
             searchPlace.leave();
@@ -185,7 +185,7 @@ Window {
     }
     Connections {
         target: window.history
-        function onTold() { window.showHistory() }
+        function onOpened() { window.showHistory() }
     }
     Binding { target: window.shell; property: "sideBySide"; value: stack.two }
     Shortcut {

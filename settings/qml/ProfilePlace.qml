@@ -9,6 +9,7 @@ DropArea {
     required property var profiles // a settings::Profiles
     property string first // its URL, to open at first, empty for none
     property var dialog: null // while it is open
+    property var kept: null // an offer that waits for a sheet to go, with its title
 
     function show(saves) {
         const component = Qt.createComponent("ProfileDialog.qml");
@@ -29,6 +30,10 @@ DropArea {
         dialog?.destroy();
         dialog = null;
         window.focusPage(Qt.OtherFocusReason);
+    }
+    function present(offer, title) {
+        profiles.preview(offer);
+        window.offer(offer, title, qsTr("Apply %1"), () => profiles.apply(offer, title), () => profiles.endPreview());
     }
 
     enabled: !window.covered && !window.shell.waiting
@@ -52,9 +57,19 @@ DropArea {
         target: root.profiles
         function onOffered(offer, title) {
             if (root.window.covered)
-                return;
-            root.profiles.preview(offer);
-            root.window.offer(offer, title, qsTr("Apply %1"), () => root.profiles.apply(offer, title), () => root.profiles.endPreview());
+                root.kept = { offer, title };
+            else
+                root.present(offer, title);
+        }
+    }
+    // Once the sheet has given the focus back.
+    Timer {
+        interval: 0
+        running: root.kept !== null && !root.window.covered
+        onTriggered: {
+            const { offer, title } = root.kept;
+            root.kept = null;
+            root.present(offer, title);
         }
     }
     // Not before the page has taken the focus.

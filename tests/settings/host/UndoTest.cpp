@@ -1,8 +1,10 @@
+#include "platform/messaging/Dispatch.h"
 #include "platform/ui/Undoable.h"
 #include "tests/settings/host/NavigationTest.h"
 
 #include <gmock/gmock.h>
 
+#include <future>
 #include <random>
 #include <string>
 #include <vector>
@@ -167,6 +169,54 @@ TEST_F(UndoTest, TakesSettingsThatWereAppliedTogetherBackAtOnceWithoutTheRefused
     EXPECT_EQ(undoTitle(), "–");
     EXPECT_EQ(navigation.redo().fate, Fate::done);
     EXPECT_EQ(RowsPage::values["other"], Value(7));
+}
+
+TEST_F(UndoTest, KeepsWhatTheTweakRefusesToTakeBack) {
+    std::string refused;
+    navigation.setSender([&](const std::vector<SettingChange>& changes) {
+        Sent outcome;
+        for (const SettingChange& change : changes) {
+            if (refused.find(change.key) != std::string::npos)
+                outcome.refused.push_back({change.key, "no"});
+            else
+                outcome.made.push_back(change);
+        }
+        return outcome;
+    });
+    openRoot();
+    navigation.apply("Quiet", {{"a", 1, 2}, {"b", 1, 2}});
+    refused = "a, b";
+    EXPECT_EQ(navigation.undo().fate, Fate::refused);
+    EXPECT_EQ(undoTitle(), "Quiet");
+    EXPECT_EQ(redoTitle(), "–") << "nothing of it was taken back";
+    refused = "b";
+    EXPECT_EQ(navigation.undo().fate, Fate::refused);
+    EXPECT_EQ(undoTitle(), "Quiet");
+    EXPECT_EQ(redoTitle(), "Quiet");
+    refused.clear();
+    EXPECT_EQ(navigation.undo().fate, Fate::done);
+    EXPECT_EQ(undoTitle(), "–");
+    EXPECT_EQ(navigation.redo().fate, Fate::done);
+    EXPECT_EQ(navigation.redo().fate, Fate::done);
+    EXPECT_EQ(redoTitle(), "–");
+}
+
+TEST_F(UndoTest, SendsNothingWhileMessagesOfPagesAreOnTheirWay) {
+    int sent = 0;
+    navigation.setSender([&](const std::vector<SettingChange>& changes) {
+        ++sent;
+        return Sent{.made = changes};
+    });
+    openRoot();
+    navigation.apply("Quiet", {{"a", 1, 2}});
+    std::promise<void> held;
+    dispatch_async(dispatch_get_global_queue(0, 0), [over = held.get_future().share()] { over.wait(); });
+    EXPECT_EQ(navigation.undo().fate, Fate::refused);
+    EXPECT_EQ(sent, 1);
+    EXPECT_EQ(undoTitle(), "Quiet");
+    held.set_value();
+    EXPECT_EQ(navigation.undo().fate, Fate::done);
+    EXPECT_EQ(sent, 2);
 }
 
 TEST_F(UndoTest, ForgetsWhatWasUndoneAtTheNextChange) {

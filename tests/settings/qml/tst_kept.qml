@@ -37,6 +37,26 @@ Item {
         id: history
         HistorySheet { history: past; gap: 52 }
     }
+    QtObject {
+        id: stage
+
+        property bool covered: false
+        property var shell: ({ waiting: false })
+        property var offered: []
+
+        function offer(differences, title) { offered = offered.concat(title) }
+    }
+    QtObject {
+        id: source
+
+        signal offered(var offer, string title)
+
+        function preview(offer) {}
+    }
+    Component {
+        id: profilePlace
+        ProfilePlace { window: stage; profiles: source; first: "" }
+    }
     SignalSpy { id: accepts; target: place.item as DifferencesSheet; signalName: "accepted" }
     SignalSpy { id: ends; target: place.item; signalName: "gone" }
 
@@ -101,6 +121,14 @@ Item {
             mouseClick(button("Undo"));
             compare(past.undone, [0]);
             compare(ends.count, 0);
+        }
+        function test_keepsAProfileThatComesWhileASheetIsOpen() {
+            verify(createTemporaryObject(profilePlace, root));
+            stage.covered = true;
+            source.offered(null, "Quiet");
+            compare(stage.offered, []);
+            stage.covered = false;
+            tryCompare(stage, "offered", ["Quiet"]);
         }
         function test_saysWhereNoChangeIsKnown() {
             lookBack([]);

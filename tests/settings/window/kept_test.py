@@ -36,6 +36,20 @@ class Kept(Spoken):
         self.click_at(place.x + 30, place.y + place.height // 2, button=3)
         self.named(window, LINE, "Copy Value")
 
+    def open_row_menu_with(self, window, title, line):
+        """The defaults come some time after the rows."""
+        def there():
+            self.open_row_menu(window, title)
+            found = line in self.spoken(window, LINE)
+            if not found:
+                self.close_row_menu(window)
+            return found
+        eventually(there, line)
+
+    def close_row_menu(self, window):
+        self.keys(window, "Escape")
+        self.expect_soon(lambda: "Copy Value" in self.spoken(window, LINE), False)
+
     def open_menu(self, window):
         self.press_button(window, "More")
 
@@ -56,7 +70,7 @@ class ResetTest(Kept):
     def test_sets_a_row_to_its_default_and_takes_that_back(self):
         self.set("kAppBadgesEnabled", False)
         window = self.open_window("--page", "AppsController")
-        self.open_row_menu(window, "Badges")
+        self.open_row_menu_with(window, "Badges", "Reset to Default")
         self.act(self.named(window, LINE, "Reset to Default"), "Press")
         self.expect_stored("kAppBadgesEnabled", True)
         self.expect_said(window, "“Badges” has its default")
@@ -64,9 +78,22 @@ class ResetTest(Kept):
         self.expect_stored("kAppBadgesEnabled", False)
 
     def test_is_not_offered_of_what_has_its_default(self):
+        self.set("kAppLabelsEnabled", False)
         window = self.open_window("--page", "AppsController")
+        self.open_row_menu_with(window, "Labels", "Reset to Default")
+        self.close_row_menu(window)
         self.open_row_menu(window, "Badges")
         self.assertNotIn("Reset to Default", self.spoken(window, LINE))
+
+    def test_names_the_row_beside_the_page_that_is_open(self):
+        self.set("kLSStatusBarHidden", True)
+        window = self.open_root_page("--size", "1000x844")
+        for link in ("Lock Screen Settings", "Passcode View"):
+            self.click(self.named(window, LINK, link))
+        self.named(window, pyatspi.ROLE_PANEL, "Passcode View")
+        self.open_row_menu_with(window, "Status Bar", "Reset to Default")
+        self.act(self.named(window, LINE, "Reset to Default"), "Press")
+        self.expect_said(window, "“Status Bar” has its default")
 
     def test_is_not_offered_by_a_tweak_that_tells_no_defaults(self):
         with self.with_another_tweak({"kTweakEnabled": True, "kAppBadgesEnabled": False}):
