@@ -26,6 +26,8 @@ using platform::Value;
 
 /// All that is known at a time, and a place in it.
 struct History::Told {
+    Told(lumora::Past known, SettingNames called) : past(std::move(known)), names(std::move(called)) {}
+
     lumora::Past past;
     SettingNames names;
     lumora::TimelineCursor cursor{past.timeline};
@@ -77,8 +79,8 @@ void History::ask(bool opens) {
             auto index = lumora::keptIndex();
             if (!index)
                 if (auto made = lumora::currentIndex(root)) index = std::move(made).value();
-            return std::shared_ptr<Told>(
-                new Told{std::move(*past.value()), index ? SettingNames(*index) : SettingNames()});
+            return std::make_shared<Told>(*std::move(past).value(),
+                                          index ? SettingNames(*std::move(index)) : SettingNames());
         },
         [this, opens](const Asked& asked) {
             --asking_;

@@ -133,7 +133,7 @@ void Profiles::open(const QUrl& url) {
     inBackground(
         *this,
         [file = QFileInfo(file).absoluteFilePath().toStdString(), root = root_] { return readingOf(file, root); },
-        [this, name](Result<Reading> read) {
+        [this, name](const Result<Reading>& read) {
             --reading_;
             hasRead_ = true;
             if (!read) {

@@ -50,7 +50,7 @@ QString plainText(const Value& value) {
 
 } // namespace
 
-SettingNames::SettingNames(const search::Index& index) : index_(index) {
+SettingNames::SettingNames(search::Index index) : index_(std::move(index)) {
     const auto& entries = index_.entries();
     for (std::size_t i = 0; i < entries.size(); ++i)
         if (!entries[i].key.empty() && entries[i].kind == search::Kind::row) entries_.emplace(entries[i].key, i);

@@ -19,7 +19,7 @@ namespace settings {
 class SettingNames {
   public:
     SettingNames() = default;
-    explicit SettingNames(const search::Index& index);
+    explicit SettingNames(search::Index index);
 
     [[nodiscard]] QString titleOf(const std::string& key) const;
     /// "Lockscreen Apps › Icons"; empty for none.
