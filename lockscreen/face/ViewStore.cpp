@@ -183,7 +183,7 @@ void ViewStore::ask(bool anew) {
             QMetaObject::invokeMethod(
                 this, [this, identifier, painted] { take(identifier, painted); }, Qt::QueuedConnection);
         };
-        view->host = std::make_unique<ViewHost>(view->info.bundle, paint);
+        view->host = std::make_unique<ViewHost>(view->info.bundle, paint, limits_);
     } else {
         const std::lock_guard lock(view->easel->mutex);
         view->easel->place = place_;

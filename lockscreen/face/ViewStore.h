@@ -43,6 +43,8 @@ class ViewStore : public QObject {
     void setSettings(const platform::Dictionary& settings);
     /// A time that stands still, in place of the present one.
     void setTime(const std::optional<std::tm>& time) { time_ = time; }
+    /// Of plug-ins that are shown from now on.
+    void setLimits(const ViewHost::Limits& limits) { limits_ = limits; }
     /// 1 for the usual size of texts.
     void setTextScale(double scale);
     /// Whether anybody sees the screen.
@@ -77,6 +79,7 @@ class ViewStore : public QObject {
     std::map<QString, std::unique_ptr<View>> views_;
     platform::Dictionary settings_;
     std::optional<std::tm> time_;
+    ViewHost::Limits limits_;
     double textScale_ = 1;
     bool visible_ = true;
     QString shown_;

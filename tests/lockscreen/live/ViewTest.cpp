@@ -125,6 +125,7 @@ TEST_F(Views, ThatCrashSaySoAndAreRestarted) {
     set("test.fragile-1.does", "each");
     EXPECT_TRUE(screen.live().views().isComplete());
     EXPECT_EQ(drawn().fault, Fault::stopped);
+    ASSERT_TRUE(comes([&] { return screen.face().findChild<QQuickItem*>("V")->x() == 0; })) << "it slides in";
     auto* card = item("Restart")->parentItem();
     const QPointF middle = card->mapToScene(QPointF(card->width() / 2, card->height() / 2));
     for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
@@ -145,7 +146,6 @@ TEST_F(Views, LeaveTheScreenAsFastAsItIsWhileTheyHang) {
         ASSERT_TRUE(comes([&] { return screen.frames() > before && screen.subtitle() == words; }));
     }
     EXPECT_EQ(drawn().fault, Fault::none) << "it has not been given up yet";
-    ASSERT_TRUE(becomes(Fault::stopped));
 }
 
 TEST_F(Views, OfBadPlugInsHarmNothing) {
