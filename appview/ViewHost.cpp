@@ -121,16 +121,19 @@ class ViewHost::Worker {
             changed_.notify_one();
         }
         const std::lock_guard lock(telling_);
-        listener_ = nullptr;
+        isHeard_ = false;
     }
     void run() {
         while (const auto question = next()) {
             ViewAnswer answer = drawn(question->second);
             answer.question = question->first;
-            const std::lock_guard lock(telling_);
-            if (listener_) listener_(answer);
-            if (answer.outcome == Outcome::stopped) return;
+            if (const auto tell = listener_(answer)) {
+                const std::lock_guard lock(telling_);
+                if (isHeard_) tell();
+            }
+            if (answer.outcome == Outcome::stopped) break;
         }
+        artist_.reset(); // here, since it waits for the end of the process
     }
 
   private:
@@ -169,8 +172,9 @@ class ViewHost::Worker {
     std::optional<Numbered> waiting_;
     std::uint64_t last_ = 0;
     bool ended_ = false;
-    std::mutex telling_; ///< over the listener, while it is called
-    Listener listener_;
+    std::mutex telling_; ///< while something is told
+    bool isHeard_ = true;
+    const Listener listener_;
     std::optional<Artist> artist_; ///< the thread's own
 };
 

@@ -15,15 +15,23 @@ namespace {
 
 using Outcome = ViewAnswer::Outcome;
 
+constexpr std::chrono::milliseconds kForPicture(1000);
+constexpr std::chrono::milliseconds kSlice(50); // after which a view that is seen no more waits no longer
+
 /// A picture as the program draws it that draws strangers' pictures.
-QImage pictureOf(const std::filesystem::path& bundle, const std::string& name, int pixels) {
+QImage pictureOf(const std::filesystem::path& bundle, const std::string& name, int pixels,
+                 const std::atomic<bool>& closed) {
     std::error_code failed;
     for (const char* ending : {".svg", "@2x.png", ".png"}) {
         const std::filesystem::path file = bundle / (name + ending);
         if (!std::filesystem::exists(file, failed)) continue;
         auto& decoder = platform::PictureDecoder::shared();
-        platform::PicturePatience patience(std::chrono::seconds(1));
-        const auto drawn = decoder.wait(decoder.order({{file, pixels}}), patience, nullptr);
+        const auto order = decoder.order({{file, pixels}});
+        std::optional<platform::PictureDecoder::Drawn> drawn;
+        for (auto waited = kSlice; !drawn && waited <= kForPicture && !closed; waited += kSlice) {
+            platform::PicturePatience patience(kSlice);
+            drawn = decoder.wait(order, patience, nullptr);
+        }
         if (!drawn || drawn->empty()) return {};
         const platform::Data& png = drawn->front();
         return QImage::fromData(png.data(), static_cast<int>(png.size()));
@@ -167,12 +175,12 @@ void ViewStore::ask(bool anew) {
         view->easel->place = place_;
         view->hostNumber = ++hosts_;
         const auto paint = [this, identifier = shown_, host = view->hostNumber, easel = view->easel,
-                            bundle = view->info.bundle](const ViewAnswer& answer) {
+                            bundle = view->info.bundle](const ViewAnswer& answer) -> std::function<void()> {
             Painted painted{host, answer.question, {}, answer.drawing.again};
             if (answer.outcome == Outcome::drawn) {
                 painted.drawn.image = paintDrawing(
                     answer.drawing, easel->placeNow(),
-                    [&](const std::string& name, int pixels) { return pictureOf(bundle, name, pixels); },
+                    [&](const std::string& name, int pixels) { return pictureOf(bundle, name, pixels, easel->closed); },
                     easel->closed);
                 painted.drawn.caption = captionOf(answer.drawing);
                 painted.drawn.words = wordsOf(answer.drawing);
@@ -180,8 +188,10 @@ void ViewStore::ask(bool anew) {
             painted.drawn.fault = answer.outcome == Outcome::stopped ? Fault::stopped
                                   : painted.drawn.image.isNull()     ? Fault::tooMuch
                                                                      : Fault::none;
-            QMetaObject::invokeMethod(
-                this, [this, identifier, painted] { take(identifier, painted); }, Qt::QueuedConnection);
+            return [this, identifier, painted = std::move(painted)] { // the store has the host
+                QMetaObject::invokeMethod(
+                    this, [this, identifier, painted] { take(identifier, painted); }, Qt::QueuedConnection);
+            };
         };
         view->host = std::make_unique<ViewHost>(view->info.bundle, paint, limits_);
     } else {

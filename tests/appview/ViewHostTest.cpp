@@ -8,7 +8,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <condition_variable>
+#include <future>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -37,9 +40,11 @@ class Asked {
         : host_(
               bundle,
               [this](const ViewAnswer& answer) {
-                  const std::lock_guard lock(mutex_);
-                  answers_.push_back(answer);
-                  come_.notify_all();
+                  return [this, answer] {
+                      const std::lock_guard lock(mutex_);
+                      answers_.push_back(answer);
+                      come_.notify_all();
+                  };
               },
               kShort) {}
 
@@ -203,10 +208,32 @@ TEST_F(ViewHosts, SayNothingMoreOnceTheyAreGone) {
     std::atomic<int> told = 0;
     {
         ViewHost host(
-            bundle("sleeping"), [&](const ViewAnswer&) { ++told; }, kShort);
+            bundle("sleeping"), [&](const ViewAnswer&) { return [&] { ++told; }; }, kShort);
         host.draw({});
     }
     EXPECT_EQ(drawn("good").outcome, Outcome::drawn);
+    EXPECT_EQ(told, 0);
+}
+
+TEST_F(ViewHosts, EndWithoutWaitingForWhatIsMadeOfTheirAnswers) {
+    std::promise<void> begun;
+    std::promise<void> goOn;
+    std::atomic<bool> over = false;
+    std::atomic<int> told = 0;
+    {
+        ViewHost host(
+            bundle("good"),
+            [&](const ViewAnswer&) {
+                begun.set_value();
+                goOn.get_future().wait();
+                return [&told, gone = std::shared_ptr<void>(nullptr, [&](void*) { over = true; })] { ++told; };
+            },
+            kShort);
+        host.draw({322, 257, 1, true, {}, {}});
+        tests::awaited(begun.get_future(), "the answer");
+    }
+    goOn.set_value();
+    EXPECT_TRUE(tests::eventually([&] { return over.load(); }));
     EXPECT_EQ(told, 0);
 }
 
