@@ -34,20 +34,26 @@ constexpr bool kSanitized = true; // takes far more than the plug-in
 constexpr bool kSanitized = false;
 #endif
 
-/// While it lives, this process gets no more than so many bytes of memory beyond those that it has.
+constexpr rlim_t kOwnMemory = rlim_t{8} << 20; // for the steps, and what is left of archives
+
+/// What this process has of memory, in bytes; 0 where it is not to be limited.
+rlim_t memoryTaken() {
+    unsigned long pages = 0;
+    std::FILE* sizes = kSanitized ? nullptr : std::fopen("/proc/self/statm", "re");
+    if (!sizes) return 0;
+    const bool known = std::fscanf(sizes, "%lu", &pages) == 1; // NOLINT(cert-err34-c): written by the system
+    std::fclose(sizes);
+    return known ? pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) : 0;
+}
+
+/// While it lives, this process has no more memory than so many bytes; 0 is no limit.
 class MemoryLimit {
   public:
     explicit MemoryLimit(rlim_t bytes) {
         ::getrlimit(RLIMIT_AS, &before_);
-        unsigned long pages = 0;
-        std::FILE* sizes = kSanitized ? nullptr : std::fopen("/proc/self/statm", "re");
-        if (!sizes) return;
-        const bool known = std::fscanf(sizes, "%lu", &pages) == 1; // NOLINT(cert-err34-c): written by the system
-        std::fclose(sizes);
         rlimit limit = before_;
-        limit.rlim_cur =
-            std::min<rlim_t>(before_.rlim_max, pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + bytes);
-        if (known) ::setrlimit(RLIMIT_AS, &limit);
+        limit.rlim_cur = std::min(before_.rlim_max, bytes);
+        if (bytes > 0) ::setrlimit(RLIMIT_AS, &limit);
     }
     MemoryLimit(const MemoryLimit&) = delete;
     MemoryLimit& operator=(const MemoryLimit&) = delete;
@@ -105,12 +111,12 @@ struct Answer {
 };
 
 Answer answerTo(const lumora::DrawingQuestion& question, const lumora::Plugin& plugin,
-                const lumora::TextExtents& extents) {
+                const lumora::TextExtents& extents, rlim_t mostMemory) {
     const Told told(question);
     lumora::Recorder recorder(extents);
     auto again = Result<double>::failure({});
     {
-        const MemoryLimit limit(lumora::kMostMemory);
+        const MemoryLimit limit(mostMemory);
         again = plugin.draw(recorder.canvas(), told);
     }
     if (!again) return {lumora::kFailedAnswer, again.error()};
@@ -151,10 +157,13 @@ int main(int argc, char** argv) {
         return 1;
     }
     channel.say(0, platform::kReadyAnswer, {});
+    // Measured once, so that what is lost in one drawing is missing in the next.
+    const rlim_t loaded = memoryTaken();
+    const rlim_t most = loaded > 0 ? loaded + lumora::kMostMemory + kOwnMemory : 0;
     for (std::size_t number = 1;; ++number) {
         const auto question = nextQuestion(questions);
         if (!question) break;
-        Answer answer = answerTo(*question, examination.plugin().value(), extents);
+        Answer answer = answerTo(*question, examination.plugin().value(), extents, most);
         if (const auto kept = traps.check(); !kept) answer = {lumora::kFailedAnswer, kept.error()};
         channel.say(number, answer.letter, answer.text);
     }

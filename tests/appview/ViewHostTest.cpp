@@ -195,6 +195,18 @@ TEST_F(ViewHosts, HearNothingOfWhatPlugInsPrint) {
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST_F(ViewHosts, GivePlugInsLittleMemory) {
     EXPECT_THAT(fault("hungry"), AnyOf(Eq("it throws"), Eq("its process has ended")));
+    Asked leaking(bundle("leaking"));
+    for (int i = 0; i < 20; ++i) {
+        const ViewAnswer answer = leaking.draw();
+        ASSERT_EQ(answer.outcome, Outcome::drawn) << answer.why;
+        EXPECT_LT(std::stoi(answer.drawing.steps[0].text), 8) << "drawings of one process";
+    }
+}
+
+TEST_F(ViewHosts, GivePlugInsMemoryForTheLargestDrawingEachTime) {
+    Asked large(bundle("large-enough"));
+    for (int i = 0; i < 10; ++i)
+        ASSERT_EQ(large.draw().outcome, Outcome::drawn);
 }
 #endif
 
