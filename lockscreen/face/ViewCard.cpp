@@ -7,6 +7,11 @@
 #include <utility>
 
 namespace lumora {
+namespace {
+
+constexpr double kDimmed = 0.2; // what words stand upon
+
+} // namespace
 
 ViewCard::ViewCard(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
@@ -73,7 +78,8 @@ void ViewCard::itemChange(ItemChange change, const ItemChangeData& data) {
 }
 
 void ViewCard::paint(QPainter* painter) {
-    if (drawn_.image.isNull() || drawn_.fault != ViewStore::Fault::none) return;
+    if (drawn_.image.isNull()) return;
+    if (hasFault()) painter->setOpacity(kDimmed);
     const double ratio = painter->deviceTransform().m11();
     const QSizeF off = size() - drawn_.image.size() / ratio;
     if (std::abs(off.width()) < 1 && std::abs(off.height()) < 1) {

@@ -114,18 +114,22 @@ TEST_F(Views, ThatAreSecureAreNotEvenDrawnOnALockedPhone) {
 }
 
 TEST_F(Views, ThatCrashSaySoAndAreRestarted) {
-    open("fragile");
-    ASSERT_TRUE(comes([&] { return !drawn().image.isNull(); }));
+    open("fragile", {{"test.fragile-1.word", "Lakeside"}, {kAutoUnlockWidgetPasscode, "1234"}});
+    ASSERT_TRUE(comes([&] { return !drawn().image.isNull() && item("Lakeside"); }));
     set("test.fragile-1.does", "crashing");
     ASSERT_TRUE(becomes(Fault::stopped));
     EXPECT_FALSE(drawn().image.isNull()) << "the last drawing stays";
     EXPECT_TRUE(comes([&] { return item("stopped") && item("Restart"); }));
+    EXPECT_FALSE(item("Lakeside")) << "a caption of what is no more";
     EXPECT_EQ(children(), 0);
     // Nothing tries it again but a person.
     set("test.fragile-1.does", "each");
     EXPECT_TRUE(screen.live().views().isComplete());
     EXPECT_EQ(drawn().fault, Fault::stopped);
     ASSERT_TRUE(comes([&] { return screen.face().findChild<QQuickItem*>("V")->x() == 0; })) << "it slides in";
+    const QColor corner =
+        screen.picture().pixelColor(int(340 * screen.live().options().ratio), int(690 * screen.live().options().ratio));
+    EXPECT_TRUE(corner != QColor(Qt::red) && corner.red() > corner.green() + 20) << "dimmed";
     auto* card = item("Restart")->parentItem();
     const QPointF middle = card->mapToScene(QPointF(card->width() / 2, card->height() / 2));
     for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
