@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <csignal>
 #include <mutex>
 #include <optional>
 #include <system_error>
@@ -49,6 +50,15 @@ class Artist {
     }
 
     ViewAnswer ask(const Data& question) {
+        // Between questions all of it stands still, so that a thread of the plug-in's costs nothing that nobody counts.
+        ::kill(-child_->id(), SIGCONT);
+        ViewAnswer answer = answerTo(question);
+        ::kill(-child_->id(), SIGSTOP);
+        return answer;
+    }
+
+  private:
+    ViewAnswer answerTo(const Data& question) {
         const auto patience = child_->patience(limits_.clock, limits_.processor);
         const std::string bytes =
             std::to_string(question.size()) + "\n" + std::string(question.begin(), question.end());
@@ -62,8 +72,6 @@ class Artist {
         if (!drawing) return {Outcome::stopped, 0, {}, drawing.error()};
         return {Outcome::drawn, 0, std::move(drawing).value(), {}};
     }
-
-  private:
     /// The next answer, which is one of these.
     Result<platform::ProbeAnswer> hear(const std::string& expected, const ChildProcess::Patience& patience) {
         constexpr std::size_t most = DrawingLimits::bytes;

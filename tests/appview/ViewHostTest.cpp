@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <fstream>
 #include <future>
 #include <memory>
 #include <mutex>
@@ -135,6 +136,31 @@ TEST_F(ViewHosts, DrawOnceMoreForEachQuestion) {
         const ViewAnswer answer = asked.draw({100, 100, 2, false, {}, {{"test.each-1.word", word}}});
         ASSERT_EQ(answer.outcome, Outcome::drawn) << answer.why;
         EXPECT_EQ(answer.drawing.steps[8].text, word);
+    }
+}
+
+/// Of the processes that this one has started; "T" for one that stands still.
+std::string statesOfChildren() {
+    std::string states;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream list(thread.path() / "children");
+        for (std::string id; list >> id;) {
+            std::ifstream about("/proc/" + id + "/stat");
+            std::string number;
+            std::string name;
+            std::string state;
+            about >> number >> name >> state;
+            states += state;
+        }
+    }
+    return states;
+}
+
+TEST_F(ViewHosts, HaveNothingRunBetweenQuestions) {
+    Asked asked(bundle("good"));
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(asked.draw().outcome, Outcome::drawn);
+        EXPECT_TRUE(tests::eventually([] { return statesOfChildren() == "T"; }));
     }
 }
 
