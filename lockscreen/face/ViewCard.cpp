@@ -22,7 +22,7 @@ ViewCard::ViewCard(QQuickItem* parent) : QQuickPaintedItem(parent) {
 }
 
 ViewCard::~ViewCard() {
-    if (store()) store()->hide(placed_);
+    if (store()) store()->hide(this);
 }
 
 void ViewCard::setFace(FaceModel* face) {
@@ -44,13 +44,13 @@ void ViewCard::restart() {
 
 void ViewCard::place() {
     if (!store() || !isComponentComplete()) return;
-    const QString seen = isVisible() ? identifier_ : QString();
-    if (!placed_.isEmpty() && placed_ != seen) store()->hide(placed_);
-    placed_ = seen;
-    if (seen.isEmpty() || unit_ <= 0) return;
+    if (!isVisible() || identifier_.isEmpty() || unit_ <= 0) {
+        store()->hide(this);
+        return;
+    }
     const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1;
     // In whole points, so that another size of the screen is no other drawing.
-    store()->show(seen, {QSizeF((size() / unit_).toSize()), unit_ * ratio, ink_});
+    store()->show(this, identifier_, {QSizeF((size() / unit_).toSize()), unit_ * ratio, ink_});
 }
 
 void ViewCard::look() {

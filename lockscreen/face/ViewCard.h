@@ -55,7 +55,6 @@ class ViewCard : public QQuickPaintedItem {
 
     QPointer<FaceModel> face_;
     QString identifier_;
-    QString placed_; ///< the view that it has shown
     QColor ink_ = Qt::white;
     double unit_ = 1;
     ViewStore::Drawn drawn_;

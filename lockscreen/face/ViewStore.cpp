@@ -120,17 +120,21 @@ void ViewStore::setVisible(bool visible) {
         rest(*view);
 }
 
-void ViewStore::show(const QString& identifier, const DrawingPlace& place) {
-    if (identifier != shown_) hide(shown_);
-    shown_ = identifier;
-    place_ = place;
-    ask();
+void ViewStore::show(const void* shower, const QString& identifier, const DrawingPlace& place) {
+    const QString before = seenName();
+    std::erase_if(shown_, [&](const Shown& shown) { return shown.shower == shower; });
+    shown_.push_back({shower, identifier, place});
+    turnFrom(before);
 }
 
-void ViewStore::hide(const QString& identifier) {
-    if (identifier != shown_) return;
-    if (View* view = seen()) rest(*view);
-    shown_.clear();
+void ViewStore::hide(const void* shower) {
+    const QString before = seenName();
+    if (std::erase_if(shown_, [&](const Shown& shown) { return shown.shower == shower; }) > 0) turnFrom(before);
+}
+
+void ViewStore::turnFrom(const QString& before) {
+    if (const auto found = views_.find(before); found != views_.end() && before != seenName()) rest(*found->second);
+    ask();
 }
 
 void ViewStore::rest(View& view) {
@@ -148,20 +152,21 @@ void ViewStore::restart(const QString& identifier) {
 }
 
 ViewStore::View* ViewStore::seen() {
-    const auto found = views_.find(shown_);
+    const auto found = views_.find(seenName());
     return found == views_.end() ? nullptr : found->second.get();
 }
 
 void ViewStore::ask(bool anew) {
     View* view = seen();
-    if (!view || !visible_ || place_.points.isEmpty() || view->drawn.fault == Fault::stopped) return;
-    DrawingQuestion question{place_.points.width(),
-                             place_.points.height(),
+    if (!view || !visible_ || shown_.back().place.points.isEmpty() || view->drawn.fault == Fault::stopped) return;
+    const DrawingPlace& place = shown_.back().place;
+    DrawingQuestion question{place.points.width(),
+                             place.points.height(),
                              textScale_,
-                             place_.isDark(),
+                             place.isDark(),
                              {},
                              ownSettings(settings_, view->info.identifier)};
-    if (!anew && view->asked && view->asked->isLike(question) && view->place == place_) return;
+    if (!anew && view->asked && view->asked->isLike(question) && view->place == place) return;
     if (time_) {
         question.time = *time_;
         ::timegm(&question.time); // finds the day of the week
@@ -172,9 +177,9 @@ void ViewStore::ask(bool anew) {
     again_.stop();
     if (!view->host) {
         view->easel = std::make_shared<Easel>();
-        view->easel->place = place_;
+        view->easel->place = place;
         view->hostNumber = ++hosts_;
-        const auto paint = [this, identifier = shown_, host = view->hostNumber, easel = view->easel,
+        const auto paint = [this, identifier = seenName(), host = view->hostNumber, easel = view->easel,
                             bundle = view->info.bundle](const ViewAnswer& answer) -> std::function<void()> {
             Painted painted{host, answer.question, {}, answer.drawing.again};
             if (answer.outcome == Outcome::drawn) {
@@ -196,10 +201,10 @@ void ViewStore::ask(bool anew) {
         view->host = std::make_unique<ViewHost>(view->info.bundle, paint, limits_);
     } else {
         const std::lock_guard lock(view->easel->mutex);
-        view->easel->place = place_;
+        view->easel->place = place;
     }
     view->asked = question;
-    view->place = place_;
+    view->place = place;
     view->awaited = view->host->draw(std::move(question));
 }
 

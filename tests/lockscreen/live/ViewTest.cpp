@@ -103,6 +103,25 @@ TEST_F(Views, HaveAProcessOnlyWhileTheyAreSeen) {
     EXPECT_TRUE(comes([] { return children() == 0; }));
 }
 
+TEST_F(Views, AreDrawnAsLongAsOneShowsThem) {
+    plugins.add("each-1.bundle", "DrawingPlugin");
+    ViewStore store;
+    store.setViews(Installation::readNow()->installed().views);
+    const auto isDrawn = [&](int width) {
+        return comes([&] { return store.isComplete() && store.drawn("test.each-1").image.width() == width; });
+    };
+    const int one = 0;
+    const int other = 0;
+    store.show(&one, "test.each-1", {QSizeF(100, 50)});
+    store.show(&other, "test.each-1", {QSizeF(200, 100)});
+    EXPECT_TRUE(isDrawn(200));
+    store.hide(&other);
+    EXPECT_TRUE(isDrawn(100));
+    EXPECT_EQ(children(), 1);
+    store.hide(&one);
+    EXPECT_TRUE(comes([] { return children() == 0; }));
+}
+
 TEST_F(Views, ThatAreSecureAreNotEvenDrawnOnALockedPhone) {
     open("each", {});
     EXPECT_TRUE(comes([&] { return item("Needs the passcode"); }));
