@@ -2,7 +2,9 @@
 
 #include "platform/services/PictureDecoder.h"
 
+#include <QCoreApplication>
 #include <QMetaObject>
+#include <QPointer>
 
 #include <algorithm>
 #include <chrono>
@@ -15,29 +17,39 @@ namespace {
 
 using Outcome = ViewAnswer::Outcome;
 
-constexpr std::chrono::milliseconds kForPicture(1000);
-constexpr std::chrono::milliseconds kSlice(50); // after which a view that is seen no more waits no longer
+constexpr std::chrono::milliseconds kForPictures(1000); // of one drawing
+constexpr std::chrono::milliseconds kSlice(50);         // after which a view that is seen no more waits no longer
 
-/// A picture as the program draws it that draws strangers' pictures.
-QImage pictureOf(const std::filesystem::path& bundle, const std::string& name, int pixels,
-                 const std::atomic<bool>& closed) {
-    std::error_code failed;
-    for (const char* ending : {".svg", "@2x.png", ".png"}) {
-        const std::filesystem::path file = bundle / (name + ending);
-        if (!std::filesystem::exists(file, failed)) continue;
-        auto& decoder = platform::PictureDecoder::shared();
-        const auto order = decoder.order({{file, pixels}});
-        std::optional<platform::PictureDecoder::Drawn> drawn;
-        for (auto waited = kSlice; !drawn && waited <= kForPicture && !closed; waited += kSlice) {
-            platform::PicturePatience patience(kSlice);
-            drawn = decoder.wait(order, patience, nullptr);
+/// The pictures of one drawing, as the program draws them that draws strangers' pictures.
+struct Pictures {
+    const std::filesystem::path& bundle;
+    const std::atomic<bool>& closed;
+    std::chrono::milliseconds left = kForPictures;
+    std::vector<platform::PictureWanted> late = {};
+
+    QImage find(const std::string& name, int pixels) {
+        std::error_code failed;
+        for (const char* ending : {".svg", "@2x.png", ".png"}) {
+            const std::filesystem::path file = bundle / (name + ending);
+            if (!std::filesystem::exists(file, failed)) continue;
+            auto& decoder = platform::PictureDecoder::shared();
+            const auto order = decoder.order({{file, pixels}});
+            for (;;) {
+                platform::PicturePatience patience(std::min(kSlice, left));
+                if (const auto drawn = decoder.wait(order, patience, nullptr)) {
+                    if (drawn->empty()) return {};
+                    const platform::Data& png = drawn->front();
+                    return QImage::fromData(png.data(), static_cast<int>(png.size()));
+                }
+                left -= std::min(kSlice, left);
+                if (left.count() == 0 || closed) break;
+            }
+            late.push_back({file, pixels});
+            return {};
         }
-        if (!drawn || drawn->empty()) return {};
-        const platform::Data& png = drawn->front();
-        return QImage::fromData(png.data(), static_cast<int>(png.size()));
+        return {};
     }
-    return {};
-}
+};
 
 /// What the painting thread needs to know.
 struct Easel {
@@ -59,6 +71,7 @@ struct ViewStore::Painted {
     std::uint64_t question = 0;
     Drawn drawn;
     double again = 0;
+    std::vector<platform::PictureWanted> late = {}; ///< pictures that are missing in it
 };
 
 struct ViewStore::View {
@@ -72,7 +85,8 @@ struct ViewStore::View {
         host.reset();
         easel.reset();
         asked.reset();
-        awaited = answered = 0;
+        late.reset();
+        awaited = answered = repeat = 0;
     }
 
     AppViewInfo info;
@@ -84,6 +98,8 @@ struct ViewStore::View {
     DrawingPlace place; ///< of what was asked
     std::uint64_t awaited = 0;
     std::uint64_t answered = 0;
+    platform::PictureOrderRef late; ///< pictures that were missing
+    std::uint64_t repeat = 0;       ///< the question that was asked again since they have come
 };
 
 ViewStore::ViewStore(QObject* parent) : QObject(parent) {
@@ -183,10 +199,11 @@ void ViewStore::ask(bool anew) {
                             bundle = view->info.bundle](const ViewAnswer& answer) -> std::function<void()> {
             Painted painted{host, answer.question, {}, answer.drawing.again};
             if (answer.outcome == Outcome::drawn) {
+                Pictures pictures{bundle, easel->closed};
                 painted.drawn.image = paintDrawing(
                     answer.drawing, easel->placeNow(),
-                    [&](const std::string& name, int pixels) { return pictureOf(bundle, name, pixels, easel->closed); },
-                    easel->closed);
+                    [&](const std::string& name, int pixels) { return pictures.find(name, pixels); }, easel->closed);
+                painted.late = std::move(pictures.late);
                 painted.drawn.caption = captionOf(answer.drawing);
                 painted.drawn.words = wordsOf(answer.drawing);
             }
@@ -221,6 +238,23 @@ void ViewStore::take(const QString& identifier, const Painted& painted) {
     if (view.drawn.fault == Fault::stopped) view.end();
     if (painted.again > 0 && !time_ && view.awaited == view.answered)
         again_.start(static_cast<int>(painted.again * 1000));
+    if (!painted.late.empty() && view.answered != view.repeat) {
+        const auto come = [store = QPointer(this), identifier, host = painted.host](const auto&) {
+            QMetaObject::invokeMethod(
+                qApp,
+                [store, identifier, host] {
+                    View* seen = store ? store->seen() : nullptr;
+                    if (!seen || store->seenName() != identifier || seen->hostNumber != host || !seen->host) return;
+                    store->ask(true);
+                    seen->repeat = seen->awaited;
+                },
+                Qt::QueuedConnection);
+        };
+        auto& decoder = platform::PictureDecoder::shared();
+        view.late = decoder.order(painted.late);
+        platform::PicturePatience none(std::chrono::nanoseconds(0));
+        if (const auto known = decoder.wait(view.late, none, come)) come(*known);
+    }
     emit changed(identifier);
 }
 

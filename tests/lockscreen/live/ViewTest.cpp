@@ -23,12 +23,15 @@ constexpr bool kSanitized = true; // without limits of memory
 constexpr bool kSanitized = false;
 #endif
 
-/// How many processes this one has started that are still there.
+/// How many plug-ins have a process to draw in.
 int children() {
     int count = 0;
     for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
         std::ifstream list(thread.path() / "children");
-        for (std::string id; list >> id; ++count) {
+        for (std::string id; list >> id;) {
+            std::string name;
+            std::ifstream("/proc/" + id + "/comm") >> name;
+            if (name == "lumora-appview") ++count;
         }
     }
     return count;
@@ -101,6 +104,18 @@ TEST_F(Views, HaveAProcessOnlyWhileTheyAreSeen) {
     EXPECT_TRUE(comes([] { return children() == 1; }));
     screen.live().setVisible(false);
     EXPECT_TRUE(comes([] { return children() == 0; }));
+}
+
+TEST_F(Views, HavePicturesOfTheirBundlesAlsoWhenTheyAreLate) {
+    const auto bundle = plugins.path() / "each-1.bundle";
+    std::filesystem::create_directories(bundle);
+    plugins.write(bundle / "icon.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9">)"
+                                       R"(<rect width="9" height="9" fill="#00f"/></svg>)");
+    open("each");
+    EXPECT_TRUE(comes([&] {
+        const QImage image = drawn().image;
+        return image.valid(12, 27) && image.pixelColor(12, 27) == QColor(Qt::blue);
+    }));
 }
 
 TEST_F(Views, AreDrawnAsLongAsOneShowsThem) {
