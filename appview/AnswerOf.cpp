@@ -22,20 +22,16 @@ constexpr bool kSanitized = true; // takes far more than the plug-in
 constexpr bool kSanitized = false;
 #endif
 
-/// While it lives, this process gets no more than so many bytes of memory beyond those that it has.
+constexpr std::size_t kOwnMemory = std::size_t{8} << 20; // for the steps, and what is left of archives
+
+/// While it lives, this process has no more memory than so many bytes; 0 is no limit.
 class MemoryLimit {
   public:
     explicit MemoryLimit(rlim_t bytes) {
         ::getrlimit(RLIMIT_AS, &before_);
-        unsigned long pages = 0;
-        std::FILE* sizes = kSanitized ? nullptr : std::fopen("/proc/self/statm", "re");
-        if (!sizes) return;
-        const bool known = std::fscanf(sizes, "%lu", &pages) == 1; // NOLINT(cert-err34-c): written by the system
-        std::fclose(sizes);
         rlimit limit = before_;
-        limit.rlim_cur =
-            std::min<rlim_t>(before_.rlim_max, pages * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE)) + bytes);
-        if (known) ::setrlimit(RLIMIT_AS, &limit);
+        limit.rlim_cur = std::min(before_.rlim_max, bytes);
+        if (bytes > 0) ::setrlimit(RLIMIT_AS, &limit);
     }
     MemoryLimit(const MemoryLimit&) = delete;
     MemoryLimit& operator=(const MemoryLimit&) = delete;
@@ -78,12 +74,22 @@ struct Told : LumoraDrawing {
 
 } // namespace
 
-DrawingAnswer answerOf(const Plugin& plugin, const DrawingQuestion& question, const TextExtents& extents) {
+std::size_t memoryToDraw() {
+    std::size_t pages = 0;
+    std::FILE* sizes = kSanitized ? nullptr : std::fopen("/proc/self/statm", "re");
+    if (!sizes) return 0;
+    const bool known = std::fscanf(sizes, "%zu", &pages) == 1; // NOLINT(cert-err34-c): written by the system
+    std::fclose(sizes);
+    return known ? pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)) + kMostMemory + kOwnMemory : 0;
+}
+
+DrawingAnswer answerOf(const Plugin& plugin, const DrawingQuestion& question, const TextExtents& extents,
+                       std::size_t mostMemory) {
     const Told told(question);
     Recorder recorder(extents);
     auto again = Result<double>::failure({});
     {
-        const MemoryLimit limit(kMostMemory);
+        const MemoryLimit limit(mostMemory);
         again = plugin.draw(recorder.canvas(), told);
     }
     if (!again) return {kFailedAnswer, again.error()};

@@ -64,9 +64,11 @@ bool fits(char what, double number) {
     }
 }
 
-/// Whether the numbers behind a path's thickness are parts, of which the first is a move.
+/// Whether the numbers behind a path's thickness are not too many parts, of which the first is a move.
 bool arePathParts(const std::vector<double>& numbers) {
+    std::size_t parts = 0;
     for (std::size_t at = 1; at < numbers.size();) {
+        if (++parts > DrawingLimits::pathParts) return false;
         const double kind = numbers[at++];
         if (!isWhole(kind, 0, 3) || (at == 2 && kind != 0)) return false;
         for (std::size_t left = coordinatesOf(static_cast<PathPart>(kind)); left > 0; --left, ++at)

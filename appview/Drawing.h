@@ -45,6 +45,7 @@ struct Drawing {
 
 struct DrawingLimits {
     static constexpr std::size_t steps = 4096;
+    static constexpr std::size_t pathParts = 4096;             ///< of one path
     static constexpr std::size_t bytes = std::size_t{1} << 20; ///< of the archive
     static constexpr std::size_t textBytes = 4096;             ///< of one text
     static constexpr double points = 10'000;                   ///< no coordinate is further from 0

@@ -120,8 +120,12 @@ void Recorder::add(Kind kind, std::vector<double> numbers, std::string text) {
 }
 
 void Recorder::addPath(const LumoraPathPart* parts, std::size_t count, double thickness) {
+    if (count > DrawingLimits::pathParts) {
+        if (tooMuch_.empty()) tooMuch_ = "a path has too many parts";
+        return;
+    }
     std::vector<double> numbers{length(thickness)};
-    for (std::size_t i = 0; i < count && numbers.size() * kBytesOfNumber <= DrawingLimits::bytes; ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
         const LumoraPathPart& part = parts[i];
         const auto add = [&](PathPart kind, std::initializer_list<double> points) {
             numbers.push_back(static_cast<double>(kind));

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <csignal>
 #include <mutex>
 #include <optional>
 #include <system_error>
@@ -49,6 +50,15 @@ class Artist {
     }
 
     ViewAnswer ask(const Data& question) {
+        // Between questions all of it stands still, so that a thread of the plug-in's costs nothing that nobody counts.
+        ::kill(-child_->id(), SIGCONT);
+        ViewAnswer answer = answerTo(question);
+        ::kill(-child_->id(), SIGSTOP);
+        return answer;
+    }
+
+  private:
+    ViewAnswer answerTo(const Data& question) {
         const auto patience = child_->patience(limits_.clock, limits_.processor);
         const std::string bytes =
             std::to_string(question.size()) + "\n" + std::string(question.begin(), question.end());
@@ -62,8 +72,6 @@ class Artist {
         if (!drawing) return {Outcome::stopped, 0, {}, drawing.error()};
         return {Outcome::drawn, 0, std::move(drawing).value(), {}};
     }
-
-  private:
     /// The next answer, which is one of these.
     Result<platform::ProbeAnswer> hear(const std::string& expected, const ChildProcess::Patience& patience) {
         constexpr std::size_t most = DrawingLimits::bytes;
@@ -121,16 +129,19 @@ class ViewHost::Worker {
             changed_.notify_one();
         }
         const std::lock_guard lock(telling_);
-        listener_ = nullptr;
+        isHeard_ = false;
     }
     void run() {
         while (const auto question = next()) {
             ViewAnswer answer = drawn(question->second);
             answer.question = question->first;
-            const std::lock_guard lock(telling_);
-            if (listener_) listener_(answer);
-            if (answer.outcome == Outcome::stopped) return;
+            if (const auto tell = listener_(answer)) {
+                const std::lock_guard lock(telling_);
+                if (isHeard_) tell();
+            }
+            if (answer.outcome == Outcome::stopped) break;
         }
+        artist_.reset(); // here, since it waits for the end of the process
     }
 
   private:
@@ -169,8 +180,9 @@ class ViewHost::Worker {
     std::optional<Numbered> waiting_;
     std::uint64_t last_ = 0;
     bool ended_ = false;
-    std::mutex telling_; ///< over the listener, while it is called
-    Listener listener_;
+    std::mutex telling_; ///< while something is told
+    bool isHeard_ = true;
+    const Listener listener_;
     std::optional<Artist> artist_; ///< the thread's own
 };
 

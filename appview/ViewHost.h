@@ -28,15 +28,16 @@ struct ViewAnswer {
 
 /// A plug-in that draws its App View, in a process of its own, `lumora-appview`, which ends with this object.
 ///
-///     ViewHost host(bundle, [](const ViewAnswer& answer) { … });
+///     ViewHost host(bundle, [](const ViewAnswer& answer) { …; return [=] { … }; });
 ///     host.draw(question);
 ///
 /// Nothing here waits. The process starts with the first question; of several that wait, only the last one counts. One
 /// that ends or is late is started and asked once more, and then the host is of no more use. Any thread.
 class ViewHost {
   public:
-    /// Runs on the host's own thread.
-    using Listener = std::function<void(const ViewAnswer& answer)>;
+    /// Makes something of an answer, on the host's own thread, and may still be at it when the host is gone. What it
+    /// returns is called on that thread next, and not once the host is gone.
+    using Listener = std::function<std::function<void()>(const ViewAnswer& answer)>;
 
     /// For one drawing, and until the plug-in is loaded.
     struct Limits {
@@ -51,7 +52,7 @@ class ViewHost {
     ViewHost(std::filesystem::path bundle, Listener listener, const Limits& limits);
     ViewHost(const ViewHost&) = delete;
     ViewHost& operator=(const ViewHost&) = delete;
-    /// Waits for no more than a call of the listener. Not within that.
+    /// Waits for no more than a call of what the listener has returned. Not within that.
     ~ViewHost();
 
     /// The number of the question, counted from 1.

@@ -63,10 +63,11 @@ int main(int argc, char** argv) {
         return 1;
     }
     channel.say(0, platform::kReadyAnswer, {});
+    const std::size_t most = lumora::memoryToDraw();
     for (std::size_t number = 1;; ++number) {
         const auto question = nextQuestion(questions);
         if (!question) break;
-        lumora::DrawingAnswer answer = lumora::answerOf(examination.plugin().value(), *question, extents);
+        lumora::DrawingAnswer answer = lumora::answerOf(examination.plugin().value(), *question, extents, most);
         if (const auto kept = traps.check(); !kept) answer = {lumora::kFailedAnswer, kept.error()};
         channel.say(number, answer.letter, answer.text);
     }

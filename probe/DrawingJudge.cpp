@@ -284,7 +284,7 @@ Dictionary judgeDrawing(const Plugin& plugin, const DrawingQuestion& question, c
     Findings findings;
     const Clock::time_point begin = Clock::now();
     const nanoseconds before = processorTime();
-    const DrawingAnswer answer = answerOf(plugin, question, extents);
+    const DrawingAnswer answer = answerOf(plugin, question, extents, memoryToDraw());
     const auto took = std::chrono::ceil<std::chrono::milliseconds>(processorTime() - before);
     const auto waited = std::chrono::ceil<std::chrono::milliseconds>(Clock::now() - begin);
     if (took > ViewHost::Limits().processor)
@@ -319,7 +319,7 @@ Dictionary judgeLeaks(const Plugin& plugin, const DrawingQuestion& question, con
     const Clock::time_point end = Clock::now() + kForLeaksByClock;
     for (; count < kDrawings && processorTime() < kForLeaks && Clock::now() < end; ++count) {
         if (count == kDrawingsBefore) before = bytesInUse();
-        std::ignore = answerOf(plugin, next, extents);
+        std::ignore = answerOf(plugin, next, extents, memoryToDraw());
         ++next.time.tm_min;
         ::timegm(&next.time);
     }

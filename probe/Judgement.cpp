@@ -193,7 +193,7 @@ class Judge {
         judgeSettings("draw-settings", own, [&](const Plugin& plugin, const Dictionary& settings) {
             DrawingQuestion question = questions.front();
             question.settings = settings;
-            const DrawingAnswer answer = answerOf(plugin, question, extents);
+            const DrawingAnswer answer = answerOf(plugin, question, extents, memoryToDraw());
             return answer.letter == kDrawnAnswer ? Dictionary() : Dictionary{{"fault", answer.text}};
         });
     }

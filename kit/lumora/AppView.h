@@ -137,8 +137,9 @@ typedef struct LumoraExtent {
     double height;
 } LumoraExtent;
 
-/* What is drawn upon. Each function records a step; a later one covers an earlier one. A drawing has up to 4,096 steps
- * and 1 MB, or else is not shown. A step of numbers that are not finite is left out. Valid during the call. */
+/* What is drawn upon. Each function records a step; a later one covers an earlier one. A drawing has up to 4,096 steps,
+ * 4,096 parts in a path and 1 MB, or else is not shown. What is further than 10,000 points from 0 is moved there. A step
+ * with what is no number is left out, and so is a path that does not begin with 'M'. Valid during the call. */
 typedef struct LumoraCanvas LumoraCanvas;
 struct LumoraCanvas {
     uint32_t version; /* LUMORA_APP_VIEW_VERSION of the one who asks */

@@ -37,6 +37,7 @@ LiveFace::LiveFace(Options options, QObject* parent)
       mailbox_(std::make_shared<Mailbox>()) {
     views_.setTime(options_.phone.time);
     views_.setTextScale(options_.textScale);
+    views_.setLimits(options_.drawing);
     model_.setViewStore(&views_);
     const platform::CGSize size = options_.phone.size;
     model_.resize(size.width, size.height);

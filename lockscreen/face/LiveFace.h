@@ -32,6 +32,7 @@ class LiveFace : public QObject {
         Behaviour::Log log = {};
         FaceModel::Clock clock = {}; ///< in place of the steady one
         double textScale = 1;        ///< of texts in App Views
+        ViewHost::Limits drawing = {};
     };
 
     /// Has neither icons nor App Views until what is installed has been read.

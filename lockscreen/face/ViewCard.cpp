@@ -7,6 +7,11 @@
 #include <utility>
 
 namespace lumora {
+namespace {
+
+constexpr double kDimmed = 0.2; // what words stand upon
+
+} // namespace
 
 ViewCard::ViewCard(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
@@ -17,7 +22,7 @@ ViewCard::ViewCard(QQuickItem* parent) : QQuickPaintedItem(parent) {
 }
 
 ViewCard::~ViewCard() {
-    if (store()) store()->hide(placed_);
+    if (store()) store()->hide(this);
 }
 
 void ViewCard::setFace(FaceModel* face) {
@@ -39,13 +44,13 @@ void ViewCard::restart() {
 
 void ViewCard::place() {
     if (!store() || !isComponentComplete()) return;
-    const QString seen = isVisible() ? identifier_ : QString();
-    if (!placed_.isEmpty() && placed_ != seen) store()->hide(placed_);
-    placed_ = seen;
-    if (seen.isEmpty() || unit_ <= 0) return;
+    if (!isVisible() || identifier_.isEmpty() || unit_ <= 0) {
+        store()->hide(this);
+        return;
+    }
     const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1;
     // In whole points, so that another size of the screen is no other drawing.
-    store()->show(seen, {QSizeF((size() / unit_).toSize()), unit_ * ratio, ink_});
+    store()->show(this, identifier_, {QSizeF((size() / unit_).toSize()), unit_ * ratio, ink_});
 }
 
 void ViewCard::look() {
@@ -73,7 +78,8 @@ void ViewCard::itemChange(ItemChange change, const ItemChangeData& data) {
 }
 
 void ViewCard::paint(QPainter* painter) {
-    if (drawn_.image.isNull() || drawn_.fault != ViewStore::Fault::none) return;
+    if (drawn_.image.isNull()) return;
+    if (hasFault()) painter->setOpacity(kDimmed);
     const double ratio = painter->deviceTransform().m11();
     const QSizeF off = size() - drawn_.image.size() / ratio;
     if (std::abs(off.width()) < 1 && std::abs(off.height()) < 1) {

@@ -9,7 +9,7 @@
 
 namespace lumora {
 
-/// What an App View draws, over the whole item. It is asked to draw while the item is seen. `unit` is how many points of
+/// What an App View draws, over the whole item; with a fault, its last drawing, dimmed. It is asked to draw while the item is seen. `unit` is how many points of
 /// the screen one of the view's is. GUI thread.
 class ViewCard : public QQuickPaintedItem {
     Q_OBJECT
@@ -30,9 +30,9 @@ class ViewCard : public QQuickPaintedItem {
     [[nodiscard]] FaceModel* face() const { return face_; }
     void setFace(FaceModel* face);
     [[nodiscard]] bool draws() const;
-    [[nodiscard]] QString caption() const { return drawn_.caption; }
-    /// All texts, for assistive tools.
-    [[nodiscard]] QString words() const { return drawn_.words; }
+    /// Of the present drawing, as all texts are, for assistive tools: none while there is a fault.
+    [[nodiscard]] QString caption() const { return hasFault() ? QString() : drawn_.caption; }
+    [[nodiscard]] QString words() const { return hasFault() ? QString() : drawn_.words; }
     [[nodiscard]] bool hasStopped() const { return drawn_.fault == ViewStore::Fault::stopped; }
     [[nodiscard]] bool isTooMuch() const { return drawn_.fault == ViewStore::Fault::tooMuch; }
     Q_INVOKABLE void restart();
@@ -49,12 +49,12 @@ class ViewCard : public QQuickPaintedItem {
 
   private:
     [[nodiscard]] ViewStore* store() const { return face_ ? face_->viewStore() : nullptr; }
+    [[nodiscard]] bool hasFault() const { return drawn_.fault != ViewStore::Fault::none; }
     void place();
     void look();
 
     QPointer<FaceModel> face_;
     QString identifier_;
-    QString placed_; ///< the view that it has shown
     QColor ink_ = Qt::white;
     double unit_ = 1;
     ViewStore::Drawn drawn_;

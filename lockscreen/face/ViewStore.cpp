@@ -2,7 +2,9 @@
 
 #include "platform/services/PictureDecoder.h"
 
+#include <QCoreApplication>
 #include <QMetaObject>
+#include <QPointer>
 
 #include <algorithm>
 #include <chrono>
@@ -15,21 +17,39 @@ namespace {
 
 using Outcome = ViewAnswer::Outcome;
 
-/// A picture as the program draws it that draws strangers' pictures.
-QImage pictureOf(const std::filesystem::path& bundle, const std::string& name, int pixels) {
-    std::error_code failed;
-    for (const char* ending : {".svg", "@2x.png", ".png"}) {
-        const std::filesystem::path file = bundle / (name + ending);
-        if (!std::filesystem::exists(file, failed)) continue;
-        auto& decoder = platform::PictureDecoder::shared();
-        platform::PicturePatience patience(std::chrono::seconds(1));
-        const auto drawn = decoder.wait(decoder.order({{file, pixels}}), patience, nullptr);
-        if (!drawn || drawn->empty()) return {};
-        const platform::Data& png = drawn->front();
-        return QImage::fromData(png.data(), static_cast<int>(png.size()));
+constexpr std::chrono::milliseconds kForPictures(1000); // of one drawing
+constexpr std::chrono::milliseconds kSlice(50);         // after which a view that is seen no more waits no longer
+
+/// The pictures of one drawing, as the program draws them that draws strangers' pictures.
+struct Pictures {
+    const std::filesystem::path& bundle;
+    const std::atomic<bool>& closed;
+    std::chrono::milliseconds left = kForPictures;
+    std::vector<platform::PictureWanted> late = {};
+
+    QImage find(const std::string& name, int pixels) {
+        std::error_code failed;
+        for (const char* ending : {".svg", "@2x.png", ".png"}) {
+            const std::filesystem::path file = bundle / (name + ending);
+            if (!std::filesystem::exists(file, failed)) continue;
+            auto& decoder = platform::PictureDecoder::shared();
+            const auto order = decoder.order({{file, pixels}});
+            for (;;) {
+                platform::PicturePatience patience(std::min(kSlice, left));
+                if (const auto drawn = decoder.wait(order, patience, nullptr)) {
+                    if (drawn->empty()) return {};
+                    const platform::Data& png = drawn->front();
+                    return QImage::fromData(png.data(), static_cast<int>(png.size()));
+                }
+                left -= std::min(kSlice, left);
+                if (left.count() == 0 || closed) break;
+            }
+            late.push_back({file, pixels});
+            return {};
+        }
+        return {};
     }
-    return {};
-}
+};
 
 /// What the painting thread needs to know.
 struct Easel {
@@ -51,6 +71,7 @@ struct ViewStore::Painted {
     std::uint64_t question = 0;
     Drawn drawn;
     double again = 0;
+    std::vector<platform::PictureWanted> late = {}; ///< pictures that are missing in it
 };
 
 struct ViewStore::View {
@@ -64,7 +85,8 @@ struct ViewStore::View {
         host.reset();
         easel.reset();
         asked.reset();
-        awaited = answered = 0;
+        late.reset();
+        awaited = answered = repeat = 0;
     }
 
     AppViewInfo info;
@@ -76,6 +98,8 @@ struct ViewStore::View {
     DrawingPlace place; ///< of what was asked
     std::uint64_t awaited = 0;
     std::uint64_t answered = 0;
+    platform::PictureOrderRef late; ///< pictures that were missing
+    std::uint64_t repeat = 0;       ///< the question that was asked again since they have come
 };
 
 ViewStore::ViewStore(QObject* parent) : QObject(parent) {
@@ -112,17 +136,21 @@ void ViewStore::setVisible(bool visible) {
         rest(*view);
 }
 
-void ViewStore::show(const QString& identifier, const DrawingPlace& place) {
-    if (identifier != shown_) hide(shown_);
-    shown_ = identifier;
-    place_ = place;
-    ask();
+void ViewStore::show(const void* shower, const QString& identifier, const DrawingPlace& place) {
+    const QString before = seenName();
+    std::erase_if(shown_, [&](const Shown& shown) { return shown.shower == shower; });
+    shown_.push_back({shower, identifier, place});
+    turnFrom(before);
 }
 
-void ViewStore::hide(const QString& identifier) {
-    if (identifier != shown_) return;
-    if (View* view = seen()) rest(*view);
-    shown_.clear();
+void ViewStore::hide(const void* shower) {
+    const QString before = seenName();
+    if (std::erase_if(shown_, [&](const Shown& shown) { return shown.shower == shower; }) > 0) turnFrom(before);
+}
+
+void ViewStore::turnFrom(const QString& before) {
+    if (const auto found = views_.find(before); found != views_.end() && before != seenName()) rest(*found->second);
+    ask();
 }
 
 void ViewStore::rest(View& view) {
@@ -140,20 +168,21 @@ void ViewStore::restart(const QString& identifier) {
 }
 
 ViewStore::View* ViewStore::seen() {
-    const auto found = views_.find(shown_);
+    const auto found = views_.find(seenName());
     return found == views_.end() ? nullptr : found->second.get();
 }
 
 void ViewStore::ask(bool anew) {
     View* view = seen();
-    if (!view || !visible_ || place_.points.isEmpty() || view->drawn.fault == Fault::stopped) return;
-    DrawingQuestion question{place_.points.width(),
-                             place_.points.height(),
+    if (!view || !visible_ || shown_.back().place.points.isEmpty() || view->drawn.fault == Fault::stopped) return;
+    const DrawingPlace& place = shown_.back().place;
+    DrawingQuestion question{place.points.width(),
+                             place.points.height(),
                              textScale_,
-                             place_.isDark(),
+                             place.isDark(),
                              {},
                              ownSettings(settings_, view->info.identifier)};
-    if (!anew && view->asked && view->asked->isLike(question) && view->place == place_) return;
+    if (!anew && view->asked && view->asked->isLike(question) && view->place == place) return;
     if (time_) {
         question.time = *time_;
         ::timegm(&question.time); // finds the day of the week
@@ -164,32 +193,35 @@ void ViewStore::ask(bool anew) {
     again_.stop();
     if (!view->host) {
         view->easel = std::make_shared<Easel>();
-        view->easel->place = place_;
+        view->easel->place = place;
         view->hostNumber = ++hosts_;
-        const auto paint = [this, identifier = shown_, host = view->hostNumber, easel = view->easel,
-                            bundle = view->info.bundle](const ViewAnswer& answer) {
+        const auto paint = [this, identifier = seenName(), host = view->hostNumber, easel = view->easel,
+                            bundle = view->info.bundle](const ViewAnswer& answer) -> std::function<void()> {
             Painted painted{host, answer.question, {}, answer.drawing.again};
             if (answer.outcome == Outcome::drawn) {
+                Pictures pictures{bundle, easel->closed};
                 painted.drawn.image = paintDrawing(
                     answer.drawing, easel->placeNow(),
-                    [&](const std::string& name, int pixels) { return pictureOf(bundle, name, pixels); },
-                    easel->closed);
+                    [&](const std::string& name, int pixels) { return pictures.find(name, pixels); }, easel->closed);
+                painted.late = std::move(pictures.late);
                 painted.drawn.caption = captionOf(answer.drawing);
                 painted.drawn.words = wordsOf(answer.drawing);
             }
             painted.drawn.fault = answer.outcome == Outcome::stopped ? Fault::stopped
                                   : painted.drawn.image.isNull()     ? Fault::tooMuch
                                                                      : Fault::none;
-            QMetaObject::invokeMethod(
-                this, [this, identifier, painted] { take(identifier, painted); }, Qt::QueuedConnection);
+            return [this, identifier, painted = std::move(painted)] { // the store has the host
+                QMetaObject::invokeMethod(
+                    this, [this, identifier, painted] { take(identifier, painted); }, Qt::QueuedConnection);
+            };
         };
-        view->host = std::make_unique<ViewHost>(view->info.bundle, paint);
+        view->host = std::make_unique<ViewHost>(view->info.bundle, paint, limits_);
     } else {
         const std::lock_guard lock(view->easel->mutex);
-        view->easel->place = place_;
+        view->easel->place = place;
     }
     view->asked = question;
-    view->place = place_;
+    view->place = place;
     view->awaited = view->host->draw(std::move(question));
 }
 
@@ -206,6 +238,23 @@ void ViewStore::take(const QString& identifier, const Painted& painted) {
     if (view.drawn.fault == Fault::stopped) view.end();
     if (painted.again > 0 && !time_ && view.awaited == view.answered)
         again_.start(static_cast<int>(painted.again * 1000));
+    if (!painted.late.empty() && view.answered != view.repeat) {
+        const auto come = [store = QPointer(this), identifier, host = painted.host](const auto&) {
+            QMetaObject::invokeMethod(
+                qApp,
+                [store, identifier, host] {
+                    View* seen = store ? store->seen() : nullptr;
+                    if (!seen || store->seenName() != identifier || seen->hostNumber != host || !seen->host) return;
+                    store->ask(true);
+                    seen->repeat = seen->awaited;
+                },
+                Qt::QueuedConnection);
+        };
+        auto& decoder = platform::PictureDecoder::shared();
+        view.late = decoder.order(painted.late);
+        platform::PicturePatience none(std::chrono::nanoseconds(0));
+        if (const auto known = decoder.wait(view.late, none, come)) come(*known);
+    }
     emit changed(identifier);
 }
 

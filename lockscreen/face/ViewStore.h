@@ -43,15 +43,18 @@ class ViewStore : public QObject {
     void setSettings(const platform::Dictionary& settings);
     /// A time that stands still, in place of the present one.
     void setTime(const std::optional<std::tm>& time) { time_ = time; }
+    /// Of plug-ins that are shown from now on.
+    void setLimits(const ViewHost::Limits& limits) { limits_ = limits; }
     /// 1 for the usual size of texts.
     void setTextScale(double scale);
     /// Whether anybody sees the screen.
     void setVisible(bool visible);
 
-    /// The view that is seen from now on, if there is such a view and it draws.
-    void show(const QString& identifier, const DrawingPlace& place);
-    /// It is seen no more.
-    void hide(const QString& identifier);
+    /// Who shows a view shows this one from now on, if there is such a view and it draws. Of several that are shown, the
+    /// last one draws.
+    void show(const void* shower, const QString& identifier, const DrawingPlace& place);
+    /// It shows none any more.
+    void hide(const void* shower);
     /// Has one that has stopped draw again.
     void restart(const QString& identifier);
 
@@ -68,7 +71,16 @@ class ViewStore : public QObject {
     struct View;
     struct Painted;
 
+    struct Shown {
+        const void* shower;
+        QString identifier;
+        DrawingPlace place;
+    };
+
+    [[nodiscard]] QString seenName() const { return shown_.empty() ? QString() : shown_.back().identifier; }
     [[nodiscard]] View* seen();
+    /// Once another view may be seen than this one.
+    void turnFrom(const QString& before);
     /// Asks the view that is seen to draw, if something has changed, or anew.
     void ask(bool anew = false);
     void rest(View& view);
@@ -77,10 +89,10 @@ class ViewStore : public QObject {
     std::map<QString, std::unique_ptr<View>> views_;
     platform::Dictionary settings_;
     std::optional<std::tm> time_;
+    ViewHost::Limits limits_;
     double textScale_ = 1;
     bool visible_ = true;
-    QString shown_;
-    DrawingPlace place_;
+    std::vector<Shown> shown_; ///< the last one is seen
     QTimer again_;
     int hosts_ = 0; ///< that there have been
 };

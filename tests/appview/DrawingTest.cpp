@@ -87,6 +87,12 @@ TEST(Drawings, AreRefusedBeyondTheLimits) {
     for (int i = 0; i < 1000; ++i)
         path.insert(path.end(), {0, 0, 0});
     EXPECT_THAT(faultOf(List(400, Value(path))), HasSubstr("too large"));
+    path.resize(1);
+    path.push_back(1);
+    path.insert(path.end(), 3 * DrawingLimits::pathParts, 0);
+    EXPECT_EQ(faultOf(List{path}), "");
+    path.insert(path.end(), 3, 0);
+    EXPECT_EQ(faultOf(List{path}), "a step is none");
 }
 
 } // namespace

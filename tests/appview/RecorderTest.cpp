@@ -100,11 +100,18 @@ TEST_F(Recorders, FailAfterTooMuch) {
     EXPECT_EQ(many.error(), "it draws too many steps");
 
     Recorder other(extents);
-    const std::vector<LumoraPathPart> parts(200'000, {'M', 0, 0, 0, 0, 0, 0});
-    other.canvas().path(&other.canvas(), parts.data(), parts.size(), 1);
+    const std::vector<LumoraPathPart> parts(DrawingLimits::pathParts + 1, {'M', 0, 0, 0, 0, 0, 0});
+    for (int i = 0; i < 100; ++i)
+        other.canvas().path(&other.canvas(), parts.data(), DrawingLimits::pathParts, 1);
     const auto large = other.take();
     ASSERT_FALSE(large);
     EXPECT_EQ(large.error(), "its drawing is too large");
+
+    Recorder third(extents);
+    third.canvas().path(&third.canvas(), parts.data(), parts.size(), 1);
+    const auto path = third.take();
+    ASSERT_FALSE(path);
+    EXPECT_EQ(path.error(), "a path has too many parts");
 }
 
 TEST(Questions, AreReadAsTheyAreWritten) {

@@ -8,7 +8,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <condition_variable>
+#include <fstream>
+#include <future>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -28,7 +32,7 @@ using Kind = DrawingStep::Kind;
 using Outcome = ViewAnswer::Outcome;
 
 /// Short for what hangs, and long enough for what is only late on a busy machine.
-constexpr ViewHost::Limits kShort{.processor = 100ms, .clock = 3s, .starting = 20s, .startingProcessor = 5s};
+constexpr ViewHost::Limits kShort{.processor = 1s, .clock = 4s, .starting = 20s, .startingProcessor = 5s};
 
 /// A host, with its answers in their order.
 class Asked {
@@ -37,9 +41,11 @@ class Asked {
         : host_(
               bundle,
               [this](const ViewAnswer& answer) {
-                  const std::lock_guard lock(mutex_);
-                  answers_.push_back(answer);
-                  come_.notify_all();
+                  return [this, answer] {
+                      const std::lock_guard lock(mutex_);
+                      answers_.push_back(answer);
+                      come_.notify_all();
+                  };
               },
               kShort) {}
 
@@ -133,6 +139,31 @@ TEST_F(ViewHosts, DrawOnceMoreForEachQuestion) {
     }
 }
 
+/// Of the processes that this one has started; "T" for one that stands still.
+std::string statesOfChildren() {
+    std::string states;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream list(thread.path() / "children");
+        for (std::string id; list >> id;) {
+            std::ifstream about("/proc/" + id + "/stat");
+            std::string number;
+            std::string name;
+            std::string state;
+            about >> number >> name >> state;
+            states += state;
+        }
+    }
+    return states;
+}
+
+TEST_F(ViewHosts, HaveNothingRunBetweenQuestions) {
+    Asked asked(bundle("good"));
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(asked.draw().outcome, Outcome::drawn);
+        EXPECT_TRUE(tests::eventually([] { return statesOfChildren() == "T"; }));
+    }
+}
+
 TEST_F(ViewHosts, AnswerOnlyTheLastOfManyQuestions) {
     Asked asked(bundle("good"));
     std::uint64_t last = 0;
@@ -190,6 +221,18 @@ TEST_F(ViewHosts, HearNothingOfWhatPlugInsPrint) {
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST_F(ViewHosts, GivePlugInsLittleMemory) {
     EXPECT_THAT(fault("hungry"), AnyOf(Eq("it throws"), Eq("its process has ended")));
+    Asked leaking(bundle("leaking"));
+    for (int i = 0; i < 20; ++i) {
+        const ViewAnswer answer = leaking.draw();
+        ASSERT_EQ(answer.outcome, Outcome::drawn) << answer.why;
+        EXPECT_LT(std::stoi(answer.drawing.steps[0].text), 8) << "drawings of one process";
+    }
+}
+
+TEST_F(ViewHosts, GivePlugInsMemoryForTheLargestDrawingEachTime) {
+    Asked large(bundle("large-enough"));
+    for (int i = 0; i < 10; ++i)
+        ASSERT_EQ(large.draw().outcome, Outcome::drawn);
 }
 #endif
 
@@ -203,10 +246,32 @@ TEST_F(ViewHosts, SayNothingMoreOnceTheyAreGone) {
     std::atomic<int> told = 0;
     {
         ViewHost host(
-            bundle("sleeping"), [&](const ViewAnswer&) { ++told; }, kShort);
+            bundle("sleeping"), [&](const ViewAnswer&) { return [&] { ++told; }; }, kShort);
         host.draw({});
     }
     EXPECT_EQ(drawn("good").outcome, Outcome::drawn);
+    EXPECT_EQ(told, 0);
+}
+
+TEST_F(ViewHosts, EndWithoutWaitingForWhatIsMadeOfTheirAnswers) {
+    std::promise<void> begun;
+    std::promise<void> goOn;
+    std::atomic<bool> over = false;
+    std::atomic<int> told = 0;
+    {
+        ViewHost host(
+            bundle("good"),
+            [&](const ViewAnswer&) {
+                begun.set_value();
+                goOn.get_future().wait();
+                return [&told, gone = std::shared_ptr<void>(nullptr, [&](void*) { over = true; })] { ++told; };
+            },
+            kShort);
+        host.draw({322, 257, 1, true, {}, {}});
+        tests::awaited(begun.get_future(), "the answer");
+    }
+    goOn.set_value();
+    EXPECT_TRUE(tests::eventually([&] { return over.load(); }));
     EXPECT_EQ(told, 0);
 }
 

@@ -77,6 +77,18 @@ void misbehave(const LumoraCanvas* canvas, const std::string& how) {
         std::vector<char> much(std::size_t{32} << 20, 'x');
         canvas->line(canvas, 0, 0, much[5], 1, 1);
     }
+    if (how == "leaking") { // a little at a time
+        static std::vector<std::vector<char>> kept;
+        kept.emplace_back(std::size_t{4} << 20, 'x');
+        canvas->caption(canvas, std::to_string(kept.size()).c_str());
+    }
+    if (how == "large-enough") { // all but too large
+        std::vector<LumoraPathPart> path;
+        for (int i = 0; i < 4096; ++i)
+            path.push_back({i > 0 ? 'L' : 'M', i / 8.0, i / 4.0, 0, 0, 0, 0});
+        for (int i = 0; i < 3; ++i)
+            canvas->path(canvas, path.data(), path.size(), 1);
+    }
     if (how == "turning") view().draw = nullptr;
     for (int i = 0; how == "many" && i < 5000; ++i)
         canvas->line(canvas, 0, i, 10, i, 1);

@@ -34,10 +34,13 @@ bool comes(Condition holds) {
 }
 
 /// A lock screen in a window of its own, which moves as in the program, and the number of frames that it has drawn. It
-/// stays awake, at a time that stands still.
+/// stays awake, at a time that stands still, and has patience with plug-ins that draw.
 class OpenFace {
   public:
-    OpenFace() : live_({phone(), "dusk", qGuiApp->devicePixelRatio()}) {
+    OpenFace()
+        : live_({.phone = phone(),
+                 .ratio = qGuiApp->devicePixelRatio(),
+                 .drawing = {.clock = std::chrono::seconds(30)}}) {
         if (const auto made = live_.makeBackdrop(); !made) throw std::runtime_error(made.error());
         model().setFallsAsleep(false);
         engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
