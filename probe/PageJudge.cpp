@@ -32,6 +32,10 @@ struct MadePage {
     PageSnapshot shown;
 };
 
+std::string wrongSize(const std::string& size, const std::string& wanted) {
+    return "the icon has " + size + " pixels, and not " + wanted;
+}
+
 /// A page and all pages of the plug-in's own that rows lead to, each class once.
 class OwnPages {
   public:
@@ -188,7 +192,7 @@ class RowJudge {
             if (scale == 2 && &row.icon->encoded(2) == &row.icon->encoded(1))
                 return addOfRow("icon", row, "there is no \"@2x\" icon, of " + wanted + " pixels");
             if (size.empty()) return addOfRow("icon", row, "the icon is no PNG file");
-            addOfRow("icon", row, "the icon has " + size + " pixels, and not " + wanted);
+            addOfRow("icon", row, wrongSize(size, wanted));
         }
     }
 

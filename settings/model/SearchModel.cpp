@@ -21,8 +21,8 @@ namespace {
 constexpr std::size_t kMostResults = 300;
 
 enum SearchRole : int {
-    TitleRole = Qt::UserRole,
-    PathRole,
+    RowTitleRole = Qt::UserRole,
+    RowPathRole,
     FirstRole,
     LastRole,
     AlsoRole,
@@ -222,9 +222,9 @@ QVariant SearchModel::data(const QModelIndex& index, int role) const {
     const Result& result = results_[std::size_t(index.row())];
     const Entry& entry = entryOf(result);
     switch (role) {
-    case TitleRole:
+    case RowTitleRole:
         return withMarks(toQString(entry.title), result.hit.title);
-    case PathRole:
+    case RowPathRole:
         return pathOf(result);
     case FirstRole:
         return result.first;
@@ -249,7 +249,7 @@ QVariant SearchModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> SearchModel::roleNames() const {
-    return {{TitleRole, "title"}, {PathRole, "path"},   {FirstRole, "first"}, {LastRole, "last"},
+    return {{RowTitleRole, "title"}, {RowPathRole, "path"},   {FirstRole, "first"}, {LastRole, "last"},
             {AlsoRole, "also"},   {ValueRole, "value"}, {OpensRole, "opens"}, {SpokenRole, "spokenName"}};
 }
 

@@ -64,12 +64,12 @@ Result<std::optional<Value>> askOptional(const std::string& message, const Value
     Reply reply;
     const CFMessagePortResult result = send(name, body, reply);
     if (result == platform::kCFMessagePortIsInvalid && platform::CFMessagePortIsServed(portName(kRequestTweakSettings)))
-        return Asked(std::nullopt);
+        return std::optional<Value>();
     if (result != platform::kCFMessagePortSuccess) return Asked::failure(reasonOf(result, name));
-    if (!reply) return Asked(Value());
+    if (!reply) return std::optional(Value());
     const Result<Value> read = NSKeyedUnarchiver::unarchive(*reply);
     if (!read) return Asked::failure("the tweak's answer is no keyed archive: " + read.error());
-    return Asked(read.value());
+    return std::optional(read.value());
 }
 
 std::string whyNoTweakAnswers() {
