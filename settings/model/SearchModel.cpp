@@ -249,8 +249,8 @@ QVariant SearchModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> SearchModel::roleNames() const {
-    return {{RowTitleRole, "title"}, {RowPathRole, "path"},   {FirstRole, "first"}, {LastRole, "last"},
-            {AlsoRole, "also"},   {ValueRole, "value"}, {OpensRole, "opens"}, {SpokenRole, "spokenName"}};
+    return {{RowTitleRole, "title"}, {RowPathRole, "path"}, {FirstRole, "first"}, {LastRole, "last"},
+            {AlsoRole, "also"},      {ValueRole, "value"},  {OpensRole, "opens"}, {SpokenRole, "spokenName"}};
 }
 
 } // namespace settings
