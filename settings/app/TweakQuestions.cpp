@@ -34,16 +34,20 @@ Sent sendChanges(const std::vector<SettingChange>& changes) {
     Sent sent;
     for (const SettingChange& change : changes) {
         const auto changed = lumora::changeSetting(change.key, change.after);
-        if (changed) {
-            sent.made.push_back(change);
-        } else if (const auto there = lumora::fetchSettings(); !there) {
-            sent.fault = there.error();
-            break;
-        } else if (const platform::Value* now = there.value().find(change.key); now && *now == change.after) {
-            sent.made.push_back(change); // only the answer came too late
-        } else {
-            sent.refused.push_back({change.key, changed.error()});
+        bool made = bool(changed);
+        if (!made) {
+            const auto there = lumora::fetchSettings();
+            if (!there) {
+                sent.fault = there.error();
+                break;
+            }
+            const platform::Value* now = there.value().find(change.key);
+            made = now && *now == change.after; // only the answer came too late
         }
+        if (made)
+            sent.made.push_back(change);
+        else
+            sent.refused.push_back({change.key, changed.error()});
     }
     return sent;
 }
