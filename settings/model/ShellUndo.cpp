@@ -94,7 +94,10 @@ void Shell::takeBack(Navigation::Undone (Navigation::*work)(), const QString& wo
              case Fate::gone:
                  return emit said(tr("“%1” is no longer there").arg(title), false);
              case Fate::refused:
-                 return emit said(tr("“%1” stays as it is: %2").arg(title, QString::fromStdString(undone->why)), false);
+                 return emit said(
+                     (undone->made.empty() ? tr("“%1” stays as it is: %2") : tr("Some of “%1” stays as it is: %2"))
+                         .arg(title, QString::fromStdString(undone->why)),
+                     false);
              }
          });
 }
