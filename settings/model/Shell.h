@@ -114,6 +114,7 @@ class Shell : public QObject {
     void land(const Landing& landing);
     /// In points. A moment after the last change, a page whose view has not followed appears anew.
     Q_INVOKABLE void setContentSize(const QSizeF& size);
+    [[nodiscard]] QSizeF contentSize() const { return contentSize_; }
     /// Deletes a popped page, which is no longer drawn.
     Q_INVOKABLE void pageGone(settings::PageModel* page);
     /// Starts the program again in this process, with the same arguments, and goes to where the user is.

@@ -135,7 +135,10 @@ class ContrastTour : public CheckingTour {
 class TurningTour : public CheckingTour {
   public:
     TurningTour(settings::Shell& shell, QQuickWindow& window) : CheckingTour(shell, window) {
-        ::QObject::connect(&shell, &settings::Shell::aboutToAppearAnew, &window, [this] { ++appearances_; });
+        ::QObject::connect(&shell, &settings::Shell::aboutToAppearAnew, &window, [this] {
+            ++appearances_;
+            appearedFor_ = this->shell().contentSize();
+        });
     }
 
   protected:
@@ -160,14 +163,17 @@ class TurningTour : public CheckingTour {
     void turn(QSize size) {
         const int appearances = appearances_;
         if (window().size() == size) return;
+        appearedFor_ = {};
         resize(size);
         const bool anew = shell().topPage()->keepsPlaces;
-        if (anew) waitUntil([&] { return appearances_ != appearances; }, [] { return "the page to appear anew"; });
+        const auto hasAppeared = [&] { return appearedFor_ == window().property("viewSize").toSizeF(); };
+        if (anew) waitUntil(hasAppeared, [] { return "the page to appear anew"; });
         perform([](settings::Navigation&) {});
         if (!anew && appearances_ != appearances) complain("a page that follows", {"appears anew"});
     }
 
     int appearances_ = 0;
+    QSizeF appearedFor_; ///< the content area at the last appearance
 };
 
 class TargetTour : public CheckingTour {
