@@ -1,6 +1,7 @@
 #include "lockscreen/Canvas.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace lumora {
 namespace {
@@ -13,6 +14,12 @@ constexpr double kFade = 12;    // of shades, in units
 constexpr double kGlass = 0.15; // of white, on dark pictures
 
 } // namespace
+
+Canvas::Canvas(const Device& device)
+    : device_(device), unit_(device.unit()),
+      brightPanes_(device.picture.mean(platform::CGRectMake(0, 0.5, 1, 0.35)) > kBright),
+      width(device.size.width / unit_), height(device.size.height / unit_), portrait(!device.isLandscape()) {
+}
 
 Color mixed(const Color& one, const Color& other, double share) {
     const auto mix = [share](double a, double b) { return a + (b - a) * share; };
@@ -27,9 +34,9 @@ Ground legibleOn(const std::pair<double, double>& picture, const Color& tint, do
         const double whole = 1 - (1 - shade) * (1 - opacity);
         for (const auto& [ink, below] : {std::pair(kWhite, kNight), std::pair(kInk, kWhite)}) {
             const Color color = whole > 0 ? mixed(below, tint, opacity / whole) : tint;
+            const double own = luminanceOf(ink);
             const auto on = [&, ink = ink](double behind) {
-                const double ground = laidOver(laidOver(behind, color, whole), ink, share);
-                return contrast(ground, luminanceOf(ink));
+                return contrast(laidOver(laidOver(behind, color, whole), ink, share), own);
             };
             const double least = std::min(on(picture.first), on(picture.second));
             if (least > most) {
@@ -89,15 +96,16 @@ Text Canvas::text(bool visible, const platform::CGRect& frame, std::string words
 
 std::pair<double, double> Canvas::ground(const platform::CGRect& frame, double blur) const {
     const platform::CGRect part = share(frame);
-    const auto mix = [blur](double sharp, double soft) { return sharp + (soft - sharp) * blur; };
-    return {mix(device_.picture.lowest(part), device_.blurred.lowest(part)),
-            mix(device_.picture.highest(part), device_.blurred.highest(part))};
+    const auto sharp = device_.picture.range(part);
+    if (blur == 0) return sharp;
+    const auto soft = device_.blurred.range(part);
+    return {std::lerp(sharp.first, soft.first, blur), std::lerp(sharp.second, soft.second, blur)};
 }
 
 Color Canvas::makeLegible(Pane& pane) const {
     const platform::CGRect part = share(pane.frame);
-    if (device_.picture.mean(platform::CGRectMake(0, 0.5, 1, 0.35)) > kBright) {
-        const double darkest = device_.blurred.lowest(part);
+    if (brightPanes_) {
+        const double darkest = device_.blurred.range(part).first;
         const double ink = luminanceOf(kInk);
         pane.tint = kWhite;
         pane.tintOpacity = 0.42;
@@ -106,7 +114,7 @@ Color Canvas::makeLegible(Pane& pane) const {
         return kInk;
     }
     // White glass, under which lies as much of the night as the brightest place needs.
-    const double brightest = device_.blurred.highest(part);
+    const double brightest = device_.blurred.range(part).second;
     for (double dark = 0;; dark = std::min(1.0, dark + kStep)) {
         pane.tintOpacity = 1 - (1 - kGlass) * (1 - dark);
         pane.tint = mixed(kNight, kWhite, kGlass / pane.tintOpacity);

@@ -33,9 +33,7 @@ struct Ground {
 /// in units and come out in points.
 class Canvas {
   public:
-    explicit Canvas(const Device& device)
-        : device_(device), unit_(device.unit()), width(device.size.width / unit_), height(device.size.height / unit_),
-          portrait(!device.isLandscape()) {}
+    explicit Canvas(const Device& device);
 
     [[nodiscard]] platform::CGRect frame(double x, double y, double wide, double tall) const {
         return platform::CGRectMake(x * unit_, y * unit_, wide * unit_, tall * unit_);
@@ -82,6 +80,7 @@ class Canvas {
 
     const Device& device_;
     double unit_;
+    bool brightPanes_; ///< as most of the picture is where they stand
 
   public:
     const double width; ///< of the screen, in units

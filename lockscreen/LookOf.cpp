@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <unordered_map>
 #include <utility>
 
 using platform::CGRect;
@@ -34,15 +33,21 @@ std::string onOneLine(std::string text) {
 
 template<class Item>
 std::vector<const Item*> chosen(const std::vector<std::string>& identifiers, const std::vector<Item>& installed) {
-    std::unordered_map<std::string_view, const Item*> known;
+    std::vector<const Item*> known;
+    known.reserve(installed.size());
     for (const Item& item : installed)
-        known.emplace(item.identifier, &item);
+        known.push_back(&item);
+    std::ranges::stable_sort(known, {}, &Item::identifier);
+    std::vector<bool> taken(known.size());
     std::vector<const Item*> chosen;
-    for (const std::string& identifier : identifiers)
-        if (const auto found = known.find(identifier); found != known.end()) {
-            chosen.push_back(found->second);
-            known.erase(found); // once, though it may be named twice
-        }
+    for (const std::string& identifier : identifiers) {
+        const auto found = std::ranges::lower_bound(known, identifier, {}, &Item::identifier);
+        if (found == known.end() || (*found)->identifier != identifier) continue;
+        const auto index = static_cast<std::size_t>(found - known.begin());
+        if (taken[index]) continue; // once, though it may be named twice
+        taken[index] = true;
+        chosen.push_back(*found);
+    }
     return chosen;
 }
 

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace lumora {
 namespace {
@@ -54,16 +53,14 @@ double Luminance::mean(const platform::CGRect& part) const {
     return area > 0 ? sum / area : 0;
 }
 
-double Luminance::highest(const platform::CGRect& part) const {
-    double highest = 0;
-    eachCell(part, [&](double cell, double) { highest = std::max(highest, cell); });
-    return highest;
-}
-
-double Luminance::lowest(const platform::CGRect& part) const {
-    double lowest = cells_.empty() ? 0 : 1;
-    eachCell(part, [&](double cell, double) { lowest = std::min(lowest, cell); });
-    return lowest;
+std::pair<double, double> Luminance::range(const platform::CGRect& part) const {
+    float lowest = cells_.empty() ? 0 : 1;
+    float highest = 0;
+    eachCell(part, [&](float cell, double) {
+        lowest = std::min(lowest, cell);
+        highest = std::max(highest, cell);
+    });
+    return {lowest, highest};
 }
 
 double luminanceOf(const Color& color) {
@@ -71,6 +68,7 @@ double luminanceOf(const Color& color) {
 }
 
 double laidOver(double surface, const Color& color, double opacity) {
+    if (opacity == 0) return surface;
     // Screens blend encoded values, each channel by itself.
     const double grey = encoded(surface) * (1 - opacity);
     return luminanceOf({grey + color.red * opacity, grey + color.green * opacity, grey + color.blue * opacity});

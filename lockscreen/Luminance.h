@@ -3,6 +3,7 @@
 #include "platform/ui/CGGeometry.h"
 
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 namespace lumora {
@@ -19,8 +20,8 @@ class Luminance {
 
     /// Of what lies under a rectangle, in fractions of the screen; cells that it touches count in part.
     [[nodiscard]] double mean(const platform::CGRect& part) const;
-    [[nodiscard]] double highest(const platform::CGRect& part) const;
-    [[nodiscard]] double lowest(const platform::CGRect& part) const;
+    /// The lowest and the highest.
+    [[nodiscard]] std::pair<double, double> range(const platform::CGRect& part) const;
 
   private:
     /// Calls for each cell that the part touches, with the share of the cell.

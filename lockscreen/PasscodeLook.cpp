@@ -75,9 +75,11 @@ void layOutPasscode(Look& look, const Canvas& canvas, const Style& style, const 
     const platform::CGRect below = canvas.frame(0, cut, canvas.width, canvas.height - cut);
     const double share = style.number(kLSPBlurOpacity);
     const Tint asked = tintOf(style);
-    const auto picture = canvas.ground(below, blurred ? share : 0);
-    const Ground tint = blurred ? legibleOn(picture, asked.color, asked.opacity, kRing, kEnoughOnKeys)
-                                : legibleOn(picture, asked.color, 0, 0, 1);
+    const auto tintOver = [&](const std::pair<double, double>& picture) {
+        return blurred ? legibleOn(picture, asked.color, asked.opacity, kRing, kEnoughOnKeys)
+                       : legibleOn(picture, asked.color, 0, 0, 1);
+    };
+    const Ground tint = visible ? tintOver(canvas.ground(below, blurred ? share : 0)) : Ground();
     const Color color = tint.ink;
     if (blurred && cut <= bar) // it stands on the tint as well
         for (Mark* mark : {&look.statusBar, static_cast<Mark*>(&look.battery)}) {

@@ -119,8 +119,8 @@ TEST(ReadPicture, RefusesOneThatClaimsToBeHuge) {
 }
 
 TEST(MeasureLuminance, TellsBlackFromWhite) {
-    EXPECT_DOUBLE_EQ(measureLuminance(flat({48, 48}, qRgb(0, 0, 0)), {2, 2}).highest({{}, {1, 1}}), 0);
-    EXPECT_NEAR(measureLuminance(flat({48, 48}, qRgb(255, 255, 255)), {2, 2}).lowest({{}, {1, 1}}), 1, 1e-5);
+    EXPECT_DOUBLE_EQ(measureLuminance(flat({48, 48}, qRgb(0, 0, 0)), {2, 2}).range({{}, {1, 1}}).second, 0);
+    EXPECT_NEAR(measureLuminance(flat({48, 48}, qRgb(255, 255, 255)), {2, 2}).range({{}, {1, 1}}).first, 1, 1e-5);
 }
 
 TEST(MeasureLuminance, TakesTheMeanOfLight) {
@@ -129,8 +129,8 @@ TEST(MeasureLuminance, TakesTheMeanOfLight) {
         for (int x = y % 2; x < 60; x += 2)
             board.setPixel(x, y, qRgb(255, 255, 255));
     const lumora::Luminance luminance = measureLuminance(board, {3, 3});
-    EXPECT_NEAR(luminance.lowest({{}, {1, 1}}), 0.5, 1e-5);
-    EXPECT_NEAR(luminance.highest({{}, {1, 1}}), 0.5, 1e-5);
+    EXPECT_NEAR(luminance.range({{}, {1, 1}}).first, 0.5, 1e-5);
+    EXPECT_NEAR(luminance.range({{}, {1, 1}}).second, 0.5, 1e-5);
     // A grey of half the values has a fifth of the light.
     EXPECT_NEAR(measureLuminance(flat({9, 9}, qRgb(128, 128, 128)), {1, 1}).mean({{}, {1, 1}}), 0.2159, 1e-3);
 }
