@@ -8,6 +8,7 @@ Prints JSON in the form of Google Benchmark's. Drawing is done in software, as b
 import json
 import random
 import statistics
+import subprocess
 import sys
 import time
 
@@ -27,6 +28,10 @@ FIELD = (20, BAR + 75 + 20, WIDTH - 40, HEIGHT - BAR - 75 - 60 - 90)
 ROUND = 36  # moves of a dragging finger, after which it comes to the same places again
 SCREEN = (20, 225, WIDTH, 60)  # where the lock screen has its subtitle
 RING = 16  # half the side of the square that holds the crosshair
+KNOB = (567, 373)  # of the time's font size, beside the lock screen
+CLOCK = (930, 155, 180, 75)  # there
+SCREENS_EDGE = 430  # the width of the lock screen's window
+GLASS = (60, 700, 40, 40)  # free of keys, under the passcode's
 
 
 def pause():
@@ -123,11 +128,17 @@ def drag(stage, times, interval=None):
         stage.release()
 
 
-def change_face(stage, times):
-    """From the tweak's answer to the first change on the lock screen, which another program has told the tweak of."""
+def waking(stage):
+    """Who may change the settings of a lock screen that stays awake."""
     client = Client(stage.environment["LUMORA_PORTS"])
     client.set("kTweakEnabled", True)
     client.set("kSleepTime", 3600)
+    return client
+
+
+def change_face(stage, times):
+    """From the tweak's answer to the first change on the lock screen, which another program has told the tweak of."""
+    client = waking(stage)
     with stage.lockscreen("--time", "18:36"):
         stage.when(lambda: stage.pixel(*SCREEN[:2]) != "#000000")
         stage.settle(*SCREEN, still=1)
@@ -138,6 +149,50 @@ def change_face(stage, times):
             answered = time.monotonic()
             yield stage.when(lambda: stage.area(*SCREEN) != before) - answered
             stage.settle(*SCREEN)
+
+
+def drag_slider(stage, times):
+    """From each move of a held knob to the changed clock beside the page."""
+    with stage.settings("--page", "LSDateViewSettings", size="1240x844"):
+        stage.when(lambda: len(set(stage.area(*CLOCK)[::4])) > 100)
+        stage.settle(0, 0, stage.width, HEIGHT)
+        stage.press(*KNOB)
+        for step in range(times):
+            pause()
+            before = stage.area(*CLOCK)
+            moved = stage.move(KNOB[0] + (24, 12, -12, -24)[step % 4], KNOB[1])
+            yield stage.when(lambda: stage.area(*CLOCK) != before) - moved
+            stage.settle(*CLOCK, still=0.05)
+        stage.release()
+
+
+def drag_color_of_face(stage, times):
+    """Between one picture and the next of a lock screen of its own, while its colour is dragged."""
+    waking(stage).set("kLSBlurColorEnabled", True)
+    passcode = stage.lockscreen_command("--surface", "P", "--time", "18:36")
+    with stage.settings("--page", "ColorPickerController", "--columns", "1", size="900x844"):
+        stage.settle(0, 0, stage.width, HEIGHT)
+        left, top = SCREENS_EDGE + 40, FIELD[1] + 60
+        page = stage.area(*GLASS)
+        with subprocess.Popen(passcode, env=stage.environment, stderr=subprocess.DEVNULL) as face:
+            try:
+                stage.when(lambda: stage.area(*GLASS) != page)
+                stage.settle(*GLASS, still=1)
+                stage.press(left, top)
+                stage.settle(*GLASS)
+                began, step, shown, since = time.monotonic(), 0, stage.area(*GLASS), None
+                while step < times:
+                    if (now := time.monotonic()) >= began + step / 120:
+                        step += 1
+                        stage.move(left + 8 * (step % 32), top + 24 * (step // 32 % 10))
+                    if shown != (shown := stage.area(*GLASS)):
+                        if since:
+                            yield now - since
+                        since = now
+                    time.sleep(LOOK)
+                stage.release()
+            finally:
+                face.kill()
 
 
 def entries(name, samples):
@@ -162,6 +217,8 @@ def main():
             *entries("MoveCrosshair", drag(stage, 3 * times)),
             *entries("DragCrosshair", drag(stage, 10 * times, 1 / 120)),
             *entries("ChangeFace", change_face(stage, times)),
+            *entries("DragSlider", drag_slider(stage, 2 * times)),
+            *entries("DragColorOfFace", drag_color_of_face(stage, 10 * times)),
         ]
     json.dump({"context": {"times": times}, "benchmarks": benchmarks}, sys.stdout, indent=2)
     print()

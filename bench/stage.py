@@ -73,11 +73,11 @@ class Stage:
                 process.kill()
         self.when(lambda: self.area(0, 0, self.width, self.height) == self._blank)
 
-    def settings_command(self, *options):
-        return [self.build + "/bin/lumora-settings", "--root", self.build + "/root", "--light", "--size", "390x844", *options]
+    def settings_command(self, *options, size="390x844"):
+        return [self.build + "/bin/lumora-settings", "--root", self.build + "/root", "--light", "--size", size, *options]
 
-    def settings(self, *options):
-        return self.program(*self.settings_command(*options))
+    def settings(self, *options, size="390x844"):
+        return self.program(*self.settings_command(*options, size=size))
 
     def lockscreen_command(self, *options):
         return [self.build + "/bin/lumora-lockscreen", "--root", self.build + "/root", *options]

@@ -71,7 +71,11 @@ COSTS = [
            (MEDIAN, TAIL)),
           ("tap on a link to the page at rest, page was open before", "OpenPageAgainAtRest", AT_REST, (MEDIAN,)),
           ("move of a finger to the crosshair there", "MoveCrosshair", FRAME, (MEDIAN, TAIL)),
-          ("move of a finger to the crosshair there, at 120 moves a second", "DragCrosshair", FRAME, (MEDIAN, TAIL)))
+          ("move of a finger to the crosshair there, at 120 moves a second", "DragCrosshair", FRAME, (MEDIAN, TAIL)),
+          ("move of a slider's knob to the lock screen beside it", "DragSlider", FRAME, (MEDIAN, TAIL)),
+          # Not a frame is left out.
+          ("one frame of a lock screen to the next, its colour dragged there in another process", "DragColorOfFace",
+           1.5 * FRAME, (TAIL,)))
       for which, suffix in parts),
 ]
 # Installed and measured with --peers only.
