@@ -17,6 +17,7 @@
 #include "settings/app/WindowSize.h"
 #include "settings/model/Accessibility.h"
 #include "settings/model/DoubleClicks.h"
+#include "settings/model/LiftedFinger.h"
 #include "settings/model/Panes.h"
 #include "settings/model/TouchItem.h"
 
@@ -72,6 +73,7 @@ void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keeps
     auto* doubleClicks = new DoubleClicks(&shell);
     QObject::connect(&shell, &Shell::pagePushed, doubleClicks, &DoubleClicks::noteOpened);
     window.installEventFilter(doubleClicks);
+    window.installEventFilter(new LiftedFinger(&shell));
     programs::closeAtSigterm(window);
     const KeptColumns before{panes.columns(), panes.divider()};
     QObject::connect(&shell, &Shell::leaving, &window, [&window, &oneWindow, &panes, before, keepsSize] {
