@@ -96,6 +96,7 @@ void Shell::setFault(const std::string& why) {
 
 void Shell::setTweakGone(bool gone) {
     if (std::exchange(tweakGone_, gone) == gone) return;
+    post([gone](Navigation& navigation) { navigation.setTweakGone(gone); });
     emit tweakChanged();
     emit waitingChanged();
     // What was asked before it came is lost, and the page that waits for the answer is never asked again. What was asked
