@@ -227,11 +227,11 @@ std::string Shell::wayToHere() const {
     return way;
 }
 
-bool Shell::activate(const QString& className) {
+bool Shell::activate(const QString& className, const QString& profile) {
     const std::string name = className.section('/', -1).toStdString(); // the end of a way
     const bool isLoaded = !pages_.empty();
     if (isLoaded && !name.empty() && !platform::NSClassFromString(name)) return false;
-    emit activated(!name.empty());
+    emit activated(!name.empty(), profile);
     if (!name.empty()) post([name](Navigation& navigation) { navigation.goTo(platform::NSClassFromString(name)); });
     return true;
 }

@@ -146,12 +146,18 @@ Window {
     Connections {
         target: window.shell
 
-        function onActivated(forPage) {
+        function onActivated(forPage, profile) {
             window.visibility === Window.Minimized ? window.showNormal() : window.show();
             window.raise();
             window.requestActivate();
             if (forPage)
                 window.putDown();
+            if (profile.length === 0)
+                return;
+            if (profilePlace.item)
+                profilePlace.item.first = profile;
+            else
+                window.profile = profile;
         }
         function onAboutToAppearAnew() { stack.shownPage?.putBack() }
         function onAboutToTurnBack() {
