@@ -18,7 +18,6 @@
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
-#include <ctime>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -36,13 +35,6 @@ namespace {
 constexpr int kWarmUp = 2;
 constexpr int kSamples = 5;
 constexpr int kPatience = 1000; // milliseconds until a frame
-
-/// Of this thread, in seconds.
-double processorTime() {
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
 
 double median(std::vector<double> samples) {
     const auto middle = samples.begin() + static_cast<std::ptrdiff_t>(samples.size() / 2);
@@ -106,9 +98,9 @@ class Screen {
     /// The processor time from a change to the frame that shows it; nothing if none comes.
     std::optional<double> draw(const std::function<void()>& change) {
         settle();
-        const double begin = processorTime();
+        const double begin = bench::processorTime();
         change();
-        return nextFrame() ? std::optional(processorTime() - begin) : std::nullopt;
+        return nextFrame() ? std::optional(bench::processorTime() - begin) : std::nullopt;
     }
 
   private:
@@ -177,9 +169,9 @@ void LookOfChange(benchmark::State& state) {
         const Look former = lookOf(before, device, shown);
         std::vector<double> samples;
         for (int i = 0; i < 20 * kSamples; ++i) {
-            const double begin = processorTime();
+            const double begin = bench::processorTime();
             benchmark::DoNotOptimize(diff(former, lookOf(after, device, shown)));
-            samples.push_back(processorTime() - begin);
+            samples.push_back(bench::processorTime() - begin);
         }
         return median(samples);
     });

@@ -49,6 +49,7 @@ COSTS = [
     ("processor time for the index of all pages", "MakeIndex", MS, 300),
     ("full history of 5,000 changes read", "ReadFullHistory", MS, 10),
     ("settings reckoned from one end of it to the other", "MoveThroughHistory", MS, 1),
+    ("step of a slider through it to the drawn lock screen, processor time, 95th percentile", "ScrubHistory", MS, FRAME),
     ("start to the first page on the screen, warm", "WindowStart", MS, 150),
     ("resident memory of the window then", "WindowMemory", MB, 64),
     ("start to the lock screen, warm", "FaceStart", MS, 150),

@@ -8,7 +8,10 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <future>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 using platform::ALApplicationList;
@@ -37,6 +40,23 @@ std::vector<AppViewInfo> readViews(const platform::ProbeLimits& limits) {
         views.push_back({std::move(texts.identifier), std::move(texts.name), std::move(texts.appID), texts.secure,
                          texts.draws, std::move(texts.bundle)});
     return views;
+}
+
+/// On a thread of its own, as a plug-in that hangs would keep everybody waiting who needs the main thread.
+void addViews(std::shared_ptr<void> library, Installed installed,
+              const std::function<void(std::shared_ptr<const Installation>)>& ready,
+              const platform::ProbeLimits& limits) {
+    auto read = [=]() mutable {
+        installed.views = readViews(limits);
+        auto whole = std::make_shared<const Installation>(std::move(library), std::move(installed), true);
+        platform::dispatch_async(platform::dispatch_get_main_queue(),
+                                 [ready, whole = std::move(whole)] { ready(whole); });
+    };
+    try {
+        std::thread(read).detach();
+    } catch (const std::system_error&) { // there is none to be had
+        read();
+    }
 }
 
 /// An icon on its way.
@@ -68,8 +88,7 @@ void Installation::read(std::function<void(std::shared_ptr<const Installation>)>
         const std::shared_ptr<void> library = platform::openLibrary(platform::kApplicationListLibrary, limits);
         Installed installed{readApplications(), {}};
         ready(std::make_shared<const Installation>(library, installed, false));
-        installed.views = readViews(limits);
-        ready(std::make_shared<const Installation>(library, std::move(installed), true));
+        addViews(library, std::move(installed), ready, limits);
     });
 }
 

@@ -25,8 +25,8 @@ using IconOrder = std::shared_ptr<void>;
 /// Any thread.
 class Installation {
   public:
-    /// Starts the main thread, if there is none, and reads there, which takes up to the limits for each plug-in that
-    /// hangs. `ready` is called there twice: with the applications, and once the plug-ins have answered with all of it.
+    /// Starts the main thread, if there is none. `ready` is called there twice: with the applications, and with all of it
+    /// once the plug-ins have answered, which takes up to the limits for each that hangs and keeps no thread of others.
     static void read(std::function<void(std::shared_ptr<const Installation>)> ready,
                      const platform::ProbeLimits& limits = {});
 

@@ -131,7 +131,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
     OneWindow* oneWindow = nullptr;
     if (!picturesOnly) {
         oneWindow = new OneWindow(OneWindow::nameFor(bundle, platform::portsFolder()),
-                                  [&shell](const QString& page) { return shell.activate(page); });
+                                  [&shell](const auto& start) { return shell.activate(start.page, start.profile); });
     }
     shell.setDark(options.dark.value_or(false));
     shell.setMoreContrast(options.moreContrast.value_or(false));
@@ -154,10 +154,10 @@ int runApplication(int argc, char** argv, const Options& asked) {
     const double room = size.width - beside;
     const double list = Panes::listWidthIn({room, size.height}, panes.columns(), panes.divider());
     auto& engine = *new QQmlApplicationEngine;
-    if (const auto exitCode = oneWindow ? oneWindow->handOver(options.page) : std::nullopt) {
-        if (options.profile.empty()) return *exitCode;
-        return complain("a window is open already: open the profile by its menu, or drop it there");
-    }
+    const QString profile = fileUrl(options.profile);
+    if (const auto exitCode =
+            oneWindow ? oneWindow->handOver({QString::fromStdString(options.page), profile}) : std::nullopt)
+        return *exitCode;
     const platform::CGSize contentSize = contentSizeOf({Panes::viewWidthIn(room, list), size.height});
     shell.launch({bundle, options.page, contentSize, !picturesOnly || panes.columns() == 2},
                  [picturesOnly](const std::string& why) {
@@ -189,7 +189,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
                                  {QStringLiteral("panes"), QVariant::fromValue(&panes)},
                                  {QStringLiteral("history"), QVariant::fromValue<QObject*>(&history)},
                                  {QStringLiteral("historyFirst"), options.history},
-                                 {QStringLiteral("profile"), fileUrl(options.profile)},
+                                 {QStringLiteral("profile"), profile},
                                  {QStringLiteral("profiles"), QVariant::fromValue<QObject*>(&profiles)},
                                  {QStringLiteral("width"), size.width},
                                  {QStringLiteral("height"), size.height}});

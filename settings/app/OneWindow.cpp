@@ -32,6 +32,11 @@ QDBusMessage toBus(const QString& method) {
                                           QStringLiteral("org.freedesktop.DBus"), method);
 }
 
+QString methodFor(const OneWindow::Asked& asked) {
+    if (!asked.profile.isEmpty()) return QStringLiteral("OpenProfile");
+    return asked.page.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open");
+}
+
 } // namespace
 
 QString OneWindow::nameFor(const std::filesystem::path& bundle, const std::filesystem::path& ports) {
@@ -43,7 +48,7 @@ QString OneWindow::nameFor(const std::filesystem::path& bundle, const std::files
     return QStringLiteral("org.lumora.settings.at") + QString::fromLatin1(hash.result().toHex().left(32));
 }
 
-OneWindow::OneWindow(QString name, std::function<bool(const QString&)> activate)
+OneWindow::OneWindow(QString name, std::function<bool(const Asked&)> activate)
     : name_(std::move(name)), activate_(std::move(activate)) {
     if (!programs::hasSessionBus()) return;
     QDBusConnection::sessionBus().registerVirtualObject(kWindowPath, this); // first, so that nobody calls in vain
@@ -64,18 +69,18 @@ bool OneWindow::isTaken() {
     return reply.isValid() && reply.value() == kExists;
 }
 
-std::optional<int> OneWindow::handOver(const std::string& page) {
+std::optional<int> OneWindow::handOver(const Asked& asked) {
     for (int attempt = 0; attempt < 2 && isTaken(); ++attempt) {
-        const bool opens = !page.empty();
-        QDBusMessage call = QDBusMessage::createMethodCall(name_, kWindowPath, kWindowInterface,
-                                                           opens ? QStringLiteral("Open") : QStringLiteral("Activate"));
-        if (opens) call << QString::fromStdString(page);
+        QDBusMessage call = QDBusMessage::createMethodCall(name_, kWindowPath, kWindowInterface, methodFor(asked));
+        if (!asked.profile.isEmpty()) call << asked.profile;
+        if (!asked.profile.isEmpty() || !asked.page.isEmpty()) call << asked.page;
         QVariantMap about;
         if (const QString token = qEnvironmentVariable(kTokenInEnvironment); !token.isEmpty()) about[kToken] = token;
         call << about;
         const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, kHandOver);
         if (reply.type() == QDBusMessage::ReplyMessage) return 0;
-        if (reply.errorName() == kNoSuchPage) return programs::complain("there is no page class " + page);
+        if (reply.errorName() == kNoSuchPage)
+            return programs::complain("there is no page class " + asked.page.toStdString());
         ask(); // the other process has just ended
     }
     return std::nullopt;
@@ -94,17 +99,29 @@ QString OneWindow::introspect(const QString& /*path*/) const {
     <method name="Open">
         <arg name="page" type="s" direction="in"/><arg name="platform-data" type="a{sv}" direction="in"/>
     </method>
+    <method name="OpenProfile">
+        <arg name="url" type="s" direction="in"/><arg name="page" type="s" direction="in"/>
+        <arg name="platform-data" type="a{sv}" direction="in"/>
+    </method>
 </interface>)");
 }
 
 bool OneWindow::handleMessage(const QDBusMessage& message, const QDBusConnection& connection) {
-    const QString method = message.member();
-    const bool opens = method == QStringLiteral("Open") && message.signature() == QStringLiteral("sa{sv}");
-    const bool activates = method == QStringLiteral("Activate") && message.signature() == QStringLiteral("a{sv}");
-    if (message.interface() != kWindowInterface || (!opens && !activates)) return false;
-    const QString token = qdbus_cast<QVariantMap>(message.arguments().last())[kToken].toString();
+    const auto calls = [&](const char* method, const char* signature) {
+        return message.member() == QLatin1String(method) && message.signature() == QLatin1String(signature);
+    };
+    const QVariantList arguments = message.arguments();
+    Asked asked;
+    if (message.interface() != kWindowInterface) return false;
+    if (calls("OpenProfile", "ssa{sv}"))
+        asked = {arguments[1].toString(), arguments[0].toString()};
+    else if (calls("Open", "sa{sv}"))
+        asked.page = arguments[0].toString();
+    else if (!calls("Activate", "a{sv}"))
+        return false;
+    const QString token = qdbus_cast<QVariantMap>(arguments.last())[kToken].toString();
     if (!token.isEmpty()) qputenv(kTokenInEnvironment, token.toUtf8()); // where the toolkit looks for it
-    const bool found = activate_(opens ? message.arguments().first().toString() : QString());
+    const bool found = activate_(asked);
     connection.send(found ? message.createReply()
                           : message.createErrorReply(kNoSuchPage, QStringLiteral("no such page")));
     return true;

@@ -61,13 +61,13 @@ class Navigation {
             done,     ///< the row or view has the value, and was saved with it
             neverSet, ///< there was no value before, no message takes one away, and no default is known
             gone,     ///< its page or row is no longer there
-            refused,  ///< the tweak does not take it, or is not there: what it has not taken can be tried again
+            refused,  ///< the tweak does not take it, which it forgets, or is not there, and it can be tried again
         };
         Fate fate = Fate::nothing;
         std::string title{}; ///< what was changed
         Landed where{};
-        std::string why{};                 ///< it was refused
-        std::vector<SettingChange> made{}; ///< the part of it that was not
+        std::string why{}; ///< it was refused
+        Sent sent{};       ///< what has come of its parts then
         [[nodiscard]] bool isOver() const { return fate == Fate::neverSet || fate == Fate::gone; }
     };
     /// Takes back the last change, or does again what was taken back last, where it was made and in the way in which the
@@ -85,6 +85,10 @@ class Navigation {
     /// Changes settings by no page of theirs. What is made of it is one change, and every page shows it that is open, or
     /// is opened again.
     Sent apply(const std::string& title, const std::vector<SettingChange>& changes);
+
+    /// Whether there is no tweak. What is changed or taken back meanwhile is lost, so once there is one, it is as if that
+    /// had never been done.
+    void setTweakGone(bool gone);
 
     /// What the tweak tells of its defaults: rows are shown with theirs from now on, and one takes the place of a value
     /// that was never set when a change is taken back.
@@ -185,6 +189,12 @@ class Navigation {
     };
     std::optional<Pending> pending_;
     UndoStack undoStack_;
+    /// As they were when the tweak went, while it is gone.
+    struct BeforeGone {
+        UndoStack stack;
+        std::uint64_t changes;
+    };
+    std::optional<BeforeGone> beforeGone_;
     platform::Dictionary defaults_;
     Send send_ = [](const auto&) { return Sent{.fault = "nobody sends them"}; };
     std::set<platform::Class> opened_; ///< classes of which a page was opened

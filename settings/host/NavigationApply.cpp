@@ -50,7 +50,7 @@ Navigation::Undone Navigation::sendAgain(const Change& change, bool back) {
     if (!sent.made.empty()) readAnew();
     if (sent.refused.empty() && sent.fault.empty()) return {Fate::done, change.title};
     const std::string& why = sent.fault.empty() ? sent.refused.front().why : sent.fault;
-    return {Fate::refused, change.title, {}, why, sent.made};
+    return {Fate::refused, change.title, {}, why, sent};
 }
 
 /// Each class keeps a copy of the settings, which the answer to a new page of it renews. So one is made of every class, and

@@ -140,7 +140,7 @@ Navigation::Undone Navigation::step(bool back) {
             throw;
         }
         if (last.fate == Undone::Fate::refused) {
-            undoStack_.steppedInPart(back, last.made);
+            undoStack_.steppedInPart(back, last.sent);
             break;
         }
         undoStack_.stepped(back, last.isOver());
@@ -250,6 +250,18 @@ void Navigation::compareWithOpening(OpenPage& page, PageSnapshot& shown) {
     }
     shown.openedRows = page.openedRows;
     shown.viewChange = page.viewChange;
+}
+
+void Navigation::setTweakGone(bool gone) {
+    if (gone == beforeGone_.has_value()) return;
+    if (gone) {
+        beforeGone_ = BeforeGone{undoStack_, changes_};
+        return;
+    }
+    undoStack_ = std::move(beforeGone_->stack);
+    if (changes_ != beforeGone_->changes) ++changes_; // the last one is no longer what is offered
+    beforeGone_.reset();
+    publish();
 }
 
 void Navigation::setDefaults(Dictionary defaults) {

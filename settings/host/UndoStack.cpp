@@ -30,15 +30,21 @@ void UndoStack::stepped(bool back, bool forget) {
     from.pop_back();
 }
 
-void UndoStack::steppedInPart(bool back, const std::vector<SettingChange>& made) {
-    Change& rest = back ? done_.back() : undone_.back();
-    Change part = rest;
+void UndoStack::steppedInPart(bool back, const Sent& sent) {
+    auto& from = back ? done_ : undone_;
     const auto isMade = [&](const SettingChange& change) {
-        return std::ranges::find(made, change.key, &SettingChange::key) != made.end();
+        return std::ranges::find(sent.made, change.key, &SettingChange::key) != sent.made.end();
     };
-    std::erase_if(rest.settings, isMade);
+    const auto isRefused = [&](const SettingChange& change) {
+        return std::ranges::find(sent.refused, change.key, &Sent::Refused::key) != sent.refused.end();
+    };
+    Change part = from.back();
     std::erase_if(part.settings, std::not_fn(isMade));
+    Change rest = std::move(from.back());
+    from.pop_back();
+    std::erase_if(rest.settings, [&](const SettingChange& change) { return isMade(change) || isRefused(change); });
     if (!part.settings.empty()) (back ? undone_ : done_).push_back(std::move(part));
+    if (!sent.fault.empty() && !rest.settings.empty()) from.push_back(std::move(rest));
 }
 
 } // namespace settings

@@ -64,8 +64,9 @@ class UndoStack {
 
     /// The next change has been taken back or, if not `back`, done again; it is forgotten if that can never be.
     void stepped(bool back, bool forget);
-    /// Of the next change only these settings have been; the others stay the next change.
-    void steppedInPart(bool back, const std::vector<SettingChange>& made);
+    /// Of the next change only what is made has been. What was not sent stays the next change. What is refused is
+    /// forgotten: it would be refused each time, and keep the other changes out of reach.
+    void steppedInPart(bool back, const Sent& sent);
 
   private:
     std::vector<Change> done_;

@@ -96,6 +96,7 @@ void Shell::setFault(const std::string& why) {
 
 void Shell::setTweakGone(bool gone) {
     if (std::exchange(tweakGone_, gone) == gone) return;
+    post([gone](Navigation& navigation) { navigation.setTweakGone(gone); });
     emit tweakChanged();
     emit waitingChanged();
     // What was asked before it came is lost, and the page that waits for the answer is never asked again. What was asked
@@ -226,11 +227,11 @@ std::string Shell::wayToHere() const {
     return way;
 }
 
-bool Shell::activate(const QString& className) {
+bool Shell::activate(const QString& className, const QString& profile) {
     const std::string name = className.section('/', -1).toStdString(); // the end of a way
     const bool isLoaded = !pages_.empty();
     if (isLoaded && !name.empty() && !platform::NSClassFromString(name)) return false;
-    emit activated(!name.empty());
+    emit activated(!name.empty(), profile);
     if (!name.empty()) post([name](Navigation& navigation) { navigation.goTo(platform::NSClassFromString(name)); });
     return true;
 }

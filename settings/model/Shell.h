@@ -120,8 +120,8 @@ class Shell : public QObject {
     /// Starts the program again in this process, with the same arguments, and goes to where the user is.
     Q_INVOKABLE void restart();
     /// Another start of the program has ended in favour of this one: comes to the front, and goes to that page
-    /// unless the name is empty. False when there is no such page.
-    bool activate(const QString& className);
+    /// unless the name is empty; has the profile of that URL offered, unless that is. False when there is no such page.
+    bool activate(const QString& className, const QString& profile = {});
     /// For closing the window: lets what is under way end, and ends the process.
     Q_INVOKABLE void leave();
 
@@ -144,8 +144,9 @@ class Shell : public QObject {
     void aboutToTurnBack();
     /// The row that leads to the page on top was tapped again.
     void openRowTapped();
-    /// The window is to come to the front and, if a page is asked for, make ready to leave the one on top.
-    void activated(bool forPage);
+    /// The window is to come to the front and, if a page is asked for, make ready to leave the one on top. A profile is
+    /// to be offered unless its URL is empty.
+    void activated(bool forPage, const QString& profile);
     /// The process is about to end.
     void leaving();
     /// The page on top is about to appear anew: what the user holds in it is to be put back.

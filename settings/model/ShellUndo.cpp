@@ -95,7 +95,7 @@ void Shell::takeBack(Navigation::Undone (Navigation::*work)(), const QString& wo
                  return emit said(tr("“%1” is no longer there").arg(title), false);
              case Fate::refused:
                  return emit said(
-                     (undone->made.empty() ? tr("“%1” stays as it is: %2") : tr("Some of “%1” stays as it is: %2"))
+                     (undone->sent.made.empty() ? tr("“%1” stays as it is: %2") : tr("Some of “%1” stays as it is: %2"))
                          .arg(title, QString::fromStdString(undone->why)),
                      false);
              }

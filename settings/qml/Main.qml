@@ -39,6 +39,10 @@ Window {
     property var afterOffer: () => {}
     readonly property bool covered: composing !== null || offering // by a sheet, which takes all input
     readonly property bool searching: searchPlace.open
+    onCoveredChanged: {
+        if (covered) // what was said is about what is beneath the sheet
+            passing.hide();
+    }
     onComposingChanged: {
         if (composing) {
             sheet.source = "";
@@ -142,12 +146,18 @@ Window {
     Connections {
         target: window.shell
 
-        function onActivated(forPage) {
+        function onActivated(forPage, profile) {
             window.visibility === Window.Minimized ? window.showNormal() : window.show();
             window.raise();
             window.requestActivate();
             if (forPage)
                 window.putDown();
+            if (profile.length === 0)
+                return;
+            if (profilePlace.item)
+                profilePlace.item.first = profile;
+            else
+                window.profile = profile;
         }
         function onAboutToAppearAnew() { stack.shownPage?.putBack() }
         function onAboutToTurnBack() {
@@ -348,12 +358,6 @@ Window {
                 window.openHistory();
         }
     }
-    PassingNotice {
-        id: passing
-
-        anchors { bottom: stack.bottom; bottomMargin: 28; horizontalCenter: stack.horizontalCenter }
-        onActed: window.undo()
-    }
     LockScreenPlace {
         id: lockScreenPlace
 
@@ -377,6 +381,13 @@ Window {
         id: sheet
 
         anchors { fill: parent; rightMargin: lockScreenPlace.width }
+    }
+    PassingNotice {
+        id: passing
+
+        anchors { bottom: stack.bottom; bottomMargin: 28; horizontalCenter: stack.horizontalCenter }
+        acts: !window.covered
+        onActed: window.undo()
     }
     Connections {
         target: sheet.item

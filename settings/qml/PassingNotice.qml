@@ -7,6 +7,7 @@ Rectangle {
 
     property string text
     property string action // the button's text, empty for none
+    property bool acts: true // what the button does can be done now
     signal acted
 
     visible: text.length > 0
@@ -51,7 +52,7 @@ Rectangle {
         TextButton {
             id: button
 
-            visible: root.action.length > 0
+            visible: root.action.length > 0 && root.acts
             anchors.verticalCenter: parent.verticalCenter
             text: root.action
             strong: true

@@ -7,7 +7,7 @@ DropArea {
 
     required property var window
     required property var profiles // a settings::Profiles
-    property string first // its URL, to open at first, empty for none
+    property string first // the URL of one to open as soon as that can be, empty for none
     property var dialog: null // while it is open
     property var kept: null // an offer that waits for a sheet to go, with its title
 

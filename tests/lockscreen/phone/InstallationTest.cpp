@@ -89,6 +89,22 @@ TEST_F(PhoneViews, LeaveOutWhatEndsOrHangsItsProcessOrSaysNothing) {
                                               "test.good-2, good-2, org.example.Application"));
 }
 
+TEST_F(PhoneViews, KeepNobodyFromTheMainThreadWhileAPlugInHangs) {
+    plugins.addEach({"looping-1"});
+    struct Told {
+        bool wentOn = false; // main thread only
+        std::promise<bool> before;
+    };
+    const auto told = std::make_shared<Told>();
+    Installation::read(
+        [told](const InstallationRef& part) {
+            if (part->isWhole()) return told->before.set_value(told->wentOn);
+            platform::dispatch_async(platform::dispatch_get_main_queue(), [told] { told->wentOn = true; });
+        },
+        kShort);
+    EXPECT_TRUE(awaited(told->before.get_future(), "the installation"));
+}
+
 TEST_F(PhoneViews, LoadNoPlugIn) {
     plugins.addEach({"good-1"});
     ASSERT_EQ(viewsOf(*read()).size(), 1U);

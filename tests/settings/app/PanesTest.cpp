@@ -537,6 +537,33 @@ void drop(QQuickWindow& window, const QList<QUrl>& files) {
     QCoreApplication::sendEvent(&window, &dropped);
 }
 
+TEST(PassingNotice, StandsAboveASheetAndOffersToUndoOnceThatIsGone) {
+    Visit visit(kNarrow);
+    visit.reach("LumoraPreferences");
+    visit.open("Apps");
+    visit.reach("AppsController");
+    visit.click("Badges");
+    QQuickItem& content = *visit.window->contentItem();
+    const auto notice = [&] {
+        return shownIn(content, [](const QQuickItem& item) { return item.property("acts").isValid(); });
+    };
+    const auto offersUndo = [&] {
+        return notice() && shownIn(*notice(), [](const QQuickItem& item) { return item.property("text") == "Undo"; });
+    };
+    emit visit.shell.said("of the page", true);
+    EXPECT_TRUE(offersUndo());
+    QMetaObject::invokeMethod(visit.window, "offerRevert");
+    ASSERT_TRUE(visit.window->property("covered").toBool());
+    EXPECT_FALSE(notice()) << "what was said is about the page";
+    emit visit.shell.said("of the sheet", true);
+    ASSERT_TRUE(notice());
+    const QPointF middle = notice()->position() + QPointF(notice()->width() / 2, notice()->height() / 2);
+    EXPECT_EQ(content.childAt(middle.x(), middle.y()), notice());
+    EXPECT_FALSE(offersUndo());
+    QTest::keyClick(visit.window, Qt::Key_Escape);
+    EXPECT_TRUE(happens([&] { return offersUndo(); }));
+}
+
 TEST(DroppedFile, IsOpenedAsAProfile) {
     Visit visit(kNarrow);
     const auto profiles = newProfiles(*visit.window);

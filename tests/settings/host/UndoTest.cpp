@@ -171,12 +171,17 @@ TEST_F(UndoTest, TakesSettingsThatWereAppliedTogetherBackAtOnceWithoutTheRefused
     EXPECT_EQ(RowsPage::values["other"], Value(7));
 }
 
-TEST_F(UndoTest, KeepsWhatTheTweakRefusesToTakeBack) {
+TEST_F(UndoTest, ForgetsWhatTheTweakRefusesToTakeBackAndKeepsWhatItDoesNotAnswer) {
     std::string refused;
+    std::string unanswered;
     navigation.setSender([&](const std::vector<SettingChange>& changes) {
         Sent outcome;
         for (const SettingChange& change : changes) {
-            if (refused.find(change.key) != std::string::npos)
+            if (change.key == unanswered) {
+                outcome.fault = "no answer";
+                break;
+            }
+            if (change.key == refused)
                 outcome.refused.push_back({change.key, "no"});
             else
                 outcome.made.push_back(change);
@@ -184,21 +189,41 @@ TEST_F(UndoTest, KeepsWhatTheTweakRefusesToTakeBack) {
         return outcome;
     });
     openRoot();
-    navigation.apply("Quiet", {{"a", 1, 2}, {"b", 1, 2}});
-    refused = "a, b";
+    navigation.apply("First", {{"a", 1, 2}});
+    navigation.apply("Quiet", {{"a", 2, 3}, {"b", 1, 2}, {"c", 1, 2}});
+    unanswered = "a";
     EXPECT_EQ(navigation.undo().fate, Fate::refused);
     EXPECT_EQ(undoTitle(), "Quiet");
     EXPECT_EQ(redoTitle(), "–") << "nothing of it was taken back";
     refused = "b";
+    unanswered = "c";
     EXPECT_EQ(navigation.undo().fate, Fate::refused);
-    EXPECT_EQ(undoTitle(), "Quiet");
+    EXPECT_EQ(undoTitle(), "Quiet") << "of which c can still be taken back";
     EXPECT_EQ(redoTitle(), "Quiet");
-    refused.clear();
-    EXPECT_EQ(navigation.undo().fate, Fate::done);
-    EXPECT_EQ(undoTitle(), "–");
-    EXPECT_EQ(navigation.redo().fate, Fate::done);
-    EXPECT_EQ(navigation.redo().fate, Fate::done);
+    refused = "c";
+    unanswered.clear();
+    EXPECT_EQ(navigation.undo().why, "no");
+    EXPECT_EQ(undoTitle(), "First") << "it would be refused each time";
+    refused = "a";
+    EXPECT_EQ(navigation.redo().fate, Fate::refused);
     EXPECT_EQ(redoTitle(), "–");
+    EXPECT_EQ(undoTitle(), "First") << "what was refused is not offered to be taken back";
+}
+
+TEST_F(UndoTest, IsAsItWasWhenTheTweakWent) {
+    openRoot({{"switch", false}, {"slider", 1.0}, {"secret", "a"}});
+    change(RowsPage::Slider, 1.5);
+    navigation.setTweakGone(true);
+    change(RowsPage::Switch, true);
+    EXPECT_EQ(undoTitle(), "Switch") << "which is shown";
+    navigation.undo();
+    navigation.undo();
+    EXPECT_EQ(redoTitle(), "slider");
+    navigation.setTweakGone(false);
+    EXPECT_EQ(undoTitle(), "slider") << "which the tweak has, since nothing has reached it";
+    EXPECT_EQ(redoTitle(), "–");
+    change(RowsPage::Secret, "b");
+    EXPECT_EQ(undoTitle(), "Passcode");
 }
 
 TEST_F(UndoTest, SendsNothingWhileMessagesOfPagesAreOnTheirWay) {

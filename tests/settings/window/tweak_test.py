@@ -93,6 +93,9 @@ class TweakTest(Spoken):
         self.press(window, BUTTON, "Reload")
         eventually(lambda: self.is_on(window, "Enable Lumora"), "what the tweak has")
         eventually(lambda: LOST not in self.spoken(window, ALERT), "the end of the notice")
+        self.press(window, BUTTON, "More")
+        self.named(window, pyatspi.ROLE_MENU_ITEM, "Lock Screen")
+        self.assertNotIn("Undo “Enable Lumora”", self.spoken(window, pyatspi.ROLE_MENU_ITEM))
 
     def test_says_nothing_more_when_nothing_was_changed_meanwhile(self):
         window = self.open_root_page()

@@ -5,6 +5,7 @@
 
 Needs what spoken.py needs.
 """
+import json
 import os
 import signal
 import unittest
@@ -130,6 +131,20 @@ class SecondStartTest(Window):
         self.keys(window, "1", "2", "3")
         self.assertEqual(self.start_again("--page", "AppsController").returncode, 0)
         eventually(lambda: "123" in map(self.stored, ("kAutoUnlockPasscode", "kAutoUnlockPasscodeConfirm")), "the text")
+
+    def test_offers_its_profile_in_the_first_window(self):
+        window = self.open_root_page()
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(self.folder)
+        for name, page in (("a.json", []), ("b.json", ["--page", "AppsController"])):
+            Path(name).write_text(json.dumps({"lumora": 1, "name": name, "settings": {"kAppBadgesEnabled": False}}),
+                                  encoding="utf-8")
+            started = self.start_again("--profile", name, *page)
+            self.assertEqual((started.returncode, started.stderr), (0, ""))
+            self.named(window, HEADING, name)
+            self.press_button(window, "Cancel")
+            self.expect_soon(lambda: "Cancel" in self.spoken(window, BUTTON), False)
+        self.expect_title(window, "Apps")
 
     def test_says_that_there_is_no_such_page(self):
         window = self.open_root_page()
