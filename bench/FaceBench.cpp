@@ -1,5 +1,6 @@
-// What a change of the settings costs a lock screen: what is decided about its looks, and drawing it. Processor time of
-// the GUI thread, of the key that takes most of it. QT_SCALE_FACTOR says how many pixels a point has.
+// What a change of the settings costs a lock screen: what is decided about its looks, and drawing it; and a swipe between
+// App Views. Processor time of the GUI thread, of the key that takes most of it. QT_SCALE_FACTOR says how many pixels a
+// point has.
 
 #include "Frames.h"
 #include "lockscreen/KeyTable.h"
@@ -35,6 +36,8 @@ namespace {
 constexpr int kWarmUp = 2;
 constexpr int kSamples = 5;
 constexpr int kPatience = 1000; // milliseconds until a frame
+constexpr int kMoves = 20;      // of a finger that swipes
+constexpr int kSwipes = 12;
 
 double median(std::vector<double> samples) {
     const auto middle = samples.begin() + static_cast<std::ptrdiff_t>(samples.size() / 2);
@@ -45,7 +48,7 @@ double median(std::vector<double> samples) {
 /// The window of a phone with everything enabled that is installed, at a time that stands still.
 class Screen {
   public:
-    explicit Screen(bool landscape)
+    explicit Screen(bool landscape, bool animated = false)
         : live_({options(landscape), "dusk", qGuiApp->devicePixelRatio(), {}, [] { return 0.0; }}) {
         static const auto installation = Installation::readNow();
         live_.take(installation);
@@ -65,7 +68,7 @@ class Screen {
         QQmlComponent component(&engine_, QUrl(QStringLiteral("qrc:/qt/qml/LumoraFace/Face.qml")));
         const platform::CGSize size = live_.options().phone.size;
         face_.reset(component.createWithInitialProperties({{QStringLiteral("face"), QVariant::fromValue(&model())},
-                                                           {QStringLiteral("animated"), false},
+                                                           {QStringLiteral("animated"), animated},
                                                            {QStringLiteral("width"), size.width},
                                                            {QStringLiteral("height"), size.height}}));
         auto* item = qobject_cast<QQuickItem*>(face_.get());
@@ -102,6 +105,28 @@ class Screen {
         change();
         return nextFrame() ? std::optional(bench::processorTime() - begin) : std::nullopt;
     }
+    /// A finger swipes to the next App View: the processor time of each frame until all is at rest.
+    [[nodiscard]] std::vector<double> swipe() {
+        settle();
+        std::vector<double> frames;
+        double begin = processorTime();
+        const auto draws = [&](int patience) {
+            if (!nextFrame(patience)) return false;
+            const double end = processorTime();
+            frames.push_back(end - std::exchange(begin, end));
+            return true;
+        };
+        QPointF finger(300, 600);
+        model().press(finger);
+        for (int move = 0; move < kMoves; ++move) {
+            model().move(finger -= QPointF(10, 0));
+            draws(kPatience);
+        }
+        model().release();
+        while (draws(50) || !live_.views().isComplete()) {
+        }
+        return frames;
+    }
 
   private:
     static PhoneOptions options(bool landscape) {
@@ -111,9 +136,9 @@ class Screen {
     }
     /// Sleeps until there is one.
     bool nextFrame(int patience = kPatience) { return bench::nextFrame(window_, patience); }
-    /// Until all icons are there and nothing is drawn any more.
+    /// Until all icons and App Views are there and nothing is drawn any more.
     void settle() {
-        while (nextFrame(15) || !live_.icons().isComplete()) {
+        while (nextFrame(15) || !live_.icons().isComplete() || !live_.views().isComplete()) {
         }
     }
 
@@ -211,6 +236,27 @@ void PasscodeView(benchmark::State& state) {
     }
 }
 
+/// The 95th percentile of all frames of some swipes, which go through the App Views that there are.
+void SwipeAppViews(benchmark::State& state) {
+    static Screen& screen = *new Screen(false, true);
+    screen.show({Surface::appView, {}, {}, {}, false, false});
+    for ([[maybe_unused]] auto _ : state) {
+        std::vector<double> frames;
+        bool turns = true;
+        for (int i = 0; i < kSwipes; ++i) {
+            const std::string before = screen.behaviour().state().view;
+            const std::vector<double> more = screen.swipe();
+            frames.insert(frames.end(), more.begin(), more.end());
+            turns = turns && screen.behaviour().state().view != before;
+        }
+        std::ranges::sort(frames);
+        if (turns && !frames.empty())
+            state.SetIterationTime(frames[frames.size() * 95 / 100]);
+        else
+            state.SkipWithError("the next App View does not come");
+    }
+}
+
 } // namespace
 
 int main(int count, char** words) {
@@ -228,6 +274,7 @@ int main(int count, char** words) {
     if (ratio == 1) add("LookOfChange", LookOfChange, benchmark::kMicrosecond);
     add("FaceChange" + at, FaceChange, benchmark::kMillisecond);
     add("PasscodeView" + at, PasscodeView, benchmark::kMillisecond);
+    add("SwipeAppViews" + at, SwipeAppViews, benchmark::kMillisecond);
     benchmark::Initialize(&count, words);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -5,6 +5,7 @@
 
 Prints JSON in the form of Google Benchmark's. Drawing is done in software, as by ./run.
 """
+import itertools
 import json
 import random
 import statistics
@@ -27,6 +28,7 @@ RIGHT_OF_ROWS = (WIDTH - 8, 121)  # the page's ground, unless another page's fir
 FIELD = (20, BAR + 75 + 20, WIDTH - 40, HEIGHT - BAR - 75 - 60 - 90)
 ROUND = 36  # moves of a dragging finger, after which it comes to the same places again
 SCREEN = (20, 225, WIDTH, 60)  # where the lock screen has its subtitle
+CARD = (40, 540, WIDTH, 100)  # where an App View draws
 RING = 16  # half the side of the square that holds the crosshair
 KNOB = (567, 373)  # of the time's font size, beside the lock screen
 CLOCK = (930, 155, 180, 75)  # there
@@ -136,19 +138,20 @@ def waking(stage):
     return client
 
 
-def change_face(stage, times):
+def change_face(stage, times, area, key, values, *options):
     """From the tweak's answer to the first change on the lock screen, which another program has told the tweak of."""
     client = waking(stage)
-    with stage.lockscreen("--time", "18:36"):
-        stage.when(lambda: stage.pixel(*SCREEN[:2]) != "#000000")
-        stage.settle(*SCREEN, still=1)
-        for step in range(times):
+    client.set("kAppViewsEnabled", ["org.lumora.plugins.weather"])
+    with stage.lockscreen("--time", "18:36", *options):
+        stage.when(lambda: stage.pixel(*area[:2]) != "#000000")
+        stage.settle(*area, still=1)
+        for value in itertools.islice(values, times):
             pause()
-            before = stage.area(*SCREEN)
-            client.set("kLSDateSubtitle", f"Change {step}")
+            before = stage.area(*area)
+            client.set(key, value)
             answered = time.monotonic()
-            yield stage.when(lambda: stage.area(*SCREEN) != before) - answered
-            stage.settle(*SCREEN)
+            yield stage.when(lambda: stage.area(*area) != before) - answered
+            stage.settle(*area)
 
 
 def drag_slider(stage, times):
@@ -216,7 +219,10 @@ def main():
             *page_entries("OpenPageAgain", open_page_again(stage, times // 3)),
             *entries("MoveCrosshair", drag(stage, 3 * times)),
             *entries("DragCrosshair", drag(stage, 10 * times, 1 / 120)),
-            *entries("ChangeFace", change_face(stage, times)),
+            *entries("ChangeFace", change_face(stage, times, SCREEN, "kLSDateSubtitle",
+                                               (f"Change {step}" for step in itertools.count()))),
+            *entries("ChangeAppView", change_face(stage, times, CARD, "org.lumora.plugins.weather.units",
+                                                  itertools.cycle(["kelvin", "celsius"]), "--surface", "V")),
             *entries("DragSlider", drag_slider(stage, 2 * times)),
             *entries("DragColorOfFace", drag_color_of_face(stage, 10 * times)),
         ]

@@ -26,6 +26,17 @@ Color mixed(const Color& one, const Color& other, double share) {
     return {mix(one.red, other.red), mix(one.green, other.green), mix(one.blue, other.blue)};
 }
 
+LegibleGrounds groundsFor(double opacity) {
+    const auto worst = [opacity](const Color& ink, double best, double least) {
+        for (int i = 0; i < 20; ++i) {
+            const double middle = (best + least) / 2;
+            (contrast(laidOver(middle, ink, opacity), middle) >= kEnough ? best : least) = middle;
+        }
+        return best;
+    };
+    return {worst(kWhite, 0, 1), worst(kInk, 1, 0)};
+}
+
 Ground legibleOn(const std::pair<double, double>& picture, const Color& tint, double opacity, double share,
                  double enough) {
     Ground best;
@@ -102,14 +113,13 @@ std::pair<double, double> Canvas::ground(const platform::CGRect& frame, double b
     return {std::lerp(sharp.first, soft.first, blur), std::lerp(sharp.second, soft.second, blur)};
 }
 
-Color Canvas::makeLegible(Pane& pane) const {
+Color Canvas::makeLegible(Pane& pane, const LegibleGrounds& grounds) const {
     const platform::CGRect part = share(pane.frame);
     if (brightPanes_) {
         const double darkest = device_.blurred.range(part).first;
-        const double ink = luminanceOf(kInk);
         pane.tint = kWhite;
         pane.tintOpacity = 0.42;
-        while (pane.tintOpacity < 1 && contrast(laidOver(darkest, kWhite, pane.tintOpacity), ink) < kEnough)
+        while (pane.tintOpacity < 1 && laidOver(darkest, kWhite, pane.tintOpacity) < grounds.darkest)
             pane.tintOpacity = std::min(1.0, pane.tintOpacity + kStep);
         return kInk;
     }
@@ -118,7 +128,7 @@ Color Canvas::makeLegible(Pane& pane) const {
     for (double dark = 0;; dark = std::min(1.0, dark + kStep)) {
         pane.tintOpacity = 1 - (1 - kGlass) * (1 - dark);
         pane.tint = mixed(kNight, kWhite, kGlass / pane.tintOpacity);
-        if (dark == 1 || contrast(1, laidOver(brightest, pane.tint, pane.tintOpacity)) >= kEnough) return kWhite;
+        if (dark == 1 || laidOver(brightest, pane.tint, pane.tintOpacity) <= grounds.brightest) return kWhite;
     }
 }
 

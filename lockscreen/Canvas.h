@@ -15,6 +15,13 @@ inline constexpr Color kNight{0.04, 0.035, 0.11}; ///< what darkens a picture un
 /// Of contrast between texts and what is behind them, with some for what a measure in cells overlooks.
 inline constexpr double kEnough = 4.8;
 
+/// On which grounds texts of an opacity have kEnough, as luminances.
+struct LegibleGrounds {
+    double brightest; ///< under white
+    double darkest;   ///< under ink
+};
+[[nodiscard]] LegibleGrounds groundsFor(double opacity);
+
 /// What is seen of one colour under a share of another.
 [[nodiscard]] Color mixed(const Color& one, const Color& other, double share);
 
@@ -62,7 +69,7 @@ class Canvas {
                             double opacity = 1, const std::string& font = "Default") const;
     /// A frosted pane that gives its texts a contrast of 4.5 : 1 wherever they stand on it; their colour with it. All
     /// panes are bright, or all are dark, as most of the picture is where they stand.
-    [[nodiscard]] Color makeLegible(Pane& pane) const;
+    [[nodiscard]] Color makeLegible(Pane& pane, const LegibleGrounds& grounds) const;
 
     /// A mean luminance from which on texts are ink.
     static constexpr double kBright = 0.26;

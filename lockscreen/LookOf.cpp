@@ -2,6 +2,7 @@
 
 #include "lockscreen/Canvas.h"
 #include "lockscreen/KeyTable.h"
+#include "lockscreen/RoleColors.h"
 
 #include "link/PreferenceKeys.h"
 
@@ -58,6 +59,11 @@ std::vector<const Application*> applicationsOf(const Style& style, const Device&
 std::vector<const AppViewInfo*> viewsOf(const Style& style, const Device& device) {
     if (!style.isOn() || !style.flag(kWidgetsEnabled)) return {};
     return chosen(style.texts(kAppViewsEnabled), device.views);
+}
+
+const LegibleGrounds& forTexts() {
+    static const LegibleGrounds grounds = groundsFor(1);
+    return grounds;
 }
 
 std::vector<Surface> stages(bool apps, bool views) {
@@ -185,7 +191,7 @@ class Screen {
             item.frame = canvas_.frame(left, y, wide, tall);
             item.identifier = notice.identifier;
             item.round = style_.flag(kAppRoundedEnabled);
-            const Color color = item.visible ? canvas_.makeLegible(item) : kWhite;
+            const Color color = item.visible ? canvas_.makeLegible(item, forTexts()) : kWhite;
             const auto write = [&](Text& text, const std::string& words, double x, double line, double width,
                                    double size, double opacity) {
                 text = {{{item.visible, canvas_.frame(left + x, y + line, width, size * Canvas::kLine)}, color},
@@ -223,7 +229,7 @@ class Screen {
         view.visible = isOn(Surface::apps) && count > 0;
         view.frame = canvas_.frame(kMargin, top, wide, height);
         view.blurred = style_.flag(kIconViewBlurEnabled);
-        const Color onPane = view.visible ? canvas_.makeLegible(view) : kWhite;
+        const Color onPane = view.visible ? canvas_.makeLegible(view, forTexts()) : kWhite;
 
         look_.icons.resize(applications_.size());
         const bool round = style_.flag(kAppRoundedEnabled);
@@ -270,7 +276,8 @@ class Screen {
         const double top = canvas_.portrait ? foot_ - kCardHeight : 40;
         const double tall = canvas_.portrait ? kCardHeight : canvas_.height - 84;
         card.frame = canvas_.frame(left, top, wide, tall);
-        const Color color = card.visible ? canvas_.makeLegible(card) : kWhite;
+        static const LegibleGrounds secondary = groundsFor(kSecondaryShare);
+        const Color color = card.visible ? canvas_.makeLegible(card, secondary) : kWhite;
         card.title = {{{card.visible, canvas_.frame(left + 58, top + 21, wide - 58 - 20, 16 * Canvas::kLine)}, color},
                       view ? view->name : "",
                       16 * device_.unit(),

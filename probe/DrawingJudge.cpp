@@ -2,11 +2,11 @@
 
 #include "appview/AnswerOf.h"
 #include "appview/Drawing.h"
-#include "appview/RoleColors.h"
 #include "appview/ViewAnswers.h"
 #include "appview/ViewHost.h"
 #include "lockscreen/Canvas.h"
 #include "lockscreen/Luminance.h"
+#include "lockscreen/RoleColors.h"
 
 #include <algorithm>
 #include <array>
@@ -100,10 +100,10 @@ struct Behind {
 
 /// Reads the steps of a drawing in their order, with what lies on the card so far.
 ///
-/// A card is a frosted pane over the user's wallpaper. The lock screen tints it until the card's own texts (white, or ink
+/// A card is a frosted pane over the user's wallpaper. The lock screen tints it until secondary texts (in white, or ink
 /// where `dark` is 0) have a contrast of kEnough at the worst place, and no further. So this is what is assumed: behind
-/// white lies anything from black to the brightest that leaves white that contrast, and behind ink anything from white
-/// to the darkest that does so with ink. Wallpapers get there: two of the three that are shipped do.
+/// white lies anything from black to the brightest that leaves them that contrast, and behind ink anything from white
+/// to the darkest that does so. Wallpapers get there.
 ///
 /// The roles of texts, secondary texts and accents are the lock screen's choice for this ground, so they count as
 /// legible there. On what a plug-in has laid between, they are colours like any other. A rectangle or circle counts
@@ -112,9 +112,8 @@ struct Behind {
 class LegibilityJudge {
   public:
     explicit LegibilityJudge(bool dark) : ink_(dark ? kWhite : kInk), dark_(dark), fill_{{ink_}} {
-        const double most = (luminanceOf(kWhite) + 0.05) / kEnough - 0.05;
-        const double least = (luminanceOf(kInk) + 0.05) * kEnough - 0.05;
-        card_ = dark ? Behind{0, most} : Behind{least, 1};
+        const LegibleGrounds grounds = groundsFor(kSecondaryShare);
+        card_ = dark ? Behind{0, grounds.brightest} : Behind{grounds.darkest, 1};
     }
 
     /// The contrast of a text; nothing for other steps and where nothing is known.
@@ -160,14 +159,13 @@ class LegibilityJudge {
 
     [[nodiscard]] Paint paint(const std::vector<double>& n, std::size_t at) const {
         const double opacity = n[at + 4];
-        const RoleColor& accent = dark_ ? kAccentOnDark : kAccentOnLight;
         switch (static_cast<std::uint32_t>(n[at])) {
         case LUMORA_ROLE_TEXT:
             return {ink_, opacity, opacity >= kSecondaryShare};
         case LUMORA_ROLE_SECONDARY:
             return {ink_, opacity * kSecondaryShare, opacity >= 1};
         case LUMORA_ROLE_ACCENT:
-            return {{accent.red / 255.0, accent.green / 255.0, accent.blue / 255.0}, opacity, opacity >= 1};
+            return {dark_ ? kAccentOnDark : kAccentOnLight, opacity, opacity >= 1};
         case LUMORA_ROLE_SEPARATOR:
             return {ink_, opacity * kSeparatorShare, false};
         default:

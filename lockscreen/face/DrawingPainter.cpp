@@ -2,8 +2,8 @@
 
 #include "lockscreen/face/FontWidths.h"
 
-#include "appview/RoleColors.h"
 #include "appview/ScreenFont.h"
+#include "lockscreen/RoleColors.h"
 
 #include <QBrush>
 #include <QFontMetricsF>
@@ -27,8 +27,8 @@ constexpr std::chrono::seconds kToPaint(2);
 constexpr int kLongestEdge = 4096; // along an edge
 constexpr int kLargestPicture = 1024;
 
-QColor colorOf(const RoleColor& color) {
-    return {color.red, color.green, color.blue};
+QColor colorOf(const Color& color) {
+    return QColor::fromRgbF(float(color.red), float(color.green), float(color.blue));
 }
 
 /// Paints step after step, in points of the view.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace notes {
@@ -49,13 +50,17 @@ double drawNotes(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
     };
     canvas->caption(canvas, "4 notes");
 
+    // At the foot, what a new note will be called.
+    const std::string_view upcoming = drawing->text(drawing, "org.lumora.plugins.notes.title", "");
+    const double foot = drawing->height - (upcoming.empty() ? 0 : 1.22 * size + 8);
+
     // The first note has up to four lines, each other one a title and a line, as long as there is room.
     double y = 0;
     bool first = true;
     for (const Note& note : notes) {
         const double title = size + 1;
         const double needed = 1.22 * (title + size * (first ? 2 : 1)) + (first ? 0 : 17);
-        if (!first && y + needed > drawing->height) break;
+        if (!first && y + needed > foot) break;
         if (!first) {
             canvas->fillColor(canvas, lumora_role(LUMORA_ROLE_SEPARATOR, 1));
             canvas->line(canvas, 2, y + 8, drawing->width - 2, y + 8, 1);
@@ -66,6 +71,8 @@ double drawNotes(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
         y += write(hidden ? kHidden : note.text, y, size, 400, LUMORA_ROLE_SECONDARY, first ? 3 : 1);
         first = false;
     }
+    if (!upcoming.empty() && y <= foot)
+        write(("New note: " + std::string(upcoming)).c_str(), foot + 8, size, 500, LUMORA_ROLE_ACCENT, 1);
     return 0;
 }
 

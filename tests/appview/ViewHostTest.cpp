@@ -126,6 +126,7 @@ TEST(SampleViews, FollowTheirSettings) {
     EXPECT_EQ(writtenBy("Notes", {{"org.lumora.plugins.notes.textSize", 20.0}}).front().second, 21);
     EXPECT_THAT(writtenBy("Notes", {}), Contains(Pair("Locked", _)));
     EXPECT_THAT(writtenBy("Notes", {{"org.lumora.plugins.notes.hideLocked", false}}), Not(Contains(Pair("Locked", _))));
+    EXPECT_EQ(writtenBy("Notes", {{"org.lumora.plugins.notes.title", "Ridge"}}).back().first, "New note: Ridge");
     EXPECT_THAT(writtenBy("Music", {}), Contains(Pair("1:32", _)));
     EXPECT_THAT(writtenBy("Clock", {}), Contains(Pair("18:00", _)));
 }

@@ -12,6 +12,7 @@
 
 using namespace tests;
 using platform::Value;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -158,7 +159,8 @@ TEST_F(PluginCheck, WarnsOfWhatHarmsNobodyYet) {
 TEST_F(PluginCheck, ReadsWhatTheLoaderReads) {
     const Finding exporting = theFinding("exporting", "FaultyExports");
     EXPECT_EQ(exporting.check, "exports");
-    EXPECT_EQ(exporting.what, "it exports more than its principal class: handy");
+    EXPECT_THAT(exporting.what, AnyOf("it exports more than its principal class: handy, _Z7handierIiET_v",
+                                      "it exports more than its principal class: _Z7handierIiET_v, handy"));
     ::setenv("HOME", fs::path(LUMORA_BINARIES).parent_path().c_str(), 1);
     const Finished finished = check(plugins.add("good.bundle", "FaultyPage"));
     EXPECT_THAT(finished.output, StartsWith("warning: its RUNPATH names a home folder: "));

@@ -21,8 +21,11 @@ using Entry = ElfW(Dyn);
 
 /// What linkers export of every object; the last one comes with code that is counted.
 constexpr std::array<std::string_view, 5> kOfLinkers{"_init", "_fini", "_edata", "_end", "mangle_path"};
-/// The compiler's own, and the standard library's, of which each object may have a copy.
-constexpr std::array<std::string_view, 5> kOfCompilers{"__", "_ZNSt", "_ZZNSt", "_ZGVNSt", "_ZGVZNSt"};
+/// Of the standard library, in mangled names: std, its abbreviations, and what its headers have beside it.
+constexpr std::array<std::string_view, 9> kOfStandard{"St", "Sa", "Sb",         "Sd",          "Si",
+                                                      "So", "Ss", "9__gnu_cxx", "10__cxxabiv1"};
+/// Of the kit.
+constexpr std::array<std::string_view, 2> kOfKit{"6lumora", "8platform"};
 
 constexpr std::size_t kLongestText = 4096;
 
@@ -78,13 +81,30 @@ class Sections {
     std::vector<Section> all_;
 };
 
+/// Whose it is that a mangled name is of, such as "St6vectorI…" for a vtable or a static variable of std::vector.
+std::string_view ownerIn(std::string_view mangled) {
+    constexpr std::array<std::string_view, 8> before{"_Z", "GV", "GR", "TV", "TT", "TI", "TS", "Z"};
+    for (bool more = true; more;) {
+        const auto found = std::ranges::find_if(before, [&](auto prefix) { return mangled.starts_with(prefix); });
+        more = found != before.end();
+        if (more) mangled.remove_prefix(found->size());
+    }
+    if (mangled.starts_with('N'))
+        mangled.remove_prefix(std::min(mangled.find_first_not_of("rVKRO", 1), mangled.size()));
+    return mangled;
+}
+
 bool isExported(const Symbol& symbol, std::string_view name) {
     const unsigned binding = symbol.st_info >> 4U;
     const unsigned visibility = symbol.st_other & 3U;
-    const auto begins = [name](std::string_view beginning) { return name.starts_with(beginning); };
-    return symbol.st_shndx != SHN_UNDEF && (binding == STB_GLOBAL || binding == STB_GNU_UNIQUE) &&
-           (visibility == STV_DEFAULT || visibility == STV_PROTECTED) && !name.empty() &&
-           std::ranges::find(kOfLinkers, name) == kOfLinkers.end() && std::ranges::none_of(kOfCompilers, begins);
+    if (symbol.st_shndx == SHN_UNDEF || binding == STB_LOCAL) return false;
+    if (visibility != STV_DEFAULT && visibility != STV_PROTECTED) return false;
+    if (name.empty() || name.starts_with("__") || std::ranges::find(kOfLinkers, name) != kOfLinkers.end()) return false;
+    if (!name.starts_with("_Z")) return true;
+    const std::string_view owner = ownerIn(name);
+    const auto begins = [owner](std::string_view beginning) { return owner.starts_with(beginning); };
+    // Of what is inline each object may have a copy.
+    return std::ranges::none_of(kOfStandard, begins) && (binding != STB_WEAK || std::ranges::none_of(kOfKit, begins));
 }
 
 std::vector<std::string> foldersOf(const std::string& path) {

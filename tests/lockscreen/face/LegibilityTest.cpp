@@ -1,6 +1,8 @@
 // Each text of the screen in the picture, whatever the picture behind it.
 
+#include "lockscreen/Canvas.h"
 #include "lockscreen/Luminance.h"
+#include "lockscreen/RoleColors.h"
 #include "lockscreen/face/FontWidths.h"
 #include "tests/lockscreen/face/Pictures.h"
 #include "tests/lockscreen/face/Scenery.h"
@@ -149,6 +151,33 @@ TEST_P(Legible, AreIconsWithAndWithoutTheirPane) {
 
 TEST_P(Legible, AreAppViews) {
     expectLegible(Surface::appView, {});
+}
+
+TEST_P(Legible, IsWhatAppViewsWriteInTheColoursByRole) {
+    options.surface = Surface::appView;
+    const Taken screen = taken(options, enhanced({{kAppViewsEnabled, List{"org.lumora.plugins.notes"}}}));
+    const AppViewLook& card = screen.look.appView;
+    ASSERT_TRUE(card.locked) << "so it is bare, but for its head and its middle";
+    const Color ink = card.title.color;
+    const bool isDark = luminanceOf(ink) > 0.5;
+    const std::array<std::pair<Color, double>, 3> roles{
+        {{ink, 1}, {ink, kSecondaryShare}, {isDark ? kAccentOnDark : kAccentOnLight, 1}}};
+    std::array<double, 3> least{21, 21, 21};
+    const int left = static_cast<int>(card.frame.origin.x);
+    const int right = static_cast<int>(card.frame.origin.x + card.frame.size.width);
+    const int bottom = static_cast<int>(card.frame.origin.y + card.frame.size.height);
+    for (int y = static_cast<int>(card.frame.origin.y) + 70; y < bottom - 16; ++y)
+        for (int x = left + 18; x < right - 18; ++x) {
+            if (std::abs(2 * x - left - right) < 180) continue;
+            const QColor pixel = screen.picture.pixelColor(x, y);
+            const Color behind{pixel.redF(), pixel.greenF(), pixel.blueF()};
+            for (std::size_t i = 0; i < roles.size(); ++i) {
+                const Color seen = mixed(behind, roles[i].first, roles[i].second);
+                least[i] = std::min(least[i], contrast(luminanceOf(seen), luminanceOf(behind)));
+            }
+        }
+    EXPECT_GE(*std::ranges::min_element(least), 4.5)
+        << "text " << least[0] << ", secondary " << least[1] << ", accent " << least[2];
 }
 
 TEST_P(Legible, AreApplicationsAndTheHomeScreen) {

@@ -19,6 +19,11 @@ LUMORA_PLUGIN_EXPORT int handy();
 int handy() {
     return 1;
 }
+template<class Number>
+__attribute__((visibility("default"))) Number handier() {
+    return 2;
+}
+template int handier<int>();
 #endif
 
 namespace {
