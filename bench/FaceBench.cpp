@@ -109,10 +109,10 @@ class Screen {
     [[nodiscard]] std::vector<double> swipe() {
         settle();
         std::vector<double> frames;
-        double begin = processorTime();
+        double begin = bench::processorTime();
         const auto draws = [&](int patience) {
             if (!nextFrame(patience)) return false;
-            const double end = processorTime();
+            const double end = bench::processorTime();
             frames.push_back(end - std::exchange(begin, end));
             return true;
         };
