@@ -93,7 +93,7 @@ Result<void> Pictures::grab(const std::filesystem::path& file) {
         waitUntil(
             [&] {
                 // What is not yet there may ask for more once it is drawn.
-                return !drawn().isNull() && isElseThere_();
+                return !drawn().isNull() && isElseThere_() && !shell_.waiting();
             },
             [&] { return else_; });
         save(file);

@@ -150,8 +150,10 @@ Window {
             window.visibility === Window.Minimized ? window.showNormal() : window.show();
             window.raise();
             window.requestActivate();
-            if (forPage)
+            if (forPage) {
+                searchPlace.leave();
                 window.putDown();
+            }
             if (profile.length === 0)
                 return;
             if (profilePlace.item)

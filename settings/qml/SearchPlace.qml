@@ -16,6 +16,7 @@ FocusScope {
     property bool slashIsALetter: false // of what has the focus
     property bool open: false
     property bool going: false        // to a result
+    property bool interrupted: false  // by what does not allow it; it is open again afterwards
     property PageModel landedOn: null // the page to which the last result has led, until the search is open again
     property real barHeight: 0
     property real barEnd: 0 // of the bar, what something else takes
@@ -49,16 +50,21 @@ FocusScope {
             search.open();
         }
         landedOn = null;
+        interrupted = false;
         open = true;
     }
     function leave() {
-        open = false;
+        open = interrupted = false;
         over();
     }
 
     onAllowedChanged: {
-        if (!allowed && open)
+        if (!allowed && open) {
             leave();
+            interrupted = true;
+        } else if (allowed && interrupted && page !== null) {
+            goBack();
+        }
     }
 
     Shortcut {

@@ -25,6 +25,7 @@
 
 #include <atomic>
 #include <functional>
+#include <future>
 #include <mutex>
 #include <random>
 #include <vector>
@@ -419,6 +420,17 @@ TEST_P(Results, AreThereAgainAsTheyWereLeftWhenOneGoesBack) {
         EXPECT_EQ(visit.search.current(), chosen);
     }
     EXPECT_EQ(visit.heard(), taps) << "no page hears of the way back to the results, nor is one opened anew";
+}
+
+TEST_P(Results, AreThereAgainWhenSomethingThatTakesLongIsOver) {
+    lookFor("blur");
+    std::promise<void> over;
+    visit.shell.post([&over](Navigation&) { tests::awaited(over.get_future(), "the end of it"); });
+    EXPECT_TRUE(happens([this] { return visit.shell.waiting(); }));
+    EXPECT_FALSE(areShown());
+    over.set_value();
+    EXPECT_TRUE(happens([this] { return areShown(); }));
+    EXPECT_EQ(visit.search.query(), "blur");
 }
 
 TEST_P(Results, LetOneGoBackByHandOnceTheyAreLeft) {
