@@ -39,7 +39,9 @@ int children() {
 
 /// A screen with one App View, of the test plug-in, which is asked to do what its name says or its settings.
 struct Views : testing::Test {
-    void SetUp() override { ASSERT_TRUE(comes([] { return children() == 0; })) << "of an earlier test"; }
+    void SetUp() override {
+        ASSERT_TRUE(comes([] { return children() == 0; })) << "of an earlier test";
+    }
     void open(const std::string& kind, const Dictionary& others = {{kAutoUnlockWidgetPasscode, "1234"}}) {
         plugins.add(kind + "-1.bundle", "DrawingPlugin");
         view = "test." + kind + "-1";
