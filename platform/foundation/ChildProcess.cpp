@@ -166,8 +166,8 @@ ChildProcess::~ChildProcess() {
     end();
 }
 
-ChildProcess::Patience ChildProcess::patience(nanoseconds byTheClock, nanoseconds processor) const {
-    return {steady_clock::now() + byTheClock, processorTime() + processor};
+ChildProcess::Patience ChildProcess::patience(nanoseconds byTheClock, nanoseconds processor, int stop) const {
+    return {steady_clock::now() + byTheClock, processorTime() + processor, stop};
 }
 
 bool ChildProcess::send(std::string_view bytes, const Patience& patience) {
@@ -207,15 +207,15 @@ ChildProcess::Heard ChildProcess::wait(int file, short events, const Patience& p
     constexpr milliseconds slice(20); // how far a child of one thread may overrun its processor time; of many, further
     for (;;) {
         // The end comes first in the list: a child seen to have ended before its file is looked at has said everything.
-        std::array<pollfd, 3> watched{pollfd{ending_.number(), POLLIN, 0}, pollfd{file, events, 0},
-                                      pollfd{prints_.number(), POLLIN, 0}};
+        std::array<pollfd, 4> watched{pollfd{ending_.number(), POLLIN, 0}, pollfd{file, events, 0},
+                                      pollfd{prints_.number(), POLLIN, 0}, pollfd{patience.stop, POLLIN, 0}};
         const auto left = std::chrono::ceil<milliseconds>(patience.until - steady_clock::now());
         const auto longest = std::clamp(left, milliseconds(0), slice);
         const int ready = ::poll(watched.data(), watched.size(), static_cast<int>(longest.count()));
         if (ready > 0 && watched[2].revents != 0) takePrints();
         if (ready > 0 && watched[1].revents != 0) return Heard::something;
         if (ready > 0 && watched[0].revents != 0) return Heard::end; // and nothing more is to be read
-        if (left.count() <= 0) return Heard::tooLate;
+        if (left.count() <= 0 || (ready > 0 && watched[3].revents != 0)) return Heard::tooLate;
         if (processorTime() >= patience.processor) return Heard::tooCostly;
     }
 }

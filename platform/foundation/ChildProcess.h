@@ -40,6 +40,7 @@ class PLATFORM_EXPORT ChildProcess {
     struct Patience {
         std::chrono::steady_clock::time_point until;
         std::chrono::nanoseconds processor;
+        int stop = -1; ///< a file; once it can be read, it is too late by the clock
     };
     enum class Heard : unsigned char {
         something,
@@ -57,7 +58,8 @@ class PLATFORM_EXPORT ChildProcess {
     ~ChildProcess();
 
     /// Patience from now on.
-    [[nodiscard]] Patience patience(std::chrono::nanoseconds byTheClock, std::chrono::nanoseconds processor) const;
+    [[nodiscard]] Patience patience(std::chrono::nanoseconds byTheClock, std::chrono::nanoseconds processor,
+                                    int stop = -1) const;
 
     /// Hands over all of the bytes; false when the child ends, closes its input or takes too long. Raises no signal.
     [[nodiscard]] bool send(std::string_view bytes, const Patience& patience);

@@ -81,7 +81,7 @@ class Walk {
 
     /// True once the probe is ready to load what it was given.
     bool begins() {
-        const auto patience = child_->patience(kToStart, kToStart);
+        const auto patience = child_->patience(kToStart, kToStart, limits_.stop);
         const std::string ready = probeAnswerLine(token_, 0, kReadyAnswer, 0);
         while (unread_.size() < ready.size() && child_->receive(unread_, ready.size(), patience) == Heard::something) {
         }
@@ -90,7 +90,7 @@ class Walk {
 
     /// What the probe says of the path that is due, or what became of the probe.
     Probed next(std::size_t index) {
-        const auto patience = child_->patience(limits_.clock, limits_.processor);
+        const auto patience = child_->patience(limits_.clock, limits_.processor, limits_.stop);
         for (;;) {
             const Result<std::optional<Probed>> answer = takeAnswer(index);
             if (!answer) return dead(Verdict::dangerous, answer.error());

@@ -22,6 +22,7 @@ enum class ForeignCode : char { plugin = 'p', applicationList = 'a' };
 struct ProbeLimits {
     std::chrono::milliseconds clock{10'000};
     std::chrono::milliseconds processor{2'000};
+    int stop = -1; ///< a file; once it can be read, nobody waits for what is still to be tried
 };
 
 /// What of the machine a process may take in which strangers' code runs.

@@ -31,8 +31,11 @@ class RunTest(Spoken):
         self.temporary.mkdir()
         author = Path(self.folder, "author/Library/Nevo/Lumora/Plugins")
         author.mkdir(parents=True)
-        self.bundle = Path(add_plugin(self.folder + "/author", "good", MODULES / "FaultyPage", "TestPlugin"))
+        self.bundle = self.add_plugin("good")
         self.environment["TMPDIR"] = str(self.temporary)
+
+    def add_plugin(self, name):
+        return Path(add_plugin(self.folder + "/author", name, MODULES / "FaultyPage", "TestPlugin"))
 
     def run_plugin(self, **environment):
         running = self.start(program("lumoractl"), "plugin", "run", "--root", self.root, str(self.bundle),
@@ -95,12 +98,41 @@ class RunTest(Spoken):
         eventually(lambda: "it is missing" in running.said.text, "the finding")
         self.assertEqual(self.window(running).pid, second.pid)
         shutil.rmtree(self.bundle)
-        shutil.copytree(add_plugin(self.folder + "/author", "other", MODULES / "FaultyPage", "TestPlugin"), self.bundle)
+        shutil.copytree(self.add_plugin("other"), self.bundle)
         third = self.window(running, but=second.pid)
         self.named(third, SWITCH, "Switch")
         programs = self.children(running)
         os.kill(third.pid, signal.SIGTERM)  # closes the window
         self.expect_to_end(running, programs)
+
+    def test_shows_each_change_in_folders_of_the_bundle(self):
+        pictures = self.bundle / "Resources/pictures"
+        pictures.mkdir(parents=True)
+        running = self.run_plugin()
+        first = self.window(running)
+        (pictures / "sun.png").write_bytes(b"")
+        second = self.window(running, but=first.pid)
+        (pictures / "of").mkdir()
+        third = self.window(running, but=second.pid)
+        (pictures / "of/moon.png").write_bytes(b"")
+        self.window(running, but=third.pid)
+        programs = self.children(running)
+        running.terminate()
+        self.expect_to_end(running, programs)
+
+    def test_ends_in_the_middle_of_a_judgement(self):
+        self.bundle = self.add_plugin("sleep")
+        running = self.run_plugin()
+
+        def judge():  # which has the page made in a copy of its own
+            pid = self.children(running).get("lumora-probe")
+            with contextlib.suppress(FileNotFoundError):  # of the one before, which does not judge
+                return pid and "lumora-probe" in self.children(types.SimpleNamespace(pid=pid)) and pid
+            return None
+        programs = {"probe": eventually(judge, "the judgement"), **self.children(running)}
+        running.send_signal(signal.SIGINT)
+        self.expect_to_end(running, programs)
+        self.assertEqual(running.said.text, "", "it has not waited for the end of the judgement")
 
     def test_outlives_a_page_that_takes_the_window_along(self):
         running = self.run_plugin()

@@ -116,7 +116,8 @@ bool isInHome(const std::string& folder) {
 /// One plug-in before its judge.
 class PluginCheck {
   public:
-    PluginCheck(fs::path bundle, std::chrono::milliseconds limit) : path_(std::move(bundle)), limit_(limit) {}
+    PluginCheck(fs::path bundle, std::chrono::milliseconds limit, int stop)
+        : path_(std::move(bundle)), limit_(limit), stop_(stop) {}
 
     Result<CheckedPlugin> run() {
         const auto bundle = NSBundle::bundleWithPath(path_);
@@ -144,8 +145,8 @@ class PluginCheck {
 
     /// What discovery asks.
     Result<void> ask(const NSBundle& bundle) {
-        const Probed tried =
-            probed(platform::ProbeReport::answers, {limit_, std::min(limit_, platform::ProbeLimits().processor)});
+        const Probed tried = probed(platform::ProbeReport::answers,
+                                    {limit_, std::min(limit_, platform::ProbeLimits().processor), stop_});
         const bool hangs = tried.why.starts_with("it hangs");
         std::error_code unknown;
         const bool isThere = fs::exists(bundle.executablePath(), unknown);
@@ -189,7 +190,7 @@ class PluginCheck {
     void judgeIdentifier() {
         const std::string& own = checked_.identifier;
         if (!isReverseDomain(own)) add("identifier", "the identifier \"" + own + "\" is not in reverse-domain form");
-        const Result<List> installed = probePlugins({}, limit_);
+        const Result<List> installed = probePlugins({}, limit_, stop_);
         if (!installed) return;
         for (const Value& other : installed.value()) {
             if (textIn(other, "entry") != path_.filename() && textIn(other, "identifier") == own)
@@ -200,7 +201,7 @@ class PluginCheck {
 
     /// All that needs the plug-in loaded, which lumora-probe does.
     Result<void> judge() {
-        const Probed tried = probed(platform::ProbeReport::judgement, kToJudge);
+        const Probed tried = probed(platform::ProbeReport::judgement, {kToJudge.clock, kToJudge.processor, stop_});
         if (tried.verdict != Probed::Verdict::safe)
             return Result<void>::failure("it could not be judged: " + tried.why);
         const Value told = tried.told;
@@ -222,15 +223,16 @@ class PluginCheck {
 
     const fs::path path_;
     std::chrono::milliseconds limit_;
+    int stop_;
     CheckedPlugin checked_;
 };
 
 } // namespace
 
-Result<CheckedPlugin> checkPlugin(const fs::path& bundle, std::chrono::milliseconds limit) {
+Result<CheckedPlugin> checkPlugin(const fs::path& bundle, std::chrono::milliseconds limit, int stop) {
     std::error_code failed;
     fs::path whole = fs::absolute(bundle, failed).lexically_normal();
-    return PluginCheck(whole.has_filename() ? whole : whole.parent_path(), limit).run();
+    return PluginCheck(whole.has_filename() ? whole : whole.parent_path(), limit, stop).run();
 }
 
 Value documentOf(const CheckedPlugin& plugin) {

@@ -31,9 +31,10 @@ struct CheckedPlugin {
 };
 
 /// Judges a plug-in bundle, which is loaded into other processes alone. Fails where that cannot be done: when there is
-/// no bundle, or no process to try it in. `limit` is how long it may take to answer discovery's questions.
+/// no bundle, or no process to try it in. `limit` is how long it may take to answer discovery's questions. `stop` is a
+/// file; once it can be read, what is told is worth nothing, and comes soon.
 [[nodiscard]] platform::Result<CheckedPlugin> checkPlugin(const std::filesystem::path& bundle,
-                                                          std::chrono::milliseconds limit);
+                                                          std::chrono::milliseconds limit, int stop = -1);
 
 /// A dictionary for scripts:
 ///

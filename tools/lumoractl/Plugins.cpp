@@ -54,10 +54,10 @@ Dictionary toldOf(const fs::path& entry, const Probed* probed) {
     return told;
 }
 
-List probeEntries(const std::vector<fs::path>& entries, std::chrono::milliseconds limit) {
+List probeEntries(const std::vector<fs::path>& entries, std::chrono::milliseconds limit, int stop) {
     std::vector<fs::path> bundles;
     std::copy_if(entries.begin(), entries.end(), std::back_inserter(bundles), isPluginPath);
-    const platform::ProbeLimits limits{limit, std::min(limit, platform::ProbeLimits().processor)};
+    const platform::ProbeLimits limits{limit, std::min(limit, platform::ProbeLimits().processor), stop};
     const auto probed = platform::probe(platform::ForeignCode::plugin, bundles, platform::ProbeReport::answers, limits);
     List told;
     auto next = probed.begin();
@@ -76,14 +76,14 @@ std::string described(const Value& plugin) {
 
 } // namespace
 
-Result<List> probePlugins(const fs::path& path, std::chrono::milliseconds limit) {
+Result<List> probePlugins(const fs::path& path, std::chrono::milliseconds limit, int stop) {
     const fs::path folder = path.empty() ? pluginFolder() : path.has_filename() ? path : path.parent_path();
-    if (isPluginPath(folder)) return probeEntries({folder}, limit);
+    if (isPluginPath(folder)) return probeEntries({folder}, limit, stop);
     std::error_code failed;
     const std::vector<fs::path> entries = platform::contentsOfDirectoryAtPath(folder, failed);
     if (failed && !(path.empty() && failed == std::errc::no_such_file_or_directory))
         return Result<List>::failure("cannot read " + folder.string() + ": " + failed.message());
-    return probeEntries(entries, limit);
+    return probeEntries(entries, limit, stop);
 }
 
 std::string pluginTable(const List& plugins) {

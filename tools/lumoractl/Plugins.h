@@ -15,9 +15,10 @@ namespace lumora {
 ///     {"entry": "Clock.bundle", "name": "Clock", "identifier": …, "appID": …, "settings": false, "why": "it has none"}
 ///     {"entry": "Torn.bundle", "skipped": "… cannot be loaded: it is cut short"}
 ///
-/// "prints" holds the beginning of what the plug-in wrote to the standard streams, if anything.
+/// "prints" holds the beginning of what the plug-in wrote to the standard streams, if anything. `stop` is that of
+/// platform::ProbeLimits.
 [[nodiscard]] platform::Result<platform::List> probePlugins(const std::filesystem::path& path,
-                                                            std::chrono::milliseconds limit);
+                                                            std::chrono::milliseconds limit, int stop = -1);
 
 /// The same for people to read: a line for each entry, and one beneath it for what it prints.
 [[nodiscard]] std::string pluginTable(const platform::List& plugins);

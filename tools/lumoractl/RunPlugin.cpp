@@ -20,6 +20,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <optional>
 #include <poll.h>
 #include <string>
@@ -92,13 +93,17 @@ class BundleWatch {
     explicit BundleWatch(fs::path bundle) : bundle_(std::move(bundle)) { look(); }
 
     [[nodiscard]] int descriptor() const { return events_.number(); }
-    /// Whether all is watched; else it has to be looked for again, after a while.
+    /// Whether the bundle is there to be watched; else it has to be looked for again, after a while.
     bool look() {
-        constexpr std::uint32_t changes =
-            IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF;
-        const bool around = ::inotify_add_watch(events_.number(), bundle_.parent_path().c_str(), changes) >= 0;
-        inside_ = ::inotify_add_watch(events_.number(), bundle_.c_str(), changes | IN_ONLYDIR);
-        return around && inside_ >= 0;
+        const bool isAround = watch(bundle_.parent_path()) >= 0;
+        inside_ = {watch(bundle_)};
+        std::error_code failed; // also of a folder that has gone meanwhile, of which there is word
+        const auto options = fs::directory_options::skip_permission_denied;
+        for (fs::recursive_directory_iterator it(bundle_, options, failed), end; it != end && !failed;
+             it.increment(failed))
+            if (std::error_code unknown; it->is_directory(unknown) && !it->is_symlink(unknown))
+                inside_.push_back(watch(it->path()));
+        return isAround && inside_.front() >= 0;
     }
     /// Takes what has happened. False where that was to others beside the bundle.
     [[nodiscard]] bool take() {
@@ -109,26 +114,44 @@ class BundleWatch {
                 inotify_event event{};
                 std::memcpy(&event, bytes.data() + at, sizeof event);
                 const char* name = event.len > 0 ? bytes.data() + at + sizeof event : "";
-                concerned = concerned || event.wd == inside_ || bundle_.filename() == name;
+                concerned = concerned || bundle_.filename() == name || event.wd < 0 || // there were too many
+                            std::ranges::find(inside_, event.wd) != inside_.end();
                 at += ssize_t(sizeof event + event.len);
             }
         return concerned;
     }
 
   private:
+    int watch(const fs::path& folder) {
+        constexpr std::uint32_t changes =
+            IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF;
+        return ::inotify_add_watch(events_.number(), folder.c_str(), changes | IN_ONLYDIR);
+    }
+
     fs::path bundle_;
     FileDescriptor events_{::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)};
-    int inside_ = -1;
+    std::vector<int> inside_; ///< watches over the bundle and its folders as they are now
 };
 
-/// Readable when a signal asks the program to end, or one of its programs has ended.
-FileDescriptor awaitedSignals() {
+/// Readable once one of these comes.
+FileDescriptor awaited(std::initializer_list<int> expected) {
     sigset_t signals;
     sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGCHLD})
+    for (const int signal : expected)
         sigaddset(&signals, signal);
     ::sigprocmask(SIG_BLOCK, &signals, nullptr);
     return FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+}
+
+bool isReadable(const FileDescriptor& file) {
+    pollfd awaited{file.number(), POLLIN, 0};
+    return ::poll(&awaited, 1, 0) > 0;
+}
+
+void take(const FileDescriptor& signals) {
+    signalfd_siginfo signal{};
+    while (::read(signals.number(), &signal, sizeof signal) == sizeof signal) {
+    }
 }
 
 class PluginRun {
@@ -148,7 +171,7 @@ class PluginRun {
         std::error_code failed;
         if (!fs::is_directory(bundle_, failed) || !isPluginPath(bundle_))
             return Result<void>::failure(bundle_.string() + " is not a bundle");
-        if (!signals_ || watch_.descriptor() < 0) return Result<void>::failure("cannot watch the bundle");
+        if (!ending_ || !children_ || watch_.descriptor() < 0) return Result<void>::failure("cannot watch the bundle");
         for (const char* needed : {"lumora-settings", "lumora-tweak"})
             if (!fs::exists(program(needed), failed))
                 return Result<void>::failure(program(needed).string() + " is missing, which shows the page");
@@ -172,6 +195,7 @@ class PluginRun {
         fs::create_directory_symlink(bundle_, pluginFolder() / bundle_.filename(), failed);
         if (failed) return Result<void>::failure("cannot link the bundle: " + failed.message());
         ::setenv("LUMORA_ROOT", root.c_str(), 1);
+        ::setenv("TMPDIR", folder_.path().c_str(), 1); // a probe that is ended leaves its folder
         for (const auto& [variable, name] : {std::pair("LUMORA_PORTS", "ports"), std::pair("XDG_CACHE_HOME", "cache"),
                                              std::pair("XDG_STATE_HOME", "state")})
             ::setenv(variable, (folder_.path() / name).c_str(), 1);
@@ -184,7 +208,8 @@ class PluginRun {
 
     /// Judges the plug-in and opens its page; says why not, and leaves what is open, where that is no use.
     void show() {
-        const auto checked = checkPlugin(bundle_, platform::ProbeLimits().clock);
+        const auto checked = checkPlugin(bundle_, platform::ProbeLimits().clock, ending_.number());
+        if (isReadable(ending_)) return;
         if (!checked) return complain(checked.error());
         if (!printText(linesOf(checked.value()))) return;
         if (!checked.value().usable) return;
@@ -205,17 +230,19 @@ class PluginRun {
         for (;;) {
             const auto patience = changed ? kToSettle : std::chrono::milliseconds(kToReturn);
             const bool watched = watch_.look();
-            std::array<pollfd, 2> awaited{{{signals_.number(), POLLIN, 0}, {watch_.descriptor(), POLLIN, 0}}};
-            const int ready = ::poll(awaited.data(), awaited.size(), changed || !watched ? int(patience.count()) : -1);
+            std::array<pollfd, 3> files{
+                {{ending_.number(), POLLIN, 0}, {watch_.descriptor(), POLLIN, 0}, {children_.number(), POLLIN, 0}}};
+            const int ready = ::poll(files.data(), files.size(), changed || !watched ? int(patience.count()) : -1);
             if (ready < 0 && errno != EINTR) return Result<void>::failure("cannot wait");
-            if (awaited[0].revents != 0 && isAskedToEnd()) return {};
+            if (files[0].revents != 0) return {};
+            if (files[2].revents != 0) take(children_);
             if (const auto ended = isShown_ ? window_.status() : std::nullopt) {
                 isShown_ = false;
                 if (*ended >= 0) return *ended == 0 ? Result<void>() : Result<void>::failure("lumora-settings failed");
                 complain(std::string("the window has crashed: ") + ::strsignal(-*ended) +
                          "; waiting for another build");
             }
-            if (awaited[1].revents != 0) {
+            if (files[1].revents != 0) {
                 changed = watch_.take() || changed;
             } else if (changed && ready == 0 && watched) {
                 changed = false;
@@ -224,16 +251,9 @@ class PluginRun {
         }
     }
 
-    [[nodiscard]] bool isAskedToEnd() const {
-        signalfd_siginfo signal{};
-        bool asked = false;
-        while (::read(signals_.number(), &signal, sizeof signal) == sizeof signal)
-            asked = asked || signal.ssi_signo != SIGCHLD;
-        return asked;
-    }
-
     const fs::path bundle_;
-    FileDescriptor signals_ = awaitedSignals();
+    FileDescriptor ending_ = awaited({SIGINT, SIGTERM, SIGHUP}); ///< somebody asks the program to end
+    FileDescriptor children_ = awaited({SIGCHLD});               ///< one of its programs has ended
     BundleWatch watch_;
     search::PrivateFolder folder_; ///< outlives the programs that have files in it
     RunningProgram tweak_;

@@ -52,6 +52,7 @@ class FaultyPage final : public lumora::SettingsPage {
         if (has("null")) return {nullptr};
         if (has("crash")) std::abort();
         if (has("leave")) ::_exit(0);
+        if (has("sleep")) std::ignore = ::sleep(60);
         if (has("hang"))
             for (volatile bool spins = true; spins;)
                 continue;
