@@ -79,6 +79,7 @@ void attend(QQuickWindow& window, Shell& shell, OneWindow& oneWindow, bool keeps
     QObject::connect(&shell, &Shell::leaving, &window, [&window, &oneWindow, &panes, before, keepsSize] {
         oneWindow.release();
         if (const KeptColumns now{panes.columns(), panes.divider()}; now != before) keepColumns(now);
+        if (const bool marks = window.property("marksChanges").toBool(); marks != keptMarks()) keepMarks(marks);
         // A window that fills the screen has another size when it does not.
         if (keepsSize && window.visibility() == QWindow::Windowed)
             keepWindowSize({double(window.width()), double(window.height())});
@@ -189,6 +190,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
                                  {QStringLiteral("panes"), QVariant::fromValue(&panes)},
                                  {QStringLiteral("history"), QVariant::fromValue<QObject*>(&history)},
                                  {QStringLiteral("historyFirst"), options.history},
+                                 {QStringLiteral("marksChanges"), !picturesOnly && keptMarks()},
                                  {QStringLiteral("profile"), profile},
                                  {QStringLiteral("profiles"), QVariant::fromValue<QObject*>(&profiles)},
                                  {QStringLiteral("width"), size.width},

@@ -20,6 +20,7 @@ namespace {
 constexpr qint64 kMoreThanALine = 64; ///< bytes
 constexpr const char* kSizeFile = "window-size";
 constexpr const char* kColumnsFile = "window-columns";
+constexpr const char* kMarksFile = "window-marks";
 /// With room for list, page and lock screen, and for list and page; and how wide the screen is from which on.
 constexpr platform::CGSize kThreePanes{1240, 900};
 constexpr double kScreenForThree = 1280;
@@ -82,6 +83,14 @@ KeptColumns keptColumns() {
 
 void keepColumns(const KeptColumns& columns) {
     keepLine(kColumnsFile, QByteArray::number(columns.columns) + ' ' + QByteArray::number(columns.divider));
+}
+
+bool keptMarks() {
+    return keptLine(kMarksFile) == "1";
+}
+
+void keepMarks(bool marks) {
+    keepLine(kMarksFile, marks ? "1" : "0");
 }
 
 } // namespace settings

@@ -33,4 +33,8 @@ struct KeptColumns {
 /// Keeps the columns for the next start. Silent when that fails.
 void keepColumns(const KeptColumns& columns);
 
+/// Whether changed rows were marked last; and keeps that for the next start. Silent when it fails.
+[[nodiscard]] bool keptMarks();
+void keepMarks(bool marks);
+
 } // namespace settings

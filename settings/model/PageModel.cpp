@@ -44,7 +44,7 @@ void PageModel::read(std::shared_ptr<const PageSnapshot> page) {
     readParts();
     if (!sameRows) return makeGroups();
     for (std::size_t i = 0; i < rows_.size(); ++i)
-        rows_[i]->read(page_->rows[i]);
+        rows_[i]->read(page_->rows[i], isChanged(*page_, i));
 }
 
 void PageModel::readParts() {
@@ -107,6 +107,7 @@ void PageModel::makeGroups() {
             around = {group->header, group->footer, {}};
         }
         auto* model = new RowModel(send_, i, row, around, group);
+        model->read(row, isChanged(*page_, i));
         const QString identifier = QString::fromStdString(row.identifier);
         connect(model, &RowModel::begun, this, &PageModel::begun);
         connect(model, &RowModel::held, this, [this, identifier](double number) { emit held(identifier, number); });

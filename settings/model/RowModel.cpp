@@ -71,8 +71,9 @@ bool RowModel::isSameRow(const RowSnapshot& row) const {
            row.max == row_.max && row.showValue == row_.showValue && row.icon == row_.icon;
 }
 
-void RowModel::read(const RowSnapshot& row) {
+void RowModel::read(const RowSnapshot& row, bool changed) {
     row_ = row;
+    changed_ = changed;
     if (changesUnderWay_ == 0) emit valueRead();
 }
 
@@ -84,9 +85,14 @@ void RowModel::setRemark(const QString& remark) {
     if (std::exchange(remark_, remark) != remark) emit remarkChanged();
 }
 
+void RowModel::setMark(const QString& mark) {
+    if (std::exchange(mark_, mark) != mark) emit remarkChanged();
+}
+
 QString RowModel::accessibleDescription() const {
-    const bool both = !remark_.isEmpty() && !accessibleDescription_.isEmpty();
-    return remark_ + (both ? QStringLiteral(". ") : QString()) + accessibleDescription_;
+    QStringList texts{remark_, mark_, accessibleDescription_};
+    texts.removeAll(QString());
+    return texts.join(QStringLiteral(". "));
 }
 
 double RowModel::unit() const {

@@ -37,6 +37,7 @@ class RowModel : public QObject {
     Q_PROPERTY(QString accessibleName READ accessibleName CONSTANT)
     Q_PROPERTY(QString accessibleDescription READ accessibleDescription NOTIFY remarkChanged)
     Q_PROPERTY(QString remark READ remark WRITE setRemark NOTIFY remarkChanged)
+    Q_PROPERTY(QString mark READ mark WRITE setMark NOTIFY remarkChanged)
 
     Q_PROPERTY(bool on READ on NOTIFY valueRead)
     Q_PROPERTY(double number READ number NOTIFY valueRead)
@@ -45,6 +46,7 @@ class RowModel : public QObject {
     Q_PROPERTY(QString valueText READ valueText NOTIFY valueRead)
     Q_PROPERTY(bool marked READ marked NOTIFY valueRead)
     Q_PROPERTY(bool canReset READ canReset NOTIFY valueRead)
+    Q_PROPERTY(bool changed READ isChanged NOTIFY valueRead)
     Q_PROPERTY(bool open READ isOpen NOTIFY openChanged)
 
   public:
@@ -97,19 +99,24 @@ class RowModel : public QObject {
     [[nodiscard]] bool marked() const { return row_.marked; }
     /// Its default is known, and another value than it has.
     [[nodiscard]] bool canReset() const;
+    /// It has another value than when the page was opened.
+    [[nodiscard]] bool isChanged() const { return changed_; }
     /// The page that it leads to is shown beside it.
     [[nodiscard]] bool isOpen() const { return open_; }
     void setOpen(bool open);
     /// What assistive tools are told of it first, for a while; empty for nothing.
     [[nodiscard]] const QString& remark() const { return remark_; }
     void setRemark(const QString& remark);
+    /// What they are told next, as long as a sign at the row says so.
+    [[nodiscard]] const QString& mark() const { return mark_; }
+    void setMark(const QString& mark);
     /// Holds a platform::UIImageRef, for an IconItem; undefined for none.
     [[nodiscard]] QVariant icon() const { return row_.icon ? QVariant::fromValue(row_.icon) : QVariant(); }
 
     /// Whether the snapshot is of this row still: of the same kind and with the same texts.
     [[nodiscard]] bool isSameRow(const RowSnapshot& row) const;
     /// Takes up a newer snapshot of the same row.
-    void read(const RowSnapshot& row);
+    void read(const RowSnapshot& row, bool changed);
 
     Q_INVOKABLE void tap() { send_(RowTapped{position_}, {}); }
     Q_INVOKABLE void toggle(bool on) { change(on); }
@@ -153,7 +160,9 @@ class RowModel : public QObject {
     QString accessibleName_;
     QString accessibleDescription_;
     bool open_ = false;
+    bool changed_ = false;
     QString remark_;
+    QString mark_;
     int changesUnderWay_ = 0;
 };
 

@@ -1,9 +1,20 @@
 #include "settings/model/RowValue.h"
 
+#include "platform/preferences/PSSpecifier.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace settings {
+namespace {
+
+bool holdsAValue(const RowSnapshot& row) {
+    return row.cell == platform::PSSwitchCell || row.cell == platform::PSSliderCell ||
+           row.cell == platform::PSLinkListCell || row.cell == platform::PSEditTextCell ||
+           row.cell == platform::PSSecureEditTextCell;
+}
+
+} // namespace
 
 double minimumOf(const RowSnapshot& row) {
     const double minimum = row.min.value_or(0);
@@ -33,6 +44,13 @@ QString shownNumber(const RowSnapshot& row, double number) {
 QString fieldTextOf(const RowSnapshot& row) {
     if (const std::string_view* text = row.value.text()) return QString::fromUtf8(*text);
     return row.value.isNumber() ? QString::fromStdString(platform::description(row.value)) : QString();
+}
+
+bool isChanged(const PageSnapshot& page, std::size_t position) {
+    if (!page.openedRows || page.openedRows->size() != page.rows.size()) return false;
+    const RowSnapshot& row = page.rows[position];
+    const RowSnapshot& opened = (*page.openedRows)[position];
+    return holdsAValue(row) && row.identifier == opened.identifier && row.value != opened.value;
 }
 
 } // namespace settings

@@ -24,4 +24,7 @@ inline constexpr int kDigitsOfLongNumber = 4;
 /// What a field shows: text and numbers. Anything else it shows as empty, like nil.
 [[nodiscard]] QString fieldTextOf(const RowSnapshot& row);
 
+/// Whether a row of the page holds another value than it had when the page was opened.
+[[nodiscard]] bool isChanged(const PageSnapshot& page, std::size_t position);
+
 } // namespace settings

@@ -40,12 +40,6 @@ RowSnapshot withValue(RowSnapshot row, const platform::Value& value) {
     return row;
 }
 
-bool holdsAValue(const RowSnapshot& row) {
-    return row.cell == platform::PSSwitchCell || row.cell == platform::PSSliderCell ||
-           row.cell == platform::PSLinkListCell || row.cell == platform::PSEditTextCell ||
-           row.cell == platform::PSSecureEditTextCell;
-}
-
 /// What a view has stored; a list is too long to be told.
 QString shownValue(const platform::Value& value, const QString& otherwise) {
     if (const auto* text = value.text()) return QString::fromUtf8(*text);
@@ -107,9 +101,9 @@ QList<DifferencesModel::Difference> Shell::differencesOfTop() const {
     const PageSnapshot* page = topPage();
     if (!page || !page->openedRows || page->openedRows->size() != page->rows.size()) return found;
     for (std::size_t i = 0; i < page->rows.size(); ++i) {
+        if (!isChanged(*page, i)) continue;
         const RowSnapshot& row = page->rows[i];
         const RowSnapshot& opened = (*page->openedRows)[i];
-        if (!holdsAValue(row) || row.identifier != opened.identifier || row.value == opened.value) continue;
         const RowSnapshot former = opened.value.isNil() && row.byDefault ? withValue(opened, *row.byDefault) : opened;
         found.append({.title = titleOfRow(page->rows, i),
                       .now = shownValue(row),

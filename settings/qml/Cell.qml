@@ -18,11 +18,13 @@ Item {
     property bool boxed: true  // the corners are round
     property real indent: 0    // of everything in the row
     property color ground: down ? Theme.cellDown : selected ? Theme.cellSelected : hovered ? Qt.tint(Theme.cell, Qt.alpha(Theme.cellDown, 0.4)) : Theme.cell
+    readonly property bool showsChange: Theme.marksChanges && (row?.changed ?? false)
     readonly property bool hasIcon: icon !== undefined
     readonly property real rounding: boxed ? Theme.rowRadius : 0
 
     implicitHeight: Theme.rowHeight
     clip: true
+    onShowsChangeChanged: row.mark = showsChange ? qsTr("Changed since the page was opened") : ""
 
     Rectangle {
         y: root.first ? 0 : -radius
@@ -40,6 +42,17 @@ Item {
         radius: 2
         color: Theme.accent
         antialiasing: true
+    }
+    Loader {
+        active: root.showsChange
+        anchors { left: parent.left; leftMargin: root.selected ? 10 : 5; verticalCenter: parent.verticalCenter }
+        sourceComponent: Rectangle {
+            width: 5
+            height: 5
+            radius: 2.5
+            color: Theme.accent
+            antialiasing: true
+        }
     }
     Hairline {
         visible: !root.last

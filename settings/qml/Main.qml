@@ -13,6 +13,7 @@ Window {
     property string profile // to open at first, empty for none
     property var history: null // a settings::History; null for pictures without it
     property bool historyFirst: false // is opened at first
+    property bool marksChanges: false // has a dot at each changed row
     // Where the page on top stands, in the window.
     readonly property rect pageArea: Qt.rect(stack.x + stack.shownArea.x, stack.y, stack.shownArea.width, stack.height)
     // Of a view that a page hosts.
@@ -143,6 +144,7 @@ Window {
     Binding { target: Theme; property: "moreContrast"; value: window.shell.moreContrast }
     Binding { target: Theme; property: "textSize"; value: window.shell.textSize }
     Binding { target: Theme; property: "animated"; value: window.shell.animated }
+    Binding { target: Theme; property: "marksChanges"; value: window.marksChanges }
     Connections {
         target: window.shell
 

@@ -33,6 +33,7 @@ PopupMenu {
         { text: qsTr("One Column"), enabled: true, hidden: !hasColumns, checked: panes.columns === 1, run: () => panes.columns = 1 },
         { text: qsTr("Two Columns"), enabled: true, hidden: !hasColumns, checked: panes.columns === 2, run: () => panes.columns = 2 },
         { text: qsTr("Lock Screen"), enabled: true, hidden: !hasLockScreen, checked: showsLockScreen, run: () => window.toggleLockScreen() },
+        { text: qsTr("Mark Changes"), enabled: true, checked: window.marksChanges, run: () => window.marksChanges = !window.marksChanges },
     ]).filter(line => !line.hidden)
     onDismissed: closed()
     onLineChosen: line => {

@@ -6,6 +6,7 @@ QtObject {
     property bool dark: false
     property bool moreContrast: false
     property bool animated: true
+    property bool marksChanges: false // at rows whose value differs from when the page was opened
     property int textSize: 100 // in percent of the usual size
     // As in languages that are written from right to left, whose users look for the beginning there.
     readonly property bool mirrored: Application.layoutDirection === Qt.RightToLeft

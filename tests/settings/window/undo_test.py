@@ -95,6 +95,24 @@ class UndoTest(Spoken):
         self.expect_stored("kAppBadgesEnabled", True)
         self.assertIs(self.stored("kAppLabelsEnabled"), False)
 
+    def test_marks_what_differs_from_when_the_page_was_opened_if_wanted(self):
+        self.set("kAppBadgesEnabled", True)
+        window = self.open_window("--page", "AppsController")
+
+        def marked():
+            return [name for name, item in self.spoken(window, SWITCH).items() if "since the page" in item.description]
+        self.flip(window, "Badges")
+        self.expect_stored("kAppBadgesEnabled", False)
+        self.assertEqual(marked(), [])
+        self.choose(window, "Mark Changes")
+        self.expect_soon(marked, ["Badges"])
+        self.keys(window, "ctrl+z")
+        eventually(lambda: not marked(), "the end of the mark")
+        self.expect_to_close(window)
+        window = self.open_window("--page", "AppsController")
+        self.flip(window, "Labels")
+        self.expect_soon(marked, ["Labels"])
+
     def test_the_sheet_of_differences_has_all_keys_until_it_is_closed(self):
         self.set("kAppBadgesEnabled", True)
         window = self.open_window("--page", "AppsController")
