@@ -1,5 +1,6 @@
 #include "lockscreen/face/ViewCard.h"
 
+#include <QLinearGradient>
 #include <QPainter>
 #include <QQuickWindow>
 
@@ -9,7 +10,19 @@
 namespace lumora {
 namespace {
 
-constexpr double kDimmed = 0.2; // what words stand upon
+constexpr double kDimmed = 0.25;
+
+/// Without its middle, where words stand.
+QImage dimmed(QImage image) {
+    QLinearGradient shade(0, 0, 0, image.height());
+    for (const auto& [at, opacity] :
+         {std::pair(0.0, kDimmed), std::pair(0.33, 0.0), std::pair(0.67, 0.0), std::pair(1.0, kDimmed)})
+        shade.setColorAt(at, QColor::fromRgbF(0, 0, 0, float(opacity)));
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.fillRect(image.rect(), shade);
+    return image;
+}
 
 } // namespace
 
@@ -79,16 +92,16 @@ void ViewCard::itemChange(ItemChange change, const ItemChangeData& data) {
 
 void ViewCard::paint(QPainter* painter) {
     if (drawn_.image.isNull()) return;
-    if (hasFault()) painter->setOpacity(kDimmed);
+    const QImage image = hasFault() ? dimmed(drawn_.image) : drawn_.image;
     const double ratio = painter->deviceTransform().m11();
-    const QSizeF off = size() - drawn_.image.size() / ratio;
+    const QSizeF off = size() - image.size() / ratio;
     if (std::abs(off.width()) < 1 && std::abs(off.height()) < 1) {
         painter->scale(1 / ratio, 1 / ratio); // pixel by pixel
-        painter->drawImage(QPointF(), drawn_.image);
+        painter->drawImage(QPointF(), image);
         return;
     }
     painter->setRenderHint(QPainter::SmoothPixmapTransform); // until it has been painted in the new size
-    painter->drawImage(boundingRect(), drawn_.image);
+    painter->drawImage(boundingRect(), image);
 }
 
 } // namespace lumora

@@ -9,8 +9,8 @@
 
 namespace lumora {
 
-/// What an App View draws, over the whole item; with a fault, its last drawing, dimmed. It is asked to draw while the item is seen. `unit` is how many points of
-/// the screen one of the view's is. GUI thread.
+/// What an App View draws, over the whole item; with a fault, its last drawing, dimmed and without its middle. It is asked
+/// to draw while the item is seen. `unit` is how many points of the screen one of the view's is. GUI thread.
 class ViewCard : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
