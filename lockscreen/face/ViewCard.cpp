@@ -15,7 +15,8 @@ constexpr double kDimmed = 0.25;
 /// Without its middle, where words stand.
 QImage dimmed(QImage image) {
     QLinearGradient shade(0, 0, 0, image.height());
-    for (const auto& [at, opacity] : {std::pair(0.0, kDimmed), {0.33, 0.0}, {0.67, 0.0}, {1.0, kDimmed}})
+    for (const auto& [at, opacity] :
+         {std::pair(0.0, kDimmed), std::pair(0.33, 0.0), std::pair(0.67, 0.0), std::pair(1.0, kDimmed)})
         shade.setColorAt(at, QColor::fromRgbF(0, 0, 0, float(opacity)));
     QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
