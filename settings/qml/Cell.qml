@@ -24,7 +24,10 @@ Item {
 
     implicitHeight: Theme.rowHeight
     clip: true
-    onShowsChangeChanged: row.mark = showsChange ? qsTr("Changed since the page was opened") : ""
+    onShowsChangeChanged: {
+        if (row)
+            row.mark = showsChange ? qsTr("Changed since the page was opened") : "";
+    }
 
     Rectangle {
         y: root.first ? 0 : -radius
