@@ -75,8 +75,12 @@ class Everything(Spoken):
 
     def above(self, window, role):
         """What is shown in the bar above all pages."""
-        return [child for frame in self.frames(window) for child in children(frame)
-                if role_of(child) == role and self.has_state(child, pyatspi.STATE_SHOWING)]
+        def shows(child):
+            try:
+                return role_of(child) == role and self.has_state(child, pyatspi.STATE_SHOWING)
+            except GLib.Error:
+                return False  # a notice that has just passed
+        return [child for frame in self.frames(window) for child in children(frame) if shows(child)]
 
     def title(self, window):
         return next((child.name for child in self.above(window, pyatspi.ROLE_HEADING)), None)
