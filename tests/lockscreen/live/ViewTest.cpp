@@ -66,6 +66,12 @@ struct Views : testing::Test {
             if (one->isVisible() && one->property("text").toString() == words) return one;
         return nullptr;
     }
+    /// The card's corner as it is on the screen, once the card no longer slides.
+    QColor corner() {
+        EXPECT_TRUE(comes([&] { return screen.face().findChild<QQuickItem*>("V")->x() == 0; })) << "it slides in";
+        const double ratio = screen.live().options().ratio;
+        return screen.picture().pixelColor(int(340 * ratio), int(690 * ratio));
+    }
 
     tests::PluginFolder plugins;
     tests::OpenFace screen;
@@ -78,9 +84,7 @@ TEST_F(Views, ShowWhatTheirPlugInsDraw) {
     ASSERT_TRUE(comes([&] { return !drawn().image.isNull(); }));
     EXPECT_EQ(drawn().image.pixelColor(drawn().image.width() - 2, drawn().image.height() - 2), QColor(Qt::red));
     EXPECT_TRUE(comes([&] { return item("Lakeside"); }));
-    const QImage picture = screen.picture();
-    const double ratio = screen.live().options().ratio;
-    EXPECT_EQ(picture.pixelColor(int(340 * ratio), int(690 * ratio)), QColor(Qt::red));
+    EXPECT_EQ(corner(), QColor(Qt::red));
 
     set("test.each-1.word", "Harbour");
     EXPECT_TRUE(comes([&] { return item("Harbour"); }));
@@ -163,10 +167,8 @@ TEST_F(Views, ThatCrashSaySoAndAreRestarted) {
     set("test.fragile-1.does", "each");
     EXPECT_TRUE(screen.live().views().isComplete());
     EXPECT_EQ(drawn().fault, Fault::stopped);
-    ASSERT_TRUE(comes([&] { return screen.face().findChild<QQuickItem*>("V")->x() == 0; })) << "it slides in";
-    const QColor corner =
-        screen.picture().pixelColor(int(340 * screen.live().options().ratio), int(690 * screen.live().options().ratio));
-    EXPECT_TRUE(corner != QColor(Qt::red) && corner.red() > corner.green() + 20) << "dimmed";
+    const QColor dimmed = corner();
+    EXPECT_TRUE(dimmed != QColor(Qt::red) && dimmed.red() > dimmed.green() + 20);
     auto* card = item("Restart")->parentItem();
     const QPointF middle = card->mapToScene(QPointF(card->width() / 2, card->height() / 2));
     for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
