@@ -146,6 +146,11 @@ class RestartTest(Buttons):
         except GLib.Error:
             return True
 
+    def shown_as_other_than(self, process, title):
+        """The window of the process that has another title. One that goes meanwhile has none."""
+        return next((shown for shown in self.windows(process)
+                     if self.xdotool("getwindowname", shown).strip() not in ("", title)), None)
+
     def test_restarts_by_its_button(self):
         window = self.open_window()
         for way, key in (("pointer", ""), ("keyboard", "Return"), ("keyboard", "space"), ("assistive", "")):
@@ -157,10 +162,8 @@ class RestartTest(Buttons):
             with contextlib.suppress(*[GLib.Error] if way == "assistive" else []):
                 self.use(window, "Try Again", way, key)
             eventually(lambda: self.has_gone(button), "the end of the former program")
-            titles = lambda: [self.xdotool("getwindowname", shown).strip() for shown in self.windows(window)]
-            eventually(lambda: titles() not in ([], [""], ["before"]), "the restart")
+            window.id = eventually(lambda: self.shown_as_other_than(window, "before"), "the restart")
             self.assertIsNone(window.poll(), "the process is the same")
-            window.id = self.windows(window)[0]
             self.xdotool("windowmove", window.id, 0, 0)
             self.xdotool("windowfocus", window.id)
 
