@@ -2,7 +2,6 @@
 
 #include <QPainter>
 #include <QPainterPath>
-#include <QQuickWindow>
 
 #include <cmath>
 
@@ -35,9 +34,8 @@ QColor meanOf(const QImage& image) {
 
 } // namespace
 
-AppIcon::AppIcon(QQuickItem* parent) : QQuickPaintedItem(parent) {
+AppIcon::AppIcon(QQuickItem* parent) : DrawnItem(parent) {
     connect(this, &AppIcon::changed, this, &AppIcon::look);
-    setAntialiasing(true);
 }
 
 void AppIcon::setFace(FaceModel* face) {
@@ -63,36 +61,30 @@ void AppIcon::look() {
         scaled_ = {};
         emit shadeChanged();
     }
-    update();
+    redraw();
 }
 
-void AppIcon::paint(QPainter* painter) {
-    if (icon_.isNull()) return;
-    const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1;
-    const double edge = width() * (round_ ? kRoundScale : 1);
-    const int pixels = static_cast<int>(std::lround(edge * ratio));
-    if (scaled_.width() != pixels) {
-        scaled_ = icon_.scaled(pixels, pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        if (pressed_ || round_) scaled_ = scaled_.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    }
+QImage AppIcon::draw(const QSize& pixels, double ratio) {
+    if (icon_.isNull()) return {};
+    const int edge = static_cast<int>(std::lround(pixels.width() * (round_ ? kRoundScale : 1)));
+    if (scaled_.width() != edge)
+        scaled_ = icon_.scaled(edge, edge, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                      .convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QImage picture = scaled_;
     if (pressed_) {
-        picture = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
         QPainter dark(&picture);
         dark.setCompositionMode(QPainter::CompositionMode_SourceAtop);
         dark.fillRect(picture.rect(), kPressed);
     }
-    const QRectF place((width() - edge) / 2, (height() - edge) / 2, edge, edge);
-    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    if (!round_) {
-        painter->drawImage(place, picture);
-        return;
-    }
-    QPainterPath circle;
-    circle.addEllipse(boundingRect());
-    QBrush brush(picture);
-    brush.setTransform(QTransform::fromTranslate(place.x(), place.y()).scale(1 / ratio, 1 / ratio));
-    painter->fillPath(circle, brush);
+    if (!round_) return picture;
+    return painted(pixels, 1, [&](QPainter& painter) {
+        QPainterPath circle;
+        circle.addEllipse({QPointF(), size() * ratio});
+        QBrush brush(picture);
+        brush.setTransform(QTransform::fromTranslate((pixels.width() - edge) / 2.0, (pixels.height() - edge) / 2.0));
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.fillPath(circle, brush);
+    });
 }
 
 } // namespace lumora

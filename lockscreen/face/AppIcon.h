@@ -1,18 +1,18 @@
 #pragma once
 
+#include "lockscreen/face/DrawnItem.h"
 #include "lockscreen/face/FaceModel.h"
 
 #include <QColor>
 #include <QImage>
 #include <QPointer>
-#include <QQuickPaintedItem>
 #include <QString>
 
 namespace lumora {
 
 /// The icon of an application, over the whole item; a round one is cut to a circle from a picture 1.14 times as large.
 /// It is darker while it is pressed. `shade` is its mean colour. GUI thread.
-class AppIcon : public QQuickPaintedItem {
+class AppIcon : public DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(lumora::FaceModel* face READ face WRITE setFace REQUIRED)
@@ -26,13 +26,13 @@ class AppIcon : public QQuickPaintedItem {
     [[nodiscard]] FaceModel* face() const { return face_; }
     void setFace(FaceModel* face);
     [[nodiscard]] QColor shade() const;
-    void paint(QPainter* painter) override;
 
   signals:
     void changed();
     void shadeChanged();
 
   private:
+    QImage draw(const QSize& pixels, double ratio) override;
     void look();
 
     QPointer<FaceModel> face_;

@@ -20,34 +20,34 @@ constexpr double kBaseline = 0.36; // of the size, below the middle of a line: h
 
 } // namespace
 
-ChosenText::ChosenText(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    connect(this, &ChosenText::changed, this, [this] { update(); });
-    setAntialiasing(true);
+ChosenText::ChosenText(QQuickItem* parent) : DrawnItem(parent) {
+    connect(this, &ChosenText::changed, this, &ChosenText::redraw);
 }
 
-void ChosenText::paint(QPainter* painter) {
-    painter->setRenderHint(QPainter::Antialiasing);
+QImage ChosenText::draw(const QSize& pixels, double ratio) {
     const QStringList lines = broken();
-    if (lines.isEmpty()) return;
-    const double step = height() / static_cast<double>(lines.size());
-    double middle = step / 2;
-    for (const QString& line : lines) {
-        draw(painter, line, middle + kBaseline * size_);
-        middle += step;
-    }
+    if (lines.isEmpty()) return {};
+    return painted(pixels, ratio, [&](QPainter& painter) {
+        const double step = height() / static_cast<double>(lines.size());
+        double middle = step / 2;
+        for (const QString& line : lines) {
+            drawLine(painter, line, middle + kBaseline * size_);
+            middle += step;
+        }
+    });
 }
 
-void ChosenText::draw(QPainter* painter, const QString& line, double baseline) const {
+void ChosenText::drawLine(QPainter& painter, const QString& line, double baseline) const {
     const auto font = font_ == u"Default" ? nullptr : platform::UIFont::fontWithName(font_.toStdString(), size_);
     const auto outline = font ? fonts::FontFaces::shared().outline(*font, line) : std::nullopt;
     if (outline) {
-        painter->fillPath(outline->path.translated((width() - outline->width) / 2, baseline), color_);
+        painter.fillPath(outline->path.translated((width() - outline->width) / 2, baseline), color_);
         return;
     }
     const QFont own = isClock_ ? clockFont(size_) : textFont(size_);
-    painter->setFont(own);
-    painter->setPen(color_);
-    painter->drawText(QPointF((width() - QFontMetricsF(own).horizontalAdvance(line)) / 2, baseline), line);
+    painter.setFont(own);
+    painter.setPen(color_);
+    painter.drawText(QPointF((width() - QFontMetricsF(own).horizontalAdvance(line)) / 2, baseline), line);
 }
 
 double ChosenText::widthOf(const QString& line) const {

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "lockscreen/face/DrawnItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QString>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
@@ -10,7 +11,7 @@ namespace lumora {
 
 /// A centred text in a font that the user has chosen: by its PostScript name, or "Default". Breaks between words where it
 /// may have several `lines`, and is cut with an ellipsis where there is no room for more. GUI thread.
-class ChosenText : public QQuickPaintedItem {
+class ChosenText : public DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text MEMBER text_ NOTIFY changed)
@@ -22,16 +23,16 @@ class ChosenText : public QQuickPaintedItem {
 
   public:
     explicit ChosenText(QQuickItem* parent = nullptr);
-    void paint(QPainter* painter) override;
 
   signals:
     void changed();
 
   private:
+    QImage draw(const QSize& pixels, double ratio) override;
     [[nodiscard]] double widthOf(const QString& line) const;
     [[nodiscard]] QStringList broken() const;
     [[nodiscard]] QString cut(QString line) const;
-    void draw(QPainter* painter, const QString& line, double baseline) const;
+    void drawLine(QPainter& painter, const QString& line, double baseline) const;
 
     QString text_;
     QString font_ = QStringLiteral("Default");

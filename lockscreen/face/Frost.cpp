@@ -23,9 +23,8 @@ QColor withOpacity(QColor color, double opacity) {
 
 } // namespace
 
-Frost::Frost(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    setAntialiasing(true);
-    connect(this, &Frost::changed, this, [this] { update(); });
+Frost::Frost(QQuickItem* parent) : DrawnItem(parent) {
+    connect(this, &Frost::changed, this, &Frost::redraw);
 }
 
 void Frost::setBackdrop(Backdrop* backdrop) {
@@ -36,27 +35,24 @@ void Frost::setBackdrop(Backdrop* backdrop) {
     emit changed();
 }
 
-void Frost::paint(QPainter* painter) {
-    if (!backdrop_ || backdrop_->soft().isNull()) return;
-    const double ratio = painter->deviceTransform().m11();
-    // In pixels, so that the blur is drawn as it is.
-    painter->scale(1 / ratio, 1 / ratio);
-    painter->setRenderHint(QPainter::Antialiasing);
-    const QRectF pane(QPointF(), size() * ratio);
-    const double radius = radius_ * ratio;
-
-    const QRect part((place_ * backdrop_->ratio()).toPoint(), pane.toAlignedRect().size());
+QImage Frost::draw(const QSize& pixels, double ratio) {
+    if (!backdrop_ || backdrop_->soft().isNull()) return {};
+    const QRect part((place_ * backdrop_->ratio()).toPoint(), pixels);
     QImage blurred = enlarged(backdrop_->soft(), part);
     mixIn(blurred, tint_, tintOpacity_);
-    QPainterPath shape;
-    shape.addRoundedRect(pane, radius, radius);
-    painter->fillPath(shape, QBrush(blurred));
+    const double radius = radius_ * ratio;
+    return painted(pixels, 1, [&](QPainter& painter) { // in pixels, so that the blur is drawn as it is
+        const QRectF pane(QPointF(), pixels);
+        QPainterPath shape;
+        shape.addRoundedRect(pane, radius, radius);
+        painter.fillPath(shape, QBrush(blurred));
 
-    QLinearGradient light(pane.topLeft(), pane.bottomLeft());
-    light.setColorAt(0, withOpacity(Qt::white, kRimAbove));
-    light.setColorAt(1, withOpacity(Qt::white, kRimBelow));
-    painter->setPen(QPen(QBrush(light), 1));
-    painter->drawRoundedRect(pane.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+        QLinearGradient light(pane.topLeft(), pane.bottomLeft());
+        light.setColorAt(0, withOpacity(Qt::white, kRimAbove));
+        light.setColorAt(1, withOpacity(Qt::white, kRimBelow));
+        painter.setPen(QPen(QBrush(light), 1));
+        painter.drawRoundedRect(pane.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+    });
 }
 
 } // namespace lumora

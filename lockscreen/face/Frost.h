@@ -1,17 +1,17 @@
 #pragma once
 
 #include "lockscreen/face/Backdrop.h"
+#include "lockscreen/face/DrawnItem.h"
 
 #include <QColor>
 #include <QPointF>
 #include <QPointer>
-#include <QQuickPaintedItem>
 
 namespace lumora {
 
 /// A pane with round corners, filled with the backdrop's blur at its own place under a tint; its rim catches light from
 /// above. GUI thread.
-class Frost : public QQuickPaintedItem {
+class Frost : public DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(lumora::Backdrop* backdrop READ backdrop WRITE setBackdrop NOTIFY changed)
@@ -24,13 +24,14 @@ class Frost : public QQuickPaintedItem {
     explicit Frost(QQuickItem* parent = nullptr);
     [[nodiscard]] Backdrop* backdrop() const { return backdrop_; }
     void setBackdrop(Backdrop* backdrop);
-    void paint(QPainter* painter) override;
 
   signals:
     /// The backdrop, or how it is shown.
     void changed();
 
   private:
+    QImage draw(const QSize& pixels, double ratio) override;
+
     QPointer<Backdrop> backdrop_;
     double radius_ = 0;
     QColor tint_ = Qt::white;

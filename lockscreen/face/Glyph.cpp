@@ -1,18 +1,17 @@
 #include "lockscreen/face/Glyph.h"
 
+#include <QCache>
+#include <QHashFunctions>
 #include <QImage>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
 #include <QRadialGradient>
-#include <QTransform>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
-#include <tuple>
-#include <utility>
 
 namespace lumora {
 namespace {
@@ -173,43 +172,6 @@ void drawCorner(const Sheet& on) {
     on.painter.fillPath(outside, on.color);
 }
 
-/// The picture of a ring, of which all keys have the same: drawing ten of them takes longer than all else of a passcode
-/// view.
-class RingPicture {
-  public:
-    /// The one drawn last, if it is like that; else a new one, in the pixels of the painter's device.
-    const QImage& like(const Sheet& sheet) {
-        const QPainter& painter = sheet.painter;
-        const QSize pixels(painter.device()->width(), painter.device()->height());
-        Key key{pixels, painter.worldTransform(), sheet.width, sheet.height, sheet.color, sheet.level};
-        if (key_ == key) return picture_;
-        key_ = std::move(key);
-        picture_ = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
-        picture_.setDevicePixelRatio(painter.device()->devicePixelRatio());
-        picture_.fill(Qt::transparent);
-        QPainter own(&picture_);
-        own.setWorldTransform(painter.worldTransform());
-        own.setRenderHint(QPainter::Antialiasing);
-        drawRing({own, sheet.width, sheet.height, sheet.color, sheet.level});
-        return picture_;
-    }
-
-  private:
-    using Key = std::tuple<QSize, QTransform, double, double, QColor, double>;
-
-    Key key_;
-    QImage picture_;
-};
-
-void drawSharedRing(const Sheet& on) {
-    static RingPicture ring; // GUI thread
-    const QImage& picture = ring.like(on);
-    on.painter.save();
-    on.painter.resetTransform();
-    on.painter.drawImage(QPointF(), picture);
-    on.painter.restore();
-}
-
 struct Named {
     std::string_view name;
     void (*draw)(const Sheet&);
@@ -222,17 +184,33 @@ constexpr std::array<Named, 12> kGlyphs{{{"battery", drawBattery},
                                          {"home", drawHome},
                                          {"lock", drawLock},
                                          {"rail", drawRail},
-                                         {"ring", drawSharedRing},
+                                         {"ring", drawRing},
                                          {"signal", drawSignal},
                                          {"tab", drawTab},
                                          {"unlock", drawUnlock},
                                          {"wifi", drawWifi}}};
 
+/// By what pictures of glyphs are told apart. They are kept: a passcode view has ten rings, which take longer to draw than
+/// all else of it, and a colour that is dragged turns all glyphs from white to ink and back.
+struct Key {
+    const Named* glyph;
+    QSize pixels;
+    double ratio;
+    QSizeF size;
+    QRgb color;
+    double level;
+    friend bool operator==(const Key&, const Key&) = default;
+    friend std::size_t qHash(const Key& key, std::size_t seed) {
+        return qHashMulti(seed, key.glyph, key.pixels.width(), key.color, key.level);
+    }
+};
+
+constexpr qsizetype kKeptBytes = 1 << 20;
+
 } // namespace
 
-Glyph::Glyph(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    setAntialiasing(true);
-    connect(this, &Glyph::changed, this, [this] { update(); });
+Glyph::Glyph(QQuickItem* parent) : DrawnItem(parent) {
+    connect(this, &Glyph::changed, this, &Glyph::redraw);
 }
 
 QStringList Glyph::names() {
@@ -242,16 +220,22 @@ QStringList Glyph::names() {
     return names;
 }
 
-void Glyph::paint(QPainter* painter) {
+QImage Glyph::draw(const QSize& pixels, double ratio) {
     const auto* glyph = std::ranges::find(kGlyphs, name_.toStdString(), &Named::name);
-    if (glyph != kGlyphs.end()) {
-        painter->setRenderHint(QPainter::Antialiasing);
-        glyph->draw({*painter, width(), height(), color_, level_});
-        return;
-    }
+    if (glyph == kGlyphs.end()) {
 #ifndef NDEBUG
-    if (!name_.isEmpty()) qWarning("there is no glyph \"%s\"", qUtf8Printable(name_));
+        if (!name_.isEmpty()) qWarning("there is no glyph \"%s\"", qUtf8Printable(name_));
 #endif
+        return {};
+    }
+    static QCache<Key, QImage> kept(kKeptBytes);
+    const Key key{glyph, pixels, ratio, size(), color_.rgba(), level_};
+    if (const QImage* picture = kept.object(key)) return *picture;
+    const QImage picture = painted(pixels, ratio, [&](QPainter& painter) {
+        glyph->draw({painter, width(), height(), color_, level_});
+    });
+    kept.insert(key, new QImage(picture), picture.sizeInBytes());
+    return picture;
 }
 
 } // namespace lumora

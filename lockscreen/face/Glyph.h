@@ -1,7 +1,8 @@
 #pragma once
 
+#include "lockscreen/face/DrawnItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QString>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
@@ -12,7 +13,7 @@ namespace lumora {
 /// "ring", "signal", "tab", "unlock" or "wifi". Lines grow with the item. `level` is the battery's charge, the share of
 /// the signal's bars that stand out, and how far a ring is pressed. A corner covers what is outside of a round one at the
 /// top left. GUI thread.
-class Glyph : public QQuickPaintedItem {
+class Glyph : public DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString name MEMBER name_ NOTIFY changed)
@@ -22,12 +23,13 @@ class Glyph : public QQuickPaintedItem {
   public:
     explicit Glyph(QQuickItem* parent = nullptr);
     [[nodiscard]] static QStringList names();
-    void paint(QPainter* painter) override;
 
   signals:
     void changed();
 
   private:
+    QImage draw(const QSize& pixels, double ratio) override;
+
     QString name_;
     QColor color_ = Qt::white;
     double level_ = 1;

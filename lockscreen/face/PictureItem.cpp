@@ -1,9 +1,7 @@
 #include "lockscreen/face/PictureItem.h"
 
 #include "lockscreen/face/Blur.h"
-
-#include <QQuickWindow>
-#include <QSGImageNode>
+#include "lockscreen/face/PixelNode.h"
 
 #include <algorithm>
 #include <utility>
@@ -61,18 +59,16 @@ void PictureItem::draw() {
 
 /// An item that nobody sees gives its memory back.
 QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
-    auto* image = static_cast<QSGImageNode*>(node);
+    auto* shown = static_cast<PixelNode*>(node);
     if (std::exchange(stale_, false)) {
-        delete std::exchange(image, nullptr); // lets go of the picture, which would be copied when it is drawn upon
+        delete std::exchange(shown, nullptr); // lets go of the picture, which would be copied when it is drawn upon
         draw();
         if (shown_.isNull()) return nullptr;
-        image = window()->createImageNode();
-        image->setOwnsTexture(true);
-        image->setTexture(window()->createTextureFromImage(shown_, QQuickWindow::TextureIsOpaque));
-        image->setSourceRect(shown_.rect());
+        shown = new PixelNode(*window());
+        shown->show(shown_, *window());
     }
-    if (image) image->setRect(boundingRect());
-    return image;
+    if (shown) shown->fill(size() * window()->effectiveDevicePixelRatio(), QSGTexture::Nearest);
+    return shown;
 }
 
 } // namespace lumora

@@ -1,8 +1,5 @@
 #include "lockscreen/face/Plate.h"
 
-#include <QImage>
-#include <QPainter>
-
 #include <algorithm>
 #include <vector>
 
@@ -22,13 +19,11 @@ std::vector<double> sharesAlong(int pixels, double fade) {
 
 } // namespace
 
-Plate::Plate(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    connect(this, &Plate::changed, this, [this] { update(); });
+Plate::Plate(QQuickItem* parent) : DrawnItem(parent) {
+    connect(this, &Plate::changed, this, &Plate::redraw);
 }
 
-void Plate::paint(QPainter* painter) {
-    const double ratio = painter->deviceTransform().m11();
-    const QSize pixels = (size() * ratio).toSize();
+QImage Plate::draw(const QSize& pixels, double ratio) {
     const auto across = sharesAlong(pixels.width(), fade_ * ratio);
     const auto down = sharesAlong(pixels.height(), fade_ * ratio);
     QImage plate(pixels, QImage::Format_ARGB32_Premultiplied);
@@ -39,7 +34,7 @@ void Plate::paint(QPainter* painter) {
             *row++ = qPremultiply(qRgba(color_.red(), color_.green(), color_.blue(), alpha));
         }
     }
-    painter->drawImage(QRectF(QPointF(), size()), plate);
+    return plate;
 }
 
 } // namespace lumora

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "lockscreen/face/DrawnItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace lumora {
 
 /// An area of one colour that fades out towards its edges over a width of `fade`, as if it were out of focus. GUI thread.
-class Plate : public QQuickPaintedItem {
+class Plate : public DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
@@ -15,12 +16,13 @@ class Plate : public QQuickPaintedItem {
 
   public:
     explicit Plate(QQuickItem* parent = nullptr);
-    void paint(QPainter* painter) override;
 
   signals:
     void changed();
 
   private:
+    QImage draw(const QSize& pixels, double ratio) override;
+
     QColor color_ = Qt::black;
     double fade_ = 0;
 };

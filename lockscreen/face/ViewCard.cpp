@@ -4,7 +4,6 @@
 #include <QPainter>
 #include <QQuickWindow>
 
-#include <cmath>
 #include <utility>
 
 namespace lumora {
@@ -26,8 +25,7 @@ QImage dimmed(QImage image) {
 
 } // namespace
 
-ViewCard::ViewCard(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    setAntialiasing(true);
+ViewCard::ViewCard(QQuickItem* parent) : DrawnItem(parent) {
     connect(this, &ViewCard::changed, this, [this] {
         place();
         look();
@@ -71,37 +69,27 @@ void ViewCard::look() {
     const bool repaints = drawn.image.cacheKey() != drawn_.image.cacheKey() || drawn.fault != drawn_.fault;
     drawn_ = std::move(drawn);
     emit drawnChanged();
-    if (repaints) update();
+    if (repaints) redraw();
 }
 
 void ViewCard::componentComplete() {
-    QQuickPaintedItem::componentComplete();
+    DrawnItem::componentComplete();
     place();
 }
 
 void ViewCard::geometryChange(const QRectF& geometry, const QRectF& former) {
-    QQuickPaintedItem::geometryChange(geometry, former);
+    DrawnItem::geometryChange(geometry, former);
     if (geometry.size() != former.size()) place();
 }
 
 void ViewCard::itemChange(ItemChange change, const ItemChangeData& data) {
-    QQuickPaintedItem::itemChange(change, data);
+    DrawnItem::itemChange(change, data);
     if (change == ItemVisibleHasChanged || change == ItemSceneChange || change == ItemDevicePixelRatioHasChanged)
         place();
 }
 
-void ViewCard::paint(QPainter* painter) {
-    if (drawn_.image.isNull()) return;
-    const QImage image = hasFault() ? dimmed(drawn_.image) : drawn_.image;
-    const double ratio = painter->deviceTransform().m11();
-    const QSizeF off = size() - image.size() / ratio;
-    if (std::abs(off.width()) < 1 && std::abs(off.height()) < 1) {
-        painter->scale(1 / ratio, 1 / ratio); // pixel by pixel
-        painter->drawImage(QPointF(), image);
-        return;
-    }
-    painter->setRenderHint(QPainter::SmoothPixmapTransform); // until it has been painted in the new size
-    painter->drawImage(boundingRect(), image);
+QImage ViewCard::draw(const QSize&, double) {
+    return hasFault() && !drawn_.image.isNull() ? dimmed(drawn_.image) : drawn_.image;
 }
 
 } // namespace lumora

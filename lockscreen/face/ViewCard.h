@@ -1,17 +1,17 @@
 #pragma once
 
+#include "lockscreen/face/DrawnItem.h"
 #include "lockscreen/face/FaceModel.h"
 
 #include <QColor>
 #include <QPointer>
-#include <QQuickPaintedItem>
 #include <QString>
 
 namespace lumora {
 
 /// What an App View draws, over the whole item; with a fault, its last drawing, dimmed and without its middle. It is asked
 /// to draw while the item is seen. `unit` is how many points of the screen one of the view's is. GUI thread.
-class ViewCard : public QQuickPaintedItem {
+class ViewCard : public DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(lumora::FaceModel* face READ face WRITE setFace REQUIRED)
@@ -36,7 +36,6 @@ class ViewCard : public QQuickPaintedItem {
     [[nodiscard]] bool hasStopped() const { return drawn_.fault == ViewStore::Fault::stopped; }
     [[nodiscard]] bool isTooMuch() const { return drawn_.fault == ViewStore::Fault::tooMuch; }
     Q_INVOKABLE void restart();
-    void paint(QPainter* painter) override;
 
   signals:
     void changed();
@@ -48,6 +47,7 @@ class ViewCard : public QQuickPaintedItem {
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 
   private:
+    QImage draw(const QSize& pixels, double ratio) override;
     [[nodiscard]] ViewStore* store() const { return face_ ? face_->viewStore() : nullptr; }
     [[nodiscard]] bool hasFault() const { return drawn_.fault != ViewStore::Fault::none; }
     void place();
