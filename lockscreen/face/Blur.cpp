@@ -114,6 +114,37 @@ void writeMeans(const Sums& sums, unsigned rows, uchar* target) {
     }
 }
 
+/// Makes the picture larger row by row; `finish` has a row's number and its channels, which are still at hand.
+template<class Finish>
+void enlargeRows(const QImage& quarter, const QPoint& place, QImage& large, const Finish& finish) {
+    const QRect part(place, large.size());
+    const int firstCell = cellOf(part.left());
+    const int count = cellOf(part.right()) - firstCell + 1;
+    const auto cells = static_cast<std::size_t>(count);
+    const auto offset = static_cast<std::size_t>(part.left() - firstCell * kSoftScale) * kChannels;
+    const std::size_t channels = channelsOf(large);
+    // The two rows of the quarter between which the present one lies.
+    Sums upper(cells * kSoftScale * kChannels);
+    Sums lower(upper.size());
+    int upperRow = cellOf(part.top()) - 2;
+    widen(quarter, upperRow + 1, firstCell, lower);
+    for (int y = part.top(); y <= part.bottom(); ++y) {
+        const Between& between = kBetween[static_cast<std::size_t>(y - cellOf(y) * kSoftScale)];
+        for (const int wanted = cellOf(y) - 1 + static_cast<int>(between.first); upperRow < wanted; ++upperRow) {
+            std::swap(upper, lower);
+            widen(quarter, upperRow + 2, firstCell, lower);
+        }
+        const std::uint16_t* above = upper.data() + offset;
+        const std::uint16_t* below = lower.data() + offset;
+        uchar* target = large.scanLine(y - part.top());
+        const auto near = static_cast<std::uint16_t>(between.eighths);
+        const auto far = static_cast<std::uint16_t>(8 - near);
+        for (std::size_t i = 0; i < channels; ++i)
+            target[i] = static_cast<uchar>(static_cast<std::uint16_t>(above[i] * far + below[i] * near + 32) >> 6);
+        finish(y - part.top(), target);
+    }
+}
+
 } // namespace
 
 QImage quartered(const QImage& picture) {
@@ -162,17 +193,6 @@ void mixIn(QImage& picture, const QColor& color, double share) {
     }
 }
 
-void layOver(QImage& picture, const QImage& under, double opacity) {
-    const unsigned part = partOf(opacity);
-    const std::size_t channels = channelsOf(picture);
-    for (int y = 0; y < picture.height(); ++y) {
-        uchar* row = picture.scanLine(y);
-        const uchar* below = under.constScanLine(y);
-        for (std::size_t i = 0; i < channels; ++i)
-            row[i] = static_cast<uchar>((row[i] * part + below[i] * (kWhole - part) + kRounding) / kWhole);
-    }
-}
-
 QImage enlarged(const QImage& quarter, const QRect& part) {
     QImage large(part.size(), QImage::Format_RGB32);
     enlarge(quarter, part.topLeft(), large);
@@ -180,31 +200,19 @@ QImage enlarged(const QImage& quarter, const QRect& part) {
 }
 
 void enlarge(const QImage& quarter, const QPoint& place, QImage& large) {
-    const QRect part(place, large.size());
-    const int firstCell = cellOf(part.left());
-    const int count = cellOf(part.right()) - firstCell + 1;
-    const auto cells = static_cast<std::size_t>(count);
-    const auto offset = static_cast<std::size_t>(part.left() - firstCell * kSoftScale) * kChannels;
+    enlargeRows(quarter, place, large, [](int, uchar*) {});
+}
+
+void enlargeOver(const QImage& quarter, const QImage& under, double opacity, QImage& large) {
+    const unsigned part = partOf(opacity);
+    const unsigned rest = kWhole - part;
+    if (rest == 0) return enlarge(quarter, {}, large);
     const std::size_t channels = channelsOf(large);
-    // The two rows of the quarter between which the present one lies.
-    Sums upper(cells * kSoftScale * kChannels);
-    Sums lower(upper.size());
-    int upperRow = cellOf(part.top()) - 2;
-    widen(quarter, upperRow + 1, firstCell, lower);
-    for (int y = part.top(); y <= part.bottom(); ++y) {
-        const Between& between = kBetween[static_cast<std::size_t>(y - cellOf(y) * kSoftScale)];
-        for (const int wanted = cellOf(y) - 1 + static_cast<int>(between.first); upperRow < wanted; ++upperRow) {
-            std::swap(upper, lower);
-            widen(quarter, upperRow + 2, firstCell, lower);
-        }
-        const std::uint16_t* above = upper.data() + offset;
-        const std::uint16_t* below = lower.data() + offset;
-        uchar* target = large.scanLine(y - part.top());
-        const auto near = static_cast<std::uint16_t>(between.eighths);
-        const auto far = static_cast<std::uint16_t>(8 - near);
+    enlargeRows(quarter, {}, large, [&](int y, uchar* row) {
+        const uchar* below = under.constScanLine(y);
         for (std::size_t i = 0; i < channels; ++i)
-            target[i] = static_cast<uchar>(static_cast<std::uint16_t>(above[i] * far + below[i] * near + 32) >> 6);
-    }
+            row[i] = static_cast<uchar>(static_cast<std::uint16_t>(row[i] * part + below[i] * rest + kRounding) >> 8);
+    });
 }
 
 } // namespace lumora

@@ -20,13 +20,13 @@ void blur(QImage& picture, int radius);
 /// Mixes a colour into each pixel; with a share of 1 nothing else is left.
 void mixIn(QImage& picture, const QColor& color, double share);
 
-/// Lays the picture over another one of the same size; with an opacity of 1 it stays as it is.
-void layOver(QImage& picture, const QImage& under, double opacity);
-
 /// A part of the picture, made four times as large. `part` is in pixels of the outcome and may leave the picture, which
 /// goes on with the pixels at its edges.
 [[nodiscard]] QImage enlarged(const QImage& quarter, const QRect& part);
 /// The same into a picture that is there already, from that place on.
 void enlarge(const QImage& quarter, const QPoint& place, QImage& large);
+/// The same from the corner on, and laid over another picture, which is as large; with an opacity of 1 nothing of that is
+/// seen.
+void enlargeOver(const QImage& quarter, const QImage& under, double opacity, QImage& large);
 
 } // namespace lumora

@@ -53,8 +53,7 @@ void PictureItem::draw() {
     // In the memory of the former picture, which takes the system a while to hand out.
     if (shown_.size() != sharp.size() || shown_.constBits() == sharp.constBits())
         shown_ = QImage(sharp.size(), QImage::Format_RGB32);
-    enlarge(layer, {}, shown_);
-    if (opacity < 1) layOver(shown_, sharp, opacity);
+    enlargeOver(layer, sharp, opacity, shown_);
 }
 
 /// An item that nobody sees gives its memory back.

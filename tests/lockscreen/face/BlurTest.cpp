@@ -11,8 +11,8 @@ namespace {
 
 using lumora::blur;
 using lumora::enlarged;
+using lumora::enlargeOver;
 using lumora::kSoftScale;
-using lumora::layOver;
 using lumora::mixIn;
 using lumora::quartered;
 using tests::difference;
@@ -124,16 +124,16 @@ TEST(MixIn, MixesByTheShare) {
     EXPECT_LE(difference(half, flat({4, 4}, qRgb(128, 150, 255))), 1);
 }
 
-TEST(LayOver, MixesByTheOpacity) {
+TEST(EnlargeOver, MixesByTheOpacity) {
     const QImage under = varied({40, 30}, 1);
-    for (const double opacity : {0.0, 1.0}) {
-        QImage picture = varied({40, 30}, 2);
-        layOver(picture, under, opacity);
-        EXPECT_EQ(picture, opacity > 0 ? varied({40, 30}, 2) : under);
-    }
-    QImage quarter = flat({4, 4}, qRgb(0, 100, 255));
-    layOver(quarter, flat({4, 4}, qRgb(200, 100, 255)), 0.25);
-    EXPECT_LE(difference(quarter, flat({4, 4}, qRgb(150, 100, 255))), 1);
+    const QImage quarter = varied({10, 8}, 2);
+    QImage picture(under.size(), QImage::Format_RGB32);
+    enlargeOver(quarter, under, 0, picture);
+    EXPECT_EQ(picture, under);
+    enlargeOver(quarter, under, 1, picture);
+    EXPECT_EQ(picture, enlarged(quarter, under.rect()));
+    enlargeOver(flat({10, 8}, qRgb(0, 100, 255)), flat(under.size(), qRgb(200, 100, 255)), 0.25, picture);
+    EXPECT_LE(difference(picture, flat(under.size(), qRgb(150, 100, 255))), 1);
 }
 
 TEST(Enlarged, LeavesAFlatPictureFlat) {
