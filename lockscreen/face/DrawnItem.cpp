@@ -3,6 +3,7 @@
 #include "lockscreen/face/PixelNode.h"
 
 #include <QPainter>
+#include <QQuickWindow>
 
 #include <utility>
 
@@ -19,10 +20,10 @@ void DrawnItem::redraw() {
 
 QImage DrawnItem::painted(const QSize& pixels, double ratio, const std::function<void(QPainter& painter)>& paint) {
     QImage picture(pixels, QImage::Format_ARGB32_Premultiplied);
-    picture.setDevicePixelRatio(ratio);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(ratio, ratio);
     paint(painter);
     return picture;
 }
@@ -30,16 +31,8 @@ QImage DrawnItem::painted(const QSize& pixels, double ratio, const std::function
 QSGNode* DrawnItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     if (!std::exchange(stale_, false)) return node;
     const double ratio = window()->effectiveDevicePixelRatio();
-    const QSizeF pixels = size() * ratio;
-    const QImage picture = pixels.toSize().isEmpty() ? QImage() : draw(pixels.toSize(), ratio);
-    if (picture.isNull()) {
-        delete node;
-        return nullptr;
-    }
-    auto* shown = node ? static_cast<PixelNode*>(node) : new PixelNode(*window());
-    shown->show(picture, *window());
-    shown->fill(pixels, QSGTexture::Linear);
-    return shown;
+    const QSize pixels = (size() * ratio).toSize();
+    return showPixels(node, *window(), pixels.isEmpty() ? QImage() : draw(pixels, ratio), size());
 }
 
 void DrawnItem::geometryChange(const QRectF& geometry, const QRectF& former) {

@@ -20,7 +20,7 @@ class DrawnItem : public QQuickItem {
     explicit DrawnItem(QQuickItem* parent = nullptr);
 
   protected:
-    /// A picture of that size, with `ratio` pixels to a point; a null one for nothing. One of another size is stretched.
+    /// A picture of that size, for `ratio` pixels to a point; a null one for nothing. One of another size is stretched.
     [[nodiscard]] virtual QImage draw(const QSize& pixels, double ratio) = 0;
     /// The item looks different now.
     void redraw();

@@ -3,6 +3,8 @@
 #include "lockscreen/face/Blur.h"
 #include "lockscreen/face/PixelNode.h"
 
+#include <QQuickWindow>
+
 #include <algorithm>
 #include <utility>
 
@@ -58,16 +60,11 @@ void PictureItem::draw() {
 
 /// An item that nobody sees gives its memory back.
 QSGNode* PictureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
-    auto* shown = static_cast<PixelNode*>(node);
     if (std::exchange(stale_, false)) {
-        delete std::exchange(shown, nullptr); // lets go of the picture, which would be copied when it is drawn upon
+        delete std::exchange(node, nullptr); // lets go of the picture, which would be copied when it is drawn upon
         draw();
-        if (shown_.isNull()) return nullptr;
-        shown = new PixelNode(*window());
-        shown->show(shown_, *window());
     }
-    if (shown) shown->fill(size() * window()->effectiveDevicePixelRatio(), QSGTexture::Nearest);
-    return shown;
+    return showPixels(node, *window(), shown_, size());
 }
 
 } // namespace lumora
