@@ -47,8 +47,7 @@ void TintScreen(benchmark::State& state) {
     for ([[maybe_unused]] auto _ : state) {
         QImage tinted = soft;
         lumora::mixIn(tinted, Qt::blue, 0.62);
-        QImage shown(picture.size(), QImage::Format_RGB32);
-        lumora::enlargeOver(tinted, picture, 0.7, shown);
+        const QImage shown = lumora::enlargedOver(tinted, picture.rect(), picture, 0.7);
         benchmark::DoNotOptimize(shown.constBits());
     }
 }

@@ -114,10 +114,10 @@ void writeMeans(const Sums& sums, unsigned rows, uchar* target) {
     }
 }
 
-/// Makes the picture larger row by row; `finish` has a row's number and its channels, which are still at hand.
+/// Makes a part larger row by row; `finish` has the row's number in the whole and its channels, which are still at hand.
 template<class Finish>
-void enlargeRows(const QImage& quarter, const QPoint& place, QImage& large, const Finish& finish) {
-    const QRect part(place, large.size());
+QImage enlargeRows(const QImage& quarter, const QRect& part, const Finish& finish) {
+    QImage large(part.size(), QImage::Format_RGB32);
     const int firstCell = cellOf(part.left());
     const int count = cellOf(part.right()) - firstCell + 1;
     const auto cells = static_cast<std::size_t>(count);
@@ -141,8 +141,9 @@ void enlargeRows(const QImage& quarter, const QPoint& place, QImage& large, cons
         const auto far = static_cast<std::uint16_t>(8 - near);
         for (std::size_t i = 0; i < channels; ++i)
             target[i] = static_cast<uchar>(static_cast<std::uint16_t>(above[i] * far + below[i] * near + 32) >> 6);
-        finish(y - part.top(), target);
+        finish(y, target);
     }
+    return large;
 }
 
 } // namespace
@@ -194,24 +195,19 @@ void mixIn(QImage& picture, const QColor& color, double share) {
 }
 
 QImage enlarged(const QImage& quarter, const QRect& part) {
-    QImage large(part.size(), QImage::Format_RGB32);
-    enlarge(quarter, part.topLeft(), large);
-    return large;
+    return enlargeRows(quarter, part, [](int, uchar*) {});
 }
 
-void enlarge(const QImage& quarter, const QPoint& place, QImage& large) {
-    enlargeRows(quarter, place, large, [](int, uchar*) {});
-}
-
-void enlargeOver(const QImage& quarter, const QImage& under, double opacity, QImage& large) {
-    const unsigned part = partOf(opacity);
-    const unsigned rest = kWhole - part;
-    if (rest == 0) return enlarge(quarter, {}, large);
-    const std::size_t channels = channelsOf(large);
-    enlargeRows(quarter, {}, large, [&](int y, uchar* row) {
-        const uchar* below = under.constScanLine(y);
+QImage enlargedOver(const QImage& quarter, const QRect& part, const QImage& under, double opacity) {
+    const unsigned share = partOf(opacity);
+    const unsigned rest = kWhole - share;
+    if (rest == 0) return enlarged(quarter, part);
+    const std::size_t channels = static_cast<std::size_t>(part.width()) * kChannels;
+    const std::size_t left = static_cast<std::size_t>(part.left()) * kChannels;
+    return enlargeRows(quarter, part, [&](int y, uchar* row) {
+        const uchar* below = under.constScanLine(y) + left;
         for (std::size_t i = 0; i < channels; ++i)
-            row[i] = static_cast<uchar>(static_cast<std::uint16_t>(row[i] * part + below[i] * rest + kRounding) >> 8);
+            row[i] = static_cast<uchar>(static_cast<std::uint16_t>(row[i] * share + below[i] * rest + kRounding) >> 8);
     });
 }
 

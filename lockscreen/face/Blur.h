@@ -23,10 +23,8 @@ void mixIn(QImage& picture, const QColor& color, double share);
 /// A part of the picture, made four times as large. `part` is in pixels of the outcome and may leave the picture, which
 /// goes on with the pixels at its edges.
 [[nodiscard]] QImage enlarged(const QImage& quarter, const QRect& part);
-/// The same into a picture that is there already, from that place on.
-void enlarge(const QImage& quarter, const QPoint& place, QImage& large);
-/// The same from the corner on, and laid over another picture, which is as large; with an opacity of 1 nothing of that is
-/// seen.
-void enlargeOver(const QImage& quarter, const QImage& under, double opacity, QImage& large);
+/// The same, laid over another picture, which is four times as large as the quarter and within which the part lies; with
+/// an opacity of 1 nothing of that is seen.
+[[nodiscard]] QImage enlargedOver(const QImage& quarter, const QRect& part, const QImage& under, double opacity);
 
 } // namespace lumora

@@ -32,7 +32,7 @@ QSGNode* DrawnItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
     if (!std::exchange(stale_, false)) return node;
     const double ratio = window()->effectiveDevicePixelRatio();
     const QSize pixels = (size() * ratio).toSize();
-    return showPixels(node, *window(), pixels.isEmpty() ? QImage() : draw(pixels, ratio), size());
+    return showPixels(node, *window(), {pixels.isEmpty() ? QImage() : draw(pixels, ratio), {}, {}}, size());
 }
 
 void DrawnItem::geometryChange(const QRectF& geometry, const QRectF& former) {

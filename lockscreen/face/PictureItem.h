@@ -1,9 +1,9 @@
 #pragma once
 
 #include "lockscreen/face/Backdrop.h"
+#include "lockscreen/face/PixelNode.h"
 
 #include <QColor>
-#include <QImage>
 #include <QPointer>
 #include <QQuickItem>
 
@@ -36,18 +36,15 @@ class PictureItem : public QQuickItem {
   protected:
     QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
     void geometryChange(const QRectF& geometry, const QRectF& former) override;
-    void itemChange(ItemChange change, const ItemChangeData& data) override;
 
   private:
-    void draw();
+    [[nodiscard]] Pixels pixels() const;
 
     QPointer<Backdrop> backdrop_;
     bool soft_ = false;
     double share_ = 1;
     QColor tint_ = Qt::black;
     double tintOpacity_ = 0;
-    QImage shown_;
-    bool stale_ = true; ///< what is shown is not what should be
 };
 
 } // namespace lumora

@@ -1,6 +1,5 @@
 #include "lockscreen/face/PixelNode.h"
 
-#include <QImage>
 #include <QPainter>
 #include <QQuickWindow>
 #include <QSGImageNode>
@@ -8,10 +7,19 @@
 #include <QSGRendererInterface>
 #include <QTransform>
 
+#include <algorithm>
 #include <cmath>
 
 namespace lumora {
 namespace {
+
+QSize sizeOf(const Pixels& pixels) {
+    return pixels.picture.isNull() ? pixels.size : pixels.picture.size();
+}
+
+QImage whole(const Pixels& pixels) {
+    return pixels.picture.isNull() ? pixels.part(QRect({}, pixels.size)) : pixels.picture;
+}
 
 /// Where a painter draws the scene. Qt Quick's own nodes scale their pictures from points to pixels even where that
 /// changes nothing, which takes several times as long with three pixels to a point.
@@ -19,51 +27,60 @@ class PaintedPixels : public QSGRenderNode {
   public:
     explicit PaintedPixels(QQuickWindow& window) : window_(window) {}
 
-    void show(const QImage& picture, const QSizeF& size) {
-        picture_ = picture;
+    void show(const Pixels& pixels, const QSizeF& size) {
+        pixels_ = pixels;
         size_ = size;
         markDirty(DirtyMaterial | DirtyGeometry);
     }
 
     [[nodiscard]] QRectF rect() const override { return {QPointF(), size_}; }
     [[nodiscard]] RenderingFlags flags() const override {
-        return picture_.hasAlphaChannel() ? BoundedRectRendering : BoundedRectRendering | OpaqueRendering;
+        return pixels_.picture.hasAlphaChannel() ? BoundedRectRendering : BoundedRectRendering | OpaqueRendering;
     }
     void render(const RenderState* state) override {
         auto* painter = static_cast<QPainter*>(
             window_.rendererInterface()->getResource(&window_, QSGRendererInterface::PainterResource));
         const double ratio = window_.effectiveDevicePixelRatio();
         const QTransform place = matrix()->toTransform();
-        const QSizeF off = size_ * ratio - picture_.size();
+        const QSizeF off = size_ * ratio - sizeOf(pixels_);
         painter->setClipRegion(*state->clipRegion());
         painter->setOpacity(inheritedOpacity());
         if (place.type() > QTransform::TxTranslate || std::abs(off.width()) >= 1 || std::abs(off.height()) >= 1) {
             painter->setTransform(place);
-            painter->drawImage(rect(), picture_);
+            painter->drawImage(rect(), whole(pixels_));
             return;
         }
         painter->setTransform(QTransform::fromScale(1 / ratio, 1 / ratio));
-        painter->drawImage(QPointF(std::round(place.dx() * ratio), std::round(place.dy() * ratio)), picture_);
+        const QPoint corner(qRound(place.dx() * ratio), qRound(place.dy() * ratio));
+        if (!pixels_.picture.isNull()) return painter->drawImage(corner, pixels_.picture);
+        const QRect seen = painter->clipBoundingRect().toAlignedRect().translated(-corner) & QRect({}, pixels_.size);
+        for (int y = seen.top(); y <= seen.bottom(); y += kRowsAtATime) {
+            const QRect part(seen.left(), y, seen.width(), std::min(kRowsAtATime, seen.bottom() + 1 - y));
+            painter->drawImage(corner + part.topLeft(), pixels_.part(part));
+        }
     }
 
   private:
+    static constexpr int kRowsAtATime = 32; ///< which stay in the processor's cache
+
     QQuickWindow& window_;
-    QImage picture_;
+    Pixels pixels_;
     QSizeF size_;
 };
 
 } // namespace
 
-QSGNode* showPixels(QSGNode* former, QQuickWindow& window, const QImage& picture, const QSizeF& size) {
-    if (picture.isNull()) {
+QSGNode* showPixels(QSGNode* former, QQuickWindow& window, const Pixels& pixels, const QSizeF& size) {
+    if (sizeOf(pixels).isEmpty()) {
         delete former;
         return nullptr;
     }
     if (window.rendererInterface()->graphicsApi() == QSGRendererInterface::Software) {
         auto* node = former ? static_cast<PaintedPixels*>(former) : new PaintedPixels(window);
-        node->show(picture, size);
+        node->show(pixels, size);
         return node;
     }
+    const QImage picture = whole(pixels);
     auto* node = former ? static_cast<QSGImageNode*>(former) : window.createImageNode();
     node->setOwnsTexture(true);
     node->setTexture(window.createTextureFromImage(

@@ -11,7 +11,7 @@ namespace {
 
 using lumora::blur;
 using lumora::enlarged;
-using lumora::enlargeOver;
+using lumora::enlargedOver;
 using lumora::kSoftScale;
 using lumora::mixIn;
 using lumora::quartered;
@@ -124,16 +124,17 @@ TEST(MixIn, MixesByTheShare) {
     EXPECT_LE(difference(half, flat({4, 4}, qRgb(128, 150, 255))), 1);
 }
 
-TEST(EnlargeOver, MixesByTheOpacity) {
+TEST(EnlargedOver, MixesByTheOpacity) {
     const QImage under = varied({40, 30}, 1);
     const QImage quarter = varied({10, 8}, 2);
-    QImage picture(under.size(), QImage::Format_RGB32);
-    enlargeOver(quarter, under, 0, picture);
-    EXPECT_EQ(picture, under);
-    enlargeOver(quarter, under, 1, picture);
-    EXPECT_EQ(picture, enlarged(quarter, under.rect()));
-    enlargeOver(flat({10, 8}, qRgb(0, 100, 255)), flat(under.size(), qRgb(200, 100, 255)), 0.25, picture);
-    EXPECT_LE(difference(picture, flat(under.size(), qRgb(150, 100, 255))), 1);
+    for (const QRect& part : {under.rect(), QRect(7, 5, 20, 11)}) {
+        EXPECT_EQ(enlargedOver(quarter, part, under, 0), under.copy(part));
+        EXPECT_EQ(enlargedOver(quarter, part, under, 1), enlarged(quarter, part));
+        EXPECT_EQ(enlargedOver(quarter, part, under, 0.4), enlargedOver(quarter, under.rect(), under, 0.4).copy(part));
+    }
+    const QImage mixed =
+        enlargedOver(flat({10, 8}, qRgb(0, 100, 255)), {0, 0, 40, 30}, flat(under.size(), qRgb(200, 100, 255)), 0.25);
+    EXPECT_LE(difference(mixed, flat(under.size(), qRgb(150, 100, 255))), 1);
 }
 
 TEST(Enlarged, LeavesAFlatPictureFlat) {
