@@ -205,7 +205,7 @@ struct Key {
     }
 };
 
-constexpr qsizetype kKeptBytes = 1 << 20;
+constexpr qsizetype kBytesOfKept = 1 << 20;
 
 } // namespace
 
@@ -228,10 +228,10 @@ QImage Glyph::draw(const QSize& pixels, double ratio) {
 #endif
         return {};
     }
-    static QCache<Key, QImage> kept(kKeptBytes);
+    static QCache<Key, QImage> kept(kBytesOfKept);
     const Key key{glyph, pixels, ratio, size(), color_.rgba(), level_};
     if (const QImage* picture = kept.object(key)) return *picture;
-    const QImage picture = painted(pixels, ratio, [&](QPainter& painter) {
+    QImage picture = painted(pixels, ratio, [&](QPainter& painter) {
         glyph->draw({painter, width(), height(), color_, level_});
     });
     kept.insert(key, new QImage(picture), picture.sizeInBytes());

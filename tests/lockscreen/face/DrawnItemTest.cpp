@@ -10,10 +10,10 @@ using tests::flat;
 using tests::Shown;
 using tests::varied;
 
-constexpr QSize kWindow(60, 40);
+constexpr QSize kSmallWindow(60, 40);
 
 /// Draws itself in another way at every pixel, or in one pixel only.
-class Varied : public lumora::DrawnItem {
+class VariedItem : public lumora::DrawnItem {
   public:
     void draw(bool small) {
         isSmall_ = small;
@@ -34,8 +34,8 @@ class Varied : public lumora::DrawnItem {
 
 TEST(DrawnItem, ShowsEachPixelOfItsPictureAsItIs) {
     for (const QSizeF& size : {QSizeF(40, 30), QSizeF(40.4, 29.6)}) {
-        Shown shown(kWindow);
-        Varied item;
+        Shown shown(kSmallWindow);
+        VariedItem item;
         shown.add(item, QRectF({10, 5}, size));
         const QImage picture = shown.picture();
         EXPECT_EQ(item.last.size(), (size * shown.ratio()).toSize());
@@ -44,16 +44,16 @@ TEST(DrawnItem, ShowsEachPixelOfItsPictureAsItIs) {
 }
 
 TEST(DrawnItem, StretchesAPictureOfAnotherSize) {
-    Shown shown(kWindow);
-    Varied item;
+    Shown shown(kSmallWindow);
+    VariedItem item;
     item.draw(true);
-    shown.add(item, QRectF(QPointF(), kWindow));
+    shown.add(item, QRectF(QPointF(), kSmallWindow));
     EXPECT_EQ(shown.picture(), flat(shown.size(), qRgb(0, 255, 0)));
 }
 
 TEST(DrawnItem, IsDrawnAnewInAnotherSizeAndInNoOtherPlace) {
-    Shown shown(kWindow);
-    Varied item;
+    Shown shown(kSmallWindow);
+    VariedItem item;
     const auto drawings = [&] {
         EXPECT_EQ(shown.picture().size(), shown.size());
         return item.drawings();
