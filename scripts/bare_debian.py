@@ -1,6 +1,7 @@
-"""A bare Debian in a folder of its own, made of packages from where this machine has its own: for scripts/on-debian, and
-for the test that installs packages. What is mounted in it is gone with the program that runs there, however that ends.
+"""A bare Debian in a folder of its own, made of packages from where this machine has its own: for scripts/on-debian,
+scripts/cross and the test that installs packages. What is mounted in it is gone with the program that runs there, however that ends.
 """
+import fcntl
 import os
 import platform
 import shutil
@@ -23,8 +24,31 @@ mount -t sysfs -o ro sys "$root/sys"
 mount -t devpts -o newinstance,ptmxmode=0666,mode=620,gid=5 pts "$root/dev/pts"
 for folder in dev/shm run tmp; do mount -t tmpfs -o mode=1777 none "$root/$folder"; done
 set +e
-chroot "$@"
+"$@"
 exit $?
+"""
+
+# Run in there; $1 is the root, $2 the processor. The kernel lets a name space of users have its own list of emulators,
+# which nobody else sees; all users are the same in it.
+EMULATE = """
+set -e
+export root=$1 processor=$2; shift 2
+mkfifo -m 600 "$root/run/begun" "$root/run/mapped"
+(
+  read -r pid <"$root/run/begun"
+  for map in uid_map gid_map; do echo 0 0 4294967295 >"$root/proc/$pid/$map" || break; done
+  echo >"$root/run/mapped"
+) &
+exec unshare --user --mount sh -c '
+  set -e
+  echo $$ >"$root/run/begun"
+  read -r _ <"$root/run/mapped"
+  rm "$root/run/begun" "$root/run/mapped"
+  mount -t binfmt_misc binfmt_misc "$root/proc/sys/fs/binfmt_misc"
+  cat "$root/usr/lib/binfmt.d/qemu-$processor.conf" >"$root/proc/sys/fs/binfmt_misc/register"
+  unset root processor
+  exec "$@"
+' emulate "$@"
 """
 
 
@@ -87,16 +111,44 @@ def make(folder, release=OWN_RELEASE, packages=()):
     fresh.rename(folder)
 
 
-def connect(root, release=OWN_RELEASE):
+def connect(root, release=OWN_RELEASE, updates=True):
     """Lets the programs of a Debian find this machine's mirror and names."""
-    (root / "etc/apt/sources.list").write_text("\n".join(package_sources(release)) + "\n")
+    sources = [line for line in package_sources(release) if updates or line.split()[2] == release]
+    (root / "etc/apt/sources.list").write_text("\n".join(sources) + "\n")
     shutil.copy("/etc/resolv.conf", root / "etc/resolv.conf")
 
 
-def command(root, *words, user=0):
-    """The command that runs a program there."""
-    return [*APART, "sh", "-c", MOUNT, "mount", root,
-            f"--userspec={user}:{user}", root, *words]
+def hold(root, release, packages, updates=True):
+    """Makes a Debian of a release with these packages unless it is there, and holds it for as long as this program runs."""
+    if not root.exists():
+        make(root, release, packages)
+    lock = os.open(root, os.O_RDONLY)
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        raise RuntimeError(f"another one is at work in {root}") from None
+    connect(root, release, updates)
+
+
+def git(folder, *words):
+    return subprocess.run(["git", "-C", folder, *words], text=True, stdout=subprocess.PIPE, check=True).stdout.strip()
+
+
+def bring(source, clone):
+    """Makes a clone, or brings the one that is there to what is committed; what was built stays. Says what that is."""
+    git(source, "init", "--quiet", clone)
+    git(clone, "fetch", "--quiet", source, "HEAD")
+    git(clone, "reset", "--quiet", "--hard", "FETCH_HEAD")
+    git(clone, "clean", "--quiet", "-ffdx", "--exclude=/build")
+    left_out = ", without what is not committed" if git(source, "status", "--porcelain") else ""
+    return git(source, "log", "-1", "--format=%h %s") + left_out
+
+
+def command(root, *words, user=0, processor=None):
+    """The command that runs a program there, and lets that one start programs for a foreign processor, which then needs
+    the package qemu-user-binfmt."""
+    emulate = ["sh", "-c", EMULATE, "emulate", root, processor] if processor else []
+    return [*APART, "sh", "-c", MOUNT, "mount", root, *emulate, "chroot", f"--userspec={user}:{user}", root, *words]
 
 
 def environment(**more):

@@ -42,7 +42,8 @@ Value withTextsCutAtNul(const Value& value) {
 
 Value withAsciiTextsCutAtNul(const Value& value) {
     return changed(value, [](const Value& leaf) {
-        const bool ascii = leaf.text() != nullptr && std::ranges::none_of(*leaf.text(), [](char c) { return c < 0; });
+        const bool ascii =
+            leaf.text() != nullptr && std::ranges::none_of(*leaf.text(), [](unsigned char c) { return c >= 0x80; });
         return ascii ? withTextsCutAtNul(leaf) : leaf;
     });
 }
