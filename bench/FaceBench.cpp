@@ -12,15 +12,10 @@
 #include <benchmark/benchmark.h>
 
 #include <QGuiApplication>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
 #include <functional>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -64,18 +59,10 @@ class Screen {
         everything_.set(std::string(kAppViewsEnabled), views);
         model().setFallsAsleep(false);
 
-        engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
-        QQmlComponent component(&engine_, QUrl(QStringLiteral("qrc:/qt/qml/LumoraFace/Face.qml")));
         const platform::CGSize size = live_.options().phone.size;
-        face_.reset(component.createWithInitialProperties({{QStringLiteral("face"), QVariant::fromValue(&model())},
-                                                           {QStringLiteral("animated"), animated},
-                                                           {QStringLiteral("width"), size.width},
-                                                           {QStringLiteral("height"), size.height}}));
-        auto* item = qobject_cast<QQuickItem*>(face_.get());
-        if (!item) throw std::runtime_error(component.errorString().toStdString());
-        window_.resize(static_cast<int>(size.width), static_cast<int>(size.height));
-        item->setParentItem(window_.contentItem());
-        window_.show();
+        shown_.show(QUrl(QStringLiteral("qrc:/qt/qml/LumoraFace/Face.qml")),
+                    {{QStringLiteral("face"), QVariant::fromValue(&model())}, {QStringLiteral("animated"), animated}},
+                    {static_cast<int>(size.width), static_cast<int>(size.height)});
     }
 
     [[nodiscard]] FaceModel& model() { return *live_.model(); }
@@ -103,7 +90,7 @@ class Screen {
         settle();
         const double begin = bench::processorTime();
         change();
-        return nextFrame() ? std::optional(bench::processorTime() - begin) : std::nullopt;
+        return shown_.nextFrame(kPatience) ? std::optional(bench::processorTime() - begin) : std::nullopt;
     }
     /// A finger swipes to the next App View: the processor time of each frame until all is at rest.
     [[nodiscard]] std::vector<double> swipe() {
@@ -111,7 +98,7 @@ class Screen {
         std::vector<double> frames;
         double begin = bench::processorTime();
         const auto draws = [&](int patience) {
-            if (!nextFrame(patience)) return false;
+            if (!shown_.nextFrame(patience)) return false;
             const double end = bench::processorTime();
             frames.push_back(end - std::exchange(begin, end));
             return true;
@@ -134,19 +121,15 @@ class Screen {
         if (landscape) std::swap(options.size.width, options.size.height);
         return options;
     }
-    /// Sleeps until there is one.
-    bool nextFrame(int patience = kPatience) { return bench::nextFrame(window_, patience); }
     /// Until all icons and App Views are there and nothing is drawn any more.
     void settle() {
-        while (nextFrame(15) || !live_.icons().isComplete() || !live_.views().isComplete()) {
+        while (shown_.nextFrame(15) || !live_.icons().isComplete() || !live_.views().isComplete()) {
         }
     }
 
     Dictionary everything_;
     LiveFace live_;
-    QQmlEngine engine_;
-    QQuickWindow window_;
-    std::unique_ptr<QObject> face_;
+    bench::ItemWindow shown_;
 };
 
 /// Never destroyed: the toolkit goes first.

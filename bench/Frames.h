@@ -1,10 +1,18 @@
 #pragma once
 
 #include <QEventLoop>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
+#include <QSize>
 #include <QTimer>
+#include <QUrl>
+#include <QVariantMap>
 
 #include <ctime>
+#include <memory>
+#include <stdexcept>
 
 namespace bench {
 
@@ -28,5 +36,43 @@ inline bool nextFrame(QQuickWindow& window, int patience) {
     QObject::disconnect(swapped);
     return came;
 }
+
+/// A window with one item, made of QML that begins with these properties and as large as the window.
+class ItemWindow {
+  public:
+    ItemWindow() { engine_.addImportPath(QStringLiteral("qrc:/qt/qml")); }
+    void show(const QUrl& file, const QVariantMap& properties, const QSize& size) {
+        QQmlComponent component(&engine_, file);
+        show(component, properties, size);
+    }
+    void show(const QByteArray& text, const QVariantMap& properties, const QSize& size) {
+        QQmlComponent component(&engine_);
+        component.setData(text, {});
+        show(component, properties, size);
+    }
+    [[nodiscard]] QQuickItem& item() { return *item_; }
+    [[nodiscard]] QQuickWindow& window() { return window_; }
+    /// Sleeps until there is one.
+    bool nextFrame(int patience) { return bench::nextFrame(window_, patience); }
+    /// Until no frame has come for so many milliseconds.
+    void settle(int milliseconds = 50) {
+        while (nextFrame(milliseconds)) {
+        }
+    }
+
+  private:
+    void show(QQmlComponent& component, QVariantMap properties, const QSize& size) {
+        properties.insert({{QStringLiteral("width"), size.width()}, {QStringLiteral("height"), size.height()}});
+        item_.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(properties)));
+        if (!item_) throw std::runtime_error(component.errorString().toStdString());
+        window_.resize(size);
+        item_->setParentItem(window_.contentItem());
+        window_.show();
+    }
+
+    QQmlEngine engine_;
+    QQuickWindow window_;
+    std::unique_ptr<QQuickItem> item_;
+};
 
 } // namespace bench

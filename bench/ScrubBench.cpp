@@ -15,17 +15,12 @@
 
 #include <QDeadlineTimer>
 #include <QGuiApplication>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <random>
 #include <stdexcept>
@@ -114,9 +109,7 @@ class ScrubWindow {
         wait([&] { return history_.isComplete(); }, "the history");
         if (history_.count() != kRecords) throw std::runtime_error("not all changes are known");
 
-        engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
-        QQmlComponent component(&engine_);
-        component.setData(R"(
+        shown_.show(QByteArray(R"(
             import QtQuick
             import Lumora
             import LumoraFace
@@ -127,19 +120,12 @@ class ScrubWindow {
 
                 HistorySheet { width: 770; height: parent.height; gap: 52; history: parent.history }
                 FacePane { x: 770; width: parent.width - x; height: parent.height; face: parent.face }
-            })",
-                          {});
-        root_.reset(component.createWithInitialProperties({{QStringLiteral("history"), QVariant::fromValue(&history_)},
-                                                           {QStringLiteral("face"), QVariant::fromValue(&face())},
-                                                           {QStringLiteral("width"), 1260},
-                                                           {QStringLiteral("height"), 952}}));
-        auto* item = qobject_cast<QQuickItem*>(root_.get());
-        if (!item) throw std::runtime_error(component.errorString().toStdString());
-        window_.resize(1260, 952);
-        item->setParentItem(window_.contentItem());
-        window_.show();
+            })"),
+                    {{QStringLiteral("history"), QVariant::fromValue(&history_)},
+                     {QStringLiteral("face"), QVariant::fromValue(&face())}},
+                    {1260, 952});
         lockScreen_.setShown(true);
-        for (QQuickItem* const inner : root_->findChildren<QQuickItem*>())
+        for (QQuickItem* const inner : shown_.item().findChildren<QQuickItem*>())
             if (inner->property("stepSize").isValid()) slider_ = inner;
         if (!slider_) throw std::runtime_error("there is no slider");
         wait([&] { return lockScreen_.isComplete(); }, "the lock screen");
@@ -147,19 +133,15 @@ class ScrubWindow {
 
     void show(Surface surface) {
         face().show(surface);
-        settle();
+        shown_.settle();
     }
     /// In seconds.
     double step(int place) {
         const double begin = bench::processorTime();
         slider_->setProperty("value", place);
-        if (!bench::nextFrame(window_, kFramePatience)) throw std::runtime_error("nothing is drawn");
+        if (!shown_.nextFrame(kFramePatience)) throw std::runtime_error("nothing is drawn");
         if (history_.place() != place) throw std::runtime_error("the slider is elsewhere");
         return bench::processorTime() - begin;
-    }
-    void settle() {
-        while (bench::nextFrame(window_, 50)) {
-        }
     }
 
   private:
@@ -168,16 +150,14 @@ class ScrubWindow {
         const QDeadlineTimer deadline(30'000);
         while (!there()) {
             if (deadline.hasExpired()) throw std::runtime_error(std::string("no sign of ") + what);
-            bench::nextFrame(window_, 20);
+            shown_.nextFrame(20);
         }
     }
 
     settings::Shell shell_;
     settings::LockScreen lockScreen_{true};
     settings::History history_{shell_, &lockScreen_, {}};
-    QQmlEngine engine_;
-    QQuickWindow window_;
-    std::unique_ptr<QObject> root_;
+    bench::ItemWindow shown_;
     QQuickItem* slider_ = nullptr;
 };
 

@@ -9,15 +9,10 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -34,20 +29,11 @@ class SearchWindow {
   public:
     SearchWindow() {
         search_.setIndex(bench::tenThousandRows());
-        engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
-        QQmlComponent component(&engine_, QUrl(QStringLiteral("qrc:/qt/qml/Lumora/SearchPanel.qml")));
-        panel_.reset(component.createWithInitialProperties({{QStringLiteral("search"), QVariant::fromValue(&search_)},
-                                                            {QStringLiteral("width"), 390},
-                                                            {QStringLiteral("height"), 792}}));
-        auto* item = qobject_cast<QQuickItem*>(panel_.get());
-        if (!item) throw std::runtime_error(component.errorString().toStdString());
-        window_.resize(390, 792);
-        item->setParentItem(window_.contentItem());
-        window_.show();
-        window_.requestActivate();
-        QMetaObject::invokeMethod(item, "begin", Q_ARG(QVariant, QString()));
-        while (nextFrame(100)) {
-        }
+        shown_.show(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/SearchPanel.qml")),
+                    {{QStringLiteral("search"), QVariant::fromValue(&search_)}}, {390, 792});
+        shown_.window().requestActivate();
+        QMetaObject::invokeMethod(&shown_.item(), "begin", Q_ARG(QVariant, QString()));
+        shown_.settle(100);
     }
 
     /// Milliseconds from the key to the frame that shows what it finds.
@@ -55,25 +41,20 @@ class SearchWindow {
         QElapsedTimer clock;
         clock.start();
         QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
-        QCoreApplication::sendEvent(&window_, &key);
-        if (!nextFrame(kFramePatience)) throw std::runtime_error("nothing is drawn");
+        QCoreApplication::sendEvent(&shown_.window(), &key);
+        if (!shown_.nextFrame(kFramePatience)) throw std::runtime_error("nothing is drawn");
         return double(clock.nsecsElapsed()) / 1e6;
     }
     void empty() {
         QKeyEvent key(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-        QCoreApplication::sendEvent(&window_, &key);
-        while (nextFrame(50)) {
-        }
+        QCoreApplication::sendEvent(&shown_.window(), &key);
+        shown_.settle();
     }
     [[nodiscard]] QString query() const { return search_.query(); }
 
   private:
-    bool nextFrame(int patience) { return bench::nextFrame(window_, patience); }
-
     settings::SearchModel search_;
-    QQmlEngine engine_;
-    QQuickWindow window_;
-    std::unique_ptr<QObject> panel_;
+    bench::ItemWindow shown_;
 };
 
 /// The 95th percentile of all keys of what is typed.
