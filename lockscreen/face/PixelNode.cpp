@@ -21,6 +21,12 @@ QImage whole(const Pixels& pixels) {
     return pixels.picture.isNull() ? pixels.part(QRect({}, pixels.size)) : pixels.picture;
 }
 
+/// Whether an item of that size in points is shown by them as they are.
+bool fit(const Pixels& pixels, const QSizeF& size, double ratio) {
+    const QSizeF off = size * ratio - sizeOf(pixels);
+    return std::abs(off.width()) < 1 && std::abs(off.height()) < 1;
+}
+
 /// Where a painter draws the scene. Qt Quick's own nodes scale their pictures from points to pixels even where that
 /// changes nothing, which takes several times as long with three pixels to a point.
 class PaintedPixels : public QSGRenderNode {
@@ -42,10 +48,9 @@ class PaintedPixels : public QSGRenderNode {
             window_.rendererInterface()->getResource(&window_, QSGRendererInterface::PainterResource));
         const double ratio = window_.effectiveDevicePixelRatio();
         const QTransform place = matrix()->toTransform();
-        const QSizeF off = size_ * ratio - sizeOf(pixels_);
         painter->setClipRegion(*state->clipRegion());
         painter->setOpacity(inheritedOpacity());
-        if (place.type() > QTransform::TxTranslate || std::abs(off.width()) >= 1 || std::abs(off.height()) >= 1) {
+        if (place.type() > QTransform::TxTranslate || !fit(pixels_, size_, ratio)) {
             painter->setTransform(place);
             painter->drawImage(rect(), whole(pixels_));
             return;
@@ -86,7 +91,8 @@ QSGNode* showPixels(QSGNode* former, QQuickWindow& window, const Pixels& pixels,
     node->setTexture(window.createTextureFromImage(
         picture, picture.hasAlphaChannel() ? QQuickWindow::TextureHasAlphaChannel : QQuickWindow::TextureIsOpaque));
     node->setSourceRect(picture.rect());
-    node->setRect({QPointF(), size});
+    const double ratio = window.effectiveDevicePixelRatio();
+    node->setRect({QPointF(), fit(pixels, size, ratio) ? QSizeF(picture.size()) / ratio : size});
     return node;
 }
 
