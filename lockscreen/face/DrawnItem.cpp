@@ -29,7 +29,7 @@ QImage DrawnItem::painted(const QSize& pixels, double ratio, const std::function
 }
 
 QSGNode* DrawnItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
-    if (!std::exchange(stale_, false)) return node;
+    if (!std::exchange(stale_, false) && node) return node; // there is none in another window
     const double ratio = window()->effectiveDevicePixelRatio();
     const QSize pixels = (size() * ratio).toSize();
     return showPixels(node, *window(), {pixels.isEmpty() ? QImage() : draw(pixels, ratio), {}, {}}, size());

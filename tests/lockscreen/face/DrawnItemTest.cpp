@@ -51,6 +51,16 @@ TEST(DrawnItem, StretchesAPictureOfAnotherSize) {
     EXPECT_EQ(shown.picture(), flat(shown.size(), qRgb(0, 255, 0)));
 }
 
+TEST(DrawnItem, IsShownInAnotherWindow) {
+    Shown one(kSmallWindow);
+    Shown other(kSmallWindow);
+    VariedItem item;
+    for (Shown* const shown : {&one, &other, &one}) {
+        shown->add(item, QRectF(QPointF(), kSmallWindow));
+        EXPECT_EQ(shown->picture(), item.last);
+    }
+}
+
 TEST(DrawnItem, IsDrawnAnewInAnotherSizeAndInNoOtherPlace) {
     Shown shown(kSmallWindow);
     VariedItem item;
