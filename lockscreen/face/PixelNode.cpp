@@ -91,6 +91,7 @@ QSGNode* showPixels(QSGNode* former, QQuickWindow& window, const Pixels& pixels,
     node->setTexture(window.createTextureFromImage(
         picture, picture.hasAlphaChannel() ? QQuickWindow::TextureHasAlphaChannel : QQuickWindow::TextureIsOpaque));
     node->setSourceRect(picture.rect());
+    node->setFiltering(QSGTexture::Linear); // which costs a GPU nothing, where the item stands between pixels
     const double ratio = window.effectiveDevicePixelRatio();
     node->setRect({QPointF(), fit(pixels, size, ratio) ? QSizeF(picture.size()) / ratio : size});
     return node;
