@@ -12,7 +12,7 @@ namespace lumora {
 
 /// The icon of an application, over the whole item; a round one is cut to a circle from a picture 1.14 times as large.
 /// It is darker while it is pressed. `shade` is its mean colour. GUI thread.
-class AppIcon : public DrawnItem {
+class AppIcon : public lumora::DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(lumora::FaceModel* face READ face WRITE setFace REQUIRED)

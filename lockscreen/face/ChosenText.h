@@ -11,7 +11,7 @@ namespace lumora {
 
 /// A centred text in a font that the user has chosen: by its PostScript name, or "Default". Breaks between words where it
 /// may have several `lines`, and is cut with an ellipsis where there is no room for more. GUI thread.
-class ChosenText : public DrawnItem {
+class ChosenText : public lumora::DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text MEMBER text_ NOTIFY changed)

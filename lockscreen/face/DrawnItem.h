@@ -12,7 +12,8 @@ namespace lumora {
 
 /// An item that draws a picture of itself in the pixels of its window. The picture is shown pixel by pixel, where a
 /// QQuickPaintedItem's is a part of a point larger or smaller and goes through a filter, which costs several times as much
-/// with three pixels to a point. Items that look alike may share one. GUI thread.
+/// with three pixels to a point. Items that look alike may share one. Their classes name this one in full,
+/// `lumora::DrawnItem`, by which alone QML's tools know it. GUI thread.
 class DrawnItem : public QQuickItem {
     Q_OBJECT
 

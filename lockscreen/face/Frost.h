@@ -11,7 +11,7 @@ namespace lumora {
 
 /// A pane with round corners, filled with the backdrop's blur at its own place under a tint; its rim catches light from
 /// above. GUI thread.
-class Frost : public DrawnItem {
+class Frost : public lumora::DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(lumora::Backdrop* backdrop READ backdrop WRITE setBackdrop NOTIFY changed)

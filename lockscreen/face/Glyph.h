@@ -13,7 +13,7 @@ namespace lumora {
 /// "ring", "signal", "tab", "unlock" or "wifi". Lines grow with the item. `level` is the battery's charge, the share of
 /// the signal's bars that stand out, and how far a ring is pressed. A corner covers what is outside of a round one at the
 /// top left. GUI thread.
-class Glyph : public DrawnItem {
+class Glyph : public lumora::DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString name MEMBER name_ NOTIFY changed)

@@ -27,6 +27,12 @@ bool fit(const Pixels& pixels, const QSizeF& size, double ratio) {
     return std::abs(off.width()) < 1 && std::abs(off.height()) < 1;
 }
 
+/// What they cover of an item of that size, in points.
+QRectF placeOf(const Pixels& pixels, const QSizeF& size, const QQuickWindow& window) {
+    const double ratio = window.effectiveDevicePixelRatio();
+    return {QPointF(), fit(pixels, size, ratio) ? QSizeF(sizeOf(pixels)) / ratio : size};
+}
+
 /// Where a painter draws the scene. Qt Quick's own nodes scale their pictures from points to pixels even where that
 /// changes nothing, which takes several times as long with three pixels to a point.
 class PaintedPixels : public QSGRenderNode {
@@ -35,11 +41,11 @@ class PaintedPixels : public QSGRenderNode {
 
     void show(const Pixels& pixels, const QSizeF& size) {
         pixels_ = pixels;
-        size_ = size;
+        rect_ = placeOf(pixels, size, window_);
         markDirty(DirtyMaterial | DirtyGeometry);
     }
 
-    [[nodiscard]] QRectF rect() const override { return {QPointF(), size_}; }
+    [[nodiscard]] QRectF rect() const override { return rect_; }
     [[nodiscard]] RenderingFlags flags() const override {
         return pixels_.picture.hasAlphaChannel() ? BoundedRectRendering : BoundedRectRendering | OpaqueRendering;
     }
@@ -50,9 +56,9 @@ class PaintedPixels : public QSGRenderNode {
         const QTransform place = matrix()->toTransform();
         painter->setClipRegion(*state->clipRegion());
         painter->setOpacity(inheritedOpacity());
-        if (place.type() > QTransform::TxTranslate || !fit(pixels_, size_, ratio)) {
+        if (place.type() > QTransform::TxTranslate || !fit(pixels_, rect_.size(), ratio)) {
             painter->setTransform(place);
-            painter->drawImage(rect(), whole(pixels_));
+            painter->drawImage(rect_, whole(pixels_));
             return;
         }
         painter->setTransform(QTransform::fromScale(1 / ratio, 1 / ratio));
@@ -70,7 +76,7 @@ class PaintedPixels : public QSGRenderNode {
 
     QQuickWindow& window_;
     Pixels pixels_;
-    QSizeF size_;
+    QRectF rect_;
 };
 
 } // namespace
@@ -92,8 +98,7 @@ QSGNode* showPixels(QSGNode* former, QQuickWindow& window, const Pixels& pixels,
         picture, picture.hasAlphaChannel() ? QQuickWindow::TextureHasAlphaChannel : QQuickWindow::TextureIsOpaque));
     node->setSourceRect(picture.rect());
     node->setFiltering(QSGTexture::Linear); // which costs a GPU nothing, where the item stands between pixels
-    const double ratio = window.effectiveDevicePixelRatio();
-    node->setRect({QPointF(), fit(pixels, size, ratio) ? QSizeF(picture.size()) / ratio : size});
+    node->setRect(placeOf(pixels, size, window));
     return node;
 }
 

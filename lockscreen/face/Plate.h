@@ -8,7 +8,7 @@
 namespace lumora {
 
 /// An area of one colour that fades out towards its edges over a width of `fade`, as if it were out of focus. GUI thread.
-class Plate : public DrawnItem {
+class Plate : public lumora::DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)

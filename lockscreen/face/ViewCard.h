@@ -11,7 +11,7 @@ namespace lumora {
 
 /// What an App View draws, over the whole item; with a fault, its last drawing, dimmed and without its middle. It is asked
 /// to draw while the item is seen. `unit` is how many points of the screen one of the view's is. GUI thread.
-class ViewCard : public DrawnItem {
+class ViewCard : public lumora::DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(lumora::FaceModel* face READ face WRITE setFace REQUIRED)

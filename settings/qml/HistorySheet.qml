@@ -95,7 +95,7 @@ FocusScope {
                 x: Theme.mirrored ? parent.width - width - Theme.inset : Theme.inset
                 y: Theme.textGap
                 width: active ? Math.floor(height * 390 / 844) : 0
-                height: active ? Math.max(160, Math.min(300, sheet.sheetHeight * 0.3)) : 0
+                height: active ? Math.round(Math.max(160, Math.min(300, sheet.sheetHeight * 0.3))) : 0
                 enabled: false
 
                 // It takes the size of its place only once it has what it shows.
