@@ -11,7 +11,23 @@
 namespace lumora {
 namespace {
 
-// All loops run over channels rather than pixels, which compilers turn into instructions for many at once.
+// All loops run over channels rather than pixels, which compilers turn into instructions for many at once. Those that go
+// through a whole picture are functions of one row, and take the widest instructions that the processor has.
+
+#ifdef __x86_64__
+template<auto Loop, class... Arguments>
+[[gnu::target("avx2")]] void runWide(Arguments... arguments) {
+    Loop(arguments...);
+}
+#endif
+
+template<auto Loop, class... Arguments>
+void run(Arguments... arguments) {
+#ifdef __x86_64__
+    if (__builtin_cpu_supports("avx2")) return runWide<Loop>(arguments...);
+#endif
+    Loop(arguments...);
+}
 
 constexpr std::size_t kChannels = 4;
 
@@ -34,27 +50,46 @@ unsigned partOf(double share) {
     return static_cast<unsigned>(std::lround(std::clamp(share, 0.0, 1.0) * kWhole));
 }
 
+[[gnu::always_inline]] inline void addRow(const uchar* row, std::uint16_t* sums, std::size_t channels) {
+    for (std::size_t i = 0; i < channels; ++i)
+        sums[i] = static_cast<std::uint16_t>(sums[i] + row[i]);
+}
+
+/// The means of sums to which one row comes and from which another goes; `ofOne` is the share of one pixel, in 65536ths.
+[[gnu::always_inline]] inline void moveRow(const uchar* coming, const uchar* going, std::uint16_t* sums, uchar* means,
+                                           std::size_t channels, std::uint32_t ofOne) {
+    for (std::size_t i = 0; i < channels; ++i) {
+        const auto sum = static_cast<std::uint16_t>(sums[i] + coming[i]);
+        means[i] = static_cast<uchar>(sum * ofOne >> 16);
+        sums[i] = static_cast<std::uint16_t>(sum - going[i]);
+    }
+}
+
+/// The row that lies so many eighths of the way between two that come in eighths.
+[[gnu::always_inline]] inline void mixRows(const std::uint16_t* above, const std::uint16_t* below, uchar* row,
+                                           std::size_t channels, unsigned eighths) {
+    const auto near = static_cast<std::uint16_t>(eighths);
+    const auto far = static_cast<std::uint16_t>(8 - near);
+    for (std::size_t i = 0; i < channels; ++i)
+        row[i] = static_cast<uchar>(static_cast<std::uint16_t>(above[i] * far + below[i] * near + 32) >> 6);
+}
+
+[[gnu::always_inline]] inline void layOver(const uchar* below, uchar* row, std::size_t channels, unsigned share) {
+    const unsigned rest = kWhole - share;
+    for (std::size_t i = 0; i < channels; ++i)
+        row[i] = static_cast<uchar>(static_cast<std::uint16_t>(row[i] * share + below[i] * rest + kRounding) >> 8);
+}
+
 /// A box blur along columns.
 void blurDown(const QImage& from, QImage& to, int radius) {
     const std::size_t channels = channelsOf(from);
     const auto count = static_cast<std::uint32_t>(2 * radius + 1);
-    const std::uint32_t ofOne = 0x10000 / count + 1;            // the share of one pixel, in 65536ths
+    const std::uint32_t ofOne = 0x10000 / count + 1;
     Sums sums(channels, static_cast<std::uint16_t>(count / 2)); // rounds the means
-    for (int y = -radius; y < radius; ++y) {
-        const uchar* coming = rowOf(from, y);
-        for (std::size_t i = 0; i < channels; ++i)
-            sums[i] = static_cast<std::uint16_t>(sums[i] + coming[i]);
-    }
-    for (int y = 0; y < from.height(); ++y) {
-        const uchar* coming = rowOf(from, y + radius);
-        const uchar* going = rowOf(from, y - radius);
-        uchar* target = to.scanLine(y);
-        for (std::size_t i = 0; i < channels; ++i) {
-            const auto sum = static_cast<std::uint16_t>(sums[i] + coming[i]);
-            target[i] = static_cast<uchar>(sum * ofOne >> 16);
-            sums[i] = static_cast<std::uint16_t>(sum - going[i]);
-        }
-    }
+    for (int y = -radius; y < radius; ++y)
+        run<addRow>(rowOf(from, y), sums.data(), channels);
+    for (int y = 0; y < from.height(); ++y)
+        run<moveRow>(rowOf(from, y + radius), rowOf(from, y - radius), sums.data(), to.scanLine(y), channels, ofOne);
 }
 
 QImage transposed(const QImage& picture) {
@@ -134,13 +169,8 @@ QImage enlargeRows(const QImage& quarter, const QRect& part, const Finish& finis
             std::swap(upper, lower);
             widen(quarter, upperRow + 2, firstCell, lower);
         }
-        const std::uint16_t* above = upper.data() + offset;
-        const std::uint16_t* below = lower.data() + offset;
         uchar* target = large.scanLine(y - part.top());
-        const auto near = static_cast<std::uint16_t>(between.eighths);
-        const auto far = static_cast<std::uint16_t>(8 - near);
-        for (std::size_t i = 0; i < channels; ++i)
-            target[i] = static_cast<uchar>(static_cast<std::uint16_t>(above[i] * far + below[i] * near + 32) >> 6);
+        run<mixRows>(upper.data() + offset, lower.data() + offset, target, channels, between.eighths);
         finish(y, target);
     }
     return large;
@@ -155,11 +185,8 @@ QImage quartered(const QImage& picture) {
     for (int y = 0; y < size.height(); ++y) {
         const int bottom = std::min((y + 1) * kSoftScale, picture.height());
         std::ranges::fill(sums, 0);
-        for (int line = y * kSoftScale; line < bottom; ++line) {
-            const uchar* source = picture.constScanLine(line);
-            for (std::size_t i = 0; i < sums.size(); ++i)
-                sums[i] = static_cast<std::uint16_t>(sums[i] + source[i]);
-        }
+        for (int line = y * kSoftScale; line < bottom; ++line)
+            run<addRow>(picture.constScanLine(line), sums.data(), sums.size());
         writeMeans(sums, static_cast<unsigned>(bottom - y * kSoftScale), quarter.scanLine(y));
     }
     return quarter;
@@ -200,15 +227,11 @@ QImage enlarged(const QImage& quarter, const QRect& part) {
 
 QImage enlargedOver(const QImage& quarter, const QRect& part, const QImage& under, double opacity) {
     const unsigned share = partOf(opacity);
-    const unsigned rest = kWhole - share;
-    if (rest == 0) return enlarged(quarter, part);
+    if (share == kWhole) return enlarged(quarter, part);
     const std::size_t channels = static_cast<std::size_t>(part.width()) * kChannels;
     const std::size_t left = static_cast<std::size_t>(part.left()) * kChannels;
-    return enlargeRows(quarter, part, [&](int y, uchar* row) {
-        const uchar* below = under.constScanLine(y) + left;
-        for (std::size_t i = 0; i < channels; ++i)
-            row[i] = static_cast<uchar>(static_cast<std::uint16_t>(row[i] * share + below[i] * rest + kRounding) >> 8);
-    });
+    return enlargeRows(quarter, part,
+                       [&](int y, uchar* row) { run<layOver>(under.constScanLine(y) + left, row, channels, share); });
 }
 
 } // namespace lumora
