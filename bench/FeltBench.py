@@ -1,9 +1,10 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """What a person feels: from the event at the display server to the changed pixels on the screen, in the real window.
 
     PYTHONPATH=tests bench/FeltBench.py BUILD [TIMES]
 
-Prints JSON in the form of Google Benchmark's. Drawing is done in software, as by ./run.
+Prints JSON in the form of Google Benchmark's. Drawing is done in software, as by ./run. Some of it is measured again on
+a phone's screen, with three pixels to a point, and some where each program has a fifth of a processor.
 """
 import itertools
 import json
@@ -13,10 +14,13 @@ import subprocess
 import sys
 import time
 
+from pathlib import Path
+
 from harness.client import Client
 from harness.display import HEIGHT, WIDTH
+from harness.make_fonts import make_fonts
 from harness.waiting import LONG_ENOUGH
-from stage import LOOK, Stage
+from stage import LOOK, Stage, WeakCore
 
 BAR = 52
 PAGE = (0, BAR, WIDTH, HEIGHT - BAR)
@@ -34,6 +38,8 @@ KNOB = (567, 373)  # of the time's font size, beside the lock screen
 CLOCK = (930, 155, 180, 75)  # there
 SCREENS_EDGE = 430  # the width of the lock screen's window
 GLASS = (60, 700, 40, 40)  # free of keys, under the passcode's
+LISTED = (60, 120, 200, 600)  # the names in a list of cells
+MANY_FONTS, MANY_APPLICATIONS = 300, 10_000
 
 
 def pause():
@@ -130,6 +136,46 @@ def drag(stage, times, interval=None):
         stage.release()
 
 
+def processor_time(process):
+    """Of its main thread, which draws, in seconds."""
+    return int(Path(f"/proc/{process.pid}/schedstat").read_text(encoding="ascii").split()[0]) / 1e9
+
+
+def scroll(stage, page, times):
+    """From each move of a finger to the list moving under it, and the processor time that this takes."""
+    left, top, width, height = LISTED
+
+    def many_rows():
+        return len({stage.area(left, line, width, 1) for line in range(top, top + height)}) > 100
+
+    with stage.settings("--page", page) as window:
+        stage.when(many_rows)
+        stage.settle(*LISTED, still=1)
+        stage.press(200, 650)
+        for y in range(645, 580, -5):  # after the first of which it is no tap
+            stage.move(200, y)
+            pause()
+        for step in range(times):
+            stage.settle(*LISTED, still=0.1)
+            pause()
+            before, spent = stage.area(*LISTED), processor_time(window)
+            moved = stage.move(200, 570 - 9 * min(step % 80, 80 - step % 80))
+            felt = stage.when(lambda: stage.area(*LISTED) != before) - moved
+            stage.settle(*LISTED, still=0.1)
+            yield felt, processor_time(window) - spent
+
+
+def add_fonts_and_applications(stage):
+    """As many as nobody has."""
+    shared = Path(stage.folder, ".local/share")
+    make_fonts(shared, f"many={MANY_FONTS}")
+    applications = shared / "applications"
+    applications.mkdir()
+    for number in range(MANY_APPLICATIONS):
+        (applications / f"many.{number}.desktop").write_text(
+            f"[Desktop Entry]\nType=Application\nName=Application {number}\nExec=true\n", encoding="ascii")
+
+
 def waking(stage):
     """Who may change the settings of a lock screen that stays awake."""
     client = Client(stage.environment["LUMORA_PORTS"])
@@ -205,6 +251,11 @@ def entries(name, samples):
             {"name": name + "95", "real_time": statistics.quantiles(milliseconds, n=20)[-1], "time_unit": "ms"}]
 
 
+def scrolled_entries(name, samples):
+    felt, processor = zip(*samples)
+    return entries(name, felt) + entries(name + "Processor", processor)
+
+
 def page_entries(name, samples):
     coming, at_rest = zip(*samples)
     return entries(name, coming) + entries(name + "AtRest", at_rest)
@@ -226,6 +277,20 @@ def main():
             *entries("DragSlider", drag_slider(stage, 2 * times)),
             *entries("DragColorOfFace", drag_color_of_face(stage, 10 * times)),
         ]
+    with Stage(sys.argv[1], scale=3) as stage:
+        benchmarks += page_entries("OpenPageAtThree", open_page(stage, times // 3))
+        benchmarks += entries("MoveCrosshairAtThree", drag(stage, 3 * times))
+        add_fonts_and_applications(stage)
+        benchmarks += scrolled_entries("ScrollFontsAtThree", scroll(stage, "FontViewController", times))
+        benchmarks += scrolled_entries("ScrollApplicationsAtThree", scroll(stage, "AppsListController", times))
+    if why_not := WeakCore.why_not():
+        print(f"nothing is measured on a weak core: {why_not}", file=sys.stderr)
+    else:
+        with Stage(sys.argv[1], weak=True) as stage:
+            benchmarks += entries("TapSwitchOnWeakCore", tap_switch(stage, times))
+            benchmarks += page_entries("OpenPageOnWeakCore", open_page(stage, times // 3))
+            benchmarks += entries("MoveCrosshairOnWeakCore", drag(stage, 3 * times))
+            benchmarks += entries("DragSliderOnWeakCore", drag_slider(stage, 2 * times))
     json.dump({"context": {"times": times}, "benchmarks": benchmarks}, sys.stdout, indent=2)
     print()
 

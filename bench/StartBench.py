@@ -16,7 +16,7 @@ import statistics
 import sys
 import time
 
-from stage import LOOK, Stage
+from stage import LOOK, Stage, WeakCore
 
 WARM_UP = 2  # starts that fill the page cache and are not counted
 STILL = 1.0  # seconds without a change, after which nothing more is awaited
@@ -94,6 +94,14 @@ def main():
                 benchmarks += start(stage, name, [program], arguments.runs)
             else:
                 print(f"{program} is not installed", file=sys.stderr)
+    with Stage(arguments.build, scale=3) as stage:
+        benchmarks += start(stage, "WindowAtThree", stage.settings_command(), arguments.runs)
+        benchmarks += start(stage, "FaceAtThree", stage.lockscreen_command("--time", "18:36"), arguments.runs)
+    if why_not := WeakCore.why_not():
+        print(f"nothing is measured on a weak core: {why_not}", file=sys.stderr)
+    else:
+        with Stage(arguments.build, weak=True) as stage:
+            benchmarks += start(stage, "WindowOnWeakCore", stage.settings_command(), arguments.runs)
     json.dump({"benchmarks": benchmarks}, sys.stdout, indent=2)
     print()
 
