@@ -1,7 +1,7 @@
 #pragma once
 
 #include "lockscreen/face/Backdrop.h"
-#include "lockscreen/face/DrawnItem.h"
+#include "pixels/DrawnItem.h"
 
 #include <QColor>
 #include <QPointF>

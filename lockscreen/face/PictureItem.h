@@ -1,7 +1,7 @@
 #pragma once
 
 #include "lockscreen/face/Backdrop.h"
-#include "lockscreen/face/PixelNode.h"
+#include "pixels/PixelNode.h"
 
 #include <QColor>
 #include <QPointer>

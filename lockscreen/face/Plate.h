@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lockscreen/face/DrawnItem.h"
+#include "pixels/DrawnItem.h"
 
 #include <QColor>
 #include <QtQml/qqmlregistration.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "lockscreen/face/DrawnItem.h"
 #include "lockscreen/face/FaceModel.h"
+#include "pixels/DrawnItem.h"
 
 #include <QColor>
 #include <QPointer>

@@ -4,16 +4,17 @@
 
 namespace settings {
 
-DashedBox::DashedBox(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    connect(this, &DashedBox::changed, this, [this] { update(); });
+DashedBox::DashedBox(QQuickItem* parent) : DrawnItem(parent) {
+    connect(this, &DashedBox::changed, this, &DashedBox::redraw);
 }
 
-void DashedBox::paint(QPainter* painter) {
-    QPen pen(color_, 1);
-    pen.setDashPattern({4, 4});
-    painter->setPen(pen);
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->drawRoundedRect(QRectF(0.5, 0.5, width() - 1, height() - 1), radius_, radius_);
+QImage DashedBox::draw(const QSize& pixels, double ratio) {
+    return painted(pixels, ratio, [this](QPainter& painter) {
+        QPen pen(color_, 1);
+        pen.setDashPattern({4, 4});
+        painter.setPen(pen);
+        painter.drawRoundedRect(QRectF(0.5, 0.5, width() - 1, height() - 1), radius_, radius_);
+    });
 }
 
 } // namespace settings

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "pixels/DrawnItem.h"
+
 #include <QColor>
-#include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace settings {
 
 /// A box of dashes with round corners. GUI thread.
-class DashedBox : public QQuickPaintedItem {
+class DashedBox : public lumora::DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor color MEMBER color_ NOTIFY changed)
@@ -15,10 +16,11 @@ class DashedBox : public QQuickPaintedItem {
 
   public:
     explicit DashedBox(QQuickItem* parent = nullptr);
-    void paint(QPainter* painter) override;
-
   signals:
     void changed();
+
+  protected:
+    QImage draw(const QSize& pixels, double ratio) override;
 
   private:
     QColor color_;

@@ -39,8 +39,7 @@ std::optional<TextOutline> elided(const platform::UIFont& font, const QString& t
 
 } // namespace
 
-FontTitle::FontTitle(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    setAntialiasing(true);
+FontTitle::FontTitle(QQuickItem* parent) : DrawnItem(parent) {
     connect(this, &FontTitle::changed, this, &FontTitle::layOutSoon);
     connect(this, &FontTitle::inViewChanged, this, [this] {
         if (due_) polish();
@@ -53,7 +52,7 @@ void FontTitle::setTitleFont(const QVariant& font) {
 }
 
 void FontTitle::geometryChange(const QRectF& geometry, const QRectF& former) {
-    QQuickPaintedItem::geometryChange(geometry, former);
+    DrawnItem::geometryChange(geometry, former);
     if (geometry.size() != former.size()) layOutSoon();
 }
 
@@ -67,7 +66,7 @@ void FontTitle::updatePolish() {
     if (!inView_ || !std::exchange(due_, false)) return;
     const bool wasDrawn = drawn();
     path_ = layOut();
-    update();
+    redraw();
     if (drawn() != wasDrawn) emit drawnChanged();
 }
 
@@ -84,9 +83,9 @@ QPainterPath FontTitle::layOut() const {
         .map(outline->path);
 }
 
-void FontTitle::paint(QPainter* painter) {
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->fillPath(path_, color_);
+QImage FontTitle::draw(const QSize& pixels, double ratio) {
+    if (path_.isEmpty()) return {};
+    return painted(pixels, ratio, [this](QPainter& painter) { painter.fillPath(path_, color_); });
 }
 
 } // namespace settings

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "pixels/DrawnItem.h"
 #include "platform/ui/UIFont.h"
 
 #include <QColor>
 #include <QPainterPath>
-#include <QQuickPaintedItem>
 #include <QString>
 #include <QVariant>
 
@@ -14,7 +14,7 @@ namespace settings {
 /// and below the item is cut off. A text that is too long is cut with an ellipsis. It stands at the right if it begins
 /// there, or if all is `mirrored`. The font is opened once the item is in view; `drawn` is true once there is something
 /// to see. The scale of the letters is a part of the font's own size. GUI thread.
-class FontTitle : public QQuickPaintedItem {
+class FontTitle : public lumora::DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text MEMBER text_ NOTIFY changed)
@@ -31,7 +31,6 @@ class FontTitle : public QQuickPaintedItem {
     [[nodiscard]] QVariant titleFont() const { return QVariant::fromValue(font_); }
     void setTitleFont(const QVariant& font);
     [[nodiscard]] bool drawn() const { return !path_.isEmpty(); }
-    void paint(QPainter* painter) override;
 
   signals:
     /// The text, its font, its colour, its side or its scale has changed.
@@ -40,6 +39,7 @@ class FontTitle : public QQuickPaintedItem {
     void drawnChanged();
 
   protected:
+    QImage draw(const QSize& pixels, double ratio) override;
     void updatePolish() override;
     void geometryChange(const QRectF& geometry, const QRectF& former) override;
 

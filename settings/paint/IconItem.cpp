@@ -8,20 +8,16 @@ void IconItem::setIcon(const QVariant& icon) {
     const auto image = icon.value<platform::UIImageRef>();
     if (icon_ == image) return;
     icon_ = image;
-    decodedScale_ = 0;
-    update();
+    redraw();
 }
 
-void IconItem::paint(QPainter* painter) {
-    if (!icon_) return;
-    const double scale = painter->device()->devicePixelRatioF();
-    if (scale != decodedScale_) {
-        const platform::Data& file = icon_->encoded(scale);
-        decoded_ = QImage::fromData(file.data(), static_cast<int>(file.size()));
-        decodedScale_ = scale;
-    }
-    painter->setRenderHint(QPainter::SmoothPixmapTransform);
-    painter->drawImage(boundingRect(), decoded_);
+QImage IconItem::draw(const QSize& pixels, double ratio) {
+    if (!icon_) return {};
+    return painted(pixels, ratio, [&](QPainter& painter) {
+        const platform::Data& file = icon_->encoded(ratio);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(boundingRect(), QImage::fromData(file.data(), static_cast<int>(file.size())));
+    });
 }
 
 } // namespace settings

@@ -1,15 +1,14 @@
 #pragma once
 
+#include "pixels/DrawnItem.h"
 #include "platform/ui/UIImage.h"
 
-#include <QImage>
-#include <QQuickPaintedItem>
 #include <QVariant>
 
 namespace settings {
 
 /// Draws an icon over the whole item, from its file for the screen's resolution. GUI thread.
-class IconItem : public QQuickPaintedItem {
+class IconItem : public lumora::DrawnItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QVariant icon READ icon WRITE setIcon REQUIRED)
@@ -18,12 +17,12 @@ class IconItem : public QQuickPaintedItem {
     /// Holds a platform::UIImageRef, of which QML knows nothing; null for none.
     [[nodiscard]] QVariant icon() const { return QVariant::fromValue(icon_); }
     void setIcon(const QVariant& icon);
-    void paint(QPainter* painter) override;
+
+  protected:
+    QImage draw(const QSize& pixels, double ratio) override;
 
   private:
     platform::UIImageRef icon_;
-    QImage decoded_;
-    double decodedScale_ = 0;
 };
 
 } // namespace settings

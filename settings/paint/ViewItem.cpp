@@ -1,10 +1,18 @@
 #include "settings/paint/ViewItem.h"
 
+#include "pixels/PixelNode.h"
 #include "settings/paint/ViewChange.h"
+
+#include <QPainter>
+#include <QQuickWindow>
 
 #include <utility>
 
 namespace settings {
+
+ViewItem::ViewItem(QQuickItem* parent) : QQuickItem(parent) {
+    setFlag(ItemHasContents);
+}
 
 void ViewItem::setPage(PageModel* page) {
     if (page_ == page) return;
@@ -17,20 +25,48 @@ void ViewItem::setPage(PageModel* page) {
 void ViewItem::takeView() {
     const PageModel* page = page_.data();
     const auto before = std::exchange(view_, page ? page->snapshot().view : nullptr);
-    const QRectF whole = boundingRect();
-    const QRectF area = (before && view_ ? changedArea(*before, *view_) : whole) & whole;
-    // An empty rectangle would mean the whole item, and be forgotten once one follows that is not empty.
-    if (!area.isEmpty()) update(area.toAlignedRect().adjusted(-1, -1, 1, 1));
+    redraw(before && view_ ? changedArea(*before, *view_) : boundingRect());
 }
 
-void ViewItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) {
-    QQuickPaintedItem::geometryChange(newGeometry, oldGeometry);
-    const QRectF whole = boundingRect();
-    if (newGeometry.size() != oldGeometry.size() && !whole.isEmpty()) update(whole.toAlignedRect());
+void ViewItem::redraw(const QRectF& area) {
+    if (area.isEmpty()) return;
+    stale_ |= area;
+    update();
 }
 
-void ViewItem::paint(QPainter* painter) {
-    if (view_) painter_.paint(*painter, *view_);
+QSGNode* ViewItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
+    if (node && stale_.isEmpty()) return node;
+    delete node; // which shares the picture, so that painting would copy it
+    draw(window()->effectiveDevicePixelRatio());
+    return lumora::showPixels(nullptr, *window(), {picture_, {}, {}}, size());
+}
+
+void ViewItem::draw(double ratio) {
+    const QSize pixels = (size() * ratio).toSize();
+    if (picture_.size() != pixels) {
+        picture_ = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+        stale_ = boundingRect();
+    }
+    const QRect area = QRectF(stale_.topLeft() * ratio, stale_.size() * ratio).toAlignedRect() & picture_.rect();
+    stale_ = {};
+    if (area.isEmpty()) return;
+    QPainter painter(&picture_);
+    painter.setClipRect(area);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(area, Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.scale(ratio, ratio);
+    if (view_) painter_.paint(painter, *view_);
+}
+
+void ViewItem::geometryChange(const QRectF& geometry, const QRectF& former) {
+    QQuickItem::geometryChange(geometry, former);
+    if (geometry.size() != former.size()) redraw(boundingRect());
+}
+
+void ViewItem::itemChange(ItemChange change, const ItemChangeData& data) {
+    QQuickItem::itemChange(change, data);
+    if (change == ItemDevicePixelRatioHasChanged) redraw(boundingRect());
 }
 
 } // namespace settings

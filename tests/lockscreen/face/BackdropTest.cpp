@@ -1,6 +1,6 @@
 #include "lockscreen/face/Backdrop.h"
 
-#include "tests/lockscreen/face/Pictures.h"
+#include "tests/pixels/Pictures.h"
 #include "tests/support/Waiting.h"
 
 #include <gtest/gtest.h>

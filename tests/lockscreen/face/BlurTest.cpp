@@ -1,6 +1,6 @@
 #include "lockscreen/face/Blur.h"
 
-#include "tests/lockscreen/face/Pictures.h"
+#include "tests/pixels/Pictures.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The face as it is used: by keys, and by fingers that do what nobody expects.
 
-#include "tests/lockscreen/face/Pictures.h"
 #include "tests/lockscreen/face/Tried.h"
+#include "tests/pixels/Pictures.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

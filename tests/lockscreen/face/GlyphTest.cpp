@@ -1,6 +1,7 @@
 #include "lockscreen/face/Glyph.h"
 
-#include "tests/lockscreen/face/Shown.h"
+#include "tests/pixels/Pictures.h"
+#include "tests/pixels/Shown.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

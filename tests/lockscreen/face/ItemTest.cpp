@@ -2,7 +2,8 @@
 #include "lockscreen/face/Frost.h"
 #include "lockscreen/face/PictureItem.h"
 #include "lockscreen/face/Plate.h"
-#include "tests/lockscreen/face/Shown.h"
+#include "tests/pixels/Pictures.h"
+#include "tests/pixels/Shown.h"
 
 #include <gtest/gtest.h>
 
@@ -29,10 +30,18 @@ using tests::varied;
 constexpr QSize kSize(120, 160);
 constexpr QRectF kWhole({}, kSize);
 
+/// Makes the backdrop of a window whose pixels are those of the picture.
+void makeFor(const Shown& shown, Backdrop& backdrop, const QImage& picture) {
+    const tests::PictureFolder folder;
+    const QSize points = shown.size() / shown.ratio();
+    if (const auto made = backdrop.make({folder.save(picture), points, shown.ratio()}); !made)
+        throw std::runtime_error(made.error());
+}
+
 /// A window with a picture that fills it.
 struct Pictured {
     explicit Pictured(bool soft = false) : sharp(varied(shown.size())) {
-        shown.make(backdrop, sharp);
+        makeFor(shown, backdrop, sharp);
         item.setBackdrop(&backdrop);
         item.setProperty("soft", soft);
         shown.add(item, kWhole);
@@ -63,7 +72,7 @@ TEST(PictureItem, ShowsNothingWithoutABackdrop) {
     Backdrop none;
     item.setBackdrop(&none);
     EXPECT_EQ(shown.picture(), flat(shown.size(), qRgb(255, 0, 0)));
-    shown.make(none, flat(shown.size(), qRgb(0, 9, 0)));
+    makeFor(shown, none, flat(shown.size(), qRgb(0, 9, 0)));
     EXPECT_EQ(shown.picture(), flat(shown.size(), qRgb(0, 9, 0)));
 }
 
@@ -71,7 +80,7 @@ TEST(PictureItem, FollowsTheBackdrop) {
     Pictured pictured;
     EXPECT_EQ(pictured.shown.picture(), pictured.sharp);
     const QImage next = varied(pictured.shown.size(), 3);
-    pictured.shown.make(pictured.backdrop, next);
+    makeFor(pictured.shown, pictured.backdrop, next);
     EXPECT_EQ(pictured.shown.picture(), next);
 }
 
@@ -79,7 +88,7 @@ TEST(PictureItem, OutlivesTheBackdrop) {
     Shown shown(kSize);
     PictureItem item;
     auto backdrop = std::make_unique<Backdrop>();
-    shown.make(*backdrop, varied(shown.size()));
+    makeFor(shown, *backdrop, varied(shown.size()));
     item.setBackdrop(backdrop.get());
     shown.add(item, kWhole);
     EXPECT_EQ(shown.picture(), varied(shown.size()));
@@ -170,7 +179,7 @@ TEST(PictureItem, ComesBackAfterItWasHidden) {
 /// A window with a frosted pane, at a place that is a whole number of pixels.
 struct Frosted {
     explicit Frosted(const QPointF& place = kPane.topLeft()) {
-        shown.make(backdrop, varied(shown.size()));
+        makeFor(shown, backdrop, varied(shown.size()));
         frost.setBackdrop(&backdrop);
         frost.setProperty("radius", 12.0);
         frost.setProperty("place", place);
@@ -217,7 +226,7 @@ TEST(Frost, HasRoundCorners) {
 
 TEST(Frost, HasARimThatIsBrighterAtTheTop) {
     Frosted frosted;
-    frosted.shown.make(frosted.backdrop, flat(frosted.shown.size(), qRgb(60, 60, 60)));
+    makeFor(frosted.shown, frosted.backdrop, flat(frosted.shown.size(), qRgb(60, 60, 60)));
     const QImage picture = frosted.shown.picture();
     const QRect pane = frosted.shown.pixels(Frosted::kPane);
     const int middle = pane.center().x();
@@ -231,7 +240,7 @@ TEST(Frost, HasARimThatIsBrighterAtTheTop) {
 TEST(Frost, FollowsTheBackdrop) {
     Frosted frosted;
     const QImage before = frosted.shown.picture();
-    frosted.shown.make(frosted.backdrop, flat(frosted.shown.size(), qRgb(0, 0, 200)));
+    makeFor(frosted.shown, frosted.backdrop, flat(frosted.shown.size(), qRgb(0, 0, 200)));
     EXPECT_EQ(frosted.shown.picture().pixel(frosted.inside().center()), qRgb(0, 0, 200));
     EXPECT_NE(before.pixel(frosted.inside().center()), qRgb(0, 0, 200));
 }

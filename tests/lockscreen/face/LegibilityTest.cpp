@@ -4,8 +4,8 @@
 #include "lockscreen/Luminance.h"
 #include "lockscreen/RoleColors.h"
 #include "lockscreen/face/FontWidths.h"
-#include "tests/lockscreen/face/Pictures.h"
 #include "tests/lockscreen/face/Scenery.h"
+#include "tests/pixels/Pictures.h"
 
 #include <algorithm>
 #include <array>

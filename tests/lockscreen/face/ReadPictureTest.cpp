@@ -1,7 +1,7 @@
 #include "lockscreen/face/ReadPicture.h"
 
 #include "lockscreen/face/MeasureLuminance.h"
-#include "tests/lockscreen/face/Pictures.h"
+#include "tests/pixels/Pictures.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "lockscreen/face/DrawnItem.h"
-
-#include "tests/lockscreen/face/Shown.h"
+#include "pixels/DrawnItem.h"
+#include "tests/pixels/Pictures.h"
+#include "tests/pixels/Shown.h"
 
 #include <gtest/gtest.h>
 

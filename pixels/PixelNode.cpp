@@ -1,4 +1,4 @@
-#include "lockscreen/face/PixelNode.h"
+#include "pixels/PixelNode.h"
 
 #include <QPainter>
 #include <QQuickWindow>

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "lockscreen/face/Backdrop.h"
-#include "tests/lockscreen/face/Pictures.h"
-
+#include <QImage>
 #include <QQuickItem>
 #include <QQuickWindow>
 
@@ -32,12 +30,6 @@ class Shown {
     [[nodiscard]] double ratio() const { return window_.devicePixelRatio(); }
     [[nodiscard]] QRect pixels(const QRectF& part) const {
         return QRectF(part.topLeft() * ratio(), part.size() * ratio()).toRect();
-    }
-    /// Makes the backdrop of a window whose pixels are those of the picture.
-    void make(lumora::Backdrop& backdrop, const QImage& picture) {
-        const PictureFolder folder;
-        if (const auto made = backdrop.make({folder.save(picture), window_.size(), ratio()}); !made)
-            throw std::runtime_error(made.error());
     }
     [[nodiscard]] QSize size() const { return window_.size() * ratio(); }
 

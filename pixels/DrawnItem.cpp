@@ -1,6 +1,6 @@
-#include "lockscreen/face/DrawnItem.h"
+#include "pixels/DrawnItem.h"
 
-#include "lockscreen/face/PixelNode.h"
+#include "pixels/PixelNode.h"
 
 #include <QPainter>
 #include <QQuickWindow>
