@@ -21,4 +21,11 @@ void addVersion(CLI::App& app, const std::string& name) {
     app.set_version_flag("--version", name + " " LUMORA_VERSION);
 }
 
+void addRenderer(CLI::App& app, std::string& renderer) {
+    app.add_option("--renderer", renderer,
+                   "What draws: the processor or a GPU; auto is software unless QT_QUICK_BACKEND says otherwise")
+        ->type_name("auto|software|gpu")
+        ->check(CLI::IsMember({"auto", "software", "gpu"}));
+}
+
 } // namespace programs

@@ -18,6 +18,8 @@ inline constexpr int kWrongUse = 2; ///< an exit code
 
 /// The options that all programs with a window share.
 void addVersion(CLI::App& app, const std::string& name);
+/// "auto", "software" or "gpu", for prepareDrawing().
+void addRenderer(CLI::App& app, std::string& renderer);
 template<class Path>
 void addRoot(CLI::App& app, Path& root) {
     app.add_option("--root", root, "The folder that stands for the device's \"/\"")->type_name("DIR");

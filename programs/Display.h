@@ -2,6 +2,9 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
+
+class QQuickWindow;
 
 namespace programs {
 
@@ -11,6 +14,10 @@ namespace programs {
                                      std::optional<std::filesystem::path>& tour, const char* folder);
 
 /// Chooses how the toolkit draws, wherever the user has left it open. Before the QGuiApplication is made.
-void prepareDrawing(bool picturesOnly);
+/// `renderer` is the word of addRenderer().
+void prepareDrawing(bool picturesOnly, const std::string& renderer);
+
+/// Has the program say so and fail where the renderer cannot draw the window, as on a GPU that is not there.
+void failWithoutRenderer(QQuickWindow& window);
 
 } // namespace programs

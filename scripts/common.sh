@@ -13,7 +13,7 @@ build_packages=(g++ cmake ninja-build pkg-config python3 libglib2.0-dev libicu-d
   qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtquick-controls
   qml6-module-qtqml-workerscript qml6-module-qtquick-dialogs qml6-module-qtquick-layouts
   qml6-module-qt-labs-folderlistmodel fonts-inter fonts-dejavu-core)
-test_packages=(make binutils gobjc libgnustep-base-dev libgtest-dev libgmock-dev libplist-dev xvfb xauth xdotool weston qt6-wayland-dev qt6-wayland-dev-tools
+test_packages=(make binutils gobjc libgnustep-base-dev libgtest-dev libgmock-dev libplist-dev xvfb xauth xdotool weston sway grim qt6-wayland-dev qt6-wayland-dev-tools
   dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-pyatspi python3-fonttools qml6-module-qttest msmtp
   python3-aiosmtpd x11-xkb-utils desktop-file-utils appstream systemd man-db fish zsh
   locales fontconfig fonts-noto-color-emoji fonts-ddc-uchen fonts-tlwg-loma-ttf)

@@ -115,6 +115,7 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     state->excludes(grab, tour);
     grab->excludes(tour);
     app.add_flag("--log", options.log, "Print a line for each gesture and what comes of it; digits are dots");
+    programs::addRenderer(app, options.renderer);
     app.footer(kGestures);
     exitCode = programs::parse(app, argc, argv);
     if (exitCode) return options;

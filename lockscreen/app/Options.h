@@ -24,6 +24,7 @@ struct Options {
     std::optional<std::filesystem::path> tour;
     std::optional<std::string> scenes; ///< a file of them, for the tour
     bool log = false;                  ///< of gestures and outcomes, on standard output
+    std::string renderer = "auto";     ///< as programs::addRenderer() has it
 };
 
 /// Reads the command line. For --help, --version and wrong use, where nothing is left to do, prints the answer and sets

@@ -64,6 +64,7 @@ int openWindow(const Options& options, const Inputs& inputs) {
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/LumoraFace/FaceWindow.qml")));
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return programs::complain("the window's own files cannot be loaded");
+    programs::failWithoutRenderer(*window);
     programs::closeAtSigterm(*window);
     const auto* desktop = new programs::DesktopLook(window);
     QObject::connect(desktop, &programs::DesktopLook::darkChosen, window,
@@ -87,7 +88,7 @@ int openWindow(const Options& options, const Inputs& inputs) {
 int showWindow(int argc, char** argv, const Options& asked, const Inputs& inputs) {
     Options options = asked;
     const bool picturesOnly = programs::savesPicturesOnly(options.grab, options.tour, "lumora-lockscreen-tour");
-    programs::prepareDrawing(picturesOnly);
+    programs::prepareDrawing(picturesOnly, options.renderer);
     if (picturesOnly) platform::PicturePatience::makeEndless();
     new QGuiApplication(argc, argv);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Lumora"));

@@ -5,6 +5,8 @@
 #include "lockscreen/app/Playing.h"
 #include "lockscreen/face/LiveFace.h"
 
+#include "programs/Display.h"
+
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QQmlComponent>
@@ -41,6 +43,7 @@ Result<Taken> Studio::take(const Options& options, const Inputs& inputs, const p
     now = played.value();
 
     QQuickWindow window;
+    programs::failWithoutRenderer(window);
     const platform::CGSize& size = options.phone.size;
     window.resize(static_cast<int>(size.width), static_cast<int>(size.height));
     QQmlComponent component(&engine_, QUrl(QStringLiteral("qrc:/qt/qml/LumoraFace/Face.qml")));

@@ -9,9 +9,10 @@ _lumora_lockscreen() {
         --wallpaper) mapfile -t COMPREPLY < <(compgen -f -W 'dusk day night' -- "$word") ;;
         --surface) mapfile -t COMPREPLY < <(compgen -W 'N A V P O' -- "$word") ;;
         --size | --passcode | --time | --battery | --text-size | --idle) ;;
+        --renderer) mapfile -t COMPREPLY < <(compgen -W 'auto software gpu' -- "$word") ;;
         *)
             mapfile -t COMPREPLY < <(compgen -W '--root --landscape --size --passcode --wallpaper --surface --time --battery
-                --text-size --play --idle --settings --state --grab --tour --scenes --log --help --version' -- "$word")
+                --text-size --play --idle --settings --state --grab --tour --scenes --log --renderer --help --version' -- "$word")
             ;;
     esac
 }

@@ -13,9 +13,10 @@ _lumora_settings() {
         --contrast) mapfile -t COMPREPLY < <(compgen -W 'more normal' -- "$word") ;;
         --columns) mapfile -t COMPREPLY < <(compgen -W '1 2' -- "$word") ;;
         --search | --timeout | --text-size | --size) ;;
+        --renderer) mapfile -t COMPREPLY < <(compgen -W 'auto software gpu' -- "$word") ;;
         *)
             mapfile -t COMPREPLY < <(compgen -W '--root --bundle --page --grab --tour --lockscreen --rows --index --search --profile --history --timeout
-                --verbose --light --dark --contrast --text-size --columns --size --help --version' -- "$word")
+                --verbose --light --dark --contrast --text-size --columns --size --renderer --help --version' -- "$word")
             ;;
     esac
 }

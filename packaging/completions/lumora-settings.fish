@@ -25,3 +25,4 @@ complete -c lumora-settings -l contrast -x -a 'more normal' -d 'How much texts s
 complete -c lumora-settings -l text-size -x -d 'How large texts are, 100 as usual'
 complete -c lumora-settings -l columns -x -a '1 2' -d 'How many columns a wide window has'
 complete -c lumora-settings -l size -x -d 'The size of the window'
+complete -c lumora-settings -l renderer -x -a 'auto software gpu' -d 'What draws'

@@ -112,7 +112,7 @@ Panes* makePanes(const Options& options, bool picturesOnly, QObject* parent) {
 int runApplication(int argc, char** argv, const Options& asked) {
     Options options = asked;
     const bool picturesOnly = programs::savesPicturesOnly(options.grab, options.tour, "lumora-tour");
-    programs::prepareDrawing(picturesOnly);
+    programs::prepareDrawing(picturesOnly, options.renderer);
     if (picturesOnly) platform::PicturePatience::makeEndless();
 
     // None of these is ever destroyed: the main thread reports to the shell until the process ends, and where
@@ -198,6 +198,7 @@ int runApplication(int argc, char** argv, const Options& asked) {
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Lumora/Main.qml")));
     auto* window = engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (!window) return complain("the window's own files cannot be loaded");
+    programs::failWithoutRenderer(*window);
     if (oneWindow) {
         attend(*window, shell, *oneWindow, keepsSize, panes);
         searched->awaitRest(*window);

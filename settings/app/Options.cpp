@@ -76,6 +76,7 @@ Options readOptions(int argc, char** argv, std::optional<int>& exitCode) {
     app.add_option("--size", size, "The window's size (default: as it was closed last, at first as the screen allows)")
         ->type_name("WxH")
         ->check(programs::isSize);
+    programs::addRenderer(app, options.renderer);
     app.footer("Exit codes: 0 done, 1 failed, 2 wrong use.");
     exitCode = programs::parse(app, argc, argv);
     if (exitCode) return options;

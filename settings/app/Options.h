@@ -28,6 +28,7 @@ struct Options {
     std::optional<int> columns;           ///< 1, or 2 where there is room
     std::optional<int> textSize;          ///< in percent
     std::optional<platform::CGSize> size; ///< of the window, in points
+    std::string renderer = "auto";        ///< as programs::addRenderer() has it
 };
 
 /// The window's size unless another one is asked for or kept, in points.

@@ -16,6 +16,9 @@ Window {
     property bool marksChanges: false // has a dot at each changed row
     // Where the page on top stands, in the window.
     readonly property rect pageArea: Qt.rect(stack.x + stack.shownArea.x, stack.y, stack.shownArea.width, stack.height)
+    // Covered at the end of the window by a keyboard on the screen, where the display makes the window no lower for it.
+    readonly property rect keyboard: InputMethod.visible ? InputMethod.keyboardRectangle : Qt.rect(0, 0, 0, 0)
+    readonly property real coveredHeight: keyboard.bottom < height ? 0 : Math.min(height - keyboard.top, height - stack.y)
     // Of a view that a page hosts.
     readonly property size viewSize: Qt.size(stack.viewWidth, stack.height)
 
@@ -258,7 +261,7 @@ Window {
     PageStack {
         id: stack
 
-        anchors { fill: parent; topMargin: bar.height + notice.height; rightMargin: lockScreenPlace.width }
+        anchors { fill: parent; topMargin: bar.height + notice.height; rightMargin: lockScreenPlace.width; bottomMargin: window.coveredHeight }
         enabled: !window.shell.waiting && !window.covered && (two || !searchPlace.open)
         listEnabled: !searchPlace.open
         focus: true
@@ -326,7 +329,7 @@ Window {
     SearchPlace {
         id: searchPlace
 
-        anchors { left: bar.left; right: bar.right; top: parent.top; bottom: parent.bottom }
+        anchors { left: bar.left; right: bar.right; top: parent.top; bottom: stack.bottom }
         barHeight: bar.height
         barEnd: stack.two ? 0 : columns.trailing
         search: window.search
@@ -384,7 +387,7 @@ Window {
     Loader {
         id: sheet
 
-        anchors { fill: parent; rightMargin: lockScreenPlace.width }
+        anchors { fill: parent; rightMargin: lockScreenPlace.width; bottomMargin: window.coveredHeight }
     }
     PassingNotice {
         id: passing

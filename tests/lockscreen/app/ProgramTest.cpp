@@ -251,6 +251,7 @@ TEST_F(LockScreen, SaysWhatIsWrongWithItsUse) {
         {{"--state", "--settings", file("bare.json", R"({"lumora": 1})")}, "bare.json: it has no \"settings\""},
         {{"--state", "--settings", settings, "--play", file("bad", "tap\nhop\n")}, "bad, line 2: no gesture begins so"},
         {{"--state", "--text-size", "20"}, "--text-size"},
+        {{"--state", "--renderer", "fast"}, "--renderer"},
         {{"--dance"}, "--dance"},
         {{"leftover"}, "leftover"},
     };
@@ -308,7 +309,7 @@ TEST_F(LockScreen, TellsItsVersionAndItsUse) {
     EXPECT_EQ(help.status, 0);
     for (const char* option : {"--root", "--landscape", "--size", "--passcode", "--wallpaper", "--surface", "--time",
                                "--battery", "--text-size", "--idle", "--play", "--state", "--grab", "--tour",
-                               "--scenes", "--settings", "--log", "tap icons[2]"})
+                               "--scenes", "--settings", "--log", "--renderer", "tap icons[2]"})
         EXPECT_THAT(help.output, HasSubstr(option));
 }
 

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QTimer>
 #include <QWaylandBufferRef>
+#include <QWaylandClient>
 #include <QWaylandInputMethodControl>
 #include <QWaylandOutputMode>
 #include <QWaylandSurface>
@@ -11,6 +12,11 @@
 #include <QWaylandXdgSurface>
 
 #include <gtest/gtest.h>
+
+#include <wayland-server-core.h>
+
+#include <cstdint>
+#include <string_view>
 
 namespace tests {
 
@@ -117,6 +123,22 @@ void Phone::write(const QString& text) {
 
 bool Phone::wantsKeyboard() {
     return item_.surface()->inputMethodControl()->property("enabled").toBool(); // its own function is not exported
+}
+
+void Phone::cover(QRect keyboard) {
+    // The display's library tells only of a keyboard that it shows itself.
+    wl_client_for_each_resource(
+        item_.surface()->client()->client(),
+        [](wl_resource* resource, void* place) {
+            constexpr std::uint32_t kPanelState = 2; // the number of the event input_panel_state
+            const auto& at = *static_cast<const QRect*>(place);
+            if (std::string_view(wl_resource_get_class(resource)) == "zwp_text_input_v2")
+                wl_resource_post_event(resource, kPanelState, at.isEmpty() ? 0 : 1, at.x(), at.y(), at.width(),
+                                       at.height());
+            return WL_ITERATOR_CONTINUE;
+        },
+        &keyboard);
+    wl_display_flush_clients(compositor_.display());
 }
 
 void Phone::turn(QSize size) {

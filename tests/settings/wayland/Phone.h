@@ -50,6 +50,8 @@ class Phone {
     void write(const QString& text);
     /// Whether the keyboard on the screen is wanted.
     [[nodiscard]] bool wantsKeyboard();
+    /// Has the keyboard on the screen cover that part of the window, which keeps its size; an empty one hides it.
+    void cover(QRect keyboard);
     /// Turns the phone on its side, or back.
     void turn(QSize size);
 

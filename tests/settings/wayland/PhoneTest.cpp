@@ -166,6 +166,26 @@ TEST_F(PhoneTest, TakesWhatIsTypedOnTheScreen) {
     EXPECT_THAT(changes(1), ElementsAre(change("kLSDateSubtitle", "Hé")));
 }
 
+TEST_F(PhoneTest, ShowsWhatIsTypedIntoAboveAKeyboardThatCoversTheWindow) {
+    Phone phone({"--page", "LSDateViewSettings"});
+    constexpr QRect kHint(40, 600, 120, 34); // beside the caret
+    const QImage hint = phone.picture().copy(kHint);
+    const auto showsHintAt = [&](int y) { return phone.picture().copy({{kHint.x(), y}, kHint.size()}) == hint; };
+    phone.tap({195, 617});
+    Phone::await([&] { return phone.wantsKeyboard(); }, "the wish for a keyboard");
+    constexpr int kTop = 520;
+    phone.cover({0, kTop, 390, 844 - kTop});
+    const auto showsHintAbove = [&] {
+        int y = 0;
+        while (y + kHint.height() <= kTop && !showsHintAt(y))
+            ++y;
+        return y + kHint.height() <= kTop;
+    };
+    Phone::await(showsHintAbove, "the field above the keyboard");
+    phone.cover({});
+    Phone::await([&] { return showsHintAt(kHint.y()); }, "the field at its former place");
+}
+
 TEST_F(PhoneTest, IsTheSameAfterItWasTurnedAndTurnedBack) {
     Phone phone({"--page", "LSDateViewSettings"});
     const QImage before = phone.picture().copy();

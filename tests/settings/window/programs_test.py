@@ -4,6 +4,7 @@
     PYTHONPATH=tests tests/settings/window/programs_test.py [-v] BUILD
 """
 import os
+import re
 import resource
 import struct
 import unittest
@@ -119,6 +120,7 @@ class ProgramsTest(Windows):
         for options in (["--nonsense"], ["--size", "0x0"], ["--size", "wide"], ["--light", "--dark"],
                         ["--grab", "a.png", "--rows", "X"], ["--timeout", "0"], ["stray"],
                         ["--text-size", "49"], ["--text-size", "301"], ["--text-size", "large"], ["--contrast", "little"],
+                        ["--renderer", "fast"],
                         ["--rows", "\udcff"], ["--page", "\udcff"]):  # bytes that are no UTF-8
             self.settings(*options, status=2)
         self.settings("--help", status=0)
@@ -186,6 +188,21 @@ class ProgramsTest(Windows):
         with SlowDisplay(self.display.name, 1.5) as slow:
             pictures = [self.picture(DISPLAY=display, QT_XCB_NO_MITSHM="1") for display in (self.display.name, slow)]
         self.assertEqual(pictures[0], pictures[1], f"{len(pictures[0])} and {len(pictures[1])} bytes")
+
+    def test_draws_by_the_renderer_that_is_asked_for(self):
+        self.start_tweak()
+        software, gpu = "Loading backend software", "Using QRhi with backend OpenGL"
+        for name in ("lumora-settings", "lumora-lockscreen"):
+            command = program(name), "--root", ROOT, "--grab", self.folder + "/a.png"
+            for options, before, renderer in (([], None, software), ([], "rhi", gpu), (["--renderer=auto"], "rhi", gpu),
+                                              (["--renderer=software"], "rhi", software),
+                                              (["--renderer=gpu"], "software", gpu)):
+                environment = {**self.environment, "QSG_INFO": "1", **({"QT_QUICK_BACKEND": before} if before else {})}
+                said = self.run_program(*command, *options, env=environment, status=0).stderr
+                self.assertEqual([renderer], re.findall(f"{software}|{gpu}", said), (name, options, before))
+            without_display = self.run_program(*command, "--renderer=gpu", status=1,
+                                               env={**self.environment, "DISPLAY": ""})
+            self.assertIn(f"{name}: the renderer cannot draw: ", without_display.stderr)
 
     def test_draws_texts_in_the_size_that_is_asked_for(self):
         self.start_tweak()

@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""The window on a Wayland display: that of weston, which draws into memory.
+"""The window on Wayland displays that draw into memory: that of weston, and that of sway.
 
     PYTHONPATH=tests tests/settings/window/wayland_test.py [-v] BUILD
 
-Needs weston and GdkPixbuf.
+Needs weston, sway, grim and GdkPixbuf.
 """
 import os
 import shutil
@@ -16,7 +16,8 @@ import gi
 gi.require_version("GdkPixbuf", "2.0")
 from gi.repository import GdkPixbuf
 
-from harness.display import BAR
+from everything_pages import PAGES, VIEWS
+from harness.display import BAR, HEIGHT, WIDTH
 from harness.programs import Programs, program
 from harness.waiting import LONG_ENOUGH, eventually
 
@@ -33,39 +34,34 @@ def lines_of(picture):
         yield bytes(colours)
 
 
-class WaylandTest(Programs):
+class OnWayland:
+    """What both displays show. Neither has a keyboard, a pointer or a finger."""
+
     def setUp(self):
         super().setUp()
         # The path of a socket is short.
         self.runtime = tempfile.mkdtemp(prefix="wayland-")
         self.addCleanup(shutil.rmtree, self.runtime, True)
-        self.environment |= {"XDG_RUNTIME_DIR": self.runtime, "WAYLAND_DISPLAY": "lumora"}
+        self.environment |= {"XDG_RUNTIME_DIR": self.runtime, "WAYLAND_DISPLAY": "wayland-1"}
         del self.environment["DISPLAY"]
         self.start_tweak()
 
-    def start_weston(self, scale=1):
-        """A screen without a seat: no keyboard, no pointer, no finger."""
-        weston = self.start("weston", "--backend=headless-backend.so", "--use-pixman", f"--width={500 * scale}",
-                            f"--height={1000 * scale}", f"--scale={scale}", "--socket=lumora", "--idle-time=0",
-                            "--no-config", "--debug", stderr=subprocess.DEVNULL)
-        eventually(lambda: os.path.exists(self.runtime + "/lumora"), "the display")
-        return weston
+    def open_window(self, *options):
+        return self.start(program("lumora-settings"), "--root", self.root, "--light", "--size", f"{WIDTH}x{HEIGHT}",
+                          *options, stderr=subprocess.PIPE)
 
-    def open_window(self):
-        return self.start(program("lumora-settings"), "--root", self.root, "--light", "--size", "390x844",
-                          stderr=subprocess.PIPE)
-
-    def expect_page(self, window, scale=1):
-        self.settings("--light", "--grab", self.folder + "/page.png", status=0, DISPLAY="", WAYLAND_DISPLAY="",
-                      QT_SCALE_FACTOR=str(scale))
-        # The bar of a window has a sign more, for search.
+    def expect_page(self, window, *options, scale=1, size=(WIDTH, HEIGHT)):
+        self.settings("--light", "--grab", self.folder + "/page.png", "--size", f"{size[0]}x{size[1]}", *options,
+                      status=0, DISPLAY="", WAYLAND_DISPLAY="", QT_SCALE_FACTOR=str(scale))
+        # The bar of a window has a sign more, for search or the way back.
         page = list(lines_of(self.folder + "/page.png"))[BAR * scale:]
-        eventually(lambda: self.shows(page) or self.assertIsNone(window.poll(), window.lines.text), "the page")
+        eventually(lambda: self.shows(page) or self.assertIsNone(window.poll(), window.lines.text),
+                   " ".join(("the page", *options)))
 
     def screen(self):
         """The lines of what is on it now."""
         with tempfile.TemporaryDirectory(dir=self.folder) as folder:
-            self.run_program("weston-screenshooter", cwd=folder, status=0)
+            self.run_program(*self.shooter, cwd=folder, status=0)
             return list(lines_of(*Path(folder).iterdir()))
 
     def shows(self, picture):
@@ -78,28 +74,70 @@ class WaylandTest(Programs):
                 return top + len(picture) <= len(screen)
         return False
 
-    def test_shows_the_page_where_there_is_nothing_to_type_or_point_with(self):
-        self.start_weston()
-        window = self.open_window()
-        self.expect_page(window)
-        self.end(window)
+    def test_shows_every_page_where_there_is_nothing_to_type_or_point_with(self):
+        self.start_display()
+        for page in sorted({*PAGES, *VIEWS} - {"NotesPage", "WeatherPage"}):  # which their rows alone open
+            window = self.open_window("--page", page)
+            self.expect_page(window, "--page", page)
+            self.end(window)
 
     def test_draws_as_many_pixels_as_the_screen_has(self):
         for scale in (2, 3):
             with self.subTest(scale=scale):
-                weston = self.start_weston(scale)
+                display = self.start_display(scale)
                 window = self.open_window()
-                self.expect_page(window, scale)
+                self.expect_page(window, scale=scale)
                 self.end(window)
-                self.end(weston)
+                self.end(display)
 
     def test_ends_and_says_why_when_the_display_goes(self):
-        weston = self.start_weston()
+        display = self.start_display()
         window = self.open_window()
         self.expect_page(window)
-        weston.kill()
+        display.kill()
         self.assertNotEqual(window.wait(LONG_ENOUGH), 0)
         self.assertIn("Wayland", window.lines.whole())
+
+
+class WestonTest(OnWayland, Programs):
+    shooter = ["weston-screenshooter"]
+
+    def start_display(self, scale=1):
+        weston = self.start("weston", "--backend=headless-backend.so", "--use-pixman", f"--width={500 * scale}",
+                            f"--height={1000 * scale}", f"--scale={scale}", "--socket=wayland-1", "--idle-time=0",
+                            "--no-config", "--debug", stderr=subprocess.DEVNULL)
+        eventually(lambda: os.path.exists(self.runtime + "/wayland-1"), "the display")
+        return weston
+
+
+class SwayTest(OnWayland, Programs):
+    """Gives a window all of its screen."""
+
+    shooter = ["grim", "screen.png"]
+
+    def start_display(self, scale=1):
+        self.environment["SWAYSOCK"] = self.runtime + "/sway"
+        options = {}
+        if os.geteuid() == 0:  # as whom it refuses to run
+            options = {"user": "nobody", "group": "nogroup", "extra_groups": []}
+            shutil.chown(self.runtime, "nobody", "nogroup")
+        sway = self.start("sway", "--config", "/dev/null", stderr=subprocess.DEVNULL, **options, env={
+            **self.environment, "WLR_BACKENDS": "headless", "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1"})
+        eventually(lambda: os.path.exists(self.runtime + "/sway"), "the display")
+        self.tell(f"output * mode {WIDTH * scale}x{HEIGHT * scale} scale {scale}")
+        self.tell("default_border none")
+        return sway
+
+    def tell(self, command):
+        self.run_program("swaymsg", command, status=0)
+
+    def test_lays_the_page_out_anew_when_the_screen_is_turned(self):
+        self.start_display()
+        window = self.open_window("--page", "LSDateViewSettings")
+        self.expect_page(window, "--page", "LSDateViewSettings")
+        for turn, size in (("90", (HEIGHT, WIDTH)), ("normal", (WIDTH, HEIGHT))):
+            self.tell(f"output * transform {turn}")
+            self.expect_page(window, "--page", "LSDateViewSettings", size=size)
 
 
 if __name__ == "__main__":
