@@ -36,7 +36,7 @@ std::optional<std::string> ownText(const fs::path& path) {
     if (!file || file.size() > kLargestIndex || ::fstat(file.descriptor(), &facts) != 0 ||
         facts.st_uid != ::geteuid() || (facts.st_mode & (S_IWGRP | S_IWOTH)) != 0)
         return std::nullopt;
-    std::string text(file.size(), '\0');
+    std::string text(static_cast<std::size_t>(file.size()), '\0');
     return file.read(0, text.data(), text.size()) ? std::optional(std::move(text)) : std::nullopt;
 }
 

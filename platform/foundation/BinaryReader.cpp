@@ -34,10 +34,10 @@ bool BinaryReader::readTrailer() {
     if (objectCount > std::numeric_limits<std::uint32_t>::max() / 2) return fail("too many objects");
     if (root >= objectCount) return fail("there is no root object");
 
-    objectCount_ = objectCount;
-    root_ = root;
+    objectCount_ = static_cast<std::size_t>(objectCount);
+    root_ = static_cast<std::size_t>(root);
     objectsEnd_ = bytes_.data() + tableOffset;
-    room_ = tableOffset - magic.size();
+    room_ = static_cast<std::size_t>(tableOffset) - magic.size();
     return true;
 }
 
@@ -119,8 +119,8 @@ bool BinaryReader::readAny(const std::uint8_t* at, BinaryObject& object) {
     if (unitSize == 1 ? count > remaining : count > remaining / unitSize)
         return fail("a count is larger than the bytes that remain");
     object.contents = at;
-    object.count = count;
-    object.contentsSize = count * unitSize;
+    object.count = static_cast<std::size_t>(count);
+    object.contentsSize = object.count * unitSize;
     return true;
 }
 

@@ -3,6 +3,8 @@
 #include "platform/foundation/Result.h"
 #include "platform/foundation/Value.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -66,7 +68,7 @@ class BinaryReader {
         const std::uint8_t* at = find(reference);
         if (at == nullptr) return false;
         if ((*at & 0xFEU) != 0x80 || !isBeforeTable(at, 3)) return readAnyUid(at, uid);
-        uid = *at == 0x80 ? at[1] : bigEndian(at + 1, 2);
+        uid = *at == 0x80 ? at[1] : static_cast<std::size_t>(bigEndian(at + 1, 2));
         return true;
     }
     /// Whether a text's contents are sound. Takes time in proportion to their length, so charge for them first.
@@ -88,7 +90,9 @@ class BinaryReader {
     /// References to a list's entries, and to a dictionary's keys and values; index < count.
     [[nodiscard]] std::size_t entry(const BinaryObject& list, std::size_t index) {
         ++visits_;
-        return numberIn(list.contents, index, referenceSize_);
+        // Where a size has 32 bits, a larger reference must not become that of another object.
+        return static_cast<std::size_t>(
+            std::min<std::uint64_t>(numberIn(list.contents, index, referenceSize_), SIZE_MAX));
     }
     [[nodiscard]] std::size_t key(const BinaryObject& dictionary, std::size_t index) {
         return entry(dictionary, index);

@@ -141,7 +141,7 @@ class KeptVerdicts {
         if (!file || ::fstat(file.descriptor(), &facts) != 0 || facts.st_uid != ::geteuid() ||
             (facts.st_mode & 0077) != 0 || file.size() > kLargest)
             return {};
-        std::string bytes(file.size(), '\0');
+        std::string bytes(static_cast<std::size_t>(file.size()), '\0');
         return file.read(0, bytes.data(), bytes.size()) ? bytes : std::string();
     }
 

@@ -72,7 +72,7 @@ std::optional<std::uint64_t> RegularFile::writeTo(const FileDescriptor& file) co
     char some[1 << 15];
     std::uint64_t done = 0;
     while (done < size_) {
-        const std::size_t most = std::min<std::uint64_t>(sizeof some, size_ - done);
+        const auto most = static_cast<std::size_t>(std::min<std::uint64_t>(sizeof some, size_ - done));
         const ssize_t count = ::pread(descriptor(), some, most, static_cast<off_t>(done));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0 || !file.write(some, static_cast<std::size_t>(count))) return std::nullopt;

@@ -230,7 +230,7 @@ bool Dictionary::remove(std::string_view key) {
     const std::size_t place = placeOf(key);
     if (place == size() || inKeyOrder(place).first != key) return false;
     const std::uint32_t position = byKey_[place];
-    entries_.erase(entries_.begin() + position);
+    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(position));
     byKey_.erase(byKey_.begin() + static_cast<std::ptrdiff_t>(place));
     for (std::uint32_t& later : byKey_)
         if (later > position) --later;

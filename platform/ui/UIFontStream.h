@@ -6,6 +6,8 @@
 #include FT_FREETYPE_H
 
 #include <algorithm>
+#include <climits>
+#include <cstdint>
 #include <filesystem>
 
 namespace platform {
@@ -20,12 +22,12 @@ namespace platform {
 class UIFontStream {
   public:
     explicit UIFontStream(const std::filesystem::path& path) : file_(path) {
-        stream_.size = file_.size();
+        stream_.size = static_cast<unsigned long>(std::min<std::uint64_t>(file_.size(), ULONG_MAX));
         stream_.descriptor.pointer = &file_;
         stream_.read = [](FT_Stream stream, unsigned long offset, unsigned char* into, unsigned long count) {
             const auto& file = *static_cast<const RegularFile*>(stream->descriptor.pointer);
-            if (offset > file.size()) return count == 0 ? 1UL : 0UL; // for no bytes, the result is an error code
-            count = std::min(count, static_cast<unsigned long>(file.size()) - offset);
+            if (offset > stream->size) return count == 0 ? 1UL : 0UL; // for no bytes, the result is an error code
+            count = std::min(count, stream->size - offset);
             return count > 0 && file.read(offset, into, count) ? count : 0UL;
         };
     }

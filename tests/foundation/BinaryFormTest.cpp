@@ -206,6 +206,12 @@ TEST(BinaryForm, TellsHowManyReferencesItFollowed) {
     EXPECT_EQ(visits, 0U) << "which the other form has none of";
 }
 
+TEST(BinaryForm, HasNoReferenceThatCountsOnlyByItsLowerHalf) {
+    const auto list = [](int upper) { return RawList(8).add({0xA1, 0, 0, 0, upper, 0, 0, 0, 1}).add("entry"); };
+    EXPECT_EQ(readPropertyList(list(0).bytes()).value(), Value(List{"entry"}));
+    EXPECT_EQ(refusal(list(1)), "a reference to an object that is not there");
+}
+
 TEST(BinaryForm, RefusesAKeyThatIsUnsound) {
     EXPECT_EQ(refusal(RawList(1).addDictionary({{7, 1}}).add({0x09})), "a reference to an object that is not there");
     EXPECT_EQ(refusal(RawList(1).addDictionary({{1, 2}}).add({0x52, 'k', 0xFF}).add({0x09})),

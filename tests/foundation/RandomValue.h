@@ -59,7 +59,7 @@ class RandomValue {
     }
 
   private:
-    std::size_t below(std::size_t bound) { return random_() % bound; }
+    std::size_t below(std::size_t bound) { return static_cast<std::size_t>(random_() % bound); }
     template<class Number>
     Number edge() {
         using Limits = std::numeric_limits<Number>;

@@ -64,7 +64,7 @@ class RawList {
                                                                      : bytes_.size() < 0x10000 ? 2
                                                                                                : 4);
         for (const std::size_t offset : offsets_)
-            whole.append(offset, std::clamp<std::uint64_t>(offsetSize, 1, 8));
+            whole.append(offset, static_cast<std::size_t>(std::clamp<std::uint64_t>(offsetSize, 1, 8)));
         whole.append(0, 6);
         whole.append(offsetSize, 1);
         whole.append(trailer.referenceSize.value_or(referenceSize_), 1);

@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <elf.h>
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <link.h>
 #include <map>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -40,12 +40,12 @@ void writeAt(const fs::path& file, std::size_t offset, T record) {
 }
 
 /// Where the program headers of a type stand in a module.
-std::vector<std::size_t> headersOf(const fs::path& module, Elf64_Word type) {
-    const auto header = readAt<Elf64_Ehdr>(module, 0);
+std::vector<std::size_t> headersOf(const fs::path& module, ElfW(Word) type) {
+    const auto header = readAt<ElfW(Ehdr)>(module, 0);
     std::vector<std::size_t> found;
-    for (std::size_t at = header.e_phoff; found.size() < header.e_phnum; at += sizeof(Elf64_Phdr))
+    for (std::size_t at = header.e_phoff; found.size() < header.e_phnum; at += sizeof(ElfW(Phdr)))
         found.push_back(at);
-    std::erase_if(found, [&](std::size_t at) { return readAt<Elf64_Phdr>(module, at).p_type != type; });
+    std::erase_if(found, [&](std::size_t at) { return readAt<ElfW(Phdr)>(module, at).p_type != type; });
     return found;
 }
 
@@ -88,7 +88,7 @@ Breaking cutTo(double share) {
     return spoilt(kCode, [share](const fs::path& code) {
         std::size_t end = 0;
         for (const std::size_t at : headersOf(code, PT_LOAD)) {
-            const auto segment = readAt<Elf64_Phdr>(code, at);
+            const auto segment = readAt<ElfW(Phdr)>(code, at);
             end = std::max(end, segment.p_offset + segment.p_filesz);
         }
         fs::resize_file(code, static_cast<std::uintmax_t>(static_cast<double>(end) * share));
@@ -101,19 +101,19 @@ Breaking patched(std::size_t offset, T value) {
 }
 
 template<class T>
-Breaking programHeader(Elf64_Word type, std::size_t offset, T value) {
+Breaking programHeader(ElfW(Word) type, std::size_t offset, T value) {
     return spoilt(kCode, [type, offset, value](const fs::path& code) {
         writeAt(code, headersOf(code, type).at(0) + offset, value);
     });
 }
 
-Breaking dynamicEntry(Elf64_Sxword tag, std::uint64_t value) {
+Breaking dynamicEntry(std::int64_t tag, ElfW(Addr) value) {
     return spoilt(kCode, [tag, value](const fs::path& code) {
-        const auto dynamic = readAt<Elf64_Phdr>(code, headersOf(code, PT_DYNAMIC).at(0));
+        const auto dynamic = readAt<ElfW(Phdr)>(code, headersOf(code, PT_DYNAMIC).at(0));
         std::size_t at = dynamic.p_offset;
-        for (; readAt<Elf64_Dyn>(code, at).d_tag != tag; at += sizeof(Elf64_Dyn))
+        for (; readAt<ElfW(Dyn)>(code, at).d_tag != tag; at += sizeof(ElfW(Dyn)))
             if (at >= dynamic.p_offset + dynamic.p_filesz) throw std::runtime_error("no such dynamic entry");
-        writeAt(code, at + offsetof(Elf64_Dyn, d_un), value);
+        writeAt(code, at + offsetof(ElfW(Dyn), d_un), value);
     });
 }
 
@@ -136,7 +136,8 @@ Breaking module(const std::string& name) {
     return [name](const auto& plugins, const auto& bundle) { plugins.add(bundle, name); };
 }
 
-constexpr std::uint64_t kBeyond = std::uint64_t{1} << 40;
+constexpr bool kHas64Bits = sizeof(void*) == 8;
+constexpr auto kBeyond = static_cast<ElfW(Off)>(kHas64Bits ? std::uint64_t{1} << 40U : std::uint64_t{3} << 30U);
 
 /// Every way of being broken, by the name that the bundle gets.
 const std::vector<std::pair<std::string, Breaking>> breakings = [] {
@@ -148,20 +149,20 @@ const std::vector<std::pair<std::string, Breaking>> breakings = [] {
         {"text", written(kCode, "#!/bin/sh\necho not a library\n")},
         {"magic-alone", written(kCode, "\177ELF")},
         {"zeroes", written(kCode, std::string(8192, '\0'))},
-        {"other-machine", patched<Elf64_Half>(offsetof(Elf64_Ehdr, e_machine), EM_S390)},
-        {"other-width", patched<unsigned char>(EI_CLASS, ELFCLASS32)},
+        {"other-machine", patched<ElfW(Half)>(offsetof(ElfW(Ehdr), e_machine), EM_S390)},
+        {"other-width", patched<unsigned char>(EI_CLASS, kHas64Bits ? ELFCLASS32 : ELFCLASS64)},
         {"other-byte-order", patched<unsigned char>(EI_DATA, ELFDATA2MSB)},
-        {"object-file", patched<Elf64_Half>(offsetof(Elf64_Ehdr, e_type), ET_REL)},
-        {"no-segments", patched<Elf64_Half>(offsetof(Elf64_Ehdr, e_phnum), 0)},
-        {"segments-beyond", patched(offsetof(Elf64_Ehdr, e_phoff), kBeyond)},
-        {"load-beyond", programHeader(PT_LOAD, offsetof(Elf64_Phdr, p_filesz), kBeyond)},
-        {"load-elsewhere", programHeader(PT_LOAD, offsetof(Elf64_Phdr, p_vaddr), kBeyond)},
-        {"dynamic-elsewhere", programHeader(PT_DYNAMIC, offsetof(Elf64_Phdr, p_vaddr), kBeyond)},
-        {"dynamic-missing", programHeader<Elf64_Word>(PT_DYNAMIC, offsetof(Elf64_Phdr, p_type), PT_NULL)},
+        {"object-file", patched<ElfW(Half)>(offsetof(ElfW(Ehdr), e_type), ET_REL)},
+        {"no-segments", patched<ElfW(Half)>(offsetof(ElfW(Ehdr), e_phnum), 0)},
+        {"segments-beyond", patched(offsetof(ElfW(Ehdr), e_phoff), kBeyond)},
+        {"load-beyond", programHeader(PT_LOAD, offsetof(ElfW(Phdr), p_filesz), kBeyond)},
+        {"load-elsewhere", programHeader(PT_LOAD, offsetof(ElfW(Phdr), p_vaddr), kBeyond)},
+        {"dynamic-elsewhere", programHeader(PT_DYNAMIC, offsetof(ElfW(Phdr), p_vaddr), kBeyond)},
+        {"dynamic-missing", programHeader<ElfW(Word)>(PT_DYNAMIC, offsetof(ElfW(Phdr), p_type), PT_NULL)},
         {"texts-beyond", dynamicEntry(DT_STRTAB, kBeyond)},
         {"needed-beyond", dynamicEntry(DT_NEEDED, kBeyond)},
         {"symbols-beyond", dynamicEntry(DT_SYMTAB, kBeyond)},
-        {"relocations-beyond", dynamicEntry(DT_RELASZ, kBeyond)},
+        {"relocations-beyond", dynamicEntry(kHas64Bits ? DT_RELASZ : DT_RELSZ, kBeyond)},
         {"pipe", madePipe(kCode)},
         {"folder", replaced(kCode, [](const fs::path& code) { fs::create_directory(code); })},
         {"device", linked(kCode, "/dev/zero")},

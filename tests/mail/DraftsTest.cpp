@@ -70,7 +70,7 @@ TEST_F(MailTest, ShowsNoDraftBeforeItIsWhole) {
     const ssize_t count = ::read(watch.number(), events, sizeof events);
     std::vector<std::string> shown;
     for (ssize_t at = 0; at < count;) {
-        const auto* event = reinterpret_cast<const inotify_event*>(events + at);
+        const auto* event = static_cast<const inotify_event*>(static_cast<const void*>(events + at));
         if (event->name[0] != '.') shown.push_back((event->mask & IN_MOVED_TO) != 0 ? "whole" : "empty");
         at += static_cast<ssize_t>(sizeof *event + event->len);
     }

@@ -166,7 +166,7 @@ TEST_F(MailTest, StaysToBeEditedWhereNoThreadCanBeMade) {
     pthread_attr_t usual;
     ASSERT_EQ(::pthread_getattr_default_np(&usual), 0);
     pthread_attr_t huge = usual;
-    ASSERT_EQ(::pthread_attr_setstacksize(&huge, std::size_t{1} << 47U), 0);
+    ASSERT_EQ(::pthread_attr_setstacksize(&huge, SIZE_MAX / 4 * 3), 0);
     ASSERT_EQ(::pthread_setattr_default_np(&huge), 0);
     send();
     EXPECT_THAT(problem(), HasSubstr("Nothing can be done now"));

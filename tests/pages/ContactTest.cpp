@@ -68,7 +68,7 @@ class ContactTest : public ::testing::Test {
         if (!composer()) return {{"nothing is presented", ""}};
         for (const auto& attachment : composer()->message().attachments) {
             EXPECT_EQ(attachment.mimeType, "text/plain");
-            std::string bytes(attachment.data->size(), '\0');
+            std::string bytes(static_cast<std::size_t>(attachment.data->size()), '\0');
             EXPECT_TRUE(attachment.data->read(0, bytes.data(), bytes.size()));
             all.emplace_back(attachment.fileName, std::move(bytes));
         }

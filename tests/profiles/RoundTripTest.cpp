@@ -22,7 +22,7 @@ Value valueFor(const lumora::Setting& setting, std::mt19937_64& random) {
     if (model.text()) return "24680 \u8a9e" + std::to_string(random() % 3);
     if (model.dictionary()) return Dictionary{{"h", fraction()}, {"s", fraction()}, {"b", fraction()}};
     List list;
-    for (std::size_t i = random() % 5; i > 0; --i)
+    for (auto i = random() % 5; i > 0; --i)
         list.emplace_back("org.app." + std::to_string(random() % 9));
     return list;
 }
@@ -32,7 +32,7 @@ Dictionary randomSettings(std::mt19937_64& random) {
     for (const lumora::Setting& setting : lumora::knownSettings())
         if (random() % 2 == 0) changed.set(setting.key, valueFor(setting, random));
     RandomValue values(static_cast<unsigned>(random()));
-    for (std::size_t i = random() % 10; i > 0; --i)
+    for (auto i = random() % 10; i > 0; --i)
         changed.set("org.plugin." + std::to_string(i), values.next(2, false));
     return lumora::withDefaults(changed);
 }

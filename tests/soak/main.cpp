@@ -131,7 +131,7 @@ class Stage {
         own_.end(Census::ofSelf());
         ofTweak_.end(Census::of(tweak_.id()));
         const auto took = std::chrono::steady_clock::now() - begun;
-        return report(total, std::chrono::duration_cast<std::chrono::seconds>(took).count());
+        return report(total, static_cast<long>(std::chrono::duration_cast<std::chrono::seconds>(took).count()));
     }
 
   private:

@@ -60,7 +60,7 @@ __attribute__((visibility("default"))) int unlinkat(int folder, const char* name
 }
 
 __attribute__((visibility("default"))) int ftruncate(int file, off_t size) noexcept {
-    static auto* const real = next<int(int, off_t)>("ftruncate");
+    static auto* const real = next<int(int, off_t)>(sizeof(off_t) > sizeof(long) ? "ftruncate64" : "ftruncate");
     if (isTheOne()) die();
     return real(file, size);
 }

@@ -37,7 +37,7 @@ class Sections {
         if (!header || std::memcmp(header->e_ident, ELFMAG, SELFMAG) != 0 || header->e_shentsize != sizeof(Section) ||
             header->e_ident[EI_CLASS] != (sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32))
             return;
-        for (std::size_t i = 0; i < header->e_shnum; ++i)
+        for (std::uint64_t i = 0; i < header->e_shnum; ++i)
             if (const auto section = at<Section>(header->e_shoff + i * sizeof(Section))) all_.push_back(*section);
     }
 
@@ -63,7 +63,7 @@ class Sections {
         const Section& table = all_[section.sh_link];
         if (place >= table.sh_size || table.sh_offset > file_.size() || place >= file_.size() - table.sh_offset)
             return {};
-        const std::size_t begin = table.sh_offset + place;
+        const auto begin = static_cast<std::size_t>(table.sh_offset + place);
         const auto first = file_.begin() + std::ptrdiff_t(begin);
         return {first, std::find(first, first + std::ptrdiff_t(std::min(kLongestText, file_.size() - begin)), 0)};
     }

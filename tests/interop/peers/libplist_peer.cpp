@@ -251,7 +251,7 @@ class Unarchiver {
   private:
     plist_t object(std::uint64_t uid) {
         if (uid >= objects_.size()) throw std::runtime_error("a UID beyond $objects");
-        return objects_[uid];
+        return objects_[static_cast<std::size_t>(uid)];
     }
 
     Plain archived(plist_t node) {

@@ -1,3 +1,4 @@
+#include "platform/foundation/ChildProcess.h"
 #include "tests/support/DeviceFolder.h"
 
 #include <QColor>
@@ -6,7 +7,6 @@
 #include <QFontDatabase>
 #include <QImage>
 #include <QPainter>
-#include <QProcess>
 #include <QString>
 
 #include <gmock/gmock.h>
@@ -17,6 +17,7 @@
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -105,7 +106,8 @@ std::vector<std::string> compare(const QDir& expected, const QDir& drawn, const 
     return complaints;
 }
 
-/// What scripts/tour has noted beside its pictures: the libraries on which their pixels depend.
+/// What scripts/tour has noted beside its pictures: the loader, which tells the processor, and the libraries on which
+/// their pixels depend.
 std::string drawnWith(const QDir& folder) {
     QFile file(folder.filePath("drawn-with.txt"));
     return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "";
@@ -114,12 +116,12 @@ std::string drawnWith(const QDir& folder) {
 TEST(Pictures, AreThoseOfTheDocumentation) {
     const QDir drawn(QStringLiteral(LUMORA_PICTURES));
     ASSERT_TRUE(QDir(drawn).removeRecursively());
-    QProcess tour;
-    tour.setProcessChannelMode(QProcess::ForwardedChannels);
-    tour.start(QStringLiteral(LUMORA_SOURCE "/scripts/tour"),
-               {QStringLiteral(LUMORA_BINARIES), QStringLiteral(LUMORA_TEST_ROOT), drawn.path()});
-    ASSERT_TRUE(tour.waitForFinished(-1));
-    ASSERT_EQ(tour.exitCode(), 0);
+    // A process of the toolkit cannot be had in an emulator.
+    const auto tour = platform::ChildProcess::start(
+        {LUMORA_SOURCE "/scripts/tour", LUMORA_BINARIES, LUMORA_TEST_ROOT, drawn.path().toStdString()}, {});
+    ASSERT_TRUE(tour) << tour.error();
+    EXPECT_EQ(tour.value()->awaitEnd(tour.value()->patience(1h, 1h)), platform::ChildProcess::Heard::end);
+    ASSERT_EQ(tour.value()->end(), 0) << tour.value()->printed();
 
     const QDir golden(QStringLiteral(LUMORA_SOURCE "/docs/pictures"));
     EXPECT_GE(picturesIn(golden).size(), 100);
