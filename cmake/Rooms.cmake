@@ -24,13 +24,12 @@ if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
+add_library(lumora_flags INTERFACE)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   # Files beyond two gigabytes and times beyond 2038.
   add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
-  add_compile_options(-Wno-psabi) # on ARM, about compilers before GCC 7.1
+  target_compile_options(lumora_flags INTERFACE -Wno-psabi) # on ARM, about compilers before GCC 7.1
 endif()
-
-add_library(lumora_flags INTERFACE)
 target_compile_options(lumora_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-align -Wformat=2 -Wimplicit-fallthrough
   $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor;-Woverloaded-virtual;-Wold-style-cast>

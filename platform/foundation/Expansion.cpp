@@ -33,9 +33,10 @@ bool copyAscii(const std::uint8_t* from, std::size_t count, char* to) {
 } // namespace
 
 Expansion::Expansion(BinaryReader& reader)
-    : reader_(reader),
-      valuesLeft_(reader.inputSize() * PropertyListLimits::valuesPerByte + PropertyListLimits::spareValues),
-      bytesLeft_(reader.inputSize() * PropertyListLimits::expandedBytesPerByte + PropertyListLimits::spareBytes),
+    : reader_(reader), valuesLeft_(std::uint64_t{reader.inputSize()} * PropertyListLimits::valuesPerByte +
+                                   PropertyListLimits::spareValues),
+      bytesLeft_(std::uint64_t{reader.inputSize()} * PropertyListLimits::expandedBytesPerByte +
+                 PropertyListLimits::spareBytes),
       inputLeft_(2 * reader.inputSize()), built_(reader.objectCount(), notMet) {
 }
 

@@ -54,7 +54,7 @@ class Expansion {
 
     /// open() and close() enclose the building of a container; the outermost has the depth 1.
     struct Opened {
-        std::size_t values, bytes;
+        std::uint64_t values, bytes;
         unsigned deepest;
     };
     [[nodiscard]] bool open(std::size_t reference, unsigned depth, Opened& opened);
@@ -74,8 +74,8 @@ class Expansion {
 
     struct Built {
         Value value;
-        std::size_t values, bytes; ///< what it expands to
-        unsigned levels;           ///< of containers inside it, itself included
+        std::uint64_t values, bytes; ///< what it expands to
+        unsigned levels;             ///< of containers inside it, itself included
     };
     /// Short texts are allocated a few at a time, with their characters: reading a long list of texts would otherwise
     /// be mostly allocating. One text keeps its neighbours alive, so they are few and short.
@@ -95,7 +95,7 @@ class Expansion {
     }
 
     BinaryReader& reader_;
-    std::size_t valuesLeft_, bytesLeft_;
+    std::uint64_t valuesLeft_, bytesLeft_; ///< which a size of 32 bits cannot count
     std::size_t inputLeft_;
     unsigned deepest_ = 0;             ///< container met since the last one was opened
     std::vector<std::uint32_t> built_; ///< by reference
