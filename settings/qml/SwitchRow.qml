@@ -64,10 +64,8 @@ T.Switch {
         implicitWidth: 51
         implicitHeight: 31
         radius: height / 2
-        color: control.checked ? Theme.on : Theme.off
+        color: control.checked ? Theme.on : Theme.off // at once, which answers a frame sooner than what moves
         antialiasing: true
-
-        Behavior on color { enabled: Theme.animated; ColorAnimation { duration: Theme.moveTime } }
 
         Knob {
             x: 2 + control.visualPosition * (parent.width - width - 4)
