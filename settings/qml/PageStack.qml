@@ -118,8 +118,9 @@ FocusScope {
         visible: placed || carried || way.running
         enabled: !gone && (isMain || root.listEnabled)
 
+        // The first frame shows that it is on its way.
         function slide(from, to) {
-            carry(from);
+            carry(from + 0.1 * (to - from));
             glide(to, 1);
             carried = false;
         }
