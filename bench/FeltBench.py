@@ -1,14 +1,17 @@
 #!/usr/bin/python3
 """What a person feels: from the event at the display server to the changed pixels on the screen, in the real window.
 
-    PYTHONPATH=tests bench/FeltBench.py BUILD [TIMES]
+    PYTHONPATH=tests bench/FeltBench.py BUILD [--times N] [--peers]
 
 Prints JSON in the form of Google Benchmark's. Drawing is done in software, as by ./run. Some of it is measured again on
-a phone's screen, with three pixels to a point, and some where each program has a fifth of a processor.
+a phone's screen, with three pixels to a point, and some where each program has a fifth of a processor. Peers are asked
+for what they have as well: a page that opens, and a switch.
 """
+import argparse
 import itertools
 import json
 import random
+import shutil
 import statistics
 import subprocess
 import sys
@@ -40,6 +43,13 @@ SCREENS_EDGE = 430  # the width of the lock screen's window
 GLASS = (60, 700, 40, 40)  # free of keys, under the passcode's
 LISTED = (60, 120, 200, 600)  # the names in a list of cells
 MANY_FONTS, MANY_APPLICATIONS = 300, 10_000
+HELD = 0.05  # seconds for which a peer is pressed; some hear of nothing shorter
+# Of a peer: how it begins at its first page, a row that leads to a page, where that comes, and what can be switched there, one after the other.
+PEERS = {
+    "Systemsettings": (["systemsettings"], (80, 126), (280, 0, 600, 600), [(271, 97), (271, 68)]),
+    "PhoshMobileSettings": (["phosh-mobile-settings"], (80, 190), (300, 60, 270, 200), [(545, 135)]),
+    "GnomeControlCenter": (["gnome-control-center", "network"], (130, 306), (300, 60, 600, 500), [(866, 144)]),
+}
 
 
 def pause():
@@ -244,6 +254,49 @@ def drag_color_of_face(stage, times):
                 face.kill()
 
 
+def open_page_of_peer(stage, command, row, page, times):
+    """From letting go of a row to the first change where its page comes."""
+    for _ in range(times):
+        with stage.program(*command):
+            stage.when(lambda: len(set(stage.area(*page)[::4])) > 1)
+            stage.settle(0, 0, stage.width, stage.height, still=1)
+            pause()
+            before = stage.area(*page)
+            stage.press(*row)
+            time.sleep(HELD)
+            let_go = stage.release()
+            yield stage.when(lambda: stage.area(*page) != before) - let_go
+
+
+def tap_switch_of_peer(stage, command, row, page, switches, times):
+    """As tap_switch()."""
+    with stage.program(*command):
+        stage.when(lambda: len(set(stage.area(*page)[::4])) > 1)
+        stage.settle(0, 0, stage.width, stage.height, still=1)
+        stage.press(*row)
+        time.sleep(HELD)
+        stage.release()
+        stage.settle(*page, still=2)
+        for x, y in itertools.islice(itertools.cycle(switches), times):
+            around = (x - 15, y - 10, 30, 20)
+            stage.press(x, y)
+            stage.settle(*around)
+            pause()
+            before = stage.area(*around)
+            let_go = stage.release()
+            yield stage.when(lambda: stage.area(*around) != before) - let_go
+            stage.settle(*around)
+
+
+def peer_entries(stage, times):
+    for name, (command, row, page, switches) in PEERS.items():
+        if not shutil.which(command[0]):
+            print(f"{command[0]} is not installed", file=sys.stderr)
+            continue
+        yield from entries("OpenPage" + name, open_page_of_peer(stage, command, row, page, times // 3))
+        yield from entries("TapSwitch" + name, tap_switch_of_peer(stage, command, row, page, switches, times))
+
+
 def entries(name, samples):
     """The median, and the 95th percentile."""
     milliseconds = [1000 * seconds for seconds in samples]
@@ -262,8 +315,13 @@ def page_entries(name, samples):
 
 
 def main():
-    times = int(sys.argv[2]) if len(sys.argv) > 2 else 60
-    with Stage(sys.argv[1]) as stage:
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("build")
+    parser.add_argument("--times", type=int, default=60)
+    parser.add_argument("--peers", action="store_true", help="also " + ", ".join(command[0] for command, *_ in PEERS.values()))
+    arguments = parser.parse_args()
+    times = arguments.times
+    with Stage(arguments.build) as stage:
         benchmarks = [
             *entries("TapSwitch", tap_switch(stage, times)),
             *page_entries("OpenPage", open_page(stage, times // 3)),
@@ -277,7 +335,9 @@ def main():
             *entries("DragSlider", drag_slider(stage, 2 * times)),
             *entries("DragColorOfFace", drag_color_of_face(stage, 10 * times)),
         ]
-    with Stage(sys.argv[1], scale=3) as stage:
+        if arguments.peers:
+            benchmarks += peer_entries(stage, times)
+    with Stage(arguments.build, scale=3) as stage:
         benchmarks += page_entries("OpenPageAtThree", open_page(stage, times // 3))
         benchmarks += entries("MoveCrosshairAtThree", drag(stage, 3 * times))
         add_fonts_and_applications(stage)
@@ -286,7 +346,7 @@ def main():
     if why_not := WeakCore.why_not():
         print(f"nothing is measured on a weak core: {why_not}", file=sys.stderr)
     else:
-        with Stage(sys.argv[1], weak=True) as stage:
+        with Stage(arguments.build, weak=True) as stage:
             benchmarks += entries("TapSwitchOnWeakCore", tap_switch(stage, times))
             benchmarks += page_entries("OpenPageOnWeakCore", open_page(stage, times // 3))
             benchmarks += entries("MoveCrosshairOnWeakCore", drag(stage, 3 * times))
