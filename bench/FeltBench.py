@@ -158,13 +158,21 @@ def scroll(stage, page, times):
     def many_rows():
         return len({stage.area(left, line, width, 1) for line in range(top, top + height)}) > 100
 
-    with stage.settings("--page", page) as window:
-        stage.when(many_rows)
-        stage.settle(*LISTED, still=1)
+    def grasp():
+        """Whether the list follows the finger, as it does once it has all rows."""
+        before = stage.area(*LISTED)
         stage.press(200, 650)
         for y in range(645, 580, -5):  # after the first of which it is no tap
             stage.move(200, y)
             pause()
+        return stage.area(*LISTED) != before
+
+    with stage.settings("--page", page) as window:
+        stage.when(many_rows)
+        stage.settle(*LISTED, still=1)
+        while not grasp():
+            stage.release()
+            stage.settle(*LISTED, still=1)
         for step in range(times):
             stage.settle(*LISTED, still=0.1)
             pause()
