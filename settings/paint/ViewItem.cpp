@@ -30,7 +30,7 @@ void ViewItem::takeView() {
 
 void ViewItem::redraw(const QRectF& area) {
     if (area.isEmpty()) return;
-    stale_ |= area;
+    stale_ |= area.adjusted(-1, -1, 1, 1); // where edges are smoothed
     update();
 }
 
