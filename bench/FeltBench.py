@@ -8,6 +8,7 @@ a phone's screen, with three pixels to a point, and some where each program has 
 for what they have as well: a page that opens, and a switch.
 """
 import argparse
+import contextlib
 import itertools
 import json
 import random
@@ -28,7 +29,7 @@ from stage import LOOK, Stage, WeakCore
 BAR = 52
 PAGE = (0, BAR, WIDTH, HEIGHT - BAR)
 CELL = "#ffffff"
-SWITCH = (307, 110, 51, 20)  # "Enable Lumora", on the root page
+SWITCH = (332, 120, 51, 20)  # "Enable Lumora", on the root page: its middle and size
 LINK = (100, 164)  # "Apps", beneath it
 BACK = (40, 25)
 RIGHT_OF_ROWS = (WIDTH - 8, 121)  # the page's ground, unless another page's first row slides in over it
@@ -62,18 +63,24 @@ def open_window(stage, at):
     stage.settle(*PAGE)
 
 
-def tap_switch(stage, times):
+def switched(stage, x, y, width, height):
     """From letting go of a switch to the first change of its picture. What the press changed is drawn by then."""
+    around = (x - width // 2, y - height // 2, width, height)
+    stage.press(x, y)
+    stage.settle(*around)
+    pause()
+    before = stage.area(*around)
+    let_go = stage.release()
+    seconds = stage.when(lambda: stage.area(*around) != before) - let_go
+    stage.settle(*around)
+    return seconds
+
+
+def tap_switch(stage, times):
     with stage.settings():
         open_window(stage, LINK)
         for _ in range(times):
-            stage.press(*SWITCH[:2])
-            stage.settle(*SWITCH)
-            pause()
-            before = stage.area(*SWITCH)
-            let_go = stage.release()
-            yield stage.when(lambda: stage.area(*SWITCH) != before) - let_go
-            stage.settle(*SWITCH)
+            yield switched(stage, *SWITCH)
 
 
 def push_page(stage):
@@ -262,38 +269,36 @@ def drag_color_of_face(stage, times):
                 face.kill()
 
 
+@contextlib.contextmanager
+def peer_at_rest(stage, command, page):
+    with stage.program(*command):
+        stage.when(lambda: len(set(stage.area(*page)[::4])) > 1)
+        stage.settle(0, 0, stage.width, stage.height, still=1)
+        yield
+
+
+def tap_peer(stage, place):
+    stage.press(*place)
+    time.sleep(HELD)
+    return stage.release()
+
+
 def open_page_of_peer(stage, command, row, page, times):
     """From letting go of a row to the first change where its page comes."""
     for _ in range(times):
-        with stage.program(*command):
-            stage.when(lambda: len(set(stage.area(*page)[::4])) > 1)
-            stage.settle(0, 0, stage.width, stage.height, still=1)
+        with peer_at_rest(stage, command, page):
             pause()
             before = stage.area(*page)
-            stage.press(*row)
-            time.sleep(HELD)
-            let_go = stage.release()
+            let_go = tap_peer(stage, row)
             yield stage.when(lambda: stage.area(*page) != before) - let_go
 
 
 def tap_switch_of_peer(stage, command, row, page, switches, times):
-    """As tap_switch()."""
-    with stage.program(*command):
-        stage.when(lambda: len(set(stage.area(*page)[::4])) > 1)
-        stage.settle(0, 0, stage.width, stage.height, still=1)
-        stage.press(*row)
-        time.sleep(HELD)
-        stage.release()
+    with peer_at_rest(stage, command, page):
+        tap_peer(stage, row)
         stage.settle(*page, still=2)
         for x, y in itertools.islice(itertools.cycle(switches), times):
-            around = (x - 15, y - 10, 30, 20)
-            stage.press(x, y)
-            stage.settle(*around)
-            pause()
-            before = stage.area(*around)
-            let_go = stage.release()
-            yield stage.when(lambda: stage.area(*around) != before) - let_go
-            stage.settle(*around)
+            yield switched(stage, x, y, 30, 20)
 
 
 def peer_entries(stage, times):
