@@ -4,7 +4,6 @@
 #include "lockscreen/app/EventLog.h"
 #include "lockscreen/app/Playing.h"
 #include "lockscreen/face/LiveFace.h"
-
 #include "programs/Display.h"
 
 #include <QEventLoop>
