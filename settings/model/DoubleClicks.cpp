@@ -39,9 +39,9 @@ bool DoubleClicks::eventFilter(QObject* /*watched*/, QEvent* event) {
 
 bool DoubleClicks::takesPress(quint64 time, QPointF place, int distance) {
     const auto interval = static_cast<quint64>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
-    const bool follows = time - std::exchange(time_, time) <= interval &&
-                         (place - std::exchange(place_, place)).manhattanLength() <= distance;
-    opened_ = opened_ && follows;
+    const bool isSoon = time - std::exchange(time_, time) <= interval;
+    const bool isNear = (place - std::exchange(place_, place)).manhattanLength() <= distance;
+    opened_ = opened_ && isSoon && isNear;
     return opened_;
 }
 
