@@ -347,7 +347,7 @@ class ToldTest(LockScreen):
         self.named(window, BUTTON, "Delete")
         counts = [f"{count} of {len(PASSCODE)} digits typed" for count in range(1, len(PASSCODE))]
         self.await_told(lambda: counts[-1] in said, "the number of digits")
-        self.assertLessEqual(set(said), {*counts, "Delete"})
+        self.assertLessEqual({name for name in said if any(map(str.isdigit, name))}, set(counts))
         texts = []
         for application in self.applications(window):
             for item in self.find(application, lambda it: True):

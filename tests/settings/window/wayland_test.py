@@ -7,6 +7,7 @@ Needs weston, sway, grim and GdkPixbuf.
 """
 import os
 import shutil
+import socket
 import subprocess
 import tempfile
 import unittest
@@ -45,6 +46,13 @@ class OnWayland:
         self.environment |= {"XDG_RUNTIME_DIR": self.runtime, "WAYLAND_DISPLAY": "wayland-1"}
         del self.environment["DISPLAY"]
         self.start_tweak()
+
+    def expect_display(self, name):
+        """A socket stands in its place a moment before anybody listens to it."""
+        def listens():
+            with socket.socket(socket.AF_UNIX, socket.SOCK_STREAM) as connection:
+                return connection.connect_ex(f"{self.runtime}/{name}") == 0
+        eventually(listens, "the display")
 
     def open_window(self, *options):
         return self.start(program("lumora-settings"), "--root", self.root, "--light", "--size", f"{WIDTH}x{HEIGHT}",
@@ -106,7 +114,7 @@ class WestonTest(OnWayland, Programs):
         weston = self.start("weston", "--backend=headless-backend.so", "--use-pixman", f"--width={500 * scale}",
                             f"--height={1000 * scale}", f"--scale={scale}", "--socket=wayland-1", "--idle-time=0",
                             "--no-config", "--debug", stderr=subprocess.DEVNULL)
-        eventually(lambda: os.path.exists(self.runtime + "/wayland-1"), "the display")
+        self.expect_display("wayland-1")
         return weston
 
 
@@ -123,7 +131,7 @@ class SwayTest(OnWayland, Programs):
             shutil.chown(self.runtime, "nobody", "nogroup")
         sway = self.start("sway", "--config", "/dev/null", stderr=subprocess.DEVNULL, **options, env={
             **self.environment, "WLR_BACKENDS": "headless", "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1"})
-        eventually(lambda: os.path.exists(self.runtime + "/sway"), "the display")
+        self.expect_display("sway")
         self.tell(f"output * mode {WIDTH * scale}x{HEIGHT * scale} scale {scale}")
         self.tell("default_border none")
         return sway
