@@ -5,6 +5,7 @@
 #include "platform/messaging/CFMessagePort.h"
 
 #include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <iterator>
 #include <optional>
@@ -21,6 +22,9 @@ using platform::Value;
 
 namespace lumora {
 namespace {
+
+/// Followers are woken so long after a change, by when its answer has left.
+constexpr std::chrono::milliseconds kHeadStart{1};
 
 /// Has the calling thread wait until a processor is free instead of taking one from whoever answers a change. It still
 /// gets its share of them.
@@ -118,6 +122,7 @@ void Followers::wakeAll(const std::stop_token& stop) {
     yieldToAnswers();
     std::unique_lock held(changing_);
     while (news_.wait(held, stop, [this] { return hasNews_; })) {
+        news_.wait_for(held, stop, kHeadStart, [] { return false; });
         hasNews_ = false;
         const auto all = followers_;
         held.unlock();
