@@ -41,9 +41,7 @@ std::optional<TextOutline> elided(const platform::UIFont& font, const QString& t
 
 FontTitle::FontTitle(QQuickItem* parent) : DrawnItem(parent) {
     connect(this, &FontTitle::changed, this, &FontTitle::layOutSoon);
-    connect(this, &FontTitle::inViewChanged, this, [this] {
-        if (due_) polish();
-    });
+    connect(this, &FontTitle::inViewChanged, this, [this] { due_ ? polish() : redraw(); });
 }
 
 void FontTitle::setTitleFont(const QVariant& font) {
@@ -83,8 +81,9 @@ QPainterPath FontTitle::layOut() const {
         .map(outline->path);
 }
 
+/// Nothing for a row that is out of view: those of 300 fonts would take some 30 MB with three pixels to a point.
 QImage FontTitle::draw(const QSize& pixels, double ratio) {
-    if (path_.isEmpty()) return {};
+    if (path_.isEmpty() || !inView_) return {};
     return painted(pixels, ratio, [this](QPainter& painter) { painter.fillPath(path_, color_); });
 }
 
