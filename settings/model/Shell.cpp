@@ -41,6 +41,19 @@ QString titleOf(const Opening& opening) {
     return QString::fromStdString(opening.title.empty() ? opening.className : opening.title);
 }
 
+/// Those of this process, without the page that it was to open.
+std::vector<std::string> argumentsWithoutPage() {
+    std::ifstream in("/proc/self/cmdline", std::ios::binary);
+    std::vector<std::string> arguments;
+    for (std::string argument; std::getline(in, argument, '\0');) {
+        if (argument == "--page")
+            std::getline(in, argument, '\0');
+        else if (!argument.starts_with("--page="))
+            arguments.push_back(argument);
+    }
+    return arguments;
+}
+
 } // namespace
 
 // The host is never destroyed, because the main thread may be blocked in it for good.
@@ -194,14 +207,7 @@ void Shell::pageGone(PageModel* page) {
 }
 
 void Shell::restart() {
-    std::ifstream in("/proc/self/cmdline", std::ios::binary);
-    std::vector<std::string> arguments;
-    for (std::string argument; std::getline(in, argument, '\0');) {
-        if (argument == "--page")
-            std::getline(in, argument, '\0');
-        else if (!argument.starts_with("--page="))
-            arguments.push_back(argument);
-    }
+    std::vector<std::string> arguments = argumentsWithoutPage();
     if (const std::string page = wayToHere(); !page.empty()) arguments.push_back("--page=" + page);
     std::vector<char*> pointers;
     pointers.reserve(arguments.size() + 1);

@@ -25,8 +25,13 @@ T.RadioButton {
     checked: row.marked
 
     onClicked: row.tap()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.forwardTo: [enter]
+
+    HeldEnter {
+        id: enter
+
+        onReleased: control.clicked()
+    }
 
     Accessible.name: row.accessibleName
     Accessible.description: row.accessibleDescription

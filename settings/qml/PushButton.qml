@@ -8,6 +8,11 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     containmentMask: TouchMask { item: root }
 
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.forwardTo: [enter]
+
+    HeldEnter {
+        id: enter
+
+        onReleased: root.clicked()
+    }
 }

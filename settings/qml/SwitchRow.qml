@@ -25,8 +25,13 @@ T.Switch {
     }
 
     onToggled: row.toggle(checked)
-    Keys.onReturnPressed: flip()
-    Keys.onEnterPressed: flip()
+    Keys.forwardTo: [enter]
+
+    HeldEnter {
+        id: enter
+
+        onReleased: control.flip()
+    }
 
     Connections {
         target: control.row

@@ -54,11 +54,17 @@ FocusScope {
             focus: true
             model: menu.choices.length
             keyNavigationWraps: true
+
+            // The key that has opened the menu may still be held.
+            function enter(event) {
+                if (!event.isAutoRepeat) currentItem?.choose();
+            }
+
             Accessible.role: Accessible.PopupMenu
             Accessible.name: "Menu of the preview"
             Keys.onEscapePressed: menu.close()
-            Keys.onReturnPressed: currentItem?.choose()
-            Keys.onEnterPressed: currentItem?.choose()
+            Keys.onReturnPressed: event => enter(event)
+            Keys.onEnterPressed: event => enter(event)
             Keys.onTabPressed: menu.close()
             Keys.onBacktabPressed: menu.close()
             Keys.onSpacePressed: currentItem?.choose()

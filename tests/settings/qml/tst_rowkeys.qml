@@ -196,6 +196,23 @@ PageStage {
             compare(focused(), "B");
             compare(ringed(), data.ringed);
         }
+        function test_tapsARowOnceWhenTheKeyThatIsHeldOnItIsReleased_data() { return [{ tag: "Return", key: Qt.Key_Return }, { tag: "Enter", key: Qt.Key_Enter }] }
+        function test_tapsARowOnceWhenTheKeyThatIsHeldOnItIsReleased(data) {
+            open([aLink("A"), aSwitch("B", false)]);
+            rowItems()[0].forceActiveFocus(Qt.TabFocusReason);
+            keyPress(data.key);
+            keyPress(data.key); // as a program sees it that has begun while the key was held
+            compare(bench.taps, []);
+            keyRelease(data.key);
+            compare(bench.taps, [0]);
+            keyPress(data.key);
+            rowItems()[1].forceActiveFocus(Qt.TabFocusReason);
+            keyRelease(data.key);
+            rowItems()[0].forceActiveFocus(Qt.TabFocusReason);
+            keyRelease(data.key);
+            compare(bench.taps, [0]);
+            compare(bench.changes, []);
+        }
         function test_comesBackToARowThatAnAssistiveToolHasPressed() {
             open([aLink("A"), aLink("B")]);
             verify(bench.act(host.item, "B", "Press"));

@@ -154,9 +154,9 @@ class RestartTest(Buttons):
     def test_restarts_by_its_button(self):
         window = self.open_window()
         for way, key in (("pointer", ""), ("keyboard", "Return"), ("keyboard", "space"), ("assistive", "")):
+            eventually(lambda: self.focus_on(window) == "Try Again", "the button")
             # The new window may get the number of the old one, but has a title of its own.
             self.xdotool("set_window", "--name", "before", window.id)
-            eventually(lambda: self.focus_on(window) == "Try Again", "the button")
             button = self.named(window, BUTTON, "Try Again")
             # The program may end before it has answered an assistive tool; any other error counts.
             with contextlib.suppress(*[GLib.Error] if way == "assistive" else []):
