@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <functional>
 #include <map>
+#include <numeric>
 #include <utility>
 
 namespace search {
@@ -196,6 +198,8 @@ Index indexOf(std::vector<PageLine> lines) {
     std::ranges::stable_sort(lines, {}, &PageLine::way);
     std::vector<Page> pages;
     std::vector<Entry> entries;
+    entries.reserve(std::transform_reduce(lines.begin(), lines.end(), std::size_t{0}, std::plus(),
+                                          [](const PageLine& line) { return line.entries.size(); }));
     std::map<Way, std::size_t> positions;
     for (PageLine& line : lines) {
         Way before = line.way;

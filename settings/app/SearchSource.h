@@ -32,6 +32,7 @@ class SearchSource : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void run(const std::stop_token& stop);
     void work(const std::stop_token& stop);
     void hasten();
     void askForSettings();
