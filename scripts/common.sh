@@ -17,12 +17,15 @@ test_packages=(make binutils gobjc libgnustep-base-dev libgtest-dev libgmock-dev
   dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-pyatspi python3-fonttools qml6-module-qttest msmtp
   python3-aiosmtpd x11-xkb-utils desktop-file-utils appstream systemd man-db fish zsh
   locales fontconfig fonts-noto-color-emoji fonts-ddc-uchen fonts-tlwg-loma-ttf)
-package_packages=(dpkg-dev file lintian debootstrap)
+package_packages=(ccache dpkg-dev file lintian debootstrap)
 bench_packages=(libbenchmark-dev libplist-dev libsystemd-dev dbus-daemon xvfb xauth libxtst6)
 peer_packages=(systemsettings phosh-mobile-settings gnome-control-center)
 lint_packages=(clang clang-format clang-tidy shellcheck pyflakes3 qml6-module-qtqml)
 fuzz_packages=(clang libclang-rt-dev xz-utils)
 coverage_packages=(gcovr)
+
+# What one folder has compiled, another one gets from the cache, if there is ccache.
+export CCACHE_BASEDIR=$top CCACHE_NOHASHDIR=1 CCACHE_DEPEND=1
 
 # install_packages PACKAGE…: installs what is missing, or says exactly what to install by hand.
 install_packages() {

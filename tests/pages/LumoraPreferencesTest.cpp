@@ -20,16 +20,26 @@ struct Logged {
 };
 std::vector<Logged> systemLog;
 
-} // namespace
-
-/// The system log of this program: the platform library finds it before the C library's.
-extern "C" [[gnu::visibility("default")]] void syslog(int priority, const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
+void takeLogged(int priority, const char* format, std::va_list arguments) {
     if (char* message = nullptr; vasprintf(&message, format, arguments) >= 0) {
         systemLog.push_back({priority, message});
         std::free(message);
     }
+}
+
+} // namespace
+
+// The system log of this program: the platform library finds it before the C library's, hardened or not.
+extern "C" [[gnu::visibility("default")]] void __syslog_chk(int priority, int /*level*/, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    takeLogged(priority, format, arguments);
+    va_end(arguments);
+}
+extern "C" [[gnu::visibility("default")]] void syslog(int priority, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    takeLogged(priority, format, arguments);
     va_end(arguments);
 }
 
