@@ -24,9 +24,6 @@ lint_packages=(clang clang-format clang-tidy shellcheck pyflakes3 qml6-module-qt
 fuzz_packages=(clang libclang-rt-dev xz-utils)
 coverage_packages=(gcovr)
 
-# What one folder has compiled, another one gets from the cache, if there is ccache.
-export CCACHE_BASEDIR=$top CCACHE_NOHASHDIR=1 CCACHE_DEPEND=1
-
 # install_packages PACKAGE…: installs what is missing, or says exactly what to install by hand.
 install_packages() {
   local missing=() package
