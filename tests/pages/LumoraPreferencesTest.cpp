@@ -20,7 +20,7 @@ struct Logged {
 };
 std::vector<Logged> systemLog;
 
-void takeLogged(int priority, const char* format, std::va_list arguments) {
+[[gnu::format(printf, 2, 0)]] void takeLogged(int priority, const char* format, std::va_list arguments) {
     if (char* message = nullptr; vasprintf(&message, format, arguments) >= 0) {
         systemLog.push_back({priority, message});
         std::free(message);
@@ -30,7 +30,8 @@ void takeLogged(int priority, const char* format, std::va_list arguments) {
 } // namespace
 
 // The system log of this program: the platform library finds it before the C library's, hardened or not.
-extern "C" [[gnu::visibility("default")]] void __syslog_chk(int priority, int /*level*/, const char* format, ...) {
+extern "C" [[gnu::visibility("default"), gnu::format(printf, 3, 4)]] void __syslog_chk(int priority, int /*level*/,
+                                                                                       const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
     takeLogged(priority, format, arguments);
