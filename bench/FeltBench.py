@@ -24,7 +24,7 @@ from harness.client import Client
 from harness.display import HEIGHT, WIDTH
 from harness.make_fonts import make_fonts
 from harness.waiting import LONG_ENOUGH
-from stage import LOOK, Stage, WeakCore
+from stage import LOOK, Stage, WeakCore, resident_megabytes
 
 BAR = 52
 PAGE = (0, BAR, WIDTH, HEIGHT - BAR)
@@ -44,6 +44,7 @@ SCREENS_EDGE = 430  # the width of the lock screen's window
 GLASS = (60, 700, 40, 40)  # free of keys, under the passcode's
 LISTED = (60, 120, 200, 600)  # the names in a list of cells
 MANY_FONTS, MANY_APPLICATIONS = 300, 10_000
+SWIPES = 30  # which lead to the last font
 HELD = 0.05  # seconds for which a peer is pressed; some hear of nothing shorter
 # Of a peer: how it begins at its first page, a row that leads to a page, where that comes, and what can be switched there, one after the other.
 PEERS = {
@@ -158,13 +159,15 @@ def processor_time(process):
     return int(Path(f"/proc/{process.pid}/schedstat").read_text(encoding="ascii").split()[0]) / 1e9
 
 
+def await_rows(stage):
+    """Until a page has a list of cells, and whatever comes after its first ones."""
+    left, top, width, height = LISTED
+    stage.when(lambda: len({stage.area(left, line, width, 1) for line in range(top, top + height)}) > 100)
+    stage.settle(*LISTED, still=1)
+
+
 def scroll(stage, page, times):
     """From each move of a finger to the list moving under it, and the processor time that this takes."""
-    left, top, width, height = LISTED
-
-    def many_rows():
-        return len({stage.area(left, line, width, 1) for line in range(top, top + height)}) > 100
-
     def grasp():
         """Whether the list follows the finger, as it does once it has all rows."""
         before = stage.area(*LISTED)
@@ -175,8 +178,7 @@ def scroll(stage, page, times):
         return stage.area(*LISTED) != before
 
     with stage.settings("--page", page) as window:
-        stage.when(many_rows)
-        stage.settle(*LISTED, still=1)
+        await_rows(stage)
         while not grasp():
             stage.release()
             stage.settle(*LISTED, still=1)
@@ -188,6 +190,20 @@ def scroll(stage, page, times):
             felt = stage.when(lambda: stage.area(*LISTED) != before) - moved
             stage.settle(*LISTED, still=0.1)
             yield felt, processor_time(window) - spent
+
+
+def memory_of_swipes(stage, page):
+    """In megabytes, of the window whose list a finger has swiped through."""
+    with stage.settings("--page", page) as window:
+        await_rows(stage)
+        for _ in range(SWIPES):
+            stage.press(200, 650)
+            for y in range(645, 100, -15):
+                stage.move(200, y)
+                pause()
+            stage.release()
+            stage.settle(*LISTED, still=0.1)
+        return resident_megabytes(window)
 
 
 def add_fonts_and_applications(stage):
@@ -356,6 +372,8 @@ def main():
         add_fonts_and_applications(stage)
         benchmarks += scrolled_entries("ScrollFontsAtThree", scroll(stage, "FontViewController", times))
         benchmarks += scrolled_entries("ScrollApplicationsAtThree", scroll(stage, "AppsListController", times))
+        benchmarks += [{"name": name, "value": memory_of_swipes(stage, page)} for name, page in
+                       (("FontsAtThreeMemory", "FontViewController"), ("ApplicationsAtThreeMemory", "AppsListController"))]
     if why_not := WeakCore.why_not():
         print(f"nothing is measured on a weak core: {why_not}", file=sys.stderr)
     else:

@@ -10,13 +10,12 @@ the rest, is no matter. A peer that is not there, or draws nothing, is left out,
 """
 import argparse
 import json
-import os
 import shutil
 import statistics
 import sys
 import time
 
-from stage import LOOK, Stage, WeakCore
+from stage import LOOK, Stage, WeakCore, resident_megabytes
 
 WARM_UP = 2  # starts that fill the page cache and are not counted
 STILL = 1.0  # seconds without a change, after which nothing more is awaited
@@ -50,11 +49,6 @@ def drawn(seen):
         elif since is None:
             since = moment, memory
     return since
-
-
-def resident_megabytes(process):
-    with open(f"/proc/{process.pid}/statm", encoding="ascii") as file:
-        return int(file.read().split()[1]) * os.sysconf("SC_PAGESIZE") / 2**20
 
 
 def start_once(stage, command):

@@ -23,6 +23,11 @@ from harness.waiting import LONG_ENOUGH, eventually
 LOOK = 0.0003  # between two looks: the processor is the program's
 
 
+def resident_megabytes(process):
+    with open(f"/proc/{process.pid}/statm", encoding="ascii") as file:
+        return int(file.read().split()[1]) * os.sysconf("SC_PAGESIZE") / 2**20
+
+
 class WeakCore:
     """What a program runs in that has 2 ms of processor in every 10 ms, all its threads together."""
 

@@ -62,6 +62,8 @@ COSTS = [
      FRAME),
     ("start to the first page with three pixels to a point", "WindowAtThreeStart", MS, 200),
     ("resident memory of the window then", "WindowAtThreeMemory", MB, 90),
+    ("resident memory of the window after a way through 300 fonts there", "FontsAtThreeMemory", MB, 90),
+    ("resident memory of the window after 30 swipes among 10,000 applications there", "ApplicationsAtThreeMemory", MB, 90),
     ("resident memory of a lock screen with three pixels to a point", "FaceAtThreeMemory", MB, 130),
     ("blur of a lock screen with three pixels to a point", "BlurScreenAtThree", MS, 10),
     ("another tint and another blur's opacity there", "TintScreenAtThree", MS, 8),
