@@ -159,11 +159,16 @@ FocusScope {
                         // By itself, the toolkit would flip it without a signal.
                         Accessible.onToggleAction: flip()
                         Accessible.onPressAction: flip()
-                        Keys.onReturnPressed: root.accept()
-                        Keys.onEnterPressed: root.accept()
+                        Keys.forwardTo: [enter]
                         onActiveFocusChanged: if (activeFocus) scroller.show(y, y + height)
                         Accessible.name: title
                         Accessible.description: path.length > 0 ? path + ": " + change : change
+
+                        HeldEnter {
+                            id: enter
+
+                            onReleased: root.accept()
+                        }
 
                         indicator: Rectangle {
                             x: line.mirrored ? line.width - width - Theme.inset : Theme.inset

@@ -6,6 +6,7 @@
 
 #include <QAccessible>
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QQuickWindow>
 #include <QWheelEvent>
 
@@ -229,6 +230,11 @@ void Bench::pullByTouchpad(QQuickItem* item, int points, bool tellsOfItsEnd) {
     for (int i = 0; i < points; i += step)
         send(step, Qt::ScrollUpdate);
     if (tellsOfItsEnd) send(0, Qt::ScrollEnd);
+}
+
+void Bench::repeatKey(QQuickItem* item, int key) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
+    QCoreApplication::sendEvent(item->window(), &event);
 }
 
 void Bench::take(Event event, std::function<void()> taken) {

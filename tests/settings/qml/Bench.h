@@ -113,6 +113,8 @@ class Bench : public QObject {
     /// Pulls what scrolls there down by so many points with two fingers on a touchpad, and lets go. Touchpads of some
     /// desktops tell when that begins and ends, others do not.
     Q_INVOKABLE void pullByTouchpad(QQuickItem* item, int points, bool tellsOfItsEnd);
+    /// Tells the item's window of a key that is held.
+    Q_INVOKABLE void repeatKey(QQuickItem* item, int key);
 
   private:
     void take(settings::Event event, std::function<void()> taken);

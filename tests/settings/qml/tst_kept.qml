@@ -95,6 +95,14 @@ Item {
             mouseClick(button("Apply 1"));
             compare([accepts.count, ends.count], [1, 1]);
         }
+        function test_acceptsByReturnUnlessThatIsHeldFromBefore() {
+            openOffer({ changes: [{ title: "Badges", path: "Apps", now: "On", then: "Off" }] });
+            bench.repeatKey(place.item, Qt.Key_Return);
+            keyRelease(Qt.Key_Return);
+            compare(accepts.count, 0);
+            keyClick(Qt.Key_Return);
+            compare(accepts.count, 1);
+        }
         function test_offersNothingWhereNothingWouldChange() {
             openOffer({ notes: ["Nothing changes: all its settings are so already."], changes: [] });
             verify(!button("Apply 0").enabled);
