@@ -29,18 +29,24 @@ using Outcome = ViewAnswer::Outcome;
 constexpr std::chrono::seconds kWholeLife(60);   // of the processor
 constexpr std::chrono::milliseconds kSlice(100); // after which one that nobody waits for any more is ended
 
+/// What the process is started with, as it is when its host is made: another thread starts it, at any time.
+struct Program {
+    const std::filesystem::path file = platform::helperProgram("lumora-appview");
+    const std::filesystem::path deviceRoot = platform::deviceRoot();
+    const std::filesystem::path bundle;
+};
+
 /// The process, while it lives.
 class Artist {
   public:
     Artist(const ViewHost::Limits& limits, std::function<bool()> isWanted)
         : limits_(limits), isWanted_(std::move(isWanted)) {}
 
-    Result<void> start(const std::filesystem::path& bundle) {
+    Result<void> start(const Program& program) {
         auto limits = platform::kForeignCodeLimits;
         limits.processor = kWholeLife;
-        auto child = ChildProcess::start({platform::helperProgram("lumora-appview").string(), token_,
-                                          platform::deviceRoot().string(), bundle.string()},
-                                         limits);
+        auto child = ChildProcess::start(
+            {program.file.string(), token_, program.deviceRoot.string(), program.bundle.string()}, limits);
         if (!child) return Result<void>::failure(child.error());
         child_ = std::move(child).value();
         const auto ready = hear(std::string{platform::kReadyAnswer, kFailedAnswer},
@@ -114,7 +120,7 @@ class Artist {
 class ViewHost::Worker {
   public:
     Worker(std::filesystem::path bundle, Listener listener, const Limits& limits)
-        : bundle_(std::move(bundle)), limits_(limits), listener_(std::move(listener)) {}
+        : program_{.bundle = std::move(bundle)}, limits_(limits), listener_(std::move(listener)) {}
 
     std::uint64_t put(DrawingQuestion question) {
         const std::lock_guard lock(mutex_);
@@ -164,7 +170,7 @@ class ViewHost::Worker {
             answer = {};
             if (!artist_) {
                 artist_.emplace(limits_, [this] { return !hasEnded(); });
-                if (const auto started = artist_->start(bundle_); !started) answer.why = started.error();
+                if (const auto started = artist_->start(program_); !started) answer.why = started.error();
             }
             if (answer.why.empty()) answer = artist_->ask(bytes.value());
             if (answer.outcome != Outcome::stopped) break;
@@ -173,7 +179,7 @@ class ViewHost::Worker {
         return answer;
     }
 
-    const std::filesystem::path bundle_;
+    const Program program_;
     const Limits limits_;
     std::mutex mutex_; ///< over the question that waits, and the end
     std::condition_variable changed_;
