@@ -75,7 +75,7 @@ class ColorPicker final : public platform::UIView {
     [[nodiscard]] platform::CGRect fieldFrame() const;
     [[nodiscard]] platform::CGRect barFrame() const;
 
-    /// The one place where the stored colour changes.
+    /// Where a colour comes to be another one, which the block is told of; setHSB() tells nobody.
     void _setColor(const platform::UIColorRef& color);
     void _updateGradientColor();
     void _updateCrosshairPosition();

@@ -186,6 +186,7 @@ void Navigation::makeView(OpenPage& page, bool animated) {
     const std::shared_ptr<UIView> former = page.controller->view();
     if (former) former->setFrame({{0, 0}, contentSize_});
     page.controller->viewWillAppear(animated);
+    if (page.controller->hostsView()) hosting_.insert(page.pageClass);
     if (page.controller->view() != former) page.madeFor = contentSize_;
     fit(page);
 }

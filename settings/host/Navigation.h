@@ -102,7 +102,7 @@ class Navigation {
     void handle(std::uint64_t page, const Event& event);
     /// Goes back from a page to the one before; does nothing on the first page.
     void back(std::uint64_t page);
-    /// Opens the page's class again, in place of the page; the page stays if that fails.
+    /// Opens the page's class again, in place of the page, with what the tweak answers now; the page stays if that fails.
     void reload(std::uint64_t page);
     /// Takes the new size of the content area, in points. The page's view always fills it. What is in that view follows
     /// by its resizing mask, or without one keeps its frame until the page appears again; the view is as large as that
@@ -126,7 +126,6 @@ class Navigation {
         std::optional<Change::State> openedState{}; ///< of its view
         std::optional<StoredChange> viewChange{};
     };
-    enum class Place : unsigned char { above, insteadOfTop };
 
     std::shared_ptr<platform::PSListController> make(platform::Class pageClass, const std::string& title,
                                                      const platform::PSSpecifierRef& row);
@@ -134,7 +133,6 @@ class Navigation {
     bool change(platform::Class pageClass, const std::function<bool()>& work);
     std::vector<Step> wayFromFirst(platform::Class target);
     bool take(std::vector<Step> way);
-    bool openAt(Place place, platform::Class pageClass, const std::string& title, const platform::PSSpecifierRef& row);
     bool follow(const KnownLink& link);
     Landed landOn(const Landing& landing);
     void expectChange(const OpenPage& page, const Event& event);
@@ -198,10 +196,15 @@ class Navigation {
     platform::Dictionary defaults_;
     Send send_ = [](const auto&) { return Sent{.fault = "nobody sends them"}; };
     std::set<platform::Class> opened_; ///< classes of which a page was opened
+    std::set<platform::Class>
+        hosting_; ///< those of them whose pages host a view, which a page tells once it has appeared
     std::uint64_t changes_ = 0;
     std::uint64_t groups_ = 0;
     std::shared_ptr<Navigation*> self_ =
         std::make_shared<Navigation*>(this); ///< watched by callbacks that may outlive this
 };
+
+/// Waits until all that pages have sent has been answered, or has failed. False when that takes longer than it can.
+bool waitForMessages();
 
 } // namespace settings

@@ -12,18 +12,20 @@ using namespace platform;
 
 namespace {
 
-constexpr std::chrono::milliseconds kTimeForAnswers{100};
-/// By then a page's messages have come to an end.
+/// By then all messages have come to an end.
 constexpr std::chrono::duration<double> kTimeForMessages{lumora::kSendTimeout + lumora::kReceiveTimeout};
 
 /// What a page has sent before comes before.
 Sent sendInTurn(const Navigation::Send& send, const std::vector<SettingChange>& changes) {
-    if (!dispatch_wait_until_idle(std::chrono::duration_cast<std::chrono::milliseconds>(kTimeForMessages)))
-        return {.fault = "earlier changes are still on their way"};
+    if (!waitForMessages()) return {.fault = "earlier changes are still on their way"};
     return send(changes);
 }
 
 } // namespace
+
+bool waitForMessages() {
+    return dispatch_wait_until_idle(std::chrono::duration_cast<std::chrono::milliseconds>(kTimeForMessages));
+}
 
 Sent Navigation::apply(const std::string& title, const std::vector<SettingChange>& changes) {
     noteChange();
@@ -60,14 +62,14 @@ void Navigation::readAnew() {
         if (pageClass->name == "PSListItemsController") continue; // has no copy
         try {
             const auto page = std::dynamic_pointer_cast<PSListController>(pageClass->make());
-            if (!page || !page->hostsView()) continue;
+            if (!page || !hosting_.contains(pageClass)) continue;
             if (page->view()) page->view()->setFrame({{0, 0}, contentSize_});
             page->viewWillAppear(false);
         } catch (...) { // is told once the user opens it
             continue;
         }
     }
-    dispatch_wait_until_idle(kTimeForAnswers);
+    waitForMessages();
     for (OpenPage& page : pages_)
         if (!page.controller->hostsView()) look(page);
     publish();

@@ -9,6 +9,7 @@
 #include <exception>
 #include <functional>
 #include <iostream>
+#include <tuple>
 #include <utility>
 
 namespace settings {
@@ -52,19 +53,14 @@ bool Navigation::openFromRow(const std::string& className) {
 }
 
 bool Navigation::open(Class pageClass, const std::string& title, const PSSpecifierRef& row) {
-    return openAt(Place::above, pageClass, title, row);
-}
-
-bool Navigation::openAt(Place place, Class pageClass, const std::string& title, const PSSpecifierRef& row) {
     if (!pageClass) return false;
     return change(pageClass, [&] {
         auto page = make(pageClass, title, row);
         if (!page) return false;
         // The answer to the page's own request may still come later, and then the rows show what was answered before.
-        if (!page->hostsView()) dispatch_wait_until_idle(kTimeForAnswer);
-        if (place == Place::insteadOfTop) pages_.pop_back();
+        dispatch_wait_until_idle(kTimeForAnswer);
         push(std::move(page), pageClass);
-        appear(place == Place::above && pages_.size() > 1);
+        appear(pages_.size() > 1);
         return true;
     });
 }
@@ -172,7 +168,19 @@ bool Navigation::goBack() {
 void Navigation::reload(std::uint64_t id) {
     const OpenPage* page = pageOnTop(id);
     if (!page || page->controller->presentedViewController()) return;
-    openAt(Place::insteadOfTop, page->pageClass, page->snapshot->title, page->controller->specifier());
+    const auto [pageClass, title, row] =
+        std::tuple(page->pageClass, page->snapshot->title, page->controller->specifier());
+    change(pageClass, [&] {
+        auto anew = make(pageClass, title, row);
+        if (!anew) return false;
+        pages_.pop_back();
+        push(std::move(anew), pageClass);
+        // A view asks only when it is made, and has what was answered before. So one is made to ask, and another one to show.
+        if (hosting_.contains(pageClass)) makeView(pages_.back(), false);
+        waitForMessages();
+        appear(false);
+        return true;
+    });
 }
 
 } // namespace settings

@@ -6,9 +6,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdio>
+#include <future>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -72,6 +75,66 @@ TEST_F(TreeTest, ShowsAutoUnlockAppsAsItKnewThemWhileTheAnswerToItsPageIsUnderWa
         follow({"Auto-Unlock Apps"});
         return enabled() == std::vector<std::string>{"org.two"};
     })) << "the change never came to be shown";
+}
+
+TEST_F(TreeTest, ShowsTheEarlierSubtitleOnThePageBelowTheOneThatChangesIt) {
+    auto& tweak = tests::RecordingTweak::shared();
+    tweak.setSettings(Dictionary{{"kLSDateSubtitle", "earlier"}});
+    followTwice({"Lock Screen Settings", "Date View"});
+    navigation.handle(top().id, ValueChanged{rowOf("kLSDateSubtitle"), "later"});
+    tweak.waitForChanges(1);
+    EXPECT_EQ(top().rows[rowOf("kLSDateSubtitle")].value, Value("later"));
+    tweak.setSettings(Dictionary{{"kLSDateSubtitle", "later"}}); // as a tweak answers from then on
+    goBack(1);
+    EXPECT_EQ(top().className, "LSSettingsController");
+    EXPECT_EQ(top().rows[rowOf("kLSDateSubtitle")].value, Value("earlier"));
+}
+
+const Value kCyan = Dictionary{{"h", 0.5}, {"s", 1.0}, {"b", 1.0}};
+const Value kRed = Dictionary{{"h", 0.0}, {"s", 1.0}, {"b", 1.0}};
+const std::vector<std::string> kToColour{"Lock Screen Settings", "Passcode View", "Blur Color"};
+
+/// Of the colour page.
+double hue(const PageSnapshot& page) {
+    const auto* preview = page.view && !page.view->subviews.empty() ? &page.view->subviews.front() : nullptr;
+    return preview && preview->layer.backgroundColor ? preview->layer.backgroundColor->getHue().hue : -1;
+}
+
+TEST_F(TreeTest, ShowsWhatAProfileChangesInAViewThatIsOpenedAgain) {
+    auto& tweak = tests::RecordingTweak::shared();
+    tweak.setSettings(Dictionary{{"kLSBlurColor", kCyan}});
+    navigation.setSender([&](const std::vector<SettingChange>& changes) {
+        tweak.setSettings(Dictionary{{changes.front().key, changes.front().after}});
+        return Sent{.made = changes};
+    });
+    followTwice(kToColour);
+    EXPECT_DOUBLE_EQ(hue(top()), 0.5);
+    navigation.apply("Quiet", {{"kLSBlurColor", kCyan, kRed}});
+    EXPECT_DOUBLE_EQ(hue(top()), 0) << "while it is open";
+    goBack(kToColour.size());
+    navigation.undo();
+    tweak.holdAnswers(true);
+    follow(kToColour);
+    tweak.holdAnswers(false);
+    EXPECT_DOUBLE_EQ(hue(top()), 0.5);
+}
+
+TEST_F(TreeTest, ShowsWhatTheTweakAnswersLateOnAPageThatIsReloaded) {
+    auto& tweak = tests::RecordingTweak::shared();
+    tweak.setSettings(Dictionary{{"kLSBlurColor", kCyan}});
+    followTwice(kToColour);
+    tweak.setSettings(Dictionary{{"kLSBlurColor", kRed}, {"kLSPasscodeBlurHidden", true}});
+    tweak.holdAnswers(true);
+    const auto late = std::async(std::launch::async, [&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        tweak.holdAnswers(false);
+    });
+    navigation.reload(top().id);
+    EXPECT_DOUBLE_EQ(hue(top()), 0);
+    goBack(1);
+    EXPECT_EQ(top().rows[rowOf("kLSPasscodeBlurHidden")].value, Value());
+    navigation.reload(top().id);
+    EXPECT_EQ(top().rows[rowOf("kLSPasscodeBlurHidden")].value, Value(true));
 }
 
 TEST_F(TreeTest, LeavesNothingBehindOfAThousandOpenedAndClosedPages) {

@@ -73,6 +73,11 @@ class TreeTest : public testing::Test {
         goBack(names.size());
         follow(names);
     }
+    std::size_t rowOf(const std::string& identifier) const {
+        const auto row = std::ranges::find(top().rows, identifier, &RowSnapshot::identifier);
+        EXPECT_NE(row, top().rows.end()) << identifier;
+        return std::size_t(row - top().rows.begin());
+    }
     /// The first section of the list on top.
     std::vector<std::string> enabled() const {
         std::vector<std::string> identifiers;
