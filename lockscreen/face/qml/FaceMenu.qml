@@ -67,7 +67,7 @@ FocusScope {
             Keys.onEnterPressed: event => enter(event)
             Keys.onTabPressed: menu.close()
             Keys.onBacktabPressed: menu.close()
-            Keys.onSpacePressed: currentItem?.choose()
+            Keys.onSpacePressed: event => enter(event)
 
             delegate: Rectangle {
                 id: line

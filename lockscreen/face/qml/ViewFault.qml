@@ -31,9 +31,14 @@ Item {
         border.width: activeFocus ? 2 : 1
         border.color: Qt.alpha(fault.card.ink, activeFocus ? 0.9 : 0.3)
         activeFocusOnTab: visible
-        Keys.onReturnPressed: fault.card.restart()
-        Keys.onEnterPressed: fault.card.restart()
-        Keys.onSpacePressed: fault.card.restart()
+        onVisibleChanged: if (!visible) focus = false
+        Keys.onReturnPressed: event => press(event)
+        Keys.onEnterPressed: event => press(event)
+        Keys.onSpacePressed: event => press(event)
+        function press(event) {
+            if (!event.isAutoRepeat)
+                fault.card.restart();
+        }
         Accessible.role: Accessible.Button
         Accessible.name: "Restart"
         Accessible.focusable: true

@@ -170,6 +170,7 @@ TEST_F(Views, ThatCrashSaySoAndAreRestarted) {
     const QColor dimmed = corner();
     EXPECT_TRUE(dimmed != QColor(Qt::red) && dimmed.red() > dimmed.green() + 20);
     auto* card = item("Restart")->parentItem();
+    card->forceActiveFocus();
     const QPointF middle = card->mapToScene(QPointF(card->width() / 2, card->height() / 2));
     for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
         QMouseEvent click(type, middle, middle, Qt::LeftButton,
@@ -178,6 +179,7 @@ TEST_F(Views, ThatCrashSaySoAndAreRestarted) {
     }
     EXPECT_TRUE(comes([&] { return drawn().fault == Fault::none && !item("stopped"); }));
     EXPECT_EQ(screen.model().behaviour().state().surface, Surface::appView) << "the tap was the button's";
+    EXPECT_FALSE(card->hasActiveFocus()) << "keys are for the lock screen again";
 }
 
 TEST_F(Views, LeaveTheScreenAsFastAsItIsWhileTheyHang) {
