@@ -1,6 +1,6 @@
 #include "settings/model/Keyboard.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QQmlEngine>
 
@@ -38,8 +38,16 @@ Keyboard* Keyboard::create(QQmlEngine* engine, QJSEngine* /*script*/) {
 bool Keyboard::eventFilter(QObject* watched, QEvent* event) {
     if (!watched->isWindowType()) return false;
     switch (event->type()) {
+    case QEvent::ShortcutOverride: // comes before a shortcut
+        compare(*static_cast<QKeyEvent*>(event));
+        break;
     case QEvent::KeyPress:
+        compare(*static_cast<QKeyEvent*>(event));
         note(*static_cast<QKeyEvent*>(event));
+        break;
+    case QEvent::KeyRelease:
+        released_ = static_cast<QKeyEvent*>(event)->key();
+        releasedAt_ = static_cast<QKeyEvent*>(event)->timestamp();
         break;
     case QEvent::MouseButtonPress:
     case QEvent::TouchBegin:
@@ -56,6 +64,11 @@ void Keyboard::note(const QKeyEvent& key) {
     // Pressed while it is on, it goes off. Whether it goes on is left to the next letter.
     if (key.key() == Qt::Key_CapsLock) set(capsLock_, false);
     if (const std::optional<bool> told = capsLockBy(key)) set(capsLock_, *told);
+}
+
+void Keyboard::compare(const QKeyEvent& key) {
+    static const bool onX11 = QGuiApplication::platformName() == QLatin1String("xcb");
+    repeats_ = key.isAutoRepeat() || (onX11 && key.key() == released_ && key.timestamp() == releasedAt_);
 }
 
 void Keyboard::set(bool& part, bool value) {

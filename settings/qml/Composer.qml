@@ -9,6 +9,7 @@ FocusScope {
     // Null once composing has ended; the sheet then slides away and tells when it is gone.
     property ComposerModel composer
     property alias gap: sheet.gap
+    property bool hasKeys: true
     property bool animated: true // the sheet slides in and out, where anything moves at all
     signal gone
 
@@ -73,15 +74,15 @@ FocusScope {
         target: root.composer
         function onChanged() { if (!root.composer.working) root.handedOver = false }
     }
-    Shortcut {
+    KeyOnce {
         sequence: "Escape"
-        enabled: sheet.open
-        onActivated: root.cancel()
+        enabled: sheet.open && root.hasKeys
+        onPressed: root.cancel()
     }
-    Shortcut {
+    KeyOnce {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
-        enabled: sheet.open
-        onActivated: root.send()
+        enabled: sheet.open && root.hasKeys
+        onPressed: root.send()
     }
 
     Sheet {

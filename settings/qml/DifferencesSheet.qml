@@ -10,11 +10,12 @@ FocusScope {
     property string title
     property string action // what the button says, with the number of changes for %1
     property real gap: 0
+    property bool hasKeys: true
     signal accepted
     signal gone
 
     function accept() {
-        if (differences.chosenCount === 0)
+        if (!sheet.open || differences.chosenCount === 0)
             return;
         accepted();
         sheet.slideAway();
@@ -25,15 +26,15 @@ FocusScope {
         const first = list.count > 0 ? list.itemAt(0) : cancelButton;
         first.forceActiveFocus(Qt.PopupFocusReason);
     }
-    Shortcut {
+    KeyOnce {
         sequence: "Escape"
-        enabled: sheet.open
-        onActivated: sheet.slideAway()
+        enabled: sheet.open && root.hasKeys
+        onPressed: sheet.slideAway()
     }
-    Shortcut {
+    KeyOnce {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
-        enabled: sheet.open
-        onActivated: root.accept()
+        enabled: sheet.open && root.hasKeys
+        onPressed: root.accept()
     }
     Keys.onPressed: event => {
         const steps = new Map([[Qt.Key_Down, 1], [Qt.Key_Up, -1]]);
@@ -159,13 +160,13 @@ FocusScope {
                         // By itself, the toolkit would flip it without a signal.
                         Accessible.onToggleAction: flip()
                         Accessible.onPressAction: flip()
-                        Keys.forwardTo: [enter]
+                        Keys.forwardTo: [keys]
                         onActiveFocusChanged: if (activeFocus) scroller.show(y, y + height)
                         Accessible.name: title
                         Accessible.description: path.length > 0 ? path + ": " + change : change
 
-                        HeldEnter {
-                            id: enter
+                        ButtonKeys {
+                            id: keys
 
                             onReleased: root.accept()
                         }

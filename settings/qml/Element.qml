@@ -45,7 +45,7 @@ FocusScope {
             if (!event.accepted)
                 return;
             inHand = false;
-            if (!event.isAutoRepeat)
+            if (!Keyboard.repeats())
                 element.press();
             return;
         }

@@ -9,11 +9,12 @@ FocusScope {
     required property var history // a settings::History
     property var lockScreen: null // for a small one, where there is none beside the sheet
     property real gap: 0
+    property bool hasKeys: true
     readonly property bool inThePast: history.place < history.count
     signal gone
 
     function restore() {
-        if (history.differing === 0)
+        if (!sheet.open || history.differing === 0)
             return;
         history.restore();
         sheet.slideAway();
@@ -23,10 +24,10 @@ FocusScope {
         sheet.open = true;
         (time.visible ? time : doneButton).forceActiveFocus(Qt.PopupFocusReason);
     }
-    Shortcut {
+    KeyOnce {
         sequence: "Escape"
-        enabled: sheet.open
-        onActivated: sheet.slideAway()
+        enabled: sheet.open && root.hasKeys
+        onPressed: sheet.slideAway()
     }
 
     Sheet {
@@ -100,12 +101,14 @@ FocusScope {
 
                 // It takes the size of its place only once it has what it shows.
                 Loader {
+                    readonly property bool wanted: face.active
+
                     onLoaded: {
                         item.animated = false;
                         item.width = Qt.binding(() => face.width);
                         item.height = Qt.binding(() => face.height);
                     }
-                    Component.onCompleted: if (face.active) setSource("qrc:/qt/qml/LumoraFace/Face.qml", { face: root.lockScreen.face() })
+                    onWantedChanged: wanted ? setSource("qrc:/qt/qml/LumoraFace/Face.qml", { face: root.lockScreen.face() }) : source = ""
                 }
             }
             Column {

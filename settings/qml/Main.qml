@@ -41,6 +41,7 @@ Window {
     property bool offering: false // to choose from differences
     property var forChosen: () => {} // what is done with the chosen ones
     property var afterOffer: () => {}
+    property bool reviewing: false // what has been
     readonly property bool covered: composing !== null || offering // by a sheet, which takes all input
     readonly property bool searching: searchPlace.open
     onCoveredChanged: {
@@ -62,6 +63,14 @@ Window {
     function handOnFields() {
         if (activeFocusItem)
             activeFocusItem.focus = false;
+    }
+    // What was on a sheet has come to an end.
+    function dropSheet() {
+        if (offering)
+            afterOffer.call();
+        offering = reviewing = false;
+        sheet.source = "";
+        stack.shownPage?.forceActiveFocus(Qt.OtherFocusReason);
     }
     // Before the page on top goes.
     function putDown() {
@@ -118,14 +127,11 @@ Window {
         if (searching)
             searchPlace.leave();
         putDown();
-        offering = true;
-        afterOffer = () => {
-            history.close();
-            lockScreenPlace.elsewhere = false;
-        };
-        lockScreenPlace.elsewhere = lockScreen !== null && !lockScreenPlace.visible && !lockScreenPlace.own;
+        offering = reviewing = true;
+        afterOffer = () => history.close();
         sheet.source = "";
-        sheet.setSource("HistorySheet.qml", { history, gap: shell.barHeight, lockScreen: lockScreenPlace.elsewhere ? lockScreen : null });
+        sheet.setSource("HistorySheet.qml", { history, gap: shell.barHeight });
+        sheet.item.lockScreen = Qt.binding(() => lockScreenPlace.elsewhere ? lockScreen : null);
     }
     function openProfile() { (profilePlace.item as ProfilePlace)?.show(false) }
     function saveProfile() { (profilePlace.item as ProfilePlace)?.show(true) }
@@ -135,10 +141,14 @@ Window {
     function focusPage(reason) {
         if (sheet.item)
             sheet.forceActiveFocus(reason);
+        else if (searching)
+            searchPlace.takeFocus();
         else
             stack.shownPage?.forceActiveFocus(reason);
     }
     function reload() {
+        if (shell.waiting || searchPlace.activeFocus)
+            return;
         putDown();
         shell.reload();
     }
@@ -155,7 +165,9 @@ Window {
             window.visibility === Window.Minimized ? window.showNormal() : window.show();
             window.raise();
             window.requestActivate();
-            if (forPage) {
+            if (forPage && !window.composing) { // which no page comes before
+                if (window.offering)
+                    window.dropSheet();
                 searchPlace.leave();
                 window.putDown();
             }
@@ -205,46 +217,16 @@ Window {
         function onOpened() { window.showHistory() }
     }
     Binding { target: window.shell; property: "sideBySide"; value: stack.two }
-    Shortcut {
-        sequences: [StandardKey.Back]
-        enabled: !window.covered
-        onActivated: window.goBack()
-    }
-    Shortcut {
-        sequence: "Escape"
-        enabled: !window.covered && !searchPlace.open && !lockScreenPlace.activeFocus // the lock screen has a use of its own for it
-        onActivated: window.goBack()
-    }
-    Shortcut {
-        sequence: "Ctrl+L"
-        enabled: window.lockScreen !== null
-        onActivated: lockScreenPlace.toggle()
+    WindowKeys {
+        window: window
+        onLockScreen: lockScreenPlace.activeFocus
     }
     PaneKeys {
-        panes: window.covered ? [null, sheet, lockScreen] : [stack.listPage, stack.mainPage, lockScreen]
+        panes: window.covered ? [null, sheet, lockScreen]
+             : window.searching ? [searchPlace, stack.two ? stack.mainPage : null, lockScreen]
+             : [stack.listPage, stack.mainPage, lockScreen]
 
         readonly property Item lockScreen: lockScreenPlace.visible ? lockScreenPlace : null
-    }
-    Shortcut {
-        sequences: [StandardKey.Refresh]
-        enabled: !window.covered
-        onActivated: window.reload()
-    }
-
-    Shortcut {
-        sequences: [StandardKey.Undo]
-        enabled: !window.covered && !searchPlace.open
-        onActivated: window.undo()
-    }
-    Shortcut {
-        sequences: [StandardKey.Redo, "Ctrl+Y"]
-        enabled: !window.covered && !searchPlace.open
-        onActivated: window.redo()
-    }
-
-    Shortcut {
-        sequences: ["Ctrl+W", "Ctrl+Q"] // some desktops have no standard key for the latter
-        onActivated: window.close()
     }
 
     // Width and height change one after the other; the page is told of both at once.
@@ -267,6 +249,7 @@ Window {
         focus: true
         listWidth: window.panes?.listWidthIn(width, window.height, window.panes.columns, window.panes.divider) ?? 0
         viewWidth: two ? window.panes.viewWidthIn(width, listWidth) : width
+        takesFocus: !window.covered && !window.searching
         swipes: !window.shell.waiting && !window.covered && !searchPlace.open
         onSwipedBack: {
             if (searchPlace.returns)
@@ -372,6 +355,7 @@ Window {
         lockScreen: window.lockScreen
         headHeight: bar.height
         pageShown: stack.depth > 0 || window.shell.waiting
+        elsewhere: window.reviewing && lockScreen !== null && !visible && !own
         onVisibleChanged: {
             if (!visible && (activeFocus || !window.activeFocusItem))
                 window.focusPage(Qt.OtherFocusReason);
@@ -389,24 +373,25 @@ Window {
 
         anchors { fill: parent; rightMargin: lockScreenPlace.width; bottomMargin: window.coveredHeight }
     }
+    Binding {
+        target: sheet.item
+        when: sheet.item !== null
+        property: "hasKeys"
+        value: !lockScreenPlace.activeFocus // it has a use of its own for them
+    }
     PassingNotice {
         id: passing
 
         anchors { bottom: stack.bottom; bottomMargin: 28; horizontalCenter: stack.horizontalCenter }
         acts: !window.covered
         onActed: window.undo()
+        onFocusLost: window.focusPage(Qt.OtherFocusReason)
     }
     Connections {
         target: sheet.item
         ignoreUnknownSignals: true
 
-        function onGone() {
-            if (window.offering)
-                window.afterOffer.call();
-            window.offering = false;
-            sheet.source = "";
-            stack.shownPage?.forceActiveFocus(Qt.OtherFocusReason);
-        }
+        function onGone() { window.dropSheet() }
         function onAccepted() { window.forChosen.call() }
     }
 }

@@ -25,10 +25,10 @@ T.RadioButton {
     checked: row.marked
 
     onClicked: row.tap()
-    Keys.forwardTo: [enter]
+    Keys.forwardTo: [keys]
 
-    HeldEnter {
-        id: enter
+    ButtonKeys {
+        id: keys
 
         onReleased: control.clicked()
     }

@@ -10,6 +10,7 @@ FocusScope {
     property real listWidth: 0 // of the first of two columns; 0 for one
     property real viewWidth: width // of a view that a page in the second column hosts
     property bool listEnabled: true
+    property bool takesFocus: true // is not covered by what has it
     property bool swipes: false // a finger from the edge goes back
     property bool turningBack: false // to the page in the list, when the one on top goes next
     property bool turnedBack: false
@@ -88,7 +89,10 @@ FocusScope {
         }
         swipe.leaving = false;
         swipe.upper = swipe.lower = null;
-        shownPage?.forceActiveFocus(Qt.OtherFocusReason);
+        if (takesFocus)
+            shownPage?.forceActiveFocus(Qt.OtherFocusReason);
+        else if (shownPage)
+            shownPage.focus = true;
     }
 
     clip: true

@@ -9,6 +9,7 @@ Rectangle {
     property string action // the button's text, empty for none
     property bool acts: true // what the button does can be done now
     signal acted
+    signal focusLost // as it has gone
 
     visible: text.length > 0
     width: Math.min(line.implicitWidth + 2 * Theme.inset, parent.width - 2 * Theme.inset)
@@ -26,7 +27,12 @@ Rectangle {
         if (!over.hovered && !button.activeFocus)
             end.restart();
     }
-    function hide() { text = "" }
+    function hide() {
+        const hadFocus = button.activeFocus;
+        text = "";
+        if (hadFocus)
+            focusLost();
+    }
 
     HoverHandler { id: over }
     Row {

@@ -8,10 +8,10 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     containmentMask: TouchMask { item: root }
 
-    Keys.forwardTo: [enter]
+    Keys.forwardTo: [keys]
 
-    HeldEnter {
-        id: enter
+    ButtonKeys {
+        id: keys
 
         onReleased: root.clicked()
     }

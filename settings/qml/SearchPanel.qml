@@ -52,7 +52,7 @@ FocusScope {
             choose(search.current);
         else if (event.key === Qt.Key_Escape && head.text.length > 0)
             head.text = search.query = "";
-        else if (event.key === Qt.Key_Escape)
+        else if (event.key === Qt.Key_Escape && !Keyboard.repeats()) // which may be the key that has cleared the text
             over();
         else
             event.accepted = false;

@@ -37,8 +37,9 @@ FocusScope {
     // Shows the results again, and leaves all pages as they are.
     function goBack() {
         show();
-        (panel.item as SearchPanel).resume();
+        takeFocus();
     }
+    function takeFocus() { (panel.item as SearchPanel).resume() }
     function noteLanding(page) {
         if (going)
             landedOn = page;

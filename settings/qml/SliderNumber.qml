@@ -80,6 +80,9 @@ Item {
             onTextEdited: edited = true
             onAccepted: root.done()
             onActiveFocusChanged: if (!activeFocus) end()
+            // The key that has brought it may still be held.
+            Keys.onReturnPressed: event => event.accepted = Keyboard.repeats()
+            Keys.onEnterPressed: event => event.accepted = Keyboard.repeats()
             // The shortcut for going back would take the key first.
             Keys.onShortcutOverride: event => event.accepted = event.key === Qt.Key_Escape
             Keys.onEscapePressed: {

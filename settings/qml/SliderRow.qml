@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Lumora
 
 // A slider with its number beside it. Hands on a drag when it ends, and a step by key or a typed number at once. Tells of
 // the numbers on the way.
@@ -97,7 +98,7 @@ Cell {
             else if (ends.has(event.key))
                 put(ends.get(event.key));
             else if (number.visible && [Qt.Key_Return, Qt.Key_Enter].includes(event.key))
-                number.edit();
+                Keyboard.repeats() || number.edit();
             else
                 event.accepted = false;
         }

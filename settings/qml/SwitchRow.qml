@@ -25,10 +25,10 @@ T.Switch {
     }
 
     onToggled: row.toggle(checked)
-    Keys.forwardTo: [enter]
+    Keys.forwardTo: [keys]
 
-    HeldEnter {
-        id: enter
+    ButtonKeys {
+        id: keys
 
         onReleased: control.flip()
     }

@@ -118,7 +118,7 @@ QtObject {
     }
     function takeTap(event) {
         event.accepted = table.selectable;
-        if (!event.accepted || event.isAutoRepeat)
+        if (!event.accepted || Keyboard.repeats())
             return;
         go(table.current);
         tap(table.current);

@@ -104,6 +104,10 @@ class Windows(Programs):
     def keys(self, window, *keys):
         self.xdotool("key", "--window", window.id, *keys)
 
+    def hold(self, key):
+        """For so long that the display repeats it some times."""
+        self.xdotool("keydown", key, "sleep", 1.2, "keyup", key)
+
     def type(self, window, text):
         self.xdotool("type", "--window", window.id, "--delay", 4, text)
 

@@ -103,6 +103,19 @@ Item {
             keyClick(Qt.Key_Return);
             compare(accepts.count, 1);
         }
+        function test_doesNothingMoreWhileItSlidesAway() {
+            Theme.animated = true;
+            openOffer({ changes: [{ title: "Badges", path: "Apps", now: "On", then: "Off" }] });
+            keyClick(Qt.Key_Return);
+            keyClick(Qt.Key_Return);
+            compare(accepts.count, 1);
+            lookBack([{ title: "Badges", change: "On → Off" }]);
+            past.place = 0;
+            button("Restore 1").forceActiveFocus();
+            keyClick(Qt.Key_Return);
+            keyClick(Qt.Key_Return);
+            compare(past.restored, 1);
+        }
         function test_offersNothingWhereNothingWouldChange() {
             openOffer({ notes: ["Nothing changes: all its settings are so already."], changes: [] });
             verify(!button("Apply 0").enabled);

@@ -170,6 +170,18 @@ PageStage {
             compare(numbers(), [70]);
             verify(toggle().activeFocus);
         }
+        function test_opensTheNumberOnceByAKeyThatIsHeld() {
+            open([aSlider(50, 90, 66.5, true)]);
+            slider().forceActiveFocus(Qt.TabFocusReason);
+            keyPress(Qt.Key_Return);
+            for (let i = 0; i < 3; ++i) {
+                bench.repeatKey(host.item, Qt.Key_Return);
+                verify(editor()?.activeFocus);
+            }
+            keyRelease(Qt.Key_Return);
+            keyClick(Qt.Key_Return);
+            tryVerify(() => !editor());
+        }
         function test_keepsTheNumberWhenNoneIsTyped_data() {
             return [{ tag: "nothing", text: "", end: Qt.Key_Return }, { tag: "a word", text: "abc", end: Qt.Key_Return },
                     { tag: "space", text: " ", end: Qt.Key_Return }, { tag: "given up", text: "70", end: Qt.Key_Escape }];

@@ -14,7 +14,7 @@ import pyatspi
 
 from harness.spoken import BUTTON, LINK, SWITCH, Spoken
 from harness.tweak import Tweak
-from harness.waiting import eventually
+from harness.waiting import eventually, settled
 
 ALERT, BOX, FIELD, LABEL = pyatspi.ROLE_ALERT, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_TEXT, pyatspi.ROLE_LABEL
 LINE, SLIDER = pyatspi.ROLE_MENU_ITEM, pyatspi.ROLE_SLIDER
@@ -239,6 +239,28 @@ class HistoryTest(Kept):
         self.choose(window, "Undo “Before all changes that are known”")
         self.expect_stored("kAppBadgesEnabled", False)
         self.expect_stored("kAppLabelsEnabled", False)
+
+    def test_has_a_lock_screen_of_its_own_while_there_is_no_other(self):
+        self.set("kAppBadgesEnabled", False)
+        window = self.open_history()
+
+        def screens():
+            return [self.extents(screen).height for application in self.applications(window) for screen in self.find(
+                application, lambda it: it.name == "Lock screen" and self.has_state(it, pyatspi.STATE_SHOWING))]
+        eventually(lambda: len(screens()) == 1 and screens()[0] < 400, "the small one")
+        self.keys(window, "ctrl+l")
+        eventually(lambda: len(screens()) == 1 and screens()[0] > 600, "the large one alone")
+        self.keys(window, "ctrl+l")
+
+    def test_leaves_escape_to_the_lock_screen_beside_it(self):
+        self.set("kAppBadgesEnabled", False)
+        window = self.open_root_page("--size", "1260x900")
+        self.choose(window, "History…")
+        self.named(window, SLIDER, "Time")
+        self.keys(window, "F6", "Escape")
+        self.assertIn("Time", settled(lambda: self.spoken(window, SLIDER), "the sliders", times=30))
+        self.keys(window, "F6", "Escape")
+        self.expect_soon(lambda: "Time" in self.spoken(window, SLIDER), False)
 
     def test_is_not_offered_by_a_tweak_without_it(self):
         with self.with_another_tweak({"kTweakEnabled": True}):

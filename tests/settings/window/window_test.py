@@ -190,6 +190,12 @@ class KeysTest(Window):
             self.click_at(WIDTH // 2, HEIGHT // 2, 8)
         self.named(window, SWITCH, "Enable Lumora")
 
+    def test_goes_back_one_page_by_a_key_that_is_held(self):
+        window = self.open_window("--page", "AutoUnlockController")
+        self.named(window, SWITCH, "Enable Auto-Unlock")
+        self.hold("Escape")
+        self.assertEqual(settled(lambda: self.title_of(window), "the title"), "Apps")
+
     def test_opens_one_page_by_a_double_click(self):
         window = self.open_root_page()
         place = self.extents(self.named(window, LINK, "Apps"))
