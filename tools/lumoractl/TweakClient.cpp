@@ -102,4 +102,14 @@ Result<void> changeSetting(const std::string& key, const Value& value) {
     return error.text() ? fail(std::string(*error.text())) : Result<void>();
 }
 
+Result<std::optional<std::string>> tryChange(const std::string& key, const Value& value) {
+    using Tried = Result<std::optional<std::string>>;
+    const Result<void> changed = changeSetting(key, value);
+    if (changed) return {std::nullopt};
+    const Result<Dictionary> settings = fetchSettings();
+    if (!settings) return Tried::failure(settings.error());
+    const Value* const now = settings.value().find(key);
+    return now && *now == value ? Tried(std::nullopt) : Tried(changed.error());
+}
+
 } // namespace lumora
