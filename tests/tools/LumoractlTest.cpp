@@ -355,6 +355,14 @@ TEST_F(Lumoractl, WritesIntoStreamsAndDevicesThatAreNamed) {
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
+TEST_F(Lumoractl, SaysThatAValueIsTooLargeForAnArchive) {
+    std::string longList = "[0";
+    for (std::size_t i = 0; i < platform::PropertyListLimits::writtenValues; ++i)
+        longList += ",0";
+    EXPECT_EQ(lumoractl({"archive"}, longList + "]").errors,
+              "lumoractl: the value is nested too deeply, or too large, for an archive\n");
+}
+
 TEST_F(Lumoractl, SaysWhatItCannotReadOrWrite) {
     const std::string missing = sandbox.path() / "missing" / "file";
     EXPECT_EQ(lumoractl({"archive", missing}).errors,

@@ -94,7 +94,7 @@ Result<Dictionary> fetchSettings() {
 Result<void> changeSetting(const std::string& key, const Value& value) {
     const auto fail = [](std::string why) { return Result<void>::failure(std::move(why)); };
     const auto body = NSKeyedArchiver::archivedDataWithRootObject(messageWith(changeOf(key, value)));
-    if (!body) return fail("the value is nested too deeply for an archive");
+    if (!body) return fail("the value is nested too deeply, or too large, for an archive");
     const Result<Reply> reply = ask(kUpdateSettings, body);
     if (!reply) return fail(reply.error());
     if (!reply.value()) return {};
