@@ -132,6 +132,10 @@ TEST_F(PastCommands, ListWhatHasChangedSinceThen) {
         changedThen("com.example." + std::to_string(i), std::nullopt, std::nullopt);
     start();
     EXPECT_EQ(parsed(past({"history", "--since", "30m", "--json"})).list()->size(), 10U);
+    const Finished sinceChange = past({"history", "--since", "39"});
+    EXPECT_EQ(sinceChange.status, 0) << sinceChange.errors;
+    EXPECT_THAT(sinceChange.output, MatchesRegex("40  [^\n]*\n"));
+    EXPECT_EQ(past({"history", "--since", "soon"}).status, 2);
 }
 
 TEST_F(PastCommands, ClearTheHistory) {
