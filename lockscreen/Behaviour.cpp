@@ -226,7 +226,7 @@ void Behaviour::swipeNotice(std::size_t place, double share) {
 }
 
 void Behaviour::slide() {
-    if (state_.surface != Surface::notices && state_.surface != Surface::apps) return;
+    if (state_.surface == Surface::passcode || state_.surface == Surface::opened) return;
     if (device_.passcode.empty() || !state_.locked)
         open("", false);
     else

@@ -33,21 +33,15 @@ void bringDefaults(Shell& shell) {
 Sent sendChanges(const std::vector<SettingChange>& changes) {
     Sent sent;
     for (const SettingChange& change : changes) {
-        const auto changed = lumora::changeSetting(change.key, change.after);
-        bool made = bool(changed);
-        if (!made) {
-            const auto there = lumora::fetchSettings();
-            if (!there) {
-                sent.fault = there.error();
-                break;
-            }
-            const platform::Value* now = there.value().find(change.key);
-            made = now && *now == change.after; // only the answer came too late
+        const auto tried = lumora::tryChange(change.key, change.after);
+        if (!tried) {
+            sent.fault = tried.error();
+            break;
         }
-        if (made)
-            sent.made.push_back(change);
+        if (tried.value())
+            sent.refused.push_back({change.key, *tried.value()});
         else
-            sent.refused.push_back({change.key, changed.error()});
+            sent.made.push_back(change);
     }
     return sent;
 }

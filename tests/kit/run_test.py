@@ -87,6 +87,16 @@ class RunTest(Spoken):
         running.send_signal(signal.SIGINT)
         self.expect_to_end(running, programs)
 
+    def test_runs_where_the_folder_for_temporary_files_has_too_long_a_path_for_sockets(self):
+        self.temporary /= "deep" * 20
+        self.temporary.mkdir()
+        self.environment["TMPDIR"] = str(self.temporary)
+        running = self.run_plugin()
+        self.named(self.window(running), SWITCH, "Switch")
+        programs = self.children(running)
+        running.terminate()
+        self.expect_to_end(running, programs)
+
     def test_shows_each_build_anew_and_keeps_what_is_open_for_one_that_is_of_no_use(self):
         running = self.run_plugin()
         first = self.window(running)

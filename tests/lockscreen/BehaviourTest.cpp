@@ -114,6 +114,19 @@ TEST(Behaviour, GoesBackFromThePasscodeToWhereItWasAskedFor) {
     EXPECT_EQ(player.surface(), Surface::apps);
 }
 
+TEST(Behaviour, UnlocksByTheHintOnEveryStage) {
+    for (const Surface stage : {Surface::notices, Surface::apps, Surface::appView}) {
+        Player player(enabled(), sampleDevice());
+        const Look look = lookOf(enabled(), sampleDevice(), player.behaviour.show(stage, player.now));
+        EXPECT_TRUE(look.slideHint.visible);
+        player.play("slide\nkey Escape");
+        EXPECT_EQ(player.surface(), stage) << "is where the passcode was asked for";
+        player.play("slide\nkey 1\nkey 2\nkey 3\nkey 4");
+        EXPECT_THAT(player.outcomes(),
+                    ElementsAre("asks for the passcode", "back", "asks for the passcode", "unlocked", "home screen"));
+    }
+}
+
 TEST(Behaviour, TakesNoKeysForAWhileAfterFourWrongPasscodes) {
     Player player = onApps(enabled());
     player.play("slide");

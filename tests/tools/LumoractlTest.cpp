@@ -1,3 +1,4 @@
+#include "tests/support/FullDisk.h"
 #include "tests/support/RawSocket.h"
 #include "tests/support/ServedPort.h"
 #include "tests/tweak/Program.h"
@@ -309,6 +310,57 @@ TEST_F(Lumoractl, LeavesTheOutputAloneWhenTheInputIsWrong) {
     EXPECT_EQ(unarchive.status, 1);
     EXPECT_THAT(unarchive.errors, HasSubstr("the input is no keyed archive: "));
     EXPECT_EQ(readFile(kept), "kept");
+}
+
+TEST_F(Lumoractl, LeavesTheOutputAloneWhenTheDiskIsFull) {
+    const auto folder = sandbox.path() / "output";
+    std::filesystem::create_directory(folder);
+    writeFile(folder / "kept", "kept");
+    writeFile(sandbox.path() / "long", '"' + std::string(9000, 'x') + '"');
+    for (const char* name : {"kept", "new"}) {
+        const FullDisk full(4096);
+        const Finished archive = lumoractl({"archive", sandbox.path() / "long", "-o", folder / name});
+        EXPECT_EQ(archive.status, 1);
+        EXPECT_THAT(archive.errors, HasSubstr("cannot write " + (folder / name).string() + ": File too large\n"));
+    }
+    EXPECT_EQ(readFile(folder / "kept"), "kept");
+    EXPECT_EQ(entries(folder.c_str()), 1);
+}
+
+TEST_F(Lumoractl, ReplacesTheFileThatALinkLeadsToAndKeepsItsMode) {
+    using enum std::filesystem::perms;
+    const auto file = sandbox.path() / "file";
+    const auto link = sandbox.path() / "link";
+    writeFile(file, "former");
+    std::filesystem::permissions(file, owner_read | owner_write | group_write);
+    std::filesystem::create_symlink("file", link);
+    EXPECT_EQ(lumoractl({"archive", "-o", link}, "1").status, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(lumoractl({"unarchive", file}).output, "1\n");
+    EXPECT_EQ(std::filesystem::status(file).permissions(), owner_read | owner_write | group_write);
+
+    const auto made = sandbox.path() / "made";
+    EXPECT_EQ(shell("umask 027; echo 1 | \"$0\" archive -o '" + made.string() + "'").status, 0);
+    EXPECT_EQ(std::filesystem::status(made).permissions(), owner_read | owner_write | group_read);
+}
+
+TEST_F(Lumoractl, WritesIntoStreamsAndDevicesThatAreNamed) {
+    const auto file = sandbox.path() / "file";
+    writeFile(file, "former");
+    std::filesystem::create_hard_link(file, sandbox.path() / "same");
+    EXPECT_EQ(shell("echo 1 | \"$0\" archive | \"$0\" unarchive -o /dev/stdout > '" + file.string() + "'").status, 0);
+    EXPECT_EQ(readFile(sandbox.path() / "same"), "1\n");
+    EXPECT_EQ(shell("echo 1 | \"$0\" archive -o /dev/stdout | \"$0\" unarchive").output, "1\n");
+    EXPECT_EQ(lumoractl({"archive", "-o", "/dev/null"}, "1").status, 0);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+}
+
+TEST_F(Lumoractl, SaysThatAValueIsTooLargeForAnArchive) {
+    std::string longList = "[0";
+    for (std::size_t i = 0; i < platform::PropertyListLimits::writtenValues; ++i)
+        longList += ",0";
+    EXPECT_EQ(lumoractl({"archive"}, longList + "]").errors,
+              "lumoractl: the value is nested too deeply, or too large, for an archive\n");
 }
 
 TEST_F(Lumoractl, SaysWhatItCannotReadOrWrite) {

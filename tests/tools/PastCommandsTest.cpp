@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <mutex>
 #include <random>
 
 using namespace lumora;
@@ -17,6 +19,7 @@ using namespace tests;
 using platform::Dictionary;
 using platform::List;
 using platform::NSKeyedArchiver;
+using platform::NSKeyedUnarchiver;
 using platform::Value;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -29,6 +32,41 @@ Finished past(std::vector<std::string> words) {
     words.insert(words.begin(), LUMORACTL);
     return run(std::move(words));
 }
+
+/// A tweak that answers a change only when its sender has given up waiting, and asks for the settings.
+class LateTweak {
+  public:
+    LateTweak() = default;
+    LateTweak(const LateTweak&) = delete;
+    LateTweak& operator=(const LateTweak&) = delete;
+    ~LateTweak() { ended_ = true; }
+
+  private:
+    std::optional<platform::Data> take(const platform::Data& body) {
+        const Value change = NSKeyedUnarchiver::unarchiveObjectWithData(body)["object"];
+        const int before = asked_;
+        const std::unique_lock lock(mutex_);
+        settings_.set(std::string(*change["key"].text()), change["object"]);
+        eventually([&] { return asked_ > before || ended_; });
+        return std::nullopt;
+    }
+    std::optional<platform::Data> answer() {
+        ++asked_;
+        const std::unique_lock lock(mutex_);
+        return NSKeyedArchiver::archivedDataWithRootObject(settings_);
+    }
+
+    std::atomic<int> asked_ = 0;
+    std::atomic<bool> ended_ = false;
+    std::mutex mutex_;
+    Dictionary settings_{{"kSleepTime", 30}, {"kAppsPerRow", 3}};
+    ServedPort defaults_{
+        "com.nevo.lumora/defaults", [](auto&, auto, auto&) {
+            return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"kSleepTime", 10}, {"kAppsPerRow", 4}});
+        }};
+    ServedPort requests_{"com.nevo.lumora/requestTweakSettings", [this](auto&, auto, auto&) { return answer(); }};
+    ServedPort updates_{"com.nevo.lumora/updateSettings", [this](auto&, auto, auto& body) { return take(*body); }};
+};
 
 /// lumoractl beside a tweak, whose history can be written before it starts.
 class PastCommands : public testing::Test {
@@ -94,6 +132,10 @@ TEST_F(PastCommands, ListWhatHasChangedSinceThen) {
         changedThen("com.example." + std::to_string(i), std::nullopt, std::nullopt);
     start();
     EXPECT_EQ(parsed(past({"history", "--since", "30m", "--json"})).list()->size(), 10U);
+    const Finished sinceChange = past({"history", "--since", "39"});
+    EXPECT_EQ(sinceChange.status, 0) << sinceChange.errors;
+    EXPECT_THAT(sinceChange.output, MatchesRegex("40  [^\n]*\n"));
+    EXPECT_EQ(past({"history", "--since", "soon"}).status, 2);
 }
 
 TEST_F(PastCommands, ClearTheHistory) {
@@ -237,6 +279,39 @@ TEST_F(PastCommands, ResetSettingsToTheirDefaults) {
     EXPECT_EQ(askForSettings()["kAutoUnlockPasscode"], Value("24680"));
     EXPECT_EQ(past({"reset"}).status, 2);
     EXPECT_EQ(past({"reset", "--all", "kSleepTime"}).status, 2);
+}
+
+TEST_F(PastCommands, CountChangesAsMadeWhoseAnswersComeTooLate) {
+    const LateTweak slow;
+    const Finished reset = past({"reset", "--all"});
+    EXPECT_EQ(reset.status, 0) << reset.errors;
+    EXPECT_EQ(reset.output, "kSleepTime: 30 → 10\nkAppsPerRow: 3 → 4\n");
+    const std::string profile = sandbox.path() / "profile.json";
+    writeFile(profile, R"({"lumora": 1, "settings": {"kSleepTime": 40}})");
+    const Finished imported = past({"import", profile});
+    EXPECT_EQ(imported.status, 0) << imported.errors;
+    EXPECT_THAT(imported.output, HasSubstr("10 → 40\n"));
+}
+
+TEST_F(PastCommands, ResetNoMoreOnceTheTweakIsGone) {
+    const auto answer = [](int value) {
+        return NSKeyedArchiver::archivedDataWithRootObject(
+            Dictionary{{"kSleepTime", value}, {"kAppsPerRow", value}, {"kAppIconSize", value}});
+    };
+    const ServedPort defaults("com.nevo.lumora/defaults", [&](auto&, auto, auto&) { return answer(50); });
+    auto requests = std::make_unique<ServedPort>("com.nevo.lumora/requestTweakSettings",
+                                                 [&](auto&, auto, auto&) { return answer(5); });
+    const ServedPort updates("com.nevo.lumora/updateSettings",
+                             [&](auto&, auto, auto&) -> std::optional<platform::Data> {
+                                 if (!requests)
+                                     return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{{"error", "going"}});
+                                 requests.reset();
+                                 return std::nullopt;
+                             });
+    const Finished reset = past({"reset", "--all"});
+    EXPECT_EQ(reset.status, 1);
+    EXPECT_EQ(reset.output, "kSleepTime: 5 → 50\n");
+    EXPECT_THAT(reset.errors, MatchesRegex("lumoractl: no tweak answers on [^\n]*\n"));
 }
 
 TEST_F(PastCommands, TellThatTheTweakOffersNone) {

@@ -363,6 +363,13 @@ TEST_F(ProfileCommands, ListAndCheckWhatIsShipped) {
     }
 }
 
+TEST_F(ProfileCommands, TakeAFolderForNoProfile) {
+    std::filesystem::create_directory(sandbox.path() / "plain");
+    const Finished check = run({"/bin/sh", "-c", R"(cd "$0" && "$1" import --check plain)", sandbox.path(), LUMORACTL});
+    EXPECT_EQ(check.status, 0) << check.errors;
+    EXPECT_THAT(check.output, StartsWith("Plain: "));
+}
+
 TEST_F(ProfileCommandsWithTweak, ComparesAProfileWithTheSettingsOrAnother) {
     const std::string one = file(profileOf({{"kSleepTime", 30}, {"kAppsPerRow", 4}}));
     const Finished differs = called({"diff", one});

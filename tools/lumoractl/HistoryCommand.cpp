@@ -31,18 +31,19 @@ int showHistory(const HistoryWish& wish) {
         if (!cleared) return report(cleared.error());
         return cleared.value() ? kDone : report(kNoHistory, kNotOffered);
     }
-    Moment since = Moment::min();
+    Landmark since{Moment::min(), std::nullopt};
     if (!wish.since.empty()) {
-        const Result<Moment> moment = readMoment(wish.since, momentNow());
-        if (!moment) return report(moment.error(), kWrongUse);
-        since = moment.value();
+        const Result<Landmark> landmark = readLandmark(wish.since);
+        if (!landmark) return report(landmark.error(), kWrongUse);
+        since = landmark.value();
     }
     auto fetched = fetchHistory();
     if (!fetched) return report(fetched.error());
     if (!fetched.value()) return report(kNoHistory, kNotOffered);
     std::vector<ChangeRecord> records = std::move(fetched).value().value();
     std::erase_if(records, [&](const ChangeRecord& one) {
-        return one.time < since || (!wish.key.empty() && one.key != wish.key);
+        const bool isBefore = since.revision ? one.revision <= *since.revision : one.time < since.moment;
+        return isBefore || (!wish.key.empty() && one.key != wish.key);
     });
     if (!wish.json) return print(recordLines(records));
     List documents;

@@ -106,15 +106,15 @@ class ImportReport {
 Result<void> makeChanges(const std::vector<Difference>& changes, ImportReport& report) {
     std::size_t made = 0;
     for (const Difference& change : changes) {
-        const Result<void> changed = changeSetting(change.key, *change.after);
-        if (changed) {
+        const auto tried = tryChange(change.key, *change.after);
+        if (!tried)
+            return Result<void>::failure(tried.error() + "; " + std::to_string(made) + " of " +
+                                         std::to_string(changes.size()) + " changes were made");
+        if (tried.value()) {
+            report.refused(change.key, *tried.value());
+        } else {
             ++made;
             if (auto told = report.changed(change); !told) return told;
-        } else if (const auto there = fetchSettings(); !there) {
-            return Result<void>::failure(there.error() + "; " + std::to_string(made) + " of " +
-                                         std::to_string(changes.size()) + " changes were made");
-        } else {
-            report.refused(change.key, changed.error());
         }
     }
     return {};

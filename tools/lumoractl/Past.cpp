@@ -12,7 +12,6 @@
 #include <charconv>
 #include <utility>
 
-using platform::Dictionary;
 using platform::Result;
 using platform::Value;
 
@@ -85,9 +84,10 @@ std::string changeText(const ChangeRecord& record) {
 int carryOut(const std::vector<Intent>& intents, bool onlyTold) {
     int status = kDone;
     for (const auto& [key, before, after] : intents) {
-        const Result<void> changed = onlyTold ? Result<void>() : changeSetting(key, after);
-        if (!changed) {
-            status = report(changed.error());
+        const auto tried = onlyTold ? Result<std::optional<std::string>>(std::nullopt) : tryChange(key, after);
+        if (!tried) return report(tried.error());
+        if (tried.value()) {
+            status = report(*tried.value());
         } else if (print(platform::printable(key) + ": " + shortText(key, before) + " → " + shortText(key, after) +
                          "\n") != kDone) {
             return kFailed;

@@ -44,7 +44,7 @@ struct Intent {
     platform::Value after;
 };
 /// Makes the changes, with a message for each, and prints a line for each that is made; or only prints them. The status
-/// says whether the tweak has taken all of them; what it refuses is told.
+/// says whether the tweak has taken all of them; what it refuses is told. Ends where no tweak answers any more.
 [[nodiscard]] int carryOut(const std::vector<Intent>& intents, bool onlyTold);
 
 inline constexpr const char* kNoHistory = "the tweak offers no history";

@@ -30,7 +30,8 @@ void PastCommands::addTo(CLI::App& app, const Choose& choose) {
     CLI::App* history = command("history", "List the changes that the tweak has recorded, the last one at the end",
                                 kTimes, [this] { return showHistory(history_); });
     history->add_option("KEY", history_.key, "Only those of this key")->type_name("")->check(isKey);
-    history->add_option("--since", history_.since, "Only those since then")->type_name("TIME");
+    history->add_option("--since", history_.since, "Only those since a time, or after the change of a revision")
+        ->type_name("TIME");
     history->add_flag("--json", history_.json, "Print one JSON list, with an object for each change");
     CLI::Option* clear = history->add_flag("--clear", history_.clear, "Have the tweak forget all of them");
     for (const char* other : {"KEY", "--since", "--json"})

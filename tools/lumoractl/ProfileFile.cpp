@@ -24,7 +24,8 @@ namespace {
 
 std::string fileOf(const std::string& name) {
     std::error_code unknown;
-    if (name == "-" || name.find('/') != std::string::npos || std::filesystem::exists(name, unknown)) return name;
+    const auto there = std::filesystem::status(name, unknown);
+    if (name == "-" || name.find('/') != std::string::npos || (exists(there) && !is_directory(there))) return name;
     const auto shipped = profiles::shippedProfile(name);
     return shipped ? shipped->file.string() : name;
 }

@@ -5,11 +5,13 @@
 #include "tools/lumoractl/Streams.h"
 #include "tools/lumoractl/TweakClient.h"
 
+#include "link/Messages.h"
 #include "link/PreferenceKeys.h"
 #include "lists/PluginDiscovery.h"
 #include "platform/foundation/DeviceRoot.h"
 #include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/LoadProbe.h"
+#include "platform/messaging/CFMessagePort.h"
 #include "search/IndexChild.h"
 #include "search/PrivateFolder.h"
 
@@ -181,9 +183,18 @@ class PluginRun {
         };
         if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY") && !isSet("QT_QPA_PLATFORM"))
             return Result<void>::failure("there is no display to open a window on");
-        if (!folder_.makeIn(fs::temp_directory_path(failed)))
-            return Result<void>::failure("there is no folder for temporary files");
-        return prepareDevice();
+        return makeFolder() ? prepareDevice() : Result<void>::failure("there is no folder for temporary files");
+    }
+
+    /// One whose path leaves room for the names of sockets.
+    bool makeFolder() {
+        std::error_code unknown;
+        for (const fs::path& parent : {fs::temp_directory_path(unknown), fs::path("/tmp")}) {
+            if (!folder_.makeIn(parent)) continue;
+            ::setenv("LUMORA_PORTS", (folder_.path() / "ports").c_str(), 1);
+            if (platform::checkPortsFolder(portName(kRequestTweakSettings))) return true;
+        }
+        return false;
     }
 
     /// Everything that is the plug-in's own: root, ports, settings, what programs keep.
@@ -196,8 +207,8 @@ class PluginRun {
         if (failed) return Result<void>::failure("cannot link the bundle: " + failed.message());
         ::setenv("LUMORA_ROOT", root.c_str(), 1);
         ::setenv("TMPDIR", folder_.path().c_str(), 1); // a probe that is ended leaves its folder
-        for (const auto& [variable, name] : {std::pair("LUMORA_PORTS", "ports"), std::pair("XDG_CACHE_HOME", "cache"),
-                                             std::pair("XDG_STATE_HOME", "state")})
+        for (const auto& [variable, name] :
+             {std::pair("XDG_CACHE_HOME", "cache"), std::pair("XDG_STATE_HOME", "state")})
             ::setenv(variable, (folder_.path() / name).c_str(), 1);
         auto tweak = RunningProgram::start({program("lumora-tweak")}, true);
         if (!tweak) return Result<void>::failure(tweak.error());

@@ -2,16 +2,24 @@
 
 #include "json/Json.h"
 
+#include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/Unicode.h"
 
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <optional>
+#include <random>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 using platform::Data;
+using platform::FileDescriptor;
 using platform::Result;
+namespace fs = std::filesystem;
 
 namespace lumora {
 namespace {
@@ -38,6 +46,41 @@ std::string failure(const char* verb, const std::string& name, const char* stand
            std::generic_category().message(errno);
 }
 
+/// A file that another one can take the place of: none yet, or a regular one of this user's, behind links.
+struct Replaceable {
+    fs::path path;
+    std::optional<mode_t> mode; ///< nothing where there is none yet
+};
+
+/// Nothing for what can only be written into.
+std::optional<Replaceable> replaceable(const std::string& name) {
+    for (const char* streams : {"/dev/std", "/dev/fd/", "/proc/"})
+        if (name.starts_with(streams)) return {};
+    struct stat facts {};
+    if (::lstat(name.c_str(), &facts) != 0) return Replaceable{name, {}};
+    if (::stat(name.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode) || facts.st_uid != ::geteuid() ||
+        ::access(name.c_str(), W_OK) != 0)
+        return {};
+    std::error_code failed;
+    fs::path path = fs::canonical(name, failed);
+    return failed ? std::nullopt : std::optional(Replaceable{std::move(path), facts.st_mode & ALLPERMS});
+}
+
+/// The new file stands beside the former one until it is whole. False when that fails, with the reason in errno.
+bool replace(const Replaceable& former, const void* bytes, std::size_t size) {
+    const fs::path made = former.path.parent_path() / (".lumoractl-" + std::to_string(std::random_device()()));
+    FileDescriptor file(
+        ::open(made.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, former.mode.value_or(DEFFILEMODE)));
+    if (!file) return false;
+    if (file.write(bytes, size) && (!former.mode || ::fchmod(file.number(), *former.mode) == 0) && file.close() &&
+        ::rename(made.c_str(), former.path.c_str()) == 0)
+        return true;
+    const int why = errno;
+    ::unlink(made.c_str());
+    errno = why;
+    return false;
+}
+
 } // namespace
 
 Result<Data> readAll(const std::string& name, std::size_t most) {
@@ -56,6 +99,11 @@ Result<Data> readAll(const std::string& name, std::size_t most) {
 }
 
 Result<void> writeAll(const std::string& name, const void* bytes, std::size_t size) {
+    if (const auto former = name == "-" ? std::nullopt : replaceable(name)) {
+        if (replace(*former, bytes, size)) return {};
+        // Where no file can be put into the folder, that one may be writable.
+        if (errno != EACCES && errno != EBUSY) return Result<void>::failure(failure("write", name, ""));
+    }
     const Stream stream(name, "wb", stdout);
     // Flushing at once shows a full disk while there is still someone to tell.
     if (!stream.file() || std::fwrite(bytes, 1, size, stream.file()) != size || std::fflush(stream.file()) != 0)

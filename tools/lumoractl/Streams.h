@@ -19,7 +19,8 @@ namespace lumora {
 /// A text on standard output.
 [[nodiscard]] platform::Result<void> printText(const std::string& text);
 
-/// Makes a file of the bytes, or writes them to standard output where the name is "-".
+/// Makes a file of the bytes, or writes them to standard output where the name is "-". Where that fails, for want of
+/// room too, a former file stays as it was.
 [[nodiscard]] platform::Result<void> writeAll(const std::string& name, const void* bytes, std::size_t size);
 
 /// A line on standard error, in the program's name.

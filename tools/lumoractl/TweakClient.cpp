@@ -94,12 +94,22 @@ Result<Dictionary> fetchSettings() {
 Result<void> changeSetting(const std::string& key, const Value& value) {
     const auto fail = [](std::string why) { return Result<void>::failure(std::move(why)); };
     const auto body = NSKeyedArchiver::archivedDataWithRootObject(messageWith(changeOf(key, value)));
-    if (!body) return fail("the value is nested too deeply for an archive");
+    if (!body) return fail("the value is nested too deeply, or too large, for an archive");
     const Result<Reply> reply = ask(kUpdateSettings, body);
     if (!reply) return fail(reply.error());
     if (!reply.value()) return {};
     const Value error = NSKeyedUnarchiver::unarchiveObjectWithData(*reply.value())[kErrorEntry];
     return error.text() ? fail(std::string(*error.text())) : Result<void>();
+}
+
+Result<std::optional<std::string>> tryChange(const std::string& key, const Value& value) {
+    using Tried = Result<std::optional<std::string>>;
+    const Result<void> changed = changeSetting(key, value);
+    if (changed) return {std::nullopt};
+    const Result<Dictionary> settings = fetchSettings();
+    if (!settings) return Tried::failure(settings.error());
+    const Value* const now = settings.value().find(key);
+    return now && *now == value ? Tried(std::nullopt) : Tried(changed.error());
 }
 
 } // namespace lumora

@@ -18,6 +18,11 @@ namespace lumora {
 /// word.
 [[nodiscard]] platform::Result<void> changeSetting(const std::string& key, const platform::Value& value);
 
+/// The same; where no answer comes in time, the settings tell whether the change was made. Gives the reason for one that
+/// was not, and fails where no tweak answers any more.
+[[nodiscard]] platform::Result<std::optional<std::string>> tryChange(const std::string& key,
+                                                                     const platform::Value& value);
+
 /// The answer to a message that a tweak may be without, whose body is about the object, or which has none if that is nil.
 /// Nothing where a tweak answers that does not offer it; nil where it has no answer.
 [[nodiscard]] platform::Result<std::optional<platform::Value>> askOptional(const std::string& message,

@@ -127,7 +127,7 @@ int archive(const Arguments& arguments) {
     const Result<Value> value = parseJson(json.value());
     if (!value) return report("the input is no JSON: " + value.error());
     const std::optional<Data> archived = NSKeyedArchiver::archivedDataWithRootObject(value.value());
-    if (!archived) return report("the value is nested too deeply for an archive");
+    if (!archived) return report("the value is nested too deeply, or too large, for an archive");
     return write(arguments.output, archived->data(), archived->size());
 }
 
