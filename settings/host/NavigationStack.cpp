@@ -9,7 +9,6 @@
 #include <exception>
 #include <functional>
 #include <iostream>
-#include <tuple>
 #include <utility>
 
 namespace settings {
@@ -168,8 +167,9 @@ bool Navigation::goBack() {
 void Navigation::reload(std::uint64_t id) {
     const OpenPage* page = pageOnTop(id);
     if (!page || page->controller->presentedViewController()) return;
-    const auto [pageClass, title, row] =
-        std::tuple(page->pageClass, page->snapshot->title, page->controller->specifier());
+    const Class pageClass = page->pageClass;
+    const std::string title = page->snapshot->title;
+    const PSSpecifierRef row = page->controller->specifier();
     change(pageClass, [&] {
         auto anew = make(pageClass, title, row);
         if (!anew) return false;
