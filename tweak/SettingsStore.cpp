@@ -89,26 +89,26 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
 }
 
 SettingsStore::SettingsStore(std::unique_ptr<SettingsFile> file, Dictionary changed, std::size_t size)
-    : file_(std::move(file)), changed_(std::move(changed)), size_(size) {
+    : file_(std::move(file)), size_(size), changed_(std::move(changed)) {
 }
 
 Dictionary SettingsStore::settings() const {
-    const std::lock_guard held(changing_);
+    const std::lock_guard held(state_);
     return withDefaults(changed_);
 }
 
 Dictionary SettingsStore::changed() const {
-    const std::lock_guard held(changing_);
+    const std::lock_guard held(state_);
     return changed_;
 }
 
 void SettingsStore::countFrom(std::int64_t revision) {
-    const std::lock_guard held(changing_);
+    const std::lock_guard held(state_);
     revision_ = revision;
 }
 
 std::int64_t SettingsStore::revision() const {
-    const std::lock_guard held(changing_);
+    const std::lock_guard held(state_);
     return revision_;
 }
 
@@ -131,9 +131,12 @@ Result<void> SettingsStore::change(const std::string& key, const Value& value) {
         return refuse(inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more");
     Result<void> kept = file_->replace(bytes.value());
     if (!kept) return kept;
-    std::swap(changed_, changed); // what was set before is for the observer
     size_ = bytes.value().size();
-    ++revision_;
+    {
+        const std::lock_guard told(state_);
+        std::swap(changed_, changed); // what was set before is for the observer
+        ++revision_;
+    }
     if (observer_) observer_({revision_, key, changed.find(key), value});
     return {};
 }

@@ -1,8 +1,11 @@
 #include "tests/tweak/SettingsStoreTest.h"
 
+#include "tests/support/Deadline.h"
 #include "tests/support/FullDisk.h"
 
 #include <cerrno>
+#include <functional>
+#include <future>
 
 #include <dlfcn.h>
 #include <sys/stat.h>
@@ -11,17 +14,16 @@ using namespace tests;
 
 namespace {
 
-thread_local bool closingFails = false;
+/// What this thread does once it has closed a file, in place of a success.
+thread_local const std::function<int()>* whenClosed = nullptr;
 
 } // namespace
 
-/// Closes as the one of the C library does, and while it is to fail says that not everything has arrived.
+/// Closes as the one of the C library does.
 extern "C" int close(int descriptor) {
     static const auto librarys = reinterpret_cast<int (*)(int)>(::dlsym(RTLD_NEXT, "close"));
     const int closed = librarys(descriptor);
-    if (!closingFails) return closed;
-    errno = EDQUOT;
-    return -1;
+    return whenClosed ? (*whenClosed)() : closed;
 }
 
 TEST_F(SettingsStoreTest, SetsAnUnreadableFileAsideAndNeverOverwritesOne) {
@@ -123,14 +125,38 @@ TEST_F(SettingsStoreTest, RefusesAChangeThatDoesNotFitOnTheDisk) {
 TEST_F(SettingsStoreTest, RefusesAChangeThatDoesNotArriveOnTheDiskBeforeItsFileIsClosed) {
     const auto store = open();
     ASSERT_TRUE(store->change("kSleepTime", 30));
-    closingFails = true; // for this thread
+    const std::function<int()> fails = [] {
+        errno = EDQUOT;
+        return -1;
+    };
+    whenClosed = &fails;
     const auto changed = store->change("kSleepTime", 60);
-    closingFails = false;
+    whenClosed = nullptr;
     ASSERT_FALSE(changed);
     EXPECT_EQ(changed.error(), "cannot write " + sandbox.settings().string() + ": Disk quota exceeded");
     EXPECT_EQ(store->settings()["kSleepTime"], Value(30));
     EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
     EXPECT_THAT(files(), UnorderedElementsAre("settings.plist", "settings.plist.lock"));
+}
+
+TEST_F(SettingsStoreTest, TellsTheSettingsWhileAChangeIsWrittenAndRecorded) {
+    const auto store = open();
+    const auto told = [&] {
+        const Deadline deadline("the settings during a change");
+        return std::async(std::launch::async, [&] { return store->settings()["kSleepTime"]; }).get();
+    };
+    Value written;
+    Value recorded;
+    store->setObserver([&](const KeptChange&) { recorded = told(); });
+    const std::function<int()> asks = [&] {
+        written = told();
+        return 0;
+    };
+    whenClosed = &asks;
+    EXPECT_TRUE(store->change("kSleepTime", 30));
+    whenClosed = nullptr;
+    EXPECT_EQ(written, findSetting("kSleepTime")->byDefault);
+    EXPECT_EQ(recorded, Value(30));
 }
 
 TEST_F(SettingsStoreTest, RefusesChangesWhenItsFolderIsGone) {
