@@ -73,6 +73,7 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
     if (!bytes) return Opened::failure("cannot read " + file->path().string() + ": " + bytes.error());
 
     Dictionary changed;
+    std::size_t size = bytes.value() ? bytes.value()->size() : 0;
     if (const Result<Dictionary> read = settingsIn(bytes.value())) {
         changed = fitting(read.value(), file->path(), log);
     } else {
@@ -83,8 +84,8 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
         }
         log(file->path().string() + " holds no settings (" + read.error() + "): it is set aside as " +
             aside.value().string() + ", defaults stand in");
+        size = 0;
     }
-    const std::size_t size = bytes.value() ? bytes.value()->size() : 0;
     return std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed), size));
 }
 

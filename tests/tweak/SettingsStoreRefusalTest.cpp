@@ -196,6 +196,13 @@ TEST_F(SettingsStoreTest, ChangesSwitchesInAFileBeyondItsLimitWhichGrowsNoFurthe
     EXPECT_TRUE(store->change("a", Data(kLargestSettings, 1)));
 }
 
+TEST_F(SettingsStoreTest, GrowsToItsLimitWhereALargerFileWasSetAside) {
+    writeFile(sandbox.settings(), std::string(2 * kLargestSettings, 'x'));
+    const auto store = open();
+    ASSERT_TRUE(store) << failure;
+    EXPECT_THAT(store->change("com.example.data", Data(kLargestSettings)).error(), HasSubstr("more than 4 MiB"));
+}
+
 TEST_F(SettingsStoreTest, LetsAFileBeyondItsLimitGrowAtNoStart) {
     const auto written =
         platform::writePropertyList(Dictionary{{"a", Data(2 * kLargestSettings, 1)}, {"com.example.switch", true}});
