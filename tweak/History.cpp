@@ -99,7 +99,9 @@ Result<FileDescriptor> History::openFile(const std::string& name, int flags) con
     struct stat status {};
     if (!file || ::fstat(file.number(), &status) != 0) return Result<FileDescriptor>::failure(systemFailure().error());
     if (!S_ISREG(status.st_mode)) return fail("it is no regular file");
-    if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0) return fail("another lumora-tweak uses it");
+    if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0)
+        return errno == EWOULDBLOCK ? fail("another lumora-tweak uses it")
+                                    : Result<FileDescriptor>::failure("cannot lock it: " + systemFailure().error());
     constexpr mode_t bits = 07777;
     if ((status.st_mode & bits) != kHistoryMode && ::fchmod(file.number(), kHistoryMode) != 0)
         return Result<FileDescriptor>::failure(systemFailure().error());

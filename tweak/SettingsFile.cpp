@@ -49,7 +49,8 @@ Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::
         openat(folder.number(), lockName.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
     if (!lock) return Opened::failure("cannot write in " + file.parent_path().string() + ": " + systemError());
     if (flock(lock.number(), LOCK_EX | LOCK_NB) != 0)
-        return Opened::failure("another lumora-tweak is running: it holds " + file.string());
+        return Opened::failure(errno == EWOULDBLOCK ? "another lumora-tweak is running: it holds " + file.string()
+                                                    : "cannot lock " + file.string() + ": " + systemError());
     return std::unique_ptr<SettingsFile>(new SettingsFile(file, std::move(folder), std::move(lock), std::move(log)));
 }
 

@@ -3,12 +3,17 @@
 #include "tests/support/Deadline.h"
 #include "tests/support/FullDisk.h"
 
+#include "tweak/History.h"
+
 #include <cerrno>
 #include <functional>
 #include <future>
 
 #include <dlfcn.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 using namespace tests;
 
@@ -16,8 +21,16 @@ namespace {
 
 /// What this thread does once it has closed a file, in place of a success.
 thread_local const std::function<int()>* whenClosed = nullptr;
+/// Whether flock() fails for this thread.
+thread_local bool locksAreMissing = false;
 
 } // namespace
+
+extern "C" int flock(int descriptor, int operation) noexcept {
+    if (!locksAreMissing) return static_cast<int>(::syscall(SYS_flock, descriptor, operation));
+    errno = ENOLCK;
+    return -1;
+}
 
 /// Closes as the one of the C library does.
 extern "C" int close(int descriptor) {
@@ -232,6 +245,16 @@ TEST_F(SettingsStoreTest, RefusesValuesThatCouldNotBeReadBack) {
     EXPECT_THAT(store->change("com.example.nil", List{nullptr}).error(), HasSubstr("cannot be kept"));
     EXPECT_EQ(store->settings().size(), knownSettings().size());
     EXPECT_EQ(open(), nullptr) << "the file is still held by the first store";
+}
+
+TEST_F(SettingsStoreTest, SaysWhyNoFileCanBeLocked) {
+    locksAreMissing = true;
+    EXPECT_FALSE(open());
+    const auto history = History::open(History::besideSettings(sandbox.settings()), log);
+    locksAreMissing = false;
+    EXPECT_EQ(failure, "cannot lock " + sandbox.settings().string() + ": No locks available");
+    ASSERT_FALSE(history);
+    EXPECT_THAT(history.error(), HasSubstr("cannot lock it: No locks available"));
 }
 
 TEST_F(SettingsStoreTest, IsTheOnlyOneWithItsFile) {
