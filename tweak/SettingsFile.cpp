@@ -25,14 +25,24 @@ std::string systemError() {
     return std::generic_category().message(errno);
 }
 
+/// If the path is a link, the file behind it is the one to replace, or to make.
+std::filesystem::path behindLinks(const std::filesystem::path& path, std::error_code& failed) {
+    std::filesystem::path file = std::filesystem::absolute(path, failed);
+    for (std::error_code isNoLink; !failed && !isNoLink;) {
+        file = std::filesystem::weakly_canonical(file, failed);
+        // One to a missing file is still there.
+        const std::filesystem::path target = std::filesystem::read_symlink(file, isNoLink);
+        if (!isNoLink) file = file.parent_path() / target;
+    }
+    return file;
+}
+
 } // namespace
 
 Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::path& path, Log log) {
     using Opened = Result<std::unique_ptr<SettingsFile>>;
-    // If the path is a link, the file behind it is the one to replace.
     std::error_code failed;
-    std::filesystem::path file = std::filesystem::absolute(path, failed);
-    if (!failed) file = std::filesystem::weakly_canonical(file, failed);
+    const std::filesystem::path file = behindLinks(path, failed);
     if (failed || file.filename().empty()) return Opened::failure(path.string() + " is no name for a settings file");
     std::filesystem::create_directories(file.parent_path(), failed);
     if (failed)

@@ -140,6 +140,20 @@ TEST_F(SettingsStoreTest, ReplacesTheFileBehindALinkAndKeepsTheLink) {
     EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
 }
 
+TEST_F(SettingsStoreTest, MakesTheMissingFileBehindLinksAndKeepsThem) {
+    const auto folder = sandbox.path() / "folder";
+    std::filesystem::create_directory(folder);
+    std::filesystem::create_symlink("folder/link", sandbox.settings());
+    std::filesystem::create_symlink("real.plist", folder / "link");
+    const auto store = open();
+    ASSERT_TRUE(store) << failure;
+    EXPECT_EQ(store->path(), folder / "real.plist");
+    EXPECT_TRUE(store->change("kSleepTime", 30));
+    EXPECT_TRUE(std::filesystem::is_symlink(sandbox.settings()));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+    EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
+}
+
 TEST_F(SettingsStoreTest, SyncsAChangeToTheDeviceWhileItIsOpenAndWithinASecond) {
     const auto store = open();
     const int before = synced;
