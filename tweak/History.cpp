@@ -295,7 +295,8 @@ Result<void> History::writeAnew(std::size_t records, std::size_t bytes) {
     auto opened = openFile(fresh, O_CREAT | O_EXCL);
     if (!opened) return Result<void>::failure(opened.error());
     FileDescriptor file = std::move(opened).value();
-    if (!file.write(kept.data(), kept.size()) ||
+    // Synced first: otherwise a power cut may leave an empty file under the name.
+    if (!file.write(kept.data(), kept.size()) || ::fsync(file.number()) != 0 ||
         ::renameat(folder_.number(), fresh.c_str(), folder_.number(), name_.c_str()) != 0) {
         Result<void> failed = systemFailure();
         ::unlinkat(folder_.number(), fresh.c_str(), 0);

@@ -1,4 +1,5 @@
 #include "tests/support/FullDisk.h"
+#include "tests/tweak/DeviceSync.h"
 #include "tests/tweak/Sandbox.h"
 
 #include "tweak/History.h"
@@ -275,6 +276,19 @@ TEST_F(HistoryTest, IsClearedAndGoesOn) {
     EXPECT_EQ(readFile(file), "");
     change(*history, "a", 2, 3, std::chrono::milliseconds(1));
     EXPECT_THAT(records(*history), ElementsAre(isChange(2, 2, 2, 3))) << "not folded into what is forgotten";
+}
+
+TEST_F(HistoryTest, ReplacesItsFileOnlyByOneThatIsOnTheDevice) {
+    const auto history = open();
+    change(*history, "a", 1, 2);
+    const std::string before = readFile(file);
+    syncingFails = true;
+    const auto cleared = history->clear();
+    syncingFails = false;
+    ASSERT_FALSE(cleared);
+    EXPECT_THAT(cleared.error(), HasSubstr("Input/output error"));
+    EXPECT_EQ(readFile(file), before);
+    EXPECT_EQ(records(*history), onDisk());
 }
 
 TEST_F(HistoryTest, BeginsAnewWhenItsFileIsRemovedOrEmptied) {

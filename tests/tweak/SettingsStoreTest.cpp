@@ -1,8 +1,10 @@
 #include "tests/tweak/SettingsStoreTest.h"
+#include "tests/tweak/DeviceSync.h"
 
 #include "tests/support/Waiting.h"
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <latch>
 #include <thread>
@@ -13,14 +15,12 @@
 
 using namespace tests;
 
-namespace {
-
-std::atomic<int> synced = 0;
-
-} // namespace
-
-/// Counts what is synced to the device; the one of the C library stands behind it.
+/// The one of the C library stands behind it.
 extern "C" int fsync(int descriptor) {
+    if (syncingFails) {
+        errno = EIO;
+        return -1;
+    }
     ++synced;
     return static_cast<int>(::syscall(SYS_fsync, descriptor));
 }
