@@ -65,8 +65,8 @@ Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::
 }
 
 SettingsFile::SettingsFile(std::filesystem::path path, FileDescriptor folder, FileDescriptor lock, Log log)
-    : path_(std::move(path)), name_(path_.filename().string()), folder_(std::move(folder)), lock_(std::move(lock)),
-      log_(std::move(log)), syncing_([this] { syncWhenChanged(); }) {
+    : path_(std::move(path)), name_(path_.filename().string()), synced_(name_ + ".synced"), folder_(std::move(folder)),
+      lock_(std::move(lock)), log_(std::move(log)), syncing_([this] { syncWhenChanged(); }) {
 }
 
 SettingsFile::~SettingsFile() {
@@ -80,8 +80,15 @@ SettingsFile::~SettingsFile() {
 
 Result<std::optional<Data>> SettingsFile::read() const {
     using Read = Result<std::optional<Data>>;
-    const FileDescriptor file(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file && errno == ENOENT) return {std::nullopt};
+    const auto open = [&] {
+        return FileDescriptor(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    };
+    FileDescriptor file = open();
+    if (!file && errno == ENOENT) {
+        if (renameat(folder_.number(), synced_.c_str(), folder_.number(), name_.c_str()) != 0)
+            return errno == ENOENT ? Read(std::nullopt) : Read::failure(systemError());
+        file = open();
+    }
     struct stat status {};
     if (!file || fstat(file.number(), &status) != 0) return Read::failure(systemError());
     if (status.st_size > kLargestFile) return Read::failure("it is larger than any settings file");
@@ -116,16 +123,18 @@ Result<void> SettingsFile::replace(const Data& bytes) {
     // A process that was killed may have left such a file behind.
     unlinkat(folder_.number(), fresh.c_str(), 0);
     Result<void> written = write(bytes, fresh);
+    std::unique_lock held(state_);
+    // After a power cut, the new file may be under the name without its bytes. A copy that is kept already is an older one.
+    [[maybe_unused]] const bool isKept =
+        written && !unsynced_ && linkat(folder_.number(), name_.c_str(), folder_.number(), synced_.c_str(), 0) == 0;
     if (written && renameat(folder_.number(), fresh.c_str(), folder_.number(), name_.c_str()) != 0)
         written = Result<void>::failure(systemError());
     if (!written) {
         unlinkat(folder_.number(), fresh.c_str(), 0);
         return Result<void>::failure("cannot write " + path_.string() + ": " + written.error());
     }
-    {
-        const std::lock_guard held(state_);
-        unsynced_ = true;
-    }
+    unsynced_ = true;
+    held.unlock();
     changed_.notify_one();
     return {};
 }
@@ -151,10 +160,16 @@ void SettingsFile::syncWhenChanged() {
     }
 }
 
-void SettingsFile::sync() const {
+void SettingsFile::sync() {
     const FileDescriptor file(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file || fsync(file.number()) != 0 || fsync(folder_.number()) != 0)
-        log_("cannot sync " + path_.string() + " to the device: " + systemError());
+        return log_("cannot sync " + path_.string() + " to the device: " + systemError());
+    const std::lock_guard held(state_);
+    if (!unsynced_) unlinkat(folder_.number(), synced_.c_str(), 0);
+}
+
+void SettingsFile::settle() {
+    if (faccessat(folder_.number(), synced_.c_str(), F_OK, 0) == 0) sync();
 }
 
 } // namespace lumora

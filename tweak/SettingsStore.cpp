@@ -68,24 +68,26 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
     if (!opened) return Opened::failure(opened.error());
     std::unique_ptr<SettingsFile> file = std::move(opened).value();
 
-    const Result<std::optional<Data>> bytes = file->read();
+    const auto cannotRead = [&](const std::string& why) {
+        return Opened::failure("cannot read " + file->path().string() + ": " + why);
+    };
+    Result<std::optional<Data>> bytes = file->read();
     // The file may be sound, and only this process short of descriptors.
-    if (!bytes) return Opened::failure("cannot read " + file->path().string() + ": " + bytes.error());
-
-    Dictionary changed;
-    std::size_t size = bytes.value() ? bytes.value()->size() : 0;
-    if (const Result<Dictionary> read = settingsIn(bytes.value())) {
-        changed = fitting(read.value(), file->path(), log);
-    } else {
+    if (!bytes) return cannotRead(bytes.error());
+    Result<Dictionary> stored = settingsIn(bytes.value());
+    while (!stored) {
+        const std::string unusable = file->path().string() + " holds no settings (" + stored.error() + ")";
         const Result<std::filesystem::path> aside = file->setAside();
-        if (!aside) {
-            return Opened::failure(file->path().string() + " holds no settings (" + read.error() +
-                                   ") and cannot be set aside: " + aside.error());
-        }
-        log(file->path().string() + " holds no settings (" + read.error() + "): it is set aside as " +
-            aside.value().string() + ", defaults stand in");
-        size = 0;
+        if (!aside) return Opened::failure(unusable + " and cannot be set aside: " + aside.error());
+        bytes = file->read();
+        if (!bytes) return cannotRead(bytes.error());
+        log(unusable + ": it is set aside as " + aside.value().string() +
+            (bytes.value() ? ", those before stand in" : ", defaults stand in"));
+        stored = settingsIn(bytes.value());
     }
+    file->settle();
+    Dictionary changed = fitting(stored.value(), file->path(), log);
+    const std::size_t size = bytes.value() ? bytes.value()->size() : 0;
     return std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed), size));
 }
 

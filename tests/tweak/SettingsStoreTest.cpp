@@ -162,6 +162,39 @@ TEST_F(SettingsStoreTest, SyncsAChangeToTheDeviceWhileItIsOpenAndWithinASecond) 
     EXPECT_LT(SettingsFile::kSyncDelay, std::chrono::seconds(1)); // what the store waits for first
 }
 
+TEST_F(SettingsStoreTest, BeginsWithTheSettingsSyncedLastWhereThoseAfterThemWereLost) {
+    const std::string copy = sandbox.settings().string() + ".synced";
+    EXPECT_TRUE(open()->change("kSleepTime", 30));
+    EXPECT_FALSE(std::filesystem::exists(copy));
+    for (const bool isMissing : {false, true}) {
+        syncingFails = true;
+        for (const int time : {60, 5})
+            EXPECT_TRUE(open()->change("kSleepTime", time));
+        syncingFails = false;
+        writeFile(sandbox.settings(), ""); // as a power cut may leave it
+        if (isMissing) std::filesystem::remove(sandbox.settings());
+        lines.clear();
+        const auto store = open();
+        ASSERT_TRUE(store) << failure;
+        EXPECT_EQ(store->settings()["kSleepTime"], Value(30));
+        EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
+        EXPECT_FALSE(std::filesystem::exists(copy));
+        EXPECT_EQ(lines.size(), isMissing ? 0U : 1U);
+    }
+}
+
+TEST_F(SettingsStoreTest, SyncsWhatAProcessThatWasKilledHasLeftAndKeepsNothingElse) {
+    EXPECT_TRUE(open()->change("kSleepTime", 30));
+    syncingFails = true;
+    EXPECT_TRUE(open()->change("kSleepTime", 60));
+    EXPECT_THAT(files(), testing::Contains("settings.plist.synced"));
+    syncingFails = false;
+    const auto store = open();
+    ASSERT_TRUE(store) << failure;
+    EXPECT_EQ(store->settings()["kSleepTime"], Value(60));
+    EXPECT_THAT(files(), UnorderedElementsAre("settings.plist", "settings.plist.lock"));
+}
+
 TEST_F(SettingsStoreTest, SaysSoWhenWhatItHasWrittenCannotBeSynced) {
     // The folder may go too late, after the change has been synced: then once more.
     for (int i = 0; i < 100 && lines.empty(); ++i) {
