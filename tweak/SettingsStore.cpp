@@ -1,5 +1,6 @@
 #include "tweak/SettingsStore.h"
 
+#include "link/Messages.h"
 #include "tweak/Defaults.h"
 #include "tweak/Log.h"
 
@@ -52,6 +53,12 @@ Result<Dictionary> settingsIn(const std::optional<Data>& bytes) {
                                            " in place of a dictionary");
     }
     return *settings;
+}
+
+/// Whether a value can be told as deep in a message as any has it: one to a follower, or a record of the history.
+bool canBeTold(const std::string& key, const Value& value) {
+    const Dictionary told = messageWith(revisionOf(0, Dictionary{{key, value}}));
+    return NSKeyedArchiver::archivedDataWithRootObject(told).has_value();
 }
 
 /// Whether the settings fit into the answer to a page. A page can read everything that can be written.
@@ -130,6 +137,7 @@ Result<void> SettingsStore::change(const std::string& key, const Value& value) {
     if (bytes.value().size() > largest && !isSmall(key, value, changed_))
         return refuse(inQuotes(key) + " cannot be kept: the settings would take more than " +
                       std::to_string(largest >> 20U) + " MiB");
+    if (!canBeTold(key, value)) return refuse(inQuotes(key) + " cannot be kept: no message could tell it");
     if (!fitsAnAnswer(changed))
         return refuse(inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more");
     Result<void> kept = file_->replace(bytes.value());

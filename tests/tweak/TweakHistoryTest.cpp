@@ -5,6 +5,8 @@
 #include "history/Timeline.h"
 #include "tweak/Defaults.h"
 
+#include "platform/foundation/PropertyList.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -71,6 +73,23 @@ TEST_F(TweakHistory, TellsWhatHasChangedSinceARevision) {
     EXPECT_EQ(records(all[0].revision).size(), 1U);
     EXPECT_EQ(ask(kHistory, Dictionary{{"since", 0}})["more"], Value(false));
     EXPECT_EQ(ask(kHistory, Dictionary{{"since", 0}})["revision"], Value(all[1].revision));
+}
+
+TEST_F(TweakHistory, TellsOfTheDeepestValueThatIsTaken) {
+    const auto tweak = start();
+    Value deep = 1;
+    Value taken;
+    // No change can carry a deeper one.
+    for (auto level = platform::PropertyListLimits::depth - 2;
+         level > 0 && change("com.example.deep", platform::List{deep}).empty(); --level)
+        taken = deep = platform::List{deep};
+    ASSERT_FALSE(taken.isNil());
+    const Value answer =
+        ask(kFollowSettings, Dictionary{{kPortEntry, "followers/" + std::to_string(::getpid()) + "-1"}});
+    EXPECT_EQ(answer[kSettingsEntry]["com.example.deep"], taken);
+    const auto all = records();
+    ASSERT_FALSE(all.empty());
+    EXPECT_EQ(all.back().after, taken);
 }
 
 TEST_F(TweakHistory, RefusesWhatIsNoQuestion) {
