@@ -40,14 +40,9 @@ ChangeRecord withoutValues(ChangeRecord record, Withheld why) {
     return record;
 }
 
-/// What nobody here can tell from a passcode: texts and data of plug-ins, whose pages alone know what is shown as dots.
-bool mayBeSecret(const std::string& key, const std::optional<Value>& value) {
-    return !findSetting(key) && value && (value->text() || value->data());
-}
-
 ChangeRecord withoutSecrets(ChangeRecord record) {
-    const bool secret =
-        isSecure(record.key) || mayBeSecret(record.key, record.before) || mayBeSecret(record.key, record.after);
+    const auto isSecret = [&](const std::optional<Value>& value) { return value && mayBeSecret(record.key, *value); };
+    const bool secret = isSecure(record.key) || isSecret(record.before) || isSecret(record.after);
     return secret ? withoutValues(std::move(record), Withheld::secure) : record;
 }
 
@@ -331,10 +326,7 @@ Result<History::Part> History::part(std::int64_t after) const {
         bytes += read.places[i].size;
         part.more = bytes > limits_.answer && !part.records.empty();
         if (part.more) break;
-        if (tellsASecret(read.records[i]))
-            part.records.push_back(withoutValues(std::move(read.records[i]), Withheld::secure));
-        else
-            part.records.push_back(std::move(read.records[i]));
+        part.records.push_back(withoutSecrets(std::move(read.records[i])));
     }
     if (part.more) part.upTo = part.records.back().revision;
     return part;

@@ -45,7 +45,7 @@ Result<Change> readChange(const std::optional<Data>& body) {
 
 std::string shown(const Change& change) {
     constexpr std::size_t longest = 1000;
-    if (isSecure(change.key)) return kSecureDots;
+    if (isSecure(change.key) || mayBeSecret(change.key, change.value)) return kSecureDots;
     const Result<std::string> json = writeJson(change.value, JsonLayout::line);
     return json && json.value().size() <= longest ? json.value() : std::string(kindName(change.value.kind()));
 }

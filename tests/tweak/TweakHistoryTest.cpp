@@ -178,6 +178,16 @@ TEST_F(TweakHistory, TellsNoPasscodeToAnybody) {
     }
 }
 
+TEST_F(TweakHistory, TellsNoTextOfAPlugInHoweverDeepItStands) {
+    const auto tweak = start({"--verbose"});
+    ASSERT_EQ(change("com.example.pins", platform::List{Dictionary{{"pin", "zq24680xy"}}}), "");
+    ASSERT_EQ(change("com.example.pins", platform::List{1}), "");
+    const auto all = records();
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_EQ(all[0].withheld, Withheld::secure);
+    EXPECT_THAT(readFile(file) + tweak->errors(), Not(HasSubstr("24680")));
+}
+
 TEST_F(TweakHistory, RecordsWhatHasBecomeOfALostSettingsFile) {
     auto tweak = start();
     ASSERT_EQ(change("kSleepTime", 30), "");
