@@ -201,7 +201,7 @@ void History::catchUp(const Dictionary& set) {
         if (known.withheld != Withheld::nothing || isSecure(key)) continue;
         const Value* value = set.find(key);
         const std::optional<Value> now = value ? std::optional(*value) : std::nullopt;
-        if (known.after == now) continue;
+        if (meansTheSame(known.after.value_or(nullptr), now.value_or(nullptr))) continue;
         ++revision_;
         tell(append(withoutSecrets({revision_, revision_, now_(), key, known.after, now})));
     }

@@ -59,7 +59,7 @@ Tweak::Tweak(SettingsStore& store, Options options, Log log, History* history)
         store_.countFrom(history_->revision());
     }
     store.setObserver([this](const KeptChange& change) {
-        if (history_ && (!change.before || !(*change.before == change.value)))
+        if (history_ && (!change.before || !meansTheSame(*change.before, change.value)))
             history_->record(change.revision, change.key, change.before ? std::optional(*change.before) : std::nullopt,
                              change.value);
         if (!isOmitted(change.key)) followers_.changed(change.revision, change.key, change.value);

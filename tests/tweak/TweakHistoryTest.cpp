@@ -10,6 +10,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include <sys/stat.h>
 
 using namespace lumora;
@@ -186,6 +188,16 @@ TEST_F(TweakHistory, TellsNoTextOfAPlugInHoweverDeepItStands) {
     ASSERT_EQ(all.size(), 1U);
     EXPECT_EQ(all[0].withheld, Withheld::secure);
     EXPECT_THAT(readFile(file) + tweak->errors(), Not(HasSubstr("24680")));
+}
+
+TEST_F(TweakHistory, RecordsAValueThatIsNoNumberOnce) {
+    auto tweak = start();
+    for (int i = 0; i < 2; ++i)
+        ASSERT_EQ(change("com.example.none", std::nan("")), "");
+    EXPECT_EQ(records().back().revision, 1);
+    tweak.reset();
+    tweak = start();
+    EXPECT_EQ(records().back().revision, 1);
 }
 
 TEST_F(TweakHistory, RecordsWhatHasBecomeOfALostSettingsFile) {
