@@ -15,8 +15,9 @@ using platform::Value;
 namespace lumora {
 
 bool DrawingQuestion::isLike(const DrawingQuestion& other) const {
-    return std::tie(width, height, textScale, dark, settings) ==
-           std::tie(other.width, other.height, other.textScale, other.dark, other.settings);
+    return std::tie(width, height, textScale, dark) ==
+               std::tie(other.width, other.height, other.textScale, other.dark) &&
+           meansTheSame(settings, other.settings);
 }
 
 Dictionary ownSettings(const Dictionary& all, std::string_view identifier) {

@@ -21,24 +21,29 @@ FollowerPort::FollowerPort(std::int64_t number, std::function<void()> told)
     : name_("followers/" + std::to_string(::getpid()) + "-" + std::to_string(number)),
       lockFile_(platform::portsFolder() / (portName(name_) + ".lock")), told_(std::move(told)) {
     std::promise<platform::CFRunLoopRef> opened;
-    thread_ = std::thread([this, &opened] {
-        // The thread has the only reference, and so it closes the port.
-        const auto port = platform::CFMessagePortCreateLocal(
-            portName(name_), [this](auto&, std::int32_t id, const std::optional<Data>& body) -> std::optional<Data> {
-                if (id == kMessageId) hear(body);
-                return std::nullopt;
-            });
-        const auto source = platform::CFMessagePortCreateRunLoopSource(port);
-        platform::CFRunLoopAddSource(platform::CFRunLoopGetCurrent(), source);
-        opened.set_value(source ? platform::CFRunLoopGetCurrent() : nullptr);
-        platform::CFRunLoopRun();
-    });
+    try {
+        thread_ = std::thread([this, &opened] {
+            // The thread has the only reference, and so it closes the port.
+            const auto port = platform::CFMessagePortCreateLocal(
+                portName(name_),
+                [this](auto&, std::int32_t id, const std::optional<Data>& body) -> std::optional<Data> {
+                    if (id == kMessageId) hear(body);
+                    return std::nullopt;
+                });
+            const auto source = platform::CFMessagePortCreateRunLoopSource(port);
+            platform::CFRunLoopAddSource(platform::CFRunLoopGetCurrent(), source);
+            opened.set_value(source ? platform::CFRunLoopGetCurrent() : nullptr);
+            platform::CFRunLoopRun();
+        });
+    } catch (const std::system_error&) { // without a thread there is no port
+        return;
+    }
     loop_ = opened.get_future().get();
 }
 
 FollowerPort::~FollowerPort() {
     if (loop_) platform::CFRunLoopStop(loop_);
-    thread_.join();
+    if (thread_.joinable()) thread_.join();
     // The name belongs to this process alone, so nobody can be about to lock the file.
     std::error_code ignored;
     if (loop_) std::filesystem::remove(lockFile_, ignored);

@@ -67,7 +67,7 @@ class FollowerPort {
     platform::Dictionary pending_;
     std::optional<std::int64_t> revision_; ///< later ones are taken; none are without it
     std::size_t bytes_ = 0;
-    platform::CFRunLoopRef loop_; ///< null when the port is not open
+    platform::CFRunLoopRef loop_ = nullptr; ///< null when the port is not open
     std::thread thread_;
 };
 

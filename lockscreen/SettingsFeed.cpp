@@ -52,7 +52,7 @@ std::vector<std::string> changedKeys(const Dictionary& before, const Dictionary&
     std::vector<std::string> keys;
     for (const auto& [key, value] : after) {
         const Value* was = before.find(key);
-        if (!was || !(*was == value)) keys.push_back(key);
+        if (!was || !meansTheSame(*was, value)) keys.push_back(key);
     }
     for (const auto& [key, value] : before)
         if (!after.contains(key)) keys.push_back(key);

@@ -1,7 +1,6 @@
 #include "profiles/Differences.h"
 
 #include "tweak/Defaults.h"
-#include "json/Json.h"
 
 using platform::Dictionary;
 using platform::Value;
@@ -17,12 +16,8 @@ std::optional<Value> valueOf(const Dictionary& dictionary, const std::string& ke
 } // namespace
 
 bool isSame(std::string_view key, const Value& a, const Value& b) {
-    if (a == b) return true;
-    if (lumora::findSetting(key) && a.isNumber() && b.isNumber()) return a.doubleValue() == b.doubleValue();
-    // What equals nothing, not even itself, has a text that does.
-    const auto first = lumora::writeJson(a, lumora::JsonLayout::line);
-    const auto second = lumora::writeJson(b, lumora::JsonLayout::line);
-    return first && second && first.value() == second.value();
+    if (meansTheSame(a, b)) return true;
+    return lumora::findSetting(key) && a.isNumber() && b.isNumber() && a.doubleValue() == b.doubleValue();
 }
 
 std::vector<Difference> changesBy(const Dictionary& named, const Dictionary& settings) {

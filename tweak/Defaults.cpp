@@ -35,6 +35,13 @@ bool isColor(const Value& value) {
     return color && color->size() == 3 && isComponent("h") && isComponent("s") && isComponent("b");
 }
 
+bool hasText(const Value& value) {
+    if (const List* list = value.list()) return std::ranges::any_of(*list, hasText);
+    if (const Dictionary* dictionary = value.dictionary())
+        return std::ranges::any_of(*dictionary, [](const auto& entry) { return hasText(entry.second); });
+    return (value.text() && !value.text()->empty()) || value.data();
+}
+
 } // namespace
 
 const std::vector<Setting>& knownSettings() {
@@ -109,6 +116,10 @@ const Setting* findSetting(std::string_view key) {
 bool isSecure(std::string_view key) {
     const Setting* setting = findSetting(key);
     return setting && setting->secure;
+}
+
+bool mayBeSecret(std::string_view key, const Value& value) {
+    return hasText(value) && !findSetting(key);
 }
 
 Dictionary withDefaults(const Dictionary& changed) {

@@ -32,6 +32,9 @@ struct Setting {
 [[nodiscard]] const Setting* findSetting(std::string_view key);
 /// True for the key of a passcode.
 [[nodiscard]] bool isSecure(std::string_view key);
+/// Whether there is text or data in the value of a plug-in's setting, which may be a passcode: its page alone knows what
+/// is shown as dots.
+[[nodiscard]] bool mayBeSecret(std::string_view key, const platform::Value& value);
 
 /// All settings, where these are the ones that have been changed; those of plug-ins come last. Any thread.
 [[nodiscard]] platform::Dictionary withDefaults(const platform::Dictionary& changed);

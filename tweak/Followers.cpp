@@ -10,6 +10,7 @@
 #include <iterator>
 #include <optional>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -151,7 +152,11 @@ Result<void> Followers::add(const std::string& port) {
         std::ranges::any_of(followers_, [&](const auto& one) { return one->port() == port && one->renew(); });
     if (isTold) return {};
     if (followers_.size() >= kMost) return Result<void>::failure(std::to_string(kMost) + " follow already");
-    followers_.push_back(std::make_shared<Follower>(port));
+    try {
+        followers_.push_back(std::make_shared<Follower>(port));
+    } catch (const std::system_error& error) {
+        return Result<void>::failure("no thread can be started: " + error.code().message());
+    }
     return {};
 }
 

@@ -32,7 +32,7 @@ class Followers {
     ~Followers();
 
     /// Tells whoever serves the port from now on; nothing new if it is being told. Fails if kMost others are whose ports
-    /// are served.
+    /// are served, or if no thread can be started.
     [[nodiscard]] platform::Result<void> add(const std::string& port);
     /// Hands on a change, and returns at once. Revisions grow.
     void changed(std::int64_t revision, const std::string& key, const platform::Value& value);

@@ -40,14 +40,9 @@ ChangeRecord withoutValues(ChangeRecord record, Withheld why) {
     return record;
 }
 
-/// What nobody here can tell from a passcode: texts and data of plug-ins, whose pages alone know what is shown as dots.
-bool mayBeSecret(const std::string& key, const std::optional<Value>& value) {
-    return !findSetting(key) && value && (value->text() || value->data());
-}
-
 ChangeRecord withoutSecrets(ChangeRecord record) {
-    const bool secret =
-        isSecure(record.key) || mayBeSecret(record.key, record.before) || mayBeSecret(record.key, record.after);
+    const auto isSecret = [&](const std::optional<Value>& value) { return value && mayBeSecret(record.key, *value); };
+    const bool secret = isSecure(record.key) || isSecret(record.before) || isSecret(record.after);
     return secret ? withoutValues(std::move(record), Withheld::secure) : record;
 }
 
@@ -76,7 +71,9 @@ Result<std::unique_ptr<History>> History::open(const std::filesystem::path& path
     };
     if (!folder) return fail(systemFailure());
     std::unique_ptr<History> history(new History(path, std::move(folder), std::move(log), limits, std::move(now)));
-    if (const auto loaded = history->load(); !loaded) return fail(loaded);
+    auto file = history->openFile(history->name_, O_CREAT);
+    const auto loaded = file ? history->load(std::move(file).value()) : Result<void>::failure(file.error());
+    if (!loaded) return fail(loaded);
     return history;
 }
 
@@ -99,19 +96,22 @@ Result<FileDescriptor> History::openFile(const std::string& name, int flags) con
     struct stat status {};
     if (!file || ::fstat(file.number(), &status) != 0) return Result<FileDescriptor>::failure(systemFailure().error());
     if (!S_ISREG(status.st_mode)) return fail("it is no regular file");
-    if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0) return fail("another lumora-tweak uses it");
+    if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0)
+        return errno == EWOULDBLOCK ? fail("another lumora-tweak uses it")
+                                    : Result<FileDescriptor>::failure("cannot lock it: " + systemFailure().error());
     constexpr mode_t bits = 07777;
     if ((status.st_mode & bits) != kHistoryMode && ::fchmod(file.number(), kHistoryMode) != 0)
         return Result<FileDescriptor>::failure(systemFailure().error());
     return file;
 }
 
-Result<void> History::load() {
-    auto opened = openFile(name_, O_CREAT);
-    if (!opened) return Result<void>::failure(opened.error());
-    file_ = std::move(opened).value();
+Result<void> History::load(FileDescriptor file) {
+    file_ = std::move(file);
     size_ = sizeOf(file_);
-    if (size_ > limits_.largest) return setAside(0);
+    lines_.clear();
+    last_.reset();
+    isTorn_ = false;
+    if (size_ > limits_.largest) return setAside("it is too large");
     const Result<std::string> text = bytesFrom(0);
     if (!text) return Result<void>::failure(text.error());
 
@@ -127,8 +127,9 @@ Result<void> History::load() {
         lines_.push_back({read.records[i].revision, read.places[i].begin, read.places[i].size});
         last_ = std::move(read.records[i]);
     }
-    revision_ = last_ ? last_->revision : 0;
-    if (foreign > 0 && lines_.empty()) return setAside(foreign);
+    if (foreign > 0 && lines_.empty()) return setAside("lines that are no records: " + std::to_string(foreign));
+    if (last_ && revision_ > 0 && last_->revision >= revision_) return setAside("its revisions are still to come");
+    if (last_) revision_ = std::max(revision_, last_->revision);
     if (foreign > 0) log_(path_.string() + ": lines that are no records are left out: " + std::to_string(foreign));
     if (isTorn && !rest.empty()) {
         // Without room for it, what was torn becomes a line of its own.
@@ -157,16 +158,16 @@ Result<std::string> History::bytesFrom(std::size_t begin) const {
     return bytes;
 }
 
-Result<void> History::setAside(std::size_t foreign) {
+Result<void> History::setAside(const std::string& why) {
     const std::string aside = name_ + ".unreadable";
     if (::renameat(folder_.number(), name_.c_str(), folder_.number(), aside.c_str()) != 0) return systemFailure();
-    log_(path_.string() + " holds no history (" +
-         (foreign > 0 ? "lines that are no records: " + std::to_string(foreign) : "it is too large") +
-         "): it is set aside as " + aside);
+    log_(path_.string() + " holds no history (" + why + "): it is set aside as " + aside);
     auto opened = openFile(name_, O_CREAT | O_EXCL);
     if (!opened) return Result<void>::failure(opened.error());
     file_ = std::move(opened).value();
     size_ = 0;
+    lines_.clear();
+    last_.reset();
     return {};
 }
 
@@ -200,13 +201,14 @@ void History::catchUp(const Dictionary& set) {
         if (known.withheld != Withheld::nothing || isSecure(key)) continue;
         const Value* value = set.find(key);
         const std::optional<Value> now = value ? std::optional(*value) : std::nullopt;
-        if (known.after == now) continue;
+        if (meansTheSame(known.after.value_or(nullptr), now.value_or(nullptr))) continue;
         ++revision_;
         tell(append(withoutSecrets({revision_, revision_, now_(), key, known.after, now})));
     }
 }
 
 Result<void> History::append(const ChangeRecord& record) {
+    if (auto mended = mendIfMeddledWith(); !mended) return mended;
     bool folds = isFolded(record);
     ChangeRecord kept = record;
     if (folds) {
@@ -221,7 +223,6 @@ Result<void> History::append(const ChangeRecord& record) {
     }
     if (!line || line.value().size() > limits_.line) return Result<void>::failure("its key cannot be written");
 
-    if (auto mended = mendIfMeddledWith(); !mended) return mended;
     if (auto room = makeRoom(line.value().size() + 1); !room) return room;
     const std::string bytes = (isTorn_ ? "\n" : "") + line.value();
     const std::size_t begin = size_ + (isTorn_ ? 1 : 0);
@@ -242,13 +243,18 @@ Result<void> History::append(const ChangeRecord& record) {
 }
 
 Result<void> History::mendIfMeddledWith() {
-    struct stat status {};
-    if (::fstat(file_.number(), &status) != 0) return systemFailure();
-    const auto size = static_cast<std::size_t>(status.st_size);
-    if (status.st_nlink > 0 && size == size_) return {};
+    struct stat own {};
+    struct stat there {};
+    if (::fstat(file_.number(), &own) != 0) return systemFailure();
+    const bool isThere = ::fstatat(folder_.number(), name_.c_str(), &there, AT_SYMLINK_NOFOLLOW) == 0;
+    const bool isOwn = isThere && own.st_dev == there.st_dev && own.st_ino == there.st_ino;
+    if (isOwn && static_cast<std::size_t>(own.st_size) == size_) return {};
+    if (isThere && S_ISREG(there.st_mode) && there.st_size > 0) {
+        auto file = isOwn ? Result<FileDescriptor>(std::move(file_)) : openFile(name_, 0);
+        return file ? load(std::move(file).value()) : Result<void>::failure(file.error());
+    }
     // A person who removes or empties the file wants to have no history, not to end it.
-    if (status.st_nlink == 0 || size < size_) lines_.clear();
-    return writeAnew(limits_.records, limits_.bytes);
+    return writeAnew(0, 0);
 }
 
 Result<void> History::makeRoom(std::size_t bytes) {
@@ -284,7 +290,8 @@ Result<void> History::writeAnew(std::size_t records, std::size_t bytes) {
     auto opened = openFile(fresh, O_CREAT | O_EXCL);
     if (!opened) return Result<void>::failure(opened.error());
     FileDescriptor file = std::move(opened).value();
-    if (!file.write(kept.data(), kept.size()) ||
+    // Synced first: otherwise a power cut may leave an empty file under the name.
+    if (!file.write(kept.data(), kept.size()) || ::fsync(file.number()) != 0 ||
         ::renameat(folder_.number(), fresh.c_str(), folder_.number(), name_.c_str()) != 0) {
         Result<void> failed = systemFailure();
         ::unlinkat(folder_.number(), fresh.c_str(), 0);
@@ -319,10 +326,7 @@ Result<History::Part> History::part(std::int64_t after) const {
         bytes += read.places[i].size;
         part.more = bytes > limits_.answer && !part.records.empty();
         if (part.more) break;
-        if (tellsASecret(read.records[i]))
-            part.records.push_back(withoutValues(std::move(read.records[i]), Withheld::secure));
-        else
-            part.records.push_back(std::move(read.records[i]));
+        part.records.push_back(withoutSecrets(std::move(read.records[i])));
     }
     if (part.more) part.upTo = part.records.back().revision;
     return part;

@@ -33,6 +33,9 @@ struct HistoryLimits {
 /// takes back the record before it is a record of its own. Of a passcode, and of values that are too long, it is recorded only that they have changed. When the file is full, it is
 /// written anew without what is not needed any more and without the oldest fifth of the records.
 ///
+/// A file that somebody else puts in its place is read with the next change, and set aside if its revisions are still to
+/// come. One that is removed or emptied begins anew.
+///
 /// A change is made whether or not it can be recorded: what goes wrong is one line in the log, until all is well again.
 /// Any thread.
 class History {
@@ -87,9 +90,9 @@ class History {
     static Moment systemClock();
 
     [[nodiscard]] platform::Result<platform::FileDescriptor> openFile(const std::string& name, int flags) const;
-    [[nodiscard]] platform::Result<void> load();
+    [[nodiscard]] platform::Result<void> load(platform::FileDescriptor file);
     [[nodiscard]] platform::Result<std::string> bytesFrom(std::size_t begin) const;
-    [[nodiscard]] platform::Result<void> setAside(std::size_t foreign);
+    [[nodiscard]] platform::Result<void> setAside(const std::string& why);
     [[nodiscard]] bool isFolded(const ChangeRecord& record) const;
     [[nodiscard]] platform::Result<void> append(const ChangeRecord& record);
     [[nodiscard]] platform::Result<void> mendIfMeddledWith();

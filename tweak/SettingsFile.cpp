@@ -25,14 +25,24 @@ std::string systemError() {
     return std::generic_category().message(errno);
 }
 
+/// If the path is a link, the file behind it is the one to replace, or to make.
+std::filesystem::path behindLinks(const std::filesystem::path& path, std::error_code& failed) {
+    std::filesystem::path file = std::filesystem::absolute(path, failed);
+    for (std::error_code isNoLink; !failed && !isNoLink;) {
+        file = std::filesystem::weakly_canonical(file, failed);
+        // One to a missing file is still there.
+        const std::filesystem::path target = std::filesystem::read_symlink(file, isNoLink);
+        if (!isNoLink) file = file.parent_path() / target;
+    }
+    return file;
+}
+
 } // namespace
 
 Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::path& path, Log log) {
     using Opened = Result<std::unique_ptr<SettingsFile>>;
-    // If the path is a link, the file behind it is the one to replace.
     std::error_code failed;
-    std::filesystem::path file = std::filesystem::absolute(path, failed);
-    if (!failed) file = std::filesystem::weakly_canonical(file, failed);
+    const std::filesystem::path file = behindLinks(path, failed);
     if (failed || file.filename().empty()) return Opened::failure(path.string() + " is no name for a settings file");
     std::filesystem::create_directories(file.parent_path(), failed);
     if (failed)
@@ -49,13 +59,14 @@ Result<std::unique_ptr<SettingsFile>> SettingsFile::open(const std::filesystem::
         openat(folder.number(), lockName.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, kOwnerOnly));
     if (!lock) return Opened::failure("cannot write in " + file.parent_path().string() + ": " + systemError());
     if (flock(lock.number(), LOCK_EX | LOCK_NB) != 0)
-        return Opened::failure("another lumora-tweak is running: it holds " + file.string());
+        return Opened::failure(errno == EWOULDBLOCK ? "another lumora-tweak is running: it holds " + file.string()
+                                                    : "cannot lock " + file.string() + ": " + systemError());
     return std::unique_ptr<SettingsFile>(new SettingsFile(file, std::move(folder), std::move(lock), std::move(log)));
 }
 
 SettingsFile::SettingsFile(std::filesystem::path path, FileDescriptor folder, FileDescriptor lock, Log log)
-    : path_(std::move(path)), name_(path_.filename().string()), folder_(std::move(folder)), lock_(std::move(lock)),
-      log_(std::move(log)), syncing_([this] { syncWhenChanged(); }) {
+    : path_(std::move(path)), name_(path_.filename().string()), synced_(name_ + ".synced"), folder_(std::move(folder)),
+      lock_(std::move(lock)), log_(std::move(log)), syncing_([this] { syncWhenChanged(); }) {
 }
 
 SettingsFile::~SettingsFile() {
@@ -69,8 +80,15 @@ SettingsFile::~SettingsFile() {
 
 Result<std::optional<Data>> SettingsFile::read() const {
     using Read = Result<std::optional<Data>>;
-    const FileDescriptor file(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file && errno == ENOENT) return {std::nullopt};
+    const auto open = [&] {
+        return FileDescriptor(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    };
+    FileDescriptor file = open();
+    if (!file && errno == ENOENT) {
+        if (renameat(folder_.number(), synced_.c_str(), folder_.number(), name_.c_str()) != 0)
+            return errno == ENOENT ? Read(std::nullopt) : Read::failure(systemError());
+        file = open();
+    }
     struct stat status {};
     if (!file || fstat(file.number(), &status) != 0) return Read::failure(systemError());
     if (status.st_size > kLargestFile) return Read::failure("it is larger than any settings file");
@@ -105,16 +123,18 @@ Result<void> SettingsFile::replace(const Data& bytes) {
     // A process that was killed may have left such a file behind.
     unlinkat(folder_.number(), fresh.c_str(), 0);
     Result<void> written = write(bytes, fresh);
+    std::unique_lock held(state_);
+    // After a power cut, the new file may be under the name without its bytes. A copy that is kept already is an older one.
+    [[maybe_unused]] const bool isKept =
+        written && !unsynced_ && linkat(folder_.number(), name_.c_str(), folder_.number(), synced_.c_str(), 0) == 0;
     if (written && renameat(folder_.number(), fresh.c_str(), folder_.number(), name_.c_str()) != 0)
         written = Result<void>::failure(systemError());
     if (!written) {
         unlinkat(folder_.number(), fresh.c_str(), 0);
         return Result<void>::failure("cannot write " + path_.string() + ": " + written.error());
     }
-    {
-        const std::lock_guard held(state_);
-        unsynced_ = true;
-    }
+    unsynced_ = true;
+    held.unlock();
     changed_.notify_one();
     return {};
 }
@@ -140,10 +160,16 @@ void SettingsFile::syncWhenChanged() {
     }
 }
 
-void SettingsFile::sync() const {
+void SettingsFile::sync() {
     const FileDescriptor file(openat(folder_.number(), name_.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file || fsync(file.number()) != 0 || fsync(folder_.number()) != 0)
-        log_("cannot sync " + path_.string() + " to the device: " + systemError());
+        return log_("cannot sync " + path_.string() + " to the device: " + systemError());
+    const std::lock_guard held(state_);
+    if (!unsynced_) unlinkat(folder_.number(), synced_.c_str(), 0);
+}
+
+void SettingsFile::settle() {
+    if (faccessat(folder_.number(), synced_.c_str(), F_OK, 0) == 0) sync();
 }
 
 } // namespace lumora

@@ -22,7 +22,8 @@ namespace lumora {
 ///     file.value()->replace(bytes);                    // whole in its place, or untouched
 ///
 /// A replaced file survives the death of the process at once, and that of the machine within a second: a background
-/// thread syncs it to the device. Any thread, one call at a time.
+/// thread syncs it to the device. Until then the one that was synced before stays beside it, as NAME.synced. Any thread,
+/// one call at a time.
 class SettingsFile {
   public:
     /// Replacements that follow one another this closely are synced together.
@@ -39,8 +40,12 @@ class SettingsFile {
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
-    /// The bytes of the file; a success without data if there is no file yet.
+    /// The bytes of the file, or of the one synced before, which then takes its place, where it is missing; a success
+    /// without data if there is neither.
     [[nodiscard]] platform::Result<std::optional<platform::Data>> read() const;
+
+    /// The file has been read and is sound: syncs what the process that wrote it could not.
+    void settle();
 
     /// Renames the file to an unused name and returns the new path.
     [[nodiscard]] platform::Result<std::filesystem::path> setAside() const;
@@ -53,15 +58,16 @@ class SettingsFile {
     SettingsFile(std::filesystem::path path, platform::FileDescriptor folder, platform::FileDescriptor lock, Log log);
     [[nodiscard]] platform::Result<void> write(const platform::Data& bytes, const std::string& name) const;
     void syncWhenChanged();
-    void sync() const;
+    void sync();
 
     std::filesystem::path path_;
     std::string name_;
+    std::string synced_;
     platform::FileDescriptor folder_;
     platform::FileDescriptor lock_;
     Log log_;
 
-    std::mutex state_; ///< guards the two flags
+    std::mutex state_; ///< guards the two flags, and which files there are
     std::condition_variable changed_;
     bool unsynced_ = false;
     bool closing_ = false;

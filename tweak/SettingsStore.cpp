@@ -1,5 +1,6 @@
 #include "tweak/SettingsStore.h"
 
+#include "link/Messages.h"
 #include "tweak/Defaults.h"
 #include "tweak/Log.h"
 
@@ -54,6 +55,12 @@ Result<Dictionary> settingsIn(const std::optional<Data>& bytes) {
     return *settings;
 }
 
+/// Whether a value can be told as deep in a message as any has it: one to a follower, or a record of the history.
+bool canBeTold(const std::string& key, const Value& value) {
+    const Dictionary told = messageWith(revisionOf(0, Dictionary{{key, value}}));
+    return NSKeyedArchiver::archivedDataWithRootObject(told).has_value();
+}
+
 /// Whether the settings fit into the answer to a page. A page can read everything that can be written.
 bool fitsAnAnswer(const Dictionary& changed) {
     const std::optional<Data> answer = NSKeyedArchiver::archivedDataWithRootObject(withDefaults(changed));
@@ -68,47 +75,50 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
     if (!opened) return Opened::failure(opened.error());
     std::unique_ptr<SettingsFile> file = std::move(opened).value();
 
-    const Result<std::optional<Data>> bytes = file->read();
+    const auto cannotRead = [&](const std::string& why) {
+        return Opened::failure("cannot read " + file->path().string() + ": " + why);
+    };
+    Result<std::optional<Data>> bytes = file->read();
     // The file may be sound, and only this process short of descriptors.
-    if (!bytes) return Opened::failure("cannot read " + file->path().string() + ": " + bytes.error());
-
-    Dictionary changed;
-    if (const Result<Dictionary> read = settingsIn(bytes.value())) {
-        changed = fitting(read.value(), file->path(), log);
-    } else {
+    if (!bytes) return cannotRead(bytes.error());
+    Result<Dictionary> stored = settingsIn(bytes.value());
+    while (!stored) {
+        const std::string unusable = file->path().string() + " holds no settings (" + stored.error() + ")";
         const Result<std::filesystem::path> aside = file->setAside();
-        if (!aside) {
-            return Opened::failure(file->path().string() + " holds no settings (" + read.error() +
-                                   ") and cannot be set aside: " + aside.error());
-        }
-        log(file->path().string() + " holds no settings (" + read.error() + "): it is set aside as " +
-            aside.value().string() + ", defaults stand in");
+        if (!aside) return Opened::failure(unusable + " and cannot be set aside: " + aside.error());
+        bytes = file->read();
+        if (!bytes) return cannotRead(bytes.error());
+        log(unusable + ": it is set aside as " + aside.value().string() +
+            (bytes.value() ? ", those before stand in" : ", defaults stand in"));
+        stored = settingsIn(bytes.value());
     }
+    file->settle();
+    Dictionary changed = fitting(stored.value(), file->path(), log);
     const std::size_t size = bytes.value() ? bytes.value()->size() : 0;
     return std::unique_ptr<SettingsStore>(new SettingsStore(std::move(file), std::move(changed), size));
 }
 
 SettingsStore::SettingsStore(std::unique_ptr<SettingsFile> file, Dictionary changed, std::size_t size)
-    : file_(std::move(file)), changed_(std::move(changed)), size_(size) {
+    : file_(std::move(file)), size_(size), changed_(std::move(changed)) {
 }
 
 Dictionary SettingsStore::settings() const {
-    const std::lock_guard held(changing_);
+    const std::lock_guard held(state_);
     return withDefaults(changed_);
 }
 
 Dictionary SettingsStore::changed() const {
-    const std::lock_guard held(changing_);
+    const std::lock_guard held(state_);
     return changed_;
 }
 
 void SettingsStore::countFrom(std::int64_t revision) {
-    const std::lock_guard held(changing_);
+    const std::lock_guard held(state_);
     revision_ = revision;
 }
 
 std::int64_t SettingsStore::revision() const {
-    const std::lock_guard held(changing_);
+    const std::lock_guard held(state_);
     return revision_;
 }
 
@@ -127,13 +137,17 @@ Result<void> SettingsStore::change(const std::string& key, const Value& value) {
     if (bytes.value().size() > largest && !isSmall(key, value, changed_))
         return refuse(inQuotes(key) + " cannot be kept: the settings would take more than " +
                       std::to_string(largest >> 20U) + " MiB");
+    if (!canBeTold(key, value)) return refuse(inQuotes(key) + " cannot be kept: no message could tell it");
     if (!fitsAnAnswer(changed))
         return refuse(inQuotes(key) + " cannot be kept: the settings would not fit into one answer any more");
     Result<void> kept = file_->replace(bytes.value());
     if (!kept) return kept;
-    std::swap(changed_, changed); // what was set before is for the observer
     size_ = bytes.value().size();
-    ++revision_;
+    {
+        const std::lock_guard told(state_);
+        std::swap(changed_, changed); // what was set before is for the observer
+        ++revision_;
+    }
     if (observer_) observer_({revision_, key, changed.find(key), value});
     return {};
 }

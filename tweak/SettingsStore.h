@@ -50,8 +50,8 @@ class SettingsStore {
     /// Those that were changed, without defaults.
     [[nodiscard]] platform::Dictionary changed() const;
 
-    /// Is told of each change once it is kept. It is called while the store is locked, so it returns at once and does not
-    /// ask the store. Stands before the first change.
+    /// Is told of each change once it is kept. It is called while other changes wait, so it makes none itself. Stands
+    /// before the first change.
     using Observer = std::function<void(const KeptChange& change)>;
     void setObserver(Observer observer) { observer_ = std::move(observer); }
     /// How many changes there have been, since the start or since countFrom() had counted.
@@ -67,11 +67,12 @@ class SettingsStore {
     SettingsStore(std::unique_ptr<SettingsFile> file, platform::Dictionary changed, std::size_t size);
 
     std::unique_ptr<SettingsFile> file_;
-    mutable std::mutex changing_; ///< guards what follows; held by one change at a time
-    platform::Dictionary changed_;
-    std::size_t size_; ///< of the settings as they are written, in bytes
-    std::int64_t revision_ = 0;
+    std::mutex changing_; ///< held by one change at a time, while it waits for the disk
+    std::size_t size_;    ///< of the settings as they are written, in bytes
     Observer observer_;
+    mutable std::mutex state_; ///< guards what follows, which changes under both; never held while anything waits
+    platform::Dictionary changed_;
+    std::int64_t revision_ = 0;
 };
 
 /// The path of the settings under the device root.

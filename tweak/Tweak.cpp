@@ -45,7 +45,7 @@ Result<Change> readChange(const std::optional<Data>& body) {
 
 std::string shown(const Change& change) {
     constexpr std::size_t longest = 1000;
-    if (isSecure(change.key)) return kSecureDots;
+    if (isSecure(change.key) || mayBeSecret(change.key, change.value)) return kSecureDots;
     const Result<std::string> json = writeJson(change.value, JsonLayout::line);
     return json && json.value().size() <= longest ? json.value() : std::string(kindName(change.value.kind()));
 }
@@ -59,7 +59,7 @@ Tweak::Tweak(SettingsStore& store, Options options, Log log, History* history)
         store_.countFrom(history_->revision());
     }
     store.setObserver([this](const KeptChange& change) {
-        if (history_ && (!change.before || !(*change.before == change.value)))
+        if (history_ && (!change.before || !meansTheSame(*change.before, change.value)))
             history_->record(change.revision, change.key, change.before ? std::optional(*change.before) : std::nullopt,
                              change.value);
         if (!isOmitted(change.key)) followers_.changed(change.revision, change.key, change.value);

@@ -257,7 +257,7 @@ Exit status: 0 after SIGTERM or SIGINT, 1 when it cannot start, 2 for wrong use.
         ->allow_extra_args(false);
     app.add_flag("--no-history", arguments.noHistory, "Record no changes, and offer no history");
     app.add_flag("--verbose", arguments.tweak.verbose,
-                 "Write a line to standard error for each message, passcodes as dots");
+                 "Write a line to standard error for each message, passcodes and texts of plug-ins as dots");
     app.set_version_flag("--version", "lumora-tweak " LUMORA_VERSION, "Print the version and exit");
     app.set_help_flag("--help", "Print this help and exit");
     try {

@@ -1,6 +1,7 @@
 #include "platform/foundation/Value.h"
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace platform {
@@ -93,6 +94,9 @@ std::shared_ptr<const std::string_view> shared(std::string characters) {
 /// Compares two values of any depth: containers wait in a list until their turn comes, in place of recursion.
 class Comparison {
   public:
+    /// Whether NaN equals NaN.
+    explicit Comparison(bool equatesNaN) : equatesNaN_(equatesNaN) {}
+
     bool equal(const Value& a, const Value& b) {
         if (a.kind() != b.kind()) return false;
         switch (a.kind()) {
@@ -105,6 +109,7 @@ class Comparison {
             waiting_.emplace_back(&a, &b);
             return true;
         default:
+            if (equatesNaN_ && isNaN(a) && isNaN(b)) return true;
             return a.boolean() == b.boolean() && a.integer() == b.integer() && a.real() == b.real() &&
                    a.date() == b.date();
         }
@@ -133,8 +138,19 @@ class Comparison {
     }
 
   private:
+    static bool isNaN(const Value& value) {
+        return std::isnan(value.date() ? value.date()->seconds : value.doubleValue());
+    }
+
+    bool equatesNaN_;
     std::vector<std::pair<const Value*, const Value*>> waiting_;
 };
+
+template<class T>
+bool areEqual(const T& a, const T& b, bool equatesNaN) {
+    Comparison comparison(equatesNaN);
+    return comparison.equal(a, b) && comparison.finish();
+}
 
 } // namespace
 
@@ -170,8 +186,11 @@ Value Value::operator[](std::string_view key) const {
 }
 
 bool operator==(const Value& a, const Value& b) {
-    Comparison comparison;
-    return comparison.equal(a, b) && comparison.finish();
+    return areEqual(a, b, false);
+}
+
+bool meansTheSame(const Value& a, const Value& b) {
+    return areEqual(a, b, true);
 }
 
 Dictionary::Dictionary(std::vector<Entry> entries) : entries_(std::move(entries)), byKey_(entries_.size()) {
@@ -238,8 +257,11 @@ bool Dictionary::remove(std::string_view key) {
 }
 
 bool operator==(const Dictionary& a, const Dictionary& b) {
-    Comparison comparison;
-    return comparison.equal(a, b) && comparison.finish();
+    return areEqual(a, b, false);
+}
+
+bool meansTheSame(const Dictionary& a, const Dictionary& b) {
+    return areEqual(a, b, true);
 }
 
 } // namespace platform

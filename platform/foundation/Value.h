@@ -148,6 +148,11 @@ class PLATFORM_EXPORT Dictionary {
     std::vector<std::uint32_t> byKey_; ///< positions in entries_, sorted by key
 };
 
+/// Like ==, but NaN means the same as NaN, however deep it stands: false where it is a change to set one in place of the
+/// other. Any thread.
+[[nodiscard]] PLATFORM_EXPORT bool meansTheSame(const Value& a, const Value& b);
+[[nodiscard]] PLATFORM_EXPORT bool meansTheSame(const Dictionary& a, const Dictionary& b);
+
 /// The value as the platform's "%@" shows it: old-style property-list text, dictionary keys sorted. A top-level text
 /// stands bare, nil is "(null)". For NSLog(); secure values are shown as they are. Any thread.
 [[nodiscard]] PLATFORM_EXPORT std::string description(const Value& value);

@@ -115,7 +115,8 @@ TEST_F(Recorders, FailAfterTooMuch) {
 }
 
 TEST(Questions, AreReadAsTheyAreWritten) {
-    DrawingQuestion question{322, 257, 1.5, false, {}, {{"test.clock.word", "Güte"}}};
+    DrawingQuestion question{322,   257, 1.5,
+                             false, {},  {{"test.clock.word", "Güte"}, {"test.clock.none", std::nan("")}}};
     question.time.tm_hour = 18;
     question.time.tm_min = 36;
     const auto archive = writeQuestion(question);

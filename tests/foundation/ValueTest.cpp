@@ -48,6 +48,17 @@ TEST(Value, KeepsBooleansIntegersAndRealsApart) {
     EXPECT_NE(Value(std::nan("")), Value(std::nan("")));
 }
 
+TEST(Value, MeansTheSameWhereNothingButNaNIsUnequal) {
+    const auto nested = [](const Value& value) { return Value(Dictionary{{"a", List{1, value}}}); };
+    const double nan = std::nan("");
+    EXPECT_TRUE(meansTheSame(nested(nan), nested(-nan)));
+    EXPECT_TRUE(meansTheSame(nested(Date{nan}), nested(Date{nan})));
+    EXPECT_TRUE(meansTheSame(Dictionary{{"a", nan}}, Dictionary{{"a", nan}}));
+    EXPECT_FALSE(meansTheSame(nested(nan), nested(Date{nan})));
+    EXPECT_FALSE(meansTheSame(nested(nan), nested(0.0)));
+    EXPECT_FALSE(meansTheSame(1, 1.0));
+}
+
 TEST(Value, ReadsLenientlyAsThePlatformDoes) {
     EXPECT_EQ(Value(true).doubleValue(), 1);
     EXPECT_EQ(Value(-3).doubleValue(), -3);

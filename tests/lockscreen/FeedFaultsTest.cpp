@@ -3,6 +3,7 @@
 #include "lockscreen/FollowerPort.h"
 #include "tests/link/ScriptedTweak.h"
 #include "tests/support/Deadline.h"
+#include "tests/support/NoThreads.h"
 #include "tests/support/RawSocket.h"
 
 #include <gmock/gmock.h>
@@ -63,6 +64,14 @@ TEST_F(FeedTest, AsksForAllSettingsAgainWhenLiesPileUp) {
     EXPECT_TRUE(eventually([&] { return ear.heard().settings == Dictionary{{"a", 1}}; }));
     tell(name, 7, {{"a", 2}});
     EXPECT_TRUE(ear.comesToHear(2, "a"));
+}
+
+TEST_F(FeedTest, IsWithoutAPortWhileNoThreadCanBeStarted) {
+    const NoThreads none;
+    FollowerPort port(1, [] {});
+    EXPECT_FALSE(port.isOpen());
+    port.beginAnew();
+    EXPECT_FALSE(port.take());
 }
 
 TEST_F(FeedTest, EndsAndLeavesNothingBehind) {

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <cmath>
 #include <sys/types.h>
 #include <utility>
 
@@ -24,6 +25,11 @@ std::string waitsOf(pid_t thread) {
 }
 
 } // namespace
+
+TEST_F(FeedTest, CountsNoValueAsChangedThatIsNoNumberStill) {
+    const double nan = std::nan("");
+    EXPECT_THAT(changedKeys({{"a", nan}, {"b", nan}}, {{"a", nan}, {"b", 1}}), testing::ElementsAre("b"));
+}
 
 TEST_F(FeedTest, HandsOnTheSettingsAndThenEachChange) {
     const auto tweak = startTweak();

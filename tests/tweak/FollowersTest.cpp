@@ -1,3 +1,4 @@
+#include "tests/support/NoThreads.h"
 #include "tests/support/RawSocket.h"
 #include "tests/support/ServedPort.h"
 #include "tests/support/Waiting.h"
@@ -144,6 +145,16 @@ TEST_F(FollowersTest, AreSixteenAtMost) {
     listeners.pop_back();
     EXPECT_TRUE(followers.add(portOf(16))) << "in place of one that has gone, of which no change has told";
     EXPECT_EQ(followers.count(), 16U);
+}
+
+TEST_F(FollowersTest, AreRefusedWhileNoThreadCanBeStarted) {
+    Followers followers;
+    {
+        const NoThreads none;
+        EXPECT_EQ(followers.add(portOf(1)).error(), "no thread can be started: Resource temporarily unavailable");
+    }
+    EXPECT_EQ(followers.count(), 0U);
+    EXPECT_TRUE(followers.add(portOf(1)));
 }
 
 TEST(FollowersPort, IsOneOfTheProcessThatAsks) {

@@ -1,4 +1,5 @@
 #include "tests/support/FullDisk.h"
+#include "tests/tweak/DeviceSync.h"
 #include "tests/tweak/Sandbox.h"
 
 #include "tweak/History.h"
@@ -277,6 +278,19 @@ TEST_F(HistoryTest, IsClearedAndGoesOn) {
     EXPECT_THAT(records(*history), ElementsAre(isChange(2, 2, 2, 3))) << "not folded into what is forgotten";
 }
 
+TEST_F(HistoryTest, ReplacesItsFileOnlyByOneThatIsOnTheDevice) {
+    const auto history = open();
+    change(*history, "a", 1, 2);
+    const std::string before = readFile(file);
+    syncingFails = true;
+    const auto cleared = history->clear();
+    syncingFails = false;
+    ASSERT_FALSE(cleared);
+    EXPECT_THAT(cleared.error(), HasSubstr("Input/output error"));
+    EXPECT_EQ(readFile(file), before);
+    EXPECT_EQ(records(*history), onDisk());
+}
+
 TEST_F(HistoryTest, BeginsAnewWhenItsFileIsRemovedOrEmptied) {
     const auto history = open();
     change(*history, "a", 1, 2);
@@ -297,6 +311,45 @@ TEST_F(HistoryTest, DropsWhatSomebodyElseWritesIntoItsFile) {
     change(*history, "a", 2, 3);
     EXPECT_THAT(onDisk(), ElementsAre(isChange(1, 1, 1, 2), isChange(2, 2, 2, 3)));
     EXPECT_EQ(records(*history), onDisk());
+}
+
+TEST_F(HistoryTest, TakesAFormerFileThatIsPutInItsPlace) {
+    using std::chrono::milliseconds;
+    const auto history = open();
+    change(*history, "a", 1, 2);
+    change(*history, "b", 1, 2);
+    const std::string former = readFile(file);
+    change(*history, "c", 1, 2, milliseconds(1));
+    writeFile(file, former);
+    change(*history, "b", 2, 3, milliseconds(1));
+    EXPECT_THAT(records(*history), ElementsAre(isChange(1, 1, 1, 2), isChange(4, 2, 1, 3)));
+    writeFile(sandbox.path() / "former", former);
+    std::filesystem::rename(sandbox.path() / "former", file);
+    change(*history, "d", 1, 2);
+    EXPECT_THAT(records(*history), ElementsAre(isChange(1, 1, 1, 2), isChange(2, 2, 1, 2), isChange(5, 5, 1, 2)));
+    EXPECT_EQ(onDisk(), records(*history));
+    EXPECT_THAT(lines, IsEmpty());
+}
+
+TEST_F(HistoryTest, BeginsAnewWhenItsFileIsMovedAway) {
+    const auto history = open();
+    change(*history, "a", 1, 2);
+    std::filesystem::rename(file, sandbox.path() / "moved");
+    change(*history, "a", 2, 3);
+    EXPECT_THAT(onDisk(), ElementsAre(isChange(2, 2, 2, 3)));
+}
+
+TEST_F(HistoryTest, SetsAFileThatIsPutInItsPlaceAsideIfItsRevisionsAreStillToCome) {
+    const auto history = open();
+    change(*history, "a", 1, 2);
+    const std::string later = R"({"revision":7,"time":"2026-11-20T18:37:00.123Z","key":"b","new":1})"
+                              "\n";
+    writeFile(file, later);
+    change(*history, "a", 2, 3);
+    EXPECT_THAT(onDisk(), ElementsAre(isChange(2, 2, 2, 3)));
+    EXPECT_EQ(records(*history), onDisk());
+    EXPECT_EQ(readFile(file.string() + ".unreadable"), later);
+    EXPECT_THAT(lines, ElementsAre(HasSubstr("its revisions are still to come")));
 }
 
 TEST_F(HistoryTest, CatchesUpWithWhatHasChangedWithoutIt) {

@@ -1,27 +1,42 @@
 #include "tests/tweak/SettingsStoreTest.h"
 
+#include "tests/support/Deadline.h"
 #include "tests/support/FullDisk.h"
 
+#include "tweak/History.h"
+
 #include <cerrno>
+#include <functional>
+#include <future>
 
 #include <dlfcn.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 using namespace tests;
 
 namespace {
 
-thread_local bool closingFails = false;
+/// What this thread does once it has closed a file, in place of a success.
+thread_local const std::function<int()>* whenClosed = nullptr;
+/// Whether flock() fails for this thread.
+thread_local bool locksAreMissing = false;
 
 } // namespace
 
-/// Closes as the one of the C library does, and while it is to fail says that not everything has arrived.
+extern "C" int flock(int descriptor, int operation) noexcept {
+    if (!locksAreMissing) return static_cast<int>(::syscall(SYS_flock, descriptor, operation));
+    errno = ENOLCK;
+    return -1;
+}
+
+/// Closes as the one of the C library does.
 extern "C" int close(int descriptor) {
     static const auto librarys = reinterpret_cast<int (*)(int)>(::dlsym(RTLD_NEXT, "close"));
     const int closed = librarys(descriptor);
-    if (!closingFails) return closed;
-    errno = EDQUOT;
-    return -1;
+    return whenClosed ? (*whenClosed)() : closed;
 }
 
 TEST_F(SettingsStoreTest, SetsAnUnreadableFileAsideAndNeverOverwritesOne) {
@@ -123,14 +138,38 @@ TEST_F(SettingsStoreTest, RefusesAChangeThatDoesNotFitOnTheDisk) {
 TEST_F(SettingsStoreTest, RefusesAChangeThatDoesNotArriveOnTheDiskBeforeItsFileIsClosed) {
     const auto store = open();
     ASSERT_TRUE(store->change("kSleepTime", 30));
-    closingFails = true; // for this thread
+    const std::function<int()> fails = [] {
+        errno = EDQUOT;
+        return -1;
+    };
+    whenClosed = &fails;
     const auto changed = store->change("kSleepTime", 60);
-    closingFails = false;
+    whenClosed = nullptr;
     ASSERT_FALSE(changed);
     EXPECT_EQ(changed.error(), "cannot write " + sandbox.settings().string() + ": Disk quota exceeded");
     EXPECT_EQ(store->settings()["kSleepTime"], Value(30));
     EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
     EXPECT_THAT(files(), UnorderedElementsAre("settings.plist", "settings.plist.lock"));
+}
+
+TEST_F(SettingsStoreTest, TellsTheSettingsWhileAChangeIsWrittenAndRecorded) {
+    const auto store = open();
+    const auto told = [&] {
+        const Deadline deadline("the settings during a change");
+        return std::async(std::launch::async, [&] { return store->settings()["kSleepTime"]; }).get();
+    };
+    Value written;
+    Value recorded;
+    store->setObserver([&](const KeptChange&) { recorded = told(); });
+    const std::function<int()> asks = [&] {
+        written = told();
+        return 0;
+    };
+    whenClosed = &asks;
+    EXPECT_TRUE(store->change("kSleepTime", 30));
+    whenClosed = nullptr;
+    EXPECT_EQ(written, findSetting("kSleepTime")->byDefault);
+    EXPECT_EQ(recorded, Value(30));
 }
 
 TEST_F(SettingsStoreTest, RefusesChangesWhenItsFolderIsGone) {
@@ -170,6 +209,13 @@ TEST_F(SettingsStoreTest, ChangesSwitchesInAFileBeyondItsLimitWhichGrowsNoFurthe
     EXPECT_TRUE(store->change("a", Data(kLargestSettings, 1)));
 }
 
+TEST_F(SettingsStoreTest, GrowsToItsLimitWhereALargerFileWasSetAside) {
+    writeFile(sandbox.settings(), std::string(2 * kLargestSettings, 'x'));
+    const auto store = open();
+    ASSERT_TRUE(store) << failure;
+    EXPECT_THAT(store->change("com.example.data", Data(kLargestSettings)).error(), HasSubstr("more than 4 MiB"));
+}
+
 TEST_F(SettingsStoreTest, LetsAFileBeyondItsLimitGrowAtNoStart) {
     const auto written =
         platform::writePropertyList(Dictionary{{"a", Data(2 * kLargestSettings, 1)}, {"com.example.switch", true}});
@@ -199,6 +245,16 @@ TEST_F(SettingsStoreTest, RefusesValuesThatCouldNotBeReadBack) {
     EXPECT_THAT(store->change("com.example.nil", List{nullptr}).error(), HasSubstr("cannot be kept"));
     EXPECT_EQ(store->settings().size(), knownSettings().size());
     EXPECT_EQ(open(), nullptr) << "the file is still held by the first store";
+}
+
+TEST_F(SettingsStoreTest, SaysWhyNoFileCanBeLocked) {
+    locksAreMissing = true;
+    EXPECT_FALSE(open());
+    const auto history = History::open(History::besideSettings(sandbox.settings()), log);
+    locksAreMissing = false;
+    EXPECT_EQ(failure, "cannot lock " + sandbox.settings().string() + ": No locks available");
+    ASSERT_FALSE(history);
+    EXPECT_THAT(history.error(), HasSubstr("cannot lock it: No locks available"));
 }
 
 TEST_F(SettingsStoreTest, IsTheOnlyOneWithItsFile) {

@@ -1,8 +1,10 @@
 #include "tests/tweak/SettingsStoreTest.h"
+#include "tests/tweak/DeviceSync.h"
 
 #include "tests/support/Waiting.h"
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <latch>
 #include <thread>
@@ -13,14 +15,12 @@
 
 using namespace tests;
 
-namespace {
-
-std::atomic<int> synced = 0;
-
-} // namespace
-
-/// Counts what is synced to the device; the one of the C library stands behind it.
+/// The one of the C library stands behind it.
 extern "C" int fsync(int descriptor) {
+    if (syncingFails) {
+        errno = EIO;
+        return -1;
+    }
     ++synced;
     return static_cast<int>(::syscall(SYS_fsync, descriptor));
 }
@@ -140,12 +140,59 @@ TEST_F(SettingsStoreTest, ReplacesTheFileBehindALinkAndKeepsTheLink) {
     EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
 }
 
+TEST_F(SettingsStoreTest, MakesTheMissingFileBehindLinksAndKeepsThem) {
+    const auto folder = sandbox.path() / "folder";
+    std::filesystem::create_directory(folder);
+    std::filesystem::create_symlink("folder/link", sandbox.settings());
+    std::filesystem::create_symlink("real.plist", folder / "link");
+    const auto store = open();
+    ASSERT_TRUE(store) << failure;
+    EXPECT_EQ(store->path(), folder / "real.plist");
+    EXPECT_TRUE(store->change("kSleepTime", 30));
+    EXPECT_TRUE(std::filesystem::is_symlink(sandbox.settings()));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+    EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
+}
+
 TEST_F(SettingsStoreTest, SyncsAChangeToTheDeviceWhileItIsOpenAndWithinASecond) {
     const auto store = open();
     const int before = synced;
     ASSERT_TRUE(store->change("kSleepTime", 30));
     EXPECT_TRUE(eventually([&] { return synced >= before + 2; })) << "neither the file nor its folder";
     EXPECT_LT(SettingsFile::kSyncDelay, std::chrono::seconds(1)); // what the store waits for first
+}
+
+TEST_F(SettingsStoreTest, BeginsWithTheSettingsSyncedLastWhereThoseAfterThemWereLost) {
+    const std::string copy = sandbox.settings().string() + ".synced";
+    EXPECT_TRUE(open()->change("kSleepTime", 30));
+    EXPECT_FALSE(std::filesystem::exists(copy));
+    for (const bool isMissing : {false, true}) {
+        syncingFails = true;
+        for (const int time : {60, 5})
+            EXPECT_TRUE(open()->change("kSleepTime", time));
+        syncingFails = false;
+        writeFile(sandbox.settings(), ""); // as a power cut may leave it
+        if (isMissing) std::filesystem::remove(sandbox.settings());
+        lines.clear();
+        const auto store = open();
+        ASSERT_TRUE(store) << failure;
+        EXPECT_EQ(store->settings()["kSleepTime"], Value(30));
+        EXPECT_EQ(onDisk()["kSleepTime"], Value(30));
+        EXPECT_FALSE(std::filesystem::exists(copy));
+        EXPECT_EQ(lines.size(), isMissing ? 0U : 1U);
+    }
+}
+
+TEST_F(SettingsStoreTest, SyncsWhatAProcessThatWasKilledHasLeftAndKeepsNothingElse) {
+    EXPECT_TRUE(open()->change("kSleepTime", 30));
+    syncingFails = true;
+    EXPECT_TRUE(open()->change("kSleepTime", 60));
+    EXPECT_THAT(files(), testing::Contains("settings.plist.synced"));
+    syncingFails = false;
+    const auto store = open();
+    ASSERT_TRUE(store) << failure;
+    EXPECT_EQ(store->settings()["kSleepTime"], Value(60));
+    EXPECT_THAT(files(), UnorderedElementsAre("settings.plist", "settings.plist.lock"));
 }
 
 TEST_F(SettingsStoreTest, SaysSoWhenWhatItHasWrittenCannotBeSynced) {

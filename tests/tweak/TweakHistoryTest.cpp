@@ -5,8 +5,12 @@
 #include "history/Timeline.h"
 #include "tweak/Defaults.h"
 
+#include "platform/foundation/PropertyList.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 #include <sys/stat.h>
 
@@ -71,6 +75,23 @@ TEST_F(TweakHistory, TellsWhatHasChangedSinceARevision) {
     EXPECT_EQ(records(all[0].revision).size(), 1U);
     EXPECT_EQ(ask(kHistory, Dictionary{{"since", 0}})["more"], Value(false));
     EXPECT_EQ(ask(kHistory, Dictionary{{"since", 0}})["revision"], Value(all[1].revision));
+}
+
+TEST_F(TweakHistory, TellsOfTheDeepestValueThatIsTaken) {
+    const auto tweak = start();
+    Value deep = 1;
+    Value taken;
+    // No change can carry a deeper one.
+    for (auto level = platform::PropertyListLimits::depth - 2;
+         level > 0 && change("com.example.deep", platform::List{deep}).empty(); --level)
+        taken = deep = platform::List{deep};
+    ASSERT_FALSE(taken.isNil());
+    const Value answer =
+        ask(kFollowSettings, Dictionary{{kPortEntry, "followers/" + std::to_string(::getpid()) + "-1"}});
+    EXPECT_EQ(answer[kSettingsEntry]["com.example.deep"], taken);
+    const auto all = records();
+    ASSERT_FALSE(all.empty());
+    EXPECT_EQ(all.back().after, taken);
 }
 
 TEST_F(TweakHistory, RefusesWhatIsNoQuestion) {
@@ -157,6 +178,26 @@ TEST_F(TweakHistory, TellsNoPasscodeToAnybody) {
         EXPECT_THAT(said, Not(HasSubstr("24680")));
         EXPECT_THAT(said, Not(HasSubstr("13579")));
     }
+}
+
+TEST_F(TweakHistory, TellsNoTextOfAPlugInHoweverDeepItStands) {
+    const auto tweak = start({"--verbose"});
+    ASSERT_EQ(change("com.example.pins", platform::List{Dictionary{{"pin", "zq24680xy"}}}), "");
+    ASSERT_EQ(change("com.example.pins", platform::List{1}), "");
+    const auto all = records();
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_EQ(all[0].withheld, Withheld::secure);
+    EXPECT_THAT(readFile(file) + tweak->errors(), Not(HasSubstr("24680")));
+}
+
+TEST_F(TweakHistory, RecordsAValueThatIsNoNumberOnce) {
+    auto tweak = start();
+    for (int i = 0; i < 2; ++i)
+        ASSERT_EQ(change("com.example.none", std::nan("")), "");
+    EXPECT_EQ(records().back().revision, 1);
+    tweak.reset();
+    tweak = start();
+    EXPECT_EQ(records().back().revision, 1);
 }
 
 TEST_F(TweakHistory, RecordsWhatHasBecomeOfALostSettingsFile) {

@@ -190,8 +190,10 @@ TEST_F(TweakProgram, OmitsKeysAndHidesPasscodesAsItsOptionsSay) {
 
 TEST_F(TweakProgram, LogsNothingThatATerminalObeys) {
     RunningTweak tweak(command({"--verbose"}));
-    EXPECT_EQ(change("\u009B2J", "\u202Eleft\u2028"), "");
-    EXPECT_EQ(tweak.errors(), "lumora-tweak: updateSettings: \"\\u009b2J\" = \"\\u202eleft\\u2028\"\n");
+    EXPECT_EQ(change("\u009B2J", 1), "");
+    EXPECT_EQ(change("kLSDateSubtitle", "\u202Eleft\u2028"), "");
+    EXPECT_EQ(tweak.errors(), "lumora-tweak: updateSettings: \"\\u009b2J\" = 1\n"
+                              "lumora-tweak: updateSettings: \"kLSDateSubtitle\" = \"\\u202eleft\\u2028\"\n");
 }
 
 TEST_F(TweakProgram, TakesABareNameForItsSettings) {
