@@ -195,9 +195,8 @@ class Navigation {
     std::optional<BeforeGone> beforeGone_;
     platform::Dictionary defaults_;
     Send send_ = [](const auto&) { return Sent{.fault = "nobody sends them"}; };
-    std::set<platform::Class> opened_; ///< classes of which a page was opened
-    std::set<platform::Class>
-        hosting_; ///< those of them whose pages host a view, which a page tells once it has appeared
+    std::set<platform::Class> opened_;  ///< classes of which a page was opened
+    std::set<platform::Class> hosting_; ///< of them, those whose pages host a view: a page that has appeared tells
     std::uint64_t changes_ = 0;
     std::uint64_t groups_ = 0;
     std::shared_ptr<Navigation*> self_ =
