@@ -68,7 +68,8 @@ void Keyboard::note(const QKeyEvent& key) {
 
 void Keyboard::compare(const QKeyEvent& key) {
     static const bool onX11 = QGuiApplication::platformName() == QLatin1String("xcb");
-    repeats_ = key.isAutoRepeat() || (onX11 && key.key() == released_ && key.timestamp() == releasedAt_);
+    const bool isAtOnce = releasedAt_ != 0 && key.key() == released_ && key.timestamp() == releasedAt_;
+    repeats_ = key.isAutoRepeat() || (onX11 && isAtOnce);
 }
 
 void Keyboard::set(bool& part, bool value) {

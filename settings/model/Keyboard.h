@@ -45,7 +45,7 @@ class Keyboard : public QObject {
     bool capsLock_ = false;
     bool repeats_ = false;
     int released_ = 0;             ///< the last key, and
-    unsigned long releasedAt_ = 0; ///< when, in milliseconds
+    unsigned long releasedAt_ = 0; ///< when, in milliseconds; 0 where a program that sends keys does not say
 };
 
 } // namespace settings

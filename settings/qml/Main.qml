@@ -147,7 +147,7 @@ Window {
             stack.shownPage?.forceActiveFocus(reason);
     }
     function reload() {
-        if (shell.waiting || searchPlace.activeFocus)
+        if (shell.waiting)
             return;
         putDown();
         shell.reload();
@@ -220,6 +220,7 @@ Window {
     WindowKeys {
         window: window
         onLockScreen: lockScreenPlace.activeFocus
+        onSearch: searchPlace.activeFocus
     }
     PaneKeys {
         panes: window.covered ? [null, sheet, lockScreen]

@@ -17,6 +17,7 @@ FocusScope {
     property bool open: false
     property bool going: false        // to a result
     property bool interrupted: false  // by what does not allow it; it is open again afterwards
+    property bool hadFocus: false     // before that
     property PageModel landedOn: null // the page to which the last result has led, until the search is open again
     property real barHeight: 0
     property real barEnd: 0 // of the bar, what something else takes
@@ -61,10 +62,13 @@ FocusScope {
 
     onAllowedChanged: {
         if (!allowed && open) {
+            hadFocus = activeFocus;
             leave();
             interrupted = true;
         } else if (allowed && interrupted && page !== null) {
-            goBack();
+            show();
+            if (hadFocus)
+                takeFocus();
         }
     }
 

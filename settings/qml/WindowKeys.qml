@@ -6,6 +6,7 @@ Item {
 
     required property var window
     required property bool onLockScreen // which has a use of its own for Escape
+    required property bool onSearch
 
     KeyOnce {
         sequences: [StandardKey.Back]
@@ -19,7 +20,7 @@ Item {
     }
     KeyOnce {
         sequences: [StandardKey.Refresh]
-        enabled: !root.window.covered
+        enabled: !root.window.covered && !root.onSearch
         onPressed: root.window.reload()
     }
     KeyOnce {

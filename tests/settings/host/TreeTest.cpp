@@ -125,8 +125,9 @@ TEST_F(TreeTest, ShowsWhatTheTweakAnswersLateOnAPageThatIsReloaded) {
     followTwice(kToColour);
     tweak.setSettings(Dictionary{{"kLSBlurColor", kRed}, {"kLSPasscodeBlurHidden", true}});
     tweak.holdAnswers(true);
-    const auto late = std::async(std::launch::async, [&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    const auto late = std::async(std::launch::async, [&tweak, before = tweak.requests()] {
+        EXPECT_TRUE(tests::eventually([&] { return tweak.requests() > before; }));
+        std::this_thread::sleep_for(std::chrono::milliseconds(50)); // a page that does not wait has been shown by then
         tweak.holdAnswers(false);
     });
     navigation.reload(top().id);
