@@ -5,6 +5,7 @@
 #include "platform/foundation/FileDescriptor.h"
 #include "platform/foundation/Unicode.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -49,7 +50,7 @@ std::string failure(const char* verb, const std::string& name, const char* stand
 /// A file that another one can take the place of: none yet, or a regular one of this user's, behind links.
 struct Replaceable {
     fs::path path;
-    std::optional<mode_t> mode; ///< nothing where there is none yet
+    std::optional<struct stat> facts; ///< nothing where there is none yet
 };
 
 /// Nothing for what can only be written into.
@@ -59,20 +60,28 @@ std::optional<Replaceable> replaceable(const std::string& name) {
     struct stat facts {};
     if (::lstat(name.c_str(), &facts) != 0) return Replaceable{name, {}};
     if (::stat(name.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode) || facts.st_uid != ::geteuid() ||
-        ::access(name.c_str(), W_OK) != 0)
+        facts.st_nlink > 1 || ::access(name.c_str(), W_OK) != 0)
         return {};
     std::error_code failed;
     fs::path path = fs::canonical(name, failed);
-    return failed ? std::nullopt : std::optional(Replaceable{std::move(path), facts.st_mode & ALLPERMS});
+    return failed ? std::nullopt : std::optional(Replaceable{std::move(path), facts});
+}
+
+/// Gives a new file the group and the mode of the former one.
+bool dress(int file, const struct stat& former) {
+    struct stat made {};
+    return ::fstat(file, &made) == 0 &&
+           (made.st_gid == former.st_gid || ::fchown(file, static_cast<uid_t>(-1), former.st_gid) == 0) &&
+           (made.st_mode == former.st_mode || ::fchmod(file, former.st_mode & ALLPERMS) == 0);
 }
 
 /// The new file stands beside the former one until it is whole. False when that fails, with the reason in errno.
 bool replace(const Replaceable& former, const void* bytes, std::size_t size) {
     const fs::path made = former.path.parent_path() / (".lumoractl-" + std::to_string(std::random_device()()));
     FileDescriptor file(
-        ::open(made.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, former.mode.value_or(DEFFILEMODE)));
+        ::open(made.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, former.facts ? S_IRUSR | S_IWUSR : DEFFILEMODE));
     if (!file) return false;
-    if (file.write(bytes, size) && (!former.mode || ::fchmod(file.number(), *former.mode) == 0) && file.close() &&
+    if (file.write(bytes, size) && (!former.facts || dress(file.number(), *former.facts)) && file.close() &&
         ::rename(made.c_str(), former.path.c_str()) == 0)
         return true;
     const int why = errno;
@@ -101,8 +110,10 @@ Result<Data> readAll(const std::string& name, std::size_t most) {
 Result<void> writeAll(const std::string& name, const void* bytes, std::size_t size) {
     if (const auto former = name == "-" ? std::nullopt : replaceable(name)) {
         if (replace(*former, bytes, size)) return {};
-        // Where no file can be put into the folder, that one may be writable.
-        if (errno != EACCES && errno != EBUSY) return Result<void>::failure(failure("write", name, ""));
+        // Where no such file can be put into the folder, that one may be writable.
+        const std::array notSuch{EACCES, EBUSY, EPERM, EOPNOTSUPP, ENOSYS};
+        if (std::ranges::find(notSuch, errno) == notSuch.end())
+            return Result<void>::failure(failure("write", name, ""));
     }
     const Stream stream(name, "wb", stdout);
     // Flushing at once shows a full disk while there is still someone to tell.

@@ -109,7 +109,7 @@ Result<std::optional<std::string>> tryChange(const std::string& key, const Value
     const Result<Dictionary> settings = fetchSettings();
     if (!settings) return Tried::failure(settings.error());
     const Value* const now = settings.value().find(key);
-    return now && *now == value ? Tried(std::nullopt) : Tried(changed.error());
+    return now && meansTheSame(*now, value) ? Tried(std::nullopt) : Tried(changed.error());
 }
 
 } // namespace lumora
