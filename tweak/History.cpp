@@ -40,6 +40,11 @@ ChangeRecord withoutValues(ChangeRecord record, Withheld why) {
     return record;
 }
 
+/// A setting that is not set has nothing.
+bool isSame(const std::optional<Value>& a, const std::optional<Value>& b) {
+    return meansTheSame(a.value_or(nullptr), b.value_or(nullptr));
+}
+
 ChangeRecord withoutSecrets(ChangeRecord record) {
     const auto isSecret = [&](const std::optional<Value>& value) { return value && mayBeSecret(record.key, *value); };
     const bool secret = isSecure(record.key) || isSecret(record.before) || isSecret(record.after);
@@ -175,7 +180,7 @@ bool History::isFolded(const ChangeRecord& record) const {
     if (!last_ || last_->key != record.key || last_->withheld != record.withheld) return false;
     // Taken back at once: to be seen, and to be taken back in its turn.
     const Setting* setting = last_->before ? nullptr : findSetting(record.key);
-    const bool takesBack = record.after == last_->before || (setting && record.after == setting->byDefault);
+    const bool takesBack = isSame(record.after, last_->before) || (setting && record.after == setting->byDefault);
     if (takesBack && record.withheld == Withheld::nothing) return false;
     const auto apart = record.time - last_->time;
     return apart >= std::chrono::milliseconds(0) && apart < kFolding;
@@ -201,7 +206,7 @@ void History::catchUp(const Dictionary& set) {
         if (known.withheld != Withheld::nothing || isSecure(key)) continue;
         const Value* value = set.find(key);
         const std::optional<Value> now = value ? std::optional(*value) : std::nullopt;
-        if (meansTheSame(known.after.value_or(nullptr), now.value_or(nullptr))) continue;
+        if (isSame(known.after, now)) continue;
         ++revision_;
         tell(append(withoutSecrets({revision_, revision_, now_(), key, known.after, now})));
     }

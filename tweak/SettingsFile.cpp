@@ -28,11 +28,15 @@ std::string systemError() {
 /// If the path is a link, the file behind it is the one to replace, or to make.
 std::filesystem::path behindLinks(const std::filesystem::path& path, std::error_code& failed) {
     std::filesystem::path file = std::filesystem::absolute(path, failed);
-    for (std::error_code isNoLink; !failed && !isNoLink;) {
+    constexpr int most = 40; // as the system follows
+    std::error_code isNoLink;
+    for (int links = 0; !failed; ++links) {
         file = std::filesystem::weakly_canonical(file, failed);
         // One to a missing file is still there.
         const std::filesystem::path target = std::filesystem::read_symlink(file, isNoLink);
-        if (!isNoLink) file = file.parent_path() / target;
+        if (isNoLink) break;
+        file = file.parent_path() / target;
+        if (links == most) failed = std::make_error_code(std::errc::too_many_symbolic_link_levels);
     }
     return file;
 }

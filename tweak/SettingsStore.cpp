@@ -86,10 +86,10 @@ Result<std::unique_ptr<SettingsStore>> SettingsStore::open(const std::filesystem
         const std::string unusable = file->path().string() + " holds no settings (" + stored.error() + ")";
         const Result<std::filesystem::path> aside = file->setAside();
         if (!aside) return Opened::failure(unusable + " and cannot be set aside: " + aside.error());
+        const std::string isAside = unusable + ": it is set aside as " + aside.value().string();
         bytes = file->read();
+        log(isAside + (!bytes ? "" : bytes.value() ? ", those before stand in" : ", defaults stand in"));
         if (!bytes) return cannotRead(bytes.error());
-        log(unusable + ": it is set aside as " + aside.value().string() +
-            (bytes.value() ? ", those before stand in" : ", defaults stand in"));
         stored = settingsIn(bytes.value());
     }
     file->settle();
