@@ -75,7 +75,7 @@ class Windows(Programs):
             return self.windows(window)
         window.id = eventually(appeared, "the window")[0]
         self.xdotool("windowmove", window.id, 0, 0)
-        self.xdotool("windowfocus", window.id)
+        self.xdotool("windowfocus", "--sync", window.id)
         return window
 
     def open_root_page(self, *options):

@@ -204,6 +204,10 @@ class HistoryTest(Kept):
         self.named(window, SLIDER, "Time")
         return window
 
+    def expect_focus(self, window, name):
+        eventually(lambda: any(it.name == name for application in self.applications(window) for it in self.find(
+            application, lambda it: self.has_state(it, pyatspi.STATE_FOCUSED))), f"the focus on {name}")
+
     def changes(self, window):
         return list(self.spoken(window, pyatspi.ROLE_LIST_ITEM))
 
@@ -257,9 +261,14 @@ class HistoryTest(Kept):
         window = self.open_root_page("--size", "1260x900")
         self.choose(window, "History…")
         self.named(window, SLIDER, "Time")
-        self.keys(window, "F6", "Escape")
-        self.assertIn("Time", settled(lambda: self.spoken(window, SLIDER), "the sliders", times=30))
-        self.keys(window, "F6", "Escape")
+        self.expect_focus(window, "Time")
+        self.keys(window, "F6")
+        self.expect_focus(window, "Lock screen")
+        self.keys(window, "Escape")
+        self.assertIn("Time", settled(lambda: self.spoken(window, SLIDER), "the sliders"))
+        self.keys(window, "F6")
+        self.expect_focus(window, "Time")
+        self.keys(window, "Escape")
         self.expect_soon(lambda: "Time" in self.spoken(window, SLIDER), False)
 
     def test_is_not_offered_by_a_tweak_without_it(self):
