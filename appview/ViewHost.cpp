@@ -140,6 +140,7 @@ class ViewHost::Worker {
     void run() {
         while (const auto question = next()) {
             ViewAnswer answer = drawn(question->second);
+            if (hasEnded()) break; // and is not painted: the program may be about to end
             answer.question = question->first;
             if (const auto tell = listener_(answer)) {
                 const std::lock_guard lock(telling_);
