@@ -219,7 +219,9 @@ TEST_F(ContactTest, AttachesSomeBeginningOfALogThatGrowsAndShrinksMeanwhile) {
         const auto logs = attached();
         EXPECT_THAT(logs, SizeIs(1));
         for (const auto& [name, bytes] : logs)
-            EXPECT_TRUE(whole.starts_with(bytes)) << bytes.size() << " bytes";
+            // Where a file is cut while it is read, the system may give zeros for what has gone.
+            EXPECT_TRUE(bytes.size() <= whole.size() &&
+                        bytes.find_first_not_of(std::string{'x', '\0'}) == std::string::npos);
     }
     over = true;
     writer.join();
