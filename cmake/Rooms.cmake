@@ -45,7 +45,9 @@ endif()
 if(LUMORA_SANITIZE)
   add_compile_options(-fsanitize=${LUMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=${LUMORA_SANITIZE})
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    add_compile_definitions(__SANITIZE_ADDRESS__) # as GCC says it
+  elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # Instrumented code misleads this warning about paths that cannot be taken.
     target_compile_options(lumora_flags INTERFACE -Wno-maybe-uninitialized)
   endif()

@@ -10,12 +10,6 @@
 #include <utility>
 #include <vector>
 
-#if defined(__has_feature)
-#define LUMORA_CLANG_SANITIZER (__has_feature(address_sanitizer) || __has_feature(thread_sanitizer))
-#else
-#define LUMORA_CLANG_SANITIZER 0
-#endif
-
 namespace platform {
 
 using Block = std::function<void()>;
@@ -31,7 +25,7 @@ class DispatchQueue {
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || LUMORA_CLANG_SANITIZER
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr std::size_t kStackSize = 4 << 20; // instrumented frames are many times as large
 #else
 constexpr std::size_t kStackSize = 256 << 10;
