@@ -45,7 +45,7 @@ TEST(Drawings, AreReadAsTheyAreWritten) {
 }
 
 TEST(Drawings, AreRefusedWithAStepThatIsNone) {
-    EXPECT_EQ(faultOf(List{List{"line", 0.0, 0, 1, 1, 1}}), "");
+    EXPECT_EQ(faultOf(List{Value(List{"line", 0.0, 0, 1, 1, 1})}), "");
     const double infinite = std::numeric_limits<double>::infinity();
     for (const Value& step : std::vector<Value>{List{"line", 0.0, 0.0, 1.0, 1.0},
                                                 List{"line", 0.0, 0.0, 1.0, 1.0, 1.0, 1.0},
@@ -90,9 +90,9 @@ TEST(Drawings, AreRefusedBeyondTheLimits) {
     path.resize(1);
     path.push_back(1);
     path.insert(path.end(), 3 * DrawingLimits::pathParts, 0);
-    EXPECT_EQ(faultOf(List{path}), "");
+    EXPECT_EQ(faultOf(List{Value(path)}), "");
     path.insert(path.end(), 3, 0);
-    EXPECT_EQ(faultOf(List{path}), "a step is none");
+    EXPECT_EQ(faultOf(List{Value(path)}), "a step is none");
 }
 
 } // namespace
