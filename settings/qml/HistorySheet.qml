@@ -158,6 +158,8 @@ FocusScope {
                     live: true
                     value: root.history.place
                     onValueChanged: root.history.place = Math.round(value)
+                    // It has the focus from the start. Whoever uses keys then sees it.
+                    Keys.onPressed: event => { focusReason = Qt.TabFocusReason; event.accepted = false; }
                     Accessible.name: qsTr("Time")
                     Accessible.description: root.inThePast ? root.history.moment : qsTr("Now")
                     Accessible.onIncreaseAction: increase()

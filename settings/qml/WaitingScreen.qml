@@ -142,7 +142,7 @@ Rectangle {
 
                     background: Rectangle {
                         radius: 12
-                        color: restart.down ? Qt.darker(Theme.accent, 1.2) : Theme.accent
+                        color: !restart.down ? Theme.accent : Theme.dark ? Qt.lighter(Theme.accent, 1.2) : Qt.darker(Theme.accent, 1.2)
                         antialiasing: true
 
                         FocusRing {

@@ -128,8 +128,11 @@ Item {
             lookBack([{ title: "Badges", change: "On → Off" }, { title: "Labels", change: "On → Off" }]);
             verify(!button("Restore").enabled);
             compare(spokenFocus(), ["Time"]);
+            const rings = () => all(place.item, item => item instanceof FocusRing && item.visible).length;
+            compare(rings(), 0);
             keyClick(Qt.Key_Left);
             compare(past.place, 1);
+            compare(rings(), 1);
             verify(spokenAs("Tuesday, 19 November 2024, 17:02:40"));
             mouseClick(button("Restore 1"));
             compare([past.restored, ends.count], [1, 1]);
