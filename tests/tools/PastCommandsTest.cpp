@@ -1,6 +1,6 @@
 #include "tests/support/ServedPort.h"
+#include "tests/tools/Command.h"
 #include "tests/tweak/Messages.h"
-#include "tests/tweak/Program.h"
 #include "tests/tweak/Sandbox.h"
 
 #include "history/ChangeRecord.h"
@@ -27,11 +27,6 @@ using testing::MatchesRegex;
 using testing::Not;
 
 namespace {
-
-Finished past(std::vector<std::string> words) {
-    words.insert(words.begin(), LUMORACTL);
-    return run(std::move(words));
-}
 
 /// A tweak that answers a change only when its sender has given up waiting, and asks for the settings.
 class LateTweak {
@@ -111,40 +106,40 @@ TEST_F(PastCommands, ListChangesFromTheOldest) {
     ASSERT_EQ(change("kAutoUnlockPasscode", "24680"), "");
     ASSERT_EQ(change("com.example\n", std::string(100, 'x')), "");
     ASSERT_EQ(change("kSleepTime", 60), "");
-    const Finished all = past({"history"});
+    const Finished all = lumoractl({"history"});
     EXPECT_EQ(all.status, 0);
     const std::string time = "  [0-9-]{10} [0-9:]{8}  ";
     EXPECT_THAT(all.output,
                 MatchesRegex("1" + time + "kSleepTime: not set → 30\n2" + time + "kAutoUnlockPasscode: changed\n3" +
                              time + "com.example\uFFFD: changed\n4" + time + "kSleepTime: 30 → 60\n"));
-    EXPECT_THAT(past({"history", "kSleepTime"}).output, MatchesRegex("1" + time + ".*\n4" + time + ".*\n"));
-    EXPECT_EQ(past({"history", "--since", "2099-01-01"}).output, "");
-    EXPECT_EQ(past({"history", "--since", "1h"}).output, all.output);
-    const Value json = parsed(past({"history", "--json"}));
+    EXPECT_THAT(lumoractl({"history", "kSleepTime"}).output, MatchesRegex("1" + time + ".*\n4" + time + ".*\n"));
+    EXPECT_EQ(lumoractl({"history", "--since", "2099-01-01"}).output, "");
+    EXPECT_EQ(lumoractl({"history", "--since", "1h"}).output, all.output);
+    const Value json = parsed(lumoractl({"history", "--json"}));
     ASSERT_TRUE(json.list());
     ASSERT_EQ(json.list()->size(), 4U);
     EXPECT_EQ(recordOf(json.list()->back()).value().after, Value(60));
-    EXPECT_THAT(past({"history", "--json"}).output, Not(HasSubstr("24680")));
+    EXPECT_THAT(lumoractl({"history", "--json"}).output, Not(HasSubstr("24680")));
 }
 
 TEST_F(PastCommands, ListWhatHasChangedSinceThen) {
     for (int i = 1; i <= 40; ++i)
         changedThen("com.example." + std::to_string(i), std::nullopt, std::nullopt);
     start();
-    EXPECT_EQ(parsed(past({"history", "--since", "30m", "--json"})).list()->size(), 10U);
-    const Finished sinceChange = past({"history", "--since", "39"});
+    EXPECT_EQ(parsed(lumoractl({"history", "--since", "30m", "--json"})).list()->size(), 10U);
+    const Finished sinceChange = lumoractl({"history", "--since", "39"});
     EXPECT_EQ(sinceChange.status, 0) << sinceChange.errors;
     EXPECT_THAT(sinceChange.output, MatchesRegex("40  [^\n]*\n"));
-    EXPECT_EQ(past({"history", "--since", "soon"}).status, 2);
+    EXPECT_EQ(lumoractl({"history", "--since", "soon"}).status, 2);
 }
 
 TEST_F(PastCommands, ClearTheHistory) {
     start();
     ASSERT_EQ(change("kSleepTime", 30), "");
-    EXPECT_EQ(past({"history", "--clear"}).status, 0);
-    EXPECT_EQ(past({"history"}).output, "");
+    EXPECT_EQ(lumoractl({"history", "--clear"}).status, 0);
+    EXPECT_EQ(lumoractl({"history"}).output, "");
     EXPECT_EQ(readFile(file), "");
-    EXPECT_EQ(past({"history", "--clear", "--json"}).status, 2);
+    EXPECT_EQ(lumoractl({"history", "--clear", "--json"}).status, 2);
 }
 
 TEST_F(PastCommands, UndoTheLastChangeAndMakeItAgain) {
@@ -153,9 +148,9 @@ TEST_F(PastCommands, UndoTheLastChangeAndMakeItAgain) {
         ASSERT_EQ(change("kSleepTime", value), "");
         ASSERT_EQ(change("kAppsPerRow", value), ""); // so that nothing is folded
     }
-    EXPECT_EQ(past({"undo", "-2"}).output, "kSleepTime: 60 → 30\n");
-    EXPECT_EQ(past({"undo"}).output, "kSleepTime: 30 → 60\n");
-    EXPECT_EQ(past({"undo"}).output, "kSleepTime: 60 → 30\n");
+    EXPECT_EQ(lumoractl({"undo", "-2"}).output, "kSleepTime: 60 → 30\n");
+    EXPECT_EQ(lumoractl({"undo"}).output, "kSleepTime: 30 → 60\n");
+    EXPECT_EQ(lumoractl({"undo"}).output, "kSleepTime: 60 → 30\n");
     EXPECT_EQ(askForSettings()["kSleepTime"], Value(30));
 }
 
@@ -165,27 +160,27 @@ TEST_F(PastCommands, UndoOneChangeAndNoOther) {
          {std::pair("kSleepTime", 20), std::pair("kAppsPerRow", 4), std::pair("kSleepTime", 30),
           std::pair("kAppsPerRow", 5), std::pair("kSleepTime", 60)})
         ASSERT_EQ(change(key, value), "");
-    expectFailure(past({"undo", "3"}), 1,
+    expectFailure(lumoractl({"undo", "3"}), 1,
                   "kSleepTime has been changed again since, by 5 (kSleepTime: 30 → 60): to set it back nevertheless, "
                   "lumoractl set kSleepTime '20'");
-    EXPECT_EQ(past({"undo", "4"}).output, "kAppsPerRow: 5 → 4\n");
+    EXPECT_EQ(lumoractl({"undo", "4"}).output, "kAppsPerRow: 5 → 4\n");
     EXPECT_EQ(askForSettings()["kSleepTime"], Value(60));
     EXPECT_EQ(askForSettings()["kAppsPerRow"], Value(4));
-    expectFailure(past({"undo", "7"}), 1, "no change of revision 7 is recorded");
-    expectFailure(past({"undo", "-9"}), 1, "fewer changes are recorded: 6");
-    EXPECT_EQ(past({"undo", "soon"}).status, 2);
-    EXPECT_EQ(past({"undo", "0"}).status, 2);
+    expectFailure(lumoractl({"undo", "7"}), 1, "no change of revision 7 is recorded");
+    expectFailure(lumoractl({"undo", "-9"}), 1, "fewer changes are recorded: 6");
+    EXPECT_EQ(lumoractl({"undo", "soon"}).status, 2);
+    EXPECT_EQ(lumoractl({"undo", "0"}).status, 2);
 }
 
 TEST_F(PastCommands, UndoPutsInTheDefaultOfWhatWasNotSet) {
     start();
-    expectFailure(past({"undo"}), 1, "no change is recorded");
+    expectFailure(lumoractl({"undo"}), 1, "no change is recorded");
     ASSERT_EQ(change("kSleepTime", 30), "");
-    EXPECT_EQ(past({"undo"}).output, "kSleepTime: 30 → 10\n");
+    EXPECT_EQ(lumoractl({"undo"}).output, "kSleepTime: 30 → 10\n");
     ASSERT_EQ(change("com.example.key", 30), "");
-    expectFailure(past({"undo"}), 1, "com.example.key was not set, and no message takes a setting away");
+    expectFailure(lumoractl({"undo"}), 1, "com.example.key was not set, and no message takes a setting away");
     ASSERT_EQ(change("kAutoUnlockPasscode", "24680"), "");
-    expectFailure(past({"undo"}), 1,
+    expectFailure(lumoractl({"undo"}), 1,
                   "kAutoUnlockPasscode has changed, but its values are not kept: it cannot be taken back");
 }
 
@@ -201,21 +196,22 @@ TEST_F(PastCommands, ShowTheSettingsAsTheyWereThen) {
     changedThen("kSleepTime", Value(30), Value(60));
     changedThen("com.example.key", Value(2), Value(3));
     start();
-    const Value first = parsed(past({"at", "2h", "ago"}));
+    const Value first = parsed(lumoractl({"at", "2h", "ago"}));
     EXPECT_EQ(first["kSleepTime"], Value(10));
     EXPECT_FALSE(first.dictionary()->contains("com.example.key"));
-    EXPECT_THAT(past({"at", "2h ago"}).errors, HasSubstr("is not known: these are the settings as they were then"));
-    const Value second = parsed(past({"at", "2"}));
+    EXPECT_THAT(lumoractl({"at", "2h ago"}).errors,
+                HasSubstr("is not known: these are the settings as they were then"));
+    const Value second = parsed(lumoractl({"at", "2"}));
     EXPECT_EQ(second["kSleepTime"], Value(30));
     EXPECT_EQ(second["com.example.key"], Value(2));
     EXPECT_EQ(second.dictionary()->size(), knownSettings().size() - 3 + 1) << "all but the passcodes";
-    EXPECT_EQ(parsed(past({"at", timestampOf(anHourAgo + std::chrono::seconds(150))})), second);
-    EXPECT_EQ(parsed(past({"at", "now"}))["kSleepTime"], Value(60));
+    EXPECT_EQ(parsed(lumoractl({"at", timestampOf(anHourAgo + std::chrono::seconds(150))})), second);
+    EXPECT_EQ(parsed(lumoractl({"at", "now"}))["kSleepTime"], Value(60));
     for (const char* wrong : {"soon", "25:00"})
-        EXPECT_EQ(past({"at", wrong}).status, 2) << wrong;
-    EXPECT_EQ(past({"at"}).status, 2);
-    EXPECT_THAT(past({"at", "2099-01-01"}).errors, HasSubstr("2099-01-01 00:00:00 is still to come"));
-    EXPECT_EQ(past({"at", "99"}).errors, "lumoractl: no change of revision 99 is recorded\n");
+        EXPECT_EQ(lumoractl({"at", wrong}).status, 2) << wrong;
+    EXPECT_EQ(lumoractl({"at"}).status, 2);
+    EXPECT_THAT(lumoractl({"at", "2099-01-01"}).errors, HasSubstr("2099-01-01 00:00:00 is still to come"));
+    EXPECT_EQ(lumoractl({"at", "99"}).errors, "lumoractl: no change of revision 99 is recorded\n");
 }
 
 TEST_F(PastCommands, RestoreTheSettingsOfAnyMomentOfAnyHistory) {
@@ -250,10 +246,10 @@ TEST_F(PastCommands, RestoreTheSettingsOfAnyMomentOfAnyHistory) {
         const std::size_t place = random() % then.size();
         const std::string time = timestampOf(anHourAgo + std::chrono::minutes(place) + std::chrono::seconds(30));
         const Value before = askForSettings();
-        const Finished told = past({"restore", "--dry-run", time});
+        const Finished told = lumoractl({"restore", "--dry-run", time});
         EXPECT_EQ(told.status, 0) << told.errors;
         EXPECT_EQ(askForSettings(), before);
-        EXPECT_EQ(past({"restore", time}).output, told.output);
+        EXPECT_EQ(lumoractl({"restore", time}).output, told.output);
         const Value after = askForSettings();
         for (const Setting& setting : knownSettings()) {
             const Value* value = then[place].find(setting.key);
@@ -261,7 +257,7 @@ TEST_F(PastCommands, RestoreTheSettingsOfAnyMomentOfAnyHistory) {
             EXPECT_EQ(after[setting.key], wanted) << setting.key << " at " << place;
         }
         EXPECT_EQ(after["com.example.key"], Value(1));
-        EXPECT_EQ(past({"restore", time}).output, "") << "nothing differs any more";
+        EXPECT_EQ(lumoractl({"restore", time}).output, "") << "nothing differs any more";
     }
 }
 
@@ -271,24 +267,25 @@ TEST_F(PastCommands, ResetSettingsToTheirDefaults) {
         ASSERT_EQ(change(key, 5), "");
     ASSERT_EQ(change("kAutoUnlockPasscode", "24680"), "");
     ASSERT_EQ(change("com.example.key", 5), "");
-    EXPECT_EQ(past({"reset", "kSleepTime"}).output, "kSleepTime: 5 → 10\n");
-    EXPECT_EQ(past({"reset", "kSleepTime"}).output, "") << "it has it already";
-    expectFailure(past({"reset", "com.example.key"}), 1, "the tweak tells no default of com.example.key");
-    expectFailure(past({"reset", "kAutoUnlockPasscode"}), 1, "kAutoUnlockPasscode is a secret, and stays as it is");
-    EXPECT_EQ(past({"reset", "--all"}).output, "kAppsPerRow: 5 → 4\nkAppsPerRowLandscape: 5 → 6\n");
+    EXPECT_EQ(lumoractl({"reset", "kSleepTime"}).output, "kSleepTime: 5 → 10\n");
+    EXPECT_EQ(lumoractl({"reset", "kSleepTime"}).output, "") << "it has it already";
+    expectFailure(lumoractl({"reset", "com.example.key"}), 1, "the tweak tells no default of com.example.key");
+    expectFailure(lumoractl({"reset", "kAutoUnlockPasscode"}), 1,
+                  "kAutoUnlockPasscode is a secret, and stays as it is");
+    EXPECT_EQ(lumoractl({"reset", "--all"}).output, "kAppsPerRow: 5 → 4\nkAppsPerRowLandscape: 5 → 6\n");
     EXPECT_EQ(askForSettings()["kAutoUnlockPasscode"], Value("24680"));
-    EXPECT_EQ(past({"reset"}).status, 2);
-    EXPECT_EQ(past({"reset", "--all", "kSleepTime"}).status, 2);
+    EXPECT_EQ(lumoractl({"reset"}).status, 2);
+    EXPECT_EQ(lumoractl({"reset", "--all", "kSleepTime"}).status, 2);
 }
 
 TEST_F(PastCommands, CountChangesAsMadeWhoseAnswersComeTooLate) {
     const LateTweak slow;
-    const Finished reset = past({"reset", "--all"});
+    const Finished reset = lumoractl({"reset", "--all"});
     EXPECT_EQ(reset.status, 0) << reset.errors;
     EXPECT_EQ(reset.output, "kSleepTime: 30 → 10\nkAppsPerRow: 3 → 4\n");
     const std::string profile = sandbox.path() / "profile.json";
     writeFile(profile, R"({"lumora": 1, "settings": {"kSleepTime": 40}})");
-    const Finished imported = past({"import", profile});
+    const Finished imported = lumoractl({"import", profile});
     EXPECT_EQ(imported.status, 0) << imported.errors;
     EXPECT_THAT(imported.output, HasSubstr("10 → 40\n"));
 }
@@ -308,7 +305,7 @@ TEST_F(PastCommands, ResetNoMoreOnceTheTweakIsGone) {
                                  requests.reset();
                                  return std::nullopt;
                              });
-    const Finished reset = past({"reset", "--all"});
+    const Finished reset = lumoractl({"reset", "--all"});
     EXPECT_EQ(reset.status, 1);
     EXPECT_EQ(reset.output, "kSleepTime: 5 → 50\n");
     EXPECT_THAT(reset.errors, MatchesRegex("lumoractl: no tweak answers on [^\n]*\n"));
@@ -318,11 +315,11 @@ TEST_F(PastCommands, TellThatTheTweakOffersNone) {
     start({"--no-history"});
     for (const auto& words : std::vector<std::vector<std::string>>{
              {"history"}, {"history", "--clear"}, {"undo"}, {"at", "2h"}, {"restore", "2h"}})
-        expectFailure(past(words), 3, "the tweak offers no history");
-    EXPECT_EQ(past({"reset", "--all"}).status, 0);
+        expectFailure(lumoractl(words), 3, "the tweak offers no history");
+    EXPECT_EQ(lumoractl({"reset", "--all"}).status, 0);
     tweak->kill();
     tweak.reset();
-    expectFailure(past({"history"}), 1,
+    expectFailure(lumoractl({"history"}), 1,
                   "no tweak answers on " + (sandbox.ports() / "com.nevo.lumora/history").string() +
                       ": is lumora-tweak running?");
 }
@@ -331,8 +328,8 @@ TEST_F(PastCommands, TellThatAnotherMakeOfTweakHasNoneOfTheMessages) {
     const auto answer = [](auto&, auto, auto&) { return NSKeyedArchiver::archivedDataWithRootObject(Dictionary{}); };
     const ServedPort requests("com.nevo.lumora/requestTweakSettings", answer);
     const ServedPort updates("com.nevo.lumora/updateSettings", answer);
-    expectFailure(past({"history"}), 3, "the tweak offers no history");
-    expectFailure(past({"reset", "--all"}), 3, "the tweak does not tell its defaults");
+    expectFailure(lumoractl({"history"}), 3, "the tweak offers no history");
+    expectFailure(lumoractl({"reset", "--all"}), 3, "the tweak does not tell its defaults");
     const ServedPort history("com.nevo.lumora/history", answer);
-    expectFailure(past({"history"}), 1, "the tweak refuses to tell its history");
+    expectFailure(lumoractl({"history"}), 1, "the tweak refuses to tell its history");
 }

@@ -1,8 +1,8 @@
 // export, import and diff, as people call them, beside a real tweak.
 
 #include "tests/support/ServedPort.h"
+#include "tests/tools/Command.h"
 #include "tests/tweak/Messages.h"
-#include "tests/tweak/Program.h"
 #include "tests/tweak/Sandbox.h"
 
 #include "tweak/Defaults.h"
@@ -32,19 +32,8 @@ namespace {
 
 constexpr const char* kPlanted = "24680135";
 
-Finished called(std::vector<std::string> words, const std::string& input = {}) {
-    words.insert(words.begin(), LUMORACTL);
-    return run(std::move(words), input);
-}
-
 std::string profileOf(const Dictionary& settings) {
     return writeJson(Dictionary{{"lumora", 1}, {"name", "Test"}, {"settings", settings}}).value();
-}
-
-Value documentIn(const std::string& json) {
-    const auto value = readJson(json);
-    EXPECT_TRUE(value) << json;
-    return value ? value.value() : Value();
 }
 
 std::ptrdiff_t occurrences(const std::string& text, const std::string& part) {
@@ -102,10 +91,10 @@ TEST_F(ProfileCommandsWithTweak, ExportsWhatHasBeenChanged) {
     change("kSleepTime", 30);
     change("kAppsEnabled", List{"org.lumora.samples.Mail"});
     change("kAppBadgesEnabled", true);
-    const Finished exported = called({"export", "--name", "Mine"});
+    const Finished exported = lumoractl({"export", "--name", "Mine"});
     EXPECT_EQ(exported.status, 0) << exported.errors;
     EXPECT_EQ(exported.errors, "");
-    const Value profile = documentIn(exported.output);
+    const Value profile = parsed(exported.output);
     EXPECT_EQ(profile["lumora"], Value(1));
     EXPECT_EQ(profile["name"], Value("Mine"));
     EXPECT_THAT(std::string(*profile["by"].text()), testing::MatchesRegex("lumora [0-9.]+"));
@@ -113,16 +102,16 @@ TEST_F(ProfileCommandsWithTweak, ExportsWhatHasBeenChanged) {
     EXPECT_EQ(profile["settings"],
               Value(Dictionary{{"kSleepTime", 30}, {"kAppsEnabled", List{"org.lumora.samples.Mail"}}}));
 
-    EXPECT_EQ(documentIn(called({"export", "--all"}).output)["settings"].dictionary()->size(),
+    EXPECT_EQ(parsed(lumoractl({"export", "--all"}).output)["settings"].dictionary()->size(),
               knownSettings().size() - 3);
-    EXPECT_EQ(documentIn(called({"export", "kAppsPerRow", "kSleepTime"}).output)["settings"],
+    EXPECT_EQ(parsed(lumoractl({"export", "kAppsPerRow", "kSleepTime"}).output)["settings"],
               Value(Dictionary{{"kAppsPerRow", 4}, {"kSleepTime", 30}}));
-    EXPECT_EQ(documentIn(called({"export", "--changed", "kAppsPerRow", "kSleepTime"}).output)["settings"],
+    EXPECT_EQ(parsed(lumoractl({"export", "--changed", "kAppsPerRow", "kSleepTime"}).output)["settings"],
               Value(Dictionary{{"kSleepTime", 30}}));
 }
 
 TEST_F(ProfileCommandsWithTweak, ExportsNoKeyThatIsNotSet) {
-    const Finished exported = called({"export", "kSleepTime", "org.not.set"});
+    const Finished exported = lumoractl({"export", "kSleepTime", "org.not.set"});
     EXPECT_EQ(exported.status, 1);
     EXPECT_EQ(exported.output, "");
     EXPECT_EQ(exported.errors, "lumoractl: org.not.set is not set\n");
@@ -144,18 +133,18 @@ TEST_F(ProfileCommandsWithTweak, KeepsPasscodesToItself) {
                                                                    {"import", "--dry-run", planted},
                                                                    {"import", "--dry-run", "--json", planted},
                                                                    {"import", planted}}) {
-        const Finished finished = called(words);
+        const Finished finished = lumoractl(words);
         EXPECT_THAT(finished.output, Not(HasSubstr(kPlanted))) << words.front();
         EXPECT_THAT(finished.errors, Not(HasSubstr(kPlanted))) << words.front();
     }
     EXPECT_THAT(tweak.errors(), Not(HasSubstr(kPlanted)));
-    const Finished exported = called({"export"});
+    const Finished exported = lumoractl({"export"});
     EXPECT_EQ(exported.status, 0);
-    EXPECT_EQ(documentIn(exported.output)["omitted"].list()->size(), 3U);
+    EXPECT_EQ(parsed(exported.output)["omitted"].list()->size(), 3U);
     EXPECT_THAT(exported.errors, HasSubstr("left out: kAutoUnlockPasscode is a passcode\n"));
-    EXPECT_EQ(called({"export", "kAutoUnlockPasscode"}).status, 3);
+    EXPECT_EQ(lumoractl({"export", "kAutoUnlockPasscode"}).status, 3);
     EXPECT_EQ(askForSettings()["kAutoUnlockPasscode"], Value(kPlanted));
-    const Finished refused = called({"import", planted});
+    const Finished refused = lumoractl({"import", planted});
     EXPECT_EQ(refused.status, 3);
     EXPECT_THAT(refused.errors, HasSubstr("1 passcode was left out: kAutoUnlockPasscode\n"));
 }
@@ -164,12 +153,12 @@ TEST_F(ProfileCommandsWithTweak, ExportsTextsOfPluginsOnlyWhenTheyAreNamed) {
     keepIndex(sandbox.path());
     change("org.some.plugin.note", kPlanted);
     change("org.some.plugin.wide", true);
-    const Finished exported = called({"export", "--root", sandbox.path()});
+    const Finished exported = lumoractl({"export", "--root", sandbox.path()});
     EXPECT_EQ(exported.status, 0);
-    EXPECT_EQ(documentIn(exported.output)["settings"], Value(Dictionary{{"org.some.plugin.wide", true}}));
-    EXPECT_EQ(documentIn(exported.output)["omitted"], Value(List{"org.some.plugin.note"}));
+    EXPECT_EQ(parsed(exported.output)["settings"], Value(Dictionary{{"org.some.plugin.wide", true}}));
+    EXPECT_EQ(parsed(exported.output)["omitted"], Value(List{"org.some.plugin.note"}));
     EXPECT_THAT(exported.errors, HasSubstr("org.some.plugin.note is a text that no page shows"));
-    EXPECT_EQ(documentIn(called({"export", "--root", sandbox.path(), "org.some.plugin.note"}).output)["settings"],
+    EXPECT_EQ(parsed(lumoractl({"export", "--root", sandbox.path(), "org.some.plugin.note"}).output)["settings"],
               Value(Dictionary{{"org.some.plugin.note", kPlanted}}));
 }
 
@@ -177,15 +166,15 @@ TEST_F(ProfileCommandsWithTweak, KnowsThePasscodesOfPluginsByTheirPages) {
     keepIndex(sandbox.path());
     change("org.some.plugin.owner", "Ann");
     change("org.some.plugin.code", kPlanted);
-    const Finished exported = called({"export", "--root", sandbox.path()});
-    EXPECT_EQ(documentIn(exported.output)["settings"], Value(Dictionary{{"org.some.plugin.owner", "Ann"}}));
-    EXPECT_EQ(documentIn(exported.output)["omitted"], Value(List{"org.some.plugin.code"}));
-    const Finished named = called({"export", "--root", sandbox.path(), "org.some.plugin.code"});
+    const Finished exported = lumoractl({"export", "--root", sandbox.path()});
+    EXPECT_EQ(parsed(exported.output)["settings"], Value(Dictionary{{"org.some.plugin.owner", "Ann"}}));
+    EXPECT_EQ(parsed(exported.output)["omitted"], Value(List{"org.some.plugin.code"}));
+    const Finished named = lumoractl({"export", "--root", sandbox.path(), "org.some.plugin.code"});
     EXPECT_EQ(named.status, 3);
     EXPECT_THAT(named.output, Not(HasSubstr(kPlanted)));
 
     const std::string profile = file(profileOf({{"org.some.plugin.code", "135"}, {"org.some.plugin.owner", "Bob"}}));
-    const Finished imported = called({"import", "--root", sandbox.path(), profile});
+    const Finished imported = lumoractl({"import", "--root", sandbox.path(), profile});
     EXPECT_EQ(imported.status, 3);
     EXPECT_EQ(imported.output, "Notes \u203A Owner (org.some.plugin.owner): \"Ann\" \u2192 \"Bob\"\n");
     EXPECT_THAT(imported.errors, HasSubstr("1 passcode was left out: org.some.plugin.code\n"));
@@ -194,7 +183,7 @@ TEST_F(ProfileCommandsWithTweak, KnowsThePasscodesOfPluginsByTheirPages) {
 
 TEST_F(ProfileCommandsWithTweak, TakesAllOfPluginsForPasscodesWhereNobodyKnowsTheirPages) {
     change("org.some.plugin.code", 24'680'135);
-    const Finished exported = called({"export", "--root", sandbox.path(), "org.some.plugin.code"});
+    const Finished exported = lumoractl({"export", "--root", sandbox.path(), "org.some.plugin.code"});
     EXPECT_EQ(exported.status, 3);
     EXPECT_THAT(exported.output, Not(HasSubstr(kPlanted)));
 }
@@ -202,10 +191,10 @@ TEST_F(ProfileCommandsWithTweak, TakesAllOfPluginsForPasscodesWhereNobodyKnowsTh
 TEST_F(ProfileCommands, CallRowsByTheirTitlesWhereTheIndexHasThem) {
     keepIndex();
     const std::string one = file(profileOf({{"kAppIconSize", 56}, {"kSleepTime", 30}}));
-    EXPECT_EQ(called({"diff", one, "-"}, profileOf({{"kAppIconSize", 60}, {"kSleepTime", 5}})).output,
+    EXPECT_EQ(lumoractl({"diff", one, "-"}, profileOf({{"kAppIconSize", 60}, {"kSleepTime", 5}})).output,
               "Lockscreen Apps \u203A Icon Size (kAppIconSize): 56 \u2192 60\nkSleepTime: 30 \u2192 5\n");
     const Value json =
-        documentIn(called({"diff", "--json", one, "-"}, profileOf({{"kAppIconSize", 60}, {"kSleepTime", 30}})).output);
+        parsed(lumoractl({"diff", "--json", one, "-"}, profileOf({{"kAppIconSize", 60}, {"kSleepTime", 30}})).output);
     EXPECT_EQ(json, Value(List{Dictionary{{"key", "kAppIconSize"},
                                           {"title", "Icon Size"},
                                           {"path", List{"Lockscreen Apps"}},
@@ -220,26 +209,25 @@ TEST_F(ProfileCommandsWithTweak, ImportsEachChangeOnceAndLeavesTheRestAlone) {
         file(profileOf({{"kSleepTime", 30}, {"kAppIconSize", 56}, {"kLSStatusBarHidden", true}}));
     const std::ptrdiff_t before = changesSent();
 
-    const Finished dry = called({"import", "--dry-run", profile});
+    const Finished dry = lumoractl({"import", "--dry-run", profile});
     EXPECT_EQ(dry.status, 0) << dry.errors;
     EXPECT_EQ(dry.output, "kAppIconSize: 70.0 \u2192 56\nkLSStatusBarHidden: false \u2192 true\n");
     EXPECT_EQ(changesSent(), before);
 
-    const Finished imported = called({"import", profile});
+    const Finished imported = lumoractl({"import", profile});
     EXPECT_EQ(imported.status, 0);
     EXPECT_EQ(imported.output, dry.output);
     EXPECT_EQ(changesSent(), before + 2);
     EXPECT_EQ(askForSettings()["kAppIconSize"], Value(56));
     EXPECT_EQ(askForSettings()["kAppsPerRow"], Value(3));
 
-    const Finished again = called({"import", profile});
+    const Finished again = lumoractl({"import", profile});
     EXPECT_EQ(again.status, 0);
     EXPECT_EQ(again.output, "");
     EXPECT_EQ(again.errors, "lumoractl: nothing changes: all settings are so already\n");
     EXPECT_EQ(changesSent(), before + 2);
-    EXPECT_EQ(
-        documentIn(called({"export", "kSleepTime", "kAppIconSize", "kLSStatusBarHidden"}).output)["settings"],
-        documentIn(profileOf({{"kSleepTime", 30}, {"kAppIconSize", 56}, {"kLSStatusBarHidden", true}}))["settings"]);
+    EXPECT_EQ(parsed(lumoractl({"export", "kSleepTime", "kAppIconSize", "kLSStatusBarHidden"}).output)["settings"],
+              parsed(profileOf({{"kSleepTime", 30}, {"kAppIconSize", 56}, {"kLSStatusBarHidden", true}}))["settings"]);
 }
 
 TEST_F(ProfileCommandsWithTweak, ImportsAFullProfileWithAMessageForEachSetting) {
@@ -257,9 +245,9 @@ TEST_F(ProfileCommandsWithTweak, ImportsAFullProfileWithAMessageForEachSetting) 
         settings.set("org.some.plugin." + std::to_string(i), i);
     ASSERT_EQ(settings.size(), 50U);
     keepIndex(sandbox.path());
-    const Finished imported = called({"import", "-", "--json", "--root", sandbox.path()}, profileOf(settings));
+    const Finished imported = lumoractl({"import", "-", "--json", "--root", sandbox.path()}, profileOf(settings));
     EXPECT_EQ(imported.status, 0) << imported.errors;
-    EXPECT_EQ(documentIn(imported.output)["changes"].list()->size(), 50U);
+    EXPECT_EQ(parsed(imported.output)["changes"].list()->size(), 50U);
     EXPECT_EQ(changesSent(), 50);
     const Value now = askForSettings();
     for (const auto& [key, value] : settings)
@@ -269,12 +257,12 @@ TEST_F(ProfileCommandsWithTweak, ImportsAFullProfileWithAMessageForEachSetting) 
 TEST_F(ProfileCommandsWithTweak, ListsWhatIsLeftOutAndTakesTheRest) {
     const std::string profile =
         file("{\"lumora\": 1, \"settings\": {\n\"kSlepTime\": 1,\n\"kAppIconSize\": \"large\",\n\"kSleepTime\": 40}}");
-    const Finished imported = called({"import", profile});
+    const Finished imported = lumoractl({"import", profile});
     EXPECT_EQ(imported.status, 3);
     EXPECT_EQ(imported.output, "kSleepTime: 10 \u2192 40\n");
     EXPECT_EQ(imported.errors, "lumoractl: " + profile + ", line 2: Lumora has no setting \"kSlepTime\"\nlumoractl: " +
                                    profile + ", line 3: kAppIconSize takes a finite number, not a text\n");
-    const Value json = documentIn(called({"import", "--check", "--json", profile}).output);
+    const Value json = parsed(lumoractl({"import", "--check", "--json", profile}).output);
     EXPECT_EQ(json["settings"], Value(1));
     ASSERT_EQ(json["remarks"].list()->size(), 2U);
     EXPECT_EQ((*json["remarks"].list())[1]["kind"], Value("refused"));
@@ -292,12 +280,12 @@ TEST_F(ProfileCommands, ListsChangesThatATweakRefuses) {
         return answer({{"error", "not today"}});
     });
     const std::string profile = file(profileOf({{"kSleepTime", 30}, {"kAppsPerRow", 3}}));
-    const Finished imported = called({"import", profile});
+    const Finished imported = lumoractl({"import", profile});
     EXPECT_EQ(imported.status, 3);
     EXPECT_EQ(imported.output, "");
     EXPECT_EQ(imported.errors,
               "lumoractl: refused: kSleepTime: not today\nlumoractl: refused: kAppsPerRow: not today\n");
-    EXPECT_EQ(documentIn(called({"import", "--json", profile}).output)["refused"].list()->size(), 2U);
+    EXPECT_EQ(parsed(lumoractl({"import", "--json", profile}).output)["refused"].list()->size(), 2U);
 }
 
 TEST_F(ProfileCommands, SaysHowFarItCameWhenTheTweakGoes) {
@@ -314,32 +302,32 @@ TEST_F(ProfileCommands, SaysHowFarItCameWhenTheTweakGoes) {
                                  return std::nullopt;
                              });
     const Finished imported =
-        called({"import", file(profileOf({{"kSleepTime", 30}, {"kAppsPerRow", 3}, {"kTweakEnabled", false}}))});
+        lumoractl({"import", file(profileOf({{"kSleepTime", 30}, {"kAppsPerRow", 3}, {"kTweakEnabled", false}}))});
     EXPECT_EQ(imported.status, 1);
     EXPECT_EQ(imported.output, "kSleepTime: 10 \u2192 30\n");
     EXPECT_THAT(imported.errors, AllOf(HasSubstr("no tweak answers"), HasSubstr("; 1 of 3 changes were made\n")));
 }
 
 TEST_F(ProfileCommands, ChecksAFileWithoutATweak) {
-    const Finished fine = called({"import", "--check", file(profileOf({{"kSleepTime", 30}}))});
+    const Finished fine = lumoractl({"import", "--check", file(profileOf({{"kSleepTime", 30}}))});
     EXPECT_EQ(fine.status, 0) << fine.errors;
     EXPECT_EQ(fine.output, "Test: 1 setting\n");
-    const Finished beyond = called({"import", "--check", file(profileOf({{"kSleepTime", 4}}))});
+    const Finished beyond = lumoractl({"import", "--check", file(profileOf({{"kSleepTime", 4}}))});
     EXPECT_EQ(beyond.status, 0);
     EXPECT_THAT(beyond.errors, HasSubstr("the page sets kSleepTime from 5 to 3600"));
-    const Finished broken = called({"import", "--check", file("{\"lumora\": 1,\n\"settings\"}")});
+    const Finished broken = lumoractl({"import", "--check", file("{\"lumora\": 1,\n\"settings\"}")});
     EXPECT_EQ(broken.status, 1);
     EXPECT_THAT(broken.errors, HasSubstr("profile.json: line 2: "));
-    EXPECT_THAT(called({"import", "--check", "/dev/zero"}).errors, HasSubstr("larger than 1 MB"));
-    EXPECT_EQ(called({"import", file(profileOf({}))}).status, 1) << "no tweak runs";
+    EXPECT_THAT(lumoractl({"import", "--check", "/dev/zero"}).errors, HasSubstr("larger than 1 MB"));
+    EXPECT_EQ(lumoractl({"import", file(profileOf({}))}).status, 1) << "no tweak runs";
 }
 
 TEST_F(ProfileCommands, NamesWhatIsNotInstalled) {
     const Finished check =
-        called({"import", "--check", "--root", LUMORA_TEST_ROOT,
-                file(profileOf({{"kAppsEnabled", List{"org.lumora.samples.Mail", "org.not.Here"}},
-                                {"kAppViewsEnabled", List{"org.lumora.plugins.clock", "org.not.here"}},
-                                {"kLSDateFontName", "Nowhere-Bold"}}))});
+        lumoractl({"import", "--check", "--root", LUMORA_TEST_ROOT,
+                   file(profileOf({{"kAppsEnabled", List{"org.lumora.samples.Mail", "org.not.Here"}},
+                                   {"kAppViewsEnabled", List{"org.lumora.plugins.clock", "org.not.here"}},
+                                   {"kLSDateFontName", "Nowhere-Bold"}}))});
     EXPECT_EQ(check.status, 0);
     EXPECT_THAT(check.errors, AllOf(HasSubstr("kAppsEnabled names applications not installed here: org.not.Here\n"),
                                     HasSubstr("kAppViewsEnabled names App Views not installed here: org.not.here\n"),
@@ -347,15 +335,15 @@ TEST_F(ProfileCommands, NamesWhatIsNotInstalled) {
 }
 
 TEST_F(ProfileCommands, ListAndCheckWhatIsShipped) {
-    const Finished list = called({"import", "--list"});
+    const Finished list = lumoractl({"import", "--list"});
     EXPECT_EQ(list.status, 0) << list.errors;
     EXPECT_EQ(list.output, "all-my-apps     All My Apps\nlarge-and-calm  Large and Calm\nplain           Plain\n");
-    const Value listed = documentIn(called({"import", "--list", "--json"}).output);
+    const Value listed = parsed(lumoractl({"import", "--list", "--json"}).output);
     ASSERT_TRUE(listed.list());
     for (const Value& shipped : *listed.list()) {
         for (const char* entry : {"word", "name", "file"}) {
             const Finished check =
-                called({"import", "--check", "--root", LUMORA_TEST_ROOT, std::string(*shipped[entry].text())});
+                lumoractl({"import", "--check", "--root", LUMORA_TEST_ROOT, std::string(*shipped[entry].text())});
             EXPECT_EQ(check.status, 0);
             EXPECT_EQ(check.errors, "");
             EXPECT_THAT(check.output, StartsWith(std::string(*shipped["name"].text()) + ": "));
@@ -372,20 +360,20 @@ TEST_F(ProfileCommands, TakeAFolderForNoProfile) {
 
 TEST_F(ProfileCommandsWithTweak, ComparesAProfileWithTheSettingsOrAnother) {
     const std::string one = file(profileOf({{"kSleepTime", 30}, {"kAppsPerRow", 4}}));
-    const Finished differs = called({"diff", one});
+    const Finished differs = lumoractl({"diff", one});
     EXPECT_EQ(differs.status, 1) << differs.errors;
     EXPECT_EQ(differs.output, "kSleepTime: 10 \u2192 30\n");
-    const Value json = documentIn(called({"diff", "--json", one}).output);
+    const Value json = parsed(lumoractl({"diff", "--json", one}).output);
     EXPECT_EQ(json, Value(List{Dictionary{{"key", "kSleepTime"}, {"old", 10}, {"new", 30}}}));
 
     keepIndex();
     const Finished two =
-        called({"diff", one, "-"}, profileOf({{"kSleepTime", 30.0}, {"kAppsPerRow", 5}, {"org.a.b", 1}}));
+        lumoractl({"diff", one, "-"}, profileOf({{"kSleepTime", 30.0}, {"kAppsPerRow", 5}, {"org.a.b", 1}}));
     EXPECT_EQ(two.status, 1);
     EXPECT_EQ(two.output, "kAppsPerRow: 4 \u2192 5\norg.a.b: not named \u2192 1\n");
     change("kSleepTime", 30);
-    EXPECT_EQ(called({"diff", one}).status, 0);
-    EXPECT_EQ(called({"diff", sandbox.path() / "missing"}).status, 2);
+    EXPECT_EQ(lumoractl({"diff", one}).status, 0);
+    EXPECT_EQ(lumoractl({"diff", sandbox.path() / "missing"}).status, 2);
 }
 
 TEST_F(ProfileCommands, ShowNothingThatATerminalObeys) {
@@ -393,7 +381,7 @@ TEST_F(ProfileCommands, ShowNothingThatATerminalObeys) {
                                      "\"org.a.\\u001b[2J\": \"\\u001b[2J\"}}");
     for (const auto& words : std::vector<std::vector<std::string>>{
              {"import", "--check", profile}, {"diff", profile, "plain"}, {"import", "--check", "--json", profile}}) {
-        const Finished finished = called(words);
+        const Finished finished = lumoractl(words);
         EXPECT_THAT(finished.output + finished.errors, Not(HasSubstr("\x1B")));
     }
 }
@@ -408,11 +396,11 @@ TEST_F(ProfileCommands, TellWrongUseFromFailure) {
                                                                    {"export", "\xFF"},
                                                                    {"diff"},
                                                                    {"diff", "a", "b", "c"}}) {
-        const Finished wrong = called(words);
+        const Finished wrong = lumoractl(words);
         EXPECT_EQ(wrong.status, 2) << testing::PrintToString(words);
         EXPECT_EQ(wrong.output, "") << testing::PrintToString(words);
         EXPECT_NE(wrong.errors, "") << testing::PrintToString(words);
     }
-    EXPECT_EQ(called({"import", "no-such-profile"}).errors,
+    EXPECT_EQ(lumoractl({"import", "no-such-profile"}).errors,
               "lumoractl: cannot read no-such-profile: No such file or directory\n");
 }
