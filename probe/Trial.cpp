@@ -28,14 +28,6 @@ namespace {
 
 constexpr const char* kThrown = "thrown";
 
-pid_t copyOfThisProcess() {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return ::_Fork(); // without the handlers of the sanitizers, which write to megabytes for each copy
-#else
-    return ::fork();
-#endif
-}
-
 [[noreturn]] void run(const std::function<Dictionary()>& code, const TrialLimits& limits, const FileDescriptor& out) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const auto seconds = static_cast<rlim_t>(limits.processor.count());
@@ -99,7 +91,7 @@ std::string encoded(const Dictionary& told) {
 
 Tried tryInCopy(const std::function<Dictionary()>& code, const TrialLimits& limits) {
     platform::Pipe pipe(O_CLOEXEC | O_NONBLOCK);
-    const pid_t id = pipe ? copyOfThisProcess() : -1;
+    const pid_t id = pipe ? ::fork() : -1;
     if (id < 0) throw std::system_error(errno, std::generic_category(), "no process");
     if (id == 0) {
         ::fcntl(pipe.writing.number(), F_SETFL, 0);
