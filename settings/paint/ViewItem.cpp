@@ -42,6 +42,11 @@ QSGNode* ViewItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
 }
 
 void ViewItem::draw(double ratio) {
+    if (!view_ || !ViewPainter::paints(*view_)) { // as where a table is all that there is
+        picture_ = {};
+        stale_ = {};
+        return;
+    }
     const QSize pixels = (size() * ratio).toSize();
     if (picture_.size() != pixels) {
         picture_ = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
@@ -56,7 +61,7 @@ void ViewItem::draw(double ratio) {
     painter.fillRect(area, Qt::transparent);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.scale(ratio, ratio);
-    if (view_) painter_.paint(painter, *view_);
+    painter_.paint(painter, *view_);
 }
 
 void ViewItem::geometryChange(const QRectF& geometry, const QRectF& former) {

@@ -139,6 +139,12 @@ double marginOf(double blur) {
     return std::ceil(3 * blur) + 1;
 }
 
+bool ViewPainter::paints(const ViewSnapshot& view) {
+    const CALayer& layer = view.layer;
+    return layer.backgroundColor || view.image || view.drawing || layer.shadowOpacity > 0 || layer.borderWidth > 0 ||
+           std::ranges::any_of(view.subviews, paints);
+}
+
 void ViewPainter::paint(QPainter& painter, const ViewSnapshot& view) {
     const CALayer& layer = view.layer;
     const QRectF bounds(0, 0, view.frame.size.width, view.frame.size.height);

@@ -23,6 +23,8 @@ namespace settings {
 /// Keeps the shadows and scaled images that it has made. One thread at a time.
 class ViewPainter {
   public:
+    /// False for a view of which nothing is seen, nor of any in it. Any thread.
+    [[nodiscard]] static bool paints(const ViewSnapshot& view);
     /// The painter's coordinates are those of the view's parent, in points; its state is left as it was.
     void paint(QPainter& painter, const ViewSnapshot& view);
 

@@ -110,6 +110,20 @@ TEST(ViewPainter, FillsExactlyTheFrame) {
     }
 }
 
+TEST(ViewPainter, KnowsOfAViewWhetherAnythingIsSeen) {
+    const CGRect frame{{10, 10}, {20, 20}};
+    EXPECT_FALSE(ViewPainter::paints(view(frame, {}, {view(frame)})));
+    CALayer filled;
+    filled.backgroundColor = red;
+    CALayer bordered;
+    bordered.borderWidth = 1;
+    CALayer shadowed;
+    shadowed.shadowOpacity = 1;
+    for (const ViewSnapshot& seen : {view(frame, filled), view(frame, bordered), view(frame, shadowed),
+                                     pictured(frame, {}, {1, 1}, {}), drawn(frame, {})})
+        EXPECT_TRUE(ViewPainter::paints(view(frame, {}, {seen})));
+}
+
 TEST(ViewPainter, PaintsSubviewsInTheirParentsCoordinatesAndBeyondItsBounds) {
     const QImage image = painted(
         view({{10, 10}, {10, 10}}, {.backgroundColor = red}, {view({{5, 5}, {10, 2}}, {.backgroundColor = blue})}));
