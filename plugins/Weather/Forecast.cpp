@@ -132,8 +132,9 @@ double drawForecast(const LumoraCanvas* canvas, const LumoraDrawing* drawing) {
     const double scale = drawing->textScale;
     const double width = drawing->width;
     const bool tomorrow = drawing->number(drawing, "org.lumora.plugins.weather.tomorrow", 1) != 0;
-    const int hours =
-        std::clamp(static_cast<int>(drawing->number(drawing, "org.lumora.plugins.weather.hours", 6)), 1, 24);
+    // Anybody may have set it to anything, or to what is no number, for which fmax() gives the other one.
+    const double wanted = drawing->number(drawing, "org.lumora.plugins.weather.hours", 6);
+    const int hours = static_cast<int>(std::fmin(std::fmax(wanted, 1), 24));
     on.caption("Lakeside");
 
     // The hours stand at the foot: as many as the user wants, if there is room for their texts.
