@@ -46,7 +46,12 @@ if(LUMORA_SANITIZE)
   add_compile_options(-fsanitize=${LUMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=${LUMORA_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    add_compile_definitions(__SANITIZE_ADDRESS__) # as GCC says it
+    # As GCC says it.
+    if(LUMORA_SANITIZE STREQUAL "thread")
+      add_compile_definitions(__SANITIZE_THREAD__)
+    else()
+      add_compile_definitions(__SANITIZE_ADDRESS__)
+    endif()
     # For this check, which GCC does without, a plug-in would export the types of the functions that it calls.
     add_compile_options(-fno-sanitize=function)
   elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
