@@ -106,7 +106,7 @@ Result<pid_t> give(Birth& birth) {
     sigset_t before;
     sigfillset(&all);
     ::pthread_sigmask(SIG_SETMASK, &all, &before);
-    const pid_t id = ::_Fork(); // nor any handler that libraries have for fork()
+    const pid_t id = ::fork();
     if (id == 0) birth.run();
     const int refused = errno;
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
